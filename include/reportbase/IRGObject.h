@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include <QByteArray>
+#include <QString>
+
+#include <reportbase/Export.h>
+#include <reportbase/Logger.h>
+#include <reportbase/ObjectTypes.h>
+#include <reportbase/ReportException.h>
+
+class QDataStream;
+class QDateTime;
+class QFile;
+class QXmlStreamReader;
+class QXmlStreamWriter;
+
+namespace REPORTGENERATOR {
+
+/// The base object of every data model: generic services around an object that can write itself to and read itself
+/// from XML and a tagged binary record.
+///
+/// The order of the virtual operations below is a binary contract: other libraries call through these slots. New
+/// virtual operations go into derived classes, behind the last slot.
+///
+/// **Validate flag.** On in a new object. While it is on, setters, readers and writers enforce the model's rules and
+/// throw; while it is off they take anything. SetValidate() is const because the flag says how to treat an object, not
+/// what it holds.
+///
+/// **Errors.** What is wrong with the content of an object is an exception of the family in ReportException.h. What is
+/// wrong with a document as such (a file that cannot be opened, XML that is not well formed, another object's record)
+/// makes the load or save operation return false; GetErrorString() then says what, where and why, and the logger, if
+/// there is one, has received the same text.
+///
+/// An object is used by one thread at a time.
+class REPORTBASE_EXPORT IRGObject
+{
+public:
+    virtual ~IRGObject();
+
+    /// Whether the object holds everything that is mandatory.
+    virtual bool HasData() const = 0;
+
+    /// Puts every member back to its default.
+    virtual void Reset() = 0;
+
+    /// Throws for the first thing that is missing. The argument is handed on to child objects.
+    virtual void Check(bool flag) const = 0;
+
+    /// The same as Check(false).
+    virtual void Check() const = 0;
+
+    /// \name "No value"
+    /// For each type one value stands for "no value": NaN for `float` and `double`, the lowest value for `int` and
+    /// `long long`, the highest for `unsigned int`, the null string, an invalid QDateTime. IsValid() is false for
+    /// exactly that value, and SetInvalid() stores it. Every `bool` is valid.
+    /// @{
+    virtual bool IsValid(float value) const;
+    virtual bool IsValid(bool value) const;
+    virtual bool IsValid(unsigned int value) const;
+    virtual bool IsValid(long long value) const;
+    virtual bool IsValid(const QDateTime &value) const;
+    virtual bool IsValid(const QString &value) const;
+    virtual bool IsValid(double value) const;
+    virtual bool IsValid(int value) const;
+    virtual void SetInvalid(float &value) const;
+    virtual void SetInvalid(unsigned int &value) const;
+    virtual void SetInvalid(long long &value) const;
+    virtual void SetInvalid(QString &value) const;
+    virtual void SetInvalid(double &value) const;
+    virtual void SetInvalid(int &value) const;
+    /// @}
+
+    /// Writes the object as one XML element; nothing while validating and without data.
+    virtual void GetXml(QXmlStreamWriter &writer) const = 0;
+
+    /// Writes the object as one record: `tag` as leading word if `writeTag`, the record's length, its member records.
+    /// Returns false if nothing was written because the object has no data while validating.
+    virtual bool GetBinary(QDataStream &stream, int tag, bool writeTag) const = 0;
+
+    /// Reads the member records of one record whose leading word and length (`length`, in bytes) have been read.
+    virtual void SetBinary(QDataStream &stream, int length) = 0;
+
+    /// Sets the validate flag to `validate` and reads the object from a whole XML document.
+    ///
+    /// Nothing is reset first. Returns true if the root element is this object's and the document is well formed to
+    /// its end, else false with GetErrorString(). Exceptions of the model pass through, unless the document itself is
+    /// broken at that point: then that is the error, and false is returned.
+    virtual bool SetXmlString(const QString &xml, bool validate);
+
+    /// Reads the object from a binary representation, plain or compressed, big-endian as
+    /// GetBinaryRepresentationAsQByteArray() writes it. Refuses, with false and GetErrorString(), another object's
+    /// leading word, a length that is negative or runs past the data, data behind the record, and a compressed form
+    /// that declares more than 1 GiB or more than 1,100 times its own size. Exceptions of the model pass through.
+    virtual bool SetBinaryRepresentation(QByteArray &representation);
+
+    /// The same from a stream, in the stream's own byte order and version. Stops right behind the record and does not
+    /// look at what follows.
+    virtual bool SetBinaryRepresentation(QDataStream &stream);
+
+    /// Takes over what `other`, an object of the same class, has set. The base's own takes nothing and returns false.
+    virtual bool MergeRGObject(const IRGObject &other);
+
+    virtual ObjectTypes GetObjectType();
+
+    /// The name of the object: its class's name, and the name of its XML element.
+    virtual const QString &GetObjectName() const;
+
+    /// Reads the object from the XML element on whose start the reader stands, and leaves the reader on its end.
+    ///
+    /// The base's own walks the content: it calls ProcessXmlStartElement() for every start element it meets and ends at
+    /// the end element that carries the element's own name, or at the end or an error of the document. Text, comments
+    /// and processing instructions in between are passed over.
+    virtual void ProcessXml(QXmlStreamReader &reader);
+
+    /// The object as an XML document: declaration, two-space indentation, a final newline. Null if the object writes
+    /// nothing.
+    virtual QString GetXmlString();
+
+    /// Writes the binary representation: the low 32 bits of the class identifier as leading word, the length, the
+    /// member records. In the stream's own byte order and version; nothing if the object writes nothing.
+    virtual void GetBinaryRepresentation(QDataStream &stream) const;
+
+    /// The binary representation in big-endian byte order and the format of Qt 5.15; empty if the object writes
+    /// nothing.
+    virtual QByteArray GetBinaryRepresentationAsQByteArray();
+
+    /// Writes the compressed representation: a leading word of its own, the length, and the plain representation
+    /// through qCompress() at `level` (0 to 9, or -1 for zlib's default).
+    virtual void GetCompressedBinaryRepresentation(QDataStream &stream, int level) const;
+    virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
+
+    /// Reads the object from an XML file, like SetXmlString() but with the validate flag as it is.
+    virtual bool LoadXml(const QString &path);
+
+    /// The same from a file object. A closed file is opened and closed again; an open one is read from where it stands
+    /// and stays open.
+    virtual bool LoadXml(QFile *file);
+
+    /// Reads the object from a file that holds a binary representation; see SetBinaryRepresentation(QByteArray &) for
+    /// what is refused and LoadXml(QFile *) for how the file is treated.
+    virtual bool LoadBinary(QFile *file);
+
+    /// Writes exactly the UTF-8 of GetXmlString() to a file, atomically: either the whole new document is there or the
+    /// old file is as it was. Returns false with GetErrorString() if the file cannot be written, if the object writes
+    /// nothing, or if it holds a character that XML cannot carry.
+    virtual bool SaveXml(const QString &path) const;
+
+    virtual void SetValidate(bool validate) const;
+    virtual bool GetValidate() const;
+    virtual void SetLogger(std::shared_ptr<Logger> logger) const;
+    virtual void ResetLogger() const;
+
+    /// The version of the documents that this object writes; the base's own has none and returns a null string.
+    virtual const QString &GetVersion() const;
+
+    virtual void SetObjectType(ObjectTypes type);
+
+protected:
+    virtual void SetObjectName(const QString &name);
+
+    /// Reads one child element, on whose start the reader stands.
+    virtual void ProcessXmlStartElement(QXmlStreamReader &reader) = 0;
+
+public:
+    std::shared_ptr<Logger> GetLogger() const;
+
+    /// What went wrong in the last load or save operation of this object that returned false; null after one that
+    /// succeeded.
+    QString GetErrorString() const;
+
+    /// Writes the (compressed) binary representation to a file, atomically like SaveXml().
+    bool SaveBinary(const QString &path) const;
+    bool SaveCompressedBinary(const QString &path, int level) const;
+
+    /// Passes over the payload of a record that nobody knows: exactly `length` bytes, or what is left if that is less;
+    /// nothing for a negative length. Returns the number of bytes passed over.
+    int skipCurrentElement(QDataStream &stream, int length, int tag) const;
+
+protected:
+    IRGObject();
+    explicit IRGObject(ObjectTypes type);
+    IRGObject(const IRGObject &) = delete; // what a copy takes over is the business of the derived class
+    IRGObject &operator=(const IRGObject &) = delete;
+
+    /// The text of the element on whose start the reader stands, without the text of elements nested in it. Leaves the
+    /// reader on the element's end.
+    QString GetTextValue(QXmlStreamReader &reader);
+
+    /// The numeric identifier of the object's class; its low 32 bits lead a binary representation.
+    qint64 m_classIdentifier = 0;
+
+private:
+    QString m_objectName;
+    mutable QString m_errorString;
+    mutable std::shared_ptr<Logger> m_logger;
+    ObjectTypes m_objectType = ObjectTypes::Undefined;
+    mutable bool m_validate = true; // last, so that a derived class can use the padding behind it
+};
+
+} // namespace REPORTGENERATOR

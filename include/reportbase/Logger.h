@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <reportbase/Export.h>
+
+namespace REPORTGENERATOR {
+
+/// Where the load and save operations of IRGObject report what went wrong.
+///
+/// A logger is held by `std::shared_ptr` only and handed from an object to its children. Derive from it and override
+/// Log() to receive the messages; a logger that several threads' objects share must be safe to call from them.
+class REPORTBASE_EXPORT Logger
+{
+public:
+    enum class Severity {
+        Error,
+        Warning,
+        Information,
+    };
+
+    Logger();
+    Logger(const Logger &) = delete;
+    Logger &operator=(const Logger &) = delete;
+    virtual ~Logger();
+
+    /// Takes one message. The stock logger forwards it to the Qt logging category "reportbase".
+    virtual void Log(Severity severity, const QString &message);
+};
+
+} // namespace REPORTGENERATOR

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <exception>
+#include <memory>
+
+#include <QString>
+
+#include <reportbase/Export.h>
+
+/// The root of every exception that report objects throw. Thrown by value, caught by reference.
+class REPORTBASE_EXPORT ReportException : public std::exception
+{
+public:
+    explicit ReportException(const QString &message);
+    ReportException(const ReportException &other) noexcept;
+    ReportException &operator=(const ReportException &other) noexcept;
+    ~ReportException() override;
+
+    /// The message as it was given.
+    QString GetMessageText() const;
+
+    /// The message as UTF-8; valid as long as this exception or a copy of it lives.
+    const char *what() const noexcept override;
+
+private:
+    struct Message;
+    std::shared_ptr<const Message> m_message; // shared, so that copying cannot throw
+};
+
+/// What the objects of a data model throw; catches all four below.
+class REPORTBASE_EXPORT RGException : public ReportException
+{
+public:
+    explicit RGException(const QString &message);
+    RGException(const RGException &other) noexcept;
+    RGException &operator=(const RGException &other) noexcept;
+    ~RGException() override;
+};
+
+/// A mandatory member is missing, or a value was given that its member does not take.
+class REPORTBASE_EXPORT OutOfRangeException : public RGException
+{
+public:
+    explicit OutOfRangeException(const QString &message);
+    OutOfRangeException(const OutOfRangeException &other) noexcept;
+    OutOfRangeException &operator=(const OutOfRangeException &other) noexcept;
+    ~OutOfRangeException() override;
+};
+
+/// An XML document holds content that a validating reader refuses.
+class REPORTBASE_EXPORT InvalidXmlException : public RGException
+{
+public:
+    explicit InvalidXmlException(const QString &message);
+    InvalidXmlException(const InvalidXmlException &other) noexcept;
+    InvalidXmlException &operator=(const InvalidXmlException &other) noexcept;
+    ~InvalidXmlException() override;
+};
+
+/// The lengths inside a binary record do not add up.
+class REPORTBASE_EXPORT BinaryParsingException : public RGException
+{
+public:
+    explicit BinaryParsingException(const QString &message);
+    BinaryParsingException(const BinaryParsingException &other) noexcept;
+    BinaryParsingException &operator=(const BinaryParsingException &other) noexcept;
+    ~BinaryParsingException() override;
+};
+
+/// An item or a choice is not complete enough for what was asked of it.
+class REPORTBASE_EXPORT IncompleteDefinitionException : public RGException
+{
+public:
+    explicit IncompleteDefinitionException(const QString &message);
+    IncompleteDefinitionException(const IncompleteDefinitionException &other) noexcept;
+    IncompleteDefinitionException &operator=(const IncompleteDefinitionException &other) noexcept;
+    ~IncompleteDefinitionException() override;
+};
