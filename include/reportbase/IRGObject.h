@@ -97,7 +97,7 @@ public:
     virtual bool SetBinaryRepresentation(QByteArray &representation);
 
     /// The same from a stream, in the stream's own byte order and version. Stops right behind the record and does not
-    /// look at what follows.
+    /// look at what follows. On a sequential device a length that runs past the data shows only as the data end.
     virtual bool SetBinaryRepresentation(QDataStream &stream);
 
     /// Takes over what `other`, an object of the same class, has set. The base's own takes nothing and returns false.
@@ -116,11 +116,12 @@ public:
     virtual void ProcessXml(QXmlStreamReader &reader);
 
     /// The object as an XML document: declaration, two-space indentation, a final newline. Null if the object writes
-    /// nothing.
+    /// nothing, and null with GetErrorString() if a text holds a character that XML cannot carry.
     virtual QString GetXmlString();
 
     /// Writes the binary representation: the low 32 bits of the class identifier as leading word, the length, the
-    /// member records. In the stream's own byte order and version; nothing if the object writes nothing.
+    /// member records. In the stream's own byte order and version; nothing if the object writes nothing or throws. The
+    /// stream's device need not be random access.
     virtual void GetBinaryRepresentation(QDataStream &stream) const;
 
     /// The binary representation in big-endian byte order and the format of Qt 5.15; empty if the object writes
@@ -128,7 +129,8 @@ public:
     virtual QByteArray GetBinaryRepresentationAsQByteArray();
 
     /// Writes the compressed representation: a leading word of its own, the length, and the plain representation
-    /// through qCompress() at `level` (0 to 9, or -1 for zlib's default).
+    /// through qCompress() at `level` (0 to 9; -1 and every other value is zlib's default). Writes nothing, with
+    /// GetErrorString(), if the plain representation exceeds the 1 GiB that readers take.
     virtual void GetCompressedBinaryRepresentation(QDataStream &stream, int level) const;
     virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
@@ -167,8 +169,10 @@ protected:
 public:
     std::shared_ptr<Logger> GetLogger() const;
 
-    /// What went wrong in the last load or save operation of this object that returned false; null after one that
-    /// succeeded.
+    /// What went wrong in the last load or save operation of this object; null after one that succeeded, and after one
+    /// that an exception of the model left. It reads `SOURCE:LINE:COLUMN: why` for the content of an XML document and
+    /// `SOURCE: why` for everything else. SOURCE is the path of the file as it was given, or `XML text` or `binary
+    /// data`. Lines and columns count from 1; the column is that of the last character read when the error was seen.
     QString GetErrorString() const;
 
     /// Writes the (compressed) binary representation to a file, atomically like SaveXml().
@@ -193,6 +197,11 @@ protected:
     qint64 m_classIdentifier = 0;
 
 private:
+    bool fail(const QString &text) const; // keeps and logs the text; always false
+    bool save(const QString &path, const QByteArray &content) const;
+    QString readDocument(QXmlStreamReader &reader, const QString &source);   // why it failed, or null
+    QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData); // likewise
+
     QString m_objectName;
     mutable QString m_errorString;
     mutable std::shared_ptr<Logger> m_logger;

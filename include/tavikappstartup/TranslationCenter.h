@@ -11,34 +11,46 @@
 /// The application's translation registry. A module registers when it is loaded and unregisters when it is unloaded;
 /// in between its catalogue, if there is one for the current QLocale, is installed in the QCoreApplication.
 ///
-/// The catalogue of a module is the file `<module>_<locale>.qm`, looked for with the fallbacks of QTranslator
-/// (`de_AT`, then `de`) in these folders, first match wins:
+/// The catalogue of a module is the file `<module>_<locale>.qm`, looked for in these folders:
 ///  1. the folders added with AddSearchPath(), the last added first;
-///  2. the folder of this library, and `translations` below it;
-///  3. the installed data folder, `<prefix>/share/tunerproperties/translations`.
+///  2. the folder of this library, symbolic links resolved;
+///  3. `translations` in the folder of this library;
+///  4. the installed data folder, `<prefix>/share/tunerproperties/translations`. It is found from the folder of this
+///     library, so that an installed tree may be moved as a whole.
 ///
-/// No operation fails: a module without a catalogue shows its source texts. All operations are thread-safe.
-class TAVIKAPPSTARTUP_EXPORT TranslationCenter
-{
+/// Within a folder the names are tried as QTranslator::load() does, the most special first (`de_AT`, then `de`). The
+/// first folder that has any of them wins, also over a more special one in a later folder.
+///
+/// No operation fails: a module without a catalogue shows its source texts. All operations are thread-safe, as long as
+/// the QCoreApplication is not made or destroyed meanwhile. Installing and withdrawing a catalogue sends
+/// QEvent::LanguageChange to the application, in the calling thread. The receiver may call any operation; only a
+/// Register() answering each such event would go on forever.
+///
+/// The registry lives until this library is unloaded or the process ends. A static object that uses it in its
+/// destructor calls Instance() in its constructor, and is then destroyed first.
+class TAVIKAPPSTARTUP_EXPORT TranslationCenter {
 public:
     static TranslationCenter &Instance();
 
     /// Makes the translations of `module` available to QCoreApplication::translate(). Without a QCoreApplication the
-    /// module is remembered, and its catalogue installed by the next call of any operation or by InstallPending().
-    /// Registering a module again looks for its catalogue anew, for instance after QLocale::setDefault().
+    /// module is remembered, and its catalogue looked for and installed as InstallPending() tells.
+    /// Registering a module again looks for its catalogue anew, for instance after QLocale::setDefault(); it replaces
+    /// the one installed and keeps its place in RegisteredModules().
     void Register(const QString &module);
 
-    /// Withdraws the translations of `module`; does nothing for one that is not registered. Safe after the
-    /// QCoreApplication is gone.
+    /// Withdraws the translations of `module`; does nothing for one that is not registered. One call suffices, however
+    /// often the module was registered. Safe after the QCoreApplication is gone.
     void Unregister(const QString &module);
 
-    /// Installs the catalogues of modules that registered before there was a QCoreApplication.
+    /// Installs the catalogues of modules that registered before there was a QCoreApplication, or for another one than
+    /// there is now. Every other operation does the same in passing; this one is for who needs nothing else.
     void InstallPending();
 
-    /// Adds a folder that is searched before all others. Modules registered already keep the catalogue they have.
+    /// Adds a folder that is searched before all others; one added already moves to the front. A relative path counts
+    /// from the current folder of this moment. Catalogues that are installed already stay as they are.
     void AddSearchPath(const QString &folder);
 
-    /// The folders that are searched, in the order of the search.
+    /// The folders that are searched, as absolute paths in the order of the search, whether they exist or not.
     QStringList SearchPaths() const;
 
     /// The registered modules, in the order of their registration.

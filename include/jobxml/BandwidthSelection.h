@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+
+namespace JobXml {
+
+/// One bandwidth that a tuner can select: a name and a maximum bandwidth.
+class JOBXML_EXPORT BandwidthSelection : public DataObject {
+public:
+    BandwidthSelection();
+    BandwidthSelection(const BandwidthSelection &other);
+    BandwidthSelection(BandwidthSelection &&other) noexcept;
+    BandwidthSelection &operator=(const BandwidthSelection &other) noexcept;
+    BandwidthSelection &operator=(BandwidthSelection &&other) noexcept;
+    ~BandwidthSelection() override;
+
+    bool operator==(const BandwidthSelection &other) const;
+    bool operator!=(const BandwidthSelection &other) const;
+    void swap(BandwidthSelection &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name Name
+    /// The name of the bandwidth; mandatory, null until set. A child element in XML.
+    /// @{
+    QString GetName() const;
+    void SetName(QString value);
+    bool IsNameSet() const;
+    void ResetName();
+    QString GetDefaultName() const;
+    bool IsValidName(const QString &value) const;
+    /// @}
+
+    /// \name MaxBandwidth
+    /// The greatest bandwidth, in the unit that the producer of the document uses; mandatory, 0 until set, any number.
+    /// A child element in XML. XML and tagged records carry two decimals, only a snapshot keeps it exactly.
+    /// @{
+    double GetMaxBandwidth() const;
+    void SetMaxBandwidth(double value);
+    bool IsMaxBandwidthSet() const;
+    void ResetMaxBandwidth();
+    double GetDefaultMaxBandwidth() const;
+    bool IsValidMaxBandwidth(const double &value) const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::BandwidthSelection)

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+#include <jobxml/Node.h>
+
+namespace JobXml {
+
+/// One configurable part of a tuner: its type, its name and its nodes.
+class JOBXML_EXPORT Component : public DataObject {
+public:
+    Component();
+    Component(const Component &other);
+    Component(Component &&other) noexcept;
+    Component &operator=(const Component &other) noexcept;
+    Component &operator=(Component &&other) noexcept;
+    ~Component() override;
+
+    bool operator==(const Component &other) const;
+    bool operator!=(const Component &other) const;
+    void swap(Component &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name Node
+    /// The configurable parameters; mandatory. The list must be set and may be empty, but an empty one is no data:
+    /// while validating nothing is written for it, and the document refuses the component.
+    /// @{
+    QVector<Node> &GetNode();
+    const QVector<Node> &GetNode() const;
+    void SetNode(const QVector<Node> &items);
+    void AppendNode(const Node &item);
+    bool IsNodeSet() const;
+    void ResetNode();
+    bool IsValidNode(const Node &item) const;
+    bool IsValidNode(const QVector<Node> &items) const;
+    /// @}
+
+    /// \name type
+    /// What kind of part this is; mandatory, null until set.
+    /// @{
+    QString Gettype() const;
+    void Settype(QString value);
+    bool IstypeSet() const;
+    void Resettype();
+    QString GetDefaulttype() const;
+    bool IsValidtype(const QString &value) const;
+    /// @}
+
+    /// \name name
+    /// The name of the part within the tuner; mandatory, null until set.
+    /// @{
+    QString Getname() const;
+    void Setname(QString value);
+    bool IsnameSet() const;
+    void Resetname();
+    QString GetDefaultname() const;
+    bool IsValidname(const QString &value) const;
+    /// @}
+
+    /// \name displayName
+    /// The name to show to a user; optional, null until set. Must not be null when it is set.
+    /// @{
+    QString GetdisplayName() const;
+    void SetdisplayName(QString value);
+    bool IsdisplayNameSet() const;
+    void ResetdisplayName();
+    QString GetDefaultdisplayName() const;
+    bool IsValiddisplayName(const QString &value) const;
+    /// @}
+
+    /// \name optional
+    /// Whether the tuner may lack this part; mandatory, false until set. In XML "0" and "false", in any case, are false
+    /// and every other text is true; an empty one throws InvalidXmlException while validating and is false otherwise.
+    /// Snapshots are read as if it were always set, so that a component without it does not survive that form.
+    /// @{
+    bool Getoptional() const;
+    void Setoptional(bool value);
+    bool IsoptionalSet() const;
+    void Resetoptional();
+    bool GetDefaultoptional() const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::Component)

@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+#include <reportbase/IRGObject.h>
+
+#include <jobxml/Export.h>
+
+/// The data model of a radio tuner resource in a measurement job.
+namespace JobXml {
+
+class Member;
+class RecordReader;
+class RecordWriter;
+class Visitor;
+struct Block;
+struct ClassInfo;
+
+/// One reason for which a document would be refused while validating.
+struct Problem {
+    QStringList path; ///< where: the objects from the root's child down, for instance `Component "Preselector"`
+    QString message; ///< why: the whole text of the exception that the model would throw
+};
+
+/// The operations that every class of the model has, each of them once.
+///
+/// **Members.** A member always holds a value, its default until it is set, and has a set flag. For a member `X` the
+/// classes offer `GetX`, `SetX`, `IsXSet`, `ResetX`, `GetDefaultX` and `IsValidX`, and `AppendX` for lists:
+///  - `GetX()` returns the value and leaves the flag alone. The non-const getter of a child object, a list or an
+///    alternative returns a reference to modify and sets the flag; `std::as_const(object).GetX()` reads without
+///    marking.
+///  - `SetX(value)` stores the value and sets the flag. A null string is refused while validating: OutOfRangeException
+///    ": Please set X properly (origin: Setter)." behind the object's name, and nothing is stored.
+///  - `AppendX(item)` appends a copy and sets the flag. An item without data is refused while validating:
+///    IncompleteDefinitionException ": Tried to append not completely defined or invalid item X.".
+///  - `IsXSet()` is the flag; `ResetX()` clears it and puts the default back.
+///
+/// **References.** A reference that a getter returned holds until the object is next used after it was copied, assigned
+/// or modified: such a use may give the object data of its own.
+///
+/// **Text members** are absent when null; an empty text is a value.
+///
+/// **Sharing.** Assignment shares the data of both objects until one of them is next used; a copy constructed object
+/// has its own at once. Two objects may therefore be used by two threads, one each; one object by one thread at a time.
+///
+/// **Validate flag and logger.** Check(), GetXml(), GetBinary(), SetBinary(), reading XML and the creation of an
+/// object's data hand the object's own flag and logger down to its whole tree. Setters, assignment and moves do not.
+///
+/// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
+class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject {
+public:
+    ~DataObject() override;
+
+    /// Whether the object has data at all: false for a new one, true once any accessor, reader or writer but
+    /// `IsXSet` has been used.
+    bool IsInitialized() const noexcept;
+
+    /// Whether every mandatory member is present: a text that is not null, a list with at least one item, any other
+    /// member that is set.
+    bool HasData() const override;
+
+    /// If the object is initialized: clears every set flag and puts every member back to its default.
+    void Reset() override;
+
+    /// Throws OutOfRangeException ": Please set X properly." behind the object's name for the first member, children
+    /// included, that is mandatory and not set, or set to something that it must not hold. `flag` is handed to the
+    /// children unchanged; no class reads it. Hands validate flag and logger down. Leaves the object initialized.
+    void Check(bool flag) const override;
+
+    /// The same as Check(false).
+    void Check() const override;
+
+    /// Writes the object as one XML element. While validating, Check() comes first and an object without data writes
+    /// nothing; otherwise the object is written as it stands.
+    void GetXml(QXmlStreamWriter &writer) const override;
+
+    /// Writes the object as one tagged record in the stream's byte order and version, under the same rules as GetXml().
+    /// The record is written in one piece when it is complete, so a sequential device will do.
+    bool GetBinary(QDataStream &stream, int tag, bool writeTag) const override;
+
+    /// Reads the member records of one record of `length` bytes. Members that the record does not hold stay as they
+    /// are, items of lists join those present, unknown records are skipped.
+    ///
+    /// Throws BinaryParsingException "::SetBinary(...): Length error occurred during processing of binary
+    /// representation" behind the object's name if the lengths do not add up to exactly `length`, if `length` is
+    /// negative, or if the stream ends early.
+    void SetBinary(QDataStream &stream, int length) override;
+
+    /// Reads the object from the XML element on whose start the reader stands. Nothing is reset first: what the
+    /// element does not mention stays, items of lists join those present. Attributes are read before child elements, so
+    /// a child element wins over an attribute of the same name. What nobody knows is passed over.
+    void ProcessXml(QXmlStreamReader &reader) override;
+
+    /// Takes over what is set in `other`, an object of the same class: its members replace those here, items of its
+    /// lists are appended, child objects are merged, a ValueItem takes the selected alternative; all of this under the
+    /// rules of the setters. What is not set in `other` stays as it is. Returns false, and changes nothing, if `other`
+    /// is of another class; merging an object with itself changes nothing.
+    bool MergeRGObject(const REPORTGENERATOR::IRGObject &other) override;
+
+    void SetValidate(bool validate) const override;
+    void SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const override;
+
+    /// Does nothing: the type is given at construction.
+    void SetObjectType(REPORTGENERATOR::ObjectTypes type) override;
+
+    /// Resets the object as Reset() does and leaves it initialized.
+    virtual void ResetToDefault();
+
+    /// Whether at least one member is present, in the sense of HasData().
+    virtual bool AnyData() const;
+
+    /// Writes the untagged snapshot: the set flags, then the values in the stream's own forms. Checks nothing, throws
+    /// nothing of its own and hands nothing down.
+    void GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const;
+
+    /// Reads the untagged snapshot. Values are stored without their setters; items of lists pass the append rule. Stops
+    /// at the first read that the stream cannot serve, and keeps what was read until then.
+    void SetVersionSpecificBinaryWithoutValidation(QDataStream &stream);
+
+    /// Every reason for which Check() or a validating writer would refuse this object or anything below it, whatever
+    /// the validate flag is; empty if there is none. Like Check(), leaves the tree initialized.
+    QVector<Problem> GetProblems() const;
+
+    /// Shows each member to `visitor`, in the order in which XML writes them. Changes nothing. A new object shows none.
+    void Accept(Visitor &visitor) const;
+
+protected:
+    explicit DataObject(const ClassInfo &info);
+    DataObject(const DataObject &other);
+    DataObject(DataObject &&other) noexcept;
+    DataObject &operator=(const DataObject &other) noexcept;
+    DataObject &operator=(DataObject &&other) noexcept;
+
+    void ProcessXmlStartElement(QXmlStreamReader &reader) override;
+
+    /// Exchanges the data of two objects of one class; each keeps its validate flag and logger, as with assignment.
+    void swapData(DataObject &other) noexcept;
+
+    /// \name Steps of the operations
+    /// What a class overrides or builds its departures from. They neither hand down nor check unless they say so.
+    /// @{
+    virtual bool equals(const DataObject &other) const;
+    virtual void checkTree(bool flag) const;
+    virtual void collectProblems(const QStringList &path, QVector<Problem> &problems) const;
+    virtual void writeElement(QXmlStreamWriter &writer) const;
+    virtual void writeMemberRecords(RecordWriter &writer) const;
+    virtual void readMemberRecord(RecordReader &reader, quint32 tag, qint32 length);
+    virtual void writeSnapshot(QDataStream &stream) const;
+    virtual bool readSnapshot(QDataStream &stream);
+
+    /// The object's data, created if there is none yet and made the object's own if it is shared.
+    Block &block() const;
+    const Block *existingBlock() const noexcept { return m_block; }
+
+    /// Hands flag and logger to the whole tree.
+    void handOver() const;
+    /// The same while an element is being read: only at its first child element.
+    /// Once per read: handing over at every child element would make reading quadratic.
+    void handOverOnce() const;
+    void readAttributes(QXmlStreamReader &reader);
+    void readContent(QXmlStreamReader &reader);
+    /// Reads the child element if a member takes it; false if none does.
+    bool readMemberElement(QXmlStreamReader &reader);
+    /// Reads on to the next token that carries the name of the current one.
+    static void skipElement(QXmlStreamReader &reader);
+    void writeMembers(QXmlStreamWriter &writer) const;
+    void writeSnapshotFlags(QDataStream &stream) const;
+    bool readSnapshotFlags(QDataStream &stream);
+    void writeSnapshotMembers(QDataStream &stream) const;
+    bool readSnapshotMembers(QDataStream &stream);
+    /// @}
+
+private:
+    friend class Member; // the rows are this class's other half
+    class ReadingContent;
+    enum class Reading : quint8 { No, NothingHandedOver, HandedOver };
+
+    bool mayWrite() const;
+    bool mayWriteNested(bool checkedByParent) const;
+    void writeNestedXml(QXmlStreamWriter &writer, bool checkedByParent) const;
+    void writeNestedRecord(RecordWriter &writer, bool checkedByParent) const;
+    void writeNestedRecord(RecordWriter &writer, quint32 tag, bool checkedByParent) const;
+    void readRecord(QDataStream &stream, qint32 length);
+    void takeLogger(const std::shared_ptr<REPORTGENERATOR::Logger> &logger) const;
+    QString label(int index) const;
+    static void release(const ClassInfo &info, Block *block) noexcept;
+
+    mutable Reading m_reading = Reading::No; // first, to lie in the padding behind the base's flag
+    const ClassInfo *m_info;
+    mutable Block *m_block = nullptr;
+};
+
+} // namespace JobXml

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+#include <jobxml/ValueItem.h>
+
+namespace JobXml {
+
+/// One configurable parameter of a component: an identifier and the values that it carries.
+///
+/// Check() and HasData() look at the values before the identifier, whatever the validate flag.
+class JOBXML_EXPORT Node : public DataObject {
+public:
+    Node();
+    Node(const Node &other);
+    Node(Node &&other) noexcept;
+    Node &operator=(const Node &other) noexcept;
+    Node &operator=(Node &&other) noexcept;
+    ~Node() override;
+
+    bool operator==(const Node &other) const;
+    bool operator!=(const Node &other) const;
+    void swap(Node &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name ValueItem
+    /// The values; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
+    /// nothing is written for it, and a component refuses the node.
+    /// @{
+    QVector<ValueItem> &GetValueItem();
+    const QVector<ValueItem> &GetValueItem() const;
+    void SetValueItem(const QVector<ValueItem> &items);
+    void AppendValueItem(const ValueItem &item);
+    bool IsValueItemSet() const;
+    void ResetValueItem();
+    bool IsValidValueItem(const ValueItem &item) const;
+    bool IsValidValueItem(const QVector<ValueItem> &items) const;
+    /// @}
+
+    /// \name id
+    /// The identifier of the parameter within its component; mandatory, null until set.
+    /// @{
+    QString Getid() const;
+    void Setid(QString value);
+    bool IsidSet() const;
+    void Resetid();
+    QString GetDefaultid() const;
+    bool IsValidid(const QString &value) const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::Node)

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+
+namespace JobXml {
+
+/// The measurement modes in which a tuner can start up.
+class JOBXML_EXPORT StartupModes : public DataObject {
+public:
+    /// One mode; the value is the index of its name. The order is part of the format.
+    enum class StartupMode : qint8 {
+        Scan,
+        FastScan,
+        MScan,
+        FFM,
+        WFFM,
+        Step,
+        DF,
+        MSearch,
+        Polar,
+        Search,
+        Stop,
+        Invalid = -1, ///< no mode; has no name
+    };
+
+    StartupModes();
+    StartupModes(const StartupModes &other);
+    StartupModes(StartupModes &&other) noexcept;
+    StartupModes &operator=(const StartupModes &other) noexcept;
+    StartupModes &operator=(StartupModes &&other) noexcept;
+    ~StartupModes() override;
+
+    bool operator==(const StartupModes &other) const;
+    bool operator!=(const StartupModes &other) const;
+    void swap(StartupModes &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name StartupMode
+    /// The modes offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
+    /// validating nothing is written for it. In XML one child element per entry holds the mode's name, in tagged
+    /// records the name, in snapshots the value. HasData() and AnyData() ask for at least one entry; Check() throws for
+    /// an entry that is no mode as for a list that is not set.
+    /// @{
+    QVector<StartupMode> &GetStartupMode();
+    const QVector<StartupMode> &GetStartupMode() const;
+    void SetStartupMode(const QVector<StartupMode> &modes);
+    /// What is no mode is refused while validating: IncompleteDefinitionException "StartupModes: Tried to append not
+    /// completely defined or invalid item StartupMode.". Otherwise it is appended as it is.
+    void AppendStartupMode(StartupMode mode);
+    bool IsStartupModeSet() const;
+    void ResetStartupMode();
+    /// Invalid, for a single mode.
+    StartupMode GetDefaultStartupMode() const;
+    StartupMode GetInvalidStartupMode() const;
+    /// Whether this is one of the modes.
+    bool IsValidStartupMode(StartupMode mode) const;
+    /// True for an empty list and false for every other, valid entries or not: a list is measured against the names
+    /// that the object itself has been given, and there is no way to give it any. Test the entries one by one instead.
+    bool IsValidStartupMode(const QVector<StartupMode> &modes) const;
+    /// @}
+
+    /// The name of a mode; null for what is no mode.
+    QString StartupModeToName(StartupMode mode) const;
+    /// The mode of exactly this name; Invalid if there is none.
+    StartupMode NameToStartupMode(const QString &name) const;
+    /// The names of the modes.
+    static QStringList GetStartupModes();
+    /// The same for a user to read, in the language that is installed now.
+    static QStringList GetGUIStartupModes();
+
+    /// Translates in the context "JobXml::StartupModes".
+    static QString tr(const char *sourceText, const char *disambiguation, int n);
+    static QString trUtf8(const char *sourceText, const char *disambiguation, int n);
+};
+
+} // namespace JobXml
+
+Q_DECLARE_TYPEINFO(JobXml::StartupModes::StartupMode, Q_PRIMITIVE_TYPE);
+Q_DECLARE_SHARED(JobXml::StartupModes)

@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/BandwidthSelection.h>
+#include <jobxml/Component.h>
+#include <jobxml/DataObject.h>
+#include <jobxml/StartupModes.h>
+
+namespace JobXml {
+
+/// The document: one tuner resource of a measurement job.
+///
+/// **Version.** The document writes its version, "1.1", and compares the version that it reads with its own, as numbers
+/// (no number counts as 0). Older data, and data without a version, resets the object by ResetToDefault() before any
+/// member is read; data of the same or a newer version is read into the object as it stands. What was read last stays
+/// known as GetInitialVersionLoaded().
+///
+/// **Unknown elements.** In XML of an older version an unknown child element is skipped. Under the same or a newer
+/// version it throws InvalidXmlException "Unknown Tag 'x' in 'TunerProperties'." while validating; otherwise its
+/// content is read as if it stood directly in the document.
+class JOBXML_EXPORT TunerProperties : public DataObject {
+public:
+    /// The kind of a tuner; the value is the index of its name. The order is part of the format.
+    enum class type : qint8 {
+        MCP,
+        SCP,
+        FFP,
+        Receiver,
+        DirectionFinder,
+        Invalid = -1, ///< no kind; has no name
+    };
+
+    TunerProperties();
+    TunerProperties(const TunerProperties &other);
+    TunerProperties(TunerProperties &&other) noexcept;
+    TunerProperties &operator=(const TunerProperties &other) noexcept;
+    TunerProperties &operator=(TunerProperties &&other) noexcept;
+    ~TunerProperties() override;
+
+    bool operator==(const TunerProperties &other) const;
+    bool operator!=(const TunerProperties &other) const;
+    void swap(TunerProperties &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// The version of the documents that the object writes: "1.1".
+    const QString &GetVersion() const override;
+
+    /// The version that was read last; null before anything was read, empty if XML carried none. Resetting the object
+    /// does not change it.
+    QString GetInitialVersionLoaded() const;
+
+    /// \name name
+    /// The name of the tuner; optional, null until set. Must not be null when it is set.
+    /// @{
+    QString Getname() const;
+    void Setname(QString value);
+    bool IsnameSet() const;
+    void Resetname();
+    QString GetDefaultname() const;
+    bool IsValidname(const QString &value) const;
+    /// @}
+
+    /// \name type
+    /// The kind of the tuner; mandatory, Invalid until set. XML and tagged records carry its name, snapshots its value.
+    /// @{
+    type Gettype() const;
+    /// What is no kind is refused while validating: OutOfRangeException
+    /// "enum is not valid (classname=TunerProperties,membername=m_type)". Otherwise it is stored as it is.
+    void Settype(type value);
+    bool IstypeSet() const;
+    void Resettype();
+    type GetDefaulttype() const;
+    type GetInvalidtype() const;
+    bool IsValidtype(type value) const;
+    /// The name of the kind; null for what is no kind.
+    QString GettypeAsString() const;
+    QString typeToName(type value) const;
+    /// The kind of exactly this name; Invalid if there is none.
+    type NameTotype(const QString &name) const;
+    /// The names of the kinds.
+    static QStringList Gettypes();
+    /// The same for a user to read, in the language that is installed now.
+    static QStringList GetGUItypes();
+    /// @}
+
+    /// \name baseresource
+    /// The resource that the tuner is based on; mandatory, null until set.
+    /// @{
+    QString Getbaseresource() const;
+    void Setbaseresource(QString value);
+    bool IsbaseresourceSet() const;
+    void Resetbaseresource();
+    QString GetDefaultbaseresource() const;
+    bool IsValidbaseresource(const QString &value) const;
+    /// @}
+
+    /// \name connectableResources
+    /// The resources that can be connected to the tuner; optional, null until set. Must not be null when it is set.
+    /// @{
+    QString GetconnectableResources() const;
+    void SetconnectableResources(QString value);
+    bool IsconnectableResourcesSet() const;
+    void ResetconnectableResources();
+    QString GetDefaultconnectableResources() const;
+    bool IsValidconnectableResources(const QString &value) const;
+    /// @}
+
+    /// \name quantity
+    /// How many instances of the tuner there are; optional, 1 until set, any number. ResetToDefault() leaves it set.
+    /// @{
+    int Getquantity() const;
+    void Setquantity(int value);
+    bool IsquantitySet() const;
+    void Resetquantity();
+    int GetDefaultquantity() const;
+    bool IsValidquantity(const int &value) const;
+    /// @}
+
+    /// \name parentBaseResource
+    /// The resource that the base resource belongs to; optional, null until set. Must not be null when it is set.
+    /// @{
+    QString GetparentBaseResource() const;
+    void SetparentBaseResource(QString value);
+    bool IsparentBaseResourceSet() const;
+    void ResetparentBaseResource();
+    QString GetDefaultparentBaseResource() const;
+    bool IsValidparentBaseResource(const QString &value) const;
+    /// @}
+
+    /// \name hwProcessing
+    /// Whether the tuner processes in hardware; optional, false until set. In XML "0" and "false", in any case, are
+    /// false and every other text is true; an empty one throws InvalidXmlException while validating and is false
+    /// otherwise.
+    /// @{
+    bool GethwProcessing() const;
+    void SethwProcessing(bool value);
+    bool IshwProcessingSet() const;
+    void ResethwProcessing();
+    bool GetDefaulthwProcessing() const;
+    /// @}
+
+    /// \name StartupModes
+    /// The modes in which the tuner can start up; optional, a new object until set. Reading XML or a record adds modes
+    /// to those present.
+    /// @{
+    StartupModes &GetStartupModes();
+    const StartupModes &GetStartupModes() const;
+    void SetStartupModes(const StartupModes &modes);
+    bool IsStartupModesSet() const;
+    void ResetStartupModes();
+    bool IsValidStartupModes(const StartupModes &modes) const;
+    /// @}
+
+    /// \name BandwidthSelection
+    /// The bandwidths that can be selected; optional. Written in XML and in tagged records whenever there are any, in a
+    /// snapshot only while the list is set.
+    /// @{
+    QVector<BandwidthSelection> &GetBandwidthSelection();
+    const QVector<BandwidthSelection> &GetBandwidthSelection() const;
+    void SetBandwidthSelection(const QVector<BandwidthSelection> &items);
+    void AppendBandwidthSelection(const BandwidthSelection &item);
+    bool IsBandwidthSelectionSet() const;
+    void ResetBandwidthSelection();
+    bool IsValidBandwidthSelection(const BandwidthSelection &item) const;
+    bool IsValidBandwidthSelection(const QVector<BandwidthSelection> &items) const;
+    /// @}
+
+    /// \name MaxFFPDelay
+    /// The maximum FFP delay, in the unit that the producer of the document uses; optional, 0 until set, any number. A
+    /// child element in XML, written as an unsigned number and read as a signed one: what is beyond 9223372036854775807
+    /// reads as 0. Binary forms carry all 64 bits.
+    /// @{
+    quint64 GetMaxFFPDelay() const;
+    void SetMaxFFPDelay(quint64 value);
+    bool IsMaxFFPDelaySet() const;
+    void ResetMaxFFPDelay();
+    quint64 GetDefaultMaxFFPDelay() const;
+    bool IsValidMaxFFPDelay(const quint64 &value) const;
+    /// @}
+
+    /// \name HRPANSupported
+    /// Whether HRPAN is supported; optional, false until set. A child element in XML, with the same texts as
+    /// hwProcessing.
+    /// @{
+    bool GetHRPANSupported() const;
+    void SetHRPANSupported(bool value);
+    bool IsHRPANSupportedSet() const;
+    void ResetHRPANSupported();
+    bool GetDefaultHRPANSupported() const;
+    /// @}
+
+    /// \name Component
+    /// The configurable parts of the tuner; mandatory. The list must be set and may be empty, but an empty one is no
+    /// data: while validating nothing is written for it.
+    /// @{
+    QVector<Component> &GetComponent();
+    const QVector<Component> &GetComponent() const;
+    void SetComponent(const QVector<Component> &items);
+    void AppendComponent(const Component &item);
+    bool IsComponentSet() const;
+    void ResetComponent();
+    bool IsValidComponent(const Component &item) const;
+    bool IsValidComponent(const QVector<Component> &items) const;
+    /// @}
+
+    /// Puts every member back to its default and marks quantity, which is 1 then, as set.
+    void ResetToDefault() override;
+
+    /// Reads the version, then the document.
+    void ProcessXml(QXmlStreamReader &reader) override;
+
+    /// Translates in the context "JobXml::TunerProperties".
+    static QString tr(const char *sourceText, const char *disambiguation, int n);
+    static QString trUtf8(const char *sourceText, const char *disambiguation, int n);
+
+protected:
+    void ProcessXmlStartElement(QXmlStreamReader &reader) override;
+    void writeElement(QXmlStreamWriter &writer) const override;
+    void writeMemberRecords(RecordWriter &writer) const override;
+    void readMemberRecord(RecordReader &reader, quint32 tag, qint32 length) override;
+    void writeSnapshot(QDataStream &stream) const override;
+    bool readSnapshot(QDataStream &stream) override;
+
+private:
+    bool isOlder() const;
+    void takeVersion(const QString &version);
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::TunerProperties)

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+
+namespace JobXml {
+
+/// A named floating-point number of a node, with the range and increment offered for it.
+///
+/// The range is told, not enforced: nothing compares the value with its limits, and min may be above max. What a user
+/// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
+/// setting. XML and tagged records carry two decimals, only a snapshot keeps the numbers exactly.
+class JOBXML_EXPORT ValueNumericFloat : public DataObject {
+public:
+    ValueNumericFloat();
+    ValueNumericFloat(const ValueNumericFloat &other);
+    ValueNumericFloat(ValueNumericFloat &&other) noexcept;
+    ValueNumericFloat &operator=(const ValueNumericFloat &other) noexcept;
+    ValueNumericFloat &operator=(ValueNumericFloat &&other) noexcept;
+    ~ValueNumericFloat() override;
+
+    bool operator==(const ValueNumericFloat &other) const;
+    bool operator!=(const ValueNumericFloat &other) const;
+    void swap(ValueNumericFloat &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name id
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
+    /// null one included, although Setid() refuses null while validating.
+    /// @{
+    QString Getid();
+    void Setid(QString value);
+    bool IsidSet() const;
+    void Resetid();
+    QString GetDefaultid() const;
+    bool IsValidid(const QString &value) const;
+    /// @}
+
+    /// \name value
+    /// The number set; mandatory, 0 until set.
+    /// @{
+    float Getvalue() const;
+    void Setvalue(float value);
+    bool IsvalueSet() const;
+    void Resetvalue();
+    float GetDefaultvalue() const;
+    bool IsValidvalue(const float &value) const;
+    /// @}
+
+    /// \name min
+    /// The least number offered; mandatory, 0 until set.
+    /// @{
+    float Getmin() const;
+    void Setmin(float value);
+    bool IsminSet() const;
+    void Resetmin();
+    float GetDefaultmin() const;
+    bool IsValidmin(const float &value) const;
+    /// @}
+
+    /// \name max
+    /// The greatest number offered; mandatory, 0 until set.
+    /// @{
+    float Getmax() const;
+    void Setmax(float value);
+    bool IsmaxSet() const;
+    void Resetmax();
+    float GetDefaultmax() const;
+    bool IsValidmax(const float &value) const;
+    /// @}
+
+    /// \name step
+    /// The increment between numbers offered; mandatory, 0 until set. May be 0 or negative.
+    /// @{
+    float Getstep() const;
+    void Setstep(float value);
+    bool IsstepSet() const;
+    void Resetstep();
+    float GetDefaultstep() const;
+    bool IsValidstep(const float &value) const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::ValueNumericFloat)

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+
+namespace JobXml {
+
+/// A named 32-bit integer of a node, with the range and increment offered for it.
+///
+/// The range is told, not enforced: nothing compares the value with its limits, and min may be above max. What a user
+/// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
+/// setting. Binary forms carry the numbers in 64 bits and keep the low 32 when read.
+class JOBXML_EXPORT ValueNumericInt : public DataObject {
+public:
+    ValueNumericInt();
+    ValueNumericInt(const ValueNumericInt &other);
+    ValueNumericInt(ValueNumericInt &&other) noexcept;
+    ValueNumericInt &operator=(const ValueNumericInt &other) noexcept;
+    ValueNumericInt &operator=(ValueNumericInt &&other) noexcept;
+    ~ValueNumericInt() override;
+
+    bool operator==(const ValueNumericInt &other) const;
+    bool operator!=(const ValueNumericInt &other) const;
+    void swap(ValueNumericInt &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name id
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
+    /// null one included, although Setid() refuses null while validating.
+    /// @{
+    QString Getid();
+    void Setid(QString value);
+    bool IsidSet() const;
+    void Resetid();
+    QString GetDefaultid() const;
+    bool IsValidid(const QString &value) const;
+    /// @}
+
+    /// \name value
+    /// The number set; mandatory, 0 until set.
+    /// @{
+    int Getvalue() const;
+    void Setvalue(int value);
+    bool IsvalueSet() const;
+    void Resetvalue();
+    int GetDefaultvalue() const;
+    bool IsValidvalue(const int &value) const;
+    /// @}
+
+    /// \name min
+    /// The least number offered; mandatory, 0 until set.
+    /// @{
+    int Getmin() const;
+    void Setmin(int value);
+    bool IsminSet() const;
+    void Resetmin();
+    int GetDefaultmin() const;
+    bool IsValidmin(const int &value) const;
+    /// @}
+
+    /// \name max
+    /// The greatest number offered; mandatory, 0 until set.
+    /// @{
+    int Getmax() const;
+    void Setmax(int value);
+    bool IsmaxSet() const;
+    void Resetmax();
+    int GetDefaultmax() const;
+    bool IsValidmax(const int &value) const;
+    /// @}
+
+    /// \name step
+    /// The increment between numbers offered; mandatory, 0 until set. May be 0 or negative.
+    /// @{
+    int Getstep() const;
+    void Setstep(int value);
+    bool IsstepSet() const;
+    void Resetstep();
+    int GetDefaultstep() const;
+    bool IsValidstep(const int &value) const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::ValueNumericInt)

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+
+namespace JobXml {
+
+/// A named 64-bit integer of a node, with the range and increment offered for it.
+///
+/// The range is told, not enforced: nothing compares the value with its limits, and min may be above max. What a user
+/// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
+/// setting.
+class JOBXML_EXPORT ValueNumericInt64 : public DataObject {
+public:
+    ValueNumericInt64();
+    ValueNumericInt64(const ValueNumericInt64 &other);
+    ValueNumericInt64(ValueNumericInt64 &&other) noexcept;
+    ValueNumericInt64 &operator=(const ValueNumericInt64 &other) noexcept;
+    ValueNumericInt64 &operator=(ValueNumericInt64 &&other) noexcept;
+    ~ValueNumericInt64() override;
+
+    bool operator==(const ValueNumericInt64 &other) const;
+    bool operator!=(const ValueNumericInt64 &other) const;
+    void swap(ValueNumericInt64 &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name id
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
+    /// null one included, although Setid() refuses null while validating.
+    /// @{
+    QString Getid();
+    void Setid(QString value);
+    bool IsidSet() const;
+    void Resetid();
+    QString GetDefaultid() const;
+    bool IsValidid(const QString &value) const;
+    /// @}
+
+    /// \name value
+    /// The number set; mandatory, 0 until set.
+    /// @{
+    qint64 Getvalue() const;
+    void Setvalue(qint64 value);
+    bool IsvalueSet() const;
+    void Resetvalue();
+    qint64 GetDefaultvalue() const;
+    bool IsValidvalue(const qint64 &value) const;
+    /// @}
+
+    /// \name min
+    /// The least number offered; mandatory, 0 until set.
+    /// @{
+    qint64 Getmin() const;
+    void Setmin(qint64 value);
+    bool IsminSet() const;
+    void Resetmin();
+    qint64 GetDefaultmin() const;
+    bool IsValidmin(const qint64 &value) const;
+    /// @}
+
+    /// \name max
+    /// The greatest number offered; mandatory, 0 until set.
+    /// @{
+    qint64 Getmax() const;
+    void Setmax(qint64 value);
+    bool IsmaxSet() const;
+    void Resetmax();
+    qint64 GetDefaultmax() const;
+    bool IsValidmax(const qint64 &value) const;
+    /// @}
+
+    /// \name step
+    /// The increment between numbers offered; mandatory, 0 until set. May be 0 or negative.
+    /// @{
+    qint64 Getstep() const;
+    void Setstep(qint64 value);
+    bool IsstepSet() const;
+    void Resetstep();
+    qint64 GetDefaultstep() const;
+    bool IsValidstep(const qint64 &value) const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::ValueNumericInt64)

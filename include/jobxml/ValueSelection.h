@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+#include <jobxml/SelectionItem.h>
+
+namespace JobXml {
+
+/// A named number of a node, chosen from a list of named options.
+///
+/// The chosen value, its text and its index are kept as they are given: nothing compares them with the options.
+class JOBXML_EXPORT ValueSelection : public DataObject {
+public:
+    ValueSelection();
+    ValueSelection(const ValueSelection &other);
+    ValueSelection(ValueSelection &&other) noexcept;
+    ValueSelection &operator=(const ValueSelection &other) noexcept;
+    ValueSelection &operator=(ValueSelection &&other) noexcept;
+    ~ValueSelection() override;
+
+    bool operator==(const ValueSelection &other) const;
+    bool operator!=(const ValueSelection &other) const;
+    void swap(ValueSelection &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name SelectionItem
+    /// The options; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
+    /// nothing is written for it.
+    /// @{
+    QVector<SelectionItem> &GetSelectionItem();
+    const QVector<SelectionItem> &GetSelectionItem() const;
+    void SetSelectionItem(const QVector<SelectionItem> &items);
+    void AppendSelectionItem(const SelectionItem &item);
+    bool IsSelectionItemSet() const;
+    void ResetSelectionItem();
+    bool IsValidSelectionItem(const SelectionItem &item) const;
+    bool IsValidSelectionItem(const QVector<SelectionItem> &items) const;
+    /// @}
+
+    /// \name id
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
+    /// null one included, although Setid() refuses null while validating.
+    /// @{
+    QString Getid() const;
+    void Setid(QString value);
+    bool IsidSet() const;
+    void Resetid();
+    QString GetDefaultid() const;
+    bool IsValidid(const QString &value) const;
+    /// @}
+
+    /// \name value
+    /// The number chosen; mandatory, 0 until set, any number. XML and tagged records carry two decimals, only a
+    /// snapshot keeps it exactly.
+    /// @{
+    double Getvalue() const;
+    void Setvalue(double value);
+    bool IsvalueSet() const;
+    void Resetvalue();
+    double GetDefaultvalue() const;
+    bool IsValidvalue(const double &value) const;
+    /// @}
+
+    /// \name text
+    /// The text to show for it; mandatory, null until set. IsValidtext() says yes to every text, a null one included,
+    /// although Settext() refuses null while validating.
+    /// @{
+    QString Gettext() const;
+    void Settext(QString value);
+    bool IstextSet() const;
+    void Resettext();
+    QString GetDefaulttext() const;
+    bool IsValidtext(const QString &value) const;
+    /// @}
+
+    /// \name index
+    /// The position of the option chosen, counted from 0; mandatory, 0 until set, any number: it may be negative or
+    /// beyond the list.
+    /// @{
+    int Getindex() const;
+    void Setindex(int value);
+    bool IsindexSet() const;
+    void Resetindex();
+    int GetDefaultindex() const;
+    bool IsValidindex(const int &value) const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::ValueSelection)

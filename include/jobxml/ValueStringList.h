@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+#include <jobxml/StringItem.h>
+
+namespace JobXml {
+
+/// A named text of a node, out of or alongside a list of texts.
+///
+/// The value need not be among the items: nothing compares them.
+class JOBXML_EXPORT ValueStringList : public DataObject {
+public:
+    ValueStringList();
+    ValueStringList(const ValueStringList &other);
+    ValueStringList(ValueStringList &&other) noexcept;
+    ValueStringList &operator=(const ValueStringList &other) noexcept;
+    ValueStringList &operator=(ValueStringList &&other) noexcept;
+    ~ValueStringList() override;
+
+    bool operator==(const ValueStringList &other) const;
+    bool operator!=(const ValueStringList &other) const;
+    void swap(ValueStringList &other) noexcept;
+
+    static qint64 GetId();
+    static QString GetStaticObjectName();
+
+    /// \name StringItem
+    /// The texts offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
+    /// validating nothing is written for it.
+    /// @{
+    QVector<StringItem> &GetStringItem();
+    const QVector<StringItem> &GetStringItem() const;
+    void SetStringItem(const QVector<StringItem> &items);
+    void AppendStringItem(const StringItem &item);
+    bool IsStringItemSet() const;
+    void ResetStringItem();
+    bool IsValidStringItem(const StringItem &item) const;
+    bool IsValidStringItem(const QVector<StringItem> &items) const;
+    /// @}
+
+    /// \name id
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
+    /// null one included, although Setid() refuses null while validating.
+    /// @{
+    QString Getid() const;
+    void Setid(QString value);
+    bool IsidSet() const;
+    void Resetid();
+    QString GetDefaultid() const;
+    bool IsValidid(const QString &value) const;
+    /// @}
+
+    /// \name value
+    /// The text chosen; mandatory, null until set. IsValidvalue() says yes to every text, a null one included, although
+    /// Setvalue() refuses null while validating.
+    /// @{
+    QString Getvalue() const;
+    void Setvalue(QString value);
+    bool IsvalueSet() const;
+    void Resetvalue();
+    QString GetDefaultvalue() const;
+    bool IsValidvalue(const QString &value) const;
+    /// @}
+};
+
+} // namespace JobXml
+
+Q_DECLARE_SHARED(JobXml::ValueStringList)

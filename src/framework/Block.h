@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <atomic>
+
+#include <QVector>
+
+namespace JobXml {
+
+/// The set flags of an object: bit i belongs to member i.
+class SetFlags {
+public:
+    bool test(int bit) const noexcept { return (m_bits >> bit) & 1U; }
+    void set(int bit) noexcept { m_bits = quint16(m_bits | (1U << bit)); }
+    void clear(int bit) noexcept { m_bits = quint16(m_bits & ~(1U << bit)); }
+    void clearAll() noexcept { m_bits = 0; }
+
+    /// The packed form, least significant bit first, as snapshots carry it.
+    quint8 byte(int index) const noexcept { return quint8(m_bits >> (8 * index)); }
+    void setBytes(quint8 first, quint8 second, int memberCount) noexcept
+    {
+        m_bits = quint16((first | second << 8) & ((1 << memberCount) - 1)); // bits that no member owns are dropped
+    }
+
+private:
+    quint16 m_bits = 0;
+};
+
+constexpr int mostMembers = 16; // what SetFlags can hold
+
+/// The data of an object, shared after assignment until one side uses it.
+struct Block {
+    Block() noexcept = default;
+    Block(const Block &other) noexcept : flags(other.flags) { } // a copy begins with an owner of its own
+    Block &operator=(const Block &) = delete;
+
+    // Acquire and release pair up: who finds itself the only owner sees all that the former owners did.
+    bool isShared() const noexcept { return m_owners.load(std::memory_order_acquire) != 1; }
+    void addOwner() noexcept { m_owners.fetch_add(1, std::memory_order_relaxed); }
+    bool dropOwner() noexcept { return m_owners.fetch_sub(1, std::memory_order_acq_rel) == 1; } // true for the last
+
+private:
+    std::atomic<int> m_owners{1};
+
+public:
+    SetFlags flags;
+
+protected:
+    ~Block() = default;
+};
+
+/// A block with the members of one class.
+template <class Data>
+struct BlockOf final : Block {
+    Data members{};
+};
+
+/// A list of child objects. Copying it copies the items at once: they carry a flag and a logger that change behind
+/// const, so two blocks that live in two threads must not share them.
+template <class Item>
+class ItemList : public QVector<Item> {
+public:
+    ItemList() = default;
+    ItemList(const ItemList &other) : QVector<Item>(other) { own(); }
+    ItemList &operator=(const ItemList &) = delete;
+    ~ItemList() = default;
+
+    using QVector<Item>::operator=;
+
+    /// Gives up sharing the items with lists that callers hold.
+    void own()
+    {
+        if (!this->isEmpty())
+            this->detach();
+    }
+};
+
+} // namespace JobXml

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include "framework/Member.h"
+
+namespace JobXml {
+
+/// The row of a list of child objects.
+template <class Data, class Item>
+class ChildList : public MemberOf<Data> {
+public:
+    constexpr ChildList(int bit, const char *name, quint32 tag, ItemList<Item> Data::*field, Traits traits)
+        : MemberOf<Data>(bit, name, tag, traits | HoldsChildren), m_field(field)
+    {
+    }
+
+    const QVector<Item> &get(const DataObject &object) const { return list(Member::block(object)); }
+
+    QVector<Item> &modify(DataObject &object) const
+    {
+        Block &block = Member::block(object);
+        block.flags.set(this->bit());
+        return list(block);
+    }
+
+    void set(DataObject &object, const QVector<Item> &items) const { modify(object) = items; }
+
+    void append(DataObject &object, const Item &item) const
+    {
+        ItemList<Item> &items = listToAppendTo(object, item);
+        items.append(item);
+        Member::block(object).flags.set(this->bit());
+    }
+
+    void reset(DataObject &object) const { this->resetIfInitialized(object); }
+
+    bool isPresent(const Block &block) const override { return !list(block).isEmpty(); }
+
+    void reset(Block &block) const override { list(block).clear(); }
+
+    bool equals(const Block *left, const Block *right) const override
+    {
+        const QVector<Item> none;
+        const QVector<Item> &leftItems = left ? list(*left) : none;
+        const QVector<Item> &rightItems = right ? list(*right) : none;
+        const bool rightSet = right && this->isSet(*right);
+        if (this->has(ComparedByRightFlag))
+            return rightSet ? sameItems(leftItems, rightItems) : leftItems.isEmpty();
+        const bool leftSet = left && this->isSet(*left);
+        return leftSet == rightSet && (!leftSet || sameItems(leftItems, rightItems));
+    }
+
+    void check(const DataObject &object, const Block &block) const override
+    {
+        if (this->has(Mandatory) && !this->isSet(block))
+            Errors::notSet(object, this->name());
+    }
+
+    void forEachChild(Block &block, const ChildAction &action) const override
+    {
+        ItemList<Item> &items = list(block);
+        items.own(); // what happens to an item must not happen to a list that a caller holds
+        for (int i = 0; i < items.size(); ++i)
+            action(std::as_const(items).at(i), i);
+    }
+
+    void checkForWriting(const DataObject &object, const DataObject &child) const override
+    {
+        if (this->has(Mandatory) && !child.HasData())
+            Errors::itemWithoutData(object, this->name());
+    }
+
+    void merge(DataObject &object, const DataObject &other) const override
+    {
+        if (!Member::isSet(other))
+            return;
+        modify(object);
+        for (const Item &item : get(other))
+            append(object, item);
+    }
+
+    void accept(const Block &block, Visitor &visitor) const override
+    {
+        const QVector<Item> &items = list(block);
+        visitor.VisitList(this->name(), items.size(), this->isSet(block));
+        for (int i = 0; i < items.size(); ++i)
+            visitor.VisitChild(this->name(), items.at(i), i);
+    }
+
+    void writeXml(const DataObject &object, Block &block, QXmlStreamWriter &writer) const override
+    {
+        for (const Item &item : std::as_const(list(block))) {
+            if (object.GetValidate())
+                checkForWriting(object, item);
+            if (this->writesChildren(block))
+                Member::writeNestedXml(item, writer, this->isSet(block)); // a check covers what is set
+        }
+    }
+
+    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    {
+        Item item = newItem(object);
+        item.SetLogger(object.GetLogger());
+        item.ProcessXml(reader);
+        appendRead(object, std::move(item));
+        takeLogger(object);
+    }
+
+    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    {
+        const ItemList<Item> &items = list(block);
+        const auto record = writer.begin(this->tag());
+        writer.payload() << qint32(items.size());
+        if (this->writesChildren(block)) {
+            for (const Item &item : items)
+                Member::writeNestedRecord(item, writer, this->isSet(block));
+        }
+        writer.end(record);
+    }
+
+    void readRecord(DataObject &object, RecordReader &reader, qint32) const override
+    {
+        const auto count = reader.read<qint32>();
+        reserve(object, itemsWithin(reader.stream(), count));
+        for (qint32 i = 0; i < count; ++i) {
+            const auto length = reader.read<qint32>();
+            Item item = newItem(object);
+            item.SetLogger(object.GetLogger());
+            Member::readNestedRecord(item, reader, length);
+            appendRead(object, std::move(item));
+            takeLogger(object);
+        }
+    }
+
+    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    {
+        ItemList<Item> &items = list(block);
+        stream << qint32(items.size());
+        if (!this->isSet(block))
+            return;
+        items.own();
+        for (const Item &item : std::as_const(items))
+            Member::writeNestedSnapshot(item, stream);
+    }
+
+    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    {
+        qint32 count = 0;
+        if (!readIfThere(stream, count))
+            return false;
+        if (!this->isSet(Member::block(object)) && !this->has(SnapshotReadByCount))
+            return true;
+        reserve(object, itemsWithin(stream, count));
+        for (qint32 i = 0; i < count; ++i) {
+            Item item = newItem(object);
+            if (!Member::readNestedSnapshot(item, stream))
+                return false;
+            appendRead(object, std::move(item));
+        }
+        return true;
+    }
+
+protected:
+    ItemList<Item> &list(Block &block) const { return this->members(block).*m_field; }
+    const ItemList<Item> &list(const Block &block) const { return this->members(block).*m_field; }
+
+private:
+    static bool sameItems(const QVector<Item> &left, const QVector<Item> &right)
+    {
+        if (left.size() != right.size())
+            return false;
+        // Item by item even where both lists are one: an item that holds a NaN does not equal itself.
+        return std::equal(left.begin(), left.end(), right.begin());
+    }
+
+    /// The list, if it takes the item.
+    ItemList<Item> &listToAppendTo(DataObject &object, const Item &item) const
+    {
+        Block &block = Member::block(object);
+        if (object.GetValidate() && !item.HasData())
+            Errors::incompleteItem(object, this->name());
+        return list(block);
+    }
+
+    static Item newItem(const DataObject &object)
+    {
+        Item item;
+        item.SetValidate(object.GetValidate());
+        return item;
+    }
+
+    // As append(), without a copy of what was just read.
+    void appendRead(DataObject &object, Item &&item) const
+    {
+        listToAppendTo(object, item).append(std::move(item));
+        Member::block(object).flags.set(this->bit());
+    }
+
+    // For the item appended last, whose children have the logger already; a move does not bring it along.
+    void takeLogger(const DataObject &object) const
+    {
+        Member::takeLogger(list(Member::block(object)).constLast(), object);
+    }
+
+    void reserve(DataObject &object, int further) const
+    {
+        ItemList<Item> &items = list(Member::block(object));
+        if (further > items.size()) // otherwise growing by itself is as good, and linear over many small records
+            items.reserve(items.size() + further);
+    }
+
+    ItemList<Item> Data::*m_field;
+};
+
+} // namespace JobXml

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "framework/Errors.h"
+
+#include <jobxml/DataObject.h>
+
+namespace JobXml {
+
+namespace {
+
+// Most texts carry the name of the object in front; those that name it themselves do not.
+QString withName(const DataObject &object, const QString &text)
+{
+    return object.GetObjectName() + text;
+}
+
+// The data member behind an alternative: "ValueInt" is kept in m_valueInt.
+QString dataMember(QLatin1String alternative)
+{
+    QString name = alternative;
+    name[0] = name[0].toLower();
+    return QStringLiteral("m_") + name;
+}
+
+constexpr const char *unchosenTexts[] = {
+    ": Tried to access an Interface that is nor selected.", // ValueBoolean
+    ": Tried to access an Interface that is nor selected.", // ValueFloat
+    ": Tried to access an Interface that is nor selected.", // ValueInt
+    ": Tried to access an Interface that is nor selected.", // ValueInt64
+    ": Tried to access an Interface that is nor selected.", // ValueNumericFloat
+    ": Tried to access an Interface that is nor selected.", // ValueNumericInt
+    ": Tried to access an Interface that is nor selected.", // ValueNumericInt64
+    ": Tried to access an Interface that is nor selected.", // ValueSelection
+    ": Tried to access an Interface that is nor selected.", // ValueString
+    ": Tried to access an Interface that is nor selected.", // ValueStringList
+};
+
+} // namespace
+
+void Errors::notSet(const DataObject &object, QLatin1String member)
+{
+    throw OutOfRangeException(withName(object, QStringLiteral(": Please set %1 properly.").arg(member)));
+}
+
+void Errors::nullGiven(const DataObject &object, QLatin1String member)
+{
+    throw OutOfRangeException(
+        withName(object, QStringLiteral(": Please set %1 properly (origin: Setter).").arg(member)));
+}
+
+void Errors::invalidEnumGiven(const DataObject &object, QLatin1String member)
+{
+    throw OutOfRangeException(
+        QStringLiteral("enum is not valid (classname=%1,membername=m_%2)").arg(object.GetObjectName(), member));
+}
+
+void Errors::incompleteItem(const DataObject &object, QLatin1String item)
+{
+    throw IncompleteDefinitionException(
+        withName(object, QStringLiteral(": Tried to append not completely defined or invalid item %1.").arg(item)));
+}
+
+void Errors::itemWithoutData(const DataObject &object, QLatin1String item)
+{
+    throw IncompleteDefinitionException(
+        QStringLiteral("Parameters for %1 are not set properly in '%2'.").arg(item, object.GetObjectName()));
+}
+
+void Errors::emptyBoolean(const DataObject &object, QLatin1String member)
+{
+    throw InvalidXmlException(QStringLiteral("Please set a value or a default for the boolean '%1' in '%2'.")
+                                  .arg(member, object.GetObjectName()));
+}
+
+void Errors::unknownElement(const DataObject &object, const QString &element)
+{
+    throw InvalidXmlException(QStringLiteral("Unknown Tag '%1' in '%2'.").arg(element, object.GetObjectName()));
+}
+
+// The text gives no number: the remainder of the length would mean nothing to a user.
+void Errors::wrongLength(const DataObject &object)
+{
+    throw BinaryParsingException(withName(
+        object, QStringLiteral("::SetBinary(...): Length error occurred during processing of binary representation")));
+}
+
+void Errors::invalidChoice(const DataObject &object)
+{
+    throw OutOfRangeException(QStringLiteral("Invalid enum value set in '%1'.").arg(object.GetObjectName()));
+}
+
+void Errors::nothingChosen(const DataObject &object)
+{
+    throw IncompleteDefinitionException(
+        withName(object, QStringLiteral(":Check failed. The mandatory choice ChoiceValueItem is not initialized")));
+}
+
+void Errors::chosenNotSet(const DataObject &object, QLatin1String alternative)
+{
+    throw IncompleteDefinitionException(
+        withName(object,
+                 QStringLiteral(":Check failed. The mandatory member (choice element) %1 is not set.")
+                     .arg(dataMember(alternative))));
+}
+
+void Errors::chosenWithoutData(const DataObject &object, QLatin1String alternative)
+{
+    throw IncompleteDefinitionException(
+        withName(object,
+                 QStringLiteral(":Check failed. Mandatory data of the member (choice element) %1 is not set.")
+                     .arg(dataMember(alternative))));
+}
+
+QString Errors::accessToUnchosen(const DataObject &object, int alternative)
+{
+    return withName(object, QLatin1String(unchosenTexts[alternative]));
+}
+
+} // namespace JobXml

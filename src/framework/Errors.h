@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace JobXml {
+
+class DataObject;
+
+/// Every failure of the model, one function each; the texts stand in Errors.cpp and nowhere else.
+namespace Errors {
+
+[[noreturn]] void notSet(const DataObject &object, QLatin1String member);
+[[noreturn]] void nullGiven(const DataObject &object, QLatin1String member);
+[[noreturn]] void invalidEnumGiven(const DataObject &object, QLatin1String member);
+[[noreturn]] void incompleteItem(const DataObject &object, QLatin1String item);
+[[noreturn]] void itemWithoutData(const DataObject &object, QLatin1String item);
+[[noreturn]] void emptyBoolean(const DataObject &object, QLatin1String member);
+[[noreturn]] void unknownElement(const DataObject &object, const QString &element);
+[[noreturn]] void wrongLength(const DataObject &object);
+[[noreturn]] void invalidChoice(const DataObject &object);
+[[noreturn]] void nothingChosen(const DataObject &object);
+[[noreturn]] void chosenNotSet(const DataObject &object, QLatin1String alternative);
+[[noreturn]] void chosenWithoutData(const DataObject &object, QLatin1String alternative);
+
+/// The text for the use of an alternative (0 to 9) that is not the chosen one. Defined for callers of later versions:
+/// today every alternative may be used at any time, so nothing raises it.
+QString accessToUnchosen(const DataObject &object, int alternative);
+
+} // namespace Errors
+} // namespace JobXml

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLatin1String>
+
+#include <jobxml/DataObject.h>
+#include <jobxml/Visitor.h>
+
+#include "framework/Block.h"
+#include "framework/Errors.h"
+#include "framework/Records.h"
+
+namespace JobXml {
+
+/// What a row of a table says about its member.
+enum Traits : unsigned {
+    NoTraits = 0,
+    Attribute = 1 << 0, ///< an XML attribute; otherwise a child element. Reading takes a child element for both
+    Mandatory = 1 << 1, ///< HasData() and Check() ask for it
+    WrittenWhenSet = 1 << 2, ///< left out of all three encodings while its flag is clear
+    SnapshotReadAlways = 1 << 3, ///< although WrittenWhenSet: snapshots are read as if it were always there
+    SnapshotReadByCount = 1 << 4, ///< a list whose snapshot is read by its count alone, whatever its flag says
+    ComparedByRightFlag = 1 << 5, ///< a list that equals an unset one when it is empty, set or not
+    NullPassesIsValid = 1 << 6, ///< a text whose IsValid says yes to null, although its setter refuses it
+    Identifies = 1 << 7, ///< a text that tells the object from its siblings, for the paths of problems
+    HoldsChildren = 1 << 8, ///< said by the row types of child objects, not by the tables
+};
+
+constexpr Traits operator|(Traits left, Traits right)
+{
+    return Traits(unsigned(left) | unsigned(right));
+}
+
+/// A call for each child object; refers to the caller's function and is not kept.
+class ChildAction {
+public:
+    template <class Function>
+    explicit ChildAction(Function &function)
+        : m_context(&function), m_call([](void *context, const DataObject &child, int index) {
+              (*static_cast<Function *>(context))(child, index);
+          })
+    {
+    }
+
+    void operator()(const DataObject &child, int index) const { m_call(m_context, child, index); }
+
+private:
+    void *m_context;
+    void (*m_call)(void *, const DataObject &, int);
+};
+
+/// One row of a class's table: a constant that knows where a member is kept and does to it what each operation of
+/// DataObject asks. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
+class Member {
+public:
+    int bit() const { return m_bit; }
+    QLatin1String name() const { return QLatin1String(m_name); }
+    quint32 tag() const { return m_tag; }
+    constexpr bool has(Traits traits) const { return (m_traits & traits) == traits; }
+
+    bool isSet(const Block &block) const { return block.flags.test(m_bit); }
+    bool isSet(const DataObject &object) const
+    {
+        const Block *existing = existingBlock(object);
+        return existing && isSet(*existing);
+    }
+
+    virtual bool isPresent(const Block &block) const = 0;
+    virtual void reset(Block &block) const = 0;
+
+    /// Compares the members of two objects, either of which may have no block.
+    virtual bool equals(const Block *left, const Block *right) const = 0;
+
+    /// Throws if the member itself, children aside, may not stand as it does.
+    virtual void check(const DataObject &object, const Block &block) const = 0;
+
+    /// Whether the child objects are written, once the object itself is.
+    virtual bool writesChildren(const Block &block) const { return isSet(block); }
+
+    /// Calls the action for each child object, written or not.
+    virtual void forEachChild(Block &, const ChildAction &) const { }
+
+    /// What a writer would say about a child that check() does not.
+    virtual void checkForWriting(const DataObject &, const DataObject &) const { }
+
+    /// Takes over the member of another object of the same class, where it is set.
+    virtual void merge(DataObject &object, const DataObject &other) const = 0;
+
+    virtual void accept(const Block &block, Visitor &visitor) const = 0;
+
+    /// The text that tells the object from its siblings; null for all rows but the one with `Identifies`.
+    virtual QString identification(const Block &) const { return QString(); }
+
+    virtual void writeXml(const DataObject &object, Block &block, QXmlStreamWriter &writer) const = 0;
+    virtual void readXmlAttribute(DataObject &, const QString &) const { }
+    virtual void readXmlElement(DataObject &object, QXmlStreamReader &reader) const = 0;
+    virtual void writeRecord(const DataObject &object, Block &block, RecordWriter &writer) const = 0;
+    virtual void readRecord(DataObject &object, RecordReader &reader, qint32 length) const = 0;
+    virtual void writeSnapshot(const DataObject &object, Block &block, QDataStream &stream) const = 0;
+    virtual bool readSnapshot(DataObject &object, QDataStream &stream) const = 0;
+
+    // For the proof-reading of tables while they are compiled.
+    constexpr int constantBit() const { return m_bit; }
+    constexpr quint32 constantTag() const { return m_tag; }
+
+protected:
+    constexpr Member(int bit, const char *name, quint32 tag, Traits traits)
+        : m_name(name), m_tag(tag), m_traits(traits), m_bit(bit)
+    {
+    }
+    ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
+
+    // The rows' way into objects; DataObject has no other friend.
+    static Block &block(const DataObject &object) { return object.block(); }
+    static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
+    static QString elementText(DataObject &object, QXmlStreamReader &reader) { return object.GetTextValue(reader); }
+    static void takeLogger(const DataObject &child, const DataObject &parent) { child.takeLogger(parent.GetLogger()); }
+    static void writeNestedXml(const DataObject &child, QXmlStreamWriter &writer, bool checked)
+    {
+        child.writeNestedXml(writer, checked);
+    }
+    static void writeNestedRecord(const DataObject &child, RecordWriter &writer, bool checked)
+    {
+        child.writeNestedRecord(writer, checked);
+    }
+    static void writeNestedRecord(const DataObject &child, RecordWriter &writer, quint32 tag, bool checked)
+    {
+        child.writeNestedRecord(writer, tag, checked);
+    }
+    static void readNestedRecord(DataObject &child, RecordReader &reader, qint32 length)
+    {
+        child.readRecord(reader.stream(), length);
+    }
+    static void writeNestedSnapshot(const DataObject &child, QDataStream &stream)
+    {
+        child.block();
+        child.writeSnapshot(stream);
+    }
+    static bool readNestedSnapshot(DataObject &child, QDataStream &stream)
+    {
+        child.block();
+        return child.readSnapshot(stream);
+    }
+
+private:
+    const char *m_name;
+    quint32 m_tag;
+    Traits m_traits;
+    int m_bit;
+};
+
+/// A row of the class whose members stand in `Data`: the one cast from the untyped block to them.
+template <class Data>
+class MemberOf : public Member {
+public:
+    using Members = Data;
+
+protected:
+    using Member::Member;
+    ~MemberOf() = default;
+
+    static Data &members(Block &block) { return static_cast<BlockOf<Data> &>(block).members; }
+    static const Data &members(const Block &block) { return static_cast<const BlockOf<Data> &>(block).members; }
+
+    /// The accessor `ResetX()`.
+    void resetIfInitialized(const DataObject &object) const
+    {
+        if (!existingBlock(object))
+            return;
+        Block &own = block(object);
+        own.flags.clear(bit());
+        reset(own);
+    }
+};
+
+} // namespace JobXml

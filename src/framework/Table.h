@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <type_traits>
+#include <utility>
+
+#include "framework/Member.h"
+
+namespace JobXml {
+
+/// What DataObject has to know about a class: a constant made by describe().
+struct ClassInfo {
+    QString (*objectName)();
+    qint64 identifier;
+    const Member *const *inBitOrder; // check, snapshot
+    const Member *const *inWrittenOrder; // attributes, then elements: XML, records, equality
+    int memberCount;
+    bool hasChildren;
+    Block *(*create)();
+    Block *(*clone)(const Block &block);
+    void (*destroy)(Block *block);
+
+    class Rows {
+    public:
+        constexpr Rows(const Member *const *first, int count) : m_first(first), m_count(count) { }
+        const Member *const *begin() const { return m_first; }
+        const Member *const *end() const { return m_first + m_count; }
+
+    private:
+        const Member *const *m_first;
+        int m_count;
+    };
+    Rows bitOrder() const { return Rows(inBitOrder, memberCount); }
+    Rows writtenOrder() const { return Rows(inWrittenOrder, memberCount); }
+};
+
+/// The rows of a class in bit order, and the order of writing worked out from them.
+template <class Data, std::size_t count>
+struct Table {
+    static_assert(count <= mostMembers, "this table has more rows than there are set flags");
+
+    using Members = Data;
+    static constexpr std::size_t size = count;
+
+    template <class... Rows>
+    constexpr explicit Table(const Rows &...rows) : inBitOrder{&rows...}
+    {
+        std::size_t next = 0;
+        for (const Member *member : inBitOrder) {
+            if (member->has(Attribute))
+                inWrittenOrder[next++] = member;
+        }
+        for (const Member *member : inBitOrder) {
+            if (!member->has(Attribute))
+                inWrittenOrder[next++] = member;
+        }
+    }
+
+    std::array<const Member *, count> inBitOrder;
+    std::array<const Member *, count> inWrittenOrder{};
+};
+
+template <class First, class... Others>
+Table(const First &, const Others &...) -> Table<typename First::Members, 1 + sizeof...(Others)>;
+
+namespace ProofReading {
+
+template <class Table>
+constexpr bool bitsCountUp(const Table &table)
+{
+    for (std::size_t i = 0; i < Table::size; ++i) {
+        if (table.inBitOrder[i]->constantBit() != int(i))
+            return false;
+    }
+    return true;
+}
+
+template <class Table>
+constexpr bool tagsDiffer(const Table &table)
+{
+    for (std::size_t i = 0; i < Table::size; ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (table.inBitOrder[i]->constantTag() == table.inBitOrder[j]->constantTag())
+                return false;
+        }
+    }
+    return true;
+}
+
+template <class Table>
+constexpr bool anyHas(const Table &table, Traits traits)
+{
+    for (const Member *member : table.inBitOrder) {
+        if (member->has(traits))
+            return true;
+    }
+    return false;
+}
+
+struct Anything {
+    template <class T>
+    operator T() const;
+};
+
+template <class Data, class Indices, class = void>
+struct AcceptsFields : std::false_type {
+};
+
+template <class Data, std::size_t... index>
+struct AcceptsFields<Data, std::index_sequence<index...>,
+                     std::void_t<decltype(Data{(static_cast<void>(index), Anything{})...})>> : std::true_type {
+};
+
+/// How many fields a struct has: the most values that its braces accept.
+template <class Data, std::size_t guess = mostMembers + 4>
+constexpr std::size_t fieldCount()
+{
+    if constexpr (AcceptsFields<Data, std::make_index_sequence<guess>>::value)
+        return guess;
+    else
+        return fieldCount<Data, guess - 1>();
+}
+
+} // namespace ProofReading
+
+/// Describes a class by its table, proof-reading it. `otherFields` is how many fields of the struct are no members.
+template <const auto &table, std::size_t otherFields = 0>
+constexpr ClassInfo describe(QString (*objectName)(), qint64 identifier)
+{
+    using Table = std::decay_t<decltype(table)>;
+    using Data = typename Table::Members;
+    static_assert(ProofReading::bitsCountUp(table), "this table's rows are not in bit order 0, 1, 2, ...");
+    static_assert(ProofReading::tagsDiffer(table), "two rows of this table share a tag");
+    static_assert(ProofReading::fieldCount<Data>() <= Table::size + otherFields,
+                  "a member of the struct has no row in this table");
+    static_assert(ProofReading::fieldCount<Data>() >= Table::size + otherFields,
+                  "two rows of this table stand for one member of the struct");
+
+    return ClassInfo{
+        objectName,
+        identifier,
+        table.inBitOrder.data(),
+        table.inWrittenOrder.data(),
+        int(Table::size),
+        ProofReading::anyHas(table, HoldsChildren),
+        []() -> Block * { return new BlockOf<Data>; },
+        [](const Block &block) -> Block * { return new BlockOf<Data>(static_cast<const BlockOf<Data> &>(block)); },
+        [](Block *block) { delete static_cast<BlockOf<Data> *>(block); }};
+}
+
+} // namespace JobXml

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/BandwidthSelection.h>
+
+#include "framework/Scalar.h"
+#include "framework/Table.h"
+#include "module/UnitStatics.h"
+
+namespace JobXml {
+
+namespace {
+
+const UnitStatics unitStatics;
+
+struct BandwidthSelectionData {
+    QString name;
+    double maxBandwidth = 0.0;
+};
+
+// clang-format off
+namespace row {
+constexpr Scalar Name{        0, "Name",         0x8C9FBCA8, &BandwidthSelectionData::name,         Mandatory | Identifies};
+constexpr Scalar MaxBandwidth{1, "MaxBandwidth", 0xA723FFDA, &BandwidthSelectionData::maxBandwidth, Mandatory};
+} // namespace row
+
+constexpr Table members{row::Name, row::MaxBandwidth};
+constexpr ClassInfo bandwidthSelection = describe<members>(&BandwidthSelection::GetStaticObjectName, 0x09F7EAA9);
+// clang-format on
+
+} // namespace
+
+// clang-format off
+BandwidthSelection::BandwidthSelection() : DataObject(bandwidthSelection) {}
+BandwidthSelection::BandwidthSelection(const BandwidthSelection &other) = default;
+BandwidthSelection::BandwidthSelection(BandwidthSelection &&other) noexcept = default;
+BandwidthSelection &BandwidthSelection::operator=(const BandwidthSelection &other) noexcept = default;
+BandwidthSelection &BandwidthSelection::operator=(BandwidthSelection &&other) noexcept = default;
+BandwidthSelection::~BandwidthSelection() = default;
+
+bool BandwidthSelection::operator==(const BandwidthSelection &other) const { return equals(other); }
+bool BandwidthSelection::operator!=(const BandwidthSelection &other) const { return !equals(other); }
+void BandwidthSelection::swap(BandwidthSelection &other) noexcept { swapData(other); }
+
+qint64 BandwidthSelection::GetId() { return bandwidthSelection.identifier; }
+QString BandwidthSelection::GetStaticObjectName() { return QStringLiteral("BandwidthSelection"); }
+
+QString BandwidthSelection::GetName() const                      { return row::Name.get(*this); }
+void BandwidthSelection::SetName(QString value)                  { row::Name.set(*this, std::move(value)); }
+bool BandwidthSelection::IsNameSet() const                       { return row::Name.isSet(*this); }
+void BandwidthSelection::ResetName()                             { row::Name.reset(*this); }
+QString BandwidthSelection::GetDefaultName() const               { return row::Name.defaultValue(); }
+bool BandwidthSelection::IsValidName(const QString &value) const { return row::Name.isValid(value); }
+
+double BandwidthSelection::GetMaxBandwidth() const                      { return row::MaxBandwidth.get(*this); }
+void BandwidthSelection::SetMaxBandwidth(double value)                  { row::MaxBandwidth.set(*this, value); }
+bool BandwidthSelection::IsMaxBandwidthSet() const                      { return row::MaxBandwidth.isSet(*this); }
+void BandwidthSelection::ResetMaxBandwidth()                            { row::MaxBandwidth.reset(*this); }
+double BandwidthSelection::GetDefaultMaxBandwidth() const               { return row::MaxBandwidth.defaultValue(); }
+bool BandwidthSelection::IsValidMaxBandwidth(const double &value) const { return row::MaxBandwidth.isValid(value); }
+// clang-format on
+
+} // namespace JobXml

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/StartupModes.h>
+
+#include <algorithm>
+
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QXmlStreamWriter>
+
+#include "framework/Member.h"
+#include "framework/Table.h"
+#include "module/NameList.h"
+#include "module/UnitStatics.h"
+
+namespace JobXml {
+
+namespace {
+
+const UnitStatics unitStatics;
+
+const NameList modeNames({
+    QStringLiteral("Scan"),
+    QStringLiteral("FastScan"),
+    QStringLiteral("MScan"),
+    QStringLiteral("FFM"),
+    QStringLiteral("WFFM"),
+    QStringLiteral("Step"),
+    QStringLiteral("DF"),
+    QStringLiteral("MSearch"),
+    QStringLiteral("Polar"),
+    QStringLiteral("Search"),
+    QStringLiteral("Stop"),
+});
+
+using Mode = StartupModes::StartupMode;
+
+bool isMode(Mode mode)
+{
+    return modeNames.holds(int(mode));
+}
+
+Mode modeOf(const QString &name)
+{
+    static_assert(int(Mode::Invalid) == NameList::notFound, "an unknown name is the invalid mode");
+    return Mode(modeNames.value(name));
+}
+
+struct StartupModesData {
+    QVector<Mode> modes;
+    QStringList ownNames; // always empty; see IsValidStartupMode()
+};
+
+// A list of modes, which travel by their names.
+class ModeList final : public MemberOf<StartupModesData> {
+public:
+    using MemberOf::MemberOf;
+    constexpr ModeList(int bit, const char *name, quint32 tag, Traits traits) : MemberOf(bit, name, tag, traits) { }
+
+    const QVector<Mode> &get(const DataObject &object) const { return members(block(object)).modes; }
+
+    QVector<Mode> &modify(DataObject &object) const
+    {
+        Block &own = block(object);
+        own.flags.set(bit());
+        return members(own).modes;
+    }
+
+    void append(DataObject &object, Mode mode) const
+    {
+        Block &own = block(object);
+        if (object.GetValidate() && !isMode(mode))
+            Errors::incompleteItem(object, name());
+        members(own).modes.append(mode);
+        own.flags.set(bit());
+    }
+
+    void reset(DataObject &object) const { resetIfInitialized(object); }
+
+    bool isPresent(const Block &block) const override { return !members(block).modes.isEmpty(); }
+
+    void reset(Block &block) const override { members(block).modes.clear(); }
+
+    bool equals(const Block *left, const Block *right) const override
+    {
+        const bool leftSet = left && isSet(*left);
+        const bool rightSet = right && isSet(*right);
+        return leftSet == rightSet && (!leftSet || members(*left).modes == members(*right).modes);
+    }
+
+    void check(const DataObject &object, const Block &block) const override
+    {
+        const QVector<Mode> &modes = members(block).modes;
+        if (!isSet(block) || !std::all_of(modes.begin(), modes.end(), isMode))
+            Errors::notSet(object, name());
+    }
+
+    void merge(DataObject &object, const DataObject &other) const override
+    {
+        if (!Member::isSet(other))
+            return;
+        modify(object);
+        for (const Mode mode : get(other))
+            append(object, mode);
+    }
+
+    void accept(const Block &block, Visitor &visitor) const override
+    {
+        const QVector<Mode> &modes = members(block).modes;
+        visitor.VisitList(name(), modes.size(), isSet(block));
+        for (const Mode mode : modes)
+            visitor.VisitValue(name(), modeNames.name(int(mode)), true);
+    }
+
+    void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
+    {
+        for (const Mode mode : std::as_const(members(block).modes))
+            writer.writeTextElement(name(), modeNames.name(int(mode)));
+    }
+
+    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    {
+        append(object, modeOf(elementText(object, reader)));
+    }
+
+    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    {
+        const QVector<Mode> &modes = members(block).modes;
+        const auto list = writer.begin(tag());
+        writer.payload() << qint32(modes.size());
+        for (const Mode mode : modes) {
+            const auto entry = writer.beginUntagged();
+            writer.payload() << modeNames.name(int(mode)).toUtf8();
+            writer.end(entry);
+        }
+        writer.end(list);
+    }
+
+    void readRecord(DataObject &object, RecordReader &reader, qint32) const override
+    {
+        const auto count = reader.read<qint32>();
+        for (qint32 i = 0; i < count; ++i) {
+            reader.read<qint32>(); // the entry's length, which its text repeats
+            append(object, modeOf(reader.readText()));
+        }
+    }
+
+    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    {
+        const QVector<Mode> &modes = members(block).modes;
+        stream << qint32(modes.size());
+        for (const Mode mode : modes)
+            stream << qint8(mode);
+    }
+
+    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    {
+        qint32 count = 0;
+        if (!readIfThere(stream, count))
+            return false;
+        for (qint32 i = 0; i < count; ++i) {
+            qint8 mode = 0;
+            if (!readIfThere(stream, mode))
+                return false;
+            append(object, Mode(mode));
+        }
+        return true;
+    }
+};
+
+// clang-format off
+namespace row {
+constexpr ModeList StartupMode{0, "StartupMode", 0x627B74CE, Mandatory};
+} // namespace row
+
+constexpr Table members{row::StartupMode};
+constexpr ClassInfo startupModes = describe<members, 1>(&StartupModes::GetStaticObjectName, 0xA7563754);
+// clang-format on
+
+} // namespace
+
+// clang-format off
+StartupModes::StartupModes() : DataObject(startupModes) {}
+StartupModes::StartupModes(const StartupModes &other) = default;
+StartupModes::StartupModes(StartupModes &&other) noexcept = default;
+StartupModes &StartupModes::operator=(const StartupModes &other) noexcept = default;
+StartupModes &StartupModes::operator=(StartupModes &&other) noexcept = default;
+StartupModes::~StartupModes() = default;
+
+bool StartupModes::operator==(const StartupModes &other) const { return equals(other); }
+bool StartupModes::operator!=(const StartupModes &other) const { return !equals(other); }
+void StartupModes::swap(StartupModes &other) noexcept { swapData(other); }
+
+qint64 StartupModes::GetId() { return startupModes.identifier; }
+QString StartupModes::GetStaticObjectName() { return QStringLiteral("StartupModes"); }
+
+QVector<Mode> &StartupModes::GetStartupMode()                 { return row::StartupMode.modify(*this); }
+const QVector<Mode> &StartupModes::GetStartupMode() const     { return row::StartupMode.get(*this); }
+void StartupModes::SetStartupMode(const QVector<Mode> &modes) { row::StartupMode.modify(*this) = modes; }
+void StartupModes::AppendStartupMode(StartupMode mode)        { row::StartupMode.append(*this, mode); }
+bool StartupModes::IsStartupModeSet() const                   { return row::StartupMode.isSet(*this); }
+void StartupModes::ResetStartupMode()                         { row::StartupMode.reset(*this); }
+Mode StartupModes::GetDefaultStartupMode() const              { return Mode::Invalid; }
+Mode StartupModes::GetInvalidStartupMode() const              { return Mode::Invalid; }
+bool StartupModes::IsValidStartupMode(StartupMode mode) const { return isMode(mode); }
+// clang-format on
+
+// Departs: a list is measured against names that no object has, so only an empty one passes. Callers have come to
+// terms with that; what they would see of a list that passed, nobody knows.
+bool StartupModes::IsValidStartupMode(const QVector<StartupMode> &modes) const
+{
+    const int names = static_cast<const BlockOf<StartupModesData> &>(block()).members.ownNames.size();
+    return std::all_of(modes.begin(), modes.end(), [=](Mode mode) { return int(mode) >= 0 && int(mode) < names; });
+}
+
+QString StartupModes::StartupModeToName(StartupMode mode) const
+{
+    return modeNames.name(int(mode));
+}
+
+StartupModes::StartupMode StartupModes::NameToStartupMode(const QString &name) const
+{
+    return modeOf(name);
+}
+
+QStringList StartupModes::GetStartupModes()
+{
+    return modeNames.names();
+}
+
+QStringList StartupModes::GetGUIStartupModes()
+{
+    return modeNames.displayNames();
+}
+
+QString StartupModes::tr(const char *sourceText, const char *disambiguation, int n)
+{
+    return QCoreApplication::translate("JobXml::StartupModes", sourceText, disambiguation, n);
+}
+
+QString StartupModes::trUtf8(const char *sourceText, const char *disambiguation, int n)
+{
+    return tr(sourceText, disambiguation, n);
+}
+
+} // namespace JobXml

@@ -1,0 +1,457 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/TunerProperties.h>
+
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+#include "framework/ChildList.h"
+#include "framework/Scalar.h"
+#include "framework/Table.h"
+#include "module/NameList.h"
+#include "module/UnitStatics.h"
+
+namespace JobXml {
+
+namespace {
+
+const UnitStatics unitStatics;
+
+const NameList typeNames({
+    QStringLiteral("MCP"),
+    QStringLiteral("SCP"),
+    QStringLiteral("FFP"),
+    QStringLiteral("Receiver"),
+    QStringLiteral("DirectionFinder"),
+});
+
+using Type = TunerProperties::type;
+
+Type typeOf(const QString &name)
+{
+    static_assert(int(Type::Invalid) == NameList::notFound, "an unknown name is the invalid type");
+    return Type(typeNames.value(name));
+}
+
+} // namespace
+
+/// A type travels by its name, in snapshots by its value.
+template <>
+struct Codec<Type> : CodecDefaults<Type> {
+    static bool isValid(Type value) { return typeNames.holds(int(value)); }
+    [[noreturn]] static void refuse(const DataObject &object, QLatin1String member)
+    {
+        Errors::invalidEnumGiven(object, member);
+    }
+    static QVariant variant(Type value) { return text(value); }
+
+    static QString text(Type value) { return typeNames.name(int(value)); }
+    static Type fromText(const DataObject &, QLatin1String, const QString &text) { return typeOf(text); }
+    static void writePayload(QDataStream &stream, Type value) { stream << text(value).toUtf8(); }
+    static Type readPayload(RecordReader &reader) { return typeOf(reader.readText()); }
+    static void writeSnapshot(QDataStream &stream, Type value) { stream << qint8(value); }
+    static bool readSnapshot(QDataStream &stream, Type &value)
+    {
+        qint8 number = 0;
+        if (!readIfThere(stream, number))
+            return false;
+        value = Type(number);
+        return true;
+    }
+};
+
+namespace {
+
+struct Versions {
+    QString own = QStringLiteral("1.1");
+    QString loaded;
+};
+
+struct TunerPropertiesData {
+    Versions versions;
+    StartupModes startupModes;
+    ItemList<BandwidthSelection> bandwidths;
+    quint64 maxFFPDelay = 0;
+    bool hrpanSupported = false;
+    ItemList<Component> components;
+    QString name;
+    Type type = Type::Invalid;
+    QString baseresource;
+    QString connectableResources;
+    int quantity = 1;
+    QString parentBaseResource;
+    bool hwProcessing = false;
+};
+
+// Departs: the bandwidths are optional. XML and tagged records hold whatever items there are, and tagged records
+// nothing at all if there are none; snapshots go by the flag, count included.
+class BandwidthList final : public ChildList<TunerPropertiesData, BandwidthSelection> {
+public:
+    using ChildList::ChildList;
+
+    bool writesChildren(const Block &block) const override { return isPresent(block); }
+
+    void writeRecord(const DataObject &object, Block &block, RecordWriter &writer) const override
+    {
+        if (isPresent(block))
+            ChildList::writeRecord(object, block, writer);
+    }
+
+    void writeSnapshot(const DataObject &object, Block &block, QDataStream &stream) const override
+    {
+        if (isSet(block))
+            ChildList::writeSnapshot(object, block, stream);
+    }
+
+    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    {
+        return !Member::isSet(object) || ChildList::readSnapshot(object, stream);
+    }
+};
+
+// The startup modes: a child object that is a member by itself.
+class StartupModesMember final : public MemberOf<TunerPropertiesData> {
+public:
+    constexpr StartupModesMember(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, HoldsChildren) { }
+
+    const StartupModes &get(const DataObject &object) const { return members(block(object)).startupModes; }
+
+    StartupModes &modify(DataObject &object) const
+    {
+        Block &own = block(object);
+        own.flags.set(bit());
+        return members(own).startupModes;
+    }
+
+    void reset(DataObject &object) const { resetIfInitialized(object); }
+
+    bool isPresent(const Block &block) const override { return members(block).startupModes.AnyData(); }
+
+    void reset(Block &block) const override { members(block).startupModes = StartupModes(); }
+
+    bool equals(const Block *left, const Block *right) const override
+    {
+        const bool leftSet = left && isSet(*left);
+        const bool rightSet = right && isSet(*right);
+        return leftSet == rightSet && (!leftSet || members(*left).startupModes == members(*right).startupModes);
+    }
+
+    void check(const DataObject &, const Block &) const override { }
+
+    void forEachChild(Block &block, const ChildAction &action) const override
+    {
+        action(members(block).startupModes, -1);
+    }
+
+    void merge(DataObject &object, const DataObject &other) const override
+    {
+        if (Member::isSet(other))
+            modify(object).MergeRGObject(get(other));
+    }
+
+    void accept(const Block &block, Visitor &visitor) const override
+    {
+        if (isSet(block))
+            visitor.VisitChild(name(), members(block).startupModes, -1);
+    }
+
+    void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
+    {
+        if (isSet(block))
+            writeNestedXml(members(block).startupModes, writer, true);
+    }
+
+    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    {
+        Block &own = block(object);
+        members(own).startupModes.ProcessXml(reader);
+        own.flags.set(bit());
+    }
+
+    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    {
+        if (isSet(block))
+            writeNestedRecord(members(block).startupModes, writer, tag(), true);
+    }
+
+    void readRecord(DataObject &object, RecordReader &reader, qint32 length) const override
+    {
+        Block &own = block(object);
+        readNestedRecord(members(own).startupModes, reader, length);
+        own.flags.set(bit());
+    }
+
+    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    {
+        if (isSet(block))
+            writeNestedSnapshot(members(block).startupModes, stream);
+    }
+
+    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    {
+        Block &own = block(object);
+        return !isSet(own) || readNestedSnapshot(members(own).startupModes, stream);
+    }
+};
+
+// clang-format off
+constexpr quint32 versionTag = 0xCCFEDFA1;
+
+namespace row {
+using D = TunerPropertiesData;
+constexpr StartupModesMember StartupModes{0, "StartupModes",         0x2A68BEF4};
+constexpr BandwidthList BandwidthSelection{1, "BandwidthSelection",  0xC2483BA3, &D::bandwidths,           NoTraits};
+constexpr Scalar    MaxFFPDelay{          2, "MaxFFPDelay",          0xC8B67267, &D::maxFFPDelay,          WrittenWhenSet};
+constexpr Scalar    HRPANSupported{       3, "HRPANSupported",       0xC82D81E1, &D::hrpanSupported,       WrittenWhenSet};
+constexpr ChildList Component{            4, "Component",            0x66BA8E61, &D::components,           Mandatory};
+constexpr Scalar    name{                 5, "name",                 0xCB4CF645, &D::name,                 Attribute | WrittenWhenSet | Identifies};
+constexpr Scalar    type{                 6, "type",                 0xA1F0EE2D, &D::type,                 Attribute | Mandatory};
+constexpr Scalar    baseresource{         7, "baseresource",         0xE0CFAE8E, &D::baseresource,         Attribute | Mandatory};
+constexpr Scalar    connectableResources{ 8, "connectableResources", 0x6ADAF7A6, &D::connectableResources, Attribute | WrittenWhenSet};
+constexpr Scalar    quantity{             9, "quantity",             0xA59D7D84, &D::quantity,             Attribute | WrittenWhenSet};
+constexpr Scalar    parentBaseResource{  10, "parentBaseResource",   0x0BEE909A, &D::parentBaseResource,   Attribute | WrittenWhenSet};
+constexpr Scalar    hwProcessing{        11, "hwProcessing",         0x64D08C29, &D::hwProcessing,         Attribute | WrittenWhenSet};
+} // namespace row
+
+constexpr Table members{row::StartupModes, row::BandwidthSelection, row::MaxFFPDelay, row::HRPANSupported, row::Component,
+                        row::name, row::type, row::baseresource, row::connectableResources, row::quantity,
+                        row::parentBaseResource, row::hwProcessing};
+constexpr ClassInfo tunerProperties = describe<members, 1>(&TunerProperties::GetStaticObjectName, 0xC10CBB5F);
+// clang-format on
+
+Versions &versionsOf(Block &block)
+{
+    return static_cast<BlockOf<TunerPropertiesData> &>(block).members.versions;
+}
+
+} // namespace
+
+// clang-format off
+TunerProperties::TunerProperties() : DataObject(tunerProperties) {}
+TunerProperties::TunerProperties(const TunerProperties &other) = default;
+TunerProperties::TunerProperties(TunerProperties &&other) noexcept = default;
+TunerProperties &TunerProperties::operator=(const TunerProperties &other) noexcept = default;
+TunerProperties &TunerProperties::operator=(TunerProperties &&other) noexcept = default;
+TunerProperties::~TunerProperties() = default;
+
+void TunerProperties::swap(TunerProperties &other) noexcept { swapData(other); }
+
+qint64 TunerProperties::GetId() { return tunerProperties.identifier; }
+QString TunerProperties::GetStaticObjectName() { return QStringLiteral("TunerProperties"); }
+
+QString TunerProperties::Getname() const                      { return row::name.get(*this); }
+void TunerProperties::Setname(QString value)                  { row::name.set(*this, std::move(value)); }
+bool TunerProperties::IsnameSet() const                       { return row::name.isSet(*this); }
+void TunerProperties::Resetname()                             { row::name.reset(*this); }
+QString TunerProperties::GetDefaultname() const               { return row::name.defaultValue(); }
+bool TunerProperties::IsValidname(const QString &value) const { return row::name.isValid(value); }
+
+Type TunerProperties::Gettype() const                       { return row::type.get(*this); }
+void TunerProperties::Settype(type value)                   { row::type.set(*this, value); }
+bool TunerProperties::IstypeSet() const                     { return row::type.isSet(*this); }
+void TunerProperties::Resettype()                           { row::type.reset(*this); }
+Type TunerProperties::GetDefaulttype() const                { return row::type.defaultValue(); }
+Type TunerProperties::GetInvalidtype() const                { return Type::Invalid; }
+bool TunerProperties::IsValidtype(type value) const         { return row::type.isValid(value); }
+QString TunerProperties::GettypeAsString() const            { return typeToName(Gettype()); }
+QString TunerProperties::typeToName(type value) const       { return typeNames.name(int(value)); }
+Type TunerProperties::NameTotype(const QString &name) const { return typeOf(name); }
+QStringList TunerProperties::Gettypes()                     { return typeNames.names(); }
+QStringList TunerProperties::GetGUItypes()                  { return typeNames.displayNames(); }
+
+QString TunerProperties::Getbaseresource() const                      { return row::baseresource.get(*this); }
+void TunerProperties::Setbaseresource(QString value)                  { row::baseresource.set(*this, std::move(value)); }
+bool TunerProperties::IsbaseresourceSet() const                       { return row::baseresource.isSet(*this); }
+void TunerProperties::Resetbaseresource()                             { row::baseresource.reset(*this); }
+QString TunerProperties::GetDefaultbaseresource() const               { return row::baseresource.defaultValue(); }
+bool TunerProperties::IsValidbaseresource(const QString &value) const { return row::baseresource.isValid(value); }
+
+QString TunerProperties::GetconnectableResources() const                      { return row::connectableResources.get(*this); }
+void TunerProperties::SetconnectableResources(QString value)                  { row::connectableResources.set(*this, std::move(value)); }
+bool TunerProperties::IsconnectableResourcesSet() const                       { return row::connectableResources.isSet(*this); }
+void TunerProperties::ResetconnectableResources()                             { row::connectableResources.reset(*this); }
+QString TunerProperties::GetDefaultconnectableResources() const               { return row::connectableResources.defaultValue(); }
+bool TunerProperties::IsValidconnectableResources(const QString &value) const { return row::connectableResources.isValid(value); }
+
+int TunerProperties::Getquantity() const                      { return row::quantity.get(*this); }
+void TunerProperties::Setquantity(int value)                  { row::quantity.set(*this, value); }
+bool TunerProperties::IsquantitySet() const                   { return row::quantity.isSet(*this); }
+void TunerProperties::Resetquantity()                         { row::quantity.reset(*this); }
+int TunerProperties::GetDefaultquantity() const               { return row::quantity.defaultValue(); }
+bool TunerProperties::IsValidquantity(const int &value) const { return row::quantity.isValid(value); }
+
+QString TunerProperties::GetparentBaseResource() const                      { return row::parentBaseResource.get(*this); }
+void TunerProperties::SetparentBaseResource(QString value)                  { row::parentBaseResource.set(*this, std::move(value)); }
+bool TunerProperties::IsparentBaseResourceSet() const                       { return row::parentBaseResource.isSet(*this); }
+void TunerProperties::ResetparentBaseResource()                             { row::parentBaseResource.reset(*this); }
+QString TunerProperties::GetDefaultparentBaseResource() const               { return row::parentBaseResource.defaultValue(); }
+bool TunerProperties::IsValidparentBaseResource(const QString &value) const { return row::parentBaseResource.isValid(value); }
+
+bool TunerProperties::GethwProcessing() const        { return row::hwProcessing.get(*this); }
+void TunerProperties::SethwProcessing(bool value)    { row::hwProcessing.set(*this, value); }
+bool TunerProperties::IshwProcessingSet() const      { return row::hwProcessing.isSet(*this); }
+void TunerProperties::ResethwProcessing()            { row::hwProcessing.reset(*this); }
+bool TunerProperties::GetDefaulthwProcessing() const { return row::hwProcessing.defaultValue(); }
+
+StartupModes &TunerProperties::GetStartupModes()                      { return row::StartupModes.modify(*this); }
+const StartupModes &TunerProperties::GetStartupModes() const          { return row::StartupModes.get(*this); }
+void TunerProperties::SetStartupModes(const StartupModes &modes)      { row::StartupModes.modify(*this) = modes; }
+bool TunerProperties::IsStartupModesSet() const                       { return row::StartupModes.isSet(*this); }
+void TunerProperties::ResetStartupModes()                             { row::StartupModes.reset(*this); }
+bool TunerProperties::IsValidStartupModes(const StartupModes &) const { return true; }
+
+QVector<BandwidthSelection> &TunerProperties::GetBandwidthSelection()                      { return row::BandwidthSelection.modify(*this); }
+const QVector<BandwidthSelection> &TunerProperties::GetBandwidthSelection() const          { return row::BandwidthSelection.get(*this); }
+void TunerProperties::SetBandwidthSelection(const QVector<BandwidthSelection> &items)      { row::BandwidthSelection.set(*this, items); }
+void TunerProperties::AppendBandwidthSelection(const BandwidthSelection &item)             { row::BandwidthSelection.append(*this, item); }
+bool TunerProperties::IsBandwidthSelectionSet() const                                      { return row::BandwidthSelection.isSet(*this); }
+void TunerProperties::ResetBandwidthSelection()                                            { row::BandwidthSelection.reset(*this); }
+bool TunerProperties::IsValidBandwidthSelection(const BandwidthSelection &) const          { return true; }
+bool TunerProperties::IsValidBandwidthSelection(const QVector<BandwidthSelection> &) const { return true; }
+
+quint64 TunerProperties::GetMaxFFPDelay() const                      { return row::MaxFFPDelay.get(*this); }
+void TunerProperties::SetMaxFFPDelay(quint64 value)                  { row::MaxFFPDelay.set(*this, value); }
+bool TunerProperties::IsMaxFFPDelaySet() const                       { return row::MaxFFPDelay.isSet(*this); }
+void TunerProperties::ResetMaxFFPDelay()                             { row::MaxFFPDelay.reset(*this); }
+quint64 TunerProperties::GetDefaultMaxFFPDelay() const               { return row::MaxFFPDelay.defaultValue(); }
+bool TunerProperties::IsValidMaxFFPDelay(const quint64 &value) const { return row::MaxFFPDelay.isValid(value); }
+
+bool TunerProperties::GetHRPANSupported() const        { return row::HRPANSupported.get(*this); }
+void TunerProperties::SetHRPANSupported(bool value)    { row::HRPANSupported.set(*this, value); }
+bool TunerProperties::IsHRPANSupportedSet() const      { return row::HRPANSupported.isSet(*this); }
+void TunerProperties::ResetHRPANSupported()            { row::HRPANSupported.reset(*this); }
+bool TunerProperties::GetDefaultHRPANSupported() const { return row::HRPANSupported.defaultValue(); }
+
+QVector<Component> &TunerProperties::GetComponent()                      { return row::Component.modify(*this); }
+const QVector<Component> &TunerProperties::GetComponent() const          { return row::Component.get(*this); }
+void TunerProperties::SetComponent(const QVector<Component> &items)      { row::Component.set(*this, items); }
+void TunerProperties::AppendComponent(const Component &item)             { row::Component.append(*this, item); }
+bool TunerProperties::IsComponentSet() const                             { return row::Component.isSet(*this); }
+void TunerProperties::ResetComponent()                                   { row::Component.reset(*this); }
+bool TunerProperties::IsValidComponent(const Component &) const          { return true; }
+bool TunerProperties::IsValidComponent(const QVector<Component> &) const { return true; }
+// clang-format on
+
+// Departs: the versions are compared, and asking for them leaves both objects initialized, as soon as one of them is.
+bool TunerProperties::operator==(const TunerProperties &other) const
+{
+    if (!IsInitialized() && !other.IsInitialized())
+        return true;
+    return GetVersion() == other.GetVersion() && equals(other);
+}
+
+bool TunerProperties::operator!=(const TunerProperties &other) const
+{
+    return !(*this == other);
+}
+
+// Departs: the document alone has a version.
+const QString &TunerProperties::GetVersion() const
+{
+    return versionsOf(block()).own;
+}
+
+QString TunerProperties::GetInitialVersionLoaded() const
+{
+    return versionsOf(block()).loaded;
+}
+
+bool TunerProperties::isOlder() const
+{
+    const Versions &versions = versionsOf(block());
+    return versions.own.toFloat() > versions.loaded.toFloat(); // what is no number counts as 0
+}
+
+void TunerProperties::takeVersion(const QString &version)
+{
+    versionsOf(block()).loaded = version;
+    if (isOlder())
+        ResetToDefault();
+}
+
+// Departs: the default quantity counts as given.
+void TunerProperties::ResetToDefault()
+{
+    DataObject::ResetToDefault();
+    block().flags.set(row::quantity.bit());
+}
+
+// Departs: the version comes first, so that a reader knows what it is about to read.
+void TunerProperties::writeElement(QXmlStreamWriter &writer) const
+{
+    writer.writeStartElement(GetObjectName());
+    writer.writeAttribute(QStringLiteral("Version"), GetVersion());
+    writeMembers(writer);
+    writer.writeEndElement();
+}
+
+void TunerProperties::ProcessXml(QXmlStreamReader &reader)
+{
+    block();
+    const QString version = reader.attributes().value(QLatin1String("Version")).toString();
+    takeVersion(version.isNull() ? QStringLiteral("") : version);
+    readAttributes(reader);
+    readContent(reader);
+}
+
+// Departs: older documents may hold elements that have been dropped since; the others may not.
+void TunerProperties::ProcessXmlStartElement(QXmlStreamReader &reader)
+{
+    handOverOnce();
+    block();
+    if (readMemberElement(reader))
+        return;
+    if (isOlder())
+        skipElement(reader);
+    else if (GetValidate())
+        Errors::unknownElement(*this, reader.name().toString());
+    // otherwise the element is not consumed: what it holds is read as if it stood in the document itself
+}
+
+// Departs: a record of its own carries the version, in front of all others.
+void TunerProperties::writeMemberRecords(RecordWriter &writer) const
+{
+    const auto record = writer.begin(versionTag);
+    writer.payload() << GetVersion();
+    writer.end(record);
+    DataObject::writeMemberRecords(writer);
+}
+
+void TunerProperties::readMemberRecord(RecordReader &reader, quint32 tag, qint32 length)
+{
+    if (tag == versionTag)
+        takeVersion(reader.read<QString>());
+    else
+        DataObject::readMemberRecord(reader, tag, length);
+}
+
+// Departs: the version stands between the flags and the members.
+void TunerProperties::writeSnapshot(QDataStream &stream) const
+{
+    writeSnapshotFlags(stream);
+    stream << GetVersion();
+    writeSnapshotMembers(stream);
+}
+
+// Departs: an older version resets the flags just read along with the rest, and so what is read behind it.
+bool TunerProperties::readSnapshot(QDataStream &stream)
+{
+    QString version;
+    if (!readSnapshotFlags(stream) || !readIfThere(stream, version))
+        return false;
+    takeVersion(version);
+    return readSnapshotMembers(stream);
+}
+
+QString TunerProperties::tr(const char *sourceText, const char *disambiguation, int n)
+{
+    return QCoreApplication::translate("JobXml::TunerProperties", sourceText, disambiguation, n);
+}
+
+QString TunerProperties::trUtf8(const char *sourceText, const char *disambiguation, int n)
+{
+    return tr(sourceText, disambiguation, n);
+}
+
+} // namespace JobXml

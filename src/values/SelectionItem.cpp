@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/SelectionItem.h>
+
+#include "framework/Scalar.h"
+#include "framework/Table.h"
+#include "module/UnitStatics.h"
+
+namespace JobXml {
+
+namespace {
+
+const UnitStatics unitStatics;
+
+struct SelectionItemData {
+    QString name;
+    double value = 0.0;
+};
+
+// clang-format off
+namespace row {
+constexpr Scalar name{ 0, "name",  0xCB4CF645, &SelectionItemData::name,  Attribute | Mandatory | NullPassesIsValid | Identifies};
+constexpr Scalar value{1, "value", 0xC14D665E, &SelectionItemData::value, Attribute | Mandatory};
+} // namespace row
+
+constexpr Table members{row::name, row::value};
+constexpr ClassInfo selectionItem = describe<members>(&SelectionItem::GetStaticObjectName, 0x228141C0);
+// clang-format on
+
+} // namespace
+
+// clang-format off
+SelectionItem::SelectionItem() : DataObject(selectionItem) {}
+SelectionItem::SelectionItem(const SelectionItem &other) = default;
+SelectionItem::SelectionItem(SelectionItem &&other) noexcept = default;
+SelectionItem &SelectionItem::operator=(const SelectionItem &other) noexcept = default;
+SelectionItem &SelectionItem::operator=(SelectionItem &&other) noexcept = default;
+SelectionItem::~SelectionItem() = default;
+
+bool SelectionItem::operator==(const SelectionItem &other) const { return equals(other); }
+bool SelectionItem::operator!=(const SelectionItem &other) const { return !equals(other); }
+void SelectionItem::swap(SelectionItem &other) noexcept { swapData(other); }
+
+qint64 SelectionItem::GetId() { return selectionItem.identifier; }
+QString SelectionItem::GetStaticObjectName() { return QStringLiteral("SelectionItem"); }
+
+QString SelectionItem::Getname() const                      { return row::name.get(*this); }
+void SelectionItem::Setname(QString value)                  { row::name.set(*this, std::move(value)); }
+bool SelectionItem::IsnameSet() const                       { return row::name.isSet(*this); }
+void SelectionItem::Resetname()                             { row::name.reset(*this); }
+QString SelectionItem::GetDefaultname() const               { return row::name.defaultValue(); }
+bool SelectionItem::IsValidname(const QString &value) const { return row::name.isValid(value); }
+
+double SelectionItem::Getvalue() const                      { return row::value.get(*this); }
+void SelectionItem::Setvalue(double value)                  { row::value.set(*this, value); }
+bool SelectionItem::IsvalueSet() const                      { return row::value.isSet(*this); }
+void SelectionItem::Resetvalue()                            { row::value.reset(*this); }
+double SelectionItem::GetDefaultvalue() const               { return row::value.defaultValue(); }
+bool SelectionItem::IsValidvalue(const double &value) const { return row::value.isValid(value); }
+// clang-format on
+
+} // namespace JobXml

@@ -1,0 +1,500 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/ValueItem.h>
+
+#include <QDataStream>
+
+#include "framework/Member.h"
+#include "framework/Table.h"
+#include "module/NameList.h"
+#include "module/UnitStatics.h"
+
+namespace JobXml {
+
+namespace {
+
+const UnitStatics unitStatics;
+
+const NameList choiceNames({
+    QStringLiteral("ValueBoolean"),
+    QStringLiteral("ValueFloat"),
+    QStringLiteral("ValueInt"),
+    QStringLiteral("ValueInt64"),
+    QStringLiteral("ValueNumericFloat"),
+    QStringLiteral("ValueNumericInt"),
+    QStringLiteral("ValueNumericInt64"),
+    QStringLiteral("ValueSelection"),
+    QStringLiteral("ValueString"),
+    QStringLiteral("ValueStringList"),
+});
+
+using Choice = ValueItem::ChoiceValueItem;
+
+// An alternative, built when it is first used: of the ten, nearly always one is. One that was never used cannot be
+// told from a default one. Where it stands in memory never changes, so references to it stay valid.
+template <class T>
+class Slot {
+public:
+    Slot() = default;
+    Slot(const Slot &other) : m_object(other.m_object ? std::make_unique<T>(*other.m_object) : nullptr) { }
+    Slot &operator=(const Slot &) = delete;
+
+    std::unique_ptr<T> m_object;
+};
+
+struct State {
+    State() = default;
+    State(const State &other) : choice(other.choice), validate(other.validate) { } // copies never take a logger along
+    State &operator=(const State &) = delete;
+
+    Choice choice = Choice::None;
+    // What was handed down last; an alternative built later starts with it.
+    bool validate = true;
+    std::shared_ptr<REPORTGENERATOR::Logger> logger;
+};
+
+struct ValueItemData {
+    State state;
+    Slot<ValueBoolean> valueBoolean;
+    Slot<ValueFloat> valueFloat;
+    Slot<ValueInt> valueInt;
+    Slot<ValueInt64> valueInt64;
+    Slot<ValueNumericFloat> valueNumericFloat;
+    Slot<ValueNumericInt> valueNumericInt;
+    Slot<ValueNumericInt64> valueNumericInt64;
+    Slot<ValueSelection> valueSelection;
+    Slot<ValueString> valueString;
+    Slot<ValueStringList> valueStringList;
+};
+
+template <class T>
+class Alternative final : public MemberOf<ValueItemData> {
+public:
+    constexpr Alternative(int bit, const char *name, quint32 tag, Slot<T> ValueItemData::*slot)
+        : MemberOf(bit, name, tag, HoldsChildren), m_slot(slot)
+    {
+    }
+
+    const T &get(const DataObject &object) const { return alternative(block(object)); }
+
+    T &modify(DataObject &object) const
+    {
+        Block &own = block(object);
+        choose(own);
+        return alternative(own);
+    }
+
+    void set(DataObject &object, const T &value) const
+    {
+        Block &own = block(object);
+        alternative(own) = value;
+        choose(own);
+    }
+
+    void reset(DataObject &object) const { resetIfInitialized(object); }
+
+    bool isPresent(const Block &block) const override
+    {
+        const auto &object = (members(block).*m_slot).m_object;
+        return object && object->HasData();
+    }
+
+    void reset(Block &block) const override
+    {
+        if (auto &object = (members(block).*m_slot).m_object)
+            *object = T();
+    }
+
+    bool equals(const Block *left, const Block *right) const override
+    {
+        const T none;
+        const auto alternativeOf = [&](const Block *block) -> const T & {
+            const T *object = block ? (members(*block).*m_slot).m_object.get() : nullptr;
+            return object ? *object : none;
+        };
+        return alternativeOf(left) == alternativeOf(right);
+    }
+
+    void check(const DataObject &object, const Block &block) const override
+    {
+        if (!isChosen(block))
+            return;
+        if (!isSet(block))
+            Errors::chosenNotSet(object, name());
+        if (!isPresent(block))
+            Errors::chosenWithoutData(object, name());
+    }
+
+    bool writesChildren(const Block &block) const override { return isChosen(block) && isSet(block); }
+
+    void forEachChild(Block &block, const ChildAction &action) const override
+    {
+        if (const auto &object = (members(block).*m_slot).m_object)
+            action(*object, -1);
+    }
+
+    void merge(DataObject &object, const DataObject &other) const override
+    {
+        if (writesChildren(block(other)))
+            set(object, get(other));
+    }
+
+    void accept(const Block &block, Visitor &visitor) const override
+    {
+        const auto &object = (members(block).*m_slot).m_object;
+        if (writesChildren(block) && object)
+            visitor.VisitChild(name(), *object, -1);
+    }
+
+    void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
+    {
+        if (writesChildren(block))
+            writeNestedXml(alternative(block), writer, false); // the item's check does not go into the alternative
+    }
+
+    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    {
+        T read;
+        read.SetValidate(object.GetValidate());
+        read.SetLogger(object.GetLogger());
+        read.ProcessXml(reader);
+        modify(object) = std::move(read);
+    }
+
+    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    {
+        if (writesChildren(block))
+            writeNestedRecord(alternative(block), writer, tag(), false);
+    }
+
+    void readRecord(DataObject &object, RecordReader &reader, qint32 length) const override
+    {
+        Block &own = block(object);
+        members(own).state.choice = Choice(bit());
+        readNestedRecord(alternative(own), reader, length);
+        own.flags.set(bit()); // only now: a record that fails leaves the alternative chosen but not set
+    }
+
+    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    {
+        if (writesChildren(block))
+            writeNestedSnapshot(alternative(block), stream);
+    }
+
+    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    {
+        Block &own = block(object);
+        return !isChosen(own) || readNestedSnapshot(alternative(own), stream);
+    }
+
+private:
+    bool isChosen(const Block &block) const { return members(block).state.choice == Choice(bit()); }
+
+    void choose(Block &block) const
+    {
+        block.flags.set(bit());
+        members(block).state.choice = Choice(bit());
+    }
+
+    T &alternative(Block &block) const
+    {
+        ValueItemData &data = members(block);
+        auto &object = (data.*m_slot).m_object;
+        if (!object) {
+            object = std::make_unique<T>();
+            object->SetValidate(data.state.validate);
+            object->SetLogger(data.state.logger);
+        }
+        return *object;
+    }
+
+    Slot<T> ValueItemData::*m_slot;
+};
+
+// clang-format off
+namespace row {
+constexpr Alternative ValueBoolean{     0, "ValueBoolean",      0xE8182C83, &ValueItemData::valueBoolean};
+constexpr Alternative ValueFloat{       1, "ValueFloat",        0x07877B18, &ValueItemData::valueFloat};
+constexpr Alternative ValueInt{         2, "ValueInt",          0x4ACA6514, &ValueItemData::valueInt};
+constexpr Alternative ValueInt64{       3, "ValueInt64",        0xC7AF86A5, &ValueItemData::valueInt64};
+constexpr Alternative ValueNumericFloat{4, "ValueNumericFloat", 0x881D77BB, &ValueItemData::valueNumericFloat};
+constexpr Alternative ValueNumericInt{  5, "ValueNumericInt",   0x07114506, &ValueItemData::valueNumericInt};
+constexpr Alternative ValueNumericInt64{6, "ValueNumericInt64", 0x8CD014A1, &ValueItemData::valueNumericInt64};
+constexpr Alternative ValueSelection{   7, "ValueSelection",    0xAA5F786F, &ValueItemData::valueSelection};
+constexpr Alternative ValueString{      8, "ValueString",       0x022B9478, &ValueItemData::valueString};
+constexpr Alternative ValueStringList{  9, "ValueStringList",   0x491ED6FE, &ValueItemData::valueStringList};
+} // namespace row
+
+constexpr Table members{row::ValueBoolean,
+                        row::ValueFloat,
+                        row::ValueInt,
+                        row::ValueInt64,
+                        row::ValueNumericFloat,
+                        row::ValueNumericInt,
+                        row::ValueNumericInt64,
+                        row::ValueSelection,
+                        row::ValueString,
+                        row::ValueStringList};
+constexpr ClassInfo valueItem = describe<members, 1>(&ValueItem::GetStaticObjectName, 0xA6C468CF);
+// clang-format on
+
+State &stateOf(Block &block)
+{
+    return static_cast<BlockOf<ValueItemData> &>(block).members.state;
+}
+
+Choice choiceOf(const Block *block)
+{
+    return block ? static_cast<const BlockOf<ValueItemData> *>(block)->members.state.choice : Choice::None;
+}
+
+/// The row of a choice; null for None and for values that are no kind.
+const Member *rowOf(Choice choice)
+{
+    return int(choice) < int(members.size) ? members.inBitOrder[std::size_t(choice)] : nullptr;
+}
+
+} // namespace
+
+ValueItem::ValueItem() : DataObject(valueItem) { }
+
+// What was handed down goes with the flag; the base's copy constructor cannot know that yet.
+ValueItem::ValueItem(const ValueItem &other) : DataObject(other)
+{
+    ValueItem::SetValidate(other.GetValidate());
+}
+
+// clang-format off
+ValueItem::ValueItem(ValueItem &&other) noexcept = default;
+ValueItem &ValueItem::operator=(const ValueItem &other) noexcept = default;
+ValueItem &ValueItem::operator=(ValueItem &&other) noexcept = default;
+ValueItem::~ValueItem() = default;
+
+void ValueItem::swap(ValueItem &other) noexcept { swapData(other); }
+
+qint64 ValueItem::GetId() { return valueItem.identifier; }
+QString ValueItem::GetStaticObjectName() { return QStringLiteral("ValueItem"); }
+
+ValueBoolean &ValueItem::GetValueBoolean()                      { return row::ValueBoolean.modify(*this); }
+const ValueBoolean &ValueItem::GetValueBoolean() const          { return row::ValueBoolean.get(*this); }
+void ValueItem::SetValueBoolean(const ValueBoolean &value)      { row::ValueBoolean.set(*this, value); }
+bool ValueItem::IsValueBooleanSet() const                       { return row::ValueBoolean.isSet(*this); }
+void ValueItem::ResetValueBoolean()                             { row::ValueBoolean.reset(*this); }
+bool ValueItem::IsValidValueBoolean(const ValueBoolean &) const { return true; }
+
+ValueFloat &ValueItem::GetValueFloat()                      { return row::ValueFloat.modify(*this); }
+const ValueFloat &ValueItem::GetValueFloat() const          { return row::ValueFloat.get(*this); }
+void ValueItem::SetValueFloat(const ValueFloat &value)      { row::ValueFloat.set(*this, value); }
+bool ValueItem::IsValueFloatSet() const                     { return row::ValueFloat.isSet(*this); }
+void ValueItem::ResetValueFloat()                           { row::ValueFloat.reset(*this); }
+bool ValueItem::IsValidValueFloat(const ValueFloat &) const { return true; }
+
+ValueInt &ValueItem::GetValueInt()                      { return row::ValueInt.modify(*this); }
+const ValueInt &ValueItem::GetValueInt() const          { return row::ValueInt.get(*this); }
+void ValueItem::SetValueInt(const ValueInt &value)      { row::ValueInt.set(*this, value); }
+bool ValueItem::IsValueIntSet() const                   { return row::ValueInt.isSet(*this); }
+void ValueItem::ResetValueInt()                         { row::ValueInt.reset(*this); }
+bool ValueItem::IsValidValueInt(const ValueInt &) const { return true; }
+
+ValueInt64 &ValueItem::GetValueInt64()                      { return row::ValueInt64.modify(*this); }
+const ValueInt64 &ValueItem::GetValueInt64() const          { return row::ValueInt64.get(*this); }
+void ValueItem::SetValueInt64(const ValueInt64 &value)      { row::ValueInt64.set(*this, value); }
+bool ValueItem::IsValueInt64Set() const                     { return row::ValueInt64.isSet(*this); }
+void ValueItem::ResetValueInt64()                           { row::ValueInt64.reset(*this); }
+bool ValueItem::IsValidValueInt64(const ValueInt64 &) const { return true; }
+
+ValueNumericFloat &ValueItem::GetValueNumericFloat()                      { return row::ValueNumericFloat.modify(*this); }
+const ValueNumericFloat &ValueItem::GetValueNumericFloat() const          { return row::ValueNumericFloat.get(*this); }
+void ValueItem::SetValueNumericFloat(const ValueNumericFloat &value)      { row::ValueNumericFloat.set(*this, value); }
+bool ValueItem::IsValueNumericFloatSet() const                            { return row::ValueNumericFloat.isSet(*this); }
+void ValueItem::ResetValueNumericFloat()                                  { row::ValueNumericFloat.reset(*this); }
+bool ValueItem::IsValidValueNumericFloat(const ValueNumericFloat &) const { return true; }
+
+ValueNumericInt &ValueItem::GetValueNumericInt()                      { return row::ValueNumericInt.modify(*this); }
+const ValueNumericInt &ValueItem::GetValueNumericInt() const          { return row::ValueNumericInt.get(*this); }
+void ValueItem::SetValueNumericInt(const ValueNumericInt &value)      { row::ValueNumericInt.set(*this, value); }
+bool ValueItem::IsValueNumericIntSet() const                          { return row::ValueNumericInt.isSet(*this); }
+void ValueItem::ResetValueNumericInt()                                { row::ValueNumericInt.reset(*this); }
+bool ValueItem::IsValidValueNumericInt(const ValueNumericInt &) const { return true; }
+
+ValueNumericInt64 &ValueItem::GetValueNumericInt64()                      { return row::ValueNumericInt64.modify(*this); }
+const ValueNumericInt64 &ValueItem::GetValueNumericInt64() const          { return row::ValueNumericInt64.get(*this); }
+void ValueItem::SetValueNumericInt64(const ValueNumericInt64 &value)      { row::ValueNumericInt64.set(*this, value); }
+bool ValueItem::IsValueNumericInt64Set() const                            { return row::ValueNumericInt64.isSet(*this); }
+void ValueItem::ResetValueNumericInt64()                                  { row::ValueNumericInt64.reset(*this); }
+bool ValueItem::IsValidValueNumericInt64(const ValueNumericInt64 &) const { return true; }
+
+ValueSelection &ValueItem::GetValueSelection()                      { return row::ValueSelection.modify(*this); }
+const ValueSelection &ValueItem::GetValueSelection() const          { return row::ValueSelection.get(*this); }
+void ValueItem::SetValueSelection(const ValueSelection &value)      { row::ValueSelection.set(*this, value); }
+bool ValueItem::IsValueSelectionSet() const                         { return row::ValueSelection.isSet(*this); }
+void ValueItem::ResetValueSelection()                               { row::ValueSelection.reset(*this); }
+bool ValueItem::IsValidValueSelection(const ValueSelection &) const { return true; }
+
+ValueString &ValueItem::GetValueString()                      { return row::ValueString.modify(*this); }
+const ValueString &ValueItem::GetValueString() const          { return row::ValueString.get(*this); }
+void ValueItem::SetValueString(const ValueString &value)      { row::ValueString.set(*this, value); }
+bool ValueItem::IsValueStringSet() const                      { return row::ValueString.isSet(*this); }
+void ValueItem::ResetValueString()                            { row::ValueString.reset(*this); }
+bool ValueItem::IsValidValueString(const ValueString &) const { return true; }
+
+ValueStringList &ValueItem::GetValueStringList()                      { return row::ValueStringList.modify(*this); }
+const ValueStringList &ValueItem::GetValueStringList() const          { return row::ValueStringList.get(*this); }
+void ValueItem::SetValueStringList(const ValueStringList &value)      { row::ValueStringList.set(*this, value); }
+bool ValueItem::IsValueStringListSet() const                          { return row::ValueStringList.isSet(*this); }
+void ValueItem::ResetValueStringList()                                { row::ValueStringList.reset(*this); }
+bool ValueItem::IsValidValueStringList(const ValueStringList &) const { return true; }
+
+// clang-format on
+
+// Departs: comparing leaves both items initialized, as soon as one of them is.
+bool ValueItem::operator==(const ValueItem &other) const
+{
+    if (IsInitialized() || other.IsInitialized()) {
+        block();
+        other.block();
+    }
+    return equals(other);
+}
+
+bool ValueItem::operator!=(const ValueItem &other) const
+{
+    return !(*this == other);
+}
+
+const ValueItem::ChoiceValueItem &ValueItem::GetChoiceValueItem() const
+{
+    return stateOf(block()).choice;
+}
+
+void ValueItem::ResetChoiceValueItem()
+{
+    if (IsInitialized())
+        stateOf(block()).choice = Choice::None;
+}
+
+bool ValueItem::IsValidChoiceValueItem(const ChoiceValueItem &choice) const
+{
+    return choice != Choice::None;
+}
+
+// Departs: the choice is not stored. An alternative is chosen by what puts a value into it.
+void ValueItem::InitChoice(const ChoiceValueItem &choice)
+{
+    const ChoiceValueItem wanted = choice; // which may be a reference to what is reset now
+    Reset();
+    block();
+    if (wanted == Choice::None)
+        Errors::invalidChoice(*this);
+}
+
+QString ValueItem::ChoiceValueItemToName(const ChoiceValueItem &choice) const
+{
+    return choiceNames.name(int(choice));
+}
+
+ValueItem::ChoiceValueItem ValueItem::NameToChoiceValueItem(const QString &name) const
+{
+    return ChoiceValueItem(quint8(choiceNames.value(name))); // not found is -1, and so 255
+}
+
+QStringList ValueItem::GetChoiceValueItems()
+{
+    return choiceNames.names();
+}
+
+QStringList ValueItem::GetGUIChoiceValueItems()
+{
+    return choiceNames.displayNames();
+}
+
+// Departs: only the chosen alternative counts, whether its flag is set or not.
+bool ValueItem::HasData() const
+{
+    const Member *chosen = rowOf(choiceOf(existingBlock()));
+    return chosen && chosen->isPresent(*existingBlock());
+}
+
+// Departs: having chosen is enough.
+bool ValueItem::AnyData() const
+{
+    return choiceOf(existingBlock()) != Choice::None;
+}
+
+// Departs: the choice goes as well.
+void ValueItem::Reset()
+{
+    DataObject::Reset();
+    ResetChoiceValueItem();
+}
+
+// Departs: alternatives that are not built yet get to know it later.
+void ValueItem::SetValidate(bool validate) const
+{
+    DataObject::SetValidate(validate);
+    if (IsInitialized())
+        stateOf(block()).validate = validate;
+}
+
+void ValueItem::SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const
+{
+    DataObject::SetLogger(logger);
+    if (IsInitialized())
+        stateOf(block()).logger = std::move(logger);
+}
+
+// Departs: the alternatives that are not chosen, and the flag of the right one, do not count. Creates no data: list
+// items are compared while their list may be shared.
+bool ValueItem::equals(const DataObject &other) const
+{
+    const Block *left = existingBlock();
+    const Block *right = static_cast<const ValueItem &>(other).existingBlock();
+    if (choiceOf(left) != choiceOf(right))
+        return false;
+    const Member *chosen = rowOf(choiceOf(left));
+    return !chosen || !chosen->isSet(*left) || chosen->equals(left, right);
+}
+
+// Departs: silent while not validating, and the alternative's own check is left to when it is written.
+void ValueItem::checkTree(bool) const
+{
+    const Block &own = block();
+    if (!GetValidate())
+        return;
+    const Member *chosen = rowOf(choiceOf(&own));
+    if (!chosen)
+        Errors::nothingChosen(*this);
+    chosen->check(*this, own);
+}
+
+void ValueItem::collectProblems(const QStringList &path, QVector<Problem> &problems) const
+{
+    if (rowOf(choiceOf(&block()))) {
+        DataObject::collectProblems(path, problems);
+        return;
+    }
+    try {
+        Errors::nothingChosen(*this);
+    } catch (const IncompleteDefinitionException &e) {
+        problems.append({path, e.GetMessageText()});
+    }
+}
+
+// Departs: a byte between flags and members says what is chosen.
+void ValueItem::writeSnapshot(QDataStream &stream) const
+{
+    writeSnapshotFlags(stream);
+    stream << qint8(stateOf(block()).choice);
+    writeSnapshotMembers(stream);
+}
+
+// Departs: reads the chosen alternative without looking at its flag, although it is written only with it.
+bool ValueItem::readSnapshot(QDataStream &stream)
+{
+    qint8 choice = 0;
+    if (!readSnapshotFlags(stream) || !readIfThere(stream, choice))
+        return false;
+    stateOf(block()).choice = Choice(quint8(choice));
+    return readSnapshotMembers(stream);
+}
+
+} // namespace JobXml

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/ValueNumericInt.h>
+
+#include "framework/Scalar.h"
+#include "framework/Table.h"
+#include "module/UnitStatics.h"
+
+namespace JobXml {
+
+namespace {
+
+const UnitStatics unitStatics;
+
+struct ValueNumericIntData {
+    QString id;
+    int value = 0;
+    int min = 0;
+    int max = 0;
+    int step = 0;
+};
+
+// clang-format off
+namespace row {
+constexpr Scalar id{   0, "id",    0x2B262DC9, &ValueNumericIntData::id,    Attribute | Mandatory | NullPassesIsValid | Identifies};
+constexpr Scalar value{1, "value", 0x0BA44238, &ValueNumericIntData::value, Attribute | Mandatory};
+constexpr Scalar min{  2, "min",   0x685654A1, &ValueNumericIntData::min,   Attribute | Mandatory};
+constexpr Scalar max{  3, "max",   0x25F6AFCC, &ValueNumericIntData::max,   Attribute | Mandatory};
+constexpr Scalar step{ 4, "step",  0x43766B23, &ValueNumericIntData::step,  Attribute | Mandatory};
+} // namespace row
+
+constexpr Table members{row::id, row::value, row::min, row::max, row::step};
+constexpr ClassInfo valueNumericInt = describe<members>(&ValueNumericInt::GetStaticObjectName, 0xC55D0588);
+// clang-format on
+
+} // namespace
+
+// clang-format off
+ValueNumericInt::ValueNumericInt() : DataObject(valueNumericInt) {}
+ValueNumericInt::ValueNumericInt(const ValueNumericInt &other) = default;
+ValueNumericInt::ValueNumericInt(ValueNumericInt &&other) noexcept = default;
+ValueNumericInt &ValueNumericInt::operator=(const ValueNumericInt &other) noexcept = default;
+ValueNumericInt &ValueNumericInt::operator=(ValueNumericInt &&other) noexcept = default;
+ValueNumericInt::~ValueNumericInt() = default;
+
+bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return equals(other); }
+bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !equals(other); }
+void ValueNumericInt::swap(ValueNumericInt &other) noexcept { swapData(other); }
+
+qint64 ValueNumericInt::GetId() { return valueNumericInt.identifier; }
+QString ValueNumericInt::GetStaticObjectName() { return QStringLiteral("ValueNumericInt"); }
+
+QString ValueNumericInt::Getid()                            { return row::id.get(*this); }
+void ValueNumericInt::Setid(QString value)                  { row::id.set(*this, std::move(value)); }
+bool ValueNumericInt::IsidSet() const                       { return row::id.isSet(*this); }
+void ValueNumericInt::Resetid()                             { row::id.reset(*this); }
+QString ValueNumericInt::GetDefaultid() const               { return row::id.defaultValue(); }
+bool ValueNumericInt::IsValidid(const QString &value) const { return row::id.isValid(value); }
+
+int ValueNumericInt::Getvalue() const                      { return row::value.get(*this); }
+void ValueNumericInt::Setvalue(int value)                  { row::value.set(*this, value); }
+bool ValueNumericInt::IsvalueSet() const                   { return row::value.isSet(*this); }
+void ValueNumericInt::Resetvalue()                         { row::value.reset(*this); }
+int ValueNumericInt::GetDefaultvalue() const               { return row::value.defaultValue(); }
+bool ValueNumericInt::IsValidvalue(const int &value) const { return row::value.isValid(value); }
+
+int ValueNumericInt::Getmin() const                      { return row::min.get(*this); }
+void ValueNumericInt::Setmin(int value)                  { row::min.set(*this, value); }
+bool ValueNumericInt::IsminSet() const                   { return row::min.isSet(*this); }
+void ValueNumericInt::Resetmin()                         { row::min.reset(*this); }
+int ValueNumericInt::GetDefaultmin() const               { return row::min.defaultValue(); }
+bool ValueNumericInt::IsValidmin(const int &value) const { return row::min.isValid(value); }
+
+int ValueNumericInt::Getmax() const                      { return row::max.get(*this); }
+void ValueNumericInt::Setmax(int value)                  { row::max.set(*this, value); }
+bool ValueNumericInt::IsmaxSet() const                   { return row::max.isSet(*this); }
+void ValueNumericInt::Resetmax()                         { row::max.reset(*this); }
+int ValueNumericInt::GetDefaultmax() const               { return row::max.defaultValue(); }
+bool ValueNumericInt::IsValidmax(const int &value) const { return row::max.isValid(value); }
+
+int ValueNumericInt::Getstep() const                      { return row::step.get(*this); }
+void ValueNumericInt::Setstep(int value)                  { row::step.set(*this, value); }
+bool ValueNumericInt::IsstepSet() const                   { return row::step.isSet(*this); }
+void ValueNumericInt::Resetstep()                         { row::step.reset(*this); }
+int ValueNumericInt::GetDefaultstep() const               { return row::step.defaultValue(); }
+bool ValueNumericInt::IsValidstep(const int &value) const { return row::step.isValid(value); }
+// clang-format on
+
+} // namespace JobXml

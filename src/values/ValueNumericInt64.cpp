@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/ValueNumericInt64.h>
+
+#include "framework/Scalar.h"
+#include "framework/Table.h"
+#include "module/UnitStatics.h"
+
+namespace JobXml {
+
+namespace {
+
+const UnitStatics unitStatics;
+
+struct ValueNumericInt64Data {
+    QString id;
+    qint64 value = 0;
+    qint64 min = 0;
+    qint64 max = 0;
+    qint64 step = 0;
+};
+
+// clang-format off
+namespace row {
+constexpr Scalar id{   0, "id",    0x2B262DC9, &ValueNumericInt64Data::id,    Attribute | Mandatory | NullPassesIsValid | Identifies};
+constexpr Scalar value{1, "value", 0x64A03F86, &ValueNumericInt64Data::value, Attribute | Mandatory};
+constexpr Scalar min{  2, "min",   0x6A28E46A, &ValueNumericInt64Data::min,   Attribute | Mandatory};
+constexpr Scalar max{  3, "max",   0x86123363, &ValueNumericInt64Data::max,   Attribute | Mandatory};
+constexpr Scalar step{ 4, "step",  0x27D34B73, &ValueNumericInt64Data::step,  Attribute | Mandatory};
+} // namespace row
+
+constexpr Table members{row::id, row::value, row::min, row::max, row::step};
+constexpr ClassInfo valueNumericInt64 = describe<members>(&ValueNumericInt64::GetStaticObjectName, 0x044D7AEC);
+// clang-format on
+
+} // namespace
+
+// clang-format off
+ValueNumericInt64::ValueNumericInt64() : DataObject(valueNumericInt64) {}
+ValueNumericInt64::ValueNumericInt64(const ValueNumericInt64 &other) = default;
+ValueNumericInt64::ValueNumericInt64(ValueNumericInt64 &&other) noexcept = default;
+ValueNumericInt64 &ValueNumericInt64::operator=(const ValueNumericInt64 &other) noexcept = default;
+ValueNumericInt64 &ValueNumericInt64::operator=(ValueNumericInt64 &&other) noexcept = default;
+ValueNumericInt64::~ValueNumericInt64() = default;
+
+bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { return equals(other); }
+bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !equals(other); }
+void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { swapData(other); }
+
+qint64 ValueNumericInt64::GetId() { return valueNumericInt64.identifier; }
+QString ValueNumericInt64::GetStaticObjectName() { return QStringLiteral("ValueNumericInt64"); }
+
+QString ValueNumericInt64::Getid()                            { return row::id.get(*this); }
+void ValueNumericInt64::Setid(QString value)                  { row::id.set(*this, std::move(value)); }
+bool ValueNumericInt64::IsidSet() const                       { return row::id.isSet(*this); }
+void ValueNumericInt64::Resetid()                             { row::id.reset(*this); }
+QString ValueNumericInt64::GetDefaultid() const               { return row::id.defaultValue(); }
+bool ValueNumericInt64::IsValidid(const QString &value) const { return row::id.isValid(value); }
+
+qint64 ValueNumericInt64::Getvalue() const                      { return row::value.get(*this); }
+void ValueNumericInt64::Setvalue(qint64 value)                  { row::value.set(*this, value); }
+bool ValueNumericInt64::IsvalueSet() const                      { return row::value.isSet(*this); }
+void ValueNumericInt64::Resetvalue()                            { row::value.reset(*this); }
+qint64 ValueNumericInt64::GetDefaultvalue() const               { return row::value.defaultValue(); }
+bool ValueNumericInt64::IsValidvalue(const qint64 &value) const { return row::value.isValid(value); }
+
+qint64 ValueNumericInt64::Getmin() const                      { return row::min.get(*this); }
+void ValueNumericInt64::Setmin(qint64 value)                  { row::min.set(*this, value); }
+bool ValueNumericInt64::IsminSet() const                      { return row::min.isSet(*this); }
+void ValueNumericInt64::Resetmin()                            { row::min.reset(*this); }
+qint64 ValueNumericInt64::GetDefaultmin() const               { return row::min.defaultValue(); }
+bool ValueNumericInt64::IsValidmin(const qint64 &value) const { return row::min.isValid(value); }
+
+qint64 ValueNumericInt64::Getmax() const                      { return row::max.get(*this); }
+void ValueNumericInt64::Setmax(qint64 value)                  { row::max.set(*this, value); }
+bool ValueNumericInt64::IsmaxSet() const                      { return row::max.isSet(*this); }
+void ValueNumericInt64::Resetmax()                            { row::max.reset(*this); }
+qint64 ValueNumericInt64::GetDefaultmax() const               { return row::max.defaultValue(); }
+bool ValueNumericInt64::IsValidmax(const qint64 &value) const { return row::max.isValid(value); }
+
+qint64 ValueNumericInt64::Getstep() const                      { return row::step.get(*this); }
+void ValueNumericInt64::Setstep(qint64 value)                  { row::step.set(*this, value); }
+bool ValueNumericInt64::IsstepSet() const                      { return row::step.isSet(*this); }
+void ValueNumericInt64::Resetstep()                            { row::step.reset(*this); }
+qint64 ValueNumericInt64::GetDefaultstep() const               { return row::step.defaultValue(); }
+bool ValueNumericInt64::IsValidstep(const qint64 &value) const { return row::step.isValid(value); }
+// clang-format on
+
+} // namespace JobXml
