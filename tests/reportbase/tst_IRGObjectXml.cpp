@@ -1,0 +1,345 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include <ExceptionText.h>
+
+#include "Note.h"
+
+namespace {
+
+/// The result of reading a text into a fresh note: what it threw, the error string, or a null string.
+QString readInto(Note &note, const QString &xml)
+{
+    bool read = false;
+    const QString thrown = thrownBy([&] { read = note.SetXmlString(xml, true); });
+    if (!thrown.isNull())
+        return thrown;
+    if (read != note.GetErrorString().isNull())
+        return QStringLiteral("result and error string disagree");
+    return note.GetErrorString();
+}
+
+} // namespace
+
+class IRGObjectXmlTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theLoopReportsEveryChildElementAndNothingElse();
+    void theLoopEndsAtTheElementsOwnEnd();
+    void theLoopGoesIntoAnElementThatWasNotRead();
+    void anElementOfTheOwnNameInsideOneThatWasNotReadEndsTheLoop();
+    void theLoopEndsWhereTheDocumentBreaksOff();
+    void theLoopEndsOnADeviceThatStopsDelivering();
+    void theTextOfAnElement_data();
+    void theTextOfAnElement();
+    void theTextOfAnElementThatBreaksOffIsWhatIsThere();
+    void aTextIsReadWithTheGivenFlag();
+    void nothingIsResetBeforeReading();
+    void refusedDocuments_data();
+    void refusedDocuments();
+    void anotherRootIsNotRead();
+    void anExceptionOfTheModelPasses();
+    void anExceptionOverABrokenOffDocumentIsTheDocumentsFault();
+    void theErrorStringIsOfTheLastOperationAlone();
+    void aWholeDocumentIsWritten();
+    void anObjectWithoutDataWritesNothing();
+    void anExceptionWhileWritingPasses();
+    void aTextIsReadBackAsItWasWritten_data();
+    void aTextIsReadBackAsItWasWritten();
+    void aTextThatXmlCannotCarryIsNotWritten_data();
+    void aTextThatXmlCannotCarryIsNotWritten();
+};
+
+void IRGObjectXmlTest::theLoopReportsEveryChildElementAndNothingElse()
+{
+    Note note;
+    QCOMPARE(readInto(note,
+                      QStringLiteral("<?xml version=\"1.0\"?><!-- a --><?p i?>\n<Note title='t'>\n one <a/><!-- b -->"
+                                     "<?p i?>two<b><c/></b><![CDATA[<no/>]]><text>x</text>&amp;three</Note>\n<!-- c -->")),
+             QString());
+    QCOMPARE(note.metElements, QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("text")}));
+    QCOMPARE(note.text, QStringLiteral("x"));
+    QCOMPARE(note.title, QStringLiteral("t"));
+}
+
+void IRGObjectXmlTest::theLoopEndsAtTheElementsOwnEnd()
+{
+    QXmlStreamReader reader(QStringLiteral("<All><Note><a/></Note><b/></All>"));
+    QVERIFY(reader.readNextStartElement());
+    QVERIFY(reader.readNextStartElement());
+    Note note;
+    note.ProcessXml(reader);
+    QVERIFY(reader.isEndElement());
+    QCOMPARE(reader.name().toString(), QStringLiteral("Note"));
+    QCOMPARE(note.metElements, QStringList({QStringLiteral("a")}));
+    QVERIFY(reader.readNextStartElement());
+    QCOMPARE(reader.name().toString(), QStringLiteral("b"));
+}
+
+void IRGObjectXmlTest::theLoopGoesIntoAnElementThatWasNotRead()
+{
+    Note note;
+    note.readsChildren = false;
+    QCOMPARE(readInto(note, QStringLiteral("<Note><a><b>x</b></a><c/></Note>")), QString());
+    QCOMPARE(note.metElements, QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+}
+
+void IRGObjectXmlTest::anElementOfTheOwnNameInsideOneThatWasNotReadEndsTheLoop()
+{
+    const QString xml = QStringLiteral("<Note><a><Note/></a><b/></Note>");
+    Note leaving;
+    leaving.readsChildren = false;
+    QCOMPARE(readInto(leaving, xml), QString()); // the document itself is whole
+    QCOMPARE(leaving.metElements, QStringList({QStringLiteral("a"), QStringLiteral("Note")}));
+
+    Note reading;
+    QCOMPARE(readInto(reading, xml), QString());
+    QCOMPARE(reading.metElements, QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+}
+
+void IRGObjectXmlTest::theLoopEndsWhereTheDocumentBreaksOff()
+{
+    QXmlStreamReader reader(QStringLiteral("<Note><a/><b>"));
+    QVERIFY(reader.readNextStartElement());
+    Note note;
+    note.ProcessXml(reader);
+    QVERIFY(reader.hasError());
+    QCOMPARE(note.metElements, QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+}
+
+/// Has 10,000 bytes more than it delivers.
+class StuckBuffer : public QBuffer
+{
+public:
+    qint64 size() const override { return QBuffer::size() + 10000; }
+    bool atEnd() const override { return false; }
+};
+
+void IRGObjectXmlTest::theLoopEndsOnADeviceThatStopsDelivering()
+{
+    StuckBuffer device;
+    device.setData("<Note><a/>");
+    QVERIFY(device.open(QIODevice::ReadOnly));
+    QXmlStreamReader reader(&device);
+    QVERIFY(reader.readNextStartElement());
+    Note note;
+    note.ProcessXml(reader);
+    QVERIFY(reader.hasError());
+    QVERIFY(!reader.atEnd()); // so this does not tell
+    QCOMPARE(note.metElements, QStringList({QStringLiteral("a")}));
+}
+
+void IRGObjectXmlTest::theTextOfAnElement_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("plain") << QStringLiteral("ab c") << QStringLiteral("ab c");
+    QTest::newRow("empty") << QString() << QString();
+    QTest::newRow("blanks and lines stay") << QStringLiteral(" a\n b ") << QStringLiteral(" a\n b ");
+    QTest::newRow("entities") << QStringLiteral("&lt;&amp;&#228;&#x20AC;&gt;") << QStringLiteral("<&ä€>");
+    QTest::newRow("CDATA") << QStringLiteral("a<![CDATA[<b>&amp;]]>c") << QStringLiteral("a<b>&amp;c");
+    QTest::newRow("comment and instruction") << QStringLiteral("a<!-- b --><?c d?>e") << QStringLiteral("ae");
+    QTest::newRow("nested text is left out") << QStringLiteral("a<x>b<y>c</y>d</x>e<z/>f") << QStringLiteral("aef");
+    QTest::newRow("nested element of the same name") << QStringLiteral("a<text>b</text>c") << QStringLiteral("ac");
+}
+
+void IRGObjectXmlTest::theTextOfAnElement()
+{
+    QFETCH(QString, content);
+    QFETCH(QString, text);
+    QXmlStreamReader reader(QStringLiteral("<Note><text>") + content + QStringLiteral("</text><b/></Note>"));
+    QVERIFY(reader.readNextStartElement());
+    QVERIFY(reader.readNextStartElement());
+    QCOMPARE(Note().GetTextValue(reader), text);
+    QVERIFY(reader.isEndElement());
+    QCOMPARE(reader.name().toString(), QStringLiteral("text"));
+    QCOMPARE(reader.readNext(), QXmlStreamReader::StartElement);
+    QCOMPARE(reader.name().toString(), QStringLiteral("b"));
+}
+
+void IRGObjectXmlTest::theTextOfAnElementThatBreaksOffIsWhatIsThere()
+{
+    Note note;
+    QCOMPARE(readInto(note, QStringLiteral("<Note><text>half a <b>sen")),
+             QStringLiteral("XML text:1:25: Premature end of document."));
+    QCOMPARE(note.text, QStringLiteral("half a "));
+}
+
+void IRGObjectXmlTest::aTextIsReadWithTheGivenFlag()
+{
+    Note note;
+    QVERIFY(note.SetXmlString(QStringLiteral("<Note/>"), false));
+    QVERIFY(!note.GetValidate());
+    QVERIFY(!note.SetXmlString(QStringLiteral("<Not"), true));
+    QVERIFY(note.GetValidate());
+}
+
+void IRGObjectXmlTest::nothingIsResetBeforeReading()
+{
+    Note note(QStringLiteral("old"));
+    QCOMPARE(readInto(note, QStringLiteral("<Note title='new'/>")), QString());
+    QCOMPARE(note.text, QStringLiteral("old"));
+    QCOMPARE(note.title, QStringLiteral("new"));
+}
+
+void IRGObjectXmlTest::refusedDocuments_data()
+{
+    QTest::addColumn<QString>("xml");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *name, const char *xml, const char *error) {
+        QTest::newRow(name) << QString::fromUtf8(xml) << QStringLiteral("XML text:") + QString::fromUtf8(error);
+    };
+    row("nothing", "", "1:1: Premature end of document.");
+    row("only blanks", " \n ", "2:1: Premature end of document.");
+    row("no XML", "note", "1:1: Start tag expected.");
+    row("cut in the root's tag", "<Note title='", "1:13: Premature end of document.");
+    row("cut behind the root's tag", "<Note>\n", "2:1: Premature end of document.");
+    row("tags that do not match", "<Note>\n  <b>\n</a></Note>", "3:4: Opening and ending tag mismatch.");
+    row("a bare less-than", "<Note>\n\n\xc3\xa4\xc3\xa4<<", "3:4: Unexpected '<'.");
+    row("an attribute twice", "<Note a='1'\n a='2'/>", "2:8: Attribute 'a' redefined.");
+    row("an unknown entity", "<Note>&who;</Note>", "1:11: Entity 'who' not declared.");
+    row("a forbidden character", "<Note>&#1;</Note>", "1:10: Invalid character reference.");
+    row("text behind the root", "<Note/>x", "1:8: Extra content at end of document.");
+    row("a second root", "<Note/>\n<Note/>", "2:7: Extra content at end of document.");
+    row("another root", "<!-- -->\n<Node><Note/></Node>", "2:6: the root element is 'Node', not 'Note'");
+    row("a root that differs in case", "<note/>", "1:7: the root element is 'note', not 'Note'");
+}
+
+void IRGObjectXmlTest::refusedDocuments()
+{
+    QFETCH(QString, xml);
+    QFETCH(QString, error);
+    Note note;
+    QCOMPARE(readInto(note, xml), error);
+}
+
+void IRGObjectXmlTest::anotherRootIsNotRead()
+{
+    Note note;
+    QVERIFY(!note.SetXmlString(QStringLiteral("<Node title='t'><text>x</text></Node>"), true));
+    QCOMPARE(note.readCalls, 0);
+}
+
+void IRGObjectXmlTest::anExceptionOfTheModelPasses()
+{
+    Note note;
+    QCOMPARE(readInto(note, QStringLiteral("<Note><text>kept</text><bad/></Note>")),
+             QStringLiteral("InvalidXmlException: Note: a bad child"));
+    QVERIFY(note.GetErrorString().isNull());
+    QCOMPARE(note.text, QStringLiteral("kept"));
+
+    // The document is broken as well, but nobody has seen that yet.
+    QCOMPARE(readInto(note, QStringLiteral("<Note><bad/></Not>")),
+             QStringLiteral("InvalidXmlException: Note: a bad child"));
+}
+
+void IRGObjectXmlTest::anExceptionOverABrokenOffDocumentIsTheDocumentsFault()
+{
+    Note note;
+    QCOMPARE(readInto(note, QStringLiteral("<Note><whole>all of it</whole></Note>")), QString());
+    QCOMPARE(readInto(note, QStringLiteral("<Note><whole>all o</whole></Note>")),
+             QStringLiteral("InvalidXmlException: Note: half a whole"));
+    QCOMPARE(readInto(note, QStringLiteral("<Note>\n<whole>all o")),
+             QStringLiteral("XML text:2:12: Premature end of document."));
+}
+
+void IRGObjectXmlTest::theErrorStringIsOfTheLastOperationAlone()
+{
+    Note note;
+    QVERIFY(!note.SetXmlString(QStringLiteral("<Note"), true));
+    QVERIFY(!note.GetErrorString().isNull());
+    QVERIFY(note.SetXmlString(QStringLiteral("<Note/>"), true));
+    QVERIFY(note.GetErrorString().isNull());
+    QVERIFY(!note.SetXmlString(QStringLiteral("<Note"), true));
+    QCOMPARE(thrownBy([&] { note.SetXmlString(QStringLiteral("<Note><bad/></Note>"), true); }),
+             QStringLiteral("InvalidXmlException: Note: a bad child"));
+    QVERIFY(note.GetErrorString().isNull());
+}
+
+void IRGObjectXmlTest::aWholeDocumentIsWritten()
+{
+    Note note(QStringLiteral("Größe < 3 € & \"mehr\""));
+    note.title = QStringLiteral("a\"b\n");
+    QCOMPARE(note.GetXmlString(),
+             QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                            "<Note title=\"a&quot;b&#10;\">\n"
+                            "  <text>Größe &lt; 3 € &amp; &quot;mehr&quot;</text>\n"
+                            "</Note>\n"));
+}
+
+void IRGObjectXmlTest::anObjectWithoutDataWritesNothing()
+{
+    Note note;
+    QVERIFY(note.GetXmlString().isNull());
+    QVERIFY(note.GetErrorString().isNull());
+    note.SetValidate(false);
+    QCOMPARE(note.GetXmlString(), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                                 "<Note>\n  <text></text>\n</Note>\n"));
+}
+
+void IRGObjectXmlTest::anExceptionWhileWritingPasses()
+{
+    Note note(QStringLiteral("half"));
+    QCOMPARE(thrownBy([&] { note.GetXmlString(); }),
+             QStringLiteral("IncompleteDefinitionException: Note: half a note"));
+}
+
+void IRGObjectXmlTest::aTextIsReadBackAsItWasWritten_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("markup") << QStringLiteral("<a b='c'>&amp;\"]]>");
+    QTest::newRow("white space") << QStringLiteral(" a\tb\nc ");
+    QTest::newRow("carriage returns") << QStringLiteral("a\rb\r\nc\r");
+    QTest::newRow("a surrogate pair") << QString::fromUtf8("\xf0\x9f\x93\xa1");
+    QTest::newRow("the last characters") << QString::fromUtf8("\x7f\xc2\x85\xe2\x80\xa8\xef\xb7\x90\xef\xbf\xbd\xf4\x8f\xbf\xbf");
+}
+
+void IRGObjectXmlTest::aTextIsReadBackAsItWasWritten()
+{
+    QFETCH(QString, text);
+    Note note(text);
+    note.title = text;
+    Note other;
+    QCOMPARE(readInto(other, note.GetXmlString()), QString());
+    QCOMPARE(other.text, text);
+    QCOMPARE(other.title, text);
+}
+
+void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("lineAsAttribute"); // half a pair can come to light only with what is written next
+    QTest::newRow("NUL") << QStringLiteral("a") + QChar(0) + QStringLiteral("b") << 2;
+    QTest::newRow("a control character") << QStringLiteral("\x01") << 2;
+    QTest::newRow("the last control character") << QStringLiteral("a\x1f") << 2;
+    QTest::newRow("vertical tab") << QStringLiteral("\vb") << 2;
+    QTest::newRow("form feed") << QStringLiteral("a\fb") << 2;
+    QTest::newRow("U+FFFE") << QStringLiteral("a") + QChar(0xFFFE) << 2;
+    QTest::newRow("U+FFFF") << QStringLiteral("a") + QChar(0xFFFF) << 2;
+    QTest::newRow("half a pair, then text") << QStringLiteral("a") + QChar(0xD83D) + QStringLiteral("b") << 2;
+    QTest::newRow("half a pair at the end") << QStringLiteral("a") + QChar(0xD83D) << 3;
+    QTest::newRow("a second half alone") << QStringLiteral("a") + QChar(0xDCE1) << 3;
+    QTest::newRow("nothing but a second half") << QString(QChar(0xDCE1)) << 3;
+}
+
+void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
+{
+    QFETCH(QString, text);
+    QFETCH(int, lineAsAttribute);
+    const QString error
+        = QStringLiteral("XML text: a text in or just above line %1 of the document holds a character that XML cannot "
+                         "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)");
+    Note note(text);
+    QVERIFY(note.GetXmlString().isNull());
+    QCOMPARE(note.GetErrorString(), error.arg(3));
+
+    Note titled(QStringLiteral("fine"));
+    titled.title = text;
+    QVERIFY(titled.GetXmlString().isNull());
+    QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
+}
+
+QTEST_GUILESS_MAIN(IRGObjectXmlTest)
+#include "tst_IRGObjectXml.moc"

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// A module that registers when it is loaded and forgets to unregister, so that withdrawing its catalogue is left to the
+// end of the registry.
+#include <QLocale>
+
+#include <tavikappstartup/TranslationCenter.h>
+
+namespace {
+
+struct Attachment {
+    Attachment()
+    {
+        QLocale::setDefault(QLocale(QStringLiteral("de_DE")));
+        TranslationCenter::Instance().AddSearchPath(QStringLiteral(CATALOGUES_DIR "/first"));
+        TranslationCenter::Instance().Register(QStringLiteral("Probe"));
+    }
+};
+
+const Attachment attachment;
+
+} // namespace

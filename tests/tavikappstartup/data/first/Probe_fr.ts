@@ -1,0 +1,11 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name>Probe</name>
+    <message>
+        <source>signal</source>
+        <translation>signal en français</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: MIT
+#include <functional>
+#include <memory>
+#include <new>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "tavikappstartup/RegistryTest.h"
+
+using Call = std::function<void()>;
+Q_DECLARE_METATYPE(Call)
+
+class TranslationCenterTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { beginRegistryTest(); }
+    void cleanup() { QCOMPARE(warningsOfRegistryTest(), QStringList()); }
+
+    void thereIsOneRegistry();
+    void registeringInstallsTheCatalogue();
+    void registeringWithoutACatalogueIsRememberedAndShowsSourceTexts();
+    void aLocaleWithoutACatalogueShowsSourceTexts();
+    void modulesAreToldInTheOrderOfRegistration();
+    void unregisteringWithdrawsTheCatalogue();
+    void unregisteringLeavesOtherModulesAlone();
+    void unregisteringAnUnknownModuleDoesNothing();
+
+    void registeringTwiceInstallsOnce();
+    void registeringAgainFollowsTheLocale();
+    void registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalogue();
+    void registeringAgainFindsACatalogueThatCameLater();
+
+    void withoutAnApplicationTheModuleIsRemembered();
+    void installPendingInstallsWhatRegisteredBeforeTheApplication();
+    void anyNextCallInstallsWhatIsPending_data();
+    void anyNextCallInstallsWhatIsPending();
+    void aPendingModuleFollowsTheLocaleAndTheFoldersOfTheInstallation();
+    void unregisteringWhatIsPendingInstallsNothing();
+    void installPendingInstallsOnlyOnce();
+    void registeringTheSameAgainWithoutAnApplicationIsHarmless();
+
+    void unregisteringAfterTheApplicationIsGoneIsSafe();
+    void aSecondApplicationGetsTheCatalogueAgain();
+    void aSecondApplicationAtTheSameAddressGetsTheCatalogueToo();
+    void aModuleLeftRegisteredOutlivesItsApplication();
+};
+
+void TranslationCenterTest::thereIsOneRegistry()
+{
+    QCOMPARE(&TranslationCenter::Instance(), &TranslationCenter::Instance());
+}
+
+void TranslationCenterTest::registeringInstallsTheCatalogue()
+{
+    Application application;
+    QCOMPARE(signalText(), untranslated);
+    center().Register(probe);
+    QCOMPARE(signalText(), german);
+    QCOMPARE(application.languageChanges(), 1);
+}
+
+void TranslationCenterTest::registeringWithoutACatalogueIsRememberedAndShowsSourceTexts()
+{
+    Application application;
+    center().Register(unheard);
+    QCOMPARE(center().RegisteredModules(), QStringList{unheard});
+    QCOMPARE(QCoreApplication::translate("Unheard", "signal"), untranslated);
+    QCOMPARE(application.languageChanges(), 0);
+    center().Unregister(unheard);
+    QCOMPARE(center().RegisteredModules(), QStringList());
+}
+
+void TranslationCenterTest::aLocaleWithoutACatalogueShowsSourceTexts()
+{
+    setLocale("ja_JP");
+    const Application application;
+    center().Register(probe);
+    QCOMPARE(center().RegisteredModules(), QStringList{probe});
+    QCOMPARE(signalText(), untranslated);
+}
+
+void TranslationCenterTest::modulesAreToldInTheOrderOfRegistration()
+{
+    const Application application;
+    center().Register(probe);
+    center().Register(tuner);
+    center().Register(extra);
+    QCOMPARE(center().RegisteredModules(), (QStringList{probe, tuner, extra}));
+    center().Register(probe);
+    QCOMPARE(center().RegisteredModules(), (QStringList{probe, tuner, extra}));
+    center().Unregister(probe);
+    center().Register(probe);
+    QCOMPARE(center().RegisteredModules(), (QStringList{tuner, extra, probe}));
+}
+
+void TranslationCenterTest::unregisteringWithdrawsTheCatalogue()
+{
+    Application application;
+    center().Register(probe);
+    center().Unregister(probe);
+    QCOMPARE(signalText(), untranslated);
+    QCOMPARE(center().RegisteredModules(), QStringList());
+    QCOMPARE(application.languageChanges(), 2);
+}
+
+void TranslationCenterTest::unregisteringLeavesOtherModulesAlone()
+{
+    const Application application;
+    center().Register(probe);
+    center().Register(extra);
+    center().Unregister(probe);
+    QCOMPARE(signalText(), untranslated);
+    QCOMPARE(noiseText(), germanNoise);
+}
+
+void TranslationCenterTest::unregisteringAnUnknownModuleDoesNothing()
+{
+    Application application;
+    center().Register(probe);
+    center().Unregister(extra);
+    QCOMPARE(center().RegisteredModules(), QStringList{probe});
+    QCOMPARE(signalText(), german);
+    QCOMPARE(application.languageChanges(), 1);
+}
+
+void TranslationCenterTest::registeringTwiceInstallsOnce()
+{
+    const Application application;
+    center().Register(probe);
+    center().Register(probe);
+    QCOMPARE(center().RegisteredModules(), QStringList{probe});
+    QCOMPARE(signalText(), german);
+    center().Unregister(probe);
+    QCOMPARE(signalText(), untranslated);
+    QCOMPARE(center().RegisteredModules(), QStringList());
+}
+
+void TranslationCenterTest::registeringAgainFollowsTheLocale()
+{
+    const Application application;
+    center().Register(probe);
+    setLocale("fr_FR");
+    QCOMPARE(signalText(), german);
+    center().Register(probe);
+    QCOMPARE(signalText(), french);
+    center().Unregister(probe);
+    QCOMPARE(signalText(), untranslated);
+}
+
+void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalogue()
+{
+    const Application application;
+    center().Register(probe);
+    setLocale("ja_JP");
+    center().Register(probe);
+    QCOMPARE(signalText(), untranslated);
+    QCOMPARE(center().RegisteredModules(), QStringList{probe});
+}
+
+void TranslationCenterTest::registeringAgainFindsACatalogueThatCameLater()
+{
+    const QTemporaryDir folder;
+    const QString late = QStringLiteral("Late");
+    const Application application;
+    center().AddSearchPath(folder.path());
+    center().Register(late);
+    QVERIFY(QFile::copy(first + QStringLiteral("/Probe_de.qm"), folder.filePath(QStringLiteral("Late_de.qm"))));
+    center().InstallPending();
+    QCOMPARE(signalText(), untranslated);
+    center().Register(late);
+    QCOMPARE(signalText(), german);
+}
+
+void TranslationCenterTest::withoutAnApplicationTheModuleIsRemembered()
+{
+    center().Register(probe);
+    center().InstallPending();
+    QCOMPARE(center().RegisteredModules(), QStringList{probe});
+    QCOMPARE(signalText(), untranslated);
+}
+
+void TranslationCenterTest::installPendingInstallsWhatRegisteredBeforeTheApplication()
+{
+    center().Register(probe);
+    center().Register(extra);
+    const Application application;
+    QCOMPARE(signalText(), untranslated);
+    center().InstallPending();
+    QCOMPARE(signalText(), german);
+    QCOMPARE(noiseText(), germanNoise);
+}
+
+void TranslationCenterTest::anyNextCallInstallsWhatIsPending_data()
+{
+    QTest::addColumn<Call>("call");
+    QTest::newRow("Register") << Call([] { center().Register(tuner); });
+    QTest::newRow("Unregister") << Call([] { center().Unregister(unheard); });
+    QTest::newRow("InstallPending") << Call([] { center().InstallPending(); });
+    QTest::newRow("AddSearchPath") << Call([] { center().AddSearchPath(first); });
+    QTest::newRow("SearchPaths") << Call([] { center().SearchPaths(); });
+    QTest::newRow("RegisteredModules") << Call([] { center().RegisteredModules(); });
+}
+
+void TranslationCenterTest::anyNextCallInstallsWhatIsPending()
+{
+    QFETCH(Call, call);
+    center().Register(probe);
+    const Application application;
+    QCOMPARE(signalText(), untranslated);
+    call();
+    QCOMPARE(signalText(), german);
+}
+
+void TranslationCenterTest::aPendingModuleFollowsTheLocaleAndTheFoldersOfTheInstallation()
+{
+    center().Register(probe);
+    setLocale("de_AT");
+    center().AddSearchPath(second);
+    const Application application;
+    center().InstallPending();
+    QCOMPARE(signalText(), austrianOfSecond);
+}
+
+void TranslationCenterTest::unregisteringWhatIsPendingInstallsNothing()
+{
+    center().Register(probe);
+    Application application;
+    center().Unregister(probe);
+    center().InstallPending();
+    QCOMPARE(signalText(), untranslated);
+    QCOMPARE(application.languageChanges(), 0);
+}
+
+void TranslationCenterTest::installPendingInstallsOnlyOnce()
+{
+    Application application;
+    center().Register(probe);
+    center().Register(unheard);
+    center().InstallPending();
+    center().InstallPending();
+    QCOMPARE(application.languageChanges(), 1);
+    center().Unregister(probe);
+    QCOMPARE(signalText(), untranslated);
+}
+
+void TranslationCenterTest::registeringTheSameAgainWithoutAnApplicationIsHarmless()
+{
+    {
+        const Application application;
+        center().Register(probe);
+    }
+    center().Register(probe);
+    center().Register(probe);
+    QCOMPARE(center().RegisteredModules(), QStringList{probe});
+    Application application;
+    center().InstallPending();
+    QCOMPARE(signalText(), german);
+    QCOMPARE(application.languageChanges(), 1);
+}
+
+void TranslationCenterTest::unregisteringAfterTheApplicationIsGoneIsSafe()
+{
+    {
+        const Application application;
+        center().Register(probe);
+        QCOMPARE(signalText(), german);
+    }
+    center().Unregister(probe);
+    QCOMPARE(center().RegisteredModules(), QStringList());
+    const Application application;
+    center().InstallPending();
+    QCOMPARE(signalText(), untranslated);
+}
+
+void TranslationCenterTest::aSecondApplicationGetsTheCatalogueAgain()
+{
+    auto application = std::make_unique<Application>();
+    center().Register(probe);
+    application.reset();
+    application = std::make_unique<Application>();
+    QCOMPARE(signalText(), untranslated);
+    center().InstallPending();
+    QCOMPARE(signalText(), german);
+    center().Unregister(probe);
+    QCOMPARE(signalText(), untranslated);
+}
+
+void TranslationCenterTest::aSecondApplicationAtTheSameAddressGetsTheCatalogueToo()
+{
+    alignas(Application) unsigned char place[sizeof(Application)];
+    for (int round = 0; round < 3; ++round) {
+        auto *const application = new (place) Application;
+        const QString before = signalText();
+        center().Register(extra);
+        if (round == 0)
+            center().Register(probe);
+        const QString after = signalText();
+        application->~Application();
+        QCOMPARE(before, untranslated);
+        QCOMPARE(after, german);
+    }
+}
+
+void TranslationCenterTest::aModuleLeftRegisteredOutlivesItsApplication()
+{
+    {
+        const Application application;
+        center().Register(probe);
+    }
+    QCOMPARE(center().RegisteredModules(), QStringList{probe});
+    QCOMPARE(signalText(), untranslated);
+}
+
+QTEST_APPLESS_MAIN(TranslationCenterTest)
+#include "tst_TranslationCenter.moc"
