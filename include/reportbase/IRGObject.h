@@ -199,7 +199,7 @@ protected:
 private:
     bool fail(const QString &text) const; // keeps and logs the text; always false
     bool save(const QString &path, const QByteArray &content) const;
-    QString readDocument(QXmlStreamReader &reader, const QString &source);   // why it failed, or null
+    QString readDocument(QXmlStreamReader &reader, const QString &source); // why it failed, or null
     QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData); // likewise
 
     QString m_objectName;

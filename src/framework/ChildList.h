@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
+
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -173,7 +175,7 @@ private:
         if (left.size() != right.size())
             return false;
         // Item by item even where both lists are one: an item that holds a NaN does not equal itself.
-        return std::equal(left.begin(), left.end(), right.begin());
+        return std::equal(left.begin(), left.end(), right.begin(), &Member::equalObjects);
     }
 
     /// The list, if it takes the item.

@@ -114,6 +114,8 @@ protected:
     static Block &block(const DataObject &object) { return object.block(); }
     static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
     static QString elementText(DataObject &object, QXmlStreamReader &reader) { return object.GetTextValue(reader); }
+    // Not by the operators: some leave the objects initialized, which those in a shared list must not become.
+    static bool equalObjects(const DataObject &left, const DataObject &right) { return left.equals(right); }
     static void takeLogger(const DataObject &child, const DataObject &parent) { child.takeLogger(parent.GetLogger()); }
     static void writeNestedXml(const DataObject &child, QXmlStreamWriter &writer, bool checked)
     {

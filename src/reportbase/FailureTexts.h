@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+/// Every text that a load or save operation gives as the reason for its failure stands in FailureTexts.cpp.
+namespace REPORTGENERATOR::FailureTexts {
+
+/// \name Where
+/// `SOURCE: why` and `SOURCE:LINE:COLUMN: why`, the two forms that programs take apart. Lines and columns count from 1.
+/// @{
+QString at(const QString &source, const QString &why);
+QString at(const QString &source, qint64 line, qint64 column, const QString &why);
+/// @}
+
+/// \name What stands for a source that has no path
+/// @{
+QString xmlText();
+QString binaryData();
+QString unnamedFile();
+/// @}
+
+/// \name Files
+/// @{
+QString noFileGiven();
+QString noFileName();
+QString notAFile();
+QString notOpenForReading();
+QString cannotOpen(const QString &reason);
+QString cannotRead(const QString &reason);
+QString cannotWrite(const QString &reason);
+/// @}
+
+/// \name Writing
+/// @{
+QString nothingToWrite();
+QString characterNotForXml(int line);
+QString tooLargeToCompress(qint64 size, qint64 limit);
+/// @}
+
+/// \name Reading XML
+/// @{
+QString wrongRoot(const QString &found, const QString &expected);
+/// @}
+
+/// \name Reading a binary representation
+/// @{
+QString unusableStream();
+QString headCutOff(qint64 available);
+QString wrongLeadingWord(quint32 found, quint32 expected, const QString &objectName);
+QString wrongLength(qint64 length, qint64 following);
+QString negativeLength(qint64 length);
+QString moreThanTheLength(qint64 length);
+QString membersCutOff(qint64 length);
+QString membersEndEarly(qint64 read, qint64 length);
+QString expandsTooFar(qint64 declared, qint64 compressed, qint64 limit);
+QString damagedCompression();
+/// @}
+
+} // namespace REPORTGENERATOR::FailureTexts

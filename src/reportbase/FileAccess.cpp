@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "FileAccess.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include "FailureTexts.h"
+
+namespace REPORTGENERATOR {
+
+FileForReading::FileForReading(QFile *file) : m_file(file)
+{
+    if (!m_file) {
+        m_openFailure = FailureTexts::noFileGiven();
+    } else if (m_file->isOpen()) {
+        m_file->unsetError(); // an old error is not this read's
+        if (!m_file->isReadable())
+            m_openFailure = FailureTexts::at(name(), FailureTexts::notOpenForReading());
+    } else if (m_file->fileName().isEmpty()) {
+        m_openFailure = FailureTexts::noFileName(); // asked before QFile, which would print a warning
+    } else {
+        m_opened = m_file->open(QIODevice::ReadOnly);
+        if (!m_opened)
+            m_openFailure = FailureTexts::at(name(), FailureTexts::cannotOpen(m_file->errorString()));
+    }
+}
+
+FileForReading::~FileForReading()
+{
+    if (m_opened)
+        m_file->close();
+}
+
+QString FileForReading::readFailure() const
+{
+    if (m_file->error() == QFileDevice::NoError)
+        return QString();
+    return FailureTexts::at(name(), FailureTexts::cannotRead(m_file->errorString()));
+}
+
+QString FileForReading::name() const
+{
+    const QString fileName = m_file->fileName();
+    return fileName.isEmpty() ? FailureTexts::unnamedFile() : fileName;
+}
+
+QString saveAtomically(const QString &path, const QByteArray &content)
+{
+    if (path.isEmpty())
+        return FailureTexts::noFileName();
+
+    // QSaveFile renames its temporary file over whatever stands at the path: a pipe or a device would be gone.
+    const QFileInfo old(path);
+    if (old.exists() && !old.isFile() && !old.isDir())
+        return FailureTexts::at(path, FailureTexts::cannotWrite(FailureTexts::notAFile()));
+
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        return FailureTexts::at(path, FailureTexts::cannotWrite(file.errorString()));
+    return QString();
+}
+
+} // namespace REPORTGENERATOR

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+class QByteArray;
+class QFile;
+
+namespace REPORTGENERATOR {
+
+/// A caller's file for the time of one read: opened if it was closed, and then closed again, also on an exception.
+class FileForReading {
+public:
+    explicit FileForReading(QFile *file);
+    FileForReading(const FileForReading &) = delete;
+    FileForReading &operator=(const FileForReading &) = delete;
+    ~FileForReading();
+
+    /// Why the file cannot be read, as a whole text; null if it can.
+    QString openFailure() const { return m_openFailure; }
+
+    /// Why reading stopped before the file's end; null if it did not.
+    QString readFailure() const;
+
+    /// What texts call the file.
+    QString name() const;
+
+private:
+    QFile *m_file;
+    bool m_opened = false;
+    QString m_openFailure;
+};
+
+/// Puts a file in place whole, or leaves the old one as it was and returns why.
+QString saveAtomically(const QString &path, const QByteArray &content);
+
+} // namespace REPORTGENERATOR

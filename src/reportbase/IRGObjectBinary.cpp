@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include <reportbase/IRGObject.h>
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QFile>
+
+#include "FailureTexts.h"
+#include "FileAccess.h"
+#include "RepresentationFraming.h"
+
+namespace REPORTGENERATOR {
+
+namespace Framing = RepresentationFraming;
+
+namespace {
+
+/// The plain representation; empty if the object writes nothing.
+QByteArray composePlain(const IRGObject &object, qint64 classIdentifier, const Framing::Settings &settings)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QDataStream stream(&buffer);
+    settings.applyTo(stream);
+    object.GetBinary(stream, int(quint32(classIdentifier)), true);
+    return buffer.data();
+}
+
+/// The compressed representation; empty if the object writes nothing. Throws a Refusal if it is too large.
+QByteArray composeCompressed(const IRGObject &object, qint64 classIdentifier, const Framing::Settings &settings,
+                             int level)
+{
+    const QByteArray plain = composePlain(object, classIdentifier, settings);
+    return plain.isEmpty() ? QByteArray() : Framing::compressed(plain, settings, level);
+}
+
+} // namespace
+
+bool IRGObject::SetBinaryRepresentation(QByteArray &representation)
+{
+    m_errorString = QString();
+    QDataStream stream(representation);
+    Framing::OwnSettings.applyTo(stream);
+    const QString failure = readRepresentation(stream, true);
+    return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
+}
+
+bool IRGObject::SetBinaryRepresentation(QDataStream &stream)
+{
+    m_errorString = QString();
+    const QString failure = readRepresentation(stream, false);
+    return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
+}
+
+bool IRGObject::LoadBinary(QFile *file)
+{
+    m_errorString = QString();
+    const FileForReading access(file);
+    if (!access.openFailure().isNull())
+        return fail(access.openFailure());
+
+    QDataStream stream(file);
+    Framing::OwnSettings.applyTo(stream);
+    const QString failure = readRepresentation(stream, true);
+    if (!access.readFailure().isNull())
+        return fail(access.readFailure()); // the data seem cut off then, but are not at fault
+    return failure.isNull() || fail(FailureTexts::at(access.name(), failure));
+}
+
+QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
+{
+    QByteArray members;
+    try {
+        members = Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(),
+                                       toTheEnd ? Framing::Behind::Nothing : Framing::Behind::Anything);
+    } catch (const Framing::Refusal &refusal) {
+        return refusal.why;
+    }
+
+    QDataStream memberStream(members);
+    Framing::Settings::of(stream).applyTo(memberStream);
+    SetBinary(memberStream, members.size());
+    // An object may miss lengths inside the record that do not add up; damaged data must never pass for good ones.
+    if (memberStream.status() != QDataStream::Ok)
+        return FailureTexts::membersCutOff(members.size());
+    if (memberStream.device()->pos() != members.size())
+        return FailureTexts::membersEndEarly(memberStream.device()->pos(), members.size());
+    return QString();
+}
+
+void IRGObject::GetBinaryRepresentation(QDataStream &stream) const
+{
+    const QByteArray plain = composePlain(*this, m_classIdentifier, Framing::Settings::of(stream));
+    stream.writeRawData(plain.constData(), plain.size());
+}
+
+QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
+{
+    return composePlain(*this, m_classIdentifier, Framing::OwnSettings);
+}
+
+void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level) const
+{
+    m_errorString = QString();
+    try {
+        const QByteArray compressed = composeCompressed(*this, m_classIdentifier, Framing::Settings::of(stream), level);
+        stream.writeRawData(compressed.constData(), compressed.size());
+    } catch (const Framing::Refusal &refusal) {
+        fail(FailureTexts::at(FailureTexts::binaryData(), refusal.why));
+    }
+}
+
+QByteArray IRGObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
+{
+    QByteArray compressed;
+    QDataStream stream(&compressed, QIODevice::WriteOnly);
+    Framing::OwnSettings.applyTo(stream);
+    GetCompressedBinaryRepresentation(stream, level);
+    return compressed;
+}
+
+bool IRGObject::SaveBinary(const QString &path) const
+{
+    m_errorString = QString();
+    return save(path, composePlain(*this, m_classIdentifier, Framing::OwnSettings));
+}
+
+bool IRGObject::SaveCompressedBinary(const QString &path, int level) const
+{
+    m_errorString = QString();
+    try {
+        return save(path, composeCompressed(*this, m_classIdentifier, Framing::OwnSettings, level));
+    } catch (const Framing::Refusal &refusal) {
+        return fail(FailureTexts::at(path, refusal.why));
+    }
+}
+
+} // namespace REPORTGENERATOR

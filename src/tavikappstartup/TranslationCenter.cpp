@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: MIT
+#include <tavikappstartup/TranslationCenter.h>
+
+#include <algorithm>
+#include <mutex>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <QPointer>
+#include <QTranslator>
+
+#include <dlfcn.h>
+
+namespace {
+
+// Links resolved: where /lib is a link to /usr/lib, the data folder is to be found from the latter.
+QString folderOfThisLibrary()
+{
+    static const char anchor = 0;
+    Dl_info info = {};
+    dladdr(&anchor, &info);
+    return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
+}
+
+// Asked while the loader is at work on this library, not later: dladdr() takes the loader's lock. A module that
+// registers while it is loaded holds that lock already and would then wait for us, while we wait for it.
+const QString libraryFolder = folderOfThisLibrary();
+
+// Shared, because a catalogue is installed and withdrawn outside the lock: whoever is about to install one that
+// another thread or a receiver of LanguageChange withdraws keeps it alive, and takes it out again by dropping it.
+using Catalogue = std::shared_ptr<QTranslator>;
+
+struct Module {
+    QString name;
+    quint64 registration; // which call of Register() it stems from
+    Catalogue catalogue; // none if there is no file for the locale
+    QPointer<QCoreApplication> application; // where this is settled; another one may come to live at the same address
+};
+
+struct Search {
+    QString module;
+    quint64 registration;
+    QStringList folders;
+    QPointer<QCoreApplication> application;
+};
+
+Catalogue load(const Search &search)
+{
+    auto catalogue = std::make_shared<QTranslator>();
+    for (const QString &folder : search.folders) {
+        if (catalogue->load(QLocale(), search.module, QStringLiteral("_"), folder))
+            return catalogue;
+    }
+    return {};
+}
+
+// Without an application both calls only print a warning.
+void install(const Catalogue &catalogue)
+{
+    if (catalogue && QCoreApplication::instance())
+        QCoreApplication::installTranslator(catalogue.get());
+}
+
+void withdraw(const Catalogue &catalogue)
+{
+    if (catalogue && QCoreApplication::instance())
+        QCoreApplication::removeTranslator(catalogue.get());
+}
+
+} // namespace
+
+/// The lock guards the members and is never held while files are read or events are sent: the receiver of
+/// LanguageChange may call back, wait for a thread that calls, or load a library, which takes the loader's lock.
+/// It is no QMutex, because the thread sanitizer does not see what the uninstrumented Qt library locks.
+class TranslationCenter::Private {
+public:
+    void add(const QString &name)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto known = find(name);
+        if (known == m_modules.end()) {
+            m_modules.push_back({name, ++m_registrations, {}, {}});
+            return;
+        }
+        known->registration = ++m_registrations;
+        known->application.clear();
+    }
+
+    Catalogue take(const QString &name)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto known = find(name);
+        if (known == m_modules.end())
+            return {};
+        Catalogue catalogue = std::move(known->catalogue);
+        m_modules.erase(known);
+        return catalogue;
+    }
+
+    void addFolder(const QString &folder)
+    {
+        const QString path = QDir(folder).absolutePath();
+        const std::lock_guard lock(m_mutex);
+        m_addedFolders.removeAll(path);
+        m_addedFolders.prepend(path);
+    }
+
+    QStringList folders() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return searchedFolders();
+    }
+
+    QStringList names() const
+    {
+        const std::lock_guard lock(m_mutex);
+        QStringList names;
+        for (const Module &module : m_modules)
+            names.append(module.name);
+        return names;
+    }
+
+    // An exception while searching leaves the module pending and its former catalogue in place.
+    void installPending()
+    {
+        while (const std::optional<Search> search = nextSearch()) {
+            const Catalogue found = load(*search);
+            const std::optional<Catalogue> former = settle(*search, found);
+            if (!former)
+                continue;
+            install(found);
+            withdraw(*former);
+        }
+    }
+
+private:
+    std::vector<Module>::iterator find(const QString &name)
+    {
+        return std::find_if(m_modules.begin(), m_modules.end(),
+                            [&name](const Module &module) { return module.name == name; });
+    }
+
+    QStringList searchedFolders() const
+    {
+        QStringList folders = m_addedFolders;
+        folders << libraryFolder << libraryFolder + QStringLiteral("/translations")
+                << QDir::cleanPath(libraryFolder + QStringLiteral("/" INSTALLED_TRANSLATIONS_FROM_LIBRARY));
+        return folders;
+    }
+
+    std::optional<Search> nextSearch() const
+    {
+        QCoreApplication *const application = QCoreApplication::instance();
+        const std::lock_guard lock(m_mutex);
+        for (const Module &module : m_modules) {
+            if (application && module.application != application)
+                return Search{module.name, module.registration, searchedFolders(), application};
+        }
+        return std::nullopt;
+    }
+
+    // Puts the catalogue found in place of the former one, which it returns; nothing if the search is out of date.
+    // This comes before installing, or a receiver of LanguageChange that calls back would find the module pending.
+    std::optional<Catalogue> settle(const Search &search, const Catalogue &found)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto known = find(search.module);
+        if (known == m_modules.end() || known->registration != search.registration)
+            return std::nullopt;
+        known->application = search.application;
+        return std::exchange(known->catalogue, found);
+    }
+
+    mutable std::mutex m_mutex;
+    std::vector<Module> m_modules; // in the order of registration
+    QStringList m_addedFolders; // the last added first
+    quint64 m_registrations = 0;
+};
+
+// Destroyed with the library; a translator that is still installed then takes itself out.
+TranslationCenter &TranslationCenter::Instance()
+{
+    static TranslationCenter center;
+    return center;
+}
+
+TranslationCenter::TranslationCenter() : d(std::make_unique<Private>()) { }
+
+TranslationCenter::~TranslationCenter() = default;
+
+void TranslationCenter::Register(const QString &module)
+{
+    d->add(module);
+    d->installPending();
+}
+
+void TranslationCenter::Unregister(const QString &module)
+{
+    withdraw(d->take(module));
+    d->installPending();
+}
+
+void TranslationCenter::InstallPending()
+{
+    d->installPending();
+}
+
+void TranslationCenter::AddSearchPath(const QString &folder)
+{
+    d->addFolder(folder);
+    d->installPending();
+}
+
+QStringList TranslationCenter::SearchPaths() const
+{
+    d->installPending();
+    return d->folders();
+}
+
+QStringList TranslationCenter::RegisteredModules() const
+{
+    d->installPending();
+    return d->names();
+}

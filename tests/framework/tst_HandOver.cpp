@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include "Documents.h"
+#include "Encodings.h"
+#include "ExceptionText.h"
+#include "WholeTree.h"
+
+using namespace JobXml;
+using REPORTGENERATOR::Logger;
+
+namespace {
+
+// How many objects of the tree have this flag and this logger.
+int following(const DataObject &root, bool validate, const std::shared_ptr<Logger> &logger)
+{
+    return WholeTree::count(root, [&](const DataObject &object) {
+        return object.GetValidate() == validate && object.GetLogger() == logger;
+    });
+}
+
+// An object that shows when it is handed over, by being asked from outside a read.
+class OpenTunerProperties : public TunerProperties {
+public:
+    using TunerProperties::ProcessXmlStartElement;
+};
+
+} // namespace
+
+using Entry = std::function<void(TunerProperties &)>;
+Q_DECLARE_METATYPE(Entry)
+
+/// The whole tree follows the validate flag and the logger of its root.
+class HandOverTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyEntryPointHandsFlagAndLoggerToTheWholeTree_data();
+    void everyEntryPointHandsFlagAndLoggerToTheWholeTree();
+    void settingFlagOrLoggerReachesTheWholeTreeAtOnce();
+    void settersAndAppendingHandNothingDown();
+    void anAppendedItemKeepsItsFlagAndLosesItsLogger();
+    void aNewBlockHandsDown();
+    void readingXmlHandsDownAtTheFirstChildElement();
+    void readingXmlWithoutChildElementsHandsNothingDown();
+    void whatIsReadFromXmlHasTheRootsFlagAndLogger();
+    void whatIsReadFromARecordHasTheRootsFlagAndLogger();
+    void whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger();
+    void aSingleChildElementReadFromOutsideHandsDownEachTime();
+    void aFailedReadDoesNotKeepLaterOnesFromHandingDown();
+    void alternativesThatWereNeverUsedFollowTheirItem();
+    void aResetChildKeepsFlagAndLogger();
+    void mergingHandsDown();
+};
+
+void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
+{
+    QTest::addColumn<Entry>("entry");
+    QTest::newRow("Check()") << Entry([](TunerProperties &o) { o.Check(); });
+    QTest::newRow("Check(true)") << Entry([](TunerProperties &o) { o.Check(true); });
+    QTest::newRow("GetXml") << Entry([](TunerProperties &o) { xmlOf(o); });
+    QTest::newRow("GetBinary") << Entry([](TunerProperties &o) { recordOf(o); });
+    QTest::newRow("SetBinary") << Entry([](TunerProperties &o) { readRecord(o, bytes("00 00 00 00")); });
+}
+
+void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree()
+{
+    QFETCH(Entry, entry);
+    for (const bool validate : {true, false}) {
+        TunerProperties document = aDocument();
+        const auto logger = std::make_shared<Logger>();
+        document.REPORTGENERATOR::IRGObject::SetValidate(validate); // the root alone
+        document.REPORTGENERATOR::IRGObject::SetLogger(logger);
+        const int size = WholeTree::size(document);
+        QCOMPARE(size, 10); // document, modes, bandwidth, component, two nodes, two items, two values
+        QVERIFY(following(document, validate, logger) < size);
+
+        entry(document);
+        QCOMPARE(following(document, validate, logger), size);
+    }
+}
+
+void HandOverTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
+{
+    const TunerProperties document = aDocument();
+    const auto logger = std::make_shared<Logger>();
+    document.SetValidate(false);
+    document.SetLogger(logger);
+    QCOMPARE(following(document, false, logger), 10);
+}
+
+void HandOverTest::settersAndAppendingHandNothingDown()
+{
+    TunerProperties document;
+    document.SetValidate(false);
+    document.SetLogger(std::make_shared<Logger>());
+    document.Setname(QStringLiteral("x")); // the block is there now
+
+    StartupModes modes;
+    modes.AppendStartupMode(StartupModes::StartupMode::DF);
+    document.SetStartupModes(modes);
+    document.AppendComponent(aComponent());
+    QVERIFY(std::as_const(document).GetComponent().at(0).GetValidate());
+    QVERIFY(!std::as_const(document).GetComponent().at(0).GetLogger());
+    QVERIFY(!std::as_const(document).GetStartupModes().GetValidate()); // an assigned child keeps its own
+}
+
+void HandOverTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
+{
+    Component component = aComponent();
+    Node node = aNode();
+    node.SetValidate(false);
+    node.SetLogger(std::make_shared<Logger>());
+    component.AppendNode(node);
+    const Node &appended = std::as_const(component).GetNode().at(1);
+    QVERIFY(!appended.GetValidate());
+    QVERIFY(!appended.GetLogger());
+}
+
+void HandOverTest::aNewBlockHandsDown()
+{
+    TunerProperties document;
+    const auto logger = std::make_shared<Logger>();
+    document.SetValidate(false);
+    document.SetLogger(logger);
+    QVERIFY(!document.IsInitialized());
+    QCOMPARE(std::as_const(document).GetStartupModes().GetValidate(), false);
+    QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
+}
+
+void HandOverTest::readingXmlHandsDownAtTheFirstChildElement()
+{
+    TunerProperties document = aDocument();
+    document.REPORTGENERATOR::IRGObject::SetValidate(false);
+    readXml(document,
+            QStringLiteral("<TunerProperties Version=\"1.1\"><MaxFFPDelay>5</MaxFFPDelay></TunerProperties>"));
+    QCOMPARE(following(document, false, nullptr), 10);
+}
+
+void HandOverTest::readingXmlWithoutChildElementsHandsNothingDown()
+{
+    TunerProperties document = aDocument();
+    document.REPORTGENERATOR::IRGObject::SetValidate(false);
+    readXml(document, QStringLiteral("<TunerProperties Version=\"1.1\" name=\"a\"/>"));
+    QCOMPARE(following(document, false, nullptr), 1);
+}
+
+void HandOverTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
+{
+    const QString xml = xmlOf(aDocument());
+    for (const bool validate : {true, false}) {
+        TunerProperties document;
+        const auto logger = std::make_shared<Logger>();
+        document.SetValidate(validate);
+        document.SetLogger(logger);
+        readXml(document, xml);
+        QCOMPARE(following(document, validate, logger), 10);
+    }
+}
+
+void HandOverTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
+{
+    const QByteArray record = recordOf(aDocument());
+    for (const bool validate : {true, false}) {
+        TunerProperties document;
+        const auto logger = std::make_shared<Logger>();
+        document.SetValidate(validate);
+        document.SetLogger(logger);
+        readRecord(document, record);
+        QCOMPARE(following(document, validate, logger), 10);
+    }
+}
+
+void HandOverTest::whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger()
+{
+    TunerProperties document;
+    document.SetValidate(false);
+    document.SetLogger(std::make_shared<Logger>());
+    QCOMPARE(readSnapshot(document, snapshotOf(aDocument())), 0);
+    QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetValidate(); }), 10);
+    // the items came by the append rule, which never brings a logger; the document and its modes have theirs
+    QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetLogger(); }), 8);
+    document.Check();
+    QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetLogger(); }), 0);
+}
+
+void HandOverTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
+{
+    OpenTunerProperties document;
+    document.SetBandwidthSelection({aBandwidth()});
+    for (const bool validate : {false, true}) {
+        document.REPORTGENERATOR::IRGObject::SetValidate(validate);
+        QXmlStreamReader reader(QStringLiteral("<MaxFFPDelay>5</MaxFFPDelay>"));
+        reader.readNextStartElement();
+        document.ProcessXmlStartElement(reader);
+        QCOMPARE(std::as_const(document).GetBandwidthSelection().at(0).GetValidate(), validate);
+    }
+}
+
+void HandOverTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
+{
+    TunerProperties document = aDocument();
+    const QString failing = QStringLiteral("<TunerProperties Version=\"1.1\"><Foo/></TunerProperties>");
+    QCOMPARE(thrownBy([&] { readXml(document, failing); }),
+             QStringLiteral("InvalidXmlException: Unknown Tag 'Foo' in 'TunerProperties'."));
+    document.REPORTGENERATOR::IRGObject::SetValidate(false);
+    readXml(document,
+            QStringLiteral("<TunerProperties Version=\"1.1\"><MaxFFPDelay>5</MaxFFPDelay></TunerProperties>"));
+    QCOMPARE(following(document, false, nullptr), 10);
+}
+
+void HandOverTest::alternativesThatWereNeverUsedFollowTheirItem()
+{
+    ValueItem item;
+    item.SetValidate(false);
+    const auto logger = std::make_shared<Logger>();
+    item.SetLogger(logger);
+    QCOMPARE(std::as_const(item).GetValueFloat().GetValidate(), false);
+    QCOMPARE(std::as_const(item).GetValueFloat().GetLogger(), logger);
+
+    item.SetValidate(true);
+    QCOMPARE(std::as_const(item).GetValueFloat().GetValidate(), true); // in use
+    QCOMPARE(std::as_const(item).GetValueString().GetValidate(), true); // not used before
+
+    // Assignment hands nothing down: the alternatives of the shared data have what their first owner was given.
+    ValueItem assigned;
+    assigned.SetValidate(false);
+    assigned = item;
+    QCOMPARE(assigned.GetValidate(), false);
+    QCOMPARE(std::as_const(assigned).GetValueInt().GetValidate(), true);
+
+    // A copy takes the flag through its whole tree, and no logger.
+    item.REPORTGENERATOR::IRGObject::SetValidate(false);
+    const ValueItem copy(item);
+    QCOMPARE(copy.GetValueInt64().GetValidate(), false);
+    QVERIFY(!copy.GetValueInt64().GetLogger());
+}
+
+void HandOverTest::aResetChildKeepsFlagAndLogger()
+{
+    TunerProperties document = aDocument();
+    const auto logger = std::make_shared<Logger>();
+    document.SetValidate(false);
+    document.SetLogger(logger);
+    document.ResetStartupModes();
+    QVERIFY(!std::as_const(document).GetStartupModes().IsInitialized());
+    QCOMPARE(std::as_const(document).GetStartupModes().GetValidate(), false);
+    QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
+}
+
+void HandOverTest::mergingHandsDown()
+{
+    TunerProperties document = aDocument();
+    document.REPORTGENERATOR::IRGObject::SetValidate(false);
+    TunerProperties other;
+    other.Setname(QStringLiteral("x"));
+    QVERIFY(document.MergeRGObject(other));
+    QCOMPARE(following(document, false, nullptr), 10);
+}
+
+QTEST_GUILESS_MAIN(HandOverTest)
+#include "tst_HandOver.moc"

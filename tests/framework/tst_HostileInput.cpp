@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include "Documents.h"
+#include "Encodings.h"
+#include "ExceptionText.h"
+#include "Pipe.h"
+
+using namespace JobXml;
+
+namespace {
+
+const char lengthError[] = "::SetBinary(...): Length error occurred during processing of binary representation";
+
+QString lengthErrorOf(const char *object)
+{
+    return QStringLiteral("BinaryParsingException: ") + QLatin1String(object) + QLatin1String(lengthError);
+}
+
+// Node "a" with one ValueInt "b" = 1, but with this count in front of its items.
+QByteArray nodeWithCount(const char *count)
+{
+    return bytes("00 00 00 42" // the node: 66 bytes
+                 "2B 26 2D C9 00 00 00 05" // id
+                 "00 00 00 01 61" //   "a"
+                 "4F 71 13 1F 00 00 00 2D") // values
+        + bytes(count) //   how many
+        + bytes("00 00 00 25" //   the item: 37 bytes
+                "4A CA 65 14 00 00 00 1D" //   a ValueInt
+                "2B 26 2D C9 00 00 00 05 00 00 00 01 62" //   id "b" -- 13 bytes
+                "0B A4 42 38 00 00 00 08" //   value
+                "00 00 00 00 00 00 00 01");
+}
+
+} // namespace
+
+/// Length and count words of damaged or hostile data are never trusted.
+class HostileInputTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aRecordCutAnywhereIsALengthError();
+    void aCutSnapshotKeepsWhatWasReadAndAppendsNoCutItem();
+    void aCountOfTwoBillionNeitherReservesNorPasses();
+    void anItemIsNotAppendedWhenTheStreamEndsInItsLength();
+    void aNegativeCountReadsNoItem();
+    void aRecordLengthBeyondTheStreamIsALengthError();
+    void lengthsThatWouldWrapIn32BitsDoNot();
+    void aNestedRecordFailsWithItsOwnName();
+    void anUnknownRecordThatIsCutIsALengthError();
+    void aTextLengthBeyondTheStreamIsALengthErrorBeforeTheSetter();
+    void aSnapshotCountOfTwoBillionEndsWithTheStream();
+    void nothingIsAskedAboutWhatWasCutOff();
+    void aSequentialDeviceIsReadAsFarAsItGoes();
+};
+
+void HostileInputTest::aRecordCutAnywhereIsALengthError()
+{
+    const QByteArray record = recordOf(aDocument());
+    for (int length = 4; length < record.size(); ++length) {
+        TunerProperties document;
+        const QString thrown = thrownBy([&] { readRecord(document, record.left(length)); });
+        QVERIFY2(thrown.startsWith(QStringLiteral("BinaryParsingException: "))
+                     && thrown.endsWith(QLatin1String(lengthError)),
+                 qPrintable(QStringLiteral("cut at %1: %2").arg(length).arg(thrown)));
+    }
+    TunerProperties whole;
+    readRecord(whole, record);
+    QVERIFY(whole == aDocument());
+}
+
+void HostileInputTest::aCutSnapshotKeepsWhatWasReadAndAppendsNoCutItem()
+{
+    const TunerProperties original = aDocument();
+    const QByteArray snapshot = snapshotOf(original);
+    for (int length = 0; length < snapshot.size(); ++length) {
+        TunerProperties document;
+        QCOMPARE(thrownBy([&] { readSnapshot(document, snapshot.left(length)); }), QString());
+        for (const Component &component : std::as_const(document).GetComponent())
+            QVERIFY(component == original.GetComponent().at(0));
+        QVERIFY(std::as_const(document).GetBandwidthSelection().size() <= 1);
+        QVERIFY(document != original || length == 0);
+    }
+}
+
+void HostileInputTest::aCountOfTwoBillionNeitherReservesNorPasses()
+{
+    Node node;
+    QCOMPARE(thrownBy([&] { readRecord(node, nodeWithCount("7F FF FF FF")); }), lengthErrorOf("Node"));
+    QCOMPARE(std::as_const(node).GetValueItem().size(), 1); // what was whole is kept
+    QVERIFY(std::as_const(node).GetValueItem().capacity() < 100);
+}
+
+void HostileInputTest::anItemIsNotAppendedWhenTheStreamEndsInItsLength()
+{
+    Node node;
+    QCOMPARE(thrownBy([&] { readRecord(node, nodeWithCount("00 00 00 02") + bytes("00 00")); }), lengthErrorOf("Node"));
+    QCOMPARE(std::as_const(node).GetValueItem().size(), 1);
+}
+
+void HostileInputTest::aNegativeCountReadsNoItem()
+{
+    Node node;
+    readRecord(node,
+               bytes("00 00 00 19"
+                     "2B 26 2D C9 00 00 00 05 00 00 00 01 61"
+                     "4F 71 13 1F 00 00 00 04 FF FF FF FF"));
+    QCOMPARE(node.Getid(), QStringLiteral("a"));
+    QVERIFY(std::as_const(node).GetValueItem().isEmpty());
+}
+
+void HostileInputTest::aRecordLengthBeyondTheStreamIsALengthError()
+{
+    StringItem item;
+    const QByteArray member = bytes("CE FF 51 BA 00 00 00 05 00 00 00 01 78");
+    QCOMPARE(thrownBy([&] { readRecord(item, bytes("7F FF FF FF") + member); }), lengthErrorOf("StringItem"));
+    QCOMPARE(item.Getvalue(), QStringLiteral("x"));
+    QCOMPARE(thrownBy([&] { readRecord(item, bytes("80 00 00 00") + member); }), lengthErrorOf("StringItem"));
+}
+
+void HostileInputTest::lengthsThatWouldWrapIn32BitsDoNot()
+{
+    // 0x80000000 as a member's length, twice: in 32 bits the remainder would come back to what it was.
+    StringItem item;
+    QCOMPARE(thrownBy([&] {
+                 readRecord(item,
+                            bytes("00 00 00 10"
+                                  "11 11 11 11 80 00 00 00"
+                                  "22 22 22 22 80 00 00 00"));
+             }),
+             lengthErrorOf("StringItem"));
+}
+
+void HostileInputTest::aNestedRecordFailsWithItsOwnName()
+{
+    Node node;
+    QByteArray record = nodeWithCount("00 00 00 01");
+    record[32] = char(0x26); // the item claims one byte more than its value record has
+    QCOMPARE(thrownBy([&] { readRecord(node, record); }), lengthErrorOf("ValueItem"));
+    QVERIFY(std::as_const(node).GetValueItem().isEmpty());
+}
+
+void HostileInputTest::anUnknownRecordThatIsCutIsALengthError()
+{
+    StringItem item;
+    QCOMPARE(thrownBy([&] { readRecord(item, bytes("00 00 00 0C 11 11 11 11 00 00 00 04 00 00 00")); }),
+             lengthErrorOf("StringItem"));
+}
+
+void HostileInputTest::aTextLengthBeyondTheStreamIsALengthErrorBeforeTheSetter()
+{
+    StringItem item;
+    item.Setvalue(QStringLiteral("before"));
+    QCOMPARE(thrownBy([&] { readRecord(item, bytes("00 00 00 0D CE FF 51 BA 00 00 00 05 7F FF FF FF 78")); }),
+             lengthErrorOf("StringItem"));
+    QCOMPARE(item.Getvalue(), QStringLiteral("before"));
+}
+
+void HostileInputTest::aSnapshotCountOfTwoBillionEndsWithTheStream()
+{
+    Node node;
+    node.SetValidate(false);
+    readSnapshot(node,
+                 bytes("01 7F FF FF FF" // the list is set, two billion items
+                       "00 00 FF" // an item without choice
+                       "00 00")); // half an item
+    QCOMPARE(std::as_const(node).GetValueItem().size(), 1);
+    QVERIFY(std::as_const(node).GetValueItem().capacity() < 100);
+}
+
+void HostileInputTest::nothingIsAskedAboutWhatWasCutOff()
+{
+    // An item cut off in its text has no data; it must fail by its length, not by the append rule.
+    ValueStringList list;
+    QCOMPARE(thrownBy([&] {
+                 readRecord(list,
+                            bytes("00 00 00 1D"
+                                  "29 40 EB DD 00 00 00 15 00 00 00 01"
+                                  "00 00 00 0D CE FF 51 BA 00 00 00 05 00 00 00 01"));
+             }),
+             lengthErrorOf("StringItem"));
+    QVERIFY(std::as_const(list).GetStringItem().isEmpty());
+
+    StartupModes modes;
+    QCOMPARE(thrownBy([&] {
+                 readRecord(modes,
+                            bytes("00 00 00 17"
+                                  "62 7B 74 CE 00 00 00 0F 00 00 00 01"
+                                  "00 00 00 07 00 00 00 03 46 46")); // "FF" of "FFM"
+             }),
+             lengthErrorOf("StartupModes"));
+}
+
+void HostileInputTest::aSequentialDeviceIsReadAsFarAsItGoes()
+{
+    const QByteArray record = recordOf(aDocument());
+    Pipe pipe(record);
+    QDataStream stream(&pipe);
+    qint32 length = 0;
+    stream >> length;
+    TunerProperties document;
+    document.SetBinary(stream, length);
+    QVERIFY(document == aDocument());
+
+    Pipe cut(record.left(record.size() - 1));
+    QDataStream cutStream(&cut);
+    cutStream >> length;
+    QVERIFY(thrownBy([&] { document.SetBinary(cutStream, length); }).endsWith(QLatin1String(lengthError)));
+}
+
+QTEST_GUILESS_MAIN(HostileInputTest)
+#include "tst_HostileInput.moc"

@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include <cxxabi.h>
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include <QtTest>
+
+#include <jobxml/TunerProperties.h>
+
+namespace {
+
+// The virtual operations of the base object in the order of their slots, as other libraries call them.
+const char *const slots46[] = {
+    "HasData() const",
+    "Reset()",
+    "Check(bool) const",
+    "Check() const",
+    "IsValid(float) const",
+    "IsValid(bool) const",
+    "IsValid(unsigned int) const",
+    "IsValid(long long) const",
+    "IsValid(QDateTime const&) const",
+    "IsValid(QString const&) const",
+    "IsValid(double) const",
+    "IsValid(int) const",
+    "SetInvalid(float&) const",
+    "SetInvalid(unsigned int&) const",
+    "SetInvalid(long long&) const",
+    "SetInvalid(QString&) const",
+    "SetInvalid(double&) const",
+    "SetInvalid(int&) const",
+    "GetXml(QXmlStreamWriter&) const",
+    "GetBinary(QDataStream&, int, bool) const",
+    "SetBinary(QDataStream&, int)",
+    "SetXmlString(QString const&, bool)",
+    "SetBinaryRepresentation(QByteArray&)",
+    "SetBinaryRepresentation(QDataStream&)",
+    "MergeRGObject(REPORTGENERATOR::IRGObject const&)",
+    "GetObjectType()",
+    "GetObjectName() const",
+    "ProcessXml(QXmlStreamReader&)",
+    "GetXmlString()",
+    "GetBinaryRepresentation(QDataStream&) const",
+    "GetBinaryRepresentationAsQByteArray()",
+    "GetCompressedBinaryRepresentation(QDataStream&, int) const",
+    "GetCompressedBinaryRepresentationAsQByteArray(int)",
+    "LoadXml(QString const&)",
+    "LoadXml(QFile*)",
+    "LoadBinary(QFile*)",
+    "SaveXml(QString const&) const",
+    "SetValidate(bool) const",
+    "GetValidate() const",
+    "SetLogger(std::shared_ptr<REPORTGENERATOR::Logger>) const",
+    "ResetLogger() const",
+    "GetVersion() const",
+    "SetObjectType(REPORTGENERATOR::ObjectTypes)",
+    "SetObjectName(QString const&)",
+    "ProcessXmlStartElement(QXmlStreamReader&)",
+};
+
+QString demangled(const char *symbol)
+{
+    const std::unique_ptr<char, void (*)(void *)> name(abi::__cxa_demangle(symbol, nullptr, nullptr, nullptr),
+                                                       std::free);
+    return QString::fromLatin1(name.get());
+}
+
+// "JobXml::DataObject::HasData() const" without the class.
+QString unqualified(const QString &function)
+{
+    const int parameters = function.indexOf(QLatin1Char('('));
+    return function.mid(function.lastIndexOf(QStringLiteral("::"), parameters) + 2);
+}
+
+// The function in slot i of a class's virtual table, behind the offset and the type information.
+QString functionInSlot(const QString &className, int slot)
+{
+    const QByteArray symbol = QStringLiteral("_ZTVN6JobXml%1%2E").arg(className.size()).arg(className).toLatin1();
+    auto *const *table = static_cast<void *const *>(dlsym(RTLD_DEFAULT, symbol.constData()));
+    if (!table)
+        return QStringLiteral("no virtual table of ") + className;
+    Dl_info info{};
+    if (!dladdr(table[2 + slot], &info) || !info.dli_sname)
+        return QStringLiteral("an unknown function");
+    return demangled(info.dli_sname);
+}
+
+} // namespace
+
+class SlotOrderTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { JobXml::TunerProperties::GetId(); } // keeps the library linked
+
+    void theVirtualOperationsStandInTheAgreedSlots_data()
+    {
+        QTest::addColumn<QString>("className");
+        for (const char *name :
+             {"TunerProperties", "StartupModes", "BandwidthSelection", "Component", "Node", "ValueItem", "ValueBoolean",
+              "ValueFloat", "ValueInt", "ValueInt64", "ValueNumericFloat", "ValueNumericInt", "ValueNumericInt64",
+              "ValueSelection", "SelectionItem", "ValueString", "ValueStringList", "StringItem"})
+            QTest::newRow(name) << QString::fromLatin1(name);
+    }
+
+    void theVirtualOperationsStandInTheAgreedSlots()
+    {
+        QFETCH(QString, className);
+        const QString destructor = QLatin1Char('~') + className + QStringLiteral("()");
+        QCOMPARE(unqualified(functionInSlot(className, 0)), destructor); // complete
+        QCOMPARE(unqualified(functionInSlot(className, 1)), destructor); // deleting
+        int slot = 2;
+        for (const char *function : slots46)
+            QCOMPARE(unqualified(functionInSlot(className, slot++)), QString::fromLatin1(function));
+        QCOMPARE(slot, 47); // 46 operations, the destructor with two entries
+    }
+
+    void onlyTheDocumentHasAVersionOfItsOwn()
+    {
+        QCOMPARE(functionInSlot(QStringLiteral("ValueBoolean"), 43),
+                 QStringLiteral("REPORTGENERATOR::IRGObject::GetVersion() const"));
+        QCOMPARE(functionInSlot(QStringLiteral("TunerProperties"), 43),
+                 QStringLiteral("JobXml::TunerProperties::GetVersion() const"));
+    }
+
+    void settingTheObjectTypeIsOverridden()
+    {
+        QCOMPARE(functionInSlot(QStringLiteral("StringItem"), 44),
+                 QStringLiteral("JobXml::DataObject::SetObjectType(REPORTGENERATOR::ObjectTypes)"));
+    }
+};
+
+QTEST_GUILESS_MAIN(SlotOrderTest)
+#include "tst_SlotOrder.moc"
