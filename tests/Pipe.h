@@ -7,7 +7,8 @@
 #include <QIODevice>
 
 /// A device to read from that, like a pipe, can neither seek nor tell its size.
-class Pipe : public QIODevice {
+class Pipe : public QIODevice
+{
 public:
     explicit Pipe(const QByteArray &content) : m_content(content) { open(QIODevice::ReadOnly); }
 

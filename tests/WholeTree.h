@@ -7,7 +7,8 @@
 #include <jobxml/Visitor.h>
 
 /// Calls a function for an object and for everything below it that counts.
-class WholeTree : public JobXml::Visitor {
+class WholeTree : public JobXml::Visitor
+{
 public:
     using Function = std::function<void(const JobXml::DataObject &)>;
 

@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// One bandwidth that a tuner can select: a name and a maximum bandwidth.
-class JOBXML_EXPORT BandwidthSelection : public DataObject {
+class JOBXML_EXPORT BandwidthSelection : public DataObject
+{
 public:
     BandwidthSelection();
     BandwidthSelection(const BandwidthSelection &other);

@@ -7,7 +7,8 @@
 namespace JobXml {
 
 /// One configurable part of a tuner: its type, its name and its nodes.
-class JOBXML_EXPORT Component : public DataObject {
+class JOBXML_EXPORT Component : public DataObject
+{
 public:
     Component();
     Component(const Component &other);

@@ -19,7 +19,8 @@ struct Block;
 struct ClassInfo;
 
 /// One reason for which a document would be refused while validating.
-struct Problem {
+struct Problem
+{
     QStringList path; ///< where: the objects from the root's child down, for instance `Component "Preselector"`
     QString message; ///< why: the whole text of the exception that the model would throw
 };
@@ -49,7 +50,8 @@ struct Problem {
 /// object's data hand the object's own flag and logger down to its whole tree. Setters, assignment and moves do not.
 ///
 /// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
-class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject {
+class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
+{
 public:
     ~DataObject() override;
 

@@ -9,7 +9,8 @@ namespace JobXml {
 /// One configurable parameter of a component: an identifier and the values that it carries.
 ///
 /// Check() and HasData() look at the values before the identifier, whatever the validate flag.
-class JOBXML_EXPORT Node : public DataObject {
+class JOBXML_EXPORT Node : public DataObject
+{
 public:
     Node();
     Node(const Node &other);

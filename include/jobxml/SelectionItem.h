@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// One option of a ValueSelection: a name and a number.
-class JOBXML_EXPORT SelectionItem : public DataObject {
+class JOBXML_EXPORT SelectionItem : public DataObject
+{
 public:
     SelectionItem();
     SelectionItem(const SelectionItem &other);

@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// The measurement modes in which a tuner can start up.
-class JOBXML_EXPORT StartupModes : public DataObject {
+class JOBXML_EXPORT StartupModes : public DataObject
+{
 public:
     /// One mode; the value is the index of its name. The order is part of the format.
     enum class StartupMode : qint8 {

@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// One text of a ValueStringList.
-class JOBXML_EXPORT StringItem : public DataObject {
+class JOBXML_EXPORT StringItem : public DataObject
+{
 public:
     StringItem();
     StringItem(const StringItem &other);

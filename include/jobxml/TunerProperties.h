@@ -18,7 +18,8 @@ namespace JobXml {
 /// **Unknown elements.** In XML of an older version an unknown child element is skipped. Under the same or a newer
 /// version it throws InvalidXmlException "Unknown Tag 'x' in 'TunerProperties'." while validating; otherwise its
 /// content is read as if it stood directly in the document.
-class JOBXML_EXPORT TunerProperties : public DataObject {
+class JOBXML_EXPORT TunerProperties : public DataObject
+{
 public:
     /// The kind of a tuner; the value is the index of its name. The order is part of the format.
     enum class type : qint8 {

@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// A named switch of a node.
-class JOBXML_EXPORT ValueBoolean : public DataObject {
+class JOBXML_EXPORT ValueBoolean : public DataObject
+{
 public:
     ValueBoolean();
     ValueBoolean(const ValueBoolean &other);

@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// A named floating-point number of a node.
-class JOBXML_EXPORT ValueFloat : public DataObject {
+class JOBXML_EXPORT ValueFloat : public DataObject
+{
 public:
     ValueFloat();
     ValueFloat(const ValueFloat &other);

@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// A named 32-bit integer of a node.
-class JOBXML_EXPORT ValueInt : public DataObject {
+class JOBXML_EXPORT ValueInt : public DataObject
+{
 public:
     ValueInt();
     ValueInt(const ValueInt &other);

@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// A named 64-bit integer of a node.
-class JOBXML_EXPORT ValueInt64 : public DataObject {
+class JOBXML_EXPORT ValueInt64 : public DataObject
+{
 public:
     ValueInt64();
     ValueInt64(const ValueInt64 &other);

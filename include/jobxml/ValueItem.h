@@ -31,7 +31,8 @@ namespace JobXml {
 /// although it is read, so such an item does not survive that form.
 ///
 /// Two items are equal if the same alternative is chosen and either not set in the left one, or equal in both.
-class JOBXML_EXPORT ValueItem : public DataObject {
+class JOBXML_EXPORT ValueItem : public DataObject
+{
 public:
     /// The kinds of value; the value is also the index of its name and of its set flag.
     enum class ChoiceValueItem : quint8 {

@@ -10,7 +10,8 @@ namespace JobXml {
 /// The range is told, not enforced: nothing compares the value with its limits, and min may be above max. What a user
 /// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
 /// setting.
-class JOBXML_EXPORT ValueNumericInt64 : public DataObject {
+class JOBXML_EXPORT ValueNumericInt64 : public DataObject
+{
 public:
     ValueNumericInt64();
     ValueNumericInt64(const ValueNumericInt64 &other);

@@ -9,7 +9,8 @@ namespace JobXml {
 /// A named number of a node, chosen from a list of named options.
 ///
 /// The chosen value, its text and its index are kept as they are given: nothing compares them with the options.
-class JOBXML_EXPORT ValueSelection : public DataObject {
+class JOBXML_EXPORT ValueSelection : public DataObject
+{
 public:
     ValueSelection();
     ValueSelection(const ValueSelection &other);

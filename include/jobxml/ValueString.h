@@ -6,7 +6,8 @@
 namespace JobXml {
 
 /// A named text of a node.
-class JOBXML_EXPORT ValueString : public DataObject {
+class JOBXML_EXPORT ValueString : public DataObject
+{
 public:
     ValueString();
     ValueString(const ValueString &other);

@@ -9,7 +9,8 @@ namespace JobXml {
 /// A named text of a node, out of or alongside a list of texts.
 ///
 /// The value need not be among the items: nothing compares them.
-class JOBXML_EXPORT ValueStringList : public DataObject {
+class JOBXML_EXPORT ValueStringList : public DataObject
+{
 public:
     ValueStringList();
     ValueStringList(const ValueStringList &other);

@@ -12,7 +12,8 @@ class DataObject;
 
 /// Sees the members of an object, see DataObject::Accept(). Derive from it to show, compare or export a document
 /// without a list of members of one's own.
-class JOBXML_EXPORT Visitor {
+class JOBXML_EXPORT Visitor
+{
 public:
     virtual ~Visitor();
 

@@ -28,7 +28,8 @@
 ///
 /// The registry lives until this library is unloaded or the process ends. A static object that uses it in its
 /// destructor calls Instance() in its constructor, and is then destroyed first.
-class TAVIKAPPSTARTUP_EXPORT TranslationCenter {
+class TAVIKAPPSTARTUP_EXPORT TranslationCenter
+{
 public:
     static TranslationCenter &Instance();
 

@@ -8,7 +8,8 @@
 namespace JobXml {
 
 /// The set flags of an object: bit i belongs to member i.
-class SetFlags {
+class SetFlags
+{
 public:
     bool test(int bit) const noexcept { return (m_bits >> bit) & 1U; }
     void set(int bit) noexcept { m_bits = quint16(m_bits | (1U << bit)); }
@@ -29,7 +30,8 @@ private:
 constexpr int mostMembers = 16; // what SetFlags can hold
 
 /// The data of an object, shared after assignment until one side uses it.
-struct Block {
+struct Block
+{
     Block() noexcept = default;
     Block(const Block &other) noexcept : flags(other.flags) { } // a copy begins with an owner of its own
     Block &operator=(const Block &) = delete;
@@ -51,14 +53,16 @@ protected:
 
 /// A block with the members of one class.
 template <class Data>
-struct BlockOf final : Block {
+struct BlockOf final : Block
+{
     Data members{};
 };
 
 /// A list of child objects. Copying it copies the items at once: they carry a flag and a logger that change behind
 /// const, so two blocks that live in two threads must not share them.
 template <class Item>
-class ItemList : public QVector<Item> {
+class ItemList : public QVector<Item>
+{
 public:
     ItemList() = default;
     ItemList(const ItemList &other) : QVector<Item>(other) { own(); }

@@ -12,7 +12,8 @@ namespace JobXml {
 
 /// The row of a list of child objects.
 template <class Data, class Item>
-class ChildList : public MemberOf<Data> {
+class ChildList : public MemberOf<Data>
+{
 public:
     constexpr ChildList(int bit, const char *name, quint32 tag, ItemList<Item> Data::*field, Traits traits)
         : MemberOf<Data>(bit, name, tag, traits | HoldsChildren), m_field(field)

@@ -21,7 +21,8 @@ struct Codec;
 
 /// What holds for every type unless its codec says otherwise.
 template <class T>
-struct CodecDefaults {
+struct CodecDefaults
+{
     static bool isValid(const T &) { return true; }
     static void refuse(const DataObject &, QLatin1String) { }
     static bool isPresent(const T &, bool set) { return set; }
@@ -29,7 +30,8 @@ struct CodecDefaults {
 };
 
 template <>
-struct Codec<QString> : CodecDefaults<QString> {
+struct Codec<QString> : CodecDefaults<QString>
+{
     static bool isValid(const QString &value) { return !value.isNull(); }
     [[noreturn]] static void refuse(const DataObject &object, QLatin1String member)
     {
@@ -49,7 +51,8 @@ struct Codec<QString> : CodecDefaults<QString> {
 };
 
 template <>
-struct Codec<bool> : CodecDefaults<bool> {
+struct Codec<bool> : CodecDefaults<bool>
+{
     static QString text(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
     static bool fromText(const DataObject &object, QLatin1String member, const QString &text)
     {
@@ -66,7 +69,8 @@ struct Codec<bool> : CodecDefaults<bool> {
 
 /// Whole numbers travel as 64 bits whatever their own width: records and snapshots outlive the width of a type.
 template <class T, class Wire>
-struct IntegerCodec : CodecDefaults<T> {
+struct IntegerCodec : CodecDefaults<T>
+{
     static QString text(T value) { return QString::number(value); }
     static void writePayload(QDataStream &stream, T value) { stream << Wire(value); }
     static T readPayload(RecordReader &reader) { return T(reader.read<Wire>()); }
@@ -82,17 +86,20 @@ struct IntegerCodec : CodecDefaults<T> {
 };
 
 template <>
-struct Codec<int> : IntegerCodec<int, qint64> {
+struct Codec<int> : IntegerCodec<int, qint64>
+{
     static int fromText(const DataObject &, QLatin1String, const QString &text) { return text.toInt(); }
 };
 
 template <>
-struct Codec<qint64> : IntegerCodec<qint64, qint64> {
+struct Codec<qint64> : IntegerCodec<qint64, qint64>
+{
     static qint64 fromText(const DataObject &, QLatin1String, const QString &text) { return text.toLongLong(); }
 };
 
 template <>
-struct Codec<quint64> : IntegerCodec<quint64, quint64> {
+struct Codec<quint64> : IntegerCodec<quint64, quint64>
+{
     // Read as a signed number, as documents always were: what only an unsigned one could hold reads as 0.
     static quint64 fromText(const DataObject &, QLatin1String, const QString &text)
     {
@@ -103,7 +110,8 @@ struct Codec<quint64> : IntegerCodec<quint64, quint64> {
 /// Floating-point numbers have two decimals in XML and in tagged records, which carry the same text; only the snapshot
 /// keeps them exactly.
 template <class T>
-struct FloatingPointCodec : CodecDefaults<T> {
+struct FloatingPointCodec : CodecDefaults<T>
+{
     static QString text(T value) { return QString::number(double(value), 'f', 2); }
     static void writePayload(QDataStream &stream, T value) { stream << text(value).toUtf8(); }
     static T readPayload(RecordReader &reader) { return parse(reader.readText()); }
@@ -122,11 +130,13 @@ private:
 };
 
 template <>
-struct Codec<float> : FloatingPointCodec<float> {
+struct Codec<float> : FloatingPointCodec<float>
+{
 };
 
 template <>
-struct Codec<double> : FloatingPointCodec<double> {
+struct Codec<double> : FloatingPointCodec<double>
+{
 };
 
 } // namespace JobXml

@@ -336,7 +336,8 @@ void DataObject::writeMembers(QXmlStreamWriter &writer) const
 }
 
 /// Marks an object as being read, exceptions or not.
-class DataObject::ReadingContent {
+class DataObject::ReadingContent
+{
 public:
     explicit ReadingContent(const DataObject &object) : m_object(object), m_before(object.m_reading)
     {
@@ -400,7 +401,7 @@ void DataObject::skipElement(QXmlStreamReader &reader)
     const QString name = reader.name().toString();
     do {
         reader.readNext();
-    } while (!reader.atEnd() && reader.name() != name);
+    } while (!reader.atEnd() && !reader.hasError() && reader.name() != name); // a device may claim more than it has
 }
 
 // --- Tagged records --------------------------------------------------------------------------------------------------

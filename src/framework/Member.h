@@ -32,7 +32,8 @@ constexpr Traits operator|(Traits left, Traits right)
 }
 
 /// A call for each child object; refers to the caller's function and is not kept.
-class ChildAction {
+class ChildAction
+{
 public:
     template <class Function>
     explicit ChildAction(Function &function)
@@ -51,7 +52,8 @@ private:
 
 /// One row of a class's table: a constant that knows where a member is kept and does to it what each operation of
 /// DataObject asks. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
-class Member {
+class Member
+{
 public:
     int bit() const { return m_bit; }
     QLatin1String name() const { return QLatin1String(m_name); }
@@ -153,7 +155,8 @@ private:
 
 /// A row of the class whose members stand in `Data`: the one cast from the untyped block to them.
 template <class Data>
-class MemberOf : public Member {
+class MemberOf : public Member
+{
 public:
     using Members = Data;
 

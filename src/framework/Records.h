@@ -12,7 +12,8 @@ class DataObject;
 
 /// Composes a tagged record in memory: each length is known, and written, only behind its payload. Uses the byte order,
 /// version and precision of the stream that the record is meant for.
-class RecordWriter {
+class RecordWriter
+{
 public:
     explicit RecordWriter(const QDataStream &target);
     RecordWriter(const RecordWriter &) = delete;
@@ -39,7 +40,8 @@ private:
 
 /// Reads what a tagged record of `owner` holds. Where the stream ends too early, `owner` fails with its length error,
 /// before anything that was cut off gets as far as a setter.
-class RecordReader {
+class RecordReader
+{
 public:
     RecordReader(QDataStream &stream, const DataObject &owner) : m_stream(stream), m_owner(owner) { }
 

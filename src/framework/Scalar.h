@@ -11,7 +11,8 @@ namespace JobXml {
 
 /// The row of a text, boolean, number or enumeration.
 template <class Data, class T>
-class Scalar : public MemberOf<Data> {
+class Scalar : public MemberOf<Data>
+{
 public:
     constexpr Scalar(int bit, const char *name, quint32 tag, T Data::*field, Traits traits)
         : MemberOf<Data>(bit, name, tag, traits), m_field(field)

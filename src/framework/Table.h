@@ -11,7 +11,8 @@
 namespace JobXml {
 
 /// What DataObject has to know about a class: a constant made by describe().
-struct ClassInfo {
+struct ClassInfo
+{
     QString (*objectName)();
     qint64 identifier;
     const Member *const *inBitOrder; // check, snapshot
@@ -22,7 +23,8 @@ struct ClassInfo {
     Block *(*clone)(const Block &block);
     void (*destroy)(Block *block);
 
-    class Rows {
+    class Rows
+    {
     public:
         constexpr Rows(const Member *const *first, int count) : m_first(first), m_count(count) { }
         const Member *const *begin() const { return m_first; }
@@ -38,7 +40,8 @@ struct ClassInfo {
 
 /// The rows of a class in bit order, and the order of writing worked out from them.
 template <class Data, std::size_t count>
-struct Table {
+struct Table
+{
     static_assert(count <= mostMembers, "this table has more rows than there are set flags");
 
     using Members = Data;
@@ -99,18 +102,21 @@ constexpr bool anyHas(const Table &table, Traits traits)
     return false;
 }
 
-struct Anything {
+struct Anything
+{
     template <class T>
     operator T() const;
 };
 
 template <class Data, class Indices, class = void>
-struct AcceptsFields : std::false_type {
+struct AcceptsFields : std::false_type
+{
 };
 
 template <class Data, std::size_t... index>
 struct AcceptsFields<Data, std::index_sequence<index...>,
-                     std::void_t<decltype(Data{(static_cast<void>(index), Anything{})...})>> : std::true_type {
+                     std::void_t<decltype(Data{(static_cast<void>(index), Anything{})...})>> : std::true_type
+{
 };
 
 /// How many fields a struct has: the most values that its braces accept.

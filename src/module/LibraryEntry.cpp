@@ -11,7 +11,8 @@ namespace {
 // Registers the module when the library is loaded and unregisters it when it is unloaded or the process exits. As the
 // object built last (this unit is linked last) it is destroyed first, while every other static still stands: a plain
 // destructor function would run after them when a process exits.
-class ModuleRegistration {
+class ModuleRegistration
+{
 public:
     ModuleRegistration() noexcept
     {

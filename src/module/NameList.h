@@ -7,7 +7,8 @@
 namespace JobXml {
 
 /// The names of an enumeration, built when the library is loaded; the index of a name is the enumeration's value.
-class NameList {
+class NameList
+{
 public:
     static constexpr int notFound = -1;
 

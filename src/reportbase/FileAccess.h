@@ -9,7 +9,8 @@ class QFile;
 namespace REPORTGENERATOR {
 
 /// A caller's file for the time of one read: opened if it was closed, and then closed again, also on an exception.
-class FileForReading {
+class FileForReading
+{
 public:
     explicit FileForReading(QFile *file);
     FileForReading(const FileForReading &) = delete;

@@ -3,7 +3,8 @@
 
 #include <QByteArray>
 
-struct ReportException::Message {
+struct ReportException::Message
+{
     explicit Message(const QString &message) : text(message), utf8(message.toUtf8()) { }
 
     QString text;

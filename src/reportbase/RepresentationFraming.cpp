@@ -13,7 +13,8 @@ namespace {
 
 constexpr int HeadSize = 8; // leading word and length
 
-struct Record {
+struct Record
+{
     quint32 word = 0;
     QByteArray payload;
 };

@@ -23,7 +23,8 @@ constexpr qint64 LargestExpansion = qint64(1) << 30;
 constexpr qint64 LargestRatio = 1100;
 
 /// Why a representation is not taken.
-struct Refusal {
+struct Refusal
+{
     QString why;
 };
 
@@ -34,7 +35,8 @@ enum class Behind {
 };
 
 /// How a stream writes numbers and texts.
-struct Settings {
+struct Settings
+{
     QDataStream::ByteOrder byteOrder = QDataStream::BigEndian;
     int version = QDataStream::Qt_5_15;
     QDataStream::FloatingPointPrecision precision = QDataStream::DoublePrecision;

@@ -12,7 +12,8 @@ namespace {
 
 /// Notes where the writer began to lose characters. The writer drops what XML cannot carry and only raises a flag,
 /// which is up before the rest of the text arrives here.
-class LossNotingBuffer : public QBuffer {
+class LossNotingBuffer : public QBuffer
+{
 public:
     void watch(const QXmlStreamWriter *writer) { m_writer = writer; }
 

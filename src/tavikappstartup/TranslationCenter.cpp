@@ -36,14 +36,16 @@ const QString libraryFolder = folderOfThisLibrary();
 // another thread or a receiver of LanguageChange withdraws keeps it alive, and takes it out again by dropping it.
 using Catalogue = std::shared_ptr<QTranslator>;
 
-struct Module {
+struct Module
+{
     QString name;
     quint64 registration; // which call of Register() it stems from
     Catalogue catalogue; // none if there is no file for the locale
     QPointer<QCoreApplication> application; // where this is settled; another one may come to live at the same address
 };
 
-struct Search {
+struct Search
+{
     QString module;
     quint64 registration;
     QStringList folders;
@@ -78,7 +80,8 @@ void withdraw(const Catalogue &catalogue)
 /// The lock guards the members and is never held while files are read or events are sent: the receiver of
 /// LanguageChange may call back, wait for a thread that calls, or load a library, which takes the loader's lock.
 /// It is no QMutex, because the thread sanitizer does not see what the uninstrumented Qt library locks.
-class TranslationCenter::Private {
+class TranslationCenter::Private
+{
 public:
     void add(const QString &name)
     {

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct BandwidthSelectionData {
+struct BandwidthSelectionData
+{
     QString name;
     double maxBandwidth = 0.0;
 };

@@ -12,7 +12,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ComponentData {
+struct ComponentData
+{
     ItemList<Node> nodes;
     QString type;
     QString name;

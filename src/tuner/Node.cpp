@@ -12,7 +12,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct NodeData {
+struct NodeData
+{
     ItemList<ValueItem> valueItems;
     QString id;
 };

@@ -45,13 +45,15 @@ Mode modeOf(const QString &name)
     return Mode(modeNames.value(name));
 }
 
-struct StartupModesData {
+struct StartupModesData
+{
     QVector<Mode> modes;
     QStringList ownNames; // always empty; see IsValidStartupMode()
 };
 
 // A list of modes, which travel by their names.
-class ModeList final : public MemberOf<StartupModesData> {
+class ModeList final : public MemberOf<StartupModesData>
+{
 public:
     using MemberOf::MemberOf;
     constexpr ModeList(int bit, const char *name, quint32 tag, Traits traits) : MemberOf(bit, name, tag, traits) { }

@@ -38,7 +38,8 @@ Type typeOf(const QString &name)
 
 /// A type travels by its name, in snapshots by its value.
 template <>
-struct Codec<Type> : CodecDefaults<Type> {
+struct Codec<Type> : CodecDefaults<Type>
+{
     static bool isValid(Type value) { return typeNames.holds(int(value)); }
     [[noreturn]] static void refuse(const DataObject &object, QLatin1String member)
     {
@@ -63,12 +64,14 @@ struct Codec<Type> : CodecDefaults<Type> {
 
 namespace {
 
-struct Versions {
+struct Versions
+{
     QString own = QStringLiteral("1.1");
     QString loaded;
 };
 
-struct TunerPropertiesData {
+struct TunerPropertiesData
+{
     Versions versions;
     StartupModes startupModes;
     ItemList<BandwidthSelection> bandwidths;
@@ -86,7 +89,8 @@ struct TunerPropertiesData {
 
 // Departs: the bandwidths are optional. XML and tagged records hold whatever items there are, and tagged records
 // nothing at all if there are none; snapshots go by the flag, count included.
-class BandwidthList final : public ChildList<TunerPropertiesData, BandwidthSelection> {
+class BandwidthList final : public ChildList<TunerPropertiesData, BandwidthSelection>
+{
 public:
     using ChildList::ChildList;
 
@@ -111,7 +115,8 @@ public:
 };
 
 // The startup modes: a child object that is a member by itself.
-class StartupModesMember final : public MemberOf<TunerPropertiesData> {
+class StartupModesMember final : public MemberOf<TunerPropertiesData>
+{
 public:
     constexpr StartupModesMember(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, HoldsChildren) { }
 

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct SelectionItemData {
+struct SelectionItemData
+{
     QString name;
     double value = 0.0;
 };

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct StringItemData {
+struct StringItemData
+{
     QString value;
 };
 

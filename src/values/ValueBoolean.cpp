@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueBooleanData {
+struct ValueBooleanData
+{
     QString id;
     bool value = false;
 };

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueFloatData {
+struct ValueFloatData
+{
     QString id;
     float value = 0.0F;
 };

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueIntData {
+struct ValueIntData
+{
     QString id;
     int value = 0;
 };

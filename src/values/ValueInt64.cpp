@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueInt64Data {
+struct ValueInt64Data
+{
     QString id;
     qint64 value = 0;
 };

@@ -32,7 +32,8 @@ using Choice = ValueItem::ChoiceValueItem;
 // An alternative, built when it is first used: of the ten, nearly always one is. One that was never used cannot be
 // told from a default one. Where it stands in memory never changes, so references to it stay valid.
 template <class T>
-class Slot {
+class Slot
+{
 public:
     Slot() = default;
     Slot(const Slot &other) : m_object(other.m_object ? std::make_unique<T>(*other.m_object) : nullptr) { }
@@ -41,7 +42,8 @@ public:
     std::unique_ptr<T> m_object;
 };
 
-struct State {
+struct State
+{
     State() = default;
     State(const State &other) : choice(other.choice), validate(other.validate) { } // copies never take a logger along
     State &operator=(const State &) = delete;
@@ -52,7 +54,8 @@ struct State {
     std::shared_ptr<REPORTGENERATOR::Logger> logger;
 };
 
-struct ValueItemData {
+struct ValueItemData
+{
     State state;
     Slot<ValueBoolean> valueBoolean;
     Slot<ValueFloat> valueFloat;
@@ -67,7 +70,8 @@ struct ValueItemData {
 };
 
 template <class T>
-class Alternative final : public MemberOf<ValueItemData> {
+class Alternative final : public MemberOf<ValueItemData>
+{
 public:
     constexpr Alternative(int bit, const char *name, quint32 tag, Slot<T> ValueItemData::*slot)
         : MemberOf(bit, name, tag, HoldsChildren), m_slot(slot)

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueNumericFloatData {
+struct ValueNumericFloatData
+{
     QString id;
     float value = 0.0F;
     float min = 0.0F;

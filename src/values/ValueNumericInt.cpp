@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueNumericIntData {
+struct ValueNumericIntData
+{
     QString id;
     int value = 0;
     int min = 0;

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueNumericInt64Data {
+struct ValueNumericInt64Data
+{
     QString id;
     qint64 value = 0;
     qint64 min = 0;

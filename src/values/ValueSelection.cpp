@@ -12,7 +12,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueSelectionData {
+struct ValueSelectionData
+{
     ItemList<SelectionItem> selectionItems;
     QString id;
     double value = 0.0;

@@ -11,7 +11,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueStringData {
+struct ValueStringData
+{
     QString id;
     QString value;
 };

@@ -12,7 +12,8 @@ namespace {
 
 const UnitStatics unitStatics;
 
-struct ValueStringListData {
+struct ValueStringListData
+{
     ItemList<StringItem> stringItems;
     QString id;
     QString value;

@@ -14,7 +14,8 @@ using Failure = std::function<void(const DataObject &)>;
 Q_DECLARE_METATYPE(Failure)
 
 /// Every failure of the model with its type and its whole text, on an object named "StringItem".
-class ErrorsTest : public QObject {
+class ErrorsTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

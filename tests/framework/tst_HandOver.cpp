@@ -20,7 +20,8 @@ int following(const DataObject &root, bool validate, const std::shared_ptr<Logge
 }
 
 // An object that shows when it is handed over, by being asked from outside a read.
-class OpenTunerProperties : public TunerProperties {
+class OpenTunerProperties : public TunerProperties
+{
 public:
     using TunerProperties::ProcessXmlStartElement;
 };
@@ -31,7 +32,8 @@ using Entry = std::function<void(TunerProperties &)>;
 Q_DECLARE_METATYPE(Entry)
 
 /// The whole tree follows the validate flag and the logger of its root.
-class HandOverTest : public QObject {
+class HandOverTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

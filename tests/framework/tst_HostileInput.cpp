@@ -35,7 +35,8 @@ QByteArray nodeWithCount(const char *count)
 } // namespace
 
 /// Length and count words of damaged or hostile data are never trusted.
-class HostileInputTest : public QObject {
+class HostileInputTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -15,7 +15,8 @@ using REPORTGENERATOR::Logger;
 // that crosses into the base library, and every heap allocation with its size, comes by here.
 namespace {
 
-struct Work {
+struct Work
+{
     long long flagsHanded = 0;
     long long loggersHanded = 0;
     long long flagsAsked = 0;
@@ -83,7 +84,8 @@ Work workOf(Operation operation)
 } // namespace
 
 /// No operation may cost more than in proportion to the size of the tree: ten times the nodes, ten times the work.
-class LinearTest : public QObject {
+class LinearTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -7,7 +7,8 @@
 using namespace JobXml;
 
 /// MergeRGObject() takes over what is set in another object of the same class.
-class MergeTest : public QObject {
+class MergeTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -18,7 +18,8 @@ QStringList textsOf(const DataObject &object)
 }
 
 /// Writes down what it is shown.
-class Notes : public Visitor {
+class Notes : public Visitor
+{
 public:
     void VisitValue(QLatin1String name, const QVariant &value, bool set) override
     {
@@ -46,7 +47,8 @@ private:
 } // namespace
 
 /// GetProblems() names every problem, and Accept() shows every member.
-class ProblemsTest : public QObject {
+class ProblemsTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

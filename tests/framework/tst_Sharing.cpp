@@ -7,7 +7,8 @@
 using namespace JobXml;
 
 /// Objects share their data after assignment, and nobody can tell.
-class SharingTest : public QObject {
+class SharingTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -89,7 +89,8 @@ QString functionInSlot(const QString &className, int slot)
 
 } // namespace
 
-class SlotOrderTest : public QObject {
+class SlotOrderTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -61,7 +61,8 @@ bool useTwoAtOnce(TunerProperties &first, TunerProperties &second)
 } // namespace
 
 /// Two objects may be used by two threads, one each, whatever they shared before. Meaningful under a thread sanitizer.
-class ThreadsTest : public QObject {
+class ThreadsTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

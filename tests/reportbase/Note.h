@@ -29,7 +29,8 @@ public:
     QStringList metElements; ///< every element the base's loop reported
     bool readsChildren = true;
     bool readsPastItsRecord = false;
-    int leavesUnread = 0;
+    bool leavesItsText = false;
+    bool writesTitleAlone = false;
     int readCalls = 0;
 
     bool HasData() const override { return !text.isNull(); }
@@ -48,7 +49,8 @@ public:
         writer.writeStartElement(GetObjectName());
         if (!title.isNull())
             writer.writeAttribute(QStringLiteral("title"), title);
-        writer.writeTextElement(QStringLiteral("text"), text);
+        if (!writesTitleAlone)
+            writer.writeTextElement(QStringLiteral("text"), text);
         Check(); // late on purpose: what was written before must not get anywhere
         writer.writeEndElement();
     }
@@ -81,7 +83,7 @@ public:
         stream >> tag;
         if (tag != 'T')
             throw BinaryParsingException(QStringLiteral("Note: an unknown member"));
-        if (leavesUnread == 0)
+        if (!leavesItsText)
             stream >> utf8;
         if (readsPastItsRecord)
             stream >> tag;

@@ -55,10 +55,11 @@ private Q_SLOTS:
 void IRGObjectXmlTest::theLoopReportsEveryChildElementAndNothingElse()
 {
     Note note;
-    QCOMPARE(readInto(note,
-                      QStringLiteral("<?xml version=\"1.0\"?><!-- a --><?p i?>\n<Note title='t'>\n one <a/><!-- b -->"
-                                     "<?p i?>two<b><c/></b><![CDATA[<no/>]]><text>x</text>&amp;three</Note>\n<!-- c -->")),
-             QString());
+    QCOMPARE(
+        readInto(note,
+                 QStringLiteral("<?xml version=\"1.0\"?><!-- a --><?p i?>\n<Note title='t'>\n one <a/><!-- b -->"
+                                "<?p i?>two<b><c/></b><![CDATA[<no/>]]><text>x</text>&amp;three</Note>\n<!-- c -->")),
+        QString());
     QCOMPARE(note.metElements, QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("text")}));
     QCOMPARE(note.text, QStringLiteral("x"));
     QCOMPARE(note.title, QStringLiteral("t"));
@@ -275,8 +276,9 @@ void IRGObjectXmlTest::anObjectWithoutDataWritesNothing()
     QVERIFY(note.GetXmlString().isNull());
     QVERIFY(note.GetErrorString().isNull());
     note.SetValidate(false);
-    QCOMPARE(note.GetXmlString(), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                                 "<Note>\n  <text></text>\n</Note>\n"));
+    QCOMPARE(note.GetXmlString(),
+             QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                            "<Note>\n  <text></text>\n</Note>\n"));
 }
 
 void IRGObjectXmlTest::anExceptionWhileWritingPasses()
@@ -293,7 +295,8 @@ void IRGObjectXmlTest::aTextIsReadBackAsItWasWritten_data()
     QTest::newRow("white space") << QStringLiteral(" a\tb\nc ");
     QTest::newRow("carriage returns") << QStringLiteral("a\rb\r\nc\r");
     QTest::newRow("a surrogate pair") << QString::fromUtf8("\xf0\x9f\x93\xa1");
-    QTest::newRow("the last characters") << QString::fromUtf8("\x7f\xc2\x85\xe2\x80\xa8\xef\xb7\x90\xef\xbf\xbd\xf4\x8f\xbf\xbf");
+    QTest::newRow("the last characters") << QString::fromUtf8(
+        "\x7f\xc2\x85\xe2\x80\xa8\xef\xb7\x90\xef\xbf\xbd\xf4\x8f\xbf\xbf");
 }
 
 void IRGObjectXmlTest::aTextIsReadBackAsItWasWritten()
@@ -328,15 +331,19 @@ void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
 {
     QFETCH(QString, text);
     QFETCH(int, lineAsAttribute);
-    const QString error
-        = QStringLiteral("XML text: a text in or just above line %1 of the document holds a character that XML cannot "
-                         "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)");
+    const QString error =
+        QStringLiteral("XML text: a text in or just above line %1 of the document holds a character that XML cannot "
+                       "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)");
     Note note(text);
     QVERIFY(note.GetXmlString().isNull());
     QCOMPARE(note.GetErrorString(), error.arg(3));
 
     Note titled(QStringLiteral("fine"));
     titled.title = text;
+    QVERIFY(titled.GetXmlString().isNull());
+    QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
+
+    titled.writesTitleAlone = true; // nothing comes behind it
     QVERIFY(titled.GetXmlString().isNull());
     QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
 }

@@ -180,12 +180,14 @@ void IRGObjectXmlFilesTest::aReadErrorIsNotTakenForAShortDocument()
 
 void IRGObjectXmlFilesTest::exactlyTheUtf8OfTheXmlStringIsSaved()
 {
-    Note note(QString::fromUtf8("Gr\xc3\xb6\xc3\x9f" "e\r"));
+    Note note(QString::fromUtf8("Gr\xc3\xb6\xc3\x9f"
+                                "e\r"));
     note.title = QStringLiteral("a\tb");
     QVERIFY(note.SaveXml(path("a")));
     const QByteArray expected("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                               "<Note title=\"a&#9;b\">\n"
-                              "  <text>Gr\xc3\xb6\xc3\x9f" "e&#13;</text>\n"
+                              "  <text>Gr\xc3\xb6\xc3\x9f"
+                              "e&#13;</text>\n"
                               "</Note>\n");
     QCOMPARE(contentOf(path("a")), expected);
     QCOMPARE(note.GetXmlString().toUtf8(), expected);
@@ -200,8 +202,9 @@ void IRGObjectXmlFilesTest::aSavedFileReplacesTheOldOne()
 {
     write(path("a"), QByteArray(10000, 'x'));
     QVERIFY(Note(QStringLiteral("b")).SaveXml(path("a")));
-    QCOMPARE(contentOf(path("a")), QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                              "<Note>\n  <text>b</text>\n</Note>\n"));
+    QCOMPARE(contentOf(path("a")),
+             QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<Note>\n  <text>b</text>\n</Note>\n"));
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList({QStringLiteral("a")}));
 }
 
@@ -250,7 +253,8 @@ void IRGObjectXmlFilesTest::pathsThatCannotBeWritten()
     QVERIFY(!QFileInfo::exists(path("no")));
 
     QVERIFY(!note.SaveXml(m_folder->path()));
-    QCOMPARE(note.GetErrorString(), m_folder->path() + QStringLiteral(": cannot write: Filename refers to a directory"));
+    QCOMPARE(note.GetErrorString(),
+             m_folder->path() + QStringLiteral(": cannot write: Filename refers to a directory"));
 
     QVERIFY(!note.SaveXml(QString()));
     QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));

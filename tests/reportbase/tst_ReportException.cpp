@@ -15,6 +15,7 @@ private Q_SLOTS:
     void whatIsTheUtf8OfTheMessage();
     void whatStaysValidWhileACopyLives();
     void anAssignedExceptionTakesOverTheMessage();
+    void everyTypeIsCopiedWithItsMessage();
     void copyingNeverThrows();
     void theFamilyIsAsItsUsersCatchIt();
     void everyTypeIsCaughtAsItself_data();
@@ -54,8 +55,29 @@ void ReportExceptionTest::anAssignedExceptionTakesOverTheMessage()
 
 template <typename Exception>
 constexpr bool copiesWithoutThrowing = std::is_nothrow_copy_constructible_v<Exception>
-    && std::is_nothrow_copy_assignable_v<Exception> && std::is_nothrow_move_constructible_v<Exception>
-    && std::is_nothrow_move_assignable_v<Exception> && std::has_virtual_destructor_v<Exception>;
+    &&std::is_nothrow_copy_assignable_v<Exception> &&std::is_nothrow_move_constructible_v<Exception>
+        &&std::is_nothrow_move_assignable_v<Exception> &&std::has_virtual_destructor_v<Exception>;
+
+template <typename Exception>
+QByteArray textOfACopyOfACopy(const QString &message)
+{
+    const Exception original(message);
+    const Exception copy(original);
+    Exception assigned(QStringLiteral("another"));
+    assigned = copy;
+    return assigned.what();
+}
+
+void ReportExceptionTest::everyTypeIsCopiedWithItsMessage()
+{
+    const QString message = QStringLiteral("the message");
+    QCOMPARE(textOfACopyOfACopy<ReportException>(message), QByteArray("the message"));
+    QCOMPARE(textOfACopyOfACopy<RGException>(message), QByteArray("the message"));
+    QCOMPARE(textOfACopyOfACopy<OutOfRangeException>(message), QByteArray("the message"));
+    QCOMPARE(textOfACopyOfACopy<InvalidXmlException>(message), QByteArray("the message"));
+    QCOMPARE(textOfACopyOfACopy<BinaryParsingException>(message), QByteArray("the message"));
+    QCOMPARE(textOfACopyOfACopy<IncompleteDefinitionException>(message), QByteArray("the message"));
+}
 
 void ReportExceptionTest::copyingNeverThrows()
 {

@@ -52,7 +52,8 @@ inline void setLocale(const char *name)
 }
 
 /// An application that a test may make and destroy as it likes, and that counts and hands on its LanguageChange events.
-class Application : public QCoreApplication {
+class Application : public QCoreApplication
+{
 public:
     Application() : QCoreApplication(s_argc, s_argv) { }
 
@@ -80,7 +81,8 @@ private:
 
 /// Between begin() and end() of a test all warnings are collected: Qt prints one when a translator is installed or
 /// removed without an application.
-class Warnings {
+class Warnings
+{
 public:
     static void begin()
     {

@@ -10,7 +10,8 @@
 
 namespace {
 
-class Attachment {
+class Attachment
+{
 public:
     Attachment() { TranslationCenter::Instance().Register(QStringLiteral("TunerProperties")); }
     ~Attachment()

@@ -7,7 +7,8 @@
 
 namespace {
 
-struct Attachment {
+struct Attachment
+{
     Attachment()
     {
         QLocale::setDefault(QLocale(QStringLiteral("de_DE")));

@@ -30,7 +30,8 @@ QString outputOfHost(const QString &libraries, const QStringList &arguments)
 
 } // namespace
 
-class CataloguesTest : public QObject {
+class CataloguesTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:
@@ -157,7 +158,8 @@ void CataloguesTest::theShippedCataloguesTranslateEveryDisplayName_data()
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QString>("inGerman");
     QTest::addColumn<QString>("inEnglish");
-    const struct {
+    const struct
+    {
         const char *name;
         const char *inGerman;
         const char *inEnglish;

@@ -72,7 +72,8 @@ void operator delete(void *memory, std::size_t) noexcept
     std::free(memory);
 }
 
-class TranslationCallersTest : public QObject {
+class TranslationCallersTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -12,7 +12,8 @@
 using Call = std::function<void()>;
 Q_DECLARE_METATYPE(Call)
 
-class TranslationCenterTest : public QObject {
+class TranslationCenterTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -21,7 +21,8 @@ bool isLoaded(const char *file)
 
 } // namespace
 
-class TranslationUnloadTest : public QObject {
+class TranslationUnloadTest : public QObject
+{
     Q_OBJECT
 
 private Q_SLOTS:

@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+#
+# install-dependencies.sh [SET...] installs the Debian packages of the sets that are not there yet:
+#
+#   build   what building and testing takes (the default)
+#   ci      what the further legs of the continuous integration and the scripts for developers take
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+build_packages=(
+    g++ cmake ninja-build
+    qtbase5-dev        # Qt Core, and Qt Test for the tests
+    qttools5-dev-tools # lrelease, the compiler of the translation catalogues
+)
+ci_packages=(
+    clang clang-tidy clang-format
+    gcovr
+    libxml2-utils # xmllint
+    shellcheck
+)
+
+packages=()
+for set in "${@:-build}"; do
+    case $set in
+    build) packages+=("${build_packages[@]}") ;;
+    ci) packages+=("${ci_packages[@]}") ;;
+    *) die "unknown set of packages '$set'; there are: build ci" ;;
+    esac
+done
+
+if ! command -v dpkg-query >/dev/null; then
+    note "This is no Debian system, so nothing is installed here. Needed are the equivalents of: ${packages[*]}"
+    exit 0
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true) == installed ]] \
+        || missing+=("$package")
+done
+((${#missing[@]} > 0)) || exit 0
+
+if ((EUID != 0)); then
+    die "not root, and these packages are missing; install them first:
+    apt-get install --no-install-recommends ${missing[*]}"
+fi
+
+heading "Installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+quietly build/install-dependencies.log apt-get update
+quietly build/install-dependencies.log apt-get install --yes --no-install-recommends "${missing[@]}"
+note "done"

@@ -1,0 +1,20 @@
+#!/usr/bin/env bash
+#
+# tidy.sh runs clang-tidy over the sources of the libraries, the tool and the examples, as .clang-tidy says.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+build=build/ci-clang
+log=build/tidy.log
+
+scripts/install-dependencies.sh build ci
+
+quietly $build/configure.log cmake --preset ci-clang
+
+status=0
+run-clang-tidy -quiet -p $build -j "$jobs" "^$PWD/(src|tools|examples)/" 2>&1 \
+    | sed 's/\x1b\[[0-9;]*m//g' >"$log" || status=$? # it colours its output wherever that goes
+# The rest of the output only tells which files it looks at.
+grep -E -A 3 '(warning|error): .*\[' "$log" || true
+((status == 0)) || die "clang-tidy has something to say; everything is in $log"
+echo "clang-tidy has nothing to say."

@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: MIT
+#include "Encodings.h"
+#include "ExceptionText.h"
+#include "Suite.h"
+
+using REPORTGENERATOR::Logger;
+
+namespace {
+
+const char lengthError[] = "::SetBinary(...): Length error occurred during processing of binary representation";
+
+} // namespace
+
+/// Writing and reading in the three encodings, the same for every class.
+class EveryClassEncodingsTest : public Suite
+{
+    Q_OBJECT
+
+private:
+    static QString ownLengthError()
+    {
+        return QStringLiteral("BinaryParsingException: ") + type().staticName() + QLatin1String(lengthError);
+    }
+
+private Q_SLOTS:
+    void xmlReadBackIsTheSameObjectAndText()
+    {
+        for (const bool validate : {true, false}) {
+            const auto original = type().full();
+            original->SetValidate(validate);
+            const auto read = type().make();
+            read->SetValidate(validate);
+            readXml(*read, xmlOf(*original));
+            QVERIFY(type().equal(*read, *original));
+            QCOMPARE(xmlOf(*read), xmlOf(*original));
+        }
+    }
+
+    void aRecordReadBackIsTheSameObjectAndWritesTheSameBytes()
+    {
+        for (const bool validate : {true, false}) {
+            const auto original = type().full();
+            original->SetValidate(validate);
+            const auto read = type().make();
+            read->SetValidate(validate);
+            readRecord(*read, recordOf(*original));
+            QVERIFY(type().equal(*read, *original));
+            QCOMPARE(hex(recordOf(*read)), hex(recordOf(*original)));
+        }
+    }
+
+    void aSnapshotReadBackIsTheSameObjectAndWritesTheSameBytes()
+    {
+        for (const bool validate : {true, false}) {
+            const auto original = type().full();
+            const auto read = type().make();
+            read->SetValidate(validate);
+            QCOMPARE(readSnapshot(*read, snapshotOf(*original)), 0);
+            QVERIFY(type().equal(*read, *original));
+            QCOMPARE(hex(snapshotOf(*read)), hex(snapshotOf(*original)));
+        }
+    }
+
+    void littleEndianStreamsOfAnOlderVersionDoAsWell()
+    {
+        const auto original = type().full();
+        for (const bool snapshot : {false, true}) {
+            QByteArray written;
+            QDataStream out(&written, QIODevice::WriteOnly);
+            out.setByteOrder(QDataStream::LittleEndian);
+            out.setVersion(QDataStream::Qt_4_0);
+            if (snapshot)
+                original->GetVersionSpecificBinaryWithoutValidation(out);
+            else
+                QVERIFY(original->GetBinary(out, 0x11223344, true));
+
+            QDataStream in(written);
+            in.setByteOrder(QDataStream::LittleEndian);
+            in.setVersion(QDataStream::Qt_4_0);
+            const auto read = type().make();
+            if (snapshot) {
+                read->SetVersionSpecificBinaryWithoutValidation(in);
+            } else {
+                qint32 tag = 0;
+                qint32 length = 0;
+                in >> tag >> length;
+                QCOMPARE(tag, 0x11223344);
+                QCOMPARE(length, written.size() - 8);
+                read->SetBinary(in, length);
+            }
+            QVERIFY(type().equal(*read, *original));
+            QVERIFY(in.atEnd());
+        }
+    }
+
+    void everyRepresentationReadsBack()
+    {
+        const auto original = type().full();
+        QByteArray plain = original->GetBinaryRepresentationAsQByteArray();
+        QByteArray compressed = original->GetCompressedBinaryRepresentationAsQByteArray(9);
+        QByteArray leadingWord;
+        QDataStream(&leadingWord, QIODevice::WriteOnly) << quint32(type().id());
+        QCOMPARE(hex(plain.left(4)), hex(leadingWord));
+        for (QByteArray *representation : {&plain, &compressed}) {
+            const auto read = type().make();
+            QVERIFY2(read->SetBinaryRepresentation(*representation), qPrintable(read->GetErrorString()));
+            QVERIFY(type().equal(*read, *original));
+        }
+        const auto read = type().make();
+        QVERIFY2(read->SetXmlString(original->GetXmlString(), true), qPrintable(read->GetErrorString()));
+        QVERIFY(type().equal(*read, *original));
+    }
+
+    void anIncompleteObjectIsRefusedByTheWritersBeforeTheyWrite()
+    {
+        const auto object = type().make();
+        QString xml;
+        QXmlStreamWriter writer(&xml);
+        QCOMPARE(thrownBy([&] { object->GetXml(writer); }), text("firstMissing"));
+        QCOMPARE(xml, QString());
+
+        QByteArray record;
+        QDataStream stream(&record, QIODevice::WriteOnly);
+        QCOMPARE(thrownBy([&] { object->GetBinary(stream, 1, true); }), text("firstMissing"));
+        QCOMPARE(hex(record), QString());
+    }
+
+    void anIncompleteObjectIsWrittenAsItStandsWhileNotValidating()
+    {
+        const auto object = type().make();
+        object->SetValidate(false);
+        QCOMPARE(xmlOf(*object), text("newXml"));
+
+        QByteArray record;
+        QDataStream stream(&record, QIODevice::WriteOnly);
+        QVERIFY(object->GetBinary(stream, 1, true));
+        const auto read = type().make();
+        read->SetValidate(false);
+        readRecord(*read, record.mid(4));
+        QVERIFY(read->IsInitialized());
+    }
+
+    void unknownAttributesAreIgnored()
+    {
+        const auto object = type().make();
+        readXml(*object, QStringLiteral("<%1 Version=\"1.1\" nobody=\"knows\"/>").arg(type().staticName()));
+        QVERIFY(!object->AnyData());
+    }
+
+    void unknownElementsAreSkippedExceptInTheDocument()
+    {
+        const auto object = type().full();
+        const QString before = xmlOf(*object);
+        const QString unknown = QStringLiteral("<%1 Version=\"1.1\"><nobody><id>x</id><value>y</value></nobody></%1>")
+                                    .arg(type().staticName());
+        const QString thrown = thrownBy([&] { readXml(*object, unknown); });
+        QCOMPARE(thrown,
+                 isDocument() ? QStringLiteral("InvalidXmlException: Unknown Tag 'nobody' in 'TunerProperties'.")
+                              : QString());
+        QCOMPARE(xmlOf(*object), before);
+    }
+
+    void unknownRecordsAreSkipped()
+    {
+        const auto original = type().full();
+        const QByteArray record = recordOf(*original);
+        QByteArray length;
+        QDataStream(&length, QIODevice::WriteOnly) << qint32(record.size() - 4 + 11);
+        const auto read = type().make();
+        readRecord(*read, length + bytes("0A 0B 0C 0D 00 00 00 03 FF FF FF") + record.mid(4));
+        QVERIFY(type().equal(*read, *original));
+    }
+
+    void aRecordOfNoLengthReadsNothing()
+    {
+        const auto object = type().full();
+        QByteArray more("more");
+        QDataStream stream(&more, QIODevice::ReadOnly);
+        object->SetBinary(stream, 0);
+        QCOMPARE(stream.device()->pos(), 0);
+        QVERIFY(type().equal(*object, *type().full()));
+    }
+
+    void aNegativeLengthIsALengthError()
+    {
+        const auto object = type().make();
+        QDataStream stream(QByteArray("1234567890"));
+        QCOMPARE(thrownBy([&] { object->SetBinary(stream, -1); }), ownLengthError());
+        QCOMPARE(stream.device()->pos(), 0);
+    }
+
+    void aLengthThatIsTooLongIsALengthErrorAndKeepsWhatWasRead()
+    {
+        const auto original = type().full();
+        const QByteArray record = recordOf(*original);
+        QDataStream stream(record.mid(4));
+        const auto read = type().make();
+        QCOMPARE(thrownBy([&] { read->SetBinary(stream, record.size() - 4 + 4); }), ownLengthError());
+        QVERIFY(type().equal(*read, *original));
+    }
+
+    void aRecordCutAnywhereIsALengthErrorAndLeavesAUsableObject()
+    {
+        const QByteArray record = recordOf(*type().full());
+        for (int size = 4; size < record.size(); ++size) {
+            const auto read = type().make();
+            const QString thrown = thrownBy([&] { readRecord(*read, record.left(size)); });
+            QVERIFY2(thrown.endsWith(QLatin1String(lengthError)), qPrintable(thrown));
+            read->Reset();
+            readRecord(*read, record);
+            QVERIFY(type().equal(*read, *type().full()));
+        }
+    }
+
+    void aSnapshotCutAnywhereIsReadAsFarAsItGoes()
+    {
+        const QByteArray snapshot = snapshotOf(*type().full());
+        for (int size = 0; size < snapshot.size(); ++size) {
+            const auto read = type().make();
+            QCOMPARE(thrownBy([&] { readSnapshot(*read, snapshot.left(size)); }), QString());
+            QVERIFY(type().different(*read, *type().full()));
+        }
+    }
+
+    void flagsOfASnapshotThatNoMemberOwnsAreDropped()
+    {
+        const auto original = type().full();
+        QByteArray snapshot = snapshotOf(*original);
+        const QByteArray clean = snapshot;
+        const bool twoBytes = isDocument() || type().staticName() == QLatin1String("ValueItem");
+        snapshot[twoBytes ? 1 : 0] = char(snapshot.at(twoBytes ? 1 : 0) | char(0x80));
+        const auto read = type().make();
+        QCOMPARE(readSnapshot(*read, snapshot), 0);
+        QCOMPARE(hex(snapshotOf(*read)), hex(clean));
+    }
+
+    void aFailedReadLeavesAnObjectThatCanBeUsed()
+    {
+        const auto object = type().full();
+        QDataStream stream(QByteArray("123"));
+        QCOMPARE(thrownBy([&] { object->SetBinary(stream, 10); }), ownLengthError());
+        object->Reset();
+        const QByteArray record = recordOf(*type().full());
+        readRecord(*object, record);
+        QCOMPARE(hex(recordOf(*object)), hex(record));
+        const auto copy = type().copied(*object);
+        QVERIFY(type().equal(*copy, *object));
+    }
+};
+
+QTEST_GUILESS_MAIN(EveryClassEncodingsTest)
+#include "tst_EveryClassEncodings.moc"
