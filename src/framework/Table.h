@@ -50,6 +50,8 @@ struct Table
     template <class... Rows>
     constexpr explicit Table(const Rows &...rows) : inBitOrder{&rows...}
     {
+        static_assert((std::is_same_v<typename Rows::Members, Data> && ...),
+                      "a row of this table is of another struct");
         std::size_t next = 0;
         for (const Member *member : inBitOrder) {
             if (member->has(Attribute))

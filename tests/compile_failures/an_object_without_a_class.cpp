@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+#include <reportbase/IRGObject.h>
+
+class Half : public REPORTGENERATOR::IRGObject
+{
+};
+
+Half half;

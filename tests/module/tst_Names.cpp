@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include <jobxml/TunerProperties.h>
+#include <jobxml/ValueItem.h>
+#include <tavikappstartup/TranslationCenter.h>
+
+using namespace JobXml;
+
+namespace {
+
+const QStringList types{QStringLiteral("MCP"), QStringLiteral("SCP"), QStringLiteral("FFP"), QStringLiteral("Receiver"),
+                        QStringLiteral("DirectionFinder")};
+const QStringList modes{QStringLiteral("Scan"),   QStringLiteral("FastScan"), QStringLiteral("MScan"),
+                        QStringLiteral("FFM"),    QStringLiteral("WFFM"),     QStringLiteral("Step"),
+                        QStringLiteral("DF"),     QStringLiteral("MSearch"),  QStringLiteral("Polar"),
+                        QStringLiteral("Search"), QStringLiteral("Stop")};
+const QStringList kinds{QStringLiteral("ValueBoolean"),      QStringLiteral("ValueFloat"),
+                        QStringLiteral("ValueInt"),          QStringLiteral("ValueInt64"),
+                        QStringLiteral("ValueNumericFloat"), QStringLiteral("ValueNumericInt"),
+                        QStringLiteral("ValueNumericInt64"), QStringLiteral("ValueSelection"),
+                        QStringLiteral("ValueString"),       QStringLiteral("ValueStringList")};
+
+void speak(const QLocale &locale)
+{
+    QLocale::setDefault(locale);
+    TranslationCenter::Instance().Register(QStringLiteral("TunerProperties"));
+}
+
+} // namespace
+
+/// The names of enumerations, and how they are shown to a user.
+class NamesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { speak(QLocale::c()); }
+
+    void theModuleIsRegisteredWhenTheLibraryIsLoaded()
+    {
+        QVERIFY(TranslationCenter::Instance().RegisteredModules().contains(QStringLiteral("TunerProperties")));
+    }
+
+    void namesStandInTheOrderOfTheirValues()
+    {
+        QCOMPARE(TunerProperties::Gettypes(), types);
+        QCOMPARE(StartupModes::GetStartupModes(), modes);
+        QCOMPARE(ValueItem::GetChoiceValueItems(), kinds);
+    }
+
+    void withoutACatalogueNamesAreShownAsTheyAre()
+    {
+        speak(QLocale(QLocale::Finnish));
+        QCOMPARE(TunerProperties::GetGUItypes(), types);
+        QCOMPARE(StartupModes::GetGUIStartupModes(), modes);
+        QCOMPARE(ValueItem::GetGUIChoiceValueItems(), kinds);
+    }
+
+    void namesAreShownInTheLanguageThatIsInstalled()
+    {
+        speak(QLocale(QLocale::German, QLocale::Germany));
+        QCOMPARE(TunerProperties::GetGUItypes().size(), 5);
+        QCOMPARE(TunerProperties::GetGUItypes().at(3), QStringLiteral("Empfänger"));
+        QCOMPARE(TunerProperties::GetGUItypes().at(4), QStringLiteral("Peiler"));
+        QCOMPARE(StartupModes::GetGUIStartupModes().size(), 11);
+        QVERIFY(StartupModes::GetGUIStartupModes() != modes);
+        QCOMPARE(ValueItem::GetGUIChoiceValueItems().size(), 10);
+        const QStringList germanKinds = ValueItem::GetGUIChoiceValueItems();
+        for (int i = 0; i < kinds.size(); ++i)
+            QVERIFY(germanKinds.at(i) != kinds.at(i));
+
+        speak(QLocale(QLocale::English));
+        QCOMPARE(TunerProperties::GetGUItypes().at(4), QStringLiteral("Direction finder"));
+        QVERIFY(ValueItem::GetGUIChoiceValueItems() != germanKinds);
+
+        // the plain names never change
+        QCOMPARE(TunerProperties::Gettypes(), types);
+        QCOMPARE(StartupModes::GetStartupModes(), modes);
+        QCOMPARE(ValueItem::GetChoiceValueItems(), kinds);
+    }
+
+    void unregisteringTakesTheDisplayNamesAway()
+    {
+        speak(QLocale(QLocale::German));
+        TranslationCenter::Instance().Unregister(QStringLiteral("TunerProperties"));
+        QCOMPARE(TunerProperties::GetGUItypes(), types);
+    }
+
+    void theTranslationHelpersHandTheirArgumentsOn()
+    {
+        QCOMPARE(TunerProperties::tr("text", nullptr, -1), QStringLiteral("text"));
+        QCOMPARE(StartupModes::trUtf8("gr\xC3\xBC\xC3\x9F", "greeting", 2), QStringLiteral("grüß"));
+        ContextRecorder recorder;
+        QVERIFY(QCoreApplication::installTranslator(&recorder));
+        QCOMPARE(TunerProperties::tr("a", "b", 1), QStringLiteral("JobXml::TunerProperties a b 1"));
+        QCOMPARE(TunerProperties::trUtf8("a", "b", 2), QStringLiteral("JobXml::TunerProperties a b 2"));
+        QCOMPARE(StartupModes::tr("a", "b", 3), QStringLiteral("JobXml::StartupModes a b 3"));
+        QCOMPARE(StartupModes::trUtf8("a", "b", 4), QStringLiteral("JobXml::StartupModes a b 4"));
+        QCOMPARE(TunerProperties::GetGUItypes().at(0), QStringLiteral("QObject MCP  -1"));
+    }
+
+private:
+    // Translates everything into what was asked.
+    class ContextRecorder : public QTranslator
+    {
+    public:
+        QString translate(const char *context, const char *source, const char *disambiguation, int n) const override
+        {
+            return QStringLiteral("%1 %2 %3 %4")
+                .arg(QString::fromUtf8(context), QString::fromUtf8(source), QString::fromUtf8(disambiguation))
+                .arg(n);
+        }
+        bool isEmpty() const override { return false; }
+    };
+};
+
+QTEST_GUILESS_MAIN(NamesTest)
+#include "tst_Names.moc"
