@@ -58,8 +58,9 @@ struct BlockOf final : Block
     Data members{};
 };
 
-/// A list of child objects. Copying it copies the items at once: they carry a flag and a logger that change behind
-/// const, so two blocks that live in two threads must not share them.
+/// A list of items. Copying it copies the items at once, so that two blocks, which may live in two threads, never share
+/// them: objects carry a flag and a logger that change behind const, and the vector itself finds out by a relaxed load
+/// that it is the last owner, which does not wait for what the others did.
 template <class Item>
 class ItemList : public QVector<Item>
 {

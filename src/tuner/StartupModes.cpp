@@ -47,7 +47,7 @@ Mode modeOf(const QString &name)
 
 struct StartupModesData
 {
-    QVector<Mode> modes;
+    ItemList<Mode> modes;
     QStringList ownNames; // always empty; see IsValidStartupMode()
 };
 
