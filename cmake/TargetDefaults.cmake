@@ -40,4 +40,8 @@ function(tp_library_defaults target folder macro)
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
+    install(TARGETS ${target}
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/${folder} ${PROJECT_BINARY_DIR}/include/${folder}
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 endfunction()

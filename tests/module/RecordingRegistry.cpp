@@ -20,7 +20,7 @@ TypesFunction types = nullptr;
 void say(const char *what, const QString &module)
 {
     const QString names = types ? types().join(QLatin1Char(' ')) : QStringLiteral("no types");
-    std::printf("%s(%s) with %s\n", what, qPrintable(module), qPrintable(names));
+    std::printf("%s(%s) with %s\n", what, module.toUtf8().constData(), names.toUtf8().constData());
     std::fflush(stdout);
 }
 
