@@ -12,24 +12,19 @@ namespace JobXml {
 
 /// The row of a list of child objects.
 template <class Data, class Item>
-class ChildList : public MemberOf<Data>
+class ChildList : public FieldOf<Data, ItemList<Item>>
 {
+    using Base = FieldOf<Data, ItemList<Item>>;
+
 public:
     constexpr ChildList(int bit, const char *name, quint32 tag, ItemList<Item> Data::*field, Traits traits)
-        : MemberOf<Data>(bit, name, tag, traits | HoldsChildren), m_field(field)
+        : Base(bit, name, tag, field, traits | HoldsChildren)
     {
     }
 
-    const QVector<Item> &get(const DataObject &object) const { return list(Member::block(object)); }
+    using Base::reset;
 
-    QVector<Item> &modify(DataObject &object) const
-    {
-        Block &block = Member::block(object);
-        block.flags.set(this->bit());
-        return list(block);
-    }
-
-    void set(DataObject &object, const QVector<Item> &items) const { modify(object) = items; }
+    void set(DataObject &object, const QVector<Item> &items) const { this->modify(object) = items; }
 
     void append(DataObject &object, const Item &item) const
     {
@@ -38,22 +33,17 @@ public:
         Member::block(object).flags.set(this->bit());
     }
 
-    void reset(DataObject &object) const { this->resetIfInitialized(object); }
-
     bool isPresent(const Block &block) const override { return !list(block).isEmpty(); }
 
     void reset(Block &block) const override { list(block).clear(); }
 
     bool equals(const Block *left, const Block *right) const override
     {
-        const QVector<Item> none;
-        const QVector<Item> &leftItems = left ? list(*left) : none;
-        const QVector<Item> &rightItems = right ? list(*right) : none;
-        const bool rightSet = right && this->isSet(*right);
-        if (this->has(ComparedByRightFlag))
-            return rightSet ? sameItems(leftItems, rightItems) : leftItems.isEmpty();
-        const bool leftSet = left && this->isSet(*left);
-        return leftSet == rightSet && (!leftSet || sameItems(leftItems, rightItems));
+        if (!this->has(ComparedByRightFlag))
+            return Base::equals(left, right);
+        const ItemList<Item> none;
+        const ItemList<Item> &leftItems = left ? list(*left) : none;
+        return right && this->isSet(*right) ? same(leftItems, list(*right)) : leftItems.isEmpty();
     }
 
     void check(const DataObject &object, const Block &block) const override
@@ -80,8 +70,8 @@ public:
     {
         if (!Member::isSet(other))
             return;
-        modify(object);
-        for (const Item &item : get(other))
+        this->modify(object);
+        for (const Item &item : this->get(other))
             append(object, item);
     }
 
@@ -166,17 +156,15 @@ public:
         return true;
     }
 
-protected:
-    ItemList<Item> &list(Block &block) const { return this->members(block).*m_field; }
-    const ItemList<Item> &list(const Block &block) const { return this->members(block).*m_field; }
-
 private:
-    static bool sameItems(const QVector<Item> &left, const QVector<Item> &right)
+    ItemList<Item> &list(Block &block) const { return this->field(block); }
+    const ItemList<Item> &list(const Block &block) const { return this->field(block); }
+
+    // Item by item even where both lists are one: an item that holds a NaN does not equal itself.
+    bool same(const ItemList<Item> &left, const ItemList<Item> &right) const override
     {
-        if (left.size() != right.size())
-            return false;
-        // Item by item even where both lists are one: an item that holds a NaN does not equal itself.
-        return std::equal(left.begin(), left.end(), right.begin(), &Member::equalObjects);
+        return left.size() == right.size()
+            && std::equal(left.begin(), left.end(), right.begin(), &Member::equalObjects);
     }
 
     /// The list, if it takes the item.
@@ -214,8 +202,6 @@ private:
         if (further > items.size()) // otherwise growing by itself is as good, and linear over many small records
             items.reserve(items.size() + further);
     }
-
-    ItemList<Item> Data::*m_field;
 };
 
 } // namespace JobXml

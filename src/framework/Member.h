@@ -166,16 +166,55 @@ protected:
 
     static Data &members(Block &block) { return static_cast<BlockOf<Data> &>(block).members; }
     static const Data &members(const Block &block) { return static_cast<const BlockOf<Data> &>(block).members; }
+};
 
-    /// The accessor `ResetX()`.
-    void resetIfInitialized(const DataObject &object) const
+/// A row whose member is one field of the struct.
+template <class Data, class Field>
+class FieldOf : public MemberOf<Data>
+{
+public:
+    constexpr FieldOf(int bit, const char *name, quint32 tag, Field Data::*field, Traits traits)
+        : MemberOf<Data>(bit, name, tag, traits), m_field(field)
     {
-        if (!existingBlock(object))
-            return;
-        Block &own = block(object);
-        own.flags.clear(bit());
-        reset(own);
     }
+
+    /// The accessors `GetX() const`, `GetX()`, which marks the member, and `ResetX()`.
+    const Field &get(const DataObject &object) const { return field(Member::block(object)); }
+    Field &modify(DataObject &object) const
+    {
+        Block &block = Member::block(object);
+        block.flags.set(this->bit());
+        return field(block);
+    }
+    void reset(DataObject &object) const
+    {
+        if (!Member::existingBlock(object))
+            return;
+        Block &block = Member::block(object);
+        block.flags.clear(this->bit());
+        reset(block);
+    }
+
+    void reset(Block &block) const override = 0;
+
+    /// Both set and the same, or neither set.
+    bool equals(const Block *left, const Block *right) const override
+    {
+        const bool leftSet = left && this->isSet(*left);
+        const bool rightSet = right && this->isSet(*right);
+        return leftSet == rightSet && (!leftSet || same(field(*left), field(*right)));
+    }
+
+protected:
+    ~FieldOf() = default;
+
+    Field &field(Block &block) const { return this->members(block).*m_field; }
+    const Field &field(const Block &block) const { return this->members(block).*m_field; }
+
+    virtual bool same(const Field &left, const Field &right) const = 0;
+
+private:
+    Field Data::*m_field;
 };
 
 } // namespace JobXml

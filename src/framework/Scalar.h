@@ -11,44 +11,41 @@ namespace JobXml {
 
 /// The row of a text, boolean, number or enumeration.
 template <class Data, class T>
-class Scalar : public MemberOf<Data>
+class Scalar : public FieldOf<Data, T>
 {
 public:
-    constexpr Scalar(int bit, const char *name, quint32 tag, T Data::*field, Traits traits)
-        : MemberOf<Data>(bit, name, tag, traits), m_field(field)
-    {
-    }
+    using FieldOf<Data, T>::FieldOf;
+    using FieldOf<Data, T>::reset;
 
-    T get(const DataObject &object) const { return value(Member::block(object)); }
+    T get(const DataObject &object) const { return this->field(Member::block(object)); }
 
     void set(DataObject &object, T value) const
     {
         Block &block = Member::block(object);
         if (object.GetValidate() && !Codec<T>::isValid(value))
             Codec<T>::refuse(object, this->name());
-        store(block, std::move(value));
+        this->field(block) = std::move(value);
+        block.flags.set(this->bit());
     }
 
-    void reset(DataObject &object) const { this->resetIfInitialized(object); }
-
-    T defaultValue() const { return Data{}.*m_field; }
+    T defaultValue() const
+    {
+        BlockOf<Data> defaults;
+        return this->field(static_cast<Block &>(defaults));
+    }
 
     bool isValid(const T &value) const { return this->has(NullPassesIsValid) || Codec<T>::isValid(value); }
 
-    bool isPresent(const Block &block) const override { return Codec<T>::isPresent(value(block), this->isSet(block)); }
-
-    void reset(Block &block) const override { value(block) = defaultValue(); }
-
-    bool equals(const Block *left, const Block *right) const override
+    bool isPresent(const Block &block) const override
     {
-        const bool leftSet = left && this->isSet(*left);
-        const bool rightSet = right && this->isSet(*right);
-        return leftSet == rightSet && (!leftSet || value(*left) == value(*right));
+        return Codec<T>::isPresent(this->field(block), this->isSet(block));
     }
+
+    void reset(Block &block) const override { this->field(block) = defaultValue(); }
 
     void check(const DataObject &object, const Block &block) const override
     {
-        if (this->isSet(block) ? !Codec<T>::isValid(value(block)) : this->has(Mandatory))
+        if (this->isSet(block) ? !Codec<T>::isValid(this->field(block)) : this->has(Mandatory))
             Errors::notSet(object, this->name());
     }
 
@@ -60,12 +57,12 @@ public:
 
     void accept(const Block &block, Visitor &visitor) const override
     {
-        visitor.VisitValue(this->name(), Codec<T>::variant(value(block)), this->isSet(block));
+        visitor.VisitValue(this->name(), Codec<T>::variant(this->field(block)), this->isSet(block));
     }
 
     QString identification(const Block &block) const override
     {
-        return this->has(Identifies) ? Codec<T>::text(value(block)) : QString();
+        return this->has(Identifies) ? Codec<T>::text(this->field(block)) : QString();
     }
 
     void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
@@ -73,9 +70,9 @@ public:
         if (leftOut(block))
             return;
         if (this->has(Attribute))
-            writer.writeAttribute(this->name(), Codec<T>::text(value(block)));
+            writer.writeAttribute(this->name(), Codec<T>::text(this->field(block)));
         else
-            writer.writeTextElement(this->name(), Codec<T>::text(value(block)));
+            writer.writeTextElement(this->name(), Codec<T>::text(this->field(block)));
     }
 
     void readXmlAttribute(DataObject &object, const QString &text) const override
@@ -93,7 +90,7 @@ public:
         if (leftOut(block))
             return;
         const auto record = writer.begin(this->tag());
-        Codec<T>::writePayload(writer.payload(), value(block));
+        Codec<T>::writePayload(writer.payload(), this->field(block));
         writer.end(record);
     }
 
@@ -106,7 +103,7 @@ public:
     void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
     {
         if (!leftOut(block))
-            Codec<T>::writeSnapshot(stream, value(block));
+            Codec<T>::writeSnapshot(stream, this->field(block));
     }
 
     bool readSnapshot(DataObject &object, QDataStream &stream) const override
@@ -114,22 +111,16 @@ public:
         Block &block = Member::block(object);
         if (leftOut(block) && !this->has(SnapshotReadAlways))
             return true;
-        return Codec<T>::readSnapshot(stream, value(block)); // the flag was read before, with all others
+        return Codec<T>::readSnapshot(stream, this->field(block)); // the flag was read before, with all others
     }
 
 private:
-    T &value(Block &block) const { return this->members(block).*m_field; }
-    const T &value(const Block &block) const { return this->members(block).*m_field; }
+    bool same(const T &left, const T &right) const override { return left == right; }
 
     bool leftOut(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
-
-    void store(Block &block, T value) const
-    {
-        this->value(block) = std::move(value);
-        block.flags.set(this->bit());
-    }
-
-    T Data::*m_field;
 };
+
+template <class Data, class T>
+Scalar(int, const char *, quint32, T Data::*, Traits) -> Scalar<Data, T>;
 
 } // namespace JobXml

@@ -52,46 +52,28 @@ struct StartupModesData
 };
 
 // A list of modes, which travel by their names.
-class ModeList final : public MemberOf<StartupModesData>
+class ModeList final : public FieldOf<StartupModesData, ItemList<Mode>>
 {
 public:
-    using MemberOf::MemberOf;
-    constexpr ModeList(int bit, const char *name, quint32 tag, Traits traits) : MemberOf(bit, name, tag, traits) { }
-
-    const QVector<Mode> &get(const DataObject &object) const { return members(block(object)).modes; }
-
-    QVector<Mode> &modify(DataObject &object) const
-    {
-        Block &own = block(object);
-        own.flags.set(bit());
-        return members(own).modes;
-    }
+    using FieldOf::FieldOf;
+    using FieldOf::reset;
 
     void append(DataObject &object, Mode mode) const
     {
         Block &own = block(object);
         if (object.GetValidate() && !isMode(mode))
             Errors::incompleteItem(object, name());
-        members(own).modes.append(mode);
+        field(own).append(mode);
         own.flags.set(bit());
     }
 
-    void reset(DataObject &object) const { resetIfInitialized(object); }
+    bool isPresent(const Block &block) const override { return !field(block).isEmpty(); }
 
-    bool isPresent(const Block &block) const override { return !members(block).modes.isEmpty(); }
-
-    void reset(Block &block) const override { members(block).modes.clear(); }
-
-    bool equals(const Block *left, const Block *right) const override
-    {
-        const bool leftSet = left && isSet(*left);
-        const bool rightSet = right && isSet(*right);
-        return leftSet == rightSet && (!leftSet || members(*left).modes == members(*right).modes);
-    }
+    void reset(Block &block) const override { field(block).clear(); }
 
     void check(const DataObject &object, const Block &block) const override
     {
-        const QVector<Mode> &modes = members(block).modes;
+        const QVector<Mode> &modes = field(block);
         if (!isSet(block) || !std::all_of(modes.begin(), modes.end(), isMode))
             Errors::notSet(object, name());
     }
@@ -107,7 +89,7 @@ public:
 
     void accept(const Block &block, Visitor &visitor) const override
     {
-        const QVector<Mode> &modes = members(block).modes;
+        const QVector<Mode> &modes = field(block);
         visitor.VisitList(name(), modes.size(), isSet(block));
         for (const Mode mode : modes)
             visitor.VisitValue(name(), modeNames.name(int(mode)), true);
@@ -115,7 +97,7 @@ public:
 
     void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
     {
-        for (const Mode mode : std::as_const(members(block).modes))
+        for (const Mode mode : std::as_const(field(block)))
             writer.writeTextElement(name(), modeNames.name(int(mode)));
     }
 
@@ -126,7 +108,7 @@ public:
 
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
     {
-        const QVector<Mode> &modes = members(block).modes;
+        const QVector<Mode> &modes = field(block);
         const auto list = writer.begin(tag());
         writer.payload() << qint32(modes.size());
         for (const Mode mode : modes) {
@@ -148,7 +130,7 @@ public:
 
     void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
     {
-        const QVector<Mode> &modes = members(block).modes;
+        const QVector<Mode> &modes = field(block);
         stream << qint32(modes.size());
         for (const Mode mode : modes)
             stream << qint8(mode);
@@ -167,11 +149,14 @@ public:
         }
         return true;
     }
+
+private:
+    bool same(const ItemList<Mode> &left, const ItemList<Mode> &right) const override { return left == right; }
 };
 
 // clang-format off
 namespace row {
-constexpr ModeList StartupMode{0, "StartupMode", 0x627B74CE, Mandatory};
+constexpr ModeList StartupMode{0, "StartupMode", 0x627B74CE, &StartupModesData::modes, Mandatory};
 } // namespace row
 
 constexpr Table members{row::StartupMode};

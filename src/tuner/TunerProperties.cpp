@@ -115,39 +115,22 @@ public:
 };
 
 // The startup modes: a child object that is a member by itself.
-class StartupModesMember final : public MemberOf<TunerPropertiesData>
+class StartupModesMember final : public FieldOf<TunerPropertiesData, StartupModes>
 {
 public:
-    constexpr StartupModesMember(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, HoldsChildren) { }
-
-    const StartupModes &get(const DataObject &object) const { return members(block(object)).startupModes; }
-
-    StartupModes &modify(DataObject &object) const
+    constexpr StartupModesMember(int bit, const char *name, quint32 tag, StartupModes TunerPropertiesData::*field)
+        : FieldOf(bit, name, tag, field, HoldsChildren)
     {
-        Block &own = block(object);
-        own.flags.set(bit());
-        return members(own).startupModes;
     }
+    using FieldOf::reset;
 
-    void reset(DataObject &object) const { resetIfInitialized(object); }
+    bool isPresent(const Block &block) const override { return field(block).AnyData(); }
 
-    bool isPresent(const Block &block) const override { return members(block).startupModes.AnyData(); }
-
-    void reset(Block &block) const override { members(block).startupModes = StartupModes(); }
-
-    bool equals(const Block *left, const Block *right) const override
-    {
-        const bool leftSet = left && isSet(*left);
-        const bool rightSet = right && isSet(*right);
-        return leftSet == rightSet && (!leftSet || members(*left).startupModes == members(*right).startupModes);
-    }
+    void reset(Block &block) const override { field(block) = StartupModes(); }
 
     void check(const DataObject &, const Block &) const override { }
 
-    void forEachChild(Block &block, const ChildAction &action) const override
-    {
-        action(members(block).startupModes, -1);
-    }
+    void forEachChild(Block &block, const ChildAction &action) const override { action(field(block), -1); }
 
     void merge(DataObject &object, const DataObject &other) const override
     {
@@ -158,46 +141,49 @@ public:
     void accept(const Block &block, Visitor &visitor) const override
     {
         if (isSet(block))
-            visitor.VisitChild(name(), members(block).startupModes, -1);
+            visitor.VisitChild(name(), field(block), -1);
     }
 
     void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
     {
         if (isSet(block))
-            writeNestedXml(members(block).startupModes, writer, true);
+            writeNestedXml(field(block), writer, true);
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
         Block &own = block(object);
-        members(own).startupModes.ProcessXml(reader);
+        field(own).ProcessXml(reader);
         own.flags.set(bit());
     }
 
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
     {
         if (isSet(block))
-            writeNestedRecord(members(block).startupModes, writer, tag(), true);
+            writeNestedRecord(field(block), writer, tag(), true);
     }
 
     void readRecord(DataObject &object, RecordReader &reader, qint32 length) const override
     {
         Block &own = block(object);
-        readNestedRecord(members(own).startupModes, reader, length);
+        readNestedRecord(field(own), reader, length);
         own.flags.set(bit());
     }
 
     void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
     {
         if (isSet(block))
-            writeNestedSnapshot(members(block).startupModes, stream);
+            writeNestedSnapshot(field(block), stream);
     }
 
     bool readSnapshot(DataObject &object, QDataStream &stream) const override
     {
         Block &own = block(object);
-        return !isSet(own) || readNestedSnapshot(members(own).startupModes, stream);
+        return !isSet(own) || readNestedSnapshot(field(own), stream);
     }
+
+private:
+    bool same(const StartupModes &left, const StartupModes &right) const override { return left == right; }
 };
 
 // clang-format off
@@ -205,7 +191,7 @@ constexpr quint32 versionTag = 0xCCFEDFA1;
 
 namespace row {
 using D = TunerPropertiesData;
-constexpr StartupModesMember StartupModes{0, "StartupModes",         0x2A68BEF4};
+constexpr StartupModesMember StartupModes{0, "StartupModes",         0x2A68BEF4, &D::startupModes};
 constexpr BandwidthList BandwidthSelection{1, "BandwidthSelection",  0xC2483BA3, &D::bandwidths,           NoTraits};
 constexpr Scalar    MaxFFPDelay{          2, "MaxFFPDelay",          0xC8B67267, &D::maxFFPDelay,          WrittenWhenSet};
 constexpr Scalar    HRPANSupported{       3, "HRPANSupported",       0xC82D81E1, &D::hrpanSupported,       WrittenWhenSet};

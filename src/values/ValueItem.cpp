@@ -70,89 +70,87 @@ struct ValueItemData
 };
 
 template <class T>
-class Alternative final : public MemberOf<ValueItemData>
+class Alternative final : public FieldOf<ValueItemData, Slot<T>>
 {
+    using Base = FieldOf<ValueItemData, Slot<T>>;
+
 public:
     constexpr Alternative(int bit, const char *name, quint32 tag, Slot<T> ValueItemData::*slot)
-        : MemberOf(bit, name, tag, HoldsChildren), m_slot(slot)
+        : Base(bit, name, tag, slot, HoldsChildren)
     {
     }
+    using Base::reset;
 
-    const T &get(const DataObject &object) const { return alternative(block(object)); }
+    const T &get(const DataObject &object) const { return alternative(Member::block(object)); }
 
     T &modify(DataObject &object) const
     {
-        Block &own = block(object);
+        Block &own = Member::block(object);
         choose(own);
         return alternative(own);
     }
 
     void set(DataObject &object, const T &value) const
     {
-        Block &own = block(object);
+        Block &own = Member::block(object);
         alternative(own) = value;
         choose(own);
     }
 
-    void reset(DataObject &object) const { resetIfInitialized(object); }
-
     bool isPresent(const Block &block) const override
     {
-        const auto &object = (members(block).*m_slot).m_object;
+        const auto &object = this->field(block).m_object;
         return object && object->HasData();
     }
 
     void reset(Block &block) const override
     {
-        if (auto &object = (members(block).*m_slot).m_object)
+        if (auto &object = this->field(block).m_object)
             *object = T();
     }
 
+    // For two items that have chosen this alternative; the flags are the item's business.
     bool equals(const Block *left, const Block *right) const override
     {
-        const T none;
-        const auto alternativeOf = [&](const Block *block) -> const T & {
-            const T *object = block ? (members(*block).*m_slot).m_object.get() : nullptr;
-            return object ? *object : none;
-        };
-        return alternativeOf(left) == alternativeOf(right);
+        return same(this->field(*left), this->field(*right));
     }
 
     void check(const DataObject &object, const Block &block) const override
     {
         if (!isChosen(block))
             return;
-        if (!isSet(block))
-            Errors::chosenNotSet(object, name());
+        if (!this->isSet(block))
+            Errors::chosenNotSet(object, this->name());
         if (!isPresent(block))
-            Errors::chosenWithoutData(object, name());
+            Errors::chosenWithoutData(object, this->name());
     }
 
-    bool writesChildren(const Block &block) const override { return isChosen(block) && isSet(block); }
+    bool writesChildren(const Block &block) const override { return isChosen(block) && this->isSet(block); }
 
     void forEachChild(Block &block, const ChildAction &action) const override
     {
-        if (const auto &object = (members(block).*m_slot).m_object)
+        if (const auto &object = this->field(block).m_object)
             action(*object, -1);
     }
 
     void merge(DataObject &object, const DataObject &other) const override
     {
-        if (writesChildren(block(other)))
+        if (writesChildren(Member::block(other)))
             set(object, get(other));
     }
 
     void accept(const Block &block, Visitor &visitor) const override
     {
-        const auto &object = (members(block).*m_slot).m_object;
+        const auto &object = this->field(block).m_object;
         if (writesChildren(block) && object)
-            visitor.VisitChild(name(), *object, -1);
+            visitor.VisitChild(this->name(), *object, -1);
     }
 
     void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
     {
         if (writesChildren(block))
-            writeNestedXml(alternative(block), writer, false); // the item's check does not go into the alternative
+            Member::writeNestedXml(alternative(block), writer,
+                                   false); // the item's check does not go into the alternative
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
@@ -167,51 +165,55 @@ public:
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
     {
         if (writesChildren(block))
-            writeNestedRecord(alternative(block), writer, tag(), false);
+            Member::writeNestedRecord(alternative(block), writer, this->tag(), false);
     }
 
     void readRecord(DataObject &object, RecordReader &reader, qint32 length) const override
     {
-        Block &own = block(object);
-        members(own).state.choice = Choice(bit());
-        readNestedRecord(alternative(own), reader, length);
-        own.flags.set(bit()); // only now: a record that fails leaves the alternative chosen but not set
+        Block &own = Member::block(object);
+        this->members(own).state.choice = Choice(this->bit());
+        Member::readNestedRecord(alternative(own), reader, length);
+        own.flags.set(this->bit()); // only now: a record that fails leaves the alternative chosen but not set
     }
 
     void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
     {
         if (writesChildren(block))
-            writeNestedSnapshot(alternative(block), stream);
+            Member::writeNestedSnapshot(alternative(block), stream);
     }
 
     bool readSnapshot(DataObject &object, QDataStream &stream) const override
     {
-        Block &own = block(object);
-        return !isChosen(own) || readNestedSnapshot(alternative(own), stream);
+        Block &own = Member::block(object);
+        return !isChosen(own) || Member::readNestedSnapshot(alternative(own), stream);
     }
 
 private:
-    bool isChosen(const Block &block) const { return members(block).state.choice == Choice(bit()); }
+    bool same(const Slot<T> &left, const Slot<T> &right) const override
+    {
+        const T unused;
+        return (left.m_object ? *left.m_object : unused) == (right.m_object ? *right.m_object : unused);
+    }
+
+    bool isChosen(const Block &block) const { return this->members(block).state.choice == Choice(this->bit()); }
 
     void choose(Block &block) const
     {
-        block.flags.set(bit());
-        members(block).state.choice = Choice(bit());
+        block.flags.set(this->bit());
+        this->members(block).state.choice = Choice(this->bit());
     }
 
     T &alternative(Block &block) const
     {
-        ValueItemData &data = members(block);
-        auto &object = (data.*m_slot).m_object;
+        auto &object = this->field(block).m_object;
         if (!object) {
             object = std::make_unique<T>();
-            object->SetValidate(data.state.validate);
-            object->SetLogger(data.state.logger);
+            const State &state = this->members(block).state;
+            object->SetValidate(state.validate);
+            object->SetLogger(state.logger);
         }
         return *object;
     }
-
-    Slot<T> ValueItemData::*m_slot;
 };
 
 // clang-format off
