@@ -11,6 +11,7 @@ build_packages=(
     g++ cmake ninja-build
     qtbase5-dev        # Qt Core, and Qt Test for the tests
     qttools5-dev-tools # lrelease, the compiler of the translation catalogues
+    zlib1g-dev         # the compressed form
 )
 ci_packages=(
     clang clang-tidy clang-format

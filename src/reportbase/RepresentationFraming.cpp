@@ -2,8 +2,11 @@
 #include "RepresentationFraming.h"
 
 #include <algorithm>
+#include <new>
 
 #include <QtEndian>
+
+#include <zlib.h>
 
 #include "FailureTexts.h"
 
@@ -73,37 +76,25 @@ Record takeRecord(QDataStream &stream, Behind behind, IsKnown &&checkWord)
     return record;
 }
 
-quint32 adler32(const QByteArray &bytes)
-{
-    constexpr quint32 base = 65521;
-    constexpr int run = 5552; // the longest before the second sum needs more than 32 bits
-    quint32 low = 1;
-    quint32 high = 0;
-    for (int start = 0; start < bytes.size(); start += std::min(run, bytes.size() - start)) {
-        for (int i = start, end = start + std::min(run, bytes.size() - start); i < end; ++i) {
-            low += quint8(bytes[i]);
-            high += low;
-        }
-        low %= base;
-        high %= base;
-    }
-    return high << 16 | low;
-}
-
 QByteArray expand(const QByteArray &compressed)
 {
-    constexpr int wordSize = 4; // the declared size before, and the checksum at the end
-    if (compressed.size() < 2 * wordSize)
+    constexpr int wordSize = 4; // the declared size, in front
+    if (compressed.size() < wordSize)
         throw Refusal{FailureTexts::damagedCompression()};
     const qint64 declared = qFromBigEndian<quint32>(compressed.constData());
     const qint64 limit = std::min(LargestExpansion, LargestRatio * compressed.size());
     if (declared > limit)
         throw Refusal{FailureTexts::expandsTooFar(declared, compressed.size(), limit)};
 
-    // qUncompress() takes the declared size for a hint and does not look behind the end of the compressed bytes.
-    QByteArray plain = qUncompress(compressed);
-    if (plain.size() != declared
-        || adler32(plain) != qFromBigEndian<quint32>(compressed.constData() + compressed.size() - wordSize))
+    // Not by qUncompress(), which takes the declared size for a hint and does not look behind the compressed bytes.
+    QByteArray plain(int(declared), Qt::Uninitialized);
+    uLongf plainSize = uLongf(declared);
+    uLong consumed = uLong(compressed.size() - wordSize);
+    const int status = uncompress2(reinterpret_cast<Bytef *>(plain.data()), &plainSize,
+                                   reinterpret_cast<const Bytef *>(compressed.constData()) + wordSize, &consumed);
+    if (status == Z_MEM_ERROR)
+        throw std::bad_alloc();
+    if (status != Z_OK || plainSize != uLongf(declared) || consumed != uLong(compressed.size() - wordSize))
         throw Refusal{FailureTexts::damagedCompression()};
     return plain;
 }
