@@ -1,0 +1,377 @@
+// SPDX-License-Identifier: MIT
+#include "tools/Tool.h"
+
+#include <algorithm>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QDataStream>
+
+#include <jobxml/TunerProperties.h>
+
+using JobXml::TunerProperties;
+
+class ToolConvertTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void everyFormIsWritten_data();
+    void everyFormIsWritten();
+    void theCompressedFormHoldsTheTaggedOne();
+    void theSuffixTellsTheForm();
+    void theOptionCountsBeforeTheSuffix();
+    void everyFormTurnsIntoEveryOther_data();
+    void everyFormTurnsIntoEveryOther();
+    void theFilesAreThoseThatTheLibraryWrites_data();
+    void theFilesAreThoseThatTheLibraryWrites();
+    void examplesComeBackByteForByte_data();
+    void examplesComeBackByteForByte();
+    void aSnapshotKeepsWhatOtherFormsRound();
+
+    void whatDoesNotValidateIsRefused_data();
+    void whatDoesNotValidateIsRefused();
+    void anythingIsWrittenIfToldSo();
+    void aFileCanBeConvertedInPlace();
+    void aFileInPlaceStaysIfRefused();
+    void theOutputReplacesALongerOne();
+    void nothingElseIsLeftInTheFolder();
+    void theLinkStaysAndItsFileIsWritten();
+    void aDeviceIsWrittenToAndStays();
+    void outputsThatCannotBeWritten_data();
+    void outputsThatCannotBeWritten();
+    void whatIsNoFileIsNotReplacedByOne();
+    void aTextThatXmlCannotCarryIsAnError();
+
+private:
+    std::unique_ptr<Workshop> m_shop;
+};
+
+namespace {
+
+QByteArray withoutTypes(QByteArray xml)
+{
+    return xml.replace(" type=\"SCP\"", "").replace(" type=\"t\"", "");
+}
+
+const char *const twoProblems = "tunerproperties: in.xml: Component \"c\": Component: Please set type properly.\n"
+                                "tunerproperties: in.xml: TunerProperties: Please set type properly.\n";
+
+} // namespace
+
+void ToolConvertTest::init()
+{
+    m_shop = std::make_unique<Workshop>();
+}
+
+void ToolConvertTest::cleanup()
+{
+    m_shop.reset();
+}
+
+void ToolConvertTest::everyFormIsWritten_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("xml") << QStringLiteral("xml") << QByteArray(smallXml);
+    QTest::newRow("tagged") << QStringLiteral("tagged") << QByteArray::fromHex(smallTaggedHex);
+    QTest::newRow("snapshot") << QStringLiteral("snapshot") << QByteArray::fromHex(smallSnapshotHex);
+}
+
+void ToolConvertTest::everyFormIsWritten()
+{
+    QFETCH(QString, form);
+    QFETCH(QByteArray, expected);
+    const Run toOutput = m_shop->run(line("convert - - --to") << form, smallXml);
+    QCOMPARE(toOutput.bytes.toHex(' '), expected.toHex(' '));
+    QCOMPARE(toOutput.err, QString());
+    QCOMPARE(toOutput.status, 0);
+
+    const Run toFile = m_shop->run(line("convert - out --to") << form, smallXml);
+    QCOMPARE(m_shop->read(QStringLiteral("out")).toHex(' '), expected.toHex(' '));
+    QCOMPARE(toFile.out, QString());
+    QCOMPARE(toFile.err, QString());
+    QCOMPARE(toFile.status, 0);
+}
+
+void ToolConvertTest::theCompressedFormHoldsTheTaggedOne()
+{
+    const QByteArray bytes = m_shop->run(line("convert - - --to compressed"), smallXml).bytes;
+    QDataStream stream(bytes);
+    quint32 word = 0;
+    qint32 length = 0;
+    stream >> word >> length;
+    QVERIFY(word != 0xC10CBB5F);
+    QCOMPARE(length, bytes.size() - 8);
+    QCOMPARE(qUncompress(bytes.mid(8)), QByteArray::fromHex(smallTaggedHex));
+}
+
+void ToolConvertTest::theSuffixTellsTheForm()
+{
+    for (const char *name : {"a.xml", "a.tpb", "a.tpz", "a.tps", "A.TPS"})
+        QCOMPARE(m_shop->run(line("convert -") << QString::fromUtf8(name), smallXml).status, 0);
+    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
+    QCOMPARE(m_shop->read(QStringLiteral("a.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_shop->read(QStringLiteral("a.tpz")), m_shop->run(line("convert - - --to compressed"), smallXml).bytes);
+    QCOMPARE(m_shop->read(QStringLiteral("a.tps")), QByteArray::fromHex(smallSnapshotHex));
+    QCOMPARE(m_shop->read(QStringLiteral("A.TPS")), QByteArray::fromHex(smallSnapshotHex));
+    QCOMPARE(m_shop->run(line("convert - -"), smallXml).bytes, QByteArray(smallXml));
+}
+
+void ToolConvertTest::theOptionCountsBeforeTheSuffix()
+{
+    QCOMPARE(m_shop->run(line("convert - a.xml --to tagged"), smallXml).status, 0);
+    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
+}
+
+void ToolConvertTest::everyFormTurnsIntoEveryOther_data()
+{
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<QString>("to");
+    const QStringList suffixes = {QStringLiteral("xml"), QStringLiteral("tpb"), QStringLiteral("tpz"),
+                                  QStringLiteral("tps")};
+    for (const QString &from : suffixes) {
+        for (const QString &to : suffixes)
+            QTest::newRow(qPrintable(from + QStringLiteral(" to ") + to)) << from << to;
+    }
+}
+
+void ToolConvertTest::everyFormTurnsIntoEveryOther()
+{
+    QFETCH(QString, from);
+    QFETCH(QString, to);
+    const auto file = [](const char *name, const QString &suffix) {
+        return QString::fromUtf8(name) + QLatin1Char('.') + suffix;
+    };
+    const QString direct = file("direct", to);
+    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("-"), direct}, smallXml).status, 0);
+    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("-"), file("in", from)}, smallXml).status, 0);
+    const Run run = m_shop->run({QStringLiteral("convert"), file("in", from), file("out", to)});
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(m_shop->read(file("out", to)), m_shop->read(direct));
+}
+
+void ToolConvertTest::theFilesAreThoseThatTheLibraryWrites_data()
+{
+    QTest::addColumn<QString>("path");
+    for (const QString &name : exampleNames())
+        QTest::newRow(qPrintable(name)) << examplePath(name);
+}
+
+void ToolConvertTest::theFilesAreThoseThatTheLibraryWrites()
+{
+    QFETCH(QString, path);
+    TunerProperties document;
+    QVERIFY(document.LoadXml(path));
+    QByteArray snapshot;
+    QDataStream stream(&snapshot, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_5_15);
+    document.GetVersionSpecificBinaryWithoutValidation(stream);
+
+    const auto written = [&](const char *name) {
+        const QString file = QString::fromUtf8(name);
+        const Run run = m_shop->run({QStringLiteral("convert"), path, file});
+        return run.status == 0 && run.err.isEmpty() ? m_shop->read(file) : run.err.toUtf8();
+    };
+    QCOMPARE(written("a.xml"), document.GetXmlString().toUtf8());
+    QCOMPARE(written("a.tpb"), document.GetBinaryRepresentationAsQByteArray());
+    QCOMPARE(written("a.tpz"), document.GetCompressedBinaryRepresentationAsQByteArray(-1));
+    QCOMPARE(written("a.tps"), snapshot);
+}
+
+void ToolConvertTest::examplesComeBackByteForByte_data()
+{
+    theFilesAreThoseThatTheLibraryWrites_data();
+}
+
+void ToolConvertTest::examplesComeBackByteForByte()
+{
+    QFETCH(QString, path);
+    const auto convert = [&](const QString &in, const char *out) {
+        return m_shop->run({QStringLiteral("convert"), in, QString::fromUtf8(out)}).status;
+    };
+    QCOMPARE(convert(path, "direct.xml"), 0);
+    QCOMPARE(convert(path, "a.tpb"), 0);
+    QCOMPARE(convert(QStringLiteral("a.tpb"), "a.tps"), 0);
+    QCOMPARE(convert(QStringLiteral("a.tps"), "a.tpz"), 0);
+    QCOMPARE(convert(QStringLiteral("a.tpz"), "a.xml"), 0);
+    QVERIFY(m_shop->read(QStringLiteral("direct.xml")).size() > 1000);
+    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), m_shop->read(QStringLiteral("direct.xml")));
+}
+
+void ToolConvertTest::aSnapshotKeepsWhatOtherFormsRound()
+{
+    QByteArray xml = smallXml;
+    xml.replace("<ValueInt id=\"i\" value=\"7\"/>", "<ValueFloat id=\"i\" value=\"0.125\"/>");
+    const auto value = [&](const char *suffix) {
+        const QString file = QStringLiteral("a") + QString::fromUtf8(suffix);
+        m_shop->run({QStringLiteral("convert"), QStringLiteral("-"), file}, xml);
+        return m_shop->run({QStringLiteral("show"), file}).out.section(QLatin1String(", value "), 1);
+    };
+    QCOMPARE(value(".tps"), QStringLiteral("0.125\n"));
+    QCOMPARE(value(".tpb"), QStringLiteral("0.13\n"));
+    QCOMPARE(value(".xml"), QStringLiteral("0.13\n"));
+}
+
+void ToolConvertTest::whatDoesNotValidateIsRefused_data()
+{
+    QTest::addColumn<QString>("out");
+    for (const char *name : {"out.xml", "out.tpb", "out.tpz", "out.tps", "-"})
+        QTest::newRow(name) << QString::fromUtf8(name);
+}
+
+void ToolConvertTest::whatDoesNotValidateIsRefused()
+{
+    QFETCH(QString, out);
+    m_shop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
+    const QStringList before = m_shop->files();
+    const QStringList arguments = {QStringLiteral("convert"), QStringLiteral("in.xml"), out};
+    const Run run = m_shop->run(arguments);
+    QCOMPARE(run.err, QString::fromUtf8(twoProblems));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 1);
+    QCOMPARE(m_shop->files(), before);
+
+    if (out == QLatin1String("-"))
+        return;
+    m_shop->write(out, "the old file");
+    QCOMPARE(m_shop->run(arguments).status, 1);
+    QCOMPARE(m_shop->read(out), QByteArray("the old file"));
+}
+
+void ToolConvertTest::anythingIsWrittenIfToldSo()
+{
+    const Run run = m_shop->run(line("convert - - --no-validate"), withoutTypes(smallXml));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.bytes, QByteArray(smallXml).replace("type=\"SCP\"", "type=\"\"").replace("type=\"t\"", "type=\"\""));
+    QCOMPARE(run.status, 0);
+
+    const Run empty = m_shop->run(line("convert - - --no-validate"), "<TunerProperties Version=\"1.1\"/>");
+    QCOMPARE(empty.out,
+             QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                            "<TunerProperties Version=\"1.1\" type=\"\" baseresource=\"\"/>\n"));
+    QCOMPARE(empty.status, 0);
+}
+
+void ToolConvertTest::aFileCanBeConvertedInPlace()
+{
+    m_shop->write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("  ", "").replace(">\n<", "><"));
+    QCOMPARE(m_shop->run(line("convert a.xml a.xml")).status, 0);
+    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
+    QCOMPARE(m_shop->run(line("convert a.xml a.xml --to tagged")).status, 0);
+    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
+}
+
+void ToolConvertTest::aFileInPlaceStaysIfRefused()
+{
+    m_shop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
+    const Run run = m_shop->run(line("convert in.xml in.xml"));
+    QCOMPARE(run.err, QString::fromUtf8(twoProblems));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(m_shop->read(QStringLiteral("in.xml")), withoutTypes(smallXml));
+}
+
+void ToolConvertTest::theOutputReplacesALongerOne()
+{
+    m_shop->write(QStringLiteral("a.xml"), QByteArray(100000, 'x'));
+    QCOMPARE(m_shop->run(line("convert - a.xml"), smallXml).status, 0);
+    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
+}
+
+void ToolConvertTest::nothingElseIsLeftInTheFolder()
+{
+    QCOMPARE(m_shop->run(line("convert - a.xml"), smallXml).status, 0);
+    QCOMPARE(m_shop->run(line("convert - no.xml"), withoutTypes(smallXml)).status, 1);
+    QCOMPARE(m_shop->files(), QStringList(QStringLiteral("a.xml")));
+}
+
+void ToolConvertTest::theLinkStaysAndItsFileIsWritten()
+{
+    m_shop->write(QStringLiteral("file.xml"), "old");
+    QVERIFY(QFile::link(m_shop->path(QStringLiteral("file.xml")), m_shop->path(QStringLiteral("link.xml"))));
+    QCOMPARE(m_shop->run(line("convert - link.xml"), smallXml).status, 0);
+    QVERIFY(QFileInfo(m_shop->path(QStringLiteral("link.xml"))).isSymLink());
+    QCOMPARE(m_shop->read(QStringLiteral("file.xml")), QByteArray(smallXml));
+}
+
+void ToolConvertTest::aDeviceIsWrittenToAndStays()
+{
+    const Run run =
+        m_shop->shell(QStringLiteral("mkfifo pipe; cat pipe & \"$tool\" convert - pipe --to xml <<END\n%1END\n"
+                                     "wait; test -p pipe")
+                          .arg(QString::fromUtf8(smallXml)));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.bytes, QByteArray(smallXml));
+    QCOMPARE(run.status, 0);
+}
+
+void ToolConvertTest::outputsThatCannotBeWritten_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("in a missing folder") << line("convert - no/a.xml")
+                                         << QStringLiteral("no/a.xml: cannot write: No such file or directory");
+    QTest::newRow("a folder") << line("convert - . --to xml")
+                              << QStringLiteral(".: cannot write: Filename refers to a directory");
+}
+
+void ToolConvertTest::outputsThatCannotBeWritten()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    const Run run = m_shop->run(arguments, smallXml);
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: %1\n").arg(error));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->files(), QStringList());
+}
+
+void ToolConvertTest::whatIsNoFileIsNotReplacedByOne()
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const QByteArray path = QFile::encodeName(m_shop->path(QStringLiteral("socket.xml")));
+    QVERIFY(size_t(path.size()) < sizeof(address.sun_path));
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int handle = socket(AF_UNIX, SOCK_STREAM, 0);
+    QCOMPARE(bind(handle, reinterpret_cast<const sockaddr *>(&address), sizeof(address)), 0);
+
+    const Run run = m_shop->run(line("convert - socket.xml"), smallXml);
+    struct stat status = {};
+    QCOMPARE(stat(path.constData(), &status), 0);
+    QVERIFY(S_ISSOCK(status.st_mode));
+    close(handle);
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: socket.xml: cannot write: No such device or address\n"));
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->files(), QStringList(QStringLiteral("socket.xml")));
+}
+
+void ToolConvertTest::aTextThatXmlCannotCarryIsAnError()
+{
+    QByteArray tagged = QByteArray::fromHex(smallTaggedHex);
+    tagged.replace(QByteArray::fromHex("E0CFAE8E 00000005 00000001 62"),
+                   QByteArray::fromHex("E0CFAE8E 00000005 00000001 07")); // a bell as base resource
+    m_shop->write(QStringLiteral("a.xml"), "the old file");
+    const QString why = QStringLiteral("a text in or just above line 2 of the document holds a character that XML "
+                                       "cannot carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)\n");
+    const Run toFile = m_shop->run(line("convert - a.xml"), tagged);
+    QCOMPARE(toFile.err, QStringLiteral("tunerproperties: a.xml: ") + why);
+    QCOMPARE(toFile.status, 3);
+    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray("the old file"));
+
+    const Run toOutput = m_shop->run(line("convert - -"), tagged);
+    QCOMPARE(toOutput.err, QStringLiteral("tunerproperties: -: ") + why);
+    QCOMPARE(toOutput.out, QString());
+    QCOMPARE(toOutput.status, 3);
+    QCOMPARE(m_shop->run(line("convert - - --to tagged"), tagged).bytes, tagged);
+}
+
+QTEST_GUILESS_MAIN(ToolConvertTest)
+#include "tst_ToolConvert.moc"

@@ -1,0 +1,319 @@
+// SPDX-License-Identifier: MIT
+#include "tools/Tool.h"
+
+#include <sys/stat.h>
+
+/// What the tool takes for a document, and what it says about files that are none.
+class ToolInputTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void everyFormIsRecognised_data();
+    void everyFormIsRecognised();
+    void contentCountsBeforeTheName_data();
+    void contentCountsBeforeTheName();
+    void aSnapshotIsToldByItsNameOrByFrom();
+    void fromOverrulesTheContent();
+    void xmlIsRecognisedInEveryEncoding_data();
+    void xmlIsRecognisedInEveryEncoding();
+    void pipesAreRead();
+    void standardInputIsReadFromWhereItStands();
+    void aPipeWithANameIsRead();
+
+    void filesThatCannotBeRead_data();
+    void filesThatCannotBeRead();
+    void everyCommandTellsThem_data();
+    void everyCommandTellsThem();
+    void documentsThatAreNone_data();
+    void documentsThatAreNone();
+    void standardInputIsNamedByADash_data();
+    void standardInputIsNamedByADash();
+
+private:
+    std::unique_ptr<Workshop> m_shop;
+};
+
+namespace {
+
+const QByteArray tagged = QByteArray::fromHex(smallTaggedHex);
+const QByteArray snapshot = QByteArray::fromHex(smallSnapshotHex);
+
+/// The tagged record in the compressed form, as the tool writes it.
+QByteArray compressed()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("in.xml"), smallXml);
+    return shop.run(line("convert in.xml - --to compressed")).bytes;
+}
+
+} // namespace
+
+void ToolInputTest::init()
+{
+    m_shop = std::make_unique<Workshop>();
+}
+
+void ToolInputTest::cleanup()
+{
+    m_shop.reset();
+}
+
+void ToolInputTest::everyFormIsRecognised_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    const auto row = [](const char *name, const QByteArray &content) {
+        QTest::newRow(name) << QString::fromUtf8(name) << content;
+    };
+    row("doc.xml", smallXml);
+    row("doc.tpb", tagged);
+    row("doc.tpz", compressed());
+    row("doc.tps", snapshot);
+    row("DOC.TPS", snapshot);
+    row("xml", smallXml);
+    row("tagged", tagged);
+    row("compressed", compressed());
+}
+
+void ToolInputTest::everyFormIsRecognised()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    m_shop->write(name, content);
+    const Run run = m_shop->run({QStringLiteral("convert"), name, QStringLiteral("-")});
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.bytes, QByteArray(smallXml));
+    QCOMPARE(run.status, 0);
+}
+
+void ToolInputTest::contentCountsBeforeTheName_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("XML called a snapshot") << QStringLiteral("a.tps") << QByteArray(smallXml);
+    QTest::newRow("XML behind blank lines") << QStringLiteral("a.tpb") << " \r\n\t" + QByteArray(smallXml).mid(39);
+    QTest::newRow("tagged called XML") << QStringLiteral("a.xml") << tagged;
+    QTest::newRow("tagged called compressed") << QStringLiteral("a.tpz") << tagged;
+    QTest::newRow("compressed called a snapshot") << QStringLiteral("a.tps") << compressed();
+}
+
+void ToolInputTest::contentCountsBeforeTheName()
+{
+    everyFormIsRecognised();
+}
+
+void ToolInputTest::aSnapshotIsToldByItsNameOrByFrom()
+{
+    m_shop->write(QStringLiteral("doc"), snapshot);
+    const Run unknown = m_shop->run(line("convert doc -"));
+    QCOMPARE(
+        unknown.err,
+        QStringLiteral("tunerproperties: doc: neither XML nor a binary form; a snapshot has to be named .tps or read "
+                       "with --from snapshot\n"));
+    QCOMPARE(unknown.status, 3);
+    QCOMPARE(m_shop->run(line("convert doc - --from snapshot")).bytes, QByteArray(smallXml));
+    QCOMPARE(m_shop->run(line("convert - - --from snapshot"), snapshot).bytes, QByteArray(smallXml));
+}
+
+void ToolInputTest::fromOverrulesTheContent()
+{
+    m_shop->write(QStringLiteral("a.xml"), smallXml);
+    m_shop->write(QStringLiteral("a.tpb"), tagged);
+    const auto complaint = [this](const char *arguments) { return m_shop->run(line(arguments)).err; };
+    QCOMPARE(
+        complaint("validate a.xml --from tagged"),
+        QStringLiteral("tunerproperties: a.xml: the leading word is 0x3C3F786D, not 0xC10CBB5F (TunerProperties)\n"));
+    QCOMPARE(complaint("validate a.xml --from snapshot"),
+             QStringLiteral("tunerproperties: a.xml: the snapshot ends early, or is none\n"));
+    QCOMPARE(complaint("validate a.tpb --from xml"),
+             QStringLiteral("tunerproperties: a.tpb:1:1: Encountered incorrectly encoded content.\n"));
+}
+
+void ToolInputTest::xmlIsRecognisedInEveryEncoding_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    const QString text = QStringLiteral("<TunerProperties Version=\"1.1\" name=\"\u00dc\"/>");
+    const auto utf16 = [&](bool bigEndian) {
+        QByteArray bytes = QByteArray::fromHex(bigEndian ? "FEFF" : "FFFE");
+        for (const QChar character : text) {
+            const char parts[] = {char(character.row()), char(character.cell())};
+            bytes.append(parts[bigEndian ? 0 : 1]).append(parts[bigEndian ? 1 : 0]);
+        }
+        return bytes;
+    };
+    QTest::newRow("UTF-8") << text.toUtf8();
+    QTest::newRow("UTF-8 with a byte order mark") << "\xEF\xBB\xBF" + text.toUtf8();
+    QTest::newRow("UTF-16, big-endian") << utf16(true);
+    QTest::newRow("UTF-16, little-endian") << utf16(false);
+    QTest::newRow("ISO 8859-1") << "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + text.toLatin1();
+    QTest::newRow("behind a comment") << "<!-- x -->" + text.toUtf8();
+}
+
+void ToolInputTest::xmlIsRecognisedInEveryEncoding()
+{
+    QFETCH(QByteArray, content);
+    const Run run = m_shop->run(line("show -"), content);
+    QCOMPARE(run.err, QString());
+    QVERIFY(run.out.contains(QStringLiteral("\n  name: \"\u00dc\"\n")));
+}
+
+void ToolInputTest::pipesAreRead()
+{
+    m_shop->write(QStringLiteral("doc.xml"), smallXml);
+    const Run run =
+        m_shop->shell(QStringLiteral("\"$tool\" convert doc.xml - --to tagged | \"$tool\" convert - - --to compressed"
+                                     " | \"$tool\" convert - - --to snapshot | \"$tool\" convert - - --from snapshot"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.bytes, QByteArray(smallXml));
+}
+
+void ToolInputTest::standardInputIsReadFromWhereItStands()
+{
+    m_shop->write(QStringLiteral("doc"), "first line\n" + QByteArray(smallXml));
+    const Run run = m_shop->shell(QStringLiteral("{ read line; echo \"$line\"; \"$tool\" convert - -; } < doc"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.bytes, "first line\n" + QByteArray(smallXml));
+}
+
+void ToolInputTest::aPipeWithANameIsRead()
+{
+    m_shop->write(QStringLiteral("doc.xml"), smallXml);
+    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    const Run run = m_shop->shell(QStringLiteral("cat doc.xml > pipe & \"$tool\" convert pipe -; wait"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.bytes, QByteArray(smallXml));
+}
+
+void ToolInputTest::filesThatCannotBeRead_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("why");
+    QTest::newRow("missing") << QStringLiteral("missing.xml")
+                             << QStringLiteral("cannot open: No such file or directory");
+    QTest::newRow("in a missing folder") << QStringLiteral("no/a.tps")
+                                         << QStringLiteral("cannot open: No such file or directory");
+    QTest::newRow("a folder") << QStringLiteral(".") << QStringLiteral("cannot open: file to open is a directory");
+    // Can be opened by everybody, the superuser included, and read by nobody where it begins.
+    QTest::newRow("unreadable") << QStringLiteral("/proc/self/mem")
+                                << QStringLiteral("cannot read: Input/output error");
+}
+
+void ToolInputTest::filesThatCannotBeRead()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, why);
+    for (const QStringList &arguments :
+         {QStringList{QStringLiteral("show"), name}, QStringList{QStringLiteral("validate"), name},
+          QStringList{QStringLiteral("convert"), name, QStringLiteral("out.xml")}}) {
+        const Run run = m_shop->run(arguments);
+        QCOMPARE(run.err, QStringLiteral("tunerproperties: %1: %2\n").arg(name, why));
+        QCOMPARE(run.out, QString());
+        QCOMPARE(run.status, 3);
+    }
+    QCOMPARE(m_shop->files(), QStringList());
+}
+
+void ToolInputTest::everyCommandTellsThem_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("show") << line("show cut.xml");
+    QTest::newRow("validate") << line("validate cut.xml");
+    QTest::newRow("convert") << line("convert cut.xml out.xml");
+    QTest::newRow("convert without validating") << line("convert cut.xml out.xml --no-validate");
+}
+
+void ToolInputTest::everyCommandTellsThem()
+{
+    QFETCH(QStringList, arguments);
+    m_shop->write(QStringLiteral("cut.xml"), "<TunerProperties Version=\"1.1\">\n  <Component>\n");
+    const Run run = m_shop->run(arguments);
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: cut.xml:3:1: Premature end of document.\n"));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->files(), QStringList(QStringLiteral("cut.xml")));
+}
+
+void ToolInputTest::documentsThatAreNone_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *what, const char *name, const QByteArray &content, const char *error) {
+        QTest::newRow(what) << QString::fromUtf8(name) << content << QString::fromUtf8(error);
+    };
+    const char *const noForm =
+        "a: neither XML nor a binary form; a snapshot has to be named .tps or read with --from snapshot";
+    row("an empty file", "a", "", noForm);
+    row("some text", "a", "TunerProperties", noForm);
+    row("empty XML", "a.xml", "", "a.xml:1:1: Premature end of document.");
+    row("an empty tagged form", "a.tpb", "",
+        "a.tpb: the leading word and the length take 8 bytes, but only 0 are there");
+    row("an empty compressed form", "a.tpz", "",
+        "a.tpz: the leading word and the length take 8 bytes, but only 0 are there");
+    row("an empty snapshot", "a.tps", "", "a.tps: the snapshot ends early, or is none");
+    row("not well formed", "a.xml",
+        "<TunerProperties Version=\"1.1\">\n  <Component>\n  </Componend>\n</TunerProperties>\n",
+        "a.xml:3:14: Opening and ending tag mismatch.");
+    row("another root element", "a.xml", "<!-- x -->\n<Component/>",
+        "a.xml:2:12: the root element is 'Component', not 'TunerProperties'");
+    row("something behind the document", "a.xml", "<TunerProperties/>\n<x/>",
+        "a.xml:2:4: Extra content at end of document.");
+    row("another object's record", "a.tpb", QByteArray::fromHex("0ADD1857 00000000"),
+        "a.tpb: the leading word is 0x0ADD1857, not 0xC10CBB5F (TunerProperties)");
+    row("a record that is cut off", "a.tpb", tagged.left(100),
+        "a.tpb: the record's length is 179, but 92 bytes follow");
+    row("something behind the record", "a.tpb", tagged + "x",
+        "a.tpb: the record's length is 179, but 180 bytes follow");
+    row("lengths that do not add up", "a.tpb", QByteArray::fromHex("C10CBB5F 0000000E E0CFAE8E 00000007 00000002 6262"),
+        "a.tpb: TunerProperties::SetBinary(...): Length error occurred during processing of binary representation");
+    row("a compressed form that is cut off", "a.tpz", compressed().left(6),
+        "a.tpz: the leading word and the length take 8 bytes, but only 6 are there");
+    row("a compressed form that is damaged", "a.tpz", compressed().replace(compressed().size() - 1, 1, "\xAA"),
+        "a.tpz: the compressed bytes are damaged");
+    row("a snapshot that is cut off", "a.tps", snapshot.left(snapshot.size() - 1),
+        "a.tps: the snapshot ends early, or is none");
+    row("something behind the snapshot", "a.tps", snapshot + "x",
+        "a.tps: the snapshot ends after 70 of 71 bytes, or is none");
+}
+
+void ToolInputTest::documentsThatAreNone()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, error);
+    m_shop->write(name, content);
+    const Run run = m_shop->run({QStringLiteral("validate"), name});
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: %1\n").arg(error));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 3);
+}
+
+void ToolInputTest::standardInputIsNamedByADash_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("nothing") << QByteArray()
+                             << QStringLiteral(
+                                    "neither XML nor a binary form; a snapshot has to be named .tps or read with "
+                                    "--from snapshot");
+    QTest::newRow("a record that is cut off")
+        << tagged.left(100) << QStringLiteral("the record's length is 179, but 92 bytes follow");
+}
+
+void ToolInputTest::standardInputIsNamedByADash()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, error);
+    const Run run = m_shop->run(line("show -"), content);
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: -: %1\n").arg(error));
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->run(line("show -"), "<TunerProperties>\n<x>").err,
+             QStringLiteral("tunerproperties: -:2:3: Premature end of document.\n"));
+}
+
+QTEST_GUILESS_MAIN(ToolInputTest)
+#include "tst_ToolInput.moc"

@@ -1,0 +1,369 @@
+// SPDX-License-Identifier: MIT
+#include "tools/Tool.h"
+
+class ToolValidateTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothingIsSaidAboutValidDocuments_data();
+    void nothingIsSaidAboutValidDocuments();
+    void allExamplesAtOnceAreValid();
+    void everyProblemIsTold();
+    void everyProblemIsToldInTheBinaryForms_data();
+    void everyProblemIsToldInTheBinaryForms();
+    void placesCountAsAnEditorDoes_data();
+    void placesCountAsAnEditorDoes();
+    void elementsAreLookedAtLikeAttributes();
+    void whatAReaderSkipsIsNoProblem_data();
+    void whatAReaderSkipsIsNoProblem();
+    void whatEndsTheSkippingIsLookedAt();
+    void theContentOfAnUnknownElementIsLookedAt();
+    void aValueThatWasReplacedIsLookedAt();
+    void aDocumentThatWouldWriteNothingIsAProblem();
+    void aProblemStaysOnItsLine();
+    void theWorstOfSeveralFilesCounts_data();
+    void theWorstOfSeveralFilesCounts();
+    void problemsAndErrorsTakeDifferentWays();
+    void standardInputIsNamedByADash();
+};
+
+namespace {
+
+/// About a file called "a.xml".
+Run validate(const QByteArray &xml)
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), xml);
+    return shop.run(line("validate a.xml"));
+}
+
+/// A whole document around what is put into it: behind the attributes of the document, and in front of its component.
+QByteArray document(const char *attributes, const char *elements)
+{
+    return QByteArray("<TunerProperties Version=\"1.1\" baseresource=\"b\" type=\"SCP\"") + attributes + ">\n"
+        + elements
+        + "\n<Component type=\"t\" name=\"c\" optional=\"true\"><Node id=\"n\"><ValueItem>"
+          "<ValueInt id=\"i\" value=\"7\"/></ValueItem></Node></Component></TunerProperties>\n";
+}
+
+} // namespace
+
+void ToolValidateTest::nothingIsSaidAboutValidDocuments_data()
+{
+    QTest::addColumn<QString>("path");
+    for (const QString &name : exampleNames())
+        QTest::newRow(qPrintable(name)) << examplePath(name);
+}
+
+void ToolValidateTest::nothingIsSaidAboutValidDocuments()
+{
+    QFETCH(QString, path);
+    Workshop shop;
+    QStringList files = {path};
+    for (const char *name : {"a.tpb", "a.tpz", "a.tps"}) {
+        files.append(QString::fromUtf8(name));
+        QCOMPARE(shop.run({QStringLiteral("convert"), path, files.last(), QStringLiteral("--no-validate")}).status, 0);
+    }
+    for (const QString &file : qAsConst(files)) {
+        const Run run = shop.run({QStringLiteral("validate"), file});
+        QCOMPARE(run.out, QString());
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+    }
+}
+
+void ToolValidateTest::allExamplesAtOnceAreValid()
+{
+    QStringList arguments = {QStringLiteral("validate")};
+    for (const QString &name : exampleNames())
+        arguments.append(examplePath(name));
+    const Run run = Workshop().run(arguments);
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+}
+
+namespace {
+
+const char badXml[] = R"(<?xml version="1.0" encoding="UTF-8"?>
+<TunerProperties Version="1.1"
+                 name="Bad"
+                 type="receiver"
+                 baseresource="b" hwProcessing=''>
+  <StartupModes><StartupMode>FFM</StartupMode><StartupMode>ffm</StartupMode></StartupModes>
+  <BandwidthSelection><Name>narrow</Name></BandwidthSelection>
+  <BandwidthSelection><MaxBandwidth>1</MaxBandwidth></BandwidthSelection>
+  <Extra a="1"><HRPANSupported></HRPANSupported></Extra>
+  <Component type="Preselector" name="Preselector" optional="">
+    <Node id="att">
+      <ValueItem><ValueBoolean id="x" value=""/></ValueItem>
+      <ValueItem><ValueInt id="y"/></ValueItem>
+      <ValueItem/>
+    </Node>
+    <Node>
+      <ValueItem><ValueStringList id="z" value=""><StringItem/></ValueStringList></ValueItem>
+    </Node>
+    <Node id="empty"/>
+  </Component>
+  <Component name="c2" type=""/>
+  <Component/>
+  <Other/>
+</TunerProperties>
+)";
+
+// What is missing is the same in every form.
+const char badPaths[] = R"(StartupModes: StartupModes: Please set StartupMode properly.
+BandwidthSelection "narrow": BandwidthSelection: Please set MaxBandwidth properly.
+BandwidthSelection 2: BandwidthSelection: Please set Name properly.
+Component "Preselector" / Node "att" / ValueItem 2: ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set.
+Component "Preselector" / Node "att" / ValueItem 2 / ValueInt "y": ValueInt: Please set value properly.
+Component "Preselector" / Node "att" / ValueItem 3: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
+Component "Preselector" / Node 2 / ValueItem 1 / ValueStringList "z" / StringItem 1: StringItem: Please set value properly.
+Component "Preselector" / Node 2: Node: Please set id properly.
+Component "Preselector" / Node "empty": Node: Please set ValueItem properly.
+Component "c2": Component: Please set Node properly.
+Component "c2": Component: Please set optional properly.
+Component 3: Component: Please set Node properly.
+Component 3: Component: Please set type properly.
+Component 3: Component: Please set name properly.
+Component 3: Component: Please set optional properly.
+TunerProperties: Please set type properly.
+)";
+
+QString withFile(const char *file, const char *lines)
+{
+    QString text;
+    for (const QString &each : QString::fromUtf8(lines).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        text += QString::fromUtf8(file) + QStringLiteral(": ") + each + QLatin1Char('\n');
+    return text;
+}
+
+} // namespace
+
+void ToolValidateTest::everyProblemIsTold()
+{
+    const Run run = validate(badXml);
+    QCOMPARE(run.out,
+             QStringLiteral(
+                 "a.xml:4:18: enum is not valid (classname=TunerProperties,membername=m_type)\n"
+                 "a.xml:5:35: Please set a value or a default for the boolean 'hwProcessing' in 'TunerProperties'.\n"
+                 "a.xml:6:47: StartupModes: Tried to append not completely defined or invalid item StartupMode.\n"
+                 "a.xml:9:3: Unknown Tag 'Extra' in 'TunerProperties'.\n"
+                 "a.xml:9:16: Please set a value or a default for the boolean 'HRPANSupported' in 'TunerProperties'.\n"
+                 "a.xml:10:52: Please set a value or a default for the boolean 'optional' in 'Component'.\n"
+                 "a.xml:12:39: Please set a value or a default for the boolean 'value' in 'ValueBoolean'.\n"
+                 "a.xml:23:3: Unknown Tag 'Other' in 'TunerProperties'.\n")
+                 + withFile("a.xml", badPaths));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::everyProblemIsToldInTheBinaryForms_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"a.tpb", "a.tpz"}) // a snapshot does not hold values that are not set
+        QTest::newRow(name) << QString::fromUtf8(name);
+}
+
+void ToolValidateTest::everyProblemIsToldInTheBinaryForms()
+{
+    QFETCH(QString, name);
+    // Tagged records hold the default of a mandatory member that is not set, an empty text or a 0; so less is missing.
+    const char *const paths = R"(StartupModes: StartupModes: Please set StartupMode properly.
+Component "Preselector" / Node "att" / ValueItem 3: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
+Component "Preselector" / Node "empty": Node: Please set ValueItem properly.
+Component "c2": Component: Please set Node properly.
+Component "c2": Component: Please set optional properly.
+Component 3: Component: Please set Node properly.
+Component 3: Component: Please set optional properly.
+TunerProperties: Please set type properly.
+)";
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), badXml);
+    QCOMPARE(shop.run(line("convert a.xml --no-validate") << name).status, 0);
+    const Run run = shop.run({QStringLiteral("validate"), name});
+    QCOMPARE(run.out, withFile(qPrintable(name), paths));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::placesCountAsAnEditorDoes_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<QString>("place");
+    const auto row = [](const char *name, const QByteArray &xml, const char *place) {
+        QTest::newRow(name) << xml << QString::fromUtf8(place);
+    };
+    row("an attribute on a line of its own", document("\n\n  hwProcessing=\"\"", ""), "3:3");
+    row("an attribute behind one that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
+        "2:2");
+    row("a greater-than sign before it", document(" name=\">\"\n hwProcessing = ''", ""), "2:2");
+    row("lines that end in CR LF", document("\r\n\r\n  hwProcessing=\"\"", ""), "3:3");
+    row("lines that end in CR", document("\r\r  hwProcessing=\"\"", ""), "3:3");
+    row("a byte order mark", "\xEF\xBB\xBF" + document("\n\thwProcessing=\"\"", ""), "2:2");
+    row("letters of two bytes", document("\n name=\"\xC3\x9C\xC3\x9C\" hwProcessing=\"\"", ""), "2:12");
+    row("Latin-1",
+        "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + document("\n name=\"\xDC\xDC\" hwProcessing=\"\"", ""),
+        "2:12");
+    row("a comment before it", "<!-- < <\n -->" + document("\n hwProcessing=\"\"", ""), "3:2");
+    row("an element", document("", "\n <HRPANSupported/>"), "3:2");
+    row("an element over several lines", document("", "\n <HRPANSupported\n><x/></HRPANSupported\n>"), "3:2");
+    row("an element behind another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
+}
+
+void ToolValidateTest::placesCountAsAnEditorDoes()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(QString, place);
+    const Run run = validate(xml);
+    QCOMPARE(run.out.section(QLatin1String(": "), 0, 0), QStringLiteral("a.xml:") + place);
+    QCOMPARE(run.out.count(QLatin1Char('\n')), 1);
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::elementsAreLookedAtLikeAttributes()
+{
+    const Run run = validate(document("",
+                                      "<type>scp</type>\n<hwProcessing></hwProcessing>\n<hwProcessing> </hwProcessing>"
+                                      "<type>FFP</type>"));
+    // The second type replaces the one that is none; a blank is a text, and so true.
+    QCOMPARE(run.out,
+             QStringLiteral("a.xml:2:1: enum is not valid (classname=TunerProperties,membername=m_type)\n"
+                            "a.xml:3:1: Please set a value or a default for the boolean 'hwProcessing' in "
+                            "'TunerProperties'.\n"));
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::whatAReaderSkipsIsNoProblem_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::newRow("unknown elements of an older version")
+        << document("", "<Extra><HRPANSupported/><Component/></Extra>").replace("Version=\"1.1\"", "Version=\"1.0\"");
+    QTest::newRow("unknown elements without a version")
+        << document("", "<Extra><HRPANSupported/></Extra>").replace("Version=\"1.1\"", "");
+    QTest::newRow("unknown attributes") << document(" extra=\"\" x:hwProcessing=\"\" xmlns:x=\"y\"", "");
+    QTest::newRow("unknown elements in other objects") << document(
+        "", "<StartupModes><x><StartupMode>none</StartupMode></x><StartupMode>FFM</StartupMode></StartupModes>");
+    QTest::newRow("elements in a text") << document("", "<HRPANSupported>0<Component/></HRPANSupported>");
+    QTest::newRow("numbers that are none") << document(" quantity=\"many\"", "<MaxFFPDelay>long</MaxFFPDelay>");
+}
+
+void ToolValidateTest::whatAReaderSkipsIsNoProblem()
+{
+    QFETCH(QByteArray, xml);
+    const Run run = validate(xml);
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+}
+
+void ToolValidateTest::whatEndsTheSkippingIsLookedAt()
+{
+    // The inner <x/> ends the skipping of the outer one, so that the mode behind it counts.
+    const Run run = validate(document("",
+                                      "<StartupModes><StartupMode>FFM</StartupMode><x><x/></x>\n"
+                                      "<y><y><StartupMode>none</StartupMode></y></y></StartupModes>"));
+    QCOMPARE(
+        run.out,
+        QStringLiteral("a.xml:3:7: StartupModes: Tried to append not completely defined or invalid item StartupMode.\n"
+                       "a.xml: StartupModes: StartupModes: Please set StartupMode properly.\n"));
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::theContentOfAnUnknownElementIsLookedAt()
+{
+    const Run run = validate(document("", "<Extra>\n<More/>\n<Component name=\"inner\"/></Extra>"));
+    QCOMPARE(run.out,
+             QStringLiteral("a.xml:2:1: Unknown Tag 'Extra' in 'TunerProperties'.\n"
+                            "a.xml:3:1: Unknown Tag 'More' in 'TunerProperties'.\n"
+                            "a.xml: Component \"inner\": Component: Please set Node properly.\n"
+                            "a.xml: Component \"inner\": Component: Please set type properly.\n"
+                            "a.xml: Component \"inner\": Component: Please set optional properly.\n"));
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::aValueThatWasReplacedIsLookedAt()
+{
+    const Run run = validate(document("", "").replace("<ValueInt ",
+                                                      "<ValueStringList id=\"l\" value=\"\">\n<StringItem/>"
+                                                      "</ValueStringList><ValueInt "));
+    QCOMPARE(run.out,
+             QStringLiteral("a.xml:4:13: ValueStringList: Tried to append not completely defined or invalid item "
+                            "StringItem.\n"));
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::aDocumentThatWouldWriteNothingIsAProblem()
+{
+    Workshop shop;
+    // Component (set, but empty), type and base resource.
+    shop.write(QStringLiteral("a.tps"), QByteArray::fromHex("D000 00000006 0031002E0031 00000000 01 00000002 0062"));
+    const Run run = shop.run(line("validate a.tps"));
+    QCOMPARE(run.out, QStringLiteral("a.tps: the document has no data, so nothing would be written\n"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::aProblemStaysOnItsLine()
+{
+    const Run run = validate(document("", "<BandwidthSelection><Name>a\nb\tc</Name></BandwidthSelection>"));
+    QCOMPARE(run.out,
+             QStringLiteral("a.xml: BandwidthSelection \"a\\nb\\tc\": BandwidthSelection: Please set MaxBandwidth "
+                            "properly.\n"));
+}
+
+void ToolValidateTest::theWorstOfSeveralFilesCounts_data()
+{
+    QTest::addColumn<QString>("files");
+    QTest::addColumn<int>("status");
+    const auto row = [](const char *files, int status) { QTest::newRow(files) << QString::fromUtf8(files) << status; };
+    row("good.xml good.xml", 0);
+    row("good.xml bad.xml", 1);
+    row("bad.xml good.xml", 1);
+    row("bad.xml missing.xml", 3);
+    row("missing.xml bad.xml", 3);
+    row("missing.xml good.xml", 3);
+}
+
+void ToolValidateTest::theWorstOfSeveralFilesCounts()
+{
+    QFETCH(QString, files);
+    QFETCH(int, status);
+    Workshop shop;
+    shop.write(QStringLiteral("good.xml"), smallXml);
+    shop.write(QStringLiteral("bad.xml"), QByteArray(smallXml).replace("SCP", "scp"));
+    QCOMPARE(shop.run(line("validate") + files.split(QLatin1Char(' '))).status, status);
+}
+
+void ToolValidateTest::problemsAndErrorsTakeDifferentWays()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("bad1.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    shop.write(QStringLiteral("cut.xml"), "<TunerProperties>");
+    shop.write(QStringLiteral("bad2.xml"), QByteArray(smallXml).replace(" value=\"7\"", ""));
+    const Run run = shop.run(line("validate bad1.xml missing.xml cut.xml bad2.xml"));
+    QCOMPARE(run.out,
+             QStringLiteral(
+                 "bad1.xml: TunerProperties: Please set type properly.\n"
+                 "bad2.xml: Component \"c\" / Node \"n\" / ValueItem 1: ValueItem:Check failed. Mandatory data of "
+                 "the member (choice element) m_valueInt is not set.\n"
+                 "bad2.xml: Component \"c\" / Node \"n\" / ValueItem 1 / ValueInt \"i\": ValueInt: Please set "
+                 "value properly.\n"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: missing.xml: cannot open: No such file or directory\n"
+                            "tunerproperties: cut.xml:1:17: Premature end of document.\n"));
+    QCOMPARE(run.status, 3);
+}
+
+void ToolValidateTest::standardInputIsNamedByADash()
+{
+    const Run run = Workshop().run(line("validate -"), QByteArray(smallXml).replace("SCP", "scp"));
+    QCOMPARE(run.out,
+             QStringLiteral("-:2:32: enum is not valid (classname=TunerProperties,membername=m_type)\n"
+                            "-: TunerProperties: Please set type properly.\n"));
+    QCOMPARE(run.status, 1);
+}
+
+QTEST_GUILESS_MAIN(ToolValidateTest)
+#include "tst_ToolValidate.moc"

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <stdexcept>
+
+#include <QByteArray>
+#include <QString>
+
+/// What the program tells whoever started it.
+enum class ExitStatus {
+    Ok = 0,
+    Problems = 1, ///< a document does not validate
+    WrongUsage = 2,
+    FileFailure = 3, ///< a file cannot be read or written
+};
+
+/// A file, or a standard stream, that cannot be read or written. The text names the file.
+class FileFailure : public std::runtime_error
+{
+public:
+    explicit FileFailure(const QString &text);
+    QString text() const { return QString::fromUtf8(what()); }
+};
+
+/// The standard streams, in UTF-8 whatever the locale is: what the program writes is read by other programs as well.
+namespace Console {
+
+/// The name of standard input and output on the command line.
+QString streamName();
+
+/// Writes to standard output; throws FileFailure if that is not possible.
+void write(const QByteArray &bytes);
+
+/// Writes one line to standard error, the name of the program in front.
+void complain(const QString &text);
+
+/// The text on one line: control characters, line ends included, as escape sequences.
+QString onOneLine(const QString &text);
+
+/// The text between quotes, with the quotes and backslashes in it escaped as well.
+QString quoted(const QString &text);
+
+} // namespace Console

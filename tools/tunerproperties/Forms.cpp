@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "Forms.h"
+
+#include <QDataStream>
+#include <QFile>
+#include <QStringList>
+
+#include "Console.h"
+
+using JobXml::TunerProperties;
+
+namespace {
+
+struct FormInfo
+{
+    Form form;
+    QLatin1String name;
+    QLatin1String suffix;
+};
+
+const FormInfo forms[] = {
+    {Form::Xml, QLatin1String("xml"), QLatin1String(".xml")},
+    {Form::Tagged, QLatin1String("tagged"), QLatin1String(".tpb")},
+    {Form::Compressed, QLatin1String("compressed"), QLatin1String(".tpz")},
+    {Form::Snapshot, QLatin1String("snapshot"), QLatin1String(".tps")},
+};
+
+constexpr int CompressionLevel = -1; // the usual one
+
+bool looksLikeXml(const QByteArray &head)
+{
+    if (head.startsWith("\xFE\xFF") || head.startsWith("\xFF\xFE"))
+        return true; // UTF-16
+    const QByteArray text = (head.startsWith("\xEF\xBB\xBF") ? head.mid(3) : head).trimmed();
+    if (text.size() < 2 || text[0] != '<')
+        return false;
+    // A snapshot may begin with the same byte; the one behind it is less than 0x10 there.
+    const auto next = static_cast<unsigned char>(text[1]);
+    return next > ' ';
+}
+
+/// The libraries keep the leading words to themselves, but write them.
+bool looksBinary(const QByteArray &head)
+{
+    constexpr int wordSize = 4;
+    TunerProperties sample;
+    sample.SetValidate(false);
+    return head.startsWith(sample.GetBinaryRepresentationAsQByteArray().left(wordSize))
+        || head.startsWith(sample.GetCompressedBinaryRepresentationAsQByteArray(CompressionLevel).left(wordSize));
+}
+
+/// The settings that the libraries' own representations have.
+void prepare(QDataStream &stream)
+{
+    stream.setByteOrder(QDataStream::BigEndian);
+    stream.setVersion(QDataStream::Qt_5_15);
+    stream.setFloatingPointPrecision(QDataStream::DoublePrecision);
+}
+
+void loadSnapshot(TunerProperties &document, Input &input)
+{
+    const QByteArray bytes = input.bytes();
+    QDataStream stream(bytes);
+    prepare(stream);
+    document.SetVersionSpecificBinaryWithoutValidation(stream);
+    if (stream.status() != QDataStream::Ok)
+        throw FileFailure(input.name() + QStringLiteral(": the snapshot ends early, or is none"));
+    if (const qint64 read = stream.device()->pos(); read < bytes.size())
+        throw FileFailure(
+            input.name()
+            + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or is none").arg(read).arg(bytes.size()));
+}
+
+} // namespace
+
+namespace Forms {
+
+QString names()
+{
+    return QStringLiteral("xml, tagged, compressed or snapshot");
+}
+
+std::optional<Form> named(const QString &name)
+{
+    for (const FormInfo &info : forms) {
+        if (info.name == name)
+            return info.form;
+    }
+    return {};
+}
+
+std::optional<Form> bySuffix(const QString &fileName)
+{
+    for (const FormInfo &info : forms) {
+        if (fileName.endsWith(info.suffix, Qt::CaseInsensitive))
+            return info.form;
+    }
+    return {};
+}
+
+Form recognise(Input &input)
+{
+    constexpr int headSize = 4096; // a document may begin with blank lines
+    const QByteArray head = input.head(headSize);
+    if (looksLikeXml(head))
+        return Form::Xml;
+    if (looksBinary(head))
+        return Form::Tagged;
+    if (const auto form = bySuffix(input.name()))
+        return *form;
+    throw FileFailure(
+        input.name()
+        + QStringLiteral(
+            ": neither XML nor a binary form; a snapshot has to be named .tps or read with --from snapshot"));
+}
+
+void load(TunerProperties &document, Input &input, Form form)
+{
+    try {
+        if (form == Form::Snapshot)
+            loadSnapshot(document, input);
+        else if (!(form == Form::Xml ? document.LoadXml(&input.file()) : document.LoadBinary(&input.file())))
+            throw FileFailure(input.inMyName(document.GetErrorString()));
+    } catch (const ReportException &e) {
+        throw FileFailure(input.name() + QStringLiteral(": ") + e.GetMessageText());
+    }
+}
+
+QByteArray compose(TunerProperties &document, Form form, const QString &fileName)
+{
+    QByteArray bytes;
+    switch (form) {
+    case Form::Xml:
+        bytes = document.GetXmlString().toUtf8();
+        break;
+    case Form::Tagged:
+        bytes = document.GetBinaryRepresentationAsQByteArray();
+        break;
+    case Form::Compressed:
+        bytes = document.GetCompressedBinaryRepresentationAsQByteArray(CompressionLevel);
+        break;
+    case Form::Snapshot: {
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        prepare(stream);
+        document.GetVersionSpecificBinaryWithoutValidation(stream);
+        break;
+    }
+    }
+    if (bytes.isEmpty()) {
+        const QString why = document.GetErrorString(); // begins with what was to be written, and a colon
+        throw FileFailure(fileName + QStringLiteral(": ") + why.mid(why.indexOf(QLatin1String(": ")) + 2));
+    }
+    return bytes;
+}
+
+} // namespace Forms
