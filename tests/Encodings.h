@@ -21,10 +21,32 @@ inline QByteArray bytes(const char *hexText)
     return QByteArray::fromHex(QByteArray(hexText));
 }
 
+/// The bytes of several hex texts, one behind the other.
+template <class... HexTexts>
+QByteArray joined(const HexTexts *...hexTexts)
+{
+    return (QByteArray() + ... + bytes(hexTexts));
+}
+
 /// The hex text as hex() would write it.
 inline QString hex(const char *hexText)
 {
     return hex(bytes(hexText));
+}
+
+/// What a stream is set to before it is used; the stock settings unless one of these is asked for.
+using StreamSettings = void (*)(QDataStream &stream);
+
+inline void stockSettings(QDataStream &) { }
+
+inline void littleEndian(QDataStream &stream)
+{
+    stream.setByteOrder(QDataStream::LittleEndian);
+}
+
+inline void singlePrecision(QDataStream &stream)
+{
+    stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
 }
 
 /// The object's element alone: no declaration, no indentation.
@@ -48,38 +70,42 @@ void readXml(Object &object, const QString &xml)
 
 /// The object's record without leading word.
 template <class Object>
-QByteArray recordOf(const Object &object)
+QByteArray recordOf(const Object &object, StreamSettings settings = stockSettings)
 {
     QByteArray record;
     QDataStream stream(&record, QIODevice::WriteOnly);
+    settings(stream);
     object.GetBinary(stream, 0, false);
     return record;
 }
 
 /// Reads the object from a record without leading word, the whole of it unless the length word says otherwise.
 template <class Object>
-void readRecord(Object &object, const QByteArray &record)
+void readRecord(Object &object, const QByteArray &record, StreamSettings settings = stockSettings)
 {
     QDataStream stream(record);
+    settings(stream);
     qint32 length = 0;
     stream >> length;
     object.SetBinary(stream, length);
 }
 
 template <class Object>
-QByteArray snapshotOf(const Object &object)
+QByteArray snapshotOf(const Object &object, StreamSettings settings = stockSettings)
 {
     QByteArray snapshot;
     QDataStream stream(&snapshot, QIODevice::WriteOnly);
+    settings(stream);
     object.GetVersionSpecificBinaryWithoutValidation(stream);
     return snapshot;
 }
 
 /// Reads the object from a snapshot; returns how many bytes were left.
 template <class Object>
-qint64 readSnapshot(Object &object, const QByteArray &snapshot)
+qint64 readSnapshot(Object &object, const QByteArray &snapshot, StreamSettings settings = stockSettings)
 {
     QDataStream stream(snapshot);
+    settings(stream);
     object.SetVersionSpecificBinaryWithoutValidation(stream);
     return stream.device()->bytesAvailable();
 }

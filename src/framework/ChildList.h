@@ -37,8 +37,13 @@ public:
 
     void reset(Block &block) const override { list(block).clear(); }
 
-    bool equals(const Block *left, const Block *right) const override
+    bool equals(Block *left, Block *right) const override
     {
+        // Comparing may leave items initialized, which must not happen to a list that a caller holds.
+        for (Block *block : {left, right}) {
+            if (block)
+                list(*block).own();
+        }
         if (!this->has(ComparedByRightFlag))
             return Base::equals(left, right);
         const ItemList<Item> none;
@@ -70,17 +75,17 @@ public:
     {
         if (!Member::isSet(other))
             return;
-        this->modify(object);
+        if (this->get(other).isEmpty())
+            this->modify(object); // otherwise appending marks it, if it is not refused
         for (const Item &item : this->get(other))
             append(object, item);
     }
 
-    void accept(const Block &block, Visitor &visitor) const override
+    void accept(Block &block, Visitor &visitor) const override
     {
-        const QVector<Item> &items = list(block);
-        visitor.VisitList(this->name(), items.size(), this->isSet(block));
-        for (int i = 0; i < items.size(); ++i)
-            visitor.VisitChild(this->name(), items.at(i), i);
+        visitor.VisitList(this->name(), list(block).size(), this->isSet(block));
+        auto visitChild = [&](const DataObject &item, int index) { visitor.VisitChild(this->name(), item, index); };
+        forEachChild(block, ChildAction(visitChild));
     }
 
     void writeXml(const DataObject &object, Block &block, QXmlStreamWriter &writer) const override
@@ -163,8 +168,7 @@ private:
     // Item by item even where both lists are one: an item that holds a NaN does not equal itself.
     bool same(const ItemList<Item> &left, const ItemList<Item> &right) const override
     {
-        return left.size() == right.size()
-            && std::equal(left.begin(), left.end(), right.begin(), &Member::equalObjects);
+        return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());
     }
 
     /// The list, if it takes the item.

@@ -137,8 +137,10 @@ bool DataObject::equals(const DataObject &other) const
 {
     if (!m_block && !other.m_block)
         return true;
+    Block *left = m_block ? &block() : nullptr;
+    Block *right = other.m_block ? &other.block() : nullptr;
     for (const Member *member : m_info->writtenOrder()) {
-        if (!member->equals(m_block, other.m_block))
+        if (!member->equals(left, right))
             return false;
     }
     return true;
@@ -162,8 +164,9 @@ void DataObject::Accept(Visitor &visitor) const
 {
     if (!m_block)
         return;
+    Block &own = block(); // a visitor gets to see objects, which change behind const
     for (const Member *member : m_info->writtenOrder())
-        member->accept(*m_block, visitor);
+        member->accept(own, visitor);
 }
 
 // --- Validate flag and logger ----------------------------------------------------------------------------------------

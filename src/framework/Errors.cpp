@@ -47,10 +47,10 @@ void Errors::nullGiven(const DataObject &object, QLatin1String member)
         withName(object, QStringLiteral(": Please set %1 properly (origin: Setter).").arg(member)));
 }
 
-void Errors::invalidEnumGiven(const DataObject &object, QLatin1String member)
+void Errors::invalidEnumGiven(const QString &className, QLatin1String member)
 {
     throw OutOfRangeException(
-        QStringLiteral("enum is not valid (classname=%1,membername=m_%2)").arg(object.GetObjectName(), member));
+        QStringLiteral("enum is not valid (classname=%1,membername=m_%2)").arg(className, member));
 }
 
 void Errors::incompleteItem(const DataObject &object, QLatin1String item)

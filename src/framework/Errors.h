@@ -12,7 +12,8 @@ namespace Errors {
 
 [[noreturn]] void notSet(const DataObject &object, QLatin1String member);
 [[noreturn]] void nullGiven(const DataObject &object, QLatin1String member);
-[[noreturn]] void invalidEnumGiven(const DataObject &object, QLatin1String member);
+/// Names the class, whatever the object is called.
+[[noreturn]] void invalidEnumGiven(const QString &className, QLatin1String member);
 [[noreturn]] void incompleteItem(const DataObject &object, QLatin1String item);
 [[noreturn]] void itemWithoutData(const DataObject &object, QLatin1String item);
 [[noreturn]] void emptyBoolean(const DataObject &object, QLatin1String member);

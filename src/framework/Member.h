@@ -71,7 +71,7 @@ public:
     virtual void reset(Block &block) const = 0;
 
     /// Compares the members of two objects, either of which may have no block.
-    virtual bool equals(const Block *left, const Block *right) const = 0;
+    virtual bool equals(Block *left, Block *right) const = 0;
 
     /// Throws if the member itself, children aside, may not stand as it does.
     virtual void check(const DataObject &object, const Block &block) const = 0;
@@ -88,7 +88,7 @@ public:
     /// Takes over the member of another object of the same class, where it is set.
     virtual void merge(DataObject &object, const DataObject &other) const = 0;
 
-    virtual void accept(const Block &block, Visitor &visitor) const = 0;
+    virtual void accept(Block &block, Visitor &visitor) const = 0;
 
     /// The text that tells the object from its siblings; null for all rows but the one with `Identifies`.
     virtual QString identification(const Block &) const { return QString(); }
@@ -116,8 +116,6 @@ protected:
     static Block &block(const DataObject &object) { return object.block(); }
     static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
     static QString elementText(DataObject &object, QXmlStreamReader &reader) { return object.GetTextValue(reader); }
-    // Not by the operators: some leave the objects initialized, which those in a shared list must not become.
-    static bool equalObjects(const DataObject &left, const DataObject &right) { return left.equals(right); }
     static void takeLogger(const DataObject &child, const DataObject &parent) { child.takeLogger(parent.GetLogger()); }
     static void writeNestedXml(const DataObject &child, QXmlStreamWriter &writer, bool checked)
     {
@@ -198,11 +196,11 @@ public:
     void reset(Block &block) const override = 0;
 
     /// Both set and the same, or neither set.
-    bool equals(const Block *left, const Block *right) const override
+    bool equals(Block *left, Block *right) const override
     {
         const bool leftSet = left && this->isSet(*left);
         const bool rightSet = right && this->isSet(*right);
-        return leftSet == rightSet && (!leftSet || same(field(*left), field(*right)));
+        return leftSet == rightSet && (!leftSet || same(field(std::as_const(*left)), field(std::as_const(*right))));
     }
 
 protected:

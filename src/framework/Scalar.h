@@ -55,7 +55,7 @@ public:
             set(object, get(other));
     }
 
-    void accept(const Block &block, Visitor &visitor) const override
+    void accept(Block &block, Visitor &visitor) const override
     {
         visitor.VisitValue(this->name(), Codec<T>::variant(this->field(block)), this->isSet(block));
     }

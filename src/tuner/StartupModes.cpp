@@ -82,12 +82,13 @@ public:
     {
         if (!Member::isSet(other))
             return;
-        modify(object);
+        if (get(other).isEmpty())
+            modify(object); // otherwise appending marks it, if it is not refused
         for (const Mode mode : get(other))
             append(object, mode);
     }
 
-    void accept(const Block &block, Visitor &visitor) const override
+    void accept(Block &block, Visitor &visitor) const override
     {
         const QVector<Mode> &modes = field(block);
         visitor.VisitList(name(), modes.size(), isSet(block));

@@ -41,9 +41,9 @@ template <>
 struct Codec<Type> : CodecDefaults<Type>
 {
     static bool isValid(Type value) { return typeNames.holds(int(value)); }
-    [[noreturn]] static void refuse(const DataObject &object, QLatin1String member)
+    [[noreturn]] static void refuse(const DataObject &, QLatin1String member)
     {
-        Errors::invalidEnumGiven(object, member);
+        Errors::invalidEnumGiven(TunerProperties::GetStaticObjectName(), member);
     }
     static QVariant variant(Type value) { return text(value); }
 
@@ -138,7 +138,7 @@ public:
             modify(object).MergeRGObject(get(other));
     }
 
-    void accept(const Block &block, Visitor &visitor) const override
+    void accept(Block &block, Visitor &visitor) const override
     {
         if (isSet(block))
             visitor.VisitChild(name(), field(block), -1);

@@ -110,10 +110,7 @@ public:
     }
 
     // For two items that have chosen this alternative; the flags are the item's business.
-    bool equals(const Block *left, const Block *right) const override
-    {
-        return same(this->field(*left), this->field(*right));
-    }
+    bool equals(Block *left, Block *right) const override { return same(this->field(*left), this->field(*right)); }
 
     void check(const DataObject &object, const Block &block) const override
     {
@@ -139,7 +136,7 @@ public:
             set(object, get(other));
     }
 
-    void accept(const Block &block, Visitor &visitor) const override
+    void accept(Block &block, Visitor &visitor) const override
     {
         const auto &object = this->field(block).m_object;
         if (writesChildren(block) && object)
@@ -355,11 +352,7 @@ bool ValueItem::IsValidValueStringList(const ValueStringList &) const { return t
 // Departs: comparing leaves both items initialized, as soon as one of them is.
 bool ValueItem::operator==(const ValueItem &other) const
 {
-    if (IsInitialized() || other.IsInitialized()) {
-        block();
-        other.block();
-    }
-    return equals(other);
+    return (!IsInitialized() && !other.IsInitialized()) || equals(other);
 }
 
 bool ValueItem::operator!=(const ValueItem &other) const
@@ -448,16 +441,15 @@ void ValueItem::SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const
         stateOf(block()).logger = std::move(logger);
 }
 
-// Departs: the alternatives that are not chosen, and the flag of the right one, do not count. Creates no data: list
-// items are compared while their list may be shared.
+// Departs: the alternatives that are not chosen, and the flag of the right one, do not count.
 bool ValueItem::equals(const DataObject &other) const
 {
-    const Block *left = existingBlock();
-    const Block *right = static_cast<const ValueItem &>(other).existingBlock();
-    if (choiceOf(left) != choiceOf(right))
+    Block &left = block();
+    Block &right = static_cast<const ValueItem &>(other).block();
+    if (choiceOf(&left) != choiceOf(&right))
         return false;
-    const Member *chosen = rowOf(choiceOf(left));
-    return !chosen || !chosen->isSet(*left) || chosen->equals(left, right);
+    const Member *chosen = rowOf(choiceOf(&left));
+    return !chosen || !chosen->isSet(left) || chosen->equals(&left, &right);
 }
 
 // Departs: silent while not validating, and the alternative's own check is left to when it is written.

@@ -44,8 +44,8 @@ void ErrorsTest::everyFailureHasItsTypeAndItsText_data()
         "OutOfRangeException: StringItem: Please set id properly (origin: Setter).");
     row(
         "invalid enumeration value given",
-        [](const DataObject &o) { Errors::invalidEnumGiven(o, QLatin1String("type")); },
-        "OutOfRangeException: enum is not valid (classname=StringItem,membername=m_type)");
+        [](const DataObject &) { Errors::invalidEnumGiven(QStringLiteral("TunerProperties"), QLatin1String("type")); },
+        "OutOfRangeException: enum is not valid (classname=TunerProperties,membername=m_type)");
     row(
         "incomplete item", [=](const DataObject &o) { Errors::incompleteItem(o, node); },
         "IncompleteDefinitionException: StringItem: Tried to append not completely defined or invalid item Node.");

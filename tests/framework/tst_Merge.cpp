@@ -119,6 +119,9 @@ private Q_SLOTS:
             QStringLiteral("IncompleteDefinitionException: Node: Tried to append not completely defined or invalid "
                            "item ValueItem."));
         QCOMPARE(std::as_const(node).GetValueItem().size(), 1);
+        Node refused;
+        QVERIFY(!thrownBy([&] { refused.MergeRGObject(incomplete); }).isNull());
+        QVERIFY(!refused.IsValueItemSet());
     }
 
     void mergingWithItselfChangesNothing()

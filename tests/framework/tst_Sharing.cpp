@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <QtTest>
 
+#include <jobxml/Visitor.h>
+
 #include "Documents.h"
 #include "Encodings.h"
 
@@ -22,7 +24,8 @@ private Q_SLOTS:
     void constGettersDoNotMark();
     void nonConstGettersMark();
     void referencesToAlternativesStayValid();
-    void comparingItemsOfListsCreatesNothingInThem();
+    void comparingLeavesItemsInitializedButNotThoseOfAListThatACallerHolds();
+    void whatAVisitorDoesToAChildStaysWithItsDocument();
 };
 
 void SharingTest::assignedObjectsShareUntilOneIsUsed()
@@ -162,7 +165,7 @@ void SharingTest::referencesToAlternativesStayValid()
     QVERIFY(!text.IsInitialized());
 }
 
-void SharingTest::comparingItemsOfListsCreatesNothingInThem()
+void SharingTest::comparingLeavesItemsInitializedButNotThoseOfAListThatACallerHolds()
 {
     Node left;
     Node right;
@@ -172,8 +175,39 @@ void SharingTest::comparingItemsOfListsCreatesNothingInThem()
         node->AppendValueItem(ValueItem()); // without data
     }
     right.GetValueItem()[0].ResetToDefault();
+    const QVector<ValueItem> held = std::as_const(left).GetValueItem();
+    Node assigned;
+    assigned = left;
     QVERIFY(left == right);
-    QVERIFY(!std::as_const(left).GetValueItem().at(0).IsInitialized());
+    QVERIFY(std::as_const(left).GetValueItem().at(0).IsInitialized());
+    QVERIFY(!held.at(0).IsInitialized());
+    QVERIFY(!std::as_const(assigned).GetValueItem().at(0).IsInitialized());
+}
+
+namespace {
+
+class SwitchesValidationOff : public Visitor
+{
+public:
+    void VisitValue(QLatin1String, const QVariant &, bool) override { }
+    void VisitList(QLatin1String, int, bool) override { }
+    void VisitChild(QLatin1String, const DataObject &child, int) override { child.SetValidate(false); }
+};
+
+} // namespace
+
+void SharingTest::whatAVisitorDoesToAChildStaysWithItsDocument()
+{
+    const TunerProperties document = aDocument();
+    const QVector<Component> held = document.GetComponent();
+    TunerProperties assigned;
+    assigned = document;
+    SwitchesValidationOff visitor;
+    document.Accept(visitor);
+    QVERIFY(!document.GetComponent().at(0).GetValidate());
+    QVERIFY(held.at(0).GetValidate());
+    QVERIFY(std::as_const(assigned).GetComponent().at(0).GetValidate());
+    QVERIFY(std::as_const(assigned).GetStartupModes().GetValidate());
 }
 
 QTEST_GUILESS_MAIN(SharingTest)
