@@ -6,6 +6,8 @@
 namespace JobXml {
 
 /// One bandwidth that a tuner can select: a name and a maximum bandwidth.
+///
+/// Text that is no number reads as 0 and counts as set.
 class JOBXML_EXPORT BandwidthSelection : public DataObject
 {
 public:

@@ -26,7 +26,8 @@ public:
 
     /// \name Node
     /// The configurable parameters; mandatory. The list must be set and may be empty, but an empty one is no data:
-    /// while validating nothing is written for it, and the document refuses the component.
+    /// while validating nothing is written for it, AppendComponent() refuses the
+    /// component, and the XML writer the document that holds it. Snapshots are read by the count alone.
     /// @{
     QVector<Node> &GetNode();
     const QVector<Node> &GetNode() const;

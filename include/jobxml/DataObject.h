@@ -27,8 +27,8 @@ struct Problem
 
 /// The operations that every class of the model has, each of them once.
 ///
-/// **Members.** A member always holds a value, its default until it is set, and has a set flag. For a member `X` the
-/// classes offer `GetX`, `SetX`, `IsXSet`, `ResetX`, `GetDefaultX` and `IsValidX`, and `AppendX` for lists:
+/// **Members.** A member always holds a value, its default until something is stored, and has a set flag. For a member
+/// `X` the classes offer `GetX`, `SetX`, `IsXSet`, `ResetX`, `GetDefaultX` and `IsValidX`, and `AppendX` for lists:
 ///  - `GetX()` returns the value and leaves the flag alone. The non-const getter of a child object, a list or an
 ///    alternative returns a reference to modify and sets the flag; `std::as_const(object).GetX()` reads without
 ///    marking.
@@ -46,8 +46,13 @@ struct Problem
 /// **Sharing.** Assignment shares the data of both objects until one of them is next used; a copy constructed object
 /// has its own at once. Two objects may therefore be used by two threads, one each; one object by one thread at a time.
 ///
-/// **Validate flag and logger.** Check(), GetXml(), GetBinary(), SetBinary(), reading XML and the creation of an
-/// object's data hand the object's own flag and logger down to its whole tree. Setters, assignment and moves do not.
+/// **Validate flag and logger.** Check(), GetXml(), GetBinary(), SetBinary(), reading XML as soon as it meets a child
+/// element, and the creation of an object's data hand the object's own flag and logger down to its whole tree. Setters,
+/// assignment and moves do not.
+///
+/// **Equality.** A member is equal if it is set in both objects to equal values, or set in neither; the lists of
+/// ValueStringList, ValueSelection, Node and Component go by the right side's flag alone: an unset one there equals an
+/// empty one here. Numbers are compared exactly, so a NaN does not even equal itself.
 ///
 /// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
 class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
@@ -55,8 +60,9 @@ class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
 public:
     ~DataObject() override;
 
-    /// Whether the object has data at all: false for a new one, true once any accessor, reader or writer but
-    /// `IsXSet` has been used.
+    /// Whether the object has a block of data at all. A new object and a moved-from one have none; `GetX`, `SetX`,
+    /// `AppendX`, Check(), ResetToDefault() and every reader and writer create it. `IsXSet`, `ResetX`, `GetDefaultX`,
+    /// `IsValidX`, HasData(), AnyData() and Reset() do not.
     bool IsInitialized() const noexcept;
 
     /// Whether every mandatory member is present: a text that is not null, a list with at least one item, any other
@@ -66,19 +72,24 @@ public:
     /// If the object is initialized: clears every set flag and puts every member back to its default.
     void Reset() override;
 
-    /// Throws OutOfRangeException ": Please set X properly." behind the object's name for the first member, children
-    /// included, that is mandatory and not set, or set to something that it must not hold. `flag` is handed to the
-    /// children unchanged; no class reads it. Hands validate flag and logger down. Leaves the object initialized.
+    /// Throws OutOfRangeException ": Please set X properly." behind the object's name for the first member that is
+    /// mandatory and not set, or set to something that it must not hold; a list is asked for first, then each of its
+    /// items, then the other members in the order of the class. What a child throws passes through; a ValueItem throws
+    /// IncompleteDefinitionException. `flag` is handed to the children unchanged; no class reads it. Hands validate
+    /// flag and logger down. Leaves the object initialized.
     void Check(bool flag) const override;
 
     /// The same as Check(false).
     void Check() const override;
 
     /// Writes the object as one XML element. While validating, Check() comes first and an object without data writes
-    /// nothing; otherwise the object is written as it stands.
+    /// nothing; an item of a list that passed its check but has no data throws IncompleteDefinitionException
+    /// "Parameters for Node are not set properly in 'Component'." (the item's and the object's name), and what was
+    /// written before stays. While not validating the object is written as it stands.
     void GetXml(QXmlStreamWriter &writer) const override;
 
-    /// Writes the object as one tagged record in the stream's byte order and version, under the same rules as GetXml().
+    /// Writes the object as one tagged record in the stream's byte order and version, under the same rules as GetXml(),
+    /// but for items without data: they are counted and leave nothing else.
     /// The record is written in one piece when it is complete, so a sequential device will do.
     bool GetBinary(QDataStream &stream, int tag, bool writeTag) const override;
 
@@ -92,7 +103,9 @@ public:
 
     /// Reads the object from the XML element on whose start the reader stands. Nothing is reset first: what the
     /// element does not mention stays, items of lists join those present. Attributes are read before child elements, so
-    /// a child element wins over an attribute of the same name. What nobody knows is passed over.
+    /// a child element wins over an attribute of the same name. What nobody knows is passed over. An empty text for a
+    /// boolean throws InvalidXmlException "Please set a value or a default for the boolean 'X' in 'Y'." (the member's
+    /// and the object's name) while validating, and is false otherwise.
     void ProcessXml(QXmlStreamReader &reader) override;
 
     /// Takes over what is set in `other`, an object of the same class: its members replace those here, items of its
@@ -125,7 +138,8 @@ public:
     /// the validate flag is; empty if there is none. Like Check(), leaves the tree initialized.
     QVector<Problem> GetProblems() const;
 
-    /// Shows each member to `visitor`, in the order in which XML writes them. Changes nothing. A new object shows none.
+    /// Shows each member to `visitor`, in the order in which XML writes them. Changes no value, flag or choice. An
+    /// object that is not initialized shows none.
     void Accept(Visitor &visitor) const;
 
 protected:

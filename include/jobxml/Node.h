@@ -28,7 +28,8 @@ public:
 
     /// \name ValueItem
     /// The values; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
-    /// nothing is written for it, and a component refuses the node.
+    /// nothing is written for it, AppendNode() refuses the node, and the
+    /// XML writer the component that holds it. Snapshots are read by the count alone.
     /// @{
     QVector<ValueItem> &GetValueItem();
     const QVector<ValueItem> &GetValueItem() const;

@@ -6,6 +6,8 @@
 namespace JobXml {
 
 /// One option of a ValueSelection: a name and a number.
+///
+/// Text that is no number reads as 0 and counts as set.
 class JOBXML_EXPORT SelectionItem : public DataObject
 {
 public:

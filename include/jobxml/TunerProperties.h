@@ -11,9 +11,16 @@ namespace JobXml {
 /// The document: one tuner resource of a measurement job.
 ///
 /// **Version.** The document writes its version, "1.1", and compares the version that it reads with its own, as numbers
-/// (no number counts as 0). Older data, and data without a version, resets the object by ResetToDefault() before any
-/// member is read; data of the same or a newer version is read into the object as it stands. What was read last stays
-/// known as GetInitialVersionLoaded().
+/// (no number counts as 0). An older version resets the object by ResetToDefault() as soon as it is read, and so does
+/// an XML document without one; data of the same or a newer version, and a record without a version, is read into the
+/// object as it stands. What was read last stays known as GetInitialVersionLoaded().
+///
+/// **Check()** asks, in this order: StartupModes if set, each BandwidthSelection if set, whether Component is set, each
+/// Component, name (not null if set), type (set, and one of the kinds), baseresource (set, not null),
+/// connectableResources and parentBaseResource (not null if set). HasData() asks for a Component, type and
+/// baseresource.
+///
+/// **Equality** compares the versions, then the members; of a list, both must be set, or neither.
 ///
 /// **Unknown elements.** In XML of an older version an unknown child element is skipped. Under the same or a newer
 /// version it throws InvalidXmlException "Unknown Tag 'x' in 'TunerProperties'." while validating; otherwise its
@@ -110,6 +117,7 @@ public:
 
     /// \name quantity
     /// How many instances of the tuner there are; optional, 1 until set, any number. ResetToDefault() leaves it set.
+    /// Text that is no number reads as 0 and counts as set.
     /// @{
     int Getquantity() const;
     void Setquantity(int value);
@@ -171,7 +179,7 @@ public:
     /// \name MaxFFPDelay
     /// The maximum FFP delay, in the unit that the producer of the document uses; optional, 0 until set, any number. A
     /// child element in XML, written as an unsigned number and read as a signed one: what is beyond 9223372036854775807
-    /// reads as 0. Binary forms carry all 64 bits.
+    /// reads as 0, as does text that is no number, and -1 as 18446744073709551615. Binary forms carry all 64 bits.
     /// @{
     quint64 GetMaxFFPDelay() const;
     void SetMaxFFPDelay(quint64 value);

@@ -37,7 +37,8 @@ public:
     /// \name value
     /// Whether the switch is on; mandatory, false until set. Not written while it is not set. In XML "0" and "false",
     /// in any case, are false and every other text is true; an empty one throws InvalidXmlException while validating
-    /// and is false otherwise.
+    /// and is false otherwise. Snapshots are read as if it were always written, so that a value without it does not
+    /// survive that form.
     /// @{
     bool Getvalue() const;
     void Setvalue(bool value);

@@ -36,7 +36,7 @@ public:
 
     /// \name value
     /// The number; mandatory, 0 until set. XML and tagged records carry two decimals, only a snapshot keeps it exactly.
-    /// Text that is no number reads as 0.
+    /// Text that is no number reads as 0 and counts as set.
     /// @{
     float Getvalue() const;
     void Setvalue(float value);

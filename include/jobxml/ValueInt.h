@@ -36,7 +36,7 @@ public:
 
     /// \name value
     /// The number; mandatory, 0 until set. Binary forms carry it in 64 bits and keep the low 32 when read. Text that is
-    /// no number reads as 0.
+    /// no number reads as 0 and counts as set.
     /// @{
     int Getvalue() const;
     void Setvalue(int value);

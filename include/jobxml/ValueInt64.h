@@ -35,7 +35,7 @@ public:
     /// @}
 
     /// \name value
-    /// The number; mandatory, 0 until set. Text that is no number reads as 0.
+    /// The number; mandatory, 0 until set. Text that is no number reads as 0 and counts as set.
     /// @{
     qint64 Getvalue() const;
     void Setvalue(qint64 value);

@@ -30,7 +30,8 @@ namespace JobXml {
 /// one is chosen. In a snapshot it is a byte of its own; an alternative that is chosen but not set is not written there
 /// although it is read, so such an item does not survive that form.
 ///
-/// Two items are equal if the same alternative is chosen and either not set in the left one, or equal in both.
+/// Two items are equal if neither has chosen, or if the same alternative is chosen and either not set in the left one,
+/// or equal in both. Comparing leaves both initialized, as soon as one of them is. AnyData() asks for a choice alone.
 class JOBXML_EXPORT ValueItem : public DataObject
 {
 public:

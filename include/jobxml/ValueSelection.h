@@ -9,6 +9,8 @@ namespace JobXml {
 /// A named number of a node, chosen from a list of named options.
 ///
 /// The chosen value, its text and its index are kept as they are given: nothing compares them with the options.
+///
+/// Text that is no number reads as 0 and counts as set.
 class JOBXML_EXPORT ValueSelection : public DataObject
 {
 public:
@@ -28,7 +30,7 @@ public:
 
     /// \name SelectionItem
     /// The options; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
-    /// nothing is written for it.
+    /// nothing is written for it. Snapshots hold items only while the list is set.
     /// @{
     QVector<SelectionItem> &GetSelectionItem();
     const QVector<SelectionItem> &GetSelectionItem() const;

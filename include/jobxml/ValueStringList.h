@@ -28,7 +28,7 @@ public:
 
     /// \name StringItem
     /// The texts offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
-    /// validating nothing is written for it.
+    /// validating nothing is written for it. Snapshots hold items only while the list is set.
     /// @{
     QVector<StringItem> &GetStringItem();
     const QVector<StringItem> &GetStringItem() const;

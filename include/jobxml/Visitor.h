@@ -17,7 +17,7 @@ class JOBXML_EXPORT Visitor
 public:
     virtual ~Visitor();
 
-    /// A text, boolean, number, or an enumeration value by its name. `value` is the member's default if it is not set.
+    /// A text, boolean, number, or an enumeration value by its name. `value` is what the member holds, set or not.
     virtual void VisitValue(QLatin1String name, const QVariant &value, bool set) = 0;
 
     /// A list, with its number of items; the items follow by VisitChild() or, if they are enumeration values, by
