@@ -39,7 +39,8 @@ struct Problem
 ///  - `IsXSet()` is the flag; `ResetX()` clears it and puts the default back.
 ///
 /// **References.** A reference that a getter returned holds until the object is next used after it was copied, assigned
-/// or modified: such a use may give the object data of its own.
+/// or modified: such a use may give the object data of its own. A list that was copied from a getter shares its items
+/// with the object until the object is next used, or the list is modified; do so before another thread gets it.
 ///
 /// **Text members** are absent when null; an empty text is a value.
 ///
@@ -103,9 +104,10 @@ public:
 
     /// Reads the object from the XML element on whose start the reader stands. Nothing is reset first: what the
     /// element does not mention stays, items of lists join those present. Attributes are read before child elements, so
-    /// a child element wins over an attribute of the same name. What nobody knows is passed over. An empty text for a
-    /// boolean throws InvalidXmlException "Please set a value or a default for the boolean 'X' in 'Y'." (the member's
-    /// and the object's name) while validating, and is false otherwise.
+    /// a child element wins over an attribute of the same name. What nobody knows is passed over, except in the
+    /// document (see TunerProperties). An empty text for a boolean throws InvalidXmlException "Please set a value or a
+    /// default for the boolean 'X' in 'Y'." (the member's and the object's name) while validating, and is false
+    /// otherwise.
     void ProcessXml(QXmlStreamReader &reader) override;
 
     /// Takes over what is set in `other`, an object of the same class: its members replace those here, items of its

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <utility>
 
 #include <QVector>
 
@@ -66,6 +67,7 @@ class ItemList : public QVector<Item>
 {
 public:
     ItemList() = default;
+    explicit ItemList(const QVector<Item> &items) : QVector<Item>(items) { own(); }
     ItemList(const ItemList &other) : QVector<Item>(other) { own(); }
     ItemList &operator=(const ItemList &) = delete;
     ~ItemList() = default;
@@ -75,8 +77,14 @@ public:
     /// Gives up sharing the items with lists that callers hold.
     void own()
     {
-        if (!this->isEmpty())
-            this->detach();
+        if (this->isEmpty() || this->isDetached())
+            return;
+        // Not by detach(): should an item's copy run out of memory, that would destroy the item half made.
+        QVector<Item> items;
+        items.reserve(this->size());
+        for (const Item &item : std::as_const(*this))
+            items.append(item);
+        this->swap(items);
     }
 };
 

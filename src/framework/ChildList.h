@@ -24,7 +24,18 @@ public:
 
     using Base::reset;
 
-    void set(DataObject &object, const QVector<Item> &items) const { this->modify(object) = items; }
+    // Every way to the items owns them first: two objects never share an item, whatever lists callers passed around.
+    const QVector<Item> &get(const DataObject &object) const { return owned(Member::block(object)); }
+    QVector<Item> &modify(DataObject &object) const
+    {
+        Base::modify(object);
+        return owned(Member::block(object));
+    }
+    void set(DataObject &object, const QVector<Item> &items) const
+    {
+        ItemList<Item> ownItems(items);
+        Base::modify(object).swap(ownItems);
+    }
 
     void append(DataObject &object, const Item &item) const
     {
@@ -42,7 +53,7 @@ public:
         // Comparing may leave items initialized, which must not happen to a list that a caller holds.
         for (Block *block : {left, right}) {
             if (block)
-                list(*block).own();
+                owned(*block);
         }
         if (!this->has(ComparedByRightFlag))
             return Base::equals(left, right);
@@ -59,10 +70,9 @@ public:
 
     void forEachChild(Block &block, const ChildAction &action) const override
     {
-        ItemList<Item> &items = list(block);
-        items.own(); // what happens to an item must not happen to a list that a caller holds
+        const ItemList<Item> &items = owned(block);
         for (int i = 0; i < items.size(); ++i)
-            action(std::as_const(items).at(i), i);
+            action(items.at(i), i);
     }
 
     void checkForWriting(const DataObject &object, const DataObject &child) const override
@@ -135,12 +145,11 @@ public:
 
     void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
     {
-        ItemList<Item> &items = list(block);
+        const ItemList<Item> &items = owned(block);
         stream << qint32(items.size());
         if (!this->isSet(block))
             return;
-        items.own();
-        for (const Item &item : std::as_const(items))
+        for (const Item &item : items)
             Member::writeNestedSnapshot(item, stream);
     }
 
@@ -164,6 +173,12 @@ public:
 private:
     ItemList<Item> &list(Block &block) const { return this->field(block); }
     const ItemList<Item> &list(const Block &block) const { return this->field(block); }
+    ItemList<Item> &owned(Block &block) const
+    {
+        ItemList<Item> &items = list(block);
+        items.own();
+        return items;
+    }
 
     // Item by item even where both lists are one: an item that holds a NaN does not equal itself.
     bool same(const ItemList<Item> &left, const ItemList<Item> &right) const override
@@ -177,7 +192,7 @@ private:
         Block &block = Member::block(object);
         if (object.GetValidate() && !item.HasData())
             Errors::incompleteItem(object, this->name());
-        return list(block);
+        return owned(block);
     }
 
     static Item newItem(const DataObject &object)

@@ -153,7 +153,6 @@ bool DataObject::MergeRGObject(const REPORTGENERATOR::IRGObject &other)
         return false;
     if (source == this || !source->m_block)
         return true;
-    handOver();
     block();
     for (const Member *member : m_info->bitOrder())
         member->merge(*this, *source);

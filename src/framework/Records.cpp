@@ -11,7 +11,16 @@ namespace JobXml {
 
 namespace {
 
-constexpr int wordSize = 4;
+constexpr int wordSize = 4; // the least that an item takes
+
+// An item in memory is many times its least size in a stream; beyond this, lists grow as their items arrive.
+constexpr qint64 mostReserved = 4096;
+
+// By size: a text may hold a NUL.
+QString textOf(const QByteArray &utf8)
+{
+    return QString::fromUtf8(utf8.constData(), utf8.size());
+}
 
 } // namespace
 
@@ -63,8 +72,8 @@ QString RecordReader::readText()
     // The converter drops one byte order mark at the start, which here is part of the text: give it one to drop.
     static constexpr char mark[] = "\xEF\xBB\xBF";
     if (bytes.startsWith(mark))
-        return QString::fromUtf8(mark + bytes);
-    return QString::fromUtf8(bytes.constData(), bytes.size()); // by size: a text may hold a NUL
+        return textOf(mark + bytes);
+    return textOf(bytes);
 }
 
 void RecordReader::skip(qint32 length, quint32 tag)
@@ -76,7 +85,7 @@ void RecordReader::skip(qint32 length, quint32 tag)
 int itemsWithin(const QDataStream &stream, qint32 count)
 {
     const qint64 bytesLeft = stream.device() ? stream.device()->bytesAvailable() : 0;
-    return int(std::clamp(qint64(count), qint64(0), bytesLeft / wordSize)); // an item takes a word at the least
+    return int(std::clamp(qint64(count), qint64(0), std::min(bytesLeft / wordSize, mostReserved)));
 }
 
 } // namespace JobXml

@@ -90,12 +90,14 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
 
 void IRGObject::GetBinaryRepresentation(QDataStream &stream) const
 {
+    m_errorString = QString();
     const QByteArray plain = composePlain(*this, m_classIdentifier, Framing::Settings::of(stream));
     stream.writeRawData(plain.constData(), plain.size());
 }
 
 QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
 {
+    m_errorString = QString();
     return composePlain(*this, m_classIdentifier, Framing::OwnSettings);
 }
 

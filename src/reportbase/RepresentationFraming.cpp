@@ -139,6 +139,8 @@ QByteArray compressed(const QByteArray &plain, const Settings &settings, int lev
     if (plain.size() > LargestExpansion)
         throw Refusal{FailureTexts::tooLargeToCompress(plain.size(), LargestExpansion)};
     const QByteArray payload = qCompress(plain, level);
+    if (payload.isEmpty())
+        throw std::bad_alloc(); // the only reason, of which Qt does not tell
     QByteArray head;
     QDataStream stream(&head, QIODevice::WriteOnly);
     settings.applyTo(stream);

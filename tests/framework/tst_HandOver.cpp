@@ -52,7 +52,8 @@ private Q_SLOTS:
     void aFailedReadDoesNotKeepLaterOnesFromHandingDown();
     void alternativesThatWereNeverUsedFollowTheirItem();
     void aResetChildKeepsFlagAndLogger();
-    void mergingHandsDown();
+    void mergingHandsNothingDown();
+    void theFlagOfACopyGoesDownItsWholeTree();
 };
 
 void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
@@ -250,14 +251,22 @@ void HandOverTest::aResetChildKeepsFlagAndLogger()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-void HandOverTest::mergingHandsDown()
+void HandOverTest::mergingHandsNothingDown()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
     TunerProperties other;
     other.Setname(QStringLiteral("x"));
     QVERIFY(document.MergeRGObject(other));
-    QCOMPARE(following(document, false, nullptr), 10);
+    QCOMPARE(following(document, false, nullptr), 1);
+}
+
+void HandOverTest::theFlagOfACopyGoesDownItsWholeTree()
+{
+    TunerProperties document = aDocument();
+    document.REPORTGENERATOR::IRGObject::SetValidate(false); // the root alone
+    const TunerProperties copy(document);
+    QCOMPARE(following(copy, false, nullptr), 10);
 }
 
 QTEST_GUILESS_MAIN(HandOverTest)

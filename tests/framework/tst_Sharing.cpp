@@ -20,6 +20,7 @@ private Q_SLOTS:
     void flagsOfSharedTreesAreApart();
     void listsThatACallerHoldsDoNotFollowTheObject();
     void listsGivenToAnObjectDoNotFollowIt();
+    void twoObjectsNeverShareAnItem();
     void equalTreesWithANaNInsideDifferEvenWhenShared();
     void constGettersDoNotMark();
     void nonConstGettersMark();
@@ -88,6 +89,25 @@ void SharingTest::listsGivenToAnObjectDoNotFollowIt()
     document.SetValidate(false);
     QVERIFY(!std::as_const(document).GetComponent().at(0).GetValidate());
     QVERIFY(given.at(0).GetValidate());
+}
+
+void SharingTest::twoObjectsNeverShareAnItem()
+{
+    TunerProperties first;
+    TunerProperties second;
+    const QVector<Component> list{aComponent()};
+    first.SetComponent(list);
+    second.SetComponent(list);
+    QVERIFY(std::as_const(first).GetComponent().constData() != list.constData());
+    QVERIFY(std::as_const(first).GetComponent().constData() != std::as_const(second).GetComponent().constData());
+
+    second.SetComponent(std::as_const(first).GetComponent());
+    QVERIFY(std::as_const(first).GetComponent().constData() != std::as_const(second).GetComponent().constData());
+
+    second.GetComponent() = std::as_const(first).GetComponent();
+    QVERIFY(std::as_const(first).GetComponent().constData() != std::as_const(second).GetComponent().constData());
+    first.SetComponent(std::as_const(first).GetComponent());
+    QVERIFY(std::as_const(first).GetComponent().at(0) == aComponent());
 }
 
 void SharingTest::equalTreesWithANaNInsideDifferEvenWhenShared()

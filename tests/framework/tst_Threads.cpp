@@ -104,6 +104,16 @@ private Q_SLOTS:
         }
     }
 
+    void documentsThatWereGivenOneListAreUsedAtOnce()
+    {
+        const QVector<Component> list{aComponent()};
+        TunerProperties first = aDocument();
+        TunerProperties second = aDocument();
+        first.SetComponent(list);
+        second.SetComponent(std::as_const(first).GetComponent());
+        QVERIFY(useTwoAtOnce(first, second));
+    }
+
     void sharedDocumentsAreComparedAtOnce()
     {
         const TunerProperties source = aDocument();

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <functional>
+
 #include <QtTest>
 
 #include "Note.h"
@@ -43,6 +45,10 @@ private Q_SLOTS:
     void aStreamThatCannotBeReadIsRefused();
     void filesThatCannotBeRead();
     void aReadErrorIsNotTakenForShortData();
+    void theErrorStringIsOfTheLastBinaryOperationAlone_data();
+    void theErrorStringIsOfTheLastBinaryOperationAlone();
+    void aStreamThatEndsEarlySaysSo_data();
+    void aStreamThatEndsEarlySaysSo();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -310,6 +316,71 @@ void IRGObjectBinaryRefusalsTest::aReadErrorIsNotTakenForShortData()
     Note note;
     QVERIFY(!note.LoadBinary(&memory));
     QCOMPARE(note.GetErrorString(), QStringLiteral("/proc/self/mem: cannot read: Input/output error"));
+}
+
+using Operation = std::function<void(Note &, const QString &)>;
+Q_DECLARE_METATYPE(Operation)
+
+void IRGObjectBinaryRefusalsTest::theErrorStringIsOfTheLastBinaryOperationAlone_data()
+{
+    QTest::addColumn<Operation>("succeed");
+    QTest::newRow("SetBinaryRepresentation(QByteArray &)") << Operation([](Note &note, const QString &) {
+        QByteArray representation = hi;
+        QVERIFY(note.SetBinaryRepresentation(representation));
+    });
+    QTest::newRow("SetBinaryRepresentation(QDataStream &)") << Operation([](Note &note, const QString &) {
+        QDataStream stream(hi);
+        QVERIFY(note.SetBinaryRepresentation(stream));
+    });
+    QTest::newRow("LoadBinary") << Operation([](Note &note, const QString &path) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.write(hi) == hi.size() && file.seek(0));
+        QVERIFY(note.LoadBinary(&file));
+    });
+    QTest::newRow("GetBinaryRepresentation") << Operation([](Note &note, const QString &) {
+        QByteArray written;
+        QDataStream stream(&written, QIODevice::WriteOnly);
+        note.GetBinaryRepresentation(stream);
+        QVERIFY(!written.isEmpty());
+    });
+    QTest::newRow("GetBinaryRepresentationAsQByteArray") << Operation(
+        [](Note &note, const QString &) { QVERIFY(!note.GetBinaryRepresentationAsQByteArray().isEmpty()); });
+    QTest::newRow("GetCompressedBinaryRepresentationAsQByteArray") << Operation(
+        [](Note &note, const QString &) { QVERIFY(!note.GetCompressedBinaryRepresentationAsQByteArray(9).isEmpty()); });
+    QTest::newRow("SaveBinary") << Operation([](Note &note, const QString &path) { QVERIFY(note.SaveBinary(path)); });
+    QTest::newRow("SaveCompressedBinary")
+        << Operation([](Note &note, const QString &path) { QVERIFY(note.SaveCompressedBinary(path, 9)); });
+}
+
+void IRGObjectBinaryRefusalsTest::theErrorStringIsOfTheLastBinaryOperationAlone()
+{
+    QFETCH(Operation, succeed);
+    Note note;
+    QByteArray representation = hi;
+    QVERIFY(note.SetBinaryRepresentation(representation));
+    representation.chop(1);
+    QVERIFY(!note.SetBinaryRepresentation(representation));
+    QVERIFY(!note.GetErrorString().isNull());
+    succeed(note, path("file"));
+    QVERIFY(note.GetErrorString().isNull());
+}
+
+void IRGObjectBinaryRefusalsTest::aStreamThatEndsEarlySaysSo_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("in the head") << hi.left(7);
+    QTest::newRow("in the members") << hi.left(9);
+}
+
+void IRGObjectBinaryRefusalsTest::aStreamThatEndsEarlySaysSo()
+{
+    QFETCH(QByteArray, content);
+    QFile pipe;
+    QVERIFY(openOnPipe(pipe, content));
+    QDataStream stream(&pipe);
+    Note note;
+    QVERIFY(!note.SetBinaryRepresentation(stream));
+    QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
 }
 
 QTEST_GUILESS_MAIN(IRGObjectBinaryRefusalsTest)

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include <reportbase/IRGObject.h>
+
+void rename(REPORTGENERATOR::IRGObject &object)
+{
+    object.SetObjectName(QString());
+}

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "Rules.h"
+
+using namespace JobXml;
+
+namespace {
+
+/// One text member of one class, in each encoding.
+struct TextMember
+{
+    QString name;
+    quint32 tag;
+    std::function<QString(const QString &text)> throughXml;
+    std::function<QString(const QString &text)> throughRecord;
+    std::function<QString(const QString &text)> throughSnapshot;
+    std::function<QString(const QByteArray &record)> fromRecord; ///< read while validating; null if it is not set
+};
+
+template <class Object, class Getter>
+TextMember textMember(quint32 tag, const char *name, const Accessors<Object, QString, Getter> &member)
+{
+    const auto with = [=](const QString &text) {
+        auto object = withoutValidation<Object>(); // the other members are not set
+        (object.*member.set)(text);
+        return object;
+    };
+    return {Object::GetStaticObjectName() + QLatin1Char('.') + QLatin1String(name),
+            tag,
+            [=](const QString &text) {
+                Object read;
+                readXml(read, xmlOf(with(text)));
+                return (read.*member.get)();
+            },
+            [=](const QString &text) {
+                Object read;
+                readRecord(read, recordOf(with(text)));
+                return (read.*member.get)();
+            },
+            [=](const QString &text) {
+                Object read;
+                readSnapshot(read, snapshotOf(with(text)) + '\0'); // a byte for the switch, which always reads one
+                return (read.*member.get)();
+            },
+            [=](const QByteArray &record) {
+                Object read;
+                readRecord(read, record);
+                return (read.*member.isSet)() ? (read.*member.get)() : QString();
+            }};
+}
+
+const QVector<TextMember> &textMembers()
+{
+    constexpr quint32 id = 0x2B262DC9;
+    constexpr quint32 value = 0xCEFF51BA;
+    static const QVector<TextMember> all = {
+        textMember(id, "id", ACCESSORS(ValueBoolean, id)),
+        textMember(id, "id", ACCESSORS(ValueFloat, id)),
+        textMember(id, "id", ACCESSORS(ValueInt, id)),
+        textMember(id, "id", ACCESSORS(ValueInt64, id)),
+        textMember(id, "id", ACCESSORS(ValueString, id)),
+        textMember(value, "value", ACCESSORS(ValueString, value)),
+        textMember(id, "id", ACCESSORS(ValueNumericFloat, id)),
+        textMember(id, "id", ACCESSORS(ValueNumericInt, id)),
+        textMember(id, "id", ACCESSORS(ValueNumericInt64, id)),
+        textMember(value, "value", ACCESSORS(StringItem, value)),
+        textMember(id, "id", ACCESSORS(ValueStringList, id)),
+        textMember(value, "value", ACCESSORS(ValueStringList, value)),
+        textMember(0xCB4CF645, "name", ACCESSORS(SelectionItem, name)),
+        textMember(id, "id", ACCESSORS(ValueSelection, id)),
+        textMember(0xA323E10D, "text", ACCESSORS(ValueSelection, text)),
+    };
+    return all;
+}
+
+} // namespace
+
+/// Texts come back as they were written, whatever is in them.
+class TextMembersTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void oddTextsHaveTheseBytes_data();
+    void oddTextsHaveTheseBytes();
+    void oddTextsSurviveInEveryMember_data() { oddTextsHaveTheseBytes_data(); }
+    void oddTextsSurviveInEveryMember();
+    void whatXmlMustEscapeSurvivesInEveryMember();
+    void aNullTextInARecordComesBackEmptyAndNotNullInEveryMember();
+    void aNullTextInASnapshotStaysNullInEveryMember();
+    void longTextsSurvive();
+};
+
+void TextMembersTest::oddTextsHaveTheseBytes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("utf8");
+    QTest::addColumn<QByteArray>("utf16");
+    QTest::addColumn<bool>("inXml");
+
+    const auto row = [](const char *name, const QString &text, const char *utf8, const char *utf16, bool inXml = true) {
+        QTest::newRow(name) << text << bytes(utf8) << bytes(utf16) << inXml;
+    };
+    row("empty", QStringLiteral(""), "", "");
+    row("NUL in the middle", QString(QStringLiteral("a") + QChar(0) + QLatin1Char('b')), "61 00 62",
+        "00 61 00 00 00 62", false);
+    row("NUL at the start", QString(QChar(0) + QStringLiteral("a")), "00 61", "00 00 00 61", false);
+    row("NUL at the end", QString(QStringLiteral("a") + QChar(0)), "61 00", "00 61 00 00", false);
+    row("NUL alone", QString(QChar(0)), "00", "00 00", false);
+    row("byte order mark at the start", QStringLiteral("\uFEFFa"), "EF BB BF 61", "FE FF 00 61");
+    row("byte order mark at the end", QStringLiteral("a\uFEFF"), "61 EF BB BF", "00 61 FE FF");
+    row("byte order mark alone", QStringLiteral("\uFEFF"), "EF BB BF", "FE FF");
+    row("two byte order marks", QStringLiteral("\uFEFF\uFEFFa"), "EF BB BF EF BB BF 61", "FE FF FE FF 00 61");
+    row("swapped byte order mark", QStringLiteral("\uFFFEa"), "EF BF BE 61", "FF FE 00 61", false);
+    row("two bytes", QStringLiteral("\u00E4"), "C3 A4", "00 E4");
+    row("three bytes", QStringLiteral("\u20AC"), "E2 82 AC", "20 AC");
+    row("four bytes", QStringLiteral("\U0001F4E1x"), "F0 9F 93 A1 78", "D8 3D DC E1 00 78");
+    row("the last one", QStringLiteral("\U0010FFFD"), "F4 8F BF BD", "DB FF DF FD");
+    row("combined", QStringLiteral("a\u0308"), "61 CC 88", "00 61 03 08"); // stays apart
+    row("replacement", QStringLiteral("\uFFFD"), "EF BF BD", "FF FD");
+}
+
+void TextMembersTest::oddTextsHaveTheseBytes()
+{
+    QFETCH(QString, text);
+    QFETCH(QByteArray, utf8);
+    QFETCH(QByteArray, utf16);
+    StringItem item;
+    item.Setvalue(text);
+    const QByteArray record = recordWithText(0xCEFF51BA, utf8);
+    QByteArray size;
+    QDataStream(&size, QIODevice::WriteOnly) << qint32(utf16.size());
+    const QByteArray snapshot = '\1' + size + utf16;
+    hasRecord(item, record.toHex().constData());
+    hasSnapshot(item, snapshot.toHex().constData());
+    StringItem fromRecord;
+    readRecord(fromRecord, record);
+    StringItem fromSnapshot;
+    readSnapshot(fromSnapshot, snapshot);
+    for (const StringItem *read : {&fromRecord, &fromSnapshot}) {
+        QCOMPARE(read->Getvalue(), text);
+        QCOMPARE(read->Getvalue().size(), text.size());
+        QVERIFY(!read->Getvalue().isNull());
+    }
+}
+
+void TextMembersTest::oddTextsSurviveInEveryMember()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, inXml);
+    for (const TextMember &member : textMembers()) {
+        QVERIFY2(member.throughRecord(text) == text, qPrintable(member.name));
+        QVERIFY2(!member.throughRecord(text).isNull(), qPrintable(member.name));
+        QVERIFY2(member.throughSnapshot(text) == text, qPrintable(member.name));
+        QVERIFY2(!inXml || member.throughXml(text) == text, qPrintable(member.name));
+    }
+}
+
+void TextMembersTest::whatXmlMustEscapeSurvivesInEveryMember()
+{
+    for (const QString &text : {QStringLiteral("<a b=\"c\">&amp;'</a>"), QStringLiteral(" \t\n x \r"),
+                                QStringLiteral("]]>"), QStringLiteral("%1 %2 %L1"), QStringLiteral("  ")}) {
+        for (const TextMember &member : textMembers())
+            QVERIFY2(member.throughXml(text) == text, qPrintable(member.name));
+    }
+}
+
+void TextMembersTest::aNullTextInARecordComesBackEmptyAndNotNullInEveryMember()
+{
+    for (const TextMember &member : textMembers()) {
+        for (const QByteArray &utf8 : {QByteArray(), QByteArray("")}) {
+            const QString read = member.fromRecord(recordWithText(member.tag, utf8));
+            QVERIFY2(read.isEmpty(), qPrintable(member.name));
+            QVERIFY2(!read.isNull(), qPrintable(member.name));
+        }
+        QVERIFY2(member.throughRecord(QString()).isEmpty(), qPrintable(member.name));
+        QVERIFY2(!member.throughRecord(QString()).isNull(), qPrintable(member.name));
+    }
+    QCOMPARE(hex(recordWithText(0xCEFF51BA, QByteArray())), hex("00 00 00 0C CE FF 51 BA 00 00 00 04 FF FF FF FF"));
+    QCOMPARE(hex(recordWithText(0xCEFF51BA, QByteArray(""))), hex("00 00 00 0C CE FF 51 BA 00 00 00 04 00 00 00 00"));
+}
+
+void TextMembersTest::aNullTextInASnapshotStaysNullInEveryMember()
+{
+    for (const TextMember &member : textMembers())
+        QVERIFY2(member.throughSnapshot(QString()).isNull(), qPrintable(member.name));
+}
+
+void TextMembersTest::longTextsSurvive()
+{
+    const QString text = QStringLiteral("\U0001F4E1\u00E4z").repeated(50000);
+    for (const TextMember &member : textMembers()) {
+        QVERIFY2(member.throughRecord(text) == text, qPrintable(member.name));
+        QVERIFY2(member.throughSnapshot(text) == text, qPrintable(member.name));
+        QVERIFY2(member.throughXml(text) == text, qPrintable(member.name));
+    }
+}
+
+QTEST_GUILESS_MAIN(TextMembersTest)
+#include "tst_TextMembers.moc"
