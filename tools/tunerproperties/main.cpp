@@ -155,11 +155,11 @@ QString fill(Request &request, const Command &command, const QCommandLineParser 
             ? QString()
             : QStringLiteral("'%1' is no form; the forms are %2").arg(name, Forms::names());
     };
-    const QString wrongFrom = formOf(options.from, request.from);
+    QString wrongFrom = formOf(options.from, request.from);
     if (!wrongFrom.isNull() || !command.writes)
         return wrongFrom;
 
-    const QString wrongTo = formOf(options.to, request.to);
+    QString wrongTo = formOf(options.to, request.to);
     if (!wrongTo.isNull())
         return wrongTo;
     request.validate = !parser.isSet(options.noValidate);
