@@ -11,20 +11,17 @@
 // --- README begins ---
 #include <jobxml/TunerProperties.h>
 
-// Returns what is wrong with a file, or null. What is wrong with the content of a document is thrown.
 QString addOneMore(const QString &from, const QString &to)
 {
     JobXml::TunerProperties tuner;
-    if (!tuner.LoadXml(from)) // validates what it reads
+    if (!tuner.LoadXml(from)) // validates what it reads; what is wrong with the content is thrown
         return tuner.GetErrorString(); // where and why: "receiver.xml:12:7: ..."
     tuner.Check(); // throws for the first thing that is missing: "TunerProperties: Please set type properly."
 
     tuner.Setquantity(tuner.Getquantity() + 1);
-    for (JobXml::Component &component : tuner.GetComponent()) {
+    for (JobXml::Component &component : tuner.GetComponent())
         if (component.Gettype() == QLatin1String("Preselector"))
             component.Setoptional(true);
-    }
-
     return tuner.SaveXml(to) ? QString() : tuner.GetErrorString(); // the whole new file, or the old one as it was
 }
 // --- README ends ---

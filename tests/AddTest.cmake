@@ -6,9 +6,7 @@ function(tp_add_test name)
     tp_target_defaults(${name})
     set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    target_compile_definitions(${name} PRIVATE
-        TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
-        EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
+    target_compile_definitions(${name} PRIVATE EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt5::Test)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 120

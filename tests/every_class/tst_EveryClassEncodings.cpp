@@ -109,6 +109,8 @@ private Q_SLOTS:
         QByteArray leadingWord;
         QDataStream(&leadingWord, QIODevice::WriteOnly) << quint32(type().id());
         QCOMPARE(hex(plain.left(4)), hex(leadingWord));
+        QCOMPARE(hex(compressed.left(4)), QStringLiteral("52 47 5A 31")); // no class's identifier
+        QVERIFY(compressed.left(4) != leadingWord);
         for (QByteArray *representation : {&plain, &compressed}) {
             const auto read = type().make();
             QVERIFY2(read->SetBinaryRepresentation(*representation), qPrintable(read->GetErrorString()));

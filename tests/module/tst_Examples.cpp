@@ -3,10 +3,50 @@
 #include <QtTest>
 
 #include <jobxml/TunerProperties.h>
+#include <jobxml/Visitor.h>
 
 #include "Encodings.h"
 
 using namespace JobXml;
+
+namespace {
+
+/// Collects "Class.member" for every member that is set and "Mode x" for every mode.
+class UsedMembers : public Visitor
+{
+public:
+    void addFrom(const DataObject &object)
+    {
+        const QString outer = std::exchange(m_class, object.GetObjectName());
+        object.Accept(*this);
+        m_class = outer;
+    }
+
+    void VisitValue(QLatin1String name, const QVariant &value, bool set) override
+    {
+        if (set)
+            used.insert(m_class + QLatin1Char('.') + name);
+        if (name == QLatin1String("StartupMode"))
+            used.insert(QStringLiteral("Mode ") + value.toString());
+    }
+    void VisitList(QLatin1String name, int size, bool) override
+    {
+        if (size > 0)
+            used.insert(m_class + QLatin1Char('.') + name);
+    }
+    void VisitChild(QLatin1String name, const DataObject &child, int) override
+    {
+        used.insert(m_class + QLatin1Char('.') + name);
+        addFrom(child);
+    }
+
+    QSet<QString> used;
+
+private:
+    QString m_class;
+};
+
+} // namespace
 
 /// The documents in examples/ survive every encoding, validating or not.
 class ExamplesTest : public QObject
@@ -79,6 +119,53 @@ private Q_SLOTS:
             found.insert(int(document.Gettype()));
         }
         QCOMPARE(found, (QSet<int>{0, 1, 2, 3, 4}));
+    }
+
+    void togetherTheExamplesUseEveryMemberEveryKindAndEveryMode()
+    {
+        const QMap<QString, QString> members{
+            {QStringLiteral("TunerProperties"),
+             QStringLiteral(
+                 "StartupModes BandwidthSelection MaxFFPDelay HRPANSupported Component name type baseresource "
+                 "connectableResources quantity parentBaseResource hwProcessing")},
+            {QStringLiteral("StartupModes"), QStringLiteral("StartupMode")},
+            {QStringLiteral("BandwidthSelection"), QStringLiteral("Name MaxBandwidth")},
+            {QStringLiteral("Component"), QStringLiteral("Node type name displayName optional")},
+            {QStringLiteral("Node"), QStringLiteral("ValueItem id")},
+            {QStringLiteral("ValueItem"),
+             QStringLiteral("ValueBoolean ValueFloat ValueInt ValueInt64 ValueNumericFloat ValueNumericInt "
+                            "ValueNumericInt64 ValueSelection ValueString ValueStringList")},
+            {QStringLiteral("ValueBoolean"), QStringLiteral("id value")},
+            {QStringLiteral("ValueFloat"), QStringLiteral("id value")},
+            {QStringLiteral("ValueInt"), QStringLiteral("id value")},
+            {QStringLiteral("ValueInt64"), QStringLiteral("id value")},
+            {QStringLiteral("ValueNumericFloat"), QStringLiteral("id value min max step")},
+            {QStringLiteral("ValueNumericInt"), QStringLiteral("id value min max step")},
+            {QStringLiteral("ValueNumericInt64"), QStringLiteral("id value min max step")},
+            {QStringLiteral("ValueSelection"), QStringLiteral("SelectionItem id value text index")},
+            {QStringLiteral("SelectionItem"), QStringLiteral("name value")},
+            {QStringLiteral("ValueString"), QStringLiteral("id value")},
+            {QStringLiteral("ValueStringList"), QStringLiteral("StringItem id value")},
+            {QStringLiteral("StringItem"), QStringLiteral("value")},
+        };
+        QSet<QString> expected;
+        for (auto it = members.begin(); it != members.end(); ++it) {
+            const QStringList names = it.value().split(QLatin1Char(' '));
+            for (const QString &name : names)
+                expected.insert(it.key() + QLatin1Char('.') + name);
+        }
+        for (const char *mode :
+             {"Scan", "FastScan", "MScan", "FFM", "WFFM", "Step", "DF", "MSearch", "Polar", "Search", "Stop"})
+            expected.insert(QStringLiteral("Mode ") + QLatin1String(mode));
+
+        UsedMembers inUse;
+        const QDir examples(QStringLiteral(EXAMPLES_DIR));
+        for (const QString &name : examples.entryList({QStringLiteral("*.xml")})) {
+            TunerProperties document;
+            QVERIFY(document.LoadXml(examples.filePath(name)));
+            inUse.addFrom(document);
+        }
+        QCOMPARE(inUse.used, expected);
     }
 
 private:

@@ -173,7 +173,7 @@ private:
     void readChild(const QString &parent, const Class &parentClass, const Attributes &context)
     {
         const QString name = m_reader.name().toString();
-        if (parentClass.contained.contains(name)) {
+        if (parentClass.contained.contains(name) && m_classes.contains(name)) {
             readObject(name);
             return;
         }
