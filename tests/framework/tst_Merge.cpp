@@ -65,6 +65,20 @@ private Q_SLOTS:
         QVERIFY(std::as_const(target).GetValueItem().isEmpty());
     }
 
+    void anEmptyListOfModesThatIsSetMarksTheListOnly()
+    {
+        StartupModes target;
+        QVERIFY(target.MergeRGObject(StartupModes()));
+        StartupModes other;
+        other.ResetToDefault();
+        QVERIFY(target.MergeRGObject(other));
+        QVERIFY(!target.IsStartupModeSet());
+        other.SetStartupMode({});
+        QVERIFY(target.MergeRGObject(other));
+        QVERIFY(target.IsStartupModeSet());
+        QVERIFY(std::as_const(target).GetStartupMode().isEmpty());
+    }
+
     void childObjectsMerge()
     {
         TunerProperties target = aDocument();
