@@ -217,7 +217,7 @@ private:
 
     void reserve(DataObject &object, int further) const
     {
-        ItemList<Item> &items = list(Member::block(object));
+        ItemList<Item> &items = owned(Member::block(object));
         if (further > items.size()) // otherwise growing by itself is as good, and linear over many small records
             items.reserve(items.size() + further);
     }

@@ -145,9 +145,9 @@ public:
 
     void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
     {
+        // The item's check does not go into the alternative, so it is checked now; likewise in writeRecord().
         if (writesChildren(block))
-            Member::writeNestedXml(alternative(block), writer,
-                                   false); // the item's check does not go into the alternative
+            Member::writeNestedXml(alternative(block), writer, false);
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
