@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include <jobxml/DataObject.h>
+
+namespace Fuzz {
+
+/// What a target does with an object of whatever class the input has chosen.
+struct Class
+{
+    using Pointer = std::unique_ptr<JobXml::DataObject>;
+
+    Pointer (*make)();
+    Pointer (*copy)(const JobXml::DataObject &object);
+    void (*assign)(JobXml::DataObject &to, const JobXml::DataObject &from);
+    bool (*equal)(const JobXml::DataObject &left, const JobXml::DataObject &right);
+};
+
+constexpr int NumberOfClasses = 18;
+
+/// The class with this number, modulo their number; the document root is number 0.
+const Class &classNumber(int number);
+
+} // namespace Fuzz

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+
+#include <reportbase/ReportException.h>
+
+#include "Classes.h"
+
+/// What the targets share. The first byte of an input says how the rest of it is read: its low seven bits choose the
+/// class, its high bit switches validation off.
+namespace Fuzz {
+
+struct Input
+{
+    Input(const quint8 *data, std::size_t size);
+
+    /// An object of the chosen class, with the chosen validate flag.
+    Class::Pointer object() const;
+
+    const Class *type = nullptr;
+    bool validate = true;
+    QByteArray bytes; ///< what stands behind the first byte
+};
+
+/// Ends the program, and with it the run, unless `holds`: what a target asserts beyond what the sanitizers see.
+void require(bool holds, const char *what);
+
+/// Calls the function and returns whether it came back. The exceptions that the library documents are a refusal, and
+/// are expected; any other is a finding.
+template <class Function>
+bool comesBack(Function &&function)
+{
+    try {
+        function();
+        return true;
+    } catch (const ReportException &) {
+        return false;
+    }
+}
+
+/// The memory that hostile data may cost their reader: 64 MiB and 200 bytes for each of theirs.
+constexpr qint64 memoryFor(qint64 inputSize)
+{
+    return (qint64(64) << 20) + 200 * inputSize;
+}
+
+/// Calls the function and returns the most memory that was in use meanwhile, beyond what was in use before.
+template <class Function>
+qint64 heapPeakOf(Function &&function);
+
+/// Uses an object, in whatever state reading has left it, in every way there is: asks, checks, writes, copies, resets.
+void useAfterReading(const Class &type, JobXml::DataObject &object);
+
+namespace HeapPeak {
+void start();
+qint64 stop();
+} // namespace HeapPeak
+
+template <class Function>
+qint64 heapPeakOf(Function &&function)
+{
+    HeapPeak::start();
+    function(); // lets nothing out: see comesBack()
+    return HeapPeak::stop();
+}
+
+} // namespace Fuzz

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Mutators for libFuzzer that know the shape of records, and so get past their framing: they change tags, lengths,
+/// counts and payloads as units and put the lengths around them right, or now and then wrong on purpose.
+namespace Fuzz {
+
+/// What stands in front of the length and the members of a record.
+enum class Framing : std::size_t {
+    ClassByte = 1,
+    ClassByteAndLeadingWord = 5,
+    ClassByteEncodingByteAndLeadingWord = 6,
+};
+
+struct View
+{
+    const std::uint8_t *data;
+    std::size_t size;
+};
+
+/// libFuzzer's own mutations, of bytes.
+std::size_t mutatePlainly(std::uint8_t *data, std::size_t size, std::size_t maxSize, unsigned seed);
+
+std::size_t mutateRecord(std::uint8_t *data, std::size_t size, std::size_t maxSize, unsigned seed, Framing framing);
+
+/// Puts a part of the second record into the first.
+std::size_t crossRecords(View first, View second, std::uint8_t *out, std::size_t maxSize, unsigned seed,
+                         Framing framing);
+
+/// Mutates what a compressed representation holds, and compresses it again.
+std::size_t mutateCompressed(std::uint8_t *data, std::size_t size, std::size_t maxSize, unsigned seed);
+
+} // namespace Fuzz

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Fuzz {
+
+/// A record taken apart into what a mutator may change: tags, lengths, counts and payloads. What the bytes mean is
+/// guessed from their shape alone (lengths that fit exactly), so that the tree knows of no class.
+struct RecordNode
+{
+    enum class Shape {
+        Payload, ///< bytes
+        Members, ///< member records, each with a tag and a length
+        Items, ///< a count, and items with a length each
+    };
+
+    std::uint32_t tag = 0; ///< meaningless in an item
+    Shape shape = Shape::Payload;
+    std::string payload;
+    std::vector<RecordNode> children;
+    std::uint32_t lengthLie = 0; ///< added to the true length when the node is written
+    std::uint32_t countLie = 0; ///< added to the true count
+};
+
+/// What stands behind a length word: `members` if it is known that these are member records.
+RecordNode parseRecord(const std::string &bytes, bool members);
+
+/// The bytes of the node, without tag and length.
+std::string writeRecord(const RecordNode &node);
+
+std::uint32_t wordAt(const std::string &bytes, std::size_t position);
+void appendWord(std::string &bytes, std::uint32_t word);
+
+} // namespace Fuzz
