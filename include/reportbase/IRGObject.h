@@ -87,7 +87,9 @@ public:
     ///
     /// Nothing is reset first. Returns true if the root element is this object's and the document is well formed to
     /// its end, else false with GetErrorString(). Exceptions of the model pass through, unless the document itself is
-    /// broken at that point: then that is the error, and false is returned.
+    /// broken at that point: then that is the error, and false is returned. Two things are refused because a reader
+    /// could be kept busy for hours, or be filled up, by a small document: an element with more than 1,024 attributes,
+    /// and a document type that declares entities or attributes of its own.
     virtual bool SetXmlString(const QString &xml, bool validate);
 
     /// Reads the object from a binary representation, plain or compressed, big-endian as

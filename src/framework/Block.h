@@ -74,10 +74,10 @@ public:
 
     using QVector<Item>::operator=;
 
-    /// Gives up sharing the items with lists that callers hold.
+    /// Gives up sharing with lists that callers hold: the items, and the room that an emptied list keeps.
     void own()
     {
-        if (this->isEmpty() || this->isDetached())
+        if (this->isDetached() || this->capacity() == 0)
             return;
         // Not by detach(): should an item's copy run out of memory, that would destroy the item half made.
         QVector<Item> items;

@@ -97,6 +97,17 @@ QString wrongRoot(const QString &found, const QString &expected)
         + QStringLiteral("'");
 }
 
+QString tooManyAttributes(int limit)
+{
+    return QStringLiteral("an element has more than %1 attributes").arg(limit);
+}
+
+QString ownDeclarations()
+{
+    return QStringLiteral("the document type declares entities or attributes of its own, "
+                          "by which a small document may become a large one");
+}
+
 QString unusableStream()
 {
     return QStringLiteral("the stream has no device that can be read, or is in error");

@@ -45,6 +45,8 @@ QString wrongRoot(const QString &found, const QString &expected);
 
 /// \name Reading a binary representation
 /// @{
+QString tooManyAttributes(int limit);
+QString ownDeclarations();
 QString unusableStream();
 QString headCutOff(qint64 available);
 QString wrongLeadingWord(quint32 found, quint32 expected, const QString &objectName);

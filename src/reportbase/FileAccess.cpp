@@ -2,8 +2,6 @@
 #include "FileAccess.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include "FailureTexts.h"
 
@@ -43,22 +41,6 @@ QString FileForReading::name() const
 {
     const QString fileName = m_file->fileName();
     return fileName.isEmpty() ? FailureTexts::unnamedFile() : fileName;
-}
-
-QString saveAtomically(const QString &path, const QByteArray &content)
-{
-    if (path.isEmpty())
-        return FailureTexts::noFileName();
-
-    // QSaveFile renames its temporary file over whatever stands at the path: a pipe or a device would be gone.
-    const QFileInfo old(path);
-    if (old.exists() && !old.isFile() && !old.isDir())
-        return FailureTexts::at(path, FailureTexts::cannotWrite(FailureTexts::notAFile()));
-
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        return FailureTexts::at(path, FailureTexts::cannotWrite(file.errorString()));
-    return QString();
 }
 
 } // namespace REPORTGENERATOR

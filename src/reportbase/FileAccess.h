@@ -3,7 +3,6 @@
 
 #include <QString>
 
-class QByteArray;
 class QFile;
 
 namespace REPORTGENERATOR {
@@ -31,8 +30,5 @@ private:
     bool m_opened = false;
     QString m_openFailure;
 };
-
-/// Puts a file in place whole, or leaves the old one as it was and returns why.
-QString saveAtomically(const QString &path, const QByteArray &content);
 
 } // namespace REPORTGENERATOR

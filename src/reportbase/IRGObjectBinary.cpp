@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <reportbase/IRGObject.h>
 
-#include <QBuffer>
 #include <QDataStream>
 #include <QFile>
 
@@ -18,12 +17,9 @@ namespace {
 /// The plain representation; empty if the object writes nothing.
 QByteArray composePlain(const IRGObject &object, qint64 classIdentifier, const Framing::Settings &settings)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    QDataStream stream(&buffer);
-    settings.applyTo(stream);
-    object.GetBinary(stream, int(quint32(classIdentifier)), true);
-    return buffer.data();
+    Framing::MemoryStream memory(settings);
+    object.GetBinary(memory.stream(), int(quint32(classIdentifier)), true);
+    return memory.bytes();
 }
 
 /// The compressed representation; empty if the object writes nothing. Throws a Refusal if it is too large.
@@ -39,9 +35,8 @@ QByteArray composeCompressed(const IRGObject &object, qint64 classIdentifier, co
 bool IRGObject::SetBinaryRepresentation(QByteArray &representation)
 {
     m_errorString = QString();
-    QDataStream stream(representation);
-    Framing::OwnSettings.applyTo(stream);
-    const QString failure = readRepresentation(stream, true);
+    Framing::MemoryStream memory(representation, Framing::OwnSettings);
+    const QString failure = readRepresentation(memory.stream(), true);
     return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
 }
 
@@ -77,8 +72,8 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
         return refusal.why;
     }
 
-    QDataStream memberStream(members);
-    Framing::Settings::of(stream).applyTo(memberStream);
+    Framing::MemoryStream memory(members, Framing::Settings::of(stream));
+    QDataStream &memberStream = memory.stream();
     SetBinary(memberStream, members.size());
     // An object may miss lengths inside the record that do not add up; damaged data must never pass for good ones.
     if (memberStream.status() != QDataStream::Ok)
@@ -114,11 +109,9 @@ void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level
 
 QByteArray IRGObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
 {
-    QByteArray compressed;
-    QDataStream stream(&compressed, QIODevice::WriteOnly);
-    Framing::OwnSettings.applyTo(stream);
-    GetCompressedBinaryRepresentation(stream, level);
-    return compressed;
+    Framing::MemoryStream memory(Framing::OwnSettings);
+    GetCompressedBinaryRepresentation(memory.stream(), level);
+    return memory.bytes();
 }
 
 bool IRGObject::SaveBinary(const QString &path) const

@@ -6,6 +6,9 @@
 #include <QFile>
 #include <QXmlStreamReader>
 
+#include <reportbase/SaveFile.h>
+
+#include "AttributeWatch.h"
 #include "FailureTexts.h"
 #include "FileAccess.h"
 #include "XmlComposition.h"
@@ -22,14 +25,35 @@ QString atReader(const QXmlStreamReader &reader, const QString &source, const QS
     return FailureTexts::at(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)), why);
 }
 
+/// Reads on to the root element; false if there is none.
+bool toRootElement(QXmlStreamReader &reader)
+{
+    while (!reader.atEnd() && !reader.hasError()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            return true;
+        case QXmlStreamReader::DTD:
+            if (reader.text().contains(QLatin1Char('[')))
+                reader.raiseError(FailureTexts::ownDeclarations());
+            break;
+        default:
+            break;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 bool IRGObject::SetXmlString(const QString &xml, bool validate)
 {
     m_errorString = QString();
     SetValidate(validate);
-    QXmlStreamReader reader(xml);
-    const QString failure = readDocument(reader, FailureTexts::xmlText());
+    AttributeWatch watch;
+    QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
+    QString failure = readDocument(reader, FailureTexts::xmlText());
+    if (watch.isExceeded())
+        failure = atReader(reader, FailureTexts::xmlText(), FailureTexts::tooManyAttributes(AttributeWatch::Limit));
     return failure.isNull() || fail(failure);
 }
 
@@ -46,16 +70,19 @@ bool IRGObject::LoadXml(QFile *file)
     if (!access.openFailure().isNull())
         return fail(access.openFailure());
 
-    QXmlStreamReader reader(file);
-    const QString failure = readDocument(reader, access.name());
+    WatchedDevice document(*file);
+    QXmlStreamReader reader(&document);
+    QString failure = readDocument(reader, access.name());
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the document seems cut off then, but is not at fault
+    if (document.isExceeded())
+        failure = atReader(reader, access.name(), FailureTexts::tooManyAttributes(AttributeWatch::Limit));
     return failure.isNull() || fail(failure);
 }
 
 QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
 {
-    if (reader.readNextStartElement()) {
+    if (toRootElement(reader)) {
         if (reader.name() != GetObjectName())
             return atReader(reader, source, FailureTexts::wrongRoot(reader.name().toString(), GetObjectName()));
         try {
@@ -96,7 +123,7 @@ bool IRGObject::save(const QString &path, const QByteArray &content) const
 {
     if (content.isEmpty())
         return fail(FailureTexts::at(path, FailureTexts::nothingToWrite()));
-    const QString failure = saveAtomically(path, content);
+    const QString failure = SaveFile(path, content);
     return failure.isNull() || fail(failure);
 }
 

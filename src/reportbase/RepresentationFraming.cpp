@@ -15,6 +15,7 @@ namespace REPORTGENERATOR::RepresentationFraming {
 namespace {
 
 constexpr int HeadSize = 8; // leading word and length
+constexpr int SizeWord = 4; // in front of compressed bytes: what they expand to, whatever the byte order of the stream
 
 struct Record
 {
@@ -54,11 +55,10 @@ Record takeRecord(QDataStream &stream, Behind behind, IsKnown &&checkWord)
         stream.setStatus(QDataStream::ReadPastEnd);
         throw Refusal{FailureTexts::headCutOff(head.size())};
     }
-    QDataStream headStream(head);
-    Settings::of(stream).applyTo(headStream);
+    MemoryStream headStream(head, Settings::of(stream));
     Record record;
     qint32 length = 0;
-    headStream >> record.word >> length;
+    headStream.stream() >> record.word >> length;
     checkWord(record.word);
 
     if (!device.isSequential())
@@ -78,8 +78,7 @@ Record takeRecord(QDataStream &stream, Behind behind, IsKnown &&checkWord)
 
 QByteArray expand(const QByteArray &compressed)
 {
-    constexpr int wordSize = 4; // the declared size, in front
-    if (compressed.size() < wordSize)
+    if (compressed.size() < SizeWord)
         throw Refusal{FailureTexts::damagedCompression()};
     const qint64 declared = qFromBigEndian<quint32>(compressed.constData());
     const qint64 limit = std::min(LargestExpansion, LargestRatio * compressed.size());
@@ -89,14 +88,31 @@ QByteArray expand(const QByteArray &compressed)
     // Not by qUncompress(), which takes the declared size for a hint and does not look behind the compressed bytes.
     QByteArray plain(int(declared), Qt::Uninitialized);
     uLongf plainSize = uLongf(declared);
-    uLong consumed = uLong(compressed.size() - wordSize);
+    uLong consumed = uLong(compressed.size() - SizeWord);
     const int status = uncompress2(reinterpret_cast<Bytef *>(plain.data()), &plainSize,
-                                   reinterpret_cast<const Bytef *>(compressed.constData()) + wordSize, &consumed);
+                                   reinterpret_cast<const Bytef *>(compressed.constData()) + SizeWord, &consumed);
     if (status == Z_MEM_ERROR)
         throw std::bad_alloc();
-    if (status != Z_OK || plainSize != uLongf(declared) || consumed != uLong(compressed.size() - wordSize))
+    if (status != Z_OK || plainSize != uLongf(declared) || consumed != uLong(compressed.size() - SizeWord))
         throw Refusal{FailureTexts::damagedCompression()};
     return plain;
+}
+
+// What qCompress() returns. It would print a message where memory runs out, and return nothing.
+QByteArray shrink(const QByteArray &plain, int level)
+{
+    if (level < Z_NO_COMPRESSION || level > Z_BEST_COMPRESSION)
+        level = Z_DEFAULT_COMPRESSION;
+    uLongf size = compressBound(uLong(plain.size()));
+    QByteArray compressed(SizeWord + int(size), Qt::Uninitialized);
+    qToBigEndian(quint32(plain.size()), compressed.data());
+    // With that much room there is one reason left to fail.
+    if (compress2(reinterpret_cast<Bytef *>(compressed.data()) + SizeWord, &size,
+                  reinterpret_cast<const Bytef *>(plain.constData()), uLong(plain.size()), level)
+        != Z_OK)
+        throw std::bad_alloc();
+    compressed.resize(SizeWord + int(size));
+    return compressed;
 }
 
 } // namespace
@@ -111,6 +127,21 @@ void Settings::applyTo(QDataStream &stream) const
     stream.setByteOrder(byteOrder);
     stream.setVersion(version);
     stream.setFloatingPointPrecision(precision);
+}
+
+MemoryStream::MemoryStream(const Settings &settings)
+{
+    m_buffer.open(QIODevice::WriteOnly);
+    m_stream.setDevice(&m_buffer);
+    settings.applyTo(m_stream);
+}
+
+MemoryStream::MemoryStream(const QByteArray &bytes, const Settings &settings)
+{
+    m_buffer.setData(bytes);
+    m_buffer.open(QIODevice::ReadOnly);
+    m_stream.setDevice(&m_buffer);
+    settings.applyTo(m_stream);
 }
 
 QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, Behind behind)
@@ -129,23 +160,18 @@ QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectN
     if (outer.word != CompressedWord)
         return outer.payload;
 
-    QDataStream inner(expand(outer.payload));
-    Settings::of(stream).applyTo(inner);
-    return takeRecord(inner, Behind::Nothing, isTheClass).payload; // compressed once only
+    MemoryStream inner(expand(outer.payload), Settings::of(stream));
+    return takeRecord(inner.stream(), Behind::Nothing, isTheClass).payload; // compressed once only
 }
 
 QByteArray compressed(const QByteArray &plain, const Settings &settings, int level)
 {
     if (plain.size() > LargestExpansion)
         throw Refusal{FailureTexts::tooLargeToCompress(plain.size(), LargestExpansion)};
-    const QByteArray payload = qCompress(plain, level);
-    if (payload.isEmpty())
-        throw std::bad_alloc(); // the only reason, of which Qt does not tell
-    QByteArray head;
-    QDataStream stream(&head, QIODevice::WriteOnly);
-    settings.applyTo(stream);
-    stream << CompressedWord << qint32(payload.size());
-    return head + payload;
+    const QByteArray payload = shrink(plain, level);
+    MemoryStream head(settings);
+    head.stream() << CompressedWord << qint32(payload.size());
+    return head.bytes() + payload;
 }
 
 } // namespace REPORTGENERATOR::RepresentationFraming

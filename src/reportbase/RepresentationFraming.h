@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QBuffer>
 #include <QByteArray>
 #include <QDataStream>
 #include <QString>
@@ -47,6 +48,23 @@ struct Settings
 
 /// The settings of every stream that the base makes itself.
 constexpr Settings OwnSettings;
+
+/// A stream on bytes in memory. QDataStream's own constructors for that lose what they have made when memory runs out.
+class MemoryStream
+{
+public:
+    explicit MemoryStream(const Settings &settings); ///< writes
+    MemoryStream(const QByteArray &bytes, const Settings &settings); ///< reads them
+    MemoryStream(const MemoryStream &) = delete;
+    MemoryStream &operator=(const MemoryStream &) = delete;
+
+    QDataStream &stream() { return m_stream; }
+    const QByteArray &bytes() const { return m_buffer.data(); }
+
+private:
+    QBuffer m_buffer;
+    QDataStream m_stream;
+};
 
 /// Takes one record, plain or compressed, from the stream and returns its member records. Throws a Refusal if it is not
 /// the record of the class `word` or not complete.

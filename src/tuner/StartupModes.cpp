@@ -58,12 +58,26 @@ public:
     using FieldOf::FieldOf;
     using FieldOf::reset;
 
+    // Every way to the modes owns them first, as with lists of objects: whoever found out later that nobody shares them
+    // any more would not wait for what the others did.
+    const QVector<Mode> &get(const DataObject &object) const { return owned(block(object)); }
+    QVector<Mode> &modify(DataObject &object) const
+    {
+        FieldOf::modify(object);
+        return owned(block(object));
+    }
+    void set(DataObject &object, const QVector<Mode> &modes) const
+    {
+        ItemList<Mode> ownModes(modes);
+        FieldOf::modify(object).swap(ownModes);
+    }
+
     void append(DataObject &object, Mode mode) const
     {
         Block &own = block(object);
         if (object.GetValidate() && !isMode(mode))
             Errors::incompleteItem(object, name());
-        field(own).append(mode);
+        owned(own).append(mode);
         own.flags.set(bit());
     }
 
@@ -71,9 +85,18 @@ public:
 
     void reset(Block &block) const override { field(block).clear(); }
 
+    bool equals(Block *left, Block *right) const override
+    {
+        for (Block *block : {left, right}) {
+            if (block)
+                owned(*block);
+        }
+        return FieldOf::equals(left, right);
+    }
+
     void check(const DataObject &object, const Block &block) const override
     {
-        const QVector<Mode> &modes = field(block);
+        const QVector<Mode> &modes = get(object);
         if (!isSet(block) || !std::all_of(modes.begin(), modes.end(), isMode))
             Errors::notSet(object, name());
     }
@@ -90,7 +113,7 @@ public:
 
     void accept(Block &block, Visitor &visitor) const override
     {
-        const QVector<Mode> &modes = field(block);
+        const QVector<Mode> &modes = owned(block);
         visitor.VisitList(name(), modes.size(), isSet(block));
         for (const Mode mode : modes)
             visitor.VisitValue(name(), modeNames.name(int(mode)), true);
@@ -98,7 +121,7 @@ public:
 
     void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
     {
-        for (const Mode mode : std::as_const(field(block)))
+        for (const Mode mode : std::as_const(owned(block)))
             writer.writeTextElement(name(), modeNames.name(int(mode)));
     }
 
@@ -109,7 +132,7 @@ public:
 
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
     {
-        const QVector<Mode> &modes = field(block);
+        const QVector<Mode> &modes = owned(block);
         const auto list = writer.begin(tag());
         writer.payload() << qint32(modes.size());
         for (const Mode mode : modes) {
@@ -131,7 +154,7 @@ public:
 
     void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
     {
-        const QVector<Mode> &modes = field(block);
+        const QVector<Mode> &modes = owned(block);
         stream << qint32(modes.size());
         for (const Mode mode : modes)
             stream << qint8(mode);
@@ -152,6 +175,13 @@ public:
     }
 
 private:
+    ItemList<Mode> &owned(Block &block) const
+    {
+        ItemList<Mode> &modes = field(block);
+        modes.own();
+        return modes;
+    }
+
     bool same(const ItemList<Mode> &left, const ItemList<Mode> &right) const override { return left == right; }
 };
 
@@ -183,7 +213,7 @@ QString StartupModes::GetStaticObjectName() { return QStringLiteral("StartupMode
 
 QVector<Mode> &StartupModes::GetStartupMode()                 { return row::StartupMode.modify(*this); }
 const QVector<Mode> &StartupModes::GetStartupMode() const     { return row::StartupMode.get(*this); }
-void StartupModes::SetStartupMode(const QVector<Mode> &modes) { row::StartupMode.modify(*this) = modes; }
+void StartupModes::SetStartupMode(const QVector<Mode> &modes) { row::StartupMode.set(*this, modes); }
 void StartupModes::AppendStartupMode(StartupMode mode)        { row::StartupMode.append(*this, mode); }
 bool StartupModes::IsStartupModeSet() const                   { return row::StartupMode.isSet(*this); }
 void StartupModes::ResetStartupMode()                         { row::StartupMode.reset(*this); }

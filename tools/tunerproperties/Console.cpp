@@ -5,6 +5,8 @@
 
 #include <QFile>
 
+#include <reportbase/SaveFile.h>
+
 FileFailure::FileFailure(const QString &text) : std::runtime_error(text.toStdString()) { }
 
 namespace Console {
@@ -43,9 +45,11 @@ QString streamName()
 void write(const QByteArray &bytes)
 {
     QFile output;
-    if (!output.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered)
-        || output.write(bytes) != bytes.size())
-        throw FileFailure(streamName() + QStringLiteral(": cannot write: ") + output.errorString());
+    const QString reason = output.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered)
+        ? REPORTGENERATOR::WriteAll(output, bytes)
+        : output.errorString();
+    if (!reason.isNull())
+        throw FileFailure(streamName() + QStringLiteral(": cannot write: ") + reason);
 }
 
 void complain(const QString &text)

@@ -59,16 +59,20 @@ void prepare(QDataStream &stream)
 
 void loadSnapshot(TunerProperties &document, Input &input)
 {
-    const QByteArray bytes = input.bytes();
-    QDataStream stream(bytes);
+    // From the file itself: nothing says how much of a large file is snapshot.
+    QFile &file = input.file();
+    QDataStream stream(&file);
     prepare(stream);
     document.SetVersionSpecificBinaryWithoutValidation(stream);
+    const qint64 read = file.pos();
+    const bool hasMore = !file.read(1).isEmpty();
+    input.check();
     if (stream.status() != QDataStream::Ok)
         throw FileFailure(input.name() + QStringLiteral(": the snapshot ends early, or is none"));
-    if (const qint64 read = stream.device()->pos(); read < bytes.size())
+    if (hasMore)
         throw FileFailure(
             input.name()
-            + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or is none").arg(read).arg(bytes.size()));
+            + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or is none").arg(read).arg(file.size()));
 }
 
 } // namespace

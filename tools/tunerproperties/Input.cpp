@@ -5,6 +5,8 @@
 
 #include <QTemporaryFile>
 
+#include <reportbase/SaveFile.h>
+
 #include "Console.h"
 
 namespace {
@@ -14,22 +16,26 @@ namespace {
     throw FileFailure(name + QStringLiteral(": cannot read: ") + file.errorString());
 }
 
+[[noreturn]] void cannotKeep(const QString &name, const QString &reason)
+{
+    throw FileFailure(name + QStringLiteral(": cannot be kept in a temporary file: ") + reason);
+}
+
 /// Copies what is left of a file into a temporary one.
 std::unique_ptr<QFile> kept(QFile &source, const QString &name)
 {
     auto copy = std::make_unique<QTemporaryFile>();
     if (!copy->open())
-        throw FileFailure(name + QStringLiteral(": cannot be kept in a temporary file: ") + copy->errorString());
+        cannotKeep(name, copy->errorString());
     QByteArray piece(1 << 16, Qt::Uninitialized);
     qint64 size = 0;
     while ((size = source.read(piece.data(), piece.size())) > 0) {
-        if (copy->write(piece.constData(), size) != size)
-            break;
+        const QString reason = REPORTGENERATOR::WriteAll(*copy, piece.left(int(size)));
+        if (!reason.isNull())
+            cannotKeep(name, reason);
     }
     if (size < 0 || source.error() != QFileDevice::NoError)
         cannotRead(name, source);
-    if (!copy->flush() || copy->error() != QFileDevice::NoError)
-        throw FileFailure(name + QStringLiteral(": cannot be kept in a temporary file: ") + copy->errorString());
     return copy;
 }
 
@@ -54,19 +60,22 @@ QFile &Input::file()
 
 QByteArray Input::head(int size)
 {
-    return checked(file().read(size));
+    const QByteArray bytes = file().read(size);
+    check();
+    return bytes;
 }
 
 QByteArray Input::bytes()
 {
-    return checked(file().readAll());
+    const QByteArray bytes = file().readAll();
+    check();
+    return bytes;
 }
 
-QByteArray Input::checked(const QByteArray &bytes) const
+void Input::check() const
 {
     if (m_file->error() != QFileDevice::NoError)
         cannotRead(m_name, *m_file);
-    return bytes;
 }
 
 QString Input::inMyName(const QString &errorText) const

@@ -29,12 +29,13 @@ public:
     QByteArray head(int size);
     QByteArray bytes();
 
+    /// Throws FileFailure if reading file() has failed.
+    void check() const;
+
     /// An error text of the library about file(), with the name that the file has for the user.
     QString inMyName(const QString &errorText) const;
 
 private:
-    QByteArray checked(const QByteArray &bytes) const;
-
     QString m_name;
     std::unique_ptr<QFile> m_file;
 };

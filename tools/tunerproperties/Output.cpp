@@ -3,18 +3,10 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include <reportbase/SaveFile.h>
 
 #include "Console.h"
-
-namespace {
-
-[[noreturn]] void cannotWrite(const QString &name, const QFileDevice &file)
-{
-    throw FileFailure(name + QStringLiteral(": cannot write: ") + file.errorString());
-}
-
-} // namespace
 
 void Output::writeWhole(const QString &name, const QByteArray &bytes)
 {
@@ -26,11 +18,14 @@ void Output::writeWhole(const QString &name, const QByteArray &bytes)
     if (there.exists() && !there.isFile() && !there.isDir()) {
         // Replacing it, which is what writing atomically means, would leave a file in place of the device.
         QFile file(name);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size())
-            cannotWrite(name, file);
+        const QString reason = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+            ? REPORTGENERATOR::WriteAll(file, bytes)
+            : file.errorString();
+        if (!reason.isNull())
+            throw FileFailure(name + QStringLiteral(": cannot write: ") + reason);
         return;
     }
-    QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        cannotWrite(name, file);
+    const QString failure = REPORTGENERATOR::SaveFile(name, bytes);
+    if (!failure.isNull())
+        throw FileFailure(failure);
 }

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <reportbase/Export.h>
+
+class QByteArray;
+class QFileDevice;
+
+namespace REPORTGENERATOR {
+
+/// Puts a file in place whole: afterwards it holds exactly `content`, on the disk and not only on the way there, or it
+/// is as it was, with nothing else left beside it. Returns `PATH: cannot write: reason` in the latter case, else a null
+/// string.
+///
+/// A symbolic link stays, and the file that it leads to is written. What is no file (a pipe, a device) is refused,
+/// since a file would take its place.
+REPORTBASE_EXPORT QString SaveFile(const QString &path, const QByteArray &content);
+
+/// Writes all of the bytes to a file that is open, a pipe or a device as well. Returns the reason if that is not
+/// possible, else a null string.
+REPORTBASE_EXPORT QString WriteAll(QFileDevice &file, const QByteArray &bytes);
+
+} // namespace REPORTGENERATOR

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include <QTextCodec>
+
+#include "Note.h"
+
+namespace {
+
+/// ` a0='0' a1='1' ...`
+QString attributes(int count, const char *value = "")
+{
+    QString text;
+    for (int i = 0; i < count; ++i)
+        text += QStringLiteral(" a%1='").arg(i) + QLatin1String(value) + QLatin1Char('\'');
+    return text;
+}
+
+QString noteWith(const QString &attributesOfTheText)
+{
+    return QStringLiteral("<Note title='t'><text") + attributesOfTheText + QStringLiteral(">x</text></Note>");
+}
+
+/// The error of reading the document, or null; the same whether it stands in a text or in a file, but for the source
+/// in front.
+QString errorOf(const QString &xml, Note &note)
+{
+    QTemporaryFile file;
+    if (!file.open() || file.write(xml.toUtf8()) < 0 || !file.seek(0))
+        qFatal("cannot write a temporary file");
+    Note fromFile;
+    const bool isLoaded = fromFile.LoadXml(&file);
+    if (note.SetXmlString(xml, true) != isLoaded)
+        return QStringLiteral("text and file are not read alike");
+    return note.GetErrorString();
+}
+
+QString errorOf(const QString &xml)
+{
+    Note note;
+    return errorOf(xml, note);
+}
+
+const auto tooMany = QStringLiteral("an element has more than 1024 attributes");
+const auto ownDeclarations = QStringLiteral("the document type declares entities or attributes of its own, "
+                                            "by which a small document may become a large one");
+
+} // namespace
+
+/// What a document must not have, because a reader would take hours or gigabytes for it.
+class IRGObjectXmlLimitsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aThousandAttributesAreRead();
+    void oneAttributeTooManyIsRefusedWhereItStands();
+    void attributesThatBeginAnywhereAreCounted();
+    void theContentBeforeTooManyAttributesIsRead();
+    void whatOnlyLooksLikeAnAttributeIsNotCounted();
+    void manyElementsMayHaveAttributes();
+    void attributesAreCountedInAnyEncoding();
+    void aFileWithTooManyAttributesIsRefused();
+    void aDocumentTypeIsReadOver();
+    void aDocumentTypeWithDeclarationsIsRefused();
+};
+
+void IRGObjectXmlLimitsTest::aThousandAttributesAreRead()
+{
+    Note note;
+    QCOMPARE(errorOf(noteWith(attributes(1024)), note), QString());
+    QCOMPARE(note.text, QStringLiteral("x"));
+}
+
+void IRGObjectXmlLimitsTest::oneAttributeTooManyIsRefusedWhereItStands()
+{
+    // "<Note title='t'>" takes 16 columns, "<text" 5, the attributes 10 * 6 + 90 * 7 + 900 * 8 + 24 * 9 = 8106, and
+    // " a1024" 6: the reader is given nothing from the '=' on, and stands on the last character that it got.
+    QCOMPARE(errorOf(noteWith(attributes(1025))), QStringLiteral("XML text:1:8133: ") + tooMany);
+    QCOMPARE(errorOf(QStringLiteral("<!-- -->\n\n") + noteWith(attributes(1025))),
+             QStringLiteral("XML text:3:8133: ") + tooMany);
+}
+
+void IRGObjectXmlLimitsTest::attributesThatBeginAnywhereAreCounted()
+{
+    // Documents are looked at in pieces: the tag is to begin all over one.
+    const QString enough = noteWith(attributes(1024));
+    const QString tooManyOfThem = noteWith(attributes(1025));
+    for (int before = 0; before < 4200; before += 41) {
+        const QString comment = QStringLiteral("<!--") + QString(before, QLatin1Char(' ')) + QStringLiteral("-->");
+        Note note;
+        QVERIFY2(!note.SetXmlString(comment + tooManyOfThem, true), qPrintable(QString::number(before)));
+        QVERIFY(note.GetErrorString().endsWith(tooMany));
+        QVERIFY(note.SetXmlString(comment + enough, true));
+    }
+}
+
+void IRGObjectXmlLimitsTest::theContentBeforeTooManyAttributesIsRead()
+{
+    Note note;
+    QVERIFY(
+        !errorOf(QStringLiteral("<Note title='t'><text>x</text><y") + attributes(2000) + QStringLiteral("/></Note>"),
+                 note)
+             .isNull());
+    QCOMPARE(note.title, QStringLiteral("t"));
+    QCOMPARE(note.text, QStringLiteral("x"));
+}
+
+void IRGObjectXmlLimitsTest::whatOnlyLooksLikeAnAttributeIsNotCounted()
+{
+    const QString equalSigns(5000, QLatin1Char('='));
+    QCOMPARE(errorOf(QStringLiteral("<Note title='") + equalSigns + QStringLiteral("\">'><text>x</text></Note>")),
+             QString());
+    QCOMPARE(errorOf(QStringLiteral("<Note title=\"") + equalSigns + QStringLiteral("'>\"><text>x</text></Note>")),
+             QString());
+    QCOMPARE(errorOf(QStringLiteral("<Note><text>") + equalSigns + QStringLiteral("</text></Note>")), QString());
+    QCOMPARE(errorOf(QStringLiteral("<Note><!--") + equalSigns + QStringLiteral("--><text>x</text></Note>")),
+             QString());
+    QCOMPARE(errorOf(QStringLiteral("<Note><?p ") + equalSigns + QStringLiteral("?><text>x</text></Note>")), QString());
+    QCOMPARE(errorOf(QStringLiteral("<Note><text><![CDATA[") + equalSigns + QStringLiteral("]]></text></Note>")),
+             QString());
+    QCOMPARE(errorOf(QStringLiteral("<Note></Note") + QString(5000, QLatin1Char(' ')) + QStringLiteral("><!--")
+                     + equalSigns + QStringLiteral("-->")),
+             QString());
+}
+
+void IRGObjectXmlLimitsTest::manyElementsMayHaveAttributes()
+{
+    QString elements;
+    for (int i = 0; i < 6; ++i)
+        elements += QStringLiteral("<y") + attributes(1000, "<>=\"").replace(QLatin1Char('<'), QLatin1String("&lt;"))
+            + QStringLiteral("/>");
+    QCOMPARE(errorOf(QStringLiteral("<Note>") + elements + QStringLiteral("<text>x</text></Note>")), QString());
+}
+
+void IRGObjectXmlLimitsTest::attributesAreCountedInAnyEncoding()
+{
+    for (const char *encoding : {"UTF-8", "UTF-16LE", "UTF-16BE", "ISO-8859-1"}) {
+        QTextCodec *const codec = QTextCodec::codecForName(encoding);
+        for (const int count : {1024, 1025}) {
+            QTemporaryFile file;
+            QVERIFY(file.open());
+            file.write(codec->fromUnicode(QStringLiteral("<?xml version='1.0' encoding='") + QLatin1String(encoding)
+                                          + QStringLiteral("'?>") + noteWith(attributes(count))));
+            file.seek(0);
+            Note note;
+            QCOMPARE(note.LoadXml(&file), count == 1024);
+            QCOMPARE(note.GetErrorString().endsWith(tooMany), count == 1025);
+        }
+    }
+}
+
+void IRGObjectXmlLimitsTest::aFileWithTooManyAttributesIsRefused()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write(noteWith(attributes(1025)).toUtf8());
+    file.close();
+    Note note;
+    QVERIFY(!note.LoadXml(file.fileName()));
+    QCOMPARE(note.GetErrorString(), file.fileName() + QStringLiteral(":1:8133: ") + tooMany);
+}
+
+void IRGObjectXmlLimitsTest::aDocumentTypeIsReadOver()
+{
+    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note><Note/>")), QString());
+    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note SYSTEM 'note.dtd'><Note/>")), QString());
+}
+
+void IRGObjectXmlLimitsTest::aDocumentTypeWithDeclarationsIsRefused()
+{
+    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note [<!ENTITY e 'x'>]><Note><text>&e;</text></Note>")),
+             QStringLiteral("XML text:1:33: ") + ownDeclarations);
+    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note [\n<!ATTLIST Note title CDATA 'x'>\n]>\n<Note/>")),
+             QStringLiteral("XML text:3:2: ") + ownDeclarations);
+}
+
+QTEST_GUILESS_MAIN(IRGObjectXmlLimitsTest)
+#include "tst_IRGObjectXmlLimits.moc"
