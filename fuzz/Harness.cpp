@@ -35,8 +35,14 @@ void require(bool holds, const char *what)
     std::abort();
 }
 
-void useAfterReading(const Class &type, JobXml::DataObject &object)
+void useAfterReading(const Input &input, JobXml::DataObject &object)
 {
+    constexpr int large = 1 << 16;
+    if (input.bytes.size() > large) {
+        object.Reset();
+        return;
+    }
+    const Class &type = *input.type;
     object.HasData();
     object.AnyData();
     comesBack([&] { object.Check(); });

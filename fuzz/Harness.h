@@ -49,8 +49,9 @@ constexpr qint64 memoryFor(qint64 inputSize)
 template <class Function>
 qint64 heapPeakOf(Function &&function);
 
-/// Uses an object, in whatever state reading has left it, in every way there is: asks, checks, writes, copies, resets.
-void useAfterReading(const Class &type, JobXml::DataObject &object);
+/// Uses an object, in whatever state reading the input has left it, in every way there is: asks, checks, writes,
+/// copies, resets. Where the input is large, only resets: there the time that reading takes is to be seen.
+void useAfterReading(const Input &input, JobXml::DataObject &object);
 
 namespace HeapPeak {
 void start();

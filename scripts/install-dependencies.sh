@@ -12,11 +12,14 @@ build_packages=(
     qtbase5-dev        # Qt Core, and Qt Test for the tests
     qttools5-dev-tools # lrelease, the compiler of the translation catalogues
     zlib1g-dev         # the compressed form
+    libxml2-utils      # xmllint, for the tests: documents against the schema
+    python3            # for the tests: another reader and writer of the formats
+    util-linux         # setpriv, for the tests: as a user without privileges
 )
 ci_packages=(
     clang clang-tidy clang-format
+    libclang-rt-dev # libFuzzer and the sanitizers of clang
     gcovr
-    libxml2-utils # xmllint
     shellcheck
 )
 

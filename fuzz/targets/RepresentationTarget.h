@@ -33,7 +33,7 @@ inline void readRepresentation(const quint8 *data, std::size_t size)
         require(streamed->GetBinaryRepresentationAsQByteArray() == other->GetBinaryRepresentationAsQByteArray(),
                 "bytes and stream give the same object");
     }
-    useAfterReading(*input.type, *object);
+    useAfterReading(input, *object);
 }
 
 } // namespace Fuzz

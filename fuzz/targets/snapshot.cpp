@@ -17,6 +17,6 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
         });
     });
     require(peak <= memoryFor(input.bytes.size()), "reading a snapshot costs no more memory than it may");
-    useAfterReading(*input.type, *object);
+    useAfterReading(input, *object);
     return 0;
 }

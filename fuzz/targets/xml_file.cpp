@@ -42,6 +42,6 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     const bool cameBack = comesBack([&] { read = object->LoadXml(&file); });
     require(object->GetErrorString().isNull() == (read || !cameBack),
             "an error is told exactly where false is returned");
-    useAfterReading(*input.type, *object);
+    useAfterReading(input, *object);
     return 0;
 }

@@ -13,6 +13,6 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
         comesBack([&] { read = object->SetXmlString(QString::fromUtf8(input.bytes), input.validate); });
     require(object->GetErrorString().isNull() == (read || !cameBack),
             "an error is told exactly where false is returned");
-    useAfterReading(*input.type, *object);
+    useAfterReading(input, *object);
     return 0;
 }

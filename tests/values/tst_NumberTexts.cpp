@@ -65,6 +65,7 @@ private Q_SLOTS:
     void floatsAreWrittenWithTwoDecimals_data();
     void floatsAreWrittenWithTwoDecimals();
     void whatIsNoFiniteNumberSurvives();
+    void aTinyNegativeNumberLosesItsSignTheSecondTime();
 };
 
 void NumberTextsTest::textsAreReadAsIntegers_data()
@@ -340,6 +341,18 @@ void NumberTextsTest::whatIsNoFiniteNumberSurvives()
         for (const ValueFloat *read : {&fromXml, &fromRecord, &fromSnapshot})
             QVERIFY(same(read->Getvalue(), number));
     }
+}
+
+void NumberTextsTest::aTinyNegativeNumberLosesItsSignTheSecondTime()
+{
+    const auto value = sample<ValueFloat>("f", -0.001F);
+    QCOMPARE(attributeOf(xmlOf(value), "value"), QStringLiteral("-0.00"));
+
+    // It is read as the zero that has a sign, and Qt writes that one without.
+    ValueFloat reread;
+    readXml(reread, xmlOf(value));
+    QVERIFY(std::signbit(reread.Getvalue()));
+    QCOMPARE(attributeOf(xmlOf(reread), "value"), QStringLiteral("0.00"));
 }
 
 QTEST_GUILESS_MAIN(NumberTextsTest)
