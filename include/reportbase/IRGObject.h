@@ -148,8 +148,9 @@ public:
     virtual bool LoadBinary(QFile *file);
 
     /// Writes exactly the UTF-8 of GetXmlString() to a file, atomically: either the whole new document is there or the
-    /// old file is as it was. Returns false with GetErrorString() if the file cannot be written, if the object writes
-    /// nothing, or if it holds a character that XML cannot carry.
+    /// old file is as it was; SaveFile() says what becomes of links and of what is no file. Returns false with
+    /// GetErrorString() if the file cannot be written, if the object writes nothing, or if it holds a character that
+    /// XML cannot carry.
     virtual bool SaveXml(const QString &path) const;
 
     virtual void SetValidate(bool validate) const;

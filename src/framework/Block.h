@@ -74,6 +74,13 @@ public:
 
     using QVector<Item>::operator=;
 
+    /// Gives the items up. QVector's own would first make copies of items that callers hold, only to destroy them.
+    void clear()
+    {
+        QVector<Item> none;
+        this->swap(none);
+    }
+
     /// Gives up sharing with lists that callers hold: the items, and the room that an emptied list keeps.
     void own()
     {

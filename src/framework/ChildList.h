@@ -28,8 +28,9 @@ public:
     const QVector<Item> &get(const DataObject &object) const { return owned(Member::block(object)); }
     QVector<Item> &modify(DataObject &object) const
     {
+        QVector<Item> &items = owned(Member::block(object)); // first, because it may run out of memory
         Base::modify(object);
-        return owned(Member::block(object));
+        return items;
     }
     void set(DataObject &object, const QVector<Item> &items) const
     {

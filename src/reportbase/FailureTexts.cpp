@@ -54,6 +54,11 @@ QString notAFile()
     return QStringLiteral("it exists and is not a regular file");
 }
 
+QString isAFolder()
+{
+    return QStringLiteral("Filename refers to a directory");
+}
+
 QString notOpenForReading()
 {
     return QStringLiteral("the file is open, but not for reading");

@@ -25,6 +25,7 @@ QString unnamedFile();
 QString noFileGiven();
 QString noFileName();
 QString notAFile();
+QString isAFolder();
 QString notOpenForReading();
 QString cannotOpen(const QString &reason);
 QString cannotRead(const QString &reason);

@@ -3,14 +3,17 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
+#include <new>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include "FailureTexts.h"
+#include "NewFile.h"
 
 namespace REPORTGENERATOR {
 
@@ -23,18 +26,29 @@ QString targetOfLink(const QString &path)
     return size > 0 ? QFile::decodeName(QByteArray(target, int(size))) : QString();
 }
 
-/// The file at the end of all symbolic links; a null string if they lead round in a circle. QSaveFile would follow them
-/// by the text of the paths, and put the file elsewhere if ".." stands behind a folder that is a link itself; a circle
-/// it would replace by the file.
+/// The folder without links in its path; a null string if there is none. QFileInfo would say the same when memory runs
+/// out.
+QString folderItself(const QString &folder)
+{
+    char itself[PATH_MAX];
+    if (realpath(QFile::encodeName(folder).constData(), itself))
+        return QFile::decodeName(itself);
+    if (errno == ENOMEM)
+        throw std::bad_alloc();
+    return QString();
+}
+
+/// The file at the end of all symbolic links; a null string if they lead round in a circle. The text of the paths alone
+/// would lead elsewhere if ".." stands behind a folder that is a link itself.
 QString endOfLinks(QString path)
 {
     constexpr int mostLinks = 40; // as many as the system follows
     for (int i = 0; i <= mostLinks; ++i) {
         const QFileInfo file(path);
-        const QString folder = QFileInfo(file.path()).canonicalFilePath();
+        const QString folder = folderItself(file.path());
         if (folder.isEmpty())
-            return path; // there is none; opening the file will tell
-        const QString here = folder + QLatin1Char('/') + file.fileName();
+            return path; // there is none; making the file will tell
+        QString here = folder + QLatin1Char('/') + file.fileName();
         const QString target = targetOfLink(here);
         if (target.isEmpty())
             return here;
@@ -43,50 +57,20 @@ QString endOfLinks(QString path)
     return QString();
 }
 
-/// Waits until the file is on the disk. Some file systems notice only then that they are full or broken, and QSaveFile
-/// would not listen.
-QString synchronize(const QFileDevice &file)
+/// The reason why it cannot be put in place, or a null string.
+QString replace(const QByteArray &path, const QByteArray &content)
 {
-    while (fsync(file.handle()) != 0) {
-        if (errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP)
-            break; // the file system has no such operation, so nothing is known to be wrong
-        if (errno != EINTR)
+    struct stat old = {};
+    if (stat(path.constData(), &old) == 0) {
+        if (S_ISDIR(old.st_mode))
+            return FailureTexts::isAFolder();
+        if (access(path.constData(), W_OK) != 0)
             return qt_error_string(errno);
     }
-    return QString();
-}
-
-/// Gives the file its name; the reason why that is not possible, or a null string.
-QString commit(QSaveFile &file)
-{
-    errno = 0;
-    const bool done = file.commit();
-    const int error = errno;
-    if (done)
-        return QString();
-    // Where the name in between cannot be made, QSaveFile does not say why.
-    return file.error() == QFileDevice::UnspecifiedError && error != 0 ? qt_error_string(error) : file.errorString();
-}
-
-/// The reason why it cannot be put in place, or a null string.
-QString replace(const QString &path, const QByteArray &content)
-{
-    // QSaveFile renames its temporary file over whatever stands at the path: a pipe or a device would be gone.
-    const QFileInfo old(path);
-    if (old.exists() && !old.isFile() && !old.isDir())
-        return FailureTexts::notAFile();
-    if (old.isFile() && access(QFile::encodeName(path).constData(), W_OK) != 0)
-        return qt_error_string(errno); // QSaveFile would not say which
-
-    // What is buffered is written within commit(), which does not notice when that fails: a full disk would leave a
-    // document of less than 16 KiB empty or cut, and report it as saved.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
-        return file.errorString();
-    QString reason = WriteAll(file, content);
-    if (reason.isNull())
-        reason = synchronize(file);
-    return reason.isNull() ? commit(file) : reason;
+    NewFile file(path);
+    const bool done =
+        file.create() && file.write(content.constData(), content.size()) && file.synchronize() && file.replace();
+    return done ? QString() : qt_error_string(errno);
 }
 
 } // namespace
@@ -95,9 +79,15 @@ QString SaveFile(const QString &path, const QByteArray &content)
 {
     if (path.isEmpty())
         return FailureTexts::noFileName();
+    const auto failure = [&](const QString &reason) {
+        return reason.isNull() ? QString() : FailureTexts::at(path, FailureTexts::cannotWrite(reason));
+    };
+    // A file would take the place of whatever stands there: a pipe or a device would be gone.
+    const QFileInfo old(path);
+    if (old.exists() && !old.isFile() && !old.isDir())
+        return failure(FailureTexts::notAFile());
     const QString realPath = endOfLinks(path);
-    const QString reason = realPath.isNull() ? qt_error_string(ELOOP) : replace(realPath, content);
-    return reason.isNull() ? QString() : FailureTexts::at(path, FailureTexts::cannotWrite(reason));
+    return failure(realPath.isNull() ? qt_error_string(ELOOP) : replace(QFile::encodeName(realPath), content));
 }
 
 QString WriteAll(QFileDevice &file, const QByteArray &bytes)

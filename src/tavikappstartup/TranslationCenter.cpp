@@ -52,6 +52,12 @@ struct Search
     QPointer<QCoreApplication> application;
 };
 
+// Texts that a module hands over may lie in its constant data (QStringLiteral), and go with it when it is unloaded.
+QString ownCopy(const QString &text)
+{
+    return QString(text.constData(), text.size());
+}
+
 Catalogue load(const Search &search)
 {
     auto catalogue = std::make_shared<QTranslator>();
@@ -88,7 +94,7 @@ public:
         const std::lock_guard lock(m_mutex);
         const auto known = find(name);
         if (known == m_modules.end()) {
-            m_modules.push_back({name, ++m_registrations, {}, {}});
+            m_modules.push_back({ownCopy(name), ++m_registrations, {}, {}});
             return;
         }
         known->registration = ++m_registrations;
@@ -108,7 +114,7 @@ public:
 
     void addFolder(const QString &folder)
     {
-        const QString path = QDir(folder).absolutePath();
+        const QString path = ownCopy(QDir(folder).absolutePath());
         const std::lock_guard lock(m_mutex);
         m_addedFolders.removeAll(path);
         m_addedFolders.prepend(path);

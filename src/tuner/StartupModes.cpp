@@ -63,8 +63,9 @@ public:
     const QVector<Mode> &get(const DataObject &object) const { return owned(block(object)); }
     QVector<Mode> &modify(DataObject &object) const
     {
+        QVector<Mode> &modes = owned(block(object));
         FieldOf::modify(object);
-        return owned(block(object));
+        return modes;
     }
     void set(DataObject &object, const QVector<Mode> &modes) const
     {

@@ -86,8 +86,9 @@ public:
     T &modify(DataObject &object) const
     {
         Block &own = Member::block(object);
+        T &chosen = alternative(own); // first, because it may run out of memory
         choose(own);
-        return alternative(own);
+        return chosen;
     }
 
     void set(DataObject &object, const T &value) const

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void aSingleChildElementReadFromOutsideHandsDownEachTime();
     void aFailedReadDoesNotKeepLaterOnesFromHandingDown();
     void alternativesThatWereNeverUsedFollowTheirItem();
+    void whatIsHandedToANewItemLeavesItWithoutData();
     void aResetChildKeepsFlagAndLogger();
     void mergingHandsNothingDown();
     void theFlagOfACopyGoesDownItsWholeTree();
@@ -224,6 +225,10 @@ void HandOverTest::alternativesThatWereNeverUsedFollowTheirItem()
     item.SetValidate(true);
     QCOMPARE(std::as_const(item).GetValueFloat().GetValidate(), true); // in use
     QCOMPARE(std::as_const(item).GetValueString().GetValidate(), true); // not used before
+    const auto later = std::make_shared<Logger>();
+    item.SetLogger(later);
+    QCOMPARE(std::as_const(item).GetValueString().GetLogger(), later);
+    QCOMPARE(std::as_const(item).GetValueBoolean().GetLogger(), later); // not used before
 
     // Assignment hands nothing down: the alternatives of the shared data have what their first owner was given.
     ValueItem assigned;
@@ -237,6 +242,15 @@ void HandOverTest::alternativesThatWereNeverUsedFollowTheirItem()
     const ValueItem copy(item);
     QCOMPARE(copy.GetValueInt64().GetValidate(), false);
     QVERIFY(!copy.GetValueInt64().GetLogger());
+}
+
+void HandOverTest::whatIsHandedToANewItemLeavesItWithoutData()
+{
+    ValueItem item;
+    item.SetValidate(false);
+    QVERIFY(!item.IsInitialized());
+    item.SetLogger(std::make_shared<Logger>());
+    QVERIFY(!item.IsInitialized());
 }
 
 void HandOverTest::aResetChildKeepsFlagAndLogger()

@@ -1,64 +1,39 @@
 // SPDX-License-Identifier: MIT
-#include <cstdlib>
-
 #include <QtTest>
 
 #include "Documents.h"
 #include "Encodings.h"
+#include "Heap.h"
 
 using namespace JobXml;
 using REPORTGENERATOR::IRGObject;
 using REPORTGENERATOR::Logger;
 
-// Counts what the library does: these definitions take the place of the libraries' own in this program, so every call
-// that crosses into the base library, and every heap allocation, Qt's included, with its size, comes by here.
 namespace {
 
-struct Work
+/// What the library does.
+struct Work final : Heap::Watcher
 {
     long long flagsHanded = 0;
     long long loggersHanded = 0;
     long long flagsAsked = 0;
     long long allocations = 0;
     long long allocatedBytes = 0;
+
+    bool mayAllocate(std::size_t size) override
+    {
+        ++allocations;
+        allocatedBytes += static_cast<long long>(size);
+        return true;
+    }
 };
 
 Work work;
 
-void count(std::size_t size)
-{
-    ++work.allocations;
-    work.allocatedBytes += static_cast<long long>(size);
-}
-
 } // namespace
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define MEMORY_IS_COUNTED false // the sanitizers bring an allocator of their own
-#else
-#define MEMORY_IS_COUNTED true
-extern "C" void *__libc_malloc(std::size_t size); // NOLINT
-extern "C" void *__libc_calloc(std::size_t count, std::size_t); // NOLINT
-extern "C" void *__libc_realloc(void *memory, std::size_t); // NOLINT
-
-extern "C" void *malloc(std::size_t size)
-{
-    count(size);
-    return __libc_malloc(size);
-}
-
-extern "C" void *calloc(std::size_t number, std::size_t size)
-{
-    count(number * size);
-    return __libc_calloc(number, size);
-}
-
-extern "C" void *realloc(void *memory, std::size_t size)
-{
-    count(size);
-    return __libc_realloc(memory, size);
-}
-#endif
+// These definitions take the place of the base library's own in this program, so every call that crosses into it comes
+// by here.
 
 void IRGObject::SetValidate(bool validate) const
 {
@@ -88,7 +63,9 @@ template <class Operation>
 Work workOf(Operation operation)
 {
     work = Work();
+    Heap::watch(&work);
     operation();
+    Heap::watch(nullptr);
     return work;
 }
 
@@ -132,13 +109,13 @@ private Q_SLOTS:
         QFETCH(int, operation);
         const Work small = workOf([&] { perform(operation, 0); });
         const Work large = workOf([&] { perform(operation, 1); });
-        QVERIFY(small.flagsHanded + small.flagsAsked + small.allocations > 0 || !MEMORY_IS_COUNTED); // it did something
+        QVERIFY(small.flagsHanded + small.flagsAsked + small.allocations > 0 || !Heap::isWatched); // it did something
         // Ten times the nodes, and a little that does not grow with them. (A quadratic path makes it a hundred times.)
         const auto linear = [](long long few, long long many) { return many <= 11 * few + 100; };
         QVERIFY2(linear(small.flagsHanded, large.flagsHanded), counts(small.flagsHanded, large.flagsHanded));
         QVERIFY2(linear(small.loggersHanded, large.loggersHanded), counts(small.loggersHanded, large.loggersHanded));
         QVERIFY2(linear(small.flagsAsked, large.flagsAsked), counts(small.flagsAsked, large.flagsAsked));
-        QVERIFY(!MEMORY_IS_COUNTED || small.allocations > 0 || operation == 7);
+        QVERIFY(!Heap::isWatched || small.allocations > 0 || operation == 7);
         QVERIFY2(linear(small.allocations, large.allocations), counts(small.allocations, large.allocations));
         // Lists and buffers double when they are full, so at one size they may be half empty and full at the other.
         QVERIFY2(linear(2 * small.allocatedBytes, large.allocatedBytes),

@@ -7,6 +7,8 @@
 
 using namespace JobXml;
 
+Q_DECLARE_METATYPE(JobXml::ValueItem)
+
 namespace {
 
 QStringList textsOf(const DataObject &object)
@@ -98,6 +100,95 @@ private Q_SLOTS:
                  QStringList{QStringLiteral(" -> Parameters for Node are not set properly in 'Component'.")});
     }
 
+    void aChildIsToldByItsName_data()
+    {
+        addColumns();
+        addCase<ValueBoolean>("ValueBoolean \"a\" -> ValueBoolean: Please set value properly.", named<ValueBoolean>());
+        addCase<ValueFloat>("ValueFloat \"a\" -> ValueFloat: Please set value properly.", named<ValueFloat>());
+        addCase<ValueInt>("ValueInt \"a\" -> ValueInt: Please set value properly.", named<ValueInt>());
+        addCase<ValueInt64>("ValueInt64 \"a\" -> ValueInt64: Please set value properly.", named<ValueInt64>());
+        addCase<ValueString>("ValueString \"a\" -> ValueString: Please set value properly.", named<ValueString>());
+        addCase<ValueNumericFloat>("ValueNumericFloat \"a\" -> ValueNumericFloat: Please set step properly.",
+                                   namedRange<ValueNumericFloat>());
+        addCase<ValueNumericInt>("ValueNumericInt \"a\" -> ValueNumericInt: Please set step properly.",
+                                 namedRange<ValueNumericInt>());
+        addCase<ValueNumericInt64>("ValueNumericInt64 \"a\" -> ValueNumericInt64: Please set step properly.",
+                                   namedRange<ValueNumericInt64>());
+        addCase<ValueStringList>("ValueStringList \"a\" -> ValueStringList: Please set value properly.", [] {
+            auto list = named<ValueStringList>();
+            list.GetStringItem();
+            return list;
+        }());
+        addCase<ValueSelection>("ValueSelection \"a\" -> ValueSelection: Please set index properly.", [] {
+            auto selection = named<ValueSelection>();
+            selection.GetSelectionItem();
+            selection.Setvalue(1.0);
+            selection.Settext(QStringLiteral("one"));
+            return selection;
+        }());
+    }
+
+    void aChildIsToldByItsName() { lastProblemIsAsExpected(); }
+
+    void aChildWithoutNameIsNotToldByItsOtherTexts_data()
+    {
+        addColumns();
+        addCase<ValueString>("ValueString -> ValueString: Please set id properly.", [] {
+            ValueString string;
+            string.Setvalue(QStringLiteral("text"));
+            return string;
+        }());
+        addCase<ValueStringList>("ValueStringList -> ValueStringList: Please set id properly.", [] {
+            ValueStringList list;
+            list.GetStringItem();
+            list.Setvalue(QStringLiteral("text"));
+            return list;
+        }());
+        addCase<ValueSelection>("ValueSelection -> ValueSelection: Please set id properly.", [] {
+            ValueSelection selection;
+            selection.GetSelectionItem();
+            selection.Setvalue(1.0);
+            selection.Settext(QStringLiteral("text"));
+            selection.Setindex(0);
+            return selection;
+        }());
+    }
+
+    void aChildWithoutNameIsNotToldByItsOtherTexts() { lastProblemIsAsExpected(); }
+
+    void anItemWithoutNameIsToldByItsPlaceAlone()
+    {
+        TunerProperties document = aDocument();
+        document.GetComponent()[0].Resetname();
+        document.GetComponent()[0].SetdisplayName(QStringLiteral("shown"));
+        document.GetBandwidthSelection()[0].ResetName();
+        QCOMPARE(textsOf(document),
+                 (QStringList{QStringLiteral("BandwidthSelection 1 -> BandwidthSelection: Please set Name properly."),
+                              QStringLiteral("Component 1 -> Component: Please set name properly.")}));
+    }
+
+    void optionsAreToldByTheirNamesAndTextsOfAListByTheirPlaces()
+    {
+        ValueSelection selection;
+        SelectionItem option;
+        option.Setname(QStringLiteral("one"));
+        selection.SetSelectionItem({option});
+        QCOMPARE(textsOf(selection).constFirst(),
+                 QStringLiteral("SelectionItem \"one\" -> SelectionItem: Please set value properly."));
+
+        ValueStringList list;
+        list.SetStringItem({StringItem()});
+        QCOMPARE(textsOf(list).constFirst(), QStringLiteral("StringItem 1 -> StringItem: Please set value properly."));
+    }
+
+    void theStartupModesHaveNeitherNameNorPlace()
+    {
+        TunerProperties document = aDocument();
+        document.SetStartupModes(StartupModes());
+        QCOMPARE(textsOf(document),
+                 QStringList{QStringLiteral("StartupModes -> StartupModes: Please set StartupMode properly.")});
+    }
+
     void alternativesThatAreNotChosenAreNoProblem()
     {
         ValueItem item;
@@ -154,6 +245,58 @@ private Q_SLOTS:
         empty.Accept(notes);
         QVERIFY(notes.lines.isEmpty());
         QVERIFY(!empty.IsInitialized());
+    }
+
+private:
+    template <class T>
+    static T named()
+    {
+        T object;
+        object.Setid(QStringLiteral("a"));
+        return object;
+    }
+
+    template <class T>
+    static T namedRange()
+    {
+        T object = named<T>();
+        object.Setvalue(1);
+        object.Setmin(0);
+        object.Setmax(2);
+        return object;
+    }
+
+    static void choose(ValueItem &item, const ValueBoolean &value) { item.SetValueBoolean(value); }
+    static void choose(ValueItem &item, const ValueFloat &value) { item.SetValueFloat(value); }
+    static void choose(ValueItem &item, const ValueInt &value) { item.SetValueInt(value); }
+    static void choose(ValueItem &item, const ValueInt64 &value) { item.SetValueInt64(value); }
+    static void choose(ValueItem &item, const ValueNumericFloat &value) { item.SetValueNumericFloat(value); }
+    static void choose(ValueItem &item, const ValueNumericInt &value) { item.SetValueNumericInt(value); }
+    static void choose(ValueItem &item, const ValueNumericInt64 &value) { item.SetValueNumericInt64(value); }
+    static void choose(ValueItem &item, const ValueSelection &value) { item.SetValueSelection(value); }
+    static void choose(ValueItem &item, const ValueString &value) { item.SetValueString(value); }
+    static void choose(ValueItem &item, const ValueStringList &value) { item.SetValueStringList(value); }
+
+    static void addColumns()
+    {
+        QTest::addColumn<ValueItem>("item");
+        QTest::addColumn<QString>("expected");
+    }
+
+    /// A row for an item that has chosen the value, and for what is said about that value.
+    template <class T>
+    static void addCase(const char *expected, const T &value)
+    {
+        ValueItem item;
+        choose(item, value);
+        QTest::newRow(qPrintable(T::GetStaticObjectName())) << item << QString::fromLatin1(expected);
+    }
+
+    static void lastProblemIsAsExpected()
+    {
+        QFETCH(ValueItem, item);
+        QFETCH(QString, expected);
+        QCOMPARE(textsOf(item).constLast(), expected);
     }
 };
 

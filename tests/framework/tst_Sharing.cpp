@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <functional>
+
 #include <QtTest>
 
 #include <jobxml/Visitor.h>
@@ -7,6 +9,21 @@
 #include "Encodings.h"
 
 using namespace JobXml;
+
+using Use = std::function<void(const TunerProperties &)>;
+Q_DECLARE_METATYPE(Use)
+
+namespace {
+
+class SeesNothing : public Visitor
+{
+public:
+    void VisitValue(QLatin1String, const QVariant &, bool) override { }
+    void VisitList(QLatin1String, int, bool) override { }
+    void VisitChild(QLatin1String, const DataObject &child, int) override { child.Accept(*this); }
+};
+
+} // namespace
 
 /// Objects share their data after assignment, and nobody can tell.
 class SharingTest : public QObject
@@ -20,7 +37,11 @@ private Q_SLOTS:
     void flagsOfSharedTreesAreApart();
     void listsThatACallerHoldsDoNotFollowTheObject();
     void listsGivenToAnObjectDoNotFollowIt();
+    void everyUseLetsGoOfAListThatACallerHolds_data();
+    void everyUseLetsGoOfAListThatACallerHolds();
+    void theRoomOfAnEmptiedListIsNotSharedEither();
     void twoObjectsNeverShareAnItem();
+    void twoObjectsNeverShareTheirModes();
     void equalTreesWithANaNInsideDifferEvenWhenShared();
     void constGettersDoNotMark();
     void nonConstGettersMark();
@@ -89,6 +110,82 @@ void SharingTest::listsGivenToAnObjectDoNotFollowIt()
     document.SetValidate(false);
     QVERIFY(!std::as_const(document).GetComponent().at(0).GetValidate());
     QVERIFY(given.at(0).GetValidate());
+}
+
+void SharingTest::everyUseLetsGoOfAListThatACallerHolds_data()
+{
+    QTest::addColumn<Use>("use");
+    QTest::newRow("getters") << Use([](const TunerProperties &o) {
+        o.GetComponent();
+        o.GetBandwidthSelection();
+        o.GetStartupModes().GetStartupMode();
+    });
+    QTest::newRow("Check()") << Use([](const TunerProperties &o) { o.Check(); });
+    QTest::newRow("GetProblems()") << Use([](const TunerProperties &o) { o.GetProblems(); });
+    QTest::newRow("GetXml()") << Use([](const TunerProperties &o) { xmlOf(o); });
+    QTest::newRow("GetBinary()") << Use([](const TunerProperties &o) { recordOf(o); });
+    QTest::newRow("snapshot") << Use([](const TunerProperties &o) { snapshotOf(o); });
+    QTest::newRow("==") << Use([](const TunerProperties &o) { QVERIFY(o == o); });
+    QTest::newRow("Accept()") << Use([](const TunerProperties &o) {
+        SeesNothing visitor;
+        o.Accept(visitor);
+    });
+}
+
+// For then the list can be used by another thread than the object.
+void SharingTest::everyUseLetsGoOfAListThatACallerHolds()
+{
+    QFETCH(Use, use);
+    const TunerProperties document = aDocument();
+    const QVector<Component> components = document.GetComponent();
+    const QVector<BandwidthSelection> bandwidths = document.GetBandwidthSelection();
+    const QVector<StartupModes::StartupMode> modes = document.GetStartupModes().GetStartupMode();
+    QVERIFY(!components.isDetached());
+    QVERIFY(!bandwidths.isDetached());
+    QVERIFY(!modes.isDetached());
+    use(document);
+    QVERIFY(components.isDetached());
+    QVERIFY(bandwidths.isDetached());
+    QVERIFY(modes.isDetached());
+}
+
+void SharingTest::theRoomOfAnEmptiedListIsNotSharedEither()
+{
+    Component original = aComponent();
+    original.Reset();
+    original.GetNode().reserve(4);
+    const QVector<Node> held = std::as_const(original).GetNode();
+    QVERIFY(!held.isDetached());
+    QVERIFY(std::as_const(original).GetNode().isEmpty());
+    QVERIFY(held.isDetached());
+
+    original.GetNode().reserve(4);
+    const Component copy(original);
+    QVERIFY(std::as_const(original).GetNode().isDetached());
+    QCOMPARE(copy.GetNode().capacity(), 0);
+
+    StartupModes modes;
+    modes.GetStartupMode().reserve(4);
+    const StartupModes modesCopy(modes);
+    QVERIFY(std::as_const(modes).GetStartupMode().isDetached());
+    QCOMPARE(modesCopy.GetStartupMode().capacity(), 0);
+}
+
+void SharingTest::twoObjectsNeverShareTheirModes()
+{
+    using Mode = StartupModes::StartupMode;
+    StartupModes first;
+    StartupModes second;
+    const QVector<Mode> list{Mode::Scan, Mode::DF};
+    first.SetStartupMode(list);
+    second.SetStartupMode(list);
+    QVERIFY(list.isDetached());
+    second.SetStartupMode(std::as_const(first).GetStartupMode());
+    QVERIFY(std::as_const(first).GetStartupMode().constData() != std::as_const(second).GetStartupMode().constData());
+    second.GetStartupMode() = std::as_const(first).GetStartupMode();
+    QVERIFY(std::as_const(first).GetStartupMode().constData() != std::as_const(second).GetStartupMode().constData());
+    first.SetStartupMode(std::as_const(first).GetStartupMode());
+    QCOMPARE(std::as_const(first).GetStartupMode(), list);
 }
 
 void SharingTest::twoObjectsNeverShareAnItem()

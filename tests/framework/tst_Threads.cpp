@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <thread>
-
 #include <QtTest>
 
 #include "Documents.h"
 #include "Encodings.h"
+#include "Threads.h"
 
 using namespace JobXml;
 using REPORTGENERATOR::Logger;
@@ -51,12 +50,61 @@ bool useTwoAtOnce(TunerProperties &first, TunerProperties &second)
 {
     bool firstGood = false;
     bool secondGood = false;
-    std::thread firstThread([&] { firstGood = useInEveryWay(first, true); });
-    std::thread secondThread([&] { secondGood = useInEveryWay(second, false); });
-    firstThread.join();
-    secondThread.join();
+    atOnce([&] { firstGood = useInEveryWay(first, true); }, [&] { secondGood = useInEveryWay(second, false); });
     return firstGood && secondGood;
 }
+
+const QString notWellFormed = QStringLiteral("<TunerProperties Version=");
+const QString whyNot = QStringLiteral("XML text:1:25: Premature end of document.");
+
+/// Counts the messages that are as expected; safe to call from several threads, as a shared logger must be.
+class CountingLogger : public Logger
+{
+public:
+    void Log(Severity severity, const QString &message) override
+    {
+        const std::lock_guard lock(m_mutex);
+        ++(severity == Severity::Error && message == whyNot ? expected : others);
+    }
+
+    int expected = 0;
+    int others = 0;
+
+private:
+    std::mutex m_mutex;
+};
+
+std::atomic<int> expectedMessages{0}; // a message handler is a plain function
+std::atomic<int> otherMessages{0};
+
+void countMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    const bool expected = type == QtCriticalMsg && qstrcmp(context.category, "reportbase") == 0 && message == whyNot;
+    ++(expected ? expectedMessages : otherMessages);
+}
+
+/// What a program does to publish a document: whoever wants it takes it under a lock and uses it outside.
+class Published
+{
+public:
+    explicit Published(const TunerProperties &document) { m_document = document; }
+
+    void take(TunerProperties &document) const
+    {
+        const std::lock_guard lock(m_mutex);
+        document = m_document;
+    }
+
+    void replace(const TunerProperties &document)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_document = document;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    TunerProperties m_document;
+};
 
 } // namespace
 
@@ -89,18 +137,143 @@ private Q_SLOTS:
             for (TunerProperties &document : documents)
                 document = source;
             bool same[3] = {};
-            std::thread threads[3];
-            for (int i = 0; i < 3; ++i) {
-                threads[i] = std::thread([&, i] {
-                    documents[i].SetValidate(i == 1);
-                    documents[i].Setname(QStringLiteral("document %1").arg(i));
-                    same[i] = documents[i].Getname().endsWith(QString::number(i));
-                });
-            }
-            for (std::thread &thread : threads)
-                thread.join();
+            const auto use = [&](int i) {
+                documents[i].SetValidate(i == 1);
+                documents[i].Setname(QStringLiteral("document %1").arg(i));
+                same[i] = documents[i].Getname().endsWith(QString::number(i));
+            };
+            atOnce([&] { use(0); }, [&] { use(1); }, [&] { use(2); });
             QVERIFY(same[0] && same[1] && same[2]);
             QVERIFY(!source.IsnameSet());
+        }
+    }
+
+    // The last one to leave writes where all have read.
+    void whoIsLeftAloneWithTheDataSeesAllThatTheOthersDid()
+    {
+        for (int round = 0; round < 200; ++round) {
+            TunerProperties documents[3];
+            documents[0] = aDocument();
+            documents[1] = documents[0];
+            documents[2] = documents[0];
+            QString names[3];
+            const auto use = [&](int i) {
+                documents[i].SetMaxFFPDelay(quint64(i) + documents[i].GetMaxFFPDelay());
+                documents[i].GetComponent()[0].Setname(QString::number(i));
+                names[i] = std::as_const(documents[i]).GetComponent().at(0).Getname();
+            };
+            atOnce([&] { use(0); }, [&] { use(1); }, [&] { use(2); });
+            for (int i = 0; i < 3; ++i) {
+                QCOMPARE(names[i], QString::number(i));
+                QCOMPARE(documents[i].GetMaxFFPDelay(), quint64(i));
+            }
+        }
+    }
+
+    void aPublishedDocumentIsTakenUsedAndReplacedByAllThreads()
+    {
+        Published published(aDocument());
+        const QByteArray expected = snapshotOf(aDocument());
+        int good[3] = {};
+        const auto use = [&](int i) {
+            for (int round = 0; round < 200; ++round) {
+                TunerProperties document;
+                document.SetValidate(i != 1);
+                document.SetLogger(std::make_shared<Logger>());
+                published.take(document);
+                document.Check();
+                good[i] += snapshotOf(document) == expected && document.GetValidate() == (i != 1);
+                document.Setname(QStringLiteral("mine"));
+                document.GetComponent()[0].GetNode().resize(1);
+                published.take(document);
+                if (round % 3 == i)
+                    published.replace(document);
+            }
+        };
+        atOnce([&] { use(0); }, [&] { use(1); }, [&] { use(2); });
+        for (const int count : good)
+            QCOMPARE(count, 200);
+    }
+
+    void sharedDocumentsAreSavedAndLoadedAtOnce()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(folder.isValid());
+        TunerProperties first = aDocument();
+        TunerProperties second;
+        second = first;
+        QString failures[2];
+        const auto use = [&](TunerProperties &document, int i) {
+            const QString path = folder.filePath(QString::number(i));
+            for (int round = 0; round < 20 && failures[i].isNull(); ++round) {
+                TunerProperties read;
+                if (!document.SaveXml(path) || !read.LoadXml(path) || read != document)
+                    failures[i] = QStringLiteral("XML: ") + document.GetErrorString() + read.GetErrorString();
+                QFile file(path);
+                read.Reset();
+                if (!document.SaveBinary(path) || !read.LoadBinary(&file) || read != document)
+                    failures[i] = QStringLiteral("binary: ") + document.GetErrorString() + read.GetErrorString();
+                document = read;
+            }
+        };
+        atOnce([&] { use(first, 0); }, [&] { use(second, 1); });
+        QCOMPARE(failures[0], QString());
+        QCOMPARE(failures[1], QString());
+        QVERIFY(first == aDocument());
+        QVERIFY(second == aDocument());
+    }
+
+    void aLoggerThatIsSafeToCallMayBeShared()
+    {
+        const auto logger = std::make_shared<CountingLogger>();
+        TunerProperties first = aDocument();
+        TunerProperties second;
+        second = first;
+        const auto use = [&](TunerProperties &document) {
+            for (int round = 0; round < 100; ++round) {
+                document.SetLogger(logger);
+                document.SetXmlString(notWellFormed, true);
+                document.ResetLogger();
+                document.SetXmlString(notWellFormed, true);
+            }
+        };
+        atOnce([&] { use(first); }, [&] { use(second); });
+        QCOMPARE(logger->expected, 200);
+        QCOMPARE(logger->others, 0);
+        QCOMPARE(first.GetErrorString(), whyNot);
+        QCOMPARE(second.GetErrorString(), whyNot);
+    }
+
+    void theStockLoggerMayBeShared()
+    {
+        const auto logger = std::make_shared<Logger>();
+        TunerProperties first = aDocument();
+        TunerProperties second;
+        first.SetLogger(logger);
+        second.SetLogger(logger);
+        second = first;
+        const auto use = [&](TunerProperties &document) {
+            for (int round = 0; round < 100; ++round)
+                document.SetXmlString(notWellFormed, true);
+        };
+        const QtMessageHandler before = qInstallMessageHandler(countMessage);
+        atOnce([&] { use(first); }, [&] { use(second); });
+        qInstallMessageHandler(before);
+        QCOMPARE(expectedMessages.load(), 200);
+        QCOMPARE(otherMessages.load(), 0);
+    }
+
+    void aLoggerGoesWithTheLastDocumentThatHasIt()
+    {
+        for (int round = 0; round < 100; ++round) {
+            auto logger = std::make_shared<Logger>();
+            const std::weak_ptr<Logger> watched = logger;
+            auto first = std::make_unique<TunerProperties>(aDocument());
+            auto second = std::make_unique<TunerProperties>(*first);
+            first->SetLogger(logger);
+            second->SetLogger(std::move(logger));
+            atOnce([&] { first.reset(); }, [&] { second.reset(); });
+            QVERIFY(watched.expired());
         }
     }
 
@@ -122,10 +295,7 @@ private Q_SLOTS:
         first = source;
         second = source;
         bool equal[2] = {};
-        std::thread firstThread([&] { equal[0] = first == aDocument(); });
-        std::thread secondThread([&] { equal[1] = second == aDocument(); });
-        firstThread.join();
-        secondThread.join();
+        atOnce([&] { equal[0] = first == aDocument(); }, [&] { equal[1] = second == aDocument(); });
         QVERIFY(equal[0] && equal[1]);
     }
 };

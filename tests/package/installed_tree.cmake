@@ -19,6 +19,7 @@ foreach(file
         ${INCLUDE_DIR}/jobxml/TunerProperties.h ${INCLUDE_DIR}/jobxml/Export.h
         ${INCLUDE_DIR}/reportbase/IRGObject.h ${INCLUDE_DIR}/reportbase/Export.h
         ${INCLUDE_DIR}/tavikappstartup/TranslationCenter.h ${INCLUDE_DIR}/tavikappstartup/Export.h
+        ${DATA_DIR}/tunerproperties/tuner-properties.xsd
         ${DATA_DIR}/tunerproperties/translations/TunerProperties_de.qm
         ${DATA_DIR}/tunerproperties/translations/TunerProperties_en.qm)
     if(NOT EXISTS ${prefix}/${file})

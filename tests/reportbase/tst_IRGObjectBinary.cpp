@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
 #include <QtTest>
+
+#include <sys/mman.h>
 
 #include <ExceptionText.h>
 
@@ -21,6 +25,61 @@ QByteArray bytes(const char *hex)
 {
     return QByteArray::fromHex(hex);
 }
+
+/// Hands out what it holds three bytes at a time, as a slow line does, and cannot go back.
+class Trickle : public QIODevice
+{
+public:
+    explicit Trickle(const QByteArray &content) : m_content(content) { }
+
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char *data, qint64 size) override
+    {
+        const QByteArray now = m_content.left(int(qMin(size, qint64(3))));
+        m_content.remove(0, now.size());
+        std::copy(now.begin(), now.end(), data);
+        return now.isEmpty() ? -1 : now.size();
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray m_content;
+};
+
+/// A note that writes one byte more than a compressed form may hold. None of them is ever touched, nor takes up memory.
+class EnormousNote : public Note
+{
+public:
+    static constexpr int size = (1 << 30) + 1;
+
+    EnormousNote()
+        : Note(QStringLiteral("a")),
+          m_bytes(mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))
+    {
+    }
+    EnormousNote(const EnormousNote &) = delete;
+    EnormousNote &operator=(const EnormousNote &) = delete;
+    ~EnormousNote() override
+    {
+        if (isThere())
+            munmap(m_bytes, size);
+    }
+
+    bool isThere() const { return m_bytes != MAP_FAILED; }
+
+    bool GetBinary(QDataStream &stream, int, bool) const override
+    {
+        auto *buffer = qobject_cast<QBuffer *>(stream.device());
+        if (buffer)
+            buffer->buffer() = QByteArray::fromRawData(static_cast<const char *>(m_bytes), size);
+        return buffer;
+    }
+
+private:
+    void *m_bytes;
+};
 
 } // namespace
 
@@ -48,9 +107,11 @@ private Q_SLOTS:
     void filesAreRead();
     void anOpenFileIsReadFromWhereItStandsAndStaysOpen();
     void aPipeIsRead();
+    void aDeviceThatGivesFewBytesAtATimeIsReadToTheRecordsEnd();
     void anExceptionOfTheModelPasses();
     void savedFilesHoldTheRepresentations();
     void theOldFileStaysWhenSavingFails();
+    void whatNoReaderWouldTakeIsNotCompressed();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -341,6 +402,19 @@ void IRGObjectBinaryTest::aPipeIsRead()
     }
 }
 
+void IRGObjectBinaryTest::aDeviceThatGivesFewBytesAtATimeIsReadToTheRecordsEnd()
+{
+    for (const char *form : {bigEndianHi, compressedHi}) {
+        Trickle device(bytes(form) + "behind");
+        QVERIFY(device.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+        QDataStream stream(&device);
+        Note note;
+        QVERIFY2(note.SetBinaryRepresentation(stream), qPrintable(note.GetErrorString()));
+        QCOMPARE(note.text, QStringLiteral("hi"));
+        QCOMPARE(device.read(6), QByteArray("beh")); // what it gives at a time, from the first byte behind the record
+    }
+}
+
 void IRGObjectBinaryTest::anExceptionOfTheModelPasses()
 {
     QByteArray representation = bytes("9e8f7061 00000001 55");
@@ -393,6 +467,20 @@ void IRGObjectBinaryTest::theOldFileStaysWhenSavingFails()
     QCOMPARE(note.GetErrorString(), nowhere + QStringLiteral(": cannot write: No such file or directory"));
     QVERIFY(!note.SaveCompressedBinary(nowhere, 9));
     QCOMPARE(note.GetErrorString(), nowhere + QStringLiteral(": cannot write: No such file or directory"));
+}
+
+void IRGObjectBinaryTest::whatNoReaderWouldTakeIsNotCompressed()
+{
+    EnormousNote note;
+    QVERIFY(note.isThere());
+    const QString why =
+        QStringLiteral(": 1073741825 bytes are to be compressed, but readers take no more than 1073741824");
+    QVERIFY(!note.SaveCompressedBinary(path("a"), 1));
+    QCOMPARE(note.GetErrorString(), path("a") + why);
+    QVERIFY(!QFileInfo::exists(path("a")));
+
+    QCOMPARE(note.GetCompressedBinaryRepresentationAsQByteArray(1), QByteArray());
+    QCOMPARE(note.GetErrorString(), QStringLiteral("binary data") + why);
 }
 
 QTEST_GUILESS_MAIN(IRGObjectBinaryTest)

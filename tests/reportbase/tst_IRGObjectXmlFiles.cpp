@@ -107,6 +107,11 @@ void IRGObjectXmlFilesTest::aPipeIsRead()
     QVERIFY(openOnPipe(cut, "<Note>"));
     QVERIFY(!note.LoadXml(&cut));
     QCOMPARE(note.GetErrorString(), QStringLiteral("unnamed file:1:6: Premature end of document."));
+
+    QFile emptyNamed(QStringLiteral(""));
+    QVERIFY(openOnPipe(emptyNamed, "<Note>"));
+    QVERIFY(!note.LoadXml(&emptyNamed));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("unnamed file:1:6: Premature end of document."));
 }
 
 void IRGObjectXmlFilesTest::theFlagStaysAsItIs()

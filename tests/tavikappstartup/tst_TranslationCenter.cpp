@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <dlfcn.h>
+
 #include "tavikappstartup/RegistryTest.h"
 
 using Call = std::function<void()>;
@@ -47,6 +49,8 @@ private Q_SLOTS:
     void aSecondApplicationGetsTheCatalogueAgain();
     void aSecondApplicationAtTheSameAddressGetsTheCatalogueToo();
     void aModuleLeftRegisteredOutlivesItsApplication();
+
+    void whatAModuleGaveIsKeptWhenItIsUnloaded();
 };
 
 void TranslationCenterTest::thereIsOneRegistry()
@@ -313,6 +317,21 @@ void TranslationCenterTest::aModuleLeftRegisteredOutlivesItsApplication()
     }
     QCOMPARE(center().RegisteredModules(), QStringList{probe});
     QCOMPARE(signalText(), untranslated);
+}
+
+// Its texts lie in its constant data, which goes with it.
+void TranslationCenterTest::whatAModuleGaveIsKeptWhenItIsUnloaded()
+{
+    const Application application;
+    void *const module = dlopen(MODULE_FILE, RTLD_NOW | RTLD_LOCAL);
+    QVERIFY2(module, module ? "" : dlerror());
+    QCOMPARE(dlclose(module), 0);
+    QVERIFY(!dlopen(MODULE_FILE, RTLD_NOW | RTLD_NOLOAD));
+    QCOMPARE(center().SearchPaths().first(), first);
+    QCOMPARE(center().RegisteredModules(), QStringList{probe}); // which it forgot to unregister
+    QCOMPARE(signalText(), german);
+    center().Register(probe);
+    QCOMPARE(signalText(), german);
 }
 
 QTEST_APPLESS_MAIN(TranslationCenterTest)

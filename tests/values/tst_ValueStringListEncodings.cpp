@@ -57,6 +57,7 @@ private Q_SLOTS:
     void anItemWithoutValueInASnapshotIsRefusedWhileValidating();
     void anItemThatIsCutOffIsNotAppended();
     void aSnapshotStoresTheTextsWithoutTheSetters();
+    void manySmallRecordsMakeTheListGrowInLeaps();
 };
 
 void ValueStringListEncodingsTest::aWholeListHasThisElement()
@@ -400,6 +401,21 @@ void ValueStringListEncodingsTest::aSnapshotStoresTheTextsWithoutTheSetters()
     QVERIFY(object.IsvalueSet());
     QVERIFY(object.Getid().isNull());
     QVERIFY(object.Getvalue().isNull());
+}
+
+void ValueStringListEncodingsTest::manySmallRecordsMakeTheListGrowInLeaps()
+{
+    // One item, whose value is "x".
+    const QByteArray record = bytes("0000001D 2940EBDD 00000015 00000001 0000000D CEFF51BA 00000005 00000001 78");
+    ValueStringList object;
+    int leaps = 0;
+    for (int i = 0; i < 1000; ++i) {
+        const int before = std::as_const(object).GetStringItem().capacity();
+        readRecord(object, record);
+        leaps += std::as_const(object).GetStringItem().capacity() != before;
+    }
+    QCOMPARE(object.GetStringItem().size(), 1000);
+    QVERIFY2(leaps < 50, qPrintable(QString::number(leaps))); // each leap copies what is there
 }
 
 QTEST_GUILESS_MAIN(ValueStringListEncodingsTest)

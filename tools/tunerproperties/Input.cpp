@@ -60,14 +60,14 @@ QFile &Input::file()
 
 QByteArray Input::head(int size)
 {
-    const QByteArray bytes = file().read(size);
+    QByteArray bytes = file().read(size);
     check();
     return bytes;
 }
 
 QByteArray Input::bytes()
 {
-    const QByteArray bytes = file().readAll();
+    QByteArray bytes = file().readAll();
     check();
     return bytes;
 }

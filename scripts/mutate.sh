@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+#
+# mutate.sh [OPTION...] breaks the sources of the libraries in one place at a time, builds each of these mutants in a copy
+# of the tree, and runs the tests until one of them fails. It fails if a mutant survives that is not known to make no
+# difference (scripts/mutate/equivalents.txt). Call it again to go on where it was interrupted; --help tells the options.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+scripts/install-dependencies.sh build
+command -v python3 >/dev/null || die "python3 is missing"
+
+engine=(python3 -B scripts/mutate "$@")
+
+# A mutant may do what the sources take care not to do, such as putting a file in the place of a device.
+# shellcheck disable=SC2016 # expanded by the inner shell
+if ((EUID == 0)) && unshare --mount mount --rbind /dev /dev 2>/dev/null; then
+    exec unshare --mount sh -c 'mount --rbind /dev /dev && mount -o remount,bind,ro /dev && exec "$@"' sh "${engine[@]}"
+fi
+exec "${engine[@]}"

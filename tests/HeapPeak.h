@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <atomic>
+
+#include "Heap.h"
+
+/// How much heap was in use at most while this object was there, beyond what was in use before. One at a time.
+class HeapPeak final : Heap::Watcher
+{
+public:
+    /// What reading damaged data may take at most, whatever they announce.
+    static constexpr long long bound(long long inputBytes) { return (64LL << 20) + 200 * inputBytes; }
+
+    HeapPeak() { Heap::watch(this); }
+    HeapPeak(const HeapPeak &) = delete;
+    HeapPeak &operator=(const HeapPeak &) = delete;
+    ~HeapPeak() { Heap::watch(nullptr); }
+
+    long long bytes() const { return m_most.load(std::memory_order_relaxed); }
+
+    /// What is in use now beyond that; less than nothing if more was given back.
+    long long inUse() const { return m_inUse.load(std::memory_order_relaxed); }
+
+private:
+    bool mayAllocate(std::size_t) override { return true; }
+
+    void taken(std::size_t size) override
+    {
+        const auto more = static_cast<long long>(size);
+        const long long now = m_inUse.fetch_add(more, std::memory_order_relaxed) + more;
+        long long most = m_most.load(std::memory_order_relaxed);
+        while (now > most && !m_most.compare_exchange_weak(most, now, std::memory_order_relaxed)) { }
+    }
+
+    void given(std::size_t size) override
+    {
+        m_inUse.fetch_sub(static_cast<long long>(size), std::memory_order_relaxed);
+    }
+
+    std::atomic<long long> m_inUse{0};
+    std::atomic<long long> m_most{0};
+};

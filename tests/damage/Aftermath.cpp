@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "Aftermath.h"
+
+#include "Encodings.h"
+#include "ExceptionText.h"
+
+namespace Damage {
+
+using JobXml::DataObject;
+
+namespace {
+
+QByteArray written(const DataObject &object, Encoding encoding)
+{
+    switch (encoding) {
+    case Encoding::Record:
+        return recordOf(object);
+    case Encoding::Snapshot:
+        return snapshotOf(object);
+    default:
+        return xmlOf(object).toUtf8();
+    }
+}
+
+void read(DataObject &object, const QByteArray &bytes, Encoding encoding)
+{
+    switch (encoding) {
+    case Encoding::Record:
+        readRecord(object, bytes);
+        break;
+    case Encoding::Snapshot:
+        readSnapshot(object, bytes);
+        break;
+    default:
+        readXml(object, QString::fromUtf8(bytes));
+    }
+}
+
+// What reading must throw; null if nothing.
+QString read(Expected &object, const QByteArray &bytes, Encoding encoding)
+{
+    switch (encoding) {
+    case Encoding::Record:
+        return readRecord(object, bytes).thrown;
+    case Encoding::Snapshot:
+        return readSnapshot(object, bytes).thrown;
+    default:
+        return readXml(object, XmlTokens::ofText(QString::fromUtf8(bytes))).thrown;
+    }
+}
+
+// A number that is none does not equal itself, and so neither does what holds one.
+bool holdsNaN(const QString &lines)
+{
+    return lines.contains(QLatin1String(" = nan"));
+}
+
+} // namespace
+
+Aftermath::Aftermath(const ClassUnderTest &type, const DataObject &good)
+    : m_type(type), m_good(type.copied(good)), m_record(written(good, Encoding::Record)),
+      m_snapshot(written(good, Encoding::Snapshot)), m_xml(written(good, Encoding::Xml)),
+      m_tokens(XmlTokens::ofBytes(m_xml))
+{
+}
+
+const QByteArray &Aftermath::good(Encoding encoding) const
+{
+    switch (encoding) {
+    case Encoding::Record:
+        return m_record;
+    case Encoding::Snapshot:
+        return m_snapshot;
+    default:
+        return m_xml;
+    }
+}
+
+void Aftermath::readGood(Expected &object, Encoding encoding) const
+{
+    if (encoding == Encoding::Xml)
+        readXml(object, m_tokens);
+    else
+        read(object, good(encoding), encoding);
+}
+
+QString Aftermath::wrongWith(DataObject &object, const Expected *state, Encoding encoding) const
+{
+    QString wrong = wrongCopies(object);
+    if (wrong.isNull())
+        wrong = wrongWriting(object, encoding);
+    if (wrong.isNull())
+        wrong = wrongRewriting(object, encoding);
+    if (wrong.isNull())
+        wrong = wrongReading(object, state, encoding);
+    return wrong;
+}
+
+QString Aftermath::wrongCopies(const DataObject &object) const
+{
+    const QString lines = listing(object);
+    const auto copy = m_type.copied(object);
+    const auto assigned = m_type.copied(*m_good);
+    m_type.assign(*assigned, object);
+    if (listing(*assigned) != lines)
+        return QStringLiteral("what it is assigned to is not the same");
+    assigned->Reset();
+    if (listing(object) != lines)
+        return QStringLiteral("resetting what it was assigned to changed it");
+    if (holdsNaN(lines) ? listing(*copy) != lines : !m_type.equal(*copy, object))
+        return QStringLiteral("a copy is not the same");
+
+    m_type.assign(*copy, *m_good);
+    return m_type.equal(*copy, *m_good) ? QString() : QStringLiteral("it cannot be assigned to");
+}
+
+// A validating writer refuses what there is a problem with, and says which.
+QString Aftermath::wrongWriting(const DataObject &object, Encoding encoding) const
+{
+    if (encoding == Encoding::Snapshot)
+        return QString(); // is written without any check
+    QStringList problems;
+    for (const JobXml::Problem &problem : object.GetProblems())
+        problems += problem.message;
+    const QString thrown = thrownBy([&] { written(object, encoding); });
+    if (!object.GetValidate())
+        return thrown.isNull() ? QString() : QStringLiteral("it is not written, while not validating: ") + thrown;
+    if (!thrown.isNull() && !problems.contains(thrown.section(QStringLiteral("Exception: "), 1)))
+        return QStringLiteral("it is not written for a reason that is no problem: ") + thrown;
+    if (thrown.isNull() && !problems.isEmpty() && encoding == Encoding::Xml)
+        return QStringLiteral("it is written although: ") + problems.first();
+    return QString();
+}
+
+QString Aftermath::wrongRewriting(const DataObject &object, Encoding encoding) const
+{
+    const auto original = m_type.copied(object);
+    original->SetValidate(false);
+    const QByteArray bytes = written(*original, encoding);
+
+    const auto reread = m_type.make();
+    reread->SetValidate(false);
+    const QString thrown = thrownBy([&] { read(*reread, bytes, encoding); });
+    Expected wanted(m_type.staticName(), false);
+    if (!thrown.isNull() || !read(wanted, bytes, encoding).isNull())
+        return QStringLiteral("what it writes is refused: ") + thrown;
+    const QString lines = listing(*reread);
+    if (lines != wanted.listing())
+        return QStringLiteral("what it writes is read wrong: ") + difference(lines, wanted.listing());
+    // What is incomplete does not come back as it was: numbers are written whether set or not, null texts come back
+    // empty, and so on. What is complete does.
+    if (!object.GetProblems().isEmpty() || holdsNaN(lines))
+        return QString();
+    if (!m_type.equal(*reread, object))
+        return QStringLiteral("what it writes is not equal: ") + difference(lines, listing(object));
+    return written(*reread, encoding) == bytes ? QString()
+                                               : QStringLiteral("what it writes changes when written again");
+}
+
+QString Aftermath::wrongReading(DataObject &object, const Expected *state, Encoding encoding) const
+{
+    if (state) {
+        const auto joined = m_type.copied(object);
+        const QString thrown = thrownBy([&] { read(*joined, good(encoding), encoding); });
+        if (!thrown.isNull())
+            return QStringLiteral("reading again without reset throws ") + thrown;
+        Expected wanted(*state);
+        readGood(wanted, encoding);
+        const QString wrong = difference(listing(*joined), wanted.listing());
+        if (!wrong.isNull())
+            return QStringLiteral("reading again without reset: ") + wrong;
+    }
+
+    object.Reset();
+    if (object.AnyData())
+        return QStringLiteral("it has data after Reset()");
+    const QString thrown = thrownBy([&] { read(object, good(encoding), encoding); });
+    if (!thrown.isNull())
+        return QStringLiteral("reading again after Reset() throws ") + thrown;
+    if (!m_type.equal(object, *m_good)) // which has every member set, so that nothing escapes the comparison
+        return QStringLiteral("reading again after Reset(): ") + difference(listing(object), listing(*m_good));
+    return written(object, encoding) == good(encoding)
+        ? QString()
+        : QStringLiteral("written after all that, it is not what was read");
+}
+
+} // namespace Damage

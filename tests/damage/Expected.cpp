@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "Expected.h"
+
+#include <algorithm>
+
+namespace Damage {
+
+namespace {
+
+QVariant defaultOf(const MemberRule &member)
+{
+    switch (member.kind) {
+    case Kind::Boolean:
+        return false;
+    case Kind::Integer:
+        return QLatin1String(member.name) == QLatin1String("quantity") ? 1 : 0;
+    case Kind::Integer64:
+        return qlonglong(0);
+    case Kind::Unsigned64:
+        return qulonglong(0);
+    case Kind::Float:
+        return 0.0F;
+    case Kind::Double:
+        return 0.0;
+    default:
+        return QString();
+    }
+}
+
+QString refusedItem(const Expected &owner, const MemberRule &member)
+{
+    return QStringLiteral("IncompleteDefinitionException: %1: Tried to append not completely defined or invalid item "
+                          "%2.")
+        .arg(QLatin1String(owner.rule->name), QLatin1String(member.name));
+}
+
+} // namespace
+
+QString lengthErrorOf(const QString &className)
+{
+    return QStringLiteral("BinaryParsingException: ") + className
+        + QStringLiteral("::SetBinary(...): Length error occurred during processing of binary representation");
+}
+
+Expected::Expected(const QString &className, bool validates)
+    : rule(&ruleOf(className)), validate(validates), members(rule->members.size())
+{
+    reset();
+}
+
+void Expected::reset()
+{
+    choice = 255;
+    for (const MemberRule &member : rule->members) {
+        of(member) = Held();
+        of(member).value = defaultOf(member);
+    }
+}
+
+Expected &Expected::child(const MemberRule &member)
+{
+    Held &held = of(member);
+    if (held.objects.isEmpty())
+        held.objects.append(Expected(QString::fromLatin1(member.object), validate));
+    return held.objects.first();
+}
+
+bool Expected::hasData() const
+{
+    if (!touched)
+        return false;
+    if (is("ValueItem"))
+        return choice < members.size() && !members.at(choice).objects.isEmpty()
+            && members.at(choice).objects.first().hasData();
+    return std::all_of(rule->members.begin(), rule->members.end(), [this](const MemberRule &member) {
+        const Held &held = of(member);
+        if (!member.has(Mandatory))
+            return true;
+        switch (member.kind) {
+        case Kind::Text:
+            return !held.value.toString().isNull();
+        case Kind::List:
+            return !held.objects.isEmpty();
+        case Kind::Modes:
+            return !held.modes.isEmpty();
+        default:
+            return held.set;
+        }
+    });
+}
+
+bool Expected::isOlder() const
+{
+    return QStringLiteral("1.1").toFloat() > versionLoaded.toFloat();
+}
+
+// Data of an older version begin with everything at its default, and with the one quantity that this gives.
+void Expected::takeVersion(const QString &version)
+{
+    versionLoaded = version;
+    if (!isOlder())
+        return;
+    reset();
+    of(*rule->byName(QStringLiteral("quantity"))).set = true;
+}
+
+void Expected::set(const MemberRule &member, const QVariant &value)
+{
+    if (validate && member.kind == Kind::TypeName && typeByName(value.toString()) < 0)
+        throw Refusal{QStringLiteral("OutOfRangeException: enum is not valid "
+                                     "(classname=TunerProperties,membername=m_type)")};
+    of(member).value = value;
+    of(member).set = true;
+}
+
+void Expected::append(const MemberRule &member, const Expected &item)
+{
+    if (validate && !item.hasData())
+        throw Refusal{refusedItem(*this, member)};
+    of(member).objects.append(item);
+    of(member).set = true;
+}
+
+void Expected::appendMode(const MemberRule &member, int mode)
+{
+    if (validate && modeName(mode).isNull())
+        throw Refusal{refusedItem(*this, member)};
+    of(member).modes.append(modeName(mode));
+    of(member).set = true;
+}
+
+QString Expected::listing() const
+{
+    Lines lines;
+    list(lines);
+    return lines.text;
+}
+
+void Expected::list(Lines &lines) const
+{
+    if (!touched)
+        return;
+    if (is("ValueItem"))
+        lines.value(QLatin1String("choice"), choice, true);
+    if (is("TunerProperties"))
+        lines.value(QLatin1String("version loaded"), versionLoaded, true);
+    for (const MemberRule &member : rule->members) {
+        const Held &held = of(member);
+        const QLatin1String name(member.name);
+        const bool hasObject = !held.objects.isEmpty();
+        switch (member.kind) {
+        case Kind::List:
+            lines.list(name, held.objects.size(), held.set);
+            for (int i = 0; i < held.objects.size(); ++i) {
+                lines.enter(name, i);
+                held.objects.at(i).list(lines);
+                lines.leave();
+            }
+            break;
+        case Kind::Modes:
+            lines.list(name, held.modes.size(), held.set);
+            for (const QString &mode : held.modes)
+                lines.value(name, mode, true);
+            break;
+        case Kind::Child: // What was read into it before something failed is there, although it does not count as set.
+            if (held.set || (hasObject && held.objects.first().touched)) {
+                lines.enter(name, -1, held.set);
+                if (hasObject)
+                    held.objects.first().list(lines);
+                lines.leave();
+            }
+            break;
+        case Kind::Alternative:
+            if (choice == member.bit && held.set && hasObject) {
+                lines.enter(name);
+                held.objects.first().list(lines);
+                lines.leave();
+            }
+            break;
+        default:
+            lines.value(name, held.value, held.set);
+        }
+    }
+}
+
+} // namespace Damage

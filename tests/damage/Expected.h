@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+#include <QVariant>
+
+#include "Rules.h"
+#include "XmlTokens.h"
+
+namespace JobXml {
+class DataObject;
+}
+
+namespace Damage {
+
+/// A length or count word of a record, and who reads it.
+struct Word
+{
+    enum What { RecordLength, ItemLength, ObjectLength, MemberLength, TextLength, Count };
+
+    What what;
+    int offset;
+    qint32 value;
+    QString owner; ///< the class whose record holds the word
+    QString member; ///< the member it belongs to; null for the record's own length
+    Kind kind; ///< of that member
+};
+
+/// A listing as it is put together. In one text, since there are hundreds of thousands of them.
+class Lines
+{
+public:
+    void value(QLatin1String name, const QVariant &value, bool set);
+    void list(QLatin1String name, int size, bool set);
+    /// A line for an object; what follows is in it, until leave().
+    void enter(QLatin1String name, int index = -1, bool set = true);
+    void leave();
+
+    QString text;
+
+private:
+    void end(bool set);
+
+    QString m_where;
+    QVector<int> m_outer; // how long m_where was
+};
+
+/// What an object must hold, told from the formats alone. Nothing of the library is used to find out.
+class Expected
+{
+public:
+    explicit Expected(const QString &className, bool validate = true);
+
+    struct Held
+    {
+        QVariant value; // as a visitor is shown it
+        bool set = false;
+        QVector<Expected> objects; // items, the child, the alternative
+        QStringList modes;
+    };
+
+    const ClassRule *rule;
+    bool validate;
+    bool touched = false; // an object that nothing has been read into shows no members
+    int choice = 255;
+    QString versionLoaded;
+    QVector<Held> members; // by bit
+
+    Held &of(const MemberRule &member) { return members[member.bit]; }
+    const Held &of(const MemberRule &member) const { return members.at(member.bit); }
+    Expected &child(const MemberRule &member); // made if there is none yet
+    bool is(const char *className) const { return QLatin1String(rule->name) == QLatin1String(className); }
+
+    bool hasData() const;
+    void reset();
+    bool isOlder() const;
+    void takeVersion(const QString &version);
+
+    // By the rules of the setters; these throw a Refusal.
+    void set(const MemberRule &member, const QVariant &value);
+    void append(const MemberRule &member, const Expected &item);
+    void appendMode(const MemberRule &member, int mode);
+
+    /// What it must hold, a line for each member, item, child and alternative.
+    QString listing() const;
+
+private:
+    void list(Lines &lines) const;
+};
+
+/// The exception that the library must throw, as thrownBy() tells it.
+struct Refusal
+{
+    QString text;
+};
+
+QString lengthErrorOf(const QString &className);
+
+/// What an object does hold, in the same lines.
+QString listing(const JobXml::DataObject &object);
+
+/// The first line in which two listings differ; null if they are the same.
+QString difference(const QString &found, const QString &wanted);
+
+struct Outcome
+{
+    QString thrown; ///< as thrownBy() tells it; null if nothing
+    int read = 0; ///< bytes taken
+};
+
+/// Reads a record without leading word; notes its length and count words if asked to.
+Outcome readRecord(Expected &object, const QByteArray &record, QVector<Word> *words = nullptr);
+
+Outcome readSnapshot(Expected &object, const QByteArray &snapshot);
+
+struct XmlOutcome
+{
+    QString thrown;
+    bool taken = false; ///< what the reader must return, if nothing is thrown
+    QString error; ///< the error it must tell then, without the source
+    bool brokeOff = false; ///< the text is not well formed, and what stands at the break may be stored or not
+};
+
+XmlOutcome readXml(Expected &object, const XmlTokens &tokens);
+
+} // namespace Damage

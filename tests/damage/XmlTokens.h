@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QVector>
+#include <QXmlStreamReader>
+
+namespace Damage {
+
+/// What an XML text consists of, up to its end or to where it is not well formed: the judgement of a plain reader,
+/// which knows nothing of the model.
+struct XmlTokens
+{
+    enum Type { Start, End, Text, Other };
+
+    struct Token
+    {
+        Type type;
+        QString name;
+        QXmlStreamAttributes attributes;
+        QString text;
+        qint64 line;
+        qint64 column;
+    };
+
+    QVector<Token> tokens;
+    bool wellFormed = false;
+    QString error; // line, column and reason, if it is not
+
+    static XmlTokens of(QXmlStreamReader &reader);
+    static XmlTokens ofBytes(const QByteArray &bytes)
+    {
+        QXmlStreamReader reader(bytes);
+        return of(reader);
+    }
+    static XmlTokens ofText(const QString &text)
+    {
+        QXmlStreamReader reader(text);
+        return of(reader);
+    }
+};
+
+/// Line, column and reason as the library puts them in front of each other.
+QString xmlErrorText(qint64 line, qint64 column, const QString &why);
+
+} // namespace Damage

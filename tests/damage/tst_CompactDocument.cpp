@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include <jobxml/Visitor.h>
+
+#include "CompactDocument.h"
+#include "Expected.h"
+#include "HeapPeak.h"
+
+using namespace JobXml;
+using namespace Damage;
+
+namespace {
+
+/// Notes which members of which classes are set, and which are not.
+class MemberNotes : public Visitor
+{
+public:
+    QStringList set;
+    QStringList notSet;
+
+    void note(const DataObject &object)
+    {
+        const QString outer = m_class;
+        m_class = object.GetObjectName();
+        object.Accept(*this);
+        m_class = outer;
+    }
+
+    void VisitValue(QLatin1String name, const QVariant &, bool isSet) override { note(name, isSet); }
+    void VisitList(QLatin1String name, int size, bool isSet) override { note(name, isSet && size > 0); }
+    void VisitChild(QLatin1String name, const DataObject &child, int index) override
+    {
+        if (index < 0)
+            note(name, true); // a child by itself is shown only if it is set
+        note(child);
+    }
+
+private:
+    void note(QLatin1String name, bool isSet)
+    {
+        QStringList &notes = isSet ? set : notSet;
+        const QString member = m_class + QLatin1Char('.') + name;
+        if (!notes.contains(member))
+            notes += member;
+    }
+
+    QString m_class;
+};
+
+} // namespace
+
+/// The document that is damaged in the other tests of this folder leaves nothing out, and neither does what these tests
+/// know of the formats.
+class CompactDocumentTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyMemberOfEveryClassIsSet();
+    void theRulesNameEveryMember();
+    void allTenKindsOfValuesAreThere();
+    void eachEncodingHoldsTheWholeDocument();
+    void everyTagIsInTheRecord();
+    void itIsSmallEnoughForExhaustiveTests();
+    void theHeapIsCounted();
+};
+
+void CompactDocumentTest::everyMemberOfEveryClassIsSet()
+{
+    MemberNotes notes;
+    notes.note(compactDocument());
+    QCOMPARE(notes.notSet, QStringList());
+
+    QStringList all;
+    for (const ClassRule &rule : classRules()) {
+        for (const MemberRule &member : rule.members)
+            all += QStringLiteral("%1.%2").arg(QLatin1String(rule.name), QLatin1String(member.name));
+    }
+    all.sort();
+    notes.set.sort();
+    QCOMPARE(notes.set, all);
+}
+
+// A new object of each class shows all of its members; the alternatives of a value and the startup modes of a document
+// show only once they are used.
+void CompactDocumentTest::theRulesNameEveryMember()
+{
+    const auto compare = [](DataObject &&object, const QStringList &hidden = {}) {
+        object.ResetToDefault();
+        MemberNotes notes;
+        notes.note(object);
+        QStringList shown = notes.set + notes.notSet;
+        QStringList ruled;
+        for (const MemberRule &member : ruleOf(object.GetObjectName()).members) {
+            if (!hidden.contains(QLatin1String(member.name)))
+                ruled += object.GetObjectName() + QLatin1Char('.') + QLatin1String(member.name);
+        }
+        shown.sort();
+        ruled.sort();
+        QCOMPARE(shown, ruled);
+    };
+    compare(TunerProperties(), {QStringLiteral("StartupModes")});
+    compare(StartupModes());
+    compare(BandwidthSelection());
+    compare(Component());
+    compare(Node());
+    compare(ValueItem(), ValueItem::GetChoiceValueItems());
+    compare(ValueBoolean());
+    compare(ValueFloat());
+    compare(ValueInt());
+    compare(ValueInt64());
+    compare(ValueNumericFloat());
+    compare(ValueNumericInt());
+    compare(ValueNumericInt64());
+    compare(ValueSelection());
+    compare(SelectionItem());
+    compare(ValueString());
+    compare(ValueStringList());
+    compare(StringItem());
+    QCOMPARE(classRules().size(), 18);
+}
+
+void CompactDocumentTest::allTenKindsOfValuesAreThere()
+{
+    const JobXml::Node node = compactNode();
+    QStringList kinds;
+    for (const ValueItem &item : node.GetValueItem())
+        kinds += item.ChoiceValueItemToName(item.GetChoiceValueItem());
+    QCOMPARE(kinds, ValueItem::GetChoiceValueItems());
+    QCOMPARE(kinds.size(), 10);
+}
+
+void CompactDocumentTest::eachEncodingHoldsTheWholeDocument()
+{
+    const TunerProperties original = compactDocument();
+    QVERIFY(original.GetProblems().isEmpty());
+    QString lines = listing(original);
+    QVERIFY(!lines.contains(QLatin1String("(not set)")));
+    lines.replace(QStringLiteral("version loaded = null"), QStringLiteral("version loaded = \"1.1\""));
+
+    TunerProperties fromRecord;
+    readRecord(fromRecord, recordOf(original));
+    QCOMPARE(listing(fromRecord), lines);
+    QVERIFY(fromRecord == original);
+
+    TunerProperties fromSnapshot;
+    QCOMPARE(readSnapshot(fromSnapshot, snapshotOf(original)), 0);
+    QCOMPARE(listing(fromSnapshot), lines);
+    QVERIFY(fromSnapshot == original);
+
+    TunerProperties fromXml;
+    QVERIFY(fromXml.SetXmlString(QString::fromUtf8(compactXml()), true));
+    QCOMPARE(listing(fromXml), lines);
+    QVERIFY(fromXml == original);
+
+    // And so says who reads by the formats alone.
+    Expected expected(QStringLiteral("TunerProperties"));
+    const Outcome record = readRecord(expected, recordOf(original));
+    QCOMPARE(record.thrown, QString());
+    QCOMPARE(record.read, recordOf(original).size());
+    QCOMPARE(expected.listing(), lines);
+
+    Expected ofSnapshot(QStringLiteral("TunerProperties"));
+    QCOMPARE(readSnapshot(ofSnapshot, snapshotOf(original)).read, snapshotOf(original).size());
+    QCOMPARE(ofSnapshot.listing(), lines);
+
+    Expected ofXml(QStringLiteral("TunerProperties"));
+    QVERIFY(readXml(ofXml, XmlTokens::ofBytes(compactXml())).taken);
+    QCOMPARE(ofXml.listing(), lines);
+}
+
+void CompactDocumentTest::everyTagIsInTheRecord()
+{
+    const QByteArray record = recordOf(compactDocument());
+    for (const ClassRule &rule : classRules()) {
+        for (const MemberRule &member : rule.members) {
+            QByteArray tag;
+            QDataStream(&tag, QIODevice::WriteOnly) << member.tag;
+            QVERIFY2(record.contains(tag), member.name);
+        }
+    }
+}
+
+void CompactDocumentTest::itIsSmallEnoughForExhaustiveTests()
+{
+    const auto isAtMost = [](int size, int most) {
+        QVERIFY2(size <= most, qPrintable(QStringLiteral("%1 bytes").arg(size)));
+    };
+    isAtMost(recordOf(compactDocument()).size(), 1000);
+    isAtMost(snapshotOf(compactDocument()).size(), 800);
+    isAtMost(compactXml().size(), 2000);
+}
+
+void CompactDocumentTest::theHeapIsCounted()
+{
+    {
+        const HeapPeak peak;
+        QByteArray some(1000000, 'x');
+        QVERIFY(peak.bytes() >= 1000000);
+        QVERIFY(peak.inUse() >= 1000000);
+        some.clear();
+        QVERIFY(peak.bytes() >= 1000000); // stays
+        QVERIFY(peak.inUse() < 500000);
+    }
+    const HeapPeak another;
+    QVERIFY(another.bytes() < 100000);
+}
+
+QTEST_GUILESS_MAIN(CompactDocumentTest)
+#include "tst_CompactDocument.moc"

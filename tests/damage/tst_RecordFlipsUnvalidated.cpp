@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "Damaging.h"
+
+using namespace Damage;
+
+/// Each bit of a record, read while not validating. A test of its own, to run beside the others.
+class RecordFlipsUnvalidatedTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyFlippedBitGivesWhatTheFormatSays()
+    {
+        const Sweep sweep = flipEveryBit(Encoding::Record, false);
+        QCOMPARE(sweep.wrong, QString());
+        QCOMPARE(sweep.damaged, 8 * recordOf(compactDocument()).size());
+        qInfo("%d flips, %d of them refused", sweep.damaged, sweep.refused);
+    }
+};
+
+QTEST_GUILESS_MAIN(RecordFlipsUnvalidatedTest)
+#include "tst_RecordFlipsUnvalidated.moc"

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "Damaging.h"
+
+using namespace JobXml;
+using namespace Damage;
+
+namespace {
+
+constexpr qint32 most = 0x7FFFFFFF;
+constexpr qint32 least = -0x7FFFFFFF - 1;
+
+QVector<Word> wordsOf(const QByteArray &record)
+{
+    Expected whole = expectedDocument(true);
+    QVector<Word> words;
+    readRecord(whole, record, &words);
+    return words;
+}
+
+// The length of an entry of the startup modes: its text has a length of its own, so nobody asks for this one.
+bool isIgnored(const Word &word)
+{
+    return word.what == Word::ItemLength && word.kind == Kind::Modes;
+}
+
+/// What must be thrown by the rules of lengths alone; null where that depends on the bytes that are met behind.
+QString thrownByRule(const Word &word, qint32 value)
+{
+    switch (word.what) {
+    case Word::RecordLength:
+        // Less than nothing cannot be read, and the stream ends before the most can.
+        return lengthErrorOf(word.owner);
+    case Word::MemberLength:
+        // More than the record has left: it is over behind this member, and its lengths do not add up.
+        return value == most ? lengthErrorOf(word.owner) : QString();
+    case Word::ItemLength:
+    case Word::ObjectLength:
+        // An object of less than nothing.
+        return value < 0 && !isIgnored(word) ? lengthErrorOf(word.member) : QString();
+    case Word::TextLength:
+        // Longer than all that is left, taken without a sign; but for -1, which stands for no text.
+        return value != -1 ? lengthErrorOf(word.owner) : QString();
+    default:
+        return QString();
+    }
+}
+
+/// Whether reading must fail, whatever is met behind.
+bool mustFail(const Word &word, qint32 value)
+{
+    if (isIgnored(word))
+        return false;
+    if (word.what == Word::TextLength)
+        return value != -1; // no text, and its bytes are read as what follows it
+    if (word.what == Word::Count)
+        return value == most; // without that many items the stream ends; with fewer, they are read as members
+    return true; // some record is left with a remainder: nothing else makes up for it
+}
+
+} // namespace
+
+/// Each length and each count of the record replaced by what would do the most harm.
+class RecordWordsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theWordsAreAllThere();
+    void everyHostileWordGivesWhatTheFormatSays_data() { validatingRows(); }
+    void everyHostileWordGivesWhatTheFormatSays();
+    void noHostileWordPassesForAGoodDocument_data() { validatingRows(); }
+    void noHostileWordPassesForAGoodDocument();
+
+private:
+    template <class Try>
+    static void tryEach(Try &&tryOne)
+    {
+        const QByteArray record = recordOf(compactDocument());
+        for (const Word &word : wordsOf(record)) {
+            const QVector<qint32> values =
+                word.what == Word::Count ? QVector<qint32>{-1, 0, most} : QVector<qint32>{-1, -8, most, least};
+            for (const qint32 value : values) {
+                const QString where =
+                    QStringLiteral("%1 at %2 in %3.%4").arg(value).arg(word.offset).arg(word.owner, word.member);
+                tryOne(word, value, replaced(record, word.offset, value), where);
+                if (QTest::currentTestFailed())
+                    return;
+            }
+        }
+    }
+};
+
+void RecordWordsTest::theWordsAreAllThere()
+{
+    const QByteArray record = recordOf(compactDocument());
+    QMap<int, int> found;
+    for (const Word &word : wordsOf(record)) {
+        ++found[word.what];
+        QCOMPARE(hex(record), hex(replaced(record, word.offset, word.value)));
+    }
+    QCOMPARE(found[Word::RecordLength], 1);
+    // Two modes, a bandwidth, a component, a node, ten values, an item of a selection, a text of a list.
+    QCOMPARE(found[Word::ItemLength], 2 + 1 + 1 + 1 + 10 + 1 + 1);
+    QCOMPARE(found[Word::ObjectLength], 1 + 10); // the startup modes, the alternatives
+    // Of the document 12, modes 1, bandwidth 2, component 5, node 2; values 5 x 2, 3 x 5, 5 and 3; items 2 and 1.
+    QCOMPARE(found[Word::MemberLength], 12 + 1 + 2 + 5 + 2 + 10 + 15 + 5 + 3 + 2 + 1);
+    QCOMPARE(found[Word::Count], 7); // modes, bandwidths, components, nodes, values, selection, texts
+    // Document 6 with the version, modes 2, bandwidth 2, component 3, node 1; ids 10, float 1, ranges 4, selection 2,
+    // its item 2, text 1, list 1, its item 1.
+    QCOMPARE(found[Word::TextLength], 6 + 2 + 2 + 3 + 1 + 10 + 1 + 4 + 2 + 2 + 1 + 1 + 1);
+}
+
+void RecordWordsTest::everyHostileWordGivesWhatTheFormatSays()
+{
+    QFETCH(bool, validate);
+    int accepted = 0;
+    int refused = 0;
+    tryEach([&](const Word &word, qint32 value, const QByteArray &damaged, const QString &where) {
+        Expected state = expectedDocument(validate);
+        const Outcome outcome = readRecord(state, damaged);
+        TunerProperties document = emptyDocument(validate);
+        const QString wrong = wrongAfterReading(document, state, outcome.thrown, Encoding::Record, damaged.size(),
+                                                [&] { readRecord(document, damaged); });
+        QVERIFY2(wrong.isNull(), qPrintable(where + QStringLiteral(": ") + wrong));
+
+        const QString byRule = thrownByRule(word, value);
+        QVERIFY2(byRule.isNull() || outcome.thrown == byRule,
+                 qPrintable(where + QStringLiteral(" threw ") + outcome.thrown));
+        QVERIFY2(!outcome.thrown.isNull() || !mustFail(word, value), qPrintable(where + QStringLiteral(" passed")));
+        if (isIgnored(word))
+            QCOMPARE(outcome.thrown, QString());
+        ++(outcome.thrown.isNull() ? accepted : refused);
+    });
+    qInfo("%d refused, %d accepted by SetBinary()", refused, accepted);
+}
+
+void RecordWordsTest::noHostileWordPassesForAGoodDocument()
+{
+    QFETCH(bool, validate);
+    const QByteArray leadingWord = TunerProperties(compactDocument()).GetBinaryRepresentationAsQByteArray().left(4);
+    tryEach([&](const Word &word, qint32, const QByteArray &damaged, const QString &where) {
+        QByteArray representation = leadingWord + damaged;
+        TunerProperties document = emptyDocument(validate);
+        bool taken = false;
+        const QString thrown = thrownBy([&] { taken = document.SetBinaryRepresentation(representation); });
+        QVERIFY2(taken == isIgnored(word), qPrintable(where));
+        QVERIFY(!taken || document == compactDocument());
+        QCOMPARE(!document.GetErrorString().isNull(), !taken && thrown.isNull());
+    });
+}
+
+QTEST_GUILESS_MAIN(RecordWordsTest)
+#include "tst_RecordWords.moc"

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "Damaging.h"
+
+using namespace JobXml;
+using namespace Damage;
+
+namespace {
+
+QByteArray compressedAt(int level)
+{
+    return JobXml::TunerProperties(compactDocument()).GetCompressedBinaryRepresentationAsQByteArray(level);
+}
+
+/// What is to be said about a plain representation of which one bit is flipped; null if it is taken. Reads it.
+QString errorFor(int bit, const QByteArray &damaged, Expected &state, QString &thrown)
+{
+    QDataStream stream(damaged);
+    quint32 word = 0;
+    qint32 length = 0;
+    stream >> word >> length;
+    const int inTheRecord = damaged.size() - 8;
+    if (bit < 32)
+        return QStringLiteral("binary data: the leading word is 0x%1, not 0xC10CBB5F (TunerProperties)")
+            .arg(QString::number(word, 16).toUpper().rightJustified(8, QLatin1Char('0')));
+    if (bit < 64)
+        return QStringLiteral("binary data: the record's length is %1, but %2 bytes follow")
+            .arg(length)
+            .arg(inTheRecord);
+    const Outcome outcome = readRecord(state, damaged.mid(4));
+    thrown = outcome.thrown;
+    const int read = outcome.read - 4; // without the length
+    if (!thrown.isNull() || read == inTheRecord)
+        return QString();
+    return QStringLiteral("binary data: the record's length is %1, but its members end after %2 bytes")
+        .arg(inTheRecord)
+        .arg(read);
+}
+
+} // namespace
+
+/// Around the record the framing is checked as well: damage that a record does not notice is noticed here.
+class RepresentationsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyFlippedBitIsRefusedThrownOrRead_data() { validatingRows(); }
+    void everyFlippedBitIsRefusedThrownOrRead();
+    void everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDifference_data() { levels(); }
+    void everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDifference();
+    void everyCutOfTheCompressedFormIsRefused_data() { levels(); }
+    void everyCutOfTheCompressedFormIsRefused();
+
+private:
+    static void levels()
+    {
+        QTest::addColumn<int>("level");
+        for (const int level : {-1, 0, 1, 9})
+            QTest::addRow("level %d", level) << level;
+    }
+};
+
+void RepresentationsTest::everyFlippedBitIsRefusedThrownOrRead()
+{
+    QFETCH(bool, validate);
+    const QByteArray whole = TunerProperties(compactDocument()).GetBinaryRepresentationAsQByteArray();
+    int refused = 0;
+    int exceptions = 0;
+    for (int bit = 0; bit < 8 * whole.size(); ++bit) {
+        QByteArray damaged = flipped(whole, bit);
+        Expected state = expectedDocument(validate);
+        QString thrown;
+        const QString error = errorFor(bit, damaged, state, thrown);
+
+        TunerProperties document = emptyDocument(validate);
+        bool taken = false;
+        const HeapPeak peak;
+        QCOMPARE(thrownBy([&] { taken = document.SetBinaryRepresentation(damaged); }), thrown);
+        QVERIFY(peak.bytes() <= HeapPeak::bound(whole.size()));
+        QCOMPARE(document.GetErrorString(), error);
+        QCOMPARE(taken, thrown.isNull() && error.isNull());
+        QCOMPARE(document.IsInitialized(), bit >= 64);
+        QCOMPARE(difference(listing(document), state.listing()), QString());
+        refused += taken || !thrown.isNull() ? 0 : 1;
+        exceptions += thrown.isNull() ? 0 : 1;
+
+        document.Reset();
+        QByteArray good = whole;
+        QVERIFY(document.SetBinaryRepresentation(good));
+        QVERIFY(document.GetErrorString().isNull());
+        QVERIFY(document == compactDocument());
+    }
+    QVERIFY(refused >= 64);
+    qInfo("%d flips, %d of them refused and %d thrown", 8 * whole.size(), refused, exceptions);
+}
+
+void RepresentationsTest::everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDifference()
+{
+    QFETCH(int, level);
+    const QByteArray whole = compressedAt(level);
+    int same = 0;
+    for (int bit = 0; bit < 8 * whole.size(); ++bit) {
+        QByteArray damaged = flipped(whole, bit);
+        TunerProperties document;
+        const HeapPeak peak;
+        const bool taken = document.SetBinaryRepresentation(damaged); // and nothing is thrown
+        QVERIFY(peak.bytes() <= HeapPeak::bound(whole.size()));
+        same += taken ? 1 : 0;
+        QCOMPARE(document.IsInitialized(), taken);
+        QVERIFY(!taken || document == compactDocument());
+        const QString why = document.GetErrorString();
+        if (bit < 32)
+            QVERIFY(why.startsWith(QStringLiteral("binary data: the leading word is 0x")));
+        else if (bit < 64)
+            QVERIFY(why.startsWith(QStringLiteral("binary data: the record's length is ")));
+        else
+            QVERIFY2(taken ? why.isNull()
+                           : why == QLatin1String("binary data: the compressed bytes are damaged")
+                             || why.startsWith(
+                                 QStringLiteral("binary data: %1 compressed bytes declare ").arg(whole.size() - 8)),
+                     qPrintable(why));
+    }
+    // Not compressed at all there is but one byte with bits that mean nothing. Compressed, a repetition may as well be
+    // taken from elsewhere, and codes that no byte uses be of another length: bits that a reader cannot miss.
+    QVERIFY(level != 0 || same == 5);
+    qInfo("%d flips, %d of them without a difference", 8 * whole.size(), same);
+}
+
+void RepresentationsTest::everyCutOfTheCompressedFormIsRefused()
+{
+    QFETCH(int, level);
+    const QByteArray whole = compressedAt(level);
+    for (int size = 0; size < whole.size(); ++size) {
+        QByteArray cut = whole.left(size);
+        TunerProperties document;
+        QVERIFY(!document.SetBinaryRepresentation(cut));
+        QVERIFY(!document.IsInitialized());
+
+        // Cut before it was framed, so that the lengths agree.
+        if (size < 8)
+            continue;
+        QByteArray framed = replaced(cut, 4, size - 8);
+        QVERIFY(!document.SetBinaryRepresentation(framed));
+        QVERIFY(!document.IsInitialized());
+        QVERIFY(document.GetErrorString().startsWith(QStringLiteral("binary data: ")));
+    }
+    QByteArray good = whole;
+    TunerProperties document;
+    QVERIFY(document.SetBinaryRepresentation(good));
+    QVERIFY(document == compactDocument());
+}
+
+QTEST_GUILESS_MAIN(RepresentationsTest)
+#include "tst_Representations.moc"

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "Damaging.h"
+
+using namespace JobXml;
+using namespace Damage;
+
+/// A snapshot ends where its bytes do. It has no checks, and so nothing tells that something is missing; but nothing
+/// that was cut off is ever stored.
+class SnapshotCutsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyCutKeepsWhatWasWhole_data() { validatingRows(); }
+    void everyCutKeepsWhatWasWhole();
+    void noCutItemIsAppended();
+};
+
+void SnapshotCutsTest::everyCutKeepsWhatWasWhole()
+{
+    QFETCH(bool, validate);
+    const Sweep sweep = cutEverywhere(Encoding::Snapshot, validate, 0);
+    QCOMPARE(sweep.wrong, QString());
+    QCOMPARE(sweep.damaged, snapshotOf(compactDocument()).size());
+    QCOMPARE(sweep.refused, 0);
+}
+
+void SnapshotCutsTest::noCutItemIsAppended()
+{
+    const TunerProperties original = compactDocument();
+    const QByteArray snapshot = snapshotOf(original);
+    for (int size = 0; size < snapshot.size(); ++size) {
+        TunerProperties document;
+        QCOMPARE(thrownBy([&] { readSnapshot(document, snapshot.left(size)); }), QString());
+        for (const JobXml::Component &component : std::as_const(document).GetComponent())
+            QVERIFY(component == original.GetComponent().at(0));
+        for (const JobXml::BandwidthSelection &bandwidth : std::as_const(document).GetBandwidthSelection())
+            QVERIFY(bandwidth == original.GetBandwidthSelection().at(0));
+        QVERIFY(document != original);
+    }
+}
+
+QTEST_GUILESS_MAIN(SnapshotCutsTest)
+#include "tst_SnapshotCuts.moc"

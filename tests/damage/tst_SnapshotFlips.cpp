@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "Damaging.h"
+
+using namespace Damage;
+
+/// A snapshot has no checks: with one bit the other way round it holds something else, or ends early. What is refused
+/// is refused by the rule for items of lists.
+class SnapshotFlipsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyFlippedBitGivesWhatTheFormatSays_data() { validatingRows(); }
+    void everyFlippedBitGivesWhatTheFormatSays()
+    {
+        QFETCH(bool, validate);
+        const Sweep sweep = flipEveryBit(Encoding::Snapshot, validate);
+        QCOMPARE(sweep.wrong, QString());
+        QCOMPARE(sweep.damaged, 8 * snapshotOf(compactDocument()).size());
+        QCOMPARE(sweep.refused > 0, validate);
+        qInfo("%d flips, %d of them refused", sweep.damaged, sweep.refused);
+    }
+};
+
+QTEST_GUILESS_MAIN(SnapshotFlipsTest)
+#include "tst_SnapshotFlips.moc"

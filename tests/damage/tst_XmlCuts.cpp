@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "XmlDamage.h"
+
+using namespace JobXml;
+using namespace Damage;
+
+/// An XML document that ends early is not well formed, and never passes.
+class XmlCutsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyCutIsRefusedWithItsPlace_data() { validatingRows(); }
+    void everyCutIsRefusedWithItsPlace();
+    void everyCutOfATextIsRefusedWithItsPlace_data() { validatingRows(); }
+    void everyCutOfATextIsRefusedWithItsPlace();
+    void everyCutBehindWhatIsRefusedStillTellsOfThat();
+};
+
+void XmlCutsTest::everyCutIsRefusedWithItsPlace()
+{
+    QFETCH(bool, validate);
+    const XmlSweep sweep = cutXmlEverywhere(XmlSource::File, validate);
+    QCOMPARE(sweep.wrong, QString());
+    QCOMPARE(sweep.all(), compactXml().size());
+    QCOMPARE(sweep.taken, 1); // without the line end behind the root element it is whole
+    QCOMPARE(sweep.refused, sweep.all() - 1);
+}
+
+void XmlCutsTest::everyCutOfATextIsRefusedWithItsPlace()
+{
+    QFETCH(bool, validate);
+    const XmlSweep sweep = cutXmlEverywhere(XmlSource::Text, validate);
+    QCOMPARE(sweep.wrong, QString());
+    QCOMPARE(sweep.all(), compactXml().size());
+    QCOMPARE(sweep.noText, 1 + 3); // cut inside one letter of two bytes and one of four
+    QCOMPARE(sweep.taken, 1);
+    QCOMPARE(sweep.thrown, 0);
+}
+
+// Content that is complete and refused comes first: that the text breaks off behind it makes no difference.
+void XmlCutsTest::everyCutBehindWhatIsRefusedStillTellsOfThat()
+{
+    QByteArray whole = compactXml();
+    whole.replace("<HRPANSupported>true</HRPANSupported>", "<HRPANSupported></HRPANSupported>");
+    const int refusedAt = whole.indexOf("</HRPANSupported>") + int(qstrlen("</HRPANSupported>"));
+    QVERIFY(refusedAt > 100);
+    for (int size = 0; size < whole.size(); ++size) {
+        XmlSweep sweep;
+        readDamagedXml(sweep, whole.left(size), XmlSource::File, true, QStringLiteral("cut to %1 bytes").arg(size));
+        QCOMPARE(sweep.wrong, QString());
+        QCOMPARE(sweep.thrown, size >= refusedAt ? 1 : 0);
+        QCOMPARE(sweep.refused, size >= refusedAt ? 0 : 1);
+    }
+}
+
+QTEST_GUILESS_MAIN(XmlCutsTest)
+#include "tst_XmlCuts.moc"

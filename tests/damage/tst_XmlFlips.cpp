@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include "XmlDamage.h"
+
+using namespace Damage;
+
+/// Each bit of an XML document, read from a file, while validating. A test of its own, to run beside the others.
+class XmlFlipsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyFlippedBitGivesWhatAPlainReaderAndTheRulesSay()
+    {
+        const XmlSweep sweep = flipEveryBitOfXml(XmlSource::File, true);
+        QCOMPARE(sweep.wrong, QString());
+        QCOMPARE(sweep.all(), 8 * compactXml().size());
+        QVERIFY(sweep.taken > 0 && sweep.refused > 0);
+        QCOMPARE(sweep.thrown > 0, true);
+        qInfo("%d flips: %d taken, %d refused, %d thrown", sweep.all(), sweep.taken, sweep.refused, sweep.thrown);
+    }
+};
+
+QTEST_GUILESS_MAIN(XmlFlipsTest)
+#include "tst_XmlFlips.moc"

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#include "Accessors.h"
+#include "Suite.h"
+
+/// The accessors of a member work on that member and on no other.
+class EveryClassMembersTest : public Suite
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void settingAMemberSetsNoOther()
+    {
+        const auto full = type().full();
+        const auto fresh = type().make();
+        QVERIFY(accessors().count() > 0);
+        for (int set = 0; set < accessors().count(); ++set) {
+            const auto object = type().make();
+            accessors().copyOne(*full, *object, set);
+            for (int member = 0; member < accessors().count(); ++member) {
+                const QString unset = accessors().readOne(member == set ? *full : *fresh, member);
+                QCOMPARE(accessors().readOne(*object, member), member == set ? marked(unset) : unset);
+            }
+        }
+    }
+
+    void resettingAMemberResetsNoOther()
+    {
+        const auto full = type().full();
+        const auto fresh = type().make();
+        for (int reset = 0; reset < accessors().count(); ++reset) {
+            const auto object = type().full();
+            accessors().resetOne(*object, reset);
+            for (int member = 0; member < accessors().count(); ++member)
+                QCOMPARE(accessors().readOne(*object, member),
+                         accessors().readOne(member == reset ? *fresh : *full, member));
+        }
+    }
+
+private:
+    static const Accessors &accessors() { return accessorsOf(type().staticName()); }
+
+    // As Accessors::read() says that the member is set: of a full choice only one alternative is.
+    static QString marked(QString text) { return text.replace(QStringLiteral("? "), QStringLiteral("! ")); }
+};
+
+QTEST_GUILESS_MAIN(EveryClassMembersTest)
+#include "tst_EveryClassMembers.moc"

@@ -1,0 +1,382 @@
+// SPDX-License-Identifier: MIT
+#include <cerrno>
+#include <csignal>
+
+#include <QRegularExpression>
+
+#include <tools/Tool.h>
+
+#include "FaultyCalls.h"
+#include "Saving.h"
+
+using FaultyCalls::Action;
+
+namespace {
+
+const QByteArray old = "the old file";
+
+struct Fault
+{
+    int error;
+    const char *reason; // null if the output is written all the same
+};
+
+/// One that calls of that kind may meet; all that they may meet are tried on the library, which does the same.
+Fault faultOf(char kind)
+{
+    switch (kind) {
+    case FaultyCalls::CreateUnnamed:
+    case FaultyCalls::Create:
+        return {EACCES, "Permission denied"};
+    case FaultyCalls::Write:
+        return {ENOSPC, "No space left on device"};
+    case FaultyCalls::Sync:
+        return {EIO, "Input/output error"};
+    case FaultyCalls::Link:
+        return {EXDEV, "Invalid cross-device link"};
+    case FaultyCalls::Rename:
+        return {EROFS, "Read-only file system"};
+    case FaultyCalls::Chmod:
+        return {EPERM, nullptr};
+    default:
+        return {EIO, nullptr};
+    }
+}
+
+void addForms()
+{
+    QTest::addColumn<QString>("out");
+    for (const char *name : {"out.xml", "out.tpb", "out.tpz", "out.tps"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+} // namespace
+
+class ConvertFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void aFullDiskLeavesTheOldFile_data();
+    void aFullDiskLeavesTheOldFile();
+    void noFailingCallSpoilsTheOutput_data();
+    void noFailingCallSpoilsTheOutput();
+    void dyingAtAnyCallLeavesOneFileOrTheOther_data();
+    void dyingAtAnyCallLeavesOneFileOrTheOther();
+    void aSizeLimitIsAnError_data();
+    void aSizeLimitIsAnError();
+    void aSizeLimitThatKillsLeavesTheOldFile();
+    void aLinkStaysAndItsFileIsWritten();
+    void linksInACircleAreRefused();
+    void theReasonIsGivenWhenStandardOutputTakesAPartOnly();
+    void theReasonIsGivenWhenAPipeCannotBeKept_data();
+    void theReasonIsGivenWhenAPipeCannotBeKept();
+
+private:
+    Run convert(const QString &out, const FaultyCalls::Plan &plan, const QByteArray &standardInput = {});
+    QByteArray calls() const;
+    QByteArray convertedWithoutFaults(const QString &out);
+    void checkThatItIsRefused(const Run &run, const QString &out, bool replaces, const char *reason) const;
+
+    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Folder> m_folderOfLog;
+};
+
+void ConvertFaultsTest::init()
+{
+    m_shop = std::make_unique<Workshop>();
+    m_folderOfLog = std::make_unique<Folder>();
+    // If coverage is measured: what a process counts that is killed or may not write must not spoil the rest.
+    m_shop->setEnvironment(QStringLiteral("GCOV_PREFIX"), m_folderOfLog->path());
+}
+
+void ConvertFaultsTest::cleanup()
+{
+    m_shop.reset();
+}
+
+/// With the calls of the tool going by the plan.
+Run ConvertFaultsTest::convert(const QString &out, const FaultyCalls::Plan &plan, const QByteArray &standardInput)
+{
+    QFile::remove(m_folderOfLog->path(QStringLiteral("calls")));
+    const auto set = [this](const char *name, const QString &value) {
+        m_shop->setEnvironment(QString::fromLatin1(name), value);
+    };
+    set("LD_PRELOAD", QStringLiteral(FAULTY_CALLS_MODULE));
+    // Whatever a sanitizer keeps to itself is not about the output.
+    set("ASAN_OPTIONS", qEnvironmentVariable("ASAN_OPTIONS") + QStringLiteral(":verify_asan_link_order=0"));
+    set(FaultyCalls::PlanVariable,
+        QStringLiteral("%1 %2 %3 %4 %5")
+            .arg(plan.call)
+            .arg(int(plan.action))
+            .arg(plan.error)
+            .arg(plan.room)
+            .arg(int(plan.unnamedFiles)));
+    set(FaultyCalls::FolderVariable, QFileInfo(m_shop->path(QStringLiteral("."))).canonicalFilePath());
+    set(FaultyCalls::LogVariable, m_folderOfLog->path(QStringLiteral("calls")));
+    const QString in = standardInput.isNull() ? QStringLiteral("in.xml") : QStringLiteral("-");
+    return m_shop->run({QStringLiteral("convert"), in, out}, standardInput);
+}
+
+/// Those that the last run made, a letter each.
+QByteArray ConvertFaultsTest::calls() const
+{
+    return m_folderOfLog->read(QStringLiteral("calls"));
+}
+
+QByteArray ConvertFaultsTest::convertedWithoutFaults(const QString &out)
+{
+    const Run run = convert(out, {});
+    const QByteArray bytes = m_shop->read(out);
+    return run.status == 0 && run.err.isEmpty() && QFile::remove(m_shop->path(out)) ? bytes : QByteArray();
+}
+
+void ConvertFaultsTest::checkThatItIsRefused(const Run &run, const QString &out, bool replaces,
+                                             const char *reason) const
+{
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: %1: cannot write: %2\n").arg(out, QString::fromLatin1(reason)));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 3);
+    QStringList files(QStringLiteral("in.xml"));
+    if (replaces)
+        files.append(out);
+    QCOMPARE(m_shop->files(), files);
+    QCOMPARE(m_shop->read(out), replaces ? old : QByteArray("(no such file)"));
+}
+
+void ConvertFaultsTest::aFullDiskLeavesTheOldFile_data()
+{
+    addForms();
+}
+
+void ConvertFaultsTest::aFullDiskLeavesTheOldFile()
+{
+    QFETCH(QString, out);
+    for (const QByteArray &in : {QByteArray(smallXml), aLargeDocument(1, 20000).GetXmlString().toUtf8()}) {
+        m_shop->write(QStringLiteral("in.xml"), in);
+        const QByteArray whole = convertedWithoutFaults(out);
+        QVERIFY(!whole.isEmpty());
+        FaultyCalls::Plan plan;
+        for (const int room : {0, 1, whole.size() / 2, whole.size() - 1}) {
+            m_shop->write(out, old);
+            plan.room = room;
+            checkThatItIsRefused(convert(out, plan), out, true, "No space left on device");
+            if (QTest::currentTestFailed())
+                return;
+        }
+        plan.room = whole.size();
+        QCOMPARE(convert(out, plan).status, 0);
+        QVERIFY(m_shop->read(out) == whole);
+        QVERIFY(QFile::remove(m_shop->path(out)));
+    }
+}
+
+/// Every form in one place, and one form in every place: where the library saves they are tried out in full.
+void ConvertFaultsTest::noFailingCallSpoilsTheOutput_data()
+{
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<bool>("replaces");
+    QTest::addColumn<bool>("unnamedFiles");
+    const auto row = [](const char *out, bool replaces, bool unnamedFiles) {
+        QTest::addRow("%s, %s, %s", out, replaces ? "replaced" : "new",
+                      unnamedFiles ? "unnamed until whole" : "named at once")
+            << QString::fromLatin1(out) << replaces << unnamedFiles;
+    };
+    for (const char *out : {"out.xml", "out.tpb", "out.tpz", "out.tps"})
+        row(out, true, true);
+    row("out.xml", true, false);
+    row("out.xml", false, true);
+    row("out.xml", false, false);
+}
+
+void ConvertFaultsTest::noFailingCallSpoilsTheOutput()
+{
+    QFETCH(QString, out);
+    QFETCH(bool, replaces);
+    QFETCH(bool, unnamedFiles);
+    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    const QByteArray whole = convertedWithoutFaults(out);
+    QVERIFY(!whole.isEmpty());
+    FaultyCalls::Plan plan;
+    plan.unnamedFiles = unnamedFiles;
+    const auto prepare = [&] {
+        QFile::remove(m_shop->path(out));
+        if (replaces)
+            m_shop->write(out, old);
+    };
+    prepare();
+    QCOMPARE(convert(out, plan).status, 0);
+    const QByteArray allCalls = calls();
+    QVERIFY2(allCalls.contains(FaultyCalls::Write) && allCalls.contains(FaultyCalls::Sync), allCalls.constData());
+    plan.action = Action::FailForEver;
+    for (int call = 1; call <= allCalls.size(); ++call) {
+        const char kind = allCalls[call - 1];
+        const Fault fault = faultOf(kind);
+        prepare();
+        plan.call = call;
+        plan.error = fault.error;
+        const Run run = convert(out, plan);
+        if (fault.reason) {
+            checkThatItIsRefused(run, out, replaces, fault.reason);
+        } else {
+            QCOMPARE(run.err, QString());
+            QCOMPARE(run.status, 0);
+            QVERIFY(m_shop->read(out) == whole);
+            QCOMPARE(m_shop->files(), QStringList({QStringLiteral("in.xml"), out}));
+        }
+        QVERIFY2(calls().size() >= call, calls().constData());
+        if (QTest::currentTestFailed())
+            return;
+    }
+}
+
+void ConvertFaultsTest::dyingAtAnyCallLeavesOneFileOrTheOther_data()
+{
+    QTest::addColumn<QString>("out");
+    QTest::addColumn<bool>("unnamedFiles");
+    for (const char *out : {"out.xml", "out.tpb", "out.tpz", "out.tps"})
+        QTest::addRow("%s, unnamed until whole", out) << QString::fromLatin1(out) << true;
+    QTest::newRow("out.xml, named at once") << QStringLiteral("out.xml") << false;
+}
+
+void ConvertFaultsTest::dyingAtAnyCallLeavesOneFileOrTheOther()
+{
+    QFETCH(QString, out);
+    QFETCH(bool, unnamedFiles);
+    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    const QByteArray whole = convertedWithoutFaults(out);
+    QVERIFY(!whole.isEmpty());
+    bool leftOld = false;
+    bool leftNew = false;
+    for (const Action action : {Action::DieHalfway, Action::DieAfter}) {
+        bool died = true;
+        for (int call = 1; died; ++call) {
+            for (const QString &name : m_shop->files()) {
+                if (name != QLatin1String("in.xml"))
+                    QVERIFY(QFile::remove(m_shop->path(name)));
+            }
+            m_shop->write(out, old);
+            FaultyCalls::Plan plan;
+            plan.call = call;
+            plan.action = action;
+            plan.unnamedFiles = unnamedFiles;
+            died = convert(out, plan).status != 0;
+            QCOMPARE(died, calls().size() == call); // else there was no such call any more
+
+            const QByteArray found = m_shop->read(out);
+            leftOld = leftOld || found == old;
+            leftNew = leftNew || found == whole;
+            QVERIFY2(found == old || found == whole, qPrintable(QString::number(call)));
+            const QStringList files = m_shop->files();
+            QVERIFY2(files.size() <= 3, qPrintable(files.join(QLatin1Char(' '))));
+            const QRegularExpression expected(QStringLiteral("^(in\\.xml|out\\.[a-z]{3}(\\.[A-Za-z]{6})?)$"));
+            for (const QString &name : files)
+                QVERIFY2(expected.match(name).hasMatch(), qPrintable(name));
+
+            if (files.size() == 3) { // which is in nobody's way
+                QCOMPARE(convert(out, {}).status, 0);
+                QVERIFY(m_shop->read(out) == whole);
+            }
+        }
+    }
+    QVERIFY(leftOld && leftNew);
+}
+
+void ConvertFaultsTest::aSizeLimitIsAnError_data()
+{
+    addForms();
+}
+
+void ConvertFaultsTest::aSizeLimitIsAnError()
+{
+    QFETCH(QString, out);
+    m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
+    m_shop->write(out, old);
+    for (const int blocks : {0, 1, 30}) { // of 512 bytes
+        const Run run = m_shop->shell(
+            QStringLiteral("trap '' XFSZ; ulimit -f %1; exec \"$tool\" convert in.xml %2").arg(blocks).arg(out));
+        checkThatItIsRefused(run, out, true, "File too large");
+    }
+    QCOMPARE(m_shop->shell(QStringLiteral("ulimit -f 200; exec \"$tool\" convert in.xml ") + out).status, 0);
+    QVERIFY(m_shop->read(out).size() > 20000);
+}
+
+void ConvertFaultsTest::aSizeLimitThatKillsLeavesTheOldFile()
+{
+    m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
+    for (const char *name : {"out.xml", "out.tpb", "out.tpz", "out.tps"}) {
+        const QString out = QString::fromLatin1(name);
+        m_shop->write(out, old);
+        const Run run =
+            m_shop->shell(QStringLiteral("ulimit -c 0; ulimit -f 30; \"$tool\" convert in.xml %1; echo $?").arg(out));
+        QCOMPARE(run.out, QStringLiteral("%1\n").arg(128 + SIGXFSZ));
+        QCOMPARE(m_shop->read(out), old);
+    }
+    QCOMPARE(m_shop->files().size(), 5);
+}
+
+void ConvertFaultsTest::aLinkStaysAndItsFileIsWritten()
+{
+    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    const Run run = m_shop->shell(
+        QStringLiteral("mkdir -p a/deep; ln -s ../file.xml a/deep/up.xml; ln -s a/deep folder; ln -s a/new.xml to.xml\n"
+                       "\"$tool\" convert in.xml folder/up.xml && \"$tool\" convert in.xml to.xml\n"
+                       "test -L a/deep/up.xml -a -L to.xml && cmp a/file.xml a/new.xml; ls; ls a"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, QStringLiteral("a\nfolder\nin.xml\nto.xml\ndeep\nfile.xml\nnew.xml\n"));
+    QCOMPARE(m_shop->read(QStringLiteral("a/file.xml")), QByteArray(smallXml));
+}
+
+void ConvertFaultsTest::linksInACircleAreRefused()
+{
+    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    const Run run =
+        m_shop->shell(QStringLiteral("ln -s a.xml b.xml; ln -s b.xml a.xml; \"$tool\" convert in.xml a.xml\n"
+                                     "status=$?; test -L a.xml -a -L b.xml && exit $status"));
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: a.xml: cannot write: Too many levels of symbolic links\n"));
+    QCOMPARE(run.status, 3);
+}
+
+void ConvertFaultsTest::theReasonIsGivenWhenStandardOutputTakesAPartOnly()
+{
+    m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
+    const Run run =
+        m_shop->shell(QStringLiteral("trap '' XFSZ; ulimit -f 30; exec \"$tool\" convert in.xml - --to tagged > out"));
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: -: cannot write: File too large\n"));
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->read(QStringLiteral("out")).size(), 30 * 512);
+}
+
+void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<int>("room");
+    const QByteArray large = aLargeDocument(1, 50000).GetXmlString().toUtf8();
+    for (const int room : {0, 100}) {
+        QTest::addRow("small, %d bytes", room) << QByteArray(smallXml) << room;
+        QTest::addRow("large, %d bytes", room) << large << room;
+    }
+}
+
+void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept()
+{
+    QFETCH(QByteArray, document);
+    QFETCH(int, room);
+    m_shop->setEnvironment(QStringLiteral("TMPDIR"), m_shop->path(QStringLiteral(".")));
+    FaultyCalls::Plan plan;
+    plan.room = room;
+    for (const bool unnamedFiles : {true, false}) {
+        plan.unnamedFiles = unnamedFiles;
+        const Run run = convert(QStringLiteral("out.xml"), plan, document);
+        QCOMPARE(run.err,
+                 QStringLiteral("tunerproperties: -: cannot be kept in a temporary file: No space left on device\n"));
+        QCOMPARE(run.status, 3);
+        QCOMPARE(m_shop->files(), QStringList());
+    }
+}
+
+QTEST_GUILESS_MAIN(ConvertFaultsTest)
+#include "tst_ConvertFaults.moc"

@@ -1,0 +1,351 @@
+// SPDX-License-Identifier: MIT
+#include "Saving.h"
+
+#include <cerrno>
+#include <csignal>
+
+#include <QRegularExpression>
+
+#include "FaultyCalls.h"
+
+using FaultyCalls::Action;
+using JobXml::TunerProperties;
+
+namespace {
+
+const QString target = QStringLiteral("document");
+
+struct Fault
+{
+    int error;
+    const char *reason; // null if saving succeeds all the same
+};
+
+/// What a call of that kind may be told, and what saving makes of it.
+QVector<Fault> faultsOf(char kind)
+{
+    static const Fault full = {ENOSPC, "No space left on device"};
+    static const Fault quota = {EDQUOT, "Disk quota exceeded"};
+    static const Fault broken = {EIO, "Input/output error"};
+    static const Fault refused = {EACCES, "Permission denied"};
+    static const Fault readOnly = {EROFS, "Read-only file system"};
+    switch (kind) {
+    case FaultyCalls::CreateUnnamed: // where it is a folder that cannot be opened so, the system is too old for it
+        return {full, quota, broken, refused, readOnly, {EMFILE, "Too many open files"}, {EISDIR, nullptr}};
+    case FaultyCalls::Create:
+        return {full, quota, broken, refused, readOnly, {EMFILE, "Too many open files"}, {EEXIST, "File exists"}};
+    case FaultyCalls::Write:
+        return {full, quota, broken, {EFBIG, "File too large"}};
+    case FaultyCalls::Sync: // some file systems cannot do it at all; then nothing is known to be wrong
+        return {full, quota, broken, {EINVAL, nullptr}, {ENOSYS, nullptr}, {EOPNOTSUPP, nullptr}};
+    case FaultyCalls::Link:
+        return {full, quota, broken, refused, readOnly, {EEXIST, "File exists"}};
+    case FaultyCalls::Rename:
+        return {full, quota, broken, refused, readOnly, {EXDEV, "Invalid cross-device link"}};
+    case FaultyCalls::Chmod: // the document counts for more than who may read it
+        return {{EPERM, nullptr}, {EIO, nullptr}};
+    case FaultyCalls::Close: // by then it is on the disk
+        return {{EIO, nullptr}, {ENOSPC, nullptr}};
+    default:
+        return {};
+    }
+}
+
+/// Where a document is saved: the way, its size, whether there was one before, whether files can do without a name.
+void addPlaces(std::initializer_list<bool> sizes = {false, true})
+{
+    QTest::addColumn<Way>("way");
+    QTest::addColumn<bool>("large");
+    QTest::addColumn<bool>("replaces");
+    QTest::addColumn<bool>("unnamedFiles");
+    for (const Way &way : waysToSave) {
+        for (const bool large : sizes) {
+            for (const bool replaces : {false, true}) {
+                for (const bool unnamedFiles : {true, false}) {
+                    QTest::addRow("%s, %s, %s, %s", way.name, large ? "large" : "small", replaces ? "replaced" : "new",
+                                  unnamedFiles ? "unnamed until whole" : "named at once")
+                        << way << large << replaces << unnamedFiles;
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+
+class SaveFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void aFullDiskLeavesTheOldDocument_data();
+    void aFullDiskLeavesTheOldDocument();
+    void noFailingCallSpoilsADocument_data();
+    void noFailingCallSpoilsADocument();
+    void aCallThatFailsOnceDoesNotEither_data();
+    void aCallThatFailsOnceDoesNotEither();
+    void aNameThatIsTakenIsNotTheLast();
+    void interruptedWritesGoOn();
+    void dyingAtAnyCallLeavesOneDocumentOrTheOther_data();
+    void dyingAtAnyCallLeavesOneDocumentOrTheOther();
+    void aLongNameInBetweenIsCutBetweenCharacters();
+
+private:
+    void prepare();
+    bool save(const FaultyCalls::Plan &plan);
+    bool saveWith(int call, Action action, int error);
+    void checkThatItIsSaved() const;
+    void checkThatItIsRefused(const QString &reason) const;
+
+    Folder m_folder;
+    TunerProperties m_small;
+    TunerProperties m_large;
+    QByteArray m_old;
+
+    // of one row and one attempt
+    Way m_way = {};
+    bool m_replaces = false;
+    bool m_unnamedFiles = true;
+    TunerProperties *m_document = nullptr;
+    QByteArray m_new;
+    QByteArray m_calls;
+};
+
+void SaveFaultsTest::initTestCase()
+{
+    QVERIFY(QFileInfo(m_folder.path()).isWritable());
+    m_small = aSmallDocument("new");
+    m_large = aLargeDocument(1, 20000); // more than Qt keeps back before it writes, which is 16 KiB
+    m_old = "the old document";
+}
+
+void SaveFaultsTest::init()
+{
+    m_document = nullptr;
+}
+
+void SaveFaultsTest::prepare()
+{
+    QFETCH(Way, way);
+    QFETCH(bool, large);
+    QFETCH(bool, replaces);
+    QFETCH(bool, unnamedFiles);
+    m_way = way;
+    m_replaces = replaces;
+    m_unnamedFiles = unnamedFiles;
+    m_document = large ? &m_large : &m_small;
+    m_new = way.bytes(*m_document);
+    QVERIFY(large ? m_new.size() > 20000 : m_new.size() < 2000);
+}
+
+/// From the same start each time.
+bool SaveFaultsTest::save(const FaultyCalls::Plan &plan)
+{
+    m_folder.clear();
+    if (m_replaces)
+        m_folder.write(target, m_old);
+    FaultyCalls::begin(plan);
+    const bool saved = m_way.save(*m_document, m_folder.path(target));
+    m_calls = FaultyCalls::end();
+    return saved;
+}
+
+bool SaveFaultsTest::saveWith(int call, Action action, int error)
+{
+    FaultyCalls::Plan plan;
+    plan.call = call;
+    plan.action = action;
+    plan.error = error;
+    plan.unnamedFiles = m_unnamedFiles;
+    return save(plan);
+}
+
+void SaveFaultsTest::checkThatItIsSaved() const
+{
+    QVERIFY(m_document->GetErrorString().isNull());
+    QCOMPARE(m_folder.names(), QStringList(target));
+    QVERIFY(m_folder.read(target) == m_new);
+}
+
+void SaveFaultsTest::checkThatItIsRefused(const QString &reason) const
+{
+    QCOMPARE(m_document->GetErrorString(), m_folder.path(target) + QStringLiteral(": cannot write: ") + reason);
+    QCOMPARE(m_folder.names(), m_replaces ? QStringList(target) : QStringList());
+    QCOMPARE(m_folder.read(target), m_replaces ? m_old : QByteArray());
+}
+
+void SaveFaultsTest::aFullDiskLeavesTheOldDocument_data()
+{
+    addPlaces();
+}
+
+/// Full behind every byte of a small document, and behind some of a large one. What still fits is written, and the
+/// reason comes only with the next attempt.
+void SaveFaultsTest::aFullDiskLeavesTheOldDocument()
+{
+    prepare();
+    const int step = m_document == &m_small ? 1 : 997;
+    FaultyCalls::Plan plan;
+    plan.unnamedFiles = m_unnamedFiles;
+    for (int room = 0; room < m_new.size(); room = std::max(room + 1, std::min(room + step, m_new.size() - 1))) {
+        plan.room = room;
+        QVERIFY2(!save(plan), qPrintable(QString::number(room)));
+        checkThatItIsRefused(QStringLiteral("No space left on device"));
+        if (QTest::currentTestFailed())
+            return;
+    }
+    plan.room = m_new.size();
+    QVERIFY(save(plan));
+    checkThatItIsSaved();
+}
+
+void SaveFaultsTest::noFailingCallSpoilsADocument_data()
+{
+    addPlaces();
+}
+
+/// One call after the other, and each later one of its kind, which is how disks break.
+void SaveFaultsTest::noFailingCallSpoilsADocument()
+{
+    prepare();
+    QVERIFY(saveWith(0, Action::Fail, 0));
+    checkThatItIsSaved();
+    const QByteArray allCalls = m_calls;
+    QVERIFY2(allCalls.contains(FaultyCalls::Write) && allCalls.contains(FaultyCalls::Sync), allCalls.constData());
+    for (int call = 1; call <= allCalls.size(); ++call) {
+        const char kind = allCalls[call - 1];
+        const QVector<Fault> faults = faultsOf(kind);
+        QVERIFY2(!faults.isEmpty(), allCalls.constData());
+        for (const Fault &fault : faults) {
+            const bool saved = saveWith(call, Action::FailForEver, fault.error);
+            const QString what = QStringLiteral("call %1 of %2: %3")
+                                     .arg(call)
+                                     .arg(QString::fromLatin1(m_calls), qt_error_string(fault.error));
+            QVERIFY2(saved == !fault.reason, qPrintable(what));
+            if (saved)
+                checkThatItIsSaved();
+            else
+                checkThatItIsRefused(QString::fromLatin1(fault.reason));
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+}
+
+void SaveFaultsTest::aCallThatFailsOnceDoesNotEither_data()
+{
+    addPlaces();
+}
+
+/// Whether it is tried again is left open; but then it is saved, and otherwise the reason is given.
+void SaveFaultsTest::aCallThatFailsOnceDoesNotEither()
+{
+    prepare();
+    for (int call = 1; !saveWith(call, Action::Fail, EIO) || m_calls.size() >= call; ++call) {
+        if (m_document->GetErrorString().isNull())
+            checkThatItIsSaved();
+        else
+            checkThatItIsRefused(QStringLiteral("Input/output error"));
+        if (QTest::currentTestFailed())
+            return;
+    }
+    checkThatItIsSaved(); // the last round had no such call any more
+}
+
+void SaveFaultsTest::aNameThatIsTakenIsNotTheLast()
+{
+    m_way = waysToSave[0];
+    m_document = &m_small;
+    m_new = m_way.bytes(m_small);
+    for (const bool unnamedFiles : {true, false}) {
+        m_unnamedFiles = unnamedFiles;
+        QVERIFY(saveWith(0, Action::Fail, 0));
+        const int call = int(m_calls.indexOf(unnamedFiles ? FaultyCalls::Link : FaultyCalls::Create)) + 1;
+        QVERIFY(call > 0);
+        QVERIFY2(saveWith(call, Action::Fail, EEXIST), qPrintable(m_small.GetErrorString()));
+        checkThatItIsSaved();
+    }
+}
+
+void SaveFaultsTest::interruptedWritesGoOn()
+{
+    for (const Way &way : waysToSave) {
+        m_way = way;
+        m_document = &m_large;
+        m_new = way.bytes(m_large);
+        QVERIFY(saveWith(0, Action::Fail, 0));
+        for (const char kind : {FaultyCalls::Write, FaultyCalls::Sync}) {
+            const int call = int(m_calls.indexOf(kind)) + 1;
+            QVERIFY(call > 0);
+            QVERIFY2(saveWith(call, Action::Fail, EINTR), qPrintable(m_large.GetErrorString()));
+            checkThatItIsSaved();
+        }
+    }
+}
+
+void SaveFaultsTest::dyingAtAnyCallLeavesOneDocumentOrTheOther_data()
+{
+    addPlaces({false}); // however large they are, documents are written by one call
+}
+
+void SaveFaultsTest::dyingAtAnyCallLeavesOneDocumentOrTheOther()
+{
+    prepare();
+    const QRegularExpression leftOver(QStringLiteral("^document\\.[A-Za-z]{6}$"));
+    bool leftOld = false;
+    bool leftNew = false;
+    for (const Action action : {Action::DieHalfway, Action::DieAfter}) { // which is also before the next
+        bool reached = true;
+        for (int call = 1; reached; ++call) {
+            const int status = statusOfChild([=] { return saveWith(call, action, 0) ? 0 : 1; });
+            reached = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+            if (!reached)
+                QCOMPARE(status, 0);
+
+            const QByteArray found = m_folder.read(target);
+            const bool isOld = m_replaces ? found == m_old : found.isNull();
+            leftOld = leftOld || isOld;
+            leftNew = leftNew || found == m_new;
+            QVERIFY2(isOld || found == m_new, qPrintable(QString::number(call)));
+
+            // What a killed process leaves behind can be told by its name, and is in nobody's way.
+            QStringList others = m_folder.names();
+            others.removeAll(target);
+            QVERIFY2(others.size() <= 1, qPrintable(others.join(QLatin1Char(' '))));
+            if (!others.isEmpty())
+                QVERIFY2(leftOver.match(others.first()).hasMatch(), qPrintable(others.first()));
+            FaultyCalls::begin({});
+            QVERIFY(m_way.save(*m_document, m_folder.path(target)));
+            FaultyCalls::end();
+            QVERIFY(m_folder.read(target) == m_new);
+        }
+    }
+    QVERIFY(leftOld && leftNew);
+}
+
+/// A name that is too long with the letters behind it loses whole characters: some systems refuse the half of one.
+void SaveFaultsTest::aLongNameInBetweenIsCutBetweenCharacters()
+{
+    m_folder.clear();
+    const QString longest(85,
+                          QChar(0x20AC)); // of 3 bytes each, so 255, of which 248 may stand before a dot and letters
+    const int status = statusOfChild([&] {
+        FaultyCalls::Plan plan;
+        plan.call = 2; // the write behind the creation
+        plan.action = Action::DieHalfway;
+        plan.unnamedFiles = false;
+        FaultyCalls::begin(plan);
+        return m_small.SaveXml(m_folder.path(longest)) ? 0 : 1;
+    });
+    QVERIFY2(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL, qPrintable(QString::number(status)));
+    const QStringList names = m_folder.names();
+    QCOMPARE(names.size(), 1);
+    QVERIFY2(QRegularExpression(QStringLiteral("^\u20AC{82}\\.[a-zA-Z]{6}$")).match(names.first()).hasMatch(),
+             qPrintable(names.first()));
+}
+
+QTEST_GUILESS_MAIN(SaveFaultsTest)
+#include "tst_SaveFaults.moc"

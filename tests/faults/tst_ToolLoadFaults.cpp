@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+#include <tools/Tool.h>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+#include "Fifo.h"
+
+namespace {
+
+const QString noForm =
+    QStringLiteral("neither XML nor a binary form; a snapshot has to be named .tps or read with --from snapshot");
+
+QByteArray bytes(const char *hex)
+{
+    return QByteArray::fromHex(hex);
+}
+
+/// The most memory that a program which this one has started has taken so far, in KiB.
+long mostMemory()
+{
+    rusage usage = {};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss;
+}
+
+} // namespace
+
+/// Each file is shown, validated and converted.
+class ToolLoadFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void marksWithNothingBehindThem_data();
+    void marksWithNothingBehindThem();
+    void aGibibyteOfZerosIsRefusedInLittleMemory_data();
+    void aGibibyteOfZerosIsRefusedInLittleMemory();
+    void aPipeIsReadToItsEnd_data();
+    void aPipeIsReadToItsEnd();
+    void aPipeThatEndsEarlyIsAnError_data();
+    void aPipeThatEndsEarlyIsAnError();
+    void linksInACircleAreAnError();
+
+private:
+    static QVector<QStringList> commandsFor(const QString &name);
+    void checkThatItIsRefused(const Run &run, const QString &name, const QString &why) const;
+
+    std::unique_ptr<Workshop> m_shop;
+};
+
+void ToolLoadFaultsTest::initTestCase()
+{
+    signal(SIGPIPE, SIG_IGN); // writers to pipes see an error instead
+}
+
+void ToolLoadFaultsTest::init()
+{
+    m_shop = std::make_unique<Workshop>();
+}
+
+void ToolLoadFaultsTest::cleanup()
+{
+    m_shop.reset();
+}
+
+QVector<QStringList> ToolLoadFaultsTest::commandsFor(const QString &name)
+{
+    return {{QStringLiteral("show"), name},
+            {QStringLiteral("validate"), name},
+            {QStringLiteral("convert"), name, QStringLiteral("out.xml")}};
+}
+
+void ToolLoadFaultsTest::checkThatItIsRefused(const Run &run, const QString &name, const QString &why) const
+{
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: ") + name + why + QLatin1Char('\n'));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->files(), QStringList(name));
+}
+
+void ToolLoadFaultsTest::marksWithNothingBehindThem_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("why");
+    const auto row = [](const char *what, const char *name, const QByteArray &content, const QString &why) {
+        QTest::newRow(what) << QString::fromLatin1(name) << content << why;
+    };
+    row("UTF-8", "a.xml", bytes("EFBBBF"), QStringLiteral(":1:1: Premature end of document."));
+    row("UTF-8, without a name that tells", "a", bytes("EFBBBF"), QStringLiteral(": ") + noForm);
+    row("UTF-16, big-endian", "a", bytes("FEFF"), QStringLiteral(":1:1: Premature end of document."));
+    row("UTF-16, little-endian", "a", bytes("FFFE"), QStringLiteral(":1:1: Premature end of document."));
+    const QString noHead = QStringLiteral(": the leading word and the length take 8 bytes, but only 4 are there");
+    row("leading word", "a", bytes("C10CBB5F"), noHead);
+    row("leading word of the compressed form", "a", bytes("52475A31"), noHead);
+    row("flags of a snapshot", "a.tps", bytes("D000"), QStringLiteral(": the snapshot ends early, or is none"));
+}
+
+void ToolLoadFaultsTest::marksWithNothingBehindThem()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, why);
+    m_shop->write(name, content);
+    for (const QStringList &command : commandsFor(name))
+        checkThatItIsRefused(m_shop->run(command), name, why);
+}
+
+void ToolLoadFaultsTest::aGibibyteOfZerosIsRefusedInLittleMemory_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("why");
+    const QString word = QStringLiteral(": the leading word is 0x00000000, not 0xC10CBB5F (TunerProperties)");
+    QTest::newRow("XML") << QStringLiteral("a.xml") << QStringLiteral(":1:1: Start tag expected.");
+    QTest::newRow("tagged") << QStringLiteral("a.tpb") << word;
+    QTest::newRow("compressed") << QStringLiteral("a.tpz") << word;
+    // 2 bytes of flags, 4 of an empty version: older than any, so that all goes back to defaults, of which only the
+    // quantity is set; 4 for no components, 1 of type, 4 of an empty base resource, and the 8 of the quantity.
+    QTest::newRow("snapshot") << QStringLiteral("a.tps")
+                              << QStringLiteral(": the snapshot ends after 23 of 1073741824 bytes, or is none");
+    QTest::newRow("of no form") << QStringLiteral("a") << QStringLiteral(": ") + noForm;
+}
+
+void ToolLoadFaultsTest::aGibibyteOfZerosIsRefusedInLittleMemory()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, why);
+    QCOMPARE(m_shop->run(line("show -"), smallXml).status, 0);
+    const long usual = mostMemory();
+    m_shop->write(name, {});
+    QVERIFY(QFile::resize(m_shop->path(name), qint64(1) << 30)); // takes no room on the disk
+    for (const QStringList &command : commandsFor(name))
+        checkThatItIsRefused(m_shop->run(command), name, why);
+    QVERIFY2(mostMemory() - usual < 32 * 1024, qPrintable(QString::number(mostMemory() - usual)));
+}
+
+void ToolLoadFaultsTest::aPipeIsReadToItsEnd_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("XML") << QStringLiteral("pipe") << QByteArray(smallXml);
+    QTest::newRow("tagged") << QStringLiteral("pipe") << bytes(smallTaggedHex);
+    QTest::newRow("compressed") << QStringLiteral("pipe")
+                                << Workshop().run(line("convert - - --to compressed"), smallXml).bytes;
+    QTest::newRow("snapshot") << QStringLiteral("pipe.tps") << bytes(smallSnapshotHex);
+}
+
+void ToolLoadFaultsTest::aPipeIsReadToItsEnd()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    m_shop->write(QStringLiteral("file.xml"), smallXml);
+    const QByteArray shown = m_shop->run(line("show file.xml")).bytes;
+    for (const QStringList &command : commandsFor(name)) {
+        Run run;
+        {
+            const Fifo fifo(m_shop->path(name), content, 7);
+            run = m_shop->run(command);
+        }
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.bytes, command.first() == QLatin1String("show") ? shown : QByteArray());
+        QVERIFY(QFile::remove(m_shop->path(name)));
+    }
+    QCOMPARE(m_shop->read(QStringLiteral("out.xml")), QByteArray(smallXml));
+}
+
+void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("why");
+    const auto row = [](const char *what, const char *name, const QByteArray &content, const QString &why) {
+        QTest::newRow(what) << QString::fromLatin1(name) << content << why;
+    };
+    row("nothing", "pipe", {}, QStringLiteral(": ") + noForm);
+    row("nothing, called XML", "pipe.xml", {}, QStringLiteral(":1:1: Premature end of document."));
+    row("nothing, called tagged", "pipe.tpb", {},
+        QStringLiteral(": the leading word and the length take 8 bytes, but only 0 are there"));
+    row("nothing, called a snapshot", "pipe.tps", {}, QStringLiteral(": the snapshot ends early, or is none"));
+    // The declaration and the line behind it are 39 bytes.
+    row("XML", "pipe", QByteArray(smallXml).left(39 + 20), QStringLiteral(":2:20: Premature end of document."));
+    row("tagged", "pipe", bytes(smallTaggedHex).chopped(1),
+        QStringLiteral(": the record's length is 179, but 178 bytes follow"));
+    row("snapshot", "pipe.tps", bytes(smallSnapshotHex).chopped(1),
+        QStringLiteral(": the snapshot ends early, or is none"));
+}
+
+void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, why);
+    for (const QStringList &command : commandsFor(name)) {
+        Run run;
+        {
+            const Fifo fifo(m_shop->path(name), content, 1000);
+            run = m_shop->run(command);
+        }
+        checkThatItIsRefused(run, name, why);
+        QVERIFY(QFile::remove(m_shop->path(name)));
+    }
+}
+
+void ToolLoadFaultsTest::linksInACircleAreAnError()
+{
+    const QString name = QStringLiteral("self.xml");
+    QVERIFY(QFile::link(name, m_shop->path(name)));
+    for (const QStringList &command : commandsFor(name))
+        checkThatItIsRefused(m_shop->run(command), name,
+                             QStringLiteral(": cannot open: Too many levels of symbolic links"));
+}
+
+QTEST_GUILESS_MAIN(ToolLoadFaultsTest)
+#include "tst_ToolLoadFaults.moc"

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+
+// The library's side of the exchange with a reader and writer that share no code with it: reads requests from standard
+// input until it ends, and writes an answer to each to standard output. One process converts any number of documents.
+//
+// A request is, in QDataStream's form: whether to validate (bool), the name of the class (QByteArray), the number of
+// steps (quint8), for each step its kind (quint8) and content (QByteArray), and the forms wanted (QByteArray).
+//
+// All steps of a request are taken by one object, one after the other, until one fails:
+//   'x', 'f'   read an XML document, as text or from a file
+//   't'        read a representation, compressed or not
+//   's'        read a snapshot
+//   'g'        build a document from the seed in the content
+//
+// The answer is what became of the steps, then the object in each form wanted: 'x', 't', 'c' or 's'. Each of them is
+// an Outcome (quint8) and a QByteArray.
+
+#include <cstdio>
+#include <memory>
+
+#include <QDataStream>
+#include <QFile>
+#include <QTemporaryFile>
+
+#include "Encodings.h"
+#include "ExceptionText.h"
+
+#include "Generator.h"
+
+using namespace JobXml;
+
+namespace {
+
+using Object = std::unique_ptr<DataObject>;
+
+struct Outcome
+{
+    enum Kind : quint8 {
+        Done = 'd', // with the bytes written, or for snapshots read how many bytes were left
+        Nothing = 'n', // no failure, but nothing was written
+        Refused = 'r', // with GetErrorString()
+        Thrown = 't', // with the exception
+    };
+    Kind kind;
+    QByteArray content;
+};
+
+template <class... Classes>
+Object newObjectOf(const QByteArray &className)
+{
+    Object object;
+    ((Classes::GetStaticObjectName().toLatin1() == className ? void(object = std::make_unique<Classes>()) : void()),
+     ...);
+    return object;
+}
+
+Object newObject(const QByteArray &className, bool validate)
+{
+    Object object =
+        newObjectOf<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean,
+                    ValueFloat, ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64,
+                    ValueSelection, SelectionItem, ValueString, ValueStringList, StringItem>(className);
+    if (!object)
+        qFatal("no class is named %s", className.constData());
+    object->SetValidate(validate);
+    return object;
+}
+
+template <class Call>
+Outcome attempt(Call &&call)
+{
+    Outcome outcome{Outcome::Thrown, {}};
+    const QString thrown = thrownBy([&] { outcome = call(); });
+    return thrown.isNull() ? outcome : Outcome{Outcome::Thrown, thrown.toUtf8()};
+}
+
+Outcome refused(const DataObject &object)
+{
+    return {Outcome::Refused, object.GetErrorString().toUtf8()};
+}
+
+Outcome written(const DataObject &object, const QByteArray &bytes)
+{
+    if (!bytes.isEmpty())
+        return {Outcome::Done, bytes};
+    return object.GetErrorString().isNull() ? Outcome{Outcome::Nothing, {}} : refused(object);
+}
+
+Outcome write(DataObject &object, char form)
+{
+    constexpr int usualLevel = -1;
+    switch (form) {
+    case 'x':
+        return written(object, object.GetXmlString().toUtf8());
+    case 't':
+        return written(object, object.GetBinaryRepresentationAsQByteArray());
+    case 'c':
+        return written(object, object.GetCompressedBinaryRepresentationAsQByteArray(usualLevel));
+    case 's':
+        return {Outcome::Done, snapshotOf(object)};
+    }
+    qFatal("'%c' is no form", form);
+}
+
+bool readFile(DataObject &object, const QByteArray &content)
+{
+    QTemporaryFile file;
+    if (!file.open() || file.write(content) != content.size() || !file.seek(0))
+        qFatal("cannot write a temporary file");
+    return object.LoadXml(&file);
+}
+
+Outcome readSnapshotInto(DataObject &object, const QByteArray &snapshot)
+{
+    QDataStream stream(snapshot);
+    object.SetVersionSpecificBinaryWithoutValidation(stream);
+    return {Outcome::Done,
+            stream.status() == QDataStream::Ok ? QByteArray::number(stream.device()->bytesAvailable())
+                                               : QByteArrayLiteral("ends early")};
+}
+
+Outcome read(DataObject &object, char form, QByteArray content)
+{
+    const auto done = [&](bool good) { return good ? Outcome{Outcome::Done, {}} : refused(object); };
+    switch (form) {
+    case 'x':
+        return done(object.SetXmlString(QString::fromUtf8(content), object.GetValidate()));
+    case 'f':
+        return done(readFile(object, content));
+    case 't':
+    case 'c':
+        return done(object.SetBinaryRepresentation(content));
+    case 's':
+        return readSnapshotInto(object, content);
+    }
+    qFatal("'%c' is no form", form);
+}
+
+Outcome takeStep(DataObject &object, char kind, const QByteArray &content)
+{
+    if (kind != 'g')
+        return read(object, kind, content);
+    build(object, content);
+    return {Outcome::Done, {}};
+}
+
+void tell(QDataStream &answers, const Outcome &outcome)
+{
+    answers << quint8(outcome.kind);
+    // As QByteArray's own form, but never null.
+    answers.writeBytes(outcome.content.constData(), uint(outcome.content.size()));
+}
+
+void answer(QDataStream &requests, QDataStream &answers)
+{
+    bool validate = true;
+    QByteArray className;
+    quint8 steps = 0;
+    requests >> validate >> className >> steps;
+
+    const Object object = newObject(className, validate);
+    Outcome outcome{Outcome::Done, {}};
+    for (int i = 0; i < steps; ++i) {
+        quint8 kind = 0;
+        QByteArray content;
+        requests >> kind >> content;
+        if (outcome.kind == Outcome::Done)
+            outcome = attempt([&] { return takeStep(*object, char(kind), content); });
+    }
+    tell(answers, outcome);
+
+    QByteArray forms;
+    requests >> forms;
+    for (const char form : qAsConst(forms))
+        tell(answers, attempt([&] { return write(*object, form); }));
+}
+
+} // namespace
+
+int main()
+{
+    QFile input;
+    QFile output;
+    if (!input.open(stdin, QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly))
+        return 1;
+    QDataStream requests(input.readAll());
+    QDataStream answers(&output);
+    while (!requests.atEnd()) {
+        answer(requests, answers);
+        if (requests.status() != QDataStream::Ok)
+            qFatal("a request is cut off");
+    }
+    return output.flush() && answers.status() == QDataStream::Ok ? 0 : 1;
+}

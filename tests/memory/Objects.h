@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+
+#include <QBuffer>
+
+#include <jobxml/Visitor.h>
+
+#include "Encodings.h"
+#include "OutOfMemory.h"
+
+/// How the object that an operation changes begins.
+enum class Begins {
+    New, ///< without data
+    Filled, ///< with other data than those of the source
+    Shared, ///< the same, and it shares them with a third object
+};
+
+/// What an operation leaves of the object that it was to change when memory runs out.
+enum class Leaves {
+    Parts, ///< what was read or taken over until then, as with every other exception
+    Nothing, ///< the object is as it was
+    Gaps, ///< items of lists without data, as there were before
+};
+
+/// The objects that take part in an operation.
+template <class T>
+struct Objects
+{
+    T source; ///< complete; looked at only
+    T target;
+    T sharer; ///< if the data are shared, who has them too; looked at only
+
+    // What the operation is given, and what it gives.
+    QByteArray bytes;
+    QString text;
+    bool answer = false;
+    std::shared_ptr<void> held; ///< by the caller
+
+    // For operations that expect an open stream; made by prepare(), on the bytes if by openStream().
+    std::unique_ptr<QIODevice> device;
+    std::unique_ptr<QDataStream> stream;
+    std::unique_ptr<QXmlStreamReader> reader;
+    std::unique_ptr<QXmlStreamWriter> writer;
+
+    void openStream(QIODevice::OpenMode mode)
+    {
+        device = std::make_unique<QBuffer>(&bytes);
+        device->open(mode);
+        stream = std::make_unique<QDataStream>(device.get());
+    }
+};
+
+template <class T>
+struct Operation
+{
+    using Action = std::function<void(Objects<T> &)>;
+    using Question = std::function<bool(Objects<T> &)>;
+
+    QByteArray name;
+    Begins target;
+    Leaves leaves;
+    Action prepare;
+    Action perform;
+    Question isRight; ///< whether all is as it should be when nothing failed
+    QVector<OutOfMemory::KnownPlace> places; ///< where it does not survive, and cannot
+    Question isUnharmed; ///< whether, after a failure, all is well besides the objects
+};
+
+/// A complete object of a class, what it looks like in each encoding, and another, smaller one.
+template <class T>
+struct Samples
+{
+    T complete;
+    T other;
+    QString xml = xmlOf(complete);
+    QByteArray record = recordOf(complete);
+    QByteArray snapshot = snapshotOf(complete);
+    QByteArray otherSnapshot = snapshotOf(other);
+
+    Samples(const T &completeObject, const T &otherObject) : complete(completeObject), other(otherObject) { }
+};
+
+/// To be specialized: makes the samples of a class once.
+template <class T>
+const Samples<T> &samples();
+
+/// Whether every item in every list is one that a list takes.
+class WholeLists final : public JobXml::Visitor
+{
+public:
+    static bool in(const JobXml::DataObject &root)
+    {
+        WholeLists lists;
+        root.Accept(lists);
+        return lists.m_whole;
+    }
+
+    void VisitValue(QLatin1String, const QVariant &, bool) override { }
+    void VisitList(QLatin1String, int, bool) override { }
+    void VisitChild(QLatin1String, const JobXml::DataObject &child, int index) override
+    {
+        m_whole = m_whole && (index < 0 || child.HasData());
+        child.Accept(*this);
+    }
+
+private:
+    bool m_whole = true;
+};
+
+/// One attempt at an operation on objects of the class T.
+template <class T>
+class ObjectsAttempt : public OutOfMemory::Attempt
+{
+public:
+    explicit ObjectsAttempt(const Operation<T> &operation) : m_operation(operation)
+    {
+        m_objects.source = T(samples<T>().complete);
+        if (m_operation.target != Begins::New)
+            m_objects.target = T(samples<T>().other);
+        if (m_operation.target == Begins::Shared)
+            m_objects.sharer = m_objects.target;
+        m_operation.prepare(m_objects);
+    }
+
+    void perform() override { m_operation.perform(m_objects); }
+    bool isRight() override { return m_operation.isRight(m_objects) && onlookersAreUnchanged(); }
+
+    QByteArray state() override
+    {
+        return (m_objects.target.IsInitialized() ? "initialized " : "new ") + snapshotOf(m_objects.target)
+            + m_objects.bytes + m_objects.text.toUtf8() + (m_objects.answer ? "yes" : "no")
+            + m_objects.target.GetErrorString().toUtf8();
+    }
+
+    QString complaint(bool failed) override
+    {
+        if (!onlookersAreUnchanged())
+            return QStringLiteral("an object changed that was only to be looked at");
+        if (failed && m_operation.leaves == Leaves::Nothing && !isUnchanged())
+            return QStringLiteral("the object changed although the operation failed");
+        if (failed && m_operation.isUnharmed && !m_operation.isUnharmed(m_objects))
+            return QStringLiteral("something came to harm that is no object");
+        if (m_operation.leaves != Leaves::Gaps && !WholeLists::in(m_objects.target))
+            return QStringLiteral("a list holds an item without data");
+        return furtherUse();
+    }
+
+private:
+    bool isUnchanged()
+    {
+        const T &begun = m_operation.target == Begins::New ? m_unused : samples<T>().other;
+        return m_objects.target == begun && snapshotOf(m_objects.target) == snapshotOf(begun);
+    }
+
+    bool onlookersAreUnchanged() const
+    {
+        const bool shared = m_operation.target == Begins::Shared;
+        return m_objects.source == samples<T>().complete && snapshotOf(m_objects.source) == samples<T>().snapshot
+            && (!shared || snapshotOf(m_objects.sharer) == samples<T>().otherSnapshot);
+    }
+
+    /// What every object must still be good for.
+    QString furtherUse()
+    {
+        T &object = m_objects.target;
+        object.SetValidate(false);
+        xmlOf(object);
+        recordOf(object);
+        snapshotOf(object);
+        object.GetProblems();
+        T copy(object);
+        if (copy.GetValidate() || snapshotOf(copy) != snapshotOf(object))
+            return QStringLiteral("a copy of the object differs");
+
+        object.SetValidate(true);
+        T assigned;
+        assigned = object;
+        object.Reset();
+        if (object.AnyData())
+            return QStringLiteral("the object has data although it was reset");
+        if (snapshotOf(assigned) != snapshotOf(copy))
+            return QStringLiteral("the object's data were lost to the one it was assigned to");
+
+        const Samples<T> &expected = samples<T>();
+        readXml(object, expected.xml);
+        if (object != expected.complete || xmlOf(object) != expected.xml)
+            return QStringLiteral("XML does not read the same");
+        object.Reset();
+        readRecord(object, expected.record);
+        if (object != expected.complete || recordOf(object) != expected.record)
+            return QStringLiteral("a record does not read the same");
+        object.Reset();
+        readSnapshot(object, expected.snapshot);
+        if (object != expected.complete || snapshotOf(object) != expected.snapshot)
+            return QStringLiteral("a snapshot does not read the same");
+
+        object = m_objects.sharer;
+        object = m_objects.source;
+        if (object != expected.complete)
+            return QStringLiteral("the object cannot be assigned to");
+        return QString();
+    }
+
+    const Operation<T> &m_operation;
+    Objects<T> m_objects;
+    const T m_unused;
+};

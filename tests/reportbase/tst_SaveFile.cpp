@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include <reportbase/SaveFile.h>
+
+using REPORTGENERATOR::SaveFile;
+using REPORTGENERATOR::WriteAll;
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(cannot be read)");
+}
+
+} // namespace
+
+/// What goes wrong on the way is in tests/faults.
+class SaveFileTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void exactlyTheBytesAreSaved_data();
+    void exactlyTheBytesAreSaved();
+    void aNameIsNeeded();
+    void thePermissionsOfTheOldFileStay();
+    void allIsWrittenBehindWhatStandsThere();
+    void whatIsKeptBackIsWrittenAsWell();
+    void aDeviceThatTakesNothingIsAnError();
+
+private:
+    const QTemporaryDir m_folder;
+    const QString m_path = m_folder.filePath(QStringLiteral("file"));
+};
+
+void SaveFileTest::exactlyTheBytesAreSaved_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("some") << QByteArray("a\0\r\n\xff", 5);
+    QTest::newRow("many") << QByteArray(100000, 'x');
+    QTest::newRow("none") << QByteArray();
+}
+
+void SaveFileTest::exactlyTheBytesAreSaved()
+{
+    QFETCH(QByteArray, content);
+    for (const char *old : {"", "shorter", "a file that is longer than some bytes"}) {
+        QFile::remove(m_path);
+        if (*old)
+            QVERIFY(SaveFile(m_path, old).isNull());
+        QCOMPARE(SaveFile(m_path, content), QString());
+        QVERIFY(contentOf(m_path) == content);
+        QCOMPARE(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList(QStringLiteral("file")));
+    }
+}
+
+void SaveFileTest::aNameIsNeeded()
+{
+    QCOMPARE(SaveFile(QString(), "x"), QStringLiteral("no file name was given"));
+}
+
+void SaveFileTest::thePermissionsOfTheOldFileStay()
+{
+    const auto all = QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup | QFileDevice::WriteGroup
+        | QFileDevice::ReadOther;
+    QVERIFY(SaveFile(m_path, "old").isNull());
+    for (const auto permissions : {all, QFileDevice::ReadOwner | QFileDevice::WriteOwner}) {
+        QVERIFY(QFile::setPermissions(m_path, permissions));
+        QVERIFY(SaveFile(m_path, "new").isNull());
+        const auto ofTheUser = QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ExeUser;
+        QCOMPARE(QFile::permissions(m_path) & ~ofTheUser, permissions);
+    }
+}
+
+void SaveFileTest::allIsWrittenBehindWhatStandsThere()
+{
+    QVERIFY(SaveFile(m_path, "old").isNull());
+    QFile file(m_path);
+    QVERIFY(file.open(QIODevice::Append | QIODevice::Unbuffered));
+    QCOMPARE(WriteAll(file, QByteArray(100000, 'x')), QString());
+    QVERIFY(contentOf(m_path) == "old" + QByteArray(100000, 'x'));
+}
+
+void SaveFileTest::whatIsKeptBackIsWrittenAsWell()
+{
+    QFile file(m_path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write("kept back "), qint64(10));
+    QCOMPARE(contentOf(m_path), QByteArray());
+    QCOMPARE(WriteAll(file, "new"), QString());
+    QCOMPARE(contentOf(m_path), QByteArray("kept back new"));
+    QCOMPARE(WriteAll(file, {}), QString());
+}
+
+void SaveFileTest::aDeviceThatTakesNothingIsAnError()
+{
+    // What is full for ever; nothing can be replaced here, since nothing is renamed.
+    for (const auto mode : {QIODevice::WriteOnly | QIODevice::Unbuffered, QIODevice::OpenMode(QIODevice::WriteOnly)}) {
+        QFile full(QStringLiteral("/dev/full"));
+        QVERIFY(full.open(mode));
+        QCOMPARE(WriteAll(full, "x"), QStringLiteral("No space left on device"));
+    }
+}
+
+QTEST_GUILESS_MAIN(SaveFileTest)
+#include "tst_SaveFile.moc"

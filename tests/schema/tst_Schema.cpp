@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <functional>
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <jobxml/TunerProperties.h>
+
+#include "Cases.h"
+#include "Encodings.h"
+#include "ExceptionText.h"
+
+using namespace JobXml;
+
+namespace {
+
+/// What the checker said about one document.
+struct Verdict
+{
+    bool accepted = false;
+    bool refused = false;
+    QStringList complaints;
+};
+
+/// Reads an object of a class from a document and writes it again, both while validating.
+using Rewriting = std::function<QString(const QString &document)>;
+
+template <class Object>
+QString rewritten(const QString &document)
+{
+    Object object;
+    readXml(object, document);
+    return xmlOf(object);
+}
+
+/// The document's delay is written without a sign, but read with one: half of its numbers come from a setter.
+template <>
+QString rewritten<TunerProperties>(const QString &document)
+{
+    TunerProperties object;
+    readXml(object, document);
+    static const QRegularExpression delay(QStringLiteral("<MaxFFPDelay>([0-9]+)</MaxFFPDelay>"));
+    const QRegularExpressionMatch match = delay.match(document);
+    if (match.hasMatch())
+        object.SetMaxFFPDelay(match.captured(1).toULongLong());
+    return xmlOf(object);
+}
+
+template <class... Objects>
+QHash<QString, Rewriting> rewritings()
+{
+    return {{Objects::GetStaticObjectName(), &rewritten<Objects>}...};
+}
+
+const QHash<QString, Rewriting> &everyClass()
+{
+    static const auto classes =
+        rewritings<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean,
+                   ValueFloat, ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64,
+                   ValueSelection, SelectionItem, ValueString, ValueStringList, StringItem>();
+    return classes;
+}
+
+QString rootOf(const QString &document)
+{
+    static const QRegularExpression name(QStringLiteral("^<([A-Za-z0-9]+)"));
+    return name.match(document).captured(1);
+}
+
+void addRows(const QVector<Case> &cases)
+{
+    QTest::addColumn<QString>("document");
+    QTest::addColumn<QString>("complaint");
+    for (const Case &each : cases)
+        QTest::newRow(qPrintable(each.name)) << each.document << each.complaint;
+}
+
+} // namespace
+
+/// The schema accepts what the library writes while validating, and nothing else.
+class SchemaTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void whatTheLibraryWritesIsAccepted_data() { addRows(acceptedCases()); }
+    void whatTheLibraryWritesIsAccepted();
+
+    void whatBreaksARuleIsRefused_data() { addRows(refusedCases()); }
+    void whatBreaksARuleIsRefused();
+
+    void aNegativeNumberThatRoundsToZeroKeepsItsSign();
+    void theLibrarysNamesAreTheSchemas();
+    void indentedDocumentsAreAccepted();
+
+private:
+    void check(const QStringList &documents);
+
+    QHash<QString, Verdict> m_verdicts; // by document
+};
+
+/// One run of the checker for all documents, since starting it takes longer than checking.
+void SchemaTest::check(const QStringList &documents)
+{
+    QTemporaryDir folder;
+    QHash<QString, QString> documentOf; // by file name
+    QStringList arguments{QStringLiteral("--noout"), QStringLiteral("--nonet"), QStringLiteral("--schema"),
+                          QStringLiteral(SCHEMA_FILE)};
+    for (const QString &document : documents) {
+        const QString name = QStringLiteral("%1.xml").arg(arguments.size());
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write(document.toUtf8()) > 0);
+        documentOf.insert(name, document);
+        arguments.append(name);
+    }
+
+    QProcess checker;
+    checker.setWorkingDirectory(folder.path());
+    checker.start(QStringLiteral(XMLLINT_PROGRAM), arguments);
+    QVERIFY2(checker.waitForFinished(), qPrintable(checker.errorString()));
+    QCOMPARE(checker.exitStatus(), QProcess::NormalExit);
+
+    static const QRegularExpression complaint(
+        QStringLiteral("^([0-9]+\\.xml):[0-9]+: .*Schemas validity error : (.*)$"));
+    static const QRegularExpression verdict(QStringLiteral("^([0-9]+\\.xml) (validates|fails to validate)$"));
+    const QString said = QString::fromUtf8(checker.readAllStandardError());
+    for (const QString &line : said.split(QLatin1Char('\n'))) {
+        if (const auto match = complaint.match(line); match.hasMatch()) {
+            m_verdicts[documentOf.value(match.captured(1))].complaints.append(match.captured(2));
+        } else if (const auto end = verdict.match(line); end.hasMatch()) {
+            Verdict &ofDocument = m_verdicts[documentOf.value(end.captured(1))];
+            (end.captured(2) == QLatin1String("validates") ? ofDocument.accepted : ofDocument.refused) = true;
+        }
+    }
+    for (const QString &document : documents) {
+        const Verdict &ofDocument = m_verdicts.value(document);
+        QVERIFY2(ofDocument.accepted != ofDocument.refused, qPrintable(document + QLatin1Char('\n') + said));
+    }
+}
+
+void SchemaTest::initTestCase()
+{
+    QStringList documents;
+    for (const Case &each : acceptedCases())
+        documents.append(each.document);
+    documents.removeDuplicates(); // some try the text that the good document has
+    for (const Case &each : refusedCases()) {
+        QVERIFY2(!documents.contains(each.document), qPrintable(each.name));
+        documents.append(each.document);
+    }
+    check(documents);
+}
+
+void SchemaTest::whatTheLibraryWritesIsAccepted()
+{
+    QFETCH(QString, document);
+    const Verdict verdict = m_verdicts.value(document);
+    QCOMPARE(verdict.complaints, QStringList());
+    QVERIFY(verdict.accepted);
+    const QString written = everyClass().value(rootOf(document))(document);
+    QCOMPARE(written.split(QLatin1Char('<')), document.split(QLatin1Char('<'))); // tells where they differ
+}
+
+void SchemaTest::whatBreaksARuleIsRefused()
+{
+    QFETCH(QString, document);
+    QFETCH(QString, complaint);
+    const Verdict verdict = m_verdicts.value(document);
+    QVERIFY(verdict.refused);
+    QCOMPARE(verdict.complaints.value(0).left(complaint.size()), complaint);
+
+    // Whatever the library makes of it, it does not write it.
+    QString written;
+    if (const Rewriting rewrite = everyClass().value(rootOf(document)))
+        thrownBy([&] { written = rewrite(document); });
+    QVERIFY(written != document);
+}
+
+void SchemaTest::aNegativeNumberThatRoundsToZeroKeepsItsSign()
+{
+    ValueFloat single;
+    single.Setid(QStringLiteral("i"));
+    single.Setvalue(-0.001f);
+    const QString expected = QStringLiteral("<ValueFloat id=\"i\" value=\"-0.00\"/>");
+    QCOMPARE(xmlOf(single), expected);
+
+    SelectionItem twice;
+    twice.Setname(QStringLiteral("n"));
+    twice.Setvalue(-0.001);
+    const QString expectedTwice = QStringLiteral("<SelectionItem name=\"n\" value=\"-0.00\"/>");
+    QCOMPARE(xmlOf(twice), expectedTwice);
+
+    check({expected, expectedTwice});
+    QVERIFY(m_verdicts.value(expected).accepted);
+    QVERIFY(m_verdicts.value(expectedTwice).accepted);
+}
+
+void SchemaTest::theLibrarysNamesAreTheSchemas()
+{
+    QFile file(QStringLiteral(SCHEMA_FILE));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QHash<QString, QStringList> names; // by simple type
+    QString type;
+    for (QXmlStreamReader reader(&file); !reader.atEnd(); reader.readNext()) {
+        if (!reader.isStartElement())
+            continue;
+        if (reader.name() == QLatin1String("simpleType"))
+            type = reader.attributes().value(QLatin1String("name")).toString();
+        else if (reader.name() == QLatin1String("enumeration"))
+            names[type].append(reader.attributes().value(QLatin1String("value")).toString());
+    }
+    QCOMPARE(names.value(QStringLiteral("TunerType")), TunerProperties::Gettypes());
+    QCOMPARE(names.value(QStringLiteral("StartupModeName")), StartupModes::GetStartupModes());
+    QCOMPARE(names.value(QStringLiteral("Version")), QStringList{TunerProperties().GetVersion()});
+}
+
+void SchemaTest::indentedDocumentsAreAccepted()
+{
+    const QVector<Case> cases = acceptedCases();
+    const auto everything = std::find_if(cases.begin(), cases.end(), [](const Case &each) {
+        return each.name == QLatin1String("TunerProperties with everything");
+    });
+    QVERIFY(everything != cases.end());
+    TunerProperties object;
+    readXml(object, everything->document);
+    const QString document = object.GetXmlString();
+    QVERIFY(document.contains(QLatin1String("\n  <StartupModes>\n    <StartupMode>FFM</StartupMode>\n")));
+    check({document});
+    QVERIFY(m_verdicts.value(document).accepted);
+}
+
+QTEST_GUILESS_MAIN(SchemaTest)
+#include "tst_Schema.moc"

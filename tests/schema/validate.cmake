@@ -1,0 +1,19 @@
+# validate(files...): the schema accepts each of these files.
+function(validate)
+    set(rest ${ARGN})
+    while(rest)
+        # In portions, for no command line takes any number of names.
+        list(SUBLIST rest 0 500 portion)
+        list(LENGTH portion size)
+        list(REMOVE_ITEM rest ${portion})
+        execute_process(
+            COMMAND ${XMLLINT} --noout --nonet --schema ${SCHEMA} ${portion}
+            RESULT_VARIABLE status ERROR_VARIABLE said)
+        string(REGEX MATCHALL "[^\n]+ validates\n" accepted "${said}")
+        list(LENGTH accepted accepted)
+        if(NOT status EQUAL 0 OR NOT accepted EQUAL size)
+            string(REGEX REPLACE "[^\n]+ validates\n" "" complaints "${said}")
+            message(FATAL_ERROR "xmllint ended with ${status} and accepted ${accepted} of ${size} files:\n${complaints}")
+        endif()
+    endwhile()
+endfunction()
