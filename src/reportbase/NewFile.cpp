@@ -70,8 +70,8 @@ bool NewFile::create()
     }
 
     struct stat old = {};
-    if (stat(m_path.constData(), &old) == 0 && fchmod(m_descriptor, old.st_mode & 0777) != 0)
-        errno = 0; // the content counts for more than who may read it
+    if (stat(m_path.constData(), &old) == 0)
+        static_cast<void>(fchmod(m_descriptor, old.st_mode & 0777)); // who may read it counts for less than the content
     return true;
 }
 
@@ -87,7 +87,9 @@ bool NewFile::write(const char *bytes, qint64 size)
     for (qint64 done = 0; done < size;) {
         const ssize_t written =
             uninterrupted([&] { return ::write(m_descriptor, bytes + done, std::size_t(size - done)); });
-        if (written < 0)
+        if (written == 0)
+            errno = EIO; // no system does that, but without end it must not be tried
+        if (written <= 0)
             return false;
         done += written;
     }
