@@ -94,4 +94,19 @@ Sweep cutEverywhere(Encoding encoding, bool validate, int first)
     return sweep;
 }
 
+Sweep replaceEverywhere(Encoding encoding, bool validate, const QVector<qint32> &words)
+{
+    const QByteArray whole = compact(encoding);
+    Sweep sweep;
+    for (int offset = 0; offset + 4 <= whole.size(); ++offset) {
+        for (const qint32 word : words) {
+            readDamaged(sweep, replaced(whole, offset, word), encoding, validate,
+                        QStringLiteral("%1 at byte %2").arg(word).arg(offset));
+            if (!sweep.wrong.isNull())
+                return sweep;
+        }
+    }
+    return sweep;
+}
+
 } // namespace Damage

@@ -56,6 +56,10 @@ Sweep flipEveryBit(Encoding encoding, bool validate);
 /// The record or snapshot cut at each byte from `first` on.
 Sweep cutEverywhere(Encoding encoding, bool validate, int first);
 
+/// Four bytes of the record or snapshot replaced, at each byte where there are four, by each of the words: whatever
+/// they were, a length or a count among them.
+Sweep replaceEverywhere(Encoding encoding, bool validate, const QVector<qint32> &words);
+
 inline void validatingRows()
 {
     QTest::addColumn<bool>("validate");

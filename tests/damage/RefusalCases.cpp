@@ -89,7 +89,8 @@ QVector<RefusalCase> ofDocument()
             R"(<TunerProperties Version="1.1"><quantity>4</quantity><hwProcessing/></TunerProperties>)",
             emptyBoolean("hwProcessing", "TunerProperties")),
         xml("an empty HRPANSupported",
-            R"(<TunerProperties Version="1.1"><MaxFFPDelay>9</MaxFFPDelay><HRPANSupported></HRPANSupported></TunerProperties>)",
+            R"(<TunerProperties Version="1.1"><MaxFFPDelay>9</MaxFFPDelay>)"
+            "<HRPANSupported></HRPANSupported></TunerProperties>",
             emptyBoolean("HRPANSupported", "TunerProperties")),
         xml("an unknown element",
             R"(<TunerProperties Version="1.1" name="N"><nobody><knows/></nobody></TunerProperties>)",
@@ -106,7 +107,8 @@ QVector<RefusalCase> ofDocument()
         xml("a component without anything", R"(<TunerProperties Version="1.1" name="N"><Component/></TunerProperties>)",
             incomplete("TunerProperties", "Component")),
         xml("a mode that is none, in a document with modes",
-            R"(<TunerProperties Version="1.1"><StartupModes><StartupMode>DF</StartupMode><StartupMode>?</StartupMode></StartupModes></TunerProperties>)",
+            R"(<TunerProperties Version="1.1"><StartupModes><StartupMode>DF</StartupMode>)"
+            "<StartupMode>?</StartupMode></StartupModes></TunerProperties>",
             incomplete("StartupModes", "StartupMode")),
         record("an unknown type", "00 00 00 0D A1 F0 EE 2D 00 00 00 05 00 00 00 01 3F", invalidType()),
         record("no type", "00 00 00 0C A1 F0 EE 2D 00 00 00 04 FF FF FF FF", invalidType()),
@@ -212,7 +214,8 @@ QVector<RefusalCase> ofValues(const QString &className)
             xml("a boolean without a text", R"(<ValueItem><ValueBoolean id="a" value=""/></ValueItem>)",
                 emptyBoolean("value", "ValueBoolean")),
             xml("a second value that is refused",
-                R"(<ValueItem><ValueInt id="c" value="1"/><ValueStringList><StringItem/></ValueStringList></ValueItem>)",
+                R"(<ValueItem><ValueInt id="c" value="1"/>)"
+                "<ValueStringList><StringItem/></ValueStringList></ValueItem>",
                 incomplete("ValueStringList", "StringItem")),
             record("a list that is refused",
                    "00 00 00 18 49 1E D6 FE 00 00 00 10 29 40 EB DD 00 00 00 08 00 00 00 01 00 00 00 00",

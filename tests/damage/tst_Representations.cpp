@@ -50,6 +50,8 @@ private Q_SLOTS:
     void everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDifference();
     void everyCutOfTheCompressedFormIsRefused_data() { levels(); }
     void everyCutOfTheCompressedFormIsRefused();
+    void hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken_data();
+    void hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken();
 
 private:
     static void levels()
@@ -148,6 +150,48 @@ void RepresentationsTest::everyCutOfTheCompressedFormIsRefused()
     TunerProperties document;
     QVERIFY(document.SetBinaryRepresentation(good));
     QVERIFY(document == compactDocument());
+}
+
+void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken_data()
+{
+    QTest::addColumn<bool>("isCompressed");
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<int>("word");
+    QTest::addColumn<QString>("error");
+    const int plain = TunerProperties(compactDocument()).GetBinaryRepresentationAsQByteArray().size() - 8;
+    const int compressed = compressedAt(9).size() - 8;
+    const auto wrongLength = QStringLiteral("binary data: the record's length is %1, but %2 bytes follow");
+    for (const int word : {-1, -8, 0, 0x7FFFFFFF, -0x7FFFFFFF - 1}) {
+        QTest::addRow("length %d", word) << false << 4 << word << wrongLength.arg(word).arg(plain);
+        QTest::addRow("compressed length %d", word) << true << 4 << word << wrongLength.arg(word).arg(compressed);
+    }
+    const auto tooMuch = QStringLiteral("binary data: %1 compressed bytes declare %2 bytes, but no more than %3 are "
+                                        "taken");
+    for (const int word : {-1, -8, 0x7FFFFFFF, -0x7FFFFFFF - 1}) {
+        QTest::addRow("declared size %u", unsigned(word))
+            << true << 8 << word << tooMuch.arg(compressed).arg(quint32(word)).arg(1100 * compressed);
+    }
+    for (const int word : {0, 1, plain + 7, plain + 9, 1100 * compressed}) {
+        QTest::addRow("declared size %d", word)
+            << true << 8 << word << QStringLiteral("binary data: the compressed bytes are damaged");
+    }
+}
+
+void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken()
+{
+    QFETCH(bool, isCompressed);
+    QFETCH(int, offset);
+    QFETCH(int, word);
+    QFETCH(QString, error);
+    const QByteArray whole =
+        isCompressed ? compressedAt(9) : TunerProperties(compactDocument()).GetBinaryRepresentationAsQByteArray();
+    QByteArray damaged = replaced(whole, offset, word);
+    TunerProperties document;
+    const HeapPeak peak;
+    QVERIFY(!document.SetBinaryRepresentation(damaged));
+    QVERIFY(peak.bytes() <= 2000 * whole.size()); // and never what the word announces
+    QCOMPARE(document.GetErrorString(), error);
+    QVERIFY(!document.IsInitialized());
 }
 
 QTEST_GUILESS_MAIN(RepresentationsTest)

@@ -91,6 +91,7 @@ void ConvertFaultsTest::init()
     m_folderOfLog = std::make_unique<Folder>();
     // If coverage is measured: what a process counts that is killed or may not write must not spoil the rest.
     m_shop->setEnvironment(QStringLiteral("GCOV_PREFIX"), m_folderOfLog->path());
+    m_shop->setEnvironment(QStringLiteral("GCOV_ERROR_FILE"), m_folderOfLog->path(QStringLiteral("counting")));
 }
 
 void ConvertFaultsTest::cleanup()

@@ -142,6 +142,8 @@ public:
             return QStringLiteral("the object changed although the operation failed");
         if (failed && m_operation.isUnharmed && !m_operation.isUnharmed(m_objects))
             return QStringLiteral("something came to harm that is no object");
+        if (failed && !m_objects.target.GetErrorString().isNull())
+            return QStringLiteral("an error is told although an exception tells it");
         if (m_operation.leaves != Leaves::Gaps && !WholeLists::in(m_objects.target))
             return QStringLiteral("a list holds an item without data");
         return furtherUse();

@@ -140,10 +140,11 @@ private Q_SLOTS:
         for (const QString &surprise : found)
             qWarning("%s", qUtf8Printable(surprise));
         QVERIFY(found.isEmpty());
+        qInfo("%d allocations", reports.at(use).allocations);
         m_allocations += reports.at(use).allocations;
     }
 
-    void cleanupTestCase() { qInfo("%d allocations failed", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
 
 private:
     int m_allocations = 0;

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "Damaging.h"
+
+using namespace Damage;
+
+/// A snapshot does not say where its lengths and counts are, and one that is damaged may have them anywhere.
+class SnapshotWordsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyHostileWordGivesWhatTheFormatSays_data() { validatingRows(); }
+    void everyHostileWordGivesWhatTheFormatSays()
+    {
+        QFETCH(bool, validate);
+        const QVector<qint32> words{-1, -8, 0, 0x7FFFFFFF, -0x7FFFFFFF - 1};
+        const Sweep sweep = replaceEverywhere(Encoding::Snapshot, validate, words);
+        QCOMPARE(sweep.wrong, QString());
+        QCOMPARE(sweep.damaged, words.size() * (snapshotOf(compactDocument()).size() - 3));
+        QCOMPARE(sweep.refused > 0, validate);
+        qInfo("%d words, %d of them refused", sweep.damaged, sweep.refused);
+    }
+};
+
+QTEST_GUILESS_MAIN(SnapshotWordsTest)
+#include "tst_SnapshotWords.moc"
