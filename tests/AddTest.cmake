@@ -13,8 +13,7 @@ target_precompile_headers(tests_pch PRIVATE <QtTest>)
 
 # tp_add_test(tst_Name [KEEPS_NO_XML] [LABELS label...] [SOURCES more.cpp...] [LIBRARIES target...])
 # One Qt Test program from tst_Name.cpp, run by CTest under its name.
-# KEEPS_NO_XML is for programs that count what the library does, which keeping would disturb. Those that count
-# allocations or make them fail, by a malloc of their own, need not say so.
+# KEEPS_NO_XML is for programs that count what the library does or make it fail, which keeping would disturb.
 function(tp_add_test name)
     cmake_parse_arguments(arg "KEEPS_NO_XML" "" "LABELS;SOURCES;LIBRARIES" ${ARGN})
     add_executable(${name} ${name}.cpp ${arg_SOURCES})

@@ -20,22 +20,12 @@
 
 namespace {
 
-/// Whether the program counts allocations or makes them fail, by a `malloc` of its own. Keeping would disturb that.
-bool theHeapIsWatched()
-{
-    static const int ofTheProgram = 0;
-    Dl_info heap;
-    Dl_info program;
-    return dladdr(reinterpret_cast<void *>(&std::malloc), &heap) && dladdr(&ofTheProgram, &program)
-        && heap.dli_fbase == program.dli_fbase;
-}
-
 /// The texts in memory. They go to the folder when the program ends and not before, so that tests which make writing
 /// to files fail, or count it, do not come across this.
 class Kept
 {
 public:
-    Kept() : m_folder(theHeapIsWatched() ? QString() : qEnvironmentVariable(folderVariable))
+    Kept() : m_folder(qEnvironmentVariable(folderVariable))
     {
         qunsetenv(folderVariable); // programs that a test starts would clear the folder again
         QDir folder(m_folder);
