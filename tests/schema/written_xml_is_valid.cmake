@@ -55,7 +55,8 @@ set(examples ${documents})
 list(FILTER examples INCLUDE REGEX "/tst_Examples/TunerProperties\\.")
 list(LENGTH examples example_count)
 if(NOT example_count EQUAL 5)
-    message(FATAL_ERROR "tst_Examples has left ${example_count} documents, and not one for each of 5 examples, ${advice}")
+    message(FATAL_ERROR
+        "tst_Examples has left ${example_count} documents, and not one for each of 5 examples, ${advice}")
 endif()
 
 # What the tests of the example programs have left.
