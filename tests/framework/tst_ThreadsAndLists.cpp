@@ -102,6 +102,7 @@ private Q_SLOTS:
     void modesThatWereGivenToTwoObjectsAreExtendedAtOnce();
     void modesThatWereCopiedAndLetGoAreExtendedAtOnce();
     void emptiedListsAreFilledAtOnce();
+    void itemsWithoutDataAreComparedAtOnce();
 };
 
 void ThreadsAndListsTest::anItemCopiedOutOfAListIsUsedBesideItsDocument()
@@ -332,6 +333,34 @@ void ThreadsAndListsTest::emptiedListsAreFilledAtOnce()
         QCOMPARE(std::as_const(second).GetComponent().at(0).Getname(), QStringLiteral("second"));
         QCOMPARE(std::as_const(firstModes).GetStartupMode().size(), 1);
         QVERIFY(std::as_const(secondModes).GetStartupMode().at(0) == StartupModes::StartupMode::Stop);
+    }
+}
+
+// Comparing leaves them initialized, each object its own.
+void ThreadsAndListsTest::itemsWithoutDataAreComparedAtOnce()
+{
+    const auto nodeWith = [](const ValueItem &item) {
+        Node node;
+        node.SetValidate(false);
+        node.AppendValueItem(item);
+        return node;
+    };
+    ValueItem initialized;
+    initialized.ResetToDefault();
+    for (int round = 0; round < rounds; ++round) {
+        const Node source = nodeWith(ValueItem());
+        Node first;
+        Node second;
+        first = source;
+        second = source;
+        const Node firstPartner = nodeWith(initialized);
+        const Node secondPartner = nodeWith(initialized);
+        bool equal[2] = {};
+        atOnce([&] { equal[0] = first == firstPartner; }, [&] { equal[1] = secondPartner == second; });
+        QVERIFY(equal[0] && equal[1]);
+        QVERIFY(std::as_const(first).GetValueItem().at(0).IsInitialized());
+        QVERIFY(std::as_const(second).GetValueItem().at(0).IsInitialized());
+        QVERIFY(!source.GetValueItem().at(0).IsInitialized());
     }
 }
 
