@@ -130,6 +130,9 @@ void addXmlDocuments(const Folder &folder, std::size_t size)
     folder.addXml("repeated-members", SelectionNumber,
                   repeated("<ValueSelection>", "<id>a</id><value>1</value>", "</ValueSelection>", size));
     folder.addXml("namespaces", NodeNumber, numbered("<Node>", "<x xmlns:n", "=\"u\">", "", size));
+    folder.addXml("namespaces-in-a-member", NodeNumber, numbered("<Node><id>", "<x xmlns:n", "=\"u\">", "", size));
+    folder.addXml("namespaces-in-the-root", Document | Off,
+                  numbered("<TunerProperties Version=\"1.1\">", "<x xmlns:n", "=\"u\">", "", size));
 }
 
 void addRecords(const Folder &folder, std::size_t size)

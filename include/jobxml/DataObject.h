@@ -181,7 +181,9 @@ protected:
     void readContent(QXmlStreamReader &reader);
     /// Reads the child element if a member takes it; false if none does.
     bool readMemberElement(QXmlStreamReader &reader);
-    /// Reads on to the next token that carries the name of the current one.
+    /// Reads on to the next token that carries the name of the current one. The reader does not process namespaces on
+    /// the way, nor afterwards if that token is the start of an element nested in the one that is skipped: it takes
+    /// time for each that is declared, and unknown elements can be nested without end.
     static void skipElement(QXmlStreamReader &reader);
     void writeMembers(QXmlStreamWriter &writer) const;
     void writeSnapshotFlags(QDataStream &stream) const;

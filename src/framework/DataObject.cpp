@@ -401,9 +401,13 @@ bool DataObject::readMemberElement(QXmlStreamReader &reader)
 void DataObject::skipElement(QXmlStreamReader &reader)
 {
     const QString name = reader.name().toString();
+    const bool namespaces = reader.namespaceProcessing();
+    reader.setNamespaceProcessing(false); // the reader looks each name up among all that are declared around it
     do {
         reader.readNext();
     } while (!reader.atEnd() && !reader.hasError() && reader.name() != name); // a device may claim more than it has
+    if (reader.isEndElement()) // otherwise what follows still lies in the unknown element
+        reader.setNamespaceProcessing(namespaces);
 }
 
 // --- Tagged records --------------------------------------------------------------------------------------------------

@@ -167,7 +167,11 @@ void IRGObject::ProcessXml(QXmlStreamReader &reader)
 
 QString IRGObject::GetTextValue(QXmlStreamReader &reader)
 {
-    return reader.readElementText(QXmlStreamReader::SkipChildElements);
+    const bool namespaces = reader.namespaceProcessing();
+    reader.setNamespaceProcessing(false); // nobody asks for those of the elements nested in it
+    const QString text = reader.readElementText(QXmlStreamReader::SkipChildElements);
+    reader.setNamespaceProcessing(namespaces);
+    return text;
 }
 
 int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const

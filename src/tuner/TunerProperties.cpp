@@ -397,7 +397,8 @@ void TunerProperties::ProcessXmlStartElement(QXmlStreamReader &reader)
         skipElement(reader);
     else if (GetValidate())
         Errors::unknownElement(*this, reader.name().toString());
-    // otherwise the element is not consumed: what it holds is read as if it stood in the document itself
+    else // it is not consumed: what it holds is read as if it stood in the document itself
+        reader.setNamespaceProcessing(false); // as in skipElement()
 }
 
 // Departs: a record of its own carries the version, in front of all others.
