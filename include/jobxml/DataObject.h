@@ -181,10 +181,13 @@ protected:
     void readContent(QXmlStreamReader &reader);
     /// Reads the child element if a member takes it; false if none does.
     bool readMemberElement(QXmlStreamReader &reader);
-    /// Reads on to the next token that carries the name of the current one. The reader does not process namespaces on
-    /// the way, nor afterwards if that token is the start of an element nested in the one that is skipped: it takes
-    /// time for each that is declared, and unknown elements can be nested without end.
-    static void skipElement(QXmlStreamReader &reader);
+    /// Reads on to the next token that carries the name of the current one, which is normally the element's end.
+    ///
+    /// The reader does not process namespaces on the way: it takes time for each that is declared around a name, and
+    /// unknown elements can be nested without end.
+    void skipElement(QXmlStreamReader &reader);
+    /// Goes on inside an unknown element. Namespaces are not processed from here to the end of this object.
+    void leaveOpen(QXmlStreamReader &reader);
     void writeMembers(QXmlStreamWriter &writer) const;
     void writeSnapshotFlags(QDataStream &stream) const;
     bool readSnapshotFlags(QDataStream &stream);
@@ -195,7 +198,7 @@ protected:
 private:
     friend class Member; // the rows are this class's other half
     class ReadingContent;
-    enum class Reading : quint8 { No, NothingHandedOver, HandedOver };
+    enum class Reading : quint8 { No, NothingHandedOver, HandedOver, LeftOpen };
 
     bool mayWrite() const;
     bool mayWriteNested(bool checkedByParent) const;

@@ -89,7 +89,7 @@ public:
     /// its end, else false with GetErrorString(). Exceptions of the model pass through, unless the document itself is
     /// broken at that point: then that is the error, and false is returned. Two things are refused because a reader
     /// could be kept busy for hours, or be filled up, by a small document: an element with more than 1,024 attributes,
-    /// and a document type that declares entities or attributes of its own.
+    /// and a document type with an internal subset. Entities that it may declare elsewhere are not known.
     virtual bool SetXmlString(const QString &xml, bool validate);
 
     /// Reads the object from a binary representation, plain or compressed, big-endian as

@@ -10,9 +10,9 @@ class QFileDevice;
 
 namespace REPORTGENERATOR {
 
-/// Puts a file in place whole: afterwards it holds exactly `content`, on the disk and not only on the way there, or it
-/// is as it was, with nothing else left beside it. Returns `PATH: cannot write: reason` in the latter case, else a null
-/// string.
+/// Puts a file in place whole: afterwards it holds exactly `content`, or it is as it was, with nothing else left beside
+/// it. Returns `PATH: cannot write: reason` in the latter case, else a null string. The content has reached the disk by
+/// then; that it stands under this name may get there later, and after a power failure the old file may be there.
 ///
 /// A symbolic link stays, and the file that it leads to is written. What is no file (a pipe, a device) is refused,
 /// since a file would take its place.

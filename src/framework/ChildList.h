@@ -113,7 +113,8 @@ public:
     {
         Item item = newItem(object);
         item.SetLogger(object.GetLogger());
-        item.ProcessXml(reader);
+        if (!Member::readNestedXml(item, reader))
+            return;
         appendRead(object, std::move(item));
         takeLogger(object);
     }

@@ -210,7 +210,7 @@ void DataObject::handOver() const
 
 void DataObject::handOverOnce() const
 {
-    if (m_reading == Reading::HandedOver)
+    if (m_reading == Reading::HandedOver || m_reading == Reading::LeftOpen)
         return;
     handOver();
     if (m_reading == Reading::NothingHandedOver)
@@ -375,7 +375,10 @@ void DataObject::readAttributes(QXmlStreamReader &reader)
 void DataObject::readContent(QXmlStreamReader &reader)
 {
     const ReadingContent reading(*this);
+    const bool namespaces = reader.namespaceProcessing();
     IRGObject::ProcessXml(reader);
+    if (m_reading != Reading::LeftOpen)
+        reader.setNamespaceProcessing(namespaces);
 }
 
 void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
@@ -406,8 +409,17 @@ void DataObject::skipElement(QXmlStreamReader &reader)
     do {
         reader.readNext();
     } while (!reader.atEnd() && !reader.hasError() && reader.name() != name); // a device may claim more than it has
-    if (reader.isEndElement()) // otherwise what follows still lies in the unknown element
+    if (reader.isEndElement())
         reader.setNamespaceProcessing(namespaces);
+    else
+        leaveOpen(reader); // what follows still lies in the unknown element
+}
+
+void DataObject::leaveOpen(QXmlStreamReader &reader)
+{
+    reader.setNamespaceProcessing(false);
+    if (m_reading != Reading::No && reader.name() == GetObjectName())
+        m_reading = Reading::LeftOpen; // the end of that element will pass for this object's
 }
 
 // --- Tagged records --------------------------------------------------------------------------------------------------

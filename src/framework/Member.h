@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QLatin1String>
+#include <QXmlStreamReader>
 
 #include <jobxml/DataObject.h>
 #include <jobxml/Visitor.h>
@@ -115,7 +116,18 @@ protected:
     // The rows' way into objects; DataObject has no other friend.
     static Block &block(const DataObject &object) { return object.block(); }
     static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
-    static QString elementText(DataObject &object, QXmlStreamReader &reader) { return object.GetTextValue(reader); }
+    /// Reads the text of an element, or the whole of a child. False where the document breaks off: what has been read
+    /// by then is not stored.
+    static bool readText(DataObject &object, QXmlStreamReader &reader, QString &text)
+    {
+        text = object.GetTextValue(reader);
+        return !reader.hasError();
+    }
+    static bool readNestedXml(DataObject &child, QXmlStreamReader &reader)
+    {
+        child.ProcessXml(reader);
+        return !reader.hasError();
+    }
     static void takeLogger(const DataObject &child, const DataObject &parent) { child.takeLogger(parent.GetLogger()); }
     static void writeNestedXml(const DataObject &child, QXmlStreamWriter &writer, bool checked)
     {

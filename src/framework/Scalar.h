@@ -82,7 +82,9 @@ public:
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        readXmlAttribute(object, Member::elementText(object, reader));
+        QString text;
+        if (Member::readText(object, reader, text))
+            readXmlAttribute(object, text);
     }
 
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override

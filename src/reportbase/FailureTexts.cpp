@@ -49,6 +49,11 @@ QString noFileName()
     return QStringLiteral("no file name was given");
 }
 
+QString nulInFileName()
+{
+    return QStringLiteral("a file name cannot contain U+0000");
+}
+
 QString notAFile()
 {
     return QStringLiteral("it exists and is not a regular file");
@@ -107,10 +112,14 @@ QString tooManyAttributes(int limit)
     return QStringLiteral("an element has more than %1 attributes").arg(limit);
 }
 
-QString ownDeclarations()
+QString internalSubset()
 {
-    return QStringLiteral("the document type declares entities or attributes of its own, "
-                          "by which a small document may become a large one");
+    return QStringLiteral("the document type has an internal subset, by which a small document may become a large one");
+}
+
+QString undeclaredEntity(const QString &name)
+{
+    return QStringLiteral("Entity '%1' not declared.").arg(name);
 }
 
 QString unusableStream()

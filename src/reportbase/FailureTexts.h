@@ -24,6 +24,7 @@ QString unnamedFile();
 /// @{
 QString noFileGiven();
 QString noFileName();
+QString nulInFileName();
 QString notAFile();
 QString isAFolder();
 QString notOpenForReading();
@@ -42,12 +43,13 @@ QString tooLargeToCompress(qint64 size, qint64 limit);
 /// \name Reading XML
 /// @{
 QString wrongRoot(const QString &found, const QString &expected);
+QString tooManyAttributes(int limit);
+QString internalSubset();
+QString undeclaredEntity(const QString &name); // as QXmlStreamReader puts it
 /// @}
 
 /// \name Reading a binary representation
 /// @{
-QString tooManyAttributes(int limit);
-QString ownDeclarations();
 QString unusableStream();
 QString headCutOff(qint64 available);
 QString wrongLeadingWord(quint32 found, quint32 expected, const QString &objectName);

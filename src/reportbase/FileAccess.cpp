@@ -17,6 +17,9 @@ FileForReading::FileForReading(QFile *file) : m_file(file)
             m_openFailure = FailureTexts::at(name(), FailureTexts::notOpenForReading());
     } else if (m_file->fileName().isEmpty()) {
         m_openFailure = FailureTexts::noFileName(); // asked before QFile, which would print a warning
+    } else if (m_file->fileName().contains(QChar::Null)) {
+        // QFile would open what the name in front of it stands for.
+        m_openFailure = FailureTexts::at(name(), FailureTexts::cannotOpen(FailureTexts::nulInFileName()));
     } else {
         m_opened = m_file->open(QIODevice::ReadOnly);
         if (!m_opened)

@@ -8,9 +8,9 @@
 
 #include <reportbase/SaveFile.h>
 
-#include "AttributeWatch.h"
 #include "FailureTexts.h"
 #include "FileAccess.h"
+#include "WatchedDevice.h"
 #include "XmlComposition.h"
 
 namespace REPORTGENERATOR {
@@ -29,18 +29,36 @@ QString atReader(const QXmlStreamReader &reader, const QString &source, const QS
 bool toRootElement(QXmlStreamReader &reader)
 {
     while (!reader.atEnd() && !reader.hasError()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
+        if (reader.readNext() == QXmlStreamReader::StartElement)
             return true;
-        case QXmlStreamReader::DTD:
-            if (reader.text().contains(QLatin1Char('[')))
-                reader.raiseError(FailureTexts::ownDeclarations());
-            break;
-        default:
-            break;
-        }
     }
     return false;
+}
+
+/// Refuses what a document type outside of the document may have declared. The reader would leave it out of texts, and
+/// leave it as it is in attributes.
+class NoEntities : public QXmlStreamEntityResolver
+{
+public:
+    explicit NoEntities(QXmlStreamReader &reader) : m_reader(reader) { m_reader.setEntityResolver(this); }
+    NoEntities(const NoEntities &) = delete;
+    NoEntities &operator=(const NoEntities &) = delete;
+    ~NoEntities() override { m_reader.setEntityResolver(nullptr); }
+
+    QString resolveUndeclaredEntity(const QString &name) override
+    {
+        m_reader.raiseError(FailureTexts::undeclaredEntity(name));
+        return QString();
+    }
+
+private:
+    QXmlStreamReader &m_reader;
+};
+
+/// Whether the document seems cut off because the watch has let nothing more through.
+bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
+{
+    return watch.isRefused() && reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
 }
 
 } // namespace
@@ -49,11 +67,11 @@ bool IRGObject::SetXmlString(const QString &xml, bool validate)
 {
     m_errorString = QString();
     SetValidate(validate);
-    AttributeWatch watch;
+    XmlWatch watch;
     QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
     QString failure = readDocument(reader, FailureTexts::xmlText());
-    if (watch.isExceeded())
-        failure = atReader(reader, FailureTexts::xmlText(), FailureTexts::tooManyAttributes(AttributeWatch::Limit));
+    if (isEndedBy(watch, reader))
+        failure = atReader(reader, FailureTexts::xmlText(), watch.refusal());
     return failure.isNull() || fail(failure);
 }
 
@@ -75,13 +93,14 @@ bool IRGObject::LoadXml(QFile *file)
     QString failure = readDocument(reader, access.name());
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the document seems cut off then, but is not at fault
-    if (document.isExceeded())
-        failure = atReader(reader, access.name(), FailureTexts::tooManyAttributes(AttributeWatch::Limit));
+    if (isEndedBy(document.watch(), reader))
+        failure = atReader(reader, access.name(), document.watch().refusal());
     return failure.isNull() || fail(failure);
 }
 
 QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
 {
+    const NoEntities refused(reader);
     if (toRootElement(reader)) {
         if (reader.name() != GetObjectName())
             return atReader(reader, source, FailureTexts::wrongRoot(reader.name().toString(), GetObjectName()));

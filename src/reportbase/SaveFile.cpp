@@ -82,6 +82,8 @@ QString SaveFile(const QString &path, const QByteArray &content)
     const auto failure = [&](const QString &reason) {
         return reason.isNull() ? QString() : FailureTexts::at(path, FailureTexts::cannotWrite(reason));
     };
+    if (path.contains(QChar::Null)) // the system would take what stands in front of it for the whole
+        return failure(FailureTexts::nulInFileName());
     // A file would take the place of whatever stands there: a pipe or a device would be gone.
     const QFileInfo old(path);
     if (old.exists() && !old.isFile() && !old.isDir())

@@ -128,7 +128,9 @@ public:
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        append(object, modeOf(elementText(object, reader)));
+        QString text;
+        if (readText(object, reader, text))
+            append(object, modeOf(text));
     }
 
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override

@@ -153,8 +153,8 @@ public:
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
         Block &own = block(object);
-        field(own).ProcessXml(reader);
-        own.flags.set(bit());
+        if (readNestedXml(field(own), reader))
+            own.flags.set(bit());
     }
 
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
@@ -397,8 +397,8 @@ void TunerProperties::ProcessXmlStartElement(QXmlStreamReader &reader)
         skipElement(reader);
     else if (GetValidate())
         Errors::unknownElement(*this, reader.name().toString());
-    else // it is not consumed: what it holds is read as if it stood in the document itself
-        reader.setNamespaceProcessing(false); // as in skipElement()
+    else
+        leaveOpen(reader); // what it holds is read as if it stood in the document itself
 }
 
 // Departs: a record of its own carries the version, in front of all others.

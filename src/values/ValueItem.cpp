@@ -156,8 +156,8 @@ public:
         T read;
         read.SetValidate(object.GetValidate());
         read.SetLogger(object.GetLogger());
-        read.ProcessXml(reader);
-        modify(object) = std::move(read);
+        if (Member::readNestedXml(read, reader))
+            modify(object) = std::move(read);
     }
 
     void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override

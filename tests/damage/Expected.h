@@ -119,7 +119,7 @@ struct XmlOutcome
     QString thrown;
     bool taken = false; ///< what the reader must return, if nothing is thrown
     QString error; ///< the error it must tell then, without the source
-    bool brokeOff = false; ///< the text is not well formed, and what stands at the break may be stored or not
+    bool brokeOff = false; ///< the text is not well formed, and was read up to there
 };
 
 XmlOutcome readXml(Expected &object, const XmlTokens &tokens);

@@ -30,20 +30,6 @@ public:
     bool isGood = false;
 };
 
-// Where the text breaks off, what is being read may be stored or not, and a list or child that is open then may be
-// there or not. But every value in front of it is.
-QString missing(const QString &found, const QString &wanted)
-{
-    const QString all = QLatin1Char('\n') + found;
-    const QStringList lines = wanted.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString &line : lines) {
-        if (line.contains(QLatin1String(" = ")) && !line.endsWith(QLatin1String("(not set)"))
-            && !all.contains(QLatin1Char('\n') + line + QLatin1Char('\n')))
-            return QStringLiteral("'%1' is gone").arg(line);
-    }
-    return QString();
-}
-
 QString wrongOutcome(const TunerProperties &document, const QString &thrown, bool taken, const QString &source,
                      const XmlOutcome &outcome, const Expected &state)
 {
@@ -57,8 +43,7 @@ QString wrongOutcome(const TunerProperties &document, const QString &thrown, boo
     static const QRegularExpression placed(QStringLiteral("^[^:]+:[1-9][0-9]*:[1-9][0-9]*: ."));
     if (!error.isNull() && !placed.match(document.GetErrorString()).hasMatch())
         return QStringLiteral("the error has no place: ") + error;
-    return outcome.brokeOff ? missing(listing(document), state.listing())
-                            : difference(listing(document), state.listing());
+    return difference(listing(document), state.listing());
 }
 
 // The document without reset, after a text that broke off: what was left behind stands in front, and the document read
@@ -93,7 +78,7 @@ QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)
     if (wrong.isNull() && outcome.brokeOff)
         wrong = wrongReadingBehind(document);
     if (wrong.isNull())
-        wrong = afterwards().wrongWith(document, outcome.brokeOff ? nullptr : &state, Encoding::Xml);
+        wrong = afterwards().wrongWith(document, &state, Encoding::Xml);
     return wrong;
 }
 

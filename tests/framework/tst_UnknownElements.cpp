@@ -43,11 +43,12 @@ class UnknownElementsTest : public QObject
 private Q_SLOTS:
     void prefixesNeedNoDeclarationInThem();
     void prefixesNeedADeclarationAroundThem();
-    void prefixesNeedNoDeclarationOnceOneIsNestedInItsLike();
-    void prefixesNeedNoDeclarationOnceTheRootHoldsOne();
-    void aReaderThatProcessesNoNamespacesIsLeftAsItIs();
+    void prefixesNeedNoDeclarationBehindOneThatIsNestedInItsLike();
+    void prefixesNeedNoDeclarationBehindOneInTheRoot();
+    void aReaderIsLeftAsItWas();
     void theyMayBeNestedDeeply_data();
     void theyMayBeNestedDeeply();
+    void endsThatPassForAnObjectsOwnLeaveNoNamespaces();
 };
 
 void UnknownElementsTest::prefixesNeedNoDeclarationInThem()
@@ -68,12 +69,14 @@ void UnknownElementsTest::prefixesNeedADeclarationAroundThem()
     QCOMPARE(errorOf<ValueBoolean>(QStringLiteral("<ValueBoolean><id><x/></id><p:x/></ValueBoolean>")), undeclared(33));
 }
 
-void UnknownElementsTest::prefixesNeedNoDeclarationOnceOneIsNestedInItsLike()
+void UnknownElementsTest::prefixesNeedNoDeclarationBehindOneThatIsNestedInItsLike()
 {
-    QCOMPARE(errorOf<ValueBoolean>(QStringLiteral("<ValueBoolean><x><x></x></x><p:y/></ValueBoolean>")), QString());
+    QCOMPARE(errorOf<Node>(QStringLiteral("<Node><x><x></x></x><p:y/></Node>")), QString());
+    QCOMPARE(errorOf<Node>(QStringLiteral("<Node><ValueItem><x><x></x></x><p:y/></ValueItem><p:y/></Node>")),
+             QStringLiteral("XML text:1:55: Namespace prefix 'p' not declared"));
 }
 
-void UnknownElementsTest::prefixesNeedNoDeclarationOnceTheRootHoldsOne()
+void UnknownElementsTest::prefixesNeedNoDeclarationBehindOneInTheRoot()
 {
     QCOMPARE(errorOf<TunerProperties>(QStringLiteral("<TunerProperties Version='1.1'><x/><p:y/></TunerProperties>")),
              QString());
@@ -81,16 +84,36 @@ void UnknownElementsTest::prefixesNeedNoDeclarationOnceTheRootHoldsOne()
              QStringLiteral("XML text:1:41: Namespace prefix 'p' not declared"));
 }
 
-void UnknownElementsTest::aReaderThatProcessesNoNamespacesIsLeftAsItIs()
+template <class Class>
+bool namespacesAreProcessedBehind(const QString &element, bool namespacesBefore)
 {
-    for (const bool namespaces : {false, true}) {
-        QXmlStreamReader reader(QStringLiteral("<ValueBoolean><x/><id>a</id><y></y></ValueBoolean>"));
-        reader.setNamespaceProcessing(namespaces);
-        QVERIFY(reader.readNextStartElement());
-        ValueBoolean value;
-        value.ProcessXml(reader);
-        QCOMPARE(value.Getid(), QStringLiteral("a"));
-        QCOMPARE(reader.namespaceProcessing(), namespaces);
+    QXmlStreamReader reader(QStringLiteral("<a>") + element + QStringLiteral("<p:b xmlns:p='urn:p'/></a>"));
+    reader.setNamespaceProcessing(namespacesBefore);
+    reader.readNextStartElement();
+    reader.readNextStartElement();
+    Class object;
+    object.SetValidate(false);
+    object.ProcessXml(reader);
+    if (!reader.isEndElement() || !reader.readNextStartElement() || reader.name() != QLatin1String("b"))
+        qFatal("the reader does not stand at the object's end");
+    return reader.namespaceUri() == QLatin1String("urn:p");
+}
+
+void UnknownElementsTest::aReaderIsLeftAsItWas()
+{
+    for (const bool namespaces : {true, false}) {
+        QCOMPARE(namespacesAreProcessedBehind<Node>(QStringLiteral("<Node><x/></Node>"), namespaces), namespaces);
+        QCOMPARE(namespacesAreProcessedBehind<Node>(QStringLiteral("<Node><x><x/></x></Node>"), namespaces),
+                 namespaces);
+        QCOMPARE(namespacesAreProcessedBehind<Node>(QStringLiteral("<Node><id>a<x/></id></Node>"), namespaces),
+                 namespaces);
+        QCOMPARE(namespacesAreProcessedBehind<TunerProperties>(
+                     QStringLiteral("<TunerProperties Version='1.1'><x/></TunerProperties>"), namespaces),
+                 namespaces);
+        QCOMPARE(
+            namespacesAreProcessedBehind<Node>(
+                QStringLiteral("<Node><ValueItem><ValueItem><ValueItem/></ValueItem></ValueItem></Node>"), namespaces),
+            namespaces);
     }
 }
 
@@ -109,6 +132,8 @@ void UnknownElementsTest::theyMayBeNestedDeeply_data()
                                  << "</TunerProperties>";
     QTest::newRow("in an old root") << false << "<TunerProperties Version='1.0'>"
                                     << "</TunerProperties>";
+    QTest::newRow("in a child") << true << "<Node><ValueItem>"
+                                << "</ValueItem></Node>";
     QTest::newRow("behind an end of the object's name") << true << "<Node><Node><Node></Node>"
                                                         << "</Node></Node>";
 }
@@ -119,6 +144,17 @@ void UnknownElementsTest::theyMayBeNestedDeeply()
     QFETCH(const QString, begin);
     QFETCH(const QString, end);
     QCOMPARE(isNode ? errorOf<Node>(nested(begin, end)) : errorOf<TunerProperties>(nested(begin, end)), QString());
+}
+
+void UnknownElementsTest::endsThatPassForAnObjectsOwnLeaveNoNamespaces()
+{
+    // Each item ends at the end of the third element of its name, and leaves two open.
+    constexpr int count = 150000;
+    const auto item = QStringLiteral("<ValueItem xmlns:a='u'><ValueItem><ValueItem></ValueItem>");
+    const auto ends = QStringLiteral("</ValueItem></ValueItem>");
+    QCOMPARE(errorOf<Node>(QStringLiteral("<Node>") + item.repeated(count) + ends.repeated(count)
+                           + QStringLiteral("</Node>")),
+             QString());
 }
 
 QTEST_GUILESS_MAIN(UnknownElementsTest)

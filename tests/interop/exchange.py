@@ -16,7 +16,7 @@ from tuner_formats import snapshot
 from tuner_formats.objects import Object
 
 _PLACE = re.compile(rb"^(XML text|/[^:]*):\d+:\d+: ")
-_OWN_WORDS = (b"the root element is ", b"the document type declares ", b"an element has more than ")
+_OWN_WORDS = (b"the root element is ", b"the document type has ", b"an element has more than ")
 _LINE = re.compile(rb"in or just above line \d+ ")
 
 

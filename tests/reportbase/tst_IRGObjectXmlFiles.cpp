@@ -135,6 +135,13 @@ void IRGObjectXmlFilesTest::filesThatCannotBeRead()
     QVERIFY(!note.LoadXml(QString()));
     QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
 
+    const QString twoNames = path("note.xml") + QChar(QChar::Null) + QStringLiteral(".xml");
+    QFile existing(path("note.xml"));
+    QVERIFY(existing.open(QIODevice::WriteOnly) && existing.write("<Note/>") == 7);
+    existing.close();
+    QVERIFY(!note.LoadXml(twoNames));
+    QCOMPARE(note.GetErrorString(), twoNames + QStringLiteral(": cannot open: a file name cannot contain U+0000"));
+
     QVERIFY(!note.LoadXml(static_cast<QFile *>(nullptr)));
     QCOMPARE(note.GetErrorString(), QStringLiteral("no file was given"));
 

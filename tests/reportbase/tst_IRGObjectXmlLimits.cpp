@@ -42,8 +42,8 @@ QString errorOf(const QString &xml)
 }
 
 const auto tooMany = QStringLiteral("an element has more than 1024 attributes");
-const auto ownDeclarations = QStringLiteral("the document type declares entities or attributes of its own, "
-                                            "by which a small document may become a large one");
+const auto internalSubset =
+    QStringLiteral("the document type has an internal subset, by which a small document may become a large one");
 
 } // namespace
 
@@ -62,7 +62,10 @@ private Q_SLOTS:
     void attributesAreCountedInAnyEncoding();
     void aFileWithTooManyAttributesIsRefused();
     void aDocumentTypeIsReadOver();
-    void aDocumentTypeWithDeclarationsIsRefused();
+    void aDocumentTypeWithDeclarationsIsRefusedBeforeTheyAreRead();
+    void anEntityThatADocumentTypeElsewhereMayDeclareIsRefused();
+    void whatIsWrongInFrontOfALimitIsTold();
+    void aQuoteInACommentHidesNothing();
 };
 
 void IRGObjectXmlLimitsTest::aThousandAttributesAreRead()
@@ -167,12 +170,49 @@ void IRGObjectXmlLimitsTest::aDocumentTypeIsReadOver()
     QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note SYSTEM 'note.dtd'><Note/>")), QString());
 }
 
-void IRGObjectXmlLimitsTest::aDocumentTypeWithDeclarationsIsRefused()
+void IRGObjectXmlLimitsTest::aDocumentTypeWithDeclarationsIsRefusedBeforeTheyAreRead()
 {
     QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note [<!ENTITY e 'x'>]><Note><text>&e;</text></Note>")),
-             QStringLiteral("XML text:1:33: ") + ownDeclarations);
-    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note [\n<!ATTLIST Note title CDATA 'x'>\n]>\n<Note/>")),
-             QStringLiteral("XML text:3:2: ") + ownDeclarations);
+             QStringLiteral("XML text:1:15: ") + internalSubset);
+    QCOMPARE(
+        errorOf(QStringLiteral("<!DOCTYPE Note\nSYSTEM 'a[1].dtd' [\n<!ATTLIST Note title CDATA 'x'>\n]>\n<Note/>")),
+        QStringLiteral("XML text:2:18: ") + internalSubset);
+    // A reader would be busy with them for minutes.
+    QString declarations;
+    for (int i = 0; i < 100000; ++i)
+        declarations += QStringLiteral("<!ATTLIST a b%1 ID ''>").arg(i);
+    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note [") + declarations + QStringLiteral("]><Note/>")),
+             QStringLiteral("XML text:1:15: ") + internalSubset);
+}
+
+void IRGObjectXmlLimitsTest::anEntityThatADocumentTypeElsewhereMayDeclareIsRefused()
+{
+    Note note;
+    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note SYSTEM 'x'><Note title='t'><text>a&e;b</text></Note>"), note),
+             QStringLiteral("XML text:1:52: Entity 'e' not declared."));
+    QCOMPARE(note.title, QStringLiteral("t"));
+    QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note SYSTEM 'x'><Note title='a&e;b'/>")),
+             QStringLiteral("XML text:1:43: Entity 'e' not declared."));
+    QCOMPARE(errorOf(QStringLiteral("<Note title='a&e;b'/>")),
+             QStringLiteral("XML text:1:17: Entity 'e' not declared."));
+}
+
+void IRGObjectXmlLimitsTest::whatIsWrongInFrontOfALimitIsTold()
+{
+    QCOMPARE(errorOf(QStringLiteral("<Note><text></Note><y") + attributes(1025) + QStringLiteral("/>")),
+             QStringLiteral("XML text:1:19: Opening and ending tag mismatch."));
+    QCOMPARE(errorOf(QStringLiteral("<Other><y") + attributes(1025) + QStringLiteral("/></Other>")),
+             QStringLiteral("XML text:1:7: the root element is 'Other', not 'Note'"));
+}
+
+void IRGObjectXmlLimitsTest::aQuoteInACommentHidesNothing()
+{
+    QCOMPARE(errorOf(QStringLiteral("<!-- <a \" ") + QString(5000, QLatin1Char(' ')) + QStringLiteral("-->")
+                     + noteWith(attributes(1025))),
+             QStringLiteral("XML text:1:13146: ") + tooMany); // 5,013 columns further than without it
+    QCOMPARE(errorOf(QStringLiteral("<!-- <a \" ") + QString(5000, QLatin1Char(' ')) + QStringLiteral("-->")
+                     + noteWith(attributes(1024))),
+             QString());
 }
 
 QTEST_GUILESS_MAIN(IRGObjectXmlLimitsTest)

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void exactlyTheBytesAreSaved_data();
     void exactlyTheBytesAreSaved();
     void aNameIsNeeded();
+    void aNulDoesNotEndAName();
     void thePermissionsOfTheOldFileStay();
     void allIsWrittenBehindWhatStandsThere();
     void whatIsKeptBackIsWrittenAsWell();
@@ -60,6 +61,15 @@ void SaveFileTest::exactlyTheBytesAreSaved()
 void SaveFileTest::aNameIsNeeded()
 {
     QCOMPARE(SaveFile(QString(), "x"), QStringLiteral("no file name was given"));
+    QCOMPARE(SaveFile(QStringLiteral(""), "x"), QStringLiteral("no file name was given"));
+}
+
+void SaveFileTest::aNulDoesNotEndAName()
+{
+    QVERIFY(SaveFile(m_path, "old").isNull());
+    const QString path = m_path + QChar(QChar::Null) + QStringLiteral(".xml");
+    QCOMPARE(SaveFile(path, "new"), path + QStringLiteral(": cannot write: a file name cannot contain U+0000"));
+    QCOMPARE(contentOf(m_path), QByteArray("old"));
 }
 
 void SaveFileTest::thePermissionsOfTheOldFileStay()

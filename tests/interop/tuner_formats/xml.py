@@ -170,6 +170,7 @@ class _Parser:
         self._parser.buffer_text = True
         self._parser.XmlDeclHandler = self._declaration
         self._parser.StartDoctypeDeclHandler = self._document_type
+        self._parser.SkippedEntityHandler = self._entity  # which an external subset might have declared
         self._parser.StartNamespaceDeclHandler = self._namespace
         self._parser.StartElementHandler = self._start
         self._parser.EndElementHandler = lambda name: self._add(_Token.END, self._local(name))
@@ -196,10 +197,12 @@ class _Parser:
         if version != "1.0":
             raise _Fault("only XML 1.0 is read")
 
-    def _document_type(self, _name: str, system: str | None, public: str | None, has_own_declarations: int) -> None:
-        if has_own_declarations or "[" in f"{system}{public}":
-            raise _Fault("the document type declares entities or attributes of its own, by which a small document may"
-                         " become a large one")
+    def _document_type(self, _name: str, _system: str | None, _public: str | None, has_internal_subset: int) -> None:
+        if has_internal_subset:
+            raise _Fault("the document type has an internal subset, by which a small document may become a large one")
+
+    def _entity(self, name: str, _is_parameter: bool) -> None:
+        raise _Fault(f"Entity '{name}' not declared.")
 
     def _namespace(self, _prefix: str | None, _uri: str) -> None:
         self._namespaces += 1

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include <QIODevice>
+#include <QTextCodec>
+
+#include "XmlWatch.h"
+
+namespace REPORTGENERATOR {
+
+/// A device that hands on the XML document that another device holds, as far as an XmlWatch lets it.
+///
+/// It finds out the encoding as the reader does: by the first bytes, then by the declaration.
+class WatchedDevice : public QIODevice
+{
+public:
+    explicit WatchedDevice(QIODevice &device);
+
+    const XmlWatch &watch() const { return m_watch; }
+
+    bool isSequential() const override { return true; }
+    bool atEnd() const override { return m_watch.isRefused() || m_device.atEnd(); }
+
+protected:
+    qint64 readData(char *bytes, qint64 size) override;
+    qint64 writeData(const char *bytes, qint64 size) override;
+
+private:
+    int readable(const char *bytes, int size);
+    int readableHead(const char *bytes, int size);
+    int readableText(int size, const QString &text, int from);
+    void useCodec(QTextCodec *codec);
+    QTextCodec *otherCodec(const QString &declared) const;
+
+    QIODevice &m_device;
+    XmlWatch m_watch;
+    QTextCodec *m_codec = nullptr;
+    std::unique_ptr<QTextDecoder> m_decoder; // null if bytes can be looked at as they are
+    bool m_isHead = true; // the declaration has not been read to its end
+    QString m_head;
+};
+
+} // namespace REPORTGENERATOR

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+#include "XmlWatch.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <QStringView>
+
+#include "FailureTexts.h"
+
+namespace REPORTGENERATOR {
+
+namespace {
+
+// An attribute takes five characters at least (` a=""`), so in a tag of this length there are not too many.
+constexpr int shortTag = 4 * XmlWatch::MostAttributes;
+
+ushort codeOf(char character)
+{
+    return uchar(character);
+}
+
+ushort codeOf(QChar character)
+{
+    return character.unicode();
+}
+
+/// The position of the next '<', or `end` if there is none.
+int nextOpening(const char *text, int from, int end)
+{
+    const void *const found = std::memchr(text + from, '<', std::size_t(end - from));
+    return found ? int(static_cast<const char *>(found) - text) : end;
+}
+
+int nextOpening(const QChar *text, int from, int end)
+{
+    const auto found = QStringView(text + from, end - from).indexOf(QLatin1Char('<'));
+    return found < 0 ? end : from + int(found);
+}
+
+bool beginsName(ushort character)
+{
+    return character != '!' && character != '?' && character != '/';
+}
+
+} // namespace
+
+template <typename Character>
+int XmlWatch::readable(const Character *text, int size)
+{
+    int i = 0;
+    while (i < size && !isRefused()) {
+        if (m_state == State::Text) {
+            i = nextOpening(text, i, size);
+            if (i == size)
+                break;
+        } else if (m_state == State::TagOpened && beginsName(codeOf(text[i]))) {
+            // No tag contains a '<', not even in quotes. So this one ends in front of the next.
+            const int end = std::min(size, i + shortTag);
+            const int next = nextOpening(text, i, end);
+            if (next < end) {
+                m_state = State::Text;
+                i = next;
+            }
+        }
+        if (!take(codeOf(text[i])))
+            break;
+        ++i;
+    }
+    return i;
+}
+
+template int XmlWatch::readable(const char *text, int size);
+template int XmlWatch::readable(const QChar *text, int size);
+
+/// Returns false for the character that must not be read.
+bool XmlWatch::take(ushort character)
+{
+    switch (m_state) {
+    case State::Text:
+        if (character == '<')
+            m_state = State::TagOpened;
+        break;
+    case State::TagOpened:
+        m_attributes = 0;
+        m_quote = 0;
+        if (character == '!')
+            m_state = State::DeclarationOpened;
+        else if (character == '?')
+            beginSection('?', 1); // ?>
+        else if (character == '/')
+            m_state = State::Text; // an end tag has no attributes
+        else
+            m_state = State::InTag;
+        break;
+    case State::InTag:
+        takeInTag(character);
+        break;
+    case State::DeclarationOpened:
+        if (character == '-')
+            m_state = State::CommentOpened;
+        else if (character == '[')
+            beginSection(']', 2); // ]]>
+        else
+            m_state = State::InDocumentType;
+        break;
+    case State::CommentOpened:
+        beginSection('-', 2); // -->
+        break;
+    case State::InSection:
+        takeInSection(character);
+        break;
+    case State::InDocumentType:
+        takeInDocumentType(character);
+        break;
+    }
+    return !isRefused();
+}
+
+void XmlWatch::takeInTag(ushort character)
+{
+    if (character == '<') {
+        m_state = State::TagOpened; // as above
+        return;
+    }
+    if (isInQuotes(character))
+        return;
+    if (character == '>')
+        m_state = State::Text;
+    else if (character == '=' && ++m_attributes > MostAttributes)
+        m_refused = Refused::Attributes;
+}
+
+void XmlWatch::takeInDocumentType(ushort character)
+{
+    if (isInQuotes(character))
+        return;
+    if (character == '>')
+        m_state = State::Text;
+    else if (character == '[')
+        m_refused = Refused::Declarations;
+}
+
+bool XmlWatch::isInQuotes(ushort character)
+{
+    const bool isQuote = character == '"' || character == '\'';
+    if (m_quote == 0 && isQuote) {
+        m_quote = character;
+        return true;
+    }
+    if (m_quote != character)
+        return m_quote != 0;
+    m_quote = 0;
+    return true;
+}
+
+void XmlWatch::beginSection(char mark, int marks)
+{
+    m_state = State::InSection;
+    m_mark = mark;
+    m_marksOfEnd = marks;
+    m_marks = 0;
+}
+
+void XmlWatch::takeInSection(ushort character)
+{
+    if (character == codeOf(m_mark)) {
+        m_marks = std::min(m_marks + 1, m_marksOfEnd);
+        return;
+    }
+    if (character == '>' && m_marks == m_marksOfEnd)
+        m_state = State::Text;
+    m_marks = 0;
+}
+
+QString XmlWatch::refusal() const
+{
+    switch (m_refused) {
+    case Refused::Attributes:
+        return FailureTexts::tooManyAttributes(MostAttributes);
+    case Refused::Declarations:
+        return FailureTexts::internalSubset();
+    case Refused::Nothing:
+        break;
+    }
+    return QString();
+}
+
+} // namespace REPORTGENERATOR

@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include "reportbase/XmlWatch.h"
+
+using REPORTGENERATOR::XmlWatch;
+
+namespace {
+
+const auto tooMany = QStringLiteral("an element has more than 1024 attributes");
+const auto internalSubset =
+    QStringLiteral("the document type has an internal subset, by which a small document may become a large one");
+
+QByteArray equalSigns(int count)
+{
+    return QByteArray(count, '=');
+}
+
+QByteArray blanks(int count)
+{
+    return QByteArray(count, ' ');
+}
+
+struct Answer
+{
+    int readable = 0;
+    QString refusal;
+    bool operator==(const Answer &other) const { return readable == other.readable && refusal == other.refusal; }
+};
+
+/// What comes of the document when it arrives in pieces of this size.
+template <typename Character>
+Answer watched(const Character *text, int size, int pieceSize)
+{
+    XmlWatch watch;
+    int taken = 0;
+    while (taken < size) {
+        const int piece = std::min(pieceSize, size - taken);
+        const int more = watch.readable(text + taken, piece);
+        taken += more;
+        if (watch.isRefused() != (more < piece))
+            return {-1, QStringLiteral("a piece is refused without reason, or not where it ends")};
+        if (more < piece)
+            break;
+    }
+    return {taken, watch.refusal()};
+}
+
+/// How much of the document may be read, and why no more: the same for bytes and characters, in whatever pieces.
+Answer watched(const QByteArray &document)
+{
+    const QString text = QString::fromLatin1(document);
+    const int size = document.size();
+    const Answer whole = watched(document.constData(), size, size);
+    for (const int pieceSize : {1, 2, 3, 1000, 4095, 4096, 4097, size}) {
+        if (!(watched(document.constData(), size, pieceSize) == whole)
+            || !(watched(text.constData(), size, pieceSize) == whole))
+            return {-1, QStringLiteral("pieces of %1 make a difference").arg(pieceSize)};
+    }
+    return whole;
+}
+
+} // namespace
+
+#define COMPARE_READ(document)                                                                                         \
+    do {                                                                                                               \
+        const QByteArray bytes = (document);                                                                           \
+        const Answer answer = watched(bytes);                                                                          \
+        QCOMPARE(answer.refusal, QString());                                                                           \
+        QCOMPARE(answer.readable, bytes.size());                                                                       \
+    } while (false)
+
+#define COMPARE_REFUSED(document, place, reason)                                                                       \
+    do {                                                                                                               \
+        const Answer answer = watched(document);                                                                       \
+        QCOMPARE(answer.refusal, reason);                                                                              \
+        QCOMPARE(answer.readable, place);                                                                              \
+    } while (false)
+
+/// An XML document is watched on its way to the reader: it ends in front of the 1,025th attribute of an element, and in
+/// front of the declarations of a document type.
+class XmlWatchTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothingIsReadableWhole();
+    void aTagMayHave1024Attributes();
+    void nothingIsReadableBehindARefusal();
+    void onlyTheTagThatIsReadCounts();
+    void whatIsInQuotesIsNotCounted();
+    void textAndEndTagsAreNotCounted();
+    void commentsAreNotCounted();
+    void sectionsOfCharactersAreNotCounted();
+    void instructionsAreNotCounted();
+    void tagsBehindAnythingElseAreCounted_data();
+    void tagsBehindAnythingElseAreCounted();
+    void aTagEndsInFrontOfTheNext();
+    void charactersBeyondLatin1AreNoSigns();
+    void aDocumentTypeMayBeNamed();
+    void aDocumentTypeIsReadUpToItsDeclarations();
+};
+
+void XmlWatchTest::nothingIsReadableWhole()
+{
+    XmlWatch watch;
+    QCOMPARE(watch.readable("", 0), 0);
+    QCOMPARE(watch.isRefused(), false);
+    QCOMPARE(watch.refusal(), QString());
+}
+
+void XmlWatchTest::aTagMayHave1024Attributes()
+{
+    COMPARE_READ("<a " + equalSigns(1024) + ">");
+    COMPARE_REFUSED("<a " + equalSigns(1025) + ">", 3 + 1024, tooMany);
+    COMPARE_REFUSED("<a " + equalSigns(9000) + ">", 3 + 1024, tooMany);
+}
+
+void XmlWatchTest::nothingIsReadableBehindARefusal()
+{
+    const QByteArray document = "<a " + equalSigns(5000) + "><b/>";
+    XmlWatch watch;
+    QCOMPARE(watch.readable(document.constData(), document.size()), 3 + 1024);
+    QCOMPARE(watch.readable("<b/>", 4), 0);
+}
+
+void XmlWatchTest::onlyTheTagThatIsReadCounts()
+{
+    const QByteArray tag = "<a " + equalSigns(1000) + ">"; // 1004 characters
+    COMPARE_READ(tag + tag + tag + tag + tag);
+    COMPARE_REFUSED(tag + tag + tag + tag + tag + "<b" + equalSigns(1025), 5 * 1004 + 2 + 1024, tooMany);
+    const QByteArray longTag = "<a " + equalSigns(1000) + blanks(5000) + ">";
+    COMPARE_READ(longTag + longTag);
+}
+
+void XmlWatchTest::whatIsInQuotesIsNotCounted()
+{
+    COMPARE_READ("<a b='" + equalSigns(5000) + "'>");
+    COMPARE_READ("<a b=\"" + equalSigns(5000) + "'>" + equalSigns(5000) + "\">");
+    COMPARE_READ("<a b='" + equalSigns(5000) + "\">" + equalSigns(5000) + "'>");
+    // the first '=' stands in front of the quotes
+    COMPARE_READ("<a b='>'" + equalSigns(1023));
+    COMPARE_REFUSED("<a b='>'" + equalSigns(1024), 8 + 1023, tooMany);
+    COMPARE_READ("<a b='' c=\">\"" + equalSigns(1022));
+    COMPARE_REFUSED("<a b='' c=\">\"" + equalSigns(1023), 13 + 1022, tooMany);
+}
+
+void XmlWatchTest::textAndEndTagsAreNotCounted()
+{
+    COMPARE_READ(equalSigns(5000));
+    COMPARE_READ("<a>" + equalSigns(5000));
+    COMPARE_READ("<a>\"" + equalSigns(5000) + "</a>");
+    COMPARE_READ("</a" + equalSigns(5000));
+}
+
+void XmlWatchTest::commentsAreNotCounted()
+{
+    COMPARE_READ("<!--" + equalSigns(5000) + "-->");
+    COMPARE_READ("<!-- <a" + equalSigns(5000) + "-->");
+    COMPARE_READ("<!-- -> > <a" + equalSigns(5000) + "-->");
+    COMPARE_READ("<!--> <a" + equalSigns(5000) + "-->");
+    COMPARE_READ("<!---> <a" + equalSigns(5000) + "-->");
+}
+
+void XmlWatchTest::sectionsOfCharactersAreNotCounted()
+{
+    COMPARE_READ("<![CDATA[<a" + equalSigns(5000) + "]]>");
+    COMPARE_READ("<![CDATA[ ]> ]] > > <a" + equalSigns(5000) + "]]>");
+}
+
+void XmlWatchTest::instructionsAreNotCounted()
+{
+    COMPARE_READ("<?p <a" + equalSigns(5000) + "?>");
+    COMPARE_READ("<?p > ? > <a" + equalSigns(5000) + "?>");
+    COMPARE_READ("<?> <a" + equalSigns(5000) + "?>");
+}
+
+void XmlWatchTest::tagsBehindAnythingElseAreCounted_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::newRow("text") << QByteArray("a \" b ' c > d = e");
+    QTest::newRow("a tag with quotes") << QByteArray("<a b='\"' c=\"'\"/>");
+    QTest::newRow("a long tag with quotes") << "<a b='\"' c=\"'\"" + blanks(5000) + "/>";
+    QTest::newRow("an end tag") << QByteArray("</a>");
+    QTest::newRow("a comment with a tag and a quote") << QByteArray("<!-- <a \" -->");
+    QTest::newRow("a comment of nothing") << QByteArray("<!---->");
+    QTest::newRow("a comment that ends with more") << QByteArray("<!-- --->");
+    QTest::newRow("a long comment") << "<!-- <a \"" + blanks(5000) + "-->";
+    QTest::newRow("CDATA with a tag and a quote") << QByteArray("<![CDATA[<a ']]>");
+    QTest::newRow("CDATA that ends with more") << QByteArray("<![CDATA[<a ']]]]>");
+    QTest::newRow("CDATA of nothing") << QByteArray("<![CDATA[]]>");
+    QTest::newRow("an instruction with a tag and a quote") << QByteArray("<?p <a ' ?>");
+    QTest::newRow("an instruction that ends with more") << QByteArray("<?p ?\?>");
+    QTest::newRow("a document type") << QByteArray("<!DOCTYPE a PUBLIC \"x'>\" 'y\">'>");
+}
+
+void XmlWatchTest::tagsBehindAnythingElseAreCounted()
+{
+    QFETCH(const QByteArray, before);
+    COMPARE_READ(before + "<a" + equalSigns(1024) + ">");
+    COMPARE_REFUSED(before + "<a" + equalSigns(1025) + ">", before.size() + 2 + 1024, tooMany);
+    COMPARE_REFUSED(before + before + "<a" + equalSigns(1025) + ">", 2 * before.size() + 2 + 1024, tooMany);
+}
+
+void XmlWatchTest::aTagEndsInFrontOfTheNext()
+{
+    // no document, but the watch comes before the reader that will say so
+    const QByteArray tag = "<a '" + equalSigns(600) + blanks(5000);
+    COMPARE_READ(tag + tag + tag);
+    COMPARE_REFUSED(tag + "<" + equalSigns(1026), tag.size() + 2 + 1024, tooMany);
+}
+
+void XmlWatchTest::charactersBeyondLatin1AreNoSigns()
+{
+    // U+013D and U+3D00: one byte of each is that of '='
+    for (const ushort code : {ushort(0x013D), ushort(0x3D00)}) {
+        const QString text = QStringLiteral("<a ") + QString(5000, QChar(code));
+        XmlWatch watch;
+        QCOMPARE(watch.readable(text.constData(), text.size()), text.size());
+    }
+}
+
+void XmlWatchTest::aDocumentTypeMayBeNamed()
+{
+    COMPARE_READ("<!DOCTYPE a><a>[</a>");
+    COMPARE_READ("<!DOCTYPE a SYSTEM 'b[c'><a>[</a>");
+    COMPARE_READ("<!DOCTYPE a PUBLIC \"b[c\" 'd[<e'><a>[</a>");
+}
+
+void XmlWatchTest::aDocumentTypeIsReadUpToItsDeclarations()
+{
+    COMPARE_REFUSED("<!DOCTYPE a []>", 12, internalSubset);
+    COMPARE_REFUSED("<!DOCTYPE a SYSTEM 'b' [<!ENTITY c 'd'>]>", 23, internalSubset);
+}
+
+QTEST_GUILESS_MAIN(XmlWatchTest)
+#include "tst_XmlWatch.moc"
