@@ -105,6 +105,14 @@ private:
 void addXmlDocuments(const Folder &folder, std::size_t size)
 {
     folder.addXml("attributes", Document, numbered("<TunerProperties Version=\"1.1\"", " a", "=\"\"", "/>", size));
+    // What must not hide them from the limit: a quote where there are no attributes.
+    for (const char *before : {"<!-- <a \" -->", "<?p <a ' ?>"})
+        folder.addXml(before[1] == '!' ? "attributes-behind-a-comment" : "attributes-behind-an-instruction", Document,
+                      numbered(std::string(before) + "<TunerProperties Version=\"1.1\"", " a", "=\"\"", "/>", size));
+    folder.addXml("attributes-of-a-document-type", Document,
+                  numbered("<!DOCTYPE a [", "<!ATTLIST a b", " ID ''>", "]><TunerProperties/>", size));
+    folder.addXml("entities-of-a-document-type", Document,
+                  numbered("<!DOCTYPE a [", "<!ENTITY e", " 'e'>", "]><TunerProperties/>", size));
     folder.addXml("attributes-per-element", NodeNumber, [&] {
         const std::string element = numbered("<x", " a", "=\"\"", "/>", 8000);
         return repeated("<Node>", element, "</Node>", size);

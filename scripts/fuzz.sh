@@ -53,8 +53,11 @@ run_hostile() { # TARGET
         found "$log"
         return 1
     fi
-    sed -n 's/^Executed .*\/\([^/]*\) in \([0-9]*\) ms.*/\1 \2/p' "$log" \
-        | awk -v target="$1" '{ ms = $2 < 1 ? 1 : $2; printf "%-16s %-30s %8.1f inputs/s\n", target, $1, 1000 / ms }'
+    local times
+    times=$(sed -n 's/^Executed .*\/\([^/]*\) in \([0-9]*\) ms.*/\1 \2/p' "$log")
+    (($(wc -l <<<"$times") == ${#inputs[@]})) || { echo "$1: not every hostile input was tried" >&2; return 1; }
+    awk -v target="$1" '{ ms = $2 < 1 ? 1 : $2; printf "%-16s %-30s %8.1f inputs/s\n", target, $1, 1000 / ms }' \
+        <<<"$times"
 }
 
 run_target() { # TARGET

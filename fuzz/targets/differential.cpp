@@ -3,11 +3,13 @@
 // Whatever can be read can be written, and read again to the same: in each encoding and across them. The second byte of
 // an input says which encoding the rest of it is in.
 #include <limits>
+#include <map>
 #include <vector>
 
 #include <QDataStream>
 
 #include <jobxml/TunerProperties.h>
+#include <jobxml/Visitor.h>
 
 #include "Harness.h"
 #include "RecordMutator.h"
@@ -86,6 +88,79 @@ void keepToWhatXmlCanRead(Object &object)
         document->ResetMaxFFPDelay();
 }
 
+/// What is set in an object, a path and a value each, as far as every encoding keeps it.
+class SetMembers final : JobXml::Visitor
+{
+public:
+    using Values = std::map<QString, QString>;
+
+    static Values of(const Object &object)
+    {
+        SetMembers members;
+        object.Accept(members);
+        return members.m_values;
+    }
+
+private:
+    void VisitValue(QLatin1String name, const QVariant &value, bool set) override
+    {
+        const bool isMode = name == m_list;
+        const QString place = isMode ? QString::number(m_modes++) : QString();
+        if (isMode ? m_isListSet : set)
+            m_values[m_path + name + place] = normal(value);
+    }
+
+    void VisitList(QLatin1String name, int size, bool set) override
+    {
+        m_list = name;
+        m_isListSet = set;
+        m_modes = 0;
+        if (set && size > 0) // XML has no list without items
+            m_values[m_path + name] = QString::number(size);
+    }
+
+    void VisitChild(QLatin1String name, const Object &child, int index) override
+    {
+        const QLatin1String list = m_list;
+        const bool isListSet = m_isListSet;
+        if (name == list && !isListSet)
+            return;
+        const QString path = m_path;
+        m_path += name + QString::number(index) + QLatin1Char('/');
+        child.Accept(*this);
+        m_path = path;
+        m_list = list;
+        m_isListSet = isListSet;
+    }
+
+    /// Numbers have two decimals; texts are not null, and are UTF-8, which has no half of a surrogate pair.
+    static QString normal(const QVariant &value)
+    {
+        if (value.type() != QVariant::Double && int(value.type()) != QMetaType::Float)
+            return QString::fromUtf8(value.toString().toUtf8()) + QLatin1Char(';');
+        const QString text = QString::number(value.toDouble(), 'f', 2);
+        return text == QLatin1String("-0.00") ? text.mid(1) : text;
+    }
+
+    Values m_values;
+    QString m_path;
+    QLatin1String m_list; // that has come last
+    bool m_isListSet = false;
+    int m_modes = 0;
+};
+
+/// Whether all that is set in one object is in the other, too, where more may be set: members that are always written.
+bool holdsAllOf(const Object &object, const Object &original)
+{
+    const SetMembers::Values values = SetMembers::of(object);
+    for (const auto &[path, value] : SetMembers::of(original)) {
+        const auto found = values.find(path);
+        if (found == values.end() || found->second != value)
+            return false;
+    }
+    return true;
+}
+
 Class::Pointer reread(const Class &type, const Encoding &encoding, const QByteArray &bytes)
 {
     Class::Pointer object = type.make();
@@ -108,6 +183,7 @@ void goAround(const Class &type, Object &original, bool complete)
         // The first time, texts that were null come back empty, numbers rounded, and "-0.00" as a zero that is written
         // without its sign; from then on nothing changes.
         const Class::Pointer once = reread(type, *encoding, first);
+        require(!complete || holdsAllOf(*once, original), "a complete object comes back with all that was set in it");
         const QByteArray second = encoding->write(*once);
         Class::Pointer twice = reread(type, *encoding, second);
         require(encoding->write(*twice) == second, "what was read is written as the same bytes the second time");
