@@ -66,6 +66,8 @@ private Q_SLOTS:
     void noFailingCallSpoilsTheOutput();
     void dyingAtAnyCallLeavesOneFileOrTheOther_data();
     void dyingAtAnyCallLeavesOneFileOrTheOther();
+    void dyingAtAnyMomentLeavesOneFileOrTheOther_data() { addForms(); }
+    void dyingAtAnyMomentLeavesOneFileOrTheOther();
     void aSizeLimitIsAnError_data();
     void aSizeLimitIsAnError();
     void aSizeLimitThatKillsLeavesTheOldFile();
@@ -284,6 +286,31 @@ void ConvertFaultsTest::dyingAtAnyCallLeavesOneFileOrTheOther()
         }
     }
     QVERIFY(leftOld && leftNew);
+}
+
+void ConvertFaultsTest::dyingAtAnyMomentLeavesOneFileOrTheOther()
+{
+    QFETCH(QString, out);
+    JobXml::TunerProperties document = aLargeDocument(1, 100000);
+    m_shop->write(QStringLiteral("in.xml"), document.GetXmlString().toUtf8());
+    const QStringList arguments{QStringLiteral("convert"), QStringLiteral("in.xml"), out};
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(m_shop->run(arguments).status, 0);
+    const int usual = int(timer.elapsed());
+    const QByteArray converted = m_shop->read(out);
+
+    QRandomGenerator moments(20240229);
+    int oldFound = 0;
+    constexpr int kills = 50;
+    for (int i = 0; i < kills; ++i) {
+        m_shop->write(out, old);
+        m_shop->runAndKill(arguments, moments.bounded(usual + 2));
+        const QByteArray found = m_shop->read(out);
+        oldFound += found == old ? 1 : 0;
+        QVERIFY2(found == old || found == converted, qPrintable(QStringLiteral("after kill %1").arg(i)));
+    }
+    qInfo("%d kills, %d times the old file and %d times the new one", kills, oldFound, kills - oldFound);
 }
 
 void ConvertFaultsTest::aSizeLimitIsAnError_data()

@@ -46,6 +46,19 @@ public:
         return finish(process);
     }
 
+    /// Killed after so many milliseconds, unless it has ended by then.
+    void runAndKill(const QStringList &arguments, int milliseconds)
+    {
+        QProcess process;
+        prepare(process, arguments);
+        process.start();
+        process.closeWriteChannel();
+        QVERIFY(process.waitForStarted(-1));
+        process.waitForFinished(milliseconds);
+        process.kill();
+        process.waitForFinished(-1);
+    }
+
     /// By the shell; "$tool" is the program.
     Run shell(const QString &line)
     {
