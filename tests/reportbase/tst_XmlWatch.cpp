@@ -95,6 +95,7 @@ private Q_SLOTS:
     void instructionsAreNotCounted();
     void tagsBehindAnythingElseAreCounted_data();
     void tagsBehindAnythingElseAreCounted();
+    void tagsBehindAnyMixtureAreCounted();
     void aTagEndsInFrontOfTheNext();
     void charactersBeyondLatin1AreNoSigns();
     void aDocumentTypeMayBeNamed();
@@ -200,6 +201,39 @@ void XmlWatchTest::tagsBehindAnythingElseAreCounted()
     COMPARE_READ(before + "<a" + equalSigns(1024) + ">");
     COMPARE_REFUSED(before + "<a" + equalSigns(1025) + ">", before.size() + 2 + 1024, tooMany);
     COMPARE_REFUSED(before + before + "<a" + equalSigns(1025) + ">", 2 * before.size() + 2 + 1024, tooMany);
+}
+
+void XmlWatchTest::tagsBehindAnyMixtureAreCounted()
+{
+    const QByteArrayList fragments{
+        "<a>",
+        "</a>",
+        "<a b='>'/>",
+        "<a b=\"'\" c='\"'>",
+        "text \" ' > - ? ] =",
+        "<!-- <a b=\" - > -->",
+        "<!---->",
+        "<?p <a b=' ?>",
+        "<?p?>",
+        "<![CDATA[<a b=' ] > ]] ]]>",
+        "<![CDATA[]]>",
+        blanks(3000),
+        "<a" + blanks(4090) + ">",
+        "<!--" + blanks(4090) + "-->",
+    };
+    QRandomGenerator random(1);
+    for (int i = 0; i < 300; ++i) {
+        QByteArray before;
+        for (int count = random.bounded(12); count >= 0; --count)
+            before += fragments[random.bounded(fragments.size())];
+        const int pieceSize = random.bounded(1, 6000);
+        for (const int count : {1024, 1025}) {
+            const QByteArray document = before + "<b" + equalSigns(count) + ">";
+            const Answer answer = watched(document.constData(), document.size(), pieceSize);
+            QVERIFY2(answer.readable == (count == 1024 ? document.size() : before.size() + 2 + 1024),
+                     before.constData());
+        }
+    }
 }
 
 void XmlWatchTest::aTagEndsInFrontOfTheNext()
