@@ -38,13 +38,16 @@ QTextCodec *codecByFirstBytes(const char *bytes, int size)
     return QTextCodec::codecForMib(utf8);
 }
 
-/// The place behind the XML declaration: 0 if the document begins without one, -1 if there is more of it to come.
-int endOfDeclaration(const QString &head)
+/// The place behind the XML declaration: 0 if the document begins without one, -1 if there is more of it to come. It
+/// does not end in front of the place `from`.
+int endOfDeclaration(const QString &head, int from)
 {
     const QLatin1String begin("<?xml");
-    if (!head.startsWith(begin))
+    if (head.size() <= begin.size())
         return QString(begin).startsWith(head) ? -1 : 0;
-    const int end = head.indexOf(QLatin1String("?>"));
+    if (!head.startsWith(begin) || !head[begin.size()].isSpace()) // "<?xml-stylesheet" says nothing about the encoding
+        return 0;
+    const int end = head.indexOf(QLatin1String("?>"), from);
     return end < 0 ? -1 : end + 2;
 }
 
@@ -102,7 +105,7 @@ int WatchedDevice::readableHead(const char *bytes, int size)
     const QString text = m_decoder->toUnicode(bytes, size);
     const int before = m_head.size();
     m_head += text;
-    const int end = endOfDeclaration(m_head);
+    const int end = endOfDeclaration(m_head, std::max(before - 1, 0));
     if (end < 0)
         return size; // nothing in a declaration keeps a reader busy
     m_isHead = false;
