@@ -169,7 +169,7 @@ QString IRGObject::GetTextValue(QXmlStreamReader &reader)
 {
     const bool namespaces = reader.namespaceProcessing();
     reader.setNamespaceProcessing(false); // nobody asks for those of the elements nested in it
-    const QString text = reader.readElementText(QXmlStreamReader::SkipChildElements);
+    QString text = reader.readElementText(QXmlStreamReader::SkipChildElements);
     reader.setNamespaceProcessing(namespaces);
     return text;
 }
