@@ -145,10 +145,10 @@ void WatchedDevice::useCodec(QTextCodec *codec)
 /// The codec that the reader changes to; null if it stays with the one that it has.
 QTextCodec *WatchedDevice::otherCodec(const QString &declared) const
 {
-    if (declared.isEmpty() || (m_codec->mibEnum() == utf8 && declared == QLatin1String("UTF-8")))
+    if (m_codec->mibEnum() == utf8 && declared == QLatin1String("UTF-8"))
         return nullptr;
     QTextCodec *const codec = QTextCodec::codecForName(declared.toLatin1());
-    return codec == m_codec ? nullptr : codec; // the reader will refuse one that nobody knows
+    return codec == m_codec ? nullptr : codec; // null as well if nobody knows it, which the reader will tell
 }
 
 qint64 WatchedDevice::writeData(const char *, qint64)

@@ -143,15 +143,12 @@ void XmlWatch::takeInDocumentType(ushort character)
 
 bool XmlWatch::isInQuotes(ushort character)
 {
-    const bool isQuote = character == '"' || character == '\'';
-    if (m_quote == 0 && isQuote) {
+    const bool isIn = m_quote != 0;
+    if (isIn && character == m_quote)
+        m_quote = 0;
+    else if (!isIn && (character == '"' || character == '\''))
         m_quote = character;
-        return true;
-    }
-    if (m_quote != character)
-        return m_quote != 0;
-    m_quote = 0;
-    return true;
+    return isIn;
 }
 
 void XmlWatch::beginSection(char mark, int marks)
