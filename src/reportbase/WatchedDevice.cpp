@@ -9,7 +9,7 @@ namespace REPORTGENERATOR {
 namespace {
 
 constexpr qint64 leastToBegin = 4; // bytes, which tell the encoding
-constexpr int utf8 = 106, latin1 = 4; // the numbers by which IANA knows them; see QTextCodec::mibEnum()
+constexpr int utf8 = 106; // the number by which IANA knows it; see QTextCodec::mibEnum()
 
 /// The encoding that the first bytes tell, as QXmlStreamReader sees it; UTF-8 if they tell none.
 QTextCodec *codecByFirstBytes(const char *bytes, int size)
@@ -63,11 +63,6 @@ QString declaredEncoding(const QString &declaration)
     return QString();
 }
 
-bool isOfBytes(const QTextCodec &codec)
-{
-    return codec.mibEnum() == utf8 || codec.mibEnum() == latin1;
-}
-
 } // namespace
 
 WatchedDevice::WatchedDevice(QIODevice &device) : m_device(device)
@@ -80,15 +75,14 @@ qint64 WatchedDevice::readData(char *bytes, qint64 size)
     if (m_watch.isRefused())
         return -1;
     size = std::min(size, qint64(std::numeric_limits<int>::max()));
-    qint64 read = m_device.read(bytes, size);
-    // Of a document that comes slowly the reader would take the first bytes alone for the whole.
-    while (!m_codec && read > 0 && read < std::min(size, leastToBegin)) {
-        const qint64 more = m_device.read(bytes + read, size - read);
-        if (more <= 0)
-            break;
-        read += more;
-    }
-    return read <= 0 ? read : readable(bytes, int(read));
+    qint64 read = 0;
+    qint64 more = 0;
+    do {
+        more = m_device.read(bytes + read, size - read);
+        read += std::max(more, qint64(0));
+        // Of a document that comes slowly the reader would take the first bytes alone for the whole.
+    } while (!m_codec && more > 0 && read < std::min(size, leastToBegin));
+    return read > 0 ? readable(bytes, int(read)) : more;
 }
 
 int WatchedDevice::readable(const char *bytes, int size)
@@ -110,16 +104,14 @@ int WatchedDevice::readableHead(const char *bytes, int size)
         return size; // nothing in a declaration keeps a reader busy
     m_isHead = false;
 
-    QTextCodec *const other = otherCodec(declaredEncoding(m_head.left(end)));
-    const bool wasOfBytes = isOfBytes(*m_codec);
-    if (other)
-        useCodec(other);
-    if (other && !(wasOfBytes && isOfBytes(*other))) {
+    QTextCodec *const declared = QTextCodec::codecForName(declaredEncoding(m_head.left(end)).toLatin1());
+    if (declared && declared != m_codec) { // the reader will tell if nobody knows it
+        useCodec(declared);
         // The reader decodes this piece anew, and goes on at the place where it was.
         return readableText(size, m_decoder->toUnicode(bytes, size), end - before);
     }
     m_watch.readable(m_head.constData(), before);
-    if (!isOfBytes(*m_codec))
+    if (m_codec->mibEnum() != utf8)
         return readableText(size, text, 0);
     m_decoder.reset();
     return m_watch.readable(bytes, size);
@@ -128,9 +120,9 @@ int WatchedDevice::readableHead(const char *bytes, int size)
 /// The same for bytes that have been decoded, from this place of the text on.
 int WatchedDevice::readableText(int size, const QString &text, int from)
 {
-    const int length = std::max(text.size() - from, 0);
-    const int taken = m_watch.readable(text.constData() + from, length);
-    if (taken == length)
+    const QStringRef rest = text.midRef(from);
+    const int taken = m_watch.readable(rest.unicode(), rest.size());
+    if (taken == rest.size())
         return size;
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     return std::min(size, m_codec->fromUnicode(text.constData(), from + taken, &state).size());
@@ -140,15 +132,6 @@ void WatchedDevice::useCodec(QTextCodec *codec)
 {
     m_codec = codec;
     m_decoder.reset(codec->makeDecoder());
-}
-
-/// The codec that the reader changes to; null if it stays with the one that it has.
-QTextCodec *WatchedDevice::otherCodec(const QString &declared) const
-{
-    if (m_codec->mibEnum() == utf8 && declared == QLatin1String("UTF-8"))
-        return nullptr;
-    QTextCodec *const codec = QTextCodec::codecForName(declared.toLatin1());
-    return codec == m_codec ? nullptr : codec; // null as well if nobody knows it, which the reader will tell
 }
 
 qint64 WatchedDevice::writeData(const char *, qint64)

@@ -32,7 +32,6 @@ private:
     int readableHead(const char *bytes, int size);
     int readableText(int size, const QString &text, int from);
     void useCodec(QTextCodec *codec);
-    QTextCodec *otherCodec(const QString &declared) const;
 
     QIODevice &m_device;
     XmlWatch m_watch;

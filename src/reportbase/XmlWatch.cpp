@@ -121,14 +121,12 @@ void XmlWatch::takeInTag(ushort character)
 {
     if (character == '<') {
         m_state = State::TagOpened; // as above
-        return;
+    } else if (!isInQuotes(character)) {
+        if (character == '>')
+            m_state = State::Text;
+        else if (character == '=' && ++m_attributes > MostAttributes)
+            m_refused = Refused::Attributes;
     }
-    if (isInQuotes(character))
-        return;
-    if (character == '>')
-        m_state = State::Text;
-    else if (character == '=' && ++m_attributes > MostAttributes)
-        m_refused = Refused::Attributes;
 }
 
 void XmlWatch::takeInDocumentType(ushort character)
