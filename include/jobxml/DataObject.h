@@ -107,7 +107,8 @@ public:
     /// a child element wins over an attribute of the same name. What nobody knows is passed over, except in the
     /// document (see TunerProperties). An empty text for a boolean throws InvalidXmlException "Please set a value or a
     /// default for the boolean 'X' in 'Y'." (the member's and the object's name) while validating, and is false
-    /// otherwise.
+    /// otherwise. Names count without their prefixes, which need not be declared inside the element: the reader does not
+    /// process namespaces there.
     void ProcessXml(QXmlStreamReader &reader) override;
 
     /// Takes over what is set in `other`, an object of the same class: its members replace those here, items of its
@@ -181,13 +182,8 @@ protected:
     void readContent(QXmlStreamReader &reader);
     /// Reads the child element if a member takes it; false if none does.
     bool readMemberElement(QXmlStreamReader &reader);
-    /// Reads on to the next token that carries the name of the current one, which is normally the element's end.
-    ///
-    /// The reader does not process namespaces on the way: it takes time for each that is declared around a name, and
-    /// unknown elements can be nested without end.
-    void skipElement(QXmlStreamReader &reader);
-    /// Goes on inside an unknown element. Namespaces are not processed from here to the end of this object.
-    void leaveOpen(QXmlStreamReader &reader);
+    /// Reads on to the next token that carries the name of the current one.
+    static void skipElement(QXmlStreamReader &reader);
     void writeMembers(QXmlStreamWriter &writer) const;
     void writeSnapshotFlags(QDataStream &stream) const;
     bool readSnapshotFlags(QDataStream &stream);
@@ -198,7 +194,7 @@ protected:
 private:
     friend class Member; // the rows are this class's other half
     class ReadingContent;
-    enum class Reading : quint8 { No, NothingHandedOver, HandedOver, LeftOpen };
+    enum class Reading : quint8 { No, NothingHandedOver, HandedOver };
 
     bool mayWrite() const;
     bool mayWriteNested(bool checkedByParent) const;

@@ -192,8 +192,8 @@ protected:
     IRGObject(const IRGObject &) = delete; // what a copy takes over is the business of the derived class
     IRGObject &operator=(const IRGObject &) = delete;
 
-    /// The text of the element on whose start the reader stands, without the text of elements nested in it, in which
-    /// namespaces are not processed. Leaves the reader on the element's end.
+    /// The text of the element on whose start the reader stands, without the text of elements nested in it. Leaves the
+    /// reader on the element's end.
     QString GetTextValue(QXmlStreamReader &reader);
 
     /// The numeric identifier of the object's class; its low 32 bits lead a binary representation.

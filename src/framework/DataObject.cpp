@@ -210,7 +210,7 @@ void DataObject::handOver() const
 
 void DataObject::handOverOnce() const
 {
-    if (m_reading == Reading::HandedOver || m_reading == Reading::LeftOpen)
+    if (m_reading == Reading::HandedOver)
         return;
     handOver();
     if (m_reading == Reading::NothingHandedOver)
@@ -337,21 +337,31 @@ void DataObject::writeMembers(QXmlStreamWriter &writer) const
         member->writeXml(*this, own, writer);
 }
 
-/// Marks an object as being read, exceptions or not.
+/// While the content of an object is read, exceptions or not: the object is marked, and the reader does not process
+/// namespaces. It looks each name up among all that are declared around it, and unknown elements can be nested without
+/// end.
 class DataObject::ReadingContent
 {
 public:
-    explicit ReadingContent(const DataObject &object) : m_object(object), m_before(object.m_reading)
+    ReadingContent(const DataObject &object, QXmlStreamReader &reader)
+        : m_object(object), m_reader(reader), m_before(object.m_reading), m_namespaces(reader.namespaceProcessing())
     {
         m_object.m_reading = Reading::NothingHandedOver;
+        m_reader.setNamespaceProcessing(false);
     }
     ReadingContent(const ReadingContent &) = delete;
     ReadingContent &operator=(const ReadingContent &) = delete;
-    ~ReadingContent() { m_object.m_reading = m_before; }
+    ~ReadingContent()
+    {
+        m_object.m_reading = m_before;
+        m_reader.setNamespaceProcessing(m_namespaces);
+    }
 
 private:
     const DataObject &m_object;
+    QXmlStreamReader &m_reader;
     Reading m_before;
+    bool m_namespaces;
 };
 
 void DataObject::ProcessXml(QXmlStreamReader &reader)
@@ -374,11 +384,8 @@ void DataObject::readAttributes(QXmlStreamReader &reader)
 
 void DataObject::readContent(QXmlStreamReader &reader)
 {
-    const ReadingContent reading(*this);
-    const bool namespaces = reader.namespaceProcessing();
+    const ReadingContent reading(*this, reader);
     IRGObject::ProcessXml(reader);
-    if (m_reading != Reading::LeftOpen)
-        reader.setNamespaceProcessing(namespaces);
 }
 
 void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
@@ -404,22 +411,9 @@ bool DataObject::readMemberElement(QXmlStreamReader &reader)
 void DataObject::skipElement(QXmlStreamReader &reader)
 {
     const QString name = reader.name().toString();
-    const bool namespaces = reader.namespaceProcessing();
-    reader.setNamespaceProcessing(false); // the reader looks each name up among all that are declared around it
     do {
         reader.readNext();
     } while (!reader.atEnd() && !reader.hasError() && reader.name() != name); // a device may claim more than it has
-    if (reader.isEndElement())
-        reader.setNamespaceProcessing(namespaces);
-    else
-        leaveOpen(reader); // what follows still lies in the unknown element
-}
-
-void DataObject::leaveOpen(QXmlStreamReader &reader)
-{
-    reader.setNamespaceProcessing(false);
-    if (m_reading != Reading::No && reader.name() == GetObjectName())
-        m_reading = Reading::LeftOpen; // the end of that element will pass for this object's
 }
 
 // --- Tagged records --------------------------------------------------------------------------------------------------

@@ -107,6 +107,11 @@ QString wrongRoot(const QString &found, const QString &expected)
         + QStringLiteral("'");
 }
 
+QString xmlDeclaration()
+{
+    return QStringLiteral("the XML declaration has to consist of version, encoding and standalone");
+}
+
 QString tooManyAttributes(int limit)
 {
     return QStringLiteral("an element has more than %1 attributes").arg(limit);

@@ -43,6 +43,7 @@ QString tooLargeToCompress(qint64 size, qint64 limit);
 /// \name Reading XML
 /// @{
 QString wrongRoot(const QString &found, const QString &expected);
+QString xmlDeclaration();
 QString tooManyAttributes(int limit);
 QString internalSubset();
 QString undeclaredEntity(const QString &name); // as QXmlStreamReader puts it

@@ -167,11 +167,7 @@ void IRGObject::ProcessXml(QXmlStreamReader &reader)
 
 QString IRGObject::GetTextValue(QXmlStreamReader &reader)
 {
-    const bool namespaces = reader.namespaceProcessing();
-    reader.setNamespaceProcessing(false); // nobody asks for those of the elements nested in it
-    QString text = reader.readElementText(QXmlStreamReader::SkipChildElements);
-    reader.setNamespaceProcessing(namespaces);
-    return text;
+    return reader.readElementText(QXmlStreamReader::SkipChildElements);
 }
 
 int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const

@@ -113,6 +113,7 @@ QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
         }
     }
 
+    reader.setNamespaceProcessing(false); // what is left is of no interest; an object's end may have been another's
     while (!reader.atEnd() && !reader.hasError())
         reader.readNext();
     return reader.hasError() ? atReader(reader, source, reader.errorString()) : QString();

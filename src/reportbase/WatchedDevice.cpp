@@ -38,31 +38,6 @@ QTextCodec *codecByFirstBytes(const char *bytes, int size)
     return QTextCodec::codecForMib(utf8);
 }
 
-/// The place behind the XML declaration: 0 if the document begins without one, -1 if there is more of it to come. It
-/// does not end in front of the place `from`.
-int endOfDeclaration(const QString &head, int from)
-{
-    const QLatin1String begin("<?xml");
-    if (head.size() <= begin.size())
-        return QString(begin).startsWith(head) ? -1 : 0;
-    if (!head.startsWith(begin) || !head[begin.size()].isSpace()) // "<?xml-stylesheet" says nothing about the encoding
-        return 0;
-    const int end = head.indexOf(QLatin1String("?>"), from);
-    return end < 0 ? -1 : end + 2;
-}
-
-/// The encoding that an XML declaration names; empty if it names none.
-QString declaredEncoding(const QString &declaration)
-{
-    const int name = declaration.indexOf(QLatin1String("encoding"));
-    for (int open = name; open >= 0 && open < declaration.size(); ++open) {
-        const QChar quote = declaration[open];
-        if (quote == QLatin1Char('"') || quote == QLatin1Char('\''))
-            return declaration.mid(open + 1, declaration.indexOf(quote, open + 1) - open - 1);
-    }
-    return QString();
-}
-
 } // namespace
 
 WatchedDevice::WatchedDevice(QIODevice &device) : m_device(device)
@@ -89,7 +64,7 @@ int WatchedDevice::readable(const char *bytes, int size)
 {
     if (!m_codec)
         useCodec(codecByFirstBytes(bytes, size));
-    if (m_isHead)
+    if (!m_watch.isHeadRead())
         return readableHead(bytes, size);
     return m_decoder ? readableText(size, m_decoder->toUnicode(bytes, size), 0) : m_watch.readable(bytes, size);
 }
@@ -97,24 +72,23 @@ int WatchedDevice::readable(const char *bytes, int size)
 int WatchedDevice::readableHead(const char *bytes, int size)
 {
     const QString text = m_decoder->toUnicode(bytes, size);
-    const int before = m_head.size();
-    m_head += text;
-    const int end = endOfDeclaration(m_head, std::max(before - 1, 0));
-    if (end < 0)
-        return size; // nothing in a declaration keeps a reader busy
-    m_isHead = false;
+    const int head = m_watch.readableHead(text.constData(), text.size());
+    if (m_watch.isRefused())
+        return bytesOf(text, head, size);
+    if (!m_watch.isHeadRead())
+        return size;
 
-    QTextCodec *const declared = QTextCodec::codecForName(declaredEncoding(m_head.left(end)).toLatin1());
+    QTextCodec *const declared = QTextCodec::codecForName(m_watch.declaredEncoding().toLatin1());
     if (declared && declared != m_codec) { // the reader will tell if nobody knows it
         useCodec(declared);
         // The reader decodes this piece anew, and goes on at the place where it was.
-        return readableText(size, m_decoder->toUnicode(bytes, size), end - before);
+        return readableText(size, m_decoder->toUnicode(bytes, size), head);
     }
-    m_watch.readable(m_head.constData(), before);
     if (m_codec->mibEnum() != utf8)
-        return readableText(size, text, 0);
+        return readableText(size, text, head);
     m_decoder.reset();
-    return m_watch.readable(bytes, size);
+    const int from = head + (QByteArray::fromRawData(bytes, size).startsWith("\xEF\xBB\xBF") ? 3 : 0);
+    return from + m_watch.readable(bytes + from, size - from);
 }
 
 /// The same for bytes that have been decoded, from this place of the text on.
@@ -122,10 +96,14 @@ int WatchedDevice::readableText(int size, const QString &text, int from)
 {
     const QStringRef rest = text.midRef(from);
     const int taken = m_watch.readable(rest.unicode(), rest.size());
-    if (taken == rest.size())
-        return size;
+    return m_watch.isRefused() ? bytesOf(text, from + taken, size) : size;
+}
+
+/// How many of the bytes stand for so many characters of their text.
+int WatchedDevice::bytesOf(const QString &text, int length, int size) const
+{
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    return std::min(size, m_codec->fromUnicode(text.constData(), from + taken, &state).size());
+    return std::min(size, m_codec->fromUnicode(text.constData(), length, &state).size());
 }
 
 void WatchedDevice::useCodec(QTextCodec *codec)

@@ -31,14 +31,13 @@ private:
     int readable(const char *bytes, int size);
     int readableHead(const char *bytes, int size);
     int readableText(int size, const QString &text, int from);
+    int bytesOf(const QString &text, int length, int size) const;
     void useCodec(QTextCodec *codec);
 
     QIODevice &m_device;
     XmlWatch m_watch;
     QTextCodec *m_codec = nullptr;
-    std::unique_ptr<QTextDecoder> m_decoder; // null if bytes can be looked at as they are
-    bool m_isHead = true; // the declaration has not been read to its end
-    QString m_head;
+    std::unique_ptr<QTextDecoder> m_decoder; // null behind the head, if bytes can be looked at as they are
 };
 
 } // namespace REPORTGENERATOR

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include <QStringList>
 #include <QStringView>
 
 #include "FailureTexts.h"
@@ -38,6 +39,21 @@ int nextOpening(const QChar *text, int from, int end)
     return found < 0 ? end : from + int(found);
 }
 
+const QLatin1String beginOfDeclaration("<?xml");
+constexpr int longestDeclaration = 1024; // of a hundred characters, not counting repeated blanks
+
+bool isBlank(ushort character)
+{
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
+int behindBlanks(const QString &text, int from)
+{
+    while (from < text.size() && isBlank(text[from].unicode()))
+        ++from;
+    return from;
+}
+
 bool beginsName(ushort character)
 {
     return character != '!' && character != '?' && character != '/';
@@ -48,7 +64,7 @@ bool beginsName(ushort character)
 template <typename Character>
 int XmlWatch::readable(const Character *text, int size)
 {
-    int i = 0;
+    int i = m_isHeadRead ? 0 : readableHead(text, size);
     while (i < size && !isRefused()) {
         if (m_state == State::Text) {
             i = nextOpening(text, i, size);
@@ -72,6 +88,81 @@ int XmlWatch::readable(const Character *text, int size)
 
 template int XmlWatch::readable(const char *text, int size);
 template int XmlWatch::readable(const QChar *text, int size);
+
+template <typename Character>
+int XmlWatch::readableHead(const Character *text, int size)
+{
+    int i = 0;
+    while (i < size && !m_isHeadRead && !isRefused() && takeInHead(codeOf(text[i])))
+        ++i;
+    return i;
+}
+
+template int XmlWatch::readableHead(const char *text, int size);
+template int XmlWatch::readableHead(const QChar *text, int size);
+
+/// Returns false for a character that is not of the head, or must not be read.
+bool XmlWatch::takeInHead(ushort character)
+{
+    constexpr ushort byteOrderMark = 0xFEFF;
+    const int size = m_head.size();
+    if (size > beginOfDeclaration.size())
+        return takeInDeclaration(character);
+    if (size == 0 && character == byteOrderMark)
+        return true;
+    const bool isBegin =
+        size < beginOfDeclaration.size() ? character == codeOf(beginOfDeclaration[size]) : isBlank(character);
+    if (isBegin) {
+        m_head += QChar(character);
+        return true;
+    }
+    m_isHeadRead = true; // without a declaration
+    for (const QChar taken : qAsConst(m_head))
+        take(taken.unicode());
+    return false;
+}
+
+bool XmlWatch::takeInDeclaration(ushort character)
+{
+    const bool isInValue = isInQuotes(character);
+    if (!isInValue && isBlank(character) && isBlank(m_head.back().unicode()))
+        return true; // there may be any number of them
+    const bool isEnd = !isInValue && character == '>' && m_head.endsWith(QLatin1Char('?'));
+    const bool isTooLong = m_head.size() == longestDeclaration;
+    m_head += QChar(character);
+    m_isHeadRead = isEnd && !isTooLong && readDeclaration(m_head.mid(beginOfDeclaration.size()).chopped(2));
+    // One that is refused can be read to its end, or to where it certainly has none, so that the reader tells first
+    // what it finds.
+    if (isTooLong || character == '<' || (isEnd && !m_isHeadRead))
+        m_refused = Refused::XmlDeclaration;
+    return !isTooLong;
+}
+
+/// What stands between "<?xml" and "?>": version, encoding and standalone, each once at most, and no references, which
+/// the reader would resolve.
+bool XmlWatch::readDeclaration(const QString &declaration)
+{
+    if (declaration.contains(QLatin1Char('&')))
+        return false;
+    QStringList expected{QStringLiteral("version"), QStringLiteral("encoding"), QStringLiteral("standalone")};
+    for (int i = behindBlanks(declaration, 0); i < declaration.size();) {
+        const int equalSign = declaration.indexOf(QLatin1Char('='), i);
+        const int open = behindBlanks(declaration, equalSign + 1);
+        if (equalSign < 0 || open == declaration.size())
+            return false;
+        const QChar quote = declaration[open];
+        const int close = declaration.indexOf(quote, open + 1);
+        if ((quote != QLatin1Char('"') && quote != QLatin1Char('\'')) || close < 0)
+            return false;
+        const QString name = declaration.mid(i, equalSign - i).trimmed();
+        if (!expected.removeOne(name))
+            return false;
+        if (name == QLatin1String("encoding"))
+            m_encoding = declaration.mid(open + 1, close - open - 1);
+        i = behindBlanks(declaration, close + 1);
+    }
+    return true;
+}
 
 /// Returns false for the character that must not be read.
 bool XmlWatch::take(ushort character)
@@ -136,7 +227,7 @@ void XmlWatch::takeInDocumentType(ushort character)
     if (character == '>')
         m_state = State::Text;
     else if (character == '[')
-        m_refused = Refused::Declarations;
+        m_refused = Refused::InternalSubset;
 }
 
 bool XmlWatch::isInQuotes(ushort character)
@@ -171,9 +262,11 @@ void XmlWatch::takeInSection(ushort character)
 QString XmlWatch::refusal() const
 {
     switch (m_refused) {
+    case Refused::XmlDeclaration:
+        return FailureTexts::xmlDeclaration();
     case Refused::Attributes:
         return FailureTexts::tooManyAttributes(MostAttributes);
-    case Refused::Declarations:
+    case Refused::InternalSubset:
         return FailureTexts::internalSubset();
     case Refused::Nothing:
         break;

@@ -12,7 +12,8 @@ namespace REPORTGENERATOR {
 /// has more than a dozen.
 ///
 /// As long as a document is well-formed, the watch knows where the reader will see a tag. What follows a fault does not
-/// matter, since the reader does not come that far.
+/// matter, since the reader does not come that far. But the reader takes faulty XML declarations, with namespaces for
+/// the whole document for one, so these are refused here.
 class XmlWatch
 {
 public:
@@ -23,13 +24,26 @@ public:
     template <typename Character>
     int readable(const Character *text, int size);
 
+    /// The same for the head of the document alone, its XML declaration. Where the head is read to its end, the rest is
+    /// left.
+    template <typename Character>
+    int readableHead(const Character *text, int size);
+    bool isHeadRead() const { return m_isHeadRead; }
+
+    /// The encoding that the XML declaration names; empty if it names none.
+    QString declaredEncoding() const { return m_encoding; }
+
     /// Why the document was ended; null if it was not.
     QString refusal() const;
     bool isRefused() const { return m_refused != Refused::Nothing; }
 
 private:
     enum class State : quint8 { Text, TagOpened, InTag, DeclarationOpened, CommentOpened, InSection, InDocumentType };
-    enum class Refused : quint8 { Nothing, Attributes, Declarations };
+    enum class Refused : quint8 { Nothing, XmlDeclaration, Attributes, InternalSubset };
+
+    bool takeInHead(ushort character);
+    bool takeInDeclaration(ushort character);
+    bool readDeclaration(const QString &declaration);
 
     bool take(ushort character);
     void takeInTag(ushort character);
@@ -38,6 +52,9 @@ private:
     void takeInSection(ushort character);
     bool isInQuotes(ushort character);
 
+    bool m_isHeadRead = false;
+    QString m_head;
+    QString m_encoding;
     State m_state = State::Text;
     Refused m_refused = Refused::Nothing;
     ushort m_quote = 0; // that has been opened

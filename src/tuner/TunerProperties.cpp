@@ -397,8 +397,7 @@ void TunerProperties::ProcessXmlStartElement(QXmlStreamReader &reader)
         skipElement(reader);
     else if (GetValidate())
         Errors::unknownElement(*this, reader.name().toString());
-    else
-        leaveOpen(reader); // what it holds is read as if it stood in the document itself
+    // otherwise the element is not consumed: what it holds is read as if it stood in the document itself
 }
 
 // Departs: a record of its own carries the version, in front of all others.

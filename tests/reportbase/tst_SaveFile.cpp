@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <QtTest>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <reportbase/SaveFile.h>
 
 using REPORTGENERATOR::SaveFile;
@@ -27,7 +30,9 @@ private Q_SLOTS:
     void aNameIsNeeded();
     void aNulDoesNotEndAName();
     void thePermissionsOfTheOldFileStay();
+    void aProcessWithoutStandardInputCanSave();
     void allIsWrittenBehindWhatStandsThere();
+    void whatADeviceTakesInPiecesIsWrittenWhole();
     void whatIsKeptBackIsWrittenAsWell();
     void aDeviceThatTakesNothingIsAnError();
 
@@ -83,6 +88,38 @@ void SaveFileTest::thePermissionsOfTheOldFileStay()
         const auto ofTheUser = QFileDevice::ReadUser | QFileDevice::WriteUser | QFileDevice::ExeUser;
         QCOMPARE(QFile::permissions(m_path) & ~ofTheUser, permissions);
     }
+}
+
+void SaveFileTest::aProcessWithoutStandardInputCanSave()
+{
+    const int standardInput = dup(0);
+    close(0);
+    const QString failure = SaveFile(m_path, "content"); // the file is descriptor 0
+    const bool isOpenStill = fcntl(0, F_GETFD) != -1;
+    dup2(standardInput, 0);
+    close(standardInput);
+    QCOMPARE(failure, QString());
+    QCOMPARE(contentOf(m_path), QByteArray("content"));
+    QCOMPARE(isOpenStill, false);
+}
+
+void SaveFileTest::whatADeviceTakesInPiecesIsWrittenWhole()
+{
+    class ReluctantFile : public QFile
+    {
+    public:
+        using QFile::QFile;
+
+    protected:
+        qint64 writeData(const char *bytes, qint64 size) override
+        {
+            return QFile::writeData(bytes, std::min(size, qint64(3)));
+        }
+    };
+    ReluctantFile file(m_path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    QCOMPARE(WriteAll(file, "in pieces of three"), QString());
+    QCOMPARE(contentOf(m_path), QByteArray("in pieces of three"));
 }
 
 void SaveFileTest::allIsWrittenBehindWhatStandsThere()

@@ -8,6 +8,7 @@ using REPORTGENERATOR::XmlWatch;
 namespace {
 
 const auto tooMany = QStringLiteral("an element has more than 1024 attributes");
+const auto wrongDeclaration = QStringLiteral("the XML declaration has to consist of version, encoding and standalone");
 const auto internalSubset =
     QStringLiteral("the document type has an internal subset, by which a small document may become a large one");
 
@@ -38,9 +39,9 @@ Answer watched(const Character *text, int size, int pieceSize)
         const int piece = std::min(pieceSize, size - taken);
         const int more = watch.readable(text + taken, piece);
         taken += more;
-        if (watch.isRefused() != (more < piece))
-            return {-1, QStringLiteral("a piece is refused without reason, or not where it ends")};
-        if (more < piece)
+        if (more < piece && !watch.isRefused())
+            return {-1, QStringLiteral("a piece ends without reason")};
+        if (watch.isRefused())
             break;
     }
     return {taken, watch.refusal()};
@@ -85,6 +86,13 @@ class XmlWatchTest : public QObject
 
 private Q_SLOTS:
     void nothingIsReadableWhole();
+    void anXmlDeclarationIsRead_data();
+    void anXmlDeclarationIsRead();
+    void anXmlDeclarationOfAnythingElseIsRefused_data();
+    void anXmlDeclarationOfAnythingElseIsRefused();
+    void anXmlDeclarationHas1024CharactersAtMost();
+    void whatOnlyBeginsLikeADeclarationIsNone();
+    void theHeadEndsBehindTheDeclaration();
     void aTagMayHave1024Attributes();
     void nothingIsReadableBehindARefusal();
     void onlyTheTagThatIsReadCounts();
@@ -108,6 +116,115 @@ void XmlWatchTest::nothingIsReadableWhole()
     QCOMPARE(watch.readable("", 0), 0);
     QCOMPARE(watch.isRefused(), false);
     QCOMPARE(watch.refusal(), QString());
+}
+
+void XmlWatchTest::anXmlDeclarationIsRead_data()
+{
+    QTest::addColumn<QByteArray>("declaration");
+    QTest::addColumn<QString>("encoding");
+    const auto row = [](const char *declaration, const char *encoding) {
+        QTest::newRow(declaration) << QByteArray(declaration) << QString::fromLatin1(encoding);
+    };
+    row("<?xml version='1.0'?>", "");
+    row("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>", "UTF-8");
+    row("<?xml version='1.0' encoding='ISO-8859-1' standalone='no'?>", "ISO-8859-1");
+    row("<?xml version='1.0' standalone='encoding'?>", "");
+    row("<?xml\tversion\r=\n'1.0' encoding = 'a\"b' \n?>", "a\"b");
+    row("<?xml version='?' encoding='UTF-8'?>", "UTF-8"); // the reader will tell
+    row("<?xml encoding=''?>", "");
+    row("<?xml ?>", "");
+}
+
+void XmlWatchTest::anXmlDeclarationIsRead()
+{
+    QFETCH(const QByteArray, declaration);
+    QFETCH(const QString, encoding);
+    COMPARE_READ(declaration);
+    COMPARE_READ(declaration + "<a" + equalSigns(1024));
+    COMPARE_REFUSED(declaration + "<a" + equalSigns(1025), declaration.size() + 2 + 1024, tooMany);
+    for (const QString &mark : {QString(), QString(QChar(QChar::ByteOrderMark))}) {
+        const QString text = mark + QString::fromLatin1(declaration);
+        XmlWatch watch;
+        QCOMPARE(watch.readable(text.constData(), text.size()), text.size());
+        QCOMPARE(watch.isHeadRead(), true);
+        QCOMPARE(watch.declaredEncoding(), encoding);
+    }
+}
+
+void XmlWatchTest::anXmlDeclarationOfAnythingElseIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("declaration");
+    QTest::addColumn<QByteArray>("behind");
+    for (const char *declaration : {
+             "<?xml version='1.0' xmlns:a='u'?>",
+             "<?xml version='1.0' encoding='UTF-8' encoding='UTF-7'?>",
+             "<?xml version='1.0' xmlns='encoding=x' encoding='UTF-7'?>",
+             "<?xml version='1.0' encoding='UTF&#45;7'?>",
+             "<?xml version='1.0' encoding='UTF-8' x?>",
+             "<?xml version='1.0' encoding='UTF-8' x=?>",
+             "<?xml version='1.0' encoding=UTF-8?>",
+             "<?xml version='1.0' encoding=xUTF-8x?>",
+             "<?xml version='1.0' encoding?>",
+             "<?xml version='1.0' xmlns='?>' encoding='UTF-7'?>",
+             "<?xml version='1.0' xmlns=\"?>'\" encoding='UTF-7'?>",
+             "<?xml version='1.0' \x01?>",
+             "<?xml version='1.0' \xA0?>",
+             "<?xml =?>",
+         })
+        QTest::newRow(declaration) << QByteArray(declaration) << QByteArray("<a/>");
+    // Where there is a tag the declaration has no end.
+    QTest::newRow("a tag") << QByteArray("<?xml version='1.0' <") << QByteArray("a/>");
+    QTest::newRow("a tag in a value") << QByteArray("<?xml version='1.0' encoding='?>\n<") << QByteArray("a/>");
+}
+
+void XmlWatchTest::anXmlDeclarationOfAnythingElseIsRefused()
+{
+    QFETCH(const QByteArray, declaration);
+    QFETCH(const QByteArray, behind);
+    COMPARE_REFUSED(declaration, declaration.size(), wrongDeclaration);
+    COMPARE_REFUSED(declaration + behind, declaration.size(), wrongDeclaration);
+}
+
+void XmlWatchTest::anXmlDeclarationHas1024CharactersAtMost()
+{
+    const QByteArray begin = "<?xml version='1.0' encoding='"; // 30 characters
+    COMPARE_READ(begin + QByteArray(1024 - 30 - 3, 'a') + "'?>");
+    COMPARE_REFUSED(begin + QByteArray(1024 - 30 - 2, 'a') + "'?>", 1024, wrongDeclaration);
+    COMPARE_REFUSED(begin + QByteArray(2000, 'a') + "'?>", 1024, wrongDeclaration);
+    COMPARE_REFUSED(begin + blanks(2000) + "'?>", 1024, wrongDeclaration);
+    // Blanks are not counted, and mean nothing.
+    const QByteArray declaration = "<?xml" + blanks(2000) + "version='1.0'" + blanks(2000) + "encoding" + blanks(2000)
+        + "=\n\t\r " + blanks(2000) + "'UTF-8'" + blanks(2000) + "?>";
+    COMPARE_READ(declaration);
+    COMPARE_REFUSED(declaration + "<a" + equalSigns(1025), declaration.size() + 2 + 1024, tooMany);
+}
+
+void XmlWatchTest::whatOnlyBeginsLikeADeclarationIsNone()
+{
+    for (const char *begin : {"", "<", "<?", "<?x", "<?xm", "<?xml", "<?xml-style x='1'", "<?XML ", "<?xmlx y='>'"}) {
+        const QByteArray instruction = QByteArray(begin) + "<a" + equalSigns(1025) + "?>";
+        if (instruction.startsWith("<?"))
+            COMPARE_READ(instruction);
+        else
+            COMPARE_REFUSED(instruction, int(strlen(begin)) + 2 + 1024, tooMany);
+    }
+    COMPARE_READ(" <?xml x='<&'?>"); // the reader will tell
+}
+
+void XmlWatchTest::theHeadEndsBehindTheDeclaration()
+{
+    const auto headOf = [](const char *document) {
+        const QString text = QString::fromLatin1(document);
+        XmlWatch watch;
+        const int head = watch.readableHead(text.constData(), text.size());
+        return QStringLiteral("%1 %2").arg(head).arg(watch.isHeadRead());
+    };
+    QCOMPARE(headOf("<?xml version='1.0'?><a/>"), QStringLiteral("21 1"));
+    QCOMPARE(headOf("<?xml version='1.0'"), QStringLiteral("19 0"));
+    QCOMPARE(headOf("<?xm"), QStringLiteral("4 0"));
+    QCOMPARE(headOf("<a/>"), QStringLiteral("1 1"));
+    QCOMPARE(headOf("a"), QStringLiteral("0 1"));
+    QCOMPARE(headOf("<?xml x?><a/>"), QStringLiteral("9 0"));
 }
 
 void XmlWatchTest::aTagMayHave1024Attributes()
