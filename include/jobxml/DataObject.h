@@ -107,8 +107,8 @@ public:
     /// a child element wins over an attribute of the same name. What nobody knows is passed over, except in the
     /// document (see TunerProperties). An empty text for a boolean throws InvalidXmlException "Please set a value or a
     /// default for the boolean 'X' in 'Y'." (the member's and the object's name) while validating, and is false
-    /// otherwise. Names count without their prefixes, which need not be declared inside the element: the reader does not
-    /// process namespaces there.
+    /// otherwise. Names count without their prefixes, which need not be declared inside the element: the reader does
+    /// not process namespaces there.
     void ProcessXml(QXmlStreamReader &reader) override;
 
     /// Takes over what is set in `other`, an object of the same class: its members replace those here, items of its
