@@ -84,11 +84,9 @@ int WatchedDevice::readableHead(const char *bytes, int size)
         // The reader decodes this piece anew, and goes on at the place where it was.
         return readableText(size, m_decoder->toUnicode(bytes, size), head);
     }
-    if (m_codec->mibEnum() != utf8)
-        return readableText(size, text, head);
-    m_decoder.reset();
-    const int from = head + (QByteArray::fromRawData(bytes, size).startsWith("\xEF\xBB\xBF") ? 3 : 0);
-    return from + m_watch.readable(bytes + from, size - from);
+    if (m_codec->mibEnum() == utf8)
+        m_decoder.reset();
+    return readableText(size, text, head);
 }
 
 /// The same for bytes that have been decoded, from this place of the text on.

@@ -166,8 +166,9 @@ void WatchedDeviceTest::charactersAreLookedAtInAnyEncoding()
     QFETCH(const bool, withDeclaration);
     const QString declaration = QStringLiteral("<?xml version='1.0' encoding = \"") + QString::fromLatin1(encoding)
         + QStringLiteral("\" standalone='yes'?>");
-    const QString begin = (withDeclaration ? declaration : QString()) + QStringLiteral("<!-- <a \"") + equalSigns(1025)
-        + QStringLiteral("--><a");
+    // A comment, which is none if characters are taken for others.
+    const QString begin = (withDeclaration ? declaration : QString()) + QStringLiteral("<!-- <a ") + equalSigns(5000)
+        + QStringLiteral(" \" --><a");
     for (const int pieceSize : {8192, 1000, 64}) {
         for (const int before : {0, 1000, 9000}) {
             const QString text = begin + QString(before, QLatin1Char(' '));
