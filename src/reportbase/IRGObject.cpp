@@ -151,17 +151,11 @@ void IRGObject::ProcessXml(QXmlStreamReader &reader)
     const QString ownName = reader.name().toString();
     // A reader in error is not at its end as long as its device claims to have more.
     while (!reader.atEnd() && !reader.hasError()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::StartElement)
             ProcessXmlStartElement(reader);
-            break;
-        case QXmlStreamReader::EndElement:
-            if (reader.name() == ownName)
-                return;
-            break; // left over from an element that was not read to its end
-        default:
-            break;
-        }
+        else if (token == QXmlStreamReader::EndElement && reader.name() == ownName)
+            return; // other ends are left over from elements that were not read to their ends
     }
 }
 

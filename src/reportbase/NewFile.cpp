@@ -27,12 +27,6 @@ auto uninterrupted(Call &&call)
     return result;
 }
 
-QByteArray folderOf(const QByteArray &path)
-{
-    const int slash = path.lastIndexOf('/');
-    return slash < 0 ? QByteArrayLiteral(".") : path.left(slash + 1);
-}
-
 /// The path with room for the letters behind it. Of a name that would become too long so, only the start is taken.
 QByteArray nameInBetween(const QByteArray &path)
 {
@@ -48,7 +42,10 @@ QByteArray nameInBetween(const QByteArray &path)
 
 } // namespace
 
-NewFile::NewFile(const QByteArray &path) : m_path(path), m_folder(folderOf(path)), m_name(nameInBetween(path)) { }
+NewFile::NewFile(const QByteArray &path)
+    : m_path(path), m_folder(path.left(path.lastIndexOf('/') + 1)), m_name(nameInBetween(path))
+{
+}
 
 NewFile::~NewFile()
 {

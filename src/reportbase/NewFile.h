@@ -14,6 +14,7 @@ namespace REPORTGENERATOR {
 class NewFile
 {
 public:
+    /// For a path that tells the folder.
     explicit NewFile(const QByteArray &path);
     NewFile(const NewFile &) = delete;
     NewFile &operator=(const NewFile &) = delete;

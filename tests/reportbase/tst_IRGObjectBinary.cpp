@@ -48,15 +48,13 @@ private:
     QByteArray m_content;
 };
 
-/// A note that writes one byte more than a compressed form may hold. None of them is ever touched, nor takes up memory.
+/// A note that writes a gigabyte of zeros, or a little more. None of them takes up memory.
 class EnormousNote : public Note
 {
 public:
-    static constexpr int size = (1 << 30) + 1;
-
-    EnormousNote()
-        : Note(QStringLiteral("a")),
-          m_bytes(mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))
+    explicit EnormousNote(int size)
+        : Note(QStringLiteral("a")), m_size(size),
+          m_bytes(mmap(nullptr, size_t(size), PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0))
     {
     }
     EnormousNote(const EnormousNote &) = delete;
@@ -64,7 +62,7 @@ public:
     ~EnormousNote() override
     {
         if (isThere())
-            munmap(m_bytes, size);
+            munmap(m_bytes, size_t(m_size));
     }
 
     bool isThere() const { return m_bytes != MAP_FAILED; }
@@ -73,11 +71,12 @@ public:
     {
         auto *buffer = qobject_cast<QBuffer *>(stream.device());
         if (buffer)
-            buffer->buffer() = QByteArray::fromRawData(static_cast<const char *>(m_bytes), size);
+            buffer->buffer() = QByteArray::fromRawData(static_cast<const char *>(m_bytes), m_size);
         return buffer;
     }
 
 private:
+    int m_size;
     void *m_bytes;
 };
 
@@ -471,7 +470,11 @@ void IRGObjectBinaryTest::theOldFileStaysWhenSavingFails()
 
 void IRGObjectBinaryTest::whatNoReaderWouldTakeIsNotCompressed()
 {
-    EnormousNote note;
+    EnormousNote largest(1 << 30);
+    QVERIFY(largest.isThere());
+    QVERIFY(!largest.GetCompressedBinaryRepresentationAsQByteArray(1).isEmpty());
+
+    EnormousNote note((1 << 30) + 1);
     QVERIFY(note.isThere());
     const QString why =
         QStringLiteral(": 1073741825 bytes are to be compressed, but readers take no more than 1073741824");
