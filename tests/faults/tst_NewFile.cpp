@@ -102,7 +102,7 @@ void NewFileTest::everybodyMayReadAndWriteIt()
 void NewFileTest::itTakesOverWhoMayUseTheOldOne()
 {
     m_folder->write(QStringLiteral("a"), "old");
-    for (const mode_t permissions : {0777, 0600, 0421, 0124}) {
+    for (const mode_t permissions : {0777U, 0600U, 0421U, 0124U}) {
         QCOMPARE(chmod(path(QStringLiteral("a")).constData(), permissions), 0);
         NewFile file(path(QStringLiteral("a")));
         QVERIFY(file.create() && file.replace());
