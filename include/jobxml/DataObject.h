@@ -11,10 +11,11 @@
 /// The data model of a radio tuner resource in a measurement job.
 namespace JobXml {
 
+class BinaryReader;
+class BinaryWriter;
 class Member;
-class RecordReader;
-class RecordWriter;
 class Visitor;
+class XmlOutput;
 struct Block;
 struct ClassInfo;
 
@@ -160,14 +161,18 @@ protected:
     /// \name Steps of the operations
     /// What a class overrides or builds its departures from. They neither hand down nor check unless they say so.
     /// @{
+    class HandDown;
+
     virtual bool equals(const DataObject &other) const;
-    virtual void checkTree(bool flag) const;
+    /// Checks the object and what is below it; hands the environment, if there is one, down on the way.
+    virtual void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const;
     virtual void collectProblems(const QStringList &path, QVector<Problem> &problems) const;
-    virtual void writeElement(QXmlStreamWriter &writer) const;
-    virtual void writeMemberRecords(RecordWriter &writer) const;
-    virtual void readMemberRecord(RecordReader &reader, quint32 tag, qint32 length);
-    virtual void writeSnapshot(QDataStream &stream) const;
-    virtual bool readSnapshot(QDataStream &stream);
+    virtual void handDownToChildren(const HandDown &handDown) const;
+    virtual void writeElement(XmlOutput &output) const;
+    virtual void writeMemberRecords(BinaryWriter &writer) const;
+    virtual void readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length);
+    virtual void writeSnapshot(BinaryWriter &writer) const;
+    virtual bool readSnapshot(BinaryReader &reader);
 
     /// The object's data, created if there is none yet and made the object's own if it is shared.
     Block &block() const;
@@ -184,30 +189,34 @@ protected:
     bool readMemberElement(QXmlStreamReader &reader);
     /// Reads on to the next token that carries the name of the current one.
     static void skipElement(QXmlStreamReader &reader);
-    void writeMembers(QXmlStreamWriter &writer) const;
-    void writeSnapshotFlags(QDataStream &stream) const;
-    bool readSnapshotFlags(QDataStream &stream);
-    void writeSnapshotMembers(QDataStream &stream) const;
-    bool readSnapshotMembers(QDataStream &stream);
+    void writeMembers(XmlOutput &output) const;
+    void writeSnapshotFlags(BinaryWriter &writer) const;
+    bool readSnapshotFlags(BinaryReader &reader);
+    void writeSnapshotMembers(BinaryWriter &writer) const;
+    bool readSnapshotMembers(BinaryReader &reader);
     /// @}
 
 private:
     friend class Member; // the rows are this class's other half
     class ReadingContent;
-    enum class Reading : quint8 { No, NothingHandedOver, HandedOver };
 
+    const ClassInfo &info() const noexcept;
+    bool isOfDerivedClass() const noexcept;
+    void takeDown(const HandDown &handDown) const;
+    void checkMemberByMember(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown, Block &own) const;
+    void checkChildren(const Member &member, bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown,
+                       Block &own) const;
     bool mayWrite() const;
     bool mayWriteNested(bool checkedByParent) const;
-    void writeNestedXml(QXmlStreamWriter &writer, bool checkedByParent) const;
-    void writeNestedRecord(RecordWriter &writer, bool checkedByParent) const;
-    void writeNestedRecord(RecordWriter &writer, quint32 tag, bool checkedByParent) const;
-    void readRecord(QDataStream &stream, qint32 length);
-    void takeLogger(const std::shared_ptr<REPORTGENERATOR::Logger> &logger) const;
+    void writeNestedXml(XmlOutput &output, bool checkedByParent) const;
+    void writeNestedRecord(BinaryWriter &writer, bool checkedByParent) const;
+    void writeNestedRecord(BinaryWriter &writer, quint32 tag, bool checkedByParent) const;
+    void readRecord(BinaryReader &reader, qint32 length);
+    quint16 listsToFill() const;
+    void squeeze(quint16 lists);
     QString label(int index) const;
     static void release(const ClassInfo &info, Block *block) noexcept;
 
-    mutable Reading m_reading = Reading::No; // first, to lie in the padding behind the base's flag
-    const ClassInfo *m_info;
     mutable Block *m_block = nullptr;
 };
 

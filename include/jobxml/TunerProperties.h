@@ -226,11 +226,11 @@ public:
 
 protected:
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
-    void writeElement(QXmlStreamWriter &writer) const override;
-    void writeMemberRecords(RecordWriter &writer) const override;
-    void readMemberRecord(RecordReader &reader, quint32 tag, qint32 length) override;
-    void writeSnapshot(QDataStream &stream) const override;
-    bool readSnapshot(QDataStream &stream) override;
+    void writeElement(XmlOutput &output) const override;
+    void writeMemberRecords(BinaryWriter &writer) const override;
+    void readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length) override;
+    void writeSnapshot(BinaryWriter &writer) const override;
+    bool readSnapshot(BinaryReader &reader) override;
 
 private:
     bool isOlder() const;

@@ -188,15 +188,14 @@ public:
     bool HasData() const override;
     bool AnyData() const override;
     void Reset() override;
-    void SetValidate(bool validate) const override;
-    void SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const override;
 
 protected:
     bool equals(const DataObject &other) const override;
-    void checkTree(bool flag) const override;
+    void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const override;
     void collectProblems(const QStringList &path, QVector<Problem> &problems) const override;
-    void writeSnapshot(QDataStream &stream) const override;
-    bool readSnapshot(QDataStream &stream) override;
+    void handDownToChildren(const HandDown &handDown) const override;
+    void writeSnapshot(BinaryWriter &writer) const override;
+    bool readSnapshot(BinaryReader &reader) override;
 };
 
 } // namespace JobXml

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <reportbase/Environment.h>
 #include <reportbase/Export.h>
 #include <reportbase/Logger.h>
 #include <reportbase/ObjectTypes.h>
@@ -18,6 +19,13 @@ class QXmlStreamReader;
 class QXmlStreamWriter;
 
 namespace REPORTGENERATOR {
+
+/// What all objects of a class have in common. Has to outlive them.
+struct ObjectClass
+{
+    const QString &name; ///< of the objects, unless they are given another, and of their XML elements
+    qint64 identifier; ///< its low 32 bits lead a binary representation
+};
 
 /// The base object of every data model: generic services around an object that can write itself to and read itself
 /// from XML and a tagged binary record.
@@ -187,8 +195,13 @@ public:
     int skipCurrentElement(QDataStream &stream, int length, int tag) const;
 
 protected:
+    /// An object without name and identifier.
     IRGObject();
     explicit IRGObject(ObjectTypes type);
+    explicit IRGObject(const ObjectClass &objectClass) noexcept;
+    /// A copy of an object: its class, its type and its validate flag; neither its logger nor a name of its own.
+    enum class CopyOf {};
+    IRGObject(CopyOf, const IRGObject &other);
     IRGObject(const IRGObject &) = delete; // what a copy takes over is the business of the derived class
     IRGObject &operator=(const IRGObject &) = delete;
 
@@ -196,20 +209,38 @@ protected:
     /// reader on the element's end.
     QString GetTextValue(QXmlStreamReader &reader);
 
-    /// The numeric identifier of the object's class; its low 32 bits lead a binary representation.
-    qint64 m_classIdentifier = 0;
+    const ObjectClass &objectClass() const noexcept { return *m_class; }
+
+    /// \name What the object was told
+    /// As SetValidate() and SetLogger() told it, whatever derived classes make of these.
+    /// @{
+    const Environment &environment() const noexcept { return *m_environment; }
+    /// The part of it that children get.
+    EnvironmentPointer environmentForChildren() const;
+    /// Takes flag and logger over from a parent.
+    void takeEnvironment(const EnvironmentPointer &parents) const
+    {
+        if (m_environment != parents)
+            takeOtherEnvironment(parents);
+    }
+    /// The same for one of the two; the parent's environment becomes the object's too if it is the same then.
+    void takeValidate(const EnvironmentPointer &parents) const;
+    void takeLogger(const EnvironmentPointer &parents) const;
+    /// @}
 
 private:
+    void takeOtherEnvironment(const EnvironmentPointer &parents) const;
+    void takeOther(bool validate, const std::shared_ptr<Logger> &logger, const EnvironmentPointer &parents) const;
+    template <class Change>
+    void changeOwn(Change change) const;
+    void clearError() const;
     bool fail(const QString &text) const; // keeps and logs the text; always false
     bool save(const QString &path, const QByteArray &content) const;
     QString readDocument(QXmlStreamReader &reader, const QString &source); // why it failed, or null
     QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData); // likewise
 
-    QString m_objectName;
-    mutable QString m_errorString;
-    mutable std::shared_ptr<Logger> m_logger;
-    ObjectTypes m_objectType = ObjectTypes::Undefined;
-    mutable bool m_validate = true; // last, so that a derived class can use the padding behind it
+    const ObjectClass *m_class;
+    mutable EnvironmentPointer m_environment;
 };
 
 } // namespace REPORTGENERATOR

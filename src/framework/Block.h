@@ -12,6 +12,7 @@ namespace JobXml {
 class SetFlags
 {
 public:
+    quint16 all() const noexcept { return m_bits; }
     bool test(int bit) const noexcept { return (m_bits >> bit) & 1U; }
     void set(int bit) noexcept { m_bits = quint16(m_bits | (1U << bit)); }
     void clear(int bit) noexcept { m_bits = quint16(m_bits & ~(1U << bit)); }
@@ -79,6 +80,22 @@ public:
     {
         QVector<Item> none;
         this->swap(none);
+    }
+
+    /// As append(), for a list that is being read: nearly all lists are short, and QVector's own growth would leave
+    /// half of the room unused.
+    void appendGrowingTightly(Item &&item)
+    {
+        if (this->size() == this->capacity())
+            this->reserve(this->size() < 2 ? this->size() + 1 : 2 * this->size());
+        this->append(std::move(item));
+    }
+
+    /// Gives back the room that is left.
+    void giveRoomBack()
+    {
+        if (this->size() != this->capacity() && this->size() != 0 && this->isDetached())
+            this->squeeze();
     }
 
     /// Gives up sharing with lists that callers hold: the items, and the room that an emptied list keeps.

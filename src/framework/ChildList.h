@@ -3,9 +3,6 @@
 
 #include <algorithm>
 
-#include <QXmlStreamReader>
-#include <QXmlStreamWriter>
-
 #include "framework/Member.h"
 
 namespace JobXml {
@@ -18,7 +15,7 @@ class ChildList : public FieldOf<Data, ItemList<Item>>
 
 public:
     constexpr ChildList(int bit, const char *name, quint32 tag, ItemList<Item> Data::*field, Traits traits)
-        : Base(bit, name, tag, field, traits | HoldsChildren)
+        : Base(bit, name, tag, field, traits | HoldsChildren | PresentByValue)
     {
     }
 
@@ -63,12 +60,6 @@ public:
         return right && this->isSet(*right) ? same(leftItems, list(*right)) : leftItems.isEmpty();
     }
 
-    void check(const DataObject &object, const Block &block) const override
-    {
-        if (this->has(Mandatory) && !this->isSet(block))
-            Errors::notSet(object, this->name());
-    }
-
     void forEachChild(Block &block, const ChildAction &action) const override
     {
         const ItemList<Item> &items = owned(block);
@@ -99,78 +90,84 @@ public:
         forEachChild(block, ChildAction(visitChild));
     }
 
-    void writeXml(const DataObject &object, Block &block, QXmlStreamWriter &writer) const override
+    void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
+        const bool isSet = this->isSet(block);
+        const bool validate = object.GetValidate();
         for (const Item &item : std::as_const(list(block))) {
-            if (object.GetValidate())
+            if (validate)
                 checkForWriting(object, item);
             if (this->writesChildren(block))
-                Member::writeNestedXml(item, writer, this->isSet(block)); // a check covers what is set
+                Member::writeNestedXml(item, output, isSet); // a check covers what is set
         }
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        Item item = newItem(object);
-        item.SetLogger(object.GetLogger());
-        if (!Member::readNestedXml(item, reader))
-            return;
-        appendRead(object, std::move(item));
-        takeLogger(object);
+        const auto environment = Member::environmentForReading(object);
+        Item item;
+        Member::takeEnvironment(item, environment);
+        if (Member::readNestedXml(item, reader))
+            appendRead(object, std::move(item), environment);
     }
 
-    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         const ItemList<Item> &items = list(block);
+        const bool isSet = this->isSet(block);
         const auto record = writer.begin(this->tag());
-        writer.payload() << qint32(items.size());
+        writer.put(qint32(items.size()));
         if (this->writesChildren(block)) {
             for (const Item &item : items)
-                Member::writeNestedRecord(item, writer, this->isSet(block));
+                Member::writeNestedRecord(item, writer, isSet);
         }
         writer.end(record);
     }
 
-    void readRecord(DataObject &object, RecordReader &reader, qint32) const override
+    void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
-        const auto count = reader.read<qint32>();
-        reserve(object, itemsWithin(reader.stream(), count));
+        const auto count = reader.read<qint32>(object);
+        const auto environment = Member::environmentForReading(object);
+        reserve(object, reader.itemsWithin(count));
         for (qint32 i = 0; i < count; ++i) {
-            const auto length = reader.read<qint32>();
-            Item item = newItem(object);
-            item.SetLogger(object.GetLogger());
+            const auto length = reader.read<qint32>(object);
+            Item item;
+            Member::takeEnvironment(item, environment);
             Member::readNestedRecord(item, reader, length);
-            appendRead(object, std::move(item));
-            takeLogger(object);
+            appendRead(object, std::move(item), environment);
         }
     }
 
-    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         const ItemList<Item> &items = owned(block);
-        stream << qint32(items.size());
+        writer.put(qint32(items.size()));
         if (!this->isSet(block))
             return;
         for (const Item &item : items)
-            Member::writeNestedSnapshot(item, stream);
+            Member::writeNestedSnapshot(item, writer);
     }
 
-    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
     {
         qint32 count = 0;
-        if (!readIfThere(stream, count))
+        if (!reader.take(count))
             return false;
         if (!this->isSet(Member::block(object)) && !this->has(SnapshotReadByCount))
             return true;
-        reserve(object, itemsWithin(stream, count));
+        const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // and no logger
+        reserve(object, reader.itemsWithin(count));
         for (qint32 i = 0; i < count; ++i) {
-            Item item = newItem(object);
-            if (!Member::readNestedSnapshot(item, stream))
+            Item item;
+            Member::takeEnvironment(item, environment);
+            if (!Member::readNestedSnapshot(item, reader))
                 return false;
-            appendRead(object, std::move(item));
+            appendRead(object, std::move(item), environment);
         }
         return true;
     }
+
+    void squeeze(Block &block) const override { list(block).giveRoomBack(); }
 
 private:
     ItemList<Item> &list(Block &block) const { return this->field(block); }
@@ -197,24 +194,13 @@ private:
         return owned(block);
     }
 
-    static Item newItem(const DataObject &object)
+    // As append(), without a copy of what was just read. A move does not bring the logger along.
+    void appendRead(DataObject &object, Item &&item, const REPORTGENERATOR::EnvironmentPointer &environment) const
     {
-        Item item;
-        item.SetValidate(object.GetValidate());
-        return item;
-    }
-
-    // As append(), without a copy of what was just read.
-    void appendRead(DataObject &object, Item &&item) const
-    {
-        listToAppendTo(object, item).append(std::move(item));
+        ItemList<Item> &items = listToAppendTo(object, item);
+        items.appendGrowingTightly(std::move(item));
+        Member::takeEnvironment(items.constLast(), environment);
         Member::block(object).flags.set(this->bit());
-    }
-
-    // For the item appended last, whose children have the logger already; a move does not bring it along.
-    void takeLogger(const DataObject &object) const
-    {
-        Member::takeLogger(list(Member::block(object)).constLast(), object);
     }
 
     void reserve(DataObject &object, int further) const

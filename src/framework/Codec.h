@@ -5,17 +5,20 @@
 
 #include <jobxml/DataObject.h>
 
+#include "framework/Binary.h"
 #include "framework/Errors.h"
-#include "framework/Records.h"
+#include "framework/Member.h"
+#include "framework/Numbers.h"
 
 namespace JobXml {
 
 /// How a value of type T travels, once per type:
-///  - `text` and `fromText`: in XML. Text that is not a number is 0, on purpose: readers of documents never complained.
+///  - `giveText` and `fromText`: in XML. The text is given to a function that takes a QString or, what numbers have, a
+///    QLatin1String. Text that is not a number is 0, on purpose: readers of documents never complained.
 ///  - `writePayload` and `readPayload`: in a tagged record.
 ///  - `writeSnapshot` and `readSnapshot`: in a snapshot.
 ///  - `isValid`: whether a member may hold the value when it is checked, and take it while validating; `refuse` throws
-///    for one that it may not take.
+///    for one that it may not take. `traits` says whether there is such a value at all.
 template <class T>
 struct Codec;
 
@@ -23,15 +26,22 @@ struct Codec;
 template <class T>
 struct CodecDefaults
 {
+    static constexpr Traits traits = NoTraits;
+
     static bool isValid(const T &) { return true; }
     static void refuse(const DataObject &, QLatin1String) { }
     static bool isPresent(const T &, bool set) { return set; }
     static QVariant variant(const T &value) { return QVariant::fromValue(value); }
+
+    static void writeSnapshot(BinaryWriter &writer, const T &value) { writer.put(value); }
+    static bool readSnapshot(BinaryReader &reader, T &value) { return reader.take(value); }
 };
 
 template <>
 struct Codec<QString> : CodecDefaults<QString>
 {
+    static constexpr Traits traits = PresentByValue | MayHoldTheInvalid;
+
     static bool isValid(const QString &value) { return !value.isNull(); }
     [[noreturn]] static void refuse(const DataObject &object, QLatin1String member)
     {
@@ -39,46 +49,56 @@ struct Codec<QString> : CodecDefaults<QString>
     }
     static bool isPresent(const QString &value, bool) { return !value.isNull(); }
 
-    static QString text(const QString &value) { return value; }
-    static QString fromText(const DataObject &, QLatin1String, const QString &text)
+    template <class Taker>
+    static void giveText(const QString &value, Taker &&take)
     {
-        return text.isNull() ? QStringLiteral("") : text; // what a document mentions is there, if empty
+        take(value);
     }
-    static void writePayload(QDataStream &stream, const QString &value) { stream << value.toUtf8(); }
-    static QString readPayload(RecordReader &reader) { return reader.readText(); }
-    static void writeSnapshot(QDataStream &stream, const QString &value) { stream << value; }
-    static bool readSnapshot(QDataStream &stream, QString &value) { return readIfThere(stream, value); }
+    static QString fromText(const DataObject &, QLatin1String, QStringView text)
+    {
+        return text.isEmpty() ? QStringLiteral("") : text.toString(); // what a document mentions is there, if empty
+    }
+    static void writePayload(BinaryWriter &writer, const QString &value) { writer.putUtf8(value); }
+    static QString readPayload(BinaryReader &reader, const DataObject &owner) { return reader.readText(owner); }
 };
 
 template <>
 struct Codec<bool> : CodecDefaults<bool>
 {
-    static QString text(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
-    static bool fromText(const DataObject &object, QLatin1String member, const QString &text)
+    template <class Taker>
+    static void giveText(bool value, Taker &&take)
     {
-        const QString lower = text.toLower();
-        if (lower.isEmpty() && object.GetValidate())
+        take(value ? QLatin1String("true") : QLatin1String("false"));
+    }
+    static bool fromText(const DataObject &object, QLatin1String member, QStringView text)
+    {
+        if (text == QStringView(u"true") || text == QStringView(u"false")) // as objects write them
+            return text.size() == 4;
+        if (text.isEmpty() && object.GetValidate())
             Errors::emptyBoolean(object, member);
+        const QString lower = text.toString().toLower();
         return !lower.isEmpty() && lower != QLatin1String("0") && lower != QLatin1String("false");
     }
-    static void writePayload(QDataStream &stream, bool value) { stream << value; }
-    static bool readPayload(RecordReader &reader) { return reader.read<bool>(); }
-    static void writeSnapshot(QDataStream &stream, bool value) { stream << value; }
-    static bool readSnapshot(QDataStream &stream, bool &value) { return readIfThere(stream, value); }
+    static void writePayload(BinaryWriter &writer, bool value) { writer.put(value); }
+    static bool readPayload(BinaryReader &reader, const DataObject &owner) { return reader.read<bool>(owner); }
 };
 
 /// Whole numbers travel as 64 bits whatever their own width: records and snapshots outlive the width of a type.
 template <class T, class Wire>
 struct IntegerCodec : CodecDefaults<T>
 {
-    static QString text(T value) { return QString::number(value); }
-    static void writePayload(QDataStream &stream, T value) { stream << Wire(value); }
-    static T readPayload(RecordReader &reader) { return T(reader.read<Wire>()); }
-    static void writeSnapshot(QDataStream &stream, T value) { stream << Wire(value); }
-    static bool readSnapshot(QDataStream &stream, T &value)
+    template <class Taker>
+    static void giveText(T value, Taker &&take)
+    {
+        take(Numbers::decimal(Wire(value)).latin1());
+    }
+    static void writePayload(BinaryWriter &writer, T value) { writer.put(Wire(value)); }
+    static T readPayload(BinaryReader &reader, const DataObject &owner) { return T(reader.read<Wire>(owner)); }
+    static void writeSnapshot(BinaryWriter &writer, T value) { writer.put(Wire(value)); }
+    static bool readSnapshot(BinaryReader &reader, T &value)
     {
         Wire wide{};
-        if (!readIfThere(stream, wide))
+        if (!reader.take(wide))
             return false;
         value = T(wide);
         return true;
@@ -88,22 +108,22 @@ struct IntegerCodec : CodecDefaults<T>
 template <>
 struct Codec<int> : IntegerCodec<int, qint64>
 {
-    static int fromText(const DataObject &, QLatin1String, const QString &text) { return text.toInt(); }
+    static int fromText(const DataObject &, QLatin1String, QStringView text) { return Numbers::toInt(text); }
 };
 
 template <>
 struct Codec<qint64> : IntegerCodec<qint64, qint64>
 {
-    static qint64 fromText(const DataObject &, QLatin1String, const QString &text) { return text.toLongLong(); }
+    static qint64 fromText(const DataObject &, QLatin1String, QStringView text) { return Numbers::toLongLong(text); }
 };
 
 template <>
 struct Codec<quint64> : IntegerCodec<quint64, quint64>
 {
     // Read as a signed number, as documents always were: what only an unsigned one could hold reads as 0.
-    static quint64 fromText(const DataObject &, QLatin1String, const QString &text)
+    static quint64 fromText(const DataObject &, QLatin1String, QStringView text)
     {
-        return quint64(text.toLongLong());
+        return quint64(Numbers::toLongLong(text));
     }
 };
 
@@ -112,20 +132,29 @@ struct Codec<quint64> : IntegerCodec<quint64, quint64>
 template <class T>
 struct FloatingPointCodec : CodecDefaults<T>
 {
-    static QString text(T value) { return QString::number(double(value), 'f', 2); }
-    static void writePayload(QDataStream &stream, T value) { stream << text(value).toUtf8(); }
-    static T readPayload(RecordReader &reader) { return parse(reader.readText()); }
-    static T fromText(const DataObject &, QLatin1String, const QString &text) { return parse(text); }
-    static void writeSnapshot(QDataStream &stream, T value) { stream << value; }
-    static bool readSnapshot(QDataStream &stream, T &value) { return readIfThere(stream, value); }
-
-private:
-    static T parse(const QString &text)
+    template <class Taker>
+    static void giveText(T value, Taker &&take)
+    {
+        take(Numbers::twoDecimals(double(value)).latin1());
+    }
+    static void writePayload(BinaryWriter &writer, T value)
+    {
+        writer.putUtf8(Numbers::twoDecimals(double(value)).latin1());
+    }
+    static T readPayload(BinaryReader &reader, const DataObject &owner)
+    {
+        const BinaryReader::Bytes utf8 = reader.readBytes(owner);
+        if constexpr (std::is_same_v<T, float>)
+            return Numbers::toFloat(utf8.data, utf8.size);
+        else
+            return Numbers::toDouble(utf8.data, utf8.size);
+    }
+    static T fromText(const DataObject &, QLatin1String, QStringView text)
     {
         if constexpr (std::is_same_v<T, float>)
-            return text.toFloat();
+            return Numbers::toFloat(text);
         else
-            return text.toDouble();
+            return Numbers::toDouble(text);
     }
 };
 

@@ -5,40 +5,42 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include "framework/Binary.h"
 #include "framework/Errors.h"
+#include "framework/HandDown.h"
 #include "framework/Member.h"
-#include "framework/Records.h"
 #include "framework/Table.h"
+#include "framework/XmlOutput.h"
 
 namespace JobXml {
+
+using REPORTGENERATOR::EnvironmentPointer;
 
 Visitor::~Visitor() = default;
 
 // --- Construction, copies, moves -------------------------------------------------------------------------------------
 
-DataObject::DataObject(const ClassInfo &info) : m_info(&info)
-{
-    SetObjectName(info.objectName());
-    m_classIdentifier = info.identifier;
-}
+DataObject::DataObject(const ClassInfo &info) : IRGObject(info) { }
 
-// The const_cast is for GetObjectType(), which is not const although it reads only.
-DataObject::DataObject(const DataObject &other)
-    : IRGObject(const_cast<DataObject &>(other).GetObjectType()), m_info(other.m_info)
+// The copies of children follow their own flags, and each of them all of its tree. So where a child's flag is the right
+// one there is nothing left to do below it.
+DataObject::DataObject(const DataObject &other) : IRGObject(CopyOf(), other)
 {
-    SetObjectName(m_info->objectName());
-    m_classIdentifier = m_info->identifier;
-    if (other.m_block)
-        m_block = m_info->clone(*other.m_block);
-    DataObject::SetValidate(other.GetValidate());
+    if (!other.m_block)
+        return;
+    m_block = info().clone(*other.m_block);
+    const EnvironmentPointer environment = environmentForChildren();
+    const HandDown handDown(environment, HandDown::Validate);
+    auto follow = [&](const DataObject &child, int) {
+        if (child.environment().validate != environment->validate)
+            child.takeDown(handDown);
+    };
+    info().forEach(info().children, [&](const Member &member) { member.forEachChild(*m_block, ChildAction(follow)); });
 }
 
 DataObject::DataObject(DataObject &&other) noexcept
-    : IRGObject(other.GetObjectType()), m_info(other.m_info), m_block(std::exchange(other.m_block, nullptr))
+    : IRGObject(CopyOf(), other), m_block(std::exchange(other.m_block, nullptr))
 {
-    SetObjectName(m_info->objectName());
-    m_classIdentifier = m_info->identifier;
-    IRGObject::SetValidate(other.GetValidate());
 }
 
 DataObject &DataObject::operator=(const DataObject &other) noexcept
@@ -47,26 +49,31 @@ DataObject &DataObject::operator=(const DataObject &other) noexcept
         return *this;
     if (other.m_block)
         other.m_block->addOwner();
-    release(*m_info, std::exchange(m_block, other.m_block));
+    release(info(), std::exchange(m_block, other.m_block));
     return *this;
 }
 
 DataObject &DataObject::operator=(DataObject &&other) noexcept
 {
     if (this != &other)
-        release(*m_info, std::exchange(m_block, std::exchange(other.m_block, nullptr)));
+        release(info(), std::exchange(m_block, std::exchange(other.m_block, nullptr)));
     return *this;
 }
 
 DataObject::~DataObject()
 {
-    release(*m_info, m_block);
+    release(info(), m_block);
 }
 
 void DataObject::release(const ClassInfo &info, Block *block) noexcept
 {
     if (block && block->dropOwner())
         info.destroy(block);
+}
+
+inline const ClassInfo &DataObject::info() const noexcept
+{
+    return static_cast<const ClassInfo &>(objectClass());
 }
 
 void DataObject::swapData(DataObject &other) noexcept
@@ -79,11 +86,11 @@ void DataObject::swapData(DataObject &other) noexcept
 Block &DataObject::block() const
 {
     if (!m_block) {
-        m_block = m_info->create();
+        m_block = info().create();
         handOver();
     } else if (m_block->isShared()) {
-        Block *own = m_info->clone(*m_block);
-        release(*m_info, std::exchange(m_block, own));
+        Block *own = info().clone(*m_block);
+        release(info(), std::exchange(m_block, own));
     }
     return *m_block;
 }
@@ -97,18 +104,19 @@ bool DataObject::HasData() const
 {
     if (!m_block)
         return false;
-    for (const Member *member : m_info->bitOrder()) {
-        if (member->has(Mandatory) && !member->isPresent(*m_block))
-            return false;
-    }
-    return true;
+    const ClassInfo &info = this->info();
+    const auto byFlag = quint16(info.mandatory & ~info.presentByValue);
+    bool isPresent = (m_block->flags.all() & byFlag) == byFlag;
+    info.forEach(info.mandatory & info.presentByValue,
+                 [&](const Member &member) { isPresent = isPresent && member.isPresent(*m_block); });
+    return isPresent;
 }
 
 bool DataObject::AnyData() const
 {
     if (!m_block)
         return false;
-    for (const Member *member : m_info->bitOrder()) {
+    for (const Member *member : info().bitOrder()) {
         if (member->isPresent(*m_block))
             return true;
     }
@@ -121,7 +129,7 @@ void DataObject::Reset()
         return;
     Block &own = block();
     own.flags.clearAll();
-    for (const Member *member : m_info->bitOrder())
+    for (const Member *member : info().bitOrder())
         member->reset(own);
 }
 
@@ -139,7 +147,7 @@ bool DataObject::equals(const DataObject &other) const
         return true;
     Block *left = m_block ? &block() : nullptr;
     Block *right = other.m_block ? &other.block() : nullptr;
-    for (const Member *member : m_info->writtenOrder()) {
+    for (const Member *member : info().writtenOrder()) {
         if (!member->equals(left, right))
             return false;
     }
@@ -149,12 +157,12 @@ bool DataObject::equals(const DataObject &other) const
 bool DataObject::MergeRGObject(const REPORTGENERATOR::IRGObject &other)
 {
     const auto *source = dynamic_cast<const DataObject *>(&other);
-    if (!source || source->m_info != m_info)
+    if (!source || &source->info() != &info())
         return false;
     if (source == this || !source->m_block)
         return true;
     block();
-    for (const Member *member : m_info->bitOrder())
+    for (const Member *member : info().bitOrder())
         member->merge(*this, *source);
     return true;
 }
@@ -164,65 +172,78 @@ void DataObject::Accept(Visitor &visitor) const
     if (!m_block)
         return;
     Block &own = block(); // a visitor gets to see objects, which change behind const
-    for (const Member *member : m_info->writtenOrder())
+    for (const Member *member : info().writtenOrder())
         member->accept(own, visitor);
 }
 
 // --- Validate flag and logger ----------------------------------------------------------------------------------------
 
-namespace {
-
-template <class Action>
-void forEachChild(const ClassInfo &info, Block &block, Action action)
+// Objects of derived classes may have their own way with what they are told. Of all others the framework knows what
+// SetValidate() and SetLogger() do, so it hands down both at once.
+bool DataObject::isOfDerivedClass() const noexcept
 {
-    for (const Member *member : info.bitOrder())
-        member->forEachChild(block, ChildAction(action));
+    return &typeid(*this) != &info().type;
 }
-
-} // namespace
 
 void DataObject::SetValidate(bool validate) const
 {
     IRGObject::SetValidate(validate);
-    if (m_block && m_info->hasChildren)
-        forEachChild(*m_info, block(), [=](const DataObject &child, int) { child.SetValidate(validate); });
+    const EnvironmentPointer environment = environmentForChildren();
+    handDownToChildren(HandDown(environment, HandDown::Validate));
 }
 
 void DataObject::SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const
 {
-    IRGObject::SetLogger(logger);
-    if (m_block && m_info->hasChildren)
-        forEachChild(*m_info, block(), [&](const DataObject &child, int) { child.SetLogger(logger); });
+    IRGObject::SetLogger(std::move(logger));
+    const EnvironmentPointer environment = environmentForChildren();
+    handDownToChildren(HandDown(environment, HandDown::Logger));
 }
 
 void DataObject::SetObjectType(REPORTGENERATOR::ObjectTypes) { }
 
-void DataObject::takeLogger(const std::shared_ptr<REPORTGENERATOR::Logger> &logger) const
-{
-    IRGObject::SetLogger(logger);
-}
-
 void DataObject::handOver() const
 {
-    SetValidate(GetValidate());
-    SetLogger(GetLogger());
+    if (isOfDerivedClass()) {
+        SetValidate(GetValidate());
+        SetLogger(GetLogger());
+    } else {
+        const EnvironmentPointer environment = environmentForChildren();
+        handDownToChildren(HandDown(environment, HandDown::Both));
+    }
 }
 
-void DataObject::handOverOnce() const
+void DataObject::handDownToChildren(const HandDown &handDown) const
 {
-    if (m_reading == Reading::HandedOver)
+    if (!m_block || info().children == 0)
         return;
-    handOver();
-    if (m_reading == Reading::NothingHandedOver)
-        m_reading = Reading::HandedOver;
+    Block &own = block();
+    auto hand = [&](const DataObject &child, int) { child.takeDown(handDown); };
+    info().forEach(info().children, [&](const Member &member) { member.forEachChild(own, ChildAction(hand)); });
+}
+
+void DataObject::takeDown(const HandDown &handDown) const
+{
+    handDown.change(*this);
+    if (m_block && info().children != 0)
+        handDownToChildren(handDown);
 }
 
 // --- Check -----------------------------------------------------------------------------------------------------------
 
 void DataObject::Check(bool flag) const
 {
-    handOver();
-    checkTree(flag);
+    if (isOfDerivedClass()) {
+        handOver();
+        checkTree(flag, nullptr);
+        return;
+    }
+    try {
+        const EnvironmentPointer environment = environmentForChildren();
+        checkTree(flag, &environment); // one walk for both
+    } catch (...) {
+        handOver(); // what a check does not reach is told all the same
+        throw;
+    }
 }
 
 void DataObject::Check() const
@@ -230,15 +251,40 @@ void DataObject::Check() const
     Check(false);
 }
 
-void DataObject::checkTree(bool flag) const
+void DataObject::checkTree(bool flag, const EnvironmentPointer *handedDown) const
 {
     Block &own = block();
-    auto checkChild = [=](const DataObject &child, int) { child.checkTree(flag); };
-    for (const Member *member : m_info->bitOrder()) {
+    const ClassInfo &info = this->info();
+    const quint16 set = own.flags.all();
+    bool isGood = (set & info.mandatory) == info.mandatory;
+    info.forEach(set & info.mayHoldTheInvalid,
+                 [&](const Member &member) { isGood = isGood && !member.holdsTheInvalid(own); });
+    if (!isGood)
+        checkMemberByMember(flag, handedDown, own);
+    info.forEach(info.children, [&](const Member &member) { checkChildren(member, flag, handedDown, own); });
+}
+
+// Something is wrong with a member. A child of a member in front of it comes first, if something is wrong there too.
+void DataObject::checkMemberByMember(bool flag, const EnvironmentPointer *handedDown, Block &own) const
+{
+    for (const Member *member : info().bitOrder()) {
         member->check(*this, own);
-        if (member->isSet(own))
-            member->forEachChild(own, ChildAction(checkChild));
+        checkChildren(*member, flag, handedDown, own);
     }
+}
+
+void DataObject::checkChildren(const Member &member, bool flag, const EnvironmentPointer *handedDown, Block &own) const
+{
+    const bool isSet = member.isSet(own);
+    auto check = [=](const DataObject &child, int) {
+        if (handedDown)
+            child.takeEnvironment(*handedDown);
+        if (isSet)
+            child.checkTree(flag, handedDown);
+        else if (handedDown)
+            child.handDownToChildren(HandDown(*handedDown, HandDown::Both));
+    };
+    member.forEachChild(own, ChildAction(check));
 }
 
 QVector<Problem> DataObject::GetProblems() const
@@ -259,7 +305,7 @@ void DataObject::collectProblems(const QStringList &path, QVector<Problem> &prob
             problems.append({path, e.GetMessageText()});
         }
     };
-    for (const Member *member : m_info->bitOrder()) {
+    for (const Member *member : info().bitOrder()) {
         collect([&] { member->check(*this, own); });
         auto checkChild = [&](const DataObject &child, int index) {
             const int before = problems.size();
@@ -276,7 +322,7 @@ void DataObject::collectProblems(const QStringList &path, QVector<Problem> &prob
 QString DataObject::label(int index) const
 {
     if (m_block) {
-        for (const Member *member : m_info->bitOrder()) {
+        for (const Member *member : info().bitOrder()) {
             const QString identification = member->identification(*m_block);
             if (!identification.isEmpty())
                 return GetObjectName() + QStringLiteral(" \"") + identification + QLatin1Char('"');
@@ -290,20 +336,24 @@ QString DataObject::label(int index) const
 // Check() hands over; asking it first, and not both, keeps writing at one walk over the tree.
 bool DataObject::mayWrite() const
 {
-    if (GetValidate())
+    const bool validate = GetValidate();
+    if (validate)
         Check();
     else
         handOver();
-    return mayWriteNested(true);
+    if (validate && !HasData())
+        return false;
+    block();
+    return true;
 }
 
 // For an object whose tree has been handed flag and logger. Where the parent's check included it, checking again
 // at every level would be work times depth.
 bool DataObject::mayWriteNested(bool checkedByParent) const
 {
-    if (GetValidate()) {
+    if (environment().validate) {
         if (!checkedByParent)
-            checkTree(false);
+            checkTree(false, nullptr);
         if (!HasData())
             return false;
     }
@@ -313,56 +363,78 @@ bool DataObject::mayWriteNested(bool checkedByParent) const
 
 void DataObject::GetXml(QXmlStreamWriter &writer) const
 {
-    if (mayWrite())
-        writeElement(writer);
+    if (!mayWrite())
+        return;
+    XmlOutput output(writer);
+    writeElement(output);
 }
 
-void DataObject::writeNestedXml(QXmlStreamWriter &writer, bool checkedByParent) const
+void DataObject::writeNestedXml(XmlOutput &output, bool checkedByParent) const
 {
     if (mayWriteNested(checkedByParent))
-        writeElement(writer);
+        writeElement(output);
 }
 
-void DataObject::writeElement(QXmlStreamWriter &writer) const
+void DataObject::writeElement(XmlOutput &output) const
 {
-    writer.writeStartElement(GetObjectName());
-    writeMembers(writer);
-    writer.writeEndElement();
+    output.writeStartElement(GetObjectName());
+    writeMembers(output);
+    output.writeEndElement();
 }
 
-void DataObject::writeMembers(QXmlStreamWriter &writer) const
+void DataObject::writeMembers(XmlOutput &output) const
 {
     Block &own = block();
-    for (const Member *member : m_info->writtenOrder())
-        member->writeXml(*this, own, writer);
+    for (const Member *member : info().writtenOrder())
+        member->writeXml(*this, own, output);
 }
 
-/// While the content of an object is read, exceptions or not: the object is marked, and the reader does not process
-/// namespaces. It looks each name up among all that are declared around it, and unknown elements can be nested without
-/// end.
+/// While the content of an object is read, exceptions or not: it is known whether the object has handed over, and the
+/// reader does not process namespaces. It looks each name up among all that are declared around it, and unknown
+/// elements can be nested without end.
 class DataObject::ReadingContent
 {
 public:
     ReadingContent(const DataObject &object, QXmlStreamReader &reader)
-        : m_object(object), m_reader(reader), m_before(object.m_reading), m_namespaces(reader.namespaceProcessing())
+        : m_object(object), m_reader(reader), m_outer(innermost), m_namespaces(reader.namespaceProcessing())
     {
-        m_object.m_reading = Reading::NothingHandedOver;
-        m_reader.setNamespaceProcessing(false);
+        innermost = this;
+        if (m_namespaces)
+            m_reader.setNamespaceProcessing(false);
     }
     ReadingContent(const ReadingContent &) = delete;
     ReadingContent &operator=(const ReadingContent &) = delete;
     ~ReadingContent()
     {
-        m_object.m_reading = m_before;
-        m_reader.setNamespaceProcessing(m_namespaces);
+        innermost = m_outer;
+        if (m_namespaces)
+            m_reader.setNamespaceProcessing(true);
+    }
+
+    /// Whether this is the first time that the object asks while it is read; always true if it is not.
+    static bool isFirstTime(const DataObject &object)
+    {
+        return !innermost || &innermost->m_object != &object || !std::exchange(innermost->m_handedOver, true);
     }
 
 private:
+    // Objects have no room for what matters only while they are read.
+    static thread_local ReadingContent *innermost;
+
     const DataObject &m_object;
     QXmlStreamReader &m_reader;
-    Reading m_before;
-    bool m_namespaces;
+    ReadingContent *const m_outer;
+    const bool m_namespaces;
+    bool m_handedOver = false;
 };
+
+thread_local DataObject::ReadingContent *DataObject::ReadingContent::innermost = nullptr;
+
+void DataObject::handOverOnce() const
+{
+    if (ReadingContent::isFirstTime(*this))
+        handOver();
+}
 
 void DataObject::ProcessXml(QXmlStreamReader &reader)
 {
@@ -371,21 +443,46 @@ void DataObject::ProcessXml(QXmlStreamReader &reader)
     readContent(reader);
 }
 
+// The reader's attributes are given back before it reads on: what holds on to them makes it copy them.
 void DataObject::readAttributes(QXmlStreamReader &reader)
 {
     const QXmlStreamAttributes attributes = reader.attributes();
-    if (attributes.isEmpty())
-        return;
-    for (const Member *member : m_info->writtenOrder()) {
-        if (member->has(Attribute) && attributes.hasAttribute(member->name()))
-            member->readXmlAttribute(*this, attributes.value(member->name()).toString());
+    const int count = attributes.size();
+    int next = 0; // as objects write them: each where it is expected
+    for (const Member *member : info().attributes()) {
+        int at = next;
+        while (at < count && !member->isNamed(attributes.at(at).qualifiedName()))
+            ++at;
+        if (at == count) { // not behind the one found last, but perhaps in front of it
+            at = 0;
+            while (at < next && !member->isNamed(attributes.at(at).qualifiedName()))
+                ++at;
+            if (at == next)
+                continue;
+        }
+        member->readXmlAttribute(*this, attributes.at(at).value());
+        next = at + 1;
     }
 }
 
 void DataObject::readContent(QXmlStreamReader &reader)
 {
     const ReadingContent reading(*this, reader);
+    const quint16 lists = listsToFill();
     IRGObject::ProcessXml(reader);
+    squeeze(lists);
+}
+
+// Lists to which something is added again and again keep their room: they would grow item by item otherwise.
+quint16 DataObject::listsToFill() const
+{
+    return quint16(info().children & ~block().flags.all());
+}
+
+void DataObject::squeeze(quint16 lists)
+{
+    Block &own = block();
+    info().forEach(lists, [&](const Member &member) { member.squeeze(own); });
 }
 
 void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
@@ -398,10 +495,13 @@ void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
 
 bool DataObject::readMemberElement(QXmlStreamReader &reader)
 {
-    for (const Member *member : m_info->writtenOrder()) {
-        if (reader.name() == member->name()) {
-            member->readXmlElement(*this, reader);
-            return true;
+    const QStringView name = reader.name();
+    for (const ClassInfo::Rows &rows : {info().elements(), info().attributes()}) { // elements are what is expected
+        for (const Member *member : rows) {
+            if (member->isNamed(name)) {
+                member->readXmlElement(*this, reader);
+                return true;
+            }
         }
     }
     return false;
@@ -422,7 +522,7 @@ bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
 {
     if (!mayWrite())
         return false;
-    RecordWriter writer(stream);
+    BinaryWriter writer(stream);
     const auto record = writeTag ? writer.begin(quint32(tag)) : writer.beginUntagged();
     writeMemberRecords(writer);
     writer.end(record);
@@ -430,7 +530,7 @@ bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
     return true;
 }
 
-void DataObject::writeNestedRecord(RecordWriter &writer, bool checkedByParent) const
+void DataObject::writeNestedRecord(BinaryWriter &writer, bool checkedByParent) const
 {
     if (!mayWriteNested(checkedByParent))
         return;
@@ -439,7 +539,7 @@ void DataObject::writeNestedRecord(RecordWriter &writer, bool checkedByParent) c
     writer.end(record);
 }
 
-void DataObject::writeNestedRecord(RecordWriter &writer, quint32 tag, bool checkedByParent) const
+void DataObject::writeNestedRecord(BinaryWriter &writer, quint32 tag, bool checkedByParent) const
 {
     if (!mayWriteNested(checkedByParent))
         return;
@@ -448,43 +548,44 @@ void DataObject::writeNestedRecord(RecordWriter &writer, quint32 tag, bool check
     writer.end(record);
 }
 
-void DataObject::writeMemberRecords(RecordWriter &writer) const
+void DataObject::writeMemberRecords(BinaryWriter &writer) const
 {
     Block &own = block();
-    for (const Member *member : m_info->writtenOrder())
+    for (const Member *member : info().writtenOrder())
         member->writeRecord(*this, own, writer);
 }
 
 void DataObject::SetBinary(QDataStream &stream, int length)
 {
     handOver();
-    readRecord(stream, length);
+    BinaryReader reader(stream);
+    readRecord(reader, length);
 }
 
-void DataObject::readRecord(QDataStream &stream, qint32 length)
+void DataObject::readRecord(BinaryReader &reader, qint32 length)
 {
-    block();
-    RecordReader reader(stream, *this);
+    const quint16 lists = listsToFill();
     qint64 remainder = length; // 64 bits: no length word of a hostile record can make it wrap
-    while (remainder > 0 && !stream.atEnd()) {
-        const auto tag = reader.read<quint32>();
-        const auto memberLength = reader.read<qint32>();
+    while (remainder > 0 && !reader.atEnd()) {
+        const auto tag = reader.read<quint32>(*this);
+        const auto memberLength = reader.read<qint32>(*this);
         remainder -= 8 + qint64(memberLength);
         readMemberRecord(reader, tag, memberLength);
     }
     if (remainder != 0)
         Errors::wrongLength(*this);
+    squeeze(lists);
 }
 
-void DataObject::readMemberRecord(RecordReader &reader, quint32 tag, qint32 length)
+void DataObject::readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length)
 {
-    for (const Member *member : m_info->writtenOrder()) {
+    for (const Member *member : info().writtenOrder()) {
         if (member->tag() == tag) {
             member->readRecord(*this, reader, length);
             return;
         }
     }
-    reader.skip(length, tag);
+    reader.skip(*this, length, tag);
 }
 
 // --- Snapshots -------------------------------------------------------------------------------------------------------
@@ -492,57 +593,62 @@ void DataObject::readMemberRecord(RecordReader &reader, quint32 tag, qint32 leng
 void DataObject::GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const
 {
     block();
-    writeSnapshot(stream);
+    BinaryWriter writer(stream);
+    writeSnapshot(writer);
+    writer.flushTo(stream);
 }
 
 void DataObject::SetVersionSpecificBinaryWithoutValidation(QDataStream &stream)
 {
     block();
-    readSnapshot(stream);
+    BinaryReader reader(stream);
+    readSnapshot(reader);
 }
 
-void DataObject::writeSnapshot(QDataStream &stream) const
+void DataObject::writeSnapshot(BinaryWriter &writer) const
 {
-    writeSnapshotFlags(stream);
-    writeSnapshotMembers(stream);
+    writeSnapshotFlags(writer);
+    writeSnapshotMembers(writer);
 }
 
-bool DataObject::readSnapshot(QDataStream &stream)
+bool DataObject::readSnapshot(BinaryReader &reader)
 {
-    return readSnapshotFlags(stream) && readSnapshotMembers(stream);
+    return readSnapshotFlags(reader) && readSnapshotMembers(reader);
 }
 
-void DataObject::writeSnapshotFlags(QDataStream &stream) const
+void DataObject::writeSnapshotFlags(BinaryWriter &writer) const
 {
     const SetFlags &flags = block().flags;
-    stream << flags.byte(0);
-    if (m_info->memberCount > 8)
-        stream << flags.byte(1);
+    writer.put(flags.byte(0));
+    if (info().memberCount > 8)
+        writer.put(flags.byte(1));
 }
 
-bool DataObject::readSnapshotFlags(QDataStream &stream)
+bool DataObject::readSnapshotFlags(BinaryReader &reader)
 {
     quint8 first = 0;
     quint8 second = 0;
-    if (!readIfThere(stream, first) || (m_info->memberCount > 8 && !readIfThere(stream, second)))
+    if (!reader.take(first) || (info().memberCount > 8 && !reader.take(second)))
         return false;
-    block().flags.setBytes(first, second, m_info->memberCount);
+    block().flags.setBytes(first, second, info().memberCount);
     return true;
 }
 
-void DataObject::writeSnapshotMembers(QDataStream &stream) const
+void DataObject::writeSnapshotMembers(BinaryWriter &writer) const
 {
     Block &own = block();
-    for (const Member *member : m_info->bitOrder())
-        member->writeSnapshot(*this, own, stream);
+    for (const Member *member : info().bitOrder())
+        member->writeSnapshot(*this, own, writer);
 }
 
-bool DataObject::readSnapshotMembers(QDataStream &stream)
+bool DataObject::readSnapshotMembers(BinaryReader &reader)
 {
-    for (const Member *member : m_info->bitOrder()) {
-        if (!member->readSnapshot(*this, stream))
+    const quint16 lists = info().children; // whose flags have been read already
+    for (const Member *member : info().bitOrder()) {
+        if (!member->readSnapshot(*this, reader))
             return false;
     }
+    squeeze(lists);
     return true;
 }
 

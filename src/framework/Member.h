@@ -7,11 +7,14 @@
 #include <jobxml/DataObject.h>
 #include <jobxml/Visitor.h>
 
+#include "framework/Binary.h"
 #include "framework/Block.h"
 #include "framework/Errors.h"
-#include "framework/Records.h"
+#include "framework/Text.h"
 
 namespace JobXml {
+
+class XmlOutput;
 
 /// What a row of a table says about its member.
 enum Traits : unsigned {
@@ -24,7 +27,10 @@ enum Traits : unsigned {
     ComparedByRightFlag = 1 << 5, ///< a list that equals an unset one when it is empty, set or not
     NullPassesIsValid = 1 << 6, ///< a text whose IsValid says yes to null, although its setter refuses it
     Identifies = 1 << 7, ///< a text that tells the object from its siblings, for the paths of problems
-    HoldsChildren = 1 << 8, ///< said by the row types of child objects, not by the tables
+    // Said by the kinds of rows and by the codecs, not by the tables:
+    HoldsChildren = 1 << 8,
+    PresentByValue = 1 << 9, ///< presence is not a matter of the flag alone
+    MayHoldTheInvalid = 1 << 10, ///< there are values that it must not hold when it is checked
 };
 
 constexpr Traits operator|(Traits left, Traits right)
@@ -58,6 +64,9 @@ class Member
 public:
     int bit() const { return m_bit; }
     QLatin1String name() const { return QLatin1String(m_name); }
+    /// The name as a QString that costs nothing.
+    QString text() const { return m_text.string(); }
+    bool isNamed(QStringView name) const { return name == m_text.view(); }
     quint32 tag() const { return m_tag; }
     constexpr bool has(Traits traits) const { return (m_traits & traits) == traits; }
 
@@ -74,14 +83,24 @@ public:
     /// Compares the members of two objects, either of which may have no block.
     virtual bool equals(Block *left, Block *right) const = 0;
 
+    /// Whether it holds what it must not hold when it is checked.
+    virtual bool holdsTheInvalid(Block &) const { return false; }
+
     /// Throws if the member itself, children aside, may not stand as it does.
-    virtual void check(const DataObject &object, const Block &block) const = 0;
+    virtual void check(const DataObject &object, Block &block) const
+    {
+        if (isSet(block) ? holdsTheInvalid(block) : has(Mandatory))
+            Errors::notSet(object, name());
+    }
 
     /// Whether the child objects are written, once the object itself is.
     virtual bool writesChildren(const Block &block) const { return isSet(block); }
 
     /// Calls the action for each child object, written or not.
     virtual void forEachChild(Block &, const ChildAction &) const { }
+
+    /// Gives back room that was taken for items to come.
+    virtual void squeeze(Block &) const { }
 
     /// What a writer would say about a child that check() does not.
     virtual void checkForWriting(const DataObject &, const DataObject &) const { }
@@ -94,13 +113,13 @@ public:
     /// The text that tells the object from its siblings; null for all rows but the one with `Identifies`.
     virtual QString identification(const Block &) const { return QString(); }
 
-    virtual void writeXml(const DataObject &object, Block &block, QXmlStreamWriter &writer) const = 0;
-    virtual void readXmlAttribute(DataObject &, const QString &) const { }
+    virtual void writeXml(const DataObject &object, Block &block, XmlOutput &output) const = 0;
+    virtual void readXmlAttribute(DataObject &, QStringView) const { }
     virtual void readXmlElement(DataObject &object, QXmlStreamReader &reader) const = 0;
-    virtual void writeRecord(const DataObject &object, Block &block, RecordWriter &writer) const = 0;
-    virtual void readRecord(DataObject &object, RecordReader &reader, qint32 length) const = 0;
-    virtual void writeSnapshot(const DataObject &object, Block &block, QDataStream &stream) const = 0;
-    virtual bool readSnapshot(DataObject &object, QDataStream &stream) const = 0;
+    virtual void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
+    virtual void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const = 0;
+    virtual void writeSnapshot(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
+    virtual bool readSnapshot(DataObject &object, BinaryReader &reader) const = 0;
 
     // For the proof-reading of tables while they are compiled.
     constexpr int constantBit() const { return m_bit; }
@@ -108,13 +127,17 @@ public:
 
 protected:
     constexpr Member(int bit, const char *name, quint32 tag, Traits traits)
-        : m_name(name), m_tag(tag), m_traits(traits), m_bit(bit)
+        : m_name(name), m_text(name), m_tag(tag), m_traits(traits), m_bit(bit)
     {
     }
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
     // The rows' way into objects; DataObject has no other friend.
-    static Block &block(const DataObject &object) { return object.block(); }
+    static Block &block(const DataObject &object)
+    {
+        // The common case without a call; see DataObject::block().
+        return object.m_block && !object.m_block->isShared() ? *object.m_block : object.block();
+    }
     static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
     /// Reads the text of an element, or the whole of a child. False where the document breaks off: what has been read
     /// by then is not stored.
@@ -128,36 +151,51 @@ protected:
         child.ProcessXml(reader);
         return !reader.hasError();
     }
-    static void takeLogger(const DataObject &child, const DataObject &parent) { child.takeLogger(parent.GetLogger()); }
-    static void writeNestedXml(const DataObject &child, QXmlStreamWriter &writer, bool checked)
+    /// Flag and logger for a child that is about to be read.
+    static REPORTGENERATOR::EnvironmentPointer environmentForReading(const DataObject &object)
     {
-        child.writeNestedXml(writer, checked);
+        REPORTGENERATOR::EnvironmentPointer environment = object.environmentForChildren();
+        const bool validate = object.GetValidate();
+        if (environment->validate != validate)
+            environment = REPORTGENERATOR::EnvironmentPointer::make(validate, environment->logger);
+        return environment;
     }
-    static void writeNestedRecord(const DataObject &child, RecordWriter &writer, bool checked)
+    static void takeEnvironment(const DataObject &child, const REPORTGENERATOR::EnvironmentPointer &parents)
+    {
+        child.takeEnvironment(parents);
+    }
+    static void writeNestedXml(const DataObject &child, XmlOutput &output, bool checked)
+    {
+        child.writeNestedXml(output, checked);
+    }
+    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, bool checked)
     {
         child.writeNestedRecord(writer, checked);
     }
-    static void writeNestedRecord(const DataObject &child, RecordWriter &writer, quint32 tag, bool checked)
+    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, bool checked)
     {
         child.writeNestedRecord(writer, tag, checked);
     }
-    static void readNestedRecord(DataObject &child, RecordReader &reader, qint32 length)
+    static void readNestedRecord(DataObject &child, BinaryReader &reader, qint32 length)
     {
-        child.readRecord(reader.stream(), length);
+        child.readRecord(reader, length);
     }
-    static void writeNestedSnapshot(const DataObject &child, QDataStream &stream)
+    static void writeNestedSnapshot(const DataObject &child, BinaryWriter &writer)
     {
-        child.block();
-        child.writeSnapshot(stream);
+        block(child);
+        child.writeSnapshot(writer);
     }
-    static bool readNestedSnapshot(DataObject &child, QDataStream &stream)
+    static bool readNestedSnapshot(DataObject &child, BinaryReader &reader)
     {
-        child.block();
-        return child.readSnapshot(stream);
+        block(child);
+        return child.readSnapshot(reader);
     }
 
 private:
+    static constexpr int longestName = 20;
+
     const char *m_name;
+    JobXml::Text<longestName> m_text;
     quint32 m_tag;
     Traits m_traits;
     int m_bit;

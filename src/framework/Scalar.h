@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QXmlStreamReader>
-#include <QXmlStreamWriter>
-
 #include "framework/Codec.h"
 #include "framework/Member.h"
+#include "framework/XmlOutput.h"
 
 namespace JobXml {
 
@@ -14,7 +12,10 @@ template <class Data, class T>
 class Scalar : public FieldOf<Data, T>
 {
 public:
-    using FieldOf<Data, T>::FieldOf;
+    constexpr Scalar(int bit, const char *name, quint32 tag, T Data::*field, Traits traits)
+        : FieldOf<Data, T>(bit, name, tag, field, traits | Codec<T>::traits)
+    {
+    }
     using FieldOf<Data, T>::reset;
 
     T get(const DataObject &object) const { return this->field(Member::block(object)); }
@@ -43,11 +44,7 @@ public:
 
     void reset(Block &block) const override { this->field(block) = defaultValue(); }
 
-    void check(const DataObject &object, const Block &block) const override
-    {
-        if (this->isSet(block) ? !Codec<T>::isValid(this->field(block)) : this->has(Mandatory))
-            Errors::notSet(object, this->name());
-    }
+    bool holdsTheInvalid(Block &block) const override { return !Codec<T>::isValid(this->field(block)); }
 
     void merge(DataObject &object, const DataObject &other) const override
     {
@@ -62,20 +59,26 @@ public:
 
     QString identification(const Block &block) const override
     {
-        return this->has(Identifies) ? Codec<T>::text(this->field(block)) : QString();
+        if constexpr (std::is_same_v<T, QString>) {
+            if (this->has(Identifies))
+                return this->field(block);
+        }
+        return QString();
     }
 
-    void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
+    void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
         if (leftOut(block))
             return;
-        if (this->has(Attribute))
-            writer.writeAttribute(this->name(), Codec<T>::text(this->field(block)));
-        else
-            writer.writeTextElement(this->name(), Codec<T>::text(this->field(block)));
+        Codec<T>::giveText(this->field(block), [&](const auto &text) {
+            if (this->has(Attribute))
+                output.writeAttribute(this->text(), text);
+            else
+                output.writeTextElement(this->text(), text);
+        });
     }
 
-    void readXmlAttribute(DataObject &object, const QString &text) const override
+    void readXmlAttribute(DataObject &object, QStringView text) const override
     {
         set(object, Codec<T>::fromText(object, this->name(), text));
     }
@@ -87,33 +90,33 @@ public:
             readXmlAttribute(object, text);
     }
 
-    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (leftOut(block))
             return;
         const auto record = writer.begin(this->tag());
-        Codec<T>::writePayload(writer.payload(), this->field(block));
+        Codec<T>::writePayload(writer, this->field(block));
         writer.end(record);
     }
 
     // By the member's type, not by the length: a length that disagrees shows when the record's lengths are added up.
-    void readRecord(DataObject &object, RecordReader &reader, qint32) const override
+    void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
-        set(object, Codec<T>::readPayload(reader));
+        set(object, Codec<T>::readPayload(reader, object));
     }
 
-    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (!leftOut(block))
-            Codec<T>::writeSnapshot(stream, this->field(block));
+            Codec<T>::writeSnapshot(writer, this->field(block));
     }
 
-    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
     {
         Block &block = Member::block(object);
         if (leftOut(block) && !this->has(SnapshotReadAlways))
             return true;
-        return Codec<T>::readSnapshot(stream, this->field(block)); // the flag was read before, with all others
+        return Codec<T>::readSnapshot(reader, this->field(block)); // the flag was read before, with all others
     }
 
 private:

@@ -4,24 +4,39 @@
 #include <array>
 #include <cstddef>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
+
+#include <QtAlgorithms>
 
 #include "framework/Member.h"
 
 namespace JobXml {
 
 /// What DataObject has to know about a class: a constant made by describe().
-struct ClassInfo
+struct ClassInfo : REPORTGENERATOR::ObjectClass
 {
-    QString (*objectName)();
-    qint64 identifier;
+    const std::type_info &type; // of the class itself, not of what is derived from it
     const Member *const *inBitOrder; // check, snapshot
     const Member *const *inWrittenOrder; // attributes, then elements: XML, records, equality
     int memberCount;
-    bool hasChildren;
+    int attributeCount; // the first in written order
+    // Set flags as masks, bit for bit:
+    quint16 mandatory;
+    quint16 presentByValue;
+    quint16 mayHoldTheInvalid;
+    quint16 children;
     Block *(*create)();
     Block *(*clone)(const Block &block);
     void (*destroy)(Block *block);
+
+    /// Calls the function for each row in the mask, in bit order.
+    template <class Function>
+    void forEach(quint16 mask, Function &&function) const
+    {
+        for (unsigned rest = mask; rest != 0; rest &= rest - 1)
+            function(*inBitOrder[qCountTrailingZeroBits(rest)]);
+    }
 
     class Rows
     {
@@ -36,6 +51,8 @@ struct ClassInfo
     };
     Rows bitOrder() const { return Rows(inBitOrder, memberCount); }
     Rows writtenOrder() const { return Rows(inWrittenOrder, memberCount); }
+    Rows attributes() const { return Rows(inWrittenOrder, attributeCount); }
+    Rows elements() const { return Rows(inWrittenOrder + attributeCount, memberCount - attributeCount); }
 };
 
 /// The rows of a class in bit order, and the order of writing worked out from them.
@@ -95,13 +112,23 @@ constexpr bool tagsDiffer(const Table &table)
 }
 
 template <class Table>
-constexpr bool anyHas(const Table &table, Traits traits)
+constexpr quint16 maskOf(const Table &table, Traits traits)
 {
+    quint16 mask = 0;
     for (const Member *member : table.inBitOrder) {
         if (member->has(traits))
-            return true;
+            mask = quint16(mask | 1U << member->constantBit());
     }
-    return false;
+    return mask;
+}
+
+template <class Table>
+constexpr int countOf(const Table &table, Traits traits)
+{
+    int count = 0;
+    for (const Member *member : table.inBitOrder)
+        count += member->has(traits) ? 1 : 0;
+    return count;
 }
 
 struct Anything
@@ -133,26 +160,31 @@ constexpr std::size_t fieldCount()
 
 } // namespace ProofReading
 
-/// Describes a class by its table, proof-reading it. `otherFields` is how many fields of the struct are no members.
-template <const auto &table, std::size_t otherFields = 0>
-constexpr ClassInfo describe(QString (*objectName)(), qint64 identifier)
+/// Describes the class `Object` by its table, proof-reading it. `name` has to stand as long as the library.
+/// `otherFields` is how many fields of the struct are no members; less than 0 if one field holds several.
+template <class Object, const auto &table, int otherFields = 0>
+constexpr ClassInfo describe(const QString &name, qint64 identifier)
 {
     using Table = std::decay_t<decltype(table)>;
     using Data = typename Table::Members;
+    constexpr int fields = int(Table::size) + otherFields;
     static_assert(ProofReading::bitsCountUp(table), "this table's rows are not in bit order 0, 1, 2, ...");
     static_assert(ProofReading::tagsDiffer(table), "two rows of this table share a tag");
-    static_assert(ProofReading::fieldCount<Data>() <= Table::size + otherFields,
-                  "a member of the struct has no row in this table");
-    static_assert(ProofReading::fieldCount<Data>() >= Table::size + otherFields,
+    static_assert(int(ProofReading::fieldCount<Data>()) <= fields, "a member of the struct has no row in this table");
+    static_assert(int(ProofReading::fieldCount<Data>()) >= fields,
                   "two rows of this table stand for one member of the struct");
 
     return ClassInfo{
-        objectName,
-        identifier,
+        {name, identifier},
+        typeid(Object),
         table.inBitOrder.data(),
         table.inWrittenOrder.data(),
         int(Table::size),
-        ProofReading::anyHas(table, HoldsChildren),
+        ProofReading::countOf(table, Attribute),
+        ProofReading::maskOf(table, Mandatory),
+        ProofReading::maskOf(table, PresentByValue),
+        ProofReading::maskOf(table, MayHoldTheInvalid),
+        ProofReading::maskOf(table, HoldsChildren),
         []() -> Block * { return new BlockOf<Data>; },
         [](const Block &block) -> Block * { return new BlockOf<Data>(static_cast<const BlockOf<Data> &>(block)); },
         [](Block *block) { delete static_cast<BlockOf<Data> *>(block); }};

@@ -7,12 +7,15 @@
 namespace JobXml {
 
 /// What each class unit builds when the library is loaded and destroys, in the reverse order, when it is unloaded: the
-/// name of the version attribute and the names of the log levels. Nothing reads them; the units keep them so that
-/// loading and unloading stay as hosts know them.
+/// name of the version attribute and the names of the log levels, which nothing reads, but which the units keep so that
+/// loading and unloading stay as hosts know them; and the name of the class, to which all of its objects refer.
 struct UnitStatics
 {
+    explicit UnitStatics(const QString &name) : objectName(name) { }
+
     const QString version = QStringLiteral("Version");
     const QStringList levels{QStringLiteral("ERROR"), QStringLiteral("WARNING"), QStringLiteral("INFO")};
+    const QString objectName;
 };
 
 } // namespace JobXml

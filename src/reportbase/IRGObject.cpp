@@ -11,8 +11,34 @@
 
 namespace REPORTGENERATOR {
 
-IRGObject::IRGObject() = default;
-IRGObject::IRGObject(ObjectTypes type) : m_objectType(type) { }
+namespace {
+
+const QString noName;
+constexpr ObjectClass noClass{noName, 0};
+
+} // namespace
+
+IRGObject::IRGObject() : IRGObject(noClass) { }
+
+IRGObject::IRGObject(ObjectTypes type) : IRGObject(noClass)
+{
+    changeOwn([=](Environment::Own &own) { own.type = type; });
+}
+
+IRGObject::IRGObject(const ObjectClass &objectClass) noexcept
+    : m_class(&objectClass), m_environment(EnvironmentPointer::plain(true))
+{
+}
+
+IRGObject::IRGObject(CopyOf, const IRGObject &other)
+    : m_class(other.m_class), m_environment(EnvironmentPointer::plain(other.GetValidate()))
+{
+    // The const_cast is for GetObjectType(), which is not const although it reads only.
+    const ObjectTypes type = const_cast<IRGObject &>(other).GetObjectType();
+    if (type != ObjectTypes::Undefined)
+        changeOwn([=](Environment::Own &own) { own.type = type; });
+}
+
 IRGObject::~IRGObject() = default;
 
 bool IRGObject::IsValid(float value) const
@@ -90,49 +116,96 @@ bool IRGObject::MergeRGObject(const IRGObject &)
     return false;
 }
 
+// --- What the object was told ----------------------------------------------------------------------------------------
+
+/// Gives the object an environment with a changed part of its own.
+template <class Change>
+void IRGObject::changeOwn(Change change) const
+{
+    const Environment &old = *m_environment;
+    auto own = old.own ? std::make_unique<Environment::Own>(*old.own) : std::make_unique<Environment::Own>();
+    change(*own);
+    m_environment = EnvironmentPointer::make(old.validate, old.logger, std::move(own));
+}
+
 ObjectTypes IRGObject::GetObjectType()
 {
-    return m_objectType;
+    return m_environment->own ? m_environment->own->type : ObjectTypes::Undefined;
 }
 
 void IRGObject::SetObjectType(ObjectTypes type)
 {
-    m_objectType = type;
+    changeOwn([=](Environment::Own &own) { own.type = type; });
 }
 
 const QString &IRGObject::GetObjectName() const
 {
-    return m_objectName;
+    const auto &own = m_environment->own;
+    return own && own->isNamed ? own->name : m_class->name;
 }
 
 void IRGObject::SetObjectName(const QString &name)
 {
-    m_objectName = name;
-}
-
-void IRGObject::SetValidate(bool validate) const
-{
-    m_validate = validate;
+    changeOwn([&](Environment::Own &own) {
+        own.isNamed = true;
+        own.name = name;
+    });
 }
 
 bool IRGObject::GetValidate() const
 {
-    return m_validate;
-}
-
-void IRGObject::SetLogger(std::shared_ptr<Logger> logger) const
-{
-    m_logger = std::move(logger);
-}
-
-void IRGObject::ResetLogger() const
-{
-    m_logger.reset();
+    return m_environment->validate;
 }
 
 std::shared_ptr<Logger> IRGObject::GetLogger() const
 {
-    return m_logger;
+    return m_environment->logger;
+}
+
+void IRGObject::SetValidate(bool validate) const
+{
+    takeOther(validate, m_environment->logger, m_environment);
+}
+
+void IRGObject::SetLogger(std::shared_ptr<Logger> logger) const
+{
+    takeOther(m_environment->validate, logger, m_environment);
+}
+
+void IRGObject::ResetLogger() const
+{
+    takeOther(m_environment->validate, nullptr, m_environment);
+}
+
+EnvironmentPointer IRGObject::environmentForChildren() const
+{
+    const Environment &all = *m_environment;
+    return all.own ? EnvironmentPointer::make(all.validate, all.logger) : m_environment;
+}
+
+void IRGObject::takeOtherEnvironment(const EnvironmentPointer &parents) const
+{
+    takeOther(parents->validate, parents->logger, parents);
+}
+
+void IRGObject::takeValidate(const EnvironmentPointer &parents) const
+{
+    takeOther(parents->validate, m_environment->logger, parents);
+}
+
+void IRGObject::takeLogger(const EnvironmentPointer &parents) const
+{
+    takeOther(m_environment->validate, parents->logger, parents);
+}
+
+void IRGObject::takeOther(bool validate, const std::shared_ptr<Logger> &logger, const EnvironmentPointer &parents) const
+{
+    const Environment &old = *m_environment;
+    if (!old.own && !parents->own && parents->validate == validate && parents->logger == logger)
+        m_environment = parents;
+    else if (old.validate != validate || old.logger != logger)
+        m_environment = EnvironmentPointer::make(
+            validate, logger, old.own ? std::make_unique<const Environment::Own>(*old.own) : nullptr);
 }
 
 const QString &IRGObject::GetVersion() const
@@ -143,12 +216,19 @@ const QString &IRGObject::GetVersion() const
 
 QString IRGObject::GetErrorString() const
 {
-    return m_errorString;
+    return m_environment->own ? m_environment->own->error : QString();
+}
+
+void IRGObject::clearError() const
+{
+    if (m_environment->own)
+        changeOwn([](Environment::Own &own) { own.error = QString(); });
 }
 
 void IRGObject::ProcessXml(QXmlStreamReader &reader)
 {
-    const QString ownName = reader.name().toString();
+    // Nearly always the object's own name, which there is already.
+    const QString ownName = reader.name() == GetObjectName() ? GetObjectName() : reader.name().toString();
     // A reader in error is not at its end as long as its device claims to have more.
     while (!reader.atEnd() && !reader.hasError()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
@@ -174,8 +254,8 @@ int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const
 
 bool IRGObject::fail(const QString &text) const
 {
-    m_errorString = text;
-    if (const std::shared_ptr<Logger> logger = m_logger)
+    changeOwn([&](Environment::Own &own) { own.error = text; });
+    if (const std::shared_ptr<Logger> logger = m_environment->logger)
         logger->Log(Logger::Severity::Error, text);
     return false;
 }

@@ -34,7 +34,7 @@ QByteArray composeCompressed(const IRGObject &object, qint64 classIdentifier, co
 
 bool IRGObject::SetBinaryRepresentation(QByteArray &representation)
 {
-    m_errorString = QString();
+    clearError();
     Framing::MemoryStream memory(representation, Framing::OwnSettings);
     const QString failure = readRepresentation(memory.stream(), true);
     return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
@@ -42,14 +42,14 @@ bool IRGObject::SetBinaryRepresentation(QByteArray &representation)
 
 bool IRGObject::SetBinaryRepresentation(QDataStream &stream)
 {
-    m_errorString = QString();
+    clearError();
     const QString failure = readRepresentation(stream, false);
     return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
 }
 
 bool IRGObject::LoadBinary(QFile *file)
 {
-    m_errorString = QString();
+    clearError();
     const FileForReading access(file);
     if (!access.openFailure().isNull())
         return fail(access.openFailure());
@@ -66,7 +66,7 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
 {
     QByteArray members;
     try {
-        members = Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(),
+        members = Framing::takeMembers(stream, quint32(m_class->identifier), GetObjectName(),
                                        toTheEnd ? Framing::Behind::Nothing : Framing::Behind::Anything);
     } catch (const Framing::Refusal &refusal) {
         return refusal.why;
@@ -85,22 +85,23 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
 
 void IRGObject::GetBinaryRepresentation(QDataStream &stream) const
 {
-    m_errorString = QString();
-    const QByteArray plain = composePlain(*this, m_classIdentifier, Framing::Settings::of(stream));
+    clearError();
+    const QByteArray plain = composePlain(*this, m_class->identifier, Framing::Settings::of(stream));
     stream.writeRawData(plain.constData(), plain.size());
 }
 
 QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
 {
-    m_errorString = QString();
-    return composePlain(*this, m_classIdentifier, Framing::OwnSettings);
+    clearError();
+    return composePlain(*this, m_class->identifier, Framing::OwnSettings);
 }
 
 void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level) const
 {
-    m_errorString = QString();
+    clearError();
     try {
-        const QByteArray compressed = composeCompressed(*this, m_classIdentifier, Framing::Settings::of(stream), level);
+        const QByteArray compressed =
+            composeCompressed(*this, m_class->identifier, Framing::Settings::of(stream), level);
         stream.writeRawData(compressed.constData(), compressed.size());
     } catch (const Framing::Refusal &refusal) {
         fail(FailureTexts::at(FailureTexts::binaryData(), refusal.why));
@@ -116,15 +117,15 @@ QByteArray IRGObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
 
 bool IRGObject::SaveBinary(const QString &path) const
 {
-    m_errorString = QString();
-    return save(path, composePlain(*this, m_classIdentifier, Framing::OwnSettings));
+    clearError();
+    return save(path, composePlain(*this, m_class->identifier, Framing::OwnSettings));
 }
 
 bool IRGObject::SaveCompressedBinary(const QString &path, int level) const
 {
-    m_errorString = QString();
+    clearError();
     try {
-        return save(path, composeCompressed(*this, m_classIdentifier, Framing::OwnSettings, level));
+        return save(path, composeCompressed(*this, m_class->identifier, Framing::OwnSettings, level));
     } catch (const Framing::Refusal &refusal) {
         return fail(FailureTexts::at(path, refusal.why));
     }

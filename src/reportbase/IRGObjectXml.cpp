@@ -65,7 +65,7 @@ bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
 
 bool IRGObject::SetXmlString(const QString &xml, bool validate)
 {
-    m_errorString = QString();
+    clearError();
     SetValidate(validate);
     XmlWatch watch;
     QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
@@ -83,7 +83,7 @@ bool IRGObject::LoadXml(const QString &path)
 
 bool IRGObject::LoadXml(QFile *file)
 {
-    m_errorString = QString();
+    clearError();
     const FileForReading access(file);
     if (!access.openFailure().isNull())
         return fail(access.openFailure());
@@ -121,7 +121,7 @@ QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
 
 QString IRGObject::GetXmlString()
 {
-    m_errorString = QString();
+    clearError();
     const XmlComposition composition = composeXml(*this);
     if (composition.lineOfLostText != 0) {
         fail(FailureTexts::at(FailureTexts::xmlText(), FailureTexts::characterNotForXml(composition.lineOfLostText)));
@@ -132,7 +132,7 @@ QString IRGObject::GetXmlString()
 
 bool IRGObject::SaveXml(const QString &path) const
 {
-    m_errorString = QString();
+    clearError();
     const XmlComposition composition = composeXml(*this);
     if (composition.lineOfLostText != 0)
         return fail(FailureTexts::at(path, FailureTexts::characterNotForXml(composition.lineOfLostText)));

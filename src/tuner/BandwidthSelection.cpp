@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("BandwidthSelection"));
 
 struct BandwidthSelectionData
 {
@@ -24,7 +24,7 @@ constexpr Scalar MaxBandwidth{1, "MaxBandwidth", 0xA723FFDA, &BandwidthSelection
 } // namespace row
 
 constexpr Table members{row::Name, row::MaxBandwidth};
-constexpr ClassInfo bandwidthSelection = describe<members>(&BandwidthSelection::GetStaticObjectName, 0x09F7EAA9);
+constexpr ClassInfo bandwidthSelection = describe<BandwidthSelection, members>(unitStatics.objectName, 0x09F7EAA9);
 // clang-format on
 
 } // namespace
@@ -42,7 +42,7 @@ bool BandwidthSelection::operator!=(const BandwidthSelection &other) const { ret
 void BandwidthSelection::swap(BandwidthSelection &other) noexcept { swapData(other); }
 
 qint64 BandwidthSelection::GetId() { return bandwidthSelection.identifier; }
-QString BandwidthSelection::GetStaticObjectName() { return QStringLiteral("BandwidthSelection"); }
+QString BandwidthSelection::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString BandwidthSelection::GetName() const                      { return row::Name.get(*this); }
 void BandwidthSelection::SetName(QString value)                  { row::Name.set(*this, std::move(value)); }

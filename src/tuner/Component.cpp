@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("Component"));
 
 struct ComponentData
 {
@@ -31,7 +31,7 @@ constexpr Scalar    optional{   4, "optional",    0x44E09811, &ComponentData::op
 } // namespace row
 
 constexpr Table members{row::Node, row::type, row::name, row::displayName, row::optional};
-constexpr ClassInfo component = describe<members>(&Component::GetStaticObjectName, 0x0ADD1857);
+constexpr ClassInfo component = describe<Component, members>(unitStatics.objectName, 0x0ADD1857);
 // clang-format on
 
 } // namespace
@@ -49,7 +49,7 @@ bool Component::operator!=(const Component &other) const { return !equals(other)
 void Component::swap(Component &other) noexcept { swapData(other); }
 
 qint64 Component::GetId() { return component.identifier; }
-QString Component::GetStaticObjectName() { return QStringLiteral("Component"); }
+QString Component::GetStaticObjectName() { return unitStatics.objectName; }
 
 QVector<Node> &Component::GetNode()                      { return row::Node.modify(*this); }
 const QVector<Node> &Component::GetNode() const          { return row::Node.get(*this); }

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("Node"));
 
 struct NodeData
 {
@@ -25,7 +25,7 @@ constexpr Scalar    id{       1, "id",        0x2B262DC9, &NodeData::id,        
 } // namespace row
 
 constexpr Table members{row::ValueItem, row::id};
-constexpr ClassInfo node = describe<members>(&Node::GetStaticObjectName, 0xC8131DB4);
+constexpr ClassInfo node = describe<Node, members>(unitStatics.objectName, 0xC8131DB4);
 // clang-format on
 
 } // namespace
@@ -43,7 +43,7 @@ bool Node::operator!=(const Node &other) const { return !equals(other); }
 void Node::swap(Node &other) noexcept { swapData(other); }
 
 qint64 Node::GetId() { return node.identifier; }
-QString Node::GetStaticObjectName() { return QStringLiteral("Node"); }
+QString Node::GetStaticObjectName() { return unitStatics.objectName; }
 
 QVector<ValueItem> &Node::GetValueItem()                      { return row::ValueItem.modify(*this); }
 const QVector<ValueItem> &Node::GetValueItem() const          { return row::ValueItem.get(*this); }

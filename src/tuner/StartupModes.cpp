@@ -4,11 +4,10 @@
 #include <algorithm>
 
 #include <QCoreApplication>
-#include <QDataStream>
-#include <QXmlStreamWriter>
 
 #include "framework/Member.h"
 #include "framework/Table.h"
+#include "framework/XmlOutput.h"
 #include "module/NameList.h"
 #include "module/UnitStatics.h"
 
@@ -16,7 +15,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("StartupModes"));
 
 const NameList modeNames({
     QStringLiteral("Scan"),
@@ -55,7 +54,10 @@ struct StartupModesData
 class ModeList final : public FieldOf<StartupModesData, ItemList<Mode>>
 {
 public:
-    using FieldOf::FieldOf;
+    constexpr ModeList(int bit, const char *name, quint32 tag, ItemList<Mode> StartupModesData::*field, Traits traits)
+        : FieldOf(bit, name, tag, field, traits | PresentByValue | MayHoldTheInvalid)
+    {
+    }
     using FieldOf::reset;
 
     // Every way to the modes owns them first, as with lists of objects: whoever found out later that nobody shares them
@@ -95,11 +97,10 @@ public:
         return FieldOf::equals(left, right);
     }
 
-    void check(const DataObject &object, const Block &block) const override
+    bool holdsTheInvalid(Block &block) const override
     {
-        const QVector<Mode> &modes = get(object);
-        if (!isSet(block) || !std::all_of(modes.begin(), modes.end(), isMode))
-            Errors::notSet(object, name());
+        const QVector<Mode> &modes = owned(block);
+        return !std::all_of(modes.begin(), modes.end(), isMode);
     }
 
     void merge(DataObject &object, const DataObject &other) const override
@@ -120,10 +121,10 @@ public:
             visitor.VisitValue(name(), modeNames.name(int(mode)), true);
     }
 
-    void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
+    void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
         for (const Mode mode : std::as_const(owned(block)))
-            writer.writeTextElement(name(), modeNames.name(int(mode)));
+            output.writeTextElement(text(), modeNames.name(int(mode)));
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
@@ -133,44 +134,44 @@ public:
             append(object, modeOf(text));
     }
 
-    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         const QVector<Mode> &modes = owned(block);
         const auto list = writer.begin(tag());
-        writer.payload() << qint32(modes.size());
+        writer.put(qint32(modes.size()));
         for (const Mode mode : modes) {
             const auto entry = writer.beginUntagged();
-            writer.payload() << modeNames.name(int(mode)).toUtf8();
+            writer.putUtf8(modeNames.name(int(mode)));
             writer.end(entry);
         }
         writer.end(list);
     }
 
-    void readRecord(DataObject &object, RecordReader &reader, qint32) const override
+    void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
-        const auto count = reader.read<qint32>();
+        const auto count = reader.read<qint32>(object);
         for (qint32 i = 0; i < count; ++i) {
-            reader.read<qint32>(); // the entry's length, which its text repeats
-            append(object, modeOf(reader.readText()));
+            reader.read<qint32>(object); // the entry's length, which its text repeats
+            append(object, modeOf(reader.readText(object)));
         }
     }
 
-    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         const QVector<Mode> &modes = owned(block);
-        stream << qint32(modes.size());
+        writer.put(qint32(modes.size()));
         for (const Mode mode : modes)
-            stream << qint8(mode);
+            writer.put(qint8(mode));
     }
 
-    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
     {
         qint32 count = 0;
-        if (!readIfThere(stream, count))
+        if (!reader.take(count))
             return false;
         for (qint32 i = 0; i < count; ++i) {
             qint8 mode = 0;
-            if (!readIfThere(stream, mode))
+            if (!reader.take(mode))
                 return false;
             append(object, Mode(mode));
         }
@@ -194,7 +195,7 @@ constexpr ModeList StartupMode{0, "StartupMode", 0x627B74CE, &StartupModesData::
 } // namespace row
 
 constexpr Table members{row::StartupMode};
-constexpr ClassInfo startupModes = describe<members, 1>(&StartupModes::GetStaticObjectName, 0xA7563754);
+constexpr ClassInfo startupModes = describe<StartupModes, members, 1>(unitStatics.objectName, 0xA7563754);
 // clang-format on
 
 } // namespace
@@ -212,7 +213,7 @@ bool StartupModes::operator!=(const StartupModes &other) const { return !equals(
 void StartupModes::swap(StartupModes &other) noexcept { swapData(other); }
 
 qint64 StartupModes::GetId() { return startupModes.identifier; }
-QString StartupModes::GetStaticObjectName() { return QStringLiteral("StartupModes"); }
+QString StartupModes::GetStaticObjectName() { return unitStatics.objectName; }
 
 QVector<Mode> &StartupModes::GetStartupMode()                 { return row::StartupMode.modify(*this); }
 const QVector<Mode> &StartupModes::GetStartupMode() const     { return row::StartupMode.get(*this); }

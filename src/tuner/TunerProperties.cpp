@@ -2,9 +2,7 @@
 #include <jobxml/TunerProperties.h>
 
 #include <QCoreApplication>
-#include <QDataStream>
 #include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 
 #include "framework/ChildList.h"
 #include "framework/Scalar.h"
@@ -16,7 +14,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("TunerProperties"));
 
 const NameList typeNames({
     QStringLiteral("MCP"),
@@ -40,26 +38,35 @@ Type typeOf(const QString &name)
 template <>
 struct Codec<Type> : CodecDefaults<Type>
 {
+    static constexpr Traits traits = MayHoldTheInvalid;
+
     static bool isValid(Type value) { return typeNames.holds(int(value)); }
     [[noreturn]] static void refuse(const DataObject &, QLatin1String member)
     {
         Errors::invalidEnumGiven(TunerProperties::GetStaticObjectName(), member);
     }
-    static QVariant variant(Type value) { return text(value); }
+    static QVariant variant(Type value) { return nameOf(value); }
 
-    static QString text(Type value) { return typeNames.name(int(value)); }
-    static Type fromText(const DataObject &, QLatin1String, const QString &text) { return typeOf(text); }
-    static void writePayload(QDataStream &stream, Type value) { stream << text(value).toUtf8(); }
-    static Type readPayload(RecordReader &reader) { return typeOf(reader.readText()); }
-    static void writeSnapshot(QDataStream &stream, Type value) { stream << qint8(value); }
-    static bool readSnapshot(QDataStream &stream, Type &value)
+    template <class Taker>
+    static void giveText(Type value, Taker &&take)
+    {
+        take(nameOf(value));
+    }
+    static Type fromText(const DataObject &, QLatin1String, QStringView text) { return typeOf(text.toString()); }
+    static void writePayload(BinaryWriter &writer, Type value) { writer.putUtf8(nameOf(value)); }
+    static Type readPayload(BinaryReader &reader, const DataObject &owner) { return typeOf(reader.readText(owner)); }
+    static void writeSnapshot(BinaryWriter &writer, Type value) { writer.put(qint8(value)); }
+    static bool readSnapshot(BinaryReader &reader, Type &value)
     {
         qint8 number = 0;
-        if (!readIfThere(stream, number))
+        if (!reader.take(number))
             return false;
         value = Type(number);
         return true;
     }
+
+private:
+    static QString nameOf(Type value) { return typeNames.name(int(value)); }
 };
 
 namespace {
@@ -96,21 +103,21 @@ public:
 
     bool writesChildren(const Block &block) const override { return isPresent(block); }
 
-    void writeRecord(const DataObject &object, Block &block, RecordWriter &writer) const override
+    void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (isPresent(block))
             ChildList::writeRecord(object, block, writer);
     }
 
-    void writeSnapshot(const DataObject &object, Block &block, QDataStream &stream) const override
+    void writeSnapshot(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (isSet(block))
-            ChildList::writeSnapshot(object, block, stream);
+            ChildList::writeSnapshot(object, block, writer);
     }
 
-    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
     {
-        return !Member::isSet(object) || ChildList::readSnapshot(object, stream);
+        return !Member::isSet(object) || ChildList::readSnapshot(object, reader);
     }
 };
 
@@ -119,7 +126,7 @@ class StartupModesMember final : public FieldOf<TunerPropertiesData, StartupMode
 {
 public:
     constexpr StartupModesMember(int bit, const char *name, quint32 tag, StartupModes TunerPropertiesData::*field)
-        : FieldOf(bit, name, tag, field, HoldsChildren)
+        : FieldOf(bit, name, tag, field, HoldsChildren | PresentByValue)
     {
     }
     using FieldOf::reset;
@@ -127,8 +134,6 @@ public:
     bool isPresent(const Block &block) const override { return field(block).AnyData(); }
 
     void reset(Block &block) const override { field(block) = StartupModes(); }
-
-    void check(const DataObject &, const Block &) const override { }
 
     void forEachChild(Block &block, const ChildAction &action) const override { action(field(block), -1); }
 
@@ -144,10 +149,10 @@ public:
             visitor.VisitChild(name(), field(block), -1);
     }
 
-    void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
+    void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
         if (isSet(block))
-            writeNestedXml(field(block), writer, true);
+            writeNestedXml(field(block), output, true);
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
@@ -157,29 +162,29 @@ public:
             own.flags.set(bit());
     }
 
-    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (isSet(block))
             writeNestedRecord(field(block), writer, tag(), true);
     }
 
-    void readRecord(DataObject &object, RecordReader &reader, qint32 length) const override
+    void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override
     {
         Block &own = block(object);
         readNestedRecord(field(own), reader, length);
         own.flags.set(bit());
     }
 
-    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (isSet(block))
-            writeNestedSnapshot(field(block), stream);
+            writeNestedSnapshot(field(block), writer);
     }
 
-    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
     {
         Block &own = block(object);
-        return !isSet(own) || readNestedSnapshot(field(own), stream);
+        return !isSet(own) || readNestedSnapshot(field(own), reader);
     }
 
 private:
@@ -208,7 +213,7 @@ constexpr Scalar    hwProcessing{        11, "hwProcessing",         0x64D08C29,
 constexpr Table members{row::StartupModes, row::BandwidthSelection, row::MaxFFPDelay, row::HRPANSupported, row::Component,
                         row::name, row::type, row::baseresource, row::connectableResources, row::quantity,
                         row::parentBaseResource, row::hwProcessing};
-constexpr ClassInfo tunerProperties = describe<members, 1>(&TunerProperties::GetStaticObjectName, 0xC10CBB5F);
+constexpr ClassInfo tunerProperties = describe<TunerProperties, members, 1>(unitStatics.objectName, 0xC10CBB5F);
 // clang-format on
 
 Versions &versionsOf(Block &block)
@@ -229,7 +234,7 @@ TunerProperties::~TunerProperties() = default;
 void TunerProperties::swap(TunerProperties &other) noexcept { swapData(other); }
 
 qint64 TunerProperties::GetId() { return tunerProperties.identifier; }
-QString TunerProperties::GetStaticObjectName() { return QStringLiteral("TunerProperties"); }
+QString TunerProperties::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString TunerProperties::Getname() const                      { return row::name.get(*this); }
 void TunerProperties::Setname(QString value)                  { row::name.set(*this, std::move(value)); }
@@ -369,12 +374,12 @@ void TunerProperties::ResetToDefault()
 }
 
 // Departs: the version comes first, so that a reader knows what it is about to read.
-void TunerProperties::writeElement(QXmlStreamWriter &writer) const
+void TunerProperties::writeElement(XmlOutput &output) const
 {
-    writer.writeStartElement(GetObjectName());
-    writer.writeAttribute(QStringLiteral("Version"), GetVersion());
-    writeMembers(writer);
-    writer.writeEndElement();
+    output.writeStartElement(GetObjectName());
+    output.writeAttribute(QStringLiteral("Version"), GetVersion());
+    writeMembers(output);
+    output.writeEndElement();
 }
 
 void TunerProperties::ProcessXml(QXmlStreamReader &reader)
@@ -401,38 +406,38 @@ void TunerProperties::ProcessXmlStartElement(QXmlStreamReader &reader)
 }
 
 // Departs: a record of its own carries the version, in front of all others.
-void TunerProperties::writeMemberRecords(RecordWriter &writer) const
+void TunerProperties::writeMemberRecords(BinaryWriter &writer) const
 {
     const auto record = writer.begin(versionTag);
-    writer.payload() << GetVersion();
+    writer.put(GetVersion());
     writer.end(record);
     DataObject::writeMemberRecords(writer);
 }
 
-void TunerProperties::readMemberRecord(RecordReader &reader, quint32 tag, qint32 length)
+void TunerProperties::readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length)
 {
     if (tag == versionTag)
-        takeVersion(reader.read<QString>());
+        takeVersion(reader.read<QString>(*this));
     else
         DataObject::readMemberRecord(reader, tag, length);
 }
 
 // Departs: the version stands between the flags and the members.
-void TunerProperties::writeSnapshot(QDataStream &stream) const
+void TunerProperties::writeSnapshot(BinaryWriter &writer) const
 {
-    writeSnapshotFlags(stream);
-    stream << GetVersion();
-    writeSnapshotMembers(stream);
+    writeSnapshotFlags(writer);
+    writer.put(GetVersion());
+    writeSnapshotMembers(writer);
 }
 
 // Departs: an older version resets the flags just read along with the rest, and so what is read behind it.
-bool TunerProperties::readSnapshot(QDataStream &stream)
+bool TunerProperties::readSnapshot(BinaryReader &reader)
 {
     QString version;
-    if (!readSnapshotFlags(stream) || !readIfThere(stream, version))
+    if (!readSnapshotFlags(reader) || !reader.take(version))
         return false;
     takeVersion(version);
-    return readSnapshotMembers(stream);
+    return readSnapshotMembers(reader);
 }
 
 QString TunerProperties::tr(const char *sourceText, const char *disambiguation, int n)

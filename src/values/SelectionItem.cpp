@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("SelectionItem"));
 
 struct SelectionItemData
 {
@@ -24,7 +24,7 @@ constexpr Scalar value{1, "value", 0xC14D665E, &SelectionItemData::value, Attrib
 } // namespace row
 
 constexpr Table members{row::name, row::value};
-constexpr ClassInfo selectionItem = describe<members>(&SelectionItem::GetStaticObjectName, 0x228141C0);
+constexpr ClassInfo selectionItem = describe<SelectionItem, members>(unitStatics.objectName, 0x228141C0);
 // clang-format on
 
 } // namespace
@@ -42,7 +42,7 @@ bool SelectionItem::operator!=(const SelectionItem &other) const { return !equal
 void SelectionItem::swap(SelectionItem &other) noexcept { swapData(other); }
 
 qint64 SelectionItem::GetId() { return selectionItem.identifier; }
-QString SelectionItem::GetStaticObjectName() { return QStringLiteral("SelectionItem"); }
+QString SelectionItem::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString SelectionItem::Getname() const                      { return row::name.get(*this); }
 void SelectionItem::Setname(QString value)                  { row::name.set(*this, std::move(value)); }

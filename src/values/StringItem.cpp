@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("StringItem"));
 
 struct StringItemData
 {
@@ -22,7 +22,7 @@ constexpr Scalar value{0, "value", 0xCEFF51BA, &StringItemData::value, Attribute
 } // namespace row
 
 constexpr Table members{row::value};
-constexpr ClassInfo stringItem = describe<members>(&StringItem::GetStaticObjectName, 0xEBB03A60);
+constexpr ClassInfo stringItem = describe<StringItem, members>(unitStatics.objectName, 0xEBB03A60);
 // clang-format on
 
 } // namespace
@@ -40,7 +40,7 @@ bool StringItem::operator!=(const StringItem &other) const { return !equals(othe
 void StringItem::swap(StringItem &other) noexcept { swapData(other); }
 
 qint64 StringItem::GetId() { return stringItem.identifier; }
-QString StringItem::GetStaticObjectName() { return QStringLiteral("StringItem"); }
+QString StringItem::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString StringItem::Getvalue() const                      { return row::value.get(*this); }
 void StringItem::Setvalue(QString value)                  { row::value.set(*this, std::move(value)); }

@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueBoolean"));
 
 struct ValueBooleanData
 {
@@ -24,7 +24,7 @@ constexpr Scalar value{1, "value", 0x89537E94, &ValueBooleanData::value, Attribu
 } // namespace row
 
 constexpr Table members{row::id, row::value};
-constexpr ClassInfo valueBoolean = describe<members>(&ValueBoolean::GetStaticObjectName, 0xC8FC2661);
+constexpr ClassInfo valueBoolean = describe<ValueBoolean, members>(unitStatics.objectName, 0xC8FC2661);
 // clang-format on
 
 } // namespace
@@ -42,7 +42,7 @@ bool ValueBoolean::operator!=(const ValueBoolean &other) const { return !equals(
 void ValueBoolean::swap(ValueBoolean &other) noexcept { swapData(other); }
 
 qint64 ValueBoolean::GetId() { return valueBoolean.identifier; }
-QString ValueBoolean::GetStaticObjectName() { return QStringLiteral("ValueBoolean"); }
+QString ValueBoolean::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueBoolean::Getid() const                      { return row::id.get(*this); }
 void ValueBoolean::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

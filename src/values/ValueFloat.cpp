@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueFloat"));
 
 struct ValueFloatData
 {
@@ -24,7 +24,7 @@ constexpr Scalar value{1, "value", 0xE3DF649D, &ValueFloatData::value, Attribute
 } // namespace row
 
 constexpr Table members{row::id, row::value};
-constexpr ClassInfo valueFloat = describe<members>(&ValueFloat::GetStaticObjectName, 0x6440D555);
+constexpr ClassInfo valueFloat = describe<ValueFloat, members>(unitStatics.objectName, 0x6440D555);
 // clang-format on
 
 } // namespace
@@ -42,7 +42,7 @@ bool ValueFloat::operator!=(const ValueFloat &other) const { return !equals(othe
 void ValueFloat::swap(ValueFloat &other) noexcept { swapData(other); }
 
 qint64 ValueFloat::GetId() { return valueFloat.identifier; }
-QString ValueFloat::GetStaticObjectName() { return QStringLiteral("ValueFloat"); }
+QString ValueFloat::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueFloat::Getid() const                      { return row::id.get(*this); }
 void ValueFloat::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

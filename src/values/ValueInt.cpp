@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueInt"));
 
 struct ValueIntData
 {
@@ -24,7 +24,7 @@ constexpr Scalar value{1, "value", 0x0BA44238, &ValueIntData::value, Attribute |
 } // namespace row
 
 constexpr Table members{row::id, row::value};
-constexpr ClassInfo valueInt = describe<members>(&ValueInt::GetStaticObjectName, 0x278DA93B);
+constexpr ClassInfo valueInt = describe<ValueInt, members>(unitStatics.objectName, 0x278DA93B);
 // clang-format on
 
 } // namespace
@@ -42,7 +42,7 @@ bool ValueInt::operator!=(const ValueInt &other) const { return !equals(other); 
 void ValueInt::swap(ValueInt &other) noexcept { swapData(other); }
 
 qint64 ValueInt::GetId() { return valueInt.identifier; }
-QString ValueInt::GetStaticObjectName() { return QStringLiteral("ValueInt"); }
+QString ValueInt::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueInt::Getid() const                      { return row::id.get(*this); }
 void ValueInt::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueInt64"));
 
 struct ValueInt64Data
 {
@@ -24,7 +24,7 @@ constexpr Scalar value{1, "value", 0x64A03F86, &ValueInt64Data::value, Attribute
 } // namespace row
 
 constexpr Table members{row::id, row::value};
-constexpr ClassInfo valueInt64 = describe<members>(&ValueInt64::GetStaticObjectName, 0x4E82A0AA);
+constexpr ClassInfo valueInt64 = describe<ValueInt64, members>(unitStatics.objectName, 0x4E82A0AA);
 // clang-format on
 
 } // namespace
@@ -42,7 +42,7 @@ bool ValueInt64::operator!=(const ValueInt64 &other) const { return !equals(othe
 void ValueInt64::swap(ValueInt64 &other) noexcept { swapData(other); }
 
 qint64 ValueInt64::GetId() { return valueInt64.identifier; }
-QString ValueInt64::GetStaticObjectName() { return QStringLiteral("ValueInt64"); }
+QString ValueInt64::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueInt64::Getid() const                      { return row::id.get(*this); }
 void ValueInt64::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

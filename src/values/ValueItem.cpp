@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueItem.h>
 
-#include <QDataStream>
+#include <array>
+#include <new>
 
+#include "framework/HandDown.h"
 #include "framework/Member.h"
 #include "framework/Table.h"
 #include "module/NameList.h"
@@ -12,7 +14,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueItem"));
 
 const NameList choiceNames({
     QStringLiteral("ValueBoolean"),
@@ -29,57 +31,90 @@ const NameList choiceNames({
 
 using Choice = ValueItem::ChoiceValueItem;
 
-// An alternative, built when it is first used: of the ten, nearly always one is. One that was never used cannot be
-// told from a default one. Where it stands in memory never changes, so references to it stay valid.
-template <class T>
-class Slot
+constexpr std::size_t kinds = 10;
+
+/// The alternatives, each built when it is first used: of the ten, nearly always one is. One that was never used cannot
+/// be told from a default one. The first has its place in the item's data, the others one of their own; where an
+/// alternative stands never changes, so references to it stay valid.
+class Alternatives
 {
 public:
-    Slot() = default;
-    Slot(const Slot &other) : m_object(other.m_object ? std::make_unique<T>(*other.m_object) : nullptr) { }
-    Slot &operator=(const Slot &) = delete;
+    Alternatives() = default;
+    Alternatives(const Alternatives &other);
+    Alternatives &operator=(const Alternatives &) = delete;
+    ~Alternatives()
+    {
+        if (DataObject *const object = first())
+            object->~DataObject();
+    }
 
-    std::unique_ptr<T> m_object;
+    /// The alternative of a kind; null if it was never used.
+    DataObject *find(int kind)
+    {
+        if (kind == m_kindOfFirst)
+            return first();
+        return m_others ? (*m_others)[std::size_t(kind)].get() : nullptr;
+    }
+    const DataObject *find(int kind) const { return const_cast<Alternatives *>(this)->find(kind); }
+
+    template <class T, class... From>
+    T &build(int kind, From &&...from)
+    {
+        static_assert(sizeof(T) == sizeof(DataObject), "an alternative has its data in its block");
+        if (m_kindOfFirst < 0) {
+            T &object = *new (m_first) T(std::forward<From>(from)...);
+            m_kindOfFirst = qint8(kind);
+            return object;
+        }
+        if (!m_others)
+            m_others = std::make_unique<Others>();
+        auto object = std::make_unique<T>(std::forward<From>(from)...);
+        T &built = *object;
+        (*m_others)[std::size_t(kind)] = std::move(object);
+        return built;
+    }
+
+private:
+    using Others = std::array<std::unique_ptr<DataObject>, kinds>;
+
+    DataObject *first() { return m_kindOfFirst < 0 ? nullptr : std::launder(reinterpret_cast<DataObject *>(m_first)); }
+
+    template <class T>
+    void copy(int kind, const DataObject &object)
+    {
+        build<T>(kind, static_cast<const T &>(object));
+    }
+
+    alignas(DataObject) unsigned char m_first[sizeof(DataObject)]; // empty until its kind is known
+    std::unique_ptr<Others> m_others;
+    qint8 m_kindOfFirst = -1;
 };
 
 struct State
 {
     State() = default;
-    State(const State &other) : choice(other.choice), validate(other.validate) { } // copies never take a logger along
+    State(const State &other)
+        : handedDown(REPORTGENERATOR::EnvironmentPointer::plain(other.handedDown->validate)), choice(other.choice)
+    {
+    } // copies never take a logger along
     State &operator=(const State &) = delete;
 
-    Choice choice = Choice::None;
     // What was handed down last; an alternative built later starts with it.
-    bool validate = true;
-    std::shared_ptr<REPORTGENERATOR::Logger> logger;
+    REPORTGENERATOR::EnvironmentPointer handedDown = REPORTGENERATOR::EnvironmentPointer::plain(true);
+    Choice choice = Choice::None;
 };
 
 struct ValueItemData
 {
+    Alternatives alternatives;
     State state;
-    Slot<ValueBoolean> valueBoolean;
-    Slot<ValueFloat> valueFloat;
-    Slot<ValueInt> valueInt;
-    Slot<ValueInt64> valueInt64;
-    Slot<ValueNumericFloat> valueNumericFloat;
-    Slot<ValueNumericInt> valueNumericInt;
-    Slot<ValueNumericInt64> valueNumericInt64;
-    Slot<ValueSelection> valueSelection;
-    Slot<ValueString> valueString;
-    Slot<ValueStringList> valueStringList;
 };
 
 template <class T>
-class Alternative final : public FieldOf<ValueItemData, Slot<T>>
+class Alternative final : public MemberOf<ValueItemData>
 {
-    using Base = FieldOf<ValueItemData, Slot<T>>;
-
 public:
-    constexpr Alternative(int bit, const char *name, quint32 tag, Slot<T> ValueItemData::*slot)
-        : Base(bit, name, tag, slot, HoldsChildren)
-    {
-    }
-    using Base::reset;
+    constexpr Alternative(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, HoldsChildren) { }
 
     const T &get(const DataObject &object) const { return alternative(Member::block(object)); }
 
@@ -98,22 +133,37 @@ public:
         choose(own);
     }
 
+    void reset(DataObject &object) const
+    {
+        if (!Member::existingBlock(object))
+            return;
+        Block &own = Member::block(object);
+        own.flags.clear(bit());
+        reset(own);
+    }
+
     bool isPresent(const Block &block) const override
     {
-        const auto &object = this->field(block).m_object;
+        const DataObject *const object = find(block);
         return object && object->HasData();
     }
 
     void reset(Block &block) const override
     {
-        if (auto &object = this->field(block).m_object)
-            *object = T();
+        if (DataObject *const object = find(block))
+            static_cast<T &>(*object) = T();
     }
 
     // For two items that have chosen this alternative; the flags are the item's business.
-    bool equals(Block *left, Block *right) const override { return same(this->field(*left), this->field(*right)); }
+    bool equals(Block *left, Block *right) const override
+    {
+        const T unused;
+        const DataObject *const inLeft = find(*left);
+        const DataObject *const inRight = find(*right);
+        return static_cast<const T &>(inLeft ? *inLeft : unused) == static_cast<const T &>(inRight ? *inRight : unused);
+    }
 
-    void check(const DataObject &object, const Block &block) const override
+    void check(const DataObject &object, Block &block) const override
     {
         if (!isChosen(block))
             return;
@@ -127,7 +177,7 @@ public:
 
     void forEachChild(Block &block, const ChildAction &action) const override
     {
-        if (const auto &object = this->field(block).m_object)
+        if (const DataObject *const object = find(block))
             action(*object, -1);
     }
 
@@ -139,34 +189,33 @@ public:
 
     void accept(Block &block, Visitor &visitor) const override
     {
-        const auto &object = this->field(block).m_object;
+        const DataObject *const object = find(block);
         if (writesChildren(block) && object)
             visitor.VisitChild(this->name(), *object, -1);
     }
 
-    void writeXml(const DataObject &, Block &block, QXmlStreamWriter &writer) const override
+    void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
         // The item's check does not go into the alternative, so it is checked now; likewise in writeRecord().
         if (writesChildren(block))
-            Member::writeNestedXml(alternative(block), writer, false);
+            Member::writeNestedXml(alternative(block), output, false);
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
         T read;
-        read.SetValidate(object.GetValidate());
-        read.SetLogger(object.GetLogger());
+        Member::takeEnvironment(read, Member::environmentForReading(object));
         if (Member::readNestedXml(read, reader))
             modify(object) = std::move(read);
     }
 
-    void writeRecord(const DataObject &, Block &block, RecordWriter &writer) const override
+    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (writesChildren(block))
             Member::writeNestedRecord(alternative(block), writer, this->tag(), false);
     }
 
-    void readRecord(DataObject &object, RecordReader &reader, qint32 length) const override
+    void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override
     {
         Block &own = Member::block(object);
         this->members(own).state.choice = Choice(this->bit());
@@ -174,58 +223,52 @@ public:
         own.flags.set(this->bit()); // only now: a record that fails leaves the alternative chosen but not set
     }
 
-    void writeSnapshot(const DataObject &, Block &block, QDataStream &stream) const override
+    void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (writesChildren(block))
-            Member::writeNestedSnapshot(alternative(block), stream);
+            Member::writeNestedSnapshot(alternative(block), writer);
     }
 
-    bool readSnapshot(DataObject &object, QDataStream &stream) const override
+    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
     {
         Block &own = Member::block(object);
-        return !isChosen(own) || Member::readNestedSnapshot(alternative(own), stream);
+        return !isChosen(own) || Member::readNestedSnapshot(alternative(own), reader);
     }
 
 private:
-    bool same(const Slot<T> &left, const Slot<T> &right) const override
-    {
-        const T unused;
-        return (left.m_object ? *left.m_object : unused) == (right.m_object ? *right.m_object : unused);
-    }
+    DataObject *find(Block &block) const { return members(block).alternatives.find(bit()); }
+    const DataObject *find(const Block &block) const { return members(block).alternatives.find(bit()); }
 
-    bool isChosen(const Block &block) const { return this->members(block).state.choice == Choice(this->bit()); }
+    bool isChosen(const Block &block) const { return members(block).state.choice == Choice(bit()); }
 
     void choose(Block &block) const
     {
-        block.flags.set(this->bit());
-        this->members(block).state.choice = Choice(this->bit());
+        block.flags.set(bit());
+        members(block).state.choice = Choice(bit());
     }
 
     T &alternative(Block &block) const
     {
-        auto &object = this->field(block).m_object;
-        if (!object) {
-            object = std::make_unique<T>();
-            const State &state = this->members(block).state;
-            object->SetValidate(state.validate);
-            object->SetLogger(state.logger);
-        }
-        return *object;
+        if (DataObject *const object = find(block))
+            return static_cast<T &>(*object);
+        T &built = members(block).alternatives.template build<T>(bit());
+        Member::takeEnvironment(built, members(block).state.handedDown);
+        return built;
     }
 };
 
 // clang-format off
 namespace row {
-constexpr Alternative ValueBoolean{     0, "ValueBoolean",      0xE8182C83, &ValueItemData::valueBoolean};
-constexpr Alternative ValueFloat{       1, "ValueFloat",        0x07877B18, &ValueItemData::valueFloat};
-constexpr Alternative ValueInt{         2, "ValueInt",          0x4ACA6514, &ValueItemData::valueInt};
-constexpr Alternative ValueInt64{       3, "ValueInt64",        0xC7AF86A5, &ValueItemData::valueInt64};
-constexpr Alternative ValueNumericFloat{4, "ValueNumericFloat", 0x881D77BB, &ValueItemData::valueNumericFloat};
-constexpr Alternative ValueNumericInt{  5, "ValueNumericInt",   0x07114506, &ValueItemData::valueNumericInt};
-constexpr Alternative ValueNumericInt64{6, "ValueNumericInt64", 0x8CD014A1, &ValueItemData::valueNumericInt64};
-constexpr Alternative ValueSelection{   7, "ValueSelection",    0xAA5F786F, &ValueItemData::valueSelection};
-constexpr Alternative ValueString{      8, "ValueString",       0x022B9478, &ValueItemData::valueString};
-constexpr Alternative ValueStringList{  9, "ValueStringList",   0x491ED6FE, &ValueItemData::valueStringList};
+constexpr Alternative<ValueBoolean>      ValueBoolean{     0, "ValueBoolean",      0xE8182C83};
+constexpr Alternative<ValueFloat>        ValueFloat{       1, "ValueFloat",        0x07877B18};
+constexpr Alternative<ValueInt>          ValueInt{         2, "ValueInt",          0x4ACA6514};
+constexpr Alternative<ValueInt64>        ValueInt64{       3, "ValueInt64",        0xC7AF86A5};
+constexpr Alternative<ValueNumericFloat> ValueNumericFloat{4, "ValueNumericFloat", 0x881D77BB};
+constexpr Alternative<ValueNumericInt>   ValueNumericInt{  5, "ValueNumericInt",   0x07114506};
+constexpr Alternative<ValueNumericInt64> ValueNumericInt64{6, "ValueNumericInt64", 0x8CD014A1};
+constexpr Alternative<ValueSelection>    ValueSelection{   7, "ValueSelection",    0xAA5F786F};
+constexpr Alternative<ValueString>       ValueString{      8, "ValueString",       0x022B9478};
+constexpr Alternative<ValueStringList>   ValueStringList{  9, "ValueStringList",   0x491ED6FE};
 } // namespace row
 
 constexpr Table members{row::ValueBoolean,
@@ -238,8 +281,25 @@ constexpr Table members{row::ValueBoolean,
                         row::ValueSelection,
                         row::ValueString,
                         row::ValueStringList};
-constexpr ClassInfo valueItem = describe<members, 1>(&ValueItem::GetStaticObjectName, 0xA6C468CF);
+constexpr ClassInfo valueItem = describe<ValueItem, members, 2 - int(kinds)>(unitStatics.objectName, 0xA6C468CF);
 // clang-format on
+
+// Delegates, so that what is built already is destroyed if the next runs out of memory.
+Alternatives::Alternatives(const Alternatives &other) : Alternatives()
+{
+    using Copy = void (Alternatives::*)(int, const DataObject &);
+    static constexpr Copy copies[kinds] = {
+        &Alternatives::copy<JobXml::ValueBoolean>,      &Alternatives::copy<JobXml::ValueFloat>,
+        &Alternatives::copy<JobXml::ValueInt>,          &Alternatives::copy<JobXml::ValueInt64>,
+        &Alternatives::copy<JobXml::ValueNumericFloat>, &Alternatives::copy<JobXml::ValueNumericInt>,
+        &Alternatives::copy<JobXml::ValueNumericInt64>, &Alternatives::copy<JobXml::ValueSelection>,
+        &Alternatives::copy<JobXml::ValueString>,       &Alternatives::copy<JobXml::ValueStringList>,
+    };
+    for (int kind = 0; kind < int(kinds); ++kind) {
+        if (const DataObject *const object = other.find(kind))
+            (this->*copies[kind])(kind, *object);
+    }
+}
 
 State &stateOf(Block &block)
 {
@@ -261,10 +321,11 @@ const Member *rowOf(Choice choice)
 
 ValueItem::ValueItem() : DataObject(valueItem) { }
 
-// What was handed down goes with the flag; the base's copy constructor cannot know that yet.
+// What was handed down goes with the flag; the base's copy constructor cannot know that.
 ValueItem::ValueItem(const ValueItem &other) : DataObject(other)
 {
-    ValueItem::SetValidate(other.GetValidate());
+    if (IsInitialized())
+        stateOf(block()).handedDown = REPORTGENERATOR::EnvironmentPointer::plain(environment().validate);
 }
 
 // clang-format off
@@ -276,7 +337,7 @@ ValueItem::~ValueItem() = default;
 void ValueItem::swap(ValueItem &other) noexcept { swapData(other); }
 
 qint64 ValueItem::GetId() { return valueItem.identifier; }
-QString ValueItem::GetStaticObjectName() { return QStringLiteral("ValueItem"); }
+QString ValueItem::GetStaticObjectName() { return unitStatics.objectName; }
 
 ValueBoolean &ValueItem::GetValueBoolean()                      { return row::ValueBoolean.modify(*this); }
 const ValueBoolean &ValueItem::GetValueBoolean() const          { return row::ValueBoolean.get(*this); }
@@ -428,18 +489,11 @@ void ValueItem::Reset()
 }
 
 // Departs: alternatives that are not built yet get to know it later.
-void ValueItem::SetValidate(bool validate) const
+void ValueItem::handDownToChildren(const HandDown &handDown) const
 {
-    DataObject::SetValidate(validate);
+    DataObject::handDownToChildren(handDown);
     if (IsInitialized())
-        stateOf(block()).validate = validate;
-}
-
-void ValueItem::SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const
-{
-    DataObject::SetLogger(logger);
-    if (IsInitialized())
-        stateOf(block()).logger = std::move(logger);
+        handDown.change(stateOf(block()).handedDown);
 }
 
 // Departs: the alternatives that are not chosen, and the flag of the right one, do not count.
@@ -454,9 +508,11 @@ bool ValueItem::equals(const DataObject &other) const
 }
 
 // Departs: silent while not validating, and the alternative's own check is left to when it is written.
-void ValueItem::checkTree(bool) const
+void ValueItem::checkTree(bool, const REPORTGENERATOR::EnvironmentPointer *handedDown) const
 {
-    const Block &own = block();
+    Block &own = block();
+    if (handedDown)
+        handDownToChildren(HandDown(*handedDown, HandDown::Both));
     if (!GetValidate())
         return;
     const Member *chosen = rowOf(choiceOf(&own));
@@ -479,21 +535,21 @@ void ValueItem::collectProblems(const QStringList &path, QVector<Problem> &probl
 }
 
 // Departs: a byte between flags and members says what is chosen.
-void ValueItem::writeSnapshot(QDataStream &stream) const
+void ValueItem::writeSnapshot(BinaryWriter &writer) const
 {
-    writeSnapshotFlags(stream);
-    stream << qint8(stateOf(block()).choice);
-    writeSnapshotMembers(stream);
+    writeSnapshotFlags(writer);
+    writer.put(qint8(stateOf(block()).choice));
+    writeSnapshotMembers(writer);
 }
 
 // Departs: reads the chosen alternative without looking at its flag, although it is written only with it.
-bool ValueItem::readSnapshot(QDataStream &stream)
+bool ValueItem::readSnapshot(BinaryReader &reader)
 {
-    qint8 choice = 0;
-    if (!readSnapshotFlags(stream) || !readIfThere(stream, choice))
+    quint8 choice = 0;
+    if (!readSnapshotFlags(reader) || !reader.take(choice))
         return false;
-    stateOf(block()).choice = Choice(quint8(choice));
-    return readSnapshotMembers(stream);
+    stateOf(block()).choice = Choice(choice);
+    return readSnapshotMembers(reader);
 }
 
 } // namespace JobXml

@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueNumericFloat"));
 
 struct ValueNumericFloatData
 {
@@ -30,7 +30,7 @@ constexpr Scalar step{ 4, "step",  0xA8D464CF, &ValueNumericFloatData::step,  At
 } // namespace row
 
 constexpr Table members{row::id, row::value, row::min, row::max, row::step};
-constexpr ClassInfo valueNumericFloat = describe<members>(&ValueNumericFloat::GetStaticObjectName, 0x4BA90080);
+constexpr ClassInfo valueNumericFloat = describe<ValueNumericFloat, members>(unitStatics.objectName, 0x4BA90080);
 // clang-format on
 
 } // namespace
@@ -48,7 +48,7 @@ bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { retur
 void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { swapData(other); }
 
 qint64 ValueNumericFloat::GetId() { return valueNumericFloat.identifier; }
-QString ValueNumericFloat::GetStaticObjectName() { return QStringLiteral("ValueNumericFloat"); }
+QString ValueNumericFloat::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueNumericFloat::Getid()                            { return row::id.get(*this); }
 void ValueNumericFloat::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueNumericInt"));
 
 struct ValueNumericIntData
 {
@@ -30,7 +30,7 @@ constexpr Scalar step{ 4, "step",  0x43766B23, &ValueNumericIntData::step,  Attr
 } // namespace row
 
 constexpr Table members{row::id, row::value, row::min, row::max, row::step};
-constexpr ClassInfo valueNumericInt = describe<members>(&ValueNumericInt::GetStaticObjectName, 0xC55D0588);
+constexpr ClassInfo valueNumericInt = describe<ValueNumericInt, members>(unitStatics.objectName, 0xC55D0588);
 // clang-format on
 
 } // namespace
@@ -48,7 +48,7 @@ bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !e
 void ValueNumericInt::swap(ValueNumericInt &other) noexcept { swapData(other); }
 
 qint64 ValueNumericInt::GetId() { return valueNumericInt.identifier; }
-QString ValueNumericInt::GetStaticObjectName() { return QStringLiteral("ValueNumericInt"); }
+QString ValueNumericInt::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueNumericInt::Getid()                            { return row::id.get(*this); }
 void ValueNumericInt::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

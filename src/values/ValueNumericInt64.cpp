@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueNumericInt64"));
 
 struct ValueNumericInt64Data
 {
@@ -30,7 +30,7 @@ constexpr Scalar step{ 4, "step",  0x27D34B73, &ValueNumericInt64Data::step,  At
 } // namespace row
 
 constexpr Table members{row::id, row::value, row::min, row::max, row::step};
-constexpr ClassInfo valueNumericInt64 = describe<members>(&ValueNumericInt64::GetStaticObjectName, 0x044D7AEC);
+constexpr ClassInfo valueNumericInt64 = describe<ValueNumericInt64, members>(unitStatics.objectName, 0x044D7AEC);
 // clang-format on
 
 } // namespace
@@ -48,7 +48,7 @@ bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { retur
 void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { swapData(other); }
 
 qint64 ValueNumericInt64::GetId() { return valueNumericInt64.identifier; }
-QString ValueNumericInt64::GetStaticObjectName() { return QStringLiteral("ValueNumericInt64"); }
+QString ValueNumericInt64::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueNumericInt64::Getid()                            { return row::id.get(*this); }
 void ValueNumericInt64::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueSelection"));
 
 struct ValueSelectionData
 {
@@ -31,7 +31,7 @@ constexpr Scalar    index{        4, "index",         0x2128394B, &ValueSelectio
 } // namespace row
 
 constexpr Table members{row::SelectionItem, row::id, row::value, row::text, row::index};
-constexpr ClassInfo valueSelection = describe<members>(&ValueSelection::GetStaticObjectName, 0x00C375A5);
+constexpr ClassInfo valueSelection = describe<ValueSelection, members>(unitStatics.objectName, 0x00C375A5);
 // clang-format on
 
 } // namespace
@@ -49,7 +49,7 @@ bool ValueSelection::operator!=(const ValueSelection &other) const { return !equ
 void ValueSelection::swap(ValueSelection &other) noexcept { swapData(other); }
 
 qint64 ValueSelection::GetId() { return valueSelection.identifier; }
-QString ValueSelection::GetStaticObjectName() { return QStringLiteral("ValueSelection"); }
+QString ValueSelection::GetStaticObjectName() { return unitStatics.objectName; }
 
 QVector<SelectionItem> &ValueSelection::GetSelectionItem()                      { return row::SelectionItem.modify(*this); }
 const QVector<SelectionItem> &ValueSelection::GetSelectionItem() const          { return row::SelectionItem.get(*this); }

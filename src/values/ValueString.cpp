@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueString"));
 
 struct ValueStringData
 {
@@ -24,7 +24,7 @@ constexpr Scalar value{1, "value", 0xCEFF51BA, &ValueStringData::value, Attribut
 } // namespace row
 
 constexpr Table members{row::id, row::value};
-constexpr ClassInfo valueString = describe<members>(&ValueString::GetStaticObjectName, 0xC5ECF92B);
+constexpr ClassInfo valueString = describe<ValueString, members>(unitStatics.objectName, 0xC5ECF92B);
 // clang-format on
 
 } // namespace
@@ -42,7 +42,7 @@ bool ValueString::operator!=(const ValueString &other) const { return !equals(ot
 void ValueString::swap(ValueString &other) noexcept { swapData(other); }
 
 qint64 ValueString::GetId() { return valueString.identifier; }
-QString ValueString::GetStaticObjectName() { return QStringLiteral("ValueString"); }
+QString ValueString::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueString::Getid() const                      { return row::id.get(*this); }
 void ValueString::Setid(QString value)                  { row::id.set(*this, std::move(value)); }

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics;
+const UnitStatics unitStatics(QStringLiteral("ValueStringList"));
 
 struct ValueStringListData
 {
@@ -27,7 +27,7 @@ constexpr Scalar    value{     2, "value",      0xCEFF51BA, &ValueStringListData
 } // namespace row
 
 constexpr Table members{row::StringItem, row::id, row::value};
-constexpr ClassInfo valueStringList = describe<members>(&ValueStringList::GetStaticObjectName, 0xC290BC31);
+constexpr ClassInfo valueStringList = describe<ValueStringList, members>(unitStatics.objectName, 0xC290BC31);
 // clang-format on
 
 } // namespace
@@ -45,7 +45,7 @@ bool ValueStringList::operator!=(const ValueStringList &other) const { return !e
 void ValueStringList::swap(ValueStringList &other) noexcept { swapData(other); }
 
 qint64 ValueStringList::GetId() { return valueStringList.identifier; }
-QString ValueStringList::GetStaticObjectName() { return QStringLiteral("ValueStringList"); }
+QString ValueStringList::GetStaticObjectName() { return unitStatics.objectName; }
 
 QVector<StringItem> &ValueStringList::GetStringItem()                      { return row::StringItem.modify(*this); }
 const QVector<StringItem> &ValueStringList::GetStringItem() const          { return row::StringItem.get(*this); }

@@ -4,7 +4,7 @@
 
 using namespace JobXml;
 
-QString nameOfMany();
+extern const QString nameOfMany;
 
 struct ManyData
 {
@@ -46,4 +46,4 @@ constexpr Scalar m15{15, "m15", 16, &ManyData::m15, NoTraits};
 constexpr Scalar m16{16, "m16", 17, &ManyData::m16, NoTraits};
 
 constexpr Table members{m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15, m16};
-constexpr ClassInfo many = describe<members>(&nameOfMany, 1);
+constexpr ClassInfo many = describe<ManyData, members>(nameOfMany, 1);

@@ -5,7 +5,7 @@
 
 using namespace JobXml;
 
-QString nameOfLamp();
+extern const QString nameOfLamp;
 
 struct LampData
 {
@@ -17,4 +17,4 @@ constexpr Scalar id{0, "id", 0x10A4C001, &LampData::id, Attribute | Mandatory};
 constexpr Scalar lit{1, "lit", 0x10A4C002, &LampData::lit, Attribute | Mandatory};
 
 constexpr Table members{lit, id};
-constexpr ClassInfo lamp = describe<members>(&nameOfLamp, 0x5EED0001);
+constexpr ClassInfo lamp = describe<LampData, members>(nameOfLamp, 0x5EED0001);

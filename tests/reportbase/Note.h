@@ -17,12 +17,16 @@
 class Note : public REPORTGENERATOR::IRGObject
 {
 public:
-    explicit Note(const QString &noteText = QString()) : text(noteText)
-    {
-        SetObjectName(QStringLiteral("Note"));
-        m_classIdentifier = 0x1A2B3C4D9E8F7061; // more than the 32 bits that lead a representation
-    }
+    explicit Note(const QString &noteText = QString()) : IRGObject(ofNotes()), text(noteText) { }
     explicit Note(REPORTGENERATOR::ObjectTypes type) : IRGObject(type) { }
+
+    static const REPORTGENERATOR::ObjectClass &ofNotes()
+    {
+        static const QString name = QStringLiteral("Note");
+        static const REPORTGENERATOR::ObjectClass notes{
+            name, 0x1A2B3C4D9E8F7061}; // more than the 32 bits that lead a representation
+        return notes;
+    }
 
     QString text;
     QString title;

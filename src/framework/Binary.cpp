@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: MIT
+#include "framework/Binary.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <typeinfo>
+
+#include <QBuffer>
+
+#include <jobxml/DataObject.h>
+
+#include "framework/Errors.h"
+
+namespace JobXml {
+
+namespace {
+
+constexpr int wordSize = 4; // the least that an item takes
+constexpr quint32 nullMark = 0xFFFFFFFF; // the length of what is null
+
+// An item in memory is many times its least size in a stream; beyond this, lists grow as their items arrive.
+constexpr qint64 mostReserved = 4096;
+
+// The first of QDataStream's versions to write what the name says.
+constexpr int versionWithUnicode = 2;
+constexpr int versionWithNullText = 3;
+constexpr int versionWithNullBytesAndWords64 = 6;
+
+/// The buffer behind a stream, if its bytes may be read past the stream.
+QBuffer *bufferOf(const QDataStream &stream)
+{
+    QIODevice *const device = stream.device();
+    if (!device || typeid(*device) != typeid(QBuffer) || stream.status() != QDataStream::Ok
+        || stream.version() < versionWithNullBytesAndWords64)
+        return nullptr;
+    const bool isPlain = device->isReadable() && !device->isTextModeEnabled() && !device->isTransactionStarted();
+    return isPlain ? static_cast<QBuffer *>(device) : nullptr;
+}
+
+template <class To, class From>
+To bitsOf(From value)
+{
+    static_assert(sizeof(To) == sizeof(From), "not the bits of this value");
+    To bits;
+    std::memcpy(&bits, &value, sizeof(bits));
+    return bits;
+}
+
+// By size: a text may hold a NUL.
+QString textOf(const char *utf8, int size)
+{
+    return QString::fromUtf8(utf8, size);
+}
+
+/// Writes the characters as bytes; false where one is not ASCII.
+bool narrow(const QChar *text, int size, char *to)
+{
+    ushort all = 0;
+    for (int i = 0; i < size; ++i) {
+        const ushort character = text[i].unicode();
+        all = ushort(all | character);
+        to[i] = char(character);
+    }
+    return all < 0x80;
+}
+
+} // namespace
+
+ByteForm::ByteForm(const QDataStream &stream)
+    : isLittleEndian(stream.byteOrder() == QDataStream::LittleEndian),
+      halvesFloats(stream.version() >= QDataStream::Qt_4_6
+                   && stream.floatingPointPrecision() == QDataStream::SinglePrecision),
+      doublesFloats(stream.version() >= QDataStream::Qt_4_6
+                    && stream.floatingPointPrecision() == QDataStream::DoublePrecision),
+      version(stream.version())
+{
+}
+
+// --- Writing ---------------------------------------------------------------------------------------------------------
+
+BinaryWriter::BinaryWriter(const QDataStream &target) : m_form(target) { }
+
+void BinaryWriter::grow(qint64 size)
+{
+    constexpr qint64 least = 256;
+    constexpr qint64 most = std::numeric_limits<int>::max() - 64; // a QByteArray has a head of its own
+    if (size > most - m_size)
+        throw std::bad_alloc();
+    m_bytes.resize(int(std::min(most, std::max({least, m_size + size, 2 * m_size}))));
+    m_at = m_bytes.data();
+}
+
+void BinaryWriter::put(quint64 value)
+{
+    if (m_form.version >= versionWithNullBytesAndWords64) {
+        store(room(8), value);
+        return;
+    }
+    put(quint32(value >> 32)); // the higher word first, in either byte order
+    put(quint32(value));
+}
+
+void BinaryWriter::put(float value)
+{
+    if (m_form.doublesFloats) {
+        store(room(8), bitsOf<quint64>(double(value)));
+        return;
+    }
+    store(room(4), bitsOf<quint32>(value));
+}
+
+void BinaryWriter::put(double value)
+{
+    if (m_form.halvesFloats) {
+        store(room(4), bitsOf<quint32>(float(value)));
+        return;
+    }
+    store(room(8), bitsOf<quint64>(value));
+}
+
+void BinaryWriter::putNull()
+{
+    put(m_form.version >= versionWithNullBytesAndWords64 ? nullMark : 0U);
+}
+
+void BinaryWriter::putBytes(const char *bytes, int size)
+{
+    put(quint32(size));
+    if (size > 0)
+        std::memcpy(room(size), bytes, std::size_t(size));
+}
+
+void BinaryWriter::put(const QString &text)
+{
+    if (m_form.version < versionWithUnicode) {
+        const QByteArray latin1 = text.toLatin1();
+        putBytes(latin1.constData(), latin1.size());
+        return;
+    }
+    if (text.isNull() && m_form.version >= versionWithNullText) {
+        put(nullMark);
+        return;
+    }
+    put(quint32(2 * text.size()));
+    char *const at = room(2 * qint64(text.size()));
+    if (m_form.isLittleEndian)
+        qToLittleEndian<ushort>(text.utf16(), text.size(), at);
+    else
+        qToBigEndian<ushort>(text.utf16(), text.size(), at);
+}
+
+void BinaryWriter::putUtf8(const QString &text)
+{
+    if (text.isNull()) {
+        putNull();
+        return;
+    }
+    put(quint32(text.size()));
+    if (narrow(text.constData(), text.size(), room(text.size())))
+        return;
+    m_size -= wordSize + text.size();
+    const QByteArray utf8 = text.toUtf8();
+    putBytes(utf8.constData(), utf8.size());
+}
+
+void BinaryWriter::putUtf8(QLatin1String ascii)
+{
+    putBytes(ascii.data(), ascii.size());
+}
+
+void BinaryWriter::flushTo(QDataStream &target) const
+{
+    target.writeRawData(m_bytes.constData(), int(m_size));
+}
+
+// --- Reading ---------------------------------------------------------------------------------------------------------
+
+BinaryReader::BinaryReader(QDataStream &stream) : m_stream(stream), m_form(stream), m_buffer(bufferOf(stream))
+{
+    if (!m_buffer)
+        return;
+    const QByteArray &all = m_buffer->data();
+    const qint64 position = std::min(m_buffer->pos(), qint64(all.size()));
+    m_begin = m_at = all.constData() + position;
+    m_end = all.constData() + all.size();
+}
+
+BinaryReader::~BinaryReader()
+{
+    if (m_buffer && m_at != m_begin)
+        m_buffer->seek(m_buffer->pos() + (m_at - m_begin));
+}
+
+bool BinaryReader::pastEnd()
+{
+    m_at = m_end;
+    m_stream.setStatus(QDataStream::ReadPastEnd);
+    return false;
+}
+
+bool BinaryReader::take(bool &value)
+{
+    quint8 byte = 0;
+    if (!takeByte(byte))
+        return false;
+    value = byte != 0;
+    return true;
+}
+
+// As the stream reads a number that it may have written as the other type.
+template <class T>
+bool BinaryReader::takeFloat(T &value)
+{
+    if (!m_buffer)
+        return takeByStream(value);
+    const bool isDouble = std::is_same_v<T, double> ? !m_form.halvesFloats : m_form.doublesFloats;
+    quint64 bits = 0;
+    quint32 fewerBits = 0;
+    if (isDouble ? !takeWord(bits) : !takeWord(fewerBits))
+        return false;
+    value = isDouble ? T(bitsOf<double>(bits)) : T(bitsOf<float>(fewerBits));
+    return true;
+}
+
+bool BinaryReader::take(float &value)
+{
+    return takeFloat(value);
+}
+
+bool BinaryReader::take(double &value)
+{
+    return takeFloat(value);
+}
+
+bool BinaryReader::take(QString &text)
+{
+    if (!m_buffer)
+        return takeByStream(text);
+    quint32 size = 0;
+    if (!takeWord(size))
+        return false;
+    if (size == nullMark) {
+        text = QString();
+        return true;
+    }
+    if (size % 2 != 0) {
+        m_stream.setStatus(QDataStream::ReadCorruptData);
+        return false;
+    }
+    if (m_end - m_at < qint64(size))
+        return pastEnd();
+    if (size == 0) {
+        text = QStringLiteral("");
+        return true;
+    }
+    const int length = int(size / 2);
+    QString read(length, Qt::Uninitialized);
+    if (m_form.isLittleEndian)
+        qFromLittleEndian<ushort>(m_at, length, read.data());
+    else
+        qFromBigEndian<ushort>(m_at, length, read.data());
+    text = std::move(read);
+    m_at += size;
+    return true;
+}
+
+void BinaryReader::wrongLength(const DataObject &owner)
+{
+    Errors::wrongLength(owner);
+}
+
+BinaryReader::Bytes BinaryReader::readBytes(const DataObject &owner)
+{
+    if (!m_buffer) {
+        QByteArray bytes;
+        if (!takeByStream(bytes))
+            wrongLength(owner);
+        m_bytes = std::move(bytes);
+        return {m_bytes.constData(), m_bytes.size()};
+    }
+    const auto size = read<quint32>(owner);
+    if (size == nullMark)
+        return {m_at, 0};
+    if (m_end - m_at < qint64(size)) {
+        pastEnd();
+        wrongLength(owner);
+    }
+    const char *const data = m_at;
+    m_at += size;
+    return {data, int(size)};
+}
+
+QString BinaryReader::readText(const DataObject &owner)
+{
+    const Bytes bytes = readBytes(owner);
+    if (bytes.size == 0)
+        return QStringLiteral("");
+    // The converter drops one byte order mark at the start, which here is part of the text: give it one to drop.
+    static constexpr char mark[] = "\xEF\xBB\xBF";
+    if (bytes.size >= 3 && std::memcmp(bytes.data, mark, 3) == 0) {
+        const QByteArray marked = mark + QByteArray::fromRawData(bytes.data, bytes.size);
+        return textOf(marked.constData(), marked.size());
+    }
+    return textOf(bytes.data, bytes.size);
+}
+
+void BinaryReader::skip(const DataObject &owner, qint32 length, quint32 tag)
+{
+    if (!m_buffer) {
+        if (owner.skipCurrentElement(m_stream, length, int(tag)) < length)
+            wrongLength(owner);
+        return;
+    }
+    if (m_end - m_at < length) {
+        pastEnd();
+        wrongLength(owner);
+    }
+    m_at += std::max(length, 0);
+}
+
+qint64 BinaryReader::bytesLeft() const
+{
+    if (m_buffer)
+        return m_end - m_at;
+    return m_stream.device() ? m_stream.device()->bytesAvailable() : 0;
+}
+
+int BinaryReader::itemsWithin(qint32 count) const
+{
+    return int(std::clamp(qint64(count), qint64(0), std::min(bytesLeft() / wordSize, mostReserved)));
+}
+
+} // namespace JobXml

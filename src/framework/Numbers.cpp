@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "framework/Numbers.h"
+
+#include <cfloat>
+#include <cstring>
+#include <optional>
+
+#include <QByteArray>
+#include <QString>
+
+namespace JobXml {
+
+namespace {
+
+// "00" to "99": a division by 100 is as dear as one by 10 and brings two digits.
+struct Pairs
+{
+    constexpr Pairs()
+    {
+        char *end = digits;
+        for (char tens = '0'; tens <= '9'; ++tens) {
+            for (char ones = '0'; ones <= '9'; ++ones) {
+                *end++ = tens;
+                *end++ = ones;
+            }
+        }
+    }
+    char digits[200]{};
+};
+constexpr Pairs pairs;
+
+inline char *writePair(char *end, quint64 pair)
+{
+    std::memcpy(end - 2, pairs.digits + 2 * pair, 2);
+    return end - 2;
+}
+
+// Writes the digits of the number so that they end there; returns where they begin.
+Q_ALWAYS_INLINE char *writeDigits(char *end, quint64 number)
+{
+    while (number >= 100) {
+        end = writePair(end, number % 100);
+        number /= 100;
+    }
+    if (number >= 10)
+        return writePair(end, number);
+    *--end = char('0' + number);
+    return end;
+}
+
+// Where the short ways' texts end: a sign and 19 digits, 20 digits, or a sign, 16 digits, a point and two decimals.
+constexpr int shortTextEnd = 20;
+
+constexpr int mantissaBits = std::numeric_limits<double>::digits - 1;
+constexpr quint64 mantissaMask = (quint64(1) << mantissaBits) - 1;
+constexpr int exponentMask = 0x7FF;
+constexpr int exponentOfOne = 1023;
+static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == sizeof(quint64));
+
+// Whether an operation on doubles rounds once, to a double, and not to some wider type before.
+constexpr bool roundsOnce = FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1;
+
+template <class Char>
+unsigned digitOf(Char character)
+{
+    return unsigned(character) - '0'; // above 9 for everything else
+}
+
+// Takes the sign off, if there is one.
+template <class Char>
+Q_ALWAYS_INLINE bool takeSign(const Char *&text, qsizetype &size)
+{
+    if (size <= 0 || *text != '-')
+        return false;
+    ++text;
+    --size;
+    return true;
+}
+
+// The number that the characters are, if they are a few digits with a '-' in front or not. So few that any number of as
+// many digits fits.
+template <class Integer, class Char>
+Q_ALWAYS_INLINE std::optional<Integer> plainInteger(const Char *text, qsizetype size)
+{
+    const bool negative = takeSign(text, size);
+    if (size <= 0 || size > std::numeric_limits<Integer>::digits10)
+        return std::nullopt;
+    const Char *const end = text + size;
+    Integer number = 0;
+    for (; text != end; ++text) {
+        const unsigned digit = digitOf(*text);
+        if (digit > 9)
+            return std::nullopt;
+        number = number * 10 + Integer(digit);
+    }
+    return negative ? -number : number;
+}
+
+// The same for a number with or without decimals. Up to 15 digits make a whole number that a double holds exactly, and
+// so does the power of ten: their quotient is rounded once, and so is the nearest double.
+template <class Char>
+Q_ALWAYS_INLINE std::optional<double> plainDouble(const Char *text, qsizetype size)
+{
+    static constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
+
+    // With the point: without one there may be 16 digits, which are rounded once too, in becoming a double.
+    constexpr int mostCharacters = std::numeric_limits<double>::digits10 + 1;
+
+    const bool negative = takeSign(text, size);
+    if (!roundsOnce || size <= 0 || size > mostCharacters)
+        return std::nullopt;
+    const Char *const end = text + size;
+
+    qint64 digits = 0;
+    const auto readDigits = [&] {
+        const Char *const begin = text;
+        for (; text != end; ++text) {
+            const unsigned digit = digitOf(*text);
+            if (digit > 9)
+                break;
+            digits = digits * 10 + qint64(digit);
+        }
+        return text - begin;
+    };
+    if (readDigits() == 0)
+        return std::nullopt;
+    double number = 0;
+    if (text == end) {
+        number = double(digits);
+    } else {
+        if (*text++ != '.')
+            return std::nullopt;
+        const auto decimals = readDigits(); // perhaps none: "1." is a number
+        if (text != end)
+            return std::nullopt;
+        number = double(digits) / powersOfTen[decimals];
+    }
+    return negative ? -number : number;
+}
+
+// By size: a text may hold a NUL. The converter drops a byte order mark at the start, which here is part of the text.
+QString textOf(const char *utf8, int size)
+{
+    static constexpr char mark[] = {'\xEF', '\xBB', '\xBF'};
+    const bool marked = size >= int(sizeof mark) && std::memcmp(utf8, mark, sizeof mark) == 0;
+    const QString text = QString::fromUtf8(utf8, size);
+    return marked ? QChar(QChar::ByteOrderMark) + text : text;
+}
+
+// What a short way leaves to Qt. Never inlined: a short way so needs nothing of the stack.
+template <auto read, class... Base>
+Q_NEVER_INLINE auto readByQt(QStringView text, Base... base)
+{
+    return (text.toString().*read)(nullptr, base...);
+}
+
+template <auto read, class... Base>
+Q_NEVER_INLINE auto readByQt(const char *utf8, int size, Base... base)
+{
+    return (textOf(utf8, size).*read)(nullptr, base...);
+}
+
+} // namespace
+
+namespace Numbers {
+
+Q_NEVER_INLINE void Text::keepTextOfQt(double value)
+{
+    const QByteArray text = QString::number(value, 'f', 2).toLatin1();
+    std::memcpy(m_room, text.constData(), size_t(text.size()));
+    m_begin = m_room;
+    m_size = text.size();
+}
+
+Q_ALWAYS_INLINE void Text::keepDigits(char *begin, bool negative)
+{
+    if (negative)
+        *--begin = '-';
+    m_begin = begin;
+    m_size = int(m_room + shortTextEnd - begin);
+}
+
+Text::Text(double value)
+{
+    // The value is mantissa / 2^shift, as long as it is normal; what is not is nearer to 0 than any shift below tells.
+    quint64 bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    const int shift = exponentOfOne + mantissaBits - (int(bits >> mantissaBits) & exponentMask);
+    if (shift <= 0) { // from 2^52 on, infinities, what is no number
+        keepTextOfQt(value);
+        return;
+    }
+
+    // Exact in 60 bits, so a tie is a tie; like Qt, it goes away from 0. Beyond 60 places nothing is left to round up.
+    const quint64 mantissa = (bits & mantissaMask) | (mantissaMask + 1);
+    const quint64 hundredths = shift > 60 ? 0 : (mantissa * 100 + (quint64(1) << (shift - 1))) >> shift;
+    char *const decimals = writePair(m_room + shortTextEnd, hundredths % 100);
+    decimals[-1] = '.';
+    keepDigits(writeDigits(decimals - 1, hundredths / 100), value < 0); // -0.001 keeps its sign, -0.0 has none
+}
+
+Text::Text(qint64 value)
+{
+    const bool negative = value < 0;
+    const quint64 number = negative ? 0 - quint64(value) : quint64(value);
+    keepDigits(writeDigits(m_room + shortTextEnd, number), negative);
+}
+
+Text::Text(quint64 value)
+{
+    keepDigits(writeDigits(m_room + shortTextEnd, value), false);
+}
+
+Text twoDecimals(double value)
+{
+    return Text(value);
+}
+
+Text decimal(qint64 value)
+{
+    return Text(value);
+}
+
+Text decimal(quint64 value)
+{
+    return Text(value);
+}
+
+int toInt(QStringView text)
+{
+    const auto number = plainInteger<int>(text.utf16(), text.size());
+    return number ? *number : readByQt<&QString::toInt>(text, 10);
+}
+
+qint64 toLongLong(QStringView text)
+{
+    const auto number = plainInteger<qint64>(text.utf16(), text.size());
+    return number ? *number : readByQt<&QString::toLongLong>(text, 10);
+}
+
+// Like Qt, by way of a double: what is read here is within the range of a float.
+float toFloat(QStringView text)
+{
+    const auto number = plainDouble(text.utf16(), text.size());
+    return number ? float(*number) : readByQt<&QString::toFloat>(text);
+}
+
+double toDouble(QStringView text)
+{
+    const auto number = plainDouble(text.utf16(), text.size());
+    return number ? *number : readByQt<&QString::toDouble>(text);
+}
+
+int toInt(const char *utf8, int size)
+{
+    const auto number = plainInteger<int>(utf8, size);
+    return number ? *number : readByQt<&QString::toInt>(utf8, size, 10);
+}
+
+qint64 toLongLong(const char *utf8, int size)
+{
+    const auto number = plainInteger<qint64>(utf8, size);
+    return number ? *number : readByQt<&QString::toLongLong>(utf8, size, 10);
+}
+
+float toFloat(const char *utf8, int size)
+{
+    const auto number = plainDouble(utf8, size);
+    return number ? float(*number) : readByQt<&QString::toFloat>(utf8, size);
+}
+
+double toDouble(const char *utf8, int size)
+{
+    const auto number = plainDouble(utf8, size);
+    return number ? *number : readByQt<&QString::toDouble>(utf8, size);
+}
+
+} // namespace Numbers
+} // namespace JobXml

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+
+#include <QString>
+
+namespace JobXml {
+
+/// A text that a QString refers to without owning it, as with QStringLiteral: no memory is taken for the QString, and
+/// none is freed. The QString, and every copy of it, may be used as long as this text stands.
+template <int capacity>
+class Text
+{
+public:
+    constexpr explicit Text(const char *ascii = "") : m_storage{headerOf(0), {}}
+    {
+        for (int i = 0; ascii[i] != '\0'; ++i) {
+            m_storage.text[i] = ushort(ascii[i]);
+            m_storage.header.size = i + 1;
+        }
+    }
+    Text(const Text &) = delete;
+    Text &operator=(const Text &) = delete;
+
+    QString string() const noexcept { return QString(QStringDataPtr{const_cast<QStringData *>(&m_storage.header)}); }
+    QStringView view() const noexcept { return QStringView(m_storage.text, m_storage.header.size); }
+
+private:
+    struct Storage
+    {
+        QStringData header;
+        ushort text[capacity + 1];
+    };
+
+    static constexpr QStringData headerOf(int size)
+    {
+        return QStringData{{Q_REFCOUNT_INITIALIZE_STATIC, size, 0, 0, offsetof(Storage, text)}};
+    }
+
+    Storage m_storage;
+};
+
+} // namespace JobXml
