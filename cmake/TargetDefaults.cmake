@@ -6,6 +6,10 @@ include(CheckCXXCompilerFlag)
 # An unloaded library must really go away; a unique symbol would pin it in the process.
 check_cxx_compiler_flag(-fno-gnu-unique TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
 
+# A library's calls of its own functions are its own business: they need not look whether another library has some of
+# the same names, and may be inlined.
+check_cxx_compiler_flag(-fno-semantic-interposition TUNERPROPERTIES_HAS_NO_SEMANTIC_INTERPOSITION)
+
 function(tp_target_defaults target)
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
@@ -15,6 +19,9 @@ function(tp_target_defaults target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
     if(TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
         target_compile_options(${target} PRIVATE -fno-gnu-unique)
+    endif()
+    if(TUNERPROPERTIES_HAS_NO_SEMANTIC_INTERPOSITION)
+        target_compile_options(${target} PRIVATE -fno-semantic-interposition)
     endif()
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_KEYWORDS

@@ -184,7 +184,8 @@ protected:
     /// Once per read: handing over at every child element would make reading quadratic.
     void handOverOnce() const;
     void readAttributes(QXmlStreamReader &reader);
-    void readContent(QXmlStreamReader &reader);
+    /// What stands in the element, up to its end. `name` is the element's; `isNew` says that there were no data before.
+    void readContent(QXmlStreamReader &reader, const QString &name, bool isNew);
     /// Reads the child element if a member takes it; false if none does.
     bool readMemberElement(QXmlStreamReader &reader);
     /// Reads on to the next token that carries the name of the current one.
@@ -202,7 +203,10 @@ private:
 
     const ClassInfo &info() const noexcept;
     bool isOfDerivedClass() const noexcept;
+    REPORTGENERATOR::EnvironmentPointer environmentForCopy() const;
     void takeDown(const HandDown &handDown) const;
+    void readElement(QXmlStreamReader &reader, const QString &name);
+    void readStartedContent(QXmlStreamReader &reader, const QString &name, bool isNew);
     void checkMemberByMember(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown, Block &own) const;
     void checkChildren(const Member &member, bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown,
                        Block &own) const;

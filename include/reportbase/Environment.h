@@ -65,6 +65,10 @@ public:
                                    std::unique_ptr<const Environment::Own> own = nullptr);
 
     EnvironmentPointer(const EnvironmentPointer &other) noexcept : m_environment(other.m_environment) { addUser(); }
+    EnvironmentPointer(EnvironmentPointer &&other) noexcept
+        : m_environment(std::exchange(other.m_environment, &Environment::validating))
+    {
+    }
     EnvironmentPointer &operator=(const EnvironmentPointer &other) noexcept
     {
         if (m_environment != other.m_environment) {
@@ -72,6 +76,11 @@ public:
             dropUser();
             m_environment = other.m_environment;
         }
+        return *this;
+    }
+    EnvironmentPointer &operator=(EnvironmentPointer &&other) noexcept
+    {
+        std::swap(m_environment, other.m_environment);
         return *this;
     }
     ~EnvironmentPointer() { dropUser(); }

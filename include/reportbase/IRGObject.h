@@ -198,12 +198,19 @@ protected:
     /// An object without name and identifier.
     IRGObject();
     explicit IRGObject(ObjectTypes type);
-    explicit IRGObject(const ObjectClass &objectClass) noexcept;
-    /// A copy of an object: its class, its type and its validate flag; neither its logger nor a name of its own.
-    enum class CopyOf {};
-    IRGObject(CopyOf, const IRGObject &other);
+    explicit IRGObject(const ObjectClass &objectClass) noexcept
+        : m_class(&objectClass), m_environment(EnvironmentPointer::plain(true))
+    {
+    }
+    IRGObject(const ObjectClass &objectClass, EnvironmentPointer &&environment) noexcept
+        : m_class(&objectClass), m_environment(std::move(environment))
+    {
+    }
     IRGObject(const IRGObject &) = delete; // what a copy takes over is the business of the derived class
     IRGObject &operator=(const IRGObject &) = delete;
+
+    /// What ProcessXml() does, for a reader that certainly stands on the start of an element of this name.
+    void processContent(QXmlStreamReader &reader, const QString &name);
 
     /// The text of the element on whose start the reader stands, without the text of elements nested in it. Leaves the
     /// reader on the element's end.
@@ -214,9 +221,15 @@ protected:
     /// \name What the object was told
     /// As SetValidate() and SetLogger() told it, whatever derived classes make of these.
     /// @{
-    const Environment &environment() const noexcept { return *m_environment; }
+    const EnvironmentPointer &environment() const noexcept { return m_environment; }
     /// The part of it that children get.
-    EnvironmentPointer environmentForChildren() const;
+    EnvironmentPointer environmentForChildren() const
+    {
+        return m_environment->own ? EnvironmentPointer::make(m_environment->validate, m_environment->logger)
+                                  : m_environment;
+    }
+    /// What a copy of the object gets: its type and its validate flag; neither its logger nor a name of its own.
+    EnvironmentPointer environmentForCopy() const;
     /// Takes flag and logger over from a parent.
     void takeEnvironment(const EnvironmentPointer &parents) const
     {

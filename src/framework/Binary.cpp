@@ -17,7 +17,6 @@ namespace JobXml {
 namespace {
 
 constexpr int wordSize = 4; // the least that an item takes
-constexpr quint32 nullMark = 0xFFFFFFFF; // the length of what is null
 
 // An item in memory is many times its least size in a stream; beyond this, lists grow as their items arrive.
 constexpr qint64 mostReserved = 4096;
@@ -65,10 +64,37 @@ bool narrow(const QChar *text, int size, char *to)
     return all < 0x80;
 }
 
+bool isAscii(const char *bytes, int size)
+{
+    constexpr quint64 highBits = 0x8080808080808080;
+    quint64 all = 0;
+    if (size < 8) {
+        for (int i = 0; i < size; ++i)
+            all |= uchar(bytes[i]);
+        return (all & highBits) == 0;
+    }
+    quint64 eight = 0;
+    for (int i = 0; i < size - 8; i += 8) {
+        std::memcpy(&eight, bytes + i, 8);
+        all |= eight;
+    }
+    std::memcpy(&eight, bytes + size - 8, 8); // the last eight, some of them once more
+    return ((all | eight) & highBits) == 0;
+}
+
+/// Copies UTF-16 between the processor's byte order and a stream's.
+void copyText(const char *from, int units, char *to, bool isSwapped)
+{
+    if (isSwapped)
+        qbswap<sizeof(ushort)>(from, units, to);
+    else if (units > 0)
+        std::memcpy(to, from, 2 * std::size_t(units));
+}
+
 } // namespace
 
 ByteForm::ByteForm(const QDataStream &stream)
-    : isLittleEndian(stream.byteOrder() == QDataStream::LittleEndian),
+    : isSwapped((stream.byteOrder() == QDataStream::LittleEndian) != (QSysInfo::ByteOrder == QSysInfo::LittleEndian)),
       halvesFloats(stream.version() >= QDataStream::Qt_4_6
                    && stream.floatingPointPrecision() == QDataStream::SinglePrecision),
       doublesFloats(stream.version() >= QDataStream::Qt_4_6
@@ -143,11 +169,8 @@ void BinaryWriter::put(const QString &text)
         return;
     }
     put(quint32(2 * text.size()));
-    char *const at = room(2 * qint64(text.size()));
-    if (m_form.isLittleEndian)
-        qToLittleEndian<ushort>(text.utf16(), text.size(), at);
-    else
-        qToBigEndian<ushort>(text.utf16(), text.size(), at);
+    copyText(reinterpret_cast<const char *>(text.utf16()), text.size(), room(2 * qint64(text.size())),
+             m_form.isSwapped);
 }
 
 void BinaryWriter::putUtf8(const QString &text)
@@ -256,10 +279,7 @@ bool BinaryReader::take(QString &text)
     }
     const int length = int(size / 2);
     QString read(length, Qt::Uninitialized);
-    if (m_form.isLittleEndian)
-        qFromLittleEndian<ushort>(m_at, length, read.data());
-    else
-        qFromBigEndian<ushort>(m_at, length, read.data());
+    copyText(m_at, length, reinterpret_cast<char *>(read.data()), m_form.isSwapped);
     text = std::move(read);
     m_at += size;
     return true;
@@ -270,25 +290,13 @@ void BinaryReader::wrongLength(const DataObject &owner)
     Errors::wrongLength(owner);
 }
 
-BinaryReader::Bytes BinaryReader::readBytes(const DataObject &owner)
+BinaryReader::Bytes BinaryReader::readBytesByStream(const DataObject &owner)
 {
-    if (!m_buffer) {
-        QByteArray bytes;
-        if (!takeByStream(bytes))
-            wrongLength(owner);
-        m_bytes = std::move(bytes);
-        return {m_bytes.constData(), m_bytes.size()};
-    }
-    const auto size = read<quint32>(owner);
-    if (size == nullMark)
-        return {m_at, 0};
-    if (m_end - m_at < qint64(size)) {
-        pastEnd();
+    QByteArray bytes;
+    if (!takeByStream(bytes))
         wrongLength(owner);
-    }
-    const char *const data = m_at;
-    m_at += size;
-    return {data, int(size)};
+    m_bytes = std::move(bytes);
+    return {m_bytes.constData(), m_bytes.size()};
 }
 
 QString BinaryReader::readText(const DataObject &owner)
@@ -296,6 +304,8 @@ QString BinaryReader::readText(const DataObject &owner)
     const Bytes bytes = readBytes(owner);
     if (bytes.size == 0)
         return QStringLiteral("");
+    if (isAscii(bytes.data, bytes.size))
+        return QString::fromLatin1(bytes.data, bytes.size);
     // The converter drops one byte order mark at the start, which here is part of the text: give it one to drop.
     static constexpr char mark[] = "\xEF\xBB\xBF";
     if (bytes.size >= 3 && std::memcmp(bytes.data, mark, 3) == 0) {

@@ -14,12 +14,14 @@ namespace JobXml {
 
 class DataObject;
 
+constexpr quint32 nullMark = 0xFFFFFFFF; // in place of the length of what is null
+
 /// How a stream wants its bytes.
 struct ByteForm
 {
     explicit ByteForm(const QDataStream &stream);
 
-    bool isLittleEndian;
+    bool isSwapped; ///< the byte order is not that of the processor
     bool halvesFloats; ///< numbers with floating point are written as `float`
     bool doublesFloats; ///< as `double`
     int version;
@@ -84,7 +86,8 @@ private:
     template <class Word>
     void store(char *at, Word value) const
     {
-        value = m_form.isLittleEndian ? qToLittleEndian(value) : qToBigEndian(value);
+        if (m_form.isSwapped)
+            value = qbswap(value);
         std::memcpy(at, &value, sizeof(value));
     }
     void putNull();
@@ -128,6 +131,23 @@ public:
     /// Where the stream ends too early, `owner` fails with its length error, before anything that was cut off gets as
     /// far as a setter.
     /// @{
+    /// The tag and the length in front of a member's payload.
+    struct Head
+    {
+        quint32 tag;
+        qint32 length;
+    };
+    Head readHead(const DataObject &owner)
+    {
+        if (m_buffer && m_end - m_at >= 8) {
+            const Head head{word<quint32>(m_at), word<qint32>(m_at + 4)};
+            m_at += 8;
+            return head;
+        }
+        const auto tag = read<quint32>(owner);
+        return {tag, read<qint32>(owner)};
+    }
+
     template <class T>
     T read(const DataObject &owner)
     {
@@ -143,7 +163,21 @@ public:
         const char *data;
         int size;
     };
-    Bytes readBytes(const DataObject &owner);
+    Bytes readBytes(const DataObject &owner)
+    {
+        if (!m_buffer)
+            return readBytesByStream(owner);
+        const auto size = read<quint32>(owner);
+        if (size == nullMark)
+            return {m_at, 0};
+        if (m_end - m_at < qint64(size)) {
+            pastEnd();
+            wrongLength(owner);
+        }
+        const char *const data = m_at;
+        m_at += size;
+        return {data, int(size)};
+    }
 
     /// A text as UTF-8 bytes; never null, whatever was written.
     QString readText(const DataObject &owner);
@@ -157,6 +191,7 @@ public:
     int itemsWithin(qint32 count) const;
 
 private:
+    Bytes readBytesByStream(const DataObject &owner);
     [[noreturn]] static void wrongLength(const DataObject &owner);
     qint64 bytesLeft() const;
     /// Fails as a stream does, having read what there was.
@@ -188,10 +223,16 @@ private:
             return takeByStream(value);
         if (m_end - m_at < qint64(sizeof(Word)))
             return pastEnd();
-        std::memcpy(&value, m_at, sizeof(Word));
-        value = m_form.isLittleEndian ? qFromLittleEndian(value) : qFromBigEndian(value);
+        value = word<Word>(m_at);
         m_at += sizeof(Word);
         return true;
+    }
+    template <class Word>
+    Word word(const char *at) const
+    {
+        Word value;
+        std::memcpy(&value, at, sizeof(Word));
+        return m_form.isSwapped ? qbswap(value) : value;
     }
     template <class T>
     bool takeFloat(T &value);

@@ -82,13 +82,14 @@ public:
         this->swap(none);
     }
 
-    /// As append(), for a list that is being read: nearly all lists are short, and QVector's own growth would leave
-    /// half of the room unused.
-    void appendGrowingTightly(Item &&item)
+    /// A new item at the end, for a list that is being read: nearly all lists are short, and QVector's own growth would
+    /// leave half of the room unused.
+    Item &appendNew()
     {
         if (this->size() == this->capacity())
             this->reserve(this->size() < 2 ? this->size() + 1 : 2 * this->size());
-        this->append(std::move(item));
+        this->resize(this->size() + 1);
+        return this->last();
     }
 
     /// Gives back the room that is left.

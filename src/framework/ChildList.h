@@ -15,7 +15,7 @@ class ChildList : public FieldOf<Data, ItemList<Item>>
 
 public:
     constexpr ChildList(int bit, const char *name, quint32 tag, ItemList<Item> Data::*field, Traits traits)
-        : Base(bit, name, tag, field, traits | HoldsChildren | PresentByValue)
+        : Base(bit, name, tag, field, traits | HoldsChildren | GrowsByReading | PresentByValue)
     {
     }
 
@@ -37,9 +37,10 @@ public:
 
     void append(DataObject &object, const Item &item) const
     {
-        ItemList<Item> &items = listToAppendTo(object, item);
-        items.append(item);
-        Member::block(object).flags.set(this->bit());
+        Block &block = Member::block(object);
+        checkForAppending(object, item);
+        owned(block).append(item);
+        block.flags.set(this->bit());
     }
 
     bool isPresent(const Block &block) const override { return !list(block).isEmpty(); }
@@ -104,11 +105,9 @@ public:
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        const auto environment = Member::environmentForReading(object);
-        Item item;
-        Member::takeEnvironment(item, environment);
-        if (Member::readNestedXml(item, reader))
-            appendRead(object, std::move(item), environment);
+        NewItem item(*this, object, Member::environmentForReading(object));
+        if (this->readNestedXml(*item, reader))
+            item.keep();
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -131,10 +130,9 @@ public:
         reserve(object, reader.itemsWithin(count));
         for (qint32 i = 0; i < count; ++i) {
             const auto length = reader.read<qint32>(object);
-            Item item;
-            Member::takeEnvironment(item, environment);
-            Member::readNestedRecord(item, reader, length);
-            appendRead(object, std::move(item), environment);
+            NewItem item(*this, object, environment);
+            Member::readNestedRecord(*item, reader, length);
+            item.keep();
         }
     }
 
@@ -148,21 +146,20 @@ public:
             Member::writeNestedSnapshot(item, writer);
     }
 
-    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
         qint32 count = 0;
         if (!reader.take(count))
             return false;
-        if (!this->isSet(Member::block(object)) && !this->has(SnapshotReadByCount))
+        if (!this->isSet(block) && !this->has(SnapshotReadByCount))
             return true;
         const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // and no logger
         reserve(object, reader.itemsWithin(count));
         for (qint32 i = 0; i < count; ++i) {
-            Item item;
-            Member::takeEnvironment(item, environment);
-            if (!Member::readNestedSnapshot(item, reader))
+            NewItem item(*this, object, environment);
+            if (!Member::readNestedSnapshot(*item, reader))
                 return false;
-            appendRead(object, std::move(item), environment);
+            item.keep();
         }
         return true;
     }
@@ -185,23 +182,46 @@ private:
         return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());
     }
 
-    /// The list, if it takes the item.
-    ItemList<Item> &listToAppendTo(DataObject &object, const Item &item) const
+    void checkForAppending(const DataObject &object, const Item &item) const
     {
-        Block &block = Member::block(object);
         if (object.GetValidate() && !item.HasData())
             Errors::incompleteItem(object, this->name());
-        return owned(block);
     }
 
-    // As append(), without a copy of what was just read. A move does not bring the logger along.
-    void appendRead(DataObject &object, Item &&item, const REPORTGENERATOR::EnvironmentPointer &environment) const
+    /// An item that is being read, in its place at the end of the list. It goes again unless it is kept: the list is as
+    /// it was then.
+    class NewItem
     {
-        ItemList<Item> &items = listToAppendTo(object, item);
-        items.appendGrowingTightly(std::move(item));
-        Member::takeEnvironment(items.constLast(), environment);
-        Member::block(object).flags.set(this->bit());
-    }
+    public:
+        NewItem(const ChildList &row, DataObject &object, const REPORTGENERATOR::EnvironmentPointer &environment)
+            : m_row(row), m_object(object), m_item(row.owned(Member::block(object)).appendNew())
+        {
+            Member::takeEnvironment(m_item, environment);
+        }
+        NewItem(const NewItem &) = delete;
+        NewItem &operator=(const NewItem &) = delete;
+        ~NewItem()
+        {
+            if (!m_isKept)
+                m_row.list(Member::block(m_object)).removeLast();
+        }
+
+        Item &operator*() { return m_item; }
+
+        /// As append().
+        void keep()
+        {
+            m_row.checkForAppending(m_object, m_item);
+            Member::block(m_object).flags.set(m_row.bit());
+            m_isKept = true;
+        }
+
+    private:
+        const ChildList &m_row;
+        DataObject &m_object;
+        Item &m_item;
+        bool m_isKept = false;
+    };
 
     void reserve(DataObject &object, int further) const
     {

@@ -20,11 +20,30 @@ Visitor::~Visitor() = default;
 
 // --- Construction, copies, moves -------------------------------------------------------------------------------------
 
+inline const ClassInfo &DataObject::info() const noexcept
+{
+    return static_cast<const ClassInfo &>(objectClass());
+}
+
+// Objects of derived classes may have their own way with what they are told. Of all others the framework knows what
+// SetValidate() and SetLogger() do, so it hands down both at once.
+inline bool DataObject::isOfDerivedClass() const noexcept
+{
+    return &typeid(*this) != &info().type;
+}
+
+// Nearly always the environment as it is.
+inline EnvironmentPointer DataObject::environmentForCopy() const
+{
+    const bool hasMore = isOfDerivedClass() || environment()->own || environment()->logger;
+    return hasMore ? IRGObject::environmentForCopy() : environment();
+}
+
 DataObject::DataObject(const ClassInfo &info) : IRGObject(info) { }
 
 // The copies of children follow their own flags, and each of them all of its tree. So where a child's flag is the right
 // one there is nothing left to do below it.
-DataObject::DataObject(const DataObject &other) : IRGObject(CopyOf(), other)
+DataObject::DataObject(const DataObject &other) : IRGObject(other.objectClass(), other.environmentForCopy())
 {
     if (!other.m_block)
         return;
@@ -32,14 +51,14 @@ DataObject::DataObject(const DataObject &other) : IRGObject(CopyOf(), other)
     const EnvironmentPointer environment = environmentForChildren();
     const HandDown handDown(environment, HandDown::Validate);
     auto follow = [&](const DataObject &child, int) {
-        if (child.environment().validate != environment->validate)
+        if (child.environment()->validate != environment->validate)
             child.takeDown(handDown);
     };
     info().forEach(info().children, [&](const Member &member) { member.forEachChild(*m_block, ChildAction(follow)); });
 }
 
 DataObject::DataObject(DataObject &&other) noexcept
-    : IRGObject(CopyOf(), other), m_block(std::exchange(other.m_block, nullptr))
+    : IRGObject(other.objectClass(), other.environmentForCopy()), m_block(std::exchange(other.m_block, nullptr))
 {
 }
 
@@ -71,11 +90,6 @@ void DataObject::release(const ClassInfo &info, Block *block) noexcept
         info.destroy(block);
 }
 
-inline const ClassInfo &DataObject::info() const noexcept
-{
-    return static_cast<const ClassInfo &>(objectClass());
-}
-
 void DataObject::swapData(DataObject &other) noexcept
 {
     std::swap(m_block, other.m_block);
@@ -87,7 +101,8 @@ Block &DataObject::block() const
 {
     if (!m_block) {
         m_block = info().create();
-        handOver();
+        if (info().builtWithTheBlock != 0 || isOfDerivedClass())
+            handOver();
     } else if (m_block->isShared()) {
         Block *own = info().clone(*m_block);
         release(info(), std::exchange(m_block, own));
@@ -145,8 +160,8 @@ bool DataObject::equals(const DataObject &other) const
 {
     if (!m_block && !other.m_block)
         return true;
-    Block *left = m_block ? &block() : nullptr;
-    Block *right = other.m_block ? &other.block() : nullptr;
+    Block *left = m_block ? &Member::block(*this) : nullptr;
+    Block *right = other.m_block ? &Member::block(other) : nullptr;
     for (const Member *member : info().writtenOrder()) {
         if (!member->equals(left, right))
             return false;
@@ -177,13 +192,6 @@ void DataObject::Accept(Visitor &visitor) const
 }
 
 // --- Validate flag and logger ----------------------------------------------------------------------------------------
-
-// Objects of derived classes may have their own way with what they are told. Of all others the framework knows what
-// SetValidate() and SetLogger() do, so it hands down both at once.
-bool DataObject::isOfDerivedClass() const noexcept
-{
-    return &typeid(*this) != &info().type;
-}
 
 void DataObject::SetValidate(bool validate) const
 {
@@ -216,7 +224,7 @@ void DataObject::handDownToChildren(const HandDown &handDown) const
 {
     if (!m_block || info().children == 0)
         return;
-    Block &own = block();
+    Block &own = Member::block(*this);
     auto hand = [&](const DataObject &child, int) { child.takeDown(handDown); };
     info().forEach(info().children, [&](const Member &member) { member.forEachChild(own, ChildAction(hand)); });
 }
@@ -224,7 +232,7 @@ void DataObject::handDownToChildren(const HandDown &handDown) const
 void DataObject::takeDown(const HandDown &handDown) const
 {
     handDown.change(*this);
-    if (m_block && info().children != 0)
+    if (m_block && (info().children | info().builtWithTheBlock) != 0)
         handDownToChildren(handDown);
 }
 
@@ -253,7 +261,7 @@ void DataObject::Check() const
 
 void DataObject::checkTree(bool flag, const EnvironmentPointer *handedDown) const
 {
-    Block &own = block();
+    Block &own = Member::block(*this);
     const ClassInfo &info = this->info();
     const quint16 set = own.flags.all();
     bool isGood = (set & info.mandatory) == info.mandatory;
@@ -351,7 +359,7 @@ bool DataObject::mayWrite() const
 // at every level would be work times depth.
 bool DataObject::mayWriteNested(bool checkedByParent) const
 {
-    if (environment().validate) {
+    if (environment()->validate) {
         if (!checkedByParent)
             checkTree(false, nullptr);
         if (!HasData())
@@ -384,7 +392,7 @@ void DataObject::writeElement(XmlOutput &output) const
 
 void DataObject::writeMembers(XmlOutput &output) const
 {
-    Block &own = block();
+    Block &own = Member::block(*this);
     for (const Member *member : info().writtenOrder())
         member->writeXml(*this, own, output);
 }
@@ -395,8 +403,9 @@ void DataObject::writeMembers(XmlOutput &output) const
 class DataObject::ReadingContent
 {
 public:
-    ReadingContent(const DataObject &object, QXmlStreamReader &reader)
-        : m_object(object), m_reader(reader), m_outer(innermost), m_namespaces(reader.namespaceProcessing())
+    ReadingContent(const DataObject &object, QXmlStreamReader &reader, bool hasHandedOver)
+        : m_object(object), m_reader(reader), m_outer(innermost), m_namespaces(reader.namespaceProcessing()),
+          m_handedOver(hasHandedOver)
     {
         innermost = this;
         if (m_namespaces)
@@ -425,7 +434,7 @@ private:
     QXmlStreamReader &m_reader;
     ReadingContent *const m_outer;
     const bool m_namespaces;
-    bool m_handedOver = false;
+    bool m_handedOver;
 };
 
 thread_local DataObject::ReadingContent *DataObject::ReadingContent::innermost = nullptr;
@@ -438,9 +447,20 @@ void DataObject::handOverOnce() const
 
 void DataObject::ProcessXml(QXmlStreamReader &reader)
 {
+    const bool isNew = !m_block;
     block();
     readAttributes(reader);
-    readContent(reader);
+    readContent(reader, reader.name().toString(), isNew);
+}
+
+// For a child, on whose start the reader stands.
+void DataObject::readElement(QXmlStreamReader &reader, const QString &name)
+{
+    const bool isNew = !m_block;
+    block();
+    if (info().attributeCount != 0)
+        readAttributes(reader);
+    readStartedContent(reader, name, isNew);
 }
 
 // The reader's attributes are given back before it reads on: what holds on to them makes it copy them.
@@ -448,39 +468,50 @@ void DataObject::readAttributes(QXmlStreamReader &reader)
 {
     const QXmlStreamAttributes attributes = reader.attributes();
     const int count = attributes.size();
-    int next = 0; // as objects write them: each where it is expected
+    int next = 0; // where the next one is expected: objects write them in the order of the rows
     for (const Member *member : info().attributes()) {
         int at = next;
-        while (at < count && !member->isNamed(attributes.at(at).qualifiedName()))
-            ++at;
-        if (at == count) { // not behind the one found last, but perhaps in front of it
-            at = 0;
-            while (at < next && !member->isNamed(attributes.at(at).qualifiedName()))
-                ++at;
-            if (at == next)
-                continue;
+        for (int tried = 0; tried < count; ++tried, ++at) {
+            if (at == count)
+                at = 0;
+            if (member->isNamed(attributes.at(at).qualifiedName())) {
+                member->readXmlAttribute(*this, attributes.at(at).value());
+                next = at + 1;
+                break;
+            }
         }
-        member->readXmlAttribute(*this, attributes.at(at).value());
-        next = at + 1;
     }
 }
 
-void DataObject::readContent(QXmlStreamReader &reader)
+void DataObject::readContent(QXmlStreamReader &reader, const QString &name, bool isNew)
 {
-    const ReadingContent reading(*this, reader);
+    if (!reader.atEnd() && !reader.hasError())
+        readStartedContent(reader, name, isNew);
+}
+
+void DataObject::readStartedContent(QXmlStreamReader &reader, const QString &name, bool isNew)
+{
+    if (info().children == 0 && !reader.namespaceProcessing() && !isOfDerivedClass()) {
+        processContent(reader, name); // most objects: there is nobody to hand over to
+        return;
+    }
+    // With new data there is nobody either: what there is was handed flag and logger with the data.
+    const ReadingContent reading(*this, reader, isNew && !isOfDerivedClass());
     const quint16 lists = listsToFill();
-    IRGObject::ProcessXml(reader);
+    processContent(reader, name);
     squeeze(lists);
 }
 
 // Lists to which something is added again and again keep their room: they would grow item by item otherwise.
 quint16 DataObject::listsToFill() const
 {
-    return quint16(info().children & ~block().flags.all());
+    return quint16(info().lists & ~Member::block(*this).flags.all());
 }
 
 void DataObject::squeeze(quint16 lists)
 {
+    if (lists == 0)
+        return;
     Block &own = block();
     info().forEach(lists, [&](const Member &member) { member.squeeze(own); });
 }
@@ -496,15 +527,16 @@ void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
 bool DataObject::readMemberElement(QXmlStreamReader &reader)
 {
     const QStringView name = reader.name();
-    for (const ClassInfo::Rows &rows : {info().elements(), info().attributes()}) { // elements are what is expected
+    const auto read = [&](const ClassInfo::Rows &rows) {
         for (const Member *member : rows) {
             if (member->isNamed(name)) {
                 member->readXmlElement(*this, reader);
                 return true;
             }
         }
-    }
-    return false;
+        return false;
+    };
+    return read(info().elements()) || read(info().attributes()); // elements are what is expected
 }
 
 // By name, not by depth: an element of the same name inside ends the skipping, as readers of these documents expect.
@@ -550,7 +582,7 @@ void DataObject::writeNestedRecord(BinaryWriter &writer, quint32 tag, bool check
 
 void DataObject::writeMemberRecords(BinaryWriter &writer) const
 {
-    Block &own = block();
+    Block &own = Member::block(*this);
     for (const Member *member : info().writtenOrder())
         member->writeRecord(*this, own, writer);
 }
@@ -566,11 +598,15 @@ void DataObject::readRecord(BinaryReader &reader, qint32 length)
 {
     const quint16 lists = listsToFill();
     qint64 remainder = length; // 64 bits: no length word of a hostile record can make it wrap
+    const ClassInfo::Rows rows = info().writtenOrder();
+    const Member *const *expected = rows.begin(); // objects write them in this order
     while (remainder > 0 && !reader.atEnd()) {
-        const auto tag = reader.read<quint32>(*this);
-        const auto memberLength = reader.read<qint32>(*this);
-        remainder -= 8 + qint64(memberLength);
-        readMemberRecord(reader, tag, memberLength);
+        const BinaryReader::Head head = reader.readHead(*this);
+        remainder -= 8 + qint64(head.length);
+        if (expected != rows.end() && (*expected)->tag() == head.tag)
+            (*expected++)->readRecord(*this, reader, head.length);
+        else
+            readMemberRecord(reader, head.tag, head.length);
     }
     if (remainder != 0)
         Errors::wrongLength(*this);
@@ -618,7 +654,7 @@ bool DataObject::readSnapshot(BinaryReader &reader)
 
 void DataObject::writeSnapshotFlags(BinaryWriter &writer) const
 {
-    const SetFlags &flags = block().flags;
+    const SetFlags &flags = Member::block(*this).flags;
     writer.put(flags.byte(0));
     if (info().memberCount > 8)
         writer.put(flags.byte(1));
@@ -630,22 +666,23 @@ bool DataObject::readSnapshotFlags(BinaryReader &reader)
     quint8 second = 0;
     if (!reader.take(first) || (info().memberCount > 8 && !reader.take(second)))
         return false;
-    block().flags.setBytes(first, second, info().memberCount);
+    Member::block(*this).flags.setBytes(first, second, info().memberCount);
     return true;
 }
 
 void DataObject::writeSnapshotMembers(BinaryWriter &writer) const
 {
-    Block &own = block();
+    Block &own = Member::block(*this);
     for (const Member *member : info().bitOrder())
         member->writeSnapshot(*this, own, writer);
 }
 
 bool DataObject::readSnapshotMembers(BinaryReader &reader)
 {
-    const quint16 lists = info().children; // whose flags have been read already
+    const quint16 lists = info().lists; // whose flags have been read already
+    Block &own = Member::block(*this);
     for (const Member *member : info().bitOrder()) {
-        if (!member->readSnapshot(*this, reader))
+        if (!member->readSnapshot(*this, own, reader))
             return false;
     }
     squeeze(lists);

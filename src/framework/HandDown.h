@@ -16,6 +16,11 @@ public:
     {
     }
 
+    bool validate() const { return m_environment->validate; }
+
+    /// To an object and what is below it.
+    void give(const DataObject &object) const { object.takeDown(*this); }
+
     void change(const DataObject &object) const
     {
         if (m_what == Both)

@@ -11,6 +11,7 @@
 #include "framework/Block.h"
 #include "framework/Errors.h"
 #include "framework/Text.h"
+#include "reportbase/SameText.h"
 
 namespace JobXml {
 
@@ -29,8 +30,10 @@ enum Traits : unsigned {
     Identifies = 1 << 7, ///< a text that tells the object from its siblings, for the paths of problems
     // Said by the kinds of rows and by the codecs, not by the tables:
     HoldsChildren = 1 << 8,
-    PresentByValue = 1 << 9, ///< presence is not a matter of the flag alone
-    MayHoldTheInvalid = 1 << 10, ///< there are values that it must not hold when it is checked
+    BuiltWithTheBlock = 1 << 9, ///< there is something to hand flag and logger down to as soon as there are data
+    GrowsByReading = 1 << 10, ///< a list of child objects
+    PresentByValue = 1 << 11, ///< presence is not a matter of the flag alone
+    MayHoldTheInvalid = 1 << 12, ///< there are values that it must not hold when it is checked
 };
 
 constexpr Traits operator|(Traits left, Traits right)
@@ -66,9 +69,15 @@ public:
     QLatin1String name() const { return QLatin1String(m_name); }
     /// The name as a QString that costs nothing.
     QString text() const { return m_text.string(); }
-    bool isNamed(QStringView name) const { return name == m_text.view(); }
+    bool isNamed(QStringView name) const { return REPORTGENERATOR::isSameText(name, m_text.view()); }
     quint32 tag() const { return m_tag; }
     constexpr bool has(Traits traits) const { return (m_traits & traits) == traits; }
+
+    /// See DataObject::block(); the common case without a call.
+    static Block &block(const DataObject &object)
+    {
+        return object.m_block && !object.m_block->isShared() ? *object.m_block : object.block();
+    }
 
     bool isSet(const Block &block) const { return block.flags.test(m_bit); }
     bool isSet(const DataObject &object) const
@@ -119,7 +128,7 @@ public:
     virtual void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
     virtual void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const = 0;
     virtual void writeSnapshot(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
-    virtual bool readSnapshot(DataObject &object, BinaryReader &reader) const = 0;
+    virtual bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const = 0;
 
     // For the proof-reading of tables while they are compiled.
     constexpr int constantBit() const { return m_bit; }
@@ -133,11 +142,6 @@ protected:
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
     // The rows' way into objects; DataObject has no other friend.
-    static Block &block(const DataObject &object)
-    {
-        // The common case without a call; see DataObject::block().
-        return object.m_block && !object.m_block->isShared() ? *object.m_block : object.block();
-    }
     static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
     /// Reads the text of an element, or the whole of a child. False where the document breaks off: what has been read
     /// by then is not stored.
@@ -146,9 +150,9 @@ protected:
         text = object.GetTextValue(reader);
         return !reader.hasError();
     }
-    static bool readNestedXml(DataObject &child, QXmlStreamReader &reader)
+    bool readNestedXml(DataObject &child, QXmlStreamReader &reader) const
     {
-        child.ProcessXml(reader);
+        child.readElement(reader, text());
         return !reader.hasError();
     }
     /// Flag and logger for a child that is about to be read.

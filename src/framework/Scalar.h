@@ -111,16 +111,21 @@ public:
             Codec<T>::writeSnapshot(writer, this->field(block));
     }
 
-    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &, Block &block, BinaryReader &reader) const override
     {
-        Block &block = Member::block(object);
         if (leftOut(block) && !this->has(SnapshotReadAlways))
             return true;
         return Codec<T>::readSnapshot(reader, this->field(block)); // the flag was read before, with all others
     }
 
 private:
-    bool same(const T &left, const T &right) const override { return left == right; }
+    bool same(const T &left, const T &right) const override
+    {
+        if constexpr (std::is_same_v<T, QString>)
+            return REPORTGENERATOR::isSameText(left, right);
+        else
+            return left == right;
+    }
 
     bool leftOut(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
 };

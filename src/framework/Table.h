@@ -26,6 +26,8 @@ struct ClassInfo : REPORTGENERATOR::ObjectClass
     quint16 presentByValue;
     quint16 mayHoldTheInvalid;
     quint16 children;
+    quint16 builtWithTheBlock;
+    quint16 lists; // of children
     Block *(*create)();
     Block *(*clone)(const Block &block);
     void (*destroy)(Block *block);
@@ -185,6 +187,8 @@ constexpr ClassInfo describe(const QString &name, qint64 identifier)
         ProofReading::maskOf(table, PresentByValue),
         ProofReading::maskOf(table, MayHoldTheInvalid),
         ProofReading::maskOf(table, HoldsChildren),
+        ProofReading::maskOf(table, BuiltWithTheBlock),
+        ProofReading::maskOf(table, GrowsByReading),
         []() -> Block * { return new BlockOf<Data>; },
         [](const Block &block) -> Block * { return new BlockOf<Data>(static_cast<const BlockOf<Data> &>(block)); },
         [](Block *block) { delete static_cast<BlockOf<Data> *>(block); }};

@@ -9,6 +9,8 @@
 #include <QDateTime>
 #include <QXmlStreamReader>
 
+#include "SameText.h"
+
 namespace REPORTGENERATOR {
 
 namespace {
@@ -23,20 +25,6 @@ IRGObject::IRGObject() : IRGObject(noClass) { }
 IRGObject::IRGObject(ObjectTypes type) : IRGObject(noClass)
 {
     changeOwn([=](Environment::Own &own) { own.type = type; });
-}
-
-IRGObject::IRGObject(const ObjectClass &objectClass) noexcept
-    : m_class(&objectClass), m_environment(EnvironmentPointer::plain(true))
-{
-}
-
-IRGObject::IRGObject(CopyOf, const IRGObject &other)
-    : m_class(other.m_class), m_environment(EnvironmentPointer::plain(other.GetValidate()))
-{
-    // The const_cast is for GetObjectType(), which is not const although it reads only.
-    const ObjectTypes type = const_cast<IRGObject &>(other).GetObjectType();
-    if (type != ObjectTypes::Undefined)
-        changeOwn([=](Environment::Own &own) { own.type = type; });
 }
 
 IRGObject::~IRGObject() = default;
@@ -177,10 +165,15 @@ void IRGObject::ResetLogger() const
     takeOther(m_environment->validate, nullptr, m_environment);
 }
 
-EnvironmentPointer IRGObject::environmentForChildren() const
+EnvironmentPointer IRGObject::environmentForCopy() const
 {
-    const Environment &all = *m_environment;
-    return all.own ? EnvironmentPointer::make(all.validate, all.logger) : m_environment;
+    // The const_cast is for GetObjectType(), which is not const although it reads only.
+    const ObjectTypes type = const_cast<IRGObject &>(*this).GetObjectType();
+    if (type == ObjectTypes::Undefined)
+        return EnvironmentPointer::plain(GetValidate());
+    auto own = std::make_unique<Environment::Own>();
+    own->type = type;
+    return EnvironmentPointer::make(GetValidate(), nullptr, std::move(own));
 }
 
 void IRGObject::takeOtherEnvironment(const EnvironmentPointer &parents) const
@@ -227,15 +220,27 @@ void IRGObject::clearError() const
 
 void IRGObject::ProcessXml(QXmlStreamReader &reader)
 {
-    // Nearly always the object's own name, which there is already.
-    const QString ownName = reader.name() == GetObjectName() ? GetObjectName() : reader.name().toString();
-    // A reader in error is not at its end as long as its device claims to have more.
-    while (!reader.atEnd() && !reader.hasError()) {
-        const QXmlStreamReader::TokenType token = reader.readNext();
-        if (token == QXmlStreamReader::StartElement)
+    if (!reader.atEnd() && !reader.hasError())
+        processContent(reader, reader.name().toString());
+}
+
+void IRGObject::processContent(QXmlStreamReader &reader, const QString &name)
+{
+    for (;;) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
             ProcessXmlStartElement(reader);
-        else if (token == QXmlStreamReader::EndElement && reader.name() == ownName)
-            return; // other ends are left over from elements that were not read to their ends
+            break;
+        case QXmlStreamReader::EndElement:
+            if (isSameText(reader.name(), name))
+                return;
+            break; // left over from an element that was not read to its end
+        case QXmlStreamReader::Invalid: // in error, whatever a device claims to have still
+        case QXmlStreamReader::EndDocument:
+            return;
+        default:
+            break;
+        }
     }
 }
 

@@ -164,7 +164,7 @@ public:
             writer.put(qint8(mode));
     }
 
-    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &object, Block &, BinaryReader &reader) const override
     {
         qint32 count = 0;
         if (!reader.take(count))

@@ -115,9 +115,9 @@ public:
             ChildList::writeSnapshot(object, block, writer);
     }
 
-    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
-        return !Member::isSet(object) || ChildList::readSnapshot(object, reader);
+        return !isSet(block) || ChildList::readSnapshot(object, block, reader);
     }
 };
 
@@ -126,7 +126,7 @@ class StartupModesMember final : public FieldOf<TunerPropertiesData, StartupMode
 {
 public:
     constexpr StartupModesMember(int bit, const char *name, quint32 tag, StartupModes TunerPropertiesData::*field)
-        : FieldOf(bit, name, tag, field, HoldsChildren | PresentByValue)
+        : FieldOf(bit, name, tag, field, HoldsChildren | BuiltWithTheBlock | PresentByValue)
     {
     }
     using FieldOf::reset;
@@ -181,10 +181,9 @@ public:
             writeNestedSnapshot(field(block), writer);
     }
 
-    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &, Block &block, BinaryReader &reader) const override
     {
-        Block &own = block(object);
-        return !isSet(own) || readNestedSnapshot(field(own), reader);
+        return !isSet(block) || readNestedSnapshot(field(block), reader);
     }
 
 private:
@@ -384,11 +383,13 @@ void TunerProperties::writeElement(XmlOutput &output) const
 
 void TunerProperties::ProcessXml(QXmlStreamReader &reader)
 {
+    const bool isNew = !IsInitialized();
     block();
+    const QString name = reader.name().toString();
     const QString version = reader.attributes().value(QLatin1String("Version")).toString();
     takeVersion(version.isNull() ? QStringLiteral("") : version);
     readAttributes(reader);
-    readContent(reader);
+    readContent(reader, name, isNew);
 }
 
 // Departs: older documents may hold elements that have been dropped since; the others may not.

@@ -57,6 +57,19 @@ public:
     }
     const DataObject *find(int kind) const { return const_cast<Alternatives *>(this)->find(kind); }
 
+    template <class Action>
+    void forEach(Action &&action)
+    {
+        if (m_kindOfFirst >= 0)
+            action(*first());
+        if (!m_others)
+            return;
+        for (const std::unique_ptr<DataObject> &object : *m_others) {
+            if (object)
+                action(*object);
+        }
+    }
+
     template <class T, class... From>
     T &build(int kind, From &&...from)
     {
@@ -114,7 +127,7 @@ template <class T>
 class Alternative final : public MemberOf<ValueItemData>
 {
 public:
-    constexpr Alternative(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, HoldsChildren) { }
+    constexpr Alternative(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, BuiltWithTheBlock) { }
 
     const T &get(const DataObject &object) const { return alternative(Member::block(object)); }
 
@@ -205,7 +218,7 @@ public:
     {
         T read;
         Member::takeEnvironment(read, Member::environmentForReading(object));
-        if (Member::readNestedXml(read, reader))
+        if (readNestedXml(read, reader))
             modify(object) = std::move(read);
     }
 
@@ -229,10 +242,9 @@ public:
             Member::writeNestedSnapshot(alternative(block), writer);
     }
 
-    bool readSnapshot(DataObject &object, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &, Block &block, BinaryReader &reader) const override
     {
-        Block &own = Member::block(object);
-        return !isChosen(own) || Member::readNestedSnapshot(alternative(own), reader);
+        return !isChosen(block) || Member::readNestedSnapshot(alternative(block), reader);
     }
 
 private:
@@ -295,9 +307,16 @@ Alternatives::Alternatives(const Alternatives &other) : Alternatives()
         &Alternatives::copy<JobXml::ValueNumericInt64>, &Alternatives::copy<JobXml::ValueSelection>,
         &Alternatives::copy<JobXml::ValueString>,       &Alternatives::copy<JobXml::ValueStringList>,
     };
-    for (int kind = 0; kind < int(kinds); ++kind) {
+    const auto copyOf = [&](int kind) {
         if (const DataObject *const object = other.find(kind))
             (this->*copies[kind])(kind, *object);
+    };
+    if (other.m_kindOfFirst < 0)
+        return;
+    copyOf(other.m_kindOfFirst);
+    for (int kind = 0; other.m_others && kind < int(kinds); ++kind) {
+        if (kind != other.m_kindOfFirst)
+            copyOf(kind);
     }
 }
 
@@ -324,8 +343,15 @@ ValueItem::ValueItem() : DataObject(valueItem) { }
 // What was handed down goes with the flag; the base's copy constructor cannot know that.
 ValueItem::ValueItem(const ValueItem &other) : DataObject(other)
 {
-    if (IsInitialized())
-        stateOf(block()).handedDown = REPORTGENERATOR::EnvironmentPointer::plain(environment().validate);
+    if (!IsInitialized())
+        return;
+    ValueItemData &members = static_cast<BlockOf<ValueItemData> &>(block()).members;
+    members.state.handedDown = environmentForChildren();
+    const HandDown handDown(members.state.handedDown, HandDown::Validate);
+    members.alternatives.forEach([&](const DataObject &object) {
+        if (object.GetValidate() != handDown.validate())
+            handDown.give(object);
+    });
 }
 
 // clang-format off
@@ -491,9 +517,11 @@ void ValueItem::Reset()
 // Departs: alternatives that are not built yet get to know it later.
 void ValueItem::handDownToChildren(const HandDown &handDown) const
 {
-    DataObject::handDownToChildren(handDown);
-    if (IsInitialized())
-        handDown.change(stateOf(block()).handedDown);
+    if (!IsInitialized())
+        return;
+    ValueItemData &members = static_cast<BlockOf<ValueItemData> &>(block()).members;
+    members.alternatives.forEach([&](const DataObject &object) { handDown.give(object); });
+    handDown.change(members.state.handedDown);
 }
 
 // Departs: the alternatives that are not chosen, and the flag of the right one, do not count.
