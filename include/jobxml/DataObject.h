@@ -154,6 +154,7 @@ protected:
     DataObject &operator=(DataObject &&other) noexcept;
 
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
+    bool composeXml(QByteArray &utf8) const override;
 
     /// Exchanges the data of two objects of one class; each keeps its validate flag and logger, as with assignment.
     void swapData(DataObject &other) noexcept;

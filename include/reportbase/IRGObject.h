@@ -177,6 +177,12 @@ protected:
     /// Reads one child element, on whose start the reader stands.
     virtual void ProcessXmlStartElement(QXmlStreamReader &reader) = 0;
 
+    /// Behind the slots that others call: a shorter way to the document that GetXmlString() and SaveXml() write.
+    ///
+    /// Composes the same bytes, null if nothing is written, and throws the same as going by GetXml(). Returns false
+    /// where there is no shorter way; the base's own always does.
+    virtual bool composeXml(QByteArray &utf8) const;
+
 public:
     std::shared_ptr<Logger> GetLogger() const;
 

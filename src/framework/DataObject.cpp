@@ -10,6 +10,7 @@
 #include "framework/HandDown.h"
 #include "framework/Member.h"
 #include "framework/Table.h"
+#include "framework/XmlDocument.h"
 #include "framework/XmlOutput.h"
 
 namespace JobXml {
@@ -373,8 +374,21 @@ void DataObject::GetXml(QXmlStreamWriter &writer) const
 {
     if (!mayWrite())
         return;
-    XmlOutput output(writer);
+    XmlWriterOutput output(writer);
     writeElement(output);
+}
+
+bool DataObject::composeXml(QByteArray &utf8) const
+{
+    if (isOfDerivedClass())
+        return false; // whose GetXml() may be another
+    if (!mayWrite())
+        return true;
+    XmlDocument document;
+    writeElement(document);
+    if (document.isFaithful())
+        utf8 = document.takeUtf8();
+    return document.isFaithful();
 }
 
 void DataObject::writeNestedXml(XmlOutput &output, bool checkedByParent) const

@@ -7,27 +7,37 @@
 
 namespace JobXml {
 
-void XmlOutput::writeStartElement(const QString &name)
+void XmlWriterOutput::writeStartElement(const QString &name)
 {
     m_writer.writeStartElement(name);
 }
 
-void XmlOutput::writeEndElement()
+void XmlWriterOutput::writeEndElement()
 {
     m_writer.writeEndElement();
 }
 
-void XmlOutput::writeAttribute(const QString &name, const QString &text)
+void XmlWriterOutput::writeAttribute(const QString &name, const QString &text)
 {
     m_writer.writeAttribute(name, text);
 }
 
-void XmlOutput::writeTextElement(const QString &name, const QString &text)
+void XmlWriterOutput::writeAttribute(const QString &name, QLatin1String number)
+{
+    m_writer.writeAttribute(name, widened(number));
+}
+
+void XmlWriterOutput::writeTextElement(const QString &name, const QString &text)
 {
     m_writer.writeTextElement(name, text);
 }
 
-const QString &XmlOutput::widened(QLatin1String ascii)
+void XmlWriterOutput::writeTextElement(const QString &name, QLatin1String number)
+{
+    m_writer.writeTextElement(name, widened(number));
+}
+
+const QString &XmlWriterOutput::widened(QLatin1String ascii)
 {
     m_widened.resize(ascii.size());
     std::transform(ascii.begin(), ascii.end(), m_widened.begin(), [](char c) { return QLatin1Char(c); });

@@ -7,24 +7,37 @@ class QXmlStreamWriter;
 
 namespace JobXml {
 
-/// What an object writes its XML to.
+/// What an object writes its XML to. Texts of numbers are ASCII and need nothing escaped.
 class XmlOutput
 {
 public:
-    explicit XmlOutput(QXmlStreamWriter &writer) : m_writer(writer) { }
+    XmlOutput() = default;
     XmlOutput(const XmlOutput &) = delete;
     XmlOutput &operator=(const XmlOutput &) = delete;
 
-    void writeStartElement(const QString &name);
-    void writeEndElement();
+    virtual void writeStartElement(const QString &name) = 0;
+    virtual void writeEndElement() = 0;
+    virtual void writeAttribute(const QString &name, const QString &text) = 0;
+    virtual void writeAttribute(const QString &name, QLatin1String number) = 0;
+    virtual void writeTextElement(const QString &name, const QString &text) = 0;
+    virtual void writeTextElement(const QString &name, QLatin1String number) = 0;
 
-    /// Of the texts, those of numbers are ASCII.
-    /// @{
-    void writeAttribute(const QString &name, const QString &text);
-    void writeAttribute(const QString &name, QLatin1String ascii) { writeAttribute(name, widened(ascii)); }
-    void writeTextElement(const QString &name, const QString &text);
-    void writeTextElement(const QString &name, QLatin1String ascii) { writeTextElement(name, widened(ascii)); }
-    /// @}
+protected:
+    ~XmlOutput() = default;
+};
+
+/// A QXmlStreamWriter.
+class XmlWriterOutput final : public XmlOutput
+{
+public:
+    explicit XmlWriterOutput(QXmlStreamWriter &writer) : m_writer(writer) { }
+
+    void writeStartElement(const QString &name) override;
+    void writeEndElement() override;
+    void writeAttribute(const QString &name, const QString &text) override;
+    void writeAttribute(const QString &name, QLatin1String number) override;
+    void writeTextElement(const QString &name, const QString &text) override;
+    void writeTextElement(const QString &name, QLatin1String number) override;
 
 private:
     const QString &widened(QLatin1String ascii);

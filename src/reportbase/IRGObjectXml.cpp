@@ -119,10 +119,17 @@ QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
     return reader.hasError() ? atReader(reader, source, reader.errorString()) : QString();
 }
 
+bool IRGObject::composeXml(QByteArray &) const
+{
+    return false;
+}
+
 QString IRGObject::GetXmlString()
 {
     clearError();
-    const XmlComposition composition = composeXml(*this);
+    XmlComposition composition;
+    if (!composeXml(composition.utf8))
+        composition = composeXmlByWriter(*this);
     if (composition.lineOfLostText != 0) {
         fail(FailureTexts::at(FailureTexts::xmlText(), FailureTexts::characterNotForXml(composition.lineOfLostText)));
         return QString();
@@ -133,7 +140,9 @@ QString IRGObject::GetXmlString()
 bool IRGObject::SaveXml(const QString &path) const
 {
     clearError();
-    const XmlComposition composition = composeXml(*this);
+    XmlComposition composition;
+    if (!composeXml(composition.utf8))
+        composition = composeXmlByWriter(*this);
     if (composition.lineOfLostText != 0)
         return fail(FailureTexts::at(path, FailureTexts::characterNotForXml(composition.lineOfLostText)));
     return save(path, composition.utf8);

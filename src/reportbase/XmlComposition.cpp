@@ -39,7 +39,7 @@ private:
 
 } // namespace
 
-XmlComposition composeXml(const IRGObject &object)
+XmlComposition composeXmlByWriter(const IRGObject &object)
 {
     LossNotingBuffer buffer;
     buffer.open(QIODevice::WriteOnly);

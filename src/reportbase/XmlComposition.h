@@ -14,6 +14,7 @@ struct XmlComposition
     int lineOfLostText = 0; ///< where a text could not be written as it is; 0 if every text could
 };
 
-XmlComposition composeXml(const IRGObject &object);
+/// By GetXml(), whatever it does.
+XmlComposition composeXmlByWriter(const IRGObject &object);
 
 } // namespace REPORTGENERATOR

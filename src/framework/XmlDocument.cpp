@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+#include "framework/XmlDocument.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace JobXml {
+
+namespace {
+
+constexpr int widthOfIndent = 2;
+
+/// Whether a character stands in a document as it is, as one byte.
+bool isPlain(ushort character)
+{
+    return character >= 0x20 && character < 0x80 && character != '<' && character != '>' && character != '&'
+        && character != '"';
+}
+
+} // namespace
+
+XmlDocument::XmlDocument()
+{
+    append(QLatin1String("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"));
+}
+
+void XmlDocument::writeStartElement(const QString &name)
+{
+    beginElement(name);
+    m_names.append(name);
+    m_isInStartTag = true;
+}
+
+void XmlDocument::writeEndElement()
+{
+    if (m_isInStartTag) {
+        append(QLatin1String("/>"));
+        m_isInStartTag = false;
+    } else {
+        appendLineOf(m_names.size() - 1);
+        append(QLatin1String("</"));
+        appendName(m_names.constLast());
+        append(QLatin1String(">"));
+    }
+    m_names.removeLast();
+}
+
+void XmlDocument::writeAttribute(const QString &name, const QString &text)
+{
+    append(QLatin1String(" "));
+    appendName(name);
+    append(QLatin1String("=\""));
+    appendText(text, In::Attribute);
+    append(QLatin1String("\""));
+}
+
+void XmlDocument::writeAttribute(const QString &name, QLatin1String number)
+{
+    append(QLatin1String(" "));
+    appendName(name);
+    append(QLatin1String("=\""));
+    append(number);
+    append(QLatin1String("\""));
+}
+
+void XmlDocument::writeTextElement(const QString &name, const QString &text)
+{
+    beginElement(name);
+    append(QLatin1String(">"));
+    appendText(text, In::Element);
+    append(QLatin1String("</"));
+    appendName(name);
+    append(QLatin1String(">"));
+}
+
+void XmlDocument::writeTextElement(const QString &name, QLatin1String number)
+{
+    beginElement(name);
+    append(QLatin1String(">"));
+    append(number);
+    append(QLatin1String("</"));
+    appendName(name);
+    append(QLatin1String(">"));
+}
+
+QByteArray XmlDocument::takeUtf8()
+{
+    append(QLatin1String("\n"));
+    m_utf8.truncate(m_size);
+    return std::move(m_utf8);
+}
+
+void XmlDocument::beginElement(const QString &name)
+{
+    closeStartTag();
+    appendLineOf(m_names.size());
+    append(QLatin1String("<"));
+    appendName(name);
+}
+
+void XmlDocument::closeStartTag()
+{
+    if (m_isInStartTag)
+        append(QLatin1String(">"));
+    m_isInStartTag = false;
+}
+
+void XmlDocument::appendLineOf(int depth)
+{
+    char *const at = room(1 + widthOfIndent * depth);
+    *at = '\n';
+    std::memset(at + 1, ' ', std::size_t(widthOfIndent * depth));
+}
+
+// Names stand in a document as they are.
+void XmlDocument::appendName(const QString &name)
+{
+    const QChar *const text = name.constData();
+    char *const at = room(name.size());
+    ushort all = 0;
+    for (int i = 0; i < name.size(); ++i) {
+        all = ushort(all | text[i].unicode());
+        at[i] = char(text[i].unicode());
+    }
+    if (all >= 0x80)
+        m_isFaithful = false;
+}
+
+void XmlDocument::appendText(const QString &text, In place)
+{
+    const QChar *const begin = text.constData();
+    const int size = text.size();
+    for (int i = 0; i < size;) {
+        char *const at = room(size - i);
+        int plain = 0;
+        while (i + plain < size && isPlain(begin[i + plain].unicode())) {
+            at[plain] = char(begin[i + plain].unicode());
+            ++plain;
+        }
+        m_size -= size - i - plain;
+        i += plain;
+        if (i < size)
+            i = appendOddCharacter(text, i, place);
+    }
+}
+
+/// Appends the character that is not plain and those of its kind behind it; returns where the next one is.
+int XmlDocument::appendOddCharacter(const QString &text, int at, In place)
+{
+    const ushort character = text[at].unicode();
+    switch (character) {
+    case '<':
+        append(QLatin1String("&lt;"));
+        return at + 1;
+    case '>':
+        append(QLatin1String("&gt;"));
+        return at + 1;
+    case '&':
+        append(QLatin1String("&amp;"));
+        return at + 1;
+    case '"':
+        append(QLatin1String("&quot;"));
+        return at + 1;
+    case '\t':
+        append(place == In::Attribute ? QLatin1String("&#9;") : QLatin1String("\t"));
+        return at + 1;
+    case '\n':
+        append(place == In::Attribute ? QLatin1String("&#10;") : QLatin1String("\n"));
+        return at + 1;
+    case '\r': // in element text, too: any reader would take a bare one for a line end
+        append(QLatin1String("&#13;"));
+        return at + 1;
+    default:
+        break;
+    }
+    int end = at;
+    while (end < text.size() && text[end].unicode() >= 0x80 && text[end].unicode() < 0xFFFE)
+        ++end;
+    if (end == at) { // a control character, or one that is none
+        m_isFaithful = false;
+        return at + 1;
+    }
+    const QByteArray utf8 = QStringView(text).mid(at, end - at).toUtf8();
+    if (QString::fromUtf8(utf8) != QStringView(text).mid(at, end - at))
+        m_isFaithful = false; // half of a surrogate pair
+    append(utf8.constData(), utf8.size());
+    return end;
+}
+
+void XmlDocument::append(const char *ascii, int size)
+{
+    std::memcpy(room(size), ascii, std::size_t(size));
+}
+
+char *XmlDocument::room(int size)
+{
+    constexpr int least = 1024;
+    constexpr int most = std::numeric_limits<int>::max() - 64; // a QByteArray has a head of its own
+    if (size > m_utf8.size() - m_size) {
+        if (size > most - m_size)
+            throw std::bad_alloc();
+        m_utf8.resize(int(std::min(qint64(most), std::max(qint64(least), 2 * (qint64(m_size) + size)))));
+    }
+    char *const begin = m_utf8.data() + m_size;
+    m_size += size;
+    return begin;
+}
+
+} // namespace JobXml

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QVector>
+
+#include "framework/XmlOutput.h"
+
+namespace JobXml {
+
+/// A whole document as UTF-8, the same to the byte as a QXmlStreamWriter writes it with a declaration, an indentation
+/// of two spaces and a final line end, and with carriage returns as references. The writer converts and escapes
+/// character by character, which is most of what writing costs.
+class XmlDocument final : public XmlOutput
+{
+public:
+    XmlDocument();
+
+    void writeStartElement(const QString &name) override;
+    void writeEndElement() override;
+    void writeAttribute(const QString &name, const QString &text) override;
+    void writeAttribute(const QString &name, QLatin1String number) override;
+    void writeTextElement(const QString &name, const QString &text) override;
+    void writeTextElement(const QString &name, QLatin1String number) override;
+
+    /// False if there was a name or a text about which only the writer itself knows what becomes of it.
+    bool isFaithful() const { return m_isFaithful; }
+
+    /// The document, once its root element has ended.
+    QByteArray takeUtf8();
+
+private:
+    enum class In { Attribute, Element };
+
+    void append(const char *ascii, int size);
+    void append(QLatin1String ascii) { append(ascii.data(), ascii.size()); }
+    void appendName(const QString &name);
+    void appendText(const QString &text, In place);
+    int appendOddCharacter(const QString &text, int at, In place);
+    void appendLineOf(int depth);
+    void beginElement(const QString &name);
+    void closeStartTag();
+    char *room(int size);
+
+    QByteArray m_utf8;
+    int m_size = 0;
+    QVector<QString> m_names; // of the elements that are open
+    bool m_isInStartTag = false;
+    bool m_isFaithful = true;
+};
+
+} // namespace JobXml
