@@ -55,7 +55,7 @@ public:
                 owned(*block);
         }
         if (!this->has(ComparedByRightFlag))
-            return Base::equals(left, right);
+            return this->areEqual(left, right, same);
         const ItemList<Item> none;
         const ItemList<Item> &leftItems = left ? list(*left) : none;
         return right && this->isSet(*right) ? same(leftItems, list(*right)) : leftItems.isEmpty();
@@ -177,7 +177,7 @@ private:
     }
 
     // Item by item even where both lists are one: an item that holds a NaN does not equal itself.
-    bool same(const ItemList<Item> &left, const ItemList<Item> &right) const override
+    static bool same(const ItemList<Item> &left, const ItemList<Item> &right)
     {
         return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());
     }

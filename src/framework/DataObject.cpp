@@ -49,6 +49,8 @@ DataObject::DataObject(const DataObject &other) : IRGObject(other.objectClass(),
     if (!other.m_block)
         return;
     m_block = info().clone(*other.m_block);
+    if (info().children == 0)
+        return;
     const EnvironmentPointer environment = environmentForChildren();
     const HandDown handDown(environment, HandDown::Validate);
     auto follow = [&](const DataObject &child, int) {

@@ -249,21 +249,20 @@ public:
 
     void reset(Block &block) const override = 0;
 
-    /// Both set and the same, or neither set.
-    bool equals(Block *left, Block *right) const override
-    {
-        const bool leftSet = left && this->isSet(*left);
-        const bool rightSet = right && this->isSet(*right);
-        return leftSet == rightSet && (!leftSet || same(field(std::as_const(*left)), field(std::as_const(*right))));
-    }
-
 protected:
     ~FieldOf() = default;
 
     Field &field(Block &block) const { return this->members(block).*m_field; }
     const Field &field(const Block &block) const { return this->members(block).*m_field; }
 
-    virtual bool same(const Field &left, const Field &right) const = 0;
+    /// Both set and the same, or neither set.
+    template <class Same>
+    bool areEqual(const Block *left, const Block *right, Same same) const
+    {
+        const bool leftSet = left && this->isSet(*left);
+        const bool rightSet = right && this->isSet(*right);
+        return leftSet == rightSet && (!leftSet || same(field(*left), field(*right)));
+    }
 
 private:
     Field Data::*m_field;

@@ -44,6 +44,16 @@ public:
 
     void reset(Block &block) const override { this->field(block) = defaultValue(); }
 
+    bool equals(Block *left, Block *right) const override
+    {
+        return this->areEqual(left, right, [](const T &one, const T &other) {
+            if constexpr (std::is_same_v<T, QString>)
+                return REPORTGENERATOR::isSameText(one, other);
+            else
+                return one == other;
+        });
+    }
+
     bool holdsTheInvalid(Block &block) const override { return !Codec<T>::isValid(this->field(block)); }
 
     void merge(DataObject &object, const DataObject &other) const override
@@ -119,14 +129,6 @@ public:
     }
 
 private:
-    bool same(const T &left, const T &right) const override
-    {
-        if constexpr (std::is_same_v<T, QString>)
-            return REPORTGENERATOR::isSameText(left, right);
-        else
-            return left == right;
-    }
-
     bool leftOut(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
 };
 

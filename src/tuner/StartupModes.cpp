@@ -94,7 +94,7 @@ public:
             if (block)
                 owned(*block);
         }
-        return FieldOf::equals(left, right);
+        return areEqual(left, right, [](const auto &one, const auto &other) { return one == other; });
     }
 
     bool holdsTheInvalid(Block &block) const override
@@ -185,8 +185,6 @@ private:
         modes.own();
         return modes;
     }
-
-    bool same(const ItemList<Mode> &left, const ItemList<Mode> &right) const override { return left == right; }
 };
 
 // clang-format off

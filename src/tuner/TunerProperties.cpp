@@ -135,6 +135,11 @@ public:
 
     void reset(Block &block) const override { field(block) = StartupModes(); }
 
+    bool equals(Block *left, Block *right) const override
+    {
+        return areEqual(left, right, [](const auto &one, const auto &other) { return one == other; });
+    }
+
     void forEachChild(Block &block, const ChildAction &action) const override { action(field(block), -1); }
 
     void merge(DataObject &object, const DataObject &other) const override
@@ -185,9 +190,6 @@ public:
     {
         return !isSet(block) || readNestedSnapshot(field(block), reader);
     }
-
-private:
-    bool same(const StartupModes &left, const StartupModes &right) const override { return left == right; }
 };
 
 // clang-format off

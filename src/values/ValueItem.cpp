@@ -170,10 +170,12 @@ public:
     // For two items that have chosen this alternative; the flags are the item's business.
     bool equals(Block *left, Block *right) const override
     {
+        const auto *const inLeft = static_cast<const T *>(find(*left));
+        const auto *const inRight = static_cast<const T *>(find(*right));
+        if (inLeft && inRight)
+            return *inLeft == *inRight;
         const T unused;
-        const DataObject *const inLeft = find(*left);
-        const DataObject *const inRight = find(*right);
-        return static_cast<const T &>(inLeft ? *inLeft : unused) == static_cast<const T &>(inRight ? *inRight : unused);
+        return (inLeft ? *inLeft : unused) == (inRight ? *inRight : unused);
     }
 
     void check(const DataObject &object, Block &block) const override

@@ -79,11 +79,11 @@ const Use uses[] = {
          return document.LoadBinary(&file);
      },
      true, firstQObject},
-    {"GetXmlString", [](TunerProperties &document) { return !document.GetXmlString().isEmpty(); }, false, firstQObject},
+    {"GetXmlString", [](TunerProperties &document) { return !document.GetXmlString().isEmpty(); }, false, {}},
     {"GetCompressedBinaryRepresentationAsQByteArray",
      [](TunerProperties &document) { return !document.GetCompressedBinaryRepresentationAsQByteArray(-1).isEmpty(); },
      false, firstQObject},
-    {"SaveXml", [](TunerProperties &document) { return document.SaveXml(path("saved")); }, false, firstQObject},
+    {"SaveXml", [](TunerProperties &document) { return document.SaveXml(path("saved")); }, false, {}},
     {"GetProblems", [](TunerProperties &document) { return document.GetProblems().isEmpty(); }, false, {}},
 };
 
