@@ -71,11 +71,8 @@ public:
     }
     EnvironmentPointer &operator=(const EnvironmentPointer &other) noexcept
     {
-        if (m_environment != other.m_environment) {
-            other.addUser();
-            dropUser();
-            m_environment = other.m_environment;
-        }
+        EnvironmentPointer copy(other);
+        std::swap(m_environment, copy.m_environment);
         return *this;
     }
     EnvironmentPointer &operator=(EnvironmentPointer &&other) noexcept

@@ -16,7 +16,7 @@ public:
     constexpr explicit Text(const char *ascii = "") : m_storage{headerOf(0), {}}
     {
         for (int i = 0; ascii[i] != '\0'; ++i) {
-            m_storage.text[i] = ushort(ascii[i]);
+            m_storage.text[i] = uchar(ascii[i]);
             m_storage.header.size = i + 1;
         }
     }

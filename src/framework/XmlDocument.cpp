@@ -111,7 +111,7 @@ void XmlDocument::appendLineOf(int depth)
 {
     char *const at = room(1 + widthOfIndent * depth);
     *at = '\n';
-    std::memset(at + 1, ' ', std::size_t(widthOfIndent * depth));
+    std::memset(at + 1, ' ', widthOfIndent * std::size_t(depth));
 }
 
 // Names stand in a document as they are.

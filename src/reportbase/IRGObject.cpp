@@ -155,6 +155,7 @@ void IRGObject::SetValidate(bool validate) const
     takeOther(validate, m_environment->logger, m_environment);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is that of the slot
 void IRGObject::SetLogger(std::shared_ptr<Logger> logger) const
 {
     takeOther(m_environment->validate, logger, m_environment);

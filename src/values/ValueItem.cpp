@@ -347,10 +347,10 @@ ValueItem::ValueItem(const ValueItem &other) : DataObject(other)
 {
     if (!IsInitialized())
         return;
-    ValueItemData &members = static_cast<BlockOf<ValueItemData> &>(block()).members;
-    members.state.handedDown = environmentForChildren();
-    const HandDown handDown(members.state.handedDown, HandDown::Validate);
-    members.alternatives.forEach([&](const DataObject &object) {
+    ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(block()).members;
+    data.state.handedDown = environmentForChildren();
+    const HandDown handDown(data.state.handedDown, HandDown::Validate);
+    data.alternatives.forEach([&](const DataObject &object) {
         if (object.GetValidate() != handDown.validate())
             handDown.give(object);
     });
@@ -521,9 +521,9 @@ void ValueItem::handDownToChildren(const HandDown &handDown) const
 {
     if (!IsInitialized())
         return;
-    ValueItemData &members = static_cast<BlockOf<ValueItemData> &>(block()).members;
-    members.alternatives.forEach([&](const DataObject &object) { handDown.give(object); });
-    handDown.change(members.state.handedDown);
+    ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(block()).members;
+    data.alternatives.forEach([&](const DataObject &object) { handDown.give(object); });
+    handDown.change(data.state.handedDown);
 }
 
 // Departs: the alternatives that are not chosen, and the flag of the right one, do not count.

@@ -153,11 +153,11 @@ private Q_SLOTS:
     {
         const TunerProperties document(m_documents[0]);
         document.IRGObject::SetLogger(std::make_shared<Logger>()); // none below has it yet
-        const Work work = workOf([&] { document.Check(); });
-        QCOMPARE(work.told, objectsBelowTheRoot);
-        QCOMPARE(work.checked, 1 + objectsBelowTheRoot - 2 * nodes); // values are not checked before they are written
-        QCOMPARE(work.asked, nodes); // each item asks its value
-        QCOMPARE(work.walked, 0); // no walk besides that of the check
+        const Work done = workOf([&] { document.Check(); });
+        QCOMPARE(done.told, objectsBelowTheRoot);
+        QCOMPARE(done.checked, 1 + objectsBelowTheRoot - 2 * nodes); // values are not checked before they are written
+        QCOMPARE(done.asked, nodes); // each item asks its value
+        QCOMPARE(done.walked, 0); // no walk besides that of the check
     }
 
     void writingTellsAndAsksEachObjectOnce_data()
@@ -174,11 +174,11 @@ private Q_SLOTS:
         for (const bool validate : {true, false}) {
             m_documents[0].IRGObject::SetValidate(validate);
             m_documents[0].IRGObject::SetLogger(std::make_shared<Logger>());
-            const Work work = workOf([&] { perform(operation, 0); });
-            QCOMPARE(work.told, objectsBelowTheRoot);
-            QCOMPARE(work.checked, validate ? 1 + objectsBelowTheRoot - nodes : 0); // the values by their items
+            const Work done = workOf([&] { perform(operation, 0); });
+            QCOMPARE(done.told, objectsBelowTheRoot);
+            QCOMPARE(done.checked, validate ? 1 + objectsBelowTheRoot - nodes : 0); // the values by their items
             // document, component and nodes hand on; while validating they do so as they check themselves
-            QCOMPARE(work.walked, validate ? 0 : 2 + nodes);
+            QCOMPARE(done.walked, validate ? 0 : 2 + nodes);
         }
     }
 
@@ -192,12 +192,12 @@ private Q_SLOTS:
     void readingTellsEachObjectAsItIsMadeAndAsItJoinsItsList()
     {
         QFETCH(int, operation);
-        const Work work = workOf([&] { perform(operation, 0, std::make_shared<Logger>()); });
-        QVERIFY2(work.told >= objectsBelowTheRoot && work.told <= 2 * objectsBelowTheRoot,
-                 counts(work.told, objectsBelowTheRoot));
-        QCOMPARE(work.checked, 0);
+        const Work done = workOf([&] { perform(operation, 0, std::make_shared<Logger>()); });
+        QVERIFY2(done.told >= objectsBelowTheRoot && done.told <= 2 * objectsBelowTheRoot,
+                 counts(done.told, objectsBelowTheRoot));
+        QCOMPARE(done.checked, 0);
         // each object hands on as it gets data of its own, and at its first child element, when there is nothing below
-        QVERIFY2(work.walked <= 2 * (1 + objectsBelowTheRoot), counts(work.walked, objectsBelowTheRoot));
+        QVERIFY2(done.walked <= 2 * (1 + objectsBelowTheRoot), counts(done.walked, objectsBelowTheRoot));
     }
 
     void readingCopiesNothing()
