@@ -4,6 +4,7 @@
 #
 #   build   what building and testing takes (the default)
 #   ci      what the further legs of the continuous integration and the scripts for developers take
+#   bench   what the benchmark takes, with all peers that the library is compared with
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -22,13 +23,20 @@ ci_packages=(
     gcovr
     shellcheck
 )
+bench_packages=(
+    libbenchmark-dev valgrind
+    protobuf-compiler libprotobuf-dev
+    libpugixml-dev
+    xsdcxx libxerces-c-dev # CodeSynthesis XSD and what its code stands on
+)
 
 packages=()
 for set in "${@:-build}"; do
     case $set in
     build) packages+=("${build_packages[@]}") ;;
     ci) packages+=("${ci_packages[@]}") ;;
-    *) die "unknown set of packages '$set'; there are: build ci" ;;
+    bench) packages+=("${bench_packages[@]}") ;;
+    *) die "unknown set of packages '$set'; there are: build ci bench" ;;
     esac
 done
 

@@ -33,7 +33,8 @@ QBuffer *bufferOf(const QDataStream &stream)
     if (!device || typeid(*device) != typeid(QBuffer) || stream.status() != QDataStream::Ok
         || stream.version() < versionWithNullBytesAndWords64)
         return nullptr;
-    const bool isPlain = device->isReadable() && !device->isTextModeEnabled() && !device->isTransactionStarted();
+    const bool isPlain = device->isReadable() && !device->isTextModeEnabled() && !device->isTransactionStarted()
+        && device->pos() >= 0; // a byte that was put back in front of the first one is in no bytes of a buffer
     return isPlain ? static_cast<QBuffer *>(device) : nullptr;
 }
 

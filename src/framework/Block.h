@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -84,10 +85,10 @@ public:
 
     /// A new item at the end, for a list that is being read: nearly all lists are short, and QVector's own growth would
     /// leave half of the room unused.
-    Item &appendNew()
+    Item &appendNew(int firstRoom)
     {
         if (this->size() == this->capacity())
-            this->reserve(this->size() < 2 ? this->size() + 1 : 2 * this->size());
+            this->reserve(std::max(firstRoom, 2 * this->size()));
         this->resize(this->size() + 1);
         return this->last();
     }

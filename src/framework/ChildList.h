@@ -194,7 +194,8 @@ private:
     {
     public:
         NewItem(const ChildList &row, DataObject &object, const REPORTGENERATOR::EnvironmentPointer &environment)
-            : m_row(row), m_object(object), m_item(row.owned(Member::block(object)).appendNew())
+            : m_row(row), m_object(object),
+              m_item(row.owned(Member::block(object)).appendNew(row.has(UsuallyHoldsSeveral) ? 4 : 1))
         {
             Member::takeEnvironment(m_item, environment);
         }

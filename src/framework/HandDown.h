@@ -35,6 +35,8 @@ public:
     void change(REPORTGENERATOR::EnvironmentPointer &kept) const
     {
         using REPORTGENERATOR::EnvironmentPointer;
+        if (kept == m_environment)
+            return;
         const bool validate = m_what == Logger ? kept->validate : m_environment->validate;
         const auto &logger = m_what == Validate ? kept->logger : m_environment->logger;
         if (validate == m_environment->validate && logger == m_environment->logger)

@@ -28,12 +28,13 @@ enum Traits : unsigned {
     ComparedByRightFlag = 1 << 5, ///< a list that equals an unset one when it is empty, set or not
     NullPassesIsValid = 1 << 6, ///< a text whose IsValid says yes to null, although its setter refuses it
     Identifies = 1 << 7, ///< a text that tells the object from its siblings, for the paths of problems
+    UsuallyHoldsSeveral = 1 << 8, ///< a list for which reading takes room for some items at once
     // Said by the kinds of rows and by the codecs, not by the tables:
-    HoldsChildren = 1 << 8,
-    BuiltWithTheBlock = 1 << 9, ///< there is something to hand flag and logger down to as soon as there are data
-    GrowsByReading = 1 << 10, ///< a list of child objects
-    PresentByValue = 1 << 11, ///< presence is not a matter of the flag alone
-    MayHoldTheInvalid = 1 << 12, ///< there are values that it must not hold when it is checked
+    HoldsChildren = 1 << 9,
+    BuiltWithTheBlock = 1 << 10, ///< there is something to hand flag and logger down to as soon as there are data
+    GrowsByReading = 1 << 11, ///< a list of child objects
+    PresentByValue = 1 << 12, ///< presence is not a matter of the flag alone
+    MayHoldTheInvalid = 1 << 13, ///< there are values that it must not hold when it is checked
 };
 
 constexpr Traits operator|(Traits left, Traits right)

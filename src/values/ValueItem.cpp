@@ -309,15 +309,18 @@ Alternatives::Alternatives(const Alternatives &other) : Alternatives()
         &Alternatives::copy<JobXml::ValueNumericInt64>, &Alternatives::copy<JobXml::ValueSelection>,
         &Alternatives::copy<JobXml::ValueString>,       &Alternatives::copy<JobXml::ValueStringList>,
     };
-    const auto copyOf = [&](int kind) {
-        if (const DataObject *const object = other.find(kind))
-            (this->*copies[kind])(kind, *object);
+    const auto copyOf = [&](std::size_t kind) {
+        if (const DataObject *const object = other.find(int(kind)))
+            (this->*copies[kind])(int(kind), *object);
     };
     if (other.m_kindOfFirst < 0)
         return;
-    copyOf(other.m_kindOfFirst);
-    for (int kind = 0; other.m_others && kind < int(kinds); ++kind) {
-        if (kind != other.m_kindOfFirst)
+    const auto first = std::size_t(other.m_kindOfFirst);
+    copyOf(first);
+    if (!other.m_others)
+        return;
+    for (std::size_t kind = 0; kind < kinds; ++kind) {
+        if (kind != first)
             copyOf(kind);
     }
 }

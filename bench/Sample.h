@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include <QByteArray>
+#include <QString>
+
+#include <jobxml/TunerProperties.h>
+
+#include "Corpus.h"
+#include "reference/PlainStructs.h"
+#include "reference/TokenWriter.h"
+
+namespace Bench {
+
+/// A document of the corpus in all the forms that operations begin with.
+struct Sample
+{
+    Sample(Shape shape, int nodes);
+
+    Shape shape;
+    int nodes;
+
+    /// Trees as readers leave them, so that no two objects share a text.
+    JobXml::TunerProperties document;
+    JobXml::TunerProperties twin; ///< equal to it
+    JobXml::TunerProperties unvalidated; ///< equal too, not validating
+
+    QByteArray xml; ///< as SaveXml() writes it
+    QByteArray records; ///< the tagged representation
+    QByteArray snapshot;
+    PlainDocument plain;
+    QVector<Token> tokens;
+    mutable std::string message; ///< protobuf's; made when that is first asked for
+};
+
+/// What a document consists of, as far as any peer can tell: for comparing what it has read.
+struct Summary
+{
+    int nodes = 0;
+    int values = 0;
+    quint64 checksum = 14695981039346656037U; ///< of the ids of nodes and values, in order
+
+    /// Takes the id of a node or value, in UTF-8.
+    void add(const char *id, std::size_t size);
+    void add(const QString &id);
+    QString text() const;
+};
+
+/// What differs between a document and what a peer has read of it; null if nothing does.
+QString difference(const Sample &sample, const Summary &read);
+
+} // namespace Bench
