@@ -131,7 +131,7 @@ public:
     virtual bool AnyData() const;
 
     /// Writes the untagged snapshot: the set flags, then the values in the stream's own forms. Checks nothing, throws
-    /// nothing of its own and hands nothing down.
+    /// nothing of its own and hands nothing down. Written in one piece, so a sequential device will do.
     void GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const;
 
     /// Reads the untagged snapshot. Values are stored without their setters; items of lists pass the append rule. Stops
