@@ -347,12 +347,11 @@ QString DataObject::label(int index) const
 // Check() hands over; asking it first, and not both, keeps writing at one walk over the tree.
 bool DataObject::mayWrite() const
 {
-    const bool validate = GetValidate();
-    if (validate)
+    if (GetValidate())
         Check();
     else
         handOver();
-    if (validate && !HasData())
+    if (GetValidate() && !HasData()) // asked anew: a derived class may have its own way with what it is told
         return false;
     block();
     return true;

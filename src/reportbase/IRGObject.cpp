@@ -215,7 +215,7 @@ QString IRGObject::GetErrorString() const
 
 void IRGObject::clearError() const
 {
-    if (m_environment->own)
+    if (m_environment->own && !m_environment->own->error.isNull())
         changeOwn([](Environment::Own &own) { own.error = QString(); });
 }
 

@@ -12,7 +12,8 @@ namespace REPORTGENERATOR {
 inline bool isSameText(QStringView left, QStringView right) noexcept
 {
     return left.size() == right.size()
-           && std::memcmp(left.utf16(), right.utf16(), std::size_t(left.size()) * sizeof(ushort)) == 0;
+        && (left.isEmpty() // where there may be no address at all
+            || std::memcmp(left.utf16(), right.utf16(), std::size_t(left.size()) * sizeof(ushort)) == 0);
 }
 
 } // namespace REPORTGENERATOR

@@ -92,6 +92,8 @@ private:
 
     DataObject *first() { return m_kindOfFirst < 0 ? nullptr : std::launder(reinterpret_cast<DataObject *>(m_first)); }
 
+    void copyFrom(const Alternatives &other, int kind);
+
     template <class T>
     void copy(int kind, const DataObject &object)
     {
@@ -298,8 +300,7 @@ constexpr Table members{row::ValueBoolean,
 constexpr ClassInfo valueItem = describe<ValueItem, members, 2 - int(kinds)>(unitStatics.objectName, 0xA6C468CF);
 // clang-format on
 
-// Delegates, so that what is built already is destroyed if the next runs out of memory.
-Alternatives::Alternatives(const Alternatives &other) : Alternatives()
+void Alternatives::copyFrom(const Alternatives &other, int kind)
 {
     using Copy = void (Alternatives::*)(int, const DataObject &);
     static constexpr Copy copies[kinds] = {
@@ -309,19 +310,18 @@ Alternatives::Alternatives(const Alternatives &other) : Alternatives()
         &Alternatives::copy<JobXml::ValueNumericInt64>, &Alternatives::copy<JobXml::ValueSelection>,
         &Alternatives::copy<JobXml::ValueString>,       &Alternatives::copy<JobXml::ValueStringList>,
     };
-    const auto copyOf = [&](std::size_t kind) {
-        if (const DataObject *const object = other.find(int(kind)))
-            (this->*copies[kind])(int(kind), *object);
-    };
-    if (other.m_kindOfFirst < 0)
-        return;
-    const auto first = std::size_t(other.m_kindOfFirst);
-    copyOf(first);
-    if (!other.m_others)
-        return;
-    for (std::size_t kind = 0; kind < kinds; ++kind) {
-        if (kind != first)
-            copyOf(kind);
+    if (const DataObject *const object = other.find(kind))
+        (this->*copies[kind])(kind, *object);
+}
+
+// Delegates, so that what is built already is destroyed if the next runs out of memory.
+Alternatives::Alternatives(const Alternatives &other) : Alternatives()
+{
+    if (other.m_kindOfFirst >= 0)
+        copyFrom(other, other.m_kindOfFirst);
+    for (int kind = 0; other.m_others && kind < int(kinds); ++kind) {
+        if (kind != other.m_kindOfFirst)
+            copyFrom(other, kind);
     }
 }
 

@@ -55,6 +55,7 @@ private Q_SLOTS:
     void aResetChildKeepsFlagAndLogger();
     void mergingHandsNothingDown();
     void theFlagOfACopyGoesDownItsWholeTree();
+    void aDerivedClassDecidesWhatItMakesOfTheFlag();
 };
 
 void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
@@ -281,6 +282,31 @@ void HandOverTest::theFlagOfACopyGoesDownItsWholeTree()
     document.REPORTGENERATOR::IRGObject::SetValidate(false); // the root alone
     const TunerProperties copy(document);
     QCOMPARE(following(copy, false, nullptr), 10);
+}
+
+void HandOverTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
+{
+    // validates until it is handed over for the first time
+    class Lenient : public TunerProperties
+    {
+    public:
+        void SetValidate(bool) const override { TunerProperties::SetValidate(false); }
+    };
+    const auto anIncompleteOne = [] {
+        Lenient document;
+        document.Settype(TunerProperties::type::Receiver);
+        document.Setbaseresource(QStringLiteral("RX1"));
+        document.GetComponent(); // set, but empty: enough for Check(), too little for HasData()
+        document.IRGObject::SetValidate(true);
+        return document;
+    };
+    const Lenient writesXml = anIncompleteOne();
+    writesXml.IRGObject::SetValidate(true);
+    QCOMPARE(xmlOf(writesXml),
+             QStringLiteral("<TunerProperties Version=\"1.1\" type=\"Receiver\" baseresource=\"RX1\"/>"));
+    const Lenient writesARecord = anIncompleteOne();
+    writesARecord.IRGObject::SetValidate(true);
+    QVERIFY(!recordOf(writesARecord).isEmpty());
 }
 
 QTEST_GUILESS_MAIN(HandOverTest)
