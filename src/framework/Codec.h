@@ -72,7 +72,8 @@ struct Codec<bool> : CodecDefaults<bool>
     }
     static bool fromText(const DataObject &object, QLatin1String member, QStringView text)
     {
-        if (text == QStringView(u"true") || text == QStringView(u"false")) // as objects write them
+        using REPORTGENERATOR::isSameText;
+        if (isSameText(text, u"true") || isSameText(text, u"false")) // as objects write them
             return text.size() == 4;
         if (text.isEmpty() && object.GetValidate())
             Errors::emptyBoolean(object, member);

@@ -23,7 +23,7 @@ public:
     void set(DataObject &object, T value) const
     {
         Block &block = Member::block(object);
-        if (object.GetValidate() && !Codec<T>::isValid(value))
+        if (!Codec<T>::isValid(value) && object.GetValidate())
             Codec<T>::refuse(object, this->name());
         this->field(block) = std::move(value);
         block.flags.set(this->bit());
