@@ -40,7 +40,8 @@ struct Problem
 ///  - `IsXSet()` is the flag; `ResetX()` clears it and puts the default back.
 ///
 /// **References.** A reference that a getter returned holds until the object is next used after it was copied, assigned
-/// or modified: such a use may give the object data of its own. A list that was copied from a getter shares its items
+/// or modified: such a use may give the object data of its own. Reading into the object counts as modifying, even if it
+/// fails. A list that was copied from a getter shares its items
 /// with the object until the object is next used, or the list is modified; do so before another thread gets it.
 ///
 /// **Text members** are absent when null; an empty text is a value.
@@ -220,7 +221,7 @@ private:
     quint16 listsToFill() const;
     void squeeze(quint16 lists);
     QString label(int index) const;
-    static void release(const ClassInfo &info, Block *block) noexcept;
+    static void release(const REPORTGENERATOR::ObjectClass &objectClass, Block *block) noexcept;
 
     mutable Block *m_block = nullptr;
 };

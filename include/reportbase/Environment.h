@@ -25,8 +25,9 @@ public:
     struct Own
     {
         ObjectTypes type = ObjectTypes::Undefined;
-        bool isNamed = false;
-        QString name; ///< if it is named, in place of the name of its class
+        /// In place of the name of the object's class. Shared, so that references to it hold as long as the object is
+        /// called so, whatever else it is told.
+        std::shared_ptr<const QString> name;
         QString error; ///< of the last load or save operation
     };
 

@@ -24,14 +24,14 @@ namespace REPORTGENERATOR {
 struct ObjectClass
 {
     const QString &name; ///< of the objects, unless they are given another, and of their XML elements
-    qint64 identifier; ///< its low 32 bits lead a binary representation
+    qint64 identifier;
 };
 
 /// The base object of every data model: generic services around an object that can write itself to and read itself
 /// from XML and a tagged binary record.
 ///
 /// The order of the virtual operations below is a binary contract: other libraries call through these slots. New
-/// virtual operations go into derived classes, behind the last slot.
+/// virtual operations go behind the last of them.
 ///
 /// **Validate flag.** On in a new object. While it is on, setters, readers and writers enforce the model's rules and
 /// throw; while it is off they take anything. SetValidate() is const because the flag says how to treat an object, not
@@ -205,11 +205,12 @@ protected:
     IRGObject();
     explicit IRGObject(ObjectTypes type);
     explicit IRGObject(const ObjectClass &objectClass) noexcept
-        : m_class(&objectClass), m_environment(EnvironmentPointer::plain(true))
+        : m_classIdentifier(objectClass.identifier), m_class(&objectClass),
+          m_environment(EnvironmentPointer::plain(true))
     {
     }
     IRGObject(const ObjectClass &objectClass, EnvironmentPointer &&environment) noexcept
-        : m_class(&objectClass), m_environment(std::move(environment))
+        : m_classIdentifier(objectClass.identifier), m_class(&objectClass), m_environment(std::move(environment))
     {
     }
     IRGObject(const IRGObject &) = delete; // what a copy takes over is the business of the derived class
@@ -221,6 +222,9 @@ protected:
     /// The text of the element on whose start the reader stands, without the text of elements nested in it. Leaves the
     /// reader on the element's end.
     QString GetTextValue(QXmlStreamReader &reader);
+
+    /// The numeric identifier of the object's class; its low 32 bits lead a binary representation.
+    qint64 m_classIdentifier;
 
     const ObjectClass &objectClass() const noexcept { return *m_class; }
 

@@ -33,9 +33,20 @@ QBuffer *bufferOf(const QDataStream &stream)
     if (!device || typeid(*device) != typeid(QBuffer) || stream.status() != QDataStream::Ok
         || stream.version() < versionWithNullBytesAndWords64)
         return nullptr;
-    const bool isPlain = device->isReadable() && !device->isTextModeEnabled() && !device->isTransactionStarted()
-        && device->pos() >= 0; // a byte that was put back in front of the first one is in no bytes of a buffer
-    return isPlain ? static_cast<QBuffer *>(device) : nullptr;
+    if (!device->isReadable() || device->isTextModeEnabled() || device->isTransactionStarted())
+        return nullptr;
+    auto *const buffer = static_cast<QBuffer *>(device);
+    // What was put back by ungetChar() is not in the buffer's bytes, and may stand in front of the first of them. Only
+    // reading shows it: a QBuffer peeks past it, and beyond its own end.
+    const qint64 position = buffer->pos();
+    if (position < 0 || position >= buffer->size())
+        return nullptr;
+    char next = 0;
+    if (!buffer->getChar(&next))
+        return nullptr;
+    buffer->ungetChar(next);
+    const bool isThere = next == buffer->data().at(int(position));
+    return isThere ? buffer : nullptr;
 }
 
 template <class To, class From>

@@ -109,6 +109,9 @@ public:
     BinaryReader &operator=(const BinaryReader &) = delete;
     ~BinaryReader();
 
+    /// Whether no device is asked while reading, and so nobody else's code runs.
+    bool isInMemory() const { return m_buffer != nullptr; }
+
     bool atEnd() const { return m_buffer ? m_at == m_end : m_stream.atEnd(); }
 
     /// \name For a snapshot, which ends where its stream does

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <type_traits>
 
 #include "framework/Member.h"
 
@@ -105,7 +106,8 @@ public:
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        NewItem item(*this, object, Member::environmentForReading(object));
+        const auto environment = Member::environmentForReading(object);
+        NewItem<Place::Apart> item(*this, object, environment);
         if (this->readNestedXml(*item, reader))
             item.keep();
     }
@@ -127,13 +129,21 @@ public:
     {
         const auto count = reader.read<qint32>(object);
         const auto environment = Member::environmentForReading(object);
+        const bool hadRoom = hasRoom(Member::block(object));
         reserve(object, reader.itemsWithin(count));
-        for (qint32 i = 0; i < count; ++i) {
-            const auto length = reader.read<qint32>(object);
-            NewItem item(*this, object, environment);
+        const auto read = [&](auto &&item, qint32 length) {
             Member::readNestedRecord(*item, reader, length);
             item.keep();
+        };
+        for (qint32 i = 0; i < count; ++i) {
+            const auto length = reader.read<qint32>(object);
+            if (reader.isInMemory())
+                read(NewItem<Place::InTheList>(*this, object, environment), length);
+            else
+                read(NewItem<Place::Apart>(*this, object, environment), length);
         }
+        if (!hadRoom)
+            squeeze(Member::block(object));
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -154,17 +164,26 @@ public:
         if (!this->isSet(block) && !this->has(SnapshotReadByCount))
             return true;
         const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // and no logger
+        const bool hadRoom = hasRoom(block);
         reserve(object, reader.itemsWithin(count));
-        for (qint32 i = 0; i < count; ++i) {
-            NewItem item(*this, object, environment);
+        const auto read = [&](auto &&item) {
             if (!Member::readNestedSnapshot(*item, reader))
                 return false;
             item.keep();
+            return true;
+        };
+        for (qint32 i = 0; i < count; ++i) {
+            if (reader.isInMemory() ? !read(NewItem<Place::InTheList>(*this, object, environment))
+                                    : !read(NewItem<Place::Apart>(*this, object, environment)))
+                return false;
         }
+        if (!hadRoom)
+            squeeze(Member::block(object));
         return true;
     }
 
-    void squeeze(Block &block) const override { list(block).giveRoomBack(); }
+    bool hasRoom(const Block &block) const final { return list(block).capacity() != 0; }
+    void squeeze(Block &block) const final { list(block).giveRoomBack(); }
 
 private:
     ItemList<Item> &list(Block &block) const { return this->field(block); }
@@ -188,14 +207,21 @@ private:
             Errors::incompleteItem(object, this->name());
     }
 
-    /// An item that is being read, in its place at the end of the list. It goes again unless it is kept: the list is as
-    /// it was then.
+    /// Where an item that is being read stands until it is kept.
+    enum class Place {
+        InTheList, ///< at its end already; for reading from memory
+        Apart, ///< where a device is asked for more, whoever wrote it may look at the document, or copy it
+    };
+
+    /// An item that is being read. Unless it is kept, the list is as it was.
+    template <Place place>
     class NewItem
     {
+        static constexpr bool isApart = place == Place::Apart;
+
     public:
         NewItem(const ChildList &row, DataObject &object, const REPORTGENERATOR::EnvironmentPointer &environment)
-            : m_row(row), m_object(object),
-              m_item(row.owned(Member::block(object)).appendNew(row.has(UsuallyHoldsSeveral) ? 4 : 1))
+            : m_row(row), m_object(object), m_environment(environment), m_item(begin())
         {
             Member::takeEnvironment(m_item, environment);
         }
@@ -203,24 +229,42 @@ private:
         NewItem &operator=(const NewItem &) = delete;
         ~NewItem()
         {
-            if (!m_isKept)
+            if (!isApart && !m_isKept)
                 m_row.list(Member::block(m_object)).removeLast();
         }
 
         Item &operator*() { return m_item; }
 
-        /// As append().
+        /// As append(), without a copy of what was just read. What was read apart does not bring its logger along.
         void keep()
         {
             m_row.checkForAppending(m_object, m_item);
+            if constexpr (isApart) {
+                Item &inTheList = append();
+                inTheList.swap(m_item);
+                Member::takeEnvironment(inTheList, m_environment);
+            }
             Member::block(m_object).flags.set(m_row.bit());
             m_isKept = true;
         }
 
     private:
+        decltype(auto) begin()
+        {
+            if constexpr (isApart)
+                return Item();
+            else
+                return append();
+        }
+        Item &append()
+        {
+            return m_row.owned(Member::block(m_object)).appendNew(m_row.has(UsuallyHoldsSeveral) ? 4 : 1);
+        }
+
         const ChildList &m_row;
         DataObject &m_object;
-        Item &m_item;
+        const REPORTGENERATOR::EnvironmentPointer &m_environment;
+        std::conditional_t<isApart, Item, Item &> m_item;
         bool m_isKept = false;
     };
 

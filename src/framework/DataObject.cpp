@@ -87,10 +87,10 @@ DataObject::~DataObject()
     release(info(), m_block);
 }
 
-void DataObject::release(const ClassInfo &info, Block *block) noexcept
+void DataObject::release(const REPORTGENERATOR::ObjectClass &objectClass, Block *block) noexcept
 {
     if (block && block->dropOwner())
-        info.destroy(block);
+        static_cast<const ClassInfo &>(objectClass).destroy(block);
 }
 
 void DataObject::swapData(DataObject &other) noexcept
@@ -517,10 +517,18 @@ void DataObject::readStartedContent(QXmlStreamReader &reader, const QString &nam
     squeeze(lists);
 }
 
-// Lists to which something is added again and again keep their room: they would grow item by item otherwise.
+// Lists to which something is added again and again keep their room, and so do those that a caller has given some.
 quint16 DataObject::listsToFill() const
 {
-    return quint16(info().lists & ~Member::block(*this).flags.all());
+    if (info().lists == 0)
+        return 0;
+    const Block &own = Member::block(*this);
+    unsigned lists = 0;
+    info().forEach(info().lists, [&](const Member &member) {
+        if (!member.hasRoom(own))
+            lists |= 1U << member.bit();
+    });
+    return quint16(lists);
 }
 
 void DataObject::squeeze(quint16 lists)
@@ -611,7 +619,7 @@ void DataObject::SetBinary(QDataStream &stream, int length)
 
 void DataObject::readRecord(BinaryReader &reader, qint32 length)
 {
-    const quint16 lists = listsToFill();
+    block();
     qint64 remainder = length; // 64 bits: no length word of a hostile record can make it wrap
     const ClassInfo::Rows rows = info().writtenOrder();
     const Member *const *expected = rows.begin(); // objects write them in this order
@@ -625,7 +633,6 @@ void DataObject::readRecord(BinaryReader &reader, qint32 length)
     }
     if (remainder != 0)
         Errors::wrongLength(*this);
-    squeeze(lists);
 }
 
 void DataObject::readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length)
@@ -694,13 +701,13 @@ void DataObject::writeSnapshotMembers(BinaryWriter &writer) const
 
 bool DataObject::readSnapshotMembers(BinaryReader &reader)
 {
-    const quint16 lists = info().lists; // whose flags have been read already
     Block &own = Member::block(*this);
     for (const Member *member : info().bitOrder()) {
-        if (!member->readSnapshot(*this, own, reader))
+        // A device may have copied the object meanwhile, whose data are shared then.
+        Block &current = reader.isInMemory() ? own : Member::block(*this);
+        if (!member->readSnapshot(*this, current, reader))
             return false;
     }
-    squeeze(lists);
     return true;
 }
 

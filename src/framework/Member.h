@@ -109,7 +109,8 @@ public:
     /// Calls the action for each child object, written or not.
     virtual void forEachChild(Block &, const ChildAction &) const { }
 
-    /// Gives back room that was taken for items to come.
+    /// Of a list: whether it has room for an item, and giving back what was taken for items to come.
+    virtual bool hasRoom(const Block &) const { return false; }
     virtual void squeeze(Block &) const { }
 
     /// What a writer would say about a child that check() does not.
@@ -144,6 +145,25 @@ protected:
 
     // The rows' way into objects; DataObject has no other friend.
     static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
+    /// An object's data, which stay as long as this does, whatever becomes of the object.
+    class KeptBlock
+    {
+    public:
+        explicit KeptBlock(const DataObject &object) : m_info(object.objectClass()), m_block(block(object))
+        {
+            m_block.addOwner();
+        }
+        KeptBlock(const KeptBlock &) = delete;
+        KeptBlock &operator=(const KeptBlock &) = delete;
+        ~KeptBlock() { DataObject::release(m_info, &m_block); }
+
+        Block &operator*() const { return m_block; }
+
+    private:
+        const REPORTGENERATOR::ObjectClass &m_info;
+        Block &m_block;
+    };
+
     /// Reads the text of an element, or the whole of a child. False where the document breaks off: what has been read
     /// by then is not stored.
     static bool readText(DataObject &object, QXmlStreamReader &reader, QString &text)

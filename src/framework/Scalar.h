@@ -121,11 +121,18 @@ public:
             Codec<T>::writeSnapshot(writer, this->field(block));
     }
 
-    bool readSnapshot(DataObject &, Block &block, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
         if (leftOut(block) && !this->has(SnapshotReadAlways))
             return true;
-        return Codec<T>::readSnapshot(reader, this->field(block)); // the flag was read before, with all others
+        // The flag was read before, with all others.
+        if (reader.isInMemory())
+            return Codec<T>::readSnapshot(reader, this->field(block));
+        T value{};
+        if (!Codec<T>::readSnapshot(reader, value))
+            return false;
+        this->field(Member::block(object)) = std::move(value); // which a device may have made another meanwhile
+        return true;
     }
 
 private:

@@ -15,7 +15,7 @@ Environment::Environment(bool theFlag, std::shared_ptr<Logger> theLogger, std::u
 EnvironmentPointer EnvironmentPointer::make(bool validate, std::shared_ptr<Logger> logger,
                                             std::unique_ptr<const Environment::Own> own)
 {
-    if (own && own->type == ObjectTypes::Undefined && !own->isNamed && own->error.isNull())
+    if (own && own->type == ObjectTypes::Undefined && !own->name && own->error.isNull())
         own.reset();
     if (!logger && !own)
         return plain(validate);

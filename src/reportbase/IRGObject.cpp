@@ -129,15 +129,12 @@ void IRGObject::SetObjectType(ObjectTypes type)
 const QString &IRGObject::GetObjectName() const
 {
     const auto &own = m_environment->own;
-    return own && own->isNamed ? own->name : m_class->name;
+    return own && own->name ? *own->name : m_class->name;
 }
 
 void IRGObject::SetObjectName(const QString &name)
 {
-    changeOwn([&](Environment::Own &own) {
-        own.isNamed = true;
-        own.name = name;
-    });
+    changeOwn([&](Environment::Own &own) { own.name = std::make_shared<const QString>(name); });
 }
 
 bool IRGObject::GetValidate() const

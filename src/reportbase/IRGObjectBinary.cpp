@@ -66,7 +66,7 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
 {
     QByteArray members;
     try {
-        members = Framing::takeMembers(stream, quint32(m_class->identifier), GetObjectName(),
+        members = Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(),
                                        toTheEnd ? Framing::Behind::Nothing : Framing::Behind::Anything);
     } catch (const Framing::Refusal &refusal) {
         return refusal.why;
@@ -86,22 +86,21 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
 void IRGObject::GetBinaryRepresentation(QDataStream &stream) const
 {
     clearError();
-    const QByteArray plain = composePlain(*this, m_class->identifier, Framing::Settings::of(stream));
+    const QByteArray plain = composePlain(*this, m_classIdentifier, Framing::Settings::of(stream));
     stream.writeRawData(plain.constData(), plain.size());
 }
 
 QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
 {
     clearError();
-    return composePlain(*this, m_class->identifier, Framing::OwnSettings);
+    return composePlain(*this, m_classIdentifier, Framing::OwnSettings);
 }
 
 void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level) const
 {
     clearError();
     try {
-        const QByteArray compressed =
-            composeCompressed(*this, m_class->identifier, Framing::Settings::of(stream), level);
+        const QByteArray compressed = composeCompressed(*this, m_classIdentifier, Framing::Settings::of(stream), level);
         stream.writeRawData(compressed.constData(), compressed.size());
     } catch (const Framing::Refusal &refusal) {
         fail(FailureTexts::at(FailureTexts::binaryData(), refusal.why));
@@ -118,14 +117,14 @@ QByteArray IRGObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
 bool IRGObject::SaveBinary(const QString &path) const
 {
     clearError();
-    return save(path, composePlain(*this, m_class->identifier, Framing::OwnSettings));
+    return save(path, composePlain(*this, m_classIdentifier, Framing::OwnSettings));
 }
 
 bool IRGObject::SaveCompressedBinary(const QString &path, int level) const
 {
     clearError();
     try {
-        return save(path, composeCompressed(*this, m_class->identifier, Framing::OwnSettings, level));
+        return save(path, composeCompressed(*this, m_classIdentifier, Framing::OwnSettings, level));
     } catch (const Framing::Refusal &refusal) {
         return fail(FailureTexts::at(path, refusal.why));
     }

@@ -162,9 +162,7 @@ public:
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        Block &own = block(object);
-        if (readNestedXml(field(own), reader))
-            own.flags.set(bit());
+        readInPlace(object, [&](StartupModes &modes) { return readNestedXml(modes, reader); });
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -175,9 +173,10 @@ public:
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override
     {
-        Block &own = block(object);
-        readNestedRecord(field(own), reader, length);
-        own.flags.set(bit());
+        readInPlace(object, [&](StartupModes &modes) {
+            readNestedRecord(modes, reader, length);
+            return true;
+        });
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -186,9 +185,32 @@ public:
             writeNestedSnapshot(field(block), writer);
     }
 
-    bool readSnapshot(DataObject &, Block &block, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
-        return !isSet(block) || readNestedSnapshot(field(block), reader);
+        return !isSet(block)
+            || readInPlace(object, [&](StartupModes &modes) { return readNestedSnapshot(modes, reader); });
+    }
+
+private:
+    // A device that is asked for more may copy the document, which then takes data of its own when it is next used.
+    template <class Read>
+    bool readInPlace(DataObject &object, Read read) const
+    {
+        StartupModes modesElsewhere;
+        bool isElsewhere = false;
+        {
+            const KeptBlock before(object);
+            if (!read(field(*before)))
+                return false;
+            isElsewhere = existingBlock(object) != &*before;
+            if (isElsewhere)
+                modesElsewhere = field(*before);
+        }
+        Block &own = block(object);
+        if (isElsewhere)
+            field(own) = modesElsewhere;
+        own.flags.set(bit());
+        return true;
     }
 };
 

@@ -17,16 +17,12 @@
 class Note : public REPORTGENERATOR::IRGObject
 {
 public:
-    explicit Note(const QString &noteText = QString()) : IRGObject(ofNotes()), text(noteText) { }
-    explicit Note(REPORTGENERATOR::ObjectTypes type) : IRGObject(type) { }
-
-    static const REPORTGENERATOR::ObjectClass &ofNotes()
+    explicit Note(const QString &noteText = QString()) : text(noteText)
     {
-        static const QString name = QStringLiteral("Note");
-        static const REPORTGENERATOR::ObjectClass notes{
-            name, 0x1A2B3C4D9E8F7061}; // more than the 32 bits that lead a representation
-        return notes;
+        SetObjectName(QStringLiteral("Note"));
+        m_classIdentifier = 0x1A2B3C4D9E8F7061; // more than the 32 bits that lead a representation
     }
+    explicit Note(REPORTGENERATOR::ObjectTypes type) : IRGObject(type) { }
 
     QString text;
     QString title;

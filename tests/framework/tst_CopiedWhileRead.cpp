@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+#include <QtTest>
+
+#include "Documents.h"
+#include "Encodings.h"
+
+using namespace JobXml;
+
+namespace {
+
+/// A device that does something each time it is asked for more, such as showing how far a document has been read.
+class ObservingDevice : public QIODevice
+{
+public:
+    /// An XML reader asks for as much as it can get; a stream has to get all that it asks for.
+    ObservingDevice(const QByteArray &bytes, qint64 mostAtOnce, std::function<void()> observe)
+        : m_bytes(bytes), m_mostAtOnce(mostAtOnce), m_observe(std::move(observe))
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+    bool atEnd() const override { return m_at == m_bytes.size() && QIODevice::atEnd(); }
+    qint64 bytesAvailable() const override { return m_bytes.size() - m_at + QIODevice::bytesAvailable(); }
+
+protected:
+    qint64 readData(char *bytes, qint64 size) override
+    {
+        const int piece = std::min(int(std::min(size, m_mostAtOnce)), m_bytes.size() - m_at);
+        std::copy_n(m_bytes.constData() + m_at, piece, bytes);
+        m_at += piece;
+        m_observe();
+        return piece;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    const QByteArray m_bytes;
+    const qint64 m_mostAtOnce;
+    const std::function<void()> m_observe;
+    int m_at = 0;
+};
+
+enum class Form { Xml, Record, Snapshot };
+
+void read(TunerProperties &document, Form form, ObservingDevice &device, int size)
+{
+    if (form == Form::Xml) {
+        QXmlStreamReader reader(&device);
+        reader.readNextStartElement();
+        document.ProcessXml(reader);
+        return;
+    }
+    QDataStream stream(&device);
+    if (form == Form::Record)
+        document.SetBinary(stream, size);
+    else
+        document.SetVersionSpecificBinaryWithoutValidation(stream);
+}
+
+int nodesOf(const TunerProperties &document)
+{
+    int nodes = 0;
+    for (const Component &component : document.GetComponent())
+        nodes += component.GetNode().size();
+    return nodes;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Form)
+
+/// A device's own code may use the document that is being read from it, and copy it by assignment.
+class CopiedWhileReadTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theDocumentIsReadWholeAndItsCopiesStayAsTheyWere_data()
+    {
+        QTest::addColumn<Form>("form");
+        QTest::newRow("XML") << Form::Xml;
+        QTest::newRow("a record") << Form::Record;
+        QTest::newRow("a snapshot") << Form::Snapshot;
+    }
+
+    void theDocumentIsReadWholeAndItsCopiesStayAsTheyWere()
+    {
+        QFETCH(Form, form);
+        TunerProperties source = aDocument(20);
+        source.AppendBandwidthSelection(aBandwidth(5));
+        source.Setname(QStringLiteral("name"));
+        source.Setquantity(5);
+        const QByteArray record = recordOf(source);
+        const QByteArray bytes = form == Form::Xml ? source.GetXmlString().toUtf8()
+            : form == Form::Record                 ? record.mid(4)
+                                                   : snapshotOf(source);
+
+        TunerProperties document;
+        std::vector<TunerProperties> copies;
+        std::vector<int> nodesOfCopies;
+        ObservingDevice device(bytes, form == Form::Xml ? 16 : bytes.size(), [&] {
+            copies.emplace_back();
+            copies.back() = document;
+            nodesOfCopies.push_back(nodesOf(copies.back()));
+            QVERIFY(nodesOf(document) == nodesOfCopies.back());
+            if (copies.size() % 3 == 0)
+                copies.front() = TunerProperties(); // gives up data that the document may still have
+        });
+        read(document, form, device, bytes.size());
+        document.SetValidate(false);
+        source.SetValidate(false);
+        QCOMPARE(document.GetXmlString(), source.GetXmlString());
+        QVERIFY(document == source);
+        QVERIFY(copies.size() > 20);
+        for (std::size_t i = 1; i < copies.size(); ++i) {
+            QCOMPARE(nodesOf(copies[i]), nodesOfCopies[i]);
+            QVERIFY(nodesOfCopies[i] >= nodesOfCopies[i - 1] || i == 1);
+        }
+    }
+
+    void anItemThatIsBeingReadIsInNoCopyYet()
+    {
+        const TunerProperties source = aDocument(20);
+        TunerProperties document;
+        std::vector<int> seen;
+        ObservingDevice device(TunerProperties(source).GetXmlString().toUtf8(), 16,
+                               [&] { seen.push_back(std::as_const(document).GetComponent().size()); });
+        read(document, Form::Xml, device, 0);
+        QVERIFY(document == source);
+        QVERIFY(std::is_sorted(seen.begin(), seen.end()));
+        QCOMPARE(seen.front(), 0);
+        // The component is one item of sixteen pieces and more, and it is there only once it has been read.
+        QVERIFY(std::count(seen.begin(), seen.end(), 0) > int(seen.size()) - 5);
+    }
+};
+
+QTEST_GUILESS_MAIN(CopiedWhileReadTest)
+#include "tst_CopiedWhileRead.moc"
