@@ -310,8 +310,10 @@ void Alternatives::copyFrom(const Alternatives &other, int kind)
         &Alternatives::copy<JobXml::ValueNumericInt64>, &Alternatives::copy<JobXml::ValueSelection>,
         &Alternatives::copy<JobXml::ValueString>,       &Alternatives::copy<JobXml::ValueStringList>,
     };
-    if (const DataObject *const object = other.find(kind))
-        (this->*copies[kind])(kind, *object);
+    if (const DataObject *const object = other.find(kind)) {
+        const Copy copyOfKind = copies[kind]; // read apart: g++'s check of bounds stumbles over it otherwise
+        (this->*copyOfKind)(kind, *object);
+    }
 }
 
 // Delegates, so that what is built already is destroyed if the next runs out of memory.

@@ -56,6 +56,8 @@ private Q_SLOTS:
     void mergingHandsNothingDown();
     void theFlagOfACopyGoesDownItsWholeTree();
     void aDerivedClassDecidesWhatItMakesOfTheFlag();
+    void aCheckThatFailsHasHandedDownAllTheSame();
+    void childrenThatAreNotSetAreHandedDownTo();
 };
 
 void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
@@ -307,6 +309,30 @@ void HandOverTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
     const Lenient writesARecord = anIncompleteOne();
     writesARecord.IRGObject::SetValidate(true);
     QVERIFY(!recordOf(writesARecord).isEmpty());
+}
+
+void HandOverTest::aCheckThatFailsHasHandedDownAllTheSame()
+{
+    TunerProperties document = aDocument(5);
+    document.GetComponent()[0].GetNode()[1].Resetid();
+    document.AppendComponent(aComponent());
+    const auto logger = std::make_shared<Logger>();
+    document.IRGObject::SetLogger(logger); // the root alone
+    QCOMPARE(thrownBy([&] { document.Check(); }), QStringLiteral("OutOfRangeException: Node: Please set id properly."));
+    QCOMPARE(following(document, true, logger), WholeTree::size(document));
+}
+
+void HandOverTest::childrenThatAreNotSetAreHandedDownTo()
+{
+    TunerProperties document = aDocument();
+    document.ResetStartupModes();
+    const auto logger = std::make_shared<Logger>();
+    document.IRGObject::SetValidate(false); // the root alone
+    document.IRGObject::SetLogger(logger);
+    document.Check();
+    QVERIFY(!document.IsStartupModesSet());
+    QVERIFY(!std::as_const(document).GetStartupModes().GetValidate());
+    QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
 QTEST_GUILESS_MAIN(HandOverTest)
