@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <new>
 #include <utility>
 
 #include <QVector>
@@ -97,12 +96,8 @@ public:
     /// Gives back the room that is left.
     void giveRoomBack()
     {
-        if (this->size() == this->capacity() || this->size() == 0 || !this->isDetached())
-            return;
-        try {
+        if (this->size() != this->capacity() && this->size() != 0 && this->isDetached())
             this->squeeze();
-        } catch (const std::bad_alloc &) { // without memory for a smaller list the larger one will do
-        }
     }
 
     /// Gives up sharing with lists that callers hold: the items, and the room that an emptied list keeps.

@@ -33,7 +33,7 @@ inline bool DataObject::isOfDerivedClass() const noexcept
     return &typeid(*this) != &info().type;
 }
 
-// Nearly always the environment as it is.
+// The base's own answer, nearly always without asking for it: the environment as it is.
 inline EnvironmentPointer DataObject::environmentForCopy() const
 {
     const bool hasMore = isOfDerivedClass() || environment()->own || environment()->logger;
