@@ -701,12 +701,13 @@ void DataObject::writeSnapshotMembers(BinaryWriter &writer) const
 
 bool DataObject::readSnapshotMembers(BinaryReader &reader)
 {
-    Block &own = Member::block(*this);
+    Block *own = &Member::block(*this);
+    const bool isInMemory = reader.isInMemory();
     for (const Member *member : info().bitOrder()) {
-        // A device may have copied the object meanwhile, whose data are shared then.
-        Block &current = reader.isInMemory() ? own : Member::block(*this);
-        if (!member->readSnapshot(*this, current, reader))
+        if (!member->readSnapshot(*this, *own, reader))
             return false;
+        if (!isInMemory) // a device may have copied the object meanwhile, whose data are shared then
+            own = &Member::block(*this);
     }
     return true;
 }

@@ -126,16 +126,21 @@ public:
         if (leftOut(block) && !this->has(SnapshotReadAlways))
             return true;
         // The flag was read before, with all others.
-        if (reader.isInMemory())
-            return Codec<T>::readSnapshot(reader, this->field(block));
-        T value{};
-        if (!Codec<T>::readSnapshot(reader, value))
-            return false;
-        this->field(Member::block(object)) = std::move(value); // which a device may have made another meanwhile
-        return true;
+        return reader.isInMemory() ? Codec<T>::readSnapshot(reader, this->field(block))
+                                   : readSnapshotFromDevice(object, reader);
     }
 
 private:
+    // The device may have copied the object meanwhile, whose data are others then.
+    Q_NEVER_INLINE bool readSnapshotFromDevice(DataObject &object, BinaryReader &reader) const
+    {
+        T value{};
+        if (!Codec<T>::readSnapshot(reader, value))
+            return false;
+        this->field(Member::block(object)) = std::move(value);
+        return true;
+    }
+
     bool leftOut(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
 };
 
