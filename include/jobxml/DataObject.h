@@ -203,9 +203,9 @@ private:
     friend class Member; // the rows are this class's other half
     class ReadingContent;
 
-    const ClassInfo &info() const noexcept;
-    bool isOfDerivedClass() const noexcept;
-    REPORTGENERATOR::EnvironmentPointer environmentForCopy() const;
+    inline const ClassInfo &info() const noexcept;
+    inline bool isOfDerivedClass() const noexcept;
+    inline REPORTGENERATOR::EnvironmentPointer environmentForCopy() const;
     void takeDown(const HandDown &handDown) const;
     void readElement(QXmlStreamReader &reader, const QString &name);
     void readStartedContent(QXmlStreamReader &reader, const QString &name, bool isNew);

@@ -107,9 +107,14 @@ public:
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
         const auto environment = Member::environmentForReading(object);
-        NewItem<Place::Apart> item(*this, object, environment);
-        if (this->readNestedXml(*item, reader))
-            item.keep();
+        const auto read = [&](auto &&item) {
+            if (this->readNestedXml(*item, reader))
+                item.keep();
+        };
+        if (reader.device() || reader.entityResolver())
+            read(NewItem<Place::Apart>(*this, object, environment));
+        else
+            read(NewItem<Place::InTheList>(*this, object, environment));
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override

@@ -57,6 +57,18 @@ struct ClassInfo : REPORTGENERATOR::ObjectClass
     Rows elements() const { return Rows(inWrittenOrder + attributeCount, memberCount - attributeCount); }
 };
 
+inline const ClassInfo &DataObject::info() const noexcept
+{
+    return static_cast<const ClassInfo &>(objectClass());
+}
+
+// Objects of derived classes may have their own way with what they are told. Of all others the framework knows what
+// SetValidate() and SetLogger() do, so it hands down both at once.
+inline bool DataObject::isOfDerivedClass() const noexcept
+{
+    return &typeid(*this) != &info().type;
+}
+
 /// The rows of a class in bit order, and the order of writing worked out from them.
 template <class Data, std::size_t count>
 struct Table
