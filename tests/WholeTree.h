@@ -1,46 +1,44 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
+#include <jobxml/Visit.h>
 
-#include <jobxml/DataObject.h>
-#include <jobxml/Visitor.h>
+/// Ways through an object and everything below it that counts: of a choice, only the alternative that is chosen.
+namespace WholeTree {
 
-/// Calls a function for an object and for everything below it that counts.
-class WholeTree : public JobXml::Visitor
+/// Calls a function for each child object in a member that counts, and with its index in the list, or -1.
+template <class Function>
+void forEachChild(const JobXml::MemberView &member, Function &&function)
 {
-public:
-    using Function = std::function<void(const JobXml::DataObject &)>;
+    const bool isList = member.GetKind() == JobXml::MemberKind::ObjectList;
+    if (!isList && !(member.IsSet() && member.IsChosen()))
+        return;
+    for (int i = 0; i < member.GetSize(); ++i)
+        function(member.GetChild(i), isList ? i : -1);
+}
 
-    static void visit(const JobXml::DataObject &root, const Function &function)
-    {
-        WholeTree tree(function);
-        tree.VisitChild({}, root, -1);
-    }
+/// Calls a function for an object and for everything below it.
+template <class Function>
+void visit(const JobXml::DataObject &root, Function &&function)
+{
+    function(root);
+    JobXml::visit(root, [&](const JobXml::MemberView &member) {
+        forEachChild(member, [&](const JobXml::DataObject &child, int) { WholeTree::visit(child, function); });
+    });
+}
 
-    /// How many objects of the tree are as asked.
-    static int count(const JobXml::DataObject &root, const std::function<bool(const JobXml::DataObject &)> &asked)
-    {
-        int found = 0;
-        visit(root, [&](const JobXml::DataObject &object) { found += asked(object) ? 1 : 0; });
-        return found;
-    }
+/// How many objects of the tree are as asked.
+template <class Asked>
+int count(const JobXml::DataObject &root, Asked &&asked)
+{
+    int found = 0;
+    WholeTree::visit(root, [&](const JobXml::DataObject &object) { found += asked(object) ? 1 : 0; });
+    return found;
+}
 
-    static int size(const JobXml::DataObject &root)
-    {
-        return count(root, [](const JobXml::DataObject &) { return true; });
-    }
+inline int size(const JobXml::DataObject &root)
+{
+    return count(root, [](const JobXml::DataObject &) { return true; });
+}
 
-    void VisitValue(QLatin1String, const QVariant &, bool) override { }
-    void VisitList(QLatin1String, int, bool) override { }
-    void VisitChild(QLatin1String, const JobXml::DataObject &child, int) override
-    {
-        m_function(child);
-        child.Accept(*this);
-    }
-
-private:
-    explicit WholeTree(const Function &function) : m_function(function) { }
-
-    Function m_function;
-};
+} // namespace WholeTree

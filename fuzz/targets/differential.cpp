@@ -9,7 +9,7 @@
 #include <QDataStream>
 
 #include <jobxml/TunerProperties.h>
-#include <jobxml/Visitor.h>
+#include <jobxml/Visit.h>
 
 #include "Harness.h"
 #include "RecordMutator.h"
@@ -89,7 +89,7 @@ void keepToWhatXmlCanRead(Object &object)
 }
 
 /// What is set in an object, a path and a value each, as far as every encoding keeps it.
-class SetMembers final : JobXml::Visitor
+class SetMembers
 {
 public:
     using Values = std::map<QString, QString>;
@@ -97,40 +97,48 @@ public:
     static Values of(const Object &object)
     {
         SetMembers members;
-        object.Accept(members);
+        members.add(object, QString());
         return members.m_values;
     }
 
 private:
-    void VisitValue(QLatin1String name, const QVariant &value, bool set) override
+    void add(const Object &object, const QString &where)
     {
-        const bool isMode = name == m_list;
-        const QString place = isMode ? QString::number(m_modes++) : QString();
-        if (isMode ? m_isListSet : set)
-            m_values[m_path + name + place] = normal(value);
+        JobXml::visit(object, [&](const JobXml::MemberView &member) {
+            if (member.IsSet() && member.IsChosen())
+                add(member, where + member.GetName());
+        });
     }
 
-    void VisitList(QLatin1String name, int size, bool set) override
+    void add(const JobXml::MemberView &member, const QString &path)
     {
-        m_list = name;
-        m_isListSet = set;
-        m_modes = 0;
-        if (set && size > 0) // XML has no list without items
-            m_values[m_path + name] = QString::number(size);
+        switch (member.GetKind()) {
+        case JobXml::MemberKind::Choice:
+            break; // seen by what is chosen
+        case JobXml::MemberKind::EnumerationList: {
+            const QVariantList values = member.GetValue().toList();
+            addSize(path, values.size());
+            for (int i = 0; i < values.size(); ++i)
+                m_values[path + QString::number(i)] = normal(values.at(i));
+            break;
+        }
+        case JobXml::MemberKind::ObjectList:
+            addSize(path, member.GetSize());
+            Q_FALLTHROUGH();
+        case JobXml::MemberKind::Object:
+        case JobXml::MemberKind::Alternative:
+            for (int i = 0; i < member.GetSize(); ++i)
+                add(member.GetChild(i), path + QString::number(i) + QLatin1Char('/'));
+            break;
+        default:
+            m_values[path] = normal(member.GetValue());
+        }
     }
 
-    void VisitChild(QLatin1String name, const Object &child, int index) override
+    void addSize(const QString &path, int size)
     {
-        const QLatin1String list = m_list;
-        const bool isListSet = m_isListSet;
-        if (name == list && !isListSet)
-            return;
-        const QString path = m_path;
-        m_path += name + QString::number(index) + QLatin1Char('/');
-        child.Accept(*this);
-        m_path = path;
-        m_list = list;
-        m_isListSet = isListSet;
+        if (size > 0) // XML has no list without items
+            m_values[path] = QString::number(size);
     }
 
     /// Numbers have two decimals; texts are not null, and are UTF-8, which has no half of a surrogate pair.
@@ -143,10 +151,6 @@ private:
     }
 
     Values m_values;
-    QString m_path;
-    QLatin1String m_list; // that has come last
-    bool m_isListSet = false;
-    int m_modes = 0;
 };
 
 /// Whether all that is set in one object is in the other, too, where more may be set: members that are always written.

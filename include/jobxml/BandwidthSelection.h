@@ -8,9 +8,16 @@ namespace JobXml {
 /// One bandwidth that a tuner can select: a name and a maximum bandwidth.
 ///
 /// Text that is no number reads as 0 and counts as set.
+///
+/// Check() asks for Name, then MaxBandwidth: OutOfRangeException "BandwidthSelection: Please set Name properly.".
+///
+/// \snippet tst_TunerSnippets.cpp BandwidthSelection
 class JOBXML_EXPORT BandwidthSelection : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     BandwidthSelection();
     BandwidthSelection(const BandwidthSelection &other);
     BandwidthSelection(BandwidthSelection &&other) noexcept;
@@ -21,9 +28,15 @@ public:
     bool operator==(const BandwidthSelection &other) const;
     bool operator!=(const BandwidthSelection &other) const;
     void swap(BandwidthSelection &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x09F7EAA9, leads the binary representation; its name, "BandwidthSelection", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name Name
     /// The name of the bandwidth; mandatory, null until set. A child element in XML.
@@ -49,6 +62,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const BandwidthSelection &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::BandwidthSelection)
+Q_DECLARE_METATYPE(JobXml::BandwidthSelection)

@@ -7,9 +7,17 @@
 namespace JobXml {
 
 /// One configurable part of a tuner: its type, its name and its nodes.
+///
+/// Check() asks for the list, checks each node, then asks for type, name, displayName (not null if it is set) and
+/// optional, whatever the validate flag: OutOfRangeException "Component: Please set Node properly.".
+///
+/// \snippet tst_TunerSnippets.cpp Component
 class JOBXML_EXPORT Component : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     Component();
     Component(const Component &other);
     Component(Component &&other) noexcept;
@@ -20,9 +28,14 @@ public:
     bool operator==(const Component &other) const;
     bool operator!=(const Component &other) const;
     void swap(Component &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x0ADD1857, leads the binary representation; its name, "Component", is that of the XML element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name Node
     /// The configurable parameters; mandatory. The list must be set and may be empty, but an empty one is no data:
@@ -88,3 +101,4 @@ public:
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::Component)
+Q_DECLARE_METATYPE(JobXml::Component)

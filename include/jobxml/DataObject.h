@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QMetaType>
 #include <QStringList>
 #include <QVector>
 
@@ -8,21 +9,43 @@
 
 #include <jobxml/Export.h>
 
+QT_FORWARD_DECLARE_CLASS(QDebug)
+
 /// The data model of a radio tuner resource in a measurement job.
 namespace JobXml {
 
 class BinaryReader;
 class BinaryWriter;
 class Member;
-class Visitor;
+class ShownMember;
 class XmlOutput;
 struct Block;
 struct ClassInfo;
+template <class... Arguments>
+class ActionOn;
+
+/// The way from an object to one of its children.
+struct Step
+{
+    QLatin1String member; ///< the member that holds it
+    int index; ///< its index in the list, from 0; -1 where there is no list
+};
+
+/// The way from one object to another one below it; both lists have as many entries as it has steps.
+struct Place
+{
+    QStringList path; ///< for people: the objects from the root's child down, for instance `Component "Preselector"`
+    QVector<Step> steps; ///< for programs
+
+    Place below(const QString &label, const Step &step) const
+    {
+        return {path + QStringList{label}, steps + QVector<Step>{step}};
+    }
+};
 
 /// One reason for which a document would be refused while validating.
-struct Problem
+struct Problem : Place
 {
-    QStringList path; ///< where: the objects from the root's child down, for instance `Component "Preselector"`
     QString message; ///< why: the whole text of the exception that the model would throw
 };
 
@@ -56,6 +79,10 @@ struct Problem
 /// **Equality.** A member is equal if it is set in both objects to equal values, or set in neither; the lists of
 /// ValueStringList, ValueSelection, Node and Component go by the right side's flag alone: an unset one there equals an
 /// empty one here. Numbers are compared exactly, so a NaN does not even equal itself.
+///
+/// **Hashing.** Classes whose equality is symmetric have a qHash(). Those whose lists go by the right side's flag, and
+/// the ValueItem and the document that hold them, have none: `a == b` does not imply `b == a`, so no hash can agree
+/// with it.
 ///
 /// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
 class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
@@ -143,10 +170,6 @@ public:
     /// the validate flag is; empty if there is none. Like Check(), leaves the tree initialized.
     QVector<Problem> GetProblems() const;
 
-    /// Shows each member to `visitor`, in the order in which XML writes them. Changes no value, flag or choice. An
-    /// object that is not initialized shows none.
-    void Accept(Visitor &visitor) const;
-
 protected:
     explicit DataObject(const ClassInfo &info);
     DataObject(const DataObject &other);
@@ -168,7 +191,9 @@ protected:
     virtual bool equals(const DataObject &other) const;
     /// Checks the object and what is below it; hands the environment, if there is one, down on the way.
     virtual void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const;
-    virtual void collectProblems(const QStringList &path, QVector<Problem> &problems) const;
+    virtual void collectProblems(const Place &place, QVector<Problem> &problems) const;
+    /// In the order in which visitors see them.
+    virtual void forEachMember(const ActionOn<const ShownMember &> &action) const;
     virtual void handDownToChildren(const HandDown &handDown) const;
     virtual void writeElement(XmlOutput &output) const;
     virtual void writeMemberRecords(BinaryWriter &writer) const;
@@ -225,5 +250,9 @@ private:
 
     mutable Block *m_block = nullptr;
 };
+
+/// Writes an object and all below it as a tree, a member a line, unset ones with "(not set)". Changes nothing, no
+/// object gets data of its own by it.
+JOBXML_EXPORT QDebug operator<<(QDebug debug, const DataObject &object);
 
 } // namespace JobXml

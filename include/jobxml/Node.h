@@ -9,9 +9,14 @@ namespace JobXml {
 /// One configurable parameter of a component: an identifier and the values that it carries.
 ///
 /// Check() and HasData() look at the values before the identifier, whatever the validate flag.
+///
+/// \snippet tst_TunerSnippets.cpp Node
 class JOBXML_EXPORT Node : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     Node();
     Node(const Node &other);
     Node(Node &&other) noexcept;
@@ -22,9 +27,14 @@ public:
     bool operator==(const Node &other) const;
     bool operator!=(const Node &other) const;
     void swap(Node &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xC8131DB4, leads the binary representation; its name, "Node", is that of the XML element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name ValueItem
     /// The values; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
@@ -56,3 +66,4 @@ public:
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::Node)
+Q_DECLARE_METATYPE(JobXml::Node)

@@ -8,9 +8,16 @@ namespace JobXml {
 /// One option of a ValueSelection: a name and a number.
 ///
 /// Text that is no number reads as 0 and counts as set.
+///
+/// Check() asks for name, then value: OutOfRangeException "SelectionItem: Please set name properly.".
+///
+/// \snippet tst_ValueSnippets.cpp SelectionItem
 class JOBXML_EXPORT SelectionItem : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     SelectionItem();
     SelectionItem(const SelectionItem &other);
     SelectionItem(SelectionItem &&other) noexcept;
@@ -21,9 +28,15 @@ public:
     bool operator==(const SelectionItem &other) const;
     bool operator!=(const SelectionItem &other) const;
     void swap(SelectionItem &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x228141C0, leads the binary representation; its name, "SelectionItem", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name name
     /// The name to show; mandatory, null until set. IsValidname() says yes to every text, a null one included, although
@@ -50,6 +63,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const SelectionItem &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::SelectionItem)
+Q_DECLARE_METATYPE(JobXml::SelectionItem)

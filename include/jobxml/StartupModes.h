@@ -6,6 +6,8 @@
 namespace JobXml {
 
 /// The measurement modes in which a tuner can start up.
+///
+/// \snippet tst_TunerSnippets.cpp StartupModes
 class JOBXML_EXPORT StartupModes : public DataObject
 {
 public:
@@ -25,6 +27,9 @@ public:
         Invalid = -1, ///< no mode; has no name
     };
 
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     StartupModes();
     StartupModes(const StartupModes &other);
     StartupModes(StartupModes &&other) noexcept;
@@ -35,9 +40,15 @@ public:
     bool operator==(const StartupModes &other) const;
     bool operator!=(const StartupModes &other) const;
     void swap(StartupModes &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xA7563754, leads the binary representation; its name, "StartupModes", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name StartupMode
     /// The modes offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
@@ -72,12 +83,19 @@ public:
     /// The same for a user to read, in the language that is installed now.
     static QStringList GetGUIStartupModes();
 
-    /// Translates in the context "JobXml::StartupModes".
+    /// \name Translation
+    /// Translates in the context "JobXml::StartupModes": QCoreApplication::translate() with these arguments.
+    /// @{
     static QString tr(const char *sourceText, const char *disambiguation, int n);
     static QString trUtf8(const char *sourceText, const char *disambiguation, int n);
+    /// @}
 };
+
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const StartupModes &object, uint seed = 0);
 
 } // namespace JobXml
 
 Q_DECLARE_TYPEINFO(JobXml::StartupModes::StartupMode, Q_PRIMITIVE_TYPE);
 Q_DECLARE_SHARED(JobXml::StartupModes)
+Q_DECLARE_METATYPE(JobXml::StartupModes)

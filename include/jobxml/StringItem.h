@@ -6,9 +6,16 @@
 namespace JobXml {
 
 /// One text of a ValueStringList.
+///
+/// Check() asks for value: OutOfRangeException "StringItem: Please set value properly.".
+///
+/// \snippet tst_ValueSnippets.cpp StringItem
 class JOBXML_EXPORT StringItem : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     StringItem();
     StringItem(const StringItem &other);
     StringItem(StringItem &&other) noexcept;
@@ -19,9 +26,14 @@ public:
     bool operator==(const StringItem &other) const;
     bool operator!=(const StringItem &other) const;
     void swap(StringItem &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xEBB03A60, leads the binary representation; its name, "StringItem", is that of the XML element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name value
     /// The text; mandatory, null until set. IsValidvalue() says yes to every text, a null one included, although
@@ -36,6 +48,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const StringItem &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::StringItem)
+Q_DECLARE_METATYPE(JobXml::StringItem)

@@ -25,6 +25,8 @@ namespace JobXml {
 /// **Unknown elements.** In XML of an older version an unknown child element is skipped. Under the same or a newer
 /// version it throws InvalidXmlException "Unknown Tag 'x' in 'TunerProperties'." while validating; otherwise its
 /// content is read as if it stood directly in the document.
+///
+/// \snippet tst_TunerSnippets.cpp TunerProperties
 class JOBXML_EXPORT TunerProperties : public DataObject
 {
 public:
@@ -38,6 +40,9 @@ public:
         Invalid = -1, ///< no kind; has no name
     };
 
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     TunerProperties();
     TunerProperties(const TunerProperties &other);
     TunerProperties(TunerProperties &&other) noexcept;
@@ -48,9 +53,15 @@ public:
     bool operator==(const TunerProperties &other) const;
     bool operator!=(const TunerProperties &other) const;
     void swap(TunerProperties &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xC10CBB5F, leads the binary representation; its name, "TunerProperties", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// The version of the documents that the object writes: "1.1".
     const QString &GetVersion() const override;
@@ -220,9 +231,12 @@ public:
     /// Reads the version, then the document.
     void ProcessXml(QXmlStreamReader &reader) override;
 
-    /// Translates in the context "JobXml::TunerProperties".
+    /// \name Translation
+    /// Translates in the context "JobXml::TunerProperties": QCoreApplication::translate() with these arguments.
+    /// @{
     static QString tr(const char *sourceText, const char *disambiguation, int n);
     static QString trUtf8(const char *sourceText, const char *disambiguation, int n);
+    /// @}
 
 protected:
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
@@ -240,3 +254,4 @@ private:
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::TunerProperties)
+Q_DECLARE_METATYPE(JobXml::TunerProperties)

@@ -6,9 +6,17 @@
 namespace JobXml {
 
 /// A named switch of a node.
+///
+/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueBoolean: Please set id
+/// properly.", for instance.
+///
+/// \snippet tst_ValueSnippets.cpp ValueBoolean
 class JOBXML_EXPORT ValueBoolean : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueBoolean();
     ValueBoolean(const ValueBoolean &other);
     ValueBoolean(ValueBoolean &&other) noexcept;
@@ -19,9 +27,15 @@ public:
     bool operator==(const ValueBoolean &other) const;
     bool operator!=(const ValueBoolean &other) const;
     void swap(ValueBoolean &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xC8FC2661, leads the binary representation; its name, "ValueBoolean", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set.
@@ -48,6 +62,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueBoolean &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueBoolean)
+Q_DECLARE_METATYPE(JobXml::ValueBoolean)

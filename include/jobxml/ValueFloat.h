@@ -6,9 +6,17 @@
 namespace JobXml {
 
 /// A named floating-point number of a node.
+///
+/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueFloat: Please set id
+/// properly.", for instance.
+///
+/// \snippet tst_ValueSnippets.cpp ValueFloat
 class JOBXML_EXPORT ValueFloat : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueFloat();
     ValueFloat(const ValueFloat &other);
     ValueFloat(ValueFloat &&other) noexcept;
@@ -19,9 +27,14 @@ public:
     bool operator==(const ValueFloat &other) const;
     bool operator!=(const ValueFloat &other) const;
     void swap(ValueFloat &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x6440D555, leads the binary representation; its name, "ValueFloat", is that of the XML element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set.
@@ -47,6 +60,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueFloat &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueFloat)
+Q_DECLARE_METATYPE(JobXml::ValueFloat)

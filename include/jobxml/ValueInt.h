@@ -6,9 +6,17 @@
 namespace JobXml {
 
 /// A named 32-bit integer of a node.
+///
+/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueInt: Please set id
+/// properly.", for instance.
+///
+/// \snippet tst_ValueSnippets.cpp ValueInt
 class JOBXML_EXPORT ValueInt : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueInt();
     ValueInt(const ValueInt &other);
     ValueInt(ValueInt &&other) noexcept;
@@ -19,9 +27,14 @@ public:
     bool operator==(const ValueInt &other) const;
     bool operator!=(const ValueInt &other) const;
     void swap(ValueInt &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x278DA93B, leads the binary representation; its name, "ValueInt", is that of the XML element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set.
@@ -47,6 +60,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueInt &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueInt)
+Q_DECLARE_METATYPE(JobXml::ValueInt)

@@ -6,9 +6,17 @@
 namespace JobXml {
 
 /// A named 64-bit integer of a node.
+///
+/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueInt64: Please set id
+/// properly.", for instance.
+///
+/// \snippet tst_ValueSnippets.cpp ValueInt64
 class JOBXML_EXPORT ValueInt64 : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueInt64();
     ValueInt64(const ValueInt64 &other);
     ValueInt64(ValueInt64 &&other) noexcept;
@@ -19,9 +27,14 @@ public:
     bool operator==(const ValueInt64 &other) const;
     bool operator!=(const ValueInt64 &other) const;
     void swap(ValueInt64 &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x4E82A0AA, leads the binary representation; its name, "ValueInt64", is that of the XML element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set.
@@ -46,6 +59,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueInt64 &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueInt64)
+Q_DECLARE_METATYPE(JobXml::ValueInt64)

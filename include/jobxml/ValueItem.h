@@ -32,6 +32,8 @@ namespace JobXml {
 ///
 /// Two items are equal if neither has chosen, or if the same alternative is chosen and either not set in the left one,
 /// or equal in both. Comparing leaves both initialized, as soon as one of them is. AnyData() asks for a choice alone.
+///
+/// \snippet tst_TunerSnippets.cpp ValueItem
 class JOBXML_EXPORT ValueItem : public DataObject
 {
 public:
@@ -50,6 +52,9 @@ public:
         None = 255, ///< nothing is chosen
     };
 
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueItem();
     ValueItem(const ValueItem &other);
     ValueItem(ValueItem &&other) noexcept;
@@ -60,9 +65,14 @@ public:
     bool operator==(const ValueItem &other) const;
     bool operator!=(const ValueItem &other) const;
     void swap(ValueItem &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xA6C468CF, leads the binary representation; its name, "ValueItem", is that of the XML element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name ChoiceValueItem
     /// Which alternative is chosen; None until one is.
@@ -86,6 +96,7 @@ public:
     /// @}
 
     /// \name ValueBoolean
+    /// The alternative for a switch. Its setter and its non-const getter choose it and set its flag.
     /// @{
     ValueBoolean &GetValueBoolean();
     const ValueBoolean &GetValueBoolean() const;
@@ -96,6 +107,7 @@ public:
     /// @}
 
     /// \name ValueFloat
+    /// The alternative for a floating-point number. Its setter and its non-const getter choose it and set its flag.
     /// @{
     ValueFloat &GetValueFloat();
     const ValueFloat &GetValueFloat() const;
@@ -106,6 +118,7 @@ public:
     /// @}
 
     /// \name ValueInt
+    /// The alternative for a 32-bit integer. Its setter and its non-const getter choose it and set its flag.
     /// @{
     ValueInt &GetValueInt();
     const ValueInt &GetValueInt() const;
@@ -116,6 +129,7 @@ public:
     /// @}
 
     /// \name ValueInt64
+    /// The alternative for a 64-bit integer. Its setter and its non-const getter choose it and set its flag.
     /// @{
     ValueInt64 &GetValueInt64();
     const ValueInt64 &GetValueInt64() const;
@@ -126,6 +140,8 @@ public:
     /// @}
 
     /// \name ValueNumericFloat
+    /// The alternative for a floating-point number with a range. Its setter and its non-const getter choose it and set
+    /// its flag.
     /// @{
     ValueNumericFloat &GetValueNumericFloat();
     const ValueNumericFloat &GetValueNumericFloat() const;
@@ -136,6 +152,8 @@ public:
     /// @}
 
     /// \name ValueNumericInt
+    /// The alternative for a 32-bit integer with a range. Its setter and its non-const getter choose it and set its
+    /// flag.
     /// @{
     ValueNumericInt &GetValueNumericInt();
     const ValueNumericInt &GetValueNumericInt() const;
@@ -146,6 +164,8 @@ public:
     /// @}
 
     /// \name ValueNumericInt64
+    /// The alternative for a 64-bit integer with a range. Its setter and its non-const getter choose it and set its
+    /// flag.
     /// @{
     ValueNumericInt64 &GetValueNumericInt64();
     const ValueNumericInt64 &GetValueNumericInt64() const;
@@ -156,6 +176,8 @@ public:
     /// @}
 
     /// \name ValueSelection
+    /// The alternative for a number out of named options. Its setter and its non-const getter choose it and set its
+    /// flag.
     /// @{
     ValueSelection &GetValueSelection();
     const ValueSelection &GetValueSelection() const;
@@ -166,6 +188,7 @@ public:
     /// @}
 
     /// \name ValueString
+    /// The alternative for a text. Its setter and its non-const getter choose it and set its flag.
     /// @{
     ValueString &GetValueString();
     const ValueString &GetValueString() const;
@@ -176,6 +199,7 @@ public:
     /// @}
 
     /// \name ValueStringList
+    /// The alternative for a text out of a list. Its setter and its non-const getter choose it and set its flag.
     /// @{
     ValueStringList &GetValueStringList();
     const ValueStringList &GetValueStringList() const;
@@ -192,7 +216,8 @@ public:
 protected:
     bool equals(const DataObject &other) const override;
     void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const override;
-    void collectProblems(const QStringList &path, QVector<Problem> &problems) const override;
+    void collectProblems(const Place &place, QVector<Problem> &problems) const override;
+    void forEachMember(const ActionOn<const ShownMember &> &action) const override;
     void handDownToChildren(const HandDown &handDown) const override;
     void writeSnapshot(BinaryWriter &writer) const override;
     bool readSnapshot(BinaryReader &reader) override;
@@ -201,3 +226,4 @@ protected:
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueItem)
+Q_DECLARE_METATYPE(JobXml::ValueItem)

@@ -11,9 +11,17 @@ namespace JobXml {
 /// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
 /// setting. XML and tagged records carry two decimals, only a snapshot keeps the numbers exactly.
 /// Text that is no number reads as 0 and counts as set. Getid() is not const: it gives the object data of its own.
+///
+/// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericFloat: Please set
+/// step properly." tells the last.
+///
+/// \snippet tst_ValueSnippets.cpp ValueNumericFloat
 class JOBXML_EXPORT ValueNumericFloat : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueNumericFloat();
     ValueNumericFloat(const ValueNumericFloat &other);
     ValueNumericFloat(ValueNumericFloat &&other) noexcept;
@@ -24,9 +32,15 @@ public:
     bool operator==(const ValueNumericFloat &other) const;
     bool operator!=(const ValueNumericFloat &other) const;
     void swap(ValueNumericFloat &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x4BA90080, leads the binary representation; its name, "ValueNumericFloat", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
@@ -85,6 +99,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueNumericFloat &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueNumericFloat)
+Q_DECLARE_METATYPE(JobXml::ValueNumericFloat)

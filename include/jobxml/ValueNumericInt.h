@@ -11,9 +11,17 @@ namespace JobXml {
 /// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
 /// setting. Binary forms carry the numbers in 64 bits and keep the low 32 when read.
 /// Text that is no number reads as 0 and counts as set. Getid() is not const: it gives the object data of its own.
+///
+/// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericInt: Please set step
+/// properly." tells the last.
+///
+/// \snippet tst_ValueSnippets.cpp ValueNumericInt
 class JOBXML_EXPORT ValueNumericInt : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueNumericInt();
     ValueNumericInt(const ValueNumericInt &other);
     ValueNumericInt(ValueNumericInt &&other) noexcept;
@@ -24,9 +32,15 @@ public:
     bool operator==(const ValueNumericInt &other) const;
     bool operator!=(const ValueNumericInt &other) const;
     void swap(ValueNumericInt &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xC55D0588, leads the binary representation; its name, "ValueNumericInt", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
@@ -85,6 +99,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueNumericInt &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueNumericInt)
+Q_DECLARE_METATYPE(JobXml::ValueNumericInt)

@@ -11,9 +11,17 @@ namespace JobXml {
 /// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
 /// setting.
 /// Text that is no number reads as 0 and counts as set. Getid() is not const: it gives the object data of its own.
+///
+/// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericInt64: Please set
+/// step properly." tells the last.
+///
+/// \snippet tst_ValueSnippets.cpp ValueNumericInt64
 class JOBXML_EXPORT ValueNumericInt64 : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueNumericInt64();
     ValueNumericInt64(const ValueNumericInt64 &other);
     ValueNumericInt64(ValueNumericInt64 &&other) noexcept;
@@ -24,9 +32,15 @@ public:
     bool operator==(const ValueNumericInt64 &other) const;
     bool operator!=(const ValueNumericInt64 &other) const;
     void swap(ValueNumericInt64 &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x044D7AEC, leads the binary representation; its name, "ValueNumericInt64", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
@@ -85,6 +99,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueNumericInt64 &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueNumericInt64)
+Q_DECLARE_METATYPE(JobXml::ValueNumericInt64)

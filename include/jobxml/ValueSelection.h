@@ -11,9 +11,17 @@ namespace JobXml {
 /// The chosen value, its text and its index are kept as they are given: nothing compares them with the options.
 ///
 /// Text that is no number reads as 0 and counts as set.
+///
+/// Check() asks for the list, checks each item, then asks for id, value, text and index: OutOfRangeException
+/// "ValueSelection: Please set SelectionItem properly.".
+///
+/// \snippet tst_ValueSnippets.cpp ValueSelection
 class JOBXML_EXPORT ValueSelection : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueSelection();
     ValueSelection(const ValueSelection &other);
     ValueSelection(ValueSelection &&other) noexcept;
@@ -24,9 +32,15 @@ public:
     bool operator==(const ValueSelection &other) const;
     bool operator!=(const ValueSelection &other) const;
     void swap(ValueSelection &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0x00C375A5, leads the binary representation; its name, "ValueSelection", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name SelectionItem
     /// The options; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
@@ -94,3 +108,4 @@ public:
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueSelection)
+Q_DECLARE_METATYPE(JobXml::ValueSelection)

@@ -6,9 +6,17 @@
 namespace JobXml {
 
 /// A named text of a node.
+///
+/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueString: Please set id
+/// properly.", for instance.
+///
+/// \snippet tst_ValueSnippets.cpp ValueString
 class JOBXML_EXPORT ValueString : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueString();
     ValueString(const ValueString &other);
     ValueString(ValueString &&other) noexcept;
@@ -19,9 +27,15 @@ public:
     bool operator==(const ValueString &other) const;
     bool operator!=(const ValueString &other) const;
     void swap(ValueString &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xC5ECF92B, leads the binary representation; its name, "ValueString", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name id
     /// The identifier of the value within its node; mandatory, null until set.
@@ -46,6 +60,10 @@ public:
     /// @}
 };
 
+/// Equal objects have the same hash.
+JOBXML_EXPORT uint qHash(const ValueString &object, uint seed = 0);
+
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueString)
+Q_DECLARE_METATYPE(JobXml::ValueString)

@@ -9,9 +9,17 @@ namespace JobXml {
 /// A named text of a node, out of or alongside a list of texts.
 ///
 /// The value need not be among the items: nothing compares them.
+///
+/// Check() asks for the list, checks each item, then asks for id and value: OutOfRangeException "ValueStringList:
+/// Please set StringItem properly.".
+///
+/// \snippet tst_ValueSnippets.cpp ValueStringList
 class JOBXML_EXPORT ValueStringList : public DataObject
 {
 public:
+    /// \name Values
+    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// @{
     ValueStringList();
     ValueStringList(const ValueStringList &other);
     ValueStringList(ValueStringList &&other) noexcept;
@@ -22,9 +30,15 @@ public:
     bool operator==(const ValueStringList &other) const;
     bool operator!=(const ValueStringList &other) const;
     void swap(ValueStringList &other) noexcept;
+    /// @}
 
+    /// \name The class
+    /// Its identifier, 0xC290BC31, leads the binary representation; its name, "ValueStringList", is that of the XML
+    /// element.
+    /// @{
     static qint64 GetId();
     static QString GetStaticObjectName();
+    /// @}
 
     /// \name StringItem
     /// The texts offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
@@ -68,3 +82,4 @@ public:
 } // namespace JobXml
 
 Q_DECLARE_SHARED(JobXml::ValueStringList)
+Q_DECLARE_METATYPE(JobXml::ValueStringList)

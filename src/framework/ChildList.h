@@ -85,11 +85,16 @@ public:
             append(object, item);
     }
 
-    void accept(Block &block, Visitor &visitor) const override
+    MemberKind kind() const override { return MemberKind::ObjectList; }
+    int childCount(const Block &block) const override { return list(block).size(); }
+    const DataObject &child(const Block &block, int index) const override { return list(block).at(index); }
+    DataObject &editChild(DataObject &object, int index) const override { return modify(object)[index]; }
+    DataObject &appendChild(DataObject &object) const override
     {
-        visitor.VisitList(this->name(), list(block).size(), this->isSet(block));
-        auto visitChild = [&](const DataObject &item, int index) { visitor.VisitChild(this->name(), item, index); };
-        forEachChild(block, ChildAction(visitChild));
+        append(object, Item());
+        Item &item = modify(object).last();
+        Member::takeEnvironment(item, Member::environmentForReading(object)); // it is to be filled like one
+        return item;
     }
 
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override

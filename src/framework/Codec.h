@@ -17,6 +17,7 @@ namespace JobXml {
 ///    QLatin1String. Text that is not a number is 0, on purpose: readers of documents never complained.
 ///  - `writePayload` and `readPayload`: in a tagged record.
 ///  - `writeSnapshot` and `readSnapshot`: in a snapshot.
+///  - `kind`, `names`, `variant` and `fromVariant`: for visitors. `fromVariant` is false for what is no such value.
 ///  - `isValid`: whether a member may hold the value when it is checked, and take it while validating; `refuse` throws
 ///    for one that it may not take. `traits` says whether there is such a value at all.
 template <class T>
@@ -31,7 +32,15 @@ struct CodecDefaults
     static bool isValid(const T &) { return true; }
     static void refuse(const DataObject &, QLatin1String) { }
     static bool isPresent(const T &, bool set) { return set; }
+    static QStringList names() { return {}; }
     static QVariant variant(const T &value) { return QVariant::fromValue(value); }
+    static bool fromVariant(const QVariant &variant, T &value)
+    {
+        if (variant.userType() != qMetaTypeId<T>())
+            return false;
+        value = variant.value<T>();
+        return true;
+    }
 
     static void writeSnapshot(BinaryWriter &writer, const T &value) { writer.put(value); }
     static bool readSnapshot(BinaryReader &reader, T &value) { return reader.take(value); }
@@ -40,6 +49,7 @@ struct CodecDefaults
 template <>
 struct Codec<QString> : CodecDefaults<QString>
 {
+    static constexpr MemberKind kind = MemberKind::Text;
     static constexpr Traits traits = PresentByValue | MayHoldTheInvalid;
 
     static bool isValid(const QString &value) { return !value.isNull(); }
@@ -65,6 +75,8 @@ struct Codec<QString> : CodecDefaults<QString>
 template <>
 struct Codec<bool> : CodecDefaults<bool>
 {
+    static constexpr MemberKind kind = MemberKind::Boolean;
+
     template <class Taker>
     static void giveText(bool value, Taker &&take)
     {
@@ -109,18 +121,24 @@ struct IntegerCodec : CodecDefaults<T>
 template <>
 struct Codec<int> : IntegerCodec<int, qint64>
 {
+    static constexpr MemberKind kind = MemberKind::Int;
+
     static int fromText(const DataObject &, QLatin1String, QStringView text) { return Numbers::toInt(text); }
 };
 
 template <>
 struct Codec<qint64> : IntegerCodec<qint64, qint64>
 {
+    static constexpr MemberKind kind = MemberKind::Int64;
+
     static qint64 fromText(const DataObject &, QLatin1String, QStringView text) { return Numbers::toLongLong(text); }
 };
 
 template <>
 struct Codec<quint64> : IntegerCodec<quint64, quint64>
 {
+    static constexpr MemberKind kind = MemberKind::UInt64;
+
     // Read as a signed number, as documents always were: what only an unsigned one could hold reads as 0.
     static quint64 fromText(const DataObject &, QLatin1String, QStringView text)
     {
@@ -162,11 +180,13 @@ struct FloatingPointCodec : CodecDefaults<T>
 template <>
 struct Codec<float> : FloatingPointCodec<float>
 {
+    static constexpr MemberKind kind = MemberKind::Float;
 };
 
 template <>
 struct Codec<double> : FloatingPointCodec<double>
 {
+    static constexpr MemberKind kind = MemberKind::Double;
 };
 
 } // namespace JobXml

@@ -10,8 +10,6 @@ namespace JobXml {
 
 using REPORTGENERATOR::EnvironmentPointer;
 
-Visitor::~Visitor() = default;
-
 // --- Construction, copies, moves -------------------------------------------------------------------------------------
 
 // The base's own answer, nearly always without asking for it: the environment as it is.
@@ -166,13 +164,10 @@ bool DataObject::MergeRGObject(const REPORTGENERATOR::IRGObject &other)
     return true;
 }
 
-void DataObject::Accept(Visitor &visitor) const
+void DataObject::forEachMember(const MemberAction &action) const
 {
-    if (!m_block)
-        return;
-    Block &own = block(); // a visitor gets to see objects, which change behind const
     for (const Member *member : info().writtenOrder())
-        member->accept(own, visitor);
+        action(*member);
 }
 
 // --- Validate flag and logger ----------------------------------------------------------------------------------------
@@ -287,21 +282,21 @@ QVector<Problem> DataObject::GetProblems() const
     return problems;
 }
 
-void DataObject::collectProblems(const QStringList &path, QVector<Problem> &problems) const
+void DataObject::collectProblems(const Place &place, QVector<Problem> &problems) const
 {
     Block &own = block();
     const auto collect = [&](auto &&check) {
         try {
             check();
         } catch (const RGException &e) {
-            problems.append({path, e.GetMessageText()});
+            problems.append({place, e.GetMessageText()});
         }
     };
     for (const Member *member : info().bitOrder()) {
         collect([&] { member->check(*this, own); });
         auto checkChild = [&](const DataObject &child, int index) {
             const int before = problems.size();
-            child.collectProblems(path + QStringList{child.label(index)}, problems);
+            child.collectProblems(place.below(child.label(index), {member->name(), index}), problems);
             if (problems.size() == before)
                 collect([&] { member->checkForWriting(*this, child); });
         };

@@ -5,11 +5,11 @@
 #include <QXmlStreamReader>
 
 #include <jobxml/DataObject.h>
-#include <jobxml/Visitor.h>
 
 #include "framework/Binary.h"
 #include "framework/Block.h"
 #include "framework/Errors.h"
+#include "framework/ShownMember.h"
 #include "framework/Text.h"
 #include "reportbase/SameText.h"
 
@@ -17,62 +17,16 @@ namespace JobXml {
 
 class XmlOutput;
 
-/// What a row of a table says about its member.
-enum Traits : unsigned {
-    NoTraits = 0,
-    Attribute = 1 << 0, ///< an XML attribute; otherwise a child element. Reading takes a child element for both
-    Mandatory = 1 << 1, ///< HasData() and Check() ask for it
-    WrittenWhenSet = 1 << 2, ///< left out of all three encodings while its flag is clear
-    SnapshotReadAlways = 1 << 3, ///< although WrittenWhenSet: snapshots are read as if it were always there
-    SnapshotReadByCount = 1 << 4, ///< a list whose snapshot is read by its count alone, whatever its flag says
-    ComparedByRightFlag = 1 << 5, ///< a list that equals an unset one when it is empty, set or not
-    NullPassesIsValid = 1 << 6, ///< a text whose IsValid says yes to null, although its setter refuses it
-    Identifies = 1 << 7, ///< a text that tells the object from its siblings, for the paths of problems
-    UsuallyHoldsSeveral = 1 << 8, ///< a list for which reading takes room for some items at once
-    // Said by the kinds of rows and by the codecs, not by the tables:
-    HoldsChildren = 1 << 9,
-    BuiltWithTheBlock = 1 << 10, ///< there is something to hand flag and logger down to as soon as there are data
-    GrowsByReading = 1 << 11, ///< a list of child objects
-    PresentByValue = 1 << 12, ///< presence is not a matter of the flag alone
-    MayHoldTheInvalid = 1 << 13, ///< there are values that it must not hold when it is checked
-};
-
-constexpr Traits operator|(Traits left, Traits right)
-{
-    return Traits(unsigned(left) | unsigned(right));
-}
-
-/// A call for each child object; refers to the caller's function and is not kept.
-class ChildAction
-{
-public:
-    template <class Function>
-    explicit ChildAction(Function &function)
-        : m_context(&function), m_call([](void *context, const DataObject &child, int index) {
-              (*static_cast<Function *>(context))(child, index);
-          })
-    {
-    }
-
-    void operator()(const DataObject &child, int index) const { m_call(m_context, child, index); }
-
-private:
-    void *m_context;
-    void (*m_call)(void *, const DataObject &, int);
-};
-
 /// One row of a class's table: a constant that knows where a member is kept and does to it what each operation of
 /// DataObject asks. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
-class Member
+class Member : public ShownMember
 {
 public:
     int bit() const { return m_bit; }
-    QLatin1String name() const { return QLatin1String(m_name); }
     /// The name as a QString that costs nothing.
     QString text() const { return m_text.string(); }
     bool isNamed(QStringView name) const { return REPORTGENERATOR::isSameText(name, m_text.view()); }
     quint32 tag() const { return m_tag; }
-    constexpr bool has(Traits traits) const { return (m_traits & traits) == traits; }
 
     /// See DataObject::block(); the common case without a call.
     static Block &block(const DataObject &object)
@@ -88,6 +42,16 @@ public:
     }
 
     virtual bool isPresent(const Block &block) const = 0;
+
+    /// The accessor `ResetX()`, and the part of it that puts the default back.
+    void reset(DataObject &object) const override
+    {
+        if (!existingBlock(object))
+            return;
+        Block &own = block(object);
+        own.flags.clear(m_bit);
+        reset(own);
+    }
     virtual void reset(Block &block) const = 0;
 
     /// Compares the members of two objects, either of which may have no block.
@@ -119,7 +83,15 @@ public:
     /// Takes over the member of another object of the same class, where it is set.
     virtual void merge(DataObject &object, const DataObject &other) const = 0;
 
-    virtual void accept(Block &block, Visitor &visitor) const = 0;
+    bool isMarked(const Block *block) const override { return block && isSet(*block); }
+    void setFlag(DataObject &object, bool set) const override
+    {
+        SetFlags &flags = block(object).flags;
+        set ? flags.set(m_bit) : flags.clear(m_bit);
+    }
+
+    static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
+    static void forEachOf(const DataObject &object, const MemberAction &action) { object.forEachMember(action); }
 
     /// The text that tells the object from its siblings; null for all rows but the one with `Identifies`.
     virtual QString identification(const Block &) const { return QString(); }
@@ -138,13 +110,12 @@ public:
 
 protected:
     constexpr Member(int bit, const char *name, quint32 tag, Traits traits)
-        : m_name(name), m_text(name), m_tag(tag), m_traits(traits), m_bit(bit)
+        : ShownMember(name, traits), m_text(name), m_tag(tag), m_bit(bit)
     {
     }
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
     // The rows' way into objects; DataObject has no other friend.
-    static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
     /// An object's data, which stay as long as this does, whatever becomes of the object.
     class KeptBlock
     {
@@ -219,10 +190,8 @@ protected:
 private:
     static constexpr int longestName = 20;
 
-    const char *m_name;
     JobXml::Text<longestName> m_text;
     quint32 m_tag;
-    Traits m_traits;
     int m_bit;
 };
 
@@ -251,7 +220,9 @@ public:
     {
     }
 
-    /// The accessors `GetX() const`, `GetX()`, which marks the member, and `ResetX()`.
+    using Member::reset;
+
+    /// The accessors `GetX() const` and `GetX()`, which marks the member.
     const Field &get(const DataObject &object) const { return field(Member::block(object)); }
     Field &modify(DataObject &object) const
     {
@@ -259,16 +230,6 @@ public:
         block.flags.set(this->bit());
         return field(block);
     }
-    void reset(DataObject &object) const
-    {
-        if (!Member::existingBlock(object))
-            return;
-        Block &block = Member::block(object);
-        block.flags.clear(this->bit());
-        reset(block);
-    }
-
-    void reset(Block &block) const override = 0;
 
 protected:
     ~FieldOf() = default;

@@ -62,9 +62,19 @@ public:
             set(object, get(other));
     }
 
-    void accept(Block &block, Visitor &visitor) const override
+    MemberKind kind() const override { return Codec<T>::kind; }
+    QStringList names() const override { return Codec<T>::names(); }
+    QVariant value(const Block *block) const override
     {
-        visitor.VisitValue(this->name(), Codec<T>::variant(this->field(block)), this->isSet(block));
+        return Codec<T>::variant(block ? this->field(*block) : defaultValue());
+    }
+    bool setValue(DataObject &object, const QVariant &value) const override
+    {
+        T own{};
+        if (!Codec<T>::fromVariant(value, own))
+            return false;
+        set(object, std::move(own));
+        return true;
     }
 
     QString identification(const Block &block) const override

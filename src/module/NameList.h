@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include <QCoreApplication>
 #include <QStringList>
+#include <QVariant>
 
 namespace JobXml {
 
@@ -23,6 +26,26 @@ public:
 
     /// The value of a name, spelled exactly so; notFound for any other text.
     int value(const QString &name) const { return m_names.indexOf(name); }
+
+    /// The value for a visitor: its name, a null text for the value that means none, its number if it has no name.
+    QVariant shown(int value, int none) const
+    {
+        return value == none || holds(value) ? QVariant(name(value)) : QVariant(value);
+    }
+    /// The value from what a visitor was shown; nothing if it is neither.
+    template <class Enumeration>
+    std::optional<Enumeration> fromShown(const QVariant &shown, Enumeration none) const
+    {
+        int value = int(none);
+        if (shown.userType() == QMetaType::Int)
+            value = shown.toInt();
+        else if (shown.userType() != QMetaType::QString)
+            return {};
+        else if (!shown.toString().isNull() && (value = this->value(shown.toString())) == notFound)
+            return {};
+        const auto result = Enumeration(value);
+        return int(result) == value ? std::optional(result) : std::nullopt; // what does not fit is none
+    }
 
     /// The names for a user to read, in the language that is installed now.
     QStringList displayNames() const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/BandwidthSelection.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,7 @@ BandwidthSelection::~BandwidthSelection() = default;
 bool BandwidthSelection::operator==(const BandwidthSelection &other) const { return equals(other); }
 bool BandwidthSelection::operator!=(const BandwidthSelection &other) const { return !equals(other); }
 void BandwidthSelection::swap(BandwidthSelection &other) noexcept { swapData(other); }
+uint qHash(const BandwidthSelection &object, uint seed) { return hashOf(object, seed); }
 
 qint64 BandwidthSelection::GetId() { return bandwidthSelection.identifier; }
 QString BandwidthSelection::GetStaticObjectName() { return unitStatics.objectName; }

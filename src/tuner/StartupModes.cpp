@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 
+#include "framework/Hash.h"
 #include "framework/Member.h"
 #include "framework/Table.h"
 #include "framework/XmlOutput.h"
@@ -113,12 +114,31 @@ public:
             append(object, mode);
     }
 
-    void accept(Block &block, Visitor &visitor) const override
+    MemberKind kind() const override { return MemberKind::EnumerationList; }
+    QStringList names() const override { return modeNames.names(); }
+    QVariant value(const Block *block) const override
     {
-        const QVector<Mode> &modes = owned(block);
-        visitor.VisitList(name(), modes.size(), isSet(block));
-        for (const Mode mode : modes)
-            visitor.VisitValue(name(), modeNames.name(int(mode)), true);
+        QVariantList shown;
+        if (block) {
+            for (const Mode mode : field(*block))
+                shown.append(modeNames.shown(int(mode), int(Mode::Invalid)));
+        }
+        return shown;
+    }
+    bool setValue(DataObject &object, const QVariant &value) const override
+    {
+        if (value.userType() != QMetaType::QVariantList)
+            return false;
+        QVector<Mode> modes;
+        const QVariantList shown = value.toList();
+        for (const QVariant &entry : shown) {
+            const auto mode = modeNames.fromShown(entry, Mode::Invalid);
+            if (!mode)
+                return false;
+            modes.append(*mode);
+        }
+        set(object, modes);
+        return true;
     }
 
     void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
@@ -259,6 +279,11 @@ QString StartupModes::tr(const char *sourceText, const char *disambiguation, int
 QString StartupModes::trUtf8(const char *sourceText, const char *disambiguation, int n)
 {
     return tr(sourceText, disambiguation, n);
+}
+
+uint qHash(const StartupModes &object, uint seed)
+{
+    return hashOf(object, seed);
 }
 
 } // namespace JobXml

@@ -38,6 +38,7 @@ Type typeOf(const QString &name)
 template <>
 struct Codec<Type> : CodecDefaults<Type>
 {
+    static constexpr MemberKind kind = MemberKind::Enumeration;
     static constexpr Traits traits = MayHoldTheInvalid;
 
     static bool isValid(Type value) { return typeNames.holds(int(value)); }
@@ -45,7 +46,14 @@ struct Codec<Type> : CodecDefaults<Type>
     {
         Errors::invalidEnumGiven(TunerProperties::GetStaticObjectName(), member);
     }
-    static QVariant variant(Type value) { return nameOf(value); }
+    static QStringList names() { return typeNames.names(); }
+    static QVariant variant(Type value) { return typeNames.shown(int(value), int(Type::Invalid)); }
+    static bool fromVariant(const QVariant &variant, Type &value)
+    {
+        const auto shown = typeNames.fromShown(variant, Type::Invalid);
+        value = shown.value_or(value);
+        return shown.has_value();
+    }
 
     template <class Taker>
     static void giveText(Type value, Taker &&take)
@@ -148,11 +156,10 @@ public:
             modify(object).MergeRGObject(get(other));
     }
 
-    void accept(Block &block, Visitor &visitor) const override
-    {
-        if (isSet(block))
-            visitor.VisitChild(name(), field(block), -1);
-    }
+    MemberKind kind() const override { return MemberKind::Object; }
+    int childCount(const Block &) const override { return 1; }
+    const DataObject &child(const Block &block, int) const override { return field(block); }
+    DataObject &editChild(DataObject &object, int) const override { return modify(object); }
 
     void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {

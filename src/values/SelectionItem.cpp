@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/SelectionItem.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,7 @@ SelectionItem::~SelectionItem() = default;
 bool SelectionItem::operator==(const SelectionItem &other) const { return equals(other); }
 bool SelectionItem::operator!=(const SelectionItem &other) const { return !equals(other); }
 void SelectionItem::swap(SelectionItem &other) noexcept { swapData(other); }
+uint qHash(const SelectionItem &object, uint seed) { return hashOf(object, seed); }
 
 qint64 SelectionItem::GetId() { return selectionItem.identifier; }
 QString SelectionItem::GetStaticObjectName() { return unitStatics.objectName; }

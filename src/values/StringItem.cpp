@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/StringItem.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -18,7 +19,7 @@ struct StringItemData
 
 // clang-format off
 namespace row {
-constexpr Scalar value{0, "value", 0xCEFF51BA, &StringItemData::value, Attribute | Mandatory | NullPassesIsValid};
+constexpr Scalar value{0, "value", 0xCEFF51BA, &StringItemData::value, Attribute | Mandatory | NullPassesIsValid | IdentifiesToo};
 } // namespace row
 
 constexpr Table members{row::value};
@@ -38,6 +39,7 @@ StringItem::~StringItem() = default;
 bool StringItem::operator==(const StringItem &other) const { return equals(other); }
 bool StringItem::operator!=(const StringItem &other) const { return !equals(other); }
 void StringItem::swap(StringItem &other) noexcept { swapData(other); }
+uint qHash(const StringItem &object, uint seed) { return hashOf(object, seed); }
 
 qint64 StringItem::GetId() { return stringItem.identifier; }
 QString StringItem::GetStaticObjectName() { return unitStatics.objectName; }

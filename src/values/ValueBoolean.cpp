@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueBoolean.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,7 @@ ValueBoolean::~ValueBoolean() = default;
 bool ValueBoolean::operator==(const ValueBoolean &other) const { return equals(other); }
 bool ValueBoolean::operator!=(const ValueBoolean &other) const { return !equals(other); }
 void ValueBoolean::swap(ValueBoolean &other) noexcept { swapData(other); }
+uint qHash(const ValueBoolean &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueBoolean::GetId() { return valueBoolean.identifier; }
 QString ValueBoolean::GetStaticObjectName() { return unitStatics.objectName; }

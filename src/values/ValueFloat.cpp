@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueFloat.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,7 @@ ValueFloat::~ValueFloat() = default;
 bool ValueFloat::operator==(const ValueFloat &other) const { return equals(other); }
 bool ValueFloat::operator!=(const ValueFloat &other) const { return !equals(other); }
 void ValueFloat::swap(ValueFloat &other) noexcept { swapData(other); }
+uint qHash(const ValueFloat &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueFloat::GetId() { return valueFloat.identifier; }
 QString ValueFloat::GetStaticObjectName() { return unitStatics.objectName; }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueInt.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,7 @@ ValueInt::~ValueInt() = default;
 bool ValueInt::operator==(const ValueInt &other) const { return equals(other); }
 bool ValueInt::operator!=(const ValueInt &other) const { return !equals(other); }
 void ValueInt::swap(ValueInt &other) noexcept { swapData(other); }
+uint qHash(const ValueInt &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueInt::GetId() { return valueInt.identifier; }
 QString ValueInt::GetStaticObjectName() { return unitStatics.objectName; }

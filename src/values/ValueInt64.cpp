@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueInt64.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,7 @@ ValueInt64::~ValueInt64() = default;
 bool ValueInt64::operator==(const ValueInt64 &other) const { return equals(other); }
 bool ValueInt64::operator!=(const ValueInt64 &other) const { return !equals(other); }
 void ValueInt64::swap(ValueInt64 &other) noexcept { swapData(other); }
+uint qHash(const ValueInt64 &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueInt64::GetId() { return valueInt64.identifier; }
 QString ValueInt64::GetStaticObjectName() { return unitStatics.objectName; }

@@ -148,14 +148,7 @@ public:
         choose(own);
     }
 
-    void reset(DataObject &object) const
-    {
-        if (!Member::existingBlock(object))
-            return;
-        Block &own = Member::block(object);
-        own.flags.clear(bit());
-        reset(own);
-    }
+    using Member::reset;
 
     bool isPresent(const Block &block) const override
     {
@@ -204,12 +197,11 @@ public:
             set(object, get(other));
     }
 
-    void accept(Block &block, Visitor &visitor) const override
-    {
-        const DataObject *const object = find(block);
-        if (writesChildren(block) && object)
-            visitor.VisitChild(this->name(), *object, -1);
-    }
+    MemberKind kind() const override { return MemberKind::Alternative; }
+    bool isChosen(const Block *block) const override { return block && isChosen(*block); }
+    int childCount(const Block &block) const override { return find(block) ? 1 : 0; }
+    const DataObject &child(const Block &block, int) const override { return *find(block); }
+    DataObject &editChild(DataObject &object, int) const override { return modify(object); }
 
     void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
@@ -336,6 +328,32 @@ Choice choiceOf(const Block *block)
 {
     return block ? static_cast<const BlockOf<ValueItemData> *>(block)->members.state.choice : Choice::None;
 }
+
+/// What is chosen, as visitors see it. No row of the table: whatever else is done to rows, it has its own ways.
+class ChoiceMember final : public ShownMember
+{
+public:
+    constexpr ChoiceMember() : ShownMember("ChoiceValueItem", Mandatory) { }
+
+    MemberKind kind() const override { return MemberKind::Choice; }
+    bool isMarked(const Block *block) const override { return choiceOf(block) != Choice::None; }
+    QStringList names() const override { return choiceNames.names(); }
+    QVariant value(const Block *block) const override
+    {
+        return choiceNames.shown(int(choiceOf(block)), int(Choice::None));
+    }
+    bool setValue(DataObject &object, const QVariant &value) const override
+    {
+        const auto choice = choiceNames.fromShown(value, Choice::None);
+        if (choice)
+            stateOf(Member::block(object)).choice = *choice;
+        return choice.has_value();
+    }
+    void reset(DataObject &object) const override { setValue(object, QString()); }
+    void setFlag(DataObject &, bool) const override { }
+};
+
+constexpr ChoiceMember choiceMember;
 
 /// The row of a choice; null for None and for values that are no kind.
 const Member *rowOf(Choice choice)
@@ -556,17 +574,24 @@ void ValueItem::checkTree(bool, const REPORTGENERATOR::EnvironmentPointer *hande
     chosen->check(*this, own);
 }
 
-void ValueItem::collectProblems(const QStringList &path, QVector<Problem> &problems) const
+void ValueItem::collectProblems(const Place &place, QVector<Problem> &problems) const
 {
     if (rowOf(choiceOf(&block()))) {
-        DataObject::collectProblems(path, problems);
+        DataObject::collectProblems(place, problems);
         return;
     }
     try {
         Errors::nothingChosen(*this);
     } catch (const IncompleteDefinitionException &e) {
-        problems.append({path, e.GetMessageText()});
+        problems.append({place, e.GetMessageText()});
     }
+}
+
+// Departs: what is chosen is shown in front.
+void ValueItem::forEachMember(const MemberAction &action) const
+{
+    action(choiceMember);
+    DataObject::forEachMember(action);
 }
 
 // Departs: a byte between flags and members says what is chosen.

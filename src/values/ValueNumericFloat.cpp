@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueNumericFloat.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -46,6 +47,7 @@ ValueNumericFloat::~ValueNumericFloat() = default;
 bool ValueNumericFloat::operator==(const ValueNumericFloat &other) const { return equals(other); }
 bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { return !equals(other); }
 void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { swapData(other); }
+uint qHash(const ValueNumericFloat &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueNumericFloat::GetId() { return valueNumericFloat.identifier; }
 QString ValueNumericFloat::GetStaticObjectName() { return unitStatics.objectName; }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueNumericInt.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -46,6 +47,7 @@ ValueNumericInt::~ValueNumericInt() = default;
 bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return equals(other); }
 bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !equals(other); }
 void ValueNumericInt::swap(ValueNumericInt &other) noexcept { swapData(other); }
+uint qHash(const ValueNumericInt &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueNumericInt::GetId() { return valueNumericInt.identifier; }
 QString ValueNumericInt::GetStaticObjectName() { return unitStatics.objectName; }

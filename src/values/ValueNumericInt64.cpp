@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueNumericInt64.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -46,6 +47,7 @@ ValueNumericInt64::~ValueNumericInt64() = default;
 bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { return equals(other); }
 bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !equals(other); }
 void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { swapData(other); }
+uint qHash(const ValueNumericInt64 &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueNumericInt64::GetId() { return valueNumericInt64.identifier; }
 QString ValueNumericInt64::GetStaticObjectName() { return unitStatics.objectName; }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueString.h>
 
+#include "framework/Hash.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,7 @@ ValueString::~ValueString() = default;
 bool ValueString::operator==(const ValueString &other) const { return equals(other); }
 bool ValueString::operator!=(const ValueString &other) const { return !equals(other); }
 void ValueString::swap(ValueString &other) noexcept { swapData(other); }
+uint qHash(const ValueString &object, uint seed) { return hashOf(object, seed); }
 
 qint64 ValueString::GetId() { return valueString.identifier; }
 QString ValueString::GetStaticObjectName() { return unitStatics.objectName; }

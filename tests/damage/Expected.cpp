@@ -123,9 +123,9 @@ void Expected::append(const MemberRule &member, const Expected &item)
 
 void Expected::appendMode(const MemberRule &member, int mode)
 {
-    if (validate && modeName(mode).isNull())
+    if (validate && !isMode(mode))
         throw Refusal{refusedItem(*this, member)};
-    of(member).modes.append(modeName(mode));
+    of(member).modes.append(shownMode(mode));
     of(member).set = true;
 }
 
@@ -159,7 +159,7 @@ void Expected::list(Lines &lines) const
             break;
         case Kind::Modes:
             lines.list(name, held.modes.size(), held.set);
-            for (const QString &mode : held.modes)
+            for (const QVariant &mode : held.modes)
                 lines.value(name, mode, true);
             break;
         case Kind::Child: // What was read into it before something failed is there, although it does not count as set.

@@ -57,7 +57,7 @@ public:
         QVariant value; // as a visitor is shown it
         bool set = false;
         QVector<Expected> objects; // items, the child, the alternative
-        QStringList modes;
+        QVariantList modes;
     };
 
     const ClassRule *rule;

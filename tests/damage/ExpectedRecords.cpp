@@ -93,7 +93,7 @@ QVariant readScalar(const Expected &object, const MemberRule &member, RecordInpu
     case Kind::Double:
         return in.text(object, member).toDouble();
     case Kind::TypeName:
-        return typeName(typeByName(in.text(object, member)));
+        return shownType(typeByName(in.text(object, member)));
     default:
         return in.text(object, member);
     }

@@ -77,7 +77,7 @@ QVariant readScalar(const MemberRule &member, SnapshotInput &in)
     case Kind::Double:
         return in.number();
     case Kind::TypeName:
-        return typeName(qint8(in.byte()));
+        return shownType(qint8(in.byte()));
     default:
         return in.text();
     }

@@ -78,7 +78,7 @@ QVariant converted(const Expected &object, const MemberRule &member, const QStri
     case Kind::Double:
         return text.toDouble();
     case Kind::TypeName:
-        return typeName(typeByName(text));
+        return shownType(typeByName(text));
     default:
         return text.isNull() ? QStringLiteral("") : text;
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/TunerProperties.h>
-#include <jobxml/Visitor.h>
+#include <jobxml/Visit.h>
 
 #include "Expected.h"
 
@@ -8,7 +8,8 @@ namespace Damage {
 
 namespace {
 
-class Lister : public JobXml::Visitor
+/// An object and all below it that is there, whether it counts or not; of a choice, only what is chosen.
+class Lister
 {
 public:
     Lines lines;
@@ -23,40 +24,47 @@ public:
         const auto *document = dynamic_cast<const JobXml::TunerProperties *>(&shownObject);
         if (document)
             lines.value(QLatin1String("version loaded"), document->GetInitialVersionLoaded(), true);
-        m_unsetModes = document && !document->IsStartupModesSet() ? &document->GetStartupModes() : nullptr;
-        shownObject.Accept(*this);
-    }
-
-    void VisitValue(QLatin1String name, const QVariant &value, bool set) override { lines.value(name, value, set); }
-
-    void VisitList(QLatin1String name, int size, bool set) override
-    {
-        // A visitor is not shown a child that is not set; but what a failed read left in it is there. It is listed in
-        // its place, which is in front of the bandwidths.
-        if (name == QLatin1String("BandwidthSelection"))
-            listUnsetModes();
-        lines.list(name, size, set);
-    }
-
-    void VisitChild(QLatin1String name, const JobXml::DataObject &child, int index) override
-    {
-        lines.enter(name, index);
-        object(child);
-        lines.leave();
+        visit(shownObject, [this](const JobXml::MemberView &shownMember) { member(shownMember); });
     }
 
 private:
-    void listUnsetModes()
+    void member(const JobXml::MemberView &shown)
     {
-        const JobXml::StartupModes *modes = std::exchange(m_unsetModes, nullptr);
-        if (!modes || !modes->IsInitialized())
-            return;
-        lines.enter(QLatin1String("StartupModes"), -1, false);
-        object(*modes);
-        lines.leave();
+        using Kind = JobXml::MemberKind;
+        switch (shown.GetKind()) {
+        case Kind::Choice:
+            break;
+        case Kind::EnumerationList: {
+            const QVariantList values = shown.GetValue().toList();
+            lines.list(shown.GetName(), values.size(), shown.IsSet());
+            for (const QVariant &value : values)
+                lines.value(shown.GetName(), value, true);
+            break;
+        }
+        case Kind::ObjectList:
+            lines.list(shown.GetName(), shown.GetSize(), shown.IsSet());
+            for (int i = 0; i < shown.GetSize(); ++i)
+                child(shown, i, i);
+            break;
+        case Kind::Object: // what a failed read left in one that is not set is there
+            if (shown.IsSet() || (shown.GetSize() == 1 && shown.GetChild().IsInitialized()))
+                child(shown, 0, -1);
+            break;
+        case Kind::Alternative:
+            if (shown.IsChosen() && shown.IsSet())
+                child(shown, 0, -1);
+            break;
+        default:
+            lines.value(shown.GetName(), shown.GetValue(), shown.IsSet());
+        }
     }
 
-    const JobXml::StartupModes *m_unsetModes = nullptr;
+    void child(const JobXml::MemberView &shown, int place, int index)
+    {
+        lines.enter(shown.GetName(), index, index >= 0 || shown.IsSet());
+        object(shown.GetChild(place));
+        lines.leave();
+    }
 };
 
 } // namespace

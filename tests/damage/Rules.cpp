@@ -110,6 +110,12 @@ const QStringList &typeNames()
     return names;
 }
 
+QVariant shown(int value, const QStringList &names)
+{
+    const bool hasName = value >= 0 && value < names.size();
+    return hasName || value == -1 ? QVariant(names.value(value)) : QVariant(value);
+}
+
 const QStringList &modeNames()
 {
     static const QStringList names{QStringLiteral("Scan"),   QStringLiteral("FastScan"), QStringLiteral("MScan"),
@@ -167,14 +173,19 @@ int modeByName(const QString &name)
     return modeNames().indexOf(name);
 }
 
-QString typeName(int type)
+QVariant shownType(int type)
 {
-    return typeNames().value(type);
+    return shown(type, typeNames());
 }
 
-QString modeName(int mode)
+bool isMode(int mode)
 {
-    return modeNames().value(mode);
+    return mode >= 0 && mode < modeNames().size();
+}
+
+QVariant shownMode(int mode)
+{
+    return shown(mode, modeNames());
 }
 
 } // namespace Damage

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 #include <QVector>
 
 /// What the formats say about each class, told a second time: the tests of this folder work out from it what reading
@@ -60,8 +61,10 @@ const ClassRule &ruleOf(const QString &className);
 /// -1 for a name that none has.
 int typeByName(const QString &name);
 int modeByName(const QString &name);
-QString typeName(int type);
-QString modeName(int mode);
+/// As a visitor is shown them: by name; what has no name by number, and -1 by a null text.
+QVariant shownType(int type);
+QVariant shownMode(int mode);
+bool isMode(int mode);
 
 constexpr quint32 versionTag = 0xCCFEDFA1;
 

@@ -69,25 +69,15 @@ QString problemsOf(const DataObject &object)
 }
 
 /// Every value that a visitor gets to see.
-class Values : public JobXml::Visitor
+QString valuesOf(const DataObject &object)
 {
-public:
-    void VisitValue(QLatin1String name, const QVariant &value, bool set) override
-    {
-        text += name + QLatin1Char('=') + value.toString() + yesOrNo(set);
-    }
-    void VisitList(QLatin1String name, int size, bool set) override
-    {
-        text += name + QString::number(size) + yesOrNo(set);
-    }
-    void VisitChild(QLatin1String name, const DataObject &child, int index) override
-    {
-        text += name + QString::number(index);
-        child.Accept(*this);
-    }
-
     QString text;
-};
+    visit(object, [&](const JobXml::MemberView &member) {
+        QDebug(&text).noquote() << member.GetName() << member.GetValue() << member.GetSize() << member.IsSet();
+        WholeTree::forEachChild(member, [&](const DataObject &child, int) { text += valuesOf(child); });
+    });
+    return text;
+}
 
 const Operation operations[] = {
     {"const getters and IsXSet", [](Hand &h) { return h.accessors.read(*h.object); }},
@@ -127,11 +117,17 @@ const Operation operations[] = {
      }},
     {"==", [](Hand &h) { return yesOrNo(h.type.equal(*h.object, *h.other)); }},
     {"!= on the right", [](Hand &h) { return yesOrNo(h.type.different(*h.other, *h.object)); }},
-    {"Accept()",
+    {"visit()", [](Hand &h) { return valuesOf(*h.object); }},
+    {"changing by visit()",
      [](Hand &h) {
-         Values values;
-         h.object->Accept(values);
-         return values.text;
+         visit(*h.object, [](JobXml::MemberEditor &member) { member.SetValue(member.GetValue()); });
+         return valuesOf(*h.object);
+     }},
+    {"to QDebug",
+     [](Hand &h) {
+         QString text;
+         QDebug(&text) << *h.object;
+         return text;
      }},
     {"copy construction", [](Hand &h) { return hex(snapshotOf(*h.type.copied(*h.object))); }},
     {"assignment to another",

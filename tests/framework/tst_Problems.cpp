@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <QtTest>
 
-#include <jobxml/Visitor.h>
+#include <jobxml/Visit.h>
 
 #include "Documents.h"
 
 using namespace JobXml;
-
-Q_DECLARE_METATYPE(JobXml::ValueItem)
 
 namespace {
 
@@ -19,36 +17,9 @@ QStringList textsOf(const DataObject &object)
     return texts;
 }
 
-/// Writes down what it is shown.
-class Notes : public Visitor
-{
-public:
-    void VisitValue(QLatin1String name, const QVariant &value, bool set) override
-    {
-        lines.append(m_indent + name + QLatin1Char('=') + value.toString()
-                     + (set ? QString() : QStringLiteral(" unset")));
-    }
-    void VisitList(QLatin1String name, int size, bool set) override
-    {
-        lines.append(m_indent + name + QStringLiteral("[%1]").arg(size) + (set ? QString() : QStringLiteral(" unset")));
-    }
-    void VisitChild(QLatin1String name, const DataObject &child, int index) override
-    {
-        lines.append(m_indent + name + QStringLiteral(" #%1").arg(index));
-        m_indent.append(QLatin1Char(' '));
-        child.Accept(*this);
-        m_indent.chop(1);
-    }
-
-    QStringList lines;
-
-private:
-    QString m_indent;
-};
-
 } // namespace
 
-/// GetProblems() names every problem, and Accept() shows every member.
+/// GetProblems() names every problem, and where it is.
 class ProblemsTest : public QObject
 {
     Q_OBJECT
@@ -197,54 +168,26 @@ private Q_SLOTS:
         QCOMPARE(textsOf(item), QStringList());
     }
 
-    void membersAreShownInTheOrderOfWriting()
+    void theStepsOfAProblemLeadToItsObject()
     {
-        TunerProperties document = aDocument(1);
-        document.Setname(QStringLiteral("R"));
-        Notes notes;
-        document.Accept(notes);
-        const QStringList expected{
-            QStringLiteral("name=R"),
-            QStringLiteral("type=Receiver"),
-            QStringLiteral("baseresource=RX1"),
-            QStringLiteral("connectableResources= unset"),
-            QStringLiteral("quantity=1 unset"),
-            QStringLiteral("parentBaseResource= unset"),
-            QStringLiteral("hwProcessing=false unset"),
-            QStringLiteral("StartupModes #-1"),
-            QStringLiteral(" StartupMode[1]"),
-            QStringLiteral(" StartupMode=FFM"),
-            QStringLiteral("BandwidthSelection[1]"),
-            QStringLiteral("BandwidthSelection #0"),
-            QStringLiteral(" Name=wide"),
-            QStringLiteral(" MaxBandwidth=1500000"),
-            QStringLiteral("MaxFFPDelay=0 unset"),
-            QStringLiteral("HRPANSupported=false unset"),
-            QStringLiteral("Component[1]"),
-            QStringLiteral("Component #0"),
-            QStringLiteral(" type=Filter"),
-            QStringLiteral(" name=Preselector"),
-            QStringLiteral(" displayName= unset"),
-            QStringLiteral(" optional=false"),
-            QStringLiteral(" Node[1]"),
-            QStringLiteral(" Node #0"),
-            QStringLiteral("  id=node0"),
-            QStringLiteral("  ValueItem[1]"),
-            QStringLiteral("  ValueItem #0"),
-            QStringLiteral("   ValueInt #-1"),
-            QStringLiteral("    id=number"),
-            QStringLiteral("    value=0"),
-        };
-        QCOMPARE(notes.lines, expected);
-    }
-
-    void showingChangesNothing()
-    {
-        const TunerProperties empty;
-        Notes notes;
-        empty.Accept(notes);
-        QVERIFY(notes.lines.isEmpty());
-        QVERIFY(!empty.IsInitialized());
+        TunerProperties document = aDocument(2);
+        document.AppendComponent(aComponent(QStringLiteral("IF"), 3));
+        Node &node = document.GetComponent()[1].GetNode()[2];
+        node.GetValueItem()[0].GetValueInt().Resetid();
+        const QVector<Problem> problems = document.GetProblems();
+        QCOMPARE(problems.size(), 2); // of the item, and of its value
+        QCOMPARE(problems.at(0).steps.size(), 3);
+        QCOMPARE(problems.at(1).path.join(QLatin1Char('/')),
+                 QStringLiteral("Component \"IF\"/Node \"node2\"/ValueItem 1/ValueInt"));
+        const DataObject *object = &document;
+        for (const Step &step : problems.at(1).steps) {
+            visit(*object, [&](const MemberView &member) {
+                if (member.GetName() == step.member)
+                    object = &member.GetChild(qMax(step.index, 0));
+            });
+        }
+        QCOMPARE(object, &std::as_const(node).GetValueItem().at(0).GetValueInt());
+        QCOMPARE(problems.at(1).steps.last().index, -1);
     }
 
 private:

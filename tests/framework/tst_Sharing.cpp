@@ -3,8 +3,6 @@
 
 #include <QtTest>
 
-#include <jobxml/Visitor.h>
-
 #include "Documents.h"
 #include "Encodings.h"
 
@@ -12,18 +10,6 @@ using namespace JobXml;
 
 using Use = std::function<void(const TunerProperties &)>;
 Q_DECLARE_METATYPE(Use)
-
-namespace {
-
-class SeesNothing : public Visitor
-{
-public:
-    void VisitValue(QLatin1String, const QVariant &, bool) override { }
-    void VisitList(QLatin1String, int, bool) override { }
-    void VisitChild(QLatin1String, const DataObject &child, int) override { child.Accept(*this); }
-};
-
-} // namespace
 
 /// Objects share their data after assignment, and nobody can tell.
 class SharingTest : public QObject
@@ -47,7 +33,6 @@ private Q_SLOTS:
     void nonConstGettersMark();
     void referencesToAlternativesStayValid();
     void comparingLeavesItemsInitializedButNotThoseOfAListThatACallerHolds();
-    void whatAVisitorDoesToAChildStaysWithItsDocument();
 };
 
 void SharingTest::assignedObjectsShareUntilOneIsUsed()
@@ -126,10 +111,6 @@ void SharingTest::everyUseLetsGoOfAListThatACallerHolds_data()
     QTest::newRow("GetBinary()") << Use([](const TunerProperties &o) { recordOf(o); });
     QTest::newRow("snapshot") << Use([](const TunerProperties &o) { snapshotOf(o); });
     QTest::newRow("==") << Use([](const TunerProperties &o) { QVERIFY(o == o); });
-    QTest::newRow("Accept()") << Use([](const TunerProperties &o) {
-        SeesNothing visitor;
-        o.Accept(visitor);
-    });
 }
 
 // For then the list can be used by another thread than the object.
@@ -299,32 +280,6 @@ void SharingTest::comparingLeavesItemsInitializedButNotThoseOfAListThatACallerHo
     QVERIFY(std::as_const(left).GetValueItem().at(0).IsInitialized());
     QVERIFY(!held.at(0).IsInitialized());
     QVERIFY(!std::as_const(assigned).GetValueItem().at(0).IsInitialized());
-}
-
-namespace {
-
-class SwitchesValidationOff : public Visitor
-{
-public:
-    void VisitValue(QLatin1String, const QVariant &, bool) override { }
-    void VisitList(QLatin1String, int, bool) override { }
-    void VisitChild(QLatin1String, const DataObject &child, int) override { child.SetValidate(false); }
-};
-
-} // namespace
-
-void SharingTest::whatAVisitorDoesToAChildStaysWithItsDocument()
-{
-    const TunerProperties document = aDocument();
-    const QVector<Component> held = document.GetComponent();
-    TunerProperties assigned;
-    assigned = document;
-    SwitchesValidationOff visitor;
-    document.Accept(visitor);
-    QVERIFY(!document.GetComponent().at(0).GetValidate());
-    QVERIFY(held.at(0).GetValidate());
-    QVERIFY(std::as_const(assigned).GetComponent().at(0).GetValidate());
-    QVERIFY(std::as_const(assigned).GetStartupModes().GetValidate());
 }
 
 QTEST_GUILESS_MAIN(SharingTest)

@@ -5,10 +5,9 @@
 
 #include <QBuffer>
 
-#include <jobxml/Visitor.h>
-
 #include "Encodings.h"
 #include "OutOfMemory.h"
+#include "WholeTree.h"
 
 /// How the object that an operation changes begins.
 enum class Begins {
@@ -87,27 +86,16 @@ template <class T>
 const Samples<T> &samples();
 
 /// Whether every item in every list is one that a list takes.
-class WholeLists final : public JobXml::Visitor
+inline bool listsAreWhole(const JobXml::DataObject &root)
 {
-public:
-    static bool in(const JobXml::DataObject &root)
-    {
-        WholeLists lists;
-        root.Accept(lists);
-        return lists.m_whole;
-    }
-
-    void VisitValue(QLatin1String, const QVariant &, bool) override { }
-    void VisitList(QLatin1String, int, bool) override { }
-    void VisitChild(QLatin1String, const JobXml::DataObject &child, int index) override
-    {
-        m_whole = m_whole && (index < 0 || child.HasData());
-        child.Accept(*this);
-    }
-
-private:
-    bool m_whole = true;
-};
+    bool whole = true;
+    JobXml::visit(root, [&](const JobXml::MemberView &member) {
+        WholeTree::forEachChild(member, [&](const JobXml::DataObject &child, int index) {
+            whole = whole && (index < 0 || child.HasData()) && listsAreWhole(child);
+        });
+    });
+    return whole;
+}
 
 /// One attempt at an operation on objects of the class T.
 template <class T>
@@ -144,7 +132,7 @@ public:
             return QStringLiteral("something came to harm that is no object");
         if (failed && !m_objects.target.GetErrorString().isNull())
             return QStringLiteral("an error is told although an exception tells it");
-        if (m_operation.leaves != Leaves::Gaps && !WholeLists::in(m_objects.target))
+        if (m_operation.leaves != Leaves::Gaps && !listsAreWhole(m_objects.target))
             return QStringLiteral("a list holds an item without data");
         return furtherUse();
     }

@@ -3,47 +3,37 @@
 #include <QtTest>
 
 #include <jobxml/TunerProperties.h>
-#include <jobxml/Visitor.h>
 
 #include "Encodings.h"
+#include "WholeTree.h"
 
 using namespace JobXml;
 
 namespace {
 
 /// Collects "Class.member" for every member that is set and "Mode x" for every mode.
-class UsedMembers : public Visitor
+class UsedMembers
 {
 public:
     void addFrom(const DataObject &object)
     {
-        const QString outer = std::exchange(m_class, object.GetObjectName());
-        object.Accept(*this);
-        m_class = outer;
-    }
-
-    void VisitValue(QLatin1String name, const QVariant &value, bool set) override
-    {
-        if (set)
-            used.insert(m_class + QLatin1Char('.') + name);
-        if (name == QLatin1String("StartupMode"))
-            used.insert(QStringLiteral("Mode ") + value.toString());
-    }
-    void VisitList(QLatin1String name, int size, bool) override
-    {
-        if (size > 0)
-            used.insert(m_class + QLatin1Char('.') + name);
-    }
-    void VisitChild(QLatin1String name, const DataObject &child, int) override
-    {
-        used.insert(m_class + QLatin1Char('.') + name);
-        addFrom(child);
+        visit(object, [&](const MemberView &member) {
+            const QString name = object.GetObjectName() + QLatin1Char('.') + member.GetName();
+            if (member.IsSet() && member.GetValue().isValid() && member.GetKind() != MemberKind::Choice)
+                used.insert(name);
+            if (member.GetKind() == MemberKind::EnumerationList) {
+                const QVariantList modes = member.GetValue().toList();
+                for (const QVariant &mode : modes)
+                    used.insert(QStringLiteral("Mode ") + mode.toString());
+            }
+            WholeTree::forEachChild(member, [&](const DataObject &child, int) {
+                used.insert(name);
+                addFrom(child);
+            });
+        });
     }
 
     QSet<QString> used;
-
-private:
-    QString m_class;
 };
 
 } // namespace

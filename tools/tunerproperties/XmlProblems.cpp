@@ -12,71 +12,72 @@
 #include <QXmlStreamWriter>
 
 #include <jobxml/TunerProperties.h>
-#include <jobxml/Visitor.h>
+#include <jobxml/Visit.h>
 
 using namespace JobXml;
 
 namespace {
 
-/// The names that a class reads, except those of the objects in it.
-class MemberNames final : public Visitor
-{
-public:
-    explicit MemberNames(DataObject &object)
-    {
-        object.ResetToDefault(); // a new object shows no members
-        object.Accept(*this);
-    }
-
-    QStringList names;
-
-private:
-    void VisitValue(QLatin1String name, const QVariant &, bool) override { names.append(name); }
-    void VisitList(QLatin1String name, int, bool) override { names.append(name); }
-    void VisitChild(QLatin1String, const DataObject &, int) override { }
-};
-
+/// A class of the model, with an object of it to ask.
 struct Class
 {
-    std::unique_ptr<DataObject> (*create)();
+    // The object stands in a document of its own, below what it belongs to.
+    std::shared_ptr<TunerProperties> document = std::make_shared<TunerProperties>();
+    DataObject *object = document.get();
     QStringList contained; // the classes of the objects in it
     QStringList members;
 };
 
 using Classes = QHash<QString, Class>;
 
-template <class Object>
-void add(Classes &classes, const QStringList &contained = {})
+/// The child object in a member, which is made if there is none.
+DataObject &childIn(MemberEditor &member)
 {
-    Object object;
-    classes.insert(Object::GetStaticObjectName(),
-                   {[]() -> std::unique_ptr<DataObject> { return std::make_unique<Object>(); }, contained,
-                    MemberNames(object).names});
+    return member.GetKind() == MemberKind::ObjectList ? member.AppendChild() : member.EditChild();
+}
+
+/// Takes the way to the same object in a new document.
+Class classOf(const QStringList &way)
+{
+    Class found;
+    found.document->SetValidate(false);
+    for (const QString &step : way) {
+        DataObject *child = nullptr;
+        visit(*found.object, [&](MemberEditor &member) {
+            if (member.GetName() == step)
+                child = &childIn(member);
+        });
+        found.object = child;
+    }
+    return found;
+}
+
+/// Adds the class of the object at the end of the way, and those of all that it may contain.
+void addClasses(Classes &classes, const QStringList &way)
+{
+    Class itsClass = classOf(way);
+    visit(std::as_const(*itsClass.object), [&](const MemberView &member) {
+        switch (member.GetKind()) {
+        case MemberKind::Object:
+        case MemberKind::ObjectList:
+        case MemberKind::Alternative:
+            itsClass.contained.append(member.GetName());
+            break;
+        case MemberKind::Choice:
+            break; // is no element of its own
+        default:
+            itsClass.members.append(member.GetName());
+        }
+    });
+    classes.insert(itsClass.object->GetObjectName(), itsClass);
+    for (const QString &name : qAsConst(itsClass.contained))
+        addClasses(classes, way + QStringList{name});
 }
 
 Classes allClasses()
 {
     Classes classes;
-    add<TunerProperties>(classes,
-                         {StartupModes::GetStaticObjectName(), BandwidthSelection::GetStaticObjectName(),
-                          Component::GetStaticObjectName()});
-    add<StartupModes>(classes);
-    add<BandwidthSelection>(classes);
-    add<Component>(classes, {Node::GetStaticObjectName()});
-    add<Node>(classes, {ValueItem::GetStaticObjectName()});
-    add<ValueItem>(classes, ValueItem::GetChoiceValueItems());
-    add<ValueBoolean>(classes);
-    add<ValueFloat>(classes);
-    add<ValueInt>(classes);
-    add<ValueInt64>(classes);
-    add<ValueNumericFloat>(classes);
-    add<ValueNumericInt>(classes);
-    add<ValueNumericInt64>(classes);
-    add<ValueSelection>(classes, {SelectionItem::GetStaticObjectName()});
-    add<SelectionItem>(classes);
-    add<ValueString>(classes);
-    add<ValueStringList>(classes, {StringItem::GetStaticObjectName()});
-    add<StringItem>(classes);
+    addClasses(classes, {});
     return classes;
 }
 
@@ -210,7 +211,10 @@ private:
             writer.writeTextElement(child, text);
         writer.writeEndElement();
         try {
-            m_classes.constFind(name)->create()->SetXmlString(xml, true);
+            DataObject &object = *m_classes.constFind(name)->object;
+            object.ResetToDefault();
+            object.SetValidate(true);
+            object.SetXmlString(xml, true);
         } catch (const RGException &e) {
             return e.GetMessageText();
         }

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "framework/Hash.h"
+
+#include <QHash>
+
+#include <jobxml/Visit.h>
+
+namespace JobXml {
+
+namespace {
+
+uint hashOf(const QVariant &value, uint seed)
+{
+    switch (value.userType()) {
+    case QMetaType::QString:
+        return qHash(value.toString(), seed);
+    case QMetaType::Bool:
+        return qHash(int(value.toBool()), seed);
+    case QMetaType::Float:
+        return qHash(value.toFloat(), seed); // 0 and -0 alike, since they are equal
+    case QMetaType::Double:
+        return qHash(value.toDouble(), seed);
+    case QMetaType::QVariantList: {
+        const QVariantList entries = value.toList();
+        for (const QVariant &entry : entries)
+            seed = hashOf(entry, seed) + 1; // so that the order counts
+        return qHash(entries.size(), seed);
+    }
+    default:
+        return qHash(value.toLongLong(), seed);
+    }
+}
+
+} // namespace
+
+uint hashOf(const DataObject &object, uint seed)
+{
+    uint hash = seed;
+    int place = 0;
+    visit(object, [&](const MemberView &member) {
+        ++place;
+        if (member.IsSet())
+            hash = hashOf(member.GetValue(), qHash(place, hash));
+    });
+    return hash;
+}
+
+} // namespace JobXml

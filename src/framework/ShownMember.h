@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+#include <jobxml/Visit.h>
+
+#include "framework/Block.h"
+
+namespace JobXml {
+
+/// What a row of a table says about its member.
+enum Traits : unsigned {
+    NoTraits = 0,
+    Attribute = 1 << 0, ///< an XML attribute; otherwise a child element. Reading takes a child element for both
+    Mandatory = 1 << 1, ///< HasData() and Check() ask for it
+    WrittenWhenSet = 1 << 2, ///< left out of all three encodings while its flag is clear
+    SnapshotReadAlways = 1 << 3, ///< although WrittenWhenSet: snapshots are read as if it were always there
+    SnapshotReadByCount = 1 << 4, ///< a list whose snapshot is read by its count alone, whatever its flag says
+    ComparedByRightFlag = 1 << 5, ///< a list that equals an unset one when it is empty, set or not
+    NullPassesIsValid = 1 << 6, ///< a text whose IsValid says yes to null, although its setter refuses it
+    Identifies = 1 << 7, ///< a text that tells the object from its siblings; people call the object by it
+    IdentifiesToo = 1 << 8, ///< tells it from its siblings as well, but is no name to call it by
+    UsuallyHoldsSeveral = 1 << 9, ///< a list for which reading takes room for some items at once
+    // Said by the kinds of rows and by the codecs, not by the tables:
+    HoldsChildren = 1 << 10,
+    BuiltWithTheBlock = 1 << 11, ///< there is something to hand flag and logger down to as soon as there are data
+    GrowsByReading = 1 << 12, ///< a list of child objects
+    PresentByValue = 1 << 13, ///< presence is not a matter of the flag alone
+    MayHoldTheInvalid = 1 << 14, ///< there are values that it must not hold when it is checked
+};
+
+constexpr Traits operator|(Traits left, Traits right)
+{
+    return Traits(unsigned(left) | unsigned(right));
+}
+
+/// A call for each of several things; refers to the caller's function and is not kept.
+template <class... Arguments>
+class ActionOn
+{
+public:
+    template <class Function>
+    explicit ActionOn(Function &function)
+        : m_context(&function), m_call([](void *context, Arguments... arguments) {
+              (*static_cast<Function *>(context))(arguments...);
+          })
+    {
+    }
+
+    void operator()(Arguments... arguments) const { m_call(m_context, arguments...); }
+
+private:
+    void *m_context;
+    void (*m_call)(void *, Arguments...);
+};
+
+/// A child object, and its index in its list; -1 for one that is a member by itself.
+using ChildAction = ActionOn<const DataObject &, int>;
+using MemberAction = ActionOn<const ShownMember &>;
+
+/// What visitors see of a member, and do to it; see MemberView and MemberEditor. There is no block where the object has
+/// no data. Nothing but the operations for an editor, which take the object itself, may change anything.
+class ShownMember
+{
+public:
+    QLatin1String name() const { return QLatin1String(m_name); }
+    constexpr bool has(Traits traits) const { return (m_traits & traits) == traits; }
+
+    virtual MemberKind kind() const = 0;
+    virtual bool isMarked(const Block *block) const = 0;
+    virtual bool isChosen(const Block *) const { return true; }
+    virtual QStringList names() const { return {}; }
+    virtual QVariant value(const Block *) const { return {}; }
+    virtual int childCount(const Block &) const { return 0; }
+    virtual const DataObject &child(const Block &, int) const { hasNoChildren(); }
+
+    virtual bool setValue(DataObject &, const QVariant &) const { return false; }
+    virtual DataObject &editChild(DataObject &, int) const { hasNoChildren(); }
+    virtual DataObject &appendChild(DataObject &) const { hasNoChildren(); }
+    virtual void reset(DataObject &object) const = 0;
+    virtual void setFlag(DataObject &object, bool set) const = 0;
+
+protected:
+    constexpr ShownMember(const char *name, Traits traits) : m_name(name), m_traits(traits) { }
+    ~ShownMember() = default; // constants, see Member
+
+private:
+    // Only by a mistake of the visitor's, who was told the kind of the member.
+    [[noreturn]] void hasNoChildren() const { qFatal("JobXml: '%s' holds no such object", m_name); }
+
+    const char *m_name;
+    Traits m_traits;
+};
+
+} // namespace JobXml

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/Visit.h>
+
+#include "framework/Member.h"
+
+namespace JobXml {
+
+// --- Looking ---------------------------------------------------------------------------------------------------------
+
+QLatin1String MemberView::GetName() const
+{
+    return m_row->name();
+}
+
+MemberKind MemberView::GetKind() const
+{
+    return m_row->kind();
+}
+
+bool MemberView::IsSet() const
+{
+    return m_row->isMarked(Member::existingBlock(*m_object));
+}
+
+bool MemberView::IsMandatory() const
+{
+    return m_row->has(Mandatory);
+}
+
+bool MemberView::IsIdentifying() const
+{
+    return m_row->has(Identifies) || m_row->has(IdentifiesToo);
+}
+
+bool MemberView::IsChosen() const
+{
+    return m_row->isChosen(Member::existingBlock(*m_object));
+}
+
+QStringList MemberView::GetNames() const
+{
+    return m_row->names();
+}
+
+QVariant MemberView::GetValue() const
+{
+    return m_row->value(Member::existingBlock(*m_object));
+}
+
+QVariant MemberView::GetDefaultValue() const
+{
+    return m_row->value(nullptr);
+}
+
+int MemberView::GetSize() const
+{
+    const Block *block = Member::existingBlock(*m_object);
+    return block ? m_row->childCount(*block) : 0;
+}
+
+const DataObject &MemberView::GetChild(int index) const
+{
+    Q_ASSERT(index >= 0 && index < GetSize());
+    return m_row->child(*Member::existingBlock(*m_object), index);
+}
+
+void MemberView::forEach(const DataObject &object, Call call, void *visitor)
+{
+    auto show = [&](const ShownMember &row) {
+        MemberView view(row, object);
+        call(visitor, view);
+    };
+    Member::forEachOf(object, MemberAction(show));
+}
+
+// --- Changing --------------------------------------------------------------------------------------------------------
+
+// Editors are made for objects that may be modified.
+DataObject &MemberEditor::object() const
+{
+    return const_cast<DataObject &>(*m_object);
+}
+
+bool MemberEditor::SetValue(const QVariant &value)
+{
+    return row().setValue(object(), value);
+}
+
+DataObject &MemberEditor::EditChild(int index)
+{
+    return row().editChild(object(), index);
+}
+
+DataObject &MemberEditor::AppendChild()
+{
+    return row().appendChild(object());
+}
+
+void MemberEditor::Reset()
+{
+    row().reset(object());
+}
+
+void MemberEditor::SetFlag(bool set)
+{
+    row().setFlag(object(), set);
+}
+
+void MemberEditor::forEach(DataObject &object, Call call, void *visitor)
+{
+    auto show = [&](const ShownMember &row) {
+        MemberEditor editor(row, object);
+        call(visitor, editor);
+    };
+    Member::forEachOf(object, MemberAction(show));
+}
+
+} // namespace JobXml

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include <QDebug>
+#include <QtTest>
+
+#include <jobxml/QtTest.h>
+
+#include "Documents.h"
+
+using namespace JobXml;
+
+namespace {
+
+QString debugText(const DataObject &object)
+{
+    QString text;
+    QDebug(&text).nospace() << object;
+    return text;
+}
+
+} // namespace
+
+/// Objects can be written to a log, and shown by a test that fails.
+class DebugTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anObjectIsWrittenAsATree()
+    {
+        TunerProperties document = aDocument(1);
+        document.Setname(QStringLiteral("a \"b\"\n"));
+        QCOMPARE(debugText(document),
+                 QStringLiteral("TunerProperties\n"
+                                "  name: \"a \\\"b\\\"\\n\"\n"
+                                "  type: \"Receiver\"\n"
+                                "  baseresource: \"RX1\"\n"
+                                "  connectableResources: null (not set)\n"
+                                "  quantity: 1 (not set)\n"
+                                "  parentBaseResource: null (not set)\n"
+                                "  hwProcessing: false (not set)\n"
+                                "  StartupModes\n"
+                                "    StartupMode: [\"FFM\"]\n"
+                                "  0: BandwidthSelection\n"
+                                "    Name: \"wide\"\n"
+                                "    MaxBandwidth: 1500000\n"
+                                "  MaxFFPDelay: 0 (not set)\n"
+                                "  HRPANSupported: false (not set)\n"
+                                "  0: Component\n"
+                                "    type: \"Filter\"\n"
+                                "    name: \"Preselector\"\n"
+                                "    displayName: null (not set)\n"
+                                "    optional: false\n"
+                                "    0: Node\n"
+                                "      id: \"node0\"\n"
+                                "      0: ValueItem\n"
+                                "        ChoiceValueItem: \"ValueInt\"\n"
+                                "        ValueInt\n"
+                                "          id: \"number\"\n"
+                                "          value: 0"));
+    }
+
+    void anObjectWithoutDataIsWrittenAndStaysWithoutData()
+    {
+        const ValueItem item;
+        QCOMPARE(debugText(item), QStringLiteral("ValueItem\n  ChoiceValueItem: null (not set)"));
+        QVERIFY(!item.IsInitialized());
+        const Node node;
+        QCOMPARE(debugText(node), QStringLiteral("Node\n  id: null (not set)\n  ValueItem: empty (not set)"));
+        QVERIFY(!node.IsInitialized());
+        const TunerProperties document;
+        QVERIFY(debugText(document).contains(QStringLiteral("\n  StartupModes: unused (not set)\n")));
+        QVERIFY(!document.IsInitialized());
+    }
+
+    void numbersKeepTheirValue()
+    {
+        ValueFloat number;
+        number.Setvalue(0.5F);
+        QCOMPARE(debugText(number), QStringLiteral("ValueFloat\n  id: null (not set)\n  value: 0.5"));
+        number.Setvalue(std::numeric_limits<float>::quiet_NaN());
+        QCOMPARE(debugText(number), QStringLiteral("ValueFloat\n  id: null (not set)\n  value: nan"));
+        ValueInt64 large;
+        large.Setvalue(std::numeric_limits<qint64>::min());
+        QVERIFY(debugText(large).endsWith(QStringLiteral("value: -9223372036854775808")));
+    }
+
+    void theStreamGoesOnAsItWas()
+    {
+        QString text;
+        QDebug(&text) << "before" << ValueBoolean() << 1;
+        QCOMPARE(text, QStringLiteral("before ValueBoolean\n  id: null (not set)\n  value: false (not set) 1 "));
+    }
+
+    void aTestThatFailsShowsTheSameText()
+    {
+        const ValueInt value = anInt(7);
+        const QByteArray text = debugText(value).toUtf8();
+        const std::unique_ptr<char[]> shown(QTest::toString(value));
+        QCOMPARE(QByteArray(shown.get()), text);
+    }
+
+    void everyClassHasATextForTests()
+    {
+        hasText<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean, ValueFloat,
+                ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64, ValueSelection,
+                SelectionItem, ValueString, ValueStringList, StringItem>();
+    }
+
+private:
+    template <class... Classes>
+    static void hasText()
+    {
+        int classes = 0;
+        const auto ask = [&](const auto &object) {
+            const std::unique_ptr<char[]> shown(QTest::toString(object));
+            QVERIFY(shown);
+            QVERIFY(QByteArray(shown.get()).startsWith(object.GetObjectName().toUtf8() + '\n'));
+            QVERIFY(!object.IsInitialized());
+            ++classes;
+        };
+        (ask(Classes()), ...);
+        QCOMPARE(classes, 18);
+    }
+};
+
+QTEST_APPLESS_MAIN(DebugTest)
+#include "tst_Debug.moc"

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include <QSignalSpy>
+#include <QThread>
+#include <QtTest>
+
+#include <jobxml/MetaTypes.h>
+
+#include "Documents.h"
+
+using namespace JobXml;
+
+namespace {
+
+const QStringList classNames{
+    QStringLiteral("TunerProperties"),
+    QStringLiteral("StartupModes"),
+    QStringLiteral("BandwidthSelection"),
+    QStringLiteral("Component"),
+    QStringLiteral("Node"),
+    QStringLiteral("ValueItem"),
+    QStringLiteral("ValueBoolean"),
+    QStringLiteral("ValueFloat"),
+    QStringLiteral("ValueInt"),
+    QStringLiteral("ValueInt64"),
+    QStringLiteral("ValueNumericFloat"),
+    QStringLiteral("ValueNumericInt"),
+    QStringLiteral("ValueNumericInt64"),
+    QStringLiteral("ValueSelection"),
+    QStringLiteral("SelectionItem"),
+    QStringLiteral("ValueString"),
+    QStringLiteral("ValueStringList"),
+    QStringLiteral("StringItem"),
+};
+
+QStringList registeredClasses()
+{
+    QStringList registered;
+    for (const QString &name : classNames) {
+        if (QMetaType::isRegistered(QMetaType::type("JobXml::" + name.toLatin1())))
+            registered += name;
+    }
+    return registered;
+}
+
+} // namespace
+
+/// Objects travel through variants and queued signals, once a program asks for it.
+class MetaTypesTest : public QObject
+{
+    Q_OBJECT
+
+Q_SIGNALS:
+    void found(const JobXml::Component &component);
+
+private Q_SLOTS:
+    // The order counts: this comes first.
+    void loadingTheLibraryRegistersNothing() { QCOMPARE(registeredClasses(), QStringList()); }
+
+    void everyClassIsRegisteredWhenAskedFor()
+    {
+        RegisterMetaTypes();
+        RegisterMetaTypes();
+        QCOMPARE(registeredClasses(), classNames);
+    }
+
+    void objectsAreMadeByName()
+    {
+        for (const QString &name : classNames) {
+            const int type = QMetaType::type("JobXml::" + name.toLatin1());
+            auto *object = static_cast<DataObject *>(QMetaType::create(type));
+            QCOMPARE(object->GetObjectName(), name);
+            QVERIFY(!object->IsInitialized());
+            QMetaType::destroy(type, object);
+        }
+    }
+
+    void aVariantHoldsACopy()
+    {
+        Component component = aComponent();
+        const QVariant variant = QVariant::fromValue(component);
+        component.Setname(QStringLiteral("changed"));
+        QCOMPARE(variant.value<Component>().Getname(), QStringLiteral("Preselector"));
+        QCOMPARE(variant.typeName(), "JobXml::Component");
+    }
+
+    void objectsTravelThroughQueuedSignals()
+    {
+        QThread thread;
+        QObject receiver;
+        receiver.moveToThread(&thread);
+        QString received;
+        connect(this, &MetaTypesTest::found, &receiver, [&](const Component &component) {
+            received = component.Getname();
+            QThread::currentThread()->quit();
+        });
+        thread.start();
+        Q_EMIT found(aComponent(QStringLiteral("IF")));
+        QVERIFY(thread.wait(60000));
+        QCOMPARE(received, QStringLiteral("IF"));
+    }
+};
+
+QTEST_GUILESS_MAIN(MetaTypesTest)
+#include "tst_MetaTypes.moc"
