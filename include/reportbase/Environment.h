@@ -18,25 +18,31 @@ namespace REPORTGENERATOR {
 /// An environment never changes, so that a whole tree of objects, in any number of threads, can share one: an object
 /// that is told something else gets another. Most objects have one of the two that are always there, `plain(true)` and
 /// `plain(false)`, and cost nothing for it.
+///
+/// Programs need it only to derive classes from IRGObject; all others call IRGObject::SetValidate() and
+/// IRGObject::SetLogger().
+///
+/// \snippet tst_BaseSnippets.cpp Environment
 class REPORTBASE_EXPORT Environment
 {
 public:
     /// What belongs to one object and is not handed down. Hardly any object has it.
     struct Own
     {
-        ObjectTypes type = ObjectTypes::Undefined;
+        ObjectTypes type = ObjectTypes::Undefined; ///< what IRGObject::GetObjectType() returns
         /// In place of the name of the object's class. Shared, so that references to it hold as long as the object is
         /// called so, whatever else it is told.
         std::shared_ptr<const QString> name;
         QString error; ///< of the last load or save operation
     };
 
+    /// See EnvironmentPointer::make().
     Environment(bool theFlag, std::shared_ptr<Logger> theLogger, std::unique_ptr<const Own> theOwn);
     Environment(const Environment &) = delete;
     Environment &operator=(const Environment &) = delete;
 
-    const bool validate;
-    const std::shared_ptr<Logger> logger;
+    const bool validate; ///< the validate flag
+    const std::shared_ptr<Logger> logger; ///< null if there is none
     const std::unique_ptr<const Own> own; ///< null for what all of it is default
 
 private:
@@ -65,6 +71,10 @@ public:
     static EnvironmentPointer make(bool validate, std::shared_ptr<Logger> logger,
                                    std::unique_ptr<const Environment::Own> own = nullptr);
 
+    /// \name Values
+    /// Copies share the environment. What was moved from holds the one that validates and nothing else. Two are equal
+    /// if they share one.
+    /// @{
     EnvironmentPointer(const EnvironmentPointer &other) noexcept : m_environment(other.m_environment) { addUser(); }
     EnvironmentPointer(EnvironmentPointer &&other) noexcept
         : m_environment(std::exchange(other.m_environment, &Environment::validating))
@@ -87,6 +97,7 @@ public:
     const Environment *operator->() const noexcept { return m_environment; }
     bool operator==(const EnvironmentPointer &other) const noexcept { return m_environment == other.m_environment; }
     bool operator!=(const EnvironmentPointer &other) const noexcept { return m_environment != other.m_environment; }
+    /// @}
 
 private:
     explicit EnvironmentPointer(const Environment *environment) noexcept : m_environment(environment) { }

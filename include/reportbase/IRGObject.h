@@ -24,7 +24,7 @@ namespace REPORTGENERATOR {
 struct ObjectClass
 {
     const QString &name; ///< of the objects, unless they are given another, and of their XML elements
-    qint64 identifier;
+    qint64 identifier; ///< its low 32 bits lead the binary representation
 };
 
 /// The base object of every data model: generic services around an object that can write itself to and read itself
@@ -43,6 +43,8 @@ struct ObjectClass
 /// there is one, has received the same text.
 ///
 /// An object is used by one thread at a time.
+///
+/// \snippet tst_BaseSnippets.cpp IRGObject
 class REPORTBASE_EXPORT IRGObject
 {
 public:
@@ -113,6 +115,7 @@ public:
     /// Takes over what `other`, an object of the same class, has set. The base's own takes nothing and returns false.
     virtual bool MergeRGObject(const IRGObject &other);
 
+    /// The type that the object was given when it was made.
     virtual ObjectTypes GetObjectType();
 
     /// The name of the object: its class's name, and the name of its XML element.
@@ -142,6 +145,8 @@ public:
     /// through qCompress() at `level` (0 to 9; -1 and every other value is zlib's default). Writes nothing, with
     /// GetErrorString(), if the plain representation exceeds the 1 GiB that readers take.
     virtual void GetCompressedBinaryRepresentation(QDataStream &stream, int level) const;
+
+    /// The same as bytes, with the plain representation as GetBinaryRepresentationAsQByteArray() makes it.
     virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
     /// Reads the object from an XML file, like SetXmlString() but with the validate flag as it is.
@@ -161,17 +166,25 @@ public:
     /// XML cannot carry.
     virtual bool SaveXml(const QString &path) const;
 
+    /// Whether the object enforces the rules of its model; on in a new object. Classes with child objects pass it on to
+    /// them.
     virtual void SetValidate(bool validate) const;
+    /// What SetValidate() said last.
     virtual bool GetValidate() const;
+    /// Who gets the texts of failed load and save operations; none in a new object. Classes with child objects pass it
+    /// on to them.
     virtual void SetLogger(std::shared_ptr<Logger> logger) const;
+    /// Takes the logger from this object alone.
     virtual void ResetLogger() const;
 
     /// The version of the documents that this object writes; the base's own has none and returns a null string.
     virtual const QString &GetVersion() const;
 
+    /// Gives the object another type; classes may refuse.
     virtual void SetObjectType(ObjectTypes type);
 
 protected:
+    /// Gives the object a name of its own in place of its class's.
     virtual void SetObjectName(const QString &name);
 
     /// Reads one child element, on whose start the reader stands.
@@ -184,6 +197,7 @@ protected:
     virtual bool composeXml(QByteArray &utf8) const;
 
 public:
+    /// The logger that SetLogger() gave it; null if there is none.
     std::shared_ptr<Logger> GetLogger() const;
 
     /// What went wrong in the last load or save operation of this object; null after one that succeeded, and after one
@@ -192,8 +206,9 @@ public:
     /// data`. Lines and columns count from 1; the column is that of the last character read when the error was seen.
     QString GetErrorString() const;
 
-    /// Writes the (compressed) binary representation to a file, atomically like SaveXml().
+    /// Writes the binary representation to a file, atomically like SaveXml().
     bool SaveBinary(const QString &path) const;
+    /// The same with the compressed one; `level` as in GetCompressedBinaryRepresentation().
     bool SaveCompressedBinary(const QString &path, int level) const;
 
     /// Passes over the payload of a record that nobody knows: exactly `length` bytes, or what is left if that is less;
@@ -203,12 +218,15 @@ public:
 protected:
     /// An object without name and identifier.
     IRGObject();
+    /// The same of this type.
     explicit IRGObject(ObjectTypes type);
+    /// An object of a class; it validates and has no logger.
     explicit IRGObject(const ObjectClass &objectClass) noexcept
         : m_classIdentifier(objectClass.identifier), m_class(&objectClass),
           m_environment(EnvironmentPointer::plain(true))
     {
     }
+    /// An object of a class that has been told this already.
     IRGObject(const ObjectClass &objectClass, EnvironmentPointer &&environment) noexcept
         : m_classIdentifier(objectClass.identifier), m_class(&objectClass), m_environment(std::move(environment))
     {
@@ -226,6 +244,7 @@ protected:
     /// The numeric identifier of the object's class; its low 32 bits lead a binary representation.
     qint64 m_classIdentifier;
 
+    /// The class that the object was made for.
     const ObjectClass &objectClass() const noexcept { return *m_class; }
 
     /// \name What the object was told

@@ -11,13 +11,16 @@ namespace REPORTGENERATOR {
 ///
 /// A logger is held by `std::shared_ptr` only and handed from an object to its children. Derive from it and override
 /// Log() to receive the messages; a logger that several threads' objects share must be safe to call from them.
+///
+/// \snippet tst_BaseSnippets.cpp Logger
 class REPORTBASE_EXPORT Logger
 {
 public:
+    /// How bad it is. The load and save operations report errors only.
     enum class Severity {
-        Error,
-        Warning,
-        Information,
+        Error, ///< an operation has failed
+        Warning, ///< it has not, but something is odd
+        Information, ///< nothing is wrong
     };
 
     Logger();

@@ -9,13 +9,19 @@
 #include <reportbase/Export.h>
 
 /// The root of every exception that report objects throw. Thrown by value, caught by reference.
+///
+/// \snippet tst_BaseSnippets.cpp ReportException
 class REPORTBASE_EXPORT ReportException : public std::exception
 {
 public:
+    /// \name Values
+    /// An exception with this message. Copies share the message, so copying cannot throw.
+    /// @{
     explicit ReportException(const QString &message);
     ReportException(const ReportException &other) noexcept;
     ReportException &operator=(const ReportException &other) noexcept;
     ~ReportException() override;
+    /// @}
 
     /// The message as it was given.
     QString GetMessageText() const;
@@ -32,48 +38,68 @@ private:
 class REPORTBASE_EXPORT RGException : public ReportException
 {
 public:
+    /// \name Values
+    /// An exception with this message. Copies share the message, so copying cannot throw.
+    /// @{
     explicit RGException(const QString &message);
     RGException(const RGException &other) noexcept;
     RGException &operator=(const RGException &other) noexcept;
     ~RGException() override;
+    /// @}
 };
 
 /// A mandatory member is missing, or a value was given that its member does not take.
 class REPORTBASE_EXPORT OutOfRangeException : public RGException
 {
 public:
+    /// \name Values
+    /// An exception with this message. Copies share the message, so copying cannot throw.
+    /// @{
     explicit OutOfRangeException(const QString &message);
     OutOfRangeException(const OutOfRangeException &other) noexcept;
     OutOfRangeException &operator=(const OutOfRangeException &other) noexcept;
     ~OutOfRangeException() override;
+    /// @}
 };
 
 /// An XML document holds content that a validating reader refuses.
 class REPORTBASE_EXPORT InvalidXmlException : public RGException
 {
 public:
+    /// \name Values
+    /// An exception with this message. Copies share the message, so copying cannot throw.
+    /// @{
     explicit InvalidXmlException(const QString &message);
     InvalidXmlException(const InvalidXmlException &other) noexcept;
     InvalidXmlException &operator=(const InvalidXmlException &other) noexcept;
     ~InvalidXmlException() override;
+    /// @}
 };
 
 /// The lengths inside a binary record do not add up.
 class REPORTBASE_EXPORT BinaryParsingException : public RGException
 {
 public:
+    /// \name Values
+    /// An exception with this message. Copies share the message, so copying cannot throw.
+    /// @{
     explicit BinaryParsingException(const QString &message);
     BinaryParsingException(const BinaryParsingException &other) noexcept;
     BinaryParsingException &operator=(const BinaryParsingException &other) noexcept;
     ~BinaryParsingException() override;
+    /// @}
 };
 
 /// An item or a choice is not complete enough for what was asked of it.
 class REPORTBASE_EXPORT IncompleteDefinitionException : public RGException
 {
 public:
+    /// \name Values
+    /// An exception with this message. Copies share the message, so copying cannot throw.
+    /// @{
     explicit IncompleteDefinitionException(const QString &message);
     IncompleteDefinitionException(const IncompleteDefinitionException &other) noexcept;
     IncompleteDefinitionException &operator=(const IncompleteDefinitionException &other) noexcept;
     ~IncompleteDefinitionException() override;
+    /// @}
 };

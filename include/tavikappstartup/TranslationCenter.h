@@ -28,9 +28,12 @@
 ///
 /// The registry lives until this library is unloaded or the process ends. A static object that uses it in its
 /// destructor calls Instance() in its constructor, and is then destroyed first.
+///
+/// \snippet tst_BaseSnippets.cpp TranslationCenter
 class TAVIKAPPSTARTUP_EXPORT TranslationCenter
 {
 public:
+    /// The registry of the process.
     static TranslationCenter &Instance();
 
     /// Makes the translations of `module` available to QCoreApplication::translate(). Without a QCoreApplication the
@@ -64,6 +67,6 @@ private:
     TranslationCenter();
     ~TranslationCenter();
 
-    class Private;
+    class TAVIKAPPSTARTUP_NO_EXPORT Private;
     std::unique_ptr<Private> d;
 };

@@ -36,15 +36,16 @@ public:
     template <class Enumeration>
     std::optional<Enumeration> fromShown(const QVariant &shown, Enumeration none) const
     {
-        int value = int(none);
-        if (shown.userType() == QMetaType::Int)
-            value = shown.toInt();
-        else if (shown.userType() != QMetaType::QString)
+        if (shown.userType() == QMetaType::Int) {
+            const auto result = Enumeration(shown.toInt());
+            return int(result) == shown.toInt() ? std::optional(result) : std::nullopt; // what does not fit is none
+        }
+        if (shown.userType() != QMetaType::QString)
             return {};
-        else if (!shown.toString().isNull() && (value = this->value(shown.toString())) == notFound)
-            return {};
-        const auto result = Enumeration(value);
-        return int(result) == value ? std::optional(result) : std::nullopt; // what does not fit is none
+        if (shown.toString().isNull())
+            return none;
+        const int value = this->value(shown.toString());
+        return value == notFound ? std::nullopt : std::optional(Enumeration(value));
     }
 
     /// The names for a user to read, in the language that is installed now.
