@@ -10,12 +10,15 @@ check_cxx_compiler_flag(-fno-gnu-unique TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
 # the same names, and may be inlined.
 check_cxx_compiler_flag(-fno-semantic-interposition TUNERPROPERTIES_HAS_NO_SEMANTIC_INTERPOSITION)
 
+check_cxx_compiler_flag(-fmacro-prefix-map=/a=/b TUNERPROPERTIES_HAS_MACRO_PREFIX_MAP)
+
 function(tp_target_defaults target)
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
-        VISIBILITY_INLINES_HIDDEN ON)
+        VISIBILITY_INLINES_HIDDEN ON
+        UNITY_BUILD OFF) # a project that takes in this one may be for it; our sources are not
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
     if(TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
         target_compile_options(${target} PRIVATE -fno-gnu-unique)
@@ -26,6 +29,14 @@ function(tp_target_defaults target)
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_KEYWORDS
         QT_NO_FOREACH QT_DEPRECATED_WARNINGS QT_STRICT_ITERATORS)
+endfunction()
+
+# For what is installed: the places in sources that it tells of in debug builds are told from the top of the project.
+# Where that stood on the machine that built it means nothing anywhere else.
+function(tp_relative_places target)
+    if(TUNERPROPERTIES_HAS_MACRO_PREFIX_MAP)
+        target_compile_options(${target} PRIVATE -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    endif()
 endfunction()
 
 # A shared library whose export header is generated as <folder/Export.h>.
@@ -44,11 +55,18 @@ function(tp_library_defaults target folder macro)
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
         INSTALL_RPATH "$ORIGIN")
+    tp_relative_places(${target})
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
-    install(TARGETS ${target}
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
-    install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/${folder} ${PROJECT_BINARY_DIR}/include/${folder}
-        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+    if(TUNERPROPERTIES_INSTALL)
+        install(TARGETS ${target} EXPORT TunerPropertiesTargets
+            LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+            RUNTIME COMPONENT runtime
+            ARCHIVE COMPONENT development)
+        install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/${folder} ${PROJECT_BINARY_DIR}/include/${folder}
+            DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+            COMPONENT development
+            FILES_MATCHING PATTERN "*.h")
+    endif()
 endfunction()

@@ -37,6 +37,7 @@ struct Place
     QStringList path; ///< for people: the objects from the root's child down, for instance `Component "Preselector"`
     QVector<Step> steps; ///< for programs
 
+    /// The place of a child, which people call `label`, of the object that is here.
     Place below(const QString &label, const Step &step) const
     {
         return {path + QStringList{label}, steps + QVector<Step>{step}};
@@ -85,6 +86,8 @@ struct Problem : Place
 /// with it.
 ///
 /// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
+///
+/// \snippet tst_TunerSnippets.cpp DataObject
 class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
 {
 public:

@@ -42,7 +42,9 @@ class JOBXML_EXPORT MemberView
 public:
     /// As in XML: "type", "Component". Of the choice: "ChoiceValueItem".
     QLatin1String GetName() const;
+    /// What it is, and with that the type of its value.
     MemberKind GetKind() const;
+    /// Its set flag; of a choice, whether anything is chosen.
     bool IsSet() const;
 
     /// Whether DataObject::HasData() asks for it.
@@ -67,7 +69,8 @@ public:
     /// How many child objects there are: of a list, its items; otherwise 1, or 0 if it was never used. 0 for values.
     int GetSize() const;
 
-    /// A child object; `index` is less than GetSize().
+    /// A child object; `index` is less than GetSize(). For kinds that have child objects only: a member that holds
+    /// values throws std::logic_error, which is a mistake of the program; so do EditChild() and AppendChild().
     const DataObject &GetChild(int index = 0) const;
 
 protected:
@@ -88,6 +91,8 @@ private:
 };
 
 /// A member of an object, to look at and to change.
+///
+/// \snippet tst_TunerSnippets.cpp edit
 class JOBXML_EXPORT MemberEditor : public MemberView
 {
 public:
@@ -103,8 +108,8 @@ public:
     DataObject &EditChild(int index = 0);
 
     /// Appends a new item to a list, as `AppendX` does, and returns it to be filled; it has the flag and logger of its
-    /// list's object. Throws IncompleteDefinitionException while validating, since a new item has no data. Only for lists
-    /// of objects.
+    /// list's object. Throws IncompleteDefinitionException while validating, since a new item has no data. Only for
+    /// lists of objects.
     DataObject &AppendChild();
 
     /// As `ResetX`: clears the flag and puts the default back. Resets nothing of a choice but the choice.
@@ -131,12 +136,7 @@ private:
 ///
 /// Changes nothing at all; an object without data shows its members as they are by default and stays without data.
 ///
-/// ```
-/// int mandatoryAndMissing = 0;
-/// JobXml::visit(node, [&](const JobXml::MemberView &member) {
-///     mandatoryAndMissing += member.IsMandatory() && !member.IsSet();
-/// });
-/// ```
+/// \snippet tst_TunerSnippets.cpp visit
 template <class Visitor>
 void visit(const DataObject &object, Visitor &&visitor)
 {

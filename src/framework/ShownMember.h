@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <stdexcept>
+
 #include <jobxml/DataObject.h>
 #include <jobxml/Visit.h>
 
@@ -41,9 +43,8 @@ class ActionOn
 public:
     template <class Function>
     explicit ActionOn(Function &function)
-        : m_context(&function), m_call([](void *context, Arguments... arguments) {
-              (*static_cast<Function *>(context))(arguments...);
-          })
+        : m_context(&function),
+          m_call([](void *context, Arguments... arguments) { (*static_cast<Function *>(context))(arguments...); })
     {
     }
 
@@ -86,7 +87,10 @@ protected:
 
 private:
     // Only by a mistake of the visitor's, who was told the kind of the member.
-    [[noreturn]] void hasNoChildren() const { qFatal("JobXml: '%s' holds no such object", m_name); }
+    [[noreturn]] void hasNoChildren() const
+    {
+        throw std::logic_error(QStringLiteral("JobXml: '%1' holds no such object").arg(name()).toStdString());
+    }
 
     const char *m_name;
     Traits m_traits;

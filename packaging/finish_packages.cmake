@@ -1,0 +1,12 @@
+# Run by CPack when the packages are made. It gives every package with libraries scripts that call ldconfig; the trigger
+# among our control files has that done, once for all packages of an installation, so Debian wants no such scripts.
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+    set(tree ${CPACK_TEMPORARY_DIRECTORY}/repacked)
+    file(REMOVE_RECURSE ${tree})
+    execute_process(COMMAND dpkg-deb --raw-extract ${package} ${tree} COMMAND_ERROR_IS_FATAL ANY)
+    if(EXISTS ${tree}/DEBIAN/triggers)
+        file(REMOVE ${tree}/DEBIAN/postinst ${tree}/DEBIAN/postrm)
+        execute_process(COMMAND dpkg-deb --root-owner-group -Zxz --build ${tree} ${package}
+            OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+endforeach()

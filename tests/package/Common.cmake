@@ -1,0 +1,84 @@
+# What the scripts of this folder share. They are run by CTest with the variables of CMakeLists.txt.
+cmake_minimum_required(VERSION 3.25)
+
+# Nothing around may stand in for what is under test.
+foreach(variable IN ITEMS LD_LIBRARY_PATH LD_PRELOAD CPATH LIBRARY_PATH CMAKE_PREFIX_PATH PKG_CONFIG_PATH CXXFLAGS DESTDIR)
+    unset(ENV{${variable}})
+endforeach()
+
+# Runs a command, which has to succeed, and leaves what it prints in `output`.
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+    if(NOT status EQUAL 0)
+        list(JOIN ARGN " " command)
+        message(FATAL_ERROR "'${command}' ended with ${status}:\n${output}${errors}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+# What the loader gives the program: each of the three libraries has to come from the folder.
+function(expect_libraries_from folder program)
+    cmake_parse_arguments(arg "" "" "ONLY" ${ARGN})
+    set(libraries ReportBase TavikAppStartUp TunerProperties)
+    if(arg_ONLY)
+        set(libraries ${arg_ONLY})
+    endif()
+    file(REAL_PATH ${folder} folder)
+    run(ldd ${program})
+    string(REGEX MATCHALL "lib(ReportBase|TavikAppStartUp|TunerProperties)[^\n]*" found "${output}")
+    set(loaded)
+    foreach(line IN LISTS found)
+        if(NOT line MATCHES "^lib([A-Za-z]+)\\.so\\.1 => ([^ ]+) ")
+            message(FATAL_ERROR "'${line}' is no library that ${program} can have")
+        endif()
+        set(library ${CMAKE_MATCH_1})
+        file(REAL_PATH ${CMAKE_MATCH_2} file)
+        cmake_path(GET file PARENT_PATH place)
+        if(NOT place STREQUAL folder)
+            message(FATAL_ERROR "${program} runs with ${file}, not with that in ${folder}")
+        endif()
+        list(APPEND loaded ${library})
+    endforeach()
+    list(SORT loaded)
+    if(NOT loaded STREQUAL libraries)
+        message(FATAL_ERROR "${program} runs with '${loaded}', not with '${libraries}'")
+    endif()
+endfunction()
+
+# The program of consumer/ does what it is for.
+function(expect_consumer_to_work program)
+    run(${program} ${EXAMPLE})
+    string(CONCAT expected
+        "built against ${VERSION}\n"
+        "OutOfRangeException: TunerProperties: Please set Component properly.\n"
+        "SCP on RX-8G\n"
+        "its records read back: the same document\n")
+    if(NOT output STREQUAL expected)
+        message(FATAL_ERROR "${program} prints\n${output}and not\n${expected}")
+    endif()
+endfunction()
+
+# Configures and builds a project, here by its name in this folder, in a build folder of its own.
+function(build_project folder build)
+    cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY ${CMAKE_CURRENT_FUNCTION_LIST_DIR})
+    file(REMOVE_RECURSE ${build})
+    run(${CMAKE_COMMAND} -S ${folder} -B ${build} -G ${GENERATOR}
+        -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_EXPORT_COMPILE_COMMANDS=ON ${ARGN})
+    run(${CMAKE_COMMAND} --build ${build} --parallel 2)
+endfunction()
+
+# A program is compiled with the headers of one folder and none of another. `commands` is how it was compiled.
+function(expect_headers commands)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "FROM;NOT_FROM" "")
+    file(READ ${commands} text)
+    foreach(option IN ITEMS "-I" "-isystem ")
+        string(FIND "${text}" "${option}${arg_NOT_FROM}" unwanted)
+        if(NOT unwanted EQUAL -1)
+            message(FATAL_ERROR "headers are taken from ${arg_NOT_FROM}:\n${text}")
+        endif()
+    endforeach()
+    string(FIND "${text}" "${arg_FROM} " wanted)
+    if(wanted EQUAL -1)
+        message(FATAL_ERROR "no headers are taken from ${arg_FROM}:\n${text}")
+    endif()
+endfunction()

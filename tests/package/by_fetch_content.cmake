@@ -1,0 +1,28 @@
+# A CMake project takes in the source by FetchContent: its program is built and run, and it gets nothing that it has not
+# asked for.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+# The library is compiled once more for this, so without anything that takes time.
+set(build ${SCRATCH_DIR}/by_fetch_content)
+build_project(subproject ${build} -DLIBRARY_SOURCE=${SOURCE_DIR} -DCMAKE_BUILD_TYPE= -DCMAKE_CXX_FLAGS=-O0)
+expect_headers(${build}/compile_commands.json FROM ${SOURCE_DIR}/include NOT_FROM ${PREFIX})
+expect_libraries_from(${build}/all ${build}/all/consumer)
+expect_consumer_to_work(${build}/all/consumer)
+
+# The catalogues are beside the libraries, wherever the application wants those.
+foreach(catalogue IN ITEMS TunerProperties_de.qm TunerProperties_en.qm)
+    if(NOT EXISTS ${build}/all/translations/${catalogue})
+        message(FATAL_ERROR "${catalogue} is not beside the libraries")
+    endif()
+endforeach()
+
+run(${CMAKE_COMMAND} --install ${build} --prefix ${build}/installed)
+file(GLOB_RECURSE installed RELATIVE ${build}/installed ${build}/installed/*)
+if(NOT installed STREQUAL "bin/consumer")
+    message(FATAL_ERROR "the application installs '${installed}', not just its program")
+endif()
+
+run(${CMAKE_CTEST_COMMAND} --test-dir ${build} --show-only)
+if(NOT output MATCHES "Test #1: the_only_test\n" OR NOT output MATCHES "Total Tests: 1\n")
+    message(FATAL_ERROR "the application has other tests than its own:\n${output}")
+endif()

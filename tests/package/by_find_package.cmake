@@ -1,0 +1,18 @@
+# A CMake project finds the moved tree, and its program is built and run with what is there.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+set(build ${SCRATCH_DIR}/by_find_package)
+build_project(consumer ${build}
+    -DCMAKE_PREFIX_PATH=${PREFIX} -DEXPECTED_VERSION=${VERSION} "-DCMAKE_CXX_FLAGS=${FLAGS}")
+expect_headers(${build}/compile_commands.json FROM ${PREFIX}/${INCLUDE_DIR} NOT_FROM ${SOURCE_DIR})
+expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/consumer)
+expect_consumer_to_work(${build}/consumer)
+
+# One library alone does not bring the others along.
+build_project(registry_alone ${build}/registry_alone
+    -DCMAKE_PREFIX_PATH=${PREFIX} "-DCMAKE_CXX_FLAGS=${FLAGS}")
+expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/registry_alone/registry_alone ONLY TavikAppStartUp)
+run(${build}/registry_alone/registry_alone)
+if(NOT output STREQUAL "Application\n")
+    message(FATAL_ERROR "registry_alone prints '${output}'")
+endif()

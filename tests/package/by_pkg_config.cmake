@@ -1,0 +1,36 @@
+# The compiler is told by pkg-config where the moved tree is, and the program is run with what is there.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+set(build ${SCRATCH_DIR}/by_pkg_config)
+file(REMOVE_RECURSE ${build})
+file(MAKE_DIRECTORY ${build})
+set(ENV{PKG_CONFIG_PATH} ${PREFIX}/${LIB_DIR}/pkgconfig)
+
+run(${PKG_CONFIG} --modversion tunerproperties)
+if(NOT output STREQUAL "${VERSION}\n")
+    message(FATAL_ERROR "pkg-config tells version '${output}', not ${VERSION}")
+endif()
+run(${PKG_CONFIG} --exact-version=${VERSION} --print-errors tunerproperties)
+
+run(${PKG_CONFIG} --cflags --libs tunerproperties)
+separate_arguments(options UNIX_COMMAND "${output}")
+separate_arguments(flags UNIX_COMMAND "${FLAGS}")
+
+# The headers that were read, not the folders that were named, which pkg-config writes in its own way.
+run(${COMPILER} -std=c++17 -fPIC -Wall -Wextra -Wpedantic -Werror ${flags} -MD -MF ${build}/headers
+    ${CMAKE_CURRENT_LIST_DIR}/consumer/main.cpp ${options} -Wl,-rpath,${PREFIX}/${LIB_DIR} -o ${build}/consumer)
+file(READ ${build}/headers headers)
+string(REGEX MATCHALL "[^ \n\\]+/(jobxml|reportbase)/[A-Za-z]+\\.h" headers "${headers}")
+if(NOT headers MATCHES "/jobxml/TunerProperties\\.h" OR NOT headers MATCHES "/jobxml/Export\\.h")
+    message(FATAL_ERROR "the compiler has not read the headers: ${headers}")
+endif()
+foreach(header IN LISTS headers)
+    file(REAL_PATH ${header} header)
+    cmake_path(IS_PREFIX PREFIX ${header} is_ours)
+    if(NOT is_ours)
+        message(FATAL_ERROR "the compiler has read ${header}, which is not in ${PREFIX}")
+    endif()
+endforeach()
+
+expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/consumer)
+expect_consumer_to_work(${build}/consumer)

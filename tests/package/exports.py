@@ -1,0 +1,77 @@
+"""Compares the names that a library exports with those recorded: exports.py LIBRARY RECORDED [--record]
+
+What is recorded are all names of our own. Beside them a library exports instantiations of templates and inline
+functions of Qt and the standard library, which differ from compiler to compiler. They are let pass as long as they are
+weak, so that they stand in the way of nobody else's.
+"""
+
+import argparse
+import difflib
+import pathlib
+import re
+import subprocess
+import sys
+
+OUR_NAMES = (
+    "JobXml",
+    "REPORTGENERATOR",
+    "TranslationCenter",
+    "ReportException",
+    "RGException",
+    "OutOfRangeException",
+    "InvalidXmlException",
+    "BinaryParsingException",
+    "IncompleteDefinitionException",
+)
+
+# The names are judged as the linker sees them: demangled, a template's name comes behind the type that it returns.
+# Before the name may stand that it is a table of virtual functions, a type or a guard, or within a function (Z), and
+# that it is nested (N) and const (K).
+START = r"_Z(?:T[VTIS]|GV)?Z?N?K?"
+OURS = re.compile(START + "(?:" + "|".join(f"{len(name)}{name}" for name in OUR_NAMES) + ")")
+# std, its abbreviations and the compiler's namespace; classes and functions of Qt; operators.
+FOREIGN = re.compile(START + r"(?:S[tabsiod]|9__gnu_cxx|\d+[Qq][A-Zt]|[a-z][a-zA-Z])")
+
+
+def exported_symbols(nm, library):
+    """The kind, the name and the demangled name of each symbol."""
+    def lines(*options):
+        command = [nm, "--dynamic", "--defined-only", "--no-sort", *options, library]
+        return subprocess.run(command, check=True, capture_output=True, text=True).stdout.splitlines()
+
+    for plain, demangled in zip(lines(), lines("--demangle"), strict=True):
+        _, kind, name = plain.split(" ", 2)
+        yield kind, name, demangled.split(" ", 2)[2]
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("library", type=pathlib.Path)
+    parser.add_argument("recorded", type=pathlib.Path)
+    parser.add_argument("--nm", default="nm")
+    parser.add_argument("--record", action="store_true", help="write down the names as they are now")
+    arguments = parser.parse_args()
+
+    ours, unintended = set(), set()
+    for kind, name, demangled in exported_symbols(arguments.nm, arguments.library):
+        if OURS.match(name):
+            ours.add(demangled)
+        elif not (kind in "WV" and FOREIGN.match(name)):
+            unintended.add(f"{kind} {demangled}")
+    if not ours:
+        sys.exit(f"{arguments.library} exports no name of ours")
+
+    if unintended:
+        sys.exit("\n  ".join([f"{arguments.library.name} exports what is neither ours nor weak:", *sorted(unintended)]))
+    if arguments.record:
+        arguments.recorded.write_text("".join(f"{name}\n" for name in sorted(ours)), encoding="utf-8")
+        return
+    recorded = arguments.recorded.read_text(encoding="utf-8").splitlines()
+    difference = list(difflib.unified_diff(recorded, sorted(ours), "recorded", "exported", n=0, lineterm=""))
+    if difference:
+        sys.exit("\n".join([f"{arguments.library.name} exports other names than recorded. If that is meant, build the "
+                            "target record_exports.", *difference]))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,46 @@
+# Installs into one folder and moves that to another, where all further tests find it. The tree is complete, and holds no
+# path of this machine.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+file(REMOVE_RECURSE ${SCRATCH_DIR})
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${SCRATCH_DIR}/first --strip)
+file(RENAME ${SCRATCH_DIR}/first ${PREFIX})
+
+foreach(file IN ITEMS
+        ${LIB_DIR}/libReportBase.so ${LIB_DIR}/libTavikAppStartUp.so ${LIB_DIR}/libTunerProperties.so
+        ${LIB_DIR}/libReportBase.so.1 ${LIB_DIR}/libTavikAppStartUp.so.1 ${LIB_DIR}/libTunerProperties.so.1
+        ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesConfig.cmake
+        ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesConfigVersion.cmake
+        ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesTargets.cmake
+        ${LIB_DIR}/pkgconfig/tunerproperties.pc
+        ${BIN_DIR}/tunerproperties
+        ${MAN_DIR}/man1/tunerproperties.1
+        ${DATA_DIR}/bash-completion/completions/tunerproperties
+        ${DATA_DIR}/fish/vendor_completions.d/tunerproperties.fish
+        ${ZSH_DIR}/_tunerproperties
+        ${INCLUDE_DIR}/jobxml/TunerProperties.h ${INCLUDE_DIR}/jobxml/Export.h ${INCLUDE_DIR}/jobxml/Version.h
+        ${INCLUDE_DIR}/reportbase/IRGObject.h ${INCLUDE_DIR}/reportbase/Export.h
+        ${INCLUDE_DIR}/tavikappstartup/TranslationCenter.h ${INCLUDE_DIR}/tavikappstartup/Export.h
+        ${DATA_DIR}/tunerproperties/tuner-properties.xsd
+        ${DATA_DIR}/tunerproperties/translations/TunerProperties_de.qm
+        ${DATA_DIR}/tunerproperties/translations/TunerProperties_en.qm
+        ${DOC_DIR}/examples/CMakeLists.txt ${DOC_DIR}/examples/roundtrip.cpp ${DOC_DIR}/examples/receiver.xml)
+    if(NOT EXISTS ${PREFIX}/${file})
+        message(FATAL_ERROR "${file} is not installed")
+    endif()
+endforeach()
+
+# Sanitizers and coverage put the places of sources and of counts into what they instrument.
+file(GLOB_RECURSE installed ${PREFIX}/*)
+foreach(file IN LISTS installed)
+    file(READ ${file} beginning LIMIT 4 HEX)
+    if(INSTRUMENTED AND beginning STREQUAL "7f454c46")
+        continue()
+    endif()
+    foreach(path IN ITEMS ${SOURCE_DIR} ${BUILD_DIR} ${SCRATCH_DIR})
+        execute_process(COMMAND grep --quiet --fixed-strings --text -e ${path} ${file} RESULT_VARIABLE status)
+        if(NOT status EQUAL 1)
+            message(FATAL_ERROR "${file} knows of ${path}")
+        endif()
+    endforeach()
+endforeach()

@@ -1,0 +1,20 @@
+# Another major version is another library, and what a later minor version brings is not there yet.
+include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
+
+string(REGEX MATCH "^[0-9]+" major ${VERSION})
+math(EXPR next_major "${major} + 1")
+foreach(wanted IN ITEMS ${next_major} 0.9 ${major}.99)
+    execute_process(
+        COMMAND ${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}/refused_version -B ${SCRATCH_DIR}/refused_version
+            -G ${GENERATOR} --fresh -DWANTED=${wanted}
+            -DTunerProperties_DIR=${PREFIX}/${LIB_DIR}/cmake/TunerProperties
+        RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    string(REGEX REPLACE "[ \n]+" " " output "${output}")
+    if(status EQUAL 0)
+        message(FATAL_ERROR "${VERSION} is taken for ${wanted}")
+    endif()
+    if(NOT output MATCHES "compatible with requested version \"${wanted}\""
+       OR NOT output MATCHES "TunerPropertiesConfig.cmake, version: ${VERSION} ")
+        message(FATAL_ERROR "${wanted} is refused for another reason:\n${output}")
+    endif()
+endforeach()

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+//
+// A program with catalogues of its own, and no tuner.
+
+#include <cstdio>
+
+#include <QStringList>
+
+#include <tavikappstartup/TranslationCenter.h>
+
+int main()
+{
+    TranslationCenter::Instance().Register(QStringLiteral("Application"));
+    std::printf("%s\n", qPrintable(TranslationCenter::Instance().RegisteredModules().join(QLatin1Char(','))));
+    return 0;
+}
