@@ -400,6 +400,27 @@ private Q_SLOTS:
         QCOMPARE(std::as_const(node).GetValueItem().at(1).GetValueInt().Getvalue(), 2);
     }
 
+    void askingAMemberForAnObjectThatItIsNotIsAMistakeOfTheProgram()
+    {
+        TunerProperties document;
+        document.Setquantity(1);
+        QString what;
+        const auto ask = [&](const char *name, auto &&question) {
+            try {
+                edit(document, name, question);
+            } catch (const std::logic_error &e) {
+                what += QString::fromLatin1(e.what()) + QLatin1Char('\n');
+            }
+        };
+        ask("quantity", [](MemberEditor &member) { member.EditChild(); });
+        ask("quantity", [](MemberEditor &member) { member.AppendChild(); });
+        ask("StartupModes", [](MemberEditor &member) { member.AppendChild(); });
+        QCOMPARE(what,
+                 QStringLiteral("JobXml: 'quantity' holds no such object\n"
+                                "JobXml: 'quantity' holds no such object\n"
+                                "JobXml: 'StartupModes' holds no such object\n"));
+    }
+
     void membersAreResetAsByTheirOwnReset()
     {
         TunerProperties document = aDocument();

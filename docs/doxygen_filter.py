@@ -1,0 +1,103 @@
+#!/usr/bin/env python3
+"""doxygen_filter.py FILE prints a public header or a page as doxygen is to see it; the lines keep their numbers.
+
+Headers: a group's text also becomes that of its first member, from which doxygen takes it for the others, so that each
+function says at its own place what it is about. What classes of the model share with each other only is left out.
+
+Pages: headings get names, so that links to them, which other viewers of Markdown understand as they are, lead there.
+Links to files of the sources, which do not stand beside the manual, become plain text.
+"""
+
+import html
+import os
+import re
+import sys
+
+TOP = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+
+
+def header(path, lines):
+    if os.path.basename(os.path.dirname(path)) == "jobxml":
+        lines = [re.sub(r"^protected:", "private:", line) for line in lines]
+    result = []
+    text = None  # of the group that is being opened; None outside of such a comment
+    pending = None  # to be put in front of the group's first member
+    for line in lines:
+        comment = re.match(r"\s*///\s?(.*)", line)
+        if comment and comment[1].startswith("\\name"):
+            text = []
+        elif comment and comment[1].startswith("@{"):
+            pending = " ".join(text) if text else None
+            text = None
+        elif comment and text is not None:
+            text.append(comment[1].strip())
+        elif comment:
+            pending = None  # the first member has a text of its own
+        elif line.strip() and pending:
+            line = re.sub(r"^(\s*)", lambda indent: f"{indent[1]}/** \\details {pending} */ ", line, count=1)
+            pending = None
+        result.append(line)
+    return result
+
+
+def slug(heading):
+    """The name that viewers of Markdown give to a heading."""
+    heading = re.sub(r"\[([^]]*)\]\([^)]*\)", r"\1", heading)
+    return re.sub(r"[^\w\- ]", "", heading.lower()).strip().replace(" ", "-")
+
+
+def pages():
+    folders = [os.path.join(TOP, "docs", "pages"), os.path.join(TOP, "docs")]
+    return {name for folder in folders for name in os.listdir(folder) if name in PAGES or folder.endswith("pages")}
+
+
+PAGES = ["formats.md"]
+
+
+def page(path, lines):
+    known = pages()
+    own = os.path.basename(path)
+
+    def anchor(name, fragment):
+        stem = os.path.splitext(name)[0]
+        return f"{stem}-{fragment}" if fragment else f"page-{stem}"
+
+    def link(match):
+        text, target = match[1], match[2]
+        if re.match(r"[a-z]+:", target):
+            return match[0]
+        file, _, fragment = target.partition("#")
+        name = os.path.basename(file) or own
+        return f"[{text}](#{anchor(name, fragment)})" if name in known else text
+
+    def code(match):
+        # doxygen would decode the first, and look for the ends of the others
+        if not re.search(r"&#?\w+;|'", match[1]) and match[1].count('"') % 2 == 0:
+            return match[0]
+        text = re.sub(r"::|[\\@#%]", r"\\\g<0>", html.escape(match[1], quote=False))
+        return "<code>" + text.replace('"', "&quot;").replace("'", "&apos;") + "</code>"
+
+    def heading(match):
+        level, title = match[1], match[2]
+        return f"{level} {title} {{#{anchor(own, slug(title) if level != '#' else '')}}}"
+
+    result = []
+    for part in re.split(r"(^```.*?^```$)", "".join(lines), flags=re.MULTILINE | re.DOTALL):
+        if not part.startswith("```"):
+            part = re.sub(r"\[([^]]*)\]\(([^)\s]+)\)", link, part)
+            part = re.sub(r"`([^`\n]+)`", code, part)
+            part = re.sub(r"^(#+) (.*?)[ \t]*$", heading, part, flags=re.MULTILINE)
+        result.append(part)
+    return result
+
+
+def main():
+    path = sys.argv[1]
+    with open(path, encoding="utf-8") as file:
+        lines = file.readlines()
+    sys.stdout.reconfigure(encoding="utf-8")
+    sys.stdout.writelines((page if path.endswith(".md") else header)(path, lines))
+
+
+if __name__ == "__main__":
+    main()

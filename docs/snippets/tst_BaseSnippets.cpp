@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+//
+// The examples that the manual shows for the base library and the translation registry. What they come to is checked
+// behind the part that is shown.
+
+#include <memory>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <jobxml/TunerProperties.h>
+#include <reportbase/Environment.h>
+#include <reportbase/SaveFile.h>
+#include <tavikappstartup/TranslationCenter.h>
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+//! [Logger]
+/// Keeps what goes wrong, for a window that shows it.
+class ErrorList : public REPORTGENERATOR::Logger
+{
+public:
+    void Log(Severity severity, const QString &message) override
+    {
+        if (severity == Severity::Error)
+            m_messages.append(message);
+    }
+    QStringList messages() const { return m_messages; }
+
+private:
+    QStringList m_messages;
+};
+
+QStringList errorsOfLoading(JobXml::TunerProperties &tuner, const QString &path)
+{
+    const auto errors = std::make_shared<ErrorList>();
+    tuner.SetLogger(errors);
+    tuner.LoadXml(path);
+    tuner.ResetLogger();
+    return errors->messages(); // "missing.xml: cannot open: No such file or directory"
+}
+//! [Logger]
+
+} // namespace
+
+class BaseSnippets : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void loadingAndSavingTellWhatWentWrong();
+    void aLoggerGetsTheSameTexts();
+    void exceptionsAreCaughtByTheirBase();
+    void aFileIsPutInPlaceWhole();
+    void anEnvironmentIsShared();
+    void aModuleIsRegistered();
+};
+
+void BaseSnippets::loadingAndSavingTellWhatWentWrong()
+{
+    //! [IRGObject]
+    JobXml::TunerProperties tuner;
+    QString why;
+    if (!tuner.SetXmlString(QStringLiteral("<Tuner/>"), true))
+        why = tuner.GetErrorString(); // "XML text:1:8: the root element is 'Tuner', not 'TunerProperties'"
+    //! [IRGObject]
+    QCOMPARE(why, QStringLiteral("XML text:1:8: the root element is 'Tuner', not 'TunerProperties'"));
+}
+
+void BaseSnippets::aLoggerGetsTheSameTexts()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("missing.xml"));
+    JobXml::TunerProperties tuner;
+    QCOMPARE(errorsOfLoading(tuner, path),
+             QStringList{path + QStringLiteral(": cannot open: No such file or directory")});
+    QVERIFY(!tuner.GetLogger());
+}
+
+void BaseSnippets::exceptionsAreCaughtByTheirBase()
+{
+    //! [ReportException]
+    const JobXml::TunerProperties tuner;
+    QString why;
+    try {
+        tuner.Check();
+    } catch (const OutOfRangeException &e) {
+        why = e.GetMessageText(); // "TunerProperties: Please set Component properly."
+    } catch (const ReportException &) {
+        throw; // what else the libraries throw; std::exception catches it as well
+    }
+    //! [ReportException]
+    QCOMPARE(why, QStringLiteral("TunerProperties: Please set Component properly."));
+}
+
+void BaseSnippets::aFileIsPutInPlaceWhole()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("list.txt"));
+    //! [SaveFile]
+    const QString failure = REPORTGENERATOR::SaveFile(path, QByteArrayLiteral("RX-8G\n"));
+    if (!failure.isNull())
+        qWarning("%s", qPrintable(failure)); // the old file is as it was
+    //! [SaveFile]
+    QCOMPARE(failure, QString());
+    QCOMPARE(contentOf(path), QByteArrayLiteral("RX-8G\n"));
+}
+
+void BaseSnippets::anEnvironmentIsShared()
+{
+    //! [Environment]
+    using REPORTGENERATOR::EnvironmentPointer;
+    const EnvironmentPointer lenient = EnvironmentPointer::plain(false);
+    const EnvironmentPointer shared = lenient; // the same one, not another that says the same
+    //! [Environment]
+    QVERIFY(shared == lenient);
+    QVERIFY(!shared->validate && !shared->logger);
+}
+
+void BaseSnippets::aModuleIsRegistered()
+{
+    const QTemporaryDir folder;
+    const QString catalogues = folder.path();
+    //! [TranslationCenter]
+    TranslationCenter &center = TranslationCenter::Instance();
+    center.AddSearchPath(catalogues); // of the application, before the folders that are searched anyway
+    center.Register(QStringLiteral("TunerProperties")); // again, so that its catalogue is looked for there, too
+    //! [TranslationCenter]
+    QCOMPARE(center.SearchPaths().constFirst(), catalogues);
+    QCOMPARE(center.RegisteredModules(), QStringList{QStringLiteral("TunerProperties")});
+}
+
+QTEST_GUILESS_MAIN(BaseSnippets)
+#include "tst_BaseSnippets.moc"
