@@ -10,7 +10,7 @@
 namespace {
 
 const QString noForm =
-    QStringLiteral("neither XML nor a binary form; a snapshot has to be named .tps or read with --from snapshot");
+    QStringLiteral("neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot");
 
 QByteArray bytes(const char *hex)
 {

@@ -110,10 +110,10 @@ void ToolInputTest::aSnapshotIsToldByItsNameOrByFrom()
 {
     m_shop->write(QStringLiteral("doc"), snapshot);
     const Run unknown = m_shop->run(line("convert doc -"));
-    QCOMPARE(
-        unknown.err,
-        QStringLiteral("tunerproperties: doc: neither XML nor a binary form; a snapshot has to be named .tps or read "
-                       "with --from snapshot\n"));
+    QCOMPARE(unknown.err,
+             QStringLiteral(
+                 "tunerproperties: doc: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read "
+                 "with --from snapshot\n"));
     QCOMPARE(unknown.status, 3);
     QCOMPARE(m_shop->run(line("convert doc - --from snapshot")).bytes, QByteArray(smallXml));
     QCOMPARE(m_shop->run(line("convert - - --from snapshot"), snapshot).bytes, QByteArray(smallXml));
@@ -246,7 +246,7 @@ void ToolInputTest::documentsThatAreNone_data()
         QTest::newRow(what) << QString::fromUtf8(name) << content << QString::fromUtf8(error);
     };
     const char *const noForm =
-        "a: neither XML nor a binary form; a snapshot has to be named .tps or read with --from snapshot";
+        "a: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot";
     row("an empty file", "a", "", noForm);
     row("some text", "a", "TunerProperties", noForm);
     row("empty XML", "a.xml", "", "a.xml:1:1: Premature end of document.");
@@ -298,7 +298,7 @@ void ToolInputTest::standardInputIsNamedByADash_data()
     QTest::addColumn<QString>("error");
     QTest::newRow("nothing") << QByteArray()
                              << QStringLiteral(
-                                    "neither XML nor a binary form; a snapshot has to be named .tps or read with "
+                                    "neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with "
                                     "--from snapshot");
     QTest::newRow("a record that is cut off")
         << tagged.left(100) << QStringLiteral("the record's length is 179, but 92 bytes follow");

@@ -1,17 +1,49 @@
 // SPDX-License-Identifier: MIT
 #include "Console.h"
 
-#include <cstdio>
+#include <cerrno>
+#include <mutex>
 
-#include <QFile>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
-#include <reportbase/SaveFile.h>
+#include <QtGlobal>
+
+#include "Interruption.h"
 
 FileFailure::FileFailure(const QString &text) : std::runtime_error(text.toStdString()) { }
 
 namespace Console {
 
 namespace {
+
+// Results, complaints and the bar come from one thread, and what is told at last from another.
+std::mutex mutex;
+bool barIsShown = false;
+
+/// The number of the error, or 0. Less than all may be written at once, to a pipe or a disk that becomes full.
+int writeAll(int stream, const QByteArray &bytes)
+{
+    for (int done = 0; done < bytes.size();) {
+        const ssize_t written = ::write(stream, bytes.constData() + done, std::size_t(bytes.size() - done));
+        if (written < 0 && errno != EINTR)
+            return errno;
+        done += written > 0 ? int(written) : 0;
+    }
+    return 0;
+}
+
+void eraseBar()
+{
+    if (barIsShown)
+        writeAll(STDERR_FILENO, "\r\x1b[K");
+    barIsShown = false;
+}
+
+QByteArray complaint(const QString &text)
+{
+    return "tunerproperties: " + onOneLine(text).toUtf8() + '\n';
+}
 
 QString escaped(const QString &text, bool quotes)
 {
@@ -44,19 +76,62 @@ QString streamName()
 
 void write(const QByteArray &bytes)
 {
-    QFile output;
-    const QString reason = output.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered)
-        ? REPORTGENERATOR::WriteAll(output, bytes)
-        : output.errorString();
-    if (!reason.isNull())
-        throw FileFailure(streamName() + QStringLiteral(": cannot write: ") + reason);
+    int error = 0;
+    {
+        const std::lock_guard lock(mutex);
+        eraseBar();
+        error = writeAll(STDOUT_FILENO, bytes);
+    }
+    if (error == EPIPE)
+        Interruption::endSinceNobodyReads();
+    if (error != 0)
+        throw FileFailure(streamName() + QStringLiteral(": cannot write: ") + qt_error_string(error));
 }
 
 void complain(const QString &text)
 {
-    QFile error;
-    if (error.open(fileno(stderr), QIODevice::WriteOnly | QIODevice::Unbuffered))
-        error.write("tunerproperties: " + onOneLine(text).toUtf8() + '\n');
+    const std::lock_guard lock(mutex);
+    eraseBar();
+    writeAll(STDERR_FILENO, complaint(text)); // there is nowhere to complain that this is not possible
+}
+
+bool standardOutputIsTerminal()
+{
+    return isatty(STDOUT_FILENO) != 0;
+}
+
+bool canShowBar()
+{
+    const QByteArray terminal = qgetenv("TERM");
+    return isatty(STDERR_FILENO) != 0 && !terminal.isEmpty() && terminal != "dumb";
+}
+
+int terminalWidth()
+{
+    constexpr int usual = 80;
+    winsize size = {};
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
+}
+
+void showBar(const QString &text)
+{
+    const std::lock_guard lock(mutex);
+    if (text.isEmpty()) {
+        eraseBar();
+        return;
+    }
+    writeAll(STDERR_FILENO, '\r' + text.toUtf8() + "\x1b[K");
+    barIsShown = true;
+}
+
+bool tellAtLast(const QString &text)
+{
+    if (!mutex.try_lock()) // and is not unlocked again
+        return false;
+    eraseBar();
+    if (!text.isNull())
+        writeAll(STDERR_FILENO, complaint(text));
+    return true;
 }
 
 QString onOneLine(const QString &text)

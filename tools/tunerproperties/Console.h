@@ -34,6 +34,23 @@ void write(const QByteArray &bytes);
 /// Writes one line to standard error, the name of the program in front.
 void complain(const QString &text);
 
+/// Whether people look at it, and not a file or another program.
+bool standardOutputIsTerminal();
+
+/// Whether people look at standard error, on a terminal on which the cursor can go back.
+bool canShowBar();
+
+/// How many characters fit a line of the terminal behind standard error.
+int terminalWidth();
+
+/// Shows a line at the cursor of standard error, in place of the last one that was shown so; an empty one takes that
+/// away. Whatever is written or complained meanwhile stands above it.
+void showBar(const QString &text);
+
+/// Takes the bar away, complains about this unless it is null, and lets nobody write any more: for one who is about to
+/// end the process. Returns false, and does nothing, as long as somebody else is writing.
+bool tellAtLast(const QString &text);
+
 /// The text on one line: control characters, line ends included, as escape sequences.
 QString onOneLine(const QString &text);
 

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "Forms.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <QDataStream>
 #include <QFile>
 #include <QStringList>
 
 #include "Console.h"
+#include "JsonForm.h"
+#include "Suggestion.h"
 
 using JobXml::TunerProperties;
 
@@ -23,30 +28,50 @@ const FormInfo forms[] = {
     {Form::Tagged, QLatin1String("tagged"), QLatin1String(".tpb")},
     {Form::Compressed, QLatin1String("compressed"), QLatin1String(".tpz")},
     {Form::Snapshot, QLatin1String("snapshot"), QLatin1String(".tps")},
+    {Form::Json, QLatin1String("json"), QLatin1String(".json")},
 };
 
 constexpr int CompressionLevel = -1; // the usual one
+
+/// Behind the mark that UTF-8 may begin with, and blanks.
+QByteArray text(const QByteArray &head)
+{
+    return (head.startsWith("\xEF\xBB\xBF") ? head.mid(3) : head).trimmed();
+}
 
 bool looksLikeXml(const QByteArray &head)
 {
     if (head.startsWith("\xFE\xFF") || head.startsWith("\xFF\xFE"))
         return true; // UTF-16
-    const QByteArray text = (head.startsWith("\xEF\xBB\xBF") ? head.mid(3) : head).trimmed();
-    if (text.size() < 2 || text[0] != '<')
+    const QByteArray begin = text(head);
+    if (begin.size() < 2 || begin[0] != '<')
         return false;
     // A snapshot may begin with the same byte; the one behind it is less than 0x10 there.
-    const auto next = static_cast<unsigned char>(text[1]);
+    const auto next = static_cast<unsigned char>(begin[1]);
     return next > ' ';
 }
 
+bool looksLikeJson(const QByteArray &head)
+{
+    const QByteArray begin = text(head);
+    if (!begin.startsWith('{'))
+        return false;
+    // So may a snapshot; what stands there behind the next byte, blank or not, is 0.
+    const QByteArray next = begin.mid(1).trimmed();
+    return !next.isEmpty() && static_cast<unsigned char>(next[0]) > ' ';
+}
+
 /// The libraries keep the leading words to themselves, but write them.
-bool looksBinary(const QByteArray &head)
+std::optional<Form> binaryForm(const QByteArray &head)
 {
     constexpr int wordSize = 4;
     TunerProperties sample;
     sample.SetValidate(false);
-    return head.startsWith(sample.GetBinaryRepresentationAsQByteArray().left(wordSize))
-        || head.startsWith(sample.GetCompressedBinaryRepresentationAsQByteArray(CompressionLevel).left(wordSize));
+    if (head.startsWith(sample.GetBinaryRepresentationAsQByteArray().left(wordSize)))
+        return Form::Tagged;
+    if (head.startsWith(sample.GetCompressedBinaryRepresentationAsQByteArray(CompressionLevel).left(wordSize)))
+        return Form::Compressed;
+    return {};
 }
 
 /// The settings that the libraries' own representations have.
@@ -55,6 +80,17 @@ void prepare(QDataStream &stream)
     stream.setByteOrder(QDataStream::BigEndian);
     stream.setVersion(QDataStream::Qt_5_15);
     stream.setFloatingPointPrecision(QDataStream::DoublePrecision);
+}
+
+void loadJson(TunerProperties &document, Input &input)
+{
+    try {
+        JsonForm::read(document, input.bytes());
+    } catch (const JsonFailure &failure) {
+        throw FileFailure(failure.text(input.name()));
+    }
+    if (document.GetValidate())
+        document.Check();
 }
 
 void loadSnapshot(TunerProperties &document, Input &input)
@@ -81,7 +117,30 @@ namespace Forms {
 
 QString names()
 {
-    return QStringLiteral("xml, tagged, compressed or snapshot");
+    return Suggestion::listed(list());
+}
+
+QStringList list()
+{
+    QStringList result;
+    for (const FormInfo &info : forms)
+        result.append(info.name);
+    return result;
+}
+
+QString suffixes()
+{
+    QStringList result;
+    for (const FormInfo &info : forms)
+        result.append(info.suffix);
+    return Suggestion::listed(result);
+}
+
+QString suffixOf(Form form)
+{
+    const auto info = std::find_if(std::begin(forms), std::end(forms),
+                                   [form](const FormInfo &candidate) { return candidate.form == form; });
+    return info->suffix;
 }
 
 std::optional<Form> named(const QString &name)
@@ -108,14 +167,16 @@ Form recognise(Input &input)
     const QByteArray head = input.head(headSize);
     if (looksLikeXml(head))
         return Form::Xml;
-    if (looksBinary(head))
-        return Form::Tagged;
+    if (looksLikeJson(head))
+        return Form::Json;
+    if (const auto form = binaryForm(head))
+        return *form;
     if (const auto form = bySuffix(input.name()))
         return *form;
     throw FileFailure(
         input.name()
         + QStringLiteral(
-            ": neither XML nor a binary form; a snapshot has to be named .tps or read with --from snapshot"));
+            ": neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot"));
 }
 
 void load(TunerProperties &document, Input &input, Form form)
@@ -123,6 +184,8 @@ void load(TunerProperties &document, Input &input, Form form)
     try {
         if (form == Form::Snapshot)
             loadSnapshot(document, input);
+        else if (form == Form::Json)
+            loadJson(document, input);
         else if (!(form == Form::Xml ? document.LoadXml(&input.file()) : document.LoadBinary(&input.file())))
             throw FileFailure(input.inMyName(document.GetErrorString()));
     } catch (const ReportException &e) {
@@ -149,6 +212,15 @@ QByteArray compose(TunerProperties &document, Form form, const QString &fileName
         document.GetVersionSpecificBinaryWithoutValidation(stream);
         break;
     }
+    case Form::Json:
+        if (document.GetValidate())
+            document.Check();
+        try {
+            bytes = JsonForm::compose(document);
+        } catch (const JsonFailure &failure) {
+            throw FileFailure(failure.text(fileName));
+        }
+        break;
     }
     if (bytes.isEmpty()) {
         const QString why = document.GetErrorString(); // begins with what was to be written, and a colon

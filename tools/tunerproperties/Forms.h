@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <jobxml/TunerProperties.h>
 
@@ -16,21 +17,31 @@ enum class Form {
     Tagged,
     Compressed,
     Snapshot,
+    Json,
 };
 
 namespace Forms {
 
-/// "xml, tagged, compressed or snapshot", for messages.
+/// "xml, tagged, compressed, snapshot or json", for messages.
 QString names();
+
+/// The words for them on the command line.
+QStringList list();
+
+/// ".xml, .tpb, .tpz, .tps or .json", for messages.
+QString suffixes();
+
+/// The one that goes with a form: ".xml".
+QString suffixOf(Form form);
 
 std::optional<Form> named(const QString &name);
 
-/// The form that goes with the suffix of a file's name: .xml, .tpb, .tpz or .tps.
+/// The form that goes with the suffix of a file's name: .xml, .tpb, .tpz, .tps or .json.
 std::optional<Form> bySuffix(const QString &fileName);
 
-/// The form of a file: XML and the binary forms by their first bytes; a snapshot, which carries no mark, by its name.
-/// Where the first bytes say nothing the name counts for all of them, so that the reader can say what is wrong. Throws
-/// FileFailure if neither tells.
+/// The form of a file: XML, JSON and the binary forms by their first bytes; a snapshot, which carries no mark, by its
+/// name. Where the first bytes say nothing the name counts for all of them, so that the reader can say what is wrong.
+/// Throws FileFailure if neither tells.
 Form recognise(Input &input);
 
 /// Reads the document under its own validate flag. Throws FileFailure if the file does not hold a document in this

@@ -3,11 +3,14 @@
 
 #include <cstdio>
 
+#include <unistd.h>
+
 #include <QTemporaryFile>
 
 #include <reportbase/SaveFile.h>
 
 #include "Console.h"
+#include "Interruption.h"
 
 namespace {
 
@@ -21,12 +24,22 @@ namespace {
     throw FileFailure(name + QStringLiteral(": cannot be kept in a temporary file: ") + reason);
 }
 
+/// A temporary file that nobody has to remove: it loses its name at once, before a signal may end the program.
+std::unique_ptr<QTemporaryFile> nameless(const QString &name)
+{
+    auto file = std::make_unique<QTemporaryFile>();
+    const Interruption::Shield shield;
+    if (!file->open())
+        cannotKeep(name, file->errorString());
+    file->setAutoRemove(false); // another program may have a file of that name later
+    unlink(QFile::encodeName(file->fileName()).constData());
+    return file;
+}
+
 /// Copies what is left of a file into a temporary one.
 std::unique_ptr<QFile> kept(QFile &source, const QString &name)
 {
-    auto copy = std::make_unique<QTemporaryFile>();
-    if (!copy->open())
-        cannotKeep(name, copy->errorString());
+    auto copy = nameless(name);
     QByteArray piece(1 << 16, Qt::Uninitialized);
     qint64 size = 0;
     while ((size = source.read(piece.data(), piece.size())) > 0) {

@@ -7,8 +7,9 @@
 #include <reportbase/SaveFile.h>
 
 #include "Console.h"
+#include "Interruption.h"
 
-void Output::writeWhole(const QString &name, const QByteArray &bytes)
+void Output::writeWhole(const QString &name, const QByteArray &bytes, const std::function<void()> &written)
 {
     if (name == Console::streamName()) {
         Console::write(bytes);
@@ -25,7 +26,10 @@ void Output::writeWhole(const QString &name, const QByteArray &bytes)
             throw FileFailure(name + QStringLiteral(": cannot write: ") + reason);
         return;
     }
+    const Interruption::Shield shield;
     const QString failure = REPORTGENERATOR::SaveFile(name, bytes);
     if (!failure.isNull())
         throw FileFailure(failure);
+    if (written)
+        written();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+
 #include <QByteArray>
 #include <QString>
 
@@ -8,6 +10,8 @@ namespace Output {
 
 /// Writes the bytes to a file, or to standard output for "-". A file is written whole or stays as it was; into a pipe
 /// or a device, which holds nothing to keep, the bytes simply go. Throws FileFailure.
-void writeWhole(const QString &name, const QByteArray &bytes);
+///
+/// No signal ends the program while a file is on its way to its place, nor before `written` has been called for it.
+void writeWhole(const QString &name, const QByteArray &bytes, const std::function<void()> &written = {});
 
 } // namespace Output

@@ -9,48 +9,51 @@ using JobXml::TunerProperties;
 
 namespace {
 
-QString lineFor(const QString &fileName, const XmlProblem &problem)
+Finding finding(const XmlProblem &problem)
 {
-    return fileName + QStringLiteral(":%1:%2: ").arg(problem.line).arg(problem.column) + problem.message;
-}
-
-QString lineFor(const QString &fileName, const Problem &problem)
-{
-    const QString path =
-        problem.path.isEmpty() ? QString() : problem.path.join(QStringLiteral(" / ")) + QStringLiteral(": ");
-    return fileName + QStringLiteral(": ") + path + problem.message;
+    return {{}, problem.line, problem.column, problem.message};
 }
 
 /// What is refused although nothing else was found: something in a value that another one has replaced, for instance.
-QStringList findTheRest(Input &input, Form form)
+QVector<Finding> findTheRest(Input &input, Form form)
 {
     if (form == Form::Xml) {
         const auto refusal = firstXmlRefusal(input.bytes());
-        return refusal ? QStringList{lineFor(input.name(), *refusal)} : QStringList();
+        return refusal ? QVector<Finding>{finding(*refusal)} : QVector<Finding>();
     }
     TunerProperties validating;
     try {
         Forms::load(validating, input, form);
     } catch (const FileFailure &failure) {
-        return {failure.text()};
+        const QString name = input.name() + QStringLiteral(": ");
+        const QString text = failure.text();
+        return {{{}, 0, 0, text.startsWith(name) ? text.mid(name.size()) : text}};
     }
     return {};
 }
 
 } // namespace
 
-QStringList findProblems(const TunerProperties &document, Input &input, Form form)
+QString Finding::text(const QString &fileName) const
 {
-    QStringList lines;
+    if (hasPlace())
+        return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column) + message;
+    const QString where = path.isEmpty() ? QString() : path.join(QStringLiteral(" / ")) + QStringLiteral(": ");
+    return fileName + QStringLiteral(": ") + where + message;
+}
+
+QVector<Finding> findProblems(const TunerProperties &document, Input &input, Form form)
+{
+    QVector<Finding> findings;
     if (form == Form::Xml) {
         const QVector<XmlProblem> problems = findXmlProblems(input.bytes());
         for (const XmlProblem &problem : problems)
-            lines.append(lineFor(input.name(), problem));
+            findings.append(finding(problem));
     }
     const QVector<Problem> problems = document.GetProblems();
     for (const Problem &problem : problems)
-        lines.append(lineFor(input.name(), problem));
-    if (lines.isEmpty() && !document.HasData())
-        lines.append(input.name() + QStringLiteral(": the document has no data, so nothing would be written"));
-    return lines.isEmpty() ? findTheRest(input, form) : lines;
+        findings.append({problem.path, 0, 0, problem.message, problem.steps});
+    if (findings.isEmpty() && !document.HasData())
+        findings.append({{}, 0, 0, QStringLiteral("the document has no data, so nothing would be written")});
+    return findings.isEmpty() ? findTheRest(input, form) : findings;
 }

@@ -1,0 +1,201 @@
+"""A headless Chromium for tests, and what they ask it."""
+
+import base64
+import contextlib
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+from selenium import webdriver
+from selenium.webdriver.chrome.options import Options
+from selenium.webdriver.chrome.service import Service
+
+TOOL = os.environ["TOOL"]
+DOCUMENTS = os.environ["DOCUMENTS"]
+PICTURES = pathlib.Path(os.environ["PICTURES"])
+EXAMPLES = pathlib.Path(__file__).parents[4] / "examples"
+
+FLAGS = [
+    "--headless=new",
+    "--no-sandbox",  # continuous integration runs as root, which Chromium refuses otherwise
+    "--disable-gpu",
+    "--disable-quic",
+    "--no-first-run",
+    "--disable-background-networking",
+    "--disable-component-update",
+    "--disable-sync",
+    "--disable-dev-shm-usage",
+    "--hide-scrollbars",
+    "--force-device-scale-factor=1",
+]
+
+# The ground of a page.
+LIGHT = "rgb(243, 245, 247)"
+DARK = "rgb(17, 21, 26)"
+
+# What is there for a user to use, by its role in the accessibility tree.
+CONTROLS = {"button", "switch", "link", "searchbox", "textbox", "checkbox", "radio", "combobox", "listbox", "slider",
+            "spinbutton", "tab", "menuitem", "DisclosureTriangle", "DisclosureTriangleGrouped"}
+
+
+class Browser:
+    """The browser, and pages that the tool makes for it in a folder that goes with it."""
+
+    def __init__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="browser-"))
+        options = Options()
+        options.binary_location = "/usr/bin/chromium"
+        for flag in FLAGS + [f"--user-data-dir={self.folder / 'profile'}"]:
+            options.add_argument(flag)
+        options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
+        try:
+            self.driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+        except Exception:
+            shutil.rmtree(self.folder, ignore_errors=True)
+            raise
+        self.driver.set_page_load_timeout(60)
+        self.driver.set_script_timeout(60)
+
+    def close(self):
+        self.driver.quit()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def devtools(self, command, **parameters):
+        return self.driver.execute_cdp_cmd(command, parameters)
+
+    def script(self, code, *arguments):
+        return self.driver.execute_script(code, *arguments)
+
+    def made(self, document):
+        """The page of a document, as the tool makes it."""
+        page = self.folder / (pathlib.Path(document).name + ".html")
+        with open(page, "wb") as output:
+            subprocess.run([TOOL, "show", "--format", "html", str(document)], stdout=output, check=True, timeout=60)
+        return page
+
+    def open(self, document, dark=False, width=1200, height=900):
+        self.devtools("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1,
+                      mobile=False)
+        self.emulate(dark=dark)
+        self.driver.get("about:blank")
+        self.driver.get_log("browser")
+        self.driver.get_log("performance")
+        page = self.made(document)
+        self.driver.get(page.as_uri())
+        return page
+
+    def emulate(self, media="", dark=False):
+        self.devtools("Emulation.setEmulatedMedia", media=media, features=[
+            {"name": "prefers-color-scheme", "value": "dark" if dark else "light"},
+            {"name": "prefers-reduced-motion", "value": "reduce"}])
+
+    def settle(self):
+        """Until what has been asked of the page is to be seen on it."""
+        self.driver.execute_async_script("requestAnimationFrame(() => requestAnimationFrame(arguments[0]))")
+
+    def click(self, identifier):
+        self.script("document.getElementById(arguments[0]).click()", identifier)
+
+    def open_all_details(self):
+        self.script("document.querySelectorAll('details').forEach(each => { each.open = true; })")
+
+    def background(self):
+        return self.script("return getComputedStyle(document.body).backgroundColor")
+
+    def screenshot(self, name, height=None):
+        """Of the whole page, or of its upper part, as a file among the pictures."""
+        self.script("window.scrollTo(0, 0)")
+        self.settle()
+        size = self.devtools("Page.getLayoutMetrics")["cssContentSize"]
+        clip = {"x": 0, "y": 0, "width": size["width"], "height": min(height or size["height"], size["height"]), "scale": 1}
+        taken = self.devtools("Page.captureScreenshot", format="png", captureBeyondViewport=True, clip=clip)
+        PICTURES.mkdir(parents=True, exist_ok=True)
+        path = PICTURES / name
+        path.write_bytes(base64.b64decode(taken["data"]))
+        return path
+
+    def press(self, key):
+        """A key, as the keyboard sends it: what a page makes of it goes through the browser's own handling."""
+        codes = {"Tab": (9, ""), "Enter": (13, "\r"), "Space": (32, " "), "Escape": (27, "")}
+        code, text = codes[key]
+        name = " " if key == "Space" else key
+        down = {"type": "keyDown" if text else "rawKeyDown", "key": name, "code": key, "windowsVirtualKeyCode": code}
+        if text:
+            down["text"] = text
+        self.devtools("Input.dispatchKeyEvent", **down)
+        self.devtools("Input.dispatchKeyEvent", type="keyUp", key=name, code=key, windowsVirtualKeyCode=code)
+
+    def type(self, text):
+        self.devtools("Input.insertText", text=text)
+
+    def accessibility(self):
+        """What is in the accessibility tree and is not ignored: role, name, properties, and the element's number."""
+        found = []
+        for node in self.devtools("Accessibility.getFullAXTree")["nodes"]:
+            if node.get("ignored"):
+                continue
+            properties = {entry["name"]: entry["value"].get("value") for entry in node.get("properties", [])}
+            found.append({"role": node.get("role", {}).get("value", ""), "name": node.get("name", {}).get("value", ""),
+                          "properties": properties, "element": node.get("backendDOMNodeId")})
+        return found
+
+    def controls(self):
+        return [node for node in self.accessibility() if node["role"] in CONTROLS]
+
+    def focused(self):
+        """The number of the element that has the focus; None for the page itself."""
+        result = self.devtools("Runtime.evaluate",
+                               expression="document.activeElement === document.body ? null : document.activeElement")
+        if result["result"].get("subtype") == "null":
+            return None
+        return self.devtools("DOM.describeNode", objectId=result["result"]["objectId"])["node"]["backendNodeId"]
+
+    def focus(self, control):
+        self.devtools("DOM.focus", backendNodeId=control["element"])
+
+    def tab_through(self):
+        """The elements that the tab key comes by, in order, until it leaves the page or comes round."""
+        self.script("document.activeElement.blur(); window.scrollTo(0, 0);"
+                    "getSelection().setPosition(document.body, 0)")
+        order = []
+        while True:
+            self.press("Tab")
+            element = self.focused()
+            if element is None or element in order:
+                return order
+            order.append(element)
+
+
+class BrowserTest(unittest.TestCase):
+    """A test with a browser of its own for its class, and the documents."""
+
+    @classmethod
+    def setUpClass(cls):
+        with contextlib.ExitStack() as stack:
+            cls.browser = Browser()
+            stack.callback(cls.browser.close)
+            subprocess.run([DOCUMENTS, str(cls.browser.folder)], check=True, timeout=60)
+            cls.stack = stack.pop_all()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.stack.close()
+
+    def document(self, name):
+        return self.browser.folder / name
+
+    def assert_quiet(self, page):
+        """The page has told of no error and has asked for nothing but itself."""
+        complaints = [entry for entry in self.browser.driver.get_log("browser") if entry["level"] != "INFO"]
+        self.assertEqual(complaints, [])
+        requests = []
+        for entry in self.browser.driver.get_log("performance"):
+            message = json.loads(entry["message"])["message"]
+            if message["method"] == "Network.requestWillBeSent":
+                requests.append(message["params"]["request"]["url"])
+        self.assertEqual(requests, [page.as_uri()])
+        self.assertEqual(self.browser.script("return performance.getEntriesByType('resource').length"), 0)

@@ -1,0 +1,99 @@
+"""Contrast, as the Web Content Accessibility Guidelines measure it (level AA)."""
+
+import unittest
+
+from browser import EXAMPLES, BrowserTest
+
+TEXT = 4.5
+PICTURE = 3.0
+
+# The colour of each text, over the nearest ground behind it that is not transparent.
+TEXTS = """
+const ground = element => {
+    for (let each = element; each; each = each.parentElement) {
+        const colour = getComputedStyle(each).backgroundColor;
+        if (!/, 0\\)$|^transparent$/.test(colour))
+            return colour;
+    }
+    return 'rgb(255, 255, 255)';
+};
+document.querySelectorAll('details').forEach(each => { each.open = true; });
+const pairs = new Map();
+const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+while (walker.nextNode()) {
+    const element = walker.currentNode.parentElement;
+    if (walker.currentNode.data.trim() === '' || element.closest('script, .unseen, [hidden]'))
+        continue;
+    const style = getComputedStyle(element);
+    const colour = element instanceof SVGElement ? style.fill : style.color;
+    pairs.set(colour + ' on ' + ground(element), element.className.baseVal || element.className || element.tagName);
+}
+return Array.from(pairs);
+"""
+
+# Pictures and edges that carry a meaning, and what they are on.
+PICTURES = """
+const colour = (selector, property) => {
+    const element = document.querySelector(selector);
+    return element ? getComputedStyle(element)[property] : null;
+};
+const surface = colour('.card', 'backgroundColor');
+const after = getComputedStyle(document.querySelector('.switch:not(.on)'), '::after').backgroundColor;
+return [
+    ['edge of the search field', colour('#search', 'borderTopColor'), colour('body', 'backgroundColor')],
+    ['edge of a button', colour('#open', 'borderTopColor'), colour('body', 'backgroundColor')],
+    ['bar', colour('.plot rect', 'fill'), surface],
+    ['slider', colour('.slider rect + rect', 'fill'), surface],
+    ['knob', colour('.slider circle', 'fill'), surface],
+    ['switch that is on', colour('.switch.on', 'backgroundColor'), surface],
+    ['switch that is off', colour('.switch:not(.on)', 'borderTopColor'), surface],
+    ['its knob', after, surface],
+    ['edge of a drop-down', colour('.drop', 'borderTopColor'), surface],
+];
+"""
+
+
+def channels(colour):
+    numbers = [float(part) for part in colour[colour.index("(") + 1:colour.index(")")].replace(",", " ").split()]
+    assert len(numbers) == 3, colour
+    return numbers
+
+
+def luminance(colour):
+    linear = []
+    for channel in channels(colour):
+        share = channel / 255
+        linear.append(share / 12.92 if share <= 0.04045 else ((share + 0.055) / 1.055) ** 2.4)
+    return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2]
+
+
+def contrast(first, second):
+    lighter, darker = sorted((luminance(first), luminance(second)), reverse=True)
+    return (lighter + 0.05) / (darker + 0.05)
+
+
+class Colours(BrowserTest):
+    def test_the_measure_is_right(self):
+        self.assertAlmostEqual(contrast("rgb(0, 0, 0)", "rgb(255, 255, 255)"), 21.0)
+        self.assertAlmostEqual(contrast("rgb(119, 119, 119)", "rgb(255, 255, 255)"), 4.478, places=3)
+
+    def test_texts_have_enough_contrast_light_and_dark(self):
+        for document in (EXAMPLES / "receiver.xml", self.document("hostile.json")):
+            for dark in (False, True):
+                self.browser.open(document, dark=dark)
+                pairs = self.browser.script(TEXTS)
+                self.assertGreater(len(pairs), 5)
+                for pair, where in pairs:
+                    with self.subTest(pair=pair, where=where, dark=dark):
+                        self.assertGreaterEqual(contrast(*pair.split(" on ")), TEXT)
+
+    def test_pictures_and_edges_have_enough_contrast_light_and_dark(self):
+        for dark in (False, True):
+            self.browser.open(EXAMPLES / "receiver.xml", dark=dark)
+            for what, colour, ground in self.browser.script(PICTURES):
+                with self.subTest(what=what, dark=dark):
+                    self.assertGreaterEqual(contrast(colour, ground), PICTURE)
+
+
+if __name__ == "__main__":
+    unittest.main()

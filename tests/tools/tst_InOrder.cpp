@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include <atomic>
+#include <stdexcept>
+
+#include <QTest>
+#include <QVector>
+
+#include <InOrder.h>
+
+/// Several threads, and one who uses their results in order.
+class InOrderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void resultsAreUsedInOrder_data();
+    void resultsAreUsedInOrder();
+    void noMoreIsDoneAtOnceThanThereAreJobs();
+    void threadsDoNotRunFarAhead();
+    void whatTheWorkThrowsIsThrownInItsTurn();
+    void whatTheUserThrowsEndsIt();
+    void whoWaitsIsCalledMeanwhile();
+};
+
+void InOrderTest::resultsAreUsedInOrder_data()
+{
+    QTest::addColumn<int>("jobs");
+    for (const int jobs : {1, 2, 5, 100})
+        QTest::addRow("%d", jobs) << jobs;
+}
+
+void InOrderTest::resultsAreUsedInOrder()
+{
+    QFETCH(int, jobs);
+    QVector<int> used;
+    InOrder<int>::run(
+        1000, jobs, [](int index) { return index * index; }, [&](int &&result) { used.append(result); }, [] {});
+    QCOMPARE(used.size(), 1000);
+    for (int i = 0; i < used.size(); ++i)
+        QCOMPARE(used[i], i * i);
+
+    InOrder<int>::run(
+        0, jobs, [](int index) { return index; }, [](int &&) { QFAIL("there is nothing to use"); }, [] {});
+}
+
+void InOrderTest::noMoreIsDoneAtOnceThanThereAreJobs()
+{
+    std::atomic<int> atOnce{0};
+    std::atomic<int> most{0};
+    InOrder<int>::run(
+        300, 3,
+        [&](int index) {
+            const int now = ++atOnce;
+            int before = most;
+            while (before < now && !most.compare_exchange_weak(before, now)) { }
+            std::this_thread::yield();
+            --atOnce;
+            return index;
+        },
+        [](int &&) {}, [] {});
+    QVERIFY2(most >= 1 && most <= 3, qPrintable(QString::number(most)));
+}
+
+void InOrderTest::threadsDoNotRunFarAhead()
+{
+    std::atomic<int> begun{0};
+    int used = 0;
+    int farthest = 0;
+    InOrder<int>::run(
+        1000, 2,
+        [&](int index) {
+            ++begun;
+            return index;
+        },
+        [&](int &&) {
+            if (used++ == 0)
+                QTest::qSleep(100); // the others have time to run ahead meanwhile
+            farthest = std::max(farthest, begun - used);
+        },
+        [] {});
+    QCOMPARE(used, 1000);
+    // 32 ahead of the one that is used next.
+    QVERIFY2(farthest <= 32, qPrintable(QString::number(farthest)));
+}
+
+void InOrderTest::whatTheWorkThrowsIsThrownInItsTurn()
+{
+    QVector<int> used;
+    QString message;
+    try {
+        InOrder<int>::run(
+            100, 4,
+            [](int index) {
+                if (index == 7 || index == 9)
+                    throw std::runtime_error("number " + std::to_string(index));
+                return index;
+            },
+            [&](int &&result) { used.append(result); }, [] {});
+    } catch (const std::runtime_error &e) {
+        message = QString::fromUtf8(e.what());
+    }
+    QCOMPARE(message, QStringLiteral("number 7"));
+    QCOMPARE(used, QVector<int>({0, 1, 2, 3, 4, 5, 6}));
+}
+
+void InOrderTest::whatTheUserThrowsEndsIt()
+{
+    std::atomic<int> begun{0};
+    QString message;
+    try {
+        InOrder<int>::run(
+            100000, 4,
+            [&](int index) {
+                ++begun;
+                return index;
+            },
+            [](int &&result) {
+                if (result == 10)
+                    throw std::runtime_error("enough");
+            },
+            [] {});
+    } catch (const std::runtime_error &e) {
+        message = QString::fromUtf8(e.what());
+    }
+    QCOMPARE(message, QStringLiteral("enough"));
+    QVERIFY2(begun <= 11 + 4 * 16, qPrintable(QString::number(begun)));
+}
+
+void InOrderTest::whoWaitsIsCalledMeanwhile()
+{
+    std::atomic<int> ticks{0};
+    InOrder<int>::run(
+        1, 1,
+        [&](int index) {
+            while (ticks < 2)
+                std::this_thread::yield();
+            return index;
+        },
+        [](int &&) {}, [&] { ++ticks; });
+    QVERIFY(ticks >= 2);
+}
+
+QTEST_APPLESS_MAIN(InOrderTest)
+#include "tst_InOrder.moc"

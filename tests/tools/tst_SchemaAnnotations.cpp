@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include <jobxml/TunerProperties.h>
+#include <jobxml/Visit.h>
+
+#include "Schema.h"
+
+/// That the schema tells people what everything in the model is, since new documents are explained by it.
+class SchemaAnnotationsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyClassAndMemberIsTold();
+    void whatIsNotInTheSchemaIsNotTold();
+};
+
+namespace {
+
+const Schema::Annotations &annotations()
+{
+    static const Schema::Annotations all;
+    return all;
+}
+
+/// What nothing is told about, in an object and all that it can hold.
+QStringList untold(JobXml::DataObject &object, int &told)
+{
+    object.SetValidate(false);
+    QStringList result;
+    const QString className = object.GetObjectName();
+    if (!annotations().ofClass(className).endsWith(QLatin1Char('.')))
+        result.append(className);
+    JobXml::visit(object, [&](JobXml::MemberEditor &member) {
+        using Kind = JobXml::MemberKind;
+        if (member.GetKind() == Kind::Choice)
+            return; // is made by which element there is
+        if (!annotations().ofMember(className, member.GetName()).text.endsWith(QLatin1Char('.')))
+            result.append(className + QLatin1Char('/') + member.GetName());
+        ++told;
+        if (member.GetKind() == Kind::ObjectList)
+            result += untold(member.AppendChild(), told);
+        else if (member.GetKind() == Kind::Object || member.GetKind() == Kind::Alternative)
+            result += untold(member.EditChild(), told);
+    });
+    return result;
+}
+
+} // namespace
+
+void SchemaAnnotationsTest::everyClassAndMemberIsTold()
+{
+    JobXml::TunerProperties document;
+    int told = 0;
+    QCOMPARE(untold(document, told), QStringList());
+    QVERIFY(told >= 68);
+    QVERIFY(annotations().ofMember(QStringLiteral("Component"), QStringLiteral("type")).isAttribute);
+    QVERIFY(annotations().ofMember(QStringLiteral("ValueInt"), QStringLiteral("id")).isAttribute);
+    QVERIFY(!annotations().ofMember(QStringLiteral("BandwidthSelection"), QStringLiteral("Name")).isAttribute);
+    QCOMPARE(annotations().ofMember(QStringLiteral("ValueInt"), QStringLiteral("id")).text,
+             QStringLiteral("The identifier of the value within its node."));
+}
+
+void SchemaAnnotationsTest::whatIsNotInTheSchemaIsNotTold()
+{
+    QCOMPARE(annotations().ofClass(QStringLiteral("Nonsense")), QString());
+    QCOMPARE(annotations().ofMember(QStringLiteral("Component"), QStringLiteral("nonsense")).text, QString());
+    QCOMPARE(annotations().ofMember(QStringLiteral("Nonsense"), QStringLiteral("name")).text, QString());
+}
+
+QTEST_GUILESS_MAIN(SchemaAnnotationsTest)
+#include "tst_SchemaAnnotations.moc"

@@ -1,0 +1,463 @@
+// SPDX-License-Identifier: MIT
+#include "tools/Tool.h"
+
+/// One member of a document, read and changed by its path.
+class ToolGetSetTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void aPathLeadsToAMember_data();
+    void aPathLeadsToAMember();
+    void whatHoldsObjectsIsWrittenAsJson();
+    void aPathThatLeadsNowhereSaysWhy_data();
+    void aPathThatLeadsNowhereSaysWhy();
+    void whatHasNoValueIsNotWritten_data();
+    void whatHasNoValueIsNotWritten();
+
+    void valuesAreStored_data();
+    void valuesAreStored();
+    void whatIsNoValueIsRefused_data();
+    void whatIsNoValueIsRefused();
+    void theFileKeepsItsForm_data();
+    void theFileKeepsItsForm();
+    void standardInputGoesToStandardOutput();
+    void membersCanBeUnset();
+    void newProblemsAreRefused();
+    void knownProblemsAreNot();
+    void whatXmlWouldLoseIsToldFirst();
+    void whatAFormDoesNotHoldExactlyIsTold();
+    void aFileThatDoesNotChangeIsNotWritten();
+    void aFileStaysIfItCannotBeWritten();
+    void theArgumentsHaveToFit_data();
+    void theArgumentsHaveToFit();
+
+private:
+    /// The status, and what get writes or complains.
+    QString get(const QString &path);
+    /// What is different after a change, or the complaint.
+    QString set(const QStringList &arguments);
+
+    std::unique_ptr<Workshop> m_shop;
+};
+
+namespace {
+
+constexpr char document[] = R"({"TunerProperties": {"Version": "1.1", "name": "  two\n lines", "type": "SCP",
+    "baseresource": "", "hwProcessing": true, "quantity": -2, "connectableResources": null,
+    "unset": {"parentBaseResource": "kept"},
+    "StartupModes": {"StartupMode": ["Scan", "DF", null, 99]}, "MaxFFPDelay": "18446744073709551615",
+    "BandwidthSelection": [{"Name": "a,b]=\"c\"", "MaxBandwidth": 0.1}],
+    "Component": [
+      {"type": "Filter", "name": "Pre", "optional": false, "Node": [
+        {"id": "gain", "ValueItem": [
+          {"ChoiceValueItem": "ValueNumericInt",
+           "ValueNumericInt": {"id": "gain", "value": 5, "min": 0, "max": 10, "step": 1}},
+          {"ChoiceValueItem": "ValueFloat", "ValueFloat": {"id": "gain", "value": 0.1}},
+          {"ChoiceValueItem": "ValueString", "ValueString": {"id": "unit", "value": "dB"}}]},
+        {"id": "mode", "ValueItem": [
+          {"ChoiceValueItem": "ValueSelection", "ValueSelection": {"id": "mode", "value": "-Infinity", "text": "x",
+           "index": 0, "SelectionItem": [{"name": "x", "value": 1}, {"name": "x", "value": 2}]}}]}]},
+      {"type": "Filter", "name": "Post", "optional": true, "Node": [
+        {"id": "1", "ValueItem": [{"ChoiceValueItem": "ValueInt64", "ValueInt64":
+          {"id": "", "value": "-9223372036854775808"}}]}]},
+      {"type": "Mixer", "name": "Pre", "optional": true, "Node": [
+        {"id": "n", "ValueItem": [{"ChoiceValueItem": "ValueBoolean", "ValueBoolean": {"id": "i", "value": true}}]}]}
+    ]}})";
+
+const char *const gain = "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[1]/ValueNumericInt/value";
+
+} // namespace
+
+void ToolGetSetTest::init()
+{
+    m_shop = std::make_unique<Workshop>();
+    m_shop->write(QStringLiteral("f.json"), document);
+}
+
+QString ToolGetSetTest::get(const QString &path)
+{
+    const Run run = m_shop->run({QStringLiteral("get"), QStringLiteral("f.json"), path});
+    return QStringLiteral("%1 ").arg(run.status) + run.out + run.err;
+}
+
+QString ToolGetSetTest::set(const QStringList &arguments)
+{
+    m_shop->write(QStringLiteral("before.json"), m_shop->read(QStringLiteral("f.json")));
+    const Run run = m_shop->run(QStringList{QStringLiteral("set")} + arguments);
+    const Run diff = m_shop->run(line("diff before.json f.json"));
+    return QStringLiteral("%1 ").arg(run.status) + run.out + run.err + diff.out + diff.err;
+}
+
+void ToolGetSetTest::aPathLeadsToAMember_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("value");
+    const auto row = [](const char *path, const char *value) {
+        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(value);
+    };
+    row("name", "  two\n lines\n");
+    row("baseresource", "\n");
+    row("type", "SCP\n");
+    row("hwProcessing", "true\n");
+    row("quantity", "-2\n");
+    row("MaxFFPDelay", "18446744073709551615\n");
+    row("StartupModes/StartupMode", "Scan\nDF\n(null)\n99\n");
+    row(R"(BandwidthSelection[Name="a,b]=\"c\""]/MaxBandwidth)", "0.1\n");
+    row(R"(BandwidthSelection[Name="a\u002Cb\u005d=\"c\""]/MaxBandwidth)", "0.1\n");
+    row("BandwidthSelection/MaxBandwidth", "0.1\n");
+    row("Component[type=Filter,name=Post]/optional", "true\n");
+    row("Component[name=Post]/optional", "true\n");
+    row("Component[name=\"Post\"]/type", "Filter\n");
+    row("Component[type=Mixer]/name", "Pre\n");
+    row("Component[2]/name", "Post\n");
+    row("Component[type=Filter][2]/name", "Post\n");
+    row("Component[name=Pre][2]/type", "Mixer\n");
+    row("Component[1]/Node[id=gain]/ValueItem[1]/value", "5\n");
+    row("Component[1]/Node[id=gain]/ValueItem[1]/ValueNumericInt/max", "10\n");
+    row("Component[1]/Node[id=gain]/ValueItem[id=gain][2]/value", "0.1\n");
+    row("Component[1]/Node[id=gain]/ValueItem[id=unit]/value", "dB\n");
+    row("Component[1]/Node[id=gain]/ValueItem[3]/ChoiceValueItem", "ValueString\n");
+    row("Component[1]/Node[id=mode]/ValueItem/value", "-inf\n");
+    row("Component[1]/Node[id=mode]/ValueItem/SelectionItem[name=x][2]/value", "2\n");
+    row("Component[2]/Node[id=1]/ValueItem/value", "-9223372036854775808\n");
+    row("Component[2]/Node[1]/ValueItem[id=\"\"]/value", "-9223372036854775808\n");
+}
+
+void ToolGetSetTest::aPathLeadsToAMember()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, value);
+    QCOMPARE(get(path), QStringLiteral("0 ") + value);
+}
+
+void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
+{
+    QCOMPARE(get(QStringLiteral("StartupModes")),
+             QStringLiteral("0 {\"StartupMode\": [\"Scan\", \"DF\", null, 99]}\n"));
+    QCOMPARE(get(QStringLiteral("BandwidthSelection")),
+             QStringLiteral("0 [\n  {\"Name\": \"a,b]=\\\"c\\\"\", \"MaxBandwidth\": 0.1}\n]\n"));
+    QCOMPARE(get(QStringLiteral("BandwidthSelection[1]")),
+             QStringLiteral("0 {\"Name\": \"a,b]=\\\"c\\\"\", \"MaxBandwidth\": 0.1}\n"));
+    QCOMPARE(get(QStringLiteral("Component[1]/Node[1]/ValueItem[2]/ValueFloat")),
+             QStringLiteral("0 {\"id\": \"gain\", \"value\": 0.1}\n"));
+}
+
+void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("why");
+    const auto row = [](const char *path, const char *why) {
+        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(why);
+    };
+    row("", "the name of a member is missing at character 1 of the path");
+    row("/name", "the name of a member is missing at character 1 of the path");
+    row("StartupModes/", "the name of a member is missing at character 14 of the path");
+    row("Component[1", "']' is missing at character 12 of the path");
+    row("Component[0]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
+    row("Component[Pre]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
+    row("Component[name=Pre,Filter]", "'=' is missing at character 26 of the path");
+    row("Component[name=\"Pre]", "'\"' is missing at character 21 of the path");
+    row("Component[name=\"\\x\"]", "none of \\\" \\\\ \\n \\r \\t \\u0000 at character 19 of the path");
+    row("Component[1]x", "'/' or '[' is missing at character 13 of the path");
+    row("quantiy", "quantiy: 'quantiy' is no member of TunerProperties; did you mean 'quantity'?");
+    row("Component[1]/Nodes",
+        "Component[type=Filter,name=Pre]/Nodes: 'Nodes' is no member of Component; did you mean "
+        "'Node'?");
+    row("quantity/value", "quantity: is a value, and has no members");
+    row("quantity[1]", "quantity[1]: 'quantity' is no list of objects");
+    row("Component[4]/name", "Component[4]: there are only 3 of them");
+    row("Component/name",
+        "Component: 3 of them fit; tell which one: Component[type=Filter,name=Pre], "
+        "Component[type=Filter,name=Post], Component[type=Mixer,name=Pre]");
+    row("Component[name=Pre]/type",
+        "Component[name=Pre]: 2 of them fit; tell which one: "
+        "Component[type=Filter,name=Pre], Component[type=Mixer,name=Pre]");
+    row("Component[name=pre]/type",
+        "Component[name=pre]: there is no such Component; there are "
+        "Component[type=Filter,name=Pre], Component[type=Filter,name=Post], "
+        "Component[type=Mixer,name=Pre]");
+    row("Component[optional=true]/type",
+        "Component[optional=true]: 'optional' identifies no Component; what does is "
+        "type or name");
+    row("Component[1]/Node[1]/ValueItem[1]/ValueInt/value",
+        "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/ValueInt: the item holds a "
+        "ValueNumericInt");
+    row("Component[1]/Node[1]/ValueItem[1]/valu",
+        "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/valu: 'valu' is no member of "
+        "ValueNumericInt; did you mean 'value'?");
+}
+
+void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, why);
+    QCOMPARE(get(path), QStringLiteral("1 tunerproperties: f.json: ") + why + QLatin1Char('\n'));
+    QCOMPARE(set({QStringLiteral("f.json"), path, QStringLiteral("1")}),
+             QStringLiteral("1 tunerproperties: f.json: ") + why + QLatin1Char('\n'));
+}
+
+void ToolGetSetTest::whatHasNoValueIsNotWritten_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("why");
+    QTest::newRow("not set") << QStringLiteral("HRPANSupported") << QStringLiteral("is not set");
+    QTest::newRow("not set, with a value") << QStringLiteral("parentBaseResource") << QStringLiteral("is not set");
+    QTest::newRow("null") << QStringLiteral("connectableResources") << QStringLiteral("is set, but to no value");
+}
+
+void ToolGetSetTest::whatHasNoValueIsNotWritten()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, why);
+    const Run run = m_shop->run({QStringLiteral("get"), QStringLiteral("f.json"), path});
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: f.json: %1: %2\n").arg(path, why));
+    QCOMPARE(run.status, 1);
+}
+
+void ToolGetSetTest::valuesAreStored_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("change");
+    const auto row = [](const char *path, const char *value, const char *change) {
+        QTest::newRow(qPrintable(QString::fromUtf8(path) + QLatin1Char(' ') + QString::fromUtf8(value)))
+            << QString::fromUtf8(path) << QString::fromUtf8(value) << QString::fromUtf8(change);
+    };
+    row("quantity", "7", "~ quantity: -2 -> 7\n");
+    row("quantity", "-7", "~ quantity: -2 -> -7\n");
+    row("quantity", "2147483647", "~ quantity: -2 -> 2147483647\n");
+    row("quantity", "007", "~ quantity: -2 -> 7\n");
+    row("quantity", "-2", "");
+    row("MaxFFPDelay", "0", "~ MaxFFPDelay: 18446744073709551615 -> 0\n");
+    row("hwProcessing", "false", "~ hwProcessing: true -> false\n");
+    row("hwProcessing", "0", "~ hwProcessing: true -> false\n");
+    row("hwProcessing", "1", "");
+    row("HRPANSupported", "false", "~ HRPANSupported: false (not set) -> false\n");
+    row("type", "Receiver", "~ type: \"SCP\" -> \"Receiver\"\n");
+    row("parentBaseResource", "kept", "~ parentBaseResource: \"kept\" (not set) -> \"kept\"\n");
+    row("name", "", "~ name: \"  two\\n lines\" -> \"\"\n");
+    row("name", "\u00E4 \U0001F600", "~ name: \"  two\\n lines\" -> \"\u00E4 \U0001F600\"\n");
+    row("StartupModes/StartupMode", "Stop,Scan",
+        "~ StartupModes/StartupMode: [\"Scan\", \"DF\", (null), 99] -> [\"Stop\", \"Scan\"]\n");
+    row("Component[1]/displayName", "-x", "~ Component[type=Filter,name=Pre]/displayName: (not set) -> \"-x\"\n");
+    row(gain, "6",
+        "~ Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/ValueNumericInt/value: 5 -> "
+        "6\n");
+    row("Component[1]/Node[1]/ValueItem[2]/value", "-1.5e-3",
+        "~ Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][2]/ValueFloat/value: 0.1 -> -0.0015\n");
+    row("Component[1]/Node[1]/ValueItem[2]/value", "-inf",
+        "~ Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][2]/ValueFloat/value: 0.1 -> -inf\n");
+    row("Component[1]/Node[1]/ValueItem[2]/value", "nan",
+        "~ Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][2]/ValueFloat/value: 0.1 -> nan\n");
+    row("BandwidthSelection/MaxBandwidth", "Infinity",
+        "~ BandwidthSelection[Name=\"a,b]=\\\"c\\\"\"]/MaxBandwidth: 0.1 -> inf\n");
+    row("BandwidthSelection/MaxBandwidth", "1e-400",
+        "~ BandwidthSelection[Name=\"a,b]=\\\"c\\\"\"]/MaxBandwidth: 0.1 -> 0\n");
+}
+
+void ToolGetSetTest::valuesAreStored()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, value);
+    QFETCH(QString, change);
+    QStringList arguments = {QStringLiteral("f.json"), path, value};
+    if (value == QLatin1String("-x"))
+        arguments.prepend(QStringLiteral("--"));
+    QCOMPARE(set(arguments), QStringLiteral("0 ") + change);
+}
+
+void ToolGetSetTest::whatIsNoValueIsRefused_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("why");
+    const auto row = [](const char *path, const char *value, const char *why) {
+        QTest::newRow(qPrintable(QString::fromUtf8(path) + QLatin1Char(' ') + QString::fromUtf8(value)))
+            << QString::fromUtf8(path) << QString::fromUtf8(value) << QString::fromUtf8(why);
+    };
+    for (const char *value : {"", "abc", "1.0", "1e3", "0x10", " 1", "1 ", "+1", "\u0661"})
+        row("quantity", value, qPrintable(QStringLiteral("'%1' is no whole number").arg(QString::fromUtf8(value))));
+    row("quantity", "2147483648", "'2147483648' is out of range; it goes from -2147483648 to 2147483647");
+    row("quantity", "-2147483649", "'-2147483649' is out of range; it goes from -2147483648 to 2147483647");
+    row("MaxFFPDelay", "-1", "'-1' is out of range; it goes from 0 to 18446744073709551615");
+    row("hwProcessing", "yes", "'yes' is neither true nor false");
+    row("hwProcessing", "TRUE", "'TRUE' is neither true nor false");
+    row("type", "receiver",
+        "'receiver' is no type; did you mean 'Receiver'? (MCP, SCP, FFP, Receiver or DirectionFinder)");
+    row("type", "3", "'3' is no type (MCP, SCP, FFP, Receiver or DirectionFinder)");
+    row("StartupModes/StartupMode", "Scan,,DF",
+        "'' is no StartupMode (Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop)");
+    row("BandwidthSelection[1]/MaxBandwidth", ".5", "'.5' is no number");
+    row("BandwidthSelection[1]/MaxBandwidth", "1e400",
+        "'1e400' is out of range; it goes from -1.7976931348623157e+308 to 1.7976931348623157e+308");
+    row("Component[1]/Node[1]/ValueItem[2]/value", "1e39",
+        "'1e39' is out of range; it goes from -3.4028235e+38 to 3.4028235e+38");
+    row("StartupModes", "Scan", "is no value; name a member of it");
+    row("Component", "x", "is no value; name a member of it");
+    row("Component[1]", "x", "is no value; name a member of it");
+}
+
+void ToolGetSetTest::whatIsNoValueIsRefused()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, value);
+    QFETCH(QString, why);
+    const QString message = set({QStringLiteral("f.json"), path, value});
+    QVERIFY2(message.startsWith(QStringLiteral("1 tunerproperties: f.json: ")), qPrintable(message));
+    QVERIFY2(message.endsWith(QStringLiteral(": ") + why + QLatin1Char('\n')), qPrintable(message));
+}
+
+void ToolGetSetTest::theFileKeepsItsForm_data()
+{
+    QTest::addColumn<QString>("file");
+    for (const char *file : {"f.xml", "f.tpb", "f.tpz", "f.tps", "f.json"})
+        QTest::newRow(file) << QString::fromUtf8(file);
+}
+
+void ToolGetSetTest::theFileKeepsItsForm()
+{
+    QFETCH(QString, file);
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    m_shop->write(QStringLiteral("changed.xml"), QByteArray(smallXml).replace("value=\"7\"", "value=\"-8\""));
+    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("small.xml"), file}).status, 0);
+    QCOMPARE(
+        m_shop->run({QStringLiteral("convert"), QStringLiteral("changed.xml"), QStringLiteral("c-") + file}).status, 0);
+    const Run run = m_shop->run(
+        {QStringLiteral("set"), file, QStringLiteral("Component/Node/ValueItem/value"), QStringLiteral("-8")});
+    QCOMPARE(run.out + run.err, QString());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(m_shop->read(file), m_shop->read(QStringLiteral("c-") + file));
+}
+
+void ToolGetSetTest::standardInputGoesToStandardOutput()
+{
+    const Run run = m_shop->run(line("set - Component/Node/ValueItem/value 9"), smallXml);
+    QCOMPARE(run.bytes, QByteArray(smallXml).replace("value=\"7\"", "value=\"9\""));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(m_shop->run(line("set - Component/Node/ValueItem/value 7"), smallXml).bytes, QByteArray(smallXml));
+}
+
+void ToolGetSetTest::membersCanBeUnset()
+{
+    QCOMPARE(set(line("--unset f.json quantity")), QStringLiteral("0 ~ quantity: -2 -> 1 (not set)\n"));
+    QCOMPARE(set(line("--unset f.json quantity")), QStringLiteral("0 "));
+    QCOMPARE(set(line("--unset f.json parentBaseResource")),
+             QStringLiteral("0 ~ parentBaseResource: \"kept\" (not set) -> (not set)\n"));
+    QCOMPARE(set(line("f.json --unset StartupModes")),
+             QStringLiteral("0 - StartupModes: StartupMode [\"Scan\", \"DF\", (null), 99]\n"));
+    QCOMPARE(set(line("--unset f.json BandwidthSelection")),
+             QStringLiteral("0 - BandwidthSelection[Name=\"a,b]=\\\"c\\\"\"]: MaxBandwidth 0.1\n"));
+    QCOMPARE(
+        set(line("--unset f.json Component[1]")),
+        QStringLiteral("1 tunerproperties: f.json: Component[type=Filter,name=Pre]: is an item of a list; only the "
+                       "whole list can be unset\n"));
+}
+
+void ToolGetSetTest::newProblemsAreRefused()
+{
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_shop->run(line("set --unset small.xml Component/type"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: small.xml: Component \"c\": Component: Please set type "
+                            "properly.\n"));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
+
+    QCOMPARE(m_shop->run(line("set --no-validate --unset small.xml Component/type")).err, QString());
+    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), QByteArray(smallXml).replace("type=\"t\"", "type=\"\""));
+    const Run choice = m_shop->run(line("set small.xml Component/Node/ValueItem/ChoiceValueItem ValueFloat"));
+    QCOMPARE(choice.err,
+             QStringLiteral("tunerproperties: small.xml: Component \"c\": Node \"n\": ValueItem 1: "
+                            "ValueItem:Check failed. The mandatory member (choice element) m_valueFloat is "
+                            "not set.\n"));
+    QCOMPARE(choice.status, 1);
+}
+
+void ToolGetSetTest::knownProblemsAreNot()
+{
+    m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"type\": \"SCP\",", ""));
+    QCOMPARE(set(line("f.json quantity 3")), QStringLiteral("0 ~ quantity: -2 -> 3\n"));
+    QCOMPARE(set(line("f.json type MCP")), QStringLiteral("0 ~ type: (not set) -> \"MCP\"\n"));
+}
+
+void ToolGetSetTest::whatXmlWouldLoseIsToldFirst()
+{
+    const QByteArray xml = QByteArray(smallXml).replace("</TunerProperties>", "  <Extra/>\n</TunerProperties>");
+    m_shop->write(QStringLiteral("small.xml"), xml);
+    const Run run = m_shop->run(line("set small.xml quantity 3"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: small.xml: line 10, column 3: Unknown Tag 'Extra' in "
+                            "'TunerProperties'.\n"));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), xml);
+    QCOMPARE(m_shop->run(line("set --no-validate small.xml quantity 3")).status, 0);
+    QCOMPARE(m_shop->read(QStringLiteral("small.xml")),
+             QByteArray(smallXml).replace("baseresource=\"b\"", "baseresource=\"b\" quantity=\"3\""));
+}
+
+void ToolGetSetTest::whatAFormDoesNotHoldExactlyIsTold()
+{
+    m_shop->write(QStringLiteral("small.xml"), QByteArray(smallXml).replace("ValueInt", "ValueFloat"));
+    const QString value = QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueFloat/value");
+    const Run rounded =
+        m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("0.126")});
+    QCOMPARE(rounded.err,
+             QStringLiteral("tunerproperties: small.xml: %1: is read from this form as 0.13\n").arg(value));
+    QCOMPARE(rounded.status, 0);
+    QCOMPARE(m_shop->run({QStringLiteral("get"), QStringLiteral("small.xml"), value}).out, QStringLiteral("0.13\n"));
+    QCOMPARE(m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("-0.1")}).err,
+             QString());
+
+    const Run large = m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775808"));
+    QCOMPARE(large.err, QStringLiteral("tunerproperties: small.xml: MaxFFPDelay: is read from this form as 0\n"));
+    QCOMPARE(m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
+}
+
+void ToolGetSetTest::aFileThatDoesNotChangeIsNotWritten()
+{
+    // Not even its layout, which would be another one.
+    QCOMPARE(m_shop->run(line("set f.json quantity -2")).status, 0);
+    QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
+}
+
+void ToolGetSetTest::aFileStaysIfItCannotBeWritten()
+{
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_shop->run(
+        {QStringLiteral("set"), QStringLiteral("small.xml"), QStringLiteral("name"), QStringLiteral("a\x01z")});
+    QVERIFY(run.err.startsWith(QStringLiteral("tunerproperties: small.xml: ")));
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
+    QCOMPARE(m_shop->files(), QStringList({QStringLiteral("f.json"), QStringLiteral("small.xml")}));
+}
+
+void ToolGetSetTest::theArgumentsHaveToFit_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("why");
+    const auto row = [](const char *arguments, const char *why) {
+        QTest::newRow(arguments) << QString::fromUtf8(arguments) << QString::fromUtf8(why);
+    };
+    row("set f.json", "the arguments of 'set' are FILE PATH VALUE or --unset FILE PATH");
+    row("set f.json quantity", "the value is missing");
+    row("set --unset f.json quantity 3", "--unset takes a path and no value");
+    row("get f.json", "the arguments of 'get' are FILE PATH");
+    row("set f.json name -x", "'-x' is no option of 'set'");
+}
+
+void ToolGetSetTest::theArgumentsHaveToFit()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, why);
+    const Run run = m_shop->run(line(arguments.toUtf8().constData()));
+    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("tunerproperties: ") + why);
+    QCOMPARE(run.status, 2);
+    QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
+}
+
+QTEST_GUILESS_MAIN(ToolGetSetTest)
+#include "tst_ToolGetSet.moc"

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <Commands.h>
+#include <Forms.h>
+#include <HelpText.h>
+
+/// The manual page, as roff reads it.
+class ToolManualTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void roffHasNothingToSayAboutIt_data();
+    void roffHasNothingToSayAboutIt();
+    void itBeginsAsManualsDo();
+    void itHasTheUsualSections();
+    void itTellsWhatTheHelpTells_data();
+    void itTellsWhatTheHelpTells();
+
+private:
+    QString m_page; // as people read it, but each paragraph on one line
+};
+
+namespace {
+
+struct Formatted
+{
+    int status = -1;
+    QByteArray page;
+    QString complaints;
+};
+
+Formatted formatted(const QStringList &options)
+{
+    QProcess process;
+    process.start(QStringLiteral(GROFF_PROGRAM),
+                  QStringList{QStringLiteral("-ww"), QStringLiteral("-man")} + options << QStringLiteral(MANUAL));
+    Formatted result;
+    if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit) {
+        result.status = process.exitCode();
+        result.page = process.readAllStandardOutput();
+        result.complaints = QString::fromUtf8(process.readAllStandardError());
+    }
+    return result;
+}
+
+QString withSingleBlanks(QString text)
+{
+    return text.replace(QRegularExpression(QStringLiteral(" +")), QStringLiteral(" "));
+}
+
+} // namespace
+
+void ToolManualTest::initTestCase()
+{
+    const Formatted page = formatted(
+        {QStringLiteral("-Tascii"), QStringLiteral("-P-cbou"), QStringLiteral("-rLL=900n"), QStringLiteral("-rHY=0")});
+    QCOMPARE(page.status, 0);
+    m_page = withSingleBlanks(QString::fromLatin1(page.page));
+}
+
+void ToolManualTest::roffHasNothingToSayAboutIt_data()
+{
+    QTest::addColumn<QString>("device");
+    for (const char *device : {"-Tascii", "-Tutf8"})
+        QTest::newRow(device) << QString::fromLatin1(device);
+}
+
+void ToolManualTest::roffHasNothingToSayAboutIt()
+{
+    QFETCH(QString, device);
+    const Formatted page = formatted({device});
+    QCOMPARE(page.complaints, QString());
+    QCOMPARE(page.status, 0);
+    QVERIFY(page.page.contains("tunerproperties"));
+}
+
+void ToolManualTest::itBeginsAsManualsDo()
+{
+    const QStringList lines = m_page.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.value(0), QStringLiteral("TUNERPROPERTIES(1) User Commands TUNERPROPERTIES(1)"));
+    QCOMPARE(lines.value(1), QStringLiteral("NAME"));
+    QCOMPARE(lines.value(2),
+             QStringLiteral(" tunerproperties - shows, validates, converts, compares and changes descriptions of radio "
+                            "tuners"));
+    QCOMPARE(lines.value(3), QStringLiteral("SYNOPSIS"));
+    QCOMPARE(lines.value(4), QStringLiteral(" tunerproperties COMMAND [OPTION...] [FILE...]"));
+    QCOMPARE(lines.last(), QStringLiteral("tunerproperties " TOOL_VERSION " TUNERPROPERTIES(1)"));
+}
+
+void ToolManualTest::itHasTheUsualSections()
+{
+    QStringList sections;
+    for (const QString &line : m_page.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        if (!line.startsWith(QLatin1Char(' ')) && !line.contains(QStringLiteral("TUNERPROPERTIES(1)")))
+            sections.append(line);
+    }
+    QCOMPARE(sections,
+             QStringList({QStringLiteral("NAME"), QStringLiteral("SYNOPSIS"), QStringLiteral("DESCRIPTION"),
+                          QStringLiteral("OPTIONS"), QStringLiteral("COMMANDS"), QStringLiteral("FORMS"),
+                          QStringLiteral("EXIT STATUS")}));
+}
+
+void ToolManualTest::itTellsWhatTheHelpTells_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const Command &command : allCommands())
+        QTest::newRow(qPrintable(command.name)) << command.name;
+}
+
+void ToolManualTest::itTellsWhatTheHelpTells()
+{
+    QFETCH(QString, name);
+    const Command &command = *commandNamed(name);
+    const QString own = m_page.section(QStringLiteral("\n ") + name + QLatin1Char('\n'), 1);
+    QStringList told = command.details + QStringList(command.summary);
+    for (const Option &option : command.options)
+        told << option.help
+             << option.allTyped().join(QStringLiteral(", "))
+                + (option.value.isEmpty() ? QString() : QLatin1Char(' ') + option.value);
+    for (const QString &usage : command.usages)
+        told.append(QStringLiteral("tunerproperties %1 [OPTION...] %2").arg(name, usage).trimmed());
+    for (const Example &example : command.examples)
+        told << QStringLiteral("tunerproperties ") + example.line << example.effect;
+    for (const QString &text : qAsConst(told))
+        QVERIFY2(own.contains(withSingleBlanks(text)), qPrintable(text));
+}
+
+QTEST_GUILESS_MAIN(ToolManualTest)
+#include "tst_ToolManual.moc"

@@ -1,0 +1,317 @@
+// SPDX-License-Identifier: MIT
+#include "tools/Tool.h"
+
+#include <csignal>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// Signals that come while the tool is at work.
+class ToolSignalsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void theProgramEndsByTheSignalAndTellsHowFarItCame_data();
+    void theProgramEndsByTheSignalAndTellsHowFarItCame();
+    void beforeTheFirstFileIsDoneNoneIsCounted();
+    void quietlyItEndsWithoutAWord();
+    void jsonIsFollowedByTheSameWords();
+    void oneFileTakesNoWords_data();
+    void oneFileTakesNoWords();
+    void whatIsIgnoredFromTheStartStaysSo();
+    void aFileOnItsWayGetsToItsPlace_data();
+    void aFileOnItsWayGetsToItsPlace();
+    void noFileIsHalfWrittenWheneverTheSignalComes();
+    void nothingIsLeftOfAPipeThatWasKept();
+    void aReaderThatDoesNotReadDoesNotHoldItUp();
+    void aReaderThatLeavesEndsItAsOthers();
+
+private:
+    void start(const QStringList &arguments);
+    void makePipe() { QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0); }
+    void awaitReader();
+    void awaitFile(const char *name);
+    void checkThatItEndsBy(int number);
+    QStringList filesIn(const char *folder) const;
+
+    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<QProcess> m_process;
+    QProcessEnvironment m_environment;
+    int m_pipe = -1; // the end to write to
+};
+
+namespace {
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QString text(const QByteArray &utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+} // namespace
+
+void ToolSignalsTest::init()
+{
+    m_shop = std::make_unique<Workshop>();
+    m_process = std::make_unique<QProcess>();
+    m_environment = QProcessEnvironment::systemEnvironment();
+    m_shop->write(text("good.xml"), smallXml);
+    m_shop->write(text("other.xml"), smallXml);
+    QVERIFY(QDir().mkpath(m_shop->path(text("temporary"))));
+    m_environment.insert(text("TMPDIR"), m_shop->path(text("temporary")));
+}
+
+void ToolSignalsTest::cleanup()
+{
+    if (m_pipe >= 0)
+        close(m_pipe);
+    m_pipe = -1;
+    m_process.reset(); // kills one that is still there
+    m_shop.reset();
+}
+
+void ToolSignalsTest::start(const QStringList &arguments)
+{
+    m_process->setProcessEnvironment(m_environment);
+    m_process->setWorkingDirectory(m_shop->path(text(".")));
+    m_process->start(text(TOOL_PROGRAM), arguments);
+    QVERIFY(m_process->waitForStarted());
+}
+
+/// Waits until the tool has opened the pipe to read, where it stays then.
+void ToolSignalsTest::awaitReader()
+{
+    const QByteArray path = QFile::encodeName(m_shop->path(text("pipe")));
+    const auto isOpen = [&] { // asked once more when it is
+        if (m_pipe < 0)
+            m_pipe = open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+        return m_pipe >= 0;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isOpen(), 30000);
+}
+
+void ToolSignalsTest::awaitFile(const char *name)
+{
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_shop->path(text(name))), 30000);
+}
+
+void ToolSignalsTest::checkThatItEndsBy(int number)
+{
+    QVERIFY(m_process->waitForFinished());
+    QCOMPARE(m_process->exitStatus(), QProcess::CrashExit); // as Qt calls every end by a signal
+    QCOMPARE(m_process->exitCode(), number);
+}
+
+QStringList ToolSignalsTest::filesIn(const char *folder) const
+{
+    return QDir(m_shop->path(text(folder)))
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame()
+{
+    QFETCH(int, number);
+    makePipe();
+    start(line("convert --jobs 2 --to tagged --out-dir out good.xml pipe other.xml"));
+    awaitReader();
+    awaitFile("out/good.tpb");
+    awaitFile("out/other.tpb");
+    kill(pid_t(m_process->processId()), number);
+    checkThatItEndsBy(number);
+    QCOMPARE(text(m_process->readAllStandardError()),
+             text("tunerproperties: interrupted when 2 of 3 files were done: 2 converted\n"));
+    QCOMPARE(m_process->readAllStandardOutput(), QByteArray());
+    QCOMPARE(filesIn("out"), QStringList({text("good.tpb"), text("other.tpb")}));
+    QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_shop->read(text("out/other.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(filesIn("temporary"), QStringList());
+}
+
+void ToolSignalsTest::beforeTheFirstFileIsDoneNoneIsCounted()
+{
+    makePipe();
+    start(line("validate --jobs 1 pipe good.xml"));
+    awaitReader();
+    kill(pid_t(m_process->processId()), SIGINT);
+    checkThatItEndsBy(SIGINT);
+    QCOMPARE(text(m_process->readAllStandardError()),
+             text("tunerproperties: interrupted when 0 of 2 files were done\n"));
+}
+
+void ToolSignalsTest::quietlyItEndsWithoutAWord()
+{
+    makePipe();
+    start(line("validate --quiet pipe good.xml"));
+    awaitReader();
+    kill(pid_t(m_process->processId()), SIGINT);
+    checkThatItEndsBy(SIGINT);
+    QCOMPARE(m_process->readAllStandardError(), QByteArray());
+}
+
+void ToolSignalsTest::jsonIsFollowedByTheSameWords()
+{
+    makePipe();
+    start(line("validate --json --jobs 1 good.xml pipe"));
+    awaitReader(); // with one job the first file is done by then
+    kill(pid_t(m_process->processId()), SIGTERM);
+    checkThatItEndsBy(SIGTERM);
+    QCOMPARE(text(m_process->readAllStandardError()),
+             text("tunerproperties: interrupted when 1 of 2 files were done: 1 valid\n"));
+}
+
+void ToolSignalsTest::oneFileTakesNoWords_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("show") << line("show pipe");
+    QTest::newRow("validate") << line("validate pipe");
+    QTest::newRow("convert") << line("convert pipe out.xml");
+}
+
+void ToolSignalsTest::oneFileTakesNoWords()
+{
+    QFETCH(QStringList, arguments);
+    makePipe();
+    start(arguments);
+    awaitReader();
+    kill(pid_t(m_process->processId()), SIGINT);
+    checkThatItEndsBy(SIGINT);
+    QCOMPARE(m_process->readAllStandardError(), QByteArray());
+    QCOMPARE(m_process->readAllStandardOutput(), QByteArray());
+    QCOMPARE(filesIn("."), QStringList({text("good.xml"), text("other.xml"), text("pipe"), text("temporary")}));
+}
+
+void ToolSignalsTest::whatIsIgnoredFromTheStartStaysSo()
+{
+    makePipe();
+    m_process->setProcessEnvironment(m_environment);
+    m_process->setWorkingDirectory(m_shop->path(text(".")));
+    m_process->start(text("/bin/sh"),
+                     {text("-c"), text("trap '' HUP; exec \"$0\" validate good.xml pipe"), text(TOOL_PROGRAM)});
+    QVERIFY(m_process->waitForStarted());
+    awaitReader();
+    kill(pid_t(m_process->processId()), SIGHUP);
+    QCOMPARE(write(m_pipe, smallXml, strlen(smallXml)), ssize_t(strlen(smallXml)));
+    close(std::exchange(m_pipe, -1));
+    QVERIFY(m_process->waitForFinished());
+    QCOMPARE(m_process->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_process->exitCode(), 0);
+    QCOMPARE(text(m_process->readAllStandardError()), text("tunerproperties: 2 files: 2 valid\n"));
+}
+
+void ToolSignalsTest::aFileOnItsWayGetsToItsPlace_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("one") << line("convert good.xml out/good.tpb");
+    QTest::newRow("many") << line("convert --jobs 1 --to tagged --out-dir out good.xml other.xml");
+}
+
+void ToolSignalsTest::aFileOnItsWayGetsToItsPlace()
+{
+    QFETCH(QStringList, arguments);
+    QVERIFY(QDir().mkpath(m_shop->path(text("out"))));
+    m_environment.insert(text("LD_PRELOAD"), text(SIGNAL_AT_RENAME_MODULE));
+    m_environment.insert(text("ASAN_OPTIONS"), // that the sanitizer is not loaded first is meant
+                         qEnvironmentVariable("ASAN_OPTIONS") + text(":verify_asan_link_order=0"));
+    start(arguments);
+    checkThatItEndsBy(SIGINT);
+    const QStringList files = filesIn("out");
+    QVERIFY2(files == QStringList(text("good.tpb")) || files == QStringList({text("good.tpb"), text("other.tpb")}),
+             qPrintable(files.join(QLatin1Char(' '))));
+    for (const QString &name : files)
+        QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
+    if (arguments.contains(text("--out-dir")))
+        QCOMPARE(text(m_process->readAllStandardError()),
+                 text("tunerproperties: interrupted when %1 of 2 files were done: %1 converted\n").arg(files.size()));
+}
+
+void ToolSignalsTest::noFileIsHalfWrittenWheneverTheSignalComes()
+{
+    QStringList arguments = line("convert --to tagged --out-dir out");
+    for (int i = 0; i < 200; ++i) {
+        arguments.append(text("%1.xml").arg(i));
+        m_shop->write(arguments.last(), smallXml);
+    }
+    for (int milliseconds = 5; milliseconds <= 60; milliseconds += 5) {
+        QVERIFY(QDir(m_shop->path(text("out"))).removeRecursively());
+        m_process = std::make_unique<QProcess>();
+        start(arguments);
+        QTest::qSleep(milliseconds);
+        kill(pid_t(m_process->processId()), SIGTERM);
+        QVERIFY(m_process->waitForFinished());
+        const QStringList files = filesIn("out");
+        for (const QString &name : files) {
+            QVERIFY2(name.endsWith(QLatin1String(".tpb")), qPrintable(name));
+            QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
+        }
+        const QString told = text(m_process->readAllStandardError());
+        if (m_process->exitStatus() == QProcess::CrashExit && !told.isEmpty() && !files.isEmpty())
+            QCOMPARE(
+                told,
+                text("tunerproperties: interrupted when %1 of 200 files were done: %1 converted\n").arg(files.size()));
+    }
+}
+
+void ToolSignalsTest::nothingIsLeftOfAPipeThatWasKept()
+{
+    makePipe();
+    start(line("show pipe"));
+    awaitReader();
+    QCOMPARE(write(m_pipe, "<Tuner", 6), ssize_t(6));
+    // Only an empty pipe can be waited for; so the first bytes are kept by now.
+    int left = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(ioctl(m_pipe, FIONREAD, &left) == 0 && left == 0, 30000);
+    QCOMPARE(filesIn("temporary"), QStringList());
+    kill(pid_t(m_process->processId()), SIGINT);
+    checkThatItEndsBy(SIGINT);
+    QCOMPARE(filesIn("temporary"), QStringList());
+}
+
+void ToolSignalsTest::aReaderThatDoesNotReadDoesNotHoldItUp()
+{
+    makePipe();
+    m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    const int reader = open(QFile::encodeName(m_shop->path(text("pipe"))).constData(), O_RDWR | O_CLOEXEC);
+    QVERIFY(reader >= 0);
+    m_process->setStandardOutputFile(m_shop->path(text("pipe")));
+    QStringList arguments = line("validate");
+    for (int i = 0; i < 3000; ++i) // about 50 bytes are told about each, and a pipe takes 64 KiB
+        arguments.append(text("bad.xml"));
+    start(arguments);
+    int filled = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(ioctl(reader, FIONREAD, &filled) == 0 && filled > 60000, 60000);
+    kill(pid_t(m_process->processId()), SIGINT);
+    checkThatItEndsBy(SIGINT);
+    close(reader);
+}
+
+void ToolSignalsTest::aReaderThatLeavesEndsItAsOthers()
+{
+    m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    const Run run =
+        m_shop->shell(text("{ \"$tool\" validate $(yes bad.xml | head -n 3000); echo $? >&2; } | head -n 1"));
+    QCOMPARE(run.out, text("bad.xml: TunerProperties: Please set type properly.\n"));
+    QCOMPARE(run.err, text("%1\n").arg(128 + SIGPIPE));
+}
+
+QTEST_GUILESS_MAIN(ToolSignalsTest)
+#include "tst_ToolSignals.moc"

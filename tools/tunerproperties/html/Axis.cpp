@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "html/Axis.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int mostLabels = 6;
+
+/// The power of ten that is not above the number, which is positive; logarithms alone may be off at the powers.
+int decadeOf(double number)
+{
+    int decade = int(std::floor(std::log10(number)));
+    if (std::pow(10.0, decade + 1) <= number)
+        ++decade;
+    return decade;
+}
+
+/// The least of 1, 2, 5, 10, 20, ... that is at least the number.
+long double roundStep(long double number)
+{
+    const long double decade = std::pow(10.0L, std::floor(std::log10(number)));
+    for (const long double factor : {1.0L, 2.0L, 5.0L}) {
+        if (factor * decade >= number)
+            return factor * decade;
+    }
+    return 10.0L * decade;
+}
+
+} // namespace
+
+QString brief(double number)
+{
+    struct Prefix
+    {
+        double factor;
+        const char *letter;
+    };
+    constexpr Prefix prefixes[] = {{1e12, "T"}, {1e9, "G"}, {1e6, "M"}, {1e3, "k"}};
+    const double size = std::abs(number);
+    if (size < 1e15) {
+        for (const Prefix &prefix : prefixes) {
+            if (size >= prefix.factor)
+                return QString::number(number / prefix.factor, 'g', 6) + QChar(0xA0) + QLatin1String(prefix.letter);
+        }
+    }
+    return QString::number(number, 'g', 6);
+}
+
+Axis::Axis(const QVector<double> &numbers)
+{
+    QVector<double> placed;
+    std::copy_if(numbers.begin(), numbers.end(), std::back_inserter(placed),
+                 [](double number) { return std::isfinite(number); });
+    if (placed.isEmpty())
+        placed.append(0.0);
+    const auto [least, most] = std::minmax_element(placed.begin(), placed.end());
+    m_isLogarithmic = *least > 0 && *most / 10 > *least;
+    if (m_isLogarithmic)
+        layOutDecades(*least, *most);
+    else
+        layOutLinearly(std::min(*least, 0.0), std::max(*most, 0.0));
+}
+
+void Axis::layOutDecades(double least, double most)
+{
+    // A bar of no length looks like no bar.
+    const int first = decadeOf(least) - (std::pow(10.0, decadeOf(least)) >= least ? 1 : 0);
+    const int last = decadeOf(most) + (std::pow(10.0, decadeOf(most)) < most ? 1 : 0);
+    m_least = first;
+    m_most = last;
+    const int each = (last - first) / mostLabels + 1;
+    for (int decade = first; decade <= last; ++decade) {
+        const bool hasLabel = (decade - first) % each == 0;
+        m_ticks.append({place(decade), hasLabel ? brief(std::pow(10.0, decade)) : QString()});
+    }
+}
+
+void Axis::layOutLinearly(double least, double most)
+{
+    constexpr int intervals = 4;
+    long double range = static_cast<long double>(most) - static_cast<long double>(least);
+    if (!(range > 0))
+        range = 1; // nothing but zeros
+    const long double step = roundStep(range / intervals);
+    m_least = std::floor(least / step) * step;
+    m_most = std::ceil((least + range) / step) * step;
+    for (int i = 0; i <= int(std::lround((m_most - m_least) / step)); ++i) {
+        const long double number = m_least + i * step;
+        m_ticks.append({place(number), brief(double(number))});
+    }
+}
+
+std::optional<double> Axis::at(double number) const
+{
+    if (!std::isfinite(number))
+        return {};
+    return place(m_isLogarithmic ? std::log10(static_cast<long double>(number)) : number);
+}

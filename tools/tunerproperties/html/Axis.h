@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cmath>
+#include <optional>
+
+#include <QString>
+#include <QVector>
+
+/// The axis of a bar chart.
+class Axis
+{
+public:
+    struct Tick
+    {
+        double at; ///< from 0 to 1
+        QString label; ///< empty where labels would be too close to each other
+    };
+
+    /// Logarithmic if the numbers are positive and more than a decade apart, since the least of them could not be told
+    /// from nothing otherwise; linear, and with a zero, if not. What is not finite has no place.
+    explicit Axis(const QVector<double> &numbers);
+
+    bool isLogarithmic() const { return m_isLogarithmic; }
+    const QVector<Tick> &ticks() const { return m_ticks; }
+    /// What stands at its ends.
+    double least() const { return atEnd(m_least); }
+    double most() const { return atEnd(m_most); }
+    /// From 0 to 1; where a bar begins.
+    double base() const { return m_isLogarithmic ? 0.0 : place(0.0L); }
+    /// From 0 to 1; nothing for what has no place on it.
+    std::optional<double> at(double number) const;
+
+private:
+    double atEnd(long double end) const { return double(m_isLogarithmic ? std::pow(10.0L, end) : end); }
+    double place(long double number) const { return double((number - m_least) / (m_most - m_least)); }
+    void layOutDecades(double least, double most);
+    void layOutLinearly(double least, double most);
+
+    bool m_isLogarithmic = false;
+    long double m_least = 0; // of a logarithmic axis, these are exponents
+    long double m_most = 1;
+    QVector<Tick> m_ticks;
+};
+
+/// A number in few characters: 100 k, 2.5 M.
+QString brief(double number);

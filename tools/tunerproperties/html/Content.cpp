@@ -1,0 +1,265 @@
+// SPDX-License-Identifier: MIT
+#include "html/Content.h"
+
+#include <algorithm>
+
+#include "html/Axis.h"
+#include "html/Values.h"
+
+using JobXml::DataObject;
+using JobXml::MemberKind;
+using JobXml::MemberView;
+
+namespace {
+
+/// A document with more nodes than that shows its components closed, but for the first.
+constexpr int mostNodesOpen = 24;
+
+/// With more than that, laying out only what is seen is worth what it costs.
+constexpr int mostNodesLaidOut = 500;
+
+bool isObjectOrEmptyList(const MemberView &member)
+{
+    return member.GetKind() == MemberKind::Object || (isList(member) && member.GetSize() == 0);
+}
+
+bool isEnumeration(const MemberView &member)
+{
+    return member.GetKind() == MemberKind::Enumeration;
+}
+
+/// A list of names with a number each.
+bool isChart(const MemberView &member)
+{
+    if (!isList(member) || member.GetSize() == 0)
+        return false;
+    const Members item(member.GetChild(0));
+    return std::all_of(item.begin(), item.end(), isValue) && std::count_if(item.begin(), item.end(), isNumber) == 1;
+}
+
+QString textOf(const MemberView *member)
+{
+    return member ? member->GetValue().toString() : QString();
+}
+
+/// How many objects the lists of the items hold.
+int grandchildren(const MemberView &list)
+{
+    int count = 0;
+    for (int i = 0; i < list.GetSize(); ++i) {
+        for (const MemberView &member : Members(list.GetChild(i)))
+            count += isList(member) ? member.GetSize() : 0;
+    }
+    return count;
+}
+
+} // namespace
+
+Content::Content(const JobXml::TunerProperties &document, Problems &problems, const QString &source)
+    : m_problems(problems), m_title(source)
+{
+    Members members(document);
+    const std::vector<MemberView> objects = members.takeAll(isObjectOrEmptyList);
+    const std::vector<MemberView> charts = members.takeAll(isChart);
+    const std::vector<MemberView> lists = members.takeAll(isList);
+    showHeader(members, document.GetInitialVersionLoaded(), source);
+    showOverview(members, objects, charts);
+    for (const MemberView &list : lists)
+        showCards(list);
+}
+
+void Content::showHeader(Members &members, const QString &version, const QString &source)
+{
+    Objects objects(m_header, m_problems);
+    const auto kind = members.take(isEnumeration);
+    const auto name = members.take("name", isText);
+    {
+        const Tag header(m_header, "header", {{"class", "hero"}});
+        if (kind) {
+            const Tag line(m_header, "p");
+            const bool hasName = !textOf(&*kind).isEmpty();
+            objects.named(*kind, hasName ? Objects::Name::Unseen : Objects::Name::Seen, "span",
+                          hasName ? "badge" : "member");
+        }
+        {
+            const Tag heading(m_header, "h1");
+            if (name && !textOf(&*name).isEmpty()) {
+                m_title = textOf(&*name);
+                objects.named(*name, Objects::Name::Unseen);
+            } else {
+                showText(m_header, source);
+            }
+        }
+        const Tag line(m_header, "p", {{"class", "source"}});
+        showText(m_header, source);
+        m_header.words(QStringLiteral(" \u00b7 "));
+        m_header.element("span", {{"class", "name"}}, "Version");
+        m_header.words(" ");
+        if (version.isEmpty())
+            m_header.element("span", {{"class", "unset"}}, "not set");
+        else
+            showText(m_header, version);
+        if (name && textOf(&*name).isEmpty()) {
+            m_header.words(QStringLiteral(" \u00b7 "));
+            objects.named(*name, Objects::Name::Seen);
+        }
+    }
+}
+
+void Content::showOverview(const Members &facts, const std::vector<MemberView> &objects,
+                           const std::vector<MemberView> &charts)
+{
+    const Tag overview(m_overview, "div", {{"class", "overview"}});
+    {
+        const Tag panel(m_overview, "section",
+                        {{"class", charts.empty() ? "panel whole" : "panel"}, {"aria-label", "Summary"}});
+        Objects(m_overview, m_problems).facts(facts, Spot());
+    }
+    for (const MemberView &list : charts) {
+        const Tag panel(m_overview, "section", {{"class", "panel"}, {"data-member", list.GetName()}});
+        showHeading(m_overview, "h2", list);
+        showChart(list);
+    }
+    for (const MemberView &object : objects)
+        showObject(object);
+}
+
+void Content::showObject(const MemberView &member)
+{
+    const Tag panel(m_overview, "section", {{"class", "panel whole"}, {"data-member", member.GetName()}});
+    showHeading(m_overview, "h2", member);
+    if (member.GetSize() != 0) {
+        const Spot spot = Spot().below(member.GetName());
+        m_problems.show(m_overview, spot);
+        Objects(m_overview, m_problems).facts(Members(member.GetChild()), spot);
+    }
+}
+
+void Content::showChart(const MemberView &list)
+{
+    QVector<double> numbers;
+    for (int i = 0; i < list.GetSize(); ++i) {
+        const Members item(list.GetChild(i));
+        const MemberView *number = item.find(isNumber);
+        if (number && number->IsSet())
+            numbers.append(number->GetValue().toDouble());
+    }
+    const Axis axis(numbers);
+    const char *kind = axis.isLogarithmic() ? "logarithmic axis" : "linear axis";
+    ExtraColumn bars;
+    bars.htmlClass = "plot";
+    bars.title = [&] { m_overview.element("span", {{"class", "name"}}, kind); };
+    bars.cell = [&](const DataObject &item) { showBar(axis, item); };
+    bars.foot = [&] {
+        const Tag picture(m_overview, "svg",
+                          {{"role", "img"},
+                           {"aria-label",
+                            QStringLiteral("%1 from %2 to %3")
+                                .arg(QString::fromUtf8(kind), brief(axis.least()), brief(axis.most()))}});
+        for (const Axis::Tick &tick : axis.ticks())
+            m_overview.element("text", {{"x", percent(tick.at)}, {"y", "14"}}, tick.label);
+    };
+    Objects(m_overview, m_problems).list(list, Spot(), -1, &bars);
+}
+
+void Content::showTicks(const Axis &axis)
+{
+    for (const Axis::Tick &tick : axis.ticks()) {
+        const QString at = percent(tick.at);
+        m_overview.element("line", {{"x1", at}, {"x2", at}, {"y2", "100%"}});
+    }
+}
+
+void Content::showBar(const Axis &axis, const DataObject &item)
+{
+    const Members members(item);
+    const MemberView *number = members.find(isNumber);
+    const auto end = number && number->IsSet() ? axis.at(number->GetValue().toDouble()) : std::nullopt;
+    const QString told = end ? QStringLiteral("bar to %1 of the axis").arg(percent(*end)) : QStringLiteral("no bar");
+    const Tag picture(m_overview, "svg", {{"role", "img"}, {"aria-label", told}});
+    showTicks(axis);
+    if (end) {
+        const auto [from, to] = std::minmax(axis.base(), *end);
+        m_overview.element("rect", {{"x", percent(from)}, {"width", percent(to - from)}});
+    }
+}
+
+void Content::showCards(const MemberView &list)
+{
+    m_hasCards = m_hasCards || list.GetSize() != 0;
+    const int nodes = grandchildren(list);
+    const Tag section(m_cards, "section",
+                      {{"class", nodes > mostNodesLaidOut ? "cards large" : "cards"}, {"data-member", list.GetName()}});
+    showHeading(m_cards, "h2", list);
+    const bool isShort = nodes <= mostNodesOpen;
+    for (int i = 0; i < list.GetSize(); ++i)
+        showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), Spot().below(list.GetName(), i),
+                 isShort || i == 0);
+}
+
+void Content::showCard(const DataObject &object, const QString &place, const Spot &spot, bool isOpen)
+{
+    Members members(object);
+    const std::vector<MemberView> lists = members.takeAll(isList);
+    const Tag card(m_cards, "details", {{"class", "card"}, {"open", isOpen ? "open" : nullptr}});
+    {
+        const Tag summary(m_cards, "summary");
+        // The name for people if there is one, else what it is told from its siblings by.
+        QStringList identity;
+        for (const MemberView &member : members) {
+            if (isIdentifyingText(member))
+                identity.append(textOf(&member));
+        }
+        const QString displayName = textOf(members.find("displayName", isText));
+        QString title = displayName.isEmpty() && !identity.isEmpty() ? identity.last() : displayName;
+        if (title.isEmpty())
+            title = place;
+        {
+            const Tag heading(m_cards, "h3");
+            showText(m_cards, title);
+        }
+        if (!identity.isEmpty() && !identity.first().isEmpty() && identity.first() != title) {
+            const Tag kind(m_cards, "span", {{"class", "kind"}});
+            showText(m_cards, identity.first());
+        }
+        const Tag tallies(m_cards, "span", {{"class", "tallies"}});
+        if (const int count = m_problems.countFrom(spot))
+            m_cards.element("span", {{"class", "tally bad"}},
+                            count == 1 ? QStringLiteral("1 problem") : QStringLiteral("%1 problems").arg(count));
+        for (const MemberView &list : lists)
+            m_cards.element("span", {{"class", "tally"}},
+                            list.GetName() + QLatin1Char(' ') + QString::number(list.GetSize()));
+    }
+    const Tag inside(m_cards, "div", {{"class", "inside"}});
+    m_problems.show(m_cards, spot);
+    Objects(m_cards, m_problems).facts(members, spot);
+    for (const MemberView &list : lists) {
+        const Tag nodes(m_cards, "div", {{"class", "nodes"}, {"data-member", list.GetName()}});
+        showListName(m_cards, list);
+        for (int i = 0; i < list.GetSize(); ++i)
+            showNode(list.GetChild(i), spot.below(list.GetName(), i));
+    }
+}
+
+void Content::showNode(const DataObject &object, const Spot &spot)
+{
+    Members members(object);
+    const std::vector<MemberView> lists = members.takeAll(isList);
+    const Tag node(m_cards, "div", {{"class", "node"}});
+    Objects objects(m_cards, m_problems);
+    {
+        const Tag heading(m_cards, "h4");
+        if (const auto id = members.take(isIdentifyingText))
+            objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Unseen);
+    }
+    m_problems.show(m_cards, spot);
+    if (!members.isEmpty())
+        objects.facts(members, spot);
+    Values values(m_cards, m_problems);
+    for (const MemberView &list : lists) {
+        const Tag content(m_cards, "div", {{"data-member", list.GetName()}});
+        showListName(m_cards, list);
+        for (int i = 0; i < list.GetSize(); ++i)
+            values.item(list.GetChild(i), spot.below(list.GetName(), i));
+    }
+}

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include <jobxml/TunerProperties.h>
+
+#include "html/Objects.h"
+
+class Axis;
+
+/// What a page shows of a document, in sections. Names of members are told here for the header alone; everything else
+/// goes by shape: lists of numbers become charts, lists of objects with lists of their own cards, and what has no
+/// section of its own stands among the facts.
+class Content
+{
+public:
+    Content(const JobXml::TunerProperties &document, Problems &problems, const QString &source);
+
+    /// The name of the document, or of its source if it has none.
+    const QString &title() const { return m_title; }
+    const Markup &header() const { return m_header; }
+    const Markup &overview() const { return m_overview; }
+    const Markup &cards() const { return m_cards; }
+    bool hasCards() const { return m_hasCards; }
+
+private:
+    void showHeader(Members &members, const QString &version, const QString &source);
+    void showOverview(const Members &facts, const std::vector<JobXml::MemberView> &objects,
+                      const std::vector<JobXml::MemberView> &charts);
+    void showObject(const JobXml::MemberView &member);
+    void showChart(const JobXml::MemberView &list);
+    void showBar(const Axis &axis, const JobXml::DataObject &item);
+    void showTicks(const Axis &axis);
+    void showCards(const JobXml::MemberView &list);
+    /// `place` is what to call it if it has no name.
+    void showCard(const JobXml::DataObject &object, const QString &place, const Spot &spot, bool isOpen);
+    void showNode(const JobXml::DataObject &object, const Spot &spot);
+
+    Problems &m_problems;
+    QString m_title;
+    bool m_hasCards = false;
+    Markup m_header;
+    Markup m_overview;
+    Markup m_cards;
+};

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "html/Markup.h"
+
+#include <optional>
+
+#include <QStringView>
+
+namespace {
+
+bool isBetween(uint code, uint first, uint last)
+{
+    return code >= first && code <= last;
+}
+
+QString codeOf(uint code)
+{
+    return QStringLiteral("U+%1").arg(QString::number(code, 16).toUpper(), 4, QLatin1Char('0'));
+}
+
+/// What stands for a character that is not shown as it is: the controls, which one does not see and XML may not hold;
+/// those that end lines; those that turn the direction of what follows, which would show other texts than there are;
+/// and what is no character at all.
+std::optional<QString> signFor(uint code)
+{
+    if (code == '\n')
+        return QStringLiteral("\\n");
+    if (code == '\r')
+        return QStringLiteral("\\r");
+    if (code == '\t')
+        return QStringLiteral("\\t");
+    const bool turnsTheDirection = isBetween(code, 0x202A, 0x202E) || isBetween(code, 0x2066, 0x2069);
+    const bool isNone = isBetween(code, 0xD800, 0xDFFF) || isBetween(code, 0xFDD0, 0xFDEF) || (code & 0xFFFE) == 0xFFFE;
+    const bool isControl = code < 0x20 || isBetween(code, 0x7F, 0x9F);
+    if (isControl || code == 0x2028 || code == 0x2029 || turnsTheDirection || isNone)
+        return codeOf(code);
+    return {};
+}
+
+/// Calls `plain(text)` for what stands for itself, escaped, and `sign(code, sign)` for the others.
+template <class Plain, class Sign>
+void forEachCharacter(const QString &text, Plain plain, Sign sign)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        uint code = text.at(i).unicode();
+        int length = 1;
+        if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            code = QChar::surrogateToUcs4(text.at(i), text.at(i + 1));
+            length = 2;
+        }
+        if (const auto replacement = signFor(code))
+            sign(code, *replacement);
+        else if (code == '&')
+            plain(u"&amp;");
+        else if (code == '<')
+            plain(u"&lt;");
+        else if (code == '>')
+            plain(u"&gt;");
+        else if (code == '"')
+            plain(u"&quot;");
+        else if (code == '\'')
+            plain(u"&#39;");
+        else
+            plain(QStringView(text).mid(i, length));
+        i += length - 1;
+    }
+}
+
+} // namespace
+
+QString percent(double part)
+{
+    return QString::number(part * 100, 'f', 2) + QLatin1Char('%');
+}
+
+QString Markup::escaped(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    forEachCharacter(
+        text, [&](QStringView plain) { result.append(plain.data(), int(plain.size())); },
+        [&](uint, const QString &sign) { result += sign; });
+    return result;
+}
+
+void Markup::text(const QString &text)
+{
+    forEachCharacter(
+        text, [this](QStringView plain) { m_text.append(plain.data(), int(plain.size())); },
+        [this](uint code, const QString &sign) {
+            element("span", {{"class", "sign"}, {"title", codeOf(code)}}, sign);
+            if (code == '\n')
+                voidElement("br", {});
+        });
+}
+
+void Markup::element(const char *tag, Attributes attributes, const QString &text)
+{
+    const Tag element(*this, tag, attributes);
+    words(text);
+}
+
+void Markup::element(const char *tag, Attributes attributes, const char *text)
+{
+    element(tag, attributes, QString::fromUtf8(text));
+}
+
+void Markup::voidElement(const char *tag, Attributes attributes)
+{
+    open(tag, attributes, "/>");
+}
+
+void Markup::source(const char *tag, const QString &code)
+{
+    open(tag, {});
+    m_text += code;
+    close(tag);
+}
+
+void Markup::open(const char *tag, Attributes attributes, const char *end)
+{
+    m_text += QLatin1Char('<') + QLatin1String(tag);
+    for (const Attribute &attribute : attributes) {
+        if (!attribute.value.isNull())
+            m_text += QLatin1Char(' ') + QLatin1String(attribute.name) + QLatin1String("=\"") + escaped(attribute.value)
+                + QLatin1Char('"');
+    }
+    m_text += QLatin1String(end);
+}
+
+void Markup::close(const char *tag)
+{
+    m_text += QLatin1String("</") + QLatin1String(tag) + QLatin1Char('>');
+}

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include "Pages.h"
+
+#include "Commands.h"
+#include "Forms.h"
+#include "HelpText.h"
+
+namespace {
+
+/// As it stands, whatever of it roff would take for a command or another character.
+QString plain(const QString &text)
+{
+    QString result;
+    for (const QChar character : text) {
+        switch (character.unicode()) {
+        case '\\':
+            result += QLatin1String("\\e");
+            break;
+        case '-':
+            result += QLatin1String("\\-");
+            break;
+        case '\'':
+            result += QLatin1String("\\(aq");
+            break;
+        case '`':
+            result += QLatin1String("\\(ga");
+            break;
+        case '^':
+            result += QLatin1String("\\(ha");
+            break;
+        case '~':
+            result += QLatin1String("\\(ti");
+            break;
+        default:
+            result += character;
+        }
+    }
+    return result.startsWith(QLatin1Char('.')) ? QStringLiteral("\\&") + result : result;
+}
+
+QString bold(const QString &text)
+{
+    return QStringLiteral("\\fB") + plain(text) + QStringLiteral("\\fR");
+}
+
+QString italic(const QString &text)
+{
+    return QStringLiteral("\\fI") + plain(text) + QStringLiteral("\\fR");
+}
+
+/// "--to FORM FILE...": what stands for something else is written in capitals.
+QString usage(const QString &text)
+{
+    QStringList words;
+    for (const QString &word : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const bool isLiteral = word.startsWith(QLatin1Char('-')) || word == word.toLower();
+        words.append(isLiteral ? bold(word) : italic(word));
+    }
+    return words.join(QLatin1Char(' '));
+}
+
+/// Lines, each of which ends.
+class Roff
+{
+public:
+    void request(const char *name, const QString &argument = {})
+    {
+        m_text += QLatin1Char('.') + QString::fromLatin1(name)
+            + (argument.isEmpty() ? QString() : QLatin1Char(' ') + argument) + QLatin1Char('\n');
+    }
+    void line(const QString &roff) { m_text += roff + QLatin1Char('\n'); }
+    void paragraph(const QString &text)
+    {
+        request("PP");
+        line(plain(text));
+    }
+    void item(const QString &name, const QString &text)
+    {
+        request("TP");
+        line(name);
+        line(plain(text));
+    }
+    QString text() const { return m_text; }
+
+private:
+    QString m_text;
+};
+
+QString optionName(const Option &option)
+{
+    QStringList names;
+    for (const QString &name : option.allTyped())
+        names.append(bold(name));
+    const QString value = option.value.isEmpty() ? QString() : QLatin1Char(' ') + italic(option.value);
+    return names.join(QStringLiteral(", ")) + value;
+}
+
+void add(Roff &page, const Command &command)
+{
+    page.request("SS", plain(command.name));
+    const QString start = bold(HelpText::program() + QLatin1Char(' ') + command.name) + QStringLiteral(" [")
+        + italic(QStringLiteral("OPTION...")) + QLatin1Char(']');
+    QStringList ways;
+    for (const QString &each : command.usages)
+        ways.append(each.isEmpty() ? start : start + QLatin1Char(' ') + usage(each));
+    page.line(ways.isEmpty() ? start : ways.join(QStringLiteral("\n.br\n")));
+    page.paragraph(command.summary);
+    for (const QString &details : command.details)
+        page.paragraph(details);
+    for (const Option &option : command.options)
+        page.item(optionName(option), option.help);
+    page.paragraph(command.examples.size() > 1 ? QStringLiteral("Examples:") : QStringLiteral("Example:"));
+    for (const Example &example : command.examples)
+        page.item(bold(HelpText::program() + QLatin1Char(' ') + example.line), example.effect);
+}
+
+/// "Shows this." as manual pages name it: "shows this".
+QString asName(QString sentence)
+{
+    sentence.replace(0, 1, sentence.at(0).toLower());
+    return sentence.chopped(1);
+}
+
+} // namespace
+
+QString Pages::manual(const QString &version)
+{
+    Roff page;
+    const QString program = HelpText::program();
+    page.request("TH",
+                 QStringLiteral("%1 1 \"\" \"%2 %3\" \"User Commands\"").arg(program.toUpper(), program, version));
+    page.request("SH", QStringLiteral("NAME"));
+    page.line(plain(program) + QStringLiteral(" \\- ") + plain(asName(HelpText::purpose())));
+    page.request("SH", QStringLiteral("SYNOPSIS"));
+    page.line(bold(program) + QLatin1Char(' ') + usage(QStringLiteral("COMMAND [OPTION...] [FILE...]")));
+    page.request("SH", QStringLiteral("DESCRIPTION"));
+    page.line(plain(HelpText::purpose()));
+    for (const QString &note : HelpText::generalNotes())
+        page.paragraph(note);
+    page.request("SH", QStringLiteral("OPTIONS"));
+    for (const Option &option : HelpText::generalOptions())
+        page.item(optionName(option), option.help);
+    page.paragraph(QStringLiteral("Each command has --help, too."));
+    page.request("SH", QStringLiteral("COMMANDS"));
+    for (const Command &command : allCommands())
+        add(page, command);
+    page.request("SH", QStringLiteral("FORMS"));
+    for (const QString &form : Forms::list())
+        page.item(bold(form),
+                  QStringLiteral("In files whose name ends in %1.").arg(Forms::suffixOf(*Forms::named(form))));
+    page.request("SH", QStringLiteral("EXIT STATUS"));
+    for (const HelpText::Status &status : HelpText::statuses())
+        page.item(bold(QString::number(int(status.status))), status.meaning);
+    return page.text();
+}
