@@ -51,7 +51,7 @@ def pages():
     return {name for folder in folders for name in os.listdir(folder) if name in PAGES or folder.endswith("pages")}
 
 
-PAGES = ["formats.md"]
+PAGES = ["formats.md", "json.md", "paths.md"]
 
 
 def page(path, lines):

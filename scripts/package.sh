@@ -97,7 +97,7 @@ try_tool() {
 
 # A program is built with the unpacked development package, and shows names in German while the catalogues are there.
 try_building() {
-    local program=$out/program/shown_names translations=$root/usr/share/tunerproperties/translations
+    local program=$out/program/shown_names translations=$root/usr/share/tunerproperties-1/translations
     quietly $out/program.log cmake -S tests/package/shown_names -B $out/program -G Ninja --fresh \
         -DCMAKE_PREFIX_PATH="$root/usr" -DCMAKE_SKIP_RPATH=ON
     quietly $out/program.log cmake --build $out/program --clean-first

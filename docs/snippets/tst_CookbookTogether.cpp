@@ -67,7 +67,12 @@ Received receive(QDataStream &socket, JobXml::TunerProperties &tuner)
     socket >> representation;
     if (!socket.commitTransaction())
         return Received::NothingYet; // the stream is back at the start, and the rest may come
-    return tuner.SetBinaryRepresentation(representation) ? Received::Document : Received::Damage; // GetErrorString()
+    try {
+        return tuner.SetBinaryRepresentation(representation) ? Received::Document
+                                                             : Received::Damage; // GetErrorString()
+    } catch (const ReportException &) { // what is wrong inside; nothing may leave a slot
+        return Received::Damage;
+    }
 }
 //! [stream]
 
@@ -91,10 +96,16 @@ void collectValues(const JobXml::DataObject &object, const QString &path, Values
     JobXml::visit(object, [&](const JobXml::MemberView &member) {
         const QString place = path + QLatin1Char('/') + member.GetName();
         switch (member.GetKind()) {
-        case JobXml::MemberKind::ObjectList:
-            for (int i = 0; i < member.GetSize(); ++i)
-                collectValues(member.GetChild(i), place + QLatin1Char(' ') + nameOf(member.GetChild(i), i), values);
+        case JobXml::MemberKind::ObjectList: {
+            QHash<QString, int> alike; // of items with one name, the second is "name #2"
+            for (int i = 0; i < member.GetSize(); ++i) {
+                QString name = nameOf(member.GetChild(i), i);
+                if (const int count = ++alike[name]; count > 1)
+                    name += QStringLiteral(" #%1").arg(count);
+                collectValues(member.GetChild(i), place + QLatin1Char(' ') + name, values);
+            }
             break;
+        }
         case JobXml::MemberKind::Object:
         case JobXml::MemberKind::Alternative:
             if (member.IsSet() && member.IsChosen())
@@ -105,8 +116,10 @@ void collectValues(const JobXml::DataObject &object, const QString &path, Values
                 values.insert(place, member.GetValue().toStringList().join(QStringLiteral(", ")));
             break;
         default:
-            if (member.IsSet())
-                values.insert(place, member.GetValue().toString());
+            if (member.IsSet()) {
+                const QString text = member.GetValue().toString();
+                values.insert(place, text.isNull() ? QStringLiteral("(null)") : text);
+            }
         }
     });
 }
@@ -160,6 +173,8 @@ class CookbookTogether : public QObject
 private Q_SLOTS:
     void aDocumentArrivesInPieces();
     void damageIsTold();
+    void damageInsideIsToldAndNeverThrown();
+    void differencesOfItemsWithOneNameAreListed();
     void differencesAreListedByPath();
     void aCopyIsSavedInAnotherThread();
     void aDocumentTravelsThroughAQueuedSignal();
@@ -197,6 +212,37 @@ void CookbookTogether::damageIsTold()
     QVERIFY(receive(in, received) == Received::Damage);
     QCOMPARE(received.GetErrorString(),
              QStringLiteral("binary data: the leading word is 0x6E6F6E73, not 0xC10CBB5F (TunerProperties)"));
+}
+
+void CookbookTogether::damageInsideIsToldAndNeverThrown()
+{
+    JobXml::TunerProperties sent = receiver();
+    const QByteArray whole = sent.GetBinaryRepresentationAsQByteArray();
+    int tried = 0;
+    int damaged = 0;
+    for (int i = 0; i < whole.size(); i += 7, ++tried) {
+        QByteArray flipped = whole;
+        flipped[i] = char(flipped[i] ^ 0x40);
+        QByteArray wire;
+        QDataStream out(&wire, QIODevice::WriteOnly);
+        out << flipped;
+        QDataStream in(wire);
+        JobXml::TunerProperties received;
+        damaged += receive(in, received) == Received::Damage ? 1 : 0;
+    }
+    QVERIFY2(damaged > tried / 4 && damaged < tried, qPrintable(QString::number(damaged)));
+}
+
+void CookbookTogether::differencesOfItemsWithOneNameAreListed()
+{
+    JobXml::TunerProperties left = receiver();
+    const JobXml::Component twin = left.GetComponent()[0];
+    left.AppendComponent(twin);
+    JobXml::TunerProperties right = left;
+    right.GetComponent().last().SetdisplayName(QStringLiteral("the other"));
+    const QStringList lines = differences(left, right);
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines.first().contains(QStringLiteral(" #2/displayName: ")), qPrintable(lines.first()));
 }
 
 void CookbookTogether::differencesAreListedByPath()

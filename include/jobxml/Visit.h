@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <type_traits>
-#include <utility>
-
 #include <QLatin1String>
 #include <QStringList>
 #include <QVariant>
@@ -66,7 +63,8 @@ public:
     /// The value of a new object.
     QVariant GetDefaultValue() const;
 
-    /// How many child objects there are: of a list, its items; otherwise 1, or 0 if it was never used. 0 for values.
+    /// How many child objects there are: of a list, its items; of an alternative, 1 if it was ever used; of a child
+    /// object that is a member by itself, 1 if the object has data. 0 for values.
     int GetSize() const;
 
     /// A child object; `index` is less than GetSize(). For kinds that have child objects only: a member that holds
@@ -97,7 +95,8 @@ class JOBXML_EXPORT MemberEditor : public MemberView
 {
 public:
     /// As the setter: stores the value and sets the flag. While validating, throws what the setter throws for a null
-    /// text (OutOfRangeException) or a value that is none of the enumeration, and stores nothing. Of a choice: chooses
+    /// text or for a tuner type that is none (OutOfRangeException), and stores nothing; the setter of the modes takes
+    /// what is none. Of a choice: chooses
     /// the alternative, whose value and flag stay as they are. Returns false and changes nothing if the value is not of
     /// the type that the kind tells, no name of the enumeration, or if this is no value.
     bool SetValue(const QVariant &value);
@@ -140,10 +139,9 @@ private:
 template <class Visitor>
 void visit(const DataObject &object, Visitor &&visitor)
 {
-    using Type = std::remove_reference_t<Visitor>;
+    auto show = [&](const MemberView &member) { visitor(member); };
     MemberView::forEach(
-        object, [](void *context, MemberView &member) { (*static_cast<Type *>(context))(std::as_const(member)); },
-        const_cast<void *>(static_cast<const void *>(&visitor)));
+        object, [](void *context, MemberView &member) { (*static_cast<decltype(show) *>(context))(member); }, &show);
 }
 
 /// The same with members that can be changed: calls `visitor(MemberEditor &)`. Changes nothing but what the visitor
@@ -151,11 +149,13 @@ void visit(const DataObject &object, Visitor &&visitor)
 template <class Visitor>
 void visit(DataObject &object, Visitor &&visitor)
 {
-    using Type = std::remove_reference_t<Visitor>;
+    auto show = [&](MemberEditor &member) { visitor(member); };
     MemberEditor::forEach(
         object,
-        [](void *context, MemberView &member) { (*static_cast<Type *>(context))(static_cast<MemberEditor &>(member)); },
-        const_cast<void *>(static_cast<const void *>(&visitor)));
+        [](void *context, MemberView &member) {
+            (*static_cast<decltype(show) *>(context))(static_cast<MemberEditor &>(member));
+        },
+        &show);
 }
 
 } // namespace JobXml

@@ -15,7 +15,7 @@
 ///  1. the folders added with AddSearchPath(), the last added first;
 ///  2. the folder of this library, symbolic links resolved;
 ///  3. `translations` in the folder of this library;
-///  4. the installed data folder, `<prefix>/share/tunerproperties/translations`. It is found from the folder of this
+///  4. the installed data folder, `<prefix>/share/tunerproperties-1/translations`. It is found from the folder of this
 ///     library, so that an installed tree may be moved as a whole.
 ///
 /// Within a folder the names are tried as QTranslator::load() does, the most special first (`de_AT`, then `de`). The

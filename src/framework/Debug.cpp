@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <charconv>
+#include <iterator>
+
 #include <QDebug>
 
 #include <jobxml/Visit.h>
@@ -7,19 +10,32 @@ namespace JobXml {
 
 namespace {
 
+/// The shortest text from which the same number is read again: what differs must not look the same.
+template <class T>
+QString exactly(T value)
+{
+    char text[64];
+    return QString::fromLatin1(text, int(std::to_chars(std::begin(text), std::end(text), value).ptr - text));
+}
+
 /// Writes an object as a tree, a member a line.
 class DebugTree
 {
 public:
     explicit DebugTree(QDebug &debug) : m_debug(debug) { }
 
-    void write(const DataObject &object, int depth) const
+    void write(const DataObject &object) const
     {
         m_debug << object.GetObjectName();
-        visit(object, [&](const MemberView &member) { write(member, depth + 1); });
+        writeMembers(object, 0);
     }
 
 private:
+    void writeMembers(const DataObject &object, int depth) const
+    {
+        visit(object, [&](const MemberView &member) { write(member, depth + 1); });
+    }
+
     void write(const MemberView &member, int depth) const
     {
         switch (member.GetKind()) {
@@ -47,8 +63,9 @@ private:
             start(depth);
             if (member.GetKind() == MemberKind::ObjectList)
                 m_debug << i << ": ";
-            write(member.GetChild(i), depth);
+            m_debug << member.GetChild(i).GetObjectName();
             writeFlag(member);
+            writeMembers(member.GetChild(i), depth);
         }
     }
 
@@ -62,7 +79,10 @@ private:
                 m_debug.quote() << value.toString();
             break;
         case QMetaType::Float:
-            m_debug << value.toFloat();
+            m_debug << exactly(value.toFloat());
+            break;
+        case QMetaType::Double:
+            m_debug << exactly(value.toDouble());
             break;
         case QMetaType::QVariantList: {
             const QVariantList entries = value.toList();
@@ -100,7 +120,7 @@ QDebug operator<<(QDebug debug, const DataObject &object)
 {
     const QDebugStateSaver saver(debug);
     debug.nospace().noquote();
-    DebugTree(debug).write(object, 0);
+    DebugTree(debug).write(object);
     return debug;
 }
 

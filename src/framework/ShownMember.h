@@ -73,25 +73,25 @@ public:
     virtual QStringList names() const { return {}; }
     virtual QVariant value(const Block *) const { return {}; }
     virtual int childCount(const Block &) const { return 0; }
-    virtual const DataObject &child(const Block &, int) const { hasNoChildren(); }
+    virtual const DataObject &child(const Block &, int) const { hasNoSuchObject(); }
 
     virtual bool setValue(DataObject &, const QVariant &) const { return false; }
-    virtual DataObject &editChild(DataObject &, int) const { hasNoChildren(); }
-    virtual DataObject &appendChild(DataObject &) const { hasNoChildren(); }
+    virtual DataObject &editChild(DataObject &, int) const { hasNoSuchObject(); }
+    virtual DataObject &appendChild(DataObject &) const { hasNoSuchObject(); }
     virtual void reset(DataObject &object) const = 0;
     virtual void setFlag(DataObject &object, bool set) const = 0;
+
+    // Only by a mistake of the visitor's, who was told the kind of the member and how many children there are.
+    [[noreturn]] void hasNoSuchObject() const
+    {
+        throw std::logic_error(QStringLiteral("JobXml: '%1' holds no such object").arg(name()).toStdString());
+    }
 
 protected:
     constexpr ShownMember(const char *name, Traits traits) : m_name(name), m_traits(traits) { }
     ~ShownMember() = default; // constants, see Member
 
 private:
-    // Only by a mistake of the visitor's, who was told the kind of the member.
-    [[noreturn]] void hasNoChildren() const
-    {
-        throw std::logic_error(QStringLiteral("JobXml: '%1' holds no such object").arg(name()).toStdString());
-    }
-
     const char *m_name;
     Traits m_traits;
 };

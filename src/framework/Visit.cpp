@@ -60,7 +60,8 @@ int MemberView::GetSize() const
 
 const DataObject &MemberView::GetChild(int index) const
 {
-    Q_ASSERT(index >= 0 && index < GetSize());
+    if (index < 0 || index >= GetSize())
+        m_row->hasNoSuchObject();
     return m_row->child(*Member::existingBlock(*m_object), index);
 }
 
@@ -88,6 +89,9 @@ bool MemberEditor::SetValue(const QVariant &value)
 
 DataObject &MemberEditor::EditChild(int index)
 {
+    const bool isThere = GetKind() == MemberKind::ObjectList ? index >= 0 && index < GetSize() : index == 0;
+    if (!isThere)
+        row().hasNoSuchObject();
     return row().editChild(object(), index);
 }
 

@@ -56,7 +56,8 @@ def check_snippets(path):
     return shown
 
 
-pages = sorted(glob.glob(os.path.join(TOP, "docs", "pages", "*.md"))) + [os.path.join(TOP, "docs", "formats.md")]
+pages = sorted(glob.glob(os.path.join(TOP, "docs", "pages", "*.md")))
+pages += [os.path.join(TOP, "docs", name) for name in ("formats.md", "json.md", "paths.md")]
 headers = sorted(glob.glob(os.path.join(TOP, "include", "*", "*.h")))
 settings = read(os.path.join(TOP, "docs", "Doxyfile.in"))
 for page in pages:

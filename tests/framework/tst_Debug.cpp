@@ -77,11 +77,41 @@ private Q_SLOTS:
         ValueFloat number;
         number.Setvalue(0.5F);
         QCOMPARE(debugText(number), QStringLiteral("ValueFloat\n  id: null (not set)\n  value: 0.5"));
+        number.Setvalue(0.1F);
+        QVERIFY(debugText(number).endsWith(QStringLiteral("value: 0.1")));
+        number.Setvalue(1234567.0F);
+        QVERIFY(debugText(number).endsWith(QStringLiteral("value: 1234567")));
+        SelectionItem item;
+        item.Setvalue(0.1 + 0.2);
+        QVERIFY(debugText(item).endsWith(QStringLiteral("value: 0.30000000000000004")));
         number.Setvalue(std::numeric_limits<float>::quiet_NaN());
         QCOMPARE(debugText(number), QStringLiteral("ValueFloat\n  id: null (not set)\n  value: nan"));
         ValueInt64 large;
         large.Setvalue(std::numeric_limits<qint64>::min());
         QVERIFY(debugText(large).endsWith(QStringLiteral("value: -9223372036854775808")));
+    }
+
+    void whatIsNotSetSaysSoBesideItsName()
+    {
+        TunerProperties document;
+        document.ResetToDefault();
+        QVERIFY2(debugText(document).contains(QStringLiteral("\n  StartupModes (not set)\n"
+                                                             "    StartupMode: [] (not set)\n"
+                                                             "  BandwidthSelection: empty (not set)\n")),
+                 qPrintable(debugText(document)));
+    }
+
+    void ofAChoiceOnlyWhatIsChosenIsWritten()
+    {
+        ValueItem item;
+        item.SetValueInt(anInt(1));
+        item.SetValueString(ValueString());
+        QCOMPARE(debugText(item),
+                 QStringLiteral("ValueItem\n"
+                                "  ChoiceValueItem: \"ValueString\"\n"
+                                "  ValueString\n"
+                                "    id: null (not set)\n"
+                                "    value: null (not set)"));
     }
 
     void theStreamGoesOnAsItWas()
@@ -114,7 +144,7 @@ private:
         const auto ask = [&](const auto &object) {
             const std::unique_ptr<char[]> shown(QTest::toString(object));
             QVERIFY(shown);
-            QVERIFY(QByteArray(shown.get()).startsWith(object.GetObjectName().toUtf8() + '\n'));
+            QCOMPARE(QByteArray(shown.get()), debugText(object).toUtf8());
             QVERIFY(!object.IsInitialized());
             ++classes;
         };

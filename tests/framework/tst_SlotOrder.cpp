@@ -96,6 +96,14 @@ class SlotOrderTest : public QObject
 private Q_SLOTS:
     void initTestCase() { JobXml::TunerProperties::GetId(); } // keeps the library linked
 
+    // Programs that were built against an earlier version have objects of that size.
+    void objectsHaveTheAgreedSize()
+    {
+        QCOMPARE(sizeof(JobXml::DataObject), std::size_t(40));
+        QCOMPARE(sizeof(JobXml::TunerProperties), std::size_t(40));
+        QCOMPARE(sizeof(JobXml::ValueItem), std::size_t(40));
+    }
+
     void theVirtualOperationsStandInTheAgreedSlots_data()
     {
         QTest::addColumn<QString>("className");

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <functional>
 #include <limits>
 
 #include <QtTest>
@@ -88,6 +89,13 @@ const DataObject *firstComponent(const TunerProperties &document)
             component = &member.GetChild(0);
     });
     return component;
+}
+
+QStringList seen;
+
+void note(const MemberView &member)
+{
+    seen += member.GetName();
 }
 
 } // namespace
@@ -370,6 +378,7 @@ private Q_SLOTS:
         QVERIFY(!item.IsValueFloatSet());
         QVERIFY(setValue(item, "ChoiceValueItem", 77)); // as a snapshot may hold it
         QCOMPARE(int(item.GetChoiceValueItem()), 77);
+        QCOMPARE(namesWhere(item, &MemberView::IsSet), QStringLiteral("ChoiceValueItem ValueInt"));
         QVERIFY(!setValue(item, "ChoiceValueItem", QStringLiteral("Value")));
         QVERIFY(!setValue(item, "ChoiceValueItem", 256));
         edit(item, "ChoiceValueItem", [](MemberEditor &member) {
@@ -415,10 +424,18 @@ private Q_SLOTS:
         ask("quantity", [](MemberEditor &member) { member.EditChild(); });
         ask("quantity", [](MemberEditor &member) { member.AppendChild(); });
         ask("StartupModes", [](MemberEditor &member) { member.AppendChild(); });
+        ask("StartupModes", [](MemberEditor &member) { member.EditChild(1); });
+        ask("Component", [](MemberEditor &member) { member.EditChild(0); });
+        ask("Component", [](const MemberView &member) { member.GetChild(-1); });
+        ask("name", [](const MemberView &member) { member.GetChild(); });
         QCOMPARE(what,
                  QStringLiteral("JobXml: 'quantity' holds no such object\n"
                                 "JobXml: 'quantity' holds no such object\n"
-                                "JobXml: 'StartupModes' holds no such object\n"));
+                                "JobXml: 'StartupModes' holds no such object\n"
+                                "JobXml: 'StartupModes' holds no such object\n"
+                                "JobXml: 'Component' holds no such object\n"
+                                "JobXml: 'Component' holds no such object\n"
+                                "JobXml: 'name' holds no such object\n"));
     }
 
     void membersAreResetAsByTheirOwnReset()
@@ -438,6 +455,58 @@ private Q_SLOTS:
         TunerProperties document;
         visit(document, [](MemberEditor &member) { member.Reset(); });
         QVERIFY(!document.IsInitialized());
+    }
+
+    void editingAnItemOfAListSetsAFlagThatWasClear()
+    {
+        TunerProperties document = aDocument(1);
+        edit(document, "Component", [](MemberEditor &member) {
+            member.SetFlag(false);
+            QVERIFY(!member.IsSet());
+            QCOMPARE(member.GetSize(), 1); // there they are, marked or not
+            member.EditChild(0);
+            QVERIFY(member.IsSet());
+        });
+        QVERIFY(document.IsComponentSet());
+    }
+
+    void whatIsNotSetIsShownAllTheSame()
+    {
+        StartupModes modes;
+        modes.AppendStartupMode(StartupModes::StartupMode::DF);
+        edit(modes, "StartupMode", [](MemberEditor &member) { member.SetFlag(false); });
+        QCOMPARE(linesOf(modes), QStringList{QStringLiteral("StartupMode = QVariantList QString DF; unset")});
+        ValueItem item;
+        item.SetValueInt(anInt());
+        edit(item, "ValueInt", [](MemberEditor &member) {
+            member.SetFlag(false);
+            QVERIFY(member.IsChosen());
+            QCOMPARE(member.GetSize(), 1);
+        });
+        item.ResetValueInt();
+        edit(item, "ValueInt", [](MemberEditor &member) { QVERIFY(member.IsChosen() && !member.IsSet()); });
+    }
+
+    void everyItemOfALongListIsShown()
+    {
+        const Component component = aComponent(QStringLiteral("long"), 40);
+        visit(component, [](const MemberView &member) {
+            for (int i = 0; i < member.GetSize(); ++i) {
+                const auto &node = static_cast<const Node &>(member.GetChild(i));
+                QCOMPARE(node.Getid(), QStringLiteral("node%1").arg(i));
+            }
+        });
+    }
+
+    void aFunctionMayBeTheVisitor()
+    {
+        seen.clear();
+        visit(Node(), note);
+        visit(StringItem(), &note);
+        const auto keep = [](const auto &member) { seen += member.GetName(); };
+        visit(SelectionItem(), keep);
+        visit(StartupModes(), std::function<void(const MemberView &)>(note));
+        QCOMPARE(seen.join(QLatin1Char(' ')), QStringLiteral("id ValueItem value name value StartupMode"));
     }
 
     void theFlagAloneCanBeRestored()

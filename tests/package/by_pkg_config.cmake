@@ -32,5 +32,10 @@ foreach(header IN LISTS headers)
     endif()
 endforeach()
 
+# The registry is there as well.
+run(${COMPILER} -std=c++17 -fPIC ${flags} ${CMAKE_CURRENT_LIST_DIR}/registry_alone/main.cpp ${options}
+    -Wl,-rpath,${PREFIX}/${LIB_DIR} -o ${build}/registry_alone)
+run(${build}/registry_alone)
+
 expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/consumer)
 expect_consumer_to_work(${build}/consumer)

@@ -6,6 +6,10 @@ file(REMOVE_RECURSE ${SCRATCH_DIR})
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${SCRATCH_DIR}/first --strip)
 file(RENAME ${SCRATCH_DIR}/first ${PREFIX})
 
+# Every header of ours, and what the build makes besides.
+file(GLOB headers RELATIVE ${SOURCE_DIR}/include ${SOURCE_DIR}/include/*/*.h)
+list(TRANSFORM headers PREPEND ${INCLUDE_DIR}/)
+
 foreach(file IN ITEMS
         ${LIB_DIR}/libReportBase.so ${LIB_DIR}/libTavikAppStartUp.so ${LIB_DIR}/libTunerProperties.so
         ${LIB_DIR}/libReportBase.so.1 ${LIB_DIR}/libTavikAppStartUp.so.1 ${LIB_DIR}/libTunerProperties.so.1
@@ -18,12 +22,12 @@ foreach(file IN ITEMS
         ${DATA_DIR}/bash-completion/completions/tunerproperties
         ${DATA_DIR}/fish/vendor_completions.d/tunerproperties.fish
         ${ZSH_DIR}/_tunerproperties
-        ${INCLUDE_DIR}/jobxml/TunerProperties.h ${INCLUDE_DIR}/jobxml/Export.h ${INCLUDE_DIR}/jobxml/Version.h
-        ${INCLUDE_DIR}/reportbase/IRGObject.h ${INCLUDE_DIR}/reportbase/Export.h
-        ${INCLUDE_DIR}/tavikappstartup/TranslationCenter.h ${INCLUDE_DIR}/tavikappstartup/Export.h
+        ${headers}
+        ${INCLUDE_DIR}/jobxml/Export.h ${INCLUDE_DIR}/jobxml/Version.h
+        ${INCLUDE_DIR}/reportbase/Export.h ${INCLUDE_DIR}/tavikappstartup/Export.h
         ${DATA_DIR}/tunerproperties/tuner-properties.xsd
-        ${DATA_DIR}/tunerproperties/translations/TunerProperties_de.qm
-        ${DATA_DIR}/tunerproperties/translations/TunerProperties_en.qm
+        ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_de.qm
+        ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_en.qm
         ${DOC_DIR}/examples/CMakeLists.txt ${DOC_DIR}/examples/roundtrip.cpp ${DOC_DIR}/examples/receiver.xml)
     if(NOT EXISTS ${PREFIX}/${file})
         message(FATAL_ERROR "${file} is not installed")

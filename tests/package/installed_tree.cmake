@@ -14,7 +14,7 @@ set(show_names ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${tree}/${LIB_DIR}
 run(${show_names})
 
 # Without its catalogues the same test fails, so it was those that it found.
-file(REMOVE_RECURSE ${tree}/${DATA_DIR}/tunerproperties/translations)
+file(REMOVE_RECURSE ${tree}/${DATA_DIR}/tunerproperties-1/translations)
 execute_process(COMMAND ${show_names} RESULT_VARIABLE status OUTPUT_QUIET ERROR_QUIET)
 if(status EQUAL 0)
     message(FATAL_ERROR "names are shown in German without the installed catalogues")

@@ -113,7 +113,7 @@ void CataloguesTest::theSearchPathsAreTheDocumentedList()
     const QStringList fixed = paths.mid(paths.size() - 3);
     QCOMPARE(fixed.at(0), libraryFolder);
     QCOMPARE(fixed.at(1), libraryFolder + QStringLiteral("/translations"));
-    const QString installed = QStringLiteral("/" INSTALL_DATADIR "/tunerproperties/translations");
+    const QString installed = QStringLiteral("/" INSTALL_DATADIR "/tunerproperties-1/translations");
     QVERIFY2(fixed.at(2).endsWith(installed), qPrintable(fixed.at(2)));
     QVERIFY(!fixed.at(2).contains(QStringLiteral("..")));
 }
@@ -238,7 +238,7 @@ void CataloguesTest::anInstalledTreeFindsItsCataloguesWhereverItIsMoved()
     const QTemporaryDir scratch;
     const QDir built(scratch.filePath(QStringLiteral("built")));
     const QString libraries = QStringLiteral(INSTALL_LIBDIR);
-    const QString data = QStringLiteral(INSTALL_DATADIR "/tunerproperties/translations");
+    const QString data = QStringLiteral(INSTALL_DATADIR "/tunerproperties-1/translations");
     QVERIFY(built.mkpath(libraries));
     QVERIFY(built.mkpath(data));
     QVERIFY(QFile::copy(QStringLiteral(LIBRARY_FILE), built.filePath(libraries + QStringLiteral("/" LIBRARY_SONAME))));

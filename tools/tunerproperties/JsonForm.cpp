@@ -259,11 +259,10 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
         const std::string key = keyOf(member);
         if (!unset || !unset->contains(key))
             return;
-        const QString notThere = QStringLiteral("'%1' cannot stand in \"unset\"").arg(member.GetName());
         if (member.GetKind() == MemberKind::Choice)
-            throw JsonFailure(notThere);
+            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\"").arg(member.GetName()));
         if (json.contains(key))
-            throw JsonFailure(notThere + QStringLiteral(" and outside"));
+            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\" and outside").arg(member.GetName()));
     });
     const auto check = [&](const Json &in, const char *alsoKnown) {
         for (auto entry = in.begin(); entry != in.end(); ++entry) {
