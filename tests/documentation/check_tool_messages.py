@@ -27,7 +27,8 @@ def given_up_with(source):
         yield f"{HOLE} {unescaped(STRING.search(text)[1])}"
 
 
-sources = [without_comments(read(path)) for path in glob.glob(os.path.join(TOP, "tools", "tunerproperties", "*.cpp"))]
+paths = glob.glob(os.path.join(TOP, "tools", "tunerproperties", "**", "*.cpp"), recursive=True)
+sources = [without_comments(read(path)) for path in paths]
 expected = {text for source in sources for text in given_up_with(source) if re.search(r"[a-z'] ", text)}
 expected.discard("try '<> --help'")  # behind every wrong usage
 literals = "\n".join(re.sub(r"%\d+", HOLE, unescaped(text[1])) for source in sources

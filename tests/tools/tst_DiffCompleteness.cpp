@@ -3,8 +3,8 @@
 
 #include <QtTest>
 
-#include "Diff.h"
-#include "JsonForm.h"
+#include "documents/JsonForm.h"
+#include "members/Diff.h"
 #include "tools/RandomChanges.h"
 
 using JobXml::TunerProperties;

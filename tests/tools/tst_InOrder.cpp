@@ -5,7 +5,7 @@
 #include <QTest>
 #include <QVector>
 
-#include <InOrder.h>
+#include <batch/InOrder.h>
 
 /// Several threads, and one who uses their results in order.
 class InOrderTest : public QObject

@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "JsonForm.h"
+#include "documents/JsonForm.h"
 #include "tools/RandomChanges.h"
 
 using JobXml::TunerProperties;

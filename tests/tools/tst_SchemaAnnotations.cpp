@@ -4,7 +4,7 @@
 #include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
 
-#include "Schema.h"
+#include "documents/Schema.h"
 
 /// That the schema tells people what everything in the model is, since new documents are explained by it.
 class SchemaAnnotationsTest : public QObject

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <Commands.h>
-#include <HelpText.h>
+#include <commands/Commands.h>
+#include <commands/HelpText.h>
 
 #include "tools/Tool.h"
 

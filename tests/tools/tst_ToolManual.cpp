@@ -3,9 +3,9 @@
 #include <QRegularExpression>
 #include <QTest>
 
-#include <Commands.h>
-#include <Forms.h>
-#include <HelpText.h>
+#include <commands/Commands.h>
+#include <commands/HelpText.h>
+#include <documents/Forms.h>
 
 /// The manual page, as roff reads it.
 class ToolManualTest : public QObject

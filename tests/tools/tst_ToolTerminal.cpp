@@ -2,7 +2,7 @@
 #include <memory>
 #include <vector>
 
-#include <Progress.h>
+#include <batch/Progress.h>
 
 #include "tools/Terminal.h"
 #include "tools/Tool.h"

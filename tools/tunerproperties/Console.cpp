@@ -9,7 +9,7 @@
 
 #include <QtGlobal>
 
-#include "Interruption.h"
+#include "batch/Interruption.h"
 
 FileFailure::FileFailure(const QString &text) : std::runtime_error(text.toStdString()) { }
 

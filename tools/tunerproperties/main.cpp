@@ -3,9 +3,9 @@
 
 #include <QCoreApplication>
 
-#include "CommandLine.h"
-#include "HelpText.h"
-#include "Interruption.h"
+#include "batch/Interruption.h"
+#include "commands/CommandLine.h"
+#include "commands/HelpText.h"
 
 int main(int argc, char **argv)
 {

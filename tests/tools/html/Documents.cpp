@@ -14,7 +14,7 @@
 #include <jobxml/Visit.h>
 
 #include "Documents.h"
-#include "Forms.h"
+#include "documents/Forms.h"
 
 using JobXml::MemberEditor;
 using JobXml::MemberKind;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Html.h"
+#include "html/Html.h"
 #include "tools/html/PageTree.h"
 
 /// The problems of a document that was in no file.

@@ -4,7 +4,7 @@
 #include <QtTest>
 
 #include "Documents.h"
-#include "ValueText.h"
+#include "members/ValueText.h"
 #include "tools/RandomChanges.h"
 #include "tools/html/Pages.h"
 

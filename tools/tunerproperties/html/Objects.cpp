@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "ValueText.h"
+#include "members/ValueText.h"
 
 using JobXml::DataObject;
 using JobXml::MemberKind;

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QVector>
 
-#include "Validate.h"
+#include "documents/Validate.h"
 #include "html/Markup.h"
 
 /// Where an object of a document is: the way from the root, as problems tell it.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Pages.h"
 
-#include "Commands.h"
-#include "Forms.h"
-#include "HelpText.h"
+#include "commands/Commands.h"
+#include "commands/HelpText.h"
+#include "documents/Forms.h"
 
 namespace {
 

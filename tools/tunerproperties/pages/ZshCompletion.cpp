@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Pages.h"
 
-#include "Commands.h"
-#include "HelpText.h"
+#include "commands/Commands.h"
+#include "commands/HelpText.h"
 
 namespace {
 

@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "batch/Batch.h"
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <new>
+
+#include <nlohmann/json.hpp>
+
+#include "batch/InOrder.h"
+#include "batch/Interruption.h"
+#include "batch/Progress.h"
+
+using Json = nlohmann::ordered_json;
+
+/// How many files have which status by now, whether told already or not.
+class Batch::Tally
+{
+public:
+    void add(FileStatus status)
+    {
+        const std::lock_guard lock(m_mutex);
+        ++m_counts[std::size_t(status)];
+    }
+
+    /// By status.
+    std::array<int, 4> counts() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_counts;
+    }
+
+    int done() const
+    {
+        const std::array<int, 4> all = counts();
+        return all[0] + all[1] + all[2] + all[3];
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::array<int, 4> m_counts = {};
+};
+
+namespace {
+
+Json textJson(const QString &text)
+{
+    return text.isNull() ? Json() : Json(text.toStdString());
+}
+
+Json problemJson(const Finding &finding)
+{
+    Json json = {{"path", nullptr}, {"line", nullptr}, {"column", nullptr}, {"message", finding.message.toStdString()}};
+    if (finding.hasPlace()) {
+        json["line"] = finding.line;
+        json["column"] = finding.column;
+        return json;
+    }
+    json["path"] = Json::array();
+    for (const QString &step : finding.path)
+        json["path"].push_back(step.toStdString());
+    return json;
+}
+
+QString statusWord(FileStatus status, const QString &doneWord)
+{
+    switch (status) {
+    case FileStatus::Done:
+        return doneWord;
+    case FileStatus::Problems:
+        return QStringLiteral("problems");
+    case FileStatus::Unreadable:
+        return QStringLiteral("unreadable");
+    case FileStatus::Unwritable:
+        break;
+    }
+    return QStringLiteral("unwritable");
+}
+
+ExitStatus exitStatus(FileStatus status)
+{
+    switch (status) {
+    case FileStatus::Done:
+        return ExitStatus::Ok;
+    case FileStatus::Problems:
+        return ExitStatus::Problems;
+    default:
+        return ExitStatus::FileFailure;
+    }
+}
+
+} // namespace
+
+std::string jsonOf(const Outcome &outcome, const QString &doneWord)
+{
+    Json json;
+    json["file"] = textJson(outcome.file);
+    if (!outcome.output.isNull())
+        json["output"] = textJson(outcome.output);
+    json["status"] = textJson(statusWord(outcome.status, doneWord));
+    json["problems"] = Json::array();
+    for (const Finding &finding : outcome.findings)
+        json["problems"].push_back(problemJson(finding));
+    json["error"] = textJson(outcome.error);
+    return json.dump();
+}
+
+Batch::Batch(const Invocation &invocation)
+    : m_jobs(Options::jobCount(invocation)), m_quiet(invocation.isSet(Options::quiet())),
+      m_json(invocation.isSet(Options::json()))
+{
+    if (m_quiet && m_json)
+        throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
+}
+
+ExitStatus Batch::run(const QStringList &files)
+{
+    if (files.count(Console::streamName()) > 1)
+        throw WrongUsage(QStringLiteral("standard input can be read only once"));
+    const int count = files.size();
+    Tally tally;
+    const Interruption::Report report([&] {
+        const QString done = QStringLiteral("interrupted when %1 of %2 files were done").arg(tally.done()).arg(count);
+        return m_quiet || count < 2 ? QString() : done + summary(tally);
+    });
+    ExitStatus worst = ExitStatus::Ok;
+    {
+        Progress progress(m_quiet ? 0 : count);
+        const auto showProgress = [&] { progress.update(tally.done()); };
+        InOrder<Outcome>::run(
+            count, m_jobs, [&](int index) { return workOn(files.at(index), index, tally); },
+            [&](Outcome &&outcome) {
+                tell(outcome);
+                worst = std::max(worst, exitStatus(outcome.status));
+                showProgress();
+            },
+            showProgress);
+    }
+    if (count > 1 && !m_quiet && !m_json)
+        Console::complain(QStringLiteral("%1 files").arg(count) + summary(tally));
+    return worst;
+}
+
+Outcome Batch::workOn(const QString &file, int index, Tally &tally) const
+{
+    bool isCounted = false;
+    Outcome outcome;
+    const auto failed = [&](const QString &error) {
+        outcome = {};
+        outcome.status = FileStatus::Unreadable;
+        outcome.error = error;
+    };
+    try {
+        outcome = work(index, [&] {
+            tally.add(FileStatus::Done);
+            isCounted = true;
+        });
+    } catch (const FileFailure &failure) {
+        failed(failure.text());
+    } catch (const std::bad_alloc &) {
+        failed(file + QStringLiteral(": the memory does not suffice"));
+    } catch (const std::exception &e) {
+        failed(file + QStringLiteral(": ") + QString::fromUtf8(e.what()));
+    }
+    outcome.file = file;
+    outcome.output = outputs.value(index);
+    if (!isCounted)
+        tally.add(outcome.status);
+    return outcome;
+}
+
+void Batch::tell(const Outcome &outcome) const
+{
+    if (m_json) {
+        Console::write(QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n'));
+        return;
+    }
+    if (!m_quiet)
+        tellProblems(outcome);
+    if (!outcome.error.isNull())
+        Console::complain(outcome.error);
+}
+
+/// ": 1 valid, 2 with problems", or nothing if no file is done.
+QString Batch::summary(const Tally &tally) const
+{
+    const std::array<int, 4> counts = tally.counts();
+    const QString words[] = {doneWord, QStringLiteral("with problems"), QStringLiteral("unreadable"),
+                             QStringLiteral("unwritable")};
+    QStringList parts;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        if (counts[i] > 0)
+            parts.append(QStringLiteral("%1 %2").arg(counts[i]).arg(words[i]));
+    }
+    return parts.isEmpty() ? QString() : QStringLiteral(": ") + parts.join(QStringLiteral(", "));
+}

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <QString>
+#include <QVector>
+
+#include "Console.h"
+#include "commands/Options.h"
+#include "documents/Validate.h"
+
+/// What became of one of many files.
+enum class FileStatus {
+    Done, ///< valid, or converted
+    Problems, ///< it does not validate
+    Unreadable,
+    Unwritable,
+};
+
+struct Outcome
+{
+    QString file;
+    QString output; ///< null if none is written
+    FileStatus status = FileStatus::Done;
+    QVector<Finding> findings;
+    QString error; ///< why it is unreadable or unwritable
+};
+
+/// Work on any number of files, several at once. Results are told in the order of the files, each as soon as those in
+/// front of it are; a file that fails does not keep the others from being worked on. Only so many results wait to be
+/// told that memory does not grow with the number of files. Behind more than one file there is a summary, on standard
+/// error, and so there is if a signal ends the program; a bar shows on a terminal how far it is.
+class Batch
+{
+public:
+    /// How much is told: --quiet and --json. Both at once is wrong usage.
+    explicit Batch(const Invocation &invocation);
+
+    /// What a file is called that is done: "valid" or "converted".
+    QString doneWord;
+
+    /// The names of the files that are written, if any are; as many as files.
+    QStringList outputs;
+
+    /// Works on the file of that index. Called from several threads at once. `done` may be called as soon as the result
+    /// is there for good, for one who asks how far the work came; otherwise that is when this returns. FileFailure and
+    /// the like count as a file that cannot be read.
+    std::function<Outcome(int index, const std::function<void()> &done)> work;
+
+    /// Tells the problems of a document, if anything is to be told but JSON.
+    std::function<void(const Outcome &)> tellProblems;
+
+    /// Does all the work. The worst result counts.
+    ExitStatus run(const QStringList &files);
+
+private:
+    class Tally;
+
+    Outcome workOn(const QString &file, int index, Tally &tally) const;
+    void tell(const Outcome &outcome) const;
+    QString summary(const Tally &tally) const;
+
+    int m_jobs = 1;
+    bool m_quiet = false;
+    bool m_json = false;
+};
+
+/// What is told about a file with --json, without the end of the line.
+std::string jsonOf(const Outcome &outcome, const QString &doneWord);

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "commands/Commands.h"
+
+#include "commands/Suggestion.h"
+
+const QVector<Command> &allCommands()
+{
+    static const QVector<Command> commands = {
+        showCommand(), validateCommand(), convertCommand(), diffCommand(), getCommand(),
+        setCommand(),  newCommand(),      schemaCommand(),  helpCommand(),
+    };
+    return commands;
+}
+
+const Command *commandNamed(const QString &name)
+{
+    for (const Command &command : allCommands()) {
+        if (command.name == name)
+            return &command;
+    }
+    return nullptr;
+}
+
+QStringList commandNames()
+{
+    QStringList names;
+    for (const Command &command : allCommands())
+        names.append(command.name);
+    return names;
+}
+
+QString unknownCommand(const QString &name)
+{
+    return QLatin1Char('\'') + name + QStringLiteral("' is no command") + Suggestion::hint(name, commandNames());
+}

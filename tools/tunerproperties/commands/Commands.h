@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+#include "commands/Command.h"
+
+/// All commands, in the order in which the help lists them. Each is described in a file of its own, which ends with the
+/// function that returns the description.
+const QVector<Command> &allCommands();
+
+/// Null if there is none of that name.
+const Command *commandNamed(const QString &name);
+
+QStringList commandNames();
+
+/// "'vaildate' is no command; did you mean 'validate'?"
+QString unknownCommand(const QString &name);
+
+Command showCommand();
+Command validateCommand();
+Command convertCommand();
+Command diffCommand();
+Command getCommand();
+Command setCommand();
+Command newCommand();
+Command schemaCommand();
+Command helpCommand();

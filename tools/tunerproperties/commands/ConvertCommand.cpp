@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include <filesystem>
+#include <system_error>
+
+#include <QFile>
+#include <QHash>
+
+#include "batch/Batch.h"
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "documents/Document.h"
+#include "documents/Output.h"
+
+namespace {
+
+const Option &noValidate()
+{
+    static const Option option{{QStringLiteral("no-validate")},
+                               QStringLiteral("Writes the document as it stands, whatever its problems are."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
+const Option &outDir()
+{
+    static const Option option{
+        {QStringLiteral("out-dir")},
+        QStringLiteral("Writes into this folder, which is made if it is missing, under the names "
+                       "of the inputs with the suffix of the form. Takes --to."),
+        QStringLiteral("DIR"),
+        Takes::Folder,
+        {}};
+    return option;
+}
+
+/// What is to be done with each file.
+struct Plan
+{
+    QStringList files;
+    QStringList outputs;
+    std::optional<Form> from;
+    Form to = Form::Xml;
+    bool validate = true;
+};
+
+/// The name of the output in the folder.
+QString outputName(const QString &file, Form to)
+{
+    const QString name = file.section(QLatin1Char('/'), -1);
+    const auto itsForm = Forms::bySuffix(name);
+    return (itsForm ? name.chopped(Forms::suffixOf(*itsForm).size()) : name) + Forms::suffixOf(to);
+}
+
+/// Nothing may be written before it is sure that no output would replace another one.
+void planManyFiles(Plan &plan, const Invocation &invocation)
+{
+    if (!invocation.isSet(Options::to()))
+        throw WrongUsage(QStringLiteral("--out-dir takes --to"));
+    plan.to = *Options::form(invocation, Options::to());
+    plan.files = invocation.arguments();
+    const QString folder = invocation.value(outDir());
+    if (folder.isEmpty())
+        throw WrongUsage(QStringLiteral("the name of the folder is empty"));
+    const QString start = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
+    QHash<QString, QString> inputs;
+    for (const QString &file : qAsConst(plan.files)) {
+        if (file == Console::streamName())
+            throw WrongUsage(QStringLiteral("standard input has no name for a file in '%1'").arg(folder));
+        const QString output = start + outputName(file, plan.to);
+        if (inputs.contains(output))
+            throw WrongUsage(QLatin1Char('\'') + inputs.value(output) + QStringLiteral("' and '") + file
+                             + QStringLiteral("' would both be written to '") + output + QLatin1Char('\''));
+        inputs.insert(output, file);
+        plan.outputs.append(output);
+    }
+    std::error_code error;
+    std::filesystem::create_directories(QFile::encodeName(folder).toStdString(), error);
+    if (error)
+        throw FileFailure(folder + QStringLiteral(": cannot make the folder: ") + qt_error_string(error.value()));
+}
+
+void planOneFile(Plan &plan, const Invocation &invocation)
+{
+    if (invocation.arguments().size() != 2)
+        throw WrongUsage(QStringLiteral("without --out-dir the arguments of 'convert' are IN OUT"));
+    const QString &out = invocation.arguments().last();
+    std::optional<Form> to = Options::form(invocation, Options::to());
+    if (!to)
+        to = out == Console::streamName() ? Form::Xml : Forms::bySuffix(out);
+    if (!to)
+        throw WrongUsage(QStringLiteral("the name of '%1' does not tell the form to write; use --to").arg(out));
+    if (out == Console::streamName() && invocation.isSet(Options::json()))
+        throw WrongUsage(QStringLiteral("--json and a document on standard output exclude each other"));
+    plan.to = *to;
+    plan.files = invocation.arguments().mid(0, 1);
+    plan.outputs = invocation.arguments().mid(1);
+}
+
+Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
+{
+    Document document(plan.files.at(index), plan.from);
+    const QString &output = plan.outputs.at(index);
+    Outcome outcome;
+    if (plan.validate)
+        outcome.findings = document.findings();
+    if (!outcome.findings.isEmpty()) {
+        outcome.status = FileStatus::Problems;
+        return outcome;
+    }
+    document.tuner.SetValidate(plan.validate);
+    try {
+        Output::writeWhole(output, Forms::compose(document.tuner, plan.to, output), done);
+    } catch (const FileFailure &failure) {
+        outcome.status = FileStatus::Unwritable;
+        outcome.error = failure.text();
+    }
+    return outcome;
+}
+
+ExitStatus run(const Invocation &invocation)
+{
+    Batch batch(invocation);
+    batch.doneWord = QStringLiteral("converted");
+    Plan plan;
+    plan.from = Options::form(invocation, Options::from());
+    plan.validate = !invocation.isSet(noValidate());
+    if (invocation.isSet(outDir()))
+        planManyFiles(plan, invocation);
+    else
+        planOneFile(plan, invocation);
+    batch.outputs = plan.outputs;
+    batch.work = [&](int index, const std::function<void()> &done) { return convert(plan, index, done); };
+    batch.tellProblems = [](const Outcome &outcome) {
+        for (const Finding &finding : outcome.findings)
+            Console::complain(finding.text(outcome.file));
+    };
+    return batch.run(plan.files);
+}
+
+} // namespace
+
+Command convertCommand()
+{
+    Command command;
+    command.name = QStringLiteral("convert");
+    command.usages = QStringList{QStringLiteral("IN OUT"), QStringLiteral("--to FORM --out-dir DIR FILE...")};
+    command.summary = QStringLiteral("Writes documents in another form.");
+    command.details = QStringList{
+        QStringLiteral(
+            "An output is complete or stays as it was. A document that does not validate is not converted; its "
+            "problems go to standard error."),
+        QStringLiteral("Into a folder any number of files are converted, several at once. One that fails does not keep "
+                       "the others from being converted. If two would get the same name nothing is written at all. A "
+                       "summary comes at the end, on standard error."),
+        QStringLiteral("With --json a line for each file is an object with \"file\", \"output\", \"status\" "
+                       "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\" and \"error\", "
+                       "as 'validate --json' writes them.")};
+    command.options = {Options::from(), Options::to(),    outDir(),       noValidate(),
+                       Options::jobs(), Options::quiet(), Options::json()};
+    command.examples = {
+        {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Writes the compressed form.")},
+        {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Writes XML to standard output.")},
+        {QStringLiteral("convert --to tagged --out-dir records *.xml"),
+         QStringLiteral("Writes records/NAME.tpb for every NAME.xml.")}};
+    command.run = run;
+    return command;
+}

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include <nlohmann/json.hpp>
+
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "documents/Document.h"
+#include "documents/JsonText.h"
+#include "members/Diff.h"
+
+namespace {
+
+const Option &exitCode()
+{
+    static const Option option{
+        {QStringLiteral("exit-code")}, QStringLiteral("Ends with 1 if the documents differ."), {}, Takes::Nothing, {}};
+    return option;
+}
+
+const Option &color()
+{
+    static const Option option{
+        {QStringLiteral("color")},
+        QStringLiteral("When to write in colours: auto (on a terminal, unless NO_COLOR is set), always or never."),
+        QStringLiteral("WHEN"),
+        Takes::Word,
+        {QStringLiteral("auto"), QStringLiteral("always"), QStringLiteral("never")}};
+    return option;
+}
+
+const Option &jsonLines()
+{
+    static const Option option{{QStringLiteral("json")},
+                               QStringLiteral("Writes each difference as a line of JSON: an object with the members "
+                                              "change, path, before and after."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
+bool isColoured(const Invocation &invocation)
+{
+    const QString when = invocation.value(color());
+    if (when == QLatin1String("always") || when == QLatin1String("never"))
+        return when == QLatin1String("always");
+    return Console::standardOutputIsTerminal() && qEnvironmentVariableIsEmpty("NO_COLOR")
+        && qgetenv("TERM") != QByteArrayLiteral("dumb");
+}
+
+QByteArray coloured(const Difference &difference)
+{
+    const QByteArray text = Console::onOneLine(difference.text()).toUtf8();
+    const auto in = [&](const char *colour) { return QByteArray("\x1B[") + colour + 'm' + text + "\x1B[m"; };
+    switch (difference.kind) {
+    case Difference::Removed:
+        return in("31");
+    case Difference::Added:
+        return in("32");
+    case Difference::Changed:
+        return in("33");
+    case Difference::Moved:
+        break;
+    }
+    return in("36");
+}
+
+QByteArray json(const Difference &difference)
+{
+    const auto word = [&] {
+        switch (difference.kind) {
+        case Difference::Removed:
+            return "removed";
+        case Difference::Added:
+            return "added";
+        case Difference::Changed:
+            return "changed";
+        case Difference::Moved:
+            break;
+        }
+        return "moved";
+    };
+    const auto side = [](const QString &text, bool isThere) {
+        return isThere ? nlohmann::ordered_json(text.toStdString()) : nlohmann::ordered_json();
+    };
+    return JsonText::compact({{"change", word()},
+                              {"path", difference.path.toStdString()},
+                              {"before", side(difference.before, difference.kind != Difference::Added)},
+                              {"after", side(difference.after, difference.kind != Difference::Removed)}});
+}
+
+ExitStatus run(const Invocation &invocation)
+{
+    const QStringList &names = invocation.arguments();
+    if (names.count(Console::streamName()) > 1)
+        throw WrongUsage(QStringLiteral("standard input can be read only once"));
+    const auto form = Options::form(invocation, Options::from());
+    const Document first(names.first(), form);
+    const Document second(names.last(), form);
+    const QVector<Difference> differences = findDifferences(first.tuner, second.tuner);
+    const bool isJson = invocation.isSet(jsonLines());
+    const bool inColours = !isJson && isColoured(invocation);
+    QByteArray lines;
+    for (const Difference &difference : differences) {
+        lines += isJson ? json(difference)
+            : inColours ? coloured(difference)
+                        : Console::onOneLine(difference.text()).toUtf8();
+        lines += '\n';
+    }
+    Console::write(lines);
+    return invocation.isSet(exitCode()) && !differences.isEmpty() ? ExitStatus::Problems : ExitStatus::Ok;
+}
+
+} // namespace
+
+Command diffCommand()
+{
+    Command command;
+    command.name = QStringLiteral("diff");
+    command.usages = QStringList{QStringLiteral("FILE FILE")};
+    command.summary = QStringLiteral("Tells in what two documents differ, by path.");
+    command.details = QStringList{
+        QStringLiteral("The documents may be in different forms. A line begins with - for what only the first one has, "
+                       "+ for what only the second one has, ~ for a value that is another one, and > for an item that "
+                       "has another place. Items are compared with those that have the same identity: type and name of "
+                       "a component, id of a node or a value. Nothing is written if the documents are the same."),
+    };
+    command.options = {exitCode(), color(), jsonLines(), Options::from()};
+    command.examples = {
+        {QStringLiteral("diff old.xml new.tpb"), QStringLiteral("Tells what is new.")},
+        {QStringLiteral("diff --exit-code old.xml new.xml > /dev/null || echo changed"),
+         QStringLiteral("Tells whether anything is.")},
+    };
+    command.fewest = 2;
+    command.most = 2;
+    command.run = run;
+    return command;
+}

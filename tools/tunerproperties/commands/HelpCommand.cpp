@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "commands/Commands.h"
+#include "commands/HelpText.h"
+
+namespace {
+
+ExitStatus run(const Invocation &invocation)
+{
+    if (invocation.arguments().isEmpty()) {
+        Console::write(HelpText::ofProgram().toUtf8());
+        return ExitStatus::Ok;
+    }
+    const QString &name = invocation.arguments().first();
+    const Command *command = commandNamed(name);
+    if (!command)
+        throw WrongUsage(unknownCommand(name));
+    Console::write(HelpText::ofCommand(*command).toUtf8());
+    return ExitStatus::Ok;
+}
+
+} // namespace
+
+Command helpCommand()
+{
+    Command command;
+    command.name = QStringLiteral("help");
+    command.usages = QStringList{QStringLiteral("[COMMAND]")};
+    command.summary = QStringLiteral("Tells how to use the program, or one of its commands.");
+    command.examples = {
+        {QStringLiteral("help convert"), QStringLiteral("Tells the same as 'tunerproperties convert --help'.")}};
+    command.fewest = 0;
+    command.most = 1;
+    command.run = run;
+    command.takes = Takes::Word;
+    command.words = commandNames;
+    return command;
+}

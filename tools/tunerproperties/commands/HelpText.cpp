@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "commands/HelpText.h"
+
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "commands/TextLayout.h"
+
+namespace HelpText {
+
+namespace {
+
+using TextLayout::Columns;
+using TextLayout::wrapped;
+
+QString optionsText(const QVector<Option> &options)
+{
+    Columns columns;
+    for (const Option &option : options) {
+        const QString names = (option.names.size() > 1 ? QString() : QStringLiteral("    "))
+            + option.allTyped().join(QStringLiteral(", "));
+        const QString value = option.value.isEmpty() ? QString() : QLatin1Char(' ') + option.value;
+        columns.add(names + value, option.help);
+    }
+    return QStringLiteral("\nOptions:\n") + columns.text();
+}
+
+QString usageText(const QStringList &usages)
+{
+    QString result;
+    for (const QString &usage : usages)
+        result += (result.isEmpty() ? QStringLiteral("Usage: ") : QStringLiteral("       ")) + program()
+            + QLatin1Char(' ') + usage + QLatin1Char('\n');
+    return result + QLatin1Char('\n');
+}
+
+} // namespace
+
+QString program()
+{
+    return QStringLiteral("tunerproperties");
+}
+
+QString purpose()
+{
+    return QStringLiteral("Shows, validates, converts, compares and changes descriptions of radio tuners.");
+}
+
+QStringList generalNotes()
+{
+    return {
+        QStringLiteral("A FILE is one in any form, or - for standard input or output. XML, JSON and the binary forms "
+                       "are recognised by their content; a snapshot, which carries no mark, by its name or by --from "
+                       "snapshot."),
+        QStringLiteral("Ctrl-C, or another signal, leaves no file half written. The program tells how far it came "
+                       "with many files, and ends by that signal; a second one ends it at once.")};
+}
+
+QVector<Status> statuses()
+{
+    return {{ExitStatus::Ok, QStringLiteral("All went well.")},
+            {ExitStatus::Problems,
+             QStringLiteral("A document has problems, or not the member that is asked for; or, if "
+                            "--exit-code is given, two differ.")},
+            {ExitStatus::WrongUsage, QStringLiteral("The command line is wrong; nothing was done.")},
+            {ExitStatus::FileFailure, QStringLiteral("A file cannot be read or written.")}};
+}
+
+QVector<Option> generalOptions()
+{
+    return {Options::help(), Options::version()};
+}
+
+QVector<Option> optionsOf(const Command &command)
+{
+    return QVector<Option>{Options::help()} + command.options;
+}
+
+QString shortly(const QString &text)
+{
+    const QString sentence = text.section(QStringLiteral(". "), 0, 0);
+    return sentence.endsWith(QLatin1Char('.')) ? sentence.chopped(1) : sentence;
+}
+
+QString ofProgram()
+{
+    Columns commands;
+    for (const Command &command : allCommands())
+        commands.add(command.name, command.summary);
+    Columns statusColumns;
+    for (const Status &status : statuses())
+        statusColumns.add(QString::number(int(status.status)), status.meaning);
+    QString text = usageText({QStringLiteral("COMMAND [OPTION...] [FILE...]")}) + wrapped(purpose(), 0, 0)
+        + QStringLiteral("\nCommands:\n") + commands.text() + optionsText(generalOptions())
+        + QStringLiteral("\nExit status:\n") + statusColumns.text();
+    for (const QString &note : generalNotes())
+        text += QLatin1Char('\n') + wrapped(note, 0, 0);
+    return text + QLatin1Char('\n')
+        + wrapped(QStringLiteral("'%1 help COMMAND' tells more about a command.").arg(program()), 0, 0);
+}
+
+QString ofCommand(const Command &command)
+{
+    QStringList usages;
+    for (const QString &usage : command.usages)
+        usages.append(command.name + QStringLiteral(" [OPTION...]")
+                      + (usage.isEmpty() ? QString() : QLatin1Char(' ') + usage));
+    QString text = usageText(usages) + wrapped(command.summary, 0, 0);
+    for (const QString &paragraph : command.details)
+        text += QLatin1Char('\n') + wrapped(paragraph, 0, 0);
+    text += optionsText(optionsOf(command)) + QStringLiteral("\nExamples:\n");
+    for (const Example &example : command.examples)
+        text += QStringLiteral("  ") + program() + QLatin1Char(' ') + example.line + QStringLiteral("\n      ")
+            + wrapped(example.effect, 6, 6);
+    return text;
+}
+
+} // namespace HelpText

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "commands/Commands.h"
+#include "documents/Forms.h"
+#include "documents/NewDocument.h"
+
+using JobXml::TunerProperties;
+
+namespace {
+
+const Option &type()
+{
+    static const Option option{{QStringLiteral("type")},
+                               QStringLiteral("What kind of tuner it is. Has to be given."),
+                               QStringLiteral("TYPE"),
+                               Takes::Word,
+                               TunerProperties::Gettypes()};
+    return option;
+}
+
+const Option &name()
+{
+    static const Option option{{QStringLiteral("name")},
+                               QStringLiteral("Its name; none if not told."),
+                               QStringLiteral("TEXT"),
+                               Takes::Anything,
+                               {}};
+    return option;
+}
+
+const Option &baseresource()
+{
+    static const Option option{{QStringLiteral("baseresource")},
+                               QStringLiteral("The resource that it is based on."),
+                               QStringLiteral("TEXT"),
+                               Takes::Anything,
+                               {}};
+    return option;
+}
+
+ExitStatus run(const Invocation &invocation)
+{
+    if (!invocation.isSet(type()))
+        throw WrongUsage(QStringLiteral("--type is missing: what kind of tuner it is"));
+    QHash<QString, QString> given;
+    for (const Option &option : {type(), name(), baseresource()}) {
+        if (invocation.isSet(option))
+            given.insert(option.names.first(), invocation.value(option));
+    }
+    TunerProperties document = NewDocument::minimal(given);
+    const QByteArray xml = Forms::compose(document, Form::Xml, Console::streamName());
+    Console::write(NewDocument::explained(xml, document));
+    return ExitStatus::Ok;
+}
+
+} // namespace
+
+Command newCommand()
+{
+    Command command;
+    command.name = QStringLiteral("new");
+    command.usages = QStringList{QString()};
+    command.summary = QStringLiteral("Writes a document to begin with, as XML with comments.");
+    command.details = QStringList{
+        QStringLiteral("It holds what is mandatory and is valid; texts to be replaced are the names of their members. "
+                       "The comments tell what everything is, and what there could be besides.")};
+    command.options = {type(), name(), baseresource()};
+    command.examples = {{QStringLiteral("new --type Receiver > receiver.xml"),
+                         QStringLiteral("Begins the description of a receiver.")}};
+    command.fewest = 0;
+    command.most = 0;
+    command.run = run;
+    command.takes = Takes::Nothing;
+    return command;
+}

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "commands/Options.h"
+
+#include <QThread>
+
+namespace Options {
+
+const Option &help()
+{
+    static const Option option{
+        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this help."), {}, Takes::Nothing, {}};
+    return option;
+}
+
+const Option &version()
+{
+    static const Option option{
+        {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Shows the version."), {}, Takes::Nothing, {}};
+    return option;
+}
+
+const Option &from()
+{
+    static const Option option{{QStringLiteral("from")},
+                               QStringLiteral("What the input is: %1. Only a snapshot whose name does not end in "
+                                              ".tps cannot be recognised.")
+                                   .arg(Forms::names()),
+                               QStringLiteral("FORM"),
+                               Takes::Word,
+                               Forms::list()};
+    return option;
+}
+
+const Option &to()
+{
+    static const Option option{{QStringLiteral("to")},
+                               QStringLiteral("What to write: %1. Without it the name of the output says: %2; "
+                                              "standard output is XML.")
+                                   .arg(Forms::names(), Forms::suffixes()),
+                               QStringLiteral("FORM"),
+                               Takes::Word,
+                               Forms::list()};
+    return option;
+}
+
+const Option &jobs()
+{
+    static const Option option{{QStringLiteral("j"), QStringLiteral("jobs")},
+                               QStringLiteral("Works on up to NUMBER files at once; on as many as there are "
+                                              "processors if not told."),
+                               QStringLiteral("NUMBER"),
+                               Takes::Anything,
+                               {}};
+    return option;
+}
+
+const Option &quiet()
+{
+    static const Option option{
+        {QStringLiteral("q"), QStringLiteral("quiet")},
+        QStringLiteral("Tells only which files cannot be read or written. Whether there were problems, the exit status "
+                       "tells."),
+        {},
+        Takes::Nothing,
+        {}};
+    return option;
+}
+
+const Option &json()
+{
+    static const Option option{{QStringLiteral("json")},
+                               QStringLiteral("Writes a line for each file to standard output, a JSON object."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
+std::optional<Form> form(const Invocation &invocation, const Option &option)
+{
+    return Forms::named(invocation.value(option));
+}
+
+int jobCount(const Invocation &invocation)
+{
+    constexpr int most = 256;
+    if (!invocation.isSet(jobs()))
+        return QThread::idealThreadCount();
+    const QString text = invocation.value(jobs());
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < 1 || number > most)
+        throw WrongUsage(
+            QStringLiteral("'%1' is no number of jobs; from 1 to %2 can be done at once").arg(text).arg(most));
+    return number;
+}
+
+} // namespace Options

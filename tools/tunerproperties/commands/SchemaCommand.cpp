@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "commands/Commands.h"
+#include "documents/Schema.h"
+
+namespace {
+
+ExitStatus run(const Invocation &)
+{
+    Console::write(Schema::text());
+    return ExitStatus::Ok;
+}
+
+} // namespace
+
+Command schemaCommand()
+{
+    Command command;
+    command.name = QStringLiteral("schema");
+    command.usages = QStringList{QString()};
+    command.summary = QStringLiteral("Writes the XML Schema of documents.");
+    command.examples = {{QStringLiteral("schema > tuner-properties.xsd"),
+                         QStringLiteral("Keeps the schema in a file, for an editor or for xmllint.")}};
+    command.fewest = 0;
+    command.most = 0;
+    command.run = run;
+    command.takes = Takes::Nothing;
+    return command;
+}

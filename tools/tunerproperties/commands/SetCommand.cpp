@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include <QTemporaryFile>
+
+#include <reportbase/SaveFile.h>
+
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "documents/Document.h"
+#include "documents/Output.h"
+#include "members/Diff.h"
+#include "members/Paths.h"
+#include "members/TypedValue.h"
+#include "members/ValueText.h"
+
+using namespace JobXml;
+
+namespace {
+
+const Option &unset()
+{
+    static const Option option{
+        {QStringLiteral("unset")},
+        QStringLiteral("Takes the value away: the member is not set any more, and holds its default."),
+        {},
+        Takes::Nothing,
+        {}};
+    return option;
+}
+
+const Option &noValidate()
+{
+    static const Option option{
+        {QStringLiteral("no-validate")},
+        QStringLiteral("Writes the document even if it has problems that it did not have before."),
+        {},
+        Takes::Nothing,
+        {}};
+    return option;
+}
+
+/// Stores the value by the setter and its checks.
+void store(TunerProperties &document, const Paths::Target &target, const QString &text)
+{
+    const QVariant value = TypedValue::parse(target.member, text);
+    bool isStored = false;
+    document.SetValidate(true); // hands it down to what holds the member
+    Paths::edit(document, target, [&](MemberEditor &member) { isStored = member.SetValue(value); });
+    document.SetValidate(false);
+    if (!isStored)
+        throw TypedValue::Mismatch(QStringLiteral("cannot hold '%1'").arg(text));
+}
+
+void takeAway(TunerProperties &document, const Paths::Target &target)
+{
+    if (target.isItem())
+        throw TypedValue::Mismatch(QStringLiteral("is an item of a list; only the whole list can be unset"));
+    Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
+}
+
+QStringList problemsOf(const TunerProperties &document)
+{
+    QStringList texts;
+    const QVector<Problem> problems = document.GetProblems();
+    for (const Problem &problem : problems)
+        texts.append((problem.path + QStringList{problem.message}).join(QStringLiteral(": ")));
+    return texts;
+}
+
+/// Not all forms hold all values exactly, so what was written is looked at again.
+void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const QString &path)
+{
+    QString text = QStringLiteral("nothing");
+    try {
+        QTemporaryFile copy;
+        if (!copy.open() || !REPORTGENERATOR::WriteAll(copy, bytes).isNull() || !copy.flush())
+            return; // the document itself is written
+        const Document written(copy.fileName(), document.form);
+        text = ValueText::ofMember(Paths::find(written.tuner, path).member);
+    } catch (const FileFailure &) {
+    } catch (const PathFailure &) {
+    }
+    if (text != ValueText::ofMember(Paths::find(document.tuner, path).member))
+        Console::complain(document.input.name() + QStringLiteral(": ") + path
+                          + QStringLiteral(": is read from this form as ") + text);
+}
+
+ExitStatus complainAll(const QString &file, const QStringList &texts)
+{
+    for (const QString &text : texts)
+        Console::complain(file + QStringLiteral(": ") + text);
+    return ExitStatus::Problems;
+}
+
+/// What stands in the XML and not in the document, so that it would be lost.
+QStringList notInTheDocument(Document &document)
+{
+    QStringList texts;
+    const QVector<Finding> findings = document.findings();
+    for (const Finding &finding : findings) {
+        if (finding.hasPlace())
+            texts.append(
+                QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
+    }
+    return texts;
+}
+
+ExitStatus change(Document &document, const Invocation &invocation)
+{
+    const QStringList &arguments = invocation.arguments();
+    const QString file = document.input.name();
+    const bool mayHaveProblems = invocation.isSet(noValidate());
+    TunerProperties &tuner = document.tuner;
+    const QStringList lost = mayHaveProblems ? QStringList() : notInTheDocument(document);
+    if (!lost.isEmpty())
+        return complainAll(file, lost);
+    const TunerProperties before = tuner;
+    const QStringList knownProblems = problemsOf(before);
+    const Paths::Target target = Paths::find(tuner, arguments[1]);
+    try {
+        if (invocation.isSet(unset()))
+            takeAway(tuner, target);
+        else
+            store(tuner, target, arguments[2]);
+    } catch (const TypedValue::Mismatch &mismatch) {
+        return complainAll(file, {target.path + QStringLiteral(": ") + mismatch.text()});
+    } catch (const ReportException &exception) {
+        return complainAll(file, {target.path + QStringLiteral(": ") + exception.GetMessageText()});
+    }
+    const bool isChanged = !findDifferences(before, tuner).isEmpty();
+    if (!isChanged && file != Console::streamName())
+        return ExitStatus::Ok;
+    QStringList problems = problemsOf(tuner);
+    tuner.SetValidate(problems.isEmpty() && tuner.HasData());
+    for (const QString &known : knownProblems)
+        problems.removeOne(known);
+    if (!problems.isEmpty() && !mayHaveProblems)
+        return complainAll(file, problems);
+    const QByteArray bytes = Forms::compose(tuner, document.form, file);
+    Output::writeWhole(file, bytes);
+    if (isChanged && !invocation.isSet(unset()))
+        tellWhatBecameOfIt(bytes, document, target.path);
+    return ExitStatus::Ok;
+}
+
+ExitStatus run(const Invocation &invocation)
+{
+    const QStringList &arguments = invocation.arguments();
+    if (arguments.size() != (invocation.isSet(unset()) ? 2 : 3))
+        throw WrongUsage(invocation.isSet(unset()) ? QStringLiteral("--unset takes a path and no value")
+                                                   : QStringLiteral("the value is missing"));
+    const QString &file = arguments.first();
+    Document document(file, Options::form(invocation, Options::from()));
+    try {
+        return change(document, invocation);
+    } catch (const PathFailure &failure) {
+        return complainAll(file, {failure.text()});
+    }
+}
+
+} // namespace
+
+Command setCommand()
+{
+    Command command;
+    command.name = QStringLiteral("set");
+    command.usages = QStringList{QStringLiteral("FILE PATH VALUE"), QStringLiteral("--unset FILE PATH")};
+    command.summary = QStringLiteral("Changes the value of one member.");
+    command.details = QStringList{
+        QStringLiteral("'tunerproperties get --help' tells about paths. The value is checked as the library checks it, "
+                       "and so is the document then; it is written in the form that it has, completely or not at all. "
+                       "Nothing is written if nothing changes."),
+        QStringLiteral("Several names have commas between them. The document is written as the library writes it, so "
+                       "comments in XML and the layout of a file do not stay.")};
+    command.options = {unset(), noValidate(), Options::from()};
+    command.examples = {
+        {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Changes how many there are.")},
+        {QStringLiteral("set receiver.xml 'Component[name=audio]/Node[id=balance]/ValueItem/value' -0.5"),
+         QStringLiteral("Changes a value of a node.")},
+        {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Takes the name away.")}};
+    command.fewest = 2;
+    command.most = 3;
+    command.argumentsMayBeEmpty = true;
+    command.mayEndWithNumber = true;
+    command.run = run;
+    return command;
+}

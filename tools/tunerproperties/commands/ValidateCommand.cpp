@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "batch/Batch.h"
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "documents/Document.h"
+
+namespace {
+
+ExitStatus run(const Invocation &invocation)
+{
+    const QStringList &files = invocation.arguments();
+    const auto from = Options::form(invocation, Options::from());
+    Batch batch(invocation);
+    batch.doneWord = QStringLiteral("valid");
+    batch.work = [&](int index, const std::function<void()> &) {
+        Outcome outcome;
+        outcome.findings = Document(files.at(index), from).findings();
+        outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
+        return outcome;
+    };
+    batch.tellProblems = [](const Outcome &outcome) {
+        QByteArray lines;
+        for (const Finding &finding : outcome.findings)
+            lines += Console::onOneLine(finding.text(outcome.file)).toUtf8() + '\n';
+        if (!lines.isEmpty())
+            Console::write(lines);
+    };
+    return batch.run(files);
+}
+
+} // namespace
+
+Command validateCommand()
+{
+    Command command;
+    command.name = QStringLiteral("validate");
+    command.usages = QStringList{QStringLiteral("FILE...")};
+    command.summary = QStringLiteral("Tells every problem of the documents, a line each.");
+    command.details = QStringList{
+        QStringLiteral(
+            "A problem has its line and column, where only the reader of an XML document sees it, or else the "
+            "path of the object that has it. Nothing is told about a valid document."),
+        QStringLiteral(
+            "Several files are worked on at once, and told about in their order; behind them comes a summary, "
+            "on standard error."),
+        QStringLiteral(
+            "With --json a line for each file is an object with \"file\", \"status\" (\"valid\", \"problems\" "
+            "or \"unreadable\"), \"problems\" and \"error\" (why it is unreadable, or null). A problem has "
+            "\"path\" (the objects from the outermost to the one at fault), \"line\", \"column\" and "
+            "\"message\"; either path or line and column are null. There is no summary then.")};
+    command.options = {Options::from(), Options::jobs(), Options::quiet(), Options::json()};
+    command.examples = {{QStringLiteral("validate receiver.xml"),
+                         QStringLiteral("Tells every problem of a document, and nothing if there is none.")},
+                        {QStringLiteral("validate --quiet *.xml && echo fine"),
+                         QStringLiteral("Asks whether all documents are valid.")},
+                        {QStringLiteral("validate --json *.xml"),
+                         QStringLiteral("Tells the problems of many documents to a program.")}};
+    command.run = run;
+    return command;
+}

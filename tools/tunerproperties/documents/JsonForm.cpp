@@ -1,0 +1,407 @@
+// SPDX-License-Identifier: MIT
+#include "documents/JsonForm.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include <QRegularExpression>
+#include <QXmlStreamWriter>
+
+#include <nlohmann/json.hpp>
+
+#include "commands/Suggestion.h"
+#include "members/Paths.h"
+
+using namespace JobXml;
+using Json = nlohmann::ordered_json;
+
+namespace JsonForm {
+
+namespace {
+
+const char *const unsetKey = "unset";
+const char *const versionKey = "Version";
+
+std::string keyOf(const MemberView &member)
+{
+    const QLatin1String name = member.GetName();
+    return std::string(name.data(), std::size_t(name.size()));
+}
+
+/// The path of a failure from the object that holds the member.
+QString stepTo(const MemberView &member, int index)
+{
+    return member.GetKind() == MemberKind::ObjectList ? Paths::stepsTo(member).value(index) : QString(member.GetName());
+}
+
+// --- Writing ---------------------------------------------------------------------------------------------------------
+
+Json ofReal(double value)
+{
+    if (std::isnan(value))
+        return "NaN";
+    if (std::isinf(value))
+        return value < 0 ? "-Infinity" : "Infinity";
+    return value;
+}
+
+/// By the number whose digits are those of the float: 0.1, not 0.10000000149011612.
+Json ofReal(float value)
+{
+    char text[64];
+    const char *const end = std::to_chars(std::begin(text), std::end(text), value).ptr;
+    double sameDigits = 0;
+    std::from_chars(std::begin(text), end, sameDigits);
+    return ofReal(float(sameDigits) == value ? sameDigits : double(value));
+}
+
+Json ofValue(const QVariant &value)
+{
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::QString:
+        return value.toString().isNull() ? Json() : JsonText::fromString(value.toString());
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::Int:
+        return value.toInt();
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+        return value.toString().toStdString(); // many readers of JSON keep 53 bits of a number
+    case QMetaType::Float:
+        return ofReal(value.value<float>());
+    case QMetaType::Double:
+        return ofReal(value.toDouble());
+    case QMetaType::QVariantList: {
+        Json entries = Json::array();
+        const QVariantList values = value.toList();
+        for (const QVariant &entry : values)
+            entries.push_back(ofValue(entry));
+        return entries;
+    }
+    default:
+        qFatal("a value of the type %s has no form in JSON", value.typeName());
+    }
+}
+
+/// Whether a member that is not set holds nothing but what every new object holds.
+bool saysNothing(const MemberView &member, const Json &value)
+{
+    if (value.is_structured())
+        return value.empty();
+    // As texts: 0.0 and -0.0 are equal numbers.
+    return value.dump() == ofValue(member.GetDefaultValue()).dump();
+}
+
+// --- Reading ---------------------------------------------------------------------------------------------------------
+
+/// What stands in the JSON, to be told to people.
+QString shown(const Json &json)
+{
+    constexpr int most = 40;
+    const QString text =
+        json.is_string() ? JsonText::toString(json.get<std::string>()) : QString::fromUtf8(JsonText::compact(json));
+    return QLatin1Char('\'') + (text.size() > most ? text.left(most) + QStringLiteral("...") : text)
+        + QLatin1Char('\'');
+}
+
+[[noreturn]] void refuse(const Json &json, const char *what)
+{
+    throw JsonFailure(shown(json) + QLatin1Char(' ') + QLatin1String(what));
+}
+
+template <class T>
+T wholeNumber(const Json &json)
+{
+    if (!json.is_number_integer())
+        refuse(json, "is no whole number");
+    const bool isNegative = !json.is_number_unsigned() && json.get<qint64>() < 0;
+    const bool fits = isNegative ? std::is_signed_v<T> && json.get<qint64>() >= qint64(std::numeric_limits<T>::min())
+                                 : json.get<quint64>() <= quint64(std::numeric_limits<T>::max());
+    if (!fits)
+        refuse(json, "is out of range");
+    return json.get<T>();
+}
+
+/// Of 64 bits: also as a text, which is how they are written.
+template <class T>
+QVariant longNumber(const Json &json)
+{
+    if (!json.is_string())
+        return QVariant::fromValue(wholeNumber<T>(json));
+    static const QRegularExpression decimal(QStringLiteral(R"(^-?(?:0|[1-9][0-9]*)\z)"));
+    const QString text = JsonText::toString(json.get<std::string>());
+    if (!decimal.match(text).hasMatch())
+        refuse(json, "is no whole number");
+    bool fits = false;
+    const T value = std::is_signed_v<T> ? T(text.toLongLong(&fits)) : T(text.toULongLong(&fits));
+    if (!fits)
+        refuse(json, "is out of range");
+    return QVariant::fromValue(value);
+}
+
+template <class T>
+QVariant real(const Json &json)
+{
+    using Limits = std::numeric_limits<T>;
+    if (json == "NaN")
+        return QVariant::fromValue(Limits::quiet_NaN());
+    if (json == "Infinity")
+        return QVariant::fromValue(Limits::infinity());
+    if (json == "-Infinity")
+        return QVariant::fromValue(-Limits::infinity());
+    if (!json.is_number())
+        refuse(json, "is no number");
+    const T value = json.get<T>();
+    if (std::isinf(value))
+        refuse(json, "is out of range");
+    return QVariant::fromValue(value);
+}
+
+QVariant enumeration(const Json &json, const QStringList &names)
+{
+    if (json.is_null())
+        return QString();
+    if (json.is_number())
+        return wholeNumber<int>(json);
+    if (!json.is_string())
+        refuse(json, "is no name");
+    const QString name = JsonText::toString(json.get<std::string>());
+    if (!names.contains(name))
+        throw JsonFailure(Suggestion::insteadOf(name, QStringLiteral("name"), names));
+    return name;
+}
+
+QVariant valueFor(const MemberView &member, const Json &json)
+{
+    switch (member.GetKind()) {
+    case MemberKind::Text:
+        if (!json.is_null() && !json.is_string())
+            refuse(json, "is no text");
+        return json.is_null() ? QString() : JsonText::toString(json.get<std::string>());
+    case MemberKind::Boolean:
+        if (!json.is_boolean())
+            refuse(json, "is neither true nor false");
+        return json.get<bool>();
+    case MemberKind::Int:
+        return wholeNumber<int>(json);
+    case MemberKind::Int64:
+        return longNumber<qlonglong>(json);
+    case MemberKind::UInt64:
+        return longNumber<qulonglong>(json);
+    case MemberKind::Float:
+        return real<float>(json);
+    case MemberKind::Double:
+        return real<double>(json);
+    case MemberKind::Enumeration:
+    case MemberKind::Choice:
+        return enumeration(json, member.GetNames());
+    case MemberKind::EnumerationList: {
+        if (!json.is_array())
+            refuse(json, "is no list");
+        QVariantList values;
+        for (const Json &entry : json)
+            values.append(enumeration(entry, member.GetNames()));
+        return values;
+    }
+    case MemberKind::Object:
+    case MemberKind::ObjectList:
+    case MemberKind::Alternative:
+        break;
+    }
+    return {};
+}
+
+void readObject(DataObject &object, const Json &json);
+
+void readMember(MemberEditor &member, const Json &json)
+{
+    switch (member.GetKind()) {
+    case MemberKind::Object:
+    case MemberKind::Alternative:
+        readObject(member.EditChild(), json);
+        break;
+    case MemberKind::ObjectList:
+        if (!json.is_array())
+            refuse(json, "is no list");
+        member.SetFlag(true); // also if it is empty
+        for (const Json &item : json) {
+            DataObject &child = member.AppendChild();
+            try {
+                readObject(child, item);
+            } catch (const JsonFailure &failure) {
+                throw failure.below(stepTo(member, member.GetSize() - 1));
+            }
+        }
+        break;
+    default:
+        if (!member.SetValue(valueFor(member, json)))
+            refuse(json, "is out of range");
+    }
+}
+
+/// With the member's name in front of what is wrong; an item of a list has told its own.
+void readNamedMember(MemberEditor &member, const Json &json)
+{
+    const bool isListOfObjects = member.GetKind() == MemberKind::ObjectList && json.is_array();
+    try {
+        readMember(member, json);
+    } catch (const JsonFailure &failure) {
+        throw isListOfObjects ? failure : failure.below(member.GetName());
+    }
+}
+
+void checkKeys(const DataObject &object, const Json &json, const Json *unset)
+{
+    QStringList names;
+    visit(object, [&](const MemberView &member) {
+        names.append(member.GetName());
+        const std::string key = keyOf(member);
+        if (!unset || !unset->contains(key))
+            return;
+        if (member.GetKind() == MemberKind::Choice)
+            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\"").arg(member.GetName()));
+        if (json.contains(key))
+            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\" and outside").arg(member.GetName()));
+    });
+    const auto check = [&](const Json &in, const char *alsoKnown) {
+        for (auto entry = in.begin(); entry != in.end(); ++entry) {
+            const QString key = JsonText::toString(entry.key());
+            if (!names.contains(key) && entry.key() != alsoKnown)
+                throw JsonFailure(Paths::unknownMember(key, object.GetObjectName(), names));
+        }
+    };
+    check(json, unsetKey);
+    if (unset)
+        check(*unset, "");
+}
+
+const Json *find(const Json &object, const std::string &key)
+{
+    const auto found = object.find(key);
+    return found == object.end() ? nullptr : &*found;
+}
+
+void readObject(DataObject &object, const Json &json)
+{
+    if (!json.is_object())
+        refuse(json, "is no object");
+    const Json *const unset = find(json, unsetKey);
+    if (unset && !unset->is_object())
+        throw JsonFailure(shown(*unset) + QStringLiteral(" is no object")).below(QLatin1String(unsetKey));
+    checkKeys(object, json, unset);
+    object.SetValidate(false); // a new object has a flag of its own
+    bool hasChoice = false;
+    visit(object, [&](MemberEditor &member) {
+        const std::string key = keyOf(member);
+        if (member.GetKind() == MemberKind::Choice)
+            hasChoice = true; // stored last: each alternative that is read is chosen by that
+        else if (const Json *const set = find(json, key))
+            readNamedMember(member, *set);
+        else if (const Json *const held = unset ? find(*unset, key) : nullptr) {
+            readNamedMember(member, *held);
+            member.SetFlag(false);
+        }
+    });
+    if (!hasChoice)
+        return;
+    visit(object, [&](MemberEditor &member) {
+        if (member.GetKind() != MemberKind::Choice)
+            return;
+        const Json *const choice = find(json, keyOf(member));
+        readNamedMember(member, choice ? *choice : Json());
+    });
+}
+
+/// A document that was told the version, as its own reader of XML takes it.
+TunerProperties ofVersion(const Json *version)
+{
+    if (version && !version->is_string())
+        throw JsonFailure(shown(*version) + QStringLiteral(" is no text")).below(QLatin1String(versionKey));
+    TunerProperties document;
+    document.SetValidate(false);
+    QString xml;
+    QXmlStreamWriter writer(&xml);
+    writer.writeStartElement(document.GetObjectName());
+    if (version)
+        writer.writeAttribute(QLatin1String(versionKey), JsonText::toString(version->get<std::string>()));
+    writer.writeEndElement();
+    const bool isTaken = document.SetXmlString(xml, false);
+    if (version && (!isTaken || document.GetInitialVersionLoaded() != JsonText::toString(version->get<std::string>())))
+        throw JsonFailure(shown(*version) + QStringLiteral(" is no version")).below(QLatin1String(versionKey));
+    return document;
+}
+
+} // namespace
+
+Json ofMember(const MemberView &member)
+{
+    switch (member.GetKind()) {
+    case MemberKind::Object:
+    case MemberKind::Alternative:
+        return member.GetSize() == 0 ? Json::object() : ofObject(member.GetChild());
+    case MemberKind::ObjectList: {
+        Json items = Json::array();
+        for (int i = 0; i < member.GetSize(); ++i) {
+            try {
+                items.push_back(ofObject(member.GetChild(i)));
+            } catch (const JsonFailure &failure) {
+                throw failure.below(stepTo(member, i));
+            }
+        }
+        return items;
+    }
+    default:
+        return ofValue(member.GetValue());
+    }
+}
+
+Json ofObject(const DataObject &object)
+{
+    Json result = Json::object();
+    Json unset = Json::object();
+    visit(object, [&](const MemberView &member) {
+        Json value;
+        try {
+            value = ofMember(member);
+        } catch (const JsonFailure &failure) {
+            throw member.GetKind() == MemberKind::ObjectList ? failure : failure.below(member.GetName());
+        }
+        if (member.IsSet())
+            result[keyOf(member)] = std::move(value);
+        else if (member.GetKind() != MemberKind::Choice && !saysNothing(member, value))
+            unset[keyOf(member)] = std::move(value);
+    });
+    if (!unset.empty())
+        result[unsetKey] = std::move(unset);
+    return result;
+}
+
+QByteArray compose(const TunerProperties &document)
+{
+    Json members = Json::object();
+    members[versionKey] = document.GetVersion().toStdString();
+    members.update(ofObject(document));
+    Json whole = Json::object();
+    whole[document.GetObjectName().toStdString()] = std::move(members);
+    return JsonText::pretty(whole);
+}
+
+void read(TunerProperties &document, const QByteArray &utf8)
+{
+    Json whole = JsonText::parse(utf8);
+    const std::string name = document.GetObjectName().toStdString();
+    if (!whole.is_object() || whole.size() != 1 || !whole.contains(name))
+        throw JsonFailure(QStringLiteral("is no object with the one member '%1'").arg(document.GetObjectName()));
+    Json &members = whole[name];
+    if (!members.is_object())
+        refuse(members, "is no object");
+    TunerProperties result = ofVersion(find(members, versionKey));
+    members.erase(versionKey);
+    readObject(result, members);
+    const bool validate = document.GetValidate();
+    document = result;
+    document.SetValidate(validate);
+}
+
+} // namespace JsonForm

@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: MIT
+#include "documents/JsonText.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include <QRegularExpression>
+
+#include <nlohmann/json.hpp>
+
+#include "members/ValueText.h"
+
+using Json = nlohmann::ordered_json;
+
+JsonFailure::JsonFailure(const QString &message) : std::runtime_error(message.toStdString()), m_message(message) { }
+
+JsonFailure::JsonFailure(int line, int column, const QString &message) : JsonFailure(message)
+{
+    m_line = line;
+    m_column = column;
+}
+
+JsonFailure JsonFailure::below(const QString &step) const
+{
+    JsonFailure further = *this;
+    further.m_path = m_path.isEmpty() ? step : step + QLatin1Char('/') + m_path;
+    return further;
+}
+
+QString JsonFailure::text(const QString &fileName) const
+{
+    const QString path = m_path.isEmpty() ? QString() : m_path + QStringLiteral(": ");
+    const QString place = m_line == 0 ? QString() : QStringLiteral(":%1:%2").arg(m_line).arg(m_column);
+    return fileName + place + QStringLiteral(": ") + path + m_message;
+}
+
+namespace JsonText {
+
+namespace {
+
+// Far more than a document takes, and little enough for everything that goes by recursion or looks through an object.
+constexpr std::size_t deepest = 64;
+constexpr std::size_t mostKeys = 256;
+
+/// A place in a text that tells how far reading has come.
+class Place
+{
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char *;
+    using reference = const char &;
+
+    Place(const char *at, const char **furthest) : m_at(at), m_furthest(furthest) { }
+
+    reference operator*() const { return *m_at; }
+    Place &operator++()
+    {
+        *m_furthest = ++m_at;
+        return *this;
+    }
+    Place operator++(int)
+    {
+        const Place before = *this;
+        ++*this;
+        return before;
+    }
+    bool operator==(const Place &other) const { return m_at == other.m_at; }
+    bool operator!=(const Place &other) const { return m_at != other.m_at; }
+
+private:
+    const char *m_at;
+    const char **m_furthest;
+};
+
+/// Puts together what the parser reads, and refuses what it would let pass.
+class Builder
+{
+public:
+    Builder(const QByteArray &text, const char *const &furthest) : m_text(text), m_furthest(furthest) { }
+
+    Json takeResult() { return std::move(m_result); }
+
+    bool null() { return add(nullptr); }
+    bool boolean(bool value) { return add(value); }
+    bool number_integer(Json::number_integer_t value) { return add(value); }
+    bool number_unsigned(Json::number_unsigned_t value) { return add(value); }
+    bool number_float(Json::number_float_t value, const std::string &) { return add(value); }
+    bool string(std::string &value) { return add(std::move(value)); }
+    bool binary(Json::binary_t &) { return false; } // no text has it
+    bool start_object(std::size_t) { return open(Json::object()); }
+    bool start_array(std::size_t) { return open(Json::array()); }
+    bool end_object() { return close(); }
+    bool end_array() { return close(); }
+
+    bool key(std::string &name)
+    {
+        const Json &object = *m_open.back();
+        if (object.contains(name))
+            failHere(QLatin1Char('\'') + toString(name) + QStringLiteral("' stands twice in the same object"));
+        if (object.size() == mostKeys)
+            failHere(QStringLiteral("an object has more than %1 members").arg(mostKeys));
+        m_key = std::move(name);
+        return true;
+    }
+
+    bool parse_error(std::size_t position, const std::string &, const Json::exception &exception)
+    {
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: what is wrong"
+        static const QRegularExpression around(
+            QStringLiteral(R"(^\[[^\]]*\] (?:parse error at line \d+, column \d+: )?)"));
+        // The position counts what was read, and the end of the text as one character more.
+        fail(std::min(m_text.constBegin() + position - 1, m_text.constEnd()),
+             QString::fromUtf8(exception.what()).remove(around));
+    }
+
+private:
+    /// At the last character that was read.
+    [[noreturn]] void failHere(const QString &message) const { fail(m_furthest - 1, message); }
+
+    [[noreturn]] void fail(const char *at, const QString &message) const
+    {
+        const char *const begin = m_text.constData();
+        const auto lineFeed = std::find(std::make_reverse_iterator(at), std::make_reverse_iterator(begin), '\n');
+        const char *const lineStart = lineFeed.base();
+        const QString before = QString::fromUtf8(lineStart, int(at - lineStart));
+        throw JsonFailure(int(std::count(begin, lineStart, '\n')) + 1, before.size() + 1, message);
+    }
+
+    template <class Value>
+    bool add(Value &&value)
+    {
+        place(Json(std::forward<Value>(value)));
+        return true;
+    }
+
+    Json &place(Json &&value)
+    {
+        if (m_open.empty())
+            return m_result = std::move(value);
+        Json &parent = *m_open.back();
+        if (parent.is_object())
+            return parent[m_key] = std::move(value);
+        parent.push_back(std::move(value));
+        return parent.back();
+    }
+
+    bool open(Json &&empty)
+    {
+        if (m_open.size() == deepest)
+            failHere(QStringLiteral("nested deeper than %1 levels").arg(deepest));
+        m_open.push_back(&place(std::move(empty)));
+        return true;
+    }
+
+    bool close()
+    {
+        m_open.pop_back();
+        return true;
+    }
+
+    const QByteArray &m_text;
+    const char *const &m_furthest;
+    Json m_result;
+    std::vector<Json *> m_open;
+    std::string m_key;
+};
+
+std::string number(double value)
+{
+    const std::string digits = ValueText::exactly(value).toStdString();
+    // A number without any of these is a whole one to some readers, and "-0" is 0 then.
+    return digits.find_first_of(".e") == std::string::npos ? digits + ".0" : digits;
+}
+
+bool isPlain(const Json &value)
+{
+    return !value.is_structured() || value.empty();
+}
+
+bool holdsPlainValues(const Json &value)
+{
+    return std::all_of(value.begin(), value.end(), isPlain);
+}
+
+/// Whether it reads well on one line: plain values, and in an object also lists and objects of them.
+bool isSimple(const Json &value)
+{
+    return std::all_of(value.begin(), value.end(), [&](const Json &part) {
+        return isPlain(part) || (value.is_object() && holdsPlainValues(part));
+    });
+}
+
+class Printer
+{
+public:
+    explicit Printer(bool pretty) : m_pretty(pretty) { }
+
+    void print(const Json &value)
+    {
+        if (!value.is_structured()) {
+            m_out += value.is_number_float() ? number(value.get<double>()) : value.dump();
+            return;
+        }
+        printParts(value, m_pretty && !value.empty() && !(isSimple(value) && fitsOnTheLine(value)));
+    }
+
+    std::string takeText() { return std::move(m_out); }
+
+private:
+    static constexpr std::size_t width = 110;
+
+    std::size_t column() const
+    {
+        const std::size_t feed = m_out.rfind('\n');
+        return m_out.size() - (feed == std::string::npos ? 0 : feed + 1);
+    }
+
+    bool fitsOnTheLine(const Json &value) const
+    {
+        Printer flat(true);
+        flat.printParts(value, false);
+        return column() + flat.m_out.size() <= width;
+    }
+
+    void printParts(const Json &value, bool onLinesOfTheirOwn)
+    {
+        const bool isObject = value.is_object();
+        m_out += isObject ? '{' : '[';
+        ++m_depth;
+        bool isFirst = true;
+        for (auto part = value.begin(); part != value.end(); ++part) {
+            if (!isFirst)
+                m_out += m_pretty && !onLinesOfTheirOwn ? ", " : ",";
+            if (onLinesOfTheirOwn)
+                breakLine();
+            if (isObject)
+                m_out += Json(part.key()).dump() + (m_pretty ? ": " : ":");
+            print(part.value());
+            isFirst = false;
+        }
+        --m_depth;
+        if (onLinesOfTheirOwn)
+            breakLine();
+        m_out += isObject ? '}' : ']';
+    }
+
+    void breakLine() { m_out += '\n' + std::string(2 * m_depth, ' '); }
+
+    const bool m_pretty;
+    std::string m_out;
+    std::size_t m_depth = 0;
+};
+
+QByteArray printed(const Json &value, bool pretty)
+{
+    Printer printer(pretty);
+    printer.print(value);
+    return QByteArray::fromStdString(printer.takeText());
+}
+
+} // namespace
+
+Json parse(const QByteArray &utf8)
+{
+    const char *furthest = utf8.constData();
+    Builder builder(utf8, furthest);
+    Json::sax_parse(Place(utf8.constData(), &furthest), Place(utf8.constData() + utf8.size(), &furthest), &builder);
+    return builder.takeResult();
+}
+
+QByteArray pretty(const Json &value)
+{
+    return printed(value, true) + '\n';
+}
+
+QByteArray compact(const Json &value)
+{
+    return printed(value, false);
+}
+
+Json fromString(const QString &text)
+{
+    if (!text.isValidUtf16())
+        throw JsonFailure(QStringLiteral("the text holds half of a character, which JSON cannot carry"));
+    return text.toStdString();
+}
+
+QString toString(const std::string &utf8)
+{
+    // Qt takes marks of the byte order at the beginning for no part of the text; in a string they are one.
+    constexpr char mark[] = "\xEF\xBB\xBF";
+    std::size_t begin = 0;
+    QString text = QStringLiteral("");
+    while (utf8.compare(begin, 3, mark) == 0) {
+        text += QChar(QChar::ByteOrderMark);
+        begin += 3;
+    }
+    return text + QString::fromUtf8(utf8.data() + begin, int(utf8.size() - begin));
+}
+
+} // namespace JsonText

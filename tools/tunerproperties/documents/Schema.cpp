@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "documents/Schema.h"
+
+#include <QFile>
+#include <QXmlStreamReader>
+
+// Out of any namespace, as it has to be. A library that is linked in brings its resources along where it asks for them.
+static void takeInResources()
+{
+    Q_INIT_RESOURCE(schema);
+}
+
+namespace Schema {
+
+QByteArray text()
+{
+    takeInResources();
+    QFile file(QStringLiteral(":/schema/tuner-properties.xsd"));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("the schema is missing in the program");
+    return file.readAll();
+}
+
+Annotations::Annotations()
+{
+    read(Schema::text());
+}
+
+void Annotations::read(const QByteArray &schema)
+{
+    QXmlStreamReader reader(schema);
+    QString typeName; // of the declaration on the top level in which the reader is
+    QString memberName; // of the one inside it
+    int depth = 0; // the schema itself is 1
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement: {
+            const QXmlStreamAttributes attributes = reader.attributes();
+            const auto value = [&](const char *name) { return attributes.value(QLatin1String(name)).toString(); };
+            const QString kind = reader.name().toString();
+            ++depth;
+            if (kind == QLatin1String("documentation")) {
+                const QString told = reader.readElementText().simplified();
+                --depth; // its end has been read
+                if (typeName.isEmpty())
+                    break; // about the schema as a whole
+                if (memberName.isEmpty())
+                    m_types[typeName].text = told;
+                else
+                    m_types[typeName].members[memberName].text = told;
+            } else if (depth == 2) {
+                typeName = value("name");
+                if (kind == QLatin1String("element"))
+                    m_typeOfElement.insert(typeName, value("type"));
+            } else if (kind == QLatin1String("element") || kind == QLatin1String("attribute")) {
+                memberName = attributes.hasAttribute(QLatin1String("name")) ? value("name") : value("ref");
+                m_types[typeName].members[memberName].isAttribute = kind == QLatin1String("attribute");
+            } else if (kind == QLatin1String("attributeGroup")) {
+                m_types[typeName].groups.append(value("ref"));
+            }
+            break;
+        }
+        case QXmlStreamReader::EndElement:
+            --depth;
+            if (reader.name() == QLatin1String("element") || reader.name() == QLatin1String("attribute"))
+                memberName.clear();
+            break;
+        default:
+            break;
+        }
+    }
+    if (reader.hasError())
+        qFatal("the schema in the program is damaged: %s", qUtf8Printable(reader.errorString()));
+}
+
+QString Annotations::ofClass(const QString &name) const
+{
+    return m_types.value(m_typeOfElement.value(name)).text;
+}
+
+Annotations::Member Annotations::ofMember(const QString &className, const QString &name) const
+{
+    const Type type = m_types.value(m_typeOfElement.value(className));
+    Member member = type.members.value(name);
+    for (const QString &group : type.groups) {
+        if (!type.members.contains(name) && m_types.value(group).members.contains(name))
+            member = m_types.value(group).members.value(name);
+    }
+    if (member.text.isEmpty())
+        member.text = ofClass(name);
+    return member;
+}
+
+} // namespace Schema

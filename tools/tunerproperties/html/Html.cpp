@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "html/Html.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+
+#include "html/Content.h"
+
+// Out of any namespace, as it has to be. A library that is linked in brings its resources along where it asks for them.
+static void takeInResources()
+{
+    Q_INIT_RESOURCE(html);
+}
+
+namespace {
+
+QString resource(const char *name)
+{
+    takeInResources();
+    QFile file(QStringLiteral(":/html/") + QLatin1String(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("the resource %s is missing", name);
+    return QString::fromUtf8(file.readAll());
+}
+
+/// To readers of HTML the marks of the CDATA section are comments of the language; readers of XML do not see them.
+QString guarded(const QString &code)
+{
+    return QStringLiteral("/*<![CDATA[*/\n") + code + QStringLiteral("/*]]>*/");
+}
+
+QString sourceHash(const QString &code)
+{
+    const QByteArray hash = QCryptographicHash::hash(code.toUtf8(), QCryptographicHash::Sha256);
+    return QStringLiteral("'sha256-%1'").arg(QString::fromLatin1(hash.toBase64()));
+}
+
+void showHead(Markup &out, const QString &title, const QString &style, const QString &script)
+{
+    const Tag head(out, "head");
+    out.voidElement("meta", {{"charset", "utf-8"}});
+    // Were the escaping of texts ever to fail, the browser still runs and loads nothing but what is written here.
+    out.voidElement(
+        "meta",
+        {{"http-equiv", "Content-Security-Policy"},
+         {"content",
+          QStringLiteral("default-src 'none'; style-src %1; script-src %2; base-uri 'none'; form-action 'none'")
+              .arg(sourceHash(style), sourceHash(script))}});
+    out.voidElement("meta", {{"name", "viewport"}, {"content", "width=device-width, initial-scale=1"}});
+    out.voidElement("meta", {{"name", "color-scheme"}, {"content", "light dark"}});
+    out.voidElement("meta", {{"name", "referrer"}, {"content", "no-referrer"}});
+    out.element("title", {}, title);
+    out.source("style", style);
+}
+
+void showBar(Markup &out, bool hasCards)
+{
+    const auto button = [&](const char *id, const char *text) {
+        out.element("button", {{"type", "button"}, {"id", id}}, text);
+    };
+    const Tag bar(out, "div", {{"class", "bar"}, {"id", "bar"}, {"hidden", "hidden"}});
+    const Tag tools(out, "div", {{"class", "tools"}, {"role", "search"}});
+    if (hasCards) {
+        out.voidElement("input",
+                        {{"type", "search"},
+                         {"id", "search"},
+                         {"aria-label", "Search components, nodes and values"},
+                         {"placeholder", "Search components, nodes, values \u2026"},
+                         {"autocomplete", "off"},
+                         {"spellcheck", "false"}});
+        out.element("output", {{"id", "found"}, {"for", "search"}, {"aria-live", "polite"}});
+        button("open", "Open all");
+        button("close", "Close all");
+    }
+    out.element("button", {{"type", "button"}, {"id", "theme"}, {"role", "switch"}, {"aria-checked", "false"}}, "Dark");
+}
+
+} // namespace
+
+QByteArray html(const JobXml::TunerProperties &document, const QVector<Finding> &findings, const QString &source)
+{
+    Problems problems(findings);
+    const Content content(document, problems, source);
+    const QString style = guarded(resource("page.css"));
+    const QString script = guarded(resource("page.js"));
+    Markup out;
+    {
+        const Tag page(out, "html", {{"xmlns", "http://www.w3.org/1999/xhtml"}, {"lang", "en"}});
+        showHead(out, content.title(), style, script);
+        const Tag body(out, "body");
+        showBar(out, content.hasCards());
+        {
+            const Tag whole(out, "div", {{"class", "page"}});
+            out.append(content.header());
+            {
+                const Tag main(out, "main");
+                problems.showAll(out);
+                out.append(content.overview());
+                out.append(content.cards());
+            }
+            const Tag footer(out, "footer");
+            out.element("p", {},
+                        QStringLiteral("Made by tunerproperties %1. Nothing on this page changes the document.")
+                            .arg(QStringLiteral(TOOL_VERSION)));
+        }
+        out.source("script", script);
+    }
+    return "<!DOCTYPE html>\n" + out.utf8() + '\n';
+}
