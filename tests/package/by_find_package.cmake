@@ -4,7 +4,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 set(build ${SCRATCH_DIR}/by_find_package)
 build_project(consumer ${build}
     -DCMAKE_PREFIX_PATH=${PREFIX} -DEXPECTED_VERSION=${VERSION} "-DCMAKE_CXX_FLAGS=${FLAGS}")
-expect_headers(${build}/compile_commands.json FROM ${PREFIX}/${INCLUDE_DIR} NOT_FROM ${SOURCE_DIR})
+expect_headers(${build}/compile_commands.json FROM ${PREFIX}/${INCLUDE_DIR} NOT_FROM ${SOURCE_DIR}/include)
 expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/consumer)
 expect_consumer_to_work(${build}/consumer)
 
