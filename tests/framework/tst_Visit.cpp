@@ -91,11 +91,11 @@ const DataObject *firstComponent(const TunerProperties &document)
     return component;
 }
 
-QStringList seen;
+QStringList notedNames;
 
 void note(const MemberView &member)
 {
-    seen += member.GetName();
+    notedNames += member.GetName();
 }
 
 } // namespace
@@ -500,13 +500,13 @@ private Q_SLOTS:
 
     void aFunctionMayBeTheVisitor()
     {
-        seen.clear();
+        notedNames.clear();
         visit(Node(), note);
         visit(StringItem(), &note);
-        const auto keep = [](const auto &member) { seen += member.GetName(); };
+        const auto keep = [](const auto &member) { notedNames += member.GetName(); };
         visit(SelectionItem(), keep);
         visit(StartupModes(), std::function<void(const MemberView &)>(note));
-        QCOMPARE(seen.join(QLatin1Char(' ')), QStringLiteral("id ValueItem value name value StartupMode"));
+        QCOMPARE(notedNames.join(QLatin1Char(' ')), QStringLiteral("id ValueItem value name value StartupMode"));
     }
 
     void theFlagAloneCanBeRestored()
