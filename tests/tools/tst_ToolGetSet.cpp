@@ -11,6 +11,7 @@ private Q_SLOTS:
 
     void aPathLeadsToAMember_data();
     void aPathLeadsToAMember();
+    void anEmptyTextIsNotAMissingOne();
     void whatHoldsObjectsIsWrittenAsJson();
     void aPathThatLeadsNowhereSaysWhy_data();
     void aPathThatLeadsNowhereSaysWhy();
@@ -19,10 +20,15 @@ private Q_SLOTS:
 
     void valuesAreStored_data();
     void valuesAreStored();
+    void optionsMayStandBehindANegativeNumber();
     void whatIsNoValueIsRefused_data();
     void whatIsNoValueIsRefused();
     void theFileKeepsItsForm_data();
     void theFileKeepsItsForm();
+    void whatTellsAnItemApartCanBeChanged_data();
+    void whatTellsAnItemApartCanBeChanged();
+    void anItemIsGivenAnotherKindOfValue();
+    void aSnapshotThatCouldNotBeReadIsNotWritten();
     void standardInputGoesToStandardOutput();
     void membersCanBeUnset();
     void newProblemsAreRefused();
@@ -133,6 +139,13 @@ void ToolGetSetTest::aPathLeadsToAMember()
     QCOMPARE(get(path), QStringLiteral("0 ") + value);
 }
 
+void ToolGetSetTest::anEmptyTextIsNotAMissingOne()
+{
+    m_shop->write(QStringLiteral("f.json"), R"({"TunerProperties": {"Version": "1.1", "Component": [
+        {"type": "a", "name": null}, {"type": "b", "name": ""}, {"type": "c"}]}})");
+    QCOMPARE(get(QStringLiteral("Component[name=\"\"]/type")), QStringLiteral("0 b\n"));
+}
+
 void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
 {
     QCOMPARE(get(QStringLiteral("StartupModes")),
@@ -158,6 +171,7 @@ void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy_data()
     row("Component[1", "']' is missing at character 12 of the path");
     row("Component[0]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
     row("Component[Pre]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
+    row("Component[1][2]", "a second place stands at character 15 of the path");
     row("Component[name=Pre,Filter]", "'=' is missing at character 26 of the path");
     row("Component[name=\"Pre]", "'\"' is missing at character 21 of the path");
     row("Component[name=\"\\x\"]", "none of \\\" \\\\ \\n \\r \\t \\u0000 at character 19 of the path");
@@ -239,9 +253,12 @@ void ToolGetSetTest::valuesAreStored_data()
     row("HRPANSupported", "false", "~ HRPANSupported: false (not set) -> false\n");
     row("type", "Receiver", "~ type: \"SCP\" -> \"Receiver\"\n");
     row("parentBaseResource", "kept", "~ parentBaseResource: \"kept\" (not set) -> \"kept\"\n");
+    row("name", "-5v", "~ name: \"  two\\n lines\" -> \"-5v\"\n");
     row("name", "", "~ name: \"  two\\n lines\" -> \"\"\n");
     row("name", "\u00E4 \U0001F600", "~ name: \"  two\\n lines\" -> \"\u00E4 \U0001F600\"\n");
     row("StartupModes/StartupMode", "Stop,Scan",
+        "~ StartupModes/StartupMode: [\"Scan\", \"DF\", (null), 99] -> [\"Stop\", \"Scan\"]\n");
+    row("StartupModes/StartupMode", "Stop\nScan",
         "~ StartupModes/StartupMode: [\"Scan\", \"DF\", (null), 99] -> [\"Stop\", \"Scan\"]\n");
     row("Component[1]/displayName", "-x", "~ Component[type=Filter,name=Pre]/displayName: (not set) -> \"-x\"\n");
     row(gain, "6",
@@ -268,6 +285,12 @@ void ToolGetSetTest::valuesAreStored()
     if (value == QLatin1String("-x"))
         arguments.prepend(QStringLiteral("--"));
     QCOMPARE(set(arguments), QStringLiteral("0 ") + change);
+}
+
+void ToolGetSetTest::optionsMayStandBehindANegativeNumber()
+{
+    QCOMPARE(set(line("f.json quantity -5 --no-validate")), QStringLiteral("0 ~ quantity: -2 -> -5\n"));
+    QCOMPARE(set(line("--from=json f.json quantity -6 --no-validate")), QStringLiteral("0 ~ quantity: -5 -> -6\n"));
 }
 
 void ToolGetSetTest::whatIsNoValueIsRefused_data()
@@ -333,6 +356,64 @@ void ToolGetSetTest::theFileKeepsItsForm()
     QCOMPARE(m_shop->read(file), m_shop->read(QStringLiteral("c-") + file));
 }
 
+void ToolGetSetTest::whatTellsAnItemApartCanBeChanged_data()
+{
+    theFileKeepsItsForm_data();
+}
+
+void ToolGetSetTest::whatTellsAnItemApartCanBeChanged()
+{
+    QFETCH(QString, file);
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("small.xml"), file}).status, 0);
+    const auto change = [&](const char *path, const char *value) {
+        const Run run = m_shop->run({QStringLiteral("set"), file, QString::fromUtf8(path), QString::fromUtf8(value)});
+        return QStringLiteral("%1 ").arg(run.status) + run.out + run.err;
+    };
+    QCOMPARE(change("Component[name=c]/name", "d"), QStringLiteral("0 "));
+    QCOMPARE(change("Component[name=d]/type", "u"), QStringLiteral("0 "));
+    QCOMPARE(change("Component[type=u,name=d]/Node[id=n]/id", "m"), QStringLiteral("0 "));
+    const Run run =
+        m_shop->run({QStringLiteral("get"), file, QStringLiteral("Component[type=u,name=d]/Node[id=m]/id")});
+    QCOMPARE(run.out + run.err, QStringLiteral("m\n"));
+}
+
+void ToolGetSetTest::anItemIsGivenAnotherKindOfValue()
+{
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    QCOMPARE(m_shop->run(line("convert small.xml small.tps")).status, 0);
+    const QString item = QStringLiteral("Component/Node/ValueItem[1]/");
+    const auto run = [&](const QStringList &arguments) {
+        const Run done = m_shop->run(QStringList{QStringLiteral("set")} + arguments);
+        return QStringLiteral("%1 ").arg(done.status) + done.out + done.err;
+    };
+    const QString file = QStringLiteral("small.tps");
+    QCOMPARE(run({QStringLiteral("--no-validate"), file, item + QStringLiteral("ChoiceValueItem"),
+                  QStringLiteral("ValueFloat")}),
+             QStringLiteral("0 "));
+    QCOMPARE(run({QStringLiteral("--no-validate"), file, item + QStringLiteral("ValueFloat/id"), QStringLiteral("f")}),
+             QStringLiteral("0 "));
+    QCOMPARE(run({file, item + QStringLiteral("ValueFloat/value"), QStringLiteral("0.5")}), QStringLiteral("0 "));
+    QCOMPARE(m_shop->run(line("validate small.tps")).status, 0);
+    QCOMPARE(m_shop->run({QStringLiteral("get"), file, item + QStringLiteral("value")}).out, QStringLiteral("0.5\n"));
+}
+
+// A snapshot of what is chosen, but not set, lacks what its reader reads.
+void ToolGetSetTest::aSnapshotThatCouldNotBeReadIsNotWritten()
+{
+    const QByteArray half = R"({"TunerProperties": {"Version": "1.1", "Component": [{"Node": [
+        {"ValueItem": [{"ChoiceValueItem": "ValueInt"}]}]}]}})";
+    m_shop->write(QStringLiteral("half.json"), half);
+    m_shop->write(QStringLiteral("half.tps"), "as it was");
+    const Run run = m_shop->run(line("convert --no-validate half.json half.tps"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: half.tps: as a snapshot this document would not be read again as it is; "
+                            "'validate' tells what is missing in it\n"));
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->read(QStringLiteral("half.tps")), QByteArray("as it was"));
+    QCOMPARE(m_shop->run(line("convert --no-validate half.json half.xml")).status, 0);
+}
+
 void ToolGetSetTest::standardInputGoesToStandardOutput()
 {
     const Run run = m_shop->run(line("set - Component/Node/ValueItem/value 9"), smallXml);
@@ -370,15 +451,22 @@ void ToolGetSetTest::newProblemsAreRefused()
     QCOMPARE(m_shop->run(line("set --no-validate --unset small.xml Component/type")).err, QString());
     QCOMPARE(m_shop->read(QStringLiteral("small.xml")), QByteArray(smallXml).replace("type=\"t\"", "type=\"\""));
     const Run choice = m_shop->run(line("set small.xml Component/Node/ValueItem/ChoiceValueItem ValueFloat"));
+    const QString where = QStringLiteral("tunerproperties: small.xml: Component \"c\": Node \"n\": ValueItem 1: ");
     QCOMPARE(choice.err,
-             QStringLiteral("tunerproperties: small.xml: Component \"c\": Node \"n\": ValueItem 1: "
-                            "ValueItem:Check failed. The mandatory member (choice element) m_valueFloat is "
-                            "not set.\n"));
+             where
+                 + QStringLiteral("ValueItem:Check failed. Mandatory data of the member (choice element) m_valueFloat "
+                                  "is not set.\n")
+                 + where + QStringLiteral("ValueFloat: ValueFloat: Please set id properly.\n") + where
+                 + QStringLiteral("ValueFloat: ValueFloat: Please set value properly.\n"));
     QCOMPARE(choice.status, 1);
 }
 
 void ToolGetSetTest::knownProblemsAreNot()
 {
+    // Also if they are told by another name afterwards.
+    m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"id\": \"n\",", ""));
+    QCOMPARE(set(line("f.json Component[3]/name Other")).left(2), QStringLiteral("0 "));
+
     m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"type\": \"SCP\",", ""));
     QCOMPARE(set(line("f.json quantity 3")), QStringLiteral("0 ~ quantity: -2 -> 3\n"));
     QCOMPARE(set(line("f.json type MCP")), QStringLiteral("0 ~ type: (not set) -> \"MCP\"\n"));

@@ -32,6 +32,8 @@ private Q_SLOTS:
     void documentsThatAreNone();
     void standardInputIsNamedByADash_data();
     void standardInputIsNamedByADash();
+    void closedStreamsAreNotTakenForFiles_data();
+    void closedStreamsAreNotTakenForFiles();
 
 private:
     std::unique_ptr<Workshop> m_shop;
@@ -313,6 +315,31 @@ void ToolInputTest::standardInputIsNamedByADash()
     QCOMPARE(run.status, 3);
     QCOMPARE(m_shop->run(line("show -"), "<TunerProperties>\n<x>").err,
              QStringLiteral("tunerproperties: -:2:3: Premature end of document.\n"));
+}
+
+void ToolInputTest::closedStreamsAreNotTakenForFiles_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("err");
+    QTest::addColumn<int>("status");
+    QTest::newRow("output") << QStringLiteral("\"$tool\" show small.xml >&-")
+                            << QStringLiteral("tunerproperties: -: cannot write: Bad file descriptor\n") << 3;
+    QTest::newRow("input") << QStringLiteral("\"$tool\" show - <&-")
+                           << QStringLiteral("tunerproperties: -: cannot read: Bad file descriptor\n") << 3;
+    QTest::newRow("all, a file is written") << QStringLiteral(
+        "\"$tool\" convert missing.xml a.xml <&- >&- 2>&-; \"$tool\" convert small.xml a.xml <&- >&- 2>&-")
+                                            << QString() << 0;
+}
+
+void ToolInputTest::closedStreamsAreNotTakenForFiles()
+{
+    QFETCH(QString, command);
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_shop->shell(command);
+    QTEST(run.err, "err");
+    QTEST(run.status, "status");
+    if (run.status == 0)
+        QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
 }
 
 QTEST_GUILESS_MAIN(ToolInputTest)

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <new>
 
 #include <QCoreApplication>
@@ -7,8 +10,23 @@
 #include "commands/CommandLine.h"
 #include "commands/HelpText.h"
 
+namespace {
+
+/// A standard stream that is closed would be given to the next file that is opened, which would then get what is meant
+/// for the stream. Used in its place, this fails as a closed one does.
+void occupyStandardStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) == -1)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // the least number that is free
+    }
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
+    occupyStandardStreams();
     QCoreApplication application(argc, argv);
     const Interruption::Watch watch;
     QCoreApplication::setApplicationName(HelpText::program());

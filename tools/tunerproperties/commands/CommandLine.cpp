@@ -90,14 +90,21 @@ QString mistake(const Command &command, const QStringList &arguments)
     return QString();
 }
 
-/// The arguments as the parser understands them: a negative number is none of its options.
+/// The arguments as the parser understands them: a negative number, with nothing but options behind it, is none of its
+/// options, but the last of what is none.
 QStringList withNumberMarked(QStringList arguments)
 {
     static const QRegularExpression negative(QStringLiteral("^-(?:[0-9.]|inf)"),
                                              QRegularExpression::CaseInsensitiveOption);
     const QString marker = QStringLiteral("--");
-    if (!arguments.contains(marker) && negative.match(arguments.last()).hasMatch())
-        arguments.insert(arguments.size() - 1, marker);
+    if (arguments.contains(marker))
+        return arguments;
+    for (int i = arguments.size() - 1; i > 0 && arguments[i].startsWith(QLatin1Char('-')); --i) {
+        if (negative.match(arguments[i]).hasMatch()) {
+            const QString number = arguments.takeAt(i);
+            return arguments << marker << number;
+        }
+    }
     return arguments;
 }
 
@@ -127,6 +134,10 @@ ExitStatus runCommand(const Command &command, const QStringList &arguments)
 
 ExitStatus runCommandLine(const QStringList &arguments)
 {
+    // With a number among the arguments, options can be told only by who knows the command.
+    if (const Command *const first = commandNamed(arguments.value(1)); first && first->mayEndWithNumber)
+        return runCommand(*first, arguments);
+
     // The command is the first argument that is no option; finding it takes knowing which options have a value.
     Parser parser;
     parser.add(HelpText::generalOptions());

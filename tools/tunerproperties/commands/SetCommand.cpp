@@ -38,6 +38,15 @@ const Option &noValidate()
     return option;
 }
 
+/// What is chosen is set, and so can be given its values next.
+void useChosen(TunerProperties &document, const Paths::Target &choice)
+{
+    const QByteArray chosen = choice.member.GetValue().toString().toLatin1();
+    Paths::Target alternative = choice;
+    alternative.steps.last().member = QLatin1String(chosen);
+    Paths::edit(document, alternative, [](MemberEditor &member) { member.EditChild(); });
+}
+
 /// Stores the value by the setter and its checks.
 void store(TunerProperties &document, const Paths::Target &target, const QString &text)
 {
@@ -48,6 +57,8 @@ void store(TunerProperties &document, const Paths::Target &target, const QString
     document.SetValidate(false);
     if (!isStored)
         throw TypedValue::Mismatch(QStringLiteral("cannot hold '%1'").arg(text));
+    if (target.member.GetKind() == MemberKind::Choice)
+        useChosen(document, target);
 }
 
 void takeAway(TunerProperties &document, const Paths::Target &target)
@@ -57,17 +68,36 @@ void takeAway(TunerProperties &document, const Paths::Target &target)
     Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
 }
 
-QStringList problemsOf(const TunerProperties &document)
+/// The problems that were not there before, at the same place.
+QStringList newProblems(const TunerProperties &document, const QVector<Problem> &before)
 {
+    const auto key = [](const Problem &problem) {
+        QString text = problem.message;
+        for (const Step &step : problem.steps)
+            text += QLatin1Char('/') + step.member + QString::number(step.index);
+        return text; // by places, not by names, which may be what is changed
+    };
+    QStringList known;
+    for (const Problem &problem : before)
+        known.append(key(problem));
     QStringList texts;
     const QVector<Problem> problems = document.GetProblems();
-    for (const Problem &problem : problems)
-        texts.append((problem.path + QStringList{problem.message}).join(QStringLiteral(": ")));
+    for (const Problem &problem : problems) {
+        if (!known.removeOne(key(problem)))
+            texts.append((problem.path + QStringList{problem.message}).join(QStringLiteral(": ")));
+    }
     return texts;
 }
 
+/// The text of a member; "nothing" if it is not there.
+QString textAt(const TunerProperties &document, const Paths::Target &target)
+{
+    const auto member = Paths::at(document, target.steps);
+    return member ? ValueText::ofMember(*member) : QStringLiteral("nothing");
+}
+
 /// Not all forms hold all values exactly, so what was written is looked at again.
-void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const QString &path)
+void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const Paths::Target &target)
 {
     QString text = QStringLiteral("nothing");
     try {
@@ -75,12 +105,11 @@ void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const
         if (!copy.open() || !REPORTGENERATOR::WriteAll(copy, bytes).isNull() || !copy.flush())
             return; // the document itself is written
         const Document written(copy.fileName(), document.form);
-        text = ValueText::ofMember(Paths::find(written.tuner, path).member);
+        text = textAt(written.tuner, target);
     } catch (const FileFailure &) {
-    } catch (const PathFailure &) {
     }
-    if (text != ValueText::ofMember(Paths::find(document.tuner, path).member))
-        Console::complain(document.input.name() + QStringLiteral(": ") + path
+    if (text != textAt(document.tuner, target)) // by its place: what it is found by may be what has changed
+        Console::complain(document.input.name() + QStringLiteral(": ") + target.path
                           + QStringLiteral(": is read from this form as ") + text);
 }
 
@@ -114,7 +143,7 @@ ExitStatus change(Document &document, const Invocation &invocation)
     if (!lost.isEmpty())
         return complainAll(file, lost);
     const TunerProperties before = tuner;
-    const QStringList knownProblems = problemsOf(before);
+    const QVector<Problem> knownProblems = before.GetProblems();
     const Paths::Target target = Paths::find(tuner, arguments[1]);
     try {
         if (invocation.isSet(unset()))
@@ -129,16 +158,14 @@ ExitStatus change(Document &document, const Invocation &invocation)
     const bool isChanged = !findDifferences(before, tuner).isEmpty();
     if (!isChanged && file != Console::streamName())
         return ExitStatus::Ok;
-    QStringList problems = problemsOf(tuner);
-    tuner.SetValidate(problems.isEmpty() && tuner.HasData());
-    for (const QString &known : knownProblems)
-        problems.removeOne(known);
+    const QStringList problems = newProblems(tuner, knownProblems);
+    tuner.SetValidate(tuner.GetProblems().isEmpty() && tuner.HasData());
     if (!problems.isEmpty() && !mayHaveProblems)
         return complainAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
     Output::writeWhole(file, bytes);
     if (isChanged && !invocation.isSet(unset()))
-        tellWhatBecameOfIt(bytes, document, target.path);
+        tellWhatBecameOfIt(bytes, document, target);
     return ExitStatus::Ok;
 }
 
@@ -169,8 +196,11 @@ Command setCommand()
         QStringLiteral("'tunerproperties get --help' tells about paths. The value is checked as the library checks it, "
                        "and so is the document then; it is written in the form that it has, completely or not at all. "
                        "Nothing is written if nothing changes."),
-        QStringLiteral("Several names have commas between them. The document is written as the library writes it, so "
-                       "comments in XML and the layout of a file do not stay.")};
+        QStringLiteral(
+            "Several names have commas or line ends between them. To give an item another kind of value, set "
+            "its ChoiceValueItem first, with --no-validate, and then what the kind has. The document is written as the "
+            "library writes it, so "
+            "comments in XML and the layout of a file do not stay.")};
     command.options = {unset(), noValidate(), Options::from()};
     command.examples = {
         {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Changes how many there are.")},

@@ -111,6 +111,21 @@ void loadSnapshot(TunerProperties &document, Input &input)
             + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or is none").arg(read).arg(file.size()));
 }
 
+/// A snapshot leaves out what is not set and reads it all the same, so that one of an incomplete document may be lost.
+bool isReadAgain(const QByteArray &snapshot)
+{
+    TunerProperties document;
+    document.SetValidate(false);
+    QDataStream source(snapshot);
+    prepare(source);
+    document.SetVersionSpecificBinaryWithoutValidation(source);
+    QByteArray again;
+    QDataStream target(&again, QIODevice::WriteOnly);
+    prepare(target);
+    document.GetVersionSpecificBinaryWithoutValidation(target);
+    return source.status() == QDataStream::Ok && again == snapshot;
+}
+
 } // namespace
 
 namespace Forms {
@@ -210,6 +225,10 @@ QByteArray compose(TunerProperties &document, Form form, const QString &fileName
         QDataStream stream(&bytes, QIODevice::WriteOnly);
         prepare(stream);
         document.GetVersionSpecificBinaryWithoutValidation(stream);
+        if (!isReadAgain(bytes))
+            throw FileFailure(fileName
+                              + QStringLiteral(": as a snapshot this document would not be read again as it is; "
+                                               "'validate' tells what is missing in it"));
         break;
     }
     case Form::Json:

@@ -130,6 +130,8 @@ private:
 
     void readPlace(WrittenStep &step, const QString &digits, int start)
     {
+        if (step.place > 0)
+            fail(QStringLiteral("a second place stands"));
         bool isNumber = false;
         step.place = digits.toInt(&isNumber);
         if (!isNumber || step.place < 1) {
@@ -416,6 +418,22 @@ QString unknownMember(const QString &name, const QString &className, const QStri
 Target find(const DataObject &root, const QString &path)
 {
     return Finder(root).find(Parser(path).steps());
+}
+
+std::optional<MemberView> at(const DataObject &root, const QVector<Step> &steps)
+{
+    const DataObject *object = &root;
+    std::optional<MemberView> member;
+    for (int i = 0; i < steps.size(); ++i) {
+        member = memberNamed(*object, steps[i].member);
+        const int index = qMax(steps[i].index, 0);
+        const bool isLast = i + 1 == steps.size();
+        if (!member || (!isLast && index >= member->GetSize()))
+            return {};
+        if (!isLast)
+            object = &member->GetChild(index);
+    }
+    return member;
 }
 
 } // namespace Paths

@@ -47,6 +47,9 @@ struct Target
 /// Throws PathFailure.
 Target find(const JobXml::DataObject &root, const QString &path);
 
+/// The member that the steps lead to, or nothing.
+std::optional<JobXml::MemberView> at(const JobXml::DataObject &root, const QVector<JobXml::Step> &steps);
+
 /// Gives the action the MemberEditor of the target's member; on the way, all that is passed counts as set.
 template <class Action>
 void edit(JobXml::DataObject &root, const Target &target, Action &&action, int depth = 0)

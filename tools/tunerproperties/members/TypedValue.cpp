@@ -104,8 +104,9 @@ QVariant parse(const MemberView &member, const QString &text)
     case MemberKind::Choice:
         return name(text, member);
     case MemberKind::EnumerationList: {
+        static const QRegularExpression separator(QStringLiteral("[,\n]"));
         QVariantList names;
-        const QStringList texts = text.isEmpty() ? QStringList() : text.split(QLatin1Char(','));
+        const QStringList texts = text.isEmpty() ? QStringList() : text.split(separator);
         for (const QString &entry : texts)
             names.append(name(entry.trimmed(), member));
         return names;
