@@ -27,6 +27,7 @@ private Q_SLOTS:
     void whatIsNoJsonIsRefusedAtItsPlace();
     void whatIsNoDocumentIsRefusedAtItsPath_data();
     void whatIsNoDocumentIsRefusedAtItsPath();
+    void longNamesAreCutInMessages();
     void deepNestingIsRefused();
     void manyMembersAreRefused();
     void textsHoldEveryCharacter();
@@ -387,6 +388,15 @@ void ToolJsonTest::whatIsNoJsonIsRefusedAtItsPlace_data()
     row("a number of its own kind", "{\"a\": NaN}",
         "-:1:7: syntax error while parsing value - invalid literal; last read: '\"a\": N'");
     row("too large for any number", "{\"a\": 1e999}", "-:1:11: number overflow parsing '1e999'");
+    const QByteArray nul(1, '\0');
+    row("a NUL byte behind", R"({"TunerProperties":{}})" + nul + "garbage",
+        "-:1:23: a NUL byte, which JSON cannot hold");
+    row("a NUL byte at the end", "{}\n" + nul, "-:2:1: a NUL byte, which JSON cannot hold");
+    row("a NUL byte between", "{\"a\":\n " + nul + "1}", "-:2:2: a NUL byte, which JSON cannot hold");
+    row("a NUL byte behind a number", "{\"a\": 1" + nul + "}", "-:1:8: a NUL byte, which JSON cannot hold");
+    row("a NUL byte in a text", "{\"a\": \"b" + nul + "\"}", "-:1:9: a NUL byte, which JSON cannot hold");
+    row("an error in front of a NUL byte", "{]" + nul,
+        "-:1:2: syntax error while parsing object key - unexpected ']'; expected string literal");
 }
 
 void ToolJsonTest::whatIsNoJsonIsRefusedAtItsPlace()
@@ -435,6 +445,10 @@ void ToolJsonTest::whatIsNoDocumentIsRefusedAtItsPath_data()
     member(R"("MaxFFPDelay": "007")", "MaxFFPDelay: '007' is no whole number");
     member(R"("MaxFFPDelay": "1\n")", "MaxFFPDelay: '1\\n' is no whole number");
     member(R"("type": "receiver")", "type: 'receiver' is no name; did you mean 'Receiver'?");
+    member(R"("type": "a\u0000b")",
+           "type: 'a\\u0000b' is no name; the names are MCP, SCP, FFP, Receiver or DirectionFinder");
+    member(R"("type": "Recei\u0000ver")", "type: 'Recei\\u0000ver' is no name; did you mean 'Receiver'?");
+    member(R"("a\u0000quantity": 1)", "'a\\u0000quantity' is no member of TunerProperties; did you mean 'quantity'?");
     member(R"("type": 128)", "type: '128' is out of range");
     member(R"("type": true)", "type: 'true' is no name");
     member(R"("StartupModes": {"StartupMode": "Scan"})", "StartupModes/StartupMode: 'Scan' is no list");
@@ -459,6 +473,19 @@ void ToolJsonTest::whatIsNoDocumentIsRefusedAtItsPath()
     QFETCH(QByteArray, json);
     QFETCH(QString, text);
     QCOMPARE(refusal(json), QStringLiteral("tunerproperties: -: ") + text + QLatin1Char('\n'));
+}
+
+void ToolJsonTest::longNamesAreCutInMessages()
+{
+    const QByteArray name(5000000, 'Z');
+    QCOMPARE(refusal(R"({"TunerProperties": {"StartupModes": {"StartupMode": [")" + name + R"("]}}})"),
+             QStringLiteral(
+                 "tunerproperties: -: StartupModes/StartupMode: 'ZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZ...' "
+                 "is no name; the names are Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or "
+                 "Stop\n"));
+    QCOMPARE(refusal(R"({"TunerProperties": {"Component": [{"Node": [{")" + name + R"(": 1}]}]}})"),
+             QStringLiteral("tunerproperties: -: Component[1]/Node[1]: 'ZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZ...' "
+                            "is no member of Node; it has id, ValueItem\n"));
 }
 
 void ToolJsonTest::deepNestingIsRefused()

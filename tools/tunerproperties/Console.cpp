@@ -11,7 +11,10 @@
 
 #include "batch/Interruption.h"
 
-FileFailure::FileFailure(const QString &text) : std::runtime_error(text.toStdString()) { }
+// What is told by what() ends at the first NUL, which a document may well hold; escaping twice changes nothing.
+FileFailure::FileFailure(const QString &text) : std::runtime_error(Console::onOneLine(text).toStdString()), m_text(text)
+{
+}
 
 namespace Console {
 

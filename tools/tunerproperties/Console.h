@@ -19,7 +19,10 @@ class FileFailure : public std::runtime_error
 {
 public:
     explicit FileFailure(const QString &text);
-    QString text() const { return QString::fromUtf8(what()); }
+    QString text() const { return m_text; }
+
+private:
+    QString m_text;
 };
 
 /// The standard streams, in UTF-8 whatever the locale is: what the program writes is read by other programs as well.

@@ -16,6 +16,7 @@ class HtmlPicturesTest : public QObject
 private Q_SLOTS:
     void bandwidthsOverDecadesHaveALogarithmicAxis();
     void bandwidthsWithinADecadeHaveALinearAxis();
+    void theLargestAndTheLeastNumbersHaveAnAxis();
     void barsThatHaveNoPlaceAreLeftOut();
     void aValueInItsRangeIsAMeter();
     void aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data();
@@ -130,6 +131,31 @@ void HtmlPicturesTest::bandwidthsWithinADecadeHaveALinearAxis()
     // Ten times as much is a decade, and no more.
     QCOMPARE(barsOf(pageOf(withBandwidths({1000, 10000}))),
              (QStringList{QStringLiteral("0.00% 10.00%"), QStringLiteral("0.00% 100.00%")}));
+}
+
+void HtmlPicturesTest::theLargestAndTheLeastNumbersHaveAnAxis()
+{
+    const auto labels = [](const QVector<double> &bandwidths) {
+        const PageTree page = pageOf(withBandwidths(bandwidths));
+        const auto axes = page.root().all(
+            [](const PageNode &node) { return node.attribute("aria-label").contains(QLatin1String(" axis from ")); });
+        return only(axes)->attribute("aria-label") + QStringLiteral(": ") + labelsOf(page).join(QStringLiteral(", "));
+    };
+    // Ends beyond all numbers of this size.
+    QCOMPARE(labels({1.79e308}),
+             QStringLiteral("linear axis from 0 to 2e+308: 0.00% 0, 25.00% 5e+307, 50.00% 1e+308, 75.00% 1.5e+308, "
+                            "100.00% 2e+308"));
+    QCOMPARE(labels({-1.79e308, 1.79e308}),
+             QStringLiteral("linear axis from -2e+308 to 2e+308: 0.00% -2e+308, 25.00% -1e+308, 50.00% 0, "
+                            "75.00% 1e+308, 100.00% 2e+308"));
+    QCOMPARE(labels({1e307, 1.79e308}),
+             QStringLiteral("logarithmic axis from 1e+306 to 1e+309: 0.00% 1e+306, 33.33% 1e+307, 66.67% 1e+308, "
+                            "100.00% 1e+309"));
+    // Steps between the numbers of this size.
+    QCOMPARE(labels({5e-324}),
+             QStringLiteral("linear axis from 0 to 6e-324: 0.00% 0, 33.33% 2e-324, 66.67% 4e-324, 100.00% 6e-324"));
+    QCOMPARE(labels({5e-324, 1e-322}),
+             QStringLiteral("logarithmic axis from 1e-324 to 1e-322: 0.00% 1e-324, 50.00% 1e-323, 100.00% 1e-322"));
 }
 
 void HtmlPicturesTest::barsThatHaveNoPlaceAreLeftOut()

@@ -107,17 +107,32 @@ public:
 
     bool parse_error(std::size_t position, const std::string &, const Json::exception &exception)
     {
+        const char *const at = std::min(m_text.constBegin() + position - 1, m_text.constEnd());
+        if (at != m_text.constEnd() && *at == '\0')
+            refuseNul(at);
         // "[json.exception.parse_error.101] parse error at line 1, column 2: what is wrong"
         static const QRegularExpression around(
             QStringLiteral(R"(^\[[^\]]*\] (?:parse error at line \d+, column \d+: )?)"));
         // The position counts what was read, and the end of the text as one character more.
-        fail(std::min(m_text.constBegin() + position - 1, m_text.constEnd()),
-             QString::fromUtf8(exception.what()).remove(around));
+        fail(at, QString::fromUtf8(exception.what()).remove(around));
+    }
+
+    /// The parser takes a NUL byte for the end of the text.
+    void refuseWhatStandsBehindTheEnd() const
+    {
+        const char *const nul = std::find(m_text.constBegin(), m_text.constEnd(), '\0');
+        if (nul != m_text.constEnd())
+            refuseNul(nul);
     }
 
 private:
     /// At the last character that was read.
     [[noreturn]] void failHere(const QString &message) const { fail(m_furthest - 1, message); }
+
+    [[noreturn]] void refuseNul(const char *at) const
+    {
+        fail(at, QStringLiteral("a NUL byte, which JSON cannot hold"));
+    }
 
     [[noreturn]] void fail(const char *at, const QString &message) const
     {
@@ -267,6 +282,7 @@ Json parse(const QByteArray &utf8)
     const char *furthest = utf8.constData();
     Builder builder(utf8, furthest);
     Json::sax_parse(Place(utf8.constData(), &furthest), Place(utf8.constData() + utf8.size(), &furthest), &builder);
+    builder.refuseWhatStandsBehindTheEnd();
     return builder.takeResult();
 }
 

@@ -2,6 +2,7 @@
 #include "html/Axis.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 namespace {
@@ -28,24 +29,32 @@ long double roundStep(long double number)
     return 10.0L * decade;
 }
 
+/// Of six digits at most.
+QString shortest(long double number)
+{
+    char text[32];
+    const char *const end = std::to_chars(std::begin(text), std::end(text), number, std::chars_format::general, 6).ptr;
+    return QString::fromLatin1(text, int(end - text));
+}
+
 } // namespace
 
-QString brief(double number)
+QString brief(long double number)
 {
     struct Prefix
     {
-        double factor;
+        long double factor;
         const char *letter;
     };
-    constexpr Prefix prefixes[] = {{1e12, "T"}, {1e9, "G"}, {1e6, "M"}, {1e3, "k"}};
-    const double size = std::abs(number);
-    if (size < 1e15) {
+    constexpr Prefix prefixes[] = {{1e12L, "T"}, {1e9L, "G"}, {1e6L, "M"}, {1e3L, "k"}};
+    const long double size = std::abs(number);
+    if (size < 1e15L) {
         for (const Prefix &prefix : prefixes) {
             if (size >= prefix.factor)
-                return QString::number(number / prefix.factor, 'g', 6) + QChar(0xA0) + QLatin1String(prefix.letter);
+                return shortest(number / prefix.factor) + QChar(0xA0) + QLatin1String(prefix.letter);
         }
     }
-    return QString::number(number, 'g', 6);
+    return shortest(number);
 }
 
 Axis::Axis(const QVector<double> &numbers)
@@ -73,7 +82,7 @@ void Axis::layOutDecades(double least, double most)
     const int each = (last - first) / mostLabels + 1;
     for (int decade = first; decade <= last; ++decade) {
         const bool hasLabel = (decade - first) % each == 0;
-        m_ticks.append({place(decade), hasLabel ? brief(std::pow(10.0, decade)) : QString()});
+        m_ticks.append({place(decade), hasLabel ? brief(std::pow(10.0L, decade)) : QString()});
     }
 }
 
@@ -88,7 +97,7 @@ void Axis::layOutLinearly(double least, double most)
     m_most = std::ceil((least + range) / step) * step;
     for (int i = 0; i <= int(std::lround((m_most - m_least) / step)); ++i) {
         const long double number = m_least + i * step;
-        m_ticks.append({place(number), brief(double(number))});
+        m_ticks.append({place(number), brief(number)});
     }
 }
 

@@ -23,16 +23,16 @@ public:
 
     bool isLogarithmic() const { return m_isLogarithmic; }
     const QVector<Tick> &ticks() const { return m_ticks; }
-    /// What stands at its ends.
-    double least() const { return atEnd(m_least); }
-    double most() const { return atEnd(m_most); }
+    /// What stands at its ends, which may be beyond what a double holds.
+    long double least() const { return atEnd(m_least); }
+    long double most() const { return atEnd(m_most); }
     /// From 0 to 1; where a bar begins.
     double base() const { return m_isLogarithmic ? 0.0 : place(0.0L); }
     /// From 0 to 1; nothing for what has no place on it.
     std::optional<double> at(double number) const;
 
 private:
-    double atEnd(long double end) const { return double(m_isLogarithmic ? std::pow(10.0L, end) : end); }
+    long double atEnd(long double end) const { return m_isLogarithmic ? std::pow(10.0L, end) : end; }
     double place(long double number) const { return double((number - m_least) / (m_most - m_least)); }
     void layOutDecades(double least, double most);
     void layOutLinearly(double least, double most);
@@ -44,4 +44,4 @@ private:
 };
 
 /// A number in few characters: 100 k, 2.5 M.
-QString brief(double number);
+QString brief(long double number);

@@ -4,6 +4,7 @@
 (() => {
   const byId = id => document.getElementById(id);
   const all = (selector, within = document) => Array.from(within.querySelectorAll(selector));
+  // Without components there is nothing to search, to open and to close, and no field and buttons for it.
   const search = byId('search');
   const found = byId('found');
   const cards = all('details.card');
@@ -25,15 +26,23 @@
   showTheme();
 
   // --- Open and close ---
-  byId('open').addEventListener('click', () => cards.forEach(card => { card.open = true; }));
-  byId('close').addEventListener('click', () => cards.forEach(card => { card.open = false; }));
+  const onClick = (id, open) => byId(id)?.addEventListener('click', () => cards.forEach(card => { card.open = open; }));
+  onClick('open', true);
+  onClick('close', false);
 
   // A link to a problem opens whatever it is in, and shows what the search has hidden.
+  const linked = () => {
+    try {
+      return byId(decodeURIComponent(location.hash.slice(1)));
+    } catch { // anyone may write anything behind the address
+      return null;
+    }
+  };
   const reveal = () => {
-    const target = location.hash.length > 1 ? byId(decodeURIComponent(location.hash.slice(1))) : null;
+    const target = linked();
     if (!target)
       return;
-    if (target.closest('[hidden]')) {
+    if (search && target.closest('[hidden]')) {
       search.value = '';
       filter();
     }
@@ -157,8 +166,8 @@
     highlight(words);
   };
 
-  search.addEventListener('input', filter);
-  search.addEventListener('keydown', event => {
+  search?.addEventListener('input', filter);
+  search?.addEventListener('keydown', event => {
     if (event.key === 'Escape') {
       search.value = '';
       filter();

@@ -213,6 +213,61 @@ class Page(BrowserTest):
         self.assertTrue(self.browser.script("return document.querySelector(':target').checkVisibility()"))
         self.browser.screenshot("problems.png")
 
+    def bare(self):
+        """A page without components, and so without search; one of its details is closed."""
+        document = self.browser.folder / "bare.json"
+        document.write_text('{"TunerProperties":{"type":"SCP","baseresource":"b"}}', encoding="utf-8")
+        page = self.browser.open(document)
+        self.assertEqual(self.browser.script("""return ['bar', 'theme', 'search', 'found', 'open', 'close']
+            .map(id => document.getElementById(id) !== null)"""), [True, True, False, False, False, False])
+        return page
+
+    def test_without_components_the_switch_works(self):
+        page = self.bare()
+        self.assert_quiet(page)
+        self.assertEqual(self.browser.background(), LIGHT)
+        self.browser.focus(self.control("Dark"))
+        self.browser.press("Enter")
+        self.assertEqual(self.browser.background(), DARK)
+        self.assertEqual(self.control("Dark")["properties"]["checked"], "true")
+        self.browser.press("Space")
+        self.assertEqual(self.browser.background(), LIGHT)
+
+    def fold(self):
+        """Puts all that the page says into something that is closed."""
+        self.browser.script("""const fold = document.createElement('details');
+            document.querySelector('main').replaceWith(fold);
+            fold.innerHTML = '<summary>All</summary><p id="inside">Inside</p>';""")
+
+    def is_open(self):
+        return self.browser.script("return document.querySelector('details').open")
+
+    def test_without_components_paper_shows_everything_and_links_open(self):
+        page = self.bare()
+        self.fold()
+        self.browser.emulate(media="print")
+        self.browser.settle()
+        self.assertTrue(self.is_open())
+        self.browser.emulate()
+        self.browser.settle()
+        self.assertFalse(self.is_open())
+        self.browser.script("location.hash = 'inside'")
+        self.browser.settle()
+        self.assertTrue(self.is_open())
+        self.assert_quiet(page)
+
+    def test_a_link_that_is_no_text_leads_nowhere(self):
+        page = self.bare()
+        self.fold()
+        for link in ("#%ZZ", "#%C3", "#"):
+            self.browser.script("location.hash = arguments[0]", link)
+            self.browser.settle()
+            self.assertFalse(self.is_open())
+        self.browser.script("location.hash = '#%69nside'")
+        self.browser.settle()
+        self.assertTrue(self.is_open())
+        self.assert_quiet(page)
+
 
 if __name__ == "__main__":
     unittest.main()
