@@ -179,7 +179,7 @@ void Content::showBar(const Axis &axis, const DataObject &item)
     const Tag picture(m_overview, "svg", {{"role", "img"}, {"aria-label", told}});
     showTicks(axis);
     if (end) {
-        const auto [from, to] = std::minmax(axis.base(), *end);
+        const auto [from, to] = std::minmax({axis.base(), *end}); // by value: one of them is a temporary
         m_overview.element("rect", {{"x", percent(from)}, {"width", percent(to - from)}});
     }
 }
