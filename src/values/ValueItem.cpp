@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueItem.h>
 
-#include <array>
-#include <new>
-
 #include "framework/HandDown.h"
 #include "framework/Member.h"
 #include "framework/Table.h"
 #include "module/NameList.h"
 #include "module/UnitStatics.h"
+#include "values/Alternatives.h"
 
 namespace JobXml {
 
@@ -30,80 +28,6 @@ const NameList choiceNames({
 });
 
 using Choice = ValueItem::ChoiceValueItem;
-
-constexpr std::size_t kinds = 10;
-
-/// The alternatives, each built when it is first used: of the ten, nearly always one is. One that was never used cannot
-/// be told from a default one. The first has its place in the item's data, the others one of their own; where an
-/// alternative stands never changes, so references to it stay valid.
-class Alternatives
-{
-public:
-    Alternatives() = default;
-    Alternatives(const Alternatives &other);
-    Alternatives &operator=(const Alternatives &) = delete;
-    ~Alternatives()
-    {
-        if (DataObject *const object = first())
-            object->~DataObject();
-    }
-
-    /// The alternative of a kind; null if it was never used.
-    DataObject *find(int kind)
-    {
-        if (kind == m_kindOfFirst)
-            return first();
-        return m_others ? (*m_others)[std::size_t(kind)].get() : nullptr;
-    }
-    const DataObject *find(int kind) const { return const_cast<Alternatives *>(this)->find(kind); }
-
-    template <class Action>
-    void forEach(Action &&action)
-    {
-        if (m_kindOfFirst >= 0)
-            action(*first());
-        if (!m_others)
-            return;
-        for (const std::unique_ptr<DataObject> &object : *m_others) {
-            if (object)
-                action(*object);
-        }
-    }
-
-    template <class T, class... From>
-    T &build(int kind, From &&...from)
-    {
-        static_assert(sizeof(T) == sizeof(DataObject), "an alternative has its data in its block");
-        if (m_kindOfFirst < 0) {
-            T &object = *new (m_first) T(std::forward<From>(from)...);
-            m_kindOfFirst = qint8(kind);
-            return object;
-        }
-        if (!m_others)
-            m_others = std::make_unique<Others>();
-        auto object = std::make_unique<T>(std::forward<From>(from)...);
-        T &built = *object;
-        (*m_others)[std::size_t(kind)] = std::move(object);
-        return built;
-    }
-
-private:
-    using Others = std::array<std::unique_ptr<DataObject>, kinds>;
-
-    DataObject *first() { return m_kindOfFirst < 0 ? nullptr : std::launder(reinterpret_cast<DataObject *>(m_first)); }
-
-    void copyFrom(const Alternatives &other, int kind);
-
-    template <class T>
-    void copy(int kind, const DataObject &object)
-    {
-        build<T>(kind, static_cast<const T &>(object));
-    }
-
-    alignas(DataObject) unsigned char m_first[sizeof(DataObject)]; // empty until its kind is known
-    std::unique_ptr<Others> m_others;
-    qint8 m_kindOfFirst = -1;
-};
 
 struct State
 {
@@ -289,35 +213,8 @@ constexpr Table members{row::ValueBoolean,
                         row::ValueSelection,
                         row::ValueString,
                         row::ValueStringList};
-constexpr ClassInfo valueItem = describe<ValueItem, members, 2 - int(kinds)>(unitStatics.objectName, 0xA6C468CF);
+constexpr ClassInfo valueItem = describe<ValueItem, members, 2 - Alternatives::kinds>(unitStatics.objectName, 0xA6C468CF);
 // clang-format on
-
-void Alternatives::copyFrom(const Alternatives &other, int kind)
-{
-    using Copy = void (Alternatives::*)(int, const DataObject &);
-    static constexpr Copy copies[kinds] = {
-        &Alternatives::copy<JobXml::ValueBoolean>,      &Alternatives::copy<JobXml::ValueFloat>,
-        &Alternatives::copy<JobXml::ValueInt>,          &Alternatives::copy<JobXml::ValueInt64>,
-        &Alternatives::copy<JobXml::ValueNumericFloat>, &Alternatives::copy<JobXml::ValueNumericInt>,
-        &Alternatives::copy<JobXml::ValueNumericInt64>, &Alternatives::copy<JobXml::ValueSelection>,
-        &Alternatives::copy<JobXml::ValueString>,       &Alternatives::copy<JobXml::ValueStringList>,
-    };
-    if (const DataObject *const object = other.find(kind)) {
-        const Copy copyOfKind = copies[kind]; // read apart: g++'s check of bounds stumbles over it otherwise
-        (this->*copyOfKind)(kind, *object);
-    }
-}
-
-// Delegates, so that what is built already is destroyed if the next runs out of memory.
-Alternatives::Alternatives(const Alternatives &other) : Alternatives()
-{
-    if (other.m_kindOfFirst >= 0)
-        copyFrom(other, other.m_kindOfFirst);
-    for (int kind = 0; other.m_others && kind < int(kinds); ++kind) {
-        if (kind != other.m_kindOfFirst)
-            copyFrom(other, kind);
-    }
-}
 
 State &stateOf(Block &block)
 {
