@@ -146,7 +146,7 @@ public:
     /// Takes over what is set in `other`, an object of the same class: its members replace those here, items of its
     /// lists are appended, child objects are merged, a ValueItem takes the selected alternative; all of this under the
     /// rules of the setters. What is not set in `other` stays as it is. Returns false, and changes nothing, if `other`
-    /// is of another class; merging an object with itself changes nothing.
+    /// has another class identifier; merging an object with itself changes nothing.
     bool MergeRGObject(const REPORTGENERATOR::IRGObject &other) override;
 
     void SetValidate(bool validate) const override;
@@ -182,6 +182,7 @@ protected:
 
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
     bool composeXml(QByteArray &utf8) const override;
+    void walkContent(QXmlStreamReader &reader, const QString &name) override;
 
     /// Exchanges the data of two objects of one class; each keeps its validate flag and logger, as with assignment.
     void swapData(DataObject &other) noexcept;
@@ -240,11 +241,13 @@ private:
     void checkMemberByMember(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown, Block &own) const;
     void checkChildren(const Member &member, bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown,
                        Block &own) const;
+    /// What the writer of a parent has done for a child before it writes the child.
+    enum class Preparation { Nothing, Propagated, Checked };
     bool mayWrite() const;
-    bool mayWriteNested(bool checkedByParent) const;
-    void writeNestedXml(XmlOutput &output, bool checkedByParent) const;
-    void writeNestedRecord(BinaryWriter &writer, bool checkedByParent) const;
-    void writeNestedRecord(BinaryWriter &writer, quint32 tag, bool checkedByParent) const;
+    bool mayWriteNested(Preparation preparation) const;
+    void writeNestedXml(XmlOutput &output, Preparation preparation) const;
+    void writeNestedRecord(BinaryWriter &writer, Preparation preparation) const;
+    void writeNestedRecord(BinaryWriter &writer, quint32 tag, Preparation preparation) const;
     void readRecord(BinaryReader &reader, qint32 length);
     quint16 listsToFill() const;
     void squeeze(quint16 lists);

@@ -196,6 +196,11 @@ protected:
     /// where there is no shorter way; the base's own always does.
     virtual bool composeXml(QByteArray &utf8) const;
 
+    /// After composeXml(): walks the content of the element `name`, on whose start the reader stands, for the base's
+    /// ProcessXml(). Classes that prepare their objects for a walk do it here, so that it holds for derived classes as
+    /// well, which call IRGObject::ProcessXml() from a ProcessXml() of their own.
+    virtual void walkContent(QXmlStreamReader &reader, const QString &name);
+
 public:
     /// The logger that SetLogger() gave it; null if there is none.
     std::shared_ptr<Logger> GetLogger() const;
@@ -234,7 +239,7 @@ protected:
     IRGObject(const IRGObject &) = delete; // what a copy takes over is the business of the derived class
     IRGObject &operator=(const IRGObject &) = delete;
 
-    /// What ProcessXml() does, for a reader that certainly stands on the start of an element of this name.
+    /// The walk itself: calls ProcessXmlStartElement() for each start element, up to the end of the element `name`.
     void processContent(QXmlStreamReader &reader, const QString &name);
 
     /// The text of the element on whose start the reader stands, without the text of elements nested in it. Leaves the

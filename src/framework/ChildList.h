@@ -99,13 +99,13 @@ public:
 
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
-        const bool isSet = this->isSet(block);
+        const auto preparation = Member::preparation(object, this->isSet(block)); // a check covers what is set
         const bool validate = object.GetValidate();
         for (const Item &item : std::as_const(list(block))) {
             if (validate)
                 checkForWriting(object, item);
             if (this->writesChildren(block))
-                Member::writeNestedXml(item, output, isSet); // a check covers what is set
+                Member::writeNestedXml(item, output, preparation);
         }
     }
 
@@ -122,15 +122,15 @@ public:
             read(NewItem<Place::InTheList>(*this, object, environment));
     }
 
-    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
+    void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         const ItemList<Item> &items = list(block);
-        const bool isSet = this->isSet(block);
+        const auto preparation = Member::preparation(object, this->isSet(block));
         const auto record = writer.begin(this->tag());
         writer.put(qint32(items.size()));
         if (this->writesChildren(block)) {
             for (const Item &item : items)
-                Member::writeNestedRecord(item, writer, isSet);
+                Member::writeNestedRecord(item, writer, preparation);
         }
         writer.end(record);
     }

@@ -154,7 +154,8 @@ bool DataObject::equals(const DataObject &other) const
 bool DataObject::MergeRGObject(const REPORTGENERATOR::IRGObject &other)
 {
     const auto *source = dynamic_cast<const DataObject *>(&other);
-    if (!source || &source->info() != &info())
+    // A derived class with an identifier of its own is another class, although its members are the same.
+    if (!source || source->m_classIdentifier != m_classIdentifier || &source->info() != &info())
         return false;
     if (source == this || !source->m_block)
         return true;
@@ -263,6 +264,13 @@ void DataObject::checkMemberByMember(bool flag, const EnvironmentPointer *handed
 void DataObject::checkChildren(const Member &member, bool flag, const EnvironmentPointer *handedDown, Block &own) const
 {
     const bool isSet = member.isSet(own);
+    if (!handedDown && isOfDerivedClass()) {
+        // Whatever the derived class has made of flag and logger, each child passes on its own.
+        auto checkByItself = [=](const DataObject &child, int) { child.Check(flag); };
+        if (isSet)
+            member.forEachChild(own, ChildAction(checkByItself));
+        return;
+    }
     auto check = [=](const DataObject &child, int) {
         if (handedDown)
             child.takeEnvironment(*handedDown);
@@ -320,25 +328,30 @@ QString DataObject::label(int index) const
 
 // --- Whether there is something to write -----------------------------------------------------------------------------
 
-// Check() hands over; asking it first, and not both, keeps writing at one walk over the tree.
+// Check() propagates flag and logger on its way; not doing both keeps writing at one walk over the tree. A derived
+// class may override either, so there the order of the steps counts: what SetValidate() makes of the flag decides
+// whether Check() is called.
 bool DataObject::mayWrite() const
 {
-    if (GetValidate())
-        Check();
-    else
+    const bool isDerived = isOfDerivedClass();
+    if (isDerived || !GetValidate())
         handOver();
-    if (GetValidate() && !HasData()) // asked anew: a derived class may have its own way with what it is told
-        return false;
+    if (GetValidate()) {
+        Check();
+        if (GetValidate() && !HasData()) // asked anew: Check() of a derived class may propagate once more
+            return false;
+    }
     block();
     return true;
 }
 
-// For an object whose tree has been handed flag and logger. Where the parent's check included it, checking again
-// at every level would be work times depth.
-bool DataObject::mayWriteNested(bool checkedByParent) const
+// Where the parent's check included the object, checking again at every level would be work times depth.
+bool DataObject::mayWriteNested(Preparation preparation) const
 {
+    if (preparation == Preparation::Nothing)
+        return mayWrite();
     if (environment()->validate) {
-        if (!checkedByParent)
+        if (preparation != Preparation::Checked)
             checkTree(false, nullptr);
         if (!HasData())
             return false;

@@ -24,18 +24,18 @@ bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
     return true;
 }
 
-void DataObject::writeNestedRecord(BinaryWriter &writer, bool checkedByParent) const
+void DataObject::writeNestedRecord(BinaryWriter &writer, Preparation preparation) const
 {
-    if (!mayWriteNested(checkedByParent))
+    if (!mayWriteNested(preparation))
         return;
     const auto record = writer.beginUntagged();
     writeMemberRecords(writer);
     writer.end(record);
 }
 
-void DataObject::writeNestedRecord(BinaryWriter &writer, quint32 tag, bool checkedByParent) const
+void DataObject::writeNestedRecord(BinaryWriter &writer, quint32 tag, Preparation preparation) const
 {
-    if (!mayWriteNested(checkedByParent))
+    if (!mayWriteNested(preparation))
         return;
     const auto record = writer.begin(tag);
     writeMemberRecords(writer);

@@ -34,9 +34,9 @@ bool DataObject::composeXml(QByteArray &utf8) const
     return document.isFaithful();
 }
 
-void DataObject::writeNestedXml(XmlOutput &output, bool checkedByParent) const
+void DataObject::writeNestedXml(XmlOutput &output, Preparation preparation) const
 {
-    if (mayWriteNested(checkedByParent))
+    if (mayWriteNested(preparation))
         writeElement(output);
 }
 
@@ -112,6 +112,11 @@ void DataObject::ProcessXml(QXmlStreamReader &reader)
     readContent(reader, reader.name().toString(), isNew);
 }
 
+void DataObject::walkContent(QXmlStreamReader &reader, const QString &name)
+{
+    readStartedContent(reader, name, false);
+}
+
 // For a child, on whose start the reader stands.
 void DataObject::readElement(QXmlStreamReader &reader, const QString &name)
 {
@@ -165,6 +170,8 @@ void DataObject::readStartedContent(QXmlStreamReader &reader, const QString &nam
 // Lists to which something is added again and again keep their room, and so do those that a caller has given some.
 quint16 DataObject::listsToFill() const
 {
+    if (!m_block) // a derived class need not have created it before the walk
+        return info().lists;
     if (info().lists == 0)
         return 0;
     const Block &own = Member::block(*this);
@@ -178,7 +185,7 @@ quint16 DataObject::listsToFill() const
 
 void DataObject::squeeze(quint16 lists)
 {
-    if (lists == 0)
+    if (lists == 0 || !m_block)
         return;
     Block &own = block();
     info().forEach(lists, [&](const Member &member) { member.squeeze(own); });

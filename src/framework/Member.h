@@ -160,17 +160,20 @@ protected:
     {
         child.takeEnvironment(parents);
     }
-    static void writeNestedXml(const DataObject &child, XmlOutput &output, bool checked)
+    /// What writing an object does for its children beforehand; `isChecked` says whether its check includes them.
+    using Preparation = DataObject::Preparation;
+    static inline Preparation preparation(const DataObject &parent, bool isChecked);
+    static void writeNestedXml(const DataObject &child, XmlOutput &output, Preparation preparation)
     {
-        child.writeNestedXml(output, checked);
+        child.writeNestedXml(output, preparation);
     }
-    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, bool checked)
+    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, Preparation preparation)
     {
-        child.writeNestedRecord(writer, checked);
+        child.writeNestedRecord(writer, preparation);
     }
-    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, bool checked)
+    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, Preparation preparation)
     {
-        child.writeNestedRecord(writer, tag, checked);
+        child.writeNestedRecord(writer, tag, preparation);
     }
     static void readNestedRecord(DataObject &child, BinaryReader &reader, qint32 length)
     {

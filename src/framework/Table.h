@@ -69,6 +69,14 @@ inline bool DataObject::isOfDerivedClass() const noexcept
     return &typeid(*this) != &info().type;
 }
 
+// What a derived class overrides need not reach its children.
+inline Member::Preparation Member::preparation(const DataObject &parent, bool isChecked)
+{
+    if (parent.isOfDerivedClass())
+        return Preparation::Nothing;
+    return isChecked ? Preparation::Checked : Preparation::Propagated;
+}
+
 /// The rows of a class in bit order, and the order of writing worked out from them.
 template <class Data, std::size_t count>
 struct Table

@@ -219,7 +219,12 @@ void IRGObject::clearError() const
 void IRGObject::ProcessXml(QXmlStreamReader &reader)
 {
     if (!reader.atEnd() && !reader.hasError())
-        processContent(reader, reader.name().toString());
+        walkContent(reader, reader.name().toString());
+}
+
+void IRGObject::walkContent(QXmlStreamReader &reader, const QString &name)
+{
+    processContent(reader, name);
 }
 
 void IRGObject::processContent(QXmlStreamReader &reader, const QString &name)

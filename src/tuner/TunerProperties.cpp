@@ -161,10 +161,10 @@ public:
     const DataObject &child(const Block &block, int) const override { return field(block); }
     DataObject &editChild(DataObject &object, int) const override { return modify(object); }
 
-    void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
+    void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
         if (isSet(block))
-            writeNestedXml(field(block), output, true);
+            writeNestedXml(field(block), output, preparation(object, true));
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
@@ -172,10 +172,10 @@ public:
         readInPlace(object, [&](StartupModes &modes) { return readNestedXml(modes, reader); });
     }
 
-    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
+    void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (isSet(block))
-            writeNestedRecord(field(block), writer, tag(), true);
+            writeNestedRecord(field(block), writer, tag(), preparation(object, true));
     }
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override

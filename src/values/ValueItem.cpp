@@ -127,11 +127,11 @@ public:
     const DataObject &child(const Block &block, int) const override { return *find(block); }
     DataObject &editChild(DataObject &object, int) const override { return modify(object); }
 
-    void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
+    void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
-        // The item's check does not go into the alternative, so it is checked now; likewise in writeRecord().
+        // The item's check does not go into the alternative, so it is checked now; the same in writeRecord().
         if (writesChildren(block))
-            Member::writeNestedXml(alternative(block), output, false);
+            Member::writeNestedXml(alternative(block), output, Member::preparation(object, false));
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
@@ -142,10 +142,10 @@ public:
             modify(object) = std::move(read);
     }
 
-    void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
+    void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (writesChildren(block))
-            Member::writeNestedRecord(alternative(block), writer, this->tag(), false);
+            Member::writeNestedRecord(alternative(block), writer, this->tag(), Member::preparation(object, false));
     }
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override

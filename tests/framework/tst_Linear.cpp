@@ -82,6 +82,13 @@ bool DataObject::HasData() const
 
 namespace {
 
+/// Reads its content by the walk of the base library, as a class does that has attributes of its own.
+class WalkedComponent : public Component
+{
+public:
+    void ProcessXml(QXmlStreamReader &reader) override { REPORTGENERATOR::IRGObject::ProcessXml(reader); }
+};
+
 constexpr long long nodes = 2000; // with an item and a value each
 constexpr long long objectsBelowTheRoot = 3 * nodes + 3; // and start-up modes, a bandwidth, a component
 
@@ -109,6 +116,7 @@ private Q_SLOTS:
         for (int i = 0; i < 2; ++i) {
             m_documents[i] = aDocument(i == 0 ? 2000 : 20000);
             m_xml[i] = xmlOf(m_documents[i]);
+            m_xmlOfComponents[i] = xmlOf(std::as_const(m_documents[i]).GetComponent().at(0));
             m_records[i] = recordOf(m_documents[i]);
             m_snapshots[i] = snapshotOf(m_documents[i]);
         }
@@ -129,6 +137,7 @@ private Q_SLOTS:
         QTest::newRow("compare") << 9;
         QTest::newRow("merge") << 10;
         QTest::newRow("find problems") << 11;
+        QTest::newRow("read XML by a derived class") << 12;
     }
 
     void everyOperationIsLinear()
@@ -251,9 +260,15 @@ private:
         case 10:
             QVERIFY(document.MergeRGObject(m_documents[which]));
             break;
-        default:
+        case 11:
             QVERIFY(m_documents[which].GetProblems().isEmpty());
             break;
+        default: {
+            WalkedComponent component;
+            readXml(component, m_xmlOfComponents[which]);
+            QCOMPARE(std::as_const(component).GetNode().size(), which == 0 ? 2000 : 20000);
+            break;
+        }
         }
     }
 
@@ -266,6 +281,7 @@ private:
 
     TunerProperties m_documents[2];
     QString m_xml[2];
+    QString m_xmlOfComponents[2];
     QByteArray m_records[2];
     QByteArray m_snapshots[2];
 };
