@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "XmlComposition.h"
 
+#include <algorithm>
+
 #include <QBuffer>
 #include <QXmlStreamWriter>
 
@@ -37,6 +39,66 @@ private:
     qint64 m_loss = -1;
 };
 
+/// The position after the next `end`.
+int after(const QByteArray &xml, const char *end, int from)
+{
+    const int at = xml.indexOf(end, from);
+    return at < 0 ? xml.size() : at + int(qstrlen(end));
+}
+
+bool isAt(const QByteArray &xml, int position, const char *text)
+{
+    return qstrncmp(xml.constData() + position, text, qstrlen(text)) == 0;
+}
+
+int endOfMarkup(const QByteArray &xml, int begin);
+
+/// A document type may hold declarations, whose quoted texts may hold anything.
+int endOfDocumentType(const QByteArray &xml, int begin)
+{
+    int at = begin + 2;
+    while (at < xml.size() && xml.at(at) != '>') {
+        const char quote = xml.at(at);
+        if (quote == '"' || quote == '\'')
+            at = after(xml, quote == '"' ? "\"" : "'", at + 1);
+        else
+            at = quote == '<' ? endOfMarkup(xml, at) : at + 1;
+    }
+    return std::min(at + 1, xml.size());
+}
+
+/// The position after a tag, a comment or any other markup.
+int endOfMarkup(const QByteArray &xml, int begin)
+{
+    if (isAt(xml, begin, "<!--"))
+        return after(xml, "-->", begin + 4);
+    if (isAt(xml, begin, "<![CDATA["))
+        return after(xml, "]]>", begin);
+    if (isAt(xml, begin, "<?"))
+        return after(xml, "?>", begin);
+    if (isAt(xml, begin, "<!"))
+        return endOfDocumentType(xml, begin);
+    return after(xml, ">", begin); // in attribute values the writer escapes it
+}
+
+/// The writer escapes a carriage return in an attribute value but leaves it bare in the text of an element, where any
+/// reader would take it for a line end. Everything else stays as an object has written it: nothing can be escaped
+/// there.
+void escapeCarriageReturns(QByteArray &xml)
+{
+    if (!xml.contains('\r'))
+        return;
+    QByteArray escaped;
+    for (int at = 0; at < xml.size();) {
+        const int markup = xml.indexOf('<', at);
+        const int end = markup < 0 ? xml.size() : markup;
+        escaped += xml.mid(at, end - at).replace('\r', "&#13;");
+        at = markup < 0 ? end : endOfMarkup(xml, markup);
+        escaped += xml.mid(end, at - end);
+    }
+    xml = escaped;
+}
+
 } // namespace
 
 XmlComposition composeXmlByWriter(const IRGObject &object)
@@ -64,8 +126,7 @@ XmlComposition composeXmlByWriter(const IRGObject &object)
     buffer.noteLoss();
     composition.lineOfLostText = buffer.lineOfLoss();
 
-    // The writer leaves a carriage return in element text bare, and any reader would take it for a line end.
-    composition.utf8.replace('\r', QByteArrayLiteral("&#13;"));
+    escapeCarriageReturns(composition.utf8);
     return composition;
 }
 

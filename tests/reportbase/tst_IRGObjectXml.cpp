@@ -19,7 +19,28 @@ QString readInto(Note &note, const QString &xml)
     return note.GetErrorString();
 }
 
+/// Writes whatever an element can hold besides texts, each with a carriage return.
+class Medley : public Note
+{
+public:
+    using Part = void (*)(QXmlStreamWriter &writer);
+    explicit Medley(Part part) : m_part(part) { }
+
+    void GetXml(QXmlStreamWriter &writer) const override
+    {
+        writer.setAutoFormatting(false);
+        writer.writeStartElement(QStringLiteral("Note"));
+        m_part(writer);
+        writer.writeEndElement();
+    }
+
+private:
+    const Part m_part;
+};
+
 } // namespace
+
+Q_DECLARE_METATYPE(Medley::Part)
 
 class IRGObjectXmlTest : public QObject
 {
@@ -50,7 +71,60 @@ private Q_SLOTS:
     void aTextIsReadBackAsItWasWritten();
     void aTextThatXmlCannotCarryIsNotWritten_data();
     void aTextThatXmlCannotCarryIsNotWritten();
+    void onlyTextsAndAttributeValuesEscapeCarriageReturns_data();
+    void onlyTextsAndAttributeValuesEscapeCarriageReturns();
 };
+
+void IRGObjectXmlTest::onlyTextsAndAttributeValuesEscapeCarriageReturns_data()
+{
+    QTest::addColumn<Medley::Part>("part");
+    QTest::addColumn<QString>("element");
+    const auto row = [](const char *name, Medley::Part part, const char *element) {
+        QTest::newRow(name) << part << QString::fromLatin1(element);
+    };
+    row(
+        "text", [](QXmlStreamWriter &w) { w.writeCharacters(QStringLiteral("a\rb>c")); }, "<Note>a&#13;b&gt;c</Note>");
+    row(
+        "attribute", [](QXmlStreamWriter &w) { w.writeAttribute(QStringLiteral("x"), QStringLiteral("a\r>'\"b")); },
+        "<Note x=\"a&#13;&gt;'&quot;b\"/>");
+    row(
+        "comment", [](QXmlStreamWriter &w) { w.writeComment(QStringLiteral("a\r->'<b")); },
+        "<Note><!--a\r->'<b--></Note>");
+    row(
+        "processing instruction",
+        [](QXmlStreamWriter &w) { w.writeProcessingInstruction(QStringLiteral("p"), QStringLiteral("a\r>'b")); },
+        "<Note><?p a\r>'b?></Note>");
+    row(
+        "CDATA section", [](QXmlStreamWriter &w) { w.writeCDATA(QStringLiteral("a\r]]'>b")); },
+        "<Note><![CDATA[a\r]]'>b]]></Note>");
+    row(
+        "CDATA section with its own end", [](QXmlStreamWriter &w) { w.writeCDATA(QStringLiteral("a]]>\rb")); },
+        "<Note><![CDATA[a]]]]><![CDATA[>\rb]]></Note>");
+    row(
+        "texts around a comment",
+        [](QXmlStreamWriter &w) {
+            w.writeCharacters(QStringLiteral("\r"));
+            w.writeComment(QStringLiteral("\r"));
+            w.writeCharacters(QStringLiteral("\r\n"));
+        },
+        "<Note>&#13;<!--\r-->&#13;\n</Note>");
+    row(
+        "a document type in front",
+        [](QXmlStreamWriter &w) {
+            w.writeDTD(QStringLiteral("<!DOCTYPE Note [<!ENTITY e \"\r>\"> <!-- ]\r> -->\r]>"));
+            w.writeCharacters(QStringLiteral("\r"));
+        },
+        "<Note><!DOCTYPE Note [<!ENTITY e \"\r>\"> <!-- ]\r> -->\r]>&#13;</Note>");
+}
+
+void IRGObjectXmlTest::onlyTextsAndAttributeValuesEscapeCarriageReturns()
+{
+    QFETCH(Medley::Part, part);
+    QFETCH(QString, element);
+    Medley medley(part);
+    QCOMPARE(medley.GetXmlString(),
+             QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>") + element + QLatin1Char('\n'));
+}
 
 void IRGObjectXmlTest::theLoopReportsEveryChildElementAndNothingElse()
 {
