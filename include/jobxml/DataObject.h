@@ -58,8 +58,10 @@ struct Problem : Place
 ///    alternative returns a reference to modify and sets the flag; `std::as_const(object).GetX()` reads without
 ///    marking.
 ///  - `SetX(value)` stores the value and sets the flag. A null string is refused while validating: OutOfRangeException
-///    ": Please set X properly (origin: Setter)." behind the object's name, and nothing is stored.
-///  - `AppendX(item)` appends a copy and sets the flag. An item without data is refused while validating:
+///    ": Please set X properly (origin: Setter)." after the object's name, and nothing is stored. A list is stored as
+///    it is given: its items are not checked, and keep their validate flags and loggers.
+///  - `AppendX(item)` appends a copy, which has the item's validate flag and no logger, and sets the flag. An item
+///  without data is refused while validating:
 ///    IncompleteDefinitionException ": Tried to append not completely defined or invalid item X.".
 ///  - `IsXSet()` is the flag; `ResetX()` clears it and puts the default back.
 ///
@@ -199,6 +201,8 @@ protected:
     /// In the order in which visitors see them.
     virtual void forEachMember(const ActionOn<const ShownMember &> &action) const;
     virtual void handDownToChildren(const HandDown &handDown) const;
+    /// Gives the object and everything below it the flags and loggers of the original that it was copied from.
+    virtual void copyEnvironments(const DataObject &original) const;
     virtual void writeElement(XmlOutput &output) const;
     virtual void writeMemberRecords(BinaryWriter &writer) const;
     virtual void readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length);

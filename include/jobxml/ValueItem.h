@@ -219,6 +219,7 @@ protected:
     void collectProblems(const Place &place, QVector<Problem> &problems) const override;
     void forEachMember(const ActionOn<const ShownMember &> &action) const override;
     void handDownToChildren(const HandDown &handDown) const override;
+    void copyEnvironments(const DataObject &original) const override;
     void writeSnapshot(BinaryWriter &writer) const override;
     bool readSnapshot(BinaryReader &reader) override;
 };

@@ -33,6 +33,8 @@ public:
     void set(DataObject &object, const QVector<Item> &items) const
     {
         ItemList<Item> ownItems(items);
+        for (int i = 0; i < items.size(); ++i)
+            Member::copyEnvironments(items.at(i), std::as_const(ownItems).at(i));
         Base::modify(object).swap(ownItems);
     }
 
@@ -116,10 +118,10 @@ public:
             if (this->readNestedXml(*item, reader))
                 item.keep();
         };
-        if (reader.device() || reader.entityResolver())
-            read(NewItem<Place::Apart>(*this, object, environment));
-        else
+        if (Member::isInMemory(reader))
             read(NewItem<Place::InTheList>(*this, object, environment));
+        else
+            read(NewItem<Place::Apart>(*this, object, environment));
     }
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
@@ -168,13 +170,14 @@ public:
 
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
+        const bool holdsItems = this->isSet(block) || this->has(SnapshotReadByCount);
+        const bool hadRoom = hasRoom(block);
         qint32 count = 0;
         if (!reader.take(count))
             return false;
-        if (!this->isSet(block) && !this->has(SnapshotReadByCount))
+        if (!holdsItems)
             return true;
         const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // and no logger
-        const bool hadRoom = hasRoom(block);
         reserve(object, reader.itemsWithin(count));
         const auto read = [&](auto &&item) {
             if (!Member::readNestedSnapshot(*item, reader))

@@ -216,6 +216,17 @@ void DataObject::takeDown(const HandDown &handDown) const
         handDownToChildren(handDown);
 }
 
+void DataObject::copyEnvironments(const DataObject &original) const
+{
+    takeEnvironment(original.environment());
+    if (!original.m_block)
+        return;
+    info().forEach(info().children | info().builtWithTheBlock, [&](const Member &member) {
+        for (int i = 0; i < member.childCount(*original.m_block); ++i)
+            member.child(*m_block, i).copyEnvironments(member.child(*original.m_block, i));
+    });
+}
+
 // --- Check -----------------------------------------------------------------------------------------------------------
 
 void DataObject::Check(bool flag) const

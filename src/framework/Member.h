@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <type_traits>
+#include <utility>
+
 #include <QLatin1String>
 #include <QXmlStreamReader>
 
@@ -116,24 +119,34 @@ protected:
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
     // The rows' way into objects; DataObject has no other friend.
-    /// An object's data, which stay as long as this does, whatever becomes of the object.
-    class KeptBlock
+    static void copyEnvironments(const DataObject &original, const DataObject &copy)
     {
-    public:
-        explicit KeptBlock(const DataObject &object) : m_info(object.objectClass()), m_block(block(object))
-        {
-            m_block.addOwner();
-        }
-        KeptBlock(const KeptBlock &) = delete;
-        KeptBlock &operator=(const KeptBlock &) = delete;
-        ~KeptBlock() { DataObject::release(m_info, &m_block); }
+        copy.copyEnvironments(original);
+    }
+    /// A copy with the flags and loggers of the original, which copying alone does not keep.
+    template <class Part>
+    static Part copyAsItIs(const Part &original)
+    {
+        Part copy(original);
+        if constexpr (std::is_base_of_v<DataObject, Part>)
+            copyEnvironments(original, copy);
+        return copy;
+    }
 
-        Block &operator*() const { return m_block; }
+    /// Whether nobody else's code runs while the reader reads.
+    static bool isInMemory(const QXmlStreamReader &reader) { return !reader.device() && !reader.entityResolver(); }
+    static bool isInMemory(const BinaryReader &reader) { return reader.isInMemory(); }
 
-    private:
-        const REPORTGENERATOR::ObjectClass &m_info;
-        Block &m_block;
-    };
+    /// Reads into a part of an object's data, which `find` finds in a block; `block` is the object's at present.
+    ///
+    /// The code of a device that is asked for more may use the object, copy it or assign to it, which shares, replaces
+    /// or destroys its data. So nothing refers to them meanwhile: the part is read apart and then put where the data
+    /// are, also if the read throws. Items of lists that are new are read apart as well, see ChildList.
+    template <class Reader, class Find, class Read>
+    static bool readPart(DataObject &object, Block &block, const Reader &reader, const Find &find, const Read &read)
+    {
+        return isInMemory(reader) ? read(find(block)) : readPartApart(object, find, read);
+    }
 
     /// Reads the text of an element, or the whole of a child. False where the document breaks off: what has been read
     /// by then is not stored.
@@ -191,6 +204,25 @@ protected:
     }
 
 private:
+    template <class Find, class Read>
+    Q_NEVER_INLINE static bool readPartApart(DataObject &object, const Find &find, const Read &read)
+    {
+        auto part = copyAsItIs(find(block(object)));
+        const auto putBack = [&] {
+            using std::swap;
+            swap(find(block(object)), part);
+        };
+        bool isRead = false;
+        try {
+            isRead = read(part);
+        } catch (...) {
+            putBack();
+            throw;
+        }
+        putBack();
+        return isRead;
+    }
+
     static constexpr int longestName = 20;
 
     JobXml::Text<longestName> m_text;

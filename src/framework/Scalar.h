@@ -136,21 +136,12 @@ public:
         if (leftOut(block) && !this->has(SnapshotReadAlways))
             return true;
         // The flag was read before, with all others.
-        return reader.isInMemory() ? Codec<T>::readSnapshot(reader, this->field(block))
-                                   : readSnapshotFromDevice(object, reader);
+        return Member::readPart(
+            object, block, reader, [this](Block &found) -> T & { return this->field(found); },
+            [&](T &value) { return Codec<T>::readSnapshot(reader, value); });
     }
 
 private:
-    // The device may have copied the object meanwhile, whose data are others then.
-    Q_NEVER_INLINE bool readSnapshotFromDevice(DataObject &object, BinaryReader &reader) const
-    {
-        T value{};
-        if (!Codec<T>::readSnapshot(reader, value))
-            return false;
-        this->field(Member::block(object)) = std::move(value);
-        return true;
-    }
-
     bool leftOut(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
 };
 

@@ -169,7 +169,8 @@ public:
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        readInPlace(object, [&](StartupModes &modes) { return readNestedXml(modes, reader); });
+        if (readModes(object, reader, [&](StartupModes &modes) { return readNestedXml(modes, reader); }))
+            modify(object);
     }
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
@@ -180,10 +181,11 @@ public:
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override
     {
-        readInPlace(object, [&](StartupModes &modes) {
+        readModes(object, reader, [&](StartupModes &modes) {
             readNestedRecord(modes, reader, length);
             return true;
         });
+        modify(object);
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -195,29 +197,16 @@ public:
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
         return !isSet(block)
-            || readInPlace(object, [&](StartupModes &modes) { return readNestedSnapshot(modes, reader); });
+            || readModes(object, reader, [&](StartupModes &modes) { return readNestedSnapshot(modes, reader); });
     }
 
 private:
-    // A device that is asked for more may copy the document, which then takes data of its own when it is next used.
-    template <class Read>
-    bool readInPlace(DataObject &object, Read read) const
+    template <class Reader, class Read>
+    bool readModes(DataObject &object, const Reader &reader, const Read &read) const
     {
-        StartupModes modesElsewhere;
-        bool isElsewhere = false;
-        {
-            const KeptBlock before(object);
-            if (!read(field(*before)))
-                return false;
-            isElsewhere = existingBlock(object) != &*before;
-            if (isElsewhere)
-                modesElsewhere = field(*before);
-        }
-        Block &own = block(object);
-        if (isElsewhere)
-            field(own) = modesElsewhere;
-        own.flags.set(bit());
-        return true;
+        return readPart(
+            object, Member::block(object), reader, [this](Block &found) -> StartupModes & { return field(found); },
+            read);
     }
 };
 

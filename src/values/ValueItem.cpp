@@ -152,8 +152,11 @@ public:
     {
         Block &own = Member::block(object);
         this->members(own).state.choice = Choice(this->bit());
-        Member::readNestedRecord(alternative(own), reader, length);
-        own.flags.set(this->bit()); // only now: a record that fails leaves the alternative chosen but not set
+        readAlternative(object, own, reader, [&](T &read) {
+            Member::readNestedRecord(read, reader, length);
+            return true;
+        });
+        choose(Member::block(object)); // set only now: a record that fails leaves the alternative chosen but not set
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -162,12 +165,21 @@ public:
             Member::writeNestedSnapshot(alternative(block), writer);
     }
 
-    bool readSnapshot(DataObject &, Block &block, BinaryReader &reader) const override
+    bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
-        return !isChosen(block) || Member::readNestedSnapshot(alternative(block), reader);
+        return !isChosen(block) || readAlternative(object, block, reader, [&](T &read) {
+            return Member::readNestedSnapshot(read, reader);
+        });
     }
 
 private:
+    template <class Read>
+    bool readAlternative(DataObject &object, Block &block, BinaryReader &reader, const Read &read) const
+    {
+        return Member::readPart(
+            object, block, reader, [this](Block &found) -> T & { return alternative(found); }, read);
+    }
+
     DataObject *find(Block &block) const { return members(block).alternatives.find(bit()); }
     const DataObject *find(const Block &block) const { return members(block).alternatives.find(bit()); }
 
@@ -444,6 +456,14 @@ void ValueItem::handDownToChildren(const HandDown &handDown) const
     ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(block()).members;
     data.alternatives.forEach([&](const DataObject &object) { handDown.give(object); });
     handDown.change(data.state.handedDown);
+}
+
+// Departs: so do alternatives that are not built yet.
+void ValueItem::copyEnvironments(const DataObject &original) const
+{
+    DataObject::copyEnvironments(original);
+    if (const Block *from = static_cast<const ValueItem &>(original).existingBlock())
+        stateOf(block()).handedDown = static_cast<const BlockOf<ValueItemData> *>(from)->members.state.handedDown;
 }
 
 // Departs: the alternatives that are not chosen, and the flag of the right one, do not count.

@@ -47,7 +47,8 @@ private:
 
 enum class Form { Xml, Record, Snapshot };
 
-void read(TunerProperties &document, Form form, ObservingDevice &device, int size)
+template <class Object>
+void read(Object &document, Form form, ObservingDevice &device, int size)
 {
     if (form == Form::Xml) {
         QXmlStreamReader reader(&device);
@@ -60,6 +61,26 @@ void read(TunerProperties &document, Form form, ObservingDevice &device, int siz
         document.SetBinary(stream, size);
     else
         document.SetVersionSpecificBinaryWithoutValidation(stream);
+}
+
+/// Reads an object by a device that copies it each time it is asked for more, and gives up data that it may still have.
+template <class Object>
+void readAndCopy(Object &object, Form form, const QByteArray &bytes)
+{
+    std::vector<Object> copies;
+    std::vector<QByteArray> snapshotsOfCopies;
+    ObservingDevice device(bytes, form == Form::Xml ? 16 : bytes.size(), [&] {
+        copies.emplace_back();
+        copies.back() = object;
+        snapshotsOfCopies.push_back(snapshotOf(Object(copies.back())));
+        if (copies.size() % 3 == 0)
+            copies.front() = Object();
+    });
+    object.SetValidate(false);
+    read(object, form, device, bytes.size());
+    QVERIFY(copies.size() > 5);
+    for (std::size_t i = 1; i < copies.size(); ++i)
+        QCOMPARE(hex(snapshotOf(copies[i])), hex(snapshotsOfCopies[i]));
 }
 
 int nodesOf(const TunerProperties &document)
@@ -120,6 +141,120 @@ private Q_SLOTS:
         for (std::size_t i = 1; i < copies.size(); ++i) {
             QCOMPARE(nodesOf(copies[i]), nodesOfCopies[i]);
             QVERIFY(nodesOfCopies[i] >= nodesOfCopies[i - 1] || i == 1);
+        }
+    }
+
+    void theItemIsReadWholeAndItsCopiesStayAsTheyWere_data()
+    {
+        QTest::addColumn<Form>("form");
+        QTest::newRow("a record") << Form::Record;
+        QTest::newRow("a snapshot") << Form::Snapshot;
+    }
+
+    void theItemIsReadWholeAndItsCopiesStayAsTheyWere()
+    {
+        QFETCH(Form, form);
+        ValueItem source;
+        ValueSelection &selection = source.GetValueSelection();
+        selection.Setid(QStringLiteral("id"));
+        selection.Setvalue(2);
+        selection.Settext(QStringLiteral("two"));
+        selection.Setindex(1);
+        for (const char *name : {"one", "two", "three"}) {
+            SelectionItem item;
+            item.Setname(QString::fromLatin1(name));
+            item.Setvalue(1);
+            selection.AppendSelectionItem(item);
+        }
+        ValueItem item;
+        item.GetValueSelection().Settext(QStringLiteral("before"));
+        readAndCopy(item, form, form == Form::Record ? recordOf(source).mid(4) : snapshotOf(source));
+        QVERIFY(item == source);
+    }
+
+    void theStartupModesAreReadWholeAndTheirCopiesStayAsTheyWere_data()
+    {
+        QTest::addColumn<Form>("form");
+        QTest::newRow("XML") << Form::Xml;
+        QTest::newRow("a record") << Form::Record;
+        QTest::newRow("a snapshot") << Form::Snapshot;
+    }
+
+    void theStartupModesAreReadWholeAndTheirCopiesStayAsTheyWere()
+    {
+        QFETCH(Form, form);
+        StartupModes source;
+        for (int mode = 0; mode < 11; ++mode)
+            source.AppendStartupMode(StartupModes::StartupMode(mode));
+        const QByteArray bytes = form == Form::Xml ? QByteArray(xmlOf(source).toUtf8())
+            : form == Form::Record                 ? recordOf(source).mid(4)
+                                                   : snapshotOf(source);
+        StartupModes modes;
+        readAndCopy(modes, form, bytes);
+        QVERIFY(modes == source);
+
+        // as a member of the document, too, which has some already
+        TunerProperties sourceDocument;
+        sourceDocument.SetStartupModes(source);
+        sourceDocument.SetValidate(false);
+        TunerProperties document;
+        document.GetStartupModes().AppendStartupMode(StartupModes::StartupMode::Stop);
+        readAndCopy(document, form,
+                    form == Form::Xml          ? QByteArray(xmlOf(sourceDocument).toUtf8())
+                        : form == Form::Record ? recordOf(sourceDocument).mid(4)
+                                               : snapshotOf(sourceDocument));
+        QCOMPARE(document.GetStartupModes().GetStartupMode().size(), 12);
+    }
+
+    void anObjectThatIsAssignedToWhileItIsReadStaysUsable_data()
+    {
+        theStartupModesAreReadWholeAndTheirCopiesStayAsTheyWere_data();
+    }
+
+    // The data that the object had when the reading began are gone then.
+    void anObjectThatIsAssignedToWhileItIsReadStaysUsable()
+    {
+        QFETCH(Form, form);
+        TunerProperties source = aDocument(3);
+        source.Setquantity(5);
+        const QByteArray bytes = form == Form::Xml ? source.GetXmlString().toUtf8()
+            : form == Form::Record                 ? recordOf(source).mid(4)
+                                                   : snapshotOf(source);
+        int requests = 0;
+        const auto readAssigned = [&](int which) {
+            TunerProperties document = aDocument(1);
+            document.SetValidate(false);
+            requests = 0;
+            ObservingDevice device(bytes, form == Form::Xml ? 16 : bytes.size(), [&] {
+                if (requests++ == which)
+                    document = TunerProperties();
+            });
+            read(document, form, device, bytes.size());
+            QVERIFY(!snapshotOf(document).isEmpty());
+            QVERIFY(!xmlOf(document).isEmpty());
+        };
+        readAssigned(-1);
+        const int all = requests;
+        QVERIFY(all > 20);
+        for (int which = 0; which < all; ++which)
+            readAssigned(which);
+    }
+
+    void anItemThatIsAssignedToWhileItIsReadTakesTheRest()
+    {
+        const ValueItem source = anIntItem(7);
+        const QByteArray record = recordOf(source).mid(4);
+        for (int which = 0; which < 8; ++which) {
+            ValueItem item;
+            item.SetValidate(false);
+            int requests = 0;
+            ObservingDevice device(record, record.size(), [&] {
+                if (requests++ == which)
+                    item = ValueItem();
+            });
+            read(item, Form::Record, device, record.size());
+            QVERIFY(requests >= 8);
+            QVERIFY(item == source);
         }
     }
 

@@ -42,6 +42,8 @@ private Q_SLOTS:
     void settingFlagOrLoggerReachesTheWholeTreeAtOnce();
     void settersAndAppendingHandNothingDown();
     void anAppendedItemKeepsItsFlagAndLosesItsLogger();
+    void itemsOfAListThatIsSetKeepFlagsAndLoggers_data();
+    void itemsOfAListThatIsSetKeepFlagsAndLoggers();
     void aNewBlockHandsDown();
     void readingXmlHandsDownAtTheFirstChildElement();
     void readingXmlWithoutChildElementsHandsNothingDown();
@@ -122,6 +124,51 @@ void HandOverTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
     const Node &appended = std::as_const(component).GetNode().at(1);
     QVERIFY(!appended.GetValidate());
     QVERIFY(!appended.GetLogger());
+}
+
+void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers_data()
+{
+    QTest::addColumn<bool>("isHeld");
+    QTest::newRow("a list that the caller keeps") << true;
+    QTest::newRow("a list that the caller gives away") << false;
+}
+
+void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
+{
+    QFETCH(bool, isHeld);
+    const auto ofItem = std::make_shared<Logger>();
+    const auto ofNode = std::make_shared<Logger>();
+    const auto ofValue = std::make_shared<Logger>();
+    QVector<Component> components{aComponent(QStringLiteral("first")), aComponent(QStringLiteral("second"))};
+    components[1].SetLogger(ofItem);
+    const Node &node = std::as_const(components)[1].GetNode()[0];
+    node.IRGObject::SetLogger(ofNode);
+    node.IRGObject::SetValidate(false);
+    const ValueItem &item = node.GetValueItem()[0];
+    item.SetLogger(ofValue);
+    item.SetValidate(false);
+
+    TunerProperties document;
+    const QVector<Component> held = isHeld ? components : QVector<Component>();
+    document.SetComponent(components);
+    components.clear();
+
+    const QVector<Component> &set = std::as_const(document).GetComponent();
+    QVERIFY(!set[0].GetLogger());
+    QVERIFY(set[0].GetValidate());
+    QCOMPARE(set[1].GetLogger(), ofItem);
+    QCOMPARE(set[1].GetNode()[0].GetLogger(), ofNode);
+    QCOMPARE(set[1].GetNode()[0].GetValidate(), false);
+    const ValueItem &setItem = set[1].GetNode()[0].GetValueItem()[0];
+    QCOMPARE(setItem.GetLogger(), ofValue);
+    QCOMPARE(setItem.GetValueInt().GetLogger(), ofValue);
+    QCOMPARE(setItem.GetValueString().GetLogger(), ofValue); // not used before
+    QCOMPARE(setItem.GetValueString().GetValidate(), false);
+
+    document.SetLogger(ofNode); // which reaches the items of the document, and not those of the caller
+    QCOMPARE(set[0].GetLogger(), ofNode);
+    if (isHeld)
+        QVERIFY(!held[0].GetLogger());
 }
 
 void HandOverTest::aNewBlockHandsDown()
