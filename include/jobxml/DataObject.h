@@ -24,10 +24,10 @@ struct ClassInfo;
 template <class... Arguments>
 class ActionOn;
 
-/// The way from an object to one of its children.
+/// The way from an object to one of its children. Owns its text, which may be kept after the library is unloaded.
 struct Step
 {
-    QLatin1String member; ///< the member that holds it
+    QString member; ///< the member that contains it
     int index; ///< its index in the list, from 0; -1 where there is no list
 };
 

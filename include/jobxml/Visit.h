@@ -37,7 +37,8 @@ enum class MemberKind {
 class JOBXML_EXPORT MemberView
 {
 public:
-    /// As in XML: "type", "Component". Of the choice: "ChoiceValueItem".
+    /// As in XML: "type", "Component". Of the choice: "ChoiceValueItem". A view of the library's own characters, which
+    /// is valid until the library is unloaded: construct a QString from it to keep the name any longer.
     QLatin1String GetName() const;
     /// What it is, and with that the type of its value.
     MemberKind GetKind() const;

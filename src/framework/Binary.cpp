@@ -11,6 +11,7 @@
 #include <jobxml/DataObject.h>
 
 #include "framework/Errors.h"
+#include "framework/Text.h"
 
 namespace JobXml {
 
@@ -286,7 +287,7 @@ bool BinaryReader::take(QString &text)
     if (m_end - m_at < qint64(size))
         return pastEnd();
     if (size == 0) {
-        text = QStringLiteral("");
+        text = emptyText;
         return true;
     }
     const int length = int(size / 2);
@@ -315,7 +316,7 @@ QString BinaryReader::readText(const DataObject &owner)
 {
     const Bytes bytes = readBytes(owner);
     if (bytes.size == 0)
-        return QStringLiteral("");
+        return emptyText;
     if (isAscii(bytes.data, bytes.size))
         return QString::fromLatin1(bytes.data, bytes.size);
     // The converter drops one byte order mark at the start, which here is part of the text: give it one to drop.

@@ -9,6 +9,7 @@
 #include "framework/Errors.h"
 #include "framework/Member.h"
 #include "framework/Numbers.h"
+#include "framework/Text.h"
 
 namespace JobXml {
 
@@ -66,7 +67,7 @@ struct Codec<QString> : CodecDefaults<QString>
     }
     static QString fromText(const DataObject &, QLatin1String, QStringView text)
     {
-        return text.isEmpty() ? QStringLiteral("") : text.toString(); // what a document mentions is there, if empty
+        return text.isEmpty() ? emptyText : text.toString(); // what a document mentions is there, if empty
     }
     static void writePayload(BinaryWriter &writer, const QString &value) { writer.putUtf8(value); }
     static QString readPayload(BinaryReader &reader, const DataObject &owner) { return reader.readText(owner); }

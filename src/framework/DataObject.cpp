@@ -331,7 +331,7 @@ QString DataObject::label(int index) const
         for (const Member *member : info().bitOrder()) {
             const QString identification = member->identification(*m_block);
             if (!identification.isEmpty())
-                return GetObjectName() + QStringLiteral(" \"") + identification + QLatin1Char('"');
+                return GetObjectName() + QLatin1String(" \"") + identification + QLatin1Char('"');
         }
     }
     return index < 0 ? GetObjectName() : GetObjectName() + QLatin1Char(' ') + QString::number(index + 1);

@@ -3,7 +3,11 @@
 
 #include <jobxml/DataObject.h>
 
+#include "reportbase/OwnText.h"
+
 namespace JobXml {
+
+using REPORTGENERATOR::ownText;
 
 namespace {
 
@@ -18,7 +22,7 @@ QString dataMember(QLatin1String alternative)
 {
     QString name = alternative;
     name[0] = name[0].toLower();
-    return QStringLiteral("m_") + name;
+    return ownText("m_") + name;
 }
 
 constexpr const char *unchosenTexts[] = {
@@ -38,75 +42,72 @@ constexpr const char *unchosenTexts[] = {
 
 void Errors::notSet(const DataObject &object, QLatin1String member)
 {
-    throw OutOfRangeException(withName(object, QStringLiteral(": Please set %1 properly.").arg(member)));
+    throw OutOfRangeException(withName(object, ownText(": Please set %1 properly.").arg(member)));
 }
 
 void Errors::nullGiven(const DataObject &object, QLatin1String member)
 {
-    throw OutOfRangeException(
-        withName(object, QStringLiteral(": Please set %1 properly (origin: Setter).").arg(member)));
+    throw OutOfRangeException(withName(object, ownText(": Please set %1 properly (origin: Setter).").arg(member)));
 }
 
 void Errors::invalidEnumGiven(const QString &className, QLatin1String member)
 {
-    throw OutOfRangeException(
-        QStringLiteral("enum is not valid (classname=%1,membername=m_%2)").arg(className, member));
+    throw OutOfRangeException(ownText("enum is not valid (classname=%1,membername=m_%2)").arg(className, member));
 }
 
 void Errors::incompleteItem(const DataObject &object, QLatin1String item)
 {
     throw IncompleteDefinitionException(
-        withName(object, QStringLiteral(": Tried to append not completely defined or invalid item %1.").arg(item)));
+        withName(object, ownText(": Tried to append not completely defined or invalid item %1.").arg(item)));
 }
 
 void Errors::itemWithoutData(const DataObject &object, QLatin1String item)
 {
     throw IncompleteDefinitionException(
-        QStringLiteral("Parameters for %1 are not set properly in '%2'.").arg(item, object.GetObjectName()));
+        ownText("Parameters for %1 are not set properly in '%2'.").arg(item, object.GetObjectName()));
 }
 
 void Errors::emptyBoolean(const DataObject &object, QLatin1String member)
 {
-    throw InvalidXmlException(QStringLiteral("Please set a value or a default for the boolean '%1' in '%2'.")
-                                  .arg(member, object.GetObjectName()));
+    throw InvalidXmlException(
+        ownText("Please set a value or a default for the boolean '%1' in '%2'.").arg(member, object.GetObjectName()));
 }
 
 void Errors::unknownElement(const DataObject &object, const QString &element)
 {
-    throw InvalidXmlException(QStringLiteral("Unknown Tag '%1' in '%2'.").arg(element, object.GetObjectName()));
+    throw InvalidXmlException(ownText("Unknown Tag '%1' in '%2'.").arg(element, object.GetObjectName()));
 }
 
 // The text gives no number: the remainder of the length would mean nothing to a user.
 void Errors::wrongLength(const DataObject &object)
 {
     throw BinaryParsingException(withName(
-        object, QStringLiteral("::SetBinary(...): Length error occurred during processing of binary representation")));
+        object, ownText("::SetBinary(...): Length error occurred during processing of binary representation")));
 }
 
 void Errors::invalidChoice(const DataObject &object)
 {
-    throw OutOfRangeException(QStringLiteral("Invalid enum value set in '%1'.").arg(object.GetObjectName()));
+    throw OutOfRangeException(ownText("Invalid enum value set in '%1'.").arg(object.GetObjectName()));
 }
 
 void Errors::nothingChosen(const DataObject &object)
 {
     throw IncompleteDefinitionException(
-        withName(object, QStringLiteral(":Check failed. The mandatory choice ChoiceValueItem is not initialized")));
+        withName(object, ownText(":Check failed. The mandatory choice ChoiceValueItem is not initialized")));
 }
 
 void Errors::chosenNotSet(const DataObject &object, QLatin1String alternative)
 {
-    throw IncompleteDefinitionException(
-        withName(object,
-                 QStringLiteral(":Check failed. The mandatory member (choice element) %1 is not set.")
-                     .arg(dataMember(alternative))));
+    throw IncompleteDefinitionException(withName(
+        object,
+        ownText(":Check failed. The mandatory member (choice element) %1 is not set.").arg(dataMember(alternative))));
 }
 
 void Errors::chosenWithoutData(const DataObject &object, QLatin1String alternative)
 {
     throw IncompleteDefinitionException(
         withName(object,
-                 QStringLiteral(":Check failed. Mandatory data of the member (choice element) %1 is not set.")
+                 ownText(":Check failed. Mandatory data of the member (choice element) %1 is not set.")
                      .arg(dataMember(alternative))));
 }
 

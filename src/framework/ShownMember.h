@@ -7,6 +7,7 @@
 #include <jobxml/Visit.h>
 
 #include "framework/Block.h"
+#include "reportbase/OwnText.h"
 
 namespace JobXml {
 
@@ -84,7 +85,7 @@ public:
     // Only by a mistake of the visitor's, who was told the kind of the member and how many children there are.
     [[noreturn]] void hasNoSuchObject() const
     {
-        throw std::logic_error(QStringLiteral("JobXml: '%1' holds no such object").arg(name()).toStdString());
+        throw std::logic_error(REPORTGENERATOR::ownText("JobXml: '%1' holds no such object").arg(name()).toStdString());
     }
 
 protected:

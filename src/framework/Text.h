@@ -7,8 +7,12 @@
 
 namespace JobXml {
 
-/// A text that a QString refers to without owning it, as with QStringLiteral: no memory is taken for the QString, and
-/// none is freed. The QString, and every copy of it, may be used as long as this text stands.
+/// An empty text, which is not null. Its data are Qt's own, so copies of it outlive the library, and allocate nothing.
+inline const QString emptyText(0, Qt::Uninitialized);
+
+/// A text that a QString refers to without owning it, as with QStringLiteral: no memory is allocated for the QString,
+/// and none is freed. The QString and its copies are valid only as long as this text exists. For use within the library
+/// alone: a program may keep every text that it is given after it has unloaded the library.
 template <int capacity>
 class Text
 {

@@ -6,6 +6,8 @@
 
 #include <tavikappstartup/TranslationCenter.h>
 
+#include "reportbase/OwnText.h"
+
 namespace {
 
 // Registers the module when the library is loaded and unregisters it when it is unloaded or the process exits. As the
@@ -16,13 +18,13 @@ class ModuleRegistration
 public:
     ModuleRegistration() noexcept
     {
-        attempt([] { TranslationCenter::Instance().Register(QStringLiteral("TunerProperties")); });
+        attempt([this] { TranslationCenter::Instance().Register(m_module); });
     }
     ModuleRegistration(const ModuleRegistration &) = delete;
     ModuleRegistration &operator=(const ModuleRegistration &) = delete;
     ~ModuleRegistration()
     {
-        attempt([] { TranslationCenter::Instance().Unregister(QStringLiteral("TunerProperties")); });
+        attempt([this] { TranslationCenter::Instance().Unregister(m_module); });
     }
 
 private:
@@ -35,6 +37,8 @@ private:
         } catch (const std::exception &) { // without a registry the names are shown as they are
         }
     }
+
+    const QString m_module = REPORTGENERATOR::ownText("TunerProperties");
 };
 
 const ModuleRegistration registration;

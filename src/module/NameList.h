@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 
 #include <QCoreApplication>
@@ -15,7 +16,7 @@ class NameList
 public:
     static constexpr int notFound = -1;
 
-    explicit NameList(const QStringList &names) : m_names(names) { }
+    explicit NameList(std::initializer_list<QLatin1String> names) : m_names(names.begin(), names.end()) { }
 
     const QStringList &names() const { return m_names; }
 

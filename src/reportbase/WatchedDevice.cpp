@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string_view>
 
 namespace REPORTGENERATOR {
 
@@ -14,25 +15,21 @@ constexpr int utf8 = 106; // the number by which IANA knows it; see QTextCodec::
 /// The encoding that the first bytes tell, as QXmlStreamReader sees it; UTF-8 if they tell none.
 QTextCodec *codecByFirstBytes(const char *bytes, int size)
 {
+    using namespace std::string_view_literals;
     constexpr int utf16 = 1015, utf16LittleEndian = 1014, utf16BigEndian = 1013;
     constexpr int utf32 = 1017, utf32LittleEndian = 1019, utf32BigEndian = 1018;
-    static const struct
+    static constexpr struct
     {
-        QByteArray begin;
+        std::string_view begin;
         int mib;
     } beginnings[] = {
-        {QByteArrayLiteral("\x00\x00\xFE\xFF"), utf32},
-        {QByteArrayLiteral("\xFF\xFE\x00\x00"), utf32},
-        {QByteArrayLiteral("<\x00\x00\x00"), utf32LittleEndian},
-        {QByteArrayLiteral("\x00\x00\x00<"), utf32BigEndian},
-        {QByteArrayLiteral("\xFE\xFF"), utf16},
-        {QByteArrayLiteral("\xFF\xFE"), utf16},
-        {QByteArrayLiteral("<\x00"), utf16LittleEndian},
-        {QByteArrayLiteral("\x00<"), utf16BigEndian},
+        {"\x00\x00\xFE\xFF"sv, utf32},       {"\xFF\xFE\x00\x00"sv, utf32}, {"<\x00\x00\x00"sv, utf32LittleEndian},
+        {"\x00\x00\x00<"sv, utf32BigEndian}, {"\xFE\xFF"sv, utf16},         {"\xFF\xFE"sv, utf16},
+        {"<\x00"sv, utf16LittleEndian},      {"\x00<"sv, utf16BigEndian},
     };
-    const auto head = QByteArray::fromRawData(bytes, size);
+    const std::string_view head(bytes, std::size_t(size));
     for (const auto &beginning : beginnings) {
-        if (head.startsWith(beginning.begin))
+        if (head.substr(0, beginning.begin.size()) == beginning.begin)
             return QTextCodec::codecForMib(beginning.mib);
     }
     return QTextCodec::codecForMib(utf8);

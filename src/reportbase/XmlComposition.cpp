@@ -122,7 +122,7 @@ XmlComposition composeXmlByWriter(const IRGObject &object)
 
     // The first half of a surrogate pair at the end of a text waits for its second half and is missed by the writer
     // only with the next text; so there has to be a next one behind the last.
-    writer.writeCharacters(QStringLiteral(" "));
+    writer.writeCharacters(QString(QLatin1Char(' ')));
     buffer.noteLoss();
     composition.lineOfLostText = buffer.lineOfLoss();
 

@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include <QStringList>
+#include <QLatin1String>
 #include <QStringView>
+#include <QVector>
 
 #include "FailureTexts.h"
 
@@ -144,7 +145,7 @@ bool XmlWatch::readDeclaration(const QString &declaration)
 {
     if (declaration.contains(QLatin1Char('&')))
         return false;
-    QStringList expected{QStringLiteral("version"), QStringLiteral("encoding"), QStringLiteral("standalone")};
+    QVector<QLatin1String> expected{QLatin1String("version"), QLatin1String("encoding"), QLatin1String("standalone")};
     for (int i = behindBlanks(declaration, 0); i < declaration.size();) {
         const int equalSign = declaration.indexOf(QLatin1Char('='), i);
         const int open = behindBlanks(declaration, equalSign + 1);
@@ -155,8 +156,10 @@ bool XmlWatch::readDeclaration(const QString &declaration)
         if ((quote != QLatin1Char('"') && quote != QLatin1Char('\'')) || close < 0)
             return false;
         const QString name = declaration.mid(i, equalSign - i).trimmed();
-        if (!expected.removeOne(name))
+        const auto found = std::find(expected.begin(), expected.end(), name);
+        if (found == expected.end())
             return false;
+        expected.erase(found);
         if (name == QLatin1String("encoding"))
             m_encoding = declaration.mid(open + 1, close - open - 1);
         i = behindBlanks(declaration, close + 1);

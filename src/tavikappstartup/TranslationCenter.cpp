@@ -62,7 +62,7 @@ Catalogue load(const Search &search)
 {
     auto catalogue = std::make_shared<QTranslator>();
     for (const QString &folder : search.folders) {
-        if (catalogue->load(QLocale(), search.module, QStringLiteral("_"), folder))
+        if (catalogue->load(QLocale(), search.module, QString(QLatin1Char('_')), folder))
             return catalogue;
     }
     return {};
@@ -158,8 +158,8 @@ private:
     QStringList searchedFolders() const
     {
         QStringList folders = m_addedFolders;
-        folders << libraryFolder << libraryFolder + QStringLiteral("/translations")
-                << QDir::cleanPath(libraryFolder + QStringLiteral("/" INSTALLED_TRANSLATIONS_FROM_LIBRARY));
+        folders << libraryFolder << libraryFolder + QLatin1String("/translations")
+                << QDir::cleanPath(libraryFolder + QLatin1String("/" INSTALLED_TRANSLATIONS_FROM_LIBRARY));
         return folders;
     }
 

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("BandwidthSelection"));
+const UnitStatics unitStatics(QLatin1String("BandwidthSelection"));
 
 struct BandwidthSelectionData
 {

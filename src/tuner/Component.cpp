@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("Component"));
+const UnitStatics unitStatics(QLatin1String("Component"));
 
 struct ComponentData
 {

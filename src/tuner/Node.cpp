@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("Node"));
+const UnitStatics unitStatics(QLatin1String("Node"));
 
 struct NodeData
 {

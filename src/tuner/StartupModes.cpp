@@ -16,20 +16,20 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("StartupModes"));
+const UnitStatics unitStatics(QLatin1String("StartupModes"));
 
 const NameList modeNames({
-    QStringLiteral("Scan"),
-    QStringLiteral("FastScan"),
-    QStringLiteral("MScan"),
-    QStringLiteral("FFM"),
-    QStringLiteral("WFFM"),
-    QStringLiteral("Step"),
-    QStringLiteral("DF"),
-    QStringLiteral("MSearch"),
-    QStringLiteral("Polar"),
-    QStringLiteral("Search"),
-    QStringLiteral("Stop"),
+    QLatin1String("Scan"),
+    QLatin1String("FastScan"),
+    QLatin1String("MScan"),
+    QLatin1String("FFM"),
+    QLatin1String("WFFM"),
+    QLatin1String("Step"),
+    QLatin1String("DF"),
+    QLatin1String("MSearch"),
+    QLatin1String("Polar"),
+    QLatin1String("Search"),
+    QLatin1String("Stop"),
 });
 
 using Mode = StartupModes::StartupMode;

@@ -14,15 +14,18 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("TunerProperties"));
+const UnitStatics unitStatics(QLatin1String("TunerProperties"));
 
 const NameList typeNames({
-    QStringLiteral("MCP"),
-    QStringLiteral("SCP"),
-    QStringLiteral("FFP"),
-    QStringLiteral("Receiver"),
-    QStringLiteral("DirectionFinder"),
+    QLatin1String("MCP"),
+    QLatin1String("SCP"),
+    QLatin1String("FFP"),
+    QLatin1String("Receiver"),
+    QLatin1String("DirectionFinder"),
 });
+
+const QString currentVersion = REPORTGENERATOR::ownText("1.1");
+constexpr Text<8> versionAttribute("Version");
 
 using Type = TunerProperties::type;
 
@@ -81,7 +84,7 @@ namespace {
 
 struct Versions
 {
-    QString own = QStringLiteral("1.1");
+    QString own = currentVersion;
     QString loaded;
 };
 
@@ -396,7 +399,7 @@ void TunerProperties::ResetToDefault()
 void TunerProperties::writeElement(XmlOutput &output) const
 {
     output.writeStartElement(GetObjectName());
-    output.writeAttribute(QStringLiteral("Version"), GetVersion());
+    output.writeAttribute(versionAttribute.string(), GetVersion());
     writeMembers(output);
     output.writeEndElement();
 }
@@ -407,7 +410,7 @@ void TunerProperties::ProcessXml(QXmlStreamReader &reader)
     block();
     const QString name = reader.name().toString();
     const QString version = reader.attributes().value(QLatin1String("Version")).toString();
-    takeVersion(version.isNull() ? QStringLiteral("") : version);
+    takeVersion(version.isNull() ? emptyText : version);
     readAttributes(reader);
     readContent(reader, name, isNew);
 }

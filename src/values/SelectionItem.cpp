@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("SelectionItem"));
+const UnitStatics unitStatics(QLatin1String("SelectionItem"));
 
 struct SelectionItemData
 {

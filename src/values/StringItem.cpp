@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("StringItem"));
+const UnitStatics unitStatics(QLatin1String("StringItem"));
 
 struct StringItemData
 {

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueBoolean"));
+const UnitStatics unitStatics(QLatin1String("ValueBoolean"));
 
 struct ValueBooleanData
 {

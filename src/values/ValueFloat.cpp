@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueFloat"));
+const UnitStatics unitStatics(QLatin1String("ValueFloat"));
 
 struct ValueFloatData
 {

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueInt"));
+const UnitStatics unitStatics(QLatin1String("ValueInt"));
 
 struct ValueIntData
 {

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueInt64"));
+const UnitStatics unitStatics(QLatin1String("ValueInt64"));
 
 struct ValueInt64Data
 {

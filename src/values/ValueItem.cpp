@@ -12,19 +12,19 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueItem"));
+const UnitStatics unitStatics(QLatin1String("ValueItem"));
 
 const NameList choiceNames({
-    QStringLiteral("ValueBoolean"),
-    QStringLiteral("ValueFloat"),
-    QStringLiteral("ValueInt"),
-    QStringLiteral("ValueInt64"),
-    QStringLiteral("ValueNumericFloat"),
-    QStringLiteral("ValueNumericInt"),
-    QStringLiteral("ValueNumericInt64"),
-    QStringLiteral("ValueSelection"),
-    QStringLiteral("ValueString"),
-    QStringLiteral("ValueStringList"),
+    QLatin1String("ValueBoolean"),
+    QLatin1String("ValueFloat"),
+    QLatin1String("ValueInt"),
+    QLatin1String("ValueInt64"),
+    QLatin1String("ValueNumericFloat"),
+    QLatin1String("ValueNumericInt"),
+    QLatin1String("ValueNumericInt64"),
+    QLatin1String("ValueSelection"),
+    QLatin1String("ValueString"),
+    QLatin1String("ValueStringList"),
 });
 
 using Choice = ValueItem::ChoiceValueItem;

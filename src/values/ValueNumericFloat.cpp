@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueNumericFloat"));
+const UnitStatics unitStatics(QLatin1String("ValueNumericFloat"));
 
 struct ValueNumericFloatData
 {

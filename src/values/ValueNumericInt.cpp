@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueNumericInt"));
+const UnitStatics unitStatics(QLatin1String("ValueNumericInt"));
 
 struct ValueNumericIntData
 {

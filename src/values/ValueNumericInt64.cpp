@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueNumericInt64"));
+const UnitStatics unitStatics(QLatin1String("ValueNumericInt64"));
 
 struct ValueNumericInt64Data
 {

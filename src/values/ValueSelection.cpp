@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueSelection"));
+const UnitStatics unitStatics(QLatin1String("ValueSelection"));
 
 struct ValueSelectionData
 {

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueString"));
+const UnitStatics unitStatics(QLatin1String("ValueString"));
 
 struct ValueStringData
 {

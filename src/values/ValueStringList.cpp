@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-const UnitStatics unitStatics(QStringLiteral("ValueStringList"));
+const UnitStatics unitStatics(QLatin1String("ValueStringList"));
 
 struct ValueStringListData
 {

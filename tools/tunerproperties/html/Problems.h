@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QHash>
-#include <QLatin1String>
 #include <QSet>
 #include <QString>
 #include <QVector>
@@ -21,7 +20,7 @@ public:
             *this = below(step.member, step.index);
     }
 
-    Spot below(QLatin1String member, int index = -1) const
+    Spot below(const QString &member, int index = -1) const
     {
         Spot spot;
         spot.m_key = m_key + QLatin1Char('/') + member + QLatin1Char(' ') + QString::number(index);

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+/// A text that a function of the libraries returned, and what it read while they were loaded.
+struct KeptText
+{
+    QByteArray function; ///< `Class::function`, as in the headers
+    QString text;
+    QByteArray bytes; ///< what it returned if that was bytes
+    QByteArray then; ///< a copy in memory of its own, UTF-8
+};
+
+using KeptTexts = QVector<KeptText>;
