@@ -2,7 +2,9 @@
 """doxygen_filter.py FILE prints a public header or a page as doxygen is to see it; the lines keep their numbers.
 
 Headers: a group's text also becomes that of its first member, from which doxygen takes it for the others, so that each
-function says at its own place what it is about. What classes of the model share with each other only is left out.
+function says at its own place what it is about. What classes of the model share with each other only is left out. The
+documentation of a class or function ends with its example, the part of a file in snippets/ that is marked by its name;
+the headers do not refer to these files, which are not installed.
 
 Pages: headings get names, so that links to them, which other viewers of Markdown understand as they are, lead there.
 Links to files of the sources, which do not stand beside the manual, become plain text.
@@ -16,7 +18,39 @@ import sys
 TOP = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 
 
+def examples():
+    """The files in snippets/ by the names of their marked parts."""
+    folder = os.path.join(TOP, "docs", "snippets")
+    found = {}
+    for name in sorted(os.listdir(folder)):
+        if name.endswith(".cpp"):
+            with open(os.path.join(folder, name), encoding="utf-8") as file:
+                found.update({part: name for part in re.findall(r"//! \[(\w+)\]", file.read())})
+    return found
+
+
+def with_examples(lines):
+    """Puts the example of each documented declaration outside of classes in front of it."""
+    parts = examples()
+    result = []
+    for i, line in enumerate(lines):
+        if line[:1].isalpha() and i > 0 and lines[i - 1].startswith("///"):
+            declaration = re.split(r"[;{]", "".join(lines[i:]), maxsplit=1)[0]
+            name = re.match(r"(?:class|struct)\s(?:[A-Z_]+\s)?(\w+)", declaration) or re.search(r"(\w+)\(", declaration)
+            file = parts.pop(name[1], None) if name else None
+            if file:
+                line = f"/** \\snippet {file} {name[1]} */ {line}"
+        result.append(line)
+    return result
+
+
+def without_forward_declarations(text):
+    """doxygen lists those of templates as if they were classes to use."""
+    return re.sub(r"^template <[^;{]*>\n(class|struct) \w+;$", "\n", text, flags=re.MULTILINE)
+
+
 def header(path, lines):
+    lines = with_examples(without_forward_declarations("".join(lines)).splitlines(keepends=True))
     if os.path.basename(os.path.dirname(path)) == "jobxml":
         lines = [re.sub(r"^protected:", "private:", line) for line in lines]
     result = []

@@ -43,6 +43,7 @@ package_packages=(
 
 docs_packages=(
     doxygen
+    nodejs # runs the tests of the manual's search
 )
 
 browser_packages=(

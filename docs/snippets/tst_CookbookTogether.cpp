@@ -25,7 +25,7 @@
 
 #include "Elements.h"
 
-//! [signal]
+//! [RegisterMetaTypes]
 class Watcher : public QObject
 {
     Q_OBJECT
@@ -47,7 +47,7 @@ void deliver(Watcher &watcher, QObject &receiver, const std::function<void(const
     JobXml::RegisterMetaTypes(); // once in a program, and before the first queued connection
     QObject::connect(&watcher, &Watcher::tunerRead, &receiver, receive, Qt::QueuedConnection);
 }
-//! [signal]
+//! [RegisterMetaTypes]
 
 namespace {
 

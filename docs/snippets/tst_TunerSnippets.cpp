@@ -222,14 +222,14 @@ void TunerSnippets::visitorsMayChangeMembers()
 {
     JobXml::Component component = componentWithSwitch();
     component.SetdisplayName(QStringLiteral("Squelch"));
-    //! [edit]
+    //! [MemberEditor]
     JobXml::visit(component, [](JobXml::MemberEditor &member) {
         if (!member.IsMandatory())
             member.Reset(); // what may be missing goes
         else if (member.GetName() == QLatin1String("name"))
             member.SetValue(QStringLiteral("squelch 2")); // as Setname() would
     });
-    //! [edit]
+    //! [MemberEditor]
     JobXml::Component expected = componentWithSwitch();
     expected.Setname(QStringLiteral("squelch 2"));
     QVERIFY(component == expected);

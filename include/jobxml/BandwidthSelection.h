@@ -10,8 +10,6 @@ namespace JobXml {
 /// Text that is no number reads as 0 and counts as set.
 ///
 /// Check() asks for Name, then MaxBandwidth: OutOfRangeException "BandwidthSelection: Please set Name properly.".
-///
-/// \snippet tst_TunerSnippets.cpp BandwidthSelection
 class JOBXML_EXPORT BandwidthSelection : public DataObject
 {
 public:

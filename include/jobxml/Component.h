@@ -10,8 +10,6 @@ namespace JobXml {
 ///
 /// Check() asks for the list, checks each node, then asks for type, name, displayName (not null if it is set) and
 /// optional, whatever the validate flag: OutOfRangeException "Component: Please set Node properly.".
-///
-/// \snippet tst_TunerSnippets.cpp Component
 class JOBXML_EXPORT Component : public DataObject
 {
 public:

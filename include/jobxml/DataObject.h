@@ -88,8 +88,6 @@ struct Problem : Place
 /// with it.
 ///
 /// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
-///
-/// \snippet tst_TunerSnippets.cpp DataObject
 class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
 {
 public:

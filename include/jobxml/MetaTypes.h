@@ -11,8 +11,6 @@ namespace JobXml {
 /// The library never does so by itself: what is registered with Qt cannot be taken back, so a program that has called
 /// this must keep the library loaded. A QVariant that holds an object registers its class as well. The objects in a
 /// QVariant are copies, and share nothing with the original.
-///
-/// \snippet tst_CookbookTogether.cpp signal
 JOBXML_EXPORT void RegisterMetaTypes();
 
 } // namespace JobXml

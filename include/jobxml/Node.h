@@ -9,8 +9,6 @@ namespace JobXml {
 /// One configurable parameter of a component: an identifier and the values that it carries.
 ///
 /// Check() and HasData() look at the values before the identifier, whatever the validate flag.
-///
-/// \snippet tst_TunerSnippets.cpp Node
 class JOBXML_EXPORT Node : public DataObject
 {
 public:

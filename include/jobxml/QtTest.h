@@ -12,9 +12,10 @@
 /// Test cuts each message after 1,024 bytes, so compare the parts of a large document, or a list of what differs. It is
 /// the one header that needs the module Qt Test, and no other includes it.
 
+/// \cond For Qt Test alone
 namespace JobXml {
 
-/// The text for Qt Test, which frees it by `delete[]`.
+// Qt Test frees it by delete[].
 inline char *testText(const DataObject &object)
 {
     QString text;
@@ -48,3 +49,4 @@ template <> inline char *toString(const JobXml::StringItem &object) { return Job
 // clang-format on
 
 } // namespace QTest
+/// \endcond

@@ -10,8 +10,6 @@ namespace JobXml {
 /// Text that is no number reads as 0 and counts as set.
 ///
 /// Check() asks for name, then value: OutOfRangeException "SelectionItem: Please set name properly.".
-///
-/// \snippet tst_ValueSnippets.cpp SelectionItem
 class JOBXML_EXPORT SelectionItem : public DataObject
 {
 public:

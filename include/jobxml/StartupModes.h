@@ -6,8 +6,6 @@
 namespace JobXml {
 
 /// The measurement modes in which a tuner can start up.
-///
-/// \snippet tst_TunerSnippets.cpp StartupModes
 class JOBXML_EXPORT StartupModes : public DataObject
 {
 public:

@@ -8,8 +8,6 @@ namespace JobXml {
 /// One text of a ValueStringList.
 ///
 /// Check() asks for value: OutOfRangeException "StringItem: Please set value properly.".
-///
-/// \snippet tst_ValueSnippets.cpp StringItem
 class JOBXML_EXPORT StringItem : public DataObject
 {
 public:

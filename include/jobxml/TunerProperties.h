@@ -25,8 +25,6 @@ namespace JobXml {
 /// **Unknown elements.** In XML of an older version an unknown child element is skipped. Under the same or a newer
 /// version it throws InvalidXmlException "Unknown Tag 'x' in 'TunerProperties'." while validating; otherwise its
 /// content is read as if it stood directly in the document.
-///
-/// \snippet tst_TunerSnippets.cpp TunerProperties
 class JOBXML_EXPORT TunerProperties : public DataObject
 {
 public:

@@ -9,8 +9,6 @@ namespace JobXml {
 ///
 /// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueBoolean: Please set id
 /// properly.", for instance.
-///
-/// \snippet tst_ValueSnippets.cpp ValueBoolean
 class JOBXML_EXPORT ValueBoolean : public DataObject
 {
 public:

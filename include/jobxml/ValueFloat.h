@@ -9,8 +9,6 @@ namespace JobXml {
 ///
 /// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueFloat: Please set id
 /// properly.", for instance.
-///
-/// \snippet tst_ValueSnippets.cpp ValueFloat
 class JOBXML_EXPORT ValueFloat : public DataObject
 {
 public:

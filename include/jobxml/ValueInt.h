@@ -9,8 +9,6 @@ namespace JobXml {
 ///
 /// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueInt: Please set id
 /// properly.", for instance.
-///
-/// \snippet tst_ValueSnippets.cpp ValueInt
 class JOBXML_EXPORT ValueInt : public DataObject
 {
 public:

@@ -32,8 +32,6 @@ namespace JobXml {
 ///
 /// Two items are equal if neither has chosen, or if the same alternative is chosen and either not set in the left one,
 /// or equal in both. Comparing leaves both initialized, as soon as one of them is. AnyData() asks for a choice alone.
-///
-/// \snippet tst_TunerSnippets.cpp ValueItem
 class JOBXML_EXPORT ValueItem : public DataObject
 {
 public:

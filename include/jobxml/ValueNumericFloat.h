@@ -14,8 +14,6 @@ namespace JobXml {
 ///
 /// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericFloat: Please set
 /// step properly." tells the last.
-///
-/// \snippet tst_ValueSnippets.cpp ValueNumericFloat
 class JOBXML_EXPORT ValueNumericFloat : public DataObject
 {
 public:

@@ -14,8 +14,6 @@ namespace JobXml {
 ///
 /// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericInt: Please set step
 /// properly." tells the last.
-///
-/// \snippet tst_ValueSnippets.cpp ValueNumericInt
 class JOBXML_EXPORT ValueNumericInt : public DataObject
 {
 public:

@@ -14,8 +14,6 @@ namespace JobXml {
 ///
 /// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericInt64: Please set
 /// step properly." tells the last.
-///
-/// \snippet tst_ValueSnippets.cpp ValueNumericInt64
 class JOBXML_EXPORT ValueNumericInt64 : public DataObject
 {
 public:

@@ -14,8 +14,6 @@ namespace JobXml {
 ///
 /// Check() asks for the list, checks each item, then asks for id, value, text and index: OutOfRangeException
 /// "ValueSelection: Please set SelectionItem properly.".
-///
-/// \snippet tst_ValueSnippets.cpp ValueSelection
 class JOBXML_EXPORT ValueSelection : public DataObject
 {
 public:

@@ -9,8 +9,6 @@ namespace JobXml {
 ///
 /// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueString: Please set id
 /// properly.", for instance.
-///
-/// \snippet tst_ValueSnippets.cpp ValueString
 class JOBXML_EXPORT ValueString : public DataObject
 {
 public:

@@ -12,8 +12,6 @@ namespace JobXml {
 ///
 /// Check() asks for the list, checks each item, then asks for id and value: OutOfRangeException "ValueStringList:
 /// Please set StringItem properly.".
-///
-/// \snippet tst_ValueSnippets.cpp ValueStringList
 class JOBXML_EXPORT ValueStringList : public DataObject
 {
 public:

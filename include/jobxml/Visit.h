@@ -90,8 +90,6 @@ private:
 };
 
 /// A member of an object, to look at and to change.
-///
-/// \snippet tst_TunerSnippets.cpp edit
 class JOBXML_EXPORT MemberEditor : public MemberView
 {
 public:
@@ -135,8 +133,6 @@ private:
 /// TunerProperties::GetVersion().
 ///
 /// Changes nothing at all; an object without data shows its members as they are by default and stays without data.
-///
-/// \snippet tst_TunerSnippets.cpp visit
 template <class Visitor>
 void visit(const DataObject &object, Visitor &&visitor)
 {

@@ -21,8 +21,6 @@ namespace REPORTGENERATOR {
 ///
 /// Programs need it only to derive classes from IRGObject; all others call IRGObject::SetValidate() and
 /// IRGObject::SetLogger().
-///
-/// \snippet tst_BaseSnippets.cpp Environment
 class REPORTBASE_EXPORT Environment
 {
 public:

@@ -17,7 +17,7 @@ class QDateTime;
 class QFile;
 class QXmlStreamReader;
 class QXmlStreamWriter;
-
+/// The base of data models: objects that can be loaded and saved.
 namespace REPORTGENERATOR {
 
 /// What all objects of a class have in common. Has to outlive them.
@@ -43,8 +43,6 @@ struct ObjectClass
 /// there is one, has received the same text.
 ///
 /// An object is used by one thread at a time.
-///
-/// \snippet tst_BaseSnippets.cpp IRGObject
 class REPORTBASE_EXPORT IRGObject
 {
 public:

@@ -11,8 +11,6 @@ namespace REPORTGENERATOR {
 ///
 /// A logger is held by `std::shared_ptr` only and handed from an object to its children. Derive from it and override
 /// Log() to receive the messages; a logger that several threads' objects share must be safe to call from them.
-///
-/// \snippet tst_BaseSnippets.cpp Logger
 class REPORTBASE_EXPORT Logger
 {
 public:

@@ -9,8 +9,6 @@
 #include <reportbase/Export.h>
 
 /// The root of every exception that report objects throw. Thrown by value, caught by reference.
-///
-/// \snippet tst_BaseSnippets.cpp ReportException
 class REPORTBASE_EXPORT ReportException : public std::exception
 {
 public:

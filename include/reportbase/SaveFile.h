@@ -16,8 +16,6 @@ namespace REPORTGENERATOR {
 ///
 /// A symbolic link stays, and the file that it leads to is written. What is no file (a pipe, a device) is refused,
 /// since a file would take its place.
-///
-/// \snippet tst_BaseSnippets.cpp SaveFile
 REPORTBASE_EXPORT QString SaveFile(const QString &path, const QByteArray &content);
 
 /// Writes all of the bytes to a file that is open, a pipe or a device as well. Returns the reason if that is not

@@ -28,8 +28,6 @@
 ///
 /// The registry lives until this library is unloaded or the process ends. A static object that uses it in its
 /// destructor calls Instance() in its constructor, and is then destroyed first.
-///
-/// \snippet tst_BaseSnippets.cpp TranslationCenter
 class TAVIKAPPSTARTUP_EXPORT TranslationCenter
 {
 public:
