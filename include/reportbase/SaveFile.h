@@ -18,6 +18,10 @@ namespace REPORTGENERATOR {
 /// since a file would take its place.
 REPORTBASE_EXPORT QString SaveFile(const QString &path, const QByteArray &content);
 
+/// As above, for a path that need not be text: its bytes reach the system unchanged. An error text calls the file
+/// `shownName`.
+REPORTBASE_EXPORT QString SaveFile(const QByteArray &path, const QString &shownName, const QByteArray &content);
+
 /// Writes all of the bytes to a file that is open, a pipe or a device as well. Returns the reason if that is not
 /// possible, else a null string.
 REPORTBASE_EXPORT QString WriteAll(QFileDevice &file, const QByteArray &bytes);

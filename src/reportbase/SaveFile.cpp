@@ -9,8 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QByteArray>
 #include <QFile>
-#include <QFileInfo>
 
 #include "FailureTexts.h"
 #include "NewFile.h"
@@ -19,42 +19,49 @@ namespace REPORTGENERATOR {
 
 namespace {
 
-QString targetOfLink(const QString &path)
+QByteArray targetOfLink(const QByteArray &path)
 {
     char target[PATH_MAX];
-    const ssize_t size = readlink(QFile::encodeName(path).constData(), target, sizeof(target));
-    return size > 0 ? QFile::decodeName(QByteArray(target, int(size))) : QString();
+    const ssize_t size = readlink(path.constData(), target, sizeof(target));
+    return size > 0 ? QByteArray(target, int(size)) : QByteArray();
 }
 
-/// The folder without links in its path; a null string if there is none. QFileInfo would say the same when memory runs
+/// The folder without links in its path; a null array if there is none. QFileInfo would say the same when memory runs
 /// out.
-QString folderItself(const QString &folder)
+QByteArray folderItself(const QByteArray &folder)
 {
     char itself[PATH_MAX];
-    if (realpath(QFile::encodeName(folder).constData(), itself))
-        return QFile::decodeName(itself);
+    if (realpath(folder.constData(), itself))
+        return itself;
     if (errno == ENOMEM)
         throw std::bad_alloc();
-    return QString();
+    return QByteArray();
 }
 
-/// The file at the end of all symbolic links; a null string if they lead round in a circle. The text of the paths alone
+/// The file at the end of all symbolic links; a null array if they lead round in a circle. The text of the paths alone
 /// would lead elsewhere if ".." stands behind a folder that is a link itself.
-QString endOfLinks(QString path)
+QByteArray endOfLinks(QByteArray path)
 {
     constexpr int mostLinks = 40; // as many as the system follows
     for (int i = 0; i <= mostLinks; ++i) {
-        const QFileInfo file(path);
-        const QString folder = folderItself(file.path());
+        const int slash = path.lastIndexOf('/');
+        const QByteArray folder = folderItself(slash < 0 ? QByteArray(".") : path.left(slash + 1));
         if (folder.isEmpty())
             return path; // there is none; making the file will tell
-        QString here = folder + QLatin1Char('/') + file.fileName();
-        const QString target = targetOfLink(here);
+        QByteArray here = folder + '/' + path.mid(slash + 1);
+        const QByteArray target = targetOfLink(here);
         if (target.isEmpty())
             return here;
-        path = target.startsWith(QLatin1Char('/')) ? target : folder + QLatin1Char('/') + target;
+        path = target.startsWith('/') ? target : folder + '/' + target;
     }
-    return QString();
+    return QByteArray();
+}
+
+/// Whether it is there and neither a file nor a folder: a file would take the place of a pipe or a device.
+bool isNoFile(const QByteArray &path)
+{
+    struct stat old = {};
+    return stat(path.constData(), &old) == 0 && !S_ISREG(old.st_mode) && !S_ISDIR(old.st_mode);
 }
 
 /// The reason why it cannot be put in place, or a null string.
@@ -77,19 +84,22 @@ QString replace(const QByteArray &path, const QByteArray &content)
 
 QString SaveFile(const QString &path, const QByteArray &content)
 {
+    return SaveFile(QFile::encodeName(path), path, content);
+}
+
+QString SaveFile(const QByteArray &path, const QString &shownName, const QByteArray &content)
+{
     if (path.isEmpty())
         return FailureTexts::noFileName();
     const auto failure = [&](const QString &reason) {
-        return reason.isNull() ? QString() : FailureTexts::at(path, FailureTexts::cannotWrite(reason));
+        return reason.isNull() ? QString() : FailureTexts::at(shownName, FailureTexts::cannotWrite(reason));
     };
-    if (path.contains(QChar::Null)) // the system would take what stands in front of it for the whole
+    if (path.contains('\0')) // the system would take what stands in front of it for the whole
         return failure(FailureTexts::nulInFileName());
-    // A file would take the place of whatever stands there: a pipe or a device would be gone.
-    const QFileInfo old(path);
-    if (old.exists() && !old.isFile() && !old.isDir())
+    if (isNoFile(path))
         return failure(FailureTexts::notAFile());
-    const QString realPath = endOfLinks(path);
-    return failure(realPath.isNull() ? qt_error_string(ELOOP) : replace(QFile::encodeName(realPath), content));
+    const QByteArray realPath = endOfLinks(path);
+    return failure(realPath.isNull() ? qt_error_string(ELOOP) : replace(realPath, content));
 }
 
 QString WriteAll(QFileDevice &file, const QByteArray &bytes)

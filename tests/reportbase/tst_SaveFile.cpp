@@ -29,6 +29,7 @@ private Q_SLOTS:
     void exactlyTheBytesAreSaved();
     void aNameIsNeeded();
     void aNulDoesNotEndAName();
+    void bytesThatAreNoTextNameTheirOwnFile();
     void thePermissionsOfTheOldFileStay();
     void aProcessWithoutStandardInputCanSave();
     void allIsWrittenBehindWhatStandsThere();
@@ -75,6 +76,31 @@ void SaveFileTest::aNulDoesNotEndAName()
     const QString path = m_path + QChar(QChar::Null) + QStringLiteral(".xml");
     QCOMPARE(SaveFile(path, "new"), path + QStringLiteral(": cannot write: a file name cannot contain U+0000"));
     QCOMPARE(contentOf(m_path), QByteArray("old"));
+}
+
+/// "\xff" is not UTF-8; read as text it would become U+FFFD, which is the name of another file.
+void SaveFileTest::bytesThatAreNoTextNameTheirOwnFile()
+{
+    const QByteArray folder = QFile::encodeName(m_folder.path());
+    const QByteArray path = folder + "/\xff.xml";
+    const QString other = m_folder.filePath(QString(QChar(QChar::ReplacementCharacter)) + QStringLiteral(".xml"));
+    QVERIFY(SaveFile(other, "other").isNull());
+    QCOMPARE(SaveFile(path, QStringLiteral("shown"), "content"), QString());
+    QCOMPARE(contentOf(other), QByteArray("other"));
+    const int file = open(path.constData(), O_RDONLY | O_CLOEXEC);
+    char content[20] = {};
+    QCOMPARE(read(file, content, sizeof(content)), ssize_t(7));
+    close(file);
+    QCOMPARE(QByteArray(content), QByteArray("content"));
+
+    const QString shown = QStringLiteral("the shown name");
+    QCOMPARE(SaveFile(QByteArray("/no folder/\xff"), shown, "content"),
+             shown + QStringLiteral(": cannot write: No such file or directory"));
+    QCOMPARE(SaveFile(QByteArray("a\0b", 3), shown, "content"),
+             shown + QStringLiteral(": cannot write: a file name cannot contain U+0000"));
+    QCOMPARE(SaveFile(QByteArray(), shown, "content"), QStringLiteral("no file name was given"));
+    QCOMPARE(unlink(path.constData()), 0);
+    QVERIFY(QFile::remove(other));
 }
 
 void SaveFileTest::thePermissionsOfTheOldFileStay()
