@@ -66,6 +66,50 @@ QString isAFolder()
     return ownText("Filename refers to a directory");
 }
 
+QString linkOfSomebody()
+{
+    return QString(
+        QLatin1String("a symbolic link on the way belongs to another user and is in a folder where every user "
+                      "can place links"));
+}
+
+QString fileOfSomebody()
+{
+    return QString(
+        QLatin1String("the file belongs to another user and is in a folder where other users can place files"));
+}
+
+QString pathHasChanged()
+{
+    return QString(QLatin1String("the file at the end of the path was removed or renamed, or the path was changed"));
+}
+
+QString cannotKeepOwners(const QString &reason)
+{
+    return QLatin1String("owner and group of the old file cannot be kept: ") + reason;
+}
+
+QString cannotKeepAccessList(const QString &reason)
+{
+    return QLatin1String("the access control list of the old file cannot be kept: ") + reason;
+}
+
+QString cannotKeepAttributes(const QString &reason)
+{
+    return QLatin1String("the extended attributes of the old file cannot be kept: ") + reason;
+}
+
+QString cannotKeepAttribute(const QString &name, const QString &reason)
+{
+    return QLatin1String("the extended attribute '") + name + QLatin1String("' of the old file cannot be kept: ")
+        + reason;
+}
+
+QString moreOpen()
+{
+    return QString(QLatin1String("the new file would be open to more users than the old one"));
+}
+
 QString notOpenForReading()
 {
     return ownText("the file is open, but not for reading");

@@ -6,7 +6,6 @@
 #include <cstdio>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QRandomGenerator>
@@ -17,65 +16,48 @@ namespace {
 
 constexpr int letters = 6; // at the end of a name in between
 
-/// Calls the system until no signal interrupts it.
-template <class Call>
-auto uninterrupted(Call &&call)
+/// The name with room for the letters behind it. Of a name that would become too long so, only the start is taken.
+QByteArray nameInBetween(const QByteArray &name)
 {
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-/// The path with room for the letters behind it. Of a name that would become too long so, only the start is taken.
-QByteArray nameInBetween(const QByteArray &path)
-{
-    const int start = path.lastIndexOf('/') + 1;
-    int end = path.size();
-    if (end - start > NAME_MAX - 1 - letters) {
-        end = start + NAME_MAX - 1 - letters;
-        while (end > start && (path[end] & 0xC0) == 0x80) // within a character of UTF-8, which some systems refuse
+    int end = name.size();
+    if (end > NAME_MAX - 1 - letters) {
+        end = NAME_MAX - 1 - letters;
+        while (end > 0 && (name[end] & 0xC0) == 0x80) // within a character of UTF-8, which some systems refuse
             --end;
     }
-    return path.left(end) + '.' + QByteArray(letters, 'X');
+    return name.left(end) + '.' + QByteArray(letters, 'X');
 }
 
 } // namespace
 
-NewFile::NewFile(const QByteArray &path)
-    : m_path(path), m_folder(path.left(path.lastIndexOf('/') + 1)), m_name(nameInBetween(path))
+NewFile::NewFile(int folder, const QByteArray &name)
+    : m_folder(folder), m_name(name), m_nameInBetween(nameInBetween(name))
 {
 }
 
 NewFile::~NewFile()
 {
-    if (m_descriptor >= 0)
-        close(m_descriptor);
     if (m_isNamed)
-        unlink(m_name.constData());
+        unlinkat(m_folder, m_nameInBetween.constData(), 0);
 }
 
-bool NewFile::create()
+bool NewFile::create(mode_t mode)
 {
     const bool canBeNamedLater = access("/proc/self/fd", X_OK) == 0; // which is where it is found again
-    if (!canBeNamedLater || !open(m_folder.constData(), O_TMPFILE)) {
-        if (canBeNamedLater && errno != EOPNOTSUPP && errno != EISDIR) // by which the system says that it cannot
-            return false;
-        m_isNamed = makeUnderNewName([this] { return open(m_name.constData(), O_CREAT | O_EXCL); });
-        if (!m_isNamed)
+    if (canBeNamedLater) {
+        if (open(".", O_TMPFILE, mode))
+            return true;
+        if (errno != EOPNOTSUPP && errno != EISDIR) // by which the system says that it cannot
             return false;
     }
-
-    struct stat old = {};
-    if (stat(m_path.constData(), &old) == 0)
-        static_cast<void>(fchmod(m_descriptor, old.st_mode & 0777)); // who may read it counts for less than the content
-    return true;
+    m_isNamed = makeUnderNewName([=] { return open(m_nameInBetween.constData(), O_CREAT | O_EXCL, mode); });
+    return m_isNamed;
 }
 
-bool NewFile::open(const char *path, int flags)
+bool NewFile::open(const char *name, int flags, mode_t mode)
 {
-    m_descriptor = uninterrupted([&] { return ::open(path, flags | O_WRONLY | O_CLOEXEC, 0666); });
-    return m_descriptor >= 0;
+    m_file = Descriptor(uninterrupted([=] { return openat(m_folder, name, flags | O_WRONLY | O_CLOEXEC, mode); }));
+    return bool(m_file);
 }
 
 bool NewFile::write(const char *bytes, qint64 size)
@@ -83,7 +65,7 @@ bool NewFile::write(const char *bytes, qint64 size)
     // A disk that becomes full takes what still fits, which is no error; the reason comes with the next attempt.
     for (qint64 done = 0; done < size;) {
         const ssize_t written =
-            uninterrupted([&] { return ::write(m_descriptor, bytes + done, std::size_t(size - done)); });
+            uninterrupted([&] { return ::write(m_file.number(), bytes + done, std::size_t(size - done)); });
         if (written == 0)
             errno = EIO; // no system does that, but without end it must not be tried
         if (written <= 0)
@@ -95,7 +77,7 @@ bool NewFile::write(const char *bytes, qint64 size)
 
 bool NewFile::synchronize()
 {
-    const bool done = uninterrupted([this] { return fsync(m_descriptor); }) == 0;
+    const bool done = uninterrupted([this] { return fsync(m_file.number()); }) == 0;
     // Where the file system has no such operation, nothing is known to be wrong.
     return done || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
 }
@@ -104,11 +86,16 @@ bool NewFile::replace()
 {
     if (!m_isNamed) {
         char nameless[sizeof("/proc/self/fd/") + 12];
-        std::snprintf(nameless, sizeof(nameless), "/proc/self/fd/%d", m_descriptor);
-        const auto name = [&] { return linkat(AT_FDCWD, nameless, AT_FDCWD, m_name.constData(), AT_SYMLINK_FOLLOW); };
+        std::snprintf(nameless, sizeof(nameless), "/proc/self/fd/%d", m_file.number());
+        const auto name = [&] {
+            return linkat(AT_FDCWD, nameless, m_folder, m_nameInBetween.constData(), AT_SYMLINK_FOLLOW);
+        };
         m_isNamed = makeUnderNewName([&] { return uninterrupted(name) == 0; });
     }
-    if (!m_isNamed || uninterrupted([this] { return rename(m_name.constData(), m_path.constData()); }) != 0)
+    if (!m_isNamed
+        || uninterrupted(
+               [this] { return renameat(m_folder, m_nameInBetween.constData(), m_folder, m_name.constData()); })
+            != 0)
         return false;
     m_isNamed = false;
     return true;
@@ -120,7 +107,7 @@ bool NewFile::makeUnderNewName(Make &&make)
 {
     constexpr int mostAttempts = 1000;
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        for (char *letter = m_name.data() + m_name.size() - letters; *letter; ++letter)
+        for (char *letter = m_nameInBetween.data() + m_nameInBetween.size() - letters; *letter; ++letter)
             *letter = char('a' + QRandomGenerator::global()->bounded(26));
         if (make())
             return true;

@@ -3,6 +3,10 @@
 
 #include <QByteArray>
 
+#include <sys/types.h>
+
+#include "Descriptor.h"
+
 namespace REPORTGENERATOR {
 
 /// A file on its way to its place. Where the system can do that it has no name until it is whole, so that a process
@@ -14,14 +18,15 @@ namespace REPORTGENERATOR {
 class NewFile
 {
 public:
-    /// For a path that tells the folder.
-    explicit NewFile(const QByteArray &path);
+    /// For a name in a folder, whose descriptor must stay open.
+    NewFile(int folder, const QByteArray &name);
     NewFile(const NewFile &) = delete;
     NewFile &operator=(const NewFile &) = delete;
     ~NewFile(); ///< removes what did not get to its place
 
-    /// Makes the file, with the permissions of the one that is to be replaced if there is one.
-    bool create();
+    /// Makes the file, with the permissions that the mode and the folder give it.
+    bool create(mode_t mode);
+    int descriptor() const { return m_file.number(); }
     bool write(const char *bytes, qint64 size);
     /// Waits until it is on the disk. Some file systems notice only then that they are full or broken.
     bool synchronize();
@@ -31,13 +36,13 @@ public:
 private:
     template <class Make>
     bool makeUnderNewName(Make &&make);
-    bool open(const char *path, int flags);
+    bool open(const char *name, int flags, mode_t mode);
 
-    const QByteArray m_path;
-    const QByteArray m_folder;
-    QByteArray m_name;
+    const int m_folder;
+    const QByteArray m_name;
+    QByteArray m_nameInBetween;
     bool m_isNamed = false;
-    int m_descriptor = -1;
+    Descriptor m_file;
 };
 
 } // namespace REPORTGENERATOR

@@ -2,82 +2,35 @@
 #include <reportbase/SaveFile.h>
 
 #include <cerrno>
-#include <climits>
-#include <cstdlib>
-#include <new>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <QByteArray>
 #include <QFile>
 
 #include "FailureTexts.h"
+#include "KeptAttributes.h"
 #include "NewFile.h"
+#include "SaveTarget.h"
 
 namespace REPORTGENERATOR {
 
 namespace {
 
-QByteArray targetOfLink(const QByteArray &path)
-{
-    char target[PATH_MAX];
-    const ssize_t size = readlink(path.constData(), target, sizeof(target));
-    return size > 0 ? QByteArray(target, int(size)) : QByteArray();
-}
-
-/// The folder without links in its path; a null array if there is none. QFileInfo would say the same when memory runs
-/// out.
-QByteArray folderItself(const QByteArray &folder)
-{
-    char itself[PATH_MAX];
-    if (realpath(folder.constData(), itself))
-        return itself;
-    if (errno == ENOMEM)
-        throw std::bad_alloc();
-    return QByteArray();
-}
-
-/// The file at the end of all symbolic links; a null array if they lead round in a circle. The text of the paths alone
-/// would lead elsewhere if ".." stands behind a folder that is a link itself.
-QByteArray endOfLinks(QByteArray path)
-{
-    constexpr int mostLinks = 40; // as many as the system follows
-    for (int i = 0; i <= mostLinks; ++i) {
-        const int slash = path.lastIndexOf('/');
-        const QByteArray folder = folderItself(slash < 0 ? QByteArray(".") : path.left(slash + 1));
-        if (folder.isEmpty())
-            return path; // there is none; making the file will tell
-        QByteArray here = folder + '/' + path.mid(slash + 1);
-        const QByteArray target = targetOfLink(here);
-        if (target.isEmpty())
-            return here;
-        path = target.startsWith('/') ? target : folder + '/' + target;
-    }
-    return QByteArray();
-}
-
-/// Whether it is there and neither a file nor a folder: a file would take the place of a pipe or a device.
-bool isNoFile(const QByteArray &path)
-{
-    struct stat old = {};
-    return stat(path.constData(), &old) == 0 && !S_ISREG(old.st_mode) && !S_ISDIR(old.st_mode);
-}
-
 /// The reason why it cannot be put in place, or a null string.
 QString replace(const QByteArray &path, const QByteArray &content)
 {
-    struct stat old = {};
-    if (stat(path.constData(), &old) == 0) {
-        if (S_ISDIR(old.st_mode))
-            return FailureTexts::isAFolder();
-        if (access(path.constData(), W_OK) != 0)
-            return qt_error_string(errno);
-    }
-    NewFile file(path);
-    const bool done =
-        file.create() && file.write(content.constData(), content.size()) && file.synchronize() && file.replace();
-    return done ? QString() : qt_error_string(errno);
+    SaveTarget target;
+    QString reason = target.find(path);
+    if (!reason.isNull())
+        return reason;
+    NewFile file(target.folder(), target.name());
+    // Nobody else gets to see it before it has the owner and the permissions of the old one.
+    if (!file.create(target.isNew() ? 0666 : 0600) || !file.write(content.constData(), content.size()))
+        return qt_error_string(errno);
+    if (!target.isNew())
+        reason = keepAttributes(target.old(), file.descriptor());
+    if (!reason.isNull())
+        return reason;
+    return file.synchronize() && file.replace() ? QString() : qt_error_string(errno);
 }
 
 } // namespace
@@ -96,10 +49,7 @@ QString SaveFile(const QByteArray &path, const QString &shownName, const QByteAr
     };
     if (path.contains('\0')) // the system would take what stands in front of it for the whole
         return failure(FailureTexts::nulInFileName());
-    if (isNoFile(path))
-        return failure(FailureTexts::notAFile());
-    const QByteArray realPath = endOfLinks(path);
-    return failure(realPath.isNull() ? qt_error_string(ELOOP) : replace(realPath, content));
+    return failure(replace(QByteArray(path.constData(), path.size()), content)); // ends with a NUL, whoever made it
 }
 
 QString WriteAll(QFileDevice &file, const QByteArray &bytes)

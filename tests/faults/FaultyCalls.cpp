@@ -15,6 +15,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 // The system is asked by syscall(), never by the next function of the name: that needs no start-up, and what a
@@ -27,12 +28,15 @@ using namespace FaultyCalls;
 constexpr int MostCalls = 4096;
 constexpr int MostFiles = 1024;
 
+/// What a descriptor stands for, if calls about it count.
+enum class Watched : char { No, Place, New };
+
 bool counting = false;
 Plan plan;
 char calls[MostCalls + 1] = "";
 int count = 0;
 char failingForEver = 0;
-bool isNew[MostFiles] = {}; // by descriptor: made since the count began
+Watched watched[MostFiles] = {}; // by descriptor: opened since the count began
 const char *folder = nullptr;
 const char *logName = nullptr;
 
@@ -67,6 +71,11 @@ auto counted(Kind kind, Call &&call) -> decltype(call())
     record(kind);
     if (isPlanned(Action::DieHalfway))
         die();
+    if (isPlanned(Action::Run)) {
+        counting = false;
+        plan.run();
+        counting = true;
+    }
     if (isPlanned(Action::FailForEver))
         failingForEver = kind;
     if (isPlanned(Action::Fail) || failingForEver == kind) {
@@ -79,26 +88,65 @@ auto counted(Kind kind, Call &&call) -> decltype(call())
     return result;
 }
 
-bool isCounted(int descriptor)
+Watched watchedAs(int descriptor)
 {
-    return counting && descriptor >= 0 && descriptor < MostFiles && isNew[descriptor];
+    return counting && descriptor >= 0 && descriptor < MostFiles ? watched[descriptor] : Watched::No;
 }
 
-int openCounted(const char *path, int flags, mode_t mode)
+bool isCounted(int descriptor)
 {
-    const auto open = [=] { return int(syscall(SYS_openat, AT_FDCWD, path, flags, mode)); };
-    const bool unnamed = (flags & O_TMPFILE) == O_TMPFILE;
-    if (!counting || !(unnamed || (flags & O_CREAT))
-        || (folder && std::strncmp(path, folder, std::strlen(folder)) != 0))
+    return watchedAs(descriptor) == Watched::New;
+}
+
+/// Whether the path, taken from that folder, leads into the one in which calls count.
+bool isInFolder(int at, const char *path)
+{
+    if (!folder)
+        return true;
+    const size_t size = std::strlen(folder);
+    if (path[0] == '/')
+        return std::strncmp(path, folder, size) == 0;
+    char link[40] = "/proc/self/cwd";
+    if (at != AT_FDCWD)
+        std::snprintf(link, sizeof(link), "/proc/self/fd/%d", at);
+    char target[4096] = "";
+    return syscall(SYS_readlinkat, AT_FDCWD, link, target, sizeof(target) - 1) > 0
+        && std::strncmp(target, folder, size) == 0;
+}
+
+/// By what its flags say; 0 if it does not count.
+char kindOfOpen(int flags)
+{
+    if ((flags & O_TMPFILE) == O_TMPFILE)
+        return CreateUnnamed;
+    if (flags & O_CREAT)
+        return Create;
+    if (flags & O_PATH)
+        return Find;
+    return (flags & O_NOFOLLOW) && (flags & O_ACCMODE) == O_WRONLY ? OpenOld : 0;
+}
+
+int openCounted(int at, const char *path, int flags, mode_t mode)
+{
+    const auto open = [=] { return int(syscall(SYS_openat, at, path, flags, mode)); };
+    const char kind = kindOfOpen(flags);
+    if (!counting || kind == 0 || !isInFolder(at, path))
         return open();
-    if (unnamed && !plan.unnamedFiles) {
+    if (kind == CreateUnnamed && !plan.unnamedFiles) {
         errno = EOPNOTSUPP;
         return -1;
     }
-    const int descriptor = counted(unnamed ? CreateUnnamed : Create, open);
+    const int descriptor = counted(Kind(kind), open);
     if (descriptor >= 0 && descriptor < MostFiles)
-        isNew[descriptor] = true;
+        watched[descriptor] = kind == Create || kind == CreateUnnamed ? Watched::New : Watched::Place;
     return descriptor;
+}
+
+/// For calls about a place, the old file or the new one.
+template <typename Call>
+auto countedIfWatched(int descriptor, Kind kind, Call &&call) -> decltype(call())
+{
+    return watchedAs(descriptor) == Watched::No ? call() : counted(kind, call);
 }
 
 mode_t modeOf(int flags, va_list arguments)
@@ -171,7 +219,7 @@ void FaultyCalls::begin(const Plan &newPlan)
     plan = newPlan;
     count = 0;
     failingForEver = 0;
-    std::memset(isNew, 0, sizeof(isNew));
+    std::memset(watched, 0, sizeof(watched));
     counting = true;
 }
 
@@ -192,7 +240,7 @@ TAKES_THE_PLACE int open(const char *path, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = modeOf(flags, arguments);
     va_end(arguments);
-    return openCounted(path, flags, mode);
+    return openCounted(AT_FDCWD, path, flags, mode);
 }
 
 TAKES_THE_PLACE int open64(const char *path, int flags, ...)
@@ -201,7 +249,25 @@ TAKES_THE_PLACE int open64(const char *path, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = modeOf(flags, arguments);
     va_end(arguments);
-    return openCounted(path, flags, mode);
+    return openCounted(AT_FDCWD, path, flags, mode);
+}
+
+TAKES_THE_PLACE int openat(int at, const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    return openCounted(at, path, flags, mode);
+}
+
+TAKES_THE_PLACE int openat64(int at, const char *path, int flags, ...)
+{
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeOf(flags, arguments);
+    va_end(arguments);
+    return openCounted(at, path, flags, mode);
 }
 
 TAKES_THE_PLACE ssize_t write(int descriptor, const void *bytes, size_t size)
@@ -226,14 +292,59 @@ TAKES_THE_PLACE int fchmod(int descriptor, mode_t mode) noexcept
     return isCounted(descriptor) ? counted(Chmod, chmod) : chmod();
 }
 
+TAKES_THE_PLACE int fchown(int descriptor, uid_t user, gid_t group) noexcept
+{
+    return countedIfWatched(descriptor, Chown, [=] { return int(syscall(SYS_fchown, descriptor, user, group)); });
+}
+
+TAKES_THE_PLACE int fstat(int descriptor, struct stat *status) noexcept
+{
+    return countedIfWatched(descriptor, Status, [=] { return int(syscall(SYS_fstat, descriptor, status)); });
+}
+
+TAKES_THE_PLACE int fstat64(int descriptor, struct stat64 *status) noexcept
+{
+    return countedIfWatched(descriptor, Status, [=] { return int(syscall(SYS_fstat, descriptor, status)); });
+}
+
+TAKES_THE_PLACE ssize_t readlinkat(int at, const char *path, char *target, size_t size) noexcept
+{
+    return countedIfWatched(at, ReadLink, [=] { return ssize_t(syscall(SYS_readlinkat, at, path, target, size)); });
+}
+
+TAKES_THE_PLACE ssize_t fgetxattr(int descriptor, const char *name, void *value, size_t size) noexcept
+{
+    return countedIfWatched(descriptor, GetAttribute,
+                            [=] { return ssize_t(syscall(SYS_fgetxattr, descriptor, name, value, size)); });
+}
+
+TAKES_THE_PLACE ssize_t flistxattr(int descriptor, char *names, size_t size) noexcept
+{
+    return countedIfWatched(descriptor, ListAttributes,
+                            [=] { return ssize_t(syscall(SYS_flistxattr, descriptor, names, size)); });
+}
+
+TAKES_THE_PLACE int fsetxattr(int descriptor, const char *name, const void *value, size_t size, int flags) noexcept
+{
+    return countedIfWatched(descriptor, SetAttribute,
+                            [=] { return int(syscall(SYS_fsetxattr, descriptor, name, value, size, flags)); });
+}
+
+TAKES_THE_PLACE int fremovexattr(int descriptor, const char *name) noexcept
+{
+    return countedIfWatched(descriptor, RemoveAttribute,
+                            [=] { return int(syscall(SYS_fremovexattr, descriptor, name)); });
+}
+
 /// A close that fails has closed nevertheless.
 TAKES_THE_PLACE int close(int descriptor)
 {
     const bool counts = isCounted(descriptor);
+    if (watchedAs(descriptor) != Watched::No)
+        watched[descriptor] = Watched::No;
     const int result = int(syscall(SYS_close, descriptor));
     if (!counts)
         return result;
-    isNew[descriptor] = false;
     return counted(Close, [=] { return result; });
 }
 
@@ -252,6 +363,11 @@ TAKES_THE_PLACE int rename(const char *oldPath, const char *newPath) noexcept
     return renameCounted(AT_FDCWD, oldPath, AT_FDCWD, newPath, 0);
 }
 
+TAKES_THE_PLACE int renameat(int oldFolder, const char *oldPath, int newFolder, const char *newPath) noexcept
+{
+    return renameCounted(oldFolder, oldPath, newFolder, newPath, 0);
+}
+
 TAKES_THE_PLACE int renameat2(int oldFolder, const char *oldPath, int newFolder, const char *newPath,
                               unsigned int flags) noexcept
 {
@@ -261,4 +377,9 @@ TAKES_THE_PLACE int renameat2(int oldFolder, const char *oldPath, int newFolder,
 TAKES_THE_PLACE int unlink(const char *path) noexcept
 {
     return removeCounted(AT_FDCWD, path, 0);
+}
+
+TAKES_THE_PLACE int unlinkat(int at, const char *path, int flags) noexcept
+{
+    return removeCounted(at, path, flags);
 }

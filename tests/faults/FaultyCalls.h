@@ -2,12 +2,22 @@
 #pragma once
 
 /// The system calls by which files are put in place, made to fail on demand. A program that FaultyCalls.cpp is linked
-/// into, or preloaded into, makes them through it. Calls count that make a new file, that are about such a file, or
-/// that give a file its name; everything else goes to the system untouched.
+/// into, or preloaded into, makes them through it. Calls count that look for the place of a file, that make a new file,
+/// that are about the old file or the new one, or that give a file its name; everything else goes to the system
+/// untouched.
 namespace FaultyCalls {
 
 /// What kind of call was made; a word of such letters says what a program did.
 enum Kind : char {
+    Find = 'f', ///< open() of a path to look at what is there
+    ReadLink = 'k',
+    OpenOld = 'o', ///< open() of a file that is no link, for writing
+    Status = 't',
+    GetAttribute = 'g', ///< an extended one
+    ListAttributes = 'i',
+    SetAttribute = 'a',
+    RemoveAttribute = 'v',
+    Chown = 'h',
     CreateUnnamed = 'u', ///< open() of a file without a name
     Create = 'c',
     Chmod = 'm',
@@ -24,6 +34,7 @@ enum class Action {
     FailForEver, ///< and so does every later call of that kind
     DieHalfway, ///< the process is killed in the middle of a write, and instead of a call of another kind
     DieAfter,
+    Run, ///< something happens meanwhile; the call goes to the system afterwards
 };
 
 struct Plan
@@ -33,6 +44,7 @@ struct Plan
     int error = 0;
     long long room = -1; ///< how many bytes the disk takes before it is full; -1 for any number
     bool unnamedFiles = true; ///< whether the file system knows files without a name
+    void (*run)() = nullptr; ///< of Action::Run; what it calls does not count
 };
 
 /// From here on calls count, and the plan holds. Files are not synchronized with the disk, which would only take time.

@@ -25,6 +25,15 @@ struct Fault
 Fault faultOf(char kind)
 {
     switch (kind) {
+    case FaultyCalls::Find:
+    case FaultyCalls::OpenOld:
+        return {EACCES, "Permission denied"};
+    case FaultyCalls::Status:
+        return {EIO, "Input/output error"};
+    case FaultyCalls::GetAttribute:
+        return {EIO, "the access control list of the old file cannot be kept: Input/output error"};
+    case FaultyCalls::ListAttributes:
+        return {EIO, "the extended attributes of the old file cannot be kept: Input/output error"};
     case FaultyCalls::CreateUnnamed:
     case FaultyCalls::Create:
         return {EACCES, "Permission denied"};

@@ -19,6 +19,8 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<Folder>();
+        m_place = open(QFile::encodeName(m_folder->path()).constData(), O_PATH | O_CLOEXEC);
+        QVERIFY(m_place >= 0);
         m_umask = umask(0);
         FaultyCalls::Plan plan;
         plan.unnamedFiles = false;
@@ -28,25 +30,24 @@ private Q_SLOTS:
     {
         FaultyCalls::end();
         umask(m_umask);
+        close(m_place);
         m_folder.reset();
     }
 
     void itsNameIsThatOfTheFileAndSixLetters_data();
     void itsNameIsThatOfTheFileAndSixLetters();
     void itIsGoneIfItTakesNoPlace();
-    void everybodyMayReadAndWriteIt();
-    void itTakesOverWhoMayUseTheOldOne();
+    void itsModeIsTheGivenOne();
     void descriptorsOfOthersStayOpen();
 
 private:
-    QByteArray path(const QString &name) const { return QFile::encodeName(m_folder->path(name)); }
-
-    mode_t permissionsOf(const QString &name) const
+    mode_t permissionsOf(const char *name) const
     {
         struct stat status = {};
-        return stat(path(name).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
+        return fstatat(m_place, name, &status, 0) == 0 ? status.st_mode & 07777 : 0;
     }
 
+    int m_place = -1;
     std::unique_ptr<Folder> m_folder;
     mode_t m_umask = 0;
 };
@@ -70,8 +71,8 @@ void NewFileTest::itsNameIsThatOfTheFileAndSixLetters()
 {
     QFETCH(const QString, name);
     QFETCH(const QString, start);
-    NewFile file(path(name));
-    QVERIFY(file.create());
+    NewFile file(m_place, QFile::encodeName(name));
+    QVERIFY(file.create(0600));
     const QStringList names = m_folder->names();
     QCOMPARE(names.size(), 1);
     QCOMPARE(names.first().chopped(6), start + QLatin1Char('.'));
@@ -85,39 +86,35 @@ void NewFileTest::itsNameIsThatOfTheFileAndSixLetters()
 void NewFileTest::itIsGoneIfItTakesNoPlace()
 {
     {
-        NewFile file(path(QStringLiteral("a")));
-        QVERIFY(file.create() && file.write("content", 7));
+        NewFile file(m_place, "a");
+        QVERIFY(file.create(0600) && file.write("content", 7));
         QCOMPARE(m_folder->names().size(), 1);
     }
     QCOMPARE(m_folder->names(), QStringList());
 }
 
-void NewFileTest::everybodyMayReadAndWriteIt()
+void NewFileTest::itsModeIsTheGivenOne()
 {
-    NewFile file(path(QStringLiteral("a")));
-    QVERIFY(file.create() && file.replace());
-    QCOMPARE(permissionsOf(QStringLiteral("a")), mode_t(0666)); // unless the user's mask says otherwise
-}
-
-void NewFileTest::itTakesOverWhoMayUseTheOldOne()
-{
-    m_folder->write(QStringLiteral("a"), "old");
-    for (const mode_t permissions : {0777U, 0600U, 0421U, 0124U}) {
-        QCOMPARE(chmod(path(QStringLiteral("a")).constData(), permissions), 0);
-        NewFile file(path(QStringLiteral("a")));
-        QVERIFY(file.create() && file.replace());
-        QCOMPARE(permissionsOf(QStringLiteral("a")), permissions);
+    m_folder->write(QStringLiteral("a"), "old"); // whose mode does not matter
+    for (const mode_t mode : {0666U, 0600U}) {
+        NewFile file(m_place, "a");
+        QVERIFY(file.create(mode) && file.replace());
+        QCOMPARE(permissionsOf("a"), mode);
     }
+    umask(027);
+    NewFile file(m_place, "b");
+    QVERIFY(file.create(0666) && file.replace());
+    QCOMPARE(permissionsOf("b"), mode_t(0640));
 }
 
 void NewFileTest::descriptorsOfOthersStayOpen()
 {
     {
-        const NewFile file(path(QStringLiteral("a")));
+        const NewFile file(m_place, "a");
     }
     {
-        NewFile file(path(QStringLiteral("no folder/a")));
-        QVERIFY(!file.create());
+        NewFile file(m_place, "no folder/a"); // its name in between is in no folder either
+        QVERIFY(!file.create(0600));
     }
     QVERIFY(fcntl(0, F_GETFD) != -1);
 }

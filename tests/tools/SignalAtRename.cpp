@@ -10,10 +10,11 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-extern "C" __attribute__((visibility("default"))) int rename(const char *from, const char *to) noexcept
+extern "C" __attribute__((visibility("default"))) int renameat(int fromFolder, const char *from, int toFolder,
+                                                               const char *to) noexcept
 {
     kill(getpid(), SIGINT);
     timespec rest = {0, 300 * 1000 * 1000};
     while (nanosleep(&rest, &rest) != 0) { }
-    return int(syscall(SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0));
+    return int(syscall(SYS_renameat2, fromFolder, from, toFolder, to, 0));
 }

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include "SaveTarget.h"
+
+#include <climits>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "FailureTexts.h"
+
+namespace REPORTGENERATOR {
+
+namespace {
+
+constexpr int look = O_PATH | O_CLOEXEC; // neither opens a device nor waits for a pipe
+
+QString systemError()
+{
+    return qt_error_string(errno);
+}
+
+Descriptor openAt(const Descriptor &folder, const QByteArray &path, int flags)
+{
+    const int at = folder ? folder.number() : AT_FDCWD;
+    return Descriptor(uninterrupted([&] { return openat(at, path.constData(), flags); }));
+}
+
+bool readStatus(const Descriptor &file, struct stat &status)
+{
+    return fstat(file.number(), &status) == 0;
+}
+
+bool isSame(const struct stat &one, const struct stat &other)
+{
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+/// Whether it belongs neither to the caller nor to the owner of its folder, which is sticky. If others can write to
+/// such a folder, anybody may have placed it there.
+bool isStrange(const struct stat &file, const struct stat &folder)
+{
+    return (folder.st_mode & S_ISVTX) && file.st_uid != geteuid() && file.st_uid != folder.st_uid;
+}
+
+} // namespace
+
+QString SaveTarget::find(const QByteArray &path)
+{
+    QString reason = walk(path);
+    if (reason.isNull())
+        reason = confirm(path);
+    return reason.isNull() && m_old ? openOld() : reason;
+}
+
+/// Goes to the file at the end of all links, step by step, so that each link can be judged and the folder stays at
+/// hand.
+QString SaveTarget::walk(QByteArray path)
+{
+    constexpr int mostLinks = 40; // as many as the kernel follows
+    for (int links = 0; links <= mostLinks; ++links) {
+        const int start = path.lastIndexOf('/') + 1;
+        m_name = path.mid(start);
+        if (m_name.isEmpty() || m_name == "." || m_name == "..")
+            return openAt(m_folder, path, look) ? FailureTexts::isAFolder() : systemError();
+        if ((start > 0 || !m_folder) && !enter(path.left(start)))
+            return systemError();
+
+        m_old = openAt(m_folder, m_name, look | O_NOFOLLOW);
+        if (!m_old)
+            return errno == ENOENT ? QString() : systemError();
+        struct stat status = {};
+        if (!readStatus(m_old, status))
+            return systemError();
+        if (!S_ISLNK(status.st_mode))
+            return QString();
+        QString reason = followLink(path);
+        if (!reason.isNull())
+            return reason;
+    }
+    return qt_error_string(ELOOP);
+}
+
+/// The dot makes links within the path differ from one at its end, to which the kernel applies other rules.
+bool SaveTarget::enter(const QByteArray &folder)
+{
+    m_folder = openAt(m_folder, folder + '.', look | O_DIRECTORY);
+    return bool(m_folder);
+}
+
+/// Replaces the path with the target of the link that it leads to.
+QString SaveTarget::followLink(QByteArray &path) const
+{
+    struct stat link = {};
+    struct stat folder = {};
+    if (!readStatus(m_old, link) || !readStatus(m_folder, folder))
+        return systemError();
+    if ((folder.st_mode & S_IWOTH) && isStrange(link, folder))
+        return FailureTexts::linkOfSomebody();
+    char target[PATH_MAX];
+    const ssize_t size = readlinkat(m_old.number(), "", target, sizeof(target));
+    if (size < 0)
+        return systemError();
+    path = QByteArray(target, int(size));
+    return QString();
+}
+
+/// Lets the kernel open the path in its own way. It may refuse what walk() did not, and must arrive at the same file.
+QString SaveTarget::confirm(const QByteArray &path) const
+{
+    const Descriptor there = openAt(Descriptor(), path, look);
+    if (!there && errno != ENOENT)
+        return systemError();
+    if (!there)
+        return m_old ? FailureTexts::pathHasChanged() : QString();
+    struct stat status = {};
+    if (!readStatus(there, status))
+        return systemError();
+    if (S_ISDIR(status.st_mode))
+        return FailureTexts::isAFolder();
+    if (!S_ISREG(status.st_mode)) // a file would take its place, and a pipe or a device would be gone
+        return FailureTexts::notAFile();
+    struct stat found = {};
+    if (m_old && !readStatus(m_old, found))
+        return systemError();
+    return m_old && isSame(found, status) ? QString() : FailureTexts::pathHasChanged();
+}
+
+/// Only who can open a file for writing may replace it, although the folder alone would have to allow that.
+QString SaveTarget::openOld()
+{
+    struct stat found = {};
+    struct stat opened = {};
+    struct stat folder = {};
+    if (!readStatus(m_old, found) || !readStatus(m_folder, folder))
+        return systemError();
+    if ((folder.st_mode & (S_IWGRP | S_IWOTH)) && isStrange(found, folder))
+        return FailureTexts::fileOfSomebody();
+    m_old = openAt(m_folder, m_name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (!m_old || !readStatus(m_old, opened))
+        return systemError();
+    return isSame(found, opened) ? QString() : FailureTexts::pathHasChanged();
+}
+
+} // namespace REPORTGENERATOR

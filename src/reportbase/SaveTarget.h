@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include "Descriptor.h"
+
+namespace REPORTGENERATOR {
+
+/// The place to which a path leads: a folder, a name in it, and the file that has this name, if there is one. Folder
+/// and file are held by descriptors, so whatever others rename meanwhile, the place stays the same.
+///
+/// Symbolic links are followed where the kernel follows them when it opens the path. In a sticky folder that everybody
+/// can write to, they must belong to the caller or to the owner of the folder, even if the kernel is set up to follow
+/// others; the same goes for a file that is to be replaced there.
+class SaveTarget
+{
+public:
+    /// Finds the place. Returns the reason why nothing can be saved there, or a null string.
+    QString find(const QByteArray &path);
+
+    int folder() const { return m_folder.number(); }
+    const QByteArray &name() const { return m_name; }
+
+    bool isNew() const { return !m_old; }
+    /// The old file, open for writing.
+    int old() const { return m_old.number(); }
+
+private:
+    QString walk(QByteArray path);
+    QString followLink(QByteArray &path) const;
+    QString confirm(const QByteArray &path) const;
+    QString openOld();
+    bool enter(const QByteArray &folder);
+
+    Descriptor m_folder;
+    QByteArray m_name;
+    Descriptor m_old;
+};
+
+} // namespace REPORTGENERATOR
