@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
+#include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstring>
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/inotify.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,6 +34,9 @@ private Q_SLOTS:
     void aFileOnItsWayGetsToItsPlace();
     void noFileIsHalfWrittenWheneverTheSignalComes();
     void nothingIsLeftOfAPipeThatWasKept();
+    void nothingIsLeftWhenSetIsInterrupted();
+    void temporaryFilesHaveNoName_data();
+    void temporaryFilesHaveNoName();
     void aReaderThatDoesNotReadDoesNotHoldItUp();
     void aReaderThatLeavesEndsItAsOthers();
 
@@ -284,6 +290,58 @@ void ToolSignalsTest::nothingIsLeftOfAPipeThatWasKept()
     kill(pid_t(m_process->processId()), SIGINT);
     checkThatItEndsBy(SIGINT);
     QCOMPARE(filesIn("temporary"), QStringList());
+}
+
+void ToolSignalsTest::nothingIsLeftWhenSetIsInterrupted()
+{
+    m_environment.insert(text("LD_PRELOAD"), text(SIGNAL_AT_RENAME_MODULE));
+    m_environment.insert(text("ASAN_OPTIONS"), // that the sanitizer is not loaded first is meant
+                         qEnvironmentVariable("ASAN_OPTIONS") + text(":verify_asan_link_order=0"));
+    start(line("set good.xml quantity 3"));
+    checkThatItEndsBy(SIGINT);
+    QVERIFY2(m_shop->read(text("good.xml")).contains(" quantity=\"3\""), m_shop->read(text("good.xml")).constData());
+    QCOMPARE(filesIn("."), QStringList({text("good.xml"), text("other.xml"), text("temporary")}));
+    QCOMPARE(filesIn("temporary"), QStringList());
+}
+
+void ToolSignalsTest::temporaryFilesHaveNoName_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    for (const char *arguments :
+         {"show -", "show - --format html", "validate -", "validate --json -", "convert - out.tpb", "diff - good.xml",
+          "get - type", "set - quantity 3", "set good.xml quantity 3", "set good.tpb quantity 3",
+          "set good.tpz quantity 3", "set good.tps quantity 3", "set good.json quantity 3"})
+        QTest::newRow(arguments) << line(arguments);
+}
+
+/// So nothing can be left of them, whenever a signal comes and however many.
+void ToolSignalsTest::temporaryFilesHaveNoName()
+{
+    QFETCH(QStringList, arguments);
+    const QByteArray folder = QFile::encodeName(m_shop->path(text("temporary")));
+    const int nameless = open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (nameless < 0)
+        QSKIP("This file system knows no files without a name.");
+    close(nameless);
+    for (const char *name : {"good.tpb", "good.tpz", "good.tps", "good.json"})
+        QCOMPARE(m_shop->shell(text("\"$tool\" convert good.xml ") + text(name)).status, 0);
+
+    const int news = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    QVERIFY(inotify_add_watch(news, folder.constData(), IN_CREATE | IN_MOVED_TO) >= 0);
+    start(arguments);
+    m_process->write(smallXml);
+    m_process->closeWriteChannel();
+    QVERIFY(m_process->waitForFinished());
+    QCOMPARE(m_process->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(text(m_process->readAllStandardError()), QString());
+    QCOMPARE(m_process->exitCode(), 0);
+
+    char event[sizeof(inotify_event) + NAME_MAX + 1];
+    QCOMPARE(read(news, event, sizeof(event)), ssize_t(-1));
+    QCOMPARE(errno, EAGAIN);
+    m_shop->write(text("temporary/file"), "x"); // which the watch tells
+    QVERIFY(read(news, event, sizeof(event)) > 0);
+    close(news);
 }
 
 void ToolSignalsTest::aReaderThatDoesNotReadDoesNotHoldItUp()

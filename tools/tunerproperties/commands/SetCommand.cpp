@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <QTemporaryFile>
-
-#include <reportbase/SaveFile.h>
-
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "documents/Document.h"
@@ -99,15 +95,10 @@ QString textAt(const TunerProperties &document, const Paths::Target &target)
 /// Not all forms hold all values exactly, so what was written is looked at again.
 void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const Paths::Target &target)
 {
-    QString text = QStringLiteral("nothing");
-    try {
-        QTemporaryFile copy;
-        if (!copy.open() || !REPORTGENERATOR::WriteAll(copy, bytes).isNull() || !copy.flush())
-            return; // the document itself is written
-        const Document written(copy.fileName(), document.form);
-        text = textAt(written.tuner, target);
-    } catch (const FileFailure &) {
-    }
+    TunerProperties written;
+    written.SetValidate(false);
+    const bool isRead = Forms::readBack(written, bytes, document.form);
+    const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
     if (text != textAt(document.tuner, target)) // by its place: what it is found by may be what has changed
         Console::complain(document.input.name() + QStringLiteral(": ") + target.path
                           + QStringLiteral(": is read from this form as ") + text);

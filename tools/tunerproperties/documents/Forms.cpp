@@ -208,6 +208,31 @@ void load(TunerProperties &document, Input &input, Form form)
     }
 }
 
+bool readBack(TunerProperties &document, QByteArray bytes, Form form)
+{
+    try {
+        switch (form) {
+        case Form::Xml:
+            return document.SetXmlString(QString::fromUtf8(bytes), document.GetValidate());
+        case Form::Tagged:
+        case Form::Compressed:
+            return document.SetBinaryRepresentation(bytes);
+        case Form::Snapshot: {
+            QDataStream stream(bytes);
+            prepare(stream);
+            document.SetVersionSpecificBinaryWithoutValidation(stream);
+            return stream.status() == QDataStream::Ok;
+        }
+        case Form::Json:
+            JsonForm::read(document, bytes);
+            return true;
+        }
+    } catch (const ReportException &) {
+    } catch (const JsonFailure &) {
+    }
+    return false;
+}
+
 QByteArray compose(TunerProperties &document, Form form, const QString &fileName)
 {
     QByteArray bytes;

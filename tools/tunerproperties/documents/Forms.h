@@ -48,6 +48,9 @@ Form recognise(Input &input);
 /// form, or if the document throws. Tagged and compressed are read alike.
 void load(JobXml::TunerProperties &document, Input &input, Form form);
 
+/// Reads the document from bytes that compose() has returned. Returns false if they do not hold one.
+bool readBack(JobXml::TunerProperties &document, QByteArray bytes, Form form);
+
 /// The bytes of the document in this form. Throws FileFailure, in the name of the file that they are meant for, if it
 /// cannot be written in this form; exceptions of the document pass through.
 QByteArray compose(JobXml::TunerProperties &document, Form form, const QString &fileName);

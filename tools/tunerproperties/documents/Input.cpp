@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QTemporaryFile>
@@ -24,15 +25,33 @@ namespace {
     throw FileFailure(name + QStringLiteral(": cannot be kept in a temporary file: ") + reason);
 }
 
-/// A temporary file that nobody has to remove: it loses its name at once, before a signal may end the program.
+/// A temporary file that nobody has to remove: it has no name, or loses it at once, before a signal may end the
+/// program.
+class NamelessFile : public QTemporaryFile
+{
+public:
+    /// What texts call it; QTemporaryFile would give the file a name to return that.
+    QString fileName() const override { return QStringLiteral("temporary file"); }
+
+    bool openWithoutName()
+    {
+        const Interruption::Shield shield;
+        if (!open())
+            return false;
+        struct stat status = {};
+        if (fstat(handle(), &status) == 0 && status.st_nlink == 0)
+            return true;
+        setAutoRemove(false); // another program may have a file of that name later
+        unlink(QFile::encodeName(QTemporaryFile::fileName()).constData());
+        return true;
+    }
+};
+
 std::unique_ptr<QTemporaryFile> nameless(const QString &name)
 {
-    auto file = std::make_unique<QTemporaryFile>();
-    const Interruption::Shield shield;
-    if (!file->open())
+    auto file = std::make_unique<NamelessFile>();
+    if (!file->openWithoutName())
         cannotKeep(name, file->errorString());
-    file->setAutoRemove(false); // another program may have a file of that name later
-    unlink(QFile::encodeName(file->fileName()).constData());
     return file;
 }
 
