@@ -2,6 +2,9 @@
 #include <cerrno>
 #include <csignal>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QRegularExpression>
 
 #include <tools/Tool.h>
@@ -82,6 +85,9 @@ private Q_SLOTS:
     void aSizeLimitThatKillsLeavesTheOldFile();
     void aLinkStaysAndItsFileIsWritten();
     void linksInACircleAreRefused();
+    void theSuperuserLeavesAFileToItsOwner_data();
+    void theSuperuserLeavesAFileToItsOwner();
+    void aPlantedLinkIsNotFollowed();
     void theReasonIsGivenWhenStandardOutputTakesAPartOnly();
     void theReasonIsGivenWhenAPipeCannotBeKept_data();
     void theReasonIsGivenWhenAPipeCannotBeKept();
@@ -375,6 +381,50 @@ void ConvertFaultsTest::linksInACircleAreRefused()
                                      "status=$?; test -L a.xml -a -L b.xml && exit $status"));
     QCOMPARE(run.err, QStringLiteral("tunerproperties: a.xml: cannot write: Too many levels of symbolic links\n"));
     QCOMPARE(run.status, 3);
+}
+
+void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("set") << line("set out.xml quantity 3");
+    QTest::newRow("convert") << line("convert in.xml out.xml");
+}
+
+void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner()
+{
+    if (geteuid() != 0)
+        QSKIP("Only the superuser can give files to others.");
+    QFETCH(QStringList, arguments);
+    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    m_shop->write(QStringLiteral("out.xml"), QByteArray(smallXml).replace("\"SCP\"", "\"MCP\""));
+    const QByteArray before = m_shop->read(QStringLiteral("out.xml"));
+    const QByteArray path = QFile::encodeName(m_shop->path(QStringLiteral("out.xml")));
+    QCOMPARE(chown(path.constData(), 65533, 65532), 0);
+    QCOMPARE(chmod(path.constData(), 0640), 0);
+    QCOMPARE(m_shop->run(arguments).status, 0);
+    QVERIFY(m_shop->read(QStringLiteral("out.xml")) != before);
+    struct stat status = {};
+    QCOMPARE(stat(path.constData(), &status), 0);
+    QCOMPARE(status.st_uid, uid_t(65533));
+    QCOMPARE(status.st_gid, gid_t(65532));
+    QCOMPARE(status.st_mode & 07777, mode_t(0640));
+}
+
+void ConvertFaultsTest::aPlantedLinkIsNotFollowed()
+{
+    if (geteuid() != 0)
+        QSKIP("Only the superuser can give links to others.");
+    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    m_shop->write(QStringLiteral("victim"), old);
+    const Run run = m_shop->shell(
+        QStringLiteral("mkdir -m 1777 drop; ln -s ../victim drop/out.xml; chown -h 65533:65533 drop/out.xml\n"
+                       "exec \"$tool\" convert in.xml drop/out.xml"));
+    QCOMPARE(
+        run.err,
+        QStringLiteral("tunerproperties: drop/out.xml: cannot write: a symbolic link on the way belongs to another "
+                       "user and is in a folder where every user can place links\n"));
+    QCOMPARE(run.status, 3);
+    QCOMPARE(m_shop->read(QStringLiteral("victim")), old);
 }
 
 void ConvertFaultsTest::theReasonIsGivenWhenStandardOutputTakesAPartOnly()
