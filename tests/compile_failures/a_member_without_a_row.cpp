@@ -11,7 +11,9 @@ struct LampData
 {
     QString id;
     bool lit = false;
+#ifndef CORRECTED
     int watts = 0;
+#endif
 };
 
 constexpr Scalar id{0, "id", 0x10A4C001, &LampData::id, Attribute | Mandatory};

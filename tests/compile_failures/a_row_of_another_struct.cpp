@@ -19,7 +19,11 @@ struct RoomData
 };
 
 constexpr Scalar id{0, "id", 0x10A4C001, &LampData::id, Attribute | Mandatory};
+#ifdef CORRECTED
+constexpr Scalar lit{1, "lit", 0x10A4C002, &LampData::lit, Attribute | Mandatory};
+#else
 constexpr Scalar lit{1, "lit", 0x10A4C002, &RoomData::lit, Attribute | Mandatory};
+#endif
 
 constexpr Table members{id, lit};
 constexpr ClassInfo lamp = describe<LampData, members>(nameOfLamp, 0x5EED0001);

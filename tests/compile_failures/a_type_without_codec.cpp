@@ -11,7 +11,11 @@ struct LampData
 {
     QString id;
     bool lit = false;
+#ifdef CORRECTED
+    QString names;
+#else
     QStringList names;
+#endif
 };
 
 constexpr Scalar id{0, "id", 0x10A4C001, &LampData::id, Attribute | Mandatory};

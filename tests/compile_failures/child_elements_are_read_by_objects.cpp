@@ -3,5 +3,9 @@
 
 void read(REPORTGENERATOR::IRGObject &object, QXmlStreamReader &reader)
 {
+#ifdef CORRECTED
+    object.ProcessXml(reader);
+#else
     object.ProcessXmlStartElement(reader);
+#endif
 }

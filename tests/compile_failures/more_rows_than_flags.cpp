@@ -24,7 +24,9 @@ struct ManyData
     bool m13 = false;
     bool m14 = false;
     bool m15 = false;
+#ifndef CORRECTED
     bool m16 = false;
+#endif
 };
 
 constexpr Scalar m0{0, "m0", 1, &ManyData::m0, NoTraits};
@@ -43,7 +45,13 @@ constexpr Scalar m12{12, "m12", 13, &ManyData::m12, NoTraits};
 constexpr Scalar m13{13, "m13", 14, &ManyData::m13, NoTraits};
 constexpr Scalar m14{14, "m14", 15, &ManyData::m14, NoTraits};
 constexpr Scalar m15{15, "m15", 16, &ManyData::m15, NoTraits};
+#ifndef CORRECTED
 constexpr Scalar m16{16, "m16", 17, &ManyData::m16, NoTraits};
+#endif
 
+#ifdef CORRECTED
+constexpr Table members{m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15};
+#else
 constexpr Table members{m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15, m16};
+#endif
 constexpr ClassInfo many = describe<ManyData, members>(nameOfMany, 1);

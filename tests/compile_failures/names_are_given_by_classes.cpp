@@ -3,5 +3,9 @@
 
 void rename(REPORTGENERATOR::IRGObject &object)
 {
+#ifdef CORRECTED
+    object.GetObjectName();
+#else
     object.SetObjectName(QString());
+#endif
 }

@@ -11,10 +11,17 @@ struct LampData
 {
     QString id;
     bool lit = false;
+#ifdef CORRECTED
+    bool again = false;
+#endif
 };
 
 constexpr Scalar id{0, "id", 0x10A4C001, &LampData::id, Attribute | Mandatory};
 constexpr Scalar lit{1, "lit", 0x10A4C002, &LampData::lit, Attribute | Mandatory};
+#ifdef CORRECTED
+constexpr Scalar again{2, "again", 0x10A4C003, &LampData::again, Attribute};
+#else
 constexpr Scalar again{2, "again", 0x10A4C003, &LampData::lit, Attribute};
+#endif
 constexpr Table members{id, lit, again};
 constexpr ClassInfo lamp = describe<LampData, members>(nameOfLamp, 0x5EED0001);
