@@ -78,3 +78,6 @@ Q_DECLARE_METATYPE(ClassPointer)
 /// Adds a row for each of the eighteen classes, with the columns
 /// `name` (QString), `type` (ClassPointer), `id` (qint64), `newXml` and `firstMissing` (QString).
 void addEveryClass();
+
+/// The names of these rows.
+const QStringList &everyClassName();

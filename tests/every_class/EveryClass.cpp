@@ -67,17 +67,26 @@ void fillDocument(TunerProperties &object)
     object.SetHRPANSupported(true);
 }
 
+QStringList names;
+
 template <class T>
 void add(const char *name, void (*fill)(T &), qint64 id, const char *newXml, const char *firstMissing)
 {
+    names += QString::fromLatin1(name);
     QTest::newRow(name) << QString::fromLatin1(name) << ClassPointer(std::make_shared<ClassUnderTestOf<T>>(fill)) << id
                         << QString::fromLatin1(newXml) << QString::fromLatin1(firstMissing);
 }
 
 } // namespace
 
+const QStringList &everyClassName()
+{
+    return names;
+}
+
 void addEveryClass()
 {
+    names.clear();
     QTest::addColumn<QString>("name");
     QTest::addColumn<ClassPointer>("type");
     QTest::addColumn<qint64>("id");

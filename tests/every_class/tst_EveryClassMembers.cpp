@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Accessors.h"
+#include "Model.h"
 #include "Suite.h"
 
 /// The accessors of a member work on that member and on no other.
@@ -8,11 +9,42 @@ class EveryClassMembersTest : public Suite
     Q_OBJECT
 
 private Q_SLOTS:
+    void theRowsAreTheClassesOfTheModel()
+    {
+        QStringList rows = everyClassName();
+        rows.sort();
+        QCOMPARE(rows, Model::classes());
+    }
+
+    // Otherwise the rules of this and the other suites hold for what is listed, and nobody notices what is not.
+    void theAccessorsOfEveryMemberAreListedOnce()
+    {
+        const auto full = type().full();
+        QStringList listed;
+        for (int member = 0; member < accessors().count(); ++member) {
+            const auto object = type().make();
+            accessors().copyOne(*full, *object, member);
+            const QStringList set = membersSetIn(*object);
+            QCOMPARE(set.size(), 1);
+            listed += set;
+        }
+        listed.sort();
+        QStringList members = Model::members(*full);
+        members.sort();
+        QCOMPARE(listed, members);
+    }
+
+    void aFullObjectHasEveryMemberSet()
+    {
+        JobXml::visit(*type().full(), [](const JobXml::MemberView &member) {
+            QVERIFY2(member.IsSet() || !member.IsChosen(), member.GetName().data());
+        });
+    }
+
     void settingAMemberSetsNoOther()
     {
         const auto full = type().full();
         const auto fresh = type().make();
-        QVERIFY(accessors().count() > 0);
         for (int set = 0; set < accessors().count(); ++set) {
             const auto object = type().make();
             accessors().copyOne(*full, *object, set);
@@ -37,6 +69,16 @@ private Q_SLOTS:
     }
 
 private:
+    static QStringList membersSetIn(const JobXml::DataObject &object)
+    {
+        QStringList names;
+        JobXml::visit(object, [&](const JobXml::MemberView &member) {
+            if (member.GetKind() != JobXml::MemberKind::Choice && member.IsSet())
+                names += member.GetName();
+        });
+        return names;
+    }
+
     static const Accessors &accessors() { return accessorsOf(type().staticName()); }
 
     // As Accessors::read() says that the member is set: of a full choice only one alternative is.

@@ -7,7 +7,7 @@
 
 #include <QtTest>
 
-#include <jobxml/TunerProperties.h>
+#include "Model.h"
 
 namespace {
 
@@ -107,11 +107,8 @@ private Q_SLOTS:
     void theVirtualOperationsStandInTheAgreedSlots_data()
     {
         QTest::addColumn<QString>("className");
-        for (const char *name :
-             {"TunerProperties", "StartupModes", "BandwidthSelection", "Component", "Node", "ValueItem", "ValueBoolean",
-              "ValueFloat", "ValueInt", "ValueInt64", "ValueNumericFloat", "ValueNumericInt", "ValueNumericInt64",
-              "ValueSelection", "SelectionItem", "ValueString", "ValueStringList", "StringItem"})
-            QTest::newRow(name) << QString::fromLatin1(name);
+        for (const QString &name : Model::classes())
+            QTest::newRow(qPrintable(name)) << name;
     }
 
     void theVirtualOperationsStandInTheAgreedSlots()

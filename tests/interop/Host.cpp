@@ -14,18 +14,22 @@
 //
 // The answer is what became of the steps, then the object in each form wanted: 'x', 't', 'c' or 's'. Each of them is
 // an Outcome (quint8) and a QByteArray.
+//
+// With --model or --built it answers no requests, but tells which members the model has, or which ones 'g' sets.
 
 #include <cstdio>
 #include <memory>
 
 #include <QDataStream>
 #include <QFile>
+#include <QMap>
 #include <QTemporaryFile>
 
 #include "Encodings.h"
 #include "ExceptionText.h"
 
 #include "Generator.h"
+#include "Model.h"
 
 using namespace JobXml;
 
@@ -175,10 +179,67 @@ void answer(QDataStream &requests, QDataStream &answers)
         tell(answers, attempt([&] { return write(*object, form); }));
 }
 
+/// What visit() shows of the model: for each member a line of its class, name, kind and default, whether it is
+/// mandatory, and the class of its children, separated by tabs.
+QByteArray model()
+{
+    const QMap<MemberKind, QByteArray> kinds{
+        {MemberKind::Text, "text"},
+        {MemberKind::Boolean, "boolean"},
+        {MemberKind::Int, "int32"},
+        {MemberKind::Int64, "int64"},
+        {MemberKind::UInt64, "uint64"},
+        {MemberKind::Float, "float"},
+        {MemberKind::Double, "double"},
+        {MemberKind::Enumeration, "tuner type"},
+        {MemberKind::EnumerationList, "modes"},
+        {MemberKind::Object, "object"},
+        {MemberKind::ObjectList, "list"},
+        {MemberKind::Alternative, "alternative"},
+    };
+    QByteArray lines;
+    Model::forEachClass([&](DataObject &object) {
+        visit(object, [&](MemberEditor &member) {
+            if (member.GetKind() == MemberKind::Choice)
+                return;
+            const QByteArray child = Model::holdsObjects(member.GetKind())
+                ? Model::newChild(member).GetObjectName().toLatin1()
+                : member.GetNames().join(QLatin1Char(' ')).toLatin1();
+            const QList<QByteArray> columns{object.GetObjectName().toLatin1(),   member.GetName().data(),
+                                            kinds.value(member.GetKind()),       member.GetDefaultValue().toByteArray(),
+                                            member.IsMandatory() ? "yes" : "no", child};
+            lines += columns.join('\t') + '\n';
+        });
+    });
+    return lines;
+}
+
+/// The members that documents of the Generator set, as "Component.name".
+QByteArray builtMembers()
+{
+    QStringList names;
+    Model::forEachClass([&](DataObject &object) {
+        for (int seed = 0; seed < 200; ++seed) {
+            const Object built = newObject(object.GetObjectName().toLatin1(), true);
+            build(*built, QByteArray::number(seed));
+            visit(std::as_const(*built), [&](const MemberView &member) {
+                const QString name = built->GetObjectName() + QLatin1Char('.') + member.GetName();
+                if (member.GetKind() != MemberKind::Choice && member.IsSet() && !names.contains(name))
+                    names += name;
+            });
+        }
+    });
+    return names.join(QLatin1Char('\n')).toLatin1();
+}
+
 } // namespace
 
-int main()
+int main(int argc, char *argv[])
 {
+    if (argc == 2) {
+        const QByteArray text = argv[1] == QByteArrayLiteral("--model") ? model() : builtMembers();
+        return std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout) == std::size_t(text.size()) ? 0 : 1;
+    }
     QFile input;
     QFile output;
     if (!input.open(stdin, QIODevice::ReadOnly) || !output.open(stdout, QIODevice::WriteOnly))

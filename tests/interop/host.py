@@ -51,6 +51,17 @@ class Library:
     def __init__(self, host: str) -> None:
         self._host = host
 
+    def model(self) -> list[list[str]]:
+        """Class, name, kind, default, mandatory ("yes" or "no") and children or names of each member of the model."""
+        return [line.split("\t") for line in self._lines("--model")]
+
+    def built_members(self) -> list[str]:
+        """The members that the library's own documents set, as "Component.name"."""
+        return self._lines("--built")
+
+    def _lines(self, option: str) -> list[str]:
+        return subprocess.run([self._host, option], capture_output=True, check=True, text=True).stdout.splitlines()
+
     def answer(self, requests: Iterable[Request]) -> list[Answer]:
         requests = list(requests)
         process = subprocess.run([self._host], input=b"".join(map(_encoded, requests)), capture_output=True)

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "DocumentSamples.h"
+#include "Model.h"
 #include "Surprises.h"
 
 using namespace JobXml;
@@ -104,6 +105,13 @@ SAMPLES(Component, completeComponent(), aComponent())
 
 namespace {
 
+/// The classes whose members were tried.
+QStringList &triedClasses()
+{
+    static QStringList names;
+    return names;
+}
+
 /// The operations of one class, which are tried one after the other.
 template <class T>
 class Members
@@ -173,10 +181,12 @@ public:
         return *this;
     }
 
-    /// Tries all of them; returns whether each survived, and adds up the allocations that failed.
+    /// Tries all of them; returns whether each survived and no member is missing, and adds up the allocations that
+    /// failed.
     bool areSurvived(int *allocations) const
     {
-        bool survived = true;
+        const bool complete = isComplete();
+        bool survived = complete;
         for (const Operation<T> &operation : m_operations) {
             if (!isSurvived(operation, allocations)) {
                 qWarning("in: %s", operation.name.constData());
@@ -187,6 +197,19 @@ public:
     }
 
 private:
+    bool isComplete() const
+    {
+        QStringList members = Model::members(T());
+        members.sort();
+        QStringList listed = m_names;
+        listed.sort();
+        if (listed != members)
+            qWarning("%s is tried with %s; it has %s", qPrintable(T::GetStaticObjectName()),
+                     qPrintable(listed.join(QLatin1Char(' '))), qPrintable(members.join(QLatin1Char(' '))));
+        triedClasses() += T::GetStaticObjectName();
+        return listed == members;
+    }
+
     using Action = typename Operation<T>::Action;
     using Question = typename Operation<T>::Question;
 
@@ -195,6 +218,7 @@ private:
     template <class Get>
     void addResetAndGet(const char *name, bool (T::*isSet)() const, void (T::*reset)(), Get get)
     {
+        m_names += QString::fromLatin1(name); // once for each member
         add(
             name, "reset", Begins::Shared, [=](Objects<T> &o) { (o.target.*reset)(); },
             [=](Objects<T> &o) { return !(o.target.*isSet)(); });
@@ -215,6 +239,7 @@ private:
     }
 
     QVector<Operation<T>> m_operations;
+    QStringList m_names;
 };
 
 #define SCALAR(Class, X, value) scalar(#X, &Class::Get##X, &Class::Set##X, &Class::Is##X##Set, &Class::Reset##X, value)
@@ -332,6 +357,13 @@ private Q_SLOTS:
                     .LIST(TunerProperties, BandwidthSelection)
                     .LIST(TunerProperties, Component)
                     .areSurvived(&m_allocations));
+    }
+
+    // After all others.
+    void noClassIsLeftOut()
+    {
+        triedClasses().sort();
+        QCOMPARE(triedClasses(), Model::classes());
     }
 
     void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }

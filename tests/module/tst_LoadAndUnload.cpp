@@ -4,7 +4,7 @@
 #include <QProcess>
 #include <QtTest>
 
-#include <jobxml/TunerProperties.h>
+#include "Model.h"
 
 /// What happens when the library is loaded and unloaded, seen by a small host and a registry that records.
 class LoadAndUnloadTest : public QObject
@@ -72,6 +72,9 @@ private Q_SLOTS:
             QStringLiteral("ValueStringList"),
             QStringLiteral("StringItem"),
         };
+        QStringList sorted = expected;
+        sorted.sort();
+        QCOMPARE(sorted, Model::classes());
         QStringList built;
         for (const QString &function : startUpFunctions()) {
             for (const QString &name : expected) {

@@ -6,31 +6,13 @@
 #include <jobxml/MetaTypes.h>
 
 #include "Documents.h"
+#include "Model.h"
 
 using namespace JobXml;
 
 namespace {
 
-const QStringList classNames{
-    QStringLiteral("TunerProperties"),
-    QStringLiteral("StartupModes"),
-    QStringLiteral("BandwidthSelection"),
-    QStringLiteral("Component"),
-    QStringLiteral("Node"),
-    QStringLiteral("ValueItem"),
-    QStringLiteral("ValueBoolean"),
-    QStringLiteral("ValueFloat"),
-    QStringLiteral("ValueInt"),
-    QStringLiteral("ValueInt64"),
-    QStringLiteral("ValueNumericFloat"),
-    QStringLiteral("ValueNumericInt"),
-    QStringLiteral("ValueNumericInt64"),
-    QStringLiteral("ValueSelection"),
-    QStringLiteral("SelectionItem"),
-    QStringLiteral("ValueString"),
-    QStringLiteral("ValueStringList"),
-    QStringLiteral("StringItem"),
-};
+const QStringList classNames = Model::classes();
 
 QStringList registeredClasses()
 {

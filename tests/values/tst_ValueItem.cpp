@@ -4,6 +4,7 @@
 #include "Encodings.h"
 #include "ExceptionText.h"
 #include "Kinds.h"
+#include "Model.h"
 
 using namespace JobXml;
 using namespace ValueItemKinds;
@@ -21,6 +22,14 @@ class ValueItemTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void theKindsAreAllAlternatives()
+    {
+        QStringList names;
+        for (const Kind &kind : kinds())
+            names += kind.name;
+        QCOMPARE(names, Model::members(ValueItem()));
+    }
+
     void itHasItsNameAndIdentifier();
     void theTenKindsHaveTheirNamesInThisOrder();
     void aNameIsFoundOnlyAsItIsSpelled();

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/TunerProperties.h>
+#include <jobxml/Visit.h>
+
+/// The whole model as visit() shows it, from the document down. Lists that are meant to be complete are compared with
+/// it.
+namespace Model {
+
+inline bool holdsObjects(JobXml::MemberKind kind)
+{
+    using Kind = JobXml::MemberKind;
+    return kind == Kind::Object || kind == Kind::ObjectList || kind == Kind::Alternative;
+}
+
+/// A child of the member, with a new item appended to a list.
+inline JobXml::DataObject &newChild(JobXml::MemberEditor &member)
+{
+    return member.GetKind() == JobXml::MemberKind::ObjectList ? member.AppendChild() : member.EditChild();
+}
+
+/// The members of an object, in the order in which they are written. The choice of a ValueItem is not one of them:
+/// encodings express it by the alternative that is there.
+inline QStringList members(const JobXml::DataObject &object)
+{
+    QStringList names;
+    JobXml::visit(object, [&](const JobXml::MemberView &member) {
+        if (member.GetKind() != JobXml::MemberKind::Choice)
+            names += member.GetName();
+    });
+    return names;
+}
+
+/// Calls `use(DataObject &)` with a new object of each class, first the given one and then what it can hold.
+template <class Use>
+void forEachClass(JobXml::DataObject &object, QStringList &seen, Use &&use)
+{
+    if (seen.contains(object.GetObjectName()))
+        return;
+    seen += object.GetObjectName();
+    object.SetValidate(false);
+    use(object);
+    JobXml::visit(object, [&](JobXml::MemberEditor &member) {
+        if (holdsObjects(member.GetKind()))
+            forEachClass(newChild(member), seen, use);
+    });
+}
+
+template <class Use>
+void forEachClass(Use &&use)
+{
+    JobXml::TunerProperties document;
+    QStringList seen;
+    forEachClass(document, seen, use);
+}
+
+/// The names of the classes, sorted.
+inline QStringList classes()
+{
+    QStringList names;
+    forEachClass([&](const JobXml::DataObject &object) { names += object.GetObjectName(); });
+    names.sort();
+    return names;
+}
+
+/// The members of all classes as "Component.name", sorted.
+inline QStringList membersOfAll()
+{
+    QStringList names;
+    forEachClass([&](const JobXml::DataObject &object) {
+        for (const QString &member : members(object))
+            names += object.GetObjectName() + QLatin1Char('.') + member;
+    });
+    names.sort();
+    return names;
+}
+
+} // namespace Model
