@@ -48,14 +48,39 @@ class Progress:
         return record if record and record["source"] == digest else None
 
 
-def read_equivalents(path):
-    """`IDENTITY FILE: REASON` per line; what else a line says is for people."""
-    found = {}
-    for line in path.read_text(encoding="utf-8").splitlines():
-        if line and not line.startswith("#"):
-            identity, _, rest = line.partition(" ")
-            found[identity] = rest.strip()
+class UnknownEntries(Exception):
+    """Entries on the list of equivalents that match no mutant."""
+
+
+def read_equivalents(path, mutants):
+    """The reasons by the identities of the mutants: paragraphs of `FILE: SCOPE`, the change, and the reason.
+
+    Raises UnknownEntries if one of them matches nothing."""
+    known = {(m.path, m.scope, m.change): m.identity for m in mutants}
+    found, unknown = {}, []
+    text = "\n".join(line for line in path.read_text(encoding="utf-8").splitlines() if not line.startswith("#"))
+    for paragraph in filter(None, (part.strip() for part in text.split("\n\n"))):
+        place, change, *reason = (line.strip() for line in paragraph.splitlines())
+        source, _, scope = place.partition(":")
+        key = (source, scope.strip(), change)
+        if not reason:
+            unknown.append(f"{place}: {change}\n    has no reason")
+        elif key in known:
+            found[known[key]] = " ".join(reason)
+        else:
+            near = [f"{m.path}: {m.scope}" for m in mutants if m.change == change]
+            hint = f"; the same change is possible in {', '.join(near)}" if near else ""
+            unknown.append(f"{place}\n    {change}\n    matches no mutant{hint}")
+    if unknown:
+        raise UnknownEntries(
+            f"{path.name}: {len(unknown)} entries to correct or to remove:\n" + "\n".join(unknown)
+        )
     return found
+
+
+def entry(mutant):
+    """How the list of equivalents names the mutant."""
+    return f"{mutant.path}: {mutant.scope}".rstrip() + f"\n    {mutant.change}"
 
 
 def difference(mutant, source):
@@ -72,7 +97,6 @@ class Session:
         self.folder = Path(options.folder).resolve()
         self.folder.mkdir(parents=True, exist_ok=True)
         self.equivalents_path = Path(__file__).with_name("equivalents.txt")
-        self.equivalents = read_equivalents(self.equivalents_path)
         self.workshop = Workshop(self.project, self.folder, options.jobs, say)
         self.progress = Progress(self.folder / "progress.jsonl")
         self.digests = {}
@@ -84,6 +108,7 @@ class Session:
         else:
             self.workshop.copy_tree(self.options.as_copied)
         self.all = rules.all_mutants(self.workshop.tree, self.workshop.sources)
+        self.equivalents = read_equivalents(self.equivalents_path, self.all)
         self.chosen = self._chosen()
         for path in self.workshop.sources:
             self.digests[path] = hashlib.sha256(self.workshop.source(path).encode()).hexdigest()[:16]
@@ -93,13 +118,26 @@ class Session:
         mutants = rules.in_order(self.all, self.options.seed)
         if self.options.only:
             return [m for m in mutants if m.identity in self.options.only]
-        if self.options.file:
-            mutants = [m for m in mutants if any(part in m.path for part in self.options.file)]
+        if self.options.files:
+            wanted = self._wanted_files()
+            mutants = [m for m in mutants if m.path in wanted]
         if self.options.without:
             mutants = [m for m in mutants if not any(part in m.path for part in self.options.without)]
         if self.options.category:
             mutants = [m for m in mutants if m.category in self.options.category]
         return mutants if self.options.all else mutants[: self.options.count]
+
+    def _wanted_files(self):
+        """The sources among the files and folders that were named."""
+        wanted = set()
+        for name in self.options.files:
+            path = (Path.cwd() / name).resolve()
+            relative = path.relative_to(self.project).as_posix() if path.is_relative_to(self.project) else name
+            matching = [s for s in self.workshop.sources if s == relative or s.startswith(relative.rstrip("/") + "/")]
+            if not matching:
+                raise BuildFailure(f"'{name}' is no source file of the libraries and no folder with one; they are in src/")
+            wanted.update(matching)
+        return wanted
 
     def record(self, mutant):
         return self.progress.of(mutant, self.digests[mutant.path])
@@ -224,6 +262,7 @@ class Session:
             say(f"score: {killed} of {different} = {100 * killed / different:.1f} %")
         for mutant in sorted([*unlisted, *open_], key=lambda m: (m.path, m.line)):
             say(f"\n{'SURVIVED' if mutant in unlisted else 'OPEN'} {mutant.identity} {mutant.path}:{mutant.line} ({mutant.category})")
+            say(entry(mutant))
             say(difference(mutant, self.workshop.source(mutant.path)))
         return self._complaints(tried, unlisted, open_, compiled)
 
@@ -242,13 +281,9 @@ class Session:
         left = len(self.chosen) - len(tried) + len(open_)
         if left:
             complaints.append(f"{left} mutants are still to be tried, or to be tried with all tests")
-        whole = not (self.options.only or self.options.file or self.options.category)
+        whole = not (self.options.only or self.options.files or self.options.category)
         if whole and compiled < LEAST_COMPILED:
             complaints.append(f"only {compiled} mutants compiled; at least {LEAST_COMPILED} are asked for")
-        known = {m.identity for m in self.all}
-        for identity, what in self.equivalents.items():
-            if identity not in known:
-                complaints.append(f"the list of equivalents names {identity}, which is no mutant any more: {what}")
         for mutant, record in tried.items():
             if mutant.identity in self.equivalents and record["outcome"] in KILLED:
                 complaints.append(f"{mutant.identity} is on the list of equivalents, but {record['by']} kills it")
@@ -260,7 +295,7 @@ def parse_arguments():
     parser.add_argument("--seed", type=int, default=1, help="which mutants come first (default: %(default)s)")
     parser.add_argument("--count", type=int, default=700, help="how many mutants (default: %(default)s)")
     parser.add_argument("--all", action="store_true", help="every mutant that the rules can make")
-    parser.add_argument("--file", action="append", metavar="PART", help="only mutants of files with this in their path")
+    parser.add_argument("files", nargs="*", metavar="FILE", help="only mutants of these source files, or of those in these folders")
     parser.add_argument("--without", action="append", metavar="PART", help="no mutants of files with this in their path")
     parser.add_argument("--category", action="append", help="only mutants of this category")
     parser.add_argument("--only", action="append", default=[], metavar="IDENTITY", help="just this mutant, tried again")
@@ -284,12 +319,13 @@ def main():
     session = Session(options)
     try:
         session.prepare()
-    except BuildFailure as failure:
+    except (BuildFailure, UnknownEntries) as failure:
         say(f"mutate.sh: {failure}")
         return 2
     if options.list:
         for mutant in session.chosen:
             say(f"{mutant.identity} {mutant.path}:{mutant.line} ({mutant.category})")
+            say(entry(mutant))
             say(difference(mutant, session.workshop.source(mutant.path)))
         return 0
     if not options.report:

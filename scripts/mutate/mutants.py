@@ -1,8 +1,9 @@
 """Which breaks there are: every place of a source file at which one of the rules can spoil it, and which of them to try."""
 
+import bisect
 import hashlib
 import re
-from collections import defaultdict, namedtuple
+from collections import Counter, defaultdict, namedtuple
 from dataclasses import dataclass
 
 TOKENS = re.compile(
@@ -24,8 +25,10 @@ Edit = namedtuple("Edit", "start end text")
 
 @dataclass(frozen=True)
 class Mutant:
-    identity: str  # the same for as long as the line is, wherever it moves
+    identity: str  # a short name of the three that follow, see Source._add()
     path: str
+    scope: str  # the function or class that it is in, empty for neither
+    change: str  # the statement without blanks, with the change in brackets: 'if([a -> !(a])'
     line: int
     category: str
     edits: tuple
@@ -86,6 +89,16 @@ ADDED_TO_SCALARS = ("Attribute", "Mandatory", "WrittenWhenSet", "SnapshotReadAlw
 ADDED_TO_TEXTS = (*ADDED_TO_SCALARS, "NullPassesIsValid", "Identifies")
 
 
+MOST_AROUND = 80  # characters of a statement before and after a change
+
+
+def without_blanks(text):
+    """The code without comments, and without blanks but those that keep two words apart."""
+    text = re.sub(r"//[^\n]*|/\*.*?\*/", " ", text, flags=re.DOTALL)
+    text = re.sub(r"(?m)^[ \t]*#.*$", " ", text)
+    return re.sub(r"(?<=\w)\s+(?=\w)", "\0", text.strip()).replace(" ", "").replace("\n", "").replace("\t", "").replace("\0", " ")
+
+
 class Source:
     """One file and the mutants that the rules make of it."""
 
@@ -95,11 +108,11 @@ class Source:
         self.mutants = []
         self._taken = []  # what the rules for tables have dealt with
         self._seen = set()
-        self._lines = text.split("\n")
+        self._alike = Counter()
         self._line_starts = [0]
+        self._lines = text.split("\n")
         for line in self._lines:
             self._line_starts.append(self._line_starts[-1] + len(line) + 1)
-        self._nth = self._count_equal_lines()
         self.tokens = [
             Token(match.lastgroup, match.group(), match.start(), match.end())
             for match in TOKENS.finditer(text)
@@ -107,6 +120,7 @@ class Source:
         ]
         self._drop_static_asserts()
         self._scopes, self._matching = self._find_scopes()
+        self._find_statements()
         self._tables()
         self._fields()
         self._name_lists()
@@ -117,13 +131,50 @@ class Source:
 
     # --- Mutants and their identities ---
 
-    def _count_equal_lines(self):
-        counts = defaultdict(int)
-        nth = []
-        for line in self._lines:
-            counts[line.strip()] += 1
-            nth.append(counts[line.strip()])
-        return nth
+    def _find_statements(self):
+        """Where statements begin and end, and the name of the function or class around each."""
+        self._statement_starts, self._scope_names = [0], [""]
+        stack = [("namespace", "")]
+        depth = 0  # of lists in braces, which are within a statement
+        for index, token in enumerate(self.tokens):
+            if token.text == "{":
+                kind = self._kinds.get(index, "list")
+                name = stack[-1][1]
+                if kind in ("function", "type") and stack[-1][0] in ("namespace", "type"):
+                    head = self._head_of(index)
+                    name = "::".join(part for part in (name, self._name_in(head, kind)) if part)
+                    kind = "enum" if kind == "type" and "enum" in head else kind
+                stack.append((kind, name))
+            elif token.text == "}" and len(stack) > 1:
+                stack.pop()
+            elif token.text != ";" and not (token.text == "," and stack[-1][0] == "enum"):
+                continue
+            depth = sum(kind == "list" for kind, _ in stack)
+            if depth == 0 and not (token.text == "}" and self._kinds.get(self._matching.get(index)) == "list"):
+                self._statement_starts.append(token.end)
+                self._scope_names.append(stack[-1][1])
+
+    def _head_of(self, index):
+        """The words and signs in front of the braces that open at a token."""
+        begin = index
+        while begin > 0 and self.tokens[begin - 1].text not in (";", "{", "}"):
+            begin -= 1
+        return [token.text for token in self.tokens[begin:index]]
+
+    @staticmethod
+    def _name_in(head, kind):
+        """The name of a type, or of a function with its class."""
+        if kind == "type":
+            keyword = max(i for i, text in enumerate(head) if text in ("class", "struct", "enum"))
+            names = [text for text in head[keyword + 1 :] if re.fullmatch(r"\w+", text) and not text.endswith("_EXPORT")]
+            return names[0] if names else ""
+        end = head.index("(") if "(" in head else len(head)
+        start = end
+        while start > 0 and (re.fullmatch(r"\w+|::|~", head[start - 1]) or "operator" in head[max(0, start - 3) : start]):
+            if start < end and re.fullmatch(r"\w+", head[start - 1]) and re.fullmatch(r"\w+", head[start]):
+                break
+            start -= 1
+        return "".join(head[start:end])
 
     def _line_of(self, position):
         low, high = 0, len(self._lines) - 1
@@ -136,24 +187,41 @@ class Source:
         return low
 
     def _add(self, category, *edits):
+        """Mutants are known by what they change, not by where: a function may move within its file, and lines may be
+        laid out anew. Of several that are alike within a function, the later ones are numbered."""
         edits = tuple(sorted(Edit(*edit) for edit in edits))
-        key = []
-        for edit in edits:
-            number = self._line_of(edit.start)
-            column = len(re.sub(r"\s", "", self.text[self._line_starts[number] : edit.start]))
-            what = re.sub(r"\s+", " ", self.text[edit.start : edit.end])
-            key.append(f"{self._lines[number].strip()}|{self._nth[number]}|{column}|{what}|{edit.text}")
-        identity = hashlib.sha256("\n".join([self.path, *key]).encode()).hexdigest()[:10]
-        if identity in self._seen:
+        if edits in self._seen:
             return
-        self._seen.add(identity)
+        self._seen.add(edits)
+        scope = self._scope_names[self._statement_of(edits[0].start)]
+        change = " and ".join(self._change(edit) for edit in edits)
+        self._alike[scope, change] += 1
+        if self._alike[scope, change] > 1:
+            change += f" ({self._alike[scope, change]})"
+        identity = hashlib.sha256("\n".join([self.path, scope, change]).encode()).hexdigest()[:10]
         first = self._line_of(edits[0].start)
         last = self._line_of(edits[-1].end)
         start, end = self._line_starts[first], self._line_starts[last + 1] - 1
-        mutant = Mutant(identity, self.path, first + 1, category, edits, self.text[start:end], "")
+        mutant = Mutant(identity, self.path, scope, change, first + 1, category, edits, self.text[start:end], "")
         mutated = mutant.applied_to(self.text)
         after = mutated[start : end + len(mutated) - len(self.text)]
-        self.mutants.append(Mutant(identity, self.path, first + 1, category, edits, self.text[start:end], after))
+        self.mutants.append(Mutant(identity, self.path, scope, change, first + 1, category, edits, self.text[start:end], after))
+
+    def _statement_of(self, position):
+        return bisect.bisect_right(self._statement_starts, position) - 1
+
+    def _change(self, edit):
+        number = self._statement_of(edit.start)
+        start = self._statement_starts[number]
+        ends = [place for place in self._statement_starts[number + 1 :] if place >= edit.end]
+        before = without_blanks(self.text[start : edit.start])
+        after = without_blanks(self.text[edit.end : ends[0] if ends else len(self.text)])
+        if len(before) > MOST_AROUND:
+            before = "..." + before[-MOST_AROUND:]
+        if len(after) > MOST_AROUND:
+            after = after[:MOST_AROUND] + "..."
+        what = without_blanks(self.text[edit.start : edit.end])
+        return f"{before}[{what} -> {without_blanks(edit.text)}]{after}"
 
     def _choice(self, text, options):
         digest = hashlib.sha256(f"{self.path}|{text}".encode()).digest()
@@ -289,6 +357,7 @@ class Source:
     def _find_scopes(self):
         """For each token the kind of its innermost braces (type, function, block, list), and each bracket's partner."""
         scopes, stack, matching, open_brackets = [], ["namespace"], {}, []
+        self._kinds = {}  # of the braces that open at a token
         for index, token in enumerate(self.tokens):
             if token.text in ("(", "[", "{"):
                 open_brackets.append(index)
@@ -299,7 +368,8 @@ class Source:
                 stack.pop()
             scopes.append(stack[-1])
             if token.text == "{":
-                stack.append(self._kind_of_braces(index, matching))
+                self._kinds[index] = self._kind_of_braces(index, matching)
+                stack.append(self._kinds[index])
         return scopes, matching
 
     def _kind_of_braces(self, index, matching):

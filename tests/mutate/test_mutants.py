@@ -1,0 +1,146 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Mutants are known by their content, so that the list of those that make no difference survives moved code."""
+
+from __future__ import annotations
+
+import subprocess
+import sys
+import tempfile
+import unittest
+from importlib import util
+from pathlib import Path
+
+PROJECT = Path(__file__).parents[2]
+TOOL = PROJECT / "scripts" / "mutate"
+LIST = TOOL / "equivalents.txt"
+
+sys.path.insert(0, str(TOOL))
+import mutants  # noqa: E402
+
+SOURCE = """// SPDX-License-Identifier: MIT
+#include "Lamp.h"
+
+namespace {
+
+constexpr int most = 4096;
+
+enum Traits : unsigned {
+    Attribute = 1 << 0,
+    Mandatory = 1 << 1,
+};
+
+template <class Items>
+class Row
+{
+public:
+    bool isPresent(int size) const { return size > 0; }
+};
+
+} // namespace
+
+int Lamp::within(int count) const
+{
+    if (count < 0)
+        return 0;
+    return std::min(count, most);
+}
+
+bool Lamp::isLit() const
+{
+    if (m_watts < 0 || m_watts > most)
+        return false;
+    return m_lit;
+}
+"""
+
+
+def known(text: str) -> dict[str, tuple[str, str]]:
+    return {m.identity: (m.scope, m.change) for m in mutants.Source("src/Lamp.cpp", text).mutants}
+
+
+def run(folder: Path, *arguments: str) -> subprocess.CompletedProcess[str]:
+    return subprocess.run([sys.executable, "-B", TOOL, "--list", "--folder", folder / "work", *arguments],
+                          cwd=PROJECT, capture_output=True, text=True)  # fmt: skip
+
+
+def main_module():
+    spec = util.spec_from_file_location("mutate_main", TOOL / "__main__.py")
+    module = util.module_from_spec(spec)
+    spec.loader.exec_module(module)
+    return module
+
+
+class Mutants(unittest.TestCase):
+    def test_a_mutant_is_named_by_its_function_and_change(self) -> None:
+        named = set(known(SOURCE).values())
+        self.assertIn(("", "constexpr int most=[4096 -> 4097];"), named)
+        self.assertIn(("Traits", "Mandatory=1<<[1 -> 2],"), named)
+        self.assertIn(("Row::isPresent", "return size[> -> >=]0;"), named)
+        self.assertIn(("Lamp::within", "return std::[min -> max](count,most);"), named)
+        self.assertIn(("Lamp::isLit", "if(m_watts<0[|| -> &&]m_watts>most)return false;"), named)
+
+    def test_lines_in_front_leave_the_names(self) -> None:
+        moved = SOURCE.replace("#include", "// A comment.\n#include <algorithm>\n\n#include", 1)
+        self.assertEqual(known(moved), known(SOURCE))
+
+    def test_functions_that_change_places_leave_the_names(self) -> None:
+        head, within, is_lit = SOURCE.split("\n\nint Lamp")[0], *SOURCE.split("\n\nint Lamp")[1].split("\n\nbool Lamp")
+        self.assertEqual(known(f"{head}\n\nbool Lamp{is_lit}\nint Lamp{within}\n"), known(SOURCE))
+
+    def test_another_layout_leaves_the_names(self) -> None:
+        other = SOURCE.replace("if (m_watts < 0 || m_watts > most)", "if (m_watts < 0 // dark\n        || m_watts > most)")
+        self.assertNotEqual(other, SOURCE)
+        self.assertEqual(known(other), known(SOURCE))
+
+    def test_an_equal_line_in_another_function_leaves_the_names(self) -> None:
+        grown = SOURCE.replace("int Lamp::within", "int Lamp::first(int count) const\n{\n    if (count < 0)\n        return 0;"
+                               "\n    return 1;\n}\n\nint Lamp::within")  # fmt: skip
+        self.assertLess(set(known(SOURCE).items()), set(known(grown).items()))
+
+    def test_changed_code_has_other_names(self) -> None:
+        changed = SOURCE.replace("std::min(count, most)", "std::min(count, least)")
+        gone = {known(SOURCE)[name] for name in set(known(SOURCE)) - set(known(changed))}
+        self.assertEqual(gone, {("Lamp::within", "return std::[min -> max](count,most);")})
+
+    def test_no_two_mutants_of_the_libraries_have_one_name(self) -> None:
+        paths = [str(p.relative_to(PROJECT)) for p in (PROJECT / "src").rglob("*") if p.suffix in (".h", ".cpp")]
+        names = [(m.path, m.scope, m.change) for m in mutants.all_mutants(PROJECT, paths)]
+        self.assertGreater(len(names), 3000)
+        self.assertEqual(len(names), len(set(names)))
+
+    def test_every_entry_of_the_list_matches_a_mutant(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            result = run(Path(folder), "--count", "1")
+        self.assertEqual(result.returncode, 0, result.stdout)
+
+    def test_an_entry_that_matches_nothing_is_refused(self) -> None:
+        module = main_module()
+        listed = mutants.Source("src/Lamp.cpp", SOURCE).mutants
+        with tempfile.TemporaryDirectory() as folder:
+            path = Path(folder) / "equivalents.txt"
+            good = "src/Lamp.cpp: Lamp::within\n    return std::[min -> max](count,most);\n    A reason.\n"
+            path.write_text(f"# What it is.\n\n{good}", encoding="utf-8")
+            self.assertEqual(list(module.read_equivalents(path, listed).values()), ["A reason."])
+            for wrong, complaint in (
+                (good.replace("most", "least"), "matches no mutant"),
+                (good.replace("Lamp::within", "Lamp::without"), "the same change is possible in src/Lamp.cpp: Lamp::within"),
+                (good.replace("    A reason.\n", ""), "has no reason"),
+            ):
+                path.write_text(wrong, encoding="utf-8")
+                with self.assertRaisesRegex(module.UnknownEntries, complaint):
+                    module.read_equivalents(path, listed)
+
+    def test_files_and_folders_restrict_what_is_tried(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            one = run(Path(folder), "--all", "src/reportbase/Logger.cpp", "src/tavikappstartup")
+            none = run(Path(folder), "README.md")
+        paths = {line.split()[1].split(":")[0] for line in one.stdout.splitlines() if line[:1] in "0123456789abcdef"}
+        self.assertIn("src/tavikappstartup/TranslationCenter.cpp", paths)
+        self.assertTrue(all(path.startswith(("src/reportbase/Logger.cpp", "src/tavikappstartup/")) for path in paths))
+        self.assertEqual(none.returncode, 2)
+        self.assertIn("'README.md' is no source file of the libraries", none.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
