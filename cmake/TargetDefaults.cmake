@@ -12,7 +12,45 @@ check_cxx_compiler_flag(-fno-semantic-interposition TUNERPROPERTIES_HAS_NO_SEMAN
 
 check_cxx_compiler_flag(-fmacro-prefix-map=/a=/b TUNERPROPERTIES_HAS_MACRO_PREFIX_MAP)
 
+# Optimized builds are hardened with the flags that Debian builds its packages with (dpkg-buildflags, hardening=+all), and
+# against stacks that grow into other memory. Debug builds are not: without optimization there is nothing to fortify, and
+# sanitizers find more.
+set(tp_hardened "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+set(tp_hardening_compile_options)
+set(tp_hardening_link_options)
+if(TUNERPROPERTIES_HARDENING AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    include(CheckPIESupported)
+    include(CheckLinkerFlag)
+    check_pie_supported(LANGUAGES CXX)
+    foreach(flag IN ITEMS -fstack-protector-strong -fstack-clash-protection -fcf-protection
+            "-Wformat -Werror=format-security")
+        string(MAKE_C_IDENTIFIER "TUNERPROPERTIES_HAS${flag}" variable)
+        check_cxx_compiler_flag("${flag}" ${variable})
+        if(${variable})
+            list(APPEND tp_hardening_compile_options "SHELL:${flag}")
+        endif()
+    endforeach()
+    # Undefined first: compilers of some distributions define it, and the environment may.
+    list(APPEND tp_hardening_compile_options "SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2")
+    check_linker_flag(CXX "-Wl,-z,relro,-z,now" TUNERPROPERTIES_HAS_RELRO_NOW)
+    if(TUNERPROPERTIES_HAS_RELRO_NOW)
+        list(APPEND tp_hardening_link_options "-Wl,-z,relro,-z,now")
+    endif()
+endif()
+
 function(tp_target_defaults target)
+    foreach(option IN LISTS tp_hardening_compile_options)
+        target_compile_options(${target} PRIVATE "$<${tp_hardened}:${option}>")
+    endforeach()
+    get_target_property(type ${target} TYPE)
+    if(tp_hardening_compile_options AND type STREQUAL "EXECUTABLE")
+        set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    endif()
+    if(NOT type STREQUAL "STATIC_LIBRARY" AND NOT type STREQUAL "OBJECT_LIBRARY")
+        foreach(option IN LISTS tp_hardening_link_options)
+            target_link_options(${target} PRIVATE "$<${tp_hardened}:${option}>")
+        endforeach()
+    endif()
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF
@@ -54,6 +92,7 @@ function(tp_library_defaults target folder macro)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
+        BUILD_WITH_INSTALL_RPATH ON # otherwise CMake makes room for another path by empty entries: the current folder
         INSTALL_RPATH "$ORIGIN")
     tp_relative_places(${target})
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")

@@ -1,6 +1,10 @@
 # Configures SOURCE_DIR in BUILD_DIR and asserts on what is in the build; CMakeLists.txt here documents the variables.
 cmake_minimum_required(VERSION 3.25)
 
+foreach(list IN ITEMS HAS_TESTS LACKS_TESTS HAS_TARGETS LACKS_TARGETS HAS_RULES LACKS_RULES)
+    separate_arguments(${list})
+endforeach()
+
 unset(ENV{CXXFLAGS})
 file(REMOVE_RECURSE ${BUILD_DIR})
 execute_process(
@@ -64,8 +68,8 @@ else()
 endif()
 
 run(${CMAKE_COMMAND} --build ${BUILD_DIR} --target help)
-string(REGEX MATCHALL "\n[A-Za-z_]+: phony" lines "\n${output}")
-list(TRANSFORM lines REPLACE "\n([A-Za-z_]+): phony" "\\1" OUTPUT_VARIABLE targets)
+string(REGEX MATCHALL "\n[A-Za-z0-9_]+: " lines "\n${output}")
+list(TRANSFORM lines REPLACE "\n([A-Za-z0-9_]+): " "\\1" OUTPUT_VARIABLE targets)
 compare(target "${HAS_TARGETS}" "${LACKS_TARGETS}" ${targets})
 
 # A name that is no target becomes a library to link with, which would only fail when it is built.
@@ -74,6 +78,21 @@ if(EXISTS ${BUILD_DIR}/build.ninja)
     foreach(target IN LISTS LACKS_TARGETS)
         if(rules MATCHES "[ =]-l${target}[ \n]")
             message(FATAL_ERROR "something is linked with ${target}, which is not built")
+        endif()
+    endforeach()
+endif()
+
+if(rules)
+    foreach(text IN LISTS HAS_RULES)
+        string(FIND "${rules}" "${text}" found)
+        if(found EQUAL -1)
+            message(FATAL_ERROR "no rule of the build has '${text}'")
+        endif()
+    endforeach()
+    foreach(text IN LISTS LACKS_RULES)
+        string(FIND "${rules}" "${text}" found)
+        if(NOT found EQUAL -1)
+            message(FATAL_ERROR "a rule of the build has '${text}'")
         endif()
     endforeach()
 endif()
