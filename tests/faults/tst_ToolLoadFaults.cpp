@@ -39,8 +39,8 @@ private Q_SLOTS:
 
     void marksWithNothingBehindThem_data();
     void marksWithNothingBehindThem();
-    void aGibibyteOfZerosIsRefusedInLittleMemory_data();
-    void aGibibyteOfZerosIsRefusedInLittleMemory();
+    void aGigabyteOfZerosIsRefusedInLittleMemory_data();
+    void aGigabyteOfZerosIsRefusedInLittleMemory();
     void aPipeIsReadToItsEnd_data();
     void aPipeIsReadToItsEnd();
     void aPipeThatEndsEarlyIsAnError_data();
@@ -115,7 +115,7 @@ void ToolLoadFaultsTest::marksWithNothingBehindThem()
         checkThatItIsRefused(m_shop->run(command), name, why);
 }
 
-void ToolLoadFaultsTest::aGibibyteOfZerosIsRefusedInLittleMemory_data()
+void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("why");
@@ -126,16 +126,16 @@ void ToolLoadFaultsTest::aGibibyteOfZerosIsRefusedInLittleMemory_data()
     // 2 bytes of flags, 4 of an empty version: older than any, so that all goes back to defaults, of which only the
     // quantity is set; 4 for no components, 1 of type, 4 of an empty base resource, and the 8 of the quantity.
     QTest::newRow("snapshot") << QStringLiteral("a.tps")
-                              << QStringLiteral(": the snapshot ends after 23 of 1073741824 bytes, or is none");
+                              << QStringLiteral(": the snapshot ends after 23 of 1000000000 bytes, or is none");
     QTest::newRow("of no form") << QStringLiteral("a") << QStringLiteral(": ") + noForm;
 }
 
-void ToolLoadFaultsTest::aGibibyteOfZerosIsRefusedInLittleMemory()
+void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory()
 {
     QFETCH(QString, name);
     QFETCH(QString, why);
     m_shop->write(name, {});
-    QVERIFY(QFile::resize(m_shop->path(name), qint64(1) << 30)); // takes no room on the disk
+    QVERIFY(QFile::resize(m_shop->path(name), 1'000'000'000)); // as much as is read; takes no room on the disk
     for (const QStringList &command : commandsFor(name))
         checkThatItIsRefused(m_shop->run(command), name, why);
     const long more = mostMemory() - m_usualMemory; // in KiB, of all processes until now

@@ -132,7 +132,7 @@ void JsonFormTest::damagedJsonIsRefusedOrReadAsItStands()
 {
     int refused = 0;
     int carried = 0;
-    for (int seed = 0; seed < 600; ++seed) {
+    for (int seed = 0; seed < 900; ++seed) {
         RandomChanges random{quint32(seed)};
         QByteArray json = someJson(seed % 10);
         const int at = random.below(json.size());

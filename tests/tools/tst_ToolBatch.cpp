@@ -101,7 +101,7 @@ void ToolBatchTest::resultsComeInTheOrderOfTheFiles()
 void ToolBatchTest::aResultIsToldAsSoonAsThoseInFrontOfItAre()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
-    const Run run = m_shop->shell(text("\"$tool\" validate --jobs 2 bad.xml pipe bad.xml 2>&1 | {\n"
+    const Run run = m_shop->shell(text("\"$tool\" validate --special-files --jobs 2 bad.xml pipe bad.xml 2>&1 | {\n"
                                        "  read first; echo \"first: $first\"\n"
                                        "  cat good.xml > pipe\n"
                                        "  sed 's/^/then: /'\n"
@@ -116,9 +116,10 @@ void ToolBatchTest::aResultIsToldAsSoonAsThoseInFrontOfItAre()
 void ToolBatchTest::theOthersAreWorkedOnBehindOneThatTakesLong()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
-    const Run run = m_shop->shell(await
-                                  + text("{ await out/good.tpb; cat good.xml; } > pipe &\n"
-                                         "\"$tool\" convert --jobs 2 --to tagged --out-dir out pipe good.xml; wait"));
+    const Run run = m_shop->shell(
+        await
+        + text("{ await out/good.tpb; cat good.xml; } > pipe &\n"
+               "\"$tool\" convert --special-files --jobs 2 --to tagged --out-dir out pipe good.xml; wait"));
     QCOMPARE(run.err, text("tunerproperties: 2 files: 2 converted\n"));
     QCOMPARE(m_shop->read(text("out/pipe.tpb")), QByteArray::fromHex(smallTaggedHex));
     QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
@@ -128,8 +129,9 @@ void ToolBatchTest::oneJobWorksOnOneFileAtATime()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
     // Opening the pipe waits until the program reads from it; the file behind it must not have been touched by then.
-    const Run run = m_shop->shell(text("{ test -e out/good.tpb && echo early; cat good.xml; } > pipe &\n"
-                                       "\"$tool\" convert --jobs 1 --to tagged --out-dir out pipe good.xml; wait"));
+    const Run run =
+        m_shop->shell(text("{ test -e out/good.tpb && echo early; cat good.xml; } > pipe &\n"
+                           "\"$tool\" convert --special-files --jobs 1 --to tagged --out-dir out pipe good.xml; wait"));
     QCOMPARE(run.err, text("tunerproperties: 2 files: 2 converted\n"));
     QCOMPARE(m_shop->read(text("out/pipe.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
@@ -354,7 +356,7 @@ void ToolBatchTest::memoryDoesNotGrowWithTheNumberOfFiles()
     // With two jobs a thread may be 32 files ahead: of the pipe and 31 more, all others wait.
     const Run run =
         m_shop->shell(await
-                      + text("\"$tool\" convert --quiet --jobs 2 --to tagged --out-dir out pipe %1 &\n"
+                      + text("\"$tool\" convert --special-files --quiet --jobs 2 --to tagged --out-dir out pipe %1 &\n"
                              "await out/030.tpb; sleep 0.2; ls out | wc -l; cat good.xml > pipe; wait; ls out | wc -l")
                             .arg(files.join(QLatin1Char(' '))));
     QCOMPARE(run.out.simplified(), text("31 201"));

@@ -534,7 +534,8 @@ void ToolGetSetTest::theArgumentsHaveToFit_data()
     row("set f.json quantity", "the value is missing");
     row("set --unset f.json quantity 3", "--unset takes a path and no value");
     row("get f.json", "the arguments of 'get' are FILE PATH");
-    row("set f.json name -x", "'-x' is no option of 'set'");
+    row("set f.json name -x",
+        "unknown option '-x' of 'set'; for a file of that name, write './-x' or put '--' before it");
 }
 
 void ToolGetSetTest::theArgumentsHaveToFit()

@@ -32,6 +32,13 @@ private Q_SLOTS:
     void documentsThatAreNone();
     void standardInputIsNamedByADash_data();
     void standardInputIsNamedByADash();
+    void filesOfMoreThanAGigabyteAreRefusedUnread_data();
+    void filesOfMoreThanAGigabyteAreRefusedUnread();
+    void aPipeAmongSeveralFilesIsNotOpened();
+    void devicesAmongSeveralFilesAreNotOpened();
+    void specialFilesAreReadIfTheyAreAllowed();
+    void aPipeInTheFolderOfOutputsIsNotOpened();
+    void twoPipesCanBeCompared();
     void closedStreamsAreNotTakenForFiles_data();
     void closedStreamsAreNotTakenForFiles();
 
@@ -198,7 +205,7 @@ void ToolInputTest::filesThatCannotBeRead_data()
                              << QStringLiteral("cannot open: No such file or directory");
     QTest::newRow("in a missing folder") << QStringLiteral("no/a.tps")
                                          << QStringLiteral("cannot open: No such file or directory");
-    QTest::newRow("a folder") << QStringLiteral(".") << QStringLiteral("cannot open: file to open is a directory");
+    QTest::newRow("a folder") << QStringLiteral(".") << QStringLiteral("cannot open: Is a directory");
     // Can be opened by everybody, the superuser included, and read by nobody where it begins.
     QTest::newRow("unreadable") << QStringLiteral("/proc/self/mem")
                                 << QStringLiteral("cannot read: Input/output error");
@@ -315,6 +322,119 @@ void ToolInputTest::standardInputIsNamedByADash()
     QCOMPARE(run.status, 3);
     QCOMPARE(m_shop->run(line("show -"), "<TunerProperties>\n<x>").err,
              QStringLiteral("tunerproperties: -:2:3: Premature end of document.\n"));
+}
+
+void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    const auto row = [](const char *name, const QByteArray &content) {
+        QTest::newRow(name) << QString::fromUtf8(name) << content;
+    };
+    row("big.xml", smallXml);
+    row("big.tpb", tagged);
+    row("big.tpz", compressed());
+    row("big.tps", snapshot);
+    row("big.json", "{\"TunerProperties\": {}}");
+    row("big", "");
+}
+
+// Sparse files, which take no room.
+void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    m_shop->write(name, content);
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    for (const qint64 size : {qint64(3) << 30, qint64(1'000'000'001)}) {
+        QVERIFY(QFile::resize(m_shop->path(name), size));
+        const QString refusal = QStringLiteral("tunerproperties: %1: is too large: it has %2 bytes, and the limit is "
+                                               "1000000000\n");
+        for (const QStringList &arguments :
+             {QStringList{QStringLiteral("validate"), name}, QStringList{QStringLiteral("show"), name},
+              QStringList{QStringLiteral("convert"), name, QStringLiteral("out.xml")},
+              QStringList{QStringLiteral("set"), name, QStringLiteral("quantity"), QStringLiteral("2")},
+              QStringList{QStringLiteral("diff"), QStringLiteral("small.xml"), name}}) {
+            const Run run = m_shop->run(arguments);
+            QCOMPARE(run.err, refusal.arg(name).arg(size));
+            QCOMPARE(run.out, QString());
+            QCOMPARE(run.status, 3);
+        }
+        const Run fromInput = m_shop->shell(QStringLiteral("\"$tool\" validate --quiet - < %1").arg(name));
+        QCOMPARE(fromInput.err, refusal.arg(QStringLiteral("-")).arg(size));
+        QCOMPARE(fromInput.status, 3);
+    }
+    QCOMPARE(m_shop->files(), QStringList({name, QStringLiteral("small.xml")}));
+}
+
+namespace {
+
+const QString notRegular =
+    QStringLiteral("tunerproperties: %1: is not a regular file; among several files, use --special-files to read it\n");
+
+} // namespace
+
+// Nobody ever opens the other end.
+void ToolInputTest::aPipeAmongSeveralFilesIsNotOpened()
+{
+    m_shop->write(QStringLiteral("good.xml"), smallXml);
+    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("planted.xml"))).constData(), 0600), 0);
+    QVERIFY(QFile::link(QStringLiteral("planted.xml"), m_shop->path(QStringLiteral("z.xml"))));
+    const QString pipes = notRegular.arg(QStringLiteral("planted.xml")) + notRegular.arg(QStringLiteral("z.xml"));
+    const Run validated = m_shop->shell(QStringLiteral("\"$tool\" validate -- *.xml"));
+    QCOMPARE(validated.err, pipes + QStringLiteral("tunerproperties: 3 files: 1 valid, 2 unreadable\n"));
+    QCOMPARE(validated.status, 3);
+    const Run converted = m_shop->shell(QStringLiteral("\"$tool\" convert --to tagged --out-dir out -- *.xml"));
+    QCOMPARE(converted.err, pipes + QStringLiteral("tunerproperties: 3 files: 1 converted, 2 unreadable\n"));
+    QCOMPARE(converted.status, 3);
+    QCOMPARE(m_shop->read(QStringLiteral("out/good.tpb")), tagged);
+}
+
+void ToolInputTest::devicesAmongSeveralFilesAreNotOpened()
+{
+    m_shop->write(QStringLiteral("good.xml"), smallXml);
+    const Run run = m_shop->run(line("validate /dev/zero good.xml . -"), smallXml);
+    QCOMPARE(run.err,
+             notRegular.arg(QStringLiteral("/dev/zero"))
+                 + QStringLiteral("tunerproperties: .: cannot open: Is a directory\n"
+                                  "tunerproperties: 4 files: 2 valid, 2 unreadable\n"));
+    QCOMPARE(run.status, 3);
+}
+
+void ToolInputTest::specialFilesAreReadIfTheyAreAllowed()
+{
+    m_shop->write(QStringLiteral("good.xml"), smallXml);
+    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    const Run run =
+        m_shop->shell(QStringLiteral("cat good.xml > pipe & \"$tool\" validate --special-files pipe good.xml; wait"));
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: 2 files: 2 valid\n"));
+    QCOMPARE(run.status, 0);
+}
+
+void ToolInputTest::aPipeInTheFolderOfOutputsIsNotOpened()
+{
+    m_shop->write(QStringLiteral("a.xml"), smallXml);
+    QVERIFY(QDir().mkpath(m_shop->path(QStringLiteral("out"))));
+    const QString pipe = m_shop->path(QStringLiteral("out/a.tpb"));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const Run run = m_shop->run(line("convert --to tagged --out-dir out a.xml"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: out/a.tpb: cannot write: it exists and is not a regular file\n"));
+    QCOMPARE(run.status, 3);
+    const Run allowed = m_shop->shell(
+        QStringLiteral("cat out/a.tpb & \"$tool\" convert --special-files --to tagged --out-dir out a.xml; wait"));
+    QCOMPARE(allowed.err, QString());
+    QCOMPARE(allowed.bytes, tagged);
+}
+
+void ToolInputTest::twoPipesCanBeCompared()
+{
+    m_shop->write(QStringLiteral("a.xml"), smallXml);
+    const Run run =
+        m_shop->shell(QStringLiteral("mkfifo p q; cat a.xml > p & cat a.xml > q & \"$tool\" diff p q; wait"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 0);
 }
 
 void ToolInputTest::closedStreamsAreNotTakenForFiles_data()

@@ -29,6 +29,9 @@ private Q_SLOTS:
     void whatIsNoDocumentIsRefusedAtItsPath();
     void longNamesAreCutInMessages();
     void deepNestingIsRefused();
+    void errorsShowTheEndOfALongToken_data();
+    void errorsShowTheEndOfALongToken();
+    void aTokenAsLongAsItsFileIsNotPrinted();
     void manyMembersAreRefused();
     void textsHoldEveryCharacter();
     void validatingTellsTheSameProblems();
@@ -494,6 +497,51 @@ void ToolJsonTest::deepNestingIsRefused()
     QCOMPARE(refusal(deep), QStringLiteral("tunerproperties: -:1:84: nested deeper than 64 levels\n"));
 }
 
+void ToolJsonTest::errorsShowTheEndOfALongToken_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("text");
+    const QByteArray xs(100'000, 'x');
+    const QString shown = QStringLiteral("...") + QString(40, QLatin1Char('x'));
+    QTest::newRow("a text without its end")
+        << QByteArray("{\"TunerProperties\": {\"name\": \"" + xs)
+        << QStringLiteral(
+               "1:100031: syntax error while parsing value - invalid string: missing closing quote; last read: '")
+            + shown + QLatin1Char('\'');
+    QTest::newRow("a key") << QByteArray("{\"" + xs + "\x01\": 1}")
+                           << QStringLiteral(
+                                  "1:100003: syntax error while parsing object key - invalid string: control "
+                                  "character U+0001 (SOH) must be escaped to \\u0001; last read: '...")
+            + QString(32, QLatin1Char('x')) + QStringLiteral("<U+0001>'; expected string literal");
+    QTest::newRow("a number") << QByteArray("{\"a\": " + QByteArray(100'000, '1') + ".}")
+                              << QStringLiteral("1:100008: syntax error while parsing value - invalid number; expected "
+                                                "digit after '.'; last read: '...")
+            + QString(38, QLatin1Char('1')) + QStringLiteral(".}'");
+    QTest::newRow("a key that is there twice") << QByteArray("{\"" + xs + "\": 1, \"" + xs + "\": 2}")
+                                               << QStringLiteral("1:200010: '") + QString(40, QLatin1Char('x'))
+            + QStringLiteral("...' stands twice in the same object");
+}
+
+void ToolJsonTest::errorsShowTheEndOfALongToken()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, text);
+    QCOMPARE(refusal(json), QStringLiteral("tunerproperties: -:") + text + QLatin1Char('\n'));
+}
+
+void ToolJsonTest::aTokenAsLongAsItsFileIsNotPrinted()
+{
+    Workshop shop;
+    const Run run =
+        shop.shell(QStringLiteral("{ printf '{\"a\": \"'; head -c 10000000 /dev/zero | tr '\\0' x; } > a.json; "
+                                  "\"$tool\" validate a.json"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: a.json:1:10000008: syntax error while parsing value - invalid string: "
+                            "missing closing quote; last read: '...%1'\n")
+                 .arg(QString(40, QLatin1Char('x'))));
+    QCOMPARE(run.status, 3);
+}
+
 void ToolJsonTest::manyMembersAreRefused()
 {
     QByteArray many = R"({"TunerProperties": {)";
@@ -504,9 +552,13 @@ void ToolJsonTest::manyMembersAreRefused()
 
 void ToolJsonTest::textsHoldEveryCharacter()
 {
-    const char *const members = R"("name": "\u0000\u0001\b\t\n\f\r\"\\/)"
-                                "\u007F\u00E9\u2028\uFEFF\uFFFE\U0001F600\"";
+    const char *const members = R"("name": "\u0000\u0001\b\t\n\f\r\"\\/\u007f)"
+                                "\u00E9"
+                                R"(\u2028\ufeff\ufffe)"
+                                "\U0001F600\"";
     QCOMPARE(again(members), QString::fromUtf8(members));
+    QCOMPARE(again("\"name\": \"\u007F\u2028\uFEFF\uFFFE\U000E0041\""),
+             QStringLiteral(R"("name": "\u007f\u2028\ufeff\ufffe\udb40\udc41")"));
     QCOMPARE(again(R"("name": "\u00e9\ud83d\ude00\/")"), QStringLiteral("\"name\": \"\u00E9\U0001F600/\""));
 }
 

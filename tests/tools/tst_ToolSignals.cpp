@@ -138,7 +138,7 @@ void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame()
 {
     QFETCH(int, number);
     makePipe();
-    start(line("convert --jobs 2 --to tagged --out-dir out good.xml pipe other.xml"));
+    start(line("convert --special-files --jobs 2 --to tagged --out-dir out good.xml pipe other.xml"));
     awaitReader();
     awaitFile("out/good.tpb");
     awaitFile("out/other.tpb");
@@ -156,7 +156,7 @@ void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame()
 void ToolSignalsTest::beforeTheFirstFileIsDoneNoneIsCounted()
 {
     makePipe();
-    start(line("validate --jobs 1 pipe good.xml"));
+    start(line("validate --special-files --jobs 1 pipe good.xml"));
     awaitReader();
     kill(pid_t(m_process->processId()), SIGINT);
     checkThatItEndsBy(SIGINT);
@@ -167,7 +167,7 @@ void ToolSignalsTest::beforeTheFirstFileIsDoneNoneIsCounted()
 void ToolSignalsTest::quietlyItEndsWithoutAWord()
 {
     makePipe();
-    start(line("validate --quiet pipe good.xml"));
+    start(line("validate --special-files --quiet pipe good.xml"));
     awaitReader();
     kill(pid_t(m_process->processId()), SIGINT);
     checkThatItEndsBy(SIGINT);
@@ -177,7 +177,7 @@ void ToolSignalsTest::quietlyItEndsWithoutAWord()
 void ToolSignalsTest::jsonIsFollowedByTheSameWords()
 {
     makePipe();
-    start(line("validate --json --jobs 1 good.xml pipe"));
+    start(line("validate --special-files --json --jobs 1 good.xml pipe"));
     awaitReader(); // with one job the first file is done by then
     kill(pid_t(m_process->processId()), SIGTERM);
     checkThatItEndsBy(SIGTERM);
@@ -211,8 +211,9 @@ void ToolSignalsTest::whatIsIgnoredFromTheStartStaysSo()
     makePipe();
     m_process->setProcessEnvironment(m_environment);
     m_process->setWorkingDirectory(m_shop->path(text(".")));
-    m_process->start(text("/bin/sh"),
-                     {text("-c"), text("trap '' HUP; exec \"$0\" validate good.xml pipe"), text(TOOL_PROGRAM)});
+    m_process->start(
+        text("/bin/sh"),
+        {text("-c"), text("trap '' HUP; exec \"$0\" validate --special-files good.xml pipe"), text(TOOL_PROGRAM)});
     QVERIFY(m_process->waitForStarted());
     awaitReader();
     kill(pid_t(m_process->processId()), SIGHUP);

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <memory>
 #include <vector>
 
+#include <Printable.h>
 #include <batch/Progress.h>
+#include <jobxml/TunerProperties.h>
 
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
@@ -10,6 +13,9 @@
 #include <sys/stat.h>
 
 #include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 /// What people see who start the tool on a terminal: a bar while it is at work on many files.
 class ToolTerminalTest : public QObject
@@ -26,8 +32,16 @@ private Q_SLOTS:
     void whereNobodyWantsABarThereIsNone();
     void theBarFitsTheTerminal_data();
     void theBarFitsTheTerminal();
+    void everyCommandEscapesWhatIsNotPrintable_data();
+    void everyCommandEscapesWhatIsNotPrintable();
+    void getWritesTheValueUnchangedIntoAPipe();
+    void jsonIsTheSameOnATerminalAndInAPipe();
+    void binaryFormsAreEscapedOnATerminal();
+    void diffKeepsItsColorsOnATerminal();
 
 private:
+    void writeHostile() const;
+
     std::unique_ptr<Workshop> m_shop;
 };
 
@@ -70,7 +84,8 @@ void ToolTerminalTest::aBarShowsHowFarItIs()
     QVERIFY(bar.size() < columns);
     QElapsedTimer timer;
     timer.start();
-    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" validate --jobs 2 good.xml pipe"), columns);
+    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" validate --special-files --jobs 2 good.xml pipe"),
+                      columns);
     QVERIFY2(terminal.await('\r' + bar + "\x1b[K"), terminal.written().constData());
     QVERIFY(timer.elapsed() >= 1000); // quick work has none
     m_shop->shell(text("cat good.xml > pipe"));
@@ -82,7 +97,7 @@ void ToolTerminalTest::theBarStandsBelowWhatIsTold()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("other"))).constData(), 0600), 0);
     Terminal terminal(m_shop->path(text(".")),
-                      text("\"$tool\" validate --jobs 2 bad.xml pipe missing.xml bad.xml other"), 40);
+                      text("\"$tool\" validate --special-files --jobs 2 bad.xml pipe missing.xml bad.xml other"), 40);
     QVERIFY2(terminal.await("[==============>         ] 3 of 5 files\x1b[K"), terminal.written().constData());
     m_shop->shell(text("cat good.xml > pipe"));
     const QString withBar = text("bad.xml: TunerProperties: Please set type properly.\n"
@@ -111,11 +126,11 @@ void ToolTerminalTest::whereNobodyWantsABarThereIsNone()
     };
     const char *const summary = "tunerproperties: 2 files: 2 valid\r\n";
     const Case cases[] = {
-        {"\"$tool\" validate good.xml pipe 2>&1 | cat", 80, "xterm", summary},
-        {"\"$tool\" validate good.xml pipe 2> err; cat err", 80, "xterm", summary},
-        {"\"$tool\" validate --quiet good.xml pipe", 80, "xterm", ""},
-        {"\"$tool\" validate good.xml pipe", 80, "dumb", summary},
-        {"\"$tool\" validate good.xml pipe", 12, "xterm", summary}, // less than the numbers take
+        {"\"$tool\" validate --special-files good.xml pipe 2>&1 | cat", 80, "xterm", summary},
+        {"\"$tool\" validate --special-files good.xml pipe 2> err; cat err", 80, "xterm", summary},
+        {"\"$tool\" validate --special-files --quiet good.xml pipe", 80, "xterm", ""},
+        {"\"$tool\" validate --special-files good.xml pipe", 80, "dumb", summary},
+        {"\"$tool\" validate --special-files good.xml pipe", 12, "xterm", summary}, // less than the numbers take
         {"\"$tool\" validate pipe", 80, "xterm", ""},
     };
     std::vector<std::unique_ptr<Workshop>> shops;
@@ -165,6 +180,122 @@ void ToolTerminalTest::theBarFitsTheTerminal()
     QFETCH(QString, bar);
     QCOMPARE(progressText(done, count, width), bar);
     QVERIFY(bar.size() <= width);
+}
+
+namespace {
+
+// Colors, a window's title, the clipboard (OSC 52), a link (OSC 8), CSI as a single character of C1, and characters
+// that turn the direction of the text, hide or join what follows.
+const char *const hostileName = "a\x1B[31m\x1B]0;t\x07\x1B]52;c;eA==\x07\x1B]8;;http://x\x1B\\\xC2\x9B"
+                                "2J\r\b\x7F\xE2\x80\xAE\xE2\x80\x8B\xE2\x81\xA6\xEF\xBB\xBF\xF3\xA0\x81\x81z";
+const char *const shownName = R"(a\u001b[31m\u001b]0;t\u0007\u001b]52;c;eA==\u0007\u001b]8;;http://x\u001b\\u009b2J)"
+                              R"(\r\u0008\u007f\u202e\u200b\u2066\ufeff\udb40\udc41z)";
+
+bool isPrintable(const QByteArray &written)
+{
+    const QString all = QString::fromUtf8(written);
+    const auto units = all.toUcs4();
+    return all.toUtf8() == written && std::all_of(units.begin(), units.end(), [](uint character) {
+               return character == '\r' || character == '\n' || character == '\t' || Printable::isPrintable(character);
+           });
+}
+
+} // namespace
+
+/// In the forms that can hold all of it.
+void ToolTerminalTest::writeHostile() const
+{
+    JobXml::TunerProperties document;
+    document.SetValidate(false);
+    QVERIFY(document.SetXmlString(text(smallXml), false));
+    document.Setname(text(hostileName));
+    document.GetComponent()[0].Setname(text(hostileName));
+    document.GetComponent()[0].Resetoptional();
+    m_shop->write(text("h.tpb"), document.GetBinaryRepresentationAsQByteArray());
+    document.Setname(text("other"));
+    m_shop->write(text("o.tpb"), document.GetBinaryRepresentationAsQByteArray());
+}
+
+void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("shown"); // a part of what is written
+    const QString name = text(shownName);
+    const auto row = [](const char *command, const QString &shown) {
+        QTest::newRow(command) << text(command) << shown;
+    };
+    const QString quoted = QString(name).replace(text("\\\\u009b"), text("\\\\\\u009b"));
+    row("get h.tpb name", name + text("\r\n"));
+    row("get h.tpb Component", text("eA=="));
+    row("show h.tpb", text("name: \"") + quoted + text("\""));
+    row("show --format json h.tpb", text("\\u009b2J"));
+    row("show --format html h.tpb", text("U+009B2J"));
+    row("diff o.tpb h.tpb", quoted);
+    row("diff --color never o.tpb h.tpb", quoted);
+    row("diff --json o.tpb h.tpb", text("\\\\u009b2J"));
+    row("validate h.tpb", text("\\u009b2J"));
+    row("validate --json h.tpb", text("\\u009b2J"));
+    row("convert --no-validate h.tpb - --to json", text("\\u009b2J"));
+    row("get h.tpb $(printf 'x\\342\\200\\256')", text("x\\u202e"));
+    row("show $(printf 'x\\302\\2332J')", text("x\\u009b2J: cannot open"));
+    row("$(printf '\\033[31m')", text("\\u001b[31m"));
+    row("set h.tpb type $(printf '\\302\\233')", text("\\u009b"));
+}
+
+void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, shown);
+    writeHostile();
+    Terminal terminal(m_shop->path(text(".")), text("TERM=dumb \"$tool\" ") + command, 80);
+    terminal.readAll();
+    const QByteArray written = terminal.written();
+    QVERIFY2(written.contains(shown.toUtf8()), written.constData());
+    QVERIFY2(isPrintable(written), written.toPercentEncoding().constData());
+}
+
+void ToolTerminalTest::getWritesTheValueUnchangedIntoAPipe()
+{
+    writeHostile();
+    QCOMPARE(m_shop->run(line("get h.tpb name")).bytes, QByteArray(hostileName) + '\n');
+    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" get h.tpb name | od -An -tx1"), 80);
+    terminal.readAll();
+    QCOMPARE(QByteArray::fromHex(terminal.written()), QByteArray(hostileName) + '\n');
+}
+
+void ToolTerminalTest::jsonIsTheSameOnATerminalAndInAPipe()
+{
+    writeHostile();
+    for (const char *command :
+         {"show --format json h.tpb", "diff --json h.tpb o.tpb", "validate --json h.tpb", "get h.tpb Component"}) {
+        Terminal terminal(m_shop->path(text(".")), text("\"$tool\" ") + text(command), 80);
+        terminal.readAll();
+        const QByteArray piped = m_shop->run(line(command)).bytes;
+        QCOMPARE(QByteArray(terminal.written()).replace("\r\n", "\n"), piped);
+        QVERIFY(QJsonDocument::fromJson(piped).object().size() + QJsonDocument::fromJson(piped).array().size() > 0);
+    }
+    const QByteArray json = m_shop->run(line("show --format json h.tpb")).bytes;
+    QCOMPARE(QJsonDocument::fromJson(json)[text("TunerProperties")][text("name")].toString(), text(hostileName));
+}
+
+void ToolTerminalTest::binaryFormsAreEscapedOnATerminal()
+{
+    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" convert good.xml - --to tagged"), 80);
+    terminal.readAll();
+    QVERIFY2(terminal.written().startsWith(R"(\xc1\u000c\xbb_\u0000\u0000\u0000\xb3\xcc\xfe)"),
+             terminal.written().constData());
+    QVERIFY(isPrintable(terminal.written()));
+}
+
+void ToolTerminalTest::diffKeepsItsColorsOnATerminal()
+{
+    writeHostile();
+    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" diff o.tpb h.tpb"), 80);
+    terminal.readAll();
+    QByteArray written = terminal.written();
+    QVERIFY2(written.startsWith("\x1B[33m~ name: ") && written.endsWith("\x1B[m\r\n"), written.constData());
+    written.replace("\x1B[33m", "").replace("\x1B[m", "");
+    QVERIFY2(isPrintable(written), written.toPercentEncoding().constData());
 }
 
 QTEST_GUILESS_MAIN(ToolTerminalTest)

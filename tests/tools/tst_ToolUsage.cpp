@@ -13,7 +13,13 @@ private Q_SLOTS:
     void theHelpTellsTheCommands();
     void theHelpOfACommandTellsAllAboutIt();
     void theHelpOfACommandTellsEveryWayToUseIt();
-    void helpComesBeforeComplaints();
+    void helpNeedsNoArgumentsOfTheCommand();
+    void aFileNameIsNeverAnOption_data();
+    void aFileNameIsNeverAnOption();
+    void everyCommandRefusesAFileNameAsAnOption_data();
+    void everyCommandRefusesAFileNameAsAnOption();
+    void anOptionWithAValueIsGivenOnce();
+    void valuesOfOptionsAreTakenInEveryWay();
     void theVersionIsThatOfTheProject_data();
     void theVersionIsThatOfTheProject();
     void afterTwoDashesNothingIsAnOption();
@@ -40,24 +46,31 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
     row("x", "'x' is no command", "tunerproperties --help");
     row("help vlidate", "'vlidate' is no command; did you mean 'validate'?", "tunerproperties help --help");
     row("help show convert", "the arguments of 'help' are [COMMAND]", "tunerproperties help --help");
-    row("--xyzzy", "'--xyzzy' is no option", "tunerproperties --help");
-    row("--verison", "'--verison' is no option; did you mean '--version'?", "tunerproperties --help");
+    row("--xyzzy", "unknown option '--xyzzy'", "tunerproperties --help");
+    row("--verison", "unknown option '--verison'; did you mean '--version'?", "tunerproperties --help");
     row("--to xml", "a command is missing", "tunerproperties --help");
     row("show", "the arguments of 'show' are FILE", "tunerproperties show --help");
     row("show a.xml b.xml", "the arguments of 'show' are FILE", "tunerproperties show --help");
-    row("show --frob a.xml", "'--frob' is no option of 'show'; did you mean '--from'?", "tunerproperties show --help");
-    row("show --to xml a.xml", "'--to' is no option of 'show'", "tunerproperties show --help");
-    row("show a.xml --from", "Missing value after '--from'.", "tunerproperties show --help");
+    row("show --frob a.xml", "unknown option '--frob' of 'show'; did you mean '--from'?",
+        "tunerproperties show --help");
+    row("show --to xml a.xml",
+        "unknown option '--to' of 'show'; for a file of that name, write './--to' or put '--' before it",
+        "tunerproperties show --help");
+    row("show a.xml --from", "'--from' needs a value: FORM", "tunerproperties show --help");
     row("validate", "the arguments of 'validate' are FILE...", "tunerproperties validate --help");
-    row("validate --no-validate a.xml", "'--no-validate' is no option of 'validate'",
+    row("validate --no-validate a.xml",
+        "unknown option '--no-validate' of 'validate'; for a file of that name, write './--no-validate' or put '--' "
+        "before "
+        "it",
         "tunerproperties validate --help");
     row("convert", "the arguments of 'convert' are IN OUT or --to FORM --out-dir DIR FILE...",
         "tunerproperties convert --help");
     row("convert a.xml", "without --out-dir the arguments of 'convert' are IN OUT", "tunerproperties convert --help");
     row("convert a.xml b.xml c.xml", "without --out-dir the arguments of 'convert' are IN OUT",
         "tunerproperties convert --help");
-    row("convert a.xml b.xml --to", "Missing value after '--to'.", "tunerproperties convert --help");
-    row("convert a.xml b.xml --no-validate=1", "Unexpected value after '--no-validate'.",
+    row("convert a.xml b.xml --to", "'--to' needs a value: FORM", "tunerproperties convert --help");
+    row("convert a.xml b.xml --no-validate=1",
+        "'--no-validate' takes no value; for a file of that name, write './--no-validate=1' or put '--' before it",
         "tunerproperties convert --help");
     row("convert a.xml b", "the name of 'b' does not tell the form to write; use --to",
         "tunerproperties convert --help");
@@ -145,6 +158,13 @@ void ToolUsageTest::theHelpTellsTheCommands()
                        "binary forms are recognised by their content; a snapshot, which carries no mark,\n"
                        "by its name or by --from snapshot.\n"
                        "\n"
+                       "An argument that begins with - is an option. Write ./* or -- *.xml, so that the\n"
+                       "name of a file is never an option.\n"
+                       "\n"
+                       "In messages a name has \\xHH for a byte that is not UTF-8 and \\\\ for a backslash.\n"
+                       "On a terminal, characters that are not printable are shown as \\uXXXX; to a file\n"
+                       "or a pipe, they are written unchanged.\n"
+                       "\n"
                        "Ctrl-C, or another signal, leaves no file half written. The program tells how\n"
                        "far it came with many files, and ends by that signal; a second one ends it at\n"
                        "once.\n"
@@ -176,26 +196,30 @@ void ToolUsageTest::theHelpOfACommandTellsAllAboutIt()
                        "\"problems\" or \"unreadable\"), \"problems\" and \"error\" (why it is unreadable, or\n"
                        "null). A problem has \"path\" (the objects from the outermost to the one at\n"
                        "fault), \"line\", \"column\" and \"message\"; either path or line and column are null.\n"
-                       "There is no summary then.\n"
+                       "There is no summary then. A \"file\" that is not UTF-8 is escaped as in messages,\n"
+                       "and \"fileBytes\" has its bytes as hexadecimal digits.\n"
                        "\n"
                        "Options:\n"
-                       "  -h, --help         Shows this help.\n"
-                       "      --from FORM    What the input is: xml, tagged, compressed, snapshot or\n"
-                       "                     json. Only a snapshot whose name does not end in .tps\n"
-                       "                     cannot be recognised.\n"
-                       "  -j, --jobs NUMBER  Works on up to NUMBER files at once; on as many as there\n"
-                       "                     are processors if not told.\n"
-                       "  -q, --quiet        Tells only which files cannot be read or written. Whether\n"
-                       "                     there were problems, the exit status tells.\n"
-                       "      --json         Writes a line for each file to standard output, a JSON\n"
-                       "                     object.\n"
+                       "  -h, --help           Shows this help.\n"
+                       "      --from FORM      What the input is: xml, tagged, compressed, snapshot or\n"
+                       "                       json. Only a snapshot whose name does not end in .tps\n"
+                       "                       cannot be recognised.\n"
+                       "  -j, --jobs NUMBER    Works on up to NUMBER files at once; on as many as there\n"
+                       "                       are processors if not told.\n"
+                       "  -q, --quiet          Tells only which files cannot be read or written. Whether\n"
+                       "                       there were problems, the exit status tells.\n"
+                       "      --json           Writes a line for each file to standard output, a JSON\n"
+                       "                       object.\n"
+                       "      --special-files  Accepts pipes and devices among several files as well. By\n"
+                       "                       default these must be regular files, since a pipe in a\n"
+                       "                       folder could block the rest.\n"
                        "\n"
                        "Examples:\n"
                        "  tunerproperties validate receiver.xml\n"
                        "      Tells every problem of a document, and nothing if there is none.\n"
-                       "  tunerproperties validate --quiet *.xml && echo fine\n"
+                       "  tunerproperties validate --quiet -- *.xml && echo fine\n"
                        "      Asks whether all documents are valid.\n"
-                       "  tunerproperties validate --json *.xml\n"
+                       "  tunerproperties validate --json -- *.xml\n"
                        "      Tells the problems of many documents to a program.\n");
     for (const char *arguments : {"validate --help", "validate -h", "help validate"}) {
         const Run run = Workshop().run(line(arguments));
@@ -222,34 +246,37 @@ void ToolUsageTest::theHelpOfACommandTellsEveryWayToUseIt()
                        "\n"
                        "With --json a line for each file is an object with \"file\", \"output\", \"status\"\n"
                        "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\" and \"error\",\n"
-                       "as 'validate --json' writes them.\n"
+                       "as 'validate --json' writes them; \"outputBytes\" is like \"fileBytes\".\n"
                        "\n"
                        "Options:\n"
-                       "  -h, --help         Shows this help.\n"
-                       "      --from FORM    What the input is: xml, tagged, compressed, snapshot or\n"
-                       "                     json. Only a snapshot whose name does not end in .tps\n"
-                       "                     cannot be recognised.\n"
-                       "      --to FORM      What to write: xml, tagged, compressed, snapshot or json.\n"
-                       "                     Without it the name of the output says: .xml, .tpb, .tpz,\n"
-                       "                     .tps or .json; standard output is XML.\n"
-                       "      --out-dir DIR  Writes into this folder, which is made if it is missing,\n"
-                       "                     under the names of the inputs with the suffix of the form.\n"
-                       "                     Takes --to.\n"
-                       "      --no-validate  Writes the document as it stands, whatever its problems\n"
-                       "                     are.\n"
-                       "  -j, --jobs NUMBER  Works on up to NUMBER files at once; on as many as there\n"
-                       "                     are processors if not told.\n"
-                       "  -q, --quiet        Tells only which files cannot be read or written. Whether\n"
-                       "                     there were problems, the exit status tells.\n"
-                       "      --json         Writes a line for each file to standard output, a JSON\n"
-                       "                     object.\n"
+                       "  -h, --help           Shows this help.\n"
+                       "      --from FORM      What the input is: xml, tagged, compressed, snapshot or\n"
+                       "                       json. Only a snapshot whose name does not end in .tps\n"
+                       "                       cannot be recognised.\n"
+                       "      --to FORM        What to write: xml, tagged, compressed, snapshot or json.\n"
+                       "                       Without it the name of the output says: .xml, .tpb, .tpz,\n"
+                       "                       .tps or .json; standard output is XML.\n"
+                       "      --out-dir DIR    Writes into this folder, which is made if it is missing,\n"
+                       "                       under the names of the inputs with the suffix of the\n"
+                       "                       form. Takes --to.\n"
+                       "      --no-validate    Writes the document as it stands, whatever its problems\n"
+                       "                       are.\n"
+                       "  -j, --jobs NUMBER    Works on up to NUMBER files at once; on as many as there\n"
+                       "                       are processors if not told.\n"
+                       "  -q, --quiet          Tells only which files cannot be read or written. Whether\n"
+                       "                       there were problems, the exit status tells.\n"
+                       "      --json           Writes a line for each file to standard output, a JSON\n"
+                       "                       object.\n"
+                       "      --special-files  Accepts pipes and devices among several files as well. By\n"
+                       "                       default these must be regular files, since a pipe in a\n"
+                       "                       folder could block the rest.\n"
                        "\n"
                        "Examples:\n"
                        "  tunerproperties convert receiver.xml receiver.tpz\n"
                        "      Writes the compressed form.\n"
                        "  tunerproperties convert receiver.tpz - | less\n"
                        "      Writes XML to standard output.\n"
-                       "  tunerproperties convert --to tagged --out-dir records *.xml\n"
+                       "  tunerproperties convert --to tagged --out-dir records -- *.xml\n"
                        "      Writes records/NAME.tpb for every NAME.xml.\n");
     for (const char *arguments : {"convert --help", "convert -h", "help convert"}) {
         const Run run = Workshop().run(line(arguments));
@@ -259,12 +286,112 @@ void ToolUsageTest::theHelpOfACommandTellsEveryWayToUseIt()
     }
 }
 
-void ToolUsageTest::helpComesBeforeComplaints()
+void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()
 {
-    for (const char *arguments : {"convert --frob --help", "convert a b c --to frob -h"}) {
+    for (const char *arguments : {"convert --help", "--help convert", "convert --quiet -h", "convert -h -- "}) {
         const Run run = Workshop().run(line(arguments));
         QVERIFY2(run.out.startsWith(QLatin1String("Usage: tunerproperties convert [OPTION...] IN OUT\n")),
                  qPrintable(run.out));
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+    }
+}
+
+void ToolUsageTest::aFileNameIsNeverAnOption_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const char *text) {
+        QTest::newRow(name) << QString::fromUtf8(name) << QString::fromUtf8(text);
+    };
+    row("-h.xml", "unknown option '-h.xml' of 'validate'");
+    row("-v.xml", "unknown option '-v.xml' of 'validate'");
+    row("-q.xml", "unknown option '-q.xml' of 'validate'");
+    row("-qh", "unknown option '-qh' of 'validate'");
+    row("-hq", "unknown option '-hq' of 'validate'");
+    row("--help=.xml", "'--help' takes no value");
+    row("--version=.xml", "'--version' takes no value");
+    row("--quiet=.xml", "'--quiet' takes no value");
+    row("--help.xml", "unknown option '--help.xml' of 'validate'");
+    row("--hel", "unknown option '--hel' of 'validate'; did you mean '--help'?");
+    row("---help", "unknown option '---help' of 'validate'; did you mean '--help'?");
+    row("--out-dir=dir.xml", "unknown option '--out-dir=dir.xml' of 'validate'");
+    row("--=.xml", "unknown option '--=.xml' of 'validate'");
+    row("--help", "'--help' does not go with files");
+    row("-h", "'-h' does not go with files");
+    row("--version", "'--version' does not go with files");
+    row("-qmljsdebugger=file:x.xml", "unknown option '-qmljsdebugger=file:x.xml' of 'validate'");
+}
+
+// As "validate --quiet *.xml && echo fine" has it.
+void ToolUsageTest::aFileNameIsNeverAnOption()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, text);
+    Workshop shop;
+    shop.write(QStringLiteral("good.xml"), smallXml);
+    shop.write(name, "broken");
+    const QString hint = text.endsWith(QLatin1Char('?'))
+        ? QString()
+        : QStringLiteral("; for a file of that name, write './") + name + QStringLiteral("' or put '--' before it");
+    for (const QStringList &files :
+         {QStringList{name, QStringLiteral("good.xml")}, QStringList{QStringLiteral("good.xml"), name}}) {
+        const Run run = shop.run(QStringList{QStringLiteral("validate"), QStringLiteral("--quiet")} + files);
+        QCOMPARE(run.err,
+                 QStringLiteral("tunerproperties: ") + text + hint
+                     + QStringLiteral("\ntunerproperties: try 'tunerproperties validate --help'\n"));
+        QCOMPARE(run.out, QString());
+        QCOMPARE(run.status, 2);
+    }
+    for (const QStringList &files :
+         {QStringList{QStringLiteral("--"), name}, QStringList{QStringLiteral("./") + name}}) {
+        const Run run = shop.run(QStringList{QStringLiteral("validate"), QStringLiteral("--quiet")} + files);
+        QVERIFY2(run.err.startsWith(QStringLiteral("tunerproperties: ") + files.last() + QLatin1Char(':')),
+                 qPrintable(run.err));
+        QCOMPARE(run.status, 3);
+    }
+}
+
+void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    for (const char *arguments :
+         {"show -h.xml", "convert -h.xml a.tpb", "convert a.xml -h.tpb", "diff a.xml -h.xml", "get -h.xml type",
+          "set -h.xml type SCP", "new -h.xml", "schema -h.xml", "help -h.xml"})
+        QTest::newRow(arguments) << line(arguments);
+}
+
+void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption()
+{
+    QFETCH(QStringList, arguments);
+    const Run run = Workshop().run(arguments);
+    QVERIFY2(run.err.startsWith(QStringLiteral("tunerproperties: unknown option '-h.")), qPrintable(run.err));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.status, 2);
+}
+
+void ToolUsageTest::anOptionWithAValueIsGivenOnce()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("--out-dir=dir.xml"), smallXml);
+    shop.write(QStringLiteral("good.xml"), smallXml);
+    const Run run = shop.run(line("convert --to tagged --out-dir records --out-dir=dir.xml good.xml"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: '--out-dir' is given twice; for a file of that name, write "
+                            "'./--out-dir=dir.xml' or put '--' before it\n"
+                            "tunerproperties: try 'tunerproperties convert --help'\n"));
+    QCOMPARE(run.status, 2);
+    QCOMPARE(shop.files(), QStringList({QStringLiteral("--out-dir=dir.xml"), QStringLiteral("good.xml")}));
+}
+
+void ToolUsageTest::valuesOfOptionsAreTakenInEveryWay()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), smallXml);
+    for (const char *arguments :
+         {"validate -j 2 a.xml", "validate -j2 a.xml", "validate -j=2 a.xml", "validate --jobs 2 a.xml",
+          "validate --jobs=2 a.xml", "--jobs 2 validate a.xml", "-- validate a.xml", "validate a.xml -q -q"}) {
+        const Run run = shop.run(line(arguments));
         QCOMPARE(run.err, QString());
         QCOMPARE(run.status, 0);
     }

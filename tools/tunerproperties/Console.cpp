@@ -9,6 +9,7 @@
 
 #include <QtGlobal>
 
+#include "Printable.h"
 #include "batch/Interruption.h"
 
 // What is told by what() ends at the first NUL, which a document may well hold; escaping twice changes nothing.
@@ -48,28 +49,6 @@ QByteArray complaint(const QString &text)
     return "tunerproperties: " + onOneLine(text).toUtf8() + '\n';
 }
 
-QString escaped(const QString &text, bool quotes)
-{
-    QString result;
-    result.reserve(text.size());
-    for (const QChar character : text) {
-        const ushort code = character.unicode();
-        if (quotes && (character == QLatin1Char('"') || character == QLatin1Char('\\')))
-            result += QLatin1Char('\\') + QString(character);
-        else if (character == QLatin1Char('\n'))
-            result += QLatin1String("\\n");
-        else if (character == QLatin1Char('\r'))
-            result += QLatin1String("\\r");
-        else if (character == QLatin1Char('\t'))
-            result += QLatin1String("\\t");
-        else if (character.category() == QChar::Other_Control || code == 0x2028 || code == 0x2029)
-            result += QStringLiteral("\\u%1").arg(code, 4, 16, QLatin1Char('0'));
-        else
-            result += character;
-    }
-    return result;
-}
-
 } // namespace
 
 QString streamName()
@@ -78,6 +57,11 @@ QString streamName()
 }
 
 void write(const QByteArray &bytes)
+{
+    writeEscaped(standardOutputIsTerminal() ? Printable::escaped(bytes) : bytes);
+}
+
+void writeEscaped(const QByteArray &bytes)
 {
     int error = 0;
     {
@@ -139,12 +123,12 @@ bool tellAtLast(const QString &text)
 
 QString onOneLine(const QString &text)
 {
-    return escaped(text, false);
+    return Printable::escaped(text, false);
 }
 
 QString quoted(const QString &text)
 {
-    return QLatin1Char('"') + escaped(text, true) + QLatin1Char('"');
+    return QLatin1Char('"') + Printable::escaped(text, true) + QLatin1Char('"');
 }
 
 } // namespace Console

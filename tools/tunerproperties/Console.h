@@ -31,8 +31,12 @@ namespace Console {
 /// The name of standard input and output on the command line.
 QString streamName();
 
-/// Writes to standard output; throws FileFailure if that is not possible.
+/// Writes to standard output: unchanged to a file or a pipe; on a terminal, whatever is not printable is escaped (see
+/// Printable.h). The bytes are whole characters. Throws FileFailure if writing is not possible.
 void write(const QByteArray &bytes);
+
+/// The same for text in which whatever came from a document or a file name is escaped already, so that colors remain.
+void writeEscaped(const QByteArray &bytes);
 
 /// Writes one line to standard error, the name of the program in front.
 void complain(const QString &text);
@@ -54,7 +58,7 @@ void showBar(const QString &text);
 /// end the process. Returns false, and does nothing, as long as somebody else is writing.
 bool tellAtLast(const QString &text);
 
-/// The text on one line: control characters, line ends included, as escape sequences.
+/// The text on one line: line ends and all that is not printable as escape sequences.
 QString onOneLine(const QString &text);
 
 /// The text between quotes, with the quotes and backslashes in it escaped as well.

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <new>
 
 #include <QCoreApplication>
@@ -27,11 +28,15 @@ void occupyStandardStreams()
 int main(int argc, char **argv)
 {
     occupyStandardStreams();
-    QCoreApplication application(argc, argv);
+    QByteArrayList arguments; // as they are: Qt would decode them, and take some for its own
+    for (int i = 1; i < argc; ++i)
+        arguments.append(argv[i]);
+    int justTheName = std::min(argc, 1);
+    QCoreApplication application(justTheName, argv);
     const Interruption::Watch watch;
     QCoreApplication::setApplicationName(HelpText::program());
     try {
-        return int(runCommandLine(QCoreApplication::arguments()));
+        return int(runCommandLine(arguments));
     } catch (const std::bad_alloc &) {
         Console::complain(QStringLiteral("the memory does not suffice"));
     } catch (const std::exception &e) {

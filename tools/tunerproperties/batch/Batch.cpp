@@ -8,9 +8,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Printable.h"
 #include "batch/InOrder.h"
 #include "batch/Interruption.h"
 #include "batch/Progress.h"
+#include "documents/JsonText.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -47,6 +49,15 @@ namespace {
 Json textJson(const QString &text)
 {
     return text.isNull() ? Json() : Json(text.toStdString());
+}
+
+/// A name that is not UTF-8 is escaped, and its bytes follow as hexadecimal digits: "file" and "fileBytes".
+void addName(Json &json, const std::string &key, const FileName &name)
+{
+    const auto text = Printable::decoded(name.bytes());
+    json[key] = textJson(text ? *text : name.shown());
+    if (!text)
+        json[key + "Bytes"] = name.bytes().toHex().toStdString();
 }
 
 Json problemJson(const Finding &finding)
@@ -95,15 +106,15 @@ ExitStatus exitStatus(FileStatus status)
 std::string jsonOf(const Outcome &outcome, const QString &doneWord)
 {
     Json json;
-    json["file"] = textJson(outcome.file);
-    if (!outcome.output.isNull())
-        json["output"] = textJson(outcome.output);
+    addName(json, "file", outcome.file);
+    if (!outcome.output.isEmpty())
+        addName(json, "output", outcome.output);
     json["status"] = textJson(statusWord(outcome.status, doneWord));
     json["problems"] = Json::array();
     for (const Finding &finding : outcome.findings)
         json["problems"].push_back(problemJson(finding));
     json["error"] = textJson(outcome.error);
-    return json.dump();
+    return JsonText::compact(json).toStdString();
 }
 
 Batch::Batch(const Invocation &invocation)
@@ -114,9 +125,9 @@ Batch::Batch(const Invocation &invocation)
         throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
 }
 
-ExitStatus Batch::run(const QStringList &files)
+ExitStatus Batch::run(const QVector<FileName> &files)
 {
-    if (files.count(Console::streamName()) > 1)
+    if (files.count(FileName(Console::streamName().toLatin1())) > 1)
         throw WrongUsage(QStringLiteral("standard input can be read only once"));
     const int count = files.size();
     Tally tally;
@@ -142,7 +153,7 @@ ExitStatus Batch::run(const QStringList &files)
     return worst;
 }
 
-Outcome Batch::workOn(const QString &file, int index, Tally &tally) const
+Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
 {
     bool isCounted = false;
     Outcome outcome;
@@ -159,9 +170,9 @@ Outcome Batch::workOn(const QString &file, int index, Tally &tally) const
     } catch (const FileFailure &failure) {
         failed(failure.text());
     } catch (const std::bad_alloc &) {
-        failed(file + QStringLiteral(": the memory does not suffice"));
+        failed(file.shown() + QStringLiteral(": the memory does not suffice"));
     } catch (const std::exception &e) {
-        failed(file + QStringLiteral(": ") + QString::fromUtf8(e.what()));
+        failed(file.shown() + QStringLiteral(": ") + QString::fromUtf8(e.what()));
     }
     outcome.file = file;
     outcome.output = outputs.value(index);

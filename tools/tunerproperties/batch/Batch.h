@@ -21,8 +21,8 @@ enum class FileStatus {
 
 struct Outcome
 {
-    QString file;
-    QString output; ///< null if none is written
+    FileName file;
+    FileName output; ///< none if none is written
     FileStatus status = FileStatus::Done;
     QVector<Finding> findings;
     QString error; ///< why it is unreadable or unwritable
@@ -42,7 +42,7 @@ public:
     QString doneWord;
 
     /// The names of the files that are written, if any are; as many as files.
-    QStringList outputs;
+    QVector<FileName> outputs;
 
     /// Works on the file of that index. Called from several threads at once. `done` may be called as soon as the result
     /// is there for good, for one who asks how far the work came; otherwise that is when this returns. FileFailure and
@@ -53,12 +53,12 @@ public:
     std::function<void(const Outcome &)> tellProblems;
 
     /// Does all the work. The worst result counts.
-    ExitStatus run(const QStringList &files);
+    ExitStatus run(const QVector<FileName> &files);
 
 private:
     class Tally;
 
-    Outcome workOn(const QString &file, int index, Tally &tally) const;
+    Outcome workOn(const FileName &file, int index, Tally &tally) const;
     void tell(const Outcome &outcome) const;
     QString summary(const Tally &tally) const;
 

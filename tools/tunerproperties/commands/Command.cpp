@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "Printable.h"
+
 QString Option::typed() const
 {
     return allTyped().last();
@@ -18,9 +20,34 @@ QStringList Option::allTyped() const
 
 WrongUsage::WrongUsage(const QString &text) : std::runtime_error(text.toStdString()) { }
 
-Invocation::Invocation(QStringList arguments, QHash<QString, QString> values)
+namespace {
+
+QString textOf(const QByteArray &typed)
+{
+    const auto text = Printable::decoded(typed);
+    if (!text)
+        throw WrongUsage(QLatin1Char('\'') + FileName(typed).shown() + QStringLiteral("' is not UTF-8"));
+    return *text;
+}
+
+} // namespace
+
+Invocation::Invocation(QByteArrayList arguments, QHash<QString, QByteArray> values)
     : m_arguments(std::move(arguments)), m_values(std::move(values))
 {
+}
+
+QVector<FileName> Invocation::files() const
+{
+    QVector<FileName> names;
+    for (const QByteArray &argument : m_arguments)
+        names.append(FileName(argument));
+    return names;
+}
+
+QString Invocation::text(int index) const
+{
+    return textOf(m_arguments.at(index));
 }
 
 bool Invocation::isSet(const Option &option) const
@@ -30,5 +57,10 @@ bool Invocation::isSet(const Option &option) const
 
 QString Invocation::value(const Option &option) const
 {
-    return m_values.value(option.names.first());
+    return isSet(option) ? textOf(fileValue(option).bytes()) : QString();
+}
+
+FileName Invocation::fileValue(const Option &option) const
+{
+    return FileName(m_values.value(option.names.first()));
 }

@@ -4,12 +4,14 @@
 #include <limits>
 #include <stdexcept>
 
+#include <QByteArrayList>
 #include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
 #include "Console.h"
+#include "FileName.h"
 
 /// What may stand for an argument or the value of an option; completions go by it.
 enum class Takes {
@@ -54,15 +56,20 @@ class Invocation
 {
 public:
     /// Values go by the first name of their option.
-    Invocation(QStringList arguments, QHash<QString, QString> values);
+    Invocation(QByteArrayList arguments, QHash<QString, QByteArray> values);
 
-    const QStringList &arguments() const { return m_arguments; }
+    int count() const { return m_arguments.size(); } ///< of the arguments
+    FileName file(int index) const { return FileName(m_arguments.at(index)); }
+    QVector<FileName> files() const; ///< all arguments
+    QString text(int index) const; ///< throws WrongUsage for an argument that is not UTF-8
+
     bool isSet(const Option &option) const;
-    QString value(const Option &option) const; ///< null if the option is not set
+    QString value(const Option &option) const; ///< null if it is not set; throws WrongUsage if it is not UTF-8
+    FileName fileValue(const Option &option) const; ///< none if it is not set
 
 private:
-    QStringList m_arguments;
-    QHash<QString, QString> m_values;
+    QByteArrayList m_arguments;
+    QHash<QString, QByteArray> m_values;
 };
 
 /// A command, described once, like its options.

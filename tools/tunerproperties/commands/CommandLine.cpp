@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/CommandLine.h"
 
-#include <QCommandLineParser>
+#include <algorithm>
+
 #include <QRegularExpression>
 
 #include "commands/Commands.h"
@@ -11,62 +12,133 @@
 
 namespace {
 
-/// QCommandLineParser with our descriptions of options.
+const char *const endOfOptions = "--";
+
+bool looksLikeOption(const QByteArray &argument)
+{
+    return argument.size() > 1 && argument.startsWith('-');
+}
+
+/// An option as it was typed: "--to", "--to=xml", "-j", "-j4".
+struct TypedOption
+{
+    QString name; ///< with its dashes
+    std::optional<QByteArray> value; ///< what follows it in the same argument
+};
+
+TypedOption typedOption(const QByteArray &argument)
+{
+    const bool isLong = argument.startsWith("--");
+    const int end = isLong ? argument.indexOf('=') : 2;
+    if (end < 0 || end >= argument.size())
+        return {QString::fromLatin1(argument), {}};
+    return {QString::fromLatin1(argument.left(end)), argument.mid(isLong || argument[end] == '=' ? end + 1 : end)};
+}
+
+const Option *optionNamed(const QVector<Option> &options, const QString &typed)
+{
+    const auto found = std::find_if(options.begin(), options.end(),
+                                    [&](const Option &option) { return option.allTyped().contains(typed); });
+    return found == options.end() ? nullptr : &*found;
+}
+
+/// What can be done if the argument was meant as the name of a file.
+QString fileHint(const QByteArray &argument)
+{
+    const QString shown = FileName(argument).shown();
+    return QStringLiteral("; for a file of that name, write './") + shown + QStringLiteral("' or put '--' before it");
+}
+
+/// What stands behind the command, apart by options and arguments.
+struct Parsed
+{
+    QByteArrayList arguments;
+    QHash<QString, QByteArray> values; ///< by the first name of their option
+    QByteArray helpOrVersion; ///< as it was typed, if it was
+
+    bool isSet(const Option &option) const { return values.contains(option.names.first()); }
+};
+
 class Parser
 {
 public:
-    void add(const QVector<Option> &options)
+    /// `whose` is "show", or empty for the options that go without a command.
+    Parser(QVector<Option> options, QString whose, bool mayHaveNumbers)
+        : m_options(std::move(options)), m_whose(std::move(whose)), m_mayHaveNumbers(mayHaveNumbers)
     {
-        for (const Option &option : options) {
-            if (m_names.contains(option.typed()))
-                continue; // several commands have it
-            m_names.append(option.typed());
-            m_options.append(option);
-            m_parser.addOption(QCommandLineOption(option.names, option.help, option.value));
-        }
     }
 
-    void parse(const QStringList &arguments) { m_understood = m_parser.parse(arguments); }
-
-    bool isSet(const Option &option) const { return m_parser.isSet(option.names.first()); }
-
-    QStringList positional() const { return m_parser.positionalArguments(); }
-
-    QHash<QString, QString> values() const
+    /// Throws WrongUsage.
+    Parsed parse(const QByteArrayList &arguments)
     {
-        QHash<QString, QString> result;
-        for (const Option &option : m_options) {
-            if (isSet(option))
-                result.insert(option.names.first(), m_parser.value(option.names.first()));
+        for (int i = 0; i < arguments.size(); ++i) {
+            const QByteArray &argument = arguments[i];
+            if (argument == endOfOptions) {
+                m_parsed.arguments += arguments.mid(i + 1);
+                break;
+            }
+            if (!looksLikeOption(argument) || isNumber(argument))
+                m_parsed.arguments.append(argument);
+            else if (takeOption(argument, arguments.mid(i + 1, 1)))
+                ++i;
         }
-        return result;
-    }
-
-    /// What is wrong with the options, or a null string. `whose` is "'show'", or empty.
-    QString mistake(const QString &whose) const
-    {
-        const QStringList unknown = m_parser.unknownOptionNames();
-        if (!unknown.isEmpty()) {
-            const Option typed{{unknown.first()}, {}, {}, Takes::Nothing, {}};
-            const QString kind = whose.isEmpty() ? QStringLiteral("option") : QStringLiteral("option of ") + whose;
-            return QLatin1Char('\'') + typed.typed() + QStringLiteral("' is no ") + kind
-                + Suggestion::hint(typed.typed(), m_names);
-        }
-        if (!m_understood)
-            return m_parser.errorText();
-        for (const Option &option : m_options) {
-            const QString value = m_parser.value(option.names.first());
-            if (isSet(option) && !option.words.isEmpty() && !option.words.contains(value))
-                return Suggestion::insteadOf(value, option.value.toLower(), option.words);
-        }
-        return QString();
+        return m_parsed;
     }
 
 private:
-    QCommandLineParser m_parser;
+    bool isNumber(const QByteArray &argument) const
+    {
+        static const QRegularExpression negative(QStringLiteral("^-(?:[0-9.]|inf)"),
+                                                 QRegularExpression::CaseInsensitiveOption);
+        return m_mayHaveNumbers && negative.match(QString::fromLatin1(argument)).hasMatch();
+    }
+
+    /// Returns whether the next argument is its value.
+    bool takeOption(const QByteArray &argument, const QByteArrayList &next)
+    {
+        const TypedOption typed = typedOption(argument);
+        const Option *const option = optionNamed(m_options, typed.name);
+        const bool isCluster = option && option->value.isEmpty() && !argument.startsWith("--") && typed.value;
+        if (!option || isCluster)
+            throw WrongUsage(unknownOption(argument, typed.name));
+        if (option->value.isEmpty()) {
+            if (typed.value)
+                throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' takes no value")
+                                 + fileHint(argument));
+            m_parsed.values.insert(option->names.first(), {});
+            if (isHelpOrVersion(*option))
+                m_parsed.helpOrVersion = argument;
+            return false;
+        }
+        if (m_parsed.isSet(*option))
+            throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' is given twice") + fileHint(argument));
+        if (!typed.value && next.isEmpty())
+            throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' needs a value: ") + option->value);
+        m_parsed.values.insert(option->names.first(), typed.value ? *typed.value : next.first());
+        return !typed.value;
+    }
+
+    static bool isHelpOrVersion(const Option &option)
+    {
+        return option.names == Options::help().names || option.names == Options::version().names;
+    }
+
+    QString unknownOption(const QByteArray &argument, const QString &name) const
+    {
+        QStringList known;
+        for (const Option &option : m_options)
+            known.append(option.typed());
+        const QString of = m_whose.isEmpty() ? QString() : QStringLiteral(" of '") + m_whose + QLatin1Char('\'');
+        const bool mayBeFile = argument.contains('.') || argument.contains('=');
+        const QString suggestion = mayBeFile ? QString() : Suggestion::hint(name, known);
+        return QStringLiteral("unknown option '") + FileName(argument).shown() + QLatin1Char('\'') + of
+            + (suggestion.isNull() && !m_whose.isEmpty() ? fileHint(argument) : suggestion);
+    }
+
     QVector<Option> m_options;
-    QStringList m_names;
-    bool m_understood = false;
+    QString m_whose;
+    bool m_mayHaveNumbers = false;
+    Parsed m_parsed;
 };
 
 ExitStatus wrongUsage(const QString &text, const QString &command = {})
@@ -77,86 +149,109 @@ ExitStatus wrongUsage(const QString &text, const QString &command = {})
     return ExitStatus::WrongUsage;
 }
 
-/// What is wrong with the arguments, or a null string.
-QString mistake(const Command &command, const QStringList &arguments)
+ExitStatus showVersion()
+{
+    Console::write(QStringLiteral("%1 " TOOL_VERSION "\n").arg(HelpText::program()).toUtf8());
+    return ExitStatus::Ok;
+}
+
+void checkValues(const QVector<Option> &options, const Invocation &invocation)
+{
+    for (const Option &option : options) {
+        if (!invocation.isSet(option) || option.words.isEmpty())
+            continue;
+        const QString value = invocation.value(option);
+        if (!option.words.contains(value))
+            throw WrongUsage(Suggestion::insteadOf(value, option.value.toLower(), option.words));
+    }
+}
+
+void checkArguments(const Command &command, const QByteArrayList &arguments)
 {
     if (arguments.size() < command.fewest || arguments.size() > command.most) {
         const QString usages = command.usages.join(QStringLiteral(" or "));
-        return usages.isEmpty() ? QLatin1Char('\'') + command.name + QStringLiteral("' takes no arguments")
-                                : QStringLiteral("the arguments of '%1' are %2").arg(command.name, usages);
+        throw WrongUsage(usages.isEmpty() ? QLatin1Char('\'') + command.name + QStringLiteral("' takes no arguments")
+                                          : QStringLiteral("the arguments of '%1' are %2").arg(command.name, usages));
     }
-    if (!command.argumentsMayBeEmpty && arguments.contains(QString()))
-        return QStringLiteral("the name of a file is empty");
-    return QString();
+    if (!command.argumentsMayBeEmpty && arguments.contains(QByteArray()))
+        throw WrongUsage(QStringLiteral("the name of a file is empty"));
 }
 
-/// The arguments as the parser understands them: a negative number, with nothing but options behind it, is none of its
-/// options, but the last of what is none.
-QStringList withNumberMarked(QStringList arguments)
+ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
 {
-    static const QRegularExpression negative(QStringLiteral("^-(?:[0-9.]|inf)"),
-                                             QRegularExpression::CaseInsensitiveOption);
-    const QString marker = QStringLiteral("--");
-    if (arguments.contains(marker))
-        return arguments;
-    for (int i = arguments.size() - 1; i > 0 && arguments[i].startsWith(QLatin1Char('-')); --i) {
-        if (negative.match(arguments[i]).hasMatch()) {
-            const QString number = arguments.takeAt(i);
-            return arguments << marker << number;
-        }
-    }
-    return arguments;
-}
-
-ExitStatus runCommand(const Command &command, const QStringList &arguments)
-{
-    Parser parser;
-    parser.add(HelpText::optionsOf(command));
-    parser.parse(command.mayEndWithNumber ? withNumberMarked(arguments) : arguments);
-    if (parser.isSet(Options::help())) {
-        Console::write(HelpText::ofCommand(command).toUtf8());
-        return ExitStatus::Ok;
-    }
-    QString wrong = parser.mistake(QLatin1Char('\'') + command.name + QLatin1Char('\''));
-    const QStringList own = parser.positional().mid(1); // behind the name of the command
-    if (wrong.isNull())
-        wrong = mistake(command, own);
-    if (!wrong.isNull())
-        return wrongUsage(wrong, command.name);
+    const QVector<Option> options = HelpText::optionsOf(command) + QVector<Option>{Options::version()};
     try {
-        return command.run(Invocation(own, parser.values()));
+        const Parsed parsed = Parser(options, command.name, command.mayEndWithNumber).parse(arguments);
+        if (!parsed.helpOrVersion.isNull()) {
+            // It may come from a pattern of the shell, and who goes by the exit status would take it for success.
+            if (command.takes == Takes::File && !parsed.arguments.isEmpty())
+                throw WrongUsage(QLatin1Char('\'') + QString::fromLatin1(parsed.helpOrVersion)
+                                 + QStringLiteral("' does not go with files") + fileHint(parsed.helpOrVersion));
+            if (parsed.isSet(Options::version()))
+                return showVersion();
+            Console::write(HelpText::ofCommand(command).toUtf8());
+            return ExitStatus::Ok;
+        }
+        const Invocation invocation(parsed.arguments, parsed.values);
+        checkValues(options, invocation);
+        checkArguments(command, parsed.arguments);
+        return command.run(invocation);
     } catch (const WrongUsage &mistaken) {
         return wrongUsage(mistaken.text(), command.name);
     }
 }
 
+ExitStatus runWithoutCommand(const QByteArrayList &arguments)
+{
+    QVector<Option> options = HelpText::generalOptions();
+    for (const Command &command : allCommands())
+        options += command.options;
+    try {
+        const Parsed parsed = Parser(options, {}, false).parse(arguments);
+        if (parsed.isSet(Options::version()))
+            return showVersion();
+        if (parsed.isSet(Options::help())) {
+            Console::write(HelpText::ofProgram().toUtf8());
+            return ExitStatus::Ok;
+        }
+    } catch (const WrongUsage &mistaken) {
+        return wrongUsage(mistaken.text());
+    }
+    return wrongUsage(QStringLiteral("a command is missing"));
+}
+
+/// Where the command is: the first argument that is neither an option nor the value of one, or the end. Options with a
+/// value may stand before it.
+int indexOfCommand(const QByteArrayList &arguments)
+{
+    QVector<Option> options;
+    for (const Command &command : allCommands())
+        options += command.options;
+    for (int i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == endOfOptions)
+            return i + 1;
+        if (!looksLikeOption(arguments[i]))
+            return i;
+        const TypedOption typed = typedOption(arguments[i]);
+        const Option *const option = optionNamed(options, typed.name);
+        if (option && !option->value.isEmpty() && !typed.value)
+            ++i;
+    }
+    return arguments.size();
+}
+
 } // namespace
 
-ExitStatus runCommandLine(const QStringList &arguments)
+ExitStatus runCommandLine(const QByteArrayList &arguments)
 {
-    // With a number among the arguments, options can be told only by who knows the command.
-    if (const Command *const first = commandNamed(arguments.value(1)); first && first->mayEndWithNumber)
-        return runCommand(*first, arguments);
-
-    // The command is the first argument that is no option; finding it takes knowing which options have a value.
-    Parser parser;
-    parser.add(HelpText::generalOptions());
-    for (const Command &command : allCommands())
-        parser.add(command.options);
-    parser.parse(arguments);
-    if (parser.isSet(Options::version())) {
-        Console::write(QStringLiteral("%1 " TOOL_VERSION "\n").arg(HelpText::program()).toUtf8());
-        return ExitStatus::Ok;
-    }
-    if (const QStringList positional = parser.positional(); !positional.isEmpty()) {
-        const QString &name = positional.first();
-        const Command *command = commandNamed(name);
-        return command ? runCommand(*command, arguments) : wrongUsage(unknownCommand(name));
-    }
-    if (parser.isSet(Options::help())) {
-        Console::write(HelpText::ofProgram().toUtf8());
-        return ExitStatus::Ok;
-    }
-    const QString wrong = parser.mistake({});
-    return wrongUsage(wrong.isNull() ? QStringLiteral("a command is missing") : wrong);
+    const int index = indexOfCommand(arguments);
+    if (index >= arguments.size())
+        return runWithoutCommand(arguments);
+    const FileName word(arguments[index]);
+    const Command *const command = commandNamed(word.shown());
+    if (!command)
+        return wrongUsage(unknownCommand(word.shown()));
+    QByteArrayList others = arguments;
+    others.removeAt(index);
+    return runCommand(*command, others);
 }

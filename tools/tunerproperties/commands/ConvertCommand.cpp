@@ -2,7 +2,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include <QFile>
 #include <QHash>
 
 #include "batch/Batch.h"
@@ -38,19 +37,22 @@ const Option &outDir()
 /// What is to be done with each file.
 struct Plan
 {
-    QStringList files;
-    QStringList outputs;
+    QVector<FileName> files;
+    QVector<FileName> outputs;
+    FileKinds inputKinds = FileKinds::All;
+    FileKinds outputKinds = FileKinds::All;
     std::optional<Form> from;
     Form to = Form::Xml;
     bool validate = true;
 };
 
 /// The name of the output in the folder.
-QString outputName(const QString &file, Form to)
+QByteArray outputName(const FileName &file, Form to)
 {
-    const QString name = file.section(QLatin1Char('/'), -1);
+    const FileName name = file.withoutFolder();
     const auto itsForm = Forms::bySuffix(name);
-    return (itsForm ? name.chopped(Forms::suffixOf(*itsForm).size()) : name) + Forms::suffixOf(to);
+    return (itsForm ? name.bytes().chopped(Forms::suffixOf(*itsForm).size()) : name.bytes())
+        + Forms::suffixOf(to).toLatin1();
 }
 
 /// Nothing may be written before it is sure that no output would replace another one.
@@ -59,49 +61,54 @@ void planManyFiles(Plan &plan, const Invocation &invocation)
     if (!invocation.isSet(Options::to()))
         throw WrongUsage(QStringLiteral("--out-dir takes --to"));
     plan.to = *Options::form(invocation, Options::to());
-    plan.files = invocation.arguments();
-    const QString folder = invocation.value(outDir());
+    plan.files = invocation.files();
+    plan.inputKinds = Options::fileKinds(invocation, plan.files.size());
+    if (!invocation.isSet(Options::specialFiles()))
+        plan.outputKinds = FileKinds::RegularOnly; // their names are not chosen one by one
+    const FileName folder = invocation.fileValue(outDir());
     if (folder.isEmpty())
         throw WrongUsage(QStringLiteral("the name of the folder is empty"));
-    const QString start = folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/');
-    QHash<QString, QString> inputs;
-    for (const QString &file : qAsConst(plan.files)) {
-        if (file == Console::streamName())
-            throw WrongUsage(QStringLiteral("standard input has no name for a file in '%1'").arg(folder));
-        const QString output = start + outputName(file, plan.to);
-        if (inputs.contains(output))
-            throw WrongUsage(QLatin1Char('\'') + inputs.value(output) + QStringLiteral("' and '") + file
-                             + QStringLiteral("' would both be written to '") + output + QLatin1Char('\''));
-        inputs.insert(output, file);
+    const QByteArray start = folder.bytes().endsWith('/') ? folder.bytes() : folder.bytes() + '/';
+    QHash<QByteArray, FileName> inputs;
+    for (const FileName &file : qAsConst(plan.files)) {
+        if (file.isStandardStream())
+            throw WrongUsage(QStringLiteral("standard input has no name for a file in '%1'").arg(folder.shown()));
+        const FileName output(start + outputName(file, plan.to));
+        if (inputs.contains(output.bytes()))
+            throw WrongUsage(QLatin1Char('\'') + inputs.value(output.bytes()).shown() + QStringLiteral("' and '")
+                             + file.shown() + QStringLiteral("' would both be written to '") + output.shown()
+                             + QLatin1Char('\''));
+        inputs.insert(output.bytes(), file);
         plan.outputs.append(output);
     }
     std::error_code error;
-    std::filesystem::create_directories(QFile::encodeName(folder).toStdString(), error);
+    std::filesystem::create_directories(folder.bytes().toStdString(), error);
     if (error)
-        throw FileFailure(folder + QStringLiteral(": cannot make the folder: ") + qt_error_string(error.value()));
+        throw FileFailure(folder.shown() + QStringLiteral(": cannot make the folder: ")
+                          + qt_error_string(error.value()));
 }
 
 void planOneFile(Plan &plan, const Invocation &invocation)
 {
-    if (invocation.arguments().size() != 2)
+    if (invocation.count() != 2)
         throw WrongUsage(QStringLiteral("without --out-dir the arguments of 'convert' are IN OUT"));
-    const QString &out = invocation.arguments().last();
+    const FileName out = invocation.file(1);
     std::optional<Form> to = Options::form(invocation, Options::to());
     if (!to)
-        to = out == Console::streamName() ? Form::Xml : Forms::bySuffix(out);
+        to = out.isStandardStream() ? Form::Xml : Forms::bySuffix(out);
     if (!to)
-        throw WrongUsage(QStringLiteral("the name of '%1' does not tell the form to write; use --to").arg(out));
-    if (out == Console::streamName() && invocation.isSet(Options::json()))
+        throw WrongUsage(QStringLiteral("the name of '%1' does not tell the form to write; use --to").arg(out.shown()));
+    if (out.isStandardStream() && invocation.isSet(Options::json()))
         throw WrongUsage(QStringLiteral("--json and a document on standard output exclude each other"));
     plan.to = *to;
-    plan.files = invocation.arguments().mid(0, 1);
-    plan.outputs = invocation.arguments().mid(1);
+    plan.files = {invocation.file(0)};
+    plan.outputs = {out};
 }
 
 Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
 {
-    Document document(plan.files.at(index), plan.from);
-    const QString &output = plan.outputs.at(index);
+    Document document(plan.files.at(index), plan.from, plan.inputKinds);
+    const FileName &output = plan.outputs.at(index);
     Outcome outcome;
     if (plan.validate)
         outcome.findings = document.findings();
@@ -111,7 +118,7 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
     }
     document.tuner.SetValidate(plan.validate);
     try {
-        Output::writeWhole(output, Forms::compose(document.tuner, plan.to, output), done);
+        Output::writeWhole(output, Forms::compose(document.tuner, plan.to, output.shown()), plan.outputKinds, done);
     } catch (const FileFailure &failure) {
         outcome.status = FileStatus::Unwritable;
         outcome.error = failure.text();
@@ -134,7 +141,7 @@ ExitStatus run(const Invocation &invocation)
     batch.work = [&](int index, const std::function<void()> &done) { return convert(plan, index, done); };
     batch.tellProblems = [](const Outcome &outcome) {
         for (const Finding &finding : outcome.findings)
-            Console::complain(finding.text(outcome.file));
+            Console::complain(finding.text(outcome.file.shown()));
     };
     return batch.run(plan.files);
 }
@@ -156,13 +163,13 @@ Command convertCommand()
                        "summary comes at the end, on standard error."),
         QStringLiteral("With --json a line for each file is an object with \"file\", \"output\", \"status\" "
                        "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\" and \"error\", "
-                       "as 'validate --json' writes them.")};
-    command.options = {Options::from(), Options::to(),    outDir(),       noValidate(),
-                       Options::jobs(), Options::quiet(), Options::json()};
+                       "as 'validate --json' writes them; \"outputBytes\" is like \"fileBytes\".")};
+    command.options = {Options::from(), Options::to(),    outDir(),        noValidate(),
+                       Options::jobs(), Options::quiet(), Options::json(), Options::specialFiles()};
     command.examples = {
         {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Writes the compressed form.")},
         {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Writes XML to standard output.")},
-        {QStringLiteral("convert --to tagged --out-dir records *.xml"),
+        {QStringLiteral("convert --to tagged --out-dir records -- *.xml"),
          QStringLiteral("Writes records/NAME.tpb for every NAME.xml.")}};
     command.run = run;
     return command;

@@ -90,8 +90,8 @@ QByteArray json(const Difference &difference)
 
 ExitStatus run(const Invocation &invocation)
 {
-    const QStringList &names = invocation.arguments();
-    if (names.count(Console::streamName()) > 1)
+    const QVector<FileName> names = invocation.files();
+    if (names.first().isStandardStream() && names.last().isStandardStream())
         throw WrongUsage(QStringLiteral("standard input can be read only once"));
     const auto form = Options::form(invocation, Options::from());
     const Document first(names.first(), form);
@@ -106,7 +106,7 @@ ExitStatus run(const Invocation &invocation)
                         : Console::onOneLine(difference.text()).toUtf8();
         lines += '\n';
     }
-    Console::write(lines);
+    inColours ? Console::writeEscaped(lines) : Console::write(lines);
     return invocation.isSet(exitCode()) && !differences.isEmpty() ? ExitStatus::Problems : ExitStatus::Ok;
 }
 

@@ -24,14 +24,14 @@ bool holdsObjects(JobXml::MemberKind kind)
 
 ExitStatus run(const Invocation &invocation)
 {
-    const QString &file = invocation.arguments().first();
-    const Document document(file, Options::form(invocation, Options::from()));
+    const Document document(invocation.file(0), Options::form(invocation, Options::from()));
+    const QString file = document.input.shownName();
     const auto tell = [&](const QString &text) {
         Console::complain(file + QStringLiteral(": ") + text);
         return ExitStatus::Problems;
     };
     try {
-        const Paths::Target target = Paths::find(document.tuner, invocation.arguments().last());
+        const Paths::Target target = Paths::find(document.tuner, invocation.text(1));
         if (!target.isItem() && !target.member.IsSet())
             return tell(target.path + QStringLiteral(": is not set"));
         if (holdsObjects(target.member.GetKind())) {

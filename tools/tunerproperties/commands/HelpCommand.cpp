@@ -6,11 +6,11 @@ namespace {
 
 ExitStatus run(const Invocation &invocation)
 {
-    if (invocation.arguments().isEmpty()) {
+    if (invocation.count() == 0) {
         Console::write(HelpText::ofProgram().toUtf8());
         return ExitStatus::Ok;
     }
-    const QString &name = invocation.arguments().first();
+    const QString name = invocation.text(0);
     const Command *command = commandNamed(name);
     if (!command)
         throw WrongUsage(unknownCommand(name));

@@ -51,6 +51,11 @@ QStringList generalNotes()
         QStringLiteral("A FILE is one in any form, or - for standard input or output. XML, JSON and the binary forms "
                        "are recognised by their content; a snapshot, which carries no mark, by its name or by --from "
                        "snapshot."),
+        QStringLiteral("An argument that begins with - is an option. Write ./* or -- *.xml, so that the name of a file "
+                       "is never an option."),
+        QStringLiteral("In messages a name has \\xHH for a byte that is not UTF-8 and \\\\ for a backslash. On a "
+                       "terminal, characters that are not printable are shown as \\uXXXX; to a file or a pipe, they "
+                       "are written unchanged."),
         QStringLiteral("Ctrl-C, or another signal, leaves no file half written. The program tells how far it came "
                        "with many files, and ends by that signal; a second one ends it at once.")};
 }

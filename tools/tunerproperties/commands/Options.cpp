@@ -76,9 +76,25 @@ const Option &json()
     return option;
 }
 
+const Option &specialFiles()
+{
+    static const Option option{{QStringLiteral("special-files")},
+                               QStringLiteral("Accepts pipes and devices among several files as well. By default these "
+                                              "must be regular files, since a pipe in a folder could block the rest."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
 std::optional<Form> form(const Invocation &invocation, const Option &option)
 {
     return Forms::named(invocation.value(option));
+}
+
+FileKinds fileKinds(const Invocation &invocation, int count)
+{
+    return count < 2 || invocation.isSet(specialFiles()) ? FileKinds::All : FileKinds::RegularOnly;
 }
 
 int jobCount(const Invocation &invocation)

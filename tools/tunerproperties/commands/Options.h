@@ -16,9 +16,13 @@ const Option &to();
 const Option &jobs();
 const Option &quiet();
 const Option &json();
+const Option &specialFiles();
 
 /// What --from or --to says, if anything.
 std::optional<Form> form(const Invocation &invocation, const Option &option);
+
+/// Which kinds of files to read or write among so many.
+FileKinds fileKinds(const Invocation &invocation, int count);
 
 /// How many files to work on at once: what --jobs says, or as many as there are processors. Throws WrongUsage.
 int jobCount(const Invocation &invocation);

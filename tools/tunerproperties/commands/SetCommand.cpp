@@ -100,7 +100,7 @@ void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const
     const bool isRead = Forms::readBack(written, bytes, document.form);
     const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
     if (text != textAt(document.tuner, target)) // by its place: what it is found by may be what has changed
-        Console::complain(document.input.name() + QStringLiteral(": ") + target.path
+        Console::complain(document.input.shownName() + QStringLiteral(": ") + target.path
                           + QStringLiteral(": is read from this form as ") + text);
 }
 
@@ -126,8 +126,8 @@ QStringList notInTheDocument(Document &document)
 
 ExitStatus change(Document &document, const Invocation &invocation)
 {
-    const QStringList &arguments = invocation.arguments();
-    const QString file = document.input.name();
+    const FileName &name = document.input.name();
+    const QString file = name.shown();
     const bool mayHaveProblems = invocation.isSet(noValidate());
     TunerProperties &tuner = document.tuner;
     const QStringList lost = mayHaveProblems ? QStringList() : notInTheDocument(document);
@@ -135,26 +135,26 @@ ExitStatus change(Document &document, const Invocation &invocation)
         return complainAll(file, lost);
     const TunerProperties before = tuner;
     const QVector<Problem> knownProblems = before.GetProblems();
-    const Paths::Target target = Paths::find(tuner, arguments[1]);
+    const Paths::Target target = Paths::find(tuner, invocation.text(1));
     try {
         if (invocation.isSet(unset()))
             takeAway(tuner, target);
         else
-            store(tuner, target, arguments[2]);
+            store(tuner, target, invocation.text(2));
     } catch (const TypedValue::Mismatch &mismatch) {
         return complainAll(file, {target.path + QStringLiteral(": ") + mismatch.text()});
     } catch (const ReportException &exception) {
         return complainAll(file, {target.path + QStringLiteral(": ") + exception.GetMessageText()});
     }
     const bool isChanged = !findDifferences(before, tuner).isEmpty();
-    if (!isChanged && file != Console::streamName())
+    if (!isChanged && !name.isStandardStream())
         return ExitStatus::Ok;
     const QStringList problems = newProblems(tuner, knownProblems);
     tuner.SetValidate(tuner.GetProblems().isEmpty() && tuner.HasData());
     if (!problems.isEmpty() && !mayHaveProblems)
         return complainAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
-    Output::writeWhole(file, bytes);
+    Output::writeWhole(name, bytes);
     if (isChanged && !invocation.isSet(unset()))
         tellWhatBecameOfIt(bytes, document, target);
     return ExitStatus::Ok;
@@ -162,16 +162,14 @@ ExitStatus change(Document &document, const Invocation &invocation)
 
 ExitStatus run(const Invocation &invocation)
 {
-    const QStringList &arguments = invocation.arguments();
-    if (arguments.size() != (invocation.isSet(unset()) ? 2 : 3))
+    if (invocation.count() != (invocation.isSet(unset()) ? 2 : 3))
         throw WrongUsage(invocation.isSet(unset()) ? QStringLiteral("--unset takes a path and no value")
                                                    : QStringLiteral("the value is missing"));
-    const QString &file = arguments.first();
-    Document document(file, Options::form(invocation, Options::from()));
+    Document document(invocation.file(0), Options::form(invocation, Options::from()));
     try {
         return change(document, invocation);
     } catch (const PathFailure &failure) {
-        return complainAll(file, {failure.text()});
+        return complainAll(document.input.shownName(), {failure.text()});
     }
 }
 

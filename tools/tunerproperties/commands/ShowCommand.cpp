@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <QFileInfo>
-
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "documents/Document.h"
@@ -23,15 +21,14 @@ QByteArray shownAsTree(Document &document)
 
 QByteArray shownAsHtml(Document &document)
 {
-    const QString &name = document.input.name();
-    const bool isFile = name != Console::streamName();
+    const FileName &name = document.input.name();
     return html(document.tuner, document.findings(),
-                isFile ? QFileInfo(name).fileName() : QStringLiteral("standard input"));
+                name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown());
 }
 
 QByteArray shownAsJson(Document &document)
 {
-    return Forms::compose(document.tuner, Form::Json, document.input.name());
+    return Forms::compose(document.tuner, Form::Json, document.input.shownName());
 }
 
 const QVector<Format> &formats()
@@ -63,7 +60,7 @@ const Option &formatOption()
 
 ExitStatus run(const Invocation &invocation)
 {
-    Document document(invocation.arguments().first(), Options::form(invocation, Options::from()));
+    Document document(invocation.file(0), Options::form(invocation, Options::from()));
     const Format *chosen = &formats().first();
     for (const Format &format : formats()) {
         if (format.name == invocation.value(formatOption()))

@@ -8,20 +8,21 @@ namespace {
 
 ExitStatus run(const Invocation &invocation)
 {
-    const QStringList &files = invocation.arguments();
+    const QVector<FileName> files = invocation.files();
+    const FileKinds kinds = Options::fileKinds(invocation, files.size());
     const auto from = Options::form(invocation, Options::from());
     Batch batch(invocation);
     batch.doneWord = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;
-        outcome.findings = Document(files.at(index), from).findings();
+        outcome.findings = Document(files.at(index), from, kinds).findings();
         outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
         return outcome;
     };
     batch.tellProblems = [](const Outcome &outcome) {
         QByteArray lines;
         for (const Finding &finding : outcome.findings)
-            lines += Console::onOneLine(finding.text(outcome.file)).toUtf8() + '\n';
+            lines += Console::onOneLine(finding.text(outcome.file.shown())).toUtf8() + '\n';
         if (!lines.isEmpty())
             Console::write(lines);
     };
@@ -47,13 +48,15 @@ Command validateCommand()
             "With --json a line for each file is an object with \"file\", \"status\" (\"valid\", \"problems\" "
             "or \"unreadable\"), \"problems\" and \"error\" (why it is unreadable, or null). A problem has "
             "\"path\" (the objects from the outermost to the one at fault), \"line\", \"column\" and "
-            "\"message\"; either path or line and column are null. There is no summary then.")};
-    command.options = {Options::from(), Options::jobs(), Options::quiet(), Options::json()};
+            "\"message\"; either path or line and column are null. There is no summary then. A \"file\" that is not "
+            "UTF-8 "
+            "is escaped as in messages, and \"fileBytes\" has its bytes as hexadecimal digits.")};
+    command.options = {Options::from(), Options::jobs(), Options::quiet(), Options::json(), Options::specialFiles()};
     command.examples = {{QStringLiteral("validate receiver.xml"),
                          QStringLiteral("Tells every problem of a document, and nothing if there is none.")},
-                        {QStringLiteral("validate --quiet *.xml && echo fine"),
+                        {QStringLiteral("validate --quiet -- *.xml && echo fine"),
                          QStringLiteral("Asks whether all documents are valid.")},
-                        {QStringLiteral("validate --json *.xml"),
+                        {QStringLiteral("validate --json -- *.xml"),
                          QStringLiteral("Tells the problems of many documents to a program.")}};
     command.run = run;
     return command;

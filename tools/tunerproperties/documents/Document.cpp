@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Document.h"
 
-Document::Document(const QString &name, std::optional<Form> from)
-    : input(name), form(from ? *from : Forms::recognise(input))
+Document::Document(const FileName &name, std::optional<Form> from, FileKinds kinds)
+    : input(name, kinds), form(from ? *from : Forms::recognise(input))
 {
     tuner.SetValidate(false);
     Forms::load(tuner, input, form);

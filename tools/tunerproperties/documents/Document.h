@@ -13,7 +13,7 @@
 struct Document
 {
     /// Throws FileFailure if the file does not hold a document. Without a form the content and the name tell it.
-    Document(const QString &name, std::optional<Form> from);
+    Document(const FileName &name, std::optional<Form> from, FileKinds kinds = FileKinds::All);
 
     /// See Validate.h.
     QVector<Finding> findings() { return findProblems(tuner, input, form); }

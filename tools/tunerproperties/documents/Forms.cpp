@@ -82,12 +82,20 @@ void prepare(QDataStream &stream)
     stream.setFloatingPointPrecision(QDataStream::DoublePrecision);
 }
 
+void loadByLibrary(TunerProperties &document, Input &input, Form form)
+{
+    const bool isLoaded = form == Form::Xml ? document.LoadXml(&input.file()) : document.LoadBinary(&input.file());
+    input.check(); // a document that has changed meanwhile is not at fault
+    if (!isLoaded)
+        throw FileFailure(document.GetErrorString());
+}
+
 void loadJson(TunerProperties &document, Input &input)
 {
     try {
         JsonForm::read(document, input.bytes());
     } catch (const JsonFailure &failure) {
-        throw FileFailure(failure.text(input.name()));
+        throw FileFailure(failure.text(input.shownName()));
     }
     if (document.GetValidate())
         document.Check();
@@ -104,10 +112,10 @@ void loadSnapshot(TunerProperties &document, Input &input)
     const bool hasMore = !file.read(1).isEmpty();
     input.check();
     if (stream.status() != QDataStream::Ok)
-        throw FileFailure(input.name() + QStringLiteral(": the snapshot ends early, or is none"));
+        throw FileFailure(input.shownName() + QStringLiteral(": the snapshot ends early, or is none"));
     if (hasMore)
         throw FileFailure(
-            input.name()
+            input.shownName()
             + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or is none").arg(read).arg(file.size()));
 }
 
@@ -167,10 +175,11 @@ std::optional<Form> named(const QString &name)
     return {};
 }
 
-std::optional<Form> bySuffix(const QString &fileName)
+std::optional<Form> bySuffix(const FileName &fileName)
 {
+    const QByteArray name = fileName.bytes().toLower();
     for (const FormInfo &info : forms) {
-        if (fileName.endsWith(info.suffix, Qt::CaseInsensitive))
+        if (name.endsWith(info.suffix.data()))
             return info.form;
     }
     return {};
@@ -189,7 +198,7 @@ Form recognise(Input &input)
     if (const auto form = bySuffix(input.name()))
         return *form;
     throw FileFailure(
-        input.name()
+        input.shownName()
         + QStringLiteral(
             ": neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot"));
 }
@@ -201,10 +210,11 @@ void load(TunerProperties &document, Input &input, Form form)
             loadSnapshot(document, input);
         else if (form == Form::Json)
             loadJson(document, input);
-        else if (!(form == Form::Xml ? document.LoadXml(&input.file()) : document.LoadBinary(&input.file())))
-            throw FileFailure(input.inMyName(document.GetErrorString()));
+        else
+            loadByLibrary(document, input, form);
+        input.check();
     } catch (const ReportException &e) {
-        throw FileFailure(input.name() + QStringLiteral(": ") + e.GetMessageText());
+        throw FileFailure(input.shownName() + QStringLiteral(": ") + e.GetMessageText());
     }
 }
 

@@ -37,7 +37,7 @@ QString suffixOf(Form form);
 std::optional<Form> named(const QString &name);
 
 /// The form that goes with the suffix of a file's name: .xml, .tpb, .tpz, .tps or .json.
-std::optional<Form> bySuffix(const QString &fileName);
+std::optional<Form> bySuffix(const FileName &fileName);
 
 /// The form of a file: XML, JSON and the binary forms by their first bytes; a snapshot, which carries no mark, by its
 /// name. Where the first bytes say nothing the name counts for all of them, so that the reader can say what is wrong.
@@ -51,8 +51,8 @@ void load(JobXml::TunerProperties &document, Input &input, Form form);
 /// Reads the document from bytes that compose() has returned. Returns false if they do not hold one.
 bool readBack(JobXml::TunerProperties &document, QByteArray bytes, Form form);
 
-/// The bytes of the document in this form. Throws FileFailure, in the name of the file that they are meant for, if it
-/// cannot be written in this form; exceptions of the document pass through.
+/// The bytes of the document in this form. Throws FileFailure, in the shown name of the file that they are meant for,
+/// if it cannot be written in this form; exceptions of the document pass through.
 QByteArray compose(JobXml::TunerProperties &document, Form form, const QString &fileName);
 
 } // namespace Forms

@@ -95,19 +95,12 @@ bool saysNothing(const MemberView &member, const Json &value)
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// As much of a text as a message takes.
-QString beginningOf(const QString &text)
-{
-    constexpr int most = 40;
-    return text.size() > most ? text.left(most) + QStringLiteral("...") : text;
-}
-
 /// What stands in the JSON, to be told to people.
 QString shown(const Json &json)
 {
     const QString text =
         json.is_string() ? JsonText::toString(json.get<std::string>()) : QString::fromUtf8(JsonText::compact(json));
-    return QLatin1Char('\'') + beginningOf(text) + QLatin1Char('\'');
+    return QLatin1Char('\'') + JsonText::beginningOf(text) + QLatin1Char('\'');
 }
 
 [[noreturn]] void refuse(const Json &json, const char *what)
@@ -173,7 +166,7 @@ QVariant enumeration(const Json &json, const QStringList &names)
         refuse(json, "is no name");
     const QString name = JsonText::toString(json.get<std::string>());
     if (!names.contains(name))
-        throw JsonFailure(Suggestion::insteadOf(beginningOf(name), QStringLiteral("name"), names));
+        throw JsonFailure(Suggestion::insteadOf(JsonText::beginningOf(name), QStringLiteral("name"), names));
     return name;
 }
 
@@ -273,7 +266,7 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
         for (auto entry = in.begin(); entry != in.end(); ++entry) {
             const QString key = JsonText::toString(entry.key());
             if (!names.contains(key) && entry.key() != alsoKnown)
-                throw JsonFailure(Paths::unknownMember(beginningOf(key), object.GetObjectName(), names));
+                throw JsonFailure(Paths::unknownMember(JsonText::beginningOf(key), object.GetObjectName(), names));
         }
     };
     check(json, unsetKey);

@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Printable.h"
 #include "members/ValueText.h"
 
 using Json = nlohmann::ordered_json;
@@ -41,6 +42,26 @@ namespace {
 // Far more than a document takes, and little enough for everything that goes by recursion or looks through an object.
 constexpr std::size_t deepest = 64;
 constexpr std::size_t mostKeys = 256;
+
+constexpr int mostShown = 40; // characters of a text in a message
+
+/// "... last read: 'what was read of the token'; expected ...". The error is at the end of the token, which may be as
+/// long as the document.
+QString withShortToken(const QByteArray &parseError)
+{
+    const QByteArray mark = QByteArrayLiteral("last read: '");
+    const int begin = parseError.indexOf(mark) + mark.size();
+    if (begin < mark.size())
+        return QString::fromUtf8(parseError);
+    constexpr int longestEnd = 40; // "'; expected string literal"
+    const int expected = parseError.lastIndexOf("'; expected ");
+    const int end = parseError.size() - expected > longestEnd ? parseError.size() - 1 : expected;
+    const int size = std::min(end - begin, 4 * mostShown);
+    const QString last = QString::fromUtf8(parseError.mid(end - size, size));
+    const bool isWhole = size == end - begin && last.size() <= mostShown;
+    return QString::fromUtf8(parseError.left(begin)) + (isWhole ? last : QStringLiteral("...") + last.right(mostShown))
+        + QString::fromUtf8(parseError.mid(end));
+}
 
 /// A place in a text that tells how far reading has come.
 class Place
@@ -98,7 +119,8 @@ public:
     {
         const Json &object = *m_open.back();
         if (object.contains(name))
-            failHere(QLatin1Char('\'') + toString(name) + QStringLiteral("' stands twice in the same object"));
+            failHere(QLatin1Char('\'') + beginningOf(toString(name))
+                     + QStringLiteral("' stands twice in the same object"));
         if (object.size() == mostKeys)
             failHere(QStringLiteral("an object has more than %1 members").arg(mostKeys));
         m_key = std::move(name);
@@ -114,7 +136,7 @@ public:
         static const QRegularExpression around(
             QStringLiteral(R"(^\[[^\]]*\] (?:parse error at line \d+, column \d+: )?)"));
         // The position counts what was read, and the end of the text as one character more.
-        fail(at, QString::fromUtf8(exception.what()).remove(around));
+        fail(at, withShortToken(exception.what()).remove(around));
     }
 
     /// The parser takes a NUL byte for the end of the text.
@@ -272,7 +294,7 @@ QByteArray printed(const Json &value, bool pretty)
 {
     Printer printer(pretty);
     printer.print(value);
-    return QByteArray::fromStdString(printer.takeText());
+    return Printable::escaped(QByteArray::fromStdString(printer.takeText()));
 }
 
 } // namespace
@@ -314,6 +336,11 @@ QString toString(const std::string &utf8)
         begin += 3;
     }
     return text + QString::fromUtf8(utf8.data() + begin, int(utf8.size() - begin));
+}
+
+QString beginningOf(const QString &text)
+{
+    return text.size() > mostShown ? text.left(mostShown) + QStringLiteral("...") : text;
 }
 
 } // namespace JsonText

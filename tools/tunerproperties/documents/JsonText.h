@@ -42,7 +42,8 @@ nlohmann::ordered_json parse(const QByteArray &utf8);
 /// feed.
 QByteArray pretty(const nlohmann::ordered_json &value);
 
-/// On one line, without blanks that mean nothing.
+/// On one line, without blanks that mean nothing. Here and above, what is not printable in a text is a `\u` escape, so
+/// that the JSON can be shown on a terminal.
 QByteArray compact(const nlohmann::ordered_json &value);
 
 /// A text as a JSON string; throws JsonFailure for one that UTF-8 cannot carry.
@@ -50,5 +51,8 @@ nlohmann::ordered_json fromString(const QString &text);
 
 /// The text of a JSON string, as it stands.
 QString toString(const std::string &utf8);
+
+/// As much of a text as a message has room for, which is independent of the size of the document.
+QString beginningOf(const QString &text);
 
 } // namespace JsonText

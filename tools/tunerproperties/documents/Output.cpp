@@ -1,33 +1,63 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Output.h"
 
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QFile>
-#include <QFileInfo>
 
 #include <reportbase/SaveFile.h>
 
 #include "Console.h"
 #include "batch/Interruption.h"
 
-void Output::writeWhole(const QString &name, const QByteArray &bytes, const std::function<void()> &written)
+namespace {
+
+/// Whether it is there and neither a file nor a folder.
+bool isPipeOrDevice(const FileName &name)
 {
-    if (name == Console::streamName()) {
+    struct stat status = {};
+    return stat(name.bytes().constData(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
+/// Writes into a pipe or a device; returns the reason if that is not possible. Replacing it, which is what writing
+/// atomically means, would leave a file in its place.
+QString writeInto(const FileName &name, const QByteArray &bytes)
+{
+    int descriptor = -1;
+    do {
+        descriptor = open(name.bytes().constData(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+    } while (descriptor < 0 && errno == EINTR);
+    if (descriptor < 0)
+        return qt_error_string(errno);
+    QFile file;
+    if (!file.open(descriptor, QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle)) {
+        close(descriptor);
+        return file.errorString();
+    }
+    return REPORTGENERATOR::WriteAll(file, bytes);
+}
+
+} // namespace
+
+void Output::writeWhole(const FileName &name, const QByteArray &bytes, FileKinds kinds,
+                        const std::function<void()> &written)
+{
+    if (name.isStandardStream()) {
         Console::write(bytes);
         return;
     }
-    const QFileInfo there(name);
-    if (there.exists() && !there.isFile() && !there.isDir()) {
-        // Replacing it, which is what writing atomically means, would leave a file in place of the device.
-        QFile file(name);
-        const QString reason = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-            ? REPORTGENERATOR::WriteAll(file, bytes)
-            : file.errorString();
+    if (kinds == FileKinds::All && isPipeOrDevice(name)) {
+        const QString reason = writeInto(name, bytes);
         if (!reason.isNull())
-            throw FileFailure(name + QStringLiteral(": cannot write: ") + reason);
+            throw FileFailure(name.shown() + QStringLiteral(": cannot write: ") + reason);
         return;
     }
     const Interruption::Shield shield;
-    const QString failure = REPORTGENERATOR::SaveFile(name, bytes);
+    const QString failure = REPORTGENERATOR::SaveFile(name.bytes(), name.shown(), bytes);
     if (!failure.isNull())
         throw FileFailure(failure);
     if (written)

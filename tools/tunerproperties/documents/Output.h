@@ -4,14 +4,17 @@
 #include <functional>
 
 #include <QByteArray>
-#include <QString>
+
+#include "documents/Input.h"
 
 namespace Output {
 
 /// Writes the bytes to a file, or to standard output for "-". A file is written whole or stays as it was; into a pipe
-/// or a device, which holds nothing to keep, the bytes simply go. Throws FileFailure.
+/// or a device, which holds nothing to keep, the bytes simply go, unless only regular files are written. Throws
+/// FileFailure.
 ///
 /// No signal ends the program while a file is on its way to its place, nor before `written` has been called for it.
-void writeWhole(const QString &name, const QByteArray &bytes, const std::function<void()> &written = {});
+void writeWhole(const FileName &name, const QByteArray &bytes, FileKinds kinds = FileKinds::All,
+                const std::function<void()> &written = {});
 
 } // namespace Output

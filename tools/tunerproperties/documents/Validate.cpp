@@ -25,7 +25,7 @@ QVector<Finding> findTheRest(Input &input, Form form)
     try {
         Forms::load(validating, input, form);
     } catch (const FileFailure &failure) {
-        const QString name = input.name() + QStringLiteral(": ");
+        const QString name = input.shownName() + QStringLiteral(": ");
         const QString text = failure.text();
         return {{{}, 0, 0, text.startsWith(name) ? text.mid(name.size()) : text}};
     }

@@ -91,6 +91,14 @@ QString decoded(const QByteArray &document)
         ->toUnicode(document);
 }
 
+/// Why the reader cannot read on, if it cannot.
+std::optional<XmlProblem> errorOf(const QXmlStreamReader &reader)
+{
+    if (!reader.hasError())
+        return {};
+    return XmlProblem{int(reader.lineNumber()), int(std::max(reader.columnNumber(), qint64(1))), reader.errorString()};
+}
+
 /// Lines and columns of places in a text.
 class Places
 {
@@ -126,6 +134,9 @@ public:
     {
         if (m_reader.readNextStartElement())
             readObject(TunerProperties::GetStaticObjectName());
+        // The rest of what cannot be read has not been looked at, and must not pass for valid.
+        if (const auto error = errorOf(m_reader))
+            m_problems.append(*error);
         return m_problems;
     }
 
@@ -269,11 +280,11 @@ std::optional<XmlProblem> firstXmlRefusal(const QByteArray &document)
 {
     QXmlStreamReader reader(document);
     if (!reader.readNextStartElement())
-        return {};
+        return errorOf(reader);
     try {
         TunerProperties().ProcessXml(reader);
     } catch (const RGException &e) {
         return XmlProblem{int(reader.lineNumber()), int(reader.columnNumber()), e.GetMessageText()};
     }
-    return {};
+    return errorOf(reader);
 }

@@ -17,7 +17,7 @@ struct XmlProblem
 
 /// All that a validating reader would refuse in a document but cannot be seen any more once the document is read: an
 /// unknown element, an empty boolean, the name of no type or mode. In the order of the document, which is to be well
-/// formed and a TunerProperties.
+/// formed and a TunerProperties; where it is not, the error of the reader comes last.
 QVector<XmlProblem> findXmlProblems(const QByteArray &document);
 
 /// What a validating reader refuses first, whatever it is, and where the reader was then.

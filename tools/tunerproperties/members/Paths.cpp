@@ -23,11 +23,9 @@ struct Condition
 /// A text behind the "=" of a condition.
 QString written(const QString &text)
 {
-    const auto isSpecial = [](QChar character) {
-        return QStringLiteral("[],=/\"'\\").contains(character) || character.category() == QChar::Other_Control
-            || character.unicode() == 0x2028 || character.unicode() == 0x2029;
-    };
-    const bool isPlain = !text.isEmpty() && text == text.trimmed() && std::none_of(text.begin(), text.end(), isSpecial);
+    const auto isSpecial = [](QChar character) { return QStringLiteral("[],=/\"'\\").contains(character); };
+    const bool isPlain = !text.isEmpty() && text == text.trimmed() && text == Console::onOneLine(text)
+        && std::none_of(text.begin(), text.end(), isSpecial);
     return isPlain ? text : Console::quoted(text);
 }
 
