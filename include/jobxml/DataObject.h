@@ -44,10 +44,12 @@ struct Place
     }
 };
 
-/// One reason for which a document would be refused while validating.
+/// One reason why a writer would refuse a document; its place is that of the object concerned.
 struct Problem : Place
 {
-    QString message; ///< why: the whole text of the exception that the model would throw
+    QString message; ///< why: the whole text of the exception that the model would throw, or the library's own
+    QString member{}; ///< the member of that object; null if it is not a single one
+    bool xmlOnly = false; ///< whether only XML is refused, with or without validation: it cannot carry a character
 };
 
 /// The operations that every class of the model has, each of them once.
@@ -169,8 +171,16 @@ public:
     /// at the first read that the stream cannot serve, and keeps what was read until then.
     void SetVersionSpecificBinaryWithoutValidation(QDataStream &stream);
 
-    /// Every reason for which Check() or a validating writer would refuse this object or anything below it, whatever
-    /// the validate flag is; empty if there is none. Like Check(), leaves the tree initialized.
+    /// Returns every reason why Check() or a validating writer (GetXml(), GetXmlString(), SaveXml(), GetBinary(),
+    /// SaveBinary(), the compressed forms and the others) would refuse this object, whatever its validate flag is;
+    /// empty if there is none. The steps of a problem lead to the object that has to be changed.
+    ///
+    /// Besides what Check() throws, these are: a mandatory list that is set but empty, for which nothing is written,
+    /// and characters that XML cannot carry (Problem::xmlOnly). Snapshots are never refused. Sizes are not considered:
+    /// documents and records are limited to 2 GiB, beyond which writing throws std::bad_alloc, and compressed ones to
+    /// 1 GiB of records. Of a derived class, its Check() and HasData() are asked once nothing else is found.
+    ///
+    /// Like Check(), leaves the tree initialized.
     QVector<Problem> GetProblems() const;
 
 protected:
@@ -254,6 +264,7 @@ private:
     quint16 listsToFill() const;
     void squeeze(quint16 lists);
     QString label(int index) const;
+    const Member *emptyList() const;
     static void release(const REPORTGENERATOR::ObjectClass &objectClass, Block *block) noexcept;
 
     mutable Block *m_block = nullptr;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/DataObject.h>
 
+#include <algorithm>
+
 #include "framework/Errors.h"
 #include "framework/HandDown.h"
 #include "framework/Member.h"
@@ -293,35 +295,71 @@ void DataObject::checkChildren(const Member &member, bool flag, const Environmen
     member.forEachChild(own, ChildAction(check));
 }
 
+namespace {
+
+bool isForXmlOnly(const Problem &problem)
+{
+    return problem.xmlOnly;
+}
+
+/// Appends the problem that the check throws, if it throws one.
+template <class Check>
+void collect(const Place &place, QLatin1String member, QVector<Problem> &problems, Check &&check)
+{
+    try {
+        check();
+    } catch (const RGException &e) {
+        problems.append({place, e.GetMessageText(), QString(member)});
+    }
+}
+
+} // namespace
+
 QVector<Problem> DataObject::GetProblems() const
 {
     handOver();
     QVector<Problem> problems;
     collectProblems({}, problems);
+    if (const Member *empty = emptyList())
+        problems.append({{}, Errors::emptyList(*this, empty->name()), QString(empty->name())});
+
+    // What a derived class adds to Check() and HasData() is in no row.
+    const auto isWritten = [&] { return std::all_of(problems.cbegin(), problems.cend(), isForXmlOnly); };
+    if (isOfDerivedClass() && isWritten())
+        collect({}, {}, problems, [&] { Check(); });
+    if (isOfDerivedClass() && isWritten() && !HasData())
+        problems.append({{}, Errors::withoutData(*this)});
     return problems;
 }
 
 void DataObject::collectProblems(const Place &place, QVector<Problem> &problems) const
 {
     Block &own = block();
-    const auto collect = [&](auto &&check) {
-        try {
-            check();
-        } catch (const RGException &e) {
-            problems.append({place, e.GetMessageText()});
-        }
-    };
     for (const Member *member : info().bitOrder()) {
-        collect([&] { member->check(*this, own); });
-        auto checkChild = [&](const DataObject &child, int index) {
-            const int before = problems.size();
-            child.collectProblems(place.below(child.label(index), {member->name(), index}), problems);
-            if (problems.size() == before)
-                collect([&] { member->checkForWriting(*this, child); });
+        collect(place, member->name(), problems, [&] { member->check(*this, own); });
+        const QString refusalByXml = member->refusalByXml(*this, own);
+        if (!refusalByXml.isNull())
+            problems.append({place, refusalByXml, QString(member->name()), true});
+        auto collectFromChild = [&](const DataObject &child, int index) {
+            const Place childsPlace = place.below(child.label(index), {member->name(), index});
+            child.collectProblems(childsPlace, problems);
+            if (const Member *empty = child.emptyList())
+                collect(childsPlace, empty->name(), problems, [&] { member->checkForWriting(*this, child); });
         };
         if (member->writesChildren(own))
-            member->forEachChild(own, ChildAction(checkChild));
+            member->forEachChild(own, ChildAction(collectFromChild));
     }
+}
+
+// The mandatory list that is set but empty. Check() lets it pass, but the object has no data.
+const Member *DataObject::emptyList() const
+{
+    const Block &own = block();
+    for (const Member *member : info().bitOrder()) {
+        if (member->has(Mandatory) && member->isList() && member->isSet(own) && !member->isPresent(own))
+            return member;
+    }
+    return nullptr;
 }
 
 // What tells an object from its siblings: its name if it has one, else its place, counted from 1 as people do.

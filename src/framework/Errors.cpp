@@ -116,4 +116,31 @@ QString Errors::accessToUnchosen(const DataObject &object, int alternative)
     return withName(object, QLatin1String(unchosenTexts[alternative]));
 }
 
+QString Errors::emptyList(const DataObject &object, QLatin1String list)
+{
+    return withName(object,
+                    QLatin1String(": the list ") + list
+                        + QLatin1String(" is set but empty, so nothing would be written; append at least one item"));
+}
+
+QString Errors::withoutData(const DataObject &object)
+{
+    return withName(object, QLatin1String(": HasData() returns false, so nothing would be written"));
+}
+
+QString Errors::notForXml(const DataObject &object, QLatin1String member, const QString &text, int at)
+{
+    const QString number = QString::number(text.at(at).unicode(), 16).toUpper().rightJustified(4, QLatin1Char('0'));
+    const QString position = QString::number(at + 1);
+    if (text.at(at).isSurrogate())
+        return withName(object,
+                        QLatin1String(": ") + member + QLatin1String(" contains U+") + number
+                            + QLatin1String(", half of a surrogate pair, at position ") + position
+                            + QLatin1String(", which XML cannot carry; remove it, or complete the pair"));
+    return withName(object,
+                    QLatin1String(": ") + member + QLatin1String(" contains U+") + number
+                        + QLatin1String(" at position ") + position
+                        + QLatin1String(", which XML cannot carry; remove it, or save tagged records, which can"));
+}
+
 } // namespace JobXml

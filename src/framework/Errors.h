@@ -28,5 +28,15 @@ namespace Errors {
 /// today every alternative may be used at any time, so nothing raises it.
 QString accessToUnchosen(const DataObject &object, int alternative);
 
+/// \name Problems for which nothing is thrown
+/// @{
+/// A mandatory list that is set but empty: the object passes its check and has no data.
+QString emptyList(const DataObject &object, QLatin1String list);
+/// The same for a derived class, whose HasData() has reasons of its own.
+QString withoutData(const DataObject &object);
+/// `text[at]` is the first character that XML cannot carry.
+QString notForXml(const DataObject &object, QLatin1String member, const QString &text, int at);
+/// @}
+
 } // namespace Errors
 } // namespace JobXml

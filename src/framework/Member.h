@@ -45,6 +45,7 @@ public:
     }
 
     virtual bool isPresent(const Block &block) const = 0;
+    bool isList() const { return kind() == MemberKind::ObjectList || kind() == MemberKind::EnumerationList; }
 
     /// The accessor `ResetX()`, and the part of it that puts the default back.
     void reset(DataObject &object) const override
@@ -82,6 +83,9 @@ public:
 
     /// What a writer would say about a child that check() does not.
     virtual void checkForWriting(const DataObject &, const DataObject &) const { }
+
+    /// Why XML cannot carry the member, although everything else can; null if it can.
+    virtual QString refusalByXml(const DataObject &, const Block &) const { return QString(); }
 
     /// Takes over the member of another object of the same class, where it is set.
     virtual void merge(DataObject &object, const DataObject &other) const = 0;

@@ -4,6 +4,7 @@
 #include "framework/Codec.h"
 #include "framework/Member.h"
 #include "framework/XmlOutput.h"
+#include "reportbase/XmlCharacters.h"
 
 namespace JobXml {
 
@@ -55,6 +56,16 @@ public:
     }
 
     bool holdsTheInvalid(Block &block) const override { return !Codec<T>::isValid(this->field(block)); }
+
+    QString refusalByXml(const DataObject &object, const Block &block) const override
+    {
+        if constexpr (std::is_same_v<T, QString>) {
+            const int at = leftOut(block) ? -1 : REPORTGENERATOR::firstNotForXml(this->field(block));
+            if (at >= 0)
+                return Errors::notForXml(object, this->name(), this->field(block), at);
+        }
+        return QString();
+    }
 
     void merge(DataObject &object, const DataObject &other) const override
     {

@@ -6,6 +6,8 @@
 #include <limits>
 #include <new>
 
+#include "reportbase/XmlCharacters.h"
+
 namespace JobXml {
 
 namespace {
@@ -182,9 +184,10 @@ int XmlDocument::appendOddCharacter(const QString &text, int at, In place)
         m_isFaithful = false;
         return at + 1;
     }
-    const QByteArray utf8 = QStringView(text).mid(at, end - at).toUtf8();
-    if (QString::fromUtf8(utf8) != QStringView(text).mid(at, end - at))
+    const QStringView run = QStringView(text).mid(at, end - at);
+    if (REPORTGENERATOR::firstNotForXml(run) >= 0)
         m_isFaithful = false; // half of a surrogate pair
+    const QByteArray utf8 = run.toUtf8();
     append(utf8.constData(), utf8.size());
     return end;
 }

@@ -500,7 +500,7 @@ void ValueItem::collectProblems(const Place &place, QVector<Problem> &problems) 
     try {
         Errors::nothingChosen(*this);
     } catch (const IncompleteDefinitionException &e) {
-        problems.append({place, e.GetMessageText()});
+        problems.append({place, e.GetMessageText(), QString(choiceMember.name())});
     }
 }
 

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void everyFailureHasItsTypeAndItsText();
     void theTextForAnAlternativeThatIsNotChosenIsDefinedForAllTen_data();
     void theTextForAnAlternativeThatIsNotChosenIsDefinedForAllTen();
+    void problemsForWhichNothingIsThrownHaveTheirTexts();
 };
 
 void ErrorsTest::everyFailureHasItsTypeAndItsText_data()
@@ -100,6 +101,23 @@ void ErrorsTest::theTextForAnAlternativeThatIsNotChosenIsDefinedForAllTen()
     QFETCH(int, alternative);
     QCOMPARE(Errors::accessToUnchosen(StringItem(), alternative),
              QStringLiteral("StringItem: Tried to access an Interface that is nor selected."));
+}
+
+void ErrorsTest::problemsForWhichNothingIsThrownHaveTheirTexts()
+{
+    const StringItem object;
+    const QLatin1String value("value");
+    QCOMPARE(Errors::emptyList(object, QLatin1String("Node")),
+             QStringLiteral("StringItem: the list Node is set but empty, so nothing would be written; append at least "
+                            "one item"));
+    QCOMPARE(Errors::withoutData(object),
+             QStringLiteral("StringItem: HasData() returns false, so nothing would be written"));
+    QCOMPARE(Errors::notForXml(object, value, QStringLiteral("a\x1f"), 1),
+             QStringLiteral("StringItem: value contains U+001F at position 2, which XML cannot carry; remove it, or "
+                            "save tagged records, which can"));
+    QCOMPARE(Errors::notForXml(object, value, QString(QChar(0xD800)), 0),
+             QStringLiteral("StringItem: value contains U+D800, half of a surrogate pair, at position 1, which XML "
+                            "cannot carry; remove it, or complete the pair"));
 }
 
 QTEST_GUILESS_MAIN(ErrorsTest)

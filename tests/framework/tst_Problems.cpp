@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include <functional>
+
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <jobxml/Visit.h>
 
 #include "Documents.h"
+#include "Encodings.h"
 
 using namespace JobXml;
 
@@ -17,7 +21,25 @@ QStringList textsOf(const DataObject &object)
     return texts;
 }
 
+// The object to which the steps of a problem lead.
+const DataObject *objectAt(const DataObject &root, const QVector<Step> &steps)
+{
+    const DataObject *object = &root;
+    for (const Step &step : steps) {
+        const DataObject *child = nullptr;
+        visit(*object, [&](const MemberView &member) {
+            if (member.GetName() == step.member)
+                child = &member.GetChild(qMax(step.index, 0));
+        });
+        object = child;
+    }
+    return object;
+}
+
 } // namespace
+
+using Change = std::function<void(TunerProperties &)>;
+Q_DECLARE_METATYPE(Change)
 
 /// GetProblems() names every problem, and where it is.
 class ProblemsTest : public QObject
@@ -63,12 +85,199 @@ private Q_SLOTS:
         QVERIFY(document.GetValidate());
     }
 
-    void aChildThatPassesItsCheckButHasNoDataIsAProblemOfItsParent()
+    void anItemWhoseListIsEmptyIsAProblemWithStepsToTheItem()
     {
         Component component = aComponent();
         component.GetNode()[0].SetValueItem({});
-        QCOMPARE(textsOf(component),
-                 QStringList{QStringLiteral(" -> Parameters for Node are not set properly in 'Component'.")});
+        QCOMPARE(
+            textsOf(component),
+            QStringList{QStringLiteral("Node \"node0\" -> Parameters for Node are not set properly in 'Component'.")});
+        const Problem problem = component.GetProblems().constFirst();
+        QCOMPARE(objectAt(component, problem.steps), &std::as_const(component).GetNode().at(0));
+        QCOMPARE(problem.member, QStringLiteral("ValueItem"));
+        QVERIFY(!problem.xmlOnly);
+    }
+
+    void anEmptyListIsReportedBesideOtherProblemsOfItsObject()
+    {
+        TunerProperties document = aDocument();
+        document.GetComponent()[0].GetNode().clear();
+        document.GetComponent()[0].Resetoptional();
+        document.GetComponent().append(Component());
+        document.Resetbaseresource();
+        QCOMPARE(textsOf(document),
+                 (QStringList{
+                     QStringLiteral("Component \"Preselector\" -> Component: Please set optional properly."),
+                     QStringLiteral("Component \"Preselector\" -> Parameters for Component are not set properly in "
+                                    "'TunerProperties'."),
+                     QStringLiteral("Component 2 -> Component: Please set Node properly."),
+                     QStringLiteral("Component 2 -> Component: Please set type properly."),
+                     QStringLiteral("Component 2 -> Component: Please set name properly."),
+                     QStringLiteral("Component 2 -> Component: Please set optional properly."),
+                     QStringLiteral(" -> TunerProperties: Please set baseresource properly."),
+                 }));
+
+        document.GetComponent().clear();
+        QCOMPARE(textsOf(document),
+                 (QStringList{
+                     QStringLiteral(" -> TunerProperties: Please set baseresource properly."),
+                     QStringLiteral(" -> TunerProperties: the list Component is set but empty, so nothing would be "
+                                    "written; append at least one item"),
+                 }));
+    }
+
+    void anObjectThatWouldWriteNothingHasAProblem_data()
+    {
+        QTest::addColumn<Change>("change");
+        QTest::newRow("a cleared list") << Change([](TunerProperties &t) { t.GetComponent().clear(); });
+        QTest::newRow("an empty list") << Change([](TunerProperties &t) { t.SetComponent({}); });
+        QTest::newRow("a list that was only looked at") << Change([](TunerProperties &t) {
+            t.ResetComponent();
+            QVERIFY(t.GetComponent().isEmpty());
+        });
+    }
+
+    void anObjectThatWouldWriteNothingHasAProblem()
+    {
+        QFETCH(Change, change);
+        const QTemporaryDir folder;
+        TunerProperties document = aDocument();
+        change(document);
+        document.Check();
+        QVERIFY(!document.SaveXml(folder.filePath(QStringLiteral("a.xml"))));
+        QVERIFY(!document.SaveBinary(folder.filePath(QStringLiteral("a.tpb"))));
+        QVERIFY(document.GetXmlString().isNull());
+        QCOMPARE(textsOf(document),
+                 QStringList{QStringLiteral(" -> TunerProperties: the list Component is set but empty, so nothing "
+                                            "would be written; append at least one item")});
+        const Problem problem = document.GetProblems().constFirst();
+        QVERIFY(problem.steps.isEmpty()); // the document itself
+        QCOMPARE(problem.member, QStringLiteral("Component"));
+        QVERIFY(!problem.xmlOnly);
+    }
+
+    void everyClassWhoseMandatoryListIsEmptyHasAProblem()
+    {
+        const QString rest = QStringLiteral(" is set but empty, so nothing would be written; append at least one item");
+        Component component = aComponent();
+        component.SetNode({});
+        QCOMPARE(textsOf(component), QStringList{QStringLiteral(" -> Component: the list Node") + rest});
+        Node node = aNode();
+        node.SetValueItem({});
+        QCOMPARE(textsOf(node), QStringList{QStringLiteral(" -> Node: the list ValueItem") + rest});
+        StartupModes modes;
+        modes.SetStartupMode({});
+        QCOMPARE(textsOf(modes), QStringList{QStringLiteral(" -> StartupModes: the list StartupMode") + rest});
+        ValueStringList list;
+        list.SetStringItem({});
+        list.Setid(QStringLiteral("a"));
+        list.Setvalue(QStringLiteral("b"));
+        QCOMPARE(textsOf(list), QStringList{QStringLiteral(" -> ValueStringList: the list StringItem") + rest});
+        QVERIFY(recordOf(list).isEmpty());
+    }
+
+    // They are written without it.
+    void anObjectWithoutDataThatItsParentLeavesOutIsNoProblem()
+    {
+        TunerProperties document = aDocument();
+        document.GetStartupModes().SetStartupMode({});
+        QVERIFY(!document.GetXmlString().isNull());
+        QCOMPARE(textsOf(document), QStringList());
+    }
+
+    void aCharacterThatXmlCannotCarryIsAProblemOfXmlAlone_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("what");
+        const auto row = [](const char *name, const QString &text, const char *what) {
+            QTest::newRow(name) << text << QString::fromLatin1(what);
+        };
+        const QString ofOne = QStringLiteral("xy");
+        row("NUL", QString(QChar(0)),
+            "U+0000 at position 1, which XML cannot carry; remove it, or save tagged "
+            "records, which can");
+        row("a control character", ofOne + QChar(0x1B) + ofOne,
+            "U+001B at position 3, which XML cannot carry; remove it, or save tagged records, which can");
+        row("U+FFFE", ofOne + QChar(0xFFFE),
+            "U+FFFE at position 3, which XML cannot carry; remove it, or save tagged records, which can");
+        row("a first half", QString(QChar(0xD83D)) + ofOne,
+            "U+D83D, half of a surrogate pair, at position 1, which XML cannot carry; remove it, or complete the pair");
+        row("a second half", QStringLiteral("\U0001F4E1") + QChar(0xDCE1),
+            "U+DCE1, half of a surrogate pair, at position 3, which XML cannot carry; remove it, or complete the pair");
+    }
+
+    void aCharacterThatXmlCannotCarryIsAProblemOfXmlAlone()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, what);
+        const QTemporaryDir folder;
+        TunerProperties document = aDocument(2);
+        ValueItem &item = document.GetComponent()[0].GetNode()[1].GetValueItem()[0];
+        ValueString value;
+        value.Setid(QStringLiteral("word"));
+        value.Setvalue(text);
+        item.SetValueString(value);
+        QVERIFY(!document.SaveXml(folder.filePath(QStringLiteral("a.xml"))));
+        QVERIFY(document.SaveBinary(folder.filePath(QStringLiteral("a.tpb"))));
+
+        QCOMPARE(textsOf(document),
+                 QStringList{QStringLiteral("Component \"Preselector\" / Node \"node1\" / ValueItem 1 / ValueString "
+                                            "\"word\" -> ValueString: value contains ")
+                             + what});
+        const Problem problem = document.GetProblems().constFirst();
+        QCOMPARE(objectAt(document, problem.steps), &std::as_const(item).GetValueString());
+        QCOMPARE(problem.member, QStringLiteral("value"));
+        QVERIFY(problem.xmlOnly);
+    }
+
+    void everyTextThatWouldBeWrittenIsLookedAtAndNoOther()
+    {
+        TunerProperties document = aDocument();
+        const QString bell(QChar(7));
+        const auto expected = [](const char *place, const char *member) {
+            return QString::fromLatin1(place) + QLatin1String(member)
+                + QStringLiteral(" contains U+0007 at position 1, which XML cannot carry; remove it, or save tagged "
+                                 "records, which can");
+        };
+        document.Setname(bell);
+        document.SetconnectableResources(bell);
+        document.GetBandwidthSelection()[0].SetName(bell);
+        ValueString unchosen;
+        unchosen.Setid(bell);
+        ValueItem &item = document.GetComponent()[0].GetNode()[0].GetValueItem()[0];
+        item.SetValueString(unchosen);
+        item.SetValueInt(anInt());
+        QCOMPARE(textsOf(document),
+                 (QStringList{
+                     expected("BandwidthSelection \"\x07\" -> BandwidthSelection: ", "Name"),
+                     expected(" -> TunerProperties: ", "name"),
+                     expected(" -> TunerProperties: ", "connectableResources"),
+                 }));
+    }
+
+    void whatADerivedClassChecksIsAProblem()
+    {
+        class Strict : public TunerProperties
+        {
+        public:
+            using TunerProperties::Check;
+            void Check(bool flag) const override
+            {
+                TunerProperties::Check(flag);
+                if (Getquantity() > 9)
+                    throw OutOfRangeException(QStringLiteral("too many"));
+            }
+            bool HasData() const override { return TunerProperties::HasData() && Getquantity() > 0; }
+        };
+        Strict document;
+        static_cast<TunerProperties &>(document) = aDocument();
+        QCOMPARE(textsOf(document), QStringList());
+        document.Setquantity(10);
+        QCOMPARE(textsOf(document), QStringList{QStringLiteral(" -> too many")});
+        document.Setquantity(0);
+        QCOMPARE(
+            textsOf(document),
+            QStringList{QStringLiteral(" -> TunerProperties: HasData() returns false, so nothing would be written")});
     }
 
     void aChildIsToldByItsName_data()
@@ -179,14 +388,8 @@ private Q_SLOTS:
         QCOMPARE(problems.at(0).steps.size(), 3);
         QCOMPARE(problems.at(1).path.join(QLatin1Char('/')),
                  QStringLiteral("Component \"IF\"/Node \"node2\"/ValueItem 1/ValueInt"));
-        const DataObject *object = &document;
-        for (const Step &step : problems.at(1).steps) {
-            visit(*object, [&](const MemberView &member) {
-                if (member.GetName() == step.member)
-                    object = &member.GetChild(qMax(step.index, 0));
-            });
-        }
-        QCOMPARE(object, &std::as_const(node).GetValueItem().at(0).GetValueInt());
+        QCOMPARE(objectAt(document, problems.at(1).steps), &std::as_const(node).GetValueItem().at(0).GetValueInt());
+        QCOMPARE(problems.at(1).member, QStringLiteral("id"));
         QCOMPARE(problems.at(1).steps.last().index, -1);
     }
 

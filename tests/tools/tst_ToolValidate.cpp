@@ -300,7 +300,9 @@ void ToolValidateTest::aDocumentThatWouldWriteNothingIsAProblem()
     // Component (set, but empty), type and base resource.
     shop.write(QStringLiteral("a.tps"), QByteArray::fromHex("D000 00000006 0031002E0031 00000000 01 00000002 0062"));
     const Run run = shop.run(line("validate a.tps"));
-    QCOMPARE(run.out, QStringLiteral("a.tps: the document has no data, so nothing would be written\n"));
+    QCOMPARE(run.out,
+             QStringLiteral("a.tps: TunerProperties: the list Component is set but empty, so nothing would be written; "
+                            "append at least one item\n"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 1);
 }

@@ -79,7 +79,7 @@ QStringList newProblems(const TunerProperties &document, const QVector<Problem> 
     QStringList texts;
     const QVector<Problem> problems = document.GetProblems();
     for (const Problem &problem : problems) {
-        if (!known.removeOne(key(problem)))
+        if (!problem.xmlOnly && !known.removeOne(key(problem))) // whether it is XML at all, the writer knows
             texts.append((problem.path + QStringList{problem.message}).join(QStringLiteral(": ")));
     }
     return texts;
@@ -150,7 +150,7 @@ ExitStatus change(Document &document, const Invocation &invocation)
     if (!isChanged && !name.isStandardStream())
         return ExitStatus::Ok;
     const QStringList problems = newProblems(tuner, knownProblems);
-    tuner.SetValidate(tuner.GetProblems().isEmpty() && tuner.HasData());
+    tuner.SetValidate(tuner.GetProblems().isEmpty());
     if (!problems.isEmpty() && !mayHaveProblems)
         return complainAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);

@@ -51,9 +51,9 @@ QVector<Finding> findProblems(const TunerProperties &document, Input &input, For
             findings.append(finding(problem));
     }
     const QVector<Problem> problems = document.GetProblems();
-    for (const Problem &problem : problems)
-        findings.append({problem.path, 0, 0, problem.message, problem.steps});
-    if (findings.isEmpty() && !document.HasData())
-        findings.append({{}, 0, 0, QStringLiteral("the document has no data, so nothing would be written")});
+    for (const Problem &problem : problems) {
+        if (!problem.xmlOnly) // other forms carry it, and XML never holds it
+            findings.append({problem.path, 0, 0, problem.message, problem.steps});
+    }
     return findings.isEmpty() ? findTheRest(input, form) : findings;
 }

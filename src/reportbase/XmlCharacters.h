@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringView>
+
+namespace REPORTGENERATOR {
+
+/// The index of the first character of a text that XML cannot carry, which a QXmlStreamWriter would drop or replace; -1
+/// if there is none. These are U+0000 to U+001F except TAB, LF and CR, U+FFFE, U+FFFF and halves of surrogate pairs.
+inline int firstNotForXml(QStringView text)
+{
+    const int size = int(text.size());
+    for (int i = 0; i < size; ++i) {
+        const ushort unit = text[i].unicode();
+        if (unit >= 0x20 && unit < 0xD800)
+            continue;
+        if (unit < 0x20) {
+            if (unit != '\t' && unit != '\n' && unit != '\r')
+                return i;
+        } else if (QChar::isHighSurrogate(unit) && i + 1 < size && text[i + 1].isLowSurrogate()) {
+            ++i;
+        } else if (QChar::isSurrogate(unit) || unit >= 0xFFFE) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+} // namespace REPORTGENERATOR
