@@ -2,9 +2,9 @@
 """doxygen_filter.py FILE prints a public header or a page as doxygen is to see it; the lines keep their numbers.
 
 Headers: a group's text also becomes that of its first member, from which doxygen takes it for the others, so that each
-function says at its own place what it is about. What classes of the model share with each other only is left out. The
-documentation of a class or function ends with its example, the part of a file in snippets/ that is marked by its name;
-the headers do not refer to these files, which are not installed.
+function says at its own place what it is about. What classes of the model share with each other only is left out; what
+is protected for derived classes is marked. The documentation of a class or function ends with its example, the part of a
+file in snippets/ that is marked by its name; the headers do not refer to these files, which are not installed.
 
 Pages: headings get names, so that links to them, which other viewers of Markdown understand as they are, lead there.
 Links to files of the sources, which do not stand beside the manual, become plain text.
@@ -52,7 +52,7 @@ def without_forward_declarations(text):
 def header(path, lines):
     lines = with_examples(without_forward_declarations("".join(lines)).splitlines(keepends=True))
     if os.path.basename(os.path.dirname(path)) == "jobxml":
-        lines = [re.sub(r"^protected:", "private:", line) for line in lines]
+        lines = [re.sub(r"^protected:(?! // for derived classes)", "private:", line) for line in lines]
     result = []
     text = None  # of the group that is being opened; None outside of such a comment
     pending = None  # to be put in front of the group's first member

@@ -41,10 +41,12 @@ public:
     /// @{
     QString GetName() const;
     void SetName(QString value);
+    void SetName(std::nullptr_t) = delete;
     bool IsNameSet() const;
     void ResetName();
     QString GetDefaultName() const;
     bool IsValidName(const QString &value) const;
+    bool IsValidName(std::nullptr_t) const = delete;
     /// @}
 
     /// \name MaxBandwidth

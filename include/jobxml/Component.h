@@ -39,11 +39,13 @@ public:
     /// The configurable parameters; mandatory. The list must be set and may be empty, but an empty one is no data:
     /// while validating nothing is written for it, AppendComponent() refuses the
     /// component, and the XML writer the document that holds it. Snapshots are read by the count alone.
+    /// Release a reference from GetNode() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<Node> &GetNode();
     const QVector<Node> &GetNode() const;
     void SetNode(const QVector<Node> &items);
     void AppendNode(const Node &item);
+    void AppendNode(std::nullptr_t) = delete;
     bool IsNodeSet() const;
     void ResetNode();
     bool IsValidNode(const Node &item) const;
@@ -55,10 +57,12 @@ public:
     /// @{
     QString Gettype() const;
     void Settype(QString value);
+    void Settype(std::nullptr_t) = delete;
     bool IstypeSet() const;
     void Resettype();
     QString GetDefaulttype() const;
     bool IsValidtype(const QString &value) const;
+    bool IsValidtype(std::nullptr_t) const = delete;
     /// @}
 
     /// \name name
@@ -66,10 +70,12 @@ public:
     /// @{
     QString Getname() const;
     void Setname(QString value);
+    void Setname(std::nullptr_t) = delete;
     bool IsnameSet() const;
     void Resetname();
     QString GetDefaultname() const;
     bool IsValidname(const QString &value) const;
+    bool IsValidname(std::nullptr_t) const = delete;
     /// @}
 
     /// \name displayName
@@ -77,10 +83,12 @@ public:
     /// @{
     QString GetdisplayName() const;
     void SetdisplayName(QString value);
+    void SetdisplayName(std::nullptr_t) = delete;
     bool IsdisplayNameSet() const;
     void ResetdisplayName();
     QString GetDefaultdisplayName() const;
     bool IsValiddisplayName(const QString &value) const;
+    bool IsValiddisplayName(std::nullptr_t) const = delete;
     /// @}
 
     /// \name optional

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+
 #include <QMetaType>
 #include <QStringList>
 #include <QVector>
@@ -10,6 +12,9 @@
 #include <jobxml/Export.h>
 
 QT_FORWARD_DECLARE_CLASS(QDebug)
+
+class QDataStream;
+class QXmlStreamWriter;
 
 /// The data model of a radio tuner resource in a measurement job.
 namespace JobXml {
@@ -58,13 +63,15 @@ struct Problem : Place
 /// `X` the classes offer `GetX`, `SetX`, `IsXSet`, `ResetX`, `GetDefaultX` and `IsValidX`, and `AppendX` for lists:
 ///  - `GetX()` returns the value and leaves the flag alone. The non-const getter of a child object, a list or an
 ///    alternative returns a reference to modify and sets the flag; `std::as_const(object).GetX()` reads without
-///    marking.
+///    marking. Do not assign the object to another one while you hold such a reference, see Sharing.
 ///  - `SetX(value)` stores the value and sets the flag. A null string is refused while validating: OutOfRangeException
 ///    ": Please set X properly (origin: Setter)." after the object's name, and nothing is stored. A list is stored as
 ///    it is given: its items are not checked, and keep their validate flags and loggers.
 ///  - `AppendX(item)` appends a copy, which has the item's validate flag and no logger, and sets the flag. An item
 ///  without data is refused while validating:
 ///    IncompleteDefinitionException ": Tried to append not completely defined or invalid item X.".
+///  - `SetX(nullptr)` and `AppendX({})` do not compile: a null pointer is not a text, and a pair of braces would be an
+///    empty item. Write QString() for the null text and name the class of an empty item.
 ///  - `IsXSet()` is the flag; `ResetX()` clears it and puts the default back.
 ///
 /// **References.** A reference that a getter returned holds until the object is next used after it was copied, assigned
@@ -76,10 +83,14 @@ struct Problem : Place
 ///
 /// **Sharing.** Assignment shares the data of both objects until one of them is next used; a copy constructed object
 /// has its own at once. Two objects may therefore be used by two threads, one each; one object by one thread at a time.
+/// A reference that a getter returned before the assignment refers to the shared data: writing through it changes both
+/// objects. While you hold one, copy construct instead: `T b(a)` or `b = T(a)`.
 ///
 /// **Validate flag and logger.** Check(), GetXml(), GetBinary(), SetBinary(), reading XML as soon as it meets a child
-/// element, and the creation of an object's data hand the object's own flag and logger down to its whole tree. Setters,
-/// assignment and moves do not.
+/// element, and the creation of an object's data propagate the object's own flag and logger to its whole tree. Setters,
+/// assignment and moves do not. SetValidate() and SetLogger() reach the children that exist at that moment: a child
+/// that is appended or assigned later keeps its own flag until the next of these operations, and a copy of a child
+/// keeps the flag that the child has.
 ///
 /// **Equality.** A member is equal if it is set in both objects to equal values, or set in neither; the lists of
 /// ValueStringList, ValueSelection, Node and Component go by the right side's flag alone: an unset one there equals an
@@ -165,11 +176,11 @@ public:
 
     /// Writes the untagged snapshot: the set flags, then the values in the stream's own forms. Checks nothing, throws
     /// nothing of its own and hands nothing down. Written in one piece, so a sequential device will do.
-    void GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const;
+    virtual void GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const;
 
     /// Reads the untagged snapshot. Values are stored without their setters; items of lists pass the append rule. Stops
     /// at the first read that the stream cannot serve, and keeps what was read until then.
-    void SetVersionSpecificBinaryWithoutValidation(QDataStream &stream);
+    virtual void SetVersionSpecificBinaryWithoutValidation(QDataStream &stream);
 
     /// Returns every reason why Check() or a validating writer (GetXml(), GetXmlString(), SaveXml(), GetBinary(),
     /// SaveBinary(), the compressed forms and the others) would refuse this object, whatever its validate flag is;
@@ -182,6 +193,29 @@ public:
     ///
     /// Like Check(), leaves the tree initialized.
     QVector<Problem> GetProblems() const;
+
+protected: // for derived classes
+    /// \name What a derived class writes and reads besides its base
+    /// For a class that derives from one of the model's classes, usually from TunerProperties: lists hold objects of
+    /// the model's classes only, and copy just their part. These functions do nothing by default and are called for
+    /// objects of derived classes alone. They neither check nor propagate anything. The manual's page "Derived classes"
+    /// lists what else such a class overrides, with an example.
+    /// @{
+
+    /// Writes attributes into the start tag of the object's element, after those of the base.
+    virtual void writeOwnAttributes(QXmlStreamWriter &writer) const;
+    /// Writes child elements at the end of the object's element.
+    virtual void writeOwnElements(QXmlStreamWriter &writer) const;
+    /// Writes whole member records, each of them tag, length and payload, after those of the base. The stream has the
+    /// byte order, version and precision of the one that is being written.
+    virtual void writeOwnRecords(QDataStream &stream) const;
+    /// Reads the payload of a record whose tag the base does not know. Returns true after reading exactly `length`
+    /// bytes, and false without reading anything if it does not know the tag either; then the record is skipped.
+    virtual bool readOwnRecord(QDataStream &stream, quint32 tag, qint32 length);
+
+    /// Appends the problems of the object at `place` and of everything below it. Call the base's, then append.
+    virtual void collectProblems(const Place &place, QVector<Problem> &problems) const;
+    /// @}
 
 protected:
     explicit DataObject(const ClassInfo &info);
@@ -198,14 +232,14 @@ protected:
     void swapData(DataObject &other) noexcept;
 
     /// \name Steps of the operations
-    /// What a class overrides or builds its departures from. They neither hand down nor check unless they say so.
+    /// For the classes of the model alone: most of these need types that are not installed, and any version may change
+    /// them. They neither hand down nor check unless they say so.
     /// @{
     class HandDown;
 
     virtual bool equals(const DataObject &other) const;
     /// Checks the object and what is below it; hands the environment, if there is one, down on the way.
     virtual void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const;
-    virtual void collectProblems(const Place &place, QVector<Problem> &problems) const;
     /// In the order in which visitors see them.
     virtual void forEachMember(const ActionOn<const ShownMember &> &action) const;
     virtual void handDownToChildren(const HandDown &handDown) const;
@@ -243,6 +277,7 @@ protected:
 private:
     friend class Member; // the rows are this class's other half
     class ReadingContent;
+    class OwnXml;
 
     inline const ClassInfo &info() const noexcept;
     inline bool isOfDerivedClass() const noexcept;
@@ -273,5 +308,8 @@ private:
 /// Writes an object and all below it as a tree, a member a line, unset ones with "(not set)". Changes nothing, no
 /// object gets data of its own by it.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, const DataObject &object);
+
+/// Writes a problem with its path: `Problem(Component "IF" / Node 2: Node: Please set id properly.)`.
+JOBXML_EXPORT QDebug operator<<(QDebug debug, const Problem &problem);
 
 } // namespace JobXml

@@ -38,11 +38,13 @@ public:
     /// The values; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
     /// nothing is written for it, AppendNode() refuses the node, and the
     /// XML writer the component that holds it. Snapshots are read by the count alone.
+    /// Release a reference from GetValueItem() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<ValueItem> &GetValueItem();
     const QVector<ValueItem> &GetValueItem() const;
     void SetValueItem(const QVector<ValueItem> &items);
     void AppendValueItem(const ValueItem &item);
+    void AppendValueItem(std::nullptr_t) = delete;
     bool IsValueItemSet() const;
     void ResetValueItem();
     bool IsValidValueItem(const ValueItem &item) const;
@@ -54,10 +56,12 @@ public:
     /// @{
     QString Getid() const;
     void Setid(QString value);
+    void Setid(std::nullptr_t) = delete;
     bool IsidSet() const;
     void Resetid();
     QString GetDefaultid() const;
     bool IsValidid(const QString &value) const;
+    bool IsValidid(std::nullptr_t) const = delete;
     /// @}
 };
 

@@ -42,10 +42,12 @@ public:
     /// @{
     QString Getname() const;
     void Setname(QString value);
+    void Setname(std::nullptr_t) = delete;
     bool IsnameSet() const;
     void Resetname();
     QString GetDefaultname() const;
     bool IsValidname(const QString &value) const;
+    bool IsValidname(std::nullptr_t) const = delete;
     /// @}
 
     /// \name value

@@ -53,6 +53,7 @@ public:
     /// validating nothing is written for it. In XML one child element per entry holds the mode's name, in tagged
     /// records the name, in snapshots the value. HasData() and AnyData() ask for at least one entry; Check() throws for
     /// an entry that is no mode as for a list that is not set.
+    /// Release a reference from GetStartupMode() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<StartupMode> &GetStartupMode();
     const QVector<StartupMode> &GetStartupMode() const;
@@ -60,6 +61,7 @@ public:
     /// What is no mode is refused while validating: IncompleteDefinitionException "StartupModes: Tried to append not
     /// completely defined or invalid item StartupMode.". Otherwise it is appended as it is.
     void AppendStartupMode(StartupMode mode);
+    void AppendStartupMode(std::nullptr_t) = delete;
     bool IsStartupModeSet() const;
     void ResetStartupMode();
     /// Invalid, for a single mode.
@@ -76,6 +78,7 @@ public:
     QString StartupModeToName(StartupMode mode) const;
     /// The mode of exactly this name; Invalid if there is none.
     StartupMode NameToStartupMode(const QString &name) const;
+    StartupMode NameToStartupMode(std::nullptr_t) const = delete;
     /// The names of the modes.
     static QStringList GetStartupModes();
     /// The same for a user to read, in the language that is installed now.
@@ -91,6 +94,9 @@ public:
 
 /// Equal objects have the same hash.
 JOBXML_EXPORT uint qHash(const StartupModes &object, uint seed = 0);
+
+/// Writes a value as C++ spells it; one without a name by its number.
+JOBXML_EXPORT QDebug operator<<(QDebug debug, StartupModes::StartupMode value);
 
 } // namespace JobXml
 

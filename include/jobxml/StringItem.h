@@ -39,10 +39,12 @@ public:
     /// @{
     QString Getvalue() const;
     void Setvalue(QString value);
+    void Setvalue(std::nullptr_t) = delete;
     bool IsvalueSet() const;
     void Resetvalue();
     QString GetDefaultvalue() const;
     bool IsValidvalue(const QString &value) const;
+    bool IsValidvalue(std::nullptr_t) const = delete;
     /// @}
 };
 

@@ -73,10 +73,12 @@ public:
     /// @{
     QString Getname() const;
     void Setname(QString value);
+    void Setname(std::nullptr_t) = delete;
     bool IsnameSet() const;
     void Resetname();
     QString GetDefaultname() const;
     bool IsValidname(const QString &value) const;
+    bool IsValidname(std::nullptr_t) const = delete;
     /// @}
 
     /// \name type
@@ -96,6 +98,7 @@ public:
     QString typeToName(type value) const;
     /// The kind of exactly this name; Invalid if there is none.
     type NameTotype(const QString &name) const;
+    type NameTotype(std::nullptr_t) const = delete;
     /// The names of the kinds.
     static QStringList Gettypes();
     /// The same for a user to read, in the language that is installed now.
@@ -107,10 +110,12 @@ public:
     /// @{
     QString Getbaseresource() const;
     void Setbaseresource(QString value);
+    void Setbaseresource(std::nullptr_t) = delete;
     bool IsbaseresourceSet() const;
     void Resetbaseresource();
     QString GetDefaultbaseresource() const;
     bool IsValidbaseresource(const QString &value) const;
+    bool IsValidbaseresource(std::nullptr_t) const = delete;
     /// @}
 
     /// \name connectableResources
@@ -118,10 +123,12 @@ public:
     /// @{
     QString GetconnectableResources() const;
     void SetconnectableResources(QString value);
+    void SetconnectableResources(std::nullptr_t) = delete;
     bool IsconnectableResourcesSet() const;
     void ResetconnectableResources();
     QString GetDefaultconnectableResources() const;
     bool IsValidconnectableResources(const QString &value) const;
+    bool IsValidconnectableResources(std::nullptr_t) const = delete;
     /// @}
 
     /// \name quantity
@@ -141,10 +148,12 @@ public:
     /// @{
     QString GetparentBaseResource() const;
     void SetparentBaseResource(QString value);
+    void SetparentBaseResource(std::nullptr_t) = delete;
     bool IsparentBaseResourceSet() const;
     void ResetparentBaseResource();
     QString GetDefaultparentBaseResource() const;
     bool IsValidparentBaseResource(const QString &value) const;
+    bool IsValidparentBaseResource(std::nullptr_t) const = delete;
     /// @}
 
     /// \name hwProcessing
@@ -162,6 +171,7 @@ public:
     /// \name StartupModes
     /// The modes in which the tuner can start up; optional, a new object until set. Reading XML or a record adds modes
     /// to those present.
+    /// Release a reference from GetStartupModes() before assigning the object to another, see Sharing in DataObject.
     /// @{
     StartupModes &GetStartupModes();
     const StartupModes &GetStartupModes() const;
@@ -174,11 +184,14 @@ public:
     /// \name BandwidthSelection
     /// The bandwidths that can be selected; optional. Written in XML and in tagged records whenever there are any, in a
     /// snapshot only while the list is set.
+    /// Release a reference from GetBandwidthSelection() before assigning the object to another, see Sharing in
+    /// DataObject.
     /// @{
     QVector<BandwidthSelection> &GetBandwidthSelection();
     const QVector<BandwidthSelection> &GetBandwidthSelection() const;
     void SetBandwidthSelection(const QVector<BandwidthSelection> &items);
     void AppendBandwidthSelection(const BandwidthSelection &item);
+    void AppendBandwidthSelection(std::nullptr_t) = delete;
     bool IsBandwidthSelectionSet() const;
     void ResetBandwidthSelection();
     bool IsValidBandwidthSelection(const BandwidthSelection &item) const;
@@ -212,11 +225,13 @@ public:
     /// \name Component
     /// The configurable parts of the tuner; mandatory. The list must be set and may be empty, but an empty one is no
     /// data: while validating nothing is written for it.
+    /// Release a reference from GetComponent() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<Component> &GetComponent();
     const QVector<Component> &GetComponent() const;
     void SetComponent(const QVector<Component> &items);
     void AppendComponent(const Component &item);
+    void AppendComponent(std::nullptr_t) = delete;
     bool IsComponentSet() const;
     void ResetComponent();
     bool IsValidComponent(const Component &item) const;
@@ -248,6 +263,9 @@ private:
     bool isOlder() const;
     void takeVersion(const QString &version);
 };
+
+/// Writes a value as C++ spells it; one without a name by its number.
+JOBXML_EXPORT QDebug operator<<(QDebug debug, TunerProperties::type value);
 
 } // namespace JobXml
 

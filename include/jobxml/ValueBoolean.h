@@ -40,10 +40,12 @@ public:
     /// @{
     QString Getid() const;
     void Setid(QString value);
+    void Setid(std::nullptr_t) = delete;
     bool IsidSet() const;
     void Resetid();
     QString GetDefaultid() const;
     bool IsValidid(const QString &value) const;
+    bool IsValidid(std::nullptr_t) const = delete;
     /// @}
 
     /// \name value

@@ -32,6 +32,8 @@ namespace JobXml {
 ///
 /// Two items are equal if neither has chosen, or if the same alternative is chosen and either not set in the left one,
 /// or equal in both. Comparing leaves both initialized, as soon as one of them is. AnyData() asks for a choice alone.
+///
+/// Release a reference from a non-const getter before assigning the item to another, see Sharing in DataObject.
 class JOBXML_EXPORT ValueItem : public DataObject
 {
 public:
@@ -87,6 +89,7 @@ public:
     QString ChoiceValueItemToName(const ChoiceValueItem &choice) const;
     /// The kind of exactly this name; None if there is no such kind.
     ChoiceValueItem NameToChoiceValueItem(const QString &name) const;
+    ChoiceValueItem NameToChoiceValueItem(std::nullptr_t) const = delete;
     /// The names of the ten kinds.
     static QStringList GetChoiceValueItems();
     /// The same for a user to read, in the language that is installed now.
@@ -221,6 +224,9 @@ protected:
     void writeSnapshot(BinaryWriter &writer) const override;
     bool readSnapshot(BinaryReader &reader) override;
 };
+
+/// Writes a value as C++ spells it; one without a name by its number.
+JOBXML_EXPORT QDebug operator<<(QDebug debug, ValueItem::ChoiceValueItem value);
 
 } // namespace JobXml
 

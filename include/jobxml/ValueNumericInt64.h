@@ -10,7 +10,7 @@ namespace JobXml {
 /// The range is told, not enforced: nothing compares the value with its limits, and min may be above max. What a user
 /// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
 /// setting.
-/// Text that is no number reads as 0 and counts as set. Getid() is not const: it gives the object data of its own.
+/// Text that is no number reads as 0 and counts as set. Getid() also has a non-const overload.
 ///
 /// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericInt64: Please set
 /// step properly." tells the last.
@@ -45,11 +45,14 @@ public:
     /// null one included, although Setid() refuses null while validating.
     /// @{
     QString Getid();
+    QString Getid() const;
     void Setid(QString value);
+    void Setid(std::nullptr_t) = delete;
     bool IsidSet() const;
     void Resetid();
     QString GetDefaultid() const;
     bool IsValidid(const QString &value) const;
+    bool IsValidid(std::nullptr_t) const = delete;
     /// @}
 
     /// \name value

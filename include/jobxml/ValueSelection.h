@@ -43,11 +43,13 @@ public:
     /// \name SelectionItem
     /// The options; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
     /// nothing is written for it. Snapshots hold items only while the list is set.
+    /// Release a reference from GetSelectionItem() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<SelectionItem> &GetSelectionItem();
     const QVector<SelectionItem> &GetSelectionItem() const;
     void SetSelectionItem(const QVector<SelectionItem> &items);
     void AppendSelectionItem(const SelectionItem &item);
+    void AppendSelectionItem(std::nullptr_t) = delete;
     bool IsSelectionItemSet() const;
     void ResetSelectionItem();
     bool IsValidSelectionItem(const SelectionItem &item) const;
@@ -60,10 +62,12 @@ public:
     /// @{
     QString Getid() const;
     void Setid(QString value);
+    void Setid(std::nullptr_t) = delete;
     bool IsidSet() const;
     void Resetid();
     QString GetDefaultid() const;
     bool IsValidid(const QString &value) const;
+    bool IsValidid(std::nullptr_t) const = delete;
     /// @}
 
     /// \name value
@@ -84,10 +88,12 @@ public:
     /// @{
     QString Gettext() const;
     void Settext(QString value);
+    void Settext(std::nullptr_t) = delete;
     bool IstextSet() const;
     void Resettext();
     QString GetDefaulttext() const;
     bool IsValidtext(const QString &value) const;
+    bool IsValidtext(std::nullptr_t) const = delete;
     /// @}
 
     /// \name index

@@ -40,10 +40,12 @@ public:
     /// @{
     QString Getid() const;
     void Setid(QString value);
+    void Setid(std::nullptr_t) = delete;
     bool IsidSet() const;
     void Resetid();
     QString GetDefaultid() const;
     bool IsValidid(const QString &value) const;
+    bool IsValidid(std::nullptr_t) const = delete;
     /// @}
 
     /// \name value
@@ -51,10 +53,12 @@ public:
     /// @{
     QString Getvalue() const;
     void Setvalue(QString value);
+    void Setvalue(std::nullptr_t) = delete;
     bool IsvalueSet() const;
     void Resetvalue();
     QString GetDefaultvalue() const;
     bool IsValidvalue(const QString &value) const;
+    bool IsValidvalue(std::nullptr_t) const = delete;
     /// @}
 };
 

@@ -41,11 +41,13 @@ public:
     /// \name StringItem
     /// The texts offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
     /// validating nothing is written for it. Snapshots hold items only while the list is set.
+    /// Release a reference from GetStringItem() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<StringItem> &GetStringItem();
     const QVector<StringItem> &GetStringItem() const;
     void SetStringItem(const QVector<StringItem> &items);
     void AppendStringItem(const StringItem &item);
+    void AppendStringItem(std::nullptr_t) = delete;
     bool IsStringItemSet() const;
     void ResetStringItem();
     bool IsValidStringItem(const StringItem &item) const;
@@ -58,10 +60,12 @@ public:
     /// @{
     QString Getid() const;
     void Setid(QString value);
+    void Setid(std::nullptr_t) = delete;
     bool IsidSet() const;
     void Resetid();
     QString GetDefaultid() const;
     bool IsValidid(const QString &value) const;
+    bool IsValidid(std::nullptr_t) const = delete;
     /// @}
 
     /// \name value
@@ -70,10 +74,12 @@ public:
     /// @{
     QString Getvalue() const;
     void Setvalue(QString value);
+    void Setvalue(std::nullptr_t) = delete;
     bool IsvalueSet() const;
     void Resetvalue();
     QString GetDefaultvalue() const;
     bool IsValidvalue(const QString &value) const;
+    bool IsValidvalue(std::nullptr_t) const = delete;
     /// @}
 };
 

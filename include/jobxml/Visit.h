@@ -28,6 +28,9 @@ enum class MemberKind {
     Alternative, ///< a child object that counts only while it is chosen
 };
 
+/// Writes a kind as C++ spells it: `MemberKind::Text`.
+JOBXML_EXPORT QDebug operator<<(QDebug debug, MemberKind kind);
+
 /// A member of an object, to look at. Looking changes nothing: no flag, no choice, and no object gets data of its own
 /// by it, neither this one nor a child. Refers to the object, so it must not outlive it; always tells the present
 /// state.

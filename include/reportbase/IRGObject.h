@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include <QByteArray>
@@ -34,8 +35,10 @@ struct ObjectClass
 /// virtual operations go behind the last of them.
 ///
 /// **Validate flag.** On in a new object. While it is on, setters, readers and writers enforce the model's rules and
-/// throw; while it is off they take anything. SetValidate() is const because the flag says how to treat an object, not
-/// what it holds.
+/// throw. While it is off, setters take any value, incomplete objects are written as they are, and XML is read whatever
+/// its content is. Documents must still be well-formed, and binary data must be intact: records whose lengths do not
+/// add up are refused either way. SetValidate() is const because the flag says how to treat an object, not what it
+/// holds.
 ///
 /// **Errors.** What is wrong with the content of an object is an exception of the family in ReportException.h. What is
 /// wrong with a document as such (a file that cannot be opened, XML that is not well formed, another object's record)
@@ -202,6 +205,16 @@ protected:
 public:
     /// The logger that SetLogger() gave it; null if there is none.
     std::shared_ptr<Logger> GetLogger() const;
+
+    /// \name No null pointers
+    /// A null pointer is not a text; QString() is the null text.
+    /// @{
+    bool IsValid(std::nullptr_t) const = delete;
+    bool SetXmlString(std::nullptr_t, bool) = delete;
+    bool SaveXml(std::nullptr_t) const = delete;
+    bool SaveBinary(std::nullptr_t) const = delete;
+    bool SaveCompressedBinary(std::nullptr_t, int) const = delete;
+    /// @}
 
     /// What went wrong in the last load or save operation of this object; null after one that succeeded, and after one
     /// that an exception of the model left. It reads `SOURCE:LINE:COLUMN: why` for the content of an XML document and

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+
 #include <QString>
 
 #include <reportbase/Export.h>
+
+QT_FORWARD_DECLARE_CLASS(QDebug)
 
 namespace REPORTGENERATOR {
 
@@ -28,6 +32,10 @@ public:
 
     /// Takes one message. The stock logger forwards it to the Qt logging category "reportbase".
     virtual void Log(Severity severity, const QString &message);
+    void Log(Severity, std::nullptr_t) = delete;
 };
+
+/// Writes a severity as C++ spells it: `Logger::Severity::Error`.
+REPORTBASE_EXPORT QDebug operator<<(QDebug debug, Logger::Severity severity);
 
 } // namespace REPORTGENERATOR

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <memory>
 
@@ -16,6 +17,7 @@ public:
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit ReportException(const QString &message);
+    explicit ReportException(std::nullptr_t) = delete;
     ReportException(const ReportException &other) noexcept;
     ReportException &operator=(const ReportException &other) noexcept;
     ~ReportException() override;
@@ -40,6 +42,7 @@ public:
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit RGException(const QString &message);
+    explicit RGException(std::nullptr_t) = delete;
     RGException(const RGException &other) noexcept;
     RGException &operator=(const RGException &other) noexcept;
     ~RGException() override;
@@ -54,6 +57,7 @@ public:
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit OutOfRangeException(const QString &message);
+    explicit OutOfRangeException(std::nullptr_t) = delete;
     OutOfRangeException(const OutOfRangeException &other) noexcept;
     OutOfRangeException &operator=(const OutOfRangeException &other) noexcept;
     ~OutOfRangeException() override;
@@ -68,6 +72,7 @@ public:
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit InvalidXmlException(const QString &message);
+    explicit InvalidXmlException(std::nullptr_t) = delete;
     InvalidXmlException(const InvalidXmlException &other) noexcept;
     InvalidXmlException &operator=(const InvalidXmlException &other) noexcept;
     ~InvalidXmlException() override;
@@ -82,6 +87,7 @@ public:
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit BinaryParsingException(const QString &message);
+    explicit BinaryParsingException(std::nullptr_t) = delete;
     BinaryParsingException(const BinaryParsingException &other) noexcept;
     BinaryParsingException &operator=(const BinaryParsingException &other) noexcept;
     ~BinaryParsingException() override;
@@ -96,6 +102,7 @@ public:
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit IncompleteDefinitionException(const QString &message);
+    explicit IncompleteDefinitionException(std::nullptr_t) = delete;
     IncompleteDefinitionException(const IncompleteDefinitionException &other) noexcept;
     IncompleteDefinitionException &operator=(const IncompleteDefinitionException &other) noexcept;
     ~IncompleteDefinitionException() override;

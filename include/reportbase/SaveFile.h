@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+
 #include <QString>
 
 #include <reportbase/Export.h>
@@ -35,6 +37,7 @@ namespace REPORTGENERATOR {
 /// attributes that describe the old content (`security.capability`, `security.ima`, `security.evm`). Another name of
 /// the old file, a hard link, keeps the old content.
 REPORTBASE_EXPORT QString SaveFile(const QString &path, const QByteArray &content);
+QString SaveFile(std::nullptr_t, const QByteArray &) = delete;
 
 /// As above, for a path that need not be text: its bytes reach the system unchanged. An error text calls the file
 /// `shownName`.

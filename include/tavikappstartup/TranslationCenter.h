@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include <QString>
@@ -39,10 +40,12 @@ public:
     /// Registering a module again looks for its catalogue anew, for instance after QLocale::setDefault(); it replaces
     /// the one installed and keeps its place in RegisteredModules().
     void Register(const QString &module);
+    void Register(std::nullptr_t) = delete;
 
     /// Withdraws the translations of `module`; does nothing for one that is not registered. One call suffices, however
     /// often the module was registered. Safe after the QCoreApplication is gone.
     void Unregister(const QString &module);
+    void Unregister(std::nullptr_t) = delete;
 
     /// Installs the catalogues of modules that registered before there was a QCoreApplication, or for another one than
     /// there is now. Every other operation does the same in passing; this one is for who needs nothing else.
@@ -51,6 +54,7 @@ public:
     /// Adds a folder that is searched before all others; one added already moves to the front. A relative path counts
     /// from the current folder of this moment. Catalogues that are installed already stay as they are.
     void AddSearchPath(const QString &folder);
+    void AddSearchPath(std::nullptr_t) = delete;
 
     /// The folders that are searched, as absolute paths in the order of the search, whether they exist or not.
     QStringList SearchPaths() const;

@@ -205,6 +205,12 @@ void BinaryWriter::putUtf8(QLatin1String ascii)
     putBytes(ascii.data(), ascii.size());
 }
 
+void BinaryWriter::putRecords(const QByteArray &records)
+{
+    if (!records.isEmpty())
+        std::memcpy(room(records.size()), records.constData(), std::size_t(records.size()));
+}
+
 void BinaryWriter::flushTo(QDataStream &target) const
 {
     target.writeRawData(m_bytes.constData(), int(m_size));
@@ -340,6 +346,27 @@ void BinaryReader::skip(const DataObject &owner, qint32 length, quint32 tag)
         wrongLength(owner);
     }
     m_at += std::max(length, 0);
+}
+
+// Puts the buffer where this reader is; false if it ends before the payload does.
+bool BinaryReader::beginByStream(qint32 length)
+{
+    if (!m_buffer)
+        return true;
+    if (m_end - m_at < length)
+        return pastEnd();
+    m_buffer->seek(m_buffer->pos() + (m_at - m_begin));
+    m_begin = m_at;
+    return true;
+}
+
+// Goes on behind the payload, wherever the buffer has been left.
+void BinaryReader::endByStream(qint32 length)
+{
+    if (!m_buffer)
+        return;
+    m_buffer->seek(m_begin - m_buffer->data().constData());
+    m_at = m_begin + length;
 }
 
 qint64 BinaryReader::bytesLeft() const

@@ -67,6 +67,8 @@ public:
         return m_size;
     }
     void end(Start start) { store(m_bytes.data() + start - 4, quint32(m_size - start)); }
+    /// Records that were written elsewhere, as they are.
+    void putRecords(const QByteArray &records);
     /// @}
 
     /// Hands everything written to the stream.
@@ -187,6 +189,19 @@ public:
 
     /// An unknown record's payload.
     void skip(const DataObject &owner, qint32 length, quint32 tag);
+
+    /// Lets `read` take the payload of a record from the stream itself; if it returns false, the payload is still to be
+    /// read.
+    template <class Read>
+    bool readByStream(const DataObject &owner, qint32 length, Read &&read)
+    {
+        const bool fits = beginByStream(length);
+        const bool isRead = fits && read(m_stream);
+        if (!fits || m_stream.status() != QDataStream::Ok)
+            wrongLength(owner);
+        endByStream(isRead ? length : 0);
+        return isRead;
+    }
     /// @}
 
     /// For how many of `count` announced items there can be room in the bytes that are left. A count is never trusted:
@@ -195,6 +210,8 @@ public:
 
 private:
     Bytes readBytesByStream(const DataObject &owner);
+    bool beginByStream(qint32 length);
+    void endByStream(qint32 length);
     [[noreturn]] static void wrongLength(const DataObject &owner);
     qint64 bytesLeft() const;
     /// Fails as a stream does, having read what there was.

@@ -19,9 +19,25 @@ bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
     BinaryWriter writer(stream);
     const auto record = writeTag ? writer.begin(quint32(tag)) : writer.beginUntagged();
     writeMemberRecords(writer);
+    if (isOfDerivedClass()) {
+        QByteArray own;
+        QDataStream ownStream(&own, QIODevice::WriteOnly);
+        ownStream.setByteOrder(stream.byteOrder());
+        ownStream.setVersion(stream.version());
+        ownStream.setFloatingPointPrecision(stream.floatingPointPrecision());
+        writeOwnRecords(ownStream);
+        writer.putRecords(own);
+    }
     writer.end(record);
     writer.flushTo(stream);
     return true;
+}
+
+void DataObject::writeOwnRecords(QDataStream &) const { }
+
+bool DataObject::readOwnRecord(QDataStream &, quint32, qint32)
+{
+    return false;
 }
 
 void DataObject::writeNestedRecord(BinaryWriter &writer, Preparation preparation) const
@@ -82,7 +98,9 @@ void DataObject::readMemberRecord(BinaryReader &reader, quint32 tag, qint32 leng
             return;
         }
     }
-    reader.skip(*this, length, tag);
+    const auto readOwn = [&](QDataStream &stream) { return readOwnRecord(stream, tag, length); };
+    if (!isOfDerivedClass() || length < 0 || !reader.readByStream(*this, length, readOwn))
+        reader.skip(*this, length, tag);
 }
 
 // --- Snapshots -------------------------------------------------------------------------------------------------------

@@ -13,12 +13,70 @@ namespace JobXml {
 
 // --- Writing ---------------------------------------------------------------------------------------------------------
 
+/// The element of an object of a derived class, to which that class adds attributes and elements. Attributes must
+/// precede content, so they are written as soon as content of the base follows, or the end of the element.
+class Q_DECL_HIDDEN DataObject::OwnXml final : public XmlOutput
+{
+public:
+    OwnXml(const DataObject &object, QXmlStreamWriter &writer)
+        : m_object(object), m_writer(writer), m_output(writer) { }
+
+    void writeStartElement(const QString &name) override
+    {
+        endStartTag();
+        m_output.writeStartElement(name);
+        ++m_depth;
+    }
+    void writeEndElement() override
+    {
+        endStartTag();
+        if (m_depth == 1)
+            m_object.writeOwnElements(m_writer);
+        m_output.writeEndElement();
+        --m_depth;
+    }
+    void writeAttribute(const QString &name, const QString &text) override { m_output.writeAttribute(name, text); }
+    void writeAttribute(const QString &name, QLatin1String number) override { m_output.writeAttribute(name, number); }
+    void writeTextElement(const QString &name, const QString &text) override
+    {
+        endStartTag();
+        m_output.writeTextElement(name, text);
+    }
+    void writeTextElement(const QString &name, QLatin1String number) override
+    {
+        endStartTag();
+        m_output.writeTextElement(name, number);
+    }
+
+private:
+    void endStartTag()
+    {
+        if (m_depth == 1 && !std::exchange(m_hasOwnAttributes, true))
+            m_object.writeOwnAttributes(m_writer);
+    }
+
+    const DataObject &m_object;
+    QXmlStreamWriter &m_writer;
+    XmlWriterOutput m_output;
+    int m_depth = 0;
+    bool m_hasOwnAttributes = false;
+};
+
+void DataObject::writeOwnAttributes(QXmlStreamWriter &) const { }
+
+void DataObject::writeOwnElements(QXmlStreamWriter &) const { }
+
 void DataObject::GetXml(QXmlStreamWriter &writer) const
 {
     if (!mayWrite())
         return;
-    XmlWriterOutput output(writer);
-    writeElement(output);
+    if (isOfDerivedClass()) {
+        OwnXml output(*this, writer);
+        writeElement(output);
+    } else {
+        XmlWriterOutput output(writer);
+        writeElement(output);
+    }
 }
 
 bool DataObject::composeXml(QByteArray &utf8) const

@@ -18,6 +18,40 @@ QString exactly(T value)
     return QString::fromLatin1(text, int(std::to_chars(std::begin(text), std::end(text), value).ptr - text));
 }
 
+/// Null for what is no kind.
+const char *nameOf(MemberKind kind)
+{
+    switch (kind) {
+    case MemberKind::Text:
+        return "Text";
+    case MemberKind::Boolean:
+        return "Boolean";
+    case MemberKind::Int:
+        return "Int";
+    case MemberKind::Int64:
+        return "Int64";
+    case MemberKind::UInt64:
+        return "UInt64";
+    case MemberKind::Float:
+        return "Float";
+    case MemberKind::Double:
+        return "Double";
+    case MemberKind::Enumeration:
+        return "Enumeration";
+    case MemberKind::EnumerationList:
+        return "EnumerationList";
+    case MemberKind::Choice:
+        return "Choice";
+    case MemberKind::Object:
+        return "Object";
+    case MemberKind::ObjectList:
+        return "ObjectList";
+    case MemberKind::Alternative:
+        return "Alternative";
+    }
+    return nullptr;
+}
+
 /// Writes an object as a tree, a member a line.
 class DebugTree
 {
@@ -115,6 +149,27 @@ private:
 };
 
 } // namespace
+
+QDebug operator<<(QDebug debug, const Problem &problem)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace().noquote() << "Problem(";
+    if (!problem.path.isEmpty())
+        debug << problem.path.join(QLatin1String(" / ")) << ": ";
+    debug << problem.message << ')';
+    return debug;
+}
+
+QDebug operator<<(QDebug debug, MemberKind kind)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace() << "MemberKind";
+    if (const char *const name = nameOf(kind))
+        debug << "::" << name;
+    else
+        debug << '(' << int(kind) << ')';
+    return debug;
+}
 
 QDebug operator<<(QDebug debug, const DataObject &object)
 {

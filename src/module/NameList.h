@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <QCoreApplication>
+#include <QDebug>
 #include <QStringList>
 #include <QVariant>
 
@@ -57,6 +58,21 @@ public:
         for (const QString &name : m_names)
             translated.append(QObject::tr(name.toUtf8().constData(), nullptr, -1));
         return translated;
+    }
+
+    /// Writes a value as C++ spells it, `TunerProperties::type::Receiver` for instance, and one without a name by its
+    /// number: `TunerProperties::type(7)`.
+    QDebug write(QDebug debug, const char *enumeration, int value, int none, const char *nameOfNone) const
+    {
+        const QDebugStateSaver saver(debug);
+        debug.nospace().noquote() << enumeration;
+        if (value == none)
+            debug << "::" << nameOfNone;
+        else if (holds(value))
+            debug << "::" << name(value);
+        else
+            debug << '(' << value << ')';
+        return debug;
     }
 
 private:

@@ -7,6 +7,7 @@
 
 #include <QDataStream>
 #include <QDateTime>
+#include <QDebug>
 #include <QXmlStreamReader>
 
 #include "SameText.h"
@@ -19,6 +20,15 @@ const QString noName;
 constexpr ObjectClass noClass{noName, 0};
 
 } // namespace
+
+QDebug operator<<(QDebug debug, ObjectTypes type)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace() << "ObjectTypes";
+    if (type == ObjectTypes::Undefined)
+        return debug << "::Undefined";
+    return debug << '(' << int(type) << ')';
+}
 
 IRGObject::IRGObject() : IRGObject(noClass) { }
 

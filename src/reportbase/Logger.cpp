@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <reportbase/Logger.h>
 
+#include <QDebug>
 #include <QLoggingCategory>
 
 namespace {
@@ -28,6 +29,21 @@ void Logger::Log(Severity severity, const QString &message)
         qCInfo(reportbase, "%s", utf8.constData());
         break;
     }
+}
+
+QDebug operator<<(QDebug debug, Logger::Severity severity)
+{
+    const QDebugStateSaver saver(debug);
+    debug.nospace() << "Logger::Severity";
+    switch (severity) {
+    case Logger::Severity::Error:
+        return debug << "::Error";
+    case Logger::Severity::Warning:
+        return debug << "::Warning";
+    case Logger::Severity::Information:
+        return debug << "::Information";
+    }
+    return debug << '(' << int(severity) << ')';
 }
 
 } // namespace REPORTGENERATOR

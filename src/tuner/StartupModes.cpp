@@ -286,4 +286,10 @@ uint qHash(const StartupModes &object, uint seed)
     return hashOf(object, seed);
 }
 
+QDebug operator<<(QDebug debug, StartupModes::StartupMode value)
+{
+    return modeNames.write(debug, "StartupModes::StartupMode", int(value), int(StartupModes::StartupMode::Invalid),
+                           "Invalid");
+}
+
 } // namespace JobXml

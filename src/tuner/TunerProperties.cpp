@@ -474,4 +474,9 @@ QString TunerProperties::trUtf8(const char *sourceText, const char *disambiguati
     return tr(sourceText, disambiguation, n);
 }
 
+QDebug operator<<(QDebug debug, TunerProperties::type value)
+{
+    return typeNames.write(debug, "TunerProperties::type", int(value), int(TunerProperties::type::Invalid), "Invalid");
+}
+
 } // namespace JobXml

@@ -529,4 +529,10 @@ bool ValueItem::readSnapshot(BinaryReader &reader)
     return readSnapshotMembers(reader);
 }
 
+QDebug operator<<(QDebug debug, ValueItem::ChoiceValueItem value)
+{
+    return choiceNames.write(debug, "ValueItem::ChoiceValueItem", int(value), int(ValueItem::ChoiceValueItem::None),
+                             "None");
+}
+
 } // namespace JobXml

@@ -53,6 +53,7 @@ qint64 ValueNumericFloat::GetId() { return valueNumericFloat.identifier; }
 QString ValueNumericFloat::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueNumericFloat::Getid()                            { return row::id.get(*this); }
+QString ValueNumericFloat::Getid() const                      { return row::id.get(*this); }
 void ValueNumericFloat::Setid(QString value)                  { row::id.set(*this, std::move(value)); }
 bool ValueNumericFloat::IsidSet() const                       { return row::id.isSet(*this); }
 void ValueNumericFloat::Resetid()                             { row::id.reset(*this); }

@@ -53,6 +53,7 @@ qint64 ValueNumericInt::GetId() { return valueNumericInt.identifier; }
 QString ValueNumericInt::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueNumericInt::Getid()                            { return row::id.get(*this); }
+QString ValueNumericInt::Getid() const                      { return row::id.get(*this); }
 void ValueNumericInt::Setid(QString value)                  { row::id.set(*this, std::move(value)); }
 bool ValueNumericInt::IsidSet() const                       { return row::id.isSet(*this); }
 void ValueNumericInt::Resetid()                             { row::id.reset(*this); }

@@ -53,6 +53,7 @@ qint64 ValueNumericInt64::GetId() { return valueNumericInt64.identifier; }
 QString ValueNumericInt64::GetStaticObjectName() { return unitStatics.objectName; }
 
 QString ValueNumericInt64::Getid()                            { return row::id.get(*this); }
+QString ValueNumericInt64::Getid() const                      { return row::id.get(*this); }
 void ValueNumericInt64::Setid(QString value)                  { row::id.set(*this, std::move(value)); }
 bool ValueNumericInt64::IsidSet() const                       { return row::id.isSet(*this); }
 void ValueNumericInt64::Resetid()                             { row::id.reset(*this); }

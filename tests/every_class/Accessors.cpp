@@ -232,20 +232,45 @@ private:
     int m_wanted;
 };
 
+// Setters of texts and the ways to append have deleted overloads for null pointers, so their types are written out.
+
+template <class Action, class T>
+void text(Action &does, T &object, QString (T::*get)() const, void (T::*set)(QString), bool (T::*isSet)() const,
+          void (T::*reset)())
+{
+    does.value(object, get, set, isSet, reset);
+}
+
+template <class Action, class T, class Item>
+void list(Action &does, T &object, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
+          void (T::*set)(const QVector<Item> &), void (T::*append)(const Item &), bool (T::*isSet)() const,
+          void (T::*reset)())
+{
+    does.list(object, get, modify, set, append, isSet, reset);
+}
+
 // The members of each class.
 // clang-format off
 
 template <class Action, class T>
-void eachMember(Action &does, T &o) // of the four kinds with an id and a value
+void eachMember(Action &does, T &o) // of the four kinds with an id and a number or boolean
 {
-    does.value(o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
+    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
     does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
+}
+
+template <class Action>
+void eachMember(Action &does, ValueString &o)
+{
+    using T = ValueString;
+    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
+    text(does, o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
 }
 
 template <class Action, class T>
 void eachMemberOfNumeric(Action &does, T &o)
 {
-    does.value(o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
+    does.value(o, static_cast<QString (T::*)()>(&T::Getid), static_cast<void (T::*)(QString)>(&T::Setid), &T::IsidSet, &T::Resetid);
     does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
     does.value(o, &T::Getmin, &T::Setmin, &T::IsminSet, &T::Resetmin);
     does.value(o, &T::Getmax, &T::Setmax, &T::IsmaxSet, &T::Resetmax);
@@ -260,10 +285,10 @@ template <class Action>
 void eachMember(Action &does, ValueSelection &o)
 {
     using T = ValueSelection;
-    does.list(o, &T::GetSelectionItem, &T::GetSelectionItem, &T::SetSelectionItem, &T::AppendSelectionItem, &T::IsSelectionItemSet, &T::ResetSelectionItem);
-    does.value(o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
+    list(does, o, &T::GetSelectionItem, &T::GetSelectionItem, &T::SetSelectionItem, &T::AppendSelectionItem, &T::IsSelectionItemSet, &T::ResetSelectionItem);
+    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
     does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-    does.value(o, &T::Gettext, &T::Settext, &T::IstextSet, &T::Resettext);
+    text(does, o, &T::Gettext, &T::Settext, &T::IstextSet, &T::Resettext);
     does.value(o, &T::Getindex, &T::Setindex, &T::IsindexSet, &T::Resetindex);
 }
 
@@ -271,7 +296,7 @@ template <class Action>
 void eachMember(Action &does, SelectionItem &o)
 {
     using T = SelectionItem;
-    does.value(o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
+    text(does, o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
     does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
 }
 
@@ -279,16 +304,16 @@ template <class Action>
 void eachMember(Action &does, ValueStringList &o)
 {
     using T = ValueStringList;
-    does.list(o, &T::GetStringItem, &T::GetStringItem, &T::SetStringItem, &T::AppendStringItem, &T::IsStringItemSet, &T::ResetStringItem);
-    does.value(o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
-    does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
+    list(does, o, &T::GetStringItem, &T::GetStringItem, &T::SetStringItem, &T::AppendStringItem, &T::IsStringItemSet, &T::ResetStringItem);
+    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
+    text(does, o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
 }
 
 template <class Action>
 void eachMember(Action &does, StringItem &o)
 {
     using T = StringItem;
-    does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
+    text(does, o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
 }
 
 template <class Action>
@@ -311,18 +336,18 @@ template <class Action>
 void eachMember(Action &does, Node &o)
 {
     using T = Node;
-    does.list(o, &T::GetValueItem, &T::GetValueItem, &T::SetValueItem, &T::AppendValueItem, &T::IsValueItemSet, &T::ResetValueItem);
-    does.value(o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
+    list(does, o, &T::GetValueItem, &T::GetValueItem, &T::SetValueItem, &T::AppendValueItem, &T::IsValueItemSet, &T::ResetValueItem);
+    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
 }
 
 template <class Action>
 void eachMember(Action &does, Component &o)
 {
     using T = Component;
-    does.list(o, &T::GetNode, &T::GetNode, &T::SetNode, &T::AppendNode, &T::IsNodeSet, &T::ResetNode);
-    does.value(o, &T::Gettype, &T::Settype, &T::IstypeSet, &T::Resettype);
-    does.value(o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
-    does.value(o, &T::GetdisplayName, &T::SetdisplayName, &T::IsdisplayNameSet, &T::ResetdisplayName);
+    list(does, o, &T::GetNode, &T::GetNode, &T::SetNode, &T::AppendNode, &T::IsNodeSet, &T::ResetNode);
+    text(does, o, &T::Gettype, &T::Settype, &T::IstypeSet, &T::Resettype);
+    text(does, o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
+    text(does, o, &T::GetdisplayName, &T::SetdisplayName, &T::IsdisplayNameSet, &T::ResetdisplayName);
     does.value(o, &T::Getoptional, &T::Setoptional, &T::IsoptionalSet, &T::Resetoptional);
 }
 
@@ -330,7 +355,7 @@ template <class Action>
 void eachMember(Action &does, BandwidthSelection &o)
 {
     using T = BandwidthSelection;
-    does.value(o, &T::GetName, &T::SetName, &T::IsNameSet, &T::ResetName);
+    text(does, o, &T::GetName, &T::SetName, &T::IsNameSet, &T::ResetName);
     does.value(o, &T::GetMaxBandwidth, &T::SetMaxBandwidth, &T::IsMaxBandwidthSet, &T::ResetMaxBandwidth);
 }
 
@@ -338,7 +363,7 @@ template <class Action>
 void eachMember(Action &does, StartupModes &o)
 {
     using T = StartupModes;
-    does.list(o, &T::GetStartupMode, &T::GetStartupMode, &T::SetStartupMode, &T::AppendStartupMode, &T::IsStartupModeSet, &T::ResetStartupMode);
+    does.list(o, &T::GetStartupMode, &T::GetStartupMode, &T::SetStartupMode, static_cast<void (T::*)(Mode)>(&T::AppendStartupMode), &T::IsStartupModeSet, &T::ResetStartupMode);
 }
 
 template <class Action>
@@ -346,16 +371,16 @@ void eachMember(Action &does, TunerProperties &o)
 {
     using T = TunerProperties;
     does.child(o, &T::GetStartupModes, &T::GetStartupModes, &T::SetStartupModes, &T::IsStartupModesSet, &T::ResetStartupModes);
-    does.list(o, &T::GetBandwidthSelection, &T::GetBandwidthSelection, &T::SetBandwidthSelection, &T::AppendBandwidthSelection, &T::IsBandwidthSelectionSet, &T::ResetBandwidthSelection);
+    list(does, o, &T::GetBandwidthSelection, &T::GetBandwidthSelection, &T::SetBandwidthSelection, &T::AppendBandwidthSelection, &T::IsBandwidthSelectionSet, &T::ResetBandwidthSelection);
     does.value(o, &T::GetMaxFFPDelay, &T::SetMaxFFPDelay, &T::IsMaxFFPDelaySet, &T::ResetMaxFFPDelay);
     does.value(o, &T::GetHRPANSupported, &T::SetHRPANSupported, &T::IsHRPANSupportedSet, &T::ResetHRPANSupported);
-    does.list(o, &T::GetComponent, &T::GetComponent, &T::SetComponent, &T::AppendComponent, &T::IsComponentSet, &T::ResetComponent);
-    does.value(o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
+    list(does, o, &T::GetComponent, &T::GetComponent, &T::SetComponent, &T::AppendComponent, &T::IsComponentSet, &T::ResetComponent);
+    text(does, o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
     does.value(o, &T::Gettype, &T::Settype, &T::IstypeSet, &T::Resettype);
-    does.value(o, &T::Getbaseresource, &T::Setbaseresource, &T::IsbaseresourceSet, &T::Resetbaseresource);
-    does.value(o, &T::GetconnectableResources, &T::SetconnectableResources, &T::IsconnectableResourcesSet, &T::ResetconnectableResources);
+    text(does, o, &T::Getbaseresource, &T::Setbaseresource, &T::IsbaseresourceSet, &T::Resetbaseresource);
+    text(does, o, &T::GetconnectableResources, &T::SetconnectableResources, &T::IsconnectableResourcesSet, &T::ResetconnectableResources);
     does.value(o, &T::Getquantity, &T::Setquantity, &T::IsquantitySet, &T::Resetquantity);
-    does.value(o, &T::GetparentBaseResource, &T::SetparentBaseResource, &T::IsparentBaseResourceSet, &T::ResetparentBaseResource);
+    text(does, o, &T::GetparentBaseResource, &T::SetparentBaseResource, &T::IsparentBaseResourceSet, &T::ResetparentBaseResource);
     does.value(o, &T::GethwProcessing, &T::SethwProcessing, &T::IshwProcessingSet, &T::ResethwProcessing);
 }
 // clang-format on

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <jobxml/QtTest.h>
+#include <jobxml/Visit.h>
 
 #include "Documents.h"
 #include "Model.h"
@@ -11,11 +12,17 @@ using namespace JobXml;
 
 namespace {
 
-QString debugText(const DataObject &object)
+template <class T>
+QString textOf(const T &value)
 {
     QString text;
-    QDebug(&text).nospace() << object;
+    QDebug(&text).nospace() << value;
     return text;
+}
+
+QString debugText(const DataObject &object)
+{
+    return textOf(object);
 }
 
 } // namespace
@@ -26,6 +33,56 @@ class DebugTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void enumeratorsAreWrittenAsInCpp()
+    {
+        using Type = TunerProperties::type;
+        using Mode = StartupModes::StartupMode;
+        using Choice = ValueItem::ChoiceValueItem;
+        using REPORTGENERATOR::Logger;
+        using REPORTGENERATOR::ObjectTypes;
+        QCOMPARE(textOf(Type::DirectionFinder), QStringLiteral("TunerProperties::type::DirectionFinder"));
+        QCOMPARE(textOf(Type::Invalid), QStringLiteral("TunerProperties::type::Invalid"));
+        QCOMPARE(textOf(Type(7)), QStringLiteral("TunerProperties::type(7)"));
+        QCOMPARE(textOf(Mode::Scan), QStringLiteral("StartupModes::StartupMode::Scan"));
+        QCOMPARE(textOf(Mode::Invalid), QStringLiteral("StartupModes::StartupMode::Invalid"));
+        QCOMPARE(textOf(Mode(-5)), QStringLiteral("StartupModes::StartupMode(-5)"));
+        QCOMPARE(textOf(Choice::ValueStringList), QStringLiteral("ValueItem::ChoiceValueItem::ValueStringList"));
+        QCOMPARE(textOf(Choice::None), QStringLiteral("ValueItem::ChoiceValueItem::None"));
+        QCOMPARE(textOf(Choice(10)), QStringLiteral("ValueItem::ChoiceValueItem(10)"));
+        QCOMPARE(textOf(MemberKind::Text), QStringLiteral("MemberKind::Text"));
+        QCOMPARE(textOf(MemberKind::Alternative), QStringLiteral("MemberKind::Alternative"));
+        QCOMPARE(textOf(MemberKind(99)), QStringLiteral("MemberKind(99)"));
+        QCOMPARE(textOf(Logger::Severity::Error), QStringLiteral("Logger::Severity::Error"));
+        QCOMPARE(textOf(Logger::Severity::Information), QStringLiteral("Logger::Severity::Information"));
+        QCOMPARE(textOf(Logger::Severity(9)), QStringLiteral("Logger::Severity(9)"));
+        QCOMPARE(textOf(ObjectTypes::Undefined), QStringLiteral("ObjectTypes::Undefined"));
+        QCOMPARE(textOf(ObjectTypes(3)), QStringLiteral("ObjectTypes(3)"));
+    }
+
+    void enumeratorsLeaveTheStreamAsItIs()
+    {
+        QString text;
+        QDebug(&text) << 1 << TunerProperties::type::MCP << QStringLiteral("a") << MemberKind::Int << 2;
+        QCOMPARE(text, QStringLiteral("1 TunerProperties::type::MCP \"a\" MemberKind::Int 2 "));
+        text.clear();
+        QDebug(&text).nospace() << 1 << StartupModes::StartupMode::DF << QStringLiteral("a") << 2;
+        QCOMPARE(text, QStringLiteral("1StartupModes::StartupMode::DF\"a\"2"));
+    }
+
+    void aProblemIsWrittenWithItsPath()
+    {
+        TunerProperties document = aDocument(2);
+        document.GetComponent()[0].GetNode()[1].Resetid();
+        document.Resetbaseresource();
+        const QVector<Problem> problems = document.GetProblems();
+        QCOMPARE(textOf(problems.at(0)),
+                 QStringLiteral("Problem(Component \"Preselector\" / Node 2: Node: Please set id properly.)"));
+        QCOMPARE(textOf(problems.at(1)), QStringLiteral("Problem(TunerProperties: Please set baseresource properly.)"));
+        QString text;
+        QDebug(&text) << problems.mid(1) << QStringLiteral("a");
+        QCOMPARE(text, QStringLiteral("QVector(Problem(TunerProperties: Please set baseresource properly.)) \"a\" "));
+    }
+
     void anObjectIsWrittenAsATree()
     {
         TunerProperties document = aDocument(1);

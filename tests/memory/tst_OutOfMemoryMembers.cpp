@@ -129,6 +129,13 @@ public:
         return *this;
     }
 
+    /// A text. Some classes have two getters of their id, of which this takes the const one.
+    Members &scalar(const char *name, QString (T::*get)() const, void (T::*set)(QString), bool (T::*isSet)() const,
+                    void (T::*reset)(), const QString &value)
+    {
+        return scalar<QString, decltype(get)>(name, get, set, isSet, reset, value);
+    }
+
     /// A child object or an alternative.
     template <class Child>
     Members &child(const char *name, const Child &(T::*get)() const, Child &(T::*modify)(),
@@ -149,10 +156,26 @@ public:
         return *this;
     }
 
-    template <class Item, class ByItem>
+    /// A list of objects, or of modes.
+    template <class Item>
     Members &list(const char *name, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
-                  void (T::*set)(const QVector<Item> &), void (T::*append)(ByItem), bool (T::*isSet)() const,
+                  void (T::*set)(const QVector<Item> &), void (T::*append)(const Item &), bool (T::*isSet)() const,
                   void (T::*reset)())
+    {
+        return listOf(name, get, modify, set, append, isSet, reset);
+    }
+    template <class Item>
+    Members &list(const char *name, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
+                  void (T::*set)(const QVector<Item> &), void (T::*append)(Item), bool (T::*isSet)() const,
+                  void (T::*reset)())
+    {
+        return listOf(name, get, modify, set, append, isSet, reset);
+    }
+
+    template <class Item, class ByItem>
+    Members &listOf(const char *name, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
+                    void (T::*set)(const QVector<Item> &), void (T::*append)(ByItem), bool (T::*isSet)() const,
+                    void (T::*reset)())
     {
         const QVector<Item> &items = (samples<T>().complete.*get)();
         const Item &item = items.constFirst();

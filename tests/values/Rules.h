@@ -29,6 +29,14 @@ Accessors<Object, T, Getter> accessors(Getter get, void (Object::*set)(T), bool 
     return {get, set, isSet, reset, defaultValue};
 }
 
+/// Of a text. Some classes have two getters of their id, of which this takes the const one.
+template <class Object>
+auto accessors(QString (Object::*get)() const, void (Object::*set)(QString), bool (Object::*isSet)() const,
+               void (Object::*reset)(), QString (Object::*defaultValue)() const)
+{
+    return Accessors<Object, QString, decltype(get)>{get, set, isSet, reset, defaultValue};
+}
+
 #define ACCESSORS(Class, member)                                                                                       \
     accessors(&Class::Get##member, &Class::Set##member, &Class::Is##member##Set, &Class::Reset##member,                \
               &Class::GetDefault##member)
