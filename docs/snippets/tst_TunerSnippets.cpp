@@ -51,6 +51,7 @@ private Q_SLOTS:
     void aNodeHoldsValues();
     void anItemHoldsOneValue();
     void membersHaveValuesAndFlags();
+    void aCopyConstructedObjectIsIndependentOfHeldReferences();
     void visitorsSeeEveryMember();
     void visitorsMayChangeMembers();
 };
@@ -200,6 +201,21 @@ void TunerSnippets::membersHaveValuesAndFlags()
     //! [DataObject]
     QCOMPARE(byDefault, 0);
     QVERIFY(!before && after && !atTheEnd);
+}
+
+void TunerSnippets::aCopyConstructedObjectIsIndependentOfHeldReferences()
+{
+    JobXml::TunerProperties original;
+    original.AppendComponent(componentWithSwitch());
+
+    //! [held]
+    JobXml::Component &held = original.GetComponent()[0];
+    JobXml::TunerProperties copy(original); // its own data at once; `copy = original` would share those of `held`
+    held.Setname(QStringLiteral("changed")); // changes the original alone
+    //! [held]
+
+    QCOMPARE(std::as_const(original).GetComponent().at(0).Getname(), QStringLiteral("changed"));
+    QCOMPARE(std::as_const(copy).GetComponent().at(0).Getname(), QStringLiteral("squelch"));
 }
 
 void TunerSnippets::visitorsSeeEveryMember()

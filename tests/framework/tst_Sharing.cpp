@@ -20,6 +20,8 @@ private Q_SLOTS:
     void assignedObjectsShareUntilOneIsUsed();
     void writingToOneSideLeavesTheOtherAsItWas();
     void aCopyIsNotSharedAtAll();
+    void aReferenceHeldDuringAnAssignmentReachesBothObjects();
+    void aReferenceHeldDuringACopyReachesTheOriginalAlone();
     void flagsOfSharedTreesAreApart();
     void listsThatACallerHoldsDoNotFollowTheObject();
     void listsGivenToAnObjectDoNotFollowIt();
@@ -58,6 +60,31 @@ void SharingTest::writingToOneSideLeavesTheOtherAsItWas()
 
     original.ResetValueItem();
     QCOMPARE(std::as_const(assigned).GetValueItem().size(), 1);
+}
+
+// As documented: nobody knows of references that callers hold.
+void SharingTest::aReferenceHeldDuringAnAssignmentReachesBothObjects()
+{
+    TunerProperties original = aDocument();
+    Component &held = original.GetComponent()[0];
+    TunerProperties assigned;
+    assigned = original;
+    held.Setname(QStringLiteral("changed"));
+    QCOMPARE(std::as_const(assigned).GetComponent().at(0).Getname(), QStringLiteral("changed"));
+    QCOMPARE(std::as_const(original).GetComponent().at(0).Getname(), QStringLiteral("changed"));
+}
+
+void SharingTest::aReferenceHeldDuringACopyReachesTheOriginalAlone()
+{
+    TunerProperties original = aDocument();
+    Component &held = original.GetComponent()[0];
+    const TunerProperties copy(original);
+    TunerProperties assigned;
+    assigned = TunerProperties(original);
+    held.Setname(QStringLiteral("changed"));
+    QCOMPARE(copy.GetComponent().at(0).Getname(), QStringLiteral("Preselector"));
+    QCOMPARE(std::as_const(assigned).GetComponent().at(0).Getname(), QStringLiteral("Preselector"));
+    QCOMPARE(std::as_const(original).GetComponent().at(0).Getname(), QStringLiteral("changed"));
 }
 
 void SharingTest::aCopyIsNotSharedAtAll()
