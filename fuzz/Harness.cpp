@@ -50,18 +50,18 @@ void useAfterReading(const Input &input, JobXml::DataObject &object)
 
     const Class::Pointer copy = type.copy(object);
     type.equal(*copy, object);
-    comesBack([&] { object.GetXmlString(); });
-    comesBack([&] { object.GetBinaryRepresentationAsQByteArray(); });
+    comesBack([&] { return object.GetXmlString(); });
+    comesBack([&] { return object.GetBinaryRepresentationAsQByteArray(); });
     QByteArray snapshot;
     QDataStream stream(&snapshot, QIODevice::WriteOnly);
     object.GetVersionSpecificBinaryWithoutValidation(stream);
 
     const Class::Pointer sharing = type.make();
     type.assign(*sharing, object);
-    comesBack([&] { sharing->MergeRGObject(*copy); });
+    comesBack([&] { return sharing->MergeRGObject(*copy); });
     object.Reset();
     require(!object.HasData(), "an object that was reset has no data");
-    comesBack([&] { sharing->GetXmlString(); });
+    comesBack([&] { return sharing->GetXmlString(); });
     type.assign(object, *sharing);
 }
 

@@ -11,6 +11,7 @@
 
 #include <jobxml/TunerProperties.h>
 #include <reportbase/Environment.h>
+#include <reportbase/RepresentationSplitter.h>
 #include <reportbase/SaveFile.h>
 #include <tavikappstartup/TranslationCenter.h>
 
@@ -42,9 +43,10 @@ QStringList errorsOfLoading(JobXml::TunerProperties &tuner, const QString &path)
 {
     const auto errors = std::make_shared<ErrorList>();
     tuner.SetLogger(errors);
-    tuner.LoadXml(path);
+    const bool isLoaded = tuner.LoadXml(path);
     tuner.ResetLogger();
-    return errors->messages(); // "missing.xml: cannot open: No such file or directory"
+    // "missing.xml: cannot open: No such file or directory"
+    return isLoaded ? QStringList() : errors->messages();
 }
 //! [Logger]
 
@@ -61,6 +63,9 @@ private Q_SLOTS:
     void aFileIsPutInPlaceWhole();
     void anEnvironmentIsShared();
     void aModuleIsRegistered();
+    void representationsAreReadWithinLimits();
+    void sizeOfARepresentationIsKnownFromItsFirstBytes();
+    void streamIsSplitIntoRepresentations();
 };
 
 void BaseSnippets::loadingAndSavingTellWhatWentWrong()
@@ -135,6 +140,54 @@ void BaseSnippets::aModuleIsRegistered()
     //! [TranslationCenter]
     QCOMPARE(center.SearchPaths().constFirst(), catalogues);
     QCOMPARE(center.RegisteredModules(), QStringList{QStringLiteral("TunerProperties")});
+}
+
+void BaseSnippets::representationsAreReadWithinLimits()
+{
+    const QByteArray received = QByteArray::fromHex("52475a31 00000000");
+    //! [ReadLimits]
+    REPORTGENERATOR::ReadLimits limits = REPORTGENERATOR::ReadLimits::forUntrustedData();
+    limits.acceptCompressed = false;
+    JobXml::TunerProperties tuner;
+    QString why;
+    if (!tuner.SetBinaryRepresentation(received, limits))
+        why = tuner.GetErrorString();
+    //! [ReadLimits]
+    QCOMPARE(why,
+             QStringLiteral("binary data: the representation is compressed, but only uncompressed ones are accepted"));
+}
+
+void BaseSnippets::sizeOfARepresentationIsKnownFromItsFirstBytes()
+{
+    const QByteArray received = QByteArray::fromHex("c10cbb5f 00000100");
+    //! [SizeOfRepresentation]
+    using REPORTGENERATOR::RepresentationSize;
+    const RepresentationSize size = REPORTGENERATOR::SizeOfRepresentation(received, JobXml::TunerProperties::GetId());
+    const bool isComplete = size.state == RepresentationSize::State::Known && received.size() >= size.bytes;
+    //! [SizeOfRepresentation]
+    QCOMPARE(size.bytes, qint64(264));
+    QVERIFY(!isComplete);
+}
+
+void BaseSnippets::streamIsSplitIntoRepresentations()
+{
+    JobXml::ValueBoolean on;
+    on.Setid(QStringLiteral("on"));
+    on.Setvalue(true);
+    const QByteArray bytes = on.GetBinaryRepresentationAsQByteArray();
+    QVector<JobXml::ValueBoolean> values;
+    //! [RepresentationSplitter]
+    REPORTGENERATOR::RepresentationSplitter splitter(JobXml::ValueBoolean::GetId());
+    splitter.Append(bytes + bytes.left(10)); // whatever has arrived
+    while (const auto representation = splitter.Take()) {
+        if (const auto value = JobXml::ValueBoolean::fromBinary(*representation))
+            values.append(*value);
+    }
+    //! [RepresentationSplitter]
+    QCOMPARE(values.size(), 1);
+    QVERIFY(values.first() == on);
+    QCOMPARE(splitter.GetPendingSize(), 10);
+    QVERIFY(splitter.GetErrorString().isNull());
 }
 
 QTEST_GUILESS_MAIN(BaseSnippets)

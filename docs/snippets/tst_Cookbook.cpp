@@ -105,10 +105,9 @@ QStringList problemsOf(const JobXml::TunerProperties &tuner)
 /// From any form to the one that the name of the new file tells: .tpb, .tpz or XML.
 QString convert(const QString &from, const QString &to)
 {
-    QFile file(from);
     const bool isXml = from.endsWith(QLatin1String(".xml"));
     JobXml::TunerProperties tuner;
-    if (!(isXml ? tuner.LoadXml(&file) : tuner.LoadBinary(&file))) // plain and compressed records alike
+    if (!(isXml ? tuner.LoadXml(from) : tuner.LoadBinary(from))) // plain and compressed records alike
         return tuner.GetErrorString();
 
     const bool saved = to.endsWith(QLatin1String(".tpb")) ? tuner.SaveBinary(to)
@@ -168,7 +167,9 @@ bool readUntrusted(const QString &path, JobXml::TunerProperties &result, QString
 JobXml::TunerProperties withDefaults(const JobXml::TunerProperties &document, const JobXml::TunerProperties &defaults)
 {
     JobXml::TunerProperties merged = defaults;
-    merged.MergeRGObject(document); // what is set in the document replaces; items of its lists are appended
+    // What is set in the document replaces; items of its lists are appended.
+    [[maybe_unused]] const bool isOfOneClass = merged.MergeRGObject(document);
+    Q_ASSERT(isOfOneClass); // only objects of another class are refused
     return merged;
 }
 //! [merge]

@@ -238,14 +238,16 @@ void TunerSnippets::visitorsMayChangeMembers()
 {
     JobXml::Component component = componentWithSwitch();
     component.SetdisplayName(QStringLiteral("Squelch"));
+    bool isRenamed = false;
     //! [MemberEditor]
-    JobXml::visit(component, [](JobXml::MemberEditor &member) {
+    JobXml::visit(component, [&](JobXml::MemberEditor &member) {
         if (!member.IsMandatory())
             member.Reset(); // what may be missing goes
         else if (member.GetName() == QLatin1String("name"))
-            member.SetValue(QStringLiteral("squelch 2")); // as Setname() would
+            isRenamed = member.SetValue(QStringLiteral("squelch 2")); // as Setname() would
     });
     //! [MemberEditor]
+    QVERIFY(isRenamed);
     JobXml::Component expected = componentWithSwitch();
     expected.Setname(QStringLiteral("squelch 2"));
     QVERIFY(component == expected);

@@ -62,8 +62,9 @@ void ValueSnippets::aFloatTravelsWithTwoDecimals()
     gain.Setvalue(1.234F);
 
     JobXml::ValueFloat copy;
-    copy.SetXmlString(gain.GetXmlString(), true); // copy.Getvalue() is 1.23F
+    const bool isRead = copy.SetXmlString(gain.GetXmlString(), true); // copy.Getvalue() is 1.23F
     //! [ValueFloat]
+    QVERIFY(isRead);
     QCOMPARE(elementOf(gain), QStringLiteral("<ValueFloat id=\"gain\" value=\"1.23\"/>\n"));
     QVERIFY(copy.Getvalue() == 1.23F);
 }

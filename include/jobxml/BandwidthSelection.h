@@ -28,6 +28,15 @@ public:
     void swap(BandwidthSelection &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<BandwidthSelection> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<BandwidthSelection> fromBinary(const QByteArray &representation,
+                                                                      QString *error = nullptr,
+                                                                      const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x09F7EAA9, leads the binary representation; its name, "BandwidthSelection", is that of the XML
     /// element.

@@ -28,6 +28,14 @@ public:
     void swap(Component &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<Component> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<Component> fromBinary(const QByteArray &representation, QString *error = nullptr,
+                                                             const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x0ADD1857, leads the binary representation; its name, "Component", is that of the XML element.
     /// @{

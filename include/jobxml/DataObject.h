@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 #include <QMetaType>
 #include <QStringList>
@@ -101,6 +102,14 @@ struct Problem : Place
 /// with it.
 ///
 /// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
+///
+/// **New objects.** `fromXml(text)` and `fromBinary(bytes)` of every class return a new object that was read from a
+/// whole XML document or a binary representation, or nothing; they throw nothing but std::bad_alloc. The object
+/// validates while it is read and afterwards. Where reading fails, `error` receives the reason: the text of
+/// GetErrorString(), or that of the exception of the model; it is null where reading succeeds. Like every reader they
+/// do not report what is missing: call Check() or GetProblems(). To read without validation, call SetXmlString() of an
+/// object, or SetValidate(false) and SetBinaryRepresentation(). A class derived from one of the model inherits them,
+/// and they return the model's class.
 class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
 {
 public:
@@ -137,7 +146,7 @@ public:
     /// Writes the object as one tagged record in the stream's byte order and version, under the same rules as GetXml(),
     /// but for items without data: they are counted and leave nothing else.
     /// The record is written in one piece when it is complete, so a sequential device will do.
-    bool GetBinary(QDataStream &stream, int tag, bool writeTag) const override;
+    [[nodiscard]] bool GetBinary(QDataStream &stream, int tag, bool writeTag) const override;
 
     /// Reads the member records of one record of `length` bytes. Members that the record does not hold stay as they
     /// are, items of lists join those present, unknown records are skipped.
@@ -160,7 +169,7 @@ public:
     /// lists are appended, child objects are merged, a ValueItem takes the selected alternative; all of this under the
     /// rules of the setters. What is not set in `other` stays as it is. Returns false, and changes nothing, if `other`
     /// has another class identifier; merging an object with itself changes nothing.
-    bool MergeRGObject(const REPORTGENERATOR::IRGObject &other) override;
+    [[nodiscard]] bool MergeRGObject(const REPORTGENERATOR::IRGObject &other) override;
 
     void SetValidate(bool validate) const override;
     void SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const override;
@@ -192,7 +201,7 @@ public:
     /// 1 GiB of records. Of a derived class, its Check() and HasData() are asked once nothing else is found.
     ///
     /// Like Check(), leaves the tree initialized.
-    QVector<Problem> GetProblems() const;
+    [[nodiscard]] QVector<Problem> GetProblems() const;
 
 protected: // for derived classes
     /// \name What a derived class writes and reads besides its base

@@ -27,6 +27,14 @@ public:
     void swap(Node &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<Node> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<Node> fromBinary(const QByteArray &representation, QString *error = nullptr,
+                                                        const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xC8131DB4, leads the binary representation; its name, "Node", is that of the XML element.
     /// @{

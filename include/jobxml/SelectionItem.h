@@ -28,6 +28,15 @@ public:
     void swap(SelectionItem &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<SelectionItem> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<SelectionItem> fromBinary(const QByteArray &representation,
+                                                                 QString *error = nullptr,
+                                                                 const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x228141C0, leads the binary representation; its name, "SelectionItem", is that of the XML
     /// element.

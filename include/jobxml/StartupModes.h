@@ -40,6 +40,15 @@ public:
     void swap(StartupModes &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<StartupModes> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<StartupModes> fromBinary(const QByteArray &representation,
+                                                                QString *error = nullptr,
+                                                                const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xA7563754, leads the binary representation; its name, "StartupModes", is that of the XML
     /// element.

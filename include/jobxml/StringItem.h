@@ -26,6 +26,15 @@ public:
     void swap(StringItem &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<StringItem> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<StringItem> fromBinary(const QByteArray &representation,
+                                                              QString *error = nullptr,
+                                                              const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xEBB03A60, leads the binary representation; its name, "StringItem", is that of the XML element.
     /// @{

@@ -53,6 +53,15 @@ public:
     void swap(TunerProperties &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<TunerProperties> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<TunerProperties> fromBinary(const QByteArray &representation,
+                                                                   QString *error = nullptr,
+                                                                   const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xC10CBB5F, leads the binary representation; its name, "TunerProperties", is that of the XML
     /// element.

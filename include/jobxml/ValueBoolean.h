@@ -27,6 +27,15 @@ public:
     void swap(ValueBoolean &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueBoolean> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueBoolean> fromBinary(const QByteArray &representation,
+                                                                QString *error = nullptr,
+                                                                const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xC8FC2661, leads the binary representation; its name, "ValueBoolean", is that of the XML
     /// element.

@@ -27,6 +27,15 @@ public:
     void swap(ValueFloat &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueFloat> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueFloat> fromBinary(const QByteArray &representation,
+                                                              QString *error = nullptr,
+                                                              const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x6440D555, leads the binary representation; its name, "ValueFloat", is that of the XML element.
     /// @{

@@ -27,6 +27,14 @@ public:
     void swap(ValueInt &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueInt> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueInt> fromBinary(const QByteArray &representation, QString *error = nullptr,
+                                                            const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x278DA93B, leads the binary representation; its name, "ValueInt", is that of the XML element.
     /// @{

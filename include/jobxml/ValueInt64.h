@@ -27,6 +27,15 @@ public:
     void swap(ValueInt64 &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueInt64> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueInt64> fromBinary(const QByteArray &representation,
+                                                              QString *error = nullptr,
+                                                              const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x4E82A0AA, leads the binary representation; its name, "ValueInt64", is that of the XML element.
     /// @{

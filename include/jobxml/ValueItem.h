@@ -67,6 +67,14 @@ public:
     void swap(ValueItem &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueItem> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueItem> fromBinary(const QByteArray &representation, QString *error = nullptr,
+                                                             const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xA6C468CF, leads the binary representation; its name, "ValueItem", is that of the XML element.
     /// @{

@@ -32,6 +32,15 @@ public:
     void swap(ValueNumericFloat &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueNumericFloat> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueNumericFloat> fromBinary(const QByteArray &representation,
+                                                                     QString *error = nullptr,
+                                                                     const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x4BA90080, leads the binary representation; its name, "ValueNumericFloat", is that of the XML
     /// element.

@@ -32,6 +32,15 @@ public:
     void swap(ValueNumericInt &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueNumericInt> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueNumericInt> fromBinary(const QByteArray &representation,
+                                                                   QString *error = nullptr,
+                                                                   const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xC55D0588, leads the binary representation; its name, "ValueNumericInt", is that of the XML
     /// element.

@@ -32,6 +32,15 @@ public:
     void swap(ValueNumericInt64 &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueNumericInt64> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueNumericInt64> fromBinary(const QByteArray &representation,
+                                                                     QString *error = nullptr,
+                                                                     const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x044D7AEC, leads the binary representation; its name, "ValueNumericInt64", is that of the XML
     /// element.

@@ -32,6 +32,15 @@ public:
     void swap(ValueSelection &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueSelection> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueSelection> fromBinary(const QByteArray &representation,
+                                                                  QString *error = nullptr,
+                                                                  const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0x00C375A5, leads the binary representation; its name, "ValueSelection", is that of the XML
     /// element.

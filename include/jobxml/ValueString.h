@@ -27,6 +27,15 @@ public:
     void swap(ValueString &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueString> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueString> fromBinary(const QByteArray &representation,
+                                                               QString *error = nullptr,
+                                                               const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xC5ECF92B, leads the binary representation; its name, "ValueString", is that of the XML
     /// element.

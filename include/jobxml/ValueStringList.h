@@ -30,6 +30,15 @@ public:
     void swap(ValueStringList &other) noexcept;
     /// @}
 
+    /// \name New objects
+    /// A new object that was read from a whole XML document or from a binary representation, see DataObject.
+    /// @{
+    [[nodiscard]] static std::optional<ValueStringList> fromXml(const QString &xml, QString *error = nullptr);
+    [[nodiscard]] static std::optional<ValueStringList> fromBinary(const QByteArray &representation,
+                                                                   QString *error = nullptr,
+                                                                   const REPORTGENERATOR::ReadLimits &limits = {});
+    /// @}
+
     /// \name The class
     /// Its identifier, 0xC290BC31, leads the binary representation; its name, "ValueStringList", is that of the XML
     /// element.

@@ -101,7 +101,7 @@ public:
     /// what is none. Of a choice: chooses
     /// the alternative, whose value and flag stay as they are. Returns false and changes nothing if the value is not of
     /// the type that the kind tells, no name of the enumeration, or if this is no value.
-    bool SetValue(const QVariant &value);
+    [[nodiscard]] bool SetValue(const QVariant &value);
 
     /// As the getter for modifying: a child object, which may now be changed; sets the flag, and chooses an
     /// alternative. `index` is less than GetSize(), except that 0 is always right where there is no list. The reference

@@ -11,6 +11,7 @@
 #include <reportbase/Export.h>
 #include <reportbase/Logger.h>
 #include <reportbase/ObjectTypes.h>
+#include <reportbase/ReadLimits.h>
 #include <reportbase/ReportException.h>
 
 class QDataStream;
@@ -43,7 +44,8 @@ struct ObjectClass
 /// **Errors.** What is wrong with the content of an object is an exception of the family in ReportException.h. What is
 /// wrong with a document as such (a file that cannot be opened, XML that is not well formed, another object's record)
 /// makes the load or save operation return false; GetErrorString() then says what, where and why, and the logger, if
-/// there is one, has received the same text.
+/// there is one, has received the same text. Running out of memory is std::bad_alloc; only where more than 1 GiB is
+/// read, which may contain a text that no QString can hold, it makes the operation return false.
 ///
 /// An object is used by one thread at a time.
 class REPORTBASE_EXPORT IRGObject
@@ -89,7 +91,7 @@ public:
 
     /// Writes the object as one record: `tag` as leading word if `writeTag`, the record's length, its member records.
     /// Returns false if nothing was written because the object has no data while validating.
-    virtual bool GetBinary(QDataStream &stream, int tag, bool writeTag) const = 0;
+    [[nodiscard]] virtual bool GetBinary(QDataStream &stream, int tag, bool writeTag) const = 0;
 
     /// Reads the member records of one record whose leading word and length (`length`, in bytes) have been read.
     virtual void SetBinary(QDataStream &stream, int length) = 0;
@@ -101,20 +103,21 @@ public:
     /// broken at that point: then that is the error, and false is returned. Two things are refused because a reader
     /// could be kept busy for hours, or be filled up, by a small document: an element with more than 1,024 attributes,
     /// and a document type with an internal subset. Entities that it may declare elsewhere are not known.
-    virtual bool SetXmlString(const QString &xml, bool validate);
+    [[nodiscard]] virtual bool SetXmlString(const QString &xml, bool validate);
 
     /// Reads the object from a binary representation, plain or compressed, big-endian as
     /// GetBinaryRepresentationAsQByteArray() writes it. Refuses, with false and GetErrorString(), another object's
-    /// leading word, a length that is negative or runs past the data, data behind the record, and a compressed form
-    /// that declares more than 1 GiB or more than 1,100 times its own size. Exceptions of the model pass through.
-    virtual bool SetBinaryRepresentation(QByteArray &representation);
+    /// leading word, a length that is negative or runs past the data, data behind the record, and whatever exceeds the
+    /// default ReadLimits: a compressed form, for instance, that declares more than 1 GiB or more than 1,100 times its
+    /// own size. Exceptions of the model pass through.
+    [[nodiscard]] virtual bool SetBinaryRepresentation(QByteArray &representation);
 
     /// The same from a stream, in the stream's own byte order and version. Stops right behind the record and does not
     /// look at what follows. On a sequential device a length that runs past the data shows only as the data end.
-    virtual bool SetBinaryRepresentation(QDataStream &stream);
+    [[nodiscard]] virtual bool SetBinaryRepresentation(QDataStream &stream);
 
     /// Takes over what `other`, an object of the same class, has set. The base's own takes nothing and returns false.
-    virtual bool MergeRGObject(const IRGObject &other);
+    [[nodiscard]] virtual bool MergeRGObject(const IRGObject &other);
 
     /// The type that the object was given when it was made.
     virtual ObjectTypes GetObjectType();
@@ -131,7 +134,7 @@ public:
 
     /// The object as an XML document: declaration, two-space indentation, a final newline. Null if the object writes
     /// nothing, and null with GetErrorString() if a text holds a character that XML cannot carry.
-    virtual QString GetXmlString();
+    [[nodiscard]] virtual QString GetXmlString();
 
     /// Writes the binary representation: the low 32 bits of the class identifier as leading word, the length, the
     /// member records. In the stream's own byte order and version; nothing if the object writes nothing or throws. The
@@ -140,7 +143,7 @@ public:
 
     /// The binary representation in big-endian byte order and the format of Qt 5.15; empty if the object writes
     /// nothing.
-    virtual QByteArray GetBinaryRepresentationAsQByteArray();
+    [[nodiscard]] virtual QByteArray GetBinaryRepresentationAsQByteArray();
 
     /// Writes the compressed representation: a leading word of its own, the length, and the plain representation
     /// through qCompress() at `level` (0 to 9; -1 and every other value is zlib's default). Writes nothing, with
@@ -148,24 +151,24 @@ public:
     virtual void GetCompressedBinaryRepresentation(QDataStream &stream, int level) const;
 
     /// The same as bytes, with the plain representation as GetBinaryRepresentationAsQByteArray() makes it.
-    virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
+    [[nodiscard]] virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
     /// Reads the object from an XML file, like SetXmlString() but with the validate flag as it is.
-    virtual bool LoadXml(const QString &path);
+    [[nodiscard]] virtual bool LoadXml(const QString &path);
 
     /// The same from a file object. A closed file is opened and closed again; an open one is read from where it stands
     /// and stays open.
-    virtual bool LoadXml(QFile *file);
+    [[nodiscard]] virtual bool LoadXml(QFile *file);
 
     /// Reads the object from a file that holds a binary representation; see SetBinaryRepresentation(QByteArray &) for
     /// what is refused and LoadXml(QFile *) for how the file is treated.
-    virtual bool LoadBinary(QFile *file);
+    [[nodiscard]] virtual bool LoadBinary(QFile *file);
 
     /// Writes exactly the UTF-8 of GetXmlString() to a file, atomically: either the whole new document is there or the
     /// old file is as it was; SaveFile() says what becomes of links and of what is no file. Returns false with
     /// GetErrorString() if the file cannot be written, if the object writes nothing, or if it holds a character that
     /// XML cannot carry.
-    virtual bool SaveXml(const QString &path) const;
+    [[nodiscard]] virtual bool SaveXml(const QString &path) const;
 
     /// Whether the object enforces the rules of its model; on in a new object. Classes with child objects pass it on to
     /// them.
@@ -223,9 +226,26 @@ public:
     QString GetErrorString() const;
 
     /// Writes the binary representation to a file, atomically like SaveXml().
-    bool SaveBinary(const QString &path) const;
+    [[nodiscard]] bool SaveBinary(const QString &path) const;
     /// The same with the compressed one; `level` as in GetCompressedBinaryRepresentation().
-    bool SaveCompressedBinary(const QString &path, int level) const;
+    [[nodiscard]] bool SaveCompressedBinary(const QString &path, int level) const;
+
+    /// \name Conveniences
+    /// The same operations with other arguments. Those without limits call the virtual operation of the same name, so
+    /// they do what a class makes of that; those with limits are the base's own. A class that overrides one of the
+    /// virtual operations hides these; `using IRGObject::SetBinaryRepresentation;` shows them again.
+    /// @{
+    [[nodiscard]] bool SetBinaryRepresentation(const QByteArray &representation);
+    [[nodiscard]] bool SetBinaryRepresentation(const QByteArray &representation, const ReadLimits &limits);
+    [[nodiscard]] bool SetBinaryRepresentation(QDataStream &stream, const ReadLimits &limits);
+    bool SetBinaryRepresentation(const char *) = delete; // a C string ends at the first zero byte
+    [[nodiscard]] bool LoadBinary(const QString &path);
+    [[nodiscard]] bool LoadBinary(const QString &path, const ReadLimits &limits);
+    [[nodiscard]] bool LoadBinary(QFile *file, const ReadLimits &limits);
+    [[nodiscard]] QString GetXmlString() const;
+    [[nodiscard]] QByteArray GetBinaryRepresentationAsQByteArray() const;
+    [[nodiscard]] QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level) const;
+    /// @}
 
     /// Passes over the payload of a record that nobody knows: exactly `length` bytes, or what is left if that is less;
     /// nothing for a negative length. Returns the number of bytes passed over.
@@ -295,7 +315,7 @@ private:
     bool fail(const QString &text) const; // keeps and logs the text; always false
     bool save(const QString &path, const QByteArray &content) const;
     QString readDocument(QXmlStreamReader &reader, const QString &source); // why it failed, or null
-    QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData); // likewise
+    QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData, const ReadLimits &limits); // likewise
 
     const ObjectClass *m_class;
     mutable EnvironmentPointer m_environment;

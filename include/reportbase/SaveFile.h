@@ -36,15 +36,16 @@ namespace REPORTGENERATOR {
 /// As when a file is written in place, the set-user-ID, set-group-ID and sticky bits are dropped, and so are the
 /// attributes that describe the old content (`security.capability`, `security.ima`, `security.evm`). Another name of
 /// the old file, a hard link, keeps the old content.
-REPORTBASE_EXPORT QString SaveFile(const QString &path, const QByteArray &content);
+[[nodiscard]] REPORTBASE_EXPORT QString SaveFile(const QString &path, const QByteArray &content);
 QString SaveFile(std::nullptr_t, const QByteArray &) = delete;
 
 /// As above, for a path that need not be text: its bytes reach the system unchanged. An error text calls the file
 /// `shownName`.
-REPORTBASE_EXPORT QString SaveFile(const QByteArray &path, const QString &shownName, const QByteArray &content);
+[[nodiscard]] REPORTBASE_EXPORT QString SaveFile(const QByteArray &path, const QString &shownName,
+                                                 const QByteArray &content);
 
 /// Writes all of the bytes to a file that is open, a pipe or a device as well. Returns the reason if that is not
 /// possible, else a null string.
-REPORTBASE_EXPORT QString WriteAll(QFileDevice &file, const QByteArray &bytes);
+[[nodiscard]] REPORTBASE_EXPORT QString WriteAll(QFileDevice &file, const QByteArray &bytes);
 
 } // namespace REPORTGENERATOR

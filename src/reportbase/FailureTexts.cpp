@@ -147,9 +147,23 @@ QString tooLargeToCompress(qint64 size, qint64 limit)
     return ownText("%1 bytes are to be compressed, but readers take no more than %2").arg(size).arg(limit);
 }
 
+QString outOfMemory(qint64 bytesRead, qint64 longestText)
+{
+    return ownText("out of memory after %1 bytes, and no text may have more than %2 characters")
+        .arg(bytesRead)
+        .arg(longestText);
+}
+
 QString wrongRoot(const QString &found, const QString &expected)
 {
     return ownText("the root element is '") + found + ownText("', not '") + expected + ownText("'");
+}
+
+QString xmlTooLong(qint64 length, qint64 limit)
+{
+    return ownText("the document has %1 characters, but no more than %2 can be read from a text, only from a file")
+        .arg(length)
+        .arg(limit);
 }
 
 QString xmlDeclaration()
@@ -184,8 +198,18 @@ QString headCutOff(qint64 available)
 
 QString wrongLeadingWord(quint32 found, quint32 expected, const QString &objectName)
 {
-    return ownText("the leading word is ") + hexWord(found) + ownText(", not ") + hexWord(expected) + ownText(" (")
-        + objectName + ownText(")");
+    const QString text = ownText("the leading word is ") + hexWord(found) + ownText(", not ") + hexWord(expected);
+    return objectName.isNull() ? text : text + ownText(" (") + objectName + ownText(")");
+}
+
+QString tooLarge(qint64 size, qint64 limit)
+{
+    return ownText("the representation takes %1 bytes, but no more than %2 are accepted").arg(size).arg(limit);
+}
+
+QString compressedNotAccepted()
+{
+    return ownText("the representation is compressed, but only uncompressed ones are accepted");
 }
 
 QString wrongLength(qint64 length, qint64 following)

@@ -48,9 +48,15 @@ QString characterNotForXml(int line);
 QString tooLargeToCompress(qint64 size, qint64 limit);
 /// @}
 
+/// \name Reading
+/// @{
+QString outOfMemory(qint64 bytesRead, qint64 longestText);
+/// @}
+
 /// \name Reading XML
 /// @{
 QString wrongRoot(const QString &found, const QString &expected);
+QString xmlTooLong(qint64 length, qint64 limit);
 QString xmlDeclaration();
 QString tooManyAttributes(int limit);
 QString internalSubset();
@@ -61,7 +67,9 @@ QString undeclaredEntity(const QString &name); // as QXmlStreamReader puts it
 /// @{
 QString unusableStream();
 QString headCutOff(qint64 available);
-QString wrongLeadingWord(quint32 found, quint32 expected, const QString &objectName);
+QString wrongLeadingWord(quint32 found, quint32 expected, const QString &objectName); // whose name may be null
+QString tooLarge(qint64 size, qint64 limit);
+QString compressedNotAccepted();
 QString wrongLength(qint64 length, qint64 following);
 QString negativeLength(qint64 length);
 QString moreThanTheLength(qint64 length);

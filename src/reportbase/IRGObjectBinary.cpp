@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <reportbase/IRGObject.h>
 
+#include <new>
+
 #include <QDataStream>
 #include <QFile>
 
 #include "FailureTexts.h"
 #include "FileAccess.h"
+#include "LargeData.h"
 #include "RepresentationFraming.h"
 
 namespace REPORTGENERATOR {
@@ -18,8 +21,8 @@ namespace {
 QByteArray composePlain(const IRGObject &object, qint64 classIdentifier, const Framing::Settings &settings)
 {
     Framing::MemoryStream memory(settings);
-    object.GetBinary(memory.stream(), int(quint32(classIdentifier)), true);
-    return memory.bytes();
+    const bool isWritten = object.GetBinary(memory.stream(), int(quint32(classIdentifier)), true);
+    return isWritten ? memory.bytes() : QByteArray();
 }
 
 /// The compressed representation; empty if the object writes nothing. Throws a Refusal if it is too large.
@@ -34,20 +37,53 @@ QByteArray composeCompressed(const IRGObject &object, qint64 classIdentifier, co
 
 bool IRGObject::SetBinaryRepresentation(QByteArray &representation)
 {
+    return SetBinaryRepresentation(representation, ReadLimits());
+}
+
+bool IRGObject::SetBinaryRepresentation(const QByteArray &representation)
+{
+    QByteArray shared = representation;
+    return SetBinaryRepresentation(shared); // which a class may have overridden
+}
+
+bool IRGObject::SetBinaryRepresentation(const QByteArray &representation, const ReadLimits &limits)
+{
     clearError();
     Framing::MemoryStream memory(representation, Framing::OwnSettings);
-    const QString failure = readRepresentation(memory.stream(), true);
+    const QString failure = readRepresentation(memory.stream(), true, limits);
     return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
 }
 
 bool IRGObject::SetBinaryRepresentation(QDataStream &stream)
 {
+    return SetBinaryRepresentation(stream, ReadLimits());
+}
+
+bool IRGObject::SetBinaryRepresentation(QDataStream &stream, const ReadLimits &limits)
+{
     clearError();
-    const QString failure = readRepresentation(stream, false);
+    const QString failure = readRepresentation(stream, false, limits);
     return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
 }
 
+bool IRGObject::LoadBinary(const QString &path)
+{
+    QFile file(path);
+    return LoadBinary(&file); // which a class may have overridden
+}
+
+bool IRGObject::LoadBinary(const QString &path, const ReadLimits &limits)
+{
+    QFile file(path);
+    return LoadBinary(&file, limits);
+}
+
 bool IRGObject::LoadBinary(QFile *file)
+{
+    return LoadBinary(file, ReadLimits());
+}
+
+bool IRGObject::LoadBinary(QFile *file, const ReadLimits &limits)
 {
     clearError();
     const FileForReading access(file);
@@ -56,25 +92,30 @@ bool IRGObject::LoadBinary(QFile *file)
 
     QDataStream stream(file);
     Framing::OwnSettings.applyTo(stream);
-    const QString failure = readRepresentation(stream, true);
+    const QString failure = readRepresentation(stream, true, limits);
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the data seem cut off then, but are not at fault
     return failure.isNull() || fail(FailureTexts::at(access.name(), failure));
 }
 
-QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd)
+QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd, const ReadLimits &limits)
 {
     QByteArray members;
     try {
         members = Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(),
-                                       toTheEnd ? Framing::Behind::Nothing : Framing::Behind::Anything);
+                                       toTheEnd ? Framing::Behind::Nothing : Framing::Behind::Anything, limits);
     } catch (const Framing::Refusal &refusal) {
         return refusal.why;
     }
 
     Framing::MemoryStream memory(members, Framing::Settings::of(stream));
     QDataStream &memberStream = memory.stream();
-    SetBinary(memberStream, members.size());
+    try {
+        SetBinary(memberStream, members.size());
+    } catch (const std::bad_alloc &) {
+        rethrowUnlessLarge(members.size());
+        return FailureTexts::outOfMemory(members.size(), LongestText);
+    }
     // An object may miss lengths inside the record that do not add up; damaged data must never pass for good ones.
     if (memberStream.status() != QDataStream::Ok)
         return FailureTexts::membersCutOff(members.size());
@@ -94,6 +135,17 @@ QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
 {
     clearError();
     return composePlain(*this, m_classIdentifier, Framing::OwnSettings);
+}
+
+// In the contract these do not change the object, although they are not const there. Classes may override them.
+QByteArray IRGObject::GetBinaryRepresentationAsQByteArray() const
+{
+    return const_cast<IRGObject &>(*this).GetBinaryRepresentationAsQByteArray();
+}
+
+QByteArray IRGObject::GetCompressedBinaryRepresentationAsQByteArray(int level) const
+{
+    return const_cast<IRGObject &>(*this).GetCompressedBinaryRepresentationAsQByteArray(level);
 }
 
 void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level) const

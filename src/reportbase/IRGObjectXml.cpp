@@ -2,6 +2,7 @@
 #include <reportbase/IRGObject.h>
 
 #include <algorithm>
+#include <new>
 
 #include <QFile>
 #include <QXmlStreamReader>
@@ -10,12 +11,16 @@
 
 #include "FailureTexts.h"
 #include "FileAccess.h"
+#include "LargeData.h"
 #include "WatchedDevice.h"
 #include "XmlComposition.h"
 
 namespace REPORTGENERATOR {
 
 namespace {
+
+/// The reader converts a text to UTF-8 and reserves three bytes per character for that.
+constexpr qint64 longestXmlText = ReadLimits::LargestPossible / 3;
 
 /// A failure where the reader stands.
 QString atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
@@ -67,6 +72,8 @@ bool IRGObject::SetXmlString(const QString &xml, bool validate)
 {
     clearError();
     SetValidate(validate);
+    if (xml.size() > longestXmlText)
+        return fail(FailureTexts::at(FailureTexts::xmlText(), FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
     XmlWatch watch;
     QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
     QString failure = readDocument(reader, FailureTexts::xmlText());
@@ -90,7 +97,13 @@ bool IRGObject::LoadXml(QFile *file)
 
     WatchedDevice document(*file);
     QXmlStreamReader reader(&document);
-    QString failure = readDocument(reader, access.name());
+    QString failure;
+    try {
+        failure = readDocument(reader, access.name());
+    } catch (const std::bad_alloc &) {
+        rethrowUnlessLarge(document.bytesRead());
+        return fail(FailureTexts::at(access.name(), FailureTexts::outOfMemory(document.bytesRead(), LongestText)));
+    }
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the document seems cut off then, but is not at fault
     if (isEndedBy(document.watch(), reader))
@@ -135,6 +148,12 @@ QString IRGObject::GetXmlString()
         return QString();
     }
     return QString::fromUtf8(composition.utf8);
+}
+
+// In the contract it does not change the object, although it is not const there. Classes may override it.
+QString IRGObject::GetXmlString() const
+{
+    return const_cast<IRGObject &>(*this).GetXmlString();
 }
 
 bool IRGObject::SaveXml(const QString &path) const

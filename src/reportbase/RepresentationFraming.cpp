@@ -9,19 +9,11 @@
 #include <zlib.h>
 
 #include "FailureTexts.h"
+#include "LargeData.h"
 
 namespace REPORTGENERATOR::RepresentationFraming {
 
 namespace {
-
-constexpr int HeadSize = 8; // leading word and length
-constexpr int SizeWord = 4; // in front of compressed bytes: what they expand to, whatever the byte order of the stream
-
-struct Record
-{
-    quint32 word = 0;
-    QByteArray payload;
-};
 
 /// Takes up to `count` bytes, in pieces: memory grows with what has arrived, not with what a length word promises.
 QByteArray takeBytes(QIODevice &device, int count)
@@ -39,53 +31,86 @@ QByteArray takeBytes(QIODevice &device, int count)
     return bytes;
 }
 
-/// Asked of devices that know what is left, before anything of the payload is read.
-void checkLength(qint64 length, qint64 following, Behind behind)
+QByteArray takePayload(QIODevice &device, int length)
+{
+    try {
+        return takeBytes(device, length);
+    } catch (const std::bad_alloc &) {
+        rethrowUnlessLarge(length);
+        throw Refusal{FailureTexts::outOfMemory(length, LongestText)};
+    }
+}
+
+/// For devices that know how many bytes are left, before the payload is read.
+void checkFollowing(qint64 length, qint64 following, Behind behind)
 {
     if (length < 0 || length > following || (behind == Behind::Nothing && length != following))
         throw Refusal{FailureTexts::wrongLength(length, following)};
 }
 
-template <typename IsKnown>
-Record takeRecord(QDataStream &stream, Behind behind, IsKnown &&checkWord)
+void checkWord(quint32 found, quint32 word, const QString &objectName)
+{
+    if (found != word)
+        throw Refusal{FailureTexts::wrongLeadingWord(found, word, objectName)};
+}
+
+void checkForm(quint32 found, quint32 word, const QString &objectName, const ReadLimits &limits)
+{
+    if (found != CompressedMark)
+        checkWord(found, word, objectName);
+    else if (!limits.acceptCompressed)
+        throw Refusal{FailureTexts::compressedNotAccepted()};
+}
+
+void checkLength(const Head &head, const ReadLimits &limits)
+{
+    if (head.length < 0)
+        throw Refusal{FailureTexts::negativeLength(head.length)};
+    const qint64 largest = std::min(limits.largestSize, ReadLimits::LargestPossible);
+    if (head.size() > largest)
+        throw Refusal{FailureTexts::tooLarge(head.size(), largest)};
+}
+
+/// A record: its leading word and its payload.
+struct Record
+{
+    quint32 word = 0;
+    QByteArray payload;
+};
+
+template <typename CheckWord>
+Record takeRecord(QDataStream &stream, Behind behind, const ReadLimits &limits, CheckWord &&checkWord)
 {
     QIODevice &device = *stream.device();
-    const QByteArray head = takeBytes(device, HeadSize);
-    if (head.size() < HeadSize) {
+    const QByteArray start = takeBytes(device, HeadSize);
+    if (start.size() < HeadSize) {
         stream.setStatus(QDataStream::ReadPastEnd);
-        throw Refusal{FailureTexts::headCutOff(head.size())};
+        throw Refusal{FailureTexts::headCutOff(start.size())};
     }
-    MemoryStream headStream(head, Settings::of(stream));
-    Record record;
-    qint32 length = 0;
-    headStream.stream() >> record.word >> length;
-    checkWord(record.word);
-
+    const Head head = readHead(start.constData(), Settings::of(stream));
+    checkWord(head.word);
     if (!device.isSequential())
-        checkLength(length, device.bytesAvailable(), behind);
-    else if (length < 0)
-        throw Refusal{FailureTexts::negativeLength(length)};
+        checkFollowing(head.length, device.bytesAvailable(), behind);
+    checkLength(head, limits);
 
-    record.payload = takeBytes(device, length);
-    if (record.payload.size() < length) {
+    Record record{head.word, takePayload(device, head.length)};
+    if (record.payload.size() < head.length) {
         stream.setStatus(QDataStream::ReadPastEnd);
-        throw Refusal{FailureTexts::wrongLength(length, record.payload.size())};
+        throw Refusal{FailureTexts::wrongLength(head.length, record.payload.size())};
     }
     if (behind == Behind::Nothing && !takeBytes(device, 1).isEmpty())
-        throw Refusal{FailureTexts::moreThanTheLength(length)};
+        throw Refusal{FailureTexts::moreThanTheLength(head.length)};
     return record;
 }
 
-QByteArray expand(const QByteArray &compressed)
+QByteArray expand(const QByteArray &compressed, const ReadLimits &limits)
 {
     if (compressed.size() < SizeWord)
         throw Refusal{FailureTexts::damagedCompression()};
-    const qint64 declared = qFromBigEndian<quint32>(compressed.constData());
-    const qint64 limit = std::min(LargestExpansion, LargestRatio * compressed.size());
-    if (declared > limit)
-        throw Refusal{FailureTexts::expandsTooFar(declared, compressed.size(), limit)};
+    const qint64 declared = declaredSize(compressed.constData());
+    checkExpansion(declared, compressed.size(), limits);
 
-    // Not by qUncompress(), which takes the declared size for a hint and does not look behind the compressed bytes.
+    // Not by qUncompress(), which takes the declared size for a hint and ignores what follows the compressed bytes.
     QByteArray plain(int(declared), Qt::Uninitialized);
     uLongf plainSize = uLongf(declared);
     uLong consumed = uLong(compressed.size() - SizeWord);
@@ -144,33 +169,57 @@ MemoryStream::MemoryStream(const QByteArray &bytes, const Settings &settings)
     settings.applyTo(m_stream);
 }
 
-QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, Behind behind)
+Head readHead(const char *bytes, const Settings &settings)
+{
+    if (settings.byteOrder == QDataStream::LittleEndian)
+        return {qFromLittleEndian<quint32>(bytes), qFromLittleEndian<qint32>(bytes + 4)};
+    return {qFromBigEndian<quint32>(bytes), qFromBigEndian<qint32>(bytes + 4)};
+}
+
+void checkHead(const Head &head, quint32 word, const QString &objectName, const ReadLimits &limits)
+{
+    checkForm(head.word, word, objectName, limits);
+    checkLength(head, limits);
+}
+
+qint64 declaredSize(const char *compressed)
+{
+    return qFromBigEndian<quint32>(compressed);
+}
+
+void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &limits)
+{
+    const qint64 limit =
+        std::min({limits.largestExpandedSize, ReadLimits::LargestPossible, LargestRatio * compressedSize});
+    if (declared > limit)
+        throw Refusal{FailureTexts::expandsTooFar(declared, compressedSize, limit)};
+}
+
+QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, Behind behind,
+                       const ReadLimits &limits)
 {
     if (!stream.device() || !stream.device()->isReadable() || stream.status() != QDataStream::Ok)
         throw Refusal{FailureTexts::unusableStream()};
 
-    const auto isTheClass = [&](quint32 found) {
-        if (found != word)
-            throw Refusal{FailureTexts::wrongLeadingWord(found, word, objectName)};
-    };
-    const Record outer = takeRecord(stream, behind, [&](quint32 found) {
-        if (found != CompressedWord)
-            isTheClass(found);
-    });
-    if (outer.word != CompressedWord)
+    const Record outer =
+        takeRecord(stream, behind, limits, [&](quint32 found) { checkForm(found, word, objectName, limits); });
+    if (outer.word != CompressedMark)
         return outer.payload;
 
-    MemoryStream inner(expand(outer.payload), Settings::of(stream));
-    return takeRecord(inner.stream(), Behind::Nothing, isTheClass).payload; // compressed once only
+    MemoryStream inner(expand(outer.payload, limits), Settings::of(stream));
+    return takeRecord(inner.stream(), Behind::Nothing, ReadLimits(),
+                      [&](quint32 found) { checkWord(found, word, objectName); }) // compressed only once
+        .payload;
 }
 
 QByteArray compressed(const QByteArray &plain, const Settings &settings, int level)
 {
-    if (plain.size() > LargestExpansion)
-        throw Refusal{FailureTexts::tooLargeToCompress(plain.size(), LargestExpansion)};
+    constexpr qint64 largest = ReadLimits().largestExpandedSize; // what readers accept unless they are told otherwise
+    if (plain.size() > largest)
+        throw Refusal{FailureTexts::tooLargeToCompress(plain.size(), largest)};
     const QByteArray payload = shrink(plain, level);
     MemoryStream head(settings);
-    head.stream() << CompressedWord << qint32(payload.size());
+    head.stream() << CompressedMark << qint32(payload.size());
     return head.bytes() + payload;
 }
 

@@ -6,21 +6,21 @@
 #include <QDataStream>
 #include <QString>
 
+#include <reportbase/ReadLimits.h>
+
 /// What stands around the member records of a binary representation.
 ///
 /// plain:       leading word (the class's)   length   member records
-/// compressed:  leading word (CompressedWord)   length   the plain representation through qCompress()
+/// compressed:  leading word (CompressedMark)   length   the plain representation through qCompress()
 ///
 /// Everything is kept and handed on in memory. That lets an object write to a device that cannot seek, leaves a stream
 /// untouched when an object throws halfway, and keeps a reader that was given wrong lengths inside its record.
 namespace REPORTGENERATOR::RepresentationFraming {
 
-/// Leads the compressed form; "RGZ1" in big-endian order, and no class's identifier.
-constexpr quint32 CompressedWord = 0x52475A31;
+constexpr int HeadSize = 8; // leading word and length
+constexpr int SizeWord = 4; // in front of compressed bytes: what they expand to, whatever the byte order of the stream
 
-/// The most that a compressed form may expand to: an absolute limit, and what zlib can reach at best (1,032 : 1),
-/// rounded up.
-constexpr qint64 LargestExpansion = qint64(1) << 30;
+/// The most that zlib can reach (1,032 : 1), rounded up.
 constexpr qint64 LargestRatio = 1100;
 
 /// Why a representation is not taken.
@@ -66,9 +66,32 @@ private:
     QDataStream m_stream;
 };
 
+/// The start of a record.
+struct Head
+{
+    quint32 word;
+    qint32 length;
+
+    qint64 size() const { return HeadSize + qint64(length); } ///< of the whole record
+};
+
+/// Reads the HeadSize bytes at `bytes`.
+Head readHead(const char *bytes, const Settings &settings);
+
+/// Throws a Refusal if the record is neither one of the class `word` nor a compressed one, if its length is negative,
+/// or if it exceeds the limits. `objectName` may be null.
+void checkHead(const Head &head, quint32 word, const QString &objectName, const ReadLimits &limits);
+
+/// The size that compressed bytes declare to expand to: their first SizeWord bytes.
+qint64 declaredSize(const char *compressed);
+
+/// Throws a Refusal if `compressedSize` bytes must not expand to `declared` bytes.
+void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &limits);
+
 /// Takes one record, plain or compressed, from the stream and returns its member records. Throws a Refusal if it is not
-/// the record of the class `word` or not complete.
-QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, Behind behind);
+/// the record of the class `word`, not complete, or beyond the limits.
+QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, Behind behind,
+                       const ReadLimits &limits);
 
 /// The compressed form of `plain`; `level` as for qCompress(). Throws a Refusal if no reader would take it.
 QByteArray compressed(const QByteArray &plain, const Settings &settings, int level);

@@ -54,6 +54,7 @@ qint64 WatchedDevice::readData(char *bytes, qint64 size)
         read += std::max(more, qint64(0));
         // Of a document that comes slowly the reader would take the first bytes alone for the whole.
     } while (!m_codec && more > 0 && read < std::min(size, leastToBegin));
+    m_bytesRead += read;
     return read > 0 ? readable(bytes, int(read)) : more;
 }
 

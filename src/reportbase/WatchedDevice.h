@@ -20,6 +20,8 @@ public:
 
     const XmlWatch &watch() const { return m_watch; }
 
+    qint64 bytesRead() const { return m_bytesRead; }
+
     bool isSequential() const override { return true; }
     bool atEnd() const override { return m_watch.isRefused() || m_device.atEnd(); }
 
@@ -35,6 +37,7 @@ private:
     void useCodec(QTextCodec *codec);
 
     QIODevice &m_device;
+    qint64 m_bytesRead = 0;
     XmlWatch m_watch;
     QTextCodec *m_codec = nullptr;
     std::unique_ptr<QTextDecoder> m_decoder; // null behind the head, if bytes can be looked at as they are

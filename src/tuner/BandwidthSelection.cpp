@@ -2,6 +2,7 @@
 #include <jobxml/BandwidthSelection.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -42,6 +43,12 @@ bool BandwidthSelection::operator==(const BandwidthSelection &other) const { ret
 bool BandwidthSelection::operator!=(const BandwidthSelection &other) const { return !equals(other); }
 void BandwidthSelection::swap(BandwidthSelection &other) noexcept { swapData(other); }
 uint qHash(const BandwidthSelection &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<BandwidthSelection> BandwidthSelection::fromXml(const QString &xml, QString *error) { return newFromXml<BandwidthSelection>(xml, error); }
+std::optional<BandwidthSelection> BandwidthSelection::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<BandwidthSelection>(representation, error, limits);
+}
 
 qint64 BandwidthSelection::GetId() { return bandwidthSelection.identifier; }
 QString BandwidthSelection::GetStaticObjectName() { return unitStatics.objectName; }

@@ -2,6 +2,7 @@
 #include <jobxml/Component.h>
 
 #include "framework/ChildList.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -47,6 +48,12 @@ Component::~Component() = default;
 bool Component::operator==(const Component &other) const { return equals(other); }
 bool Component::operator!=(const Component &other) const { return !equals(other); }
 void Component::swap(Component &other) noexcept { swapData(other); }
+
+std::optional<Component> Component::fromXml(const QString &xml, QString *error) { return newFromXml<Component>(xml, error); }
+std::optional<Component> Component::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<Component>(representation, error, limits);
+}
 
 qint64 Component::GetId() { return component.identifier; }
 QString Component::GetStaticObjectName() { return unitStatics.objectName; }

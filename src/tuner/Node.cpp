@@ -2,6 +2,7 @@
 #include <jobxml/Node.h>
 
 #include "framework/ChildList.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -41,6 +42,12 @@ Node::~Node() = default;
 bool Node::operator==(const Node &other) const { return equals(other); }
 bool Node::operator!=(const Node &other) const { return !equals(other); }
 void Node::swap(Node &other) noexcept { swapData(other); }
+
+std::optional<Node> Node::fromXml(const QString &xml, QString *error) { return newFromXml<Node>(xml, error); }
+std::optional<Node> Node::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<Node>(representation, error, limits);
+}
 
 qint64 Node::GetId() { return node.identifier; }
 QString Node::GetStaticObjectName() { return unitStatics.objectName; }

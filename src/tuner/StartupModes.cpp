@@ -7,6 +7,7 @@
 
 #include "framework/Hash.h"
 #include "framework/Member.h"
+#include "framework/NewObject.h"
 #include "framework/Table.h"
 #include "framework/XmlOutput.h"
 #include "module/NameList.h"
@@ -290,6 +291,17 @@ QDebug operator<<(QDebug debug, StartupModes::StartupMode value)
 {
     return modeNames.write(debug, "StartupModes::StartupMode", int(value), int(StartupModes::StartupMode::Invalid),
                            "Invalid");
+}
+
+std::optional<StartupModes> StartupModes::fromXml(const QString &xml, QString *error)
+{
+    return newFromXml<StartupModes>(xml, error);
+}
+
+std::optional<StartupModes> StartupModes::fromBinary(const QByteArray &representation, QString *error,
+                                                     const ReadLimits &limits)
+{
+    return newFromBinary<StartupModes>(representation, error, limits);
 }
 
 } // namespace JobXml

@@ -5,6 +5,7 @@
 #include <QXmlStreamReader>
 
 #include "framework/ChildList.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/NameList.h"
@@ -254,6 +255,12 @@ TunerProperties &TunerProperties::operator=(TunerProperties &&other) noexcept = 
 TunerProperties::~TunerProperties() = default;
 
 void TunerProperties::swap(TunerProperties &other) noexcept { swapData(other); }
+
+std::optional<TunerProperties> TunerProperties::fromXml(const QString &xml, QString *error) { return newFromXml<TunerProperties>(xml, error); }
+std::optional<TunerProperties> TunerProperties::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<TunerProperties>(representation, error, limits);
+}
 
 qint64 TunerProperties::GetId() { return tunerProperties.identifier; }
 QString TunerProperties::GetStaticObjectName() { return unitStatics.objectName; }

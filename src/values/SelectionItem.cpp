@@ -2,6 +2,7 @@
 #include <jobxml/SelectionItem.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -42,6 +43,12 @@ bool SelectionItem::operator==(const SelectionItem &other) const { return equals
 bool SelectionItem::operator!=(const SelectionItem &other) const { return !equals(other); }
 void SelectionItem::swap(SelectionItem &other) noexcept { swapData(other); }
 uint qHash(const SelectionItem &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<SelectionItem> SelectionItem::fromXml(const QString &xml, QString *error) { return newFromXml<SelectionItem>(xml, error); }
+std::optional<SelectionItem> SelectionItem::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<SelectionItem>(representation, error, limits);
+}
 
 qint64 SelectionItem::GetId() { return selectionItem.identifier; }
 QString SelectionItem::GetStaticObjectName() { return unitStatics.objectName; }

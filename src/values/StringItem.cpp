@@ -2,6 +2,7 @@
 #include <jobxml/StringItem.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -40,6 +41,12 @@ bool StringItem::operator==(const StringItem &other) const { return equals(other
 bool StringItem::operator!=(const StringItem &other) const { return !equals(other); }
 void StringItem::swap(StringItem &other) noexcept { swapData(other); }
 uint qHash(const StringItem &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<StringItem> StringItem::fromXml(const QString &xml, QString *error) { return newFromXml<StringItem>(xml, error); }
+std::optional<StringItem> StringItem::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<StringItem>(representation, error, limits);
+}
 
 qint64 StringItem::GetId() { return stringItem.identifier; }
 QString StringItem::GetStaticObjectName() { return unitStatics.objectName; }

@@ -2,6 +2,7 @@
 #include <jobxml/ValueBoolean.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -42,6 +43,12 @@ bool ValueBoolean::operator==(const ValueBoolean &other) const { return equals(o
 bool ValueBoolean::operator!=(const ValueBoolean &other) const { return !equals(other); }
 void ValueBoolean::swap(ValueBoolean &other) noexcept { swapData(other); }
 uint qHash(const ValueBoolean &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueBoolean> ValueBoolean::fromXml(const QString &xml, QString *error) { return newFromXml<ValueBoolean>(xml, error); }
+std::optional<ValueBoolean> ValueBoolean::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueBoolean>(representation, error, limits);
+}
 
 qint64 ValueBoolean::GetId() { return valueBoolean.identifier; }
 QString ValueBoolean::GetStaticObjectName() { return unitStatics.objectName; }

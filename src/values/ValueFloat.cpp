@@ -2,6 +2,7 @@
 #include <jobxml/ValueFloat.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -42,6 +43,12 @@ bool ValueFloat::operator==(const ValueFloat &other) const { return equals(other
 bool ValueFloat::operator!=(const ValueFloat &other) const { return !equals(other); }
 void ValueFloat::swap(ValueFloat &other) noexcept { swapData(other); }
 uint qHash(const ValueFloat &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueFloat> ValueFloat::fromXml(const QString &xml, QString *error) { return newFromXml<ValueFloat>(xml, error); }
+std::optional<ValueFloat> ValueFloat::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueFloat>(representation, error, limits);
+}
 
 qint64 ValueFloat::GetId() { return valueFloat.identifier; }
 QString ValueFloat::GetStaticObjectName() { return unitStatics.objectName; }

@@ -2,6 +2,7 @@
 #include <jobxml/ValueInt.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -42,6 +43,12 @@ bool ValueInt::operator==(const ValueInt &other) const { return equals(other); }
 bool ValueInt::operator!=(const ValueInt &other) const { return !equals(other); }
 void ValueInt::swap(ValueInt &other) noexcept { swapData(other); }
 uint qHash(const ValueInt &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueInt> ValueInt::fromXml(const QString &xml, QString *error) { return newFromXml<ValueInt>(xml, error); }
+std::optional<ValueInt> ValueInt::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueInt>(representation, error, limits);
+}
 
 qint64 ValueInt::GetId() { return valueInt.identifier; }
 QString ValueInt::GetStaticObjectName() { return unitStatics.objectName; }

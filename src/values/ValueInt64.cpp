@@ -2,6 +2,7 @@
 #include <jobxml/ValueInt64.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -42,6 +43,12 @@ bool ValueInt64::operator==(const ValueInt64 &other) const { return equals(other
 bool ValueInt64::operator!=(const ValueInt64 &other) const { return !equals(other); }
 void ValueInt64::swap(ValueInt64 &other) noexcept { swapData(other); }
 uint qHash(const ValueInt64 &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueInt64> ValueInt64::fromXml(const QString &xml, QString *error) { return newFromXml<ValueInt64>(xml, error); }
+std::optional<ValueInt64> ValueInt64::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueInt64>(representation, error, limits);
+}
 
 qint64 ValueInt64::GetId() { return valueInt64.identifier; }
 QString ValueInt64::GetStaticObjectName() { return unitStatics.objectName; }

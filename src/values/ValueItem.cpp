@@ -3,6 +3,7 @@
 
 #include "framework/HandDown.h"
 #include "framework/Member.h"
+#include "framework/NewObject.h"
 #include "framework/Table.h"
 #include "module/NameList.h"
 #include "module/UnitStatics.h"
@@ -295,6 +296,12 @@ ValueItem &ValueItem::operator=(ValueItem &&other) noexcept = default;
 ValueItem::~ValueItem() = default;
 
 void ValueItem::swap(ValueItem &other) noexcept { swapData(other); }
+
+std::optional<ValueItem> ValueItem::fromXml(const QString &xml, QString *error) { return newFromXml<ValueItem>(xml, error); }
+std::optional<ValueItem> ValueItem::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueItem>(representation, error, limits);
+}
 
 qint64 ValueItem::GetId() { return valueItem.identifier; }
 QString ValueItem::GetStaticObjectName() { return unitStatics.objectName; }

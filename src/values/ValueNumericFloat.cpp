@@ -2,6 +2,7 @@
 #include <jobxml/ValueNumericFloat.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -48,6 +49,12 @@ bool ValueNumericFloat::operator==(const ValueNumericFloat &other) const { retur
 bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { return !equals(other); }
 void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { swapData(other); }
 uint qHash(const ValueNumericFloat &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueNumericFloat> ValueNumericFloat::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericFloat>(xml, error); }
+std::optional<ValueNumericFloat> ValueNumericFloat::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueNumericFloat>(representation, error, limits);
+}
 
 qint64 ValueNumericFloat::GetId() { return valueNumericFloat.identifier; }
 QString ValueNumericFloat::GetStaticObjectName() { return unitStatics.objectName; }

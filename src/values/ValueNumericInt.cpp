@@ -2,6 +2,7 @@
 #include <jobxml/ValueNumericInt.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -48,6 +49,12 @@ bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return eq
 bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !equals(other); }
 void ValueNumericInt::swap(ValueNumericInt &other) noexcept { swapData(other); }
 uint qHash(const ValueNumericInt &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueNumericInt> ValueNumericInt::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt>(xml, error); }
+std::optional<ValueNumericInt> ValueNumericInt::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueNumericInt>(representation, error, limits);
+}
 
 qint64 ValueNumericInt::GetId() { return valueNumericInt.identifier; }
 QString ValueNumericInt::GetStaticObjectName() { return unitStatics.objectName; }

@@ -2,6 +2,7 @@
 #include <jobxml/ValueNumericInt64.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -48,6 +49,12 @@ bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { retur
 bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !equals(other); }
 void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { swapData(other); }
 uint qHash(const ValueNumericInt64 &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueNumericInt64> ValueNumericInt64::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt64>(xml, error); }
+std::optional<ValueNumericInt64> ValueNumericInt64::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueNumericInt64>(representation, error, limits);
+}
 
 qint64 ValueNumericInt64::GetId() { return valueNumericInt64.identifier; }
 QString ValueNumericInt64::GetStaticObjectName() { return unitStatics.objectName; }

@@ -2,6 +2,7 @@
 #include <jobxml/ValueSelection.h>
 
 #include "framework/ChildList.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -47,6 +48,12 @@ ValueSelection::~ValueSelection() = default;
 bool ValueSelection::operator==(const ValueSelection &other) const { return equals(other); }
 bool ValueSelection::operator!=(const ValueSelection &other) const { return !equals(other); }
 void ValueSelection::swap(ValueSelection &other) noexcept { swapData(other); }
+
+std::optional<ValueSelection> ValueSelection::fromXml(const QString &xml, QString *error) { return newFromXml<ValueSelection>(xml, error); }
+std::optional<ValueSelection> ValueSelection::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueSelection>(representation, error, limits);
+}
 
 qint64 ValueSelection::GetId() { return valueSelection.identifier; }
 QString ValueSelection::GetStaticObjectName() { return unitStatics.objectName; }

@@ -2,6 +2,7 @@
 #include <jobxml/ValueString.h>
 
 #include "framework/Hash.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -42,6 +43,12 @@ bool ValueString::operator==(const ValueString &other) const { return equals(oth
 bool ValueString::operator!=(const ValueString &other) const { return !equals(other); }
 void ValueString::swap(ValueString &other) noexcept { swapData(other); }
 uint qHash(const ValueString &object, uint seed) { return hashOf(object, seed); }
+
+std::optional<ValueString> ValueString::fromXml(const QString &xml, QString *error) { return newFromXml<ValueString>(xml, error); }
+std::optional<ValueString> ValueString::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueString>(representation, error, limits);
+}
 
 qint64 ValueString::GetId() { return valueString.identifier; }
 QString ValueString::GetStaticObjectName() { return unitStatics.objectName; }

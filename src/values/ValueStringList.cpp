@@ -2,6 +2,7 @@
 #include <jobxml/ValueStringList.h>
 
 #include "framework/ChildList.h"
+#include "framework/NewObject.h"
 #include "framework/Scalar.h"
 #include "framework/Table.h"
 #include "module/UnitStatics.h"
@@ -43,6 +44,12 @@ ValueStringList::~ValueStringList() = default;
 bool ValueStringList::operator==(const ValueStringList &other) const { return equals(other); }
 bool ValueStringList::operator!=(const ValueStringList &other) const { return !equals(other); }
 void ValueStringList::swap(ValueStringList &other) noexcept { swapData(other); }
+
+std::optional<ValueStringList> ValueStringList::fromXml(const QString &xml, QString *error) { return newFromXml<ValueStringList>(xml, error); }
+std::optional<ValueStringList> ValueStringList::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
+{
+    return newFromBinary<ValueStringList>(representation, error, limits);
+}
 
 qint64 ValueStringList::GetId() { return valueStringList.identifier; }
 QString ValueStringList::GetStaticObjectName() { return unitStatics.objectName; }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include <QtTest>
 
@@ -25,6 +26,11 @@ public:
     virtual void assign(Object &to, const Object &from) const = 0;
     virtual void moveAssign(Object &to, Object &from) const = 0;
     virtual void swap(Object &left, Object &right) const = 0;
+    /// Null where the class returns nothing.
+    virtual Pointer fromXml(const QString &xml, QString *error) const = 0;
+    virtual Pointer fromBinary(const QByteArray &representation, QString *error) const = 0;
+    virtual Pointer fromBinary(const QByteArray &representation, QString *error,
+                               const REPORTGENERATOR::ReadLimits &limits) const = 0;
     virtual bool equal(const Object &left, const Object &right) const = 0;
     virtual bool different(const Object &left, const Object &right) const = 0;
 
@@ -54,6 +60,16 @@ public:
     void assign(Object &to, const Object &from) const override { of(to) = of(from); }
     void moveAssign(Object &to, Object &from) const override { of(to) = std::move(of(from)); }
     void swap(Object &left, Object &right) const override { of(left).swap(of(right)); }
+    Pointer fromXml(const QString &xml, QString *error) const override { return pointer(T::fromXml(xml, error)); }
+    Pointer fromBinary(const QByteArray &representation, QString *error) const override
+    {
+        return pointer(T::fromBinary(representation, error));
+    }
+    Pointer fromBinary(const QByteArray &representation, QString *error,
+                       const REPORTGENERATOR::ReadLimits &limits) const override
+    {
+        return pointer(T::fromBinary(representation, error, limits));
+    }
     bool equal(const Object &left, const Object &right) const override { return of(left) == of(right); }
     bool different(const Object &left, const Object &right) const override { return of(left) != of(right); }
     qint64 id() const override { return T::GetId(); }
@@ -66,6 +82,10 @@ public:
     bool isMovableInContainers() const override { return !QTypeInfo<T>::isStatic; }
 
 private:
+    static Pointer pointer(std::optional<T> object)
+    {
+        return object ? std::make_unique<T>(std::move(*object)) : nullptr;
+    }
     static T &of(Object &object) { return static_cast<T &>(object); }
     static const T &of(const Object &object) { return static_cast<const T &>(object); }
 

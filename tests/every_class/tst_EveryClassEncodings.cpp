@@ -101,6 +101,65 @@ private Q_SLOTS:
         }
     }
 
+    void newObjectIsReadFromXmlAndBinary()
+    {
+        const auto original = type().full();
+        const QString xml = std::as_const(*original).GetXmlString();
+        const QByteArray plain = std::as_const(*original).GetBinaryRepresentationAsQByteArray();
+        const QByteArray compressed = std::as_const(*original).GetCompressedBinaryRepresentationAsQByteArray(9);
+        QString error = QStringLiteral("left over");
+        for (const auto &read : {type().fromXml(xml, &error).release(), type().fromBinary(plain, &error).release(),
+                                 type().fromBinary(compressed, &error).release()}) {
+            const ClassUnderTest::Pointer object(read);
+            QVERIFY2(object, qPrintable(error));
+            QVERIFY(error.isNull());
+            QVERIFY(type().equal(*object, *original));
+            QVERIFY(object->GetValidate());
+        }
+        QVERIFY(type().fromXml(xml, nullptr));
+        QVERIFY(type().fromBinary(plain, nullptr));
+    }
+
+    void noNewObjectIsReturnedForDamagedData()
+    {
+        const auto original = type().full();
+        const QString xml = original->GetXmlString();
+        const QByteArray plain = original->GetBinaryRepresentationAsQByteArray();
+        QString error;
+        QVERIFY(!type().fromXml(xml.chopped(2), &error));
+        QVERIFY2(error.startsWith(QStringLiteral("XML text:")), qPrintable(error));
+        QVERIFY(!type().fromXml(QStringLiteral("<Other/>"), &error));
+        QCOMPARE(error,
+                 QStringLiteral("XML text:1:8: the root element is 'Other', not '") + text("name") + QLatin1Char('\''));
+        QVERIFY(!type().fromBinary(plain.chopped(1), &error));
+        QCOMPARE(error,
+                 QStringLiteral("binary data: the record's length is %1, but %2 bytes follow")
+                     .arg(plain.size() - 8)
+                     .arg(plain.size() - 9));
+        REPORTGENERATOR::ReadLimits limits;
+        limits.largestSize = plain.size() - 1;
+        QVERIFY(!type().fromBinary(plain, &error, limits));
+        QCOMPARE(error,
+                 QStringLiteral("binary data: the representation takes %1 bytes, but no more than %2 are accepted")
+                     .arg(plain.size())
+                     .arg(plain.size() - 1));
+        QVERIFY(!type().fromXml(xml.chopped(2), nullptr));
+        QVERIFY(!type().fromBinary(plain.chopped(1), nullptr));
+    }
+
+    void exceptionOfTheModelIsTheErrorOfANewObject()
+    {
+        // One member record of a known tag whose length is wrong: the object's own length error.
+        QByteArray damaged;
+        QDataStream stream(&damaged, QIODevice::WriteOnly);
+        stream << quint32(type().id()) << qint32(8) << quint32(0x11111111) << qint32(-4);
+        QString error;
+        ClassUnderTest::Pointer object;
+        QCOMPARE(thrownBy([&] { object = type().fromBinary(damaged, &error); }), QString());
+        QVERIFY(!object);
+        QCOMPARE(error, text("name") + QLatin1String(lengthError));
+    }
+
     void everyRepresentationReadsBack()
     {
         const auto original = type().full();
@@ -131,7 +190,7 @@ private Q_SLOTS:
 
         QByteArray record;
         QDataStream stream(&record, QIODevice::WriteOnly);
-        QCOMPARE(thrownBy([&] { object->GetBinary(stream, 1, true); }), text("firstMissing"));
+        QCOMPARE(thrownBy([&] { return object->GetBinary(stream, 1, true); }), text("firstMissing"));
         QCOMPARE(hex(record), QString());
     }
 
@@ -256,8 +315,8 @@ private Q_SLOTS:
         readRecord(*object, recordOf(*type().full()));
         readXml(*object, xmlOf(*type().full()));
         readSnapshot(*object, bytes(""));
-        object->GetProblems();
-        object->MergeRGObject(*type().full());
+        QVERIFY(object->GetProblems().isEmpty());
+        QVERIFY(object->MergeRGObject(*type().full()));
         QCOMPARE(logger->messages, 0);
     }
 

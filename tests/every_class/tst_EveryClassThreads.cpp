@@ -120,7 +120,7 @@ const Operation operations[] = {
     {"visit()", [](Hand &h) { return valuesOf(*h.object); }},
     {"changing by visit()",
      [](Hand &h) {
-         visit(*h.object, [](JobXml::MemberEditor &member) { member.SetValue(member.GetValue()); });
+         visit(*h.object, [](JobXml::MemberEditor &member) { return member.SetValue(member.GetValue()); });
          return valuesOf(*h.object);
      }},
     {"to QDebug",

@@ -22,14 +22,14 @@ void restore(DataObject &object, const DataObject &original)
         } else if (from.GetSize() == 1 && from.GetChild().IsInitialized()) {
             restore(member.EditChild(), from.GetChild());
         } else {
-            member.SetValue(from.GetValue());
+            QVERIFY(member.SetValue(from.GetValue()));
         }
         member.SetFlag(from.IsSet());
     };
     visit(object, fill);
     visit(object, [&](MemberEditor &member) { // what has been filled in since has chosen an alternative
         if (member.GetKind() == MemberKind::Choice)
-            member.SetValue(members.first().GetValue());
+            QVERIFY(member.SetValue(members.first().GetValue()));
     });
 }
 

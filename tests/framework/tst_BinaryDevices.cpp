@@ -437,7 +437,7 @@ private Q_SLOTS:
         const auto object = type().make();
         Drain drain;
         QDataStream stream(&drain);
-        QCOMPARE(thrownBy([&] { object->GetBinary(stream, 7, true); }), text("firstMissing"));
+        QCOMPARE(thrownBy([&] { return object->GetBinary(stream, 7, true); }), text("firstMissing"));
         QCOMPARE(drain.writes, 0);
         QCOMPARE(stream.status(), QDataStream::Ok);
     }

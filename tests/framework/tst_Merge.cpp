@@ -118,7 +118,7 @@ private Q_SLOTS:
         nullId.SetValidate(false);
         nullId.Setid(QString());
         ValueInt target;
-        QCOMPARE(thrownBy([&] { target.MergeRGObject(nullId); }),
+        QCOMPARE(thrownBy([&] { return target.MergeRGObject(nullId); }),
                  QStringLiteral("OutOfRangeException: ValueInt: Please set id properly (origin: Setter)."));
         target.SetValidate(false);
         QVERIFY(target.MergeRGObject(nullId));
@@ -129,12 +129,12 @@ private Q_SLOTS:
         incomplete.AppendValueItem(ValueItem());
         Node node = aNode();
         QCOMPARE(
-            thrownBy([&] { node.MergeRGObject(incomplete); }),
+            thrownBy([&] { return node.MergeRGObject(incomplete); }),
             QStringLiteral("IncompleteDefinitionException: Node: Tried to append not completely defined or invalid "
                            "item ValueItem."));
         QCOMPARE(std::as_const(node).GetValueItem().size(), 1);
         Node refused;
-        QVERIFY(!thrownBy([&] { refused.MergeRGObject(incomplete); }).isNull());
+        QVERIFY(!thrownBy([&] { return refused.MergeRGObject(incomplete); }).isNull());
         QVERIFY(!refused.IsValueItemSet());
     }
 

@@ -18,8 +18,7 @@ template <class Class>
 QString errorOf(const QString &xml)
 {
     Class object;
-    object.SetXmlString(xml, false);
-    return object.GetErrorString();
+    return object.SetXmlString(xml, false) ? QString() : object.GetErrorString();
 }
 
 /// Reads an element that a program's own reader stands on, and returns whether the reader processes the namespace of

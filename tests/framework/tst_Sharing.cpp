@@ -133,7 +133,7 @@ void SharingTest::everyUseLetsGoOfAListThatACallerHolds_data()
         o.GetStartupModes().GetStartupMode();
     });
     QTest::newRow("Check()") << Use([](const TunerProperties &o) { o.Check(); });
-    QTest::newRow("GetProblems()") << Use([](const TunerProperties &o) { o.GetProblems(); });
+    QTest::newRow("GetProblems()") << Use([](const TunerProperties &o) { return o.GetProblems(); });
     QTest::newRow("GetXml()") << Use([](const TunerProperties &o) { xmlOf(o); });
     QTest::newRow("GetBinary()") << Use([](const TunerProperties &o) { recordOf(o); });
     QTest::newRow("snapshot") << Use([](const TunerProperties &o) { snapshotOf(o); });

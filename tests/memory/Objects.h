@@ -159,10 +159,12 @@ private:
         xmlOf(object);
         recordOf(object);
         snapshotOf(object);
-        object.GetProblems();
+        const QVector<JobXml::Problem> problems = object.GetProblems();
         T copy(object);
         if (copy.GetValidate() || snapshotOf(copy) != snapshotOf(object))
             return QStringLiteral("a copy of the object differs");
+        if (copy.GetProblems().size() != problems.size())
+            return QStringLiteral("a copy of the object has other problems");
 
         object.SetValidate(true);
         T assigned;

@@ -419,15 +419,15 @@ void IRGObjectBinaryTest::anExceptionOfTheModelPasses()
     QByteArray representation = bytes("9e8f7061 00000001 55");
     const QString thrown = QStringLiteral("BinaryParsingException: Note: an unknown member");
     Note note;
-    QCOMPARE(thrownBy([&] { note.SetBinaryRepresentation(representation); }), thrown);
+    QCOMPARE(thrownBy([&] { return note.SetBinaryRepresentation(representation); }), thrown);
     QVERIFY(note.GetErrorString().isNull());
 
     QDataStream stream(representation);
-    QCOMPARE(thrownBy([&] { note.SetBinaryRepresentation(stream); }), thrown);
+    QCOMPARE(thrownBy([&] { return note.SetBinaryRepresentation(stream); }), thrown);
 
     write(path("a"), representation);
     QFile file(path("a"));
-    QCOMPARE(thrownBy([&] { note.LoadBinary(&file); }), thrown);
+    QCOMPARE(thrownBy([&] { return note.LoadBinary(&file); }), thrown);
     QVERIFY(!file.isOpen());
 }
 
@@ -455,8 +455,8 @@ void IRGObjectBinaryTest::theOldFileStaysWhenSavingFails()
 
     const Note half(QStringLiteral("half"));
     const QString thrown = QStringLiteral("IncompleteDefinitionException: Note: half a note");
-    QCOMPARE(thrownBy([&] { half.SaveBinary(path("a")); }), thrown);
-    QCOMPARE(thrownBy([&] { half.SaveCompressedBinary(path("a"), 9); }), thrown);
+    QCOMPARE(thrownBy([&] { return half.SaveBinary(path("a")); }), thrown);
+    QCOMPARE(thrownBy([&] { return half.SaveCompressedBinary(path("a"), 9); }), thrown);
     QCOMPARE(contentOf(path("a")), QByteArray("old"));
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList({QStringLiteral("a")}));
 

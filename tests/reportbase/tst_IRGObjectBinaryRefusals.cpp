@@ -150,7 +150,10 @@ void IRGObjectBinaryRefusalsTest::refusedPipes_data()
     row("another class", bytes("0000abcd 00000000"), "the leading word is 0x0000ABCD, not 0x9E8F7061 (Note)");
     row("negative length", bytes("9e8f7061 ffffffff 54"), "the record's length is -1, which is less than 0");
     row("one byte short", hi.chopped(1), "the record's length is 7, but 6 bytes follow");
-    row("the greatest length", bytes("9e8f7061 7fffffff 54"), "the record's length is 2147483647, but 1 bytes follow");
+    row("the greatest length", bytes("9e8f7061 7fffffff 54"),
+        "the representation takes 2147483655 bytes, but no more than 2147483392 are accepted");
+    row("the greatest length that is accepted", bytes("9e8f7061 7ffffef8 54"),
+        "the record's length is 2147483384, but 1 bytes follow");
     row("compressed: cut off", compressedForm(qCompress(hi, 0)).left(20),
         "the record's length is 30, but 12 bytes follow");
 }

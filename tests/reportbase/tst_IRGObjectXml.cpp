@@ -328,7 +328,7 @@ void IRGObjectXmlTest::theErrorStringIsOfTheLastOperationAlone()
     QVERIFY(note.SetXmlString(QStringLiteral("<Note/>"), true));
     QVERIFY(note.GetErrorString().isNull());
     QVERIFY(!note.SetXmlString(QStringLiteral("<Note"), true));
-    QCOMPARE(thrownBy([&] { note.SetXmlString(QStringLiteral("<Note><bad/></Note>"), true); }),
+    QCOMPARE(thrownBy([&] { return note.SetXmlString(QStringLiteral("<Note><bad/></Note>"), true); }),
              QStringLiteral("InvalidXmlException: Note: a bad child"));
     QVERIFY(note.GetErrorString().isNull());
 }
@@ -358,7 +358,7 @@ void IRGObjectXmlTest::anObjectWithoutDataWritesNothing()
 void IRGObjectXmlTest::anExceptionWhileWritingPasses()
 {
     Note note(QStringLiteral("half"));
-    QCOMPARE(thrownBy([&] { note.GetXmlString(); }),
+    QCOMPARE(thrownBy([&] { return note.GetXmlString(); }),
              QStringLiteral("IncompleteDefinitionException: Note: half a note"));
 }
 

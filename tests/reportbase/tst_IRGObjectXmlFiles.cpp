@@ -73,7 +73,7 @@ void IRGObjectXmlFilesTest::aClosedFileIsClosedAgainWhenTheModelThrows()
     write(path("a"), "<Note><bad/></Note>");
     QFile file(path("a"));
     Note note;
-    QCOMPARE(thrownBy([&] { note.LoadXml(&file); }), QStringLiteral("InvalidXmlException: Note: a bad child"));
+    QCOMPARE(thrownBy([&] { return note.LoadXml(&file); }), QStringLiteral("InvalidXmlException: Note: a bad child"));
     QVERIFY(!file.isOpen());
 }
 
@@ -224,9 +224,9 @@ void IRGObjectXmlFilesTest::theOldFileStaysWhenTheModelThrows()
 {
     write(path("a"), "old");
     const Note note(QStringLiteral("half"));
-    QCOMPARE(thrownBy([&] { note.SaveXml(path("a")); }),
+    QCOMPARE(thrownBy([&] { return note.SaveXml(path("a")); }),
              QStringLiteral("IncompleteDefinitionException: Note: half a note"));
-    QCOMPARE(thrownBy([&] { note.SaveXml(path("b")); }),
+    QCOMPARE(thrownBy([&] { return note.SaveXml(path("b")); }),
              QStringLiteral("IncompleteDefinitionException: Note: half a note"));
     QCOMPARE(contentOf(path("a")), QByteArray("old"));
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList({QStringLiteral("a")}));

@@ -95,8 +95,8 @@ private:
             member.AppendChild();
         else if (holdsObjects)
             changeMember(member.EditChild(isList ? below(member.GetSize()) : 0));
-        else
-            member.SetValue(value(member));
+        else if (!member.SetValue(value(member)))
+            qFatal("'%s' refuses a value of its type", member.GetName().data());
     }
 
     QVariant value(const JobXml::MemberView &member)

@@ -108,7 +108,7 @@ void DiffCompletenessTest::everyFlagAndEveryChoiceIsTold()
                         return;
                     member.SetFlag(!view.IsSet());
                     if (member.GetKind() == JobXml::MemberKind::Choice)
-                        member.SetValue(QString());
+                        QVERIFY(member.SetValue(QString()));
                 });
                 const QVector<Difference> differences = findDifferences(first, second);
                 QVERIFY2(differences.isEmpty() == (jsonOf(second) == firstJson), view.GetName().data());

@@ -151,7 +151,7 @@ void TunerPropertiesRecordsTest::aMissingMemberIsReportedBeforeAnythingIsWritten
     document.Resettype();
     QByteArray record;
     QDataStream stream(&record, QIODevice::WriteOnly);
-    QCOMPARE(thrownBy([&] { document.GetBinary(stream, 1, true); }),
+    QCOMPARE(thrownBy([&] { return document.GetBinary(stream, 1, true); }),
              QStringLiteral("OutOfRangeException: TunerProperties: Please set type properly."));
     QCOMPARE(record, QByteArray());
 }

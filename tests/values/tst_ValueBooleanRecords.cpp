@@ -154,10 +154,10 @@ void ValueBooleanRecordsTest::anIncompleteSwitchIsRefusedBeforeAnythingIsWritten
     object.Setid(QStringLiteral("x"));
     QByteArray written;
     QDataStream stream(&written, QIODevice::WriteOnly);
-    QCOMPARE(thrownBy([&] { object.GetBinary(stream, 1, true); }),
+    QCOMPARE(thrownBy([&] { return object.GetBinary(stream, 1, true); }),
              QStringLiteral("OutOfRangeException: ValueBoolean: Please set value properly."));
     object.Reset();
-    QCOMPARE(thrownBy([&] { object.GetBinary(stream, 1, true); }),
+    QCOMPARE(thrownBy([&] { return object.GetBinary(stream, 1, true); }),
              QStringLiteral("OutOfRangeException: ValueBoolean: Please set id properly."));
     QCOMPARE(hex(written), QString());
 }

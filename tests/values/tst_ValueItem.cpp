@@ -136,7 +136,7 @@ void ValueItemTest::aNewItemIsRefusedBeforeAnythingIsWritten()
 
     QByteArray record;
     QDataStream stream(&record, QIODevice::WriteOnly);
-    QCOMPARE(thrownBy([&] { item.GetBinary(stream, 1, true); }), QString::fromLatin1(notInitialized));
+    QCOMPARE(thrownBy([&] { return item.GetBinary(stream, 1, true); }), QString::fromLatin1(notInitialized));
     QCOMPARE(record, QByteArray());
 }
 

@@ -175,11 +175,11 @@ void ValueSelectionEncodingsTest::anIncompleteSelectionIsRefusedBeforeAnythingIs
     const auto missingOptions =
         QStringLiteral("OutOfRangeException: ValueSelection: Please set SelectionItem properly.");
     QCOMPARE(thrownBy([&] { object.GetXml(writer); }), missingOptions);
-    QCOMPARE(thrownBy([&] { object.GetBinary(stream, 1, true); }), missingOptions);
+    QCOMPARE(thrownBy([&] { return object.GetBinary(stream, 1, true); }), missingOptions);
     object.SetSelectionItem({option("a", 1), SelectionItem()});
     const auto missingName = QStringLiteral("OutOfRangeException: SelectionItem: Please set name properly.");
     QCOMPARE(thrownBy([&] { object.GetXml(writer); }), missingName);
-    QCOMPARE(thrownBy([&] { object.GetBinary(stream, 1, true); }), missingName);
+    QCOMPARE(thrownBy([&] { return object.GetBinary(stream, 1, true); }), missingName);
     QCOMPARE(xml, QString());
     QCOMPARE(hex(written), QString());
 }

@@ -143,11 +143,11 @@ void ValueStringListEncodingsTest::anIncompleteListIsRefusedBeforeAnythingIsWrit
     QDataStream stream(&record, QIODevice::WriteOnly);
     const auto missingItems = QStringLiteral("OutOfRangeException: ValueStringList: Please set StringItem properly.");
     QCOMPARE(thrownBy([&] { object.GetXml(writer); }), missingItems);
-    QCOMPARE(thrownBy([&] { object.GetBinary(stream, 1, true); }), missingItems);
+    QCOMPARE(thrownBy([&] { return object.GetBinary(stream, 1, true); }), missingItems);
     object.SetStringItem({textItem("X"), StringItem()});
     const auto missingText = QStringLiteral("OutOfRangeException: StringItem: Please set value properly.");
     QCOMPARE(thrownBy([&] { object.GetXml(writer); }), missingText);
-    QCOMPARE(thrownBy([&] { object.GetBinary(stream, 1, true); }), missingText);
+    QCOMPARE(thrownBy([&] { return object.GetBinary(stream, 1, true); }), missingText);
     QCOMPARE(xml, QString());
     QCOMPARE(hex(record), QString());
 }

@@ -61,7 +61,8 @@ private:
         case MemberKind::Text: {
             const QString text =
                 QString::number(m_texts.size()) + QLatin1Char(' ') + attacks().at(m_texts.size() % attacks().size());
-            member.SetValue(text);
+            if (!member.SetValue(text))
+                qFatal("a text is refused");
             m_texts.append(text);
             break;
         }

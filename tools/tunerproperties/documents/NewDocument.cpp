@@ -21,6 +21,12 @@ namespace {
 constexpr int width = 100;
 constexpr int indentation = 2; // as the library writes XML
 
+void store(MemberEditor &member, const QVariant &value)
+{
+    [[maybe_unused]] const bool isStored = member.SetValue(value);
+    Q_ASSERT(isStored); // the callers choose values of the member's type
+}
+
 void fill(DataObject &object)
 {
     object.SetValidate(false); // nothing is complete before it is filled
@@ -31,14 +37,14 @@ void fill(DataObject &object)
             return;
         switch (member.GetKind()) {
         case MemberKind::Text:
-            member.SetValue(QString(member.GetName()));
+            store(member, QString(member.GetName()));
             break;
         case MemberKind::Enumeration:
         case MemberKind::Choice: // comes before the alternatives
-            member.SetValue(member.GetNames().first());
+            store(member, member.GetNames().first());
             break;
         case MemberKind::EnumerationList:
-            member.SetValue(QVariantList{member.GetNames().first()});
+            store(member, QVariantList{member.GetNames().first()});
             break;
         case MemberKind::Object:
             fill(member.EditChild());
@@ -47,7 +53,7 @@ void fill(DataObject &object)
             fill(member.AppendChild());
             break;
         default:
-            member.SetValue(member.GetDefaultValue());
+            store(member, member.GetDefaultValue());
         }
     });
 }
@@ -161,7 +167,7 @@ TunerProperties minimal(const QHash<QString, QString> &given)
     TunerProperties document;
     visit(static_cast<DataObject &>(document), [&](MemberEditor &member) {
         if (given.contains(member.GetName()))
-            member.SetValue(TypedValue::parse(member, given.value(member.GetName())));
+            store(member, TypedValue::parse(member, given.value(member.GetName())));
     });
     fill(document);
     document.SetValidate(true);

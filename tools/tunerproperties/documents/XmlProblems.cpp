@@ -225,7 +225,8 @@ private:
             DataObject &object = *m_classes.constFind(name)->object;
             object.ResetToDefault();
             object.SetValidate(true);
-            object.SetXmlString(xml, true);
+            // Only exceptions of the model count: whether the document is well-formed was seen when it was loaded.
+            static_cast<void>(object.SetXmlString(xml, true));
         } catch (const RGException &e) {
             return e.GetMessageText();
         }

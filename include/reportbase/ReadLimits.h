@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QtGlobal>
+
+namespace REPORTGENERATOR {
+
+/// The first four bytes of the compressed form, big-endian: "RGZ1". No class has this identifier.
+constexpr quint32 CompressedMark = 0x52475A31;
+
+/// What a reader of binary representations accepts. The defaults are the limits of the functions without a ReadLimits
+/// argument.
+///
+/// A refused representation is refused by its first bytes, before memory is reserved for the rest. The objects that are
+/// read may take 80 times the memory of an uncompressed representation, so a limit of 4 MiB means up to 320 MiB.
+///
+/// \snippet tst_BaseSnippets.cpp ReadLimits
+struct ReadLimits
+{
+    /// The upper bound of both sizes: 2 GiB less 256 bytes, which is what a QByteArray can hold. Higher limits have the
+    /// same effect.
+    static constexpr qint64 LargestPossible = 0x7FFFFF00;
+
+    /// The size of a representation as it is received, plain or compressed, its leading word and length included.
+    qint64 largestSize = LargestPossible;
+
+    /// The size that a compressed representation may expand to. Whatever the limit, it may not expand to more than
+    /// 1,100 times its own size, which no intact one does.
+    qint64 largestExpandedSize = qint64(1) << 30;
+
+    /// Whether the compressed form is accepted at all.
+    bool acceptCompressed = true;
+
+    /// Limits for programs that read data of unknown origin: 4 MiB as received and 4 MiB expanded. The largest example
+    /// document takes a thousandth of that.
+    static constexpr ReadLimits forUntrustedData() noexcept { return {qint64(4) << 20, qint64(4) << 20, true}; }
+};
+
+} // namespace REPORTGENERATOR

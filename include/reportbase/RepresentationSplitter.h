@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+#include <QByteArray>
+#include <QString>
+
+#include <reportbase/Export.h>
+#include <reportbase/ReadLimits.h>
+
+namespace REPORTGENERATOR {
+
+/// The size of a binary representation, as far as it is known.
+struct RepresentationSize
+{
+    /// What the first bytes say.
+    enum class State {
+        NeedsMoreBytes, ///< fewer than the eight bytes that declare the size
+        Known, ///< `bytes` is the size
+        Invalid, ///< the bytes are not the start of a representation of the class
+    };
+
+    State state = State::NeedsMoreBytes; ///< whether `bytes` is valid
+    qint64 bytes = 0; ///< of the whole representation, leading word and length included; 0 unless known
+};
+
+/// Returns how many bytes a representation takes that starts with `firstBytes`, plain or compressed, big-endian as
+/// IRGObject::GetBinaryRepresentationAsQByteArray() writes it. `classIdentifier` is the `GetId()` of its class; only
+/// the low 32 bits count. Looks at eight bytes and ignores the others.
+///
+/// \snippet tst_BaseSnippets.cpp SizeOfRepresentation
+[[nodiscard]] REPORTBASE_EXPORT RepresentationSize SizeOfRepresentation(const QByteArray &firstBytes,
+                                                                        qint64 classIdentifier);
+
+/// Splits a stream of bytes, as it arrives from a socket for instance, into whole representations.
+///
+/// Pass all received bytes to Append(), then call Take() until it returns nothing. The work is linear in the number of
+/// bytes, however they are divided. Memory grows with the bytes received, never with a declared size, and a
+/// representation that exceeds the limits is refused as soon as its first bytes declare that.
+///
+/// \snippet tst_BaseSnippets.cpp RepresentationSplitter
+class REPORTBASE_EXPORT RepresentationSplitter
+{
+public:
+    /// For representations of one class; `classIdentifier` is its `GetId()`.
+    explicit RepresentationSplitter(qint64 classIdentifier, const ReadLimits &limits = ReadLimits::forUntrustedData());
+
+    /// Appends bytes to those that are waiting. Bytes that follow a failure are discarded.
+    void Append(const QByteArray &bytes);
+
+    /// Removes the next representation from the waiting bytes and returns it. Returns nothing if more bytes are needed
+    /// and after a failure, see GetErrorString().
+    [[nodiscard]] std::optional<QByteArray> Take();
+
+    /// Why the stream cannot be read any further: another class, a negative length, a size beyond the limits,
+    /// compressed data that are not accepted. Null if there was no failure. The end of a damaged representation is
+    /// unknown, so a failure is final; close the connection.
+    QString GetErrorString() const;
+
+    /// How many bytes are waiting for the rest of their representation. If a connection ends while this is not 0, the
+    /// last representation is truncated.
+    int GetPendingSize() const;
+
+private:
+    std::optional<int> nextSize() const; // throws a Refusal
+    void fail(const QString &why);
+    void removeTaken();
+
+    quint32 m_classIdentifier;
+    ReadLimits m_limits;
+    QByteArray m_bytes;
+    int m_taken = 0; // bytes at the front of m_bytes that have been returned; removing them each time costs a copy
+    QString m_error;
+};
+
+} // namespace REPORTGENERATOR

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include <reportbase/RepresentationSplitter.h>
+
+#include "FailureTexts.h"
+#include "RepresentationFraming.h"
+
+namespace REPORTGENERATOR {
+
+namespace Framing = RepresentationFraming;
+
+RepresentationSize SizeOfRepresentation(const QByteArray &firstBytes, qint64 classIdentifier)
+{
+    using State = RepresentationSize::State;
+    if (firstBytes.size() < Framing::HeadSize)
+        return {State::NeedsMoreBytes, 0};
+    const Framing::Head head = Framing::readHead(firstBytes.constData(), Framing::OwnSettings);
+    const bool isExpected = head.word == quint32(classIdentifier) || head.word == CompressedMark;
+    if (!isExpected || head.length < 0)
+        return {State::Invalid, 0};
+    return {State::Known, head.size()};
+}
+
+RepresentationSplitter::RepresentationSplitter(qint64 classIdentifier, const ReadLimits &limits)
+    : m_classIdentifier(quint32(classIdentifier)), m_limits(limits)
+{
+}
+
+void RepresentationSplitter::Append(const QByteArray &bytes)
+{
+    if (!m_error.isNull())
+        return;
+    const qint64 waiting = qint64(GetPendingSize()) + bytes.size();
+    if (waiting > ReadLimits::LargestPossible) {
+        fail(FailureTexts::tooLarge(waiting, ReadLimits::LargestPossible));
+        return;
+    }
+    // Only when at least half is removed: each byte is then moved a constant number of times on average.
+    if (m_taken > m_bytes.size() / 2)
+        removeTaken();
+    m_bytes.append(bytes.constData(), bytes.size()); // a copy, because the caller may reuse its buffer
+}
+
+std::optional<QByteArray> RepresentationSplitter::Take()
+{
+    if (!m_error.isNull())
+        return {};
+    try {
+        const std::optional<int> size = nextSize();
+        if (!size || *size > GetPendingSize())
+            return {};
+        QByteArray representation = m_bytes.mid(m_taken, *size);
+        m_taken += *size;
+        if (m_taken == m_bytes.size())
+            removeTaken();
+        return representation;
+    } catch (const Framing::Refusal &refusal) {
+        fail(refusal.why);
+        return {};
+    }
+}
+
+std::optional<int> RepresentationSplitter::nextSize() const
+{
+    const int pending = GetPendingSize();
+    const char *const begin = m_bytes.constData() + m_taken;
+    if (pending < Framing::HeadSize)
+        return {};
+    const Framing::Head head = Framing::readHead(begin, Framing::OwnSettings);
+    Framing::checkHead(head, m_classIdentifier, QString(), m_limits);
+    if (head.word == CompressedMark && head.length >= Framing::SizeWord
+        && pending >= Framing::HeadSize + Framing::SizeWord)
+        Framing::checkExpansion(Framing::declaredSize(begin + Framing::HeadSize), head.length, m_limits);
+    return int(head.size()); // within the limits, so it fits
+}
+
+QString RepresentationSplitter::GetErrorString() const
+{
+    return m_error;
+}
+
+int RepresentationSplitter::GetPendingSize() const
+{
+    return m_bytes.size() - m_taken;
+}
+
+void RepresentationSplitter::fail(const QString &why)
+{
+    m_error = FailureTexts::at(FailureTexts::binaryData(), why);
+    m_bytes.clear();
+    m_taken = 0;
+}
+
+void RepresentationSplitter::removeTaken()
+{
+    if (m_taken == m_bytes.size())
+        m_bytes.clear(); // an idle connection holds no memory
+    else
+        m_bytes.remove(0, m_taken);
+    m_taken = 0;
+}
+
+} // namespace REPORTGENERATOR
