@@ -9,9 +9,9 @@
 #include <functional>
 #include <future>
 #include <iterator>
+#include <optional>
 #include <vector>
 
-#include <QBuffer>
 #include <QDataStream>
 #include <QDebug>
 #include <QHash>
@@ -22,6 +22,7 @@
 #include <jobxml/MetaTypes.h>
 #include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
+#include <reportbase/RepresentationSplitter.h>
 
 #include "Elements.h"
 
@@ -49,37 +50,59 @@ void deliver(Watcher &watcher, QObject &receiver, const std::function<void(const
 }
 //! [RegisterMetaTypes]
 
-namespace {
-
 //! [stream]
-/// To a socket: as a QByteArray, so that the other side knows where it ends.
-void send(QDataStream &socket, JobXml::TunerProperties &tuner)
+/// Receives documents from a socket: binary representations, plain or compressed, one after the other.
+class DocumentReceiver : public QObject
 {
-    socket << tuner.GetBinaryRepresentationAsQByteArray();
-}
+    Q_OBJECT
 
-enum class Received {
-    Document,
-    NothingYet,
-    Damage,
+public:
+    explicit DocumentReceiver(QIODevice &socket) : m_socket(socket)
+    {
+        connect(&m_socket, &QIODevice::readyRead, this, &DocumentReceiver::read);
+        connect(&m_socket, &QIODevice::readChannelFinished, this, &DocumentReceiver::finish);
+    }
+
+Q_SIGNALS:
+    void received(const JobXml::TunerProperties &tuner);
+    void failed(const QString &why);
+
+private:
+    void read()
+    {
+        m_splitter.Append(m_socket.readAll());
+        while (const std::optional<QByteArray> bytes = m_splitter.Take()) {
+            QString why;
+            if (const auto tuner = JobXml::TunerProperties::fromBinary(*bytes, &why, limits))
+                Q_EMIT received(*tuner);
+            else
+                Q_EMIT failed(why); // this document alone; its length was right, so the next one can be read
+        }
+        if (!m_splitter.GetErrorString().isNull()) {
+            m_socket.disconnect(this); // nobody knows where the next document starts
+            m_socket.close();
+            Q_EMIT failed(m_splitter.GetErrorString());
+        }
+    }
+
+    void finish()
+    {
+        if (m_splitter.GetPendingSize() > 0)
+            Q_EMIT failed(QStringLiteral("the connection ended in the middle of a document"));
+    }
+
+    static constexpr auto limits = REPORTGENERATOR::ReadLimits::forUntrustedData(); // 4 MiB, also when expanded
+    QIODevice &m_socket;
+    REPORTGENERATOR::RepresentationSplitter m_splitter{JobXml::TunerProperties::GetId(), limits};
 };
 
-/// Call it whenever the socket has new bytes (QIODevice::readyRead).
-Received receive(QDataStream &socket, JobXml::TunerProperties &tuner)
+void send(QIODevice &socket, const JobXml::TunerProperties &tuner)
 {
-    QByteArray representation;
-    socket.startTransaction();
-    socket >> representation;
-    if (!socket.commitTransaction())
-        return Received::NothingYet; // the stream is back at the start, and the rest may come
-    try {
-        return tuner.SetBinaryRepresentation(representation) ? Received::Document
-                                                             : Received::Damage; // GetErrorString()
-    } catch (const ReportException &) { // what is wrong inside; nothing may leave a slot
-        return Received::Damage;
-    }
+    socket.write(tuner.GetBinaryRepresentationAsQByteArray());
 }
 //! [stream]
+
+namespace {
 
 //! [compare]
 using namespace JobXml;
@@ -253,6 +276,65 @@ JobXml::TunerProperties receiver()
     return tuner;
 }
 
+/// One end of a connection, without the network in between.
+class Line : public QIODevice
+{
+public:
+    Line() { open(QIODevice::ReadWrite | QIODevice::Unbuffered); }
+
+    bool isSequential() const override { return true; }
+    qint64 bytesAvailable() const override { return m_arrived.size(); }
+
+    void arrive(const QByteArray &bytes)
+    {
+        m_arrived += bytes;
+        Q_EMIT readyRead();
+    }
+    void end() { Q_EMIT readChannelFinished(); }
+    QByteArray sent() const { return m_sent; }
+
+protected:
+    qint64 readData(char *bytes, qint64 size) override
+    {
+        const int count = int(std::min(size, qint64(m_arrived.size())));
+        std::copy_n(m_arrived.cbegin(), count, bytes);
+        m_arrived.remove(0, count);
+        return count;
+    }
+    qint64 writeData(const char *bytes, qint64 size) override
+    {
+        m_sent.append(bytes, int(size));
+        return size;
+    }
+
+private:
+    QByteArray m_arrived;
+    QByteArray m_sent;
+};
+
+/// A connection whose documents and failures are kept.
+struct Connection
+{
+    Connection()
+    {
+        QObject::connect(&receiver, &DocumentReceiver::received,
+                         [this](const JobXml::TunerProperties &tuner) { documents.append(tuner); });
+        QObject::connect(&receiver, &DocumentReceiver::failed, [this](const QString &why) { failures.append(why); });
+    }
+
+    Line line;
+    DocumentReceiver receiver{line};
+    QVector<JobXml::TunerProperties> documents;
+    QStringList failures;
+};
+
+QByteArray asSent(const JobXml::TunerProperties &tuner)
+{
+    Line line;
+    send(line, tuner);
+    return line.sent();
+}
+
 } // namespace
 
 class CookbookTogether : public QObject
@@ -260,9 +342,13 @@ class CookbookTogether : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void aDocumentArrivesInPieces();
-    void damageIsTold();
-    void damageInsideIsToldAndNeverThrown();
+    void documentArrivesWhereverItIsSplit();
+    void twoDocumentsInOnePacketAreBothReceived();
+    void peerThatDeclaresTwoGibibytesIsDisconnected();
+    void compressedDocumentThatExpandsTooFarIsRefused();
+    void damagedDocumentIsReportedAndTheNextOneIsReceived();
+    void damageAnywhereIsReportedAndNeverThrown();
+    void truncatedDocumentIsReportedAtTheEndOfTheConnection();
     void differencesOfItemsWithOneNameAreListed();
     void differencesAreListedByPath();
     void swappedComponentsAreReported();
@@ -276,56 +362,104 @@ private Q_SLOTS:
     void aDocumentFitsIntoAVariant();
 };
 
-void CookbookTogether::aDocumentArrivesInPieces()
+void CookbookTogether::documentArrivesWhereverItIsSplit()
 {
     JobXml::TunerProperties sent = receiver();
-    QByteArray wire;
-    QDataStream out(&wire, QIODevice::WriteOnly);
-    send(out, sent);
-
-    QBuffer socket;
-    QVERIFY(socket.open(QIODevice::ReadWrite));
-    QDataStream in(&socket);
-    JobXml::TunerProperties received;
-    QVERIFY(socket.buffer().isEmpty());
-    socket.buffer().append(wire.left(100));
-    QVERIFY(receive(in, received) == Received::NothingYet);
-    QVERIFY(!received.IsInitialized());
-    socket.buffer().append(wire.mid(100));
-    QVERIFY(receive(in, received) == Received::Document);
-    QVERIFY(received == sent);
-    QVERIFY(receive(in, received) == Received::NothingYet);
+    sent.SetComponent(sent.GetComponent().mid(0, 1)); // a few hundred bytes
+    const QByteArray wire = asSent(sent);
+    for (int split = 0; split <= wire.size(); ++split) {
+        Connection connection;
+        connection.line.arrive(wire.left(split));
+        QCOMPARE(connection.documents.size(), split == wire.size() ? 1 : 0);
+        connection.line.arrive(wire.mid(split));
+        QCOMPARE(connection.documents.size(), 1);
+        QVERIFY(connection.documents.first() == sent);
+        QCOMPARE(connection.failures, QStringList());
+    }
 }
 
-void CookbookTogether::damageIsTold()
+void CookbookTogether::twoDocumentsInOnePacketAreBothReceived()
 {
-    QByteArray wire;
-    QDataStream out(&wire, QIODevice::WriteOnly);
-    out << QByteArrayLiteral("nonsense");
-    QDataStream in(wire);
-    JobXml::TunerProperties received;
-    QVERIFY(receive(in, received) == Received::Damage);
-    QCOMPARE(received.GetErrorString(),
-             QStringLiteral("binary data: the leading word is 0x6E6F6E73, not 0xC10CBB5F (TunerProperties)"));
+    const JobXml::TunerProperties first = receiver();
+    JobXml::TunerProperties second = first;
+    second.Setquantity(7);
+    Connection connection;
+    connection.line.arrive(asSent(first) + second.GetCompressedBinaryRepresentationAsQByteArray(9));
+    QCOMPARE(connection.documents.size(), 2);
+    QVERIFY(connection.documents.at(0) == first);
+    QVERIFY(connection.documents.at(1) == second); // with its own components, not with those of both
+    QCOMPARE(connection.failures, QStringList());
 }
 
-void CookbookTogether::damageInsideIsToldAndNeverThrown()
+void CookbookTogether::peerThatDeclaresTwoGibibytesIsDisconnected()
 {
-    JobXml::TunerProperties sent = receiver();
-    const QByteArray whole = sent.GetBinaryRepresentationAsQByteArray();
+    Connection connection;
+    connection.line.arrive(QByteArray::fromHex("c10cbb5f 7fffffff"));
+    QCOMPARE(connection.failures,
+             QStringList{QStringLiteral("binary data: the representation takes 2147483655 bytes, but no more than "
+                                        "4194304 are accepted")});
+    QVERIFY(!connection.line.isOpen());
+    connection.line.arrive(asSent(receiver()));
+    QCOMPARE(connection.documents.size(), 0);
+    QCOMPARE(connection.failures.size(), 1);
+}
+
+void CookbookTogether::compressedDocumentThatExpandsTooFarIsRefused()
+{
+    QByteArray bomb("RGZ1");
+    const QByteArray payload = qCompress(QByteArray(4194305, '\0'), 9);
+    QDataStream(&bomb, QIODevice::Append) << qint32(payload.size());
+    bomb += payload;
+    Connection connection;
+    connection.line.arrive(bomb);
+    QCOMPARE(connection.failures,
+             QStringList{QStringLiteral("binary data: %1 compressed bytes declare 4194305 bytes, but no more than "
+                                        "4194304 are taken")
+                             .arg(payload.size())});
+    QVERIFY(!connection.line.isOpen());
+}
+
+void CookbookTogether::damagedDocumentIsReportedAndTheNextOneIsReceived()
+{
+    Connection connection;
+    // One member record of an unknown tag, whose length runs past the record.
+    connection.line.arrive(QByteArray::fromHex("c10cbb5f 00000008 11111111 00000004") + asSent(receiver()));
+    QCOMPARE(connection.failures,
+             QStringList{QStringLiteral("TunerProperties::SetBinary(...): Length error occurred during processing of "
+                                        "binary representation")});
+    QCOMPARE(connection.documents.size(), 1);
+    QVERIFY(connection.line.isOpen());
+}
+
+void CookbookTogether::damageAnywhereIsReportedAndNeverThrown()
+{
+    const QByteArray whole = asSent(receiver());
     int tried = 0;
     int damaged = 0;
-    for (int i = 0; i < whole.size(); i += 7, ++tried) {
+    for (int i = 8; i < whole.size(); i += 7, ++tried) {
         QByteArray flipped = whole;
         flipped[i] = char(flipped[i] ^ 0x40);
-        QByteArray wire;
-        QDataStream out(&wire, QIODevice::WriteOnly);
-        out << flipped;
-        QDataStream in(wire);
-        JobXml::TunerProperties received;
-        damaged += receive(in, received) == Received::Damage ? 1 : 0;
+        Connection connection;
+        connection.line.arrive(flipped);
+        QCOMPARE(connection.documents.size() + connection.failures.size(), 1);
+        damaged += connection.failures.size();
     }
     QVERIFY2(damaged > tried / 4 && damaged < tried, qPrintable(QString::number(damaged)));
+}
+
+void CookbookTogether::truncatedDocumentIsReportedAtTheEndOfTheConnection()
+{
+    const QByteArray wire = asSent(receiver());
+    Connection whole;
+    whole.line.arrive(wire);
+    whole.line.end();
+    QCOMPARE(whole.failures, QStringList());
+
+    Connection truncated;
+    truncated.line.arrive(wire + wire.left(1));
+    truncated.line.end();
+    QCOMPARE(truncated.documents.size(), 1);
+    QCOMPARE(truncated.failures, QStringList{QStringLiteral("the connection ended in the middle of a document")});
 }
 
 void CookbookTogether::differencesOfItemsWithOneNameAreListed()
