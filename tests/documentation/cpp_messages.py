@@ -118,7 +118,7 @@ def composed(expression, names=None):
             end = closing(expression, opening)
             inside = expression[opening + 1 : end]
             position = end + 1
-            if name in ("QStringLiteral", "QLatin1String", "QString"):
+            if name.split("::")[-1] in ("QStringLiteral", "QLatin1String", "QString", "ownText"):
                 result += composed(inside, names)
             elif name == "withName":
                 result += HOLE + composed(arguments(inside)[1], names)

@@ -366,7 +366,7 @@ void keepExceptions(Keeper &keeper)
         item.GetValueInt();
         item.Check();
     });
-    keeper.keepThrown("RGException", [] { throw RGException(own("a message")); });
+    keeper.keepThrown("ReportException::GetMessageText", [] { throw RGException(own("a message")); });
 }
 
 void keepLoadFailures(Keeper &keeper)

@@ -38,7 +38,8 @@ private:
 
     void readHeader(QString text)
     {
-        text.remove(QRegularExpression(QStringLiteral("//[^\n]*|^ *#[^\n]*"), QRegularExpression::MultilineOption));
+        text.remove(QRegularExpression(QStringLiteral("//[^\n]*|^ *#[^\n]*|^QT?_\\w+\\(.*\\);?$"),
+                                       QRegularExpression::MultilineOption));
         m_scopes = {Scope()};
         QString statement;
         for (const QChar character : qAsConst(text)) {
