@@ -66,14 +66,14 @@ QString isAFolder()
     return ownText("Filename refers to a directory");
 }
 
-QString linkOfSomebody()
+QString foreignLink()
 {
     return QString(
         QLatin1String("a symbolic link on the way belongs to another user and is in a folder where every user "
                       "can place links"));
 }
 
-QString fileOfSomebody()
+QString foreignFile()
 {
     return QString(
         QLatin1String("the file belongs to another user and is in a folder where other users can place files"));

@@ -37,7 +37,7 @@ bool isSame(const struct stat &one, const struct stat &other)
 
 /// Whether it belongs neither to the caller nor to the owner of its folder, which is sticky. If others can write to
 /// such a folder, anybody may have placed it there.
-bool isStrange(const struct stat &file, const struct stat &folder)
+bool isForeign(const struct stat &file, const struct stat &folder)
 {
     return (folder.st_mode & S_ISVTX) && file.st_uid != geteuid() && file.st_uid != folder.st_uid;
 }
@@ -94,8 +94,8 @@ QString SaveTarget::followLink(QByteArray &path) const
     struct stat folder = {};
     if (!readStatus(m_old, link) || !readStatus(m_folder, folder))
         return systemError();
-    if ((folder.st_mode & S_IWOTH) && isStrange(link, folder))
-        return FailureTexts::linkOfSomebody();
+    if ((folder.st_mode & S_IWOTH) && isForeign(link, folder))
+        return FailureTexts::foreignLink();
     char target[PATH_MAX];
     const ssize_t size = readlinkat(m_old.number(), "", target, sizeof(target));
     if (size < 0)
@@ -133,8 +133,8 @@ QString SaveTarget::openOld()
     struct stat folder = {};
     if (!readStatus(m_old, found) || !readStatus(m_folder, folder))
         return systemError();
-    if ((folder.st_mode & (S_IWGRP | S_IWOTH)) && isStrange(found, folder))
-        return FailureTexts::fileOfSomebody();
+    if ((folder.st_mode & (S_IWGRP | S_IWOTH)) && isForeign(found, folder))
+        return FailureTexts::foreignFile();
     m_old = openAt(m_folder, m_name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (!m_old || !readStatus(m_old, opened))
         return systemError();

@@ -183,8 +183,17 @@ private Q_SLOTS:
     void aPlantedFileIsNotReplaced();
     void aFileWithoutANameIsNotReplaced();
     void aRenamedFolderIsNotMistakenForAnother();
+    void anExchangedFileIsNotMistakenForAnother();
+    void aFileThatIsRemovedMeanwhileIsNotMadeAnew();
+    void attributesMayChangeMeanwhile_data();
+    void attributesMayChangeMeanwhile();
+    void anAttributeThatCannotBeReadIsAnError();
+    void aLabelThatIsThereAlreadyIsNotSet();
+    void aFileThatIsOpenToMoreUsersInTheEndIsRefused();
 
 private:
+    QByteArray callsOf(const char *name) const;
+    QString saveWith(Action action, int call, void (*run)(), int error = 0);
     QByteArray path(const char *name) const { return QFile::encodeName(m_folder->filePath(QString::fromLatin1(name))); }
     void writeOld(const char *name) const;
     QByteArray read(const char *name) const;
@@ -842,6 +851,172 @@ void SaveAccessTest::aRenamedFolderIsNotMistakenForAnother()
         }
     }
     QVERIFY2(results.contains("r") && results.endsWith("ss"), results.constData());
+}
+
+namespace {
+
+void exchangeFiles()
+{
+    renameat2(AT_FDCWD, (place + "/a").constData(), AT_FDCWD, (place + "/b").constData(), RENAME_EXCHANGE);
+}
+
+const QString pathHasChanged =
+    QStringLiteral("document: cannot write: the file at the end of the path was removed or renamed, or the path was "
+                   "changed");
+
+} // namespace
+
+/// With files that have a name from the start, so that others can get at them.
+QString SaveAccessTest::saveWith(Action action, int call, void (*run)(), int error)
+{
+    place = path("");
+    FaultyCalls::Plan plan;
+    plan.unnamedFiles = false;
+    plan.action = action;
+    plan.call = call;
+    plan.run = run;
+    plan.error = error;
+    FaultyCalls::begin(plan);
+    return save("a");
+}
+
+/// The calls by which it is saved if nothing happens.
+QByteArray SaveAccessTest::callsOf(const char *name) const
+{
+    FaultyCalls::Plan plan;
+    plan.unnamedFiles = false;
+    FaultyCalls::begin(plan);
+    const QString reason = save(name);
+    const QByteArray calls = FaultyCalls::end();
+    return reason.isNull() ? calls : QByteArray();
+}
+
+/// Once a file was looked at, its mode is the one that counts, and no other file is opened in its place.
+void SaveAccessTest::anExchangedFileIsNotMistakenForAnother()
+{
+    writeOld("a");
+    const QByteArray calls = callsOf("a");
+    QVERIFY2(calls.startsWith("ff") && calls.endsWith("rx"), calls.constData());
+    QByteArray results;
+    for (int call = 3; call < calls.size(); ++call) { // the last one closes what has its place
+        for (const char *name : {"a", "b"}) {
+            QFile::remove(QFile::decodeName(path(name)));
+            writeOld(name);
+        }
+        QCOMPARE(chmod(path("a").constData(), 0600), 0);
+        const QString reason = saveWith(Action::Run, call, exchangeFiles);
+        FaultyCalls::end();
+        QVERIFY2(reason.isNull() || reason == pathHasChanged, qPrintable(reason));
+        QCOMPARE(read("a"), reason.isNull() ? newContent : oldContent);
+        QCOMPARE(read("b"), oldContent);
+        if (reason.isNull())
+            QCOMPARE(accessOf(path("a")).mode, mode_t(0600));
+        results.append(reason.isNull() ? 's' : 'r');
+    }
+    QVERIFY2(results.startsWith("rr") && results.endsWith("ss"), results.constData());
+}
+
+/// Until it is found and opened; later a rename cannot know the difference.
+void SaveAccessTest::aFileThatIsRemovedMeanwhileIsNotMadeAnew()
+{
+    writeOld("a");
+    const QByteArray calls = callsOf("a");
+    for (int call = 1; call < calls.size(); ++call) { // the last one closes what has its place
+        writeOld("a");
+        const QString reason = saveWith(Action::Run, call, [] { unlink((place + "/a").constData()); });
+        FaultyCalls::end();
+        if (call <= 2) // then there was none
+            QCOMPARE(reason, QString());
+        else if (call <= calls.lastIndexOf('f') + 1)
+            QCOMPARE(reason, pathHasChanged);
+        else if (call <= calls.indexOf('o') + 1)
+            QCOMPARE(reason, QStringLiteral("document: cannot write: No such file or directory"));
+        else
+            QCOMPARE(reason, QString());
+        QCOMPARE(names(), reason.isNull() ? QStringList(QStringLiteral("a")) : QStringList());
+    }
+}
+
+void SaveAccessTest::attributesMayChangeMeanwhile_data()
+{
+    QTest::addColumn<bool>("removed");
+    QTest::newRow("removed") << true;
+    QTest::newRow("longer") << false;
+}
+
+void SaveAccessTest::attributesMayChangeMeanwhile()
+{
+    QFETCH(bool, removed);
+    const auto remove = [] { removexattr((place + "/a").constData(), "user.comment"); };
+    const auto lengthen = [] { setAttribute(place + "/a", "user.comment", "longer"); };
+    writeOld("a");
+    NEEDS(setAttribute(path("a"), "user.comment", "x"), "Extended attributes");
+    const QByteArray calls = callsOf("a");
+    const int list = calls.indexOf("iigg") + 1;
+    QVERIFY2(list > 0, calls.constData());
+    for (int call = list; call <= list + 3; ++call) {
+        QVERIFY(setAttribute(path("a"), "user.comment", "x"));
+        QCOMPARE(saveWith(Action::Run, call, removed ? +remove : +lengthen), QString());
+        FaultyCalls::end();
+        const auto attributes = accessOf(path("a")).attributes;
+        QCOMPARE(attributes.count("user.comment"), std::size_t(removed ? 0 : 1));
+        if (!removed)
+            QCOMPARE(attributes.at("user.comment"), QByteArray("longer"));
+    }
+}
+
+void SaveAccessTest::anAttributeThatCannotBeReadIsAnError()
+{
+    writeOld("a");
+    NEEDS(setAttribute(path("a"), "user.comment", "x"), "Extended attributes");
+    const int list = callsOf("a").indexOf("iigg") + 1;
+    QVERIFY(list > 0);
+    for (const int call : {list + 2, list + 3}) {
+        QCOMPARE(saveWith(Action::Fail, call, nullptr, EIO),
+                 QStringLiteral("document: cannot write: the extended attribute 'user.comment' of the old file cannot "
+                                "be kept: Input/output error"));
+        FaultyCalls::end();
+    }
+}
+
+/// Security modules give labels to new files and let few change them.
+void SaveAccessTest::aLabelThatIsThereAlreadyIsNotSet()
+{
+    NEEDS_SUPERUSER();
+    writeOld("a");
+    NEEDS(setAttribute(path("a"), "security.tst_SaveAccess", "label"), "Labels");
+    const QByteArray calls = callsOf("a");
+    QVERIFY2(calls.contains('a'), calls.constData());
+    const auto label = [] {
+        const QStringList files = QDir(QFile::decodeName(place)).entryList({QStringLiteral("a.*")}, QDir::Files);
+        for (const QString &file : files)
+            setAttribute(place + '/' + QFile::encodeName(file), "security.tst_SaveAccess", "label");
+    };
+    QCOMPARE(saveWith(Action::Run, calls.indexOf('i') + 1, label), QString());
+    const QByteArray callsWithLabel = FaultyCalls::end();
+    QVERIFY2(!callsWithLabel.contains('a'), callsWithLabel.constData());
+    QCOMPARE(accessOf(path("a")).attributes["security.tst_SaveAccess"], QByteArray("label"));
+}
+
+/// As on file systems that give all files one mode.
+void SaveAccessTest::aFileThatIsOpenToMoreUsersInTheEndIsRefused()
+{
+    writeOld("a");
+    QCOMPARE(chmod(path("a").constData(), 0640), 0);
+    const QByteArray calls = callsOf("a");
+    const int change = calls.indexOf("mt") + 1;
+    QVERIFY2(change > 0, calls.constData());
+    writeOld("a");
+    const auto open = [] {
+        const QStringList files = QDir(QFile::decodeName(place)).entryList({QStringLiteral("a.*")}, QDir::Files);
+        for (const QString &file : files)
+            chmod((place + '/' + QFile::encodeName(file)).constData(), 0644);
+    };
+    QCOMPARE(saveWith(Action::Run, change + 1, open),
+             QStringLiteral("document: cannot write: the new file would be open to more users than the old one"));
+    FaultyCalls::end();
+    QCOMPARE(read("a"), oldContent);
+    QCOMPARE(names(), QStringList(QStringLiteral("a")));
 }
 
 QTEST_GUILESS_MAIN(SaveAccessTest)
