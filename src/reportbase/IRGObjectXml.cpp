@@ -22,6 +22,10 @@ namespace {
 /// The reader converts a text to UTF-8 and reserves three bytes per character for that.
 constexpr qint64 longestXmlText = ReadLimits::LargestPossible / 3;
 
+// Every read of a text needs it, whether the read fails or not. Built when the library is loaded, so that a read that
+// succeeds allocates nothing for it.
+const QString sourceOfText = FailureTexts::xmlText();
+
 /// A failure where the reader stands.
 QString atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
 {
@@ -73,12 +77,12 @@ bool IRGObject::SetXmlString(const QString &xml, bool validate)
     clearError();
     SetValidate(validate);
     if (xml.size() > longestXmlText)
-        return fail(FailureTexts::at(FailureTexts::xmlText(), FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
+        return fail(FailureTexts::at(sourceOfText, FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
     XmlWatch watch;
     QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
-    QString failure = readDocument(reader, FailureTexts::xmlText());
+    QString failure = readDocument(reader, sourceOfText);
     if (isEndedBy(watch, reader))
-        failure = atReader(reader, FailureTexts::xmlText(), watch.refusal());
+        failure = atReader(reader, sourceOfText, watch.refusal());
     return failure.isNull() || fail(failure);
 }
 
