@@ -155,7 +155,7 @@ void InputTest::validationNeverSeesAnotherDocument_data()
 void InputTest::validationNeverSeesAnotherDocument()
 {
     QFETCH(QByteArray, later);
-    write("<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\" processinhardware=\"\"/>");
+    write("<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\" hwProcessing=\"\"/>");
     Input input((FileName(name())));
     TunerProperties document;
     document.SetValidate(false);

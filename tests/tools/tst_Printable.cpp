@@ -126,6 +126,7 @@ void PrintableTest::onlyUtf8IsDecoded()
     QCOMPARE(Printable::decoded("\xEF\xBB\xBFz\xC3\xA9"), std::optional<QString>(QStringLiteral("\uFEFFz\u00E9")));
     QCOMPARE(Printable::decoded(""), std::optional<QString>(QString()));
     QCOMPARE(Printable::decoded("\xFF"), std::optional<QString>());
+    QCOMPARE(Printable::decoded(QByteArray("a\0b", 3)), std::optional<QString>(QString::fromUtf8("a\0b", 3)));
 }
 
 QTEST_GUILESS_MAIN(PrintableTest)

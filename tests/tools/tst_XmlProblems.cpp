@@ -2,6 +2,7 @@
 #include <documents/XmlProblems.h>
 
 #include <QTest>
+#include <QTextCodec>
 
 /// What the checks of the tool do with XML that they cannot read to its end.
 class XmlProblemsTest : public QObject
@@ -12,6 +13,8 @@ private Q_SLOTS:
     void xmlThatCannotBeReadIsAProblem_data();
     void xmlThatCannotBeReadIsAProblem();
     void wholeDocumentHasNoProblem();
+    void problemsAreFoundInEveryEncoding_data();
+    void problemsAreFoundInEveryEncoding();
 };
 
 void XmlProblemsTest::xmlThatCannotBeReadIsAProblem_data()
@@ -47,6 +50,35 @@ void XmlProblemsTest::wholeDocumentHasNoProblem()
                            "<Component type=\"t\" name=\"c\" optional=\"true\"><Node id=\"n\"/></Component>"
                            "</TunerProperties>\n<!-- end -->\n";
     QVERIFY(findXmlProblems(xml).isEmpty());
+}
+
+void XmlProblemsTest::problemsAreFoundInEveryEncoding_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<bool>("hasMark");
+    for (const char *codec : {"UTF-8", "UTF-16LE", "UTF-16BE", "UTF-32LE", "UTF-32BE"}) {
+        QTest::addRow("%s", codec) << QByteArray(codec) << false;
+        QTest::addRow("%s with a byte order mark", codec) << QByteArray(codec) << true;
+    }
+}
+
+void XmlProblemsTest::problemsAreFoundInEveryEncoding()
+{
+    QFETCH(QByteArray, codec);
+    QFETCH(bool, hasMark);
+    const QString xml = QStringLiteral("<TunerProperties Version=\"1.1\" hwProcessing=\"\" name=\"\u00E9\">"
+                                       "\n <Extra/></TunerProperties>");
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    const QString whole = hasMark ? QChar(QChar::ByteOrderMark) + xml : xml;
+    const QByteArray bytes = QTextCodec::codecForName(codec)->fromUnicode(whole.constData(), whole.size(), &state);
+    const QVector<XmlProblem> problems = findXmlProblems(bytes);
+    QCOMPARE(problems.size(), 2);
+    QCOMPARE(problems[0].message,
+             QStringLiteral("Please set a value or a default for the boolean "
+                            "'hwProcessing' in 'TunerProperties'."));
+    QCOMPARE(problems[1].message, QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'."));
+    QCOMPARE(problems[1].line, 2);
+    QCOMPARE(problems[1].column, 2);
 }
 
 QTEST_GUILESS_MAIN(XmlProblemsTest)

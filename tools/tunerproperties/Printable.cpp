@@ -156,7 +156,9 @@ std::optional<QString> decoded(const QByteArray &utf8)
             return {};
         i += size;
     }
-    return QString::fromUtf8('x' + utf8).mid(1); // Qt drops a byte order mark at the very beginning
+    // Qt drops a byte order mark at the very beginning, and ends a QByteArray at its first NUL.
+    const QByteArray behindLetter = 'x' + utf8;
+    return QString::fromUtf8(behindLetter.constData(), behindLetter.size()).mid(1);
 }
 
 } // namespace Printable

@@ -49,7 +49,7 @@ QString fileHint(const QByteArray &argument)
     return QStringLiteral("; for a file of that name, write './") + shown + QStringLiteral("' or put '--' before it");
 }
 
-/// What stands behind the command, apart by options and arguments.
+/// The arguments of a command, separated into options and the rest.
 struct Parsed
 {
     QByteArrayList arguments;
@@ -183,7 +183,7 @@ ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
     try {
         const Parsed parsed = Parser(options, command.name, command.mayEndWithNumber).parse(arguments);
         if (!parsed.helpOrVersion.isNull()) {
-            // It may come from a pattern of the shell, and who goes by the exit status would take it for success.
+            // It may be a file that a pattern of the shell matched; a script would take status 0 for "all are valid".
             if (command.takes == Takes::File && !parsed.arguments.isEmpty())
                 throw WrongUsage(QLatin1Char('\'') + QString::fromLatin1(parsed.helpOrVersion)
                                  + QStringLiteral("' does not go with files") + fileHint(parsed.helpOrVersion));

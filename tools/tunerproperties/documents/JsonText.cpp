@@ -55,7 +55,8 @@ QString withShortToken(const QByteArray &parseError)
         return QString::fromUtf8(parseError);
     constexpr int longestEnd = 40; // "'; expected string literal"
     const int expected = parseError.lastIndexOf("'; expected ");
-    const int end = parseError.size() - expected > longestEnd ? parseError.size() - 1 : expected;
+    const bool hasExpected = expected >= begin && parseError.size() - expected <= longestEnd;
+    const int end = hasExpected ? expected : parseError.size() - 1;
     const int size = std::min(end - begin, 4 * mostShown);
     const QString last = QString::fromUtf8(parseError.mid(end - size, size));
     const bool isWhole = size == end - begin && last.size() <= mostShown;

@@ -81,9 +81,32 @@ Classes allClasses()
     return classes;
 }
 
+/// The encoding of a document without a byte order mark, as the reader sees it by the first bytes; null if they do not
+/// show it.
+QTextCodec *codecByFirstBytes(const QByteArray &document)
+{
+    static const struct
+    {
+        QByteArray begin;
+        const char *codec;
+    } beginnings[] = {
+        {QByteArrayLiteral("<\x00\x00\x00"), "UTF-32LE"},
+        {QByteArrayLiteral("\x00\x00\x00<"), "UTF-32BE"},
+        {QByteArrayLiteral("<\x00"), "UTF-16LE"},
+        {QByteArrayLiteral("\x00<"), "UTF-16BE"},
+    };
+    for (const auto &beginning : beginnings) {
+        if (document.startsWith(beginning.begin))
+            return QTextCodec::codecForName(beginning.codec);
+    }
+    return nullptr;
+}
+
 /// The document as the reader counts its characters.
 QString decoded(const QByteArray &document)
 {
+    if (QTextCodec *const codec = codecByFirstBytes(document))
+        return codec->toUnicode(document);
     QXmlStreamReader reader(document);
     reader.readNext();
     QTextCodec *declared = QTextCodec::codecForName(reader.documentEncoding().toUtf8());
