@@ -289,8 +289,8 @@ uint qHash(const StartupModes &object, uint seed)
 
 QDebug operator<<(QDebug debug, StartupModes::StartupMode value)
 {
-    return modeNames.write(debug, "StartupModes::StartupMode", int(value), int(StartupModes::StartupMode::Invalid),
-                           "Invalid");
+    return modeNames.write(std::move(debug), "StartupModes::StartupMode", int(value),
+                           int(StartupModes::StartupMode::Invalid), "Invalid");
 }
 
 std::optional<StartupModes> StartupModes::fromXml(const QString &xml, QString *error)

@@ -483,7 +483,8 @@ QString TunerProperties::trUtf8(const char *sourceText, const char *disambiguati
 
 QDebug operator<<(QDebug debug, TunerProperties::type value)
 {
-    return typeNames.write(debug, "TunerProperties::type", int(value), int(TunerProperties::type::Invalid), "Invalid");
+    return typeNames.write(std::move(debug), "TunerProperties::type", int(value), int(TunerProperties::type::Invalid),
+                           "Invalid");
 }
 
 } // namespace JobXml

@@ -538,8 +538,8 @@ bool ValueItem::readSnapshot(BinaryReader &reader)
 
 QDebug operator<<(QDebug debug, ValueItem::ChoiceValueItem value)
 {
-    return choiceNames.write(debug, "ValueItem::ChoiceValueItem", int(value), int(ValueItem::ChoiceValueItem::None),
-                             "None");
+    return choiceNames.write(std::move(debug), "ValueItem::ChoiceValueItem", int(value),
+                             int(ValueItem::ChoiceValueItem::None), "None");
 }
 
 } // namespace JobXml
