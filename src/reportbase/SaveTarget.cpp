@@ -22,7 +22,7 @@ QString systemError()
 Descriptor openAt(const Descriptor &folder, const QByteArray &path, int flags)
 {
     const int at = folder ? folder.number() : AT_FDCWD;
-    return Descriptor(uninterrupted([&] { return openat(at, path.constData(), flags); }));
+    return Descriptor(uninterrupted([&] { return openat(at, path.constData(), flags, 0); }));
 }
 
 bool readStatus(const Descriptor &file, struct stat &status)

@@ -7,6 +7,7 @@
 
 #include <QRegularExpression>
 
+#include <Skip.h>
 #include <tools/Tool.h>
 
 #include "FaultyCalls.h"
@@ -393,7 +394,7 @@ void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner_data()
 void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner()
 {
     if (geteuid() != 0)
-        QSKIP("Only the superuser can give files to others.");
+        SKIP("Only the superuser can give files to others.");
     QFETCH(QStringList, arguments);
     m_shop->write(QStringLiteral("in.xml"), smallXml);
     m_shop->write(QStringLiteral("out.xml"), QByteArray(smallXml).replace("\"SCP\"", "\"MCP\""));
@@ -413,7 +414,7 @@ void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner()
 void ConvertFaultsTest::aPlantedLinkIsNotFollowed()
 {
     if (geteuid() != 0)
-        QSKIP("Only the superuser can give links to others.");
+        SKIP("Only the superuser can give links to others.");
     m_shop->write(QStringLiteral("in.xml"), smallXml);
     m_shop->write(QStringLiteral("victim"), old);
     const Run run = m_shop->shell(

@@ -15,6 +15,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
+#include <Skip.h>
 #include <reportbase/SaveFile.h>
 
 #include "FaultyCalls.h"
@@ -184,7 +185,7 @@ private Q_SLOTS:
     void aFileWithoutANameIsNotReplaced();
     void aRenamedFolderIsNotMistakenForAnother();
     void anExchangedFileIsNotMistakenForAnother();
-    void aFileThatIsRemovedMeanwhileIsNotMadeAnew();
+    void aFileThatIsRemovedWhileItIsLookedForIsAnError();
     void attributesMayChangeMeanwhile_data();
     void attributesMayChangeMeanwhile();
     void anAttributeThatCannotBeReadIsAnError();
@@ -212,10 +213,10 @@ private:
 
 #define NEEDS_SUPERUSER()                                                                                              \
     if (geteuid() != 0)                                                                                                \
-    QSKIP("Only the superuser can give files to others.")
+    SKIP("Only the superuser can give files to others.")
 #define NEEDS(supported, what)                                                                                         \
     if (!(supported))                                                                                                  \
-    QSKIP(what " are not known to this file system, or not allowed.")
+    SKIP(what " are not known to this file system, or not allowed.")
 
 void SaveAccessTest::initTestCase_data()
 {
@@ -231,7 +232,7 @@ void SaveAccessTest::init()
     m_umask = umask(022);
     m_folder = std::make_unique<QTemporaryDir>(where + QStringLiteral("/tst_SaveAccess-XXXXXX"));
     if (!m_folder->isValid())
-        QSKIP("There is no such folder, or it cannot be written.");
+        SKIP("There is no such folder, or it cannot be written.");
 }
 
 void SaveAccessTest::cleanup()
@@ -270,7 +271,7 @@ void SaveAccessTest::giveFolder(uid_t user, gid_t group, mode_t mode) const
         return isSomebody && access(folder.constData(), X_OK) == 0 ? 0 : 1;
     });
     if (status != 0)
-        QSKIP("Others cannot enter this folder.");
+        SKIP("Others cannot enter this folder.");
 }
 
 void SaveAccessTest::theModeStays_data()
@@ -681,7 +682,7 @@ void SaveAccessTest::aPlantedLinkIsNotFollowed()
     QFETCH(bool, byTheKernelToo);
     std::optional<ProtectedLinks> protection;
     if (byTheKernelToo && !protection.emplace().areOn())
-        QSKIP("fs.protected_symlinks is off, and cannot be switched on here.");
+        SKIP("fs.protected_symlinks is off, and cannot be switched on here.");
 
     QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
     give("sticky", 0, 0, 01777);
@@ -716,7 +717,7 @@ void SaveAccessTest::linksOfTheCallerAndOfTheFoldersOwnerAreFollowed()
     QFETCH(bool, byTheKernelToo);
     std::optional<ProtectedLinks> protection;
     if (byTheKernelToo && !protection.emplace().areOn())
-        QSKIP("fs.protected_symlinks is off, and cannot be switched on here.");
+        SKIP("fs.protected_symlinks is off, and cannot be switched on here.");
 
     QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
     QCOMPARE(mkdir(path("folder").constData(), 0700), 0);
@@ -895,6 +896,7 @@ QByteArray SaveAccessTest::callsOf(const char *name) const
 void SaveAccessTest::anExchangedFileIsNotMistakenForAnother()
 {
     writeOld("a");
+    QCOMPARE(chmod(path("a").constData(), 0600), 0);
     const QByteArray calls = callsOf("a");
     QVERIFY2(calls.startsWith("ff") && calls.endsWith("rx"), calls.constData());
     QByteArray results;
@@ -916,8 +918,8 @@ void SaveAccessTest::anExchangedFileIsNotMistakenForAnother()
     QVERIFY2(results.startsWith("rr") && results.endsWith("ss"), results.constData());
 }
 
-/// Until it is found and opened; later a rename cannot know the difference.
-void SaveAccessTest::aFileThatIsRemovedMeanwhileIsNotMadeAnew()
+/// Once it is open, its name does not matter: the new file gets it.
+void SaveAccessTest::aFileThatIsRemovedWhileItIsLookedForIsAnError()
 {
     writeOld("a");
     const QByteArray calls = callsOf("a");

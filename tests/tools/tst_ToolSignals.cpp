@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Skip.h"
 #include "tools/Tool.h"
 
 #include <cerrno>
@@ -322,7 +323,7 @@ void ToolSignalsTest::temporaryFilesHaveNoName()
     const QByteArray folder = QFile::encodeName(m_shop->path(text("temporary")));
     const int nameless = open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (nameless < 0)
-        QSKIP("This file system knows no files without a name.");
+        SKIP("This file system knows no files without a name.");
     close(nameless);
     for (const char *name : {"good.tpb", "good.tpz", "good.tps", "good.json"})
         QCOMPARE(m_shop->shell(text("\"$tool\" convert good.xml ") + text(name)).status, 0);
