@@ -75,7 +75,8 @@ QByteArray recordOf(const Object &object, StreamSettings settings = stockSetting
     QByteArray record;
     QDataStream stream(&record, QIODevice::WriteOnly);
     settings(stream);
-    object.GetBinary(stream, 0, false);
+    if (object.GetBinary(stream, 0, false) == record.isEmpty())
+        qFatal("GetBinary() returns whether it has written a record");
     return record;
 }
 

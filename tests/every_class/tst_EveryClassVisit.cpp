@@ -22,7 +22,7 @@ void restore(DataObject &object, const DataObject &original)
         } else if (from.GetSize() == 1 && from.GetChild().IsInitialized()) {
             restore(member.EditChild(), from.GetChild());
         } else {
-            QVERIFY(member.SetValue(from.GetValue()));
+            QCOMPARE(member.SetValue(from.GetValue()), from.GetValue().isValid());
         }
         member.SetFlag(from.IsSet());
     };

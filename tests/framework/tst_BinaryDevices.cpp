@@ -49,7 +49,7 @@ QVector<StreamForm> someForms()
 void write(const DataObject &object, QDataStream &stream, Encoding encoding)
 {
     if (encoding == Record)
-        object.GetBinary(stream, 0, false);
+        QVERIFY(object.GetBinary(stream, 0, false));
     else
         object.GetVersionSpecificBinaryWithoutValidation(stream);
 }
