@@ -8,7 +8,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-all_targets=(xml_text xml_file record representation compressed snapshot differential)
+all_targets=(xml_text xml_file xml_watch record representation compressed snapshot differential json paths command_line)
 build=build/fuzz
 logs=$build/logs
 findings=$build/findings
@@ -62,7 +62,10 @@ run_hostile() { # TARGET
 
 run_target() { # TARGET
     local corpus=$build/corpus/$1 log=$logs/$1.log dictionary=fuzz/dictionaries/records.dict
-    case $1 in xml_* | differential) dictionary=fuzz/dictionaries/xml.dict ;; esac
+    case $1 in
+    xml_* | differential) dictionary=fuzz/dictionaries/xml.dict ;;
+    json | paths | command_line) dictionary=fuzz/dictionaries/$1.dict ;;
+    esac
     mkdir -p "$corpus"
     if ! "$(program "$1")" "${limits[@]}" -max_total_time="$seconds" -print_final_stats=1 -dict=$dictionary \
         -artifact_prefix="$findings/$1-" "$corpus" "fuzz/corpus/$1" >"$log" 2>&1; then
