@@ -9,6 +9,10 @@ install(FILES ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd
     DESTINATION ${CMAKE_INSTALL_DATADIR}/tunerproperties
     COMPONENT development)
 
+install(FILES ${PROJECT_SOURCE_DIR}/SECURITY.md
+    DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    COMPONENT development)
+
 # find_package(TunerProperties)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/TunerProperties)
 configure_package_config_file(

@@ -72,6 +72,8 @@ pages = sorted(glob.glob(os.path.join(TOP, "docs", "pages", "*.md")))
 pages += [os.path.join(TOP, "docs", name) for name in ("formats.md", "json.md", "paths.md")]
 headers = sorted(glob.glob(os.path.join(TOP, "include", "*", "*.h")))
 settings = read(os.path.join(TOP, "docs", "Doxyfile.in"))
+for page in ("SECURITY.md", os.path.join("docs", "RELIABILITY.md")):  # not in the manual
+    check_links(os.path.join(TOP, page))
 for page in pages:
     check_links(page)
     if f"/{short(page)}\"" not in settings:

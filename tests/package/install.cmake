@@ -28,6 +28,7 @@ foreach(file IN ITEMS
         ${DATA_DIR}/tunerproperties/tuner-properties.xsd
         ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_de.qm
         ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_en.qm
+        ${DOC_DIR}/SECURITY.md
         ${DOC_DIR}/examples/CMakeLists.txt ${DOC_DIR}/examples/roundtrip.cpp ${DOC_DIR}/examples/receiver.xml)
     if(NOT EXISTS ${PREFIX}/${file})
         message(FATAL_ERROR "${file} is not installed")
