@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 
 #include <QMetaType>
@@ -57,6 +58,9 @@ struct Problem : Place
     QString member{}; ///< the member of that object; null if it is not a single one
     bool xmlOnly = false; ///< whether only XML is refused, with or without validation: it cannot carry a character
 };
+
+/// What receives problems as they are found.
+using ProblemVisitor = std::function<void(const Problem &)>;
 
 /// The operations that every class of the model has, each of them once.
 ///
@@ -203,6 +207,11 @@ public:
     /// Like Check(), leaves the tree initialized.
     [[nodiscard]] QVector<Problem> GetProblems() const;
 
+    /// Calls `visitor` with each problem that GetProblems() would return, in the same order, and keeps none: for
+    /// documents from elsewhere, which may have a problem for every few bytes. Exceptions of the visitor pass through.
+    /// The visitor must not change the document.
+    void VisitProblems(const ProblemVisitor &visitor) const;
+
 protected: // for derived classes
     /// \name What a derived class writes and reads besides its base
     /// For a class that derives from one of the model's classes, usually from TunerProperties: lists hold objects of
@@ -222,8 +231,8 @@ protected: // for derived classes
     /// bytes, and false without reading anything if it does not know the tag either; then the record is skipped.
     virtual bool readOwnRecord(QDataStream &stream, quint32 tag, qint32 length);
 
-    /// Appends the problems of the object at `place` and of everything below it. Call the base's, then append.
-    virtual void collectProblems(const Place &place, QVector<Problem> &problems) const;
+    /// Calls `visitor` with the problems of the object at `place` and of everything below it. Call the base's first.
+    virtual void collectProblems(const Place &place, const ProblemVisitor &visitor) const;
     /// @}
 
 protected:

@@ -225,7 +225,7 @@ public:
 protected:
     bool equals(const DataObject &other) const override;
     void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const override;
-    void collectProblems(const Place &place, QVector<Problem> &problems) const override;
+    void collectProblems(const Place &place, const ProblemVisitor &visitor) const override;
     void forEachMember(const ActionOn<const ShownMember &> &action) const override;
     void handDownToChildren(const HandDown &handDown) const override;
     void copyEnvironments(const DataObject &original) const override;

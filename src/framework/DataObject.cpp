@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/DataObject.h>
 
-#include <algorithm>
-
 #include "framework/Errors.h"
 #include "framework/HandDown.h"
 #include "framework/Member.h"
@@ -297,19 +295,14 @@ void DataObject::checkChildren(const Member &member, bool flag, const Environmen
 
 namespace {
 
-bool isForXmlOnly(const Problem &problem)
-{
-    return problem.xmlOnly;
-}
-
-/// Appends the problem that the check throws, if it throws one.
+/// Passes on the problem that the check throws, if it throws one.
 template <class Check>
-void collect(const Place &place, QLatin1String member, QVector<Problem> &problems, Check &&check)
+void collect(const Place &place, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
 {
     try {
         check();
     } catch (const RGException &e) {
-        problems.append({place, e.GetMessageText(), QString(member)});
+        visitor({place, e.GetMessageText(), QString(member)});
     }
 }
 
@@ -317,34 +310,43 @@ void collect(const Place &place, QLatin1String member, QVector<Problem> &problem
 
 QVector<Problem> DataObject::GetProblems() const
 {
-    handOver();
     QVector<Problem> problems;
-    collectProblems({}, problems);
-    if (const Member *empty = emptyList())
-        problems.append({{}, Errors::emptyList(*this, empty->name()), QString(empty->name())});
-
-    // What a derived class adds to Check() and HasData() is in no row.
-    const auto isWritten = [&] { return std::all_of(problems.cbegin(), problems.cend(), isForXmlOnly); };
-    if (isOfDerivedClass() && isWritten())
-        collect({}, {}, problems, [&] { Check(); });
-    if (isOfDerivedClass() && isWritten() && !HasData())
-        problems.append({{}, Errors::withoutData(*this)});
+    VisitProblems([&](const Problem &problem) { problems.append(problem); });
     return problems;
 }
 
-void DataObject::collectProblems(const Place &place, QVector<Problem> &problems) const
+void DataObject::VisitProblems(const ProblemVisitor &visitor) const
+{
+    handOver();
+    bool isWritten = true; // in one form at least
+    const ProblemVisitor visit = [&](const Problem &problem) {
+        isWritten = isWritten && problem.xmlOnly;
+        visitor(problem);
+    };
+    collectProblems({}, visit);
+    if (const Member *empty = emptyList())
+        visit({{}, Errors::emptyList(*this, empty->name()), QString(empty->name())});
+
+    // What a derived class adds to Check() and HasData() is in no row.
+    if (isOfDerivedClass() && isWritten)
+        collect({}, {}, visit, [&] { Check(); });
+    if (isOfDerivedClass() && isWritten && !HasData())
+        visit({{}, Errors::withoutData(*this)});
+}
+
+void DataObject::collectProblems(const Place &place, const ProblemVisitor &visitor) const
 {
     Block &own = block();
     for (const Member *member : info().bitOrder()) {
-        collect(place, member->name(), problems, [&] { member->check(*this, own); });
+        collect(place, member->name(), visitor, [&] { member->check(*this, own); });
         const QString refusalByXml = member->refusalByXml(*this, own);
         if (!refusalByXml.isNull())
-            problems.append({place, refusalByXml, QString(member->name()), true});
+            visitor({place, refusalByXml, QString(member->name()), true});
         auto collectFromChild = [&](const DataObject &child, int index) {
             const Place childsPlace = place.below(child.label(index), {member->name(), index});
-            child.collectProblems(childsPlace, problems);
+            child.collectProblems(childsPlace, visitor);
             if (const Member *empty = child.emptyList())
-                collect(childsPlace, empty->name(), problems, [&] { member->checkForWriting(*this, child); });
+                collect(childsPlace, empty->name(), visitor, [&] { member->checkForWriting(*this, child); });
         };
         if (member->writesChildren(own))
             member->forEachChild(own, ChildAction(collectFromChild));

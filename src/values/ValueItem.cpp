@@ -498,16 +498,16 @@ void ValueItem::checkTree(bool, const REPORTGENERATOR::EnvironmentPointer *hande
     chosen->check(*this, own);
 }
 
-void ValueItem::collectProblems(const Place &place, QVector<Problem> &problems) const
+void ValueItem::collectProblems(const Place &place, const ProblemVisitor &visitor) const
 {
     if (rowOf(choiceOf(&block()))) {
-        DataObject::collectProblems(place, problems);
+        DataObject::collectProblems(place, visitor);
         return;
     }
     try {
         Errors::nothingChosen(*this);
     } catch (const IncompleteDefinitionException &e) {
-        problems.append({place, e.GetMessageText(), QString(choiceMember.name())});
+        visitor({place, e.GetMessageText(), QString(choiceMember.name())});
     }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <functional>
+#include <stdexcept>
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -56,6 +57,32 @@ private Q_SLOTS:
                               QStringLiteral(" -> Component: Please set type properly."),
                               QStringLiteral(" -> Component: Please set name properly."),
                               QStringLiteral(" -> Component: Please set optional properly.")}));
+    }
+
+    void visitorsSeeTheSameProblemsInTheSameOrder()
+    {
+        TunerProperties document = aDocument();
+        document.SetValidate(false);
+        document.GetComponent()[0].GetNode()[1].Resetid();
+        document.GetBandwidthSelection()[0].ResetMaxBandwidth();
+        document.Resetbaseresource();
+        QStringList texts;
+        document.VisitProblems([&](const Problem &problem) {
+            texts.append(problem.path.join(QStringLiteral(" / ")) + QStringLiteral(" -> ") + problem.message);
+        });
+        QCOMPARE(texts.size(), 3);
+        QCOMPARE(texts, textsOf(document));
+    }
+
+    void exceptionOfAVisitorEndsTheVisit()
+    {
+        int seen = 0;
+        QVERIFY_EXCEPTION_THROWN(Component().VisitProblems([&](const Problem &) {
+            ++seen;
+            throw std::runtime_error("enough");
+        }),
+                                 std::runtime_error);
+        QCOMPARE(seen, 1);
     }
 
     void problemsAreFoundWhateverTheValidateFlag()
