@@ -28,8 +28,6 @@ struct RepresentationSize
 /// Returns how many bytes a representation takes that starts with `firstBytes`, plain or compressed, big-endian as
 /// IRGObject::GetBinaryRepresentationAsQByteArray() writes it. `classIdentifier` is the `GetId()` of its class; only
 /// the low 32 bits count. Looks at eight bytes and ignores the others.
-///
-/// \snippet tst_BaseSnippets.cpp SizeOfRepresentation
 [[nodiscard]] REPORTBASE_EXPORT RepresentationSize SizeOfRepresentation(const QByteArray &firstBytes,
                                                                         qint64 classIdentifier);
 
@@ -38,8 +36,6 @@ struct RepresentationSize
 /// Pass all received bytes to Append(), then call Take() until it returns nothing. The work is linear in the number of
 /// bytes, however they are divided. Memory grows with the bytes received, never with a declared size, and a
 /// representation that exceeds the limits is refused as soon as its first bytes declare that.
-///
-/// \snippet tst_BaseSnippets.cpp RepresentationSplitter
 class REPORTBASE_EXPORT RepresentationSplitter
 {
 public:

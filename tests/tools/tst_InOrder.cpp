@@ -17,6 +17,7 @@ private Q_SLOTS:
     void resultsAreUsedInOrder();
     void noMoreIsDoneAtOnceThanThereAreJobs();
     void threadsDoNotRunFarAhead();
+    void largeResultsStopThreadsFromRunningAhead();
     void whatTheWorkThrowsIsThrownInItsTurn();
     void whatTheUserThrowsEndsIt();
     void whoWaitsIsCalledMeanwhile();
@@ -81,6 +82,29 @@ void InOrderTest::threadsDoNotRunFarAhead()
     QCOMPARE(used, 1000);
     // 32 ahead of the one that is used next.
     QVERIFY2(farthest <= 32, qPrintable(QString::number(farthest)));
+}
+
+void InOrderTest::largeResultsStopThreadsFromRunningAhead()
+{
+    std::atomic<int> begun{0};
+    int used = 0;
+    int farthest = 0;
+    InOrder<int>::run(
+        50, 2,
+        [&](int index) {
+            ++begun;
+            return index;
+        },
+        [&](int &&result) {
+            QCOMPARE(result, used);
+            if (used++ == 0)
+                QTest::qSleep(100); // the others have time to run ahead meanwhile
+            farthest = std::max(farthest, begun - used);
+        },
+        [] {}, [](const int &) { return std::int64_t(16) << 20; });
+    QCOMPARE(used, 50);
+    // One that waits is as much as may wait; the two threads may each have begun one before it was there.
+    QVERIFY2(farthest <= 3, qPrintable(QString::number(farthest)));
 }
 
 void InOrderTest::whatTheWorkThrowsIsThrownInItsTurn()

@@ -223,15 +223,15 @@ void ToolBatchTest::jsonTellsEverythingAboutAFileInALine()
             R"({"path":["Component \"c\"","Node \"n\"","ValueItem 1"],"line":null,"column":null,"message":)"
             R"("ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set."},)"
             R"({"path":["Component \"c\"","Node \"n\"","ValueItem 1","ValueInt \"i\""],"line":null,"column":null,)"
-            R"("message":"ValueInt: Please set value properly."}],"error":null})"
+            R"("message":"ValueInt: Please set value properly."}],"problemCount":3,"error":null})"
             "\n"
-            R"({"file":"good.xml","status":"valid","problems":[],"error":null})"
+            R"({"file":"good.xml","status":"valid","problems":[],"problemCount":0,"error":null})"
             "\n"
             R"({"file":"bad.xml","status":"problems","problems":[)"
             R"({"path":[],"line":null,"column":null,"message":"TunerProperties: Please set type properly."}],)"
-            R"("error":null})"
+            R"("problemCount":1,"error":null})"
             "\n"
-            R"({"file":"missing.xml","status":"unreadable","problems":[],)"
+            R"({"file":"missing.xml","status":"unreadable","problems":[],"problemCount":0,)"
             R"("error":"missing.xml: cannot open: No such file or directory"})"
             "\n"));
     QCOMPARE(run.err, QString());
@@ -243,18 +243,20 @@ void ToolBatchTest::jsonTellsWhatWasConverted()
     m_shop->write(text("blocked.xml"), smallXml);
     QVERIFY(QDir().mkpath(m_shop->path(text("out/blocked.tpb"))));
     const Run run = m_shop->run(line("convert --json --to tagged --out-dir out good.xml bad.xml cut.xml blocked.xml"));
-    QCOMPARE(run.out,
-             text(R"({"file":"good.xml","output":"out/good.tpb","status":"converted","problems":[],"error":null})"
-                  "\n"
-                  R"({"file":"bad.xml","output":"out/bad.tpb","status":"problems","problems":[{"path":[],"line":null,)"
-                  R"("column":null,"message":"TunerProperties: Please set type properly."}],"error":null})"
-                  "\n"
-                  R"({"file":"cut.xml","output":"out/cut.tpb","status":"unreadable","problems":[],)"
-                  R"("error":"cut.xml:1:17: Premature end of document."})"
-                  "\n"
-                  R"({"file":"blocked.xml","output":"out/blocked.tpb","status":"unwritable","problems":[],)"
-                  R"("error":"out/blocked.tpb: cannot write: Filename refers to a directory"})"
-                  "\n"));
+    QCOMPARE(
+        run.out,
+        text(
+            R"({"file":"good.xml","output":"out/good.tpb","status":"converted","problems":[],"problemCount":0,"error":null})"
+            "\n"
+            R"({"file":"bad.xml","output":"out/bad.tpb","status":"problems","problems":[{"path":[],"line":null,)"
+            R"("column":null,"message":"TunerProperties: Please set type properly."}],"problemCount":1,"error":null})"
+            "\n"
+            R"({"file":"cut.xml","output":"out/cut.tpb","status":"unreadable","problems":[],"problemCount":0,)"
+            R"("error":"cut.xml:1:17: Premature end of document."})"
+            "\n"
+            R"({"file":"blocked.xml","output":"out/blocked.tpb","status":"unwritable","problems":[],"problemCount":0,)"
+            R"("error":"out/blocked.tpb: cannot write: Filename refers to a directory"})"
+            "\n"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 3);
 }
@@ -268,7 +270,7 @@ void ToolBatchTest::jsonKeepsTextsAsTheyAre()
     QCOMPARE(run.out,
              text(R"({"file":"Ü \"x\"\n.xml","status":"problems","problems":[)"
                   R"({"path":["Component \"a\nb/Ü\"","Node 1"],"line":null,"column":null,)"
-                  R"("message":"Node: Please set id properly."}],"error":null})"
+                  R"("message":"Node: Please set id properly."}],"problemCount":1,"error":null})"
                   "\n"));
     QCOMPARE(run.status, 1);
 }

@@ -1,16 +1,25 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <limits>
+
 #include "html/Html.h"
 #include "tools/html/PageTree.h"
 
 /// The problems of a document that was in no file.
-inline QVector<Finding> findingsOf(const JobXml::TunerProperties &document)
+inline Findings findingsOf(const JobXml::TunerProperties &document)
 {
-    QVector<Finding> findings;
-    for (const JobXml::Problem &problem : document.GetProblems())
-        findings.append({problem.path, 0, 0, problem.message, problem.steps});
+    Findings findings(std::numeric_limits<int>::max());
+    document.VisitProblems([&](const JobXml::Problem &problem) { findings.add(findingOf(problem)); });
     return findings;
+}
+
+/// The whole page.
+inline QByteArray html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source)
+{
+    QByteArray page;
+    html(document, findings, source, [&](const QByteArray &piece) { page += piece; });
+    return page;
 }
 
 inline PageTree pageOf(const JobXml::TunerProperties &document)

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void everyProblemStandsAtItsObject();
     void aProblemStandsInTheObjectThatHasIt();
     void problemsOfTheFileStandAtTheTop();
+    void problemsThatAreNotListedAreCounted();
     void aDocumentWithoutProblemsSaysSo();
     void textsStayTexts();
     void charactersThatAreNotSeenAreSigns();
@@ -156,7 +157,8 @@ void HtmlTest::everyProblemStandsAtItsObject()
         const TunerProperties document = randomDocument(i, changes);
         const PageTree page = pageOf(document);
         QStringList expected;
-        for (const Finding &finding : findingsOf(document)) {
+        const Findings findings = findingsOf(document);
+        for (const Finding &finding : findings.listed()) {
             if (!finding.steps.isEmpty())
                 expected.append(finding.message);
         }
@@ -206,8 +208,9 @@ void HtmlTest::aProblemStandsInTheObjectThatHasIt()
 
 void HtmlTest::problemsOfTheFileStandAtTheTop()
 {
-    const QVector<Finding> findings = {{{}, 3, 14, QStringLiteral("Unknown Tag '<b>' in 'TunerProperties'.")},
-                                       {{}, 0, 0, QStringLiteral("TunerProperties: Please set type properly.")}};
+    Findings findings(2);
+    findings.add({{}, 3, 14, QStringLiteral("Unknown Tag '<b>' in 'TunerProperties'.")});
+    findings.add({{}, 0, 0, QStringLiteral("TunerProperties: Please set type properly.")});
     const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
     const PageNode *section = only(page.root().all([](const PageNode &node) { return node.isOfClass("problems"); }));
     QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("2 problems"));
@@ -216,6 +219,19 @@ void HtmlTest::problemsOfTheFileStandAtTheTop()
     QCOMPARE(items[0]->wholeText(), QStringLiteral("Unknown Tag '<b>' in 'TunerProperties'.line 3, column 14"));
     QCOMPARE(items[1]->wholeText(), QStringLiteral("TunerProperties: Please set type properly."));
     QVERIFY(page.root().allTagged("a").empty());
+}
+
+void HtmlTest::problemsThatAreNotListedAreCounted()
+{
+    Findings findings(1);
+    for (int i = 0; i < 3; ++i)
+        findings.add({{}, 0, 0, QStringLiteral("TunerProperties: Please set type properly.")});
+    const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
+    const PageNode *section = only(page.root().all([](const PageNode &node) { return node.isOfClass("problems"); }));
+    QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("3 problems"));
+    QCOMPARE(only(section->allTagged("p"))->wholeText(),
+             QStringLiteral("The first 1 are listed here and at their objects."));
+    QCOMPARE(int(section->allTagged("li").size()), 1);
 }
 
 void HtmlTest::aDocumentWithoutProblemsSaysSo()

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void bandwidthsOverDecadesHaveALogarithmicAxis();
     void bandwidthsWithinADecadeHaveALinearAxis();
     void theLargestAndTheLeastNumbersHaveAnAxis();
+    void anAxisOverHundredsOfDecadesHasFewTicks();
     void barsThatHaveNoPlaceAreLeftOut();
     void aValueInItsRangeIsAMeter();
     void aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data();
@@ -131,6 +132,16 @@ void HtmlPicturesTest::bandwidthsWithinADecadeHaveALinearAxis()
     // Ten times as much is a decade, and no more.
     QCOMPARE(barsOf(pageOf(withBandwidths({1000, 10000}))),
              (QStringList{QStringLiteral("0.00% 10.00%"), QStringLiteral("0.00% 100.00%")}));
+}
+
+void HtmlPicturesTest::anAxisOverHundredsOfDecadesHasFewTicks()
+{
+    // From 1e-301 to 1e308 are 609 decades; with six labels at most, every 102nd has a tick.
+    const PageTree page = pageOf(withBandwidths({1e-300, 1e308}));
+    QCOMPARE(labelsOf(page),
+             (QStringList{QStringLiteral("0.00% 1e-301"), QStringLiteral("16.75% 1e-199"),
+                          QStringLiteral("33.50% 1e-97"), QStringLiteral("50.25% 100\u00a0k"),
+                          QStringLiteral("67.00% 1e+107"), QStringLiteral("83.74% 1e+209")}));
 }
 
 void HtmlPicturesTest::theLargestAndTheLeastNumbersHaveAnAxis()

@@ -5,6 +5,7 @@
 #include <array>
 #include <mutex>
 #include <new>
+#include <numeric>
 
 #include <nlohmann/json.hpp>
 
@@ -42,6 +43,21 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::array<int, 4> m_counts = {};
+};
+
+/// What is told about a file, ready to be written: less than the findings, which can be dropped.
+struct Batch::Told
+{
+    FileStatus status;
+    QByteArray results;
+    QStringList complaints;
+
+    static std::int64_t size(const Told &told)
+    {
+        constexpr int characterSize = 2;
+        return std::accumulate(told.complaints.begin(), told.complaints.end(), std::int64_t(told.results.size()),
+                               [](std::int64_t sum, const QString &text) { return sum + characterSize * text.size(); });
+    }
 };
 
 namespace {
@@ -111,15 +127,16 @@ std::string jsonOf(const Outcome &outcome, const QString &doneWord)
         addName(json, "output", outcome.output);
     json["status"] = textJson(statusWord(outcome.status, doneWord));
     json["problems"] = Json::array();
-    for (const Finding &finding : outcome.findings)
+    for (const Finding &finding : outcome.findings.listed())
         json["problems"].push_back(problemJson(finding));
+    json["problemCount"] = outcome.findings.count();
     json["error"] = textJson(outcome.error);
     return JsonText::compact(json).toStdString();
 }
 
 Batch::Batch(const Invocation &invocation)
     : m_jobs(Options::jobCount(invocation)), m_quiet(invocation.isSet(Options::quiet())),
-      m_json(invocation.isSet(Options::json()))
+      m_json(invocation.isSet(Options::json())), m_mostProblems(Options::problemCount(invocation))
 {
     if (m_quiet && m_json)
         throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
@@ -139,14 +156,14 @@ ExitStatus Batch::run(const QVector<FileName> &files)
     {
         Progress progress(m_quiet ? 0 : count);
         const auto showProgress = [&] { progress.update(tally.done()); };
-        InOrder<Outcome>::run(
-            count, m_jobs, [&](int index) { return workOn(files.at(index), index, tally); },
-            [&](Outcome &&outcome) {
-                tell(outcome);
-                worst = std::max(worst, exitStatus(outcome.status));
+        InOrder<Told>::run(
+            count, m_jobs, [&](int index) { return told(workOn(files.at(index), index, tally)); },
+            [&](Told &&told) {
+                tell(told);
+                worst = std::max(worst, exitStatus(told.status));
                 showProgress();
             },
-            showProgress);
+            showProgress, Told::size);
     }
     if (count > 1 && !m_quiet && !m_json)
         Console::complain(QStringLiteral("%1 files").arg(count) + summary(tally));
@@ -181,16 +198,30 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
     return outcome;
 }
 
-void Batch::tell(const Outcome &outcome) const
+Batch::Told Batch::told(const Outcome &outcome) const
 {
+    Told told{outcome.status, {}, {}};
     if (m_json) {
-        Console::write(QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n'));
-        return;
+        told.results = QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n');
+        return told;
     }
-    if (!m_quiet)
-        tellProblems(outcome);
+    if (!m_quiet && problemsAreTheResult) {
+        for (const QString &line : outcome.findings.lines(outcome.file.shown()))
+            told.results += Console::onOneLine(line).toUtf8() + '\n';
+    } else if (!m_quiet) {
+        told.complaints = outcome.findings.lines(outcome.file.shown());
+    }
     if (!outcome.error.isNull())
-        Console::complain(outcome.error);
+        told.complaints.append(outcome.error);
+    return told;
+}
+
+void Batch::tell(const Told &told)
+{
+    if (!told.results.isEmpty())
+        Console::write(told.results);
+    for (const QString &complaint : told.complaints)
+        Console::complain(complaint);
 }
 
 /// ": 1 valid, 2 with problems", or nothing if no file is done.

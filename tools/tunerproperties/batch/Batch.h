@@ -24,19 +24,23 @@ struct Outcome
     FileName file;
     FileName output; ///< none if none is written
     FileStatus status = FileStatus::Done;
-    QVector<Finding> findings;
+    Findings findings;
     QString error; ///< why it is unreadable or unwritable
 };
 
 /// Work on any number of files, several at once. Results are told in the order of the files, each as soon as those in
-/// front of it are; a file that fails does not keep the others from being worked on. Only so many results wait to be
-/// told that memory does not grow with the number of files. Behind more than one file there is a summary, on standard
-/// error, and so there is if a signal ends the program; a bar shows on a terminal how far it is.
+/// front of it are; a file that fails does not keep the others from being worked on. Results that wait to be told are
+/// few and short, so that memory does not grow with the number of files or of their problems. Behind more than one file
+/// there is a summary, on standard error, and so there is if a signal ends the program; a bar shows on a terminal how
+/// far it is.
 class Batch
 {
 public:
-    /// How much is told: --quiet and --json. Both at once is wrong usage.
+    /// How much is told: --quiet, --json and --max-problems. The first two at once are wrong usage.
     explicit Batch(const Invocation &invocation);
+
+    /// How many problems of a file are told, and need to be kept: none with --quiet.
+    int mostProblems() const { return m_quiet ? 0 : m_mostProblems; }
 
     /// What a file is called that is done: "valid" or "converted".
     QString doneWord;
@@ -49,8 +53,8 @@ public:
     /// the like count as a file that cannot be read.
     std::function<Outcome(int index, const std::function<void()> &done)> work;
 
-    /// Tells the problems of a document, if anything is to be told but JSON.
-    std::function<void(const Outcome &)> tellProblems;
+    /// Where problems go, if not into JSON: to standard output, as the result, or to standard error.
+    bool problemsAreTheResult = true;
 
     /// Does all the work. The worst result counts.
     ExitStatus run(const QVector<FileName> &files);
@@ -58,13 +62,17 @@ public:
 private:
     class Tally;
 
+    struct Told;
+
     Outcome workOn(const FileName &file, int index, Tally &tally) const;
-    void tell(const Outcome &outcome) const;
+    Told told(const Outcome &outcome) const;
+    static void tell(const Told &told);
     QString summary(const Tally &tally) const;
 
     int m_jobs = 1;
     bool m_quiet = false;
     bool m_json = false;
+    int m_mostProblems = 0;
 };
 
 /// What is told about a file with --json, without the end of the line.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <map>
@@ -14,19 +15,21 @@
 #include <vector>
 
 /// Does pieces of work on several threads, and uses their results one after the other, in order, on the thread of the
-/// caller.
+/// caller. With a function for the size of a result in bytes, what waits to be used is limited by that as well.
 template <class Result>
 class InOrder
 {
 public:
     using Work = std::function<Result(int index)>;
     using Use = std::function<void(Result &&)>;
+    using Size = std::int64_t (*)(const Result &);
 
     /// Returns when the last result has been used. Whatever `work` or `use` throws ends it once the pieces that have
     /// been begun are done. `tick` is called now and then meanwhile, on the thread of the caller.
-    static void run(int count, int jobs, const Work &work, const Use &use, const std::function<void()> &tick)
+    static void run(int count, int jobs, const Work &work, const Use &use, const std::function<void()> &tick,
+                    Size size = nullptr)
     {
-        InOrder all(count, jobs, work);
+        InOrder all(count, jobs, work, size);
         for (int i = 0; i < count; ++i)
             use(all.result(i, tick));
     }
@@ -37,8 +40,11 @@ public:
 private:
     /// How far threads may be ahead of the result that is to be used next.
     static constexpr int resultsPerJob = 16;
+    /// No further piece is begun while results of so many bytes wait to be used.
+    static constexpr std::int64_t mostBytesWaiting = 16 << 20;
 
-    InOrder(int count, int jobs, const Work &work) : m_work(work), m_count(count), m_mostAhead(jobs * resultsPerJob)
+    InOrder(int count, int jobs, const Work &work, Size size)
+        : m_work(work), m_size(size), m_count(count), m_mostAhead(jobs * resultsPerJob)
     {
         for (int i = 0; i < std::min(count, jobs); ++i) {
             try {
@@ -68,20 +74,29 @@ private:
         std::exception_ptr failure;
     };
 
+    std::int64_t sizeOf(const Done &done) const { return done.result && m_size ? m_size(*done.result) : 0; }
+
     void workOnAll()
     {
         std::unique_lock lock(m_mutex);
         for (;;) {
-            m_changed.wait(lock, [this] { return m_next >= m_count || m_next < m_used + m_mostAhead; });
+            m_changed.wait(lock, [this] { return m_next >= m_count || mayBegin(); });
             if (m_next >= m_count)
                 return;
             const int index = m_next++;
             lock.unlock();
             Done done = workOn(index);
             lock.lock();
+            m_bytesWaiting += sizeOf(done);
             m_done.emplace(index, std::move(done));
             m_changed.notify_all();
         }
+    }
+
+    /// The result that is to be used next is always worked on, whatever waits behind it.
+    bool mayBegin() const
+    {
+        return m_next == m_used || (m_next < m_used + m_mostAhead && m_bytesWaiting < mostBytesWaiting);
     }
 
     Done workOn(int index) const
@@ -109,6 +124,7 @@ private:
         }
         Done done = std::move(there->second);
         m_done.erase(there);
+        m_bytesWaiting -= sizeOf(done);
         m_used = index + 1;
         m_changed.notify_all();
         if (done.failure)
@@ -117,12 +133,14 @@ private:
     }
 
     const Work &m_work;
+    const Size m_size;
     const int m_count;
     const int m_mostAhead;
 
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_changed;
     std::map<int, Done> m_done; // but not used yet
+    std::int64_t m_bytesWaiting = 0; // in those
     int m_next = 0; // to be worked on
     int m_used = 0;
 

@@ -41,7 +41,8 @@ struct Plan
     QVector<FileName> outputs;
     FileKinds inputKinds = FileKinds::All;
     FileKinds outputKinds = FileKinds::All;
-    std::optional<Form> from;
+    Reading reading;
+    int mostProblems = 0;
     Form to = Form::Xml;
     bool validate = true;
 };
@@ -107,11 +108,11 @@ void planOneFile(Plan &plan, const Invocation &invocation)
 
 Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
 {
-    Document document(plan.files.at(index), plan.from, plan.inputKinds);
+    Document document(plan.files.at(index), plan.reading, plan.inputKinds);
     const FileName &output = plan.outputs.at(index);
     Outcome outcome;
     if (plan.validate)
-        outcome.findings = document.findings();
+        outcome.findings = document.findings(plan.mostProblems);
     if (!outcome.findings.isEmpty()) {
         outcome.status = FileStatus::Problems;
         return outcome;
@@ -131,7 +132,8 @@ ExitStatus run(const Invocation &invocation)
     Batch batch(invocation);
     batch.doneWord = QStringLiteral("converted");
     Plan plan;
-    plan.from = Options::form(invocation, Options::from());
+    plan.reading = Options::reading(invocation);
+    plan.mostProblems = batch.mostProblems();
     plan.validate = !invocation.isSet(noValidate());
     if (invocation.isSet(outDir()))
         planManyFiles(plan, invocation);
@@ -139,10 +141,7 @@ ExitStatus run(const Invocation &invocation)
         planOneFile(plan, invocation);
     batch.outputs = plan.outputs;
     batch.work = [&](int index, const std::function<void()> &done) { return convert(plan, index, done); };
-    batch.tellProblems = [](const Outcome &outcome) {
-        for (const Finding &finding : outcome.findings)
-            Console::complain(finding.text(outcome.file.shown()));
-    };
+    batch.problemsAreTheResult = false;
     return batch.run(plan.files);
 }
 
@@ -162,10 +161,12 @@ Command convertCommand()
                        "the others from being converted. If two would get the same name nothing is written at all. A "
                        "summary comes at the end, on standard error."),
         QStringLiteral("With --json a line for each file is an object with \"file\", \"output\", \"status\" "
-                       "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\" and \"error\", "
+                       "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", "
+                       "\"problemCount\" and \"error\", "
                        "as 'validate --json' writes them; \"outputBytes\" is like \"fileBytes\".")};
-    command.options = {Options::from(), Options::to(),    outDir(),        noValidate(),
-                       Options::jobs(), Options::quiet(), Options::json(), Options::specialFiles()};
+    command.options = {Options::from(),         Options::to(),          outDir(),        noValidate(),
+                       Options::jobs(),         Options::quiet(),       Options::json(), Options::maxProblems(),
+                       Options::maxExpansion(), Options::specialFiles()};
     command.examples = {
         {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Writes the compressed form.")},
         {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Writes XML to standard output.")},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <nlohmann/json.hpp>
 
+#include "BufferedOutput.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "documents/Document.h"
@@ -93,21 +94,22 @@ ExitStatus run(const Invocation &invocation)
     const QVector<FileName> names = invocation.files();
     if (names.first().isStandardStream() && names.last().isStandardStream())
         throw WrongUsage(QStringLiteral("standard input can be read only once"));
-    const auto form = Options::form(invocation, Options::from());
-    const Document first(names.first(), form);
-    const Document second(names.last(), form);
-    const QVector<Difference> differences = findDifferences(first.tuner, second.tuner);
+    const Reading reading = Options::reading(invocation);
+    const Document first(names.first(), reading);
+    const Document second(names.last(), reading);
     const bool isJson = invocation.isSet(jsonLines());
     const bool inColours = !isJson && isColoured(invocation);
-    QByteArray lines;
-    for (const Difference &difference : differences) {
-        lines += isJson ? json(difference)
-            : inColours ? coloured(difference)
-                        : Console::onOneLine(difference.text()).toUtf8();
-        lines += '\n';
-    }
-    inColours ? Console::writeEscaped(lines) : Console::write(lines);
-    return invocation.isSet(exitCode()) && !differences.isEmpty() ? ExitStatus::Problems : ExitStatus::Ok;
+    bool areTheSame = true;
+    BufferedOutput output(inColours);
+    findDifferences(first.tuner, second.tuner, [&](const Difference &difference) {
+        areTheSame = false;
+        output.write(isJson          ? json(difference)
+                         : inColours ? coloured(difference)
+                                     : Console::onOneLine(difference.text()).toUtf8());
+        output.write("\n");
+    });
+    output.flush();
+    return invocation.isSet(exitCode()) && !areTheSame ? ExitStatus::Problems : ExitStatus::Ok;
 }
 
 } // namespace
@@ -124,7 +126,7 @@ Command diffCommand()
                        "has another place. Items are compared with those that have the same identity: type and name of "
                        "a component, id of a node or a value. Nothing is written if the documents are the same."),
     };
-    command.options = {exitCode(), color(), jsonLines(), Options::from()};
+    command.options = {exitCode(), color(), jsonLines(), Options::from(), Options::maxExpansion()};
     command.examples = {
         {QStringLiteral("diff old.xml new.tpb"), QStringLiteral("Tells what is new.")},
         {QStringLiteral("diff --exit-code old.xml new.xml > /dev/null || echo changed"),

@@ -24,7 +24,7 @@ bool holdsObjects(JobXml::MemberKind kind)
 
 ExitStatus run(const Invocation &invocation)
 {
-    const Document document(invocation.file(0), Options::form(invocation, Options::from()));
+    const Document document(invocation.file(0), Options::reading(invocation));
     const QString file = document.input.shownName();
     const auto tell = [&](const QString &text) {
         Console::complain(file + QStringLiteral(": ") + text);
@@ -66,7 +66,7 @@ Command getCommand()
                        "Component[name=Pre]/Node[id=gain]/ValueItem[1]/value."),
         QStringLiteral("A text is written as it is, a list of names with one on each line, and what holds objects as "
                        "JSON. Nothing is written, and the exit status is 1, if the member is not set or not found.")};
-    command.options = {Options::from()};
+    command.options = {Options::from(), Options::maxExpansion()};
     command.examples = {{QStringLiteral("get receiver.xml quantity"), QStringLiteral("Writes how many there are.")},
                         {QStringLiteral("get receiver.xml 'Component[name=tuning]/Node[id=span]/ValueItem/value'"),
                          QStringLiteral("Writes a value of a node.")}};

@@ -1,9 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "commands/Options.h"
 
+#include <limits>
+
 #include <QThread>
 
 namespace Options {
+
+namespace {
+
+// Real documents shrink to a third, very regular ones to a thirtieth; those made to exhaust memory to a thousandth.
+constexpr int usualExpansion = 100;
+constexpr int mostExpansion = 1100; // zlib does not reach it, and the library takes no more
+
+} // namespace
 
 const Option &help()
 {
@@ -85,6 +95,58 @@ const Option &specialFiles()
                                Takes::Nothing,
                                {}};
     return option;
+}
+
+const Option &maxProblems()
+{
+    static const Option option{
+        {QStringLiteral("max-problems")},
+        QStringLiteral("Lists the first NUMBER problems of a document (default: %1), and how many there are.")
+            .arg(usualProblemCount),
+        QStringLiteral("NUMBER"),
+        Takes::Anything,
+        {}};
+    return option;
+}
+
+const Option &maxExpansion()
+{
+    static const Option option{
+        {QStringLiteral("max-expansion")},
+        QStringLiteral("Reads a compressed document that expands to up to TIMES its size (default: %1).")
+            .arg(usualExpansion),
+        QStringLiteral("TIMES"),
+        Takes::Anything,
+        {}};
+    return option;
+}
+
+namespace {
+
+/// The value of an option that takes a whole number from 1 to `most`; `usual` if it is not set.
+int numberOf(const Invocation &invocation, const Option &option, int most, int usual)
+{
+    if (!invocation.isSet(option))
+        return usual;
+    const QString text = invocation.value(option);
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < 1 || number > most)
+        throw WrongUsage(
+            QStringLiteral("%1 must be a number from 1 to %2, not '%3'").arg(option.typed()).arg(most).arg(text));
+    return number;
+}
+
+} // namespace
+
+Reading reading(const Invocation &invocation)
+{
+    return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion)};
+}
+
+int problemCount(const Invocation &invocation)
+{
+    return numberOf(invocation, maxProblems(), std::numeric_limits<int>::max(), usualProblemCount);
 }
 
 std::optional<Form> form(const Invocation &invocation, const Option &option)

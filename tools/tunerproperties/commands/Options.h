@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "commands/Command.h"
-#include "documents/Forms.h"
+#include "documents/Document.h"
 
 /// Options that several commands have. One that only one command has stands in the file of that command.
 namespace Options {
@@ -17,6 +17,11 @@ const Option &jobs();
 const Option &quiet();
 const Option &json();
 const Option &specialFiles();
+const Option &maxProblems();
+const Option &maxExpansion();
+
+/// What --from and --max-expansion say. Throws WrongUsage.
+Reading reading(const Invocation &invocation);
 
 /// What --from or --to says, if anything.
 std::optional<Form> form(const Invocation &invocation, const Option &option);
@@ -26,5 +31,10 @@ FileKinds fileKinds(const Invocation &invocation, int count);
 
 /// How many files to work on at once: what --jobs says, or as many as there are processors. Throws WrongUsage.
 int jobCount(const Invocation &invocation);
+
+/// How many problems of a file to list: what --max-problems says, or 100. Throws WrongUsage.
+int problemCount(const Invocation &invocation);
+
+constexpr int usualProblemCount = 100;
 
 } // namespace Options

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <QCryptographicHash>
+#include <QHash>
+
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "documents/Document.h"
@@ -64,26 +67,50 @@ void takeAway(TunerProperties &document, const Paths::Target &target)
     Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
 }
 
-/// The problems that were not there before, at the same place.
-QStringList newProblems(const TunerProperties &document, const QVector<Problem> &before)
+/// The problems of a document, to compare with those of another state of it.
+class KnownProblems
 {
-    const auto key = [](const Problem &problem) {
+public:
+    explicit KnownProblems(const TunerProperties &document)
+    {
+        document.VisitProblems([this](const Problem &problem) { ++m_counts[keyOf(problem)]; });
+    }
+
+    /// Adds the problems that were not there before, at the same place; returns whether there is any problem at all.
+    bool addNew(const TunerProperties &document, QStringList &texts)
+    {
+        bool isAny = false;
+        document.VisitProblems([&](const Problem &problem) {
+            isAny = true;
+            if (problem.xmlOnly) // whether it is XML at all, the writer knows
+                return;
+            const auto known = m_counts.find(keyOf(problem));
+            if (known != m_counts.end() && *known > 0)
+                --*known;
+            else if (texts.size() < Options::usualProblemCount)
+                texts.append(textOf(findingOf(problem)));
+        });
+        return isAny;
+    }
+
+private:
+    static QString textOf(const Finding &finding)
+    {
+        return (finding.path + QStringList{finding.message}).join(QStringLiteral(": "));
+    }
+
+    /// By places, not by names, which may be what is changed. A digest, since there may be a problem for every few
+    /// bytes of a document.
+    static QByteArray keyOf(const Problem &problem)
+    {
         QString text = problem.message;
         for (const Step &step : problem.steps)
             text += QLatin1Char('/') + step.member + QString::number(step.index);
-        return text; // by places, not by names, which may be what is changed
-    };
-    QStringList known;
-    for (const Problem &problem : before)
-        known.append(key(problem));
-    QStringList texts;
-    const QVector<Problem> problems = document.GetProblems();
-    for (const Problem &problem : problems) {
-        if (!problem.xmlOnly && !known.removeOne(key(problem))) // whether it is XML at all, the writer knows
-            texts.append((problem.path + QStringList{problem.message}).join(QStringLiteral(": ")));
+        return QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha256);
     }
-    return texts;
-}
+
+    QHash<QByteArray, int> m_counts;
+};
 
 /// The text of a member; "nothing" if it is not there.
 QString textAt(const TunerProperties &document, const Paths::Target &target)
@@ -115,8 +142,8 @@ ExitStatus complainAll(const QString &file, const QStringList &texts)
 QStringList notInTheDocument(Document &document)
 {
     QStringList texts;
-    const QVector<Finding> findings = document.findings();
-    for (const Finding &finding : findings) {
+    const Findings findings = document.findings(Options::usualProblemCount);
+    for (const Finding &finding : findings.listed()) {
         if (finding.hasPlace())
             texts.append(
                 QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
@@ -134,7 +161,7 @@ ExitStatus change(Document &document, const Invocation &invocation)
     if (!lost.isEmpty())
         return complainAll(file, lost);
     const TunerProperties before = tuner;
-    const QVector<Problem> knownProblems = before.GetProblems();
+    KnownProblems known(before);
     const Paths::Target target = Paths::find(tuner, invocation.text(1));
     try {
         if (invocation.isSet(unset()))
@@ -146,11 +173,13 @@ ExitStatus change(Document &document, const Invocation &invocation)
     } catch (const ReportException &exception) {
         return complainAll(file, {target.path + QStringLiteral(": ") + exception.GetMessageText()});
     }
-    const bool isChanged = !findDifferences(before, tuner).isEmpty();
+    bool isChanged = false;
+    findDifferences(before, tuner, [&](const Difference &) { isChanged = true; });
     if (!isChanged && !name.isStandardStream())
         return ExitStatus::Ok;
-    const QStringList problems = newProblems(tuner, knownProblems);
-    tuner.SetValidate(tuner.GetProblems().isEmpty());
+    QStringList problems;
+    const bool hasProblems = known.addNew(tuner, problems);
+    tuner.SetValidate(!hasProblems && tuner.HasData());
     if (!problems.isEmpty() && !mayHaveProblems)
         return complainAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
@@ -165,7 +194,7 @@ ExitStatus run(const Invocation &invocation)
     if (invocation.count() != (invocation.isSet(unset()) ? 2 : 3))
         throw WrongUsage(invocation.isSet(unset()) ? QStringLiteral("--unset takes a path and no value")
                                                    : QStringLiteral("the value is missing"));
-    Document document(invocation.file(0), Options::form(invocation, Options::from()));
+    Document document(invocation.file(0), Options::reading(invocation));
     try {
         return change(document, invocation);
     } catch (const PathFailure &failure) {
@@ -190,7 +219,7 @@ Command setCommand()
             "its ChoiceValueItem first, with --no-validate, and then what the kind has. The document is written as the "
             "library writes it, so "
             "comments in XML and the layout of a file do not stay.")};
-    command.options = {unset(), noValidate(), Options::from()};
+    command.options = {unset(), noValidate(), Options::from(), Options::maxExpansion()};
     command.examples = {
         {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Changes how many there are.")},
         {QStringLiteral("set receiver.xml 'Component[name=audio]/Node[id=balance]/ValueItem/value' -0.5"),

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "BufferedOutput.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "documents/Document.h"
@@ -11,31 +12,36 @@ namespace {
 struct Format
 {
     QString name;
-    QByteArray (*shown)(Document &document);
+    void (*show)(Document &document, int mostProblems);
 };
 
-QByteArray shownAsTree(Document &document)
+void showAsTree(Document &document, int)
 {
-    return show(document.tuner).toUtf8();
+    BufferedOutput output;
+    show(document.tuner, [&](const QString &line) { output.write(line.toUtf8() + '\n'); });
+    output.flush();
 }
 
-QByteArray shownAsHtml(Document &document)
+void showAsHtml(Document &document, int mostProblems)
 {
     const FileName &name = document.input.name();
-    return html(document.tuner, document.findings(),
-                name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown());
+    BufferedOutput output;
+    html(document.tuner, document.findings(mostProblems),
+         name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
+         [&](const QByteArray &piece) { output.write(piece); });
+    output.flush();
 }
 
-QByteArray shownAsJson(Document &document)
+void showAsJson(Document &document, int)
 {
-    return Forms::compose(document.tuner, Form::Json, document.input.shownName());
+    Console::write(Forms::compose(document.tuner, Form::Json, document.input.shownName()));
 }
 
 const QVector<Format> &formats()
 {
-    static const QVector<Format> all = {{QStringLiteral("tree"), shownAsTree},
-                                        {QStringLiteral("json"), shownAsJson},
-                                        {QStringLiteral("html"), shownAsHtml}};
+    static const QVector<Format> all = {{QStringLiteral("tree"), showAsTree},
+                                        {QStringLiteral("json"), showAsJson},
+                                        {QStringLiteral("html"), showAsHtml}};
     return all;
 }
 
@@ -60,13 +66,13 @@ const Option &formatOption()
 
 ExitStatus run(const Invocation &invocation)
 {
-    Document document(invocation.file(0), Options::form(invocation, Options::from()));
+    Document document(invocation.file(0), Options::reading(invocation));
     const Format *chosen = &formats().first();
     for (const Format &format : formats()) {
         if (format.name == invocation.value(formatOption()))
             chosen = &format;
     }
-    Console::write(chosen->shown(document));
+    chosen->show(document, Options::problemCount(invocation));
     return ExitStatus::Ok;
 }
 
@@ -79,9 +85,10 @@ Command showCommand()
     command.usages = QStringList{QStringLiteral("FILE")};
     command.summary =
         QStringLiteral("Shows all that a document holds, as a tree, as JSON, or as a page for a browser.");
-    command.details =
-        QStringList{QStringLiteral("Numbers are shown exactly, texts in quotes; what is not set is marked.")};
-    command.options = {formatOption(), Options::from()};
+    command.details = QStringList{QStringLiteral(
+        "Numbers are shown exactly, texts in quotes; what is not set is marked. The page lists the problems of "
+        "the document as well.")};
+    command.options = {formatOption(), Options::from(), Options::maxProblems(), Options::maxExpansion()};
     command.examples = {{QStringLiteral("show receiver.xml"), QStringLiteral("Shows the tree of a document.")},
                         {QStringLiteral("show --format html receiver.xml > receiver.html"),
                          QStringLiteral("Makes a page of it, for a browser.")},

@@ -10,21 +10,14 @@ ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> files = invocation.files();
     const FileKinds kinds = Options::fileKinds(invocation, files.size());
-    const auto from = Options::form(invocation, Options::from());
+    const Reading reading = Options::reading(invocation);
     Batch batch(invocation);
     batch.doneWord = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;
-        outcome.findings = Document(files.at(index), from, kinds).findings();
+        outcome.findings = Document(files.at(index), reading, kinds).findings(batch.mostProblems());
         outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
         return outcome;
-    };
-    batch.tellProblems = [](const Outcome &outcome) {
-        QByteArray lines;
-        for (const Finding &finding : outcome.findings)
-            lines += Console::onOneLine(finding.text(outcome.file.shown())).toUtf8() + '\n';
-        if (!lines.isEmpty())
-            Console::write(lines);
     };
     return batch.run(files);
 }
@@ -42,16 +35,21 @@ Command validateCommand()
             "A problem has its line and column, where only the reader of an XML document sees it, or else the "
             "path of the object that has it. Nothing is told about a valid document."),
         QStringLiteral(
+            "The first 100 problems of a document are listed, and how many there are if there are more. The label of "
+            "an object in a path is shortened if it is long, and has the object's place then: Component 3 \"abc...\" "
+            "is what 'get FILE Component[3]' shows in full."),
+        QStringLiteral(
             "Several files are worked on at once, and told about in their order; behind them comes a summary, "
             "on standard error."),
         QStringLiteral(
             "With --json a line for each file is an object with \"file\", \"status\" (\"valid\", \"problems\" "
-            "or \"unreadable\"), \"problems\" and \"error\" (why it is unreadable, or null). A problem has "
+            "or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (how many there are) and "
+            "\"error\" (why it is unreadable, or null). A problem has "
             "\"path\" (the objects from the outermost to the one at fault), \"line\", \"column\" and "
             "\"message\"; either path or line and column are null. There is no summary then. A \"file\" that is not "
-            "UTF-8 "
-            "is escaped as in messages, and \"fileBytes\" has its bytes as hexadecimal digits.")};
-    command.options = {Options::from(), Options::jobs(), Options::quiet(), Options::json(), Options::specialFiles()};
+            "UTF-8 is escaped as in messages, and \"fileBytes\" has its bytes as hexadecimal digits.")};
+    command.options = {Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
+                       Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
     command.examples = {{QStringLiteral("validate receiver.xml"),
                          QStringLiteral("Tells every problem of a document, and nothing if there is none.")},
                         {QStringLiteral("validate --quiet -- *.xml && echo fine"),

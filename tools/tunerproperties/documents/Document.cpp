@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Document.h"
 
-Document::Document(const FileName &name, std::optional<Form> from, FileKinds kinds)
-    : input(name, kinds), form(from ? *from : Forms::recognise(input))
+Document::Document(const FileName &name, const Reading &reading, FileKinds kinds)
+    : input(name, kinds), form(reading.from ? *reading.from : Forms::recognise(input))
 {
+    if (form == Form::Tagged || form == Form::Compressed)
+        Forms::checkExpansion(input, reading.maxExpansion);
     tuner.SetValidate(false);
     Forms::load(tuner, input, form);
 }

@@ -9,14 +9,21 @@
 #include "documents/Input.h"
 #include "documents/Validate.h"
 
+/// How documents are read.
+struct Reading
+{
+    std::optional<Form> from; ///< without one, content and name of the file say it
+    int maxExpansion; ///< how many times its size a compressed document may declare
+};
+
 /// A document and where it comes from, read as it stands: not validated.
 struct Document
 {
-    /// Throws FileFailure if the file does not hold a document. Without a form the content and the name tell it.
-    Document(const FileName &name, std::optional<Form> from, FileKinds kinds = FileKinds::All);
+    /// Throws FileFailure if the file does not hold a document, or one that expands too far.
+    Document(const FileName &name, const Reading &reading, FileKinds kinds = FileKinds::All);
 
     /// See Validate.h.
-    QVector<Finding> findings() { return findProblems(tuner, input, form); }
+    Findings findings(int most) { return findProblems(tuner, input, form, most); }
 
     Input input;
     Form form;

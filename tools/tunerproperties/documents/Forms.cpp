@@ -7,6 +7,7 @@
 #include <QDataStream>
 #include <QFile>
 #include <QStringList>
+#include <QtEndian>
 
 #include "Console.h"
 #include "commands/Suggestion.h"
@@ -201,6 +202,26 @@ Form recognise(Input &input)
         input.shownName()
         + QStringLiteral(
             ": neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot"));
+}
+
+void checkExpansion(Input &input, int times)
+{
+    // The leading word, the length, and the size of what is compressed: a big-endian word each.
+    constexpr int headSize = 12;
+    constexpr int sizeAt = 8;
+    const QByteArray head = input.head(headSize);
+    if (head.size() < headSize || binaryForm(head) != Form::Compressed)
+        return;
+    const auto expanded = qint64(qFromBigEndian<quint32>(head.constData() + sizeAt));
+    const qint64 size = input.file().size();
+    if (expanded > size * times)
+        throw FileFailure(
+            input.shownName()
+            + QStringLiteral(": %1 compressed bytes declare %2 bytes, more than %3 times as many; --max-expansion "
+                             "changes the limit")
+                  .arg(size)
+                  .arg(expanded)
+                  .arg(times));
 }
 
 void load(TunerProperties &document, Input &input, Form form)

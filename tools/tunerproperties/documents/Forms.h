@@ -44,6 +44,10 @@ std::optional<Form> bySuffix(const FileName &fileName);
 /// Throws FileFailure if neither tells.
 Form recognise(Input &input);
 
+/// Throws FileFailure if the file holds a compressed record that declares more than `times` its own size. Nothing is
+/// expanded to find out, so a small file cannot make the program take memory and time for a large one.
+void checkExpansion(Input &input, int times);
+
 /// Reads the document under its own validate flag. Throws FileFailure if the file does not hold a document in this
 /// form, or if the document throws. Tagged and compressed are read alike.
 void load(JobXml::TunerProperties &document, Input &input, Form form);

@@ -9,17 +9,49 @@ using JobXml::TunerProperties;
 
 namespace {
 
-Finding finding(const XmlProblem &problem)
+constexpr QChar ellipsis(0x2026);
+
+/// The first characters, without the first half of a pair at the end.
+QString beginning(const QString &text, int size)
 {
-    return {{}, problem.line, problem.column, problem.message};
+    return text.left(text.at(size - 1).isHighSurrogate() ? size - 1 : size);
+}
+
+QString shortMessage(const QString &message)
+{
+    constexpr int most = 400;
+    constexpr int head = 250;
+    constexpr int tail = 100; // says in what it happened
+    if (message.size() <= most)
+        return message;
+    const QString end = message.right(tail);
+    return beginning(message, head) + ellipsis + (end.at(0).isLowSurrogate() ? end.mid(1) : end);
+}
+
+/// `Component 3 "Preselect..."`: with the place, since the shortened names of siblings may be the same.
+QString shortLabel(const QString &label, int index)
+{
+    constexpr int most = 80;
+    constexpr int head = 60;
+    const int nameSize = label.indexOf(QLatin1Char(' '));
+    if (label.size() <= most || nameSize < 0)
+        return label;
+    const QString place = index < 0 ? QString() : QLatin1Char(' ') + QString::number(index + 1);
+    return label.left(nameSize) + place + beginning(label, head).mid(nameSize) + ellipsis + QLatin1Char('"');
+}
+
+Finding findingOf(const XmlProblem &problem)
+{
+    return {{}, problem.line, problem.column, shortMessage(problem.message)};
 }
 
 /// What is refused although nothing else was found: something in a value that another one has replaced, for instance.
-QVector<Finding> findTheRest(Input &input, Form form)
+void addTheRest(Findings &findings, Input &input, Form form)
 {
     if (form == Form::Xml) {
-        const auto refusal = firstXmlRefusal(input.bytes());
-        return refusal ? QVector<Finding>{finding(*refusal)} : QVector<Finding>();
+        if (const auto refusal = firstXmlRefusal(input.bytes()))
+            findings.add(findingOf(*refusal));
+        return;
     }
     TunerProperties validating;
     try {
@@ -27,12 +59,19 @@ QVector<Finding> findTheRest(Input &input, Form form)
     } catch (const FileFailure &failure) {
         const QString name = input.shownName() + QStringLiteral(": ");
         const QString text = failure.text();
-        return {{{}, 0, 0, text.startsWith(name) ? text.mid(name.size()) : text}};
+        findings.add({{}, 0, 0, shortMessage(text.startsWith(name) ? text.mid(name.size()) : text)});
     }
-    return {};
 }
 
 } // namespace
+
+Finding findingOf(const Problem &problem)
+{
+    Finding result{{}, 0, 0, shortMessage(problem.message), problem.steps};
+    for (int i = 0; i < problem.path.size(); ++i)
+        result.path.append(shortLabel(problem.path.at(i), problem.steps.at(i).index));
+    return result;
+}
 
 QString Finding::text(const QString &fileName) const
 {
@@ -42,18 +81,30 @@ QString Finding::text(const QString &fileName) const
     return fileName + QStringLiteral(": ") + where + message;
 }
 
-QVector<Finding> findProblems(const TunerProperties &document, Input &input, Form form)
+QStringList Findings::lines(const QString &fileName) const
 {
-    QVector<Finding> findings;
-    if (form == Form::Xml) {
-        const QVector<XmlProblem> problems = findXmlProblems(input.bytes());
-        for (const XmlProblem &problem : problems)
-            findings.append(finding(problem));
-    }
-    const QVector<Problem> problems = document.GetProblems();
-    for (const Problem &problem : problems) {
+    QStringList result;
+    for (const Finding &finding : m_listed)
+        result.append(finding.text(fileName));
+    if (m_count > m_listed.size())
+        result.append(fileName
+                      + QStringLiteral(": %1 problems, of which the first %2 are listed; --max-problems changes that")
+                            .arg(m_count)
+                            .arg(m_listed.size()));
+    return result;
+}
+
+Findings findProblems(const TunerProperties &document, Input &input, Form form, int most)
+{
+    Findings findings(most);
+    const auto add = [&](const auto &problem) { findings.add(findings.isListed() ? findingOf(problem) : Finding()); };
+    if (form == Form::Xml)
+        findXmlProblems(input.bytes(), add);
+    document.VisitProblems([&](const Problem &problem) {
         if (!problem.xmlOnly) // other forms carry it, and XML never holds it
-            findings.append({problem.path, 0, 0, problem.message, problem.steps});
-    }
-    return findings.isEmpty() ? findTheRest(input, form) : findings;
+            add(problem);
+    });
+    if (findings.isEmpty())
+        addTheRest(findings, input, form);
+    return findings;
 }

@@ -26,6 +26,42 @@ struct Finding
     QString text(const QString &fileName) const;
 };
 
-/// Every reason for which the document would be refused while validating, by its reader or by a writer. The document is
-/// the one that was loaded from the input while not validating.
-QVector<Finding> findProblems(const JobXml::TunerProperties &document, Input &input, Form form);
+/// A problem with labels and message shortened where they are long: many problems may have the same long label, and
+/// each of them would repeat it. A shortened label has the object's place.
+Finding findingOf(const JobXml::Problem &problem);
+
+/// The problems of a document: the first ones, and how many there are. A hostile document has one for every few bytes,
+/// so those that nobody wants to see are counted and not kept.
+class Findings
+{
+public:
+    Findings() = default;
+    /// Keeps so many.
+    explicit Findings(int most) : m_most(most) { }
+
+    void add(const Finding &finding)
+    {
+        if (isListed())
+            m_listed.append(finding);
+        ++m_count;
+    }
+
+    /// Whether the next one would be kept.
+    bool isListed() const { return m_listed.size() < m_most; }
+
+    const QVector<Finding> &listed() const { return m_listed; }
+    qint64 count() const { return m_count; }
+    bool isEmpty() const { return m_count == 0; }
+
+    /// "FILE: ..." for each that is kept, and a last line that says how many more there are.
+    QStringList lines(const QString &fileName) const;
+
+private:
+    int m_most = 0;
+    QVector<Finding> m_listed;
+    qint64 m_count = 0;
+};
+
+/// Every reason for which the document would be refused while validating, by its reader or by a writer; the first
+/// `most` of them are listed. The document is the one that was loaded from the input while not validating.
+Findings findProblems(const JobXml::TunerProperties &document, Input &input, Form form, int most);

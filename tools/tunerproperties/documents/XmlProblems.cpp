@@ -2,6 +2,7 @@
 #include "documents/XmlProblems.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 
 #include <QHash>
@@ -151,16 +152,18 @@ private:
 class Walk
 {
 public:
-    explicit Walk(const QString &text) : m_text(text), m_places(text), m_reader(text), m_classes(allClasses()) { }
+    Walk(const QString &text, const std::function<void(const XmlProblem &)> &action)
+        : m_text(text), m_places(text), m_reader(text), m_classes(allClasses()), m_action(action)
+    {
+    }
 
-    QVector<XmlProblem> problems()
+    void run()
     {
         if (m_reader.readNextStartElement())
             readObject(TunerProperties::GetStaticObjectName());
         // The rest of what cannot be read has not been looked at, and must not pass for valid.
         if (const auto error = errorOf(m_reader))
-            m_problems.append(*error);
-        return m_problems;
+            m_action(*error);
     }
 
 private:
@@ -195,7 +198,7 @@ private:
             if (itsClass.members.contains(attributeName))
                 known.append({attributeName, attribute.value().toString()});
             else if (attributeName == QLatin1String("Version"))
-                context.append({attributeName, attribute.value().toString()});
+                context.append({attributeName, shortVersion(attribute.value())});
         }
         // Nearly always none is refused, and asking once will do.
         if (!known.isEmpty() && !refusal(name, known).isNull()) {
@@ -203,6 +206,15 @@ private:
                 note(refusal(name, {attribute}), [&] { return attributeOffset(attribute.name); });
         }
         return context;
+    }
+
+    /// Only the number in a version counts; a long text would be read again with each child element.
+    static QString shortVersion(const QStringRef &version)
+    {
+        constexpr int most = 64;
+        return version.size() <= most
+            ? version.toString()
+            : QString::number(double(version.toFloat()), 'g', std::numeric_limits<float>::max_digits10);
     }
 
     void readChild(const QString &parent, const Class &parentClass, const Attributes &context)
@@ -256,12 +268,12 @@ private:
         return QString();
     }
 
-    /// Keeps a refusal, if it is one; returns whether it is none.
+    /// Passes a refusal on, if it is one; returns whether it is none.
     template <class FindOffset>
     bool note(const QString &message, FindOffset findOffset)
     {
         if (!message.isNull())
-            m_problems.append(m_places.at(findOffset(), message));
+            m_action(m_places.at(findOffset(), message));
         return message.isNull();
     }
 
@@ -290,14 +302,14 @@ private:
     Places m_places;
     QXmlStreamReader m_reader;
     const Classes m_classes;
-    QVector<XmlProblem> m_problems;
+    const std::function<void(const XmlProblem &)> &m_action;
 };
 
 } // namespace
 
-QVector<XmlProblem> findXmlProblems(const QByteArray &document)
+void findXmlProblems(const QByteArray &document, const std::function<void(const XmlProblem &)> &action)
 {
-    return Walk(decoded(document)).problems();
+    Walk(decoded(document), action).run();
 }
 
 std::optional<XmlProblem> firstXmlRefusal(const QByteArray &document)

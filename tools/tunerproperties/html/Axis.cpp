@@ -9,6 +9,9 @@ namespace {
 
 constexpr int mostLabels = 6;
 
+/// Each row of a chart draws all ticks, so more of them would take more room than what they measure.
+constexpr int mostTicks = 12;
+
 /// The power of ten that is not above the number, which is positive; logarithms alone may be off at the powers.
 int decadeOf(double number)
 {
@@ -80,7 +83,8 @@ void Axis::layOutDecades(double least, double most)
     m_least = first;
     m_most = last;
     const int each = (last - first) / mostLabels + 1;
-    for (int decade = first; decade <= last; ++decade) {
+    const int step = last - first < mostTicks ? 1 : each;
+    for (int decade = first; decade <= last; decade += step) {
         const bool hasLabel = (decade - first) % each == 0;
         m_ticks.append({place(decade), hasLabel ? brief(std::pow(10.0L, decade)) : QString()});
     }

@@ -177,8 +177,8 @@ void Content::showBar(const Axis &axis, const DataObject &item)
     const auto end = number && number->IsSet() ? axis.at(number->GetValue().toDouble()) : std::nullopt;
     const QString told = end ? QStringLiteral("bar to %1 of the axis").arg(percent(*end)) : QStringLiteral("no bar");
     const Tag picture(m_overview, "svg", {{"role", "img"}, {"aria-label", told}});
-    showTicks(axis);
     if (end) {
+        showTicks(axis);
         const auto [from, to] = std::minmax({axis.base(), *end}); // by value: one of them is a temporary
         m_overview.element("rect", {{"x", percent(from)}, {"width", percent(to - from)}});
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include <jobxml/TunerProperties.h>
@@ -19,9 +20,9 @@ public:
 
     /// The name of the document, or of its source if it has none.
     const QString &title() const { return m_title; }
-    const Markup &header() const { return m_header; }
-    const Markup &overview() const { return m_overview; }
-    const Markup &cards() const { return m_cards; }
+    Markup takeHeader() { return std::move(m_header); }
+    Markup takeOverview() { return std::move(m_overview); }
+    Markup takeCards() { return std::move(m_cards); }
     bool hasCards() const { return m_hasCards; }
 
 private:

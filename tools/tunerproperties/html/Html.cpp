@@ -77,10 +77,11 @@ void showBar(Markup &out, bool hasCards)
 
 } // namespace
 
-QByteArray html(const JobXml::TunerProperties &document, const QVector<Finding> &findings, const QString &source)
+void html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source,
+          const std::function<void(const QByteArray &)> &write)
 {
     Problems problems(findings);
-    const Content content(document, problems, source);
+    Content content(document, problems, source);
     const QString style = guarded(resource("page.css"));
     const QString script = guarded(resource("page.js"));
     Markup out;
@@ -91,12 +92,12 @@ QByteArray html(const JobXml::TunerProperties &document, const QVector<Finding> 
         showBar(out, content.hasCards());
         {
             const Tag whole(out, "div", {{"class", "page"}});
-            out.append(content.header());
+            out.append(content.takeHeader());
             {
                 const Tag main(out, "main");
                 problems.showAll(out);
-                out.append(content.overview());
-                out.append(content.cards());
+                out.append(content.takeOverview());
+                out.append(content.takeCards());
             }
             const Tag footer(out, "footer");
             out.element("p", {},
@@ -105,5 +106,7 @@ QByteArray html(const JobXml::TunerProperties &document, const QVector<Finding> 
         }
         out.source("script", script);
     }
-    return "<!DOCTYPE html>\n" + out.utf8() + '\n';
+    write("<!DOCTYPE html>\n");
+    out.forEachPiece(write);
+    write("\n");
 }

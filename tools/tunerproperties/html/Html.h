@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+
 #include <QByteArray>
 #include <QString>
-#include <QVector>
 
 #include <jobxml/TunerProperties.h>
 
@@ -11,4 +12,6 @@
 
 /// The document as a page for a browser, in UTF-8: one file that needs no other and no network, and that changes
 /// nothing in the document. Problems stand at the objects that have them. `source` is the name of the file.
-QByteArray html(const JobXml::TunerProperties &document, const QVector<Finding> &findings, const QString &source);
+/// It is written piece by piece, since it may be much larger than the document.
+void html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source,
+          const std::function<void(const QByteArray &)> &write);

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "html/Markup.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 #include <QStringView>
 
@@ -50,17 +53,17 @@ void forEachCharacter(const QString &text, Plain plain, Sign sign)
         if (const auto replacement = signFor(code))
             sign(code, *replacement);
         else if (code == '&')
-            plain(u"&amp;");
+            plain("&amp;");
         else if (code == '<')
-            plain(u"&lt;");
+            plain("&lt;");
         else if (code == '>')
-            plain(u"&gt;");
+            plain("&gt;");
         else if (code == '"')
-            plain(u"&quot;");
+            plain("&quot;");
         else if (code == '\'')
-            plain(u"&#39;");
+            plain("&#39;");
         else
-            plain(QStringView(text).mid(i, length));
+            plain(code < 0x80 ? QByteArray(1, char(code)) : QStringView(text).mid(i, length).toUtf8());
         i += length - 1;
     }
 }
@@ -72,20 +75,20 @@ QString percent(double part)
     return QString::number(part * 100, 'f', 2) + QLatin1Char('%');
 }
 
-QString Markup::escaped(const QString &text)
+QByteArray Markup::escaped(const QString &text)
 {
-    QString result;
+    QByteArray result;
     result.reserve(text.size());
     forEachCharacter(
-        text, [&](QStringView plain) { result.append(plain.data(), int(plain.size())); },
-        [&](uint, const QString &sign) { result += sign; });
+        text, [&](const QByteArray &plain) { result += plain; },
+        [&](uint, const QString &sign) { result += sign.toUtf8(); });
     return result;
 }
 
 void Markup::text(const QString &text)
 {
     forEachCharacter(
-        text, [this](QStringView plain) { m_text.append(plain.data(), int(plain.size())); },
+        text, [this](const QByteArray &plain) { m_text += plain; },
         [this](uint code, const QString &sign) {
             element("span", {{"class", "sign"}, {"title", codeOf(code)}}, sign);
             if (code == '\n')
@@ -109,25 +112,42 @@ void Markup::voidElement(const char *tag, Attributes attributes)
     open(tag, attributes, "/>");
 }
 
+void Markup::append(Markup &&other)
+{
+    m_pieces.push_back(std::exchange(m_text, std::exchange(other.m_text, {}))); // its last piece becomes the last one
+    std::move(other.m_pieces.begin(), other.m_pieces.end(), std::back_inserter(m_pieces));
+    other.m_pieces.clear();
+}
+
+void Markup::forEachPiece(const std::function<void(const QByteArray &)> &action) const
+{
+    for (const QByteArray &piece : m_pieces)
+        action(piece);
+    action(m_text);
+}
+
 void Markup::source(const char *tag, const QString &code)
 {
     open(tag, {});
-    m_text += code;
+    m_text += code.toUtf8();
     close(tag);
 }
 
 void Markup::open(const char *tag, Attributes attributes, const char *end)
 {
-    m_text += QLatin1Char('<') + QLatin1String(tag);
+    m_text += '<';
+    m_text += tag;
     for (const Attribute &attribute : attributes) {
         if (!attribute.value.isNull())
-            m_text += QLatin1Char(' ') + QLatin1String(attribute.name) + QLatin1String("=\"") + escaped(attribute.value)
-                + QLatin1Char('"');
+            m_text += QByteArray(" ") + attribute.name + "=\"" + escaped(attribute.value) + '"';
     }
-    m_text += QLatin1String(end);
+    m_text += end;
 }
 
 void Markup::close(const char *tag)
 {
-    m_text += QLatin1String("</") + QLatin1String(tag) + QLatin1Char('>');
+    m_text += QByteArray("</") + tag + '>';
+    constexpr int mostInAPiece = 1 << 16;
+    if (m_text.size() >= mostInAPiece)
+        m_pieces.push_back(std::exchange(m_text, {}));
 }

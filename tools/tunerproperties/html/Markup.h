@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <initializer_list>
+#include <vector>
 
 #include <QByteArray>
 #include <QString>
@@ -36,22 +38,25 @@ public:
     /// Without an end tag.
     void voidElement(const char *tag, Attributes attributes);
 
-    /// Puts in what was made apart.
-    void append(const Markup &other) { m_text += other.m_text; }
+    /// Puts in what was made apart, which is empty then.
+    void append(Markup &&other);
 
     /// Source code, as the content of an element in which nothing is markup.
     void source(const char *tag, const QString &code);
 
-    QByteArray utf8() const { return m_text.toUtf8(); }
+    /// In UTF-8, piece by piece.
+    void forEachPiece(const std::function<void(const QByteArray &)> &action) const;
 
 private:
     friend class Tag;
 
-    static QString escaped(const QString &text);
+    static QByteArray escaped(const QString &text);
     void open(const char *tag, Attributes attributes, const char *end = ">");
     void close(const char *tag);
 
-    QString m_text;
+    // A page may be much larger than its document, so it is kept once, in pieces that are never copied.
+    std::vector<QByteArray> m_pieces;
+    QByteArray m_text; // the last one
 };
 
 /// A length or a place in a drawing, as an attribute: a part of the whole.

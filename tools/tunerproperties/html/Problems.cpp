@@ -17,7 +17,7 @@ void showIsolated(Markup &out, const QString &text)
 
 } // namespace
 
-Problems::Problems(const QVector<Finding> &findings) : m_findings(findings)
+Problems::Problems(const Findings &findings) : m_all(findings), m_findings(findings.listed())
 {
     for (int i = 0; i < m_findings.size(); ++i) {
         Spot spot;
@@ -55,9 +55,12 @@ void Problems::showAll(Markup &out) const
     {
         const Tag summary(out, "summary");
         out.element("h2", {},
-                    m_findings.size() == 1 ? QStringLiteral("1 problem")
-                                           : QStringLiteral("%1 problems").arg(m_findings.size()));
+                    m_all.count() == 1 ? QStringLiteral("1 problem")
+                                       : QStringLiteral("%1 problems").arg(m_all.count()));
     }
+    if (m_all.count() > m_findings.size())
+        out.element("p", {{"class", "note"}},
+                    QStringLiteral("The first %1 are listed here and at their objects.").arg(m_findings.size()));
     const Tag list(out, "ol");
     for (int i = 0; i < m_findings.size(); ++i) {
         const Finding &finding = m_findings.at(i);

@@ -37,7 +37,7 @@ private:
 class Problems
 {
 public:
-    explicit Problems(const QVector<Finding> &findings);
+    explicit Problems(const Findings &findings);
 
     bool hasAt(const Spot &spot) const { return m_at.contains(spot.key()); }
 
@@ -47,11 +47,12 @@ public:
     /// Shows those at the object; to be called where the object is shown.
     void show(Markup &out, const Spot &spot);
 
-    /// All of them, with links to those that were shown at their objects.
+    /// All that are listed, and how many there are, with links to those that were shown at their objects.
     void showAll(Markup &out) const;
 
 private:
-    QVector<Finding> m_findings;
+    Findings m_all;
+    QVector<Finding> m_findings; // those of them that are listed
     QHash<QString, QVector<int>> m_at;
     QHash<QString, int> m_from;
     QSet<int> m_shown;

@@ -183,7 +183,7 @@ private:
 class Comparison
 {
 public:
-    QVector<Difference> takeResult() { return std::move(m_result); }
+    explicit Comparison(const std::function<void(const Difference &)> &action) : m_action(action) { }
 
     void compare(const DataObject &first, const DataObject &second, const QString &path)
     {
@@ -236,9 +236,9 @@ private:
             note(Difference::Changed, path, flag(first), flag(second));
             compare(first.GetChild(), second.GetChild(), path);
         } else if (first.IsSet() && !second.IsSet() && after.isEmpty()) {
-            m_result.append({Difference::Removed, path, before, QString()});
+            m_action({Difference::Removed, path, before, QString()});
         } else if (second.IsSet() && !first.IsSet() && before.isEmpty()) {
-            m_result.append({Difference::Added, path, QString(), after});
+            m_action({Difference::Added, path, QString(), after});
         } else {
             const auto whole = [](const MemberView &member, const QString &text) {
                 return QLatin1Char('{') + text + QLatin1Char('}')
@@ -268,8 +268,8 @@ private:
                 compareItem(first, i, second, pairs.ofFirst(i), below(parent, stepsInFirst[i]), moved[i]);
             const QVector<int> here = added.value(i);
             for (const int index : here)
-                m_result.append({Difference::Added, below(parent, stepsInSecond[index]), QString(),
-                                 itemContents(second.GetChild(index))});
+                m_action({Difference::Added, below(parent, stepsInSecond[index]), QString(),
+                          itemContents(second.GetChild(index))});
         }
     }
 
@@ -278,11 +278,11 @@ private:
     {
         const DataObject &item = first.GetChild(i);
         if (pair < 0) {
-            m_result.append({Difference::Removed, path, itemContents(item), QString()});
+            m_action({Difference::Removed, path, itemContents(item), QString()});
             return;
         }
         if (isMoved)
-            m_result.append({Difference::Moved, path, QString::number(i + 1), QString::number(pair + 1)});
+            m_action({Difference::Moved, path, QString::number(i + 1), QString::number(pair + 1)});
         compare(item, second.GetChild(pair), path);
     }
 
@@ -313,10 +313,10 @@ private:
     void note(Difference::Kind kind, const QString &path, const QString &before, const QString &after)
     {
         if (before != after)
-            m_result.append({kind, path, before, after});
+            m_action({kind, path, before, after});
     }
 
-    QVector<Difference> m_result;
+    const std::function<void(const Difference &)> &m_action;
 };
 
 } // namespace
@@ -343,7 +343,13 @@ QString Difference::text() const
 
 QVector<Difference> findDifferences(const DataObject &first, const DataObject &second)
 {
-    Comparison comparison;
-    comparison.compare(first, second, QString());
-    return comparison.takeResult();
+    QVector<Difference> differences;
+    findDifferences(first, second, [&](const Difference &difference) { differences.append(difference); });
+    return differences;
+}
+
+void findDifferences(const DataObject &first, const DataObject &second,
+                     const std::function<void(const Difference &)> &action)
+{
+    Comparison(action).compare(first, second, QString());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+
 #include <QString>
 #include <QVector>
 
@@ -29,3 +31,7 @@ struct Difference
 /// what was added at its place; empty if both are the same as JSON. Items of lists are compared with those that have
 /// the same identity, then with those of the same content; what is left, in the order in which it stands.
 QVector<Difference> findDifferences(const JobXml::DataObject &first, const JobXml::DataObject &second);
+
+/// The same, each as soon as it is found.
+void findDifferences(const JobXml::DataObject &first, const JobXml::DataObject &second,
+                     const std::function<void(const Difference &)> &action);

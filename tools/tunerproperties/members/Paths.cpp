@@ -383,10 +383,13 @@ QString identityOf(const DataObject &object)
 
 QStringList stepsTo(const MemberView &list)
 {
+    // Every path to something in the item repeats it: a longer one would make many paths much larger than the document.
+    constexpr int longestIdentity = 80;
     QStringList identities;
     QHash<QString, int> alike;
     for (int i = 0; i < list.GetSize(); ++i) {
-        identities.append(identityOf(list.GetChild(i)));
+        const QString identity = identityOf(list.GetChild(i));
+        identities.append(identity.size() > longestIdentity ? QString() : identity);
         ++alike[identities.last()];
     }
     QStringList steps;

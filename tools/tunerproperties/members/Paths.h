@@ -23,7 +23,8 @@ public:
 /// of those alike. docs/paths.md tells more.
 namespace Paths {
 
-/// The steps to all items of a list, each of which leads to that item only.
+/// The steps to all items of a list, each of which leads to that item only. An item whose identity is long is told by
+/// its place.
 QStringList stepsTo(const JobXml::MemberView &list);
 
 /// What identifies an object among its siblings: "type=Filter,name=Pre". Null if a text for it is missing. Values are

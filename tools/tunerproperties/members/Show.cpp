@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "members/Show.h"
 
-#include <utility>
-
 #include <QStringList>
 
 #include <jobxml/Visit.h>
@@ -15,96 +13,128 @@ using JobXml::MemberView;
 
 namespace {
 
+using Lines = std::function<void(const QString &line)>;
+
+/// Writes each line as soon as it is complete: an object's own values, then the objects in it.
 class Tree
 {
 public:
-    explicit Tree(const JobXml::TunerProperties &document)
-    {
-        m_lines.append(document.GetObjectName());
-        const QString version = document.GetInitialVersionLoaded();
-        tell(QStringLiteral("Version"), version.isEmpty() ? ValueText::notSet() : Console::quoted(version));
-        showMembers(document);
-    }
+    explicit Tree(const Lines &lines) : m_lines(lines) { }
 
-    QString text() const { return m_lines.join(QLatin1Char('\n')) + QLatin1Char('\n'); }
+    void show(const JobXml::TunerProperties &document)
+    {
+        m_lines(document.GetObjectName());
+        const QString version = document.GetInitialVersionLoaded();
+        writeMember(QStringLiteral("Version"), version.isEmpty() ? ValueText::notSet() : Console::quoted(version));
+        JobXml::visit(document, [this](const MemberView &member) {
+            if (isShownAsValue(member))
+                writeMember(member.GetName(), valueOf(member));
+            else
+                showChildren(member, 1);
+        });
+    }
 
 private:
-    void showMembers(const JobXml::DataObject &object)
+    /// What an object's line tells behind its title.
+    struct Line
     {
-        JobXml::visit(object, [this](const MemberView &member) { show(member); });
-    }
+        QString text;
+        QStringList values;
+        bool hasChildren = false;
+    };
 
-    void show(const MemberView &member)
+    static bool isShownAsValue(const MemberView &member)
     {
         switch (member.GetKind()) {
-        case MemberKind::Choice:
-            break; // seen by the alternative that is shown
+        case MemberKind::Choice: // seen by the alternative that is shown
         case MemberKind::Alternative:
-            if (member.IsChosen() && member.IsSet() && member.GetSize() != 0)
-                showAlternative(member);
-            break;
         case MemberKind::Object:
-            if (member.IsSet() && member.GetSize() != 0)
-                showChild(member.GetName(), member.GetChild());
-            break;
+            return false;
         case MemberKind::ObjectList:
-            for (int i = 0; i < member.GetSize(); ++i)
-                showChild(member.GetName() + QStringLiteral(" %1").arg(i + 1), member.GetChild(i));
-            if (member.GetSize() == 0)
-                tell(member.GetName(), member.IsSet() ? QStringLiteral("[]") : ValueText::notSet());
-            break;
+            return member.GetSize() == 0;
         default:
-            tell(member.GetName(), ValueText::ofMember(member));
+            return true;
         }
     }
 
-    // A choice and what is chosen share a line.
-    void showAlternative(const MemberView &member)
+    static QString valueOf(const MemberView &member)
     {
-        m_holdsSomething = true;
-        m_lines[m_line] += QLatin1String(" / ") + member.GetName();
-        showMembers(member.GetChild());
+        if (member.GetKind() != MemberKind::ObjectList)
+            return ValueText::ofMember(member);
+        return member.IsSet() ? QStringLiteral("[]") : ValueText::notSet();
     }
 
-    void showChild(const QString &title, const JobXml::DataObject &child)
+    static bool isShownAlternative(const MemberView &member)
     {
-        const int outerLine = std::exchange(m_line, m_lines.size());
-        const QStringList outerValues = std::exchange(m_values, {});
-        m_lines.append(indentation() + title);
-        m_holdsSomething = false;
-        ++m_depth;
+        return member.GetKind() == MemberKind::Alternative && member.IsChosen() && member.IsSet()
+            && member.GetSize() != 0;
+    }
+
+    static bool isShownObject(const MemberView &member)
+    {
+        return member.GetKind() == MemberKind::Object && member.IsSet() && member.GetSize() != 0;
+    }
+
+    static void addTo(Line &line, const JobXml::DataObject &object)
+    {
+        JobXml::visit(object, [&](const MemberView &member) {
+            if (isShownAlternative(member)) { // a choice and what is chosen share a line
+                line.text += QLatin1String(" / ") + member.GetName();
+                line.hasChildren = true;
+                addTo(line, member.GetChild());
+            } else if (isShownAsValue(member)) {
+                line.values.append(member.GetName() + QLatin1Char(' ') + valueOf(member));
+            } else if (isShownObject(member) || member.GetKind() == MemberKind::ObjectList) {
+                line.hasChildren = true;
+            }
+        });
+    }
+
+    void showChild(const QString &title, const JobXml::DataObject &child, int depth)
+    {
+        Line line;
+        line.text = indentation(depth) + title;
         if (child.IsInitialized())
-            showMembers(child);
-        --m_depth;
-        if (!m_values.isEmpty())
-            m_lines[m_line] += QStringLiteral(": ") + m_values.join(QStringLiteral(", "));
-        else if (!m_holdsSomething)
-            m_lines[m_line] += QStringLiteral(": (empty)");
-        m_holdsSomething = true; // the parent does
-        m_line = outerLine;
-        m_values = outerValues;
+            addTo(line, child);
+        if (!line.values.isEmpty())
+            line.text += QStringLiteral(": ") + line.values.join(QStringLiteral(", "));
+        else if (!line.hasChildren)
+            line.text += QStringLiteral(": (empty)");
+        m_lines(line.text);
+        if (child.IsInitialized())
+            showChildrenOf(child, depth + 1);
     }
 
-    QString indentation() const { return QString(2 * (m_depth + 1), QLatin1Char(' ')); }
-
-    void tell(const QString &name, const QString &text)
+    void showChildrenOf(const JobXml::DataObject &object, int depth)
     {
-        if (m_depth == 0)
-            m_lines.append(indentation() + name + QStringLiteral(": ") + text);
-        else
-            m_values.append(name + QLatin1Char(' ') + text);
+        JobXml::visit(object, [&](const MemberView &member) { showChildren(member, depth); });
     }
 
-    QStringList m_lines;
-    QStringList m_values; // of the object whose line is m_line
-    int m_line = 0;
-    int m_depth = 0;
-    bool m_holdsSomething = false; // the object whose line is m_line, in other objects
+    void showChildren(const MemberView &member, int depth)
+    {
+        if (isShownAlternative(member)) {
+            showChildrenOf(member.GetChild(), depth);
+        } else if (isShownObject(member)) {
+            showChild(member.GetName(), member.GetChild(), depth);
+        } else if (member.GetKind() == MemberKind::ObjectList) {
+            for (int i = 0; i < member.GetSize(); ++i)
+                showChild(member.GetName() + QStringLiteral(" %1").arg(i + 1), member.GetChild(i), depth);
+        }
+    }
+
+    void writeMember(const QString &name, const QString &text)
+    {
+        m_lines(indentation(1) + name + QStringLiteral(": ") + text);
+    }
+
+    static QString indentation(int depth) { return QString(2 * depth, QLatin1Char(' ')); }
+
+    const Lines &m_lines;
 };
 
 } // namespace
 
-QString show(const JobXml::TunerProperties &document)
+void show(const JobXml::TunerProperties &document, const std::function<void(const QString &line)> &lines)
 {
-    return Tree(document).text();
+    Tree(lines).show(document);
 }

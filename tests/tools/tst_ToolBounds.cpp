@@ -1,0 +1,475 @@
+// SPDX-License-Identifier: MIT
+#include <functional>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QtEndian>
+
+#include "Heap.h"
+#include "tools/Tool.h"
+
+namespace {
+
+// --- Documents that are small and cause much
+// ---------------------------------------------------------------------------
+
+QByteArray word(int number)
+{
+    QByteArray bytes(4, Qt::Uninitialized);
+    qToBigEndian<qint32>(number, bytes.data());
+    return bytes;
+}
+
+QByteArray record(const char *tag, const QByteArray &payload)
+{
+    return QByteArray::fromHex(tag) + word(payload.size()) + payload;
+}
+
+QByteArray textRecord(const char *tag, const QByteArray &text)
+{
+    return record(tag, word(text.size()) + text);
+}
+
+/// A list of one item.
+QByteArray listOf(const char *tag, const QByteArray &item)
+{
+    return record(tag, word(1) + word(item.size()) + item);
+}
+
+/// A list of items without anything in them: four bytes each.
+QByteArray emptyItems(const char *tag, int count)
+{
+    return record(tag, word(count) + QByteArray(4 * count, '\0'));
+}
+
+constexpr char bandwidthTag[] = "C2483BA3";
+constexpr char componentTag[] = "66BA8E61";
+constexpr char nodeTag[] = "C5E53936";
+constexpr char valueItemTag[] = "4F71131F";
+constexpr char rangeTag[] = "07114506"; // a ValueNumericInt
+constexpr char selectionTag[] = "AA5F786F";
+constexpr char selectionItemTag[] = "4FB19F31";
+constexpr char textListTag[] = "491ED6FE";
+constexpr char textItemTag[] = "2940EBDD";
+
+QByteArray document(const QByteArray &members)
+{
+    const QByteArray version = QByteArray::fromHex("CCFEDFA1 0000000A 00000006 0031002E0031");
+    return record("C10CBB5F", version + textRecord("A1F0EE2D", "SCP") + textRecord("E0CFAE8E", "b") + members);
+}
+
+QByteArray component(const QByteArray &members)
+{
+    return listOf(componentTag, textRecord("0BAD2053", "t") + textRecord("CB4CF645", "c") + members);
+}
+
+QByteArray node(const QByteArray &members)
+{
+    return component(listOf(nodeTag, textRecord("2B262DC9", "n") + members));
+}
+
+/// Values whose choice is a value without anything in it: twelve bytes each.
+QByteArray emptyValues(const char *tag, int count)
+{
+    return node(record(valueItemTag, word(count) + (word(8) + record(tag, {})).repeated(count)));
+}
+
+/// The same in the compressed form. qCompress() puts the size in front, as that form does.
+QByteArray compressed(const QByteArray &representation)
+{
+    const QByteArray payload = qCompress(representation, 9);
+    return "RGZ1" + word(payload.size()) + payload;
+}
+
+QByteArray xml(const QByteArray &content, const QByteArray &version = "1.1")
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<TunerProperties Version=\"" + version
+        + "\" type=\"SCP\" baseresource=\"b\">" + content + "</TunerProperties>\n";
+}
+
+/// A component with a name of 100,000 characters, and 10,000 nodes.
+QByteArray longName(const QByteArray &nodeElement)
+{
+    return xml("<Component type=\"t\" name=\"" + QByteArray(100000, 'x') + "\">" + nodeElement.repeated(10000)
+               + "</Component>");
+}
+
+// --- Running the tool
+// --------------------------------------------------------------------------------------------------
+
+/// What a run took and left.
+struct Cost
+{
+    int status = -1;
+    qint64 outSize = 0;
+    QByteArray out; // its first 64 KiB
+    QByteArray err;
+    qint64 memory = 0; // the most that was resident, in bytes
+};
+
+Cost costOf(const Workshop &shop, const QStringList &arguments)
+{
+    QList<QByteArray> words = {QByteArrayLiteral(TOOL_PROGRAM)};
+    for (const QString &argument : arguments)
+        words.append(QFile::encodeName(argument));
+    std::vector<char *> argv;
+    for (QByteArray &word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
+    const QByteArray folder = QFile::encodeName(shop.path(QStringLiteral(".")));
+    const QByteArray errors = QFile::encodeName(shop.path(QStringLiteral("errors")));
+    int out[2] = {-1, -1};
+    Cost cost;
+    if (pipe(out) != 0)
+        return cost;
+    const pid_t child = fork();
+    if (child == 0) {
+        const int err = open(errors.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        if (err >= 0 && dup2(out[1], STDOUT_FILENO) >= 0 && dup2(err, STDERR_FILENO) >= 0
+            && chdir(folder.constData()) == 0) {
+            close(out[0]);
+            close(out[1]);
+            execv(argv.front(), argv.data());
+        }
+        _exit(127);
+    }
+    close(out[1]);
+    constexpr int kept = 1 << 16;
+    QByteArray buffer(kept, Qt::Uninitialized);
+    ssize_t size = 0;
+    while ((size = read(out[0], buffer.data(), std::size_t(buffer.size()))) > 0) {
+        cost.outSize += size;
+        cost.out += buffer.left(std::min(int(size), kept - cost.out.size()));
+    }
+    close(out[0]);
+    int status = 0;
+    rusage usage = {};
+    if (wait4(child, &status, 0, &usage) == child && WIFEXITED(status))
+        cost.status = WEXITSTATUS(status);
+    cost.err = shop.read(QStringLiteral("errors"));
+    cost.memory = qint64(usage.ru_maxrss) * 1024;
+    return cost;
+}
+
+constexpr qint64 MiB = 1 << 20;
+
+} // namespace
+
+/// What each command may write and take, for inputs that are made to make it write and take much. RELIABILITY.md states
+/// the same bounds.
+class ToolBoundsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_shop = std::make_unique<Workshop>(); }
+    void cleanup() { m_shop.reset(); }
+
+    void aLongNameIsShortenedInThePathsOfProblems();
+    void aLongNameIsShortenedInTheJsonOfProblems();
+    void aLongNameIsShortenedInThePathsOfDifferences();
+    void aLongMessageIsShortened();
+    void theFirstHundredProblemsAreListedAndAllCounted();
+    void moreProblemsAreListedOnRequest();
+    void problemsOfTheXmlReaderAreCountedToo();
+    void aWrongNumberOfProblemsIsWrongUsage();
+    void compressedDataThatExpandTooFarAreRefused_data();
+    void compressedDataThatExpandTooFarAreRefused();
+    void aLimitOnExpansionCanBeRaised();
+    void aWrongLimitOnExpansionIsWrongUsage();
+    void everyExampleExpandsWithinTheLimit();
+    void bandwidthsOfEverySizeMakeASmallPage();
+    void resultsOfManyFilesTakeLittleMemory_data();
+    void resultsOfManyFilesTakeLittleMemory();
+    void aLongVersionIsNotReadAgainForEachElement();
+    void outputAndMemoryFollowTheSizeOfTheInput_data();
+    void outputAndMemoryFollowTheSizeOfTheInput();
+
+private:
+    void checkMemory(const Cost &cost, qint64 most)
+    {
+#ifdef HEAP_OF_A_SANITIZER
+        Q_UNUSED(cost)
+        Q_UNUSED(most)
+#else
+        QVERIFY2(cost.memory <= most, qPrintable(QStringLiteral("%1 > %2").arg(cost.memory).arg(most)));
+#endif
+    }
+
+    std::unique_ptr<Workshop> m_shop;
+};
+
+void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
+{
+    m_shop->write(QStringLiteral("in.xml"), longName("<Node/>"));
+    const Cost cost = costOf(*m_shop, line("validate in.xml"));
+    QCOMPARE(cost.status, 1);
+    const QList<QByteArray> lines = cost.out.split('\n');
+    QCOMPARE(lines.size(), 102); // the last one is empty
+    // `Component "` and 49 characters are 60.
+    QCOMPARE(lines[0],
+             "in.xml: Component 1 \"" + QByteArray(49, 'x')
+                 + "\xE2\x80\xA6\" / Node 1: Node: Please set ValueItem properly.");
+    // Two for each node, and the component is not told whether it is optional.
+    QCOMPARE(lines[100],
+             QByteArray("in.xml: 20001 problems, of which the first 100 are listed; --max-problems changes that"));
+    checkMemory(cost, 64 * MiB);
+
+    // The whole name is where the place leads to.
+    const Cost name = costOf(*m_shop, line("get in.xml Component[1]/name"));
+    QCOMPARE(name.outSize, qint64(100001));
+}
+
+void ToolBoundsTest::aLongNameIsShortenedInTheJsonOfProblems()
+{
+    m_shop->write(QStringLiteral("in.xml"), longName("<Node/>"));
+    const Cost cost = costOf(*m_shop, line("validate --json --max-problems 1 in.xml"));
+    QCOMPARE(cost.status, 1);
+    QCOMPARE(cost.out,
+             R"({"file":"in.xml","status":"problems","problems":[{"path":["Component 1 \")" + QByteArray(49, 'x')
+                 + "\xE2\x80\xA6\\\"\","
+                   R"("Node 1"],"line":null,"column":null,"message":"Node: Please set ValueItem properly."}],)"
+                   R"("problemCount":20001,"error":null})"
+                   "\n");
+}
+
+void ToolBoundsTest::aLongNameIsShortenedInThePathsOfDifferences()
+{
+    m_shop->write(QStringLiteral("old.xml"), longName("<Node id=\"a\"/>"));
+    m_shop->write(QStringLiteral("new.xml"), longName("<Node id=\"b\"/>"));
+    const Cost cost = costOf(*m_shop, line("diff old.xml new.xml"));
+    QCOMPARE(cost.status, 0);
+    const QList<QByteArray> lines = cost.out.split('\n');
+    QCOMPARE(lines[0], QByteArray("+ Component[1]/Node[id=b][1]"));
+    QVERIFY2(cost.outSize < 20000 * 40, qPrintable(QString::number(cost.outSize)));
+    checkMemory(cost, 64 * MiB);
+}
+
+void ToolBoundsTest::aLongMessageIsShortened()
+{
+    m_shop->write(QStringLiteral("in.xml"), xml('<' + QByteArray(3000, 'e') + "/>"));
+    const Cost cost = costOf(*m_shop, line("validate in.xml"));
+    QCOMPARE(cost.status, 1);
+    QVERIFY2(cost.outSize < 1024, qPrintable(QString::number(cost.outSize)));
+    QVERIFY2(cost.out.contains("e' in 'TunerProperties'"), cost.out.constData());
+}
+
+void ToolBoundsTest::theFirstHundredProblemsAreListedAndAllCounted()
+{
+    m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 20000))));
+    const Cost cost = costOf(*m_shop, line("validate in.tpb"));
+    QCOMPARE(cost.status, 1);
+    QCOMPARE(cost.out.count('\n'), 101);
+    QVERIFY2(
+        cost.out.endsWith("in.tpb: 40001 problems, of which the first 100 are listed; --max-problems changes that\n"),
+        cost.out.constData());
+    // Exactly as many as are listed need no last line.
+    m_shop->write(QStringLiteral("few.tpb"), document(component(emptyItems(nodeTag, 2))));
+    QCOMPARE(costOf(*m_shop, line("validate --max-problems 5 few.tpb")).out.count('\n'), 5);
+    QCOMPARE(costOf(*m_shop, line("validate few.tpb")).out.count('\n'), 5);
+}
+
+void ToolBoundsTest::moreProblemsAreListedOnRequest()
+{
+    m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 100))));
+    QCOMPARE(costOf(*m_shop, line("validate --max-problems 1000 in.tpb")).out.count('\n'), 201);
+    const Cost converted = costOf(*m_shop, line("convert --max-problems 2 in.tpb out.xml"));
+    QCOMPARE(converted.status, 1);
+    QCOMPARE(converted.err,
+             QByteArray("tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set ValueItem properly.\n"
+                        "tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set id properly.\n"
+                        "tunerproperties: in.tpb: 201 problems, of which the first 2 are listed; --max-problems "
+                        "changes that\n"));
+}
+
+void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
+{
+    m_shop->write(QStringLiteral("in.xml"), xml(QByteArray("<a/>").repeated(3000)));
+    const Cost cost = costOf(*m_shop, line("validate --max-problems 1 in.xml"));
+    QCOMPARE(cost.status, 1);
+    QCOMPARE(cost.out,
+             QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'.\n"
+                        "in.xml: 3001 problems, of which the first 1 are listed; --max-problems changes that\n"));
+}
+
+void ToolBoundsTest::aWrongNumberOfProblemsIsWrongUsage()
+{
+    for (const char *number : {"0", "-1", "many", "2147483648"}) {
+        const Run run = m_shop->run({QStringLiteral("validate"),
+                                     QStringLiteral("--max-problems=") + QLatin1String(number), QStringLiteral("x")});
+        QCOMPARE(run.status, 2);
+        QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0),
+                 QStringLiteral("tunerproperties: --max-problems must be a number from 1 to 2147483647, not '%1'")
+                     .arg(QLatin1String(number)));
+    }
+}
+
+void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const char *command :
+         {"validate in.tpz", "validate --from tagged in.tpz", "convert in.tpz out.xml",
+          "convert --no-validate in.tpz out.json", "diff in.tpz in.tpz", "show in.tpz", "show --format json in.tpz",
+          "show --format html in.tpz", "get in.tpz name", "set in.tpz name x"})
+        QTest::newRow(command) << QString::fromUtf8(command);
+}
+
+void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused()
+{
+    QFETCH(QString, command);
+    const QByteArray expanded = document(emptyItems(componentTag, 1000000));
+    const QByteArray in = compressed(expanded);
+    QCOMPARE(expanded.size(), 4000066);
+    QVERIFY(in.size() < 4096);
+    m_shop->write(QStringLiteral("in.tpz"), in);
+    const Cost cost = costOf(*m_shop, command.split(QLatin1Char(' ')));
+    QCOMPARE(cost.status, 3);
+    QCOMPARE(cost.out, QByteArray());
+    QCOMPARE(cost.err,
+             "tunerproperties: in.tpz: " + QByteArray::number(in.size())
+                 + " compressed bytes declare 4000066 bytes, more than 100 times as many; --max-expansion changes the "
+                   "limit\n");
+    QCOMPARE(m_shop->read(QStringLiteral("in.tpz")), in);
+    checkMemory(cost, 64 * MiB); // what is resident in this program counts for the one that it starts
+}
+
+void ToolBoundsTest::aLimitOnExpansionCanBeRaised()
+{
+    m_shop->write(QStringLiteral("in.tpz"), compressed(document(component(emptyItems(nodeTag, 20000)))));
+    QCOMPARE(costOf(*m_shop, line("get in.tpz type")).status, 3);
+    const Cost cost = costOf(*m_shop, line("get --max-expansion 1100 in.tpz type"));
+    QCOMPARE(cost.status, 0);
+    QCOMPARE(cost.out, QByteArray("SCP\n"));
+    QCOMPARE(costOf(*m_shop, line("validate --max-expansion 1100 in.tpz")).status, 1);
+}
+
+void ToolBoundsTest::aWrongLimitOnExpansionIsWrongUsage()
+{
+    const Run run = m_shop->run(line("show --max-expansion 1101 x"));
+    QCOMPARE(run.status, 2);
+    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0),
+             QStringLiteral("tunerproperties: --max-expansion must be a number from 1 to 1100, not '1101'"));
+}
+
+void ToolBoundsTest::everyExampleExpandsWithinTheLimit()
+{
+    for (const QString &name : exampleNames()) {
+        QCOMPARE(costOf(*m_shop, {QStringLiteral("convert"), examplePath(name), QStringLiteral("out.tpz")}).status, 0);
+        // Even within a tenth of it.
+        QCOMPARE(costOf(*m_shop, line("validate --max-expansion 10 out.tpz")).status, 0);
+    }
+}
+
+void ToolBoundsTest::bandwidthsOfEverySizeMakeASmallPage()
+{
+    constexpr int count = 3000;
+    QByteArray bandwidths;
+    for (int i = 0; i < count; ++i) {
+        const QByteArray number = i == 0 ? QByteArray("1e-300") : i == 1 ? QByteArray("1e308") : QByteArray("1");
+        bandwidths += "<BandwidthSelection Name=\"n\" MaxBandwidth=\"" + number + "\"/>";
+    }
+    m_shop->write(QStringLiteral("in.xml"), xml(bandwidths));
+    const Cost cost = costOf(*m_shop, line("show --format html in.xml"));
+    QCOMPARE(cost.status, 0);
+    QVERIFY2(cost.outSize < count * 1500, qPrintable(QString::number(cost.outSize)));
+    checkMemory(cost, 64 * MiB);
+}
+
+void ToolBoundsTest::resultsOfManyFilesTakeLittleMemory_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::newRow("as lines") << "";
+    QTest::newRow("quietly") << " --quiet";
+    QTest::newRow("as JSON") << " --json";
+}
+
+void ToolBoundsTest::resultsOfManyFilesTakeLittleMemory()
+{
+    QFETCH(QString, options);
+    m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 1000))));
+    QStringList arguments = (QStringLiteral("validate --jobs 4") + options).split(QLatin1Char(' '));
+    for (int i = 0; i < 40; ++i)
+        arguments.append(QStringLiteral("in.tpb"));
+    const Cost cost = costOf(*m_shop, arguments);
+    QCOMPARE(cost.status, 1);
+    QVERIFY2(cost.outSize <= 40 * 20000, qPrintable(QString::number(cost.outSize)));
+    QCOMPARE(cost.outSize == 0, options == QLatin1String(" --quiet"));
+    checkMemory(cost, 64 * MiB);
+}
+
+// It was: 100,000 characters for each of the elements, which took minutes.
+void ToolBoundsTest::aLongVersionIsNotReadAgainForEachElement()
+{
+    m_shop->write(QStringLiteral("in.xml"), xml(QByteArray("<a/>").repeated(5000), QByteArray(100000, '1')));
+    const Cost cost = costOf(*m_shop, line("validate --max-problems 1 in.xml"));
+    QCOMPARE(cost.status, 1);
+    QVERIFY2(cost.out.contains("in.xml: 5001 problems"), cost.out.constData());
+}
+
+void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
+{
+    QTest::addColumn<QByteArray>("in");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<int>("outPerByte");
+    QTest::addColumn<int>("memoryPerByte");
+    constexpr int count = 5000;
+    const struct
+    {
+        const char *name;
+        QByteArray bytes;
+    } documents[] = {
+        {"bandwidths", document(emptyItems(bandwidthTag, count) + component(emptyItems(nodeTag, 1)))},
+        {"components", document(emptyItems(componentTag, count))},
+        {"nodes", document(component(emptyItems(nodeTag, count)))},
+        {"items", document(node(emptyItems(valueItemTag, count)))},
+        {"ranges", document(emptyValues(rangeTag, count))},
+        {"selections", document(emptyValues(selectionTag, count))},
+        {"options", document(node(listOf(valueItemTag, record(selectionTag, emptyItems(selectionItemTag, count)))))},
+        {"texts", document(node(listOf(valueItemTag, record(textListTag, emptyItems(textItemTag, count)))))},
+    };
+    // As RELIABILITY.md has them.
+    const struct
+    {
+        const char *command;
+        int outPerByte;
+        int memoryPerByte;
+    } commands[] = {{"validate in.tpb", 1, 60},
+                    {"convert --no-validate in.tpb out.xml", 0, 120},
+                    {"convert --no-validate in.tpb out.json", 0, 120},
+                    {"diff small.xml in.tpb", 100, 120},
+                    {"show in.tpb", 40, 60},
+                    {"show --format json in.tpb", 20, 120},
+                    {"show --format html in.tpb", 250, 300},
+                    {"set --no-validate in.tpb name x", 0, 200}};
+    for (const auto &document : documents) {
+        for (const auto &command : commands) {
+            QTest::addRow("%s: %s", document.name, command.command)
+                << document.bytes << QString::fromUtf8(command.command) << command.outPerByte << command.memoryPerByte;
+        }
+    }
+}
+
+void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput()
+{
+    QFETCH(QByteArray, in);
+    QFETCH(QString, command);
+    QFETCH(int, outPerByte);
+    QFETCH(int, memoryPerByte);
+    constexpr qint64 usualOutput = 1 << 16; // styles and script of a page, a hundred problems
+    m_shop->write(QStringLiteral("in.tpb"), in);
+    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    // The page brings its resources, and set reads the document a second time.
+    const qint64 usualMemory = costOf(*m_shop, line("show --format html small.xml")).memory + 3 * MiB;
+    const Cost cost = costOf(*m_shop, command.split(QLatin1Char(' ')));
+    QVERIFY2(cost.status == 0 || (cost.status == 1 && command.startsWith(QLatin1String("validate"))),
+             cost.err.constData());
+    const qint64 mostOutput = usualOutput + in.size() * outPerByte;
+    QVERIFY2(cost.outSize <= mostOutput, qPrintable(QStringLiteral("%1 > %2").arg(cost.outSize).arg(mostOutput)));
+    checkMemory(cost, usualMemory + qint64(in.size()) * memoryPerByte);
+}
+
+QTEST_GUILESS_MAIN(ToolBoundsTest)
+#include "tst_ToolBounds.moc"
