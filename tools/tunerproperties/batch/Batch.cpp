@@ -54,7 +54,7 @@ struct Batch::Told
 
     static std::int64_t size(const Told &told)
     {
-        constexpr int characterSize = 2;
+        constexpr std::int64_t characterSize = 2;
         return std::accumulate(told.complaints.begin(), told.complaints.end(), std::int64_t(told.results.size()),
                                [](std::int64_t sum, const QString &text) { return sum + characterSize * text.size(); });
     }
