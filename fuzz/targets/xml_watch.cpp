@@ -172,7 +172,8 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     } else {
         // A reader that meets a fault may drop the texts, or the whole piece of the document, in front of it.
         const bool isFaulty = !plain.error.isEmpty();
-        const int common = isFaulty ? std::min(watched.tokens.size() - 1, plain.tokens.size()) : watched.tokens.size();
+        const int common =
+            isFaulty ? std::clamp(watched.tokens.size() - 1, 0, plain.tokens.size()) : watched.tokens.size();
         require(watched.tokens.mid(0, common) == plain.tokens.mid(0, common),
                 "what is in front of a refusal is read as it is");
         // The reader takes declarations that are none, and does not show them.
