@@ -67,7 +67,7 @@ run_target() { # TARGET
     json | paths | command_line) dictionary=fuzz/dictionaries/$1.dict ;;
     esac
     mkdir -p "$corpus"
-    if ! "$(program "$1")" "${limits[@]}" -max_total_time="$seconds" -print_final_stats=1 -dict=$dictionary \
+    if ! "$(program "$1")" "${limits[@]}" -max_total_time="$seconds" -print_final_stats=1 -dict="$dictionary" \
         -artifact_prefix="$findings/$1-" "$corpus" "fuzz/corpus/$1" >"$log" 2>&1; then
         found "$log"
         return 1
