@@ -30,7 +30,7 @@ struct ReadLimits
     bool acceptCompressed = true;
 
     /// Limits for programs that read data of unknown origin: 4 MiB as received and 4 MiB expanded. The largest example
-    /// document takes a thousandth of that.
+    /// document takes less than a hundredth of that.
     static constexpr ReadLimits forUntrustedData() noexcept { return {qint64(4) << 20, qint64(4) << 20, true}; }
 };
 
