@@ -34,7 +34,7 @@ def with_examples(lines):
     parts = examples()
     result = []
     for i, line in enumerate(lines):
-        if line[:1].isalpha() and i > 0 and lines[i - 1].startswith("///"):
+        if (line[:1].isalpha() or line.startswith("[[")) and i > 0 and lines[i - 1].startswith("///"):
             declaration = re.split(r"[;{]", "".join(lines[i:]), maxsplit=1)[0]
             name = re.match(r"(?:class|struct)\s(?:[A-Z_]+\s)?(\w+)", declaration) or re.search(r"(\w+)\(", declaration)
             file = parts.pop(name[1], None) if name else None

@@ -309,8 +309,8 @@ class Source:
                 other = {"0": "1", "1": "0", "0.0": "1.0", "0.0F": "1.0F", "false": "true", "true": "false"}.get(value)
                 if other:
                     self._add("default", (start, end, other))
-                elif "QStringLiteral" in value:
-                    self._string("default", start + len("QStringLiteral("), end - 1)
+                elif literal := re.search(r'\b(?:QStringLiteral|ownText)\(("[^"]*")\)', value):
+                    self._string("default", start + literal.start(1), start + literal.end(1))
                 else:
                     self._add("default", (start, end, f"{field['type']}(0)"))
 

@@ -198,8 +198,10 @@ QString headCutOff(qint64 available)
 
 QString wrongLeadingWord(quint32 found, quint32 expected, const QString &objectName)
 {
-    const QString text = ownText("the leading word is ") + hexWord(found) + ownText(", not ") + hexWord(expected);
-    return objectName.isNull() ? text : text + ownText(" (") + objectName + ownText(")");
+    if (objectName.isNull())
+        return ownText("the leading word is ") + hexWord(found) + ownText(", not ") + hexWord(expected);
+    return ownText("the leading word is ") + hexWord(found) + ownText(", not ") + hexWord(expected) + ownText(" (")
+        + objectName + ownText(")");
 }
 
 QString tooLarge(qint64 size, qint64 limit)

@@ -87,6 +87,7 @@ struct Versions
 {
     QString own = currentVersion;
     QString loaded;
+    bool isOlder = true; // what was loaded; kept, because each unknown element asks and a version may be long
 };
 
 struct TunerPropertiesData
@@ -384,14 +385,15 @@ QString TunerProperties::GetInitialVersionLoaded() const
 
 bool TunerProperties::isOlder() const
 {
-    const Versions &versions = versionsOf(block());
-    return versions.own.toFloat() > versions.loaded.toFloat(); // what is no number counts as 0
+    return versionsOf(block()).isOlder;
 }
 
 void TunerProperties::takeVersion(const QString &version)
 {
-    versionsOf(block()).loaded = version;
-    if (isOlder())
+    Versions &versions = versionsOf(block());
+    versions.loaded = version;
+    versions.isOlder = versions.own.toFloat() > version.toFloat(); // what is not a number counts as 0
+    if (versions.isOlder)
         ResetToDefault();
 }
 

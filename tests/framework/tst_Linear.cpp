@@ -138,6 +138,7 @@ private Q_SLOTS:
         QTest::newRow("merge") << 10;
         QTest::newRow("find problems") << 11;
         QTest::newRow("read XML by a derived class") << 12;
+        QTest::newRow("read XML with a long version") << 13;
     }
 
     void everyOperationIsLinear()
@@ -263,6 +264,15 @@ private:
         case 11:
             QVERIFY(m_documents[which].GetProblems().isEmpty());
             break;
+        case 13: {
+            const int elements = which == 0 ? 2000 : 20000;
+            const QString version = QLatin1String("0.") + QString(5 * elements, QLatin1Char('0'));
+            readXml(document,
+                    QStringLiteral("<TunerProperties Version=\"%1\">").arg(version)
+                        + QStringLiteral("<unknown/>").repeated(elements) + QStringLiteral("</TunerProperties>"));
+            QCOMPARE(document.GetInitialVersionLoaded(), version);
+            break;
+        }
         default: {
             WalkedComponent component;
             readXml(component, m_xmlOfComponents[which]);

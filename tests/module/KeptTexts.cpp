@@ -11,6 +11,7 @@
 
 #include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
+#include <reportbase/RepresentationSplitter.h>
 #include <reportbase/SaveFile.h>
 #include <tavikappstartup/TranslationCenter.h>
 
@@ -20,6 +21,13 @@
 using namespace JobXml;
 
 namespace {
+
+/// Ends the program if a text that is to be kept could not be made.
+void require(bool isDone)
+{
+    if (!isDone)
+        qFatal("KeptTexts: an object could not be read");
+}
 
 /// A text of this plug-in's that owns its characters: texts that the libraries merely pass on are not their own.
 QString own(const char *utf8)
@@ -117,6 +125,7 @@ void keepObject(Keeper &keeper, Object &object)
     for (const Problem &problem : problems) {
         keeper.keep("DataObject::GetProblems", problem.message);
         keeper.keep("Problem::message", problem.message);
+        keeper.keep("Problem::member", problem.member);
         keeper.keep("Place::path", "Step::member", problem);
     }
     QString shown;
@@ -145,12 +154,12 @@ void keepClass(Keeper &keeper, const char *objectName, Fill fill, KeepTexts keep
         keepAll(original);
 
         Object fromXml;
-        fromXml.SetXmlString(original.GetXmlString(), false);
+        require(fromXml.SetXmlString(original.GetXmlString(), false));
         keepAll(fromXml);
         Object fromRecord;
         fromRecord.SetValidate(false);
         QByteArray record = original.GetBinaryRepresentationAsQByteArray();
-        fromRecord.SetBinaryRepresentation(record);
+        require(fromRecord.SetBinaryRepresentation(record));
         keepAll(fromRecord);
         Object fromSnapshot;
         fromSnapshot.SetValidate(false);
@@ -288,7 +297,7 @@ void keepTuner(Keeper &keeper)
         keeper.keep("TunerProperties::trUtf8", TunerProperties::trUtf8("", nullptr, -1));
     });
     TunerProperties withoutVersion;
-    withoutVersion.SetXmlString(own("<TunerProperties/>"), false);
+    require(withoutVersion.SetXmlString(own("<TunerProperties/>"), false));
     keeper.keep("TunerProperties::GetInitialVersionLoaded", withoutVersion.GetInitialVersionLoaded());
     keeper.keep("Place::below", "Step::member",
                 Place().below(own("a label"), {TunerProperties::Gettypes().first(), 0}));
@@ -350,7 +359,7 @@ void keepExceptions(Keeper &keeper)
     });
     keeper.keepThrown("Errors::emptyBoolean", [] { readXml(*std::make_unique<ValueBoolean>(), own("<v value=''/>")); });
     keeper.keepThrown("Errors::unknownElement", [] {
-        TunerProperties().SetXmlString(own("<TunerProperties Version='1.1'><Other/></TunerProperties>"), true);
+        require(TunerProperties().SetXmlString(own("<TunerProperties Version='1.1'><Other/></TunerProperties>"), true));
     });
     keeper.keepThrown("Errors::wrongLength", [] { readRecord(*std::make_unique<Node>(), bytes("00000001 00")); });
     keeper.keepThrown("Errors::invalidChoice", [] { ValueItem().InitChoice(ValueItem::ChoiceValueItem::None); });
@@ -425,6 +434,39 @@ void keepLoadFailures(Keeper &keeper)
     keeper.keep("WriteAll", REPORTGENERATOR::WriteAll(file, QByteArray("content")));
 }
 
+void keepSplitter(Keeper &keeper)
+{
+    using REPORTGENERATOR::ReadLimits;
+    using REPORTGENERATOR::RepresentationSplitter;
+    TunerProperties document;
+    document.SetValidate(false);
+    const QByteArray representation = document.GetBinaryRepresentationAsQByteArray();
+    RepresentationSplitter splitter(TunerProperties::GetId());
+    KEEP(RepresentationSplitter, splitter, GetErrorString);
+    splitter.Append(representation);
+    const auto taken = splitter.Take();
+    require(taken.has_value());
+    keeper.keep("RepresentationSplitter::Take", *taken);
+    const auto keepRefusal = [&](const QByteArray &received, const ReadLimits &limits) {
+        RepresentationSplitter refusing(TunerProperties::GetId(), limits);
+        refusing.Append(received);
+        require(!refusing.Take().has_value() && !refusing.GetErrorString().isNull());
+        KEEP(RepresentationSplitter, refusing, GetErrorString);
+    };
+    ReadLimits plainOnly;
+    plainOnly.acceptCompressed = false;
+    keepRefusal(bytes("00000000 00000000"), {});
+    keepRefusal(bytes("C10CBB5F 80000000"), {});
+    keepRefusal(bytes("C10CBB5F 7FFFFFFF"), {});
+    keepRefusal(document.GetCompressedBinaryRepresentationAsQByteArray(9), plainOnly);
+
+    QString error; // the text of GetErrorString() of an object that nobody sees
+    require(!TunerProperties::fromXml(own("<a/>"), &error).has_value());
+    keeper.keep("IRGObject::GetErrorString", error);
+    require(!TunerProperties::fromBinary(QByteArray(), &error).has_value());
+    keeper.keep("IRGObject::GetErrorString", error);
+}
+
 void keepRegistry(Keeper &keeper)
 {
     TranslationCenter &registry = TranslationCenter::Instance();
@@ -442,5 +484,6 @@ extern "C" Q_DECL_EXPORT void keepTexts(KeptTexts *texts)
     Derived().keepTexts(keeper);
     keepExceptions(keeper);
     keepLoadFailures(keeper);
+    keepSplitter(keeper);
     keepRegistry(keeper);
 }

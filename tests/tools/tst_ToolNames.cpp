@@ -156,10 +156,10 @@ void ToolNamesTest::jsonHasTheBytesOfANameThatIsNotUtf8()
                              "$tool" convert --json --to tagged --out-dir out "$a" "$b")sh");
     QCOMPARE(run.bytes,
              QByteArray(R"({"file":"\\xff\\\\.xml","fileBytes":"ff5c2e786d6c","output":"out/\\xff\\\\.tpb",)"
-                        R"("outputBytes":"6f75742fff5c2e747062","status":"converted","problems":[],"error":null})"
+                        R"("outputBytes":"6f75742fff5c2e747062","status":"converted","problems":[],"problemCount":0,"error":null})"
                         "\n"
                         R"({"file":"b\\\u202e.xml","output":"out/b\\\u202e.tpb","status":"converted","problems":[],)"
-                        R"("error":null})"
+                        R"("problemCount":0,"error":null})"
                         "\n"));
 }
 

@@ -3,6 +3,18 @@
 
 #include <QTest>
 #include <QTextCodec>
+#include <QVector>
+
+namespace {
+
+QVector<XmlProblem> problemsOf(const QByteArray &xml)
+{
+    QVector<XmlProblem> problems;
+    findXmlProblems(xml, [&](const XmlProblem &problem) { problems.append(problem); });
+    return problems;
+}
+
+} // namespace
 
 /// What the checks of the tool do with XML that they cannot read to its end.
 class XmlProblemsTest : public QObject
@@ -36,7 +48,7 @@ void XmlProblemsTest::xmlThatCannotBeReadIsAProblem()
     const auto text = [](const XmlProblem &found) {
         return QStringLiteral("%1:%2: ").arg(found.line).arg(found.column) + found.message;
     };
-    const QVector<XmlProblem> problems = findXmlProblems(xml);
+    const QVector<XmlProblem> problems = problemsOf(xml);
     QCOMPARE(problems.size(), 1);
     QCOMPARE(text(problems.first()), problem);
     const auto refusal = firstXmlRefusal(xml);
@@ -49,7 +61,7 @@ void XmlProblemsTest::wholeDocumentHasNoProblem()
     const QByteArray xml = "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\">"
                            "<Component type=\"t\" name=\"c\" optional=\"true\"><Node id=\"n\"/></Component>"
                            "</TunerProperties>\n<!-- end -->\n";
-    QVERIFY(findXmlProblems(xml).isEmpty());
+    QVERIFY(problemsOf(xml).isEmpty());
 }
 
 void XmlProblemsTest::problemsAreFoundInEveryEncoding_data()
@@ -71,7 +83,7 @@ void XmlProblemsTest::problemsAreFoundInEveryEncoding()
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     const QString whole = hasMark ? QChar(QChar::ByteOrderMark) + xml : xml;
     const QByteArray bytes = QTextCodec::codecForName(codec)->fromUnicode(whole.constData(), whole.size(), &state);
-    const QVector<XmlProblem> problems = findXmlProblems(bytes);
+    const QVector<XmlProblem> problems = problemsOf(bytes);
     QCOMPARE(problems.size(), 2);
     QCOMPARE(problems[0].message,
              QStringLiteral("Please set a value or a default for the boolean "

@@ -26,7 +26,8 @@ int main(int argc, char *argv[])
 
     QByteArray bytes = tuner.GetBinaryRepresentationAsQByteArray();
     JobXml::TunerProperties copy;
-    copy.SetBinaryRepresentation(bytes);
+    if (!copy.SetBinaryRepresentation(bytes))
+        return 1;
     std::printf("its records read back: %s document\n", copy == tuner ? "the same" : "another");
     return 0;
 }
