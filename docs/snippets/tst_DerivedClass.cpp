@@ -57,7 +57,7 @@ public:
             site = found;
     }
 
-    // Snapshots: behind what the base has.
+    // Snapshots: after what the base has.
     void GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const override
     {
         TunerProperties::GetVersionSpecificBinaryWithoutValidation(stream);

@@ -73,8 +73,8 @@ using ProblemVisitor = std::function<void(const Problem &)>;
 ///    ": Please set X properly (origin: Setter)." after the object's name, and nothing is stored. A list is stored as
 ///    it is given: its items are not checked, and keep their validate flags and loggers.
 ///  - `AppendX(item)` appends a copy, which has the item's validate flag and no logger, and sets the flag. An item
-///  without data is refused while validating:
-///    IncompleteDefinitionException ": Tried to append not completely defined or invalid item X.".
+///    without data is refused while validating: IncompleteDefinitionException
+///    ": Tried to append not completely defined or invalid item X.".
 ///  - `SetX(nullptr)` and `AppendX({})` do not compile: a null pointer is not a text, and a pair of braces would be an
 ///    empty item. Write QString() for the null text and name the class of an empty item.
 ///  - `IsXSet()` is the flag; `ResetX()` clears it and puts the default back.
@@ -148,7 +148,7 @@ public:
     void GetXml(QXmlStreamWriter &writer) const override;
 
     /// Writes the object as one tagged record in the stream's byte order and version, under the same rules as GetXml(),
-    /// but for items without data: they are counted and leave nothing else.
+    /// but for items without data: they are counted and leave nothing else, so the record cannot be read back.
     /// The record is written in one piece when it is complete, so a sequential device will do.
     [[nodiscard]] bool GetBinary(QDataStream &stream, int tag, bool writeTag) const override;
 
@@ -202,7 +202,9 @@ public:
     /// Besides what Check() throws, these are: a mandatory list that is set but empty, for which nothing is written,
     /// and characters that XML cannot carry (Problem::xmlOnly). Snapshots are never refused. Sizes are not considered:
     /// documents and records are limited to 2 GiB, beyond which writing throws std::bad_alloc, and compressed ones to
-    /// 1 GiB of records. Of a derived class, its Check() and HasData() are asked once nothing else is found.
+    /// 1 GiB of records. Of a derived class, its Check() and HasData() are called once nothing else is found.
+    /// An item with an empty list is refused by XML alone, but no problem of XML alone: tagged records count it and do
+    /// not hold it, so they cannot be read back.
     ///
     /// Like Check(), leaves the tree initialized.
     [[nodiscard]] QVector<Problem> GetProblems() const;
@@ -251,7 +253,7 @@ protected:
 
     /// \name Steps of the operations
     /// For the classes of the model alone: most of these need types that are not installed, and any version may change
-    /// them. They neither hand down nor check unless they say so.
+    /// them. They neither propagate nor check unless they say so.
     /// @{
     class HandDown;
 
@@ -275,7 +277,7 @@ protected:
 
     /// Hands flag and logger to the whole tree.
     void handOver() const;
-    /// The same while an element is being read: only at its first child element.
+    /// The same while an element is being read: only at its first child element, and when flag or logger have changed.
     /// Once per read: handing over at every child element would make reading quadratic.
     void handOverOnce() const;
     void readAttributes(QXmlStreamReader &reader);

@@ -107,7 +107,7 @@ public:
 
     /// Reads the object from a binary representation, plain or compressed, big-endian as
     /// GetBinaryRepresentationAsQByteArray() writes it. Refuses, with false and GetErrorString(), another object's
-    /// leading word, a length that is negative or runs past the data, data behind the record, and whatever exceeds the
+    /// leading word, a length that is negative or runs past the data, data after the record, and whatever exceeds the
     /// default ReadLimits: a compressed form, for instance, that declares more than 1 GiB or more than 1,100 times its
     /// own size. Exceptions of the model pass through.
     [[nodiscard]] virtual bool SetBinaryRepresentation(QByteArray &representation);

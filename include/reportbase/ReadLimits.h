@@ -12,7 +12,8 @@ constexpr quint32 CompressedMark = 0x52475A31;
 /// argument.
 ///
 /// A refused representation is refused by its first bytes, before memory is reserved for the rest. The objects that are
-/// read may take 80 times the memory of an uncompressed representation, so a limit of 4 MiB means up to 320 MiB.
+/// read may take 45 times the memory of an uncompressed representation, 11 times while validating, so a limit of 4 MiB
+/// means up to 180 MiB.
 struct ReadLimits
 {
     /// The upper bound of both sizes: 2 GiB less 256 bytes, which is what a QByteArray can hold. Higher limits have the

@@ -27,8 +27,7 @@ namespace REPORTGENERATOR {
 ///
 /// - The file belongs to the caller if the owner cannot be kept; the superuser gets an error instead.
 /// - If the group cannot be kept, the new group and all others both get what the old group and all others had in
-/// common.
-///   A file with an access control list is not saved then.
+///   common. A file with an access control list is not saved then.
 /// - Labels and lists of other kinds (`security.`, `system.`) are kept, or the file is not saved. Other attributes that
 ///   the caller may not read or set are left out.
 /// - Nobody but the caller gets an access that the old file did not give them, at no time.

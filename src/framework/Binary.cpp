@@ -360,7 +360,7 @@ bool BinaryReader::beginByStream(qint32 length)
     return true;
 }
 
-// Goes on behind the payload, wherever the buffer has been left.
+// Continues after the payload, wherever the buffer has been left.
 void BinaryReader::endByStream(qint32 length)
 {
     if (!m_buffer)

@@ -389,7 +389,7 @@ bool DataObject::mayWrite() const
         handOver();
     if (GetValidate()) {
         Check();
-        if (GetValidate() && !HasData()) // asked anew: Check() of a derived class may propagate once more
+        if (GetValidate() && !HasData()) // tested again: Check() of a derived class may propagate once more
             return false;
     }
     block();

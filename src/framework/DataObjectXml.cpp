@@ -114,15 +114,15 @@ void DataObject::writeMembers(XmlOutput &output) const
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// While the content of an object is read, exceptions or not: it is known whether the object has handed over, and the
+/// While the content of an object is read, exceptions or not: it is known what the object has propagated, and the
 /// reader does not process namespaces. It looks each name up among all that are declared around it, and unknown
 /// elements can be nested without end.
 class DataObject::ReadingContent
 {
 public:
-    ReadingContent(const DataObject &object, QXmlStreamReader &reader, bool hasHandedOver)
+    ReadingContent(const DataObject &object, QXmlStreamReader &reader, bool hasPropagated)
         : m_object(object), m_reader(reader), m_outer(innermost), m_namespaces(reader.namespaceProcessing()),
-          m_handedOver(hasHandedOver)
+          m_propagated(object.environment()), m_hasPropagated(hasPropagated)
     {
         innermost = this;
         if (m_namespaces)
@@ -137,10 +137,19 @@ public:
             m_reader.setNamespaceProcessing(true);
     }
 
-    /// Whether this is the first time that the object asks while it is read; always true if it is not.
-    static bool isFirstTime(const DataObject &object)
+    /// The object's own, if it is the one that is being read.
+    static ReadingContent *of(const DataObject &object)
     {
-        return !innermost || &innermost->m_object != &object || !std::exchange(innermost->m_handedOver, true);
+        return innermost && &innermost->m_object == &object ? innermost : nullptr;
+    }
+
+    /// Whether the children follow the flag and the logger that the object has now; a derived class may change these
+    /// from one element to the next.
+    bool hasPropagated() const { return m_hasPropagated && m_propagated == m_object.environment(); }
+    void notePropagation()
+    {
+        m_propagated = m_object.environment();
+        m_hasPropagated = true;
     }
 
 private:
@@ -151,15 +160,20 @@ private:
     QXmlStreamReader &m_reader;
     ReadingContent *const m_outer;
     const bool m_namespaces;
-    bool m_handedOver;
+    REPORTGENERATOR::EnvironmentPointer m_propagated;
+    bool m_hasPropagated;
 };
 
 thread_local DataObject::ReadingContent *DataObject::ReadingContent::innermost = nullptr;
 
 void DataObject::handOverOnce() const
 {
-    if (ReadingContent::isFirstTime(*this))
-        handOver();
+    ReadingContent *const reading = ReadingContent::of(*this);
+    if (reading && reading->hasPropagated())
+        return;
+    handOver();
+    if (reading)
+        reading->notePropagation();
 }
 
 void DataObject::ProcessXml(QXmlStreamReader &reader)

@@ -127,15 +127,6 @@ protected:
     {
         copy.copyEnvironments(original);
     }
-    /// A copy with the flags and loggers of the original, which copying alone does not keep.
-    template <class Part>
-    static Part copyAsItIs(const Part &original)
-    {
-        Part copy(original);
-        if constexpr (std::is_base_of_v<DataObject, Part>)
-            copyEnvironments(original, copy);
-        return copy;
-    }
 
     /// Whether nobody else's code runs while the reader reads.
     static bool isInMemory(const QXmlStreamReader &reader) { return !reader.device() && !reader.entityResolver(); }
@@ -144,8 +135,9 @@ protected:
     /// Reads into a part of an object's data, which `find` finds in a block; `block` is the object's at present.
     ///
     /// The code of a device that is asked for more may use the object, copy it or assign to it, which shares, replaces
-    /// or destroys its data. So nothing refers to them meanwhile: the part is read apart and then put where the data
-    /// are, also if the read throws. Items of lists that are new are read apart as well, see ChildList.
+    /// or destroys its data. So nothing refers to them meanwhile: the part is taken out, is read, and then put where
+    /// the data are, also if the read throws. A copy that is made meanwhile does not hold the part. Items of lists that
+    /// are new are read apart as well, see ChildList.
     template <class Reader, class Find, class Read>
     static bool readPart(DataObject &object, Block &block, const Reader &reader, const Find &find, const Read &read)
     {
@@ -208,10 +200,23 @@ protected:
     }
 
 private:
+    /// A child gives up its data: copying them for each of many small records or elements would make reading quadratic.
+    template <class Part>
+    static void takeOut(Part &original, Part &part)
+    {
+        if constexpr (std::is_base_of_v<DataObject, Part>) {
+            takeEnvironment(part, static_cast<const DataObject &>(original).environment());
+            part.swap(original);
+        } else {
+            part = original;
+        }
+    }
+
     template <class Find, class Read>
     Q_NEVER_INLINE static bool readPartApart(DataObject &object, const Find &find, const Read &read)
     {
-        auto part = copyAsItIs(find(block(object)));
+        std::decay_t<decltype(find(block(object)))> part{};
+        takeOut(find(block(object)), part);
         const auto putBack = [&] {
             using std::swap;
             swap(find(block(object)), part);

@@ -47,7 +47,7 @@ QString SaveFile(const QByteArray &path, const QString &shownName, const QByteAr
     const auto failure = [&](const QString &reason) {
         return reason.isNull() ? QString() : FailureTexts::at(shownName, FailureTexts::cannotWrite(reason));
     };
-    if (path.contains('\0')) // the system would take what stands in front of it for the whole
+    if (path.contains('\0')) // the system would take what precedes it for the whole
         return failure(FailureTexts::nulInFileName());
     return failure(replace(QByteArray(path.constData(), path.size()), content)); // ends with a NUL, whoever made it
 }

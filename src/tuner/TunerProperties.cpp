@@ -158,7 +158,7 @@ public:
     void merge(DataObject &object, const DataObject &other) const override
     {
         if (Member::isSet(other))
-            modify(object).MergeRGObject(get(other));
+            static_cast<void>(modify(object).MergeRGObject(get(other))); // of one class, so it is not refused
     }
 
     MemberKind kind() const override { return MemberKind::Object; }

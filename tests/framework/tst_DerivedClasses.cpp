@@ -247,6 +247,35 @@ private Q_SLOTS:
         QCOMPARE(node.Getid(), QStringLiteral("theirs"));
     }
 
+    void flagThatAnElementChangesHoldsForTheElementsAfterIt_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::newRow("as the first element") << QString();
+        QTest::newRow("after another element") << QStringLiteral("<MaxFFPDelay>1</MaxFFPDelay>");
+    }
+
+    void flagThatAnElementChangesHoldsForTheElementsAfterIt()
+    {
+        class Relaxing : public TunerProperties
+        {
+        public:
+            void ProcessXmlStartElement(QXmlStreamReader &reader) override
+            {
+                if (reader.name() == QLatin1String("relaxed"))
+                    IRGObject::SetValidate(false); // the children follow at the next element
+                TunerProperties::ProcessXmlStartElement(reader);
+            }
+        };
+        QFETCH(QString, before);
+        Relaxing document;
+        readXml(document,
+                QStringLiteral("<TunerProperties Version=\"1.1\">") + before
+                    + QStringLiteral("<relaxed/><StartupModes><StartupMode>none</StartupMode></StartupModes>"
+                                     "</TunerProperties>"));
+        QCOMPARE(std::as_const(document).GetStartupModes().GetStartupMode(),
+                 QVector<StartupModes::StartupMode>{StartupModes::StartupMode::Invalid});
+    }
+
     void componentReadByTheWalkOfTheBaseHasAllItsNodes()
     {
         WalkedComponent component;

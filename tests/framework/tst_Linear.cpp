@@ -89,6 +89,11 @@ public:
     void ProcessXml(QXmlStreamReader &reader) override { REPORTGENERATOR::IRGObject::ProcessXml(reader); }
 };
 
+/// Read by the stream, as every device but a plain QBuffer.
+class OtherBuffer : public QBuffer
+{
+};
+
 constexpr long long nodes = 2000; // with an item and a value each
 constexpr long long objectsBelowTheRoot = 3 * nodes + 3; // and start-up modes, a bandwidth, a component
 
@@ -139,6 +144,8 @@ private Q_SLOTS:
         QTest::newRow("find problems") << 11;
         QTest::newRow("read XML by a derived class") << 12;
         QTest::newRow("read XML with a long version") << 13;
+        QTest::newRow("read start-up modes again and again") << 14;
+        QTest::newRow("read an alternative again and again from a device") << 15;
     }
 
     void everyOperationIsLinear()
@@ -271,6 +278,31 @@ private:
                     QStringLiteral("<TunerProperties Version=\"%1\">").arg(version)
                         + QStringLiteral("<unknown/>").repeated(elements) + QStringLiteral("</TunerProperties>"));
             QCOMPARE(document.GetInitialVersionLoaded(), version);
+            break;
+        }
+        case 14: {
+            const int elements = which == 0 ? 2000 : 20000;
+            const QString xml = QStringLiteral("<TunerProperties Version=\"1.1\"><StartupModes>")
+                + QStringLiteral("<StartupMode>DF</StartupMode>").repeated(elements) + QStringLiteral("</StartupModes>")
+                + QStringLiteral("<StartupModes/>").repeated(elements) + QStringLiteral("</TunerProperties>");
+            QVERIFY(document.SetXmlString(xml, true)); // the reader has a resolver of entities then, as with devices
+            QCOMPARE(std::as_const(document).GetStartupModes().GetStartupMode().size(), elements);
+            break;
+        }
+        case 15: {
+            const int records = which == 0 ? 2000 : 20000;
+            ValueItem item;
+            item.SetValidate(false);
+            item.GetValueStringList().SetStringItem(QVector<StringItem>(records));
+            QByteArray bytes = recordOf(item).mid(4) + QByteArray::fromHex("491ED6FE00000000").repeated(records);
+            OtherBuffer device;
+            device.setData(bytes);
+            QVERIFY(device.open(QIODevice::ReadOnly));
+            QDataStream stream(&device);
+            ValueItem read;
+            read.SetValidate(false);
+            read.SetBinary(stream, bytes.size());
+            QCOMPARE(std::as_const(read).GetValueStringList().GetStringItem().size(), records);
             break;
         }
         default: {

@@ -137,13 +137,19 @@ void keepObject(Keeper &keeper, Object &object)
 /// Keeps the texts of an object that is new, of one with texts and one with empty texts, and of those that were read
 /// from what these two write. `fill` sets every text, `keepTexts` calls the functions of the class.
 template <class Object, class Fill, class KeepTexts>
-void keepClass(Keeper &keeper, const char *objectName, Fill fill, KeepTexts keepTexts)
+void keepClass(Keeper &keeper, const char *objectName, const char *fromXmlName, const char *fromBinaryName, Fill fill,
+               KeepTexts keepTexts)
 {
     const auto keepAll = [&](Object &object) {
         keepObject(keeper, object);
         keepTexts(object);
     };
     keeper.keep(objectName, Object::GetStaticObjectName());
+    QString error;
+    require(!Object::fromXml(own("<unknown/>"), &error).has_value());
+    keeper.keep(fromXmlName, error);
+    require(!Object::fromBinary(QByteArray(), &error).has_value());
+    keeper.keep(fromBinaryName, error);
     Object unset;
     unset.SetValidate(false);
     keepAll(unset);
@@ -168,7 +174,8 @@ void keepClass(Keeper &keeper, const char *objectName, Fill fill, KeepTexts keep
     }
 }
 
-#define KEEP_CLASS(Class, fill, keepTexts) keepClass<Class>(keeper, #Class "::GetStaticObjectName", fill, keepTexts)
+#define KEEP_CLASS(Class, fill, keepTexts)                                                                             \
+    keepClass<Class>(keeper, #Class "::GetStaticObjectName", #Class "::fromXml", #Class "::fromBinary", fill, keepTexts)
 #define KEEP_CLASS_WITH_ID(Class)                                                                                      \
     KEEP_CLASS(                                                                                                        \
         Class, [](Class &object, const QString &text) { object.Setid(text); },                                         \
@@ -459,12 +466,6 @@ void keepSplitter(Keeper &keeper)
     keepRefusal(bytes("C10CBB5F 80000000"), {});
     keepRefusal(bytes("C10CBB5F 7FFFFFFF"), {});
     keepRefusal(document.GetCompressedBinaryRepresentationAsQByteArray(9), plainOnly);
-
-    QString error; // the text of GetErrorString() of an object that nobody sees
-    require(!TunerProperties::fromXml(own("<a/>"), &error).has_value());
-    keeper.keep("IRGObject::GetErrorString", error);
-    require(!TunerProperties::fromBinary(QByteArray(), &error).has_value());
-    keeper.keep("IRGObject::GetErrorString", error);
 }
 
 void keepRegistry(Keeper &keeper)

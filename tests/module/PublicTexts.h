@@ -98,7 +98,7 @@ private:
         static const QRegularExpression data(QStringLiteral("^(?<type>[^()=]*[ *&>])(?<name>\\w+)(?: =.*)?$"));
         static const QRegularExpression text(QStringLiteral("\\b") + type);
         static const QRegularExpression filledIn(QStringLiteral("(?:^|, )(?:QVector<)?\\b") + type
-                                                 + QStringLiteral(">? ?&"));
+                                                 + QStringLiteral(">? ?[&*]"));
         static const QRegularExpression noDeclaration(QStringLiteral("^(using|typedef|friend|enum|class|struct|Q_)"));
         if (noDeclaration.match(statement).hasMatch())
             return;
