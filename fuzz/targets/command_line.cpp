@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <QByteArrayList>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -104,9 +105,9 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     const auto line = QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
     if (line.contains('/') || line.contains('\0') || line.count('\n') > 16)
         return 0;
-    QStringList arguments{QString::fromLatin1(program)};
+    QByteArrayList arguments; // without the program's name, as main() passes them
     for (const QByteArray &argument : line.split('\n'))
-        arguments += QString::fromUtf8(argument);
+        arguments += argument;
 
     playground.enter();
     // libFuzzer itself reports on the standard streams.

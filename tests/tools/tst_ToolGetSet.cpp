@@ -34,6 +34,8 @@ private Q_SLOTS:
     void newProblemsAreRefused();
     void knownProblemsAreNot();
     void whatXmlWouldLoseIsToldFirst();
+    void newProblemsBeyondTheFirstHundredAreCounted();
+    void whatXmlWouldLoseBeyondTheFirstHundredIsCounted();
     void whatAFormDoesNotHoldExactlyIsTold();
     void aFileThatDoesNotChangeIsNotWritten();
     void aFileStaysIfItCannotBeWritten();
@@ -485,6 +487,50 @@ void ToolGetSetTest::whatXmlWouldLoseIsToldFirst()
     QCOMPARE(m_shop->run(line("set --no-validate small.xml quantity 3")).status, 0);
     QCOMPARE(m_shop->read(QStringLiteral("small.xml")),
              QByteArray(smallXml).replace("baseresource=\"b\"", "baseresource=\"b\" quantity=\"3\""));
+}
+
+void ToolGetSetTest::newProblemsBeyondTheFirstHundredAreCounted()
+{
+    // 150 options without name and value, of a selection that is not chosen and lacks its text and its index.
+    const QByteArray options = "{}" + QByteArray(",{}").repeated(149);
+    m_shop->write(QStringLiteral("many.json"),
+                  R"({"TunerProperties":{"type":"SCP","baseresource":"b","Component":[{"type":"t","name":"c",)"
+                  R"("optional":true,"Node":[{"id":"n","ValueItem":[{"ChoiceValueItem":"ValueInt",)"
+                  R"("ValueInt":{"id":"i","value":3},"ValueSelection":{"id":"s","value":1,"SelectionItem":[)"
+                      + options + "]}}]}]}]}}");
+    const Run run = m_shop->run(line("set many.json Component/Node/ValueItem/ChoiceValueItem ValueSelection"));
+    const QStringList lines = run.err.split(QLatin1Char('\n'));
+    QCOMPARE(lines.size(), 102); // the last one is empty
+    QCOMPARE(lines[1],
+             QStringLiteral("tunerproperties: many.json: Component \"c\": Node \"n\": ValueItem 1: ValueSelection "
+                            "\"s\": SelectionItem 1: SelectionItem: Please set name properly."));
+    QCOMPARE(lines[100], QStringLiteral("tunerproperties: many.json: 303 problems, of which the first 100 are listed"));
+    QCOMPARE(run.status, 1);
+}
+
+void ToolGetSetTest::whatXmlWouldLoseBeyondTheFirstHundredIsCounted()
+{
+    // Besides, the document has problems that it keeps, which do not count.
+    const QByteArray xml =
+        QByteArray(smallXml)
+            .replace("type=\"t\" ", "")
+            .replace("</TunerProperties>", QByteArray("<Extra/>\n").repeated(101) + "</TunerProperties>");
+    m_shop->write(QStringLiteral("small.xml"), xml);
+    const Run run = m_shop->run(line("set small.xml quantity 3"));
+    const QStringList lines = run.err.split(QLatin1Char('\n'));
+    QCOMPARE(lines.size(), 102); // the last one is empty
+    QCOMPARE(
+        lines[99],
+        QStringLiteral("tunerproperties: small.xml: line 109, column 1: Unknown Tag 'Extra' in 'TunerProperties'."));
+    QCOMPARE(lines[100], QStringLiteral("tunerproperties: small.xml: 101 problems, of which the first 100 are listed"));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), xml);
+
+    // Exactly as many as are listed need no last line.
+    m_shop->write(QStringLiteral("small.xml"),
+                  QByteArray(smallXml).replace("</TunerProperties>",
+                                               QByteArray("<Extra/>\n").repeated(100) + "</TunerProperties>"));
+    QCOMPARE(m_shop->run(line("set small.xml quantity 3")).err.count(QLatin1Char('\n')), 100);
 }
 
 void ToolGetSetTest::whatAFormDoesNotHoldExactlyIsTold()

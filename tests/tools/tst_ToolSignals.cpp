@@ -341,7 +341,7 @@ void ToolSignalsTest::temporaryFilesHaveNoName()
     char event[sizeof(inotify_event) + NAME_MAX + 1];
     QCOMPARE(read(news, event, sizeof(event)), ssize_t(-1));
     QCOMPARE(errno, EAGAIN);
-    m_shop->write(text("temporary/file"), "x"); // which the watch tells
+    m_shop->write(text("temporary/file"), "x"); // which the watch reports
     QVERIFY(read(news, event, sizeof(event)) > 0);
     close(news);
 }

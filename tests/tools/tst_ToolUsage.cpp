@@ -79,10 +79,11 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
     row("convert a.xml b.xml --to XML", "'XML' is no form; did you mean 'xml'?", "tunerproperties convert --help");
     row("show --from taged a.xml", "'taged' is no form; did you mean 'tagged'?", "tunerproperties show --help");
     row("show --format htm a.xml", "'htm' is no format; did you mean 'html'?", "tunerproperties show --help");
-    row("validate --jobs 0 a.xml", "'0' is no number of jobs; from 1 to 256 can be done at once",
+    row("validate --jobs 0 a.xml", "--jobs must be a number from 1 to 256, not '0'", "tunerproperties validate --help");
+    row("validate -j many a.xml", "--jobs must be a number from 1 to 256, not 'many'",
         "tunerproperties validate --help");
-    row("validate -j many a.xml", "'many' is no number of jobs; from 1 to 256 can be done at once",
-        "tunerproperties validate --help");
+    row("convert --jobs=257 a.xml b.xml", "--jobs must be a number from 1 to 256, not '257'",
+        "tunerproperties convert --help");
     row("validate --quiet --json a.xml", "--quiet and --json exclude each other", "tunerproperties validate --help");
     row("validate - a.xml -", "standard input can be read only once", "tunerproperties validate --help");
     row("convert --json a.xml -", "--json and a document on standard output exclude each other",
@@ -163,7 +164,7 @@ void ToolUsageTest::theHelpTellsTheCommands()
                        "\n"
                        "In messages a name has \\xHH for a byte that is not UTF-8 and \\\\ for a backslash.\n"
                        "On a terminal, characters that are not printable are shown as \\uXXXX; to a file\n"
-                       "or a pipe, they are written unchanged.\n"
+                       "or a pipe, get and convert write them unchanged, except in JSON.\n"
                        "\n"
                        "Ctrl-C, or another signal, leaves no file half written. The program tells how\n"
                        "far it came with many files, and ends by that signal; a second one ends it at\n"

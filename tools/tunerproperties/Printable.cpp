@@ -10,7 +10,7 @@ namespace Printable {
 
 namespace {
 
-/// What Unicode wants ignored where it cannot be displayed, as far as its category does not tell.
+/// What Unicode wants ignored where it cannot be displayed, if its category does not show it.
 bool isIgnorable(uint character)
 {
     struct Range

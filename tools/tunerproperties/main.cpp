@@ -38,7 +38,7 @@ int main(int argc, char **argv)
     try {
         return int(runCommandLine(arguments));
     } catch (const std::bad_alloc &) {
-        Console::complain(QStringLiteral("the memory does not suffice"));
+        Console::complain(QStringLiteral("out of memory"));
     } catch (const std::exception &e) {
         Console::complain(QString::fromUtf8(e.what()));
     }

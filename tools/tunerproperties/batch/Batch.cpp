@@ -187,7 +187,7 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
     } catch (const FileFailure &failure) {
         failed(failure.text());
     } catch (const std::bad_alloc &) {
-        failed(file.shown() + QStringLiteral(": the memory does not suffice"));
+        failed(file.shown() + QStringLiteral(": out of memory"));
     } catch (const std::exception &e) {
         failed(file.shown() + QStringLiteral(": ") + QString::fromUtf8(e.what()));
     }

@@ -54,8 +54,8 @@ QStringList generalNotes()
         QStringLiteral("An argument that begins with - is an option. Write ./* or -- *.xml, so that the name of a file "
                        "is never an option."),
         QStringLiteral("In messages a name has \\xHH for a byte that is not UTF-8 and \\\\ for a backslash. On a "
-                       "terminal, characters that are not printable are shown as \\uXXXX; to a file or a pipe, they "
-                       "are written unchanged."),
+                       "terminal, characters that are not printable are shown as \\uXXXX; to a file or a pipe, get "
+                       "and convert write them unchanged, except in JSON."),
         QStringLiteral("Ctrl-C, or another signal, leaves no file half written. The program tells how far it came "
                        "with many files, and ends by that signal; a second one ends it at once.")};
 }

@@ -162,15 +162,7 @@ FileKinds fileKinds(const Invocation &invocation, int count)
 int jobCount(const Invocation &invocation)
 {
     constexpr int most = 256;
-    if (!invocation.isSet(jobs()))
-        return QThread::idealThreadCount();
-    const QString text = invocation.value(jobs());
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    if (!isNumber || number < 1 || number > most)
-        throw WrongUsage(
-            QStringLiteral("'%1' is no number of jobs; from 1 to %2 can be done at once").arg(text).arg(most));
-    return number;
+    return numberOf(invocation, jobs(), most, QThread::idealThreadCount());
 }
 
 } // namespace Options

@@ -67,6 +67,15 @@ void takeAway(TunerProperties &document, const Paths::Target &target)
     Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
 }
 
+/// What is complained about: the first texts, and how many there would be.
+struct Complaints
+{
+    bool isListed() const { return texts.size() < Options::usualProblemCount; }
+
+    QStringList texts;
+    qint64 count = 0;
+};
+
 /// The problems of a document, to compare with those of another state of it.
 class KnownProblems
 {
@@ -77,7 +86,7 @@ public:
     }
 
     /// Adds the problems that were not there before, at the same place; returns whether there is any problem at all.
-    bool addNew(const TunerProperties &document, QStringList &texts)
+    bool addNew(const TunerProperties &document, Complaints &complaints)
     {
         bool isAny = false;
         document.VisitProblems([&](const Problem &problem) {
@@ -85,10 +94,13 @@ public:
             if (problem.xmlOnly) // whether it is XML at all, the writer knows
                 return;
             const auto known = m_counts.find(keyOf(problem));
-            if (known != m_counts.end() && *known > 0)
+            if (known != m_counts.end() && *known > 0) {
                 --*known;
-            else if (texts.size() < Options::usualProblemCount)
-                texts.append(textOf(findingOf(problem)));
+                return;
+            }
+            if (complaints.isListed())
+                complaints.texts.append(textOf(findingOf(problem)));
+            ++complaints.count;
         });
         return isAny;
     }
@@ -131,24 +143,33 @@ void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const
                           + QStringLiteral(": is read from this form as ") + text);
 }
 
-ExitStatus complainAll(const QString &file, const QStringList &texts)
+ExitStatus complainOf(const QString &file, const QString &text)
 {
-    for (const QString &text : texts)
-        Console::complain(file + QStringLiteral(": ") + text);
+    Console::complain(file + QStringLiteral(": ") + text);
+    return ExitStatus::Problems;
+}
+
+ExitStatus complainAll(const QString &file, const Complaints &complaints)
+{
+    for (const QString &text : complaints.texts)
+        complainOf(file, text);
+    if (complaints.count > complaints.texts.size())
+        complainOf(file, countText(complaints.count, complaints.texts.size()));
     return ExitStatus::Problems;
 }
 
 /// What stands in the XML and not in the document, so that it would be lost.
-QStringList notInTheDocument(Document &document)
+Complaints notInTheDocument(Document &document)
 {
-    QStringList texts;
+    Complaints complaints;
     const Findings findings = document.findings(Options::usualProblemCount);
     for (const Finding &finding : findings.listed()) {
         if (finding.hasPlace())
-            texts.append(
+            complaints.texts.append(
                 QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
     }
-    return texts;
+    complaints.count = findings.placedCount();
+    return complaints;
 }
 
 ExitStatus change(Document &document, const Invocation &invocation)
@@ -157,8 +178,8 @@ ExitStatus change(Document &document, const Invocation &invocation)
     const QString file = name.shown();
     const bool mayHaveProblems = invocation.isSet(noValidate());
     TunerProperties &tuner = document.tuner;
-    const QStringList lost = mayHaveProblems ? QStringList() : notInTheDocument(document);
-    if (!lost.isEmpty())
+    const Complaints lost = mayHaveProblems ? Complaints() : notInTheDocument(document);
+    if (lost.count > 0)
         return complainAll(file, lost);
     const TunerProperties before = tuner;
     KnownProblems known(before);
@@ -169,18 +190,18 @@ ExitStatus change(Document &document, const Invocation &invocation)
         else
             store(tuner, target, invocation.text(2));
     } catch (const TypedValue::Mismatch &mismatch) {
-        return complainAll(file, {target.path + QStringLiteral(": ") + mismatch.text()});
+        return complainOf(file, target.path + QStringLiteral(": ") + mismatch.text());
     } catch (const ReportException &exception) {
-        return complainAll(file, {target.path + QStringLiteral(": ") + exception.GetMessageText()});
+        return complainOf(file, target.path + QStringLiteral(": ") + exception.GetMessageText());
     }
     bool isChanged = false;
     findDifferences(before, tuner, [&](const Difference &) { isChanged = true; });
     if (!isChanged && !name.isStandardStream())
         return ExitStatus::Ok;
-    QStringList problems;
+    Complaints problems;
     const bool hasProblems = known.addNew(tuner, problems);
     tuner.SetValidate(!hasProblems && tuner.HasData());
-    if (!problems.isEmpty() && !mayHaveProblems)
+    if (problems.count > 0 && !mayHaveProblems)
         return complainAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
     Output::writeWhole(name, bytes);
@@ -198,7 +219,7 @@ ExitStatus run(const Invocation &invocation)
     try {
         return change(document, invocation);
     } catch (const PathFailure &failure) {
-        return complainAll(document.input.shownName(), {failure.text()});
+        return complainOf(document.input.shownName(), failure.text());
     }
 }
 

@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QtEndian>
 
+#include <reportbase/ReadLimits.h>
+
 #include "Console.h"
 #include "commands/Suggestion.h"
 #include "documents/JsonForm.h"
@@ -62,15 +64,15 @@ bool looksLikeJson(const QByteArray &head)
     return !next.isEmpty() && static_cast<unsigned char>(next[0]) > ' ';
 }
 
-/// The libraries keep the leading words to themselves, but write them.
+/// By the leading word: the identifier of the class, or the mark of the compressed form.
 std::optional<Form> binaryForm(const QByteArray &head)
 {
-    constexpr int wordSize = 4;
-    TunerProperties sample;
-    sample.SetValidate(false);
-    if (head.startsWith(sample.GetBinaryRepresentationAsQByteArray().left(wordSize)))
+    if (head.size() < int(sizeof(quint32)))
+        return {};
+    const auto word = qFromBigEndian<quint32>(head.constData());
+    if (word == quint32(TunerProperties::GetId()))
         return Form::Tagged;
-    if (head.startsWith(sample.GetCompressedBinaryRepresentationAsQByteArray(CompressionLevel).left(wordSize)))
+    if (word == REPORTGENERATOR::CompressedMark)
         return Form::Compressed;
     return {};
 }

@@ -45,6 +45,17 @@ Finding findingOf(const XmlProblem &problem)
     return {{}, problem.line, problem.column, shortMessage(problem.message)};
 }
 
+/// What counts of a problem that is not listed.
+Finding unlisted(const XmlProblem &problem)
+{
+    return {{}, problem.line, problem.column, {}};
+}
+
+Finding unlisted(const Problem &)
+{
+    return {};
+}
+
 /// What is refused although nothing else was found: something in a value that another one has replaced, for instance.
 void addTheRest(Findings &findings, Input &input, Form form)
 {
@@ -81,23 +92,30 @@ QString Finding::text(const QString &fileName) const
     return fileName + QStringLiteral(": ") + where + message;
 }
 
+QString countText(qint64 count, int listed)
+{
+    if (listed == 1)
+        return QStringLiteral("%1 problems, of which only the first is listed").arg(count);
+    return QStringLiteral("%1 problems, of which the first %2 are listed").arg(count).arg(listed);
+}
+
 QStringList Findings::lines(const QString &fileName) const
 {
     QStringList result;
     for (const Finding &finding : m_listed)
         result.append(finding.text(fileName));
     if (m_count > m_listed.size())
-        result.append(fileName
-                      + QStringLiteral(": %1 problems, of which the first %2 are listed; --max-problems changes that")
-                            .arg(m_count)
-                            .arg(m_listed.size()));
+        result.append(fileName + QStringLiteral(": ") + countText(m_count, m_listed.size())
+                      + QStringLiteral("; --max-problems changes that"));
     return result;
 }
 
 Findings findProblems(const TunerProperties &document, Input &input, Form form, int most)
 {
     Findings findings(most);
-    const auto add = [&](const auto &problem) { findings.add(findings.isListed() ? findingOf(problem) : Finding()); };
+    const auto add = [&](const auto &problem) {
+        findings.add(findings.isListed() ? findingOf(problem) : unlisted(problem));
+    };
     if (form == Form::Xml)
         findXmlProblems(input.bytes(), add);
     document.VisitProblems([&](const Problem &problem) {

@@ -30,6 +30,9 @@ struct Finding
 /// each of them would repeat it. A shortened label has the object's place.
 Finding findingOf(const JobXml::Problem &problem);
 
+/// "3001 problems, of which the first 100 are listed"
+QString countText(qint64 count, int listed);
+
 /// The problems of a document: the first ones, and how many there are. A hostile document has one for every few bytes,
 /// so those that nobody wants to see are counted and not kept.
 class Findings
@@ -44,6 +47,8 @@ public:
         if (isListed())
             m_listed.append(finding);
         ++m_count;
+        if (finding.hasPlace())
+            ++m_placedCount;
     }
 
     /// Whether the next one would be kept.
@@ -51,6 +56,8 @@ public:
 
     const QVector<Finding> &listed() const { return m_listed; }
     qint64 count() const { return m_count; }
+    /// How many of them have a place in an XML file.
+    qint64 placedCount() const { return m_placedCount; }
     bool isEmpty() const { return m_count == 0; }
 
     /// "FILE: ..." for each that is kept, and a last line that says how many more there are.
@@ -60,6 +67,7 @@ private:
     int m_most = 0;
     QVector<Finding> m_listed;
     qint64 m_count = 0;
+    qint64 m_placedCount = 0;
 };
 
 /// Every reason for which the document would be refused while validating, by its reader or by a writer; the first

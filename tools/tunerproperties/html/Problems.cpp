@@ -60,7 +60,9 @@ void Problems::showAll(Markup &out) const
     }
     if (m_all.count() > m_findings.size())
         out.element("p", {{"class", "note"}},
-                    QStringLiteral("The first %1 are listed here and at their objects.").arg(m_findings.size()));
+                    m_findings.size() == 1
+                        ? QStringLiteral("Only the first is listed here and at its object.")
+                        : QStringLiteral("The first %1 are listed here and at their objects.").arg(m_findings.size()));
     const Tag list(out, "ol");
     for (int i = 0; i < m_findings.size(); ++i) {
         const Finding &finding = m_findings.at(i);
