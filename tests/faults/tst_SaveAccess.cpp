@@ -614,7 +614,8 @@ void SaveAccessTest::noMomentOpensTheFile()
             for (const QString &name : names()) {
                 const QByteArray file = path(QFile::encodeName(name).constData());
                 const Access access = accessOf(file);
-                QVERIFY2(isNotMoreOpen(access, before), toString(access));
+                const std::unique_ptr<char[]> shown(toString(access));
+                QVERIFY2(isNotMoreOpen(access, before), shown.get());
                 if (name != QLatin1String("a")) {
                     ++left;
                     QCOMPARE(unlink(file.constData()), 0);
