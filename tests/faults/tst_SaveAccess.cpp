@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <optional>
 #include <vector>
 
