@@ -327,7 +327,7 @@ public:
         keeper.keep("DataObject::composeXml", utf8);
         SetObjectName(QString(0, Qt::Uninitialized));
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
-        LoadXml(QString());
+        require(!LoadXml(QString())); // which leaves an error
         keeper.keep("Own::name", *environment()->own->name);
         keeper.keep("Own::error", environment()->own->error);
         SetObjectName(QString());
