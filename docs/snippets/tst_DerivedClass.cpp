@@ -290,7 +290,7 @@ private Q_SLOTS:
         tuner.site = QString();
         const QString text = QStringLiteral("TunerProperties: Please set site properly.");
         QCOMPARE(thrownBy([&] { tuner.Check(); }), QStringLiteral("OutOfRangeException: ") + text);
-        QCOMPARE(thrownBy([&] { tuner.GetXmlString(); }), QStringLiteral("OutOfRangeException: ") + text);
+        QCOMPARE(thrownBy([&] { return tuner.GetXmlString(); }), QStringLiteral("OutOfRangeException: ") + text);
         const QVector<JobXml::Problem> problems = tuner.GetProblems();
         QCOMPARE(problems.size(), 1);
         QCOMPARE(problems.at(0).message, text);
@@ -304,7 +304,7 @@ private Q_SLOTS:
         QVERIFY(fromRecords.SetBinaryRepresentation(representation));
         QVERIFY(fromRecords == aDocument());
         JobXml::TunerProperties fromXml;
-        QCOMPARE(thrownBy([&] { fromXml.SetXmlString(tuner.GetXmlString(), true); }),
+        QCOMPARE(thrownBy([&] { return fromXml.SetXmlString(tuner.GetXmlString(), true); }),
                  QStringLiteral("InvalidXmlException: Unknown Tag 'remark' in 'TunerProperties'."));
     }
 };
