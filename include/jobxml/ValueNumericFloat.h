@@ -10,7 +10,7 @@ namespace JobXml {
 /// The range is told, not enforced: nothing compares the value with its limits, and min may be above max. What a user
 /// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
 /// setting. XML and tagged records carry two decimals, only a snapshot keeps the numbers exactly.
-/// Text that is no number reads as 0 and counts as set. Getid() also has a non-const overload.
+/// Text that is not a number reads as 0 and counts as set. Getid() also has a non-const overload.
 ///
 /// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericFloat: Please set
 /// step properly." tells the last.

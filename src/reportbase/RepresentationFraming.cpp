@@ -214,7 +214,7 @@ QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectN
 
 QByteArray compressed(const QByteArray &plain, const Settings &settings, int level)
 {
-    constexpr qint64 largest = ReadLimits().largestExpandedSize; // what readers accept unless they are told otherwise
+    constexpr qint64 largest = ReadLimits().largestExpandedSize; // what readers accept without other limits
     if (plain.size() > largest)
         throw Refusal{FailureTexts::tooLargeToCompress(plain.size(), largest)};
     const QByteArray payload = shrink(plain, level);

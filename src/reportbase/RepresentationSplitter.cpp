@@ -34,8 +34,8 @@ void RepresentationSplitter::Append(const QByteArray &bytes)
         fail(FailureTexts::tooLarge(waiting, ReadLimits::LargestPossible));
         return;
     }
-    // Only when at least half is removed, so that each byte is moved a constant number of times on average, or when there
-    // is no room otherwise.
+    // Only when at least half is removed, so that each byte is moved a constant number of times on average, or when
+    // there is no room otherwise.
     if (m_taken > m_bytes.size() / 2 || m_bytes.size() + qint64(bytes.size()) > ReadLimits::LargestPossible)
         removeTaken();
     m_bytes.append(bytes.constData(), bytes.size()); // a copy, because the caller may reuse its buffer

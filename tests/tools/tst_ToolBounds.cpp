@@ -222,7 +222,7 @@ void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
     QCOMPARE(lines[0],
              "in.xml: Component 1 \"" + QByteArray(49, 'x')
                  + "\xE2\x80\xA6\" / Node 1: Node: Please set ValueItem properly.");
-    // Two for each node, and the component is not told whether it is optional.
+    // Two for each node, and the component lacks optional.
     QCOMPARE(lines[100],
              QByteArray("in.xml: 20001 problems, of which the first 100 are listed; --max-problems changes that"));
     checkMemory(cost, 64 * MiB);
