@@ -19,8 +19,8 @@ namespace REPORTGENERATOR {
 /// A symbolic link stays, and the file that it leads to is written. Links are followed as the kernel follows them; at
 /// the end of the path, a link in a sticky folder that everybody can write to (such as `/tmp`) must belong to the
 /// caller or to the owner of the folder, even if `fs.protected_symlinks` is off. A file in a sticky folder that others
-/// can write to is replaced only if it belongs to the caller or to the owner of the folder. What is not a file (a pipe, a
-/// device) is refused, since a file would take its place, and so is a file that the caller may not write.
+/// can write to is replaced only if it belongs to the caller or to the owner of the folder. What is not a file (a pipe,
+/// a device) is refused, since a file would take its place, and so is a file that the caller may not write.
 ///
 /// A new file gets the permissions that the umask and the folder give it. A file that takes the place of an old one
 /// keeps what the caller may set: owner, group, mode, access control list and the other extended attributes. Otherwise:
