@@ -77,6 +77,12 @@ function(tp_relative_places target)
     endif()
 endfunction()
 
+if(CMAKE_SKIP_INSTALL_RPATH)
+    set(tp_build_with_install_rpath OFF)
+else()
+    set(tp_build_with_install_rpath ON)
+endif()
+
 # A shared library whose export header is generated as <folder/Export.h>.
 function(tp_library_defaults target folder macro)
     tp_target_defaults(${target})
@@ -92,7 +98,9 @@ function(tp_library_defaults target folder macro)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
-        BUILD_WITH_INSTALL_RPATH ON # otherwise CMake makes room for another path by empty entries: the current folder
+        # Otherwise CMake makes room for another path by empty entries, which are the current folder. Where nothing is
+        # installed with a path there is no room to make, and the build tree needs its own.
+        BUILD_WITH_INSTALL_RPATH ${tp_build_with_install_rpath}
         INSTALL_RPATH "$ORIGIN")
     tp_relative_places(${target})
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
