@@ -4,7 +4,7 @@
 # one place at a time, builds each of these mutants in a copy of the tree, and runs the tests until one of them fails. It
 # does not start if the list of equivalents names a mutant that does not exist. It fails if a mutant survives that is not
 # known to make no difference (scripts/mutate/equivalents.txt). Call it again to go on where it was interrupted; --help
-# tells the options.
+# lists the options.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 

@@ -31,8 +31,8 @@ bool isMissing(int error)
     return error == ENODATA || error == EOPNOTSUPP || error == ENOSYS;
 }
 
-/// What a call returns that tells the size when it has no room for the content. A null array with the reason in `errno`
-/// if it fails.
+/// The content that a call reads, which returns only the size when it is given no room. A null array with the reason in
+/// `errno` if it fails.
 template <class Read>
 QByteArray readWhole(Read &&read)
 {

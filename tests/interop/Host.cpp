@@ -15,7 +15,7 @@
 // The answer is what became of the steps, then the object in each form wanted: 'x', 't', 'c' or 's'. Each of them is
 // an Outcome (quint8) and a QByteArray.
 //
-// With --model or --built it answers no requests, but tells which members the model has, or which ones 'g' sets.
+// With --model or --built it answers no requests, but lists which members the model has, or which ones 'g' sets.
 
 #include <cstdio>
 #include <memory>

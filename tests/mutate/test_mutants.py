@@ -4,12 +4,13 @@
 
 from __future__ import annotations
 
+import runpy
 import subprocess
 import sys
 import tempfile
 import unittest
-from importlib import util
 from pathlib import Path
+from types import SimpleNamespace
 
 PROJECT = Path(__file__).parents[2]
 TOOL = PROJECT / "scripts" / "mutate"
@@ -65,10 +66,7 @@ def run(folder: Path, *arguments: str) -> subprocess.CompletedProcess[str]:
 
 
 def main_module():
-    spec = util.spec_from_file_location("mutate_main", TOOL / "__main__.py")
-    module = util.module_from_spec(spec)
-    spec.loader.exec_module(module)
-    return module
+    return SimpleNamespace(**runpy.run_path(str(TOOL / "__main__.py"), run_name="mutate_main"))
 
 
 class Mutants(unittest.TestCase):
