@@ -77,14 +77,6 @@ function(tp_relative_places target)
     endif()
 endfunction()
 
-if(CMAKE_SKIP_INSTALL_RPATH)
-    set(tp_build_with_install_rpath OFF)
-    set(tp_install_rpath "")
-else()
-    set(tp_build_with_install_rpath ON)
-    set(tp_install_rpath "$ORIGIN")
-endif()
-
 # A shared library whose export header is generated as <folder/Export.h>.
 function(tp_library_defaults target folder macro)
     tp_target_defaults(${target})
@@ -100,10 +92,9 @@ function(tp_library_defaults target folder macro)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
-        # Otherwise CMake makes room for another path by empty entries, which are the current folder. Where nothing is
-        # installed with a path there is no room to make, and the build tree needs its own.
-        BUILD_WITH_INSTALL_RPATH ${tp_build_with_install_rpath}
-        INSTALL_RPATH "${tp_install_rpath}")
+        # Otherwise CMake makes room for another path by empty entries, which are the current folder.
+        BUILD_WITH_INSTALL_RPATH ON
+        INSTALL_RPATH "$ORIGIN")
     tp_relative_places(${target})
     if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE -Wl,--no-undefined)

@@ -122,6 +122,7 @@ mkdir $out
     quietly $build/cpack.log cpack --config $build/CPackConfig.cmake -B $packages
 )
 ls $packages/*.deb
+python3 -B tests/hardening/check_elf.py $build/lib $build/bin $build/tools/tunerproperties/tunerproperties_page_maker
 
 heading "Looking at the packages"
 lintian --allow-root --fail-on error,warning $packages/*.deb || die "lintian has found something"
