@@ -20,6 +20,7 @@ class ToolSignalsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
@@ -68,6 +69,13 @@ QString text(const QByteArray &utf8)
 }
 
 } // namespace
+
+/// A job that a shell runs in the background ignores some signals, and so does what it starts.
+void ToolSignalsTest::initTestCase()
+{
+    for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
+        std::signal(number, SIG_DFL);
+}
 
 void ToolSignalsTest::init()
 {
