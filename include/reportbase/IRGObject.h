@@ -315,7 +315,8 @@ private:
     bool fail(const QString &text) const; // keeps and logs the text; always false
     bool save(const QString &path, const QByteArray &content) const;
     QString readDocument(QXmlStreamReader &reader, const QString &source); // why it failed, or null
-    QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData, const ReadLimits &limits); // likewise
+    QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData,
+                               const ReadLimits &limits); // why it failed, or null
 
     const ObjectClass *m_class;
     mutable EnvironmentPointer m_environment;

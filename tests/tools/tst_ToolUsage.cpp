@@ -38,13 +38,13 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
             << line(arguments) << QString::fromUtf8(text) << QString::fromUtf8(hint);
     };
     row("", "a command is missing", "tunerproperties --help");
-    row("frob", "'frob' is no command", "tunerproperties --help");
-    row("frob show a.xml", "'frob' is no command", "tunerproperties --help");
-    row("vaildate a.xml", "'vaildate' is no command; did you mean 'validate'?", "tunerproperties --help");
-    row("CONVERT a.xml", "'CONVERT' is no command; did you mean 'convert'?", "tunerproperties --help");
-    row("val", "'val' is no command; did you mean 'validate'?", "tunerproperties --help");
-    row("x", "'x' is no command", "tunerproperties --help");
-    row("help vlidate", "'vlidate' is no command; did you mean 'validate'?", "tunerproperties help --help");
+    row("frob", "unknown command 'frob'", "tunerproperties --help");
+    row("frob show a.xml", "unknown command 'frob'", "tunerproperties --help");
+    row("vaildate a.xml", "unknown command 'vaildate'; did you mean 'validate'?", "tunerproperties --help");
+    row("CONVERT a.xml", "unknown command 'CONVERT'; did you mean 'convert'?", "tunerproperties --help");
+    row("val", "unknown command 'val'; did you mean 'validate'?", "tunerproperties --help");
+    row("x", "unknown command 'x'", "tunerproperties --help");
+    row("help vlidate", "unknown command 'vlidate'; did you mean 'validate'?", "tunerproperties help --help");
     row("help show convert", "the arguments of 'help' are [COMMAND]", "tunerproperties help --help");
     row("--xyzzy", "unknown option '--xyzzy'", "tunerproperties --help");
     row("--verison", "unknown option '--verison'; did you mean '--version'?", "tunerproperties --help");
@@ -211,10 +211,11 @@ void ToolUsageTest::theHelpOfACommandTellsAllAboutIt()
                        "      --from FORM            What the input is: xml, tagged, compressed,\n"
                        "                             snapshot or json. Only a snapshot whose name does\n"
                        "                             not end in .tps cannot be recognised.\n"
-                       "  -j, --jobs NUMBER          Works on up to NUMBER files at once; on as many as\n"
-                       "                             there are processors if not told.\n"
-                       "  -q, --quiet                Tells only which files cannot be read or written.\n"
-                       "                             Whether there were problems, the exit status tells.\n"
+                       "  -j, --jobs NUMBER          Processes up to NUMBER files at once (default: the\n"
+                       "                             number of processors).\n"
+                       "  -q, --quiet                Reports only files that cannot be read or written.\n"
+                       "                             The exit status reports whether there were\n"
+                       "                             problems.\n"
                        "      --json                 Writes a line for each file to standard output, a\n"
                        "                             JSON object.\n"
                        "      --max-problems NUMBER  Lists the first NUMBER problems of a document\n"
@@ -273,10 +274,11 @@ void ToolUsageTest::theHelpOfACommandTellsEveryWayToUseIt()
                        "                             suffix of the form. Takes --to.\n"
                        "      --no-validate          Writes the document as it stands, whatever its\n"
                        "                             problems are.\n"
-                       "  -j, --jobs NUMBER          Works on up to NUMBER files at once; on as many as\n"
-                       "                             there are processors if not told.\n"
-                       "  -q, --quiet                Tells only which files cannot be read or written.\n"
-                       "                             Whether there were problems, the exit status tells.\n"
+                       "  -j, --jobs NUMBER          Processes up to NUMBER files at once (default: the\n"
+                       "                             number of processors).\n"
+                       "  -q, --quiet                Reports only files that cannot be read or written.\n"
+                       "                             The exit status reports whether there were\n"
+                       "                             problems.\n"
                        "      --json                 Writes a line for each file to standard output, a\n"
                        "                             JSON object.\n"
                        "      --max-problems NUMBER  Lists the first NUMBER problems of a document\n"

@@ -17,7 +17,7 @@
 
 using Json = nlohmann::ordered_json;
 
-/// How many files have which status by now, whether told already or not.
+/// The number of files of each status so far, including those whose results are not written yet.
 class Batch::Tally
 {
 public:
@@ -45,17 +45,17 @@ private:
     std::array<int, 4> m_counts = {};
 };
 
-/// What is told about a file, ready to be written: less than the findings, which can be dropped.
-struct Batch::Told
+/// What is written about a file, ready for output. It is smaller than the findings, which can be dropped.
+struct Batch::Result
 {
     FileStatus status;
-    QByteArray results;
+    QByteArray lines;
     QStringList complaints;
 
-    static std::int64_t size(const Told &told)
+    static std::int64_t size(const Result &result)
     {
         constexpr std::int64_t characterSize = 2;
-        return std::accumulate(told.complaints.begin(), told.complaints.end(), std::int64_t(told.results.size()),
+        return std::accumulate(result.complaints.begin(), result.complaints.end(), std::int64_t(result.lines.size()),
                                [](std::int64_t sum, const QString &text) { return sum + characterSize * text.size(); });
     }
 };
@@ -156,14 +156,14 @@ ExitStatus Batch::run(const QVector<FileName> &files)
     {
         Progress progress(m_quiet ? 0 : count);
         const auto showProgress = [&] { progress.update(tally.done()); };
-        InOrder<Told>::run(
-            count, m_jobs, [&](int index) { return told(workOn(files.at(index), index, tally)); },
-            [&](Told &&told) {
-                tell(told);
-                worst = std::max(worst, exitStatus(told.status));
+        InOrder<Result>::run(
+            count, m_jobs, [&](int index) { return resultOf(workOn(files.at(index), index, tally)); },
+            [&](Result &&result) {
+                write(result);
+                worst = std::max(worst, exitStatus(result.status));
                 showProgress();
             },
-            showProgress, Told::size);
+            showProgress, Result::size);
     }
     if (count > 1 && !m_quiet && !m_json)
         Console::complain(QStringLiteral("%1 files").arg(count) + summary(tally));
@@ -198,29 +198,29 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
     return outcome;
 }
 
-Batch::Told Batch::told(const Outcome &outcome) const
+Batch::Result Batch::resultOf(const Outcome &outcome) const
 {
-    Told told{outcome.status, {}, {}};
+    Result result{outcome.status, {}, {}};
     if (m_json) {
-        told.results = QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n');
-        return told;
+        result.lines = QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n');
+        return result;
     }
     if (!m_quiet && problemsAreTheResult) {
         for (const QString &line : outcome.findings.lines(outcome.file.shown()))
-            told.results += Console::onOneLine(line).toUtf8() + '\n';
+            result.lines += Console::onOneLine(line).toUtf8() + '\n';
     } else if (!m_quiet) {
-        told.complaints = outcome.findings.lines(outcome.file.shown());
+        result.complaints = outcome.findings.lines(outcome.file.shown());
     }
     if (!outcome.error.isNull())
-        told.complaints.append(outcome.error);
-    return told;
+        result.complaints.append(outcome.error);
+    return result;
 }
 
-void Batch::tell(const Told &told)
+void Batch::write(const Result &result)
 {
-    if (!told.results.isEmpty())
-        Console::write(told.results);
-    for (const QString &complaint : told.complaints)
+    if (!result.lines.isEmpty())
+        Console::write(result.lines);
+    for (const QString &complaint : result.complaints)
         Console::complain(complaint);
 }
 

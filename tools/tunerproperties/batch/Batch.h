@@ -62,11 +62,11 @@ public:
 private:
     class Tally;
 
-    struct Told;
+    struct Result;
 
     Outcome workOn(const FileName &file, int index, Tally &tally) const;
-    Told told(const Outcome &outcome) const;
-    static void tell(const Told &told);
+    Result resultOf(const Outcome &outcome) const;
+    static void write(const Result &result);
     QString summary(const Tally &tally) const;
 
     int m_jobs = 1;
@@ -75,5 +75,5 @@ private:
     int m_mostProblems = 0;
 };
 
-/// What is told about a file with --json, without the end of the line.
+/// What is written about a file with --json, without the end of the line.
 std::string jsonOf(const Outcome &outcome, const QString &doneWord);

@@ -31,5 +31,5 @@ QStringList commandNames()
 
 QString unknownCommand(const QString &name)
 {
-    return QLatin1Char('\'') + name + QStringLiteral("' is no command") + Suggestion::hint(name, commandNames());
+    return QStringLiteral("unknown command '") + name + QLatin1Char('\'') + Suggestion::hint(name, commandNames());
 }

@@ -15,7 +15,7 @@ const Command *commandNamed(const QString &name);
 
 QStringList commandNames();
 
-/// "'vaildate' is no command; did you mean 'validate'?"
+/// "unknown command 'vaildate'; did you mean 'validate'?"
 QString unknownCommand(const QString &name);
 
 Command showCommand();

@@ -20,7 +20,7 @@ const Option &type()
 const Option &name()
 {
     static const Option option{{QStringLiteral("name")},
-                               QStringLiteral("Its name; none if not told."),
+                               QStringLiteral("Its name (default: none)."),
                                QStringLiteral("TEXT"),
                                Takes::Anything,
                                {}};

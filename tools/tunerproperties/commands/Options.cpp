@@ -56,8 +56,8 @@ const Option &to()
 const Option &jobs()
 {
     static const Option option{{QStringLiteral("j"), QStringLiteral("jobs")},
-                               QStringLiteral("Works on up to NUMBER files at once; on as many as there are "
-                                              "processors if not told."),
+                               QStringLiteral("Processes up to NUMBER files at once (default: the number of "
+                                              "processors)."),
                                QStringLiteral("NUMBER"),
                                Takes::Anything,
                                {}};
@@ -68,8 +68,8 @@ const Option &quiet()
 {
     static const Option option{
         {QStringLiteral("q"), QStringLiteral("quiet")},
-        QStringLiteral("Tells only which files cannot be read or written. Whether there were problems, the exit status "
-                       "tells."),
+        QStringLiteral("Reports only files that cannot be read or written. The exit status reports whether there were "
+                       "problems."),
         {},
         Takes::Nothing,
         {}};
