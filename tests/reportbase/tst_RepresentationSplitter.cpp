@@ -3,6 +3,7 @@
 
 #include <reportbase/RepresentationSplitter.h>
 
+#include "HeapPeak.h"
 #include "Note.h"
 
 using namespace REPORTGENERATOR;
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void bytesAfterAFailureAreDiscarded();
     void appendedBytesAreCopied();
     void memoryGrowsWithReceivedBytesOnly();
+    void idleSplitterHoldsNoMemory();
     void workIsLinearInTheReceivedBytes();
 };
 
@@ -246,10 +248,24 @@ void RepresentationSplitterTest::appendedBytesAreCopied()
 void RepresentationSplitterTest::memoryGrowsWithReceivedBytesOnly()
 {
     RepresentationSplitter splitter(noteClass, ReadLimits()); // up to 2 GiB are accepted
+    const HeapPeak peak;
     splitter.Append(bytes("9e8f7061 7ffffef8")); // the largest size
     QVERIFY(!splitter.Take());
+    QVERIFY(peak.bytes() < 4096);
     QVERIFY(splitter.GetErrorString().isNull());
     QCOMPARE(splitter.GetPendingSize(), 8);
+}
+
+void RepresentationSplitterTest::idleSplitterHoldsNoMemory()
+{
+    constexpr int size = 1 << 20;
+    RepresentationSplitter splitter(noteClass, withSize(size));
+    const HeapPeak peak;
+    splitter.Append(bytes("9e8f7061 000ffff8") + QByteArray(size - 8, 'x'));
+    QCOMPARE(splitter.Take().value_or(QByteArray()).size(), size);
+    QCOMPARE(splitter.GetPendingSize(), 0);
+    QVERIFY(peak.bytes() >= 2 * size); // the representation was held, and copied for the caller
+    QVERIFY(peak.inUse() < 4096);
 }
 
 void RepresentationSplitterTest::workIsLinearInTheReceivedBytes()
