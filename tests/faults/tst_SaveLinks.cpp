@@ -54,6 +54,12 @@ private:
     bool m_isChanged = false;
 };
 
+/// Until the end of the test function.
+#define PROTECT_LINKS_IF(wanted)                                                                                       \
+    std::optional<ProtectedLinks> protection;                                                                          \
+    if ((wanted) && !protection.emplace().areOn())                                                                     \
+    SKIP("fs.protected_symlinks is off, and cannot be switched on here.")
+
 void addLinkRows()
 {
     QTest::addColumn<bool>("dangling");
@@ -80,9 +86,7 @@ void SaveLinksTest::aPlantedLinkIsNotFollowed()
     NEEDS_SUPERUSER();
     QFETCH(bool, dangling);
     QFETCH(bool, byTheKernelToo);
-    std::optional<ProtectedLinks> protection;
-    if (byTheKernelToo && !protection.emplace().areOn())
-        SKIP("fs.protected_symlinks is off, and cannot be switched on here.");
+    PROTECT_LINKS_IF(byTheKernelToo);
 
     QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
     give("sticky", 0, 0, 01777);
@@ -115,9 +119,7 @@ void SaveLinksTest::linksOfTheCallerAndOfTheFoldersOwnerAreFollowed()
     NEEDS_SUPERUSER();
     QFETCH(bool, dangling);
     QFETCH(bool, byTheKernelToo);
-    std::optional<ProtectedLinks> protection;
-    if (byTheKernelToo && !protection.emplace().areOn())
-        SKIP("fs.protected_symlinks is off, and cannot be switched on here.");
+    PROTECT_LINKS_IF(byTheKernelToo);
 
     QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
     QCOMPARE(mkdir(path("folder").constData(), 0700), 0);
