@@ -234,39 +234,34 @@ const char *FaultyCalls::end()
 
 #define TAKES_THE_PLACE extern "C" __attribute__((visibility("default")))
 
+/// Declares `mode`: the further argument of such a function, which is given with some flags only.
+#define TAKE_MODE_BEHIND(flags)                                                                                        \
+    va_list arguments;                                                                                                 \
+    va_start(arguments, flags);                                                                                        \
+    const mode_t mode = modeOf(flags, arguments);                                                                      \
+    va_end(arguments)
+
 TAKES_THE_PLACE int open(const char *path, int flags, ...)
 {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
+    TAKE_MODE_BEHIND(flags);
     return openCounted(AT_FDCWD, path, flags, mode);
 }
 
 TAKES_THE_PLACE int open64(const char *path, int flags, ...)
 {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
+    TAKE_MODE_BEHIND(flags);
     return openCounted(AT_FDCWD, path, flags, mode);
 }
 
 TAKES_THE_PLACE int openat(int at, const char *path, int flags, ...)
 {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
+    TAKE_MODE_BEHIND(flags);
     return openCounted(at, path, flags, mode);
 }
 
 TAKES_THE_PLACE int openat64(int at, const char *path, int flags, ...)
 {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
-    va_end(arguments);
+    TAKE_MODE_BEHIND(flags);
     return openCounted(at, path, flags, mode);
 }
 

@@ -101,11 +101,7 @@ QString ToolGetSetTest::set(const QStringList &arguments)
 
 void ToolGetSetTest::aPathLeadsToAMember_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("value");
-    const auto row = [](const char *path, const char *value) {
-        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(value);
-    };
+    const auto row = columnsOfTexts("path", "value");
     row("name", "  two\n lines\n");
     row("baseresource", "\n");
     row("type", "SCP\n");
@@ -162,11 +158,7 @@ void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
 
 void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("why");
-    const auto row = [](const char *path, const char *why) {
-        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(why);
-    };
+    const auto row = columnsOfTexts("path", "why");
     row("", "the name of a member is missing at character 1 of the path");
     row("/name", "the name of a member is missing at character 1 of the path");
     row("StartupModes/", "the name of a member is missing at character 14 of the path");
@@ -571,11 +563,7 @@ void ToolGetSetTest::aFileStaysIfItCannotBeWritten()
 
 void ToolGetSetTest::theArgumentsHaveToFit_data()
 {
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("why");
-    const auto row = [](const char *arguments, const char *why) {
-        QTest::newRow(arguments) << QString::fromUtf8(arguments) << QString::fromUtf8(why);
-    };
+    const auto row = columnsOfTexts("arguments", "why");
     row("set f.json", "the arguments of 'set' are FILE PATH VALUE or --unset FILE PATH");
     row("set f.json quantity", "the value is missing");
     row("set --unset f.json quantity 3", "--unset takes a path and no value");

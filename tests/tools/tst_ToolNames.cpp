@@ -68,11 +68,7 @@ void ToolNamesTest::aNameThatIsNotUtf8OpensItsOwnFile()
 
 void ToolNamesTest::everyCommandReadsIt_data()
 {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("out");
-    const auto row = [](const char *command, const char *out) {
-        QTest::newRow(command) << QString::fromUtf8(command) << QString::fromUtf8(out);
-    };
+    const auto row = columnsOfTexts("command", "out");
     row("show $name.xml | head -n 1", "TunerProperties\n");
     row("validate $name.xml", "");
     row("convert $name.xml - | head -n 1", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
@@ -94,11 +90,7 @@ void ToolNamesTest::everyCommandReadsIt()
 
 void ToolNamesTest::namesReachTheSystemUnchanged_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char *name, const char *shown) {
-        QTest::newRow(name) << QString::fromUtf8(name) << QString::fromUtf8(shown);
-    };
+    const auto row = columnsOfTexts("name", "shown");
     row(R"(\357\273\277.xml)", R"(\ufeff.xml)");
     row(R"(\\xff.xml)", R"(\\xff.xml)");
     row(R"(e\314\201.xml)", "e\xCC\x81.xml");

@@ -167,11 +167,7 @@ void ToolShowTest::theVersionIsTheOneThatWasRead()
 
 void ToolShowTest::numbersAreShownExactly_data()
 {
-    QTest::addColumn<QString>("read");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char *read, const char *text) {
-        QTest::newRow(read) << QString::fromUtf8(read) << QString::fromUtf8(text);
-    };
+    const auto row = columnsOfTexts("read", "shown");
     row("0", "0");
     row("-0.0", "-0");
     row("2.50", "2.5");

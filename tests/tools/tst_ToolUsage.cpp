@@ -317,11 +317,7 @@ void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()
 
 void ToolUsageTest::aFileNameIsNeverAnOption_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const char *text) {
-        QTest::newRow(name) << QString::fromUtf8(name) << QString::fromUtf8(text);
-    };
+    const auto row = columnsOfTexts("name", "text");
     row("-h.xml", "unknown option '-h.xml' of 'validate'");
     row("-v.xml", "unknown option '-v.xml' of 'validate'");
     row("-q.xml", "unknown option '-q.xml' of 'validate'");

@@ -1,106 +1,24 @@
 // SPDX-License-Identifier: MIT
 //
-// The recipes of the cookbook that deal with several documents, threads or Qt's own ways: the marked parts are what the
-// manual shows, and the tests check what they come to.
+// The recipe of the cookbook that lists the differences between two documents: the marked part is what the manual
+// shows, and the tests check what it comes to.
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <functional>
-#include <future>
 #include <iterator>
-#include <optional>
 #include <vector>
 
-#include <QDataStream>
 #include <QDebug>
 #include <QHash>
-#include <QTemporaryDir>
 #include <QVariant>
 #include <QtTest>
 
-#include <jobxml/MetaTypes.h>
 #include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
-#include <reportbase/RepresentationSplitter.h>
 
-#include "Elements.h"
-
-//! [RegisterMetaTypes]
-class Watcher : public QObject
-{
-    Q_OBJECT
-
-public:
-    void read(const JobXml::TunerProperties &tuner)
-    {
-        qDebug() << tuner; // the whole tree, a line for each member
-        Q_EMIT tunerRead(tuner);
-    }
-
-Q_SIGNALS:
-    void tunerRead(const JobXml::TunerProperties &tuner);
-};
-
-/// `receive` is called from the event loop, with a copy.
-void deliver(Watcher &watcher, QObject &receiver, const std::function<void(const JobXml::TunerProperties &)> &receive)
-{
-    JobXml::RegisterMetaTypes(); // once in a program, and before the first queued connection
-    QObject::connect(&watcher, &Watcher::tunerRead, &receiver, receive, Qt::QueuedConnection);
-}
-//! [RegisterMetaTypes]
-
-//! [stream]
-/// Receives documents from a socket: binary representations, plain or compressed, one after the other.
-class DocumentReceiver : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit DocumentReceiver(QIODevice &socket) : m_socket(socket)
-    {
-        connect(&m_socket, &QIODevice::readyRead, this, &DocumentReceiver::read);
-        connect(&m_socket, &QIODevice::readChannelFinished, this, &DocumentReceiver::finish);
-    }
-
-Q_SIGNALS:
-    void received(const JobXml::TunerProperties &tuner);
-    void failed(const QString &why);
-
-private:
-    void read()
-    {
-        m_splitter.Append(m_socket.readAll());
-        while (const std::optional<QByteArray> bytes = m_splitter.Take()) {
-            QString why;
-            if (const auto tuner = JobXml::TunerProperties::fromBinary(*bytes, &why, limits))
-                Q_EMIT received(*tuner);
-            else
-                Q_EMIT failed(why); // this document alone; its length was right, so the next one can be read
-        }
-        if (!m_splitter.GetErrorString().isNull()) {
-            m_socket.disconnect(this); // nobody knows where the next document starts
-            m_socket.close();
-            Q_EMIT failed(m_splitter.GetErrorString());
-        }
-    }
-
-    void finish()
-    {
-        if (m_splitter.GetPendingSize() > 0)
-            Q_EMIT failed(QStringLiteral("the connection ended in the middle of a document"));
-    }
-
-    static constexpr auto limits = REPORTGENERATOR::ReadLimits::forUntrustedData(); // 4 MiB, also when expanded
-    QIODevice &m_socket;
-    REPORTGENERATOR::RepresentationSplitter m_splitter{JobXml::TunerProperties::GetId(), limits};
-};
-
-void send(QIODevice &socket, const JobXml::TunerProperties &tuner)
-{
-    socket.write(tuner.GetBinaryRepresentationAsQByteArray());
-}
-//! [stream]
+#include "ExampleDocument.h"
 
 namespace {
 
@@ -257,98 +175,13 @@ QStringList differences(const TunerProperties &before, const TunerProperties &af
 }
 //! [compare]
 
-//! [thread]
-/// Saves in another thread while the caller goes on changing its document. The future tells the error or null, and
-/// throws what is wrong with the content.
-std::future<QString> saveInBackground(const JobXml::TunerProperties &tuner, const QString &path)
-{
-    // A copy constructed object has data of its own at once, so from here on the two have nothing in common.
-    return std::async(std::launch::async,
-                      [copy = tuner, path] { return copy.SaveXml(path) ? QString() : copy.GetErrorString(); });
-}
-//! [thread]
-
-JobXml::TunerProperties receiver()
-{
-    JobXml::TunerProperties tuner;
-    if (!tuner.LoadXml(QStringLiteral(EXAMPLES_DIR "/receiver.xml")))
-        qFatal("%s", qPrintable(tuner.GetErrorString()));
-    return tuner;
-}
-
-/// One end of a connection, without the network in between.
-class Line : public QIODevice
-{
-public:
-    Line() { open(QIODevice::ReadWrite | QIODevice::Unbuffered); }
-
-    bool isSequential() const override { return true; }
-    qint64 bytesAvailable() const override { return m_arrived.size(); }
-
-    void arrive(const QByteArray &bytes)
-    {
-        m_arrived += bytes;
-        Q_EMIT readyRead();
-    }
-    void end() { Q_EMIT readChannelFinished(); }
-    QByteArray sent() const { return m_sent; }
-
-protected:
-    qint64 readData(char *bytes, qint64 size) override
-    {
-        const int count = int(std::min(size, qint64(m_arrived.size())));
-        std::copy_n(m_arrived.cbegin(), count, bytes);
-        m_arrived.remove(0, count);
-        return count;
-    }
-    qint64 writeData(const char *bytes, qint64 size) override
-    {
-        m_sent.append(bytes, int(size));
-        return size;
-    }
-
-private:
-    QByteArray m_arrived;
-    QByteArray m_sent;
-};
-
-/// A connection whose documents and failures are kept.
-struct Connection
-{
-    Connection()
-    {
-        QObject::connect(&receiver, &DocumentReceiver::received,
-                         [this](const JobXml::TunerProperties &tuner) { documents.append(tuner); });
-        QObject::connect(&receiver, &DocumentReceiver::failed, [this](const QString &why) { failures.append(why); });
-    }
-
-    Line line;
-    DocumentReceiver receiver{line};
-    QVector<JobXml::TunerProperties> documents;
-    QStringList failures;
-};
-
-QByteArray asSent(const JobXml::TunerProperties &tuner)
-{
-    Line line;
-    send(line, tuner);
-    return line.sent();
-}
-
 } // namespace
 
-class CookbookTogether : public QObject
+class CookbookDifferences : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void documentArrivesWhereverItIsSplit();
-    void twoDocumentsInOnePacketAreBothReceived();
-    void peerThatDeclaresTwoGibibytesIsDisconnected();
-    void compressedDocumentThatExpandsTooFarIsRefused();
-    void damagedDocumentIsReportedAndTheNextOneIsReceived();
-    void damageAnywhereIsReportedAndNeverThrown();
-    void truncatedDocumentIsReportedAtTheEndOfTheConnection();
     void differencesOfItemsWithOneNameAreListed();
     void differencesAreListedByPath();
     void swappedComponentsAreReported();
@@ -357,112 +190,9 @@ private Q_SLOTS:
     void anInsertedItemProducesOneLine();
     void numbersAreShownByTheirShortestText();
     void everyDocumentThatDiffersProducesALine();
-    void aCopyIsSavedInAnotherThread();
-    void aDocumentTravelsThroughAQueuedSignal();
-    void aDocumentFitsIntoAVariant();
 };
 
-void CookbookTogether::documentArrivesWhereverItIsSplit()
-{
-    JobXml::TunerProperties sent = receiver();
-    sent.SetComponent(sent.GetComponent().mid(0, 1)); // a few hundred bytes
-    const QByteArray wire = asSent(sent);
-    for (int split = 0; split <= wire.size(); ++split) {
-        Connection connection;
-        connection.line.arrive(wire.left(split));
-        QCOMPARE(connection.documents.size(), split == wire.size() ? 1 : 0);
-        connection.line.arrive(wire.mid(split));
-        QCOMPARE(connection.documents.size(), 1);
-        QVERIFY(connection.documents.first() == sent);
-        QCOMPARE(connection.failures, QStringList());
-    }
-}
-
-void CookbookTogether::twoDocumentsInOnePacketAreBothReceived()
-{
-    const JobXml::TunerProperties first = receiver();
-    JobXml::TunerProperties second = first;
-    second.Setquantity(7);
-    Connection connection;
-    connection.line.arrive(asSent(first) + second.GetCompressedBinaryRepresentationAsQByteArray(9));
-    QCOMPARE(connection.documents.size(), 2);
-    QVERIFY(connection.documents.at(0) == first);
-    QVERIFY(connection.documents.at(1) == second); // with its own components, not with those of both
-    QCOMPARE(connection.failures, QStringList());
-}
-
-void CookbookTogether::peerThatDeclaresTwoGibibytesIsDisconnected()
-{
-    Connection connection;
-    connection.line.arrive(QByteArray::fromHex("c10cbb5f 7fffffff"));
-    QCOMPARE(connection.failures,
-             QStringList{QStringLiteral("binary data: the representation takes 2147483655 bytes, but no more than "
-                                        "4194304 are accepted")});
-    QVERIFY(!connection.line.isOpen());
-    connection.line.arrive(asSent(receiver()));
-    QCOMPARE(connection.documents.size(), 0);
-    QCOMPARE(connection.failures.size(), 1);
-}
-
-void CookbookTogether::compressedDocumentThatExpandsTooFarIsRefused()
-{
-    QByteArray bomb("RGZ1");
-    const QByteArray payload = qCompress(QByteArray(4194305, '\0'), 9);
-    QDataStream(&bomb, QIODevice::Append) << qint32(payload.size());
-    bomb += payload;
-    Connection connection;
-    connection.line.arrive(bomb);
-    QCOMPARE(connection.failures,
-             QStringList{QStringLiteral("binary data: %1 compressed bytes declare 4194305 bytes, but no more than "
-                                        "4194304 are taken")
-                             .arg(payload.size())});
-    QVERIFY(!connection.line.isOpen());
-}
-
-void CookbookTogether::damagedDocumentIsReportedAndTheNextOneIsReceived()
-{
-    Connection connection;
-    // One member record of an unknown tag, whose length runs past the record.
-    connection.line.arrive(QByteArray::fromHex("c10cbb5f 00000008 11111111 00000004") + asSent(receiver()));
-    QCOMPARE(connection.failures,
-             QStringList{QStringLiteral("TunerProperties::SetBinary(...): Length error occurred during processing of "
-                                        "binary representation")});
-    QCOMPARE(connection.documents.size(), 1);
-    QVERIFY(connection.line.isOpen());
-}
-
-void CookbookTogether::damageAnywhereIsReportedAndNeverThrown()
-{
-    const QByteArray whole = asSent(receiver());
-    int tried = 0;
-    int damaged = 0;
-    for (int i = 8; i < whole.size(); i += 7, ++tried) {
-        QByteArray flipped = whole;
-        flipped[i] = char(flipped[i] ^ 0x40);
-        Connection connection;
-        connection.line.arrive(flipped);
-        QCOMPARE(connection.documents.size() + connection.failures.size(), 1);
-        damaged += connection.failures.size();
-    }
-    QVERIFY2(damaged > tried / 4 && damaged < tried, qPrintable(QString::number(damaged)));
-}
-
-void CookbookTogether::truncatedDocumentIsReportedAtTheEndOfTheConnection()
-{
-    const QByteArray wire = asSent(receiver());
-    Connection whole;
-    whole.line.arrive(wire);
-    whole.line.end();
-    QCOMPARE(whole.failures, QStringList());
-
-    Connection truncated;
-    truncated.line.arrive(wire + wire.left(1));
-    truncated.line.end();
-    QCOMPARE(truncated.documents.size(), 1);
-    QCOMPARE(truncated.failures, QStringList{QStringLiteral("the connection ended in the middle of a document")});
-}
-
-void CookbookTogether::differencesOfItemsWithOneNameAreListed()
+void CookbookDifferences::differencesOfItemsWithOneNameAreListed()
 {
     JobXml::TunerProperties left = receiver();
     const JobXml::Component twin = left.GetComponent()[0];
@@ -474,7 +204,7 @@ void CookbookTogether::differencesOfItemsWithOneNameAreListed()
     QVERIFY2(lines.first().contains(QStringLiteral(" #2/displayName: ")), qPrintable(lines.first()));
 }
 
-void CookbookTogether::differencesAreListedByPath()
+void CookbookDifferences::differencesAreListedByPath()
 {
     const JobXml::TunerProperties left = receiver();
     JobXml::TunerProperties right = left;
@@ -505,7 +235,7 @@ void CookbookTogether::differencesAreListedByPath()
         }));
 }
 
-void CookbookTogether::swappedComponentsAreReported()
+void CookbookDifferences::swappedComponentsAreReported()
 {
     const JobXml::TunerProperties left = receiver();
     JobXml::TunerProperties right = left;
@@ -514,7 +244,7 @@ void CookbookTogether::swappedComponentsAreReported()
     QCOMPARE(differences(left, right), QStringList(QStringLiteral("/Component: (order changed)")));
 }
 
-void CookbookTogether::aSwapOfTwinsIsReported()
+void CookbookDifferences::aSwapOfTwinsIsReported()
 {
     JobXml::TunerProperties left = receiver();
     JobXml::Component twin = left.GetComponent()[0];
@@ -526,7 +256,7 @@ void CookbookTogether::aSwapOfTwinsIsReported()
     QCOMPARE(differences(left, right), QStringList(QStringLiteral("/Component: (order changed)")));
 }
 
-void CookbookTogether::anInsertedItemProducesOneLine_data()
+void CookbookDifferences::anInsertedItemProducesOneLine_data()
 {
     QTest::addColumn<QString>("id"); // of the inserted item
     QTest::addColumn<QString>("line");
@@ -537,7 +267,7 @@ void CookbookTogether::anInsertedItemProducesOneLine_data()
     QTest::newRow("no id") << QString() << node + QStringLiteral(": (added)");
 }
 
-void CookbookTogether::anInsertedItemProducesOneLine()
+void CookbookDifferences::anInsertedItemProducesOneLine()
 {
     QFETCH(QString, id);
     QFETCH(QString, line);
@@ -566,7 +296,7 @@ void CookbookTogether::anInsertedItemProducesOneLine()
     QCOMPARE(differences(left, right), QStringList(line));
 }
 
-void CookbookTogether::numbersAreShownByTheirShortestText()
+void CookbookDifferences::numbersAreShownByTheirShortestText()
 {
     JobXml::TunerProperties left = receiver();
     JobXml::ValueFloat number;
@@ -590,7 +320,7 @@ void CookbookTogether::numbersAreShownByTheirShortestText()
              qPrintable(lines[1]));
 }
 
-void CookbookTogether::everyDocumentThatDiffersProducesALine()
+void CookbookDifferences::everyDocumentThatDiffersProducesALine()
 {
     const JobXml::TunerProperties left = receiver();
     const std::function<void(JobXml::TunerProperties &)> changes[] = {
@@ -617,49 +347,5 @@ void CookbookTogether::everyDocumentThatDiffersProducesALine()
     }
 }
 
-void CookbookTogether::aCopyIsSavedInAnotherThread()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("receiver.xml"));
-    const JobXml::TunerProperties original = receiver();
-    JobXml::TunerProperties tuner = original;
-    std::future<QString> saved = saveInBackground(tuner, path);
-    tuner.Setquantity(99); // meanwhile
-    tuner.GetComponent().clear();
-    QCOMPARE(saved.get(), QString());
-
-    JobXml::TunerProperties read;
-    QVERIFY(read.LoadXml(path));
-    QVERIFY(read == original);
-    QVERIFY_EXCEPTION_THROWN(saveInBackground(JobXml::TunerProperties(), path).get(), OutOfRangeException);
-}
-
-void CookbookTogether::aDocumentTravelsThroughAQueuedSignal()
-{
-    JobXml::TunerProperties tuner;
-    tuner.Setquantity(2);
-    Watcher watcher;
-    QObject context;
-    int quantity = 0;
-    deliver(watcher, context, [&](const JobXml::TunerProperties &arrived) { quantity = arrived.Getquantity(); });
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("^TunerProperties\\n(.*\\n)*  quantity: 2\\n")));
-    watcher.read(tuner);
-    QCOMPARE(quantity, 0); // not before the event loop
-    QCoreApplication::processEvents();
-    QCOMPARE(quantity, 2);
-}
-
-void CookbookTogether::aDocumentFitsIntoAVariant()
-{
-    JobXml::TunerProperties tuner;
-    tuner.Setquantity(2);
-    //! [variant]
-    const QVariant variant = QVariant::fromValue(tuner); // a copy
-    const auto back = variant.value<JobXml::TunerProperties>();
-    //! [variant]
-    QVERIFY(back == tuner);
-    QCOMPARE(QByteArray(variant.typeName()), QByteArrayLiteral("JobXml::TunerProperties"));
-}
-
-QTEST_GUILESS_MAIN(CookbookTogether)
-#include "tst_CookbookTogether.moc"
+QTEST_GUILESS_MAIN(CookbookDifferences)
+#include "tst_CookbookDifferences.moc"

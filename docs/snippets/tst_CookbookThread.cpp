@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+//
+// The recipe of the cookbook that hands a copy to another thread: the marked part is what the manual shows, and the
+// test checks what it comes to.
+
+#include <future>
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <jobxml/TunerProperties.h>
+
+#include "ExampleDocument.h"
+
+namespace {
+
+//! [thread]
+/// Saves in another thread while the caller goes on changing its document. The future tells the error or null, and
+/// throws what is wrong with the content.
+std::future<QString> saveInBackground(const JobXml::TunerProperties &tuner, const QString &path)
+{
+    // A copy constructed object has data of its own at once, so from here on the two have nothing in common.
+    return std::async(std::launch::async,
+                      [copy = tuner, path] { return copy.SaveXml(path) ? QString() : copy.GetErrorString(); });
+}
+//! [thread]
+
+} // namespace
+
+class CookbookThread : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aCopyIsSavedInAnotherThread();
+};
+
+void CookbookThread::aCopyIsSavedInAnotherThread()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("receiver.xml"));
+    const JobXml::TunerProperties original = receiver();
+    JobXml::TunerProperties tuner = original;
+    std::future<QString> saved = saveInBackground(tuner, path);
+    tuner.Setquantity(99); // meanwhile
+    tuner.GetComponent().clear();
+    QCOMPARE(saved.get(), QString());
+
+    JobXml::TunerProperties read;
+    QVERIFY(read.LoadXml(path));
+    QVERIFY(read == original);
+    QVERIFY_EXCEPTION_THROWN(saveInBackground(JobXml::TunerProperties(), path).get(), OutOfRangeException);
+}
+
+QTEST_GUILESS_MAIN(CookbookThread)
+#include "tst_CookbookThread.moc"

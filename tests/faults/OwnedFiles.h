@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Saving.h"
+
+#include <map>
+#include <memory>
+
+#include <sys/types.h>
+
+#include <Skip.h>
+#include <reportbase/SaveFile.h>
+
+#include "FaultyCalls.h"
+
+constexpr uid_t somebody = 65534; // who saves without privileges
+constexpr uid_t another = 65533;
+constexpr gid_t team = 65532;
+
+inline const QByteArray oldContent = "the old document";
+inline const QByteArray newContent = "the new document";
+
+/// Whom a file belongs to and what is said about it.
+struct Access
+{
+    uid_t owner = 0;
+    gid_t group = 0;
+    mode_t mode = 0;
+    std::map<QByteArray, QByteArray> attributes; // lists too
+
+    bool operator==(const Access &other) const
+    {
+        return owner == other.owner && group == other.group && mode == other.mode && attributes == other.attributes;
+    }
+};
+
+char *toString(const Access &access);
+Access accessOf(const QByteArray &path);
+bool setAttribute(const QByteArray &path, const char *name, const QByteArray &value);
+
+/// The folder of the test, for what happens in the middle of a save: Plan::run takes no arguments.
+extern QByteArray place;
+
+#define NEEDS_SUPERUSER()                                                                                              \
+    if (geteuid() != 0)                                                                                                \
+    SKIP("Only the superuser can give files to others.")
+#define NEEDS(supported, what)                                                                                         \
+    if (!(supported))                                                                                                  \
+    SKIP(what " are not known to this file system, or not allowed.")
+
+/// Tests of SaveFile() with files that belong to one user or another. Each runs on several file systems, in a new
+/// folder.
+class OwnedFilesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase_data();
+    void init();
+    void cleanup();
+
+protected:
+    QByteArray path(const char *name) const { return QFile::encodeName(m_folder->filePath(QString::fromLatin1(name))); }
+    void writeOld(const char *name) const;
+    QByteArray read(const char *name) const;
+    QStringList names() const
+    {
+        return QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+    void give(const char *name, uid_t user, gid_t group, mode_t mode) const;
+    QString save(const char *name) const
+    {
+        return REPORTGENERATOR::SaveFile(path(name), QStringLiteral("document"), newContent);
+    }
+    /// With files that have a name from the start, so that others can get at them.
+    QString saveWith(FaultyCalls::Action action, int call, void (*run)(), int error = 0);
+    /// The calls by which it is saved if nothing happens.
+    QByteArray callsOf(const char *name) const;
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    mode_t m_umask = 0;
+};

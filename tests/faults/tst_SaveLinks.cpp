@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "OwnedFiles.h"
+
+#include <cerrno>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+using REPORTGENERATOR::SaveFile;
+
+/// Which links are followed to the file that is saved, and which files are replaced: none that others have planted.
+class SaveLinksTest : public OwnedFilesTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aPlantedLinkIsNotFollowed_data();
+    void aPlantedLinkIsNotFollowed();
+    void linksOfTheCallerAndOfTheFoldersOwnerAreFollowed_data();
+    void linksOfTheCallerAndOfTheFoldersOwnerAreFollowed();
+    void aPlantedFileIsNotReplaced_data();
+    void aPlantedFileIsNotReplaced();
+    void aFileWithoutANameIsNotReplaced();
+};
+
+namespace {
+
+/// fs.protected_symlinks switched on, if it can be. Other tests that do the same wait for each other.
+class ProtectedLinks
+{
+public:
+    ProtectedLinks() : m_file(open("/proc/sys/fs/protected_symlinks", O_RDWR | O_CLOEXEC))
+    {
+        if (m_file >= 0 && flock(m_file, LOCK_EX) == 0 && pread(m_file, &m_before, 1, 0) == 1 && m_before == '0')
+            m_isChanged = pwrite(m_file, "1", 1, 0) == 1;
+    }
+    ~ProtectedLinks()
+    {
+        if (m_isChanged && pwrite(m_file, &m_before, 1, 0) != 1)
+            qWarning("fs.protected_symlinks could not be set back.");
+        if (m_file >= 0)
+            close(m_file);
+    }
+    ProtectedLinks(const ProtectedLinks &) = delete;
+    ProtectedLinks &operator=(const ProtectedLinks &) = delete;
+
+    bool areOn() const { return m_isChanged || m_before == '1'; }
+
+private:
+    int m_file = -1;
+    char m_before = '?';
+    bool m_isChanged = false;
+};
+
+/// Until the end of the test function.
+#define PROTECT_LINKS_IF(wanted)                                                                                       \
+    std::optional<ProtectedLinks> protection;                                                                          \
+    if ((wanted) && !protection.emplace().areOn())                                                                     \
+    SKIP("fs.protected_symlinks is off, and cannot be switched on here.")
+
+void addLinkRows()
+{
+    QTest::addColumn<bool>("dangling");
+    QTest::addColumn<bool>("byTheKernelToo");
+    for (const bool dangling : {false, true}) {
+        for (const bool byTheKernelToo : {false, true}) {
+            QTest::addRow("%s, %s", dangling ? "to a file that is not there" : "to a file",
+                          byTheKernelToo ? "fs.protected_symlinks is on" : "fs.protected_symlinks as it is")
+                << dangling << byTheKernelToo;
+        }
+    }
+}
+
+} // namespace
+
+void SaveLinksTest::aPlantedLinkIsNotFollowed_data()
+{
+    addLinkRows();
+}
+
+/// The superuser saves into a folder like /tmp, where another user has placed a link by that name.
+void SaveLinksTest::aPlantedLinkIsNotFollowed()
+{
+    NEEDS_SUPERUSER();
+    QFETCH(bool, dangling);
+    QFETCH(bool, byTheKernelToo);
+    PROTECT_LINKS_IF(byTheKernelToo);
+
+    QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
+    give("sticky", 0, 0, 01777);
+    if (!dangling)
+        writeOld("victim");
+    QCOMPARE(symlink("../victim", path("sticky/document").constData()), 0);
+    QCOMPARE(lchown(path("sticky/document").constData(), another, another), 0);
+    QCOMPARE(symlink("sticky/document", path("own").constData()), 0); // which leads on to the planted one
+    const QStringList before = names();
+    for (const char *name : {"sticky/document", "own"}) {
+        QCOMPARE(save(name),
+                 QStringLiteral("document: cannot write: a symbolic link on the way belongs to another user and is in "
+                                "a folder where every user can place links"));
+        QCOMPARE(names(), before);
+        QCOMPARE(read("victim"), dangling ? QByteArray("(no such file)") : oldContent);
+    }
+    if (byTheKernelToo) { // which has the same opinion
+        QCOMPARE(open(path("sticky/document").constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), -1);
+        QCOMPARE(errno, EACCES);
+    }
+}
+
+void SaveLinksTest::linksOfTheCallerAndOfTheFoldersOwnerAreFollowed_data()
+{
+    addLinkRows();
+}
+
+void SaveLinksTest::linksOfTheCallerAndOfTheFoldersOwnerAreFollowed()
+{
+    NEEDS_SUPERUSER();
+    QFETCH(bool, dangling);
+    QFETCH(bool, byTheKernelToo);
+    PROTECT_LINKS_IF(byTheKernelToo);
+
+    QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
+    QCOMPARE(mkdir(path("folder").constData(), 0700), 0);
+    struct Case
+    {
+        uid_t ownerOfFolder;
+        uid_t ownerOfLink;
+        mode_t mode;
+        const char *target;
+        const char *place; // what is saved
+    };
+    for (const Case &one : {Case{another, 0, 01777, "../file", "sticky/place"}, // the caller's
+                            Case{another, another, 01777, "../file", "sticky/place"}, // of the folder's owner
+                            Case{0, another, 01755, "../file", "sticky/place"}, // nobody else can place any there
+                            Case{0, another, 0777, "../file", "sticky/place"}, // not sticky
+                            Case{0, another, 01777, "../folder", "sticky/place/../file"}}) { // within the path
+        give("sticky", one.ownerOfFolder, 0, one.mode);
+        unlink(path("sticky/place").constData());
+        unlink(path("file").constData());
+        if (!dangling)
+            writeOld("file");
+        QCOMPARE(symlink(one.target, path("sticky/place").constData()), 0);
+        QCOMPARE(lchown(path("sticky/place").constData(), one.ownerOfLink, one.ownerOfLink), 0);
+        QCOMPARE(save(one.place), QString());
+        QCOMPARE(read("file"), newContent);
+        QVERIFY(QFileInfo(QFile::decodeName(path("sticky/place"))).isSymLink());
+    }
+}
+
+void SaveLinksTest::aPlantedFileIsNotReplaced_data()
+{
+    QTest::addColumn<uint>("mode");
+    QTest::addColumn<uint>("ownerOfFolder");
+    QTest::addColumn<bool>("saved");
+    QTest::newRow("everybody can write to the folder") << 01777U << 0U << false;
+    QTest::newRow("a group can write to the folder") << 01775U << 0U << false;
+    QTest::newRow("nobody else can") << 01755U << 0U << true;
+    QTest::newRow("a folder that is not sticky") << 0777U << 0U << true;
+    QTest::newRow("the file of the folder's owner") << 01777U << uint(another) << true;
+}
+
+/// In such a folder the new document would end in the hands of whoever has placed a file by its name.
+void SaveLinksTest::aPlantedFileIsNotReplaced()
+{
+    NEEDS_SUPERUSER();
+    QFETCH(uint, mode);
+    QFETCH(uint, ownerOfFolder);
+    QFETCH(bool, saved);
+    QCOMPARE(mkdir(path("place").constData(), 0700), 0);
+    give("place", ownerOfFolder, team, mode);
+    writeOld("place/a");
+    give("place/a", another, another, 0644);
+    const Access before = accessOf(path("place/a"));
+    QCOMPARE(save("place/a"),
+             saved ? QString()
+                   : QStringLiteral("document: cannot write: the file belongs to another user and is in a folder where "
+                                    "other users can place files"));
+    QCOMPARE(accessOf(path("place/a")), before);
+    QCOMPARE(read("place/a"), saved ? newContent : oldContent);
+}
+
+void SaveLinksTest::aFileWithoutANameIsNotReplaced()
+{
+    writeOld("a");
+    const int file = open(path("a").constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(unlink(path("a").constData()), 0);
+    const QByteArray name = "/proc/self/fd/" + QByteArray::number(file);
+    QCOMPARE(SaveFile(name, QStringLiteral("document"), newContent),
+             QStringLiteral("document: cannot write: the file at the end of the path was removed or renamed, or the "
+                            "path was changed"));
+    close(file);
+    QCOMPARE(names(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(SaveLinksTest)
+#include "tst_SaveLinks.moc"
