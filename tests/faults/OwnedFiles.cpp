@@ -88,11 +88,11 @@ void OwnedFilesTest::give(const char *name, uid_t user, gid_t group, mode_t mode
     QCOMPARE(chmod(path(name).constData(), mode), 0);
 }
 
-QString OwnedFilesTest::saveWith(FaultyCalls::Action action, int call, void (*run)(), int error)
+QString OwnedFilesTest::saveWith(FaultyCalls::Action action, int call, void (*run)(), int error, bool unnamedFiles)
 {
     place = path("");
     FaultyCalls::Plan plan;
-    plan.unnamedFiles = false;
+    plan.unnamedFiles = unnamedFiles;
     plan.action = action;
     plan.call = call;
     plan.run = run;

@@ -72,8 +72,8 @@ protected:
     {
         return REPORTGENERATOR::SaveFile(path(name), QStringLiteral("document"), newContent);
     }
-    /// With files that have a name from the start, so that others can get at them.
-    QString saveWith(FaultyCalls::Action action, int call, void (*run)(), int error = 0);
+    /// Unless `unnamedFiles`, the new file has a name from the start, so that others can get at it.
+    QString saveWith(FaultyCalls::Action action, int call, void (*run)(), int error = 0, bool unnamedFiles = false);
     /// The calls by which it is saved if nothing happens.
     QByteArray callsOf(const char *name) const;
 

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <optional>
 
+#include <fcntl.h>
 #include <grp.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -92,6 +93,7 @@ private Q_SLOTS:
     void theListStays();
     void theListOfTheFolderDoesNotOpenAnOldFile();
     void attributesStay();
+    void whatDescribesTheOldContentIsDropped_data();
     void whatDescribesTheOldContentIsDropped();
     void anotherNameKeepsTheOldDocument();
     void aFurtherGroupOfTheCallerStays();
@@ -101,9 +103,12 @@ private Q_SLOTS:
     void theCallerMayBecomeTheOwner();
     void aLabelThatCannotBeKeptIsRefused();
     void attributesThatCannotBeReadAreLeftOut();
+    void aFolderThatCannotBeListedTakesTheFile();
     void theSuperuserTakesNoFileFromItsOwner();
     void noFailingCallOpensTheFile_data();
     void noFailingCallOpensTheFile();
+    void noOtherProgramInheritsAFile_data();
+    void noOtherProgramInheritsAFile();
     void noMomentOpensTheFile_data();
     void noMomentOpensTheFile();
     void anAttributeThatCannotBeReadIsAnError();
@@ -207,23 +212,37 @@ void SaveAccessTest::attributesStay()
     writeOld("a");
     NEEDS(setAttribute(path("a"), "user.comment", QByteArray("a\0\xff", 3)), "Extended attributes");
     QVERIFY(setAttribute(path("a"), "user.empty", ""));
+    QVERIFY(setAttribute(path("a"), "user.one", "1"));
     QVERIFY(setAttribute(path("a"), "user.long", QByteArray(1000, 'x')));
     if (geteuid() == 0)
         QVERIFY(setAttribute(path("a"), "security.tst_SaveAccess", "label"));
     const Access before = accessOf(path("a"));
-    QVERIFY(before.attributes.size() >= 3);
+    QVERIFY(before.attributes.size() >= 4);
     QCOMPARE(save("a"), QString());
     QCOMPARE(accessOf(path("a")), before);
+}
+
+void SaveAccessTest::whatDescribesTheOldContentIsDropped_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("value");
+    QTest::newRow("capabilities") << QByteArrayLiteral("security.capability")
+                                  << QByteArray("\1\0\0\2\0\4\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);
+    QTest::newRow("hash of the content") << QByteArrayLiteral("security.ima") << QByteArrayLiteral("hash");
+    QTest::newRow("hash of the attributes") << QByteArrayLiteral("security.evm") << QByteArrayLiteral("hash");
 }
 
 void SaveAccessTest::whatDescribesTheOldContentIsDropped()
 {
     NEEDS_SUPERUSER();
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, value);
     writeOld("a");
-    const QByteArray anyCapability("\1\0\0\2\0\4\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);
-    NEEDS(setAttribute(path("a"), "security.capability", anyCapability), "Capabilities of files");
+    NEEDS(setAttribute(path("a"), name.constData(), value), "Such attributes");
+    QCOMPARE(accessOf(path("a")).attributes.count(name), std::size_t(1));
     QCOMPARE(save("a"), QString());
-    QCOMPARE(accessOf(path("a")).attributes.count("security.capability"), std::size_t(0));
+    QCOMPARE(read("a"), newContent);
+    QCOMPARE(accessOf(path("a")).attributes.count(name), std::size_t(0));
 }
 
 void SaveAccessTest::anotherNameKeepsTheOldDocument()
@@ -353,6 +372,17 @@ void SaveAccessTest::prepareEverything()
     NEEDS(setAttribute(path(""), defaultList, listFor(7)), "Access control lists"); // which is not the file's
 }
 
+/// Saving needs to search the folder and to write to it, as the kernel does for its own calls.
+void SaveAccessTest::aFolderThatCannotBeListedTakesTheFile()
+{
+    NEEDS_SUPERUSER();
+    writeOld("a");
+    give("a", somebody, somebody, 0600);
+    giveFolder(somebody, somebody, 0300);
+    QCOMPARE(savedBySomebody(path("a")), QString());
+    QCOMPARE(read("a"), newContent);
+}
+
 void SaveAccessTest::theSuperuserTakesNoFileFromItsOwner()
 {
     NEEDS_SUPERUSER();
@@ -437,6 +467,54 @@ void SaveAccessTest::noFailingCallOpensTheFile()
         }
     }
     QVERIFY(refusals > 50);
+}
+
+namespace {
+
+int filesSeen = 0;
+QByteArray inherited; // by a program that would be started now
+
+/// Looks at all open files of the folder.
+void lookForInheritedFiles()
+{
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    for (const QString &number :
+         descriptors.entryList(QDir::Files | QDir::System | QDir::Dirs | QDir::NoDotAndDotDot)) {
+        std::array<char, 4096> target = {};
+        const QByteArray link = QFile::encodeName(descriptors.filePath(number));
+        const ssize_t size = readlink(link.constData(), target.data(), target.size());
+        const QByteArray file(target.data(), int(std::max<ssize_t>(size, 0)));
+        const int flags = fcntl(number.toInt(), F_GETFD);
+        if (flags < 0 || !(file + '/').startsWith(place))
+            continue;
+        ++filesSeen;
+        if (!(flags & FD_CLOEXEC))
+            inherited = file;
+    }
+}
+
+} // namespace
+
+void SaveAccessTest::noOtherProgramInheritsAFile_data()
+{
+    noFailingCallOpensTheFile_data();
+}
+
+/// Another thread may start a program at any moment.
+void SaveAccessTest::noOtherProgramInheritsAFile()
+{
+    QFETCH(bool, unnamedFiles);
+    prepareEverything();
+    const int calls = callsOf("a").size();
+    QVERIFY(calls > 0);
+    filesSeen = 0;
+    inherited.clear();
+    for (int call = 1; call <= calls; ++call) {
+        prepareEverything();
+        QCOMPARE(saveWith(Action::Run, call, lookForInheritedFiles, 0, unnamedFiles), QString());
+        QCOMPARE(inherited, QByteArray());
+    }
+    QVERIFY(filesSeen >= calls);
 }
 
 void SaveAccessTest::noMomentOpensTheFile_data()
