@@ -49,6 +49,7 @@ struct Place
     {
         return {path + QStringList{label}, steps + QVector<Step>{step}};
     }
+    Place below(std::nullptr_t, const Step &step) const = delete;
 };
 
 /// One reason why a writer would refuse a document; its place is that of the object concerned.
@@ -202,7 +203,8 @@ public:
     /// Besides what Check() throws, these are: a mandatory list that is set but empty, for which nothing is written,
     /// and characters that XML cannot carry (Problem::xmlOnly). Snapshots are never refused. Sizes are not considered:
     /// documents and records are limited to 2 GiB, beyond which writing throws std::bad_alloc, and compressed ones to
-    /// 1 GiB of records. Of a derived class, its Check() and HasData() are called once nothing else is found.
+    /// 1 GiB of records. For an object of a derived class, Check() and HasData() are called once nothing else is found,
+    /// and GetXml() then shows whether XML can carry what the class writes.
     /// An item with an empty list is refused by XML alone, but no problem of XML alone: tagged records count it and do
     /// not hold it, so they cannot be read back.
     ///
@@ -244,6 +246,9 @@ protected:
     DataObject &operator=(const DataObject &other) noexcept;
     DataObject &operator=(DataObject &&other) noexcept;
 
+    /// Reads a child element into the member of its name. Validate flag and logger are propagated first: once while
+    /// ProcessXml() walks the content, but at every call otherwise, and that visits all children read so far. A class
+    /// that walks the content itself therefore takes quadratic time; call IRGObject::ProcessXml() for the walk.
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
     bool composeXml(QByteArray &utf8) const override;
     void walkContent(QXmlStreamReader &reader, const QString &name) override;

@@ -295,15 +295,26 @@ void DataObject::checkChildren(const Member &member, bool flag, const Environmen
 
 namespace {
 
-/// Passes on the problem that the check throws, if it throws one.
+/// Passes on the problem that the check throws, if it throws one. The check of a derived class may throw others than
+/// ours.
 template <class Check>
 void collect(const Place &place, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
 {
     try {
         check();
-    } catch (const RGException &e) {
+    } catch (const ReportException &e) {
         visitor({place, e.GetMessageText(), QString(member)});
     }
+}
+
+/// Whether the writer drops or replaces a character of what the object writes.
+bool losesTextInXml(const DataObject &object)
+{
+    QByteArray xml;
+    QXmlStreamWriter writer(&xml);
+    object.GetXml(writer);
+    writer.writeCharacters(QString(QLatin1Char(' '))); // shows whether the last text ended with half a character
+    return writer.hasError();
 }
 
 } // namespace
@@ -319,19 +330,25 @@ void DataObject::VisitProblems(const ProblemVisitor &visitor) const
 {
     handOver();
     bool isWritten = true; // in one form at least
+    bool isWrittenAsXml = true;
     const ProblemVisitor visit = [&](const Problem &problem) {
         isWritten = isWritten && problem.xmlOnly;
+        isWrittenAsXml = false;
         visitor(problem);
     };
     collectProblems({}, visit);
     if (const Member *empty = emptyList())
         visit({{}, Errors::emptyList(*this, empty->name()), QString(empty->name())});
 
-    // What a derived class adds to Check() and HasData() is in no row.
-    if (isOfDerivedClass() && isWritten)
+    // What a derived class adds to Check(), HasData() and the XML is in no row.
+    if (!isOfDerivedClass())
+        return;
+    if (isWritten)
         collect({}, {}, visit, [&] { Check(); });
-    if (isOfDerivedClass() && isWritten && !HasData())
+    if (isWritten && !HasData())
         visit({{}, Errors::withoutData(*this)});
+    if (isWrittenAsXml && losesTextInXml(*this))
+        visit({{}, Errors::ownTextNotForXml(*this), {}, true});
 }
 
 void DataObject::collectProblems(const Place &place, const ProblemVisitor &visitor) const

@@ -143,4 +143,11 @@ QString Errors::notForXml(const DataObject &object, QLatin1String member, const 
                         + QLatin1String(", which XML cannot carry; remove it, or save tagged records, which can"));
 }
 
+QString Errors::ownTextNotForXml(const DataObject &object)
+{
+    return withName(object,
+                    QLatin1String(": a text that the derived class writes contains a character that XML cannot carry; "
+                                  "remove it, or save tagged records, which can"));
+}
+
 } // namespace JobXml

@@ -36,6 +36,8 @@ QString emptyList(const DataObject &object, QLatin1String list);
 QString withoutData(const DataObject &object);
 /// `text[at]` is the first character that XML cannot carry.
 QString notForXml(const DataObject &object, QLatin1String member, const QString &text, int at);
+/// The same in what a derived class writes itself.
+QString ownTextNotForXml(const DataObject &object);
 /// @}
 
 } // namespace Errors

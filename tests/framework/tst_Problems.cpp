@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include <jobxml/Visit.h>
+#include <reportbase/Logger.h>
 
 #include "Documents.h"
 #include "Encodings.h"
@@ -21,6 +22,13 @@ QStringList textsOf(const DataObject &object)
         texts.append(problem.path.join(QStringLiteral(" / ")) + QStringLiteral(" -> ") + problem.message);
     return texts;
 }
+
+class NotingLogger : public REPORTGENERATOR::Logger
+{
+public:
+    void Log(Severity, const QString &message) override { texts.append(message); }
+    QStringList texts;
+};
 
 // The object to which the steps of a problem lead.
 const DataObject *objectAt(const DataObject &root, const QVector<Step> &steps)
@@ -305,6 +313,72 @@ private Q_SLOTS:
         QCOMPARE(
             textsOf(document),
             QStringList{QStringLiteral(" -> TunerProperties: HasData() returns false, so nothing would be written")});
+    }
+
+    void whateverADerivedClassThrowsIsAProblem()
+    {
+        class Strict : public TunerProperties
+        {
+        public:
+            using TunerProperties::Check;
+            void Check(bool) const override { throw ReportException(QStringLiteral("no exception of the model")); }
+        };
+        Strict document;
+        static_cast<TunerProperties &>(document) = aDocument();
+        QCOMPARE(textsOf(document), QStringList{QStringLiteral(" -> no exception of the model")});
+    }
+
+    void aCharacterThatADerivedClassWritesIsAProblemOfXmlAlone_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("a control character") << QString(QChar(7));
+        QTest::newRow("a half at the end") << QStringLiteral("x") + QChar(0xD83D);
+    }
+
+    void aCharacterThatADerivedClassWritesIsAProblemOfXmlAlone()
+    {
+        class Named : public TunerProperties
+        {
+        public:
+            QString site = QStringLiteral("Bern");
+
+        protected:
+            void writeOwnElements(QXmlStreamWriter &writer) const override
+            {
+                writer.writeTextElement(QStringLiteral("Site"), site);
+            }
+        };
+        QFETCH(QString, text);
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("a.xml"));
+        Named document;
+        static_cast<TunerProperties &>(document) = aDocument();
+        const auto logger = std::make_shared<NotingLogger>();
+        document.SetLogger(logger);
+        QCOMPARE(textsOf(document), QStringList());
+        QVERIFY(document.SaveXml(path));
+
+        document.site = text;
+        for (const bool validate : {true, false}) {
+            document.SetValidate(validate);
+            QCOMPARE(textsOf(document),
+                     QStringList{QStringLiteral(" -> TunerProperties: a text that the derived class writes contains a "
+                                                "character that XML cannot carry; remove it, or save tagged records, "
+                                                "which can")});
+            const Problem problem = document.GetProblems().constFirst();
+            QVERIFY(problem.xmlOnly);
+            QVERIFY(problem.steps.isEmpty());
+            QVERIFY(problem.member.isNull());
+            QCOMPARE(document.GetErrorString(), QString());
+            QCOMPARE(logger->texts, QStringList());
+        }
+        QVERIFY(!document.SaveXml(path));
+
+        // Texts of the base that XML cannot carry are reported by their members.
+        document.Setname(QString(QChar(7)));
+        QCOMPARE(textsOf(document),
+                 QStringList{QStringLiteral(" -> TunerProperties: name contains U+0007 at position 1, which XML cannot "
+                                            "carry; remove it, or save tagged records, which can")});
     }
 
     void aChildIsToldByItsName_data()
