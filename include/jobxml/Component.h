@@ -34,6 +34,8 @@ public:
     [[nodiscard]] static std::optional<Component> fromXml(const QString &xml, QString *error = nullptr);
     [[nodiscard]] static std::optional<Component> fromBinary(const QByteArray &representation, QString *error = nullptr,
                                                              const REPORTGENERATOR::ReadLimits &limits = {});
+    static void fromXml(std::nullptr_t, QString * = nullptr) = delete;
+    static void fromBinary(std::nullptr_t, QString * = nullptr, const REPORTGENERATOR::ReadLimits & = {}) = delete;
     /// @}
 
     /// \name The class

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] static std::optional<Node> fromXml(const QString &xml, QString *error = nullptr);
     [[nodiscard]] static std::optional<Node> fromBinary(const QByteArray &representation, QString *error = nullptr,
                                                         const REPORTGENERATOR::ReadLimits &limits = {});
+    static void fromXml(std::nullptr_t, QString * = nullptr) = delete;
+    static void fromBinary(std::nullptr_t, QString * = nullptr, const REPORTGENERATOR::ReadLimits & = {}) = delete;
     /// @}
 
     /// \name The class

@@ -35,6 +35,8 @@ public:
     [[nodiscard]] static std::optional<SelectionItem> fromBinary(const QByteArray &representation,
                                                                  QString *error = nullptr,
                                                                  const REPORTGENERATOR::ReadLimits &limits = {});
+    static void fromXml(std::nullptr_t, QString * = nullptr) = delete;
+    static void fromBinary(std::nullptr_t, QString * = nullptr, const REPORTGENERATOR::ReadLimits & = {}) = delete;
     /// @}
 
     /// \name The class
