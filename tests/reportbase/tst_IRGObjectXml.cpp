@@ -48,6 +48,7 @@ class IRGObjectXmlTest : public QObject
 
 private Q_SLOTS:
     void theLoopReportsEveryChildElementAndNothingElse();
+    void aReaderAtItsEndIsLeftAsItIs();
     void theLoopEndsAtTheElementsOwnEnd();
     void theLoopGoesIntoAnElementThatWasNotRead();
     void anElementOfTheOwnNameInsideOneThatWasNotReadEndsTheLoop();
@@ -137,6 +138,23 @@ void IRGObjectXmlTest::theLoopReportsEveryChildElementAndNothingElse()
     QCOMPARE(note.metElements, QStringList({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("text")}));
     QCOMPARE(note.text, QStringLiteral("x"));
     QCOMPARE(note.title, QStringLiteral("t"));
+}
+
+void IRGObjectXmlTest::aReaderAtItsEndIsLeftAsItIs()
+{
+    QXmlStreamReader reader(QStringLiteral("<Note/>"));
+    while (!reader.atEnd())
+        reader.readNext();
+    Note note;
+    note.ProcessXml(reader);
+    QCOMPARE(reader.tokenType(), QXmlStreamReader::EndDocument);
+    QVERIFY(!reader.hasError());
+
+    QXmlStreamReader truncated(QStringLiteral("<Note><a/>"));
+    while (truncated.readNext() != QXmlStreamReader::Invalid) { }
+    truncated.addData(QStringLiteral("<b/></Note>")); // it could go on, but its error stands
+    note.ProcessXml(truncated);
+    QCOMPARE(note.metElements, QStringList());
 }
 
 void IRGObjectXmlTest::theLoopEndsAtTheElementsOwnEnd()

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void compressedDataThatDeclareTooMuchAreRefusedByTwelveBytes();
     void documentBeforeARefusedOneIsStillTaken();
     void bytesAfterAFailureAreDiscarded();
+    void moreThanFitsInAByteArrayIsRefusedBeforeItIsCopied();
     void appendedBytesAreCopied();
     void memoryGrowsWithReceivedBytesOnly();
     void idleSplitterHoldsNoMemory();
@@ -234,6 +235,22 @@ void RepresentationSplitterTest::bytesAfterAFailureAreDiscarded()
     QVERIFY(!splitter.Take());
     QCOMPARE(splitter.GetPendingSize(), 0);
     QCOMPARE(splitter.GetErrorString(), error);
+}
+
+void RepresentationSplitterTest::moreThanFitsInAByteArrayIsRefusedBeforeItIsCopied()
+{
+    RepresentationSplitter splitter(noteClass, ReadLimits());
+    splitter.Append(hi.left(9));
+    // The bytes are not looked at, so there need not be any.
+    const char nothing = 0;
+    const auto tooMany = QByteArray::fromRawData(&nothing, 2147483392);
+    const HeapPeak peak;
+    splitter.Append(tooMany);
+    QCOMPARE(splitter.GetErrorString(),
+             QStringLiteral("binary data: the representation takes 2147483401 bytes, but no more than 2147483392 are "
+                            "accepted"));
+    QCOMPARE(splitter.GetPendingSize(), 0);
+    QVERIFY(peak.bytes() < 4096);
 }
 
 void RepresentationSplitterTest::appendedBytesAreCopied()
