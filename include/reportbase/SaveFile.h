@@ -16,11 +16,11 @@ namespace REPORTGENERATOR {
 /// it. Returns `PATH: cannot write: reason` in the latter case, else a null string. The content has reached the disk by
 /// then; that it stands under this name may get there later, and after a power failure the old file may be there.
 ///
-/// A symbolic link stays, and the file that it leads to is written. Links are followed as the kernel follows them; at
-/// the end of the path, a link in a sticky folder that everybody can write to (such as `/tmp`) must belong to the
-/// caller or to the owner of the folder, even if `fs.protected_symlinks` is off. A file in a sticky folder that others
-/// can write to is replaced only if it belongs to the caller or to the owner of the folder. What is not a file (a pipe,
-/// a device) is refused, since a file would take its place, and so is a file that the caller may not write.
+/// A symbolic link stays, and the file that it leads to is written. Links are followed as the kernel follows them, with
+/// one exception: in a sticky folder that other users can write to (such as `/tmp`), a link at the end of the path must
+/// belong to the caller or to the owner of the folder, whatever `fs.protected_symlinks` says. The same holds for a file
+/// that is to be replaced there. What is not a file (a pipe, a device) is refused, since a file would take its place,
+/// and so is a file that the caller may not write.
 ///
 /// A new file gets the permissions that the umask and the folder give it. A file that takes the place of an old one
 /// keeps what the caller may set: owner, group, mode, access control list and the other extended attributes. Otherwise:
@@ -42,6 +42,11 @@ QString SaveFile(std::nullptr_t, const QByteArray &) = delete;
 /// `shownName`.
 [[nodiscard]] REPORTBASE_EXPORT QString SaveFile(const QByteArray &path, const QString &shownName,
                                                  const QByteArray &content);
+
+/// As above, to replace a file that was read and is still open as `original`. Nothing is saved if the path does not
+/// lead to that very file any more, because it was replaced, renamed or removed meanwhile.
+[[nodiscard]] REPORTBASE_EXPORT QString SaveFile(const QByteArray &path, const QString &shownName,
+                                                 const QByteArray &content, const QFileDevice &original);
 
 /// Writes all of the bytes to a file that is open, a pipe or a device as well. Returns the reason if that is not
 /// possible, else a null string.

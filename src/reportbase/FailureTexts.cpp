@@ -69,7 +69,7 @@ QString isAFolder()
 QString foreignLink()
 {
     return QString(
-        QLatin1String("a symbolic link on the way belongs to another user and is in a folder where every user "
+        QLatin1String("a symbolic link on the way belongs to another user and is in a folder where other users "
                       "can place links"));
 }
 

@@ -15,11 +15,16 @@ namespace REPORTGENERATOR {
 
 namespace {
 
-/// The reason why it cannot be put in place, or a null string.
-QString replace(const QByteArray &path, const QByteArray &content)
+constexpr int whateverIsThere = -2; // -1 is the handle of a file that is not open
+
+/// The reason why it cannot be put in place, or a null string. `original` is the file to replace, if it has to be that
+/// one.
+QString replace(const QByteArray &path, const QByteArray &content, int original)
 {
     SaveTarget target;
     QString reason = target.find(path);
+    if (reason.isNull() && original != whateverIsThere && !target.leadsTo(original))
+        reason = FailureTexts::pathHasChanged();
     if (!reason.isNull())
         return reason;
     NewFile file(target.folder(), target.name());
@@ -33,6 +38,19 @@ QString replace(const QByteArray &path, const QByteArray &content)
     return file.synchronize() && file.replace() ? QString() : qt_error_string(errno);
 }
 
+QString save(const QByteArray &path, const QString &shownName, const QByteArray &content, int original)
+{
+    if (path.isEmpty())
+        return FailureTexts::noFileName();
+    const auto failure = [&](const QString &reason) {
+        return reason.isNull() ? QString() : FailureTexts::at(shownName, FailureTexts::cannotWrite(reason));
+    };
+    if (path.contains('\0')) // the system would take what precedes it for the whole
+        return failure(FailureTexts::nulInFileName());
+    // The copy ends with a NUL, whoever made the path.
+    return failure(replace(QByteArray(path.constData(), path.size()), content, original));
+}
+
 } // namespace
 
 QString SaveFile(const QString &path, const QByteArray &content)
@@ -42,14 +60,13 @@ QString SaveFile(const QString &path, const QByteArray &content)
 
 QString SaveFile(const QByteArray &path, const QString &shownName, const QByteArray &content)
 {
-    if (path.isEmpty())
-        return FailureTexts::noFileName();
-    const auto failure = [&](const QString &reason) {
-        return reason.isNull() ? QString() : FailureTexts::at(shownName, FailureTexts::cannotWrite(reason));
-    };
-    if (path.contains('\0')) // the system would take what precedes it for the whole
-        return failure(FailureTexts::nulInFileName());
-    return failure(replace(QByteArray(path.constData(), path.size()), content)); // ends with a NUL, whoever made it
+    return save(path, shownName, content, whateverIsThere);
+}
+
+QString SaveFile(const QByteArray &path, const QString &shownName, const QByteArray &content,
+                 const QFileDevice &original)
+{
+    return save(path, shownName, content, original.handle());
 }
 
 QString WriteAll(QFileDevice &file, const QByteArray &bytes)

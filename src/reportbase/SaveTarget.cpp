@@ -35,11 +35,11 @@ bool isSame(const struct stat &one, const struct stat &other)
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-/// Whether it belongs neither to the caller nor to the owner of its folder, which is sticky. If others can write to
-/// such a folder, anybody may have placed it there.
+/// Whether another user may have placed it in its folder, in which nobody can remove what belongs to somebody else.
 bool isForeign(const struct stat &file, const struct stat &folder)
 {
-    return (folder.st_mode & S_ISVTX) && file.st_uid != geteuid() && file.st_uid != folder.st_uid;
+    return (folder.st_mode & S_ISVTX) && (folder.st_mode & (S_IWGRP | S_IWOTH)) && file.st_uid != geteuid()
+        && file.st_uid != folder.st_uid;
 }
 
 } // namespace
@@ -50,6 +50,13 @@ QString SaveTarget::find(const QByteArray &path)
     if (reason.isNull())
         reason = confirm(path);
     return reason.isNull() && m_old ? openOld() : reason;
+}
+
+bool SaveTarget::leadsTo(int file) const
+{
+    struct stat found = {};
+    struct stat expected = {};
+    return m_old && readStatus(m_old, found) && fstat(file, &expected) == 0 && isSame(found, expected);
 }
 
 /// Goes to the file at the end of all links, step by step, so that each link can be judged and the folder stays at
@@ -94,7 +101,7 @@ QString SaveTarget::followLink(QByteArray &path) const
     struct stat folder = {};
     if (!readStatus(m_old, link) || !readStatus(m_folder, folder))
         return systemError();
-    if ((folder.st_mode & S_IWOTH) && isForeign(link, folder))
+    if (isForeign(link, folder))
         return FailureTexts::foreignLink();
     char target[PATH_MAX];
     const ssize_t size = readlinkat(m_old.number(), "", target, sizeof(target));
@@ -133,7 +140,7 @@ QString SaveTarget::openOld()
     struct stat folder = {};
     if (!readStatus(m_old, found) || !readStatus(m_folder, folder))
         return systemError();
-    if ((folder.st_mode & (S_IWGRP | S_IWOTH)) && isForeign(found, folder))
+    if (isForeign(found, folder))
         return FailureTexts::foreignFile();
     m_old = openAt(m_folder, m_name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (!m_old || !readStatus(m_old, opened))

@@ -11,9 +11,9 @@ namespace REPORTGENERATOR {
 /// The place to which a path leads: a folder, a name in it, and the file that has this name, if there is one. Folder
 /// and file are held by descriptors, so whatever others rename meanwhile, the place stays the same.
 ///
-/// Symbolic links are followed where the kernel follows them when it opens the path. In a sticky folder that everybody
-/// can write to, they must belong to the caller or to the owner of the folder, even if the kernel is set up to follow
-/// others; the same goes for a file that is to be replaced there.
+/// Symbolic links are followed where the kernel follows them when it opens the path. In a sticky folder that other
+/// users can write to, a link at the end of the path must belong to the caller or to the owner of the folder, even if
+/// the kernel would follow it, and so must a file that is to be replaced there.
 class SaveTarget
 {
 public:
@@ -26,6 +26,8 @@ public:
     bool isNew() const { return !m_old; }
     /// The old file, open for writing.
     int old() const { return m_old.number(); }
+    /// Whether the old file is the one that is open there.
+    bool leadsTo(int file) const;
 
 private:
     QString walk(QByteArray path);

@@ -44,6 +44,8 @@ void ignore(JobXml::TunerProperties object, const JobXml::TunerProperties consta
     splitter.Take(); // warned
     REPORTGENERATOR::SizeOfRepresentation(bytes, 0); // warned
     REPORTGENERATOR::SaveFile(text, bytes); // warned
+    REPORTGENERATOR::SaveFile(bytes, text, bytes); // warned
+    REPORTGENERATOR::SaveFile(bytes, text, bytes, file); // warned
     REPORTGENERATOR::WriteAll(file, bytes); // warned
     JobXml::BandwidthSelection::fromXml(text); // warned
     JobXml::BandwidthSelection::fromBinary(bytes); // warned

@@ -76,6 +76,8 @@ auto counted(Kind kind, Call &&call) -> decltype(call())
         plan.run();
         counting = true;
     }
+    if (isPlanned(Action::Stop))
+        raise(SIGSTOP);
     if (isPlanned(Action::FailForEver))
         failingForEver = kind;
     if (isPlanned(Action::Fail) || failingForEver == kind) {

@@ -35,6 +35,7 @@ enum class Action {
     DieHalfway, ///< the process is killed in the middle of a write, and instead of a call of another kind
     DieAfter,
     Run, ///< something happens meanwhile; the call goes to the system afterwards
+    Stop, ///< the process stops, as by SIGSTOP, and makes the call when it is continued
 };
 
 struct Plan

@@ -423,7 +423,7 @@ void ConvertFaultsTest::aPlantedLinkIsNotFollowed()
     QCOMPARE(
         run.err,
         QStringLiteral("tunerproperties: drop/out.xml: cannot write: a symbolic link on the way belongs to another "
-                       "user and is in a folder where every user can place links\n"));
+                       "user and is in a folder where other users can place links\n"));
     QCOMPARE(run.status, 3);
     QCOMPARE(m_shop->read(QStringLiteral("victim")), old);
 }

@@ -18,6 +18,7 @@ class SaveLinksTest : public OwnedFilesTest
 private Q_SLOTS:
     void aPlantedLinkIsNotFollowed_data();
     void aPlantedLinkIsNotFollowed();
+    void aLinkPlantedByAGroupIsNotFollowed();
     void linksOfTheCallerAndOfTheFoldersOwnerAreFollowed_data();
     void linksOfTheCallerAndOfTheFoldersOwnerAreFollowed();
     void aPlantedFileIsNotReplaced_data();
@@ -80,6 +81,21 @@ void SaveLinksTest::aPlantedLinkIsNotFollowed_data()
     addLinkRows();
 }
 
+/// The kernel lets them pass.
+void SaveLinksTest::aLinkPlantedByAGroupIsNotFollowed()
+{
+    NEEDS_SUPERUSER();
+    QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
+    give("sticky", 0, team, 01770);
+    writeOld("victim");
+    QCOMPARE(symlink("../victim", path("sticky/document").constData()), 0);
+    QCOMPARE(lchown(path("sticky/document").constData(), another, another), 0);
+    QCOMPARE(save("sticky/document"),
+             QStringLiteral("document: cannot write: a symbolic link on the way belongs to another user and is in a "
+                            "folder where other users can place links"));
+    QCOMPARE(read("victim"), oldContent);
+}
+
 /// The superuser saves into a folder like /tmp, where another user has placed a link by that name.
 void SaveLinksTest::aPlantedLinkIsNotFollowed()
 {
@@ -99,7 +115,7 @@ void SaveLinksTest::aPlantedLinkIsNotFollowed()
     for (const char *name : {"sticky/document", "own"}) {
         QCOMPARE(save(name),
                  QStringLiteral("document: cannot write: a symbolic link on the way belongs to another user and is in "
-                                "a folder where every user can place links"));
+                                "a folder where other users can place links"));
         QCOMPARE(names(), before);
         QCOMPARE(read("victim"), dangling ? QByteArray("(no such file)") : oldContent);
     }

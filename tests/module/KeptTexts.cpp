@@ -436,6 +436,9 @@ void keepLoadFailures(Keeper &keeper)
     keeper.keep("SaveFile", SaveFile(QString(), QByteArray("content")));
     keeper.keep("SaveFile", SaveFile(folder.path(), QByteArray("content")));
     keeper.keep("SaveFile", SaveFile(folder.filePath(own("done")), QByteArray("content")));
+    QFile another(folder.filePath(own("done")));
+    keeper.keep("SaveFile",
+                SaveFile(QFile::encodeName(folder.filePath(own("done"))), own("it"), QByteArray("new"), another));
     QFile file(own("/dev/full"));
     file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     keeper.keep("WriteAll", REPORTGENERATOR::WriteAll(file, QByteArray("content")));

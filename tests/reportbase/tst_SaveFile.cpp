@@ -32,6 +32,9 @@ private Q_SLOTS:
     void bytesThatAreNoTextNameTheirOwnFile();
     void thePermissionsOfTheOldFileStay();
     void aProcessWithoutStandardInputCanSave();
+    void theOriginalIsReplacedThroughALink();
+    void anotherFileIsNotReplacedInPlaceOfTheOriginal_data();
+    void anotherFileIsNotReplacedInPlaceOfTheOriginal();
     void allIsWrittenBehindWhatStandsThere();
     void whatADeviceTakesInPiecesIsWrittenWhole();
     void whatIsKeptBackIsWrittenAsWell();
@@ -127,6 +130,51 @@ void SaveFileTest::aProcessWithoutStandardInputCanSave()
     QCOMPARE(failure, QString());
     QCOMPARE(contentOf(m_path), QByteArray("content"));
     QCOMPARE(isOpenStill, false);
+}
+
+void SaveFileTest::theOriginalIsReplacedThroughALink()
+{
+    QVERIFY(SaveFile(m_path, "old").isNull());
+    const QString link = m_folder.filePath(QStringLiteral("link"));
+    QVERIFY(QFile::link(m_path, link));
+    QFile original(m_path);
+    QVERIFY(original.open(QIODevice::ReadOnly));
+    QCOMPARE(SaveFile(QFile::encodeName(link), QStringLiteral("it"), "new", original), QString());
+    QCOMPARE(contentOf(m_path), QByteArray("new"));
+    QVERIFY(QFileInfo(link).isSymLink());
+}
+
+void SaveFileTest::anotherFileIsNotReplacedInPlaceOfTheOriginal_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char *what : {"replaced", "removed", "link", "closed"})
+        QTest::newRow(what) << QString::fromLatin1(what);
+}
+
+void SaveFileTest::anotherFileIsNotReplacedInPlaceOfTheOriginal()
+{
+    QFETCH(QString, what);
+    const QString other = m_folder.filePath(QStringLiteral("other"));
+    QVERIFY(SaveFile(m_path, "old").isNull());
+    QVERIFY(SaveFile(other, "another").isNull());
+    QFile original(m_path);
+    QVERIFY(original.open(QIODevice::ReadOnly));
+    if (what == QLatin1String("replaced"))
+        QVERIFY(SaveFile(m_path, "another").isNull());
+    else if (what == QLatin1String("closed"))
+        original.close();
+    else
+        QVERIFY(QFile::remove(m_path));
+    if (what == QLatin1String("link"))
+        QVERIFY(QFile::link(other, m_path));
+    const QByteArray before = contentOf(m_path);
+
+    QCOMPARE(SaveFile(QFile::encodeName(m_path), QStringLiteral("it"), "new", original),
+             QStringLiteral("it: cannot write: the file at the end of the path was removed or renamed, or the path was "
+                            "changed"));
+    QCOMPARE(contentOf(m_path), before);
+    QCOMPARE(contentOf(other), QByteArray("another"));
+    QFile::remove(m_path);
 }
 
 void SaveFileTest::whatADeviceTakesInPiecesIsWrittenWhole()

@@ -204,7 +204,7 @@ ExitStatus change(Document &document, const Invocation &invocation)
     if (problems.count > 0 && !mayHaveProblems)
         return complainAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
-    Output::writeWhole(name, bytes);
+    Output::replace(document.input, bytes);
     if (isChanged && !invocation.isSet(unset()))
         tellWhatBecameOfIt(bytes, document, target);
     return ExitStatus::Ok;

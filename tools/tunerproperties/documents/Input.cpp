@@ -214,6 +214,7 @@ Input::Input(const FileName &name, FileKinds kinds, qint64 limit)
     const auto sourceState = *m_state;
     int descriptor = -1;
     if (name.isStandardStream() || !S_ISREG(status.st_mode)) {
+        m_isKept = true;
         descriptor = kept(source.number(), name, limit);
         const struct stat after = statusOf(name, source.number());
         if (S_ISREG(status.st_mode) && !(sourceState == State{after.st_size, after.st_mtim}))

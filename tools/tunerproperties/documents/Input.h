@@ -42,6 +42,9 @@ public:
     /// read.
     QFile &file();
 
+    /// The open file if it is the named one itself; null if what it held is kept in a temporary file.
+    const QFile *original() const { return m_isKept ? nullptr : m_file.get(); }
+
     /// The first bytes, at most as many as that, or all. Throw FileFailure if they cannot be read.
     QByteArray head(int size);
     QByteArray bytes();
@@ -54,6 +57,7 @@ private:
 
     FileName m_name;
     qint64 m_limit = largest;
+    bool m_isKept = false;
     std::unique_ptr<QFile> m_file;
     std::unique_ptr<State> m_state; ///< when it was opened
 };

@@ -63,3 +63,17 @@ void Output::writeWhole(const FileName &name, const QByteArray &bytes, FileKinds
     if (written)
         written();
 }
+
+void Output::replace(const Input &input, const QByteArray &bytes)
+{
+    const QFile *const original = input.original();
+    if (!original) {
+        writeWhole(input.name(), bytes);
+        return;
+    }
+    const Interruption::Shield shield;
+    input.check();
+    const QString failure = REPORTGENERATOR::SaveFile(input.name().bytes(), input.shownName(), bytes, *original);
+    if (!failure.isNull())
+        throw FileFailure(failure);
+}

@@ -17,4 +17,8 @@ namespace Output {
 void writeWhole(const FileName &name, const QByteArray &bytes, FileKinds kinds = FileKinds::All,
                 const std::function<void()> &written = {});
 
+/// Writes the bytes to where the input was read from, as writeWhole() does. A file is replaced only if it still is the
+/// one that was read and has not changed since, so that nobody else's changes are lost. Throws FileFailure.
+void replace(const Input &input, const QByteArray &bytes);
+
 } // namespace Output
