@@ -188,7 +188,7 @@ private:
     QTemporaryFile m_file;
 };
 
-const QString truncated = QStringLiteral("the connection ended in the middle of a document");
+const QString endedTooEarly = QStringLiteral("the connection ended in the middle of a document");
 
 /// Fails the test that Qt warns in, as it does when a closed device is read.
 class NoWarnings
@@ -366,7 +366,7 @@ void CookbookSocket::documentThatArrivedBeforeIsReceivedAtTheEndOfTheConnection(
     Connection connection(lineWith(asSent(receiver()) + "x"));
     connection.line.end();
     QCOMPARE(connection.documents.size(), 1);
-    QCOMPARE(connection.failures, QStringList{truncated});
+    QCOMPARE(connection.failures, QStringList{endedTooEarly});
     QCoreApplication::processEvents();
     QCOMPARE(connection.documents.size(), 1);
     QCOMPARE(connection.failures.size(), 1);
@@ -404,7 +404,7 @@ void CookbookSocket::outputOfAProcessIsReceived()
     Reports reports(process);
     if (hasEndedBefore)
         reports.receiver->finish(); // the process has reported its end already
-    QTRY_COMPARE(reports.failures, QStringList{truncated});
+    QTRY_COMPARE(reports.failures, QStringList{endedTooEarly});
     QCOMPARE(reports.documents.size(), 2);
     QTRY_COMPARE(process.state(), QProcess::NotRunning);
     QCOMPARE(reports.failures.size(), 1);
@@ -418,7 +418,7 @@ void CookbookSocket::bufferIsReadToItsEnd()
     Reports reports(buffer);
     reports.receiver->finish(); // a buffer has no end of its own
     QCOMPARE(reports.documents.size(), 2);
-    QCOMPARE(reports.failures, QStringList{truncated});
+    QCOMPARE(reports.failures, QStringList{endedTooEarly});
 }
 
 void CookbookSocket::receiverMayBeDestroyedBeforeItsFirstRead()
@@ -456,14 +456,14 @@ void CookbookSocket::deviceThatIsDestroyedInTheMiddleOfADocumentIsReportedOnce()
     line->arrive(asSent(receiver()).left(9));
     line.reset();
     QCoreApplication::processEvents();
-    QCOMPARE(reports.failures, QStringList{truncated});
+    QCOMPARE(reports.failures, QStringList{endedTooEarly});
 
     auto ended = std::make_unique<Line>();
     const Reports reportsOfEnded(*ended);
     ended->arrive(asSent(receiver()).left(9));
     ended->end();
     ended.reset();
-    QCOMPARE(reportsOfEnded.failures, QStringList{truncated});
+    QCOMPARE(reportsOfEnded.failures, QStringList{endedTooEarly});
 }
 
 void CookbookSocket::slotMayDeleteTheReceiver_data()
@@ -514,7 +514,7 @@ void CookbookSocket::slotMayCloseOrDeleteTheDevice()
     reports.whenReported = [&] { line.reset(); };
     QCoreApplication::processEvents(); // in the first read, since a device is not deleted in a signal of its own
     QCOMPARE(reports.documents.size(), 2);
-    QCOMPARE(reports.failures, QStringList{truncated});
+    QCOMPARE(reports.failures, QStringList{endedTooEarly});
 }
 
 void CookbookSocket::slotMayLetMoreArrive()
@@ -543,7 +543,7 @@ void CookbookSocket::slotMayEndTheConnection()
     connection.whenReported = [&] { connection.line.end(); };
     connection.line.arrive(asSent(receiver()) + asSent(receiver()) + "x");
     QCOMPARE(connection.documents.size(), 2);
-    QCOMPARE(connection.failures, QStringList{truncated});
+    QCOMPARE(connection.failures, QStringList{endedTooEarly});
 }
 
 void CookbookSocket::refusalIsReportedOnceWhenASlotLetsMoreArrive()

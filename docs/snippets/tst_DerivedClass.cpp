@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A class that derives from a class of the model and adds members of its own, and one with a name of its own: the marked
-// parts are what the manual shows, and the tests check what they come to.
+// Classes that derive from a class of the model and add members, or have a name of their own: the marked parts are what
+// the manual shows, and the tests check what they come to.
 
 #include <functional>
 #include <memory>

@@ -277,7 +277,7 @@ protected:
     /// reader on the element's end.
     QString GetTextValue(QXmlStreamReader &reader);
 
-    /// The numeric identifier of the object's class, which every copy starts with; its low 32 bits lead a representation.
+    /// The numeric identifier of the object's class, with which copies start. Its low 32 bits lead a representation.
     qint64 m_classIdentifier;
 
     /// The class that the object was made for.
