@@ -188,7 +188,7 @@ public:
     virtual void SetObjectType(ObjectTypes type);
 
 protected:
-    /// Gives the object a name of its own in place of its class's.
+    /// Gives the object a name of its own in place of its class's. A copy of the object has its class's name again.
     virtual void SetObjectName(const QString &name);
 
     /// Reads one child element, on whose start the reader stands.
@@ -277,7 +277,7 @@ protected:
     /// reader on the element's end.
     QString GetTextValue(QXmlStreamReader &reader);
 
-    /// The numeric identifier of the object's class; its low 32 bits lead a binary representation.
+    /// The numeric identifier of the object's class, with which copies start. Its low 32 bits lead a representation.
     qint64 m_classIdentifier;
 
     /// The class that the object was made for.
