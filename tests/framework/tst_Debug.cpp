@@ -50,6 +50,17 @@ private Q_SLOTS:
         QCOMPARE(textOf(Choice::None), QStringLiteral("ValueItem::ChoiceValueItem::None"));
         QCOMPARE(textOf(Choice(10)), QStringLiteral("ValueItem::ChoiceValueItem(10)"));
         QCOMPARE(textOf(MemberKind::Text), QStringLiteral("MemberKind::Text"));
+        QCOMPARE(textOf(MemberKind::Boolean), QStringLiteral("MemberKind::Boolean"));
+        QCOMPARE(textOf(MemberKind::Int), QStringLiteral("MemberKind::Int"));
+        QCOMPARE(textOf(MemberKind::Int64), QStringLiteral("MemberKind::Int64"));
+        QCOMPARE(textOf(MemberKind::UInt64), QStringLiteral("MemberKind::UInt64"));
+        QCOMPARE(textOf(MemberKind::Float), QStringLiteral("MemberKind::Float"));
+        QCOMPARE(textOf(MemberKind::Double), QStringLiteral("MemberKind::Double"));
+        QCOMPARE(textOf(MemberKind::Enumeration), QStringLiteral("MemberKind::Enumeration"));
+        QCOMPARE(textOf(MemberKind::EnumerationList), QStringLiteral("MemberKind::EnumerationList"));
+        QCOMPARE(textOf(MemberKind::Choice), QStringLiteral("MemberKind::Choice"));
+        QCOMPARE(textOf(MemberKind::Object), QStringLiteral("MemberKind::Object"));
+        QCOMPARE(textOf(MemberKind::ObjectList), QStringLiteral("MemberKind::ObjectList"));
         QCOMPARE(textOf(MemberKind::Alternative), QStringLiteral("MemberKind::Alternative"));
         QCOMPARE(textOf(MemberKind(99)), QStringLiteral("MemberKind(99)"));
         QCOMPARE(textOf(Logger::Severity::Error), QStringLiteral("Logger::Severity::Error"));

@@ -81,6 +81,7 @@ private Q_SLOTS:
     void listsThatWereReadHaveNoSpareRoom();
     void roomThatACallerReservedIsKept_data();
     void roomThatACallerReservedIsKept();
+    void longListsHaveNoSpareRoomEither();
 };
 
 void RoomOfListsTest::listsThatWereReadHaveNoSpareRoom_data()
@@ -123,6 +124,30 @@ void RoomOfListsTest::roomThatACallerReservedIsKept()
     object.GetComponent().reserve(100);
     QVERIFY(read(object));
     QCOMPARE(spareRoom(std::as_const(object)), (QVector<int>{63, 0, 0, 0, 0, 0}));
+}
+
+/// No count makes a reader reserve room for more than 4,096 items; further ones make the list grow by itself.
+void RoomOfListsTest::longListsHaveNoSpareRoomEither()
+{
+    constexpr int veryMany = 4999;
+    StringItem text;
+    text.Setvalue(QStringLiteral("x"));
+    ValueStringList list;
+    list.Setid(QStringLiteral("i"));
+    list.Setvalue(QStringLiteral("x"));
+    list.SetStringItem(QVector<StringItem>(veryMany, text));
+
+    ValueStringList fromRecord;
+    QVERIFY(fromRecord.SetBinaryRepresentation(list.GetBinaryRepresentationAsQByteArray()));
+    QCOMPARE(std::as_const(fromRecord).GetStringItem().size(), veryMany);
+    QCOMPARE(std::as_const(fromRecord).GetStringItem().capacity(), veryMany);
+
+    ValueStringList fromSnapshot;
+    QByteArray snapshot = snapshotOf(list);
+    QDataStream stream(snapshot);
+    fromSnapshot.SetVersionSpecificBinaryWithoutValidation(stream);
+    QCOMPARE(std::as_const(fromSnapshot).GetStringItem().size(), veryMany);
+    QCOMPARE(std::as_const(fromSnapshot).GetStringItem().capacity(), veryMany);
 }
 
 QTEST_GUILESS_MAIN(RoomOfListsTest)

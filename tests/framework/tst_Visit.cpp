@@ -307,6 +307,7 @@ private Q_SLOTS:
         QTest::newRow("a number for a text") << "name" << QVariant(1);
         QTest::newRow("nothing") << "name" << QVariant();
         QTest::newRow("an unknown name") << "type" << QVariant(QStringLiteral("receiver"));
+        QTest::newRow("an empty name, which is not null") << "type" << QVariant(QStringLiteral(""));
         QTest::newRow("a number too large for an enumeration") << "type" << QVariant(259);
         QTest::newRow("a boolean for an enumeration") << "type" << QVariant(true);
         QTest::newRow("a value for a child") << "StartupModes" << QVariant(1);

@@ -3,6 +3,7 @@
 
 #include <jobxml/TunerProperties.h>
 #include <jobxml/ValueItem.h>
+#include <jobxml/Visit.h>
 #include <tavikappstartup/TranslationCenter.h>
 
 using namespace JobXml;
@@ -59,6 +60,7 @@ private Q_SLOTS:
 
     void namesAreShownInTheLanguageThatIsInstalled()
     {
+        TunerProperties document;
         speak(QLocale(QLocale::German, QLocale::Germany));
         QCOMPARE(TunerProperties::GetGUItypes().size(), 5);
         QCOMPARE(TunerProperties::GetGUItypes().at(3), QStringLiteral("Empfänger"));
@@ -75,6 +77,13 @@ private Q_SLOTS:
         QVERIFY(ValueItem::GetGUIChoiceValueItems() != germanKinds);
 
         // the plain names never change
+        speak(QLocale(QLocale::German, QLocale::Germany));
+        QStringList visitedTypes;
+        visit(std::as_const(document), [&](const MemberView &member) {
+            if (member.GetName() == QLatin1String("type"))
+                visitedTypes = member.GetNames();
+        });
+        QCOMPARE(visitedTypes, types);
         QCOMPARE(TunerProperties::Gettypes(), types);
         QCOMPARE(StartupModes::GetStartupModes(), modes);
         QCOMPARE(ValueItem::GetChoiceValueItems(), kinds);
