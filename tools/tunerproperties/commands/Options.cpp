@@ -10,7 +10,7 @@ namespace Options {
 namespace {
 
 // Real documents shrink to a third, very regular ones to a thirtieth; those made to exhaust memory to a thousandth.
-constexpr int usualExpansion = 100;
+constexpr int usualExpansion = 50;
 constexpr int mostExpansion = 1100; // zlib does not reach it, and the library takes no more
 
 } // namespace

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <jobxml/Visit.h>
+
 #include "BufferedOutput.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
@@ -22,8 +24,30 @@ void showAsTree(Document &document, int)
     output.flush();
 }
 
+/// The number of objects below this one, or a larger number than `most`.
+int countObjects(const JobXml::DataObject &object, int most)
+{
+    int count = 0;
+    JobXml::visit(object, [&](const JobXml::MemberView &member) {
+        for (int i = 0; i < member.GetSize() && count <= most; ++i)
+            count += 1 + countObjects(member.GetChild(i), most - count - 1);
+    });
+    return count;
+}
+
+/// An object without anything in it takes four bytes of a record, and a kilobyte of a page.
+void checkSizeOfPage(const Document &document)
+{
+    constexpr int mostObjects = 100000;
+    if (countObjects(document.tuner, mostObjects) > mostObjects)
+        throw FileFailure(document.input.shownName()
+                          + QStringLiteral(": has more than %1 objects, too many for a page; use 'show --format json'")
+                                .arg(mostObjects));
+}
+
 void showAsHtml(Document &document, int mostProblems)
 {
+    checkSizeOfPage(document);
     const FileName &name = document.input.name();
     BufferedOutput output;
     html(document.tuner, document.findings(mostProblems),
