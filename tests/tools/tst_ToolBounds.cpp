@@ -76,13 +76,37 @@ QByteArray emptyValues(const char *tag, int count)
     return node(record(valueItemTag, word(count) + (word(8) + record(tag, {})).repeated(count)));
 }
 
-/// Values without anything in them as JSON: three bytes each.
-QByteArray emptyJsonValues(int count)
+/// The same as JSON. A list of items without anything in them takes three bytes each.
+QByteArray jsonItems(const char *name, int count, const QByteArray &item = "{}")
 {
-    const QByteArray values = QByteArray("{},").repeated(count);
-    return R"({"TunerProperties":{"type":"SCP","baseresource":"b","Component":[{"type":"t","name":"c","Node":[)"
-           R"({"id":"n","ValueItem":[)"
-        + values.left(values.size() - 1) + "]}]}]}}";
+    const QByteArray items = (item + ',').repeated(count);
+    return QByteArray("\"") + name + "\":[" + items.left(items.size() - 1) + ']';
+}
+
+QByteArray jsonDocument(const QByteArray &members)
+{
+    return R"({"TunerProperties":{"type":"SCP","baseresource":"b",)" + members + "}}";
+}
+
+QByteArray jsonComponent(const QByteArray &members)
+{
+    return jsonDocument(R"("Component":[{"type":"t","name":"c",)" + members + "}]");
+}
+
+QByteArray jsonNode(const QByteArray &members)
+{
+    return jsonComponent(R"("Node":[{"id":"n",)" + members + "}]");
+}
+
+/// A value whose choice is this one.
+QByteArray jsonChoice(const QByteArray &name, const QByteArray &members = {})
+{
+    return R"({"ChoiceValueItem":")" + name + R"(",")" + name + R"(":{)" + members + "}}";
+}
+
+QByteArray jsonValue(const QByteArray &name, const QByteArray &members)
+{
+    return jsonNode(jsonItems("ValueItem", 1, jsonChoice(name, members)));
 }
 
 /// A representation in the compressed form. qCompress() puts the size in front, as that form does.
@@ -424,8 +448,9 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
     QTest::addColumn<int>("outPerByte");
     QTest::addColumn<int>("memoryPerByte");
     // Many, so that what is allowed beside the bounds does not hide them.
-    constexpr int count = 17000;
-    constexpr int jsonCount = 50000;
+    constexpr int count = 10000;
+    constexpr int jsonCount = 10000;
+    constexpr int choiceCount = jsonCount / 20; // these are twenty times as long
     const struct
     {
         const char *name;
@@ -439,7 +464,17 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
         {"selections", document(emptyValues(selectionTag, count / 3))},
         {"options", document(node(listOf(valueItemTag, record(selectionTag, emptyItems(selectionItemTag, count)))))},
         {"texts", document(node(listOf(valueItemTag, record(textListTag, emptyItems(textItemTag, count)))))},
-        {"JSON items", emptyJsonValues(jsonCount)},
+        {"JSON bandwidths", jsonDocument(jsonItems("Component", 1) + ',' + jsonItems("BandwidthSelection", jsonCount))},
+        {"JSON modes",
+         jsonDocument(jsonItems("Component", 1) + ",\"StartupModes\":{" + jsonItems("StartupMode", jsonCount, "0")
+                      + '}')},
+        {"JSON components", jsonDocument(jsonItems("Component", 3 * jsonCount))},
+        {"JSON nodes", jsonComponent(jsonItems("Node", jsonCount))},
+        {"JSON items", jsonNode(jsonItems("ValueItem", jsonCount))},
+        {"JSON ranges", jsonNode(jsonItems("ValueItem", choiceCount, jsonChoice("ValueNumericInt")))},
+        {"JSON selections", jsonNode(jsonItems("ValueItem", choiceCount, jsonChoice("ValueSelection")))},
+        {"JSON options", jsonValue("ValueSelection", jsonItems("SelectionItem", jsonCount))},
+        {"JSON texts", jsonValue("ValueStringList", jsonItems("StringItem", jsonCount))},
     };
     // As RELIABILITY.md has them.
     const struct
@@ -448,14 +483,14 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
         int outPerByte;
         int memoryPerByte;
     } commands[] = {{"validate %1", 1, 130},
-                    {"convert --no-validate %1 out.xml", 0, 120},
-                    {"convert --no-validate %1 out.json", 0, 120},
+                    {"convert --no-validate %1 out.xml", 0, 150},
+                    {"convert --no-validate %1 out.json", 0, 150},
                     {"diff small.xml %1", 100, 120},
                     {"show %1", 40, 130},
                     {"show --format json %1", 20, 120},
-                    {"show --format html %1", 250, 300},
+                    {"show --format html %1", 300, 360},
                     {"get %1 Component", 20, 120},
-                    {"set --no-validate %1 name x", 0, 320}};
+                    {"set --no-validate %1 name x", 0, 360}};
     for (const auto &document : documents) {
         const QString file = document.bytes.startsWith('{') ? QStringLiteral("in.json") : QStringLiteral("in.tpb");
         for (const auto &command : commands) {

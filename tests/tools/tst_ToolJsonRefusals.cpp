@@ -180,6 +180,20 @@ void ToolJsonRefusalsTest::errorsShowTheEndOfALongToken_data()
                               << QStringLiteral("1:100008: syntax error while parsing value - invalid number; expected "
                                                 "digit after '.'; last read: '...")
             + QString(38, QLatin1Char('1')) + QStringLiteral(".}'");
+    QTest::newRow("a whole number that is too large")
+        << QByteArray("{\"TunerProperties\":{\"Version\":" + QByteArray(100'000, '1') + "}}")
+        << QStringLiteral("1:100030: number overflow parsing '...") + QString(40, QLatin1Char('1')) + QLatin1Char('\'');
+    QTest::newRow("a number whose exponent is too large")
+        << QByteArray("{\"a\": -1e" + QByteArray(100'000, '1') + "}")
+        << QStringLiteral("1:100009: number overflow parsing '...") + QString(40, QLatin1Char('1')) + QLatin1Char('\'');
+    QTest::newRow("a number of forty characters that is too large")
+        << QByteArray("{\"a\": 1e" + QByteArray(38, '9') + "}")
+        << QStringLiteral("1:46: number overflow parsing '1e") + QString(38, QLatin1Char('9')) + QLatin1Char('\'');
+    QTest::newRow("a text that looks like the message on a number")
+        << QByteArray("{\"a\": \"parsing 'last read: '" + xs)
+        << QStringLiteral(
+               "1:100029: syntax error while parsing value - invalid string: missing closing quote; last read: '")
+            + shown + QLatin1Char('\'');
     QTest::newRow("a key that is there twice") << QByteArray("{\"" + xs + "\": 1, \"" + xs + "\": 2}")
                                                << QStringLiteral("1:200010: '") + QString(40, QLatin1Char('x'))
             + QStringLiteral("...' stands twice in the same object");

@@ -17,6 +17,8 @@ private Q_SLOTS:
     void namesReachTheSystemUnchanged_data();
     void namesReachTheSystemUnchanged();
     void setWritesTheFileItself();
+    void aDashIsStandardInputEvenBehindTwoDashes();
+    void aDashInAFolderIsAFile();
     void outputsInAFolderKeepTheBytesOfTheirNames();
     void namesThatLookAlikeAsTextAreDifferentOutputs();
     void jsonHasTheBytesOfANameThatIsNotUtf8();
@@ -120,6 +122,26 @@ void ToolNamesTest::setWritesTheFileItself()
                              test ! -e "$other"; "$tool" get "$name" quantity)sh");
     QCOMPARE(run.err, QString());
     QCOMPARE(run.out, QStringLiteral("7\n"));
+}
+
+void ToolNamesTest::aDashIsStandardInputEvenBehindTwoDashes()
+{
+    m_shop->write(QStringLiteral("-"), smallXml);
+    const Run run = m_shop->run(line("validate -- -"), m_shop->read(QStringLiteral("broken")));
+    QCOMPARE(run.out, QStringLiteral("-: TunerProperties: Please set type properly.\n"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 1);
+}
+
+void ToolNamesTest::aDashInAFolderIsAFile()
+{
+    m_shop->write(QStringLiteral("-"), m_shop->read(QStringLiteral("broken")));
+    for (const char *arguments : {"validate ./-", "validate -- ./-"}) {
+        const Run run = m_shop->run(line(arguments), smallXml);
+        QCOMPARE(run.out, QStringLiteral("./-: TunerProperties: Please set type properly.\n"));
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 1);
+    }
 }
 
 void ToolNamesTest::outputsInAFolderKeepTheBytesOfTheirNames()

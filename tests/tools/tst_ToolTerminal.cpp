@@ -37,6 +37,9 @@ private Q_SLOTS:
     void getWritesTheValueUnchangedIntoAPipe();
     void jsonIsTheSameOnATerminalAndInAPipe();
     void binaryFormsAreEscapedOnATerminal();
+    void anOutputFileThatIsATerminalGetsWhatStandardOutputGets_data();
+    void anOutputFileThatIsATerminalGetsWhatStandardOutputGets();
+    void anOutputFileThatIsAPipeGetsTheBytesUnchanged();
     void diffKeepsItsColorsOnATerminal();
 
 private:
@@ -285,6 +288,48 @@ void ToolTerminalTest::binaryFormsAreEscapedOnATerminal()
     QVERIFY2(terminal.written().startsWith(R"(\xc1\u000c\xbb_\u0000\u0000\u0000\xb3\xcc\xfe)"),
              terminal.written().constData());
     QVERIFY(isPrintable(terminal.written()));
+}
+
+void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<QString>("file");
+    for (const char *form : {"tagged", "compressed", "snapshot", "json", "xml"}) {
+        for (const char *file : {"/dev/tty", "/dev/stdout", "/dev/stderr"})
+            QTest::addRow("%s to %s", form, file) << text(form) << text(file);
+    }
+}
+
+void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets()
+{
+    QFETCH(QString, form);
+    QFETCH(QString, file);
+    writeHostile();
+    // XML has no room for most of the characters, and a snapshot none for what is not set.
+    m_shop->write(text("h.xml"),
+                  QByteArray(smallXml).replace("\"n\"",
+                                               "\"\xC2\x9B"
+                                               "2J\xE2\x80\xAEn\""));
+    const QString convert = text("\"$tool\" convert --no-validate %1 %2 --to %3");
+    const bool isLimited = form == text("xml") || form == text("snapshot");
+    const QString input = isLimited ? text("h.xml") : text("h.tpb");
+    Terminal standard(m_shop->path(text(".")), convert.arg(input, text("-"), form), 80);
+    standard.readAll();
+    Terminal named(m_shop->path(text(".")), convert.arg(input, file, form), 80);
+    named.readAll();
+    QVERIFY2(isPrintable(named.written()), named.written().toPercentEncoding().constData());
+    QCOMPARE(named.written(), standard.written());
+    QVERIFY(named.written().size() > 60);
+}
+
+void ToolTerminalTest::anOutputFileThatIsAPipeGetsTheBytesUnchanged()
+{
+    writeHostile();
+    Terminal terminal(m_shop->path(text(".")),
+                      text("\"$tool\" convert --no-validate h.tpb /dev/stdout --to tagged | cmp - h.tpb && echo same"),
+                      80);
+    terminal.readAll();
+    QCOMPARE(terminal.written(), QByteArray("same\r\n"));
 }
 
 void ToolTerminalTest::diffKeepsItsColorsOnATerminal()

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <documents/XmlProblems.h>
+#include <jobxml/TunerProperties.h>
 
 #include <QTest>
 #include <QTextCodec>
@@ -27,6 +28,8 @@ private Q_SLOTS:
     void wholeDocumentHasNoProblem();
     void problemsAreFoundInEveryEncoding_data();
     void problemsAreFoundInEveryEncoding();
+    void namespacesInsideTheRootAreNotProcessed();
+    void anUndeclaredPrefixOfTheRootIsAProblem();
 };
 
 void XmlProblemsTest::xmlThatCannotBeReadIsAProblem_data()
@@ -91,6 +94,42 @@ void XmlProblemsTest::problemsAreFoundInEveryEncoding()
     QCOMPARE(problems[1].message, QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'."));
     QCOMPARE(problems[1].line, 2);
     QCOMPARE(problems[1].column, 2);
+}
+
+// As in the library: a reader that processes namespaces looks each name up among all that are declared around it, which
+// elements nested without end make as many as they like. It would also end at the first prefix without a declaration.
+void XmlProblemsTest::namespacesInsideTheRootAreNotProcessed()
+{
+    const QByteArray xml = "<p:TunerProperties xmlns:p=\"u\" Version=\"1.1\" type=\"SCP\" baseresource=\"b\">\n"
+                           " <q:Extra q:type=\"x\"/>\n"
+                           " <q:Component type=\"t\" name=\"c\" optional=\"\" q:optional=\"true\">\n"
+                           "  <p:Other xmlns:q=\"v\"/><q:Node id=\"n\"/>\n"
+                           " </q:Component>\n"
+                           " <q:Last/>\n"
+                           "</p:TunerProperties>\n";
+    QStringList problems;
+    for (const XmlProblem &problem : problemsOf(xml))
+        problems.append(QStringLiteral("%1:%2: ").arg(problem.line).arg(problem.column) + problem.message);
+    QCOMPARE(problems,
+             (QStringList{
+                 QStringLiteral("2:2: Unknown Tag 'Extra' in 'TunerProperties'."),
+                 QStringLiteral("3:33: Please set a value or a default for the boolean 'optional' in 'Component'."),
+                 QStringLiteral("6:2: Unknown Tag 'Last' in 'TunerProperties'."),
+             }));
+    JobXml::TunerProperties document;
+    document.SetValidate(false);
+    QVERIFY(document.SetXmlString(QString::fromUtf8(xml), false));
+    QCOMPARE(document.GetComponent()[0].GetNode()[0].Getid(), QStringLiteral("n"));
+}
+
+void XmlProblemsTest::anUndeclaredPrefixOfTheRootIsAProblem()
+{
+    const QByteArray xml = "<p:TunerProperties Version=\"1.1\"><a/></p:TunerProperties>";
+    const QVector<XmlProblem> problems = problemsOf(xml);
+    QCOMPARE(problems.size(), 1);
+    QCOMPARE(problems[0].message, QStringLiteral("Namespace prefix 'p' not declared"));
+    JobXml::TunerProperties document;
+    QVERIFY(!document.SetXmlString(QString::fromUtf8(xml), false));
 }
 
 QTEST_GUILESS_MAIN(XmlProblemsTest)

@@ -58,7 +58,12 @@ QString streamName()
 
 void write(const QByteArray &bytes)
 {
-    writeEscaped(standardOutputIsTerminal() ? Printable::escaped(bytes) : bytes);
+    writeEscaped(shownOn(STDOUT_FILENO, bytes));
+}
+
+QByteArray shownOn(int descriptor, const QByteArray &bytes)
+{
+    return isatty(descriptor) != 0 ? Printable::escaped(bytes) : bytes;
 }
 
 void writeEscaped(const QByteArray &bytes)

@@ -31,8 +31,11 @@ namespace Console {
 /// The name of standard input and output on the command line.
 QString streamName();
 
-/// Writes to standard output: unchanged to a file or a pipe; on a terminal, whatever is not printable is escaped (see
-/// Printable.h). The bytes are whole characters. Throws FileFailure if writing is not possible.
+/// What of the bytes goes to an open file: they themselves to a file or a pipe; to a terminal, with whatever is not
+/// printable escaped (see Printable.h). The bytes are whole characters.
+QByteArray shownOn(int descriptor, const QByteArray &bytes);
+
+/// Writes to standard output what shownOn() makes of the bytes. Throws FileFailure if writing is not possible.
 void write(const QByteArray &bytes);
 
 /// The same for text in which whatever came from a document or a file name is escaped already, so that colors remain.

@@ -45,6 +45,12 @@ QString purpose()
     return QStringLiteral("Shows, validates, converts, compares and changes descriptions of radio tuners.");
 }
 
+QString noteOnStandardStreams()
+{
+    return QStringLiteral("The name - stands for standard input or output, even after --. Write ./- for a file of "
+                          "that name.");
+}
+
 QStringList generalNotes()
 {
     return {
@@ -53,6 +59,7 @@ QStringList generalNotes()
                        "snapshot."),
         QStringLiteral("An argument that begins with - is an option. Write ./* or -- *.xml, so that the name of a file "
                        "is never an option."),
+        noteOnStandardStreams(),
         QStringLiteral("In messages a name has \\xHH for a byte that is not UTF-8 and \\\\ for a backslash. On a "
                        "terminal, characters that are not printable are shown as \\uXXXX; to a file or a pipe, get "
                        "and convert write them unchanged, except in JSON."),
@@ -112,6 +119,8 @@ QString ofCommand(const Command &command)
     QString text = usageText(usages) + wrapped(command.summary, 0, 0);
     for (const QString &paragraph : command.details)
         text += QLatin1Char('\n') + wrapped(paragraph, 0, 0);
+    if (command.takes == Takes::File)
+        text += QLatin1Char('\n') + wrapped(noteOnStandardStreams(), 0, 0);
     text += optionsText(optionsOf(command)) + QStringLiteral("\nExamples:\n");
     for (const Example &example : command.examples)
         text += QStringLiteral("  ") + program() + QLatin1Char(' ') + example.line + QStringLiteral("\n      ")

@@ -15,6 +15,9 @@ QString program();
 QString purpose();
 QStringList generalNotes();
 
+/// The one of these that each command repeats that reads files.
+QString noteOnStandardStreams();
+
 /// Exit statuses and their meanings.
 struct Status
 {

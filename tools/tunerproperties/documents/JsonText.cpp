@@ -45,13 +45,24 @@ constexpr std::size_t mostKeys = 256;
 
 constexpr int mostShown = 40; // characters of a text in a message
 
-/// "... last read: 'what was read of the token'; expected ...". The error is at the end of the token, which may be as
-/// long as the document.
+/// Where the token begins that a message of the parser quotes, or -1. Whatever it holds comes behind the words in front
+/// of it, and a number holds no words.
+int tokenBegin(const QByteArray &parseError)
+{
+    for (const QByteArray &mark : {QByteArrayLiteral("last read: '"), QByteArrayLiteral("number overflow parsing '")}) {
+        const int at = parseError.indexOf(mark);
+        if (at >= 0)
+            return at + mark.size();
+    }
+    return -1;
+}
+
+/// "... last read: 'what was read of the token'; expected ...", "number overflow parsing 'the number'". The error is at
+/// the end of the token, which may be as long as the document.
 QString withShortToken(const QByteArray &parseError)
 {
-    const QByteArray mark = QByteArrayLiteral("last read: '");
-    const int begin = parseError.indexOf(mark) + mark.size();
-    if (begin < mark.size())
+    const int begin = tokenBegin(parseError);
+    if (begin < 0)
         return QString::fromUtf8(parseError);
     constexpr int longestEnd = 40; // "'; expected string literal"
     const int expected = parseError.lastIndexOf("'; expected ");

@@ -23,8 +23,8 @@ bool isPipeOrDevice(const FileName &name)
     return stat(name.bytes().constData(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
 }
 
-/// Writes into a pipe or a device; returns the reason if that is not possible. Replacing it, which is what writing
-/// atomically means, would leave a file in its place.
+/// Writes into a pipe or a device, which may be a terminal; returns the reason if that is not possible. Replacing it,
+/// which is what writing atomically means, would leave a file in its place.
 QString writeInto(const FileName &name, const QByteArray &bytes)
 {
     int descriptor = -1;
@@ -38,7 +38,7 @@ QString writeInto(const FileName &name, const QByteArray &bytes)
         close(descriptor);
         return file.errorString();
     }
-    return REPORTGENERATOR::WriteAll(file, bytes);
+    return REPORTGENERATOR::WriteAll(file, Console::shownOn(descriptor, bytes));
 }
 
 } // namespace

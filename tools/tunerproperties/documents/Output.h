@@ -10,8 +10,8 @@
 namespace Output {
 
 /// Writes the bytes to a file, or to standard output for "-". A file is written whole or stays as it was; into a pipe
-/// or a device, which holds nothing to keep, the bytes simply go, unless only regular files are written. Throws
-/// FileFailure.
+/// or a device, which holds nothing to keep, the bytes simply go (to a terminal as Console::shownOn() has them), unless
+/// only regular files are written. Throws FileFailure.
 ///
 /// No signal ends the program while a file is on its way to its place, nor before `written` has been called for it.
 void writeWhole(const FileName &name, const QByteArray &bytes, FileKinds kinds = FileKinds::All,

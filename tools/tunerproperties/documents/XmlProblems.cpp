@@ -159,8 +159,11 @@ public:
 
     void run()
     {
-        if (m_reader.readNextStartElement())
+        if (m_reader.readNextStartElement()) {
+            // As inside of the objects: looking names up among all namespaces takes long, and undeclared ones pass.
+            m_reader.setNamespaceProcessing(false);
             readObject(TunerProperties::GetStaticObjectName());
+        }
         // The rest of what cannot be read has not been looked at, and must not pass for valid.
         if (const auto error = errorOf(m_reader))
             m_action(*error);
