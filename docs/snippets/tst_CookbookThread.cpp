@@ -15,7 +15,7 @@
 namespace {
 
 //! [thread]
-/// Saves in another thread while the caller goes on changing its document. The future tells the error or null, and
+/// Saves in another thread while the caller goes on changing its document. The future returns the error or null, and
 /// throws what is wrong with the content.
 std::future<QString> saveInBackground(const JobXml::TunerProperties &tuner, const QString &path)
 {

@@ -486,8 +486,8 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
     QTest::addColumn<int>("outPerByte");
     QTest::addColumn<int>("memoryPerByte");
     // Many, so that what is allowed beside the bounds does not hide them.
-    constexpr int count = 6000;
-    constexpr int jsonCount = 6000;
+    constexpr int count = 17000;
+    constexpr int jsonCount = 3000;
     constexpr int choiceCount = jsonCount / 20; // these are twenty times as long
     const struct
     {
@@ -506,9 +506,9 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
         {"JSON modes",
          jsonDocument(jsonItems("Component", 1) + ",\"StartupModes\":{" + jsonItems("StartupMode", jsonCount, "0")
                       + '}')},
-        {"JSON components", jsonDocument(jsonItems("Component", 3 * jsonCount))},
+        {"JSON components", jsonDocument(jsonItems("Component", 6 * jsonCount))},
         {"JSON nodes", jsonComponent(jsonItems("Node", jsonCount))},
-        {"JSON items", jsonNode(jsonItems("ValueItem", jsonCount))},
+        {"JSON items", jsonNode(jsonItems("ValueItem", 50000))},
         {"JSON ranges", jsonNode(jsonItems("ValueItem", choiceCount, jsonChoice("ValueNumericInt")))},
         {"JSON selections", jsonNode(jsonItems("ValueItem", choiceCount, jsonChoice("ValueSelection")))},
         {"JSON options", jsonValue("ValueSelection", jsonItems("SelectionItem", jsonCount))},

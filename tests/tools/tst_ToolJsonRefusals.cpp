@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
-/// What is refused as JSON, and what is told about it: where it is, and why.
+/// JSON that is refused, and the errors: where and why.
 class ToolJsonRefusalsTest : public QObject
 {
     Q_OBJECT
