@@ -44,7 +44,7 @@ def compare(what, expected, found):
 
 def thrown(source):
     """(text, type) of what the model throws; the type is "none" for the one that is not."""
-    unchosen = {unescaped(text[1]) for text in STRING.finditer(source.split("unchosenTexts[] = {")[1].split("};")[0])}
+    unchosen = {unescaped(text[1]) for text in STRING.finditer(source.split("auto unchosenTexts =")[1].split("}();")[0])}
     if len(unchosen) != 1:
         sys.exit(f"the texts of access to what is not chosen differ: {unchosen}")
     result = {(composed(text), match[1]) for match, text in calls(source, rf"throw ({EXCEPTIONS})\(")}
