@@ -3,7 +3,7 @@
 
 #include <jobxml/TunerProperties.h>
 
-#include "module/TypeList.h"
+#include "TypeList.h"
 
 namespace JobXml {
 
@@ -12,14 +12,14 @@ namespace JobXml {
 /// The classes of the model, as Classes.def lists them.
 #define JOBXML_CLASS(folder, Class) + ClassTag<Class>()
 using Classes = decltype(TypeList<>()
-#include "module/Classes.def"
+#include "Classes.def"
 );
 
 /// Those of them among which a ValueItem chooses, in the order of ChoiceValueItem.
 #define JOBXML_CLASS(folder, Class)
 #define JOBXML_KIND(folder, Class) + ClassTag<Class>()
 using Kinds = decltype(TypeList<>()
-#include "module/Classes.def"
+#include "Classes.def"
 );
 
 // clang-format on
