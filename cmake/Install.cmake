@@ -5,7 +5,7 @@
 
 include(CMakePackageConfigHelpers)
 
-install(FILES ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd
+install(FILES ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd ${PROJECT_SOURCE_DIR}/share/model.json
     DESTINATION ${CMAKE_INSTALL_DATADIR}/tunerproperties
     COMPONENT development)
 

@@ -24,6 +24,8 @@ enum Traits : unsigned {
     Identifies = 1 << 7, ///< a text that distinguishes the object from its siblings; people call the object by it
     IdentifiesToo = 1 << 8, ///< distinguishes it from its siblings as well, but is not what people call it by
     UsuallyHoldsSeveral = 1 << 9, ///< a list for which reading reserves memory for several items at once
+    WrittenUnlessEmpty =
+        1 << 15, ///< a list that tagged records leave out if it is empty, snapshots if its flag is clear
     // Set by the kinds of rows and by the codecs, not in the tables:
     HoldsChildren = 1 << 10,
     CreatedWithTheBlock = 1 << 11, ///< a child that inherits flag and logger as soon as there is a block
