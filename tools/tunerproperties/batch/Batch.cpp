@@ -9,11 +9,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Printable.h"
 #include "batch/InOrder.h"
-#include "batch/Interruption.h"
 #include "batch/Progress.h"
+#include "console/Interruption.h"
 #include "documents/JsonText.h"
+#include "text/Printable.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -134,30 +134,20 @@ std::string jsonOf(const Outcome &outcome, const QString &doneWord)
     return JsonText::compact(json).toStdString();
 }
 
-Batch::Batch(const Invocation &invocation)
-    : m_jobs(Options::jobCount(invocation)), m_quiet(invocation.isSet(Options::quiet())),
-      m_json(invocation.isSet(Options::json())), m_mostProblems(Options::problemCount(invocation))
-{
-    if (m_quiet && m_json)
-        throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
-}
-
 ExitStatus Batch::run(const QVector<FileName> &files)
 {
-    if (files.count(FileName(Console::streamName().toLatin1())) > 1)
-        throw WrongUsage(QStringLiteral("standard input can be read only once"));
     const int count = files.size();
     Tally tally;
     const Interruption::Report report([&] {
         const QString done = QStringLiteral("interrupted when %1 of %2 files were done").arg(tally.done()).arg(count);
-        return m_quiet || count < 2 ? QString() : done + summary(tally);
+        return m_settings.quiet || count < 2 ? QString() : done + summary(tally);
     });
     ExitStatus worst = ExitStatus::Ok;
     {
-        Progress progress(m_quiet ? 0 : count);
+        Progress progress(m_settings.quiet ? 0 : count);
         const auto showProgress = [&] { progress.update(tally.done()); };
         InOrder<Result>::run(
-            count, m_jobs, [&](int index) { return resultOf(workOn(files.at(index), index, tally)); },
+            count, m_settings.jobs, [&](int index) { return resultOf(workOn(files.at(index), index, tally)); },
             [&](Result &&result) {
                 write(result);
                 worst = std::max(worst, exitStatus(result.status));
@@ -165,7 +155,7 @@ ExitStatus Batch::run(const QVector<FileName> &files)
             },
             showProgress, Result::size);
     }
-    if (count > 1 && !m_quiet && !m_json)
+    if (count > 1 && !m_settings.quiet && !m_settings.json)
         Console::complain(QStringLiteral("%1 files").arg(count) + summary(tally));
     return worst;
 }
@@ -201,14 +191,14 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
 Batch::Result Batch::resultOf(const Outcome &outcome) const
 {
     Result result{outcome.status, {}, {}};
-    if (m_json) {
+    if (m_settings.json) {
         result.lines = QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n');
         return result;
     }
-    if (!m_quiet && problemsAreTheResult) {
+    if (!m_settings.quiet && problemsAreTheResult) {
         for (const QString &line : outcome.findings.lines(outcome.file.shown()))
-            result.lines += Console::onOneLine(line).toUtf8() + '\n';
-    } else if (!m_quiet) {
+            result.lines += Printable::onOneLine(line).toUtf8() + '\n';
+    } else if (!m_settings.quiet) {
         result.complaints = outcome.findings.lines(outcome.file.shown());
     }
     if (!outcome.error.isNull())

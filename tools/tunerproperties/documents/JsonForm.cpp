@@ -10,8 +10,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "commands/Suggestion.h"
 #include "members/Paths.h"
+#include "text/Suggestion.h"
 
 using namespace JobXml;
 using Json = nlohmann::ordered_json;

@@ -8,8 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Printable.h"
 #include "members/ValueText.h"
+#include "text/Printable.h"
 
 using Json = nlohmann::ordered_json;
 
