@@ -7,15 +7,11 @@
 #include <new>
 #include <numeric>
 
-#include <nlohmann/json.hpp>
-
 #include "batch/InOrder.h"
 #include "batch/Progress.h"
 #include "console/Interruption.h"
 #include "documents/JsonText.h"
 #include "text/Printable.h"
-
-using Json = nlohmann::ordered_json;
 
 /// The number of files of each status so far, including those whose results are not written yet.
 class Batch::Tally
@@ -62,31 +58,33 @@ struct Batch::Result
 
 namespace {
 
-Json textJson(const QString &text)
+Json textOrNull(const QString &text)
 {
-    return text.isNull() ? Json() : Json(text.toStdString());
+    return text.isNull() ? Json() : Json(text.toUtf8());
 }
 
 /// A name that is not UTF-8 is escaped, and its bytes follow as hexadecimal digits: "file" and "fileBytes".
-void addName(Json &json, const std::string &key, const FileName &name)
+void insertName(Json &json, const QByteArray &key, const FileName &name)
 {
     const auto text = Printable::decoded(name.bytes());
-    json[key] = textJson(text ? *text : name.shown());
+    json.insert(key, (text ? *text : name.shown()).toUtf8());
     if (!text)
-        json[key + "Bytes"] = name.bytes().toHex().toStdString();
+        json.insert(key + "Bytes", name.bytes().toHex());
 }
 
 Json problemJson(const Finding &finding)
 {
-    Json json = {{"path", nullptr}, {"line", nullptr}, {"column", nullptr}, {"message", finding.message.toStdString()}};
-    if (finding.hasPlace()) {
-        json["line"] = finding.line;
-        json["column"] = finding.column;
-        return json;
+    Json path;
+    if (!finding.hasPlace()) {
+        path = Json::emptyList();
+        for (const QString &step : finding.path)
+            path.append(step.toUtf8());
     }
-    json["path"] = Json::array();
-    for (const QString &step : finding.path)
-        json["path"].push_back(step.toStdString());
+    Json json = Json::emptyObject();
+    json.insert("path", std::move(path));
+    json.insert("line", finding.hasPlace() ? Json(finding.line) : Json());
+    json.insert("column", finding.hasPlace() ? Json(finding.column) : Json());
+    json.insert("message", finding.message.toUtf8());
     return json;
 }
 
@@ -117,22 +115,24 @@ ExitStatus exitStatus(FileStatus status)
     }
 }
 
-} // namespace
-
-std::string jsonOf(const Outcome &outcome, const QString &doneWord)
+/// What is written about a file with --json, without the end of the line.
+QByteArray jsonOf(const Outcome &outcome, const QString &doneWord)
 {
-    Json json;
-    addName(json, "file", outcome.file);
+    Json json = Json::emptyObject();
+    insertName(json, "file", outcome.file);
     if (!outcome.output.isEmpty())
-        addName(json, "output", outcome.output);
-    json["status"] = textJson(statusWord(outcome.status, doneWord));
-    json["problems"] = Json::array();
+        insertName(json, "output", outcome.output);
+    json.insert("status", statusWord(outcome.status, doneWord).toUtf8());
+    Json problems = Json::emptyList();
     for (const Finding &finding : outcome.findings.listed())
-        json["problems"].push_back(problemJson(finding));
-    json["problemCount"] = outcome.findings.count();
-    json["error"] = textJson(outcome.error);
-    return JsonText::compact(json).toStdString();
+        problems.append(problemJson(finding));
+    json.insert("problems", std::move(problems));
+    json.insert("problemCount", outcome.findings.count());
+    json.insert("error", textOrNull(outcome.error));
+    return JsonText::compact(json);
 }
+
+} // namespace
 
 ExitStatus Batch::run(const QVector<FileName> &files)
 {
@@ -192,7 +192,7 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
 {
     Result result{outcome.status, {}, {}};
     if (m_settings.json) {
-        result.lines = QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n');
+        result.lines = jsonOf(outcome, doneWord) + '\n';
         return result;
     }
     if (!m_settings.quiet && problemsAreTheResult) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include <QString>
 #include <QVector>
@@ -79,6 +78,3 @@ private:
 
     const BatchSettings m_settings;
 };
-
-/// What is written about a file with --json, without the end of the line.
-std::string jsonOf(const Outcome &outcome, const QString &doneWord);

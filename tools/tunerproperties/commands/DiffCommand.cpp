@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <nlohmann/json.hpp>
-
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
@@ -81,13 +79,13 @@ QByteArray json(const Difference &difference)
         }
         return "moved";
     };
-    const auto side = [](const QString &text, bool isThere) {
-        return isThere ? nlohmann::ordered_json(text.toStdString()) : nlohmann::ordered_json();
-    };
-    return JsonText::compact({{"change", word()},
-                              {"path", difference.path.toStdString()},
-                              {"before", side(difference.before, difference.kind != Difference::Added)},
-                              {"after", side(difference.after, difference.kind != Difference::Removed)}});
+    const auto side = [](const QString &text, bool isThere) { return isThere ? Json(text.toUtf8()) : Json(); };
+    Json object = Json::emptyObject();
+    object.insert("change", word());
+    object.insert("path", difference.path.toUtf8());
+    object.insert("before", side(difference.before, difference.kind != Difference::Added));
+    object.insert("after", side(difference.after, difference.kind != Difference::Removed));
+    return JsonText::compact(object);
 }
 
 ExitStatus run(const Invocation &invocation)
