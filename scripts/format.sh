@@ -14,6 +14,6 @@ esac
 scripts/install-dependencies.sh ci
 
 mapfile -d '' files < <(git ls-files -z -- '*.h' '*.cpp')
-((${#files[@]} > 0)) || die "git names no C++ file here"
+((${#files[@]} > 0)) || die "git lists no C++ files"
 clang-format "${mode[@]}" "${files[@]}"
 [[ ${1:-} != --check ]] || python3 -B scripts/words.py

@@ -18,20 +18,8 @@ from typing import NamedTuple
 
 # Paths that are not checked yet. One that needs no exemption is an error.
 EXEMPT: tuple[str, ...] = (
-    ".clang-tidy",
-    "CHANGELOG.md",
-    "CONTRIBUTING.md",
-    "README.md",
-    "SECURITY.md",
-    "bench/",
-    "cmake/",
     "docs/",
-    "examples/",
-    "fuzz/",
     "include/",
-    "packaging/",
-    "scripts/",
-    "share/",
     "src/",
     "tests/",
     "tools/",
@@ -93,7 +81,9 @@ class Allowed(NamedTuple):
     reason: str
 
 
-ALLOWED: tuple[Allowed, ...] = ()
+ALLOWED: tuple[Allowed, ...] = (
+    Allowed("CONTRIBUTING.md", "docs/paths.md:11: 'behind'", "the example of what this script prints"),
+)
 
 
 class Finding(NamedTuple):
