@@ -57,10 +57,10 @@ class BaseSnippets : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void loadingAndSavingTellWhatWentWrong();
-    void aLoggerGetsTheSameTexts();
+    void loadingAndSavingReportErrors();
+    void loggerReceivesTheSameTexts();
     void exceptionsAreCaughtByTheirBase();
-    void aFileIsPutInPlaceWhole();
+    void savedFileIsComplete();
     void anEnvironmentIsShared();
     void aModuleIsRegistered();
     void representationsAreReadWithinLimits();
@@ -68,7 +68,7 @@ private Q_SLOTS:
     void streamIsSplitIntoRepresentations();
 };
 
-void BaseSnippets::loadingAndSavingTellWhatWentWrong()
+void BaseSnippets::loadingAndSavingReportErrors()
 {
     //! [IRGObject]
     JobXml::TunerProperties tuner;
@@ -79,7 +79,7 @@ void BaseSnippets::loadingAndSavingTellWhatWentWrong()
     QCOMPARE(why, QStringLiteral("XML text:1:8: the root element is 'Tuner', not 'TunerProperties'"));
 }
 
-void BaseSnippets::aLoggerGetsTheSameTexts()
+void BaseSnippets::loggerReceivesTheSameTexts()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("missing.xml"));
@@ -105,7 +105,7 @@ void BaseSnippets::exceptionsAreCaughtByTheirBase()
     QCOMPARE(why, QStringLiteral("TunerProperties: Please set Component properly."));
 }
 
-void BaseSnippets::aFileIsPutInPlaceWhole()
+void BaseSnippets::savedFileIsComplete()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("list.txt"));

@@ -288,7 +288,7 @@ private Q_SLOTS:
         QVERIFY(fromRecords == tuner);
     }
 
-    void aRecordIsReadFromADeviceThatIsNoBuffer()
+    void recordIsReadFromASequentialDevice()
     {
         const QTemporaryDir folder;
         QFile file(folder.filePath(QStringLiteral("record")));

@@ -32,9 +32,9 @@ private Q_SLOTS:
     void anIntIsWritten();
     void anInt64IsWritten();
     void aStringMayBeEmpty();
-    void aNumericFloatTellsItsRange();
-    void aNumericIntTellsItsRange();
-    void aNumericInt64TellsItsRange();
+    void numericFloatHasARange();
+    void numericIntHasARange();
+    void numericInt64HasARange();
     void aSelectionHoldsItsOptions();
     void aSelectionItemIsAnOption();
     void aStringListHoldsItsTexts();
@@ -107,7 +107,7 @@ void ValueSnippets::aStringMayBeEmpty()
     QVERIFY(unit.IsvalueSet() && !unit.Getvalue().isNull());
 }
 
-void ValueSnippets::aNumericFloatTellsItsRange()
+void ValueSnippets::numericFloatHasARange()
 {
     //! [ValueNumericFloat]
     JobXml::ValueNumericFloat level;
@@ -122,7 +122,7 @@ void ValueSnippets::aNumericFloatTellsItsRange()
                  "<ValueNumericFloat id=\"level\" value=\"130.00\" min=\"-30.00\" max=\"130.00\" step=\"0.50\"/>\n"));
 }
 
-void ValueSnippets::aNumericIntTellsItsRange()
+void ValueSnippets::numericIntHasARange()
 {
     //! [ValueNumericInt]
     JobXml::ValueNumericInt attenuation; // in dB
@@ -144,7 +144,7 @@ void ValueSnippets::aNumericIntTellsItsRange()
              QStringLiteral("<ValueNumericInt id=\"attenuation\" value=\"10\" min=\"0\" max=\"40\" step=\"2\"/>\n"));
 }
 
-void ValueSnippets::aNumericInt64TellsItsRange()
+void ValueSnippets::numericInt64HasARange()
 {
     //! [ValueNumericInt64]
     JobXml::ValueNumericInt64 frequency; // in Hz, beyond 32 bits
