@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The examples that the manual shows for the kinds of value. What they come to is checked behind the part that is
-// shown.
+// The examples that the manual shows for the kinds of value. Each result is checked after the part that is shown.
 
 #include <utility>
 
@@ -98,7 +97,7 @@ void ValueSnippets::aStringMayBeEmpty()
     unit.Check();
     QString refusal;
     try {
-        unit.Setvalue(QString()); // a null one is none, and refused while validating
+        unit.Setvalue(QString()); // a null text means no value, and is refused while validating
     } catch (const OutOfRangeException &e) {
         refusal = e.GetMessageText(); // "ValueString: Please set value properly (origin: Setter)."
     }
@@ -115,7 +114,7 @@ void ValueSnippets::numericFloatHasARange()
     level.Setmin(-30.0F);
     level.Setmax(130.0F);
     level.Setstep(0.5F);
-    level.Setvalue(qBound(level.Getmin(), 200.0F, level.Getmax())); // the range is for the program to keep
+    level.Setvalue(qBound(level.Getmin(), 200.0F, level.Getmax())); // the program has to check the range
     //! [ValueNumericFloat]
     QCOMPARE(elementOf(level),
              QStringLiteral(
@@ -168,10 +167,10 @@ void ValueSnippets::aSelectionHoldsItsOptions()
         JobXml::SelectionItem option;
         option.Setname(QStringLiteral("%1 kHz").arg(kilohertz));
         option.Setvalue(kilohertz * 1000.0);
-        raster.AppendSelectionItem(option); // copies it; while validating, it has to be complete by now
+        raster.AppendSelectionItem(option); // copies it; while validating, it has to be complete
     }
     const JobXml::SelectionItem chosen = std::as_const(raster).GetSelectionItem().at(1);
-    raster.Setindex(1); // index, value and text belong together, which is for the program to see to
+    raster.Setindex(1); // the program has to keep index, value and text consistent
     raster.Setvalue(chosen.Getvalue());
     raster.Settext(chosen.Getname());
     //! [ValueSelection]
