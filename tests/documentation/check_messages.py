@@ -110,7 +110,7 @@ def main():
     wrong += compare("problems", reported(errors), in_manual)
 
     in_manual = set()
-    for title in ("What GetErrorString() says", "Files", "XML documents", "Binary representations"):
+    for title in ("What GetErrorString() returns", "Files", "XML documents", "Binary representations"):
         in_manual |= {text for text, _ in rows(chapter(page, title))}
     wrong += compare("reasons", reasons(texts), in_manual)
 
