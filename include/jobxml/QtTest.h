@@ -28,6 +28,7 @@ inline char *testText(const DataObject &object)
 namespace QTest {
 
 // clang-format off
+// A text for each class, made by scripts/model.sh
 template <> inline char *toString(const JobXml::TunerProperties &object) { return JobXml::testText(object); }
 template <> inline char *toString(const JobXml::StartupModes &object) { return JobXml::testText(object); }
 template <> inline char *toString(const JobXml::BandwidthSelection &object) { return JobXml::testText(object); }
@@ -46,6 +47,7 @@ template <> inline char *toString(const JobXml::SelectionItem &object) { return 
 template <> inline char *toString(const JobXml::ValueString &object) { return JobXml::testText(object); }
 template <> inline char *toString(const JobXml::ValueStringList &object) { return JobXml::testText(object); }
 template <> inline char *toString(const JobXml::StringItem &object) { return JobXml::testText(object); }
+// end of what is made
 // clang-format on
 
 } // namespace QTest

@@ -24,6 +24,8 @@ enum Traits : unsigned {
     Identifies = 1 << 7, ///< a text that tells the object from its siblings; people call the object by it
     IdentifiesToo = 1 << 8, ///< tells it from its siblings as well, but is no name to call it by
     UsuallyHoldsSeveral = 1 << 9, ///< a list for which reading takes room for some items at once
+    WrittenUnlessEmpty =
+        1 << 15, ///< a list that tagged records leave out if it is empty, snapshots if its flag is clear
     // Said by the kinds of rows and by the codecs, not by the tables:
     HoldsChildren = 1 << 10,
     BuiltWithTheBlock = 1 << 11, ///< there is something to hand flag and logger down to as soon as there are data

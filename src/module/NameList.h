@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 #include <optional>
+#include <utility>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -18,6 +19,7 @@ public:
     static constexpr int notFound = -1;
 
     explicit NameList(std::initializer_list<QLatin1String> names) : m_names(names.begin(), names.end()) { }
+    explicit NameList(QStringList names) : m_names(std::move(names)) { }
 
     const QStringList &names() const { return m_names; }
 

@@ -139,7 +139,7 @@ class StartupModesMember final : public FieldOf<TunerPropertiesData, StartupMode
 {
 public:
     constexpr StartupModesMember(int bit, const char *name, quint32 tag, StartupModes TunerPropertiesData::*field)
-        : FieldOf(bit, name, tag, field, HoldsChildren | BuiltWithTheBlock | PresentByValue)
+        : FieldOf(bit, name, tag, field, WrittenWhenSet | HoldsChildren | BuiltWithTheBlock | PresentByValue)
     {
     }
     using FieldOf::reset;
@@ -221,7 +221,7 @@ constexpr quint32 versionTag = 0xCCFEDFA1;
 namespace row {
 using D = TunerPropertiesData;
 constexpr StartupModesMember StartupModes{0, "StartupModes",         0x2A68BEF4, &D::startupModes};
-constexpr BandwidthList BandwidthSelection{1, "BandwidthSelection",  0xC2483BA3, &D::bandwidths,           NoTraits};
+constexpr BandwidthList BandwidthSelection{1, "BandwidthSelection",  0xC2483BA3, &D::bandwidths,           WrittenUnlessEmpty};
 constexpr Scalar    MaxFFPDelay{          2, "MaxFFPDelay",          0xC8B67267, &D::maxFFPDelay,          WrittenWhenSet};
 constexpr Scalar    HRPANSupported{       3, "HRPANSupported",       0xC82D81E1, &D::hrpanSupported,       WrittenWhenSet};
 constexpr ChildList Component{            4, "Component",            0x66BA8E61, &D::components,           Mandatory};

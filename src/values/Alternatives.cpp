@@ -1,23 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "values/Alternatives.h"
 
-#include <jobxml/ValueItem.h>
-
 namespace JobXml {
+
+template <class... T>
+struct Alternatives::Copies
+{
+    static constexpr void (Alternatives::*ofKinds[])(int, const DataObject &) = {&Alternatives::copy<T>...};
+};
 
 void Alternatives::copyFrom(const Alternatives &other, int kind)
 {
-    using Copy = void (Alternatives::*)(int, const DataObject &);
-    static constexpr Copy copies[kinds] = {
-        &Alternatives::copy<JobXml::ValueBoolean>,      &Alternatives::copy<JobXml::ValueFloat>,
-        &Alternatives::copy<JobXml::ValueInt>,          &Alternatives::copy<JobXml::ValueInt64>,
-        &Alternatives::copy<JobXml::ValueNumericFloat>, &Alternatives::copy<JobXml::ValueNumericInt>,
-        &Alternatives::copy<JobXml::ValueNumericInt64>, &Alternatives::copy<JobXml::ValueSelection>,
-        &Alternatives::copy<JobXml::ValueString>,       &Alternatives::copy<JobXml::ValueStringList>,
-    };
     if (const DataObject *const object = other.find(kind)) {
-        const Copy copyOfKind = copies[kind]; // read apart: g++'s check of bounds stumbles over it otherwise
-        (this->*copyOfKind)(kind, *object);
+        const auto copy =
+            Kinds::Into<Copies>::ofKinds[kind]; // read apart: g++'s check of bounds stumbles over it otherwise
+        (this->*copy)(kind, *object);
     }
 }
 

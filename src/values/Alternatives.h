@@ -6,7 +6,7 @@
 #include <new>
 #include <utility>
 
-#include <jobxml/DataObject.h>
+#include "module/Classes.h"
 
 namespace JobXml {
 
@@ -16,7 +16,7 @@ namespace JobXml {
 class Alternatives
 {
 public:
-    static constexpr int kinds = 10;
+    static constexpr int kinds = Kinds::size;
 
     Alternatives() = default;
     Alternatives(const Alternatives &other);
@@ -71,6 +71,8 @@ private:
 
     DataObject *first() { return m_kindOfFirst < 0 ? nullptr : std::launder(reinterpret_cast<DataObject *>(m_first)); }
 
+    template <class... T>
+    struct Copies;
     void copyFrom(const Alternatives &other, int kind);
 
     template <class T>

@@ -15,19 +15,6 @@ namespace {
 
 const UnitStatics unitStatics(QLatin1String("ValueItem"));
 
-const NameList choiceNames({
-    QLatin1String("ValueBoolean"),
-    QLatin1String("ValueFloat"),
-    QLatin1String("ValueInt"),
-    QLatin1String("ValueInt64"),
-    QLatin1String("ValueNumericFloat"),
-    QLatin1String("ValueNumericInt"),
-    QLatin1String("ValueNumericInt64"),
-    QLatin1String("ValueSelection"),
-    QLatin1String("ValueString"),
-    QLatin1String("ValueStringList"),
-});
-
 using Choice = ValueItem::ChoiceValueItem;
 
 struct State
@@ -228,6 +215,19 @@ constexpr Table members{row::ValueBoolean,
                         row::ValueStringList};
 constexpr ClassInfo valueItem = describe<ValueItem, members, 2 - Alternatives::kinds>(unitStatics.objectName, 0xA6C468CF);
 // clang-format on
+
+static_assert(members.size == std::size_t(Kinds::size), "the alternatives of a ValueItem are the kinds in Classes.def");
+
+// The index of a name is the value of the choice and the bit of the row.
+QStringList namesOfAlternatives()
+{
+    QStringList names;
+    for (const Member *row : members.inBitOrder)
+        names.append(QString(row->name())); // copied: a program may keep it for longer than the library
+    return names;
+}
+
+const NameList choiceNames(namesOfAlternatives());
 
 State &stateOf(Block &block)
 {

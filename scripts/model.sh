@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+#
+# model.sh [--check] makes every committed file, or part of one, that follows from the tables of the classes:
+# share/model.json, the elements and types of the schema, the tables of docs/formats.md, what the fuzzer knows of the
+# model, and others. With --check it only tells which of them are not up to date.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+build=${MODEL_BUILD:-build/dev}
+[[ -f $build/CMakeCache.txt ]] || quietly "$build/configure.log" cmake --preset dev -B "$build"
+quietly "$build/model.log" cmake --build "$build" --target tunerproperties_model
+python3 -B scripts/model "$@" "$build/src/model/tunerproperties_model"

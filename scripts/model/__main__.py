@@ -1,0 +1,83 @@
+# SPDX-License-Identifier: MIT
+"""Makes every committed file, or part of one, that follows from the model: model [--check] PROGRAM
+
+PROGRAM is tunerproperties_model, a program of the build that writes the model as JSON. With --check nothing is written,
+but each file that is not as it would be made is named, with the first line that differs.
+"""
+
+from __future__ import annotations
+
+import argparse
+import itertools
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parent))
+
+import formats_page  # noqa: E402
+import fuzzing  # noqa: E402
+import lists  # noqa: E402
+import schema  # noqa: E402
+from model import Model, Unmakeable  # noqa: E402
+
+TOP = Path(__file__).resolve().parents[2]
+MODEL = "share/model.json"
+
+
+def model_as_told_by(program: Path) -> str:
+    with tempfile.TemporaryDirectory() as folder:
+        file = Path(folder) / "model.json"
+        subprocess.run([program, file], check=True)
+        return file.read_text(encoding="utf-8")
+
+
+def committed(path: str) -> str:
+    file = TOP / path
+    return file.read_text(encoding="utf-8") if file.exists() else ""
+
+
+def first_difference(path: str, is_now: str, should_be: str) -> str:
+    for number, (now, expected) in enumerate(
+        itertools.zip_longest(is_now.splitlines(), should_be.splitlines()), start=1
+    ):
+        if now != expected:
+            return (f"{path}:{number}: is not as the model has it; run scripts/model.sh\n"
+                    f"  is        {'the end of the file' if now is None else now}\n"
+                    f"  should be {'the end of the file' if expected is None else expected}")
+    return f"{path}: does not end with a line feed, or with more than one"
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("program", type=Path)
+    parser.add_argument("--check", action="store_true", help="write nothing, tell what differs")
+    arguments = parser.parse_args()
+
+    text = model_as_told_by(arguments.program)
+    model = Model(text)
+    problems: list[str] = []
+    made = {MODEL: text}
+    for part in (formats_page, fuzzing, lists, schema):
+        try:
+            made |= part.make(model, committed, problems.append)
+        except Unmakeable as error:
+            problems.append(str(error))
+
+    for path, should_be in made.items():
+        is_now = committed(path)
+        if is_now == should_be:
+            continue
+        if arguments.check:
+            problems.append(first_difference(path, is_now, should_be))
+        else:
+            (TOP / path).write_text(should_be, encoding="utf-8")
+            print(f"written: {path}")
+    for problem in problems:
+        print(problem, file=sys.stderr)
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
