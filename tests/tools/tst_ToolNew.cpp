@@ -181,5 +181,5 @@ void ToolNewTest::theSchemaIsTheOneThatIsInstalled()
     QCOMPARE(Workshop().run(line("schema a.xml")).status, 2);
 }
 
-QTEST_GUILESS_MAIN(ToolNewTest)
+TEST_SUITE(ToolNewTest)
 #include "tst_ToolNew.moc"

@@ -207,5 +207,5 @@ void ValueFloatTest::lengthsMustAddUp()
     QCOMPARE(object.Getvalue(), 7.f);
 }
 
-QTEST_GUILESS_MAIN(ValueFloatTest)
+TEST_SUITE(ValueFloatTest)
 #include "tst_ValueFloat.moc"

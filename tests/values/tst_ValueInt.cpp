@@ -214,5 +214,5 @@ void ValueIntTest::lengthsMustAddUp()
     QCOMPARE(object.Getvalue(), 7);
 }
 
-QTEST_GUILESS_MAIN(ValueIntTest)
+TEST_SUITE(ValueIntTest)
 #include "tst_ValueInt.moc"

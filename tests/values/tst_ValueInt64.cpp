@@ -184,5 +184,5 @@ void ValueInt64Test::lengthsMustAddUp()
     QCOMPARE(object.Getvalue(), Q_INT64_C(7));
 }
 
-QTEST_GUILESS_MAIN(ValueInt64Test)
+TEST_SUITE(ValueInt64Test)
 #include "tst_ValueInt64.moc"

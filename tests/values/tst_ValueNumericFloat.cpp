@@ -218,5 +218,5 @@ void ValueNumericFloatTest::lengthsMustAddUp()
     QCOMPARE(object.Getmax(), 7.f);
 }
 
-QTEST_GUILESS_MAIN(ValueNumericFloatTest)
+TEST_SUITE(ValueNumericFloatTest)
 #include "tst_ValueNumericFloat.moc"

@@ -180,5 +180,5 @@ void ValueNumericIntTest::lengthsMustAddUp()
     QCOMPARE(object.Getmax(), 7);
 }
 
-QTEST_GUILESS_MAIN(ValueNumericIntTest)
+TEST_SUITE(ValueNumericIntTest)
 #include "tst_ValueNumericInt.moc"

@@ -168,5 +168,5 @@ void ValueNumericInt64Test::lengthsMustAddUp()
     QCOMPARE(object.Getmax(), Q_INT64_C(7));
 }
 
-QTEST_GUILESS_MAIN(ValueNumericInt64Test)
+TEST_SUITE(ValueNumericInt64Test)
 #include "tst_ValueNumericInt64.moc"
