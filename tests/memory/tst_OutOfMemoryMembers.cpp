@@ -395,5 +395,5 @@ private:
     int m_allocations = 0;
 };
 
-QTEST_GUILESS_MAIN(OutOfMemoryMembersTest)
+TEST_SUITE(OutOfMemoryMembersTest)
 #include "tst_OutOfMemoryMembers.moc"
