@@ -460,7 +460,7 @@ void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept()
         plan.unnamedFiles = unnamedFiles;
         const Run run = convert(QStringLiteral("out.xml"), plan, document);
         QCOMPARE(run.err,
-                 QStringLiteral("tunerproperties: -: cannot be kept in a temporary file: No space left on device\n"));
+                 QStringLiteral("tunerproperties: -: cannot copy to a temporary file: No space left on device\n"));
         QCOMPARE(run.status, 3);
         QCOMPARE(m_shop->files(), QStringList());
     }

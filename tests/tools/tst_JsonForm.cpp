@@ -222,7 +222,7 @@ void JsonFormTest::aTextThatIsHalfACharacterIsRefusedWithItsPath()
     } catch (const JsonFailure &refused) {
         QCOMPARE(refused.text(QStringLiteral("f")),
                  QStringLiteral("f: Component[type=t,name=c]/Node[id=n]/ValueItem[id=half]/ValueString/value: the text "
-                                "holds half of a character, which JSON cannot carry"));
+                                "contains an unpaired surrogate, which JSON cannot represent"));
     }
 }
 

@@ -305,7 +305,7 @@ void ToolBatchTest::twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten_data(
     QTest::newRow("bad.xml good.xml good.xml") << text("'good.xml' and 'good.xml' would both be written to "
                                                        "'out/good.tpb'");
     QTest::newRow("good.xml good") << text("'good.xml' and 'good' would both be written to 'out/good.tpb'");
-    QTest::newRow("good.xml -") << text("standard input has no name for a file in 'out'");
+    QTest::newRow("good.xml -") << text("cannot convert standard input into the folder 'out': it has no file name");
 }
 
 void ToolBatchTest::twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten()
@@ -321,7 +321,7 @@ void ToolBatchTest::twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten()
 void ToolBatchTest::aFolderThatCannotBeMadeIsAnError()
 {
     const Run run = m_shop->run(line("convert --to tagged --out-dir good.xml/out bad.xml"));
-    QCOMPARE(run.err, text("tunerproperties: good.xml/out: cannot make the folder: Not a directory\n"));
+    QCOMPARE(run.err, text("tunerproperties: good.xml/out: cannot create the folder: Not a directory\n"));
     QCOMPARE(run.status, 3);
 }
 

@@ -249,7 +249,7 @@ void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
                  + "\xE2\x80\xA6\" / Node 1: Node: Please set ValueItem properly.");
     // Two for each node, and the component lacks optional.
     QCOMPARE(lines[100],
-             QByteArray("in.xml: 20001 problems, of which the first 100 are listed; --max-problems changes that"));
+             QByteArray("in.xml: 20001 problems; only the first 100 are listed; use --max-problems to list more"));
     checkMemory(cost, 64 * MiB);
 
     // The whole name is where the place leads to.
@@ -298,7 +298,7 @@ void ToolBoundsTest::theFirstHundredProblemsAreListedAndAllCounted()
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out.count('\n'), 101);
     QVERIFY2(
-        cost.out.endsWith("in.tpb: 40001 problems, of which the first 100 are listed; --max-problems changes that\n"),
+        cost.out.endsWith("in.tpb: 40001 problems; only the first 100 are listed; use --max-problems to list more\n"),
         cost.out.constData());
     // Exactly as many as are listed need no last line.
     m_shop->write(QStringLiteral("few.tpb"), document(component(emptyItems(nodeTag, 2))));
@@ -315,8 +315,8 @@ void ToolBoundsTest::moreProblemsAreListedOnRequest()
     QCOMPARE(converted.err,
              QByteArray("tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set ValueItem properly.\n"
                         "tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set id properly.\n"
-                        "tunerproperties: in.tpb: 201 problems, of which the first 2 are listed; --max-problems "
-                        "changes that\n"));
+                        "tunerproperties: in.tpb: 201 problems; only the first 2 are listed; use --max-problems "
+                        "to list more\n"));
 }
 
 void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
@@ -326,7 +326,7 @@ void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out,
              QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'.\n"
-                        "in.xml: 3001 problems, of which only the first is listed; --max-problems changes that\n"));
+                        "in.xml: 3001 problems; only the first is listed; use --max-problems to list more\n"));
 }
 
 void ToolBoundsTest::aWrongNumberOfProblemsIsWrongUsage()
@@ -363,9 +363,8 @@ void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused()
     QCOMPARE(cost.status, 3);
     QCOMPARE(cost.out, QByteArray());
     QCOMPARE(cost.err,
-             "tunerproperties: in.tpz: " + QByteArray::number(in.size())
-                 + " compressed bytes declare 4000066 bytes, more than 50 times as many; --max-expansion changes the "
-                   "limit\n");
+             "tunerproperties: in.tpz: expands from " + QByteArray::number(in.size())
+                 + " to 4000066 bytes, more than 50 times its size; use --max-expansion to allow it\n");
     QCOMPARE(m_shop->read(QStringLiteral("in.tpz")), in);
     checkMemory(cost, 64 * MiB); // what is resident in this program counts for the one that it starts
 }
@@ -398,10 +397,9 @@ void ToolBoundsTest::aPageOfTooManyObjectsIsRefused()
     const Cost cost = costOf(*m_shop, line("show --format html in.tpb"));
     QCOMPARE(cost.status, 3);
     QCOMPARE(cost.outSize, qint64(0));
-    QCOMPARE(
-        cost.err,
-        QByteArray("tunerproperties: in.tpb: has more than 100000 objects, too many for a page; use 'show --format "
-                   "json'\n"));
+    QCOMPARE(cost.err,
+             QByteArray("tunerproperties: in.tpb: cannot show more than 100000 objects on a page; use 'show --format "
+                        "json'\n"));
     QVERIFY(costOf(*m_shop, line("show --format json in.tpb")).outSize > 100001);
 }
 

@@ -159,42 +159,42 @@ void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
 void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy_data()
 {
     const auto row = columnsOfTexts("path", "why");
-    row("", "the name of a member is missing at character 1 of the path");
-    row("/name", "the name of a member is missing at character 1 of the path");
-    row("StartupModes/", "the name of a member is missing at character 14 of the path");
-    row("Component[1", "']' is missing at character 12 of the path");
-    row("Component[0]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
-    row("Component[Pre]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
-    row("Component[1][2]", "a second place stands at character 15 of the path");
-    row("Component[name=Pre,Filter]", "'=' is missing at character 26 of the path");
-    row("Component[name=\"Pre]", "'\"' is missing at character 21 of the path");
-    row("Component[name=\"\\x\"]", "none of \\\" \\\\ \\n \\r \\t \\u0000 at character 19 of the path");
-    row("Component[1]x", "'/' or '[' is missing at character 13 of the path");
-    row("quantiy", "quantiy: 'quantiy' is no member of TunerProperties; did you mean 'quantity'?");
+    row("", "expected a member name at character 1 of the path");
+    row("/name", "expected a member name at character 1 of the path");
+    row("StartupModes/", "expected a member name at character 14 of the path");
+    row("Component[1", "expected ']' at character 12 of the path");
+    row("Component[0]", "expected a position (counted from 1) or MEMBER=TEXT at character 11 of the path");
+    row("Component[Pre]", "expected a position (counted from 1) or MEMBER=TEXT at character 11 of the path");
+    row("Component[1][2]", "unexpected second position at character 15 of the path");
+    row("Component[name=Pre,Filter]", "expected '=' at character 26 of the path");
+    row("Component[name=\"Pre]", "expected '\"' at character 21 of the path");
+    row("Component[name=\"\\x\"]", "expected \\\" \\\\ \\n \\r \\t or \\u0000 at character 19 of the path");
+    row("Component[1]x", "expected '/' or '[' at character 13 of the path");
+    row("quantiy", "quantiy: unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?");
     row("Component[1]/Nodes",
-        "Component[type=Filter,name=Pre]/Nodes: 'Nodes' is no member of Component; did you mean "
+        "Component[type=Filter,name=Pre]/Nodes: unknown member 'Nodes' of Component; did you mean "
         "'Node'?");
-    row("quantity/value", "quantity: is a value, and has no members");
-    row("quantity[1]", "quantity[1]: 'quantity' is no list of objects");
-    row("Component[4]/name", "Component[4]: there are only 3 of them");
+    row("quantity/value", "quantity: is a value and has no members");
+    row("quantity[1]", "quantity[1]: 'quantity' is not a list of objects");
+    row("Component[4]/name", "Component[4]: position 4 is out of range; only 3 match");
     row("Component/name",
-        "Component: 3 of them fit; tell which one: Component[type=Filter,name=Pre], "
+        "Component: 3 items match; choose one: Component[type=Filter,name=Pre], "
         "Component[type=Filter,name=Post], Component[type=Mixer,name=Pre]");
     row("Component[name=Pre]/type",
-        "Component[name=Pre]: 2 of them fit; tell which one: "
+        "Component[name=Pre]: 2 items match; choose one: "
         "Component[type=Filter,name=Pre], Component[type=Mixer,name=Pre]");
     row("Component[name=pre]/type",
         "Component[name=pre]: there is no such Component; there are "
         "Component[type=Filter,name=Pre], Component[type=Filter,name=Post], "
         "Component[type=Mixer,name=Pre]");
     row("Component[optional=true]/type",
-        "Component[optional=true]: 'optional' identifies no Component; what does is "
+        "Component[optional=true]: 'optional' does not identify a Component; use "
         "type or name");
     row("Component[1]/Node[1]/ValueItem[1]/ValueInt/value",
         "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/ValueInt: the item holds a "
         "ValueNumericInt");
     row("Component[1]/Node[1]/ValueItem[1]/valu",
-        "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/valu: 'valu' is no member of "
+        "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/valu: unknown member 'valu' of "
         "ValueNumericInt; did you mean 'value'?");
 }
 
@@ -213,7 +213,7 @@ void ToolGetSetTest::whatHasNoValueIsNotWritten_data()
     QTest::addColumn<QString>("why");
     QTest::newRow("not set") << QStringLiteral("HRPANSupported") << QStringLiteral("is not set");
     QTest::newRow("not set, with a value") << QStringLiteral("parentBaseResource") << QStringLiteral("is not set");
-    QTest::newRow("null") << QStringLiteral("connectableResources") << QStringLiteral("is set, but to no value");
+    QTest::newRow("null") << QStringLiteral("connectableResources") << QStringLiteral("is set, but has no value");
 }
 
 void ToolGetSetTest::whatHasNoValueIsNotWritten()
@@ -297,25 +297,24 @@ void ToolGetSetTest::whatIsNoValueIsRefused_data()
             << QString::fromUtf8(path) << QString::fromUtf8(value) << QString::fromUtf8(why);
     };
     for (const char *value : {"", "abc", "1.0", "1e3", "0x10", " 1", "1 ", "+1", "\u0661"})
-        row("quantity", value, qPrintable(QStringLiteral("'%1' is no whole number").arg(QString::fromUtf8(value))));
-    row("quantity", "2147483648", "'2147483648' is out of range; it goes from -2147483648 to 2147483647");
-    row("quantity", "-2147483649", "'-2147483649' is out of range; it goes from -2147483648 to 2147483647");
-    row("MaxFFPDelay", "-1", "'-1' is out of range; it goes from 0 to 18446744073709551615");
+        row("quantity", value, qPrintable(QStringLiteral("'%1' is not a whole number").arg(QString::fromUtf8(value))));
+    row("quantity", "2147483648", "'2147483648' is out of range; expected -2147483648 to 2147483647");
+    row("quantity", "-2147483649", "'-2147483649' is out of range; expected -2147483648 to 2147483647");
+    row("MaxFFPDelay", "-1", "'-1' is out of range; expected 0 to 18446744073709551615");
     row("hwProcessing", "yes", "'yes' is neither true nor false");
     row("hwProcessing", "TRUE", "'TRUE' is neither true nor false");
-    row("type", "receiver",
-        "'receiver' is no type; did you mean 'Receiver'? (MCP, SCP, FFP, Receiver or DirectionFinder)");
-    row("type", "3", "'3' is no type (MCP, SCP, FFP, Receiver or DirectionFinder)");
+    row("type", "receiver", "unknown type 'receiver'; did you mean 'Receiver'?");
+    row("type", "3", "unknown type '3'; expected MCP, SCP, FFP, Receiver or DirectionFinder");
     row("StartupModes/StartupMode", "Scan,,DF",
-        "'' is no StartupMode (Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop)");
-    row("BandwidthSelection[1]/MaxBandwidth", ".5", "'.5' is no number");
+        "unknown StartupMode ''; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop");
+    row("BandwidthSelection[1]/MaxBandwidth", ".5", "'.5' is not a number");
     row("BandwidthSelection[1]/MaxBandwidth", "1e400",
-        "'1e400' is out of range; it goes from -1.7976931348623157e+308 to 1.7976931348623157e+308");
+        "'1e400' is out of range; expected -1.7976931348623157e+308 to 1.7976931348623157e+308");
     row("Component[1]/Node[1]/ValueItem[2]/value", "1e39",
-        "'1e39' is out of range; it goes from -3.4028235e+38 to 3.4028235e+38");
-    row("StartupModes", "Scan", "is no value; name a member of it");
-    row("Component", "x", "is no value; name a member of it");
-    row("Component[1]", "x", "is no value; name a member of it");
+        "'1e39' is out of range; expected -3.4028235e+38 to 3.4028235e+38");
+    row("StartupModes", "Scan", "holds objects and no value; add the name of a member to the path");
+    row("Component", "x", "holds objects and no value; add the name of a member to the path");
+    row("Component[1]", "x", "holds objects and no value; add the name of a member to the path");
 }
 
 void ToolGetSetTest::whatIsNoValueIsRefused()
@@ -401,8 +400,8 @@ void ToolGetSetTest::aSnapshotThatCouldNotBeReadIsNotWritten()
     m_shop->write(QStringLiteral("half.tps"), "as it was");
     const Run run = m_shop->run(line("convert --no-validate half.json half.tps"));
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: half.tps: as a snapshot this document would not be read again as it is; "
-                            "'validate' tells what is missing in it\n"));
+             QStringLiteral("tunerproperties: half.tps: cannot write a snapshot that reads back unchanged; 'validate' "
+                            "reports what is missing\n"));
     QCOMPARE(run.status, 3);
     QCOMPARE(m_shop->read(QStringLiteral("half.tps")), QByteArray("as it was"));
     QCOMPARE(m_shop->run(line("convert --no-validate half.json half.xml")).status, 0);
@@ -428,8 +427,8 @@ void ToolGetSetTest::membersCanBeUnset()
              QStringLiteral("0 - BandwidthSelection[Name=\"a,b]=\\\"c\\\"\"]: MaxBandwidth 0.1\n"));
     QCOMPARE(
         set(line("--unset f.json Component[1]")),
-        QStringLiteral("1 tunerproperties: f.json: Component[type=Filter,name=Pre]: is an item of a list; only the "
-                       "whole list can be unset\n"));
+        QStringLiteral("1 tunerproperties: f.json: Component[type=Filter,name=Pre]: cannot unset an item of a list; "
+                       "unset the whole list\n"));
 }
 
 void ToolGetSetTest::newProblemsAreRefused()
@@ -496,7 +495,7 @@ void ToolGetSetTest::newProblemsBeyondTheFirstHundredAreCounted()
     QCOMPARE(lines[1],
              QStringLiteral("tunerproperties: many.json: Component \"c\": Node \"n\": ValueItem 1: ValueSelection "
                             "\"s\": SelectionItem 1: SelectionItem: Please set name properly."));
-    QCOMPARE(lines[100], QStringLiteral("tunerproperties: many.json: 303 problems, of which the first 100 are listed"));
+    QCOMPARE(lines[100], QStringLiteral("tunerproperties: many.json: 303 problems; only the first 100 are listed"));
     QCOMPARE(run.status, 1);
 }
 
@@ -514,7 +513,7 @@ void ToolGetSetTest::whatXmlWouldLoseBeyondTheFirstHundredIsCounted()
     QCOMPARE(
         lines[99],
         QStringLiteral("tunerproperties: small.xml: line 109, column 1: Unknown Tag 'Extra' in 'TunerProperties'."));
-    QCOMPARE(lines[100], QStringLiteral("tunerproperties: small.xml: 101 problems, of which the first 100 are listed"));
+    QCOMPARE(lines[100], QStringLiteral("tunerproperties: small.xml: 101 problems; only the first 100 are listed"));
     QCOMPARE(run.status, 1);
     QCOMPARE(m_shop->read(QStringLiteral("small.xml")), xml);
 
@@ -532,14 +531,19 @@ void ToolGetSetTest::whatAFormDoesNotHoldExactlyIsTold()
     const Run rounded =
         m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("0.126")});
     QCOMPARE(rounded.err,
-             QStringLiteral("tunerproperties: small.xml: %1: is read from this form as 0.13\n").arg(value));
+             QStringLiteral(
+                 "tunerproperties: small.xml: %1: this form cannot store the value exactly; it reads back as 0.13\n")
+                 .arg(value));
     QCOMPARE(rounded.status, 0);
     QCOMPARE(m_shop->run({QStringLiteral("get"), QStringLiteral("small.xml"), value}).out, QStringLiteral("0.13\n"));
     QCOMPARE(m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("-0.1")}).err,
              QString());
 
     const Run large = m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775808"));
-    QCOMPARE(large.err, QStringLiteral("tunerproperties: small.xml: MaxFFPDelay: is read from this form as 0\n"));
+    QCOMPARE(
+        large.err,
+        QStringLiteral(
+            "tunerproperties: small.xml: MaxFFPDelay: this form cannot store the value exactly; it reads back as 0\n"));
     QCOMPARE(m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
 }
 
@@ -564,12 +568,11 @@ void ToolGetSetTest::aFileStaysIfItCannotBeWritten()
 void ToolGetSetTest::theArgumentsHaveToFit_data()
 {
     const auto row = columnsOfTexts("arguments", "why");
-    row("set f.json", "the arguments of 'set' are FILE PATH VALUE or --unset FILE PATH");
-    row("set f.json quantity", "the value is missing");
-    row("set --unset f.json quantity 3", "--unset takes a path and no value");
-    row("get f.json", "the arguments of 'get' are FILE PATH");
-    row("set f.json name -x",
-        "unknown option '-x' of 'set'; for a file of that name, write './-x' or put '--' before it");
+    row("set f.json", "'set' expects FILE PATH VALUE or --unset FILE PATH");
+    row("set f.json quantity", "'set' requires a value; use --unset to remove the value");
+    row("set --unset f.json quantity 3", "'set --unset' takes no value");
+    row("get f.json", "'get' expects FILE PATH");
+    row("set f.json name -x", "unknown option '-x'; for a file of that name, write './-x' or put '--' before it");
 }
 
 void ToolGetSetTest::theArgumentsHaveToFit()

@@ -121,8 +121,8 @@ void ToolInputTest::aSnapshotIsToldByItsNameOrByFrom()
     const Run unknown = m_shop->run(line("convert doc -"));
     QCOMPARE(unknown.err,
              QStringLiteral(
-                 "tunerproperties: doc: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read "
-                 "with --from snapshot\n"));
+                 "tunerproperties: doc: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix "
+                 ".tps or --from snapshot\n"));
     QCOMPARE(unknown.status, 3);
     QCOMPARE(m_shop->run(line("convert doc - --from snapshot")).bytes, QByteArray(smallXml));
     QCOMPARE(m_shop->run(line("convert - - --from snapshot"), snapshot).bytes, QByteArray(smallXml));
@@ -137,7 +137,7 @@ void ToolInputTest::fromOverrulesTheContent()
         complaint("validate a.xml --from tagged"),
         QStringLiteral("tunerproperties: a.xml: the leading word is 0x3C3F786D, not 0xC10CBB5F (TunerProperties)\n"));
     QCOMPARE(complaint("validate a.xml --from snapshot"),
-             QStringLiteral("tunerproperties: a.xml: the snapshot ends early, or is none\n"));
+             QStringLiteral("tunerproperties: a.xml: the snapshot is truncated, or the file is not a snapshot\n"));
     QCOMPARE(complaint("validate a.tpb --from xml"),
              QStringLiteral("tunerproperties: a.tpb:1:1: Encountered incorrectly encoded content.\n"));
 }
@@ -255,7 +255,7 @@ void ToolInputTest::documentsThatAreNone_data()
         QTest::newRow(what) << QString::fromUtf8(name) << content << QString::fromUtf8(error);
     };
     const char *const noForm =
-        "a: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot";
+        "a: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot";
     row("an empty file", "a", "", noForm);
     row("some text", "a", "TunerProperties", noForm);
     row("empty XML", "a.xml", "", "a.xml:1:1: Premature end of document.");
@@ -263,7 +263,7 @@ void ToolInputTest::documentsThatAreNone_data()
         "a.tpb: the leading word and the length take 8 bytes, but only 0 are there");
     row("an empty compressed form", "a.tpz", "",
         "a.tpz: the leading word and the length take 8 bytes, but only 0 are there");
-    row("an empty snapshot", "a.tps", "", "a.tps: the snapshot ends early, or is none");
+    row("an empty snapshot", "a.tps", "", "a.tps: the snapshot is truncated, or the file is not a snapshot");
     row("not well formed", "a.xml",
         "<TunerProperties Version=\"1.1\">\n  <Component>\n  </Componend>\n</TunerProperties>\n",
         "a.xml:3:14: Opening and ending tag mismatch.");
@@ -284,9 +284,9 @@ void ToolInputTest::documentsThatAreNone_data()
     row("a compressed form that is damaged", "a.tpz", compressed().replace(compressed().size() - 1, 1, "\xAA"),
         "a.tpz: the compressed bytes are damaged");
     row("a snapshot that is cut off", "a.tps", snapshot.left(snapshot.size() - 1),
-        "a.tps: the snapshot ends early, or is none");
+        "a.tps: the snapshot is truncated, or the file is not a snapshot");
     row("something behind the snapshot", "a.tps", snapshot + "x",
-        "a.tps: the snapshot ends after 70 of 71 bytes, or is none");
+        "a.tps: the snapshot ends after 70 of 71 bytes, or the file is not a snapshot");
 }
 
 void ToolInputTest::documentsThatAreNone()
@@ -307,8 +307,8 @@ void ToolInputTest::standardInputIsNamedByADash_data()
     QTest::addColumn<QString>("error");
     QTest::newRow("nothing") << QByteArray()
                              << QStringLiteral(
-                                    "neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with "
-                                    "--from snapshot");
+                                    "unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps "
+                                    "or --from snapshot");
     QTest::newRow("a record that is cut off")
         << tagged.left(100) << QStringLiteral("the record's length is 179, but 92 bytes follow");
 }
@@ -348,8 +348,8 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     for (const qint64 size : {qint64(3) << 30, qint64(1'000'000'001)}) {
         QVERIFY(QFile::resize(m_shop->path(name), size));
-        const QString refusal = QStringLiteral("tunerproperties: %1: is too large: it has %2 bytes, and the limit is "
-                                               "1000000000\n");
+        const QString refusal = QStringLiteral("tunerproperties: %1: too large: %2 bytes; the limit is 1000000000 "
+                                               "bytes\n");
         for (const QStringList &arguments :
              {QStringList{QStringLiteral("validate"), name}, QStringList{QStringLiteral("show"), name},
               QStringList{QStringLiteral("convert"), name, QStringLiteral("out.xml")},
@@ -370,7 +370,7 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
 namespace {
 
 const QString notRegular =
-    QStringLiteral("tunerproperties: %1: is not a regular file; among several files, use --special-files to read it\n");
+    QStringLiteral("tunerproperties: %1: not a regular file; use --special-files to read it among several files\n");
 
 } // namespace
 

@@ -308,7 +308,8 @@ void ToolJsonTest::theSuffixAndTheContentTellTheForm()
     // A snapshot with these first two bytes is none.
     QCOMPARE(shop.run(line("show --from json -"), QByteArray("{\n\0\0", 4)).status, 3);
     shop.write(QStringLiteral("a.tps"), QByteArray("\x7B\x0A\0\0\0\x06", 6));
-    QVERIFY(shop.run(line("show a.tps")).err.startsWith(QStringLiteral("tunerproperties: a.tps: the snapshot ends")));
+    QVERIFY(shop.run(line("show a.tps"))
+                .err.startsWith(QStringLiteral("tunerproperties: a.tps: the snapshot is truncated")));
 }
 
 void ToolJsonTest::membersMayStandInAnyOrder()

@@ -188,7 +188,7 @@ void ToolNamesTest::namesAreEscapedInMessages()
     QCOMPARE(run.status, 3);
     const Run option = shell(R"sh("$tool" validate "$(printf -- '-\377')")sh");
     QCOMPARE(option.err.section(QLatin1Char('\n'), 0, 0),
-             QStringLiteral(R"(tunerproperties: unknown option '-\xff' of 'validate'; for a file of that name, write )"
+             QStringLiteral(R"(tunerproperties: unknown option '-\xff'; for a file of that name, write )"
                             R"('./-\xff' or put '--' before it)"));
     QCOMPARE(shell(R"sh("$tool" "$(printf '\377')")sh").err.section(QLatin1Char('\n'), 0, 0),
              QStringLiteral(R"(tunerproperties: unknown command '\xff')"));
@@ -208,7 +208,7 @@ void ToolNamesTest::pathsAndValuesAreUtf8()
 {
     QFETCH(QString, command);
     const Run run = m_shop->shell(QStringLiteral("bytes=$(printf 'a\\377b'); \"$tool\" ") + command);
-    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("tunerproperties: 'a\\xffb' is not UTF-8"));
+    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("tunerproperties: 'a\\xffb' is not valid UTF-8"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 2);
     QCOMPARE(m_shop->read(QStringLiteral("small")), QByteArray(smallXml));

@@ -144,7 +144,7 @@ void ToolNewTest::theTypeHasToBeGiven()
     const Run run = Workshop().run(line("new"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: --type is missing: what kind of tuner it is\n"
+             QStringLiteral("tunerproperties: 'new' requires --type: MCP, SCP, FFP, Receiver or DirectionFinder\n"
                             "tunerproperties: try 'tunerproperties new --help'\n"));
     QCOMPARE(run.status, 2);
 }
@@ -154,7 +154,7 @@ void ToolNewTest::aTypeThatIsNoneIsRefused()
     const Run run = Workshop().run(line("new --type receiver"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: 'receiver' is no type; did you mean 'Receiver'?\n"
+             QStringLiteral("tunerproperties: unknown type 'receiver'; did you mean 'Receiver'?\n"
                             "tunerproperties: try 'tunerproperties new --help'\n"));
     QCOMPARE(run.status, 2);
 }

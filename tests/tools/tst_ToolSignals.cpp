@@ -154,7 +154,7 @@ void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame()
     kill(pid_t(m_process->processId()), number);
     checkThatItEndsBy(number);
     QCOMPARE(text(m_process->readAllStandardError()),
-             text("tunerproperties: interrupted when 2 of 3 files were done: 2 converted\n"));
+             text("tunerproperties: interrupted after 2 of 3 files: 2 converted\n"));
     QCOMPARE(m_process->readAllStandardOutput(), QByteArray());
     QCOMPARE(filesIn("out"), QStringList({text("good.tpb"), text("other.tpb")}));
     QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
@@ -169,8 +169,7 @@ void ToolSignalsTest::beforeTheFirstFileIsDoneNoneIsCounted()
     awaitReader();
     kill(pid_t(m_process->processId()), SIGINT);
     checkThatItEndsBy(SIGINT);
-    QCOMPARE(text(m_process->readAllStandardError()),
-             text("tunerproperties: interrupted when 0 of 2 files were done\n"));
+    QCOMPARE(text(m_process->readAllStandardError()), text("tunerproperties: interrupted after 0 of 2 files\n"));
 }
 
 void ToolSignalsTest::quietlyItEndsWithoutAWord()
@@ -191,7 +190,7 @@ void ToolSignalsTest::jsonIsFollowedByTheSameWords()
     kill(pid_t(m_process->processId()), SIGTERM);
     checkThatItEndsBy(SIGTERM);
     QCOMPARE(text(m_process->readAllStandardError()),
-             text("tunerproperties: interrupted when 1 of 2 files were done: 1 valid\n"));
+             text("tunerproperties: interrupted after 1 of 2 files: 1 valid\n"));
 }
 
 void ToolSignalsTest::oneFileTakesNoWords_data()
@@ -257,7 +256,7 @@ void ToolSignalsTest::aFileOnItsWayGetsToItsPlace()
         QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
     if (arguments.contains(text("--out-dir")))
         QCOMPARE(text(m_process->readAllStandardError()),
-                 text("tunerproperties: interrupted when %1 of 2 files were done: %1 converted\n").arg(files.size()));
+                 text("tunerproperties: interrupted after %1 of 2 files: %1 converted\n").arg(files.size()));
 }
 
 void ToolSignalsTest::noFileIsHalfWrittenWheneverTheSignalComes()
@@ -281,9 +280,8 @@ void ToolSignalsTest::noFileIsHalfWrittenWheneverTheSignalComes()
         }
         const QString told = text(m_process->readAllStandardError());
         if (m_process->exitStatus() == QProcess::CrashExit && !told.isEmpty() && !files.isEmpty())
-            QCOMPARE(
-                told,
-                text("tunerproperties: interrupted when %1 of 200 files were done: %1 converted\n").arg(files.size()));
+            QCOMPARE(told,
+                     text("tunerproperties: interrupted after %1 of 200 files: %1 converted\n").arg(files.size()));
     }
 }
 

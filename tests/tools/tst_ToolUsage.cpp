@@ -45,52 +45,51 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
     row("val", "unknown command 'val'; did you mean 'validate'?", "tunerproperties --help");
     row("x", "unknown command 'x'", "tunerproperties --help");
     row("help vlidate", "unknown command 'vlidate'; did you mean 'validate'?", "tunerproperties help --help");
-    row("help show convert", "the arguments of 'help' are [COMMAND]", "tunerproperties help --help");
+    row("help show convert", "'help' expects [COMMAND]", "tunerproperties help --help");
     row("--xyzzy", "unknown option '--xyzzy'", "tunerproperties --help");
     row("--verison", "unknown option '--verison'; did you mean '--version'?", "tunerproperties --help");
     row("--to xml", "a command is missing", "tunerproperties --help");
-    row("show", "the arguments of 'show' are FILE", "tunerproperties show --help");
-    row("show a.xml b.xml", "the arguments of 'show' are FILE", "tunerproperties show --help");
-    row("show --frob a.xml", "unknown option '--frob' of 'show'; did you mean '--from'?",
+    row("show", "'show' expects FILE", "tunerproperties show --help");
+    row("show a.xml b.xml", "'show' expects FILE", "tunerproperties show --help");
+    row("show --frob a.xml", "unknown option '--frob'; did you mean '--from'?", "tunerproperties show --help");
+    row("show --to xml a.xml", "unknown option '--to'; for a file of that name, write './--to' or put '--' before it",
         "tunerproperties show --help");
-    row("show --to xml a.xml",
-        "unknown option '--to' of 'show'; for a file of that name, write './--to' or put '--' before it",
-        "tunerproperties show --help");
-    row("show a.xml --from", "'--from' needs a value: FORM", "tunerproperties show --help");
-    row("validate", "the arguments of 'validate' are FILE...", "tunerproperties validate --help");
+    row("show a.xml --from", "option '--from' requires a value: FORM", "tunerproperties show --help");
+    row("validate", "'validate' expects FILE...", "tunerproperties validate --help");
     row("validate --no-validate a.xml",
-        "unknown option '--no-validate' of 'validate'; for a file of that name, write './--no-validate' or put '--' "
+        "unknown option '--no-validate'; for a file of that name, write './--no-validate' or put '--' "
         "before "
         "it",
         "tunerproperties validate --help");
-    row("convert", "the arguments of 'convert' are IN OUT or --to FORM --out-dir DIR FILE...",
+    row("convert", "'convert' expects IN OUT or --to FORM --out-dir DIR FILE...", "tunerproperties convert --help");
+    row("convert a.xml", "'convert' expects IN OUT; use --out-dir to convert several files",
         "tunerproperties convert --help");
-    row("convert a.xml", "without --out-dir the arguments of 'convert' are IN OUT", "tunerproperties convert --help");
-    row("convert a.xml b.xml c.xml", "without --out-dir the arguments of 'convert' are IN OUT",
+    row("convert a.xml b.xml c.xml", "'convert' expects IN OUT; use --out-dir to convert several files",
         "tunerproperties convert --help");
-    row("convert a.xml b.xml --to", "'--to' needs a value: FORM", "tunerproperties convert --help");
+    row("convert a.xml b.xml --to", "option '--to' requires a value: FORM", "tunerproperties convert --help");
     row("convert a.xml b.xml --no-validate=1",
-        "'--no-validate' takes no value; for a file of that name, write './--no-validate=1' or put '--' before it",
+        "option '--no-validate' takes no value; for a file of that name, write './--no-validate=1' or put '--' before "
+        "it",
         "tunerproperties convert --help");
-    row("convert a.xml b", "the name of 'b' does not tell the form to write; use --to",
+    row("convert a.xml b", "cannot determine the form of 'b' from its name; use --to",
         "tunerproperties convert --help");
-    row("convert a.xml b.txt", "the name of 'b.txt' does not tell the form to write; use --to",
+    row("convert a.xml b.txt", "cannot determine the form of 'b.txt' from its name; use --to",
         "tunerproperties convert --help");
-    row("convert a.xml b.xml --to XML", "'XML' is no form; did you mean 'xml'?", "tunerproperties convert --help");
-    row("show --from taged a.xml", "'taged' is no form; did you mean 'tagged'?", "tunerproperties show --help");
-    row("show --format htm a.xml", "'htm' is no format; did you mean 'html'?", "tunerproperties show --help");
+    row("convert a.xml b.xml --to XML", "unknown form 'XML'; did you mean 'xml'?", "tunerproperties convert --help");
+    row("show --from taged a.xml", "unknown form 'taged'; did you mean 'tagged'?", "tunerproperties show --help");
+    row("show --format htm a.xml", "unknown format 'htm'; did you mean 'html'?", "tunerproperties show --help");
     row("validate --jobs 0 a.xml", "--jobs must be a number from 1 to 256, not '0'", "tunerproperties validate --help");
     row("validate -j many a.xml", "--jobs must be a number from 1 to 256, not 'many'",
         "tunerproperties validate --help");
     row("convert --jobs=257 a.xml b.xml", "--jobs must be a number from 1 to 256, not '257'",
         "tunerproperties convert --help");
-    row("validate --quiet --json a.xml", "--quiet and --json exclude each other", "tunerproperties validate --help");
+    row("validate --quiet --json a.xml", "--quiet and --json cannot be combined", "tunerproperties validate --help");
     row("validate - a.xml -", "standard input can be read only once", "tunerproperties validate --help");
-    row("convert --json a.xml -", "--json and a document on standard output exclude each other",
+    row("convert --json a.xml -", "--json cannot be combined with a document on standard output",
         "tunerproperties convert --help");
-    row("convert --out-dir out a.xml", "--out-dir takes --to", "tunerproperties convert --help");
-    row("convert --out-dir= --to xml a.xml", "the name of the folder is empty", "tunerproperties convert --help");
-    row("show a.xml --from tps", "'tps' is no form; the forms are xml, tagged, compressed, snapshot or json",
+    row("convert --out-dir out a.xml", "--out-dir requires --to", "tunerproperties convert --help");
+    row("convert --out-dir= --to xml a.xml", "the folder name of --out-dir is empty", "tunerproperties convert --help");
+    row("show a.xml --from tps", "unknown form 'tps'; expected xml, tagged, compressed, snapshot or json",
         "tunerproperties show --help");
 }
 
@@ -109,7 +108,7 @@ void ToolUsageTest::anEmptyFileNameIsRefused()
 {
     const Run run = Workshop().run({QStringLiteral("show"), QString()});
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: the name of a file is empty\n"
+             QStringLiteral("tunerproperties: a file name is empty\n"
                             "tunerproperties: try 'tunerproperties show --help'\n"));
     QCOMPARE(run.status, 2);
 }
@@ -327,23 +326,23 @@ void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()
 void ToolUsageTest::aFileNameIsNeverAnOption_data()
 {
     const auto row = columnsOfTexts("name", "text");
-    row("-h.xml", "unknown option '-h.xml' of 'validate'");
-    row("-v.xml", "unknown option '-v.xml' of 'validate'");
-    row("-q.xml", "unknown option '-q.xml' of 'validate'");
-    row("-qh", "unknown option '-qh' of 'validate'");
-    row("-hq", "unknown option '-hq' of 'validate'");
-    row("--help=.xml", "'--help' takes no value");
-    row("--version=.xml", "'--version' takes no value");
-    row("--quiet=.xml", "'--quiet' takes no value");
-    row("--help.xml", "unknown option '--help.xml' of 'validate'");
-    row("--hel", "unknown option '--hel' of 'validate'; did you mean '--help'?");
-    row("---help", "unknown option '---help' of 'validate'; did you mean '--help'?");
-    row("--out-dir=dir.xml", "unknown option '--out-dir=dir.xml' of 'validate'");
-    row("--=.xml", "unknown option '--=.xml' of 'validate'");
-    row("--help", "'--help' does not go with files");
-    row("-h", "'-h' does not go with files");
-    row("--version", "'--version' does not go with files");
-    row("-qmljsdebugger=file:x.xml", "unknown option '-qmljsdebugger=file:x.xml' of 'validate'");
+    row("-h.xml", "unknown option '-h.xml'");
+    row("-v.xml", "unknown option '-v.xml'");
+    row("-q.xml", "unknown option '-q.xml'");
+    row("-qh", "unknown option '-qh'");
+    row("-hq", "unknown option '-hq'");
+    row("--help=.xml", "option '--help' takes no value");
+    row("--version=.xml", "option '--version' takes no value");
+    row("--quiet=.xml", "option '--quiet' takes no value");
+    row("--help.xml", "unknown option '--help.xml'");
+    row("--hel", "unknown option '--hel'; did you mean '--help'?");
+    row("---help", "unknown option '---help'; did you mean '--help'?");
+    row("--out-dir=dir.xml", "unknown option '--out-dir=dir.xml'");
+    row("--=.xml", "unknown option '--=.xml'");
+    row("--help", "option '--help' cannot be combined with files");
+    row("-h", "option '-h' cannot be combined with files");
+    row("--version", "option '--version' cannot be combined with files");
+    row("-qmljsdebugger=file:x.xml", "unknown option '-qmljsdebugger=file:x.xml'");
 }
 
 // As "validate --quiet *.xml && echo fine" has it.
@@ -400,7 +399,7 @@ void ToolUsageTest::anOptionWithAValueIsGivenOnce()
     shop.write(QStringLiteral("good.xml"), smallXml);
     const Run run = shop.run(line("convert --to tagged --out-dir records --out-dir=dir.xml good.xml"));
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: '--out-dir' is given twice; for a file of that name, write "
+             QStringLiteral("tunerproperties: option '--out-dir' can be used only once; for a file of that name, write "
                             "'./--out-dir=dir.xml' or put '--' before it\n"
                             "tunerproperties: try 'tunerproperties convert --help'\n"));
     QCOMPARE(run.status, 2);

@@ -276,8 +276,8 @@ void HtmlPicturesTest::anOptionThatDiffersFromWhatIsChosenIsTold()
         return texts;
     };
     QCOMPARE(notes(),
-             (QStringList{QStringLiteral("the option at this index has another name"),
-                          QStringLiteral("the option at this index has another value")}));
+             (QStringList{QStringLiteral("the option at this index has a different name"),
+                          QStringLiteral("the option at this index has a different value")}));
     selection.Setindex(-1);
     QCOMPARE(notes(), QStringList{QStringLiteral("no option has the index -1")});
     selection.Setindex(1);
@@ -305,7 +305,7 @@ void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
     };
     QCOMPARE(marked(), QStringList{QStringLiteral("li b")});
     list.Setvalue(QStringLiteral("c"));
-    QCOMPARE(marked(), QStringList{QStringLiteral("the value is none of the list")});
+    QCOMPARE(marked(), QStringList{QStringLiteral("the value is not in the list")});
 }
 
 QTEST_GUILESS_MAIN(HtmlPicturesTest)

@@ -139,7 +139,7 @@ ExitStatus Batch::run(const QVector<FileName> &files)
     const int count = files.size();
     Tally tally;
     const Interruption::Report report([&] {
-        const QString done = QStringLiteral("interrupted when %1 of %2 files were done").arg(tally.done()).arg(count);
+        const QString done = QStringLiteral("interrupted after %1 of %2 files").arg(tally.done()).arg(count);
         return m_settings.quiet || count < 2 ? QString() : done + summary(tally);
     });
     ExitStatus worst = ExitStatus::Ok;

@@ -62,9 +62,9 @@ struct Parsed
 class Parser
 {
 public:
-    /// `whose` is "show", or empty for the options that go without a command.
-    Parser(QVector<Option> options, QString whose, bool mayHaveNumbers)
-        : m_options(std::move(options)), m_whose(std::move(whose)), m_mayHaveNumbers(mayHaveNumbers)
+    /// With `hasCommand`, an unknown option may be meant as the name of a file.
+    Parser(QVector<Option> options, bool hasCommand, bool mayHaveNumbers)
+        : m_options(std::move(options)), m_hasCommand(hasCommand), m_mayHaveNumbers(mayHaveNumbers)
     {
     }
 
@@ -103,7 +103,7 @@ private:
             throw WrongUsage(unknownOption(argument, typed.name));
         if (option->value.isEmpty()) {
             if (typed.value)
-                throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' takes no value")
+                throw WrongUsage(QStringLiteral("option '") + typed.name + QStringLiteral("' takes no value")
                                  + fileHint(argument));
             m_parsed.values.insert(option->names.first(), {});
             if (isHelpOrVersion(*option))
@@ -111,9 +111,10 @@ private:
             return false;
         }
         if (m_parsed.isSet(*option))
-            throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' is given twice") + fileHint(argument));
+            throw WrongUsage(QStringLiteral("option '") + typed.name + QStringLiteral("' can be used only once")
+                             + fileHint(argument));
         if (!typed.value && next.isEmpty())
-            throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' needs a value: ") + option->value);
+            throw WrongUsage(QStringLiteral("option '%1' requires a value: %2").arg(typed.name, option->value));
         m_parsed.values.insert(option->names.first(), typed.value ? *typed.value : next.first());
         return !typed.value;
     }
@@ -128,15 +129,14 @@ private:
         QStringList known;
         for (const Option &option : m_options)
             known.append(option.typed());
-        const QString of = m_whose.isEmpty() ? QString() : QStringLiteral(" of '") + m_whose + QLatin1Char('\'');
         const bool mayBeFile = argument.contains('.') || argument.contains('=');
         const QString suggestion = mayBeFile ? QString() : Suggestion::hint(name, known);
-        return QStringLiteral("unknown option '") + FileName(argument).shown() + QLatin1Char('\'') + of
-            + (suggestion.isNull() && !m_whose.isEmpty() ? fileHint(argument) : suggestion);
+        return QStringLiteral("unknown option '") + FileName(argument).shown() + QLatin1Char('\'')
+            + (suggestion.isNull() && m_hasCommand ? fileHint(argument) : suggestion);
     }
 
     QVector<Option> m_options;
-    QString m_whose;
+    bool m_hasCommand = false;
     bool m_mayHaveNumbers = false;
     Parsed m_parsed;
 };
@@ -171,22 +171,22 @@ void checkArguments(const Command &command, const QByteArrayList &arguments)
     if (arguments.size() < command.fewest || arguments.size() > command.most) {
         const QString usages = command.usages.join(QStringLiteral(" or "));
         throw WrongUsage(usages.isEmpty() ? QLatin1Char('\'') + command.name + QStringLiteral("' takes no arguments")
-                                          : QStringLiteral("the arguments of '%1' are %2").arg(command.name, usages));
+                                          : QStringLiteral("'%1' expects %2").arg(command.name, usages));
     }
     if (!command.argumentsMayBeEmpty && arguments.contains(QByteArray()))
-        throw WrongUsage(QStringLiteral("the name of a file is empty"));
+        throw WrongUsage(QStringLiteral("a file name is empty"));
 }
 
 ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
 {
     const QVector<Option> options = HelpText::optionsOf(command) + QVector<Option>{Options::version()};
     try {
-        const Parsed parsed = Parser(options, command.name, command.mayEndWithNumber).parse(arguments);
+        const Parsed parsed = Parser(options, true, command.mayEndWithNumber).parse(arguments);
         if (!parsed.helpOrVersion.isNull()) {
             // It may be a file that a pattern of the shell matched; a script would take status 0 for "all are valid".
             if (command.takes == Takes::File && !parsed.arguments.isEmpty())
-                throw WrongUsage(QLatin1Char('\'') + QString::fromLatin1(parsed.helpOrVersion)
-                                 + QStringLiteral("' does not go with files") + fileHint(parsed.helpOrVersion));
+                throw WrongUsage(QStringLiteral("option '") + QString::fromLatin1(parsed.helpOrVersion)
+                                 + QStringLiteral("' cannot be combined with files") + fileHint(parsed.helpOrVersion));
             if (parsed.isSet(Options::version()))
                 return showVersion();
             Console::write(HelpText::ofCommand(command).toUtf8());
@@ -207,7 +207,7 @@ ExitStatus runWithoutCommand(const QByteArrayList &arguments)
     for (const Command &command : allCommands())
         options += command.options;
     try {
-        const Parsed parsed = Parser(options, {}, false).parse(arguments);
+        const Parsed parsed = Parser(options, false, false).parse(arguments);
         if (parsed.isSet(Options::version()))
             return showVersion();
         if (parsed.isSet(Options::help())) {

@@ -60,7 +60,7 @@ QByteArray outputName(const FileName &file, Form to)
 void planManyFiles(Plan &plan, const Invocation &invocation)
 {
     if (!invocation.isSet(Options::to()))
-        throw WrongUsage(QStringLiteral("--out-dir takes --to"));
+        throw WrongUsage(QStringLiteral("--out-dir requires --to"));
     plan.to = *Options::form(invocation, Options::to());
     plan.files = invocation.files();
     plan.inputKinds = Options::fileKinds(invocation, plan.files.size());
@@ -68,12 +68,13 @@ void planManyFiles(Plan &plan, const Invocation &invocation)
         plan.outputKinds = FileKinds::RegularOnly; // their names are not chosen one by one
     const FileName folder = invocation.fileValue(outDir());
     if (folder.isEmpty())
-        throw WrongUsage(QStringLiteral("the name of the folder is empty"));
+        throw WrongUsage(QStringLiteral("the folder name of --out-dir is empty"));
     const QByteArray start = folder.bytes().endsWith('/') ? folder.bytes() : folder.bytes() + '/';
     QHash<QByteArray, FileName> inputs;
     for (const FileName &file : qAsConst(plan.files)) {
         if (file.isStandardStream())
-            throw WrongUsage(QStringLiteral("standard input has no name for a file in '%1'").arg(folder.shown()));
+            throw WrongUsage(QStringLiteral("cannot convert standard input into the folder '%1': it has no file name")
+                                 .arg(folder.shown()));
         const FileName output(start + outputName(file, plan.to));
         if (inputs.contains(output.bytes()))
             throw WrongUsage(QLatin1Char('\'') + inputs.value(output.bytes()).shown() + QStringLiteral("' and '")
@@ -85,22 +86,22 @@ void planManyFiles(Plan &plan, const Invocation &invocation)
     std::error_code error;
     std::filesystem::create_directories(folder.bytes().toStdString(), error);
     if (error)
-        throw FileFailure(folder.shown() + QStringLiteral(": cannot make the folder: ")
+        throw FileFailure(folder.shown() + QStringLiteral(": cannot create the folder: ")
                           + qt_error_string(error.value()));
 }
 
 void planOneFile(Plan &plan, const Invocation &invocation)
 {
     if (invocation.count() != 2)
-        throw WrongUsage(QStringLiteral("without --out-dir the arguments of 'convert' are IN OUT"));
+        throw WrongUsage(QStringLiteral("'convert' expects IN OUT; use --out-dir to convert several files"));
     const FileName out = invocation.file(1);
     std::optional<Form> to = Options::form(invocation, Options::to());
     if (!to)
         to = out.isStandardStream() ? Form::Xml : Forms::bySuffix(out);
     if (!to)
-        throw WrongUsage(QStringLiteral("the name of '%1' does not tell the form to write; use --to").arg(out.shown()));
+        throw WrongUsage(QStringLiteral("cannot determine the form of '%1' from its name; use --to").arg(out.shown()));
     if (out.isStandardStream() && invocation.isSet(Options::json()))
-        throw WrongUsage(QStringLiteral("--json and a document on standard output exclude each other"));
+        throw WrongUsage(QStringLiteral("--json cannot be combined with a document on standard output"));
     plan.to = *to;
     plan.files = {invocation.file(0)};
     plan.outputs = {out};

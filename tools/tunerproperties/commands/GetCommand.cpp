@@ -38,7 +38,7 @@ ExitStatus run(const Invocation &invocation)
         }
         const QString text = TypedValue::print(target.member.GetValue());
         if (text.isNull())
-            return tell(target.path + QStringLiteral(": is set, but to no value"));
+            return tell(target.path + QStringLiteral(": is set, but has no value"));
         Console::write(text.isEmpty() && target.member.GetKind() == JobXml::MemberKind::EnumerationList
                            ? QByteArray()
                            : text.toUtf8() + '\n');

@@ -2,6 +2,7 @@
 #include "commands/Commands.h"
 #include "documents/Forms.h"
 #include "documents/NewDocument.h"
+#include "text/Suggestion.h"
 
 using JobXml::TunerProperties;
 
@@ -40,7 +41,7 @@ const Option &baseresource()
 ExitStatus run(const Invocation &invocation)
 {
     if (!invocation.isSet(type()))
-        throw WrongUsage(QStringLiteral("--type is missing: what kind of tuner it is"));
+        throw WrongUsage(QStringLiteral("'new' requires --type: ") + Suggestion::listed(TunerProperties::Gettypes()));
     QHash<QString, QString> given;
     for (const Option &option : {type(), name(), baseresource()}) {
         if (invocation.isSet(option))

@@ -169,7 +169,7 @@ BatchSettings batch(const Invocation &invocation)
     settings.json = invocation.isSet(json());
     settings.mostProblems = problemCount(invocation);
     if (settings.quiet && settings.json)
-        throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
+        throw WrongUsage(QStringLiteral("--quiet and --json cannot be combined"));
     return settings;
 }
 

@@ -55,7 +55,7 @@ void store(TunerProperties &document, const Paths::Target &target, const QString
     Paths::edit(document, target, [&](MemberEditor &member) { isStored = member.SetValue(value); });
     document.SetValidate(false);
     if (!isStored)
-        throw TypedValue::Mismatch(QStringLiteral("cannot hold '%1'").arg(text));
+        throw TypedValue::Mismatch(QStringLiteral("cannot store '%1'").arg(text));
     if (target.member.GetKind() == MemberKind::Choice)
         useChosen(document, target);
 }
@@ -63,7 +63,7 @@ void store(TunerProperties &document, const Paths::Target &target, const QString
 void takeAway(TunerProperties &document, const Paths::Target &target)
 {
     if (target.isItem())
-        throw TypedValue::Mismatch(QStringLiteral("is an item of a list; only the whole list can be unset"));
+        throw TypedValue::Mismatch(QStringLiteral("cannot unset an item of a list; unset the whole list"));
     Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
 }
 
@@ -140,7 +140,7 @@ void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const
     const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
     if (text != textAt(document.tuner, target)) // by its place: what it is found by may be what has changed
         Console::complain(document.input.shownName() + QStringLiteral(": ") + target.path
-                          + QStringLiteral(": is read from this form as ") + text);
+                          + QStringLiteral(": this form cannot store the value exactly; it reads back as ") + text);
 }
 
 ExitStatus complainOf(const QString &file, const QString &text)
@@ -213,8 +213,9 @@ ExitStatus change(Document &document, const Invocation &invocation)
 ExitStatus run(const Invocation &invocation)
 {
     if (invocation.count() != (invocation.isSet(unset()) ? 2 : 3))
-        throw WrongUsage(invocation.isSet(unset()) ? QStringLiteral("--unset takes a path and no value")
-                                                   : QStringLiteral("the value is missing"));
+        throw WrongUsage(invocation.isSet(unset())
+                             ? QStringLiteral("'set --unset' takes no value")
+                             : QStringLiteral("'set' requires a value; use --unset to remove the value"));
     Document document(invocation.file(0), Options::reading(invocation));
     try {
         return change(document, invocation);

@@ -41,7 +41,7 @@ void checkSizeOfPage(const Document &document)
     constexpr int mostObjects = 100000;
     if (countObjects(document.tuner, mostObjects) > mostObjects)
         throw FileFailure(document.input.shownName()
-                          + QStringLiteral(": has more than %1 objects, too many for a page; use 'show --format json'")
+                          + QStringLiteral(": cannot show more than %1 objects on a page; use 'show --format json'")
                                 .arg(mostObjects));
 }
 

@@ -115,11 +115,13 @@ void loadSnapshot(TunerProperties &document, Input &input)
     const bool hasMore = !file.read(1).isEmpty();
     input.check();
     if (stream.status() != QDataStream::Ok)
-        throw FileFailure(input.shownName() + QStringLiteral(": the snapshot ends early, or is none"));
+        throw FileFailure(input.shownName()
+                          + QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
     if (hasMore)
-        throw FileFailure(
-            input.shownName()
-            + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or is none").arg(read).arg(file.size()));
+        throw FileFailure(input.shownName()
+                          + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or the file is not a snapshot")
+                                .arg(read)
+                                .arg(file.size()));
 }
 
 /// A snapshot leaves out what is not set and reads it all the same, so that one of an incomplete document may be lost.
@@ -203,7 +205,7 @@ Form recognise(Input &input)
     throw FileFailure(
         input.shownName()
         + QStringLiteral(
-            ": neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot"));
+            ": unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot"));
 }
 
 void checkExpansion(Input &input, int times)
@@ -219,8 +221,8 @@ void checkExpansion(Input &input, int times)
     if (expanded > size * times)
         throw FileFailure(
             input.shownName()
-            + QStringLiteral(": %1 compressed bytes declare %2 bytes, more than %3 times as many; --max-expansion "
-                             "changes the limit")
+            + QStringLiteral(": expands from %1 to %2 bytes, more than %3 times its size; use --max-expansion "
+                             "to allow it")
                   .arg(size)
                   .arg(expanded)
                   .arg(times));
@@ -285,8 +287,8 @@ QByteArray compose(TunerProperties &document, Form form, const QString &fileName
         document.GetVersionSpecificBinaryWithoutValidation(stream);
         if (!isReadAgain(bytes))
             throw FileFailure(fileName
-                              + QStringLiteral(": as a snapshot this document would not be read again as it is; "
-                                               "'validate' tells what is missing in it"));
+                              + QStringLiteral(": cannot write a snapshot that reads back unchanged; 'validate' "
+                                               "reports what is missing"));
         break;
     }
     case Form::Json:

@@ -44,18 +44,18 @@ constexpr int pieceSize = 1 << 16;
 
 [[noreturn]] void cannotKeep(const FileName &name, const QString &reason)
 {
-    throw FileFailure(name.shown() + QStringLiteral(": cannot be kept in a temporary file: ") + reason);
+    throw FileFailure(name.shown() + QStringLiteral(": cannot copy to a temporary file: ") + reason);
 }
 
 [[noreturn]] void tooLarge(const FileName &name, const QString &size, qint64 limit)
 {
     throw FileFailure(name.shown()
-                      + QStringLiteral(": is too large: it has %1 bytes, and the limit is %2").arg(size).arg(limit));
+                      + QStringLiteral(": too large: %1 bytes; the limit is %2 bytes").arg(size).arg(limit));
 }
 
 [[noreturn]] void hasChanged(const FileName &name)
 {
-    throw FileFailure(name.shown() + QStringLiteral(": has changed while it was read"));
+    throw FileFailure(name.shown() + QStringLiteral(": changed while it was being read"));
 }
 
 /// An open file: its descriptor, which is closed with it.
@@ -91,9 +91,8 @@ void checkKind(const FileName &name, const struct stat &status, FileKinds kinds)
     if (S_ISDIR(status.st_mode))
         cannotOpen(name, EISDIR);
     if (kinds == FileKinds::RegularOnly && !S_ISREG(status.st_mode))
-        throw FileFailure(
-            name.shown()
-            + QStringLiteral(": is not a regular file; among several files, use --special-files to read it"));
+        throw FileFailure(name.shown()
+                          + QStringLiteral(": not a regular file; use --special-files to read it among several files"));
 }
 
 /// Opens the file by the bytes of its name.

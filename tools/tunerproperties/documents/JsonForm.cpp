@@ -108,7 +108,7 @@ template <class T>
 T wholeNumber(const Json &json)
 {
     if (!json.isWholeNumber())
-        refuse(json, "is no whole number");
+        refuse(json, "is not a whole number");
     const bool fits = json.isNegative()
         ? std::is_signed_v<T> && json.toNumber<qint64>() >= qint64(std::numeric_limits<T>::min())
         : json.toNumber<quint64>() <= quint64(std::numeric_limits<T>::max());
@@ -126,7 +126,7 @@ QVariant longNumber(const Json &json)
     static const QRegularExpression decimal(QStringLiteral(R"(^-?(?:0|[1-9][0-9]*)\z)"));
     const QString text = JsonText::toString(json.text());
     if (!decimal.match(text).hasMatch())
-        refuse(json, "is no whole number");
+        refuse(json, "is not a whole number");
     bool fits = false;
     const T value = std::is_signed_v<T> ? T(text.toLongLong(&fits)) : T(text.toULongLong(&fits));
     if (!fits)
@@ -150,7 +150,7 @@ QVariant real(const Json &json)
     if (isText(json, "-Infinity"))
         return QVariant::fromValue(-Limits::infinity());
     if (!json.isNumber())
-        refuse(json, "is no number");
+        refuse(json, "is not a number");
     const T value = json.toNumber<T>();
     if (std::isinf(value))
         refuse(json, "is out of range");
@@ -164,7 +164,7 @@ QVariant enumeration(const Json &json, const QStringList &names)
     if (json.isNumber())
         return wholeNumber<int>(json);
     if (!json.isText())
-        refuse(json, "is no name");
+        refuse(json, "is not a name");
     const QString name = JsonText::toString(json.text());
     if (!names.contains(name))
         throw JsonFailure(Suggestion::insteadOf(JsonText::beginningOf(name), QStringLiteral("name"), names));
@@ -176,7 +176,7 @@ QVariant valueFor(const MemberView &member, const Json &json)
     switch (member.GetKind()) {
     case MemberKind::Text:
         if (!json.isNull() && !json.isText())
-            refuse(json, "is no text");
+            refuse(json, "is not a string");
         return json.isNull() ? QString() : JsonText::toString(json.text());
     case MemberKind::Boolean:
         if (!json.isBoolean())
@@ -197,7 +197,7 @@ QVariant valueFor(const MemberView &member, const Json &json)
         return enumeration(json, member.GetNames());
     case MemberKind::EnumerationList: {
         if (!json.isList())
-            refuse(json, "is no list");
+            refuse(json, "is not an array");
         QVariantList values;
         for (const Json &entry : json.items())
             values.append(enumeration(entry, member.GetNames()));
@@ -222,7 +222,7 @@ void readMember(MemberEditor &member, const Json &json)
         break;
     case MemberKind::ObjectList:
         if (!json.isList())
-            refuse(json, "is no list");
+            refuse(json, "is not an array");
         member.SetFlag(true); // also if it is empty
         for (const Json &item : json.items()) {
             DataObject &child = member.AppendChild();
@@ -259,9 +259,9 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
         if (!unset || !unset->find(key))
             return;
         if (member.GetKind() == MemberKind::Choice)
-            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\"").arg(member.GetName()));
+            throw JsonFailure(QStringLiteral("'%1' is not allowed in \"unset\"").arg(member.GetName()));
         if (json.find(key))
-            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\" and outside").arg(member.GetName()));
+            throw JsonFailure(QStringLiteral("'%1' is both in \"unset\" and outside it").arg(member.GetName()));
     });
     const auto check = [&](const Json &in, const char *alsoKnown) {
         for (const Json::Member &member : in.members()) {
@@ -278,10 +278,10 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
 void readObject(DataObject &object, const Json &json)
 {
     if (!json.isObject())
-        refuse(json, "is no object");
+        refuse(json, "is not an object");
     const Json *const unset = json.find(unsetKey);
     if (unset && !unset->isObject())
-        throw JsonFailure(shown(*unset) + QStringLiteral(" is no object")).below(QLatin1String(unsetKey));
+        throw JsonFailure(shown(*unset) + QStringLiteral(" is not an object")).below(QLatin1String(unsetKey));
     checkKeys(object, json, unset);
     object.SetValidate(false); // a new object has a flag of its own
     bool hasChoice = false;
@@ -311,7 +311,7 @@ void readObject(DataObject &object, const Json &json)
 TunerProperties ofVersion(const Json *version)
 {
     if (version && !version->isText())
-        throw JsonFailure(shown(*version) + QStringLiteral(" is no text")).below(QLatin1String(versionKey));
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a string")).below(QLatin1String(versionKey));
     TunerProperties document;
     document.SetValidate(false);
     QString xml;
@@ -322,7 +322,7 @@ TunerProperties ofVersion(const Json *version)
     writer.writeEndElement();
     const bool isTaken = document.SetXmlString(xml, false);
     if (version && (!isTaken || document.GetInitialVersionLoaded() != JsonText::toString(version->text())))
-        throw JsonFailure(shown(*version) + QStringLiteral(" is no version")).below(QLatin1String(versionKey));
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a version")).below(QLatin1String(versionKey));
     return document;
 }
 
@@ -391,9 +391,10 @@ void read(TunerProperties &document, const QByteArray &utf8)
     Json whole = JsonText::parse(utf8);
     auto members = whole.isObject() ? whole.take(document.GetObjectName().toUtf8()) : std::nullopt;
     if (!members || !whole.isEmpty())
-        throw JsonFailure(QStringLiteral("is no object with the one member '%1'").arg(document.GetObjectName()));
+        throw JsonFailure(
+            QStringLiteral("expected an object with the single member '%1'").arg(document.GetObjectName()));
     if (!members->isObject())
-        refuse(*members, "is no object");
+        refuse(*members, "is not an object");
     const auto version = members->take(versionKey);
     TunerProperties result = ofVersion(version ? &*version : nullptr);
     readObject(result, *members);

@@ -132,8 +132,7 @@ public:
         const Json &object = *m_open.back();
         m_key = QByteArray::fromStdString(name);
         if (object.find(m_key))
-            failHere(QLatin1Char('\'') + beginningOf(toString(m_key))
-                     + QStringLiteral("' stands twice in the same object"));
+            failHere(QStringLiteral("duplicate member '") + beginningOf(toString(m_key)) + QLatin1Char('\''));
         if (object.members().size() == mostKeys)
             failHere(QStringLiteral("an object has more than %1 members").arg(mostKeys));
         return true;
@@ -165,7 +164,7 @@ private:
 
     [[noreturn]] void refuseNul(const char *at) const
     {
-        fail(at, QStringLiteral("a NUL byte, which JSON cannot hold"));
+        fail(at, QStringLiteral("NUL byte, which is not allowed in JSON"));
     }
 
     [[noreturn]] void fail(const char *at, const QString &message) const
@@ -358,7 +357,7 @@ QByteArray compact(const Json &value)
 Json fromString(const QString &text)
 {
     if (!text.isValidUtf16())
-        throw JsonFailure(QStringLiteral("the text holds half of a character, which JSON cannot carry"));
+        throw JsonFailure(QStringLiteral("the text contains an unpaired surrogate, which JSON cannot represent"));
     return text.toUtf8();
 }
 

@@ -95,8 +95,8 @@ QString Finding::text(const QString &fileName) const
 QString countText(qint64 count, int listed)
 {
     if (listed == 1)
-        return QStringLiteral("%1 problems, of which only the first is listed").arg(count);
-    return QStringLiteral("%1 problems, of which the first %2 are listed").arg(count).arg(listed);
+        return QStringLiteral("%1 problems; only the first is listed").arg(count);
+    return QStringLiteral("%1 problems; only the first %2 are listed").arg(count).arg(listed);
 }
 
 QStringList Findings::lines(const QString &fileName) const
@@ -106,7 +106,7 @@ QStringList Findings::lines(const QString &fileName) const
         result.append(finding.text(fileName));
     if (m_count > m_listed.size())
         result.append(fileName + QStringLiteral(": ") + countText(m_count, m_listed.size())
-                      + QStringLiteral("; --max-problems changes that"));
+                      + QStringLiteral("; use --max-problems to list more"));
     return result;
 }
 

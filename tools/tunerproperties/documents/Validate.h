@@ -30,7 +30,7 @@ struct Finding
 /// each of them would repeat it. A shortened label has the object's place.
 Finding findingOf(const JobXml::Problem &problem);
 
-/// "3001 problems, of which the first 100 are listed"
+/// "3001 problems; only the first 100 are listed"
 QString countText(qint64 count, int listed);
 
 /// The problems of a document: the first ones, and how many there are. A hostile document has one for every few bytes,

@@ -46,7 +46,7 @@ void Problems::show(Markup &out, const Spot &spot)
 void Problems::showAll(Markup &out) const
 {
     if (m_findings.isEmpty()) {
-        out.element("p", {{"class", "fine"}}, "Validation has found no problems.");
+        out.element("p", {{"class", "fine"}}, "Validation found no problems.");
         return;
     }
     constexpr int mostOpen = 20; // with more, one wants to see the document as well

@@ -253,9 +253,9 @@ void Values::noteDifferences(const MemberView &options, int index, const MemberV
     const MemberView *name = option.find(isText);
     const MemberView *number = option.find(isNumber);
     if (text && name && text->GetValue() != name->GetValue())
-        note(QStringLiteral("the option at this index has another %1").arg(name->GetName()));
+        note(QStringLiteral("the option at this index has a different %1").arg(name->GetName()));
     if (number && value.GetValue() != number->GetValue())
-        note(QStringLiteral("the option at this index has another %1").arg(number->GetName()));
+        note(QStringLiteral("the option at this index has a different %1").arg(number->GetName()));
 }
 
 bool Values::textList(Members &members, const Spot &spot)
@@ -285,7 +285,7 @@ bool Values::textList(Members &members, const Spot &spot)
     for (int i = 0; i < entries.GetSize(); ++i)
         m_problems.show(m_out, spot.below(entries.GetName(), i));
     if (value.IsSet() && !isAmong)
-        note(QStringLiteral("the value is none of the list"));
+        note(QStringLiteral("the value is not in the list"));
     return true;
 }
 

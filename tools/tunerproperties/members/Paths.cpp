@@ -92,7 +92,7 @@ public:
         while (take(QLatin1Char('/')))
             result.append(step());
         if (!atEnd())
-            fail(QStringLiteral("'/' or '[' is missing"));
+            fail(QStringLiteral("expected '/' or '['"));
         return result;
     }
 
@@ -102,7 +102,7 @@ private:
         WrittenStep result;
         result.member = textUpTo(QStringLiteral("/[]"));
         if (result.member.isEmpty())
-            fail(QStringLiteral("the name of a member is missing"));
+            fail(QStringLiteral("expected a member name"));
         while (take(QLatin1Char('['))) {
             const int start = m_at;
             const QString name = textUpTo(QStringLiteral("=,[]/\""));
@@ -120,7 +120,7 @@ private:
         while (take(QLatin1Char(','))) {
             const QString name = textUpTo(QStringLiteral("=,[]/\""));
             if (!take(QLatin1Char('=')))
-                fail(QStringLiteral("'=' is missing"));
+                fail(QStringLiteral("expected '='"));
             step.conditions.append({name, text()});
         }
         close();
@@ -129,12 +129,12 @@ private:
     void readPlace(WrittenStep &step, const QString &digits, int start)
     {
         if (step.place > 0)
-            fail(QStringLiteral("a second place stands"));
+            fail(QStringLiteral("unexpected second position"));
         bool isNumber = false;
         step.place = digits.toInt(&isNumber);
         if (!isNumber || step.place < 1) {
             m_at = start;
-            fail(QStringLiteral("a place, counted from 1, or MEMBER=TEXT is missing"));
+            fail(QStringLiteral("expected a position (counted from 1) or MEMBER=TEXT"));
         }
         close();
     }
@@ -142,7 +142,7 @@ private:
     void close()
     {
         if (!take(QLatin1Char(']')))
-            fail(QStringLiteral("']' is missing"));
+            fail(QStringLiteral("expected ']'"));
     }
 
     QString text()
@@ -155,7 +155,7 @@ private:
             result += character == QLatin1Char('\\') ? escaped() : character;
         }
         if (!take(QLatin1Char('"')))
-            fail(QStringLiteral("'\"' is missing"));
+            fail(QStringLiteral("expected '\"'"));
         return result;
     }
 
@@ -185,7 +185,7 @@ private:
         default:
             break;
         }
-        fail(QStringLiteral("none of \\\" \\\\ \\n \\r \\t \\u0000"));
+        fail(QStringLiteral("expected \\\" \\\\ \\n \\r \\t or \\u0000"));
     }
 
     QString textUpTo(const QString &ends)
@@ -239,9 +239,9 @@ void checkConditions(const MemberView &list, const WrittenStep &step)
     for (const Condition &condition : step.conditions) {
         if (!identifying.contains(condition.member))
             throw PathFailure(
-                QStringLiteral("'%1' identifies no %2; what does is %3")
+                QStringLiteral("'%1' does not identify a %2; use %3")
                     .arg(condition.member, step.member,
-                         identifying.isEmpty() ? QStringLiteral("its place alone") : Suggestion::listed(identifying)));
+                         identifying.isEmpty() ? QStringLiteral("its position") : Suggestion::listed(identifying)));
     }
 }
 
@@ -271,7 +271,8 @@ int itemOf(const MemberView &list, const WrittenStep &step)
         throw PathFailure(QStringLiteral("there is no such %1; there are %2").arg(step.member, listed(steps)));
     }
     if (step.place > fitting.size())
-        throw PathFailure(QStringLiteral("there are only %1 of them").arg(fitting.size()));
+        throw PathFailure(
+            QStringLiteral("position %1 is out of range; only %2 match").arg(step.place).arg(fitting.size()));
     if (step.place > 0)
         return fitting[step.place - 1];
     if (fitting.size() == 1)
@@ -279,7 +280,7 @@ int itemOf(const MemberView &list, const WrittenStep &step)
     QStringList candidates;
     for (const int i : qAsConst(fitting))
         candidates.append(steps[i]);
-    throw PathFailure(QStringLiteral("%1 of them fit; tell which one: %2").arg(fitting.size()).arg(listed(candidates)));
+    throw PathFailure(QStringLiteral("%1 items match; choose one: %2").arg(fitting.size()).arg(listed(candidates)));
 }
 
 QString asWritten(const WrittenStep &step)
@@ -329,10 +330,10 @@ private:
         const bool isList = member->GetKind() == MemberKind::ObjectList;
         const bool choosesItem = step.place > 0 || !step.conditions.isEmpty();
         if (choosesItem && !isList)
-            throw PathFailure(QStringLiteral("'%1' is no list of objects").arg(step.member));
+            throw PathFailure(QStringLiteral("'%1' is not a list of objects").arg(step.member));
         if (member->GetKind() == MemberKind::Alternative && !member->IsChosen())
             throw PathFailure(chosen ? QStringLiteral("the item holds a %1").arg(chosen->GetName())
-                                     : QStringLiteral("the item holds nothing"));
+                                     : QStringLiteral("the item has no value"));
         m_member.emplace(*member);
         if (isList && (choosesItem || !isLast)) {
             const int index = itemOf(*member, step);
@@ -343,14 +344,14 @@ private:
         } else if (member->GetKind() == MemberKind::Object || member->GetKind() == MemberKind::Alternative) {
             enter(*member);
         } else {
-            throw PathFailure(QStringLiteral("is a value, and has no members"));
+            throw PathFailure(QStringLiteral("is a value and has no members"));
         }
     }
 
     void enter(const MemberView &member)
     {
         if (member.GetSize() == 0)
-            throw PathFailure(QStringLiteral("was never given anything"));
+            throw PathFailure(QStringLiteral("has no data"));
         add({member.GetName(), -1}, member.GetName());
         m_object = &member.GetChild();
     }
@@ -409,11 +410,9 @@ QStringList stepsTo(const MemberView &list)
 
 QString unknownMember(const QString &name, const QString &className, const QStringList &known)
 {
-    const QString none = QStringLiteral("'%1' is no member of %2; ").arg(name, className);
-    const QString meant = Suggestion::nearest(name, known);
-    return none
-        + (meant.isNull() ? QStringLiteral("it has ") + known.join(QStringLiteral(", "))
-                          : QStringLiteral("did you mean '%1'?").arg(meant));
+    const QString meant = Suggestion::hint(name, known);
+    return QStringLiteral("unknown member '%1' of %2").arg(name, className)
+        + (meant.isNull() ? QStringLiteral("; expected ") + Suggestion::listed(known) : meant);
 }
 
 Target find(const DataObject &root, const QString &path)

@@ -31,7 +31,7 @@ QStringList stepsTo(const JobXml::MemberView &list);
 /// identified by what they hold.
 QString identityOf(const JobXml::DataObject &object);
 
-/// "'quantiy' is no member of TunerProperties; did you mean 'quantity'?"
+/// "unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?"
 QString unknownMember(const QString &name, const QString &className, const QStringList &known);
 
 /// What a path leads to.

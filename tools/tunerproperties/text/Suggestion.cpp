@@ -61,8 +61,8 @@ QString hint(const QString &word, const QStringList &known)
 QString insteadOf(const QString &word, const QString &kind, const QStringList &known)
 {
     const QString meant = hint(word, known);
-    return QLatin1Char('\'') + word + QStringLiteral("' is no ") + kind
-        + (meant.isNull() ? QStringLiteral("; the ") + kind + QStringLiteral("s are ") + listed(known) : meant);
+    return QStringLiteral("unknown ") + kind + QStringLiteral(" '") + word + QLatin1Char('\'')
+        + (meant.isNull() ? QStringLiteral("; expected ") + listed(known) : meant);
 }
 
 QString listed(const QStringList &words)

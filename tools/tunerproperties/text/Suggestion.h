@@ -14,8 +14,8 @@ QString nearest(const QString &word, const QStringList &known);
 /// "; did you mean 'validate'?", or a null string if no known word is near.
 QString hint(const QString &word, const QStringList &known);
 
-/// "'taged' is no form; did you mean 'tagged'?" The kind is "form" here. If no word is near, all are told: "'tpz' is no
-/// form; the forms are xml, tagged, compressed or snapshot".
+/// "unknown form 'taged'; did you mean 'tagged'?" The kind is "form" here. If no word is near, the message lists all:
+/// "unknown form 'tpz'; expected xml, tagged, compressed or snapshot".
 QString insteadOf(const QString &word, const QString &kind, const QStringList &known);
 
 /// "a, b or c"
