@@ -86,7 +86,7 @@ void ToolManualTest::itBeginsAsManualsDo()
     QCOMPARE(lines.value(0), QStringLiteral("TUNERPROPERTIES(1) User Commands TUNERPROPERTIES(1)"));
     QCOMPARE(lines.value(1), QStringLiteral("NAME"));
     QCOMPARE(lines.value(2),
-             QStringLiteral(" tunerproperties - shows, validates, converts, compares and changes descriptions of radio "
+             QStringLiteral(" tunerproperties - show, validate, convert, compare and change descriptions of radio "
                             "tuners"));
     QCOMPARE(lines.value(3), QStringLiteral("SYNOPSIS"));
     QCOMPARE(lines.value(4), QStringLiteral(" tunerproperties COMMAND [OPTION...] [FILE...]"));

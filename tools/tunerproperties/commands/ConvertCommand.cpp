@@ -15,7 +15,7 @@ namespace {
 const Option &noValidate()
 {
     static const Option option{{QStringLiteral("no-validate")},
-                               QStringLiteral("Writes the document as it stands, whatever its problems are."),
+                               QStringLiteral("Write the document even if it has problems."),
                                {},
                                Takes::Nothing,
                                {}};
@@ -24,13 +24,12 @@ const Option &noValidate()
 
 const Option &outDir()
 {
-    static const Option option{
-        {QStringLiteral("out-dir")},
-        QStringLiteral("Writes into this folder, which is made if it is missing, under the names "
-                       "of the inputs with the suffix of the form. Takes --to."),
-        QStringLiteral("DIR"),
-        Takes::Folder,
-        {}};
+    static const Option option{{QStringLiteral("out-dir")},
+                               QStringLiteral("Write into the folder DIR, which is created if it does not exist, under "
+                                              "the names of the inputs with the suffix of the form. Requires --to."),
+                               QStringLiteral("DIR"),
+                               Takes::Folder,
+                               {}};
     return option;
 }
 
@@ -153,26 +152,25 @@ Command convertCommand()
     Command command;
     command.name = QStringLiteral("convert");
     command.usages = QStringList{QStringLiteral("IN OUT"), QStringLiteral("--to FORM --out-dir DIR FILE...")};
-    command.summary = QStringLiteral("Writes documents in another form.");
+    command.summary = QStringLiteral("Convert documents to another form.");
     command.details = QStringList{
+        QStringLiteral("An output is written completely or not at all. A document with problems is not converted; the "
+                       "problems are written to standard error."),
+        QStringLiteral("With --out-dir, any number of files are converted, several at once. A file that fails does not "
+                       "stop the others. If two inputs would have the same output, nothing is written. A summary "
+                       "follows on standard error."),
         QStringLiteral(
-            "An output is complete or stays as it was. A document that does not validate is not converted; its "
-            "problems go to standard error."),
-        QStringLiteral("Into a folder any number of files are converted, several at once. One that fails does not keep "
-                       "the others from being converted. If two would get the same name nothing is written at all. A "
-                       "summary comes at the end, on standard error."),
-        QStringLiteral("With --json a line for each file is an object with \"file\", \"output\", \"status\" "
-                       "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", "
-                       "\"problemCount\" and \"error\", "
-                       "as 'validate --json' writes them; \"outputBytes\" is like \"fileBytes\".")};
+            "With --json, each line is a JSON object for one file, with \"file\", \"output\", \"status\" "
+            "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
+            "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\".")};
     command.options = {Options::from(),         Options::to(),          outDir(),        noValidate(),
                        Options::jobs(),         Options::quiet(),       Options::json(), Options::maxProblems(),
                        Options::maxExpansion(), Options::specialFiles()};
     command.examples = {
-        {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Writes the compressed form.")},
-        {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Writes XML to standard output.")},
+        {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Write the compressed form.")},
+        {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Write XML to standard output.")},
         {QStringLiteral("convert --to tagged --out-dir records -- *.xml"),
-         QStringLiteral("Writes records/NAME.tpb for every NAME.xml.")}};
+         QStringLiteral("Write records/NAME.tpb for every NAME.xml.")}};
     command.run = run;
     return command;
 }

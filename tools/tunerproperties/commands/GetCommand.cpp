@@ -57,17 +57,17 @@ Command getCommand()
     Command command;
     command.name = QStringLiteral("get");
     command.usages = QStringList{QStringLiteral("FILE PATH")};
-    command.summary = QStringLiteral("Writes the value of one member.");
+    command.summary = QStringLiteral("Print the value of one member.");
     command.details = QStringList{
-        QStringLiteral("A path names members, with / between them. An item of a list is told by what identifies it, as "
-                       "far as it takes to tell it, or by its place, counted from 1: "
+        QStringLiteral("A path consists of the names of members, separated by /. An item of a list is selected by the "
+                       "members that identify it, or by its position, counted from 1: "
                        "Component[name=Pre]/Node[id=gain]/ValueItem[1]/value."),
-        QStringLiteral("A text is written as it is, a list of names with one on each line, and what holds objects as "
-                       "JSON. Nothing is written, and the exit status is 1, if the member is not set or not found.")};
+        QStringLiteral("A text is printed without quotes, a list of names with one name per line, and an object as "
+                       "JSON. If the member is not set or not found, there is no output and the exit status is 1.")};
     command.options = {Options::from(), Options::maxExpansion()};
-    command.examples = {{QStringLiteral("get receiver.xml quantity"), QStringLiteral("Writes how many there are.")},
+    command.examples = {{QStringLiteral("get receiver.xml quantity"), QStringLiteral("Print the quantity.")},
                         {QStringLiteral("get receiver.xml 'Component[name=tuning]/Node[id=span]/ValueItem/value'"),
-                         QStringLiteral("Writes a value of a node.")}};
+                         QStringLiteral("Print a value of a node.")}};
     command.fewest = 2;
     command.most = 2;
     command.argumentsMayBeEmpty = true;

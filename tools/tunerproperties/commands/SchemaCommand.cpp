@@ -17,9 +17,9 @@ Command schemaCommand()
     Command command;
     command.name = QStringLiteral("schema");
     command.usages = QStringList{QString()};
-    command.summary = QStringLiteral("Writes the XML Schema of documents.");
+    command.summary = QStringLiteral("Write the XML Schema of documents.");
     command.examples = {{QStringLiteral("schema > tuner-properties.xsd"),
-                         QStringLiteral("Keeps the schema in a file, for an editor or for xmllint.")}};
+                         QStringLiteral("Save the schema for an editor or for xmllint.")}};
     command.fewest = 0;
     command.most = 0;
     command.run = run;

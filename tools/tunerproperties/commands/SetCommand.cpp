@@ -17,23 +17,21 @@ namespace {
 
 const Option &unset()
 {
-    static const Option option{
-        {QStringLiteral("unset")},
-        QStringLiteral("Takes the value away: the member is not set any more, and holds its default."),
-        {},
-        Takes::Nothing,
-        {}};
+    static const Option option{{QStringLiteral("unset")},
+                               QStringLiteral("Unset the member, which then has its default value."),
+                               {},
+                               Takes::Nothing,
+                               {}};
     return option;
 }
 
 const Option &noValidate()
 {
-    static const Option option{
-        {QStringLiteral("no-validate")},
-        QStringLiteral("Writes the document even if it has problems that it did not have before."),
-        {},
-        Takes::Nothing,
-        {}};
+    static const Option option{{QStringLiteral("no-validate")},
+                               QStringLiteral("Write the document even if the change causes new problems."),
+                               {},
+                               Takes::Nothing,
+                               {}};
     return option;
 }
 
@@ -231,22 +229,20 @@ Command setCommand()
     Command command;
     command.name = QStringLiteral("set");
     command.usages = QStringList{QStringLiteral("FILE PATH VALUE"), QStringLiteral("--unset FILE PATH")};
-    command.summary = QStringLiteral("Changes the value of one member.");
+    command.summary = QStringLiteral("Change the value of one member.");
     command.details = QStringList{
-        QStringLiteral("'tunerproperties get --help' tells about paths. The value is checked as the library checks it, "
-                       "and so is the document then; it is written in the form that it has, completely or not at all. "
+        QStringLiteral("'tunerproperties get --help' describes paths. The value and then the document are checked as "
+                       "the library checks them. The document is written in its own form, completely or not at all. "
                        "Nothing is written if nothing changes."),
-        QStringLiteral(
-            "Several names have commas or line ends between them. To give an item another kind of value, set "
-            "its ChoiceValueItem first, with --no-validate, and then what the kind has. The document is written as the "
-            "library writes it, so "
-            "comments in XML and the layout of a file do not stay.")};
+        QStringLiteral("Separate several names by commas or line ends. To give an item another kind of value, first "
+                       "set its ChoiceValueItem, with --no-validate, and then the members of that kind. The document "
+                       "is written as the library writes it, so XML comments and the layout of the file are lost.")};
     command.options = {unset(), noValidate(), Options::from(), Options::maxExpansion()};
     command.examples = {
-        {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Changes how many there are.")},
+        {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Change the quantity.")},
         {QStringLiteral("set receiver.xml 'Component[name=audio]/Node[id=balance]/ValueItem/value' -0.5"),
-         QStringLiteral("Changes a value of a node.")},
-        {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Takes the name away.")}};
+         QStringLiteral("Change a value of a node.")},
+        {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Unset the name.")}};
     command.fewest = 2;
     command.most = 3;
     command.argumentsMayBeEmpty = true;

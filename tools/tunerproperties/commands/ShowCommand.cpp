@@ -80,8 +80,8 @@ QStringList formatNames()
 const Option &formatOption()
 {
     static const Option option{{QStringLiteral("format")},
-                               QStringLiteral("How to show it: as a tree, which is the default, as json, or as html, a "
-                                              "page for a browser that needs no other file and no network."),
+                               QStringLiteral("Output format: tree (default), json, or html, a page for a browser that "
+                                              "needs no other file and no network."),
                                QStringLiteral("FORMAT"),
                                Takes::Word,
                                formatNames()};
@@ -107,17 +107,15 @@ Command showCommand()
     Command command;
     command.name = QStringLiteral("show");
     command.usages = QStringList{QStringLiteral("FILE")};
-    command.summary =
-        QStringLiteral("Shows all that a document holds, as a tree, as JSON, or as a page for a browser.");
-    command.details = QStringList{QStringLiteral(
-        "Numbers are shown exactly, texts in quotes; what is not set is marked. The page lists the problems of "
-        "the document as well.")};
+    command.summary = QStringLiteral("Show a document as a tree, as JSON, or as a page for a browser.");
+    command.details = QStringList{QStringLiteral("Numbers are shown exactly and texts in quotes; members that are not "
+                                                 "set are marked. The page also lists the problems of the document.")};
     command.options = {formatOption(), Options::from(), Options::maxProblems(), Options::maxExpansion()};
-    command.examples = {{QStringLiteral("show receiver.xml"), QStringLiteral("Shows the tree of a document.")},
-                        {QStringLiteral("show --format html receiver.xml > receiver.html"),
-                         QStringLiteral("Makes a page of it, for a browser.")},
-                        {QStringLiteral("show --from snapshot - < dump"),
-                         QStringLiteral("Shows a snapshot whose name does not tell that it is one.")}};
+    command.examples = {
+        {QStringLiteral("show receiver.xml"), QStringLiteral("Show a document as a tree.")},
+        {QStringLiteral("show --format html receiver.xml > receiver.html"),
+         QStringLiteral("Create a page for a browser.")},
+        {QStringLiteral("show --from snapshot - < dump"), QStringLiteral("Show a snapshot from standard input.")}};
     command.most = 1;
     command.run = run;
     return command;

@@ -140,14 +140,14 @@ QString Pages::manual(const QString &version)
     page.request("SH", QStringLiteral("OPTIONS"));
     for (const Option &option : HelpText::generalOptions())
         page.item(optionName(option), option.help);
-    page.paragraph(QStringLiteral("Each command has --help, too."));
+    page.paragraph(QStringLiteral("Each command also has the option --help."));
     page.request("SH", QStringLiteral("COMMANDS"));
     for (const Command &command : allCommands())
         add(page, command);
     page.request("SH", QStringLiteral("FORMS"));
     for (const QString &form : Forms::list())
         page.item(bold(form),
-                  QStringLiteral("In files whose name ends in %1.").arg(Forms::suffixOf(*Forms::named(form))));
+                  QStringLiteral("Suffix: %1.").arg(Forms::suffixOf(*Forms::named(form))));
     page.request("SH", QStringLiteral("EXIT STATUS"));
     for (const HelpText::Status &status : HelpText::statuses())
         page.item(bold(QString::number(int(status.status))), status.meaning);
