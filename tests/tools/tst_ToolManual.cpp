@@ -32,7 +32,7 @@ struct Formatted
 {
     int status = -1;
     QByteArray page;
-    QString complaints;
+    QString messages;
 };
 
 Formatted formatted(const QStringList &options)
@@ -44,7 +44,7 @@ Formatted formatted(const QStringList &options)
     if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit) {
         result.status = process.exitCode();
         result.page = process.readAllStandardOutput();
-        result.complaints = QString::fromUtf8(process.readAllStandardError());
+        result.messages = QString::fromUtf8(process.readAllStandardError());
     }
     return result;
 }
@@ -75,7 +75,7 @@ void ToolManualTest::roffHasNothingToSayAboutIt()
 {
     QFETCH(QString, device);
     const Formatted page = formatted({device});
-    QCOMPARE(page.complaints, QString());
+    QCOMPARE(page.messages, QString());
     QCOMPARE(page.status, 0);
     QVERIFY(page.page.contains("tunerproperties"));
 }

@@ -327,10 +327,10 @@ void ToolSignalsTest::temporaryFilesHaveNoName()
 {
     QFETCH(QStringList, arguments);
     const QByteArray folder = QFile::encodeName(m_shop->path(text("temporary")));
-    const int nameless = open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    if (nameless < 0)
+    const int unnamed = open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (unnamed < 0)
         SKIP("This file system knows no files without a name.");
-    close(nameless);
+    close(unnamed);
     for (const char *name : {"good.tpb", "good.tpz", "good.tps", "good.json"})
         QCOMPARE(m_shop->shell(text("\"$tool\" convert good.xml ") + text(name)).status, 0);
 

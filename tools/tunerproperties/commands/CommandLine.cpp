@@ -22,8 +22,8 @@ bool looksLikeOption(const QByteArray &argument)
 /// An option as it was typed: "--to", "--to=xml", "-j", "-j4".
 struct TypedOption
 {
-    QString name; ///< with its dashes
-    std::optional<QByteArray> value; ///< what follows it in the same argument
+    QString name; ///< including dashes
+    std::optional<QByteArray> value; ///< the rest of the same argument
 };
 
 TypedOption typedOption(const QByteArray &argument)
@@ -42,7 +42,7 @@ const Option *optionNamed(const QVector<Option> &options, const QString &typed)
     return found == options.end() ? nullptr : &*found;
 }
 
-/// What can be done if the argument was meant as the name of a file.
+/// A hint for an argument that may have been meant as the name of a file.
 QString fileHint(const QByteArray &argument)
 {
     const QString shown = FileName(argument).shown();
@@ -53,8 +53,8 @@ QString fileHint(const QByteArray &argument)
 struct Parsed
 {
     QByteArrayList arguments;
-    QHash<QString, QByteArray> values; ///< by the first name of their option
-    QByteArray helpOrVersion; ///< as it was typed, if it was
+    QHash<QString, QByteArray> values; ///< the key is the first name of the option
+    QByteArray helpOrVersion; ///< as typed; null if it was not used
 
     bool isSet(const Option &option) const { return values.contains(option.names.first()); }
 };
@@ -93,7 +93,7 @@ private:
         return m_mayHaveNumbers && negative.match(QString::fromLatin1(argument)).hasMatch();
     }
 
-    /// Returns whether the next argument is its value.
+    /// Returns whether the next argument is the value of the option.
     bool takeOption(const QByteArray &argument, const QByteArrayList &next)
     {
         const TypedOption typed = typedOption(argument);
@@ -143,9 +143,9 @@ private:
 
 ExitStatus wrongUsage(const QString &text, const QString &command = {})
 {
-    Console::complain(text);
+    Console::printError(text);
     const QString withCommand = command.isEmpty() ? QString() : QLatin1Char(' ') + command;
-    Console::complain(QStringLiteral("try '%1%2 --help'").arg(HelpText::program(), withCommand));
+    Console::printError(QStringLiteral("try '%1%2 --help'").arg(HelpText::program(), withCommand));
     return ExitStatus::WrongUsage;
 }
 
@@ -162,13 +162,13 @@ void checkValues(const QVector<Option> &options, const Invocation &invocation)
             continue;
         const QString value = invocation.value(option);
         if (!option.words.contains(value))
-            throw WrongUsage(Suggestion::insteadOf(value, option.value.toLower(), option.words));
+            throw WrongUsage(Suggestion::unknownWord(value, option.value.toLower(), option.words));
     }
 }
 
 void checkArguments(const Command &command, const QByteArrayList &arguments)
 {
-    if (arguments.size() < command.fewest || arguments.size() > command.most) {
+    if (arguments.size() < command.minArguments || arguments.size() > command.maxArguments) {
         const QString usages = command.usages.join(QStringLiteral(" or "));
         throw WrongUsage(usages.isEmpty() ? QLatin1Char('\'') + command.name + QStringLiteral("' takes no arguments")
                                           : QStringLiteral("'%1' expects %2").arg(command.name, usages));
@@ -183,7 +183,8 @@ ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
     try {
         const Parsed parsed = Parser(options, true, command.mayEndWithNumber).parse(arguments);
         if (!parsed.helpOrVersion.isNull()) {
-            // It may be a file that a pattern of the shell matched; a script would take status 0 for "all are valid".
+            // The argument may be a file that a pattern of the shell has matched; a script would take status 0 for "all
+            // are valid".
             if (command.takes == Takes::File && !parsed.arguments.isEmpty())
                 throw WrongUsage(QStringLiteral("option '") + QString::fromLatin1(parsed.helpOrVersion)
                                  + QStringLiteral("' cannot be combined with files") + fileHint(parsed.helpOrVersion));
@@ -220,8 +221,8 @@ ExitStatus runWithoutCommand(const QByteArrayList &arguments)
     return wrongUsage(QStringLiteral("a command is missing"));
 }
 
-/// Where the command is: the first argument that is neither an option nor the value of one, or the end. Options with a
-/// value may stand before it.
+/// The index of the command: the first argument that is neither an option nor the value of one, or the end. Options
+/// with a value may precede it.
 int indexOfCommand(const QByteArrayList &arguments)
 {
     QVector<Option> options;

@@ -33,7 +33,7 @@ const Option &outDir()
     return option;
 }
 
-/// What is to be done with each file.
+/// What to do with each file.
 struct Plan
 {
     QVector<FileName> files;
@@ -41,7 +41,7 @@ struct Plan
     FileKinds inputKinds = FileKinds::All;
     FileKinds outputKinds = FileKinds::All;
     Reading reading;
-    int mostProblems = 0;
+    int problemLimit = 0;
     Form to = Form::Xml;
     bool validate = true;
 };
@@ -55,7 +55,7 @@ QByteArray outputName(const FileName &file, Form to)
         + Forms::suffixOf(to).toLatin1();
 }
 
-/// Nothing may be written before it is sure that no output would replace another one.
+/// Checks that no output would replace another one before anything is written.
 void planManyFiles(Plan &plan, const Invocation &invocation)
 {
     if (!invocation.isSet(Options::to()))
@@ -112,7 +112,7 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
     const FileName &output = plan.outputs.at(index);
     Outcome outcome;
     if (plan.validate)
-        outcome.findings = document.findings(plan.mostProblems);
+        outcome.findings = document.findings(plan.problemLimit);
     if (!outcome.findings.isEmpty()) {
         outcome.status = FileStatus::Problems;
         return outcome;
@@ -130,10 +130,10 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
 ExitStatus run(const Invocation &invocation)
 {
     Batch batch(Options::batch(invocation));
-    batch.doneWord = QStringLiteral("converted");
+    batch.doneStatus = QStringLiteral("converted");
     Plan plan;
     plan.reading = Options::reading(invocation);
-    plan.mostProblems = batch.mostProblems();
+    plan.problemLimit = batch.problemLimit();
     plan.validate = !invocation.isSet(noValidate());
     if (invocation.isSet(outDir()))
         planManyFiles(plan, invocation);
@@ -141,7 +141,7 @@ ExitStatus run(const Invocation &invocation)
         planOneFile(plan, invocation);
     batch.outputs = plan.outputs;
     batch.work = [&](int index, const std::function<void()> &done) { return convert(plan, index, done); };
-    batch.problemsAreTheResult = false;
+    batch.problemsToStandardOutput = false;
     return batch.run(plan.files);
 }
 

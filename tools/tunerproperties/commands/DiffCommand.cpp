@@ -134,8 +134,8 @@ Command diffCommand()
         {QStringLiteral("diff --exit-code old.xml new.xml > /dev/null || echo changed"),
          QStringLiteral("Check whether there are any differences.")},
     };
-    command.fewest = 2;
-    command.most = 2;
+    command.minArguments = 2;
+    command.maxArguments = 2;
     command.run = run;
     return command;
 }

@@ -24,27 +24,27 @@ ExitStatus run(const Invocation &invocation)
 {
     const Document document(invocation.file(0), Options::reading(invocation));
     const QString file = document.input.shownName();
-    const auto tell = [&](const QString &text) {
-        Console::complain(file + QStringLiteral(": ") + text);
+    const auto fail = [&](const QString &text) {
+        Console::printError(file + QStringLiteral(": ") + text);
         return ExitStatus::Problems;
     };
     try {
         const Paths::Target target = Paths::find(document.tuner, invocation.text(1));
         if (!target.isItem() && !target.member.IsSet())
-            return tell(target.path + QStringLiteral(": is not set"));
+            return fail(target.path + QStringLiteral(": is not set"));
         if (holdsObjects(target.member.GetKind())) {
             Console::write(jsonOf(target));
             return ExitStatus::Ok;
         }
         const QString text = TypedValue::print(target.member.GetValue());
         if (text.isNull())
-            return tell(target.path + QStringLiteral(": is set, but has no value"));
+            return fail(target.path + QStringLiteral(": is set, but has no value"));
         Console::write(text.isEmpty() && target.member.GetKind() == JobXml::MemberKind::EnumerationList
                            ? QByteArray()
                            : text.toUtf8() + '\n');
         return ExitStatus::Ok;
     } catch (const PathFailure &failure) {
-        return tell(failure.text());
+        return fail(failure.text());
     } catch (const JsonFailure &failure) {
         throw FileFailure(failure.text(file));
     }
@@ -68,8 +68,8 @@ Command getCommand()
     command.examples = {{QStringLiteral("get receiver.xml quantity"), QStringLiteral("Print the quantity.")},
                         {QStringLiteral("get receiver.xml 'Component[name=tuning]/Node[id=span]/ValueItem/value'"),
                          QStringLiteral("Print a value of a node.")}};
-    command.fewest = 2;
-    command.most = 2;
+    command.minArguments = 2;
+    command.maxArguments = 2;
     command.argumentsMayBeEmpty = true;
     command.run = run;
     return command;

@@ -28,8 +28,8 @@ Command helpCommand()
     command.summary = QStringLiteral("Show help for the program or for a command.");
     command.examples = {
         {QStringLiteral("help convert"), QStringLiteral("Show the same as 'tunerproperties convert --help'.")}};
-    command.fewest = 0;
-    command.most = 1;
+    command.minArguments = 0;
+    command.maxArguments = 1;
     command.run = run;
     command.takes = Takes::Word;
     command.words = commandNames;

@@ -86,7 +86,7 @@ QVector<Option> optionsOf(const Command &command)
     return QVector<Option>{Options::help()} + command.options;
 }
 
-QString shortly(const QString &text)
+QString firstSentence(const QString &text)
 {
     const QString sentence = text.section(QStringLiteral(". "), 0, 0);
     return sentence.endsWith(QLatin1Char('.')) ? sentence.chopped(1) : sentence;

@@ -42,12 +42,12 @@ ExitStatus run(const Invocation &invocation)
 {
     if (!invocation.isSet(type()))
         throw WrongUsage(QStringLiteral("'new' requires --type: ") + Suggestion::listed(TunerProperties::Gettypes()));
-    QHash<QString, QString> given;
+    QHash<QString, QString> values;
     for (const Option &option : {type(), name(), baseresource()}) {
         if (invocation.isSet(option))
-            given.insert(option.names.first(), invocation.value(option));
+            values.insert(option.names.first(), invocation.value(option));
     }
-    TunerProperties document = NewDocument::minimal(given);
+    TunerProperties document = NewDocument::minimal(values);
     const QByteArray xml = Forms::compose(document, Form::Xml, Console::streamName());
     Console::write(NewDocument::explained(xml, document));
     return ExitStatus::Ok;
@@ -67,8 +67,8 @@ Command newCommand()
     command.options = {type(), name(), baseresource()};
     command.examples = {{QStringLiteral("new --type Receiver > receiver.xml"),
                          QStringLiteral("Create the description of a receiver.")}};
-    command.fewest = 0;
-    command.most = 0;
+    command.minArguments = 0;
+    command.maxArguments = 0;
     command.run = run;
     command.takes = Takes::Nothing;
     return command;

@@ -10,9 +10,10 @@ namespace Options {
 
 namespace {
 
-// Real documents shrink to a third, very regular ones to a thirtieth; those made to exhaust memory to a thousandth.
+// Real documents shrink to a third, very regular ones to a thirtieth; documents made to exhaust memory shrink to a
+// thousandth.
 constexpr int usualExpansion = 50;
-constexpr int mostExpansion = 1100; // zlib does not reach it, and the library takes no more
+constexpr int mostExpansion = 1100; // beyond what zlib reaches; the library has the same limit
 
 } // namespace
 
@@ -167,7 +168,7 @@ BatchSettings batch(const Invocation &invocation)
     settings.jobs = numberOf(invocation, jobs(), mostJobs, QThread::idealThreadCount());
     settings.quiet = invocation.isSet(quiet());
     settings.json = invocation.isSet(json());
-    settings.mostProblems = problemCount(invocation);
+    settings.problemLimit = problemCount(invocation);
     if (settings.quiet && settings.json)
         throw WrongUsage(QStringLiteral("--quiet and --json cannot be combined"));
     return settings;

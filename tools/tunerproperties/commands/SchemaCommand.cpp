@@ -20,8 +20,8 @@ Command schemaCommand()
     command.summary = QStringLiteral("Write the XML Schema of documents.");
     command.examples = {{QStringLiteral("schema > tuner-properties.xsd"),
                          QStringLiteral("Save the schema for an editor or for xmllint.")}};
-    command.fewest = 0;
-    command.most = 0;
+    command.minArguments = 0;
+    command.maxArguments = 0;
     command.run = run;
     command.takes = Takes::Nothing;
     return command;

@@ -35,8 +35,8 @@ const Option &noValidate()
     return option;
 }
 
-/// What is chosen is set, and so can be given its values next.
-void useChosen(TunerProperties &document, const Paths::Target &choice)
+/// Sets the flag of the chosen alternative, so that its members can be set next.
+void setChosenAlternative(TunerProperties &document, const Paths::Target &choice)
 {
     const QByteArray chosen = choice.member.GetValue().toString().toLatin1();
     Paths::Target alternative = choice;
@@ -44,37 +44,37 @@ void useChosen(TunerProperties &document, const Paths::Target &choice)
     Paths::edit(document, alternative, [](MemberEditor &member) { member.EditChild(); });
 }
 
-/// Stores the value by the setter and its checks.
+/// Stores the value through the setter and its checks.
 void store(TunerProperties &document, const Paths::Target &target, const QString &text)
 {
     const QVariant value = TypedValue::parse(target.member, text);
     bool isStored = false;
-    document.SetValidate(true); // hands it down to what holds the member
+    document.SetValidate(true); // propagates to the object of the member
     Paths::edit(document, target, [&](MemberEditor &member) { isStored = member.SetValue(value); });
     document.SetValidate(false);
     if (!isStored)
         throw TypedValue::Mismatch(QStringLiteral("cannot store '%1'").arg(text));
     if (target.member.GetKind() == MemberKind::Choice)
-        useChosen(document, target);
+        setChosenAlternative(document, target);
 }
 
-void takeAway(TunerProperties &document, const Paths::Target &target)
+void unsetMember(TunerProperties &document, const Paths::Target &target)
 {
     if (target.isItem())
         throw TypedValue::Mismatch(QStringLiteral("cannot unset an item of a list; unset the whole list"));
     Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
 }
 
-/// What is complained about: the first texts, and how many there would be.
-struct Complaints
+/// The first messages, and the number of all.
+struct Messages
 {
-    bool isListed() const { return texts.size() < Options::usualProblemCount; }
+    bool hasRoom() const { return texts.size() < Options::usualProblemCount; }
 
     QStringList texts;
     qint64 count = 0;
 };
 
-/// The problems of a document, to compare with those of another state of it.
+/// The problems of a document, for comparison with those of a changed document.
 class KnownProblems
 {
 public:
@@ -83,8 +83,8 @@ public:
         document.VisitProblems([this](const Problem &problem) { ++m_counts[keyOf(problem)]; });
     }
 
-    /// Adds the problems that were not there before, at the same place; returns whether there is any problem at all.
-    bool addNew(const TunerProperties &document, Complaints &complaints)
+    /// Adds the problems that were not at the same path before. Returns whether there is any problem.
+    bool addNew(const TunerProperties &document, Messages &messages)
     {
         bool isAny = false;
         document.VisitProblems([&](const Problem &problem) {
@@ -96,9 +96,9 @@ public:
                 --*known;
                 return;
             }
-            if (complaints.isListed())
-                complaints.texts.append(textOf(findingOf(problem)));
-            ++complaints.count;
+            if (messages.hasRoom())
+                messages.texts.append(textOf(findingOf(problem)));
+            ++messages.count;
         });
         return isAny;
     }
@@ -109,8 +109,8 @@ private:
         return (finding.path + QStringList{finding.message}).join(QStringLiteral(": "));
     }
 
-    /// By places, not by names, which may be what is changed. A digest, since there may be a problem for every few
-    /// bytes of a document.
+    /// The key contains positions instead of names, since the change may concern a name. It is a digest, because a
+    /// document may have a problem for every few bytes.
     static QByteArray keyOf(const Problem &problem)
     {
         QString text = problem.message;
@@ -122,52 +122,53 @@ private:
     QHash<QByteArray, int> m_counts;
 };
 
-/// The text of a member; "nothing" if it is not there.
+/// The text of a member; "nothing" if it does not exist.
 QString textAt(const TunerProperties &document, const Paths::Target &target)
 {
     const auto member = Paths::at(document, target.steps);
     return member ? ValueText::ofMember(*member) : QStringLiteral("nothing");
 }
 
-/// Not all forms hold all values exactly, so what was written is looked at again.
-void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const Paths::Target &target)
+/// Reads the written bytes back, since not all forms store all values exactly.
+void reportInexactValue(const QByteArray &bytes, const Document &document, const Paths::Target &target)
 {
     TunerProperties written;
     written.SetValidate(false);
     const bool isRead = Forms::readBack(written, bytes, document.form);
     const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
     if (text != textAt(document.tuner, target)) // by its place: what it is found by may be what has changed
-        Console::complain(document.input.shownName() + QStringLiteral(": ") + target.path
-                          + QStringLiteral(": this form cannot store the value exactly; it reads back as ") + text);
+        Console::printError(document.input.shownName() + QStringLiteral(": ") + target.path
+                            + QStringLiteral(": this form cannot store the value exactly; it reads back as ") + text);
 }
 
-ExitStatus complainOf(const QString &file, const QString &text)
+ExitStatus report(const QString &file, const QString &text)
 {
-    Console::complain(file + QStringLiteral(": ") + text);
+    Console::printError(file + QStringLiteral(": ") + text);
     return ExitStatus::Problems;
 }
 
-ExitStatus complainAll(const QString &file, const Complaints &complaints)
+ExitStatus reportAll(const QString &file, const Messages &messages)
 {
-    for (const QString &text : complaints.texts)
-        complainOf(file, text);
-    if (complaints.count > complaints.texts.size())
-        complainOf(file, countText(complaints.count, complaints.texts.size()));
+    for (const QString &text : messages.texts)
+        report(file, text);
+    if (messages.count > messages.texts.size())
+        report(file, countText(messages.count, messages.texts.size()));
     return ExitStatus::Problems;
 }
 
-/// What stands in the XML and not in the document, so that it would be lost.
-Complaints notInTheDocument(Document &document)
+/// The problems in the XML that the document does not contain, so that writing would lose their elements and
+/// attributes.
+Messages xmlOnlyProblems(Document &document)
 {
-    Complaints complaints;
+    Messages messages;
     const Findings findings = document.findings(Options::usualProblemCount);
     for (const Finding &finding : findings.listed()) {
-        if (finding.hasPlace())
-            complaints.texts.append(
+        if (finding.hasLocation())
+            messages.texts.append(
                 QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
     }
-    complaints.count = findings.placedCount();
-    return complaints;
+    messages.count = findings.locatedCount();
+    return messages;
 }
 
 ExitStatus change(Document &document, const Invocation &invocation)
@@ -176,35 +177,35 @@ ExitStatus change(Document &document, const Invocation &invocation)
     const QString file = name.shown();
     const bool mayHaveProblems = invocation.isSet(noValidate());
     TunerProperties &tuner = document.tuner;
-    const Complaints lost = mayHaveProblems ? Complaints() : notInTheDocument(document);
+    const Messages lost = mayHaveProblems ? Messages() : xmlOnlyProblems(document);
     if (lost.count > 0)
-        return complainAll(file, lost);
+        return reportAll(file, lost);
     const TunerProperties before = tuner;
     KnownProblems known(before);
     const Paths::Target target = Paths::find(tuner, invocation.text(1));
     try {
         if (invocation.isSet(unset()))
-            takeAway(tuner, target);
+            unsetMember(tuner, target);
         else
             store(tuner, target, invocation.text(2));
     } catch (const TypedValue::Mismatch &mismatch) {
-        return complainOf(file, target.path + QStringLiteral(": ") + mismatch.text());
+        return report(file, target.path + QStringLiteral(": ") + mismatch.text());
     } catch (const ReportException &exception) {
-        return complainOf(file, target.path + QStringLiteral(": ") + exception.GetMessageText());
+        return report(file, target.path + QStringLiteral(": ") + exception.GetMessageText());
     }
     bool isChanged = false;
     findDifferences(before, tuner, [&](const Difference &) { isChanged = true; });
     if (!isChanged && !name.isStandardStream())
         return ExitStatus::Ok;
-    Complaints problems;
+    Messages problems;
     const bool hasProblems = known.addNew(tuner, problems);
     tuner.SetValidate(!hasProblems && tuner.HasData());
     if (problems.count > 0 && !mayHaveProblems)
-        return complainAll(file, problems);
+        return reportAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
     Output::replace(document.input, bytes);
     if (isChanged && !invocation.isSet(unset()))
-        tellWhatBecameOfIt(bytes, document, target);
+        reportInexactValue(bytes, document, target);
     return ExitStatus::Ok;
 }
 
@@ -218,7 +219,7 @@ ExitStatus run(const Invocation &invocation)
     try {
         return change(document, invocation);
     } catch (const PathFailure &failure) {
-        return complainOf(document.input.shownName(), failure.text());
+        return report(document.input.shownName(), failure.text());
     }
 }
 
@@ -243,8 +244,8 @@ Command setCommand()
         {QStringLiteral("set receiver.xml 'Component[name=audio]/Node[id=balance]/ValueItem/value' -0.5"),
          QStringLiteral("Change a value of a node.")},
         {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Unset the name.")}};
-    command.fewest = 2;
-    command.most = 3;
+    command.minArguments = 2;
+    command.maxArguments = 3;
     command.argumentsMayBeEmpty = true;
     command.mayEndWithNumber = true;
     command.run = run;

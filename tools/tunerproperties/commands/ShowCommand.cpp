@@ -10,11 +10,11 @@
 
 namespace {
 
-/// One way to show a document.
+/// An output format.
 struct Format
 {
     QString name;
-    void (*show)(Document &document, int mostProblems);
+    void (*show)(Document &document, int problemLimit);
 };
 
 void showAsTree(Document &document, int)
@@ -35,7 +35,7 @@ int countObjects(const JobXml::DataObject &object, int most)
     return count;
 }
 
-/// An object without anything in it takes four bytes of a record, and a kilobyte of a page.
+/// An empty object takes four bytes of a record and a kilobyte of a page.
 void checkSizeOfPage(const Document &document)
 {
     constexpr int mostObjects = 100000;
@@ -45,12 +45,12 @@ void checkSizeOfPage(const Document &document)
                                 .arg(mostObjects));
 }
 
-void showAsHtml(Document &document, int mostProblems)
+void showAsHtml(Document &document, int problemLimit)
 {
     checkSizeOfPage(document);
     const FileName &name = document.input.name();
     BufferedOutput output;
-    html(document.tuner, document.findings(mostProblems),
+    html(document.tuner, document.findings(problemLimit),
          name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
@@ -116,7 +116,7 @@ Command showCommand()
         {QStringLiteral("show --format html receiver.xml > receiver.html"),
          QStringLiteral("Create a page for a browser.")},
         {QStringLiteral("show --from snapshot - < dump"), QStringLiteral("Show a snapshot from standard input.")}};
-    command.most = 1;
+    command.maxArguments = 1;
     command.run = run;
     return command;
 }

@@ -13,10 +13,10 @@ ExitStatus run(const Invocation &invocation)
     const Reading reading = Options::reading(invocation);
     Batch batch(Options::batch(invocation));
     Options::checkStandardInput(files);
-    batch.doneWord = QStringLiteral("valid");
+    batch.doneStatus = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;
-        outcome.findings = Document(files.at(index), reading, kinds).findings(batch.mostProblems());
+        outcome.findings = Document(files.at(index), reading, kinds).findings(batch.problemLimit());
         outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
         return outcome;
     };

@@ -43,7 +43,7 @@ Json ofReal(double value)
     return value;
 }
 
-/// By the number whose digits are those of the float: 0.1, not 0.10000000149011612.
+/// The number with the digits of the float: 0.1, not 0.10000000149011612.
 Json ofReal(float value)
 {
     char text[64];
@@ -64,7 +64,7 @@ Json ofValue(const QVariant &value)
         return value.toInt();
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
-        return value.toString().toUtf8(); // many readers of JSON keep 53 bits of a number
+        return value.toString().toUtf8(); // many readers of JSON keep only 53 bits of a number
     case QMetaType::Float:
         return ofReal(value.value<float>());
     case QMetaType::Double:
@@ -81,8 +81,8 @@ Json ofValue(const QVariant &value)
     }
 }
 
-/// Whether a member that is not set holds nothing but what every new object holds.
-bool saysNothing(const MemberView &member, const Json &value)
+/// Whether a member that is not set has the value that every new object has.
+bool isDefault(const MemberView &member, const Json &value)
 {
     if (value.isList() || value.isObject())
         return value.isEmpty();
@@ -92,11 +92,11 @@ bool saysNothing(const MemberView &member, const Json &value)
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// What stands in the JSON, to be told to people.
+/// The JSON value in quotes, for messages.
 QString shown(const Json &json)
 {
     const QString text = json.isText() ? JsonText::toString(json.text()) : QString::fromUtf8(JsonText::compact(json));
-    return QLatin1Char('\'') + JsonText::beginningOf(text) + QLatin1Char('\'');
+    return QLatin1Char('\'') + JsonText::shortened(text) + QLatin1Char('\'');
 }
 
 [[noreturn]] void refuse(const Json &json, const char *what)
@@ -117,7 +117,7 @@ T wholeNumber(const Json &json)
     return json.toNumber<T>();
 }
 
-/// Of 64 bits: also as a text, which is how they are written.
+/// A number of 64 bits may also be a string, which is how it is written.
 template <class T>
 QVariant longNumber(const Json &json)
 {
@@ -167,7 +167,7 @@ QVariant enumeration(const Json &json, const QStringList &names)
         refuse(json, "is not a name");
     const QString name = JsonText::toString(json.text());
     if (!names.contains(name))
-        throw JsonFailure(Suggestion::insteadOf(JsonText::beginningOf(name), QStringLiteral("name"), names));
+        throw JsonFailure(Suggestion::unknownWord(JsonText::shortened(name), QStringLiteral("name"), names));
     return name;
 }
 
@@ -223,13 +223,13 @@ void readMember(MemberEditor &member, const Json &json)
     case MemberKind::ObjectList:
         if (!json.isList())
             refuse(json, "is not an array");
-        member.SetFlag(true); // also if it is empty
+        member.SetFlag(true); // even if the list is empty
         for (const Json &item : json.items()) {
             DataObject &child = member.AppendChild();
             try {
                 readObject(child, item);
             } catch (const JsonFailure &failure) {
-                throw failure.below(stepTo(member, member.GetSize() - 1));
+                throw failure.within(stepTo(member, member.GetSize() - 1));
             }
         }
         break;
@@ -239,14 +239,14 @@ void readMember(MemberEditor &member, const Json &json)
     }
 }
 
-/// With the member's name in front of what is wrong; an item of a list has told its own.
+/// Prefixes errors with the name of the member; an item of a list has added its own step.
 void readNamedMember(MemberEditor &member, const Json &json)
 {
     const bool isListOfObjects = member.GetKind() == MemberKind::ObjectList && json.isList();
     try {
         readMember(member, json);
     } catch (const JsonFailure &failure) {
-        throw isListOfObjects ? failure : failure.below(member.GetName());
+        throw isListOfObjects ? failure : failure.within(member.GetName());
     }
 }
 
@@ -267,7 +267,7 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
         for (const Json::Member &member : in.members()) {
             const QString key = JsonText::toString(member.key);
             if (!names.contains(key) && member.key != alsoKnown)
-                throw JsonFailure(Paths::unknownMember(JsonText::beginningOf(key), object.GetObjectName(), names));
+                throw JsonFailure(Paths::unknownMember(JsonText::shortened(key), object.GetObjectName(), names));
         }
     };
     check(json, unsetKey);
@@ -281,14 +281,14 @@ void readObject(DataObject &object, const Json &json)
         refuse(json, "is not an object");
     const Json *const unset = json.find(unsetKey);
     if (unset && !unset->isObject())
-        throw JsonFailure(shown(*unset) + QStringLiteral(" is not an object")).below(QLatin1String(unsetKey));
+        throw JsonFailure(shown(*unset) + QStringLiteral(" is not an object")).within(QLatin1String(unsetKey));
     checkKeys(object, json, unset);
-    object.SetValidate(false); // a new object has a flag of its own
+    object.SetValidate(false); // a new object validates
     bool hasChoice = false;
     visit(object, [&](MemberEditor &member) {
         const QByteArray key = keyOf(member);
         if (member.GetKind() == MemberKind::Choice)
-            hasChoice = true; // stored last: each alternative that is read is chosen by that
+            hasChoice = true; // stored last, since reading an alternative chooses it
         else if (const Json *const set = json.find(key))
             readNamedMember(member, *set);
         else if (const Json *const held = unset ? unset->find(key) : nullptr) {
@@ -307,11 +307,11 @@ void readObject(DataObject &object, const Json &json)
     });
 }
 
-/// A document that was told the version, as its own reader of XML takes it.
-TunerProperties ofVersion(const Json *version)
+/// A document with that initial version, as its XML reader accepts it.
+TunerProperties documentOfVersion(const Json *version)
 {
     if (version && !version->isText())
-        throw JsonFailure(shown(*version) + QStringLiteral(" is not a string")).below(QLatin1String(versionKey));
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a string")).within(QLatin1String(versionKey));
     TunerProperties document;
     document.SetValidate(false);
     QString xml;
@@ -322,7 +322,7 @@ TunerProperties ofVersion(const Json *version)
     writer.writeEndElement();
     const bool isTaken = document.SetXmlString(xml, false);
     if (version && (!isTaken || document.GetInitialVersionLoaded() != JsonText::toString(version->text())))
-        throw JsonFailure(shown(*version) + QStringLiteral(" is not a version")).below(QLatin1String(versionKey));
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a version")).within(QLatin1String(versionKey));
     return document;
 }
 
@@ -334,11 +334,11 @@ void addMembers(Json &result, const DataObject &object)
         try {
             value = ofMember(member);
         } catch (const JsonFailure &failure) {
-            throw member.GetKind() == MemberKind::ObjectList ? failure : failure.below(member.GetName());
+            throw member.GetKind() == MemberKind::ObjectList ? failure : failure.within(member.GetName());
         }
         if (member.IsSet())
             result.insert(keyOf(member), std::move(value));
-        else if (member.GetKind() != MemberKind::Choice && !saysNothing(member, value))
+        else if (member.GetKind() != MemberKind::Choice && !isDefault(member, value))
             unset.insert(keyOf(member), std::move(value));
     });
     if (!unset.isEmpty())
@@ -359,7 +359,7 @@ Json ofMember(const MemberView &member)
             try {
                 items.append(ofObject(member.GetChild(i)));
             } catch (const JsonFailure &failure) {
-                throw failure.below(stepTo(member, i));
+                throw failure.within(stepTo(member, i));
             }
         }
         return items;
@@ -396,7 +396,7 @@ void read(TunerProperties &document, const QByteArray &utf8)
     if (!members->isObject())
         refuse(*members, "is not an object");
     const auto version = members->take(versionKey);
-    TunerProperties result = ofVersion(version ? &*version : nullptr);
+    TunerProperties result = documentOfVersion(version ? &*version : nullptr);
     readObject(result, *members);
     const bool validate = document.GetValidate();
     document = result;

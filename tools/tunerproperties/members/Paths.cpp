@@ -20,7 +20,7 @@ struct Condition
     QString text;
 };
 
-/// A text behind the "=" of a condition.
+/// A text after the "=" of a condition.
 QString written(const QString &text)
 {
     const auto isSpecial = [](QChar character) { return QStringLiteral("[],=/\"'\\").contains(character); };
@@ -29,7 +29,7 @@ QString written(const QString &text)
     return isPlain ? text : Printable::quoted(text);
 }
 
-/// The texts that identify an object; null ones are among them. Values have those of what is chosen.
+/// The texts that identify an object, including null ones. A value has those of its chosen alternative.
 QVector<Condition> identifyingTexts(const DataObject &object)
 {
     QVector<Condition> own;
@@ -53,7 +53,7 @@ std::optional<MemberView> memberNamed(const DataObject &object, const QString &n
     return found;
 }
 
-/// The alternative that is chosen, if the object is a choice and there is one.
+/// The chosen alternative, if the object is a choice and there is one.
 std::optional<MemberView> chosenIn(const DataObject &object)
 {
     std::optional<MemberView> found;
@@ -73,12 +73,12 @@ QStringList membersOf(const DataObject &object)
 
 // --- Paths as text ---------------------------------------------------------------------------------------------------
 
-/// A step as it was written.
+/// A step as it was typed.
 struct WrittenStep
 {
     QString member;
     QVector<Condition> conditions;
-    int place = 0; // from 1; 0 is none
+    int position = 0; // from 1; 0 is none
 };
 
 class Parser
@@ -128,11 +128,11 @@ private:
 
     void readPlace(WrittenStep &step, const QString &digits, int start)
     {
-        if (step.place > 0)
+        if (step.position > 0)
             fail(QStringLiteral("unexpected second position"));
         bool isNumber = false;
-        step.place = digits.toInt(&isNumber);
-        if (!isNumber || step.place < 1) {
+        step.position = digits.toInt(&isNumber);
+        if (!isNumber || step.position < 1) {
             m_at = start;
             fail(QStringLiteral("expected a position (counted from 1) or MEMBER=TEXT"));
         }
@@ -255,7 +255,7 @@ bool fits(const DataObject &item, const QVector<Condition> &conditions)
     });
 }
 
-/// The item that a step means.
+/// The item that a step selects.
 int itemOf(const MemberView &list, const WrittenStep &step)
 {
     const QStringList steps = stepsTo(list);
@@ -270,11 +270,11 @@ int itemOf(const MemberView &list, const WrittenStep &step)
         checkConditions(list, step);
         throw PathFailure(QStringLiteral("there is no such %1; there are %2").arg(step.member, listed(steps)));
     }
-    if (step.place > fitting.size())
+    if (step.position > fitting.size())
         throw PathFailure(
-            QStringLiteral("position %1 is out of range; only %2 match").arg(step.place).arg(fitting.size()));
-    if (step.place > 0)
-        return fitting[step.place - 1];
+            QStringLiteral("position %1 is out of range; only %2 match").arg(step.position).arg(fitting.size()));
+    if (step.position > 0)
+        return fitting[step.position - 1];
     if (fitting.size() == 1)
         return fitting.first();
     QStringList candidates;
@@ -291,10 +291,10 @@ QString asWritten(const WrittenStep &step)
         conditions.append(condition.member + QLatin1Char('=') + written(condition.text));
     if (!conditions.isEmpty())
         text += QLatin1Char('[') + conditions.join(QLatin1Char(',')) + QLatin1Char(']');
-    return step.place > 0 ? text + QStringLiteral("[%1]").arg(step.place) : text;
+    return step.position > 0 ? text + QStringLiteral("[%1]").arg(step.position) : text;
 }
 
-/// A walk down from the root.
+/// Follows the steps from the root.
 class Finder
 {
 public:
@@ -328,7 +328,7 @@ private:
         if (!member)
             throw PathFailure(unknownMember(step.member, m_object->GetObjectName(), membersOf(*m_object)));
         const bool isList = member->GetKind() == MemberKind::ObjectList;
-        const bool choosesItem = step.place > 0 || !step.conditions.isEmpty();
+        const bool choosesItem = step.position > 0 || !step.conditions.isEmpty();
         if (choosesItem && !isList)
             throw PathFailure(QStringLiteral("'%1' is not a list of objects").arg(step.member));
         if (member->GetKind() == MemberKind::Alternative && !member->IsChosen())
@@ -384,7 +384,7 @@ QString identityOf(const DataObject &object)
 
 QStringList stepsTo(const MemberView &list)
 {
-    // Every path to something in the item repeats it: a longer one would make many paths much larger than the document.
+    // Every path into the item repeats its identity: a longer one would make many paths much larger than the document.
     constexpr int longestIdentity = 80;
     QStringList identities;
     QHash<QString, int> alike;
@@ -400,9 +400,9 @@ QStringList stepsTo(const MemberView &list)
         QString step = list.GetName();
         if (!identity.isNull())
             step += QLatin1Char('[') + identity + QLatin1Char(']');
-        const int place = identity.isNull() ? i + 1 : ++passed[identity];
+        const int position = identity.isNull() ? i + 1 : ++passed[identity];
         if (identity.isNull() || alike[identity] > 1)
-            step += QStringLiteral("[%1]").arg(place);
+            step += QStringLiteral("[%1]").arg(position);
         steps.append(step);
     }
     return steps;

@@ -54,7 +54,7 @@ QVariant real(const QString &text)
         QStringLiteral(R"(^-?(?:0|[1-9][0-9]*)(?:\.[0-9]+)?(?:[eE][+-]?[0-9]+)?\z)"));
     if (!decimal.match(text).hasMatch())
         throw Mismatch(quotedWord(text) + QStringLiteral(" is not a number"));
-    const auto value = T(text.toDouble()); // too small is 0, as everywhere; too large is infinite
+    const auto value = T(text.toDouble()); // too small becomes 0; too large becomes infinite
     if (std::isinf(value))
         throw Mismatch(quotedWord(text)
                        + QStringLiteral(" is out of range; expected %1 to %2")
@@ -75,7 +75,7 @@ QString name(const QString &text, const MemberView &member)
     const QStringList names = member.GetNames();
     if (names.contains(text))
         return text;
-    throw Mismatch(Suggestion::insteadOf(text, member.GetName(), names));
+    throw Mismatch(Suggestion::unknownWord(text, member.GetName(), names));
 }
 
 } // namespace
@@ -84,7 +84,7 @@ QVariant parse(const MemberView &member, const QString &text)
 {
     switch (member.GetKind()) {
     case MemberKind::Text:
-        return text.isNull() ? QStringLiteral("") : text; // an argument that is empty may have become null
+        return text.isNull() ? QStringLiteral("") : text; // an empty argument may have become null
     case MemberKind::Boolean:
         return boolean(text);
     case MemberKind::Int:
