@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <QDataStream>
+#include <QtEndian>
 
 #include <jobxml/TunerProperties.h>
 
@@ -48,8 +49,13 @@ private Q_SLOTS:
     void outputsThatCannotBeWritten();
     void whatIsNoFileIsNotReplacedByOne();
     void aTextThatXmlCannotCarryIsAnError();
+    void outputThatNeedsMaxExpansionIsNoted_data();
+    void outputThatNeedsMaxExpansionIsNoted();
+    void quietConversionNotesNothing();
 
 private:
+    void writeRegularDocument();
+
     std::unique_ptr<Workshop> m_shop;
 };
 
@@ -371,6 +377,61 @@ void ToolConvertTest::aTextThatXmlCannotCarryIsAnError()
     QCOMPARE(toOutput.out, QString());
     QCOMPARE(toOutput.status, 3);
     QCOMPARE(m_shop->run(line("convert - - --to tagged"), tagged).bytes, tagged);
+}
+
+/// in.xml: 20,000 nodes that are all the same, so that its compressed form is very small.
+void ToolConvertTest::writeRegularDocument()
+{
+    const QByteArray node = "<Node id=\"n\"><ValueItem><ValueInt id=\"v\" value=\"1\"/></ValueItem></Node>";
+    QByteArray xml = smallXml;
+    m_shop->write(QStringLiteral("in.xml"), xml.replace("</Component>", node.repeated(20000) + "</Component>"));
+}
+
+void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("to a file") << QStringLiteral("convert in.xml out.tpz") << QStringLiteral("out.tpz");
+    QTest::newRow("into a folder") << QStringLiteral("convert --to compressed --out-dir out in.xml")
+                                   << QStringLiteral("out/in.tpz");
+    QTest::newRow("with JSON") << QStringLiteral("convert --json in.xml out.tpz") << QStringLiteral("out.tpz");
+    QTest::newRow("set") << QStringLiteral("set --max-expansion 1100 in.tpz name other") << QStringLiteral("in.tpz");
+}
+
+void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, output);
+    writeRegularDocument();
+    if (output == QLatin1String("in.tpz"))
+        QCOMPARE(m_shop->run(line("convert in.xml in.tpz")).status, 0);
+    const Run run = m_shop->run(command.split(QLatin1Char(' ')));
+    QCOMPARE(run.status, 0);
+
+    const QByteArray written = m_shop->read(output);
+    const auto expanded = qFromBigEndian<quint32>(written.constData() + 8);
+    const int times = int(expanded / quint32(written.size())) + 1;
+    QVERIFY2(times > 51, qPrintable(QString::number(times)));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: %1: expands to more than 50 times its size; use --max-expansion %2 to "
+                            "read it\n")
+                 .arg(output)
+                 .arg(times));
+    const auto validate = [&](int most) {
+        return m_shop
+            ->run({QStringLiteral("validate"), QStringLiteral("--max-expansion"), QString::number(most), output})
+            .status;
+    };
+    QCOMPARE(validate(times), 0);
+    QCOMPARE(validate(times - 1), 3);
+}
+
+void ToolConvertTest::quietConversionNotesNothing()
+{
+    writeRegularDocument();
+    const Run run = m_shop->run(line("convert --quiet in.xml out.tpz"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
 }
 
 QTEST_GUILESS_MAIN(ToolConvertTest)

@@ -192,6 +192,8 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
 Batch::Result Batch::resultOf(const Outcome &outcome) const
 {
     Result result{outcome.status, {}, {}};
+    if (!m_settings.quiet && !outcome.note.isNull())
+        result.errors.append(outcome.note);
     if (m_settings.json) {
         result.lines = jsonOf(outcome, doneStatus) + '\n';
         return result;
@@ -200,7 +202,7 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
         for (const QString &line : outcome.findings.lines(outcome.file.shown()))
             result.lines += Printable::onOneLine(line).toUtf8() + '\n';
     } else if (!m_settings.quiet) {
-        result.errors = outcome.findings.lines(outcome.file.shown());
+        result.errors += outcome.findings.lines(outcome.file.shown());
     }
     if (!outcome.error.isNull())
         result.errors.append(outcome.error);

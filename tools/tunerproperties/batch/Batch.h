@@ -33,6 +33,7 @@ struct Outcome
     FileName output; ///< empty if nothing is written
     FileStatus status = FileStatus::Done;
     Findings findings;
+    QString note; ///< for standard error, unless quiet
     QString error; ///< why it is unreadable or unwritable
 };
 

@@ -119,7 +119,9 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
     }
     document.tuner.SetValidate(plan.validate);
     try {
-        Output::writeWhole(output, Forms::compose(document.tuner, plan.to, output.shown()), plan.outputKinds, done);
+        const QByteArray bytes = Forms::compose(document.tuner, plan.to, output.shown());
+        Output::writeWhole(output, bytes, plan.outputKinds, done);
+        outcome.note = Options::expansionNote(bytes, output.shown());
     } catch (const FileFailure &failure) {
         outcome.status = FileStatus::Unwritable;
         outcome.error = failure.text();

@@ -146,6 +146,18 @@ Reading reading(const Invocation &invocation)
     return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion)};
 }
 
+QString expansionNote(const QByteArray &bytes, const QString &fileName)
+{
+    const int expansion = Forms::expansionOf(bytes);
+    if (expansion <= usualExpansion)
+        return QString();
+    return fileName
+        + QStringLiteral(": expands to more than %1 times its size; use %2 %3 to read it")
+              .arg(usualExpansion)
+              .arg(maxExpansion().typed())
+              .arg(expansion);
+}
+
 int problemCount(const Invocation &invocation)
 {
     return numberOf(invocation, maxProblems(), std::numeric_limits<int>::max(), usualProblemCount);

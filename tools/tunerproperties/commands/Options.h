@@ -24,6 +24,9 @@ const Option &maxExpansion();
 /// The values of --from and --max-expansion. Throws WrongUsage.
 Reading reading(const Invocation &invocation);
 
+/// A note for a document that cannot be read without --max-expansion; null for others. `fileName` is the shown name.
+QString expansionNote(const QByteArray &bytes, const QString &fileName);
+
 /// The value of --from or --to, if the option is set.
 std::optional<Form> form(const Invocation &invocation, const Option &option);
 

@@ -204,6 +204,9 @@ ExitStatus change(Document &document, const Invocation &invocation)
         return reportAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
     Output::replace(document.input, bytes);
+    const QString note = Options::expansionNote(bytes, file);
+    if (!note.isNull())
+        Console::printError(note);
     if (isChanged && !invocation.isSet(unset()))
         reportInexactValue(bytes, document, target);
     return ExitStatus::Ok;

@@ -140,6 +140,18 @@ bool readsBackUnchanged(const QByteArray &snapshot)
     return source.status() == QDataStream::Ok && again == snapshot;
 }
 
+/// The leading word, the length, and the uncompressed size: a big-endian word each.
+constexpr int compressedHeadSize = 12;
+
+/// The size that a compressed record declares; 0 for other forms.
+qint64 expandedSize(const QByteArray &head)
+{
+    constexpr int sizeAt = 8;
+    if (head.size() < compressedHeadSize || binaryForm(head) != Form::Compressed)
+        return 0;
+    return qint64(qFromBigEndian<quint32>(head.constData() + sizeAt));
+}
+
 } // namespace
 
 namespace Forms {
@@ -211,13 +223,7 @@ Form recognise(Input &input)
 
 void checkExpansion(Input &input, int times)
 {
-    // The leading word, the length, and the uncompressed size: a big-endian word each.
-    constexpr int headSize = 12;
-    constexpr int sizeAt = 8;
-    const QByteArray head = input.head(headSize);
-    if (head.size() < headSize || binaryForm(head) != Form::Compressed)
-        return;
-    const auto expanded = qint64(qFromBigEndian<quint32>(head.constData() + sizeAt));
+    const qint64 expanded = expandedSize(input.head(compressedHeadSize));
     const qint64 size = input.file().size();
     if (expanded > size * times)
         throw FileFailure(
@@ -227,6 +233,12 @@ void checkExpansion(Input &input, int times)
                   .arg(size)
                   .arg(expanded)
                   .arg(times));
+}
+
+int expansionOf(const QByteArray &bytes)
+{
+    const qint64 expanded = expandedSize(bytes);
+    return expanded == 0 ? 0 : int((expanded - 1) / bytes.size() + 1);
 }
 
 void load(TunerProperties &document, Input &input, Form form)

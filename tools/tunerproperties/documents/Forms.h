@@ -48,6 +48,9 @@ Form recognise(Input &input);
 /// expands nothing, so a small file cannot make the program use memory and time for a large one.
 void checkExpansion(Input &input, int times);
 
+/// How many times its own size a compressed record declares, rounded up; 0 for other forms.
+int expansionOf(const QByteArray &bytes);
+
 /// Reads the document with its own validate flag. Throws FileFailure if the file does not contain a document in this
 /// form, or if the document throws. Tagged and compressed documents are read in the same way.
 void load(JobXml::TunerProperties &document, Input &input, Form form);
