@@ -37,15 +37,15 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void marksWithNothingBehindThem_data();
-    void marksWithNothingBehindThem();
-    void aGigabyteOfZerosIsRefusedInLittleMemory_data();
-    void aGigabyteOfZerosIsRefusedInLittleMemory();
+    void marksWithoutContentAreErrors_data();
+    void marksWithoutContentAreErrors();
+    void gigabyteOfZerosFailsInLittleMemory_data();
+    void gigabyteOfZerosFailsInLittleMemory();
     void aPipeIsReadToItsEnd_data();
     void aPipeIsReadToItsEnd();
     void aPipeThatEndsEarlyIsAnError_data();
     void aPipeThatEndsEarlyIsAnError();
-    void linksInACircleAreAnError();
+    void circularLinksAreAnError();
 
 private:
     static QVector<QStringList> commandsFor(const QString &name);
@@ -87,7 +87,7 @@ void ToolLoadFaultsTest::checkThatItIsRefused(const Run &run, const QString &nam
     QCOMPARE(m_shop->files(), QStringList(name));
 }
 
-void ToolLoadFaultsTest::marksWithNothingBehindThem_data()
+void ToolLoadFaultsTest::marksWithoutContentAreErrors_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -106,7 +106,7 @@ void ToolLoadFaultsTest::marksWithNothingBehindThem_data()
         QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
 }
 
-void ToolLoadFaultsTest::marksWithNothingBehindThem()
+void ToolLoadFaultsTest::marksWithoutContentAreErrors()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -116,7 +116,7 @@ void ToolLoadFaultsTest::marksWithNothingBehindThem()
         checkThatItIsRefused(m_shop->run(command), name, why);
 }
 
-void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory_data()
+void ToolLoadFaultsTest::gigabyteOfZerosFailsInLittleMemory_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("why");
@@ -131,7 +131,7 @@ void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory_data()
     QTest::newRow("of no form") << QStringLiteral("a") << QStringLiteral(": ") + noForm;
 }
 
-void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory()
+void ToolLoadFaultsTest::gigabyteOfZerosFailsInLittleMemory()
 {
     QFETCH(QString, name);
     QFETCH(QString, why);
@@ -212,7 +212,7 @@ void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError()
     }
 }
 
-void ToolLoadFaultsTest::linksInACircleAreAnError()
+void ToolLoadFaultsTest::circularLinksAreAnError()
 {
     const QString name = QStringLiteral("self.xml");
     QVERIFY(QFile::link(name, m_shop->path(name)));

@@ -27,8 +27,8 @@ private Q_SLOTS:
     void everyByteIsRead();
     void sizesUpToTheLimitAreRead();
     void aPipeIsReadUpToTheLimit();
-    void fileThatChangesIsRefused_data();
-    void fileThatChangesIsRefused();
+    void changedFileIsAnError_data();
+    void changedFileIsAnError();
     void validationNeverSeesAnotherDocument_data();
     void validationNeverSeesAnotherDocument();
     void aReplacedFileIsReadAsItWasOpened();
@@ -106,7 +106,7 @@ void InputTest::aPipeIsReadUpToTheLimit()
     close(keptOpen);
 }
 
-void InputTest::fileThatChangesIsRefused_data()
+void InputTest::changedFileIsAnError_data()
 {
     QTest::addColumn<QString>("change");
     QTest::newRow("it grows") << QStringLiteral("grow");
@@ -115,7 +115,7 @@ void InputTest::fileThatChangesIsRefused_data()
     QTest::newRow("other bytes of the same size") << QStringLiteral("rewrite");
 }
 
-void InputTest::fileThatChangesIsRefused()
+void InputTest::changedFileIsAnError()
 {
     QFETCH(QString, change);
     write("<TunerProperties Version=\"1.1\"/>");

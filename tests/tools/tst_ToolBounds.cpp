@@ -204,16 +204,16 @@ private Q_SLOTS:
     void aLongNameIsShortenedInTheJsonOfProblems();
     void aLongNameIsShortenedInThePathsOfDifferences();
     void aLongMessageIsShortened();
-    void theFirstHundredProblemsAreListedAndAllCounted();
+    void hundredProblemsAreListedAndAllAreCounted();
     void moreProblemsAreListedOnRequest();
     void problemsOfTheXmlReaderAreCountedToo();
-    void aWrongNumberOfProblemsIsWrongUsage();
-    void compressedDataThatExpandTooFarAreRefused_data();
-    void compressedDataThatExpandTooFarAreRefused();
-    void upToFiftyTimesAreAccepted();
-    void aPageOfTooManyObjectsIsRefused();
-    void aLimitOnExpansionCanBeRaised();
-    void aWrongLimitOnExpansionIsWrongUsage();
+    void invalidMaxProblemsIsWrongUsage();
+    void compressedDataBeyondTheLimitIsAnError_data();
+    void compressedDataBeyondTheLimitIsAnError();
+    void expansionOfFiftyTimesIsAccepted();
+    void pageOfTooManyObjectsIsAnError();
+    void maxExpansionRaisesTheLimit();
+    void invalidMaxExpansionIsWrongUsage();
     void everyExampleExpandsWithinTheLimit();
     void bandwidthsOfEverySizeMakeASmallPage();
     void resultsOfManyFilesTakeLittleMemory_data();
@@ -291,7 +291,7 @@ void ToolBoundsTest::aLongMessageIsShortened()
     QVERIFY2(cost.out.contains("e' in 'TunerProperties'"), cost.out.constData());
 }
 
-void ToolBoundsTest::theFirstHundredProblemsAreListedAndAllCounted()
+void ToolBoundsTest::hundredProblemsAreListedAndAllAreCounted()
 {
     m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 20000))));
     const Cost cost = costOf(*m_shop, line("validate in.tpb"));
@@ -329,7 +329,7 @@ void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
                         "in.xml: 3001 problems; only the first is listed; use --max-problems to list more\n"));
 }
 
-void ToolBoundsTest::aWrongNumberOfProblemsIsWrongUsage()
+void ToolBoundsTest::invalidMaxProblemsIsWrongUsage()
 {
     for (const char *number : {"0", "-1", "many", "2147483648"}) {
         const Run run = m_shop->run({QStringLiteral("validate"),
@@ -341,7 +341,7 @@ void ToolBoundsTest::aWrongNumberOfProblemsIsWrongUsage()
     }
 }
 
-void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused_data()
+void ToolBoundsTest::compressedDataBeyondTheLimitIsAnError_data()
 {
     QTest::addColumn<QString>("command");
     for (const char *command :
@@ -351,7 +351,7 @@ void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused_data()
         QTest::newRow(command) << QString::fromUtf8(command);
 }
 
-void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused()
+void ToolBoundsTest::compressedDataBeyondTheLimitIsAnError()
 {
     QFETCH(QString, command);
     const QByteArray expanded = document(emptyItems(componentTag, 1000000));
@@ -369,7 +369,7 @@ void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused()
     checkMemory(cost, 64 * MiB); // what is resident in this program counts for the one that it starts
 }
 
-void ToolBoundsTest::upToFiftyTimesAreAccepted()
+void ToolBoundsTest::expansionOfFiftyTimesIsAccepted()
 {
     // An unknown record that cannot be compressed, and empty nodes, which compress to next to nothing.
     QByteArray noise(4000, Qt::Uninitialized);
@@ -391,7 +391,7 @@ void ToolBoundsTest::upToFiftyTimesAreAccepted()
     QCOMPARE(costOf(*m_shop, line("get refused.tpz type")).status, 3);
 }
 
-void ToolBoundsTest::aPageOfTooManyObjectsIsRefused()
+void ToolBoundsTest::pageOfTooManyObjectsIsAnError()
 {
     m_shop->write(QStringLiteral("in.tpb"), document(emptyItems(componentTag, 100001)));
     const Cost cost = costOf(*m_shop, line("show --format html in.tpb"));
@@ -403,7 +403,7 @@ void ToolBoundsTest::aPageOfTooManyObjectsIsRefused()
     QVERIFY(costOf(*m_shop, line("show --format json in.tpb")).outSize > 100001);
 }
 
-void ToolBoundsTest::aLimitOnExpansionCanBeRaised()
+void ToolBoundsTest::maxExpansionRaisesTheLimit()
 {
     m_shop->write(QStringLiteral("in.tpz"), compressed(document(component(emptyItems(nodeTag, 20000)))));
     QCOMPARE(costOf(*m_shop, line("get in.tpz type")).status, 3);
@@ -413,7 +413,7 @@ void ToolBoundsTest::aLimitOnExpansionCanBeRaised()
     QCOMPARE(costOf(*m_shop, line("validate --max-expansion 1100 in.tpz")).status, 1);
 }
 
-void ToolBoundsTest::aWrongLimitOnExpansionIsWrongUsage()
+void ToolBoundsTest::invalidMaxExpansionIsWrongUsage()
 {
     const Run run = m_shop->run(line("show --max-expansion 1101 x"));
     QCOMPARE(run.status, 2);

@@ -9,38 +9,38 @@ class ToolGetSetTest : public QObject
 private Q_SLOTS:
     void init();
 
-    void aPathLeadsToAMember_data();
-    void aPathLeadsToAMember();
-    void anEmptyTextIsNotAMissingOne();
-    void whatHoldsObjectsIsWrittenAsJson();
-    void aPathThatLeadsNowhereSaysWhy_data();
-    void aPathThatLeadsNowhereSaysWhy();
-    void whatHasNoValueIsNotWritten_data();
-    void whatHasNoValueIsNotWritten();
+    void pathSelectsAMember_data();
+    void pathSelectsAMember();
+    void emptyTextDiffersFromAMissingOne();
+    void objectsArePrintedAsJson();
+    void invalidPathIsReportedWithTheReason_data();
+    void invalidPathIsReportedWithTheReason();
+    void memberWithoutValuePrintsNothing_data();
+    void memberWithoutValuePrintsNothing();
 
     void valuesAreStored_data();
     void valuesAreStored();
-    void optionsMayStandBehindANegativeNumber();
-    void whatIsNoValueIsRefused_data();
-    void whatIsNoValueIsRefused();
-    void theFileKeepsItsForm_data();
-    void theFileKeepsItsForm();
-    void whatTellsAnItemApartCanBeChanged_data();
-    void whatTellsAnItemApartCanBeChanged();
-    void anItemIsGivenAnotherKindOfValue();
-    void aSnapshotThatCouldNotBeReadIsNotWritten();
-    void standardInputGoesToStandardOutput();
+    void optionsMayFollowANegativeNumber();
+    void invalidValueIsAnError_data();
+    void invalidValueIsAnError();
+    void fileKeepsItsForm_data();
+    void fileKeepsItsForm();
+    void identifyingMembersCanBeChanged_data();
+    void identifyingMembersCanBeChanged();
+    void kindOfValueCanBeChanged();
+    void unreadableSnapshotIsNotWritten();
+    void standardInputIsWrittenToStandardOutput();
     void membersCanBeUnset();
-    void newProblemsAreRefused();
-    void knownProblemsAreNot();
-    void whatXmlWouldLoseIsToldFirst();
+    void newProblemsPreventTheChange();
+    void knownProblemsDoNotPreventTheChange();
+    void lossOfXmlContentPreventsTheChange();
     void newProblemsBeyondTheFirstHundredAreCounted();
-    void whatXmlWouldLoseBeyondTheFirstHundredIsCounted();
-    void whatAFormDoesNotHoldExactlyIsTold();
-    void aFileThatDoesNotChangeIsNotWritten();
-    void aFileStaysIfItCannotBeWritten();
-    void theArgumentsHaveToFit_data();
-    void theArgumentsHaveToFit();
+    void lostXmlContentBeyondTheFirstHundredIsCounted();
+    void inexactlyStoredValueIsReported();
+    void unchangedFileIsNotWritten();
+    void failedWritingKeepsTheFile();
+    void wrongArgumentsAreWrongUsage_data();
+    void wrongArgumentsAreWrongUsage();
 
 private:
     /// The status, and what get writes or complains.
@@ -99,7 +99,7 @@ QString ToolGetSetTest::set(const QStringList &arguments)
     return QStringLiteral("%1 ").arg(run.status) + run.out + run.err + diff.out + diff.err;
 }
 
-void ToolGetSetTest::aPathLeadsToAMember_data()
+void ToolGetSetTest::pathSelectsAMember_data()
 {
     const auto row = columnsOfTexts("path", "value");
     row("name", "  two\n lines\n");
@@ -130,21 +130,21 @@ void ToolGetSetTest::aPathLeadsToAMember_data()
     row("Component[2]/Node[1]/ValueItem[id=\"\"]/value", "-9223372036854775808\n");
 }
 
-void ToolGetSetTest::aPathLeadsToAMember()
+void ToolGetSetTest::pathSelectsAMember()
 {
     QFETCH(QString, path);
     QFETCH(QString, value);
     QCOMPARE(get(path), QStringLiteral("0 ") + value);
 }
 
-void ToolGetSetTest::anEmptyTextIsNotAMissingOne()
+void ToolGetSetTest::emptyTextDiffersFromAMissingOne()
 {
     m_shop->write(QStringLiteral("f.json"), R"({"TunerProperties": {"Version": "1.1", "Component": [
         {"type": "a", "name": null}, {"type": "b", "name": ""}, {"type": "c"}]}})");
     QCOMPARE(get(QStringLiteral("Component[name=\"\"]/type")), QStringLiteral("0 b\n"));
 }
 
-void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
+void ToolGetSetTest::objectsArePrintedAsJson()
 {
     QCOMPARE(get(QStringLiteral("StartupModes")),
              QStringLiteral("0 {\"StartupMode\": [\"Scan\", \"DF\", null, 99]}\n"));
@@ -156,7 +156,7 @@ void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
              QStringLiteral("0 {\"id\": \"gain\", \"value\": 0.1}\n"));
 }
 
-void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy_data()
+void ToolGetSetTest::invalidPathIsReportedWithTheReason_data()
 {
     const auto row = columnsOfTexts("path", "why");
     row("", "expected a member name at character 1 of the path");
@@ -198,7 +198,7 @@ void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy_data()
         "ValueNumericInt; did you mean 'value'?");
 }
 
-void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy()
+void ToolGetSetTest::invalidPathIsReportedWithTheReason()
 {
     QFETCH(QString, path);
     QFETCH(QString, why);
@@ -207,7 +207,7 @@ void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy()
              QStringLiteral("1 tunerproperties: f.json: ") + why + QLatin1Char('\n'));
 }
 
-void ToolGetSetTest::whatHasNoValueIsNotWritten_data()
+void ToolGetSetTest::memberWithoutValuePrintsNothing_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("why");
@@ -216,7 +216,7 @@ void ToolGetSetTest::whatHasNoValueIsNotWritten_data()
     QTest::newRow("null") << QStringLiteral("connectableResources") << QStringLiteral("is set, but has no value");
 }
 
-void ToolGetSetTest::whatHasNoValueIsNotWritten()
+void ToolGetSetTest::memberWithoutValuePrintsNothing()
 {
     QFETCH(QString, path);
     QFETCH(QString, why);
@@ -281,13 +281,13 @@ void ToolGetSetTest::valuesAreStored()
     QCOMPARE(set(arguments), QStringLiteral("0 ") + change);
 }
 
-void ToolGetSetTest::optionsMayStandBehindANegativeNumber()
+void ToolGetSetTest::optionsMayFollowANegativeNumber()
 {
     QCOMPARE(set(line("f.json quantity -5 --no-validate")), QStringLiteral("0 ~ quantity: -2 -> -5\n"));
     QCOMPARE(set(line("--from=json f.json quantity -6 --no-validate")), QStringLiteral("0 ~ quantity: -5 -> -6\n"));
 }
 
-void ToolGetSetTest::whatIsNoValueIsRefused_data()
+void ToolGetSetTest::invalidValueIsAnError_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("value");
@@ -317,7 +317,7 @@ void ToolGetSetTest::whatIsNoValueIsRefused_data()
     row("Component[1]", "x", "holds objects and no value; add the name of a member to the path");
 }
 
-void ToolGetSetTest::whatIsNoValueIsRefused()
+void ToolGetSetTest::invalidValueIsAnError()
 {
     QFETCH(QString, path);
     QFETCH(QString, value);
@@ -327,14 +327,14 @@ void ToolGetSetTest::whatIsNoValueIsRefused()
     QVERIFY2(message.endsWith(QStringLiteral(": ") + why + QLatin1Char('\n')), qPrintable(message));
 }
 
-void ToolGetSetTest::theFileKeepsItsForm_data()
+void ToolGetSetTest::fileKeepsItsForm_data()
 {
     QTest::addColumn<QString>("file");
     for (const char *file : {"f.xml", "f.tpb", "f.tpz", "f.tps", "f.json"})
         QTest::newRow(file) << QString::fromUtf8(file);
 }
 
-void ToolGetSetTest::theFileKeepsItsForm()
+void ToolGetSetTest::fileKeepsItsForm()
 {
     QFETCH(QString, file);
     m_shop->write(QStringLiteral("small.xml"), smallXml);
@@ -349,12 +349,12 @@ void ToolGetSetTest::theFileKeepsItsForm()
     QCOMPARE(m_shop->read(file), m_shop->read(QStringLiteral("c-") + file));
 }
 
-void ToolGetSetTest::whatTellsAnItemApartCanBeChanged_data()
+void ToolGetSetTest::identifyingMembersCanBeChanged_data()
 {
-    theFileKeepsItsForm_data();
+    fileKeepsItsForm_data();
 }
 
-void ToolGetSetTest::whatTellsAnItemApartCanBeChanged()
+void ToolGetSetTest::identifyingMembersCanBeChanged()
 {
     QFETCH(QString, file);
     m_shop->write(QStringLiteral("small.xml"), smallXml);
@@ -371,7 +371,7 @@ void ToolGetSetTest::whatTellsAnItemApartCanBeChanged()
     QCOMPARE(run.out + run.err, QStringLiteral("m\n"));
 }
 
-void ToolGetSetTest::anItemIsGivenAnotherKindOfValue()
+void ToolGetSetTest::kindOfValueCanBeChanged()
 {
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     QCOMPARE(m_shop->run(line("convert small.xml small.tps")).status, 0);
@@ -392,7 +392,7 @@ void ToolGetSetTest::anItemIsGivenAnotherKindOfValue()
 }
 
 // A snapshot of what is chosen, but not set, lacks what its reader reads.
-void ToolGetSetTest::aSnapshotThatCouldNotBeReadIsNotWritten()
+void ToolGetSetTest::unreadableSnapshotIsNotWritten()
 {
     const QByteArray half = R"({"TunerProperties": {"Version": "1.1", "Component": [{"Node": [
         {"ValueItem": [{"ChoiceValueItem": "ValueInt"}]}]}]}})";
@@ -407,7 +407,7 @@ void ToolGetSetTest::aSnapshotThatCouldNotBeReadIsNotWritten()
     QCOMPARE(m_shop->run(line("convert --no-validate half.json half.xml")).status, 0);
 }
 
-void ToolGetSetTest::standardInputGoesToStandardOutput()
+void ToolGetSetTest::standardInputIsWrittenToStandardOutput()
 {
     const Run run = m_shop->run(line("set - Component/Node/ValueItem/value 9"), smallXml);
     QCOMPARE(run.bytes, QByteArray(smallXml).replace("value=\"7\"", "value=\"9\""));
@@ -431,7 +431,7 @@ void ToolGetSetTest::membersCanBeUnset()
                        "unset the whole list\n"));
 }
 
-void ToolGetSetTest::newProblemsAreRefused()
+void ToolGetSetTest::newProblemsPreventTheChange()
 {
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     const Run run = m_shop->run(line("set --unset small.xml Component/type"));
@@ -454,7 +454,7 @@ void ToolGetSetTest::newProblemsAreRefused()
     QCOMPARE(choice.status, 1);
 }
 
-void ToolGetSetTest::knownProblemsAreNot()
+void ToolGetSetTest::knownProblemsDoNotPreventTheChange()
 {
     // Also if they are told by another name afterwards.
     m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"id\": \"n\",", ""));
@@ -465,7 +465,7 @@ void ToolGetSetTest::knownProblemsAreNot()
     QCOMPARE(set(line("f.json type MCP")), QStringLiteral("0 ~ type: (not set) -> \"MCP\"\n"));
 }
 
-void ToolGetSetTest::whatXmlWouldLoseIsToldFirst()
+void ToolGetSetTest::lossOfXmlContentPreventsTheChange()
 {
     const QByteArray xml = QByteArray(smallXml).replace("</TunerProperties>", "  <Extra/>\n</TunerProperties>");
     m_shop->write(QStringLiteral("small.xml"), xml);
@@ -499,7 +499,7 @@ void ToolGetSetTest::newProblemsBeyondTheFirstHundredAreCounted()
     QCOMPARE(run.status, 1);
 }
 
-void ToolGetSetTest::whatXmlWouldLoseBeyondTheFirstHundredIsCounted()
+void ToolGetSetTest::lostXmlContentBeyondTheFirstHundredIsCounted()
 {
     // Besides, the document has problems that it keeps, which do not count.
     const QByteArray xml =
@@ -524,7 +524,7 @@ void ToolGetSetTest::whatXmlWouldLoseBeyondTheFirstHundredIsCounted()
     QCOMPARE(m_shop->run(line("set small.xml quantity 3")).err.count(QLatin1Char('\n')), 100);
 }
 
-void ToolGetSetTest::whatAFormDoesNotHoldExactlyIsTold()
+void ToolGetSetTest::inexactlyStoredValueIsReported()
 {
     m_shop->write(QStringLiteral("small.xml"), QByteArray(smallXml).replace("ValueInt", "ValueFloat"));
     const QString value = QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueFloat/value");
@@ -547,14 +547,14 @@ void ToolGetSetTest::whatAFormDoesNotHoldExactlyIsTold()
     QCOMPARE(m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
 }
 
-void ToolGetSetTest::aFileThatDoesNotChangeIsNotWritten()
+void ToolGetSetTest::unchangedFileIsNotWritten()
 {
     // Not even its layout, which would be another one.
     QCOMPARE(m_shop->run(line("set f.json quantity -2")).status, 0);
     QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
 }
 
-void ToolGetSetTest::aFileStaysIfItCannotBeWritten()
+void ToolGetSetTest::failedWritingKeepsTheFile()
 {
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     const Run run = m_shop->run(
@@ -565,7 +565,7 @@ void ToolGetSetTest::aFileStaysIfItCannotBeWritten()
     QCOMPARE(m_shop->files(), QStringList({QStringLiteral("f.json"), QStringLiteral("small.xml")}));
 }
 
-void ToolGetSetTest::theArgumentsHaveToFit_data()
+void ToolGetSetTest::wrongArgumentsAreWrongUsage_data()
 {
     const auto row = columnsOfTexts("arguments", "why");
     row("set f.json", "'set' expects FILE PATH VALUE or --unset FILE PATH");
@@ -575,7 +575,7 @@ void ToolGetSetTest::theArgumentsHaveToFit_data()
     row("set f.json name -x", "unknown option '-x'; for a file of that name, write './-x' or put '--' before it");
 }
 
-void ToolGetSetTest::theArgumentsHaveToFit()
+void ToolGetSetTest::wrongArgumentsAreWrongUsage()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, why);

@@ -7,16 +7,16 @@ class ToolJsonRefusalsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatIsNoJsonIsRefusedAtItsPlace_data();
-    void whatIsNoJsonIsRefusedAtItsPlace();
-    void whatIsNoDocumentIsRefusedAtItsPath_data();
-    void whatIsNoDocumentIsRefusedAtItsPath();
-    void longNamesAreCutInMessages();
-    void deepNestingIsRefused();
+    void invalidJsonIsAnErrorAtItsLocation_data();
+    void invalidJsonIsAnErrorAtItsLocation();
+    void invalidDocumentIsAnErrorAtItsPath_data();
+    void invalidDocumentIsAnErrorAtItsPath();
+    void longNamesAreShortenedInMessages();
+    void deepNestingIsAnError();
     void errorsShowTheEndOfALongToken_data();
     void errorsShowTheEndOfALongToken();
     void aTokenAsLongAsItsFileIsNotPrinted();
-    void manyMembersAreRefused();
+    void tooManyMembersAreAnError();
 };
 
 namespace {
@@ -29,7 +29,7 @@ QString refusal(const QByteArray &json)
 
 } // namespace
 
-void ToolJsonRefusalsTest::whatIsNoJsonIsRefusedAtItsPlace_data()
+void ToolJsonRefusalsTest::invalidJsonIsAnErrorAtItsLocation_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("text");
@@ -65,14 +65,14 @@ void ToolJsonRefusalsTest::whatIsNoJsonIsRefusedAtItsPlace_data()
         "-:1:2: syntax error while parsing object key - unexpected ']'; expected string literal");
 }
 
-void ToolJsonRefusalsTest::whatIsNoJsonIsRefusedAtItsPlace()
+void ToolJsonRefusalsTest::invalidJsonIsAnErrorAtItsLocation()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, text);
     QCOMPARE(refusal(json), QStringLiteral("tunerproperties: ") + text + QLatin1Char('\n'));
 }
 
-void ToolJsonRefusalsTest::whatIsNoDocumentIsRefusedAtItsPath_data()
+void ToolJsonRefusalsTest::invalidDocumentIsAnErrorAtItsPath_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("text");
@@ -134,14 +134,14 @@ void ToolJsonRefusalsTest::whatIsNoDocumentIsRefusedAtItsPath_data()
     item(R"("unset": {"ChoiceValueItem": "ValueInt"})", "ValueItem[1]: 'ChoiceValueItem' is not allowed in \"unset\"");
 }
 
-void ToolJsonRefusalsTest::whatIsNoDocumentIsRefusedAtItsPath()
+void ToolJsonRefusalsTest::invalidDocumentIsAnErrorAtItsPath()
 {
     QFETCH(QByteArray, json);
     QFETCH(QString, text);
     QCOMPARE(refusal(json), QStringLiteral("tunerproperties: -: ") + text + QLatin1Char('\n'));
 }
 
-void ToolJsonRefusalsTest::longNamesAreCutInMessages()
+void ToolJsonRefusalsTest::longNamesAreShortenedInMessages()
 {
     const QByteArray name(5000000, 'Z');
     QCOMPARE(refusal(R"({"TunerProperties": {"StartupModes": {"StartupMode": [")" + name + R"("]}}})"),
@@ -154,7 +154,7 @@ void ToolJsonRefusalsTest::longNamesAreCutInMessages()
                             "'ZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZZ...' of Node; expected id or ValueItem\n"));
 }
 
-void ToolJsonRefusalsTest::deepNestingIsRefused()
+void ToolJsonRefusalsTest::deepNestingIsAnError()
 {
     const QByteArray deep = R"({"TunerProperties": )" + QByteArray(100000, '[');
     QCOMPARE(refusal(deep), QStringLiteral("tunerproperties: -:1:84: nested deeper than 64 levels\n"));
@@ -219,7 +219,7 @@ void ToolJsonRefusalsTest::aTokenAsLongAsItsFileIsNotPrinted()
     QCOMPARE(run.status, 3);
 }
 
-void ToolJsonRefusalsTest::manyMembersAreRefused()
+void ToolJsonRefusalsTest::tooManyMembersAreAnError()
 {
     QByteArray many = R"({"TunerProperties": {)";
     for (int i = 0; i < 300; ++i)

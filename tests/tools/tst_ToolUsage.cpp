@@ -6,28 +6,28 @@ class ToolUsageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatIsNoCommandLineIsRefused_data();
-    void whatIsNoCommandLineIsRefused();
-    void anEmptyFileNameIsRefused();
+    void invalidCommandLineIsWrongUsage_data();
+    void invalidCommandLineIsWrongUsage();
+    void emptyFileNameIsWrongUsage();
     void wrongUsageTouchesNoFile();
-    void theHelpTellsTheCommands();
-    void theHelpOfACommandTellsAllAboutIt();
-    void theHelpOfACommandTellsEveryWayToUseIt();
+    void helpListsTheCommands();
+    void helpOfACommandDescribesIt();
+    void helpOfACommandShowsEveryUsage();
     void helpNeedsNoArgumentsOfTheCommand();
-    void aFileNameIsNeverAnOption_data();
-    void aFileNameIsNeverAnOption();
-    void everyCommandRefusesAFileNameAsAnOption_data();
-    void everyCommandRefusesAFileNameAsAnOption();
-    void anOptionWithAValueIsGivenOnce();
-    void valuesOfOptionsAreTakenInEveryWay();
-    void theVersionIsThatOfTheProject_data();
-    void theVersionIsThatOfTheProject();
+    void fileNameIsNeverAnOption_data();
+    void fileNameIsNeverAnOption();
+    void everyCommandRejectsAFileNameAsAnOption_data();
+    void everyCommandRejectsAFileNameAsAnOption();
+    void optionWithAValueCanBeUsedOnlyOnce();
+    void valuesOfOptionsAreAcceptedInEverySpelling();
+    void versionIsThatOfTheProject_data();
+    void versionIsThatOfTheProject();
     void afterTwoDashesNothingIsAnOption();
     void outputThatCannotBeWrittenIsAnError();
     void messagesAreUtf8InEveryLocale();
 };
 
-void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
+void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("text");
@@ -93,7 +93,7 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
         "tunerproperties show --help");
 }
 
-void ToolUsageTest::whatIsNoCommandLineIsRefused()
+void ToolUsageTest::invalidCommandLineIsWrongUsage()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, text);
@@ -104,7 +104,7 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused()
     QCOMPARE(run.status, 2);
 }
 
-void ToolUsageTest::anEmptyFileNameIsRefused()
+void ToolUsageTest::emptyFileNameIsWrongUsage()
 {
     const Run run = Workshop().run({QStringLiteral("show"), QString()});
     QCOMPARE(run.err,
@@ -124,7 +124,7 @@ void ToolUsageTest::wrongUsageTouchesNoFile()
     QCOMPARE(shop.read(QStringLiteral("out.txt")), QByteArray("old"));
 }
 
-void ToolUsageTest::theHelpTellsTheCommands()
+void ToolUsageTest::helpListsTheCommands()
 {
     const QString expected =
         QStringLiteral("Usage: tunerproperties COMMAND [OPTION...] [FILE...]\n"
@@ -181,7 +181,7 @@ void ToolUsageTest::theHelpTellsTheCommands()
     }
 }
 
-void ToolUsageTest::theHelpOfACommandTellsAllAboutIt()
+void ToolUsageTest::helpOfACommandDescribesIt()
 {
     const QString expected =
         QStringLiteral("Usage: tunerproperties validate [OPTION...] FILE...\n"
@@ -246,7 +246,7 @@ void ToolUsageTest::theHelpOfACommandTellsAllAboutIt()
     }
 }
 
-void ToolUsageTest::theHelpOfACommandTellsEveryWayToUseIt()
+void ToolUsageTest::helpOfACommandShowsEveryUsage()
 {
     const QString expected =
         QStringLiteral("Usage: tunerproperties convert [OPTION...] IN OUT\n"
@@ -322,7 +322,7 @@ void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()
     }
 }
 
-void ToolUsageTest::aFileNameIsNeverAnOption_data()
+void ToolUsageTest::fileNameIsNeverAnOption_data()
 {
     const auto row = columnsOfTexts("name", "text");
     row("-h.xml", "unknown option '-h.xml'");
@@ -345,7 +345,7 @@ void ToolUsageTest::aFileNameIsNeverAnOption_data()
 }
 
 // As "validate --quiet *.xml && echo fine" has it.
-void ToolUsageTest::aFileNameIsNeverAnOption()
+void ToolUsageTest::fileNameIsNeverAnOption()
 {
     QFETCH(QString, name);
     QFETCH(QString, text);
@@ -373,7 +373,7 @@ void ToolUsageTest::aFileNameIsNeverAnOption()
     }
 }
 
-void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption_data()
+void ToolUsageTest::everyCommandRejectsAFileNameAsAnOption_data()
 {
     QTest::addColumn<QStringList>("arguments");
     for (const char *arguments :
@@ -382,7 +382,7 @@ void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption_data()
         QTest::newRow(arguments) << line(arguments);
 }
 
-void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption()
+void ToolUsageTest::everyCommandRejectsAFileNameAsAnOption()
 {
     QFETCH(QStringList, arguments);
     const Run run = Workshop().run(arguments);
@@ -391,7 +391,7 @@ void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption()
     QCOMPARE(run.status, 2);
 }
 
-void ToolUsageTest::anOptionWithAValueIsGivenOnce()
+void ToolUsageTest::optionWithAValueCanBeUsedOnlyOnce()
 {
     Workshop shop;
     shop.write(QStringLiteral("--out-dir=dir.xml"), smallXml);
@@ -405,7 +405,7 @@ void ToolUsageTest::anOptionWithAValueIsGivenOnce()
     QCOMPARE(shop.files(), QStringList({QStringLiteral("--out-dir=dir.xml"), QStringLiteral("good.xml")}));
 }
 
-void ToolUsageTest::valuesOfOptionsAreTakenInEveryWay()
+void ToolUsageTest::valuesOfOptionsAreAcceptedInEverySpelling()
 {
     Workshop shop;
     shop.write(QStringLiteral("a.xml"), smallXml);
@@ -418,7 +418,7 @@ void ToolUsageTest::valuesOfOptionsAreTakenInEveryWay()
     }
 }
 
-void ToolUsageTest::theVersionIsThatOfTheProject_data()
+void ToolUsageTest::versionIsThatOfTheProject_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("--version") << line("--version");
@@ -426,7 +426,7 @@ void ToolUsageTest::theVersionIsThatOfTheProject_data()
     QTest::newRow("behind a command") << line("show --version");
 }
 
-void ToolUsageTest::theVersionIsThatOfTheProject()
+void ToolUsageTest::versionIsThatOfTheProject()
 {
     QFETCH(QStringList, arguments);
     const Run run = Workshop().run(arguments);
