@@ -3,6 +3,6 @@
 
 #include <QTest>
 
-/// Leaves out what this machine or user does not allow. QSKIP takes further arguments, which it ignores, but clang
-/// warns of a call without any.
+/// Skips a test that this machine or user does not allow. QSKIP ignores further arguments, but clang warns if there are
+/// none.
 #define SKIP(reason) QSKIP(reason, )

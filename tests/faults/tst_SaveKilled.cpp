@@ -77,10 +77,10 @@ class SaveKilledTest : public QObject
 private Q_SLOTS:
     void initTestCase();
 
-    void killedAtAnyMoment_data();
-    void killedAtAnyMoment();
-    void meanwhileReadersSeeWholeDocuments_data();
-    void meanwhileReadersSeeWholeDocuments();
+    void killingAtAnyMomentLeavesTheOldOrTheNewDocument_data();
+    void killingAtAnyMomentLeavesTheOldOrTheNewDocument();
+    void concurrentReadersSeeWholeDocuments_data();
+    void concurrentReadersSeeWholeDocuments();
 
 private:
     TunerProperties m_one;
@@ -94,7 +94,7 @@ void SaveKilledTest::initTestCase()
     m_other = aLargeDocument(2, 60000);
 }
 
-void SaveKilledTest::killedAtAnyMoment_data()
+void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument_data()
 {
     QTest::addColumn<Way>("way");
     QTest::addColumn<int>("kills");
@@ -107,7 +107,7 @@ void SaveKilledTest::killedAtAnyMoment_data()
 }
 
 /// 200 times altogether, at times that the seed tells.
-void SaveKilledTest::killedAtAnyMoment()
+void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
 {
     QFETCH(Way, way);
     QFETCH(int, kills);
@@ -151,14 +151,14 @@ void SaveKilledTest::killedAtAnyMoment()
     QCOMPARE(folder.names().size(), leftOver.size() + 1);
 }
 
-void SaveKilledTest::meanwhileReadersSeeWholeDocuments_data()
+void SaveKilledTest::concurrentReadersSeeWholeDocuments_data()
 {
     QTest::addColumn<Way>("way");
     for (const Way &way : waysToSave)
         QTest::newRow(way.name) << way;
 }
 
-void SaveKilledTest::meanwhileReadersSeeWholeDocuments()
+void SaveKilledTest::concurrentReadersSeeWholeDocuments()
 {
     QFETCH(Way, way);
     const Folder folder;

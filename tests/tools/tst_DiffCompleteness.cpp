@@ -15,10 +15,10 @@ class DiffCompletenessTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void nothingIsToldOnlyIfTheJsonIsTheSame();
-    void everyFlagAndEveryChoiceIsTold();
-    void unlikeDocumentsDiffer();
-    void whatIsRemovedOneWayIsAddedTheOther();
+    void documentsWithEqualJsonHaveNoDifferences();
+    void everyFlagAndEveryChoiceIsADifference();
+    void differentDocumentsDiffer();
+    void removedItemsAreAddedInTheOtherDirection();
     void comparingChangesNothing();
     void manyItemsTakeLittleTime_data();
     void manyItemsTakeLittleTime();
@@ -68,7 +68,7 @@ JobXml::DataObject &objectAt(JobXml::DataObject &root, const QVector<JobXml::Ste
 
 } // namespace
 
-void DiffCompletenessTest::nothingIsToldOnlyIfTheJsonIsTheSame()
+void DiffCompletenessTest::documentsWithEqualJsonHaveNoDifferences()
 {
     int same = 0;
     int different = 0;
@@ -92,7 +92,7 @@ void DiffCompletenessTest::nothingIsToldOnlyIfTheJsonIsTheSame()
 }
 
 // Nothing else changes here, so that nothing else can tell.
-void DiffCompletenessTest::everyFlagAndEveryChoiceIsTold()
+void DiffCompletenessTest::everyFlagAndEveryChoiceIsADifference()
 {
     int told = 0;
     for (int seed = 0; seed < 300 && told < 500; seed += 3) {
@@ -119,7 +119,7 @@ void DiffCompletenessTest::everyFlagAndEveryChoiceIsTold()
     QVERIFY(told >= 500);
 }
 
-void DiffCompletenessTest::unlikeDocumentsDiffer()
+void DiffCompletenessTest::differentDocumentsDiffer()
 {
     for (int seed = 0; seed < 200; ++seed) {
         const TunerProperties first = randomDocument(seed);
@@ -130,7 +130,7 @@ void DiffCompletenessTest::unlikeDocumentsDiffer()
     }
 }
 
-void DiffCompletenessTest::whatIsRemovedOneWayIsAddedTheOther()
+void DiffCompletenessTest::removedItemsAreAddedInTheOtherDirection()
 {
     for (int seed = 0; seed < 100; ++seed) {
         const TunerProperties first = randomDocument(seed);

@@ -12,8 +12,8 @@ class SchemaAnnotationsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyClassAndMemberIsTold();
-    void whatIsNotInTheSchemaIsNotTold();
+    void everyClassAndMemberHasDocumentation();
+    void unknownClassesAndMembersHaveNoDocumentation();
 };
 
 namespace {
@@ -49,7 +49,7 @@ QStringList untold(JobXml::DataObject &object, int &told)
 
 } // namespace
 
-void SchemaAnnotationsTest::everyClassAndMemberIsTold()
+void SchemaAnnotationsTest::everyClassAndMemberHasDocumentation()
 {
     JobXml::TunerProperties document;
     int told = 0;
@@ -62,7 +62,7 @@ void SchemaAnnotationsTest::everyClassAndMemberIsTold()
              QStringLiteral("The identifier of the value within its node."));
 }
 
-void SchemaAnnotationsTest::whatIsNotInTheSchemaIsNotTold()
+void SchemaAnnotationsTest::unknownClassesAndMembersHaveNoDocumentation()
 {
     QCOMPARE(annotations().ofClass(QStringLiteral("Nonsense")), QString());
     QCOMPARE(annotations().ofMember(QStringLiteral("Component"), QStringLiteral("nonsense")).text, QString());

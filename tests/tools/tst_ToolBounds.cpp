@@ -204,16 +204,16 @@ private Q_SLOTS:
     void aLongNameIsShortenedInTheJsonOfProblems();
     void aLongNameIsShortenedInThePathsOfDifferences();
     void aLongMessageIsShortened();
-    void theFirstHundredProblemsAreListedAndAllCounted();
+    void hundredProblemsAreListedAndAllAreCounted();
     void moreProblemsAreListedOnRequest();
     void problemsOfTheXmlReaderAreCountedToo();
-    void aWrongNumberOfProblemsIsWrongUsage();
-    void compressedDataThatExpandTooFarAreRefused_data();
-    void compressedDataThatExpandTooFarAreRefused();
-    void upToFiftyTimesAreAccepted();
-    void aPageOfTooManyObjectsIsRefused();
-    void aLimitOnExpansionCanBeRaised();
-    void aWrongLimitOnExpansionIsWrongUsage();
+    void invalidMaxProblemsIsWrongUsage();
+    void compressedDataBeyondTheLimitIsAnError_data();
+    void compressedDataBeyondTheLimitIsAnError();
+    void expansionOfFiftyTimesIsAccepted();
+    void pageOfTooManyObjectsIsAnError();
+    void maxExpansionRaisesTheLimit();
+    void invalidMaxExpansionIsWrongUsage();
     void everyExampleExpandsWithinTheLimit();
     void bandwidthsOfEverySizeMakeASmallPage();
     void resultsOfManyFilesTakeLittleMemory_data();
@@ -249,7 +249,7 @@ void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
                  + "\xE2\x80\xA6\" / Node 1: Node: Please set ValueItem properly.");
     // Two for each node, and the component lacks optional.
     QCOMPARE(lines[100],
-             QByteArray("in.xml: 20001 problems, of which the first 100 are listed; --max-problems changes that"));
+             QByteArray("in.xml: 20001 problems; only the first 100 are listed; use --max-problems to list more"));
     checkMemory(cost, 64 * MiB);
 
     // The whole name is where the place leads to.
@@ -291,14 +291,14 @@ void ToolBoundsTest::aLongMessageIsShortened()
     QVERIFY2(cost.out.contains("e' in 'TunerProperties'"), cost.out.constData());
 }
 
-void ToolBoundsTest::theFirstHundredProblemsAreListedAndAllCounted()
+void ToolBoundsTest::hundredProblemsAreListedAndAllAreCounted()
 {
     m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 20000))));
     const Cost cost = costOf(*m_shop, line("validate in.tpb"));
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out.count('\n'), 101);
     QVERIFY2(
-        cost.out.endsWith("in.tpb: 40001 problems, of which the first 100 are listed; --max-problems changes that\n"),
+        cost.out.endsWith("in.tpb: 40001 problems; only the first 100 are listed; use --max-problems to list more\n"),
         cost.out.constData());
     // Exactly as many as are listed need no last line.
     m_shop->write(QStringLiteral("few.tpb"), document(component(emptyItems(nodeTag, 2))));
@@ -315,8 +315,8 @@ void ToolBoundsTest::moreProblemsAreListedOnRequest()
     QCOMPARE(converted.err,
              QByteArray("tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set ValueItem properly.\n"
                         "tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set id properly.\n"
-                        "tunerproperties: in.tpb: 201 problems, of which the first 2 are listed; --max-problems "
-                        "changes that\n"));
+                        "tunerproperties: in.tpb: 201 problems; only the first 2 are listed; use --max-problems "
+                        "to list more\n"));
 }
 
 void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
@@ -326,10 +326,10 @@ void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out,
              QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'.\n"
-                        "in.xml: 3001 problems, of which only the first is listed; --max-problems changes that\n"));
+                        "in.xml: 3001 problems; only the first is listed; use --max-problems to list more\n"));
 }
 
-void ToolBoundsTest::aWrongNumberOfProblemsIsWrongUsage()
+void ToolBoundsTest::invalidMaxProblemsIsWrongUsage()
 {
     for (const char *number : {"0", "-1", "many", "2147483648"}) {
         const Run run = m_shop->run({QStringLiteral("validate"),
@@ -341,7 +341,7 @@ void ToolBoundsTest::aWrongNumberOfProblemsIsWrongUsage()
     }
 }
 
-void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused_data()
+void ToolBoundsTest::compressedDataBeyondTheLimitIsAnError_data()
 {
     QTest::addColumn<QString>("command");
     for (const char *command :
@@ -351,7 +351,7 @@ void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused_data()
         QTest::newRow(command) << QString::fromUtf8(command);
 }
 
-void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused()
+void ToolBoundsTest::compressedDataBeyondTheLimitIsAnError()
 {
     QFETCH(QString, command);
     const QByteArray expanded = document(emptyItems(componentTag, 1000000));
@@ -363,14 +363,13 @@ void ToolBoundsTest::compressedDataThatExpandTooFarAreRefused()
     QCOMPARE(cost.status, 3);
     QCOMPARE(cost.out, QByteArray());
     QCOMPARE(cost.err,
-             "tunerproperties: in.tpz: " + QByteArray::number(in.size())
-                 + " compressed bytes declare 4000066 bytes, more than 50 times as many; --max-expansion changes the "
-                   "limit\n");
+             "tunerproperties: in.tpz: expands from " + QByteArray::number(in.size())
+                 + " to 4000066 bytes, more than 50 times its size; use --max-expansion to allow it\n");
     QCOMPARE(m_shop->read(QStringLiteral("in.tpz")), in);
     checkMemory(cost, 64 * MiB); // what is resident in this program counts for the one that it starts
 }
 
-void ToolBoundsTest::upToFiftyTimesAreAccepted()
+void ToolBoundsTest::expansionOfFiftyTimesIsAccepted()
 {
     // An unknown record that cannot be compressed, and empty nodes, which compress to next to nothing.
     QByteArray noise(4000, Qt::Uninitialized);
@@ -392,20 +391,19 @@ void ToolBoundsTest::upToFiftyTimesAreAccepted()
     QCOMPARE(costOf(*m_shop, line("get refused.tpz type")).status, 3);
 }
 
-void ToolBoundsTest::aPageOfTooManyObjectsIsRefused()
+void ToolBoundsTest::pageOfTooManyObjectsIsAnError()
 {
     m_shop->write(QStringLiteral("in.tpb"), document(emptyItems(componentTag, 100001)));
     const Cost cost = costOf(*m_shop, line("show --format html in.tpb"));
     QCOMPARE(cost.status, 3);
     QCOMPARE(cost.outSize, qint64(0));
-    QCOMPARE(
-        cost.err,
-        QByteArray("tunerproperties: in.tpb: has more than 100000 objects, too many for a page; use 'show --format "
-                   "json'\n"));
+    QCOMPARE(cost.err,
+             QByteArray("tunerproperties: in.tpb: cannot show more than 100000 objects on a page; use 'show --format "
+                        "json'\n"));
     QVERIFY(costOf(*m_shop, line("show --format json in.tpb")).outSize > 100001);
 }
 
-void ToolBoundsTest::aLimitOnExpansionCanBeRaised()
+void ToolBoundsTest::maxExpansionRaisesTheLimit()
 {
     m_shop->write(QStringLiteral("in.tpz"), compressed(document(component(emptyItems(nodeTag, 20000)))));
     QCOMPARE(costOf(*m_shop, line("get in.tpz type")).status, 3);
@@ -415,7 +413,7 @@ void ToolBoundsTest::aLimitOnExpansionCanBeRaised()
     QCOMPARE(costOf(*m_shop, line("validate --max-expansion 1100 in.tpz")).status, 1);
 }
 
-void ToolBoundsTest::aWrongLimitOnExpansionIsWrongUsage()
+void ToolBoundsTest::invalidMaxExpansionIsWrongUsage()
 {
     const Run run = m_shop->run(line("show --max-expansion 1101 x"));
     QCOMPARE(run.status, 2);

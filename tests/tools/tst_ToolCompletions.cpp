@@ -11,10 +11,10 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void whatCanFollowIsCompleted_data();
-    void whatCanFollowIsCompleted();
-    void bashPartsAnOptionFromItsValue();
-    void bashFindsTheCommandBehindOptions();
+    void possibleWordsAreCompleted_data();
+    void possibleWordsAreCompleted();
+    void bashSeparatesAnOptionFromItsValue();
+    void bashFindsTheCommandAfterOptions();
 
 private:
     QStringList completed(const QString &shell, const QString &typed);
@@ -131,7 +131,7 @@ QString ToolCompletionsTest::completedByZsh(const QString &typed)
     return QString::fromUtf8(m_shop->read(text("home/offered")));
 }
 
-void ToolCompletionsTest::whatCanFollowIsCompleted_data()
+void ToolCompletionsTest::possibleWordsAreCompleted_data()
 {
     QTest::addColumn<QString>("shell");
     QTest::addColumn<QString>("typed");
@@ -161,7 +161,7 @@ void ToolCompletionsTest::whatCanFollowIsCompleted_data()
     row("tunerproperties validate --jobs 2 ot", {text("other")});
 }
 
-void ToolCompletionsTest::whatCanFollowIsCompleted()
+void ToolCompletionsTest::possibleWordsAreCompleted()
 {
     QFETCH(QString, shell);
     QFETCH(QString, typed);
@@ -173,7 +173,7 @@ void ToolCompletionsTest::whatCanFollowIsCompleted()
 }
 
 // Bash gives "--to=t" as three words.
-void ToolCompletionsTest::bashPartsAnOptionFromItsValue()
+void ToolCompletionsTest::bashSeparatesAnOptionFromItsValue()
 {
     const QStringList start = {text("tunerproperties"), text("convert"), text("--to"), text("=")};
     QCOMPARE(completedByBash(start), text("xml\ntagged\ncompressed\nsnapshot\njson\n"));
@@ -181,7 +181,7 @@ void ToolCompletionsTest::bashPartsAnOptionFromItsValue()
     QCOMPARE(completedByBash(start + QStringList({text("xml"), text("oth")})), text("other\n"));
 }
 
-void ToolCompletionsTest::bashFindsTheCommandBehindOptions()
+void ToolCompletionsTest::bashFindsTheCommandAfterOptions()
 {
     QCOMPARE(completedByBash(line("tunerproperties --from xml convert --out")), text("--out-dir\n"));
     QCOMPARE(completedByBash(line("tunerproperties -j = 3 validate --js")), text("--json\n"));

@@ -12,35 +12,35 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void everyFormIsRecognised_data();
-    void everyFormIsRecognised();
-    void contentCountsBeforeTheName_data();
-    void contentCountsBeforeTheName();
-    void aSnapshotIsToldByItsNameOrByFrom();
-    void fromOverrulesTheContent();
-    void xmlIsRecognisedInEveryEncoding_data();
-    void xmlIsRecognisedInEveryEncoding();
+    void everyFormIsRecognized_data();
+    void everyFormIsRecognized();
+    void contentOverridesTheName_data();
+    void contentOverridesTheName();
+    void snapshotIsRecognizedByItsNameOrByFrom();
+    void fromOverridesTheContent();
+    void xmlIsRecognizedInEveryEncoding_data();
+    void xmlIsRecognizedInEveryEncoding();
     void pipesAreRead();
-    void standardInputIsReadFromWhereItStands();
-    void aPipeWithANameIsRead();
+    void standardInputIsReadFromItsPosition();
+    void namedPipeIsRead();
 
-    void filesThatCannotBeRead_data();
-    void filesThatCannotBeRead();
-    void everyCommandTellsThem_data();
-    void everyCommandTellsThem();
-    void documentsThatAreNone_data();
-    void documentsThatAreNone();
-    void standardInputIsNamedByADash_data();
-    void standardInputIsNamedByADash();
-    void filesOfMoreThanAGigabyteAreRefusedUnread_data();
-    void filesOfMoreThanAGigabyteAreRefusedUnread();
+    void unreadableFileIsAnError_data();
+    void unreadableFileIsAnError();
+    void everyCommandReportsUnreadableFiles_data();
+    void everyCommandReportsUnreadableFiles();
+    void filesThatAreNotDocumentsAreErrors_data();
+    void filesThatAreNotDocumentsAreErrors();
+    void messagesNameStandardInputByADash_data();
+    void messagesNameStandardInputByADash();
+    void filesOfMoreThanAGigabyteAreErrorsBeforeReading_data();
+    void filesOfMoreThanAGigabyteAreErrorsBeforeReading();
     void aPipeAmongSeveralFilesIsNotOpened();
     void devicesAmongSeveralFilesAreNotOpened();
-    void specialFilesAreReadIfTheyAreAllowed();
+    void specialFilesOptionReadsPipesAndDevices();
     void aPipeInTheFolderOfOutputsIsNotOpened();
     void twoPipesCanBeCompared();
-    void closedStreamsAreNotTakenForFiles_data();
-    void closedStreamsAreNotTakenForFiles();
+    void closedStreamsAreNotUsedAsFiles_data();
+    void closedStreamsAreNotUsedAsFiles();
 
 private:
     std::unique_ptr<Workshop> m_shop;
@@ -71,7 +71,7 @@ void ToolInputTest::cleanup()
     m_shop.reset();
 }
 
-void ToolInputTest::everyFormIsRecognised_data()
+void ToolInputTest::everyFormIsRecognized_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -88,7 +88,7 @@ void ToolInputTest::everyFormIsRecognised_data()
     row("compressed", compressed());
 }
 
-void ToolInputTest::everyFormIsRecognised()
+void ToolInputTest::everyFormIsRecognized()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -99,7 +99,7 @@ void ToolInputTest::everyFormIsRecognised()
     QCOMPARE(run.status, 0);
 }
 
-void ToolInputTest::contentCountsBeforeTheName_data()
+void ToolInputTest::contentOverridesTheName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -110,25 +110,25 @@ void ToolInputTest::contentCountsBeforeTheName_data()
     QTest::newRow("compressed called a snapshot") << QStringLiteral("a.tps") << compressed();
 }
 
-void ToolInputTest::contentCountsBeforeTheName()
+void ToolInputTest::contentOverridesTheName()
 {
-    everyFormIsRecognised();
+    everyFormIsRecognized();
 }
 
-void ToolInputTest::aSnapshotIsToldByItsNameOrByFrom()
+void ToolInputTest::snapshotIsRecognizedByItsNameOrByFrom()
 {
     m_shop->write(QStringLiteral("doc"), snapshot);
     const Run unknown = m_shop->run(line("convert doc -"));
     QCOMPARE(unknown.err,
              QStringLiteral(
-                 "tunerproperties: doc: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read "
-                 "with --from snapshot\n"));
+                 "tunerproperties: doc: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix "
+                 ".tps or --from snapshot\n"));
     QCOMPARE(unknown.status, 3);
     QCOMPARE(m_shop->run(line("convert doc - --from snapshot")).bytes, QByteArray(smallXml));
     QCOMPARE(m_shop->run(line("convert - - --from snapshot"), snapshot).bytes, QByteArray(smallXml));
 }
 
-void ToolInputTest::fromOverrulesTheContent()
+void ToolInputTest::fromOverridesTheContent()
 {
     m_shop->write(QStringLiteral("a.xml"), smallXml);
     m_shop->write(QStringLiteral("a.tpb"), tagged);
@@ -137,12 +137,12 @@ void ToolInputTest::fromOverrulesTheContent()
         complaint("validate a.xml --from tagged"),
         QStringLiteral("tunerproperties: a.xml: the leading word is 0x3C3F786D, not 0xC10CBB5F (TunerProperties)\n"));
     QCOMPARE(complaint("validate a.xml --from snapshot"),
-             QStringLiteral("tunerproperties: a.xml: the snapshot ends early, or is none\n"));
+             QStringLiteral("tunerproperties: a.xml: the snapshot is truncated, or the file is not a snapshot\n"));
     QCOMPARE(complaint("validate a.tpb --from xml"),
              QStringLiteral("tunerproperties: a.tpb:1:1: Encountered incorrectly encoded content.\n"));
 }
 
-void ToolInputTest::xmlIsRecognisedInEveryEncoding_data()
+void ToolInputTest::xmlIsRecognizedInEveryEncoding_data()
 {
     QTest::addColumn<QByteArray>("content");
     const QString text = QStringLiteral("<TunerProperties Version=\"1.1\" name=\"\u00dc\"/>");
@@ -162,7 +162,7 @@ void ToolInputTest::xmlIsRecognisedInEveryEncoding_data()
     QTest::newRow("behind a comment") << "<!-- x -->" + text.toUtf8();
 }
 
-void ToolInputTest::xmlIsRecognisedInEveryEncoding()
+void ToolInputTest::xmlIsRecognizedInEveryEncoding()
 {
     QFETCH(QByteArray, content);
     const Run run = m_shop->run(line("show -"), content);
@@ -180,7 +180,7 @@ void ToolInputTest::pipesAreRead()
     QCOMPARE(run.bytes, QByteArray(smallXml));
 }
 
-void ToolInputTest::standardInputIsReadFromWhereItStands()
+void ToolInputTest::standardInputIsReadFromItsPosition()
 {
     m_shop->write(QStringLiteral("doc"), "first line\n" + QByteArray(smallXml));
     const Run run = m_shop->shell(QStringLiteral("{ read line; echo \"$line\"; \"$tool\" convert - -; } < doc"));
@@ -188,7 +188,7 @@ void ToolInputTest::standardInputIsReadFromWhereItStands()
     QCOMPARE(run.bytes, "first line\n" + QByteArray(smallXml));
 }
 
-void ToolInputTest::aPipeWithANameIsRead()
+void ToolInputTest::namedPipeIsRead()
 {
     m_shop->write(QStringLiteral("doc.xml"), smallXml);
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
@@ -197,7 +197,7 @@ void ToolInputTest::aPipeWithANameIsRead()
     QCOMPARE(run.bytes, QByteArray(smallXml));
 }
 
-void ToolInputTest::filesThatCannotBeRead_data()
+void ToolInputTest::unreadableFileIsAnError_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("why");
@@ -211,7 +211,7 @@ void ToolInputTest::filesThatCannotBeRead_data()
                                 << QStringLiteral("cannot read: Input/output error");
 }
 
-void ToolInputTest::filesThatCannotBeRead()
+void ToolInputTest::unreadableFileIsAnError()
 {
     QFETCH(QString, name);
     QFETCH(QString, why);
@@ -226,7 +226,7 @@ void ToolInputTest::filesThatCannotBeRead()
     QCOMPARE(m_shop->files(), QStringList());
 }
 
-void ToolInputTest::everyCommandTellsThem_data()
+void ToolInputTest::everyCommandReportsUnreadableFiles_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("show") << line("show cut.xml");
@@ -235,7 +235,7 @@ void ToolInputTest::everyCommandTellsThem_data()
     QTest::newRow("convert without validating") << line("convert cut.xml out.xml --no-validate");
 }
 
-void ToolInputTest::everyCommandTellsThem()
+void ToolInputTest::everyCommandReportsUnreadableFiles()
 {
     QFETCH(QStringList, arguments);
     m_shop->write(QStringLiteral("cut.xml"), "<TunerProperties Version=\"1.1\">\n  <Component>\n");
@@ -246,7 +246,7 @@ void ToolInputTest::everyCommandTellsThem()
     QCOMPARE(m_shop->files(), QStringList(QStringLiteral("cut.xml")));
 }
 
-void ToolInputTest::documentsThatAreNone_data()
+void ToolInputTest::filesThatAreNotDocumentsAreErrors_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -255,7 +255,7 @@ void ToolInputTest::documentsThatAreNone_data()
         QTest::newRow(what) << QString::fromUtf8(name) << content << QString::fromUtf8(error);
     };
     const char *const noForm =
-        "a: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot";
+        "a: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot";
     row("an empty file", "a", "", noForm);
     row("some text", "a", "TunerProperties", noForm);
     row("empty XML", "a.xml", "", "a.xml:1:1: Premature end of document.");
@@ -263,7 +263,7 @@ void ToolInputTest::documentsThatAreNone_data()
         "a.tpb: the leading word and the length take 8 bytes, but only 0 are there");
     row("an empty compressed form", "a.tpz", "",
         "a.tpz: the leading word and the length take 8 bytes, but only 0 are there");
-    row("an empty snapshot", "a.tps", "", "a.tps: the snapshot ends early, or is none");
+    row("an empty snapshot", "a.tps", "", "a.tps: the snapshot is truncated, or the file is not a snapshot");
     row("not well formed", "a.xml",
         "<TunerProperties Version=\"1.1\">\n  <Component>\n  </Componend>\n</TunerProperties>\n",
         "a.xml:3:14: Opening and ending tag mismatch.");
@@ -284,12 +284,12 @@ void ToolInputTest::documentsThatAreNone_data()
     row("a compressed form that is damaged", "a.tpz", compressed().replace(compressed().size() - 1, 1, "\xAA"),
         "a.tpz: the compressed bytes are damaged");
     row("a snapshot that is cut off", "a.tps", snapshot.left(snapshot.size() - 1),
-        "a.tps: the snapshot ends early, or is none");
+        "a.tps: the snapshot is truncated, or the file is not a snapshot");
     row("something behind the snapshot", "a.tps", snapshot + "x",
-        "a.tps: the snapshot ends after 70 of 71 bytes, or is none");
+        "a.tps: the snapshot ends after 70 of 71 bytes, or the file is not a snapshot");
 }
 
-void ToolInputTest::documentsThatAreNone()
+void ToolInputTest::filesThatAreNotDocumentsAreErrors()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -301,19 +301,19 @@ void ToolInputTest::documentsThatAreNone()
     QCOMPARE(run.status, 3);
 }
 
-void ToolInputTest::standardInputIsNamedByADash_data()
+void ToolInputTest::messagesNameStandardInputByADash_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("error");
     QTest::newRow("nothing") << QByteArray()
                              << QStringLiteral(
-                                    "neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with "
-                                    "--from snapshot");
+                                    "unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps "
+                                    "or --from snapshot");
     QTest::newRow("a record that is cut off")
         << tagged.left(100) << QStringLiteral("the record's length is 179, but 92 bytes follow");
 }
 
-void ToolInputTest::standardInputIsNamedByADash()
+void ToolInputTest::messagesNameStandardInputByADash()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
@@ -324,7 +324,7 @@ void ToolInputTest::standardInputIsNamedByADash()
              QStringLiteral("tunerproperties: -:2:3: Premature end of document.\n"));
 }
 
-void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread_data()
+void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -340,7 +340,7 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread_data()
 }
 
 // Sparse files, which take no room.
-void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
+void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -348,8 +348,8 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     for (const qint64 size : {qint64(3) << 30, qint64(1'000'000'001)}) {
         QVERIFY(QFile::resize(m_shop->path(name), size));
-        const QString refusal = QStringLiteral("tunerproperties: %1: is too large: it has %2 bytes, and the limit is "
-                                               "1000000000\n");
+        const QString refusal = QStringLiteral("tunerproperties: %1: too large: %2 bytes; the limit is 1000000000 "
+                                               "bytes\n");
         for (const QStringList &arguments :
              {QStringList{QStringLiteral("validate"), name}, QStringList{QStringLiteral("show"), name},
               QStringList{QStringLiteral("convert"), name, QStringLiteral("out.xml")},
@@ -370,7 +370,7 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
 namespace {
 
 const QString notRegular =
-    QStringLiteral("tunerproperties: %1: is not a regular file; among several files, use --special-files to read it\n");
+    QStringLiteral("tunerproperties: %1: not a regular file; use --special-files to read it among several files\n");
 
 } // namespace
 
@@ -401,7 +401,7 @@ void ToolInputTest::devicesAmongSeveralFilesAreNotOpened()
     QCOMPARE(run.status, 3);
 }
 
-void ToolInputTest::specialFilesAreReadIfTheyAreAllowed()
+void ToolInputTest::specialFilesOptionReadsPipesAndDevices()
 {
     m_shop->write(QStringLiteral("good.xml"), smallXml);
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
@@ -437,7 +437,7 @@ void ToolInputTest::twoPipesCanBeCompared()
     QCOMPARE(run.status, 0);
 }
 
-void ToolInputTest::closedStreamsAreNotTakenForFiles_data()
+void ToolInputTest::closedStreamsAreNotUsedAsFiles_data()
 {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("err");
@@ -451,7 +451,7 @@ void ToolInputTest::closedStreamsAreNotTakenForFiles_data()
                                             << QString() << 0;
 }
 
-void ToolInputTest::closedStreamsAreNotTakenForFiles()
+void ToolInputTest::closedStreamsAreNotUsedAsFiles()
 {
     QFETCH(QString, command);
     m_shop->write(QStringLiteral("small.xml"), smallXml);

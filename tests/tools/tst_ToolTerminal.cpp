@@ -26,20 +26,20 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void aBarShowsHowFarItIs_data();
-    void aBarShowsHowFarItIs();
-    void theBarStandsBelowWhatIsTold();
-    void whereNobodyWantsABarThereIsNone();
-    void theBarFitsTheTerminal_data();
-    void theBarFitsTheTerminal();
+    void barShowsTheProgress_data();
+    void barShowsTheProgress();
+    void barIsBelowOtherOutput();
+    void barIsShownOnlyOnTerminals();
+    void barFitsTheTerminal_data();
+    void barFitsTheTerminal();
     void everyCommandEscapesWhatIsNotPrintable_data();
     void everyCommandEscapesWhatIsNotPrintable();
     void getWritesTheValueUnchangedIntoAPipe();
     void jsonIsTheSameOnATerminalAndInAPipe();
     void binaryFormsAreEscapedOnATerminal();
-    void anOutputFileThatIsATerminalGetsWhatStandardOutputGets_data();
-    void anOutputFileThatIsATerminalGetsWhatStandardOutputGets();
-    void anOutputFileThatIsAPipeGetsTheBytesUnchanged();
+    void outputFileThatIsATerminalIsEscapedLikeStandardOutput_data();
+    void outputFileThatIsATerminalIsEscapedLikeStandardOutput();
+    void outputFileThatIsAPipeReceivesUnchangedBytes();
     void diffKeepsItsColorsOnATerminal();
 
 private:
@@ -70,7 +70,7 @@ void ToolTerminalTest::cleanup()
     m_shop.reset();
 }
 
-void ToolTerminalTest::aBarShowsHowFarItIs_data()
+void ToolTerminalTest::barShowsTheProgress_data()
 {
     QTest::addColumn<int>("columns");
     QTest::addColumn<QByteArray>("bar");
@@ -80,7 +80,7 @@ void ToolTerminalTest::aBarShowsHowFarItIs_data()
 }
 
 // The pipe is filled when the bar has been seen, and the program ends.
-void ToolTerminalTest::aBarShowsHowFarItIs()
+void ToolTerminalTest::barShowsTheProgress()
 {
     QFETCH(int, columns);
     QFETCH(QByteArray, bar);
@@ -96,7 +96,7 @@ void ToolTerminalTest::aBarShowsHowFarItIs()
     QCOMPARE(terminal.screen(), text("tunerproperties: 2 files: 2 valid\n"));
 }
 
-void ToolTerminalTest::theBarStandsBelowWhatIsTold()
+void ToolTerminalTest::barIsBelowOtherOutput()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("other"))).constData(), 0600), 0);
     Terminal terminal(m_shop->path(text(".")),
@@ -118,7 +118,7 @@ void ToolTerminalTest::theBarStandsBelowWhatIsTold()
 }
 
 // All at once, since each takes more than a second.
-void ToolTerminalTest::whereNobodyWantsABarThereIsNone()
+void ToolTerminalTest::barIsShownOnlyOnTerminals()
 {
     struct Case
     {
@@ -153,7 +153,7 @@ void ToolTerminalTest::whereNobodyWantsABarThereIsNone()
     }
 }
 
-void ToolTerminalTest::theBarFitsTheTerminal_data()
+void ToolTerminalTest::barFitsTheTerminal_data()
 {
     QTest::addColumn<int>("done");
     QTest::addColumn<int>("count");
@@ -175,7 +175,7 @@ void ToolTerminalTest::theBarFitsTheTerminal_data()
         "[>                                                           ]    1000000 of 2147483647 files");
 }
 
-void ToolTerminalTest::theBarFitsTheTerminal()
+void ToolTerminalTest::barFitsTheTerminal()
 {
     QFETCH(int, done);
     QFETCH(int, count);
@@ -290,7 +290,7 @@ void ToolTerminalTest::binaryFormsAreEscapedOnATerminal()
     QVERIFY(isPrintable(terminal.written()));
 }
 
-void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets_data()
+void ToolTerminalTest::outputFileThatIsATerminalIsEscapedLikeStandardOutput_data()
 {
     QTest::addColumn<QString>("form");
     QTest::addColumn<QString>("file");
@@ -300,7 +300,7 @@ void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets_dat
     }
 }
 
-void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets()
+void ToolTerminalTest::outputFileThatIsATerminalIsEscapedLikeStandardOutput()
 {
     QFETCH(QString, form);
     QFETCH(QString, file);
@@ -322,7 +322,7 @@ void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets()
     QVERIFY(named.written().size() > 60);
 }
 
-void ToolTerminalTest::anOutputFileThatIsAPipeGetsTheBytesUnchanged()
+void ToolTerminalTest::outputFileThatIsAPipeReceivesUnchangedBytes()
 {
     writeHostile();
     Terminal terminal(m_shop->path(text(".")),

@@ -6,26 +6,26 @@ class ToolValidateTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void nothingIsSaidAboutValidDocuments_data();
-    void nothingIsSaidAboutValidDocuments();
+    void validDocumentsHaveNoOutput_data();
+    void validDocumentsHaveNoOutput();
     void allExamplesAtOnceAreValid();
-    void everyProblemIsTold();
-    void everyProblemIsToldInTheBinaryForms_data();
-    void everyProblemIsToldInTheBinaryForms();
-    void placesCountAsAnEditorDoes_data();
-    void placesCountAsAnEditorDoes();
-    void elementsAreLookedAtLikeAttributes();
-    void whatAReaderSkipsIsNoProblem_data();
-    void whatAReaderSkipsIsNoProblem();
-    void whatEndsTheSkippingIsLookedAt();
-    void theContentOfAnUnknownElementIsLookedAt();
-    void aValueThatWasReplacedIsLookedAt();
-    void aDocumentThatWouldWriteNothingIsAProblem();
-    void aProblemStaysOnItsLine();
-    void theWorstOfSeveralFilesCounts_data();
-    void theWorstOfSeveralFilesCounts();
-    void problemsAndErrorsTakeDifferentWays();
-    void standardInputIsNamedByADash();
+    void everyProblemIsReported();
+    void everyProblemIsReportedInTheBinaryForms_data();
+    void everyProblemIsReportedInTheBinaryForms();
+    void linesAndColumnsMatchThoseOfAnEditor_data();
+    void linesAndColumnsMatchThoseOfAnEditor();
+    void elementsAreCheckedLikeAttributes();
+    void skippedContentIsNotAProblem_data();
+    void skippedContentIsNotAProblem();
+    void elementThatEndsTheSkippingIsChecked();
+    void contentOfAnUnknownElementIsChecked();
+    void replacedValueIsChecked();
+    void documentWithoutOutputIsAProblem();
+    void problemStaysOnOneLine();
+    void worstOfSeveralFilesDeterminesTheStatus_data();
+    void worstOfSeveralFilesDeterminesTheStatus();
+    void problemsAndErrorsUseDifferentStreams();
+    void messagesNameStandardInputByADash();
 };
 
 namespace {
@@ -49,14 +49,14 @@ QByteArray document(const char *attributes, const char *elements)
 
 } // namespace
 
-void ToolValidateTest::nothingIsSaidAboutValidDocuments_data()
+void ToolValidateTest::validDocumentsHaveNoOutput_data()
 {
     QTest::addColumn<QString>("path");
     for (const QString &name : exampleNames())
         QTest::newRow(qPrintable(name)) << examplePath(name);
 }
 
-void ToolValidateTest::nothingIsSaidAboutValidDocuments()
+void ToolValidateTest::validDocumentsHaveNoOutput()
 {
     QFETCH(QString, path);
     Workshop shop;
@@ -141,7 +141,7 @@ QString withFile(const char *file, const char *lines)
 
 } // namespace
 
-void ToolValidateTest::everyProblemIsTold()
+void ToolValidateTest::everyProblemIsReported()
 {
     const Run run = validate(badXml);
     QCOMPARE(run.out,
@@ -159,14 +159,14 @@ void ToolValidateTest::everyProblemIsTold()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::everyProblemIsToldInTheBinaryForms_data()
+void ToolValidateTest::everyProblemIsReportedInTheBinaryForms_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : {"a.tpb", "a.tpz"}) // a snapshot does not hold values that are not set
         QTest::newRow(name) << QString::fromUtf8(name);
 }
 
-void ToolValidateTest::everyProblemIsToldInTheBinaryForms()
+void ToolValidateTest::everyProblemIsReportedInTheBinaryForms()
 {
     QFETCH(QString, name);
     // Tagged records hold the default of a mandatory member that is not set, an empty text or a 0; so less is missing.
@@ -188,7 +188,7 @@ TunerProperties: Please set type properly.
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::placesCountAsAnEditorDoes_data()
+void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<QString>("place");
@@ -212,7 +212,7 @@ void ToolValidateTest::placesCountAsAnEditorDoes_data()
     row("an element behind another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
 }
 
-void ToolValidateTest::placesCountAsAnEditorDoes()
+void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor()
 {
     QFETCH(QByteArray, xml);
     QFETCH(QString, place);
@@ -222,7 +222,7 @@ void ToolValidateTest::placesCountAsAnEditorDoes()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::elementsAreLookedAtLikeAttributes()
+void ToolValidateTest::elementsAreCheckedLikeAttributes()
 {
     const Run run = validate(document("",
                                       "<type>scp</type>\n<hwProcessing></hwProcessing>\n<hwProcessing> </hwProcessing>"
@@ -235,7 +235,7 @@ void ToolValidateTest::elementsAreLookedAtLikeAttributes()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::whatAReaderSkipsIsNoProblem_data()
+void ToolValidateTest::skippedContentIsNotAProblem_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::newRow("unknown elements of an older version")
@@ -249,7 +249,7 @@ void ToolValidateTest::whatAReaderSkipsIsNoProblem_data()
     QTest::newRow("numbers that are none") << document(" quantity=\"many\"", "<MaxFFPDelay>long</MaxFFPDelay>");
 }
 
-void ToolValidateTest::whatAReaderSkipsIsNoProblem()
+void ToolValidateTest::skippedContentIsNotAProblem()
 {
     QFETCH(QByteArray, xml);
     const Run run = validate(xml);
@@ -258,7 +258,7 @@ void ToolValidateTest::whatAReaderSkipsIsNoProblem()
     QCOMPARE(run.status, 0);
 }
 
-void ToolValidateTest::whatEndsTheSkippingIsLookedAt()
+void ToolValidateTest::elementThatEndsTheSkippingIsChecked()
 {
     // The inner <x/> ends the skipping of the outer one, so that the mode behind it counts.
     const Run run = validate(document("",
@@ -271,7 +271,7 @@ void ToolValidateTest::whatEndsTheSkippingIsLookedAt()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::theContentOfAnUnknownElementIsLookedAt()
+void ToolValidateTest::contentOfAnUnknownElementIsChecked()
 {
     const Run run = validate(document("", "<Extra>\n<More/>\n<Component name=\"inner\"/></Extra>"));
     QCOMPARE(run.out,
@@ -283,7 +283,7 @@ void ToolValidateTest::theContentOfAnUnknownElementIsLookedAt()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::aValueThatWasReplacedIsLookedAt()
+void ToolValidateTest::replacedValueIsChecked()
 {
     const Run run = validate(document("", "").replace("<ValueInt ",
                                                       "<ValueStringList id=\"l\" value=\"\">\n<StringItem/>"
@@ -294,7 +294,7 @@ void ToolValidateTest::aValueThatWasReplacedIsLookedAt()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::aDocumentThatWouldWriteNothingIsAProblem()
+void ToolValidateTest::documentWithoutOutputIsAProblem()
 {
     Workshop shop;
     // Component (set, but empty), type and base resource.
@@ -307,7 +307,7 @@ void ToolValidateTest::aDocumentThatWouldWriteNothingIsAProblem()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::aProblemStaysOnItsLine()
+void ToolValidateTest::problemStaysOnOneLine()
 {
     const Run run = validate(document("", "<BandwidthSelection><Name>a\nb\tc</Name></BandwidthSelection>"));
     QCOMPARE(run.out,
@@ -315,7 +315,7 @@ void ToolValidateTest::aProblemStaysOnItsLine()
                             "properly.\n"));
 }
 
-void ToolValidateTest::theWorstOfSeveralFilesCounts_data()
+void ToolValidateTest::worstOfSeveralFilesDeterminesTheStatus_data()
 {
     QTest::addColumn<QString>("files");
     QTest::addColumn<int>("status");
@@ -328,7 +328,7 @@ void ToolValidateTest::theWorstOfSeveralFilesCounts_data()
     row("missing.xml good.xml", 3);
 }
 
-void ToolValidateTest::theWorstOfSeveralFilesCounts()
+void ToolValidateTest::worstOfSeveralFilesDeterminesTheStatus()
 {
     QFETCH(QString, files);
     QFETCH(int, status);
@@ -338,7 +338,7 @@ void ToolValidateTest::theWorstOfSeveralFilesCounts()
     QCOMPARE(shop.run(line("validate") + files.split(QLatin1Char(' '))).status, status);
 }
 
-void ToolValidateTest::problemsAndErrorsTakeDifferentWays()
+void ToolValidateTest::problemsAndErrorsUseDifferentStreams()
 {
     Workshop shop;
     shop.write(QStringLiteral("bad1.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
@@ -359,7 +359,7 @@ void ToolValidateTest::problemsAndErrorsTakeDifferentWays()
     QCOMPARE(run.status, 3);
 }
 
-void ToolValidateTest::standardInputIsNamedByADash()
+void ToolValidateTest::messagesNameStandardInputByADash()
 {
     const Run run = Workshop().run(line("validate -"), QByteArray(smallXml).replace("SCP", "scp"));
     QCOMPARE(run.out,

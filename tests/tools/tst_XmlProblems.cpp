@@ -23,8 +23,8 @@ class XmlProblemsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void xmlThatCannotBeReadIsAProblem_data();
-    void xmlThatCannotBeReadIsAProblem();
+    void malformedXmlIsAProblem_data();
+    void malformedXmlIsAProblem();
     void wholeDocumentHasNoProblem();
     void problemsAreFoundInEveryEncoding_data();
     void problemsAreFoundInEveryEncoding();
@@ -32,7 +32,7 @@ private Q_SLOTS:
     void anUndeclaredPrefixOfTheRootIsAProblem();
 };
 
-void XmlProblemsTest::xmlThatCannotBeReadIsAProblem_data()
+void XmlProblemsTest::malformedXmlIsAProblem_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<QString>("problem");
@@ -44,7 +44,7 @@ void XmlProblemsTest::xmlThatCannotBeReadIsAProblem_data()
         << QByteArray("<TunerProperties Version=\"1.1\" typ") << QStringLiteral("1:34: Premature end of document.");
 }
 
-void XmlProblemsTest::xmlThatCannotBeReadIsAProblem()
+void XmlProblemsTest::malformedXmlIsAProblem()
 {
     QFETCH(QByteArray, xml);
     QFETCH(QString, problem);

@@ -18,13 +18,13 @@ private Q_SLOTS:
     void bandwidthsWithinADecadeHaveALinearAxis();
     void theLargestAndTheLeastNumbersHaveAnAxis();
     void anAxisOverHundredsOfDecadesHasFewTicks();
-    void barsThatHaveNoPlaceAreLeftOut();
-    void aValueInItsRangeIsAMeter();
-    void aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data();
-    void aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo();
-    void largeNumbersAreInGroupsToTheEyeAlone();
+    void barsWithoutAPositionAreOmitted();
+    void valueInItsRangeIsAMeter();
+    void valueOutsideItsRangeIsAnImageWithTheReason_data();
+    void valueOutsideItsRangeIsAnImageWithTheReason();
+    void digitGroupsAreOnlyVisual();
     void theOptionAtTheIndexIsMarked();
-    void anOptionThatDiffersFromWhatIsChosenIsTold();
+    void optionThatDiffersFromTheChoiceIsReported();
     void theCurrentTextOfAListIsMarked();
 };
 
@@ -169,7 +169,7 @@ void HtmlPicturesTest::theLargestAndTheLeastNumbersHaveAnAxis()
              QStringLiteral("logarithmic axis from 1e-324 to 1e-322: 0.00% 1e-324, 50.00% 1e-323, 100.00% 1e-322"));
 }
 
-void HtmlPicturesTest::barsThatHaveNoPlaceAreLeftOut()
+void HtmlPicturesTest::barsWithoutAPositionAreOmitted()
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();
@@ -182,7 +182,7 @@ void HtmlPicturesTest::barsThatHaveNoPlaceAreLeftOut()
     QCOMPARE(barsOf(pageOf(withBandwidths({most, -most}))).size(), 2);
 }
 
-void HtmlPicturesTest::aValueInItsRangeIsAMeter()
+void HtmlPicturesTest::valueInItsRangeIsAMeter()
 {
     const PageTree page = pageOf(with(ranged(250, 50, 850, 100), &JobXml::ValueItem::SetValueNumericInt64));
     const PageNode *meter = byRole(page, "meter", "slider");
@@ -195,7 +195,7 @@ void HtmlPicturesTest::aValueInItsRangeIsAMeter()
     QCOMPARE(int(meter->allTagged("line").size()), 7); // between eight steps
 }
 
-void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data()
+void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
 {
     QTest::addColumn<qint64>("value");
     QTest::addColumn<qint64>("min");
@@ -212,7 +212,7 @@ void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data()
     row("no range", 5, 7, 3, "", "min is above max");
 }
 
-void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo()
+void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason()
 {
     QFETCH(qint64, value);
     QFETCH(qint64, min);
@@ -228,7 +228,7 @@ void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo()
     QCOMPARE(only(page.root().all([](const PageNode &node) { return node.isOfClass("note"); }))->wholeText(), note);
 }
 
-void HtmlPicturesTest::largeNumbersAreInGroupsToTheEyeAlone()
+void HtmlPicturesTest::digitGroupsAreOnlyVisual()
 {
     const QByteArray page = html(withBandwidths({9999, 12345, -1234567.25, 1e300}), {}, QStringLiteral("file.xml"));
     QVERIFY(page.contains(">9999</span>"));
@@ -257,7 +257,7 @@ void HtmlPicturesTest::theOptionAtTheIndexIsMarked()
     QVERIFY(page.root().all([](const PageNode &node) { return node.isOfClass("note"); }).empty());
 }
 
-void HtmlPicturesTest::anOptionThatDiffersFromWhatIsChosenIsTold()
+void HtmlPicturesTest::optionThatDiffersFromTheChoiceIsReported()
 {
     JobXml::SelectionItem item;
     item.Setname(QStringLiteral("one"));
@@ -276,8 +276,8 @@ void HtmlPicturesTest::anOptionThatDiffersFromWhatIsChosenIsTold()
         return texts;
     };
     QCOMPARE(notes(),
-             (QStringList{QStringLiteral("the option at this index has another name"),
-                          QStringLiteral("the option at this index has another value")}));
+             (QStringList{QStringLiteral("the option at this index has a different name"),
+                          QStringLiteral("the option at this index has a different value")}));
     selection.Setindex(-1);
     QCOMPARE(notes(), QStringList{QStringLiteral("no option has the index -1")});
     selection.Setindex(1);
@@ -305,7 +305,7 @@ void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
     };
     QCOMPARE(marked(), QStringList{QStringLiteral("li b")});
     list.Setvalue(QStringLiteral("c"));
-    QCOMPARE(marked(), QStringList{QStringLiteral("the value is none of the list")});
+    QCOMPARE(marked(), QStringList{QStringLiteral("the value is not in the list")});
 }
 
 TEST_SUITE(HtmlPicturesTest)
