@@ -3,9 +3,8 @@
 
 #include "framework/Hash.h"
 #include "framework/NewObject.h"
-#include "framework/Scalar.h"
-#include "framework/Table.h"
 #include "module/UnitStatics.h"
+#include "values/RangedNumber.h"
 
 namespace JobXml {
 
@@ -13,27 +12,17 @@ namespace {
 
 const UnitStatics unitStatics(QLatin1String("ValueNumericFloat"));
 
-struct ValueNumericFloatData
+struct Tags
 {
-    QString id;
-    float value = 0.0F;
-    float min = 0.0F;
-    float max = 0.0F;
-    float step = 0.0F;
+    static constexpr quint32 value = 0xE3DF649D;
+    static constexpr quint32 min = 0x655BA9DC;
+    static constexpr quint32 max = 0x81166ACB;
+    static constexpr quint32 step = 0xA8D464CF;
 };
 
-// clang-format off
-namespace row {
-constexpr Scalar id{   0, "id",    0x2B262DC9, &ValueNumericFloatData::id,    Attribute | Mandatory | NullPassesIsValid | Identifies};
-constexpr Scalar value{1, "value", 0xE3DF649D, &ValueNumericFloatData::value, Attribute | Mandatory};
-constexpr Scalar min{  2, "min",   0x655BA9DC, &ValueNumericFloatData::min,   Attribute | Mandatory};
-constexpr Scalar max{  3, "max",   0x81166ACB, &ValueNumericFloatData::max,   Attribute | Mandatory};
-constexpr Scalar step{ 4, "step",  0xA8D464CF, &ValueNumericFloatData::step,  Attribute | Mandatory};
-} // namespace row
+using row = RangedNumber<float, Tags>;
 
-constexpr Table members{row::id, row::value, row::min, row::max, row::step};
-constexpr ClassInfo valueNumericFloat = describe<ValueNumericFloat, members>(unitStatics.objectName, 0x4BA90080);
-// clang-format on
+constexpr ClassInfo valueNumericFloat = describe<ValueNumericFloat, row::members>(unitStatics.objectName, 0x4BA90080);
 
 } // namespace
 
@@ -45,9 +34,9 @@ ValueNumericFloat &ValueNumericFloat::operator=(const ValueNumericFloat &other) 
 ValueNumericFloat &ValueNumericFloat::operator=(ValueNumericFloat &&other) noexcept = default;
 ValueNumericFloat::~ValueNumericFloat() = default;
 
-bool ValueNumericFloat::operator==(const ValueNumericFloat &other) const { return equals(other); }
-bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { return !equals(other); }
-void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { swapData(other); }
+bool ValueNumericFloat::operator==(const ValueNumericFloat &other) const { return areEqual(*this, other); }
+bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { return !areEqual(*this, other); }
+void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueNumericFloat &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericFloat> ValueNumericFloat::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericFloat>(xml, error); }

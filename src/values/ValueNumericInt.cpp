@@ -3,9 +3,8 @@
 
 #include "framework/Hash.h"
 #include "framework/NewObject.h"
-#include "framework/Scalar.h"
-#include "framework/Table.h"
 #include "module/UnitStatics.h"
+#include "values/RangedNumber.h"
 
 namespace JobXml {
 
@@ -13,27 +12,17 @@ namespace {
 
 const UnitStatics unitStatics(QLatin1String("ValueNumericInt"));
 
-struct ValueNumericIntData
+struct Tags
 {
-    QString id;
-    int value = 0;
-    int min = 0;
-    int max = 0;
-    int step = 0;
+    static constexpr quint32 value = 0x0BA44238;
+    static constexpr quint32 min = 0x685654A1;
+    static constexpr quint32 max = 0x25F6AFCC;
+    static constexpr quint32 step = 0x43766B23;
 };
 
-// clang-format off
-namespace row {
-constexpr Scalar id{   0, "id",    0x2B262DC9, &ValueNumericIntData::id,    Attribute | Mandatory | NullPassesIsValid | Identifies};
-constexpr Scalar value{1, "value", 0x0BA44238, &ValueNumericIntData::value, Attribute | Mandatory};
-constexpr Scalar min{  2, "min",   0x685654A1, &ValueNumericIntData::min,   Attribute | Mandatory};
-constexpr Scalar max{  3, "max",   0x25F6AFCC, &ValueNumericIntData::max,   Attribute | Mandatory};
-constexpr Scalar step{ 4, "step",  0x43766B23, &ValueNumericIntData::step,  Attribute | Mandatory};
-} // namespace row
+using row = RangedNumber<int, Tags>;
 
-constexpr Table members{row::id, row::value, row::min, row::max, row::step};
-constexpr ClassInfo valueNumericInt = describe<ValueNumericInt, members>(unitStatics.objectName, 0xC55D0588);
-// clang-format on
+constexpr ClassInfo valueNumericInt = describe<ValueNumericInt, row::members>(unitStatics.objectName, 0xC55D0588);
 
 } // namespace
 
@@ -45,9 +34,9 @@ ValueNumericInt &ValueNumericInt::operator=(const ValueNumericInt &other) noexce
 ValueNumericInt &ValueNumericInt::operator=(ValueNumericInt &&other) noexcept = default;
 ValueNumericInt::~ValueNumericInt() = default;
 
-bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return equals(other); }
-bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !equals(other); }
-void ValueNumericInt::swap(ValueNumericInt &other) noexcept { swapData(other); }
+bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return areEqual(*this, other); }
+bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !areEqual(*this, other); }
+void ValueNumericInt::swap(ValueNumericInt &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueNumericInt &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericInt> ValueNumericInt::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt>(xml, error); }

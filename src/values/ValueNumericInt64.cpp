@@ -3,9 +3,8 @@
 
 #include "framework/Hash.h"
 #include "framework/NewObject.h"
-#include "framework/Scalar.h"
-#include "framework/Table.h"
 #include "module/UnitStatics.h"
+#include "values/RangedNumber.h"
 
 namespace JobXml {
 
@@ -13,27 +12,17 @@ namespace {
 
 const UnitStatics unitStatics(QLatin1String("ValueNumericInt64"));
 
-struct ValueNumericInt64Data
+struct Tags
 {
-    QString id;
-    qint64 value = 0;
-    qint64 min = 0;
-    qint64 max = 0;
-    qint64 step = 0;
+    static constexpr quint32 value = 0x64A03F86;
+    static constexpr quint32 min = 0x6A28E46A;
+    static constexpr quint32 max = 0x86123363;
+    static constexpr quint32 step = 0x27D34B73;
 };
 
-// clang-format off
-namespace row {
-constexpr Scalar id{   0, "id",    0x2B262DC9, &ValueNumericInt64Data::id,    Attribute | Mandatory | NullPassesIsValid | Identifies};
-constexpr Scalar value{1, "value", 0x64A03F86, &ValueNumericInt64Data::value, Attribute | Mandatory};
-constexpr Scalar min{  2, "min",   0x6A28E46A, &ValueNumericInt64Data::min,   Attribute | Mandatory};
-constexpr Scalar max{  3, "max",   0x86123363, &ValueNumericInt64Data::max,   Attribute | Mandatory};
-constexpr Scalar step{ 4, "step",  0x27D34B73, &ValueNumericInt64Data::step,  Attribute | Mandatory};
-} // namespace row
+using row = RangedNumber<qint64, Tags>;
 
-constexpr Table members{row::id, row::value, row::min, row::max, row::step};
-constexpr ClassInfo valueNumericInt64 = describe<ValueNumericInt64, members>(unitStatics.objectName, 0x044D7AEC);
-// clang-format on
+constexpr ClassInfo valueNumericInt64 = describe<ValueNumericInt64, row::members>(unitStatics.objectName, 0x044D7AEC);
 
 } // namespace
 
@@ -45,9 +34,9 @@ ValueNumericInt64 &ValueNumericInt64::operator=(const ValueNumericInt64 &other) 
 ValueNumericInt64 &ValueNumericInt64::operator=(ValueNumericInt64 &&other) noexcept = default;
 ValueNumericInt64::~ValueNumericInt64() = default;
 
-bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { return equals(other); }
-bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !equals(other); }
-void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { swapData(other); }
+bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { return areEqual(*this, other); }
+bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !areEqual(*this, other); }
+void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueNumericInt64 &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericInt64> ValueNumericInt64::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt64>(xml, error); }

@@ -7,26 +7,6 @@ namespace Damage {
 
 namespace {
 
-QVariant defaultOf(const MemberRule &member)
-{
-    switch (member.kind) {
-    case Kind::Boolean:
-        return false;
-    case Kind::Integer:
-        return QLatin1String(member.name) == QLatin1String("quantity") ? 1 : 0;
-    case Kind::Integer64:
-        return qlonglong(0);
-    case Kind::Unsigned64:
-        return qulonglong(0);
-    case Kind::Float:
-        return 0.0F;
-    case Kind::Double:
-        return 0.0;
-    default:
-        return QString();
-    }
-}
-
 QString refusedItem(const Expected &owner, const MemberRule &member)
 {
     return QStringLiteral("IncompleteDefinitionException: %1: Tried to append not completely defined or invalid item "
@@ -53,7 +33,7 @@ void Expected::reset()
     choice = 255;
     for (const MemberRule &member : rule->members) {
         of(member) = Held();
-        of(member).value = defaultOf(member);
+        of(member).value = member.defaultValue;
     }
 }
 
@@ -91,7 +71,7 @@ bool Expected::hasData() const
 
 bool Expected::isOlder() const
 {
-    return QStringLiteral("1.1").toFloat() > versionLoaded.toFloat();
+    return versionMember().defaultValue.toString().toFloat() > versionLoaded.toFloat();
 }
 
 // Data of an older version begin with everything at its default, and with the one quantity that this gives.

@@ -56,8 +56,7 @@ public:
     /// A text of 16-bit units, as only the version is in records. Half a unit is an error.
     QString version(const Expected &reading)
     {
-        const MemberRule version{0, "Version", versionTag, Kind::Text, Plain, nullptr};
-        const auto size = quint32(length(reading, Word::TextLength, &version));
+        const auto size = quint32(length(reading, Word::TextLength, &versionMember()));
         if (size == 0xFFFFFFFF)
             return QString();
         if (size % 2 != 0)
@@ -138,9 +137,8 @@ void readMembers(Expected &object, RecordInput &in, qint32 length)
     qint64 left = length;
     while (left > 0 && !in.atEnd()) {
         const quint32 tag = in.word(object);
-        const bool isVersion = object.is("TunerProperties") && tag == versionTag;
-        const MemberRule version{0, "Version", versionTag, Kind::Text, Plain, nullptr};
-        const MemberRule *member = isVersion ? &version : object.rule->byTag(tag);
+        const bool isVersion = object.is("TunerProperties") && tag == versionMember().tag;
+        const MemberRule *member = isVersion ? &versionMember() : object.rule->byTag(tag);
         const bool holdsObject = member && (member->kind == Kind::Child || member->kind == Kind::Alternative);
         const qint32 memberLength = in.length(object, holdsObject ? Word::ObjectLength : Word::MemberLength, member);
         left -= 8 + qint64(memberLength);

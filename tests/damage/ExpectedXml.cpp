@@ -128,7 +128,7 @@ void readElement(Expected &object, const XmlTokens::Token &start, XmlInput &in)
 {
     object.touched = true;
     if (object.is("TunerProperties")) {
-        const QString version = start.attributes.value(QLatin1String("Version")).toString();
+        const QString version = start.attributes.value(QLatin1String(versionMember().name)).toString();
         object.takeVersion(version.isNull() ? QStringLiteral("") : version);
     }
     for (const MemberRule &member : object.rule->members) {

@@ -3,110 +3,164 @@
 
 #include <algorithm>
 
-#include <QStringList>
+#include <QFile>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace Damage {
 
 namespace {
 
-// clang-format off
-const MemberRule id{         0, "id",    0x2B262DC9, Kind::Text, Attribute | Mandatory, nullptr};
-const MemberRule idInList{   1, "id",    0x2B262DC9, Kind::Text, Attribute | Mandatory, nullptr};
-
-MemberRule value(quint32 tag, Kind kind, int bit = 1)
+Kind kindOf(const QString &kind)
 {
-    return {bit, "value", tag, kind, Attribute | Mandatory, nullptr};
+    static const QHash<QString, Kind> kinds{
+        {QStringLiteral("text"), Kind::Text},
+        {QStringLiteral("boolean"), Kind::Boolean},
+        {QStringLiteral("int32"), Kind::Integer},
+        {QStringLiteral("int64"), Kind::Integer64},
+        {QStringLiteral("uint64"), Kind::Unsigned64},
+        {QStringLiteral("float"), Kind::Float},
+        {QStringLiteral("double"), Kind::Double},
+        {QStringLiteral("enumeration"), Kind::TypeName},
+        {QStringLiteral("enumeration list"), Kind::Modes},
+        {QStringLiteral("object list"), Kind::List},
+        {QStringLiteral("object"), Kind::Child},
+        {QStringLiteral("alternative"), Kind::Alternative},
+    };
+    if (!kinds.contains(kind))
+        qFatal("no rules for members of the kind '%s'", qPrintable(kind));
+    return kinds.value(kind);
 }
 
-QVector<MemberRule> ranged(Kind kind, quint32 valueTag, quint32 minTag, quint32 maxTag, quint32 stepTag)
+// Of "written / read", only the second matters here.
+unsigned snapshotTraitsOf(const QString &snapshot)
 {
-    return {id,
-            value(valueTag, kind),
-            {2, "min",  minTag,  kind, Attribute | Mandatory, nullptr},
-            {3, "max",  maxTag,  kind, Attribute | Mandatory, nullptr},
-            {4, "step", stepTag, kind, Attribute | Mandatory, nullptr}};
+    static const QHash<QString, unsigned> traits{
+        {QStringLiteral("always"), Plain},
+        {QStringLiteral("when set"), SnapshotIfSet},
+        {QStringLiteral("set / always"), Plain},
+        {QStringLiteral("items when set"), Plain},
+        {QStringLiteral("items set / always"), SnapshotByCount},
+        {QStringLiteral("chosen: set / always"), Plain},
+    };
+    if (!traits.contains(snapshot))
+        qFatal("no rules for members that a snapshot holds '%s'", qPrintable(snapshot));
+    return traits.value(snapshot);
 }
 
-MemberRule alternative(int bit, const char *name, quint32 tag)
+QVariant defaultOf(Kind kind, const QJsonValue &value)
 {
-    return {bit, name, tag, Kind::Alternative, Plain, name};
+    switch (kind) {
+    case Kind::Boolean:
+        return value.toBool();
+    case Kind::Integer:
+        return value.toInt();
+    case Kind::Integer64: // a text, since numbers of JSON are not exact
+        return value.toString().toLongLong();
+    case Kind::Unsigned64:
+        return value.toString().toULongLong();
+    case Kind::Float:
+        return float(value.toDouble());
+    case Kind::Double:
+        return value.toDouble();
+    default:
+        return QString();
+    }
+}
+
+quint32 hexNumber(const QJsonValue &value)
+{
+    bool ok = false;
+    const quint32 number = value.toString().toUInt(&ok, 16);
+    if (!ok)
+        qFatal("'%s' in the model is not a hexadecimal number", qPrintable(value.toString()));
+    return number;
+}
+
+MemberRule memberRule(const QJsonObject &row)
+{
+    MemberRule member;
+    member.bit = row.value(QLatin1String("bit")).toInt(-1);
+    member.name = row.value(QLatin1String("name")).toString().toLatin1();
+    member.tag = hexNumber(row.value(QLatin1String("tag")));
+    member.kind = kindOf(row.value(QLatin1String("kind")).toString());
+    member.traits = snapshotTraitsOf(row.value(QLatin1String("snapshot")).toString());
+    if (row.value(QLatin1String("xml")).toString() == QLatin1String("attribute"))
+        member.traits |= Attribute;
+    if (row.value(QLatin1String("mandatory")).toBool())
+        member.traits |= Mandatory;
+    member.object = row.value(QLatin1String("class")).toString().toLatin1();
+    member.defaultValue = defaultOf(member.kind, row.value(QLatin1String("default")));
+    member.names = row.value(QLatin1String("names")).toVariant().toStringList();
+    return member;
+}
+
+ClassRule classRule(const QJsonObject &listed)
+{
+    ClassRule rule{listed.value(QLatin1String("name")).toString().toLatin1(),
+                   hexNumber(listed.value(QLatin1String("identifier"))),
+                   {}};
+    const QJsonArray rows = listed.value(QLatin1String("members")).toArray();
+    for (const QJsonValue &row : rows)
+        rule.members.append(memberRule(row.toObject()));
+    // Attributes are written before elements, both in the order of their bits.
+    rule.members = rule.inBitOrder();
+    std::stable_partition(rule.members.begin(), rule.members.end(),
+                          [](const MemberRule &member) { return member.has(Attribute); });
+    return rule;
+}
+
+QJsonArray classesOfTheModel()
+{
+    QFile file(QStringLiteral(MODEL_JSON));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s: %s", MODEL_JSON, qPrintable(file.errorString()));
+    QJsonParseError error;
+    const QJsonDocument model = QJsonDocument::fromJson(file.readAll(), &error);
+    if (model.isNull())
+        qFatal("cannot read %s: %s", MODEL_JSON, qPrintable(error.errorString()));
+    return model.object().value(QLatin1String("classes")).toArray();
 }
 
 QVector<ClassRule> makeRules()
 {
-    constexpr unsigned optionalText = Attribute | SnapshotIfSet;
-    return {
-        {"TunerProperties", 0xC10CBB5F, {
-            { 5, "name",                 0xCB4CF645, Kind::Text,       optionalText,              nullptr},
-            { 6, "type",                 0xA1F0EE2D, Kind::TypeName,   Attribute | Mandatory,     nullptr},
-            { 7, "baseresource",         0xE0CFAE8E, Kind::Text,       Attribute | Mandatory,     nullptr},
-            { 8, "connectableResources", 0x6ADAF7A6, Kind::Text,       optionalText,              nullptr},
-            { 9, "quantity",             0xA59D7D84, Kind::Integer,    Attribute | SnapshotIfSet, nullptr},
-            {10, "parentBaseResource",   0x0BEE909A, Kind::Text,       optionalText,              nullptr},
-            {11, "hwProcessing",         0x64D08C29, Kind::Boolean,    Attribute | SnapshotIfSet, nullptr},
-            { 0, "StartupModes",         0x2A68BEF4, Kind::Child,      SnapshotIfSet,             "StartupModes"},
-            { 1, "BandwidthSelection",   0xC2483BA3, Kind::List,       SnapshotIfSet,             "BandwidthSelection"},
-            { 2, "MaxFFPDelay",          0xC8B67267, Kind::Unsigned64, SnapshotIfSet,             nullptr},
-            { 3, "HRPANSupported",       0xC82D81E1, Kind::Boolean,    SnapshotIfSet,             nullptr},
-            { 4, "Component",            0x66BA8E61, Kind::List,       Mandatory,                 "Component"}}},
-        {"StartupModes", 0xA7563754, {
-            {0, "StartupMode", 0x627B74CE, Kind::Modes, Mandatory, nullptr}}},
-        {"BandwidthSelection", 0x09F7EAA9, {
-            {0, "Name",         0x8C9FBCA8, Kind::Text,   Mandatory, nullptr},
-            {1, "MaxBandwidth", 0xA723FFDA, Kind::Double, Mandatory, nullptr}}},
-        {"Component", 0x0ADD1857, {
-            {1, "type",        0x0BAD2053, Kind::Text,    Attribute | Mandatory,       nullptr},
-            {2, "name",        0xCB4CF645, Kind::Text,    Attribute | Mandatory,       nullptr},
-            {3, "displayName", 0xA1939AA3, Kind::Text,    optionalText,                nullptr},
-            {4, "optional",    0x44E09811, Kind::Boolean, Attribute | Mandatory,       nullptr},
-            {0, "Node",        0xC5E53936, Kind::List,    Mandatory | SnapshotByCount, "Node"}}},
-        {"Node", 0xC8131DB4, {
-            idInList,
-            {0, "ValueItem", 0x4F71131F, Kind::List, Mandatory | SnapshotByCount, "ValueItem"}}},
-        {"ValueItem", 0xA6C468CF, {
-            alternative(0, "ValueBoolean",      0xE8182C83),
-            alternative(1, "ValueFloat",        0x07877B18),
-            alternative(2, "ValueInt",          0x4ACA6514),
-            alternative(3, "ValueInt64",        0xC7AF86A5),
-            alternative(4, "ValueNumericFloat", 0x881D77BB),
-            alternative(5, "ValueNumericInt",   0x07114506),
-            alternative(6, "ValueNumericInt64", 0x8CD014A1),
-            alternative(7, "ValueSelection",    0xAA5F786F),
-            alternative(8, "ValueString",       0x022B9478),
-            alternative(9, "ValueStringList",   0x491ED6FE)}},
-        {"ValueBoolean", 0xC8FC2661, {id, value(0x89537E94, Kind::Boolean)}},
-        {"ValueFloat",   0x6440D555, {id, value(0xE3DF649D, Kind::Float)}},
-        {"ValueInt",     0x278DA93B, {id, value(0x0BA44238, Kind::Integer)}},
-        {"ValueInt64",   0x4E82A0AA, {id, value(0x64A03F86, Kind::Integer64)}},
-        {"ValueNumericFloat", 0x4BA90080,
-            ranged(Kind::Float,     0xE3DF649D, 0x655BA9DC, 0x81166ACB, 0xA8D464CF)},
-        {"ValueNumericInt",   0xC55D0588,
-            ranged(Kind::Integer,   0x0BA44238, 0x685654A1, 0x25F6AFCC, 0x43766B23)},
-        {"ValueNumericInt64", 0x044D7AEC,
-            ranged(Kind::Integer64, 0x64A03F86, 0x6A28E46A, 0x86123363, 0x27D34B73)},
-        {"ValueSelection", 0x00C375A5, {
-            idInList,
-            value(0xC14D665E, Kind::Double, 2),
-            {3, "text",          0xA323E10D, Kind::Text,    Attribute | Mandatory, nullptr},
-            {4, "index",         0x2128394B, Kind::Integer, Attribute | Mandatory, nullptr},
-            {0, "SelectionItem", 0x4FB19F31, Kind::List,    Mandatory,             "SelectionItem"}}},
-        {"SelectionItem", 0x228141C0, {
-            {0, "name", 0xCB4CF645, Kind::Text, Attribute | Mandatory, nullptr},
-            value(0xC14D665E, Kind::Double)}},
-        {"ValueString", 0xC5ECF92B, {id, value(0xCEFF51BA, Kind::Text)}},
-        {"ValueStringList", 0xC290BC31, {
-            idInList,
-            value(0xCEFF51BA, Kind::Text, 2),
-            {0, "StringItem", 0x2940EBDD, Kind::List, Mandatory, "StringItem"}}},
-        {"StringItem", 0xEBB03A60, {value(0xCEFF51BA, Kind::Text, 0)}},
-    };
+    QVector<ClassRule> rules;
+    const QJsonArray classes = classesOfTheModel();
+    for (const QJsonValue &listed : classes)
+        rules.append(classRule(listed.toObject()));
+    return rules;
 }
-// clang-format on
+
+MemberRule makeVersionMember()
+{
+    const QJsonObject version = classesOfTheModel().at(0).toObject().value(QLatin1String("version")).toObject();
+    MemberRule member{};
+    member.name = version.value(QLatin1String("attribute")).toString().toLatin1();
+    member.tag = hexNumber(version.value(QLatin1String("tag")));
+    member.kind = Kind::Text;
+    member.defaultValue = version.value(QLatin1String("value")).toString();
+    return member;
+}
+
+const QStringList &namesOf(const char *className, const char *member)
+{
+    const MemberRule *found = ruleOf(QString::fromLatin1(className)).byName(QString::fromLatin1(member));
+    if (!found || found->names.isEmpty())
+        qFatal("the model has no enumeration %s.%s", className, member);
+    return found->names;
+}
 
 const QStringList &typeNames()
 {
-    static const QStringList names{QStringLiteral("MCP"), QStringLiteral("SCP"), QStringLiteral("FFP"),
-                                   QStringLiteral("Receiver"), QStringLiteral("DirectionFinder")};
+    static const QStringList &names = namesOf("TunerProperties", "type");
+    return names;
+}
+
+const QStringList &modeNames()
+{
+    static const QStringList &names = namesOf("StartupModes", "StartupMode");
     return names;
 }
 
@@ -114,15 +168,6 @@ QVariant shown(int value, const QStringList &names)
 {
     const bool hasName = value >= 0 && value < names.size();
     return hasName || value == -1 ? QVariant(names.value(value)) : QVariant(value);
-}
-
-const QStringList &modeNames()
-{
-    static const QStringList names{QStringLiteral("Scan"),   QStringLiteral("FastScan"), QStringLiteral("MScan"),
-                                   QStringLiteral("FFM"),    QStringLiteral("WFFM"),     QStringLiteral("Step"),
-                                   QStringLiteral("DF"),     QStringLiteral("MSearch"),  QStringLiteral("Polar"),
-                                   QStringLiteral("Search"), QStringLiteral("Stop")};
-    return names;
 }
 
 } // namespace
@@ -159,8 +204,15 @@ const ClassRule &ruleOf(const QString &className)
     const QVector<ClassRule> &rules = classRules();
     const auto found = std::find_if(rules.begin(), rules.end(),
                                     [&](const ClassRule &rule) { return QLatin1String(rule.name) == className; });
-    Q_ASSERT(found != rules.end());
+    if (found == rules.end())
+        qFatal("the model has no class '%s'", qPrintable(className));
     return *found;
+}
+
+const MemberRule &versionMember()
+{
+    static const MemberRule member = makeVersionMember();
+    return member;
 }
 
 int typeByName(const QString &name)

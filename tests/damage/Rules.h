@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
+#include <QByteArray>
+#include <QStringList>
 #include <QVariant>
 #include <QVector>
 
-/// What the formats say about each class, told a second time: the tests of this folder work out from it what reading
-/// damaged data must give, without asking the library.
+/// What the tests of this folder know about each class, from share/model.json: names, tags, order and kinds. How each
+/// kind is read is written out in the Expected files, so that the tests work out what damaged data must give without
+/// the library.
 namespace Damage {
 
 enum class Kind {
@@ -35,18 +37,20 @@ enum Trait : unsigned {
 struct MemberRule
 {
     int bit;
-    const char *name;
+    QByteArray name;
     quint32 tag;
     Kind kind;
     unsigned traits;
-    const char *object; ///< the class of an item, child or alternative
+    QByteArray object; ///< the class of an item, child or alternative
+    QVariant defaultValue; ///< as a visitor is shown it
+    QStringList names; ///< of an enumeration, by number
 
     bool has(Trait trait) const { return (traits & trait) != 0; }
 };
 
 struct ClassRule
 {
-    const char *name;
+    QByteArray name;
     quint32 identifier;
     QVector<MemberRule> members; ///< in the order of XML and records
 
@@ -66,6 +70,7 @@ QVariant shownType(int type);
 QVariant shownMode(int mode);
 bool isMode(int mode);
 
-constexpr quint32 versionTag = 0xCCFEDFA1;
+/// The version of a document as the member that it is in records, and the newest version.
+const MemberRule &versionMember();
 
 } // namespace Damage

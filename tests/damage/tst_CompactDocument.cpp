@@ -147,7 +147,7 @@ void CompactDocumentTest::everyTagIsInTheRecord()
         for (const MemberRule &member : rule.members) {
             QByteArray tag;
             QDataStream(&tag, QIODevice::WriteOnly) << member.tag;
-            QVERIFY2(record.contains(tag), member.name);
+            QVERIFY2(record.contains(tag), member.name.constData());
         }
     }
 }

@@ -85,7 +85,7 @@ void DensestInputTest::recordsOfEmptyItemsStayWithinTheBound()
             payload = counted(word(0) + word(0));
         else
             continue;
-        measure(recordWith(memberRecord(member.tag, payload)), member.name,
+        measure(recordWith(memberRecord(member.tag, payload)), member.name.constData(),
                 [](JobXml::DataObject &object, const QByteArray &input) { readRecord(object, input); });
     }
 }
@@ -95,7 +95,8 @@ void DensestInputTest::recordsOfLongTextsStayWithinTheBound()
     for (const MemberRule &member : ruleOf(type().staticName()).members) {
         if (member.kind != Kind::Text && member.kind != Kind::Float && member.kind != Kind::Double)
             continue;
-        measure(recordWith(memberRecord(member.tag, word(inputSize) + QByteArray(inputSize, 'x'))), member.name,
+        measure(recordWith(memberRecord(member.tag, word(inputSize) + QByteArray(inputSize, 'x'))),
+                member.name.constData(),
                 [](JobXml::DataObject &object, const QByteArray &input) { readRecord(object, input); });
     }
 }
@@ -106,7 +107,7 @@ void DensestInputTest::recordsOfManySmallMembersStayWithinTheBound()
     measure(recordWith(repeated(memberRecord(0x11111111, {}))), "unknown members", read);
     for (const MemberRule &member : ruleOf(type().staticName()).members) {
         if (member.kind == Kind::List)
-            measure(recordWith(repeated(memberRecord(member.tag, word(1) + word(0)))), member.name, read);
+            measure(recordWith(repeated(memberRecord(member.tag, word(1) + word(0)))), member.name.constData(), read);
     }
 }
 
@@ -122,7 +123,7 @@ void DensestInputTest::snapshotsOfEmptyItemsStayWithinTheBound()
     const MemberRule first = ruleOf(type().staticName()).inBitOrder().first();
     if (!emptyItems.contains(QLatin1String(first.name)))
         return; // the lists of the document are not its first members; they are those of the others in the large
-    measure(bytes("01") + counted(emptyItems.value(QLatin1String(first.name))), first.name,
+    measure(bytes("01") + counted(emptyItems.value(QLatin1String(first.name))), first.name.constData(),
             [](JobXml::DataObject &object, const QByteArray &input) { readSnapshot(object, input); });
 }
 

@@ -58,6 +58,30 @@ function(expect_consumer_to_work program)
     endif()
 endfunction()
 
+# The program of consumer/ with a derived class writes its own attribute, element and records, and reads them back.
+function(expect_derived_class_to_work program)
+    run(${program} ${EXAMPLE})
+    string(CONCAT expected
+        "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"\" site=\"a\">"
+        "<MaxFFPDelay>5</MaxFFPDelay><remark>b</remark></TunerProperties>\n"
+        "00 00 00 63 " # 99 bytes
+        "CC FE DF A1 00 00 00 0A 00 00 00 06 00 31 00 2E 00 31 " # version "1.1"
+        "A1 F0 EE 2D 00 00 00 07 00 00 00 03 53 43 50 " # type "SCP"
+        "E0 CF AE 8E 00 00 00 04 FF FF FF FF " # no baseresource
+        "C8 B6 72 67 00 00 00 08 00 00 00 00 00 00 00 05 " # MaxFFPDelay 5
+        "66 BA 8E 61 00 00 00 04 00 00 00 00 " # no components
+        "5E 51 E0 01 00 00 00 05 00 00 00 01 61 " # site "a"
+        "5E 51 E0 02 00 00 00 05 00 00 00 01 62\n" # remark "b"
+        "TunerProperties: Please set site properly.\n"
+        "its XML reads back: the same document\n"
+        "its records read back: the same document\n"
+        "its snapshot reads back: the same document\n"
+        "merged into a new one: the same document\n")
+    if(NOT output STREQUAL expected)
+        message(FATAL_ERROR "${program} prints\n${output}and not\n${expected}")
+    endif()
+endfunction()
+
 # Configures and builds a project, here by its name in this folder, in a build folder of its own.
 function(build_project folder build)
     cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY ${CMAKE_CURRENT_FUNCTION_LIST_DIR})

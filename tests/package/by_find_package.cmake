@@ -8,6 +8,10 @@ expect_headers(${build}/compile_commands.json FROM ${PREFIX}/${INCLUDE_DIR} NOT_
 expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/consumer)
 expect_consumer_to_work(${build}/consumer)
 
+# A derived class needs nothing that is not installed.
+expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/derived)
+expect_derived_class_to_work(${build}/derived)
+
 # One library alone does not bring the others along.
 build_project(registry_alone ${build}/registry_alone
     -DCMAKE_PREFIX_PATH=${PREFIX} "-DCMAKE_CXX_FLAGS=${FLAGS}")

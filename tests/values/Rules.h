@@ -11,6 +11,8 @@
 
 using ValueItemKinds::sample;
 
+Q_DECLARE_METATYPE(StreamSettings)
+
 /// The accessors of one member that every member has.
 template <class Object, class T, class Getter>
 struct Accessors
@@ -172,4 +174,22 @@ inline QByteArray recordWithText(quint32 tag, const QByteArray &utf8)
     const qint32 payload = 4 + utf8.size();
     stream << qint32(8 + payload) << tag << payload << utf8;
     return record;
+}
+
+template <class Object>
+using NumberOf = decltype(std::declval<const Object &>().Getvalue());
+
+/// The number of a data row, which must have the type of the class.
+template <class Object>
+NumberOf<Object> numberOf(const Object &, const QVariant &number)
+{
+    if (number.userType() != qMetaTypeId<NumberOf<Object>>())
+        qFatal("the row has a %s", number.typeName());
+    return number.value<NumberOf<Object>>();
+}
+
+/// A data row for a class, named `Class: description`.
+inline QTestData &newRow(const char *className, const char *description)
+{
+    return QTest::addRow("%s: %s", className, description) << QString::fromLatin1(className);
 }
