@@ -78,7 +78,9 @@ template <class T>
 T filled()
 {
     T object;
+    object.SetValidate(false);
     Damage::Filler().fill(object);
+    object.SetValidate(true);
     return object;
 }
 
