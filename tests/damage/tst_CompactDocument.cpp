@@ -176,5 +176,5 @@ void CompactDocumentTest::theHeapIsCounted()
     QVERIFY(another.bytes() < 100000);
 }
 
-QTEST_GUILESS_MAIN(CompactDocumentTest)
+TEST_SUITE(CompactDocumentTest)
 #include "tst_CompactDocument.moc"

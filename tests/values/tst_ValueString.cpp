@@ -252,5 +252,5 @@ void ValueStringTest::lengthsMustAddUp()
     QCOMPARE(object.Getvalue(), QStringLiteral("x"));
 }
 
-QTEST_GUILESS_MAIN(ValueStringTest)
+TEST_SUITE(ValueStringTest)
 #include "tst_ValueString.moc"
