@@ -8,6 +8,7 @@
 namespace JobXml {
 
 // clang-format off
+// NOLINTBEGIN(bugprone-macro-parentheses): they are operands of a sum
 
 /// The classes of the model, as Classes.def lists them.
 #define JOBXML_CLASS(folder, Class) + ClassTag<Class>()
@@ -22,6 +23,7 @@ using Kinds = decltype(TypeList<>()
 #include "Classes.def"
 );
 
+// NOLINTEND(bugprone-macro-parentheses)
 // clang-format on
 
 } // namespace JobXml

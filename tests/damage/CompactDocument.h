@@ -1,105 +1,120 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
+
 #include "Encodings.h"
+#include "Model.h"
 
 #include <jobxml/TunerProperties.h>
 
-/// The document that the tests of this folder damage: as small as it can be with every member of every class and all
-/// ten kinds of values in it, since each of its bytes is cut off and each of its bits flipped.
+/// The document that the tests of this folder damage: as small as it can be with every member of every class and every
+/// kind of value in it, since each of its bytes is cut off and each of its bits flipped.
 namespace Damage {
 
-template <class Value, class Number>
-Value named(const char *id, Number number)
+/// Sets every member, with one item in each list and one value of each kind. Each text is a single letter, and nearly
+/// all values differ, so that no member can pass for another.
+class Filler
 {
-    Value value;
-    value.Setid(QString::fromLatin1(id));
-    value.Setvalue(number);
-    return value;
-}
+public:
+    void fill(JobXml::DataObject &object)
+    {
+        JobXml::visit(object, [this](JobXml::MemberEditor &member) { fill(member); });
+    }
 
-template <class Value, class Number>
-Value ranged(const char *id, Number number)
-{
-    Value value = named<Value>(id, number);
-    value.Setmin(Number(-1));
-    value.Setmax(Number(9));
-    value.Setstep(Number(1));
-    return value;
-}
+private:
+    void fill(JobXml::MemberEditor &member)
+    {
+        using JobXml::MemberKind;
+        switch (member.GetKind()) {
+        case MemberKind::Choice:
+        case MemberKind::Alternative:
+            break; // see fillItems()
+        case MemberKind::ObjectList:
+            fillItems(member);
+            break;
+        case MemberKind::Object:
+            fill(member.EditChild());
+            break;
+        default:
+            if (!member.SetValue(nextValue(member)))
+                qFatal("cannot set %s", member.GetName().data());
+        }
+    }
 
-inline JobXml::ValueSelection compactSelection()
-{
-    JobXml::SelectionItem item;
-    item.Setname(QStringLiteral("i"));
-    item.Setvalue(1.5);
-    auto selection = named<JobXml::ValueSelection>("h", 2.5);
-    selection.Settext(QStringLiteral("t"));
-    selection.Setindex(3);
-    selection.AppendSelectionItem(item);
-    return selection;
-}
+    // An item that is one of several alternatives is there once for each of them.
+    void fillItems(JobXml::MemberEditor &list)
+    {
+        JobXml::DataObject &first = list.AppendChild();
+        fill(first);
+        QStringList alternatives;
+        JobXml::visit(std::as_const(first), [&](const JobXml::MemberView &member) {
+            if (member.GetKind() == JobXml::MemberKind::Alternative)
+                alternatives += member.GetName();
+        });
+        for (int i = 0; i < alternatives.size(); ++i) {
+            JobXml::DataObject &item = i == 0 ? list.EditChild() : list.AppendChild();
+            JobXml::visit(item, [&](JobXml::MemberEditor &member) {
+                if (member.GetName() == alternatives.at(i))
+                    fill(member.EditChild());
+            });
+        }
+    }
 
-inline JobXml::ValueStringList compactStringList()
-{
-    JobXml::StringItem item;
-    item.Setvalue(QStringLiteral("y"));
-    auto list = named<JobXml::ValueStringList>("l", QStringLiteral("x"));
-    list.AppendStringItem(item);
-    return list;
-}
+    QVariant nextValue(const JobXml::MemberView &member)
+    {
+        using JobXml::MemberKind;
+        ++m_count;
+        switch (member.GetKind()) {
+        case MemberKind::Text:
+            return QString(QChar::fromLatin1(char('A' + m_count % 26)));
+        case MemberKind::Boolean:
+            return true;
+        case MemberKind::Int:
+            return -m_count;
+        case MemberKind::Int64:
+            return (qlonglong(1) << 32) + m_count; // more than 32 bits
+        case MemberKind::UInt64:
+            return qulonglong(m_count);
+        case MemberKind::Float:
+            return float(m_count) + 0.5F;
+        case MemberKind::Double:
+            return m_count + 0.25;
+        case MemberKind::Enumeration:
+            return member.GetNames().first();
+        case MemberKind::EnumerationList:
+            return someNames(member.GetNames());
+        default:
+            return QVariant();
+        }
+    }
 
-/// One node with a value of each kind, in the order of the kinds.
-inline JobXml::Node compactNode()
-{
-    using namespace JobXml;
-    JobXml::Node node;
-    node.Setid(QStringLiteral("n"));
-    const auto append = [&](auto set, const auto &value) {
-        ValueItem item;
-        (item.*set)(value);
-        node.AppendValueItem(item);
-    };
-    append(&ValueItem::SetValueBoolean, named<ValueBoolean>("a", true));
-    append(&ValueItem::SetValueFloat, named<ValueFloat>("b", 0.5F));
-    append(&ValueItem::SetValueInt, named<ValueInt>("c", -7));
-    append(&ValueItem::SetValueInt64, named<ValueInt64>("d", qint64(1) << 32));
-    append(&ValueItem::SetValueNumericFloat, ranged<ValueNumericFloat>("e", 0.25F));
-    append(&ValueItem::SetValueNumericInt, ranged<ValueNumericInt>("f", 5));
-    append(&ValueItem::SetValueNumericInt64, ranged<ValueNumericInt64>("g", qint64(6)));
-    append(&ValueItem::SetValueSelection, compactSelection());
-    append(&ValueItem::SetValueString, named<ValueString>("k", QString::fromUtf8("\xF0\x9F\x93\xA1")));
-    append(&ValueItem::SetValueStringList, compactStringList());
-    return node;
-}
+    // Two names, in descending order. None of four bytes, which a damaged length would make a whole tag.
+    static QVariantList someNames(QStringList names)
+    {
+        names.erase(std::remove_if(names.begin(), names.end(), [](const QString &name) { return name.size() == 4; }),
+                    names.end());
+        return {names.at(1), names.at(0)};
+    }
+
+    int m_count = 0;
+};
 
 inline JobXml::TunerProperties makeCompactDocument()
 {
-    using namespace JobXml;
-    JobXml::BandwidthSelection bandwidth;
-    bandwidth.SetName(QStringLiteral("W"));
-    bandwidth.SetMaxBandwidth(2.5);
+    JobXml::TunerProperties document;
+    document.SetValidate(false); // an item has no data before it is filled
+    Filler().fill(document);
+    document.SetValidate(true);
 
-    JobXml::Component component;
-    component.Settype(QStringLiteral("F"));
-    component.Setname(QStringLiteral("C"));
-    component.SetdisplayName(QStringLiteral("&"));
-    component.Setoptional(true);
-    component.AppendNode(compactNode());
-
-    TunerProperties document;
-    document.Setname(QStringLiteral("N"));
-    document.Settype(TunerProperties::type::MCP);
-    document.Setbaseresource(QStringLiteral("B"));
+    // Texts that take more than one byte in UTF-8, one unit in UTF-16 or one character in XML.
     document.SetconnectableResources(QString::fromUtf8("\xC3\xA4"));
-    document.Setquantity(2);
-    document.SetparentBaseResource(QStringLiteral("P"));
-    document.SethwProcessing(true);
-    document.GetStartupModes().SetStartupMode({StartupModes::StartupMode::DF, StartupModes::StartupMode::FFM});
-    document.AppendBandwidthSelection(bandwidth);
-    document.SetMaxFFPDelay(250);
-    document.SetHRPANSupported(true);
-    document.AppendComponent(component);
+    JobXml::Component &component = document.GetComponent().first();
+    component.SetdisplayName(QStringLiteral("&"));
+    for (JobXml::ValueItem &item : component.GetNode().first().GetValueItem()) {
+        if (item.IsValueStringSet())
+            item.GetValueString().Setvalue(QString::fromUtf8("\xF0\x9F\x93\xA1"));
+    }
     return document;
 }
 
@@ -109,7 +124,7 @@ inline const JobXml::TunerProperties &compactDocument()
     return document;
 }
 
-/// The document as a file holds it, but for the indentation, which would only make more of the same.
+/// The document as a file holds it, without the indentation, which would only add more of the same.
 inline const QByteArray &compactXml()
 {
     static const QByteArray xml =

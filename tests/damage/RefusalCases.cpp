@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "RefusalCases.h"
 
+#include <QHash>
+
 #include "Encodings.h"
 
 namespace Damage {
@@ -246,38 +248,47 @@ QVector<RefusalCase> takenByAll(const ClassRule &rule)
         {"texts and numbers that are not there", Encoding::Record, word(quint32(members.size())) + members, {}, false}};
 }
 
-struct Around
+// A class that holds objects of another one, and the member that it holds them in.
+struct Parent
 {
-    const char *className;
-    const char *parent;
-    const char *before;
-    const char *behind;
-    quint32 tag; // of the member record that holds it in the parent
-    bool isItem;
+    const ClassRule *rule = nullptr;
+    const MemberRule *member = nullptr;
 };
 
-const Around around[] = {
-    {"StartupModes", "TunerProperties", R"(<TunerProperties Version="1.1" type="MCP" baseresource="B">)",
-     "</TunerProperties>", 0x2A68BEF4, false},
-    {"BandwidthSelection", "TunerProperties", R"(<TunerProperties Version="1.1" type="MCP" baseresource="B">)",
-     "</TunerProperties>", 0xC2483BA3, true},
-    {"Component", "TunerProperties", R"(<TunerProperties Version="1.1" type="MCP" baseresource="B">)",
-     "</TunerProperties>", 0x66BA8E61, true},
-    {"Node", "Component", R"(<Component type="F" name="C" optional="true">)", "</Component>", 0xC5E53936, true},
-    {"ValueItem", "Node", R"(<Node id="n">)", "</Node>", 0x4F71131F, true},
-    {"ValueBoolean", "ValueItem", "<ValueItem>", "</ValueItem>", 0xE8182C83, false},
-    {"ValueFloat", "ValueItem", "<ValueItem>", "</ValueItem>", 0x07877B18, false},
-    {"ValueInt", "ValueItem", "<ValueItem>", "</ValueItem>", 0x4ACA6514, false},
-    {"ValueInt64", "ValueItem", "<ValueItem>", "</ValueItem>", 0xC7AF86A5, false},
-    {"ValueNumericFloat", "ValueItem", "<ValueItem>", "</ValueItem>", 0x881D77BB, false},
-    {"ValueNumericInt", "ValueItem", "<ValueItem>", "</ValueItem>", 0x07114506, false},
-    {"ValueNumericInt64", "ValueItem", "<ValueItem>", "</ValueItem>", 0x8CD014A1, false},
-    {"ValueSelection", "ValueItem", "<ValueItem>", "</ValueItem>", 0xAA5F786F, false},
-    {"ValueString", "ValueItem", "<ValueItem>", "</ValueItem>", 0x022B9478, false},
-    {"ValueStringList", "ValueItem", "<ValueItem>", "</ValueItem>", 0x491ED6FE, false},
-    {"SelectionItem", "ValueSelection", R"(<ValueSelection id="h">)", "</ValueSelection>", 0x4FB19F31, true},
-    {"StringItem", "ValueStringList", R"(<ValueStringList id="l">)", "</ValueStringList>", 0x2940EBDD, true},
-};
+Parent parentOf(const QString &className)
+{
+    for (const ClassRule &rule : classRules()) {
+        for (const MemberRule &member : rule.members) {
+            if (QLatin1String(member.object) == className)
+                return {&rule, &member};
+        }
+    }
+    return {};
+}
+
+// The element of a parent, which has the attributes that a document needs to be read while validating.
+QByteArray inElementOf(const Parent &parent, const QByteArray &child)
+{
+    static const QHash<QByteArray, QByteArray> attributes{
+        {"TunerProperties", R"( Version="1.1" type="MCP" baseresource="B")"},
+        {"Component", R"( type="F" name="C" optional="true")"},
+        {"Node", R"( id="n")"},
+        {"ValueSelection", R"( id="h")"},
+        {"ValueStringList", R"( id="l")"},
+    };
+    const QByteArray &name = parent.rule->name;
+    return '<' + name + attributes.value(name) + '>' + child + "</" + name + '>';
+}
+
+// The record of a parent. The length of a child or an alternative is that of its member record.
+QByteArray inRecordOf(const Parent &parent, const QByteArray &child)
+{
+    QByteArray member = word(parent.member->tag);
+    if (parent.member->kind == Kind::List)
+        member += word(quint32(4 + child.size())) + word(1);
+    member += child;
+    return word(quint32(member.size())) + member;
+}
 
 } // namespace
 
@@ -292,25 +303,8 @@ QVector<RefusalCase> refusalsOf(const QString &className)
 QByteArray inDocument(const QString &className, const RefusalCase &refusal)
 {
     QByteArray input = refusal.input;
-    QString inside = className;
-    for (bool found = true; found;) {
-        found = false;
-        for (const Around &outer : around) {
-            if (inside != QLatin1String(outer.className))
-                continue;
-            if (refusal.encoding == Encoding::Xml) {
-                input = outer.before + input + outer.behind;
-            } else {
-                // An alternative's or child's own length is that of its member record.
-                const QByteArray item = outer.isItem ? word(quint32(4 + input.size())) + word(1) : QByteArray();
-                const QByteArray member = word(outer.tag) + item + input;
-                input = word(quint32(member.size())) + member;
-            }
-            inside = QLatin1String(outer.parent);
-            found = true;
-            break;
-        }
-    }
+    for (Parent parent = parentOf(className); parent.rule; parent = parentOf(QString::fromLatin1(parent.rule->name)))
+        input = refusal.encoding == Encoding::Xml ? inElementOf(parent, input) : inRecordOf(parent, input);
     return input;
 }
 

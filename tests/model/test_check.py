@@ -16,7 +16,7 @@ PROJECT = Path(__file__).resolve().parents[2]
 PROGRAM = sys.argv.pop(1)
 MADE = ("share/model.json", "share/tuner-properties.xsd", "docs/formats.md", "fuzz/Tags.inc",
         "fuzz/dictionaries/records.dict", "fuzz/dictionaries/xml.dict", "fuzz/dictionaries/json.dict",
-        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h")
+        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h", "tests/Members.inc")
 
 
 class Check(unittest.TestCase):
@@ -50,6 +50,8 @@ class Check(unittest.TestCase):
         version = '  "version": "1.1",'
         required = '    <xs:attribute name="optional" type="Boolean" use="required">'
         text = "template <> inline char *toString(const JobXml::Node &object) { return JobXml::testText(object); }"
+        accessors = ('    use(Value<T, double>{"MaxBandwidth", &T::GetMaxBandwidth, &T::SetMaxBandwidth, '
+                     "&T::IsMaxBandwidthSet, &T::ResetMaxBandwidth});")
         for path, old, new in (
             ("share/model.json", version, '  "version": "1.0",'),
             ("docs/formats.md", *bandwidth),
@@ -63,6 +65,7 @@ class Check(unittest.TestCase):
             ("fuzz/dictionaries/json.dict", r'"\"MaxBandwidth\":"', ""),
             ("fuzz/dictionaries/paths.dict", '"MaxBandwidth"', ""),
             ("include/jobxml/QtTest.h", text, ""),
+            ("tests/Members.inc", accessors, ""),
         ):
             with self.subTest(f"{path}: {old}"):
                 before = (self.top / path).read_text(encoding="utf-8")
