@@ -51,12 +51,12 @@ class CompactDocumentTest : public QObject
 
 private Q_SLOTS:
     void everyMemberOfEveryClassIsSet();
-    void theRulesNameEveryMember();
+    void rulesNameEveryMember();
     void everyKindOfValueIsThere();
-    void eachEncodingHoldsTheWholeDocument();
+    void everyEncodingContainsTheWholeDocument();
     void everyTagIsInTheRecord();
-    void itIsSmallEnoughForExhaustiveTests();
-    void theHeapIsCounted();
+    void documentIsSmallEnoughForExhaustiveTests();
+    void heapIsCounted();
 };
 
 void CompactDocumentTest::everyMemberOfEveryClassIsSet()
@@ -76,7 +76,7 @@ void CompactDocumentTest::everyMemberOfEveryClassIsSet()
 }
 
 // A new object of each class shows all of its members.
-void CompactDocumentTest::theRulesNameEveryMember()
+void CompactDocumentTest::rulesNameEveryMember()
 {
     const auto compare = [](const DataObject &object) {
         QStringList shown = Model::members(object);
@@ -100,7 +100,7 @@ void CompactDocumentTest::everyKindOfValueIsThere()
     QCOMPARE(kinds, ValueItem::GetChoiceValueItems());
 }
 
-void CompactDocumentTest::eachEncodingHoldsTheWholeDocument()
+void CompactDocumentTest::everyEncodingContainsTheWholeDocument()
 {
     const TunerProperties original = compactDocument();
     QVERIFY(original.GetProblems().isEmpty());
@@ -151,7 +151,7 @@ void CompactDocumentTest::everyTagIsInTheRecord()
     }
 }
 
-void CompactDocumentTest::itIsSmallEnoughForExhaustiveTests()
+void CompactDocumentTest::documentIsSmallEnoughForExhaustiveTests()
 {
     const auto isAtMost = [](int size, int most) {
         QVERIFY2(size <= most, qPrintable(QStringLiteral("%1 bytes").arg(size)));
@@ -161,7 +161,7 @@ void CompactDocumentTest::itIsSmallEnoughForExhaustiveTests()
     isAtMost(compactXml().size(), 2000);
 }
 
-void CompactDocumentTest::theHeapIsCounted()
+void CompactDocumentTest::heapIsCounted()
 {
     {
         const HeapPeak peak;

@@ -40,15 +40,15 @@ class RecordCutsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyCutIsALengthErrorAndKeepsWhatWasWhole_data() { validatingRows(); }
-    void everyCutIsALengthErrorAndKeepsWhatWasWhole();
-    void theErrorNamesTheInnermostObjectThatIsCut();
-    void moreAndMoreOfTheDocumentStays();
+    void everyCutThrowsALengthErrorAndKeepsTheCompleteMembers_data() { validatingRows(); }
+    void everyCutThrowsALengthErrorAndKeepsTheCompleteMembers();
+    void errorNamesTheInnermostTruncatedObject();
+    void longerRecordKeepsMoreOfTheDocument();
     void everyCutOfARepresentationIsRefusedBeforeItIsRead();
     void everyCutOfARepresentationFromAPipeIsRefusedBeforeItIsRead();
 };
 
-void RecordCutsTest::everyCutIsALengthErrorAndKeepsWhatWasWhole()
+void RecordCutsTest::everyCutThrowsALengthErrorAndKeepsTheCompleteMembers()
 {
     QFETCH(bool, validate);
     constexpr int firstInTheRecord = 4; // what is cut in its length word never gets as far as the object
@@ -58,7 +58,7 @@ void RecordCutsTest::everyCutIsALengthErrorAndKeepsWhatWasWhole()
     QCOMPARE(sweep.refused, sweep.damaged);
 }
 
-void RecordCutsTest::theErrorNamesTheInnermostObjectThatIsCut()
+void RecordCutsTest::errorNamesTheInnermostTruncatedObject()
 {
     const QByteArray whole = recordOf(compactDocument());
     const QVector<Extent> objects = objectsIn(whole);
@@ -75,7 +75,7 @@ void RecordCutsTest::theErrorNamesTheInnermostObjectThatIsCut()
     }
 }
 
-void RecordCutsTest::moreAndMoreOfTheDocumentStays()
+void RecordCutsTest::longerRecordKeepsMoreOfTheDocument()
 {
     const QByteArray whole = recordOf(compactDocument());
     const auto setMembers = [](const TunerProperties &document) {

@@ -76,9 +76,9 @@ class RecordWordsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theWordsAreAllThere();
-    void everyHostileWordGivesWhatTheFormatSays_data() { validatingRows(); }
-    void everyHostileWordGivesWhatTheFormatSays();
+    void everyLengthAndCountIsFound();
+    void everyHostileWordIsReadAsTheFormatDefines_data() { validatingRows(); }
+    void everyHostileWordIsReadAsTheFormatDefines();
     void noHostileWordPassesForAGoodDocument_data() { validatingRows(); }
     void noHostileWordPassesForAGoodDocument();
 
@@ -101,7 +101,7 @@ private:
     }
 };
 
-void RecordWordsTest::theWordsAreAllThere()
+void RecordWordsTest::everyLengthAndCountIsFound()
 {
     const QByteArray record = recordOf(compactDocument());
     QMap<int, int> found;
@@ -122,7 +122,7 @@ void RecordWordsTest::theWordsAreAllThere()
              memberCount({Kind::Text, Kind::TypeName, Kind::Float, Kind::Double}) + modes + version);
 }
 
-void RecordWordsTest::everyHostileWordGivesWhatTheFormatSays()
+void RecordWordsTest::everyHostileWordIsReadAsTheFormatDefines()
 {
     QFETCH(bool, validate);
     int accepted = 0;

@@ -45,12 +45,12 @@ class RefusalsWhileReadingTest : public Suite
     Q_OBJECT
 
 private Q_SLOTS:
-    void eachLeavesAUsableObject_data() { validatingRows(); }
-    void eachLeavesAUsableObject();
-    void eachLeavesAUsableObjectThatHeldSomethingBefore_data() { validatingRows(); }
-    void eachLeavesAUsableObjectThatHeldSomethingBefore();
-    void eachLeavesAUsableDocumentAroundIt_data() { validatingRows(); }
-    void eachLeavesAUsableDocumentAroundIt();
+    void everyRefusalLeavesAUsableObject_data() { validatingRows(); }
+    void everyRefusalLeavesAUsableObject();
+    void everyRefusalLeavesAFilledObjectUsable_data() { validatingRows(); }
+    void everyRefusalLeavesAFilledObjectUsable();
+    void everyRefusalLeavesTheDocumentAroundItUsable_data() { validatingRows(); }
+    void everyRefusalLeavesTheDocumentAroundItUsable();
 
 private:
     static QString textOf(const RefusalCase &refusal, bool validate)
@@ -72,7 +72,7 @@ private:
     }
 };
 
-void RefusalsWhileReadingTest::eachLeavesAUsableObject()
+void RefusalsWhileReadingTest::everyRefusalLeavesAUsableObject()
 {
     QFETCH(bool, validate);
     for (const RefusalCase &refusal : refusalsOf(type().staticName())) {
@@ -87,7 +87,7 @@ void RefusalsWhileReadingTest::eachLeavesAUsableObject()
     }
 }
 
-void RefusalsWhileReadingTest::eachLeavesAUsableObjectThatHeldSomethingBefore()
+void RefusalsWhileReadingTest::everyRefusalLeavesAFilledObjectUsable()
 {
     QFETCH(bool, validate);
     const QByteArray before = recordOf(*type().full());
@@ -102,7 +102,7 @@ void RefusalsWhileReadingTest::eachLeavesAUsableObjectThatHeldSomethingBefore()
     }
 }
 
-void RefusalsWhileReadingTest::eachLeavesAUsableDocumentAroundIt()
+void RefusalsWhileReadingTest::everyRefusalLeavesTheDocumentAroundItUsable()
 {
     QFETCH(bool, validate);
     for (const RefusalCase &refusal : refusalsOf(type().staticName())) {

@@ -11,12 +11,12 @@ class SnapshotCutsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyCutKeepsWhatWasWhole_data() { validatingRows(); }
-    void everyCutKeepsWhatWasWhole();
-    void noCutItemIsAppended();
+    void everyCutKeepsTheCompleteMembers_data() { validatingRows(); }
+    void everyCutKeepsTheCompleteMembers();
+    void truncatedItemsAreNotAppended();
 };
 
-void SnapshotCutsTest::everyCutKeepsWhatWasWhole()
+void SnapshotCutsTest::everyCutKeepsTheCompleteMembers()
 {
     QFETCH(bool, validate);
     const Sweep sweep = cutEverywhere(Encoding::Snapshot, validate, 0);
@@ -25,7 +25,7 @@ void SnapshotCutsTest::everyCutKeepsWhatWasWhole()
     QCOMPARE(sweep.refused, 0);
 }
 
-void SnapshotCutsTest::noCutItemIsAppended()
+void SnapshotCutsTest::truncatedItemsAreNotAppended()
 {
     const TunerProperties original = compactDocument();
     const QByteArray snapshot = snapshotOf(original);

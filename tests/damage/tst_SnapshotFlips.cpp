@@ -10,8 +10,8 @@ class SnapshotFlipsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitGivesWhatTheFormatSays_data() { validatingRows(); }
-    void everyFlippedBitGivesWhatTheFormatSays()
+    void everyFlippedBitIsReadAsTheFormatDefines_data() { validatingRows(); }
+    void everyFlippedBitIsReadAsTheFormatDefines()
     {
         QFETCH(bool, validate);
         const Sweep sweep = flipEveryBit(Encoding::Snapshot, validate);

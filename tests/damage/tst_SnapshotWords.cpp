@@ -9,8 +9,8 @@ class SnapshotWordsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyHostileWordGivesWhatTheFormatSays_data() { validatingRows(); }
-    void everyHostileWordGivesWhatTheFormatSays()
+    void everyHostileWordIsReadAsTheFormatDefines_data() { validatingRows(); }
+    void everyHostileWordIsReadAsTheFormatDefines()
     {
         QFETCH(bool, validate);
         const QVector<qint32> words{-1, -8, 0, 0x7FFFFFFF, -0x7FFFFFFF - 1};

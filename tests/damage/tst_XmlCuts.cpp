@@ -10,14 +10,14 @@ class XmlCutsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyCutIsRefusedWithItsPlace_data() { validatingRows(); }
-    void everyCutIsRefusedWithItsPlace();
-    void everyCutOfATextIsRefusedWithItsPlace_data() { validatingRows(); }
-    void everyCutOfATextIsRefusedWithItsPlace();
-    void everyCutBehindWhatIsRefusedStillTellsOfThat();
+    void everyCutIsRefusedWithItsLocation_data() { validatingRows(); }
+    void everyCutIsRefusedWithItsLocation();
+    void everyCutOfATextIsRefusedWithItsLocation_data() { validatingRows(); }
+    void everyCutOfATextIsRefusedWithItsLocation();
+    void everyCutAfterARefusedElementThrowsItsRefusal();
 };
 
-void XmlCutsTest::everyCutIsRefusedWithItsPlace()
+void XmlCutsTest::everyCutIsRefusedWithItsLocation()
 {
     QFETCH(bool, validate);
     const XmlSweep sweep = cutXmlEverywhere(XmlSource::File, validate);
@@ -27,7 +27,7 @@ void XmlCutsTest::everyCutIsRefusedWithItsPlace()
     QCOMPARE(sweep.refused, sweep.all() - 1);
 }
 
-void XmlCutsTest::everyCutOfATextIsRefusedWithItsPlace()
+void XmlCutsTest::everyCutOfATextIsRefusedWithItsLocation()
 {
     QFETCH(bool, validate);
     const XmlSweep sweep = cutXmlEverywhere(XmlSource::Text, validate);
@@ -39,7 +39,7 @@ void XmlCutsTest::everyCutOfATextIsRefusedWithItsPlace()
 }
 
 // Content that is complete and refused comes first: that the text breaks off behind it makes no difference.
-void XmlCutsTest::everyCutBehindWhatIsRefusedStillTellsOfThat()
+void XmlCutsTest::everyCutAfterARefusedElementThrowsItsRefusal()
 {
     QByteArray whole = compactXml();
     whole.replace("<HRPANSupported>true</HRPANSupported>", "<HRPANSupported></HRPANSupported>");

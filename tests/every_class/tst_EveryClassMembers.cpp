@@ -9,7 +9,7 @@ class EveryClassMembersTest : public Suite
     Q_OBJECT
 
 private Q_SLOTS:
-    void theRowsAreTheClassesOfTheModel()
+    void rowsAreTheClassesOfTheModel()
     {
         QStringList rows = everyClassName();
         rows.sort();

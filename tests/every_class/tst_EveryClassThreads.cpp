@@ -203,10 +203,10 @@ class EveryClassThreadsTest : public Suite
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyOperationRunsBesideEveryOther();
+    void everyOperationRunsConcurrentlyWithEveryOther();
 };
 
-void EveryClassThreadsTest::everyOperationRunsBesideEveryOther()
+void EveryClassThreadsTest::everyOperationRunsConcurrentlyWithEveryOther()
 {
     const ClassUnderTest &current = type();
     const LoggerPointer sourcesLogger = std::make_shared<Logger>();

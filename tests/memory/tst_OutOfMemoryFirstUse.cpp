@@ -126,14 +126,14 @@ class OutOfMemoryFirstUseTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theCallerGetsBadAllocAndTheSecondUseIsAsGood_data()
+    void badAllocReachesTheCallerAndTheSecondUseSucceeds_data()
     {
         QTest::addColumn<int>("use");
         for (int i = 0; i < reports.size(); ++i)
             QTest::newRow(uses[i].name) << i;
     }
 
-    void theCallerGetsBadAllocAndTheSecondUseIsAsGood()
+    void badAllocReachesTheCallerAndTheSecondUseSucceeds()
     {
         QFETCH(int, use);
         const QStringList found = surprises(reports.at(use), uses[use].places);

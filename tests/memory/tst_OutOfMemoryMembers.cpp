@@ -296,7 +296,7 @@ class OutOfMemoryMembersTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void ofTheValues()
+    void singleValuesSurviveBadAlloc()
     {
         QVERIFY(valueMembers<ValueBoolean>(true).areSurvived(&m_allocations));
         QVERIFY(valueMembers<ValueFloat>(1.5F).areSurvived(&m_allocations));
@@ -305,14 +305,14 @@ private Q_SLOTS:
         QVERIFY(valueMembers<ValueString>(word).areSurvived(&m_allocations));
     }
 
-    void ofTheRangedValues()
+    void rangedValuesSurviveBadAlloc()
     {
         QVERIFY(rangedMembers<ValueNumericFloat>(1.5F).areSurvived(&m_allocations));
         QVERIFY(rangedMembers<ValueNumericInt>(7).areSurvived(&m_allocations));
         QVERIFY(rangedMembers<ValueNumericInt64>(qint64(7)).areSurvived(&m_allocations));
     }
 
-    void ofTheListsOfValues()
+    void listsOfValuesSurviveBadAlloc()
     {
         QVERIFY(valueMembers<ValueSelection>(1.5)
                     .SCALAR(ValueSelection, text, word)
@@ -327,7 +327,7 @@ private Q_SLOTS:
         QVERIFY(Members<StringItem>().SCALAR(StringItem, value, word).areSurvived(&m_allocations));
     }
 
-    void ofTheChoice()
+    void choiceSurvivesBadAlloc()
     {
         QVERIFY(Members<ValueItem>()
                     .CHILD(ValueItem, ValueBoolean)
@@ -343,7 +343,7 @@ private Q_SLOTS:
                     .areSurvived(&m_allocations));
     }
 
-    void ofNodeAndComponent()
+    void nodeAndComponentSurviveBadAlloc()
     {
         QVERIFY(Members<Node>().SCALAR(Node, id, word).LIST(Node, ValueItem).areSurvived(&m_allocations));
         QVERIFY(Members<Component>()
@@ -355,7 +355,7 @@ private Q_SLOTS:
                     .areSurvived(&m_allocations));
     }
 
-    void ofModesAndBandwidths()
+    void modesAndBandwidthsSurviveBadAlloc()
     {
         QVERIFY(Members<StartupModes>().LIST(StartupModes, StartupMode).areSurvived(&m_allocations));
         QVERIFY(Members<BandwidthSelection>()
@@ -364,7 +364,7 @@ private Q_SLOTS:
                     .areSurvived(&m_allocations));
     }
 
-    void ofTheDocument()
+    void documentSurvivesBadAlloc()
     {
         QVERIFY(Members<TunerProperties>()
                     .SCALAR(TunerProperties, name, word)
@@ -383,7 +383,7 @@ private Q_SLOTS:
     }
 
     // After all others.
-    void noClassIsLeftOut()
+    void everyClassIsTested()
     {
         triedClasses().sort();
         QCOMPARE(triedClasses(), Model::classes());

@@ -134,8 +134,8 @@ private Q_SLOTS:
         addRefusals();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void badAllocReachesTheCallerAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void badAllocReachesTheCallerAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;

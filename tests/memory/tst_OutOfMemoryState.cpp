@@ -98,8 +98,8 @@ private Q_SLOTS:
         addHandOver();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void badAllocReachesTheCallerAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void badAllocReachesTheCallerAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;
@@ -107,8 +107,8 @@ private Q_SLOTS:
         qInfo("%d allocations", m_allocations - before);
     }
 
-    void whatCannotThrowAllocatesNothing_data();
-    void whatCannotThrowAllocatesNothing();
+    void noexceptFunctionsDoNotAllocate_data();
+    void noexceptFunctionsDoNotAllocate();
 
     void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
 
@@ -258,7 +258,7 @@ private:
     int m_allocations = 0;
 };
 
-void OutOfMemoryStateTest::whatCannotThrowAllocatesNothing_data()
+void OutOfMemoryStateTest::noexceptFunctionsDoNotAllocate_data()
 {
     QTest::addColumn<Begins>("target");
     QTest::addColumn<Action>("prepare");
@@ -312,7 +312,7 @@ public:
 
 } // namespace
 
-void OutOfMemoryStateTest::whatCannotThrowAllocatesNothing()
+void OutOfMemoryStateTest::noexceptFunctionsDoNotAllocate()
 {
     QFETCH(Begins, target);
     QFETCH(Action, prepare);

@@ -64,7 +64,7 @@ private Q_SLOTS:
     void doublesAreWrittenWithTwoDecimals();
     void floatsAreWrittenWithTwoDecimals_data();
     void floatsAreWrittenWithTwoDecimals();
-    void whatIsNoFiniteNumberSurvives();
+    void infinityAndNaNAreReadBack();
     void aTinyNegativeNumberLosesItsSignTheSecondTime();
 };
 
@@ -327,7 +327,7 @@ void NumberTextsTest::floatsAreWrittenWithTwoDecimals()
         QVERIFY(recordOf(ranged).contains(recordWithText(tag, text.toLatin1()).mid(4)));
 }
 
-void NumberTextsTest::whatIsNoFiniteNumberSurvives()
+void NumberTextsTest::infinityAndNaNAreReadBack()
 {
     for (const float number : {std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(),
                                std::numeric_limits<float>::quiet_NaN()}) {

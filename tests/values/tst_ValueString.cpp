@@ -33,14 +33,14 @@ class ValueStringTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void everyMemberStoresAndResets();
     void aNullTextIsRefusedOnlyWhileValidating();
     void onlyANullTextIsInvalid();
     void checkNamesTheFirstMissingMember();
     void anEmptyValueIsDataAndPassesTheCheck();
-    void aNullValueIsNoDataAndFailsTheCheck();
-    void dataAsksForTheTextAndTheCheckForItsFlagToo();
+    void nullValueIsNotDataAndFailsTheCheck();
+    void hasDataRequiresTheTextAndCheckItsFlagToo();
     void equalityComparesIdAndValue();
 
     void aWholeValueHasThisElement();
@@ -50,15 +50,15 @@ private Q_SLOTS:
 
     void unsetTextsAreWrittenEmptyInXmlAndNullInBinary();
     void anEmptyElementIsAnEmptyValue();
-    void elementsReadTheSameAsAttributes();
+    void elementsAreReadLikeAttributes();
     void aNullValueInARecordComesBackEmpty();
     void aSnapshotStoresTheValueWithoutTheSetter();
     void anIdRecordIsReadByEveryClass();
     void theValueOfAnotherTypeIsSkipped();
-    void lengthsMustAddUp();
+    void wrongLengthThrowsLengthError();
 };
 
-void ValueStringTest::itHasItsNameAndIdentifier()
+void ValueStringTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(ValueString::GetStaticObjectName(), QStringLiteral("ValueString"));
     QCOMPARE(ValueString().GetObjectName(), QStringLiteral("ValueString"));
@@ -107,7 +107,7 @@ void ValueStringTest::anEmptyValueIsDataAndPassesTheCheck()
     QCOMPARE(thrownBy([&] { object.Check(); }), QString());
 }
 
-void ValueStringTest::aNullValueIsNoDataAndFailsTheCheck()
+void ValueStringTest::nullValueIsNotDataAndFailsTheCheck()
 {
     auto object = withoutValidation<ValueString>();
     object.Setid(QStringLiteral("s"));
@@ -120,7 +120,7 @@ void ValueStringTest::aNullValueIsNoDataAndFailsTheCheck()
     QVERIFY(!object.AnyData());
 }
 
-void ValueStringTest::dataAsksForTheTextAndTheCheckForItsFlagToo()
+void ValueStringTest::hasDataRequiresTheTextAndCheckItsFlagToo()
 {
     ValueString object;
     readSnapshot(object, bytes("01 00 00 00 02 00 73 00 00 00 00")); // a value that is there and not set
@@ -193,7 +193,7 @@ void ValueStringTest::anEmptyElementIsAnEmptyValue()
     }
 }
 
-void ValueStringTest::elementsReadTheSameAsAttributes()
+void ValueStringTest::elementsAreReadLikeAttributes()
 {
     ValueString object;
     readXml(object,
@@ -243,7 +243,7 @@ void ValueStringTest::theValueOfAnotherTypeIsSkipped()
     QVERIFY(!object.IsvalueSet());
 }
 
-void ValueStringTest::lengthsMustAddUp()
+void ValueStringTest::wrongLengthThrowsLengthError()
 {
     ValueString object;
     QCOMPARE(thrownBy([&] { readRecord(object, bytes("00 00 00 0C CE FF 51 BA 00 00 00 05 00 00 00 01 78")); }),
