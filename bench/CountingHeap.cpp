@@ -8,7 +8,7 @@
 
 #include <malloc.h>
 
-// What the C library's own definitions are called beside their public names.
+// The names of the C library's own definitions besides their public ones.
 extern "C" void *__libc_malloc(std::size_t size); // NOLINT
 extern "C" void *__libc_calloc(std::size_t number, std::size_t size); // NOLINT
 extern "C" void *__libc_realloc(void *memory, std::size_t size); // NOLINT
@@ -17,7 +17,7 @@ extern "C" void __libc_free(void *memory); // NOLINT
 
 namespace {
 
-// How much was asked for stands at the very end of a block, so that blocks begin, and are aligned, as always.
+// The requested size is stored at the very end of a block, so that beginning and alignment of blocks are as usual.
 constexpr std::size_t note = sizeof(std::size_t);
 
 // Constants at the start: the loader allocates before anything is initialized.

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
-/// Counts what all code of a program takes from the heap, in the bytes that it asked for. CountingHeap.cpp defines
-/// `malloc` and its relatives, which take the place of all others, and would be felt by a clock.
+/// Counts the heap use of all code of a program, in the bytes that it has requested. CountingHeap.cpp defines `malloc`
+/// and its relatives, which replace all others and would distort times.
 namespace Bench::CountingHeap {
 
 struct Counts
@@ -18,7 +18,7 @@ struct Counts
 /// Whether the program is built with it.
 bool isThere();
 
-/// Starts from zero; blocks that were there before count for nothing, and must not be freed while counting.
+/// Starts from zero; blocks that were allocated before are not counted, and must not be freed while counting.
 void start();
 Counts stop();
 

@@ -35,7 +35,7 @@ void count(const Operation &operation, Sample &sample)
 void countInstructions(const std::vector<Operation> &operations, Sample &sample)
 {
     // Fixed at its default, so that a text that grows beyond it is moved by the system in every run. Otherwise the
-    // warm run raises it, and whether a large text has to be copied depends on what happens to lie behind it.
+    // warm run raises it, and whether a large text has to be copied depends on the block that follows it by chance.
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);
     for (const Operation &operation : operations) {
         if (!operation.hasInstructions)

@@ -32,10 +32,10 @@ struct Sample
     QByteArray snapshot;
     PlainDocument plain;
     QVector<Token> tokens;
-    mutable std::string message; ///< protobuf's; made when that is first asked for
+    mutable std::string message; ///< protobuf's; written when it is first needed
 };
 
-/// What a document consists of, as far as any peer can tell: for comparing what it has read.
+/// The counts and sums of a document that every peer can determine, to compare what it has read.
 struct Summary
 {
     int nodes = 0;

@@ -35,9 +35,9 @@ void verify(const std::vector<Operation> &all, Sample &sample)
     }
 }
 
-/// In a thread of its own, so that its blocks come from a part of the heap of their own: what was done to the heap for
-/// making and verifying it must not change what malloc and free cost the operations. Blocks scattered over what others
-/// left behind take twice the time.
+/// In a thread of its own, so that its blocks come from a part of the heap of their own: the state of the heap after
+/// building and verifying it must not change the cost of malloc and free in the operations. Blocks scattered over a
+/// used heap take twice the time.
 std::unique_ptr<Sample> makeSample(const std::vector<Operation> &all, Shape shape, int nodes)
 {
     std::unique_ptr<Sample> sample;

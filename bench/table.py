@@ -1,16 +1,15 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Prints what the benchmark has measured beside what it should reach, and checks or records it.
+"""Prints the figures of the benchmark beside the targets, and checks or records them.
 
-scripts/bench.sh runs the programs and hands their output over:
+scripts/bench.sh runs the programs and passes their output:
 
   --timed FILE         JSON of Google Benchmark, with repetitions
   --instructions DIR   a folder of callgrind's files
   --memory FILE        the lines of tunerproperties_bench_memory
 
-All figures are kept in --results, so that a table shows those of an earlier run, too. What they should be stands in
-targets.json and nowhere else; a row's three numbers are those of times at 1,000 and 10,000 nodes, and of instructions
-at 1,000.
+All figures are kept in --results, so that a table also shows those of an earlier run. The targets are in targets.json
+and nowhere else; a row's three numbers are for times at 1,000 and 10,000 nodes, and for instructions at 1,000.
 """
 
 import argparse

@@ -1,11 +1,11 @@
-# What is installed beside the libraries and the tool, which say it themselves. There are three components: runtime
-# for programs that are linked with the libraries, development for building such programs, tools for people.
+# What is installed besides the libraries and the tool, whose rules are in their own files. There are three components:
+# runtime for programs that are linked with the libraries, development for building such programs, tools for people.
 #
-# Nothing that is installed holds a path of this machine, so the tree may be moved.
+# No installed file contains a path of this machine, so the tree may be moved.
 
 include(CMakePackageConfigHelpers)
 
-install(FILES ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd
+install(FILES ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd ${PROJECT_SOURCE_DIR}/share/model.json
     DESTINATION ${CMAKE_INSTALL_DATADIR}/tunerproperties
     COMPONENT development)
 
@@ -32,7 +32,7 @@ install(EXPORT TunerPropertiesTargets
     DESTINATION ${package_dir}
     COMPONENT development)
 
-# pkg-config tunerproperties: its folders are told from where the file stands.
+# pkg-config tunerproperties: its folders are relative to the file.
 set(pkgconfig_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH prefix_from_pkgconfig ${pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
@@ -43,7 +43,7 @@ install(FILES ${PROJECT_BINARY_DIR}/cmake/tunerproperties.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
     COMPONENT development)
 
-# The examples, with a project file by which they are built against what is installed.
+# The examples, with a project file that builds them against the installed libraries.
 set(examples_dir ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/
     DESTINATION ${examples_dir}

@@ -6,8 +6,7 @@ include(CheckCXXCompilerFlag)
 # An unloaded library must really go away; a unique symbol would pin it in the process.
 check_cxx_compiler_flag(-fno-gnu-unique TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
 
-# A library's calls of its own functions are its own business: they need not look whether another library has some of
-# the same names, and may be inlined.
+# Calls within a library are resolved within it, even if another library exports the same names, and may be inlined.
 check_cxx_compiler_flag(-fno-semantic-interposition TUNERPROPERTIES_HAS_NO_SEMANTIC_INTERPOSITION)
 
 check_cxx_compiler_flag(-fmacro-prefix-map=/a=/b TUNERPROPERTIES_HAS_MACRO_PREFIX_MAP)
@@ -56,7 +55,7 @@ function(tp_target_defaults target)
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
-        UNITY_BUILD OFF) # a project that takes in this one may be for it; our sources are not
+        UNITY_BUILD OFF) # an including project may use it; our sources do not support it
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
     if(TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
         target_compile_options(${target} PRIVATE -fno-gnu-unique)
@@ -69,8 +68,8 @@ function(tp_target_defaults target)
         QT_NO_FOREACH QT_DEPRECATED_WARNINGS QT_STRICT_ITERATORS)
 endfunction()
 
-# For what is installed: the places in sources that it tells of in debug builds are told from the top of the project.
-# Where that stood on the machine that built it means nothing anywhere else.
+# For installed targets: source paths in debug information are relative to the top of the project, because absolute ones
+# of the build machine mean nothing elsewhere.
 function(tp_relative_places target)
     if(TUNERPROPERTIES_HAS_MACRO_PREFIX_MAP)
         target_compile_options(${target} PRIVATE -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
@@ -92,7 +91,7 @@ function(tp_library_defaults target folder macro)
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
-        # Otherwise CMake makes room for another path by empty entries, which are the current folder.
+        # Otherwise CMake reserves space for another path with empty entries, which mean the current folder.
         BUILD_WITH_INSTALL_RPATH ON
         INSTALL_RPATH "$ORIGIN")
     tp_relative_places(${target})

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""doxygen_filter.py FILE prints a public header or a page as doxygen is to see it; the lines keep their numbers.
+"""doxygen_filter.py FILE prints a public header or a page as input for doxygen; the lines keep their numbers.
 
-Headers: a group's text also becomes that of its first member, from which doxygen takes it for the others, so that each
-function says at its own place what it is about. What classes of the model share with each other only is left out; what
-is protected for derived classes is marked. The documentation of a class or function ends with its example, the part of a
-file in snippets/ that is marked by its name; the headers do not refer to these files, which are not installed.
+Headers: a group's text also becomes that of its first member, from which doxygen copies it to the others, so that each
+function is documented. Members that classes of the model only share with each other are left out; what is protected for
+derived classes is marked. The documentation of a class or function ends with its example, the part of a file in
+snippets/ that is marked by its name; the headers do not refer to these files, which are not installed.
 
-Pages: headings get names, so that links to them, which other viewers of Markdown understand as they are, lead there.
-Links to files of the sources, which do not stand beside the manual, become plain text.
+Pages: headings are named, so that links to them, which other viewers of Markdown understand unchanged, work. Links to
+files of the sources, which are not part of the manual, become plain text.
 """
 
 import html
@@ -85,7 +85,7 @@ def pages():
     return {name for folder in folders for name in os.listdir(folder) if name in PAGES or folder.endswith("pages")}
 
 
-PAGES = ["formats.md", "json.md", "paths.md"]
+PAGES = ["formats.md", "json.md", "model.md", "paths.md"]
 
 
 def page(path, lines):

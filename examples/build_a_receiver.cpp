@@ -28,8 +28,7 @@
 
 namespace {
 
-// Every object is given to its parent complete: while validating, a parent refuses an item in which something is
-// missing.
+// Each object is complete before it is added to its parent: while validating, a parent refuses incomplete items.
 
 JobXml::ValueItem unit(const QString &symbol)
 {
@@ -193,7 +192,7 @@ JobXml::TunerProperties receiver()
     return tuner;
 }
 
-/// A snapshot is a stream without a mark or a length of its own, so it has no save operation; a file is soon made.
+/// Snapshots have no save operation, since they contain neither a signature nor their length.
 bool saveSnapshot(const JobXml::TunerProperties &tuner, const QString &path, QString &reason)
 {
     QSaveFile file(path);
@@ -255,7 +254,7 @@ int main(int argc, char *argv[])
     }
     try {
         const JobXml::TunerProperties tuner = receiver();
-        tuner.Check(); // throws for the first thing that is missing, as saving would
+        tuner.Check(); // throws for the first missing member, as saving does
         return saveInAllForms(tuner, folder) ? 0 : 1;
     } catch (const ReportException &exception) {
         std::fprintf(stderr, "build_a_receiver: %s\n", exception.what());

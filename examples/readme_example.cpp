@@ -14,7 +14,7 @@
 QString addOneMore(const QString &from, const QString &to)
 {
     JobXml::TunerProperties tuner;
-    if (!tuner.LoadXml(from)) // validates what it reads; what is wrong with the content is thrown
+    if (!tuner.LoadXml(from)) // validates what it reads; throws for errors in the content
         return tuner.GetErrorString(); // where and why: "receiver.xml:12:7: ..."
     tuner.Check(); // throws for the first thing that is missing: "TunerProperties: Please set type properly."
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Hands a tuner description from one encoding to the next, makes sure that it stays the same document, and prints what
-// each encoding costs.
+// Writes and reads a tuner description in one encoding after the other, checks that it stays the same document, and
+// prints size and time of each encoding.
 //
 //     roundtrip FILE.xml
 
@@ -77,8 +77,8 @@ double microseconds(const std::function<void()> &work)
     return static_cast<double>(*middle) / 1000.0;
 }
 
-/// Writes `tuner`, reads it back and puts the copy that came back in its place, so that the next encoding has to work
-/// with what this one has left. Returns whether nothing was lost.
+/// Writes `tuner`, reads it back and replaces it with the copy that was read, so that the next encoding starts from the
+/// result of this one. Returns whether nothing was lost.
 bool passThrough(const Encoding &encoding, TunerProperties &tuner)
 {
     QByteArray bytes = encoding.write(tuner);
@@ -141,7 +141,7 @@ int main(int argc, char *argv[])
     }
     try {
         return run(QString::fromLocal8Bit(argv[1]));
-    } catch (const std::exception &exception) { // what is wrong with the content of the document
+    } catch (const std::exception &exception) { // errors in the content of the document
         std::fprintf(stderr, "roundtrip: %s\n", exception.what());
         return 1;
     }

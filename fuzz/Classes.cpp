@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "Classes.h"
 
-#include <iterator>
-
-#include <jobxml/TunerProperties.h>
-
 namespace Fuzz {
 
 namespace {
@@ -25,34 +21,17 @@ constexpr Class classOf() noexcept
         [](const JobXml::DataObject &left, const JobXml::DataObject &right) { return of<T>(left) == of<T>(right); }};
 }
 
-// The order is that of the corpus: a new class goes to the end.
-constexpr Class classes[] = {
-    classOf<JobXml::TunerProperties>(),
-    classOf<JobXml::StartupModes>(),
-    classOf<JobXml::BandwidthSelection>(),
-    classOf<JobXml::Component>(),
-    classOf<JobXml::Node>(),
-    classOf<JobXml::ValueItem>(),
-    classOf<JobXml::ValueBoolean>(),
-    classOf<JobXml::ValueFloat>(),
-    classOf<JobXml::ValueInt>(),
-    classOf<JobXml::ValueInt64>(),
-    classOf<JobXml::ValueNumericFloat>(),
-    classOf<JobXml::ValueNumericInt>(),
-    classOf<JobXml::ValueNumericInt64>(),
-    classOf<JobXml::ValueSelection>(),
-    classOf<JobXml::SelectionItem>(),
-    classOf<JobXml::ValueString>(),
-    classOf<JobXml::ValueStringList>(),
-    classOf<JobXml::StringItem>(),
+template <class... T>
+struct Table
+{
+    static constexpr Class classes[] = {classOf<T>()...};
 };
-static_assert(std::size(classes) == NumberOfClasses);
 
 } // namespace
 
 const Class &classNumber(int number)
 {
-    return classes[number % NumberOfClasses];
+    return JobXml::Classes::Into<Table>::classes[number % NumberOfClasses];
 }
 
 } // namespace Fuzz

@@ -93,7 +93,7 @@ void freed(const volatile void *block)
 void start()
 {
     static const bool installed = __sanitizer_install_malloc_and_free_hooks(allocated, freed) != 0;
-    require(installed, "the sanitizer tells of every allocation");
+    require(installed, "the sanitizer reports every allocation");
     live = peak = 0;
     counting = true;
 }

@@ -7,8 +7,8 @@
 
 #include "Classes.h"
 
-/// What the targets share. The first byte of an input says how the rest of it is read: its low seven bits choose the
-/// class, its high bit switches validation off.
+/// What the targets share. The first byte of an input determines how the rest of it is read: its low seven bits choose
+/// the class, its high bit switches validation off.
 namespace Fuzz {
 
 struct Input
@@ -20,7 +20,7 @@ struct Input
 
     const Class *type = nullptr;
     bool validate = true;
-    QByteArray bytes; ///< what stands behind the first byte
+    QByteArray bytes; ///< after the first byte
 };
 
 /// Ends the program, and with it the run, unless `holds`: what a target asserts beyond what the sanitizers see.
@@ -49,8 +49,8 @@ constexpr qint64 memoryFor(qint64 inputSize)
 template <class Function>
 qint64 heapPeakOf(Function &&function);
 
-/// Uses an object, in whatever state reading the input has left it, in every way there is: asks, checks, writes,
-/// copies, resets. Where the input is large, only resets: there the time that reading takes is to be seen.
+/// Uses an object, in the state in which reading the input has left it, in every way: queries, checks, writes, copies,
+/// resets. Only resets it if the input is large, since the time of reading is of interest then.
 void useAfterReading(const Input &input, JobXml::DataObject &object);
 
 namespace HeapPeak {

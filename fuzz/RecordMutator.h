@@ -5,10 +5,10 @@
 #include <cstdint>
 
 /// Mutators for libFuzzer that know the shape of records, and so get past their framing: they change tags, lengths,
-/// counts and payloads as units and put the lengths around them right, or now and then wrong on purpose.
+/// counts and payloads as units and correct the lengths around them, or sometimes make them wrong on purpose.
 namespace Fuzz {
 
-/// What stands in front of the length and the members of a record.
+/// The words before the length and the members of a record.
 enum class Framing : std::size_t {
     ClassByte = 1,
     ClassByteAndLeadingWord = 5,

@@ -10,7 +10,7 @@ constexpr int DeepestNesting = 12; // the model's is 9
 
 RecordNode parse(const std::string &bytes, int depth);
 
-/// Takes length and payload from `position` on, and moves it behind them.
+/// Reads length and payload at `position`, and advances it.
 bool takePayload(const std::string &bytes, std::size_t &position, std::string &payload)
 {
     if (bytes.size() - position < WordSize)

@@ -25,7 +25,7 @@ struct RecordNode
     std::uint32_t countLie = 0; ///< added to the true count
 };
 
-/// What stands behind a length word: `members` if it is known that these are member records.
+/// The content after a length word: `members` if it is known that these are member records.
 RecordNode parseRecord(const std::string &bytes, bool members);
 
 /// The bytes of the node, without tag and length.

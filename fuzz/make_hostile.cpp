@@ -107,7 +107,7 @@ void addXmlDocuments(const Folder &folder, std::size_t size)
     folder.addXml("attributes", Document, numbered("<TunerProperties Version=\"1.1\"", " a", "=\"\"", "/>", size));
     // What must not hide them from the limit: a quote where there are no attributes.
     for (const char *before : {"<!-- <a \" -->", "<?p <a ' ?>"})
-        folder.addXml(before[1] == '!' ? "attributes-behind-a-comment" : "attributes-behind-an-instruction", Document,
+        folder.addXml(before[1] == '!' ? "attributes-after-a-comment" : "attributes-after-an-instruction", Document,
                       numbered(std::string(before) + "<TunerProperties Version=\"1.1\"", " a", "=\"\"", "/>", size));
     folder.addXml("attributes-of-a-document-type", Document,
                   numbered("<!DOCTYPE a [", "<!ATTLIST a b", " ID ''>", "]><TunerProperties/>", size));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // make_seeds EXAMPLES CORPUS writes the seeds of every target into CORPUS/TARGET: the example documents, and a small
-// object of each class.
+// object of each class with every member.
 #include <cstdio>
 #include <cstdlib>
 
@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "../tests/damage/CompactDocument.h"
 #include "Classes.h"
 
 using namespace Fuzz;
@@ -16,34 +17,6 @@ using namespace Fuzz;
 namespace {
 
 constexpr qint64 LargestSeed = 6000; // the fuzzer tries far more inputs when they are short
-
-// In the order of the classes' numbers.
-const char *const smallObjects[NumberOfClasses] = {
-    R"(<TunerProperties Version="1.1" name="n" type="SCP" baseresource="b" connectableResources="c" quantity="2" )"
-    R"(parentBaseResource="p" hwProcessing="true"><StartupModes><StartupMode>DF</StartupMode></StartupModes>)"
-    R"(<BandwidthSelection><Name>w</Name><MaxBandwidth>12.50</MaxBandwidth></BandwidthSelection>)"
-    R"(<MaxFFPDelay>7</MaxFFPDelay><HRPANSupported>false</HRPANSupported><Component type="t" name="c" displayName="d" optional="true"><Node id="n">)"
-    R"(<ValueItem><ValueInt id="i" value="3"/></ValueItem></Node></Component></TunerProperties>)",
-    R"(<StartupModes><StartupMode>Scan</StartupMode><StartupMode>Stop</StartupMode></StartupModes>)",
-    R"(<BandwidthSelection><Name>w</Name><MaxBandwidth>12.50</MaxBandwidth></BandwidthSelection>)",
-    R"(<Component type="t" name="c" displayName="d" optional="true"><Node id="n"><ValueItem><ValueInt id="i" value="3"/></ValueItem></Node></Component>)",
-    R"(<Node id="n"><ValueItem><ValueBoolean id="i" value="true"/></ValueItem><ValueItem><ValueString id="s" )"
-    R"(value="t"/></ValueItem></Node>)",
-    R"(<ValueItem><ValueSelection id="i" value="1.50" text="t" index="1"><SelectionItem name="n" value="1.50"/>)"
-    R"(</ValueSelection></ValueItem>)",
-    R"(<ValueBoolean id="i" value="true"/>)",
-    R"(<ValueFloat id="i" value="2.50"/>)",
-    R"(<ValueInt id="i" value="-3"/>)",
-    R"(<ValueInt64 id="i" value="9223372036854775807"/>)",
-    R"(<ValueNumericFloat id="i" value="2.50" min="-1.00" max="10.00" step="0.50"/>)",
-    R"(<ValueNumericInt id="i" value="2" min="-1" max="10" step="1"/>)",
-    R"(<ValueNumericInt64 id="i" value="2" min="-1" max="10" step="1"/>)",
-    R"(<ValueSelection id="i" value="1.50" text="t" index="1"><SelectionItem name="n" value="1.50"/></ValueSelection>)",
-    R"(<SelectionItem name="n" value="1.50"/>)",
-    "<ValueString id=\"i\" value=\"&#228;&#x1F4E1;\"/>",
-    R"(<ValueStringList id="i" value="a"><StringItem value="a"/><StringItem value="b"/></ValueStringList>)",
-    R"(<StringItem value="a"/>)",
-};
 
 class Corpus
 {
@@ -100,8 +73,19 @@ int main(int argc, char **argv)
         return EXIT_FAILURE;
     }
     const Corpus corpus(QString::fromLocal8Bit(argv[2]));
-    for (int number = 0; number < NumberOfClasses; ++number)
-        corpus.addObject(number, classNumber(number).make()->GetObjectName(), smallObjects[number]);
+    for (int number = 0; number < NumberOfClasses; ++number) {
+        const Class::Pointer object = classNumber(number).make();
+        object->SetValidate(false);
+        Damage::Filler filler;
+        filler.fill(*object);
+        if (!object->HasData()) { // it chooses one of its members
+            JobXml::visit(*object, [&](JobXml::MemberEditor &member) {
+                if (member.GetKind() == JobXml::MemberKind::Alternative)
+                    filler.fill(member.EditChild());
+            });
+        }
+        corpus.addObject(number, object->GetObjectName(), xmlOf(*object).toUtf8());
+    }
 
     const QDir examples(QString::fromLocal8Bit(argv[1]));
     const QFileInfoList documents = examples.entryInfoList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name);

@@ -8,7 +8,7 @@ if(NOT debian_version STREQUAL PROJECT_VERSION)
     message(FATAL_ERROR "packaging/debian/changelog begins with version ${debian_version}, not ${PROJECT_VERSION}.")
 endif()
 
-# Debian wants some files that nobody else does: in every package its terms, and what has changed in the packaging.
+# Files that only Debian requires in every package: the license, and the changelog of the packaging.
 set(package_of_runtime libtunerproperties${PROJECT_VERSION_MAJOR})
 set(package_of_development libtunerproperties-dev)
 set(package_of_tools tunerproperties-tools)
@@ -43,14 +43,14 @@ set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/finish_packages.cmake)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_VERSION ${debian_version})
 set(CPACK_DEBIAN_PACKAGE_RELEASE ${debian_revision})
-# Control files must name a maintainer by an address. There is nobody behind this one: the domain is reserved for that.
+# Control files must name a maintainer with an address. Nobody has this one: its domain is reserved for examples.
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "TunerProperties project <packages@tunerproperties.invalid>")
 set(CPACK_DEBIAN_PACKAGE_SOURCE tunerproperties)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# What the packages need is worked out from what their programs and libraries are linked with. The tool is linked with
-# our own libraries as well, which dpkg cannot know of while it is not installed.
+# The dependencies follow from the libraries that programs and libraries are linked with. The tool is also linked with
+# our own libraries, which dpkg does not know unless they are installed.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(same_version "${package_of_runtime} (= ${debian_version}-${debian_revision})")

@@ -1,5 +1,5 @@
-# Run by CPack when the packages are made. It gives every package with libraries scripts that call ldconfig; the trigger
-# among our control files has that done, once for all packages of an installation, so Debian wants no such scripts.
+# Run by CPack after it has made the packages. CPack adds scripts that call ldconfig to every package with libraries.
+# Debian wants none, because the trigger among our control files calls it once for all packages of an installation.
 foreach(package IN LISTS CPACK_PACKAGE_FILES)
     set(tree ${CPACK_TEMPORARY_DIRECTORY}/repacked)
     file(REMOVE_RECURSE ${tree})

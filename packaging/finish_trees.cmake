@@ -1,5 +1,5 @@
-# Run by CPack when the trees of the packages stand: Debian wants manual pages and changelogs compressed, without the
-# names and times of files in them.
+# Run by CPack when the trees of the packages are complete: Debian requires that manual pages and changelogs are
+# compressed, without names and times of files in them.
 file(GLOB_RECURSE to_compress ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*)
 list(FILTER to_compress INCLUDE REGEX "/changelog\\.Debian$|/share/man/man[1-9]/[^/]+\\.[1-9]$")
 foreach(file IN LISTS to_compress)

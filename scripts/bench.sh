@@ -29,12 +29,12 @@ while (($# > 0)); do
     --growth) sizes=1000,10000 ;;
     --shape) shape=${2:-} && shift ;;
     --repetitions) repetitions=${2:-} && shift ;;
-    *) die "unknown argument '$1'; the first lines of the script tell those that there are" ;;
+    *) die "unknown argument '$1'; the first lines of the script list the accepted ones" ;;
     esac
     shift
 done
-[[ $shape == tree || $shape == flat ]] || die "a shape is tree or flat"
-[[ $repetitions =~ ^[1-9][0-9]*$ ]] || die "--repetitions takes a number"
+[[ $shape == tree || $shape == flat ]] || die "--shape must be tree or flat, not '$shape'"
+[[ $repetitions =~ ^[1-9][0-9]*$ ]] || die "--repetitions must be a number from 1, not '$repetitions'"
 
 table() {
     python3 bench/table.py --results "$build/results.json" "$@"
@@ -50,7 +50,7 @@ take_times() {
 
 count_instructions() {
     heading "Counting instructions at $sizes nodes"
-    command -v valgrind >/dev/null || die "valgrind is needed for this"
+    command -v valgrind >/dev/null || die "valgrind is missing; install it first"
     rm -rf "$raw/callgrind"
     mkdir -p "$raw/callgrind"
     quietly "$raw/callgrind.log" valgrind --tool=callgrind --instr-atstart=no \

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 #
 # browser.sh [FOLDER] builds the tool in the build folder FOLDER, by default that of the preset "ci", and tests the pages
-# that it makes in a headless Chromium. What the pages look like is kept in build/browser.
+# that it writes in a headless Chromium. Screenshots of the pages are kept in build/browser.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 

@@ -4,7 +4,7 @@
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 
-# Bare machines have no locale set; texts of the documents are UTF-8 all the same.
+# Bare machines have no locale set, but the texts of documents are always UTF-8.
 export LC_ALL=C.UTF-8
 
 jobs=${JOBS:-$(nproc)}

@@ -36,7 +36,7 @@ run tunerproperties convert $out/receiver.tps $out/receiver.xml
 echo
 run tunerproperties convert $document $out/direct.xml
 note "\$ cmp $out/receiver.xml $out/direct.xml"
-cmp $out/receiver.xml $out/direct.xml || die "the document has changed on its way"
+cmp $out/receiver.xml $out/direct.xml || die "the conversions have changed the document"
 echo
 echo "XML to tagged binary to snapshot to XML: the same $(stat --format=%s $out/direct.xml) bytes as written directly."
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 #
-# docs.sh writes the manual to build/docs/html, and fails if doxygen finds fault with anything: a function without
-# documentation, a reference that leads nowhere.
+# docs.sh writes the manual to build/docs/html, and fails if doxygen warns, for example about a function without
+# documentation or a broken reference.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -13,4 +13,4 @@ quietly build/docs.log cmake -S . -B build/docs -G Ninja -DTUNERPROPERTIES_BUILD
     -DTUNERPROPERTIES_INSTALL=OFF
 quietly build/docs.log cmake --build build/docs --target manual
 tail -n 1 build/docs.log
-note "build/docs/html/index.html is where it begins"
+note "Start at build/docs/html/index.html."

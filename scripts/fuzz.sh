@@ -2,9 +2,9 @@
 #
 # fuzz.sh [SECONDS] [TARGET...] builds the fuzz targets and runs those given, by default all of them: each on the
 # regression corpus, on hostile inputs of 1 MiB, and then for that long (by default 20 seconds) on inputs of its own.
-# It fails if a target finds anything, and says which input shows it.
+# It fails if a target has a finding, and prints which input causes it.
 #
-# What a target has learned is kept in build/fuzz/corpus, so that the next run goes on from there.
+# The inputs that a target has found useful are kept in build/fuzz/corpus; the next run starts from them.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -29,12 +29,12 @@ program() {
     printf '%s/fuzz/fuzz_%s' $build "$1"
 }
 
-found() { # LOG: a run has ended badly
+found() { # LOG: a run has failed
     grep -E 'does not hold|ERROR: |SUMMARY: |runtime error|terminate|what\(\)' "$1" >&2 || tail -20 "$1" >&2
     grep -h 'Test unit written to' "$1" >&2 || true
 }
 
-# Inputs that were findings once. Nothing but their number is printed, unless they are findings again.
+# Inputs of former findings. Only their number is printed, unless one fails again.
 run_regressions() { # TARGET
     local inputs=(fuzz/regressions/"$1"/*)
     [[ -e ${inputs[0]} ]] || inputs=()
@@ -102,12 +102,12 @@ quietly $build/build.log cmake --build --preset fuzz
 mkdir -p $logs $findings
 
 heading "Former findings"
-for_all_targets run_regressions || die "a former finding is one again"
+for_all_targets run_regressions || die "the input of a former finding fails again"
 
 heading "Hostile inputs of 1 MiB"
 rm -rf $build/hostile
 $build/fuzz/make_hostile 1024 $build/hostile
-for_all_targets run_hostile || die "a hostile input is a finding"
+for_all_targets run_hostile || die "a hostile input fails"
 
 heading "Fuzzing, $seconds seconds each"
 for_all_targets run_target || die "there are findings in $findings; what to do about them: docs/RELIABILITY.md"

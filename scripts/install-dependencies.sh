@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 #
-# install-dependencies.sh [SET...] installs the Debian packages of the sets that are not there yet:
+# install-dependencies.sh [SET...] installs the missing Debian packages of the sets, each for
 #
-#   build   what building and testing takes (the default)
-#   ci      what the further legs of the continuous integration and the scripts for developers take
-#   bench   what the benchmark takes, with all peers that the library is compared with
-#   package what building and trying the Debian packages takes
-#   docs    what writing the manual takes
-#   browser what testing the pages for a browser takes
+#   build   building and testing (the default)
+#   ci      the other legs of the continuous integration and the scripts for developers
+#   bench   the benchmark, with all peers that the library is compared with
+#   package building and trying the Debian packages
+#   docs    writing the manual
+#   browser testing the pages for a browser
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -17,28 +17,28 @@ build_packages=(
     qttools5-dev-tools # lrelease, the compiler of the translation catalogues
     zlib1g-dev         # the compressed form
     nlohmann-json3-dev # JSON, for the tool
-    libxml2-utils      # xmllint, for the tests: documents against the schema
-    python3            # for the tests: another reader and writer of the formats
-    util-linux         # setpriv, for the tests: as a user without privileges
-    pkgconf            # pkg-config, for the tests: a program built against what is installed
+    libxml2-utils      # xmllint, for the tests: checks documents against the schema
+    python3            # for the tests: an independent reader and writer of the formats
+    util-linux         # setpriv, for the tests: runs programs as a user without privileges
+    pkgconf            # pkg-config, for the tests: builds a program against the installed libraries
 )
 ci_packages=(
     clang clang-tidy clang-format
     libclang-rt-dev # libFuzzer and the sanitizers of clang
     gcovr
     shellcheck
-    groff man-db zsh fish # for the tests: the manual page, and the completions in the shells that have them
+    groff man-db zsh fish # for the tests: the manual page, and the completions in their shells
 )
 bench_packages=(
     libbenchmark-dev valgrind
     protobuf-compiler libprotobuf-dev
     libpugixml-dev
-    xsdcxx libxerces-c-dev # CodeSynthesis XSD and what its code stands on
+    xsdcxx libxerces-c-dev # CodeSynthesis XSD and the library that its code needs
 )
 
 package_packages=(
     dpkg-dev lintian
-    file binutils # what CPack asks about libraries
+    file binutils # by which CPack inspects libraries
 )
 
 docs_packages=(
@@ -65,7 +65,7 @@ for set in "${@:-build}"; do
 done
 
 if ! command -v dpkg-query >/dev/null; then
-    note "This is no Debian system, so nothing is installed here. Needed are the equivalents of: ${packages[*]}"
+    note "This is not a Debian system, so nothing is installed. Install the equivalents of: ${packages[*]}"
     exit 0
 fi
 

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 #
-# package.sh builds the Debian packages in build/package/packages, has them looked at by lintian, and tries them: they
-# are unpacked into a folder of their own, and the tool and a program built there are run. Nothing is installed.
+# package.sh builds the Debian packages in build/package/packages, checks them with lintian, and tries them: it unpacks
+# them into a folder of their own, and runs the tool and a program built there. Nothing is installed.
 #
-# What is in the packages is compared with packaging/contents; package.sh --record writes down what is in them now.
+# The contents of the packages are compared with packaging/contents; package.sh --record records the present ones.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
@@ -24,7 +24,7 @@ libraries=$root/usr/lib/$multiarch
 tool=$root/usr/bin/tunerproperties
 documents=$root/usr/share/doc/libtunerproperties-dev/examples
 
-# What Debian builds its packages with. There are no packages with debugging symbols, so none are made.
+# The build flags of Debian's packages. There are no packages with debugging symbols, so none are generated.
 set_build_flags() {
     local flags
     flags=$(DEB_CXXFLAGS_STRIP=-g DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --export=sh)
@@ -32,7 +32,7 @@ set_build_flags() {
     export CXXFLAGS="$CXXFLAGS ${CPPFLAGS:?}"
 }
 
-# Everything but folders: rights, owner and path, without the name of this machine's architecture.
+# Everything but folders: permissions, owner and path, without the name of this machine's architecture.
 contents() { # PACKAGE
     dpkg-deb --contents "$1" | awk '$1 !~ /^d/ { $3 = $4 = $5 = ""; print }' | sed "s, *\./, /,; s,/$multiarch/,/MULTIARCH/,"
 }
@@ -47,13 +47,13 @@ check_contents() {
             cp "$out/$name.txt" "$recorded"
         else
             diff --unified=0 "$recorded" "$out/$name.txt" \
-                || die "$name holds other files than recorded; if that is meant: scripts/package.sh --record"
+                || die "the files of $name differ from the recorded ones; if this is intended: scripts/package.sh --record"
         fi
         echo "$name: $(wc -l <"$out/$name.txt") files"
     done
 }
 
-expect_field() { # PACKAGE FIELD TEXT: the field holds the text
+expect_field() { # PACKAGE FIELD TEXT: the field contains the text
     local value
     value=$(dpkg-deb --field "$packages/$1"_*.deb "$2")
     [[ ", $value," == *", $3,"* ]] || die "$2 of $1 is '$value', without '$3'"
@@ -69,33 +69,33 @@ check_dependencies() {
         || die "libtunerproperties1 does not depend on Qt"
     dpkg-deb --info "$packages"/libtunerproperties1_*.deb shlibs | sort >"$out/shlibs"
     printf "%s 1 libtunerproperties1 (>= $version)\n" libReportBase libTavikAppStartUp libTunerProperties \
-        | diff - "$out/shlibs" || die "other packages would not know what they need of libtunerproperties1"
+        | diff - "$out/shlibs" || die "the file shlibs of libtunerproperties1 does not declare its libraries correctly"
 }
 
-# Runs a program of the unpacked packages with the libraries that are there, and makes sure that it was those.
+# Runs a program of the unpacked packages, and checks that it uses the unpacked libraries.
 run_unpacked() { # PROGRAM [ARGUMENT...]
     rm -f "$out"/loader.*
     env -i LC_ALL=C.UTF-8 LD_LIBRARY_PATH="$libraries" LD_DEBUG=libs LD_DEBUG_OUTPUT="$PWD/$out/loader" "$@" || return
     local library found
     for library in ReportBase TavikAppStartUp TunerProperties; do
         found=$(sed -n "s,.*calling init: \(.*/lib$library\.so.*\),\1,p" "$out"/loader.*)
-        [[ $found == "$libraries/lib$library.so.1" ]] || die "$1 ran with '$found', not with what was unpacked"
+        [[ $found == "$libraries/lib$library.so.1" ]] || die "$1 has loaded '$found', not the unpacked library"
     done
 }
 
 try_tool() {
     ! readelf --dynamic "$tool" "$libraries"/*.so.1 | grep -E 'R(UN)?PATH' \
-        || die "a library would be looked for where it was built"
+        || die "the loader would search for a library in the build folder"
     run_unpacked "$tool" --version
     run_unpacked "$tool" validate "$documents"/*.xml
     run_unpacked "$tool" convert "$documents/receiver.xml" "$out/receiver.tpb"
     run_unpacked "$tool" convert "$out/receiver.tpb" "$out/receiver.xml"
     run_unpacked "$tool" convert "$documents/receiver.xml" "$out/direct.xml"
-    cmp "$out/receiver.xml" "$out/direct.xml" || die "the document has changed on its way through records"
+    cmp "$out/receiver.xml" "$out/direct.xml" || die "the conversion to records and back has changed the document"
     xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties.xsd" "$out/receiver.xml"
 }
 
-# A program is built with the unpacked development package, and shows names in German while the catalogues are there.
+# A program built with the unpacked development package shows names in German as long as the catalogues exist.
 try_building() {
     local program=$out/program/shown_names translations=$root/usr/share/tunerproperties-1/translations
     quietly $out/program.log cmake -S tests/package/shown_names -B $out/program -G Ninja --fresh \
@@ -106,7 +106,7 @@ try_building() {
     mv "$translations" "$translations.away"
     run_unpacked "$program" >"$out/names.txt"
     printf '%s\n' MCP SCP FFP Receiver DirectionFinder | diff - "$out/names.txt" \
-        || die "the catalogues are not those that were unpacked"
+        || die "the program uses other catalogues than the unpacked ones"
     mv "$translations.away" "$translations"
 }
 
@@ -125,7 +125,7 @@ ls $packages/*.deb
 python3 -B tests/hardening/check_elf.py $build/lib $build/bin $build/tools/tunerproperties/tunerproperties_page_maker
 
 heading "Looking at the packages"
-lintian --allow-root --fail-on error,warning $packages/*.deb || die "lintian has found something"
+lintian --allow-root --fail-on error,warning $packages/*.deb || die "lintian has found errors or warnings"
 echo "lintian finds neither errors nor warnings."
 check_contents
 check_dependencies

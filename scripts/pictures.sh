@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 #
-# pictures.sh [FOLDER] builds the tool in the build folder FOLDER, by default that of the preset "release", and makes the
-# pictures of the README, docs/pictures, from what it shows of the example.
+# pictures.sh [FOLDER] builds the tool in the build folder FOLDER, by default that of the preset "release", and renders
+# the pictures of the README, docs/pictures, from its output for the example.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 

@@ -21,5 +21,5 @@ heading "Summary ($preset)"
 grep -E 'tests (passed|failed)|^Total Test time' "$log" || true
 if ((status != 0)); then
     sed -n '/^The following tests FAILED/,$p' "$log"
-    die "not all tests have passed"
+    die "some tests have failed"
 fi

@@ -13,8 +13,8 @@ quietly $build/configure.log cmake --preset ci-clang
 
 status=0
 run-clang-tidy -quiet -p $build -j "$jobs" "^$PWD/(src|tools|examples)/" 2>&1 \
-    | sed 's/\x1b\[[0-9;]*m//g' >"$log" || status=$? # it colours its output wherever that goes
-# The rest of the output only tells which files it looks at.
+    | sed 's/\x1b\[[0-9;]*m//g' >"$log" || status=$? # it colors its output even in files
+# The rest of the output only lists the files.
 grep -E -A 3 '(warning|error): .*\[' "$log" || true
-((status == 0)) || die "clang-tidy has something to say; everything is in $log"
-echo "clang-tidy has nothing to say."
+((status == 0)) || die "clang-tidy has findings; the whole output is in $log"
+echo "clang-tidy has no findings."

@@ -4,8 +4,10 @@
 #include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
 
+#include "../src/module/Classes.h"
+
 /// The whole model as visit() shows it, from the document down. Lists that are meant to be complete are compared with
-/// it.
+/// it. JobXml::Classes and JobXml::Kinds are the lists by which the library itself goes.
 namespace Model {
 
 inline bool holdsObjects(JobXml::MemberKind kind)

@@ -1,4 +1,4 @@
-# The peers, each built if its package is there: bench_operations gets a source and a definition for it.
+# The peers, each built if its package is installed, by a source and a definition that are added to bench_operations.
 # What their compilers generate goes to the build tree and is compiled as it comes, without warnings.
 
 function(bench_peer name source definition)

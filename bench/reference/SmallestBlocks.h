@@ -18,7 +18,7 @@ namespace Bench {
 /// In the order in which a reader meets them: an object, its texts, its lists.
 std::vector<std::size_t> smallestBlocks(const PlainDocument &document);
 
-/// Takes the blocks from the heap and gives them back, in the same order. `blocks` is where they are kept meanwhile.
+/// Allocates the blocks and frees them, in the same order. `blocks` is where they are kept meanwhile.
 void makeAndFree(const std::vector<std::size_t> &sizes, std::vector<void *> &blocks);
 
 } // namespace Bench

@@ -7,7 +7,7 @@
 namespace Bench {
 namespace {
 
-// A document that is complete has all members but the optional ones set, so the flags tell the optional ones only.
+// In a complete document, all members but the optional ones are set, so the flags only describe the optional ones.
 constexpr quint8 twoSet = 0x03;
 
 quint8 flagsOf(Kind kind)
@@ -159,7 +159,7 @@ void readList(QDataStream &stream, List &list, const Read &read)
 
 void read(QDataStream &stream, PlainValue &value)
 {
-    next<quint16>(stream); // the choice tells the same as the flags
+    next<quint16>(stream); // the choice repeats the flags
     value.kind = Kind(next<qint8>(stream));
     next<quint8>(stream);
     switch (value.kind) {

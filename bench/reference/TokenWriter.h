@@ -23,7 +23,7 @@ struct Token
 /// The tokens of a document, blanks between elements left out.
 QVector<Token> tokensOf(const QByteArray &xml);
 
-/// Writes ready-made tokens through Qt's stream writer: what XML costs when there is no model to be asked. No
+/// Writes ready-made tokens through Qt's stream writer: what XML costs without a model. No
 /// declaration in front, as GetXml() writes none.
 QString writeTokens(const QVector<Token> &tokens);
 

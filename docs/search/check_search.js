@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// check_search.js FOLDER PAGE...: the search of the manual in the folder finds what pages and headers say, and every
+// check_search.js FOLDER PAGE...: the search of the manual in the folder finds words of pages and headers, and every
 // heading of the pages, which are Markdown files.
 "use strict";
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""make_index.py FOLDER gives the HTML pages in the folder a search over all of their text, which needs no server.
+"""make_index.py FOLDER adds a search over all of their text to the HTML pages in the folder, which needs no server.
 
 It writes searchindex.js, an entry for each section: page, section, address, text. search.js, which every page then
 includes, looks in it.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The examples that the manual shows for the base library and the translation registry. What they come to is checked
-// behind the part that is shown.
+// The examples that the manual shows for the base library and the translation registry. Each result is checked after
+// the part that is shown.
 
 #include <memory>
 
@@ -24,7 +24,7 @@ QByteArray contentOf(const QString &path)
 }
 
 //! [Logger]
-/// Keeps what goes wrong, for a window that shows it.
+/// Keeps error messages, for a window that shows them.
 class ErrorList : public REPORTGENERATOR::Logger
 {
 public:
@@ -57,10 +57,10 @@ class BaseSnippets : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void loadingAndSavingTellWhatWentWrong();
-    void aLoggerGetsTheSameTexts();
+    void loadingAndSavingReportErrors();
+    void loggerReceivesTheSameTexts();
     void exceptionsAreCaughtByTheirBase();
-    void aFileIsPutInPlaceWhole();
+    void savedFileIsComplete();
     void anEnvironmentIsShared();
     void aModuleIsRegistered();
     void representationsAreReadWithinLimits();
@@ -68,7 +68,7 @@ private Q_SLOTS:
     void streamIsSplitIntoRepresentations();
 };
 
-void BaseSnippets::loadingAndSavingTellWhatWentWrong()
+void BaseSnippets::loadingAndSavingReportErrors()
 {
     //! [IRGObject]
     JobXml::TunerProperties tuner;
@@ -79,7 +79,7 @@ void BaseSnippets::loadingAndSavingTellWhatWentWrong()
     QCOMPARE(why, QStringLiteral("XML text:1:8: the root element is 'Tuner', not 'TunerProperties'"));
 }
 
-void BaseSnippets::aLoggerGetsTheSameTexts()
+void BaseSnippets::loggerReceivesTheSameTexts()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("missing.xml"));
@@ -99,13 +99,13 @@ void BaseSnippets::exceptionsAreCaughtByTheirBase()
     } catch (const OutOfRangeException &e) {
         why = e.GetMessageText(); // "TunerProperties: Please set Component properly."
     } catch (const ReportException &) {
-        throw; // what else the libraries throw; std::exception catches it as well
+        throw; // everything else that the libraries throw; std::exception also catches it
     }
     //! [ReportException]
     QCOMPARE(why, QStringLiteral("TunerProperties: Please set Component properly."));
 }
 
-void BaseSnippets::aFileIsPutInPlaceWhole()
+void BaseSnippets::savedFileIsComplete()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("list.txt"));
@@ -123,7 +123,7 @@ void BaseSnippets::anEnvironmentIsShared()
     //! [Environment]
     using REPORTGENERATOR::EnvironmentPointer;
     const EnvironmentPointer lenient = EnvironmentPointer::plain(false);
-    const EnvironmentPointer shared = lenient; // the same one, not another that says the same
+    const EnvironmentPointer shared = lenient; // the same object, not an equal one
     //! [Environment]
     QVERIFY(shared == lenient);
     QVERIFY(!shared->validate && !shared->logger);
@@ -135,8 +135,8 @@ void BaseSnippets::aModuleIsRegistered()
     const QString catalogues = folder.path();
     //! [TranslationCenter]
     TranslationCenter &center = TranslationCenter::Instance();
-    center.AddSearchPath(catalogues); // of the application, before the folders that are searched anyway
-    center.Register(QStringLiteral("TunerProperties")); // again, so that its catalogue is looked for there, too
+    center.AddSearchPath(catalogues); // of the application, before the default folders
+    center.Register(QStringLiteral("TunerProperties")); // again, so that its catalog is also searched there
     //! [TranslationCenter]
     QCOMPARE(center.SearchPaths().constFirst(), catalogues);
     QCOMPARE(center.RegisteredModules(), QStringList{QStringLiteral("TunerProperties")});

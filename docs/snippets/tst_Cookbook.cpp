@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The recipes of the cookbook that deal with one document: the marked parts are what the manual shows, and the tests
-// check what they come to.
+// The recipes of the cookbook for a single document: the manual shows the marked parts, and the tests check their
+// results.
 
 #include <optional>
 #include <utility>
@@ -50,7 +50,7 @@ JobXml::TunerProperties smallReceiver()
 //! [build]
 
 //! [change]
-/// Returns why it did not work; a null string if it did. Throws what is wrong with the content.
+/// Returns a null string, or the reason for a failure. Throws for errors in the content.
 QString setQuantity(const QString &path, int quantity)
 {
     JobXml::TunerProperties tuner;
@@ -62,7 +62,7 @@ QString setQuantity(const QString &path, int quantity)
 //! [change]
 
 //! [find]
-/// Null if there is none. Holds until the document is next changed, or used after it was copied or assigned.
+/// Null if there is none. Valid until the document is next changed, or used after it was copied or assigned.
 const JobXml::Node *findNode(const JobXml::TunerProperties &tuner, const QString &component, const QString &id)
 {
     for (const JobXml::Component &candidate : tuner.GetComponent()) {
@@ -76,7 +76,7 @@ const JobXml::Node *findNode(const JobXml::TunerProperties &tuner, const QString
     return nullptr;
 }
 
-/// The frequency that the receiver is tuned to, if it says so.
+/// The frequency that the receiver is tuned to, if the document contains it.
 std::optional<qint64> frequencyOf(const JobXml::TunerProperties &tuner)
 {
     const JobXml::Node *node = findNode(tuner, QStringLiteral("tuning"), QStringLiteral("frequency"));
@@ -102,12 +102,12 @@ QStringList problemsOf(const JobXml::TunerProperties &tuner)
 //! [problems]
 
 //! [convert]
-/// From any form to the one that the name of the new file tells: .tpb, .tpz or XML.
+/// From any form to that of the new file's suffix: .tpb, .tpz or XML.
 QString convert(const QString &from, const QString &to)
 {
     const bool isXml = from.endsWith(QLatin1String(".xml"));
     JobXml::TunerProperties tuner;
-    if (!(isXml ? tuner.LoadXml(from) : tuner.LoadBinary(from))) // plain and compressed records alike
+    if (!(isXml ? tuner.LoadXml(from) : tuner.LoadBinary(from))) // plain or compressed records
         return tuner.GetErrorString();
 
     const bool saved = to.endsWith(QLatin1String(".tpb")) ? tuner.SaveBinary(to)
@@ -137,24 +137,24 @@ QVector<ModeEntry> modeEntries()
 //! [translate]
 
 //! [hostile]
-/// Reads a file of unknown origin. Changes `result` only if all of it is in order; otherwise `why` says what is not.
+/// Reads a file of unknown origin. Changes `result` only if all of it is valid; otherwise `why` is the reason.
 bool readUntrusted(const QString &path, JobXml::TunerProperties &result, QString &why)
 {
-    constexpr qint64 largest = 10 * 1024 * 1024; // what is larger is no description of a tuner
+    constexpr qint64 largest = 10 * 1024 * 1024; // no description of a tuner is larger
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > largest) {
         why = QStringLiteral("the file cannot be opened, is none, or is too large");
         return false;
     }
     try {
-        JobXml::TunerProperties read; // not `result`: what was read before a failure stays where it was put
+        JobXml::TunerProperties read; // not `result`: values read before a failure stay in the object
         if (!read.LoadXml(&file)) {
             why = read.GetErrorString();
             return false;
         }
-        read.Check(); // the reader checks what is there, this what is missing
+        read.Check(); // the reader checks what is there, Check() what is missing
         result = read;
-    } catch (const ReportException &e) { // std::bad_alloc passes: it says nothing about the file
+    } catch (const ReportException &e) { // not std::bad_alloc, which is not an error of the file
         why = e.GetMessageText();
         return false;
     }
@@ -163,11 +163,11 @@ bool readUntrusted(const QString &path, JobXml::TunerProperties &result, QString
 //! [hostile]
 
 //! [merge]
-/// What the document does not say, the defaults do.
+/// Sets members that are missing in the document to the defaults.
 JobXml::TunerProperties withDefaults(const JobXml::TunerProperties &document, const JobXml::TunerProperties &defaults)
 {
     JobXml::TunerProperties merged = defaults;
-    // What is set in the document replaces; items of its lists are appended.
+    // Members that are set in the document replace those of the defaults; items of its lists are appended.
     [[maybe_unused]] const bool isOfOneClass = merged.MergeRGObject(document);
     Q_ASSERT(isOfOneClass); // only objects of another class are refused
     return merged;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The recipe of the cookbook that lists the differences between two documents: the marked part is what the manual
-// shows, and the tests check what it comes to.
+// The recipe of the cookbook that lists the differences between two documents: the manual shows the marked part, and
+// the tests check its results.
 
 #include <algorithm>
 #include <charconv>
@@ -25,7 +25,7 @@ namespace {
 //! [compare]
 using namespace JobXml;
 
-/// The shortest text that reads back to the same number; what differs never looks the same.
+/// The shortest text that reads back to the same number, so that different numbers never look the same.
 template <class Number>
 QString shortest(Number value)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The recipe of the cookbook that logs documents and sends them through signals: the marked parts are what the manual
-// shows, and the tests check what they come to.
+// The recipe of the cookbook that logs documents and sends them through signals: the manual shows the marked parts, and
+// the tests check their results.
 
 #include <functional>
 

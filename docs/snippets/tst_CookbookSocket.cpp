@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The recipe of the cookbook that receives documents from a socket: the marked part is what the manual shows, and the
-// tests check what it comes to.
+// The recipe of the cookbook that receives documents from a socket: the manual shows the marked part, and the tests
+// check its results.
 
 #include <algorithm>
 #include <functional>
@@ -23,8 +23,8 @@
 
 //! [stream]
 /// Receives documents from a socket or another device: binary representations, plain or compressed, one after the
-/// other. What has arrived before is read once the event loop runs, so connect to the signals first. Slots may delete
-/// the receiver, and close or delete the device.
+/// other. Data that have already arrived are read when the event loop runs, so connect to the signals first. Slots may
+/// delete the receiver, and close or delete the device.
 class DocumentReceiver : public QObject
 {
     Q_OBJECT
@@ -38,7 +38,7 @@ public:
         QMetaObject::invokeMethod(this, &DocumentReceiver::read, Qt::QueuedConnection);
     }
 
-    /// Receives what is left, and nothing after that. Call it for a device that does not emit readChannelFinished(),
+    /// Receives the rest, and nothing after that. Call it for a device that does not emit readChannelFinished(),
     /// such as a QBuffer, or has emitted it before, such as a process that has finished.
     void finish()
     {
@@ -65,7 +65,7 @@ private:
             if (const auto tuner = JobXml::TunerProperties::fromBinary(*bytes, &why, limits))
                 Q_EMIT received(*tuner);
             else
-                Q_EMIT failed(why); // this document alone; its length was right, so the next one can be read
+                Q_EMIT failed(why); // only this document; its length was correct, so the next one can be read
             if (!self)
                 return;
         }
@@ -73,7 +73,7 @@ private:
         if (refusal.isNull() || std::exchange(m_hasEnded, true)) // a slot may have let more arrive, or called finish()
             return;
         if (m_socket)
-            m_socket->close(); // nobody knows where the next document starts
+            m_socket->close(); // the start of the next document is unknown
         if (self)
             Q_EMIT failed(refusal);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The recipe of the cookbook that hands a copy to another thread: the marked part is what the manual shows, and the
-// test checks what it comes to.
+// The recipe of the cookbook that passes a copy to another thread: the manual shows the marked part, and the test
+// checks its result.
 
 #include <future>
 
@@ -15,11 +15,11 @@
 namespace {
 
 //! [thread]
-/// Saves in another thread while the caller goes on changing its document. The future returns the error or null, and
-/// throws what is wrong with the content.
+/// Saves in another thread while the caller continues to change its document. The future returns the error or null, and
+/// throws for errors in the content.
 std::future<QString> saveInBackground(const JobXml::TunerProperties &tuner, const QString &path)
 {
-    // A copy constructed object has data of its own at once, so from here on the two have nothing in common.
+    // A copy constructed object has data of its own at once, so the two objects share nothing from here on.
     return std::async(std::launch::async,
                       [copy = tuner, path] { return copy.SaveXml(path) ? QString() : copy.GetErrorString(); });
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Classes that derive from a class of the model and add members, or have a name of their own: the marked parts are what
-// the manual shows, and the tests check what they come to.
+// Classes that derive from a class of the model and add members, or have a name of their own: the manual shows the
+// marked parts, and the tests check their results.
 
 #include <functional>
 #include <memory>
@@ -21,14 +21,14 @@
 namespace {
 
 //! [class]
-/// A tuner that knows where it is installed, and what its operators wrote about it.
+/// A tuner with the site where it is installed, and a remark of its operators.
 class InstalledTuner : public JobXml::TunerProperties
 {
 public:
     QString site; // mandatory; an attribute
-    QString remark; // optional; a child element. Null is missing, which an empty text is not
+    QString remark; // optional; a child element. Only a null text is missing, not an empty one
 
-    // State: what the base has, and the members added.
+    // State: that of the base, and the added members.
     void Reset() override
     {
         TunerProperties::Reset();
@@ -77,7 +77,7 @@ public:
             site = found;
     }
 
-    // Snapshots: after what the base has.
+    // Snapshots: after the base's members.
     void GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const override
     {
         TunerProperties::GetVersionSpecificBinaryWithoutValidation(stream);
@@ -156,7 +156,7 @@ class SiteTuner : public InstalledTuner
 {
 public:
     SiteTuner() { identify(); }
-    // The constructors of the base give a copy the name and the identifier of the base.
+    // The constructors of the base set the name and the identifier of the base in a copy.
     SiteTuner(const SiteTuner &other) : InstalledTuner(other) { identify(); }
     SiteTuner(SiteTuner &&other) : InstalledTuner(std::move(other)) { identify(); } // not noexcept: a name takes memory
     // An assignment leaves both as they are.
@@ -186,7 +186,7 @@ InstalledTuner anInstalledTuner()
     return tuner;
 }
 
-/// Reads into the object what it writes itself.
+/// Reads into the object what it has written.
 void readBackInto(SiteTuner &tuner)
 {
     const QString xml = tuner.GetXmlString();
@@ -206,7 +206,7 @@ SiteTuner aSiteTuner()
     return tuner;
 }
 
-/// A way to come by an object that is equal to aSiteTuner().
+/// A way to create an object that is equal to aSiteTuner().
 using Make = std::function<std::shared_ptr<SiteTuner>()>;
 
 } // namespace
@@ -288,7 +288,7 @@ private Q_SLOTS:
         QVERIFY(fromRecords == tuner);
     }
 
-    void aRecordIsReadFromADeviceThatIsNoBuffer()
+    void recordIsReadFromASequentialDevice()
     {
         const QTemporaryDir folder;
         QFile file(folder.filePath(QStringLiteral("record")));
@@ -460,7 +460,7 @@ private Q_SLOTS:
         other.site = QStringLiteral("Mast 3");
         QVERIFY(tuner.MergeRGObject(other));
         QCOMPARE(tuner.site, QStringLiteral("Mast 3"));
-        QVERIFY(tuner.MergeRGObject(JobXml::TunerProperties())); // has nothing to take
+        QVERIFY(tuner.MergeRGObject(JobXml::TunerProperties())); // has nothing to copy
         QCOMPARE(tuner.site, QStringLiteral("Mast 3"));
     }
 

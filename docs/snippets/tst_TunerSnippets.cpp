@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The examples that the manual shows for the document and its parts. What they come to is checked behind the part that
-// is shown.
+// The examples that the manual shows for the document and its parts. Each result is checked after the part that is
+// shown.
 
 #include <utility>
 
@@ -65,7 +65,7 @@ void TunerSnippets::aDocumentIsBuiltFromItsParts()
     tuner.Setbaseresource(QStringLiteral("RX-8G"));
     tuner.Setquantity(2);
     tuner.AppendComponent(squelch); // complete, or it would be refused
-    tuner.Check(); // passes: type, baseresource and a component is all that is mandatory
+    tuner.Check(); // passes: only type, baseresource and a component are mandatory
 
     // Through a const object: the other getter would mark the list as set.
     const JobXml::TunerProperties &document = tuner;
@@ -177,7 +177,7 @@ void TunerSnippets::anItemHoldsOneValue()
     item.GetValueInt().Setvalue(9250);
 
     int port = 0;
-    const JobXml::ValueItem &read = item; // a const getter neither chooses nor refuses, so ask for the choice first
+    const JobXml::ValueItem &read = item; // a const getter neither chooses nor refuses, so check the choice first
     if (read.GetChoiceValueItem() == Choice::ValueInt)
         port = read.GetValueInt().Getvalue();
     //! [ValueItem]
@@ -193,7 +193,7 @@ void TunerSnippets::membersHaveValuesAndFlags()
     //! [DataObject]
     JobXml::ValueInt port;
     const int byDefault = port.Getvalue(); // 0: a member always has a value
-    const bool before = port.IsvalueSet(); // false: nobody has stored anything
+    const bool before = port.IsvalueSet(); // false: nothing has been stored
     port.Setvalue(0);
     const bool after = port.IsvalueSet(); // true, although it is the same number
     port.Resetvalue();
@@ -242,7 +242,7 @@ void TunerSnippets::visitorsMayChangeMembers()
     //! [MemberEditor]
     JobXml::visit(component, [&](JobXml::MemberEditor &member) {
         if (!member.IsMandatory())
-            member.Reset(); // what may be missing goes
+            member.Reset(); // removes optional members
         else if (member.GetName() == QLatin1String("name"))
             isRenamed = member.SetValue(QStringLiteral("squelch 2")); // as Setname() would
     });

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The examples that the manual shows for the kinds of value. What they come to is checked behind the part that is
-// shown.
+// The examples that the manual shows for the kinds of value. Each result is checked after the part that is shown.
 
 #include <utility>
 
@@ -32,9 +31,9 @@ private Q_SLOTS:
     void anIntIsWritten();
     void anInt64IsWritten();
     void aStringMayBeEmpty();
-    void aNumericFloatTellsItsRange();
-    void aNumericIntTellsItsRange();
-    void aNumericInt64TellsItsRange();
+    void numericFloatHasARange();
+    void numericIntHasARange();
+    void numericInt64HasARange();
     void aSelectionHoldsItsOptions();
     void aSelectionItemIsAnOption();
     void aStringListHoldsItsTexts();
@@ -98,7 +97,7 @@ void ValueSnippets::aStringMayBeEmpty()
     unit.Check();
     QString refusal;
     try {
-        unit.Setvalue(QString()); // a null one is none, and refused while validating
+        unit.Setvalue(QString()); // a null text means no value, and is refused while validating
     } catch (const OutOfRangeException &e) {
         refusal = e.GetMessageText(); // "ValueString: Please set value properly (origin: Setter)."
     }
@@ -107,7 +106,7 @@ void ValueSnippets::aStringMayBeEmpty()
     QVERIFY(unit.IsvalueSet() && !unit.Getvalue().isNull());
 }
 
-void ValueSnippets::aNumericFloatTellsItsRange()
+void ValueSnippets::numericFloatHasARange()
 {
     //! [ValueNumericFloat]
     JobXml::ValueNumericFloat level;
@@ -115,14 +114,14 @@ void ValueSnippets::aNumericFloatTellsItsRange()
     level.Setmin(-30.0F);
     level.Setmax(130.0F);
     level.Setstep(0.5F);
-    level.Setvalue(qBound(level.Getmin(), 200.0F, level.Getmax())); // the range is for the program to keep
+    level.Setvalue(qBound(level.Getmin(), 200.0F, level.Getmax())); // the program has to check the range
     //! [ValueNumericFloat]
     QCOMPARE(elementOf(level),
              QStringLiteral(
                  "<ValueNumericFloat id=\"level\" value=\"130.00\" min=\"-30.00\" max=\"130.00\" step=\"0.50\"/>\n"));
 }
 
-void ValueSnippets::aNumericIntTellsItsRange()
+void ValueSnippets::numericIntHasARange()
 {
     //! [ValueNumericInt]
     JobXml::ValueNumericInt attenuation; // in dB
@@ -144,7 +143,7 @@ void ValueSnippets::aNumericIntTellsItsRange()
              QStringLiteral("<ValueNumericInt id=\"attenuation\" value=\"10\" min=\"0\" max=\"40\" step=\"2\"/>\n"));
 }
 
-void ValueSnippets::aNumericInt64TellsItsRange()
+void ValueSnippets::numericInt64HasARange()
 {
     //! [ValueNumericInt64]
     JobXml::ValueNumericInt64 frequency; // in Hz, beyond 32 bits
@@ -168,10 +167,10 @@ void ValueSnippets::aSelectionHoldsItsOptions()
         JobXml::SelectionItem option;
         option.Setname(QStringLiteral("%1 kHz").arg(kilohertz));
         option.Setvalue(kilohertz * 1000.0);
-        raster.AppendSelectionItem(option); // copies it; while validating, it has to be complete by now
+        raster.AppendSelectionItem(option); // copies it; while validating, it has to be complete
     }
     const JobXml::SelectionItem chosen = std::as_const(raster).GetSelectionItem().at(1);
-    raster.Setindex(1); // index, value and text belong together, which is for the program to see to
+    raster.Setindex(1); // the program has to keep index, value and text consistent
     raster.Setvalue(chosen.Getvalue());
     raster.Settext(chosen.Getname());
     //! [ValueSelection]

@@ -18,7 +18,7 @@ inline void readRepresentation(const quint8 *data, std::size_t size)
     bool read = false;
     const bool cameBack = comesBack([&] { read = object->SetBinaryRepresentation(bytes); });
     require(object->GetErrorString().isNull() == (read || !cameBack),
-            "an error is told exactly where false is returned");
+            "there is an error string exactly where false is returned");
 
     const Class::Pointer streamed = input.object();
     QDataStream stream(input.bytes);

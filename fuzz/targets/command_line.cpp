@@ -91,7 +91,7 @@ private:
 
 } // namespace
 
-/// Runs the command lines for real: arguments are parted by line feeds. The tool's output goes nowhere.
+/// Runs the command lines; arguments are separated by line feeds. The tool's output is discarded.
 extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
 {
     static int argc = 1;

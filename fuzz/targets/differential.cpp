@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Whatever can be read can be written, and read again to the same: in each encoding and across them. The second byte of
-// an input says which encoding the rest of it is in.
+// an input is the encoding of the rest.
 #include <algorithm>
 #include <limits>
 #include <map>
@@ -25,7 +25,7 @@ struct Encoding
 {
     QByteArray (*write)(Object &object);
     bool (*read)(Object &object, const QByteArray &bytes);
-    bool loses; ///< whether an object that is not complete may come back as another one, or not at all
+    bool loses; ///< whether an incomplete object may come back changed, or not at all
 };
 
 QByteArray writeXml(Object &object)
@@ -154,7 +154,7 @@ private:
     Values m_values;
 };
 
-/// Whether all that is set in one object is in the other, too, where more may be set: members that are always written.
+/// Whether all that is set in one object is also in the other, where more may be set: members that are always written.
 bool holdsAllOf(const Object &object, const Object &original)
 {
     const SetMembers::Values values = SetMembers::of(object);
@@ -195,7 +195,7 @@ void goAround(const Class &type, Object &original, bool complete)
         require(same(type, *once, *twice), "what was read and written is read as an equal object");
         if (encoding == &snapshot) {
             require(second == first && same(type, original, *once), "a snapshot keeps a complete object as it is");
-            require(tagged.write(*once) == tagged.write(original), "a snapshot keeps what the records tell");
+            require(tagged.write(*once) == tagged.write(original), "a snapshot keeps what the records contain");
         } else {
             fromTexts.push_back(std::move(twice));
         }

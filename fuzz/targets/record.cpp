@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The members of a record as a caller hands them over who has taken its length from the stream: 4 bytes length,
+// The members of a record as a caller passes them that has read the leading word from the stream: 4 bytes length,
 // members.
 #include <QDataStream>
 

@@ -10,7 +10,7 @@ using namespace Fuzz;
 
 namespace {
 
-/// A file in memory that holds the bytes; open, and standing at its start.
+/// A file in memory with the bytes, open and positioned at its start.
 class FileOf
 {
 public:
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     bool read = false;
     const bool cameBack = comesBack([&] { read = object->LoadXml(&file); });
     require(object->GetErrorString().isNull() == (read || !cameBack),
-            "an error is told exactly where false is returned");
+            "there is an error string exactly where false is returned");
     useAfterReading(input, *object);
     return 0;
 }

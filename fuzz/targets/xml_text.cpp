@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     const bool cameBack =
         comesBack([&] { read = object->SetXmlString(QString::fromUtf8(input.bytes), input.validate); });
     require(object->GetErrorString().isNull() == (read || !cameBack),
-            "an error is told exactly where false is returned");
+            "there is an error string exactly where false is returned");
     useAfterReading(input, *object);
     return 0;
 }

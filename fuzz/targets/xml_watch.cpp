@@ -31,7 +31,7 @@ const QVector<QTextCodec *> &codecs()
     return all;
 }
 
-/// Gives the bytes in pieces, of which none but the last has less than four.
+/// Returns the bytes in pieces, of which none but the last has less than four.
 class Pieces : public QIODevice
 {
 public:
@@ -105,7 +105,7 @@ Seen seenIn(QIODevice &device)
     return seen;
 }
 
-/// The characters 1 and 2, which no document has, stand for as many attributes as are allowed and for one more.
+/// The characters 1 and 2, which no document has, are replaced by the allowed number of attributes and by one more.
 QString expanded(const QString &text)
 {
     static const QStringList runs = [] {

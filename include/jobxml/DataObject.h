@@ -21,39 +21,32 @@ class QXmlStreamWriter;
 /// The data model of a radio tuner resource in a measurement job.
 namespace JobXml {
 
-class BinaryReader;
-class BinaryWriter;
-class Member;
-class ShownMember;
-class XmlOutput;
 struct Block;
 struct ClassInfo;
-template <class... Arguments>
-class ActionOn;
 
-/// The way from an object to one of its children. Owns its text, which may be kept after the library is unloaded.
+/// One step of a path: from an object to one of its children.
 struct Step
 {
-    QString member; ///< the member that contains it
-    int index; ///< its index in the list, from 0; -1 where there is no list
+    QString member; ///< the member that contains the child; valid after the library was unloaded, too
+    int index; ///< the child's index in the list, from 0; -1 if the member is not a list
 };
 
-/// The way from one object to another one below it; both lists have as many entries as it has steps.
-struct Place
+/// The path from one object to another one below it. Both lists have an entry for each step.
+struct ObjectPath
 {
     QStringList path; ///< for people: the objects from the root's child down, for instance `Component "Preselector"`
     QVector<Step> steps; ///< for programs
 
-    /// The place of a child, which people call `label`, of the object that is here.
-    Place below(const QString &label, const Step &step) const
+    /// The path to a child of the object at the end of this path. `label` is what people call the child.
+    ObjectPath below(const QString &label, const Step &step) const
     {
         return {path + QStringList{label}, steps + QVector<Step>{step}};
     }
-    Place below(std::nullptr_t, const Step &step) const = delete;
+    ObjectPath below(std::nullptr_t, const Step &step) const = delete;
 };
 
-/// One reason why a writer would refuse a document; its place is that of the object concerned.
-struct Problem : Place
+/// One reason why a writer would refuse a document, and the path to the object concerned.
+struct Problem : ObjectPath
 {
     QString message; ///< why: the whole text of the exception that the model would throw, or the library's own
     QString member{}; ///< the member of that object; null if it is not a single one
@@ -235,12 +228,12 @@ protected: // for derived classes
     /// bytes, and false without reading anything if it does not know the tag either; then the record is skipped.
     virtual bool readOwnRecord(QDataStream &stream, quint32 tag, qint32 length);
 
-    /// Calls `visitor` with the problems of the object at `place` and of everything below it. Call the base's first.
-    virtual void collectProblems(const Place &place, const ProblemVisitor &visitor) const;
+    /// Calls `visitor` with the problems of the object at `path` and of everything below it. Call the base's first.
+    virtual void collectProblems(const ObjectPath &path, const ProblemVisitor &visitor) const;
     /// @}
 
 protected:
-    explicit DataObject(const ClassInfo &info);
+    Q_DECL_HIDDEN explicit DataObject(const ClassInfo &info); // for the classes of the model
     DataObject(const DataObject &other);
     DataObject(DataObject &&other) noexcept;
     DataObject &operator=(const DataObject &other) noexcept;
@@ -253,79 +246,8 @@ protected:
     bool composeXml(QByteArray &utf8) const override;
     void walkContent(QXmlStreamReader &reader, const QString &name) override;
 
-    /// Exchanges the data of two objects of one class; each keeps its validate flag and logger, as with assignment.
-    void swapData(DataObject &other) noexcept;
-
-    /// \name Steps of the operations
-    /// For the classes of the model alone: most of these need types that are not installed, and any version may change
-    /// them. They neither propagate nor check unless they say so.
-    /// @{
-    class HandDown;
-
-    virtual bool equals(const DataObject &other) const;
-    /// Checks the object and what is below it; hands the environment, if there is one, down on the way.
-    virtual void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const;
-    /// In the order in which visitors see them.
-    virtual void forEachMember(const ActionOn<const ShownMember &> &action) const;
-    virtual void handDownToChildren(const HandDown &handDown) const;
-    /// Gives the object and everything below it the flags and loggers of the original that it was copied from.
-    virtual void copyEnvironments(const DataObject &original) const;
-    virtual void writeElement(XmlOutput &output) const;
-    virtual void writeMemberRecords(BinaryWriter &writer) const;
-    virtual void readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length);
-    virtual void writeSnapshot(BinaryWriter &writer) const;
-    virtual bool readSnapshot(BinaryReader &reader);
-
-    /// The object's data, created if there is none yet and made the object's own if it is shared.
-    Block &block() const;
-    const Block *existingBlock() const noexcept { return m_block; }
-
-    /// Hands flag and logger to the whole tree.
-    void handOver() const;
-    /// The same while an element is being read: only at its first child element, and when flag or logger have changed.
-    /// Once per read: handing over at every child element would make reading quadratic.
-    void handOverOnce() const;
-    void readAttributes(QXmlStreamReader &reader);
-    /// What stands in the element, up to its end. `name` is the element's; `isNew` says that there were no data before.
-    void readContent(QXmlStreamReader &reader, const QString &name, bool isNew);
-    /// Reads the child element if a member takes it; false if none does.
-    bool readMemberElement(QXmlStreamReader &reader);
-    /// Reads on to the next token that carries the name of the current one.
-    static void skipElement(QXmlStreamReader &reader);
-    void writeMembers(XmlOutput &output) const;
-    void writeSnapshotFlags(BinaryWriter &writer) const;
-    bool readSnapshotFlags(BinaryReader &reader);
-    void writeSnapshotMembers(BinaryWriter &writer) const;
-    bool readSnapshotMembers(BinaryReader &reader);
-    /// @}
-
 private:
-    friend class Member; // the rows are this class's other half
-    class ReadingContent;
-    class OwnXml;
-
-    inline const ClassInfo &info() const noexcept;
-    inline bool isOfDerivedClass() const noexcept;
-    inline REPORTGENERATOR::EnvironmentPointer environmentForCopy() const;
-    void takeDown(const HandDown &handDown) const;
-    void readElement(QXmlStreamReader &reader, const QString &name);
-    void readStartedContent(QXmlStreamReader &reader, const QString &name, bool isNew);
-    void checkMemberByMember(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown, Block &own) const;
-    void checkChildren(const Member &member, bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown,
-                       Block &own) const;
-    /// What the writer of a parent has done for a child before it writes the child.
-    enum class Preparation { Nothing, Propagated, Checked };
-    bool mayWrite() const;
-    bool mayWriteNested(Preparation preparation) const;
-    void writeNestedXml(XmlOutput &output, Preparation preparation) const;
-    void writeNestedRecord(BinaryWriter &writer, Preparation preparation) const;
-    void writeNestedRecord(BinaryWriter &writer, quint32 tag, Preparation preparation) const;
-    void readRecord(BinaryReader &reader, qint32 length);
-    quint16 listsToFill() const;
-    void squeeze(quint16 lists);
-    QString label(int index) const;
-    const Member *emptyList() const;
-    static void release(const REPORTGENERATOR::ObjectClass &objectClass, Block *block) noexcept;
+    friend class ObjectAccess;
 
     mutable Block *m_block = nullptr;
 };

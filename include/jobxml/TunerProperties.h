@@ -252,27 +252,12 @@ public:
     /// Puts every member back to its default and marks quantity, which is 1 then, as set.
     void ResetToDefault() override;
 
-    /// Reads the version, then the document.
-    void ProcessXml(QXmlStreamReader &reader) override;
-
     /// \name Translation
     /// Translates in the context "JobXml::TunerProperties": QCoreApplication::translate() with these arguments.
     /// @{
     static QString tr(const char *sourceText, const char *disambiguation, int n);
     static QString trUtf8(const char *sourceText, const char *disambiguation, int n);
     /// @}
-
-protected:
-    void ProcessXmlStartElement(QXmlStreamReader &reader) override;
-    void writeElement(XmlOutput &output) const override;
-    void writeMemberRecords(BinaryWriter &writer) const override;
-    void readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length) override;
-    void writeSnapshot(BinaryWriter &writer) const override;
-    bool readSnapshot(BinaryReader &reader) override;
-
-private:
-    bool isOlder() const;
-    void takeVersion(const QString &version);
 };
 
 /// Writes a value as C++ spells it; one without a name by its number.

@@ -223,16 +223,6 @@ public:
     bool HasData() const override;
     bool AnyData() const override;
     void Reset() override;
-
-protected:
-    bool equals(const DataObject &other) const override;
-    void checkTree(bool flag, const REPORTGENERATOR::EnvironmentPointer *handedDown) const override;
-    void collectProblems(const Place &place, const ProblemVisitor &visitor) const override;
-    void forEachMember(const ActionOn<const ShownMember &> &action) const override;
-    void handDownToChildren(const HandDown &handDown) const override;
-    void copyEnvironments(const DataObject &original) const override;
-    void writeSnapshot(BinaryWriter &writer) const override;
-    bool readSnapshot(BinaryReader &reader) override;
 };
 
 /// Writes a value as C++ spells it; one without a name by its number.

@@ -127,7 +127,7 @@ private:
     MemberEditor(const ShownMember &row, DataObject &object) : MemberView(row, object) { }
 
     static void forEach(DataObject &object, Call call, void *visitor);
-    DataObject &object() const;
+    Q_DECL_HIDDEN DataObject &object() const;
 };
 
 /// Shows each member of an object to a visitor, in the order in which XML writes them, whether or not it is set: calls

@@ -5,57 +5,46 @@
 #include <memory>
 #include <utility>
 
-#include <QString>
-
 #include <reportbase/Export.h>
 #include <reportbase/Logger.h>
-#include <reportbase/ObjectTypes.h>
 
 namespace REPORTGENERATOR {
 
-/// What an object of IRGObject has been told from outside.
+/// The validate flag and the logger of an object.
 ///
-/// An environment never changes, so that a whole tree of objects, in any number of threads, can share one: an object
-/// that is told something else gets another. Most objects have one of the two that are always there, `plain(true)` and
-/// `plain(false)`, and cost nothing for it.
+/// An environment never changes, so a whole tree of objects, in any number of threads, can share one: changing the flag
+/// or the logger of an object gives that object another environment. Most objects have one of the two that always
+/// exist, `plain(true)` and `plain(false)`, and use no memory for it.
 ///
-/// Programs need it only to derive classes from IRGObject; all others call IRGObject::SetValidate() and
+/// You need this class only to derive classes from IRGObject. Otherwise call IRGObject::SetValidate() and
 /// IRGObject::SetLogger().
 class REPORTBASE_EXPORT Environment
 {
 public:
-    /// What belongs to one object and is not handed down. Hardly any object has it.
-    struct Own
-    {
-        ObjectTypes type = ObjectTypes::Undefined; ///< what IRGObject::GetObjectType() returns
-        /// In place of the name of the object's class. Shared, so that references to it hold as long as the object is
-        /// called so, whatever else it is told.
-        std::shared_ptr<const QString> name;
-        QString error; ///< of the last load or save operation
-    };
-
-    /// See EnvironmentPointer::make().
-    Environment(bool theFlag, std::shared_ptr<Logger> theLogger, std::unique_ptr<const Own> theOwn);
     Environment(const Environment &) = delete;
     Environment &operator=(const Environment &) = delete;
 
     const bool validate; ///< the validate flag
     const std::shared_ptr<Logger> logger; ///< null if there is none
-    const std::unique_ptr<const Own> own; ///< null for what all of it is default
 
 private:
     friend class EnvironmentPointer;
-    enum Always { AlwaysThere };
-    constexpr Environment(Always, bool theFlag) noexcept : validate(theFlag), m_users(alwaysThere) { }
+    friend struct ObjectState;
 
-    static constexpr int alwaysThere = -1;
+    enum class Lifetime { Static, Shared, OneObject };
+    constexpr Environment(Lifetime, bool theFlag) noexcept : validate(theFlag), m_users(staticLifetime) { }
+    Environment(Lifetime lifetime, bool theFlag, std::shared_ptr<Logger> theLogger);
+    ~Environment() = default;
+
+    static constexpr int staticLifetime = -1;
     static const Environment validating;
     static const Environment lenient;
 
     mutable std::atomic<int> m_users{1};
+    const bool m_isOfOneObject = false; // then it is an ObjectState
 };
 
-/// A share in an environment.
+/// A reference-counted pointer to an environment; never null.
 class REPORTBASE_EXPORT EnvironmentPointer
 {
 public:
@@ -65,13 +54,19 @@ public:
         return EnvironmentPointer(validate ? &Environment::validating : &Environment::lenient);
     }
 
-    /// The environment that is told all of this.
-    static EnvironmentPointer make(bool validate, std::shared_ptr<Logger> logger,
-                                   std::unique_ptr<const Environment::Own> own = nullptr);
+    /// An environment with a flag and a logger, which may be null.
+    static EnvironmentPointer make(bool validate, std::shared_ptr<Logger> logger);
+
+    /// Whether it belongs to one object, because it also holds the object's type, its own name or its last error.
+    bool isOfOneObject() const noexcept { return m_environment->m_isOfOneObject; }
+    /// An environment with the same flag and logger that other objects can share.
+    EnvironmentPointer forOtherObjects() const
+    {
+        return isOfOneObject() ? make(m_environment->validate, m_environment->logger) : *this;
+    }
 
     /// \name Values
-    /// Copies share the environment. What was moved from holds the one that validates and nothing else. Two are equal
-    /// if they share one.
+    /// Copies share the environment. A moved-from pointer refers to `plain(true)`. Two are equal if they share one.
     /// @{
     EnvironmentPointer(const EnvironmentPointer &other) noexcept : m_environment(other.m_environment) { addUser(); }
     EnvironmentPointer(EnvironmentPointer &&other) noexcept
@@ -98,20 +93,22 @@ public:
     /// @}
 
 private:
+    friend struct ObjectState;
+
     explicit EnvironmentPointer(const Environment *environment) noexcept : m_environment(environment) { }
 
-    bool isAlwaysThere() const noexcept
+    bool isStatic() const noexcept
     {
-        return m_environment->m_users.load(std::memory_order_relaxed) == Environment::alwaysThere;
+        return m_environment->m_users.load(std::memory_order_relaxed) == Environment::staticLifetime;
     }
     void addUser() const noexcept
     {
-        if (!isAlwaysThere())
+        if (!isStatic())
             m_environment->m_users.fetch_add(1, std::memory_order_relaxed);
     }
     void dropUser() noexcept
     {
-        if (!isAlwaysThere() && m_environment->m_users.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        if (!isStatic() && m_environment->m_users.fetch_sub(1, std::memory_order_acq_rel) == 1)
             destroy();
     }
     void destroy() noexcept;

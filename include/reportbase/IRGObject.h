@@ -262,7 +262,7 @@ protected:
           m_environment(EnvironmentPointer::plain(true))
     {
     }
-    /// An object of a class that has been told this already.
+    /// An object of a class with this environment.
     IRGObject(const ObjectClass &objectClass, EnvironmentPointer &&environment) noexcept
         : m_classIdentifier(objectClass.identifier), m_class(&objectClass), m_environment(std::move(environment))
     {
@@ -283,40 +283,36 @@ protected:
     /// The class that the object was made for.
     const ObjectClass &objectClass() const noexcept { return *m_class; }
 
-    /// \name What the object was told
-    /// As SetValidate() and SetLogger() told it, whatever derived classes make of these.
+    /// \name Validate flag and logger
+    /// As SetValidate() and SetLogger() stored them, whatever derived classes make of these. For classes that propagate
+    /// both to child objects in one walk; all others call SetValidate() and SetLogger() of the children.
     /// @{
     const EnvironmentPointer &environment() const noexcept { return m_environment; }
-    /// The part of it that children get.
-    EnvironmentPointer environmentForChildren() const
-    {
-        return m_environment->own ? EnvironmentPointer::make(m_environment->validate, m_environment->logger)
-                                  : m_environment;
-    }
-    /// What a copy of the object gets: its type and its validate flag; neither its logger nor a name of its own.
+    /// The environment of a copy of the object, which has its type and its validate flag, but neither its logger nor a
+    /// name of its own.
     EnvironmentPointer environmentForCopy() const;
-    /// Takes flag and logger over from a parent.
-    void takeEnvironment(const EnvironmentPointer &parents) const
+    /// Stores the flag and the logger of another object. Shares the environment unless the object has a type, a name of
+    /// its own or an error to keep.
+    void setEnvironment(const EnvironmentPointer &environment) const
     {
-        if (m_environment != parents)
-            takeOtherEnvironment(parents);
+        if (m_environment != environment)
+            replaceEnvironment(environment);
     }
-    /// The same for one of the two; the parent's environment becomes the object's too if it is the same then.
-    void takeValidate(const EnvironmentPointer &parents) const;
-    void takeLogger(const EnvironmentPointer &parents) const;
+    /// Stores a flag and a logger, sharing `shared` if it has both.
+    void changeEnvironment(bool validate, const std::shared_ptr<Logger> &logger,
+                           const EnvironmentPointer &shared) const;
     /// @}
 
 private:
-    void takeOtherEnvironment(const EnvironmentPointer &parents) const;
-    void takeOther(bool validate, const std::shared_ptr<Logger> &logger, const EnvironmentPointer &parents) const;
+    void replaceEnvironment(const EnvironmentPointer &environment) const;
     template <class Change>
-    void changeOwn(Change change) const;
-    void clearError() const;
-    bool fail(const QString &text) const; // keeps and logs the text; always false
-    bool save(const QString &path, const QByteArray &content) const;
-    QString readDocument(QXmlStreamReader &reader, const QString &source); // why it failed, or null
-    QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData,
-                               const ReadLimits &limits); // why it failed, or null
+    void changeState(Change change) const;
+    Q_DECL_HIDDEN void clearError() const;
+    Q_DECL_HIDDEN bool fail(const QString &text) const; // keeps and logs the text; always false
+    Q_DECL_HIDDEN bool save(const QString &path, const QByteArray &content) const;
+    Q_DECL_HIDDEN QString readDocument(QXmlStreamReader &reader, const QString &source); // why it failed, or null
+    Q_DECL_HIDDEN QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData,
+                                             const ReadLimits &limits); // why it failed, or null
 
     const ObjectClass *m_class;
     mutable EnvironmentPointer m_environment;

@@ -59,9 +59,9 @@ public:
     int GetPendingSize() const;
 
 private:
-    std::optional<int> nextSize() const; // throws a Refusal
-    void fail(const QString &why);
-    void removeTaken();
+    Q_DECL_HIDDEN std::optional<int> nextSize() const; // throws a Refusal
+    Q_DECL_HIDDEN void fail(const QString &why);
+    Q_DECL_HIDDEN void removeTaken();
 
     quint32 m_classIdentifier;
     ReadLimits m_limits;

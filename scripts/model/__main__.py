@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Makes every committed file, or part of one, that follows from the model: model [--check] PROGRAM
+"""Makes every committed file, or part of one, that follows from the model: model [--check] [--top FOLDER] PROGRAM
 
 PROGRAM is tunerproperties_model, a program of the build that writes the model as JSON. With --check nothing is written,
 but each file that is not as it would be made is named, with the first line that differs.
@@ -22,7 +22,6 @@ import lists  # noqa: E402
 import schema  # noqa: E402
 from model import Model, Unmakeable  # noqa: E402
 
-TOP = Path(__file__).resolve().parents[2]
 MODEL = "share/model.json"
 
 
@@ -33,9 +32,15 @@ def model_as_told_by(program: Path) -> str:
         return file.read_text(encoding="utf-8")
 
 
-def committed(path: str) -> str:
-    file = TOP / path
-    return file.read_text(encoding="utf-8") if file.exists() else ""
+class Committed:
+    """Reads files of the project."""
+
+    def __init__(self, top: Path) -> None:
+        self._top = top
+
+    def __call__(self, path: str) -> str:
+        file = self._top / path
+        return file.read_text(encoding="utf-8") if file.exists() else ""
 
 
 def first_difference(path: str, is_now: str, should_be: str) -> str:
@@ -53,7 +58,10 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program", type=Path)
     parser.add_argument("--check", action="store_true", help="write nothing, tell what differs")
+    parser.add_argument("--top", type=Path, default=Path(__file__).resolve().parents[2],
+                        help="the top folder of the project")
     arguments = parser.parse_args()
+    committed = Committed(arguments.top)
 
     text = model_as_told_by(arguments.program)
     model = Model(text)
@@ -72,7 +80,7 @@ def main() -> int:
         if arguments.check:
             problems.append(first_difference(path, is_now, should_be))
         else:
-            (TOP / path).write_text(should_be, encoding="utf-8")
+            (arguments.top / path).write_text(should_be, encoding="utf-8")
             print(f"written: {path}")
     for problem in problems:
         print(problem, file=sys.stderr)

@@ -24,7 +24,7 @@ def say(text):
 
 
 class Progress:
-    """One line per mutant, appended as soon as it is through; a run that was interrupted goes on behind the last."""
+    """One line per mutant, appended as soon as it is tried; an interrupted run continues after the last one."""
 
     def __init__(self, path):
         self.path = path
@@ -114,7 +114,7 @@ class Session:
             self.digests[path] = hashlib.sha256(self.workshop.source(path).encode()).hexdigest()[:16]
 
     def _chosen(self):
-        """All that were asked for by name or file, or the first of the seed's order."""
+        """All mutants that were named, or those of the named files, or the first of the seed's order."""
         mutants = rules.in_order(self.all, self.options.seed)
         if self.options.only:
             return [m for m in mutants if m.identity in self.options.only]
@@ -135,7 +135,7 @@ class Session:
             relative = path.relative_to(self.project).as_posix() if path.is_relative_to(self.project) else name
             matching = [s for s in self.workshop.sources if s == relative or s.startswith(relative.rstrip("/") + "/")]
             if not matching:
-                raise BuildFailure(f"'{name}' is no source file of the libraries and no folder with one; they are in src/")
+                raise BuildFailure(f"'{name}' is neither a source file of the libraries nor a folder with one; they are in src/")
             wanted.update(matching)
         return wanted
 
@@ -172,10 +172,10 @@ class Session:
         for name, why in self.trials.left_out.items():
             say(f"Left out: {name} ({why})")
         say(f"{len(self.trials.tests)} tests, {sum(t.cpu_seconds for t in self.trials.tests):.0f} s of processor time with nothing broken")
-        # They look at the library itself; a mutant that is built in one gets to meet them when all others have passed.
-        self.telling = self.workshop.unite(self.trials.failing_tests, self.trials.libraries())
-        if self.telling:
-            say(f"Last, if the library is made in one compilation: {', '.join(sorted(self.telling))}")
+        # They look at the library itself; a mutant that is built in one compilation meets them after all others.
+        self.sensitive = self.workshop.unite(self.trials.failing_tests, self.trials.libraries())
+        if self.sensitive:
+            say(f"Last, if the library is made in one compilation: {', '.join(sorted(self.sensitive))}")
         for record in self.progress.records.values():
             if record.get("by"):
                 self.trials.remember(record["path"], record["by"])
@@ -220,13 +220,13 @@ class Session:
         built = self.workshop.build_mutant(mutant)
         if built == "not compiled" or (built == "same code" and not mutant.path.endswith(".h")):
             return built, None
-        # The same code from another header: a compiler that has to refuse wrong tables may still tell the difference.
+        # The same code from a different header: tests in which the compiler refuses wrong tables may still fail.
         united = self.workshop.is_united(mutant.path)
-        failure = self.trials.first_failure(mutant.path, self.quick, without=self.telling if united else ())
-        if not failure and not self.quick and united and self.telling and built == "built":
+        failure = self.trials.first_failure(mutant.path, self.quick, without=self.sensitive if united else ())
+        if not failure and not self.quick and united and self.sensitive and built == "built":
             self.workshop.restore()
             if self.workshop.build_mutant(mutant, apart=True) == "built":
-                failure = self.trials.first_failure(mutant.path, False, only=self.telling)
+                failure = self.trials.first_failure(mutant.path, False, only=self.sensitive)
         if failure:
             test, verdict = failure
             return verdict.how, test.name
@@ -283,7 +283,7 @@ class Session:
             complaints.append(f"{left} mutants are still to be tried, or to be tried with all tests")
         whole = not (self.options.only or self.options.files or self.options.category)
         if whole and compiled < LEAST_COMPILED:
-            complaints.append(f"only {compiled} mutants compiled; at least {LEAST_COMPILED} are asked for")
+            complaints.append(f"only {compiled} mutants compiled; at least {LEAST_COMPILED} are required")
         for mutant, record in tried.items():
             if mutant.identity in self.equivalents and record["outcome"] in KILLED:
                 complaints.append(f"{mutant.identity} is on the list of equivalents, but {record['by']} kills it")

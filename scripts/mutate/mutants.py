@@ -83,7 +83,7 @@ ROW = re.compile(
 STRUCT = re.compile(r"^struct (?:\w+Data|Versions|State)\n\{\n(.*?)^\};", re.MULTILINE | re.DOTALL)
 FIELD = re.compile(r"^    (?P<type>[\w:<>]+) (?P<field>\w+)(?: = (?P<value>[^;]+))?;", re.MULTILINE)
 TABLE = re.compile(r"constexpr Table members\{(?P<rows>[^}]*)\};")
-# What a row of the kind could have been given by mistake, with an effect.
+# Traits that a row of the kind could have by mistake, with an effect.
 ADDED_TO_LISTS = ("Mandatory", "ComparedByRightFlag", "SnapshotReadByCount")
 ADDED_TO_SCALARS = ("Attribute", "Mandatory", "WrittenWhenSet", "SnapshotReadAlways")
 ADDED_TO_TEXTS = (*ADDED_TO_SCALARS, "NullPassesIsValid", "Identifies")
@@ -330,7 +330,7 @@ class Source:
         self._add("tag", (start, end, f"0x{flipped:0{digits}X}"))
 
     def _string(self, category, start, end):
-        """One letter of a text is another one; what stands for something else (%1, an escape) stays."""
+        """One letter of a text is changed; placeholders and escapes (%1, \\n) stay."""
         text = self.text[start + 1 : end - 1]
         plain = re.sub(r"%\d|\\x[0-9A-Fa-f]+|\\.", lambda match: "\0" * len(match.group()), text)
         places = [i for i, letter in enumerate(plain) if letter not in '\0"\\']

@@ -130,8 +130,8 @@ class Trials:
     # --- With nothing broken ---
 
     def measure(self):
-        """Runs each test once, for the time it takes; one that does not pass now cannot judge. What a former run found
-        out about the same program with the same libraries is taken over."""
+        """Runs each test once, for the time it takes; one that does not pass now cannot judge. Results of a former run
+        of the same program with the same libraries are used again."""
         known = self._read_times()
         usable = []
         for test in self.tests:

@@ -89,7 +89,7 @@ class Workshop:
             raise BuildFailure(f"another run works in {self.folder}") from None
         self._put_right()
         if not (as_it_is and self.tree.is_dir()):
-            self._take_over()
+            self._copy_project()
         self.find_sources()
 
     def use_project(self):
@@ -111,7 +111,7 @@ class Workshop:
             if good.is_file() and not good.is_symlink():
                 self._replace(good, self.build / good.relative_to(self.pristine))
 
-    def _take_over(self):
+    def _copy_project(self):
         listed = subprocess.run(["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                                 cwd=self.project, check=True, stdout=subprocess.PIPE).stdout  # fmt: skip
         names = {name for name in os.fsdecode(listed).split("\0") if name and (self.project / name).is_file()}
@@ -246,7 +246,7 @@ class Workshop:
         return sorted((o for o in self.objects if o.target == target), key=lambda o: link.index(o.output))
 
     def _units(self, path, apart=False):
-        """What to compile again for a changed file: (object, source, the objects that it stands for)."""
+        """What to compile again for a changed file: (object, source, the objects that it replaces)."""
         changed = str(self.tree / path)
         units = []
         for target in self.binaries:
@@ -259,22 +259,22 @@ class Workshop:
         return units
 
     def is_united(self, path):
-        return any(len(stands_for) > 1 for _, _, stands_for in self._units(path))
+        return any(len(replaced_objects) > 1 for _, _, replaced_objects in self._units(path))
 
     _united_targets = ()
 
     def unite(self, failing_tests, state):
-        """Finds out which libraries can be made in one compilation, and returns the names of the tests that can tell."""
-        cache = self.folder / "united.json"
+        """Finds out which libraries can be made in one compilation, and returns the names of the tests that then fail."""
+        cache = self.folder / "united-libraries.json"
         known = json.loads(cache.read_text(encoding="utf-8")) if cache.exists() else {}
         if known.get("state") != state:
             known = {"state": state, **self._try_uniting(failing_tests)}
             cache.write_text(json.dumps(known), encoding="utf-8")
         self._united_targets = set(known["united"])
-        return set(known["tell"])
+        return set(known["failing"])
 
     def _try_uniting(self, failing_tests):
-        united, tell = [], set()
+        united, failing = [], set()
         for target in self.binaries:
             objects = self._in_link_order(target)
             if len(objects) < 3 or not self.binaries[target].output.startswith("lib/"):
@@ -286,9 +286,9 @@ class Workshop:
                 self.say(f"{target} is compiled source by source: see {self.folder}/united-{target}.log")
             elif self._link(target, {o.output: output for o in objects}):
                 united.append(target)
-                tell |= failing_tests()
+                failing |= failing_tests()
             self.restore()
-        return {"united": united, "tell": sorted(tell)}
+        return {"united": united, "failing": sorted(failing)}
 
     def _unbroken_code(self, unit, optimised):
         key = (unit[0].output, unit[1], optimised)
@@ -309,12 +309,12 @@ class Workshop:
         before = [None if apart else self._unbroken_code(unit, False) for unit in units]
         self._break(mutant)
         replaced, same = {}, True
-        for number, (one, source, stands_for) in enumerate(units):
+        for number, (one, source, replaced_objects) in enumerate(units):
             output = self.scratch / f"mutant-{number}.o"
             if self._compile(one, source, output).returncode:
                 return "not compiled"
             same = same and output.read_bytes() == before[number]
-            for other in stands_for:
+            for other in replaced_objects:
                 replaced.setdefault(one.target, {})[other.output] = output
         if same:
             return "same code"

@@ -13,18 +13,19 @@
 
 namespace JobXml {
 
-/// How a value of type T travels, once per type:
-///  - `giveText` and `fromText`: in XML. The text is given to a function that takes a QString or, what numbers have, a
-///    QLatin1String. Text that is not a number is 0, on purpose: readers of documents never complained.
+/// How a value of type T is encoded, once per type:
+///  - `withText` and `fromText`: in XML. `withText` calls a function with the text, a QString or, for numbers and
+///    booleans, a QLatin1String. Text that is not a number is 0, on purpose: readers of documents never complained.
 ///  - `writePayload` and `readPayload`: in a tagged record.
 ///  - `writeSnapshot` and `readSnapshot`: in a snapshot.
-///  - `kind`, `names`, `variant` and `fromVariant`: for visitors. `fromVariant` is false for what is no such value.
-///  - `isValid`: whether a member may hold the value when it is checked, and take it while validating; `refuse` throws
-///    for one that it may not take. `traits` says whether there is such a value at all.
+///  - `kind`, `names`, `variant` and `fromVariant`: for visitors. `fromVariant` returns false for a value of another
+///  type.
+///  - `isValid`: whether the value passes the check, and the setter while validating; `refuse` throws for a value that
+///    does not. `traits` has MayBeInvalid if there are such values.
 template <class T>
 struct Codec;
 
-/// What holds for every type unless its codec says otherwise.
+/// The defaults for every type.
 template <class T>
 struct CodecDefaults
 {
@@ -51,7 +52,7 @@ template <>
 struct Codec<QString> : CodecDefaults<QString>
 {
     static constexpr MemberKind kind = MemberKind::Text;
-    static constexpr Traits traits = PresentByValue | MayHoldTheInvalid;
+    static constexpr Traits traits = PresentByValue | MayBeInvalid;
 
     static bool isValid(const QString &value) { return !value.isNull(); }
     [[noreturn]] static void refuse(const DataObject &object, QLatin1String member)
@@ -60,14 +61,14 @@ struct Codec<QString> : CodecDefaults<QString>
     }
     static bool isPresent(const QString &value, bool) { return !value.isNull(); }
 
-    template <class Taker>
-    static void giveText(const QString &value, Taker &&take)
+    template <class Use>
+    static void withText(const QString &value, Use &&use)
     {
-        take(value);
+        use(value);
     }
     static QString fromText(const DataObject &, QLatin1String, QStringView text)
     {
-        return text.isEmpty() ? emptyText : text.toString(); // what a document mentions is there, if empty
+        return text.isEmpty() ? emptyText : text.toString(); // an empty text in a document is a value
     }
     static void writePayload(BinaryWriter &writer, const QString &value) { writer.putUtf8(value); }
     static QString readPayload(BinaryReader &reader, const DataObject &owner) { return reader.readText(owner); }
@@ -78,10 +79,10 @@ struct Codec<bool> : CodecDefaults<bool>
 {
     static constexpr MemberKind kind = MemberKind::Boolean;
 
-    template <class Taker>
-    static void giveText(bool value, Taker &&take)
+    template <class Use>
+    static void withText(bool value, Use &&use)
     {
-        take(value ? QLatin1String("true") : QLatin1String("false"));
+        use(value ? QLatin1String("true") : QLatin1String("false"));
     }
     static bool fromText(const DataObject &object, QLatin1String member, QStringView text)
     {
@@ -97,14 +98,14 @@ struct Codec<bool> : CodecDefaults<bool>
     static bool readPayload(BinaryReader &reader, const DataObject &owner) { return reader.read<bool>(owner); }
 };
 
-/// Whole numbers travel as 64 bits whatever their own width: records and snapshots outlive the width of a type.
+/// Integers are encoded in 64 bits whatever their own width: records and snapshots outlive the width of a type.
 template <class T, class Wire>
 struct IntegerCodec : CodecDefaults<T>
 {
-    template <class Taker>
-    static void giveText(T value, Taker &&take)
+    template <class Use>
+    static void withText(T value, Use &&use)
     {
-        take(Numbers::decimal(Wire(value)).latin1());
+        use(Numbers::decimal(Wire(value)).latin1());
     }
     static void writePayload(BinaryWriter &writer, T value) { writer.put(Wire(value)); }
     static T readPayload(BinaryReader &reader, const DataObject &owner) { return T(reader.read<Wire>(owner)); }
@@ -152,10 +153,10 @@ struct Codec<quint64> : IntegerCodec<quint64, quint64>
 template <class T>
 struct FloatingPointCodec : CodecDefaults<T>
 {
-    template <class Taker>
-    static void giveText(T value, Taker &&take)
+    template <class Use>
+    static void withText(T value, Use &&use)
     {
-        take(Numbers::twoDecimals(double(value)).latin1());
+        use(Numbers::twoDecimals(double(value)).latin1());
     }
     static void writePayload(BinaryWriter &writer, T value)
     {

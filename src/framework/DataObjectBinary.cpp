@@ -3,10 +3,12 @@
 
 #include <QDataStream>
 
+#include "framework/Behavior.h"
 #include "framework/Binary.h"
+#include "framework/Child.h"
 #include "framework/Errors.h"
 #include "framework/Member.h"
-#include "framework/Table.h"
+#include "framework/Propagation.h"
 
 namespace JobXml {
 
@@ -14,12 +16,12 @@ namespace JobXml {
 
 bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
 {
-    if (!mayWrite())
+    if (!prepareToWrite(*this))
         return false;
     BinaryWriter writer(stream);
     const auto record = writeTag ? writer.begin(quint32(tag)) : writer.beginUntagged();
-    writeMemberRecords(writer);
-    if (isOfDerivedClass()) {
+    ObjectAccess::behavior(*this).writeRecords(*this, writer);
+    if (ObjectAccess::isOfDerivedClass(*this)) {
         QByteArray own;
         QDataStream ownStream(&own, QIODevice::WriteOnly);
         ownStream.setByteOrder(stream.byteOrder());
@@ -40,131 +42,144 @@ bool DataObject::readOwnRecord(QDataStream &, quint32, qint32)
     return false;
 }
 
-void DataObject::writeNestedRecord(BinaryWriter &writer, Preparation preparation) const
+void Child::writeRecord(const DataObject &child, BinaryWriter &writer, Preparation preparation)
 {
-    if (!mayWriteNested(preparation))
+    if (!prepareToWrite(child, preparation))
         return;
     const auto record = writer.beginUntagged();
-    writeMemberRecords(writer);
+    ObjectAccess::behavior(child).writeRecords(child, writer);
     writer.end(record);
 }
 
-void DataObject::writeNestedRecord(BinaryWriter &writer, quint32 tag, Preparation preparation) const
+void Child::writeRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, Preparation preparation)
 {
-    if (!mayWriteNested(preparation))
+    if (!prepareToWrite(child, preparation))
         return;
     const auto record = writer.begin(tag);
-    writeMemberRecords(writer);
+    ObjectAccess::behavior(child).writeRecords(child, writer);
     writer.end(record);
 }
 
-void DataObject::writeMemberRecords(BinaryWriter &writer) const
+void Behavior::writeRecords(const DataObject &object, BinaryWriter &writer) const
 {
-    Block &own = Member::block(*this);
-    for (const Member *member : info().writtenOrder())
-        member->writeRecord(*this, own, writer);
+    Block &own = ObjectAccess::block(object);
+    for (const Member *member : ObjectAccess::info(object).writtenOrder())
+        member->writeRecord(object, own, writer);
 }
 
 void DataObject::SetBinary(QDataStream &stream, int length)
 {
-    handOver();
+    Propagation::propagate(*this);
     BinaryReader reader(stream);
-    readRecord(reader, length);
+    Child::readRecord(*this, reader, length);
 }
 
-void DataObject::readRecord(BinaryReader &reader, qint32 length)
+void Child::readRecord(DataObject &child, BinaryReader &reader, qint32 length)
 {
-    block();
+    ObjectAccess::block(child);
+    const ClassInfo &info = ObjectAccess::info(child);
     qint64 remainder = length; // 64 bits: no length word of a hostile record can make it wrap
-    const ClassInfo::Rows rows = info().writtenOrder();
+    const ClassInfo::Rows rows = info.writtenOrder();
     const Member *const *expected = rows.begin(); // objects write them in this order
     while (remainder > 0 && !reader.atEnd()) {
-        const BinaryReader::Head head = reader.readHead(*this);
+        const BinaryReader::Head head = reader.readHead(child);
         remainder -= 8 + qint64(head.length);
         if (expected != rows.end() && (*expected)->tag() == head.tag)
-            (*expected++)->readRecord(*this, reader, head.length);
+            (*expected++)->readRecord(child, reader, head.length);
         else
-            readMemberRecord(reader, head.tag, head.length);
+            info.behavior.readRecord(child, reader, head.tag, head.length);
     }
     if (remainder != 0)
-        Errors::wrongLength(*this);
+        Errors::wrongLength(child);
 }
 
-void DataObject::readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length)
+void Behavior::readRecord(DataObject &object, BinaryReader &reader, quint32 tag, qint32 length) const
 {
-    for (const Member *member : info().writtenOrder()) {
+    for (const Member *member : ObjectAccess::info(object).writtenOrder()) {
         if (member->tag() == tag) {
-            member->readRecord(*this, reader, length);
+            member->readRecord(object, reader, length);
             return;
         }
     }
-    const auto readOwn = [&](QDataStream &stream) { return readOwnRecord(stream, tag, length); };
-    if (!isOfDerivedClass() || length < 0 || !reader.readByStream(*this, length, readOwn))
-        reader.skip(*this, length, tag);
+    const auto readOwn = [&](QDataStream &stream) { return ObjectAccess::readOwnRecord(object, stream, tag, length); };
+    if (!ObjectAccess::isOfDerivedClass(object) || length < 0 || !reader.readByStream(object, length, readOwn))
+        reader.skip(object, length, tag);
 }
 
 // --- Snapshots -------------------------------------------------------------------------------------------------------
 
 void DataObject::GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const
 {
-    block();
     BinaryWriter writer(stream);
-    writeSnapshot(writer);
+    Child::writeSnapshot(*this, writer);
     writer.flushTo(stream);
 }
 
 void DataObject::SetVersionSpecificBinaryWithoutValidation(QDataStream &stream)
 {
-    block();
+    ObjectAccess::block(*this);
     BinaryReader reader(stream);
-    readSnapshot(reader);
+    Child::readSnapshot(*this, reader);
 }
 
-void DataObject::writeSnapshot(BinaryWriter &writer) const
+void Child::writeSnapshot(const DataObject &child, BinaryWriter &writer)
 {
-    writeSnapshotFlags(writer);
-    writeSnapshotMembers(writer);
+    ObjectAccess::block(child);
+    ObjectAccess::behavior(child).writeSnapshot(child, writer);
 }
 
-bool DataObject::readSnapshot(BinaryReader &reader)
+bool Child::readSnapshot(DataObject &child, BinaryReader &reader)
 {
-    return readSnapshotFlags(reader) && readSnapshotMembers(reader);
+    ObjectAccess::block(child);
+    return ObjectAccess::behavior(child).readSnapshot(child, reader);
 }
 
-void DataObject::writeSnapshotFlags(BinaryWriter &writer) const
+void Behavior::writeSnapshot(const DataObject &object, BinaryWriter &writer) const
 {
-    const SetFlags &flags = Member::block(*this).flags;
+    writeSnapshotFlags(object, writer);
+    writeSnapshotMembers(object, writer);
+}
+
+bool Behavior::readSnapshot(DataObject &object, BinaryReader &reader) const
+{
+    return readSnapshotFlags(object, reader) && readSnapshotMembers(object, reader);
+}
+
+void Behavior::writeSnapshotFlags(const DataObject &object, BinaryWriter &writer)
+{
+    const SetFlags &flags = ObjectAccess::block(object).flags;
     writer.put(flags.byte(0));
-    if (info().memberCount > 8)
+    if (ObjectAccess::info(object).memberCount > 8)
         writer.put(flags.byte(1));
 }
 
-bool DataObject::readSnapshotFlags(BinaryReader &reader)
+bool Behavior::readSnapshotFlags(DataObject &object, BinaryReader &reader)
 {
+    const int memberCount = ObjectAccess::info(object).memberCount;
     quint8 first = 0;
     quint8 second = 0;
-    if (!reader.take(first) || (info().memberCount > 8 && !reader.take(second)))
+    if (!reader.take(first) || (memberCount > 8 && !reader.take(second)))
         return false;
-    Member::block(*this).flags.setBytes(first, second, info().memberCount);
+    ObjectAccess::block(object).flags.setBytes(first, second, memberCount);
     return true;
 }
 
-void DataObject::writeSnapshotMembers(BinaryWriter &writer) const
+void Behavior::writeSnapshotMembers(const DataObject &object, BinaryWriter &writer)
 {
-    Block &own = Member::block(*this);
-    for (const Member *member : info().bitOrder())
-        member->writeSnapshot(*this, own, writer);
+    Block &own = ObjectAccess::block(object);
+    for (const Member *member : ObjectAccess::info(object).bitOrder())
+        member->writeSnapshot(object, own, writer);
 }
 
-bool DataObject::readSnapshotMembers(BinaryReader &reader)
+bool Behavior::readSnapshotMembers(DataObject &object, BinaryReader &reader)
 {
-    Block *own = &Member::block(*this);
+    Block *own = &ObjectAccess::block(object);
     const bool isInMemory = reader.isInMemory();
-    for (const Member *member : info().bitOrder()) {
-        if (!member->readSnapshot(*this, *own, reader))
+    for (const Member *member : ObjectAccess::info(object).bitOrder()) {
+        if (!member->readSnapshot(object, *own, reader))
             return false;
         if (!isInMemory) // a device may have copied the object meanwhile, whose data are shared then
-            own = &Member::block(*this);
+            own = &ObjectAccess::block(object);
     }
     return true;
 }

@@ -4,8 +4,10 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include "framework/Behavior.h"
+#include "framework/Child.h"
 #include "framework/Member.h"
-#include "framework/Table.h"
+#include "framework/Propagation.h"
 #include "framework/XmlDocument.h"
 #include "framework/XmlOutput.h"
 
@@ -13,13 +15,17 @@ namespace JobXml {
 
 // --- Writing ---------------------------------------------------------------------------------------------------------
 
+namespace {
+
 /// The element of an object of a derived class, to which that class adds attributes and elements. Attributes must
 /// precede content, so they are written as soon as content of the base follows, or the end of the element.
-class Q_DECL_HIDDEN DataObject::OwnXml final : public XmlOutput
+class DerivedOutput final : public XmlOutput
 {
 public:
-    OwnXml(const DataObject &object, QXmlStreamWriter &writer)
-        : m_object(object), m_writer(writer), m_output(writer) { }
+    DerivedOutput(const DataObject &object, QXmlStreamWriter &writer)
+        : m_object(object), m_writer(writer), m_output(writer)
+    {
+    }
 
     void writeStartElement(const QString &name) override
     {
@@ -31,7 +37,7 @@ public:
     {
         endStartTag();
         if (m_depth == 1)
-            m_object.writeOwnElements(m_writer);
+            ObjectAccess::writeOwnElements(m_object, m_writer);
         m_output.writeEndElement();
         --m_depth;
     }
@@ -52,7 +58,7 @@ private:
     void endStartTag()
     {
         if (m_depth == 1 && !std::exchange(m_hasOwnAttributes, true))
-            m_object.writeOwnAttributes(m_writer);
+            ObjectAccess::writeOwnAttributes(m_object, m_writer);
     }
 
     const DataObject &m_object;
@@ -62,157 +68,209 @@ private:
     bool m_hasOwnAttributes = false;
 };
 
+} // namespace
+
 void DataObject::writeOwnAttributes(QXmlStreamWriter &) const { }
 
 void DataObject::writeOwnElements(QXmlStreamWriter &) const { }
 
 void DataObject::GetXml(QXmlStreamWriter &writer) const
 {
-    if (!mayWrite())
+    if (!prepareToWrite(*this))
         return;
-    if (isOfDerivedClass()) {
-        OwnXml output(*this, writer);
-        writeElement(output);
-    } else {
-        XmlWriterOutput output(writer);
-        writeElement(output);
-    }
+    const auto write = [&](XmlOutput &&output) { ObjectAccess::behavior(*this).writeElement(*this, output); };
+    if (ObjectAccess::isOfDerivedClass(*this))
+        write(DerivedOutput(*this, writer));
+    else
+        write(XmlWriterOutput(writer));
 }
 
 bool DataObject::composeXml(QByteArray &utf8) const
 {
-    if (isOfDerivedClass())
-        return false; // whose GetXml() may be another
-    if (!mayWrite())
+    if (ObjectAccess::isOfDerivedClass(*this))
+        return false; // which may override GetXml()
+    if (!prepareToWrite(*this))
         return true;
     XmlDocument document;
-    writeElement(document);
+    ObjectAccess::behavior(*this).writeElement(*this, document);
     if (document.isFaithful())
         utf8 = document.takeUtf8();
     return document.isFaithful();
 }
 
-void DataObject::writeNestedXml(XmlOutput &output, Preparation preparation) const
+void Child::writeXml(const DataObject &child, XmlOutput &output, Preparation preparation)
 {
-    if (mayWriteNested(preparation))
-        writeElement(output);
+    if (prepareToWrite(child, preparation))
+        ObjectAccess::behavior(child).writeElement(child, output);
 }
 
-void DataObject::writeElement(XmlOutput &output) const
+void Behavior::writeElement(const DataObject &object, XmlOutput &output) const
 {
-    output.writeStartElement(GetObjectName());
-    writeMembers(output);
+    output.writeStartElement(object.GetObjectName());
+    writeMembers(object, output);
     output.writeEndElement();
 }
 
-void DataObject::writeMembers(XmlOutput &output) const
+void Behavior::writeMembers(const DataObject &object, XmlOutput &output)
 {
-    Block &own = Member::block(*this);
-    for (const Member *member : info().writtenOrder())
-        member->writeXml(*this, own, output);
+    Block &own = ObjectAccess::block(object);
+    for (const Member *member : ObjectAccess::info(object).writtenOrder())
+        member->writeXml(object, own, output);
 }
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// While the content of an object is read, exceptions or not: it is known what the object has propagated, and the
-/// reader does not process namespaces. It looks each name up among all that are declared around it, and unknown
-/// elements can be nested without end.
-class DataObject::ReadingContent
+namespace {
+
+/// Exists while the content of an object is read, also if reading throws. It knows what the object has propagated, and
+/// switches the namespace processing of the reader off: the reader looks each name up among all that are declared
+/// around it, and unknown elements can be nested without limit.
+class ContentRead
 {
 public:
-    ReadingContent(const DataObject &object, QXmlStreamReader &reader, bool hasPropagated)
+    ContentRead(const DataObject &object, QXmlStreamReader &reader, bool hasPropagated)
         : m_object(object), m_reader(reader), m_outer(innermost), m_namespaces(reader.namespaceProcessing()),
-          m_propagated(object.environment()), m_hasPropagated(hasPropagated)
+          m_propagated(ObjectAccess::environment(object)), m_hasPropagated(hasPropagated)
     {
         innermost = this;
         if (m_namespaces)
             m_reader.setNamespaceProcessing(false);
     }
-    ReadingContent(const ReadingContent &) = delete;
-    ReadingContent &operator=(const ReadingContent &) = delete;
-    ~ReadingContent()
+    ContentRead(const ContentRead &) = delete;
+    ContentRead &operator=(const ContentRead &) = delete;
+    ~ContentRead()
     {
         innermost = m_outer;
         if (m_namespaces)
             m_reader.setNamespaceProcessing(true);
     }
 
-    /// The object's own, if it is the one that is being read.
-    static ReadingContent *of(const DataObject &object)
+    /// Propagates the flag and the logger of an object whose child element is about to be read: only at its first child
+    /// element, and when a derived class has changed either. At every child element, it would make reading quadratic.
+    static void propagate(const DataObject &object)
     {
-        return innermost && &innermost->m_object == &object ? innermost : nullptr;
-    }
-
-    /// Whether the children follow the flag and the logger that the object has now; a derived class may change these
-    /// from one element to the next.
-    bool hasPropagated() const { return m_hasPropagated && m_propagated == m_object.environment(); }
-    void notePropagation()
-    {
-        m_propagated = m_object.environment();
-        m_hasPropagated = true;
+        ContentRead *const read = innermost && &innermost->m_object == &object ? innermost : nullptr;
+        if (read && read->m_hasPropagated && read->m_propagated == ObjectAccess::environment(object))
+            return;
+        Propagation::propagate(object);
+        if (read) {
+            read->m_propagated = ObjectAccess::environment(object);
+            read->m_hasPropagated = true;
+        }
     }
 
 private:
     // Objects have no room for what matters only while they are read.
-    static thread_local ReadingContent *innermost;
+    static thread_local ContentRead *innermost;
 
     const DataObject &m_object;
     QXmlStreamReader &m_reader;
-    ReadingContent *const m_outer;
+    ContentRead *const m_outer;
     const bool m_namespaces;
     REPORTGENERATOR::EnvironmentPointer m_propagated;
     bool m_hasPropagated;
 };
 
-thread_local DataObject::ReadingContent *DataObject::ReadingContent::innermost = nullptr;
+thread_local ContentRead *ContentRead::innermost = nullptr;
 
-void DataObject::handOverOnce() const
+// Lists to which something is added again and again keep their room, and so do those that a caller has given some.
+quint16 listsToFill(const DataObject &object)
 {
-    ReadingContent *const reading = ReadingContent::of(*this);
-    if (reading && reading->hasPropagated())
-        return;
-    handOver();
-    if (reading)
-        reading->notePropagation();
+    const ClassInfo &info = ObjectAccess::info(object);
+    if (!ObjectAccess::existingBlock(object)) // a derived class need not have created it before the walk
+        return info.childLists;
+    if (info.childLists == 0)
+        return 0;
+    const Block &own = ObjectAccess::block(object);
+    unsigned lists = 0;
+    info.forEach(info.childLists, [&](const Member &member) {
+        if (!member.hasRoom(own))
+            lists |= 1U << member.bit();
+    });
+    return quint16(lists);
 }
+
+void squeeze(const DataObject &object, quint16 lists)
+{
+    if (lists == 0 || !ObjectAccess::existingBlock(object))
+        return;
+    Block &own = ObjectAccess::block(object);
+    ObjectAccess::info(object).forEach(lists, [&](const Member &member) { member.squeeze(own); });
+}
+
+/// Reads the content of the element `name` on whose start the reader stands, up to its end. `isNew` means that the
+/// object had no data before.
+void readContent(DataObject &object, QXmlStreamReader &reader, const QString &name, bool isNew)
+{
+    const bool isDerived = ObjectAccess::isOfDerivedClass(object);
+    if (ObjectAccess::info(object).children == 0 && !reader.namespaceProcessing() && !isDerived) {
+        ObjectAccess::processContent(object, reader, name); // most objects: there are no children to propagate to
+        return;
+    }
+    // New data have inherited flag and logger when they were created.
+    const ContentRead read(object, reader, isNew && !isDerived);
+    const quint16 lists = listsToFill(object);
+    ObjectAccess::processContent(object, reader, name);
+    squeeze(object, lists);
+}
+
+bool readMemberElement(DataObject &object, QXmlStreamReader &reader)
+{
+    const QStringView name = reader.name();
+    const ClassInfo &info = ObjectAccess::info(object);
+    const auto read = [&](const ClassInfo::Rows &rows) {
+        for (const Member *member : rows) {
+            if (member->isNamed(name)) {
+                member->readXmlElement(object, reader);
+                return true;
+            }
+        }
+        return false;
+    };
+    return read(info.elements()) || read(info.attributes()); // elements are what is expected
+}
+
+} // namespace
 
 void DataObject::ProcessXml(QXmlStreamReader &reader)
 {
-    const bool isNew = !m_block;
-    block();
-    readAttributes(reader);
-    readContent(reader, reader.name().toString(), isNew);
+    const bool isNew = !IsInitialized();
+    ObjectAccess::block(*this);
+    ObjectAccess::behavior(*this).readAttributes(*this, reader);
+    if (!reader.atEnd() && !reader.hasError())
+        readContent(*this, reader, reader.name().toString(), isNew);
 }
 
 void DataObject::walkContent(QXmlStreamReader &reader, const QString &name)
 {
-    readStartedContent(reader, name, false);
+    readContent(*this, reader, name, false);
 }
 
-// For a child, on whose start the reader stands.
-void DataObject::readElement(QXmlStreamReader &reader, const QString &name)
+bool Child::readXml(DataObject &child, QXmlStreamReader &reader, const QString &name)
 {
-    const bool isNew = !m_block;
-    block();
-    if (info().attributeCount != 0)
-        readAttributes(reader);
-    readStartedContent(reader, name, isNew);
+    const bool isNew = !child.IsInitialized();
+    ObjectAccess::block(child);
+    const ClassInfo &info = ObjectAccess::info(child);
+    if (info.attributeCount != 0)
+        info.behavior.readAttributes(child, reader);
+    readContent(child, reader, name, isNew);
+    return !reader.hasError();
 }
 
-// The reader's attributes are given back before it reads on: what holds on to them makes it copy them.
-void DataObject::readAttributes(QXmlStreamReader &reader)
+// The reader's attributes are released before it reads on: it copies them while somebody refers to them.
+void Behavior::readAttributes(DataObject &object, QXmlStreamReader &reader) const
 {
     const QXmlStreamAttributes attributes = reader.attributes();
     const int count = attributes.size();
     int next = 0; // where the next one is expected: objects write them in the order of the rows
-    for (const Member *member : info().attributes()) {
+    for (const Member *member : ObjectAccess::info(object).attributes()) {
         int at = next;
         for (int tried = 0; tried < count; ++tried, ++at) {
             if (at == count)
                 at = 0;
             const QXmlStreamAttribute &attribute = attributes.at(at);
             if (member->isNamed(attribute.qualifiedName())) {
-                member->readXmlAttribute(*this, attribute.value());
+                member->readXmlAttribute(object, attribute.value());
                 next = at + 1;
                 break;
             }
@@ -220,74 +278,17 @@ void DataObject::readAttributes(QXmlStreamReader &reader)
     }
 }
 
-void DataObject::readContent(QXmlStreamReader &reader, const QString &name, bool isNew)
-{
-    if (!reader.atEnd() && !reader.hasError())
-        readStartedContent(reader, name, isNew);
-}
-
-void DataObject::readStartedContent(QXmlStreamReader &reader, const QString &name, bool isNew)
-{
-    if (info().children == 0 && !reader.namespaceProcessing() && !isOfDerivedClass()) {
-        processContent(reader, name); // most objects: there is nobody to hand over to
-        return;
-    }
-    // With new data there is nobody either: what there is was handed flag and logger with the data.
-    const ReadingContent reading(*this, reader, isNew && !isOfDerivedClass());
-    const quint16 lists = listsToFill();
-    processContent(reader, name);
-    squeeze(lists);
-}
-
-// Lists to which something is added again and again keep their room, and so do those that a caller has given some.
-quint16 DataObject::listsToFill() const
-{
-    if (!m_block) // a derived class need not have created it before the walk
-        return info().lists;
-    if (info().lists == 0)
-        return 0;
-    const Block &own = Member::block(*this);
-    unsigned lists = 0;
-    info().forEach(info().lists, [&](const Member &member) {
-        if (!member.hasRoom(own))
-            lists |= 1U << member.bit();
-    });
-    return quint16(lists);
-}
-
-void DataObject::squeeze(quint16 lists)
-{
-    if (lists == 0 || !m_block)
-        return;
-    Block &own = block();
-    info().forEach(lists, [&](const Member &member) { member.squeeze(own); });
-}
-
 void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
 {
-    handOverOnce();
-    Member::block(*this);
-    if (!readMemberElement(reader))
-        skipElement(reader);
+    ContentRead::propagate(*this);
+    ObjectAccess::block(*this);
+    if (!readMemberElement(*this, reader))
+        ObjectAccess::behavior(*this).readUnknownElement(*this, reader);
 }
 
-bool DataObject::readMemberElement(QXmlStreamReader &reader)
-{
-    const QStringView name = reader.name();
-    const auto read = [&](const ClassInfo::Rows &rows) {
-        for (const Member *member : rows) {
-            if (member->isNamed(name)) {
-                member->readXmlElement(*this, reader);
-                return true;
-            }
-        }
-        return false;
-    };
-    return read(info().elements()) || read(info().attributes()); // elements are what is expected
-}
-
-// By name, not by depth: an element of the same name inside ends the skipping, as readers of these documents expect.
-void DataObject::skipElement(QXmlStreamReader &reader)
+// Skips by name, not by depth: an element of the same name inside ends the skipping, as readers of these documents
+// expect.
+void Behavior::readUnknownElement(DataObject &, QXmlStreamReader &reader) const
 {
     const QString name = reader.name().toString();
     do {

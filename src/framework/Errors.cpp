@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "framework/Errors.h"
 
+#include <array>
+
 #include <jobxml/DataObject.h>
 
-#include "reportbase/OwnText.h"
+#include "framework/Block.h"
+#include "text/OwnText.h"
 
 namespace JobXml {
 
@@ -25,18 +28,13 @@ QString dataMember(QLatin1String alternative)
     return ownText("m_") + name;
 }
 
-constexpr const char *unchosenTexts[] = {
-    ": Tried to access an Interface that is nor selected.", // ValueBoolean
-    ": Tried to access an Interface that is nor selected.", // ValueFloat
-    ": Tried to access an Interface that is nor selected.", // ValueInt
-    ": Tried to access an Interface that is nor selected.", // ValueInt64
-    ": Tried to access an Interface that is nor selected.", // ValueNumericFloat
-    ": Tried to access an Interface that is nor selected.", // ValueNumericInt
-    ": Tried to access an Interface that is nor selected.", // ValueNumericInt64
-    ": Tried to access an Interface that is nor selected.", // ValueSelection
-    ": Tried to access an Interface that is nor selected.", // ValueString
-    ": Tried to access an Interface that is nor selected.", // ValueStringList
-};
+// One for each alternative that a class may have.
+constexpr auto unchosenTexts = [] {
+    std::array<const char *, mostMembers> texts{};
+    for (const char *&text : texts)
+        text = ": Tried to access an Interface that is nor selected.";
+    return texts;
+}();
 
 } // namespace
 
@@ -113,7 +111,7 @@ void Errors::chosenWithoutData(const DataObject &object, QLatin1String alternati
 
 QString Errors::accessToUnchosen(const DataObject &object, int alternative)
 {
-    return withName(object, QLatin1String(unchosenTexts[alternative]));
+    return withName(object, QLatin1String(unchosenTexts[std::size_t(alternative)]));
 }
 
 QString Errors::emptyList(const DataObject &object, QLatin1String list)

@@ -7,7 +7,7 @@ namespace JobXml {
 
 class DataObject;
 
-/// Every failure of the model, one function each; the texts stand in Errors.cpp and nowhere else.
+/// Every failure of the model, one function each; the texts are in Errors.cpp and nowhere else.
 namespace Errors {
 
 [[noreturn]] void notSet(const DataObject &object, QLatin1String member);
@@ -24,8 +24,8 @@ namespace Errors {
 [[noreturn]] void chosenNotSet(const DataObject &object, QLatin1String alternative);
 [[noreturn]] void chosenWithoutData(const DataObject &object, QLatin1String alternative);
 
-/// The text for the use of an alternative (0 to 9) that is not the chosen one. Defined for callers of later versions:
-/// today every alternative may be used at any time, so nothing raises it.
+/// The text for the use of an alternative, given by its bit, that is not the chosen one. Defined for callers of later
+/// versions: today every alternative may be used at any time, so nothing raises it.
 QString accessToUnchosen(const DataObject &object, int alternative);
 
 /// \name Problems for which nothing is thrown

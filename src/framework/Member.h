@@ -7,40 +7,33 @@
 #include <QLatin1String>
 #include <QXmlStreamReader>
 
-#include <jobxml/DataObject.h>
-
 #include "framework/Binary.h"
-#include "framework/Block.h"
 #include "framework/Errors.h"
+#include "framework/ObjectAccess.h"
+#include "framework/Propagation.h"
 #include "framework/ShownMember.h"
 #include "framework/Text.h"
-#include "reportbase/SameText.h"
+#include "text/SameText.h"
 
 namespace JobXml {
 
 class XmlOutput;
 
-/// One row of a class's table: a constant that knows where a member is kept and does to it what each operation of
-/// DataObject asks. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
+/// One row of a class's table: a constant that knows where a member is stored and what each operation of DataObject
+/// does to it. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
 class Member : public ShownMember
 {
 public:
     int bit() const { return m_bit; }
-    /// The name as a QString that costs nothing.
+    /// The name as a QString, without allocating memory.
     QString text() const { return m_text.string(); }
     bool isNamed(QStringView name) const { return REPORTGENERATOR::isSameText(name, m_text.view()); }
     quint32 tag() const { return m_tag; }
 
-    /// See DataObject::block(); the common case without a call.
-    static Block &block(const DataObject &object)
-    {
-        return object.m_block && !object.m_block->isShared() ? *object.m_block : object.block();
-    }
-
     bool isSet(const Block &block) const { return block.flags.test(m_bit); }
     bool isSet(const DataObject &object) const
     {
-        const Block *existing = existingBlock(object);
+        const Block *existing = ObjectAccess::existingBlock(object);
         return existing && isSet(*existing);
     }
 
@@ -50,9 +43,9 @@ public:
     /// The accessor `ResetX()`, and the part of it that puts the default back.
     void reset(DataObject &object) const override
     {
-        if (!existingBlock(object))
+        if (!ObjectAccess::existingBlock(object))
             return;
-        Block &own = block(object);
+        Block &own = ObjectAccess::block(object);
         own.flags.clear(m_bit);
         reset(own);
     }
@@ -61,13 +54,13 @@ public:
     /// Compares the members of two objects, either of which may have no block.
     virtual bool equals(Block *left, Block *right) const = 0;
 
-    /// Whether it holds what it must not hold when it is checked.
-    virtual bool holdsTheInvalid(Block &) const { return false; }
+    /// Whether the value, which is set, fails the check. Only for rows with the trait MayBeInvalid.
+    virtual bool isInvalid(Block &) const { return false; }
 
-    /// Throws if the member itself, children aside, may not stand as it does.
+    /// Throws if the member itself, without its children, fails the check.
     virtual void check(const DataObject &object, Block &block) const
     {
-        if (isSet(block) ? holdsTheInvalid(block) : has(Mandatory))
+        if (isSet(block) ? isInvalid(block) : has(Mandatory))
             Errors::notSet(object, name());
     }
 
@@ -77,30 +70,27 @@ public:
     /// Calls the action for each child object, written or not.
     virtual void forEachChild(Block &, const ChildAction &) const { }
 
-    /// Of a list: whether it has room for an item, and giving back what was taken for items to come.
+    /// Of a list: whether it has room for another item; release of memory reserved for more items.
     virtual bool hasRoom(const Block &) const { return false; }
     virtual void squeeze(Block &) const { }
 
-    /// What a writer would say about a child that check() does not.
+    /// Throws if a writer refuses a child that passed check().
     virtual void checkForWriting(const DataObject &, const DataObject &) const { }
 
     /// Why XML cannot carry the member, although everything else can; null if it can.
     virtual QString refusalByXml(const DataObject &, const Block &) const { return QString(); }
 
-    /// Takes over the member of another object of the same class, where it is set.
+    /// Merges the member of another object of the same class, if it is set there.
     virtual void merge(DataObject &object, const DataObject &other) const = 0;
 
     bool isMarked(const Block *block) const override { return block && isSet(*block); }
     void setFlag(DataObject &object, bool set) const override
     {
-        SetFlags &flags = block(object).flags;
+        SetFlags &flags = ObjectAccess::block(object).flags;
         set ? flags.set(m_bit) : flags.clear(m_bit);
     }
 
-    static const Block *existingBlock(const DataObject &object) { return object.existingBlock(); }
-    static void forEachOf(const DataObject &object, const MemberAction &action) { object.forEachMember(action); }
-
-    /// The text that tells the object from its siblings; null for all rows but the one with `Identifies`.
+    /// The text that distinguishes the object from its siblings; null for all rows but the one with `Identifies`.
     virtual QString identification(const Block &) const { return QString(); }
 
     virtual void writeXml(const DataObject &object, Block &block, XmlOutput &output) const = 0;
@@ -111,7 +101,7 @@ public:
     virtual void writeSnapshot(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
     virtual bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const = 0;
 
-    // For the proof-reading of tables while they are compiled.
+    // For the checks of tables by the compiler.
     constexpr int constantBit() const { return m_bit; }
     constexpr quint32 constantTag() const { return m_tag; }
 
@@ -122,90 +112,36 @@ protected:
     }
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
-    // The rows' way into objects; DataObject has no other friend.
-    static void copyEnvironments(const DataObject &original, const DataObject &copy)
-    {
-        copy.copyEnvironments(original);
-    }
-
-    /// Whether nobody else's code runs while the reader reads.
+    /// Whether no code of a device or resolver runs while the reader reads.
     static bool isInMemory(const QXmlStreamReader &reader) { return !reader.device() && !reader.entityResolver(); }
     static bool isInMemory(const BinaryReader &reader) { return reader.isInMemory(); }
 
     /// Reads into a part of an object's data, which `find` finds in a block; `block` is the object's at present.
     ///
-    /// The code of a device that is asked for more may use the object, copy it or assign to it, which shares, replaces
-    /// or destroys its data. So nothing refers to them meanwhile: the part is taken out, is read, and then put where
-    /// the data are, also if the read throws. A copy that is made meanwhile does not hold the part. Items of lists that
-    /// are new are read apart as well, see ChildList.
+    /// A device may run code that uses the object, copies it or assigns to it, which shares, replaces or destroys its
+    /// data. So nothing refers to them while a device is read: the part is taken out, read, and put back where the data
+    /// are then, also if reading throws. A copy that is made meanwhile does not hold the part. New items of lists are
+    /// read apart as well, see ChildList.
     template <class Reader, class Find, class Read>
     static bool readPart(DataObject &object, Block &block, const Reader &reader, const Find &find, const Read &read)
     {
         return isInMemory(reader) ? read(find(block)) : readPartApart(object, find, read);
     }
 
-    /// Reads the text of an element, or the whole of a child. False where the document breaks off: what has been read
-    /// by then is not stored.
+    /// Reads the text of an element. False if the document ends prematurely; the text is to be discarded then.
     static bool readText(DataObject &object, QXmlStreamReader &reader, QString &text)
     {
-        text = object.GetTextValue(reader);
+        text = ObjectAccess::readElementText(object, reader);
         return !reader.hasError();
-    }
-    bool readNestedXml(DataObject &child, QXmlStreamReader &reader) const
-    {
-        child.readElement(reader, text());
-        return !reader.hasError();
-    }
-    /// Flag and logger for a child that is about to be read.
-    static REPORTGENERATOR::EnvironmentPointer environmentForReading(const DataObject &object)
-    {
-        REPORTGENERATOR::EnvironmentPointer environment = object.environmentForChildren();
-        const bool validate = object.GetValidate();
-        if (environment->validate != validate)
-            environment = REPORTGENERATOR::EnvironmentPointer::make(validate, environment->logger);
-        return environment;
-    }
-    static void takeEnvironment(const DataObject &child, const REPORTGENERATOR::EnvironmentPointer &parents)
-    {
-        child.takeEnvironment(parents);
-    }
-    /// What writing an object does for its children beforehand; `isChecked` says whether its check includes them.
-    using Preparation = DataObject::Preparation;
-    static inline Preparation preparation(const DataObject &parent, bool isChecked);
-    static void writeNestedXml(const DataObject &child, XmlOutput &output, Preparation preparation)
-    {
-        child.writeNestedXml(output, preparation);
-    }
-    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, Preparation preparation)
-    {
-        child.writeNestedRecord(writer, preparation);
-    }
-    static void writeNestedRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, Preparation preparation)
-    {
-        child.writeNestedRecord(writer, tag, preparation);
-    }
-    static void readNestedRecord(DataObject &child, BinaryReader &reader, qint32 length)
-    {
-        child.readRecord(reader, length);
-    }
-    static void writeNestedSnapshot(const DataObject &child, BinaryWriter &writer)
-    {
-        block(child);
-        child.writeSnapshot(writer);
-    }
-    static bool readNestedSnapshot(DataObject &child, BinaryReader &reader)
-    {
-        block(child);
-        return child.readSnapshot(reader);
     }
 
 private:
-    /// A child gives up its data: copying them for each of many small records or elements would make reading quadratic.
+    /// Swaps a child's data out: copying them for each of many small records or elements would make reading quadratic.
     template <class Part>
     static void takeOut(Part &original, Part &part)
     {
         if constexpr (std::is_base_of_v<DataObject, Part>) {
-            takeEnvironment(part, static_cast<const DataObject &>(original).environment());
+            Propagation::propagateTo(part, ObjectAccess::environment(original));
             part.swap(original);
         } else {
             part = original;
@@ -215,11 +151,11 @@ private:
     template <class Find, class Read>
     Q_NEVER_INLINE static bool readPartApart(DataObject &object, const Find &find, const Read &read)
     {
-        std::decay_t<decltype(find(block(object)))> part{};
-        takeOut(find(block(object)), part);
+        std::decay_t<decltype(find(ObjectAccess::block(object)))> part{};
+        takeOut(find(ObjectAccess::block(object)), part);
         const auto putBack = [&] {
             using std::swap;
-            swap(find(block(object)), part);
+            swap(find(ObjectAccess::block(object)), part);
         };
         bool isRead = false;
         try {
@@ -239,7 +175,7 @@ private:
     int m_bit;
 };
 
-/// A row of the class whose members stand in `Data`: the one cast from the untyped block to them.
+/// A row of the class whose members are in `Data`: the one cast from the untyped block to them.
 template <class Data>
 class MemberOf : public Member
 {
@@ -267,10 +203,10 @@ public:
     using Member::reset;
 
     /// The accessors `GetX() const` and `GetX()`, which marks the member.
-    const Field &get(const DataObject &object) const { return field(Member::block(object)); }
+    const Field &get(const DataObject &object) const { return field(ObjectAccess::block(object)); }
     Field &modify(DataObject &object) const
     {
-        Block &block = Member::block(object);
+        Block &block = ObjectAccess::block(object);
         block.flags.set(this->bit());
         return field(block);
     }

@@ -4,7 +4,7 @@
 #include "framework/Codec.h"
 #include "framework/Member.h"
 #include "framework/XmlOutput.h"
-#include "reportbase/XmlCharacters.h"
+#include "text/XmlCharacters.h"
 
 namespace JobXml {
 
@@ -19,11 +19,11 @@ public:
     }
     using FieldOf<Data, T>::reset;
 
-    T get(const DataObject &object) const { return this->field(Member::block(object)); }
+    T get(const DataObject &object) const { return this->field(ObjectAccess::block(object)); }
 
     void set(DataObject &object, T value) const
     {
-        Block &block = Member::block(object);
+        Block &block = ObjectAccess::block(object);
         if (!Codec<T>::isValid(value) && object.GetValidate())
             Codec<T>::refuse(object, this->name());
         this->field(block) = std::move(value);
@@ -55,7 +55,7 @@ public:
         });
     }
 
-    bool holdsTheInvalid(Block &block) const override { return !Codec<T>::isValid(this->field(block)); }
+    bool isInvalid(Block &block) const override { return !Codec<T>::isValid(this->field(block)); }
 
     QString refusalByXml(const DataObject &object, const Block &block) const override
     {
@@ -101,7 +101,7 @@ public:
     {
         if (leftOut(block))
             return;
-        Codec<T>::giveText(this->field(block), [&](const auto &text) {
+        Codec<T>::withText(this->field(block), [&](const auto &text) {
             if (this->has(Attribute))
                 output.writeAttribute(this->text(), text);
             else

@@ -7,31 +7,31 @@
 #include <jobxml/Visit.h>
 
 #include "framework/Block.h"
-#include "reportbase/OwnText.h"
+#include "text/OwnText.h"
 
 namespace JobXml {
 
-/// What a row of a table says about its member.
+/// The properties of a member, as its row states them.
 enum Traits : unsigned {
     NoTraits = 0,
     Attribute = 1 << 0, ///< an XML attribute; otherwise a child element. Reading takes a child element for both
-    Mandatory = 1 << 1, ///< HasData() and Check() ask for it
+    Mandatory = 1 << 1, ///< required by HasData() and Check()
     WrittenWhenSet = 1 << 2, ///< left out of all three encodings while its flag is clear
     SnapshotReadAlways = 1 << 3, ///< although WrittenWhenSet: snapshots are read as if it were always there
     SnapshotReadByCount = 1 << 4, ///< a list whose snapshot is read by its count alone, whatever its flag says
     ComparedByRightFlag = 1 << 5, ///< a list that equals an unset one when it is empty, set or not
-    NullPassesIsValid = 1 << 6, ///< a text whose IsValid says yes to null, although its setter refuses it
-    Identifies = 1 << 7, ///< a text that tells the object from its siblings; people call the object by it
-    IdentifiesToo = 1 << 8, ///< tells it from its siblings as well, but is no name to call it by
-    UsuallyHoldsSeveral = 1 << 9, ///< a list for which reading takes room for some items at once
+    NullPassesIsValid = 1 << 6, ///< a text whose IsValid accepts null, although its setter refuses it
+    Identifies = 1 << 7, ///< a text that distinguishes the object from its siblings; people call the object by it
+    IdentifiesToo = 1 << 8, ///< distinguishes it from its siblings as well, but is not what people call it by
+    UsuallyHoldsSeveral = 1 << 9, ///< a list for which reading reserves memory for several items at once
     WrittenUnlessEmpty =
         1 << 15, ///< a list that tagged records leave out if it is empty, snapshots if its flag is clear
-    // Said by the kinds of rows and by the codecs, not by the tables:
+    // Set by the kinds of rows and by the codecs, not in the tables:
     HoldsChildren = 1 << 10,
-    BuiltWithTheBlock = 1 << 11, ///< there is something to hand flag and logger down to as soon as there are data
-    GrowsByReading = 1 << 12, ///< a list of child objects
-    PresentByValue = 1 << 13, ///< presence is not a matter of the flag alone
-    MayHoldTheInvalid = 1 << 14, ///< there are values that it must not hold when it is checked
+    CreatedWithTheBlock = 1 << 11, ///< a child that inherits flag and logger as soon as there is a block
+    ListOfChildren = 1 << 12,
+    PresentByValue = 1 << 13, ///< presence does not depend on the flag alone
+    MayBeInvalid = 1 << 14, ///< some values fail the check although they are set
 };
 
 constexpr Traits operator|(Traits left, Traits right)
@@ -62,8 +62,8 @@ private:
 using ChildAction = ActionOn<const DataObject &, int>;
 using MemberAction = ActionOn<const ShownMember &>;
 
-/// What visitors see of a member, and do to it; see MemberView and MemberEditor. There is no block where the object has
-/// no data. Nothing but the operations for an editor, which take the object itself, may change anything.
+/// What visitors see of a member, and do to it; see MemberView and MemberEditor. The block is null if the object has no
+/// data. Only the operations for an editor, which take the object itself, change anything.
 class ShownMember
 {
 public:
@@ -84,7 +84,7 @@ public:
     virtual void reset(DataObject &object) const = 0;
     virtual void setFlag(DataObject &object, bool set) const = 0;
 
-    // Only by a mistake of the visitor's, who was told the kind of the member and how many children there are.
+    // Only by a mistake of the visitor, who knows the kind of the member and the number of its children.
     [[noreturn]] void hasNoSuchObject() const
     {
         throw std::logic_error(REPORTGENERATOR::ownText("JobXml: '%1' holds no such object").arg(name()).toStdString());

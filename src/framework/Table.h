@@ -4,78 +4,13 @@
 #include <array>
 #include <cstddef>
 #include <type_traits>
-#include <typeinfo>
 #include <utility>
 
-#include <QtAlgorithms>
-
+#include "framework/Behavior.h"
+#include "framework/ClassInfo.h"
 #include "framework/Member.h"
 
 namespace JobXml {
-
-/// What DataObject has to know about a class: a constant made by describe().
-struct ClassInfo : REPORTGENERATOR::ObjectClass
-{
-    const std::type_info &type; // of the class itself, not of what is derived from it
-    const Member *const *inBitOrder; // check, snapshot
-    const Member *const *inWrittenOrder; // attributes, then elements: XML, records, equality
-    int memberCount;
-    int attributeCount; // the first in written order
-    // Set flags as masks, bit for bit:
-    quint16 mandatory;
-    quint16 presentByValue;
-    quint16 mayHoldTheInvalid;
-    quint16 children;
-    quint16 builtWithTheBlock;
-    quint16 lists; // of children
-    Block *(*create)();
-    Block *(*clone)(const Block &block);
-    void (*destroy)(Block *block);
-
-    /// Calls the function for each row in the mask, in bit order.
-    template <class Function>
-    void forEach(quint16 mask, Function &&function) const
-    {
-        for (unsigned rest = mask; rest != 0; rest &= rest - 1)
-            function(*inBitOrder[qCountTrailingZeroBits(rest)]);
-    }
-
-    class Rows
-    {
-    public:
-        constexpr Rows(const Member *const *first, int count) : m_first(first), m_count(count) { }
-        const Member *const *begin() const { return m_first; }
-        const Member *const *end() const { return m_first + m_count; }
-
-    private:
-        const Member *const *m_first;
-        int m_count;
-    };
-    Rows bitOrder() const { return Rows(inBitOrder, memberCount); }
-    Rows writtenOrder() const { return Rows(inWrittenOrder, memberCount); }
-    Rows attributes() const { return Rows(inWrittenOrder, attributeCount); }
-    Rows elements() const { return Rows(inWrittenOrder + attributeCount, memberCount - attributeCount); }
-};
-
-inline const ClassInfo &DataObject::info() const noexcept
-{
-    return static_cast<const ClassInfo &>(objectClass());
-}
-
-// Objects of derived classes may have their own way with what they are told. Of all others the framework knows what
-// SetValidate() and SetLogger() do, so it hands down both at once.
-inline bool DataObject::isOfDerivedClass() const noexcept
-{
-    return &typeid(*this) != &info().type;
-}
-
-// What a derived class overrides need not reach its children.
-inline Member::Preparation Member::preparation(const DataObject &parent, bool isChecked)
-{
-    if (parent.isOfDerivedClass())
-        return Preparation::Nothing;
-    return isChecked ? Preparation::Checked : Preparation::Propagated;
-}
 
 /// The rows of a class in bit order, and the order of writing worked out from them.
 template <class Data, std::size_t count>
@@ -182,10 +117,10 @@ constexpr std::size_t fieldCount()
 
 } // namespace ProofReading
 
-/// Describes the class `Object` by its table, proof-reading it. `name` has to stand as long as the library.
-/// `otherFields` is how many fields of the struct are no members; less than 0 if one field holds several.
+/// Describes the class `Object` by its table, after checking the table. `name` must exist as long as the library.
+/// `otherFields` is the number of fields of the struct that are not members; less than 0 if one field holds several.
 template <class Object, const auto &table, int otherFields = 0>
-constexpr ClassInfo describe(const QString &name, qint64 identifier)
+constexpr ClassInfo describe(const QString &name, qint64 identifier, const Behavior &behavior = Behavior::regular)
 {
     using Table = std::decay_t<decltype(table)>;
     using Data = typename Table::Members;
@@ -199,16 +134,17 @@ constexpr ClassInfo describe(const QString &name, qint64 identifier)
     return ClassInfo{
         {name, identifier},
         typeid(Object),
+        behavior,
         table.inBitOrder.data(),
         table.inWrittenOrder.data(),
         int(Table::size),
         ProofReading::countOf(table, Attribute),
         ProofReading::maskOf(table, Mandatory),
         ProofReading::maskOf(table, PresentByValue),
-        ProofReading::maskOf(table, MayHoldTheInvalid),
+        ProofReading::maskOf(table, MayBeInvalid),
         ProofReading::maskOf(table, HoldsChildren),
-        ProofReading::maskOf(table, BuiltWithTheBlock),
-        ProofReading::maskOf(table, GrowsByReading),
+        ProofReading::maskOf(table, CreatedWithTheBlock),
+        ProofReading::maskOf(table, ListOfChildren),
         []() -> Block * { return new BlockOf<Data>; },
         [](const Block &block) -> Block * { return new BlockOf<Data>(static_cast<const BlockOf<Data> &>(block)); },
         [](Block *block) { delete static_cast<BlockOf<Data> *>(block); }};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/Visit.h>
 
+#include "framework/Behavior.h"
 #include "framework/Member.h"
 
 namespace JobXml {
@@ -19,7 +20,7 @@ MemberKind MemberView::GetKind() const
 
 bool MemberView::IsSet() const
 {
-    return m_row->isMarked(Member::existingBlock(*m_object));
+    return m_row->isMarked(ObjectAccess::existingBlock(*m_object));
 }
 
 bool MemberView::IsMandatory() const
@@ -34,7 +35,7 @@ bool MemberView::IsIdentifying() const
 
 bool MemberView::IsChosen() const
 {
-    return m_row->isChosen(Member::existingBlock(*m_object));
+    return m_row->isChosen(ObjectAccess::existingBlock(*m_object));
 }
 
 QStringList MemberView::GetNames() const
@@ -44,7 +45,7 @@ QStringList MemberView::GetNames() const
 
 QVariant MemberView::GetValue() const
 {
-    return m_row->value(Member::existingBlock(*m_object));
+    return m_row->value(ObjectAccess::existingBlock(*m_object));
 }
 
 QVariant MemberView::GetDefaultValue() const
@@ -54,7 +55,7 @@ QVariant MemberView::GetDefaultValue() const
 
 int MemberView::GetSize() const
 {
-    const Block *block = Member::existingBlock(*m_object);
+    const Block *block = ObjectAccess::existingBlock(*m_object);
     return block ? m_row->childCount(*block) : 0;
 }
 
@@ -62,7 +63,7 @@ const DataObject &MemberView::GetChild(int index) const
 {
     if (index < 0 || index >= GetSize())
         m_row->hasNoSuchObject();
-    return m_row->child(*Member::existingBlock(*m_object), index);
+    return m_row->child(*ObjectAccess::existingBlock(*m_object), index);
 }
 
 void MemberView::forEach(const DataObject &object, Call call, void *visitor)
@@ -71,7 +72,7 @@ void MemberView::forEach(const DataObject &object, Call call, void *visitor)
         MemberView view(row, object);
         call(visitor, view);
     };
-    Member::forEachOf(object, MemberAction(show));
+    ObjectAccess::behavior(object).forEachMember(object, MemberAction(show));
 }
 
 // --- Changing --------------------------------------------------------------------------------------------------------
@@ -116,7 +117,7 @@ void MemberEditor::forEach(DataObject &object, Call call, void *visitor)
         MemberEditor editor(row, object);
         call(visitor, editor);
     };
-    Member::forEachOf(object, MemberAction(show));
+    ObjectAccess::behavior(object).forEachMember(object, MemberAction(show));
 }
 
 } // namespace JobXml

@@ -6,7 +6,7 @@
 #include <limits>
 #include <new>
 
-#include "reportbase/XmlCharacters.h"
+#include "text/XmlCharacters.h"
 
 namespace JobXml {
 

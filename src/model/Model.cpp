@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "model/Model.h"
 
-#include <algorithm>
-#include <vector>
-
+#include "framework/Behavior.h"
 #include "framework/Member.h"
 #include "model/Json.h"
 #include "module/Classes.h"
@@ -152,19 +150,14 @@ QByteArray classAsJson()
     cls.add("name", Json::value(T::GetStaticObjectName())).add("identifier", Json::hex(quint32(T::GetId())));
     addVersion(cls, object);
 
-    std::vector<const Member *> rows;
-    auto take = [&](const ShownMember &shown) {
-        if (shown.kind() == MemberKind::Choice)
-            cls.add("choice", Json::value(QString(shown.name())));
-        else
-            rows.push_back(static_cast<const Member *>(&shown)); // all that is shown but the choice is a row
+    auto addChoice = [&](const ShownMember &member) {
+        if (member.kind() == MemberKind::Choice) // which is not a row
+            cls.add("choice", Json::value(QString(member.name())));
     };
-    Member::forEachOf(object, MemberAction(take));
-    std::sort(rows.begin(), rows.end(),
-              [](const Member *one, const Member *other) { return one->bit() < other->bit(); });
+    ObjectAccess::behavior(object).forEachMember(object, MemberAction(addChoice));
 
     QByteArrayList members;
-    for (const Member *row : rows)
+    for (const Member *row : ObjectAccess::info(object).bitOrder())
         members.append(memberAsJson(*row, object));
     return cls.add("members", Json::listOnLines(members, "      ")).onLines("    ");
 }

@@ -3,25 +3,27 @@
 
 #include <jobxml/TunerProperties.h>
 
-#include "module/TypeList.h"
+#include "TypeList.h"
 
 namespace JobXml {
 
 // clang-format off
+// NOLINTBEGIN(bugprone-macro-parentheses): they are operands of a sum
 
 /// The classes of the model, as Classes.def lists them.
 #define JOBXML_CLASS(folder, Class) + ClassTag<Class>()
 using Classes = decltype(TypeList<>()
-#include "module/Classes.def"
+#include "Classes.def"
 );
 
 /// Those of them among which a ValueItem chooses, in the order of ChoiceValueItem.
 #define JOBXML_CLASS(folder, Class)
 #define JOBXML_KIND(folder, Class) + ClassTag<Class>()
 using Kinds = decltype(TypeList<>()
-#include "module/Classes.def"
+#include "Classes.def"
 );
 
+// NOLINTEND(bugprone-macro-parentheses)
 // clang-format on
 
 } // namespace JobXml

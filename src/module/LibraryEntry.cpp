@@ -6,7 +6,7 @@
 
 #include <tavikappstartup/TranslationCenter.h>
 
-#include "reportbase/OwnText.h"
+#include "text/OwnText.h"
 
 namespace {
 

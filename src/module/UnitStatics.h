@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "reportbase/OwnText.h"
+#include "text/OwnText.h"
 
 namespace JobXml {
 

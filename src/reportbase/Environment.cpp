@@ -1,30 +1,51 @@
 // SPDX-License-Identifier: MIT
 #include <reportbase/Environment.h>
 
+#include "reportbase/ObjectState.h"
+
 namespace REPORTGENERATOR {
 
-// Constants, there before any code runs: objects with static storage may be built at any time.
-const Environment Environment::validating(AlwaysThere, true);
-const Environment Environment::lenient(AlwaysThere, false);
+// Constants, initialized before any code runs: objects with static storage may be constructed at any time.
+const Environment Environment::validating(Lifetime::Static, true);
+const Environment Environment::lenient(Lifetime::Static, false);
 
-Environment::Environment(bool theFlag, std::shared_ptr<Logger> theLogger, std::unique_ptr<const Own> theOwn)
-    : validate(theFlag), logger(std::move(theLogger)), own(std::move(theOwn))
+Environment::Environment(Lifetime lifetime, bool theFlag, std::shared_ptr<Logger> theLogger)
+    : validate(theFlag), logger(std::move(theLogger)), m_isOfOneObject(lifetime == Lifetime::OneObject)
 {
 }
 
-EnvironmentPointer EnvironmentPointer::make(bool validate, std::shared_ptr<Logger> logger,
-                                            std::unique_ptr<const Environment::Own> own)
+EnvironmentPointer EnvironmentPointer::make(bool validate, std::shared_ptr<Logger> logger)
 {
-    if (own && own->type == ObjectTypes::Undefined && !own->name && own->error.isNull())
-        own.reset();
-    if (!logger && !own)
+    if (!logger)
         return plain(validate);
-    return EnvironmentPointer(new Environment(validate, std::move(logger), std::move(own)));
+    return EnvironmentPointer(new Environment(Environment::Lifetime::Shared, validate, std::move(logger)));
 }
 
 void EnvironmentPointer::destroy() noexcept
 {
-    delete m_environment;
+    if (isOfOneObject())
+        delete static_cast<const ObjectState *>(m_environment);
+    else
+        delete m_environment;
+}
+
+// --- What belongs to one object --------------------------------------------------------------------------------------
+
+ObjectState::ObjectState(bool theFlag, std::shared_ptr<Logger> theLogger, Members &&theMembers)
+    : Environment(Lifetime::OneObject, theFlag, std::move(theLogger)), members(std::move(theMembers))
+{
+}
+
+const ObjectState::Members *ObjectState::find(const EnvironmentPointer &environment)
+{
+    return environment.isOfOneObject() ? &static_cast<const ObjectState &>(*environment).members : nullptr;
+}
+
+EnvironmentPointer ObjectState::make(bool theFlag, std::shared_ptr<Logger> theLogger, Members theMembers)
+{
+    if (theMembers.isDefault())
+        return EnvironmentPointer::make(theFlag, std::move(theLogger));
+    return EnvironmentPointer(new ObjectState(theFlag, std::move(theLogger), std::move(theMembers)));
 }
 
 } // namespace REPORTGENERATOR

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FailureTexts.h"
 
-#include "OwnText.h"
+#include "text/OwnText.h"
 
 namespace REPORTGENERATOR::FailureTexts {
 

@@ -10,7 +10,8 @@
 #include <QDebug>
 #include <QXmlStreamReader>
 
-#include "SameText.h"
+#include "reportbase/ObjectState.h"
+#include "text/SameText.h"
 
 namespace REPORTGENERATOR {
 
@@ -34,7 +35,7 @@ IRGObject::IRGObject() : IRGObject(noClass) { }
 
 IRGObject::IRGObject(ObjectTypes type) : IRGObject(noClass)
 {
-    changeOwn([=](Environment::Own &own) { own.type = type; });
+    changeState([=](ObjectState::Members &state) { state.type = type; });
 }
 
 IRGObject::~IRGObject() = default;
@@ -114,37 +115,38 @@ bool IRGObject::MergeRGObject(const IRGObject &)
     return false;
 }
 
-// --- What the object was told ----------------------------------------------------------------------------------------
+// --- Name, type, validate flag, logger
+// --------------------------------------------------------------------------------
 
-/// Gives the object an environment with a changed part of its own.
 template <class Change>
-void IRGObject::changeOwn(Change change) const
+void IRGObject::changeState(Change change) const
 {
-    const Environment &old = *m_environment;
-    auto own = old.own ? std::make_unique<Environment::Own>(*old.own) : std::make_unique<Environment::Own>();
-    change(*own);
-    m_environment = EnvironmentPointer::make(old.validate, old.logger, std::move(own));
+    const ObjectState::Members *const old = ObjectState::find(m_environment);
+    ObjectState::Members members = old ? *old : ObjectState::Members();
+    change(members);
+    m_environment = ObjectState::make(m_environment->validate, m_environment->logger, std::move(members));
 }
 
 ObjectTypes IRGObject::GetObjectType()
 {
-    return m_environment->own ? m_environment->own->type : ObjectTypes::Undefined;
+    const auto *const state = ObjectState::find(m_environment);
+    return state ? state->type : ObjectTypes::Undefined;
 }
 
 void IRGObject::SetObjectType(ObjectTypes type)
 {
-    changeOwn([=](Environment::Own &own) { own.type = type; });
+    changeState([=](ObjectState::Members &state) { state.type = type; });
 }
 
 const QString &IRGObject::GetObjectName() const
 {
-    const auto &own = m_environment->own;
-    return own && own->name ? *own->name : m_class->name;
+    const auto *const state = ObjectState::find(m_environment);
+    return state && state->name ? *state->name : m_class->name;
 }
 
 void IRGObject::SetObjectName(const QString &name)
 {
-    changeOwn([&](Environment::Own &own) { own.name = std::make_shared<const QString>(name); });
+    changeState([&](ObjectState::Members &state) { state.name = std::make_shared<const QString>(name); });
 }
 
 bool IRGObject::GetValidate() const
@@ -159,54 +161,42 @@ std::shared_ptr<Logger> IRGObject::GetLogger() const
 
 void IRGObject::SetValidate(bool validate) const
 {
-    takeOther(validate, m_environment->logger, m_environment);
+    changeEnvironment(validate, m_environment->logger, m_environment);
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is that of the slot
 void IRGObject::SetLogger(std::shared_ptr<Logger> logger) const
 {
-    takeOther(m_environment->validate, logger, m_environment);
+    changeEnvironment(m_environment->validate, logger, m_environment);
 }
 
 void IRGObject::ResetLogger() const
 {
-    takeOther(m_environment->validate, nullptr, m_environment);
+    changeEnvironment(m_environment->validate, nullptr, m_environment);
 }
 
 EnvironmentPointer IRGObject::environmentForCopy() const
 {
-    // The const_cast is for GetObjectType(), which is not const although it reads only.
-    const ObjectTypes type = const_cast<IRGObject &>(*this).GetObjectType();
-    if (type == ObjectTypes::Undefined)
-        return EnvironmentPointer::plain(GetValidate());
-    auto own = std::make_unique<Environment::Own>();
-    own->type = type;
-    return EnvironmentPointer::make(GetValidate(), nullptr, std::move(own));
+    // The const_cast is for GetObjectType(), which only reads although it is not const.
+    ObjectState::Members members;
+    members.type = const_cast<IRGObject &>(*this).GetObjectType();
+    return ObjectState::make(GetValidate(), nullptr, std::move(members));
 }
 
-void IRGObject::takeOtherEnvironment(const EnvironmentPointer &parents) const
+void IRGObject::replaceEnvironment(const EnvironmentPointer &environment) const
 {
-    takeOther(parents->validate, parents->logger, parents);
+    changeEnvironment(environment->validate, environment->logger, environment);
 }
 
-void IRGObject::takeValidate(const EnvironmentPointer &parents) const
-{
-    takeOther(parents->validate, m_environment->logger, parents);
-}
-
-void IRGObject::takeLogger(const EnvironmentPointer &parents) const
-{
-    takeOther(m_environment->validate, parents->logger, parents);
-}
-
-void IRGObject::takeOther(bool validate, const std::shared_ptr<Logger> &logger, const EnvironmentPointer &parents) const
+void IRGObject::changeEnvironment(bool validate, const std::shared_ptr<Logger> &logger,
+                                  const EnvironmentPointer &shared) const
 {
     const Environment &old = *m_environment;
-    if (!old.own && !parents->own && parents->validate == validate && parents->logger == logger)
-        m_environment = parents;
+    const ObjectState::Members *const state = ObjectState::find(m_environment);
+    if (!state && !ObjectState::find(shared) && shared->validate == validate && shared->logger == logger)
+        m_environment = shared;
     else if (old.validate != validate || old.logger != logger)
-        m_environment = EnvironmentPointer::make(
-            validate, logger, old.own ? std::make_unique<const Environment::Own>(*old.own) : nullptr);
+        m_environment = ObjectState::make(validate, logger, state ? *state : ObjectState::Members());
 }
 
 const QString &IRGObject::GetVersion() const
@@ -217,13 +207,15 @@ const QString &IRGObject::GetVersion() const
 
 QString IRGObject::GetErrorString() const
 {
-    return m_environment->own ? m_environment->own->error : QString();
+    const auto *const state = ObjectState::find(m_environment);
+    return state ? state->error : QString();
 }
 
 void IRGObject::clearError() const
 {
-    if (m_environment->own && !m_environment->own->error.isNull())
-        changeOwn([](Environment::Own &own) { own.error = QString(); });
+    const auto *const state = ObjectState::find(m_environment);
+    if (state && !state->error.isNull())
+        changeState([](ObjectState::Members &members) { members.error = QString(); });
 }
 
 void IRGObject::ProcessXml(QXmlStreamReader &reader)
@@ -272,7 +264,7 @@ int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const
 
 bool IRGObject::fail(const QString &text) const
 {
-    changeOwn([&](Environment::Own &own) { own.error = text; });
+    changeState([&](ObjectState::Members &state) { state.error = text; });
     if (const std::shared_ptr<Logger> logger = m_environment->logger)
         logger->Log(Logger::Severity::Error, text);
     return false;

@@ -39,9 +39,9 @@ BandwidthSelection &BandwidthSelection::operator=(const BandwidthSelection &othe
 BandwidthSelection &BandwidthSelection::operator=(BandwidthSelection &&other) noexcept = default;
 BandwidthSelection::~BandwidthSelection() = default;
 
-bool BandwidthSelection::operator==(const BandwidthSelection &other) const { return equals(other); }
-bool BandwidthSelection::operator!=(const BandwidthSelection &other) const { return !equals(other); }
-void BandwidthSelection::swap(BandwidthSelection &other) noexcept { swapData(other); }
+bool BandwidthSelection::operator==(const BandwidthSelection &other) const { return areEqual(*this, other); }
+bool BandwidthSelection::operator!=(const BandwidthSelection &other) const { return !areEqual(*this, other); }
+void BandwidthSelection::swap(BandwidthSelection &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const BandwidthSelection &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<BandwidthSelection> BandwidthSelection::fromXml(const QString &xml, QString *error) { return newFromXml<BandwidthSelection>(xml, error); }

@@ -45,9 +45,9 @@ Component &Component::operator=(const Component &other) noexcept = default;
 Component &Component::operator=(Component &&other) noexcept = default;
 Component::~Component() = default;
 
-bool Component::operator==(const Component &other) const { return equals(other); }
-bool Component::operator!=(const Component &other) const { return !equals(other); }
-void Component::swap(Component &other) noexcept { swapData(other); }
+bool Component::operator==(const Component &other) const { return areEqual(*this, other); }
+bool Component::operator!=(const Component &other) const { return !areEqual(*this, other); }
+void Component::swap(Component &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 
 std::optional<Component> Component::fromXml(const QString &xml, QString *error) { return newFromXml<Component>(xml, error); }
 std::optional<Component> Component::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

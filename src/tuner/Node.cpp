@@ -39,9 +39,9 @@ Node &Node::operator=(const Node &other) noexcept = default;
 Node &Node::operator=(Node &&other) noexcept = default;
 Node::~Node() = default;
 
-bool Node::operator==(const Node &other) const { return equals(other); }
-bool Node::operator!=(const Node &other) const { return !equals(other); }
-void Node::swap(Node &other) noexcept { swapData(other); }
+bool Node::operator==(const Node &other) const { return areEqual(*this, other); }
+bool Node::operator!=(const Node &other) const { return !areEqual(*this, other); }
+void Node::swap(Node &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 
 std::optional<Node> Node::fromXml(const QString &xml, QString *error) { return newFromXml<Node>(xml, error); }
 std::optional<Node> Node::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -6,7 +6,7 @@
 #include <QCoreApplication>
 
 #include "framework/Hash.h"
-#include "framework/Member.h"
+#include "framework/ListOf.h"
 #include "framework/NewObject.h"
 #include "framework/Table.h"
 #include "framework/XmlOutput.h"
@@ -52,67 +52,19 @@ struct StartupModesData
     QStringList ownNames; // always empty; see IsValidStartupMode()
 };
 
-// A list of modes, which travel by their names.
-class ModeList final : public FieldOf<StartupModesData, ItemList<Mode>>
+// A list of modes, which are encoded by their names.
+class ModeList final : public ListOf<StartupModesData, Mode>
 {
 public:
     constexpr ModeList(int bit, const char *name, quint32 tag, ItemList<Mode> StartupModesData::*field, Traits traits)
-        : FieldOf(bit, name, tag, field, traits | PresentByValue | MayHoldTheInvalid)
+        : ListOf(bit, name, tag, field, traits | MayBeInvalid)
     {
     }
-    using FieldOf::reset;
 
-    // Every way to the modes owns them first, as with lists of objects: whoever found out later that nobody shares them
-    // any more would not wait for what the others did.
-    const QVector<Mode> &get(const DataObject &object) const { return owned(block(object)); }
-    QVector<Mode> &modify(DataObject &object) const
-    {
-        QVector<Mode> &modes = owned(block(object));
-        FieldOf::modify(object);
-        return modes;
-    }
-    void set(DataObject &object, const QVector<Mode> &modes) const
-    {
-        ItemList<Mode> ownModes(modes);
-        FieldOf::modify(object).swap(ownModes);
-    }
-
-    void append(DataObject &object, Mode mode) const
-    {
-        Block &own = block(object);
-        if (object.GetValidate() && !isMode(mode))
-            Errors::incompleteItem(object, name());
-        owned(own).append(mode);
-        own.flags.set(bit());
-    }
-
-    bool isPresent(const Block &block) const override { return !field(block).isEmpty(); }
-
-    void reset(Block &block) const override { field(block).clear(); }
-
-    bool equals(Block *left, Block *right) const override
-    {
-        for (Block *block : {left, right}) {
-            if (block)
-                owned(*block);
-        }
-        return areEqual(left, right, [](const auto &one, const auto &other) { return one == other; });
-    }
-
-    bool holdsTheInvalid(Block &block) const override
+    bool isInvalid(Block &block) const override
     {
         const QVector<Mode> &modes = owned(block);
         return !std::all_of(modes.begin(), modes.end(), isMode);
-    }
-
-    void merge(DataObject &object, const DataObject &other) const override
-    {
-        if (!Member::isSet(other))
-            return;
-        if (get(other).isEmpty())
-            modify(object); // otherwise appending marks it, if it is not refused
-        for (const Mode mode : get(other))
-            append(object, mode);
     }
 
     MemberKind kind() const override { return MemberKind::EnumerationList; }
@@ -200,11 +152,10 @@ public:
     }
 
 private:
-    ItemList<Mode> &owned(Block &block) const
+    void checkForAppending(const DataObject &object, const Mode &mode) const override
     {
-        ItemList<Mode> &modes = field(block);
-        modes.own();
-        return modes;
+        if (object.GetValidate() && !isMode(mode))
+            Errors::incompleteItem(object, name());
     }
 };
 
@@ -227,9 +178,9 @@ StartupModes &StartupModes::operator=(const StartupModes &other) noexcept = defa
 StartupModes &StartupModes::operator=(StartupModes &&other) noexcept = default;
 StartupModes::~StartupModes() = default;
 
-bool StartupModes::operator==(const StartupModes &other) const { return equals(other); }
-bool StartupModes::operator!=(const StartupModes &other) const { return !equals(other); }
-void StartupModes::swap(StartupModes &other) noexcept { swapData(other); }
+bool StartupModes::operator==(const StartupModes &other) const { return areEqual(*this, other); }
+bool StartupModes::operator!=(const StartupModes &other) const { return !areEqual(*this, other); }
+void StartupModes::swap(StartupModes &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 
 qint64 StartupModes::GetId() { return startupModes.identifier; }
 QString StartupModes::GetStaticObjectName() { return unitStatics.objectName; }
@@ -248,7 +199,8 @@ bool StartupModes::IsValidStartupMode(StartupMode mode) const { return isMode(mo
 // Departs: a list is measured against names that no object has, so only an empty one passes. Callers rely on that.
 bool StartupModes::IsValidStartupMode(const QVector<StartupMode> &modes) const
 {
-    const int names = static_cast<const BlockOf<StartupModesData> &>(block()).members.ownNames.size();
+    const int names =
+        static_cast<const BlockOf<StartupModesData> &>(ObjectAccess::block(*this)).members.ownNames.size();
     return std::all_of(modes.begin(), modes.end(), [=](Mode mode) { return int(mode) >= 0 && int(mode) < names; });
 }
 

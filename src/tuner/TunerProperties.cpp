@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QXmlStreamReader>
 
+#include "framework/Behavior.h"
 #include "framework/ChildList.h"
 #include "framework/NewObject.h"
 #include "framework/Scalar.h"
@@ -43,7 +44,7 @@ template <>
 struct Codec<Type> : CodecDefaults<Type>
 {
     static constexpr MemberKind kind = MemberKind::Enumeration;
-    static constexpr Traits traits = MayHoldTheInvalid;
+    static constexpr Traits traits = MayBeInvalid;
 
     static bool isValid(Type value) { return typeNames.holds(int(value)); }
     [[noreturn]] static void refuse(const DataObject &, QLatin1String member)
@@ -59,10 +60,10 @@ struct Codec<Type> : CodecDefaults<Type>
         return shown.has_value();
     }
 
-    template <class Taker>
-    static void giveText(Type value, Taker &&take)
+    template <class Use>
+    static void withText(Type value, Use &&use)
     {
-        take(nameOf(value));
+        use(nameOf(value));
     }
     static Type fromText(const DataObject &, QLatin1String, QStringView text) { return typeOf(text.toString()); }
     static void writePayload(BinaryWriter &writer, Type value) { writer.putUtf8(nameOf(value)); }
@@ -139,7 +140,7 @@ class StartupModesMember final : public FieldOf<TunerPropertiesData, StartupMode
 {
 public:
     constexpr StartupModesMember(int bit, const char *name, quint32 tag, StartupModes TunerPropertiesData::*field)
-        : FieldOf(bit, name, tag, field, WrittenWhenSet | HoldsChildren | BuiltWithTheBlock | PresentByValue)
+        : FieldOf(bit, name, tag, field, WrittenWhenSet | HoldsChildren | CreatedWithTheBlock | PresentByValue)
     {
     }
     using FieldOf::reset;
@@ -169,25 +170,25 @@ public:
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
         if (isSet(block))
-            writeNestedXml(field(block), output, preparation(object, true));
+            Child::writeXml(field(block), output, Child::preparation(object, true));
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
-        if (readModes(object, reader, [&](StartupModes &modes) { return readNestedXml(modes, reader); }))
+        if (readModes(object, reader, [&](StartupModes &modes) { return Child::readXml(modes, reader, text()); }))
             modify(object);
     }
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (isSet(block))
-            writeNestedRecord(field(block), writer, tag(), preparation(object, true));
+            Child::writeRecord(field(block), writer, tag(), Child::preparation(object, true));
     }
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override
     {
         readModes(object, reader, [&](StartupModes &modes) {
-            readNestedRecord(modes, reader, length);
+            Child::readRecord(modes, reader, length);
             return true;
         });
         modify(object);
@@ -196,13 +197,13 @@ public:
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (isSet(block))
-            writeNestedSnapshot(field(block), writer);
+            Child::writeSnapshot(field(block), writer);
     }
 
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
         return !isSet(block)
-            || readModes(object, reader, [&](StartupModes &modes) { return readNestedSnapshot(modes, reader); });
+            || readModes(object, reader, [&](StartupModes &modes) { return Child::readSnapshot(modes, reader); });
     }
 
 private:
@@ -210,8 +211,8 @@ private:
     bool readModes(DataObject &object, const Reader &reader, const Read &read) const
     {
         return readPart(
-            object, Member::block(object), reader, [this](Block &found) -> StartupModes & { return field(found); },
-            read);
+            object, ObjectAccess::block(object), reader,
+            [this](Block &found) -> StartupModes & { return field(found); }, read);
     }
 };
 
@@ -237,13 +238,89 @@ constexpr Scalar    hwProcessing{        11, "hwProcessing",         0x64D08C29,
 constexpr Table members{row::StartupModes, row::BandwidthSelection, row::MaxFFPDelay, row::HRPANSupported, row::Component,
                         row::name, row::type, row::baseresource, row::connectableResources, row::quantity,
                         row::parentBaseResource, row::hwProcessing};
-constexpr ClassInfo tunerProperties = describe<TunerProperties, members, 1>(unitStatics.objectName, 0xC10CBB5F);
 // clang-format on
 
-Versions &versionsOf(Block &block)
+Versions &versionsOf(const DataObject &document)
 {
-    return static_cast<BlockOf<TunerPropertiesData> &>(block).members.versions;
+    return static_cast<BlockOf<TunerPropertiesData> &>(ObjectAccess::block(document)).members.versions;
 }
+
+void setLoadedVersion(DataObject &document, const QString &version)
+{
+    Versions &versions = versionsOf(document);
+    versions.loaded = version;
+    versions.isOlder = versions.own.toFloat() > version.toFloat(); // what is not a number counts as 0
+    if (versions.isOlder)
+        document.ResetToDefault();
+}
+
+class DocumentBehavior final : public Behavior
+{
+    // Departs: the version comes first, so that a reader knows what it is about to read.
+    void writeElement(const DataObject &document, XmlOutput &output) const override
+    {
+        output.writeStartElement(document.GetObjectName());
+        output.writeAttribute(versionAttribute.string(), document.GetVersion());
+        writeMembers(document, output);
+        output.writeEndElement();
+    }
+
+    void readAttributes(DataObject &document, QXmlStreamReader &reader) const override
+    {
+        const QString version = reader.attributes().value(QLatin1String("Version")).toString();
+        setLoadedVersion(document, version.isNull() ? emptyText : version);
+        Behavior::readAttributes(document, reader);
+    }
+
+    // Departs: older documents may hold elements that have been dropped since; the others may not.
+    void readUnknownElement(DataObject &document, QXmlStreamReader &reader) const override
+    {
+        if (versionsOf(document).isOlder)
+            Behavior::readUnknownElement(document, reader);
+        else if (document.GetValidate())
+            Errors::unknownElement(document, reader.name().toString());
+        // otherwise the element is not consumed: its content is read as if it were in the document itself
+    }
+
+    // Departs: a record of its own carries the version, before all others.
+    void writeRecords(const DataObject &document, BinaryWriter &writer) const override
+    {
+        const auto record = writer.begin(versionTag);
+        writer.put(document.GetVersion());
+        writer.end(record);
+        Behavior::writeRecords(document, writer);
+    }
+
+    void readRecord(DataObject &document, BinaryReader &reader, quint32 tag, qint32 length) const override
+    {
+        if (tag == versionTag)
+            setLoadedVersion(document, reader.read<QString>(document));
+        else
+            Behavior::readRecord(document, reader, tag, length);
+    }
+
+    // Departs: the version is between the flags and the members.
+    void writeSnapshot(const DataObject &document, BinaryWriter &writer) const override
+    {
+        writeSnapshotFlags(document, writer);
+        writer.put(document.GetVersion());
+        writeSnapshotMembers(document, writer);
+    }
+
+    // Departs: an older version resets the flags just read along with the rest, and so what is read after it.
+    bool readSnapshot(DataObject &document, BinaryReader &reader) const override
+    {
+        QString version;
+        if (!readSnapshotFlags(document, reader) || !reader.take(version))
+            return false;
+        setLoadedVersion(document, version);
+        return readSnapshotMembers(document, reader);
+    }
+};
+
+constexpr DocumentBehavior behavior;
+constexpr ClassInfo tunerProperties =
+    describe<TunerProperties, members, 1>(unitStatics.objectName, 0xC10CBB5F, behavior);
 
 } // namespace
 
@@ -255,7 +332,7 @@ TunerProperties &TunerProperties::operator=(const TunerProperties &other) noexce
 TunerProperties &TunerProperties::operator=(TunerProperties &&other) noexcept = default;
 TunerProperties::~TunerProperties() = default;
 
-void TunerProperties::swap(TunerProperties &other) noexcept { swapData(other); }
+void TunerProperties::swap(TunerProperties &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 
 std::optional<TunerProperties> TunerProperties::fromXml(const QString &xml, QString *error) { return newFromXml<TunerProperties>(xml, error); }
 std::optional<TunerProperties> TunerProperties::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
@@ -364,7 +441,7 @@ bool TunerProperties::operator==(const TunerProperties &other) const
 {
     if (!IsInitialized() && !other.IsInitialized())
         return true;
-    return GetVersion() == other.GetVersion() && equals(other);
+    return GetVersion() == other.GetVersion() && areEqual(*this, other);
 }
 
 bool TunerProperties::operator!=(const TunerProperties &other) const
@@ -375,102 +452,19 @@ bool TunerProperties::operator!=(const TunerProperties &other) const
 // Departs: the document alone has a version.
 const QString &TunerProperties::GetVersion() const
 {
-    return versionsOf(block()).own;
+    return versionsOf(*this).own;
 }
 
 QString TunerProperties::GetInitialVersionLoaded() const
 {
-    return versionsOf(block()).loaded;
-}
-
-bool TunerProperties::isOlder() const
-{
-    return versionsOf(block()).isOlder;
-}
-
-void TunerProperties::takeVersion(const QString &version)
-{
-    Versions &versions = versionsOf(block());
-    versions.loaded = version;
-    versions.isOlder = versions.own.toFloat() > version.toFloat(); // what is not a number counts as 0
-    if (versions.isOlder)
-        ResetToDefault();
+    return versionsOf(*this).loaded;
 }
 
 // Departs: the default quantity counts as given.
 void TunerProperties::ResetToDefault()
 {
     DataObject::ResetToDefault();
-    block().flags.set(row::quantity.bit());
-}
-
-// Departs: the version comes first, so that a reader knows what it is about to read.
-void TunerProperties::writeElement(XmlOutput &output) const
-{
-    output.writeStartElement(GetObjectName());
-    output.writeAttribute(versionAttribute.string(), GetVersion());
-    writeMembers(output);
-    output.writeEndElement();
-}
-
-void TunerProperties::ProcessXml(QXmlStreamReader &reader)
-{
-    const bool isNew = !IsInitialized();
-    block();
-    const QString name = reader.name().toString();
-    const QString version = reader.attributes().value(QLatin1String("Version")).toString();
-    takeVersion(version.isNull() ? emptyText : version);
-    readAttributes(reader);
-    readContent(reader, name, isNew);
-}
-
-// Departs: older documents may hold elements that have been dropped since; the others may not.
-void TunerProperties::ProcessXmlStartElement(QXmlStreamReader &reader)
-{
-    handOverOnce();
-    block();
-    if (readMemberElement(reader))
-        return;
-    if (isOlder())
-        skipElement(reader);
-    else if (GetValidate())
-        Errors::unknownElement(*this, reader.name().toString());
-    // otherwise the element is not consumed: what it holds is read as if it stood in the document itself
-}
-
-// Departs: a record of its own carries the version, in front of all others.
-void TunerProperties::writeMemberRecords(BinaryWriter &writer) const
-{
-    const auto record = writer.begin(versionTag);
-    writer.put(GetVersion());
-    writer.end(record);
-    DataObject::writeMemberRecords(writer);
-}
-
-void TunerProperties::readMemberRecord(BinaryReader &reader, quint32 tag, qint32 length)
-{
-    if (tag == versionTag)
-        takeVersion(reader.read<QString>(*this));
-    else
-        DataObject::readMemberRecord(reader, tag, length);
-}
-
-// Departs: the version stands between the flags and the members.
-void TunerProperties::writeSnapshot(BinaryWriter &writer) const
-{
-    writeSnapshotFlags(writer);
-    writer.put(GetVersion());
-    writeSnapshotMembers(writer);
-}
-
-// Departs: an older version resets the flags just read along with the rest, and so what is read behind it.
-bool TunerProperties::readSnapshot(BinaryReader &reader)
-{
-    QString version;
-    if (!readSnapshotFlags(reader) || !reader.take(version))
-        return false;
-    takeVersion(version);
-    return readSnapshotMembers(reader);
+    row::quantity.setFlag(*this, true);
 }
 
 QString TunerProperties::tr(const char *sourceText, const char *disambiguation, int n)

@@ -39,9 +39,9 @@ SelectionItem &SelectionItem::operator=(const SelectionItem &other) noexcept = d
 SelectionItem &SelectionItem::operator=(SelectionItem &&other) noexcept = default;
 SelectionItem::~SelectionItem() = default;
 
-bool SelectionItem::operator==(const SelectionItem &other) const { return equals(other); }
-bool SelectionItem::operator!=(const SelectionItem &other) const { return !equals(other); }
-void SelectionItem::swap(SelectionItem &other) noexcept { swapData(other); }
+bool SelectionItem::operator==(const SelectionItem &other) const { return areEqual(*this, other); }
+bool SelectionItem::operator!=(const SelectionItem &other) const { return !areEqual(*this, other); }
+void SelectionItem::swap(SelectionItem &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const SelectionItem &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<SelectionItem> SelectionItem::fromXml(const QString &xml, QString *error) { return newFromXml<SelectionItem>(xml, error); }

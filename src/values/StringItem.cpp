@@ -37,9 +37,9 @@ StringItem &StringItem::operator=(const StringItem &other) noexcept = default;
 StringItem &StringItem::operator=(StringItem &&other) noexcept = default;
 StringItem::~StringItem() = default;
 
-bool StringItem::operator==(const StringItem &other) const { return equals(other); }
-bool StringItem::operator!=(const StringItem &other) const { return !equals(other); }
-void StringItem::swap(StringItem &other) noexcept { swapData(other); }
+bool StringItem::operator==(const StringItem &other) const { return areEqual(*this, other); }
+bool StringItem::operator!=(const StringItem &other) const { return !areEqual(*this, other); }
+void StringItem::swap(StringItem &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const StringItem &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<StringItem> StringItem::fromXml(const QString &xml, QString *error) { return newFromXml<StringItem>(xml, error); }

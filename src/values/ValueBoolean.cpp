@@ -39,9 +39,9 @@ ValueBoolean &ValueBoolean::operator=(const ValueBoolean &other) noexcept = defa
 ValueBoolean &ValueBoolean::operator=(ValueBoolean &&other) noexcept = default;
 ValueBoolean::~ValueBoolean() = default;
 
-bool ValueBoolean::operator==(const ValueBoolean &other) const { return equals(other); }
-bool ValueBoolean::operator!=(const ValueBoolean &other) const { return !equals(other); }
-void ValueBoolean::swap(ValueBoolean &other) noexcept { swapData(other); }
+bool ValueBoolean::operator==(const ValueBoolean &other) const { return areEqual(*this, other); }
+bool ValueBoolean::operator!=(const ValueBoolean &other) const { return !areEqual(*this, other); }
+void ValueBoolean::swap(ValueBoolean &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueBoolean &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueBoolean> ValueBoolean::fromXml(const QString &xml, QString *error) { return newFromXml<ValueBoolean>(xml, error); }

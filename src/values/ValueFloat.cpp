@@ -39,9 +39,9 @@ ValueFloat &ValueFloat::operator=(const ValueFloat &other) noexcept = default;
 ValueFloat &ValueFloat::operator=(ValueFloat &&other) noexcept = default;
 ValueFloat::~ValueFloat() = default;
 
-bool ValueFloat::operator==(const ValueFloat &other) const { return equals(other); }
-bool ValueFloat::operator!=(const ValueFloat &other) const { return !equals(other); }
-void ValueFloat::swap(ValueFloat &other) noexcept { swapData(other); }
+bool ValueFloat::operator==(const ValueFloat &other) const { return areEqual(*this, other); }
+bool ValueFloat::operator!=(const ValueFloat &other) const { return !areEqual(*this, other); }
+void ValueFloat::swap(ValueFloat &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueFloat &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueFloat> ValueFloat::fromXml(const QString &xml, QString *error) { return newFromXml<ValueFloat>(xml, error); }

@@ -39,9 +39,9 @@ ValueInt &ValueInt::operator=(const ValueInt &other) noexcept = default;
 ValueInt &ValueInt::operator=(ValueInt &&other) noexcept = default;
 ValueInt::~ValueInt() = default;
 
-bool ValueInt::operator==(const ValueInt &other) const { return equals(other); }
-bool ValueInt::operator!=(const ValueInt &other) const { return !equals(other); }
-void ValueInt::swap(ValueInt &other) noexcept { swapData(other); }
+bool ValueInt::operator==(const ValueInt &other) const { return areEqual(*this, other); }
+bool ValueInt::operator!=(const ValueInt &other) const { return !areEqual(*this, other); }
+void ValueInt::swap(ValueInt &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueInt &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueInt> ValueInt::fromXml(const QString &xml, QString *error) { return newFromXml<ValueInt>(xml, error); }

@@ -39,9 +39,9 @@ ValueInt64 &ValueInt64::operator=(const ValueInt64 &other) noexcept = default;
 ValueInt64 &ValueInt64::operator=(ValueInt64 &&other) noexcept = default;
 ValueInt64::~ValueInt64() = default;
 
-bool ValueInt64::operator==(const ValueInt64 &other) const { return equals(other); }
-bool ValueInt64::operator!=(const ValueInt64 &other) const { return !equals(other); }
-void ValueInt64::swap(ValueInt64 &other) noexcept { swapData(other); }
+bool ValueInt64::operator==(const ValueInt64 &other) const { return areEqual(*this, other); }
+bool ValueInt64::operator!=(const ValueInt64 &other) const { return !areEqual(*this, other); }
+void ValueInt64::swap(ValueInt64 &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueInt64 &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueInt64> ValueInt64::fromXml(const QString &xml, QString *error) { return newFromXml<ValueInt64>(xml, error); }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/ValueItem.h>
 
-#include "framework/HandDown.h"
+#include "framework/Behavior.h"
+#include "framework/Child.h"
 #include "framework/Member.h"
 #include "framework/NewObject.h"
 #include "framework/Table.h"
@@ -21,13 +22,13 @@ struct State
 {
     State() = default;
     State(const State &other)
-        : handedDown(REPORTGENERATOR::EnvironmentPointer::plain(other.handedDown->validate)), choice(other.choice)
+        : environment(REPORTGENERATOR::EnvironmentPointer::plain(other.environment->validate)), choice(other.choice)
     {
-    } // copies never take a logger along
+    } // copies have no logger
     State &operator=(const State &) = delete;
 
-    // What was handed down last; an alternative built later starts with it.
-    REPORTGENERATOR::EnvironmentPointer handedDown = REPORTGENERATOR::EnvironmentPointer::plain(true);
+    // What was propagated last; an alternative created later starts with it.
+    REPORTGENERATOR::EnvironmentPointer environment = REPORTGENERATOR::EnvironmentPointer::plain(true);
     Choice choice = Choice::None;
 };
 
@@ -41,13 +42,13 @@ template <class T>
 class Alternative final : public MemberOf<ValueItemData>
 {
 public:
-    constexpr Alternative(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, BuiltWithTheBlock) { }
+    constexpr Alternative(int bit, const char *name, quint32 tag) : MemberOf(bit, name, tag, CreatedWithTheBlock) { }
 
-    const T &get(const DataObject &object) const { return alternative(Member::block(object)); }
+    const T &get(const DataObject &object) const { return alternative(ObjectAccess::block(object)); }
 
     T &modify(DataObject &object) const
     {
-        Block &own = Member::block(object);
+        Block &own = ObjectAccess::block(object);
         T &chosen = alternative(own); // first, because it may run out of memory
         choose(own);
         return chosen;
@@ -55,7 +56,7 @@ public:
 
     void set(DataObject &object, const T &value) const
     {
-        Block &own = Member::block(object);
+        Block &own = ObjectAccess::block(object);
         alternative(own) = value;
         choose(own);
     }
@@ -105,7 +106,7 @@ public:
 
     void merge(DataObject &object, const DataObject &other) const override
     {
-        if (writesChildren(Member::block(other)))
+        if (writesChildren(ObjectAccess::block(other)))
             set(object, get(other));
     }
 
@@ -119,45 +120,45 @@ public:
     {
         // The item's check does not go into the alternative, so it is checked now; the same in writeRecord().
         if (writesChildren(block))
-            Member::writeNestedXml(alternative(block), output, Member::preparation(object, false));
+            Child::writeXml(alternative(block), output, Child::preparation(object, false));
     }
 
     void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
     {
         T read;
-        Member::takeEnvironment(read, Member::environmentForReading(object));
-        if (readNestedXml(read, reader))
+        Propagation::propagateTo(read, Propagation::forReading(object));
+        if (Child::readXml(read, reader, this->text()))
             modify(object) = std::move(read);
     }
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (writesChildren(block))
-            Member::writeNestedRecord(alternative(block), writer, this->tag(), Member::preparation(object, false));
+            Child::writeRecord(alternative(block), writer, this->tag(), Child::preparation(object, false));
     }
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override
     {
-        Block &own = Member::block(object);
+        Block &own = ObjectAccess::block(object);
         this->members(own).state.choice = Choice(this->bit());
         readAlternative(object, own, reader, [&](T &read) {
-            Member::readNestedRecord(read, reader, length);
+            Child::readRecord(read, reader, length);
             return true;
         });
-        choose(Member::block(object)); // set only now: a record that fails leaves the alternative chosen but not set
+        choose(
+            ObjectAccess::block(object)); // set only now: a record that fails leaves the alternative chosen but not set
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
         if (writesChildren(block))
-            Member::writeNestedSnapshot(alternative(block), writer);
+            Child::writeSnapshot(alternative(block), writer);
     }
 
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
-        return !isChosen(block) || readAlternative(object, block, reader, [&](T &read) {
-            return Member::readNestedSnapshot(read, reader);
-        });
+        return !isChosen(block)
+            || readAlternative(object, block, reader, [&](T &read) { return Child::readSnapshot(read, reader); });
     }
 
 private:
@@ -184,7 +185,7 @@ private:
         if (DataObject *const object = find(block))
             return static_cast<T &>(*object);
         T &built = members(block).alternatives.template build<T>(bit());
-        Member::takeEnvironment(built, members(block).state.handedDown);
+        Propagation::propagateTo(built, members(block).state.environment);
         return built;
     }
 };
@@ -213,7 +214,6 @@ constexpr Table members{row::ValueBoolean,
                         row::ValueSelection,
                         row::ValueString,
                         row::ValueStringList};
-constexpr ClassInfo valueItem = describe<ValueItem, members, 2 - Alternatives::kinds>(unitStatics.objectName, 0xA6C468CF);
 // clang-format on
 
 static_assert(members.size == std::size_t(Kinds::size), "the alternatives of a ValueItem are the kinds in Classes.def");
@@ -239,7 +239,7 @@ Choice choiceOf(const Block *block)
     return block ? static_cast<const BlockOf<ValueItemData> *>(block)->members.state.choice : Choice::None;
 }
 
-/// What is chosen, as visitors see it. No row of the table: whatever else is done to rows, it has its own ways.
+/// What is chosen, as visitors see it. Not a row of the table: the choice is encoded in ways of its own.
 class ChoiceMember final : public ShownMember
 {
 public:
@@ -256,7 +256,7 @@ public:
     {
         const auto choice = choiceNames.fromShown(value, Choice::None);
         if (choice)
-            stateOf(Member::block(object)).choice = *choice;
+            stateOf(ObjectAccess::block(object)).choice = *choice;
         return choice.has_value();
     }
     void reset(DataObject &object) const override { setValue(object, QString()); }
@@ -271,21 +271,109 @@ const Member *rowOf(Choice choice)
     return int(choice) < int(members.size) ? members.inBitOrder[std::size_t(choice)] : nullptr;
 }
 
+class ItemBehavior final : public Behavior
+{
+    // Departs: the alternatives that are not chosen, and the flag of the right one, do not count.
+    bool equals(const DataObject &left, const DataObject &right) const override
+    {
+        Block &leftBlock = ObjectAccess::block(left);
+        Block &rightBlock = ObjectAccess::block(right);
+        if (choiceOf(&leftBlock) != choiceOf(&rightBlock))
+            return false;
+        const Member *chosen = rowOf(choiceOf(&leftBlock));
+        return !chosen || !chosen->isSet(leftBlock) || chosen->equals(&leftBlock, &rightBlock);
+    }
+
+    // Departs: silent while not validating, and the alternative's own check is left to when it is written.
+    void check(const DataObject &item, bool, const REPORTGENERATOR::EnvironmentPointer *environment) const override
+    {
+        Block &own = ObjectAccess::block(item);
+        if (environment)
+            propagateToChildren(item, Propagation(*environment));
+        if (!item.GetValidate())
+            return;
+        const Member *chosen = rowOf(choiceOf(&own));
+        if (!chosen)
+            Errors::nothingChosen(item);
+        chosen->check(item, own);
+    }
+
+    void collectProblems(const DataObject &item, const ObjectPath &path, const ProblemVisitor &visitor) const override
+    {
+        if (rowOf(choiceOf(&ObjectAccess::block(item)))) {
+            Behavior::collectProblems(item, path, visitor);
+            return;
+        }
+        try {
+            Errors::nothingChosen(item);
+        } catch (const IncompleteDefinitionException &e) {
+            visitor({path, e.GetMessageText(), QString(choiceMember.name())});
+        }
+    }
+
+    // Departs: the choice is shown first.
+    void forEachMember(const DataObject &item, const MemberAction &action) const override
+    {
+        action(choiceMember);
+        Behavior::forEachMember(item, action);
+    }
+
+    // Departs: alternatives that are created later inherit what was propagated last.
+    void propagateToChildren(const DataObject &item, const Propagation &propagation) const override
+    {
+        if (!item.IsInitialized())
+            return;
+        ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(ObjectAccess::block(item)).members;
+        data.alternatives.forEach([&](const DataObject &alternative) { propagation.propagateTo(alternative); });
+        propagation.propagateTo(data.state.environment);
+    }
+
+    void copyEnvironments(const DataObject &original, const DataObject &copy) const override
+    {
+        Behavior::copyEnvironments(original, copy);
+        if (const Block *from = ObjectAccess::existingBlock(original))
+            stateOf(ObjectAccess::block(copy)).environment =
+                static_cast<const BlockOf<ValueItemData> *>(from)->members.state.environment;
+    }
+
+    // Departs: a byte between flags and members stores the choice.
+    void writeSnapshot(const DataObject &item, BinaryWriter &writer) const override
+    {
+        writeSnapshotFlags(item, writer);
+        writer.put(qint8(stateOf(ObjectAccess::block(item)).choice));
+        writeSnapshotMembers(item, writer);
+    }
+
+    // Departs: reads the chosen alternative without looking at its flag, although it is written only with it.
+    bool readSnapshot(DataObject &item, BinaryReader &reader) const override
+    {
+        quint8 choice = 0;
+        if (!readSnapshotFlags(item, reader) || !reader.take(choice))
+            return false;
+        stateOf(ObjectAccess::block(item)).choice = Choice(choice);
+        return readSnapshotMembers(item, reader);
+    }
+};
+
+constexpr ItemBehavior behavior;
+constexpr ClassInfo valueItem =
+    describe<ValueItem, members, 2 - Alternatives::kinds>(unitStatics.objectName, 0xA6C468CF, behavior);
+
 } // namespace
 
 ValueItem::ValueItem() : DataObject(valueItem) { }
 
-// What was handed down goes with the flag; the base's copy constructor cannot know that.
+// The environment for later alternatives follows the flag; the base's copy constructor cannot know that.
 ValueItem::ValueItem(const ValueItem &other) : DataObject(other)
 {
     if (!IsInitialized())
         return;
-    ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(block()).members;
-    data.state.handedDown = environmentForChildren();
-    const HandDown handDown(data.state.handedDown, HandDown::Validate);
-    data.alternatives.forEach([&](const DataObject &object) {
-        if (object.GetValidate() != handDown.validate())
-            handDown.give(object);
+    ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(ObjectAccess::block(*this)).members;
+    data.state.environment = Propagation::forChildren(*this);
+    const Propagation propagation(data.state.environment, Propagation::Validate);
+    data.alternatives.forEach([&](const DataObject &alternative) {
+        if (alternative.GetValidate() != propagation.validate())
+            propagation.propagateTo(alternative);
     });
 }
 
@@ -295,7 +383,7 @@ ValueItem &ValueItem::operator=(const ValueItem &other) noexcept = default;
 ValueItem &ValueItem::operator=(ValueItem &&other) noexcept = default;
 ValueItem::~ValueItem() = default;
 
-void ValueItem::swap(ValueItem &other) noexcept { swapData(other); }
+void ValueItem::swap(ValueItem &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 
 std::optional<ValueItem> ValueItem::fromXml(const QString &xml, QString *error) { return newFromXml<ValueItem>(xml, error); }
 std::optional<ValueItem> ValueItem::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)
@@ -381,7 +469,7 @@ bool ValueItem::IsValidValueStringList(const ValueStringList &) const { return t
 // Departs: comparing leaves both items initialized, as soon as one of them is.
 bool ValueItem::operator==(const ValueItem &other) const
 {
-    return (!IsInitialized() && !other.IsInitialized()) || equals(other);
+    return (!IsInitialized() && !other.IsInitialized()) || areEqual(*this, other);
 }
 
 bool ValueItem::operator!=(const ValueItem &other) const
@@ -391,13 +479,13 @@ bool ValueItem::operator!=(const ValueItem &other) const
 
 const ValueItem::ChoiceValueItem &ValueItem::GetChoiceValueItem() const
 {
-    return stateOf(block()).choice;
+    return stateOf(ObjectAccess::block(*this)).choice;
 }
 
 void ValueItem::ResetChoiceValueItem()
 {
     if (IsInitialized())
-        stateOf(block()).choice = Choice::None;
+        stateOf(ObjectAccess::block(*this)).choice = Choice::None;
 }
 
 bool ValueItem::IsValidChoiceValueItem(const ChoiceValueItem &choice) const
@@ -410,7 +498,7 @@ void ValueItem::InitChoice(const ChoiceValueItem &choice)
 {
     const ChoiceValueItem wanted = choice; // which may be a reference to what is reset now
     Reset();
-    block();
+    ObjectAccess::block(*this);
     if (wanted == Choice::None)
         Errors::invalidChoice(*this);
 }
@@ -438,14 +526,14 @@ QStringList ValueItem::GetGUIChoiceValueItems()
 // Departs: only the chosen alternative counts, whether its flag is set or not.
 bool ValueItem::HasData() const
 {
-    const Member *chosen = rowOf(choiceOf(existingBlock()));
-    return chosen && chosen->isPresent(*existingBlock());
+    const Member *chosen = rowOf(choiceOf(ObjectAccess::existingBlock(*this)));
+    return chosen && chosen->isPresent(*ObjectAccess::existingBlock(*this));
 }
 
 // Departs: having chosen is enough.
 bool ValueItem::AnyData() const
 {
-    return choiceOf(existingBlock()) != Choice::None;
+    return choiceOf(ObjectAccess::existingBlock(*this)) != Choice::None;
 }
 
 // Departs: the choice goes as well.
@@ -453,87 +541,6 @@ void ValueItem::Reset()
 {
     DataObject::Reset();
     ResetChoiceValueItem();
-}
-
-// Departs: alternatives that are not built yet get to know it later.
-void ValueItem::handDownToChildren(const HandDown &handDown) const
-{
-    if (!IsInitialized())
-        return;
-    ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(block()).members;
-    data.alternatives.forEach([&](const DataObject &object) { handDown.give(object); });
-    handDown.change(data.state.handedDown);
-}
-
-// Departs: so do alternatives that are not built yet.
-void ValueItem::copyEnvironments(const DataObject &original) const
-{
-    DataObject::copyEnvironments(original);
-    if (const Block *from = static_cast<const ValueItem &>(original).existingBlock())
-        stateOf(block()).handedDown = static_cast<const BlockOf<ValueItemData> *>(from)->members.state.handedDown;
-}
-
-// Departs: the alternatives that are not chosen, and the flag of the right one, do not count.
-bool ValueItem::equals(const DataObject &other) const
-{
-    Block &left = block();
-    Block &right = static_cast<const ValueItem &>(other).block();
-    if (choiceOf(&left) != choiceOf(&right))
-        return false;
-    const Member *chosen = rowOf(choiceOf(&left));
-    return !chosen || !chosen->isSet(left) || chosen->equals(&left, &right);
-}
-
-// Departs: silent while not validating, and the alternative's own check is left to when it is written.
-void ValueItem::checkTree(bool, const REPORTGENERATOR::EnvironmentPointer *handedDown) const
-{
-    Block &own = block();
-    if (handedDown)
-        handDownToChildren(HandDown(*handedDown, HandDown::Both));
-    if (!GetValidate())
-        return;
-    const Member *chosen = rowOf(choiceOf(&own));
-    if (!chosen)
-        Errors::nothingChosen(*this);
-    chosen->check(*this, own);
-}
-
-void ValueItem::collectProblems(const Place &place, const ProblemVisitor &visitor) const
-{
-    if (rowOf(choiceOf(&block()))) {
-        DataObject::collectProblems(place, visitor);
-        return;
-    }
-    try {
-        Errors::nothingChosen(*this);
-    } catch (const IncompleteDefinitionException &e) {
-        visitor({place, e.GetMessageText(), QString(choiceMember.name())});
-    }
-}
-
-// Departs: what is chosen is shown in front.
-void ValueItem::forEachMember(const MemberAction &action) const
-{
-    action(choiceMember);
-    DataObject::forEachMember(action);
-}
-
-// Departs: a byte between flags and members says what is chosen.
-void ValueItem::writeSnapshot(BinaryWriter &writer) const
-{
-    writeSnapshotFlags(writer);
-    writer.put(qint8(stateOf(block()).choice));
-    writeSnapshotMembers(writer);
-}
-
-// Departs: reads the chosen alternative without looking at its flag, although it is written only with it.
-bool ValueItem::readSnapshot(BinaryReader &reader)
-{
-    quint8 choice = 0;
-    if (!readSnapshotFlags(reader) || !reader.take(choice))
-        return false;
-    stateOf(block()).choice = Choice(choice);
-    return readSnapshotMembers(reader);
 }
 
 QDebug operator<<(QDebug debug, ValueItem::ChoiceValueItem value)

@@ -34,9 +34,9 @@ ValueNumericFloat &ValueNumericFloat::operator=(const ValueNumericFloat &other) 
 ValueNumericFloat &ValueNumericFloat::operator=(ValueNumericFloat &&other) noexcept = default;
 ValueNumericFloat::~ValueNumericFloat() = default;
 
-bool ValueNumericFloat::operator==(const ValueNumericFloat &other) const { return equals(other); }
-bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { return !equals(other); }
-void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { swapData(other); }
+bool ValueNumericFloat::operator==(const ValueNumericFloat &other) const { return areEqual(*this, other); }
+bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { return !areEqual(*this, other); }
+void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueNumericFloat &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericFloat> ValueNumericFloat::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericFloat>(xml, error); }

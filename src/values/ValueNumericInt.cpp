@@ -34,9 +34,9 @@ ValueNumericInt &ValueNumericInt::operator=(const ValueNumericInt &other) noexce
 ValueNumericInt &ValueNumericInt::operator=(ValueNumericInt &&other) noexcept = default;
 ValueNumericInt::~ValueNumericInt() = default;
 
-bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return equals(other); }
-bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !equals(other); }
-void ValueNumericInt::swap(ValueNumericInt &other) noexcept { swapData(other); }
+bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return areEqual(*this, other); }
+bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !areEqual(*this, other); }
+void ValueNumericInt::swap(ValueNumericInt &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueNumericInt &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericInt> ValueNumericInt::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt>(xml, error); }

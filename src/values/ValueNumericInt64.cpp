@@ -34,9 +34,9 @@ ValueNumericInt64 &ValueNumericInt64::operator=(const ValueNumericInt64 &other) 
 ValueNumericInt64 &ValueNumericInt64::operator=(ValueNumericInt64 &&other) noexcept = default;
 ValueNumericInt64::~ValueNumericInt64() = default;
 
-bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { return equals(other); }
-bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !equals(other); }
-void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { swapData(other); }
+bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { return areEqual(*this, other); }
+bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !areEqual(*this, other); }
+void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueNumericInt64 &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericInt64> ValueNumericInt64::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt64>(xml, error); }

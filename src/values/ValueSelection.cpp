@@ -45,9 +45,9 @@ ValueSelection &ValueSelection::operator=(const ValueSelection &other) noexcept 
 ValueSelection &ValueSelection::operator=(ValueSelection &&other) noexcept = default;
 ValueSelection::~ValueSelection() = default;
 
-bool ValueSelection::operator==(const ValueSelection &other) const { return equals(other); }
-bool ValueSelection::operator!=(const ValueSelection &other) const { return !equals(other); }
-void ValueSelection::swap(ValueSelection &other) noexcept { swapData(other); }
+bool ValueSelection::operator==(const ValueSelection &other) const { return areEqual(*this, other); }
+bool ValueSelection::operator!=(const ValueSelection &other) const { return !areEqual(*this, other); }
+void ValueSelection::swap(ValueSelection &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 
 std::optional<ValueSelection> ValueSelection::fromXml(const QString &xml, QString *error) { return newFromXml<ValueSelection>(xml, error); }
 std::optional<ValueSelection> ValueSelection::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -39,9 +39,9 @@ ValueString &ValueString::operator=(const ValueString &other) noexcept = default
 ValueString &ValueString::operator=(ValueString &&other) noexcept = default;
 ValueString::~ValueString() = default;
 
-bool ValueString::operator==(const ValueString &other) const { return equals(other); }
-bool ValueString::operator!=(const ValueString &other) const { return !equals(other); }
-void ValueString::swap(ValueString &other) noexcept { swapData(other); }
+bool ValueString::operator==(const ValueString &other) const { return areEqual(*this, other); }
+bool ValueString::operator!=(const ValueString &other) const { return !areEqual(*this, other); }
+void ValueString::swap(ValueString &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 uint qHash(const ValueString &object, uint seed) { return hashOf(object, seed); }
 
 std::optional<ValueString> ValueString::fromXml(const QString &xml, QString *error) { return newFromXml<ValueString>(xml, error); }

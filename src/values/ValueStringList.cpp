@@ -41,9 +41,9 @@ ValueStringList &ValueStringList::operator=(const ValueStringList &other) noexce
 ValueStringList &ValueStringList::operator=(ValueStringList &&other) noexcept = default;
 ValueStringList::~ValueStringList() = default;
 
-bool ValueStringList::operator==(const ValueStringList &other) const { return equals(other); }
-bool ValueStringList::operator!=(const ValueStringList &other) const { return !equals(other); }
-void ValueStringList::swap(ValueStringList &other) noexcept { swapData(other); }
+bool ValueStringList::operator==(const ValueStringList &other) const { return areEqual(*this, other); }
+bool ValueStringList::operator!=(const ValueStringList &other) const { return !areEqual(*this, other); }
+void ValueStringList::swap(ValueStringList &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
 
 std::optional<ValueStringList> ValueStringList::fromXml(const QString &xml, QString *error) { return newFromXml<ValueStringList>(xml, error); }
 std::optional<ValueStringList> ValueStringList::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

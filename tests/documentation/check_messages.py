@@ -44,7 +44,7 @@ def compare(what, expected, found):
 
 def thrown(source):
     """(text, type) of what the model throws; the type is "none" for the one that is not."""
-    unchosen = {unescaped(text[1]) for text in STRING.finditer(source.split("unchosenTexts[] = {")[1].split("};")[0])}
+    unchosen = {unescaped(text[1]) for text in STRING.finditer(source.split("auto unchosenTexts =")[1].split("}();")[0])}
     if len(unchosen) != 1:
         sys.exit(f"the texts of access to what is not chosen differ: {unchosen}")
     result = {(composed(text), match[1]) for match, text in calls(source, rf"throw ({EXCEPTIONS})\(")}
@@ -110,7 +110,7 @@ def main():
     wrong += compare("problems", reported(errors), in_manual)
 
     in_manual = set()
-    for title in ("What GetErrorString() says", "Files", "XML documents", "Binary representations"):
+    for title in ("What GetErrorString() returns", "Files", "XML documents", "Binary representations"):
         in_manual |= {text for text, _ in rows(chapter(page, title))}
     wrong += compare("reasons", reasons(texts), in_manual)
 

@@ -56,7 +56,7 @@ private Q_SLOTS:
         row("version", "<?xml version='2.0'?><TunerProperties/>", "Unsupported XML version.");
         row("reference", "<TunerProperties name='&#0;'/>", "Invalid character reference.");
         row("section end", "<TunerProperties>]]></TunerProperties>", "Sequence ']]>' not allowed in content.");
-        row("no quotes", "<TunerProperties name=a/>", "Expected <what may stand there>, but got '<what does>'.",
+        row("no quotes", "<TunerProperties name=a/>", "Expected <what is allowed>, but got '<what was found>'.",
             "Expected ''' or '\"', but got '[a-zA-Z]'.");
     }
 

@@ -4,7 +4,7 @@
 #include <QHash>
 #include <QVariant>
 
-#include <jobxml/TunerProperties.h>
+#include "Members.h"
 
 using namespace JobXml;
 
@@ -45,29 +45,25 @@ QString textOf(const QVector<Item> &items)
     return text;
 }
 
-// What is done to each member of an object: one function for each kind of member.
+// What is done to each member of an object.
 
 class Reading
 {
 public:
-    template <class T, class Get, class Value>
-    void value(T &object, Get get, void (T::*)(Value), bool (T::*isSet)() const, void (T::*)())
+    template <class T, class V>
+    void operator()(T &object, const Members::Value<T, V> &member)
     {
-        take(textOf((object.*get)()), (object.*isSet)());
+        take(textOf((object.*member.get)()), (object.*member.isSet)());
     }
-
-    template <class T, class Value>
-    void child(T &object, const Value &(T::*get)() const, Value &(T::*)(), void (T::*)(const Value &),
-               bool (T::*isSet)() const, void (T::*)())
+    template <class T, class C>
+    void operator()(T &object, const Members::Child<T, C> &member)
     {
-        take(textOf(static_cast<const DataObject &>((object.*get)())), (object.*isSet)());
+        take(textOf(static_cast<const DataObject &>((object.*member.get)())), (object.*member.isSet)());
     }
-
     template <class T, class Item, class Given>
-    void list(T &object, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*)(),
-              void (T::*)(const QVector<Item> &), void (T::*)(Given), bool (T::*isSet)() const, void (T::*)())
+    void operator()(T &object, const Members::List<T, Item, Given> &member)
     {
-        take(textOf((object.*get)()), (object.*isSet)());
+        take(textOf((object.*member.get)()), (object.*member.isSet)());
     }
 
     QString text;
@@ -79,51 +75,43 @@ private:
 class Storing
 {
 public:
-    template <class T, class Get, class Value>
-    void value(T &object, Get get, void (T::*set)(Value), bool (T::*)() const, void (T::*)())
+    template <class T, class V>
+    void operator()(T &object, const Members::Value<T, V> &member)
     {
-        (object.*set)((object.*get)());
+        (object.*member.set)((object.*member.get)());
     }
-
-    template <class T, class Value>
-    void child(T &object, const Value &(T::*get)() const, Value &(T::*)(), void (T::*set)(const Value &),
-               bool (T::*isSet)() const, void (T::*)())
+    template <class T, class C>
+    void operator()(T &object, const Members::Child<T, C> &member)
     {
-        if ((object.*isSet)()) // storing would choose an alternative
-            (object.*set)(Value((object.*get)()));
+        if ((object.*member.isSet)()) // storing would choose an alternative
+            (object.*member.set)(C((object.*member.get)()));
     }
-
     template <class T, class Item, class Given>
-    void list(T &object, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*)(),
-              void (T::*set)(const QVector<Item> &), void (T::*append)(Given), bool (T::*)() const, void (T::*)())
+    void operator()(T &object, const Members::List<T, Item, Given> &member)
     {
-        (object.*set)((object.*get)());
-        const QVector<Item> items = (object.*get)();
+        (object.*member.set)((object.*member.get)());
+        const QVector<Item> items = (object.*member.get)();
         for (const Item &item : items)
-            (object.*append)(item);
+            (object.*member.append)(item);
     }
 };
 
 class Modifying
 {
 public:
-    template <class T, class Get, class Value>
-    void value(T &, Get, void (T::*)(Value), bool (T::*)() const, void (T::*)())
+    template <class T, class V>
+    void operator()(T &, const Members::Value<T, V> &)
     {
     }
-
-    template <class T, class Value>
-    void child(T &object, const Value &(T::*)() const, Value &(T::*get)(), void (T::*)(const Value &),
-               bool (T::*)() const, void (T::*)())
+    template <class T, class C>
+    void operator()(T &object, const Members::Child<T, C> &member)
     {
-        (object.*get)().Reset();
+        (object.*member.modify)().Reset();
     }
-
     template <class T, class Item, class Given>
-    void list(T &object, const QVector<Item> &(T::*)() const, QVector<Item> &(T::*get)(),
-              void (T::*)(const QVector<Item> &), void (T::*)(Given), bool (T::*)() const, void (T::*)())
+    void operator()(T &object, const Members::List<T, Item, Given> &member)
     {
-        QVector<Item> &items = (object.*get)();
+        QVector<Item> &items = (object.*member.modify)();
         if (items.isEmpty())
             return;
         items.append(Item(items.constFirst()));
@@ -138,60 +126,26 @@ private:
 class Resetting
 {
 public:
-    template <class T, class Get, class Value>
-    void value(T &object, Get, void (T::*)(Value), bool (T::*)() const, void (T::*reset)())
+    template <class T, class Member>
+    void operator()(T &object, const Member &member)
     {
-        (object.*reset)();
-    }
-
-    template <class T, class Value>
-    void child(T &object, const Value &(T::*)() const, Value &(T::*)(), void (T::*)(const Value &), bool (T::*)() const,
-               void (T::*reset)())
-    {
-        (object.*reset)();
-    }
-
-    template <class T, class Item, class Given>
-    void list(T &object, const QVector<Item> &(T::*)() const, QVector<Item> &(T::*)(),
-              void (T::*)(const QVector<Item> &), void (T::*)(Given), bool (T::*)() const, void (T::*reset)())
-    {
-        (object.*reset)();
+        (object.*member.reset)();
     }
 };
 
 class Copying
 {
 public:
-    explicit Copying(DataObject &source) : m_source(source) { }
+    explicit Copying(const DataObject &source) : m_source(source) { }
 
-    template <class T, class Get, class Value>
-    void value(T &object, Get get, void (T::*set)(Value), bool (T::*)() const, void (T::*)())
+    template <class T, class Member>
+    void operator()(T &object, const Member &member)
     {
-        (object.*set)((sourceAs<T>().*get)());
-    }
-
-    template <class T, class Value>
-    void child(T &object, const Value &(T::*get)() const, Value &(T::*)(), void (T::*set)(const Value &),
-               bool (T::*)() const, void (T::*)())
-    {
-        (object.*set)((sourceAs<T>().*get)());
-    }
-
-    template <class T, class Item, class Given>
-    void list(T &object, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*)(),
-              void (T::*set)(const QVector<Item> &), void (T::*)(Given), bool (T::*)() const, void (T::*)())
-    {
-        (object.*set)((sourceAs<T>().*get)());
+        (object.*member.set)((static_cast<const T &>(m_source).*member.get)());
     }
 
 private:
-    template <class T>
-    T &sourceAs() const
-    {
-        return static_cast<T &>(m_source);
-    }
-
-    DataObject &m_source;
+    const DataObject &m_source;
 };
 
 /// Does something to one member and counts them all.
@@ -201,28 +155,11 @@ class Only
 public:
     explicit Only(int wanted, Action action = Action()) : does(std::move(action)), m_wanted(wanted) { }
 
-    template <class T, class Get, class Value>
-    void value(T &object, Get get, void (T::*set)(Value), bool (T::*isSet)() const, void (T::*reset)())
+    template <class T, class Member>
+    void operator()(T &object, const Member &member)
     {
         if (seen++ == m_wanted)
-            does.value(object, get, set, isSet, reset);
-    }
-
-    template <class T, class Value>
-    void child(T &object, const Value &(T::*get)() const, Value &(T::*modify)(), void (T::*set)(const Value &),
-               bool (T::*isSet)() const, void (T::*reset)())
-    {
-        if (seen++ == m_wanted)
-            does.child(object, get, modify, set, isSet, reset);
-    }
-
-    template <class T, class Item, class Given>
-    void list(T &object, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
-              void (T::*set)(const QVector<Item> &), void (T::*append)(Given), bool (T::*isSet)() const,
-              void (T::*reset)())
-    {
-        if (seen++ == m_wanted)
-            does.list(object, get, modify, set, append, isSet, reset);
+            does(object, member);
     }
 
     Action does;
@@ -232,163 +169,10 @@ private:
     int m_wanted;
 };
 
-// Setters of texts and the ways to append have deleted overloads for null pointers, so their types are written out.
-
-template <class Action, class T>
-void text(Action &does, T &object, QString (T::*get)() const, void (T::*set)(QString), bool (T::*isSet)() const,
-          void (T::*reset)())
-{
-    does.value(object, get, set, isSet, reset);
-}
-
-template <class Action, class T, class Item>
-void list(Action &does, T &object, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
-          void (T::*set)(const QVector<Item> &), void (T::*append)(const Item &), bool (T::*isSet)() const,
-          void (T::*reset)())
-{
-    does.list(object, get, modify, set, append, isSet, reset);
-}
-
-// The members of each class.
-// clang-format off
-
-template <class Action, class T>
-void eachMember(Action &does, T &o) // of the four kinds with an id and a number or boolean
-{
-    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
-    does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-}
-
-template <class Action>
-void eachMember(Action &does, ValueString &o)
-{
-    using T = ValueString;
-    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
-    text(does, o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-}
-
-template <class Action, class T>
-void eachMemberOfNumeric(Action &does, T &o)
-{
-    does.value(o, static_cast<QString (T::*)()>(&T::Getid), static_cast<void (T::*)(QString)>(&T::Setid), &T::IsidSet, &T::Resetid);
-    does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-    does.value(o, &T::Getmin, &T::Setmin, &T::IsminSet, &T::Resetmin);
-    does.value(o, &T::Getmax, &T::Setmax, &T::IsmaxSet, &T::Resetmax);
-    does.value(o, &T::Getstep, &T::Setstep, &T::IsstepSet, &T::Resetstep);
-}
-
-template <class Action> void eachMember(Action &does, ValueNumericFloat &o) { eachMemberOfNumeric(does, o); }
-template <class Action> void eachMember(Action &does, ValueNumericInt &o) { eachMemberOfNumeric(does, o); }
-template <class Action> void eachMember(Action &does, ValueNumericInt64 &o) { eachMemberOfNumeric(does, o); }
-
-template <class Action>
-void eachMember(Action &does, ValueSelection &o)
-{
-    using T = ValueSelection;
-    list(does, o, &T::GetSelectionItem, &T::GetSelectionItem, &T::SetSelectionItem, &T::AppendSelectionItem, &T::IsSelectionItemSet, &T::ResetSelectionItem);
-    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
-    does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-    text(does, o, &T::Gettext, &T::Settext, &T::IstextSet, &T::Resettext);
-    does.value(o, &T::Getindex, &T::Setindex, &T::IsindexSet, &T::Resetindex);
-}
-
-template <class Action>
-void eachMember(Action &does, SelectionItem &o)
-{
-    using T = SelectionItem;
-    text(does, o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
-    does.value(o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-}
-
-template <class Action>
-void eachMember(Action &does, ValueStringList &o)
-{
-    using T = ValueStringList;
-    list(does, o, &T::GetStringItem, &T::GetStringItem, &T::SetStringItem, &T::AppendStringItem, &T::IsStringItemSet, &T::ResetStringItem);
-    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
-    text(does, o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-}
-
-template <class Action>
-void eachMember(Action &does, StringItem &o)
-{
-    using T = StringItem;
-    text(does, o, &T::Getvalue, &T::Setvalue, &T::IsvalueSet, &T::Resetvalue);
-}
-
-template <class Action>
-void eachMember(Action &does, ValueItem &o)
-{
-    using T = ValueItem;
-    does.child(o, &T::GetValueBoolean, &T::GetValueBoolean, &T::SetValueBoolean, &T::IsValueBooleanSet, &T::ResetValueBoolean);
-    does.child(o, &T::GetValueFloat, &T::GetValueFloat, &T::SetValueFloat, &T::IsValueFloatSet, &T::ResetValueFloat);
-    does.child(o, &T::GetValueInt, &T::GetValueInt, &T::SetValueInt, &T::IsValueIntSet, &T::ResetValueInt);
-    does.child(o, &T::GetValueInt64, &T::GetValueInt64, &T::SetValueInt64, &T::IsValueInt64Set, &T::ResetValueInt64);
-    does.child(o, &T::GetValueNumericFloat, &T::GetValueNumericFloat, &T::SetValueNumericFloat, &T::IsValueNumericFloatSet, &T::ResetValueNumericFloat);
-    does.child(o, &T::GetValueNumericInt, &T::GetValueNumericInt, &T::SetValueNumericInt, &T::IsValueNumericIntSet, &T::ResetValueNumericInt);
-    does.child(o, &T::GetValueNumericInt64, &T::GetValueNumericInt64, &T::SetValueNumericInt64, &T::IsValueNumericInt64Set, &T::ResetValueNumericInt64);
-    does.child(o, &T::GetValueSelection, &T::GetValueSelection, &T::SetValueSelection, &T::IsValueSelectionSet, &T::ResetValueSelection);
-    does.child(o, &T::GetValueString, &T::GetValueString, &T::SetValueString, &T::IsValueStringSet, &T::ResetValueString);
-    does.child(o, &T::GetValueStringList, &T::GetValueStringList, &T::SetValueStringList, &T::IsValueStringListSet, &T::ResetValueStringList);
-}
-
-template <class Action>
-void eachMember(Action &does, Node &o)
-{
-    using T = Node;
-    list(does, o, &T::GetValueItem, &T::GetValueItem, &T::SetValueItem, &T::AppendValueItem, &T::IsValueItemSet, &T::ResetValueItem);
-    text(does, o, &T::Getid, &T::Setid, &T::IsidSet, &T::Resetid);
-}
-
-template <class Action>
-void eachMember(Action &does, Component &o)
-{
-    using T = Component;
-    list(does, o, &T::GetNode, &T::GetNode, &T::SetNode, &T::AppendNode, &T::IsNodeSet, &T::ResetNode);
-    text(does, o, &T::Gettype, &T::Settype, &T::IstypeSet, &T::Resettype);
-    text(does, o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
-    text(does, o, &T::GetdisplayName, &T::SetdisplayName, &T::IsdisplayNameSet, &T::ResetdisplayName);
-    does.value(o, &T::Getoptional, &T::Setoptional, &T::IsoptionalSet, &T::Resetoptional);
-}
-
-template <class Action>
-void eachMember(Action &does, BandwidthSelection &o)
-{
-    using T = BandwidthSelection;
-    text(does, o, &T::GetName, &T::SetName, &T::IsNameSet, &T::ResetName);
-    does.value(o, &T::GetMaxBandwidth, &T::SetMaxBandwidth, &T::IsMaxBandwidthSet, &T::ResetMaxBandwidth);
-}
-
-template <class Action>
-void eachMember(Action &does, StartupModes &o)
-{
-    using T = StartupModes;
-    does.list(o, &T::GetStartupMode, &T::GetStartupMode, &T::SetStartupMode, static_cast<void (T::*)(Mode)>(&T::AppendStartupMode), &T::IsStartupModeSet, &T::ResetStartupMode);
-}
-
-template <class Action>
-void eachMember(Action &does, TunerProperties &o)
-{
-    using T = TunerProperties;
-    does.child(o, &T::GetStartupModes, &T::GetStartupModes, &T::SetStartupModes, &T::IsStartupModesSet, &T::ResetStartupModes);
-    list(does, o, &T::GetBandwidthSelection, &T::GetBandwidthSelection, &T::SetBandwidthSelection, &T::AppendBandwidthSelection, &T::IsBandwidthSelectionSet, &T::ResetBandwidthSelection);
-    does.value(o, &T::GetMaxFFPDelay, &T::SetMaxFFPDelay, &T::IsMaxFFPDelaySet, &T::ResetMaxFFPDelay);
-    does.value(o, &T::GetHRPANSupported, &T::SetHRPANSupported, &T::IsHRPANSupportedSet, &T::ResetHRPANSupported);
-    list(does, o, &T::GetComponent, &T::GetComponent, &T::SetComponent, &T::AppendComponent, &T::IsComponentSet, &T::ResetComponent);
-    text(does, o, &T::Getname, &T::Setname, &T::IsnameSet, &T::Resetname);
-    does.value(o, &T::Gettype, &T::Settype, &T::IstypeSet, &T::Resettype);
-    text(does, o, &T::Getbaseresource, &T::Setbaseresource, &T::IsbaseresourceSet, &T::Resetbaseresource);
-    text(does, o, &T::GetconnectableResources, &T::SetconnectableResources, &T::IsconnectableResourcesSet, &T::ResetconnectableResources);
-    does.value(o, &T::Getquantity, &T::Setquantity, &T::IsquantitySet, &T::Resetquantity);
-    text(does, o, &T::GetparentBaseResource, &T::SetparentBaseResource, &T::IsparentBaseResourceSet, &T::ResetparentBaseResource);
-    does.value(o, &T::GethwProcessing, &T::SethwProcessing, &T::IshwProcessingSet, &T::ResethwProcessing);
-}
-// clang-format on
-
 template <class T, class Action>
 Action done(JobXml::DataObject &object, Action action = Action())
 {
-    eachMember(action, static_cast<T &>(object));
+    Members::forEach<T>([&](const auto &member) { action(static_cast<T &>(object), member); });
     return action;
 }
 
@@ -396,7 +180,7 @@ template <class T>
 Accessors accessors()
 {
     return {
-        // The members are listed for both uses, and ValueNumericFloat reads its id by a getter that is not const.
+        // Members are listed for reading and for changing; what reads does not change anything.
         [](const DataObject &object) { return done<T, Reading>(const_cast<DataObject &>(object)).text; },
         [](DataObject &object) { done<T, Storing>(object); },
         [](DataObject &object) { done<T, Modifying>(object); },
@@ -408,27 +192,23 @@ Accessors accessors()
         [](const DataObject &object, int member) {
             return done<T>(const_cast<DataObject &>(object), Only<Reading>(member)).does.text;
         },
-        [](const DataObject &from, DataObject &to, int member) {
-            done<T>(to, Only<Copying>(member, Copying(const_cast<DataObject &>(from))));
-        },
+        [](const DataObject &from, DataObject &to, int member) { done<T>(to, Only<Copying>(member, Copying(from))); },
         [](DataObject &object, int member) { done<T>(object, Only<Resetting>(member)); },
     };
-}
-
-template <class... T>
-QHash<QString, Accessors> table()
-{
-    return {{T::GetStaticObjectName(), accessors<T>()}...};
 }
 
 } // namespace
 
 const Accessors &accessorsOf(const QString &className)
 {
-    static const auto all =
-        table<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean, ValueFloat,
-              ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64, ValueSelection,
-              SelectionItem, ValueString, ValueStringList, StringItem>();
+    static const auto all = [] {
+        QHash<QString, Accessors> accessorsOfClasses;
+        Classes::forEach([&](auto tag) {
+            using Class = typename decltype(tag)::Class;
+            accessorsOfClasses.insert(Class::GetStaticObjectName(), accessors<Class>());
+        });
+        return accessorsOfClasses;
+    }();
     const auto found = all.constFind(className);
     if (found == all.constEnd())
         qFatal("no accessors of %s", qPrintable(className));

@@ -141,7 +141,7 @@ TAKES_TEXTS_ONLY(xmlOfValueNumericInt64, ValueNumericInt64::fromXml(std::declval
 TAKES_TEXTS_ONLY(xmlOfValueSelection, ValueSelection::fromXml(std::declval<T>()))
 TAKES_TEXTS_ONLY(xmlOfValueString, ValueString::fromXml(std::declval<T>()))
 TAKES_TEXTS_ONLY(xmlOfValueStringList, ValueStringList::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(placeBelow, std::declval<Place &>().below(std::declval<T>(), Step()))
+TAKES_TEXTS_ONLY(pathBelow, std::declval<ObjectPath &>().below(std::declval<T>(), Step()))
 
 #define REFUSES_A_NULL_POINTER(Class) \
     template <class T, class = decltype(Class::fromBinary(std::declval<T>()))> std::true_type binaryOf##Class(int); \

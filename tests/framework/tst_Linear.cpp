@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <dlfcn.h>
-
 #include <QtTest>
 
 #include "Documents.h"
 #include "Encodings.h"
 #include "Heap.h"
+#include "framework/Behavior.h"
+#include "framework/Propagation.h"
 
 using namespace JobXml;
 using REPORTGENERATOR::EnvironmentPointer;
@@ -17,7 +17,7 @@ namespace {
 /// What the library does.
 struct Work final : Heap::Watcher
 {
-    long long told = 0; ///< objects that took over another flag or another logger
+    long long changed = 0; ///< objects that got another flag or another logger
     long long walked = 0; ///< objects, but for items, asked to hand flag and logger on
     long long checked = 0; ///< objects, but for items, asked to check themselves
     long long asked = 0; ///< objects, but for items, asked whether they have data
@@ -34,51 +34,55 @@ struct Work final : Heap::Watcher
 
 Work work;
 
-/// The library's own definition of a function that this program defines as well.
-template <class Function>
-Function *original(const char *mangledName)
-{
-    void *const found = dlsym(RTLD_NEXT, mangledName);
-    if (!found)
-        qFatal("There is no %s.", mangledName);
-    return reinterpret_cast<Function *>(found);
-}
-
 } // namespace
 
-// These definitions take the place of the libraries' own in this program, so their calls come by here: across libraries
-// and through the tables of virtual functions, but for those of a class that overrides them, which is why items do not.
+// The linker has the calls of these functions come here, those through tables of virtual functions included, but for
+// those of a class that overrides the function, which is why items do not count. `real...` are the library's own.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+#define REPLACED(name) __asm__("__wrap_" name)
+#define ORIGINAL(name) __asm__("__real_" name)
 
-void IRGObject::takeOtherEnvironment(const EnvironmentPointer &parents) const
+#define REPLACE_ENVIRONMENT "_ZNK15REPORTGENERATOR9IRGObject18replaceEnvironmentERKNS_18EnvironmentPointerE"
+void replaceEnvironment(const IRGObject *object, const EnvironmentPointer &environment) REPLACED(REPLACE_ENVIRONMENT);
+void realReplaceEnvironment(const IRGObject *object, const EnvironmentPointer &environment)
+    ORIGINAL(REPLACE_ENVIRONMENT);
+void replaceEnvironment(const IRGObject *object, const EnvironmentPointer &environment)
 {
-    ++work.told;
-    static auto *const library = original<void(const IRGObject *, const EnvironmentPointer &)>(
-        "_ZNK15REPORTGENERATOR9IRGObject20takeOtherEnvironmentERKNS_18EnvironmentPointerE");
-    library(this, parents);
+    ++work.changed;
+    realReplaceEnvironment(object, environment);
 }
 
-void DataObject::handDownToChildren(const HandDown &handDown) const
+#define PROPAGATE "_ZNK6JobXml8Behavior19propagateToChildrenERKNS_10DataObjectERKNS_11PropagationE"
+void propagateToChildren(const Behavior *behavior, const DataObject &object, const Propagation &propagation)
+    REPLACED(PROPAGATE);
+void realPropagateToChildren(const Behavior *behavior, const DataObject &object, const Propagation &propagation)
+    ORIGINAL(PROPAGATE);
+void propagateToChildren(const Behavior *behavior, const DataObject &object, const Propagation &propagation)
 {
     ++work.walked;
-    static auto *const library = original<void(const DataObject *, const HandDown &)>(
-        "_ZNK6JobXml10DataObject18handDownToChildrenERKNS0_8HandDownE");
-    library(this, handDown);
+    realPropagateToChildren(behavior, object, propagation);
 }
 
-void DataObject::checkTree(bool flag, const EnvironmentPointer *handedDown) const
+#define CHECK "_ZNK6JobXml8Behavior5checkERKNS_10DataObjectEbPKN15REPORTGENERATOR18EnvironmentPointerE"
+void check(const Behavior *behavior, const DataObject &object, bool flag, const EnvironmentPointer *environment)
+    REPLACED(CHECK);
+void realCheck(const Behavior *behavior, const DataObject &object, bool flag, const EnvironmentPointer *environment)
+    ORIGINAL(CHECK);
+void check(const Behavior *behavior, const DataObject &object, bool flag, const EnvironmentPointer *environment)
 {
     ++work.checked;
-    static auto *const library = original<void(const DataObject *, bool, const EnvironmentPointer *)>(
-        "_ZNK6JobXml10DataObject9checkTreeEbPKN15REPORTGENERATOR18EnvironmentPointerE");
-    library(this, flag, handedDown);
+    realCheck(behavior, object, flag, environment);
 }
 
-bool DataObject::HasData() const
+#define HAS_DATA "_ZNK6JobXml10DataObject7HasDataEv"
+bool hasData(const DataObject *object) REPLACED(HAS_DATA);
+bool realHasData(const DataObject *object) ORIGINAL(HAS_DATA);
+bool hasData(const DataObject *object)
 {
     ++work.asked;
-    static auto *const library = original<bool(const DataObject *)>("_ZNK6JobXml10DataObject7HasDataEv");
-    return library(this);
+    return realHasData(object);
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 
@@ -156,7 +160,7 @@ private Q_SLOTS:
         QVERIFY(small.walked + small.checked + small.allocations > 0 || !Heap::isWatched); // it did something
         // Ten times the nodes, and a little that does not grow with them. (A quadratic path makes it a hundred times.)
         const auto linear = [](long long few, long long many) { return many <= 11 * few + 100; };
-        QVERIFY2(linear(small.told, large.told), counts(small.told, large.told));
+        QVERIFY2(linear(small.changed, large.changed), counts(small.changed, large.changed));
         QVERIFY2(linear(small.walked, large.walked), counts(small.walked, large.walked));
         QVERIFY2(linear(small.checked, large.checked), counts(small.checked, large.checked));
         QVERIFY(!Heap::isWatched || small.allocations > 0 || operation == 7);
@@ -171,7 +175,7 @@ private Q_SLOTS:
         const TunerProperties document(m_documents[0]);
         document.IRGObject::SetLogger(std::make_shared<Logger>()); // none below has it yet
         const Work done = workOf([&] { document.Check(); });
-        QCOMPARE(done.told, objectsBelowTheRoot);
+        QCOMPARE(done.changed, objectsBelowTheRoot);
         QCOMPARE(done.checked, 1 + objectsBelowTheRoot - 2 * nodes); // values are not checked before they are written
         QCOMPARE(done.asked, nodes); // each item asks its value
         QCOMPARE(done.walked, 0); // no walk besides that of the check
@@ -192,7 +196,7 @@ private Q_SLOTS:
             m_documents[0].IRGObject::SetValidate(validate);
             m_documents[0].IRGObject::SetLogger(std::make_shared<Logger>());
             const Work done = workOf([&] { perform(operation, 0); });
-            QCOMPARE(done.told, objectsBelowTheRoot);
+            QCOMPARE(done.changed, objectsBelowTheRoot);
             QCOMPARE(done.checked, validate ? 1 + objectsBelowTheRoot - nodes : 0); // the values by their items
             // document, component and nodes hand on; while validating they do so as they check themselves
             QCOMPARE(done.walked, validate ? 0 : 2 + nodes);
@@ -210,8 +214,8 @@ private Q_SLOTS:
     {
         QFETCH(int, operation);
         const Work done = workOf([&] { perform(operation, 0, std::make_shared<Logger>()); });
-        QVERIFY2(done.told >= objectsBelowTheRoot && done.told <= 2 * objectsBelowTheRoot,
-                 counts(done.told, objectsBelowTheRoot));
+        QVERIFY2(done.changed >= objectsBelowTheRoot && done.changed <= 2 * objectsBelowTheRoot,
+                 counts(done.changed, objectsBelowTheRoot));
         QCOMPARE(done.checked, 0);
         // each object hands on as it gets data of its own, and at its first child element, when there is nothing below
         QVERIFY2(done.walked <= 2 * (1 + objectsBelowTheRoot), counts(done.walked, objectsBelowTheRoot));

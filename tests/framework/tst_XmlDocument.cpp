@@ -4,6 +4,7 @@
 
 #include "Documents.h"
 #include "ExceptionText.h"
+#include "Model.h"
 #include "interop/Generator.h"
 
 using namespace JobXml;
@@ -126,24 +127,7 @@ void XmlDocumentTest::aDocumentIsIndentedAndEndsWithItsLine()
 
 void XmlDocumentTest::objectsOfEveryClassAreWrittenAsByTheWriter()
 {
-    tryManyOf<TunerProperties>();
-    tryManyOf<StartupModes>();
-    tryManyOf<BandwidthSelection>();
-    tryManyOf<Component>();
-    tryManyOf<Node>();
-    tryManyOf<ValueItem>();
-    tryManyOf<ValueBoolean>();
-    tryManyOf<ValueFloat>();
-    tryManyOf<ValueInt>();
-    tryManyOf<ValueInt64>();
-    tryManyOf<ValueNumericFloat>();
-    tryManyOf<ValueNumericInt>();
-    tryManyOf<ValueNumericInt64>();
-    tryManyOf<ValueSelection>();
-    tryManyOf<SelectionItem>();
-    tryManyOf<ValueString>();
-    tryManyOf<ValueStringList>();
-    tryManyOf<StringItem>();
+    Classes::forEach([&](auto tag) { tryManyOf<typename decltype(tag)::Class>(); });
 }
 
 void XmlDocumentTest::everyCharacterIsWrittenAsByTheWriter()

@@ -6,6 +6,12 @@
 #include <limits>
 #include <random>
 
+#include <QSet>
+
+#include <jobxml/Visit.h>
+
+#include "Members.h"
+
 using namespace JobXml;
 
 namespace {
@@ -101,77 +107,16 @@ class Builder
 public:
     Builder(quint32 seed, bool careless) : m_random(seed), m_careless(careless) { }
 
-    void fill(TunerProperties &object)
+    /// Sets the members of an object, those that are mandatory nearly always.
+    template <class T>
+    void fill(T &object)
     {
-        if (optional())
-            object.Setname(text());
-        if (given())
-            object.Settype(TunerProperties::type(m_random.below(5)));
-        if (carelessly())
-            object.Settype(TunerProperties::type(m_random.integer<qint8>()));
-        if (given())
-            object.Setbaseresource(text());
-        if (optional())
-            object.SetconnectableResources(text());
-        if (optional())
-            object.Setquantity(m_random.integer<int>());
-        if (optional())
-            object.SetparentBaseResource(text());
-        if (optional())
-            object.SethwProcessing(flag());
-        if (optional())
-            object.SetMaxFFPDelay(m_random.integer<quint64>());
-        if (optional())
-            object.SetHRPANSupported(flag());
-        if (optional())
-            fill(object.GetStartupModes());
-        if (optional())
-            object.SetBandwidthSelection(items<BandwidthSelection>(m_random.below(3)));
-        if (given())
-            object.SetComponent(items<Component>(m_random.few(3)));
-        if (carelessly())
-            object.ResetToDefault();
-    }
-
-    void fill(StartupModes &object)
-    {
-        if (!given())
-            return;
-        object.SetStartupMode({});
-        for (int i = m_random.below(4); i > 0; --i)
-            object.AppendStartupMode(StartupModes::StartupMode(m_random.below(11)));
-        if (carelessly())
-            object.AppendStartupMode(StartupModes::StartupMode(m_random.integer<qint8>()));
-    }
-
-    void fill(BandwidthSelection &object)
-    {
-        if (given())
-            object.SetName(text());
-        if (given())
-            object.SetMaxBandwidth(m_random.real<double>());
-    }
-
-    void fill(Component &object)
-    {
-        if (given())
-            object.Settype(text());
-        if (given())
-            object.Setname(text());
-        if (optional())
-            object.SetdisplayName(text());
-        if (given())
-            object.Setoptional(flag());
-        if (given())
-            object.SetNode(items<Node>(m_random.few(3)));
-    }
-
-    void fill(Node &object)
-    {
-        if (given())
-            object.Setid(text());
-        if (given())
-            object.SetValueItem(items<ValueItem>(m_random.few(3)));
+        const QSet<QString> mandatory = mandatoryMembers(object);
+        Members::forEach<T>([&](const auto &member) {
+            const bool isMandatory = mandatory.contains(QLatin1String(member.name));
+            if (isMandatory ? given() : optional())
+                fillMember(object, member, isMandatory);
+        });
     }
 
     void fill(ValueItem &object)
@@ -180,88 +125,15 @@ public:
             object.SetValueString(one<ValueString>()); // chosen before, and still set behind what is chosen now
         if (!given())
             return;
-        switch (m_random.below(10)) {
-        case 0:
-            return object.SetValueBoolean(one<ValueBoolean>());
-        case 1:
-            return object.SetValueFloat(one<ValueFloat>());
-        case 2:
-            return object.SetValueInt(one<ValueInt>());
-        case 3:
-            return object.SetValueInt64(one<ValueInt64>());
-        case 4:
-            return object.SetValueNumericFloat(one<ValueNumericFloat>());
-        case 5:
-            return object.SetValueNumericInt(one<ValueNumericInt>());
-        case 6:
-            return object.SetValueNumericInt64(one<ValueNumericInt64>());
-        case 7:
-            return object.SetValueSelection(one<ValueSelection>());
-        case 8:
-            object.SetValueString(one<ValueString>());
+        const int chosen = m_random.below(Kinds::size);
+        int kind = 0;
+        Members::forEach<ValueItem>([&](const auto &member) {
+            if (kind++ != chosen)
+                return;
+            fillMember(object, member, false);
             if (carelessly())
-                object.ResetValueString(); // chosen and not set
-            return;
-        case 9:
-            return object.SetValueStringList(one<ValueStringList>());
-        }
-    }
-
-    void fill(ValueBoolean &object)
-    {
-        if (given())
-            object.Setid(text());
-        if (given())
-            object.Setvalue(flag());
-    }
-    void fill(ValueFloat &object) { fillValue(object, &Random::real<float>); }
-    void fill(ValueInt &object) { fillValue(object, &Random::integer<int>); }
-    void fill(ValueInt64 &object) { fillValue(object, &Random::integer<qint64>); }
-    void fill(ValueNumericFloat &object) { fillRange(object, &Random::real<float>); }
-    void fill(ValueNumericInt &object) { fillRange(object, &Random::integer<int>); }
-    void fill(ValueNumericInt64 &object) { fillRange(object, &Random::integer<qint64>); }
-
-    void fill(ValueSelection &object)
-    {
-        fillValue(object, &Random::real<double>);
-        if (given())
-            object.Settext(text());
-        if (given())
-            object.Setindex(m_random.integer<int>());
-        if (given())
-            object.SetSelectionItem(items<SelectionItem>(m_random.few(4)));
-    }
-
-    void fill(SelectionItem &object)
-    {
-        if (given())
-            object.Setname(text());
-        if (given())
-            object.Setvalue(m_random.real<double>());
-    }
-
-    void fill(ValueString &object)
-    {
-        if (given())
-            object.Setid(text());
-        if (given())
-            object.Setvalue(text());
-    }
-
-    void fill(ValueStringList &object)
-    {
-        if (given())
-            object.Setid(text());
-        if (given())
-            object.Setvalue(text());
-        if (given())
-            object.SetStringItem(items<StringItem>(m_random.few(4)));
-    }
-
-    void fill(StringItem &object)
-    {
-        if (given())
-            object.Setvalue(text());
+                (object.*member.reset)(); // chosen and not set
+        });
     }
 
 private:
@@ -291,44 +163,86 @@ private:
         return items;
     }
 
-    template <class Value, class Number>
-    void fillValue(Value &object, Number (Random::*number)())
+    static QSet<QString> mandatoryMembers(const DataObject &object)
     {
-        if (given())
-            object.Setid(text());
-        if (given())
-            object.Setvalue((m_random.*number)());
+        QSet<QString> names;
+        visit(object, [&](const MemberView &member) {
+            if (member.IsMandatory())
+                names += member.GetName();
+        });
+        return names;
     }
 
-    template <class Value, class Number>
-    void fillRange(Value &object, Number (Random::*number)())
+    template <class V>
+    V value()
     {
-        fillValue(object, number);
-        if (given())
-            object.Setmin((m_random.*number)());
-        if (given())
-            object.Setmax((m_random.*number)());
-        if (given())
-            object.Setstep((m_random.*number)());
+        if constexpr (std::is_same_v<V, QString>)
+            return text();
+        else if constexpr (std::is_same_v<V, bool>)
+            return flag();
+        else if constexpr (std::is_floating_point_v<V>)
+            return m_random.real<V>();
+        else
+            return m_random.integer<V>();
+    }
+
+    template <class T, class V>
+    void fillMember(T &object, const Members::Value<T, V> &member, bool)
+    {
+        if constexpr (std::is_enum_v<V>)
+            (object
+             .*member.set)(V(carelessly() ? m_random.integer<qint8>() : m_random.below(names(object, member.name))));
+        else
+            (object.*member.set)(value<V>());
+    }
+
+    template <class T, class C>
+    void fillMember(T &object, const Members::Child<T, C> &member, bool)
+    {
+        (object.*member.set)(one<C>());
+    }
+
+    template <class T, class Item, class Given>
+    void fillMember(T &object, const Members::List<T, Item, Given> &member, bool isMandatory)
+    {
+        if constexpr (std::is_enum_v<Item>) {
+            (object.*member.set)({});
+            for (int i = m_random.below(4); i > 0; --i)
+                (object.*member.append)(Item(m_random.below(names(object, member.name))));
+            if (carelessly())
+                (object.*member.append)(Item(m_random.integer<qint8>()));
+        } else {
+            (object.*member.set)(items<Item>(isMandatory ? m_random.few(4) : m_random.below(3)));
+        }
+    }
+
+    /// How many names an enumeration has.
+    static int names(const DataObject &object, const char *name)
+    {
+        int count = 0;
+        visit(object, [&](const MemberView &member) {
+            if (member.GetName() == QLatin1String(name))
+                count = member.GetNames().size();
+        });
+        return count;
     }
 
     Random m_random;
     bool m_careless;
 };
 
-template <class... Classes>
-void fillAs(DataObject &object, Builder builder)
-{
-    const auto fill = [&](auto *typed) { return typed && (builder.fill(*typed), true); };
-    if (!(fill(dynamic_cast<Classes *>(&object)) || ...))
-        qFatal("nothing is known of the class %s", qUtf8Printable(object.GetObjectName()));
-}
-
 } // namespace
 
 void build(DataObject &object, const QByteArray &seed)
 {
-    fillAs<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean, ValueFloat,
-           ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64, ValueSelection, SelectionItem,
-           ValueString, ValueStringList, StringItem>(object, Builder(seed.toUInt(), !object.GetValidate()));
+    Builder builder(seed.toUInt(), !object.GetValidate());
+    bool isKnown = false;
+    Classes::forEach([&](auto tag) {
+        if (auto *const typed = dynamic_cast<typename decltype(tag)::Class *>(&object)) {
+            builder.fill(*typed);
+            isKnown = true;
+        }
+    });
+    if (!isKnown)
+        qFatal("nothing is known of the class %s", qUtf8Printable(object.GetObjectName()));
 }

@@ -49,21 +49,14 @@ struct Outcome
     QByteArray content;
 };
 
-template <class... Classes>
-Object newObjectOf(const QByteArray &className)
-{
-    Object object;
-    ((Classes::GetStaticObjectName().toLatin1() == className ? void(object = std::make_unique<Classes>()) : void()),
-     ...);
-    return object;
-}
-
 Object newObject(const QByteArray &className, bool validate)
 {
-    Object object =
-        newObjectOf<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean,
-                    ValueFloat, ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64,
-                    ValueSelection, SelectionItem, ValueString, ValueStringList, StringItem>(className);
+    Object object;
+    Classes::forEach([&](auto tag) {
+        using Class = typename decltype(tag)::Class;
+        if (Class::GetStaticObjectName().toLatin1() == className)
+            object = std::make_unique<Class>();
+    });
     if (!object)
         qFatal("no class is named %s", className.constData());
     object->SetValidate(validate);

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "DocumentSamples.h"
+#include "Members.h"
 #include "Model.h"
 #include "Surprises.h"
 
@@ -12,196 +13,93 @@ using namespace OutOfMemory;
 
 namespace {
 
-const Component &completeComponent()
+/// A value that no new object has, by its number.
+template <class V>
+V another(int number)
 {
-    return samples<TunerProperties>().complete.GetComponent().first();
+    if constexpr (std::is_same_v<V, QString>)
+        return QString::number(number);
+    else
+        return V(number);
 }
 
-/// The value of this kind in the document.
+/// The first object of the class in the complete document.
 template <class T>
-T complete(const T &(ValueItem::*get)() const)
+T complete()
 {
-    for (const ValueItem &item : completeComponent().GetNode().first().GetValueItem()) {
-        if ((item.*get)().HasData())
-            return (item.*get)();
+    std::optional<T> found;
+    WholeTree::visit(samples<TunerProperties>().complete, [&](const DataObject &object) {
+        if (!found && object.GetObjectName() == T::GetStaticObjectName())
+            found = static_cast<const T &>(object);
+    });
+    if (!found)
+        qFatal("the complete document lacks a %s", qPrintable(T::GetStaticObjectName()));
+    return *found;
+}
+
+template <class T>
+T other();
+
+/// Sets the values of an object, and gives each list an item.
+template <class T>
+struct SetValuesAndLists
+{
+    T &object;
+
+    template <class V>
+    void operator()(const Members::Value<T, V> &member)
+    {
+        (object.*member.set)(another<V>(3));
     }
-    qFatal("the document lacks a kind of value");
-}
+    template <class C>
+    void operator()(const Members::Child<T, C> &)
+    {
+    }
+    template <class Item, class Given>
+    void operator()(const Members::List<T, Item, Given> &member)
+    {
+        if constexpr (std::is_enum_v<Item>)
+            (object.*member.append)(another<Item>(3));
+        else
+            (object.*member.set)({other<Item>()});
+    }
+};
 
 template <class T>
-T named(const char *id)
+T other()
 {
     T object;
-    object.Setid(QLatin1String(id));
+    Members::forEach<T>(SetValuesAndLists<T>{object});
     return object;
 }
 
-StartupModes modes(const QVector<StartupModes::StartupMode> &list)
+template <>
+ValueItem other()
 {
-    StartupModes object;
-    object.SetStartupMode(list);
-    return object;
-}
-
-SelectionItem option(const char *name)
-{
-    SelectionItem item;
-    item.Setname(QLatin1String(name));
-    item.Setvalue(0.5);
-    return item;
-}
-
-StringItem text(const char *value)
-{
-    StringItem item;
-    item.Setvalue(QLatin1String(value));
-    return item;
-}
-
-ValueSelection otherSelection()
-{
-    auto selection = named<ValueSelection>("other");
-    selection.AppendSelectionItem(option("x"));
-    return selection;
-}
-
-ValueStringList otherStringList()
-{
-    auto list = named<ValueStringList>("other");
-    list.AppendStringItem(text("x"));
-    return list;
+    return anIntItem();
 }
 
 } // namespace
 
-#define SAMPLES(Class, complete, other)                                                                                \
-    template <>                                                                                                        \
-    const Samples<Class> &samples()                                                                                    \
-    {                                                                                                                  \
-        static const Samples<Class> objects(complete, other);                                                          \
-        return objects;                                                                                                \
-    }
-
-SAMPLES(ValueBoolean, complete(&ValueItem::GetValueBoolean), named<ValueBoolean>("other"))
-SAMPLES(ValueFloat, complete(&ValueItem::GetValueFloat), named<ValueFloat>("other"))
-SAMPLES(ValueInt, complete(&ValueItem::GetValueInt), named<ValueInt>("other"))
-SAMPLES(ValueInt64, complete(&ValueItem::GetValueInt64), named<ValueInt64>("other"))
-SAMPLES(ValueNumericFloat, complete(&ValueItem::GetValueNumericFloat), named<ValueNumericFloat>("other"))
-SAMPLES(ValueNumericInt, complete(&ValueItem::GetValueNumericInt), named<ValueNumericInt>("other"))
-SAMPLES(ValueNumericInt64, complete(&ValueItem::GetValueNumericInt64), named<ValueNumericInt64>("other"))
-SAMPLES(ValueSelection, complete(&ValueItem::GetValueSelection), otherSelection())
-SAMPLES(ValueString, complete(&ValueItem::GetValueString), named<ValueString>("other"))
-SAMPLES(ValueStringList, complete(&ValueItem::GetValueStringList), otherStringList())
-SAMPLES(SelectionItem, option("i"), option("other"))
-SAMPLES(StringItem, text("i"), text("other"))
-SAMPLES(StartupModes, modes({StartupModes::StartupMode::DF, StartupModes::StartupMode::Scan}),
-        modes({StartupModes::StartupMode::Stop}))
-SAMPLES(BandwidthSelection, samples<TunerProperties>().complete.GetBandwidthSelection().first(), aBandwidth(1))
-SAMPLES(ValueItem, completeComponent().GetNode().first().GetValueItem().last(), anIntItem())
-SAMPLES(Node, completeComponent().GetNode().first(), aNode())
-SAMPLES(Component, completeComponent(), aComponent())
+template <class T>
+const Samples<T> &samples()
+{
+    static const Samples<T> objects(complete<T>(), other<T>());
+    return objects;
+}
 
 // --- The operations on a member --------------------------------------------------------------------------------------
 
 namespace {
 
-/// The classes whose members were tried.
-QStringList &triedClasses()
-{
-    static QStringList names;
-    return names;
-}
-
 /// The operations of one class, which are tried one after the other.
 template <class T>
-class Members
+class Operations
 {
 public:
-    /// A text, boolean, number or enumeration. Its getter is const in some classes and not in others.
-    template <class V, class Get>
-    Members &scalar(const char *name, Get get, void (T::*set)(V), bool (T::*isSet)() const, void (T::*reset)(), V value)
+    Operations()
     {
-        const auto isStored = [=](Objects<T> &o) { return (o.target.*isSet)() && (o.target.*get)() == value; };
-        const auto store = [=](Objects<T> &o) { (o.target.*set)(value); };
-        for (const Begins begins : {Begins::New, Begins::Shared})
-            add(name, "set", begins, store, isStored);
-        addResetAndGet(name, isSet, reset, [=](T &object) { (object.*get)(); });
-        return *this;
-    }
-
-    /// A text. Some classes have two getters of their id, of which this takes the const one.
-    Members &scalar(const char *name, QString (T::*get)() const, void (T::*set)(QString), bool (T::*isSet)() const,
-                    void (T::*reset)(), const QString &value)
-    {
-        return scalar<QString, decltype(get)>(name, get, set, isSet, reset, value);
-    }
-
-    /// A child object or an alternative.
-    template <class Child>
-    Members &child(const char *name, const Child &(T::*get)() const, Child &(T::*modify)(),
-                   void (T::*set)(const Child &), bool (T::*isSet)() const, void (T::*reset)())
-    {
-        const Child &value = samples<Child>().complete;
-        const auto isStored = [=](Objects<T> &o) {
-            return (o.target.*isSet)() && (std::as_const(o.target).*get)() == samples<Child>().complete;
-        };
-        const auto isMarked = [=](Objects<T> &o) { return (o.target.*isSet)(); };
-        for (const Begins begins : {Begins::New, Begins::Shared}) {
-            add(
-                name, "set", begins, [=, &value](Objects<T> &o) { (o.target.*set)(value); }, isStored);
-            add(
-                name, "modify", begins, [=](Objects<T> &o) { (o.target.*modify)(); }, isMarked);
-        }
-        addResetAndGet(name, isSet, reset, [=](T &object) { (std::as_const(object).*get)(); });
-        return *this;
-    }
-
-    /// A list of objects, or of modes.
-    template <class Item>
-    Members &list(const char *name, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
-                  void (T::*set)(const QVector<Item> &), void (T::*append)(const Item &), bool (T::*isSet)() const,
-                  void (T::*reset)())
-    {
-        return listOf(name, get, modify, set, append, isSet, reset);
-    }
-    template <class Item>
-    Members &list(const char *name, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
-                  void (T::*set)(const QVector<Item> &), void (T::*append)(Item), bool (T::*isSet)() const,
-                  void (T::*reset)())
-    {
-        return listOf(name, get, modify, set, append, isSet, reset);
-    }
-
-    template <class Item, class ByItem>
-    Members &listOf(const char *name, const QVector<Item> &(T::*get)() const, QVector<Item> &(T::*modify)(),
-                    void (T::*set)(const QVector<Item> &), void (T::*append)(ByItem), bool (T::*isSet)() const,
-                    void (T::*reset)())
-    {
-        const QVector<Item> &items = (samples<T>().complete.*get)();
-        const Item &item = items.constFirst();
-        const auto hold = [=](Objects<T> &o) {
-            o.held = std::make_shared<QVector<Item>>((std::as_const(o.target).*get)());
-        };
-        const auto isStored = [=, &items](Objects<T> &o) {
-            return (o.target.*isSet)() && (std::as_const(o.target).*get)() == items;
-        };
-        const auto isAppended = [=, &item](Objects<T> &o) {
-            return (o.target.*isSet)() && (std::as_const(o.target).*get)().constLast() == item;
-        };
-        const auto isMarked = [=](Objects<T> &o) { return (o.target.*isSet)(); };
-        const auto addAll = [&](Begins begins, const Action &prepare) {
-            add(
-                name, "set", begins, [=, &items](Objects<T> &o) { (o.target.*set)(items); }, isStored, prepare);
-            add(
-                name, "append", begins, [=, &item](Objects<T> &o) { (o.target.*append)(item); }, isAppended, prepare);
-            add(
-                name, "modify", begins, [=](Objects<T> &o) { (o.target.*modify)(); }, isMarked, prepare);
-        };
-        addAll(Begins::New, nothing);
-        addAll(Begins::Filled, hold);
-        addAll(Begins::Shared, nothing);
-        addResetAndGet(name, isSet, reset, [=](T &object) { (std::as_const(object).*get)(); });
-        return *this;
+        Members::forEach<T>([this](const auto &member) { add(member); });
     }
 
     /// Tries all of them; returns whether each survived and no member is missing, and adds up the allocations that
@@ -220,6 +118,70 @@ public:
     }
 
 private:
+    /// A text, boolean, number or enumeration.
+    template <class V>
+    void add(const Members::Value<T, V> &member)
+    {
+        const auto value = another<V>(1);
+        const auto isStored = [=](Objects<T> &o) {
+            return (o.target.*member.isSet)() && (o.target.*member.get)() == value;
+        };
+        const auto store = [=](Objects<T> &o) { (o.target.*member.set)(value); };
+        for (const Begins begins : {Begins::New, Begins::Shared})
+            add(member.name, "set", begins, store, isStored);
+        addResetAndGet(member);
+    }
+
+    /// A child object or an alternative.
+    template <class C>
+    void add(const Members::Child<T, C> &member)
+    {
+        const C &value = samples<C>().complete;
+        const auto isStored = [=](Objects<T> &o) {
+            return (o.target.*member.isSet)() && (std::as_const(o.target).*member.get)() == samples<C>().complete;
+        };
+        const auto isMarked = [=](Objects<T> &o) { return (o.target.*member.isSet)(); };
+        for (const Begins begins : {Begins::New, Begins::Shared}) {
+            add(
+                member.name, "set", begins, [=, &value](Objects<T> &o) { (o.target.*member.set)(value); }, isStored);
+            add(
+                member.name, "modify", begins, [=](Objects<T> &o) { (o.target.*member.modify)(); }, isMarked);
+        }
+        addResetAndGet(member);
+    }
+
+    /// A list of objects, or of modes.
+    template <class Item, class Given>
+    void add(const Members::List<T, Item, Given> &member)
+    {
+        const QVector<Item> &items = (samples<T>().complete.*member.get)();
+        const Item &item = items.constFirst();
+        const auto hold = [=](Objects<T> &o) {
+            o.held = std::make_shared<QVector<Item>>((std::as_const(o.target).*member.get)());
+        };
+        const auto isStored = [=, &items](Objects<T> &o) {
+            return (o.target.*member.isSet)() && (std::as_const(o.target).*member.get)() == items;
+        };
+        const auto isAppended = [=, &item](Objects<T> &o) {
+            return (o.target.*member.isSet)() && (std::as_const(o.target).*member.get)().constLast() == item;
+        };
+        const auto isMarked = [=](Objects<T> &o) { return (o.target.*member.isSet)(); };
+        const auto addAll = [&](Begins begins, const Action &prepare) {
+            add(
+                member.name, "set", begins, [=, &items](Objects<T> &o) { (o.target.*member.set)(items); }, isStored,
+                prepare);
+            add(
+                member.name, "append", begins, [=, &item](Objects<T> &o) { (o.target.*member.append)(item); },
+                isAppended, prepare);
+            add(
+                member.name, "modify", begins, [=](Objects<T> &o) { (o.target.*member.modify)(); }, isMarked, prepare);
+        };
+        addAll(Begins::New, nothing);
+        addAll(Begins::Filled, hold);
+        addAll(Begins::Shared, nothing);
+        addResetAndGet(member);
+    }
+
     bool isComplete() const
     {
         QStringList members = Model::members(T());
@@ -229,7 +191,6 @@ private:
         if (listed != members)
             qWarning("%s is tried with %s; it has %s", qPrintable(T::GetStaticObjectName()),
                      qPrintable(listed.join(QLatin1Char(' '))), qPrintable(members.join(QLatin1Char(' '))));
-        triedClasses() += T::GetStaticObjectName();
         return listed == members;
     }
 
@@ -238,18 +199,18 @@ private:
 
     static void nothing(Objects<T> &) { }
 
-    template <class Get>
-    void addResetAndGet(const char *name, bool (T::*isSet)() const, void (T::*reset)(), Get get)
+    template <class Member>
+    void addResetAndGet(const Member &member)
     {
-        m_names += QString::fromLatin1(name); // once for each member
+        m_names += QString::fromLatin1(member.name); // once for each member
         add(
-            name, "reset", Begins::Shared, [=](Objects<T> &o) { (o.target.*reset)(); },
-            [=](Objects<T> &o) { return !(o.target.*isSet)(); });
+            member.name, "reset", Begins::Shared, [=](Objects<T> &o) { (o.target.*member.reset)(); },
+            [=](Objects<T> &o) { return !(o.target.*member.isSet)(); });
         add(
-            name, "get", Begins::New, [=](Objects<T> &o) { get(o.target); },
-            [=](Objects<T> &o) { return o.target.IsInitialized() && !(o.target.*isSet)(); });
+            member.name, "get", Begins::New, [=](Objects<T> &o) { (std::as_const(o.target).*member.get)(); },
+            [=](Objects<T> &o) { return o.target.IsInitialized() && !(o.target.*member.isSet)(); });
         add(
-            name, "get", Begins::Shared, [=](Objects<T> &o) { get(o.target); },
+            member.name, "get", Begins::Shared, [=](Objects<T> &o) { (std::as_const(o.target).*member.get)(); },
             [](Objects<T> &o) { return o.target == samples<T>().other; });
     }
 
@@ -265,26 +226,29 @@ private:
     QStringList m_names;
 };
 
-#define SCALAR(Class, X, value) scalar(#X, &Class::Get##X, &Class::Set##X, &Class::Is##X##Set, &Class::Reset##X, value)
-#define CHILD(Class, X)                                                                                                \
-    child<X>(#X, &Class::Get##X, &Class::Get##X, &Class::Set##X, &Class::Is##X##Set, &Class::Reset##X)
-#define LIST(Class, X)                                                                                                 \
-    list(#X, &Class::Get##X, &Class::Get##X, &Class::Set##X, &Class::Append##X, &Class::Is##X##Set, &Class::Reset##X)
+/// Classes that are tried by one function.
+enum class Group { Values, RangedValues, ListsOfValues, Choice, NodeAndComponent, ModesAndBandwidths, Document };
 
-const QString word = QStringLiteral("word");
-
-template <class T, class V>
-Members<T> valueMembers(V value)
+template <class T>
+Group groupOf()
 {
-    Members<T> members;
-    members.SCALAR(T, id, word).SCALAR(T, value, value);
-    return members;
-}
-
-template <class T, class V>
-Members<T> rangedMembers(V value)
-{
-    return valueMembers<T>(value).SCALAR(T, min, value).SCALAR(T, max, value).SCALAR(T, step, value);
+    int values = 0;
+    bool holdsObjects = false;
+    visit(T(), [&](const MemberView &member) {
+        holdsObjects = holdsObjects || Model::holdsObjects(member.GetKind());
+        values += Model::holdsObjects(member.GetKind()) ? 0 : 1;
+    });
+    if (std::is_same_v<T, TunerProperties>)
+        return Group::Document;
+    if (std::is_same_v<T, ValueItem>)
+        return Group::Choice;
+    if (std::is_same_v<T, Node> || std::is_same_v<T, Component>)
+        return Group::NodeAndComponent;
+    if (std::is_same_v<T, StartupModes> || std::is_same_v<T, BandwidthSelection>)
+        return Group::ModesAndBandwidths;
+    if (holdsObjects || !ValueItem::GetChoiceValueItems().contains(T::GetStaticObjectName()))
+        return Group::ListsOfValues;
+    return values > 2 ? Group::RangedValues : Group::Values;
 }
 
 } // namespace
@@ -296,103 +260,39 @@ class OutOfMemoryMembersTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void singleValuesSurviveBadAlloc()
-    {
-        QVERIFY(valueMembers<ValueBoolean>(true).areSurvived(&m_allocations));
-        QVERIFY(valueMembers<ValueFloat>(1.5F).areSurvived(&m_allocations));
-        QVERIFY(valueMembers<ValueInt>(7).areSurvived(&m_allocations));
-        QVERIFY(valueMembers<ValueInt64>(qint64(7)).areSurvived(&m_allocations));
-        QVERIFY(valueMembers<ValueString>(word).areSurvived(&m_allocations));
-    }
-
-    void rangedValuesSurviveBadAlloc()
-    {
-        QVERIFY(rangedMembers<ValueNumericFloat>(1.5F).areSurvived(&m_allocations));
-        QVERIFY(rangedMembers<ValueNumericInt>(7).areSurvived(&m_allocations));
-        QVERIFY(rangedMembers<ValueNumericInt64>(qint64(7)).areSurvived(&m_allocations));
-    }
-
-    void listsOfValuesSurviveBadAlloc()
-    {
-        QVERIFY(valueMembers<ValueSelection>(1.5)
-                    .SCALAR(ValueSelection, text, word)
-                    .SCALAR(ValueSelection, index, 1)
-                    .LIST(ValueSelection, SelectionItem)
-                    .areSurvived(&m_allocations));
-        QVERIFY(Members<SelectionItem>()
-                    .SCALAR(SelectionItem, name, word)
-                    .SCALAR(SelectionItem, value, 1.5)
-                    .areSurvived(&m_allocations));
-        QVERIFY(valueMembers<ValueStringList>(word).LIST(ValueStringList, StringItem).areSurvived(&m_allocations));
-        QVERIFY(Members<StringItem>().SCALAR(StringItem, value, word).areSurvived(&m_allocations));
-    }
-
-    void choiceSurvivesBadAlloc()
-    {
-        QVERIFY(Members<ValueItem>()
-                    .CHILD(ValueItem, ValueBoolean)
-                    .CHILD(ValueItem, ValueFloat)
-                    .CHILD(ValueItem, ValueInt)
-                    .CHILD(ValueItem, ValueInt64)
-                    .CHILD(ValueItem, ValueNumericFloat)
-                    .CHILD(ValueItem, ValueNumericInt)
-                    .CHILD(ValueItem, ValueNumericInt64)
-                    .CHILD(ValueItem, ValueSelection)
-                    .CHILD(ValueItem, ValueString)
-                    .CHILD(ValueItem, ValueStringList)
-                    .areSurvived(&m_allocations));
-    }
-
-    void nodeAndComponentSurviveBadAlloc()
-    {
-        QVERIFY(Members<Node>().SCALAR(Node, id, word).LIST(Node, ValueItem).areSurvived(&m_allocations));
-        QVERIFY(Members<Component>()
-                    .SCALAR(Component, type, word)
-                    .SCALAR(Component, name, word)
-                    .SCALAR(Component, displayName, word)
-                    .SCALAR(Component, optional, true)
-                    .LIST(Component, Node)
-                    .areSurvived(&m_allocations));
-    }
-
-    void modesAndBandwidthsSurviveBadAlloc()
-    {
-        QVERIFY(Members<StartupModes>().LIST(StartupModes, StartupMode).areSurvived(&m_allocations));
-        QVERIFY(Members<BandwidthSelection>()
-                    .SCALAR(BandwidthSelection, Name, word)
-                    .SCALAR(BandwidthSelection, MaxBandwidth, 1.5)
-                    .areSurvived(&m_allocations));
-    }
-
-    void documentSurvivesBadAlloc()
-    {
-        QVERIFY(Members<TunerProperties>()
-                    .SCALAR(TunerProperties, name, word)
-                    .SCALAR(TunerProperties, type, TunerProperties::type::SCP)
-                    .SCALAR(TunerProperties, baseresource, word)
-                    .SCALAR(TunerProperties, connectableResources, word)
-                    .SCALAR(TunerProperties, quantity, 5)
-                    .SCALAR(TunerProperties, parentBaseResource, word)
-                    .SCALAR(TunerProperties, hwProcessing, true)
-                    .SCALAR(TunerProperties, MaxFFPDelay, quint64(5))
-                    .SCALAR(TunerProperties, HRPANSupported, true)
-                    .CHILD(TunerProperties, StartupModes)
-                    .LIST(TunerProperties, BandwidthSelection)
-                    .LIST(TunerProperties, Component)
-                    .areSurvived(&m_allocations));
-    }
+    void singleValuesSurviveBadAlloc() { trySurviving(Group::Values); }
+    void rangedValuesSurviveBadAlloc() { trySurviving(Group::RangedValues); }
+    void listsOfValuesSurviveBadAlloc() { trySurviving(Group::ListsOfValues); }
+    void choiceSurvivesBadAlloc() { trySurviving(Group::Choice); }
+    void nodeAndComponentSurviveBadAlloc() { trySurviving(Group::NodeAndComponent); }
+    void modesAndBandwidthsSurviveBadAlloc() { trySurviving(Group::ModesAndBandwidths); }
+    void documentSurvivesBadAlloc() { trySurviving(Group::Document); }
 
     // After all others.
     void everyClassIsTested()
     {
-        triedClasses().sort();
-        QCOMPARE(triedClasses(), Model::classes());
+        m_triedClasses.sort();
+        QCOMPARE(m_triedClasses, Model::classes());
     }
 
     void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
 
 private:
+    void trySurviving(Group group)
+    {
+        const int tried = m_triedClasses.size();
+        Classes::forEach([&](auto tag) {
+            using Class = typename decltype(tag)::Class;
+            if (groupOf<Class>() != group)
+                return;
+            m_triedClasses += Class::GetStaticObjectName();
+            QVERIFY2(Operations<Class>().areSurvived(&m_allocations), qPrintable(Class::GetStaticObjectName()));
+        });
+        QVERIFY(m_triedClasses.size() > tried);
+    }
+
     int m_allocations = 0;
+    QStringList m_triedClasses;
 };
 
 QTEST_GUILESS_MAIN(OutOfMemoryMembersTest)

@@ -64,7 +64,7 @@ public:
         }
         keep(function, value.toString());
     }
-    void keep(const char *path, const char *steps, const Place &place)
+    void keep(const char *path, const char *steps, const ObjectPath &place)
     {
         keep(path, place.path);
         for (const Step &step : place.steps)
@@ -126,7 +126,7 @@ void keepObject(Keeper &keeper, Object &object)
         keeper.keep("DataObject::GetProblems", problem.message);
         keeper.keep("Problem::message", problem.message);
         keeper.keep("Problem::member", problem.member);
-        keeper.keep("Place::path", "Step::member", problem);
+        keeper.keep("ObjectPath::path", "Step::member", problem);
     }
     QString shown;
     QDebug(&shown) << object;
@@ -306,8 +306,8 @@ void keepTuner(Keeper &keeper)
     TunerProperties withoutVersion;
     require(withoutVersion.SetXmlString(own("<TunerProperties/>"), false));
     keeper.keep("TunerProperties::GetInitialVersionLoaded", withoutVersion.GetInitialVersionLoaded());
-    keeper.keep("Place::below", "Step::member",
-                Place().below(own("a label"), {TunerProperties::Gettypes().first(), 0}));
+    keeper.keep("ObjectPath::below", "Step::member",
+                ObjectPath().below(own("a label"), {TunerProperties::Gettypes().first(), 0}));
 }
 
 // --- What derived classes see ----------------------------------------------------------------------------------------

@@ -92,7 +92,7 @@ private:
             return;
         static const QString type =
             QStringLiteral("(?:QString|QStringList|QStringView|QStringRef|QLatin1String|QByteArray|QVariant|"
-                           "QVariantList|QVariantMap|Place|Problem|QDebug|char ?\\*)");
+                           "QVariantList|QVariantMap|ObjectPath|Problem|QDebug|char ?\\*)");
         static const QRegularExpression function(
             QStringLiteral("^(?<result>[^()=]*?[ *&])(?<name>operator ?[^ (]+|\\w+) ?\\((?<parameters>.*)$"));
         static const QRegularExpression data(QStringLiteral("^(?<type>[^()=]*[ *&>])(?<name>\\w+)(?: =.*)?$"));

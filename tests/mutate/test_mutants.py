@@ -137,7 +137,7 @@ class Mutants(unittest.TestCase):
         self.assertIn("src/tavikappstartup/TranslationCenter.cpp", paths)
         self.assertTrue(all(path.startswith(("src/reportbase/Logger.cpp", "src/tavikappstartup/")) for path in paths))
         self.assertEqual(none.returncode, 2)
-        self.assertIn("'README.md' is no source file of the libraries", none.stdout)
+        self.assertIn("'README.md' is neither a source file of the libraries", none.stdout)
 
 
 if __name__ == "__main__":

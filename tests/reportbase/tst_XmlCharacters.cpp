@@ -3,7 +3,7 @@
 #include <QXmlStreamWriter>
 #include <QtTest>
 
-#include "reportbase/XmlCharacters.h"
+#include "text/XmlCharacters.h"
 
 using REPORTGENERATOR::firstNotForXml;
 

@@ -12,6 +12,7 @@
 #include "Cases.h"
 #include "Encodings.h"
 #include "ExceptionText.h"
+#include "Model.h"
 #include "interop/Generator.h"
 
 using namespace JobXml;
@@ -62,18 +63,16 @@ struct ClassOfTheModel
     Object (*make)() = nullptr;
 };
 
-template <class... Classes>
-QMap<QString, ClassOfTheModel> classesOf()
-{
-    return {{Classes::GetStaticObjectName(), {&rewritten<Classes>, &made<Classes>}}...};
-}
-
 const QMap<QString, ClassOfTheModel> &everyClass()
 {
-    static const auto classes =
-        classesOf<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean,
-                  ValueFloat, ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64,
-                  ValueSelection, SelectionItem, ValueString, ValueStringList, StringItem>();
+    static const auto classes = [] {
+        QMap<QString, ClassOfTheModel> found;
+        Classes::forEach([&](auto tag) {
+            using Class = typename decltype(tag)::Class;
+            found.insert(Class::GetStaticObjectName(), {&rewritten<Class>, &made<Class>});
+        });
+        return found;
+    }();
     return classes;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <Console.h>
+#include <console/Console.h>
 #include <documents/Forms.h>
 #include <documents/Input.h>
 #include <documents/Validate.h>

@@ -4,8 +4,6 @@
 
 #include <QtTest>
 
-#include <nlohmann/json.hpp>
-
 #include "documents/JsonForm.h"
 #include "tools/RandomChanges.h"
 

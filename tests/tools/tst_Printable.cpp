@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <Console.h>
-#include <FileName.h>
-#include <Printable.h>
+#include <console/Console.h>
+#include <text/FileName.h>
+#include <text/Printable.h>
 
 #include <QTest>
 
@@ -72,12 +72,12 @@ void PrintableTest::textIsEscapedByUtf16Units()
 {
     QString text = QStringLiteral("\u00E9\U0001F600 a\nb\rc\td\u001B[31m\u009D\u200B\u202E\u2028\U000E0041\"\\");
     text += QChar(0xD800);
-    QCOMPARE(Printable::escaped(text, false),
+    QCOMPARE(Printable::onOneLine(text),
              QStringLiteral("\u00E9\U0001F600")
                  + QStringLiteral(R"( a\nb\rc\td\u001b[31m\u009d\u200b\u202e\u2028\udb40\udc41"\\ud800)"));
-    QCOMPARE(Printable::escaped(QStringLiteral("\"a\\b\""), true), QStringLiteral(R"(\"a\\b\")"));
-    QCOMPARE(Console::onOneLine(QStringLiteral("a\u202Eb")), QStringLiteral(R"(a\u202eb)"));
-    QCOMPARE(Console::quoted(QStringLiteral("a\u200Bb")), QStringLiteral(R"("a\u200bb")"));
+    QCOMPARE(Printable::quoted(QStringLiteral("\"a\\b\"")), QStringLiteral(R"("\"a\\b\"")"));
+    QCOMPARE(Printable::onOneLine(QStringLiteral("a\u202Eb")), QStringLiteral(R"(a\u202eb)"));
+    QCOMPARE(Printable::quoted(QStringLiteral("a\u200Bb")), QStringLiteral(R"("a\u200bb")"));
 }
 
 void PrintableTest::bytesThatAreNotUtf8AreEscapedOneByOne_data()

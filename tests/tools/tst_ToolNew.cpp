@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QXmlStreamReader>
 
 #include <jobxml/TunerProperties.h>
+
+#include "Model.h"
 
 /// Documents to begin with, and the schema.
 class ToolNewTest : public QObject
@@ -20,6 +25,7 @@ private Q_SLOTS:
     void aTypeThatIsNoneIsRefused();
     void textsThatXmlCannotCarryAreRefused();
     void theSchemaIsTheOneThatIsInstalled();
+    void theModelIsTheOneThatIsInstalled();
 };
 
 void ToolNewTest::aNewDocumentIsExplained()
@@ -179,6 +185,26 @@ void ToolNewTest::theSchemaIsTheOneThatIsInstalled()
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
     QCOMPARE(Workshop().run(line("schema a.xml")).status, 2);
+}
+
+void ToolNewTest::theModelIsTheOneThatIsInstalled()
+{
+    QFile file(QStringLiteral(MODEL_FILE));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray model = file.readAll();
+    const Run run = Workshop().run(line("schema --format model"));
+    QCOMPARE(run.bytes, model);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(Workshop().run(line("schema --format xsd")).bytes, Workshop().run(line("schema")).bytes);
+    QCOMPARE(Workshop().run(line("schema --format yaml")).status, 2);
+
+    const QJsonArray classes = QJsonDocument::fromJson(model).object().value(QStringLiteral("classes")).toArray();
+    QStringList names;
+    for (const QJsonValue &told : classes)
+        names += told.toObject().value(QStringLiteral("name")).toString();
+    names.sort();
+    QCOMPARE(names, Model::classes());
 }
 
 QTEST_GUILESS_MAIN(ToolNewTest)

@@ -3,9 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include <Printable.h>
 #include <batch/Progress.h>
 #include <jobxml/TunerProperties.h>
+#include <text/Printable.h>
 
 #include "tools/Terminal.h"
 #include "tools/Tool.h"

@@ -5,9 +5,10 @@
 
 #include <QtTest>
 
-#include <jobxml/ValueItem.h>
+#include "Members.h"
+#include "damage/CompactDocument.h"
 
-/// The ten alternatives of a ValueItem, each with a value to fill it with.
+/// The alternatives of a ValueItem, each with a value to fill it with.
 
 namespace ValueItemKinds {
 
@@ -15,7 +16,7 @@ using namespace JobXml;
 
 using Choice = ValueItem::ChoiceValueItem;
 
-/// One alternative of the item, so that a rule can be asked of each of the ten.
+/// One alternative of the item, so that a rule can be asked of each.
 struct Kind
 {
     QString name;
@@ -26,20 +27,6 @@ struct Kind
     std::function<void(ValueItem &)> reset;
     std::function<bool(const ValueItem &)> isValid; ///< IsValidX of something without any data
 };
-
-template <class T>
-Kind makeKind(const T &filled, T &(ValueItem::*modify)(), const T &(ValueItem::*look)() const,
-              void (ValueItem::*set)(const T &), bool (ValueItem::*isSet)() const, void (ValueItem::*reset)(),
-              bool (ValueItem::*isValid)(const T &) const)
-{
-    return {T::GetStaticObjectName(),
-            [=](ValueItem &item) { (item.*set)(filled); },
-            [=](ValueItem &item) { (item.*modify)(); },
-            [=](const ValueItem &item) -> const DataObject & { return (item.*look)(); },
-            [=](const ValueItem &item) { return (item.*isSet)(); },
-            [=](ValueItem &item) { (item.*reset)(); },
-            [=](const ValueItem &item) { return (item.*isValid)(T()); }};
-}
 
 /// A value with this id.
 template <class T, class Value>
@@ -85,23 +72,50 @@ inline ValueStringList sampleStringList()
     return list;
 }
 
+/// The value that stands for a kind: for each of those below, the one whose literal encodings tst_ValueItemEncodings
+/// holds; for any other, one with a value in every member.
+template <class T>
+T filled()
+{
+    T object;
+    object.SetValidate(false);
+    Damage::Filler().fill(object);
+    object.SetValidate(true);
+    return object;
+}
+
+// clang-format off
+template <> inline ValueBoolean filled() { return sample<ValueBoolean>("b", true); }
+template <> inline ValueFloat filled() { return sample<ValueFloat>("f", 2.5f); }
+template <> inline ValueInt filled() { return sample<ValueInt>("i", -2); }
+template <> inline ValueInt64 filled() { return sample<ValueInt64>("l", 5000000000); }
+template <> inline ValueNumericFloat filled() { return sample<ValueNumericFloat>("nf", 0.5f, -1.f, 1.f, 0.25f); }
+template <> inline ValueNumericInt filled() { return sample<ValueNumericInt>("ni", 5, -1, 10, 1); }
+template <> inline ValueNumericInt64 filled() { return sample<ValueNumericInt64>("nl", 4294967296, 0L, 8589934592, 1L); }
+template <> inline ValueSelection filled() { return sampleSelection(); }
+template <> inline ValueString filled() { return sample<ValueString>("t", QStringLiteral("\u00E4")); }
+template <> inline ValueStringList filled() { return sampleStringList(); }
+// clang-format on
+
+template <class T>
+Kind makeKind(const Members::Child<ValueItem, T> &member)
+{
+    return {T::GetStaticObjectName(),
+            [=](ValueItem &item) { (item.*member.set)(filled<T>()); },
+            [=](ValueItem &item) { (item.*member.modify)(); },
+            [=](const ValueItem &item) -> const DataObject & { return (item.*member.get)(); },
+            [=](const ValueItem &item) { return (item.*member.isSet)(); },
+            [=](ValueItem &item) { (item.*member.reset)(); },
+            [=](const ValueItem &item) { return (item.*member.isValid)(T()); }};
+}
+
 inline const QVector<Kind> &kinds()
 {
-    using I = ValueItem;
-    // clang-format off
-    static const QVector<Kind> all = {
-        makeKind(sample<ValueBoolean>("b", true), &I::GetValueBoolean, &I::GetValueBoolean, &I::SetValueBoolean, &I::IsValueBooleanSet, &I::ResetValueBoolean, &I::IsValidValueBoolean),
-        makeKind(sample<ValueFloat>("f", 2.5f), &I::GetValueFloat, &I::GetValueFloat, &I::SetValueFloat, &I::IsValueFloatSet, &I::ResetValueFloat, &I::IsValidValueFloat),
-        makeKind(sample<ValueInt>("i", -2), &I::GetValueInt, &I::GetValueInt, &I::SetValueInt, &I::IsValueIntSet, &I::ResetValueInt, &I::IsValidValueInt),
-        makeKind(sample<ValueInt64>("l", 5000000000), &I::GetValueInt64, &I::GetValueInt64, &I::SetValueInt64, &I::IsValueInt64Set, &I::ResetValueInt64, &I::IsValidValueInt64),
-        makeKind(sample<ValueNumericFloat>("nf", 0.5f, -1.f, 1.f, 0.25f), &I::GetValueNumericFloat, &I::GetValueNumericFloat, &I::SetValueNumericFloat, &I::IsValueNumericFloatSet, &I::ResetValueNumericFloat, &I::IsValidValueNumericFloat),
-        makeKind(sample<ValueNumericInt>("ni", 5, -1, 10, 1), &I::GetValueNumericInt, &I::GetValueNumericInt, &I::SetValueNumericInt, &I::IsValueNumericIntSet, &I::ResetValueNumericInt, &I::IsValidValueNumericInt),
-        makeKind(sample<ValueNumericInt64>("nl", 4294967296, 0L, 8589934592, 1L), &I::GetValueNumericInt64, &I::GetValueNumericInt64, &I::SetValueNumericInt64, &I::IsValueNumericInt64Set, &I::ResetValueNumericInt64, &I::IsValidValueNumericInt64),
-        makeKind(sampleSelection(), &I::GetValueSelection, &I::GetValueSelection, &I::SetValueSelection, &I::IsValueSelectionSet, &I::ResetValueSelection, &I::IsValidValueSelection),
-        makeKind(sample<ValueString>("t", QStringLiteral("\u00E4")), &I::GetValueString, &I::GetValueString, &I::SetValueString, &I::IsValueStringSet, &I::ResetValueString, &I::IsValidValueString),
-        makeKind(sampleStringList(), &I::GetValueStringList, &I::GetValueStringList, &I::SetValueStringList, &I::IsValueStringListSet, &I::ResetValueStringList, &I::IsValidValueStringList),
-    };
-    // clang-format on
+    static const QVector<Kind> all = [] {
+        QVector<Kind> ofItems;
+        Members::forEach<ValueItem>([&](const auto &member) { ofItems.append(makeKind(member)); });
+        return ofItems;
+    }();
     return all;
 }
 

@@ -7,9 +7,9 @@
 
 #include <QCoreApplication>
 
-#include "batch/Interruption.h"
 #include "commands/CommandLine.h"
 #include "commands/HelpText.h"
+#include "console/Interruption.h"
 
 namespace {
 

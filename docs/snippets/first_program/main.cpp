@@ -13,16 +13,16 @@ int main(int argc, char *argv[])
     }
     try {
         JobXml::TunerProperties tuner;
-        if (!tuner.LoadXml(QString::fromLocal8Bit(argv[1]))) { // the file, or its XML, is at fault
+        if (!tuner.LoadXml(QString::fromLocal8Bit(argv[1]))) { // an error in the file or its XML
             std::fprintf(stderr, "%s\n", qPrintable(tuner.GetErrorString()));
             return 1;
         }
-        tuner.Check(); // throws for the first thing that is missing
+        tuner.Check(); // throws for the first missing member
 
         std::printf("%s based on %s\n", qPrintable(tuner.GettypeAsString()), qPrintable(tuner.Getbaseresource()));
         for (const JobXml::Component &component : std::as_const(tuner).GetComponent())
             std::printf("  %s: %d nodes\n", qPrintable(component.Getname()), component.GetNode().size());
-    } catch (const ReportException &e) { // what the document says is at fault
+    } catch (const ReportException &e) { // an error in the content
         std::fprintf(stderr, "%s\n", e.what());
         return 1;
     }

@@ -7,15 +7,11 @@
 #include <new>
 #include <numeric>
 
-#include <nlohmann/json.hpp>
-
-#include "Printable.h"
 #include "batch/InOrder.h"
-#include "batch/Interruption.h"
 #include "batch/Progress.h"
+#include "console/Interruption.h"
 #include "documents/JsonText.h"
-
-using Json = nlohmann::ordered_json;
+#include "text/Printable.h"
 
 /// The number of files of each status so far, including those whose results are not written yet.
 class Batch::Tally
@@ -62,31 +58,33 @@ struct Batch::Result
 
 namespace {
 
-Json textJson(const QString &text)
+Json textOrNull(const QString &text)
 {
-    return text.isNull() ? Json() : Json(text.toStdString());
+    return text.isNull() ? Json() : Json(text.toUtf8());
 }
 
 /// A name that is not UTF-8 is escaped, and its bytes follow as hexadecimal digits: "file" and "fileBytes".
-void addName(Json &json, const std::string &key, const FileName &name)
+void insertName(Json &json, const QByteArray &key, const FileName &name)
 {
     const auto text = Printable::decoded(name.bytes());
-    json[key] = textJson(text ? *text : name.shown());
+    json.insert(key, (text ? *text : name.shown()).toUtf8());
     if (!text)
-        json[key + "Bytes"] = name.bytes().toHex().toStdString();
+        json.insert(key + "Bytes", name.bytes().toHex());
 }
 
 Json problemJson(const Finding &finding)
 {
-    Json json = {{"path", nullptr}, {"line", nullptr}, {"column", nullptr}, {"message", finding.message.toStdString()}};
-    if (finding.hasPlace()) {
-        json["line"] = finding.line;
-        json["column"] = finding.column;
-        return json;
+    Json path;
+    if (!finding.hasPlace()) {
+        path = Json::emptyList();
+        for (const QString &step : finding.path)
+            path.append(step.toUtf8());
     }
-    json["path"] = Json::array();
-    for (const QString &step : finding.path)
-        json["path"].push_back(step.toStdString());
+    Json json = Json::emptyObject();
+    json.insert("path", std::move(path));
+    json.insert("line", finding.hasPlace() ? Json(finding.line) : Json());
+    json.insert("column", finding.hasPlace() ? Json(finding.column) : Json());
+    json.insert("message", finding.message.toUtf8());
     return json;
 }
 
@@ -117,47 +115,39 @@ ExitStatus exitStatus(FileStatus status)
     }
 }
 
-} // namespace
-
-std::string jsonOf(const Outcome &outcome, const QString &doneWord)
+/// What is written about a file with --json, without the end of the line.
+QByteArray jsonOf(const Outcome &outcome, const QString &doneWord)
 {
-    Json json;
-    addName(json, "file", outcome.file);
+    Json json = Json::emptyObject();
+    insertName(json, "file", outcome.file);
     if (!outcome.output.isEmpty())
-        addName(json, "output", outcome.output);
-    json["status"] = textJson(statusWord(outcome.status, doneWord));
-    json["problems"] = Json::array();
+        insertName(json, "output", outcome.output);
+    json.insert("status", statusWord(outcome.status, doneWord).toUtf8());
+    Json problems = Json::emptyList();
     for (const Finding &finding : outcome.findings.listed())
-        json["problems"].push_back(problemJson(finding));
-    json["problemCount"] = outcome.findings.count();
-    json["error"] = textJson(outcome.error);
-    return JsonText::compact(json).toStdString();
+        problems.append(problemJson(finding));
+    json.insert("problems", std::move(problems));
+    json.insert("problemCount", outcome.findings.count());
+    json.insert("error", textOrNull(outcome.error));
+    return JsonText::compact(json);
 }
 
-Batch::Batch(const Invocation &invocation)
-    : m_jobs(Options::jobCount(invocation)), m_quiet(invocation.isSet(Options::quiet())),
-      m_json(invocation.isSet(Options::json())), m_mostProblems(Options::problemCount(invocation))
-{
-    if (m_quiet && m_json)
-        throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
-}
+} // namespace
 
 ExitStatus Batch::run(const QVector<FileName> &files)
 {
-    if (files.count(FileName(Console::streamName().toLatin1())) > 1)
-        throw WrongUsage(QStringLiteral("standard input can be read only once"));
     const int count = files.size();
     Tally tally;
     const Interruption::Report report([&] {
         const QString done = QStringLiteral("interrupted when %1 of %2 files were done").arg(tally.done()).arg(count);
-        return m_quiet || count < 2 ? QString() : done + summary(tally);
+        return m_settings.quiet || count < 2 ? QString() : done + summary(tally);
     });
     ExitStatus worst = ExitStatus::Ok;
     {
-        Progress progress(m_quiet ? 0 : count);
+        Progress progress(m_settings.quiet ? 0 : count);
         const auto showProgress = [&] { progress.update(tally.done()); };
         InOrder<Result>::run(
-            count, m_jobs, [&](int index) { return resultOf(workOn(files.at(index), index, tally)); },
+            count, m_settings.jobs, [&](int index) { return resultOf(workOn(files.at(index), index, tally)); },
             [&](Result &&result) {
                 write(result);
                 worst = std::max(worst, exitStatus(result.status));
@@ -165,7 +155,7 @@ ExitStatus Batch::run(const QVector<FileName> &files)
             },
             showProgress, Result::size);
     }
-    if (count > 1 && !m_quiet && !m_json)
+    if (count > 1 && !m_settings.quiet && !m_settings.json)
         Console::complain(QStringLiteral("%1 files").arg(count) + summary(tally));
     return worst;
 }
@@ -201,14 +191,14 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
 Batch::Result Batch::resultOf(const Outcome &outcome) const
 {
     Result result{outcome.status, {}, {}};
-    if (m_json) {
-        result.lines = QByteArray::fromStdString(jsonOf(outcome, doneWord) + '\n');
+    if (m_settings.json) {
+        result.lines = jsonOf(outcome, doneWord) + '\n';
         return result;
     }
-    if (!m_quiet && problemsAreTheResult) {
+    if (!m_settings.quiet && problemsAreTheResult) {
         for (const QString &line : outcome.findings.lines(outcome.file.shown()))
-            result.lines += Console::onOneLine(line).toUtf8() + '\n';
-    } else if (!m_quiet) {
+            result.lines += Printable::onOneLine(line).toUtf8() + '\n';
+    } else if (!m_settings.quiet) {
         result.complaints = outcome.findings.lines(outcome.file.shown());
     }
     if (!outcome.error.isNull())

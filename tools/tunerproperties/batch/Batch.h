@@ -2,14 +2,13 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 #include <QString>
 #include <QVector>
 
-#include "Console.h"
-#include "commands/Options.h"
+#include "console/Console.h"
 #include "documents/Validate.h"
+#include "text/FileName.h"
 
 /// What became of one of many files.
 enum class FileStatus {
@@ -17,6 +16,15 @@ enum class FileStatus {
     Problems, ///< it does not validate
     Unreadable,
     Unwritable,
+};
+
+/// How many files are worked on at once, and how much is told about them.
+struct BatchSettings
+{
+    int jobs = 1;
+    bool quiet = false; ///< nothing but what cannot be read or written; not together with `json`
+    bool json = false; ///< a line of JSON for each file
+    int mostProblems = 0; ///< that are listed of a file
 };
 
 struct Outcome
@@ -36,11 +44,10 @@ struct Outcome
 class Batch
 {
 public:
-    /// How much is told: --quiet, --json and --max-problems. The first two at once are wrong usage.
-    explicit Batch(const Invocation &invocation);
+    explicit Batch(const BatchSettings &settings) : m_settings(settings) { }
 
     /// How many problems of a file are told, and need to be kept: none with --quiet.
-    int mostProblems() const { return m_quiet ? 0 : m_mostProblems; }
+    int mostProblems() const { return m_settings.quiet ? 0 : m_settings.mostProblems; }
 
     /// What a file is called that is done: "valid" or "converted".
     QString doneWord;
@@ -69,11 +76,5 @@ private:
     static void write(const Result &result);
     QString summary(const Tally &tally) const;
 
-    int m_jobs = 1;
-    bool m_quiet = false;
-    bool m_json = false;
-    int m_mostProblems = 0;
+    const BatchSettings m_settings;
 };
-
-/// What is written about a file with --json, without the end of the line.
-std::string jsonOf(const Outcome &outcome, const QString &doneWord);

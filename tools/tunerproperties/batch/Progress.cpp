@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Console.h"
+#include "console/Console.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "Printable.h"
+#include "text/Printable.h"
 
 QString Option::typed() const
 {

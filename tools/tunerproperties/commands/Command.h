@@ -10,8 +10,8 @@
 #include <QStringList>
 #include <QVector>
 
-#include "Console.h"
-#include "FileName.h"
+#include "console/Console.h"
+#include "text/FileName.h"
 
 /// What may stand for an argument or the value of an option; completions go by it.
 enum class Takes {

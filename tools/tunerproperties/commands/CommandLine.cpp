@@ -8,7 +8,7 @@
 #include "commands/Commands.h"
 #include "commands/HelpText.h"
 #include "commands/Options.h"
-#include "commands/Suggestion.h"
+#include "text/Suggestion.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <QByteArrayList>
 
-#include "Console.h"
+#include "console/Console.h"
 
 /// Runs the command line, without the program's name: finds the command, checks that options, their values and the
 /// number of arguments are among those that the command's description allows, and runs it. What is wrong with the

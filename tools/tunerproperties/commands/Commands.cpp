@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/Commands.h"
 
-#include "commands/Suggestion.h"
+#include "text/Suggestion.h"
 
 const QVector<Command> &allCommands()
 {

@@ -129,7 +129,7 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
 
 ExitStatus run(const Invocation &invocation)
 {
-    Batch batch(invocation);
+    Batch batch(Options::batch(invocation));
     batch.doneWord = QStringLiteral("converted");
     Plan plan;
     plan.reading = Options::reading(invocation);

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <nlohmann/json.hpp>
-
-#include "BufferedOutput.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
+#include "console/BufferedOutput.h"
 #include "documents/Document.h"
 #include "documents/JsonText.h"
 #include "members/Diff.h"
+#include "text/Printable.h"
 
 namespace {
 
@@ -50,7 +49,7 @@ bool isColoured(const Invocation &invocation)
 
 QByteArray coloured(const Difference &difference)
 {
-    const QByteArray text = Console::onOneLine(difference.text()).toUtf8();
+    const QByteArray text = Printable::onOneLine(difference.text()).toUtf8();
     const auto in = [&](const char *colour) { return QByteArray("\x1B[") + colour + 'm' + text + "\x1B[m"; };
     switch (difference.kind) {
     case Difference::Removed:
@@ -80,20 +79,19 @@ QByteArray json(const Difference &difference)
         }
         return "moved";
     };
-    const auto side = [](const QString &text, bool isThere) {
-        return isThere ? nlohmann::ordered_json(text.toStdString()) : nlohmann::ordered_json();
-    };
-    return JsonText::compact({{"change", word()},
-                              {"path", difference.path.toStdString()},
-                              {"before", side(difference.before, difference.kind != Difference::Added)},
-                              {"after", side(difference.after, difference.kind != Difference::Removed)}});
+    const auto side = [](const QString &text, bool isThere) { return isThere ? Json(text.toUtf8()) : Json(); };
+    Json object = Json::emptyObject();
+    object.insert("change", word());
+    object.insert("path", difference.path.toUtf8());
+    object.insert("before", side(difference.before, difference.kind != Difference::Added));
+    object.insert("after", side(difference.after, difference.kind != Difference::Removed));
+    return JsonText::compact(object);
 }
 
 ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> names = invocation.files();
-    if (names.first().isStandardStream() && names.last().isStandardStream())
-        throw WrongUsage(QStringLiteral("standard input can be read only once"));
+    Options::checkStandardInput(names);
     const Reading reading = Options::reading(invocation);
     const Document first(names.first(), reading);
     const Document second(names.last(), reading);
@@ -105,7 +103,7 @@ ExitStatus run(const Invocation &invocation)
         areTheSame = false;
         output.write(isJson          ? json(difference)
                          : inColours ? coloured(difference)
-                                     : Console::onOneLine(difference.text()).toUtf8());
+                                     : Printable::onOneLine(difference.text()).toUtf8());
         output.write("\n");
     });
     output.flush();

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <nlohmann/json.hpp>
-
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "documents/Document.h"

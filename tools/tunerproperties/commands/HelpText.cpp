@@ -3,7 +3,7 @@
 
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "commands/TextLayout.h"
+#include "text/TextLayout.h"
 
 namespace HelpText {
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/Options.h"
 
+#include <algorithm>
 #include <limits>
 
 #include <QThread>
@@ -159,10 +160,24 @@ FileKinds fileKinds(const Invocation &invocation, int count)
     return count < 2 || invocation.isSet(specialFiles()) ? FileKinds::All : FileKinds::RegularOnly;
 }
 
-int jobCount(const Invocation &invocation)
+BatchSettings batch(const Invocation &invocation)
 {
-    constexpr int most = 256;
-    return numberOf(invocation, jobs(), most, QThread::idealThreadCount());
+    constexpr int mostJobs = 256;
+    BatchSettings settings;
+    settings.jobs = numberOf(invocation, jobs(), mostJobs, QThread::idealThreadCount());
+    settings.quiet = invocation.isSet(quiet());
+    settings.json = invocation.isSet(json());
+    settings.mostProblems = problemCount(invocation);
+    if (settings.quiet && settings.json)
+        throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
+    return settings;
+}
+
+void checkStandardInput(const QVector<FileName> &inputs)
+{
+    const auto isStandardStream = [](const FileName &name) { return name.isStandardStream(); };
+    if (std::count_if(inputs.begin(), inputs.end(), isStandardStream) > 1)
+        throw WrongUsage(QStringLiteral("standard input can be read only once"));
 }
 
 } // namespace Options

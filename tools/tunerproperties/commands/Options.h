@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "batch/Batch.h"
 #include "commands/Command.h"
 #include "documents/Document.h"
 
@@ -29,8 +30,12 @@ std::optional<Form> form(const Invocation &invocation, const Option &option);
 /// Which kinds of files to read or write among so many.
 FileKinds fileKinds(const Invocation &invocation, int count);
 
-/// How many files to work on at once: what --jobs says, or as many as there are processors. Throws WrongUsage.
-int jobCount(const Invocation &invocation);
+/// What --jobs, --quiet, --json and --max-problems say; without --jobs, as many as there are processors. Throws
+/// WrongUsage, also if both --quiet and --json are set.
+BatchSettings batch(const Invocation &invocation);
+
+/// Throws WrongUsage if standard input is named more than once.
+void checkStandardInput(const QVector<FileName> &inputs);
 
 /// How many problems of a file to list: what --max-problems says, or 100. Throws WrongUsage.
 int problemCount(const Invocation &invocation);

@@ -4,9 +4,22 @@
 
 namespace {
 
-ExitStatus run(const Invocation &)
+const QString modelFormat = QStringLiteral("model");
+
+const Option &formatOption()
 {
-    Console::write(Schema::text());
+    static const Option option{{QStringLiteral("format")},
+                               QStringLiteral("What to write: xsd, the XML Schema, which is the default, or model, a "
+                                              "JSON list of all classes and members with their tags and defaults."),
+                               QStringLiteral("FORMAT"),
+                               Takes::Word,
+                               QStringList{QStringLiteral("xsd"), modelFormat}};
+    return option;
+}
+
+ExitStatus run(const Invocation &invocation)
+{
+    Console::write(invocation.value(formatOption()) == modelFormat ? Schema::model() : Schema::text());
     return ExitStatus::Ok;
 }
 
@@ -18,8 +31,11 @@ Command schemaCommand()
     command.name = QStringLiteral("schema");
     command.usages = QStringList{QString()};
     command.summary = QStringLiteral("Writes the XML Schema of documents.");
+    command.options = {formatOption()};
     command.examples = {{QStringLiteral("schema > tuner-properties.xsd"),
-                         QStringLiteral("Keeps the schema in a file, for an editor or for xmllint.")}};
+                         QStringLiteral("Keeps the schema in a file, for an editor or for xmllint.")},
+                        {QStringLiteral("schema --format model > model.json"),
+                         QStringLiteral("Keeps the list of classes and members, for a reader of your own.")}};
     command.fewest = 0;
     command.most = 0;
     command.run = run;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/Visit.h>
 
-#include "BufferedOutput.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
+#include "console/BufferedOutput.h"
 #include "documents/Document.h"
 #include "html/Html.h"
 #include "members/Show.h"

@@ -11,7 +11,8 @@ ExitStatus run(const Invocation &invocation)
     const QVector<FileName> files = invocation.files();
     const FileKinds kinds = Options::fileKinds(invocation, files.size());
     const Reading reading = Options::reading(invocation);
-    Batch batch(invocation);
+    Batch batch(Options::batch(invocation));
+    Options::checkStandardInput(files);
     batch.doneWord = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;

@@ -11,9 +11,9 @@
 
 #include <reportbase/ReadLimits.h>
 
-#include "Console.h"
-#include "commands/Suggestion.h"
+#include "console/Console.h"
 #include "documents/JsonForm.h"
+#include "text/Suggestion.h"
 
 using JobXml::TunerProperties;
 

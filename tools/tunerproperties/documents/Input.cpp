@@ -12,8 +12,8 @@
 
 #include <reportbase/SaveFile.h>
 
-#include "Console.h"
-#include "batch/Interruption.h"
+#include "console/Console.h"
+#include "console/Interruption.h"
 
 /// What shows whether a file has been written to.
 struct Input::State

@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include "FileName.h"
+#include "text/FileName.h"
 
 class QFile;
 

@@ -8,13 +8,10 @@
 #include <QRegularExpression>
 #include <QXmlStreamWriter>
 
-#include <nlohmann/json.hpp>
-
-#include "commands/Suggestion.h"
 #include "members/Paths.h"
+#include "text/Suggestion.h"
 
 using namespace JobXml;
-using Json = nlohmann::ordered_json;
 
 namespace JsonForm {
 
@@ -23,10 +20,10 @@ namespace {
 const char *const unsetKey = "unset";
 const char *const versionKey = "Version";
 
-std::string keyOf(const MemberView &member)
+QByteArray keyOf(const MemberView &member)
 {
     const QLatin1String name = member.GetName();
-    return std::string(name.data(), std::size_t(name.size()));
+    return QByteArray(name.data(), name.size());
 }
 
 /// The path of a failure from the object that holds the member.
@@ -67,16 +64,16 @@ Json ofValue(const QVariant &value)
         return value.toInt();
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
-        return value.toString().toStdString(); // many readers of JSON keep 53 bits of a number
+        return value.toString().toUtf8(); // many readers of JSON keep 53 bits of a number
     case QMetaType::Float:
         return ofReal(value.value<float>());
     case QMetaType::Double:
         return ofReal(value.toDouble());
     case QMetaType::QVariantList: {
-        Json entries = Json::array();
+        Json entries = Json::emptyList();
         const QVariantList values = value.toList();
         for (const QVariant &entry : values)
-            entries.push_back(ofValue(entry));
+            entries.append(ofValue(entry));
         return entries;
     }
     default:
@@ -87,10 +84,10 @@ Json ofValue(const QVariant &value)
 /// Whether a member that is not set holds nothing but what every new object holds.
 bool saysNothing(const MemberView &member, const Json &value)
 {
-    if (value.is_structured())
-        return value.empty();
+    if (value.isList() || value.isObject())
+        return value.isEmpty();
     // As texts: 0.0 and -0.0 are equal numbers.
-    return value.dump() == ofValue(member.GetDefaultValue()).dump();
+    return JsonText::compact(value) == JsonText::compact(ofValue(member.GetDefaultValue()));
 }
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
@@ -98,8 +95,7 @@ bool saysNothing(const MemberView &member, const Json &value)
 /// What stands in the JSON, to be told to people.
 QString shown(const Json &json)
 {
-    const QString text =
-        json.is_string() ? JsonText::toString(json.get<std::string>()) : QString::fromUtf8(JsonText::compact(json));
+    const QString text = json.isText() ? JsonText::toString(json.text()) : QString::fromUtf8(JsonText::compact(json));
     return QLatin1Char('\'') + JsonText::beginningOf(text) + QLatin1Char('\'');
 }
 
@@ -111,24 +107,24 @@ QString shown(const Json &json)
 template <class T>
 T wholeNumber(const Json &json)
 {
-    if (!json.is_number_integer())
+    if (!json.isWholeNumber())
         refuse(json, "is no whole number");
-    const bool isNegative = !json.is_number_unsigned() && json.get<qint64>() < 0;
-    const bool fits = isNegative ? std::is_signed_v<T> && json.get<qint64>() >= qint64(std::numeric_limits<T>::min())
-                                 : json.get<quint64>() <= quint64(std::numeric_limits<T>::max());
+    const bool fits = json.isNegative()
+        ? std::is_signed_v<T> && json.toNumber<qint64>() >= qint64(std::numeric_limits<T>::min())
+        : json.toNumber<quint64>() <= quint64(std::numeric_limits<T>::max());
     if (!fits)
         refuse(json, "is out of range");
-    return json.get<T>();
+    return json.toNumber<T>();
 }
 
 /// Of 64 bits: also as a text, which is how they are written.
 template <class T>
 QVariant longNumber(const Json &json)
 {
-    if (!json.is_string())
+    if (!json.isText())
         return QVariant::fromValue(wholeNumber<T>(json));
     static const QRegularExpression decimal(QStringLiteral(R"(^-?(?:0|[1-9][0-9]*)\z)"));
-    const QString text = JsonText::toString(json.get<std::string>());
+    const QString text = JsonText::toString(json.text());
     if (!decimal.match(text).hasMatch())
         refuse(json, "is no whole number");
     bool fits = false;
@@ -138,19 +134,24 @@ QVariant longNumber(const Json &json)
     return QVariant::fromValue(value);
 }
 
+bool isText(const Json &json, const char *text)
+{
+    return json.isText() && json.text() == text;
+}
+
 template <class T>
 QVariant real(const Json &json)
 {
     using Limits = std::numeric_limits<T>;
-    if (json == "NaN")
+    if (isText(json, "NaN"))
         return QVariant::fromValue(Limits::quiet_NaN());
-    if (json == "Infinity")
+    if (isText(json, "Infinity"))
         return QVariant::fromValue(Limits::infinity());
-    if (json == "-Infinity")
+    if (isText(json, "-Infinity"))
         return QVariant::fromValue(-Limits::infinity());
-    if (!json.is_number())
+    if (!json.isNumber())
         refuse(json, "is no number");
-    const T value = json.get<T>();
+    const T value = json.toNumber<T>();
     if (std::isinf(value))
         refuse(json, "is out of range");
     return QVariant::fromValue(value);
@@ -158,13 +159,13 @@ QVariant real(const Json &json)
 
 QVariant enumeration(const Json &json, const QStringList &names)
 {
-    if (json.is_null())
+    if (json.isNull())
         return QString();
-    if (json.is_number())
+    if (json.isNumber())
         return wholeNumber<int>(json);
-    if (!json.is_string())
+    if (!json.isText())
         refuse(json, "is no name");
-    const QString name = JsonText::toString(json.get<std::string>());
+    const QString name = JsonText::toString(json.text());
     if (!names.contains(name))
         throw JsonFailure(Suggestion::insteadOf(JsonText::beginningOf(name), QStringLiteral("name"), names));
     return name;
@@ -174,13 +175,13 @@ QVariant valueFor(const MemberView &member, const Json &json)
 {
     switch (member.GetKind()) {
     case MemberKind::Text:
-        if (!json.is_null() && !json.is_string())
+        if (!json.isNull() && !json.isText())
             refuse(json, "is no text");
-        return json.is_null() ? QString() : JsonText::toString(json.get<std::string>());
+        return json.isNull() ? QString() : JsonText::toString(json.text());
     case MemberKind::Boolean:
-        if (!json.is_boolean())
+        if (!json.isBoolean())
             refuse(json, "is neither true nor false");
-        return json.get<bool>();
+        return json.toBoolean();
     case MemberKind::Int:
         return wholeNumber<int>(json);
     case MemberKind::Int64:
@@ -195,10 +196,10 @@ QVariant valueFor(const MemberView &member, const Json &json)
     case MemberKind::Choice:
         return enumeration(json, member.GetNames());
     case MemberKind::EnumerationList: {
-        if (!json.is_array())
+        if (!json.isList())
             refuse(json, "is no list");
         QVariantList values;
-        for (const Json &entry : json)
+        for (const Json &entry : json.items())
             values.append(enumeration(entry, member.GetNames()));
         return values;
     }
@@ -220,10 +221,10 @@ void readMember(MemberEditor &member, const Json &json)
         readObject(member.EditChild(), json);
         break;
     case MemberKind::ObjectList:
-        if (!json.is_array())
+        if (!json.isList())
             refuse(json, "is no list");
         member.SetFlag(true); // also if it is empty
-        for (const Json &item : json) {
+        for (const Json &item : json.items()) {
             DataObject &child = member.AppendChild();
             try {
                 readObject(child, item);
@@ -241,7 +242,7 @@ void readMember(MemberEditor &member, const Json &json)
 /// With the member's name in front of what is wrong; an item of a list has told its own.
 void readNamedMember(MemberEditor &member, const Json &json)
 {
-    const bool isListOfObjects = member.GetKind() == MemberKind::ObjectList && json.is_array();
+    const bool isListOfObjects = member.GetKind() == MemberKind::ObjectList && json.isList();
     try {
         readMember(member, json);
     } catch (const JsonFailure &failure) {
@@ -254,18 +255,18 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
     QStringList names;
     visit(object, [&](const MemberView &member) {
         names.append(member.GetName());
-        const std::string key = keyOf(member);
-        if (!unset || !unset->contains(key))
+        const QByteArray key = keyOf(member);
+        if (!unset || !unset->find(key))
             return;
         if (member.GetKind() == MemberKind::Choice)
             throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\"").arg(member.GetName()));
-        if (json.contains(key))
+        if (json.find(key))
             throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\" and outside").arg(member.GetName()));
     });
     const auto check = [&](const Json &in, const char *alsoKnown) {
-        for (auto entry = in.begin(); entry != in.end(); ++entry) {
-            const QString key = JsonText::toString(entry.key());
-            if (!names.contains(key) && entry.key() != alsoKnown)
+        for (const Json::Member &member : in.members()) {
+            const QString key = JsonText::toString(member.key);
+            if (!names.contains(key) && member.key != alsoKnown)
                 throw JsonFailure(Paths::unknownMember(JsonText::beginningOf(key), object.GetObjectName(), names));
         }
     };
@@ -274,29 +275,23 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
         check(*unset, "");
 }
 
-const Json *find(const Json &object, const std::string &key)
-{
-    const auto found = object.find(key);
-    return found == object.end() ? nullptr : &*found;
-}
-
 void readObject(DataObject &object, const Json &json)
 {
-    if (!json.is_object())
+    if (!json.isObject())
         refuse(json, "is no object");
-    const Json *const unset = find(json, unsetKey);
-    if (unset && !unset->is_object())
+    const Json *const unset = json.find(unsetKey);
+    if (unset && !unset->isObject())
         throw JsonFailure(shown(*unset) + QStringLiteral(" is no object")).below(QLatin1String(unsetKey));
     checkKeys(object, json, unset);
     object.SetValidate(false); // a new object has a flag of its own
     bool hasChoice = false;
     visit(object, [&](MemberEditor &member) {
-        const std::string key = keyOf(member);
+        const QByteArray key = keyOf(member);
         if (member.GetKind() == MemberKind::Choice)
             hasChoice = true; // stored last: each alternative that is read is chosen by that
-        else if (const Json *const set = find(json, key))
+        else if (const Json *const set = json.find(key))
             readNamedMember(member, *set);
-        else if (const Json *const held = unset ? find(*unset, key) : nullptr) {
+        else if (const Json *const held = unset ? unset->find(key) : nullptr) {
             readNamedMember(member, *held);
             member.SetFlag(false);
         }
@@ -306,15 +301,16 @@ void readObject(DataObject &object, const Json &json)
     visit(object, [&](MemberEditor &member) {
         if (member.GetKind() != MemberKind::Choice)
             return;
-        const Json *const choice = find(json, keyOf(member));
-        readNamedMember(member, choice ? *choice : Json());
+        const Json *const choice = json.find(keyOf(member));
+        const Json none;
+        readNamedMember(member, choice ? *choice : none);
     });
 }
 
 /// A document that was told the version, as its own reader of XML takes it.
 TunerProperties ofVersion(const Json *version)
 {
-    if (version && !version->is_string())
+    if (version && !version->isText())
         throw JsonFailure(shown(*version) + QStringLiteral(" is no text")).below(QLatin1String(versionKey));
     TunerProperties document;
     document.SetValidate(false);
@@ -322,12 +318,31 @@ TunerProperties ofVersion(const Json *version)
     QXmlStreamWriter writer(&xml);
     writer.writeStartElement(document.GetObjectName());
     if (version)
-        writer.writeAttribute(QLatin1String(versionKey), JsonText::toString(version->get<std::string>()));
+        writer.writeAttribute(QLatin1String(versionKey), JsonText::toString(version->text()));
     writer.writeEndElement();
     const bool isTaken = document.SetXmlString(xml, false);
-    if (version && (!isTaken || document.GetInitialVersionLoaded() != JsonText::toString(version->get<std::string>())))
+    if (version && (!isTaken || document.GetInitialVersionLoaded() != JsonText::toString(version->text())))
         throw JsonFailure(shown(*version) + QStringLiteral(" is no version")).below(QLatin1String(versionKey));
     return document;
+}
+
+void addMembers(Json &result, const DataObject &object)
+{
+    Json unset = Json::emptyObject();
+    visit(object, [&](const MemberView &member) {
+        Json value;
+        try {
+            value = ofMember(member);
+        } catch (const JsonFailure &failure) {
+            throw member.GetKind() == MemberKind::ObjectList ? failure : failure.below(member.GetName());
+        }
+        if (member.IsSet())
+            result.insert(keyOf(member), std::move(value));
+        else if (member.GetKind() != MemberKind::Choice && !saysNothing(member, value))
+            unset.insert(keyOf(member), std::move(value));
+    });
+    if (!unset.isEmpty())
+        result.insert(unsetKey, std::move(unset));
 }
 
 } // namespace
@@ -337,12 +352,12 @@ Json ofMember(const MemberView &member)
     switch (member.GetKind()) {
     case MemberKind::Object:
     case MemberKind::Alternative:
-        return member.GetSize() == 0 ? Json::object() : ofObject(member.GetChild());
+        return member.GetSize() == 0 ? Json::emptyObject() : ofObject(member.GetChild());
     case MemberKind::ObjectList: {
-        Json items = Json::array();
+        Json items = Json::emptyList();
         for (int i = 0; i < member.GetSize(); ++i) {
             try {
-                items.push_back(ofObject(member.GetChild(i)));
+                items.append(ofObject(member.GetChild(i)));
             } catch (const JsonFailure &failure) {
                 throw failure.below(stepTo(member, i));
             }
@@ -356,47 +371,32 @@ Json ofMember(const MemberView &member)
 
 Json ofObject(const DataObject &object)
 {
-    Json result = Json::object();
-    Json unset = Json::object();
-    visit(object, [&](const MemberView &member) {
-        Json value;
-        try {
-            value = ofMember(member);
-        } catch (const JsonFailure &failure) {
-            throw member.GetKind() == MemberKind::ObjectList ? failure : failure.below(member.GetName());
-        }
-        if (member.IsSet())
-            result[keyOf(member)] = std::move(value);
-        else if (member.GetKind() != MemberKind::Choice && !saysNothing(member, value))
-            unset[keyOf(member)] = std::move(value);
-    });
-    if (!unset.empty())
-        result[unsetKey] = std::move(unset);
+    Json result = Json::emptyObject();
+    addMembers(result, object);
     return result;
 }
 
 QByteArray compose(const TunerProperties &document)
 {
-    Json members = Json::object();
-    members[versionKey] = document.GetVersion().toStdString();
-    members.update(ofObject(document));
-    Json whole = Json::object();
-    whole[document.GetObjectName().toStdString()] = std::move(members);
+    Json members = Json::emptyObject();
+    members.insert(versionKey, document.GetVersion().toUtf8());
+    addMembers(members, document);
+    Json whole = Json::emptyObject();
+    whole.insert(document.GetObjectName().toUtf8(), std::move(members));
     return JsonText::pretty(whole);
 }
 
 void read(TunerProperties &document, const QByteArray &utf8)
 {
     Json whole = JsonText::parse(utf8);
-    const std::string name = document.GetObjectName().toStdString();
-    if (!whole.is_object() || whole.size() != 1 || !whole.contains(name))
+    auto members = whole.isObject() ? whole.take(document.GetObjectName().toUtf8()) : std::nullopt;
+    if (!members || !whole.isEmpty())
         throw JsonFailure(QStringLiteral("is no object with the one member '%1'").arg(document.GetObjectName()));
-    Json &members = whole[name];
-    if (!members.is_object())
-        refuse(members, "is no object");
-    TunerProperties result = ofVersion(find(members, versionKey));
-    members.erase(versionKey);
-    readObject(result, members);
+    if (!members->isObject())
+        refuse(*members, "is no object");
+    const auto version = members->take(versionKey);
+    TunerProperties result = ofVersion(version ? &*version : nullptr);
+    readObject(result, *members);
     const bool validate = document.GetValidate();
     document = result;
     document.SetValidate(validate);

@@ -21,7 +21,7 @@ QByteArray compose(const JobXml::TunerProperties &document);
 void read(JobXml::TunerProperties &document, const QByteArray &utf8);
 
 /// The parts of which it consists: an object of the model, and what a member holds.
-nlohmann::ordered_json ofObject(const JobXml::DataObject &object);
-nlohmann::ordered_json ofMember(const JobXml::MemberView &member);
+Json ofObject(const JobXml::DataObject &object);
+Json ofMember(const JobXml::MemberView &member);
 
 } // namespace JsonForm

@@ -8,10 +8,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Printable.h"
 #include "members/ValueText.h"
+#include "text/Printable.h"
 
-using Json = nlohmann::ordered_json;
+using Parser = nlohmann::json;
 
 JsonFailure::JsonFailure(const QString &message) : std::runtime_error(message.toStdString()), m_message(message) { }
 
@@ -115,31 +115,31 @@ public:
 
     Json takeResult() { return std::move(m_result); }
 
-    bool null() { return add(nullptr); }
-    bool boolean(bool value) { return add(value); }
-    bool number_integer(Json::number_integer_t value) { return add(value); }
-    bool number_unsigned(Json::number_unsigned_t value) { return add(value); }
-    bool number_float(Json::number_float_t value, const std::string &) { return add(value); }
-    bool string(std::string &value) { return add(std::move(value)); }
-    bool binary(Json::binary_t &) { return false; } // no text has it
-    bool start_object(std::size_t) { return open(Json::object()); }
-    bool start_array(std::size_t) { return open(Json::array()); }
+    bool null() { return add(Json()); }
+    bool boolean(bool value) { return add(Json(value)); }
+    bool number_integer(Parser::number_integer_t value) { return add(Json(qint64(value))); }
+    bool number_unsigned(Parser::number_unsigned_t value) { return add(Json(quint64(value))); }
+    bool number_float(Parser::number_float_t value, const std::string &) { return add(Json(value)); }
+    bool string(const std::string &value) { return add(Json(QByteArray::fromStdString(value))); }
+    bool binary(Parser::binary_t &) { return false; } // no text has it
+    bool start_object(std::size_t) { return open(Json::emptyObject()); }
+    bool start_array(std::size_t) { return open(Json::emptyList()); }
     bool end_object() { return close(); }
     bool end_array() { return close(); }
 
-    bool key(std::string &name)
+    bool key(const std::string &name)
     {
         const Json &object = *m_open.back();
-        if (object.contains(name))
-            failHere(QLatin1Char('\'') + beginningOf(toString(name))
+        m_key = QByteArray::fromStdString(name);
+        if (object.find(m_key))
+            failHere(QLatin1Char('\'') + beginningOf(toString(m_key))
                      + QStringLiteral("' stands twice in the same object"));
-        if (object.size() == mostKeys)
+        if (object.members().size() == mostKeys)
             failHere(QStringLiteral("an object has more than %1 members").arg(mostKeys));
-        m_key = std::move(name);
         return true;
     }
 
-    bool parse_error(std::size_t position, const std::string &, const Json::exception &exception)
+    bool parse_error(std::size_t position, const std::string &, const Parser::exception &exception)
     {
         const char *const at = std::min(m_text.constBegin() + position - 1, m_text.constEnd());
         if (at != m_text.constEnd() && *at == '\0')
@@ -177,10 +177,9 @@ private:
         throw JsonFailure(int(std::count(begin, lineStart, '\n')) + 1, before.size() + 1, message);
     }
 
-    template <class Value>
-    bool add(Value &&value)
+    bool add(Json &&value)
     {
-        place(Json(std::forward<Value>(value)));
+        place(std::move(value));
         return true;
     }
 
@@ -189,10 +188,7 @@ private:
         if (m_open.empty())
             return m_result = std::move(value);
         Json &parent = *m_open.back();
-        if (parent.is_object())
-            return parent[m_key] = std::move(value);
-        parent.push_back(std::move(value));
-        return parent.back();
+        return parent.isObject() ? parent.insert(m_key, std::move(value)) : parent.append(std::move(value));
     }
 
     bool open(Json &&empty)
@@ -213,7 +209,7 @@ private:
     const char *const &m_furthest;
     Json m_result;
     std::vector<Json *> m_open;
-    std::string m_key;
+    QByteArray m_key;
 };
 
 std::string number(double value)
@@ -223,22 +219,36 @@ std::string number(double value)
     return digits.find_first_of(".e") == std::string::npos ? digits + ".0" : digits;
 }
 
-bool isPlain(const Json &value)
+std::string quoted(const QByteArray &text)
 {
-    return !value.is_structured() || value.empty();
+    return Parser(text.toStdString()).dump();
 }
 
-bool holdsPlainValues(const Json &value)
+bool isStructured(const Json &value)
 {
-    return std::all_of(value.begin(), value.end(), isPlain);
+    return value.isList() || value.isObject();
+}
+
+bool isPlain(const Json &value)
+{
+    return !isStructured(value) || value.isEmpty();
+}
+
+/// Whether a list or an object holds nothing but what fits the predicate.
+template <class Predicate>
+bool allParts(const Json &value, Predicate fits)
+{
+    if (value.isList())
+        return std::all_of(value.items().begin(), value.items().end(), fits);
+    return std::all_of(value.members().begin(), value.members().end(),
+                       [&](const Json::Member &member) { return fits(member.value); });
 }
 
 /// Whether it reads well on one line: plain values, and in an object also lists and objects of them.
 bool isSimple(const Json &value)
 {
-    return std::all_of(value.begin(), value.end(), [&](const Json &part) {
-        return isPlain(part) || (value.is_object() && holdsPlainValues(part));
-    });
+    return allParts(value,
+                    [&](const Json &part) { return isPlain(part) || (value.isObject() && allParts(part, isPlain)); });
 }
 
 class Printer
@@ -248,11 +258,18 @@ public:
 
     void print(const Json &value)
     {
-        if (!value.is_structured()) {
-            m_out += value.is_number_float() ? number(value.get<double>()) : value.dump();
-            return;
-        }
-        printParts(value, m_pretty && !value.empty() && !(isSimple(value) && fitsOnTheLine(value)));
+        if (isStructured(value))
+            printParts(value, m_pretty && !value.isEmpty() && !(isSimple(value) && fitsOnTheLine(value)));
+        else if (value.isText())
+            m_out += quoted(value.text());
+        else if (value.isReal())
+            m_out += number(value.toNumber<double>());
+        else if (value.isNegative())
+            m_out += std::to_string(value.toNumber<qint64>());
+        else if (value.isWholeNumber())
+            m_out += std::to_string(value.toNumber<quint64>());
+        else
+            m_out += value.isNull() ? "null" : value.toBoolean() ? "true" : "false";
     }
 
     std::string takeText() { return std::move(m_out); }
@@ -275,24 +292,32 @@ private:
 
     void printParts(const Json &value, bool onLinesOfTheirOwn)
     {
-        const bool isObject = value.is_object();
-        m_out += isObject ? '{' : '[';
-        ++m_depth;
         bool isFirst = true;
-        for (auto part = value.begin(); part != value.end(); ++part) {
+        const auto beginPart = [&] {
             if (!isFirst)
                 m_out += m_pretty && !onLinesOfTheirOwn ? ", " : ",";
             if (onLinesOfTheirOwn)
                 breakLine();
-            if (isObject)
-                m_out += Json(part.key()).dump() + (m_pretty ? ": " : ":");
-            print(part.value());
             isFirst = false;
+        };
+        m_out += value.isObject() ? '{' : '[';
+        ++m_depth;
+        if (value.isObject()) {
+            for (const Json::Member &member : value.members()) {
+                beginPart();
+                m_out += quoted(member.key) + (m_pretty ? ": " : ":");
+                print(member.value);
+            }
+        } else {
+            for (const Json &item : value.items()) {
+                beginPart();
+                print(item);
+            }
         }
         --m_depth;
         if (onLinesOfTheirOwn)
             breakLine();
-        m_out += isObject ? '}' : ']';
+        m_out += value.isObject() ? '}' : ']';
     }
 
     void breakLine() { m_out += '\n' + std::string(2 * m_depth, ' '); }
@@ -315,7 +340,7 @@ Json parse(const QByteArray &utf8)
 {
     const char *furthest = utf8.constData();
     Builder builder(utf8, furthest);
-    Json::sax_parse(Place(utf8.constData(), &furthest), Place(utf8.constData() + utf8.size(), &furthest), &builder);
+    Parser::sax_parse(Place(utf8.constData(), &furthest), Place(utf8.constData() + utf8.size(), &furthest), &builder);
     builder.refuseWhatStandsBehindTheEnd();
     return builder.takeResult();
 }
@@ -334,20 +359,20 @@ Json fromString(const QString &text)
 {
     if (!text.isValidUtf16())
         throw JsonFailure(QStringLiteral("the text holds half of a character, which JSON cannot carry"));
-    return text.toStdString();
+    return text.toUtf8();
 }
 
-QString toString(const std::string &utf8)
+QString toString(const QByteArray &utf8)
 {
     // Qt takes marks of the byte order at the beginning for no part of the text; in a string they are one.
-    constexpr char mark[] = "\xEF\xBB\xBF";
-    std::size_t begin = 0;
+    constexpr int markSize = 3;
+    int begin = 0;
     QString text = QStringLiteral("");
-    while (utf8.compare(begin, 3, mark) == 0) {
+    while (utf8.mid(begin, markSize) == "\xEF\xBB\xBF") {
         text += QChar(QChar::ByteOrderMark);
-        begin += 3;
+        begin += markSize;
     }
-    return text + QString::fromUtf8(utf8.data() + begin, int(utf8.size() - begin));
+    return text + QString::fromUtf8(utf8.constData() + begin, utf8.size() - begin);
 }
 
 QString beginningOf(const QString &text)

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <stdexcept>
-#include <string>
 
 #include <QByteArray>
 #include <QString>
 
-#include <nlohmann/json_fwd.hpp>
+#include "documents/Json.h"
 
 /// JSON that cannot be read or written: why, and where.
 class JsonFailure : public std::runtime_error
@@ -36,21 +35,21 @@ namespace JsonText {
 
 /// Throws JsonFailure for what is no JSON, for an object that has a key twice, and for nesting or objects larger than
 /// any document has, so that nothing that is read later can take more than its share of stack or time.
-nlohmann::ordered_json parse(const QByteArray &utf8);
+Json parse(const QByteArray &utf8);
 
 /// Indented by two spaces; what holds little more than plain values stands on one line if it fits. Ends with a line
 /// feed.
-QByteArray pretty(const nlohmann::ordered_json &value);
+QByteArray pretty(const Json &value);
 
 /// On one line, without blanks that mean nothing. Here and above, what is not printable in a text is a `\u` escape, so
 /// that the JSON can be shown on a terminal.
-QByteArray compact(const nlohmann::ordered_json &value);
+QByteArray compact(const Json &value);
 
 /// A text as a JSON string; throws JsonFailure for one that UTF-8 cannot carry.
-nlohmann::ordered_json fromString(const QString &text);
+Json fromString(const QString &text);
 
 /// The text of a JSON string, as it stands.
-QString toString(const std::string &utf8);
+QString toString(const QByteArray &utf8);
 
 /// As much of a text as a message has room for, which is independent of the size of the document.
 QString beginningOf(const QString &text);

@@ -7,10 +7,10 @@
 
 #include <jobxml/Visit.h>
 
-#include "commands/Suggestion.h"
-#include "commands/TextLayout.h"
 #include "documents/Schema.h"
 #include "members/TypedValue.h"
+#include "text/Suggestion.h"
+#include "text/TextLayout.h"
 
 using namespace JobXml;
 

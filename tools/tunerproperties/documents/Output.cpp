@@ -11,8 +11,8 @@
 
 #include <reportbase/SaveFile.h>
 
-#include "Console.h"
-#include "batch/Interruption.h"
+#include "console/Console.h"
+#include "console/Interruption.h"
 
 namespace {
 

@@ -12,13 +12,27 @@ static void takeInResources()
 
 namespace Schema {
 
-QByteArray text()
+namespace {
+
+QByteArray resource(const QString &name)
 {
     takeInResources();
-    QFile file(QStringLiteral(":/schema/tuner-properties.xsd"));
+    QFile file(QStringLiteral(":/schema/") + name);
     if (!file.open(QIODevice::ReadOnly))
-        qFatal("the schema is missing in the program");
+        qFatal("%s is missing in the program", qUtf8Printable(name));
     return file.readAll();
+}
+
+} // namespace
+
+QByteArray text()
+{
+    return resource(QStringLiteral("tuner-properties.xsd"));
+}
+
+QByteArray model()
+{
+    return resource(QStringLiteral("model.json"));
 }
 
 Annotations::Annotations()

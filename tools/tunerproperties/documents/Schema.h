@@ -12,6 +12,9 @@ namespace Schema {
 /// As it stands in share/tuner-properties.xsd, byte for byte.
 QByteArray text();
 
+/// The classes and their members, as they stand in share/model.json, byte for byte.
+QByteArray model();
+
 /// What the schema tells people about the elements and attributes.
 class Annotations
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Validate.h"
 
-#include "Console.h"
+#include "console/Console.h"
 #include "documents/XmlProblems.h"
 
 using JobXml::Problem;

@@ -5,8 +5,8 @@
 
 #include <QHash>
 
-#include "Console.h"
-#include "commands/Suggestion.h"
+#include "text/Printable.h"
+#include "text/Suggestion.h"
 
 using namespace JobXml;
 
@@ -24,9 +24,9 @@ struct Condition
 QString written(const QString &text)
 {
     const auto isSpecial = [](QChar character) { return QStringLiteral("[],=/\"'\\").contains(character); };
-    const bool isPlain = !text.isEmpty() && text == text.trimmed() && text == Console::onOneLine(text)
+    const bool isPlain = !text.isEmpty() && text == text.trimmed() && text == Printable::onOneLine(text)
         && std::none_of(text.begin(), text.end(), isSpecial);
-    return isPlain ? text : Console::quoted(text);
+    return isPlain ? text : Printable::quoted(text);
 }
 
 /// The texts that identify an object; null ones are among them. Values have those of what is chosen.

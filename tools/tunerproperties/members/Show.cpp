@@ -5,8 +5,8 @@
 
 #include <jobxml/Visit.h>
 
-#include "Console.h"
 #include "members/ValueText.h"
+#include "text/Printable.h"
 
 using JobXml::MemberKind;
 using JobXml::MemberView;
@@ -25,7 +25,7 @@ public:
     {
         m_lines(document.GetObjectName());
         const QString version = document.GetInitialVersionLoaded();
-        writeMember(QStringLiteral("Version"), version.isEmpty() ? ValueText::notSet() : Console::quoted(version));
+        writeMember(QStringLiteral("Version"), version.isEmpty() ? ValueText::notSet() : Printable::quoted(version));
         JobXml::visit(document, [this](const MemberView &member) {
             if (isShownAsValue(member))
                 writeMember(member.GetName(), valueOf(member));

@@ -8,8 +8,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
-#include "commands/Suggestion.h"
 #include "members/ValueText.h"
+#include "text/Suggestion.h"
 
 using namespace JobXml;
 

@@ -7,7 +7,7 @@
 
 #include <QStringList>
 
-#include "Console.h"
+#include "text/Printable.h"
 
 namespace ValueText {
 
@@ -43,7 +43,7 @@ QString ofValue(const QVariant &value)
 {
     switch (static_cast<QMetaType::Type>(value.type())) {
     case QMetaType::QString:
-        return value.toString().isNull() ? QStringLiteral("(null)") : Console::quoted(value.toString());
+        return value.toString().isNull() ? QStringLiteral("(null)") : Printable::quoted(value.toString());
     case QMetaType::Float:
         return exactly(value.value<float>());
     case QMetaType::Double:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands/Suggestion.h"
+#include "text/Suggestion.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Console.h"
+#include "console/Console.h"
 
 #include <cerrno>
 #include <mutex>
@@ -9,11 +9,12 @@
 
 #include <QtGlobal>
 
-#include "Printable.h"
-#include "batch/Interruption.h"
+#include "console/Interruption.h"
+#include "text/Printable.h"
 
 // What is told by what() ends at the first NUL, which a document may well hold; escaping twice changes nothing.
-FileFailure::FileFailure(const QString &text) : std::runtime_error(Console::onOneLine(text).toStdString()), m_text(text)
+FileFailure::FileFailure(const QString &text)
+    : std::runtime_error(Printable::onOneLine(text).toStdString()), m_text(text)
 {
 }
 
@@ -46,7 +47,7 @@ void eraseBar()
 
 QByteArray complaint(const QString &text)
 {
-    return "tunerproperties: " + onOneLine(text).toUtf8() + '\n';
+    return "tunerproperties: " + Printable::onOneLine(text).toUtf8() + '\n';
 }
 
 } // namespace
@@ -124,16 +125,6 @@ bool tellAtLast(const QString &text)
     if (!text.isNull())
         writeAll(STDERR_FILENO, complaint(text));
     return true;
-}
-
-QString onOneLine(const QString &text)
-{
-    return Printable::escaped(text, false);
-}
-
-QString quoted(const QString &text)
-{
-    return QLatin1Char('"') + Printable::escaped(text, true) + QLatin1Char('"');
 }
 
 } // namespace Console

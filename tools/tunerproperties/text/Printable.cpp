@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Printable.h"
+#include "text/Printable.h"
 
 #include <algorithm>
 #include <iterator>
@@ -90,7 +90,9 @@ bool isPrintable(uint character)
         && !isIgnorable(character);
 }
 
-QString escaped(const QString &text, bool quotes)
+namespace {
+
+QString escapedText(const QString &text, bool quotes)
 {
     QString result;
     result.reserve(text.size());
@@ -107,6 +109,18 @@ QString escaped(const QString &text, bool quotes)
         i += isPair ? 1 : 0;
     }
     return result;
+}
+
+} // namespace
+
+QString onOneLine(const QString &text)
+{
+    return escapedText(text, false);
+}
+
+QString quoted(const QString &text)
+{
+    return QLatin1Char('"') + escapedText(text, true) + QLatin1Char('"');
 }
 
 QByteArray escaped(const QByteArray &utf8)

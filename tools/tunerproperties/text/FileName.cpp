@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "FileName.h"
+#include "text/FileName.h"
 
-#include "Printable.h"
+#include "text/Printable.h"
 
 QString FileName::shown() const
 {

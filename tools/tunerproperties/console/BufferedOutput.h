@@ -3,7 +3,7 @@
 
 #include <QByteArray>
 
-#include "Console.h"
+#include "console/Console.h"
 
 /// Standard output, written in large pieces, so that an output of any size takes little memory and few system calls.
 class BufferedOutput

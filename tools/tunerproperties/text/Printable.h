@@ -16,8 +16,11 @@ namespace Printable {
 /// Unicode wants ignored where they cannot be displayed.
 bool isPrintable(uint character);
 
-/// The text with `\n`, `\r`, `\t` and `\uXXXX` in place of what is not printable; if `quotes`, `\"` and `\\` as well.
-QString escaped(const QString &text, bool quotes);
+/// The text with `\n`, `\r`, `\t` and `\uXXXX` in place of what is not printable, and so on one line.
+QString onOneLine(const QString &text);
+
+/// The same between quotes, with `\"` and `\\` in place of the quotes and backslashes in it.
+QString quoted(const QString &text);
 
 /// UTF-8 with `\uXXXX` (as in JSON, two of them above U+FFFF) in place of what is not printable, and `\xHH` in place of
 /// bytes that are not UTF-8. Line feeds and tabs stay, since they are layout. JSON remains the same JSON.

@@ -61,10 +61,4 @@ void showBar(const QString &text);
 /// end the process. Returns false, and does nothing, as long as somebody else is writing.
 bool tellAtLast(const QString &text);
 
-/// The text on one line: line ends and all that is not printable as escape sequences.
-QString onOneLine(const QString &text);
-
-/// The text between quotes, with the quotes and backslashes in it escaped as well.
-QString quoted(const QString &text);
-
 } // namespace Console

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "batch/Interruption.h"
+#include "console/Interruption.h"
 
 #include <atomic>
 #include <chrono>
@@ -12,7 +12,7 @@
 
 #include <unistd.h>
 
-#include "Console.h"
+#include "console/Console.h"
 
 namespace Interruption {
 

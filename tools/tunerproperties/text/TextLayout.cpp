@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "commands/TextLayout.h"
+#include "text/TextLayout.h"
 
 #include <algorithm>
 

@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+#include <QXmlStreamWriter>
+
+#include "framework/Behavior.h"
+#include "framework/Child.h"
+#include "framework/Errors.h"
+#include "framework/Member.h"
+#include "framework/Propagation.h"
+
+namespace JobXml {
+
+using REPORTGENERATOR::EnvironmentPointer;
+
+// --- Check -----------------------------------------------------------------------------------------------------------
+
+void DataObject::Check(bool flag) const
+{
+    const Behavior &behavior = ObjectAccess::behavior(*this);
+    if (ObjectAccess::isOfDerivedClass(*this)) {
+        Propagation::propagate(*this);
+        behavior.check(*this, flag, nullptr);
+        return;
+    }
+    try {
+        const EnvironmentPointer environment = Propagation::forChildren(*this);
+        behavior.check(*this, flag, &environment); // one walk for both
+    } catch (...) {
+        Propagation::propagate(*this); // to what the check did not reach
+        throw;
+    }
+}
+
+void DataObject::Check() const
+{
+    Check(false);
+}
+
+void Behavior::check(const DataObject &object, bool flag, const EnvironmentPointer *environment) const
+{
+    Block &own = ObjectAccess::block(object);
+    const ClassInfo &info = ObjectAccess::info(object);
+    const quint16 set = own.flags.all();
+    bool isGood = (set & info.mandatory) == info.mandatory;
+    info.forEach(set & info.mayBeInvalid, [&](const Member &member) { isGood = isGood && !member.isInvalid(own); });
+    if (!isGood)
+        checkMemberByMember(object, own, flag, environment);
+    info.forEach(info.children, [&](const Member &member) { checkChildren(object, own, member, flag, environment); });
+}
+
+// A member is missing or invalid. If a child of an earlier member is too, that problem is the first.
+void Behavior::checkMemberByMember(const DataObject &object, Block &own, bool flag,
+                                   const EnvironmentPointer *environment)
+{
+    for (const Member *member : ObjectAccess::info(object).bitOrder()) {
+        member->check(object, own);
+        checkChildren(object, own, *member, flag, environment);
+    }
+}
+
+void Behavior::checkChildren(const DataObject &object, Block &own, const Member &member, bool flag,
+                             const EnvironmentPointer *environment)
+{
+    const bool isSet = member.isSet(own);
+    if (!environment && ObjectAccess::isOfDerivedClass(object)) {
+        // The derived class may have changed flag and logger, so each child propagates its own.
+        auto checkChild = [=](const DataObject &child, int) { child.Check(flag); };
+        if (isSet)
+            member.forEachChild(own, ChildAction(checkChild));
+        return;
+    }
+    auto checkChild = [=](const DataObject &child, int) {
+        if (environment)
+            Propagation::propagateTo(child, *environment);
+        const Behavior &behavior = ObjectAccess::behavior(child);
+        if (isSet)
+            behavior.check(child, flag, environment);
+        else if (environment)
+            behavior.propagateToChildren(child, Propagation(*environment));
+    };
+    member.forEachChild(own, ChildAction(checkChild));
+}
+
+// --- Problems --------------------------------------------------------------------------------------------------------
+
+namespace {
+
+/// Calls the visitor with the problem that the check throws, if it throws one. The check of a derived class may throw
+/// exceptions of other types than ours.
+template <class Check>
+void collect(const ObjectPath &path, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
+{
+    try {
+        check();
+    } catch (const ReportException &e) {
+        visitor({path, e.GetMessageText(), QString(member)});
+    }
+}
+
+/// The mandatory list that is set but empty. Check() lets it pass, but the object has no data.
+const Member *emptyList(const DataObject &object)
+{
+    const Block &own = ObjectAccess::block(object);
+    for (const Member *member : ObjectAccess::info(object).bitOrder()) {
+        if (member->has(Mandatory) && member->isList() && member->isSet(own) && !member->isPresent(own))
+            return member;
+    }
+    return nullptr;
+}
+
+/// What distinguishes an object from its siblings: its name if it has one, otherwise its position, counted from 1.
+QString label(const DataObject &object, int index)
+{
+    if (const Block *block = ObjectAccess::existingBlock(object)) {
+        for (const Member *member : ObjectAccess::info(object).bitOrder()) {
+            const QString identification = member->identification(*block);
+            if (!identification.isEmpty())
+                return object.GetObjectName() + QLatin1String(" \"") + identification + QLatin1Char('"');
+        }
+    }
+    const QString name = object.GetObjectName();
+    return index < 0 ? name : name + QLatin1Char(' ') + QString::number(index + 1);
+}
+
+/// Whether the writer drops or replaces a character of what the object writes.
+bool losesTextInXml(const DataObject &object)
+{
+    QByteArray xml;
+    QXmlStreamWriter writer(&xml);
+    object.GetXml(writer);
+    writer.writeCharacters(QString(QLatin1Char(' '))); // shows whether the last text ended with half a character
+    return writer.hasError();
+}
+
+} // namespace
+
+QVector<Problem> DataObject::GetProblems() const
+{
+    QVector<Problem> problems;
+    VisitProblems([&](const Problem &problem) { problems.append(problem); });
+    return problems;
+}
+
+void DataObject::VisitProblems(const ProblemVisitor &visitor) const
+{
+    Propagation::propagate(*this);
+    bool isWritten = true; // in one form at least
+    bool isWrittenAsXml = true;
+    const ProblemVisitor visit = [&](const Problem &problem) {
+        isWritten = isWritten && problem.xmlOnly;
+        isWrittenAsXml = false;
+        visitor(problem);
+    };
+    collectProblems({}, visit);
+    if (const Member *empty = emptyList(*this))
+        visit({{}, Errors::emptyList(*this, empty->name()), QString(empty->name())});
+
+    // What a derived class adds to Check(), HasData() and the XML is in no row.
+    if (!ObjectAccess::isOfDerivedClass(*this))
+        return;
+    if (isWritten)
+        collect({}, {}, visit, [&] { Check(); });
+    if (isWritten && !HasData())
+        visit({{}, Errors::withoutData(*this)});
+    if (isWrittenAsXml && losesTextInXml(*this))
+        visit({{}, Errors::ownTextNotForXml(*this), {}, true});
+}
+
+void DataObject::collectProblems(const ObjectPath &path, const ProblemVisitor &visitor) const
+{
+    ObjectAccess::behavior(*this).collectProblems(*this, path, visitor);
+}
+
+void Behavior::collectProblems(const DataObject &object, const ObjectPath &path, const ProblemVisitor &visitor) const
+{
+    Block &own = ObjectAccess::block(object);
+    for (const Member *member : ObjectAccess::info(object).bitOrder()) {
+        collect(path, member->name(), visitor, [&] { member->check(object, own); });
+        const QString refusalByXml = member->refusalByXml(object, own);
+        if (!refusalByXml.isNull())
+            visitor({path, refusalByXml, QString(member->name()), true});
+        auto collectFromChild = [&](const DataObject &child, int index) {
+            const ObjectPath childPath = path.below(label(child, index), {member->name(), index});
+            ObjectAccess::collectProblems(child, childPath, visitor);
+            if (const Member *empty = emptyList(child))
+                collect(childPath, empty->name(), visitor, [&] { member->checkForWriting(object, child); });
+        };
+        if (member->writesChildren(own))
+            member->forEachChild(own, ChildAction(collectFromChild));
+    }
+}
+
+// --- Preparing to write ----------------------------------------------------------------------------------------------
+
+// Check() propagates flag and logger on its way; doing both at once keeps writing at one walk over the tree. A derived
+// class may override either, so for its objects the order of the steps matters: SetValidate() may change the flag that
+// decides whether Check() is called.
+bool prepareToWrite(const DataObject &object)
+{
+    if (ObjectAccess::isOfDerivedClass(object) || !object.GetValidate())
+        Propagation::propagate(object);
+    if (object.GetValidate()) {
+        object.Check();
+        if (object.GetValidate()
+            && !object.HasData()) // tested again: Check() of a derived class may propagate once more
+            return false;
+    }
+    ObjectAccess::block(object);
+    return true;
+}
+
+// Where the parent's check included the child, checking again at every level would multiply the work by the depth.
+bool prepareToWrite(const DataObject &child, Child::Preparation preparation)
+{
+    if (preparation == Child::Preparation::Nothing)
+        return prepareToWrite(child);
+    if (ObjectAccess::environment(child)->validate) {
+        if (preparation != Child::Preparation::Checked)
+            ObjectAccess::behavior(child).check(child, false, nullptr);
+        if (!child.HasData())
+            return false;
+    }
+    ObjectAccess::block(child);
+    return true;
+}
+
+} // namespace JobXml

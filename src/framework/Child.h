@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QXmlStreamReader>
+
+#include "framework/ObjectAccess.h"
+
+namespace JobXml {
+
+class BinaryReader;
+class BinaryWriter;
+class XmlOutput;
+
+/// What rows do with child objects.
+namespace Child {
+
+/// What writing the parent has done for its children: propagated flag and logger, or checked them as well. The
+/// operations that a derived class overrides need not have reached the children.
+enum class Preparation { Nothing, Propagated, Checked };
+
+inline Preparation preparation(const DataObject &parent, bool isChecked)
+{
+    if (ObjectAccess::isOfDerivedClass(parent))
+        return Preparation::Nothing;
+    return isChecked ? Preparation::Checked : Preparation::Propagated;
+}
+
+/// \name Writing
+/// While validating, a child without data writes nothing, and one that has not been checked is checked.
+/// @{
+void writeXml(const DataObject &child, XmlOutput &output, Preparation preparation);
+void writeRecord(const DataObject &child, BinaryWriter &writer, Preparation preparation);
+void writeRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, Preparation preparation);
+void writeSnapshot(const DataObject &child, BinaryWriter &writer);
+/// @}
+
+/// \name Reading
+/// @{
+
+/// Reads the element `name`, on whose start the reader stands. False if the document ends prematurely.
+bool readXml(DataObject &child, QXmlStreamReader &reader, const QString &name);
+void readRecord(DataObject &child, BinaryReader &reader, qint32 length);
+bool readSnapshot(DataObject &child, BinaryReader &reader);
+/// @}
+
+} // namespace Child
+
+/// Whether the object has something to write. Propagates flag and logger, and checks while validating.
+bool prepareToWrite(const DataObject &object);
+/// The same for a child whose parent is being written.
+bool prepareToWrite(const DataObject &child, Child::Preparation preparation);
+
+} // namespace JobXml

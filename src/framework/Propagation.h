@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "framework/ObjectAccess.h"
+
+namespace JobXml {
+
+/// Propagates the validate flag and the logger of an object, or one of the two, to objects below it. Refers to the
+/// environment of the object at the top.
+class Propagation
+{
+public:
+    using EnvironmentPointer = REPORTGENERATOR::EnvironmentPointer;
+    enum What { Validate, Logger, Both };
+
+    explicit Propagation(const EnvironmentPointer &environment, What what = Both)
+        : m_environment(environment), m_what(what)
+    {
+    }
+
+    /// What the children of an object inherit.
+    static EnvironmentPointer forChildren(const DataObject &object)
+    {
+        return ObjectAccess::environment(object).forOtherObjects();
+    }
+    /// The same for a child that is about to be read: a derived class may override GetValidate().
+    static EnvironmentPointer forReading(const DataObject &object);
+
+    /// Propagates the object's own flag and logger to everything below it.
+    static void propagate(const DataObject &object);
+    /// Propagates to one object, and to nothing below it.
+    static void propagateTo(const DataObject &object, const EnvironmentPointer &environment)
+    {
+        ObjectAccess::setEnvironment(object, environment);
+    }
+
+    /// Gives a copy, and everything below it, the flags and loggers of the original.
+    static void copy(const DataObject &original, const DataObject &copy);
+
+    bool validate() const { return m_environment->validate; }
+
+    /// Propagates to an object and everything below it.
+    void propagateTo(const DataObject &object) const;
+    /// Propagates to an environment that is kept for objects to be created later.
+    void propagateTo(EnvironmentPointer &kept) const;
+
+private:
+    const EnvironmentPointer &m_environment;
+    What m_what;
+};
+
+} // namespace JobXml

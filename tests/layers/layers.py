@@ -1,0 +1,55 @@
+"""Which folder may include which: the one table of it, and what it says about an include."""
+
+from dataclasses import dataclass, field
+
+TOOL = "tools/tunerproperties"
+
+
+@dataclass
+class Layer:
+    """A folder, and what its files may include beside each other."""
+
+    folder: str
+    headers: list = field(default_factory=list)  # folders or single files, for all files of the folder
+    sources: list = field(default_factory=list)  # in addition, for those that are no headers
+
+
+# From the bottom up: a folder includes only what is above it in this table, which is below it in the system.
+LAYERS = [
+    Layer("include/reportbase"),
+    Layer("include/tavikappstartup"),
+    Layer("include/jobxml", ["include/reportbase"]),
+    Layer("src/reportbase", ["include/reportbase"]),
+    Layer("src/tavikappstartup", ["include/tavikappstartup"]),
+    # Names no class of the model. Headers of one library do not include private ones of another.
+    Layer("src/framework",
+          ["include/reportbase", "include/jobxml/DataObject.h", "include/jobxml/Visit.h"],
+          ["src/reportbase"]),
+    Layer("src/module", ["include/jobxml", "include/tavikappstartup"], ["src/reportbase"]),
+    Layer("src/values", ["include/jobxml", "src/framework", "src/module"]),
+    Layer("src/tuner", ["include/jobxml", "src/framework", "src/module"]),
+    # The tool knows the libraries by their public headers alone.
+    Layer(f"{TOOL}/text"),
+    Layer(f"{TOOL}/console", [f"{TOOL}/text"]),
+    Layer(f"{TOOL}/members", ["include/jobxml", f"{TOOL}/text"]),
+    Layer(f"{TOOL}/documents",
+          ["include/reportbase", "include/jobxml", f"{TOOL}/text", f"{TOOL}/console", f"{TOOL}/members"]),
+    Layer(f"{TOOL}/html", ["include/jobxml", f"{TOOL}/text", f"{TOOL}/members", f"{TOOL}/documents"]),
+    Layer(f"{TOOL}/batch", [f"{TOOL}/text", f"{TOOL}/console", f"{TOOL}/documents"]),
+    Layer(f"{TOOL}/commands",
+          ["include/reportbase", "include/jobxml", f"{TOOL}/text", f"{TOOL}/console", f"{TOOL}/members",
+           f"{TOOL}/documents", f"{TOOL}/html", f"{TOOL}/batch"]),
+    Layer(f"{TOOL}/pages", ["include/reportbase", f"{TOOL}/documents", f"{TOOL}/commands"]),
+    Layer(TOOL, [f"{TOOL}/console", f"{TOOL}/commands"]),
+]
+
+# Headers of other projects that take seconds to compile, and the only files that include them.
+HEAVY = {"nlohmann/": [f"{TOOL}/documents/JsonText.cpp"]}
+
+# Includes that go against the table still. An entry that is not needed any more is an error.
+EXCEPTIONS = {
+    ("src/framework/Member.h", "reportbase/SameText.h"),
+    ("src/framework/Scalar.h", "reportbase/XmlCharacters.h"),
+    ("src/framework/ShownMember.h", "reportbase/OwnText.h"),
+    ("src/module/UnitStatics.h", "reportbase/OwnText.h"),
+}

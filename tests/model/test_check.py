@@ -1,0 +1,119 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""That scripts/model notices every made part that is not as the model has it: test_check.py PROGRAM"""
+
+from __future__ import annotations
+
+import json
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+PROJECT = Path(__file__).resolve().parents[2]
+PROGRAM = sys.argv.pop(1)
+MADE = ("share/model.json", "share/tuner-properties.xsd", "docs/formats.md", "fuzz/Tags.inc",
+        "fuzz/dictionaries/records.dict", "fuzz/dictionaries/xml.dict", "fuzz/dictionaries/json.dict",
+        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h", "tests/Members.inc")
+
+
+class Check(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.top = Path(folder.name)
+        for path in MADE:
+            (self.top / path).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copyfile(PROJECT / path, self.top / path)
+
+    def run_model(self, *options: str) -> subprocess.CompletedProcess:
+        return subprocess.run([sys.executable, "-B", PROJECT / "scripts/model", "--top", self.top, *options, PROGRAM],
+                              capture_output=True, text=True)
+
+    def change(self, path: str, old: str, new: str) -> int:
+        """Replaces the only line that is like that; returns its number."""
+        lines = (self.top / path).read_text(encoding="utf-8").split("\n")
+        (index,) = (index for index, line in enumerate(lines) if line == old)
+        lines[index : index + 1] = [new] if new else []
+        (self.top / path).write_text("\n".join(lines), encoding="utf-8")
+        return index + 1
+
+    def test_the_project_as_it_is_needs_nothing(self) -> None:
+        check = self.run_model("--check")
+        self.assertEqual((check.returncode, check.stdout, check.stderr), (0, "", ""))
+
+    def test_each_made_part_is_compared_and_the_first_differing_line_named(self) -> None:
+        bandwidth = ("| 1 | `MaxBandwidth` | double | 0 | yes | element | `0xA723FFDA` | always | always |",
+                     "| 1 | `MaxBandwidth` | float | 0 | yes | element | `0xA723FFDA` | always | always |")
+        version = '  "version": "1.1",'
+        required = '    <xs:attribute name="optional" type="Boolean" use="required">'
+        text = "template <> inline char *toString(const JobXml::Node &object) { return JobXml::testText(object); }"
+        accessors = ('    use(Value<T, double>{"MaxBandwidth", &T::GetMaxBandwidth, &T::SetMaxBandwidth, '
+                     "&T::IsMaxBandwidthSet, &T::ResetMaxBandwidth});")
+        for path, old, new in (
+            ("share/model.json", version, '  "version": "1.0",'),
+            ("docs/formats.md", *bandwidth),
+            ("docs/formats.md", "| 2 | `FFP` | `MScan` |", "| 2 | `FFP` | `Scan` |"),
+            ("docs/formats.md", "                ── BandwidthSelection*", ""),
+            ("share/tuner-properties.xsd", required, required.replace(' use="required"', "")),
+            ("share/tuner-properties.xsd", '  <xs:element name="Node" type="NodeType"/>', ""),
+            ("share/tuner-properties.xsd", '      <xs:enumeration value="FFP"/>', ""),
+            ("fuzz/dictionaries/records.dict", r'"\xA7\x23\xFF\xDA"', ""),
+            ("fuzz/dictionaries/xml.dict", '"<MaxBandwidth>"', ""),
+            ("fuzz/dictionaries/json.dict", r'"\"MaxBandwidth\":"', ""),
+            ("fuzz/dictionaries/paths.dict", '"MaxBandwidth"', ""),
+            ("include/jobxml/QtTest.h", text, ""),
+            ("tests/Members.inc", accessors, ""),
+        ):
+            with self.subTest(f"{path}: {old}"):
+                before = (self.top / path).read_text(encoding="utf-8")
+                line = self.change(path, old, new)
+                check = self.run_model("--check")
+                self.assertEqual(check.returncode, 1)
+                self.assertIn(f"{path}:{line}: is not as the model has it; run scripts/model.sh\n", check.stderr)
+                self.assertIn(f"  should be {old}\n", check.stderr)
+                made = self.run_model()
+                self.assertEqual((made.returncode, made.stdout), (0, f"written: {path}\n"))
+                self.assertEqual((self.top / path).read_text(encoding="utf-8"), before)
+
+    def test_a_missing_file_is_made(self) -> None:
+        (self.top / "fuzz/Tags.inc").unlink()
+        self.assertIn("fuzz/Tags.inc:1: is not as the model has it", self.run_model("--check").stderr)
+        self.assertEqual(self.run_model().stdout, "written: fuzz/Tags.inc\n")
+
+    def test_a_declaration_without_documentation_is_named(self) -> None:
+        self.change("share/tuner-properties.xsd",
+                    "          <xs:documentation>The name of the bandwidth.</xs:documentation>",
+                    "          <xs:documentation></xs:documentation>")
+        for options in ((), ("--check",)):
+            check = self.run_model(*options)
+            self.assertEqual(check.returncode, 1)
+            self.assertEqual(check.stderr, "share/tuner-properties.xsd: BandwidthSelection.Name has no documentation; "
+                                           "write it where it is declared\n")
+
+    def test_a_lost_place_is_named(self) -> None:
+        self.change("fuzz/dictionaries/json.dict", "# Names of members, made by scripts/model.sh", "# Names of members")
+        self.assertRegex(self.run_model().stderr, "^fuzz/dictionaries/json.dict: has 0 places that match ")
+
+    def test_the_model_is_documented_as_it_is(self) -> None:
+        model = json.loads((PROJECT / "share/model.json").read_text(encoding="utf-8"))
+        page = (PROJECT / "docs/model.md").read_text(encoding="utf-8")
+        told = set()
+        for chapter in page.split("\n## ")[1:]:
+            told |= {name for line in chapter.splitlines() if line.startswith("| `")
+                     for name in line.split("|")[1].replace("`", "").replace(" ", "").split(",")}
+        members = [member for cls in model["classes"] for member in cls["members"]]
+        used = {key for part in (model, *model["classes"], *members) for key in part}
+        traits = {trait for member in members for trait in member["traits"]}
+        self.assertEqual(told, used | traits)
+        for kind in {member["kind"] for member in members}:
+            self.assertIn(f"`{kind}`", page)
+        example = json.loads(page.split("```json\n")[1].split("```")[0])
+        self.assertEqual({**model, "classes": [cls for cls in model["classes"] if cls["name"] == "BandwidthSelection"]},
+                         example)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,63 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""That what released versions have written stays readable, and that what is new is announced.
+
+released.json is the model of the last release. When a version is released, share/model.json takes its place.
+"""
+
+from __future__ import annotations
+
+import json
+import re
+import unittest
+from pathlib import Path
+
+PROJECT = Path(__file__).resolve().parents[2]
+
+
+def model(path: Path) -> dict[str, dict]:
+    return {cls["name"]: cls for cls in json.loads(path.read_text(encoding="utf-8"))["classes"]}
+
+
+def members(cls: dict) -> dict[str, dict]:
+    return {row["name"]: row for row in cls["members"]}
+
+
+RELEASED = model(PROJECT / "tests/model/released.json")
+PRESENT = model(PROJECT / "share/model.json")
+
+
+class Released(unittest.TestCase):
+    def test_every_released_member_is_where_it_was(self) -> None:
+        for name, released in RELEASED.items():
+            self.assertIn(name, PRESENT)
+            present = PRESENT[name]
+            self.assertEqual(present["identifier"], released["identifier"], name)
+            for row in released["members"]:
+                with self.subTest(f"{name}.{row['name']}"):
+                    now = members(present).get(row["name"], {})
+                    for key in ("kind", "class", "bit", "tag", "xml", "default"):
+                        self.assertEqual(now.get(key), row.get(key), key)
+                    self.assertEqual(now.get("names", [])[: len(row.get("names", []))], row.get("names", []))
+
+    def test_a_tag_goes_with_name_and_type(self) -> None:
+        tags: dict[str, set[tuple]] = {}
+        for cls in PRESENT.values():
+            for row in cls["members"]:
+                tags.setdefault(row["tag"], set()).add((row["name"], row["kind"], row.get("class")))
+        self.assertEqual({tag: uses for tag, uses in tags.items() if len(uses) > 1}, {})
+
+    def test_what_is_new_is_in_the_changelog(self) -> None:
+        changelog = re.sub(r"\s+", " ", (PROJECT / "CHANGELOG.md").read_text(encoding="utf-8"))
+        for name, cls in PRESENT.items():
+            with self.subTest(name):
+                if name not in RELEASED:
+                    self.assertRegex(changelog, rf"\b{name}\b", f"CHANGELOG.md does not mention the new class {name}")
+                    continue
+                for member in members(cls).keys() - members(RELEASED[name]).keys():
+                    self.assertRegex(changelog, rf"\b{name}\b[^.]*\b{member}\b|\b{member}\b[^.]*\b{name}\b",
+                                     f"CHANGELOG.md does not mention the new member {name}.{member}")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include <QtTest>
+
+#include "Model.h"
+
+using namespace JobXml;
+
+/// That the list of the classes is the model: what is written over it leaves out nothing.
+class ClassesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyClassThatADocumentCanHoldIsListedOnce();
+    void theKindsAreTheAlternativesInTheirOrder();
+    void noTwoClassesShareAnIdentifier();
+};
+
+namespace {
+
+template <class List>
+QStringList namesIn()
+{
+    QStringList names;
+    List::forEach([&](auto tag) { names += decltype(tag)::Class::GetStaticObjectName(); });
+    return names;
+}
+
+} // namespace
+
+void ClassesTest::everyClassThatADocumentCanHoldIsListedOnce()
+{
+    QStringList names = namesIn<Classes>();
+    QCOMPARE(names.first(), QStringLiteral("TunerProperties"));
+    names.sort();
+    QCOMPARE(names, Model::classes());
+}
+
+void ClassesTest::theKindsAreTheAlternativesInTheirOrder()
+{
+    QCOMPARE(namesIn<Kinds>(), Model::members(ValueItem()));
+    QCOMPARE(namesIn<Kinds>(), ValueItem::GetChoiceValueItems());
+}
+
+void ClassesTest::noTwoClassesShareAnIdentifier()
+{
+    QSet<qint64> identifiers;
+    Classes::forEach([&](auto tag) { identifiers += decltype(tag)::Class::GetId(); });
+    QCOMPARE(identifiers.size(), Classes::size);
+}
+
+QTEST_GUILESS_MAIN(ClassesTest)
+#include "tst_Classes.moc"
