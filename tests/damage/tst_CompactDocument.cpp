@@ -12,7 +12,7 @@ using namespace Damage;
 
 namespace {
 
-/// Notes which members of which classes are set, and which are not.
+/// Collects the members that are set, and those that are not.
 class MemberNotes
 {
 public:
@@ -43,8 +43,7 @@ private:
 
 } // namespace
 
-/// The document that is damaged in the other tests of this folder leaves nothing out, and neither does what these tests
-/// know of the formats.
+/// The document that the other tests of this folder damage is complete, and so are the rules of these tests.
 class CompactDocumentTest : public QObject
 {
     Q_OBJECT
@@ -123,7 +122,7 @@ void CompactDocumentTest::everyEncodingContainsTheWholeDocument()
     QCOMPARE(listing(fromXml), lines);
     QVERIFY(fromXml == original);
 
-    // And so says who reads by the formats alone.
+    // The expectations of these tests agree.
     Expected expected(QStringLiteral("TunerProperties"));
     const Outcome record = readRecord(expected, recordOf(original));
     QCOMPARE(record.thrown, QString());

@@ -38,8 +38,8 @@ QString readExpected(Expected &state, const RefusalCase &refusal)
 
 } // namespace
 
-/// Each exception that reading can throw, in each class and, but for those of snapshots, from inside a whole document:
-/// what was read before it stays, and the object is as good as any other afterwards.
+/// Each exception that reading can throw, in each class and, except in snapshots, inside a whole document: values read
+/// before it are kept, and the object is usable afterwards.
 class RefusalsWhileReadingTest : public Suite
 {
     Q_OBJECT
@@ -58,7 +58,7 @@ private:
         return validate || refusal.always ? refusal.thrown : QString();
     }
 
-    // Reads it into the object, which holds `state`.
+    // Reads it into the object, whose state is `state`.
     static void tryOne(const ClassUnderTest &readType, const DataObject &good, DataObject &object, Expected state,
                        const RefusalCase &refusal, bool validate)
     {

@@ -11,7 +11,7 @@ QByteArray compressedAt(int level)
     return JobXml::TunerProperties(compactDocument()).GetCompressedBinaryRepresentationAsQByteArray(level);
 }
 
-/// What is to be said about a plain representation of which one bit is flipped; null if it is taken. Reads it.
+/// Reads a plain representation with one flipped bit and returns the error string; null if it is accepted.
 QString errorFor(int bit, const QByteArray &damaged, Expected &state, QString &thrown)
 {
     QDataStream stream(damaged);

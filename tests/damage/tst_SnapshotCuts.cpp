@@ -4,8 +4,8 @@
 using namespace JobXml;
 using namespace Damage;
 
-/// A snapshot ends where its bytes do. It has no checks, and so nothing tells that something is missing; but nothing
-/// that was cut off is ever stored.
+/// A snapshot ends with its bytes. It has no checks, so missing data are not reported, but truncated values are never
+/// stored.
 class SnapshotCutsTest : public QObject
 {
     Q_OBJECT

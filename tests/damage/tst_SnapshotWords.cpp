@@ -3,7 +3,7 @@
 
 using namespace Damage;
 
-/// A snapshot does not say where its lengths and counts are, and one that is damaged may have them anywhere.
+/// The lengths and counts of a damaged snapshot may be anywhere, so every word is replaced.
 class SnapshotWordsTest : public QObject
 {
     Q_OBJECT

@@ -23,7 +23,7 @@ void XmlCutsTest::everyCutIsRefusedWithItsLocation()
     const XmlSweep sweep = cutXmlEverywhere(XmlSource::File, validate);
     QCOMPARE(sweep.wrong, QString());
     QCOMPARE(sweep.all(), compactXml().size());
-    QCOMPARE(sweep.taken, 1); // without the line end behind the root element it is whole
+    QCOMPARE(sweep.taken, 1); // without the line end after the root element it is complete
     QCOMPARE(sweep.refused, sweep.all() - 1);
 }
 
@@ -38,7 +38,7 @@ void XmlCutsTest::everyCutOfATextIsRefusedWithItsLocation()
     QCOMPARE(sweep.thrown, 0);
 }
 
-// Content that is complete and refused comes first: that the text breaks off behind it makes no difference.
+// The complete element before the end is refused first, so truncating the text after it makes no difference.
 void XmlCutsTest::everyCutAfterARefusedElementThrowsItsRefusal()
 {
     QByteArray whole = compactXml();

@@ -33,7 +33,7 @@ void restore(DataObject &object, const DataObject &original)
     });
 }
 
-/// Everything that a visitor can find out.
+/// Everything that a visitor receives.
 QString allOf(const DataObject &object)
 {
     QString text;
@@ -49,7 +49,7 @@ QString allOf(const DataObject &object)
 
 } // namespace
 
-/// What holds for visitors of every class.
+/// visit() for every class.
 class EveryClassVisitTest : public Suite
 {
     Q_OBJECT

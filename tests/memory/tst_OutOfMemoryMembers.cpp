@@ -253,8 +253,8 @@ Group groupOf()
 
 } // namespace
 
-/// Memory runs out while a member is set, appended to, reset or asked for, in every place once. Whatever fails leaves
-/// the object as it was.
+/// Memory runs out while a member is set, appended to, reset or read, in every place once. A failure leaves the object
+/// unchanged.
 class OutOfMemoryMembersTest : public QObject
 {
     Q_OBJECT

@@ -18,7 +18,7 @@ const Samples<TunerProperties> &documents()
     return samples<TunerProperties>();
 }
 
-// --- What is given to an operation, and what must come of it ---------------------------------------------------------
+// --- The input and the expected result of an operation ---------------------------------------------------------------
 
 void nothing(Document &) { }
 
@@ -37,7 +37,7 @@ bool heldListIsUnchanged(Document &o)
         && snapshotOf(held.constFirst()) == snapshotOf(documents().other.GetComponent().constFirst());
 }
 
-/// The target lacks two things, one of them deep inside.
+/// The target lacks two members, one of them in a nested object.
 void somethingMissing(Document &o)
 {
     o.target.Resettype();
@@ -220,7 +220,7 @@ private:
         add("merge, held list", Begins::Filled, aHeldList, merge, merged, Leaves::Parts, heldListIsUnchanged);
 
         // An unset list with items in it: a snapshot can clear the flag, and reads no more here. The caller holds the
-        // list, so that whoever wants to change it has to make copies first.
+        // list, so that changing it makes copies first.
         add(
             "modify an unset list", Begins::Filled,
             [](Document &o) {

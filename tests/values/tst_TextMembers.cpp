@@ -74,7 +74,7 @@ const QVector<TextMember> &textMembers()
 
 } // namespace
 
-/// Texts come back as they were written, whatever is in them.
+/// Texts of any content are read back as they were written.
 class TextMembersTest : public QObject
 {
     Q_OBJECT

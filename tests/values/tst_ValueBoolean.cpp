@@ -10,7 +10,7 @@ namespace {
 const char missingId[] = "OutOfRangeException: ValueBoolean: Please set id properly.";
 const char missingValue[] = "OutOfRangeException: ValueBoolean: Please set value properly.";
 
-/// Notes how the base calls its operations.
+/// Records how the base calls its operations.
 class Observed : public ValueBoolean
 {
 public:
@@ -28,7 +28,7 @@ public:
 
 } // namespace
 
-/// The state of a switch, on which the state of every class is modelled.
+/// The state of a switch, as an example for the state of every class.
 class ValueBooleanTest : public QObject
 {
     Q_OBJECT
@@ -220,7 +220,7 @@ void ValueBooleanTest::checkNamesTheFirstMissingMemberOnly()
     object.Resetvalue();
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingValue));
 
-    object.SetValidate(false); // a check that is asked for does not depend on the flag
+    object.SetValidate(false); // an explicit check does not depend on the flag
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingValue));
 }
 

@@ -16,7 +16,7 @@ const char record[] = "00 00 00 16" // 22 bytes
 
 } // namespace
 
-/// A switch as tagged record, on which the records of every class are modelled.
+/// A switch as tagged record, as an example for the records of every class.
 class ValueBooleanRecordsTest : public QObject
 {
     Q_OBJECT
@@ -302,7 +302,7 @@ void ValueBooleanRecordsTest::valuesReadBeforeALengthErrorAreKept()
 
 void ValueBooleanRecordsTest::memberIsReadByItsTypeRegardlessOfItsLength()
 {
-    // The lengths add up although the value's is one too long; the byte that is left over is nobody's.
+    // The lengths add up although the value's is one too long; the remaining byte is not read.
     QDataStream stream(bytes("89 53 7E 94 00 00 00 02 01 55"));
     ValueBoolean object;
     object.SetBinary(stream, 10);

@@ -3,7 +3,7 @@
 
 using namespace JobXml;
 
-/// A switch as snapshot: the flags as they are and the values behind them, nothing checked.
+/// A switch as snapshot: the flags, followed by the values, without checks.
 class ValueBooleanSnapshotTest : public QObject
 {
     Q_OBJECT

@@ -18,7 +18,7 @@ ValueBoolean readFrom(const char *element, bool validate = true)
 
 } // namespace
 
-/// A switch in XML, on which the XML of every class is modelled.
+/// A switch in XML, as an example for the XML of every class.
 class ValueBooleanXmlTest : public QObject
 {
     Q_OBJECT
@@ -303,7 +303,7 @@ void ValueBooleanXmlTest::unknownElementsAreSkippedWithTheirContent()
 
 void ValueBooleanXmlTest::aNestedElementOfTheSameNameEndsTheSkipping()
 {
-    // Skipping looks for the name, not for the end: the second "other" ends it, and what follows is read again.
+    // Skipping searches for the name, not for the end: the second "other" ends it, and the content after it is read.
     const ValueBoolean object = readFrom("<ValueBoolean><other><id>no</id><other><id>inner</id></other>"
                                          "<value>true</value></other></ValueBoolean>");
     QVERIFY(object == sample<ValueBoolean>("inner", true));
@@ -315,7 +315,7 @@ void ValueBooleanXmlTest::nestedElementWithTheObjectsNameEndsReading()
         readFrom("<ValueBoolean><ValueBoolean id=\"no\"/><id>a</id><value>true</value></ValueBoolean>");
     QVERIFY(once == sample<ValueBoolean>("a", true));
 
-    // The skipping ends at the inner start, and the reading at the first end that carries the object's own name.
+    // Skipping ends at the inner start, and reading at the first end tag with the object's own name.
     const ValueBoolean twice = readFrom("<ValueBoolean><id>a</id><ValueBoolean><ValueBoolean/></ValueBoolean>"
                                         "<value>true</value></ValueBoolean>");
     QCOMPARE(twice.Getid(), QStringLiteral("a"));

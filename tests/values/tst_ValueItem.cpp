@@ -16,7 +16,7 @@ const char notInitialized[] =
 
 } // namespace
 
-/// The choice itself: what chooses, what marks, what counts. Its encodings are tested in tst_ValueItemEncodings.
+/// The choice itself: selecting, setting flags, comparing. Its encodings are tested in tst_ValueItemEncodings.
 class ValueItemTest : public QObject
 {
     Q_OBJECT
@@ -392,7 +392,7 @@ void ValueItemTest::checkPassesWithoutValidation()
 
 void ValueItemTest::checkDoesNotEnterTheAlternative()
 {
-    // A list of texts that has data, but an item that has not.
+    // A list of texts that has data, with an item that has none.
     ValueItem item;
     item.SetValueStringList(sampleStringList());
     item.GetValueStringList().SetStringItem({StringItem()});

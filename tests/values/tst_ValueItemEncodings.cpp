@@ -10,7 +10,7 @@ using namespace ValueItemKinds;
 
 namespace {
 
-/// An item whose chosen alternative is not set, and which does not mind.
+/// An item whose chosen alternative is not set. It does not validate, so it can be written.
 ValueItem chosenButNotSet()
 {
     ValueItem item = withoutValidation();

@@ -178,7 +178,7 @@ void ValueSelectionTest::flagAndLoggerPropagateToTheOptions()
         QCOMPARE(each.GetLogger(), logger);
     }
     object.AppendSelectionItem(option("c", 3));
-    object.Check(); // hands down to what has joined since
+    object.Check(); // propagates to items appended since
     QCOMPARE(std::as_const(object).GetSelectionItem().at(2).GetValidate(), false);
     QCOMPARE(std::as_const(object).GetSelectionItem().at(2).GetLogger(), logger);
 }

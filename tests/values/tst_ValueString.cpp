@@ -12,7 +12,7 @@ ValueString aText(const char *id, const char *value)
     return sample<ValueString>(id, QString::fromUtf8(value));
 }
 
-/// Reads a record that holds an id and something else into an object of another class.
+/// Reads a record with an id and an unknown member into an object of another class.
 template <class Object>
 void readsTheIdOfOtherClasses()
 {
@@ -20,7 +20,7 @@ void readsTheIdOfOtherClasses()
     readRecord(object,
                bytes("00 00 00 1B" // 27 bytes
                      "2B 26 2D C9 00 00 00 05 00 00 00 01 73" // id "s"
-                     "CE FF 51 BB 00 00 00 06 00 00 00 02 6F 6E")); // a value of a class that nobody here is
+                     "CE FF 51 BB 00 00 00 06 00 00 00 02 6F 6E")); // a tag that no class here knows
     QCOMPARE(object.Getid(), QStringLiteral("s"));
     QVERIFY(object.IsidSet());
     QVERIFY(!object.IsvalueSet());
@@ -199,7 +199,7 @@ void ValueStringTest::elementsAreReadLikeAttributes()
     readXml(object,
             QStringLiteral("<ValueString id=\"no\" value=\"no\"><other><value>no</value></other><value> on </value>"
                            "<id>s</id></ValueString>"));
-    QVERIFY(object == aText("s", " on ")); // as it stands, blanks included
+    QVERIFY(object == aText("s", " on ")); // unchanged, including blanks
     readXml(object, QStringLiteral("<ValueString value=\" off \"/>"));
     QVERIFY(object == aText("s", " off "));
 }

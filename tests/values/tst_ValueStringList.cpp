@@ -161,7 +161,7 @@ void ValueStringListTest::flagAndLoggerPropagateToTheItems()
         QCOMPARE(text.GetLogger(), logger);
     }
     object.AppendStringItem(textItem("Z"));
-    object.Check(); // hands down to what has joined since
+    object.Check(); // propagates to items appended since
     QCOMPARE(std::as_const(object).GetStringItem().at(2).GetValidate(), false);
     QCOMPARE(std::as_const(object).GetStringItem().at(2).GetLogger(), logger);
 }

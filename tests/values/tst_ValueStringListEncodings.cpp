@@ -415,7 +415,7 @@ void ValueStringListEncodingsTest::manySmallRecordsMakeTheListGrowInLeaps()
         leaps += std::as_const(object).GetStringItem().capacity() != before;
     }
     QCOMPARE(object.GetStringItem().size(), 1000);
-    QVERIFY2(leaps < 50, qPrintable(QString::number(leaps))); // each leap copies what is there
+    QVERIFY2(leaps < 50, qPrintable(QString::number(leaps))); // each leap copies all items
 }
 
 QTEST_GUILESS_MAIN(ValueStringListEncodingsTest)
