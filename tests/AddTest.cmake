@@ -1,34 +1,123 @@
-# Whatever a test program writes as XML while validating is kept in a folder of its own, by WrittenXml.cpp, and the test
+# Whatever a suite writes as XML while validating is kept in a folder of its own, by WrittenXml.cpp, and the test
 # "written_xml_is_valid" in schema/ holds it against the schema once all of them have run.
 set(TP_WRITTEN_XML_DIR ${PROJECT_BINARY_DIR}/tests/written_xml)
-add_library(written_xml OBJECT ${CMAKE_CURRENT_LIST_DIR}/WrittenXml.cpp)
-tp_target_defaults(written_xml)
-target_link_libraries(written_xml PUBLIC TunerProperties ${CMAKE_DL_LIBS})
 
-# Qt Test, which every program includes, is taken in once: it is most of what compiling a test takes.
-add_library(tests_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/Precompiled.cpp)
+# Qt Test, which every suite includes, is taken in once: it is most of what compiling a suite takes.
+add_library(tests_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/Suites.cpp)
 tp_target_defaults(tests_pch)
 target_link_libraries(tests_pch PRIVATE Qt5::Test)
 target_precompile_headers(tests_pch PRIVATE <QtTest>)
 
-# tp_add_test(tst_Name [KEEPS_NO_XML] [LABELS label...] [SOURCES more.cpp...] [LIBRARIES target...])
-# One Qt Test program from tst_Name.cpp, run by CTest under its name.
-# KEEPS_NO_XML is for programs that count what the library does or make it fail, which keeping would disturb.
-function(tp_add_test name)
-    cmake_parse_arguments(arg "KEEPS_NO_XML" "" "LABELS;SOURCES;LIBRARIES" ${ARGN})
-    add_executable(${name} ${name}.cpp ${arg_SOURCES})
+# tp_add_test_objects(name SOURCES file... [LIBRARIES target...])
+# What several suites or programs use, compiled once. Programs name it among their LIBRARIES.
+function(tp_add_test_objects name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
+    add_library(${name} OBJECT ${arg_SOURCES})
     tp_target_defaults(${name})
-    set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    target_compile_definitions(${name} PRIVATE EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
+    target_link_libraries(${name} PUBLIC ${arg_LIBRARIES})
+endfunction()
+
+set(tests ${CMAKE_CURRENT_LIST_DIR})
+tp_add_test_objects(written_xml SOURCES ${tests}/WrittenXml.cpp LIBRARIES TunerProperties ${CMAKE_DL_LIBS})
+tp_add_test_objects(watched_heap SOURCES ${tests}/Heap.cpp)
+tp_add_test_objects(generator SOURCES ${tests}/interop/Generator.cpp LIBRARIES TunerProperties)
+
+# tp_add_test_program(test_name [TOGETHER number] [SOURCES file...] [LIBRARIES target...] [DEFINITIONS definition...]
+#                     [DEPENDS target...])
+# A program for the suites of a folder, which tp_add_test() then adds to it. So many of them are compiled together, each
+# in a namespace of its own. A folder has several programs if its suites cannot all be linked with the same.
+function(tp_add_test_program name)
+    cmake_parse_arguments(arg "" "TOGETHER" "SOURCES;LIBRARIES;DEFINITIONS;DEPENDS" ${ARGN})
+    add_executable(${name} ${arg_SOURCES} $<TARGET_OBJECTS:tests_pch>)
+    tp_target_defaults(${name})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+    target_include_directories(${name} PRIVATE
+        ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_BINARY_DIR}/${name})
+    target_compile_definitions(${name} PRIVATE EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples" ${arg_DEFINITIONS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt5::Test)
     target_precompile_headers(${name} REUSE_FROM tests_pch)
-    add_test(NAME ${name} COMMAND ${name})
+    # The suites are included, but by one source each: what has no linkage there is no header's.
+    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    if(arg_DEPENDS)
+        add_dependencies(${name} ${arg_DEPENDS})
+    endif()
+    if(NOT arg_TOGETHER)
+        set(arg_TOGETHER 4)
+    endif()
+    set_target_properties(${name} PROPERTIES TP_TOGETHER ${arg_TOGETHER} TP_LIBRARIES "${arg_LIBRARIES}")
+    set_property(DIRECTORY PROPERTY TP_TEST_PROGRAM ${name})
+    cmake_language(EVAL CODE "cmake_language(DEFER CALL tp_gather_suites ${name})")
+endfunction()
+
+# tp_add_test(tst_Name [ALONE] [KEEPS_NO_XML] [LABELS label...])
+# The suite of tst_Name.cpp: of the program that was added last in this folder, and run by CTest under its name, in a
+# process of its own. There is a target of that name as well, which builds what the suite takes.
+# ALONE is for suites that are not compiled together with others, because something in them cannot stand in a namespace.
+# KEEPS_NO_XML is for suites that count what the library does or make it fail, which keeping would disturb.
+function(tp_add_test name)
+    cmake_parse_arguments(arg "ALONE;KEEPS_NO_XML" "" "LABELS" ${ARGN})
+    get_property(program DIRECTORY PROPERTY TP_TEST_PROGRAM)
+    if(arg_ALONE)
+        set_property(TARGET ${program} APPEND PROPERTY TP_ALONE ${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp)
+    else()
+        set_property(TARGET ${program} APPEND PROPERTY TP_SUITES ${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp)
+    endif()
+    add_custom_target(${name} DEPENDS ${program})
+    add_test(NAME ${name} COMMAND ${program} ${name})
     set(environment "LC_ALL=C.UTF-8" "QT_LOGGING_RULES=")
-    if(TunerProperties IN_LIST arg_LIBRARIES AND NOT arg_KEEPS_NO_XML)
-        target_link_libraries(${name} PRIVATE written_xml)
+    get_target_property(libraries ${program} TP_LIBRARIES)
+    if(written_xml IN_LIST libraries AND NOT arg_KEEPS_NO_XML)
         list(APPEND environment "TUNERPROPERTIES_WRITTEN_XML=${TP_WRITTEN_XML_DIR}/${name}")
         set_property(TARGET written_xml APPEND PROPERTY TP_WRITERS ${name})
     endif()
     set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 120 ENVIRONMENT "${environment}")
+endfunction()
+
+# At the end of the folder, when all its suites are known.
+function(tp_gather_suites program)
+    get_target_property(together ${program} TP_TOGETHER)
+    get_target_property(suites ${program} TP_SUITES)
+    get_target_property(alone ${program} TP_ALONE)
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/${program})
+    set(arguments)
+    set(units)
+    set(mocs)
+    set(in_unit ${together})
+    macro(add_unit)
+        list(LENGTH units number)
+        math(EXPR number "${number} + 1")
+        list(APPEND units ${folder}/suites_${number}.cpp)
+        list(APPEND arguments --unit)
+        set(in_unit 0)
+    endmacro()
+    macro(add_suite suite)
+        list(APPEND arguments ${suite})
+        cmake_path(GET suite STEM stem)
+        list(APPEND mocs ${folder}/${stem}.moc)
+        math(EXPR in_unit "${in_unit} + 1")
+    endmacro()
+    if(NOT suites)
+        set(suites)
+    endif()
+    foreach(suite IN LISTS suites)
+        if(in_unit EQUAL together)
+            add_unit()
+        endif()
+        add_suite(${suite})
+    endforeach()
+    if(alone)
+        foreach(suite IN LISTS alone)
+            add_unit()
+            add_suite(${suite})
+            list(APPEND suites ${suite})
+        endforeach()
+    endif()
+    add_custom_command(OUTPUT ${units} BYPRODUCTS ${mocs}
+        COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/gather.py $<TARGET_FILE:Qt5::moc> ${folder} ${arguments}
+        DEPENDS ${PROJECT_SOURCE_DIR}/tests/gather.py ${suites}
+        COMMENT "Gathering the suites of ${program}"
+        VERBATIM)
+    target_sources(${program} PRIVATE ${units})
 endfunction()

@@ -190,5 +190,5 @@ void BaseSnippets::streamIsSplitIntoRepresentations()
     QVERIFY(splitter.GetErrorString().isNull());
 }
 
-QTEST_GUILESS_MAIN(BaseSnippets)
+TEST_SUITE(BaseSnippets)
 #include "tst_BaseSnippets.moc"

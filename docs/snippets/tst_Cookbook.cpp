@@ -336,5 +336,5 @@ void Cookbook::defaultsFillWhatIsMissing()
     QVERIFY(merged == expected); // the base resource is the document's
 }
 
-QTEST_GUILESS_MAIN(Cookbook)
+TEST_SUITE(Cookbook)
 #include "tst_Cookbook.moc"

@@ -347,5 +347,5 @@ void CookbookDifferences::everyDocumentThatDiffersProducesALine()
     }
 }
 
-QTEST_GUILESS_MAIN(CookbookDifferences)
+TEST_SUITE(CookbookDifferences)
 #include "tst_CookbookDifferences.moc"

@@ -72,5 +72,5 @@ void CookbookSignals::aDocumentFitsIntoAVariant()
     QCOMPARE(QByteArray(variant.typeName()), QByteArrayLiteral("JobXml::TunerProperties"));
 }
 
-QTEST_GUILESS_MAIN(CookbookSignals)
+TEST_SUITE(CookbookSignals)
 #include "tst_CookbookSignals.moc"

@@ -557,5 +557,5 @@ void CookbookSocket::refusalIsReportedOnceWhenASlotLetsMoreArrive()
     QCOMPARE(connection.failures.size(), 1);
 }
 
-QTEST_GUILESS_MAIN(CookbookSocket)
+TEST_SUITE(CookbookSocket)
 #include "tst_CookbookSocket.moc"

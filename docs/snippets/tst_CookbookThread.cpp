@@ -52,5 +52,5 @@ void CookbookThread::aCopyIsSavedInAnotherThread()
     QVERIFY_EXCEPTION_THROWN(saveInBackground(JobXml::TunerProperties(), path).get(), OutOfRangeException);
 }
 
-QTEST_GUILESS_MAIN(CookbookThread)
+TEST_SUITE(CookbookThread)
 #include "tst_CookbookThread.moc"

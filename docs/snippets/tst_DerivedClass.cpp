@@ -584,5 +584,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DerivedClassTest)
+TEST_SUITE(DerivedClassTest)
 #include "tst_DerivedClass.moc"

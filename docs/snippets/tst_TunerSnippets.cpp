@@ -253,5 +253,5 @@ void TunerSnippets::visitorsMayChangeMembers()
     QVERIFY(component == expected);
 }
 
-QTEST_GUILESS_MAIN(TunerSnippets)
+TEST_SUITE(TunerSnippets)
 #include "tst_TunerSnippets.moc"

@@ -229,5 +229,5 @@ void ValueSnippets::aStringItemIsOneText()
     QCOMPARE(std::as_const(list).GetStringItem().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(ValueSnippets)
+TEST_SUITE(ValueSnippets)
 #include "tst_ValueSnippets.moc"

@@ -175,5 +175,5 @@ void CompactDocumentTest::heapIsCounted()
     QVERIFY(another.bytes() < 100000);
 }
 
-QTEST_GUILESS_MAIN(CompactDocumentTest)
+TEST_SUITE(CompactDocumentTest)
 #include "tst_CompactDocument.moc"

@@ -136,5 +136,5 @@ void DensestInputTest::cleanupTestCase()
 double DensestInputTest::densest = 0;
 QString DensestInputTest::densestIsIn;
 
-QTEST_GUILESS_MAIN(DensestInputTest)
+TEST_SUITE(DensestInputTest)
 #include "tst_DensestInput.moc"

@@ -208,7 +208,8 @@ qint64 residentWhileReading(const QString &path, bool isXml, bool validate)
 {
     QProcess reader;
     reader.start(QCoreApplication::applicationFilePath(),
-                 {QStringLiteral("--read"), path, QString::number(isXml), QString::number(validate)});
+                 {QStringLiteral("tst_MemoryOfReading"), QStringLiteral("--read"), path, QString::number(isXml),
+                  QString::number(validate)});
     if (!reader.waitForFinished(-1) || reader.exitStatus() != QProcess::NormalExit || reader.exitCode() != 0)
         return -1;
     return reader.readAllStandardOutput().trimmed().toLongLong();
@@ -321,7 +322,7 @@ void MemoryOfReadingTest::heapStaysWithinTheBoundForTextsInMemory()
     QVERIFY2(peak.bytes() <= 200LL * open.size(), qPrintable(QString::number(peak.bytes())));
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     if (application.arguments().value(1) == QLatin1String("--read"))
@@ -330,4 +331,5 @@ int main(int argc, char **argv)
     return QTest::qExec(&test, argc, argv);
 }
 
+TEST_SUITE_RUN_BY(run)
 #include "tst_MemoryOfReading.moc"

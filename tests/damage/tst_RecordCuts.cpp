@@ -130,5 +130,5 @@ void RecordCutsTest::everyCutOfARepresentationFromAPipeIsRefusedBeforeItIsRead()
     }
 }
 
-QTEST_GUILESS_MAIN(RecordCutsTest)
+TEST_SUITE(RecordCutsTest)
 #include "tst_RecordCuts.moc"

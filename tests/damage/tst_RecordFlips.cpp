@@ -18,5 +18,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RecordFlipsTest)
+TEST_SUITE(RecordFlipsTest)
 #include "tst_RecordFlips.moc"

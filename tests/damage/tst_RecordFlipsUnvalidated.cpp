@@ -18,5 +18,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(RecordFlipsUnvalidatedTest)
+TEST_SUITE(RecordFlipsUnvalidatedTest)
 #include "tst_RecordFlipsUnvalidated.moc"

@@ -161,5 +161,5 @@ void RecordWordsTest::noHostileWordPassesForAGoodDocument()
     });
 }
 
-QTEST_GUILESS_MAIN(RecordWordsTest)
+TEST_SUITE(RecordWordsTest)
 #include "tst_RecordWords.moc"

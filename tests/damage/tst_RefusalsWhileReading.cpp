@@ -125,5 +125,5 @@ void RefusalsWhileReadingTest::everyRefusalLeavesTheDocumentAroundItUsable()
     }
 }
 
-QTEST_GUILESS_MAIN(RefusalsWhileReadingTest)
+TEST_SUITE(RefusalsWhileReadingTest)
 #include "tst_RefusalsWhileReading.moc"

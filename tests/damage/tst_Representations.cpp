@@ -194,5 +194,5 @@ void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedWithoutAllocating
     QVERIFY(!document.IsInitialized());
 }
 
-QTEST_GUILESS_MAIN(RepresentationsTest)
+TEST_SUITE(RepresentationsTest)
 #include "tst_Representations.moc"

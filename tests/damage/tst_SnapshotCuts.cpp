@@ -40,5 +40,5 @@ void SnapshotCutsTest::truncatedItemsAreNotAppended()
     }
 }
 
-QTEST_GUILESS_MAIN(SnapshotCutsTest)
+TEST_SUITE(SnapshotCutsTest)
 #include "tst_SnapshotCuts.moc"

@@ -22,5 +22,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SnapshotFlipsTest)
+TEST_SUITE(SnapshotFlipsTest)
 #include "tst_SnapshotFlips.moc"

@@ -22,5 +22,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SnapshotWordsTest)
+TEST_SUITE(SnapshotWordsTest)
 #include "tst_SnapshotWords.moc"

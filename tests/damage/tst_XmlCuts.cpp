@@ -54,5 +54,5 @@ void XmlCutsTest::everyCutAfterARefusedElementThrowsItsRefusal()
     }
 }
 
-QTEST_GUILESS_MAIN(XmlCutsTest)
+TEST_SUITE(XmlCutsTest)
 #include "tst_XmlCuts.moc"

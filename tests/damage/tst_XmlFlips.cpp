@@ -20,5 +20,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(XmlFlipsTest)
+TEST_SUITE(XmlFlipsTest)
 #include "tst_XmlFlips.moc"

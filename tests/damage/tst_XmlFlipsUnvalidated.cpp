@@ -20,5 +20,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(XmlFlipsUnvalidatedTest)
+TEST_SUITE(XmlFlipsUnvalidatedTest)
 #include "tst_XmlFlipsUnvalidated.moc"

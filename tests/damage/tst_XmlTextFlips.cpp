@@ -23,5 +23,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(XmlTextFlipsTest)
+TEST_SUITE(XmlTextFlipsTest)
 #include "tst_XmlTextFlips.moc"

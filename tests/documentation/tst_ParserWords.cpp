@@ -79,5 +79,5 @@ private Q_SLOTS:
     void theManualListsNoOthers() { QCOMPARE(listed(), m_provoked); }
 };
 
-QTEST_GUILESS_MAIN(ParserWordsTest)
+TEST_SUITE(ParserWordsTest)
 #include "tst_ParserWords.moc"

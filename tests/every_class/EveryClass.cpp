@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ClassUnderTest.h"
+#include "Suite.h"
 
 #include "Documents.h"
 
@@ -152,3 +152,5 @@ void addEveryClass()
     add<StringItem>("StringItem", fillStringItem, 0xEBB03A60, R"(<StringItem value=""/>)",
                     "OutOfRangeException: StringItem: Please set value properly.");
 }
+
+#include "moc_Suite.cpp"

@@ -334,5 +334,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(EveryClassEncodingsTest)
+TEST_SUITE(EveryClassEncodingsTest)
 #include "tst_EveryClassEncodings.moc"

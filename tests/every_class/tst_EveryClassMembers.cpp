@@ -85,5 +85,5 @@ private:
     static QString marked(QString text) { return text.replace(QStringLiteral("? "), QStringLiteral("! ")); }
 };
 
-QTEST_GUILESS_MAIN(EveryClassMembersTest)
+TEST_SUITE(EveryClassMembersTest)
 #include "tst_EveryClassMembers.moc"

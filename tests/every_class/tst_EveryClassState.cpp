@@ -219,5 +219,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(EveryClassStateTest)
+TEST_SUITE(EveryClassStateTest)
 #include "tst_EveryClassState.moc"

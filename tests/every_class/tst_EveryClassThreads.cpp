@@ -276,5 +276,5 @@ void EveryClassThreadsTest::everyOperationRunsConcurrentlyWithEveryOther()
     QCOMPARE(complaints.mid(0, 3), QStringList()); // the others say the same
 }
 
-QTEST_GUILESS_MAIN(EveryClassThreadsTest)
+TEST_SUITE(EveryClassThreadsTest)
 #include "tst_EveryClassThreads.moc"

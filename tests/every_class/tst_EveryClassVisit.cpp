@@ -135,5 +135,5 @@ private:
     QString m_text;
 };
 
-QTEST_APPLESS_MAIN(EveryClassVisitTest)
+TEST_SUITE_WITHOUT_APPLICATION(EveryClassVisitTest)
 #include "tst_EveryClassVisit.moc"

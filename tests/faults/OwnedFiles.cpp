@@ -110,3 +110,5 @@ QByteArray OwnedFilesTest::callsOf(const char *name) const
     const QByteArray calls = FaultyCalls::end();
     return reason.isNull() ? calls : QByteArray();
 }
+
+#include "moc_OwnedFiles.cpp"

@@ -466,5 +466,5 @@ void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept()
     }
 }
 
-QTEST_GUILESS_MAIN(ConvertFaultsTest)
+TEST_SUITE(ConvertFaultsTest)
 #include "tst_ConvertFaults.moc"

@@ -157,7 +157,7 @@ void FullDiskTest::aReadOnlyDiskLeavesTheOldDocument()
     QCOMPARE(disk.folder().read(target), old);
 }
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     // What is mounted from here on is seen by this process alone, and gone with it.
     const bool isAlone = unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
@@ -169,4 +169,6 @@ int main(int argc, char **argv)
     FullDiskTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_SUITE_RUN_BY(run)
 #include "tst_FullDisk.moc"

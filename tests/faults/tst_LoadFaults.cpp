@@ -249,5 +249,5 @@ void LoadFaultsTest::aFileThatShrinksIsAnError()
     QVERIFY(!read.AnyData());
 }
 
-QTEST_GUILESS_MAIN(LoadFaultsTest)
+TEST_SUITE(LoadFaultsTest)
 #include "tst_LoadFaults.moc"

@@ -119,5 +119,5 @@ void NewFileTest::descriptorsOfOthersStayOpen()
     QVERIFY(fcntl(0, F_GETFD) != -1);
 }
 
-QTEST_GUILESS_MAIN(NewFileTest)
+TEST_SUITE(NewFileTest)
 #include "tst_NewFile.moc"

@@ -612,5 +612,5 @@ void SaveAccessTest::aFileThatIsOpenToMoreUsersInTheEndIsRefused()
     QCOMPARE(names(), QStringList(QStringLiteral("a")));
 }
 
-QTEST_GUILESS_MAIN(SaveAccessTest)
+TEST_SUITE(SaveAccessTest)
 #include "tst_SaveAccess.moc"

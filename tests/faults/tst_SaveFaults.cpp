@@ -368,5 +368,5 @@ void SaveFaultsTest::aLongNameInBetweenIsCutBetweenCharacters()
              qPrintable(names.first()));
 }
 
-QTEST_GUILESS_MAIN(SaveFaultsTest)
+TEST_SUITE(SaveFaultsTest)
 #include "tst_SaveFaults.moc"

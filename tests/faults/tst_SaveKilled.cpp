@@ -174,5 +174,5 @@ void SaveKilledTest::meanwhileReadersSeeWholeDocuments()
     FaultyCalls::end();
 }
 
-QTEST_GUILESS_MAIN(SaveKilledTest)
+TEST_SUITE(SaveKilledTest)
 #include "tst_SaveKilled.moc"

@@ -210,5 +210,5 @@ void SaveLinksTest::aFileWithoutANameIsNotReplaced()
     QCOMPARE(names(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(SaveLinksTest)
+TEST_SUITE(SaveLinksTest)
 #include "tst_SaveLinks.moc"

@@ -171,5 +171,5 @@ void SaveRacesTest::attributesMayChangeMeanwhile()
     }
 }
 
-QTEST_GUILESS_MAIN(SaveRacesTest)
+TEST_SUITE(SaveRacesTest)
 #include "tst_SaveRaces.moc"

@@ -360,5 +360,5 @@ void SaveTargetsTest::aSizeLimitThatKillsLeavesTheOldFile()
     checkThatItIsSaved(QStringLiteral("document"));
 }
 
-QTEST_GUILESS_MAIN(SaveTargetsTest)
+TEST_SUITE(SaveTargetsTest)
 #include "tst_SaveTargets.moc"

@@ -102,5 +102,5 @@ void SetFaultsTest::aFileThatStaysIsChanged()
     QVERIFY(shop.read(QStringLiteral("a.xml")).contains(" quantity=\"7\""));
 }
 
-QTEST_GUILESS_MAIN(SetFaultsTest)
+TEST_SUITE(SetFaultsTest)
 #include "tst_SetFaults.moc"

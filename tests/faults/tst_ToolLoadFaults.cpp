@@ -219,5 +219,5 @@ void ToolLoadFaultsTest::linksInACircleAreAnError()
                              QStringLiteral(": cannot open: Too many levels of symbolic links"));
 }
 
-QTEST_GUILESS_MAIN(ToolLoadFaultsTest)
+TEST_SUITE(ToolLoadFaultsTest)
 #include "tst_ToolLoadFaults.moc"

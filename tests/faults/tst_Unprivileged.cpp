@@ -208,12 +208,12 @@ int runAsNobody(const QStringList &arguments)
         std::printf("setpriv cannot make this process anybody else here, so nothing was tried without privileges.\n");
         return NotAllowed;
     }
-    return run(QStringList(copyOfSelf) + arguments.mid(1));
+    return run(QStringList{copyOfSelf, QStringLiteral("tst_Unprivileged")} + arguments.mid(1));
 }
 
 } // namespace
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     qputenv("PATH", qgetenv("PATH") + ":" TOOL_FOLDER);
     QCoreApplication application(argc, argv);
@@ -222,4 +222,6 @@ int main(int argc, char **argv)
     UnprivilegedTest test;
     return QTest::qExec(&test, argc, argv);
 }
+
+TEST_SUITE_RUN_BY(run)
 #include "tst_Unprivileged.moc"

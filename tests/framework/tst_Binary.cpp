@@ -530,5 +530,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(BinaryTest)
+TEST_SUITE_WITHOUT_APPLICATION(BinaryTest)
 #include "tst_Binary.moc"

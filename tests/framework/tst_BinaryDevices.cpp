@@ -474,5 +474,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(BinaryDevicesTest)
+TEST_SUITE(BinaryDevicesTest)
 #include "tst_BinaryDevices.moc"

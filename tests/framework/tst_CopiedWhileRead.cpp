@@ -274,5 +274,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(CopiedWhileReadTest)
+TEST_SUITE(CopiedWhileReadTest)
 #include "tst_CopiedWhileRead.moc"

@@ -223,5 +223,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(DebugTest)
+TEST_SUITE_WITHOUT_APPLICATION(DebugTest)
 #include "tst_Debug.moc"

@@ -290,5 +290,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(DerivedClassesTest)
+TEST_SUITE(DerivedClassesTest)
 #include "tst_DerivedClasses.moc"

@@ -120,5 +120,5 @@ void ErrorsTest::problemsForWhichNothingIsThrownHaveTheirTexts()
                             "cannot carry; remove it, or complete the pair"));
 }
 
-QTEST_GUILESS_MAIN(ErrorsTest)
+TEST_SUITE(ErrorsTest)
 #include "tst_Errors.moc"

@@ -382,5 +382,5 @@ void HandOverTest::childrenThatAreNotSetAreHandedDownTo()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-QTEST_GUILESS_MAIN(HandOverTest)
+TEST_SUITE(HandOverTest)
 #include "tst_HandOver.moc"

@@ -160,5 +160,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(HashTest)
+TEST_SUITE_WITHOUT_APPLICATION(HashTest)
 #include "tst_Hash.moc"

@@ -222,5 +222,5 @@ void HostileInputTest::aSequentialDeviceIsReadAsFarAsItGoes()
     QVERIFY(thrownBy([&] { document.SetBinary(cutStream, length); }).endsWith(QLatin1String(lengthError)));
 }
 
-QTEST_GUILESS_MAIN(HostileInputTest)
+TEST_SUITE(HostileInputTest)
 #include "tst_HostileInput.moc"

@@ -11,6 +11,7 @@
 #include <tavikappstartup/TranslationCenter.h>
 
 #include "Documents.h"
+#include "Suites.h"
 
 using namespace JobXml;
 using REPORTGENERATOR::IRGObject;
@@ -226,5 +227,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(InterfaceTest)
+TEST_SUITE_WITHOUT_APPLICATION(InterfaceTest)
 #include "tst_Interface.moc"

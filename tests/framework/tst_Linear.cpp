@@ -332,5 +332,5 @@ private:
     QByteArray m_snapshots[2];
 };
 
-QTEST_GUILESS_MAIN(LinearTest)
+TEST_SUITE(LinearTest)
 #include "tst_Linear.moc"

@@ -163,5 +163,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(MergeTest)
+TEST_SUITE(MergeTest)
 #include "tst_Merge.moc"

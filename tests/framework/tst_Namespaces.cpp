@@ -156,5 +156,5 @@ void NamespacesTest::noneAreKeptHoweverDeeplyTheyAreNested()
         QCOMPARE(errorOf<Component>(document(depth)), QString());
 }
 
-QTEST_GUILESS_MAIN(NamespacesTest)
+TEST_SUITE(NamespacesTest)
 #include "tst_Namespaces.moc"

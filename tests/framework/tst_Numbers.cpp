@@ -592,5 +592,5 @@ void NumbersTest::anyCharactersOfNumbersAreReadAsByQt()
     }
 }
 
-QTEST_APPLESS_MAIN(NumbersTest)
+TEST_SUITE_WITHOUT_APPLICATION(NumbersTest)
 #include "tst_Numbers.moc"

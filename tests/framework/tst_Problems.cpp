@@ -547,5 +547,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(ProblemsTest)
+TEST_SUITE(ProblemsTest)
 #include "tst_Problems.moc"

@@ -150,5 +150,5 @@ void RoomOfListsTest::longListsHaveNoSpareRoomEither()
     QCOMPARE(std::as_const(fromSnapshot).GetStringItem().capacity(), veryMany);
 }
 
-QTEST_GUILESS_MAIN(RoomOfListsTest)
+TEST_SUITE(RoomOfListsTest)
 #include "tst_RoomOfLists.moc"

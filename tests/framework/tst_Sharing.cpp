@@ -309,5 +309,5 @@ void SharingTest::comparingLeavesItemsInitializedButNotThoseOfAListThatACallerHo
     QVERIFY(!std::as_const(assigned).GetValueItem().at(0).IsInitialized());
 }
 
-QTEST_GUILESS_MAIN(SharingTest)
+TEST_SUITE(SharingTest)
 #include "tst_Sharing.moc"

@@ -138,5 +138,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(SlotOrderTest)
+TEST_SUITE(SlotOrderTest)
 #include "tst_SlotOrder.moc"

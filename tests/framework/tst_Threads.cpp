@@ -306,5 +306,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(ThreadsTest)
+TEST_SUITE(ThreadsTest)
 #include "tst_Threads.moc"

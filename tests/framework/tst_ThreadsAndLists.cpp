@@ -364,5 +364,5 @@ void ThreadsAndListsTest::itemsWithoutDataAreComparedAtOnce()
     }
 }
 
-QTEST_GUILESS_MAIN(ThreadsAndListsTest)
+TEST_SUITE(ThreadsAndListsTest)
 #include "tst_ThreadsAndLists.moc"

@@ -559,5 +559,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(VisitTest)
+TEST_SUITE_WITHOUT_APPLICATION(VisitTest)
 #include "tst_Visit.moc"

@@ -211,5 +211,5 @@ void XmlDocumentTest::aRefusedTextInTheMiddleOfADocumentIsToldWithItsLine()
     QVERIFY(isWrittenTheSameWay(document));
 }
 
-QTEST_GUILESS_MAIN(XmlDocumentTest)
+TEST_SUITE(XmlDocumentTest)
 #include "tst_XmlDocument.moc"

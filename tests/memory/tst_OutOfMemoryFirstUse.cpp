@@ -149,7 +149,7 @@ private:
     int m_allocations = 0;
 };
 
-int main(int argc, char **argv)
+static int run(int argc, char **argv)
 {
     if (!makeFolder() || !writeForms())
         return EXIT_FAILURE;
@@ -160,4 +160,5 @@ int main(int argc, char **argv)
     return QTest::qExec(&test, argc, argv);
 }
 
+TEST_SUITE_RUN_BY(run)
 #include "tst_OutOfMemoryFirstUse.moc"

@@ -295,5 +295,5 @@ private:
     QStringList m_triedClasses;
 };
 
-QTEST_GUILESS_MAIN(OutOfMemoryMembersTest)
+TEST_SUITE(OutOfMemoryMembersTest)
 #include "tst_OutOfMemoryMembers.moc"

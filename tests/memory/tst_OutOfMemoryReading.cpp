@@ -277,5 +277,5 @@ private:
     int m_allocations = 0;
 };
 
-QTEST_GUILESS_MAIN(OutOfMemoryReadingTest)
+TEST_SUITE(OutOfMemoryReadingTest)
 #include "tst_OutOfMemoryReading.moc"

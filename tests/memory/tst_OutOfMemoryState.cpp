@@ -327,5 +327,5 @@ void OutOfMemoryStateTest::noexceptFunctionsDoNotAllocate()
     QCOMPARE(attempt.complaint(false), QString());
 }
 
-QTEST_GUILESS_MAIN(OutOfMemoryStateTest)
+TEST_SUITE(OutOfMemoryStateTest)
 #include "tst_OutOfMemoryState.moc"

@@ -266,5 +266,5 @@ private:
     int m_allocations = 0;
 };
 
-QTEST_GUILESS_MAIN(OutOfMemoryWritingTest)
+TEST_SUITE(OutOfMemoryWritingTest)
 #include "tst_OutOfMemoryWriting.moc"

@@ -328,8 +328,7 @@ public:
         SetObjectName(QString(0, Qt::Uninitialized));
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
         require(!LoadXml(QString())); // which leaves an error
-        keeper.keep("Own::name", *environment()->own->name);
-        keeper.keep("Own::error", environment()->own->error);
+        keeper.keep("IRGObject::GetErrorString", GetErrorString());
         SetObjectName(QString());
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
         QString shown;

@@ -49,5 +49,5 @@ void ClassesTest::noTwoClassesShareAnIdentifier()
     QCOMPARE(identifiers.size(), Classes::size);
 }
 
-QTEST_GUILESS_MAIN(ClassesTest)
+TEST_SUITE(ClassesTest)
 #include "tst_Classes.moc"

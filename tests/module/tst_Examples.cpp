@@ -169,5 +169,5 @@ private:
     TunerProperties m_document;
 };
 
-QTEST_GUILESS_MAIN(ExamplesTest)
+TEST_SUITE(ExamplesTest)
 #include "tst_Examples.moc"

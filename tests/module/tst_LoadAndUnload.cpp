@@ -104,5 +104,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(LoadAndUnloadTest)
+TEST_SUITE(LoadAndUnloadTest)
 #include "tst_LoadAndUnload.moc"

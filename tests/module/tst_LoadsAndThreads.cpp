@@ -88,5 +88,5 @@ void LoadsAndThreadsTest::theLibraryComesAndGoesWhileAnotherThreadAsksTheRegistr
     QCOMPARE(strange, 0);
 }
 
-QTEST_GUILESS_MAIN(LoadsAndThreadsTest)
+TEST_SUITE(LoadsAndThreadsTest)
 #include "tst_LoadsAndThreads.moc"

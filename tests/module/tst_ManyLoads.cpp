@@ -156,5 +156,5 @@ void ManyLoadsTest::whatTheRegistryToldCanBeReadWhenTheModuleIsGone()
     QCOMPARE(modules, QStringList(QStringLiteral("TunerProperties")));
 }
 
-QTEST_APPLESS_MAIN(ManyLoadsTest)
+TEST_SUITE_WITHOUT_APPLICATION(ManyLoadsTest)
 #include "tst_ManyLoads.moc"

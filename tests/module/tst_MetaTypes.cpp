@@ -82,5 +82,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(MetaTypesTest)
+TEST_SUITE(MetaTypesTest)
 #include "tst_MetaTypes.moc"

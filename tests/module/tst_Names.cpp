@@ -124,5 +124,5 @@ private:
     };
 };
 
-QTEST_GUILESS_MAIN(NamesTest)
+TEST_SUITE(NamesTest)
 #include "tst_Names.moc"

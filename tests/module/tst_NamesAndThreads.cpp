@@ -121,5 +121,5 @@ void NamesAndThreadsTest::namesAreShownWhileTheirTranslationComesAndGoes()
     QCOMPARE(wrongInBetween, 0);
 }
 
-QTEST_GUILESS_MAIN(NamesAndThreadsTest)
+TEST_SUITE(NamesAndThreadsTest)
 #include "tst_NamesAndThreads.moc"

@@ -158,5 +158,5 @@ void TextsAfterUnloadingTest::everyTextReadsTheSameAfterwards()
     }
 }
 
-QTEST_APPLESS_MAIN(TextsAfterUnloadingTest)
+TEST_SUITE_WITHOUT_APPLICATION(TextsAfterUnloadingTest)
 #include "tst_TextsAfterUnloading.moc"

@@ -10,7 +10,7 @@ set(tree ${SCRATCH_DIR}/catalogues)
 file(REMOVE_RECURSE ${tree})
 file(COPY ${PREFIX}/${LIB_DIR} ${PREFIX}/${DATA_DIR} DESTINATION ${tree})
 set(show_names ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${tree}/${LIB_DIR}
-    ${NAMES_TEST} namesAreShownInTheLanguageThatIsInstalled)
+    ${NAMES_TEST} tst_Names namesAreShownInTheLanguageThatIsInstalled)
 run(${show_names})
 
 # Without its catalogues the same test fails, so it was those that it found.

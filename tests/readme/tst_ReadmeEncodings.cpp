@@ -82,5 +82,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(ReadmeEncodingsTest)
+TEST_SUITE_WITHOUT_APPLICATION(ReadmeEncodingsTest)
 #include "tst_ReadmeEncodings.moc"

@@ -104,5 +104,5 @@ void DescriptorTest::emptyDescriptorHasNoNumber()
     QCOMPARE(none.number(), -1);
 }
 
-QTEST_GUILESS_MAIN(DescriptorTest)
+TEST_SUITE(DescriptorTest)
 #include "tst_Descriptor.moc"

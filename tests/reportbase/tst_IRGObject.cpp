@@ -212,5 +212,5 @@ void IRGObjectTest::passingOverWithoutADeviceIsHarmless()
     QCOMPARE(broken.status(), QDataStream::ReadCorruptData);
 }
 
-QTEST_GUILESS_MAIN(IRGObjectTest)
+TEST_SUITE(IRGObjectTest)
 #include "tst_IRGObject.moc"

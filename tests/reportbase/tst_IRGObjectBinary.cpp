@@ -486,5 +486,5 @@ void IRGObjectBinaryTest::whatNoReaderWouldTakeIsNotCompressed()
     QCOMPARE(note.GetErrorString(), QStringLiteral("binary data") + why);
 }
 
-QTEST_GUILESS_MAIN(IRGObjectBinaryTest)
+TEST_SUITE(IRGObjectBinaryTest)
 #include "tst_IRGObjectBinary.moc"

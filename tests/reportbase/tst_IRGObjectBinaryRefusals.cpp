@@ -386,5 +386,5 @@ void IRGObjectBinaryRefusalsTest::aStreamThatEndsEarlySaysSo()
     QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
 }
 
-QTEST_GUILESS_MAIN(IRGObjectBinaryRefusalsTest)
+TEST_SUITE(IRGObjectBinaryRefusalsTest)
 #include "tst_IRGObjectBinaryRefusals.moc"

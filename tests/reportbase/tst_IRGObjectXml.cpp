@@ -440,5 +440,5 @@ void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
     QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
 }
 
-QTEST_GUILESS_MAIN(IRGObjectXmlTest)
+TEST_SUITE(IRGObjectXmlTest)
 #include "tst_IRGObjectXml.moc"

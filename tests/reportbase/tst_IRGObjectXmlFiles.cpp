@@ -285,5 +285,5 @@ void IRGObjectXmlFilesTest::aPipeIsNotReplacedByAFile()
     QVERIFY(S_ISFIFO(now.st_mode));
 }
 
-QTEST_GUILESS_MAIN(IRGObjectXmlFilesTest)
+TEST_SUITE(IRGObjectXmlFilesTest)
 #include "tst_IRGObjectXmlFiles.moc"

@@ -215,5 +215,5 @@ void IRGObjectXmlLimitsTest::aQuoteInACommentHidesNothing()
              QString());
 }
 
-QTEST_GUILESS_MAIN(IRGObjectXmlLimitsTest)
+TEST_SUITE(IRGObjectXmlLimitsTest)
 #include "tst_IRGObjectXmlLimits.moc"

@@ -130,5 +130,5 @@ void LoggerTest::anObjectWithoutLoggerFailsSilently()
     QCOMPARE(received, QStringList());
 }
 
-QTEST_GUILESS_MAIN(LoggerTest)
+TEST_SUITE(LoggerTest)
 #include "tst_Logger.moc"

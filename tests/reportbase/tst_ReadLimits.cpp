@@ -397,5 +397,5 @@ void ReadLimitsTest::conveniencesCallOverriddenOperations()
     QCOMPARE(object.GetCompressedBinaryRepresentationAsQByteArray(9), QByteArrayLiteral("own zip"));
 }
 
-QTEST_GUILESS_MAIN(ReadLimitsTest)
+TEST_SUITE(ReadLimitsTest)
 #include "tst_ReadLimits.moc"

@@ -145,5 +145,5 @@ void ReportExceptionTest::everyTypeIsCaughtAsItself()
     QCOMPARE(caughtAsStandardException, QByteArray("m"));
 }
 
-QTEST_APPLESS_MAIN(ReportExceptionTest)
+TEST_SUITE_WITHOUT_APPLICATION(ReportExceptionTest)
 #include "tst_ReportException.moc"

@@ -318,5 +318,5 @@ void RepresentationSplitterTest::workIsLinearInTheReceivedBytes()
     QCOMPARE(splitter.GetPendingSize(), 200000 * hi.size());
 }
 
-QTEST_GUILESS_MAIN(RepresentationSplitterTest)
+TEST_SUITE(RepresentationSplitterTest)
 #include "tst_RepresentationSplitter.moc"

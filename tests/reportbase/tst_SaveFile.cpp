@@ -226,5 +226,5 @@ void SaveFileTest::aDeviceThatTakesNothingIsAnError()
     }
 }
 
-QTEST_GUILESS_MAIN(SaveFileTest)
+TEST_SUITE(SaveFileTest)
 #include "tst_SaveFile.moc"

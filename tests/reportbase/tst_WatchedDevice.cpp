@@ -260,5 +260,5 @@ void WatchedDeviceTest::anEncodingIsNotHidden()
     }
 }
 
-QTEST_GUILESS_MAIN(WatchedDeviceTest)
+TEST_SUITE(WatchedDeviceTest)
 #include "tst_WatchedDevice.moc"

@@ -65,5 +65,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(XmlCharactersTest)
+TEST_SUITE(XmlCharactersTest)
 #include "tst_XmlCharacters.moc"

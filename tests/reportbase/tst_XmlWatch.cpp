@@ -384,5 +384,5 @@ void XmlWatchTest::aDocumentTypeIsReadUpToItsDeclarations()
     COMPARE_REFUSED("<!DOCTYPE a SYSTEM 'b' [<!ENTITY c 'd'>]>", 23, internalSubset);
 }
 
-QTEST_GUILESS_MAIN(XmlWatchTest)
+TEST_SUITE(XmlWatchTest)
 #include "tst_XmlWatch.moc"

@@ -272,5 +272,5 @@ void SchemaTest::randomObjectsOfEveryClassAreAccepted()
     }
 }
 
-QTEST_GUILESS_MAIN(SchemaTest)
+TEST_SUITE(SchemaTest)
 #include "tst_Schema.moc"

@@ -256,5 +256,5 @@ void CataloguesTest::anInstalledTreeFindsItsCataloguesWhereverItIsMoved()
              expected.arg(QDir(moved.filePath(data)).canonicalPath()));
 }
 
-QTEST_APPLESS_MAIN(CataloguesTest)
+TEST_SUITE_WITHOUT_APPLICATION(CataloguesTest)
 #include "tst_Catalogues.moc"

@@ -281,5 +281,5 @@ void TranslationCallersTest::threadsMayCallAtOnce()
     QCOMPARE(noiseText(), QStringLiteral("noise"));
 }
 
-QTEST_APPLESS_MAIN(TranslationCallersTest)
+TEST_SUITE_WITHOUT_APPLICATION(TranslationCallersTest)
 #include "tst_TranslationCallers.moc"

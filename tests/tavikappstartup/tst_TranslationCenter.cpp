@@ -334,5 +334,5 @@ void TranslationCenterTest::whatAModuleGaveIsKeptWhenItIsUnloaded()
     QCOMPARE(signalText(), german);
 }
 
-QTEST_APPLESS_MAIN(TranslationCenterTest)
+TEST_SUITE_WITHOUT_APPLICATION(TranslationCenterTest)
 #include "tst_TranslationCenter.moc"

@@ -47,5 +47,5 @@ void TranslationUnloadTest::unloadingTheRegistryWithdrawsWhatIsStillInstalled()
     }
 }
 
-QTEST_GUILESS_MAIN(TranslationUnloadTest)
+TEST_SUITE(TranslationUnloadTest)
 #include "tst_TranslationUnload.moc"

@@ -193,5 +193,5 @@ void DiffCompletenessTest::manyItemsTakeLittleTime()
     QCOMPARE(differences.size(), nodes - 1);
 }
 
-QTEST_GUILESS_MAIN(DiffCompletenessTest)
+TEST_SUITE(DiffCompletenessTest)
 #include "tst_DiffCompleteness.moc"

@@ -164,5 +164,5 @@ void InOrderTest::whoWaitsIsCalledMeanwhile()
     QVERIFY(ticks >= 2);
 }
 
-QTEST_APPLESS_MAIN(InOrderTest)
+TEST_SUITE_WITHOUT_APPLICATION(InOrderTest)
 #include "tst_InOrder.moc"

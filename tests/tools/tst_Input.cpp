@@ -175,5 +175,5 @@ void InputTest::aReplacedFileIsReadAsItWasOpened()
     QCOMPARE(input.bytes(), QByteArray("old"));
 }
 
-QTEST_GUILESS_MAIN(InputTest)
+TEST_SUITE(InputTest)
 #include "tst_Input.moc"

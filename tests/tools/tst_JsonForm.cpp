@@ -265,5 +265,5 @@ void JsonFormTest::theValidateFlagStays()
     }
 }
 
-QTEST_GUILESS_MAIN(JsonFormTest)
+TEST_SUITE(JsonFormTest)
 #include "tst_JsonForm.moc"

@@ -129,5 +129,5 @@ void PrintableTest::onlyUtf8IsDecoded()
     QCOMPARE(Printable::decoded(QByteArray("a\0b", 3)), std::optional<QString>(QString::fromUtf8("a\0b", 3)));
 }
 
-QTEST_GUILESS_MAIN(PrintableTest)
+TEST_SUITE(PrintableTest)
 #include "tst_Printable.moc"

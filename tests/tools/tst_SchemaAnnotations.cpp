@@ -69,5 +69,5 @@ void SchemaAnnotationsTest::whatIsNotInTheSchemaIsNotTold()
     QCOMPARE(annotations().ofMember(QStringLiteral("Nonsense"), QStringLiteral("name")).text, QString());
 }
 
-QTEST_GUILESS_MAIN(SchemaAnnotationsTest)
+TEST_SUITE(SchemaAnnotationsTest)
 #include "tst_SchemaAnnotations.moc"

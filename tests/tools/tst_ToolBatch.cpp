@@ -365,5 +365,5 @@ void ToolBatchTest::memoryDoesNotGrowWithTheNumberOfFiles()
     QCOMPARE(run.err, QString());
 }
 
-QTEST_GUILESS_MAIN(ToolBatchTest)
+TEST_SUITE(ToolBatchTest)
 #include "tst_ToolBatch.moc"

@@ -559,5 +559,5 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput()
     checkMemory(cost, usualMemory + qint64(in.size()) * memoryPerByte);
 }
 
-QTEST_GUILESS_MAIN(ToolBoundsTest)
+TEST_SUITE(ToolBoundsTest)
 #include "tst_ToolBounds.moc"

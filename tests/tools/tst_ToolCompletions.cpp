@@ -188,5 +188,5 @@ void ToolCompletionsTest::bashFindsTheCommandBehindOptions()
     QCOMPARE(completedByBash(line("tunerproperties --from xml sc")), text("schema\n"));
 }
 
-QTEST_GUILESS_MAIN(ToolCompletionsTest)
+TEST_SUITE(ToolCompletionsTest)
 #include "tst_ToolCompletions.moc"

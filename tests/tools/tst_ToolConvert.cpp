@@ -373,5 +373,5 @@ void ToolConvertTest::aTextThatXmlCannotCarryIsAnError()
     QCOMPARE(m_shop->run(line("convert - - --to tagged"), tagged).bytes, tagged);
 }
 
-QTEST_GUILESS_MAIN(ToolConvertTest)
+TEST_SUITE(ToolConvertTest)
 #include "tst_ToolConvert.moc"

@@ -84,5 +84,5 @@ void ToolDescriptionsTest::noNameStandsForTwoOptionsOfACommand()
     QVERIFY(names.contains(QStringLiteral("help")));
 }
 
-QTEST_GUILESS_MAIN(ToolDescriptionsTest)
+TEST_SUITE(ToolDescriptionsTest)
 #include "tst_ToolDescriptions.moc"

@@ -272,5 +272,5 @@ void ToolDiffTest::standardInputIsReadOnce()
     QCOMPARE(m_shop->run(line("diff small.xml -"), QByteArray::fromHex(smallTaggedHex)).out, QString());
 }
 
-QTEST_GUILESS_MAIN(ToolDiffTest)
+TEST_SUITE(ToolDiffTest)
 #include "tst_ToolDiff.moc"

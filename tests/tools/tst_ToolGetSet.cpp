@@ -582,5 +582,5 @@ void ToolGetSetTest::theArgumentsHaveToFit()
     QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
 }
 
-QTEST_GUILESS_MAIN(ToolGetSetTest)
+TEST_SUITE(ToolGetSetTest)
 #include "tst_ToolGetSet.moc"

@@ -462,5 +462,5 @@ void ToolInputTest::closedStreamsAreNotTakenForFiles()
         QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
 }
 
-QTEST_GUILESS_MAIN(ToolInputTest)
+TEST_SUITE(ToolInputTest)
 #include "tst_ToolInput.moc"

@@ -403,5 +403,5 @@ void ToolJsonTest::thePageShowsWhatIsWritten()
     QCOMPARE(QLatin1Char('{') + again(members.mid(1, members.size() - 2).toUtf8()) + QLatin1Char('}'), members);
 }
 
-QTEST_GUILESS_MAIN(ToolJsonTest)
+TEST_SUITE(ToolJsonTest)
 #include "tst_ToolJson.moc"

@@ -227,5 +227,5 @@ void ToolJsonRefusalsTest::manyMembersAreRefused()
     QCOMPARE(refusal(many), QStringLiteral("tunerproperties: -:258:5: an object has more than 256 members\n"));
 }
 
-QTEST_GUILESS_MAIN(ToolJsonRefusalsTest)
+TEST_SUITE(ToolJsonRefusalsTest)
 #include "tst_ToolJsonRefusals.moc"

@@ -131,5 +131,5 @@ void ToolManualTest::itTellsWhatTheHelpTells()
         QVERIFY2(own.contains(withSingleBlanks(text)), qPrintable(text));
 }
 
-QTEST_GUILESS_MAIN(ToolManualTest)
+TEST_SUITE(ToolManualTest)
 #include "tst_ToolManual.moc"

@@ -214,5 +214,5 @@ void ToolNamesTest::pathsAndValuesAreUtf8()
     QCOMPARE(m_shop->read(QStringLiteral("small")), QByteArray(smallXml));
 }
 
-QTEST_GUILESS_MAIN(ToolNamesTest)
+TEST_SUITE(ToolNamesTest)
 #include "tst_ToolNames.moc"

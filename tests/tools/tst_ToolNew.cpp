@@ -207,5 +207,5 @@ void ToolNewTest::theModelIsTheOneThatIsInstalled()
     QCOMPARE(names, Model::classes());
 }
 
-QTEST_GUILESS_MAIN(ToolNewTest)
+TEST_SUITE(ToolNewTest)
 #include "tst_ToolNew.moc"

@@ -253,5 +253,5 @@ void ToolShowTest::showingDoesNotValidate()
     QVERIFY(tree.contains(QLatin1String("\n  hwProcessing: false\n")));
 }
 
-QTEST_GUILESS_MAIN(ToolShowTest)
+TEST_SUITE(ToolShowTest)
 #include "tst_ToolShow.moc"

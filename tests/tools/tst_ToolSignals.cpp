@@ -381,5 +381,5 @@ void ToolSignalsTest::aReaderThatLeavesEndsItAsOthers()
     QCOMPARE(run.err, text("%1\n").arg(128 + SIGPIPE));
 }
 
-QTEST_GUILESS_MAIN(ToolSignalsTest)
+TEST_SUITE(ToolSignalsTest)
 #include "tst_ToolSignals.moc"

@@ -343,5 +343,5 @@ void ToolTerminalTest::diffKeepsItsColorsOnATerminal()
     QVERIFY2(isPrintable(written), written.toPercentEncoding().constData());
 }
 
-QTEST_GUILESS_MAIN(ToolTerminalTest)
+TEST_SUITE(ToolTerminalTest)
 #include "tst_ToolTerminal.moc"

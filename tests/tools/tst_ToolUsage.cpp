@@ -470,5 +470,5 @@ void ToolUsageTest::messagesAreUtf8InEveryLocale()
     }
 }
 
-QTEST_GUILESS_MAIN(ToolUsageTest)
+TEST_SUITE(ToolUsageTest)
 #include "tst_ToolUsage.moc"

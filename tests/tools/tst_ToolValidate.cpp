@@ -368,5 +368,5 @@ void ToolValidateTest::standardInputIsNamedByADash()
     QCOMPARE(run.status, 1);
 }
 
-QTEST_GUILESS_MAIN(ToolValidateTest)
+TEST_SUITE(ToolValidateTest)
 #include "tst_ToolValidate.moc"

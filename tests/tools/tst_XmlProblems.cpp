@@ -132,5 +132,5 @@ void XmlProblemsTest::anUndeclaredPrefixOfTheRootIsAProblem()
     QVERIFY(!document.SetXmlString(QString::fromUtf8(xml), false));
 }
 
-QTEST_GUILESS_MAIN(XmlProblemsTest)
+TEST_SUITE(XmlProblemsTest)
 #include "tst_XmlProblems.moc"

@@ -316,5 +316,5 @@ void BandwidthSelectionTest::bothMembersCountForEquality()
     QVERIFY(BandwidthSelection() == BandwidthSelection());
 }
 
-QTEST_GUILESS_MAIN(BandwidthSelectionTest)
+TEST_SUITE(BandwidthSelectionTest)
 #include "tst_BandwidthSelection.moc"

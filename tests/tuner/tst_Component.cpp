@@ -271,5 +271,5 @@ void ComponentTest::theListsAreComparedByTheFlagOfTheRightSide()
     QVERIFY(set != unset);
 }
 
-QTEST_GUILESS_MAIN(ComponentTest)
+TEST_SUITE(ComponentTest)
 #include "tst_Component.moc"

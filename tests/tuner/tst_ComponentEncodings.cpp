@@ -399,5 +399,5 @@ void ComponentEncodingsTest::aSnapshotIsReadByItsCount()
     QVERIFY(component.IsNodeSet());
 }
 
-QTEST_GUILESS_MAIN(ComponentEncodingsTest)
+TEST_SUITE(ComponentEncodingsTest)
 #include "tst_ComponentEncodings.moc"

@@ -502,5 +502,5 @@ void NodeTest::theValuesAreComparedInOrder()
     QVERIFY(left != right);
 }
 
-QTEST_GUILESS_MAIN(NodeTest)
+TEST_SUITE(NodeTest)
 #include "tst_Node.moc"

@@ -388,5 +388,5 @@ void StartupModesTest::listsAreEqualWhenSetAndEqualOrBothUnset()
     QVERIFY(withUnsetList({Mode::Scan}) != modes({Mode::Scan}));
 }
 
-QTEST_GUILESS_MAIN(StartupModesTest)
+TEST_SUITE(StartupModesTest)
 #include "tst_StartupModes.moc"

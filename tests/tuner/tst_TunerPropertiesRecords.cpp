@@ -342,5 +342,5 @@ void TunerPropertiesRecordsTest::aNestedRecordFailsWithItsOwnName()
     QVERIFY(!document.IsStartupModesSet()); // the flag is set behind the record
 }
 
-QTEST_GUILESS_MAIN(TunerPropertiesRecordsTest)
+TEST_SUITE(TunerPropertiesRecordsTest)
 #include "tst_TunerPropertiesRecords.moc"

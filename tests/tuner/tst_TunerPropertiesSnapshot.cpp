@@ -270,5 +270,5 @@ void TunerPropertiesSnapshotTest::incompleteItemsAreRefusedOnlyWhileValidating()
     QCOMPARE(std::as_const(document).GetComponent().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(TunerPropertiesSnapshotTest)
+TEST_SUITE(TunerPropertiesSnapshotTest)
 #include "tst_TunerPropertiesSnapshot.moc"

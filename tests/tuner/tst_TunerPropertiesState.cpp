@@ -510,5 +510,5 @@ void TunerPropertiesStateTest::comparingLeavesBothDocumentsInitialized()
     QVERIFY(untouched.IsInitialized());
 }
 
-QTEST_GUILESS_MAIN(TunerPropertiesStateTest)
+TEST_SUITE(TunerPropertiesStateTest)
 #include "tst_TunerPropertiesState.moc"

@@ -275,5 +275,5 @@ void TunerPropertiesVersionTest::partsOfADocumentCarryNoVersion()
     QVERIFY(ValueItem().GetVersion().isNull());
 }
 
-QTEST_GUILESS_MAIN(TunerPropertiesVersionTest)
+TEST_SUITE(TunerPropertiesVersionTest)
 #include "tst_TunerPropertiesVersion.moc"

@@ -492,5 +492,5 @@ void TunerPropertiesXmlTest::unknownElementsFurtherDownAreAlwaysSkipped()
     QVERIFY(std::as_const(document).GetStartupModes().HasData());
 }
 
-QTEST_GUILESS_MAIN(TunerPropertiesXmlTest)
+TEST_SUITE(TunerPropertiesXmlTest)
 #include "tst_TunerPropertiesXml.moc"

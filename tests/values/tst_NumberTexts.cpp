@@ -355,5 +355,5 @@ void NumberTextsTest::aTinyNegativeNumberLosesItsSignTheSecondTime()
     QCOMPARE(attributeOf(xmlOf(reread), "value"), QStringLiteral("0.00"));
 }
 
-QTEST_GUILESS_MAIN(NumberTextsTest)
+TEST_SUITE(NumberTextsTest)
 #include "tst_NumberTexts.moc"

@@ -722,5 +722,5 @@ void RangedNumbersTest::wrongLengthThrowsLengthError()
     });
 }
 
-QTEST_GUILESS_MAIN(RangedNumbersTest)
+TEST_SUITE(RangedNumbersTest)
 #include "tst_RangedNumbers.moc"

@@ -249,5 +249,5 @@ void SelectionItemTest::wrongLengthThrowsLengthError()
     QCOMPARE(object.Getname(), QStringLiteral("a"));
 }
 
-QTEST_GUILESS_MAIN(SelectionItemTest)
+TEST_SUITE(SelectionItemTest)
 #include "tst_SelectionItem.moc"

@@ -664,5 +664,5 @@ void SingleNumbersTest::wrongLengthThrowsLengthError()
     });
 }
 
-QTEST_GUILESS_MAIN(SingleNumbersTest)
+TEST_SUITE(SingleNumbersTest)
 #include "tst_SingleNumbers.moc"

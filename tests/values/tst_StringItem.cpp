@@ -185,5 +185,5 @@ void StringItemTest::wrongLengthThrowsLengthError()
     QVERIFY(object == textItem("X"));
 }
 
-QTEST_GUILESS_MAIN(StringItemTest)
+TEST_SUITE(StringItemTest)
 #include "tst_StringItem.moc"

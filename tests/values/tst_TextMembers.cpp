@@ -195,5 +195,5 @@ void TextMembersTest::longTextsSurvive()
     }
 }
 
-QTEST_GUILESS_MAIN(TextMembersTest)
+TEST_SUITE(TextMembersTest)
 #include "tst_TextMembers.moc"

@@ -411,5 +411,5 @@ void ValueBooleanTest::assignmentFromANewSwitchLeavesNothing()
     QVERIFY(!object.IsInitialized());
 }
 
-QTEST_GUILESS_MAIN(ValueBooleanTest)
+TEST_SUITE(ValueBooleanTest)
 #include "tst_ValueBoolean.moc"

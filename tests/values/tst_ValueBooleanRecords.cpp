@@ -329,5 +329,5 @@ void ValueBooleanRecordsTest::readingStopsAfterTheRecord()
     QCOMPARE(object.Getid(), QStringLiteral("x"));
 }
 
-QTEST_GUILESS_MAIN(ValueBooleanRecordsTest)
+TEST_SUITE(ValueBooleanRecordsTest)
 #include "tst_ValueBooleanRecords.moc"

@@ -124,5 +124,5 @@ void ValueBooleanSnapshotTest::flagsThatNoMemberOwnsAreDropped()
     QCOMPARE(hex(snapshotOf(object)), hex("03 00 00 00 02 00 78 01"));
 }
 
-QTEST_GUILESS_MAIN(ValueBooleanSnapshotTest)
+TEST_SUITE(ValueBooleanSnapshotTest)
 #include "tst_ValueBooleanSnapshot.moc"

@@ -346,5 +346,5 @@ void ValueBooleanXmlTest::truncatedUnknownElementEndsReading()
     QVERIFY(!object.IsvalueSet());
 }
 
-QTEST_GUILESS_MAIN(ValueBooleanXmlTest)
+TEST_SUITE(ValueBooleanXmlTest)
 #include "tst_ValueBooleanXml.moc"

@@ -482,5 +482,5 @@ void ValueItemTest::comparingLeavesBothItemsInitialized()
     QVERIFY(other.IsInitialized());
 }
 
-QTEST_GUILESS_MAIN(ValueItemTest)
+TEST_SUITE(ValueItemTest)
 #include "tst_ValueItem.moc"

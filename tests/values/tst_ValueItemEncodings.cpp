@@ -501,5 +501,5 @@ void ValueItemEncodingsTest::aSnapshotIsReadWithoutValidation()
     QVERIFY(!item.HasData());
 }
 
-QTEST_GUILESS_MAIN(ValueItemEncodingsTest)
+TEST_SUITE(ValueItemEncodingsTest)
 #include "tst_ValueItemEncodings.moc"

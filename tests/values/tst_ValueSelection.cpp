@@ -337,5 +337,5 @@ void ValueSelectionTest::membersAreEqualWhenSetAndEqualOrBothUnset()
     QVERIFY(different([](ValueSelection &changed) { changed.Setvalue(qQNaN()); }));
 }
 
-QTEST_GUILESS_MAIN(ValueSelectionTest)
+TEST_SUITE(ValueSelectionTest)
 #include "tst_ValueSelection.moc"

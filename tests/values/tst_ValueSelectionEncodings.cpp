@@ -449,5 +449,5 @@ void ValueSelectionEncodingsTest::aSnapshotStoresItsMembersWithoutTheSetters()
     QCOMPARE(object.Getindex(), 7); // narrowed
 }
 
-QTEST_GUILESS_MAIN(ValueSelectionEncodingsTest)
+TEST_SUITE(ValueSelectionEncodingsTest)
 #include "tst_ValueSelectionEncodings.moc"

@@ -252,5 +252,5 @@ void ValueStringTest::wrongLengthThrowsLengthError()
     QCOMPARE(object.Getvalue(), QStringLiteral("x"));
 }
 
-QTEST_GUILESS_MAIN(ValueStringTest)
+TEST_SUITE(ValueStringTest)
 #include "tst_ValueString.moc"

@@ -301,5 +301,5 @@ void ValueStringListTest::textsAreEqualWhenSetAndEqualOrBothUnset()
     QVERIFY(left == right);
 }
 
-QTEST_GUILESS_MAIN(ValueStringListTest)
+TEST_SUITE(ValueStringListTest)
 #include "tst_ValueStringList.moc"

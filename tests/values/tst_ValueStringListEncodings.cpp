@@ -418,5 +418,5 @@ void ValueStringListEncodingsTest::manySmallRecordsMakeTheListGrowInLeaps()
     QVERIFY2(leaps < 50, qPrintable(QString::number(leaps))); // each leap copies all items
 }
 
-QTEST_GUILESS_MAIN(ValueStringListEncodingsTest)
+TEST_SUITE(ValueStringListEncodingsTest)
 #include "tst_ValueStringListEncodings.moc"

@@ -365,5 +365,5 @@ void HtmlTest::showingChangesNothing()
     }
 }
 
-QTEST_GUILESS_MAIN(HtmlTest)
+TEST_SUITE(HtmlTest)
 #include "tst_Html.moc"

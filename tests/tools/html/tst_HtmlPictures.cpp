@@ -308,5 +308,5 @@ void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
     QCOMPARE(marked(), QStringList{QStringLiteral("the value is none of the list")});
 }
 
-QTEST_GUILESS_MAIN(HtmlPicturesTest)
+TEST_SUITE(HtmlPicturesTest)
 #include "tst_HtmlPictures.moc"

@@ -92,5 +92,5 @@ void ToolHtmlTest::theTreeIsTheDefault()
     QCOMPARE(Workshop().run(line("show -"), xml).out, tree.out);
 }
 
-QTEST_GUILESS_MAIN(ToolHtmlTest)
+TEST_SUITE(ToolHtmlTest)
 #include "tst_ToolHtml.moc"
