@@ -6,6 +6,8 @@
 
 #include <jobxml/TunerProperties.h>
 
+#include "Model.h"
+
 using namespace JobXml;
 
 namespace Bench {
@@ -139,10 +141,6 @@ auto fields(const PlainDocument &document)
                     document.hwProcessing, document.startupModes, document.maxFFPDelay, document.hrpanSupported);
 }
 
-constexpr std::array types{"MCP", "SCP", "FFP", "Receiver", "DirectionFinder"};
-constexpr std::array modes{"Scan", "FastScan", "MScan", "FFM",    "WFFM", "Step",
-                           "DF",   "MSearch",  "Polar", "Search", "Stop"};
-
 template <std::size_t Size>
 QString nameOf(const std::array<const char *, Size> &names, qint8 index)
 {
@@ -196,22 +194,22 @@ bool operator==(const PlainDocument &left, const PlainDocument &right)
 
 QString nameOfType(qint8 type)
 {
-    return nameOf(types, type);
+    return nameOf(typeNames, type);
 }
 
 QString nameOfMode(qint8 mode)
 {
-    return nameOf(modes, mode);
+    return nameOf(modeNames, mode);
 }
 
 qint8 typeOfName(const QString &name)
 {
-    return indexOf(types, name);
+    return indexOf(typeNames, name);
 }
 
 qint8 modeOfName(const QString &name)
 {
-    return indexOf(modes, name);
+    return indexOf(modeNames, name);
 }
 
 PlainDocument plain(const TunerProperties &document)
