@@ -3,7 +3,7 @@
 
 namespace REPORTGENERATOR {
 
-// Constants, there before any code runs: objects with static storage may be built at any time.
+// Constants, initialized before any code runs: objects with static storage may be built at any time.
 const Environment Environment::validating(AlwaysThere, true);
 const Environment Environment::lenient(AlwaysThere, false);
 

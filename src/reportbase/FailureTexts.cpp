@@ -14,7 +14,7 @@ QString hexWord(quint32 word)
 
 } // namespace
 
-// Sources and reasons may hold a "%1" of their own; so they are put together, not filled in.
+// Sources and reasons may contain "%1" themselves, so texts are concatenated instead of using arg().
 
 QString at(const QString &source, const QString &why)
 {

@@ -175,7 +175,7 @@ void IRGObject::ResetLogger() const
 
 EnvironmentPointer IRGObject::environmentForCopy() const
 {
-    // The const_cast is for GetObjectType(), which is not const although it reads only.
+    // The const_cast is for GetObjectType(), which is not const although it only reads.
     const ObjectTypes type = const_cast<IRGObject &>(*this).GetObjectType();
     if (type == ObjectTypes::Undefined)
         return EnvironmentPointer::plain(GetValidate());
@@ -248,7 +248,7 @@ void IRGObject::processContent(QXmlStreamReader &reader, const QString &name)
             if (isSameText(reader.name(), name))
                 return;
             break; // left over from an element that was not read to its end
-        case QXmlStreamReader::Invalid: // in error, whatever a device claims to have still
+        case QXmlStreamReader::Invalid: // in error, even if a device claims to have more data
         case QXmlStreamReader::EndDocument:
             return;
         default:
@@ -266,7 +266,7 @@ int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const
 {
     if (length <= 0)
         return 0;
-    // -1 without a device that can be read; where less is left than asked for, the stream's status says so afterwards
+    // -1 without a readable device; if fewer bytes are left than requested, the stream's status reports it
     return std::max(stream.skipRawData(length), 0);
 }
 

@@ -19,7 +19,7 @@
 
 namespace {
 
-// Links resolved: where /lib is a link to /usr/lib, the data folder is to be found from the latter.
+// With links resolved: if /lib is a link to /usr/lib, the data folder is relative to the latter.
 QString folderOfThisLibrary()
 {
     static const char anchor = 0;
@@ -28,20 +28,20 @@ QString folderOfThisLibrary()
     return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
 }
 
-// Asked while the loader is at work on this library, not later: dladdr() takes the loader's lock. A module that
-// registers while it is loaded holds that lock already and would then wait for us, while we wait for it.
+// Called while this library is loaded, not later: dladdr() takes the loader's lock. A module that registers while it is
+// loaded already holds that lock, and both would wait for each other.
 const QString libraryFolder = folderOfThisLibrary();
 
-// Shared, because a catalogue is installed and withdrawn outside the lock: whoever is about to install one that
-// another thread or a receiver of LanguageChange withdraws keeps it alive, and takes it out again by dropping it.
+// Shared, because a catalog is installed and withdrawn outside the lock: a thread that is installing one while another
+// thread or a receiver of LanguageChange withdraws it keeps it alive, and uninstalls it by releasing it.
 using Catalogue = std::shared_ptr<QTranslator>;
 
 struct Module
 {
     QString name;
-    quint64 registration; // which call of Register() it stems from
+    quint64 registration; // the number of the call of Register()
     Catalogue catalogue; // none if there is no file for the locale
-    QPointer<QCoreApplication> application; // where this is settled; another one may come to live at the same address
+    QPointer<QCoreApplication> application; // in which it is installed; another one may later have the same address
 };
 
 struct Search
@@ -52,7 +52,7 @@ struct Search
     QPointer<QCoreApplication> application;
 };
 
-// Texts that a module hands over may lie in its constant data (QStringLiteral), and go with it when it is unloaded.
+// Texts that a module passes may be in its constant data (QStringLiteral), which disappear when it is unloaded.
 QString ownCopy(const QString &text)
 {
     return QString(text.constData(), text.size());
@@ -84,8 +84,8 @@ void withdraw(const Catalogue &catalogue)
 } // namespace
 
 /// The lock guards the members and is never held while files are read or events are sent: the receiver of
-/// LanguageChange may call back, wait for a thread that calls, or load a library, which takes the loader's lock.
-/// It is no QMutex, because the thread sanitizer does not see what the uninstrumented Qt library locks.
+/// LanguageChange may call back, wait for a thread that calls, or load a library, which takes the loader's lock. Not a
+/// QMutex, because the thread sanitizer does not see locks in the uninstrumented Qt library.
 class TranslationCenter::Private
 {
 public:
@@ -135,7 +135,7 @@ public:
         return names;
     }
 
-    // An exception while searching leaves the module pending and its former catalogue in place.
+    // After an exception while searching, the module is still pending and keeps its former catalog.
     void installPending()
     {
         while (const std::optional<Search> search = nextSearch()) {
@@ -174,7 +174,7 @@ private:
         return std::nullopt;
     }
 
-    // Puts the catalogue found in place of the former one, which it returns; nothing if the search is out of date.
+    // Replaces the former catalog with the one found, and returns the former; nothing if the search is out of date.
     // This comes before installing, or a receiver of LanguageChange that calls back would find the module pending.
     std::optional<Catalogue> settle(const Search &search, const Catalogue &found)
     {
@@ -192,7 +192,7 @@ private:
     quint64 m_registrations = 0;
 };
 
-// Destroyed with the library; a translator that is still installed then takes itself out.
+// Destroyed with the library; a translator that is still installed then removes itself.
 TranslationCenter &TranslationCenter::Instance()
 {
     static TranslationCenter center;
