@@ -477,7 +477,7 @@ void IRGObjectBinaryTest::whatNoReaderWouldTakeIsNotCompressed()
     EnormousNote note((1 << 30) + 1);
     QVERIFY(note.isThere());
     const QString why =
-        QStringLiteral(": 1073741825 bytes are to be compressed, but readers take no more than 1073741824");
+        QStringLiteral(": 1073741825 bytes are to be compressed, but readers accept no more than 1073741824");
     QVERIFY(!note.SaveCompressedBinary(path("a"), 1));
     QCOMPARE(note.GetErrorString(), path("a") + why);
     QVERIFY(!QFileInfo::exists(path("a")));

@@ -95,15 +95,15 @@ void IRGObjectBinaryRefusalsTest::refusedData_data()
     row("compressed: more than declared", compressedForm(bytes("0000000e") + packed.mid(4)),
         "the compressed bytes are damaged");
     row("compressed: over 1,100 times", compressedForm(bytes("00002ee1 00000000 0000")), // 12,001 bytes from 10
-        "10 compressed bytes declare 12001 bytes, but no more than 11000 are taken");
+        "10 compressed bytes declare 12001 bytes, but no more than 11000 are accepted");
     row("compressed: one byte over 1,100 times", compressedForm(bytes("00002af9 00000000 0000")),
-        "10 compressed bytes declare 11001 bytes, but no more than 11000 are taken");
+        "10 compressed bytes declare 11001 bytes, but no more than 11000 are accepted");
     row("compressed: just 1,100 times", compressedForm(bytes("00002af8 00000000 0000")),
         "the compressed bytes are damaged");
     row("compressed: the most a word can say", compressedForm(bytes("ffffffff") + QByteArray(1000000, 'x')),
-        "1000004 compressed bytes declare 4294967295 bytes, but no more than 1073741824 are taken");
+        "1000004 compressed bytes declare 4294967295 bytes, but no more than 1073741824 are accepted");
     row("compressed: one byte over 1 GiB", compressedForm(bytes("40000001") + QByteArray(1000000, 'x')),
-        "1000004 compressed bytes declare 1073741825 bytes, but no more than 1073741824 are taken");
+        "1000004 compressed bytes declare 1073741825 bytes, but no more than 1073741824 are accepted");
     row("compressed: another class", compressedForm(qCompress(bytes("0000abcd 00000000"))),
         "the leading word is 0x0000ABCD, not 0x9E8F7061 (Note)");
     row("compressed: negative length inside", compressedForm(qCompress(bytes("9e8f7061 ffffffff"))),
@@ -229,13 +229,13 @@ void IRGObjectBinaryRefusalsTest::membersThatGoOnBehindTheRecordAreRefused()
     note.readsPastItsRecord = true;
     QVERIFY(!note.SetBinaryRepresentation(data));
     QCOMPARE(note.GetErrorString(),
-             QStringLiteral("binary data: the record's length is 7, but its members go on behind that"));
+             QStringLiteral("binary data: the record's length is 7, but its members continue after it"));
 
     Note other; // here it is the data's fault: a text of 3 bytes where the record has 2
     QByteArray damaged = bytes("9e8f7061 00000007 54 00000003 6869");
     QVERIFY(!other.SetBinaryRepresentation(damaged));
     QCOMPARE(other.GetErrorString(),
-             QStringLiteral("binary data: the record's length is 7, but its members go on behind that"));
+             QStringLiteral("binary data: the record's length is 7, but its members continue after it"));
 }
 
 void IRGObjectBinaryRefusalsTest::noReaderGetsBehindItsRecord()
@@ -291,7 +291,7 @@ void IRGObjectBinaryRefusalsTest::filesThatCannotBeRead()
 {
     Note note;
     QVERIFY(!note.LoadBinary(nullptr));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file pointer is null"));
 
     QFile missing(path("missing"));
     QVERIFY(!note.LoadBinary(&missing));
@@ -303,7 +303,7 @@ void IRGObjectBinaryRefusalsTest::filesThatCannotBeRead()
 
     QFile unnamed;
     QVERIFY(!note.LoadBinary(&unnamed));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
 
     QFile writing(path("new"));
     QVERIFY(writing.open(QIODevice::WriteOnly));

@@ -424,7 +424,7 @@ void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
     QFETCH(QString, text);
     QFETCH(int, lineAsAttribute);
     const QString error =
-        QStringLiteral("XML text: a text in or just above line %1 of the document holds a character that XML cannot "
+        QStringLiteral("XML text: a text in or just above line %1 of the document contains a character that XML cannot "
                        "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)");
     Note note(text);
     QVERIFY(note.GetXmlString().isNull());

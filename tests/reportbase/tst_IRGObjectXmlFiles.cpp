@@ -133,7 +133,7 @@ void IRGObjectXmlFilesTest::filesThatCannotBeRead()
     QCOMPARE(note.GetErrorString(), m_folder->path() + QStringLiteral(": cannot open: file to open is a directory"));
 
     QVERIFY(!note.LoadXml(QString()));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
 
     const QString twoNames = path("note.xml") + QChar(QChar::Null) + QStringLiteral(".xml");
     QFile existing(path("note.xml"));
@@ -143,7 +143,7 @@ void IRGObjectXmlFilesTest::filesThatCannotBeRead()
     QCOMPARE(note.GetErrorString(), twoNames + QStringLiteral(": cannot open: a file name cannot contain U+0000"));
 
     QVERIFY(!note.LoadXml(static_cast<QFile *>(nullptr)));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file pointer is null"));
 
     QFile writing(path("new"));
     QVERIFY(writing.open(QIODevice::WriteOnly));
@@ -250,10 +250,11 @@ void IRGObjectXmlFilesTest::theOldFileStaysWhenXmlCannotCarryAText()
     write(path("a"), "old");
     const Note note(QStringLiteral("a\x02"));
     QVERIFY(!note.SaveXml(path("a")));
-    QCOMPARE(note.GetErrorString(),
-             path("a")
-                 + QStringLiteral(": a text in or just above line 3 of the document holds a character that XML cannot "
-                                  "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)"));
+    QCOMPARE(
+        note.GetErrorString(),
+        path("a")
+            + QStringLiteral(": a text in or just above line 3 of the document contains a character that XML cannot "
+                             "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)"));
     QCOMPARE(contentOf(path("a")), QByteArray("old"));
 }
 
@@ -269,7 +270,7 @@ void IRGObjectXmlFilesTest::pathsThatCannotBeWritten()
              m_folder->path() + QStringLiteral(": cannot write: Filename refers to a directory"));
 
     QVERIFY(!note.SaveXml(QString()));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
 }
 
 void IRGObjectXmlFilesTest::aPipeIsNotReplacedByAFile()

@@ -84,7 +84,7 @@ void LoggerTest::aFailedLoadIsLoggedOnceWithTheErrorString()
         QStringLiteral("error: XML text:1:6: Premature end of document."),
         QStringLiteral("error: /no/such/file: cannot open: No such file or directory"),
         QStringLiteral("error: binary data: the leading word and the length take 8 bytes, but only 0 are there"),
-        QStringLiteral("error: no file was given"),
+        QStringLiteral("error: the file pointer is null"),
     };
     QCOMPARE(logger->lines, expected);
     QCOMPARE(QStringLiteral("error: ") + note.GetErrorString(), expected.last());

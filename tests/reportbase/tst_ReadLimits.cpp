@@ -152,7 +152,7 @@ void ReadLimitsTest::limitsApplyToBytesStreamsAndFiles_data()
     row("compressed, one byte larger", compressedHi, 37, 15, true,
         "the representation takes 38 bytes, but no more than 37 are accepted");
     row("compressed, expands one byte too far", compressedHi, 38, 14, true,
-        "30 compressed bytes declare 15 bytes, but no more than 14 are taken");
+        "30 compressed bytes declare 15 bytes, but no more than 14 are accepted");
     row("compressed, not accepted", compressedHi, 38, 15, false,
         "the representation is compressed, but only uncompressed ones are accepted");
 }
@@ -208,7 +208,7 @@ void ReadLimitsTest::negativeLimitsRefuseEverything()
              QStringLiteral("binary data: the representation takes 15 bytes, but no more than -1 are accepted"));
     QVERIFY(!note.SetBinaryRepresentation(compressedHi, limits(100, -1, true)));
     QCOMPARE(note.GetErrorString(),
-             QStringLiteral("binary data: 30 compressed bytes declare 15 bytes, but no more than -1 are taken"));
+             QStringLiteral("binary data: 30 compressed bytes declare 15 bytes, but no more than -1 are accepted"));
 }
 
 void ReadLimitsTest::higherLimitsThanPossibleRefuseWhatCannotBeHeld()
@@ -228,7 +228,7 @@ void ReadLimitsTest::higherLimitsThanPossibleRefuseWhatCannotBeHeld()
     QVERIFY(!note.SetBinaryRepresentation(bomb, limits(huge, huge, true)));
     QCOMPARE(note.GetErrorString(),
              QStringLiteral("binary data: 4000000 compressed bytes declare 4294967295 bytes, but no more than "
-                            "2147483392 are taken"));
+                            "2147483392 are accepted"));
 }
 
 void ReadLimitsTest::sparseFileThatClaimsTwoGibibytesIsRefused_data()
@@ -368,9 +368,9 @@ void ReadLimitsTest::representationIsLoadedFromAPath()
     QVERIFY(!note.LoadBinary(path("missing")));
     QCOMPARE(note.GetErrorString(), path("missing") + QStringLiteral(": cannot open: No such file or directory"));
     QVERIFY(!note.LoadBinary(QString()));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
     QVERIFY(!note.LoadBinary(nullptr)); // a file object that is not there
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file pointer is null"));
 }
 
 void ReadLimitsTest::constObjectsAreWritten()

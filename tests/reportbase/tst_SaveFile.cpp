@@ -69,8 +69,8 @@ void SaveFileTest::exactlyTheBytesAreSaved()
 
 void SaveFileTest::aNameIsNeeded()
 {
-    QCOMPARE(SaveFile(QString(), "x"), QStringLiteral("no file name was given"));
-    QCOMPARE(SaveFile(QStringLiteral(""), "x"), QStringLiteral("no file name was given"));
+    QCOMPARE(SaveFile(QString(), "x"), QStringLiteral("the file name is empty"));
+    QCOMPARE(SaveFile(QStringLiteral(""), "x"), QStringLiteral("the file name is empty"));
 }
 
 void SaveFileTest::aNulDoesNotEndAName()
@@ -101,7 +101,7 @@ void SaveFileTest::bytesThatAreNoTextNameTheirOwnFile()
              shown + QStringLiteral(": cannot write: No such file or directory"));
     QCOMPARE(SaveFile(QByteArray("a\0b", 3), shown, "content"),
              shown + QStringLiteral(": cannot write: a file name cannot contain U+0000"));
-    QCOMPARE(SaveFile(QByteArray(), shown, "content"), QStringLiteral("no file name was given"));
+    QCOMPARE(SaveFile(QByteArray(), shown, "content"), QStringLiteral("the file name is empty"));
     QCOMPARE(unlink(path.constData()), 0);
     QVERIFY(QFile::remove(other));
 }
