@@ -9,17 +9,17 @@
 #include "OutOfMemory.h"
 #include "WholeTree.h"
 
-/// How the object that an operation changes begins.
+/// The initial state of the object that an operation changes.
 enum class Begins {
     New, ///< without data
     Filled, ///< with other data than those of the source
-    Shared, ///< the same, and it shares them with a third object
+    Shared, ///< the same, shared with a third object
 };
 
-/// What an operation leaves of the object that it was to change when memory runs out.
+/// The state in which an operation leaves the object that it changes when memory runs out.
 enum class Leaves {
-    Parts, ///< what was read or taken over until then, as with every other exception
-    Nothing, ///< the object is as it was
+    Parts, ///< with the values read or copied before, as with every other exception
+    Nothing, ///< the object is unchanged
     Gaps, ///< items of lists without data, as there were before
 };
 
@@ -27,11 +27,11 @@ enum class Leaves {
 template <class T>
 struct Objects
 {
-    T source; ///< complete; looked at only
+    T source; ///< complete; only read
     T target;
-    T sharer; ///< if the data are shared, who has them too; looked at only
+    T sharer; ///< the other owner of shared data; only read
 
-    // What the operation is given, and what it gives.
+    // Arguments and results of the operation.
     QByteArray bytes;
     QString text;
     bool answer = false;
@@ -62,12 +62,12 @@ struct Operation
     Leaves leaves;
     Action prepare;
     Action perform;
-    Question isRight; ///< whether all is as it should be when nothing failed
-    QVector<OutOfMemory::KnownPlace> places; ///< where it does not survive, and cannot
-    Question isUnharmed; ///< whether, after a failure, all is well besides the objects
+    Question isRight; ///< whether the result is right if nothing failed
+    QVector<OutOfMemory::KnownPlace> places; ///< where it cannot survive
+    Question isUnharmed; ///< whether, after a failure, everything except the objects is undamaged
 };
 
-/// A complete object of a class, what it looks like in each encoding, and another, smaller one.
+/// A complete object of a class, its form in each encoding, and another, smaller one.
 template <class T>
 struct Samples
 {
@@ -81,11 +81,11 @@ struct Samples
     Samples(const T &completeObject, const T &otherObject) : complete(completeObject), other(otherObject) { }
 };
 
-/// To be specialized: makes the samples of a class once.
+/// To be specialized: creates the samples of a class once.
 template <class T>
 const Samples<T> &samples();
 
-/// Whether every item in every list is one that a list takes.
+/// Whether every item in every list is one that a list accepts.
 inline bool listsAreWhole(const JobXml::DataObject &root)
 {
     bool whole = true;
@@ -125,15 +125,15 @@ public:
     QString complaint(bool failed) override
     {
         if (!onlookersAreUnchanged())
-            return QStringLiteral("an object changed that was only to be looked at");
+            return QStringLiteral("an object changed that was only read");
         if (failed && m_operation.leaves == Leaves::Nothing && !isUnchanged())
             return QStringLiteral("the object changed although the operation failed");
         if (failed && m_operation.isUnharmed && !m_operation.isUnharmed(m_objects))
-            return QStringLiteral("something came to harm that is no object");
+            return QStringLiteral("something besides the objects was damaged");
         if (failed && !m_objects.target.GetErrorString().isNull())
-            return QStringLiteral("an error is told although an exception tells it");
+            return QStringLiteral("an error string repeats an exception");
         if (m_operation.leaves != Leaves::Gaps && !listsAreWhole(m_objects.target))
-            return QStringLiteral("a list holds an item without data");
+            return QStringLiteral("a list contains an item without data");
         return furtherUse();
     }
 
@@ -151,7 +151,7 @@ private:
             && (!shared || snapshotOf(m_objects.sharer) == samples<T>().otherSnapshot);
     }
 
-    /// What every object must still be good for.
+    /// What every object must still be able to do.
     QString furtherUse()
     {
         T &object = m_objects.target;

@@ -47,7 +47,7 @@ public:
         const bool fails = m_once ? m_allocations == m_first : m_allocations >= m_first;
         if (fails && !m_failed) {
             m_failed = true;
-            m_scarce = false; // whoever walks the stack may allocate
+            m_scarce = false; // walking the stack may allocate
             m_frames->note();
             m_scarce = true;
         }
@@ -56,7 +56,7 @@ public:
     void allocated() override { ++m_blocks; }
     void freed() override { --m_blocks; }
 
-    /// From here on the allocation counted so, from 1, fails, alone or with all behind it.
+    /// From now on the allocation with this number, counted from 1, fails, alone or with all after it.
     void begin(int first, bool once, Frames *frames)
     {
         m_first = first;
@@ -93,10 +93,10 @@ struct RawFinding
     char details[400];
 };
 
-/// What a child process leaves behind, however it ends.
+/// Results of a child process, however it ends.
 struct Notes
 {
-    int attempt; ///< that is made just now; each allocation takes two
+    int attempt; ///< the present one; there are two for each allocation
     Frames frames; ///< of the allocation that fails in it
     bool done;
     int allocations;
@@ -137,7 +137,7 @@ Notes *notes = nullptr; // shared with the child
 
 void onMessage(QtMsgType, const QMessageLogContext &, const QString &text)
 {
-    heap.end(); // one finding is enough; what the message itself allocates is not the matter
+    heap.end(); // one finding is enough; allocations of the message itself do not matter
     notes->add(Outcome::Printed, text.toUtf8().constData());
 }
 
@@ -172,7 +172,7 @@ struct Undisturbed
 {
     QByteArray exception;
     QByteArray state;
-    QString failure; ///< what is wrong even so
+    QString failure; ///< the error even then
 
     explicit Undisturbed(const MakeAttempt &make)
     {
@@ -188,7 +188,7 @@ struct Undisturbed
     }
 };
 
-/// What the test itself needs for the first time.
+/// First use of what the test itself needs.
 void prepareForFailure()
 {
     Frames().note();
@@ -205,7 +205,7 @@ int firstFreeDescriptor()
     return descriptor;
 }
 
-/// Notes what came of an attempt besides std::bad_alloc.
+/// Stores the results of an attempt other than std::bad_alloc.
 void judge(Attempt &attempt, const Ending &ending, const Undisturbed &undisturbed)
 {
     if (!ending.outOfMemory) {
@@ -248,7 +248,7 @@ void makeAttemptAtFirstUse(const MakeAttempt &make)
     judge(*attempt, ending, second);
 }
 
-/// Makes attempts until all allocations are through or, if each is to have a process of its own, one.
+/// Makes attempts until all allocations have failed or, if each has a process of its own, one.
 template <class Try>
 [[noreturn]] void goThroughAllocations(Try &&makeOne, bool oneOnly)
 {
@@ -272,8 +272,8 @@ template <class Try>
     _exit(0);
 }
 
-/// The function around an address, without its parameters; null for one of this program. One that does not show goes by
-/// the name of its library.
+/// The function around an address, without its parameters; null for one of this program. A function without a symbol
+/// has the name of its library.
 QString nameOfFunction(const void *address)
 {
     Dl_info own;
@@ -291,12 +291,12 @@ QString nameOfFunction(const void *address)
     return QString::fromLatin1(name ? name.get() : info.dli_sname).section(QLatin1Char('('), 0, 0);
 }
 
-/// The functions between the heap, which is this program's, and the operation, which is so too.
+/// The functions between the heap and the operation, both of which are in this program.
 QStringList namesOf(const Frames &frames)
 {
     QStringList names;
     for (int i = 1; i < frames.count; ++i) {
-        // By the call, which may be the last instruction of a function, not by what follows it.
+        // The address of the call, which may be the last instruction of a function, not of the instruction after it.
         const QString name = nameOfFunction(static_cast<const char *>(frames.addresses[i]) - 1);
         if (name.isNull() && !names.isEmpty())
             break;
@@ -306,9 +306,9 @@ QStringList namesOf(const Frames &frames)
     return names;
 }
 
-/// The C++ library keeps room in reserve for exceptions, so that one that was to be thrown anyway still is. The C
-/// library looks for translations of its texts, in some languages, and makes do without.
-bool isNoMatter(const Finding &finding)
+/// The C++ library reserves memory for exceptions, so that one that is thrown anyway still is. The C library searches
+/// translations of its texts, in some languages, and works without them.
+bool isHarmless(const Finding &finding)
 {
     return finding.outcome == Outcome::Unnoticed
         && (finding.functions.value(0) == QLatin1String("__cxa_allocate_exception")
@@ -362,14 +362,14 @@ QStringList surprises(const Report &report, const QVector<KnownPlace> &known)
         return {QStringLiteral("the operation allocates nothing")};
 
     QVector<bool> met(known.size(), false);
-    QMap<QString, QVector<int>> unknown; // what and where, and the allocations
+    QMap<QString, QVector<int>> unknown; // kind and place, and the allocations
     for (const Finding &finding : report.findings) {
         bool isKnown = false;
         for (int i = 0; i < known.size(); ++i) {
             if (isAt(finding, known.at(i)))
                 isKnown = met[i] = true;
         }
-        if (!isKnown && !isNoMatter(finding))
+        if (!isKnown && !isHarmless(finding))
             unknown[line(finding)].append(finding.allocation);
     }
 
@@ -389,7 +389,7 @@ QStringList surprises(const Report &report, const QVector<KnownPlace> &known)
 
 namespace {
 
-/// Makes attempts in child processes, a further one whenever one ends, until all allocations are through.
+/// Makes attempts in child processes, a new one whenever one ends, until all allocations have failed.
 template <class Try>
 Report failEveryAllocation(Try &&makeOne, bool oneOnly)
 {

@@ -9,9 +9,8 @@
 #include <QStringList>
 #include <QVector>
 
-/// Performs an operation again and again, and lets another of its allocations fail each time: that one alone, as when
-/// something large was asked for, and then that one and all that follow until the operation is left, as when there is
-/// nothing left at all.
+/// Repeats an operation, and lets a different allocation fail each time: only that one, as if its size were too large,
+/// and then that one and all that follow until the operation ends, as if no memory were left.
 namespace OutOfMemory {
 
 /// An operation, once, with objects of its own, which begin the same each time.
@@ -23,23 +22,23 @@ public:
     /// The operation. Memory fails in here and nowhere else.
     virtual void perform() = 0;
 
-    /// All that can be seen of the objects, as text: the same every time that the operation succeeds.
+    /// The visible state of the objects, as text: the same every time that the operation succeeds.
     virtual QByteArray state() = 0;
 
-    /// Whether they are as the operation should leave them.
+    /// Whether the operation has left them in the right state.
     virtual bool isRight() = 0;
 
-    /// What is wrong with the objects now, after the operation succeeded or failed; null if they are as good as ever.
+    /// The problem of the objects after the operation succeeded or failed; null if they are still usable.
     virtual QString complaint(bool failed) = 0;
 };
 
 using MakeAttempt = std::function<std::unique_ptr<Attempt>()>;
 
-/// What else can come of a failed allocation than std::bad_alloc, nothing lost and all objects fit for use.
+/// Results of a failed allocation other than std::bad_alloc without leaks and with usable objects.
 enum class Outcome {
-    Unnoticed, ///< the operation succeeded all the same, or failed as it does without a lack of memory
+    Unnoticed, ///< the operation succeeded, or failed as it does with enough memory
     Wrong, ///< it ended in another way
-    Spoilt, ///< an object is not what it should be
+    Spoilt, ///< an object is in a wrong state
     Leaked, ///< memory is never freed, or a file never closed
     Printed, ///< a message went to the log
     Ended, ///< the process was ended, by a signal or by std::terminate()
@@ -52,26 +51,27 @@ struct Finding
 {
     Outcome outcome;
     int allocation; ///< counted from 1
-    bool once; ///< whether it failed alone
-    QStringList functions; ///< that were asking for memory when it failed, innermost first
+    bool once; ///< whether only this one failed
+    QStringList functions; ///< on the stack when the allocation failed, innermost first
     QString details;
 };
 
 struct Report
 {
     int allocations = 0; ///< how many there are in the operation, each of which has failed
-    QString failure; ///< why the operation could not be tried at all; null if it could
+    QString failure; ///< why the operation could not be tried; null if it could
     QVector<Finding> findings;
 };
 
 Report failEveryAllocation(const MakeAttempt &make);
 
-/// The same in processes that perform the operation for the first time, one for each attempt: what Qt sets up once has
-/// not been set up yet if it has not been by the caller. Nothing counts as leaked then, for much is kept for good.
+/// The same in processes that perform the operation for the first time, one for each attempt: Qt's one-time
+/// initialization has not happened then, unless the caller has caused it. Nothing counts as leaked then, since much is
+/// kept permanently.
 Report failEveryAllocationOfFirstUse(const MakeAttempt &make);
 
-/// A place in Qt or below that does not survive a lack of memory, whoever calls it: what comes of it, and one of the
-/// functions that are asking for memory then.
+/// A place in Qt or below that does not survive running out of memory: the result, and one of the functions on the
+/// stack.
 struct KnownPlace
 {
     Outcome outcome;
@@ -79,7 +79,7 @@ struct KnownPlace
     int mostBlocks = 0; ///< that it leaks
 };
 
-/// What was found besides the known places, and which of those were not: a line each, none if all is well.
+/// Findings besides the known places, and known places that were not found: a line each, none if there is no problem.
 QStringList surprises(const Report &report, const QVector<KnownPlace> &known);
 
 } // namespace OutOfMemory

@@ -16,8 +16,8 @@ using namespace OutOfMemory;
 
 namespace {
 
-// Before the attempts nothing of Qt may be used that it sets up on its first use; so the documents that are read are
-// made by a process of their own, in files.
+// Before the attempts nothing may be used that Qt initializes on its first use; so a separate process writes the
+// documents that are read to files.
 
 std::string folder;
 
@@ -53,8 +53,8 @@ struct Use
     QVector<KnownPlace> places;
 };
 
-// Qt makes data of its own for a thread that it did not start when the first QObject is made there, which every
-// QIODevice is, and takes for granted that it gets the memory.
+// For a thread that Qt did not start, it allocates data when the first QObject (each QIODevice is one) is created
+// there, and does not check for failure.
 const QVector<KnownPlace> firstQObject{{Outcome::Ended, "QObject::QObject"}};
 
 const Use uses[] = {
@@ -119,21 +119,20 @@ QVector<Report> reports;
 
 } // namespace
 
-/// Memory runs out in a process that reads or writes for the first time, and so for the first time uses what Qt sets up
-/// once.
+/// Memory runs out in a process that reads or writes for the first time, in which Qt's one-time initialization happens.
 class OutOfMemoryFirstUseTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theCallerGetsBadAllocAndTheSecondUseIsAsGood_data()
+    void outOfMemoryThrowsBadAllocAndTheSecondUseSucceeds_data()
     {
         QTest::addColumn<int>("use");
         for (int i = 0; i < reports.size(); ++i)
             QTest::newRow(uses[i].name) << i;
     }
 
-    void theCallerGetsBadAllocAndTheSecondUseIsAsGood()
+    void outOfMemoryThrowsBadAllocAndTheSecondUseSucceeds()
     {
         QFETCH(int, use);
         const QStringList found = surprises(reports.at(use), uses[use].places);
@@ -144,7 +143,7 @@ private Q_SLOTS:
         m_allocations += reports.at(use).allocations;
     }
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all after it", m_allocations); }
 
 private:
     int m_allocations = 0;

@@ -204,8 +204,7 @@ public:
         return *this;
     }
 
-    /// Tries all of them; returns whether each survived and no member is missing, and adds up the allocations that
-    /// failed.
+    /// Tries all of them; returns whether each survived and no member is missing, and counts the failed allocations.
     bool areSurvived(int *allocations) const
     {
         const bool complete = isComplete();
@@ -289,8 +288,8 @@ Members<T> rangedMembers(V value)
 
 } // namespace
 
-/// Memory runs out while a member is set, appended to, reset or asked for, in every place once. Whatever fails leaves
-/// the object as it was.
+/// Memory runs out while a member is set, appended to, reset or read, in every place once. A failure leaves the object
+/// unchanged.
 class OutOfMemoryMembersTest : public QObject
 {
     Q_OBJECT
@@ -389,7 +388,7 @@ private Q_SLOTS:
         QCOMPARE(triedClasses(), Model::classes());
     }
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all after it", m_allocations); }
 
 private:
     int m_allocations = 0;

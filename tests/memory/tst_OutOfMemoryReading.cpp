@@ -53,7 +53,7 @@ private:
 
 const Files *files = nullptr;
 
-// The constructor keeps two stacks by bare pointers; what fails after they are made loses them.
+// The constructor keeps two stacks by bare pointers, which leak if it fails later.
 const QVector<KnownPlace> xmlReader{{Outcome::Leaked, "QXmlStreamReader::QXmlStreamReader", 2}};
 
 QString path(const char *name)
@@ -61,7 +61,7 @@ QString path(const char *name)
     return files->path(name);
 }
 
-// --- What is given to an operation, and what must come of it ---------------------------------------------------------
+// --- Arguments and expected results of the operations ----------------------------------------------------------------
 
 void nothing(Document &) { }
 
@@ -87,7 +87,7 @@ bool isReadCompletely(Document &o)
     return o.answer && isComplete(o);
 }
 
-/// What was there stays, and the lists go on with what was read.
+/// Existing values stay, and the items read are appended to the lists.
 bool isAdded(Document &o)
 {
     const TunerProperties &target = o.target;
@@ -100,7 +100,7 @@ bool isAdded(Document &o)
         && target.Getname() == read.Getname();
 }
 
-bool isAddedAsAsked(Document &o)
+bool isAddedAsRequested(Document &o)
 {
     return o.answer && isAdded(o);
 }
@@ -134,8 +134,8 @@ private Q_SLOTS:
         addRefusals();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void outOfMemoryThrowsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void outOfMemoryThrowsBadAllocAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;
@@ -143,7 +143,7 @@ private Q_SLOTS:
         qInfo("%d allocations", m_allocations - before);
     }
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all after it", m_allocations); }
 
 private:
     void add(const char *name, Begins target, Operation<TunerProperties>::Action prepare,
@@ -158,11 +158,11 @@ private:
     {
         const auto setXmlString = [](Document &o) { o.answer = o.target.SetXmlString(documents().xml, true); };
         add("SetXmlString", Begins::New, nothing, setXmlString, isReadCompletely, Leaves::Parts, xmlReader);
-        add("SetXmlString, shared data", Begins::Shared, nothing, setXmlString, isAddedAsAsked, Leaves::Parts,
+        add("SetXmlString, shared data", Begins::Shared, nothing, setXmlString, isAddedAsRequested, Leaves::Parts,
             xmlReader);
         const auto processXml = [](Document &o) { o.target.ProcessXml(*o.reader); };
         add("ProcessXml", Begins::New, anXmlReader, processXml, isComplete);
-        // While the caller's reader goes on where the memory ran out.
+        // While the caller's reader continues where memory ran out.
         add(
             "ProcessXml, reading on", Begins::New, anXmlReader,
             [](Document &o) {
@@ -202,7 +202,7 @@ private:
             [](Document &o) { o.bytes = compressedRepresentation(); }, fromBytes, isReadCompletely);
         add(
             "SetBinaryRepresentation, stream", Begins::Filled, [](Document &o) { aStreamWith(o, representation()); },
-            fromStream, isAddedAsAsked);
+            fromStream, isAddedAsRequested);
         add(
             "SetBinaryRepresentation, pipe", Begins::New,
             [](Document &o) {
@@ -212,7 +212,7 @@ private:
             fromStream, isReadCompletely);
         add(
             "SetBinaryRepresentation, stream, compressed", Begins::Shared,
-            [](Document &o) { aStreamWith(o, compressedRepresentation()); }, fromStream, isAddedAsAsked);
+            [](Document &o) { aStreamWith(o, compressedRepresentation()); }, fromStream, isAddedAsRequested);
     }
 
     void addFiles()
@@ -224,7 +224,7 @@ private:
             QFile file(path("document.xml"));
             o.answer = o.target.LoadXml(&file);
         };
-        add("LoadXml, file", Begins::Filled, nothing, loadXml, isAddedAsAsked, Leaves::Parts, xmlReader);
+        add("LoadXml, file", Begins::Filled, nothing, loadXml, isAddedAsRequested, Leaves::Parts, xmlReader);
         const auto loadBinary = [](const char *name) {
             return [=](Document &o) {
                 QFile file(path(name));
@@ -235,7 +235,7 @@ private:
         add("LoadBinary, compressed", Begins::New, nothing, loadBinary("compressed.bin"), isReadCompletely);
     }
 
-    // Where reading fails by itself, running out of memory must not look like that.
+    // If reading fails for another reason, running out of memory must not look the same.
     void addRefusals()
     {
         const auto xml = [](const QString &text) {

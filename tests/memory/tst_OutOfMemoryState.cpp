@@ -18,7 +18,7 @@ const Samples<TunerProperties> &documents()
     return samples<TunerProperties>();
 }
 
-// --- What is given to an operation, and what must come of it ---------------------------------------------------------
+// --- Arguments and expected results of the operations ----------------------------------------------------------------
 
 void nothing(Document &) { }
 
@@ -37,7 +37,7 @@ bool heldListIsUnchanged(Document &o)
         && snapshotOf(held.constFirst()) == snapshotOf(documents().other.GetComponent().constFirst());
 }
 
-/// The target lacks two things, one of them deep inside.
+/// The target lacks two members, one of them deep inside.
 void somethingMissing(Document &o)
 {
     o.target.Resettype();
@@ -95,11 +95,11 @@ private Q_SLOTS:
         addQuestions();
         addChecks();
         addChanges();
-        addHandOver();
+        addPropagation();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void outOfMemoryThrowsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void outOfMemoryThrowsBadAllocAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;
@@ -110,7 +110,7 @@ private Q_SLOTS:
     void whatCannotThrowAllocatesNothing_data();
     void whatCannotThrowAllocatesNothing();
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all after it", m_allocations); }
 
 private:
     void add(const char *name, Begins target, Action prepare, Action perform, Question isRight,
@@ -220,7 +220,7 @@ private:
         add("merge, held list", Begins::Filled, aHeldList, merge, merged, Leaves::Parts, heldListIsUnchanged);
 
         // An unset list with items in it: a snapshot can clear the flag, and reads no more here. The caller holds the
-        // list, so that whoever wants to change it has to make copies first.
+        // list, so that a change has to copy it first.
         add(
             "modify an unset list", Begins::Filled,
             [](Document &o) {
@@ -238,14 +238,14 @@ private:
         add("ResetToDefault, shared data", Begins::Shared, nothing, resetToDefault, isDefault);
     }
 
-    void addHandOver()
+    void addPropagation()
     {
         const auto setValidate = [](Document &o) { o.target.SetValidate(false); };
-        const auto isHandedDown = [](Document &o) {
+        const auto isPropagated = [](Document &o) {
             return !o.target.GetValidate() && followsRoot(o.target) && isUnchanged(o);
         };
-        add("SetValidate, shared data", Begins::Shared, nothing, setValidate, isHandedDown);
-        add("SetValidate, held list", Begins::Filled, aHeldList, setValidate, isHandedDown, Leaves::Nothing,
+        add("SetValidate, shared data", Begins::Shared, nothing, setValidate, isPropagated);
+        add("SetValidate, held list", Begins::Filled, aHeldList, setValidate, isPropagated, Leaves::Nothing,
             heldListIsUnchanged);
         const auto aLogger = [](Document &o) { o.held = std::make_shared<Logger>(); };
         add(
@@ -279,7 +279,7 @@ void OutOfMemoryStateTest::whatCannotThrowAllocatesNothing_data()
         o.target.swap(other);
         other.swap(o.target);
     });
-    row("ask", Begins::Shared, [](Document &o) {
+    row("query", Begins::Shared, [](Document &o) {
         o.answer = o.target.HasData() && o.target.AnyData() && o.target.IsInitialized() && o.target.IsComponentSet()
             && o.target.GetValidate() && !o.target.GetLogger() && o.target.IsValidname(QString());
     });

@@ -30,7 +30,7 @@ const Written &written()
     return forms;
 }
 
-// --- What is given to an operation, and what must come of it ---------------------------------------------------------
+// --- Arguments and expected results of the operations ----------------------------------------------------------------
 
 void nothing(Document &) { }
 
@@ -50,13 +50,13 @@ Operation<TunerProperties>::Question gives(const QByteArray &bytes)
     return [=](Document &o) { return o.bytes == bytes; };
 }
 
-// The constructor tries out its encoder before anyone owns it.
+// The constructor uses its encoder before anything owns it.
 const QVector<KnownPlace> xmlWriter{{Outcome::Leaked, "QXmlStreamWriter::QXmlStreamWriter", 1}};
 
-// An element that is on the writer's stack, but has no name yet: whoever closes it gets at memory that is not there.
+// An element that is on the writer's stack, but has no name yet: closing it accesses invalid memory.
 const QVector<KnownPlace> xmlWriterAfterwards{{Outcome::Ended, "QXmlStreamWriter::writeStartElement"}};
 
-/// A folder with one file, which stands there already when it is to be written.
+/// A folder with one file, which already exists when it is written.
 class Folder
 {
 public:
@@ -124,8 +124,8 @@ private Q_SLOTS:
         addRefusals();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void outOfMemoryThrowsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void outOfMemoryThrowsBadAllocAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;
@@ -136,7 +136,7 @@ private Q_SLOTS:
     void cleanupTestCase()
     {
         Folder::remove();
-        qInfo("%d allocations, each failed alone and with all behind it", m_allocations);
+        qInfo("%d allocations, each failed alone and with all after it", m_allocations);
     }
 
 private:
@@ -231,7 +231,7 @@ private:
             Folder::holdsNew(written().compressed), {}, Folder::holdsOldOrNew(written().compressed));
     }
 
-    // Where writing fails by itself, running out of memory must not look like that.
+    // If writing fails for another reason, running out of memory must not look the same.
     void addRefusals()
     {
         const auto isNothing = [](Document &o) { return o.bytes.isEmpty() && o.text.isNull() && !o.answer; };

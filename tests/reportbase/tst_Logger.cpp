@@ -28,10 +28,10 @@ class LoggerTest : public QObject
 
 private Q_SLOTS:
     void theStockLoggerForwardsToTheLoggingCategory();
-    void aLoggerIsHeldAndHandedOutByPointer();
+    void loggerIsStoredAndReturnedByPointer();
     void aFailedLoadIsLoggedOnceWithTheErrorString();
     void aFailedSaveIsLoggedOnceWithTheErrorString();
-    void whatSucceedsIsNotLogged();
+    void successIsNotLogged();
     void anObjectWithoutLoggerFailsSilently();
 };
 
@@ -53,7 +53,7 @@ void LoggerTest::theStockLoggerForwardsToTheLoggingCategory()
     QCOMPARE(received, expected);
 }
 
-void LoggerTest::aLoggerIsHeldAndHandedOutByPointer()
+void LoggerTest::loggerIsStoredAndReturnedByPointer()
 {
     static_assert(!std::is_copy_constructible_v<Logger> && !std::is_copy_assignable_v<Logger>);
     static_assert(std::has_virtual_destructor_v<Logger>);
@@ -107,7 +107,7 @@ void LoggerTest::aFailedSaveIsLoggedOnceWithTheErrorString()
     QCOMPARE(QStringLiteral("error: ") + note.GetErrorString(), expected.last());
 }
 
-void LoggerTest::whatSucceedsIsNotLogged()
+void LoggerTest::successIsNotLogged()
 {
     Note note(QStringLiteral("fine"));
     const auto logger = std::make_shared<Notebook>();

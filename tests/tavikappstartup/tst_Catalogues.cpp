@@ -14,7 +14,7 @@ QString displayName(const char *name)
     return QCoreApplication::translate("QObject", name, nullptr, -1);
 }
 
-// What the program that registers before its main() prints and complains of, run with the libraries of a folder.
+// The output and the warnings of the program that registers before its main(), run with the libraries of a folder.
 QString outputOfHost(const QString &libraries, const QStringList &arguments)
 {
     QProcess host;

@@ -26,7 +26,7 @@ private Q_SLOTS:
     void registeringInstallsTheCatalogue();
     void registeringWithoutACatalogueIsRememberedAndShowsSourceTexts();
     void aLocaleWithoutACatalogueShowsSourceTexts();
-    void modulesAreToldInTheOrderOfRegistration();
+    void modulesAreListedInTheOrderOfRegistration();
     void unregisteringWithdrawsTheCatalogue();
     void unregisteringLeavesOtherModulesAlone();
     void unregisteringAnUnknownModuleDoesNothing();
@@ -46,8 +46,8 @@ private Q_SLOTS:
     void registeringTheSameAgainWithoutAnApplicationIsHarmless();
 
     void unregisteringAfterTheApplicationIsGoneIsSafe();
-    void aSecondApplicationGetsTheCatalogueAgain();
-    void aSecondApplicationAtTheSameAddressGetsTheCatalogueToo();
+    void catalogIsInstalledAgainInASecondApplication();
+    void catalogIsInstalledInASecondApplicationAtTheSameAddress();
     void aModuleLeftRegisteredOutlivesItsApplication();
 
     void whatAModuleGaveIsKeptWhenItIsUnloaded();
@@ -87,7 +87,7 @@ void TranslationCenterTest::aLocaleWithoutACatalogueShowsSourceTexts()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::modulesAreToldInTheOrderOfRegistration()
+void TranslationCenterTest::modulesAreListedInTheOrderOfRegistration()
 {
     const Application application;
     center().Register(probe);
@@ -280,7 +280,7 @@ void TranslationCenterTest::unregisteringAfterTheApplicationIsGoneIsSafe()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::aSecondApplicationGetsTheCatalogueAgain()
+void TranslationCenterTest::catalogIsInstalledAgainInASecondApplication()
 {
     auto application = std::make_unique<Application>();
     center().Register(probe);
@@ -293,7 +293,7 @@ void TranslationCenterTest::aSecondApplicationGetsTheCatalogueAgain()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::aSecondApplicationAtTheSameAddressGetsTheCatalogueToo()
+void TranslationCenterTest::catalogIsInstalledInASecondApplicationAtTheSameAddress()
 {
     alignas(Application) unsigned char place[sizeof(Application)];
     for (int round = 0; round < 3; ++round) {
@@ -319,7 +319,7 @@ void TranslationCenterTest::aModuleLeftRegisteredOutlivesItsApplication()
     QCOMPARE(signalText(), untranslated);
 }
 
-// Its texts lie in its constant data, which goes with it.
+// Its texts are in its constant data, which are unloaded with it.
 void TranslationCenterTest::whatAModuleGaveIsKeptWhenItIsUnloaded()
 {
     const Application application;
