@@ -71,7 +71,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/debian/
 string(CONCAT CPACK_COMPONENT_RUNTIME_DESCRIPTION
     "data model of a radio tuner in a measurement job - libraries\n"
     ${about_the_model}
-    "This package holds the libraries and the catalogues by which they show names\n"
+    "This package holds the libraries and the catalogs by which they show names\n"
     "in German and English.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)

@@ -394,7 +394,7 @@ class Source:
         if text in (";", "{", "}", ":"):
             return "block"
         if head and head[-1] not in ("return", "throw") and "(" in head and ":" in head and text == "}":
-            return "function"  # a constructor whose last member is initialised with braces
+            return "function"  # a constructor whose last member is initialized with braces
         return "list"
 
     def _is_binary(self, token):

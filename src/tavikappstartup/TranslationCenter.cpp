@@ -34,13 +34,13 @@ const QString libraryFolder = folderOfThisLibrary();
 
 // Shared, because a catalog is installed and withdrawn outside the lock: a thread that is installing one while another
 // thread or a receiver of LanguageChange withdraws it keeps it alive, and uninstalls it by releasing it.
-using Catalogue = std::shared_ptr<QTranslator>;
+using Catalog = std::shared_ptr<QTranslator>;
 
 struct Module
 {
     QString name;
     quint64 registration; // the number of the call of Register()
-    Catalogue catalogue; // none if there is no file for the locale
+    Catalog catalog; // none if there is no file for the locale
     QPointer<QCoreApplication> application; // in which it is installed; another one may later have the same address
 };
 
@@ -58,27 +58,27 @@ QString ownCopy(const QString &text)
     return QString(text.constData(), text.size());
 }
 
-Catalogue load(const Search &search)
+Catalog load(const Search &search)
 {
-    auto catalogue = std::make_shared<QTranslator>();
+    auto catalog = std::make_shared<QTranslator>();
     for (const QString &folder : search.folders) {
-        if (catalogue->load(QLocale(), search.module, QString(QLatin1Char('_')), folder))
-            return catalogue;
+        if (catalog->load(QLocale(), search.module, QString(QLatin1Char('_')), folder))
+            return catalog;
     }
     return {};
 }
 
 // Without an application both calls only print a warning.
-void install(const Catalogue &catalogue)
+void install(const Catalog &catalog)
 {
-    if (catalogue && QCoreApplication::instance())
-        QCoreApplication::installTranslator(catalogue.get());
+    if (catalog && QCoreApplication::instance())
+        QCoreApplication::installTranslator(catalog.get());
 }
 
-void withdraw(const Catalogue &catalogue)
+void withdraw(const Catalog &catalog)
 {
-    if (catalogue && QCoreApplication::instance())
-        QCoreApplication::removeTranslator(catalogue.get());
+    if (catalog && QCoreApplication::instance())
+        QCoreApplication::removeTranslator(catalog.get());
 }
 
 } // namespace
@@ -101,15 +101,15 @@ public:
         known->application.clear();
     }
 
-    Catalogue take(const QString &name)
+    Catalog take(const QString &name)
     {
         const std::lock_guard lock(m_mutex);
         const auto known = find(name);
         if (known == m_modules.end())
             return {};
-        Catalogue catalogue = std::move(known->catalogue);
+        Catalog catalog = std::move(known->catalog);
         m_modules.erase(known);
-        return catalogue;
+        return catalog;
     }
 
     void addFolder(const QString &folder)
@@ -139,8 +139,8 @@ public:
     void installPending()
     {
         while (const std::optional<Search> search = nextSearch()) {
-            const Catalogue found = load(*search);
-            const std::optional<Catalogue> former = settle(*search, found);
+            const Catalog found = load(*search);
+            const std::optional<Catalog> former = settle(*search, found);
             if (!former)
                 continue;
             install(found);
@@ -176,14 +176,14 @@ private:
 
     // Replaces the former catalog with the one found, and returns the former; nothing if the search is out of date.
     // This comes before installing, or a receiver of LanguageChange that calls back would find the module pending.
-    std::optional<Catalogue> settle(const Search &search, const Catalogue &found)
+    std::optional<Catalog> settle(const Search &search, const Catalog &found)
     {
         const std::lock_guard lock(m_mutex);
         const auto known = find(search.module);
         if (known == m_modules.end() || known->registration != search.registration)
             return std::nullopt;
         known->application = search.application;
-        return std::exchange(known->catalogue, found);
+        return std::exchange(known->catalog, found);
     }
 
     mutable std::mutex m_mutex;

@@ -10,9 +10,9 @@ expect_libraries_from(${build}/all ${build}/all/consumer)
 expect_consumer_to_work(${build}/all/consumer)
 
 # The catalogs are beside the libraries, in the folder that the application has chosen.
-foreach(catalogue IN ITEMS TunerProperties_de.qm TunerProperties_en.qm)
-    if(NOT EXISTS ${build}/all/translations/${catalogue})
-        message(FATAL_ERROR "${catalogue} is not beside the libraries")
+foreach(catalog IN ITEMS TunerProperties_de.qm TunerProperties_en.qm)
+    if(NOT EXISTS ${build}/all/translations/${catalog})
+        message(FATAL_ERROR "${catalog} is not beside the libraries")
     endif()
 endforeach()
 

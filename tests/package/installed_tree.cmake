@@ -6,7 +6,7 @@ expect_libraries_from(${PREFIX}/${LIB_DIR} ${PREFIX}/${BIN_DIR}/tunerproperties)
 run(${PREFIX}/${BIN_DIR}/tunerproperties validate ${EXAMPLE})
 
 # A copy of the tree, since its catalogs will be removed. Its libraries replace those of the build tree.
-set(tree ${SCRATCH_DIR}/catalogues)
+set(tree ${SCRATCH_DIR}/catalogs)
 file(REMOVE_RECURSE ${tree})
 file(COPY ${PREFIX}/${LIB_DIR} ${PREFIX}/${DATA_DIR} DESTINATION ${tree})
 set(show_names ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${tree}/${LIB_DIR}
@@ -17,5 +17,5 @@ run(${show_names})
 file(REMOVE_RECURSE ${tree}/${DATA_DIR}/tunerproperties-1/translations)
 execute_process(COMMAND ${show_names} RESULT_VARIABLE status OUTPUT_QUIET ERROR_QUIET)
 if(status EQUAL 0)
-    message(FATAL_ERROR "names are shown in German without the installed catalogues")
+    message(FATAL_ERROR "names are shown in German without the installed catalogs")
 endif()

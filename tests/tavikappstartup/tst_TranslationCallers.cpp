@@ -81,8 +81,8 @@ private Q_SLOTS:
     void cleanup() { QCOMPARE(warningsOfRegistryTest(), QStringList()); }
 
     void theReceiverOfALanguageChangeMayCallAnyOperation();
-    void unregisteringWhileTheCatalogueIsBeingInstalledWithdrawsIt();
-    void registeringAgainWhileTheCatalogueIsBeingInstalledKeepsTheLater();
+    void unregisteringWhileTheCatalogIsBeingInstalledWithdrawsIt();
+    void registeringAgainWhileTheCatalogIsBeingInstalledKeepsTheLater();
     void aReceiverMayWaitForAnotherThreadThatCalls();
 
     void anExceptionOutOfAReceiverLeavesTheRegistryUsable();
@@ -117,7 +117,7 @@ void TranslationCallersTest::theReceiverOfALanguageChangeMayCallAnyOperation()
     QCOMPARE(noiseText(), germanNoise);
 }
 
-void TranslationCallersTest::unregisteringWhileTheCatalogueIsBeingInstalledWithdrawsIt()
+void TranslationCallersTest::unregisteringWhileTheCatalogIsBeingInstalledWithdrawsIt()
 {
     Application application;
     application.onLanguageChange = [&application] {
@@ -129,7 +129,7 @@ void TranslationCallersTest::unregisteringWhileTheCatalogueIsBeingInstalledWithd
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCallersTest::registeringAgainWhileTheCatalogueIsBeingInstalledKeepsTheLater()
+void TranslationCallersTest::registeringAgainWhileTheCatalogIsBeingInstalledKeepsTheLater()
 {
     Application application;
     application.onLanguageChange = [&application] {

@@ -23,18 +23,18 @@ private Q_SLOTS:
     void cleanup() { QCOMPARE(warningsOfRegistryTest(), QStringList()); }
 
     void thereIsOneRegistry();
-    void registeringInstallsTheCatalogue();
-    void registeringWithoutACatalogueIsRememberedAndShowsSourceTexts();
-    void aLocaleWithoutACatalogueShowsSourceTexts();
+    void registeringInstallsTheCatalog();
+    void registeringWithoutACatalogIsRememberedAndShowsSourceTexts();
+    void aLocaleWithoutACatalogShowsSourceTexts();
     void modulesAreListedInTheOrderOfRegistration();
-    void unregisteringWithdrawsTheCatalogue();
+    void unregisteringWithdrawsTheCatalog();
     void unregisteringLeavesOtherModulesAlone();
     void unregisteringAnUnknownModuleDoesNothing();
 
     void registeringTwiceInstallsOnce();
     void registeringAgainFollowsTheLocale();
-    void registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalogue();
-    void registeringAgainFindsACatalogueThatCameLater();
+    void registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalog();
+    void registeringAgainFindsACatalogThatCameLater();
 
     void withoutAnApplicationTheModuleIsRemembered();
     void installPendingInstallsWhatRegisteredBeforeTheApplication();
@@ -58,7 +58,7 @@ void TranslationCenterTest::thereIsOneRegistry()
     QCOMPARE(&TranslationCenter::Instance(), &TranslationCenter::Instance());
 }
 
-void TranslationCenterTest::registeringInstallsTheCatalogue()
+void TranslationCenterTest::registeringInstallsTheCatalog()
 {
     Application application;
     QCOMPARE(signalText(), untranslated);
@@ -67,7 +67,7 @@ void TranslationCenterTest::registeringInstallsTheCatalogue()
     QCOMPARE(application.languageChanges(), 1);
 }
 
-void TranslationCenterTest::registeringWithoutACatalogueIsRememberedAndShowsSourceTexts()
+void TranslationCenterTest::registeringWithoutACatalogIsRememberedAndShowsSourceTexts()
 {
     Application application;
     center().Register(unheard);
@@ -78,7 +78,7 @@ void TranslationCenterTest::registeringWithoutACatalogueIsRememberedAndShowsSour
     QCOMPARE(center().RegisteredModules(), QStringList());
 }
 
-void TranslationCenterTest::aLocaleWithoutACatalogueShowsSourceTexts()
+void TranslationCenterTest::aLocaleWithoutACatalogShowsSourceTexts()
 {
     setLocale("ja_JP");
     const Application application;
@@ -101,7 +101,7 @@ void TranslationCenterTest::modulesAreListedInTheOrderOfRegistration()
     QCOMPARE(center().RegisteredModules(), (QStringList{tuner, extra, probe}));
 }
 
-void TranslationCenterTest::unregisteringWithdrawsTheCatalogue()
+void TranslationCenterTest::unregisteringWithdrawsTheCatalog()
 {
     Application application;
     center().Register(probe);
@@ -155,7 +155,7 @@ void TranslationCenterTest::registeringAgainFollowsTheLocale()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalogue()
+void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalog()
 {
     const Application application;
     center().Register(probe);
@@ -165,7 +165,7 @@ void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatal
     QCOMPARE(center().RegisteredModules(), QStringList{probe});
 }
 
-void TranslationCenterTest::registeringAgainFindsACatalogueThatCameLater()
+void TranslationCenterTest::registeringAgainFindsACatalogThatCameLater()
 {
     const QTemporaryDir folder;
     const QString late = QStringLiteral("Late");
