@@ -25,7 +25,7 @@ constexpr Class classOf() noexcept
         [](const JobXml::DataObject &left, const JobXml::DataObject &right) { return of<T>(left) == of<T>(right); }};
 }
 
-// The order is that of the corpus: a new class goes to the end.
+// The corpus depends on this order: add a new class at the end.
 constexpr Class classes[] = {
     classOf<JobXml::TunerProperties>(),
     classOf<JobXml::StartupModes>(),

@@ -20,7 +20,7 @@ using Random = std::minstd_rand;
 
 constexpr std::size_t WordSize = 4;
 
-// Every tag of the model, so that members turn up where the corpus has none yet.
+// Every tag of the model, so that members occur where the corpus has none yet.
 constexpr std::uint32_t tags[] = {
     0xCCFEDFA1, 0x2A68BEF4, 0xC2483BA3, 0xC8B67267, 0xC82D81E1, 0x66BA8E61, 0xCB4CF645, 0xA1F0EE2D, 0xE0CFAE8E,
     0x6ADAF7A6, 0xA59D7D84, 0x0BEE909A, 0x64D08C29, 0x627B74CE, 0x8C9FBCA8, 0xA723FFDA, 0x4F71131F, 0x2B262DC9,
@@ -99,7 +99,7 @@ RecordNode newMember(Random &random)
         member.payload += 'x';
         break;
     default:
-        break; // an empty object, or an incomplete anything
+        break; // an empty object, or an incomplete member
     }
     return member;
 }
@@ -171,7 +171,8 @@ std::size_t put(const std::string &head, const RecordNode &root, std::uint8_t *o
     const std::string members = writeRecord(root);
     appendWord(bytes, std::uint32_t(members.size()) + root.lengthLie);
     bytes += members;
-    const std::size_t size = std::min(bytes.size(), maxSize); // cut off where there is no room: that is a mutation too
+    const std::size_t size =
+        std::min(bytes.size(), maxSize); // truncated if there is no space, which is also a mutation
     std::memcpy(out, bytes.data(), size);
     return size;
 }

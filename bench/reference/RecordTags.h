@@ -37,7 +37,7 @@ constexpr quint32 stringItem = 0x2940EBDD;
 constexpr quint32 alternatives[] = {0xE8182C83, 0x07877B18, 0x4ACA6514, 0xC7AF86A5, 0x881D77BB,
                                     0x07114506, 0x8CD014A1, 0xAA5F786F, 0x022B9478, 0x491ED6FE};
 
-// Tags go with name and type.
+// A tag belongs to a name and type.
 constexpr quint32 id = 0x2B262DC9;
 constexpr quint32 name = 0xCB4CF645;
 constexpr quint32 text = 0xA323E10D;
