@@ -171,7 +171,11 @@ def listed_files() -> list[str]:
 
 
 def content_of(path: str) -> str:
-    return Path(path).read_text(encoding="utf-8")
+    """The text of a file; empty if it is not UTF-8, and so not a text."""
+    try:
+        return Path(path).read_text(encoding="utf-8")
+    except UnicodeDecodeError:
+        return ""
 
 
 def outdated(contents: dict[str, str]) -> Iterator[str]:

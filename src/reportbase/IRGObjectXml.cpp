@@ -130,8 +130,8 @@ QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
         }
     }
 
-    reader.setNamespaceProcessing(
-        false); // the rest does not matter; an object may have ended at the end tag of another element
+    // The rest does not matter; an object may have ended at the end tag of another element.
+    reader.setNamespaceProcessing(false);
     while (!reader.atEnd() && !reader.hasError())
         reader.readNext();
     return reader.hasError() ? atReader(reader, source, reader.errorString()) : QString();
