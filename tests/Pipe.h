@@ -6,7 +6,7 @@
 
 #include <QIODevice>
 
-/// A device to read from that, like a pipe, can neither seek nor tell its size.
+/// A device to read from that, like a pipe, can neither seek nor report its size.
 class Pipe : public QIODevice
 {
 public:

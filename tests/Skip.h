@@ -3,6 +3,6 @@
 
 #include <QTest>
 
-/// Skips a test that this machine or user does not allow. QSKIP ignores further arguments, but clang warns if there are
-/// none.
+/// Skips a test that this machine or user does not allow. QSKIP accepts further arguments, which it ignores, but clang
+/// warns about a call without any.
 #define SKIP(reason) QSKIP(reason, )

@@ -335,7 +335,7 @@ class Workshop:
         self._write(file, mutant.applied_to(original))
 
     def same_when_optimised(self, mutant):
-        """Whether the optimiser makes the same code of it, which then does the same."""
+        """Whether the optimizer generates the same code for it."""
         units = self._units(mutant.path)
         before = [self._unbroken_code(unit, True) for unit in units]
         self._break(mutant)
@@ -359,7 +359,7 @@ class Workshop:
         self._linked = set()
 
     def _write(self, file, text):
-        """With the old time: ninja, should a test call it, has nothing to do."""
+        """With the old time, so that ninja has nothing to do if a test calls it."""
         status = file.stat()
         file.write_text(text, encoding="utf-8")
         os.utime(file, ns=(status.st_atime_ns, status.st_mtime_ns))

@@ -422,7 +422,7 @@ void ConvertFaultsTest::plantedLinkIsNotFollowed()
                        "exec \"$tool\" convert in.xml drop/out.xml"));
     QCOMPARE(
         run.err,
-        QStringLiteral("tunerproperties: drop/out.xml: cannot write: a symbolic link on the way belongs to another "
+        QStringLiteral("tunerproperties: drop/out.xml: cannot write: a symbolic link on the path belongs to another "
                        "user and is in a folder where other users can place links\n"));
     QCOMPARE(run.status, 3);
     QCOMPARE(m_shop->read(QStringLiteral("victim")), old);

@@ -91,7 +91,7 @@ void SaveLinksTest::linkPlantedByAGroupIsNotFollowed()
     QCOMPARE(symlink("../victim", path("sticky/document").constData()), 0);
     QCOMPARE(lchown(path("sticky/document").constData(), another, another), 0);
     QCOMPARE(save("sticky/document"),
-             QStringLiteral("document: cannot write: a symbolic link on the way belongs to another user and is in a "
+             QStringLiteral("document: cannot write: a symbolic link on the path belongs to another user and is in a "
                             "folder where other users can place links"));
     QCOMPARE(read("victim"), oldContent);
 }
@@ -114,7 +114,7 @@ void SaveLinksTest::plantedLinkIsNotFollowed()
     const QStringList before = names();
     for (const char *name : {"sticky/document", "own"}) {
         QCOMPARE(save(name),
-                 QStringLiteral("document: cannot write: a symbolic link on the way belongs to another user and is in "
+                 QStringLiteral("document: cannot write: a symbolic link on the path belongs to another user and is in "
                                 "a folder where other users can place links"));
         QCOMPARE(names(), before);
         QCOMPARE(read("victim"), dangling ? QByteArray("(no such file)") : oldContent);

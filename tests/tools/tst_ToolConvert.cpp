@@ -365,7 +365,7 @@ void ToolConvertTest::textThatXmlCannotRepresentIsAnError()
     tagged.replace(QByteArray::fromHex("E0CFAE8E 00000005 00000001 62"),
                    QByteArray::fromHex("E0CFAE8E 00000005 00000001 07")); // a bell as base resource
     m_shop->write(QStringLiteral("a.xml"), "the old file");
-    const QString why = QStringLiteral("a text in or just above line 2 of the document holds a character that XML "
+    const QString why = QStringLiteral("a text in or just above line 2 of the document contains a character that XML "
                                        "cannot carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)\n");
     const Run toFile = m_shop->run(line("convert - a.xml"), tagged);
     QCOMPARE(toFile.err, QStringLiteral("tunerproperties: a.xml: ") + why);
