@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The elements and types of share/tuner-properties.xsd. What it tells people stays as it was written there."""
+"""The elements and types of share/tuner-properties.xsd. Its documentation and comments are kept."""
 
 from __future__ import annotations
 
@@ -13,7 +13,7 @@ TYPES = {"text": "Text", "boolean": "Boolean", "int32": "Int", "int64": "Int64",
 
 
 class Class:
-    """The declaration of a class: what was written for people, in a frame that follows from the model."""
+    """The declaration of a class: generated from the model, with the documentation that the schema contains."""
 
     def __init__(self, model: Model, cls: dict, declared: str, complain) -> None:
         self._cls = cls
@@ -38,12 +38,12 @@ class Class:
 
     def _annotation(self, indent: str, documentation: str, what: str) -> list[str]:
         if not re.search(r"<xs:documentation>\s*[^\s<]", documentation):
-            self._complain(f"{PATH}: {what} has no documentation; write it where it is declared")
+            self._complain(f"{PATH}: {what} has no documentation; add it to the declaration")
             documentation = f"{indent}  <xs:documentation></xs:documentation>"
         return [f"{indent}<xs:annotation>", documentation, f"{indent}</xs:annotation>"]
 
     def _comments(self) -> list[str]:
-        """Those between the documentation and what follows."""
+        """The comments after the documentation."""
         found = re.search(r"\n    </xs:annotation>\n((?:    <!--.*?-->\n)+)", self._declared, re.DOTALL)
         return found[1].splitlines() if found else []
 

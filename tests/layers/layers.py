@@ -50,6 +50,6 @@ HEAVY = {"nlohmann/": [f"{TOOL}/documents/JsonText.cpp"]}
 EXCEPTIONS = {
     ("src/framework/Member.h", "reportbase/SameText.h"),
     ("src/framework/Scalar.h", "reportbase/XmlCharacters.h"),
-    ("src/framework/ShownMember.h", "reportbase/OwnText.h"),
+    ("src/framework/VisitedMember.h", "reportbase/OwnText.h"),
     ("src/module/UnitStatics.h", "reportbase/OwnText.h"),
 }
