@@ -11,7 +11,7 @@ using REPORTGENERATOR::Logger;
 
 namespace {
 
-// How many objects of the tree have this flag and this logger.
+// The number of objects of the tree with this flag and this logger.
 int following(const DataObject &root, bool validate, const std::shared_ptr<Logger> &logger)
 {
     return WholeTree::count(root, [&](const DataObject &object) {
@@ -19,7 +19,7 @@ int following(const DataObject &root, bool validate, const std::shared_ptr<Logge
     });
 }
 
-// An object that shows when it is handed over, by being asked from outside a read.
+// Makes ProcessXmlStartElement() public, which shows when the object propagates.
 class OpenTunerProperties : public TunerProperties
 {
 public:
@@ -31,38 +31,38 @@ public:
 using Entry = std::function<void(TunerProperties &)>;
 Q_DECLARE_METATYPE(Entry)
 
-/// The whole tree follows the validate flag and the logger of its root.
-class HandOverTest : public QObject
+/// The whole tree inherits the validate flag and the logger of its root.
+class PropagationTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyEntryPointHandsFlagAndLoggerToTheWholeTree_data();
-    void everyEntryPointHandsFlagAndLoggerToTheWholeTree();
+    void everyEntryPointPropagatesFlagAndLoggerToTheWholeTree_data();
+    void everyEntryPointPropagatesFlagAndLoggerToTheWholeTree();
     void settingFlagOrLoggerReachesTheWholeTreeAtOnce();
-    void settersAndAppendingHandNothingDown();
+    void settersAndAppendingPropagateNothing();
     void anAppendedItemKeepsItsFlagAndLosesItsLogger();
     void itemsOfAListThatIsSetKeepFlagsAndLoggers_data();
     void itemsOfAListThatIsSetKeepFlagsAndLoggers();
-    void aNewBlockHandsDown();
-    void readingXmlHandsDownAtTheFirstChildElement();
-    void readingXmlWithoutChildElementsHandsNothingDown();
-    void whatIsReadFromXmlHasTheRootsFlagAndLogger();
-    void whatIsReadFromARecordHasTheRootsFlagAndLogger();
-    void whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger();
-    void aSingleChildElementReadFromOutsideHandsDownEachTime();
-    void aFailedReadDoesNotKeepLaterOnesFromHandingDown();
-    void alternativesThatWereNeverUsedFollowTheirItem();
-    void whatIsHandedToANewItemLeavesItWithoutData();
+    void newBlockPropagatesFlagAndLogger();
+    void readingXmlPropagatesAtTheFirstChildElement();
+    void readingXmlWithoutChildElementsPropagatesNothing();
+    void objectsReadFromXmlInheritTheRootsFlagAndLogger();
+    void objectsReadFromARecordInheritTheRootsFlagAndLogger();
+    void objectsReadFromASnapshotInheritTheRootsFlagButNoLogger();
+    void singleChildElementReadFromOutsidePropagatesEachTime();
+    void failedReadDoesNotPreventLaterPropagation();
+    void unusedAlternativesInheritFromTheirItem();
+    void propagatingToANewItemCreatesNoData();
     void aResetChildKeepsFlagAndLogger();
-    void mergingHandsNothingDown();
-    void theFlagOfACopyGoesDownItsWholeTree();
-    void aDerivedClassDecidesWhatItMakesOfTheFlag();
-    void aCheckThatFailsHasHandedDownAllTheSame();
-    void childrenThatAreNotSetAreHandedDownTo();
+    void mergingPropagatesNothing();
+    void copyPropagatesItsFlagToItsWholeTree();
+    void derivedClassMayChangeThePropagatedFlag();
+    void failedCheckPropagatesFlagAndLogger();
+    void unsetChildrenInheritFlagAndLogger();
 };
 
-void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
+void PropagationTest::everyEntryPointPropagatesFlagAndLoggerToTheWholeTree_data()
 {
     QTest::addColumn<Entry>("entry");
     QTest::newRow("Check()") << Entry([](TunerProperties &o) { o.Check(); });
@@ -72,7 +72,7 @@ void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
     QTest::newRow("SetBinary") << Entry([](TunerProperties &o) { readRecord(o, bytes("00 00 00 00")); });
 }
 
-void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree()
+void PropagationTest::everyEntryPointPropagatesFlagAndLoggerToTheWholeTree()
 {
     QFETCH(Entry, entry);
     for (const bool validate : {true, false}) {
@@ -89,7 +89,7 @@ void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree()
     }
 }
 
-void HandOverTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
+void PropagationTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
 {
     const TunerProperties document = aDocument();
     const auto logger = std::make_shared<Logger>();
@@ -98,12 +98,12 @@ void HandOverTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
     QCOMPARE(following(document, false, logger), 10);
 }
 
-void HandOverTest::settersAndAppendingHandNothingDown()
+void PropagationTest::settersAndAppendingPropagateNothing()
 {
     TunerProperties document;
     document.SetValidate(false);
     document.SetLogger(std::make_shared<Logger>());
-    document.Setname(QStringLiteral("x")); // the block is there now
+    document.Setname(QStringLiteral("x")); // creates the block
 
     StartupModes modes;
     modes.AppendStartupMode(StartupModes::StartupMode::DF);
@@ -114,7 +114,7 @@ void HandOverTest::settersAndAppendingHandNothingDown()
     QVERIFY(!std::as_const(document).GetStartupModes().GetValidate()); // an assigned child keeps its own
 }
 
-void HandOverTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
+void PropagationTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
 {
     Component component = aComponent();
     Node node = aNode();
@@ -126,14 +126,14 @@ void HandOverTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
     QVERIFY(!appended.GetLogger());
 }
 
-void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers_data()
+void PropagationTest::itemsOfAListThatIsSetKeepFlagsAndLoggers_data()
 {
     QTest::addColumn<bool>("isHeld");
     QTest::newRow("a list that the caller keeps") << true;
     QTest::newRow("a list that the caller gives away") << false;
 }
 
-void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
+void PropagationTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
 {
     QFETCH(bool, isHeld);
     const auto ofItem = std::make_shared<Logger>();
@@ -165,13 +165,13 @@ void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
     QCOMPARE(setItem.GetValueString().GetLogger(), ofValue); // not used before
     QCOMPARE(setItem.GetValueString().GetValidate(), false);
 
-    document.SetLogger(ofNode); // which reaches the items of the document, and not those of the caller
+    document.SetLogger(ofNode); // reaches the items of the document, but not those of the caller
     QCOMPARE(set[0].GetLogger(), ofNode);
     if (isHeld)
         QVERIFY(!held[0].GetLogger());
 }
 
-void HandOverTest::aNewBlockHandsDown()
+void PropagationTest::newBlockPropagatesFlagAndLogger()
 {
     TunerProperties document;
     const auto logger = std::make_shared<Logger>();
@@ -182,7 +182,7 @@ void HandOverTest::aNewBlockHandsDown()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-void HandOverTest::readingXmlHandsDownAtTheFirstChildElement()
+void PropagationTest::readingXmlPropagatesAtTheFirstChildElement()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -191,7 +191,7 @@ void HandOverTest::readingXmlHandsDownAtTheFirstChildElement()
     QCOMPARE(following(document, false, nullptr), 10);
 }
 
-void HandOverTest::readingXmlWithoutChildElementsHandsNothingDown()
+void PropagationTest::readingXmlWithoutChildElementsPropagatesNothing()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -199,7 +199,7 @@ void HandOverTest::readingXmlWithoutChildElementsHandsNothingDown()
     QCOMPARE(following(document, false, nullptr), 1);
 }
 
-void HandOverTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
+void PropagationTest::objectsReadFromXmlInheritTheRootsFlagAndLogger()
 {
     const QString xml = xmlOf(aDocument());
     for (const bool validate : {true, false}) {
@@ -212,7 +212,7 @@ void HandOverTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
     }
 }
 
-void HandOverTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
+void PropagationTest::objectsReadFromARecordInheritTheRootsFlagAndLogger()
 {
     const QByteArray record = recordOf(aDocument());
     for (const bool validate : {true, false}) {
@@ -225,20 +225,20 @@ void HandOverTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
     }
 }
 
-void HandOverTest::whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger()
+void PropagationTest::objectsReadFromASnapshotInheritTheRootsFlagButNoLogger()
 {
     TunerProperties document;
     document.SetValidate(false);
     document.SetLogger(std::make_shared<Logger>());
     QCOMPARE(readSnapshot(document, snapshotOf(aDocument())), 0);
     QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetValidate(); }), 10);
-    // the items came by the append rule, which never brings a logger; the document and its modes have theirs
+    // appended items have no logger; the document and its modes keep theirs
     QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetLogger(); }), 8);
     document.Check();
     QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetLogger(); }), 0);
 }
 
-void HandOverTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
+void PropagationTest::singleChildElementReadFromOutsidePropagatesEachTime()
 {
     OpenTunerProperties document;
     document.SetBandwidthSelection({aBandwidth()});
@@ -251,7 +251,7 @@ void HandOverTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
     }
 }
 
-void HandOverTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
+void PropagationTest::failedReadDoesNotPreventLaterPropagation()
 {
     TunerProperties document = aDocument();
     const QString failing = QStringLiteral("<TunerProperties Version=\"1.1\"><Foo/></TunerProperties>");
@@ -263,7 +263,7 @@ void HandOverTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
     QCOMPARE(following(document, false, nullptr), 10);
 }
 
-void HandOverTest::alternativesThatWereNeverUsedFollowTheirItem()
+void PropagationTest::unusedAlternativesInheritFromTheirItem()
 {
     ValueItem item;
     item.SetValidate(false);
@@ -280,21 +280,22 @@ void HandOverTest::alternativesThatWereNeverUsedFollowTheirItem()
     QCOMPARE(std::as_const(item).GetValueString().GetLogger(), later);
     QCOMPARE(std::as_const(item).GetValueBoolean().GetLogger(), later); // not used before
 
-    // Assignment hands nothing down: the alternatives of the shared data have what their first owner was given.
+    // Assignment propagates nothing: the alternatives of the shared data keep the flag and the logger of the first
+    // owner.
     ValueItem assigned;
     assigned.SetValidate(false);
     assigned = item;
     QCOMPARE(assigned.GetValidate(), false);
     QCOMPARE(std::as_const(assigned).GetValueInt().GetValidate(), true);
 
-    // A copy takes the flag through its whole tree, and no logger.
+    // A copy propagates the flag to its whole tree, but no logger.
     item.REPORTGENERATOR::IRGObject::SetValidate(false);
     const ValueItem copy(item);
     QCOMPARE(copy.GetValueInt64().GetValidate(), false);
     QVERIFY(!copy.GetValueInt64().GetLogger());
 }
 
-void HandOverTest::whatIsHandedToANewItemLeavesItWithoutData()
+void PropagationTest::propagatingToANewItemCreatesNoData()
 {
     ValueItem item;
     item.SetValidate(false);
@@ -303,7 +304,7 @@ void HandOverTest::whatIsHandedToANewItemLeavesItWithoutData()
     QVERIFY(!item.IsInitialized());
 }
 
-void HandOverTest::aResetChildKeepsFlagAndLogger()
+void PropagationTest::aResetChildKeepsFlagAndLogger()
 {
     TunerProperties document = aDocument();
     const auto logger = std::make_shared<Logger>();
@@ -315,7 +316,7 @@ void HandOverTest::aResetChildKeepsFlagAndLogger()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-void HandOverTest::mergingHandsNothingDown()
+void PropagationTest::mergingPropagatesNothing()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -325,7 +326,7 @@ void HandOverTest::mergingHandsNothingDown()
     QCOMPARE(following(document, false, nullptr), 1);
 }
 
-void HandOverTest::theFlagOfACopyGoesDownItsWholeTree()
+void PropagationTest::copyPropagatesItsFlagToItsWholeTree()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false); // the root alone
@@ -333,9 +334,9 @@ void HandOverTest::theFlagOfACopyGoesDownItsWholeTree()
     QCOMPARE(following(copy, false, nullptr), 10);
 }
 
-void HandOverTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
+void PropagationTest::derivedClassMayChangeThePropagatedFlag()
 {
-    // validates until it is handed over for the first time
+    // validates until it propagates for the first time
     class Lenient : public TunerProperties
     {
     public:
@@ -358,7 +359,7 @@ void HandOverTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
     QVERIFY(!recordOf(writesARecord).isEmpty());
 }
 
-void HandOverTest::aCheckThatFailsHasHandedDownAllTheSame()
+void PropagationTest::failedCheckPropagatesFlagAndLogger()
 {
     TunerProperties document = aDocument(5);
     document.GetComponent()[0].GetNode()[1].Resetid();
@@ -369,7 +370,7 @@ void HandOverTest::aCheckThatFailsHasHandedDownAllTheSame()
     QCOMPARE(following(document, true, logger), WholeTree::size(document));
 }
 
-void HandOverTest::childrenThatAreNotSetAreHandedDownTo()
+void PropagationTest::unsetChildrenInheritFlagAndLogger()
 {
     TunerProperties document = aDocument();
     document.ResetStartupModes();
@@ -382,5 +383,5 @@ void HandOverTest::childrenThatAreNotSetAreHandedDownTo()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-TEST_SUITE(HandOverTest)
-#include "tst_HandOver.moc"
+TEST_SUITE(PropagationTest)
+#include "tst_Propagation.moc"

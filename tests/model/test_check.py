@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""That scripts/model notices every made part that does not match the model: test_check.py PROGRAM"""
+"""Checks that scripts/model detects every generated part that does not match the model: test_check.py PROGRAM"""
 
 from __future__ import annotations
 
@@ -33,7 +33,7 @@ class Check(unittest.TestCase):
                               capture_output=True, text=True)
 
     def change(self, path: str, old: str, new: str) -> int:
-        """Replaces the only line that is like that; returns its number."""
+        """Replaces the only line with this text; returns its number."""
         lines = (self.top / path).read_text(encoding="utf-8").split("\n")
         (index,) = (index for index, line in enumerate(lines) if line == old)
         lines[index : index + 1] = [new] if new else []
@@ -100,14 +100,14 @@ class Check(unittest.TestCase):
     def test_the_model_is_documented_as_it_is(self) -> None:
         model = json.loads((PROJECT / "share/model.json").read_text(encoding="utf-8"))
         page = (PROJECT / "docs/model.md").read_text(encoding="utf-8")
-        told = set()
+        documented = set()
         for chapter in page.split("\n## ")[1:]:
-            told |= {name for line in chapter.splitlines() if line.startswith("| `")
+            documented |= {name for line in chapter.splitlines() if line.startswith("| `")
                      for name in line.split("|")[1].replace("`", "").replace(" ", "").split(",")}
         members = [member for cls in model["classes"] for member in cls["members"]]
         used = {key for part in (model, *model["classes"], *members) for key in part}
         traits = {trait for member in members for trait in member["traits"]}
-        self.assertEqual(told, used | traits)
+        self.assertEqual(documented, used | traits)
         for kind in {member["kind"] for member in members}:
             self.assertIn(f"`{kind}`", page)
         example = json.loads(page.split("```json\n")[1].split("```")[0])

@@ -22,14 +22,14 @@ using namespace JobXml;
 
 namespace {
 
-/// Ends the program if a text that is to be kept could not be made.
+/// Ends the program if a text that is to be kept could not be created.
 void require(bool isDone)
 {
     if (!isDone)
         qFatal("KeptTexts: an object could not be read");
 }
 
-/// A text of this plug-in's that owns its characters: texts that the libraries merely pass on are not their own.
+/// A text of this plug-in that owns its characters, for functions that return their arguments.
 QString own(const char *utf8)
 {
     return QString::fromUtf8(utf8);
@@ -95,7 +95,7 @@ private:
 
 // --- Members ---------------------------------------------------------------------------------------------------------
 
-/// A child object is seen with a view of its parent.
+/// Child objects are reached by a view of their parent.
 void keepMembers(Keeper &keeper, const DataObject &object)
 {
     visit(object, [&](const MemberView &member) {
@@ -107,7 +107,7 @@ void keepMembers(Keeper &keeper, const DataObject &object)
     });
 }
 
-/// What every class has.
+/// The functions of every class.
 template <class Object>
 void keepObject(Keeper &keeper, Object &object)
 {
@@ -134,8 +134,8 @@ void keepObject(Keeper &keeper, Object &object)
     keepMembers(keeper, object);
 }
 
-/// Keeps the texts of an object that is new, of one with texts and one with empty texts, and of those that were read
-/// from what these two write. `fill` sets every text, `keepTexts` calls the functions of the class.
+/// Keeps the texts of a new object, of one with texts and one with empty texts, and of objects that were read from the
+/// encodings of these two. `fill` sets every text, `keepTexts` calls the functions of the class.
 template <class Object, class Fill, class KeepTexts>
 void keepClass(Keeper &keeper, const char *objectName, const char *fromXmlName, const char *fromBinaryName, Fill fill,
                KeepTexts keepTexts)
@@ -310,7 +310,8 @@ void keepTuner(Keeper &keeper)
                 ObjectPath().below(own("a label"), {TunerProperties::Gettypes().first(), 0}));
 }
 
-// --- What derived classes see ----------------------------------------------------------------------------------------
+// --- Functions for derived classes
+// ------------------------------------------------------------------------------------
 
 class Derived : public ValueString
 {
@@ -327,7 +328,7 @@ public:
         keeper.keep("DataObject::composeXml", utf8);
         SetObjectName(QString(0, Qt::Uninitialized));
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
-        require(!LoadXml(QString())); // which leaves an error
+        require(!LoadXml(QString())); // which sets the error
         keeper.keep("IRGObject::GetErrorString", GetErrorString());
         SetObjectName(QString());
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
@@ -339,7 +340,7 @@ public:
     }
 };
 
-/// Passes its own check whatever it holds.
+/// Passes its check with any content.
 class Lenient : public Node
 {
 public:
