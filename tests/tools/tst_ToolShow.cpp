@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Model.h"
 #include "tools/Tool.h"
 
 class ToolShowTest : public QObject
@@ -65,7 +66,7 @@ void ToolShowTest::everythingIsShownWithItsValue()
           </Node>
         </Component>
       </TunerProperties>)");
-    QCOMPARE(tree, QStringLiteral(R"(TunerProperties
+    const auto expected = QStringLiteral(R"(TunerProperties
   Version: "1.1"
   name: "N"
   type: "Receiver"
@@ -98,7 +99,8 @@ void ToolShowTest::everythingIsShownWithItsValue()
       ValueItem 2 / ValueStringList: id "j", value "x"
         StringItem 1: value "x"
         StringItem 2: value "y"
-)"));
+)");
+    QCOMPARE(Model::withoutNewMembers(tree, expected), expected);
 }
 
 void ToolShowTest::whatIsNotSetIsMarked()
@@ -115,7 +117,7 @@ void ToolShowTest::whatIsNotSetIsMarked()
         </Component>
         <Component/>
       </TunerProperties>)");
-    QCOMPARE(tree, QStringLiteral(R"(TunerProperties
+    const auto expected = QStringLiteral(R"(TunerProperties
   Version: "1.1"
   name: (not set)
   type: (not set)
@@ -134,7 +136,8 @@ void ToolShowTest::whatIsNotSetIsMarked()
       ValueItem 2 / ValueStringList: id (not set), value (not set), StringItem (not set)
       ValueItem 3 / ValueNumericInt: id (not set), value 0 (not set), min 0 (not set), max 0 (not set), step 0 (not set)
   Component 2: type (not set), name (not set), displayName (not set), optional false (not set), Node (not set)
-)"));
+)");
+    QCOMPARE(Model::withoutNewMembers(tree, expected), expected);
 }
 
 void ToolShowTest::anEmptyTextIsNotAMissingOne()
