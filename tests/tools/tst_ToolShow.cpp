@@ -195,8 +195,9 @@ void ToolShowTest::numbersAreShownExactly()
     const QString xml = QStringLiteral("<TunerProperties Version=\"1.1\"><BandwidthSelection><Name>n</Name>"
                                        "<MaxBandwidth>%1</MaxBandwidth></BandwidthSelection></TunerProperties>");
     const QString tree = ::shown(xml.arg(read).toUtf8());
-    QCOMPARE(tree.section(QLatin1String("BandwidthSelection 1: "), 1).section(QLatin1Char('\n'), 0, 0),
-             QStringLiteral("Name \"n\", MaxBandwidth ") + shown);
+    const QString expected = QStringLiteral("Name \"n\", MaxBandwidth ") + shown;
+    const QString line = tree.section(QLatin1String("BandwidthSelection 1: "), 1).section(QLatin1Char('\n'), 0, 0);
+    QCOMPARE(Model::withoutNewMembers(line, expected), expected);
 }
 
 void ToolShowTest::aFloatIsNotShownAsTheDoubleNextToIt()
