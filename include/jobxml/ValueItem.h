@@ -14,7 +14,7 @@
 
 namespace JobXml {
 
-/// The one value that a node carries: a choice of exactly one of ten kinds.
+/// The one value that a node carries: a choice of exactly one of several kinds.
 ///
 /// Whatever puts a value into an alternative also chooses it: its setter, its non-const getter, reading it. What was
 /// chosen before keeps its value and its set flag, but only the chosen alternative counts for checking, comparing,
@@ -100,7 +100,7 @@ public:
     /// The kind of exactly this name; None if there is no such kind.
     ChoiceValueItem NameToChoiceValueItem(const QString &name) const;
     ChoiceValueItem NameToChoiceValueItem(std::nullptr_t) const = delete;
-    /// The names of the ten kinds.
+    /// The names of the kinds.
     static QStringList GetChoiceValueItems();
     /// The same for a user to read, in the language that is installed now.
     static QStringList GetGUIChoiceValueItems();

@@ -132,7 +132,7 @@ private:
 
 /// Shows each member of an object to a visitor, in the order in which XML writes them, whether or not it is set: calls
 /// `visitor(const MemberView &)`. To descend, visit the children. Of a ValueItem, the choice comes first and then all
-/// ten alternatives; what counts is the chosen one. The version of a document is no member, see
+/// alternatives; what counts is the chosen one. The version of a document is no member, see
 /// TunerProperties::GetVersion().
 ///
 /// Changes nothing at all; an object without data shows its members as they are by default and stays without data.

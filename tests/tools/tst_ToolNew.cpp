@@ -74,7 +74,7 @@ void ToolNewTest::aNewDocumentIsExplained()
     -->
     <Node id="id">
       <!--
-        One value of a node: exactly one of ten kinds.
+        One value of a node: exactly one of several kinds.
 
         <ValueBoolean>       A switch.
         <ValueFloat>         A floating-point number of 32 bits. Holds id, value.
