@@ -26,7 +26,7 @@ TREE = TOP / "build" / "recipes" / "tree"
 BUILD = TREE / "build" / "ci"
 
 TARGETS = ("test_module", "test_every_class", "test_framework", "test_values", "test_tuner", "test_schema",
-           "test_tools", "test_html", "interop_host", "tunerproperties", "tunerproperties_model",
+           "test_tools", "test_html", "test_snippets", "interop_host", "tunerproperties", "tunerproperties_model",
            "tunerproperties_translations")
 # All tests of these programs, and those of the lists; not those that measure, exchange thousands of documents or install.
 TESTS = (r"^(tst_(Classes|Names|MetaTypes|Examples|Debug|Visit|Hash|SlotOrder|Errors|Problems|Merge|EveryClass(State|"

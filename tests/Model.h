@@ -81,10 +81,10 @@ inline QStringList membersOfAll()
     return names;
 }
 
-/// What shows objects to people, without the members that are not set and that `expected` does not name. So a test whose
-/// expectation is written out in full does not depend on members that join a class later. Whatever `expected` names, and
-/// whatever is set, stays. The lines may be those of a tree ("name: null (not set)", "name = QString null unset"), or
-/// hold several members ("name (not set), value 0 (not set)", "Holds name, value").
+/// What shows objects to people, without the members that are not set and that `expected` does not name. So a test
+/// whose expectation is written out in full does not depend on members that join a class later. Whatever `expected`
+/// names, and whatever is set, stays. The lines may be those of a tree ("name: null (not set)", "name = QString null
+/// unset"), or hold several members ("name (not set), value 0 (not set)", "Holds name, value").
 inline QString withoutNewMembers(QString shown, const QString &expected)
 {
     QSet<QString> names;

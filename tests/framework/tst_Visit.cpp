@@ -7,9 +7,9 @@
 #include <jobxml/Visit.h>
 
 #include "Documents.h"
-#include "Model.h"
 #include "Encodings.h"
 #include "ExceptionText.h"
+#include "Model.h"
 #include "WholeTree.h"
 
 using namespace JobXml;
@@ -148,17 +148,17 @@ private Q_SLOTS:
     {
         const TunerProperties document;
         const auto expected = QStringLiteral("name = QString null unset\n"
-                                "type = QString null unset\n"
-                                "baseresource = QString null unset\n"
-                                "connectableResources = QString null unset\n"
-                                "quantity = int 1 unset\n"
-                                "parentBaseResource = QString null unset\n"
-                                "hwProcessing = bool false unset\n"
-                                "StartupModes x 0 unset\n"
-                                "BandwidthSelection x 0 unset\n"
-                                "MaxFFPDelay = qulonglong 0 unset\n"
-                                "HRPANSupported = bool false unset\n"
-                                "Component x 0 unset");
+                                             "type = QString null unset\n"
+                                             "baseresource = QString null unset\n"
+                                             "connectableResources = QString null unset\n"
+                                             "quantity = int 1 unset\n"
+                                             "parentBaseResource = QString null unset\n"
+                                             "hwProcessing = bool false unset\n"
+                                             "StartupModes x 0 unset\n"
+                                             "BandwidthSelection x 0 unset\n"
+                                             "MaxFFPDelay = qulonglong 0 unset\n"
+                                             "HRPANSupported = bool false unset\n"
+                                             "Component x 0 unset");
         QCOMPARE(Model::withoutNewMembers(linesOf(document).join(QLatin1Char('\n')), expected), expected);
         QVERIFY(!document.IsInitialized());
     }
