@@ -2,7 +2,7 @@
 #
 # model.sh [--check] makes every committed file, or part of one, that follows from the tables of the classes:
 # share/model.json, the elements and types of the schema, the tables of docs/formats.md, what the fuzzer knows of the
-# model, and others. With --check it only tells which of them are not up to date.
+# model, and others. With --check it only reports which of them are not up to date.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 

@@ -4,7 +4,7 @@
 A recipe is a folder of patches, one for each step. In front of its patch, the file of a step says
 
     Step: what is done
-    Without: a regular expression for what is told when the step is left out
+    Without: a regular expression for what is reported when the step is left out
 
 The last step of every recipe is to run scripts/model.sh, so it has no patch.
 """
@@ -114,7 +114,7 @@ class Trial:
         return done.stdout if done.returncode != 0 else None
 
     def build_and_test(self) -> str | None:
-        """Returns what is told if something fails."""
+        """Returns what is reported if something fails."""
         built = run("cmake", "--build", BUILD, "-j", self._jobs, "--target", *TARGETS, cwd=TREE)
         if built.returncode != 0:
             return built.stdout
@@ -153,7 +153,7 @@ class Recipe:
         start = time.monotonic()
         failure = self._trial.model_script() or self._trial.build_and_test()
         self._tree.note_new_files()
-        self._tell("the whole recipe", "passes" if failure is None else f"FAILS\n{tail(failure)}", failure is None, start)
+        self._report("the whole recipe", "passes" if failure is None else f"FAILS\n{tail(failure)}", failure is None, start)
         if failure is not None:
             return self._wrong
         for left_out in self._steps:
@@ -165,14 +165,14 @@ class Recipe:
 
     def _expect(self, what: str, expected: str, failure: str | None, start: float | None = None) -> None:
         if failure is None:
-            self._tell(what, "PASSES, although it should not", False, start)
+            self._report(what, "PASSES, although it should not", False, start)
             return
         named = re.search(expected, failure)
         line = failure[failure.rfind("\n", 0, named.start()) + 1 :].split("\n")[0] if named else ""
-        told = f"fails: {line.strip()[:150]}" if named else f"FAILS WITHOUT SAYING {expected}\n{tail(failure)}"
-        self._tell(what, told, named is not None, start)
+        report = f"fails: {line.strip()[:150]}" if named else f"FAILS WITHOUT SAYING {expected}\n{tail(failure)}"
+        self._report(what, report, named is not None, start)
 
-    def _tell(self, what: str, outcome: str, good: bool, start: float | None) -> None:
+    def _report(self, what: str, outcome: str, good: bool, start: float | None) -> None:
         seconds = f" ({time.monotonic() - start:.0f} s)" if start else ""
         print(f"  {what}: {outcome}{seconds}", flush=True)
         self._wrong += 0 if good else 1

@@ -7,7 +7,7 @@ import re
 
 
 def _sentence(text: str) -> str:
-    """The first one, up to where it goes on about defaults and refusals behind a semicolon."""
+    """The first one, up to the semicolon before defaults and refusals."""
     found = re.match(r"[^;.]*(?:\.\w[^;.]*)*", " ".join(text.split()))
     return f"{found[0].strip()}." if found and found[0].strip() else ""
 

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """The elements and types of share/tuner-properties.xsd.
 
-What it tells people stays as it was written there. What is new is told as the public header tells it.
+Documentation stays as it was written there. What is new is documented as in the public header.
 """
 
 from __future__ import annotations

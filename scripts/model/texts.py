@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Texts about classes that are told elsewhere already: the table of docs/pages/index.md, and English display names."""
+"""Texts about classes that are written elsewhere already: the table of docs/pages/index.md, and English display names."""
 
 from __future__ import annotations
 
@@ -32,8 +32,8 @@ def catalogue(model: Model, text: str, read) -> str:
         name = cls["name"]
         if name not in model.kinds or f"<source>{name}</source>" in text:
             continue
-        told = re.sub(r"^An? |\.$", "", headers.of_class(read(f"include/jobxml/{name}.h"), name))
-        shown = told[:1].upper() + told[1:]
+        brief = re.sub(r"^An? |\.$", "", headers.of_class(read(f"include/jobxml/{name}.h"), name))
+        shown = brief[:1].upper() + brief[1:]
         message = f"    <message>\n        <source>{name}</source>\n        <translation>{escape(shown)}</translation>\n    </message>\n"
         text = replaced(ENGLISH, text, r"(?=^</context>)", message)
     return text
