@@ -106,7 +106,7 @@ void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument_data()
     QTest::newRow("SaveBinary, without unnamed files") << waysToSave[1] << 30 << false;
 }
 
-/// 200 times altogether, at times that the seed tells.
+/// 200 times altogether, at times that depend on the seed.
 void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
 {
     QFETCH(Way, way);
@@ -137,7 +137,7 @@ void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
                  qPrintable(read.GetErrorString()));
         QVERIFY(read == (found == one ? m_one : m_other));
     }
-    // What killed processes left behind can be told by its name, and is in nobody's way.
+    // Files that killed processes have left are recognizable by their names and do no harm.
     QStringList leftOver = folder.names();
     QVERIFY(leftOver.removeOne(QStringLiteral("document")));
     QVERIFY(leftOver.size() <= kills);

@@ -188,7 +188,7 @@ void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError_data()
         QStringLiteral(": the leading word and the length take 8 bytes, but only 0 are there"));
     row("nothing, called a snapshot", "pipe.tps", {},
         QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
-    // The declaration and the line behind it are 39 bytes.
+    // The declaration and the line end are 39 bytes.
     row("XML", "pipe", QByteArray(smallXml).left(39 + 20), QStringLiteral(":2:20: Premature end of document."));
     row("tagged", "pipe", bytes(smallTaggedHex).chopped(1),
         QStringLiteral(": the record's length is 179, but 178 bytes follow"));

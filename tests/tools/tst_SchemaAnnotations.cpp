@@ -6,7 +6,7 @@
 
 #include "documents/Schema.h"
 
-/// That the schema tells people what everything in the model is, since new documents are explained by it.
+/// The schema documents everything in the model, since comments of new documents are generated from it.
 class SchemaAnnotationsTest : public QObject
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ const Schema::Annotations &annotations()
     return all;
 }
 
-/// What nothing is told about, in an object and all that it can hold.
+/// Members without documentation, in an object and everything that it can contain.
 QStringList untold(JobXml::DataObject &object, int &told)
 {
     object.SetValidate(false);

@@ -3,7 +3,7 @@
 
 #include <sys/stat.h>
 
-/// What the tool takes for a document, and what it says about files that are none.
+/// Recognition of documents, and errors for files that are not documents.
 class ToolInputTest : public QObject
 {
     Q_OBJECT
@@ -206,7 +206,7 @@ void ToolInputTest::unreadableFileIsAnError_data()
     QTest::newRow("in a missing folder") << QStringLiteral("no/a.tps")
                                          << QStringLiteral("cannot open: No such file or directory");
     QTest::newRow("a folder") << QStringLiteral(".") << QStringLiteral("cannot open: Is a directory");
-    // Can be opened by everybody, the superuser included, and read by nobody where it begins.
+    // Everybody can open it, including the superuser, but nobody can read its beginning.
     QTest::newRow("unreadable") << QStringLiteral("/proc/self/mem")
                                 << QStringLiteral("cannot read: Input/output error");
 }
@@ -339,7 +339,7 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading_data()
     row("big", "");
 }
 
-// Sparse files, which take no room.
+// Sparse files, which need no room.
 void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading()
 {
     QFETCH(QString, name);

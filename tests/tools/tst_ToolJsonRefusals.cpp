@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
-/// JSON that is refused, and the errors: where and why.
+/// Invalid JSON, and the locations and reasons of the errors.
 class ToolJsonRefusalsTest : public QObject
 {
     Q_OBJECT

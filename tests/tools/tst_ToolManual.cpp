@@ -7,7 +7,7 @@
 #include <commands/HelpText.h>
 #include <documents/Forms.h>
 
-/// The manual page, as roff reads it.
+/// The manual page as formatted by roff.
 class ToolManualTest : public QObject
 {
     Q_OBJECT

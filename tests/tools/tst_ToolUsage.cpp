@@ -344,7 +344,7 @@ void ToolUsageTest::fileNameIsNeverAnOption_data()
     row("-qmljsdebugger=file:x.xml", "unknown option '-qmljsdebugger=file:x.xml'");
 }
 
-// As "validate --quiet *.xml && echo fine" has it.
+// As in "validate --quiet *.xml && echo fine".
 void ToolUsageTest::fileNameIsNeverAnOption()
 {
     QFETCH(QString, name);
