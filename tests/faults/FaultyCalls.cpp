@@ -18,7 +18,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-// The system is asked by syscall(), never by the next function of the name: that needs no start-up, and what a
+// The system is called by syscall(), never by the next function of the name: that needs no start-up, and what a
 // sanitizer puts around those functions stays out of the count.
 
 namespace {

@@ -203,7 +203,7 @@ void SaveFaultsTest::fullDiskKeepsTheOldDocument_data()
     addPlaces();
 }
 
-/// Full behind every byte of a small document, and behind some of a large one. What still fits is written, and the
+/// Full after every byte of a small document, and after some of a large one. What still fits is written, and the
 /// reason comes only with the next attempt.
 void SaveFaultsTest::fullDiskKeepsTheOldDocument()
 {
@@ -347,7 +347,7 @@ void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument()
     QVERIFY(leftOld && leftNew);
 }
 
-/// A name that is too long with the letters behind it loses whole characters: some systems refuse the half of one.
+/// A name that is too long with the letters after it loses whole characters: some systems reject half of one.
 void SaveFaultsTest::longTemporaryNameIsCutBetweenCharacters()
 {
     m_folder.clear();

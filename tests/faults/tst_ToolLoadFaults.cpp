@@ -96,7 +96,7 @@ void ToolLoadFaultsTest::marksWithoutContentAreErrors_data()
         QTest::newRow(what) << QString::fromLatin1(name) << content << why;
     };
     row("UTF-8", "a.xml", bytes("EFBBBF"), QStringLiteral(":1:1: Premature end of document."));
-    row("UTF-8, without a name that tells", "a", bytes("EFBBBF"), QStringLiteral(": ") + noForm);
+    row("UTF-8, with an inconclusive name", "a", bytes("EFBBBF"), QStringLiteral(": ") + noForm);
     row("UTF-16, big-endian", "a", bytes("FEFF"), QStringLiteral(":1:1: Premature end of document."));
     row("UTF-16, little-endian", "a", bytes("FFFE"), QStringLiteral(":1:1: Premature end of document."));
     const QString noHead = QStringLiteral(": the leading word and the length take 8 bytes, but only 4 are there");

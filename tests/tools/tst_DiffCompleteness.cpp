@@ -94,8 +94,8 @@ void DiffCompletenessTest::documentsWithEqualJsonHaveNoDifferences()
 // Nothing else changes, so this must be the only difference.
 void DiffCompletenessTest::everyFlagAndEveryChoiceIsADifference()
 {
-    int told = 0;
-    for (int seed = 0; seed < 300 && told < 500; seed += 3) {
+    int reported = 0;
+    for (int seed = 0; seed < 300 && reported < 500; seed += 3) {
         const TunerProperties first = randomDocument(seed); // by the setters' rules
         const QByteArray firstJson = jsonOf(first);
         if (firstJson.isEmpty())
@@ -112,11 +112,11 @@ void DiffCompletenessTest::everyFlagAndEveryChoiceIsADifference()
                 });
                 const QVector<Difference> differences = findDifferences(first, second);
                 QVERIFY2(differences.isEmpty() == (jsonOf(second) == firstJson), view.GetName().data());
-                told += differences.isEmpty() ? 0 : 1;
+                reported += differences.isEmpty() ? 0 : 1;
             });
         });
     }
-    QVERIFY(told >= 500);
+    QVERIFY(reported >= 500);
 }
 
 void DiffCompletenessTest::differentDocumentsDiffer()

@@ -278,9 +278,9 @@ void ToolSignalsTest::signalAtAnyTimeLeavesNoIncompleteFile()
             QVERIFY2(name.endsWith(QLatin1String(".tpb")), qPrintable(name));
             QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
         }
-        const QString told = text(m_process->readAllStandardError());
-        if (m_process->exitStatus() == QProcess::CrashExit && !told.isEmpty() && !files.isEmpty())
-            QCOMPARE(told,
+        const QString report = text(m_process->readAllStandardError());
+        if (m_process->exitStatus() == QProcess::CrashExit && !report.isEmpty() && !files.isEmpty())
+            QCOMPARE(report,
                      text("tunerproperties: interrupted after %1 of 200 files: %1 converted\n").arg(files.size()));
     }
 }

@@ -423,7 +423,7 @@ void ToolUsageTest::versionIsThatOfTheProject_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("--version") << line("--version");
     QTest::newRow("-v") << line("-v");
-    QTest::newRow("behind a command") << line("show --version");
+    QTest::newRow("after a command") << line("show --version");
 }
 
 void ToolUsageTest::versionIsThatOfTheProject()

@@ -197,7 +197,7 @@ void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor_data()
         QTest::newRow(name) << xml << QString::fromUtf8(place);
     };
     row("an attribute on a line of its own", document("\n\n  hwProcessing=\"\"", ""), "3:3");
-    row("an attribute behind one that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
+    row("an attribute after a value that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
         "2:2");
     row("a greater-than sign before it", document(" name=\">\"\n hwProcessing = ''", ""), "2:2");
     row("lines that end in CR LF", document("\r\n\r\n  hwProcessing=\"\"", ""), "3:3");
@@ -210,7 +210,7 @@ void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor_data()
     row("a comment before it", "<!-- < <\n -->" + document("\n hwProcessing=\"\"", ""), "3:2");
     row("an element", document("", "\n <HRPANSupported/>"), "3:2");
     row("an element over several lines", document("", "\n <HRPANSupported\n><x/></HRPANSupported\n>"), "3:2");
-    row("an element behind another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
+    row("an element after another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
 }
 
 void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor()

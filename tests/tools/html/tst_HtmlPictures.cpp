@@ -207,7 +207,7 @@ void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
         QTest::newRow(name) << value << min << max << QString::fromUtf8(place) << QString::fromUtf8(note);
     };
     row("above", 8, 0, 7, "100.00%", "value is above max");
-    row("above by what a double cannot tell", most, 0, most - 1, "100.00%", "value is above max");
+    row("above by less than the precision of a double", most, 0, most - 1, "100.00%", "value is above max");
     row("below", -1, 0, 7, "0.00%", "value is below min");
     row("no range", 5, 7, 3, "", "min is above max");
 }
