@@ -10,7 +10,7 @@
 
 #include "Model.h"
 
-/// Documents to begin with, and the schema.
+/// New documents, and the schema.
 class ToolNewTest : public QObject
 {
     Q_OBJECT
@@ -119,7 +119,7 @@ void ToolNewTest::everyTypeIsValid()
     QFETCH(QString, type);
     Workshop shop;
     const Run made = shop.run({QStringLiteral("new"), QStringLiteral("--type"), type});
-    WrittenXml::keep(QStringLiteral("TunerProperties"), made.bytes); // is held against the schema
+    WrittenXml::keep(QStringLiteral("TunerProperties"), made.bytes); // is checked against the schema
     const Run validated = shop.run(line("validate -"), made.bytes);
     QCOMPARE(validated.err, QString());
     QCOMPARE(validated.status, 0);
