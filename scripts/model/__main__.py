@@ -21,6 +21,7 @@ import formats_page  # noqa: E402
 import fuzzing  # noqa: E402
 import lists  # noqa: E402
 import schema  # noqa: E402
+import texts  # noqa: E402
 from model import Model, Unmakeable  # noqa: E402
 
 MODEL = "share/model.json"
@@ -68,7 +69,7 @@ def main() -> int:
     model = Model(text)
     problems: list[str] = []
     made = {MODEL: text}
-    for part in (benchmark, formats_page, fuzzing, lists, schema):
+    for part in (benchmark, formats_page, fuzzing, lists, schema, texts):
         try:
             made |= part.make(model, committed, problems.append)
         except Unmakeable as error:

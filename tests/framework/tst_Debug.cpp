@@ -98,8 +98,7 @@ private Q_SLOTS:
     {
         TunerProperties document = aDocument(1);
         document.Setname(QStringLiteral("a \"b\"\n"));
-        QCOMPARE(debugText(document),
-                 QStringLiteral("TunerProperties\n"
+        const auto expected = QStringLiteral("TunerProperties\n"
                                 "  name: \"a \\\"b\\\"\\n\"\n"
                                 "  type: \"Receiver\"\n"
                                 "  baseresource: \"RX1\"\n"
@@ -125,7 +124,8 @@ private Q_SLOTS:
                                 "        ChoiceValueItem: \"ValueInt\"\n"
                                 "        ValueInt\n"
                                 "          id: \"number\"\n"
-                                "          value: 0"));
+                                "          value: 0");
+        QCOMPARE(Model::withoutNewMembers(debugText(document), expected), expected);
     }
 
     void anObjectWithoutDataIsWrittenAndStaysWithoutData()

@@ -33,7 +33,7 @@ void ToolNewTest::aNewDocumentIsExplained()
     const Run run = Workshop().run(line("new --type Receiver"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
-    QCOMPARE(run.out, QStringLiteral(R"(<?xml version="1.0" encoding="UTF-8"?>
+    const auto expected = QStringLiteral(R"(<?xml version="1.0" encoding="UTF-8"?>
 <!--
   One tuner resource: what it is, what it offers, and its configurable parts.
 
@@ -74,7 +74,7 @@ void ToolNewTest::aNewDocumentIsExplained()
     -->
     <Node id="id">
       <!--
-        One value of a node: exactly one of ten kinds.
+        One value of a node: exactly one of several kinds.
 
         <ValueBoolean>       A switch.
         <ValueFloat>         A floating-point number of 32 bits. Holds id, value.
@@ -104,7 +104,8 @@ void ToolNewTest::aNewDocumentIsExplained()
     </Node>
   </Component>
 </TunerProperties>
-)"));
+)");
+    QCOMPARE(Model::withoutNewMembers(run.out, expected), expected);
 }
 
 void ToolNewTest::everyTypeIsValid_data()
