@@ -26,7 +26,7 @@ inline JobXml::DataObject &newChild(JobXml::MemberEditor &member)
 }
 
 /// The members of an object, in the order in which they are written. The choice of a ValueItem is not one of them:
-/// encodings express it by the alternative that is there.
+/// encodings express it by the alternative that they contain.
 inline QStringList members(const JobXml::DataObject &object)
 {
     QStringList names;
@@ -37,7 +37,7 @@ inline QStringList members(const JobXml::DataObject &object)
     return names;
 }
 
-/// Calls `use(DataObject &)` with a new object of each class, first the given one and then what it can hold.
+/// Calls `use(DataObject &)` with a new object of each class, first the passed one and then those that it can contain.
 template <class Use>
 void forEachClass(JobXml::DataObject &object, QStringList &seen, Use &&use)
 {

@@ -6,6 +6,8 @@
 
 #include <jobxml/TunerProperties.h>
 
+#include "Model.h"
+
 using namespace JobXml;
 
 namespace Bench {
@@ -114,7 +116,7 @@ bool equalLists(const QVector<Struct> &left, const QVector<Struct> &right)
     return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());
 }
 
-// Equality of tuples of references says what belongs to a struct once.
+// Tuples of references list the members of a struct once.
 auto fields(const PlainItem &item)
 {
     return std::tie(item.text, item.number);
@@ -138,10 +140,6 @@ auto fields(const PlainDocument &document)
                     document.connectableResources, document.quantity, document.parentBaseResource,
                     document.hwProcessing, document.startupModes, document.maxFFPDelay, document.hrpanSupported);
 }
-
-constexpr std::array types{"MCP", "SCP", "FFP", "Receiver", "DirectionFinder"};
-constexpr std::array modes{"Scan", "FastScan", "MScan", "FFM",    "WFFM", "Step",
-                           "DF",   "MSearch",  "Polar", "Search", "Stop"};
 
 template <std::size_t Size>
 QString nameOf(const std::array<const char *, Size> &names, qint8 index)
@@ -196,22 +194,22 @@ bool operator==(const PlainDocument &left, const PlainDocument &right)
 
 QString nameOfType(qint8 type)
 {
-    return nameOf(types, type);
+    return nameOf(typeNames, type);
 }
 
 QString nameOfMode(qint8 mode)
 {
-    return nameOf(modes, mode);
+    return nameOf(modeNames, mode);
 }
 
 qint8 typeOfName(const QString &name)
 {
-    return indexOf(types, name);
+    return indexOf(typeNames, name);
 }
 
 qint8 modeOfName(const QString &name)
 {
-    return indexOf(modes, name);
+    return indexOf(modeNames, name);
 }
 
 PlainDocument plain(const TunerProperties &document)

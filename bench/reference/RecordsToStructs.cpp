@@ -5,7 +5,7 @@
 
 #include <QDataStream>
 
-#include "RecordTags.h"
+#include "Model.h"
 
 namespace Bench {
 namespace {
@@ -34,7 +34,7 @@ private:
         return length;
     }
 
-    /// Hands each record of the next `length` bytes to a function; what that does not know is skipped.
+    /// Passes each record of the next `length` bytes to a function; unknown ones are skipped.
     template <class Read>
     void records(qint32 length, const Read &read)
     {
@@ -109,31 +109,31 @@ bool Reader::read(PlainDocument &document, quint32 tag, qint32 size)
     case Tag::version:
         m_stream >> document.version;
         return true;
-    case Tag::name:
+    case Tag::TunerProperties::name:
         return text(document.name);
-    case Tag::documentType:
+    case Tag::TunerProperties::type:
         text(name);
         document.type = typeOfName(name);
         return true;
-    case Tag::baseresource:
+    case Tag::TunerProperties::baseresource:
         return text(document.baseresource);
-    case Tag::connectableResources:
+    case Tag::TunerProperties::connectableResources:
         return text(document.connectableResources);
-    case Tag::parentBaseResource:
+    case Tag::TunerProperties::parentBaseResource:
         return text(document.parentBaseResource);
-    case Tag::hwProcessing:
+    case Tag::TunerProperties::hwProcessing:
         return boolean(document.hwProcessing);
-    case Tag::hrpanSupported:
+    case Tag::TunerProperties::HRPANSupported:
         return boolean(document.hrpanSupported);
-    case Tag::quantity:
+    case Tag::TunerProperties::quantity:
         document.quantity = 0;
         return whole(*document.quantity);
-    case Tag::maxFFPDelay:
+    case Tag::TunerProperties::MaxFFPDelay:
         document.maxFFPDelay = 0;
         return whole(*document.maxFFPDelay);
-    case Tag::startupModes:
+    case Tag::TunerProperties::StartupModes:
         records(size, [&](quint32 member, qint32) {
-            if (member != Tag::startupMode)
+            if (member != Tag::StartupModes::StartupMode)
                 return false;
             document.startupModes.resize(length());
             for (qint8 &mode : document.startupModes) {
@@ -144,12 +144,13 @@ bool Reader::read(PlainDocument &document, quint32 tag, qint32 size)
             return true;
         });
         return true;
-    case Tag::bandwidthSelection:
+    case Tag::TunerProperties::BandwidthSelection:
         return list(document.bandwidths, [&](PlainBandwidth &bandwidth, quint32 member, qint32) {
-            return member == Tag::bandwidthName ? text(bandwidth.name)
-                                                : member == Tag::maxBandwidth && real(bandwidth.max);
+            return member == Tag::BandwidthSelection::Name
+                ? text(bandwidth.name)
+                : member == Tag::BandwidthSelection::MaxBandwidth && real(bandwidth.max);
         });
-    case Tag::component:
+    case Tag::TunerProperties::Component:
         return list(document.components,
                     [&](PlainComponent &component, quint32 member, qint32) { return read(component, member); });
     default:
@@ -160,19 +161,19 @@ bool Reader::read(PlainDocument &document, quint32 tag, qint32 size)
 bool Reader::read(PlainComponent &component, quint32 tag)
 {
     switch (tag) {
-    case Tag::componentType:
+    case Tag::Component::type:
         return text(component.type);
-    case Tag::name:
+    case Tag::Component::name:
         return text(component.name);
-    case Tag::displayName:
+    case Tag::Component::displayName:
         return text(component.displayName);
-    case Tag::optional:
+    case Tag::Component::optional:
         return boolean(component.optional);
-    case Tag::node:
+    case Tag::Component::Node:
         return list(component.nodes, [&](PlainNode &node, quint32 member, qint32) {
-            if (member == Tag::id)
+            if (member == Tag::Node::id)
                 return text(node.id);
-            if (member != Tag::valueItem)
+            if (member != Tag::Node::ValueItem)
                 return false;
             return list(node.values, [&](PlainValue &value, quint32 alternative, qint32 size) {
                 for (int kind = 0; kind < 10; ++kind) {
@@ -193,44 +194,45 @@ bool Reader::read(PlainComponent &component, quint32 tag)
 bool Reader::read(PlainValue &value, quint32 tag)
 {
     switch (tag) {
-    case Tag::id:
+    case Tag::ValueBoolean::id:
         return text(value.id);
-    case Tag::text:
-    case Tag::textValue:
+    case Tag::ValueSelection::text:
+    case Tag::ValueString::value:
         return text(value.text);
-    case Tag::index:
+    case Tag::ValueSelection::index:
         return whole(value.index);
-    case Tag::booleanValue:
+    case Tag::ValueBoolean::value:
         return boolean(value.boolean);
-    case Tag::doubleValue:
+    case Tag::ValueSelection::value:
         return real(value.real.value);
-    case Tag::ofFloat[0]:
+    case Tag::ValueNumericFloat::value:
         return realOfFloat(value.real.value);
-    case Tag::ofFloat[1]:
+    case Tag::ValueNumericFloat::min:
         return realOfFloat(value.real.min);
-    case Tag::ofFloat[2]:
+    case Tag::ValueNumericFloat::max:
         return realOfFloat(value.real.max);
-    case Tag::ofFloat[3]:
+    case Tag::ValueNumericFloat::step:
         return realOfFloat(value.real.step);
-    case Tag::ofInt[0]:
-    case Tag::ofInt64[0]:
+    case Tag::ValueNumericInt::value:
+    case Tag::ValueNumericInt64::value:
         return whole(value.whole.value);
-    case Tag::ofInt[1]:
-    case Tag::ofInt64[1]:
+    case Tag::ValueNumericInt::min:
+    case Tag::ValueNumericInt64::min:
         return whole(value.whole.min);
-    case Tag::ofInt[2]:
-    case Tag::ofInt64[2]:
+    case Tag::ValueNumericInt::max:
+    case Tag::ValueNumericInt64::max:
         return whole(value.whole.max);
-    case Tag::ofInt[3]:
-    case Tag::ofInt64[3]:
+    case Tag::ValueNumericInt::step:
+    case Tag::ValueNumericInt64::step:
         return whole(value.whole.step);
-    case Tag::selectionItem:
+    case Tag::ValueSelection::SelectionItem:
         return list(value.items, [&](PlainItem &item, quint32 member, qint32) {
-            return member == Tag::name ? text(item.text) : member == Tag::doubleValue && real(item.number);
+            return member == Tag::SelectionItem::name ? text(item.text)
+                                                      : member == Tag::SelectionItem::value && real(item.number);
         });
-    case Tag::stringItem:
+    case Tag::ValueStringList::StringItem:
         return list(value.items, [&](PlainItem &item, quint32 member, qint32) {
-            return member == Tag::textValue && text(item.text);
+            return member == Tag::ValueString::value && text(item.text);
         });
     default:
         return false;

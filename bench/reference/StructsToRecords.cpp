@@ -4,10 +4,18 @@
 #include <QBuffer>
 #include <QDataStream>
 
-#include "RecordTags.h"
+#include "Model.h"
 
 namespace Bench {
 namespace {
+
+// Of value, min, max and step. A kind without a range has the same tag for its value.
+constexpr quint32 tagsOfFloat[] = {Tag::ValueNumericFloat::value, Tag::ValueNumericFloat::min,
+                                   Tag::ValueNumericFloat::max, Tag::ValueNumericFloat::step};
+constexpr quint32 tagsOfInt[] = {Tag::ValueNumericInt::value, Tag::ValueNumericInt::min, Tag::ValueNumericInt::max,
+                                 Tag::ValueNumericInt::step};
+constexpr quint32 tagsOfInt64[] = {Tag::ValueNumericInt64::value, Tag::ValueNumericInt64::min,
+                                   Tag::ValueNumericInt64::max, Tag::ValueNumericInt64::step};
 
 class Writer
 {
@@ -90,43 +98,44 @@ private:
     void writeMembers(const PlainDocument &document)
     {
         record(Tag::version, [&] { m_stream << document.version; });
-        textIfAny(Tag::name, document.name);
-        text(Tag::documentType, nameOfType(document.type));
-        text(Tag::baseresource, document.baseresource);
-        textIfAny(Tag::connectableResources, document.connectableResources);
+        textIfAny(Tag::TunerProperties::name, document.name);
+        text(Tag::TunerProperties::type, nameOfType(document.type));
+        text(Tag::TunerProperties::baseresource, document.baseresource);
+        textIfAny(Tag::TunerProperties::connectableResources, document.connectableResources);
         if (document.quantity)
-            whole(Tag::quantity, *document.quantity);
-        textIfAny(Tag::parentBaseResource, document.parentBaseResource);
+            whole(Tag::TunerProperties::quantity, *document.quantity);
+        textIfAny(Tag::TunerProperties::parentBaseResource, document.parentBaseResource);
         if (document.hwProcessing)
-            boolean(Tag::hwProcessing, *document.hwProcessing);
+            boolean(Tag::TunerProperties::hwProcessing, *document.hwProcessing);
         if (!document.startupModes.isEmpty()) {
-            record(Tag::startupModes, [&] {
-                list(Tag::startupMode, document.startupModes,
+            record(Tag::TunerProperties::StartupModes, [&] {
+                list(Tag::StartupModes::StartupMode, document.startupModes,
                      [&](qint8 mode) { m_stream << nameOfMode(mode).toUtf8(); });
             });
         }
         if (!document.bandwidths.isEmpty()) {
-            list(Tag::bandwidthSelection, document.bandwidths, [&](const PlainBandwidth &bandwidth) {
-                text(Tag::bandwidthName, bandwidth.name);
-                real(Tag::maxBandwidth, bandwidth.max);
+            list(Tag::TunerProperties::BandwidthSelection, document.bandwidths, [&](const PlainBandwidth &bandwidth) {
+                text(Tag::BandwidthSelection::Name, bandwidth.name);
+                real(Tag::BandwidthSelection::MaxBandwidth, bandwidth.max);
             });
         }
         if (document.maxFFPDelay)
-            whole(Tag::maxFFPDelay, qint64(*document.maxFFPDelay));
+            whole(Tag::TunerProperties::MaxFFPDelay, qint64(*document.maxFFPDelay));
         if (document.hrpanSupported)
-            boolean(Tag::hrpanSupported, *document.hrpanSupported);
-        list(Tag::component, document.components, [&](const PlainComponent &component) { writeMembers(component); });
+            boolean(Tag::TunerProperties::HRPANSupported, *document.hrpanSupported);
+        list(Tag::TunerProperties::Component, document.components,
+             [&](const PlainComponent &component) { writeMembers(component); });
     }
 
     void writeMembers(const PlainComponent &component)
     {
-        text(Tag::componentType, component.type);
-        text(Tag::name, component.name);
-        textIfAny(Tag::displayName, component.displayName);
-        boolean(Tag::optional, component.optional);
-        list(Tag::node, component.nodes, [&](const PlainNode &node) {
-            text(Tag::id, node.id);
-            list(Tag::valueItem, node.values, [&](const PlainValue &value) {
+        text(Tag::Component::type, component.type);
+        text(Tag::Component::name, component.name);
+        textIfAny(Tag::Component::displayName, component.displayName);
+        boolean(Tag::Component::optional, component.optional);
+        list(Tag::Component::Node, component.nodes, [&](const PlainNode &node) {
+            text(Tag::Node::id, node.id);
+            list(Tag::Node::ValueItem, node.values, [&](const PlainValue &value) {
                 record(Tag::alternatives[int(value.kind)], [&] { writeMembers(value); });
             });
         });
@@ -134,44 +143,45 @@ private:
 
     void writeMembers(const PlainValue &value)
     {
-        text(Tag::id, value.id);
+        text(Tag::ValueBoolean::id, value.id);
         switch (value.kind) {
         case Kind::Boolean:
-            boolean(Tag::booleanValue, value.boolean);
+            boolean(Tag::ValueBoolean::value, value.boolean);
             break;
         case Kind::Float:
-            real(Tag::ofFloat[0], value.real.value);
+            real(Tag::ValueFloat::value, value.real.value);
             break;
         case Kind::Int:
-            whole(Tag::ofInt[0], value.whole.value);
+            whole(Tag::ValueInt::value, value.whole.value);
             break;
         case Kind::Int64:
-            whole(Tag::ofInt64[0], value.whole.value);
+            whole(Tag::ValueInt64::value, value.whole.value);
             break;
         case Kind::NumericFloat:
-            real(Tag::ofFloat, value.real);
+            real(tagsOfFloat, value.real);
             break;
         case Kind::NumericInt:
-            whole(Tag::ofInt, value.whole);
+            whole(tagsOfInt, value.whole);
             break;
         case Kind::NumericInt64:
-            whole(Tag::ofInt64, value.whole);
+            whole(tagsOfInt64, value.whole);
             break;
         case Kind::Selection:
-            real(Tag::doubleValue, value.real.value);
-            text(Tag::text, value.text);
-            whole(Tag::index, value.index);
-            list(Tag::selectionItem, value.items, [&](const PlainItem &item) {
-                text(Tag::name, item.text);
-                real(Tag::doubleValue, item.number);
+            real(Tag::ValueSelection::value, value.real.value);
+            text(Tag::ValueSelection::text, value.text);
+            whole(Tag::ValueSelection::index, value.index);
+            list(Tag::ValueSelection::SelectionItem, value.items, [&](const PlainItem &item) {
+                text(Tag::SelectionItem::name, item.text);
+                real(Tag::ValueSelection::value, item.number);
             });
             break;
         case Kind::String:
-            text(Tag::textValue, value.text);
+            text(Tag::ValueString::value, value.text);
             break;
         case Kind::StringList:
-            text(Tag::textValue, value.text);
-            list(Tag::stringItem, value.items, [&](const PlainItem &item) { text(Tag::textValue, item.text); });
+            text(Tag::ValueString::value, value.text);
+            list(Tag::ValueStringList::StringItem, value.items,
+                 [&](const PlainItem &item) { text(Tag::ValueString::value, item.text); });
         }
     }
 

@@ -16,6 +16,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 
+import benchmark  # noqa: E402
 import formats_page  # noqa: E402
 import fuzzing  # noqa: E402
 import lists  # noqa: E402
@@ -68,7 +69,7 @@ def main() -> int:
     model = Model(text)
     problems: list[str] = []
     made = {MODEL: text}
-    for part in (formats_page, fuzzing, lists, schema, texts):
+    for part in (benchmark, formats_page, fuzzing, lists, schema, texts):
         try:
             made |= part.make(model, committed, problems.append)
         except Unmakeable as error:

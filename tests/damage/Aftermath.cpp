@@ -38,7 +38,7 @@ void read(DataObject &object, const QByteArray &bytes, Encoding encoding)
     }
 }
 
-// What reading must throw; null if nothing.
+// The exception that reading must throw; null if none.
 QString read(Expected &object, const QByteArray &bytes, Encoding encoding)
 {
     switch (encoding) {
@@ -51,13 +51,13 @@ QString read(Expected &object, const QByteArray &bytes, Encoding encoding)
     }
 }
 
-// A number that is none does not equal itself, and so neither does what holds one.
+// A NaN does not equal itself, so an object with one does not equal its copy.
 bool holdsNaN(const QString &lines)
 {
     return lines.contains(QLatin1String(" = nan"));
 }
 
-// Whether writing without validation loses something. An empty list of the object itself comes back as it was.
+// Whether writing without validation loses something. An empty list of the object itself is read back.
 bool isIncomplete(const DataObject &object)
 {
     const QVector<JobXml::Problem> problems = object.GetProblems();
@@ -161,8 +161,8 @@ QString Aftermath::wrongRewriting(const DataObject &object, Encoding encoding) c
     const QString lines = listing(*reread);
     if (lines != wanted.listing())
         return QStringLiteral("what it writes is read wrong: ") + difference(lines, wanted.listing());
-    // What is incomplete does not come back as it was: numbers are written whether set or not, null texts come back
-    // empty, and so on. What is complete does.
+    // An incomplete object is not read back as it was: unset numbers are written, null texts are read back empty,
+    // and so on. A complete object is.
     if (isIncomplete(object) || holdsNaN(lines))
         return QString();
     if (!m_type.equal(*reread, object))

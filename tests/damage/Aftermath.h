@@ -8,16 +8,16 @@ namespace Damage {
 
 enum class Encoding { Record, Snapshot, Xml };
 
-/// What must hold of every object into which something was read that failed, or may as well have failed: it can be
-/// copied, assigned, written, read into again, reset and destroyed, and each gives what it must.
+/// Checks an object after damaged data were read into it, whether or not reading failed: it can be copied, assigned,
+/// written, read again, reset and destroyed, each with the correct result.
 class Aftermath
 {
 public:
-    /// `good` is what is read into the object afterwards.
+    /// `good` is read into the object afterwards.
     Aftermath(const ClassUnderTest &type, const JobXml::DataObject &good);
 
-    /// What is wrong with the object, null if nothing is. `state` is what it must hold; if it is null, only what the
-    /// object holds is known. Leaves the object holding `good`.
+    /// Returns the first error found, null if there is none. `state` is the expected state; if it is null, the object's
+    /// present state is expected. Leaves the object equal to `good`.
     QString wrongWith(JobXml::DataObject &object, const Expected *state, Encoding encoding) const;
 
 private:

@@ -8,23 +8,22 @@
 #include "ExceptionText.h"
 #include "HeapPeak.h"
 
-/// What the tests that damage the compact document do again and again.
+/// Helpers of the tests that damage the compact document.
 namespace Damage {
 
 const ClassUnderTest &documents();
-/// For documents into which the compact one is read again.
+/// Checks documents by reading the compact one into them again.
 const Aftermath &afterwards();
 
 JobXml::TunerProperties emptyDocument(bool validate);
 Expected expectedDocument(bool validate);
 
-/// The bytes with one bit, of all their bits, the other way round.
+/// The bytes with one bit inverted; `bit` counts from the first byte's least significant bit.
 QByteArray flipped(QByteArray bytes, int bit);
 QByteArray replaced(QByteArray bytes, int offset, qint32 word);
 
-/// Calls the function, which reads `inputSize` bytes into the document. It must throw as expected and leave what is
-/// expected, within bounded memory; and whatever came of it, the document must be usable afterwards. Returns what is
-/// wrong, or null.
+/// Calls the function, which reads `inputSize` bytes into the document. It must throw the expected exception, leave the
+/// expected state and use bounded memory, and the document must be usable afterwards. Returns the first error, or null.
 template <class Read>
 QString wrongAfterReading(JobXml::TunerProperties &document, const Expected &state, const QString &thrown,
                           Encoding encoding, int inputSize, Read &&read)
@@ -40,24 +39,23 @@ QString wrongAfterReading(JobXml::TunerProperties &document, const Expected &sta
     return wrong.isNull() ? afterwards().wrongWith(document, &state, encoding) : wrong;
 }
 
-/// What came of damaging something in all ways of one kind.
+/// The results of damaging data in every way of one kind.
 struct Sweep
 {
     int damaged = 0;
     int refused = 0;
-    QString wrong; ///< where and what, for the first that was wrong; the sweep ends there
+    QString wrong; ///< location and description of the first error, which ends the sweep
 
     void add(const QString &thrown, const QString &wrongHere, const QString &where);
 };
 
-/// Each bit of the record or snapshot flipped; the document is read with SetBinary() or as a snapshot.
+/// Flips each bit of the record or snapshot; the document is read with SetBinary() or as a snapshot.
 Sweep flipEveryBit(Encoding encoding, bool validate);
 
-/// The record or snapshot cut at each byte from `first` on.
+/// Truncates the record or snapshot at each byte from `first` on.
 Sweep cutEverywhere(Encoding encoding, bool validate, int first);
 
-/// Four bytes of the record or snapshot replaced, at each byte where there are four, by each of the words: whatever
-/// they were, a length or a count among them.
+/// Replaces four bytes of the record or snapshot, at every offset, by each of the words.
 Sweep replaceEverywhere(Encoding encoding, bool validate, const QVector<qint32> &words);
 
 inline void validatingRows()

@@ -14,7 +14,7 @@ class DataObject;
 
 namespace Damage {
 
-/// A length or count word of a record, and who reads it.
+/// A length or count word of a record, and the class that reads it.
 struct Word
 {
     enum What { RecordLength, ItemLength, ObjectLength, MemberLength, TextLength, Count };
@@ -27,13 +27,13 @@ struct Word
     Kind kind; ///< of that member
 };
 
-/// A listing as it is put together. In one text, since there are hundreds of thousands of them.
+/// Builds a listing, in one text, since there are hundreds of thousands of listings.
 class Lines
 {
 public:
     void value(QLatin1String name, const QVariant &value, bool set);
     void list(QLatin1String name, int size, bool set);
-    /// A line for an object; what follows is in it, until leave().
+    /// Adds a line for an object. The lines that follow belong to the object, until leave().
     void enter(QLatin1String name, int index = -1, bool set = true);
     void leave();
 
@@ -43,10 +43,11 @@ private:
     void end(bool set);
 
     QString m_where;
-    QVector<int> m_outer; // how long m_where was
+    QVector<int> m_outer; // the earlier lengths of m_where
 };
 
-/// What an object must hold, told from the formats alone. Nothing of the library is used to find out.
+/// The expected state of an object. It follows from the formats and the list of the model, without the library's
+/// readers.
 class Expected
 {
 public:
@@ -77,19 +78,19 @@ public:
     bool isOlder() const;
     void takeVersion(const QString &version);
 
-    // By the rules of the setters; these throw a Refusal.
+    // Follow the rules of the setters, and throw a Refusal.
     void set(const MemberRule &member, const QVariant &value);
     void append(const MemberRule &member, const Expected &item);
     void appendMode(const MemberRule &member, int mode);
 
-    /// What it must hold, a line for each member, item, child and alternative.
+    /// The expected state, a line for each member, item, child and alternative.
     QString listing() const;
 
 private:
     void list(Lines &lines) const;
 };
 
-/// The exception that the library must throw, as thrownBy() tells it.
+/// The exception that the library must throw, as thrownBy() returns it.
 struct Refusal
 {
     QString text;
@@ -97,7 +98,7 @@ struct Refusal
 
 QString lengthErrorOf(const QString &className);
 
-/// What an object does hold, in the same lines.
+/// The actual state of an object, in the same lines.
 QString listing(const JobXml::DataObject &object);
 
 /// The first line in which two listings differ; null if they are the same.
@@ -105,11 +106,11 @@ QString difference(const QString &found, const QString &wanted);
 
 struct Outcome
 {
-    QString thrown; ///< as thrownBy() tells it; null if nothing
+    QString thrown; ///< as thrownBy() returns it; null if nothing
     int read = 0; ///< bytes taken
 };
 
-/// Reads a record without leading word; notes its length and count words if asked to.
+/// Reads a record without leading word. Appends its length and count words to `words` if there is such a list.
 Outcome readRecord(Expected &object, const QByteArray &record, QVector<Word> *words = nullptr);
 
 Outcome readSnapshot(Expected &object, const QByteArray &snapshot);
@@ -117,9 +118,9 @@ Outcome readSnapshot(Expected &object, const QByteArray &snapshot);
 struct XmlOutcome
 {
     QString thrown;
-    bool taken = false; ///< what the reader must return, if nothing is thrown
-    QString error; ///< the error it must tell then, without the source
-    bool brokeOff = false; ///< the text is not well formed, and was read up to there
+    bool taken = false; ///< the return value of the reader, if nothing is thrown
+    QString error; ///< the error string, without the source
+    bool brokeOff = false; ///< the text is not well formed, and was read up to the error
 };
 
 XmlOutcome readXml(Expected &object, const XmlTokens &tokens);

@@ -9,7 +9,7 @@ namespace Damage {
 
 namespace {
 
-// Reads by the letter of the format, from bytes and offsets: no stream takes part.
+// Reads exactly as the format defines, from bytes and offsets, without a stream.
 class RecordInput
 {
 public:
@@ -18,7 +18,7 @@ public:
     int offset() const { return m_offset; }
     bool atEnd() const { return m_offset == m_bytes.size(); }
 
-    /// The next bytes; where they are cut off, the object that reads them fails.
+    /// The next bytes; if they are truncated, the object that reads them fails.
     const char *take(const Expected &reading, qint64 count)
     {
         if (count > m_bytes.size() - m_offset) {
@@ -44,7 +44,7 @@ public:
         return value;
     }
 
-    /// A length and that many bytes of UTF-8; the length -1 stands for no text, which is read as an empty one.
+    /// A length and that many bytes of UTF-8; the length -1 is a null text, which is read as an empty one.
     QString text(const Expected &reading, const MemberRule &member)
     {
         const auto size = quint32(length(reading, Word::TextLength, &member));
@@ -147,7 +147,7 @@ void readMembers(Expected &object, RecordInput &in, qint32 length)
         else if (member)
             readMember(object, *member, in, memberLength);
         else
-            in.take(object, std::max(memberLength, 0)); // of a negative length there is nothing to pass over
+            in.take(object, std::max(memberLength, 0)); // a negative length skips nothing
     }
     if (left != 0)
         throw Refusal{lengthErrorOf(QString::fromLatin1(object.rule->name))};
@@ -159,7 +159,7 @@ Outcome readRecord(Expected &object, const QByteArray &record, QVector<Word> *wo
 {
     RecordInput in(record, words);
     try {
-        // Whoever asks an object to read its members has read their length; if it is not there, it reads as 0.
+        // The caller reads the length word; a missing one reads as 0.
         readMembers(object, in, record.size() < 4 ? 0 : in.length(object, Word::RecordLength, nullptr));
     } catch (const Refusal &refusal) {
         return {refusal.text, in.offset()};

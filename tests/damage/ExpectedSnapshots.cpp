@@ -9,7 +9,7 @@ namespace Damage {
 
 namespace {
 
-// A snapshot ends where the bytes do, wherever that is; nothing is stored of a value that is cut off.
+// A snapshot ends with its bytes; a truncated value is not stored.
 struct EndOfSnapshot
 {
 };

@@ -7,7 +7,7 @@ namespace Damage {
 
 namespace {
 
-// The text is not well formed, and reading has come to that point.
+// The text is not well formed, and reading has reached the error.
 struct BrokenOff
 {
 };
@@ -43,7 +43,7 @@ public:
         return text.isNull() ? QStringLiteral("") : text;
     }
 
-    /// Passes over everything up to the next start or end of that name.
+    /// Skips to the next start or end of that name.
     void skip(const QString &name)
     {
         const XmlTokens::Token *token = next();
@@ -121,7 +121,7 @@ void readUnknown(const Expected &object, const XmlTokens::Token &start, XmlInput
         in.skip(start.name);
     else if (object.validate)
         throw Refusal{QStringLiteral("InvalidXmlException: Unknown Tag '%1' in 'TunerProperties'.").arg(start.name)};
-    // otherwise what it holds is read as if it stood in the document itself
+    // otherwise its content is read as part of the document itself
 }
 
 void readElement(Expected &object, const XmlTokens::Token &start, XmlInput &in)

@@ -8,7 +8,7 @@ namespace Damage {
 
 namespace {
 
-/// An object and all below it that is there, whether it counts or not; of a choice, only what is chosen.
+/// Lists an object and everything below it, set or not; of a choice, only the chosen alternative.
 class Lister
 {
 public:
@@ -46,7 +46,7 @@ private:
             for (int i = 0; i < shown.GetSize(); ++i)
                 child(shown, i, i);
             break;
-        case Kind::Object: // what a failed read left in one that is not set is there
+        case Kind::Object: // an unset one may contain values from a failed read
             if (shown.IsSet() || (shown.GetSize() == 1 && shown.GetChild().IsInitialized()))
                 child(shown, 0, -1);
             break;

@@ -54,7 +54,7 @@ QByteArray word(quint32 value)
     return four;
 }
 
-// What no class reads, whether validating or not.
+// Data that no class reads, whether validating or not.
 QVector<RefusalCase> badLengths(const QString &className)
 {
     QVector<RefusalCase> cases{
@@ -228,8 +228,8 @@ QVector<RefusalCase> ofValues(const QString &className)
     return {};
 }
 
-// Texts that are empty or not there, and numbers that are none: nobody refuses those. Each class reads its members in
-// elements as well.
+// Texts that are empty or missing, and texts that are not numbers: every class accepts those. Each class reads its
+// members from elements as well.
 QVector<RefusalCase> takenByAll(const ClassRule &rule)
 {
     QByteArray element = QByteArray("<") + rule.name + " Version=\"1.1\">";

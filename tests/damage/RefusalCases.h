@@ -5,7 +5,7 @@
 
 namespace Damage {
 
-/// Something that a class refuses to read, or the nearest to that which it takes.
+/// Data that a class refuses to read, or the closest data that it accepts.
 struct RefusalCase
 {
     const char *name;
@@ -17,7 +17,7 @@ struct RefusalCase
 
 QVector<RefusalCase> refusalsOf(const QString &className);
 
-/// The input of the case inside all that stands around an object of the class in a document.
+/// The input of the case inside the document that contains an object of the class.
 QByteArray inDocument(const QString &className, const RefusalCase &refusal);
 
 } // namespace Damage

@@ -22,14 +22,14 @@ enum class Kind {
     TypeName, ///< of the document
     Modes, ///< the list of startup modes
     List, ///< of objects
-    Child, ///< an object that is a member by itself
+    Child, ///< an object, not in a list
     Alternative, ///< an object that is chosen
 };
 
 enum Trait : unsigned {
     Plain = 0,
     Attribute = 1, ///< read from an attribute as well
-    Mandatory = 2, ///< HasData() asks for it
+    Mandatory = 2, ///< required by HasData()
     SnapshotIfSet = 4, ///< a snapshot holds it only if its flag is set
     SnapshotByCount = 8, ///< a list whose snapshot is read without looking at its flag
 };
@@ -42,7 +42,7 @@ struct MemberRule
     Kind kind;
     unsigned traits;
     QByteArray object; ///< the class of an item, child or alternative
-    QVariant defaultValue; ///< as a visitor is shown it
+    QVariant defaultValue; ///< the value for a visitor
     QStringList names; ///< of an enumeration, by number
 
     bool has(Trait trait) const { return (traits & trait) != 0; }
@@ -62,10 +62,10 @@ struct ClassRule
 const QVector<ClassRule> &classRules();
 const ClassRule &ruleOf(const QString &className);
 
-/// -1 for a name that none has.
+/// -1 for an unknown name.
 int typeByName(const QString &name);
 int modeByName(const QString &name);
-/// As a visitor is shown them: by name; what has no name by number, and -1 by a null text.
+/// The value for a visitor: the name, the number if there is no name, and a null text for -1.
 QVariant shownType(int type);
 QVariant shownMode(int mode);
 bool isMode(int mode);

@@ -42,13 +42,13 @@ QString wrongOutcome(const TunerProperties &document, const QString &thrown, boo
         return QStringLiteral("the error is '%1', not '%2'").arg(document.GetErrorString(), error);
     static const QRegularExpression placed(QStringLiteral("^[^:]+:[1-9][0-9]*:[1-9][0-9]*: ."));
     if (!error.isNull() && !placed.match(document.GetErrorString()).hasMatch())
-        return QStringLiteral("the error has no place: ") + error;
+        return QStringLiteral("the error has no location: ") + error;
     return difference(listing(document), state.listing());
 }
 
-// The document without reset, after a text that broke off: what was left behind stands in front, and the document read
-// last behind it.
-QString wrongReadingBehind(const TunerProperties &damaged)
+// Reads a good document into one that was read from a truncated text, without a reset: the items of the first come
+// before those of the second.
+QString wrongReadingAfter(const TunerProperties &damaged)
 {
     TunerProperties document(damaged);
     const TunerProperties good = compactDocument();
@@ -76,7 +76,7 @@ QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)
         return QStringLiteral("it took %1 bytes of memory").arg(peak.bytes());
     QString wrong = wrongOutcome(document, thrown, taken, QStringLiteral("unnamed file:"), outcome, state);
     if (wrong.isNull() && outcome.brokeOff)
-        wrong = wrongReadingBehind(document);
+        wrong = wrongReadingAfter(document);
     if (wrong.isNull())
         wrong = afterwards().wrongWith(document, &state, Encoding::Xml);
     return wrong;

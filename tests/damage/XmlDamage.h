@@ -5,24 +5,23 @@
 
 namespace Damage {
 
-/// What is read with LoadXml(), from a file that holds the bytes, or with SetXmlString(), which takes only bytes that
-/// are the UTF-8 of a text.
+/// Whether XML is read by LoadXml() from a file, or by SetXmlString() from a text, which requires valid UTF-8.
 enum class XmlSource { File, Text };
 
-/// The ways in which damaged XML was dealt with, and how often each was met.
+/// The results of reading damaged XML, and their numbers.
 struct XmlSweep
 {
-    int noText = 0; ///< not read, since a text was asked for
+    int noText = 0; ///< not read, since the bytes are not a text
     int taken = 0;
     int refused = 0; ///< with false
     int thrown = 0;
-    QString wrong; ///< where and what, for the first that was wrong; the sweep ends there
+    QString wrong; ///< location and description of the first error, which ends the sweep
 
     int all() const { return noText + taken + refused + thrown; }
 };
 
-/// What must come of the damaged XML is decided by a plain reader and the rules. What is read from a file is used
-/// afterwards as well.
+/// A plain reader and the rules determine the expected result. Documents that are read from a file are used afterwards
+/// as well.
 void readDamagedXml(XmlSweep &sweep, const QByteArray &damaged, XmlSource source, bool validate, const QString &where);
 
 XmlSweep flipEveryBitOfXml(XmlSource source, bool validate);

@@ -6,8 +6,7 @@
 
 namespace Damage {
 
-/// What an XML text consists of, up to its end or to where it is not well formed: the judgement of a plain reader,
-/// which knows nothing of the model.
+/// The tokens of an XML text up to its end or to the first error, as a plain reader without the model finds them.
 struct XmlTokens
 {
     enum Type { Start, End, Text, Other };
@@ -39,7 +38,7 @@ struct XmlTokens
     }
 };
 
-/// Line, column and reason as the library puts them in front of each other.
+/// Line, column and reason in the library's form.
 QString xmlErrorText(qint64 line, qint64 column, const QString &why);
 
 } // namespace Damage

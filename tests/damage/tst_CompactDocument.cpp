@@ -12,7 +12,7 @@ using namespace Damage;
 
 namespace {
 
-/// Notes which members of which classes are set, and which are not.
+/// Collects the members that are set, and those that are not.
 class MemberNotes
 {
 public:
@@ -43,20 +43,19 @@ private:
 
 } // namespace
 
-/// The document that is damaged in the other tests of this folder leaves nothing out, and neither does what these tests
-/// know of the formats.
+/// The document that the other tests of this folder damage is complete, and so are the rules of these tests.
 class CompactDocumentTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void everyMemberOfEveryClassIsSet();
-    void theRulesNameEveryMember();
+    void rulesNameEveryMember();
     void everyKindOfValueIsThere();
-    void eachEncodingHoldsTheWholeDocument();
+    void everyEncodingContainsTheWholeDocument();
     void everyTagIsInTheRecord();
-    void itIsSmallEnoughForExhaustiveTests();
-    void theHeapIsCounted();
+    void documentIsSmallEnoughForExhaustiveTests();
+    void heapIsCounted();
 };
 
 void CompactDocumentTest::everyMemberOfEveryClassIsSet()
@@ -76,7 +75,7 @@ void CompactDocumentTest::everyMemberOfEveryClassIsSet()
 }
 
 // A new object of each class shows all of its members.
-void CompactDocumentTest::theRulesNameEveryMember()
+void CompactDocumentTest::rulesNameEveryMember()
 {
     const auto compare = [](const DataObject &object) {
         QStringList shown = Model::members(object);
@@ -100,7 +99,7 @@ void CompactDocumentTest::everyKindOfValueIsThere()
     QCOMPARE(kinds, ValueItem::GetChoiceValueItems());
 }
 
-void CompactDocumentTest::eachEncodingHoldsTheWholeDocument()
+void CompactDocumentTest::everyEncodingContainsTheWholeDocument()
 {
     const TunerProperties original = compactDocument();
     QVERIFY(original.GetProblems().isEmpty());
@@ -123,7 +122,7 @@ void CompactDocumentTest::eachEncodingHoldsTheWholeDocument()
     QCOMPARE(listing(fromXml), lines);
     QVERIFY(fromXml == original);
 
-    // And so says who reads by the formats alone.
+    // The expectations of these tests agree.
     Expected expected(QStringLiteral("TunerProperties"));
     const Outcome record = readRecord(expected, recordOf(original));
     QCOMPARE(record.thrown, QString());
@@ -151,7 +150,7 @@ void CompactDocumentTest::everyTagIsInTheRecord()
     }
 }
 
-void CompactDocumentTest::itIsSmallEnoughForExhaustiveTests()
+void CompactDocumentTest::documentIsSmallEnoughForExhaustiveTests()
 {
     const auto isAtMost = [](int size, int most) {
         QVERIFY2(size <= most, qPrintable(QStringLiteral("%1 bytes").arg(size)));
@@ -161,7 +160,7 @@ void CompactDocumentTest::itIsSmallEnoughForExhaustiveTests()
     isAtMost(compactXml().size(), 2000);
 }
 
-void CompactDocumentTest::theHeapIsCounted()
+void CompactDocumentTest::heapIsCounted()
 {
     {
         const HeapPeak peak;

@@ -39,7 +39,7 @@ QByteArray counted(const QByteArray &item)
 
 } // namespace
 
-/// What takes the most memory for its size: lists of items that hold nothing, texts, and what nobody knows.
+/// The input that uses the most memory for its size: lists of empty items, texts, and unknown members.
 class DensestInputTest : public Suite
 {
     Q_OBJECT
@@ -59,14 +59,14 @@ private:
     static void measure(const QByteArray &input, const char *what, Read &&read)
     {
         const auto object = type().make();
-        object->SetValidate(false); // an item without data would be refused, and that would be that
+        object->SetValidate(false); // an item without data would be refused
         const HeapPeak peak;
         const QString thrown = thrownBy([&] { read(*object, input); });
         const long long used = peak.bytes();
         QCOMPARE(thrown, QString());
         QVERIFY(object->IsInitialized());
         QVERIFY2(used <= HeapPeak::bound(input.size()), qPrintable(QString::number(used)));
-        // The fixed part of the bound is for what is taken ahead of the input; here nothing is.
+        // The fixed part of the bound is for memory allocated before the input is read, which does not happen here.
         QVERIFY2(used <= 200LL * input.size(), qPrintable(QString::number(used)));
         if (double(used) / input.size() > densest) {
             densest = double(used) / input.size();

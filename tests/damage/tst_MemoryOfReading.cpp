@@ -21,7 +21,7 @@ namespace {
 /// For the elements that have just made QXmlStreamReader double its stacks.
 constexpr int expensiveSize = 4200000;
 
-/// So many copies of `opening`, and of `closing` behind them, that the document has the size.
+/// Copies of `opening`, followed by as many of `closing`, until the document has the size.
 QByteArray filled(const QByteArray &head, const QByteArray &opening, const QByteArray &closing, const QByteArray &tail,
                   int size)
 {
@@ -305,7 +305,7 @@ void MemoryOfReadingTest::heapStaysWithinTheBoundWhenTheStacksOfTheReaderGrow()
         for (const bool validate : {true, false}) {
             const HeapPeak peak;
             read(input.file.fileName(), true, validate);
-            // The fixed part of the bound is for what is taken ahead of the input; here nothing is.
+            // The fixed part of the bound is for memory allocated before the input is read, which does not happen here.
             QVERIFY2(peak.bytes() <= 200 * input.size, qPrintable(QString::number(peak.bytes())));
             QVERIFY(peak.bytes() > input.size); // it was measured
         }

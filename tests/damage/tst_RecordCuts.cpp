@@ -7,7 +7,7 @@ using namespace Damage;
 
 namespace {
 
-/// Where the members of an object stand in a record.
+/// The range of an object's members in a record.
 struct Extent
 {
     int begin;
@@ -22,7 +22,7 @@ QVector<Extent> objectsIn(const QByteArray &record)
     readRecord(whole, record, &words);
     QVector<Extent> extents;
     for (const Word &word : std::as_const(words)) {
-        const bool isMode = word.kind == Kind::Modes; // an entry of which is no object
+        const bool isMode = word.kind == Kind::Modes; // the entries are not objects
         const int begin = word.offset + 4;
         if (word.what == Word::RecordLength)
             extents.append({begin, begin + word.value, word.owner});
@@ -40,25 +40,25 @@ class RecordCutsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyCutIsALengthErrorAndKeepsWhatWasWhole_data() { validatingRows(); }
-    void everyCutIsALengthErrorAndKeepsWhatWasWhole();
-    void theErrorNamesTheInnermostObjectThatIsCut();
-    void moreAndMoreOfTheDocumentStays();
+    void everyCutThrowsALengthErrorAndKeepsTheCompleteMembers_data() { validatingRows(); }
+    void everyCutThrowsALengthErrorAndKeepsTheCompleteMembers();
+    void errorNamesTheInnermostTruncatedObject();
+    void longerRecordKeepsMoreOfTheDocument();
     void everyCutOfARepresentationIsRefusedBeforeItIsRead();
     void everyCutOfARepresentationFromAPipeIsRefusedBeforeItIsRead();
 };
 
-void RecordCutsTest::everyCutIsALengthErrorAndKeepsWhatWasWhole()
+void RecordCutsTest::everyCutThrowsALengthErrorAndKeepsTheCompleteMembers()
 {
     QFETCH(bool, validate);
-    constexpr int firstInTheRecord = 4; // what is cut in its length word never gets as far as the object
+    constexpr int firstInTheRecord = 4; // a record truncated in its length word does not reach the object
     const Sweep sweep = cutEverywhere(Encoding::Record, validate, firstInTheRecord);
     QCOMPARE(sweep.wrong, QString());
     QCOMPARE(sweep.damaged, recordOf(compactDocument()).size() - firstInTheRecord);
     QCOMPARE(sweep.refused, sweep.damaged);
 }
 
-void RecordCutsTest::theErrorNamesTheInnermostObjectThatIsCut()
+void RecordCutsTest::errorNamesTheInnermostTruncatedObject()
 {
     const QByteArray whole = recordOf(compactDocument());
     const QVector<Extent> objects = objectsIn(whole);
@@ -75,7 +75,7 @@ void RecordCutsTest::theErrorNamesTheInnermostObjectThatIsCut()
     }
 }
 
-void RecordCutsTest::moreAndMoreOfTheDocumentStays()
+void RecordCutsTest::longerRecordKeepsMoreOfTheDocument()
 {
     const QByteArray whole = recordOf(compactDocument());
     const auto setMembers = [](const TunerProperties &document) {

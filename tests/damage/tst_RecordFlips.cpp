@@ -9,7 +9,7 @@ class RecordFlipsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitGivesWhatTheFormatSays()
+    void everyFlippedBitIsReadAsTheFormatDefines()
     {
         const Sweep sweep = flipEveryBit(Encoding::Record, true);
         QCOMPARE(sweep.wrong, QString());

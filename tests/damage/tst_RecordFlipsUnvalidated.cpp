@@ -9,7 +9,7 @@ class RecordFlipsUnvalidatedTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitGivesWhatTheFormatSays()
+    void everyFlippedBitIsReadAsTheFormatDefines()
     {
         const Sweep sweep = flipEveryBit(Encoding::Record, false);
         QCOMPARE(sweep.wrong, QString());

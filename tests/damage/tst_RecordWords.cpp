@@ -17,44 +17,44 @@ QVector<Word> wordsOf(const QByteArray &record)
     return words;
 }
 
-// The length of an entry of the startup modes: its text has a length of its own, so nobody asks for this one.
+// The length of an entry of the startup modes is ignored: its text has a length of its own.
 bool isIgnored(const Word &word)
 {
     return word.what == Word::ItemLength && word.kind == Kind::Modes;
 }
 
-/// What must be thrown by the rules of lengths alone; null where that depends on the bytes that are met behind.
+/// The exception that follows from the rules of lengths alone; null if it depends on the bytes after the word.
 QString thrownByRule(const Word &word, qint32 value)
 {
     switch (word.what) {
     case Word::RecordLength:
-        // Less than nothing cannot be read, and the stream ends before the most can.
+        // A negative length cannot be read, and the stream ends before the greatest one is reached.
         return lengthErrorOf(word.owner);
     case Word::MemberLength:
-        // More than the record has left: it is over behind this member, and its lengths do not add up.
+        // More than the rest of the record: the record ends after this member, and its lengths do not add up.
         return value == most ? lengthErrorOf(word.owner) : QString();
     case Word::ItemLength:
     case Word::ObjectLength:
-        // An object of less than nothing.
+        // An object of negative length.
         return value < 0 && !isIgnored(word) ? lengthErrorOf(word.member) : QString();
     case Word::TextLength:
-        // Longer than all that is left, taken without a sign; but for -1, which stands for no text.
+        // Longer than the rest as an unsigned number, except -1, which is a null text.
         return value != -1 ? lengthErrorOf(word.owner) : QString();
     default:
         return QString();
     }
 }
 
-/// Whether reading must fail, whatever is met behind.
+/// Whether reading must fail regardless of the bytes after the word.
 bool mustFail(const Word &word, qint32 value)
 {
     if (isIgnored(word))
         return false;
     if (word.what == Word::TextLength)
-        return value != -1; // no text, and its bytes are read as what follows it
+        return value != -1; // a null text, so its bytes are read as the data after it
     if (word.what == Word::Count)
-        return value == most; // without that many items the stream ends; with fewer, they are read as members
-    return true; // some record is left with a remainder: nothing else makes up for it
+        return value == most; // the stream ends before that many items; fewer are read, and the rest as members
+    return true; // some record has a remainder
 }
 
 /// How many members of these kinds all classes have; of all kinds if none is named.
@@ -70,15 +70,15 @@ int memberCount(const QVector<Kind> &kinds = {})
 
 } // namespace
 
-/// Each length and each count of the record replaced by what would do the most harm.
+/// Replaces each length and each count of the record by the most harmful words.
 class RecordWordsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theWordsAreAllThere();
-    void everyHostileWordGivesWhatTheFormatSays_data() { validatingRows(); }
-    void everyHostileWordGivesWhatTheFormatSays();
+    void everyLengthAndCountIsFound();
+    void everyHostileWordIsReadAsTheFormatDefines_data() { validatingRows(); }
+    void everyHostileWordIsReadAsTheFormatDefines();
     void noHostileWordPassesForAGoodDocument_data() { validatingRows(); }
     void noHostileWordPassesForAGoodDocument();
 
@@ -101,7 +101,7 @@ private:
     }
 };
 
-void RecordWordsTest::theWordsAreAllThere()
+void RecordWordsTest::everyLengthAndCountIsFound()
 {
     const QByteArray record = recordOf(compactDocument());
     QMap<int, int> found;
@@ -122,7 +122,7 @@ void RecordWordsTest::theWordsAreAllThere()
              memberCount({Kind::Text, Kind::TypeName, Kind::Float, Kind::Double}) + modes + version);
 }
 
-void RecordWordsTest::everyHostileWordGivesWhatTheFormatSays()
+void RecordWordsTest::everyHostileWordIsReadAsTheFormatDefines()
 {
     QFETCH(bool, validate);
     int accepted = 0;

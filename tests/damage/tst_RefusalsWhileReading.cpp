@@ -38,19 +38,19 @@ QString readExpected(Expected &state, const RefusalCase &refusal)
 
 } // namespace
 
-/// Each exception that reading can throw, in each class and, but for those of snapshots, from inside a whole document:
-/// what was read before it stays, and the object is as good as any other afterwards.
+/// Each exception that reading can throw, in each class and, except in snapshots, inside a whole document: values read
+/// before it are kept, and the object is usable afterwards.
 class RefusalsWhileReadingTest : public Suite
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void eachLeavesAUsableObject_data() { validatingRows(); }
-    void eachLeavesAUsableObject();
-    void eachLeavesAUsableObjectThatHeldSomethingBefore_data() { validatingRows(); }
-    void eachLeavesAUsableObjectThatHeldSomethingBefore();
-    void eachLeavesAUsableDocumentAroundIt_data() { validatingRows(); }
-    void eachLeavesAUsableDocumentAroundIt();
+    void everyRefusalLeavesAUsableObject_data() { validatingRows(); }
+    void everyRefusalLeavesAUsableObject();
+    void everyRefusalLeavesAFilledObjectUsable_data() { validatingRows(); }
+    void everyRefusalLeavesAFilledObjectUsable();
+    void everyRefusalLeavesTheDocumentAroundItUsable_data() { validatingRows(); }
+    void everyRefusalLeavesTheDocumentAroundItUsable();
 
 private:
     static QString textOf(const RefusalCase &refusal, bool validate)
@@ -58,7 +58,7 @@ private:
         return validate || refusal.always ? refusal.thrown : QString();
     }
 
-    // Reads it into the object, which holds `state`.
+    // Reads it into the object, whose state is `state`.
     static void tryOne(const ClassUnderTest &readType, const DataObject &good, DataObject &object, Expected state,
                        const RefusalCase &refusal, bool validate)
     {
@@ -72,7 +72,7 @@ private:
     }
 };
 
-void RefusalsWhileReadingTest::eachLeavesAUsableObject()
+void RefusalsWhileReadingTest::everyRefusalLeavesAUsableObject()
 {
     QFETCH(bool, validate);
     for (const RefusalCase &refusal : refusalsOf(type().staticName())) {
@@ -87,7 +87,7 @@ void RefusalsWhileReadingTest::eachLeavesAUsableObject()
     }
 }
 
-void RefusalsWhileReadingTest::eachLeavesAUsableObjectThatHeldSomethingBefore()
+void RefusalsWhileReadingTest::everyRefusalLeavesAFilledObjectUsable()
 {
     QFETCH(bool, validate);
     const QByteArray before = recordOf(*type().full());
@@ -102,7 +102,7 @@ void RefusalsWhileReadingTest::eachLeavesAUsableObjectThatHeldSomethingBefore()
     }
 }
 
-void RefusalsWhileReadingTest::eachLeavesAUsableDocumentAroundIt()
+void RefusalsWhileReadingTest::everyRefusalLeavesTheDocumentAroundItUsable()
 {
     QFETCH(bool, validate);
     for (const RefusalCase &refusal : refusalsOf(type().staticName())) {

@@ -11,7 +11,7 @@ QByteArray compressedAt(int level)
     return JobXml::TunerProperties(compactDocument()).GetCompressedBinaryRepresentationAsQByteArray(level);
 }
 
-/// What is to be said about a plain representation of which one bit is flipped; null if it is taken. Reads it.
+/// Reads a plain representation with one flipped bit and returns the error string; null if it is accepted.
 QString errorFor(int bit, const QByteArray &damaged, Expected &state, QString &thrown)
 {
     QDataStream stream(damaged);
@@ -44,14 +44,14 @@ class RepresentationsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitIsRefusedThrownOrRead_data() { validatingRows(); }
-    void everyFlippedBitIsRefusedThrownOrRead();
+    void everyFlippedBitIsRefusedOrThrowsOrIsRead_data() { validatingRows(); }
+    void everyFlippedBitIsRefusedOrThrowsOrIsRead();
     void everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDifference_data() { levels(); }
     void everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDifference();
     void everyCutOfTheCompressedFormIsRefused_data() { levels(); }
     void everyCutOfTheCompressedFormIsRefused();
-    void hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken_data();
-    void hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken();
+    void hostileWordsAroundTheRecordAreRefusedWithoutAllocating_data();
+    void hostileWordsAroundTheRecordAreRefusedWithoutAllocating();
 
 private:
     static void levels()
@@ -62,7 +62,7 @@ private:
     }
 };
 
-void RepresentationsTest::everyFlippedBitIsRefusedThrownOrRead()
+void RepresentationsTest::everyFlippedBitIsRefusedOrThrowsOrIsRead()
 {
     QFETCH(bool, validate);
     const QByteArray whole = TunerProperties(compactDocument()).GetBinaryRepresentationAsQByteArray();
@@ -152,7 +152,7 @@ void RepresentationsTest::everyCutOfTheCompressedFormIsRefused()
     QVERIFY(document == compactDocument());
 }
 
-void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken_data()
+void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedWithoutAllocating_data()
 {
     QTest::addColumn<bool>("isCompressed");
     QTest::addColumn<int>("offset");
@@ -166,7 +166,7 @@ void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsT
         QTest::addRow("compressed length %d", word) << true << 4 << word << wrongLength.arg(word).arg(compressed);
     }
     const auto tooMuch = QStringLiteral("binary data: %1 compressed bytes declare %2 bytes, but no more than %3 are "
-                                        "taken");
+                                        "accepted");
     for (const int word : {-1, -8, 0x7FFFFFFF, -0x7FFFFFFF - 1}) {
         QTest::addRow("declared size %u", unsigned(word))
             << true << 8 << word << tooMuch.arg(compressed).arg(quint32(word)).arg(1100 * compressed);
@@ -177,7 +177,7 @@ void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsT
     }
 }
 
-void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedBeforeAnythingIsTaken()
+void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedWithoutAllocating()
 {
     QFETCH(bool, isCompressed);
     QFETCH(int, offset);

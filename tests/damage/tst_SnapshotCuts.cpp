@@ -4,19 +4,19 @@
 using namespace JobXml;
 using namespace Damage;
 
-/// A snapshot ends where its bytes do. It has no checks, and so nothing tells that something is missing; but nothing
-/// that was cut off is ever stored.
+/// A snapshot ends with its bytes. It has no checks, so missing data are not reported, but truncated values are never
+/// stored.
 class SnapshotCutsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyCutKeepsWhatWasWhole_data() { validatingRows(); }
-    void everyCutKeepsWhatWasWhole();
-    void noCutItemIsAppended();
+    void everyCutKeepsTheCompleteMembers_data() { validatingRows(); }
+    void everyCutKeepsTheCompleteMembers();
+    void truncatedItemsAreNotAppended();
 };
 
-void SnapshotCutsTest::everyCutKeepsWhatWasWhole()
+void SnapshotCutsTest::everyCutKeepsTheCompleteMembers()
 {
     QFETCH(bool, validate);
     const Sweep sweep = cutEverywhere(Encoding::Snapshot, validate, 0);
@@ -25,7 +25,7 @@ void SnapshotCutsTest::everyCutKeepsWhatWasWhole()
     QCOMPARE(sweep.refused, 0);
 }
 
-void SnapshotCutsTest::noCutItemIsAppended()
+void SnapshotCutsTest::truncatedItemsAreNotAppended()
 {
     const TunerProperties original = compactDocument();
     const QByteArray snapshot = snapshotOf(original);

@@ -3,15 +3,15 @@
 
 using namespace Damage;
 
-/// A snapshot has no checks: with one bit the other way round it holds something else, or ends early. What is refused
-/// is refused by the rule for items of lists.
+/// A snapshot has no checks: with one flipped bit it has other values or ends early. Only the rule for items of lists
+/// refuses anything.
 class SnapshotFlipsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitGivesWhatTheFormatSays_data() { validatingRows(); }
-    void everyFlippedBitGivesWhatTheFormatSays()
+    void everyFlippedBitIsReadAsTheFormatDefines_data() { validatingRows(); }
+    void everyFlippedBitIsReadAsTheFormatDefines()
     {
         QFETCH(bool, validate);
         const Sweep sweep = flipEveryBit(Encoding::Snapshot, validate);

@@ -3,14 +3,14 @@
 
 using namespace Damage;
 
-/// A snapshot does not say where its lengths and counts are, and one that is damaged may have them anywhere.
+/// The lengths and counts of a damaged snapshot may be anywhere, so every word is replaced.
 class SnapshotWordsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyHostileWordGivesWhatTheFormatSays_data() { validatingRows(); }
-    void everyHostileWordGivesWhatTheFormatSays()
+    void everyHostileWordIsReadAsTheFormatDefines_data() { validatingRows(); }
+    void everyHostileWordIsReadAsTheFormatDefines()
     {
         QFETCH(bool, validate);
         const QVector<qint32> words{-1, -8, 0, 0x7FFFFFFF, -0x7FFFFFFF - 1};

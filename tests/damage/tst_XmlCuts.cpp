@@ -10,24 +10,24 @@ class XmlCutsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyCutIsRefusedWithItsPlace_data() { validatingRows(); }
-    void everyCutIsRefusedWithItsPlace();
-    void everyCutOfATextIsRefusedWithItsPlace_data() { validatingRows(); }
-    void everyCutOfATextIsRefusedWithItsPlace();
-    void everyCutBehindWhatIsRefusedStillTellsOfThat();
+    void everyCutIsRefusedWithItsLocation_data() { validatingRows(); }
+    void everyCutIsRefusedWithItsLocation();
+    void everyCutOfATextIsRefusedWithItsLocation_data() { validatingRows(); }
+    void everyCutOfATextIsRefusedWithItsLocation();
+    void everyCutAfterARefusedElementThrowsItsRefusal();
 };
 
-void XmlCutsTest::everyCutIsRefusedWithItsPlace()
+void XmlCutsTest::everyCutIsRefusedWithItsLocation()
 {
     QFETCH(bool, validate);
     const XmlSweep sweep = cutXmlEverywhere(XmlSource::File, validate);
     QCOMPARE(sweep.wrong, QString());
     QCOMPARE(sweep.all(), compactXml().size());
-    QCOMPARE(sweep.taken, 1); // without the line end behind the root element it is whole
+    QCOMPARE(sweep.taken, 1); // without the line end after the root element it is complete
     QCOMPARE(sweep.refused, sweep.all() - 1);
 }
 
-void XmlCutsTest::everyCutOfATextIsRefusedWithItsPlace()
+void XmlCutsTest::everyCutOfATextIsRefusedWithItsLocation()
 {
     QFETCH(bool, validate);
     const XmlSweep sweep = cutXmlEverywhere(XmlSource::Text, validate);
@@ -38,8 +38,8 @@ void XmlCutsTest::everyCutOfATextIsRefusedWithItsPlace()
     QCOMPARE(sweep.thrown, 0);
 }
 
-// Content that is complete and refused comes first: that the text breaks off behind it makes no difference.
-void XmlCutsTest::everyCutBehindWhatIsRefusedStillTellsOfThat()
+// The complete element before the end is refused first, so truncating the text after it makes no difference.
+void XmlCutsTest::everyCutAfterARefusedElementThrowsItsRefusal()
 {
     QByteArray whole = compactXml();
     whole.replace("<HRPANSupported>true</HRPANSupported>", "<HRPANSupported></HRPANSupported>");

@@ -9,7 +9,7 @@ class XmlFlipsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitGivesWhatAPlainReaderAndTheRulesSay()
+    void everyFlippedBitIsReadAsTheFormatDefines()
     {
         const XmlSweep sweep = flipEveryBitOfXml(XmlSource::File, true);
         QCOMPARE(sweep.wrong, QString());

@@ -9,7 +9,7 @@ class XmlFlipsUnvalidatedTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitGivesWhatAPlainReaderAndTheRulesSay()
+    void everyFlippedBitIsReadAsTheFormatDefines()
     {
         const XmlSweep sweep = flipEveryBitOfXml(XmlSource::File, false);
         QCOMPARE(sweep.wrong, QString());

@@ -9,8 +9,8 @@ class XmlTextFlipsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFlippedBitGivesWhatAPlainReaderAndTheRulesSay_data() { validatingRows(); }
-    void everyFlippedBitGivesWhatAPlainReaderAndTheRulesSay()
+    void everyFlippedBitIsReadAsTheFormatDefines_data() { validatingRows(); }
+    void everyFlippedBitIsReadAsTheFormatDefines()
     {
         QFETCH(bool, validate);
         const XmlSweep sweep = flipEveryBitOfXml(XmlSource::Text, validate);

@@ -45,7 +45,7 @@ QString textOf(const QVector<Item> &items)
     return text;
 }
 
-// What is done to each member of an object.
+// The operations on each member of an object.
 
 class Reading
 {
@@ -180,7 +180,7 @@ template <class T>
 Accessors accessors()
 {
     return {
-        // Members are listed for reading and for changing; what reads does not change anything.
+        // Members are listed for reading and for changing; reading changes nothing.
         [](const DataObject &object) { return done<T, Reading>(const_cast<DataObject &>(object)).text; },
         [](DataObject &object) { done<T, Storing>(object); },
         [](DataObject &object) { done<T, Modifying>(object); },

@@ -5,7 +5,7 @@
 
 #include <jobxml/DataObject.h>
 
-/// What the accessors of one class do, all of its members in turn.
+/// Calls the accessors of one class, for all of its members in turn.
 struct Accessors
 {
     using Object = JobXml::DataObject;
@@ -16,13 +16,14 @@ struct Accessors
     /// The setters and `AppendX`: stores what the members hold, and appends the items that the lists hold once more.
     void (*store)(Object &object);
 
-    /// The getters that return a reference: resets the first item and appends another, and resets what is no list.
+    /// The getters that return a reference: resets the first item of a list and appends another, and resets other
+    /// members.
     void (*modify)(Object &object);
 
     /// `ResetX`.
     void (*reset)(Object &object);
 
-    /// The same for one member alone, by its place in the list.
+    /// The same for one member alone, by its index in the list.
     int (*count)();
     QString (*readOne)(const Object &object, int member);
     void (*copyOne)(const Object &from, Object &to, int member);

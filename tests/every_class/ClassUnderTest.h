@@ -8,7 +8,7 @@
 
 #include <jobxml/DataObject.h>
 
-/// What the rules that hold for every class need to know about one of them.
+/// The operations of one class that the tests of every class need.
 class ClassUnderTest
 {
 public:
@@ -26,7 +26,7 @@ public:
     virtual void assign(Object &to, const Object &from) const = 0;
     virtual void moveAssign(Object &to, Object &from) const = 0;
     virtual void swap(Object &left, Object &right) const = 0;
-    /// Null where the class returns nothing.
+    /// Null if the class returns nothing.
     virtual Pointer fromXml(const QString &xml, QString *error) const = 0;
     virtual Pointer fromBinary(const QByteArray &representation, QString *error) const = 0;
     virtual Pointer fromBinary(const QByteArray &representation, QString *error,

@@ -3,13 +3,13 @@
 
 #include "ClassUnderTest.h"
 
-/// A suite whose functions are rules and whose rows are the eighteen classes.
+/// A suite whose functions run for each of the classes, as rows.
 class Suite : public QObject
 {
     Q_OBJECT
 
 protected:
-    /// The class of the row that runs.
+    /// The class of the current row.
     static const ClassUnderTest &type()
     {
         static ClassPointer current; // kept for the duration of the function
@@ -22,7 +22,7 @@ protected:
         return *static_cast<QString *>(QTest::qGlobalData(column, QMetaType::QString));
     }
 
-    /// Whether this is the document: the one class that says more about unknown elements and keeps its quantity.
+    /// Whether this is the document: the only class that refuses unknown elements and keeps its quantity.
     static bool isDocument() { return type().staticName() == QLatin1String("TunerProperties"); }
 
 private Q_SLOTS:

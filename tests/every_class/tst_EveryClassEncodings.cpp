@@ -69,7 +69,7 @@ private Q_SLOTS:
         }
     }
 
-    void littleEndianStreamsOfAnOlderVersionDoAsWell()
+    void littleEndianStreamsOfAnOlderVersionAreReadBack()
     {
         const auto original = type().full();
         for (const bool snapshot : {false, true}) {
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QVERIFY(type().equal(*read, *original));
     }
 
-    void anIncompleteObjectIsRefusedByTheWritersBeforeTheyWrite()
+    void incompleteObjectIsRefusedBeforeAnythingIsWritten()
     {
         const auto object = type().make();
         QString xml;
@@ -194,7 +194,7 @@ private Q_SLOTS:
         QCOMPARE(hex(record), QString());
     }
 
-    void anIncompleteObjectIsWrittenAsItStandsWhileNotValidating()
+    void incompleteObjectIsWrittenWithoutValidation()
     {
         const auto object = type().make();
         object->SetValidate(false);
@@ -258,7 +258,7 @@ private Q_SLOTS:
         QCOMPARE(stream.device()->pos(), 0);
     }
 
-    void aLengthThatIsTooLongIsALengthErrorAndKeepsWhatWasRead()
+    void excessiveLengthThrowsALengthErrorAndKeepsTheMembersRead()
     {
         const auto original = type().full();
         const QByteArray record = recordOf(*original);
@@ -268,7 +268,7 @@ private Q_SLOTS:
         QVERIFY(type().equal(*read, *original));
     }
 
-    void aRecordCutAnywhereIsALengthErrorAndLeavesAUsableObject()
+    void truncatedRecordThrowsALengthErrorAndLeavesAUsableObject()
     {
         const QByteArray record = recordOf(*type().full());
         for (int size = 4; size < record.size(); ++size) {
@@ -281,7 +281,7 @@ private Q_SLOTS:
         }
     }
 
-    void aSnapshotCutAnywhereIsReadAsFarAsItGoes()
+    void truncatedSnapshotIsReadUpToItsEnd()
     {
         const QByteArray snapshot = snapshotOf(*type().full());
         for (int size = 0; size < snapshot.size(); ++size) {

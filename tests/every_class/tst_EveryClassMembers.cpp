@@ -9,14 +9,14 @@ class EveryClassMembersTest : public Suite
     Q_OBJECT
 
 private Q_SLOTS:
-    void theRowsAreTheClassesOfTheModel()
+    void rowsAreTheClassesOfTheModel()
     {
         QStringList rows = everyClassName();
         rows.sort();
         QCOMPARE(rows, Model::classes());
     }
 
-    // Otherwise the rules of this and the other suites hold for what is listed, and nobody notices what is not.
+    // Otherwise this and the other suites would silently skip a class that is not listed.
     void theAccessorsOfEveryMemberAreListedOnce()
     {
         const auto full = type().full();
@@ -81,7 +81,7 @@ private:
 
     static const Accessors &accessors() { return accessorsOf(type().staticName()); }
 
-    // As Accessors::read() says that the member is set: of a full choice only one alternative is.
+    // As Accessors::read() prints a set member; of a full choice only one alternative is set.
     static QString marked(QString text) { return text.replace(QStringLiteral("? "), QStringLiteral("! ")); }
 };
 

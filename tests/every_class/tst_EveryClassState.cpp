@@ -12,7 +12,7 @@ class EveryClassStateTest : public Suite
     Q_OBJECT
 
 private Q_SLOTS:
-    void nameAndIdentifierAreTheClasss()
+    void nameAndIdentifierAreThoseOfTheClass()
     {
         const auto object = type().make();
         QCOMPARE(type().staticName(), text("name"));
@@ -20,7 +20,7 @@ private Q_SLOTS:
         QCOMPARE(type().id(), *static_cast<qint64 *>(QTest::qGlobalData("id", QMetaType::LongLong)));
     }
 
-    void aNewObjectHasNothing()
+    void newObjectHasNoData()
     {
         const auto object = type().make();
         QVERIFY(!object->IsInitialized());
@@ -32,7 +32,7 @@ private Q_SLOTS:
         QVERIFY(!object->IsInitialized());
     }
 
-    void aFullObjectHasEverything()
+    void fullObjectHasAllData()
     {
         const auto object = type().full();
         QVERIFY(object->IsInitialized());
@@ -82,7 +82,7 @@ private Q_SLOTS:
         QVERIFY(type().copied(*object)->IsInitialized());
     }
 
-    void aCopyTakesTheFlagAndNotTheLogger()
+    void copyHasTheFlagButNotTheLogger()
     {
         const auto original = type().full();
         original->SetLogger(std::make_shared<Logger>());
@@ -94,7 +94,7 @@ private Q_SLOTS:
         }
     }
 
-    void assignmentTakesTheDataAlone()
+    void assignmentCopiesTheDataAlone()
     {
         const auto original = type().full();
         original->SetLogger(std::make_shared<Logger>());
@@ -121,7 +121,7 @@ private Q_SLOTS:
         QVERIFY(type().equal(*object, *type().full()));
     }
 
-    void aMovedObjectLeavesNothingBehind()
+    void movedFromObjectHasNoData()
     {
         const auto original = type().full();
         original->SetValidate(false);
@@ -211,7 +211,7 @@ private Q_SLOTS:
         }
     }
 
-    void mergingIntoANewObjectTakesEverything()
+    void mergingIntoANewObjectCopiesEverything()
     {
         const auto object = type().make();
         QVERIFY(object->MergeRGObject(*type().full()));

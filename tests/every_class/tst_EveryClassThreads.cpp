@@ -12,8 +12,8 @@ using LoggerPointer = std::shared_ptr<Logger>;
 
 namespace {
 
-/// What a thread works with: its object, and things of its own that operations need. Whatever threads had in common
-/// besides the objects' data would put them in an order.
+/// The object of a thread, and everything else that its operations need. Anything that threads shared besides the
+/// objects' data would order them.
 struct Hand
 {
     Hand(const ClassUnderTest &classOfObject, bool validates)
@@ -24,7 +24,7 @@ struct Hand
     {
     }
 
-    /// A new object with the flag and the logger of this hand, which shares the data of the source.
+    /// A new object with this flag and logger, which shares the data of the source.
     ClassUnderTest::Pointer sharing(const DataObject &source) const
     {
         auto sharer = type.make();
@@ -68,7 +68,7 @@ QString problemsOf(const DataObject &object)
     return text;
 }
 
-/// Every value that a visitor gets to see.
+/// Every value that a visitor receives.
 QString valuesOf(const DataObject &object)
 {
     QString text;
@@ -168,7 +168,7 @@ QString stateOf(const DataObject &root, const LoggerPointer &own, const LoggerPo
     return text + hex(snapshotOf(root));
 }
 
-/// Everything that the operation does for a thread to see.
+/// Everything that a thread can observe of the operation.
 QString outcome(const Operation &operation, Hand &hand, const LoggerPointer &former)
 {
     QString text;
@@ -196,17 +196,17 @@ struct Round
 
 } // namespace
 
-/// Objects that share their data are used by several threads, one each, in all ways, and nobody can tell. Meaningful
-/// under a thread sanitizer.
+/// Objects that share their data are used by several threads, one each, in all ways, without a visible difference.
+/// Meaningful with a thread sanitizer.
 class EveryClassThreadsTest : public Suite
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyOperationRunsBesideEveryOther();
+    void everyOperationRunsConcurrentlyWithEveryOther();
 };
 
-void EveryClassThreadsTest::everyOperationRunsBesideEveryOther()
+void EveryClassThreadsTest::everyOperationRunsConcurrentlyWithEveryOther()
 {
     const ClassUnderTest &current = type();
     const LoggerPointer sourcesLogger = std::make_shared<Logger>();
@@ -220,7 +220,7 @@ void EveryClassThreadsTest::everyOperationRunsBesideEveryOther()
     const QString sourcesState = stateOf(*makeSource(), sourcesLogger, nullptr);
     Hand hands[threadCount]{{current, true}, {current, false}, {current, true}};
 
-    // What there is to see when one thread is alone.
+    // The result with a single thread.
     QHash<QPair<const Operation *, bool>, QString> alone;
     for (const Operation &operation : operations) {
         for (Hand *hand : {&hands[0], &hands[1]}) {

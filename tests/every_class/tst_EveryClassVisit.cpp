@@ -33,7 +33,7 @@ void restore(DataObject &object, const DataObject &original)
     });
 }
 
-/// Everything that a visitor can find out.
+/// Everything that a visitor receives.
 QString allOf(const DataObject &object)
 {
     QString text;
@@ -49,13 +49,13 @@ QString allOf(const DataObject &object)
 
 } // namespace
 
-/// What holds for visitors of every class.
+/// visit() for every class.
 class EveryClassVisitTest : public Suite
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void lookingAtANewObjectLeavesItWithoutData()
+    void visitingANewObjectLeavesItWithoutData()
     {
         const auto object = type().make();
         QVERIFY(!allOf(*object).isEmpty());
@@ -75,7 +75,7 @@ private Q_SLOTS:
         });
     }
 
-    void lookingChangesNothing()
+    void visitingChangesNothing()
     {
         const auto object = type().full();
         const auto sharing = type().make();
@@ -88,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(xmlOf(*object), xmlOf(*type().full()));
     }
 
-    void valuesHaveTheTypeThatTheirKindTells()
+    void valuesHaveTheTypeOfTheirKind()
     {
         visit(*type().full(), [](const MemberView &member) {
             static const int types[] = {QMetaType::QString,    QMetaType::Bool,        QMetaType::Int,
@@ -100,7 +100,7 @@ private Q_SLOTS:
         });
     }
 
-    void anObjectIsMadeAnewMemberByMember()
+    void objectIsRebuiltMemberByMember()
     {
         const auto original = type().full();
         const auto object = type().make();
@@ -111,7 +111,7 @@ private Q_SLOTS:
         QCOMPARE(allOf(*object), allOf(*original));
     }
 
-    void resettingEveryMemberIsResettingTheObject()
+    void resettingEveryMemberResetsTheObject()
     {
         const auto object = type().full();
         visit(*object, [](MemberEditor &member) { member.Reset(); });

@@ -7,8 +7,8 @@
 #include "Objects.h"
 #include "damage/CompactDocument.h"
 
-/// A document with every member of every class and all ten kinds, and at least two items in every list: what a failure
-/// does to the second must not harm the first.
+/// A document with every member of every class and every kind of value, and at least two items in every list: a failure
+/// at the second must not change the first.
 inline JobXml::TunerProperties completeDocument()
 {
     JobXml::TunerProperties document = Damage::compactDocument();

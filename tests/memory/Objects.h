@@ -9,14 +9,14 @@
 #include "OutOfMemory.h"
 #include "WholeTree.h"
 
-/// How the object that an operation changes begins.
+/// The initial state of the object that an operation changes.
 enum class Begins {
     New, ///< without data
     Filled, ///< with other data than those of the source
     Shared, ///< the same, and it shares them with a third object
 };
 
-/// What an operation leaves of the object that it was to change when memory runs out.
+/// The state in which an operation leaves the object that it changes when memory runs out.
 enum class Leaves {
     Parts, ///< what was read or taken over until then, as with every other exception
     Nothing, ///< the object is as it was
@@ -27,11 +27,11 @@ enum class Leaves {
 template <class T>
 struct Objects
 {
-    T source; ///< complete; looked at only
+    T source; ///< complete; only read
     T target;
-    T sharer; ///< if the data are shared, who has them too; looked at only
+    T sharer; ///< the other owner of shared data; only read
 
-    // What the operation is given, and what it gives.
+    // The input and the result of the operation.
     QByteArray bytes;
     QString text;
     bool answer = false;
@@ -62,12 +62,12 @@ struct Operation
     Leaves leaves;
     Action prepare;
     Action perform;
-    Question isRight; ///< whether all is as it should be when nothing failed
-    QVector<OutOfMemory::KnownPlace> places; ///< where it does not survive, and cannot
-    Question isUnharmed; ///< whether, after a failure, all is well besides the objects
+    Question isRight; ///< whether the result is correct when nothing failed
+    QVector<OutOfMemory::KnownPlace> places; ///< where it cannot survive
+    Question isUnharmed; ///< whether, after a failure, everything else is unchanged
 };
 
-/// A complete object of a class, what it looks like in each encoding, and another, smaller one.
+/// A complete object of a class, its encodings, and another, smaller object.
 template <class T>
 struct Samples
 {
@@ -85,7 +85,7 @@ struct Samples
 template <class T>
 const Samples<T> &samples();
 
-/// Whether every item in every list is one that a list takes.
+/// Whether every item in every list may be appended to a list.
 inline bool listsAreWhole(const JobXml::DataObject &root)
 {
     bool whole = true;
@@ -151,7 +151,7 @@ private:
             && (!shared || snapshotOf(m_objects.sharer) == samples<T>().otherSnapshot);
     }
 
-    /// What every object must still be good for.
+    /// The operations that every object must still support.
     QString furtherUse()
     {
         T &object = m_objects.target;

@@ -35,7 +35,7 @@ struct Frames
     void note() { count = backtrace(addresses, mostFrames); }
 };
 
-/// Lets the n-th allocation fail, and knows how many blocks there are.
+/// Makes the n-th allocation fail, and counts the blocks.
 class ScarceHeap final : public Heap::Watcher
 {
 public:
@@ -47,7 +47,7 @@ public:
         const bool fails = m_once ? m_allocations == m_first : m_allocations >= m_first;
         if (fails && !m_failed) {
             m_failed = true;
-            m_scarce = false; // whoever walks the stack may allocate
+            m_scarce = false; // walking the stack may allocate
             m_frames->note();
             m_scarce = true;
         }
@@ -56,7 +56,7 @@ public:
     void allocated() override { ++m_blocks; }
     void freed() override { --m_blocks; }
 
-    /// From here on the allocation counted so, from 1, fails, alone or with all behind it.
+    /// From now on allocation number `first`, counted from 1, fails, alone or with all that follow.
     void begin(int first, bool once, Frames *frames)
     {
         m_first = first;
@@ -93,7 +93,7 @@ struct RawFinding
     char details[400];
 };
 
-/// What a child process leaves behind, however it ends.
+/// The results of a child process, however it ends.
 struct Notes
 {
     int attempt; ///< that is made just now; each allocation takes two
@@ -188,7 +188,7 @@ struct Undisturbed
     }
 };
 
-/// What the test itself needs for the first time.
+/// Uses everything that the test itself uses, so that it is initialized.
 void prepareForFailure()
 {
     Frames().note();
@@ -205,7 +205,7 @@ int firstFreeDescriptor()
     return descriptor;
 }
 
-/// Notes what came of an attempt besides std::bad_alloc.
+/// Records the outcome of an attempt, unless it is std::bad_alloc.
 void judge(Attempt &attempt, const Ending &ending, const Undisturbed &undisturbed)
 {
     if (!ending.outOfMemory) {
@@ -248,7 +248,7 @@ void makeAttemptAtFirstUse(const MakeAttempt &make)
     judge(*attempt, ending, second);
 }
 
-/// Makes attempts until all allocations are through or, if each is to have a process of its own, one.
+/// Makes attempts until all allocations have failed once, or a single one if each has a process of its own.
 template <class Try>
 [[noreturn]] void goThroughAllocations(Try &&makeOne, bool oneOnly)
 {
@@ -272,8 +272,8 @@ template <class Try>
     _exit(0);
 }
 
-/// The function around an address, without its parameters; null for one of this program. One that does not show goes by
-/// the name of its library.
+/// The function around an address, without its parameters; null for one of this program. A function
+/// without a symbol has the name of its library.
 QString nameOfFunction(const void *address)
 {
     Dl_info own;
@@ -291,12 +291,12 @@ QString nameOfFunction(const void *address)
     return QString::fromLatin1(name ? name.get() : info.dli_sname).section(QLatin1Char('('), 0, 0);
 }
 
-/// The functions between the heap, which is this program's, and the operation, which is so too.
+/// The functions between the heap and the operation, both of which belong to this program.
 QStringList namesOf(const Frames &frames)
 {
     QStringList names;
     for (int i = 1; i < frames.count; ++i) {
-        // By the call, which may be the last instruction of a function, not by what follows it.
+        // The address of the call, since the return address may be in the next function.
         const QString name = nameOfFunction(static_cast<const char *>(frames.addresses[i]) - 1);
         if (name.isNull() && !names.isEmpty())
             break;
@@ -306,8 +306,8 @@ QStringList namesOf(const Frames &frames)
     return names;
 }
 
-/// The C++ library keeps room in reserve for exceptions, so that one that was to be thrown anyway still is. The C
-/// library looks for translations of its texts, in some languages, and makes do without.
+/// The C++ library reserves memory for exceptions, so throwing one does not fail. The C library searches for
+/// translations of its texts, and does without them.
 bool isNoMatter(const Finding &finding)
 {
     return finding.outcome == Outcome::Unnoticed
@@ -389,7 +389,7 @@ QStringList surprises(const Report &report, const QVector<KnownPlace> &known)
 
 namespace {
 
-/// Makes attempts in child processes, a further one whenever one ends, until all allocations are through.
+/// Makes attempts in child processes, another one whenever one ends, until all allocations have failed once.
 template <class Try>
 Report failEveryAllocation(Try &&makeOne, bool oneOnly)
 {

@@ -9,37 +9,36 @@
 #include <QStringList>
 #include <QVector>
 
-/// Performs an operation again and again, and lets another of its allocations fail each time: that one alone, as when
-/// something large was asked for, and then that one and all that follow until the operation is left, as when there is
-/// nothing left at all.
+/// Repeats an operation and makes another of its allocations fail each time: first that one alone, as for a large
+/// request, then that one and all that follow until the operation ends, as when all memory is used.
 namespace OutOfMemory {
 
-/// An operation, once, with objects of its own, which begin the same each time.
+/// One run of an operation, with objects of its own, which start in the same state each time.
 class Attempt
 {
 public:
     virtual ~Attempt() = default;
 
-    /// The operation. Memory fails in here and nowhere else.
+    /// The operation. Allocations fail only in here.
     virtual void perform() = 0;
 
-    /// All that can be seen of the objects, as text: the same every time that the operation succeeds.
+    /// The visible state of the objects, as text: the same every time that the operation succeeds.
     virtual QByteArray state() = 0;
 
-    /// Whether they are as the operation should leave them.
+    /// Whether the operation had the correct result.
     virtual bool isRight() = 0;
 
-    /// What is wrong with the objects now, after the operation succeeded or failed; null if they are as good as ever.
+    /// The error found in the objects after the operation succeeded or failed; null if there is none.
     virtual QString complaint(bool failed) = 0;
 };
 
 using MakeAttempt = std::function<std::unique_ptr<Attempt>()>;
 
-/// What else can come of a failed allocation than std::bad_alloc, nothing lost and all objects fit for use.
+/// The outcomes of a failed allocation other than std::bad_alloc with nothing lost and all objects usable.
 enum class Outcome {
-    Unnoticed, ///< the operation succeeded all the same, or failed as it does without a lack of memory
+    Unnoticed, ///< the operation succeeded, or failed as it does with enough memory
     Wrong, ///< it ended in another way
-    Spoilt, ///< an object is not what it should be
+    Spoilt, ///< an object has a wrong state
     Leaked, ///< memory is never freed, or a file never closed
     Printed, ///< a message went to the log
     Ended, ///< the process was ended, by a signal or by std::terminate()
@@ -52,8 +51,8 @@ struct Finding
 {
     Outcome outcome;
     int allocation; ///< counted from 1
-    bool once; ///< whether it failed alone
-    QStringList functions; ///< that were asking for memory when it failed, innermost first
+    bool once; ///< whether only this allocation failed
+    QStringList functions; ///< that called the allocation, innermost first
     QString details;
 };
 
@@ -66,12 +65,12 @@ struct Report
 
 Report failEveryAllocation(const MakeAttempt &make);
 
-/// The same in processes that perform the operation for the first time, one for each attempt: what Qt sets up once has
-/// not been set up yet if it has not been by the caller. Nothing counts as leaked then, for much is kept for good.
+/// The same with a process for each attempt, which performs the operation for the first time: Qt has not initialized
+/// its global data yet, unless the caller did. Leaks are not counted, since Qt keeps such data.
 Report failEveryAllocationOfFirstUse(const MakeAttempt &make);
 
-/// A place in Qt or below that does not survive a lack of memory, whoever calls it: what comes of it, and one of the
-/// functions that are asking for memory then.
+/// A place in Qt or below that does not survive running out of memory: the outcome, and one of the functions that
+/// call the allocation.
 struct KnownPlace
 {
     Outcome outcome;
@@ -79,7 +78,7 @@ struct KnownPlace
     int mostBlocks = 0; ///< that it leaks
 };
 
-/// What was found besides the known places, and which of those were not: a line each, none if all is well.
+/// The findings that are not known places, and the known places without a finding: a line each.
 QStringList surprises(const Report &report, const QVector<KnownPlace> &known);
 
 } // namespace OutOfMemory

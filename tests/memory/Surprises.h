@@ -14,8 +14,8 @@ void addRows(const QVector<Operation<T>> &operations)
         QTest::newRow(operations.at(i).name.constData()) << i;
 }
 
-/// Tries the operation: nothing but std::bad_alloc may come of a failed allocation, except in the
-/// places that are known, and in each of those it must. Says what is not so, and returns whether all is.
+/// Tries the operation: a failed allocation must end in std::bad_alloc, except in the known places, where it must not.
+/// Prints the differences, and returns whether there are none.
 template <class T>
 bool isSurvived(const Operation<T> &operation, int *allocations)
 {

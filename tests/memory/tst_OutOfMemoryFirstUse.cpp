@@ -16,8 +16,8 @@ using namespace OutOfMemory;
 
 namespace {
 
-// Before the attempts nothing of Qt may be used that it sets up on its first use; so the documents that are read are
-// made by a process of their own, in files.
+// Nothing that Qt initializes on first use may be used before the attempts, so another process writes the documents to
+// files.
 
 std::string folder;
 
@@ -53,8 +53,8 @@ struct Use
     QVector<KnownPlace> places;
 };
 
-// Qt makes data of its own for a thread that it did not start when the first QObject is made there, which every
-// QIODevice is, and takes for granted that it gets the memory.
+// For a thread that Qt did not start, the first QObject, such as a QIODevice, allocates data of the thread, and Qt
+// assumes that the allocation succeeds.
 const QVector<KnownPlace> firstQObject{{Outcome::Ended, "QObject::QObject"}};
 
 const Use uses[] = {
@@ -119,21 +119,20 @@ QVector<Report> reports;
 
 } // namespace
 
-/// Memory runs out in a process that reads or writes for the first time, and so for the first time uses what Qt sets up
-/// once.
+/// Memory runs out in a process that reads or writes for the first time, while Qt initializes its global data.
 class OutOfMemoryFirstUseTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void theCallerGetsBadAllocAndTheSecondUseIsAsGood_data()
+    void badAllocReachesTheCallerAndTheSecondUseSucceeds_data()
     {
         QTest::addColumn<int>("use");
         for (int i = 0; i < reports.size(); ++i)
             QTest::newRow(uses[i].name) << i;
     }
 
-    void theCallerGetsBadAllocAndTheSecondUseIsAsGood()
+    void badAllocReachesTheCallerAndTheSecondUseSucceeds()
     {
         QFETCH(int, use);
         const QStringList found = surprises(reports.at(use), uses[use].places);

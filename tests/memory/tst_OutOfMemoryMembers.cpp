@@ -253,23 +253,23 @@ Group groupOf()
 
 } // namespace
 
-/// Memory runs out while a member is set, appended to, reset or asked for, in every place once. Whatever fails leaves
-/// the object as it was.
+/// Memory runs out while a member is set, appended to, reset or read, in every place once. A failure leaves the object
+/// unchanged.
 class OutOfMemoryMembersTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void ofTheValues() { trySurviving(Group::Values); }
-    void ofTheRangedValues() { trySurviving(Group::RangedValues); }
-    void ofTheListsOfValues() { trySurviving(Group::ListsOfValues); }
-    void ofTheChoice() { trySurviving(Group::Choice); }
-    void ofNodeAndComponent() { trySurviving(Group::NodeAndComponent); }
-    void ofModesAndBandwidths() { trySurviving(Group::ModesAndBandwidths); }
-    void ofTheDocument() { trySurviving(Group::Document); }
+    void singleValuesSurviveBadAlloc() { trySurviving(Group::Values); }
+    void rangedValuesSurviveBadAlloc() { trySurviving(Group::RangedValues); }
+    void listsOfValuesSurviveBadAlloc() { trySurviving(Group::ListsOfValues); }
+    void choiceSurvivesBadAlloc() { trySurviving(Group::Choice); }
+    void nodeAndComponentSurviveBadAlloc() { trySurviving(Group::NodeAndComponent); }
+    void modesAndBandwidthsSurviveBadAlloc() { trySurviving(Group::ModesAndBandwidths); }
+    void documentSurvivesBadAlloc() { trySurviving(Group::Document); }
 
     // After all others.
-    void noClassIsLeftOut()
+    void everyClassIsTested()
     {
         m_triedClasses.sort();
         QCOMPARE(m_triedClasses, Model::classes());

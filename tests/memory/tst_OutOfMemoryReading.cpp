@@ -53,7 +53,7 @@ private:
 
 const Files *files = nullptr;
 
-// The constructor keeps two stacks by bare pointers; what fails after they are made loses them.
+// The constructor keeps two stacks by bare pointers; a later failure loses them.
 const QVector<KnownPlace> xmlReader{{Outcome::Leaked, "QXmlStreamReader::QXmlStreamReader", 2}};
 
 QString path(const char *name)
@@ -61,7 +61,7 @@ QString path(const char *name)
     return files->path(name);
 }
 
-// --- What is given to an operation, and what must come of it ---------------------------------------------------------
+// --- The input and the expected result of an operation ---------------------------------------------------------------
 
 void nothing(Document &) { }
 
@@ -87,7 +87,7 @@ bool isReadCompletely(Document &o)
     return o.answer && isComplete(o);
 }
 
-/// What was there stays, and the lists go on with what was read.
+/// Existing data are kept, and the lists continue with the items read.
 bool isAdded(Document &o)
 {
     const TunerProperties &target = o.target;
@@ -134,8 +134,8 @@ private Q_SLOTS:
         addRefusals();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void badAllocReachesTheCallerAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void badAllocReachesTheCallerAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;
@@ -162,7 +162,7 @@ private:
             xmlReader);
         const auto processXml = [](Document &o) { o.target.ProcessXml(*o.reader); };
         add("ProcessXml", Begins::New, anXmlReader, processXml, isComplete);
-        // While the caller's reader goes on where the memory ran out.
+        // The caller's reader continues where the memory ran out.
         add(
             "ProcessXml, reading on", Begins::New, anXmlReader,
             [](Document &o) {
@@ -235,7 +235,7 @@ private:
         add("LoadBinary, compressed", Begins::New, nothing, loadBinary("compressed.bin"), isReadCompletely);
     }
 
-    // Where reading fails by itself, running out of memory must not look like that.
+    // Reading fails anyway; running out of memory must not look like that failure.
     void addRefusals()
     {
         const auto xml = [](const QString &text) {

@@ -18,7 +18,7 @@ const Samples<TunerProperties> &documents()
     return samples<TunerProperties>();
 }
 
-// --- What is given to an operation, and what must come of it ---------------------------------------------------------
+// --- The input and the expected result of an operation ---------------------------------------------------------------
 
 void nothing(Document &) { }
 
@@ -37,7 +37,7 @@ bool heldListIsUnchanged(Document &o)
         && snapshotOf(held.constFirst()) == snapshotOf(documents().other.GetComponent().constFirst());
 }
 
-/// The target lacks two things, one of them deep inside.
+/// The target lacks two members, one of them in a nested object.
 void somethingMissing(Document &o)
 {
     o.target.Resettype();
@@ -98,8 +98,8 @@ private Q_SLOTS:
         addHandOver();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void badAllocReachesTheCallerAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void badAllocReachesTheCallerAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;
@@ -107,8 +107,8 @@ private Q_SLOTS:
         qInfo("%d allocations", m_allocations - before);
     }
 
-    void whatCannotThrowAllocatesNothing_data();
-    void whatCannotThrowAllocatesNothing();
+    void noexceptFunctionsDoNotAllocate_data();
+    void noexceptFunctionsDoNotAllocate();
 
     void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
 
@@ -220,7 +220,7 @@ private:
         add("merge, held list", Begins::Filled, aHeldList, merge, merged, Leaves::Parts, heldListIsUnchanged);
 
         // An unset list with items in it: a snapshot can clear the flag, and reads no more here. The caller holds the
-        // list, so that whoever wants to change it has to make copies first.
+        // list, so that changing it makes copies first.
         add(
             "modify an unset list", Begins::Filled,
             [](Document &o) {
@@ -258,7 +258,7 @@ private:
     int m_allocations = 0;
 };
 
-void OutOfMemoryStateTest::whatCannotThrowAllocatesNothing_data()
+void OutOfMemoryStateTest::noexceptFunctionsDoNotAllocate_data()
 {
     QTest::addColumn<Begins>("target");
     QTest::addColumn<Action>("prepare");
@@ -312,7 +312,7 @@ public:
 
 } // namespace
 
-void OutOfMemoryStateTest::whatCannotThrowAllocatesNothing()
+void OutOfMemoryStateTest::noexceptFunctionsDoNotAllocate()
 {
     QFETCH(Begins, target);
     QFETCH(Action, prepare);

@@ -30,7 +30,7 @@ const Written &written()
     return forms;
 }
 
-// --- What is given to an operation, and what must come of it ---------------------------------------------------------
+// --- The input and the expected result of an operation ---------------------------------------------------------------
 
 void nothing(Document &) { }
 
@@ -53,10 +53,10 @@ Operation<TunerProperties>::Question gives(const QByteArray &bytes)
 // The constructor tries out its encoder before anyone owns it.
 const QVector<KnownPlace> xmlWriter{{Outcome::Leaked, "QXmlStreamWriter::QXmlStreamWriter", 1}};
 
-// An element that is on the writer's stack, but has no name yet: whoever closes it gets at memory that is not there.
+// An element on the writer's stack that has no name yet: closing it accesses invalid memory.
 const QVector<KnownPlace> xmlWriterAfterwards{{Outcome::Ended, "QXmlStreamWriter::writeStartElement"}};
 
-/// A folder with one file, which stands there already when it is to be written.
+/// A folder with one file, which exists before it is written.
 class Folder
 {
 public:
@@ -124,8 +124,8 @@ private Q_SLOTS:
         addRefusals();
     }
 
-    void theCallerGetsBadAllocAndAllObjectsStayUsable_data() { addRows(m_operations); }
-    void theCallerGetsBadAllocAndAllObjectsStayUsable()
+    void badAllocReachesTheCallerAndAllObjectsStayUsable_data() { addRows(m_operations); }
+    void badAllocReachesTheCallerAndAllObjectsStayUsable()
     {
         QFETCH(int, operation);
         const int before = m_allocations;
@@ -231,7 +231,7 @@ private:
             Folder::holdsNew(written().compressed), {}, Folder::holdsOldOrNew(written().compressed));
     }
 
-    // Where writing fails by itself, running out of memory must not look like that.
+    // Writing fails anyway; running out of memory must not look like that failure.
     void addRefusals()
     {
         const auto isNothing = [](Document &o) { return o.bytes.isEmpty() && o.text.isNull() && !o.answer; };

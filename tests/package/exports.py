@@ -1,8 +1,8 @@
 """Compares the names that a library exports with those recorded: exports.py LIBRARY RECORDED [--record | --record-model MODEL]
 
-What is recorded are all names of our own. Beside them a library exports instantiations of templates and inline
-functions of Qt and the standard library, which differ from compiler to compiler. They are let pass as long as they are
-weak, so that they stand in the way of nobody else's.
+The record contains all names of our own. A library also exports instantiations of templates and inline
+functions of Qt and the standard library, which differ from compiler to compiler. They are ignored as long as they are
+weak, so that they do not conflict with those of others.
 """
 
 import argparse
@@ -25,9 +25,9 @@ OUR_NAMES = (
     "IncompleteDefinitionException",
 )
 
-# The names are judged as the linker sees them: demangled, a template's name comes behind the type that it returns.
-# Before the name may stand that it is a table of virtual functions, a type or a guard, or within a function (Z), and
-# that it is nested (N) and const (K).
+# The names are checked in mangled form: demangled, a template's name follows its return type. The name may be prefixed
+# with letters for a table of virtual functions, a type or a guard, for a local entity of a function (Z), and for a
+# nested (N) and const (K) name.
 START = r"_Z(?:T[VTIS]|GV)?Z?N?K?"
 OURS = re.compile(START + "(?:" + "|".join(f"{len(name)}{name}" for name in OUR_NAMES) + ")")
 # std, its abbreviations and the compiler's namespace; classes and functions of Qt; operators.

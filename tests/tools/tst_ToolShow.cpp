@@ -7,15 +7,15 @@ class ToolShowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everythingIsShownWithItsValue();
-    void whatIsNotSetIsMarked();
-    void anEmptyTextIsNotAMissingOne();
-    void namesThatAreNoneAreShownAsNull();
-    void theVersionIsTheOneThatWasRead();
+    void everyMemberIsShownWithItsValue();
+    void membersThatAreNotSetAreMarked();
+    void emptyTextDiffersFromAMissingOne();
+    void unknownNamesAreShownAsNull();
+    void versionIsTheOneThatWasRead();
     void numbersAreShownExactly_data();
     void numbersAreShownExactly();
-    void aFloatIsNotShownAsTheDoubleNextToIt();
-    void textsStayOnTheirLine();
+    void floatIsShownWithItsOwnDigits();
+    void textsStayOnOneLine();
     void everyFormShowsTheSame_data();
     void everyFormShowsTheSame();
     void outputIsUtf8InEveryLocale();
@@ -32,7 +32,7 @@ QString shown(const QByteArray &xml)
 
 } // namespace
 
-void ToolShowTest::everythingIsShownWithItsValue()
+void ToolShowTest::everyMemberIsShownWithItsValue()
 {
     const QString tree = shown(R"(<TunerProperties Version="1.1" name="N" type="Receiver" baseresource="B"
             connectableResources="C" quantity="-2" parentBaseResource="P" hwProcessing="true">
@@ -103,7 +103,7 @@ void ToolShowTest::everythingIsShownWithItsValue()
     QCOMPARE(Model::withoutNewMembers(tree, expected), expected);
 }
 
-void ToolShowTest::whatIsNotSetIsMarked()
+void ToolShowTest::membersThatAreNotSetAreMarked()
 {
     const QString tree = shown(R"(<TunerProperties Version="1.1">
         <StartupModes/>
@@ -140,7 +140,7 @@ void ToolShowTest::whatIsNotSetIsMarked()
     QCOMPARE(Model::withoutNewMembers(tree, expected), expected);
 }
 
-void ToolShowTest::anEmptyTextIsNotAMissingOne()
+void ToolShowTest::emptyTextDiffersFromAMissingOne()
 {
     const QString tree = shown(R"(<TunerProperties Version="1.1" name="" type="SCP" baseresource="">
         <Component type="" displayName=""/></TunerProperties>)");
@@ -149,7 +149,7 @@ void ToolShowTest::anEmptyTextIsNotAMissingOne()
     QVERIFY(tree.contains(QLatin1String("\n  Component 1: type \"\", name (not set), displayName \"\", ")));
 }
 
-void ToolShowTest::namesThatAreNoneAreShownAsNull()
+void ToolShowTest::unknownNamesAreShownAsNull()
 {
     const QString tree = shown(R"(<TunerProperties Version="1.1" type="receiver">
         <StartupModes><StartupMode>Scan</StartupMode><StartupMode>scan</StartupMode></StartupModes>
@@ -159,7 +159,7 @@ void ToolShowTest::namesThatAreNoneAreShownAsNull()
     QVERIFY(tree.endsWith(QLatin1String("\n  Component: (not set)\n")));
 }
 
-void ToolShowTest::theVersionIsTheOneThatWasRead()
+void ToolShowTest::versionIsTheOneThatWasRead()
 {
     QVERIFY(
         shown("<TunerProperties Version=\"0.9\"/>").startsWith(QLatin1String("TunerProperties\n  Version: \"0.9\"\n")));
@@ -200,7 +200,7 @@ void ToolShowTest::numbersAreShownExactly()
     QCOMPARE(Model::withoutNewMembers(line, expected), expected);
 }
 
-void ToolShowTest::aFloatIsNotShownAsTheDoubleNextToIt()
+void ToolShowTest::floatIsShownWithItsOwnDigits()
 {
     const QString tree = shown("<TunerProperties Version=\"1.1\"><Component><Node><ValueItem>"
                                "<ValueNumericFloat id=\"f\" value=\"0.1\" min=\"16777217\" max=\"1.5e30\" "
@@ -209,7 +209,7 @@ void ToolShowTest::aFloatIsNotShownAsTheDoubleNextToIt()
         QLatin1String("ValueNumericFloat: id \"f\", value 0.1, min 16777216, max 1.5e+30, step 1e-07\n")));
 }
 
-void ToolShowTest::textsStayOnTheirLine()
+void ToolShowTest::textsStayOnOneLine()
 {
     const QString tree =
         shown("<TunerProperties Version=\"1.1\" name=\"a&#10;b&#9;c&#13;d &quot;e&quot; f\\g &#x85;&#x2028; é\"/>");

@@ -7,13 +7,13 @@
 #include "ExceptionText.h"
 #include "Kinds.h"
 
-/// What the tests of the value classes ask of each class and of each member.
+/// Checks that the tests of the value classes have in common.
 
 using ValueItemKinds::sample;
 
 Q_DECLARE_METATYPE(StreamSettings)
 
-/// The accessors of one member that every member has.
+/// The accessors that every member has.
 template <class Object, class T, class Getter>
 struct Accessors
 {
@@ -31,7 +31,7 @@ Accessors<Object, T, Getter> accessors(Getter get, void (Object::*set)(T), bool 
     return {get, set, isSet, reset, defaultValue};
 }
 
-/// Of a text. Some classes have two getters of their id, of which this takes the const one.
+/// The accessors of a text. Some classes have two getters of their id; this uses the const one.
 template <class Object>
 auto accessors(QString (Object::*get)() const, void (Object::*set)(QString), bool (Object::*isSet)() const,
                void (Object::*reset)(), QString (Object::*defaultValue)() const)
@@ -55,7 +55,7 @@ bool isNullText(Number)
     return false;
 }
 
-/// The member holds its default until it is set, whatever it is set to, and again when it is reset.
+/// Checks that the member has its default until it is set, and again after it is reset.
 template <class Object, class T, class Getter>
 void storesAndResets(const Accessors<Object, T, Getter> &member, const T &value, const T &defaultValue)
 {
@@ -84,7 +84,7 @@ void storesAndResets(const Accessors<Object, T, Getter> &member, const T &value,
     QCOMPARE((object.*member.get)(), defaultValue);
 }
 
-/// The setter of a text refuses null while validating, and only then.
+/// Checks that the setter of a text refuses null while validating, and only then.
 template <class Object, class Getter>
 void refusesNull(const Accessors<Object, QString, Getter> &member, const QString &refusal)
 {
@@ -107,7 +107,7 @@ void refusesNull(const Accessors<Object, QString, Getter> &member, const QString
     QVERIFY((object.*member.get)().isNull());
 }
 
-/// The object is written as this element, and reading the element gives the object.
+/// Checks that the object is written as this element, and that the element is read back as the object.
 template <class Object>
 void hasElement(const Object &object, const QString &element)
 {
@@ -140,7 +140,7 @@ void hasSnapshot(const Object &object, const char *snapshot, StreamSettings sett
     QCOMPARE(hex(snapshotOf(read, settings)), hex(snapshot));
 }
 
-/// An object that takes anything.
+/// An object that does not validate.
 template <class Object>
 Object withoutValidation()
 {
@@ -149,7 +149,7 @@ Object withoutValidation()
     return object;
 }
 
-/// An object of another name than its class.
+/// An object whose name differs from that of its class.
 template <class Object>
 class Renamed : public Object
 {
@@ -157,7 +157,7 @@ public:
     explicit Renamed(const QString &name) { this->SetObjectName(name); }
 };
 
-/// An object whose check finds nothing to say.
+/// An object whose check always passes.
 template <class Object>
 class Unchecked : public Object
 {

@@ -31,7 +31,7 @@ inline JobXml::ValueSelection selection(std::initializer_list<JobXml::SelectionI
     return object;
 }
 
-/// The selection with one option "a", whose flag says that there is none.
+/// The selection with one option "a", whose flag is not set.
 inline JobXml::ValueSelection withUnsetOptions()
 {
     JobXml::ValueSelection object = selection({option("a", 1.5)});

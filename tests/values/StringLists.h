@@ -21,7 +21,7 @@ inline JobXml::ValueStringList textList(std::initializer_list<const char *> text
     return object;
 }
 
-/// A list with the text "X", whose flag says that there is none.
+/// A list with the text "X", whose flag is not set.
 inline JobXml::ValueStringList withUnsetTexts()
 {
     JobXml::ValueStringList object = textList({"X"});

@@ -5,14 +5,14 @@ using namespace JobXml;
 
 namespace {
 
-/// Equal, or both no number.
+/// Equal, or both NaN.
 template <class Number>
 bool same(Number left, Number right)
 {
     return left == right || (qIsNaN(left) && qIsNaN(right));
 }
 
-/// What becomes of the text of a member of this class, with the member as attribute and as element.
+/// The result of reading a member of this class from a text, as attribute and as element.
 template <class Object, class Getter>
 auto readInXml(const char *member, const QString &text, Getter get)
 {
@@ -49,7 +49,7 @@ const char tenToTheThreeHundred[] =
 
 } // namespace
 
-/// Numbers as texts: read as QString reads them, whatever they are, and written with two decimals.
+/// Numbers as texts are read as QString reads them, and written with two decimals.
 class NumberTextsTest : public QObject
 {
     Q_OBJECT
@@ -64,7 +64,7 @@ private Q_SLOTS:
     void doublesAreWrittenWithTwoDecimals();
     void floatsAreWrittenWithTwoDecimals_data();
     void floatsAreWrittenWithTwoDecimals();
-    void whatIsNoFiniteNumberSurvives();
+    void infinityAndNaNAreReadBack();
     void aTinyNegativeNumberLosesItsSignTheSecondTime();
 };
 
@@ -327,7 +327,7 @@ void NumberTextsTest::floatsAreWrittenWithTwoDecimals()
         QVERIFY(recordOf(ranged).contains(recordWithText(tag, text.toLatin1()).mid(4)));
 }
 
-void NumberTextsTest::whatIsNoFiniteNumberSurvives()
+void NumberTextsTest::infinityAndNaNAreReadBack()
 {
     for (const float number : {std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::infinity(),
                                std::numeric_limits<float>::quiet_NaN()}) {

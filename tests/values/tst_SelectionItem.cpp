@@ -15,13 +15,13 @@ class SelectionItemTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void everyMemberStoresAndResets();
     void aNullNameIsRefusedOnlyWhileValidating();
-    void everythingIsValidANullNameIncluded();
+    void everyValueIsValidIncludingANullName();
     void checkNamesTheFirstMissingMember();
-    void dataIsANameAndASetValue();
-    void dataAsksForTheTextAndTheCheckForItsFlagToo();
+    void hasDataRequiresANameAndASetValue();
+    void hasDataRequiresTheTextAndCheckItsFlagToo();
     void equalityComparesExactly();
 
     void aWholeOptionHasThisElement();
@@ -33,14 +33,14 @@ private Q_SLOTS:
     void twoDecimalsAreWrittenAndNoMore();
     void aSnapshotKeepsTheNumberExactly();
     void unsetMembersAreWrittenAsTheirDefaults();
-    void elementsReadTheSameAsAttributes();
+    void elementsAreReadLikeAttributes();
     void unknownRecordsAreSkipped();
     void textOfARecordThatIsNoNumberIsStoredAsZero();
     void aSnapshotStoresTheNameWithoutTheSetter();
-    void lengthsMustAddUp();
+    void wrongLengthThrowsLengthError();
 };
 
-void SelectionItemTest::itHasItsNameAndIdentifier()
+void SelectionItemTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(SelectionItem::GetStaticObjectName(), QStringLiteral("SelectionItem"));
     QCOMPARE(SelectionItem().GetObjectName(), QStringLiteral("SelectionItem"));
@@ -59,7 +59,7 @@ void SelectionItemTest::aNullNameIsRefusedOnlyWhileValidating()
                 QStringLiteral("OutOfRangeException: SelectionItem: Please set name properly (origin: Setter)."));
 }
 
-void SelectionItemTest::everythingIsValidANullNameIncluded()
+void SelectionItemTest::everyValueIsValidIncludingANullName()
 {
     const SelectionItem object;
     QVERIFY(object.IsValidname(QString()));
@@ -83,7 +83,7 @@ void SelectionItemTest::checkNamesTheFirstMissingMember()
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingName));
 }
 
-void SelectionItemTest::dataIsANameAndASetValue()
+void SelectionItemTest::hasDataRequiresANameAndASetValue()
 {
     SelectionItem object;
     object.Setvalue(0);
@@ -98,7 +98,7 @@ void SelectionItemTest::dataIsANameAndASetValue()
     QVERIFY(!object.AnyData());
 }
 
-void SelectionItemTest::dataAsksForTheTextAndTheCheckForItsFlagToo()
+void SelectionItemTest::hasDataRequiresTheTextAndCheckItsFlagToo()
 {
     SelectionItem object;
     readSnapshot(object, bytes("02 00 00 00 02 00 61 00 00 00 00 00 00 00 00")); // a name that is there and not set
@@ -196,7 +196,7 @@ void SelectionItemTest::unsetMembersAreWrittenAsTheirDefaults()
     QCOMPARE(hex(snapshotOf(object)), hex("00 FF FF FF FF 00 00 00 00 00 00 00 00"));
 }
 
-void SelectionItemTest::elementsReadTheSameAsAttributes()
+void SelectionItemTest::elementsAreReadLikeAttributes()
 {
     SelectionItem object;
     readXml(object,
@@ -240,7 +240,7 @@ void SelectionItemTest::aSnapshotStoresTheNameWithoutTheSetter()
     QCOMPARE(object.Getvalue(), 1.5);
 }
 
-void SelectionItemTest::lengthsMustAddUp()
+void SelectionItemTest::wrongLengthThrowsLengthError()
 {
     SelectionItem object;
     QCOMPARE(thrownBy([&] { readRecord(object, bytes("00 00 00 0C CB 4C F6 45 00 00 00 05 00 00 00 01 61")); }),

@@ -14,13 +14,13 @@ class StringItemTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void theValueStoresAndResets();
     void aNullValueIsRefusedOnlyWhileValidating();
-    void everyValueIsValidANullOneIncluded();
-    void checkAsksForTheValue();
-    void anEmptyValueIsDataAndANullOneIsNot();
-    void dataAsksForTheTextAndTheCheckForItsFlagToo();
+    void everyValueIsValidIncludingANullOne();
+    void checkRequiresTheValue();
+    void emptyValueIsDataAndNullValueIsNot();
+    void hasDataRequiresTheTextAndCheckItsFlagToo();
     void equalityComparesTheValue();
 
     void aWholeItemHasThisElement();
@@ -29,14 +29,14 @@ private Q_SLOTS:
     void littleEndianStreamsReverseNumbersAndCharacters();
 
     void anUnsetValueIsWrittenEmptyInXmlAndNullInBinary();
-    void anElementReadsTheSameAsTheAttribute();
+    void elementIsReadLikeTheAttribute();
     void unknownRecordsAreSkipped();
     void aNullValueInARecordComesBackEmpty();
     void aSnapshotStoresTheValueWithoutTheSetter();
-    void lengthsMustAddUp();
+    void wrongLengthThrowsLengthError();
 };
 
-void StringItemTest::itHasItsNameAndIdentifier()
+void StringItemTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(StringItem::GetStaticObjectName(), QStringLiteral("StringItem"));
     QCOMPARE(StringItem().GetObjectName(), QStringLiteral("StringItem"));
@@ -54,14 +54,14 @@ void StringItemTest::aNullValueIsRefusedOnlyWhileValidating()
                 QStringLiteral("OutOfRangeException: StringItem: Please set value properly (origin: Setter)."));
 }
 
-void StringItemTest::everyValueIsValidANullOneIncluded()
+void StringItemTest::everyValueIsValidIncludingANullOne()
 {
     QVERIFY(StringItem().IsValidvalue(QString()));
     QVERIFY(StringItem().IsValidvalue(QStringLiteral("")));
     QVERIFY(StringItem().IsValidvalue(QStringLiteral("X")));
 }
 
-void StringItemTest::checkAsksForTheValue()
+void StringItemTest::checkRequiresTheValue()
 {
     StringItem object;
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingValue));
@@ -73,7 +73,7 @@ void StringItemTest::checkAsksForTheValue()
     QCOMPARE(thrownBy([&] { object.Check(); }), QString());
 }
 
-void StringItemTest::anEmptyValueIsDataAndANullOneIsNot()
+void StringItemTest::emptyValueIsDataAndNullValueIsNot()
 {
     QVERIFY(textItem("").HasData());
     QVERIFY(textItem("").AnyData());
@@ -83,7 +83,7 @@ void StringItemTest::anEmptyValueIsDataAndANullOneIsNot()
     QVERIFY(!object.AnyData());
 }
 
-void StringItemTest::dataAsksForTheTextAndTheCheckForItsFlagToo()
+void StringItemTest::hasDataRequiresTheTextAndCheckItsFlagToo()
 {
     StringItem object;
     readSnapshot(object, bytes("00 00 00 00 02 00 58")); // a value that is there and not set
@@ -135,7 +135,7 @@ void StringItemTest::anUnsetValueIsWrittenEmptyInXmlAndNullInBinary()
     QCOMPARE(hex(snapshotOf(object)), hex("00 FF FF FF FF"));
 }
 
-void StringItemTest::anElementReadsTheSameAsTheAttribute()
+void StringItemTest::elementIsReadLikeTheAttribute()
 {
     StringItem object;
     readXml(object,
@@ -176,7 +176,7 @@ void StringItemTest::aSnapshotStoresTheValueWithoutTheSetter()
     QVERIFY(object.Getvalue().isNull());
 }
 
-void StringItemTest::lengthsMustAddUp()
+void StringItemTest::wrongLengthThrowsLengthError()
 {
     StringItem object;
     QCOMPARE(thrownBy([&] { readRecord(object, bytes("00 00 00 0E CE FF 51 BA 00 00 00 05 00 00 00 01 58")); }),

@@ -74,7 +74,7 @@ const QVector<TextMember> &textMembers()
 
 } // namespace
 
-/// Texts come back as they were written, whatever is in them.
+/// Texts of any content are read back as they were written.
 class TextMembersTest : public QObject
 {
     Q_OBJECT
@@ -84,7 +84,7 @@ private Q_SLOTS:
     void oddTextsHaveTheseBytes();
     void oddTextsSurviveInEveryMember_data() { oddTextsHaveTheseBytes_data(); }
     void oddTextsSurviveInEveryMember();
-    void whatXmlMustEscapeSurvivesInEveryMember();
+    void escapedCharactersAreReadBackInEveryMember();
     void aNullTextInARecordComesBackEmptyAndNotNullInEveryMember();
     void aNullTextInASnapshotStaysNullInEveryMember();
     void longTextsSurvive();
@@ -155,7 +155,7 @@ void TextMembersTest::oddTextsSurviveInEveryMember()
     }
 }
 
-void TextMembersTest::whatXmlMustEscapeSurvivesInEveryMember()
+void TextMembersTest::escapedCharactersAreReadBackInEveryMember()
 {
     for (const QString &text : {QStringLiteral("<a b=\"c\">&amp;'</a>"), QStringLiteral(" \t\n x \r"),
                                 QStringLiteral("]]>"), QStringLiteral("%1 %2 %L1"), QStringLiteral("  ")}) {

@@ -10,7 +10,7 @@ namespace {
 const char missingId[] = "OutOfRangeException: ValueBoolean: Please set id properly.";
 const char missingValue[] = "OutOfRangeException: ValueBoolean: Please set value properly.";
 
-/// Notes how the base calls its operations.
+/// Records how the base calls its operations.
 class Observed : public ValueBoolean
 {
 public:
@@ -28,27 +28,27 @@ public:
 
 } // namespace
 
-/// The state of a switch, on which the state of every class is modelled.
+/// The state of a switch, as an example for the state of every class.
 class ValueBooleanTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void everyMemberStoresAndResets();
     void onlyANullIdIsInvalid();
-    void aNewSwitchHasNothingAndResettingLeavesItSo();
+    void newSwitchHasNoDataAndResettingAddsNone();
     void readingAMemberInitializes();
-    void askingForFlagsDoesNotInitialize();
+    void queryingFlagsDoesNotInitialize();
     void aNullIdIsRefusedOnlyWhileValidating();
     void anEmptyIdIsAValueEvenWhileValidating();
-    void aNullIdIsSetButNoData();
-    void resettingTheValuePutsFalseBack();
+    void nullIdIsSetButNotData();
+    void resettingTheValueRestoresFalse();
     void anIdAloneIsAnyDataButNotAllData();
     void aValueAloneIsAnyDataButNotAllData();
-    void dataAsksForTheTextAndTheCheckForItsFlagToo();
+    void hasDataRequiresTheTextAndCheckItsFlagToo();
 
-    void checkWithoutArgumentHandsFalseOn();
+    void checkWithoutArgumentPassesFalse();
     void theArgumentOfCheckMakesNoDifference();
     void checkNamesTheFirstMissingMemberOnly();
     void checkLeavesTheSwitchInitialized();
@@ -64,15 +64,15 @@ private Q_SLOTS:
     void nothingSetIsEqualWithAndWithoutABlock();
     void valuesOfUnsetMembersAreNotCompared();
 
-    void aCopyTakesTypeAndFlagAndTheNameOfTheClass();
+    void copyHasTypeAndFlagAndTheNameOfTheClass();
     void aCopyOfAValidatingSwitchValidatesWithoutTheLogger();
     void aCopyIsInitializedExactlyWhenItsSourceWas();
-    void assignedSwitchesGoTheirOwnWaysOnceOneIsSet();
+    void settingOneOfTwoAssignedSwitchesLeavesTheOtherUnchanged();
     void assignmentKeepsFlagLoggerAndName();
     void assignmentFromANewSwitchLeavesNothing();
 };
 
-void ValueBooleanTest::itHasItsNameAndIdentifier()
+void ValueBooleanTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(ValueBoolean::GetStaticObjectName(), QStringLiteral("ValueBoolean"));
     QCOMPARE(ValueBoolean().GetObjectName(), QStringLiteral("ValueBoolean"));
@@ -93,7 +93,7 @@ void ValueBooleanTest::onlyANullIdIsInvalid()
     QVERIFY(object.IsValidid(QStringLiteral("x")));
 }
 
-void ValueBooleanTest::aNewSwitchHasNothingAndResettingLeavesItSo()
+void ValueBooleanTest::newSwitchHasNoDataAndResettingAddsNone()
 {
     ValueBoolean object;
     QVERIFY(!object.IsInitialized());
@@ -111,7 +111,7 @@ void ValueBooleanTest::readingAMemberInitializes()
     QVERIFY(!object.AnyData());
 }
 
-void ValueBooleanTest::askingForFlagsDoesNotInitialize()
+void ValueBooleanTest::queryingFlagsDoesNotInitialize()
 {
     ValueBoolean object;
     QVERIFY(!object.IsidSet());
@@ -138,7 +138,7 @@ void ValueBooleanTest::anEmptyIdIsAValueEvenWhileValidating()
     QCOMPARE(thrownBy([&] { object.Check(); }), QString());
 }
 
-void ValueBooleanTest::aNullIdIsSetButNoData()
+void ValueBooleanTest::nullIdIsSetButNotData()
 {
     auto object = withoutValidation<ValueBoolean>();
     object.Setid(QString());
@@ -149,7 +149,7 @@ void ValueBooleanTest::aNullIdIsSetButNoData()
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingId));
 }
 
-void ValueBooleanTest::resettingTheValuePutsFalseBack()
+void ValueBooleanTest::resettingTheValueRestoresFalse()
 {
     ValueBoolean object;
     object.Setvalue(true);
@@ -174,7 +174,7 @@ void ValueBooleanTest::aValueAloneIsAnyDataButNotAllData()
     QVERIFY(!object.HasData());
 }
 
-void ValueBooleanTest::dataAsksForTheTextAndTheCheckForItsFlagToo()
+void ValueBooleanTest::hasDataRequiresTheTextAndCheckItsFlagToo()
 {
     ValueBoolean object;
     readSnapshot(object, bytes("02 00 00 00 02 00 78 01")); // an id that is there and not set
@@ -190,7 +190,7 @@ void ValueBooleanTest::dataAsksForTheTextAndTheCheckForItsFlagToo()
     QVERIFY(!withIdAlone.AnyData());
 }
 
-void ValueBooleanTest::checkWithoutArgumentHandsFalseOn()
+void ValueBooleanTest::checkWithoutArgumentPassesFalse()
 {
     const Observed object;
     object.Check();
@@ -220,7 +220,7 @@ void ValueBooleanTest::checkNamesTheFirstMissingMemberOnly()
     object.Resetvalue();
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingValue));
 
-    object.SetValidate(false); // a check that is asked for does not depend on the flag
+    object.SetValidate(false); // an explicit check does not depend on the flag
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingValue));
 }
 
@@ -339,7 +339,7 @@ void ValueBooleanTest::valuesOfUnsetMembersAreNotCompared()
     QVERIFY(left == ValueBoolean());
 }
 
-void ValueBooleanTest::aCopyTakesTypeAndFlagAndTheNameOfTheClass()
+void ValueBooleanTest::copyHasTypeAndFlagAndTheNameOfTheClass()
 {
     Renamed<ValueBoolean> original(QStringLiteral("Relay"));
     original.Setid(QStringLiteral("x"));
@@ -373,7 +373,7 @@ void ValueBooleanTest::aCopyIsInitializedExactlyWhenItsSourceWas()
     QVERIFY(copy.IsInitialized());
 }
 
-void ValueBooleanTest::assignedSwitchesGoTheirOwnWaysOnceOneIsSet()
+void ValueBooleanTest::settingOneOfTwoAssignedSwitchesLeavesTheOtherUnchanged()
 {
     const auto a = sample<ValueBoolean>("x", false);
     ValueBoolean b;

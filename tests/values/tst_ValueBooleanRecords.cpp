@@ -16,19 +16,19 @@ const char record[] = "00 00 00 16" // 22 bytes
 
 } // namespace
 
-/// A switch as tagged record, on which the records of every class are modelled.
+/// A switch as tagged record, as an example for the records of every class.
 class ValueBooleanRecordsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void aWholeSwitchHasThisRecord();
-    void theLeadingWordIsWrittenWhenAskedFor();
-    void theRecordIsReadBehindLeadingWordAndLength();
+    void leadingWordIsWrittenOnlyWhenRequested();
+    void recordIsReadAfterLeadingWordAndLength();
     void littleEndianStreamsReverseNumbersOnly();
     void floatingPointPrecisionMakesNoDifference();
     void recordsFollowEachOtherInAStream();
-    void theRecordGoesWhereTheDeviceStands();
+    void recordIsWrittenAtThePositionOfTheDevice();
 
     void anUnsetValueIsNotWritten();
     void aNullIdIsWrittenAsNullAndComesBackEmpty();
@@ -38,17 +38,17 @@ private Q_SLOTS:
 
     void unknownRecordsAreSkipped();
     void recordsMayComeInAnyOrderAndTheLastCounts();
-    void whatIsNotMentionedStays();
+    void missingRecordsLeaveMembersUnchanged();
     void everyByteButZeroIsTrue();
     void aRecordOfNoLengthReadsNothing();
     void aNegativeLengthIsALengthErrorAtOnce();
     void aLengthThatIsTooLongIsALengthErrorAtTheEndOfTheStream();
-    void lengthsMustAddUp_data();
-    void lengthsMustAddUp();
-    void whatWasReadBeforeALengthErrorStays();
-    void aMemberIsReadByItsTypeWhateverItsLengthSays();
-    void anIdThatIsCutOffIsNotStored();
-    void readingStopsBehindTheRecord();
+    void wrongLengthThrowsLengthError_data();
+    void wrongLengthThrowsLengthError();
+    void valuesReadBeforeALengthErrorAreKept();
+    void memberIsReadByItsTypeRegardlessOfItsLength();
+    void truncatedIdIsNotStored();
+    void readingStopsAfterTheRecord();
 };
 
 void ValueBooleanRecordsTest::aWholeSwitchHasThisRecord()
@@ -56,7 +56,7 @@ void ValueBooleanRecordsTest::aWholeSwitchHasThisRecord()
     hasRecord(sample<ValueBoolean>("x", true), record);
 }
 
-void ValueBooleanRecordsTest::theLeadingWordIsWrittenWhenAskedFor()
+void ValueBooleanRecordsTest::leadingWordIsWrittenOnlyWhenRequested()
 {
     const auto object = sample<ValueBoolean>("x", true);
     QByteArray written;
@@ -74,7 +74,7 @@ void ValueBooleanRecordsTest::theLeadingWordIsWrittenWhenAskedFor()
     QCOMPARE(hex(recordOf(object)), hex(written.mid(4)));
 }
 
-void ValueBooleanRecordsTest::theRecordIsReadBehindLeadingWordAndLength()
+void ValueBooleanRecordsTest::recordIsReadAfterLeadingWordAndLength()
 {
     QDataStream stream(bytes("12 34 56 78 00 00 00 16 2B 26 2D C9 00 00 00 05 00 00 00 01 78"
                              "89 53 7E 94 00 00 00 01 01"));
@@ -115,7 +115,7 @@ void ValueBooleanRecordsTest::recordsFollowEachOtherInAStream()
                  "00 00 00 16 2B 26 2D C9 00 00 00 05 00 00 00 01 79 89 53 7E 94 00 00 00 01 00"));
 }
 
-void ValueBooleanRecordsTest::theRecordGoesWhereTheDeviceStands()
+void ValueBooleanRecordsTest::recordIsWrittenAtThePositionOfTheDevice()
 {
     QByteArray written(34, '\xEE');
     QBuffer buffer(&written);
@@ -205,7 +205,7 @@ void ValueBooleanRecordsTest::recordsMayComeInAnyOrderAndTheLastCounts()
     QVERIFY(object == sample<ValueBoolean>("y", false));
 }
 
-void ValueBooleanRecordsTest::whatIsNotMentionedStays()
+void ValueBooleanRecordsTest::missingRecordsLeaveMembersUnchanged()
 {
     auto object = sample<ValueBoolean>("x", true);
     readRecord(object, bytes("00 00 00 0D 2B 26 2D C9 00 00 00 05 00 00 00 01 79"));
@@ -257,7 +257,7 @@ void ValueBooleanRecordsTest::aLengthThatIsTooLongIsALengthErrorAtTheEndOfTheStr
     QVERIFY(object == sample<ValueBoolean>("x", true));
 }
 
-void ValueBooleanRecordsTest::lengthsMustAddUp_data()
+void ValueBooleanRecordsTest::wrongLengthThrowsLengthError_data()
 {
     QTest::addColumn<QByteArray>("written");
 
@@ -277,7 +277,7 @@ void ValueBooleanRecordsTest::lengthsMustAddUp_data()
     QTest::newRow("ends before the payload") << bytes("00 00 00 09 89 53 7E 94 00 00 00 01");
 }
 
-void ValueBooleanRecordsTest::lengthsMustAddUp()
+void ValueBooleanRecordsTest::wrongLengthThrowsLengthError()
 {
     QFETCH(QByteArray, written);
     for (const bool validate : {true, false}) {
@@ -287,7 +287,7 @@ void ValueBooleanRecordsTest::lengthsMustAddUp()
     }
 }
 
-void ValueBooleanRecordsTest::whatWasReadBeforeALengthErrorStays()
+void ValueBooleanRecordsTest::valuesReadBeforeALengthErrorAreKept()
 {
     ValueBoolean object;
     QCOMPARE(thrownBy([&] {
@@ -300,9 +300,9 @@ void ValueBooleanRecordsTest::whatWasReadBeforeALengthErrorStays()
     QVERIFY(object == sample<ValueBoolean>("x", true));
 }
 
-void ValueBooleanRecordsTest::aMemberIsReadByItsTypeWhateverItsLengthSays()
+void ValueBooleanRecordsTest::memberIsReadByItsTypeRegardlessOfItsLength()
 {
-    // The lengths add up although the value's is one too long; the byte that is left over is nobody's.
+    // The lengths add up although the value's is one too long; the remaining byte is not read.
     QDataStream stream(bytes("89 53 7E 94 00 00 00 02 01 55"));
     ValueBoolean object;
     object.SetBinary(stream, 10);
@@ -310,7 +310,7 @@ void ValueBooleanRecordsTest::aMemberIsReadByItsTypeWhateverItsLengthSays()
     QCOMPARE(stream.device()->pos(), 9);
 }
 
-void ValueBooleanRecordsTest::anIdThatIsCutOffIsNotStored()
+void ValueBooleanRecordsTest::truncatedIdIsNotStored()
 {
     auto object = sample<ValueBoolean>("before", true);
     QCOMPARE(thrownBy([&] { readRecord(object, bytes("00 00 00 10 2B 26 2D C9 00 00 00 08 00 00 00 04 61 62")); }),
@@ -318,7 +318,7 @@ void ValueBooleanRecordsTest::anIdThatIsCutOffIsNotStored()
     QVERIFY(object == sample<ValueBoolean>("before", true));
 }
 
-void ValueBooleanRecordsTest::readingStopsBehindTheRecord()
+void ValueBooleanRecordsTest::readingStopsAfterTheRecord()
 {
     QDataStream stream(bytes(record) + bytes("2B 26 2D C9 00 00 00 05 00 00 00 01 79"));
     qint32 length = 0;

@@ -3,7 +3,7 @@
 
 using namespace JobXml;
 
-/// A switch as snapshot: the flags as they are and the values behind them, nothing checked.
+/// A switch as snapshot: the flags, followed by the values, without checks.
 class ValueBooleanSnapshotTest : public QObject
 {
     Q_OBJECT
@@ -13,10 +13,10 @@ private Q_SLOTS:
     void littleEndianStreamsReverseNumbersAndCharacters();
     void anUnsetValueIsNotWritten();
     void theValueIsReadAlthoughItWasNotWritten();
-    void aSnapshotThatEndsBeforeTheValueIsReadAsFarAsItGoes();
-    void nothingIsCheckedWhenItIsWritten();
+    void truncatedSnapshotIsReadUpToItsEnd();
+    void incompleteObjectIsWrittenUnchecked();
     void aNullIdStaysNullAndAnEmptyOneEmpty();
-    void flagsAreTakenAsTheyAreStored();
+    void flagsAreReadAsStored();
     void flagsThatWereSetBeforeAreReplaced();
     void valuesOfUnsetMembersAreStored();
     void flagsThatNoMemberOwnsAreDropped();
@@ -56,7 +56,7 @@ void ValueBooleanSnapshotTest::theValueIsReadAlthoughItWasNotWritten()
     QCOMPARE(hex(snapshotOf(object)), hex("01 00 00 00 02 00 78"));
 }
 
-void ValueBooleanSnapshotTest::aSnapshotThatEndsBeforeTheValueIsReadAsFarAsItGoes()
+void ValueBooleanSnapshotTest::truncatedSnapshotIsReadUpToItsEnd()
 {
     ValueBoolean object;
     QCOMPARE(thrownBy([&] { readSnapshot(object, bytes("01 00 00 00 02 00 78")); }), QString());
@@ -66,7 +66,7 @@ void ValueBooleanSnapshotTest::aSnapshotThatEndsBeforeTheValueIsReadAsFarAsItGoe
     QCOMPARE(object.Getvalue(), false);
 }
 
-void ValueBooleanSnapshotTest::nothingIsCheckedWhenItIsWritten()
+void ValueBooleanSnapshotTest::incompleteObjectIsWrittenUnchecked()
 {
     const ValueBoolean object; // validating, and without anything
     QCOMPARE(hex(snapshotOf(object)), hex("00 FF FF FF FF"));
@@ -88,7 +88,7 @@ void ValueBooleanSnapshotTest::aNullIdStaysNullAndAnEmptyOneEmpty()
     QCOMPARE(hex(snapshotOf(object)), hex("03 00 00 00 00 01"));
 }
 
-void ValueBooleanSnapshotTest::flagsAreTakenAsTheyAreStored()
+void ValueBooleanSnapshotTest::flagsAreReadAsStored()
 {
     ValueBoolean object;
     readSnapshot(object, bytes("02 00 00 00 02 00 78 00"));

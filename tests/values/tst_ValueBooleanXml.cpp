@@ -18,7 +18,7 @@ ValueBoolean readFrom(const char *element, bool validate = true)
 
 } // namespace
 
-/// A switch in XML, on which the XML of every class is modelled.
+/// A switch in XML, as an example for the XML of every class.
 class ValueBooleanXmlTest : public QObject
 {
     Q_OBJECT
@@ -26,11 +26,11 @@ class ValueBooleanXmlTest : public QObject
 private Q_SLOTS:
     void aWholeSwitchHasThisElement();
     void theElementHasTheNameOfTheObject();
-    void withoutValueNothingIsWrittenWhileValidating();
-    void withoutIdNothingIsWrittenWhileValidating();
+    void switchWithoutValueIsRefusedWhileValidating();
+    void switchWithoutIdIsRefusedWhileValidating();
     void anObjectWithoutDataWritesNothingEvenIfItsCheckPasses();
-    void withoutValidationAnEmptySwitchHasAnEmptyIdAndNoValue();
-    void withoutValidationAValueIsWrittenBehindAnEmptyId();
+    void emptySwitchIsWrittenWithAnEmptyIdAndNoValueWithoutValidation();
+    void valueIsWrittenAfterAnEmptyIdWithoutValidation();
     void specialCharactersSurvive();
 
     void booleanTextsAreRead_data();
@@ -39,24 +39,24 @@ private Q_SLOTS:
     void anEmptyBooleanIsRefusedWhileValidating();
     void anEmptyBooleanIsFalseWithoutValidation_data() { anEmptyBooleanIsRefusedWhileValidating_data(); }
     void anEmptyBooleanIsFalseWithoutValidation();
-    void whatWasReadBeforeAFailureStays();
+    void valuesReadBeforeAnErrorAreKept();
 
-    void elementsReadTheSameAsAttributes();
+    void elementsAreReadLikeAttributes();
     void elementsWinOverAttributes();
     void ofSeveralElementsTheLastCounts();
     void anEmptyIdIsEmptyAndNotNull_data();
     void anEmptyIdIsEmptyAndNotNull();
     void textOfNestedElementsIsLeftOut();
-    void textCommentsAndInstructionsInBetweenArePassedOver();
-    void whatIsNotMentionedStays();
-    void namesAreTakenAsTheyAreSpelled();
+    void textCommentsAndInstructionsAreSkipped();
+    void missingRecordsLeaveMembersUnchanged();
+    void namesAreCaseSensitive();
 
     void unknownAttributesAreIgnored();
     void unknownElementsAreSkippedWithTheirContent();
     void aNestedElementOfTheSameNameEndsTheSkipping();
-    void theOwnNameInsideAnUnknownElementOfThatNameEndsTheReading();
+    void nestedElementWithTheObjectsNameEndsReading();
     void readingEndsOnTheEndOfTheElement();
-    void anUnknownElementThatIsCutOffEndsTheReading();
+    void truncatedUnknownElementEndsReading();
 };
 
 void ValueBooleanXmlTest::aWholeSwitchHasThisElement()
@@ -73,7 +73,7 @@ void ValueBooleanXmlTest::theElementHasTheNameOfTheObject()
     QCOMPARE(xmlOf(object), QStringLiteral("<Relay id=\"a\" value=\"true\"/>"));
 }
 
-void ValueBooleanXmlTest::withoutValueNothingIsWrittenWhileValidating()
+void ValueBooleanXmlTest::switchWithoutValueIsRefusedWhileValidating()
 {
     ValueBoolean object;
     object.Setid(QStringLiteral("a"));
@@ -84,7 +84,7 @@ void ValueBooleanXmlTest::withoutValueNothingIsWrittenWhileValidating()
     QCOMPARE(xml, QString());
 }
 
-void ValueBooleanXmlTest::withoutIdNothingIsWrittenWhileValidating()
+void ValueBooleanXmlTest::switchWithoutIdIsRefusedWhileValidating()
 {
     ValueBoolean object;
     object.Setvalue(true);
@@ -104,7 +104,7 @@ void ValueBooleanXmlTest::anObjectWithoutDataWritesNothingEvenIfItsCheckPasses()
     QCOMPARE(xmlOf(object), QStringLiteral("<ValueBoolean id=\"a\"/>"));
 }
 
-void ValueBooleanXmlTest::withoutValidationAnEmptySwitchHasAnEmptyIdAndNoValue()
+void ValueBooleanXmlTest::emptySwitchIsWrittenWithAnEmptyIdAndNoValueWithoutValidation()
 {
     const auto object = withoutValidation<ValueBoolean>();
     QCOMPARE(xmlOf(object), QStringLiteral("<ValueBoolean id=\"\"/>"));
@@ -112,7 +112,7 @@ void ValueBooleanXmlTest::withoutValidationAnEmptySwitchHasAnEmptyIdAndNoValue()
     QVERIFY(!object.AnyData());
 }
 
-void ValueBooleanXmlTest::withoutValidationAValueIsWrittenBehindAnEmptyId()
+void ValueBooleanXmlTest::valueIsWrittenAfterAnEmptyIdWithoutValidation()
 {
     auto object = withoutValidation<ValueBoolean>();
     object.Setvalue(true);
@@ -196,7 +196,7 @@ void ValueBooleanXmlTest::anEmptyBooleanIsFalseWithoutValidation()
     QCOMPARE(object.Getvalue(), false);
 }
 
-void ValueBooleanXmlTest::whatWasReadBeforeAFailureStays()
+void ValueBooleanXmlTest::valuesReadBeforeAnErrorAreKept()
 {
     ValueBoolean object;
     QCOMPARE(thrownBy([&] { readXml(object, QStringLiteral("<ValueBoolean value=\"\" id=\"a\"/>")); }),
@@ -209,7 +209,7 @@ void ValueBooleanXmlTest::whatWasReadBeforeAFailureStays()
     QCOMPARE(other.Getid(), QStringLiteral("a"));
 }
 
-void ValueBooleanXmlTest::elementsReadTheSameAsAttributes()
+void ValueBooleanXmlTest::elementsAreReadLikeAttributes()
 {
     const ValueBoolean object = readFrom("<ValueBoolean><id>a</id><value>true</value></ValueBoolean>");
     QVERIFY(object == sample<ValueBoolean>("a", true));
@@ -261,14 +261,14 @@ void ValueBooleanXmlTest::textOfNestedElementsIsLeftOut()
     QCOMPARE(object.Getvalue(), true);
 }
 
-void ValueBooleanXmlTest::textCommentsAndInstructionsInBetweenArePassedOver()
+void ValueBooleanXmlTest::textCommentsAndInstructionsAreSkipped()
 {
     const ValueBoolean object = readFrom("<ValueBoolean> text <!-- <id>no</id> --><id>a</id> more <?value no?>"
                                          "<value>false</value><![CDATA[<id>no</id>]]></ValueBoolean>");
     QVERIFY(object == sample<ValueBoolean>("a", false));
 }
 
-void ValueBooleanXmlTest::whatIsNotMentionedStays()
+void ValueBooleanXmlTest::missingRecordsLeaveMembersUnchanged()
 {
     auto object = sample<ValueBoolean>("a", true);
     readXml(object, QStringLiteral("<ValueBoolean/>"));
@@ -282,7 +282,7 @@ void ValueBooleanXmlTest::whatIsNotMentionedStays()
     QVERIFY(!nothing.AnyData());
 }
 
-void ValueBooleanXmlTest::namesAreTakenAsTheyAreSpelled()
+void ValueBooleanXmlTest::namesAreCaseSensitive()
 {
     QVERIFY(!readFrom("<ValueBoolean ID=\"a\" Value=\"true\"><Id>a</Id><VALUE>true</VALUE></ValueBoolean>").AnyData());
 }
@@ -303,19 +303,19 @@ void ValueBooleanXmlTest::unknownElementsAreSkippedWithTheirContent()
 
 void ValueBooleanXmlTest::aNestedElementOfTheSameNameEndsTheSkipping()
 {
-    // Skipping looks for the name, not for the end: the second "other" ends it, and what follows is read again.
+    // Skipping searches for the name, not for the end: the second "other" ends it, and the content after it is read.
     const ValueBoolean object = readFrom("<ValueBoolean><other><id>no</id><other><id>inner</id></other>"
                                          "<value>true</value></other></ValueBoolean>");
     QVERIFY(object == sample<ValueBoolean>("inner", true));
 }
 
-void ValueBooleanXmlTest::theOwnNameInsideAnUnknownElementOfThatNameEndsTheReading()
+void ValueBooleanXmlTest::nestedElementWithTheObjectsNameEndsReading()
 {
     const ValueBoolean once =
         readFrom("<ValueBoolean><ValueBoolean id=\"no\"/><id>a</id><value>true</value></ValueBoolean>");
     QVERIFY(once == sample<ValueBoolean>("a", true));
 
-    // The skipping ends at the inner start, and the reading at the first end that carries the object's own name.
+    // Skipping ends at the inner start, and reading at the first end tag with the object's own name.
     const ValueBoolean twice = readFrom("<ValueBoolean><id>a</id><ValueBoolean><ValueBoolean/></ValueBoolean>"
                                         "<value>true</value></ValueBoolean>");
     QCOMPARE(twice.Getid(), QStringLiteral("a"));
@@ -339,7 +339,7 @@ void ValueBooleanXmlTest::readingEndsOnTheEndOfTheElement()
     QVERIFY(!reader.hasError());
 }
 
-void ValueBooleanXmlTest::anUnknownElementThatIsCutOffEndsTheReading()
+void ValueBooleanXmlTest::truncatedUnknownElementEndsReading()
 {
     const ValueBoolean object = readFrom("<ValueBoolean id=\"a\"><other><inner>");
     QCOMPARE(object.Getid(), QStringLiteral("a"));

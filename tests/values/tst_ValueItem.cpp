@@ -16,7 +16,7 @@ const char notInitialized[] =
 
 } // namespace
 
-/// The choice itself: what chooses, what marks, what counts. Its encodings are tested in tst_ValueItemEncodings.
+/// The choice itself: selecting, setting flags, comparing. Its encodings are tested in tst_ValueItemEncodings.
 class ValueItemTest : public QObject
 {
     Q_OBJECT
@@ -30,9 +30,9 @@ private Q_SLOTS:
         QCOMPARE(names, Model::members(ValueItem()));
     }
 
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void theTenKindsHaveTheirNamesInThisOrder();
-    void aNameIsFoundOnlyAsItIsSpelled();
+    void nameIsFoundOnlyIfSpelledExactly();
     void everyChoiceButNoneIsValid();
     void aNewItemHasChosenNothing();
     void aNewItemIsRefusedBeforeAnythingIsWritten();
@@ -53,23 +53,23 @@ private Q_SLOTS:
     void initChoiceOfNoneThrowsAfterResetting();
     void resetForgetsChoiceAndAlternatives();
     void resetToDefaultLeavesTheItemInitialized();
-    void hasDataAsksTheChosenAlternativeAlone();
+    void hasDataDependsOnTheChosenAlternativeAlone();
     void aChoiceBeyondTheKindsIsNoneButCountsAsAnyData();
-    void checkTellsWhatTheChoiceLacks_data();
-    void checkTellsWhatTheChoiceLacks();
-    void checkIsSilentWithoutValidation_data() { kindRows(); }
-    void checkIsSilentWithoutValidation();
+    void checkReportsWhatTheChoiceLacks_data();
+    void checkReportsWhatTheChoiceLacks();
+    void checkPassesWithoutValidation_data() { kindRows(); }
+    void checkPassesWithoutValidation();
     void checkDoesNotEnterTheAlternative();
-    void flagAndLoggerReachAllAlternatives_data() { kindRows(); }
-    void flagAndLoggerReachAllAlternatives();
+    void flagAndLoggerPropagateToAllAlternatives_data() { kindRows(); }
+    void flagAndLoggerPropagateToAllAlternatives();
     void differentChoicesAreUnequal();
     void equalChoicesCompareTheChosenAlternativesAlone();
-    void whatIsNotSetInTheLeftItemEqualsAnything();
-    void itemsWithoutChoiceAreEqualWhateverTheyHold();
+    void unsetAlternativeOnTheLeftEqualsAnything();
+    void itemsWithoutChoiceAreAlwaysEqual();
     void comparingLeavesBothItemsInitialized();
 };
 
-void ValueItemTest::itHasItsNameAndIdentifier()
+void ValueItemTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(ValueItem::GetStaticObjectName(), QStringLiteral("ValueItem"));
     QCOMPARE(ValueItem().GetObjectName(), QStringLiteral("ValueItem"));
@@ -94,7 +94,7 @@ void ValueItemTest::theTenKindsHaveTheirNamesInThisOrder()
     QCOMPARE(Choice::None, Choice(255));
 }
 
-void ValueItemTest::aNameIsFoundOnlyAsItIsSpelled()
+void ValueItemTest::nameIsFoundOnlyIfSpelledExactly()
 {
     const ValueItem item;
     QCOMPARE(item.NameToChoiceValueItem(QStringLiteral("ValueSelection")), Choice(7));
@@ -299,7 +299,7 @@ void ValueItemTest::resetToDefaultLeavesTheItemInitialized()
     QCOMPARE(setKinds(item), QVector<int>());
 }
 
-void ValueItemTest::hasDataAsksTheChosenAlternativeAlone()
+void ValueItemTest::hasDataDependsOnTheChosenAlternativeAlone()
 {
     // A snapshot can choose an alternative that is filled but not set: ValueInt "i" = 7.
     ValueItem item;
@@ -330,7 +330,7 @@ void ValueItemTest::aChoiceBeyondTheKindsIsNoneButCountsAsAnyData()
     QCOMPARE(hex(snapshotOf(item)), hex("04 00 0A"));
 }
 
-void ValueItemTest::checkTellsWhatTheChoiceLacks_data()
+void ValueItemTest::checkReportsWhatTheChoiceLacks_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<bool>("set");
@@ -361,7 +361,7 @@ void ValueItemTest::checkTellsWhatTheChoiceLacks_data()
     // clang-format on
 }
 
-void ValueItemTest::checkTellsWhatTheChoiceLacks()
+void ValueItemTest::checkReportsWhatTheChoiceLacks()
 {
     QFETCH(int, kind);
     QFETCH(bool, set);
@@ -378,7 +378,7 @@ void ValueItemTest::checkTellsWhatTheChoiceLacks()
     QCOMPARE(thrownBy([&] { recordOf(item); }), expected);
 }
 
-void ValueItemTest::checkIsSilentWithoutValidation()
+void ValueItemTest::checkPassesWithoutValidation()
 {
     QFETCH(int, kind);
     ValueItem item = withoutValidation();
@@ -392,7 +392,7 @@ void ValueItemTest::checkIsSilentWithoutValidation()
 
 void ValueItemTest::checkDoesNotEnterTheAlternative()
 {
-    // A list of texts that has data, but an item that has not.
+    // A list of texts that has data, with an item that has none.
     ValueItem item;
     item.SetValueStringList(sampleStringList());
     item.GetValueStringList().SetStringItem({StringItem()});
@@ -402,7 +402,7 @@ void ValueItemTest::checkDoesNotEnterTheAlternative()
     QCOMPARE(thrownBy([&] { recordOf(item); }), missing);
 }
 
-void ValueItemTest::flagAndLoggerReachAllAlternatives()
+void ValueItemTest::flagAndLoggerPropagateToAllAlternatives()
 {
     QFETCH(int, kind);
     ValueItem item = withoutValidation();
@@ -440,7 +440,7 @@ void ValueItemTest::equalChoicesCompareTheChosenAlternativesAlone()
     QVERIFY(left != right);
 }
 
-void ValueItemTest::whatIsNotSetInTheLeftItemEqualsAnything()
+void ValueItemTest::unsetAlternativeOnTheLeftEqualsAnything()
 {
     ValueItem unset;
     unset.GetValueInt();
@@ -451,7 +451,7 @@ void ValueItemTest::whatIsNotSetInTheLeftItemEqualsAnything()
     QVERIFY(filled != unset); // here the left one is set, and its value is another
 }
 
-void ValueItemTest::itemsWithoutChoiceAreEqualWhateverTheyHold()
+void ValueItemTest::itemsWithoutChoiceAreAlwaysEqual()
 {
     ValueItem filled;
     filled.SetValueInt(sample<ValueInt>("a", 1));

@@ -10,7 +10,7 @@ using namespace ValueItemKinds;
 
 namespace {
 
-/// An item whose chosen alternative is not set, and which does not mind.
+/// An item whose chosen alternative is not set. It does not validate, so it can be written.
 ValueItem chosenButNotSet()
 {
     ValueItem item = withoutValidation();
@@ -35,9 +35,9 @@ private Q_SLOTS:
     void everyKindHasItsSnapshot();
 
     void onlyTheChosenAlternativeIsWritten();
-    void withoutChoiceNothingButTheFrameIsWritten();
-    void aChosenAlternativeThatIsNotSetIsNotWritten();
-    void theLeadingWordIsWrittenWhenAskedFor();
+    void itemWithoutChoiceIsWrittenEmpty();
+    void chosenAlternativeIsNotWrittenUnlessItIsSet();
+    void leadingWordIsWrittenOnlyWhenRequested();
 
     void attributesOfTheItemAreIgnored();
     void unknownElementsAreSkippedWithTheirContent();
@@ -47,14 +47,14 @@ private Q_SLOTS:
 
     void unknownRecordsAreSkipped();
     void ofSeveralRecordsTheLastIsChosenAndAllAreSet();
-    void aRecordIsReadIntoWhatTheAlternativeHolds();
+    void recordIsReadIntoTheExistingAlternative();
     void theChoiceMovesBeforeTheNestedRecordIsReadAndTheFlagAfter();
-    void recordLengthsMustAddUp_data();
-    void recordLengthsMustAddUp();
+    void wrongRecordLengthThrowsLengthError_data();
+    void wrongRecordLengthThrowsLengthError();
     void anEmptyRecordChangesNothing();
 
     void aSnapshotKeepsTheFlagsOfTheOtherAlternatives();
-    void aChosenAlternativeThatIsNotSetIsReadFromASnapshotThoughNotWritten();
+    void chosenAlternativeIsReadFromASnapshotEvenIfItIsNotSet();
     void flagsBeyondTheTenAreDroppedFromASnapshot();
     void aSnapshotIsReadWithoutValidation();
 };
@@ -287,7 +287,7 @@ void ValueItemEncodingsTest::onlyTheChosenAlternativeIsWritten()
                  "89 53 7E 94 00 00 00 01 01"));
 }
 
-void ValueItemEncodingsTest::withoutChoiceNothingButTheFrameIsWritten()
+void ValueItemEncodingsTest::itemWithoutChoiceIsWrittenEmpty()
 {
     const ValueItem item = withoutValidation();
     QCOMPARE(xmlOf(item), QStringLiteral("<ValueItem/>"));
@@ -295,7 +295,7 @@ void ValueItemEncodingsTest::withoutChoiceNothingButTheFrameIsWritten()
     QCOMPARE(hex(snapshotOf(item)), hex("00 00 FF"));
 }
 
-void ValueItemEncodingsTest::aChosenAlternativeThatIsNotSetIsNotWritten()
+void ValueItemEncodingsTest::chosenAlternativeIsNotWrittenUnlessItIsSet()
 {
     const ValueItem item = chosenButNotSet();
     QCOMPARE(xmlOf(item), QStringLiteral("<ValueItem/>"));
@@ -303,7 +303,7 @@ void ValueItemEncodingsTest::aChosenAlternativeThatIsNotSetIsNotWritten()
     QCOMPARE(hex(snapshotOf(item)), hex("00 00 02"));
 }
 
-void ValueItemEncodingsTest::theLeadingWordIsWrittenWhenAskedFor()
+void ValueItemEncodingsTest::leadingWordIsWrittenOnlyWhenRequested()
 {
     const ValueItem item = withoutValidation();
     QByteArray record;
@@ -397,7 +397,7 @@ void ValueItemEncodingsTest::ofSeveralRecordsTheLastIsChosenAndAllAreSet()
     QCOMPARE(std::as_const(item).GetValueBoolean().Getid(), QStringLiteral("b"));
 }
 
-void ValueItemEncodingsTest::aRecordIsReadIntoWhatTheAlternativeHolds()
+void ValueItemEncodingsTest::recordIsReadIntoTheExistingAlternative()
 {
     ValueItem item;
     item.SetValueInt(sample<ValueInt>("before", 7));
@@ -426,7 +426,7 @@ void ValueItemEncodingsTest::theChoiceMovesBeforeTheNestedRecordIsReadAndTheFlag
     QCOMPARE(std::as_const(item).GetValueInt().Getid(), QStringLiteral("i")); // what was read before stays
 }
 
-void ValueItemEncodingsTest::recordLengthsMustAddUp_data()
+void ValueItemEncodingsTest::wrongRecordLengthThrowsLengthError_data()
 {
     QTest::addColumn<QByteArray>("record");
 
@@ -435,7 +435,7 @@ void ValueItemEncodingsTest::recordLengthsMustAddUp_data()
     QTest::newRow("less than its record") << bytes("00 00 00 0A 11 22 33 44 00 00 00 03 01 02 03");
 }
 
-void ValueItemEncodingsTest::recordLengthsMustAddUp()
+void ValueItemEncodingsTest::wrongRecordLengthThrowsLengthError()
 {
     QFETCH(QByteArray, record);
     ValueItem item;
@@ -468,7 +468,7 @@ void ValueItemEncodingsTest::aSnapshotKeepsTheFlagsOfTheOtherAlternatives()
     QVERIFY(!std::as_const(read).GetValueFloat().HasData()); // its flag came along, its value did not
 }
 
-void ValueItemEncodingsTest::aChosenAlternativeThatIsNotSetIsReadFromASnapshotThoughNotWritten()
+void ValueItemEncodingsTest::chosenAlternativeIsReadFromASnapshotEvenIfItIsNotSet()
 {
     QCOMPARE(hex(snapshotOf(chosenButNotSet())), hex("00 00 02"));
     ValueItem item;

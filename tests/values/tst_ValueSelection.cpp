@@ -16,32 +16,32 @@ class ValueSelectionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void everySimpleMemberStoresAndResets();
     void theListStoresAndResets();
     void aNullTextIsRefusedOnlyWhileValidating();
     void everythingIsValid();
     void theModifiableListMarksItSetAndTheConstOneDoesNot();
-    void settingTheListDoesNotLookAtTheOptions();
+    void settingTheListDoesNotCheckTheOptions();
     void anOptionWithoutNameIsAppendedOnlyWithoutValidation();
     void anOptionWithoutValueIsAppendedOnlyWithoutValidation();
     void anAppendedOptionIsACopyWithItsOwnFlagAndNoLogger();
-    void flagAndLoggerReachTheOptions();
+    void flagAndLoggerPropagateToTheOptions();
 
     void checkNamesTheFirstMissingMember();
-    void checkPassesTheMessageOfAnOptionOn();
-    void anUnsetListFailsTheCheckThoughAllElseIsSet();
-    void anEmptyListThatIsSetPassesTheCheckButIsNoData();
-    void dataNeedsAnOptionAndAllElse();
-    void valueTextAndIndexNeedNotFitTheOptions();
+    void messageOfAnOptionPassesThroughCheck();
+    void unsetListFailsTheCheckIfAllOtherMembersAreSet();
+    void emptyListThatIsSetPassesTheCheckButIsNotData();
+    void hasDataRequiresAnOptionAndAllOtherMembers();
+    void valueTextAndIndexNeedNotMatchTheOptions();
 
     void anEmptyListEqualsAnUnsetOne();
-    void theFlagOfTheLeftListIsNotConsulted();
+    void flagOfTheLeftListIsIgnored();
     void optionsAreComparedInOrder();
     void membersAreEqualWhenSetAndEqualOrBothUnset();
 };
 
-void ValueSelectionTest::itHasItsNameAndIdentifier()
+void ValueSelectionTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(ValueSelection::GetStaticObjectName(), QStringLiteral("ValueSelection"));
     QCOMPARE(ValueSelection().GetObjectName(), QStringLiteral("ValueSelection"));
@@ -118,7 +118,7 @@ void ValueSelectionTest::theModifiableListMarksItSetAndTheConstOneDoesNot()
     QCOMPARE(namesOf(object), QStringList(QStringLiteral("b")));
 }
 
-void ValueSelectionTest::settingTheListDoesNotLookAtTheOptions()
+void ValueSelectionTest::settingTheListDoesNotCheckTheOptions()
 {
     ValueSelection object; // validating
     object.SetSelectionItem({SelectionItem()});
@@ -167,7 +167,7 @@ void ValueSelectionTest::anAppendedOptionIsACopyWithItsOwnFlagAndNoLogger()
     QVERIFY(!std::as_const(object).GetSelectionItem().at(0).GetLogger());
 }
 
-void ValueSelectionTest::flagAndLoggerReachTheOptions()
+void ValueSelectionTest::flagAndLoggerPropagateToTheOptions()
 {
     const auto logger = std::make_shared<Logger>();
     ValueSelection object = selection({option("a", 1), option("b", 2)});
@@ -178,7 +178,7 @@ void ValueSelectionTest::flagAndLoggerReachTheOptions()
         QCOMPARE(each.GetLogger(), logger);
     }
     object.AppendSelectionItem(option("c", 3));
-    object.Check(); // hands down to what has joined since
+    object.Check(); // propagates to items appended since
     QCOMPARE(std::as_const(object).GetSelectionItem().at(2).GetValidate(), false);
     QCOMPARE(std::as_const(object).GetSelectionItem().at(2).GetLogger(), logger);
 }
@@ -212,7 +212,7 @@ void ValueSelectionTest::checkNamesTheFirstMissingMember()
     QCOMPARE(thrownBy([&] { withUnsetOptions().Check(); }), missing("SelectionItem"));
 }
 
-void ValueSelectionTest::checkPassesTheMessageOfAnOptionOn()
+void ValueSelectionTest::messageOfAnOptionPassesThroughCheck()
 {
     SelectionItem valueless;
     valueless.Setname(QStringLiteral("b"));
@@ -226,12 +226,12 @@ void ValueSelectionTest::checkPassesTheMessageOfAnOptionOn()
              QStringLiteral("OutOfRangeException: SelectionItem: Please set name properly."));
 }
 
-void ValueSelectionTest::anUnsetListFailsTheCheckThoughAllElseIsSet()
+void ValueSelectionTest::unsetListFailsTheCheckIfAllOtherMembersAreSet()
 {
     QCOMPARE(thrownBy([] { selectionWithoutOptions().Check(); }), QLatin1String(missingOptions));
 }
 
-void ValueSelectionTest::anEmptyListThatIsSetPassesTheCheckButIsNoData()
+void ValueSelectionTest::emptyListThatIsSetPassesTheCheckButIsNotData()
 {
     ValueSelection object = selectionWithoutOptions();
     object.SetSelectionItem({});
@@ -244,7 +244,7 @@ void ValueSelectionTest::anEmptyListThatIsSetPassesTheCheckButIsNoData()
     QCOMPARE(hex(record), QString());
 }
 
-void ValueSelectionTest::dataNeedsAnOptionAndAllElse()
+void ValueSelectionTest::hasDataRequiresAnOptionAndAllOtherMembers()
 {
     const ValueSelection full = selection({option("a", 1)});
     QVERIFY(full.HasData());
@@ -273,7 +273,7 @@ void ValueSelectionTest::dataNeedsAnOptionAndAllElse()
     QVERIFY(object.AnyData());
 }
 
-void ValueSelectionTest::valueTextAndIndexNeedNotFitTheOptions()
+void ValueSelectionTest::valueTextAndIndexNeedNotMatchTheOptions()
 {
     ValueSelection object = selection({option("a", 1), option("b", 2), option("c", 3)});
     object.Setindex(7);
@@ -297,7 +297,7 @@ void ValueSelectionTest::anEmptyListEqualsAnUnsetOne()
     QVERIFY(ValueSelection() == ValueSelection());
 }
 
-void ValueSelectionTest::theFlagOfTheLeftListIsNotConsulted()
+void ValueSelectionTest::flagOfTheLeftListIsIgnored()
 {
     QVERIFY(withUnsetOptions() == selection({option("a", 1.5)}));
     QVERIFY(selection({option("a", 1.5)}) != withUnsetOptions()); // here the right one's says there is nothing

@@ -48,33 +48,33 @@ private Q_SLOTS:
     void aWholeSelectionHasThisSnapshot();
     void littleEndianStreamsReverseNumbersAndCharacters();
     void snapshotsFollowTheStreamsPrecisionAndRecordsDoNot();
-    void withoutValidationAnEmptySelectionIsWrittenAsItStands();
-    void optionsOfAListThatIsNotSetAreCountedButNotWritten();
+    void emptySelectionIsWrittenWithoutValidation();
+    void optionsOfAnUnsetListAreCountedButNotWritten();
     void anIncompleteSelectionIsRefusedBeforeAnythingIsWritten();
     void anIncompleteOptionIsRefusedWhileItIsWritten();
     void twoDecimalsAreWrittenAndNoMore();
 
-    void elementsReadTheSameAsAttributes();
+    void elementsAreReadLikeAttributes();
     void emptyElementsAreEmptyTextsAndZero();
     void unknownElementsAreSkippedWithTheirContent();
     void optionElementsJoinTheOptionsPresent();
     void anIncompleteOptionElementIsRefusedWhileValidating();
-    void anOptionElementTakesFlagAndLoggerOfTheSelection();
+    void optionReadFromAnElementInheritsFlagAndLogger();
 
     void recordsJoinTheOptionsPresent();
     void recordsMayComeInAnyOrderAndUnknownOnesAreSkipped();
     void theIndexIsReadFromItsLowBits();
     void aRecordOfNoOptionsLeavesTheListUnset();
     void anIncompleteOptionRecordIsRefusedWhileValidating();
-    void anOptionRecordTakesFlagAndLoggerOfTheSelection();
-    void anOptionWhoseLengthsDoNotAddUpFailsItself();
-    void optionsThatAreNotThereAreALengthErrorOfTheSelection();
-    void lengthsMustAddUp();
+    void optionReadFromARecordInheritsFlagAndLogger();
+    void optionWithWrongLengthThrowsItsOwnLengthError();
+    void missingOptionsThrowALengthErrorOfTheSelection();
+    void wrongLengthThrowsLengthError();
 
     void snapshotsJoinTheOptionsPresent();
     void optionsOfASnapshotAreReadOnlyWhenTheListIsSet();
     void anIncompleteOptionInASnapshotIsRefusedWhileValidating();
-    void anOptionThatIsCutOffIsNotAppended();
+    void truncatedOptionIsNotAppended();
     void aSnapshotStoresItsMembersWithoutTheSetters();
 };
 
@@ -139,7 +139,7 @@ void ValueSelectionEncodingsTest::snapshotsFollowTheStreamsPrecisionAndRecordsDo
     hasRecord(full(), record, singlePrecision);
 }
 
-void ValueSelectionEncodingsTest::withoutValidationAnEmptySelectionIsWrittenAsItStands()
+void ValueSelectionEncodingsTest::emptySelectionIsWrittenWithoutValidation()
 {
     const auto object = withoutValidation<ValueSelection>();
     QCOMPARE(xmlOf(object), QStringLiteral("<ValueSelection id=\"\" value=\"0.00\" text=\"\" index=\"0\"/>"));
@@ -154,7 +154,7 @@ void ValueSelectionEncodingsTest::withoutValidationAnEmptySelectionIsWrittenAsIt
              hex("00 00 00 00 00 FF FF FF FF 00 00 00 00 00 00 00 00 FF FF FF FF 00 00 00 00 00 00 00 00"));
 }
 
-void ValueSelectionEncodingsTest::optionsOfAListThatIsNotSetAreCountedButNotWritten()
+void ValueSelectionEncodingsTest::optionsOfAnUnsetListAreCountedButNotWritten()
 {
     ValueSelection object = withUnsetOptions();
     object.SetValidate(false);
@@ -221,7 +221,7 @@ void ValueSelectionEncodingsTest::twoDecimalsAreWrittenAndNoMore()
     QVERIFY(fromSnapshot == object);
 }
 
-void ValueSelectionEncodingsTest::elementsReadTheSameAsAttributes()
+void ValueSelectionEncodingsTest::elementsAreReadLikeAttributes()
 {
     ValueSelection object;
     readXml(object,
@@ -283,7 +283,7 @@ void ValueSelectionEncodingsTest::anIncompleteOptionElementIsRefusedWhileValidat
     QCOMPARE(namesOf(lenient), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QString()}));
 }
 
-void ValueSelectionEncodingsTest::anOptionElementTakesFlagAndLoggerOfTheSelection()
+void ValueSelectionEncodingsTest::optionReadFromAnElementInheritsFlagAndLogger()
 {
     const auto logger = std::make_shared<Logger>();
     auto object = withoutValidation<ValueSelection>();
@@ -348,7 +348,7 @@ void ValueSelectionEncodingsTest::anIncompleteOptionRecordIsRefusedWhileValidati
     QCOMPARE(namesOf(lenient), (QStringList{QStringLiteral("a"), QString()}));
 }
 
-void ValueSelectionEncodingsTest::anOptionRecordTakesFlagAndLoggerOfTheSelection()
+void ValueSelectionEncodingsTest::optionReadFromARecordInheritsFlagAndLogger()
 {
     const auto logger = std::make_shared<Logger>();
     auto object = withoutValidation<ValueSelection>();
@@ -357,7 +357,7 @@ void ValueSelectionEncodingsTest::anOptionRecordTakesFlagAndLoggerOfTheSelection
     verifyOneLenientOption(object, logger);
 }
 
-void ValueSelectionEncodingsTest::anOptionWhoseLengthsDoNotAddUpFailsItself()
+void ValueSelectionEncodingsTest::optionWithWrongLengthThrowsItsOwnLengthError()
 {
     ValueSelection object;
     QCOMPARE(thrownBy([&] {
@@ -370,7 +370,7 @@ void ValueSelectionEncodingsTest::anOptionWhoseLengthsDoNotAddUpFailsItself()
     QVERIFY(std::as_const(object).GetSelectionItem().isEmpty());
 }
 
-void ValueSelectionEncodingsTest::optionsThatAreNotThereAreALengthErrorOfTheSelection()
+void ValueSelectionEncodingsTest::missingOptionsThrowALengthErrorOfTheSelection()
 {
     for (const char *missing : {"00 00 00 0C 4F B1 9F 31 00 00 00 04 00 00 00 01", // counted, and nothing else
                                 "00 00 00 0C 4F B1 9F 31 00 00 00 04 7F FF FF FF",
@@ -382,7 +382,7 @@ void ValueSelectionEncodingsTest::optionsThatAreNotThereAreALengthErrorOfTheSele
     }
 }
 
-void ValueSelectionEncodingsTest::lengthsMustAddUp()
+void ValueSelectionEncodingsTest::wrongLengthThrowsLengthError()
 {
     ValueSelection object;
     QCOMPARE(thrownBy([&] { readRecord(object, bytes("00 00 00 0F A3 23 E1 0D 00 00 00 06 00 00 00 02 6F 6E")); }),
@@ -424,7 +424,7 @@ void ValueSelectionEncodingsTest::anIncompleteOptionInASnapshotIsRefusedWhileVal
     QCOMPARE(hex(snapshotOf(lenient)), hex(snapshot));
 }
 
-void ValueSelectionEncodingsTest::anOptionThatIsCutOffIsNotAppended()
+void ValueSelectionEncodingsTest::truncatedOptionIsNotAppended()
 {
     for (const char *snapshot : {"1F 00 00 00 02 03 00 00 00 02 00 61 3F F8 00 00 00 00 00 00", // before the second
                                  "1F 00 00 00 02 03 00 00 00 02 00 61 3F F8 00 00 00 00 00 00 03 00 00 00 02 00 62"}) {

@@ -12,7 +12,7 @@ ValueString aText(const char *id, const char *value)
     return sample<ValueString>(id, QString::fromUtf8(value));
 }
 
-/// Reads a record that holds an id and something else into an object of another class.
+/// Reads a record with an id and an unknown member into an object of another class.
 template <class Object>
 void readsTheIdOfOtherClasses()
 {
@@ -20,7 +20,7 @@ void readsTheIdOfOtherClasses()
     readRecord(object,
                bytes("00 00 00 1B" // 27 bytes
                      "2B 26 2D C9 00 00 00 05 00 00 00 01 73" // id "s"
-                     "CE FF 51 BB 00 00 00 06 00 00 00 02 6F 6E")); // a value of a class that nobody here is
+                     "CE FF 51 BB 00 00 00 06 00 00 00 02 6F 6E")); // a tag that no class here knows
     QCOMPARE(object.Getid(), QStringLiteral("s"));
     QVERIFY(object.IsidSet());
     QVERIFY(!object.IsvalueSet());
@@ -33,14 +33,14 @@ class ValueStringTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void everyMemberStoresAndResets();
     void aNullTextIsRefusedOnlyWhileValidating();
     void onlyANullTextIsInvalid();
     void checkNamesTheFirstMissingMember();
     void anEmptyValueIsDataAndPassesTheCheck();
-    void aNullValueIsNoDataAndFailsTheCheck();
-    void dataAsksForTheTextAndTheCheckForItsFlagToo();
+    void nullValueIsNotDataAndFailsTheCheck();
+    void hasDataRequiresTheTextAndCheckItsFlagToo();
     void equalityComparesIdAndValue();
 
     void aWholeValueHasThisElement();
@@ -50,15 +50,15 @@ private Q_SLOTS:
 
     void unsetTextsAreWrittenEmptyInXmlAndNullInBinary();
     void anEmptyElementIsAnEmptyValue();
-    void elementsReadTheSameAsAttributes();
+    void elementsAreReadLikeAttributes();
     void aNullValueInARecordComesBackEmpty();
     void aSnapshotStoresTheValueWithoutTheSetter();
     void anIdRecordIsReadByEveryClass();
     void theValueOfAnotherTypeIsSkipped();
-    void lengthsMustAddUp();
+    void wrongLengthThrowsLengthError();
 };
 
-void ValueStringTest::itHasItsNameAndIdentifier()
+void ValueStringTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(ValueString::GetStaticObjectName(), QStringLiteral("ValueString"));
     QCOMPARE(ValueString().GetObjectName(), QStringLiteral("ValueString"));
@@ -107,7 +107,7 @@ void ValueStringTest::anEmptyValueIsDataAndPassesTheCheck()
     QCOMPARE(thrownBy([&] { object.Check(); }), QString());
 }
 
-void ValueStringTest::aNullValueIsNoDataAndFailsTheCheck()
+void ValueStringTest::nullValueIsNotDataAndFailsTheCheck()
 {
     auto object = withoutValidation<ValueString>();
     object.Setid(QStringLiteral("s"));
@@ -120,7 +120,7 @@ void ValueStringTest::aNullValueIsNoDataAndFailsTheCheck()
     QVERIFY(!object.AnyData());
 }
 
-void ValueStringTest::dataAsksForTheTextAndTheCheckForItsFlagToo()
+void ValueStringTest::hasDataRequiresTheTextAndCheckItsFlagToo()
 {
     ValueString object;
     readSnapshot(object, bytes("01 00 00 00 02 00 73 00 00 00 00")); // a value that is there and not set
@@ -193,13 +193,13 @@ void ValueStringTest::anEmptyElementIsAnEmptyValue()
     }
 }
 
-void ValueStringTest::elementsReadTheSameAsAttributes()
+void ValueStringTest::elementsAreReadLikeAttributes()
 {
     ValueString object;
     readXml(object,
             QStringLiteral("<ValueString id=\"no\" value=\"no\"><other><value>no</value></other><value> on </value>"
                            "<id>s</id></ValueString>"));
-    QVERIFY(object == aText("s", " on ")); // as it stands, blanks included
+    QVERIFY(object == aText("s", " on ")); // unchanged, including blanks
     readXml(object, QStringLiteral("<ValueString value=\" off \"/>"));
     QVERIFY(object == aText("s", " off "));
 }
@@ -243,7 +243,7 @@ void ValueStringTest::theValueOfAnotherTypeIsSkipped()
     QVERIFY(!object.IsvalueSet());
 }
 
-void ValueStringTest::lengthsMustAddUp()
+void ValueStringTest::wrongLengthThrowsLengthError()
 {
     ValueString object;
     QCOMPARE(thrownBy([&] { readRecord(object, bytes("00 00 00 0C CE FF 51 BA 00 00 00 05 00 00 00 01 78")); }),

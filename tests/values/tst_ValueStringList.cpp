@@ -16,30 +16,30 @@ class ValueStringListTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHasItsNameAndIdentifier();
+    void objectHasNameAndIdentifierOfItsClass();
     void everyTextStoresAndResets();
     void theListStoresAndResets();
     void aNullTextIsRefusedOnlyWhileValidating();
     void everythingIsValid();
     void theModifiableListMarksItSetAndTheConstOneDoesNot();
-    void settingTheListDoesNotLookAtTheItems();
+    void settingTheListDoesNotCheckTheItems();
     void anIncompleteItemIsAppendedOnlyWithoutValidation();
     void anAppendedItemIsACopyWithItsOwnFlagAndNoLogger();
-    void flagAndLoggerReachTheItems();
+    void flagAndLoggerPropagateToTheItems();
 
     void checkNamesTheFirstMissingMember();
-    void checkPassesTheMessageOfAnItemOn();
-    void anEmptyListThatIsSetPassesTheCheckButIsNoData();
-    void dataNeedsAnItemAndBothTexts();
+    void messageOfAnItemPassesThroughCheck();
+    void emptyListThatIsSetPassesTheCheckButIsNotData();
+    void hasDataRequiresAnItemAndBothTexts();
     void theValueNeedNotBeAmongTheItems();
 
     void anEmptyListEqualsAnUnsetOne();
-    void theFlagOfTheLeftListIsNotConsulted();
+    void flagOfTheLeftListIsIgnored();
     void itemsAreComparedInOrder();
     void textsAreEqualWhenSetAndEqualOrBothUnset();
 };
 
-void ValueStringListTest::itHasItsNameAndIdentifier()
+void ValueStringListTest::objectHasNameAndIdentifierOfItsClass()
 {
     QCOMPARE(ValueStringList::GetStaticObjectName(), QStringLiteral("ValueStringList"));
     QCOMPARE(ValueStringList().GetObjectName(), QStringLiteral("ValueStringList"));
@@ -110,7 +110,7 @@ void ValueStringListTest::theModifiableListMarksItSetAndTheConstOneDoesNot()
     QCOMPARE(textsOf(object), texts({"Y"}));
 }
 
-void ValueStringListTest::settingTheListDoesNotLookAtTheItems()
+void ValueStringListTest::settingTheListDoesNotCheckTheItems()
 {
     ValueStringList object; // validating
     object.SetStringItem({StringItem()});
@@ -150,7 +150,7 @@ void ValueStringListTest::anAppendedItemIsACopyWithItsOwnFlagAndNoLogger()
     QVERIFY(!std::as_const(object).GetStringItem().at(0).GetLogger());
 }
 
-void ValueStringListTest::flagAndLoggerReachTheItems()
+void ValueStringListTest::flagAndLoggerPropagateToTheItems()
 {
     const auto logger = std::make_shared<Logger>();
     ValueStringList object = textList({"X", "Y"});
@@ -161,7 +161,7 @@ void ValueStringListTest::flagAndLoggerReachTheItems()
         QCOMPARE(text.GetLogger(), logger);
     }
     object.AppendStringItem(textItem("Z"));
-    object.Check(); // hands down to what has joined since
+    object.Check(); // propagates to items appended since
     QCOMPARE(std::as_const(object).GetStringItem().at(2).GetValidate(), false);
     QCOMPARE(std::as_const(object).GetStringItem().at(2).GetLogger(), logger);
 }
@@ -192,7 +192,7 @@ void ValueStringListTest::checkNamesTheFirstMissingMember()
     QCOMPARE(thrownBy([&] { withUnsetTexts().Check(); }), QLatin1String(missingItems));
 }
 
-void ValueStringListTest::checkPassesTheMessageOfAnItemOn()
+void ValueStringListTest::messageOfAnItemPassesThroughCheck()
 {
     ValueStringList object; // neither id nor value, which are checked after the items
     object.SetStringItem({textItem("X"), StringItem()});
@@ -201,7 +201,7 @@ void ValueStringListTest::checkPassesTheMessageOfAnItemOn()
                  QStringLiteral("OutOfRangeException: StringItem: Please set value properly."));
 }
 
-void ValueStringListTest::anEmptyListThatIsSetPassesTheCheckButIsNoData()
+void ValueStringListTest::emptyListThatIsSetPassesTheCheckButIsNotData()
 {
     auto object = sample<ValueStringList>("l", QStringLiteral("Z"));
     QCOMPARE(thrownBy([&] { object.Check(); }), QLatin1String(missingItems));
@@ -215,7 +215,7 @@ void ValueStringListTest::anEmptyListThatIsSetPassesTheCheckButIsNoData()
     QCOMPARE(hex(record), QString());
 }
 
-void ValueStringListTest::dataNeedsAnItemAndBothTexts()
+void ValueStringListTest::hasDataRequiresAnItemAndBothTexts()
 {
     ValueStringList object;
     object.SetStringItem({});
@@ -265,7 +265,7 @@ void ValueStringListTest::anEmptyListEqualsAnUnsetOne()
     QVERIFY(ValueStringList() == ValueStringList());
 }
 
-void ValueStringListTest::theFlagOfTheLeftListIsNotConsulted()
+void ValueStringListTest::flagOfTheLeftListIsIgnored()
 {
     QVERIFY(withUnsetTexts() == textList({"X"}));
     QVERIFY(textList({"X"}) != withUnsetTexts()); // here it is the right one's that says there is nothing

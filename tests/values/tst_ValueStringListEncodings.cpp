@@ -29,33 +29,33 @@ private Q_SLOTS:
     void aWholeListHasThisRecord();
     void aWholeListHasThisSnapshot();
     void littleEndianStreamsReverseNumbersAndCharacters();
-    void withoutValidationAnEmptyListIsWrittenAsItStands();
-    void itemsOfAListThatIsNotSetAreCountedButNotWritten();
+    void emptyListIsWrittenWithoutValidation();
+    void itemsOfAnUnsetListAreCountedButNotWritten();
     void anIncompleteListIsRefusedBeforeAnythingIsWritten();
     void anIncompleteItemIsRefusedWhileItIsWritten();
-    void withoutValidationAnIncompleteItemIsWritten();
+    void incompleteItemIsWrittenWithoutValidation();
 
-    void elementsReadTheSameAsAttributes();
+    void elementsAreReadLikeAttributes();
     void emptyElementsAreEmptyTexts();
     void unknownElementsAreSkippedWithTheirContent();
     void itemElementsJoinTheItemsPresent();
     void anItemElementWithoutValueIsRefusedWhileValidating();
-    void anItemElementTakesFlagAndLoggerOfTheList();
+    void itemReadFromAnElementInheritsFlagAndLogger();
 
     void recordsJoinTheItemsPresent();
     void recordsMayComeInAnyOrderAndUnknownOnesAreSkipped();
     void nullTextsInARecordComeBackEmpty();
     void aRecordOfNoItemsLeavesTheListUnset();
     void anItemRecordWithoutValueIsRefusedWhileValidating();
-    void anItemRecordTakesFlagAndLoggerOfTheList();
-    void anItemWhoseLengthsDoNotAddUpFailsItself();
-    void itemsThatAreNotThereAreALengthErrorOfTheList();
-    void lengthsMustAddUp();
+    void itemReadFromARecordInheritsFlagAndLogger();
+    void itemWithWrongLengthThrowsItsOwnLengthError();
+    void missingItemsThrowALengthErrorOfTheList();
+    void wrongLengthThrowsLengthError();
 
     void snapshotsJoinTheItemsPresent();
     void itemsOfASnapshotAreReadOnlyWhenTheListIsSet();
     void anItemWithoutValueInASnapshotIsRefusedWhileValidating();
-    void anItemThatIsCutOffIsNotAppended();
+    void truncatedItemIsNotAppended();
     void aSnapshotStoresTheTextsWithoutTheSetters();
     void manySmallRecordsMakeTheListGrowInLeaps();
 };
@@ -105,7 +105,7 @@ void ValueStringListEncodingsTest::littleEndianStreamsReverseNumbersAndCharacter
                 littleEndian);
 }
 
-void ValueStringListEncodingsTest::withoutValidationAnEmptyListIsWrittenAsItStands()
+void ValueStringListEncodingsTest::emptyListIsWrittenWithoutValidation()
 {
     auto object = withoutValidation<ValueStringList>();
     const char record[] = "00 00 00 24" // 36 bytes
@@ -121,7 +121,7 @@ void ValueStringListEncodingsTest::withoutValidationAnEmptyListIsWrittenAsItStan
     QCOMPARE(hex(snapshotOf(object)), hex("01 00 00 00 00 FF FF FF FF FF FF FF FF"));
 }
 
-void ValueStringListEncodingsTest::itemsOfAListThatIsNotSetAreCountedButNotWritten()
+void ValueStringListEncodingsTest::itemsOfAnUnsetListAreCountedButNotWritten()
 {
     ValueStringList object = withUnsetTexts();
     object.SetValidate(false);
@@ -166,7 +166,7 @@ void ValueStringListEncodingsTest::anIncompleteItemIsRefusedWhileItIsWritten()
     QCOMPARE(xml, QStringLiteral("<ValueStringList id=\"l\" value=\"Z\"><StringItem value=\"X\"/>")); // stays
 }
 
-void ValueStringListEncodingsTest::withoutValidationAnIncompleteItemIsWritten()
+void ValueStringListEncodingsTest::incompleteItemIsWrittenWithoutValidation()
 {
     auto object = withoutValidation<ValueStringList>();
     object.AppendStringItem(StringItem());
@@ -181,7 +181,7 @@ void ValueStringListEncodingsTest::withoutValidationAnIncompleteItemIsWritten()
     QCOMPARE(hex(snapshotOf(object)), hex("01 00 00 00 01 00 FF FF FF FF FF FF FF FF FF FF FF FF"));
 }
 
-void ValueStringListEncodingsTest::elementsReadTheSameAsAttributes()
+void ValueStringListEncodingsTest::elementsAreReadLikeAttributes()
 {
     ValueStringList object;
     readXml(object,
@@ -231,7 +231,7 @@ void ValueStringListEncodingsTest::anItemElementWithoutValueIsRefusedWhileValida
     QCOMPARE(textsOf(lenient), (QStringList{QStringLiteral("X"), QString(), QStringLiteral("Y")}));
 }
 
-void ValueStringListEncodingsTest::anItemElementTakesFlagAndLoggerOfTheList()
+void ValueStringListEncodingsTest::itemReadFromAnElementInheritsFlagAndLogger()
 {
     const auto logger = std::make_shared<Logger>();
     auto object = withoutValidation<ValueStringList>();
@@ -304,7 +304,7 @@ void ValueStringListEncodingsTest::anItemRecordWithoutValueIsRefusedWhileValidat
     QCOMPARE(std::as_const(lenient).GetStringItem().size(), 2);
 }
 
-void ValueStringListEncodingsTest::anItemRecordTakesFlagAndLoggerOfTheList()
+void ValueStringListEncodingsTest::itemReadFromARecordInheritsFlagAndLogger()
 {
     const auto logger = std::make_shared<Logger>();
     auto object = withoutValidation<ValueStringList>();
@@ -313,7 +313,7 @@ void ValueStringListEncodingsTest::anItemRecordTakesFlagAndLoggerOfTheList()
     verifyOneLenientItem(object, logger);
 }
 
-void ValueStringListEncodingsTest::anItemWhoseLengthsDoNotAddUpFailsItself()
+void ValueStringListEncodingsTest::itemWithWrongLengthThrowsItsOwnLengthError()
 {
     ValueStringList object;
     QCOMPARE(thrownBy([&] {
@@ -326,7 +326,7 @@ void ValueStringListEncodingsTest::anItemWhoseLengthsDoNotAddUpFailsItself()
     QVERIFY(std::as_const(object).GetStringItem().isEmpty());
 }
 
-void ValueStringListEncodingsTest::itemsThatAreNotThereAreALengthErrorOfTheList()
+void ValueStringListEncodingsTest::missingItemsThrowALengthErrorOfTheList()
 {
     for (const char *record : {"00 00 00 0C 29 40 EB DD 00 00 00 04 00 00 00 01", // counted, and nothing else
                                "00 00 00 0C 29 40 EB DD 00 00 00 04 7F FF FF FF",
@@ -341,7 +341,7 @@ void ValueStringListEncodingsTest::itemsThatAreNotThereAreALengthErrorOfTheList(
     }
 }
 
-void ValueStringListEncodingsTest::lengthsMustAddUp()
+void ValueStringListEncodingsTest::wrongLengthThrowsLengthError()
 {
     ValueStringList object;
     QCOMPARE(thrownBy([&] { readRecord(object, bytes("00 00 00 0E CE FF 51 BA 00 00 00 05 00 00 00 01 5A")); }),
@@ -382,7 +382,7 @@ void ValueStringListEncodingsTest::anItemWithoutValueInASnapshotIsRefusedWhileVa
     QCOMPARE(lenient.Getvalue(), QStringLiteral("Z"));
 }
 
-void ValueStringListEncodingsTest::anItemThatIsCutOffIsNotAppended()
+void ValueStringListEncodingsTest::truncatedItemIsNotAppended()
 {
     for (const char *snapshot : {"07 00 00 00 02 01 00 00 00 02 00 58", // before the second item
                                  "07 00 00 00 02 01 00 00 00 02 00 58 01 00 00 00 02 00", // and within it
@@ -415,7 +415,7 @@ void ValueStringListEncodingsTest::manySmallRecordsMakeTheListGrowInLeaps()
         leaps += std::as_const(object).GetStringItem().capacity() != before;
     }
     QCOMPARE(object.GetStringItem().size(), 1000);
-    QVERIFY2(leaps < 50, qPrintable(QString::number(leaps))); // each leap copies what is there
+    QVERIFY2(leaps < 50, qPrintable(QString::number(leaps))); // each leap copies all items
 }
 
 TEST_SUITE(ValueStringListEncodingsTest)
