@@ -20,7 +20,7 @@ namespace {
 // The requested size is stored at the very end of a block, so that beginning and alignment of blocks are as usual.
 constexpr std::size_t note = sizeof(std::size_t);
 
-// Constants at the start: the loader allocates before anything is initialized.
+// Initialized as constants: the loader allocates before anything else is initialized.
 bool isCounting = false;
 Bench::CountingHeap::Counts counts;
 

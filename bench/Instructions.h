@@ -5,8 +5,8 @@
 
 namespace Bench {
 
-/// Runs each operation once under callgrind's eyes, after a run that has warmed everything up. Every operation leaves
-/// a file of callgrind's whose description reads "Trigger: Client Request: OPERATION/SHAPE/NODES".
+/// Runs each operation once under callgrind, after a warm-up run. For every operation, callgrind writes a file with the
+/// description "Trigger: Client Request: OPERATION/SHAPE/NODES".
 void countInstructions(const std::vector<Operation> &operations, Sample &sample);
 
 } // namespace Bench

@@ -13,7 +13,7 @@ void Bench::countMemory(const std::vector<Operation> &operations, const Sample &
     for (const Operation &operation : operations) {
         if (!operation.keep)
             continue;
-        operation.keep(sample); // once before, so that nothing is counted that stays from the first use of anything
+        operation.keep(sample); // once before, so that one-time allocations are not counted
         CountingHeap::start();
         std::shared_ptr<void> kept = operation.keep(sample);
         const CountingHeap::Counts counts = CountingHeap::stop();

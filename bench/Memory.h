@@ -5,8 +5,8 @@
 
 namespace Bench {
 
-/// Prints a line of JSON for each reader: what it leaves on the heap, and what it takes meanwhile. Only in the program
-/// that is built with CountingHeap.cpp; the others have nothing to count with, and throw.
+/// Prints a line of JSON for each reader: the heap use of its result, and its peak. Throws in programs that are built
+/// without CountingHeap.cpp, which cannot count.
 void countMemory(const std::vector<Operation> &operations, const Sample &sample);
 
 } // namespace Bench

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// In the place of CountingHeap.cpp in programs whose heap is left alone.
+// Replaces CountingHeap.cpp in programs that do not count.
 #include "CountingHeap.h"
 
 namespace Bench::CountingHeap {

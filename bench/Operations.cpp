@@ -15,7 +15,7 @@ using JobXml::TunerProperties;
 namespace Bench {
 namespace {
 
-// What the library's operations are measured against; defined in References.cpp.
+// The references for the library's operations; defined in References.cpp.
 constexpr auto tokenWalk = "token walk";
 constexpr auto tokenWriter = "token writer";
 constexpr auto tokenWriterFormatted = "token writer, formatted";
@@ -98,7 +98,7 @@ QByteArray writeSnapshot(const TunerProperties &document)
     return snapshot;
 }
 
-/// An operation that is neither reader nor writer, and what has to hold after it.
+/// An operation that is neither reader nor writer, and its postcondition.
 Operation other(const char *name, const char *reference, std::function<Run(Sample &)> prepare,
                 const std::function<bool(Sample &)> &holds)
 {

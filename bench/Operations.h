@@ -24,13 +24,13 @@ struct Operation
     std::string reference; ///< the name of the operation that it is measured against; empty for references
 
     std::function<Run(Sample &)> prepare;
-    /// Does it once and compares what came out with what should have; null if that is the same, else what differs.
+    /// Runs it once and compares the result with the expected one; null if they are the same, else the difference.
     std::function<QString(Sample &)> verify;
-    /// Of readers: reads once and returns what was read, to be looked at on the heap.
+    /// For readers: reads once and returns the result, so that its heap use can be measured.
     std::function<std::shared_ptr<void>(const Sample &)> keep = {};
 
     bool isTimed = true;
-    bool hasInstructions = true; ///< not if it mostly waits for something outside
+    bool hasInstructions = true; ///< false if it mostly waits for the system
 };
 
 /// All of them: the library's, the references, the peers that were found.
@@ -62,7 +62,7 @@ Operation reader(const char *name, const char *reference, Read read, Differs dif
     return operation;
 }
 
-/// A writer: `write` makes a text or bytes of a sample, which have to be the same as `expected` of it.
+/// A writer: `write` returns a text or bytes for a sample, which have to equal `expected` of it.
 template <class Write, class Expected>
 Operation writer(const char *name, const char *reference, Write write, Expected expected)
 {

@@ -24,7 +24,8 @@ Operation tokenWalk()
     operation.name = "token walk";
     operation.prepare = [](Sample &sample) { return Run{[&sample] { walkTokens(sample.xml); }}; };
     operation.verify = [](Sample &sample) {
-        // Besides attributes and blanks, and the tokens that frame the document, both have to have met the same.
+        // Except for attributes and blanks, and the tokens that frame the document, both must have seen the same
+        // tokens.
         const auto isToken = [](const Token &token) { return token.type != Token::Type::Attribute; };
         const auto least = std::count_if(sample.tokens.begin(), sample.tokens.end(), isToken);
         return walkTokens(sample.xml) > least ? QString() : QStringLiteral("tokens are missing");

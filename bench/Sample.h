@@ -14,7 +14,7 @@
 
 namespace Bench {
 
-/// A document of the corpus in all the forms that operations begin with.
+/// A document of the corpus in all forms that operations need.
 struct Sample
 {
     Sample(Shape shape, int nodes);
@@ -42,13 +42,13 @@ struct Summary
     int values = 0;
     quint64 checksum = 14695981039346656037U; ///< of the ids of nodes and values, in order
 
-    /// Takes the id of a node or value, in UTF-8.
+    /// Adds the id of a node or value, in UTF-8.
     void add(const char *id, std::size_t size);
     void add(const QString &id);
     QString text() const;
 };
 
-/// What differs between a document and what a peer has read of it; null if nothing does.
+/// The difference between a document and the result of a peer that has read it; null if there is none.
 QString difference(const Sample &sample, const Summary &read);
 
 } // namespace Bench

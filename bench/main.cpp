@@ -7,7 +7,7 @@
 //                                                                               counts instructions, by callgrind
 //   tunerproperties_bench_memory --memory N                                     counts what is on the heap
 //
-// Nothing is measured before writers have been seen to write, and readers to read, what they should.
+// Before anything is measured, the results of writers and readers are verified.
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
@@ -98,7 +98,7 @@ std::vector<int> sizesOf(const QByteArray &text)
     return sizes;
 }
 
-/// The value of an option, which is taken out of the arguments; null if it is not there.
+/// The value of an option, which is removed from the arguments; null if there is none.
 QByteArray takeOption(std::string_view name, int &argc, char *argv[])
 {
     for (int i = 1; i + 1 < argc; ++i) {

@@ -7,7 +7,7 @@
 
 namespace Fuzz {
 
-/// What a target does with an object of whatever class the input has chosen.
+/// The operations of a target on an object of the class that the input has chosen.
 struct Class
 {
     using Pointer = std::unique_ptr<JobXml::DataObject>;

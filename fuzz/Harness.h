@@ -23,11 +23,11 @@ struct Input
     QByteArray bytes; ///< after the first byte
 };
 
-/// Ends the program, and with it the run, unless `holds`: what a target asserts beyond what the sanitizers see.
+/// Ends the program, and thus the run, unless `holds` is true: asserts more than the sanitizers detect.
 void require(bool holds, const char *what);
 
-/// Calls the function and returns whether it came back. The exceptions that the library documents are a refusal, and
-/// are expected; any other is a finding.
+/// Calls the function and returns whether it has returned normally. Documented exceptions of the library are refusals,
+/// which are expected; any other exception is a finding.
 template <class Function>
 bool comesBack(Function &&function)
 {
@@ -39,7 +39,7 @@ bool comesBack(Function &&function)
     }
 }
 
-/// The memory that hostile data may cost their reader: 64 MiB and 200 bytes for each of theirs.
+/// The limit for the memory of a reader of hostile data: 64 MiB and 200 bytes for each byte of the data.
 constexpr qint64 memoryFor(qint64 inputSize)
 {
     return (qint64(64) << 20) + 200 * inputSize;
@@ -62,7 +62,7 @@ template <class Function>
 qint64 heapPeakOf(Function &&function)
 {
     HeapPeak::start();
-    function(); // lets nothing out: see comesBack()
+    function(); // throws nothing: see comesBack()
     return HeapPeak::stop();
 }
 

@@ -20,7 +20,7 @@ using Random = std::minstd_rand;
 
 constexpr std::size_t WordSize = 4;
 
-// Every tag of the model, so that members turn up where the corpus has none yet.
+// Every tag of the model, so that members occur where the corpus has none yet.
 constexpr std::uint32_t tags[] = {
 #include "Tags.inc"
 };
@@ -94,7 +94,7 @@ RecordNode newMember(Random &random)
         member.payload += 'x';
         break;
     default:
-        break; // an empty object, or an incomplete anything
+        break; // an empty object, or an incomplete member
     }
     return member;
 }
@@ -166,7 +166,8 @@ std::size_t put(const std::string &head, const RecordNode &root, std::uint8_t *o
     const std::string members = writeRecord(root);
     appendWord(bytes, std::uint32_t(members.size()) + root.lengthLie);
     bytes += members;
-    const std::size_t size = std::min(bytes.size(), maxSize); // cut off where there is no room: that is a mutation too
+    const std::size_t size =
+        std::min(bytes.size(), maxSize); // truncated if there is no space, which is also a mutation
     std::memcpy(out, bytes.data(), size);
     return size;
 }

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Mutators for libFuzzer that know the shape of records, and so get past their framing: they change tags, lengths,
-/// counts and payloads as units and correct the lengths around them, or sometimes make them wrong on purpose.
+/// Mutators for libFuzzer that know the form of records, and so pass their framing: they change tags, lengths, counts
+/// and payloads as units and correct the lengths around them, or sometimes make them wrong on purpose.
 namespace Fuzz {
 
 /// The words before the length and the members of a record.
@@ -30,7 +30,7 @@ std::size_t mutateRecord(std::uint8_t *data, std::size_t size, std::size_t maxSi
 std::size_t crossRecords(View first, View second, std::uint8_t *out, std::size_t maxSize, unsigned seed,
                          Framing framing);
 
-/// Mutates what a compressed representation holds, and compresses it again.
+/// Mutates the content of a compressed representation, and compresses it again.
 std::size_t mutateCompressed(std::uint8_t *data, std::size_t size, std::size_t maxSize, unsigned seed);
 
 } // namespace Fuzz

@@ -7,8 +7,8 @@
 
 namespace Fuzz {
 
-/// A record taken apart into what a mutator may change: tags, lengths, counts and payloads. What the bytes mean is
-/// guessed from their shape alone (lengths that fit exactly), so that the tree knows of no class.
+/// A record as a tree of the parts that a mutator may change: tags, lengths, counts and payloads. The meaning of the
+/// bytes is guessed only from their form (lengths that fit exactly), so the tree knows no classes.
 struct RecordNode
 {
     enum class Shape {

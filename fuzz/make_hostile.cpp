@@ -105,7 +105,7 @@ private:
 void addXmlDocuments(const Folder &folder, std::size_t size)
 {
     folder.addXml("attributes", Document, numbered("<TunerProperties Version=\"1.1\"", " a", "=\"\"", "/>", size));
-    // What must not hide them from the limit: a quote where there are no attributes.
+    // A quote outside of attributes must not hide them from the limit.
     for (const char *before : {"<!-- <a \" -->", "<?p <a ' ?>"})
         folder.addXml(before[1] == '!' ? "attributes-after-a-comment" : "attributes-after-an-instruction", Document,
                       numbered(std::string(before) + "<TunerProperties Version=\"1.1\"", " a", "=\"\"", "/>", size));

@@ -16,7 +16,7 @@ using namespace Fuzz;
 
 namespace {
 
-constexpr qint64 LargestSeed = 6000; // the fuzzer tries far more inputs when they are short
+constexpr qint64 LargestSeed = 6000; // the fuzzer tries far more inputs if they are short
 
 class Corpus
 {

@@ -71,7 +71,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/debian/
 string(CONCAT CPACK_COMPONENT_RUNTIME_DESCRIPTION
     "data model of a radio tuner in a measurement job - libraries\n"
     ${about_the_model}
-    "This package holds the libraries and the catalogues by which they show names\n"
+    "This package contains the libraries and the catalogs for names\n"
     "in German and English.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -79,7 +79,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same_version}, qtbase5-dev (>= 5
 string(CONCAT CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "data model of a radio tuner in a measurement job - development files\n"
     ${about_the_model}
-    "This package holds what it takes to build programs with the libraries, by\n"
+    "This package contains the files to build programs with the libraries, by\n"
     "CMake or pkg-config, the XML Schema of the documents, and examples.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
@@ -87,7 +87,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${same_version}")
 string(CONCAT CPACK_COMPONENT_TOOLS_DESCRIPTION
     "data model of a radio tuner in a measurement job - command-line tool\n"
     ${about_the_model}
-    "This package holds the program tunerproperties, which shows such descriptions,\n"
-    "checks, compares, changes and converts them.")
+    "This package contains the program tunerproperties, which shows, checks,\n"
+    "compares, changes and converts such descriptions.")
 
 include(CPack)

@@ -14,7 +14,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 build_packages=(
     g++ cmake ninja-build
     qtbase5-dev        # Qt Core, and Qt Test for the tests
-    qttools5-dev-tools # lrelease, the compiler of the translation catalogues
+    qttools5-dev-tools # lrelease, the compiler of the translation catalogs
     zlib1g-dev         # the compressed form
     nlohmann-json3-dev # JSON, for the tool
     libxml2-utils      # xmllint, for the tests: checks documents against the schema

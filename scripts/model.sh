@@ -2,11 +2,20 @@
 #
 # model.sh [--check] makes every committed file, or part of one, that follows from the tables of the classes:
 # share/model.json, the elements and types of the schema, the tables of docs/formats.md, what the fuzzer knows of the
-# model, and others. With --check it only tells which of them are not up to date.
+# model, and others. With --check it only reports which of them are not up to date.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 build=${MODEL_BUILD:-build/dev}
 [[ -f $build/CMakeCache.txt ]] || quietly "$build/configure.log" cmake --preset dev -B "$build"
 quietly "$build/model.log" cmake --build "$build" --target tunerproperties_model
-python3 -B scripts/model "$@" "$build/src/model/tunerproperties_model"
+status=0
+python3 -B scripts/model "$@" "$build/src/model/tunerproperties_model" || status=$?
+
+# What the library exports follows from the model in part; the rest is recorded by hand.
+if [[ ${1:-} != --check && $(sed -n 's/^CMAKE_CXX_FLAGS:STRING=//p' "$build/CMakeCache.txt") != *-fsanitize* ]]; then
+    quietly "$build/model.log" cmake --build "$build" --target TunerProperties
+    python3 -B tests/package/exports.py "$build/lib/libTunerProperties.so" tests/package/exports/TunerProperties.txt \
+        --record-model share/model.json
+fi
+exit "$status"

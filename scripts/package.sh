@@ -95,7 +95,7 @@ try_tool() {
     xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties.xsd" "$out/receiver.xml"
 }
 
-# A program built with the unpacked development package shows names in German as long as the catalogues exist.
+# A program built with the unpacked development package shows names in German as long as the catalogs exist.
 try_building() {
     local program=$out/program/shown_names translations=$root/usr/share/tunerproperties-1/translations
     quietly $out/program.log cmake -S tests/package/shown_names -B $out/program -G Ninja --fresh \
@@ -106,7 +106,7 @@ try_building() {
     mv "$translations" "$translations.away"
     run_unpacked "$program" >"$out/names.txt"
     printf '%s\n' MCP SCP FFP Receiver DirectionFinder | diff - "$out/names.txt" \
-        || die "the program uses other catalogues than the unpacked ones"
+        || die "the program uses other catalogs than the unpacked ones"
     mv "$translations.away" "$translations"
 }
 

@@ -19,11 +19,28 @@ from typing import NamedTuple
 # Paths that are not checked yet. One that needs no exemption is an error.
 EXEMPT: tuple[str, ...] = (
     "docs/ARCHITECTURE.md",
-    "docs/pages/messages.md",
     "docs/pages/tool-messages.md",
-    "include/",
-    "src/",
-    "tests/",
+    "include/jobxml/DataObject.h",
+    "include/jobxml/ValueItem.h",
+    "include/reportbase/Environment.h",
+    "include/reportbase/IRGObject.h",
+    "src/framework/",
+    "src/module/",
+    "src/reportbase/IRGObject.cpp",
+    "src/tuner/",
+    "src/values/",
+    "tests/AddTest.cmake",
+    "tests/compile_failures/CMakeLists.txt",
+    "tests/damage/",
+    "tests/documentation/check_tool_messages.py",
+    "tests/every_class/",
+    "tests/faults/",
+    "tests/framework/",
+    "tests/interop/",
+    "tests/module/",
+    "tests/tools/",
+    "tests/tuner/",
+    "tests/values/",
     "tools/",
 )
 
@@ -154,7 +171,11 @@ def listed_files() -> list[str]:
 
 
 def content_of(path: str) -> str:
-    return Path(path).read_text(encoding="utf-8")
+    """The text of a file; empty if it is not UTF-8, and so not a text."""
+    try:
+        return Path(path).read_text(encoding="utf-8")
+    except UnicodeDecodeError:
+        return ""
 
 
 def outdated(contents: dict[str, str]) -> Iterator[str]:

@@ -3,7 +3,7 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// Documents and parts of documents for tests that need some, whole and valid.
+/// Complete and valid documents and parts of documents for tests.
 
 inline JobXml::ValueInt anInt(int value = 1)
 {
@@ -48,7 +48,7 @@ inline JobXml::BandwidthSelection aBandwidth(double bandwidth = 1500000)
     return selection;
 }
 
-/// A document with a little of everything below it.
+/// A document with a start-up mode, a bandwidth and a component.
 inline JobXml::TunerProperties aDocument(int nodes = 2)
 {
     JobXml::TunerProperties document;

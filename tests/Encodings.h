@@ -21,7 +21,7 @@ inline QByteArray bytes(const char *hexText)
     return QByteArray::fromHex(QByteArray(hexText));
 }
 
-/// The bytes of several hex texts, one behind the other.
+/// The bytes of several hex texts, one after the other.
 template <class... HexTexts>
 QByteArray joined(const HexTexts *...hexTexts)
 {
@@ -34,7 +34,7 @@ inline QString hex(const char *hexText)
     return hex(bytes(hexText));
 }
 
-/// What a stream is set to before it is used; the stock settings unless one of these is asked for.
+/// The settings of a stream; the stock ones by default.
 using StreamSettings = void (*)(QDataStream &stream);
 
 inline void stockSettings(QDataStream &) { }
@@ -59,7 +59,7 @@ QString xmlOf(const Object &object)
     return xml;
 }
 
-/// Reads the object from an element, on whose start a reader stands, as a parent would.
+/// Reads the object from an element, at whose start a reader is, as a parent would.
 template <class Object>
 void readXml(Object &object, const QString &xml)
 {
@@ -80,7 +80,7 @@ QByteArray recordOf(const Object &object, StreamSettings settings = stockSetting
     return record;
 }
 
-/// Reads the object from a record without leading word, the whole of it unless the length word says otherwise.
+/// Reads the object from a record without leading word, the whole of it unless the length word is different.
 template <class Object>
 void readRecord(Object &object, const QByteArray &record, StreamSettings settings = stockSettings)
 {

@@ -5,8 +5,8 @@
 
 #include <reportbase/ReportException.h>
 
-/// What a call threw, as "Type: message"; a null string if it threw nothing. Comparing it with one literal checks the
-/// exception's type and its whole message at once.
+/// The exception of a call, as "Type: message"; a null string if it threw nothing. Comparing it with one literal checks
+/// the exception's type and its whole message at once.
 template <typename Call>
 QString thrownBy(Call &&call)
 {

@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #ifdef HEAP_OF_A_SANITIZER
-// As in <sanitizer/allocator_interface.h>, which GCC does not bring.
+// As in <sanitizer/allocator_interface.h>, which GCC does not provide.
 extern "C" {
 std::size_t __sanitizer_get_allocated_size(const volatile void *memory); // NOLINT
 int __sanitizer_install_malloc_and_free_hooks(void (*onAllocation)(const volatile void *, std::size_t), // NOLINT
@@ -66,7 +66,7 @@ void *allocated(void *memory)
 
 } // namespace
 
-// What the C library's own definitions are called beside their public names.
+// The names of the C library's own definitions besides their public ones.
 extern "C" void *__libc_malloc(std::size_t size); // NOLINT
 extern "C" void *__libc_calloc(std::size_t number, std::size_t size); // NOLINT
 extern "C" void *__libc_realloc(void *memory, std::size_t size); // NOLINT

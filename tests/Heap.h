@@ -12,30 +12,30 @@
 #endif
 
 /// Every heap allocation of a test program, Qt's and the libraries' included. Heap.cpp, which the program has to be
-/// built with, defines `malloc` and its relatives: the program's own definitions take the place of all others.
-/// `operator new` is watched as well, since the one of the C++ library allocates by `malloc`.
+/// built with, defines `malloc` and its relatives: the program's own definitions replace all others. `operator new` is
+/// also watched, since the one of the C++ library allocates by `malloc`.
 namespace Heap {
 
 #ifdef HEAP_OF_A_SANITIZER
-constexpr bool isWatched = false; // it brings an allocator of its own
+constexpr bool isWatched = false; // it has an allocator of its own
 #else
 constexpr bool isWatched = true;
 #endif
 
-/// Sees what happens on the heap. Must not allocate while it does.
+/// Receives the events of the heap, and must not allocate meanwhile.
 class Watcher
 {
 public:
-    /// Asked before each allocation, and before each change of an allocation's size: false makes it fail, as it would
-    /// if there was no memory left.
+    /// Called before each allocation, and before each change of an allocation's size: false makes it fail, as if there
+    /// were no memory left.
     virtual bool mayAllocate(std::size_t size) = 0;
 
-    /// A block has come into being, or has gone. Changing a size is neither.
+    /// A block was allocated or freed. Changing a size is neither.
     virtual void allocated() { }
     virtual void freed() { }
 
-    /// So many bytes have been taken, or given back. Changing a size is both: the block as it is now, then as it was,
-    /// as if they stood side by side for a moment. A sanitizer's allocator tells this, and nothing else.
+    /// A number of bytes was allocated or freed. Changing a size is both: first the new size, then the old one, as if
+    /// both blocks existed for a moment. A sanitizer's allocator only reports these events.
     virtual void taken(std::size_t) { }
     virtual void given(std::size_t) { }
 
@@ -43,7 +43,7 @@ protected:
     ~Watcher() = default;
 };
 
-/// From now on tells this watcher of all threads' allocations; null ends it.
+/// Reports all threads' allocations to this watcher from now on; null ends this.
 void watch(Watcher *watcher);
 
 } // namespace Heap

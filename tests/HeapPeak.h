@@ -5,11 +5,11 @@
 
 #include "Heap.h"
 
-/// How much heap was in use at most while this object was there, beyond what was in use before. One at a time.
+/// The peak of the heap use during the lifetime of this object, beyond the use before. Only one may exist at a time.
 class HeapPeak final : Heap::Watcher
 {
 public:
-    /// What reading damaged data may take at most, whatever they announce.
+    /// The limit for reading damaged data, whatever lengths they declare.
     static constexpr long long bound(long long inputBytes) { return (64LL << 20) + 200 * inputBytes; }
 
     HeapPeak() { Heap::watch(this); }
@@ -19,7 +19,7 @@ public:
 
     long long bytes() const { return m_most.load(std::memory_order_relaxed); }
 
-    /// What is in use now beyond that; less than nothing if more was given back.
+    /// The present use beyond that; negative if more was freed.
     long long inUse() const { return m_inUse.load(std::memory_order_relaxed); }
 
 private:

@@ -3,6 +3,6 @@
 
 #include <QTest>
 
-/// Leaves out what this machine or user does not allow. QSKIP takes further arguments, which it ignores, but clang
-/// warns of a call without any.
+/// Skips a test that this machine or user does not allow. QSKIP accepts further arguments, which it ignores, but clang
+/// warns about a call without any.
 #define SKIP(reason) QSKIP(reason, )

@@ -6,15 +6,14 @@
 
 #include <QBuffer>
 
-/// A buffer in everything but its exact type. Since it might have its own way with its bytes, it has to be asked for
-/// each of them.
+/// A buffer except for its exact type. Since it could change its bytes, each of them has to be read from it.
 class OtherBuffer : public QBuffer
 {
 public:
     using QBuffer::QBuffer;
 };
 
-/// A buffer that has its own way: it hands out each byte with all bits the other way round.
+/// A buffer that changes its bytes: it returns each one with all bits inverted.
 class InvertingBuffer : public QBuffer
 {
 protected:
@@ -32,8 +31,8 @@ class SlowPipe : public QIODevice
 {
 public:
     enum Reads {
-        Complete, ///< a read waits for all that it asked for
-        Short ///< a read gives what has arrived
+        Complete, ///< a read waits for all requested bytes
+        Short ///< a read returns what has arrived
     };
 
     explicit SlowPipe(const QByteArray &content, Reads reads = Complete) : m_content(content), m_reads(reads)

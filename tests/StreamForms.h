@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVector>
 
-/// Everything that a stream can be told about its bytes.
+/// All settings of a stream that concern its bytes.
 struct StreamForm
 {
     int version;

@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-/// Where threads wait for one another, as often as they like, so that what follows begins in all of them together.
+/// A barrier at which threads wait for each other, any number of times, so that they continue at the same time.
 class Barrier
 {
 public:
@@ -33,7 +33,7 @@ private:
     int m_round = 0;
 };
 
-/// Calls each of the functions in a thread of its own, all of them beginning together, and waits for their end.
+/// Calls each of the functions in a thread of its own, starting all at the same time, and waits for their end.
 template <class... Functions>
 void atOnce(Functions &&...functions)
 {

@@ -3,7 +3,7 @@
 
 #include <jobxml/Visit.h>
 
-/// Ways through an object and everything below it that counts: of a choice, only the alternative that is chosen.
+/// Walks through an object and everything below it that counts: of a choice, only the chosen alternative.
 namespace WholeTree {
 
 /// Calls a function for each child object in a member that counts, and with its index in the list, or -1.
@@ -27,12 +27,12 @@ void visit(const JobXml::DataObject &root, Function &&function)
     });
 }
 
-/// How many objects of the tree are as asked.
-template <class Asked>
-int count(const JobXml::DataObject &root, Asked &&asked)
+/// The number of objects of the tree for which `matches` returns true.
+template <class Matches>
+int count(const JobXml::DataObject &root, Matches &&matches)
 {
     int found = 0;
-    WholeTree::visit(root, [&](const JobXml::DataObject &object) { found += asked(object) ? 1 : 0; });
+    WholeTree::visit(root, [&](const JobXml::DataObject &object) { found += matches(object) ? 1 : 0; });
     return found;
 }
 

@@ -20,8 +20,8 @@
 
 namespace {
 
-/// The texts in memory. They go to the folder when the program ends and not before, so that tests which make writing
-/// to files fail, or count it, do not come across this.
+/// The texts in memory. They are only written to the folder when the program ends, so that this does not affect tests
+/// that count file operations or make them fail.
 class Kept
 {
 public:
@@ -72,7 +72,7 @@ private:
 
 Kept kept;
 
-/// The library's own function, which the one below takes the place of.
+/// The library's own function, which the one below replaces.
 void getXmlOfTheLibrary(const JobXml::DataObject &object, QXmlStreamWriter &writer)
 {
     using GetXml = void (*)(const JobXml::DataObject *, QXmlStreamWriter &);
@@ -83,8 +83,8 @@ void getXmlOfTheLibrary(const JobXml::DataObject &object, QXmlStreamWriter &writ
     getXml(&object, writer);
 }
 
-/// Whether it is of one of the model's classes and named like it. The classes that tests derive from them may rename
-/// their elements or leave out the check, and no schema is to know what they write.
+/// Whether it is of one of the model's classes and named like it. Derived classes of tests may rename their elements or
+/// omit the check, and no schema describes their documents.
 bool isOfTheModel(const JobXml::DataObject &object)
 {
     int status = 0;
@@ -100,8 +100,8 @@ void WrittenXml::keep(const QString &className, const QByteArray &utf8)
     kept.add(className, utf8);
 }
 
-// In the test programs these definitions take the place of the library's own, so that every XML text comes by here,
-// whether a test asks for an element, a whole document or a file.
+// In the test programs these definitions replace the library's own, so that every XML text passes here, for an element,
+// a whole document or a file.
 
 bool JobXml::DataObject::composeXml(QByteArray &utf8) const
 {
@@ -127,6 +127,6 @@ void JobXml::DataObject::GetXml(QXmlStreamWriter &writer) const
     again.setAutoFormatting(writer.autoFormatting());
     again.setAutoFormattingIndent(writer.autoFormattingIndent());
     getXmlOfTheLibrary(*this, again);
-    if (!again.hasError()) // otherwise a character got lost that XML cannot carry, and the text is refused anyway
+    if (!again.hasError()) // otherwise a character was lost that XML cannot carry, and the text is refused anyway
         WrittenXml::keep(GetObjectName(), xml.toUtf8());
 }

@@ -1,5 +1,5 @@
 # tp_compile_catalogues(target folder name.ts...)
-# A target that compiles each catalogue to folder/name.qm; part of the default build.
+# A target that compiles each catalog to folder/name.qm; part of the default build.
 function(tp_compile_catalogues target folder)
     set(compiled)
     foreach(source IN LISTS ARGN)
@@ -10,7 +10,7 @@ function(tp_compile_catalogues target folder)
             COMMAND ${CMAKE_COMMAND} -E make_directory ${folder}
             COMMAND ${TUNERPROPERTIES_LRELEASE} -silent ${source} -qm ${folder}/${name}.qm
             DEPENDS ${source}
-            COMMENT "Compiling catalogue ${name}.qm"
+            COMMENT "Compiling catalog ${name}.qm"
             VERBATIM)
         list(APPEND compiled ${folder}/${name}.qm)
     endforeach()

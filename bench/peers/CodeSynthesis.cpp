@@ -15,7 +15,7 @@ namespace {
 
 using Tree = std::unique_ptr<Peer::TunerPropertiesType>;
 
-/// Once for the program; otherwise each call would do it.
+/// Once for the program, instead of in each call.
 struct Platform
 {
     Platform() { xercesc::XMLPlatformUtils::Initialize(); }

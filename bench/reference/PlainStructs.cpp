@@ -116,7 +116,7 @@ bool equalLists(const QVector<Struct> &left, const QVector<Struct> &right)
     return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());
 }
 
-// Equality of tuples of references says what belongs to a struct once.
+// Tuples of references list the members of a struct once.
 auto fields(const PlainItem &item)
 {
     return std::tie(item.text, item.number);

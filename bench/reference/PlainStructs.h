@@ -10,7 +10,7 @@ namespace JobXml {
 class TunerProperties;
 }
 
-/// A tuner description as somebody would write it down who needs nothing but the data: what the references work on.
+/// A tuner description as plain data, on which the references work.
 namespace Bench {
 
 enum class Kind : qint8 {

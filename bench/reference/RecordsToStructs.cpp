@@ -34,7 +34,7 @@ private:
         return length;
     }
 
-    /// Hands each record of the next `length` bytes to a function; what that does not know is skipped.
+    /// Passes each record of the next `length` bytes to a function; unknown ones are skipped.
     template <class Read>
     void records(qint32 length, const Read &read)
     {

@@ -5,8 +5,8 @@
 
 namespace Bench {
 
-/// Reads all tokens of a document by Qt's stream reader and keeps nothing: what XML costs before there is a model.
-/// Returns the number of tokens.
+/// Reads all tokens of a document with Qt's stream reader and stores nothing: what XML costs without a model. Returns
+/// the number of tokens.
 int walkTokens(const QByteArray &xml);
 
 } // namespace Bench

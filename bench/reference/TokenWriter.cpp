@@ -63,7 +63,7 @@ QString writeTokens(const QVector<Token> &tokens)
 
 QString writeTokensFormatted(const QVector<Token> &tokens)
 {
-    // As text there is no encoding that the stream writer could declare.
+    // A text has no encoding that the stream writer could declare.
     QString xml = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
     QXmlStreamWriter writer(&xml);
     writer.setAutoFormatting(true);

@@ -23,8 +23,7 @@ struct Token
 /// The tokens of a document, blanks between elements left out.
 QVector<Token> tokensOf(const QByteArray &xml);
 
-/// Writes ready-made tokens through Qt's stream writer: what XML costs without a model. No
-/// declaration in front, as GetXml() writes none.
+/// Writes ready-made tokens through Qt's stream writer: what XML costs without a model. No declaration, like GetXml().
 QString writeTokens(const QVector<Token> &tokens);
 
 /// The same with declaration and indentation by two blanks, as a whole document.

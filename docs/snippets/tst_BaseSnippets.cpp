@@ -132,13 +132,13 @@ void BaseSnippets::anEnvironmentIsShared()
 void BaseSnippets::aModuleIsRegistered()
 {
     const QTemporaryDir folder;
-    const QString catalogues = folder.path();
+    const QString catalogs = folder.path();
     //! [TranslationCenter]
     TranslationCenter &center = TranslationCenter::Instance();
-    center.AddSearchPath(catalogues); // of the application, before the default folders
+    center.AddSearchPath(catalogs); // of the application, before the default folders
     center.Register(QStringLiteral("TunerProperties")); // again, so that its catalog is also searched there
     //! [TranslationCenter]
-    QCOMPARE(center.SearchPaths().constFirst(), catalogues);
+    QCOMPARE(center.SearchPaths().constFirst(), catalogs);
     QCOMPARE(center.RegisteredModules(), QStringList{QStringLiteral("TunerProperties")});
 }
 

@@ -301,7 +301,7 @@ void CookbookSocket::compressedDocumentThatExpandsTooFarIsRefused()
     connection.line.arrive(bomb);
     QCOMPARE(connection.failures,
              QStringList{QStringLiteral("binary data: %1 compressed bytes declare 4194305 bytes, but no more than "
-                                        "4194304 are taken")
+                                        "4194304 are accepted")
                              .arg(payload.size())});
     QVERIFY(!connection.line.isOpen());
 }

@@ -24,7 +24,7 @@ const QByteArray document =
     R"(<TunerProperties Version="1.1" type="SCP" baseresource="b"><Component type="t" name="c" optional="true"><Node id="n">)"
     R"(<ValueItem><ValueInt id="i" value="3"/></ValueItem></Node></Component></TunerProperties>)";
 
-/// A folder of this run's own, two levels below another one: without a slash no argument leads out of the two.
+/// A folder of this run's own, two levels below another one: without a slash no argument leaves these two levels.
 class Playground
 {
 public:
@@ -55,7 +55,7 @@ public:
         return files;
     }
 
-    /// Makes it what it was, if a command has changed it.
+    /// Restores it, if a command has changed it.
     void restore()
     {
         if (content() == m_filled)

@@ -75,7 +75,7 @@ constexpr Encoding compressed{writeCompressed, readRepresentation, false};
 constexpr Encoding snapshot{writeSnapshot, readSnapshot, true};
 constexpr const Encoding *encodings[] = {&xml, &tagged, &compressed, &snapshot};
 
-/// Equal, but for a NaN, which makes an object differ from itself.
+/// Equal, except for a NaN, which makes an object differ from itself.
 bool same(const Class &type, const Object &left, const Object &right)
 {
     return type.equal(left, right) || !type.equal(left, *type.copy(left));

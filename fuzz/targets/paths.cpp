@@ -8,7 +8,7 @@ using namespace Fuzz;
 
 namespace {
 
-// Items identified by one text, by two, by their place only, and by texts that contain the signs of paths.
+// Items identified by one text, by two, by their position only, and by texts that contain special characters of paths.
 const QString xml = QStringLiteral(
     R"(<TunerProperties Version="1.1" type="SCP" baseresource="b"><StartupModes><StartupMode>DF</StartupMode>)"
     R"(<StartupMode>Scan</StartupMode></StartupModes><BandwidthSelection><Name>w</Name><MaxBandwidth>1.00</MaxBandwidth>)"

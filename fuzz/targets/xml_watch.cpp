@@ -170,13 +170,13 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
         require(plain.mostAttributes <= XmlWatch::MostAttributes, "an element with too many attributes is refused");
         require(!plain.hasSubset, "a document type with declarations of its own is refused");
     } else {
-        // A reader that meets a fault may drop the texts, or the whole piece of the document, in front of it.
+        // A reader that detects an error may drop the texts, or the whole piece of the document, before it.
         const bool isFaulty = !plain.error.isEmpty();
         const int common =
             isFaulty ? std::clamp(watched.tokens.size() - 1, 0, plain.tokens.size()) : watched.tokens.size();
         require(watched.tokens.mid(0, common) == plain.tokens.mid(0, common),
                 "what is in front of a refusal is read as it is");
-        // The reader takes declarations that are none, and does not show them.
+        // The reader accepts malformed declarations, and does not show them.
         const bool isDeclaration = watchedDevice.watch().refusal().contains(QStringLiteral("XML declaration"));
         require(isDeclaration || !plain.error.isEmpty() || plain.hasSubset
                     || plain.mostAttributes > XmlWatch::MostAttributes,

@@ -7,14 +7,14 @@ namespace JobXml {
 
 /// One bandwidth that a tuner can select: a name and a maximum bandwidth.
 ///
-/// Text that is no number reads as 0 and counts as set.
+/// Text that is not a number reads as 0 and counts as set.
 ///
-/// Check() asks for Name, then MaxBandwidth: OutOfRangeException "BandwidthSelection: Please set Name properly.".
+/// Check() checks Name, then MaxBandwidth: OutOfRangeException "BandwidthSelection: Please set Name properly.".
 class JOBXML_EXPORT BandwidthSelection : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     BandwidthSelection();
     BandwidthSelection(const BandwidthSelection &other);

@@ -8,13 +8,13 @@ namespace JobXml {
 
 /// One configurable part of a tuner: its type, its name and its nodes.
 ///
-/// Check() asks for the list, checks each node, then asks for type, name, displayName (not null if it is set) and
-/// optional, whatever the validate flag: OutOfRangeException "Component: Please set Node properly.".
+/// Check() checks the list, each node, then type, name, displayName (not null if it is set) and optional, whatever the
+/// validate flag: OutOfRangeException "Component: Please set Node properly.".
 class JOBXML_EXPORT Component : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     Component();
     Component(const Component &other);
@@ -46,10 +46,10 @@ public:
     /// @}
 
     /// \name Node
-    /// The configurable parameters; mandatory. The list must be set and may be empty, but an empty one is no data:
-    /// while validating nothing is written for it, AppendComponent() refuses the
-    /// component, and the XML writer the document that holds it. Snapshots are read by the count alone.
-    /// Release a reference from GetNode() before assigning the object to another, see Sharing in DataObject.
+    /// The configurable parameters; mandatory. The list must be set and may be empty, but an empty one does not count
+    /// as data: while validating nothing is written for it, AppendComponent() refuses the component, and the XML writer
+    /// the document that holds it. Snapshots are read by the count alone. Release a reference from GetNode() before
+    /// assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<Node> &GetNode();
     const QVector<Node> &GetNode() const;
@@ -104,7 +104,7 @@ public:
     /// \name optional
     /// Whether the tuner may lack this part; mandatory, false until set. In XML "0" and "false", in any case, are false
     /// and every other text is true; an empty one throws InvalidXmlException while validating and is false otherwise.
-    /// Snapshots are read as if it were always set, so that a component without it does not survive that form.
+    /// Snapshots are read as if it were always set, so a component without it is lost in that form.
     /// @{
     bool Getoptional() const;
     void Setoptional(bool value);

@@ -53,37 +53,37 @@ struct Problem : ObjectPath
     bool xmlOnly = false; ///< whether only XML is refused, with or without validation: it cannot carry a character
 };
 
-/// What receives problems as they are found.
+/// Receives problems as they are found.
 using ProblemVisitor = std::function<void(const Problem &)>;
 
 /// The operations that every class of the model has, each of them once.
 ///
-/// **Members.** A member always holds a value, its default until something is stored, and has a set flag. For a member
-/// `X` the classes offer `GetX`, `SetX`, `IsXSet`, `ResetX`, `GetDefaultX` and `IsValidX`, and `AppendX` for lists:
-///  - `GetX()` returns the value and leaves the flag alone. The non-const getter of a child object, a list or an
+/// **Members.** A member always has a value, its default until something is stored, and a set flag. For a member `X`
+/// the classes offer `GetX`, `SetX`, `IsXSet`, `ResetX`, `GetDefaultX` and `IsValidX`, and `AppendX` for lists:
+///  - `GetX()` returns the value and does not change the flag. The non-const getter of a child object, a list or an
 ///    alternative returns a reference to modify and sets the flag; `std::as_const(object).GetX()` reads without
 ///    marking. Do not assign the object to another one while you hold such a reference, see Sharing.
 ///  - `SetX(value)` stores the value and sets the flag. A null string is refused while validating: OutOfRangeException
-///    ": Please set X properly (origin: Setter)." after the object's name, and nothing is stored. A list is stored as
-///    it is given: its items are not checked, and keep their validate flags and loggers.
+///    ": Please set X properly (origin: Setter)." after the object's name, and nothing is stored. A list is stored
+///    unchanged: its items are not checked, and keep their validate flags and loggers.
 ///  - `AppendX(item)` appends a copy, which has the item's validate flag and no logger, and sets the flag. An item
 ///    without data is refused while validating: IncompleteDefinitionException
 ///    ": Tried to append not completely defined or invalid item X.".
 ///  - `SetX(nullptr)` and `AppendX({})` do not compile: a null pointer is not a text, and a pair of braces would be an
 ///    empty item. Write QString() for the null text and name the class of an empty item.
-///  - `IsXSet()` is the flag; `ResetX()` clears it and puts the default back.
+///  - `IsXSet()` returns the flag; `ResetX()` clears it and restores the default.
 ///
-/// **References.** A reference that a getter returned holds until the object is next used after it was copied, assigned
-/// or modified: such a use may give the object data of its own. Reading into the object counts as modifying, even if it
-/// fails. A list that was copied from a getter shares its items
-/// with the object until the object is next used, or the list is modified; do so before another thread gets it.
+/// **References.** A reference that a getter returned is valid until the object is next used after it was copied,
+/// assigned or modified: such a use may detach the object's data. Reading into the object counts as modifying, even if
+/// it fails. A copy of a list that a getter returned shares its items with the object until the object is next used, or
+/// the list is modified; do so before you pass it to another thread.
 ///
 /// **Text members** are absent when null; an empty text is a value.
 ///
 /// **Sharing.** Assignment shares the data of both objects until one of them is next used; a copy constructed object
-/// has its own at once. Two objects may therefore be used by two threads, one each; one object by one thread at a time.
-/// A reference that a getter returned before the assignment refers to the shared data: writing through it changes both
-/// objects. While you hold one, copy construct instead: `T b(a)` or `b = T(a)`.
+/// has its own at once. Two threads may therefore use two objects, one each; only one thread at a time may use an
+/// object. A reference that a getter returned before the assignment refers to the shared data: writing through it
+/// changes both objects. While you hold one, copy construct instead: `T b(a)` or `b = T(a)`.
 ///
 /// **Validate flag and logger.** Check(), GetXml(), GetBinary(), SetBinary(), reading XML as soon as it meets a child
 /// element, and the creation of an object's data propagate the object's own flag and logger to its whole tree. Setters,
@@ -91,29 +91,28 @@ using ProblemVisitor = std::function<void(const Problem &)>;
 /// that is appended or assigned later keeps its own flag until the next of these operations, and a copy of a child
 /// keeps the flag that the child has.
 ///
-/// **Equality.** A member is equal if it is set in both objects to equal values, or set in neither; the lists of
-/// ValueStringList, ValueSelection, Node and Component go by the right side's flag alone: an unset one there equals an
-/// empty one here. Numbers are compared exactly, so a NaN does not even equal itself.
+/// **Equality.** A member is equal if it is set in both objects to equal values, or set in neither; for the lists of
+/// ValueStringList, ValueSelection, Node and Component only the right side's flag counts: an unset list on the right
+/// equals an empty one on the left. Numbers are compared exactly, so a NaN does not even equal itself.
 ///
-/// **Hashing.** Classes whose equality is symmetric have a qHash(). Those whose lists go by the right side's flag, and
-/// the ValueItem and the document that hold them, have none: `a == b` does not imply `b == a`, so no hash can agree
-/// with it.
+/// **Hashing.** Classes whose equality is symmetric have a qHash(). Those whose lists are compared by the right side's
+/// flag, and ValueItem and TunerProperties, which contain them, have none: `a == b` does not imply `b == a`, so no hash
+/// can agree with it.
 ///
-/// **Failures** are exceptions only, see reportbase/ReportException.h. Whatever was stored before one stays.
+/// **Failures** are always exceptions, see reportbase/ReportException.h. Values stored before one are kept.
 ///
 /// **New objects.** `fromXml(text)` and `fromBinary(bytes)` of every class return a new object that was read from a
-/// whole XML document or a binary representation, or nothing; they throw nothing but std::bad_alloc. The object
-/// validates while it is read and afterwards. Where reading fails, `error` receives the reason: the text of
-/// GetErrorString(), or that of the exception of the model; it is null where reading succeeds. Like every reader they
-/// do not report what is missing: call Check() or GetProblems(). To read without validation, call SetXmlString() of an
-/// object, or SetValidate(false) and SetBinaryRepresentation(). A class derived from one of the model inherits them,
-/// and they return the model's class.
+/// whole XML document or a binary representation, or nothing; they only throw std::bad_alloc. The object validates
+/// while it is read and afterwards. If reading fails, `error` receives the reason: the text of GetErrorString(), or
+/// that of the exception of the model; otherwise it is null. Like every reader they do not report missing members: call
+/// Check() or GetProblems(). To read without validation, call SetXmlString() of an object, or SetValidate(false) and
+/// SetBinaryRepresentation(). A class derived from one of the model inherits them, and they return the model's class.
 class JOBXML_EXPORT DataObject : public REPORTGENERATOR::IRGObject
 {
 public:
     ~DataObject() override;
 
-    /// Whether the object has a block of data at all. A new object and a moved-from one have none; `GetX`, `SetX`,
+    /// Whether the object has allocated its data. A new object and a moved-from one have none; `GetX`, `SetX`,
     /// `AppendX`, Check(), ResetToDefault() and every reader and writer create it. `IsXSet`, `ResetX`, `GetDefaultX`,
     /// `IsValidX`, HasData(), AnyData() and Reset() do not.
     bool IsInitialized() const noexcept;
@@ -122,14 +121,14 @@ public:
     /// member that is set.
     bool HasData() const override;
 
-    /// If the object is initialized: clears every set flag and puts every member back to its default.
+    /// If the object is initialized: clears every set flag and resets every member to its default.
     void Reset() override;
 
-    /// Throws OutOfRangeException ": Please set X properly." behind the object's name for the first member that is
-    /// mandatory and not set, or set to something that it must not hold; a list is asked for first, then each of its
-    /// items, then the other members in the order of the class. What a child throws passes through; a ValueItem throws
-    /// IncompleteDefinitionException. `flag` is handed to the children unchanged; no class reads it. Hands validate
-    /// flag and logger down. Leaves the object initialized.
+    /// Throws OutOfRangeException ": Please set X properly." after the object's name for the first member that is
+    /// mandatory and not set, or that is set to an invalid value; a list is checked first, then each of its items, then
+    /// the other members in the order of the class. Exceptions of children pass through; a ValueItem throws
+    /// IncompleteDefinitionException. `flag` is passed to the children unchanged; no class reads it. Propagates
+    /// validate flag and logger. Leaves the object initialized.
     void Check(bool flag) const override;
 
     /// The same as Check(false).
@@ -138,41 +137,41 @@ public:
     /// Writes the object as one XML element. While validating, Check() comes first and an object without data writes
     /// nothing; an item of a list that passed its check but has no data throws IncompleteDefinitionException
     /// "Parameters for Node are not set properly in 'Component'." (the item's and the object's name), and what was
-    /// written before stays. While not validating the object is written as it stands.
+    /// written before stays. While not validating the object is written unchecked.
     void GetXml(QXmlStreamWriter &writer) const override;
 
     /// Writes the object as one tagged record in the stream's byte order and version, under the same rules as GetXml(),
-    /// but for items without data: they are counted and leave nothing else, so the record cannot be read back.
-    /// The record is written in one piece when it is complete, so a sequential device will do.
+    /// except for items without data: they are only counted, so the record cannot be read back. The record is written
+    /// in one piece when it is complete, so the device may be sequential.
     [[nodiscard]] bool GetBinary(QDataStream &stream, int tag, bool writeTag) const override;
 
-    /// Reads the member records of one record of `length` bytes. Members that the record does not hold stay as they
-    /// are, items of lists join those present, unknown records are skipped.
+    /// Reads the member records of one record of `length` bytes. Members that the record does not contain stay
+    /// unchanged, items of lists are appended, unknown records are skipped.
     ///
     /// Throws BinaryParsingException "::SetBinary(...): Length error occurred during processing of binary
-    /// representation" behind the object's name if the lengths do not add up to exactly `length`, if `length` is
+    /// representation" after the object's name if the lengths do not add up to exactly `length`, if `length` is
     /// negative, or if the stream ends early.
     void SetBinary(QDataStream &stream, int length) override;
 
-    /// Reads the object from the XML element on whose start the reader stands. Nothing is reset first: what the
-    /// element does not mention stays, items of lists join those present. Attributes are read before child elements, so
-    /// a child element wins over an attribute of the same name. What nobody knows is passed over, except in the
-    /// document (see TunerProperties). An empty text for a boolean throws InvalidXmlException "Please set a value or a
-    /// default for the boolean 'X' in 'Y'." (the member's and the object's name) while validating, and is false
-    /// otherwise. Names count without their prefixes, which need not be declared inside the element: the reader does
-    /// not process namespaces there.
+    /// Reads the object from the XML element at whose start the reader is. Nothing is reset first: members that the
+    /// element does not contain stay unchanged, items of lists are appended. Attributes are read before child elements,
+    /// so a child element overrides an attribute of the same name. Unknown attributes and elements are skipped, except
+    /// in the document (see TunerProperties). An empty text for a boolean throws InvalidXmlException "Please set a
+    /// value or a default for the boolean 'X' in 'Y'." (the member's and the object's name) while validating, and is
+    /// false otherwise. Names count without their prefixes, which need not be declared inside the element: the reader
+    /// does not process namespaces there.
     void ProcessXml(QXmlStreamReader &reader) override;
 
-    /// Takes over what is set in `other`, an object of the same class: its members replace those here, items of its
-    /// lists are appended, child objects are merged, a ValueItem takes the selected alternative; all of this under the
-    /// rules of the setters. What is not set in `other` stays as it is. Returns false, and changes nothing, if `other`
-    /// has another class identifier; merging an object with itself changes nothing.
+    /// Copies what is set in `other`, an object of the same class: its members replace those of this object, items of
+    /// its lists are appended, child objects are merged, a ValueItem copies the selected alternative; all of this under
+    /// the rules of the setters. Members that are not set in `other` stay unchanged. Returns false, and changes
+    /// nothing, if `other` has another class identifier; merging an object with itself changes nothing.
     [[nodiscard]] bool MergeRGObject(const REPORTGENERATOR::IRGObject &other) override;
 
     void SetValidate(bool validate) const override;
     void SetLogger(std::shared_ptr<REPORTGENERATOR::Logger> logger) const override;
 
-    /// Does nothing: the type is given at construction.
+    /// Does nothing: the type is set at construction.
     void SetObjectType(REPORTGENERATOR::ObjectTypes type) override;
 
     /// Resets the object as Reset() does and leaves it initialized.
@@ -182,11 +181,12 @@ public:
     virtual bool AnyData() const;
 
     /// Writes the untagged snapshot: the set flags, then the values in the stream's own forms. Checks nothing, throws
-    /// nothing of its own and hands nothing down. Written in one piece, so a sequential device will do.
+    /// nothing of its own and does not propagate validate flag and logger. Written in one piece, so the device may be
+    /// sequential.
     virtual void GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) const;
 
-    /// Reads the untagged snapshot. Values are stored without their setters; items of lists pass the append rule. Stops
-    /// at the first read that the stream cannot serve, and keeps what was read until then.
+    /// Reads the untagged snapshot. Values are stored without their setters; items of lists follow the rules of
+    /// `AppendX`. Stops at the first read that the stream cannot serve, and keeps the values read before.
     virtual void SetVersionSpecificBinaryWithoutValidation(QDataStream &stream);
 
     /// Returns every reason why Check() or a validating writer (GetXml(), GetXmlString(), SaveXml(), GetBinary(),
@@ -195,17 +195,17 @@ public:
     ///
     /// Besides what Check() throws, these are: a mandatory list that is set but empty, for which nothing is written,
     /// and characters that XML cannot carry (Problem::xmlOnly). Snapshots are never refused. Sizes are not considered:
-    /// documents and records are limited to 2 GiB, beyond which writing throws std::bad_alloc, and compressed ones to
-    /// 1 GiB of records. For an object of a derived class, Check() and HasData() are called once nothing else is found,
-    /// and GetXml() then shows whether XML can carry what the class writes.
-    /// An item with an empty list is refused by XML alone, but no problem of XML alone: tagged records count it and do
-    /// not hold it, so they cannot be read back.
+    /// documents and records are limited to 2 GiB, beyond which writing throws std::bad_alloc, and compressed ones to 1
+    /// GiB of records. For an object of a derived class, Check() and HasData() are called once nothing else is found,
+    /// and GetXml() then shows whether XML can carry what the class writes. An item with an empty list is refused only
+    /// by XML, but is not a problem of XML only: tagged records count it without containing it, so they cannot be read
+    /// back.
     ///
     /// Like Check(), leaves the tree initialized.
     [[nodiscard]] QVector<Problem> GetProblems() const;
 
-    /// Calls `visitor` with each problem that GetProblems() would return, in the same order, and keeps none: for
-    /// documents from elsewhere, which may have a problem for every few bytes. Exceptions of the visitor pass through.
+    /// Calls `visitor` with each problem that GetProblems() would return, in the same order, without storing them: for
+    /// documents from strangers, which may have a problem for every few bytes. Exceptions of the visitor pass through.
     /// The visitor must not change the document.
     void VisitProblems(const ProblemVisitor &visitor) const;
 
@@ -252,8 +252,8 @@ private:
     mutable Block *m_block = nullptr;
 };
 
-/// Writes an object and all below it as a tree, a member a line, unset ones with "(not set)". Changes nothing, no
-/// object gets data of its own by it.
+/// Writes an object and everything below it as a tree, one member per line, unset ones with "(not set)". Changes
+/// nothing, and detaches or allocates no data.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, const DataObject &object);
 
 /// Writes a problem with its path: `Problem(Component "IF" / Node 2: Node: Please set id properly.)`.

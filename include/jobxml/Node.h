@@ -13,7 +13,7 @@ class JOBXML_EXPORT Node : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     Node();
     Node(const Node &other);
@@ -45,10 +45,10 @@ public:
     /// @}
 
     /// \name ValueItem
-    /// The values; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
-    /// nothing is written for it, AppendNode() refuses the node, and the
-    /// XML writer the component that holds it. Snapshots are read by the count alone.
-    /// Release a reference from GetValueItem() before assigning the object to another, see Sharing in DataObject.
+    /// The values; mandatory. The list must be set and may be empty, but an empty one does not count as data: while
+    /// validating nothing is written for it, AppendNode() refuses the node, and the XML writer the component that holds
+    /// it. Snapshots are read by the count alone. Release a reference from GetValueItem() before assigning the object
+    /// to another, see Sharing in DataObject.
     /// @{
     QVector<ValueItem> &GetValueItem();
     const QVector<ValueItem> &GetValueItem() const;

@@ -9,8 +9,8 @@
 
 /// \file
 /// For tests with Qt Test: with this header, QCOMPARE() shows objects of the model that differ as `qDebug()` does. Qt
-/// Test cuts each message after 1,024 bytes, so compare the parts of a large document, or a list of what differs. It is
-/// the one header that needs the module Qt Test, and no other includes it.
+/// Test truncates each message after 1,024 bytes, so compare the parts of a large document, or a list of differences.
+/// Only this header needs the module Qt Test, and no other includes it.
 
 /// \cond For Qt Test alone
 namespace JobXml {

@@ -7,14 +7,14 @@ namespace JobXml {
 
 /// One option of a ValueSelection: a name and a number.
 ///
-/// Text that is no number reads as 0 and counts as set.
+/// Text that is not a number reads as 0 and counts as set.
 ///
-/// Check() asks for name, then value: OutOfRangeException "SelectionItem: Please set name properly.".
+/// Check() checks name, then value: OutOfRangeException "SelectionItem: Please set name properly.".
 class JOBXML_EXPORT SelectionItem : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     SelectionItem();
     SelectionItem(const SelectionItem &other);
@@ -48,8 +48,8 @@ public:
     /// @}
 
     /// \name name
-    /// The name to show; mandatory, null until set. IsValidname() says yes to every text, a null one included, although
-    /// Setname() refuses null while validating.
+    /// The name to show; mandatory, null until set. IsValidname() returns true for every text, also a null one,
+    /// although Setname() refuses null while validating.
     /// @{
     QString Getname() const;
     void Setname(QString value);
@@ -62,8 +62,8 @@ public:
     /// @}
 
     /// \name value
-    /// The number that the option stands for; mandatory, 0 until set, any number. XML and tagged records carry two
-    /// decimals, only a snapshot keeps it exactly.
+    /// The number of the option; mandatory, 0 until set, any number. XML and tagged records carry two decimals, only a
+    /// snapshot keeps it exactly.
     /// @{
     double Getvalue() const;
     void Setvalue(double value);

@@ -22,11 +22,11 @@ public:
         Polar,
         Search,
         Stop,
-        Invalid = -1, ///< no mode; has no name
+        Invalid = -1, ///< not a mode; has no name
     };
 
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     StartupModes();
     StartupModes(const StartupModes &other);
@@ -60,17 +60,17 @@ public:
     /// @}
 
     /// \name StartupMode
-    /// The modes offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
-    /// validating nothing is written for it. In XML one child element per entry holds the mode's name, in tagged
-    /// records the name, in snapshots the value. HasData() and AnyData() ask for at least one entry; Check() throws for
-    /// an entry that is no mode as for a list that is not set.
-    /// Release a reference from GetStartupMode() before assigning the object to another, see Sharing in DataObject.
+    /// The modes offered; mandatory. The list must be set and may be empty, but an empty one does not count as data:
+    /// while validating nothing is written for it. In XML one child element per entry holds the mode's name, in tagged
+    /// records the name, in snapshots the value. HasData() and AnyData() require at least one entry; Check() throws for
+    /// an invalid entry as for a list that is not set. Release a reference from GetStartupMode() before assigning the
+    /// object to another, see Sharing in DataObject.
     /// @{
     QVector<StartupMode> &GetStartupMode();
     const QVector<StartupMode> &GetStartupMode() const;
     void SetStartupMode(const QVector<StartupMode> &modes);
-    /// What is no mode is refused while validating: IncompleteDefinitionException "StartupModes: Tried to append not
-    /// completely defined or invalid item StartupMode.". Otherwise it is appended as it is.
+    /// Refuses an invalid mode while validating: IncompleteDefinitionException "StartupModes: Tried to append not
+    /// completely defined or invalid item StartupMode.". Otherwise appends it unchanged.
     void AppendStartupMode(StartupMode mode);
     void AppendStartupMode(std::nullptr_t) = delete;
     bool IsStartupModeSet() const;
@@ -80,19 +80,19 @@ public:
     StartupMode GetInvalidStartupMode() const;
     /// Whether this is one of the modes.
     bool IsValidStartupMode(StartupMode mode) const;
-    /// True for an empty list and false for every other, valid entries or not: a list is measured against the names
-    /// that the object itself has been given, and there is no way to give it any. Test the entries one by one instead.
+    /// True for an empty list and false for every other, even with valid entries: the list is compared with names of
+    /// the object itself, of which there are never any. Check the entries one by one instead.
     bool IsValidStartupMode(const QVector<StartupMode> &modes) const;
     /// @}
 
-    /// The name of a mode; null for what is no mode.
+    /// The name of a mode; null for an invalid one.
     QString StartupModeToName(StartupMode mode) const;
     /// The mode of exactly this name; Invalid if there is none.
     StartupMode NameToStartupMode(const QString &name) const;
     StartupMode NameToStartupMode(std::nullptr_t) const = delete;
     /// The names of the modes.
     static QStringList GetStartupModes();
-    /// The same for a user to read, in the language that is installed now.
+    /// The same names to show to a user, in the language of the installed translations.
     static QStringList GetGUIStartupModes();
 
     /// \name Translation
@@ -106,7 +106,7 @@ public:
 /// Equal objects have the same hash.
 JOBXML_EXPORT uint qHash(const StartupModes &object, uint seed = 0);
 
-/// Writes a value as C++ spells it; one without a name by its number.
+/// Writes a value as spelled in C++, or its number if it has no name.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, StartupModes::StartupMode value);
 
 } // namespace JobXml

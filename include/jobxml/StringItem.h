@@ -7,12 +7,12 @@ namespace JobXml {
 
 /// One text of a ValueStringList.
 ///
-/// Check() asks for value: OutOfRangeException "StringItem: Please set value properly.".
+/// Check() checks value: OutOfRangeException "StringItem: Please set value properly.".
 class JOBXML_EXPORT StringItem : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     StringItem();
     StringItem(const StringItem &other);
@@ -45,7 +45,7 @@ public:
     /// @}
 
     /// \name value
-    /// The text; mandatory, null until set. IsValidvalue() says yes to every text, a null one included, although
+    /// The text; mandatory, null until set. IsValidvalue() returns true for every text, also a null one, although
     /// Setvalue() refuses null while validating.
     /// @{
     QString Getvalue() const;

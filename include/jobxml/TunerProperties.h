@@ -11,20 +11,20 @@ namespace JobXml {
 /// The document: one tuner resource of a measurement job.
 ///
 /// **Version.** The document writes its version, "1.1", and compares the version that it reads with its own, as numbers
-/// (no number counts as 0). An older version resets the object by ResetToDefault() as soon as it is read, and so does
-/// an XML document without one; data of the same or a newer version, and a record without a version, is read into the
-/// object as it stands. What was read last stays known as GetInitialVersionLoaded().
+/// (a text that is not a number counts as 0). An older version resets the object by ResetToDefault() as soon as it is
+/// read, and so does an XML document without one; data of the same or a newer version, and a record without a version,
+/// are read without a reset. GetInitialVersionLoaded() is the version that was read last.
 ///
-/// **Check()** asks, in this order: StartupModes if set, each BandwidthSelection if set, whether Component is set, each
-/// Component, name (not null if set), type (set, and one of the kinds), baseresource (set, not null),
-/// connectableResources and parentBaseResource (not null if set). HasData() asks for a Component, type and
+/// **Check()** checks, in this order: StartupModes if set, each BandwidthSelection if set, whether Component is set,
+/// each Component, name (not null if set), type (set, and one of the kinds), baseresource (set, not null),
+/// connectableResources and parentBaseResource (not null if set). HasData() requires a Component, type and
 /// baseresource.
 ///
 /// **Equality** compares the versions, then the members; of a list, both must be set, or neither.
 ///
 /// **Unknown elements.** In XML of an older version an unknown child element is skipped. Under the same or a newer
 /// version it throws InvalidXmlException "Unknown Tag 'x' in 'TunerProperties'." while validating; otherwise its
-/// content is read as if it stood directly in the document.
+/// content is read as content of the document.
 class JOBXML_EXPORT TunerProperties : public DataObject
 {
 public:
@@ -35,11 +35,11 @@ public:
         FFP,
         Receiver,
         DirectionFinder,
-        Invalid = -1, ///< no kind; has no name
+        Invalid = -1, ///< not a kind; has no name
     };
 
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     TunerProperties();
     TunerProperties(const TunerProperties &other);
@@ -96,15 +96,15 @@ public:
     /// The kind of the tuner; mandatory, Invalid until set. XML and tagged records carry its name, snapshots its value.
     /// @{
     type Gettype() const;
-    /// What is no kind is refused while validating: OutOfRangeException
-    /// "enum is not valid (classname=TunerProperties,membername=m_type)". Otherwise it is stored as it is.
+    /// Refuses an invalid kind while validating: OutOfRangeException "enum is not valid
+    /// (classname=TunerProperties,membername=m_type)". Otherwise stores it unchanged.
     void Settype(type value);
     bool IstypeSet() const;
     void Resettype();
     type GetDefaulttype() const;
     type GetInvalidtype() const;
     bool IsValidtype(type value) const;
-    /// The name of the kind; null for what is no kind.
+    /// The name of the kind; null for an invalid one.
     QString GettypeAsString() const;
     QString typeToName(type value) const;
     /// The kind of exactly this name; Invalid if there is none.
@@ -112,7 +112,7 @@ public:
     type NameTotype(std::nullptr_t) const = delete;
     /// The names of the kinds.
     static QStringList Gettypes();
-    /// The same for a user to read, in the language that is installed now.
+    /// The same names to show to a user, in the language of the installed translations.
     static QStringList GetGUItypes();
     /// @}
 
@@ -144,7 +144,7 @@ public:
 
     /// \name quantity
     /// How many instances of the tuner there are; optional, 1 until set, any number. ResetToDefault() leaves it set.
-    /// Text that is no number reads as 0 and counts as set.
+    /// Text that is not a number reads as 0 and counts as set.
     /// @{
     int Getquantity() const;
     void Setquantity(int value);
@@ -211,8 +211,9 @@ public:
 
     /// \name MaxFFPDelay
     /// The maximum FFP delay, in the unit that the producer of the document uses; optional, 0 until set, any number. A
-    /// child element in XML, written as an unsigned number and read as a signed one: what is beyond 9223372036854775807
-    /// reads as 0, as does text that is no number, and -1 as 18446744073709551615. Binary forms carry all 64 bits.
+    /// child element in XML, written as an unsigned number and read as a signed one: a number beyond
+    /// 9223372036854775807 reads as 0, as does text that is not a number, and -1 as 18446744073709551615. Binary forms
+    /// carry all 64 bits.
     /// @{
     quint64 GetMaxFFPDelay() const;
     void SetMaxFFPDelay(quint64 value);
@@ -234,9 +235,9 @@ public:
     /// @}
 
     /// \name Component
-    /// The configurable parts of the tuner; mandatory. The list must be set and may be empty, but an empty one is no
-    /// data: while validating nothing is written for it.
-    /// Release a reference from GetComponent() before assigning the object to another, see Sharing in DataObject.
+    /// The configurable parts of the tuner; mandatory. The list must be set and may be empty, but an empty one does not
+    /// count as data: while validating nothing is written for it. Release a reference from GetComponent() before
+    /// assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<Component> &GetComponent();
     const QVector<Component> &GetComponent() const;
@@ -260,7 +261,7 @@ public:
     /// @}
 };
 
-/// Writes a value as C++ spells it; one without a name by its number.
+/// Writes a value as spelled in C++, or its number if it has no name.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, TunerProperties::type value);
 
 } // namespace JobXml

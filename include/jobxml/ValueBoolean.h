@@ -7,13 +7,13 @@ namespace JobXml {
 
 /// A named switch of a node.
 ///
-/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueBoolean: Please set id
-/// properly.", for instance.
+/// Check() checks id, then value, and throws for the first one missing: OutOfRangeException "ValueBoolean: Please set
+/// id properly.".
 class JOBXML_EXPORT ValueBoolean : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueBoolean();
     ValueBoolean(const ValueBoolean &other);
@@ -62,8 +62,8 @@ public:
     /// \name value
     /// Whether the switch is on; mandatory, false until set. Not written while it is not set. In XML "0" and "false",
     /// in any case, are false and every other text is true; an empty one throws InvalidXmlException while validating
-    /// and is false otherwise. Snapshots are read as if it were always written, so that a value without it does not
-    /// survive that form.
+    /// and is false otherwise. Snapshots are read as if it were always written, so a value without it is lost in that
+    /// form.
     /// @{
     bool Getvalue() const;
     void Setvalue(bool value);

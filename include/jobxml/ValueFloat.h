@@ -7,13 +7,13 @@ namespace JobXml {
 
 /// A named floating-point number of a node.
 ///
-/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueFloat: Please set id
-/// properly.", for instance.
+/// Check() checks id, then value, and throws for the first one missing: OutOfRangeException "ValueFloat: Please set id
+/// properly.".
 class JOBXML_EXPORT ValueFloat : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueFloat();
     ValueFloat(const ValueFloat &other);
@@ -60,7 +60,7 @@ public:
 
     /// \name value
     /// The number; mandatory, 0 until set. XML and tagged records carry two decimals, only a snapshot keeps it exactly.
-    /// Text that is no number reads as 0 and counts as set.
+    /// Text that is not a number reads as 0 and counts as set.
     /// @{
     float Getvalue() const;
     void Setvalue(float value);

@@ -7,13 +7,13 @@ namespace JobXml {
 
 /// A named 32-bit integer of a node.
 ///
-/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueInt: Please set id
-/// properly.", for instance.
+/// Check() checks id, then value, and throws for the first one missing: OutOfRangeException "ValueInt: Please set id
+/// properly.".
 class JOBXML_EXPORT ValueInt : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueInt();
     ValueInt(const ValueInt &other);
@@ -59,7 +59,7 @@ public:
 
     /// \name value
     /// The number; mandatory, 0 until set. Binary forms carry it in 64 bits and keep the low 32 when read. Text that is
-    /// no number reads as 0 and counts as set.
+    /// not a number reads as 0 and counts as set.
     /// @{
     int Getvalue() const;
     void Setvalue(int value);

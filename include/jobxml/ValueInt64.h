@@ -7,13 +7,13 @@ namespace JobXml {
 
 /// A named 64-bit integer of a node.
 ///
-/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueInt64: Please set id
-/// properly.", for instance.
+/// Check() checks id, then value, and throws for the first one missing: OutOfRangeException "ValueInt64: Please set id
+/// properly.".
 class JOBXML_EXPORT ValueInt64 : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueInt64();
     ValueInt64(const ValueInt64 &other);
@@ -59,7 +59,7 @@ public:
     /// @}
 
     /// \name value
-    /// The number; mandatory, 0 until set. Text that is no number reads as 0 and counts as set.
+    /// The number; mandatory, 0 until set. Text that is not a number reads as 0 and counts as set.
     /// @{
     qint64 Getvalue() const;
     void Setvalue(qint64 value);

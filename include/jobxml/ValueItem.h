@@ -14,24 +14,25 @@
 
 namespace JobXml {
 
-/// The one value that a node carries: a choice of exactly one of ten kinds.
+/// The one value that a node carries: a choice of exactly one of several kinds.
 ///
-/// Whatever puts a value into an alternative also chooses it: its setter, its non-const getter, reading it. What was
-/// chosen before keeps its value and its set flag, but only the chosen alternative counts for checking, comparing,
-/// writing and HasData(). Access to an alternative that is not chosen is never refused.
+/// Every way to store a value in an alternative also chooses it: its setter, its non-const getter, reading it. The
+/// alternative that was chosen before keeps its value and its set flag, but only the chosen one counts for checking,
+/// comparing, writing and HasData(). Access to an alternative that is not chosen is never refused.
 ///
-/// Check() looks at the choice only while validating, and throws IncompleteDefinitionException, behind the object's
-/// name: ":Check failed. The mandatory choice ChoiceValueItem is not initialized" if nothing is chosen;
-/// ":Check failed. The mandatory member (choice element) m_valueInt is not set." if the chosen alternative (here
-/// ValueInt) was reset; ":Check failed. Mandatory data of the member (choice element) m_valueInt is not set." if it has
-/// no data. The alternative's own Check() runs when it is written.
+/// Check() checks the choice only while validating, and throws IncompleteDefinitionException, after the object's name:
+/// ":Check failed. The mandatory choice ChoiceValueItem is not initialized" if nothing is chosen; ":Check failed. The
+/// mandatory member (choice element) m_valueInt is not set." if the chosen alternative (here ValueInt) was reset;
+/// ":Check failed. Mandatory data of the member (choice element) m_valueInt is not set." if it has no data. The
+/// alternative's own Check() runs when it is written.
 ///
 /// In XML the choice is the child element; in a tagged record it is the tag of the nested record. Of several, the last
 /// one is chosen. In a snapshot it is a byte of its own; an alternative that is chosen but not set is not written there
-/// although it is read, so such an item does not survive that form.
+/// although it is read, so such an item is lost in that form.
 ///
-/// Two items are equal if neither has chosen, or if the same alternative is chosen and either not set in the left one,
-/// or equal in both. Comparing leaves both initialized, as soon as one of them is. AnyData() asks for a choice alone.
+/// Two items are equal if nothing is chosen in both, or if the same alternative is chosen and either not set in the
+/// left one, or equal in both. A comparison initializes both items if one of them is initialized. AnyData() only checks
+/// whether there is a choice.
 ///
 /// Release a reference from a non-const getter before assigning the item to another, see Sharing in DataObject.
 class JOBXML_EXPORT ValueItem : public DataObject
@@ -53,7 +54,7 @@ public:
     };
 
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueItem();
     ValueItem(const ValueItem &other);
@@ -95,14 +96,14 @@ public:
     /// Resets the item so that an alternative can be chosen; the argument itself chooses nothing. Throws
     /// OutOfRangeException "Invalid enum value set in 'ValueItem'." for None, after resetting.
     void InitChoice(const ChoiceValueItem &choice);
-    /// The name of a kind; null for None, and for values that are no kind.
+    /// The name of a kind; null for None and for invalid values.
     QString ChoiceValueItemToName(const ChoiceValueItem &choice) const;
     /// The kind of exactly this name; None if there is no such kind.
     ChoiceValueItem NameToChoiceValueItem(const QString &name) const;
     ChoiceValueItem NameToChoiceValueItem(std::nullptr_t) const = delete;
-    /// The names of the ten kinds.
+    /// The names of the kinds.
     static QStringList GetChoiceValueItems();
-    /// The same for a user to read, in the language that is installed now.
+    /// The same names to show to a user, in the language of the installed translations.
     static QStringList GetGUIChoiceValueItems();
     /// @}
 
@@ -225,7 +226,7 @@ public:
     void Reset() override;
 };
 
-/// Writes a value as C++ spells it; one without a name by its number.
+/// Writes a value as spelled in C++, or its number if it has no name.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, ValueItem::ChoiceValueItem value);
 
 } // namespace JobXml

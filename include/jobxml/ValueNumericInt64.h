@@ -7,18 +7,17 @@ namespace JobXml {
 
 /// A named 64-bit integer of a node, with the range and increment offered for it.
 ///
-/// The range is told, not enforced: nothing compares the value with its limits, and min may be above max. What a user
-/// interface offers, and whether it lets a value out of range pass, is its own business. The unit is that of the
-/// setting.
-/// Text that is not a number reads as 0 and counts as set. Getid() also has a non-const overload.
+/// The range is not enforced: nothing compares the value with its limits, and min may be above max. A user interface
+/// decides what it offers, and whether it accepts a value out of range. The unit is that of the setting. Text that is
+/// not a number reads as 0 and counts as set. Getid() also has a non-const overload.
 ///
-/// Check() asks for id, value, min, max and step, in this order; OutOfRangeException "ValueNumericInt64: Please set
-/// step properly." tells the last.
+/// Check() checks id, value, min, max and step, in this order: OutOfRangeException "ValueNumericInt64: Please set step
+/// properly.".
 class JOBXML_EXPORT ValueNumericInt64 : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueNumericInt64();
     ValueNumericInt64(const ValueNumericInt64 &other);
@@ -52,8 +51,8 @@ public:
     /// @}
 
     /// \name id
-    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
-    /// null one included, although Setid() refuses null while validating.
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() returns true for every text,
+    /// also a null one, although Setid() refuses null while validating.
     /// @{
     QString Getid();
     QString Getid() const;

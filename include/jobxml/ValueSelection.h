@@ -8,17 +8,17 @@ namespace JobXml {
 
 /// A named number of a node, chosen from a list of named options.
 ///
-/// The chosen value, its text and its index are kept as they are given: nothing compares them with the options.
+/// The chosen value, its text and its index are stored unchanged: nothing compares them with the options.
 ///
-/// Text that is no number reads as 0 and counts as set.
+/// Text that is not a number reads as 0 and counts as set.
 ///
-/// Check() asks for the list, checks each item, then asks for id, value, text and index: OutOfRangeException
-/// "ValueSelection: Please set SelectionItem properly.".
+/// Check() checks the list, each item, then id, value, text and index: OutOfRangeException "ValueSelection: Please set
+/// SelectionItem properly.".
 class JOBXML_EXPORT ValueSelection : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueSelection();
     ValueSelection(const ValueSelection &other);
@@ -52,9 +52,9 @@ public:
     /// @}
 
     /// \name SelectionItem
-    /// The options; mandatory. The list must be set and may be empty, but an empty one is no data: while validating
-    /// nothing is written for it. Snapshots hold items only while the list is set.
-    /// Release a reference from GetSelectionItem() before assigning the object to another, see Sharing in DataObject.
+    /// The options; mandatory. The list must be set and may be empty, but an empty one does not count as data: while
+    /// validating nothing is written for it. Snapshots hold items only while the list is set. Release a reference from
+    /// GetSelectionItem() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<SelectionItem> &GetSelectionItem();
     const QVector<SelectionItem> &GetSelectionItem() const;
@@ -68,8 +68,8 @@ public:
     /// @}
 
     /// \name id
-    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
-    /// null one included, although Setid() refuses null while validating.
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() returns true for every text,
+    /// also a null one, although Setid() refuses null while validating.
     /// @{
     QString Getid() const;
     void Setid(QString value);
@@ -94,7 +94,7 @@ public:
     /// @}
 
     /// \name text
-    /// The text to show for it; mandatory, null until set. IsValidtext() says yes to every text, a null one included,
+    /// The text to show for it; mandatory, null until set. IsValidtext() returns true for every text, also a null one,
     /// although Settext() refuses null while validating.
     /// @{
     QString Gettext() const;

@@ -7,13 +7,13 @@ namespace JobXml {
 
 /// A named text of a node.
 ///
-/// Check() asks for id, then value; the first that is missing is OutOfRangeException "ValueString: Please set id
-/// properly.", for instance.
+/// Check() checks id, then value, and throws for the first one missing: OutOfRangeException "ValueString: Please set id
+/// properly.".
 class JOBXML_EXPORT ValueString : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueString();
     ValueString(const ValueString &other);

@@ -10,13 +10,13 @@ namespace JobXml {
 ///
 /// The value need not be among the items: nothing compares them.
 ///
-/// Check() asks for the list, checks each item, then asks for id and value: OutOfRangeException "ValueStringList:
-/// Please set StringItem properly.".
+/// Check() checks the list, each item, then id and value: OutOfRangeException "ValueStringList: Please set StringItem
+/// properly.".
 class JOBXML_EXPORT ValueStringList : public DataObject
 {
 public:
     /// \name Values
-    /// What copying, moving and swapping take over, and when two objects are equal, is told by DataObject.
+    /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueStringList();
     ValueStringList(const ValueStringList &other);
@@ -50,9 +50,9 @@ public:
     /// @}
 
     /// \name StringItem
-    /// The texts offered; mandatory. The list must be set and may be empty, but an empty one is no data: while
-    /// validating nothing is written for it. Snapshots hold items only while the list is set.
-    /// Release a reference from GetStringItem() before assigning the object to another, see Sharing in DataObject.
+    /// The texts offered; mandatory. The list must be set and may be empty, but an empty one does not count as data:
+    /// while validating nothing is written for it. Snapshots hold items only while the list is set. Release a reference
+    /// from GetStringItem() before assigning the object to another, see Sharing in DataObject.
     /// @{
     QVector<StringItem> &GetStringItem();
     const QVector<StringItem> &GetStringItem() const;
@@ -66,8 +66,8 @@ public:
     /// @}
 
     /// \name id
-    /// The identifier of the value within its node; mandatory, null until set. IsValidid() says yes to every text, a
-    /// null one included, although Setid() refuses null while validating.
+    /// The identifier of the value within its node; mandatory, null until set. IsValidid() returns true for every text,
+    /// also a null one, although Setid() refuses null while validating.
     /// @{
     QString Getid() const;
     void Setid(QString value);
@@ -80,8 +80,8 @@ public:
     /// @}
 
     /// \name value
-    /// The text chosen; mandatory, null until set. IsValidvalue() says yes to every text, a null one included, although
-    /// Setvalue() refuses null while validating.
+    /// The text chosen; mandatory, null until set. IsValidvalue() returns true for every text, also a null one,
+    /// although Setvalue() refuses null while validating.
     /// @{
     QString Getvalue() const;
     void Setvalue(QString value);

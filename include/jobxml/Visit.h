@@ -13,7 +13,7 @@ class ShownMember;
 
 /// What a member is, and which type its value has for a visitor.
 enum class MemberKind {
-    Text, ///< QString; null is no text
+    Text, ///< QString; null means that there is no text
     Boolean, ///< bool
     Int, ///< int
     Int64, ///< qlonglong
@@ -28,15 +28,14 @@ enum class MemberKind {
     Alternative, ///< a child object that counts only while it is chosen
 };
 
-/// Writes a kind as C++ spells it: `MemberKind::Text`.
+/// Writes a kind as spelled in C++: `MemberKind::Text`.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, MemberKind kind);
 
-/// A member of an object, to look at. Looking changes nothing: no flag, no choice, and no object gets data of its own
-/// by it, neither this one nor a child. Refers to the object, so it must not outlive it; always tells the present
-/// state.
+/// Read access to a member of an object. It changes nothing: no flag, no choice, and neither detaches nor allocates
+/// data of this object or a child. Refers to the object, so it must not outlive it; always returns the present state.
 ///
-/// Child objects are those of the object itself, which may share them with others to which it was assigned. Look at
-/// them by visit() and by what does not create data (see DataObject::IsInitialized()), or at copies of them.
+/// Child objects are those of the object itself, which may share them with others to which it was assigned. Use visit()
+/// and functions that do not create data (see DataObject::IsInitialized()) on them, or use copies.
 class JOBXML_EXPORT MemberView
 {
 public:
@@ -48,20 +47,20 @@ public:
     /// Its set flag; of a choice, whether anything is chosen.
     bool IsSet() const;
 
-    /// Whether DataObject::HasData() asks for it.
+    /// Whether DataObject::HasData() requires it.
     bool IsMandatory() const;
 
-    /// Whether its text tells the object from its siblings, alone or with others: type and name of a Component, for
-    /// instance. What is alike in all of them is the same item to someone who compares two lists.
+    /// Whether its text identifies the object among its siblings, alone or with others: type and name of a Component,
+    /// for instance. Items with the same identity count as the same item when two lists are compared.
     bool IsIdentifying() const;
 
-    /// False for an alternative that is not chosen, whatever it holds; true for every other member.
+    /// False for an alternative that is not chosen, also if it is set; true for every other member.
     bool IsChosen() const;
 
     /// The names that an enumeration has, in the order of its values; empty for other kinds.
     QStringList GetNames() const;
 
-    /// The value, set or not, in the type that the kind tells; invalid for child objects and lists of them.
+    /// The value, set or not, in the type of the kind; invalid for child objects and lists of them.
     QVariant GetValue() const;
 
     /// The value of a new object.
@@ -71,8 +70,8 @@ public:
     /// object that is a member by itself, 1 if the object has data. 0 for values.
     int GetSize() const;
 
-    /// A child object; `index` is less than GetSize(). For kinds that have child objects only: a member that holds
-    /// values throws std::logic_error, which is a mistake of the program; so do EditChild() and AppendChild().
+    /// A child object; `index` is less than GetSize(). Only for kinds that have child objects: for others it throws
+    /// std::logic_error, since the call is an error of the program; so do EditChild() and AppendChild().
     const DataObject &GetChild(int index = 0) const;
 
 protected:
@@ -92,32 +91,31 @@ private:
     const DataObject *m_object;
 };
 
-/// A member of an object, to look at and to change.
+/// Read and write access to a member of an object.
 class JOBXML_EXPORT MemberEditor : public MemberView
 {
 public:
-    /// As the setter: stores the value and sets the flag. While validating, throws what the setter throws for a null
-    /// text or for a tuner type that is none (OutOfRangeException), and stores nothing; the setter of the modes takes
-    /// what is none. Of a choice: chooses
-    /// the alternative, whose value and flag stay as they are. Returns false and changes nothing if the value is not of
-    /// the type that the kind tells, no name of the enumeration, or if this is no value.
+    /// Like the setter: stores the value and sets the flag. While validating, throws what the setter throws for a null
+    /// text or an invalid tuner type (OutOfRangeException), and stores nothing; the setter of the modes accepts invalid
+    /// ones. For a choice: chooses the alternative, whose value and flag stay unchanged. Returns false and changes
+    /// nothing if the value is not of the type of the kind or not a name of the enumeration, or if this is not a value.
     [[nodiscard]] bool SetValue(const QVariant &value);
 
-    /// As the getter for modifying: a child object, which may now be changed; sets the flag, and chooses an
-    /// alternative. `index` is less than GetSize(), except that 0 is always right where there is no list. The reference
-    /// holds as long as that of the getter.
+    /// Like the non-const getter: returns a child object for modification, sets the flag, and chooses an alternative.
+    /// `index` is less than GetSize(), except that 0 is always valid if the member is not a list. The reference is
+    /// valid as long as that of the getter.
     DataObject &EditChild(int index = 0);
 
-    /// Appends a new item to a list, as `AppendX` does, and returns it to be filled; it has the flag and logger of its
-    /// list's object. Throws IncompleteDefinitionException while validating, since a new item has no data. Only for
+    /// Appends a new item to a list, as `AppendX` does, and returns it for modification; it has the flag and logger of
+    /// its list's object. Throws IncompleteDefinitionException while validating, since a new item has no data. Only for
     /// lists of objects.
     DataObject &AppendChild();
 
-    /// As `ResetX`: clears the flag and puts the default back. Resets nothing of a choice but the choice.
+    /// Like `ResetX`: clears the flag and restores the default. For a choice, only resets the choice.
     void Reset();
 
-    /// Sets or clears the flag alone, and checks nothing, as reading a snapshot does: for whoever restores an object to
-    /// the state that it once had. Does nothing to a choice, which has no flag of its own.
+    /// Only sets or clears the flag, without a check, as reading a snapshot does: to restore an earlier state of an
+    /// object. Does nothing for a choice, which has no flag of its own.
     void SetFlag(bool set);
 
 private:
@@ -131,11 +129,11 @@ private:
 };
 
 /// Shows each member of an object to a visitor, in the order in which XML writes them, whether or not it is set: calls
-/// `visitor(const MemberView &)`. To descend, visit the children. Of a ValueItem, the choice comes first and then all
-/// ten alternatives; what counts is the chosen one. The version of a document is no member, see
+/// `visitor(const MemberView &)`. To descend, visit the children. For a ValueItem, the choice comes first and then all
+/// alternatives, of which only the chosen one counts. The version of a document is not a member, see
 /// TunerProperties::GetVersion().
 ///
-/// Changes nothing at all; an object without data shows its members as they are by default and stays without data.
+/// Changes nothing; for an object without data, the members have their defaults, and it stays without data.
 template <class Visitor>
 void visit(const DataObject &object, Visitor &&visitor)
 {
@@ -144,8 +142,8 @@ void visit(const DataObject &object, Visitor &&visitor)
         object, [](void *context, MemberView &member) { (*static_cast<decltype(show) *>(context))(member); }, &show);
 }
 
-/// The same with members that can be changed: calls `visitor(MemberEditor &)`. Changes nothing but what the visitor
-/// changes. What is thrown passes through.
+/// The same with members that can be changed: calls `visitor(MemberEditor &)`. Only the visitor changes the object.
+/// Exceptions pass through.
 template <class Visitor>
 void visit(DataObject &object, Visitor &&visitor)
 {

@@ -33,7 +33,7 @@ private:
 
     enum class Lifetime { Static, Shared, OneObject };
     constexpr Environment(Lifetime, bool theFlag) noexcept : validate(theFlag), m_users(staticLifetime) { }
-    Environment(Lifetime lifetime, bool theFlag, std::shared_ptr<Logger> theLogger);
+    Q_DECL_HIDDEN Environment(Lifetime lifetime, bool theFlag, std::shared_ptr<Logger> theLogger);
     ~Environment() = default;
 
     static constexpr int staticLifetime = -1;

@@ -25,50 +25,49 @@ namespace REPORTGENERATOR {
 /// What all objects of a class have in common. Has to outlive them.
 struct ObjectClass
 {
-    const QString &name; ///< of the objects, unless they are given another, and of their XML elements
+    const QString &name; ///< of the objects, unless they have one of their own, and of their XML elements
     qint64 identifier; ///< its low 32 bits lead the binary representation
 };
 
-/// The base object of every data model: generic services around an object that can write itself to and read itself
-/// from XML and a tagged binary record.
+/// The base class of every data model: generic services for objects that read and write themselves as XML and as tagged
+/// binary records.
 ///
 /// The order of the virtual operations below is a binary contract: other libraries call through these slots. New
-/// virtual operations go behind the last of them.
+/// virtual operations are added after the last of them.
 ///
 /// **Validate flag.** On in a new object. While it is on, setters, readers and writers enforce the model's rules and
-/// throw. While it is off, setters take any value, incomplete objects are written as they are, and XML is read whatever
-/// its content is. Documents must still be well-formed, and binary data must be intact: records whose lengths do not
-/// add up are refused either way. SetValidate() is const because the flag says how to treat an object, not what it
-/// holds.
+/// throw. While it is off, setters take any value, incomplete objects are written as they are, and XML is read with any
+/// content. Documents must still be well-formed, and binary data must be intact: records whose lengths do not add up
+/// are always refused. SetValidate() is const because the flag is not part of the object's value.
 ///
-/// **Errors.** What is wrong with the content of an object is an exception of the family in ReportException.h. What is
-/// wrong with a document as such (a file that cannot be opened, XML that is not well formed, another object's record)
-/// makes the load or save operation return false; GetErrorString() then says what, where and why, and the logger, if
-/// there is one, has received the same text. Running out of memory is std::bad_alloc; only where more than 1 GiB is
-/// read, which may contain a text that no QString can hold, it makes the operation return false.
+/// **Errors.** An error in the content of an object is one of the exceptions in ReportException.h. For an error in the
+/// document as such (a file that cannot be opened, XML that is not well-formed, another object's record) the load or
+/// save operation returns false; GetErrorString() then returns what, where and why, and the logger, if there is one,
+/// has received the same text. Running out of memory is std::bad_alloc, except while reading more than 1 GiB, which may
+/// contain a text that no QString can hold: then the operation returns false.
 ///
-/// An object is used by one thread at a time.
+/// Only one thread at a time may use an object.
 class REPORTBASE_EXPORT IRGObject
 {
 public:
     virtual ~IRGObject();
 
-    /// Whether the object holds everything that is mandatory.
+    /// Whether every mandatory member is present.
     virtual bool HasData() const = 0;
 
-    /// Puts every member back to its default.
+    /// Resets every member to its default.
     virtual void Reset() = 0;
 
-    /// Throws for the first thing that is missing. The argument is handed on to child objects.
+    /// Throws for the first missing member. The argument is passed to child objects.
     virtual void Check(bool flag) const = 0;
 
     /// The same as Check(false).
     virtual void Check() const = 0;
 
     /// \name "No value"
-    /// For each type one value stands for "no value": NaN for `float` and `double`, the lowest value for `int` and
-    /// `long long`, the highest for `unsigned int`, the null string, an invalid QDateTime. IsValid() is false for
-    /// exactly that value, and SetInvalid() stores it. Every `bool` is valid.
+    /// For each type one value means "no value": NaN for `float` and `double`, the lowest value for `int` and `long
+    /// long`, the highest for `unsigned int`, the null string, an invalid QDateTime. IsValid() is false for exactly
+    /// that value, and SetInvalid() stores it. Every `bool` is valid.
     /// @{
     virtual bool IsValid(float value) const;
     virtual bool IsValid(bool value) const;
@@ -89,8 +88,8 @@ public:
     /// Writes the object as one XML element; nothing while validating and without data.
     virtual void GetXml(QXmlStreamWriter &writer) const = 0;
 
-    /// Writes the object as one record: `tag` as leading word if `writeTag`, the record's length, its member records.
-    /// Returns false if nothing was written because the object has no data while validating.
+    /// Writes the object as one record: `tag` as leading word if `writeTag` is true, the record's length, its member
+    /// records. Returns false if nothing was written because the object has no data while validating.
     [[nodiscard]] virtual bool GetBinary(QDataStream &stream, int tag, bool writeTag) const = 0;
 
     /// Reads the member records of one record whose leading word and length (`length`, in bytes) have been read.
@@ -98,42 +97,43 @@ public:
 
     /// Sets the validate flag to `validate` and reads the object from a whole XML document.
     ///
-    /// Nothing is reset first. Returns true if the root element is this object's and the document is well formed to
-    /// its end, else false with GetErrorString(). Exceptions of the model pass through, unless the document itself is
-    /// broken at that point: then that is the error, and false is returned. Two things are refused because a reader
-    /// could be kept busy for hours, or be filled up, by a small document: an element with more than 1,024 attributes,
-    /// and a document type with an internal subset. Entities that it may declare elsewhere are not known.
+    /// Nothing is reset first. Returns true if the root element is this object's and the document is well-formed to its
+    /// end, else false with GetErrorString(). Exceptions of the model pass through, unless the document is not
+    /// well-formed at that point: then that is the error, and false is returned. Two things are refused because with
+    /// them a small document could keep a reader busy for hours or fill its memory: an element with more than 1,024
+    /// attributes, and a document type with an internal subset. Entities of an external subset are not known.
     [[nodiscard]] virtual bool SetXmlString(const QString &xml, bool validate);
 
     /// Reads the object from a binary representation, plain or compressed, big-endian as
     /// GetBinaryRepresentationAsQByteArray() writes it. Refuses, with false and GetErrorString(), another object's
-    /// leading word, a length that is negative or runs past the data, data after the record, and whatever exceeds the
-    /// default ReadLimits: a compressed form, for instance, that declares more than 1 GiB or more than 1,100 times its
-    /// own size. Exceptions of the model pass through.
+    /// leading word, a length that is negative or exceeds the data, data after the record, and representations that
+    /// exceed the default ReadLimits: for instance a compressed form that declares more than 1 GiB or more than 1,100
+    /// times its own size. Exceptions of the model pass through.
     [[nodiscard]] virtual bool SetBinaryRepresentation(QByteArray &representation);
 
-    /// The same from a stream, in the stream's own byte order and version. Stops right behind the record and does not
-    /// look at what follows. On a sequential device a length that runs past the data shows only as the data end.
+    /// The same from a stream, in the stream's own byte order and version. Stops immediately after the record and does
+    /// not read what follows. On a sequential device a length that exceeds the data is only detected when the data end.
     [[nodiscard]] virtual bool SetBinaryRepresentation(QDataStream &stream);
 
-    /// Takes over what `other`, an object of the same class, has set. The base's own takes nothing and returns false.
+    /// Copies what is set in `other`, an object of the same class. The base implementation copies nothing and returns
+    /// false.
     [[nodiscard]] virtual bool MergeRGObject(const IRGObject &other);
 
-    /// The type that the object was given when it was made.
+    /// The type that was set at construction.
     virtual ObjectTypes GetObjectType();
 
-    /// The name of the object: its class's name, and the name of its XML element.
+    /// The name of the object: that of its class and of its XML element.
     virtual const QString &GetObjectName() const;
 
-    /// Reads the object from the XML element on whose start the reader stands, and leaves the reader on its end.
+    /// Reads the object from the XML element at whose start the reader is, and leaves the reader at its end.
     ///
-    /// The base's own walks the content: it calls ProcessXmlStartElement() for every start element it meets and ends at
-    /// the end element that carries the element's own name, or at the end or an error of the document. Text, comments
-    /// and processing instructions in between are passed over.
+    /// The base implementation walks the content: it calls ProcessXmlStartElement() for every start element and ends at
+    /// the end element with the element's own name, or at the end or an error of the document. Text, comments and
+    /// processing instructions in between are skipped.
     virtual void ProcessXml(QXmlStreamReader &reader);
 
     /// The object as an XML document: declaration, two-space indentation, a final newline. Null if the object writes
-    /// nothing, and null with GetErrorString() if a text holds a character that XML cannot carry.
+    /// nothing, and null with GetErrorString() if a text contains a character that XML cannot carry.
     [[nodiscard]] virtual QString GetXmlString();
 
     /// Writes the binary representation: the low 32 bits of the class identifier as leading word, the length, the
@@ -147,44 +147,45 @@ public:
 
     /// Writes the compressed representation: a leading word of its own, the length, and the plain representation
     /// through qCompress() at `level` (0 to 9; -1 and every other value is zlib's default). Writes nothing, with
-    /// GetErrorString(), if the plain representation exceeds the 1 GiB that readers take.
+    /// GetErrorString(), if the plain representation exceeds the 1 GiB that readers accept.
     virtual void GetCompressedBinaryRepresentation(QDataStream &stream, int level) const;
 
-    /// The same as bytes, with the plain representation as GetBinaryRepresentationAsQByteArray() makes it.
+    /// The same as bytes, with the plain representation as in GetBinaryRepresentationAsQByteArray().
     [[nodiscard]] virtual QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level);
 
-    /// Reads the object from an XML file, like SetXmlString() but with the validate flag as it is.
+    /// Reads the object from an XML file, like SetXmlString() but without changing the validate flag.
     [[nodiscard]] virtual bool LoadXml(const QString &path);
 
-    /// The same from a file object. A closed file is opened and closed again; an open one is read from where it stands
-    /// and stays open.
+    /// The same from a file object. A closed file is opened and closed again; an open one is read from its present
+    /// position and stays open.
     [[nodiscard]] virtual bool LoadXml(QFile *file);
 
-    /// Reads the object from a file that holds a binary representation; see SetBinaryRepresentation(QByteArray &) for
-    /// what is refused and LoadXml(QFile *) for how the file is treated.
+    /// Reads the object from a file with a binary representation; see SetBinaryRepresentation(QByteArray &) for what is
+    /// refused and LoadXml(QFile *) for how the file is opened.
     [[nodiscard]] virtual bool LoadBinary(QFile *file);
 
     /// Writes exactly the UTF-8 of GetXmlString() to a file, atomically: either the whole new document is there or the
-    /// old file is as it was; SaveFile() says what becomes of links and of what is no file. Returns false with
-    /// GetErrorString() if the file cannot be written, if the object writes nothing, or if it holds a character that
+    /// old file is unchanged; for links and targets that are not files, see SaveFile(). Returns false with
+    /// GetErrorString() if the file cannot be written, if the object writes nothing, or if it contains a character that
     /// XML cannot carry.
     [[nodiscard]] virtual bool SaveXml(const QString &path) const;
 
-    /// Whether the object enforces the rules of its model; on in a new object. Classes with child objects pass it on to
-    /// them.
+    /// Whether the object enforces the rules of its model; on in a new object. Classes with child objects propagate it
+    /// to them.
     virtual void SetValidate(bool validate) const;
-    /// What SetValidate() said last.
+    /// The flag that SetValidate() set last.
     virtual bool GetValidate() const;
-    /// Who gets the texts of failed load and save operations; none in a new object. Classes with child objects pass it
-    /// on to them.
+    /// The logger that receives the texts of failed load and save operations; none in a new object. Classes with child
+    /// objects propagate it to them.
     virtual void SetLogger(std::shared_ptr<Logger> logger) const;
-    /// Takes the logger from this object alone.
+    /// Removes the logger only from this object.
     virtual void ResetLogger() const;
 
-    /// The version of the documents that this object writes; the base's own has none and returns a null string.
+    /// The version of the documents that this object writes; the base implementation has none and returns a null
+    /// string.
     virtual const QString &GetVersion() const;
 
-    /// Gives the object another type; classes may refuse.
+    /// Sets the type of the object; classes may refuse.
     virtual void SetObjectType(ObjectTypes type);
 
 protected:
@@ -206,7 +207,7 @@ protected:
     virtual void walkContent(QXmlStreamReader &reader, const QString &name);
 
 public:
-    /// The logger that SetLogger() gave it; null if there is none.
+    /// The logger that SetLogger() has set; null if there is none.
     std::shared_ptr<Logger> GetLogger() const;
 
     /// \name No null pointers
@@ -219,10 +220,10 @@ public:
     bool SaveCompressedBinary(std::nullptr_t, int) const = delete;
     /// @}
 
-    /// What went wrong in the last load or save operation of this object; null after one that succeeded, and after one
-    /// that an exception of the model left. It reads `SOURCE:LINE:COLUMN: why` for the content of an XML document and
-    /// `SOURCE: why` for everything else. SOURCE is the path of the file as it was given, or `XML text` or `binary
-    /// data`. Lines and columns count from 1; the column is that of the last character read when the error was seen.
+    /// The error of the last load or save operation of this object; null after one that succeeded or threw an exception
+    /// of the model. The form is `SOURCE:LINE:COLUMN: why` for the content of an XML document and `SOURCE: why` for
+    /// everything else. SOURCE is the path of the file as the caller passed it, or `XML text` or `binary data`. Lines
+    /// and columns count from 1; the column is that of the last character read when the error was detected.
     QString GetErrorString() const;
 
     /// Writes the binary representation to a file, atomically like SaveXml().
@@ -231,9 +232,9 @@ public:
     [[nodiscard]] bool SaveCompressedBinary(const QString &path, int level) const;
 
     /// \name Conveniences
-    /// The same operations with other arguments. Those without limits call the virtual operation of the same name, so
-    /// they do what a class makes of that; those with limits are the base's own. A class that overrides one of the
-    /// virtual operations hides these; `using IRGObject::SetBinaryRepresentation;` shows them again.
+    /// The same operations with other arguments. Those without limits call the virtual operation of the same name,
+    /// which a class may override; those with limits do not. A class that overrides one of the virtual operations hides
+    /// these; `using IRGObject::SetBinaryRepresentation;` makes them visible again.
     /// @{
     [[nodiscard]] bool SetBinaryRepresentation(const QByteArray &representation);
     [[nodiscard]] bool SetBinaryRepresentation(const QByteArray &representation, const ReadLimits &limits);
@@ -247,8 +248,8 @@ public:
     [[nodiscard]] QByteArray GetCompressedBinaryRepresentationAsQByteArray(int level) const;
     /// @}
 
-    /// Passes over the payload of a record that nobody knows: exactly `length` bytes, or what is left if that is less;
-    /// nothing for a negative length. Returns the number of bytes passed over.
+    /// Skips the payload of an unknown record: exactly `length` bytes, or the remaining ones if there are fewer;
+    /// nothing for a negative length. Returns the number of skipped bytes.
     int skipCurrentElement(QDataStream &stream, int length, int tag) const;
 
 protected:

@@ -11,18 +11,18 @@ QT_FORWARD_DECLARE_CLASS(QDebug)
 
 namespace REPORTGENERATOR {
 
-/// Where the load and save operations of IRGObject report what went wrong.
+/// Receives the errors of the load and save operations of IRGObject.
 ///
-/// A logger is held by `std::shared_ptr` only and handed from an object to its children. Derive from it and override
-/// Log() to receive the messages; a logger that several threads' objects share must be safe to call from them.
+/// A logger is always held by `std::shared_ptr`, and propagated from an object to its children. Derive from it and
+/// override Log() to receive the messages; a logger of objects in several threads must be thread-safe.
 class REPORTBASE_EXPORT Logger
 {
 public:
-    /// How bad it is. The load and save operations report errors only.
+    /// The severity of a message. The load and save operations only report errors.
     enum class Severity {
         Error, ///< an operation has failed
-        Warning, ///< it has not, but something is odd
-        Information, ///< nothing is wrong
+        Warning, ///< an operation has succeeded, but something is suspicious
+        Information, ///< there is no problem
     };
 
     Logger();
@@ -35,7 +35,7 @@ public:
     void Log(Severity, std::nullptr_t) = delete;
 };
 
-/// Writes a severity as C++ spells it: `Logger::Severity::Error`.
+/// Writes a severity as spelled in C++: `Logger::Severity::Error`.
 REPORTBASE_EXPORT QDebug operator<<(QDebug debug, Logger::Severity severity);
 
 } // namespace REPORTGENERATOR

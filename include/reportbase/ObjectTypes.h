@@ -9,12 +9,12 @@ QT_FORWARD_DECLARE_CLASS(QDebug)
 
 namespace REPORTGENERATOR {
 
-/// The kind of report object an IRGObject says it is. A data model that needs kinds of its own adds them here.
+/// The kind of a report object. A data model that needs kinds of its own adds them here.
 enum class ObjectTypes {
-    Undefined ///< no kind was given; what the default constructor of IRGObject sets
+    Undefined ///< no kind; set by the default constructor of IRGObject
 };
 
-/// Writes a type as C++ spells it: `ObjectTypes::Undefined`.
+/// Writes a type as spelled in C++: `ObjectTypes::Undefined`.
 REPORTBASE_EXPORT QDebug operator<<(QDebug debug, ObjectTypes type);
 
 } // namespace REPORTGENERATOR

@@ -8,16 +8,16 @@ namespace REPORTGENERATOR {
 /// The first four bytes of the compressed form, big-endian: "RGZ1". No class has this identifier.
 constexpr quint32 CompressedMark = 0x52475A31;
 
-/// What a reader of binary representations accepts. The defaults are the limits of the functions without a ReadLimits
+/// The limits of a reader of binary representations. The defaults are the limits of the functions without a ReadLimits
 /// argument.
 ///
-/// A refused representation is refused by its first bytes, before memory is reserved for the rest. The objects that are
-/// read may take 45 times the memory of an uncompressed representation, 11 times while validating, so a limit of 4 MiB
-/// means up to 180 MiB.
+/// A representation is refused after its first bytes, before memory is reserved for the rest. The objects that are read
+/// may take 45 times the memory of an uncompressed representation, 11 times while validating, so a limit of 4 MiB means
+/// up to 180 MiB.
 struct ReadLimits
 {
-    /// The upper bound of both sizes: 2 GiB less 256 bytes, which is what a QByteArray can hold. Higher limits have the
-    /// same effect.
+    /// The upper bound of both sizes: 2 GiB less 256 bytes, the capacity of a QByteArray. Higher limits have the same
+    /// effect.
     static constexpr qint64 LargestPossible = 0x7FFFFF00;
 
     /// The size of a representation as it is received, plain or compressed, its leading word and length included.

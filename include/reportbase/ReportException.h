@@ -23,7 +23,7 @@ public:
     ~ReportException() override;
     /// @}
 
-    /// The message as it was given.
+    /// The message that was passed to the constructor.
     QString GetMessageText() const;
 
     /// The message as UTF-8; valid as long as this exception or a copy of it lives.
@@ -34,7 +34,7 @@ private:
     std::shared_ptr<const Message> m_message; // shared, so that copying cannot throw
 };
 
-/// What the objects of a data model throw; catches all four below.
+/// The base class of the four exceptions below, which the objects of a data model throw.
 class REPORTBASE_EXPORT RGException : public ReportException
 {
 public:
@@ -49,7 +49,7 @@ public:
     /// @}
 };
 
-/// A mandatory member is missing, or a value was given that its member does not take.
+/// A mandatory member is missing, or a value is not valid for its member.
 class REPORTBASE_EXPORT OutOfRangeException : public RGException
 {
 public:
@@ -64,7 +64,7 @@ public:
     /// @}
 };
 
-/// An XML document holds content that a validating reader refuses.
+/// An XML document has content that a validating reader refuses.
 class REPORTBASE_EXPORT InvalidXmlException : public RGException
 {
 public:
@@ -94,7 +94,7 @@ public:
     /// @}
 };
 
-/// An item or a choice is not complete enough for what was asked of it.
+/// An item or a choice is not complete enough for the requested operation.
 class REPORTBASE_EXPORT IncompleteDefinitionException : public RGException
 {
 public:

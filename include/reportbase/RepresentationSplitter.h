@@ -14,7 +14,7 @@ namespace REPORTGENERATOR {
 /// The size of a binary representation, as far as it is known.
 struct RepresentationSize
 {
-    /// What the first bytes say.
+    /// The result for the first bytes.
     enum class State {
         NeedsMoreBytes, ///< fewer than the eight bytes that declare the size
         Known, ///< `bytes` is the size
@@ -27,7 +27,7 @@ struct RepresentationSize
 
 /// Returns how many bytes a representation takes that starts with `firstBytes`, plain or compressed, big-endian as
 /// IRGObject::GetBinaryRepresentationAsQByteArray() writes it. `classIdentifier` is the `GetId()` of its class; only
-/// the low 32 bits count. Looks at eight bytes and ignores the others.
+/// the low 32 bits count. Only the first eight bytes are read.
 [[nodiscard]] REPORTBASE_EXPORT RepresentationSize SizeOfRepresentation(const QByteArray &firstBytes,
                                                                         qint64 classIdentifier);
 

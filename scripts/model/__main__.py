@@ -21,12 +21,13 @@ import formats_page  # noqa: E402
 import fuzzing  # noqa: E402
 import lists  # noqa: E402
 import schema  # noqa: E402
+import texts  # noqa: E402
 from model import Model, Unmakeable  # noqa: E402
 
 MODEL = "share/model.json"
 
 
-def model_as_told_by(program: Path) -> str:
+def model_written_by(program: Path) -> str:
     with tempfile.TemporaryDirectory() as folder:
         file = Path(folder) / "model.json"
         subprocess.run([program, file], check=True)
@@ -58,17 +59,17 @@ def first_difference(path: str, is_now: str, should_be: str) -> str:
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program", type=Path)
-    parser.add_argument("--check", action="store_true", help="write nothing, tell what differs")
+    parser.add_argument("--check", action="store_true", help="write nothing, report what differs")
     parser.add_argument("--top", type=Path, default=Path(__file__).resolve().parents[2],
                         help="the top folder of the project")
     arguments = parser.parse_args()
     committed = Committed(arguments.top)
 
-    text = model_as_told_by(arguments.program)
+    text = model_written_by(arguments.program)
     model = Model(text)
     problems: list[str] = []
     made = {MODEL: text}
-    for part in (benchmark, formats_page, fuzzing, lists, schema):
+    for part in (benchmark, formats_page, fuzzing, lists, schema, texts):
         try:
             made |= part.make(model, committed, problems.append)
         except Unmakeable as error:

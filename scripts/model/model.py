@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The model as model.json tells it, and how parts of files are replaced."""
+"""The model as model.json lists it, and how parts of files are replaced."""
 
 from __future__ import annotations
 
@@ -13,9 +13,9 @@ class Unmakeable(Exception):
 
 class Model:
     def __init__(self, text: str) -> None:
-        told = json.loads(text)
-        self.version: str = told["version"]
-        self.classes: list[dict] = told["classes"]
+        parsed = json.loads(text)
+        self.version: str = parsed["version"]
+        self.classes: list[dict] = parsed["classes"]
         self.members: list[tuple[dict, dict]] = [(cls, row) for cls in self.classes for row in cls["members"]]
 
     @property

@@ -43,7 +43,7 @@ class Progress:
             file.write(json.dumps(record) + "\n")
 
     def of(self, mutant, digest):
-        """What became of the mutant, if its file still reads as it did then."""
+        """The outcome of the mutant, if its file is unchanged since then."""
         record = self.records.get(mutant.identity)
         return record if record and record["source"] == digest else None
 

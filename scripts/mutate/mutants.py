@@ -1,4 +1,4 @@
-"""Which breaks there are: every place of a source file at which one of the rules can spoil it, and which of them to try."""
+"""The mutants: every place of a source file that one of the rules can break, and which of them to try."""
 
 import bisect
 import hashlib
@@ -187,8 +187,8 @@ class Source:
         return low
 
     def _add(self, category, *edits):
-        """Mutants are known by what they change, not by where: a function may move within its file, and lines may be
-        laid out anew. Of several that are alike within a function, the later ones are numbered."""
+        """Mutants are identified by the change, not by the place: a function may move within its file, and lines may be
+        laid out differently. If several are alike within a function, the later ones are numbered."""
         edits = tuple(sorted(Edit(*edit) for edit in edits))
         if edits in self._seen:
             return
@@ -394,7 +394,7 @@ class Source:
         if text in (";", "{", "}", ":"):
             return "block"
         if head and head[-1] not in ("return", "throw") and "(" in head and ":" in head and text == "}":
-            return "function"  # a constructor whose last member is initialised with braces
+            return "function"  # a constructor whose last member is initialized with braces
         return "list"
 
     def _is_binary(self, token):
@@ -468,7 +468,7 @@ class Source:
         self._add("logic", (start, start, "!("), (end, end, ")"))
 
     def _statements(self):
-        """Statements are left out: a mark, a hand-over, a check, an early return."""
+        """Statements are left out: a mark, a propagation, a check, an early return."""
         for index, token in enumerate(self.tokens):
             if self._scopes[index] not in ("function", "block") or token.kind != "word" or token.text in KEPT_STATEMENTS:
                 continue

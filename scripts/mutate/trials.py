@@ -1,4 +1,4 @@
-"""The tests of the built copy: which there are, in which order they meet a mutant, and how they are kept on a leash."""
+"""The tests of the built copy: the list, the order in which they are run on a mutant, and their limits."""
 
 import hashlib
 import json
@@ -99,7 +99,7 @@ class Running:
         return Verdict(passed, "crashed" if crashed else "failed", output)
 
     def end(self):
-        """Ends whatever of the session is left."""
+        """Ends the remaining processes of the session."""
         try:
             os.killpg(self.process.pid, signal.SIGKILL)
         except ProcessLookupError:
@@ -159,7 +159,7 @@ class Trials:
         return json.loads(self._times_file.read_text(encoding="utf-8")) if self._times_file.exists() else {}
 
     def _state(self, test):
-        """What the result depends on: the program, its arguments and the libraries as they are built."""
+        """What the result depends on: the program, its arguments and the built libraries."""
         program = shutil.which(test.command[0])
         parts = [*test.command, str(Path(program).stat().st_mtime_ns), self.libraries()]
         return hashlib.sha256("\n".join(parts).encode()).hexdigest()[:16]
@@ -258,7 +258,7 @@ class Trials:
         return [t for t in self.tests if t.name in test.needs or t.sets_up & test.fixtures]
 
     def _leash(self, test):
-        """By processor time, which a busy machine does not stretch; the wall only ends what waits for ever."""
+        """By processor time, which does not depend on the load; the wall clock only ends tests that wait forever."""
         return 60 + 15 * test.seconds, int(3 + 5 * test.cpu_seconds)
 
     def _start(self, test):

@@ -158,16 +158,16 @@ class Workshop:
         self.binaries = {}
         own = str(self.tree / "src") + "/"
         reached = {
-            o.target
+            o.output
             for o in self.objects
             if str(o.source).startswith(own) or any(d.startswith(own) for d in self.depends.get(o.output, ()))
         }
-        outputs = self._outputs()
-        for target in sorted(reached):
-            for output in outputs.get(target, []):
+        for target, outputs in sorted(self._outputs().items()):
+            for output in outputs:
                 commands = run(["ninja", "-t", "commands", output], self.build).stdout.splitlines()
                 links = [line for line in commands if f" -o {output} " in f"{line} "]
-                if links and (self.build / output).is_file():
+                # Test programs may be linked from a library's objects.
+                if links and reached.intersection(links[-1].split()) and (self.build / output).is_file():
                     self.binaries[target] = Binary(target, output, links[-1])
         if not self.binaries:
             raise BuildFailure(f"no library is built; see {self.folder}/build.log")
@@ -205,6 +205,8 @@ class Workshop:
         self._headers = {}
         for target in self.binaries:
             objects = [o for o in self.objects if o.target == target]
+            if not objects:
+                continue
             wanted = set()
             texts = [o.source for o in objects]
             texts += [Path(d) for o in objects for d in self.depends.get(o.output, ()) if f"{self.tree}/src/" in d]
@@ -223,7 +225,7 @@ class Workshop:
 
     def _compile(self, one, source, output, optimised=False):
         flags = [flag for flag in one.flags if not (optimised and re.fullmatch(r"-O.?", flag))]
-        flags += ["-O2"] if optimised else self._headers[one.target]
+        flags += ["-O2"] if optimised else self._headers.get(one.target, [])
         return run([one.compiler, *flags, "-frandom-seed=0", "-c", str(source), "-o", str(output)], self.build)
 
     # --- A library from one compilation, for what is broken in its headers ---
@@ -242,24 +244,25 @@ class Workshop:
         return source
 
     def _in_link_order(self, target):
-        link = self.binaries[target].link
-        return sorted((o for o in self.objects if o.target == target), key=lambda o: link.index(o.output))
+        words = self.binaries[target].link.split()
+        return sorted((o for o in self.objects if o.output in words), key=lambda o: words.index(o.output))
 
     def _units(self, path, apart=False):
-        """What to compile again for a changed file: (object, source, the objects that it replaces)."""
+        """What to compile again for a changed file: (object, source, the objects that it replaces, the target that is
+        linked with it). An object that several targets are linked with is listed for each."""
         changed = str(self.tree / path)
         units = []
         for target in self.binaries:
             objects = self._in_link_order(target)
             reached = [o for o in objects if str(o.source) == changed or changed in self.depends.get(o.output, ())]
             if len(reached) > 2 and target in self._united_targets and not apart:
-                units.append((objects[0], self._united(target), objects))
+                units.append((objects[0], self._united(target), objects, target))
             else:
-                units += [(one, one.source, [one]) for one in reached]
+                units += [(one, one.source, [one], target) for one in reached]
         return units
 
     def is_united(self, path):
-        return any(len(replaced_objects) > 1 for _, _, replaced_objects in self._units(path))
+        return any(len(replaced_objects) > 1 for _, _, replaced_objects, _ in self._units(path))
 
     _united_targets = ()
 
@@ -308,14 +311,16 @@ class Workshop:
         units = self._units(mutant.path, apart)
         before = [None if apart else self._unbroken_code(unit, False) for unit in units]
         self._break(mutant)
-        replaced, same = {}, True
-        for number, (one, source, replaced_objects) in enumerate(units):
-            output = self.scratch / f"mutant-{number}.o"
-            if self._compile(one, source, output).returncode:
-                return "not compiled"
+        made, replaced, same = {}, {}, True
+        for number, (one, source, replaced_objects, target) in enumerate(units):
+            output = made.get((one.output, source))
+            if not output:
+                output = made[one.output, source] = self.scratch / f"mutant-{number}.o"
+                if self._compile(one, source, output).returncode:
+                    return "not compiled"
             same = same and output.read_bytes() == before[number]
             for other in replaced_objects:
-                replaced.setdefault(one.target, {})[other.output] = output
+                replaced.setdefault(target, {})[other.output] = output
         if same:
             return "same code"
         if not all(self._link(target, objects) for target, objects in replaced.items()):
@@ -330,12 +335,12 @@ class Workshop:
         self._write(file, mutant.applied_to(original))
 
     def same_when_optimised(self, mutant):
-        """Whether the optimiser makes the same code of it, which then does the same."""
+        """Whether the optimizer generates the same code for it."""
         units = self._units(mutant.path)
         before = [self._unbroken_code(unit, True) for unit in units]
         self._break(mutant)
         try:
-            for number, (one, source, _) in enumerate(units):
+            for number, (one, source, *_) in enumerate(units):
                 output = self.scratch / "optimised.o"
                 if self._compile(one, source, output, True).returncode or output.read_bytes() != before[number]:
                     return False
@@ -354,7 +359,7 @@ class Workshop:
         self._linked = set()
 
     def _write(self, file, text):
-        """With the old time: ninja, should a test call it, has nothing to do."""
+        """With the old time, so that ninja has nothing to do if a test calls it."""
         status = file.stat()
         file.write_text(text, encoding="utf-8")
         os.utime(file, ns=(status.st_atime_ns, status.st_mtime_ns))

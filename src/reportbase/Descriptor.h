@@ -32,7 +32,7 @@ public:
     }
     ~Descriptor()
     {
-        const int error = errno; // may be still to be reported
+        const int error = errno; // the caller may still have to report it
         if (m_number >= 0)
             close(m_number);
         errno = error;

@@ -14,7 +14,7 @@ QString hexWord(quint32 word)
 
 } // namespace
 
-// Sources and reasons may hold a "%1" of their own; so they are put together, not filled in.
+// Sources and reasons may contain "%1" themselves, so texts are concatenated instead of using arg().
 
 QString at(const QString &source, const QString &why)
 {
@@ -43,12 +43,12 @@ QString unnamedFile()
 
 QString noFileGiven()
 {
-    return ownText("no file was given");
+    return ownText("the file pointer is null");
 }
 
 QString noFileName()
 {
-    return ownText("no file name was given");
+    return ownText("the file name is empty");
 }
 
 QString nulInFileName()
@@ -69,7 +69,7 @@ QString isAFolder()
 QString foreignLink()
 {
     return QString(
-        QLatin1String("a symbolic link on the way belongs to another user and is in a folder where other users "
+        QLatin1String("a symbolic link on the path belongs to another user and is in a folder where other users "
                       "can place links"));
 }
 
@@ -137,14 +137,14 @@ QString nothingToWrite()
 
 QString characterNotForXml(int line)
 {
-    return ownText("a text in or just above line %1 of the document holds a character that XML cannot carry "
+    return ownText("a text in or just above line %1 of the document contains a character that XML cannot carry "
                    "(a control character, U+FFFE, U+FFFF or half a surrogate pair)")
         .arg(line);
 }
 
 QString tooLargeToCompress(qint64 size, qint64 limit)
 {
-    return ownText("%1 bytes are to be compressed, but readers take no more than %2").arg(size).arg(limit);
+    return ownText("%1 bytes are to be compressed, but readers accept no more than %2").arg(size).arg(limit);
 }
 
 QString outOfMemory(qint64 bytesRead, qint64 longestText)
@@ -231,7 +231,7 @@ QString moreThanTheLength(qint64 length)
 
 QString membersCutOff(qint64 length)
 {
-    return ownText("the record's length is %1, but its members go on behind that").arg(length);
+    return ownText("the record's length is %1, but its members continue after it").arg(length);
 }
 
 QString membersEndEarly(qint64 read, qint64 length)
@@ -241,7 +241,7 @@ QString membersEndEarly(qint64 read, qint64 length)
 
 QString expandsTooFar(qint64 declared, qint64 compressed, qint64 limit)
 {
-    return ownText("%1 compressed bytes declare %2 bytes, but no more than %3 are taken")
+    return ownText("%1 compressed bytes declare %2 bytes, but no more than %3 are accepted")
         .arg(compressed)
         .arg(declared)
         .arg(limit);

@@ -3,17 +3,17 @@
 
 #include <QString>
 
-/// Every text that a load or save operation gives as the reason for its failure stands in FailureTexts.cpp.
+/// All texts that load and save operations return as reasons for a failure.
 namespace REPORTGENERATOR::FailureTexts {
 
 /// \name Where
-/// `SOURCE: why` and `SOURCE:LINE:COLUMN: why`, the two forms that programs take apart. Lines and columns count from 1.
+/// `SOURCE: why` and `SOURCE:LINE:COLUMN: why`, the two forms that programs parse. Lines and columns count from 1.
 /// @{
 QString at(const QString &source, const QString &why);
 QString at(const QString &source, qint64 line, qint64 column, const QString &why);
 /// @}
 
-/// \name What stands for a source that has no path
+/// \name Sources without a path
 /// @{
 QString xmlText();
 QString binaryData();
@@ -60,7 +60,7 @@ QString xmlTooLong(qint64 length, qint64 limit);
 QString xmlDeclaration();
 QString tooManyAttributes(int limit);
 QString internalSubset();
-QString undeclaredEntity(const QString &name); // as QXmlStreamReader puts it
+QString undeclaredEntity(const QString &name); // in the words of QXmlStreamReader
 /// @}
 
 /// \name Reading a binary representation

@@ -12,13 +12,13 @@ FileForReading::FileForReading(QFile *file) : m_file(file)
     if (!m_file) {
         m_openFailure = FailureTexts::noFileGiven();
     } else if (m_file->isOpen()) {
-        m_file->unsetError(); // an old error is not this read's
+        m_file->unsetError(); // an earlier error does not concern this read
         if (!m_file->isReadable())
             m_openFailure = FailureTexts::at(name(), FailureTexts::notOpenForReading());
     } else if (m_file->fileName().isEmpty()) {
-        m_openFailure = FailureTexts::noFileName(); // asked before QFile, which would print a warning
+        m_openFailure = FailureTexts::noFileName(); // checked before QFile does, which would print a warning
     } else if (m_file->fileName().contains(QChar::Null)) {
-        // QFile would open what the name in front of it stands for.
+        // QFile would open the file with the part of the name before it.
         m_openFailure = FailureTexts::at(name(), FailureTexts::cannotOpen(FailureTexts::nulInFileName()));
     } else {
         m_opened = m_file->open(QIODevice::ReadOnly);

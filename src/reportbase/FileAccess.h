@@ -7,7 +7,7 @@ class QFile;
 
 namespace REPORTGENERATOR {
 
-/// A caller's file for the time of one read: opened if it was closed, and then closed again, also on an exception.
+/// A caller's file during one read: opened if it was closed, and closed again, also after an exception.
 class FileForReading
 {
 public:
@@ -22,7 +22,7 @@ public:
     /// Why reading stopped before the file's end; null if it did not.
     QString readFailure() const;
 
-    /// What texts call the file.
+    /// The name of the file in messages.
     QString name() const;
 
 private:

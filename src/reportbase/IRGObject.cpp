@@ -240,7 +240,7 @@ void IRGObject::processContent(QXmlStreamReader &reader, const QString &name)
             if (isSameText(reader.name(), name))
                 return;
             break; // left over from an element that was not read to its end
-        case QXmlStreamReader::Invalid: // in error, whatever a device claims to have still
+        case QXmlStreamReader::Invalid: // in error, even if a device claims to have more data
         case QXmlStreamReader::EndDocument:
             return;
         default:
@@ -258,7 +258,7 @@ int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const
 {
     if (length <= 0)
         return 0;
-    // -1 without a device that can be read; where less is left than asked for, the stream's status says so afterwards
+    // -1 without a readable device; if fewer bytes are left than requested, the stream's status reports it
     return std::max(stream.skipRawData(length), 0);
 }
 

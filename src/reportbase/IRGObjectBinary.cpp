@@ -94,7 +94,7 @@ bool IRGObject::LoadBinary(QFile *file, const ReadLimits &limits)
     Framing::OwnSettings.applyTo(stream);
     const QString failure = readRepresentation(stream, true, limits);
     if (!access.readFailure().isNull())
-        return fail(access.readFailure()); // the data seem cut off then, but are not at fault
+        return fail(access.readFailure()); // the data seem truncated then, but the device has failed
     return failure.isNull() || fail(FailureTexts::at(access.name(), failure));
 }
 
@@ -102,8 +102,9 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd, const 
 {
     QByteArray members;
     try {
-        members = Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(),
-                                       toTheEnd ? Framing::Behind::Nothing : Framing::Behind::Anything, limits);
+        members =
+            Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(),
+                                 toTheEnd ? Framing::AfterRecord::Nothing : Framing::AfterRecord::Anything, limits);
     } catch (const Framing::Refusal &refusal) {
         return refusal.why;
     }
@@ -116,7 +117,8 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd, const 
         rethrowUnlessLarge(members.size());
         return FailureTexts::outOfMemory(members.size(), LongestText);
     }
-    // An object may miss lengths inside the record that do not add up; damaged data must never pass for good ones.
+    // An object may not detect inconsistent lengths inside the record; damaged data must never be accepted as good
+    // ones.
     if (memberStream.status() != QDataStream::Ok)
         return FailureTexts::membersCutOff(members.size());
     if (memberStream.device()->pos() != members.size())
@@ -137,7 +139,7 @@ QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
     return composePlain(*this, m_classIdentifier, Framing::OwnSettings);
 }
 
-// In the contract these do not change the object, although they are not const there. Classes may override them.
+// These do not change the object, although they are not const in the contract. Classes may override them.
 QByteArray IRGObject::GetBinaryRepresentationAsQByteArray() const
 {
     return const_cast<IRGObject &>(*this).GetBinaryRepresentationAsQByteArray();

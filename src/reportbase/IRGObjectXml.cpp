@@ -22,19 +22,19 @@ namespace {
 /// The reader converts a text to UTF-8 and reserves three bytes per character for that.
 constexpr qint64 longestXmlText = ReadLimits::LargestPossible / 3;
 
-// Every read of a text needs it, whether the read fails or not. Built when the library is loaded, so that a read that
-// succeeds allocates nothing for it.
+// Every read of a text needs it, even if it succeeds. Built when the library is loaded, so that a read does not
+// allocate it.
 const QString sourceOfText = FailureTexts::xmlText();
 
-/// A failure where the reader stands.
+/// A failure at the position of the reader.
 QString atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
 {
-    // The reader counts the characters it has taken from the line. So its number is the place, counted from 1, of the
-    // character that it took last, which is the one it stumbled on.
+    // The reader counts the characters that it has read from the line. So its number is the column, counted from 1, of
+    // the last character read, at which it failed.
     return FailureTexts::at(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)), why);
 }
 
-/// Reads on to the root element; false if there is none.
+/// Reads up to the root element; false if there is none.
 bool toRootElement(QXmlStreamReader &reader)
 {
     while (!reader.atEnd() && !reader.hasError()) {
@@ -44,8 +44,8 @@ bool toRootElement(QXmlStreamReader &reader)
     return false;
 }
 
-/// Refuses what a document type outside of the document may have declared. The reader would leave it out of texts, and
-/// leave it as it is in attributes.
+/// Refuses entities that an external document type may declare. The reader would omit them in texts, and leave them
+/// unexpanded in attributes.
 class NoEntities : public QXmlStreamEntityResolver
 {
 public:
@@ -64,7 +64,7 @@ private:
     QXmlStreamReader &m_reader;
 };
 
-/// Whether the document seems cut off because the watch has let nothing more through.
+/// Whether the document seems truncated because the watch has passed on nothing more.
 bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
 {
     return watch.isRefused() && reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
@@ -109,7 +109,7 @@ bool IRGObject::LoadXml(QFile *file)
         return fail(FailureTexts::at(access.name(), FailureTexts::outOfMemory(document.bytesRead(), LongestText)));
     }
     if (!access.readFailure().isNull())
-        return fail(access.readFailure()); // the document seems cut off then, but is not at fault
+        return fail(access.readFailure()); // the document seems truncated then, but the device has failed
     if (isEndedBy(document.watch(), reader))
         failure = atReader(reader, access.name(), document.watch().refusal());
     return failure.isNull() || fail(failure);
@@ -124,13 +124,14 @@ QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
         try {
             ProcessXml(reader);
         } catch (const ReportException &) {
-            // What a document that breaks off left incomplete is not a failure of its content.
+            // If a document is truncated, incomplete content is not an error of the content.
             if (!reader.hasError())
                 throw;
         }
     }
 
-    reader.setNamespaceProcessing(false); // what is left is of no interest; an object's end may have been another's
+    // The rest does not matter; an object may have ended at the end tag of another element.
+    reader.setNamespaceProcessing(false);
     while (!reader.atEnd() && !reader.hasError())
         reader.readNext();
     return reader.hasError() ? atReader(reader, source, reader.errorString()) : QString();
@@ -154,7 +155,7 @@ QString IRGObject::GetXmlString()
     return QString::fromUtf8(composition.utf8);
 }
 
-// In the contract it does not change the object, although it is not const there. Classes may override it.
+// This does not change the object, although it is not const in the contract. Classes may override it.
 QString IRGObject::GetXmlString() const
 {
     return const_cast<IRGObject &>(*this).GetXmlString();

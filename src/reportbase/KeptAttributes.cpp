@@ -19,10 +19,10 @@ namespace {
 
 constexpr char accessList[] = "system.posix_acl_access";
 
-/// Whether the error says that the caller or the file system cannot do it at all, rather than that it failed.
+/// Whether the error means that the caller or the file system cannot do it at all.
 bool isRefusal(int error)
 {
-    // Of an owner that a container does not know the kernel says EINVAL.
+    // The kernel returns EINVAL for an owner that a container does not know.
     return error == EPERM || error == EACCES || error == EINVAL || error == EOPNOTSUPP || error == ENOSYS;
 }
 
@@ -31,8 +31,8 @@ bool isMissing(int error)
     return error == ENODATA || error == EOPNOTSUPP || error == ENOSYS;
 }
 
-/// The content that a call reads, which returns only the size when it is given no room. A null array with the reason in
-/// `errno` if it fails.
+/// The content that a call reads, which only returns the size if it is called without a buffer. A null array with the
+/// reason in `errno` if it fails.
 template <class Read>
 QByteArray readWhole(Read &&read)
 {
@@ -56,14 +56,14 @@ QByteArray attribute(int file, const char *name)
     return readWhole([=](char *room, std::size_t size) { return fgetxattr(file, name, room, size); });
 }
 
-/// Those that describe the content (what a program may do, checksums) do not hold for a new one. The kernel removes
-/// them too when a file is written.
+/// Attributes that describe the content (what a program may do, checksums) do not apply to a new one. The kernel also
+/// removes them when a file is written.
 bool describesContent(const QByteArray &name)
 {
     return name == "security.capability" || name == "security.ima" || name == "security.evm";
 }
 
-/// Labels and lists of other kinds decide who may use the file; nobody here knows how.
+/// Labels and lists of other kinds decide in unknown ways who may use the file.
 bool decidesAboutAccess(const QByteArray &name)
 {
     return name.startsWith("security.") || name.startsWith("system.");
@@ -97,12 +97,12 @@ private:
     {
         if (m_new.st_uid == m_old.st_uid && groupIsKept())
             return QString();
-        // Who may not give files away may still choose among the own groups.
+        // A caller who may not change the owner may still choose one of their own groups.
         const bool done = fchown(m_newFile, m_old.st_uid, m_old.st_gid) == 0
             || (isRefusal(errno) && (groupIsKept() || fchown(m_newFile, uid_t(-1), m_old.st_gid) == 0));
         if ((!done && !isRefusal(errno)) || fstat(m_newFile, &m_new) != 0)
             return FailureTexts::cannotKeepOwners(qt_error_string(errno));
-        // A superuser who is not allowed to do so would take the file away from its owner.
+        // A superuser who is not allowed to do so would become the owner of the file.
         const bool isCallers = m_new.st_uid == geteuid() && geteuid() != 0;
         if (m_new.st_uid == m_old.st_uid || isCallers)
             return QString();
@@ -110,7 +110,7 @@ private:
         return FailureTexts::cannotKeepOwners(qt_error_string(errno));
     }
 
-    /// A folder may have given the new file a list of its own, in which the mode means something else.
+    /// The new file may have inherited a list from its folder, in which the mode means something else.
     QString keepAccessList()
     {
         const QByteArray list = attribute(m_oldFile, accessList);
@@ -122,7 +122,7 @@ private:
             done = hasNone ? isMissing(errno) : fremovexattr(m_newFile, accessList) == 0;
         } else if (groupIsKept()) {
             done = fsetxattr(m_newFile, accessList, list.constData(), std::size_t(list.size()), 0) == 0;
-        } else { // what the list says about the group would hold for another one
+        } else { // the list's entry for the group would apply to a different one
             errno = EPERM;
         }
         return done ? QString() : FailureTexts::cannotKeepAccessList(qt_error_string(errno));
@@ -150,13 +150,13 @@ private:
         if (value.isNull())
             return errno == ENODATA; // removed meanwhile
         const QByteArray present = attribute(m_newFile, name.constData());
-        // Labels are often there by themselves, and setting them is allowed to few.
+        // Labels are often set automatically, and few callers may set them.
         return (!present.isNull() && present == value)
             || fsetxattr(m_newFile, name.constData(), value.constData(), std::size_t(value.size()), 0) == 0;
     }
 
-    /// If the group is another one, both its members and those of the old group get what the old group and everybody
-    /// else had in common.
+    /// If the group has changed, its members and those of the old group have the permissions that the old group and
+    /// everybody else had in common.
     mode_t wantedMode() const
     {
         const mode_t mode = m_old.st_mode & 0777;
@@ -173,7 +173,7 @@ private:
         const mode_t wanted = wantedMode();
         if ((m_new.st_mode & 07777) == wanted)
             return QString();
-        // If that fails, the file stays closed to everybody else, which counts for less than the content.
+        // If that fails, the file stays closed to everybody else, which matters less than the content.
         static_cast<void>(fchmod(m_newFile, wanted));
         if (fstat(m_newFile, &m_new) != 0)
             return qt_error_string(errno);

@@ -14,15 +14,15 @@ namespace REPORTGENERATOR {
 
 namespace {
 
-constexpr int letters = 6; // at the end of a name in between
+constexpr int letters = 6; // at the end of a temporary name
 
-/// The name with room for the letters behind it. Of a name that would become too long so, only the start is taken.
+/// The name with space for the letters after it. A name that would become too long is shortened.
 QByteArray nameInBetween(const QByteArray &name)
 {
     int end = name.size();
     if (end > NAME_MAX - 1 - letters) {
         end = NAME_MAX - 1 - letters;
-        while (end > 0 && (name[end] & 0xC0) == 0x80) // within a character of UTF-8, which some systems refuse
+        while (end > 0 && (name[end] & 0xC0) == 0x80) // within a character of UTF-8, whose parts some systems refuse
             --end;
     }
     return name.left(end) + '.' + QByteArray(letters, 'X');
@@ -43,11 +43,11 @@ NewFile::~NewFile()
 
 bool NewFile::create(mode_t mode)
 {
-    const bool canBeNamedLater = access("/proc/self/fd", X_OK) == 0; // which is where it is found again
+    const bool canBeNamedLater = access("/proc/self/fd", X_OK) == 0; // through which it is found again
     if (canBeNamedLater) {
         if (open(".", O_TMPFILE, mode))
             return true;
-        if (errno != EOPNOTSUPP && errno != EISDIR) // by which the system says that it cannot
+        if (errno != EOPNOTSUPP && errno != EISDIR) // with which the system reports that it does not support this
             return false;
     }
     m_isNamed = makeUnderNewName([=] { return open(m_nameInBetween.constData(), O_CREAT | O_EXCL, mode); });
@@ -62,12 +62,12 @@ bool NewFile::open(const char *name, int flags, mode_t mode)
 
 bool NewFile::write(const char *bytes, qint64 size)
 {
-    // A disk that becomes full takes what still fits, which is no error; the reason comes with the next attempt.
+    // A disk that becomes full writes what still fits without an error; the next attempt returns the reason.
     for (qint64 done = 0; done < size;) {
         const ssize_t written =
             uninterrupted([&] { return ::write(m_file.number(), bytes + done, std::size_t(size - done)); });
         if (written == 0)
-            errno = EIO; // no system does that, but without end it must not be tried
+            errno = EIO; // no system does that, but the loop must end
         if (written <= 0)
             return false;
         done += written;
@@ -78,7 +78,7 @@ bool NewFile::write(const char *bytes, qint64 size)
 bool NewFile::synchronize()
 {
     const bool done = uninterrupted([this] { return fsync(m_file.number()); }) == 0;
-    // Where the file system has no such operation, nothing is known to be wrong.
+    // If the file system has no such operation, no error is known.
     return done || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
 }
 
@@ -101,7 +101,7 @@ bool NewFile::replace()
     return true;
 }
 
-/// Makes the file under a name that no other has.
+/// Creates the file under a name that no other has.
 template <class Make>
 bool NewFile::makeUnderNewName(Make &&make)
 {

@@ -9,12 +9,12 @@
 
 namespace REPORTGENERATOR {
 
-/// A file on its way to its place. Where the system can do that it has no name until it is whole, so that a process
-/// that is killed leaves nothing behind; otherwise, and for the moment between naming and replacing, it is called like
-/// the file that it is to replace (or like the start of a very long name), with a dot and six letters behind.
+/// A new file that will replace an old one. If the system supports it, the file has no name until it is complete, so
+/// that a killed process leaves no file; otherwise, and between naming and replacing, its name is that of the old file
+/// (or the start of a very long name), followed by a dot and six letters.
 ///
-/// The operations return false with the reason in `errno`. They ask for no memory: QSaveFile does, between naming and
-/// replacing, and leaves the file there when it gets none.
+/// The operations return false with the reason in `errno`. They allocate no memory: QSaveFile does so between naming
+/// and replacing, and leaves the file there if this fails.
 class NewFile
 {
 public:
@@ -22,15 +22,15 @@ public:
     NewFile(int folder, const QByteArray &name);
     NewFile(const NewFile &) = delete;
     NewFile &operator=(const NewFile &) = delete;
-    ~NewFile(); ///< removes what did not get to its place
+    ~NewFile(); ///< removes the file unless it has replaced the old one
 
-    /// Makes the file, with the permissions that the mode and the folder give it.
+    /// Creates the file, with the permissions that result from the mode and the folder.
     bool create(mode_t mode);
     int descriptor() const { return m_file.number(); }
     bool write(const char *bytes, qint64 size);
-    /// Waits until it is on the disk. Some file systems notice only then that they are full or broken.
+    /// Waits until it is on the disk. Some file systems only then detect that they are full or broken.
     bool synchronize();
-    /// Gives it the place of the old file.
+    /// Replaces the old file with it.
     bool replace();
 
 private:

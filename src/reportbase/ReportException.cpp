@@ -8,7 +8,7 @@ struct ReportException::Message
     explicit Message(const QString &message) : text(message), utf8(message.toUtf8()) { }
 
     QString text;
-    QByteArray utf8; // kept, because what() hands out a pointer into it
+    QByteArray utf8; // kept, because what() returns a pointer into it
 };
 
 ReportException::ReportException(const QString &message) : m_message(std::make_shared<const Message>(message)) { }
@@ -26,8 +26,8 @@ const char *ReportException::what() const noexcept
     return m_message->utf8.constData();
 }
 
-// The destructors are at home in this file, so that every library that throws or catches one of these types shares the
-// one type information that stands here.
+// The destructors are defined in this file, so that all libraries that throw or catch one of these types share its type
+// information.
 
 RGException::RGException(const QString &message) : ReportException(message) { }
 RGException::RGException(const RGException &) noexcept = default;

@@ -15,7 +15,7 @@ namespace REPORTGENERATOR::RepresentationFraming {
 
 namespace {
 
-/// Takes up to `count` bytes, in pieces: memory grows with what has arrived, not with what a length word promises.
+/// Reads up to `count` bytes, in pieces: memory grows with the bytes that have arrived, not with a declared length.
 QByteArray takeBytes(QIODevice &device, int count)
 {
     constexpr int piece = 1 << 20;
@@ -42,9 +42,9 @@ QByteArray takePayload(QIODevice &device, int length)
 }
 
 /// For devices that know how many bytes are left, before the payload is read.
-void checkFollowing(qint64 length, qint64 following, Behind behind)
+void checkFollowing(qint64 length, qint64 following, AfterRecord afterRecord)
 {
-    if (length < 0 || length > following || (behind == Behind::Nothing && length != following))
+    if (length < 0 || length > following || (afterRecord == AfterRecord::Nothing && length != following))
         throw Refusal{FailureTexts::wrongLength(length, following)};
 }
 
@@ -79,7 +79,7 @@ struct Record
 };
 
 template <typename CheckWord>
-Record takeRecord(QDataStream &stream, Behind behind, const ReadLimits &limits, CheckWord &&checkWord)
+Record takeRecord(QDataStream &stream, AfterRecord afterRecord, const ReadLimits &limits, CheckWord &&checkWord)
 {
     QIODevice &device = *stream.device();
     const QByteArray start = takeBytes(device, HeadSize);
@@ -90,7 +90,7 @@ Record takeRecord(QDataStream &stream, Behind behind, const ReadLimits &limits, 
     const Head head = readHead(start.constData(), Settings::of(stream));
     checkWord(head.word);
     if (!device.isSequential())
-        checkFollowing(head.length, device.bytesAvailable(), behind);
+        checkFollowing(head.length, device.bytesAvailable(), afterRecord);
     checkLength(head, limits);
 
     Record record{head.word, takePayload(device, head.length)};
@@ -98,7 +98,7 @@ Record takeRecord(QDataStream &stream, Behind behind, const ReadLimits &limits, 
         stream.setStatus(QDataStream::ReadPastEnd);
         throw Refusal{FailureTexts::wrongLength(head.length, record.payload.size())};
     }
-    if (behind == Behind::Nothing && !takeBytes(device, 1).isEmpty())
+    if (afterRecord == AfterRecord::Nothing && !takeBytes(device, 1).isEmpty())
         throw Refusal{FailureTexts::moreThanTheLength(head.length)};
     return record;
 }
@@ -110,7 +110,7 @@ QByteArray expand(const QByteArray &compressed, const ReadLimits &limits)
     const qint64 declared = declaredSize(compressed.constData());
     checkExpansion(declared, compressed.size(), limits);
 
-    // Not by qUncompress(), which takes the declared size for a hint and ignores what follows the compressed bytes.
+    // Not with qUncompress(), which treats the declared size as a hint and ignores data after the compressed bytes.
     QByteArray plain(int(declared), Qt::Uninitialized);
     uLongf plainSize = uLongf(declared);
     uLong consumed = uLong(compressed.size() - SizeWord);
@@ -123,7 +123,7 @@ QByteArray expand(const QByteArray &compressed, const ReadLimits &limits)
     return plain;
 }
 
-// What qCompress() returns. It would print a message where memory runs out, and return nothing.
+// The result of qCompress(), which would print a message and return nothing if memory runs out.
 QByteArray shrink(const QByteArray &plain, int level)
 {
     if (level < Z_NO_COMPRESSION || level > Z_BEST_COMPRESSION)
@@ -131,7 +131,7 @@ QByteArray shrink(const QByteArray &plain, int level)
     uLongf size = compressBound(uLong(plain.size()));
     QByteArray compressed(SizeWord + int(size), Qt::Uninitialized);
     qToBigEndian(quint32(plain.size()), compressed.data());
-    // With that much room there is one reason left to fail.
+    // With a buffer of this size, it can only fail for one reason.
     if (compress2(reinterpret_cast<Bytef *>(compressed.data()) + SizeWord, &size,
                   reinterpret_cast<const Bytef *>(plain.constData()), uLong(plain.size()), level)
         != Z_OK)
@@ -195,19 +195,19 @@ void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &li
         throw Refusal{FailureTexts::expandsTooFar(declared, compressedSize, limit)};
 }
 
-QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, Behind behind,
+QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, AfterRecord afterRecord,
                        const ReadLimits &limits)
 {
     if (!stream.device() || !stream.device()->isReadable() || stream.status() != QDataStream::Ok)
         throw Refusal{FailureTexts::unusableStream()};
 
     const Record outer =
-        takeRecord(stream, behind, limits, [&](quint32 found) { checkForm(found, word, objectName, limits); });
+        takeRecord(stream, afterRecord, limits, [&](quint32 found) { checkForm(found, word, objectName, limits); });
     if (outer.word != CompressedMark)
         return outer.payload;
 
     MemoryStream inner(expand(outer.payload, limits), Settings::of(stream));
-    return takeRecord(inner.stream(), Behind::Nothing, ReadLimits(),
+    return takeRecord(inner.stream(), AfterRecord::Nothing, ReadLimits(),
                       [&](quint32 found) { checkWord(found, word, objectName); }) // compressed only once
         .payload;
 }

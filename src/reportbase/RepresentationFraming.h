@@ -8,29 +8,29 @@
 
 #include <reportbase/ReadLimits.h>
 
-/// What stands around the member records of a binary representation.
+/// The frame around the member records of a binary representation.
 ///
 /// plain:       leading word (the class's)   length   member records
 /// compressed:  leading word (CompressedMark)   length   the plain representation through qCompress()
 ///
-/// Everything is kept and handed on in memory. That lets an object write to a device that cannot seek, leaves a stream
-/// untouched when an object throws halfway, and keeps a reader that was given wrong lengths inside its record.
+/// Everything is buffered in memory. So an object can write to a device that cannot seek, a stream stays unchanged if
+/// an object throws halfway, and a reader with wrong lengths cannot leave its record.
 namespace REPORTGENERATOR::RepresentationFraming {
 
 constexpr int HeadSize = 8; // leading word and length
-constexpr int SizeWord = 4; // in front of compressed bytes: what they expand to, whatever the byte order of the stream
+constexpr int SizeWord = 4; // before compressed bytes: their expanded size, always big-endian
 
 /// The most that zlib can reach (1,032 : 1), rounded up.
 constexpr qint64 LargestRatio = 1100;
 
-/// Why a representation is not taken.
+/// Why a representation is refused.
 struct Refusal
 {
     QString why;
 };
 
-/// What may stand behind a record.
-enum class Behind {
+/// What may follow a record.
+enum class AfterRecord {
     Nothing,
     Anything,
 };
@@ -46,10 +46,10 @@ struct Settings
     void applyTo(QDataStream &stream) const;
 };
 
-/// The settings of every stream that the base makes itself.
+/// The settings of all streams that the base creates itself.
 constexpr Settings OwnSettings;
 
-/// A stream on bytes in memory. QDataStream's own constructors for that lose what they have made when memory runs out.
+/// A stream on bytes in memory. QDataStream's own constructors for that leak if memory runs out.
 class MemoryStream
 {
 public:
@@ -88,12 +88,12 @@ qint64 declaredSize(const char *compressed);
 /// Throws a Refusal if `compressedSize` bytes must not expand to `declared` bytes.
 void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &limits);
 
-/// Takes one record, plain or compressed, from the stream and returns its member records. Throws a Refusal if it is not
+/// Reads one record, plain or compressed, from the stream and returns its member records. Throws a Refusal if it is not
 /// the record of the class `word`, not complete, or beyond the limits.
-QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, Behind behind,
+QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, AfterRecord afterRecord,
                        const ReadLimits &limits);
 
-/// The compressed form of `plain`; `level` as for qCompress(). Throws a Refusal if no reader would take it.
+/// The compressed form of `plain`; `level` as for qCompress(). Throws a Refusal if no reader would accept it.
 QByteArray compressed(const QByteArray &plain, const Settings &settings, int level);
 
 } // namespace REPORTGENERATOR::RepresentationFraming

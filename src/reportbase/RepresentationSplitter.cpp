@@ -35,7 +35,7 @@ void RepresentationSplitter::Append(const QByteArray &bytes)
         return;
     }
     // Only when at least half is removed, so that each byte is moved a constant number of times on average, or when
-    // there is no room otherwise.
+    // there is no space otherwise.
     if (m_taken > m_bytes.size() / 2 || m_bytes.size() + qint64(bytes.size()) > ReadLimits::LargestPossible)
         removeTaken();
     m_bytes.append(bytes.constData(), bytes.size()); // a copy, because the caller may reuse its buffer
@@ -94,7 +94,7 @@ void RepresentationSplitter::fail(const QString &why)
 void RepresentationSplitter::removeTaken()
 {
     if (m_taken == m_bytes.size())
-        m_bytes.clear(); // an idle connection holds no memory
+        m_bytes.clear(); // an idle connection uses no memory
     else
         m_bytes.remove(0, m_taken);
     m_taken = 0;

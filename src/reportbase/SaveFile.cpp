@@ -17,8 +17,7 @@ namespace {
 
 constexpr int whateverIsThere = -2; // -1 is the handle of a file that is not open
 
-/// The reason why it cannot be put in place, or a null string. `original` is the file to replace, if it has to be that
-/// one.
+/// The reason why it cannot be saved, or a null string. `original` is the file that must be replaced, if any.
 QString replace(const QByteArray &path, const QByteArray &content, int original)
 {
     SaveTarget target;
@@ -28,7 +27,7 @@ QString replace(const QByteArray &path, const QByteArray &content, int original)
     if (!reason.isNull())
         return reason;
     NewFile file(target.folder(), target.name());
-    // Nobody else gets to see it before it has the owner and the permissions of the old one.
+    // Nobody else can open it before it has the owner and the permissions of the old one.
     if (!file.create(target.isNew() ? 0666 : 0600) || !file.write(content.constData(), content.size()))
         return qt_error_string(errno);
     if (!target.isNew())
@@ -45,9 +44,9 @@ QString save(const QByteArray &path, const QString &shownName, const QByteArray 
     const auto failure = [&](const QString &reason) {
         return reason.isNull() ? QString() : FailureTexts::at(shownName, FailureTexts::cannotWrite(reason));
     };
-    if (path.contains('\0')) // the system would take what precedes it for the whole
+    if (path.contains('\0')) // the system would end the path there
         return failure(FailureTexts::nulInFileName());
-    // The copy ends with a NUL, whoever made the path.
+    // The copy always ends with a NUL.
     return failure(replace(QByteArray(path.constData(), path.size()), content, original));
 }
 
@@ -71,14 +70,14 @@ QString SaveFile(const QByteArray &path, const QString &shownName, const QByteAr
 
 QString WriteAll(QFileDevice &file, const QByteArray &bytes)
 {
-    // A disk that becomes full takes what still fits, which is no error; the reason comes with the next attempt.
+    // A disk that becomes full writes what still fits without an error; the next attempt returns the reason.
     for (qint64 done = 0; done < bytes.size();) {
         const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
         if (written <= 0)
             return file.errorString();
         done += written;
     }
-    // Likewise with what was kept back: the first attempt may have got out a part of it.
+    // The same applies to buffered data: the first attempt may have written a part of them.
     return file.flush() || file.flush() ? QString() : file.errorString();
 }
 

@@ -59,8 +59,7 @@ bool SaveTarget::leadsTo(int file) const
     return m_old && readStatus(m_old, found) && fstat(file, &expected) == 0 && isSame(found, expected);
 }
 
-/// Goes to the file at the end of all links, step by step, so that each link can be judged and the folder stays at
-/// hand.
+/// Follows all links to the file, step by step, so that each link can be checked and the folder stays open.
 QString SaveTarget::walk(QByteArray path)
 {
     constexpr int mostLinks = 40; // as many as the kernel follows
@@ -87,7 +86,7 @@ QString SaveTarget::walk(QByteArray path)
     return qt_error_string(ELOOP);
 }
 
-/// The dot makes links within the path differ from one at its end, to which the kernel applies other rules.
+/// The dot distinguishes links within the path from one at its end, to which the kernel applies other rules.
 bool SaveTarget::enter(const QByteArray &folder)
 {
     m_folder = openAt(m_folder, folder + '.', look | O_DIRECTORY);
@@ -111,7 +110,7 @@ QString SaveTarget::followLink(QByteArray &path) const
     return QString();
 }
 
-/// Lets the kernel open the path in its own way. It may refuse what walk() did not, and must arrive at the same file.
+/// Lets the kernel open the path. It may refuse what walk() accepted, and must find the same file.
 QString SaveTarget::confirm(const QByteArray &path) const
 {
     const Descriptor there = openAt(Descriptor(), path, look);
@@ -124,7 +123,7 @@ QString SaveTarget::confirm(const QByteArray &path) const
         return systemError();
     if (S_ISDIR(status.st_mode))
         return FailureTexts::isAFolder();
-    if (!S_ISREG(status.st_mode)) // a file would take its place, and a pipe or a device would be gone
+    if (!S_ISREG(status.st_mode)) // a file would replace a pipe or a device
         return FailureTexts::notAFile();
     struct stat found = {};
     if (m_old && !readStatus(m_old, found))
@@ -132,7 +131,8 @@ QString SaveTarget::confirm(const QByteArray &path) const
     return m_old && isSame(found, status) ? QString() : FailureTexts::pathHasChanged();
 }
 
-/// Only who can open a file for writing may replace it, although the folder alone would have to allow that.
+/// Only a caller who can open a file for writing may replace it, although the system only requires access to the
+/// folder.
 QString SaveTarget::openOld()
 {
     struct stat found = {};

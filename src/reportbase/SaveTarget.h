@@ -8,8 +8,8 @@
 
 namespace REPORTGENERATOR {
 
-/// The place to which a path leads: a folder, a name in it, and the file that has this name, if there is one. Folder
-/// and file are held by descriptors, so whatever others rename meanwhile, the place stays the same.
+/// The target of a path: a folder, a name in it, and the file of this name, if there is one. Descriptors of folder and
+/// file stay open, so that the target stays the same if others rename something meanwhile.
 ///
 /// Symbolic links are followed where the kernel follows them when it opens the path. In a sticky folder that other
 /// users can write to, a link at the end of the path must belong to the caller or to the owner of the folder, even if
@@ -17,7 +17,7 @@ namespace REPORTGENERATOR {
 class SaveTarget
 {
 public:
-    /// Finds the place. Returns the reason why nothing can be saved there, or a null string.
+    /// Finds the target. Returns the reason why nothing can be saved there, or a null string.
     QString find(const QByteArray &path);
 
     int folder() const { return m_folder.number(); }
@@ -26,7 +26,7 @@ public:
     bool isNew() const { return !m_old; }
     /// The old file, open for writing.
     int old() const { return m_old.number(); }
-    /// Whether the old file is the one that is open there.
+    /// Whether the old file is the one that `original` has open.
     bool leadsTo(int file) const;
 
 private:

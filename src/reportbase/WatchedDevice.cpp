@@ -9,10 +9,10 @@ namespace REPORTGENERATOR {
 
 namespace {
 
-constexpr qint64 leastToBegin = 4; // bytes, which tell the encoding
+constexpr qint64 leastToBegin = 4; // bytes, which determine the encoding
 constexpr int utf8 = 106; // the number by which IANA knows it; see QTextCodec::mibEnum()
 
-/// The encoding that the first bytes tell, as QXmlStreamReader sees it; UTF-8 if they tell none.
+/// The encoding that QXmlStreamReader derives from the first bytes; UTF-8 by default.
 QTextCodec *codecByFirstBytes(const char *bytes, int size)
 {
     using namespace std::string_view_literals;
@@ -52,7 +52,7 @@ qint64 WatchedDevice::readData(char *bytes, qint64 size)
     do {
         more = m_device.read(bytes + read, size - read);
         read += std::max(more, qint64(0));
-        // Of a document that comes slowly the reader would take the first bytes alone for the whole.
+        // If a document arrives slowly, the reader would mistake the first bytes for the whole.
     } while (!m_codec && more > 0 && read < std::min(size, leastToBegin));
     m_bytesRead += read;
     return read > 0 ? readable(bytes, int(read)) : more;
@@ -77,9 +77,9 @@ int WatchedDevice::readableHead(const char *bytes, int size)
         return size;
 
     QTextCodec *const declared = QTextCodec::codecForName(m_watch.declaredEncoding().toLatin1());
-    if (declared && declared != m_codec) { // the reader will tell if nobody knows it
+    if (declared && declared != m_codec) { // the reader will report an unknown one
         useCodec(declared);
-        // The reader decodes this piece anew, and goes on at the place where it was.
+        // The reader decodes this piece again, and continues at its position.
         return readableText(size, m_decoder->toUnicode(bytes, size), head);
     }
     if (m_codec->mibEnum() == utf8)
@@ -87,7 +87,7 @@ int WatchedDevice::readableHead(const char *bytes, int size)
     return readableText(size, text, head);
 }
 
-/// The same for bytes that have been decoded, from this place of the text on.
+/// The same for decoded bytes, from this position of the text on.
 int WatchedDevice::readableText(int size, const QString &text, int from)
 {
     const QStringRef rest = text.midRef(from);
@@ -95,7 +95,7 @@ int WatchedDevice::readableText(int size, const QString &text, int from)
     return m_watch.isRefused() ? bytesOf(text, from + taken, size) : size;
 }
 
-/// How many of the bytes stand for so many characters of their text.
+/// How many of the bytes encode the first `length` characters of their text.
 int WatchedDevice::bytesOf(const QString &text, int length, int size) const
 {
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);

@@ -10,9 +10,9 @@
 
 namespace REPORTGENERATOR {
 
-/// A device that hands on the XML document that another device holds, as far as an XmlWatch lets it.
+/// A device that passes on the XML document of another device, as far as an XmlWatch accepts it.
 ///
-/// It finds out the encoding as the reader does: by the first bytes, then by the declaration.
+/// It determines the encoding like the reader: from the first bytes, then from the declaration.
 class WatchedDevice : public QIODevice
 {
 public:
@@ -40,7 +40,7 @@ private:
     qint64 m_bytesRead = 0;
     XmlWatch m_watch;
     QTextCodec *m_codec = nullptr;
-    std::unique_ptr<QTextDecoder> m_decoder; // null behind the head, if bytes can be looked at as they are
+    std::unique_ptr<QTextDecoder> m_decoder; // null after the head, if bytes can be checked without decoding
 };
 
 } // namespace REPORTGENERATOR

@@ -12,8 +12,8 @@ namespace REPORTGENERATOR {
 
 namespace {
 
-/// Notes where the writer began to lose characters. The writer drops what XML cannot carry and only raises a flag,
-/// which is up before the rest of the text arrives here.
+/// Stores the position at which the writer first lost characters. The writer drops characters that XML cannot carry and
+/// only sets a flag, before the rest of the text arrives here.
 class LossNotingBuffer : public QBuffer
 {
 public:
@@ -53,7 +53,7 @@ bool isAt(const QByteArray &xml, int position, const char *text)
 
 int endOfMarkup(const QByteArray &xml, int begin);
 
-/// A document type may hold declarations, whose quoted texts may hold anything.
+/// A document type may contain declarations, whose quoted texts may contain anything.
 int endOfDocumentType(const QByteArray &xml, int begin)
 {
     int at = begin + 2;
@@ -82,7 +82,7 @@ int endOfMarkup(const QByteArray &xml, int begin)
 }
 
 /// The writer escapes a carriage return in an attribute value but leaves it bare in the text of an element, where any
-/// reader would take it for a line end. Everything else stays as an object has written it: nothing can be escaped
+/// reader would treat it as a line end. Everything else stays as an object has written it: nothing can be escaped
 /// there.
 void escapeCarriageReturns(QByteArray &xml)
 {
@@ -120,8 +120,8 @@ XmlComposition composeXmlByWriter(const IRGObject &object)
     XmlComposition composition;
     composition.utf8 = buffer.data();
 
-    // The first half of a surrogate pair at the end of a text waits for its second half and is missed by the writer
-    // only with the next text; so there has to be a next one behind the last.
+    // The writer keeps the first half of a surrogate pair at the end of a text, and only detects a missing second half
+    // with the next text; so a text has to follow the last one.
     writer.writeCharacters(QString(QLatin1Char(' ')));
     buffer.noteLoss();
     composition.lineOfLostText = buffer.lineOfLoss();

@@ -11,10 +11,10 @@ class IRGObject;
 struct XmlComposition
 {
     QByteArray utf8; ///< null if the object wrote nothing
-    int lineOfLostText = 0; ///< where a text could not be written as it is; 0 if every text could
+    int lineOfLostText = 0; ///< where a text could not be written unchanged; 0 if there is none
 };
 
-/// By GetXml(), whatever it does.
+/// Uses GetXml(), which a class may override.
 XmlComposition composeXmlByWriter(const IRGObject &object);
 
 } // namespace REPORTGENERATOR

@@ -14,7 +14,7 @@ namespace REPORTGENERATOR {
 
 namespace {
 
-// An attribute takes five characters at least (` a=""`), so in a tag of this length there are not too many.
+// An attribute takes five characters at least (` a=""`), so a tag of this length cannot have too many.
 constexpr int shortTag = 4 * XmlWatch::MostAttributes;
 
 ushort codeOf(char character)
@@ -48,7 +48,7 @@ bool isBlank(ushort character)
     return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
-int behindBlanks(const QString &text, int from)
+int skipBlanks(const QString &text, int from)
 {
     while (from < text.size() && isBlank(text[from].unicode()))
         ++from;
@@ -72,7 +72,7 @@ int XmlWatch::readable(const Character *text, int size)
             if (i == size)
                 break;
         } else if (m_state == State::TagOpened && beginsName(codeOf(text[i]))) {
-            // No tag contains a '<', not even in quotes. So this one ends in front of the next.
+            // No tag contains a '<', not even in quotes. So this one ends before the next.
             const int end = std::min(size, i + shortTag);
             const int next = nextOpening(text, i, end);
             if (next < end) {
@@ -102,7 +102,7 @@ int XmlWatch::readableHead(const Character *text, int size)
 template int XmlWatch::readableHead(const char *text, int size);
 template int XmlWatch::readableHead(const QChar *text, int size);
 
-/// Returns false for a character that is not of the head, or must not be read.
+/// Returns false for a character that is not part of the head, or must not be read.
 bool XmlWatch::takeInHead(ushort character)
 {
     constexpr ushort byteOrderMark = 0xFEFF;
@@ -132,23 +132,23 @@ bool XmlWatch::takeInDeclaration(ushort character)
     const bool isTooLong = m_head.size() == longestDeclaration;
     m_head += QChar(character);
     m_isHeadRead = isEnd && !isTooLong && readDeclaration(m_head.mid(beginOfDeclaration.size()).chopped(2));
-    // One that is refused can be read to its end, or to where it certainly has none, so that the reader tells first
-    // what it finds.
+    // A refused declaration is read to its end, or until it certainly has none, so that the reader reports its own
+    // errors first.
     if (isTooLong || character == '<' || (isEnd && !m_isHeadRead))
         m_refused = Refused::XmlDeclaration;
     return !isTooLong;
 }
 
-/// What stands between "<?xml" and "?>": version, encoding and standalone, each once at most, and no references, which
-/// the reader would resolve.
+/// Reads the text between "<?xml" and "?>": version, encoding and standalone, each once at most, and no references,
+/// which the reader would resolve.
 bool XmlWatch::readDeclaration(const QString &declaration)
 {
     if (declaration.contains(QLatin1Char('&')))
         return false;
     QVector<QLatin1String> expected{QLatin1String("version"), QLatin1String("encoding"), QLatin1String("standalone")};
-    for (int i = behindBlanks(declaration, 0); i < declaration.size();) {
+    for (int i = skipBlanks(declaration, 0); i < declaration.size();) {
         const int equalSign = declaration.indexOf(QLatin1Char('='), i);
-        const int open = behindBlanks(declaration, equalSign + 1);
+        const int open = skipBlanks(declaration, equalSign + 1);
         if (equalSign < 0 || open == declaration.size())
             return false;
         const QChar quote = declaration[open];
@@ -162,7 +162,7 @@ bool XmlWatch::readDeclaration(const QString &declaration)
         expected.erase(found);
         if (name == QLatin1String("encoding"))
             m_encoding = declaration.mid(open + 1, close - open - 1);
-        i = behindBlanks(declaration, close + 1);
+        i = skipBlanks(declaration, close + 1);
     }
     return true;
 }

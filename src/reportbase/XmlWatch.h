@@ -5,27 +5,27 @@
 
 namespace REPORTGENERATOR {
 
-/// Watches an XML document on its way to the reader, and ends it in front of what would keep the reader busy for hours.
+/// Checks an XML document before the reader sees it, and ends it before content that would keep the reader busy for
+/// hours.
 ///
-/// QXmlStreamReader compares each attribute of an element with each other one, and likewise those that a document type
-/// declares, so that a document which is one long list of attributes takes time by its square. No element of a model
-/// has more than a dozen.
+/// QXmlStreamReader compares each attribute of an element, and each that a document type declares, with each other one,
+/// so that a document that is one long list of attributes takes quadratic time. No element of a model has more than a
+/// dozen.
 ///
-/// As long as a document is well-formed, the watch knows where the reader will see a tag. What follows a fault does not
-/// matter, since the reader does not come that far. But the reader takes faulty XML declarations, with namespaces for
-/// the whole document for one, so these are refused here.
+/// As long as a document is well-formed, the watch knows where the reader will see a tag. Content after an error does
+/// not matter, since the reader stops there. But the reader accepts malformed XML declarations, for example with
+/// namespaces for the whole document, so these are refused here.
 class XmlWatch
 {
 public:
     static constexpr int MostAttributes = 1024;
 
-    /// How many of the next characters (or bytes, if ASCII characters are bytes and other characters contain none)
-    /// may be read: all of them, or those in front of what is refused.
+    /// How many of the next characters (or bytes, if ASCII characters are bytes and other characters contain none) may
+    /// be read: all of them, or those before the refused content.
     template <typename Character>
     int readable(const Character *text, int size);
 
-    /// The same for the head of the document alone, its XML declaration. Where the head is read to its end, the rest is
-    /// left.
+    /// The same only for the head of the document, its XML declaration. Reading stops at the end of the head.
     template <typename Character>
     int readableHead(const Character *text, int size);
     bool isHeadRead() const { return m_isHeadRead; }
@@ -62,7 +62,7 @@ private:
     // A comment, CDATA section or processing instruction ends with so many marks and a '>'.
     char m_mark = 0;
     int m_marksOfEnd = 0;
-    int m_marks = 0; // that have come last
+    int m_marks = 0; // the last characters read
 };
 
 } // namespace REPORTGENERATOR

@@ -19,7 +19,7 @@
 
 namespace {
 
-// Links resolved: where /lib is a link to /usr/lib, the data folder is to be found from the latter.
+// With links resolved: if /lib is a link to /usr/lib, the data folder is relative to the latter.
 QString folderOfThisLibrary()
 {
     static const char anchor = 0;
@@ -28,20 +28,20 @@ QString folderOfThisLibrary()
     return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
 }
 
-// Asked while the loader is at work on this library, not later: dladdr() takes the loader's lock. A module that
-// registers while it is loaded holds that lock already and would then wait for us, while we wait for it.
+// Called while this library is loaded, not later: dladdr() takes the loader's lock. A module that registers while it is
+// loaded already holds that lock, and both would wait for each other.
 const QString libraryFolder = folderOfThisLibrary();
 
-// Shared, because a catalogue is installed and withdrawn outside the lock: whoever is about to install one that
-// another thread or a receiver of LanguageChange withdraws keeps it alive, and takes it out again by dropping it.
-using Catalogue = std::shared_ptr<QTranslator>;
+// Shared, because a catalog is installed and withdrawn outside the lock: a thread that is installing one while another
+// thread or a receiver of LanguageChange withdraws it keeps it alive, and uninstalls it by releasing it.
+using Catalog = std::shared_ptr<QTranslator>;
 
 struct Module
 {
     QString name;
-    quint64 registration; // which call of Register() it stems from
-    Catalogue catalogue; // none if there is no file for the locale
-    QPointer<QCoreApplication> application; // where this is settled; another one may come to live at the same address
+    quint64 registration; // the number of the call of Register()
+    Catalog catalog; // none if there is no file for the locale
+    QPointer<QCoreApplication> application; // in which it is installed; another one may later have the same address
 };
 
 struct Search
@@ -52,40 +52,40 @@ struct Search
     QPointer<QCoreApplication> application;
 };
 
-// Texts that a module hands over may lie in its constant data (QStringLiteral), and go with it when it is unloaded.
+// Texts that a module passes may be in its constant data (QStringLiteral), which disappear when it is unloaded.
 QString ownCopy(const QString &text)
 {
     return QString(text.constData(), text.size());
 }
 
-Catalogue load(const Search &search)
+Catalog load(const Search &search)
 {
-    auto catalogue = std::make_shared<QTranslator>();
+    auto catalog = std::make_shared<QTranslator>();
     for (const QString &folder : search.folders) {
-        if (catalogue->load(QLocale(), search.module, QString(QLatin1Char('_')), folder))
-            return catalogue;
+        if (catalog->load(QLocale(), search.module, QString(QLatin1Char('_')), folder))
+            return catalog;
     }
     return {};
 }
 
 // Without an application both calls only print a warning.
-void install(const Catalogue &catalogue)
+void install(const Catalog &catalog)
 {
-    if (catalogue && QCoreApplication::instance())
-        QCoreApplication::installTranslator(catalogue.get());
+    if (catalog && QCoreApplication::instance())
+        QCoreApplication::installTranslator(catalog.get());
 }
 
-void withdraw(const Catalogue &catalogue)
+void withdraw(const Catalog &catalog)
 {
-    if (catalogue && QCoreApplication::instance())
-        QCoreApplication::removeTranslator(catalogue.get());
+    if (catalog && QCoreApplication::instance())
+        QCoreApplication::removeTranslator(catalog.get());
 }
 
 } // namespace
 
 /// The lock guards the members and is never held while files are read or events are sent: the receiver of
-/// LanguageChange may call back, wait for a thread that calls, or load a library, which takes the loader's lock.
-/// It is no QMutex, because the thread sanitizer does not see what the uninstrumented Qt library locks.
+/// LanguageChange may call back, wait for a thread that calls, or load a library, which takes the loader's lock. Not a
+/// QMutex, because the thread sanitizer does not see locks in the uninstrumented Qt library.
 class TranslationCenter::Private
 {
 public:
@@ -101,15 +101,15 @@ public:
         known->application.clear();
     }
 
-    Catalogue take(const QString &name)
+    Catalog take(const QString &name)
     {
         const std::lock_guard lock(m_mutex);
         const auto known = find(name);
         if (known == m_modules.end())
             return {};
-        Catalogue catalogue = std::move(known->catalogue);
+        Catalog catalog = std::move(known->catalog);
         m_modules.erase(known);
-        return catalogue;
+        return catalog;
     }
 
     void addFolder(const QString &folder)
@@ -135,12 +135,12 @@ public:
         return names;
     }
 
-    // An exception while searching leaves the module pending and its former catalogue in place.
+    // After an exception while searching, the module is still pending and keeps its former catalog.
     void installPending()
     {
         while (const std::optional<Search> search = nextSearch()) {
-            const Catalogue found = load(*search);
-            const std::optional<Catalogue> former = settle(*search, found);
+            const Catalog found = load(*search);
+            const std::optional<Catalog> former = settle(*search, found);
             if (!former)
                 continue;
             install(found);
@@ -174,16 +174,16 @@ private:
         return std::nullopt;
     }
 
-    // Puts the catalogue found in place of the former one, which it returns; nothing if the search is out of date.
+    // Replaces the former catalog with the one found, and returns the former; nothing if the search is out of date.
     // This comes before installing, or a receiver of LanguageChange that calls back would find the module pending.
-    std::optional<Catalogue> settle(const Search &search, const Catalogue &found)
+    std::optional<Catalog> settle(const Search &search, const Catalog &found)
     {
         const std::lock_guard lock(m_mutex);
         const auto known = find(search.module);
         if (known == m_modules.end() || known->registration != search.registration)
             return std::nullopt;
         known->application = search.application;
-        return std::exchange(known->catalogue, found);
+        return std::exchange(known->catalog, found);
     }
 
     mutable std::mutex m_mutex;
@@ -192,7 +192,7 @@ private:
     quint64 m_registrations = 0;
 };
 
-// Destroyed with the library; a translator that is still installed then takes itself out.
+// Destroyed with the library; a translator that is still installed then removes itself.
 TranslationCenter &TranslationCenter::Instance()
 {
     static TranslationCenter center;

@@ -10,7 +10,7 @@
 
 namespace JobXml {
 
-/// The alternatives, each built when it is first used: of the ten, nearly always one is. One that was never used cannot
+/// The alternatives, each built when it is first used: nearly always, only one is. One that was never used cannot
 /// be told from a default one. The first has its place in the item's data, the others one of their own; where an
 /// alternative stands never changes, so references to it stay valid.
 class Alternatives

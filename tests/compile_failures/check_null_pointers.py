@@ -7,7 +7,7 @@ import re
 import sys
 from pathlib import Path
 
-# A null pointer is a QFile there, and reported as one that is missing.
+# There a null pointer is a QFile, which is reported as null.
 TAKE_FILES_TOO = {"LoadXml", "LoadBinary"}
 
 FUNCTION = re.compile(r"(\w+) ?\(([^()]*(?:\(\)[^()]*)*)\)")

@@ -9,7 +9,7 @@
 
 using REPORTGENERATOR::IRGObject;
 
-// By value, because g++ 12 overlooks the attribute where a virtual function is called through a reference.
+// By value, because g++ 12 ignores the attribute if a virtual function is called through a reference.
 void ignore(JobXml::TunerProperties object, const JobXml::TunerProperties constant, JobXml::MemberEditor member,
             REPORTGENERATOR::RepresentationSplitter splitter, const REPORTGENERATOR::ReadLimits limits,
             QDataStream &stream, QFile &file, const QString &text, QByteArray &bytes, const QByteArray &constantBytes)

@@ -164,8 +164,8 @@ void CompactDocumentTest::documentIsSmallEnoughForExhaustiveTests()
     const auto isAtMost = [](int size, int most) {
         QVERIFY2(size <= most, qPrintable(QStringLiteral("%1 bytes").arg(size)));
     };
-    isAtMost(recordOf(compactDocument()).size(), 1200);
-    isAtMost(snapshotOf(compactDocument()).size(), 800);
+    isAtMost(recordOf(compactDocument()).size(), 1250);
+    isAtMost(snapshotOf(compactDocument()).size(), 1000);
     isAtMost(compactXml().size(), 2000);
 }
 

@@ -166,7 +166,7 @@ void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedWithoutAllocating
         QTest::addRow("compressed length %d", word) << true << 4 << word << wrongLength.arg(word).arg(compressed);
     }
     const auto tooMuch = QStringLiteral("binary data: %1 compressed bytes declare %2 bytes, but no more than %3 are "
-                                        "taken");
+                                        "accepted");
     for (const int word : {-1, -8, 0x7FFFFFFF, -0x7FFFFFFF - 1}) {
         QTest::addRow("declared size %u", unsigned(word))
             << true << 8 << word << tooMuch.arg(compressed).arg(quint32(word)).arg(1100 * compressed);

@@ -10,7 +10,7 @@ from cpp_messages import HOLE, STRING, calls, composed, unescaped, without_chara
 TOP = sys.argv[1]
 EXCEPTIONS = "OutOfRangeException|InvalidXmlException|BinaryParsingException|IncompleteDefinitionException"
 
-# What belongs to documents and to what is shown of them.
+# Parts of documents and of their display.
 SHOWN = {r'<?xml version=\"1.0\" encoding=\"UTF-8\"?>', " (not set)"}
 
 
@@ -20,7 +20,7 @@ def read(*path):
 
 
 def chapter(page, title):
-    """What stands below a heading, up to the next one."""
+    """The text below a heading, up to the next one."""
     parts = re.split(rf"^#+ {re.escape(title)}\n", page, flags=re.MULTILINE)
     if len(parts) != 2:
         sys.exit(f"the page has {len(parts) - 1} chapters '{title}'")
@@ -65,13 +65,13 @@ def reported(source):
 
 
 def reasons(source):
-    """The texts of failed load and save operations; what stands in the unnamed namespace only helps."""
+    """The texts of failed load and save operations; the unnamed namespace only contains helpers."""
     public = without_comments(source.split("} // namespace\n")[1])
     return {composed(match[1]) for match in re.finditer(r"\breturn (.*?);", public, re.DOTALL)}
 
 
 def mistakes():
-    """What a program should never ask."""
+    """Errors of a program."""
     found = set()
     for folder, _, names in os.walk(os.path.join(TOP, "src")):
         for name in names:
@@ -81,7 +81,7 @@ def mistakes():
 
 
 def strays():
-    """Messages that stand where nobody would look for them."""
+    """Messages in unexpected places."""
     found = []
     for folder, _, names in os.walk(os.path.join(TOP, "src")):
         for name in names:

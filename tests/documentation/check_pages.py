@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""check_pages.py TOP: links of the pages lead somewhere, and every example that is named is there, built and shown.
+"""check_pages.py TOP: no link of the pages is broken, and every example that is named exists, is built and shown.
 
 Headers are read as doxygen sees them, by the filter that adds their examples. As installed they refer to none.
 """
@@ -90,7 +90,7 @@ for source in glob.glob(os.path.join(TOP, "docs", "snippets", "**", "*.cpp"), re
     file = os.path.relpath(source, os.path.join(TOP, "docs", "snippets"))
     for marker in re.findall(r"^ *//! \[(\S+)\]$", read(source), re.MULTILINE):
         if (file, marker) not in shown:
-            wrong.append(f"{short(source)}: nobody shows the part '{marker}'")
+            wrong.append(f"{short(source)}: no page shows the part '{marker}'")
 
 recipes = re.split(r"^## ", read(os.path.join(TOP, "docs", "pages", "cookbook.md")), flags=re.MULTILINE)[1:]
 if len(recipes) < 10:

@@ -9,7 +9,7 @@ import sys
 from cpp_messages import HOLE, STRING, alternatives, arguments, calls, unescaped, without_characters, without_comments
 
 TOP = sys.argv[1]
-GIVES_UP = r"\b(?:throw (?:\w+::)*(?!std)\w+|fail|failed|complain|tell|wrongUsage)\("
+GIVES_UP = r"\b(?:throw (?:\w+::)*(?!std)\w+|fail|failed|printError|wrongUsage)\("
 
 
 def read(path):

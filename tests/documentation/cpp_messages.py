@@ -58,7 +58,7 @@ def arguments(text):
 
 
 def choice(expression):
-    """What stands behind the ? of an expression as a whole, and behind its colon; None if it is no choice."""
+    """The texts after the ? of a conditional expression and after its colon; None for other expressions."""
     depth, question, position = 0, None, 0
     while position < len(expression):
         if expression[position] == '"':
@@ -86,7 +86,7 @@ def alternatives(expression, names=None):
 
 
 def composed(expression, names=None):
-    """What an expression that makes a text comes to. `names` gives texts for names that stand for some."""
+    """The value of an expression that makes a text. `names` maps names of texts to these."""
     result = ""
     position = 0
     expression = expression.strip()
@@ -137,6 +137,6 @@ def composed(expression, names=None):
 
 
 def calls(source, pattern):
-    """For each call whose name and opening parenthesis match: the match, and what stands in the parentheses."""
+    """For each call whose name and opening parenthesis match: the match, and the content of the parentheses."""
     for match in re.finditer(pattern, source):
         yield match, source[match.end() : closing(source, match.end() - 1)]

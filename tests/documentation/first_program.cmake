@@ -14,5 +14,5 @@ endif()
 
 execute_process(COMMAND ${build}/first_program ${SCRATCH_DIR}/missing.xml RESULT_VARIABLE status ERROR_VARIABLE errors)
 if(NOT status EQUAL 1 OR NOT errors STREQUAL "${SCRATCH_DIR}/missing.xml: cannot open: No such file or directory\n")
-    message(FATAL_ERROR "for a missing file the program ends with ${status} and tells:\n${errors}")
+    message(FATAL_ERROR "for a missing file the program ends with ${status} and prints:\n${errors}")
 endif()

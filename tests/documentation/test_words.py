@@ -7,6 +7,7 @@ from __future__ import annotations
 import contextlib
 import io
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -130,6 +131,7 @@ class Exceptions(unittest.TestCase):
                 self.assertNotEqual(found_in(entry.text), [], "no rule rejects it")
 
 
+@unittest.skipUnless(shutil.which("git"), "git is missing")
 class Repository(unittest.TestCase):
     """The script, in a repository of its own."""
 
@@ -179,6 +181,11 @@ class Repository(unittest.TestCase):
     def test_dataPasses(self):
         self.commit("tests/data/one.xml", "<Told/>")
         self.commit("fuzz/corpus/record/stands.bin", "stands")
+        self.assertEqual(self.run_with(), (0, ""))
+
+    def test_filesThatAreNotTextPass(self):
+        Path("image").write_bytes(b"\xff stands")
+        subprocess.run(["git", "add", "image"], check=True)
         self.assertEqual(self.run_with(), (0, ""))
 
 

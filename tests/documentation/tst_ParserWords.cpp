@@ -5,7 +5,7 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// What the manual says of the words of Qt's XML parser: each is provoked, and nothing is listed that is not.
+/// The manual's list of messages of Qt's XML parser: each is provoked, and no others are listed.
 class ParserWordsTest : public QObject
 {
     Q_OBJECT

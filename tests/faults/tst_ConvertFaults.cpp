@@ -73,25 +73,25 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void aFullDiskLeavesTheOldFile_data();
-    void aFullDiskLeavesTheOldFile();
-    void noFailingCallSpoilsTheOutput_data();
-    void noFailingCallSpoilsTheOutput();
-    void dyingAtAnyCallLeavesOneFileOrTheOther_data();
-    void dyingAtAnyCallLeavesOneFileOrTheOther();
-    void dyingAtAnyMomentLeavesOneFileOrTheOther_data() { addForms(); }
-    void dyingAtAnyMomentLeavesOneFileOrTheOther();
+    void fullDiskKeepsTheOldFile_data();
+    void fullDiskKeepsTheOldFile();
+    void failingCallNeverDamagesTheOutput_data();
+    void failingCallNeverDamagesTheOutput();
+    void crashAtAnyCallLeavesTheOldOrTheNewFile_data();
+    void crashAtAnyCallLeavesTheOldOrTheNewFile();
+    void crashAtAnyMomentLeavesTheOldOrTheNewFile_data() { addForms(); }
+    void crashAtAnyMomentLeavesTheOldOrTheNewFile();
     void aSizeLimitIsAnError_data();
     void aSizeLimitIsAnError();
-    void aSizeLimitThatKillsLeavesTheOldFile();
-    void aLinkStaysAndItsFileIsWritten();
-    void linksInACircleAreRefused();
-    void theSuperuserLeavesAFileToItsOwner_data();
-    void theSuperuserLeavesAFileToItsOwner();
-    void aPlantedLinkIsNotFollowed();
-    void theReasonIsGivenWhenStandardOutputTakesAPartOnly();
-    void theReasonIsGivenWhenAPipeCannotBeKept_data();
-    void theReasonIsGivenWhenAPipeCannotBeKept();
+    void sizeLimitThatKillsKeepsTheOldFile();
+    void linkStaysAndItsTargetIsWritten();
+    void circularLinksAreAnError();
+    void superuserKeepsTheOwnerOfAFile_data();
+    void superuserKeepsTheOwnerOfAFile();
+    void plantedLinkIsNotFollowed();
+    void partlyWrittenStandardOutputIsReportedWithTheReason();
+    void failedCopyOfAPipeIsReportedWithTheReason_data();
+    void failedCopyOfAPipeIsReportedWithTheReason();
 
 private:
     Run convert(const QString &out, const FaultyCalls::Plan &plan, const QByteArray &standardInput = {});
@@ -166,12 +166,12 @@ void ConvertFaultsTest::checkThatItIsRefused(const Run &run, const QString &out,
     QCOMPARE(m_shop->read(out), replaces ? old : QByteArray("(no such file)"));
 }
 
-void ConvertFaultsTest::aFullDiskLeavesTheOldFile_data()
+void ConvertFaultsTest::fullDiskKeepsTheOldFile_data()
 {
     addForms();
 }
 
-void ConvertFaultsTest::aFullDiskLeavesTheOldFile()
+void ConvertFaultsTest::fullDiskKeepsTheOldFile()
 {
     QFETCH(QString, out);
     for (const QByteArray &in : {QByteArray(smallXml), aLargeDocument(1, 20000).GetXmlString().toUtf8()}) {
@@ -194,7 +194,7 @@ void ConvertFaultsTest::aFullDiskLeavesTheOldFile()
 }
 
 /// Every form in one place, and one form in every place: where the library saves they are tried out in full.
-void ConvertFaultsTest::noFailingCallSpoilsTheOutput_data()
+void ConvertFaultsTest::failingCallNeverDamagesTheOutput_data()
 {
     QTest::addColumn<QString>("out");
     QTest::addColumn<bool>("replaces");
@@ -211,7 +211,7 @@ void ConvertFaultsTest::noFailingCallSpoilsTheOutput_data()
     row("out.xml", false, false);
 }
 
-void ConvertFaultsTest::noFailingCallSpoilsTheOutput()
+void ConvertFaultsTest::failingCallNeverDamagesTheOutput()
 {
     QFETCH(QString, out);
     QFETCH(bool, replaces);
@@ -252,7 +252,7 @@ void ConvertFaultsTest::noFailingCallSpoilsTheOutput()
     }
 }
 
-void ConvertFaultsTest::dyingAtAnyCallLeavesOneFileOrTheOther_data()
+void ConvertFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewFile_data()
 {
     QTest::addColumn<QString>("out");
     QTest::addColumn<bool>("unnamedFiles");
@@ -261,7 +261,7 @@ void ConvertFaultsTest::dyingAtAnyCallLeavesOneFileOrTheOther_data()
     QTest::newRow("out.xml, named at once") << QStringLiteral("out.xml") << false;
 }
 
-void ConvertFaultsTest::dyingAtAnyCallLeavesOneFileOrTheOther()
+void ConvertFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewFile()
 {
     QFETCH(QString, out);
     QFETCH(bool, unnamedFiles);
@@ -304,7 +304,7 @@ void ConvertFaultsTest::dyingAtAnyCallLeavesOneFileOrTheOther()
     QVERIFY(leftOld && leftNew);
 }
 
-void ConvertFaultsTest::dyingAtAnyMomentLeavesOneFileOrTheOther()
+void ConvertFaultsTest::crashAtAnyMomentLeavesTheOldOrTheNewFile()
 {
     QFETCH(QString, out);
     JobXml::TunerProperties document = aLargeDocument(1, 100000);
@@ -348,7 +348,7 @@ void ConvertFaultsTest::aSizeLimitIsAnError()
     QVERIFY(m_shop->read(out).size() > 20000);
 }
 
-void ConvertFaultsTest::aSizeLimitThatKillsLeavesTheOldFile()
+void ConvertFaultsTest::sizeLimitThatKillsKeepsTheOldFile()
 {
     m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
     for (const char *name : {"out.xml", "out.tpb", "out.tpz", "out.tps"}) {
@@ -362,7 +362,7 @@ void ConvertFaultsTest::aSizeLimitThatKillsLeavesTheOldFile()
     QCOMPARE(m_shop->files().size(), 5);
 }
 
-void ConvertFaultsTest::aLinkStaysAndItsFileIsWritten()
+void ConvertFaultsTest::linkStaysAndItsTargetIsWritten()
 {
     m_shop->write(QStringLiteral("in.xml"), smallXml);
     const Run run = m_shop->shell(
@@ -374,7 +374,7 @@ void ConvertFaultsTest::aLinkStaysAndItsFileIsWritten()
     QCOMPARE(m_shop->read(QStringLiteral("a/file.xml")), QByteArray(smallXml));
 }
 
-void ConvertFaultsTest::linksInACircleAreRefused()
+void ConvertFaultsTest::circularLinksAreAnError()
 {
     m_shop->write(QStringLiteral("in.xml"), smallXml);
     const Run run =
@@ -384,14 +384,14 @@ void ConvertFaultsTest::linksInACircleAreRefused()
     QCOMPARE(run.status, 3);
 }
 
-void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner_data()
+void ConvertFaultsTest::superuserKeepsTheOwnerOfAFile_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("set") << line("set out.xml quantity 3");
     QTest::newRow("convert") << line("convert in.xml out.xml");
 }
 
-void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner()
+void ConvertFaultsTest::superuserKeepsTheOwnerOfAFile()
 {
     if (geteuid() != 0)
         SKIP("Only the superuser can give files to others.");
@@ -411,7 +411,7 @@ void ConvertFaultsTest::theSuperuserLeavesAFileToItsOwner()
     QCOMPARE(status.st_mode & 07777, mode_t(0640));
 }
 
-void ConvertFaultsTest::aPlantedLinkIsNotFollowed()
+void ConvertFaultsTest::plantedLinkIsNotFollowed()
 {
     if (geteuid() != 0)
         SKIP("Only the superuser can give links to others.");
@@ -422,13 +422,13 @@ void ConvertFaultsTest::aPlantedLinkIsNotFollowed()
                        "exec \"$tool\" convert in.xml drop/out.xml"));
     QCOMPARE(
         run.err,
-        QStringLiteral("tunerproperties: drop/out.xml: cannot write: a symbolic link on the way belongs to another "
+        QStringLiteral("tunerproperties: drop/out.xml: cannot write: a symbolic link on the path belongs to another "
                        "user and is in a folder where other users can place links\n"));
     QCOMPARE(run.status, 3);
     QCOMPARE(m_shop->read(QStringLiteral("victim")), old);
 }
 
-void ConvertFaultsTest::theReasonIsGivenWhenStandardOutputTakesAPartOnly()
+void ConvertFaultsTest::partlyWrittenStandardOutputIsReportedWithTheReason()
 {
     m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
     const Run run =
@@ -438,7 +438,7 @@ void ConvertFaultsTest::theReasonIsGivenWhenStandardOutputTakesAPartOnly()
     QCOMPARE(m_shop->read(QStringLiteral("out")).size(), 30 * 512);
 }
 
-void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept_data()
+void ConvertFaultsTest::failedCopyOfAPipeIsReportedWithTheReason_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::addColumn<int>("room");
@@ -449,7 +449,7 @@ void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept_data()
     }
 }
 
-void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept()
+void ConvertFaultsTest::failedCopyOfAPipeIsReportedWithTheReason()
 {
     QFETCH(QByteArray, document);
     QFETCH(int, room);
@@ -460,7 +460,7 @@ void ConvertFaultsTest::theReasonIsGivenWhenAPipeCannotBeKept()
         plan.unnamedFiles = unnamedFiles;
         const Run run = convert(QStringLiteral("out.xml"), plan, document);
         QCOMPARE(run.err,
-                 QStringLiteral("tunerproperties: -: cannot be kept in a temporary file: No space left on device\n"));
+                 QStringLiteral("tunerproperties: -: cannot copy to a temporary file: No space left on device\n"));
         QCOMPARE(run.status, 3);
         QCOMPARE(m_shop->files(), QStringList());
     }

@@ -78,9 +78,9 @@ class FullDiskTest : public QObject
 private Q_SLOTS:
     void initTestCase_data();
 
-    void aFullDiskLeavesTheOldDocument();
-    void aDiskThatTakesNoMoreFilesLeavesTheOldDocument();
-    void aReadOnlyDiskLeavesTheOldDocument();
+    void fullDiskKeepsTheOldDocument();
+    void diskWithoutFreeInodesKeepsTheOldDocument();
+    void readOnlyDiskKeepsTheOldDocument();
 
 private:
     TunerProperties m_old = aSmallDocument("old");
@@ -92,7 +92,7 @@ void FullDiskTest::initTestCase_data()
     EveryWay::addRows();
 }
 
-void FullDiskTest::aFullDiskLeavesTheOldDocument()
+void FullDiskTest::fullDiskKeepsTheOldDocument()
 {
     QFETCH_GLOBAL(Saving, saving);
     const QByteArray options = "size=" + QByteArray::number(64 * qlonglong(sysconf(_SC_PAGESIZE)));
@@ -119,7 +119,7 @@ void FullDiskTest::aFullDiskLeavesTheOldDocument()
     QVERIFY(disk.folder().read(target) == whole);
 }
 
-void FullDiskTest::aDiskThatTakesNoMoreFilesLeavesTheOldDocument()
+void FullDiskTest::diskWithoutFreeInodesKeepsTheOldDocument()
 {
     QFETCH_GLOBAL(Saving, saving);
     const SmallDisk disk("nr_inodes=5");
@@ -140,7 +140,7 @@ void FullDiskTest::aDiskThatTakesNoMoreFilesLeavesTheOldDocument()
     QCOMPARE(saving.save(m_new, path), QString());
 }
 
-void FullDiskTest::aReadOnlyDiskLeavesTheOldDocument()
+void FullDiskTest::readOnlyDiskKeepsTheOldDocument()
 {
     QFETCH_GLOBAL(Saving, saving);
     const SmallDisk disk("size=1m");

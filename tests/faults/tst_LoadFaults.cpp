@@ -9,7 +9,7 @@ using JobXml::TunerProperties;
 
 namespace {
 
-/// A file that counts what is read of it, and can become shorter behind the reader's back.
+/// A file that counts the bytes read from it, and can shrink while it is read.
 class WatchedFile : public QFile
 {
 public:
@@ -51,15 +51,15 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void marksWithNothingBehindThem_data();
-    void marksWithNothingBehindThem();
-    void aGibibyteOfZerosIsRefusedByItsFirstBytes_data();
-    void aGibibyteOfZerosIsRefusedByItsFirstBytes();
+    void marksWithoutContentAreErrors_data();
+    void marksWithoutContentAreErrors();
+    void gibibyteOfZerosFailsAtItsFirstBytes_data();
+    void gibibyteOfZerosFailsAtItsFirstBytes();
     void aPipeIsReadToItsEnd_data();
     void aPipeIsReadToItsEnd();
     void aPipeThatEndsEarlyIsAnError_data();
     void aPipeThatEndsEarlyIsAnError();
-    void aPipeIsLeftWhenItsStartIsRefused();
+    void pipeIsNotReadFurtherAfterAnInvalidStart();
     void aFileThatShrinksIsAnError_data();
     void aFileThatShrinksIsAnError();
 
@@ -82,7 +82,7 @@ void LoadFaultsTest::init()
     m_folder = std::make_unique<Folder>();
 }
 
-void LoadFaultsTest::marksWithNothingBehindThem_data()
+void LoadFaultsTest::marksWithoutContentAreErrors_data()
 {
     QTest::addColumn<bool>("isXml");
     QTest::addColumn<QByteArray>("content");
@@ -105,7 +105,7 @@ void LoadFaultsTest::marksWithNothingBehindThem_data()
                                          << noHead.arg(0);
 }
 
-void LoadFaultsTest::marksWithNothingBehindThem()
+void LoadFaultsTest::marksWithoutContentAreErrors()
 {
     QFETCH(bool, isXml);
     QFETCH(QByteArray, content);
@@ -118,7 +118,7 @@ void LoadFaultsTest::marksWithNothingBehindThem()
     QVERIFY(document == m_small);
 }
 
-void LoadFaultsTest::aGibibyteOfZerosIsRefusedByItsFirstBytes_data()
+void LoadFaultsTest::gibibyteOfZerosFailsAtItsFirstBytes_data()
 {
     QTest::addColumn<bool>("isXml");
     QTest::addColumn<QByteArray>("head");
@@ -134,7 +134,7 @@ void LoadFaultsTest::aGibibyteOfZerosIsRefusedByItsFirstBytes_data()
         << false << bytes("52475A31") << QStringLiteral(": the record's length is 0, but 1073741816 bytes follow");
 }
 
-void LoadFaultsTest::aGibibyteOfZerosIsRefusedByItsFirstBytes()
+void LoadFaultsTest::gibibyteOfZerosFailsAtItsFirstBytes()
 {
     QFETCH(bool, isXml);
     QFETCH(QByteArray, head);
@@ -209,7 +209,7 @@ void LoadFaultsTest::aPipeThatEndsEarlyIsAnError()
     QVERIFY(!read.AnyData());
 }
 
-void LoadFaultsTest::aPipeIsLeftWhenItsStartIsRefused()
+void LoadFaultsTest::pipeIsNotReadFurtherAfterAnInvalidStart()
 {
     const Fifo fifo(path("pipe"), QByteArray(1 << 20, '\0'), 1 << 20);
     QFile file(path("pipe"));

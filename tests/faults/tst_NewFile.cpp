@@ -9,7 +9,7 @@
 
 using REPORTGENERATOR::NewFile;
 
-/// A new file stands beside the one that it is to replace until it is whole. Here it has a name all that time, as on
+/// A new file is beside the one that it replaces until it is complete. Here it has a name all that time, as on
 /// file systems that know no files without one.
 class NewFileTest : public QObject
 {
@@ -34,10 +34,10 @@ private Q_SLOTS:
         m_folder.reset();
     }
 
-    void itsNameIsThatOfTheFileAndSixLetters_data();
-    void itsNameIsThatOfTheFileAndSixLetters();
-    void itIsGoneIfItTakesNoPlace();
-    void itsModeIsTheGivenOne();
+    void newFileHasTheNameOfTheFileAndSixLetters_data();
+    void newFileHasTheNameOfTheFileAndSixLetters();
+    void newFileIsRemovedUnlessItReplacesTheOldOne();
+    void newFileHasTheRequestedMode();
     void descriptorsOfOthersStayOpen();
 
 private:
@@ -52,7 +52,7 @@ private:
     mode_t m_umask = 0;
 };
 
-void NewFileTest::itsNameIsThatOfTheFileAndSixLetters_data()
+void NewFileTest::newFileHasTheNameOfTheFileAndSixLetters_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("start");
@@ -67,7 +67,7 @@ void NewFileTest::itsNameIsThatOfTheFileAndSixLetters_data()
     QTest::newRow("characters of three bytes and two others") << letters(2) + euros(84) << letters(2) + euros(82);
 }
 
-void NewFileTest::itsNameIsThatOfTheFileAndSixLetters()
+void NewFileTest::newFileHasTheNameOfTheFileAndSixLetters()
 {
     QFETCH(const QString, name);
     QFETCH(const QString, start);
@@ -83,7 +83,7 @@ void NewFileTest::itsNameIsThatOfTheFileAndSixLetters()
     QCOMPARE(m_folder->read(name), QByteArray("content"));
 }
 
-void NewFileTest::itIsGoneIfItTakesNoPlace()
+void NewFileTest::newFileIsRemovedUnlessItReplacesTheOldOne()
 {
     {
         NewFile file(m_place, "a");
@@ -93,7 +93,7 @@ void NewFileTest::itIsGoneIfItTakesNoPlace()
     QCOMPARE(m_folder->names(), QStringList());
 }
 
-void NewFileTest::itsModeIsTheGivenOne()
+void NewFileTest::newFileHasTheRequestedMode()
 {
     m_folder->write(QStringLiteral("a"), "old"); // whose mode does not matter
     for (const mode_t mode : {0666U, 0600U}) {

@@ -84,36 +84,36 @@ class SaveAccessTest : public OwnedFilesTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void theModeStays_data();
-    void theModeStays();
-    void bitsThatLendAnIdentityAreDropped();
+    void savingKeepsTheMode_data();
+    void savingKeepsTheMode();
+    void setUserAndGroupBitsAreDropped();
     void aNewFileObeysTheMask();
-    void aNewFileGetsTheListOfItsFolder();
-    void ownerAndGroupStay();
-    void theListStays();
-    void theListOfTheFolderDoesNotOpenAnOldFile();
-    void attributesStay();
-    void whatDescribesTheOldContentIsDropped_data();
-    void whatDescribesTheOldContentIsDropped();
-    void anotherNameKeepsTheOldDocument();
-    void aFurtherGroupOfTheCallerStays();
-    void aGroupThatCannotBeKeptOpensNothing_data();
-    void aGroupThatCannotBeKeptOpensNothing();
-    void aListWithoutItsGroupIsRefused();
-    void theCallerMayBecomeTheOwner();
-    void aLabelThatCannotBeKeptIsRefused();
-    void attributesThatCannotBeReadAreLeftOut();
-    void aFolderThatCannotBeListedTakesTheFile();
-    void theSuperuserTakesNoFileFromItsOwner();
-    void noFailingCallOpensTheFile_data();
-    void noFailingCallOpensTheFile();
+    void newFileInheritsTheAccessListOfItsFolder();
+    void savingKeepsOwnerAndGroup();
+    void savingKeepsTheAccessList();
+    void accessListOfTheFolderDoesNotWidenAccess();
+    void savingKeepsAttributes();
+    void attributesOfTheOldContentAreDropped_data();
+    void attributesOfTheOldContentAreDropped();
+    void hardLinkKeepsTheOldDocument();
+    void supplementaryGroupIsKept();
+    void groupThatCannotBeKeptDoesNotWidenAccess_data();
+    void groupThatCannotBeKeptDoesNotWidenAccess();
+    void accessListWithoutItsGroupIsAnError();
+    void callerMayBecomeTheOwner();
+    void labelThatCannotBeKeptIsAnError();
+    void unreadableAttributesAreOmitted();
+    void folderThatCannotBeListedAcceptsTheFile();
+    void superuserKeepsTheOwnerOfAFile();
+    void failingCallNeverWidensAccess_data();
+    void failingCallNeverWidensAccess();
     void noOtherProgramInheritsAFile_data();
     void noOtherProgramInheritsAFile();
-    void noMomentOpensTheFile_data();
-    void noMomentOpensTheFile();
-    void anAttributeThatCannotBeReadIsAnError();
-    void aLabelThatIsThereAlreadyIsNotSet();
-    void aFileThatIsOpenToMoreUsersInTheEndIsRefused();
+    void savingNeverWidensAccess_data();
+    void savingNeverWidensAccess();
+    void unreadableAttributeIsAnError();
+    void existingLabelIsNotSetAgain();
+    void fileWithWiderAccessIsAnError();
 
 private:
     void giveFolder(uid_t user, gid_t group, mode_t mode) const;
@@ -133,14 +133,14 @@ void SaveAccessTest::giveFolder(uid_t user, gid_t group, mode_t mode) const
         SKIP("Others cannot enter this folder.");
 }
 
-void SaveAccessTest::theModeStays_data()
+void SaveAccessTest::savingKeepsTheMode_data()
 {
     QTest::addColumn<uint>("mode");
     for (const uint mode : {0777U, 0666U, 0600U, 0621U, 0324U, 0200U})
         QTest::addRow("%o", mode) << mode;
 }
 
-void SaveAccessTest::theModeStays()
+void SaveAccessTest::savingKeepsTheMode()
 {
     QFETCH(uint, mode);
     writeOld("a");
@@ -150,7 +150,7 @@ void SaveAccessTest::theModeStays()
 }
 
 /// As when a file is written in place.
-void SaveAccessTest::bitsThatLendAnIdentityAreDropped()
+void SaveAccessTest::setUserAndGroupBitsAreDropped()
 {
     writeOld("a");
     QCOMPARE(chmod(path("a").constData(), 07755), 0);
@@ -165,7 +165,7 @@ void SaveAccessTest::aNewFileObeysTheMask()
     QCOMPARE(accessOf(path("a")).mode, mode_t(0640));
 }
 
-void SaveAccessTest::aNewFileGetsTheListOfItsFolder()
+void SaveAccessTest::newFileInheritsTheAccessListOfItsFolder()
 {
     NEEDS(setAttribute(path(""), defaultList, listFor(4)), "Access control lists");
     writeOld("another"); // by the system's own means
@@ -174,7 +174,7 @@ void SaveAccessTest::aNewFileGetsTheListOfItsFolder()
     QCOMPARE(accessOf(path("a")).attributes[accessList], listFor(4));
 }
 
-void SaveAccessTest::ownerAndGroupStay()
+void SaveAccessTest::savingKeepsOwnerAndGroup()
 {
     NEEDS_SUPERUSER();
     writeOld("a");
@@ -186,7 +186,7 @@ void SaveAccessTest::ownerAndGroupStay()
     QCOMPARE(read("a"), newContent);
 }
 
-void SaveAccessTest::theListStays()
+void SaveAccessTest::savingKeepsTheAccessList()
 {
     writeOld("a");
     NEEDS(setAttribute(path("a"), accessList, listFor(4)), "Access control lists");
@@ -196,7 +196,7 @@ void SaveAccessTest::theListStays()
     QCOMPARE(accessOf(path("a")), before);
 }
 
-void SaveAccessTest::theListOfTheFolderDoesNotOpenAnOldFile()
+void SaveAccessTest::accessListOfTheFolderDoesNotWidenAccess()
 {
     writeOld("a");
     QCOMPARE(chmod(path("a").constData(), 0640), 0);
@@ -207,7 +207,7 @@ void SaveAccessTest::theListOfTheFolderDoesNotOpenAnOldFile()
     QCOMPARE(accessOf(path("a")), before);
 }
 
-void SaveAccessTest::attributesStay()
+void SaveAccessTest::savingKeepsAttributes()
 {
     writeOld("a");
     NEEDS(setAttribute(path("a"), "user.comment", QByteArray("a\0\xff", 3)), "Extended attributes");
@@ -222,7 +222,7 @@ void SaveAccessTest::attributesStay()
     QCOMPARE(accessOf(path("a")), before);
 }
 
-void SaveAccessTest::whatDescribesTheOldContentIsDropped_data()
+void SaveAccessTest::attributesOfTheOldContentAreDropped_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QByteArray>("value");
@@ -232,7 +232,7 @@ void SaveAccessTest::whatDescribesTheOldContentIsDropped_data()
     QTest::newRow("hash of the attributes") << QByteArrayLiteral("security.evm") << QByteArrayLiteral("hash");
 }
 
-void SaveAccessTest::whatDescribesTheOldContentIsDropped()
+void SaveAccessTest::attributesOfTheOldContentAreDropped()
 {
     NEEDS_SUPERUSER();
     QFETCH(QByteArray, name);
@@ -245,7 +245,7 @@ void SaveAccessTest::whatDescribesTheOldContentIsDropped()
     QCOMPARE(accessOf(path("a")).attributes.count(name), std::size_t(0));
 }
 
-void SaveAccessTest::anotherNameKeepsTheOldDocument()
+void SaveAccessTest::hardLinkKeepsTheOldDocument()
 {
     writeOld("a");
     QCOMPARE(link(path("a").constData(), path("b").constData()), 0);
@@ -254,7 +254,7 @@ void SaveAccessTest::anotherNameKeepsTheOldDocument()
     QCOMPARE(read("b"), oldContent);
 }
 
-void SaveAccessTest::aFurtherGroupOfTheCallerStays()
+void SaveAccessTest::supplementaryGroupIsKept()
 {
     NEEDS_SUPERUSER();
     giveFolder(somebody, somebody, 0755);
@@ -266,7 +266,7 @@ void SaveAccessTest::aFurtherGroupOfTheCallerStays()
     QCOMPARE(read("a"), newContent);
 }
 
-void SaveAccessTest::aGroupThatCannotBeKeptOpensNothing_data()
+void SaveAccessTest::groupThatCannotBeKeptDoesNotWidenAccess_data()
 {
     QTest::addColumn<uint>("before");
     QTest::addColumn<uint>("after");
@@ -280,7 +280,7 @@ void SaveAccessTest::aGroupThatCannotBeKeptOpensNothing_data()
     row(0751, 0711);
 }
 
-void SaveAccessTest::aGroupThatCannotBeKeptOpensNothing()
+void SaveAccessTest::groupThatCannotBeKeptDoesNotWidenAccess()
 {
     NEEDS_SUPERUSER();
     QFETCH(uint, before);
@@ -296,7 +296,7 @@ void SaveAccessTest::aGroupThatCannotBeKeptOpensNothing()
     QCOMPARE(read("a"), newContent);
 }
 
-void SaveAccessTest::aListWithoutItsGroupIsRefused()
+void SaveAccessTest::accessListWithoutItsGroupIsAnError()
 {
     NEEDS_SUPERUSER();
     giveFolder(somebody, somebody, 0755);
@@ -315,7 +315,7 @@ void SaveAccessTest::aListWithoutItsGroupIsRefused()
 }
 
 /// Who may write a file of another user in a folder shared with them.
-void SaveAccessTest::theCallerMayBecomeTheOwner()
+void SaveAccessTest::callerMayBecomeTheOwner()
 {
     NEEDS_SUPERUSER();
     giveFolder(another, team, 0777);
@@ -328,7 +328,7 @@ void SaveAccessTest::theCallerMayBecomeTheOwner()
     QCOMPARE(access.mode, mode_t(0664));
 }
 
-void SaveAccessTest::aLabelThatCannotBeKeptIsRefused()
+void SaveAccessTest::labelThatCannotBeKeptIsAnError()
 {
     NEEDS_SUPERUSER();
     giveFolder(somebody, somebody, 0755);
@@ -344,7 +344,7 @@ void SaveAccessTest::aLabelThatCannotBeKeptIsRefused()
     QCOMPARE(names(), QStringList(QStringLiteral("a")));
 }
 
-void SaveAccessTest::attributesThatCannotBeReadAreLeftOut()
+void SaveAccessTest::unreadableAttributesAreOmitted()
 {
     NEEDS_SUPERUSER();
     giveFolder(somebody, somebody, 0755);
@@ -357,7 +357,7 @@ void SaveAccessTest::attributesThatCannotBeReadAreLeftOut()
     QCOMPARE(access.attributes.count("user.comment"), std::size_t(0));
 }
 
-/// An old file that has everything to keep that this process can give it.
+/// An old file with all attributes that this process can set.
 void SaveAccessTest::prepareEverything()
 {
     QFETCH(bool, hasList);
@@ -373,7 +373,7 @@ void SaveAccessTest::prepareEverything()
 }
 
 /// Saving needs to search the folder and to write to it, as the kernel does for its own calls.
-void SaveAccessTest::aFolderThatCannotBeListedTakesTheFile()
+void SaveAccessTest::folderThatCannotBeListedAcceptsTheFile()
 {
     NEEDS_SUPERUSER();
     writeOld("a");
@@ -383,7 +383,7 @@ void SaveAccessTest::aFolderThatCannotBeListedTakesTheFile()
     QCOMPARE(read("a"), newContent);
 }
 
-void SaveAccessTest::theSuperuserTakesNoFileFromItsOwner()
+void SaveAccessTest::superuserKeepsTheOwnerOfAFile()
 {
     NEEDS_SUPERUSER();
     writeOld("a");
@@ -407,7 +407,7 @@ void SaveAccessTest::theSuperuserTakesNoFileFromItsOwner()
     QCOMPARE(names(), QStringList(QStringLiteral("a")));
 }
 
-void SaveAccessTest::noFailingCallOpensTheFile_data()
+void SaveAccessTest::failingCallNeverWidensAccess_data()
 {
     QTest::addColumn<bool>("hasList");
     QTest::addColumn<bool>("unnamedFiles");
@@ -418,8 +418,8 @@ void SaveAccessTest::noFailingCallOpensTheFile_data()
     }
 }
 
-/// Either nothing has changed and the reason is given, or the file is saved and open to nobody else than before.
-void SaveAccessTest::noFailingCallOpensTheFile()
+/// Either nothing has changed and the error is returned, or the file is saved and no other users have access.
+void SaveAccessTest::failingCallNeverWidensAccess()
 {
     QFETCH(bool, hasList);
     QFETCH(bool, unnamedFiles);
@@ -497,7 +497,7 @@ void lookForInheritedFiles()
 
 void SaveAccessTest::noOtherProgramInheritsAFile_data()
 {
-    noFailingCallOpensTheFile_data();
+    failingCallNeverWidensAccess_data();
 }
 
 /// Another thread may start a program at any moment.
@@ -517,13 +517,13 @@ void SaveAccessTest::noOtherProgramInheritsAFile()
     QVERIFY(filesSeen >= calls);
 }
 
-void SaveAccessTest::noMomentOpensTheFile_data()
+void SaveAccessTest::savingNeverWidensAccess_data()
 {
-    noFailingCallOpensTheFile_data();
+    failingCallNeverWidensAccess_data();
 }
 
 /// Whenever the process is killed, what it leaves is open to nobody whom the old file was not open to.
-void SaveAccessTest::noMomentOpensTheFile()
+void SaveAccessTest::savingNeverWidensAccess()
 {
     QFETCH(bool, unnamedFiles);
     prepareEverything();
@@ -558,7 +558,7 @@ void SaveAccessTest::noMomentOpensTheFile()
     QVERIFY(left > 0);
 }
 
-void SaveAccessTest::anAttributeThatCannotBeReadIsAnError()
+void SaveAccessTest::unreadableAttributeIsAnError()
 {
     writeOld("a");
     NEEDS(setAttribute(path("a"), "user.comment", "x"), "Extended attributes");
@@ -572,8 +572,8 @@ void SaveAccessTest::anAttributeThatCannotBeReadIsAnError()
     }
 }
 
-/// Security modules give labels to new files and let few change them.
-void SaveAccessTest::aLabelThatIsThereAlreadyIsNotSet()
+/// Security modules label new files, and few processes may change labels.
+void SaveAccessTest::existingLabelIsNotSetAgain()
 {
     NEEDS_SUPERUSER();
     writeOld("a");
@@ -591,8 +591,8 @@ void SaveAccessTest::aLabelThatIsThereAlreadyIsNotSet()
     QCOMPARE(accessOf(path("a")).attributes["security.tst_SaveAccess"], QByteArray("label"));
 }
 
-/// As on file systems that give all files one mode.
-void SaveAccessTest::aFileThatIsOpenToMoreUsersInTheEndIsRefused()
+/// As on file systems where all files have the same mode.
+void SaveAccessTest::fileWithWiderAccessIsAnError()
 {
     writeOld("a");
     QCOMPARE(chmod(path("a").constData(), 0640), 0);

@@ -22,7 +22,7 @@ struct Fault
     const char *reason; // null if saving succeeds all the same
 };
 
-/// What a call of that kind may be told, and what saving makes of it.
+/// The errors of a call of that kind, and the result of saving.
 QVector<Fault> faultsOf(char kind)
 {
     static const Fault full = {ENOSPC, "No space left on device"};
@@ -102,17 +102,17 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void aFullDiskLeavesTheOldDocument_data();
-    void aFullDiskLeavesTheOldDocument();
-    void noFailingCallSpoilsADocument_data();
-    void noFailingCallSpoilsADocument();
-    void aCallThatFailsOnceDoesNotEither_data();
-    void aCallThatFailsOnceDoesNotEither();
-    void aNameThatIsTakenIsNotTheLast();
-    void interruptedWritesGoOn();
-    void dyingAtAnyCallLeavesOneDocumentOrTheOther_data();
-    void dyingAtAnyCallLeavesOneDocumentOrTheOther();
-    void aLongNameInBetweenIsCutBetweenCharacters();
+    void fullDiskKeepsTheOldDocument_data();
+    void fullDiskKeepsTheOldDocument();
+    void failingCallNeverDamagesADocument_data();
+    void failingCallNeverDamagesADocument();
+    void callThatFailsOnceNeverDamagesADocument_data();
+    void callThatFailsOnceNeverDamagesADocument();
+    void nameInUseIsFollowedByAnotherOne();
+    void interruptedWritesContinue();
+    void crashAtAnyCallLeavesTheOldOrTheNewDocument_data();
+    void crashAtAnyCallLeavesTheOldOrTheNewDocument();
+    void longTemporaryNameIsCutBetweenCharacters();
 
 private:
     void prepare();
@@ -198,14 +198,14 @@ void SaveFaultsTest::checkThatItIsRefused(const QString &reason) const
     QCOMPARE(m_folder.read(target), m_replaces ? m_old : QByteArray());
 }
 
-void SaveFaultsTest::aFullDiskLeavesTheOldDocument_data()
+void SaveFaultsTest::fullDiskKeepsTheOldDocument_data()
 {
     addPlaces();
 }
 
-/// Full behind every byte of a small document, and behind some of a large one. What still fits is written, and the
+/// Full after every byte of a small document, and after some of a large one. What still fits is written, and the
 /// reason comes only with the next attempt.
-void SaveFaultsTest::aFullDiskLeavesTheOldDocument()
+void SaveFaultsTest::fullDiskKeepsTheOldDocument()
 {
     prepare();
     const int step = m_document == &m_small ? 1 : 997;
@@ -223,13 +223,13 @@ void SaveFaultsTest::aFullDiskLeavesTheOldDocument()
     checkThatItIsSaved();
 }
 
-void SaveFaultsTest::noFailingCallSpoilsADocument_data()
+void SaveFaultsTest::failingCallNeverDamagesADocument_data()
 {
     addPlaces();
 }
 
 /// One call after the other, and each later one of its kind, which is how disks break.
-void SaveFaultsTest::noFailingCallSpoilsADocument()
+void SaveFaultsTest::failingCallNeverDamagesADocument()
 {
     prepare();
     QVERIFY(saveWith(0, Action::Fail, 0));
@@ -256,13 +256,13 @@ void SaveFaultsTest::noFailingCallSpoilsADocument()
     }
 }
 
-void SaveFaultsTest::aCallThatFailsOnceDoesNotEither_data()
+void SaveFaultsTest::callThatFailsOnceNeverDamagesADocument_data()
 {
     addPlaces();
 }
 
-/// Whether it is tried again is left open; but then it is saved, and otherwise the reason is given.
-void SaveFaultsTest::aCallThatFailsOnceDoesNotEither()
+/// The call may be repeated; then the document is saved, otherwise the error is reported.
+void SaveFaultsTest::callThatFailsOnceNeverDamagesADocument()
 {
     prepare();
     for (int call = 1; !saveWith(call, Action::Fail, EIO) || m_calls.size() >= call; ++call) {
@@ -276,7 +276,7 @@ void SaveFaultsTest::aCallThatFailsOnceDoesNotEither()
     checkThatItIsSaved(); // the last round had no such call any more
 }
 
-void SaveFaultsTest::aNameThatIsTakenIsNotTheLast()
+void SaveFaultsTest::nameInUseIsFollowedByAnotherOne()
 {
     m_way = waysToSave[0];
     m_document = &m_small;
@@ -291,7 +291,7 @@ void SaveFaultsTest::aNameThatIsTakenIsNotTheLast()
     }
 }
 
-void SaveFaultsTest::interruptedWritesGoOn()
+void SaveFaultsTest::interruptedWritesContinue()
 {
     for (const Way &way : waysToSave) {
         m_way = way;
@@ -307,12 +307,12 @@ void SaveFaultsTest::interruptedWritesGoOn()
     }
 }
 
-void SaveFaultsTest::dyingAtAnyCallLeavesOneDocumentOrTheOther_data()
+void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument_data()
 {
     addPlaces({false}); // however large they are, documents are written by one call
 }
 
-void SaveFaultsTest::dyingAtAnyCallLeavesOneDocumentOrTheOther()
+void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument()
 {
     prepare();
     const QRegularExpression leftOver(QStringLiteral("^document\\.[A-Za-z]{6}$"));
@@ -332,7 +332,7 @@ void SaveFaultsTest::dyingAtAnyCallLeavesOneDocumentOrTheOther()
             leftNew = leftNew || found == m_new;
             QVERIFY2(isOld || found == m_new, qPrintable(QString::number(call)));
 
-            // What a killed process leaves behind can be told by its name, and is in nobody's way.
+            // A file that a killed process has left is recognizable by its name and does no harm.
             QStringList others = m_folder.names();
             others.removeAll(target);
             QVERIFY2(others.size() <= 1, qPrintable(others.join(QLatin1Char(' '))));
@@ -347,15 +347,15 @@ void SaveFaultsTest::dyingAtAnyCallLeavesOneDocumentOrTheOther()
     QVERIFY(leftOld && leftNew);
 }
 
-/// A name that is too long with the letters behind it loses whole characters: some systems refuse the half of one.
-void SaveFaultsTest::aLongNameInBetweenIsCutBetweenCharacters()
+/// A name that is too long with the letters after it loses whole characters: some systems reject half of one.
+void SaveFaultsTest::longTemporaryNameIsCutBetweenCharacters()
 {
     m_folder.clear();
     const QString longest(85,
-                          QChar(0x20AC)); // of 3 bytes each, so 255, of which 248 may stand before a dot and letters
+                          QChar(0x20AC)); // 3 bytes each, so 255, of which 248 fit before a dot and letters
     const int status = statusOfChild([&] {
         FaultyCalls::Plan plan;
-        plan.call = 5; // the write, behind two attempts to find it, one to find its folder, and the creation
+        plan.call = 5; // the write, after two attempts to find the file, one to find its folder, and the creation
         plan.action = Action::DieHalfway;
         plan.unnamedFiles = false;
         FaultyCalls::begin(plan);

@@ -24,11 +24,11 @@ public:
         m_process = fork();
         if (m_process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test itself be killed
-            for (bool told = false;; told = true) {
+            for (bool reported = false;; reported = true) {
                 const bool saved = way.save(one, path) && way.save(other, path);
                 if (!saved)
                     _exit(1);
-                if (!told && ::write(ends[1], "", 1) != 1)
+                if (!reported && ::write(ends[1], "", 1) != 1)
                     _exit(2);
             }
         }
@@ -77,10 +77,10 @@ class SaveKilledTest : public QObject
 private Q_SLOTS:
     void initTestCase();
 
-    void killedAtAnyMoment_data();
-    void killedAtAnyMoment();
-    void meanwhileReadersSeeWholeDocuments_data();
-    void meanwhileReadersSeeWholeDocuments();
+    void killingAtAnyMomentLeavesTheOldOrTheNewDocument_data();
+    void killingAtAnyMomentLeavesTheOldOrTheNewDocument();
+    void concurrentReadersSeeWholeDocuments_data();
+    void concurrentReadersSeeWholeDocuments();
 
 private:
     TunerProperties m_one;
@@ -94,7 +94,7 @@ void SaveKilledTest::initTestCase()
     m_other = aLargeDocument(2, 60000);
 }
 
-void SaveKilledTest::killedAtAnyMoment_data()
+void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument_data()
 {
     QTest::addColumn<Way>("way");
     QTest::addColumn<int>("kills");
@@ -106,8 +106,8 @@ void SaveKilledTest::killedAtAnyMoment_data()
     QTest::newRow("SaveBinary, without unnamed files") << waysToSave[1] << 30 << false;
 }
 
-/// 200 times altogether, at times that the seed tells.
-void SaveKilledTest::killedAtAnyMoment()
+/// 200 times altogether, at times that depend on the seed.
+void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
 {
     QFETCH(Way, way);
     QFETCH(int, kills);
@@ -137,28 +137,28 @@ void SaveKilledTest::killedAtAnyMoment()
                  qPrintable(read.GetErrorString()));
         QVERIFY(read == (found == one ? m_one : m_other));
     }
-    // What killed processes left behind can be told by its name, and is in nobody's way.
+    // Files that killed processes have left are recognizable by their names and do no harm.
     QStringList leftOver = folder.names();
     QVERIFY(leftOver.removeOne(QStringLiteral("document")));
     QVERIFY(leftOver.size() <= kills);
     for (const QString &name : qAsConst(leftOver))
         QVERIFY2(name.startsWith(QStringLiteral("document.")), qPrintable(name));
-    qInfo("%d kills, %d times the one document and %d times the other, %d temporary files left behind", kills,
-          onesFound, kills - onesFound, leftOver.size());
+    qInfo("%d kills, %d times the one document and %d times the other, %d temporary files left", kills, onesFound,
+          kills - onesFound, leftOver.size());
     QVERIFY(way.save(m_one, target));
     FaultyCalls::end();
     QVERIFY(folder.read(QStringLiteral("document")) == one);
     QCOMPARE(folder.names().size(), leftOver.size() + 1);
 }
 
-void SaveKilledTest::meanwhileReadersSeeWholeDocuments_data()
+void SaveKilledTest::concurrentReadersSeeWholeDocuments_data()
 {
     QTest::addColumn<Way>("way");
     for (const Way &way : waysToSave)
         QTest::newRow(way.name) << way;
 }
 
-void SaveKilledTest::meanwhileReadersSeeWholeDocuments()
+void SaveKilledTest::concurrentReadersSeeWholeDocuments()
 {
     QFETCH(Way, way);
     const Folder folder;

@@ -16,14 +16,14 @@ class SaveLinksTest : public OwnedFilesTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void aPlantedLinkIsNotFollowed_data();
-    void aPlantedLinkIsNotFollowed();
-    void aLinkPlantedByAGroupIsNotFollowed();
+    void plantedLinkIsNotFollowed_data();
+    void plantedLinkIsNotFollowed();
+    void linkPlantedByAGroupIsNotFollowed();
     void linksOfTheCallerAndOfTheFoldersOwnerAreFollowed_data();
     void linksOfTheCallerAndOfTheFoldersOwnerAreFollowed();
-    void aPlantedFileIsNotReplaced_data();
-    void aPlantedFileIsNotReplaced();
-    void aFileWithoutANameIsNotReplaced();
+    void plantedFileIsNotReplaced_data();
+    void plantedFileIsNotReplaced();
+    void fileWithoutANameIsNotReplaced();
 };
 
 namespace {
@@ -76,13 +76,13 @@ void addLinkRows()
 
 } // namespace
 
-void SaveLinksTest::aPlantedLinkIsNotFollowed_data()
+void SaveLinksTest::plantedLinkIsNotFollowed_data()
 {
     addLinkRows();
 }
 
 /// The kernel lets them pass.
-void SaveLinksTest::aLinkPlantedByAGroupIsNotFollowed()
+void SaveLinksTest::linkPlantedByAGroupIsNotFollowed()
 {
     NEEDS_SUPERUSER();
     QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
@@ -91,13 +91,13 @@ void SaveLinksTest::aLinkPlantedByAGroupIsNotFollowed()
     QCOMPARE(symlink("../victim", path("sticky/document").constData()), 0);
     QCOMPARE(lchown(path("sticky/document").constData(), another, another), 0);
     QCOMPARE(save("sticky/document"),
-             QStringLiteral("document: cannot write: a symbolic link on the way belongs to another user and is in a "
+             QStringLiteral("document: cannot write: a symbolic link on the path belongs to another user and is in a "
                             "folder where other users can place links"));
     QCOMPARE(read("victim"), oldContent);
 }
 
 /// The superuser saves into a folder like /tmp, where another user has placed a link by that name.
-void SaveLinksTest::aPlantedLinkIsNotFollowed()
+void SaveLinksTest::plantedLinkIsNotFollowed()
 {
     NEEDS_SUPERUSER();
     QFETCH(bool, dangling);
@@ -114,7 +114,7 @@ void SaveLinksTest::aPlantedLinkIsNotFollowed()
     const QStringList before = names();
     for (const char *name : {"sticky/document", "own"}) {
         QCOMPARE(save(name),
-                 QStringLiteral("document: cannot write: a symbolic link on the way belongs to another user and is in "
+                 QStringLiteral("document: cannot write: a symbolic link on the path belongs to another user and is in "
                                 "a folder where other users can place links"));
         QCOMPARE(names(), before);
         QCOMPARE(read("victim"), dangling ? QByteArray("(no such file)") : oldContent);
@@ -165,7 +165,7 @@ void SaveLinksTest::linksOfTheCallerAndOfTheFoldersOwnerAreFollowed()
     }
 }
 
-void SaveLinksTest::aPlantedFileIsNotReplaced_data()
+void SaveLinksTest::plantedFileIsNotReplaced_data()
 {
     QTest::addColumn<uint>("mode");
     QTest::addColumn<uint>("ownerOfFolder");
@@ -178,7 +178,7 @@ void SaveLinksTest::aPlantedFileIsNotReplaced_data()
 }
 
 /// In such a folder the new document would end in the hands of whoever has placed a file by its name.
-void SaveLinksTest::aPlantedFileIsNotReplaced()
+void SaveLinksTest::plantedFileIsNotReplaced()
 {
     NEEDS_SUPERUSER();
     QFETCH(uint, mode);
@@ -197,7 +197,7 @@ void SaveLinksTest::aPlantedFileIsNotReplaced()
     QCOMPARE(read("place/a"), saved ? newContent : oldContent);
 }
 
-void SaveLinksTest::aFileWithoutANameIsNotReplaced()
+void SaveLinksTest::fileWithoutANameIsNotReplaced()
 {
     writeOld("a");
     const int file = open(path("a").constData(), O_RDWR | O_CLOEXEC);

@@ -17,8 +17,8 @@ class SaveRacesTest : public OwnedFilesTest
 
 private Q_SLOTS:
     void aRenamedFolderIsNotMistakenForAnother();
-    void anExchangedFileIsNotMistakenForAnother();
-    void aFileThatIsRemovedWhileItIsLookedForIsAnError();
+    void exchangedFileIsNotMistakenForTheOldOne();
+    void fileRemovedDuringTheSearchIsAnError();
     void attributesMayChangeMeanwhile_data();
     void attributesMayChangeMeanwhile();
 };
@@ -97,7 +97,7 @@ const QString pathHasChanged =
 } // namespace
 
 /// Once a file was looked at, its mode is the one that counts, and no other file is opened in its place.
-void SaveRacesTest::anExchangedFileIsNotMistakenForAnother()
+void SaveRacesTest::exchangedFileIsNotMistakenForTheOldOne()
 {
     writeOld("a");
     QCOMPARE(chmod(path("a").constData(), 0600), 0);
@@ -123,7 +123,7 @@ void SaveRacesTest::anExchangedFileIsNotMistakenForAnother()
 }
 
 /// Once it is open, its name does not matter: the new file gets it.
-void SaveRacesTest::aFileThatIsRemovedWhileItIsLookedForIsAnError()
+void SaveRacesTest::fileRemovedDuringTheSearchIsAnError()
 {
     writeOld("a");
     const QByteArray calls = callsOf("a");

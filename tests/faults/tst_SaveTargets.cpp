@@ -8,7 +8,7 @@
 
 using JobXml::TunerProperties;
 
-/// What stands where a document is to be saved, and how large files may become.
+/// What exists at the path of a saved document, and limits of file sizes.
 class SaveTargetsTest : public QObject
 {
     Q_OBJECT
@@ -18,23 +18,23 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void placesThatCannotBeWritten_data();
-    void placesThatCannotBeWritten();
-    void whatIsNoFileStays_data();
-    void whatIsNoFileStays();
-    void aPipeIsRefusedByItsDescriptorToo();
-    void aLinkStaysAndItsFileIsWritten_data();
-    void aLinkStaysAndItsFileIsWritten();
-    void linksThatLeadNowhere_data();
-    void linksThatLeadNowhere();
+    void targetThatCannotBeWrittenIsAnError_data();
+    void targetThatCannotBeWrittenIsAnError();
+    void specialFilesAreNotReplaced_data();
+    void specialFilesAreNotReplaced();
+    void descriptorOfAPipeIsAnError();
+    void linkStaysAndItsTargetIsWritten_data();
+    void linkStaysAndItsTargetIsWritten();
+    void linkThatLeadsToNoFileIsAnError_data();
+    void linkThatLeadsToNoFileIsAnError();
     void asManyLinksAreFollowedAsTheSystemFollows();
-    void aNameIsTakenFromTheCurrentFolder();
-    void namesMayBeAsLongAsTheSystemTakesThem_data();
-    void namesMayBeAsLongAsTheSystemTakesThem();
+    void nameIsRelativeToTheCurrentFolder();
+    void namesMayBeAsLongAsTheSystemAllows_data();
+    void namesMayBeAsLongAsTheSystemAllows();
     void aSizeLimitIsAnError_data();
     void aSizeLimitIsAnError();
-    void aSizeLimitThatKillsLeavesTheOldFile_data();
-    void aSizeLimitThatKillsLeavesTheOldFile();
+    void sizeLimitThatKillsKeepsTheOldFile_data();
+    void sizeLimitThatKillsKeepsTheOldFile();
 
 private:
     QString path(const QString &name) const { return m_folder->path(name); }
@@ -101,7 +101,7 @@ void SaveTargetsTest::checkThatItIsSaved(const QString &name)
     QCOMPARE(m_folder->read(name), m_way.bytes(m_document));
 }
 
-void SaveTargetsTest::placesThatCannotBeWritten_data()
+void SaveTargetsTest::targetThatCannotBeWrittenIsAnError_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
@@ -119,7 +119,7 @@ void SaveTargetsTest::placesThatCannotBeWritten_data()
     row("too long a name", QString(256, QLatin1Char('n')), "File name too long");
 }
 
-void SaveTargetsTest::placesThatCannotBeWritten()
+void SaveTargetsTest::targetThatCannotBeWrittenIsAnError()
 {
     QFETCH(QString, name);
     QFETCH(QString, reason);
@@ -131,14 +131,14 @@ void SaveTargetsTest::placesThatCannotBeWritten()
     QCOMPARE(m_folder->read(QStringLiteral("file")), QByteArray("old"));
 }
 
-void SaveTargetsTest::whatIsNoFileStays_data()
+void SaveTargetsTest::specialFilesAreNotReplaced_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("a pipe") << QStringLiteral("pipe");
     QTest::newRow("a link to a pipe") << QStringLiteral("link");
 }
 
-void SaveTargetsTest::whatIsNoFileStays()
+void SaveTargetsTest::specialFilesAreNotReplaced()
 {
     QFETCH(QString, name);
     QCOMPARE(mkfifo(QFile::encodeName(path(QStringLiteral("pipe"))).constData(), 0600), 0);
@@ -149,7 +149,7 @@ void SaveTargetsTest::whatIsNoFileStays()
     QVERIFY(S_ISFIFO(status.st_mode));
 }
 
-void SaveTargetsTest::aPipeIsRefusedByItsDescriptorToo()
+void SaveTargetsTest::descriptorOfAPipeIsAnError()
 {
     int ends[2];
     QCOMPARE(pipe(ends), 0);
@@ -160,7 +160,7 @@ void SaveTargetsTest::aPipeIsRefusedByItsDescriptorToo()
     close(ends[1]);
 }
 
-void SaveTargetsTest::aLinkStaysAndItsFileIsWritten_data()
+void SaveTargetsTest::linkStaysAndItsTargetIsWritten_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("file");
@@ -179,7 +179,7 @@ void SaveTargetsTest::aLinkStaysAndItsFileIsWritten_data()
 }
 
 /// The same file that a reader of the link gets.
-void SaveTargetsTest::aLinkStaysAndItsFileIsWritten()
+void SaveTargetsTest::linkStaysAndItsTargetIsWritten()
 {
     QFETCH(QString, name);
     QFETCH(QString, file);
@@ -210,7 +210,7 @@ void SaveTargetsTest::aLinkStaysAndItsFileIsWritten()
     }
 }
 
-void SaveTargetsTest::linksThatLeadNowhere_data()
+void SaveTargetsTest::linkThatLeadsToNoFileIsAnError_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
@@ -225,7 +225,7 @@ void SaveTargetsTest::linksThatLeadNowhere_data()
     row("a circle in the path", "self/document", "Too many levels of symbolic links");
 }
 
-void SaveTargetsTest::linksThatLeadNowhere()
+void SaveTargetsTest::linkThatLeadsToNoFileIsAnError()
 {
     QFETCH(QString, name);
     QFETCH(QString, reason);
@@ -250,7 +250,7 @@ void SaveTargetsTest::asManyLinksAreFollowedAsTheSystemFollows()
     QCOMPARE(m_folder->read(QStringLiteral("0")), m_way.bytes(m_document));
 }
 
-void SaveTargetsTest::aNameIsTakenFromTheCurrentFolder()
+void SaveTargetsTest::nameIsRelativeToTheCurrentFolder()
 {
     const QString current = QDir::currentPath();
     QVERIFY(QDir::setCurrent(m_folder->path()));
@@ -262,7 +262,7 @@ void SaveTargetsTest::aNameIsTakenFromTheCurrentFolder()
     QCOMPARE(m_folder->read(QStringLiteral("document")), m_way.bytes(m_document));
 }
 
-void SaveTargetsTest::namesMayBeAsLongAsTheSystemTakesThem_data()
+void SaveTargetsTest::namesMayBeAsLongAsTheSystemAllows_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("255 bytes") << QString(255, QLatin1Char('n'));
@@ -271,7 +271,7 @@ void SaveTargetsTest::namesMayBeAsLongAsTheSystemTakesThem_data()
 }
 
 /// Although the name in between is longer.
-void SaveTargetsTest::namesMayBeAsLongAsTheSystemTakesThem()
+void SaveTargetsTest::namesMayBeAsLongAsTheSystemAllows()
 {
     QFETCH(QString, name);
     checkThatItIsSaved(name);
@@ -336,12 +336,12 @@ void SaveTargetsTest::aSizeLimitIsAnError()
     signal(SIGXFSZ, previous);
 }
 
-void SaveTargetsTest::aSizeLimitThatKillsLeavesTheOldFile_data()
+void SaveTargetsTest::sizeLimitThatKillsKeepsTheOldFile_data()
 {
     aSizeLimitIsAnError_data();
 }
 
-void SaveTargetsTest::aSizeLimitThatKillsLeavesTheOldFile()
+void SaveTargetsTest::sizeLimitThatKillsKeepsTheOldFile()
 {
     QFETCH(bool, large);
     TunerProperties document = large ? aLargeDocument(1, 20000) : m_document;

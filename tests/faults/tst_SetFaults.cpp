@@ -25,9 +25,9 @@ class SetFaultsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void nobodyElsesChangesAreLost_data();
-    void nobodyElsesChangesAreLost();
-    void aFileThatStaysIsChanged();
+    void changesByOthersAreNotOverwritten_data();
+    void changesByOthersAreNotOverwritten();
+    void unchangedFileIsReplaced();
 
 private:
     /// Runs `set a.xml quantity 7`; `meanwhile` is called when the tool is about to look for the place of the file.
@@ -61,14 +61,14 @@ private:
     }
 };
 
-void SetFaultsTest::nobodyElsesChangesAreLost_data()
+void SetFaultsTest::changesByOthersAreNotOverwritten_data()
 {
     QTest::addColumn<QString>("what");
     for (const char *what : {"replaced", "removed", "link"})
         QTest::newRow(what) << QString::fromLatin1(what);
 }
 
-void SetFaultsTest::nobodyElsesChangesAreLost()
+void SetFaultsTest::changesByOthersAreNotOverwritten()
 {
     QFETCH(QString, what);
     Workshop shop;
@@ -92,7 +92,7 @@ void SetFaultsTest::nobodyElsesChangesAreLost()
     QCOMPARE(shop.read(QStringLiteral("b.xml")), otherXml);
 }
 
-void SetFaultsTest::aFileThatStaysIsChanged()
+void SetFaultsTest::unchangedFileIsReplaced()
 {
     Workshop shop;
     shop.write(QStringLiteral("a.xml"), smallXml);

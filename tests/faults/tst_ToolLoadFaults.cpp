@@ -9,8 +9,8 @@
 
 namespace {
 
-const QString noForm =
-    QStringLiteral("neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot");
+const QString noForm = QStringLiteral(
+    "unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot");
 
 QByteArray bytes(const char *hex)
 {
@@ -37,15 +37,15 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void marksWithNothingBehindThem_data();
-    void marksWithNothingBehindThem();
-    void aGigabyteOfZerosIsRefusedInLittleMemory_data();
-    void aGigabyteOfZerosIsRefusedInLittleMemory();
+    void marksWithoutContentAreErrors_data();
+    void marksWithoutContentAreErrors();
+    void gigabyteOfZerosFailsInLittleMemory_data();
+    void gigabyteOfZerosFailsInLittleMemory();
     void aPipeIsReadToItsEnd_data();
     void aPipeIsReadToItsEnd();
     void aPipeThatEndsEarlyIsAnError_data();
     void aPipeThatEndsEarlyIsAnError();
-    void linksInACircleAreAnError();
+    void circularLinksAreAnError();
 
 private:
     static QVector<QStringList> commandsFor(const QString &name);
@@ -87,7 +87,7 @@ void ToolLoadFaultsTest::checkThatItIsRefused(const Run &run, const QString &nam
     QCOMPARE(m_shop->files(), QStringList(name));
 }
 
-void ToolLoadFaultsTest::marksWithNothingBehindThem_data()
+void ToolLoadFaultsTest::marksWithoutContentAreErrors_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -96,16 +96,17 @@ void ToolLoadFaultsTest::marksWithNothingBehindThem_data()
         QTest::newRow(what) << QString::fromLatin1(name) << content << why;
     };
     row("UTF-8", "a.xml", bytes("EFBBBF"), QStringLiteral(":1:1: Premature end of document."));
-    row("UTF-8, without a name that tells", "a", bytes("EFBBBF"), QStringLiteral(": ") + noForm);
+    row("UTF-8, with an inconclusive name", "a", bytes("EFBBBF"), QStringLiteral(": ") + noForm);
     row("UTF-16, big-endian", "a", bytes("FEFF"), QStringLiteral(":1:1: Premature end of document."));
     row("UTF-16, little-endian", "a", bytes("FFFE"), QStringLiteral(":1:1: Premature end of document."));
     const QString noHead = QStringLiteral(": the leading word and the length take 8 bytes, but only 4 are there");
     row("leading word", "a", bytes("C10CBB5F"), noHead);
     row("leading word of the compressed form", "a", bytes("52475A31"), noHead);
-    row("flags of a snapshot", "a.tps", bytes("D000"), QStringLiteral(": the snapshot ends early, or is none"));
+    row("flags of a snapshot", "a.tps", bytes("D000"),
+        QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
 }
 
-void ToolLoadFaultsTest::marksWithNothingBehindThem()
+void ToolLoadFaultsTest::marksWithoutContentAreErrors()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -115,7 +116,7 @@ void ToolLoadFaultsTest::marksWithNothingBehindThem()
         checkThatItIsRefused(m_shop->run(command), name, why);
 }
 
-void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory_data()
+void ToolLoadFaultsTest::gigabyteOfZerosFailsInLittleMemory_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("why");
@@ -125,12 +126,12 @@ void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory_data()
     QTest::newRow("compressed") << QStringLiteral("a.tpz") << word;
     // 2 bytes of flags, 4 of an empty version: older than any, so that all goes back to defaults, of which only the
     // quantity is set; 4 for no components, 1 of type, 4 of an empty base resource, and the 8 of the quantity.
-    QTest::newRow("snapshot") << QStringLiteral("a.tps")
-                              << QStringLiteral(": the snapshot ends after 23 of 1000000000 bytes, or is none");
+    QTest::newRow("snapshot") << QStringLiteral(
+        "a.tps") << QStringLiteral(": the snapshot ends after 23 of 1000000000 bytes, or the file is not a snapshot");
     QTest::newRow("of no form") << QStringLiteral("a") << QStringLiteral(": ") + noForm;
 }
 
-void ToolLoadFaultsTest::aGigabyteOfZerosIsRefusedInLittleMemory()
+void ToolLoadFaultsTest::gigabyteOfZerosFailsInLittleMemory()
 {
     QFETCH(QString, name);
     QFETCH(QString, why);
@@ -185,13 +186,14 @@ void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError_data()
     row("nothing, called XML", "pipe.xml", {}, QStringLiteral(":1:1: Premature end of document."));
     row("nothing, called tagged", "pipe.tpb", {},
         QStringLiteral(": the leading word and the length take 8 bytes, but only 0 are there"));
-    row("nothing, called a snapshot", "pipe.tps", {}, QStringLiteral(": the snapshot ends early, or is none"));
-    // The declaration and the line behind it are 39 bytes.
+    row("nothing, called a snapshot", "pipe.tps", {},
+        QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
+    // The declaration and the line end are 39 bytes.
     row("XML", "pipe", QByteArray(smallXml).left(39 + 20), QStringLiteral(":2:20: Premature end of document."));
     row("tagged", "pipe", bytes(smallTaggedHex).chopped(1),
         QStringLiteral(": the record's length is 179, but 178 bytes follow"));
     row("snapshot", "pipe.tps", bytes(smallSnapshotHex).chopped(1),
-        QStringLiteral(": the snapshot ends early, or is none"));
+        QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
 }
 
 void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError()
@@ -210,7 +212,7 @@ void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError()
     }
 }
 
-void ToolLoadFaultsTest::linksInACircleAreAnError()
+void ToolLoadFaultsTest::circularLinksAreAnError()
 {
     const QString name = QStringLiteral("self.xml");
     QVERIFY(QFile::link(name, m_shop->path(name)));

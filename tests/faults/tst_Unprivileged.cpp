@@ -24,16 +24,16 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void aReadOnlyFolderKeepsItsDocument_data();
-    void aReadOnlyFolderKeepsItsDocument();
+    void readOnlyFolderKeepsItsDocument_data();
+    void readOnlyFolderKeepsItsDocument();
     void aReadOnlyFileIsNotReplaced_data();
     void aReadOnlyFileIsNotReplaced();
     void aFolderThatCannotBeEnteredIsAnError_data();
     void aFolderThatCannotBeEnteredIsAnError();
-    void aFolderNeedNotBeListedToSaveInIt_data();
-    void aFolderNeedNotBeListedToSaveInIt();
-    void whatCannotBeReadIsAnError_data();
-    void whatCannotBeReadIsAnError();
+    void folderThatCannotBeListedAcceptsTheFile_data();
+    void folderThatCannotBeListedAcceptsTheFile();
+    void unreadableFileIsAnError_data();
+    void unreadableFileIsAnError();
 
 private:
     void allow(const QString &path, mode_t mode) const
@@ -59,12 +59,12 @@ void UnprivilegedTest::cleanup()
     m_folder.reset();
 }
 
-void UnprivilegedTest::aReadOnlyFolderKeepsItsDocument_data()
+void UnprivilegedTest::readOnlyFolderKeepsItsDocument_data()
 {
     EveryWay::addRows();
 }
 
-void UnprivilegedTest::aReadOnlyFolderKeepsItsDocument()
+void UnprivilegedTest::readOnlyFolderKeepsItsDocument()
 {
     QFETCH(Saving, saving);
     QCOMPARE(saving.save(m_old, path(target)), QString());
@@ -111,12 +111,12 @@ void UnprivilegedTest::aFolderThatCannotBeEnteredIsAnError()
     QCOMPARE(m_folder->names(), QStringList(target));
 }
 
-void UnprivilegedTest::aFolderNeedNotBeListedToSaveInIt_data()
+void UnprivilegedTest::folderThatCannotBeListedAcceptsTheFile_data()
 {
     EveryWay::addRows();
 }
 
-void UnprivilegedTest::aFolderNeedNotBeListedToSaveInIt()
+void UnprivilegedTest::folderThatCannotBeListedAcceptsTheFile()
 {
     QFETCH(Saving, saving);
     m_folder->write(target, "old");
@@ -127,14 +127,14 @@ void UnprivilegedTest::aFolderNeedNotBeListedToSaveInIt()
     QCOMPARE(m_folder->names(), QStringList(target));
 }
 
-void UnprivilegedTest::whatCannotBeReadIsAnError_data()
+void UnprivilegedTest::unreadableFileIsAnError_data()
 {
     QTest::addColumn<bool>("ofTheFile");
     QTest::newRow("a file") << true;
     QTest::newRow("the folder above") << false;
 }
 
-void UnprivilegedTest::whatCannotBeReadIsAnError()
+void UnprivilegedTest::unreadableFileIsAnError()
 {
     QFETCH(bool, ofTheFile);
     const QString file = path(QStringLiteral("document.xml"));

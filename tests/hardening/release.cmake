@@ -1,5 +1,5 @@
-# A release build is hardened: its headers say so, its compilers are called so, and a text that is too long for its place
-# on the stack ends the program. Without the option, nothing of that is there.
+# A release build is hardened: its ELF headers and its compiler flags show it, and a text that is too long for its
+# buffer on the stack ends the program. Without the option, none of this applies.
 cmake_minimum_required(VERSION 3.25)
 
 foreach(variable IN ITEMS CXXFLAGS LDFLAGS CPPFLAGS)
@@ -38,7 +38,7 @@ if(status EQUAL 0 OR NOT output MATCHES "buffer overflow detected")
     message(FATAL_ERROR "a text that is too long ended with ${status}:\n${output}")
 endif()
 
-# What headers do not show.
+# Flags that ELF headers do not show.
 file(READ ${BUILD_DIR}/compile_commands.json commands)
 string(JSON count LENGTH "${commands}")
 math(EXPR last "${count} - 1")

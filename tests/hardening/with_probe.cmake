@@ -1,2 +1,2 @@
-# Included by project(): adds a program that does what the flags are there for.
+# Included by project(): adds a program that does what the flags protect against.
 cmake_language(EVAL CODE "cmake_language(DEFER CALL include [[${CMAKE_CURRENT_LIST_DIR}/probe.cmake]])")

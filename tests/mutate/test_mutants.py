@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Mutants are known by their content, so that the list of those that make no difference survives moved code."""
+"""Mutants are identified by their content, so that the list of those that make no difference survives moved code."""
 
 from __future__ import annotations
 

@@ -29,7 +29,7 @@ if(SAYS)
     endif()
 endif()
 
-# run(COMMAND...) leaves what the command prints in `output`.
+# run(COMMAND...) sets `output` to what the command prints.
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
     if(NOT status EQUAL 0)
@@ -72,7 +72,7 @@ string(REGEX MATCHALL "\n[A-Za-z0-9_]+: " lines "\n${output}")
 list(TRANSFORM lines REPLACE "\n([A-Za-z0-9_]+): " "\\1" OUTPUT_VARIABLE targets)
 compare(target "${HAS_TARGETS}" "${LACKS_TARGETS}" ${targets})
 
-# A name that is no target becomes a library to link with, which would only fail when it is built.
+# A name that is not a target becomes a library to link with, which would only fail in the build.
 if(EXISTS ${BUILD_DIR}/build.ninja)
     file(READ ${BUILD_DIR}/build.ninja rules)
     foreach(target IN LISTS LACKS_TARGETS)

@@ -1,12 +1,12 @@
 # What the scripts of this folder share. They are run by CTest with the variables of CMakeLists.txt.
 cmake_minimum_required(VERSION 3.25)
 
-# Nothing around may stand in for what is under test.
+# Nothing in the environment may replace the installed files under test.
 foreach(variable IN ITEMS LD_LIBRARY_PATH LD_PRELOAD CPATH LIBRARY_PATH CMAKE_PREFIX_PATH PKG_CONFIG_PATH CXXFLAGS DESTDIR)
     unset(ENV{${variable}})
 endforeach()
 
-# Runs a command, which has to succeed, and leaves what it prints in `output`.
+# Runs a command, which has to succeed, and sets `output` to what it prints.
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
     if(NOT status EQUAL 0)
@@ -16,7 +16,7 @@ function(run)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# What the loader gives the program: each of the three libraries has to come from the folder.
+# The loader has to load each of the three libraries of the program from the folder.
 function(expect_libraries_from folder program)
     cmake_parse_arguments(arg "" "" "ONLY" ${ARGN})
     set(libraries ReportBase TavikAppStartUp TunerProperties)
@@ -29,7 +29,7 @@ function(expect_libraries_from folder program)
     set(loaded)
     foreach(line IN LISTS found)
         if(NOT line MATCHES "^lib([A-Za-z]+)\\.so\\.1 => ([^ ]+) ")
-            message(FATAL_ERROR "'${line}' is no library that ${program} can have")
+            message(FATAL_ERROR "'${line}' is not a library that ${program} may load")
         endif()
         set(library ${CMAKE_MATCH_1})
         file(REAL_PATH ${CMAKE_MATCH_2} file)
@@ -45,7 +45,7 @@ function(expect_libraries_from folder program)
     endif()
 endfunction()
 
-# The program of consumer/ does what it is for.
+# The program of consumer/ works.
 function(expect_consumer_to_work program)
     run(${program} ${EXAMPLE})
     string(CONCAT expected

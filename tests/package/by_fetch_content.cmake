@@ -1,5 +1,5 @@
-# A CMake project takes in the source by FetchContent: its program is built and run, and it gets nothing that it has not
-# asked for.
+# A CMake project includes the sources by FetchContent: its program is built and run, and nothing is added that it has
+# not requested.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
 # The library is compiled once more for this, so without anything that takes time.
@@ -9,10 +9,10 @@ expect_headers(${build}/compile_commands.json FROM ${SOURCE_DIR}/include NOT_FRO
 expect_libraries_from(${build}/all ${build}/all/consumer)
 expect_consumer_to_work(${build}/all/consumer)
 
-# The catalogues are beside the libraries, wherever the application wants those.
-foreach(catalogue IN ITEMS TunerProperties_de.qm TunerProperties_en.qm)
-    if(NOT EXISTS ${build}/all/translations/${catalogue})
-        message(FATAL_ERROR "${catalogue} is not beside the libraries")
+# The catalogs are beside the libraries, in the folder that the application has chosen.
+foreach(catalog IN ITEMS TunerProperties_de.qm TunerProperties_en.qm)
+    if(NOT EXISTS ${build}/all/translations/${catalog})
+        message(FATAL_ERROR "${catalog} is not beside the libraries")
     endif()
 endforeach()
 

@@ -1,4 +1,4 @@
-# A CMake project finds the moved tree, and its program is built and run with what is there.
+# A CMake project finds the moved tree, and its program is built and run with the installed libraries.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
 set(build ${SCRATCH_DIR}/by_find_package)
@@ -12,7 +12,7 @@ expect_consumer_to_work(${build}/consumer)
 expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/derived)
 expect_derived_class_to_work(${build}/derived)
 
-# One library alone does not bring the others along.
+# A single library does not add the others.
 build_project(registry_alone ${build}/registry_alone
     -DCMAKE_PREFIX_PATH=${PREFIX} "-DCMAKE_CXX_FLAGS=${FLAGS}")
 expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/registry_alone/registry_alone ONLY TavikAppStartUp)

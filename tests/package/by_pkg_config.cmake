@@ -1,4 +1,4 @@
-# The compiler is told by pkg-config where the moved tree is, and the program is run with what is there.
+# The compiler finds the moved tree by pkg-config, and the program is run with the libraries there.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
 set(build ${SCRATCH_DIR}/by_pkg_config)
@@ -8,7 +8,7 @@ set(ENV{PKG_CONFIG_PATH} ${PREFIX}/${LIB_DIR}/pkgconfig)
 
 run(${PKG_CONFIG} --modversion tunerproperties)
 if(NOT output STREQUAL "${VERSION}\n")
-    message(FATAL_ERROR "pkg-config tells version '${output}', not ${VERSION}")
+    message(FATAL_ERROR "pkg-config reports version '${output}', not ${VERSION}")
 endif()
 run(${PKG_CONFIG} --exact-version=${VERSION} --print-errors tunerproperties)
 
@@ -16,7 +16,7 @@ run(${PKG_CONFIG} --cflags --libs tunerproperties)
 separate_arguments(options UNIX_COMMAND "${output}")
 separate_arguments(flags UNIX_COMMAND "${FLAGS}")
 
-# The headers that were read, not the folders that were named, which pkg-config writes in its own way.
+# Compares the headers that were read, not the folders, which pkg-config spells in its own way.
 run(${COMPILER} -std=c++17 -fPIC -Wall -Wextra -Wpedantic -Werror ${flags} -MD -MF ${build}/headers
     ${CMAKE_CURRENT_LIST_DIR}/consumer/main.cpp ${options} -Wl,-rpath,${PREFIX}/${LIB_DIR} -o ${build}/consumer)
 file(READ ${build}/headers headers)
@@ -32,7 +32,7 @@ foreach(header IN LISTS headers)
     endif()
 endforeach()
 
-# The registry is there as well.
+# The registry alone also works.
 run(${COMPILER} -std=c++17 -fPIC ${flags} ${CMAKE_CURRENT_LIST_DIR}/registry_alone/main.cpp ${options}
     -Wl,-rpath,${PREFIX}/${LIB_DIR} -o ${build}/registry_alone)
 run(${build}/registry_alone)

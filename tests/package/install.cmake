@@ -1,4 +1,4 @@
-# Installs into one folder and moves that to another, where all further tests find it. The tree is complete, and holds no
+# Installs into one folder and moves it to another, where all other tests find it. The tree is complete, and contains no
 # path of this machine.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
@@ -6,7 +6,7 @@ file(REMOVE_RECURSE ${SCRATCH_DIR})
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${SCRATCH_DIR}/first --strip)
 file(RENAME ${SCRATCH_DIR}/first ${PREFIX})
 
-# Every header of ours, and what the build makes besides.
+# All of our headers, and the generated ones.
 file(GLOB headers RELATIVE ${SOURCE_DIR}/include ${SOURCE_DIR}/include/*/*.h)
 list(TRANSFORM headers PREPEND ${INCLUDE_DIR}/)
 
@@ -35,7 +35,7 @@ foreach(file IN ITEMS
     endif()
 endforeach()
 
-# Sanitizers and coverage put the places of sources and of counts into what they instrument.
+# Sanitizers and coverage add the paths of sources and of counts to instrumented files.
 file(GLOB_RECURSE installed ${PREFIX}/*)
 foreach(file IN LISTS installed)
     file(READ ${file} beginning LIMIT 4 HEX)
@@ -45,7 +45,7 @@ foreach(file IN LISTS installed)
     foreach(path IN ITEMS ${SOURCE_DIR} ${BUILD_DIR} ${SCRATCH_DIR})
         execute_process(COMMAND grep --quiet --fixed-strings --text -e ${path} ${file} RESULT_VARIABLE status)
         if(NOT status EQUAL 1)
-            message(FATAL_ERROR "${file} knows of ${path}")
+            message(FATAL_ERROR "${file} contains ${path}")
         endif()
     endforeach()
 endforeach()

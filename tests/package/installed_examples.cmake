@@ -1,4 +1,4 @@
-# The example programs are built from where they are installed, by the project file that comes with them, and work.
+# The installed example programs are built by the project file that is installed with them, and work.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
 set(build ${SCRATCH_DIR}/examples)

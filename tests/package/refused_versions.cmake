@@ -1,4 +1,4 @@
-# Another major version is another library, and what a later minor version brings is not there yet.
+# A different major version is a different library, and the additions of a later minor version are still missing.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
 string(REGEX MATCH "^[0-9]+" major ${VERSION})
@@ -11,7 +11,7 @@ foreach(wanted IN ITEMS ${next_major} 0.9 ${major}.99)
         RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
     string(REGEX REPLACE "[ \n]+" " " output "${output}")
     if(status EQUAL 0)
-        message(FATAL_ERROR "${VERSION} is taken for ${wanted}")
+        message(FATAL_ERROR "${VERSION} is accepted as ${wanted}")
     endif()
     if(NOT output MATCHES "compatible with requested version \"${wanted}\""
        OR NOT output MATCHES "TunerPropertiesConfig.cmake, version: ${VERSION} ")

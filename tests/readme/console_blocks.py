@@ -2,7 +2,7 @@
 """console_blocks.py README TOOL EXAMPLE SCRATCH: what the README shows of the tool on a terminal is what it prints.
 
 The blocks are run in their order in a folder that holds the example, and the document with the two mistakes that the
-text in front of the block tells.
+text before the block describes.
 """
 
 import os

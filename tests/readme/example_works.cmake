@@ -1,4 +1,4 @@
-# The README's example changes what it says, and nothing else, and tells both kinds of failure.
+# The README's example changes what it describes, and nothing else, and reports both kinds of failure.
 cmake_minimum_required(VERSION 3.25)
 
 file(REMOVE_RECURSE ${SCRATCH_DIR})
@@ -16,7 +16,7 @@ function(expect_once text part)
     string(FIND "${text}" "${part}" first)
     string(FIND "${text}" "${part}" last REVERSE)
     if(first EQUAL -1 OR NOT first EQUAL last)
-        message(FATAL_ERROR "'${part}' does not stand exactly once in\n${text}")
+        message(FATAL_ERROR "'${part}' does not occur exactly once in\n${text}")
     endif()
 endfunction()
 
@@ -43,7 +43,7 @@ endif()
 file(WRITE ${SCRATCH_DIR}/receiver.xml "<TunerProperties Version=\"1.1\">\n<Component>\n")
 run(1 ${PROGRAM} ${SCRATCH_DIR}/receiver.xml ${SCRATCH_DIR}/none.xml)
 if(NOT errors MATCHES "^readme_example: [^\n]*/receiver\\.xml:3:[0-9]+: [^\n]+\n$")
-    message(FATAL_ERROR "a file that is cut off is told as\n${errors}")
+    message(FATAL_ERROR "a truncated file is reported as\n${errors}")
 endif()
 
 # A document in which something is missing: the exception's text.
@@ -51,9 +51,9 @@ string(REPLACE " type=\"Receiver\"" "" incomplete "${expected}")
 file(WRITE ${SCRATCH_DIR}/receiver.xml "${incomplete}")
 run(1 ${PROGRAM} ${SCRATCH_DIR}/receiver.xml ${SCRATCH_DIR}/none.xml)
 if(NOT errors STREQUAL "readme_example: TunerProperties: Please set type properly.\n")
-    message(FATAL_ERROR "an incomplete document is told as\n${errors}")
+    message(FATAL_ERROR "an incomplete document is reported as\n${errors}")
 endif()
 
 if(EXISTS ${SCRATCH_DIR}/none.xml)
-    message(FATAL_ERROR "a failure has left a file behind")
+    message(FATAL_ERROR "a failure has left a file")
 endif()

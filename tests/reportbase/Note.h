@@ -10,7 +10,7 @@
 
 #include <reportbase/IRGObject.h>
 
-/// The smallest object that the base's services can be tried on: one text, which must not be null while validating.
+/// The smallest object to test the base's services: one text, which must not be null while validating.
 ///
 /// XML:     <Note title="..."><text>...</text></Note>, with "title" only if it is set; "bad" as a child element throws
 /// binary:  members of 1 tag byte, here always 'T', and the text as a QByteArray
@@ -51,7 +51,7 @@ public:
             writer.writeAttribute(QStringLiteral("title"), title);
         if (!writesTitleAlone)
             writer.writeTextElement(QStringLiteral("text"), text);
-        Check(); // late on purpose: what was written before must not get anywhere
+        Check(); // late on purpose: data written before must be discarded
         writer.writeEndElement();
     }
 
@@ -122,7 +122,7 @@ protected:
     }
 };
 
-/// Keeps what it is told.
+/// Stores the messages.
 class Notebook : public REPORTGENERATOR::Logger
 {
 public:

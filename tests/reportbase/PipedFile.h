@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-/// Opens `file` on a pipe that holds `content` (as much as a pipe takes at once, 64 KiB) and then ends.
+/// Opens `file` on a pipe that contains `content` (up to the capacity of a pipe, 64 KiB) and then ends.
 inline bool openOnPipe(QFile &file, const QByteArray &content)
 {
     int ends[2];

@@ -27,7 +27,7 @@ private Q_SLOTS:
 
 namespace {
 
-/// A system call that returns these results one after the other, and sets errno as for a signal where it fails.
+/// A system call that returns these results one after the other, and sets errno as for a signal if it fails.
 struct Call
 {
     std::vector<int> results;
@@ -70,7 +70,7 @@ void DescriptorTest::otherFailureIsReturned()
     QCOMPARE(call.count, std::size_t(1));
 }
 
-// A successful call leaves errno as it was.
+// A successful call does not change errno.
 void DescriptorTest::zeroIsASuccessWhateverErrnoSays()
 {
     Call call{{0, 7}, 0};

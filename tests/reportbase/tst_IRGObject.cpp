@@ -17,20 +17,20 @@ class IRGObjectTest : public QObject
 
 private Q_SLOTS:
     void aNewObjectValidatesAndHasNeitherTypeNorErrorNorVersion();
-    void theTypeIsTheOneThatWasGiven();
+    void typeIsThatOfTheConstructor();
     void theFlagAndTheNameAreKept();
     void onlyADerivedObjectCanBeMadeAndNoneIsCopied();
     void theBaseMergesNothing();
-    void oneFloatingPointValueStandsForNoValue();
-    void oneIntegerStandsForNoValue();
-    void theNullTextIsNoValue();
-    void anInvalidDateTimeIsNoValue();
+    void oneFloatingPointValueIsInvalid();
+    void oneIntegerIsInvalid();
+    void nullTextIsInvalid();
+    void invalidDateTimeIsInvalid();
     void everyBoolIsValid();
-    void exactlyTheLengthIsPassedOver();
-    void noMoreIsPassedOverThanIsLeft();
-    void nothingIsPassedOverForANegativeLength();
-    void aSequentialDeviceIsPassedOverToo();
-    void passingOverWithoutADeviceIsHarmless();
+    void exactlyTheLengthIsSkipped();
+    void noMoreBytesThanAreLeftAreSkipped();
+    void negativeLengthSkipsNothing();
+    void bytesOfASequentialDeviceAreSkipped();
+    void skippingWithoutADeviceIsHarmless();
 };
 
 void IRGObjectTest::aNewObjectValidatesAndHasNeitherTypeNorErrorNorVersion()
@@ -43,7 +43,7 @@ void IRGObjectTest::aNewObjectValidatesAndHasNeitherTypeNorErrorNorVersion()
     QCOMPARE(&note.GetVersion(), &Note().GetVersion());
 }
 
-void IRGObjectTest::theTypeIsTheOneThatWasGiven()
+void IRGObjectTest::typeIsThatOfTheConstructor()
 {
     static_assert(!std::is_convertible_v<ObjectTypes, int>); // scoped
     const auto another = static_cast<ObjectTypes>(7);
@@ -81,7 +81,7 @@ void IRGObjectTest::theBaseMergesNothing()
     QCOMPARE(to.text, QStringLiteral("to"));
 }
 
-void IRGObjectTest::oneFloatingPointValueStandsForNoValue()
+void IRGObjectTest::oneFloatingPointValueIsInvalid()
 {
     const Note note;
     float single = 1;
@@ -100,7 +100,7 @@ void IRGObjectTest::oneFloatingPointValueStandsForNoValue()
     QVERIFY(note.IsValid(-std::numeric_limits<double>::infinity()));
 }
 
-void IRGObjectTest::oneIntegerStandsForNoValue()
+void IRGObjectTest::oneIntegerIsInvalid()
 {
     const Note note;
     int number = 1;
@@ -126,7 +126,7 @@ void IRGObjectTest::oneIntegerStandsForNoValue()
     QVERIFY(note.IsValid(0U));
 }
 
-void IRGObjectTest::theNullTextIsNoValue()
+void IRGObjectTest::nullTextIsInvalid()
 {
     const Note note;
     QString text = QStringLiteral("a");
@@ -137,7 +137,7 @@ void IRGObjectTest::theNullTextIsNoValue()
     QVERIFY(note.IsValid(QStringLiteral("a")));
 }
 
-void IRGObjectTest::anInvalidDateTimeIsNoValue()
+void IRGObjectTest::invalidDateTimeIsInvalid()
 {
     const Note note;
     QVERIFY(!note.IsValid(QDateTime()));
@@ -152,7 +152,7 @@ void IRGObjectTest::everyBoolIsValid()
     QVERIFY(note.IsValid(false));
 }
 
-void IRGObjectTest::exactlyTheLengthIsPassedOver()
+void IRGObjectTest::exactlyTheLengthIsSkipped()
 {
     const QByteArray data("abcdefgh");
     QDataStream stream(data);
@@ -165,18 +165,18 @@ void IRGObjectTest::exactlyTheLengthIsPassedOver()
     QCOMPARE(stream.status(), QDataStream::Ok);
 }
 
-void IRGObjectTest::noMoreIsPassedOverThanIsLeft()
+void IRGObjectTest::noMoreBytesThanAreLeftAreSkipped()
 {
     const QByteArray data("abcdefgh");
     QDataStream stream(data);
     const Note note;
     QCOMPARE(note.skipCurrentElement(stream, 2147483647, 0), 8);
     QVERIFY(stream.atEnd());
-    QCOMPARE(stream.status(), QDataStream::ReadPastEnd); // how a reader learns of it
+    QCOMPARE(stream.status(), QDataStream::ReadPastEnd); // by which a reader detects it
     QCOMPARE(note.skipCurrentElement(stream, 1, 0), 0);
 }
 
-void IRGObjectTest::nothingIsPassedOverForANegativeLength()
+void IRGObjectTest::negativeLengthSkipsNothing()
 {
     const QByteArray data("abc");
     QDataStream stream(data);
@@ -187,7 +187,7 @@ void IRGObjectTest::nothingIsPassedOverForANegativeLength()
     QCOMPARE(stream.status(), QDataStream::Ok);
 }
 
-void IRGObjectTest::aSequentialDeviceIsPassedOverToo()
+void IRGObjectTest::bytesOfASequentialDeviceAreSkipped()
 {
     QFile file;
     QVERIFY(openOnPipe(file, "abcdefgh"));
@@ -200,7 +200,7 @@ void IRGObjectTest::aSequentialDeviceIsPassedOverToo()
     QCOMPARE(note.skipCurrentElement(stream, 6, 0), 1);
 }
 
-void IRGObjectTest::passingOverWithoutADeviceIsHarmless()
+void IRGObjectTest::skippingWithoutADeviceIsHarmless()
 {
     QDataStream stream;
     QCOMPARE(Note().skipCurrentElement(stream, 3, 0), 0);

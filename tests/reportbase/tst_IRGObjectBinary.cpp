@@ -15,7 +15,7 @@ namespace {
 const char bigEndianHi[] = "9e8f7061 00000007 54 00000002 6869";
 const char littleEndianHi[] = "61708f9e 07000000 54 02000000 6869";
 
-// "RGZ1", the length, and behind that what qCompress makes at level 0: the size, one stored block, its checksum.
+// "RGZ1", the length, and then the output of qCompress at level 0: the size, one stored block, its checksum.
 const char compressedHi[] = "52475a31 0000001e 0000000f 7801 01 0f00 f0ff"
                             "9e8f7061 00000007 54 00000002 6869 1f22032d";
 const char littleEndianCompressedHi[] = "315a4752 1e000000 0000000f 7801 01 0f00 f0ff"
@@ -26,7 +26,7 @@ QByteArray bytes(const char *hex)
     return QByteArray::fromHex(hex);
 }
 
-/// Hands out what it holds three bytes at a time, as a slow line does, and cannot go back.
+/// Returns its content three bytes at a time, as a slow line does, and cannot seek.
 class Trickle : public QIODevice
 {
 public:
@@ -48,7 +48,7 @@ private:
     QByteArray m_content;
 };
 
-/// A note that writes a gigabyte of zeros, or a little more. None of them takes up memory.
+/// A note that writes a gigabyte of zeros, or a little more, which take no memory.
 class EnormousNote : public Note
 {
 public:
@@ -100,17 +100,17 @@ private Q_SLOTS:
     void writingWithoutADeviceIsHarmless();
     void bothFormsAreRead_data();
     void bothFormsAreRead();
-    void theStreamFormLeavesWhatStandsBehind();
+    void streamFormLeavesDataAfterTheRecord();
     void aRecordWithoutMembersIsRead();
     void aBigObjectIsReadBack();
     void filesAreRead();
-    void anOpenFileIsReadFromWhereItStandsAndStaysOpen();
+    void openFileIsReadFromItsPositionAndStaysOpen();
     void aPipeIsRead();
     void aDeviceThatGivesFewBytesAtATimeIsReadToTheRecordsEnd();
     void anExceptionOfTheModelPasses();
     void savedFilesHoldTheRepresentations();
     void theOldFileStaysWhenSavingFails();
-    void whatNoReaderWouldTakeIsNotCompressed();
+    void recordsTooLargeForReadersAreNotCompressed();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -321,7 +321,7 @@ void IRGObjectBinaryTest::bothFormsAreRead()
     QCOMPARE(fromArray.text, littleEndian ? QString() : QStringLiteral("hi"));
 }
 
-void IRGObjectBinaryTest::theStreamFormLeavesWhatStandsBehind()
+void IRGObjectBinaryTest::streamFormLeavesDataAfterTheRecord()
 {
     for (const char *form : {bigEndianHi, compressedHi}) {
         const QByteArray data = bytes(form) + bytes(form) + "rest";
@@ -354,7 +354,7 @@ void IRGObjectBinaryTest::aRecordWithoutMembersIsRead()
 
 void IRGObjectBinaryTest::aBigObjectIsReadBack()
 {
-    Note note(QString(3 << 20, QLatin1Char('x'))); // more than is taken from a device at once
+    Note note(QString(3 << 20, QLatin1Char('x'))); // more than is read from a device at once
     for (QByteArray representation :
          {note.GetBinaryRepresentationAsQByteArray(), note.GetCompressedBinaryRepresentationAsQByteArray(9)}) {
         Note other;
@@ -376,7 +376,7 @@ void IRGObjectBinaryTest::filesAreRead()
     }
 }
 
-void IRGObjectBinaryTest::anOpenFileIsReadFromWhereItStandsAndStaysOpen()
+void IRGObjectBinaryTest::openFileIsReadFromItsPositionAndStaysOpen()
 {
     write(path("a"), "12345" + bytes(bigEndianHi));
     QFile file(path("a"));
@@ -404,13 +404,13 @@ void IRGObjectBinaryTest::aPipeIsRead()
 void IRGObjectBinaryTest::aDeviceThatGivesFewBytesAtATimeIsReadToTheRecordsEnd()
 {
     for (const char *form : {bigEndianHi, compressedHi}) {
-        Trickle device(bytes(form) + "behind");
+        Trickle device(bytes(form) + "follow");
         QVERIFY(device.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
         QDataStream stream(&device);
         Note note;
         QVERIFY2(note.SetBinaryRepresentation(stream), qPrintable(note.GetErrorString()));
         QCOMPARE(note.text, QStringLiteral("hi"));
-        QCOMPARE(device.read(6), QByteArray("beh")); // what it gives at a time, from the first byte behind the record
+        QCOMPARE(device.read(6), QByteArray("fol")); // a piece of three bytes, from the first byte after the record
     }
 }
 
@@ -468,7 +468,7 @@ void IRGObjectBinaryTest::theOldFileStaysWhenSavingFails()
     QCOMPARE(note.GetErrorString(), nowhere + QStringLiteral(": cannot write: No such file or directory"));
 }
 
-void IRGObjectBinaryTest::whatNoReaderWouldTakeIsNotCompressed()
+void IRGObjectBinaryTest::recordsTooLargeForReadersAreNotCompressed()
 {
     EnormousNote largest(1 << 30);
     QVERIFY(largest.isThere());
@@ -477,7 +477,7 @@ void IRGObjectBinaryTest::whatNoReaderWouldTakeIsNotCompressed()
     EnormousNote note((1 << 30) + 1);
     QVERIFY(note.isThere());
     const QString why =
-        QStringLiteral(": 1073741825 bytes are to be compressed, but readers take no more than 1073741824");
+        QStringLiteral(": 1073741825 bytes are to be compressed, but readers accept no more than 1073741824");
     QVERIFY(!note.SaveCompressedBinary(path("a"), 1));
     QCOMPARE(note.GetErrorString(), path("a") + why);
     QVERIFY(!QFileInfo::exists(path("a")));

@@ -13,7 +13,7 @@ QByteArray bytes(const char *hex)
     return QByteArray::fromHex(hex);
 }
 
-/// The compressed form around the bytes that qCompress made, or something else.
+/// The compressed form around the output of qCompress, or around something else.
 QByteArray compressedForm(const QByteArray &payload)
 {
     QByteArray form("RGZ1");
@@ -33,22 +33,22 @@ class IRGObjectBinaryRefusalsTest : public QObject
 private Q_SLOTS:
     void init();
 
-    void refusedData_data();
-    void refusedData();
-    void refusedPipes_data();
-    void refusedPipes();
-    void dataBehindTheRecordAreLeftByTheStreamFormAlone();
+    void damagedDataAreRefusedWithTheirReason_data();
+    void damagedDataAreRefusedWithTheirReason();
+    void damagedDataInAPipeAreRefusedWithTheirReason_data();
+    void damagedDataInAPipeAreRefusedWithTheirReason();
+    void dataAfterTheRecordAreOnlyAcceptedInAStream();
     void membersThatEndBeforeTheRecordDoAreRefused();
-    void membersThatGoOnBehindTheRecordAreRefused();
-    void noReaderGetsBehindItsRecord();
+    void membersThatContinueAfterTheRecordAreRefused();
+    void readersStopAtTheEndOfTheirRecord();
     void anEnormousFileIsRefusedByItsHead();
     void aStreamThatCannotBeReadIsRefused();
-    void filesThatCannotBeRead();
-    void aReadErrorIsNotTakenForShortData();
+    void unreadableFilesAreRefusedWithTheirReason();
+    void readErrorIsNotReportedAsShortData();
     void theErrorStringIsOfTheLastBinaryOperationAlone_data();
     void theErrorStringIsOfTheLastBinaryOperationAlone();
-    void aStreamThatEndsEarlySaysSo_data();
-    void aStreamThatEndsEarlySaysSo();
+    void streamThatEndsEarlyIsRefused_data();
+    void streamThatEndsEarlyIsRefused();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -62,7 +62,7 @@ void IRGObjectBinaryRefusalsTest::init()
     QVERIFY(m_folder->isValid());
 }
 
-void IRGObjectBinaryRefusalsTest::refusedData_data()
+void IRGObjectBinaryRefusalsTest::damagedDataAreRefusedWithTheirReason_data()
 {
     QTest::addColumn<QByteArray>("data");
     QTest::addColumn<QString>("why");
@@ -89,26 +89,26 @@ void IRGObjectBinaryRefusalsTest::refusedData_data()
     row("compressed: no zlib data", compressedForm(bytes("0000000f 0123456789abcdef")),
         "the compressed bytes are damaged");
     row("compressed: last byte missing", compressedForm(packed.chopped(1)), "the compressed bytes are damaged");
-    row("compressed: more bytes behind", compressedForm(packed + "x"), "the compressed bytes are damaged");
+    row("compressed: more bytes after it", compressedForm(packed + "x"), "the compressed bytes are damaged");
     row("compressed: less than declared", compressedForm(bytes("00000010") + packed.mid(4)),
         "the compressed bytes are damaged");
     row("compressed: more than declared", compressedForm(bytes("0000000e") + packed.mid(4)),
         "the compressed bytes are damaged");
     row("compressed: over 1,100 times", compressedForm(bytes("00002ee1 00000000 0000")), // 12,001 bytes from 10
-        "10 compressed bytes declare 12001 bytes, but no more than 11000 are taken");
+        "10 compressed bytes declare 12001 bytes, but no more than 11000 are accepted");
     row("compressed: one byte over 1,100 times", compressedForm(bytes("00002af9 00000000 0000")),
-        "10 compressed bytes declare 11001 bytes, but no more than 11000 are taken");
+        "10 compressed bytes declare 11001 bytes, but no more than 11000 are accepted");
     row("compressed: just 1,100 times", compressedForm(bytes("00002af8 00000000 0000")),
         "the compressed bytes are damaged");
     row("compressed: the most a word can say", compressedForm(bytes("ffffffff") + QByteArray(1000000, 'x')),
-        "1000004 compressed bytes declare 4294967295 bytes, but no more than 1073741824 are taken");
+        "1000004 compressed bytes declare 4294967295 bytes, but no more than 1073741824 are accepted");
     row("compressed: one byte over 1 GiB", compressedForm(bytes("40000001") + QByteArray(1000000, 'x')),
-        "1000004 compressed bytes declare 1073741825 bytes, but no more than 1073741824 are taken");
+        "1000004 compressed bytes declare 1073741825 bytes, but no more than 1073741824 are accepted");
     row("compressed: another class", compressedForm(qCompress(bytes("0000abcd 00000000"))),
         "the leading word is 0x0000ABCD, not 0x9E8F7061 (Note)");
     row("compressed: negative length inside", compressedForm(qCompress(bytes("9e8f7061 ffffffff"))),
         "the record's length is -1, but 0 bytes follow");
-    row("compressed: data behind the record inside", compressedForm(qCompress(hi + "x")),
+    row("compressed: data after the record inside", compressedForm(qCompress(hi + "x")),
         "the record's length is 7, but 8 bytes follow");
     row("compressed: half a head inside", compressedForm(qCompress(hi.left(5))),
         "the leading word and the length take 8 bytes, but only 5 are there");
@@ -116,7 +116,7 @@ void IRGObjectBinaryRefusalsTest::refusedData_data()
         "the leading word is 0x52475A31, not 0x9E8F7061 (Note)");
 }
 
-void IRGObjectBinaryRefusalsTest::refusedData()
+void IRGObjectBinaryRefusalsTest::damagedDataAreRefusedWithTheirReason()
 {
     QFETCH(QByteArray, data);
     QFETCH(QString, why);
@@ -139,7 +139,7 @@ void IRGObjectBinaryRefusalsTest::refusedData()
     QCOMPARE(note.text, QStringLiteral("old"));
 }
 
-void IRGObjectBinaryRefusalsTest::refusedPipes_data()
+void IRGObjectBinaryRefusalsTest::damagedDataInAPipeAreRefusedWithTheirReason_data()
 {
     QTest::addColumn<QByteArray>("data");
     QTest::addColumn<QString>("why");
@@ -158,7 +158,7 @@ void IRGObjectBinaryRefusalsTest::refusedPipes_data()
         "the record's length is 30, but 12 bytes follow");
 }
 
-void IRGObjectBinaryRefusalsTest::refusedPipes()
+void IRGObjectBinaryRefusalsTest::damagedDataInAPipeAreRefusedWithTheirReason()
 {
     QFETCH(QByteArray, data);
     QFETCH(QString, why);
@@ -176,7 +176,7 @@ void IRGObjectBinaryRefusalsTest::refusedPipes()
     QCOMPARE(note.readCalls, 0);
 }
 
-void IRGObjectBinaryRefusalsTest::dataBehindTheRecordAreLeftByTheStreamFormAlone()
+void IRGObjectBinaryRefusalsTest::dataAfterTheRecordAreOnlyAcceptedInAStream()
 {
     QByteArray data = hi + "x";
     Note note;
@@ -222,23 +222,23 @@ void IRGObjectBinaryRefusalsTest::membersThatEndBeforeTheRecordDoAreRefused()
     QCOMPARE(note.GetErrorString(), path("a") + QStringLiteral(": ") + why);
 }
 
-void IRGObjectBinaryRefusalsTest::membersThatGoOnBehindTheRecordAreRefused()
+void IRGObjectBinaryRefusalsTest::membersThatContinueAfterTheRecordAreRefused()
 {
     QByteArray data = hi;
     Note note;
     note.readsPastItsRecord = true;
     QVERIFY(!note.SetBinaryRepresentation(data));
     QCOMPARE(note.GetErrorString(),
-             QStringLiteral("binary data: the record's length is 7, but its members go on behind that"));
+             QStringLiteral("binary data: the record's length is 7, but its members continue after it"));
 
-    Note other; // here it is the data's fault: a text of 3 bytes where the record has 2
+    Note other; // here the data are damaged: a text of 3 bytes where the record has 2
     QByteArray damaged = bytes("9e8f7061 00000007 54 00000003 6869");
     QVERIFY(!other.SetBinaryRepresentation(damaged));
     QCOMPARE(other.GetErrorString(),
-             QStringLiteral("binary data: the record's length is 7, but its members go on behind that"));
+             QStringLiteral("binary data: the record's length is 7, but its members continue after it"));
 }
 
-void IRGObjectBinaryRefusalsTest::noReaderGetsBehindItsRecord()
+void IRGObjectBinaryRefusalsTest::readersStopAtTheEndOfTheirRecord()
 {
     const QByteArray data = hi + hi;
     QDataStream stream(data);
@@ -252,7 +252,7 @@ void IRGObjectBinaryRefusalsTest::noReaderGetsBehindItsRecord()
 
 void IRGObjectBinaryRefusalsTest::anEnormousFileIsRefusedByItsHead()
 {
-    // 8 GiB without a single block behind the head; reading it would be in vain.
+    // 8 GiB without a single block after the head; reading it would be useless.
     write(path("a"), hi);
     QFile file(path("a"));
     QVERIFY(file.resize(qint64(8) << 30));
@@ -287,11 +287,11 @@ void IRGObjectBinaryRefusalsTest::aStreamThatCannotBeReadIsRefused()
     QCOMPARE(broken.device()->pos(), qint64(0));
 }
 
-void IRGObjectBinaryRefusalsTest::filesThatCannotBeRead()
+void IRGObjectBinaryRefusalsTest::unreadableFilesAreRefusedWithTheirReason()
 {
     Note note;
     QVERIFY(!note.LoadBinary(nullptr));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file pointer is null"));
 
     QFile missing(path("missing"));
     QVERIFY(!note.LoadBinary(&missing));
@@ -303,7 +303,7 @@ void IRGObjectBinaryRefusalsTest::filesThatCannotBeRead()
 
     QFile unnamed;
     QVERIFY(!note.LoadBinary(&unnamed));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
 
     QFile writing(path("new"));
     QVERIFY(writing.open(QIODevice::WriteOnly));
@@ -312,7 +312,7 @@ void IRGObjectBinaryRefusalsTest::filesThatCannotBeRead()
     QVERIFY(writing.isOpen());
 }
 
-void IRGObjectBinaryRefusalsTest::aReadErrorIsNotTakenForShortData()
+void IRGObjectBinaryRefusalsTest::readErrorIsNotReportedAsShortData()
 {
     // The first page of a process's memory can be opened, but not read.
     QFile memory(QStringLiteral("/proc/self/mem"));
@@ -368,14 +368,14 @@ void IRGObjectBinaryRefusalsTest::theErrorStringIsOfTheLastBinaryOperationAlone(
     QVERIFY(note.GetErrorString().isNull());
 }
 
-void IRGObjectBinaryRefusalsTest::aStreamThatEndsEarlySaysSo_data()
+void IRGObjectBinaryRefusalsTest::streamThatEndsEarlyIsRefused_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("in the head") << hi.left(7);
     QTest::newRow("in the members") << hi.left(9);
 }
 
-void IRGObjectBinaryRefusalsTest::aStreamThatEndsEarlySaysSo()
+void IRGObjectBinaryRefusalsTest::streamThatEndsEarlyIsRefused()
 {
     QFETCH(QByteArray, content);
     QFile pipe;

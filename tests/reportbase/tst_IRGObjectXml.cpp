@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The result of reading a text into a fresh note: what it threw, the error string, or a null string.
+/// The result of reading a text into a new note: the exception, the error string, or a null string.
 QString readInto(Note &note, const QString &xml)
 {
     bool read = false;
@@ -19,7 +19,7 @@ QString readInto(Note &note, const QString &xml)
     return note.GetErrorString();
 }
 
-/// Writes whatever an element can hold besides texts, each with a carriage return.
+/// Writes everything that an element can contain besides texts, each with a carriage return.
 class Medley : public Note
 {
 public:
@@ -48,22 +48,22 @@ class IRGObjectXmlTest : public QObject
 
 private Q_SLOTS:
     void theLoopReportsEveryChildElementAndNothingElse();
-    void aReaderAtItsEndIsLeftAsItIs();
+    void readerAtItsEndStaysUnchanged();
     void theLoopEndsAtTheElementsOwnEnd();
     void theLoopGoesIntoAnElementThatWasNotRead();
     void anElementOfTheOwnNameInsideOneThatWasNotReadEndsTheLoop();
-    void theLoopEndsWhereTheDocumentBreaksOff();
+    void loopEndsAtTheEndOfATruncatedDocument();
     void theLoopEndsOnADeviceThatStopsDelivering();
-    void theTextOfAnElement_data();
-    void theTextOfAnElement();
-    void theTextOfAnElementThatBreaksOffIsWhatIsThere();
-    void aTextIsReadWithTheGivenFlag();
+    void textOfAnElementIsReturned_data();
+    void textOfAnElementIsReturned();
+    void textOfATruncatedElementIsItsBeginning();
+    void textIsReadWithThePassedFlag();
     void nothingIsResetBeforeReading();
-    void refusedDocuments_data();
-    void refusedDocuments();
+    void malformedDocumentsAreRefusedWithTheirReason_data();
+    void malformedDocumentsAreRefusedWithTheirReason();
     void anotherRootIsNotRead();
     void anExceptionOfTheModelPasses();
-    void anExceptionOverABrokenOffDocumentIsTheDocumentsFault();
+    void exceptionInATruncatedDocumentIsReportedAsTruncation();
     void theErrorStringIsOfTheLastOperationAlone();
     void aWholeDocumentIsWritten();
     void anObjectWithoutDataWritesNothing();
@@ -140,7 +140,7 @@ void IRGObjectXmlTest::theLoopReportsEveryChildElementAndNothingElse()
     QCOMPARE(note.title, QStringLiteral("t"));
 }
 
-void IRGObjectXmlTest::aReaderAtItsEndIsLeftAsItIs()
+void IRGObjectXmlTest::readerAtItsEndStaysUnchanged()
 {
     QXmlStreamReader reader(QStringLiteral("<Note/>"));
     while (!reader.atEnd())
@@ -152,7 +152,7 @@ void IRGObjectXmlTest::aReaderAtItsEndIsLeftAsItIs()
 
     QXmlStreamReader truncated(QStringLiteral("<Note><a/>"));
     while (truncated.readNext() != QXmlStreamReader::Invalid) { }
-    truncated.addData(QStringLiteral("<b/></Note>")); // it could go on, but its error stands
+    truncated.addData(QStringLiteral("<b/></Note>")); // it could continue, but its error remains
     note.ProcessXml(truncated);
     QCOMPARE(note.metElements, QStringList());
 }
@@ -184,7 +184,7 @@ void IRGObjectXmlTest::anElementOfTheOwnNameInsideOneThatWasNotReadEndsTheLoop()
     const QString xml = QStringLiteral("<Note><a><Note/></a><b/></Note>");
     Note leaving;
     leaving.readsChildren = false;
-    QCOMPARE(readInto(leaving, xml), QString()); // the document itself is whole
+    QCOMPARE(readInto(leaving, xml), QString()); // the document itself is complete
     QCOMPARE(leaving.metElements, QStringList({QStringLiteral("a"), QStringLiteral("Note")}));
 
     Note reading;
@@ -192,7 +192,7 @@ void IRGObjectXmlTest::anElementOfTheOwnNameInsideOneThatWasNotReadEndsTheLoop()
     QCOMPARE(reading.metElements, QStringList({QStringLiteral("a"), QStringLiteral("b")}));
 }
 
-void IRGObjectXmlTest::theLoopEndsWhereTheDocumentBreaksOff()
+void IRGObjectXmlTest::loopEndsAtTheEndOfATruncatedDocument()
 {
     QXmlStreamReader reader(QStringLiteral("<Note><a/><b>"));
     QVERIFY(reader.readNextStartElement());
@@ -220,11 +220,11 @@ void IRGObjectXmlTest::theLoopEndsOnADeviceThatStopsDelivering()
     Note note;
     note.ProcessXml(reader);
     QVERIFY(reader.hasError());
-    QVERIFY(!reader.atEnd()); // so this does not tell
+    QVERIFY(!reader.atEnd()); // so this does not show it
     QCOMPARE(note.metElements, QStringList({QStringLiteral("a")}));
 }
 
-void IRGObjectXmlTest::theTextOfAnElement_data()
+void IRGObjectXmlTest::textOfAnElementIsReturned_data()
 {
     QTest::addColumn<QString>("content");
     QTest::addColumn<QString>("text");
@@ -238,7 +238,7 @@ void IRGObjectXmlTest::theTextOfAnElement_data()
     QTest::newRow("nested element of the same name") << QStringLiteral("a<text>b</text>c") << QStringLiteral("ac");
 }
 
-void IRGObjectXmlTest::theTextOfAnElement()
+void IRGObjectXmlTest::textOfAnElementIsReturned()
 {
     QFETCH(QString, content);
     QFETCH(QString, text);
@@ -252,7 +252,7 @@ void IRGObjectXmlTest::theTextOfAnElement()
     QCOMPARE(reader.name().toString(), QStringLiteral("b"));
 }
 
-void IRGObjectXmlTest::theTextOfAnElementThatBreaksOffIsWhatIsThere()
+void IRGObjectXmlTest::textOfATruncatedElementIsItsBeginning()
 {
     Note note;
     QCOMPARE(readInto(note, QStringLiteral("<Note><text>half a <b>sen")),
@@ -260,7 +260,7 @@ void IRGObjectXmlTest::theTextOfAnElementThatBreaksOffIsWhatIsThere()
     QCOMPARE(note.text, QStringLiteral("half a "));
 }
 
-void IRGObjectXmlTest::aTextIsReadWithTheGivenFlag()
+void IRGObjectXmlTest::textIsReadWithThePassedFlag()
 {
     Note note;
     QVERIFY(note.SetXmlString(QStringLiteral("<Note/>"), false));
@@ -277,7 +277,7 @@ void IRGObjectXmlTest::nothingIsResetBeforeReading()
     QCOMPARE(note.title, QStringLiteral("new"));
 }
 
-void IRGObjectXmlTest::refusedDocuments_data()
+void IRGObjectXmlTest::malformedDocumentsAreRefusedWithTheirReason_data()
 {
     QTest::addColumn<QString>("xml");
     QTest::addColumn<QString>("error");
@@ -288,19 +288,19 @@ void IRGObjectXmlTest::refusedDocuments_data()
     row("only blanks", " \n ", "2:1: Premature end of document.");
     row("no XML", "note", "1:1: Start tag expected.");
     row("cut in the root's tag", "<Note title='", "1:13: Premature end of document.");
-    row("cut behind the root's tag", "<Note>\n", "2:1: Premature end of document.");
+    row("cut after the root's tag", "<Note>\n", "2:1: Premature end of document.");
     row("tags that do not match", "<Note>\n  <b>\n</a></Note>", "3:4: Opening and ending tag mismatch.");
     row("a bare less-than", "<Note>\n\n\xc3\xa4\xc3\xa4<<", "3:4: Unexpected '<'.");
     row("an attribute twice", "<Note a='1'\n a='2'/>", "2:8: Attribute 'a' redefined.");
     row("an unknown entity", "<Note>&who;</Note>", "1:11: Entity 'who' not declared.");
     row("a forbidden character", "<Note>&#1;</Note>", "1:10: Invalid character reference.");
-    row("text behind the root", "<Note/>x", "1:8: Extra content at end of document.");
+    row("text after the root", "<Note/>x", "1:8: Extra content at end of document.");
     row("a second root", "<Note/>\n<Note/>", "2:7: Extra content at end of document.");
     row("another root", "<!-- -->\n<Node><Note/></Node>", "2:6: the root element is 'Node', not 'Note'");
     row("a root that differs in case", "<note/>", "1:7: the root element is 'note', not 'Note'");
 }
 
-void IRGObjectXmlTest::refusedDocuments()
+void IRGObjectXmlTest::malformedDocumentsAreRefusedWithTheirReason()
 {
     QFETCH(QString, xml);
     QFETCH(QString, error);
@@ -323,12 +323,12 @@ void IRGObjectXmlTest::anExceptionOfTheModelPasses()
     QVERIFY(note.GetErrorString().isNull());
     QCOMPARE(note.text, QStringLiteral("kept"));
 
-    // The document is broken as well, but nobody has seen that yet.
+    // The document is also malformed, but this has not been detected yet.
     QCOMPARE(readInto(note, QStringLiteral("<Note><bad/></Not>")),
              QStringLiteral("InvalidXmlException: Note: a bad child"));
 }
 
-void IRGObjectXmlTest::anExceptionOverABrokenOffDocumentIsTheDocumentsFault()
+void IRGObjectXmlTest::exceptionInATruncatedDocumentIsReportedAsTruncation()
 {
     Note note;
     QCOMPARE(readInto(note, QStringLiteral("<Note><whole>all of it</whole></Note>")), QString());
@@ -405,7 +405,7 @@ void IRGObjectXmlTest::aTextIsReadBackAsItWasWritten()
 void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("lineAsAttribute"); // half a pair can come to light only with what is written next
+    QTest::addColumn<int>("lineAsAttribute"); // half a pair can only be detected with the next text
     QTest::newRow("NUL") << QStringLiteral("a") + QChar(0) + QStringLiteral("b") << 2;
     QTest::newRow("a control character") << QStringLiteral("\x01") << 2;
     QTest::newRow("the last control character") << QStringLiteral("a\x1f") << 2;
@@ -424,7 +424,7 @@ void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
     QFETCH(QString, text);
     QFETCH(int, lineAsAttribute);
     const QString error =
-        QStringLiteral("XML text: a text in or just above line %1 of the document holds a character that XML cannot "
+        QStringLiteral("XML text: a text in or just above line %1 of the document contains a character that XML cannot "
                        "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)");
     Note note(text);
     QVERIFY(note.GetXmlString().isNull());
@@ -435,7 +435,7 @@ void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
     QVERIFY(titled.GetXmlString().isNull());
     QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
 
-    titled.writesTitleAlone = true; // nothing comes behind it
+    titled.writesTitleAlone = true; // nothing follows it
     QVERIFY(titled.GetXmlString().isNull());
     QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
 }

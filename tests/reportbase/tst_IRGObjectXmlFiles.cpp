@@ -18,18 +18,18 @@ private Q_SLOTS:
     void aFileIsReadByItsPath();
     void aClosedFileIsOpenedAndClosedAgain();
     void aClosedFileIsClosedAgainWhenTheModelThrows();
-    void anOpenFileIsReadFromWhereItStandsAndStaysOpen();
+    void openFileIsReadFromItsPositionAndStaysOpen();
     void aPipeIsRead();
     void theFlagStaysAsItIs();
-    void filesThatCannotBeRead();
-    void documentsThatAreRefused();
-    void aReadErrorIsNotTakenForAShortDocument();
+    void unreadableFilesAreRefusedWithTheirReason();
+    void malformedDocumentsAreRefusedWithTheirReason();
+    void readErrorIsNotReportedAsAShortDocument();
     void exactlyTheUtf8OfTheXmlStringIsSaved();
     void aSavedFileReplacesTheOldOne();
     void theOldFileStaysWhenTheModelThrows();
     void theOldFileStaysWhenThereIsNothingToWrite();
     void theOldFileStaysWhenXmlCannotCarryAText();
-    void pathsThatCannotBeWritten();
+    void unwritablePathsAreRefusedWithTheirReason();
     void aPipeIsNotReplacedByAFile();
 
 private:
@@ -77,7 +77,7 @@ void IRGObjectXmlFilesTest::aClosedFileIsClosedAgainWhenTheModelThrows()
     QVERIFY(!file.isOpen());
 }
 
-void IRGObjectXmlFilesTest::anOpenFileIsReadFromWhereItStandsAndStaysOpen()
+void IRGObjectXmlFilesTest::openFileIsReadFromItsPositionAndStaysOpen()
 {
     write(path("a"), "some words first\n<Note title='t'/>\n");
     QFile file(path("a"));
@@ -123,7 +123,7 @@ void IRGObjectXmlFilesTest::theFlagStaysAsItIs()
     QVERIFY(!note.GetValidate());
 }
 
-void IRGObjectXmlFilesTest::filesThatCannotBeRead()
+void IRGObjectXmlFilesTest::unreadableFilesAreRefusedWithTheirReason()
 {
     Note note;
     QVERIFY(!note.LoadXml(path("missing")));
@@ -133,7 +133,7 @@ void IRGObjectXmlFilesTest::filesThatCannotBeRead()
     QCOMPARE(note.GetErrorString(), m_folder->path() + QStringLiteral(": cannot open: file to open is a directory"));
 
     QVERIFY(!note.LoadXml(QString()));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
 
     const QString twoNames = path("note.xml") + QChar(QChar::Null) + QStringLiteral(".xml");
     QFile existing(path("note.xml"));
@@ -143,7 +143,7 @@ void IRGObjectXmlFilesTest::filesThatCannotBeRead()
     QCOMPARE(note.GetErrorString(), twoNames + QStringLiteral(": cannot open: a file name cannot contain U+0000"));
 
     QVERIFY(!note.LoadXml(static_cast<QFile *>(nullptr)));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file pointer is null"));
 
     QFile writing(path("new"));
     QVERIFY(writing.open(QIODevice::WriteOnly));
@@ -152,7 +152,7 @@ void IRGObjectXmlFilesTest::filesThatCannotBeRead()
     QVERIFY(writing.isOpen());
 }
 
-void IRGObjectXmlFilesTest::documentsThatAreRefused()
+void IRGObjectXmlFilesTest::malformedDocumentsAreRefusedWithTheirReason()
 {
     Note note;
     write(path("empty"), "");
@@ -172,14 +172,14 @@ void IRGObjectXmlFilesTest::documentsThatAreRefused()
     QCOMPARE(note.GetErrorString(), path("a") + QStringLiteral(":2:1: Extra content at end of document."));
 }
 
-void IRGObjectXmlFilesTest::aReadErrorIsNotTakenForAShortDocument()
+void IRGObjectXmlFilesTest::readErrorIsNotReportedAsAShortDocument()
 {
     // The first page of a process's memory can be opened, but not read.
     Note note;
     QVERIFY(!note.LoadXml(QStringLiteral("/proc/self/mem")));
     QCOMPARE(note.GetErrorString(), QStringLiteral("/proc/self/mem: cannot read: Input/output error"));
 
-    // What went wrong with a file before is not this read's error.
+    // An earlier error of a file does not concern this read.
     write(path("a"), "<Note/>");
     QFile file(path("a"));
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -250,14 +250,15 @@ void IRGObjectXmlFilesTest::theOldFileStaysWhenXmlCannotCarryAText()
     write(path("a"), "old");
     const Note note(QStringLiteral("a\x02"));
     QVERIFY(!note.SaveXml(path("a")));
-    QCOMPARE(note.GetErrorString(),
-             path("a")
-                 + QStringLiteral(": a text in or just above line 3 of the document holds a character that XML cannot "
-                                  "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)"));
+    QCOMPARE(
+        note.GetErrorString(),
+        path("a")
+            + QStringLiteral(": a text in or just above line 3 of the document contains a character that XML cannot "
+                             "carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)"));
     QCOMPARE(contentOf(path("a")), QByteArray("old"));
 }
 
-void IRGObjectXmlFilesTest::pathsThatCannotBeWritten()
+void IRGObjectXmlFilesTest::unwritablePathsAreRefusedWithTheirReason()
 {
     const Note note(QStringLiteral("a"));
     QVERIFY(!note.SaveXml(path("no/folder/a")));
@@ -269,7 +270,7 @@ void IRGObjectXmlFilesTest::pathsThatCannotBeWritten()
              m_folder->path() + QStringLiteral(": cannot write: Filename refers to a directory"));
 
     QVERIFY(!note.SaveXml(QString()));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
 }
 
 void IRGObjectXmlFilesTest::aPipeIsNotReplacedByAFile()

@@ -21,8 +21,7 @@ QString noteWith(const QString &attributesOfTheText)
     return QStringLiteral("<Note title='t'><text") + attributesOfTheText + QStringLiteral(">x</text></Note>");
 }
 
-/// The error of reading the document, or null; the same whether it stands in a text or in a file, but for the source
-/// in front.
+/// The error of reading the document, or null; the same for a text and a file, except for the source.
 QString errorOf(const QString &xml, Note &note)
 {
     QTemporaryFile file;
@@ -47,24 +46,24 @@ const auto internalSubset =
 
 } // namespace
 
-/// What a document must not have, because a reader would take hours or gigabytes for it.
+/// Content that is refused, because a reader would take hours or gigabytes for it.
 class IRGObjectXmlLimitsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void aThousandAttributesAreRead();
-    void oneAttributeTooManyIsRefusedWhereItStands();
+    void oneAttributeTooManyIsRefusedAtItsPlace();
     void attributesThatBeginAnywhereAreCounted();
     void theContentBeforeTooManyAttributesIsRead();
-    void whatOnlyLooksLikeAnAttributeIsNotCounted();
+    void textThatLooksLikeAnAttributeIsNotCounted();
     void manyElementsMayHaveAttributes();
     void attributesAreCountedInAnyEncoding();
     void aFileWithTooManyAttributesIsRefused();
-    void aDocumentTypeIsReadOver();
+    void documentTypeIsSkipped();
     void aDocumentTypeWithDeclarationsIsRefusedBeforeTheyAreRead();
     void anEntityThatADocumentTypeElsewhereMayDeclareIsRefused();
-    void whatIsWrongInFrontOfALimitIsTold();
+    void errorBeforeALimitIsReported();
     void aQuoteInACommentHidesNothing();
 };
 
@@ -75,10 +74,10 @@ void IRGObjectXmlLimitsTest::aThousandAttributesAreRead()
     QCOMPARE(note.text, QStringLiteral("x"));
 }
 
-void IRGObjectXmlLimitsTest::oneAttributeTooManyIsRefusedWhereItStands()
+void IRGObjectXmlLimitsTest::oneAttributeTooManyIsRefusedAtItsPlace()
 {
-    // "<Note title='t'>" takes 16 columns, "<text" 5, the attributes 10 * 6 + 90 * 7 + 900 * 8 + 24 * 9 = 8106, and
-    // " a1024" 6: the reader is given nothing from the '=' on, and stands on the last character that it got.
+    // "<Note title='t'>" takes 16 columns, "<text" 5, the attributes 10 * 6 + 90 * 7 + 900 * 8 + 24 * 9 = 8106, and "
+    // a1024" 6: the reader receives nothing from the '=' on, and is at the last character that it has received.
     QCOMPARE(errorOf(noteWith(attributes(1025))), QStringLiteral("XML text:1:8133: ") + tooMany);
     QCOMPARE(errorOf(QStringLiteral("<!-- -->\n\n") + noteWith(attributes(1025))),
              QStringLiteral("XML text:3:8133: ") + tooMany);
@@ -86,7 +85,7 @@ void IRGObjectXmlLimitsTest::oneAttributeTooManyIsRefusedWhereItStands()
 
 void IRGObjectXmlLimitsTest::attributesThatBeginAnywhereAreCounted()
 {
-    // Documents are looked at in pieces: the tag is to begin all over one.
+    // Documents are checked in pieces: the tag begins at every position of one.
     const QString enough = noteWith(attributes(1024));
     const QString tooManyOfThem = noteWith(attributes(1025));
     for (int before = 0; before < 4200; before += 41) {
@@ -109,7 +108,7 @@ void IRGObjectXmlLimitsTest::theContentBeforeTooManyAttributesIsRead()
     QCOMPARE(note.text, QStringLiteral("x"));
 }
 
-void IRGObjectXmlLimitsTest::whatOnlyLooksLikeAnAttributeIsNotCounted()
+void IRGObjectXmlLimitsTest::textThatLooksLikeAnAttributeIsNotCounted()
 {
     const QString equalSigns(5000, QLatin1Char('='));
     QCOMPARE(errorOf(QStringLiteral("<Note title='") + equalSigns + QStringLiteral("\">'><text>x</text></Note>")),
@@ -164,7 +163,7 @@ void IRGObjectXmlLimitsTest::aFileWithTooManyAttributesIsRefused()
     QCOMPARE(note.GetErrorString(), file.fileName() + QStringLiteral(":1:8133: ") + tooMany);
 }
 
-void IRGObjectXmlLimitsTest::aDocumentTypeIsReadOver()
+void IRGObjectXmlLimitsTest::documentTypeIsSkipped()
 {
     QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note><Note/>")), QString());
     QCOMPARE(errorOf(QStringLiteral("<!DOCTYPE Note SYSTEM 'note.dtd'><Note/>")), QString());
@@ -197,7 +196,7 @@ void IRGObjectXmlLimitsTest::anEntityThatADocumentTypeElsewhereMayDeclareIsRefus
              QStringLiteral("XML text:1:17: Entity 'e' not declared."));
 }
 
-void IRGObjectXmlLimitsTest::whatIsWrongInFrontOfALimitIsTold()
+void IRGObjectXmlLimitsTest::errorBeforeALimitIsReported()
 {
     QCOMPARE(errorOf(QStringLiteral("<Note><text></Note><y") + attributes(1025) + QStringLiteral("/>")),
              QStringLiteral("XML text:1:19: Opening and ending tag mismatch."));

@@ -28,10 +28,10 @@ class LoggerTest : public QObject
 
 private Q_SLOTS:
     void theStockLoggerForwardsToTheLoggingCategory();
-    void aLoggerIsHeldAndHandedOutByPointer();
+    void loggerIsStoredAndReturnedByPointer();
     void aFailedLoadIsLoggedOnceWithTheErrorString();
     void aFailedSaveIsLoggedOnceWithTheErrorString();
-    void whatSucceedsIsNotLogged();
+    void successIsNotLogged();
     void anObjectWithoutLoggerFailsSilently();
 };
 
@@ -53,7 +53,7 @@ void LoggerTest::theStockLoggerForwardsToTheLoggingCategory()
     QCOMPARE(received, expected);
 }
 
-void LoggerTest::aLoggerIsHeldAndHandedOutByPointer()
+void LoggerTest::loggerIsStoredAndReturnedByPointer()
 {
     static_assert(!std::is_copy_constructible_v<Logger> && !std::is_copy_assignable_v<Logger>);
     static_assert(std::has_virtual_destructor_v<Logger>);
@@ -84,7 +84,7 @@ void LoggerTest::aFailedLoadIsLoggedOnceWithTheErrorString()
         QStringLiteral("error: XML text:1:6: Premature end of document."),
         QStringLiteral("error: /no/such/file: cannot open: No such file or directory"),
         QStringLiteral("error: binary data: the leading word and the length take 8 bytes, but only 0 are there"),
-        QStringLiteral("error: no file was given"),
+        QStringLiteral("error: the file pointer is null"),
     };
     QCOMPARE(logger->lines, expected);
     QCOMPARE(QStringLiteral("error: ") + note.GetErrorString(), expected.last());
@@ -107,7 +107,7 @@ void LoggerTest::aFailedSaveIsLoggedOnceWithTheErrorString()
     QCOMPARE(QStringLiteral("error: ") + note.GetErrorString(), expected.last());
 }
 
-void LoggerTest::whatSucceedsIsNotLogged()
+void LoggerTest::successIsNotLogged()
 {
     Note note(QStringLiteral("fine"));
     const auto logger = std::make_shared<Notebook>();

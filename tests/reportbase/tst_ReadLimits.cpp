@@ -24,7 +24,7 @@ QByteArray bytes(const char *hex)
 }
 
 const QByteArray hi = bytes("9e8f7061 00000007 54 00000002 6869"); // 15 bytes
-// "RGZ1", the length, and behind that what qCompress makes at level 0: the size, one stored block, its checksum.
+// "RGZ1", the length, and then the output of qCompress at level 0: the size, one stored block, its checksum.
 const QByteArray compressedHi = bytes("52475a31 0000001e 0000000f 7801 01 0f00 f0ff"
                                       "9e8f7061 00000007 54 00000002 6869 1f22032d"); // 38 bytes
 
@@ -33,7 +33,7 @@ ReadLimits limits(qint64 largestSize, qint64 largestExpandedSize, bool acceptCom
     return {largestSize, largestExpandedSize, acceptCompressed};
 }
 
-/// Zeros that take up no memory until they are written to.
+/// Zeros that take no memory until they are written to.
 class Mapping
 {
 public:
@@ -152,7 +152,7 @@ void ReadLimitsTest::limitsApplyToBytesStreamsAndFiles_data()
     row("compressed, one byte larger", compressedHi, 37, 15, true,
         "the representation takes 38 bytes, but no more than 37 are accepted");
     row("compressed, expands one byte too far", compressedHi, 38, 14, true,
-        "30 compressed bytes declare 15 bytes, but no more than 14 are taken");
+        "30 compressed bytes declare 15 bytes, but no more than 14 are accepted");
     row("compressed, not accepted", compressedHi, 38, 15, false,
         "the representation is compressed, but only uncompressed ones are accepted");
 }
@@ -197,7 +197,7 @@ void ReadLimitsTest::pipeThatDeclaresTooMuchIsRefusedByItsFirstBytes()
     QCOMPARE(note.GetErrorString(),
              QStringLiteral("unnamed file: the representation takes 2147483655 bytes, but no more than 4194304 are "
                             "accepted"));
-    QCOMPARE(pipe.read(2), QByteArrayLiteral("T")); // nothing behind the first bytes was read
+    QCOMPARE(pipe.read(2), QByteArrayLiteral("T")); // nothing after the first bytes was read
 }
 
 void ReadLimitsTest::negativeLimitsRefuseEverything()
@@ -208,7 +208,7 @@ void ReadLimitsTest::negativeLimitsRefuseEverything()
              QStringLiteral("binary data: the representation takes 15 bytes, but no more than -1 are accepted"));
     QVERIFY(!note.SetBinaryRepresentation(compressedHi, limits(100, -1, true)));
     QCOMPARE(note.GetErrorString(),
-             QStringLiteral("binary data: 30 compressed bytes declare 15 bytes, but no more than -1 are taken"));
+             QStringLiteral("binary data: 30 compressed bytes declare 15 bytes, but no more than -1 are accepted"));
 }
 
 void ReadLimitsTest::higherLimitsThanPossibleRefuseWhatCannotBeHeld()
@@ -228,7 +228,7 @@ void ReadLimitsTest::higherLimitsThanPossibleRefuseWhatCannotBeHeld()
     QVERIFY(!note.SetBinaryRepresentation(bomb, limits(huge, huge, true)));
     QCOMPARE(note.GetErrorString(),
              QStringLiteral("binary data: 4000000 compressed bytes declare 4294967295 bytes, but no more than "
-                            "2147483392 are taken"));
+                            "2147483392 are accepted"));
 }
 
 void ReadLimitsTest::sparseFileThatClaimsTwoGibibytesIsRefused_data()
@@ -259,7 +259,7 @@ void ReadLimitsTest::sparseFileThatClaimsTwoGibibytesIsRefused()
 
 void ReadLimitsTest::recordWhoseTextNoStringCanHoldIsRefused()
 {
-    /// Makes a text of all bytes, as the classes of a model do.
+    /// Converts all bytes to a text, as the classes of a model do.
     class LongNote : public Note
     {
     public:
@@ -368,9 +368,9 @@ void ReadLimitsTest::representationIsLoadedFromAPath()
     QVERIFY(!note.LoadBinary(path("missing")));
     QCOMPARE(note.GetErrorString(), path("missing") + QStringLiteral(": cannot open: No such file or directory"));
     QVERIFY(!note.LoadBinary(QString()));
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file name was given"));
-    QVERIFY(!note.LoadBinary(nullptr)); // a file object that is not there
-    QCOMPARE(note.GetErrorString(), QStringLiteral("no file was given"));
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file name is empty"));
+    QVERIFY(!note.LoadBinary(nullptr)); // a null pointer
+    QCOMPARE(note.GetErrorString(), QStringLiteral("the file pointer is null"));
 }
 
 void ReadLimitsTest::constObjectsAreWritten()

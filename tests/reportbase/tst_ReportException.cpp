@@ -11,10 +11,10 @@ class ReportExceptionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theMessageIsKeptAsItWasGiven();
+    void messageIsKeptUnchanged();
     void whatIsTheUtf8OfTheMessage();
     void whatStaysValidWhileACopyLives();
-    void anAssignedExceptionTakesOverTheMessage();
+    void assignmentCopiesTheMessage();
     void everyTypeIsCopiedWithItsMessage();
     void copyingNeverThrows();
     void theFamilyIsAsItsUsersCatchIt();
@@ -22,7 +22,7 @@ private Q_SLOTS:
     void everyTypeIsCaughtAsItself();
 };
 
-void ReportExceptionTest::theMessageIsKeptAsItWasGiven()
+void ReportExceptionTest::messageIsKeptUnchanged()
 {
     const QString message = QStringLiteral("Gerät %1: ") + QChar(0) + QStringLiteral("kaputt");
     QCOMPARE(OutOfRangeException(message).GetMessageText(), message);
@@ -45,7 +45,7 @@ void ReportExceptionTest::whatStaysValidWhileACopyLives()
     QCOMPARE(static_cast<const void *>(copy.what()), static_cast<const void *>(text));
 }
 
-void ReportExceptionTest::anAssignedExceptionTakesOverTheMessage()
+void ReportExceptionTest::assignmentCopiesTheMessage()
 {
     InvalidXmlException to(QStringLiteral("old"));
     to = InvalidXmlException(QStringLiteral("new"));

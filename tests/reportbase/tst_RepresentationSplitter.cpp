@@ -22,7 +22,7 @@ QByteArray bytes(const char *hex)
 
 const QByteArray hi = bytes("9e8f7061 00000007 54 00000002 6869");
 const QByteArray yo = bytes("9e8f7061 00000008 54 00000003 796f21");
-// "RGZ1", the length, and behind that what qCompress makes at level 0: the size, one stored block, its checksum.
+// "RGZ1", the length, and then the output of qCompress at level 0: the size, one stored block, its checksum.
 const QByteArray compressedHi = bytes("52475a31 0000001e 0000000f 7801 01 0f00 f0ff"
                                       "9e8f7061 00000007 54 00000002 6869 1f22032d");
 
@@ -208,9 +208,9 @@ void RepresentationSplitterTest::compressedDataThatDeclareTooMuchAreRefusedByTwe
     QVERIFY(splitter.GetErrorString().isNull());
     splitter.Append(bomb.mid(11));
     QVERIFY(!splitter.Take());
-    QCOMPARE(
-        splitter.GetErrorString(),
-        QStringLiteral("binary data: 4096 compressed bytes declare 4194305 bytes, but no more than 4194304 are taken"));
+    QCOMPARE(splitter.GetErrorString(),
+             QStringLiteral(
+                 "binary data: 4096 compressed bytes declare 4194305 bytes, but no more than 4194304 are accepted"));
 }
 
 void RepresentationSplitterTest::documentBeforeARefusedOneIsStillTaken()
@@ -241,7 +241,7 @@ void RepresentationSplitterTest::moreThanFitsInAByteArrayIsRefusedBeforeItIsCopi
 {
     RepresentationSplitter splitter(noteClass, ReadLimits());
     splitter.Append(hi.left(9));
-    // The bytes are not looked at, so there need not be any.
+    // The bytes are not read, so none are needed.
     const char nothing = 0;
     const auto tooMany = QByteArray::fromRawData(&nothing, 2147483392);
     const HeapPeak peak;
@@ -281,14 +281,14 @@ void RepresentationSplitterTest::idleSplitterHoldsNoMemory()
     splitter.Append(bytes("9e8f7061 000ffff8") + QByteArray(size - 8, 'x'));
     QCOMPARE(splitter.Take().value_or(QByteArray()).size(), size);
     QCOMPARE(splitter.GetPendingSize(), 0);
-    QVERIFY(peak.bytes() >= 2 * size); // the representation was held, and copied for the caller
+    QVERIFY(peak.bytes() >= 2 * size); // the representation was stored, and copied for the caller
     QVERIFY(peak.inUse() < 4096);
 }
 
 void RepresentationSplitterTest::workIsLinearInTheReceivedBytes()
 {
-    // One representation of 16 MB in pieces of 8 bytes: looking through what has come already, or copying it, each time
-    // would move 16 TB.
+    // One representation of 16 MB in pieces of 8 bytes: searching or copying all received bytes each time would move 16
+    // TB.
     constexpr int size = 16000000;
     QByteArray head = bytes("9e8f7061");
     QDataStream(&head, QIODevice::Append) << qint32(size - 8);

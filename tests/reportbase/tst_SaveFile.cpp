@@ -19,7 +19,7 @@ QByteArray contentOf(const QString &path)
 
 } // namespace
 
-/// What goes wrong on the way is in tests/faults.
+/// Failures while saving are tested in tests/faults.
 class SaveFileTest : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ class SaveFileTest : public QObject
 private Q_SLOTS:
     void exactlyTheBytesAreSaved_data();
     void exactlyTheBytesAreSaved();
-    void aNameIsNeeded();
+    void emptyNameIsRefused();
     void aNulDoesNotEndAName();
     void bytesThatAreNoTextNameTheirOwnFile();
     void thePermissionsOfTheOldFileStay();
@@ -35,9 +35,9 @@ private Q_SLOTS:
     void theOriginalIsReplacedThroughALink();
     void anotherFileIsNotReplacedInPlaceOfTheOriginal_data();
     void anotherFileIsNotReplacedInPlaceOfTheOriginal();
-    void allIsWrittenBehindWhatStandsThere();
-    void whatADeviceTakesInPiecesIsWrittenWhole();
-    void whatIsKeptBackIsWrittenAsWell();
+    void allBytesAreAppendedToTheContent();
+    void bytesThatADeviceAcceptsInPiecesAreAllWritten();
+    void bufferedBytesAreWritten();
     void aDeviceThatTakesNothingIsAnError();
 
 private:
@@ -67,10 +67,10 @@ void SaveFileTest::exactlyTheBytesAreSaved()
     }
 }
 
-void SaveFileTest::aNameIsNeeded()
+void SaveFileTest::emptyNameIsRefused()
 {
-    QCOMPARE(SaveFile(QString(), "x"), QStringLiteral("no file name was given"));
-    QCOMPARE(SaveFile(QStringLiteral(""), "x"), QStringLiteral("no file name was given"));
+    QCOMPARE(SaveFile(QString(), "x"), QStringLiteral("the file name is empty"));
+    QCOMPARE(SaveFile(QStringLiteral(""), "x"), QStringLiteral("the file name is empty"));
 }
 
 void SaveFileTest::aNulDoesNotEndAName()
@@ -81,7 +81,7 @@ void SaveFileTest::aNulDoesNotEndAName()
     QCOMPARE(contentOf(m_path), QByteArray("old"));
 }
 
-/// "\xff" is not UTF-8; read as text it would become U+FFFD, which is the name of another file.
+/// "\xff" is not UTF-8; converted to text it would become U+FFFD, the name of a different file.
 void SaveFileTest::bytesThatAreNoTextNameTheirOwnFile()
 {
     const QByteArray folder = QFile::encodeName(m_folder.path());
@@ -101,7 +101,7 @@ void SaveFileTest::bytesThatAreNoTextNameTheirOwnFile()
              shown + QStringLiteral(": cannot write: No such file or directory"));
     QCOMPARE(SaveFile(QByteArray("a\0b", 3), shown, "content"),
              shown + QStringLiteral(": cannot write: a file name cannot contain U+0000"));
-    QCOMPARE(SaveFile(QByteArray(), shown, "content"), QStringLiteral("no file name was given"));
+    QCOMPARE(SaveFile(QByteArray(), shown, "content"), QStringLiteral("the file name is empty"));
     QCOMPARE(unlink(path.constData()), 0);
     QVERIFY(QFile::remove(other));
 }
@@ -177,7 +177,7 @@ void SaveFileTest::anotherFileIsNotReplacedInPlaceOfTheOriginal()
     QFile::remove(m_path);
 }
 
-void SaveFileTest::whatADeviceTakesInPiecesIsWrittenWhole()
+void SaveFileTest::bytesThatADeviceAcceptsInPiecesAreAllWritten()
 {
     class ReluctantFile : public QFile
     {
@@ -196,7 +196,7 @@ void SaveFileTest::whatADeviceTakesInPiecesIsWrittenWhole()
     QCOMPARE(contentOf(m_path), QByteArray("in pieces of three at most"));
 }
 
-void SaveFileTest::allIsWrittenBehindWhatStandsThere()
+void SaveFileTest::allBytesAreAppendedToTheContent()
 {
     QVERIFY(SaveFile(m_path, "old").isNull());
     QFile file(m_path);
@@ -205,7 +205,7 @@ void SaveFileTest::allIsWrittenBehindWhatStandsThere()
     QVERIFY(contentOf(m_path) == "old" + QByteArray(100000, 'x'));
 }
 
-void SaveFileTest::whatIsKeptBackIsWrittenAsWell()
+void SaveFileTest::bufferedBytesAreWritten()
 {
     QFile file(m_path);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -218,7 +218,7 @@ void SaveFileTest::whatIsKeptBackIsWrittenAsWell()
 
 void SaveFileTest::aDeviceThatTakesNothingIsAnError()
 {
-    // What is full for ever; nothing can be replaced here, since nothing is renamed.
+    // A device that is always full; nothing can be replaced here, since nothing is renamed.
     for (const auto mode : {QIODevice::WriteOnly | QIODevice::Unbuffered, QIODevice::OpenMode(QIODevice::WriteOnly)}) {
         QFile full(QStringLiteral("/dev/full"));
         QVERIFY(full.open(mode));

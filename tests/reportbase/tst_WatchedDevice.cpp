@@ -15,7 +15,7 @@ QString equalSigns(int count)
     return QString(count, QLatin1Char('='));
 }
 
-/// Gives at most so many bytes at a time, as a pipe may.
+/// Returns a limited number of bytes at a time, as a pipe may.
 class SlowDevice : public QIODevice
 {
 public:
@@ -42,7 +42,7 @@ private:
     int m_pieceSize;
 };
 
-/// All that can be read, in pieces as the reader takes them.
+/// All readable bytes, in pieces of the reader's size.
 QByteArray readable(const QByteArray &document, int pieceSize = 8192)
 {
     SlowDevice slow(document, pieceSize);
@@ -65,19 +65,19 @@ QByteArray encoded(const QByteArray &encoding, const QString &text, bool withMar
 
 } // namespace
 
-/// A device hands on an XML document as far as it may be read, whatever its encoding.
+/// A device returns an XML document as far as it may be read, in any encoding.
 class WatchedDeviceTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void itHandsOnWhatItIsGiven();
-    void itEndsWhereTheWatchSays();
-    void itCannotBeWritten();
+    void deviceReturnsTheWholeDocument();
+    void deviceEndsWhereTheWatchRefuses();
+    void deviceCannotBeWritten();
     void aDocumentThatComesSlowlyBeginsWithFourBytes();
-    void aDocumentOfLessThanFourBytesIsHandedOn();
-    void charactersAreLookedAtInAnyEncoding_data();
-    void charactersAreLookedAtInAnyEncoding();
+    void documentOfLessThanFourBytesIsReturned();
+    void charactersAreCheckedInAnyEncoding_data();
+    void charactersAreCheckedInAnyEncoding();
     void bytesThatOnlyLookLikeSignsAreNone_data();
     void bytesThatOnlyLookLikeSignsAreNone();
     void aDeclarationIsFoundInPieces();
@@ -87,7 +87,7 @@ private Q_SLOTS:
     void anEncodingIsNotHidden();
 };
 
-void WatchedDeviceTest::itHandsOnWhatItIsGiven()
+void WatchedDeviceTest::deviceReturnsTheWholeDocument()
 {
     QByteArray document = "<a b='c'>" + QByteArray(20000, 'x') + "</a>";
     QBuffer buffer(&document);
@@ -101,7 +101,7 @@ void WatchedDeviceTest::itHandsOnWhatItIsGiven()
     QCOMPARE(device.watch().refusal(), QString());
 }
 
-void WatchedDeviceTest::itEndsWhereTheWatchSays()
+void WatchedDeviceTest::deviceEndsWhereTheWatchRefuses()
 {
     QByteArray document = "<a " + equalSigns(5000).toLatin1() + ">";
     QBuffer buffer(&document);
@@ -118,7 +118,7 @@ void WatchedDeviceTest::itEndsWhereTheWatchSays()
     QCOMPARE(device.read(&byte, 1), qint64(-1));
 }
 
-void WatchedDeviceTest::itCannotBeWritten()
+void WatchedDeviceTest::deviceCannotBeWritten()
 {
     QBuffer buffer;
     QVERIFY(buffer.open(QIODevice::ReadWrite));
@@ -137,14 +137,14 @@ void WatchedDeviceTest::aDocumentThatComesSlowlyBeginsWithFourBytes()
     QCOMPARE(device.read(piece, sizeof(piece)), qint64(1));
 }
 
-void WatchedDeviceTest::aDocumentOfLessThanFourBytesIsHandedOn()
+void WatchedDeviceTest::documentOfLessThanFourBytesIsReturned()
 {
     QCOMPARE(readable(QByteArray()), QByteArray());
     QCOMPARE(readable("<a"), QByteArray("<a"));
     QCOMPARE(readable("<a/", 1), QByteArray("<a/"));
 }
 
-void WatchedDeviceTest::charactersAreLookedAtInAnyEncoding_data()
+void WatchedDeviceTest::charactersAreCheckedInAnyEncoding_data()
 {
     QTest::addColumn<QByteArray>("encoding");
     QTest::addColumn<bool>("withMark");
@@ -159,14 +159,14 @@ void WatchedDeviceTest::charactersAreLookedAtInAnyEncoding_data()
         QTest::addRow("%s, declared", encoding) << QByteArray(encoding) << false << true;
 }
 
-void WatchedDeviceTest::charactersAreLookedAtInAnyEncoding()
+void WatchedDeviceTest::charactersAreCheckedInAnyEncoding()
 {
     QFETCH(const QByteArray, encoding);
     QFETCH(const bool, withMark);
     QFETCH(const bool, withDeclaration);
     const QString declaration = QStringLiteral("<?xml version='1.0' encoding = \"") + QString::fromLatin1(encoding)
         + QStringLiteral("\" standalone='yes'?>");
-    // A comment, which is none if characters are taken for others.
+    // A comment, unless characters are mistaken for others.
     const QString begin = (withDeclaration ? declaration : QString()) + QStringLiteral("<!-- <a ") + equalSigns(5000)
         + QStringLiteral(" \" --><a");
     for (const int pieceSize : {8192, 1000, 64}) {
@@ -176,10 +176,10 @@ void WatchedDeviceTest::charactersAreLookedAtInAnyEncoding()
             QCOMPARE(readable(good, pieceSize), good);
             // It ends in front of the first '=' too many, or a character earlier.
             const QByteArray bad = encoded(encoding, text + equalSigns(1025) + QLatin1Char('>'), withMark);
-            const QByteArray handedOn = readable(bad, pieceSize);
-            QVERIFY(bad.startsWith(handedOn));
-            QVERIFY(handedOn.size() < good.size());
-            QVERIFY(handedOn.size() >= good.size() - 24);
+            const QByteArray passedOn = readable(bad, pieceSize);
+            QVERIFY(bad.startsWith(passedOn));
+            QVERIFY(passedOn.size() < good.size());
+            QVERIFY(passedOn.size() >= good.size() - 24);
         }
     }
 }
@@ -213,9 +213,9 @@ void WatchedDeviceTest::aDeclarationIsFoundInPieces()
     const QByteArray document = "<?xml version='1.0' encoding='UTF-7'?><a " + QByteArray("+AD0-").repeated(1025) + ">";
     constexpr int upToTheLast = 41 + 1024 * 5;
     for (const int pieceSize : {1, 4, 5, 6, 20, 37, 38, 39, 100}) {
-        const int handedOn = readable(document, pieceSize).size();
-        QVERIFY2(handedOn < upToTheLast + 5, qPrintable(QString::number(pieceSize))); // never the whole of the last one
-        QVERIFY2(handedOn > upToTheLast - pieceSize - 5, qPrintable(QString::number(pieceSize)));
+        const int passedOn = readable(document, pieceSize).size();
+        QVERIFY2(passedOn < upToTheLast + 5, qPrintable(QString::number(pieceSize))); // never the whole of the last one
+        QVERIFY2(passedOn > upToTheLast - pieceSize - 5, qPrintable(QString::number(pieceSize)));
     }
 }
 
@@ -253,10 +253,10 @@ void WatchedDeviceTest::anEncodingIsNotHidden()
     for (const int pieceSize : {1, 50, 8192}) {
         SlowDevice slow(declaration + "<a " + QByteArray("+AD0-").repeated(1025) + ">", pieceSize);
         WatchedDevice device(slow);
-        const QByteArray handedOn = device.readAll();
+        const QByteArray passedOn = device.readAll();
         QCOMPARE(device.watch().refusal(),
                  QStringLiteral("the XML declaration has to consist of version, encoding and standalone"));
-        QVERIFY(declaration.startsWith(handedOn));
+        QVERIFY(declaration.startsWith(passedOn));
     }
 }
 

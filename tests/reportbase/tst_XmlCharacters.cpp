@@ -9,7 +9,7 @@ using REPORTGENERATOR::firstNotForXml;
 
 namespace {
 
-/// Whether a QXmlStreamWriter writes the text as it is. It reports half of a surrogate pair with the next text only.
+/// Whether a QXmlStreamWriter writes the text unchanged. It only reports half of a surrogate pair with the next text.
 bool isWritten(const QString &text)
 {
     QBuffer buffer;
@@ -38,7 +38,7 @@ private Q_SLOTS:
             QVERIFY2(found == (isWritten(text) ? -1 : 2), QByteArray::number(unit, 16).constData());
             refused += found >= 0 ? 1 : 0;
         }
-        QCOMPARE(refused, 32 - 3 + 2048 + 2); // control characters but TAB, LF and CR; surrogates; U+FFFE and U+FFFF
+        QCOMPARE(refused, 32 - 3 + 2048 + 2); // control characters except TAB, LF and CR; surrogates; U+FFFE and U+FFFF
     }
 
     void halfOfAPairIsRefusedWhereverItIs_data()

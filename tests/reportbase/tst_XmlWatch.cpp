@@ -29,7 +29,7 @@ struct Answer
     bool operator==(const Answer &other) const { return readable == other.readable && refusal == other.refusal; }
 };
 
-/// What comes of the document when it arrives in pieces of this size.
+/// The result for the document when it arrives in pieces of this size.
 template <typename Character>
 Answer watched(const Character *text, int size, int pieceSize)
 {
@@ -47,7 +47,7 @@ Answer watched(const Character *text, int size, int pieceSize)
     return {taken, watch.refusal()};
 }
 
-/// How much of the document may be read, and why no more: the same for bytes and characters, in whatever pieces.
+/// How much of the document may be read, and why no more: the same for bytes and characters, in pieces of any size.
 Answer watched(const QByteArray &document)
 {
     const QString text = QString::fromLatin1(document);
@@ -78,8 +78,8 @@ Answer watched(const QByteArray &document)
         QCOMPARE(answer.readable, place);                                                                              \
     } while (false)
 
-/// An XML document is watched on its way to the reader: it ends in front of the 1,025th attribute of an element, and in
-/// front of the declarations of a document type.
+/// An XML document is checked before the reader sees it: it ends before the 1,025th attribute of an element, and before
+/// the declarations of a document type.
 class XmlWatchTest : public QObject
 {
     Q_OBJECT
@@ -91,19 +91,19 @@ private Q_SLOTS:
     void anXmlDeclarationOfAnythingElseIsRefused_data();
     void anXmlDeclarationOfAnythingElseIsRefused();
     void anXmlDeclarationHas1024CharactersAtMost();
-    void whatOnlyBeginsLikeADeclarationIsNone();
-    void theHeadEndsBehindTheDeclaration();
+    void textThatBeginsLikeADeclarationIsNotADeclaration();
+    void headEndsAfterTheDeclaration();
     void aTagMayHave1024Attributes();
-    void nothingIsReadableBehindARefusal();
+    void nothingIsReadableAfterARefusal();
     void onlyTheTagThatIsReadCounts();
-    void whatIsInQuotesIsNotCounted();
+    void quotedCharactersAreNotCounted();
     void textAndEndTagsAreNotCounted();
     void commentsAreNotCounted();
     void sectionsOfCharactersAreNotCounted();
     void instructionsAreNotCounted();
-    void tagsBehindAnythingElseAreCounted_data();
-    void tagsBehindAnythingElseAreCounted();
-    void tagsBehindAnyMixtureAreCounted();
+    void tagsAfterOtherMarkupAreCounted_data();
+    void tagsAfterOtherMarkupAreCounted();
+    void tagsAfterAnyMixtureAreCounted();
     void aTagEndsInFrontOfTheNext();
     void charactersBeyondLatin1AreNoSigns();
     void aDocumentTypeMayBeNamed();
@@ -130,7 +130,7 @@ void XmlWatchTest::anXmlDeclarationIsRead_data()
     row("<?xml version='1.0' encoding='ISO-8859-1' standalone='no'?>", "ISO-8859-1");
     row("<?xml version='1.0' standalone='encoding'?>", "");
     row("<?xml\tversion\r=\n'1.0' encoding = 'a\"b' \n?>", "a\"b");
-    row("<?xml version='?' encoding='UTF-8'?>", "UTF-8"); // the reader will tell
+    row("<?xml version='?' encoding='UTF-8'?>", "UTF-8"); // the reader will report it
     row("<?xml encoding=''?>", "");
     row("<?xml ?>", "");
 }
@@ -154,7 +154,7 @@ void XmlWatchTest::anXmlDeclarationIsRead()
 void XmlWatchTest::anXmlDeclarationOfAnythingElseIsRefused_data()
 {
     QTest::addColumn<QByteArray>("declaration");
-    QTest::addColumn<QByteArray>("behind");
+    QTest::addColumn<QByteArray>("following");
     for (const char *declaration : {
              "<?xml version='1.0' xmlns:a='u'?>",
              "<?xml version='1.0' encoding='UTF-8' encoding='UTF-7'?>",
@@ -172,7 +172,7 @@ void XmlWatchTest::anXmlDeclarationOfAnythingElseIsRefused_data()
              "<?xml =?>",
          })
         QTest::newRow(declaration) << QByteArray(declaration) << QByteArray("<a/>");
-    // Where there is a tag the declaration has no end.
+    // If there is a tag, the declaration has no end.
     QTest::newRow("a tag") << QByteArray("<?xml version='1.0' <") << QByteArray("a/>");
     QTest::newRow("a tag in a value") << QByteArray("<?xml version='1.0' encoding='?>\n<") << QByteArray("a/>");
 }
@@ -180,9 +180,9 @@ void XmlWatchTest::anXmlDeclarationOfAnythingElseIsRefused_data()
 void XmlWatchTest::anXmlDeclarationOfAnythingElseIsRefused()
 {
     QFETCH(const QByteArray, declaration);
-    QFETCH(const QByteArray, behind);
+    QFETCH(const QByteArray, following);
     COMPARE_REFUSED(declaration, declaration.size(), wrongDeclaration);
-    COMPARE_REFUSED(declaration + behind, declaration.size(), wrongDeclaration);
+    COMPARE_REFUSED(declaration + following, declaration.size(), wrongDeclaration);
 }
 
 void XmlWatchTest::anXmlDeclarationHas1024CharactersAtMost()
@@ -199,7 +199,7 @@ void XmlWatchTest::anXmlDeclarationHas1024CharactersAtMost()
     COMPARE_REFUSED(declaration + "<a" + equalSigns(1025), declaration.size() + 2 + 1024, tooMany);
 }
 
-void XmlWatchTest::whatOnlyBeginsLikeADeclarationIsNone()
+void XmlWatchTest::textThatBeginsLikeADeclarationIsNotADeclaration()
 {
     for (const char *begin : {"", "<", "<?", "<?x", "<?xm", "<?xml", "<?xml-style x='1'", "<?XML ", "<?xmlx y='>'"}) {
         const QByteArray instruction = QByteArray(begin) + "<a" + equalSigns(1025) + "?>";
@@ -208,10 +208,10 @@ void XmlWatchTest::whatOnlyBeginsLikeADeclarationIsNone()
         else
             COMPARE_REFUSED(instruction, int(strlen(begin)) + 2 + 1024, tooMany);
     }
-    COMPARE_READ(" <?xml x='<&'?>"); // the reader will tell
+    COMPARE_READ(" <?xml x='<&'?>"); // the reader will report it
 }
 
-void XmlWatchTest::theHeadEndsBehindTheDeclaration()
+void XmlWatchTest::headEndsAfterTheDeclaration()
 {
     const auto headOf = [](const char *document) {
         const QString text = QString::fromLatin1(document);
@@ -234,7 +234,7 @@ void XmlWatchTest::aTagMayHave1024Attributes()
     COMPARE_REFUSED("<a " + equalSigns(9000) + ">", 3 + 1024, tooMany);
 }
 
-void XmlWatchTest::nothingIsReadableBehindARefusal()
+void XmlWatchTest::nothingIsReadableAfterARefusal()
 {
     const QByteArray document = "<a " + equalSigns(5000) + "><b/>";
     XmlWatch watch;
@@ -251,12 +251,12 @@ void XmlWatchTest::onlyTheTagThatIsReadCounts()
     COMPARE_READ(longTag + longTag);
 }
 
-void XmlWatchTest::whatIsInQuotesIsNotCounted()
+void XmlWatchTest::quotedCharactersAreNotCounted()
 {
     COMPARE_READ("<a b='" + equalSigns(5000) + "'>");
     COMPARE_READ("<a b=\"" + equalSigns(5000) + "'>" + equalSigns(5000) + "\">");
     COMPARE_READ("<a b='" + equalSigns(5000) + "\">" + equalSigns(5000) + "'>");
-    // the first '=' stands in front of the quotes
+    // the first '=' is before the quotes
     COMPARE_READ("<a b='>'" + equalSigns(1023));
     COMPARE_REFUSED("<a b='>'" + equalSigns(1024), 8 + 1023, tooMany);
     COMPARE_READ("<a b='' c=\">\"" + equalSigns(1022));
@@ -293,7 +293,7 @@ void XmlWatchTest::instructionsAreNotCounted()
     COMPARE_READ("<?> <a" + equalSigns(5000) + "?>");
 }
 
-void XmlWatchTest::tagsBehindAnythingElseAreCounted_data()
+void XmlWatchTest::tagsAfterOtherMarkupAreCounted_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::newRow("text") << QByteArray("a \" b ' c > d = e");
@@ -312,7 +312,7 @@ void XmlWatchTest::tagsBehindAnythingElseAreCounted_data()
     QTest::newRow("a document type") << QByteArray("<!DOCTYPE a PUBLIC \"x'>\" 'y\">'>");
 }
 
-void XmlWatchTest::tagsBehindAnythingElseAreCounted()
+void XmlWatchTest::tagsAfterOtherMarkupAreCounted()
 {
     QFETCH(const QByteArray, before);
     COMPARE_READ(before + "<a" + equalSigns(1024) + ">");
@@ -320,7 +320,7 @@ void XmlWatchTest::tagsBehindAnythingElseAreCounted()
     COMPARE_REFUSED(before + before + "<a" + equalSigns(1025) + ">", 2 * before.size() + 2 + 1024, tooMany);
 }
 
-void XmlWatchTest::tagsBehindAnyMixtureAreCounted()
+void XmlWatchTest::tagsAfterAnyMixtureAreCounted()
 {
     const QByteArrayList fragments{
         "<a>",
@@ -355,7 +355,7 @@ void XmlWatchTest::tagsBehindAnyMixtureAreCounted()
 
 void XmlWatchTest::aTagEndsInFrontOfTheNext()
 {
-    // no document, but the watch comes before the reader that will say so
+    // not a document, but the watch comes before the reader, which will report that
     const QByteArray tag = "<a '" + equalSigns(600) + blanks(5000);
     COMPARE_READ(tag + tag + tag);
     COMPARE_REFUSED(tag + "<" + equalSigns(1026), tag.size() + 2 + 1024, tooMany);

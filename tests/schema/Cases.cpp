@@ -231,7 +231,7 @@ const Attribute attributes[] = {
     {"TunerProperties", "hwProcessing", boolean, Optional},
 };
 
-/// The members whose text stands in an element of its own.
+/// The members whose text is in an element of its own.
 struct TextElement
 {
     const char *element;
@@ -336,7 +336,7 @@ QString missingChild(const char *element, const char *children)
 }
 
 /// Calls the function for each member, with the texts to try: all of them for the first member of a kind, and for the
-/// others only the one that tells the kind.
+/// others only the one for the kind.
 template <class Member, std::size_t count, class Function>
 void forEachMember(const Member (&members)[count], QStringList Kind::*texts, Function function)
 {
@@ -392,7 +392,7 @@ QVector<Case> acceptedCases()
         with("Node", "<ValueItem><ValueString id=\"unit\" value=\"Hz\"/></ValueItem>", ""));
     add(text("ValueNumericInt with its range upside down"),
         with("ValueNumericInt", "min=\"-2\" max=\"30\" step=\"5\"", "min=\"3\" max=\"-3\" step=\"-1\""));
-    add(text("ValueSelection with what is no option"), with("ValueSelection", "index=\"1\"", "index=\"-7\""));
+    add(text("ValueSelection with a missing option"), with("ValueSelection", "index=\"1\"", "index=\"-7\""));
 
     for (const char *kind :
          {"ValueBoolean", "ValueFloat", "ValueInt", "ValueInt64", "ValueNumericFloat", "ValueNumericInt",
@@ -504,22 +504,22 @@ QVector<Case> refusedCases()
     // The order of elements.
     broken("MaxBandwidth before Name", "BandwidthSelection", "<Name>wide</Name><MaxBandwidth>1500000.00</MaxBandwidth>",
            "<MaxBandwidth>1500000.00</MaxBandwidth><Name>wide</Name>", notExpected("MaxBandwidth"));
-    broken("StartupModes behind a BandwidthSelection", "TunerProperties", "<StartupModes>",
+    broken("StartupModes after a BandwidthSelection", "TunerProperties", "<StartupModes>",
            "<BandwidthSelection><Name>w</Name><MaxBandwidth>2.50</MaxBandwidth></BandwidthSelection><StartupModes>",
            notExpected("StartupModes"));
-    broken("a BandwidthSelection behind MaxFFPDelay", "TunerProperties", "<HRPAN",
+    broken("a BandwidthSelection after MaxFFPDelay", "TunerProperties", "<HRPAN",
            "<BandwidthSelection><Name>w</Name><MaxBandwidth>2.50</MaxBandwidth></BandwidthSelection><HRPAN",
            notExpected("BandwidthSelection"));
-    broken("MaxFFPDelay behind HRPANSupported", "TunerProperties",
+    broken("MaxFFPDelay after HRPANSupported", "TunerProperties",
            "<MaxFFPDelay>5</MaxFFPDelay><HRPANSupported>false</HRPANSupported>",
            "<HRPANSupported>false</HRPANSupported><MaxFFPDelay>5</MaxFFPDelay>", notExpected("MaxFFPDelay"));
     broken("StartupModes between components", "TunerProperties", "</Component><Component",
            "</Component><StartupModes><StartupMode>DF</StartupMode></StartupModes><Component",
            notExpected("StartupModes"));
-    broken("HRPANSupported behind a Component", "TunerProperties", "</TunerProperties>",
+    broken("HRPANSupported after a Component", "TunerProperties", "</TunerProperties>",
            "<HRPANSupported>false</HRPANSupported></TunerProperties>", notExpected("HRPANSupported"));
 
-    // What stands where.
+    // Members at wrong places.
     broken("a Component in a Node", "Node", "</Node>", "<Component/></Node>", notExpected("Component"));
     broken("a Node in the document", "TunerProperties", "</TunerProperties>", "<Node id=\"n\"/></TunerProperties>",
            notExpected("Node"));

@@ -16,5 +16,5 @@ struct Case
 /// Documents exactly as the library writes them.
 QVector<Case> acceptedCases();
 
-/// Such documents with one rule broken each, which the name tells.
+/// Such documents that break one rule each, which is their name.
 QVector<Case> refusedCases();

@@ -177,7 +177,7 @@ void SchemaTest::whatTheLibraryWritesIsAccepted()
     QCOMPARE(verdict.complaints, QStringList());
     QVERIFY(verdict.accepted);
     const QString written = everyClass().value(rootOf(document)).rewrite(document);
-    QCOMPARE(written.split(QLatin1Char('<')), document.split(QLatin1Char('<'))); // tells where they differ
+    QCOMPARE(written.split(QLatin1Char('<')), document.split(QLatin1Char('<'))); // shows where they differ
 }
 
 void SchemaTest::whatBreaksARuleIsRefused()

@@ -1,4 +1,5 @@
-# Everything that the tests have written while validating is as the schema says, and they have written enough to tell.
+# Everything that the tests have written while validating conforms to the schema, and is a sufficient number of
+# documents.
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/validate.cmake)
 
@@ -7,7 +8,7 @@ set(classes
     ValueNumericFloat ValueNumericInt ValueNumericInt64 ValueSelection SelectionItem ValueString ValueStringList
     StringItem)
 
-# What a former build has written is no concern of this one.
+# Documents of a former build do not count.
 function(only_new list_name)
     set(new)
     foreach(one IN LISTS ${list_name})
@@ -24,8 +25,8 @@ function(only_new list_name)
     set(${list_name} ${new} PARENT_SCOPE)
 endfunction()
 
-# The folders of the tests that there are, and no others: one that is gone may have left its own behind. A file is named
-# by its class and its content, so what several tests write counts once.
+# Only the folders of existing tests: a removed test may have left its folder. A file is named by its class and its
+# content, so a document that several tests write counts once.
 set(documents)
 set(names)
 foreach(writer IN LISTS WRITERS)

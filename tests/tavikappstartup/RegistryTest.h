@@ -13,12 +13,12 @@
 
 #include <tavikappstartup/TranslationCenter.h>
 
-// What the tests of the translation registry share: the modules, catalogues and texts of data/, and an application.
+// What the tests of the translation registry share: the modules, catalogs and texts of data/, and an application.
 
 inline const QString probe = QStringLiteral("Probe");
 inline const QString extra = QStringLiteral("Extra");
 inline const QString tuner = QStringLiteral("TunerProperties");
-inline const QString unheard = QStringLiteral("Unheard"); // has no catalogue anywhere
+inline const QString unheard = QStringLiteral("Unheard"); // has no catalog
 
 inline const QString first = QStringLiteral(CATALOGUES_DIR "/first");
 inline const QString second = QStringLiteral(CATALOGUES_DIR "/second");
@@ -51,7 +51,8 @@ inline void setLocale(const char *name)
     QLocale::setDefault(QLocale(QLatin1String(name)));
 }
 
-/// An application that a test may make and destroy as it likes, and that counts and hands on its LanguageChange events.
+/// An application that a test may create and destroy at any time, and that counts and forwards its LanguageChange
+/// events.
 class Application : public QCoreApplication
 {
 public:
@@ -73,7 +74,7 @@ protected:
     }
 
 private:
-    std::atomic<int> m_languageChanges = 0; // the event comes in whatever thread called the registry
+    std::atomic<int> m_languageChanges = 0; // the event arrives in the thread that called the registry
     static inline char s_name[] = "test";
     static inline char *s_argv[] = {s_name, nullptr};
     static inline int s_argc = 1;
@@ -108,7 +109,7 @@ private:
     static inline QtMessageHandler s_former = nullptr;
 };
 
-/// Each test begins in German with the first folder searched first, and leaves no module behind and no warning.
+/// Each test begins in German with the first folder searched first, and leaves no module and no warning.
 inline void beginRegistryTest()
 {
     setLocale("de_DE");

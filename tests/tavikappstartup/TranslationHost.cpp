@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A program that behaves as one with a module does: registered before main(), unregistered after it.
-// translation_host LOCALE [TEXT...] prints the translation of each text, then the last folder searched.
+// A program that behaves like one with a module: registered before main(), unregistered after it. translation_host
+// LOCALE [TEXT...] prints the translation of each text, then the last folder searched.
 #include <cstdio>
 
 #include <QCoreApplication>

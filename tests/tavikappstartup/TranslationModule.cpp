@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A module that registers when it is loaded and forgets to unregister, so that withdrawing its catalogue is left to the
-// end of the registry.
+// A module that registers when it is loaded and forgets to unregister, so that the destructor of the registry withdraws
+// its catalog.
 #include <QLocale>
 
 #include <tavikappstartup/TranslationCenter.h>

@@ -14,7 +14,7 @@ QString displayName(const char *name)
     return QCoreApplication::translate("QObject", name, nullptr, -1);
 }
 
-// What the program that registers before its main() prints and complains of, run with the libraries of a folder.
+// The output and the warnings of the program that registers before its main(), run with the libraries of a folder.
 QString outputOfHost(const QString &libraries, const QStringList &arguments)
 {
     QProcess host;
@@ -42,17 +42,17 @@ private Q_SLOTS:
     void theMostSpecialNameOfAFolderWins();
     void anEarlierFolderWinsOverAMoreSpecialName();
     void theFolderAddedLastIsSearchedFirst();
-    void addingAFolderLeavesInstalledCataloguesAlone();
+    void addingAFolderLeavesInstalledCatalogsAlone();
     void theSearchPathsAreTheDocumentedList();
     void addingAFolderAgainMovesItToTheFront();
     void aRelativeFolderIsTakenFromTheCurrentOne();
-    void aDamagedCatalogueCountsAsNone();
+    void aDamagedCatalogCountsAsNone();
 
-    void theShippedCataloguesTranslateEveryDisplayName_data();
-    void theShippedCataloguesTranslateEveryDisplayName();
+    void theShippedCatalogsTranslateEveryDisplayName_data();
+    void theShippedCatalogsTranslateEveryDisplayName();
     void displayNamesFallBackToTheNames();
     void aProgramRegistersBeforeItsApplicationAndUnregistersAfterIt();
-    void anInstalledTreeFindsItsCataloguesWhereverItIsMoved();
+    void anInstalledTreeFindsItsCatalogsWhereverItIsMoved();
 };
 
 void CataloguesTest::aRegionFallsBackToItsLanguage()
@@ -92,7 +92,7 @@ void CataloguesTest::theFolderAddedLastIsSearchedFirst()
     QCOMPARE(noiseText(), germanNoise);
 }
 
-void CataloguesTest::addingAFolderLeavesInstalledCataloguesAlone()
+void CataloguesTest::addingAFolderLeavesInstalledCatalogsAlone()
 {
     const Application application;
     center().Register(probe);
@@ -139,7 +139,7 @@ void CataloguesTest::aRelativeFolderIsTakenFromTheCurrentOne()
     QCOMPARE(signalText(), germanOfSecond);
 }
 
-void CataloguesTest::aDamagedCatalogueCountsAsNone()
+void CataloguesTest::aDamagedCatalogCountsAsNone()
 {
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("Probe_de.qm")));
@@ -153,7 +153,7 @@ void CataloguesTest::aDamagedCatalogueCountsAsNone()
     QCOMPARE(signalText(), german); // from the next folder
 }
 
-void CataloguesTest::theShippedCataloguesTranslateEveryDisplayName_data()
+void CataloguesTest::theShippedCatalogsTranslateEveryDisplayName_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QString>("inGerman");
@@ -198,7 +198,7 @@ void CataloguesTest::theShippedCataloguesTranslateEveryDisplayName_data()
                                 << QString::fromUtf8(row.inEnglish);
 }
 
-void CataloguesTest::theShippedCataloguesTranslateEveryDisplayName()
+void CataloguesTest::theShippedCatalogsTranslateEveryDisplayName()
 {
     QFETCH(QByteArray, name);
     QFETCH(QString, inGerman);
@@ -232,7 +232,7 @@ void CataloguesTest::aProgramRegistersBeforeItsApplicationAndUnregistersAfterIt(
              expected.arg(center().SearchPaths().last()));
 }
 
-void CataloguesTest::anInstalledTreeFindsItsCataloguesWhereverItIsMoved()
+void CataloguesTest::anInstalledTreeFindsItsCatalogsWhereverItIsMoved()
 {
     const Application application;
     const QTemporaryDir scratch;

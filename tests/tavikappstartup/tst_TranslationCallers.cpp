@@ -18,7 +18,7 @@ thread_local int allocationsLeft = -1;
 // Called at the allocation after them, in place of failing.
 thread_local void (*intruder)() = nullptr;
 
-// False if `call` ran out of memory, being granted so many allocations.
+// False if `call` ran out of memory with this number of allocations.
 template <typename Call>
 bool runsWithin(int allocations, Call &&call)
 {
@@ -33,8 +33,8 @@ bool runsWithin(int allocations, Call &&call)
     return true;
 }
 
-// Runs `call` and in its midst, after so many allocations, `intrusion`, as another thread might; false if `call` was
-// over before.
+// Runs `call` and, after this number of allocations in it, `intrusion`, as another thread might; false if `call` ended
+// before.
 template <typename Call>
 bool runsWithIntrusion(int allocations, void (*intrusion)(), Call &&call)
 {
@@ -81,13 +81,13 @@ private Q_SLOTS:
     void cleanup() { QCOMPARE(warningsOfRegistryTest(), QStringList()); }
 
     void theReceiverOfALanguageChangeMayCallAnyOperation();
-    void unregisteringWhileTheCatalogueIsBeingInstalledWithdrawsIt();
-    void registeringAgainWhileTheCatalogueIsBeingInstalledKeepsTheLater();
+    void unregisteringWhileTheCatalogIsBeingInstalledWithdrawsIt();
+    void registeringAgainWhileTheCatalogIsBeingInstalledKeepsTheLater();
     void aReceiverMayWaitForAnotherThreadThatCalls();
 
     void anExceptionOutOfAReceiverLeavesTheRegistryUsable();
     void whereverMemoryRunsOutTheRegistryStaysUsable();
-    void aModuleThatMemoryDoesNotSufficeForIsNotHalfRegistered();
+    void moduleIsNotHalfRegisteredWhenMemoryRunsOut();
 
     void registeringAgainMakesASearchInProgressOutOfDate();
     void unregisteringEndsASearchInProgress();
@@ -97,15 +97,15 @@ private Q_SLOTS:
 void TranslationCallersTest::theReceiverOfALanguageChangeMayCallAnyOperation()
 {
     Application application;
-    QStringList told;
-    application.onLanguageChange = [&told] {
+    QStringList listed;
+    application.onLanguageChange = [&listed] {
         center().InstallPending();
         center().AddSearchPath(first);
         center().Unregister(unheard);
-        told = center().RegisteredModules();
+        listed = center().RegisteredModules();
     };
     center().Register(probe);
-    QCOMPARE(told, QStringList{probe});
+    QCOMPARE(listed, QStringList{probe});
     QCOMPARE(application.languageChanges(), 1);
     application.onLanguageChange = [&application] {
         application.onLanguageChange = nullptr;
@@ -117,7 +117,7 @@ void TranslationCallersTest::theReceiverOfALanguageChangeMayCallAnyOperation()
     QCOMPARE(noiseText(), germanNoise);
 }
 
-void TranslationCallersTest::unregisteringWhileTheCatalogueIsBeingInstalledWithdrawsIt()
+void TranslationCallersTest::unregisteringWhileTheCatalogIsBeingInstalledWithdrawsIt()
 {
     Application application;
     application.onLanguageChange = [&application] {
@@ -129,7 +129,7 @@ void TranslationCallersTest::unregisteringWhileTheCatalogueIsBeingInstalledWithd
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCallersTest::registeringAgainWhileTheCatalogueIsBeingInstalledKeepsTheLater()
+void TranslationCallersTest::registeringAgainWhileTheCatalogIsBeingInstalledKeepsTheLater()
 {
     Application application;
     application.onLanguageChange = [&application] {
@@ -146,10 +146,12 @@ void TranslationCallersTest::registeringAgainWhileTheCatalogueIsBeingInstalledKe
 void TranslationCallersTest::aReceiverMayWaitForAnotherThreadThatCalls()
 {
     Application application;
-    QStringList told;
-    application.onLanguageChange = [&told] { std::thread([&told] { told = center().RegisteredModules(); }).join(); };
+    QStringList listed;
+    application.onLanguageChange = [&listed] {
+        std::thread([&listed] { listed = center().RegisteredModules(); }).join();
+    };
     center().Register(probe);
-    QCOMPARE(told, QStringList{probe});
+    QCOMPARE(listed, QStringList{probe});
     application.onLanguageChange = nullptr;
 }
 
@@ -166,7 +168,7 @@ void TranslationCallersTest::anExceptionOutOfAReceiverLeavesTheRegistryUsable()
     QCOMPARE(center().RegisteredModules(), QStringList{probe});
     QCOMPARE(signalText(), french);
     center().Unregister(probe);
-    QCOMPARE(signalText(), untranslated); // the German one is gone as well
+    QCOMPARE(signalText(), untranslated); // the German one is also withdrawn
     QCOMPARE(center().RegisteredModules(), QStringList());
 }
 
@@ -194,7 +196,7 @@ void TranslationCallersTest::whereverMemoryRunsOutTheRegistryStaysUsable()
     QVERIFY(failures > 0);
 }
 
-void TranslationCallersTest::aModuleThatMemoryDoesNotSufficeForIsNotHalfRegistered()
+void TranslationCallersTest::moduleIsNotHalfRegisteredWhenMemoryRunsOut()
 {
     const Application application;
     center().Register(extra);
@@ -225,7 +227,7 @@ void TranslationCallersTest::registeringAgainMakesASearchInProgressOutOfDate()
             allocations,
             [] {
                 setLocale("fr_FR");
-                runsWithin(0, [] { center().Register(probe); }); // gets no further than being remembered
+                runsWithin(0, [] { center().Register(probe); }); // is only stored
             },
             [] { center().Register(probe); });
         center().InstallPending();

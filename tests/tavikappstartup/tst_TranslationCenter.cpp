@@ -23,18 +23,18 @@ private Q_SLOTS:
     void cleanup() { QCOMPARE(warningsOfRegistryTest(), QStringList()); }
 
     void thereIsOneRegistry();
-    void registeringInstallsTheCatalogue();
-    void registeringWithoutACatalogueIsRememberedAndShowsSourceTexts();
-    void aLocaleWithoutACatalogueShowsSourceTexts();
-    void modulesAreToldInTheOrderOfRegistration();
-    void unregisteringWithdrawsTheCatalogue();
+    void registeringInstallsTheCatalog();
+    void registeringWithoutACatalogIsRememberedAndShowsSourceTexts();
+    void aLocaleWithoutACatalogShowsSourceTexts();
+    void modulesAreListedInTheOrderOfRegistration();
+    void unregisteringWithdrawsTheCatalog();
     void unregisteringLeavesOtherModulesAlone();
     void unregisteringAnUnknownModuleDoesNothing();
 
     void registeringTwiceInstallsOnce();
     void registeringAgainFollowsTheLocale();
-    void registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalogue();
-    void registeringAgainFindsACatalogueThatCameLater();
+    void registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalog();
+    void registeringAgainFindsACatalogThatCameLater();
 
     void withoutAnApplicationTheModuleIsRemembered();
     void installPendingInstallsWhatRegisteredBeforeTheApplication();
@@ -46,8 +46,8 @@ private Q_SLOTS:
     void registeringTheSameAgainWithoutAnApplicationIsHarmless();
 
     void unregisteringAfterTheApplicationIsGoneIsSafe();
-    void aSecondApplicationGetsTheCatalogueAgain();
-    void aSecondApplicationAtTheSameAddressGetsTheCatalogueToo();
+    void catalogIsInstalledAgainInASecondApplication();
+    void catalogIsInstalledInASecondApplicationAtTheSameAddress();
     void aModuleLeftRegisteredOutlivesItsApplication();
 
     void whatAModuleGaveIsKeptWhenItIsUnloaded();
@@ -58,7 +58,7 @@ void TranslationCenterTest::thereIsOneRegistry()
     QCOMPARE(&TranslationCenter::Instance(), &TranslationCenter::Instance());
 }
 
-void TranslationCenterTest::registeringInstallsTheCatalogue()
+void TranslationCenterTest::registeringInstallsTheCatalog()
 {
     Application application;
     QCOMPARE(signalText(), untranslated);
@@ -67,7 +67,7 @@ void TranslationCenterTest::registeringInstallsTheCatalogue()
     QCOMPARE(application.languageChanges(), 1);
 }
 
-void TranslationCenterTest::registeringWithoutACatalogueIsRememberedAndShowsSourceTexts()
+void TranslationCenterTest::registeringWithoutACatalogIsRememberedAndShowsSourceTexts()
 {
     Application application;
     center().Register(unheard);
@@ -78,7 +78,7 @@ void TranslationCenterTest::registeringWithoutACatalogueIsRememberedAndShowsSour
     QCOMPARE(center().RegisteredModules(), QStringList());
 }
 
-void TranslationCenterTest::aLocaleWithoutACatalogueShowsSourceTexts()
+void TranslationCenterTest::aLocaleWithoutACatalogShowsSourceTexts()
 {
     setLocale("ja_JP");
     const Application application;
@@ -87,7 +87,7 @@ void TranslationCenterTest::aLocaleWithoutACatalogueShowsSourceTexts()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::modulesAreToldInTheOrderOfRegistration()
+void TranslationCenterTest::modulesAreListedInTheOrderOfRegistration()
 {
     const Application application;
     center().Register(probe);
@@ -101,7 +101,7 @@ void TranslationCenterTest::modulesAreToldInTheOrderOfRegistration()
     QCOMPARE(center().RegisteredModules(), (QStringList{tuner, extra, probe}));
 }
 
-void TranslationCenterTest::unregisteringWithdrawsTheCatalogue()
+void TranslationCenterTest::unregisteringWithdrawsTheCatalog()
 {
     Application application;
     center().Register(probe);
@@ -155,7 +155,7 @@ void TranslationCenterTest::registeringAgainFollowsTheLocale()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalogue()
+void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalog()
 {
     const Application application;
     center().Register(probe);
@@ -165,7 +165,7 @@ void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatal
     QCOMPARE(center().RegisteredModules(), QStringList{probe});
 }
 
-void TranslationCenterTest::registeringAgainFindsACatalogueThatCameLater()
+void TranslationCenterTest::registeringAgainFindsACatalogThatCameLater()
 {
     const QTemporaryDir folder;
     const QString late = QStringLiteral("Late");
@@ -280,7 +280,7 @@ void TranslationCenterTest::unregisteringAfterTheApplicationIsGoneIsSafe()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::aSecondApplicationGetsTheCatalogueAgain()
+void TranslationCenterTest::catalogIsInstalledAgainInASecondApplication()
 {
     auto application = std::make_unique<Application>();
     center().Register(probe);
@@ -293,7 +293,7 @@ void TranslationCenterTest::aSecondApplicationGetsTheCatalogueAgain()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::aSecondApplicationAtTheSameAddressGetsTheCatalogueToo()
+void TranslationCenterTest::catalogIsInstalledInASecondApplicationAtTheSameAddress()
 {
     alignas(Application) unsigned char place[sizeof(Application)];
     for (int round = 0; round < 3; ++round) {
@@ -319,7 +319,7 @@ void TranslationCenterTest::aModuleLeftRegisteredOutlivesItsApplication()
     QCOMPARE(signalText(), untranslated);
 }
 
-// Its texts lie in its constant data, which goes with it.
+// Its texts are in its constant data, which are unloaded with it.
 void TranslationCenterTest::whatAModuleGaveIsKeptWhenItIsUnloaded()
 {
     const Application application;

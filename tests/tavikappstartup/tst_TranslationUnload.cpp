@@ -29,7 +29,7 @@ private Q_SLOTS:
     void unloadingTheRegistryWithdrawsWhatIsStillInstalled();
 };
 
-// Twice, because the second registry must start afresh.
+// Twice, because the second registry must start empty.
 void TranslationUnloadTest::unloadingTheRegistryWithdrawsWhatIsStillInstalled()
 {
     for (int round = 0; round < 2; ++round) {

@@ -7,7 +7,7 @@
 
 #include <batch/InOrder.h>
 
-/// Several threads, and one who uses their results in order.
+/// Several threads, whose results are used in order.
 class InOrderTest : public QObject
 {
     Q_OBJECT
@@ -15,12 +15,12 @@ class InOrderTest : public QObject
 private Q_SLOTS:
     void resultsAreUsedInOrder_data();
     void resultsAreUsedInOrder();
-    void noMoreIsDoneAtOnceThanThereAreJobs();
+    void tasksInProgressNeverExceedTheJobs();
     void threadsDoNotRunFarAhead();
     void largeResultsStopThreadsFromRunningAhead();
-    void whatTheWorkThrowsIsThrownInItsTurn();
-    void whatTheUserThrowsEndsIt();
-    void whoWaitsIsCalledMeanwhile();
+    void exceptionOfATaskIsThrownInOrder();
+    void exceptionWhileUsingAResultEndsTheRun();
+    void tickIsCalledWhileWaiting();
 };
 
 void InOrderTest::resultsAreUsedInOrder_data()
@@ -44,7 +44,7 @@ void InOrderTest::resultsAreUsedInOrder()
         0, jobs, [](int index) { return index; }, [](int &&) { QFAIL("there is nothing to use"); }, [] {});
 }
 
-void InOrderTest::noMoreIsDoneAtOnceThanThereAreJobs()
+void InOrderTest::tasksInProgressNeverExceedTheJobs()
 {
     std::atomic<int> atOnce{0};
     std::atomic<int> most{0};
@@ -80,7 +80,7 @@ void InOrderTest::threadsDoNotRunFarAhead()
         },
         [] {});
     QCOMPARE(used, 1000);
-    // 32 ahead of the one that is used next.
+    // 32 ahead of the result that is used next.
     QVERIFY2(farthest <= 32, qPrintable(QString::number(farthest)));
 }
 
@@ -103,11 +103,11 @@ void InOrderTest::largeResultsStopThreadsFromRunningAhead()
         },
         [] {}, [](const int &) { return std::int64_t(16) << 20; });
     QCOMPARE(used, 50);
-    // One that waits is as much as may wait; the two threads may each have begun one before it was there.
+    // The first waiting result reaches the limit; each of the two threads may have started another task before.
     QVERIFY2(farthest <= 3, qPrintable(QString::number(farthest)));
 }
 
-void InOrderTest::whatTheWorkThrowsIsThrownInItsTurn()
+void InOrderTest::exceptionOfATaskIsThrownInOrder()
 {
     QVector<int> used;
     QString message;
@@ -127,7 +127,7 @@ void InOrderTest::whatTheWorkThrowsIsThrownInItsTurn()
     QCOMPARE(used, QVector<int>({0, 1, 2, 3, 4, 5, 6}));
 }
 
-void InOrderTest::whatTheUserThrowsEndsIt()
+void InOrderTest::exceptionWhileUsingAResultEndsTheRun()
 {
     std::atomic<int> begun{0};
     QString message;
@@ -150,7 +150,7 @@ void InOrderTest::whatTheUserThrowsEndsIt()
     QVERIFY2(begun <= 11 + 4 * 16, qPrintable(QString::number(begun)));
 }
 
-void InOrderTest::whoWaitsIsCalledMeanwhile()
+void InOrderTest::tickIsCalledWhileWaiting()
 {
     std::atomic<int> ticks{0};
     InOrder<int>::run(

@@ -16,7 +16,7 @@
 
 using JobXml::TunerProperties;
 
-/// All readers of one document see the same bytes, all of them, or it is refused.
+/// All readers of one document see the same, complete bytes, or reading fails.
 class InputTest : public QObject
 {
     Q_OBJECT
@@ -27,8 +27,8 @@ private Q_SLOTS:
     void everyByteIsRead();
     void sizesUpToTheLimitAreRead();
     void aPipeIsReadUpToTheLimit();
-    void fileThatChangesIsRefused_data();
-    void fileThatChangesIsRefused();
+    void changedFileIsAnError_data();
+    void changedFileIsAnError();
     void validationNeverSeesAnotherDocument_data();
     void validationNeverSeesAnotherDocument();
     void aReplacedFileIsReadAsItWasOpened();
@@ -91,7 +91,7 @@ void InputTest::sizesUpToTheLimitAreRead()
     write("12345");
     QCOMPARE(Input(FileName(name()), FileKinds::All, 5).bytes(), QByteArray("12345"));
     QCOMPARE(refusal([&] { Input(FileName(name()), FileKinds::All, 4); }),
-             QString::fromUtf8(name()) + QStringLiteral(": is too large: it has 5 bytes, and the limit is 4"));
+             QString::fromUtf8(name()) + QStringLiteral(": too large: 5 bytes; the limit is 4 bytes"));
     QCOMPARE(Input::largest, qint64(1'000'000'000));
 }
 
@@ -102,12 +102,11 @@ void InputTest::aPipeIsReadUpToTheLimit()
     QVERIFY(keptOpen >= 0);
     QCOMPARE(::write(keptOpen, "12345", 5), ssize_t(5));
     QCOMPARE(refusal([&] { Input(FileName(name()), FileKinds::All, 4); }),
-             QString::fromUtf8(name())
-                 + QStringLiteral(": is too large: it has more than 4 bytes, and the limit is 4"));
+             QString::fromUtf8(name()) + QStringLiteral(": too large: more than 4 bytes; the limit is 4 bytes"));
     close(keptOpen);
 }
 
-void InputTest::fileThatChangesIsRefused_data()
+void InputTest::changedFileIsAnError_data()
 {
     QTest::addColumn<QString>("change");
     QTest::newRow("it grows") << QStringLiteral("grow");
@@ -116,7 +115,7 @@ void InputTest::fileThatChangesIsRefused_data()
     QTest::newRow("other bytes of the same size") << QStringLiteral("rewrite");
 }
 
-void InputTest::fileThatChangesIsRefused()
+void InputTest::changedFileIsAnError()
 {
     QFETCH(QString, change);
     write("<TunerProperties Version=\"1.1\"/>");
@@ -130,7 +129,7 @@ void InputTest::fileThatChangesIsRefused()
         write("<TunerProperties Version=\"1.0\"/>");
     else
         QCOMPARE(truncate(name().constData(), change == QLatin1String("empty") ? 0 : 20), 0);
-    const QString expected = QString::fromUtf8(name()) + QStringLiteral(": has changed while it was read");
+    const QString expected = QString::fromUtf8(name()) + QStringLiteral(": changed while it was being read");
     QCOMPARE(refusal([&] { input.bytes(); }), expected);
     QCOMPARE(refusal([&] { input.head(4); }), expected);
     QCOMPARE(refusal([&] { input.check(); }), expected);
@@ -151,7 +150,7 @@ void InputTest::validationNeverSeesAnotherDocument_data()
         "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\"/>");
 }
 
-// The boolean is refused by the reader alone; once it is read nothing shows that it was empty.
+// Only the reader rejects the boolean; the document does not show that it was empty.
 void InputTest::validationNeverSeesAnotherDocument()
 {
     QFETCH(QByteArray, later);
@@ -162,10 +161,10 @@ void InputTest::validationNeverSeesAnotherDocument()
     Forms::load(document, input, Form::Xml);
     write(later);
     QCOMPARE(refusal([&] { findProblems(document, input, Form::Xml, 100); }),
-             QString::fromUtf8(name()) + QStringLiteral(": has changed while it was read"));
+             QString::fromUtf8(name()) + QStringLiteral(": changed while it was being read"));
 }
 
-// As it is saved by programs that write a new file and rename it.
+// As programs save that write a new file and rename it.
 void InputTest::aReplacedFileIsReadAsItWasOpened()
 {
     write("old");

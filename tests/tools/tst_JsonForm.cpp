@@ -9,22 +9,22 @@
 
 using JobXml::TunerProperties;
 
-/// That JSON holds all that a document holds, whatever state it is in.
+/// JSON stores everything in a document, whatever its state is.
 class JsonFormTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void documentsComeBackAsTheyWere();
-    void documentsInOddStatesComeBackAsTheyWere();
-    void damagedSnapshotsComeBackAsTheyWere();
-    void damagedJsonIsRefusedOrReadAsItStands();
-    void everyFloatComesBackToTheBit();
-    void everyTextComesBack();
-    void aTextThatIsHalfACharacterIsRefusedWithItsPath();
+    void documentsReadBackUnchanged();
+    void documentsInUnusualStatesReadBackUnchanged();
+    void documentsOfDamagedSnapshotsReadBackUnchanged();
+    void damagedJsonFailsOrReadsBackUnchanged();
+    void everyFloatReadsBackExactly();
+    void everyTextReadsBackUnchanged();
+    void unpairedSurrogateFailsWithItsPath();
     void writingChangesNothing();
-    void aDocumentStaysIfReadingFails();
-    void theValidateFlagStays();
+    void failedReadingKeepsTheDocument();
+    void readingKeepsTheValidateFlag();
 };
 
 namespace {
@@ -57,7 +57,7 @@ bool hasTextsForJson(const JobXml::DataObject &object)
     return result;
 }
 
-/// Of a document by the setters' rules whose texts JSON can carry.
+/// The JSON of a document that follows the rules of the setters, and whose texts JSON can represent.
 QByteArray someJson(int seed)
 {
     const TunerProperties document = randomDocument(3 * seed);
@@ -74,7 +74,7 @@ QString failure(const QByteArray &json)
     return QString();
 }
 
-/// Whether the document came back. Counts those that JSON can carry.
+/// Whether the document reads back unchanged. Counts the documents that JSON can represent.
 bool comesBack(const TunerProperties &document, int &carried, bool withSnapshot = true)
 {
     try {
@@ -90,7 +90,7 @@ bool comesBack(const TunerProperties &document, int &carried, bool withSnapshot 
 
 } // namespace
 
-void JsonFormTest::documentsComeBackAsTheyWere()
+void JsonFormTest::documentsReadBackUnchanged()
 {
     int carried = 0;
     for (int seed = 0; seed < 250; ++seed)
@@ -98,7 +98,7 @@ void JsonFormTest::documentsComeBackAsTheyWere()
     QVERIFY(carried > 200);
 }
 
-void JsonFormTest::documentsInOddStatesComeBackAsTheyWere()
+void JsonFormTest::documentsInUnusualStatesReadBackUnchanged()
 {
     int carried = 0;
     for (int seed = 0; seed < 500; ++seed)
@@ -106,7 +106,7 @@ void JsonFormTest::documentsInOddStatesComeBackAsTheyWere()
     QVERIFY(carried > 400);
 }
 
-void JsonFormTest::damagedSnapshotsComeBackAsTheyWere()
+void JsonFormTest::documentsOfDamagedSnapshotsReadBackUnchanged()
 {
     int carried = 0;
     for (int seed = 0; seed < 400; ++seed) {
@@ -119,14 +119,14 @@ void JsonFormTest::damagedSnapshotsComeBackAsTheyWere()
         TunerProperties document;
         document.SetValidate(false);
         readSnapshot(document, snapshot);
-        // A NaN is one NaN in JSON, whatever its bits are.
+        // In JSON there is only one NaN.
         const bool isExact = hasTextsForJson(document) && !JsonForm::compose(document).contains("\"NaN\"");
         QVERIFY2(comesBack(document, carried, isExact), qPrintable(QString::number(seed)));
     }
     QVERIFY(carried > 200);
 }
 
-void JsonFormTest::damagedJsonIsRefusedOrReadAsItStands()
+void JsonFormTest::damagedJsonFailsOrReadsBackUnchanged()
 {
     int refused = 0;
     int carried = 0;
@@ -156,7 +156,7 @@ void JsonFormTest::damagedJsonIsRefusedOrReadAsItStands()
     QVERIFY(refused > 300);
 }
 
-void JsonFormTest::everyFloatComesBackToTheBit()
+void JsonFormTest::everyFloatReadsBackExactly()
 {
     RandomChanges random(7);
     for (int i = 0; i < 3000; ++i) {
@@ -180,7 +180,7 @@ void JsonFormTest::everyFloatComesBackToTheBit()
     }
 }
 
-void JsonFormTest::everyTextComesBack()
+void JsonFormTest::everyTextReadsBackUnchanged()
 {
     TunerProperties document;
     document.SetValidate(false);
@@ -200,7 +200,7 @@ void JsonFormTest::everyTextComesBack()
     }
 }
 
-void JsonFormTest::aTextThatIsHalfACharacterIsRefusedWithItsPath()
+void JsonFormTest::unpairedSurrogateFailsWithItsPath()
 {
     TunerProperties document = randomDocument(3);
     JobXml::ValueString value;
@@ -222,7 +222,7 @@ void JsonFormTest::aTextThatIsHalfACharacterIsRefusedWithItsPath()
     } catch (const JsonFailure &refused) {
         QCOMPARE(refused.text(QStringLiteral("f")),
                  QStringLiteral("f: Component[type=t,name=c]/Node[id=n]/ValueItem[id=half]/ValueString/value: the text "
-                                "holds half of a character, which JSON cannot carry"));
+                                "contains an unpaired surrogate, which JSON cannot represent"));
     }
 }
 
@@ -238,7 +238,7 @@ void JsonFormTest::writingChangesNothing()
     QVERIFY(!unused.IsInitialized());
 }
 
-void JsonFormTest::aDocumentStaysIfReadingFails()
+void JsonFormTest::failedReadingKeepsTheDocument()
 {
     TunerProperties document = randomDocument(6);
     const QString before = encoded(document);
@@ -253,7 +253,7 @@ void JsonFormTest::aDocumentStaysIfReadingFails()
     }
 }
 
-void JsonFormTest::theValidateFlagStays()
+void JsonFormTest::readingKeepsTheValidateFlag()
 {
     const QByteArray json = JsonForm::compose(randomDocument(0));
     for (const bool validate : {true, false}) {

@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-/// What may reach a terminal, and how the rest is shown.
+/// Characters that may reach a terminal, and escapes of the others.
 class PrintableTest : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ private Q_SLOTS:
     void bytesThatAreNotUtf8AreEscapedOneByOne_data();
     void bytesThatAreNotUtf8AreEscapedOneByOne();
     void layoutRemains();
-    void noTwoNamesAreShownAlike();
+    void differentNamesAreShownDifferently();
     void onlyUtf8IsDecoded();
 };
 
@@ -112,7 +112,7 @@ void PrintableTest::layoutRemains()
     QCOMPARE(Printable::escaped(QByteArray("a\n\tb\r\n\x1B]52;c;\x07")), QByteArray("a\n\tb\\r\n\\u001b]52;c;\\u0007"));
 }
 
-void PrintableTest::noTwoNamesAreShownAlike()
+void PrintableTest::differentNamesAreShownDifferently()
 {
     QCOMPARE(FileName("\xFF.xml").shown(), QStringLiteral(R"(\xff.xml)"));
     QCOMPARE(FileName("\\xff.xml").shown(), QStringLiteral(R"(\\xff.xml)"));

@@ -3,7 +3,7 @@
 
 #include <sys/stat.h>
 
-/// Many files at once: what is told about them, and what is written.
+/// Many files at once: reports and outputs.
 class ToolBatchTest : public QObject
 {
     Q_OBJECT
@@ -12,28 +12,28 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void resultsComeInTheOrderOfTheFiles_data();
-    void resultsComeInTheOrderOfTheFiles();
-    void aResultIsToldAsSoonAsThoseInFrontOfItAre();
-    void theOthersAreWorkedOnBehindOneThatTakesLong();
-    void oneJobWorksOnOneFileAtATime();
-    void aBadFileKeepsNoOtherFromBeingConverted();
-    void theSummaryTellsWhatThereIs_data();
-    void theSummaryTellsWhatThereIs();
+    void resultsAreWrittenInTheOrderOfTheFiles_data();
+    void resultsAreWrittenInTheOrderOfTheFiles();
+    void resultIsWrittenAsSoonAsThePreviousOnesAre();
+    void slowFileDoesNotDelayTheOthers();
+    void singleJobProcessesOneFileAtATime();
+    void badFileDoesNotStopTheOthers();
+    void summaryCountsTheResults_data();
+    void summaryCountsTheResults();
     void aSingleFileHasNoSummary();
-    void quietTellsOnlyFailures();
-    void quietConvertsWithoutAWord();
-    void jsonTellsEverythingAboutAFileInALine();
-    void jsonTellsWhatWasConverted();
-    void jsonKeepsTextsAsTheyAre();
+    void quietReportsOnlyFailures();
+    void quietConversionWritesNoMessages();
+    void jsonLineDescribesTheWholeResult();
+    void jsonLineDescribesTheConversion();
+    void jsonKeepsTextsUnchanged();
 
-    void theFolderIsMadeWithAllAboveIt();
-    void theNamesOfOutputsAreThoseOfTheInputs();
-    void twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten_data();
-    void twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten();
-    void aFolderThatCannotBeMadeIsAnError();
-    void anOutputThatCannotBeWrittenKeepsNoOtherFromBeingWritten();
-    void whatIsThereStaysIfItsInputIsBad();
+    void folderIsCreatedWithItsParents();
+    void outputsHaveTheNamesOfTheInputs();
+    void inputsWithTheSameOutputAreAnErrorBeforeAnythingIsWritten_data();
+    void inputsWithTheSameOutputAreAnErrorBeforeAnythingIsWritten();
+    void folderThatCannotBeCreatedIsAnError();
+    void failedOutputDoesNotStopTheOthers();
+    void badInputKeepsTheExistingOutput();
     void memoryDoesNotGrowWithTheNumberOfFiles();
 
 private:
@@ -47,7 +47,7 @@ QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
-/// For the shell: waits until a file is there, but not for ever.
+/// For the shell: waits for a file, with a timeout.
 const QString await =
     text("await() { i=0; while ! test -f \"$1\" && test $i -lt 1000; do i=$((i + 1)); sleep 0.01; done; }\n");
 
@@ -66,14 +66,14 @@ void ToolBatchTest::cleanup()
     m_shop.reset();
 }
 
-void ToolBatchTest::resultsComeInTheOrderOfTheFiles_data()
+void ToolBatchTest::resultsAreWrittenInTheOrderOfTheFiles_data()
 {
     QTest::addColumn<QString>("jobs");
     for (const char *jobs : {"1", "2", "7", "256"})
         QTest::newRow(jobs) << text(jobs);
 }
 
-void ToolBatchTest::resultsComeInTheOrderOfTheFiles()
+void ToolBatchTest::resultsAreWrittenInTheOrderOfTheFiles()
 {
     QFETCH(QString, jobs);
     QStringList files;
@@ -97,8 +97,8 @@ void ToolBatchTest::resultsComeInTheOrderOfTheFiles()
     QCOMPARE(run.status, 3);
 }
 
-// The shell's own commands part what is told before the pipe is filled from what is told behind it.
-void ToolBatchTest::aResultIsToldAsSoonAsThoseInFrontOfItAre()
+// The shell's own commands separate the output before the pipe is filled from the output after it.
+void ToolBatchTest::resultIsWrittenAsSoonAsThePreviousOnesAre()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
     const Run run = m_shop->shell(text("\"$tool\" validate --special-files --jobs 2 bad.xml pipe bad.xml 2>&1 | {\n"
@@ -112,8 +112,8 @@ void ToolBatchTest::aResultIsToldAsSoonAsThoseInFrontOfItAre()
                   "then: tunerproperties: 3 files: 1 valid, 2 with problems\n"));
 }
 
-// The pipe is filled when the output of the file behind it is there: it comes though nothing is told of it yet.
-void ToolBatchTest::theOthersAreWorkedOnBehindOneThatTakesLong()
+// The pipe is filled once the output of the file after it exists: it is written before it is reported.
+void ToolBatchTest::slowFileDoesNotDelayTheOthers()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
     const Run run = m_shop->shell(
@@ -125,10 +125,10 @@ void ToolBatchTest::theOthersAreWorkedOnBehindOneThatTakesLong()
     QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolBatchTest::oneJobWorksOnOneFileAtATime()
+void ToolBatchTest::singleJobProcessesOneFileAtATime()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
-    // Opening the pipe waits until the program reads from it; the file behind it must not have been touched by then.
+    // Opening the pipe waits until the program reads from it; the next file must not have been read by then.
     const Run run =
         m_shop->shell(text("{ test -e out/good.tpb && echo early; cat good.xml; } > pipe &\n"
                            "\"$tool\" convert --special-files --jobs 1 --to tagged --out-dir out pipe good.xml; wait"));
@@ -136,7 +136,7 @@ void ToolBatchTest::oneJobWorksOnOneFileAtATime()
     QCOMPARE(m_shop->read(text("out/pipe.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolBatchTest::aBadFileKeepsNoOtherFromBeingConverted()
+void ToolBatchTest::badFileDoesNotStopTheOthers()
 {
     m_shop->write(text("other.xml"), smallXml);
     const Run run = m_shop->run(line("convert --to tagged --out-dir . bad.xml good.xml cut.xml missing.xml other.xml"));
@@ -154,7 +154,7 @@ void ToolBatchTest::aBadFileKeepsNoOtherFromBeingConverted()
                           text("other.xml")}));
 }
 
-void ToolBatchTest::theSummaryTellsWhatThereIs_data()
+void ToolBatchTest::summaryCountsTheResults_data()
 {
     QTest::addColumn<QString>("summary");
     QTest::addColumn<int>("status");
@@ -168,7 +168,7 @@ void ToolBatchTest::theSummaryTellsWhatThereIs_data()
     row("cut.xml missing.xml", "2 files: 2 unreadable", 3);
 }
 
-void ToolBatchTest::theSummaryTellsWhatThereIs()
+void ToolBatchTest::summaryCountsTheResults()
 {
     QFETCH(QString, summary);
     QFETCH(int, status);
@@ -187,7 +187,7 @@ void ToolBatchTest::aSingleFileHasNoSummary()
     QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolBatchTest::quietTellsOnlyFailures()
+void ToolBatchTest::quietReportsOnlyFailures()
 {
     for (const char *option : {"--quiet", "-q"}) {
         const Run run = m_shop->run(line("validate") << text(option) << line("good.xml bad.xml cut.xml"));
@@ -200,7 +200,7 @@ void ToolBatchTest::quietTellsOnlyFailures()
     QCOMPARE(problems.status, 1);
 }
 
-void ToolBatchTest::quietConvertsWithoutAWord()
+void ToolBatchTest::quietConversionWritesNoMessages()
 {
     const Run run = m_shop->run(line("convert --quiet --to tagged --out-dir out good.xml bad.xml"));
     QCOMPARE(run.out, QString());
@@ -209,7 +209,7 @@ void ToolBatchTest::quietConvertsWithoutAWord()
     QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolBatchTest::jsonTellsEverythingAboutAFileInALine()
+void ToolBatchTest::jsonLineDescribesTheWholeResult()
 {
     m_shop->write(text("two.xml"),
                   QByteArray(smallXml).replace("optional=\"true\"", "optional=\"\"").replace(" value=\"7\"", ""));
@@ -238,7 +238,7 @@ void ToolBatchTest::jsonTellsEverythingAboutAFileInALine()
     QCOMPARE(run.status, 3);
 }
 
-void ToolBatchTest::jsonTellsWhatWasConverted()
+void ToolBatchTest::jsonLineDescribesTheConversion()
 {
     m_shop->write(text("blocked.xml"), smallXml);
     QVERIFY(QDir().mkpath(m_shop->path(text("out/blocked.tpb"))));
@@ -261,7 +261,7 @@ void ToolBatchTest::jsonTellsWhatWasConverted()
     QCOMPARE(run.status, 3);
 }
 
-void ToolBatchTest::jsonKeepsTextsAsTheyAre()
+void ToolBatchTest::jsonKeepsTextsUnchanged()
 {
     const QString name = text("\u00dc \"x\"\n.xml");
     m_shop->write(name,
@@ -275,7 +275,7 @@ void ToolBatchTest::jsonKeepsTextsAsTheyAre()
     QCOMPARE(run.status, 1);
 }
 
-void ToolBatchTest::theFolderIsMadeWithAllAboveIt()
+void ToolBatchTest::folderIsCreatedWithItsParents()
 {
     const Run run = m_shop->run(line("convert --to tagged --out-dir a/b/c good.xml"));
     QCOMPARE(run.err, QString());
@@ -283,7 +283,7 @@ void ToolBatchTest::theFolderIsMadeWithAllAboveIt()
     QCOMPARE(m_shop->read(text("a/b/c/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolBatchTest::theNamesOfOutputsAreThoseOfTheInputs()
+void ToolBatchTest::outputsHaveTheNamesOfTheInputs()
 {
     QVERIFY(QDir().mkpath(m_shop->path(text("in"))));
     for (const char *name : {"in/a.xml", "in/B.XML", "in/c.v2", "in/d", "in/e.tpb.xml"})
@@ -297,7 +297,7 @@ void ToolBatchTest::theNamesOfOutputsAreThoseOfTheInputs()
         QCOMPARE(m_shop->read(text("out/") + text(name)), QByteArray::fromHex(smallSnapshotHex));
 }
 
-void ToolBatchTest::twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten_data()
+void ToolBatchTest::inputsWithTheSameOutputAreAnErrorBeforeAnythingIsWritten_data()
 {
     QTest::addColumn<QString>("error");
     QTest::newRow("good.xml sub/good.tpz")
@@ -305,10 +305,10 @@ void ToolBatchTest::twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten_data(
     QTest::newRow("bad.xml good.xml good.xml") << text("'good.xml' and 'good.xml' would both be written to "
                                                        "'out/good.tpb'");
     QTest::newRow("good.xml good") << text("'good.xml' and 'good' would both be written to 'out/good.tpb'");
-    QTest::newRow("good.xml -") << text("standard input has no name for a file in 'out'");
+    QTest::newRow("good.xml -") << text("cannot convert standard input into the folder 'out': it has no file name");
 }
 
-void ToolBatchTest::twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten()
+void ToolBatchTest::inputsWithTheSameOutputAreAnErrorBeforeAnythingIsWritten()
 {
     QFETCH(QString, error);
     const QStringList before = m_shop->files();
@@ -318,14 +318,14 @@ void ToolBatchTest::twoInputsForOneOutputAreRefusedBeforeAnythingIsWritten()
     QCOMPARE(m_shop->files(), before);
 }
 
-void ToolBatchTest::aFolderThatCannotBeMadeIsAnError()
+void ToolBatchTest::folderThatCannotBeCreatedIsAnError()
 {
     const Run run = m_shop->run(line("convert --to tagged --out-dir good.xml/out bad.xml"));
-    QCOMPARE(run.err, text("tunerproperties: good.xml/out: cannot make the folder: Not a directory\n"));
+    QCOMPARE(run.err, text("tunerproperties: good.xml/out: cannot create the folder: Not a directory\n"));
     QCOMPARE(run.status, 3);
 }
 
-void ToolBatchTest::anOutputThatCannotBeWrittenKeepsNoOtherFromBeingWritten()
+void ToolBatchTest::failedOutputDoesNotStopTheOthers()
 {
     QVERIFY(QDir().mkpath(m_shop->path(text("out/blocked.tpb"))));
     m_shop->write(text("blocked.xml"), smallXml);
@@ -337,7 +337,7 @@ void ToolBatchTest::anOutputThatCannotBeWrittenKeepsNoOtherFromBeingWritten()
     QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolBatchTest::whatIsThereStaysIfItsInputIsBad()
+void ToolBatchTest::badInputKeepsTheExistingOutput()
 {
     m_shop->write(text("bad.tpb"), "old");
     QCOMPARE(m_shop->run(line("convert --to tagged --out-dir . bad.xml")).status, 1);
@@ -346,7 +346,7 @@ void ToolBatchTest::whatIsThereStaysIfItsInputIsBad()
     QVERIFY(m_shop->read(text("bad.tpb")).startsWith(QByteArray::fromHex("C10CBB5F")));
 }
 
-// The first file keeps the others from being told; those that are ready meanwhile are a bounded number.
+// The first file delays the reports of the others; the number of finished files is limited meanwhile.
 void ToolBatchTest::memoryDoesNotGrowWithTheNumberOfFiles()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
@@ -355,7 +355,7 @@ void ToolBatchTest::memoryDoesNotGrowWithTheNumberOfFiles()
         files.append(text("%1.xml").arg(i, 3, 10, QLatin1Char('0')));
         m_shop->write(files.last(), smallXml);
     }
-    // With two jobs a thread may be 32 files ahead: of the pipe and 31 more, all others wait.
+    // With two jobs, a thread may be 32 files ahead: of the pipe and 31 more; all others wait.
     const Run run =
         m_shop->shell(await
                       + text("\"$tool\" convert --special-files --quiet --jobs 2 --to tagged --out-dir out pipe %1 &\n"

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <QDataStream>
+#include <QtEndian>
 
 #include <jobxml/TunerProperties.h>
 
@@ -25,31 +26,36 @@ private Q_SLOTS:
     void everyFormIsWritten_data();
     void everyFormIsWritten();
     void theCompressedFormHoldsTheTaggedOne();
-    void theSuffixTellsTheForm();
-    void theOptionCountsBeforeTheSuffix();
-    void everyFormTurnsIntoEveryOther_data();
-    void everyFormTurnsIntoEveryOther();
-    void theFilesAreThoseThatTheLibraryWrites_data();
-    void theFilesAreThoseThatTheLibraryWrites();
-    void examplesComeBackByteForByte_data();
-    void examplesComeBackByteForByte();
-    void aSnapshotKeepsWhatOtherFormsRound();
+    void suffixDeterminesTheForm();
+    void optionOverridesTheSuffix();
+    void everyFormIsConvertedToEveryOther_data();
+    void everyFormIsConvertedToEveryOther();
+    void outputEqualsThatOfTheLibrary_data();
+    void outputEqualsThatOfTheLibrary();
+    void examplesReadBackByteForByte_data();
+    void examplesReadBackByteForByte();
+    void snapshotKeepsExactNumbers();
 
-    void whatDoesNotValidateIsRefused_data();
-    void whatDoesNotValidateIsRefused();
-    void anythingIsWrittenIfToldSo();
-    void aFileCanBeConvertedInPlace();
-    void aFileInPlaceStaysIfRefused();
-    void theOutputReplacesALongerOne();
-    void nothingElseIsLeftInTheFolder();
-    void theLinkStaysAndItsFileIsWritten();
-    void aDeviceIsWrittenToAndStays();
-    void outputsThatCannotBeWritten_data();
-    void outputsThatCannotBeWritten();
-    void whatIsNoFileIsNotReplacedByOne();
-    void aTextThatXmlCannotCarryIsAnError();
+    void invalidDocumentsAreNotConverted_data();
+    void invalidDocumentsAreNotConverted();
+    void noValidateWritesInvalidDocuments();
+    void fileCanBeConvertedInPlace();
+    void failedConversionInPlaceKeepsTheFile();
+    void outputReplacesALongerFile();
+    void conversionLeavesNoOtherFiles();
+    void linkStaysAndItsTargetIsWritten();
+    void deviceIsWrittenAndNotReplaced();
+    void outputThatCannotBeWrittenIsAnError_data();
+    void outputThatCannotBeWrittenIsAnError();
+    void specialFilesAreNotReplaced();
+    void textThatXmlCannotRepresentIsAnError();
+    void outputThatNeedsMaxExpansionIsNoted_data();
+    void outputThatNeedsMaxExpansionIsNoted();
+    void quietConversionNotesNothing();
 
 private:
+    void writeRegularDocument();
+
     std::unique_ptr<Workshop> m_shop;
 };
 
@@ -112,7 +118,7 @@ void ToolConvertTest::theCompressedFormHoldsTheTaggedOne()
     QCOMPARE(qUncompress(bytes.mid(8)), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolConvertTest::theSuffixTellsTheForm()
+void ToolConvertTest::suffixDeterminesTheForm()
 {
     for (const char *name : {"a.xml", "a.tpb", "a.tpz", "a.tps", "A.TPS"})
         QCOMPARE(m_shop->run(line("convert -") << QString::fromUtf8(name), smallXml).status, 0);
@@ -124,13 +130,13 @@ void ToolConvertTest::theSuffixTellsTheForm()
     QCOMPARE(m_shop->run(line("convert - -"), smallXml).bytes, QByteArray(smallXml));
 }
 
-void ToolConvertTest::theOptionCountsBeforeTheSuffix()
+void ToolConvertTest::optionOverridesTheSuffix()
 {
     QCOMPARE(m_shop->run(line("convert - a.xml --to tagged"), smallXml).status, 0);
     QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolConvertTest::everyFormTurnsIntoEveryOther_data()
+void ToolConvertTest::everyFormIsConvertedToEveryOther_data()
 {
     QTest::addColumn<QString>("from");
     QTest::addColumn<QString>("to");
@@ -142,7 +148,7 @@ void ToolConvertTest::everyFormTurnsIntoEveryOther_data()
     }
 }
 
-void ToolConvertTest::everyFormTurnsIntoEveryOther()
+void ToolConvertTest::everyFormIsConvertedToEveryOther()
 {
     QFETCH(QString, from);
     QFETCH(QString, to);
@@ -158,14 +164,14 @@ void ToolConvertTest::everyFormTurnsIntoEveryOther()
     QCOMPARE(m_shop->read(file("out", to)), m_shop->read(direct));
 }
 
-void ToolConvertTest::theFilesAreThoseThatTheLibraryWrites_data()
+void ToolConvertTest::outputEqualsThatOfTheLibrary_data()
 {
     QTest::addColumn<QString>("path");
     for (const QString &name : exampleNames())
         QTest::newRow(qPrintable(name)) << examplePath(name);
 }
 
-void ToolConvertTest::theFilesAreThoseThatTheLibraryWrites()
+void ToolConvertTest::outputEqualsThatOfTheLibrary()
 {
     QFETCH(QString, path);
     TunerProperties document;
@@ -186,12 +192,12 @@ void ToolConvertTest::theFilesAreThoseThatTheLibraryWrites()
     QCOMPARE(written("a.tps"), snapshot);
 }
 
-void ToolConvertTest::examplesComeBackByteForByte_data()
+void ToolConvertTest::examplesReadBackByteForByte_data()
 {
-    theFilesAreThoseThatTheLibraryWrites_data();
+    outputEqualsThatOfTheLibrary_data();
 }
 
-void ToolConvertTest::examplesComeBackByteForByte()
+void ToolConvertTest::examplesReadBackByteForByte()
 {
     QFETCH(QString, path);
     const auto convert = [&](const QString &in, const char *out) {
@@ -206,7 +212,7 @@ void ToolConvertTest::examplesComeBackByteForByte()
     QCOMPARE(m_shop->read(QStringLiteral("a.xml")), m_shop->read(QStringLiteral("direct.xml")));
 }
 
-void ToolConvertTest::aSnapshotKeepsWhatOtherFormsRound()
+void ToolConvertTest::snapshotKeepsExactNumbers()
 {
     QByteArray xml = smallXml;
     xml.replace("<ValueInt id=\"i\" value=\"7\"/>", "<ValueFloat id=\"i\" value=\"0.125\"/>");
@@ -220,14 +226,14 @@ void ToolConvertTest::aSnapshotKeepsWhatOtherFormsRound()
     QCOMPARE(value(".xml"), QStringLiteral("0.13\n"));
 }
 
-void ToolConvertTest::whatDoesNotValidateIsRefused_data()
+void ToolConvertTest::invalidDocumentsAreNotConverted_data()
 {
     QTest::addColumn<QString>("out");
     for (const char *name : {"out.xml", "out.tpb", "out.tpz", "out.tps", "-"})
         QTest::newRow(name) << QString::fromUtf8(name);
 }
 
-void ToolConvertTest::whatDoesNotValidateIsRefused()
+void ToolConvertTest::invalidDocumentsAreNotConverted()
 {
     QFETCH(QString, out);
     m_shop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
@@ -246,7 +252,7 @@ void ToolConvertTest::whatDoesNotValidateIsRefused()
     QCOMPARE(m_shop->read(out), QByteArray("the old file"));
 }
 
-void ToolConvertTest::anythingIsWrittenIfToldSo()
+void ToolConvertTest::noValidateWritesInvalidDocuments()
 {
     const Run run = m_shop->run(line("convert - - --no-validate"), withoutTypes(smallXml));
     QCOMPARE(run.err, QString());
@@ -260,7 +266,7 @@ void ToolConvertTest::anythingIsWrittenIfToldSo()
     QCOMPARE(empty.status, 0);
 }
 
-void ToolConvertTest::aFileCanBeConvertedInPlace()
+void ToolConvertTest::fileCanBeConvertedInPlace()
 {
     m_shop->write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("  ", "").replace(">\n<", "><"));
     QCOMPARE(m_shop->run(line("convert a.xml a.xml")).status, 0);
@@ -269,7 +275,7 @@ void ToolConvertTest::aFileCanBeConvertedInPlace()
     QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
 }
 
-void ToolConvertTest::aFileInPlaceStaysIfRefused()
+void ToolConvertTest::failedConversionInPlaceKeepsTheFile()
 {
     m_shop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
     const Run run = m_shop->run(line("convert in.xml in.xml"));
@@ -278,21 +284,21 @@ void ToolConvertTest::aFileInPlaceStaysIfRefused()
     QCOMPARE(m_shop->read(QStringLiteral("in.xml")), withoutTypes(smallXml));
 }
 
-void ToolConvertTest::theOutputReplacesALongerOne()
+void ToolConvertTest::outputReplacesALongerFile()
 {
     m_shop->write(QStringLiteral("a.xml"), QByteArray(100000, 'x'));
     QCOMPARE(m_shop->run(line("convert - a.xml"), smallXml).status, 0);
     QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
 }
 
-void ToolConvertTest::nothingElseIsLeftInTheFolder()
+void ToolConvertTest::conversionLeavesNoOtherFiles()
 {
     QCOMPARE(m_shop->run(line("convert - a.xml"), smallXml).status, 0);
     QCOMPARE(m_shop->run(line("convert - no.xml"), withoutTypes(smallXml)).status, 1);
     QCOMPARE(m_shop->files(), QStringList(QStringLiteral("a.xml")));
 }
 
-void ToolConvertTest::theLinkStaysAndItsFileIsWritten()
+void ToolConvertTest::linkStaysAndItsTargetIsWritten()
 {
     m_shop->write(QStringLiteral("file.xml"), "old");
     QVERIFY(QFile::link(m_shop->path(QStringLiteral("file.xml")), m_shop->path(QStringLiteral("link.xml"))));
@@ -301,7 +307,7 @@ void ToolConvertTest::theLinkStaysAndItsFileIsWritten()
     QCOMPARE(m_shop->read(QStringLiteral("file.xml")), QByteArray(smallXml));
 }
 
-void ToolConvertTest::aDeviceIsWrittenToAndStays()
+void ToolConvertTest::deviceIsWrittenAndNotReplaced()
 {
     const Run run =
         m_shop->shell(QStringLiteral("mkfifo pipe; cat pipe & \"$tool\" convert - pipe --to xml <<END\n%1END\n"
@@ -312,7 +318,7 @@ void ToolConvertTest::aDeviceIsWrittenToAndStays()
     QCOMPARE(run.status, 0);
 }
 
-void ToolConvertTest::outputsThatCannotBeWritten_data()
+void ToolConvertTest::outputThatCannotBeWrittenIsAnError_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("error");
@@ -322,7 +328,7 @@ void ToolConvertTest::outputsThatCannotBeWritten_data()
                               << QStringLiteral(".: cannot write: Filename refers to a directory");
 }
 
-void ToolConvertTest::outputsThatCannotBeWritten()
+void ToolConvertTest::outputThatCannotBeWrittenIsAnError()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
@@ -333,7 +339,7 @@ void ToolConvertTest::outputsThatCannotBeWritten()
     QCOMPARE(m_shop->files(), QStringList());
 }
 
-void ToolConvertTest::whatIsNoFileIsNotReplacedByOne()
+void ToolConvertTest::specialFilesAreNotReplaced()
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -353,13 +359,13 @@ void ToolConvertTest::whatIsNoFileIsNotReplacedByOne()
     QCOMPARE(m_shop->files(), QStringList(QStringLiteral("socket.xml")));
 }
 
-void ToolConvertTest::aTextThatXmlCannotCarryIsAnError()
+void ToolConvertTest::textThatXmlCannotRepresentIsAnError()
 {
     QByteArray tagged = QByteArray::fromHex(smallTaggedHex);
     tagged.replace(QByteArray::fromHex("E0CFAE8E 00000005 00000001 62"),
                    QByteArray::fromHex("E0CFAE8E 00000005 00000001 07")); // a bell as base resource
     m_shop->write(QStringLiteral("a.xml"), "the old file");
-    const QString why = QStringLiteral("a text in or just above line 2 of the document holds a character that XML "
+    const QString why = QStringLiteral("a text in or just above line 2 of the document contains a character that XML "
                                        "cannot carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)\n");
     const Run toFile = m_shop->run(line("convert - a.xml"), tagged);
     QCOMPARE(toFile.err, QStringLiteral("tunerproperties: a.xml: ") + why);
@@ -371,6 +377,61 @@ void ToolConvertTest::aTextThatXmlCannotCarryIsAnError()
     QCOMPARE(toOutput.out, QString());
     QCOMPARE(toOutput.status, 3);
     QCOMPARE(m_shop->run(line("convert - - --to tagged"), tagged).bytes, tagged);
+}
+
+/// in.xml: 2,000 equal nodes, so that its compressed form is very small.
+void ToolConvertTest::writeRegularDocument()
+{
+    const QByteArray node = "<Node id=\"n\"><ValueItem><ValueInt id=\"v\" value=\"1\"/></ValueItem></Node>";
+    QByteArray xml = smallXml;
+    m_shop->write(QStringLiteral("in.xml"), xml.replace("</Component>", node.repeated(2000) + "</Component>"));
+}
+
+void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("output");
+    QTest::newRow("to a file") << QStringLiteral("convert in.xml out.tpz") << QStringLiteral("out.tpz");
+    QTest::newRow("into a folder") << QStringLiteral("convert --to compressed --out-dir out in.xml")
+                                   << QStringLiteral("out/in.tpz");
+    QTest::newRow("with JSON") << QStringLiteral("convert --json in.xml out.tpz") << QStringLiteral("out.tpz");
+    QTest::newRow("set") << QStringLiteral("set --max-expansion 1100 in.tpz name other") << QStringLiteral("in.tpz");
+}
+
+void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, output);
+    writeRegularDocument();
+    if (output == QLatin1String("in.tpz"))
+        QCOMPARE(m_shop->run(line("convert in.xml in.tpz")).status, 0);
+    const Run run = m_shop->run(command.split(QLatin1Char(' ')));
+    QCOMPARE(run.status, 0);
+
+    const QByteArray written = m_shop->read(output);
+    const auto expanded = qFromBigEndian<quint32>(written.constData() + 8);
+    const int times = int(expanded / quint32(written.size())) + 1;
+    QVERIFY2(times > 51, qPrintable(QString::number(times)));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: %1: expands to more than 50 times its size; use --max-expansion %2 to "
+                            "read it\n")
+                 .arg(output)
+                 .arg(times));
+    const auto validate = [&](int most) {
+        return m_shop
+            ->run({QStringLiteral("validate"), QStringLiteral("--max-expansion"), QString::number(most), output})
+            .status;
+    };
+    QCOMPARE(validate(times), 0);
+    QCOMPARE(validate(times - 1), 3);
+}
+
+void ToolConvertTest::quietConversionNotesNothing()
+{
+    writeRegularDocument();
+    const Run run = m_shop->run(line("convert --quiet in.xml out.tpz"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
 }
 
 TEST_SUITE(ToolConvertTest)

@@ -4,7 +4,7 @@
 
 #include "tools/Tool.h"
 
-/// What help, manual page and completions are made from.
+/// The descriptions from which help, manual page and completions are generated.
 class ToolDescriptionsTest : public QObject
 {
     Q_OBJECT
@@ -12,11 +12,11 @@ class ToolDescriptionsTest : public QObject
 private Q_SLOTS:
     void everyCommandIsDescribed_data();
     void everyCommandIsDescribed();
-    void theHelpOfACommandFitsTheScreen_data() { everyCommandIsDescribed_data(); }
-    void theHelpOfACommandFitsTheScreen();
-    void anOptionTakesAValueInAllCommandsOrInNone();
-    void noNameStandsForTwoOptionsOfACommand_data() { everyCommandIsDescribed_data(); }
-    void noNameStandsForTwoOptionsOfACommand();
+    void helpOfACommandFitsTheScreen_data() { everyCommandIsDescribed_data(); }
+    void helpOfACommandFitsTheScreen();
+    void optionTakesAValueInAllCommandsOrInNone();
+    void optionNamesOfACommandAreUnique_data() { everyCommandIsDescribed_data(); }
+    void optionNamesOfACommandAreUnique();
 };
 
 void ToolDescriptionsTest::everyCommandIsDescribed_data()
@@ -45,7 +45,7 @@ void ToolDescriptionsTest::everyCommandIsDescribed()
     }
 }
 
-void ToolDescriptionsTest::theHelpOfACommandFitsTheScreen()
+void ToolDescriptionsTest::helpOfACommandFitsTheScreen()
 {
     QFETCH(QString, name);
     const Run run = Workshop().run({QStringLiteral("help"), name});
@@ -57,8 +57,8 @@ void ToolDescriptionsTest::theHelpOfACommandFitsTheScreen()
     QCOMPARE(Workshop().run({name, QStringLiteral("--help")}).out, run.out);
 }
 
-// Otherwise the command could not be found behind it.
-void ToolDescriptionsTest::anOptionTakesAValueInAllCommandsOrInNone()
+// Otherwise the command after it could not be found.
+void ToolDescriptionsTest::optionTakesAValueInAllCommandsOrInNone()
 {
     QHash<QString, bool> takesValue;
     for (const Command &command : allCommands()) {
@@ -74,7 +74,7 @@ void ToolDescriptionsTest::anOptionTakesAValueInAllCommandsOrInNone()
     QVERIFY(!takesValue.value(QStringLiteral("help"), true));
 }
 
-void ToolDescriptionsTest::noNameStandsForTwoOptionsOfACommand()
+void ToolDescriptionsTest::optionNamesOfACommandAreUnique()
 {
     QFETCH(QString, name);
     QStringList names;

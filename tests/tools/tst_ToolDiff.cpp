@@ -2,7 +2,7 @@
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
 
-/// What the tool tells of two documents.
+/// The comparison of two documents.
 class ToolDiffTest : public QObject
 {
     Q_OBJECT
@@ -10,20 +10,20 @@ class ToolDiffTest : public QObject
 private Q_SLOTS:
     void init();
 
-    void theSameDocumentInAnyTwoFormsIsAlike_data();
-    void theSameDocumentInAnyTwoFormsIsAlike();
-    void whatDiffersIsToldByPath_data();
-    void whatDiffersIsToldByPath();
-    void linesStandInTheOrderOfTheDocument();
-    void theExitStatusTellsIfAskedTo();
-    void coloursAreForTerminals();
-    void differencesAreJsonForMachines();
-    void textsStayOnTheirLine();
-    void whatCannotBeReadIsAnError();
+    void equalDocumentsInDifferentFormsHaveNoDifferences_data();
+    void equalDocumentsInDifferentFormsHaveNoDifferences();
+    void differencesAreListedByPath_data();
+    void differencesAreListedByPath();
+    void linesAreInDocumentOrder();
+    void exitCodeOptionReportsDifferences();
+    void colorsAreUsedOnTerminals();
+    void jsonOptionWritesDifferencesAsJson();
+    void textsStayOnOneLine();
+    void unreadableDocumentIsAnError();
     void standardInputIsReadOnce();
 
 private:
-    /// The lines that tell how the two documents differ, which consist of these members as JSON.
+    /// The differences of two documents with these members as JSON.
     QString diff(const QByteArray &first, const QByteArray &second);
 
     std::unique_ptr<Workshop> m_shop;
@@ -65,7 +65,7 @@ QString ToolDiffTest::diff(const QByteArray &first, const QByteArray &second)
     return run.status == 0 && run.err.isEmpty() ? run.out : QStringLiteral("status %1: ").arg(run.status) + run.err;
 }
 
-void ToolDiffTest::theSameDocumentInAnyTwoFormsIsAlike_data()
+void ToolDiffTest::equalDocumentsInDifferentFormsHaveNoDifferences_data()
 {
     QTest::addColumn<QString>("first");
     QTest::addColumn<QString>("second");
@@ -77,7 +77,7 @@ void ToolDiffTest::theSameDocumentInAnyTwoFormsIsAlike_data()
     }
 }
 
-void ToolDiffTest::theSameDocumentInAnyTwoFormsIsAlike()
+void ToolDiffTest::equalDocumentsInDifferentFormsHaveNoDifferences()
 {
     QFETCH(QString, first);
     QFETCH(QString, second);
@@ -90,7 +90,7 @@ void ToolDiffTest::theSameDocumentInAnyTwoFormsIsAlike()
     QCOMPARE(run.status, 0);
 }
 
-void ToolDiffTest::whatDiffersIsToldByPath_data()
+void ToolDiffTest::differencesAreListedByPath_data()
 {
     QTest::addColumn<QByteArray>("first");
     QTest::addColumn<QByteArray>("second");
@@ -139,9 +139,9 @@ void ToolDiffTest::whatDiffersIsToldByPath_data()
     row("moved to the end", listOf("abcd"), listOf("bcda"),
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=a]: moved from 1 to "
         "4\n");
-    row("the place stays, the neighbours do not", listOf("abcde"), listOf("decab"),
+    row("the position stays, the neighbors do not", listOf("abcde"), listOf("decab"),
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=c]: moved among its "
-        "neighbours\n"
+        "neighbors\n"
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=d]: moved from 4 to 1\n"
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=e]: moved from 5 to "
         "2\n");
@@ -159,7 +159,7 @@ void ToolDiffTest::whatDiffersIsToldByPath_data()
         "+ Component[4]: displayName \"z\"\n");
 }
 
-void ToolDiffTest::whatDiffersIsToldByPath()
+void ToolDiffTest::differencesAreListedByPath()
 {
     QFETCH(QByteArray, first);
     QFETCH(QByteArray, second);
@@ -169,7 +169,7 @@ void ToolDiffTest::whatDiffersIsToldByPath()
     QCOMPARE(diff(second, second), QString());
 }
 
-void ToolDiffTest::linesStandInTheOrderOfTheDocument()
+void ToolDiffTest::linesAreInDocumentOrder()
 {
     QCOMPARE(
         diff(listOf("adbz"), listOf("xabyc")),
@@ -178,7 +178,7 @@ void ToolDiffTest::linesStandInTheOrderOfTheDocument()
                      QLatin1String("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem")));
 }
 
-void ToolDiffTest::theExitStatusTellsIfAskedTo()
+void ToolDiffTest::exitCodeOptionReportsDifferences()
 {
     m_shop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
     m_shop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
@@ -189,7 +189,7 @@ void ToolDiffTest::theExitStatusTellsIfAskedTo()
     QCOMPARE(m_shop->run(line("diff --exit-code a.json a.json")).status, 0);
 }
 
-void ToolDiffTest::coloursAreForTerminals()
+void ToolDiffTest::colorsAreUsedOnTerminals()
 {
     m_shop->write(QStringLiteral("a.json"),
                   documentOf(R"("quantity": 1, "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
@@ -202,11 +202,11 @@ void ToolDiffTest::coloursAreForTerminals()
     QCOMPARE(m_shop->run(line("diff a.json b.json")).out, plain);
     QCOMPARE(m_shop->run(line("diff --color auto a.json b.json")).out, plain);
     QCOMPARE(m_shop->run(line("diff --color never a.json b.json")).out, plain);
-    const QString coloured = QStringLiteral("\x1B[33m~ quantity: 1 -> 2\x1B[m\n"
-                                            "\x1B[31m- BandwidthSelection[Name=a]\x1B[m\n"
-                                            "\x1B[32m+ BandwidthSelection[Name=b]\x1B[m\n"
-                                            "\x1B[36m> BandwidthSelection[Name=n]: moved from 3 to 1\x1B[m\n");
-    QCOMPARE(m_shop->run(line("diff --color always a.json b.json")).out, coloured);
+    const QString colored = QStringLiteral("\x1B[33m~ quantity: 1 -> 2\x1B[m\n"
+                                           "\x1B[31m- BandwidthSelection[Name=a]\x1B[m\n"
+                                           "\x1B[32m+ BandwidthSelection[Name=b]\x1B[m\n"
+                                           "\x1B[36m> BandwidthSelection[Name=n]: moved from 3 to 1\x1B[m\n");
+    QCOMPARE(m_shop->run(line("diff --color always a.json b.json")).out, colored);
 
     const auto onTerminal = [&](const char *environment, const char *kind) {
         Terminal terminal(
@@ -216,8 +216,8 @@ void ToolDiffTest::coloursAreForTerminals()
         terminal.readAll();
         return QString::fromUtf8(terminal.written()).remove(QLatin1Char('\r')); // a terminal's end of a line has one
     };
-    QCOMPARE(onTerminal("", "xterm"), coloured);
-    QCOMPARE(onTerminal("NO_COLOR=", "xterm"), coloured);
+    QCOMPARE(onTerminal("", "xterm"), colored);
+    QCOMPARE(onTerminal("NO_COLOR=", "xterm"), colored);
     QCOMPARE(onTerminal("NO_COLOR=1", "xterm"), plain);
     QCOMPARE(onTerminal("", "dumb"), plain);
 
@@ -225,7 +225,7 @@ void ToolDiffTest::coloursAreForTerminals()
     QCOMPARE(wrong.status, 2);
 }
 
-void ToolDiffTest::differencesAreJsonForMachines()
+void ToolDiffTest::jsonOptionWritesDifferencesAsJson()
 {
     m_shop->write(QStringLiteral("a.json"),
                   documentOf(R"("name": "\"\n", "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
@@ -240,7 +240,7 @@ void ToolDiffTest::differencesAreJsonForMachines()
     QCOMPARE(run.err, QString());
 }
 
-void ToolDiffTest::textsStayOnTheirLine()
+void ToolDiffTest::textsStayOnOneLine()
 {
     QCOMPARE(diff(R"("BandwidthSelection": [{"Name": "a\n]\u0007\"b"}])",
                   R"("BandwidthSelection": [{"Name": "a\n]\u0007\"b", "MaxBandwidth": 1}])"),
@@ -248,7 +248,7 @@ void ToolDiffTest::textsStayOnTheirLine()
                             "\n"));
 }
 
-void ToolDiffTest::whatCannotBeReadIsAnError()
+void ToolDiffTest::unreadableDocumentIsAnError()
 {
     m_shop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
     m_shop->write(QStringLiteral("b.json"), "{");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
-/// One member of a document, read and changed by its path.
+/// Reading and changing one member of a document by its path.
 class ToolGetSetTest : public QObject
 {
     Q_OBJECT
@@ -9,43 +9,43 @@ class ToolGetSetTest : public QObject
 private Q_SLOTS:
     void init();
 
-    void aPathLeadsToAMember_data();
-    void aPathLeadsToAMember();
-    void anEmptyTextIsNotAMissingOne();
-    void whatHoldsObjectsIsWrittenAsJson();
-    void aPathThatLeadsNowhereSaysWhy_data();
-    void aPathThatLeadsNowhereSaysWhy();
-    void whatHasNoValueIsNotWritten_data();
-    void whatHasNoValueIsNotWritten();
+    void pathSelectsAMember_data();
+    void pathSelectsAMember();
+    void emptyTextDiffersFromAMissingOne();
+    void objectsArePrintedAsJson();
+    void invalidPathIsReportedWithTheReason_data();
+    void invalidPathIsReportedWithTheReason();
+    void memberWithoutValuePrintsNothing_data();
+    void memberWithoutValuePrintsNothing();
 
     void valuesAreStored_data();
     void valuesAreStored();
-    void optionsMayStandBehindANegativeNumber();
-    void whatIsNoValueIsRefused_data();
-    void whatIsNoValueIsRefused();
-    void theFileKeepsItsForm_data();
-    void theFileKeepsItsForm();
-    void whatTellsAnItemApartCanBeChanged_data();
-    void whatTellsAnItemApartCanBeChanged();
-    void anItemIsGivenAnotherKindOfValue();
-    void aSnapshotThatCouldNotBeReadIsNotWritten();
-    void standardInputGoesToStandardOutput();
+    void optionsMayFollowANegativeNumber();
+    void invalidValueIsAnError_data();
+    void invalidValueIsAnError();
+    void fileKeepsItsForm_data();
+    void fileKeepsItsForm();
+    void identifyingMembersCanBeChanged_data();
+    void identifyingMembersCanBeChanged();
+    void kindOfValueCanBeChanged();
+    void unreadableSnapshotIsNotWritten();
+    void standardInputIsWrittenToStandardOutput();
     void membersCanBeUnset();
-    void newProblemsAreRefused();
-    void knownProblemsAreNot();
-    void whatXmlWouldLoseIsToldFirst();
+    void newProblemsPreventTheChange();
+    void knownProblemsDoNotPreventTheChange();
+    void lossOfXmlContentPreventsTheChange();
     void newProblemsBeyondTheFirstHundredAreCounted();
-    void whatXmlWouldLoseBeyondTheFirstHundredIsCounted();
-    void whatAFormDoesNotHoldExactlyIsTold();
-    void aFileThatDoesNotChangeIsNotWritten();
-    void aFileStaysIfItCannotBeWritten();
-    void theArgumentsHaveToFit_data();
-    void theArgumentsHaveToFit();
+    void lostXmlContentBeyondTheFirstHundredIsCounted();
+    void inexactlyStoredValueIsReported();
+    void unchangedFileIsNotWritten();
+    void failedWritingKeepsTheFile();
+    void wrongArgumentsAreWrongUsage_data();
+    void wrongArgumentsAreWrongUsage();
 
 private:
-    /// The status, and what get writes or complains.
+    /// The status, and the output or error of get.
     QString get(const QString &path);
-    /// What is different after a change, or the complaint.
+    /// The status, the output or error of set, and the differences after it.
     QString set(const QStringList &arguments);
 
     std::unique_ptr<Workshop> m_shop;
@@ -99,7 +99,7 @@ QString ToolGetSetTest::set(const QStringList &arguments)
     return QStringLiteral("%1 ").arg(run.status) + run.out + run.err + diff.out + diff.err;
 }
 
-void ToolGetSetTest::aPathLeadsToAMember_data()
+void ToolGetSetTest::pathSelectsAMember_data()
 {
     const auto row = columnsOfTexts("path", "value");
     row("name", "  two\n lines\n");
@@ -130,21 +130,21 @@ void ToolGetSetTest::aPathLeadsToAMember_data()
     row("Component[2]/Node[1]/ValueItem[id=\"\"]/value", "-9223372036854775808\n");
 }
 
-void ToolGetSetTest::aPathLeadsToAMember()
+void ToolGetSetTest::pathSelectsAMember()
 {
     QFETCH(QString, path);
     QFETCH(QString, value);
     QCOMPARE(get(path), QStringLiteral("0 ") + value);
 }
 
-void ToolGetSetTest::anEmptyTextIsNotAMissingOne()
+void ToolGetSetTest::emptyTextDiffersFromAMissingOne()
 {
     m_shop->write(QStringLiteral("f.json"), R"({"TunerProperties": {"Version": "1.1", "Component": [
         {"type": "a", "name": null}, {"type": "b", "name": ""}, {"type": "c"}]}})");
     QCOMPARE(get(QStringLiteral("Component[name=\"\"]/type")), QStringLiteral("0 b\n"));
 }
 
-void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
+void ToolGetSetTest::objectsArePrintedAsJson()
 {
     QCOMPARE(get(QStringLiteral("StartupModes")),
              QStringLiteral("0 {\"StartupMode\": [\"Scan\", \"DF\", null, 99]}\n"));
@@ -156,49 +156,49 @@ void ToolGetSetTest::whatHoldsObjectsIsWrittenAsJson()
              QStringLiteral("0 {\"id\": \"gain\", \"value\": 0.1}\n"));
 }
 
-void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy_data()
+void ToolGetSetTest::invalidPathIsReportedWithTheReason_data()
 {
     const auto row = columnsOfTexts("path", "why");
-    row("", "the name of a member is missing at character 1 of the path");
-    row("/name", "the name of a member is missing at character 1 of the path");
-    row("StartupModes/", "the name of a member is missing at character 14 of the path");
-    row("Component[1", "']' is missing at character 12 of the path");
-    row("Component[0]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
-    row("Component[Pre]", "a place, counted from 1, or MEMBER=TEXT is missing at character 11 of the path");
-    row("Component[1][2]", "a second place stands at character 15 of the path");
-    row("Component[name=Pre,Filter]", "'=' is missing at character 26 of the path");
-    row("Component[name=\"Pre]", "'\"' is missing at character 21 of the path");
-    row("Component[name=\"\\x\"]", "none of \\\" \\\\ \\n \\r \\t \\u0000 at character 19 of the path");
-    row("Component[1]x", "'/' or '[' is missing at character 13 of the path");
-    row("quantiy", "quantiy: 'quantiy' is no member of TunerProperties; did you mean 'quantity'?");
+    row("", "expected a member name at character 1 of the path");
+    row("/name", "expected a member name at character 1 of the path");
+    row("StartupModes/", "expected a member name at character 14 of the path");
+    row("Component[1", "expected ']' at character 12 of the path");
+    row("Component[0]", "expected a position (counted from 1) or MEMBER=TEXT at character 11 of the path");
+    row("Component[Pre]", "expected a position (counted from 1) or MEMBER=TEXT at character 11 of the path");
+    row("Component[1][2]", "unexpected second position at character 15 of the path");
+    row("Component[name=Pre,Filter]", "expected '=' at character 26 of the path");
+    row("Component[name=\"Pre]", "expected '\"' at character 21 of the path");
+    row("Component[name=\"\\x\"]", "expected \\\" \\\\ \\n \\r \\t or \\u0000 at character 19 of the path");
+    row("Component[1]x", "expected '/' or '[' at character 13 of the path");
+    row("quantiy", "quantiy: unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?");
     row("Component[1]/Nodes",
-        "Component[type=Filter,name=Pre]/Nodes: 'Nodes' is no member of Component; did you mean "
+        "Component[type=Filter,name=Pre]/Nodes: unknown member 'Nodes' of Component; did you mean "
         "'Node'?");
-    row("quantity/value", "quantity: is a value, and has no members");
-    row("quantity[1]", "quantity[1]: 'quantity' is no list of objects");
-    row("Component[4]/name", "Component[4]: there are only 3 of them");
+    row("quantity/value", "quantity: is a value and has no members");
+    row("quantity[1]", "quantity[1]: 'quantity' is not a list of objects");
+    row("Component[4]/name", "Component[4]: position 4 is out of range; only 3 match");
     row("Component/name",
-        "Component: 3 of them fit; tell which one: Component[type=Filter,name=Pre], "
+        "Component: 3 items match; choose one: Component[type=Filter,name=Pre], "
         "Component[type=Filter,name=Post], Component[type=Mixer,name=Pre]");
     row("Component[name=Pre]/type",
-        "Component[name=Pre]: 2 of them fit; tell which one: "
+        "Component[name=Pre]: 2 items match; choose one: "
         "Component[type=Filter,name=Pre], Component[type=Mixer,name=Pre]");
     row("Component[name=pre]/type",
         "Component[name=pre]: there is no such Component; there are "
         "Component[type=Filter,name=Pre], Component[type=Filter,name=Post], "
         "Component[type=Mixer,name=Pre]");
     row("Component[optional=true]/type",
-        "Component[optional=true]: 'optional' identifies no Component; what does is "
+        "Component[optional=true]: 'optional' does not identify a Component; use "
         "type or name");
     row("Component[1]/Node[1]/ValueItem[1]/ValueInt/value",
         "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/ValueInt: the item holds a "
         "ValueNumericInt");
     row("Component[1]/Node[1]/ValueItem[1]/valu",
-        "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/valu: 'valu' is no member of "
+        "Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem[id=gain][1]/valu: unknown member 'valu' of "
         "ValueNumericInt; did you mean 'value'?");
 }
 
-void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy()
+void ToolGetSetTest::invalidPathIsReportedWithTheReason()
 {
     QFETCH(QString, path);
     QFETCH(QString, why);
@@ -207,16 +207,16 @@ void ToolGetSetTest::aPathThatLeadsNowhereSaysWhy()
              QStringLiteral("1 tunerproperties: f.json: ") + why + QLatin1Char('\n'));
 }
 
-void ToolGetSetTest::whatHasNoValueIsNotWritten_data()
+void ToolGetSetTest::memberWithoutValuePrintsNothing_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("why");
     QTest::newRow("not set") << QStringLiteral("HRPANSupported") << QStringLiteral("is not set");
     QTest::newRow("not set, with a value") << QStringLiteral("parentBaseResource") << QStringLiteral("is not set");
-    QTest::newRow("null") << QStringLiteral("connectableResources") << QStringLiteral("is set, but to no value");
+    QTest::newRow("null") << QStringLiteral("connectableResources") << QStringLiteral("is set, but has no value");
 }
 
-void ToolGetSetTest::whatHasNoValueIsNotWritten()
+void ToolGetSetTest::memberWithoutValuePrintsNothing()
 {
     QFETCH(QString, path);
     QFETCH(QString, why);
@@ -281,13 +281,13 @@ void ToolGetSetTest::valuesAreStored()
     QCOMPARE(set(arguments), QStringLiteral("0 ") + change);
 }
 
-void ToolGetSetTest::optionsMayStandBehindANegativeNumber()
+void ToolGetSetTest::optionsMayFollowANegativeNumber()
 {
     QCOMPARE(set(line("f.json quantity -5 --no-validate")), QStringLiteral("0 ~ quantity: -2 -> -5\n"));
     QCOMPARE(set(line("--from=json f.json quantity -6 --no-validate")), QStringLiteral("0 ~ quantity: -5 -> -6\n"));
 }
 
-void ToolGetSetTest::whatIsNoValueIsRefused_data()
+void ToolGetSetTest::invalidValueIsAnError_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("value");
@@ -297,28 +297,27 @@ void ToolGetSetTest::whatIsNoValueIsRefused_data()
             << QString::fromUtf8(path) << QString::fromUtf8(value) << QString::fromUtf8(why);
     };
     for (const char *value : {"", "abc", "1.0", "1e3", "0x10", " 1", "1 ", "+1", "\u0661"})
-        row("quantity", value, qPrintable(QStringLiteral("'%1' is no whole number").arg(QString::fromUtf8(value))));
-    row("quantity", "2147483648", "'2147483648' is out of range; it goes from -2147483648 to 2147483647");
-    row("quantity", "-2147483649", "'-2147483649' is out of range; it goes from -2147483648 to 2147483647");
-    row("MaxFFPDelay", "-1", "'-1' is out of range; it goes from 0 to 18446744073709551615");
+        row("quantity", value, qPrintable(QStringLiteral("'%1' is not a whole number").arg(QString::fromUtf8(value))));
+    row("quantity", "2147483648", "'2147483648' is out of range; expected -2147483648 to 2147483647");
+    row("quantity", "-2147483649", "'-2147483649' is out of range; expected -2147483648 to 2147483647");
+    row("MaxFFPDelay", "-1", "'-1' is out of range; expected 0 to 18446744073709551615");
     row("hwProcessing", "yes", "'yes' is neither true nor false");
     row("hwProcessing", "TRUE", "'TRUE' is neither true nor false");
-    row("type", "receiver",
-        "'receiver' is no type; did you mean 'Receiver'? (MCP, SCP, FFP, Receiver or DirectionFinder)");
-    row("type", "3", "'3' is no type (MCP, SCP, FFP, Receiver or DirectionFinder)");
+    row("type", "receiver", "unknown type 'receiver'; did you mean 'Receiver'?");
+    row("type", "3", "unknown type '3'; expected MCP, SCP, FFP, Receiver or DirectionFinder");
     row("StartupModes/StartupMode", "Scan,,DF",
-        "'' is no StartupMode (Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop)");
-    row("BandwidthSelection[1]/MaxBandwidth", ".5", "'.5' is no number");
+        "unknown StartupMode ''; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop");
+    row("BandwidthSelection[1]/MaxBandwidth", ".5", "'.5' is not a number");
     row("BandwidthSelection[1]/MaxBandwidth", "1e400",
-        "'1e400' is out of range; it goes from -1.7976931348623157e+308 to 1.7976931348623157e+308");
+        "'1e400' is out of range; expected -1.7976931348623157e+308 to 1.7976931348623157e+308");
     row("Component[1]/Node[1]/ValueItem[2]/value", "1e39",
-        "'1e39' is out of range; it goes from -3.4028235e+38 to 3.4028235e+38");
-    row("StartupModes", "Scan", "is no value; name a member of it");
-    row("Component", "x", "is no value; name a member of it");
-    row("Component[1]", "x", "is no value; name a member of it");
+        "'1e39' is out of range; expected -3.4028235e+38 to 3.4028235e+38");
+    row("StartupModes", "Scan", "holds objects and no value; add the name of a member to the path");
+    row("Component", "x", "holds objects and no value; add the name of a member to the path");
+    row("Component[1]", "x", "holds objects and no value; add the name of a member to the path");
 }
 
-void ToolGetSetTest::whatIsNoValueIsRefused()
+void ToolGetSetTest::invalidValueIsAnError()
 {
     QFETCH(QString, path);
     QFETCH(QString, value);
@@ -328,14 +327,14 @@ void ToolGetSetTest::whatIsNoValueIsRefused()
     QVERIFY2(message.endsWith(QStringLiteral(": ") + why + QLatin1Char('\n')), qPrintable(message));
 }
 
-void ToolGetSetTest::theFileKeepsItsForm_data()
+void ToolGetSetTest::fileKeepsItsForm_data()
 {
     QTest::addColumn<QString>("file");
     for (const char *file : {"f.xml", "f.tpb", "f.tpz", "f.tps", "f.json"})
         QTest::newRow(file) << QString::fromUtf8(file);
 }
 
-void ToolGetSetTest::theFileKeepsItsForm()
+void ToolGetSetTest::fileKeepsItsForm()
 {
     QFETCH(QString, file);
     m_shop->write(QStringLiteral("small.xml"), smallXml);
@@ -350,12 +349,12 @@ void ToolGetSetTest::theFileKeepsItsForm()
     QCOMPARE(m_shop->read(file), m_shop->read(QStringLiteral("c-") + file));
 }
 
-void ToolGetSetTest::whatTellsAnItemApartCanBeChanged_data()
+void ToolGetSetTest::identifyingMembersCanBeChanged_data()
 {
-    theFileKeepsItsForm_data();
+    fileKeepsItsForm_data();
 }
 
-void ToolGetSetTest::whatTellsAnItemApartCanBeChanged()
+void ToolGetSetTest::identifyingMembersCanBeChanged()
 {
     QFETCH(QString, file);
     m_shop->write(QStringLiteral("small.xml"), smallXml);
@@ -372,7 +371,7 @@ void ToolGetSetTest::whatTellsAnItemApartCanBeChanged()
     QCOMPARE(run.out + run.err, QStringLiteral("m\n"));
 }
 
-void ToolGetSetTest::anItemIsGivenAnotherKindOfValue()
+void ToolGetSetTest::kindOfValueCanBeChanged()
 {
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     QCOMPARE(m_shop->run(line("convert small.xml small.tps")).status, 0);
@@ -392,8 +391,8 @@ void ToolGetSetTest::anItemIsGivenAnotherKindOfValue()
     QCOMPARE(m_shop->run({QStringLiteral("get"), file, item + QStringLiteral("value")}).out, QStringLiteral("0.5\n"));
 }
 
-// A snapshot of what is chosen, but not set, lacks what its reader reads.
-void ToolGetSetTest::aSnapshotThatCouldNotBeReadIsNotWritten()
+// A snapshot omits the chosen value if it is not set, but its reader expects it.
+void ToolGetSetTest::unreadableSnapshotIsNotWritten()
 {
     const QByteArray half = R"({"TunerProperties": {"Version": "1.1", "Component": [{"Node": [
         {"ValueItem": [{"ChoiceValueItem": "ValueInt"}]}]}]}})";
@@ -401,14 +400,14 @@ void ToolGetSetTest::aSnapshotThatCouldNotBeReadIsNotWritten()
     m_shop->write(QStringLiteral("half.tps"), "as it was");
     const Run run = m_shop->run(line("convert --no-validate half.json half.tps"));
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: half.tps: as a snapshot this document would not be read again as it is; "
-                            "'validate' tells what is missing in it\n"));
+             QStringLiteral("tunerproperties: half.tps: cannot write a snapshot that reads back unchanged; 'validate' "
+                            "reports what is missing\n"));
     QCOMPARE(run.status, 3);
     QCOMPARE(m_shop->read(QStringLiteral("half.tps")), QByteArray("as it was"));
     QCOMPARE(m_shop->run(line("convert --no-validate half.json half.xml")).status, 0);
 }
 
-void ToolGetSetTest::standardInputGoesToStandardOutput()
+void ToolGetSetTest::standardInputIsWrittenToStandardOutput()
 {
     const Run run = m_shop->run(line("set - Component/Node/ValueItem/value 9"), smallXml);
     QCOMPARE(run.bytes, QByteArray(smallXml).replace("value=\"7\"", "value=\"9\""));
@@ -428,11 +427,11 @@ void ToolGetSetTest::membersCanBeUnset()
              QStringLiteral("0 - BandwidthSelection[Name=\"a,b]=\\\"c\\\"\"]: MaxBandwidth 0.1\n"));
     QCOMPARE(
         set(line("--unset f.json Component[1]")),
-        QStringLiteral("1 tunerproperties: f.json: Component[type=Filter,name=Pre]: is an item of a list; only the "
-                       "whole list can be unset\n"));
+        QStringLiteral("1 tunerproperties: f.json: Component[type=Filter,name=Pre]: cannot unset an item of a list; "
+                       "unset the whole list\n"));
 }
 
-void ToolGetSetTest::newProblemsAreRefused()
+void ToolGetSetTest::newProblemsPreventTheChange()
 {
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     const Run run = m_shop->run(line("set --unset small.xml Component/type"));
@@ -455,9 +454,9 @@ void ToolGetSetTest::newProblemsAreRefused()
     QCOMPARE(choice.status, 1);
 }
 
-void ToolGetSetTest::knownProblemsAreNot()
+void ToolGetSetTest::knownProblemsDoNotPreventTheChange()
 {
-    // Also if they are told by another name afterwards.
+    // Even if their path changes.
     m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"id\": \"n\",", ""));
     QCOMPARE(set(line("f.json Component[3]/name Other")).left(2), QStringLiteral("0 "));
 
@@ -466,7 +465,7 @@ void ToolGetSetTest::knownProblemsAreNot()
     QCOMPARE(set(line("f.json type MCP")), QStringLiteral("0 ~ type: (not set) -> \"MCP\"\n"));
 }
 
-void ToolGetSetTest::whatXmlWouldLoseIsToldFirst()
+void ToolGetSetTest::lossOfXmlContentPreventsTheChange()
 {
     const QByteArray xml = QByteArray(smallXml).replace("</TunerProperties>", "  <Extra/>\n</TunerProperties>");
     m_shop->write(QStringLiteral("small.xml"), xml);
@@ -496,13 +495,13 @@ void ToolGetSetTest::newProblemsBeyondTheFirstHundredAreCounted()
     QCOMPARE(lines[1],
              QStringLiteral("tunerproperties: many.json: Component \"c\": Node \"n\": ValueItem 1: ValueSelection "
                             "\"s\": SelectionItem 1: SelectionItem: Please set name properly."));
-    QCOMPARE(lines[100], QStringLiteral("tunerproperties: many.json: 303 problems, of which the first 100 are listed"));
+    QCOMPARE(lines[100], QStringLiteral("tunerproperties: many.json: 303 problems; only the first 100 are listed"));
     QCOMPARE(run.status, 1);
 }
 
-void ToolGetSetTest::whatXmlWouldLoseBeyondTheFirstHundredIsCounted()
+void ToolGetSetTest::lostXmlContentBeyondTheFirstHundredIsCounted()
 {
-    // Besides, the document has problems that it keeps, which do not count.
+    // The document also has problems before the change, which do not count.
     const QByteArray xml =
         QByteArray(smallXml)
             .replace("type=\"t\" ", "")
@@ -514,43 +513,48 @@ void ToolGetSetTest::whatXmlWouldLoseBeyondTheFirstHundredIsCounted()
     QCOMPARE(
         lines[99],
         QStringLiteral("tunerproperties: small.xml: line 109, column 1: Unknown Tag 'Extra' in 'TunerProperties'."));
-    QCOMPARE(lines[100], QStringLiteral("tunerproperties: small.xml: 101 problems, of which the first 100 are listed"));
+    QCOMPARE(lines[100], QStringLiteral("tunerproperties: small.xml: 101 problems; only the first 100 are listed"));
     QCOMPARE(run.status, 1);
     QCOMPARE(m_shop->read(QStringLiteral("small.xml")), xml);
 
-    // Exactly as many as are listed need no last line.
+    // There is no last line if all problems are listed.
     m_shop->write(QStringLiteral("small.xml"),
                   QByteArray(smallXml).replace("</TunerProperties>",
                                                QByteArray("<Extra/>\n").repeated(100) + "</TunerProperties>"));
     QCOMPARE(m_shop->run(line("set small.xml quantity 3")).err.count(QLatin1Char('\n')), 100);
 }
 
-void ToolGetSetTest::whatAFormDoesNotHoldExactlyIsTold()
+void ToolGetSetTest::inexactlyStoredValueIsReported()
 {
     m_shop->write(QStringLiteral("small.xml"), QByteArray(smallXml).replace("ValueInt", "ValueFloat"));
     const QString value = QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueFloat/value");
     const Run rounded =
         m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("0.126")});
     QCOMPARE(rounded.err,
-             QStringLiteral("tunerproperties: small.xml: %1: is read from this form as 0.13\n").arg(value));
+             QStringLiteral(
+                 "tunerproperties: small.xml: %1: this form cannot store the value exactly; it reads back as 0.13\n")
+                 .arg(value));
     QCOMPARE(rounded.status, 0);
     QCOMPARE(m_shop->run({QStringLiteral("get"), QStringLiteral("small.xml"), value}).out, QStringLiteral("0.13\n"));
     QCOMPARE(m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("-0.1")}).err,
              QString());
 
     const Run large = m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775808"));
-    QCOMPARE(large.err, QStringLiteral("tunerproperties: small.xml: MaxFFPDelay: is read from this form as 0\n"));
+    QCOMPARE(
+        large.err,
+        QStringLiteral(
+            "tunerproperties: small.xml: MaxFFPDelay: this form cannot store the value exactly; it reads back as 0\n"));
     QCOMPARE(m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
 }
 
-void ToolGetSetTest::aFileThatDoesNotChangeIsNotWritten()
+void ToolGetSetTest::unchangedFileIsNotWritten()
 {
-    // Not even its layout, which would be another one.
+    // Its layout would change otherwise.
     QCOMPARE(m_shop->run(line("set f.json quantity -2")).status, 0);
     QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
 }
 
-void ToolGetSetTest::aFileStaysIfItCannotBeWritten()
+void ToolGetSetTest::failedWritingKeepsTheFile()
 {
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     const Run run = m_shop->run(
@@ -561,18 +565,17 @@ void ToolGetSetTest::aFileStaysIfItCannotBeWritten()
     QCOMPARE(m_shop->files(), QStringList({QStringLiteral("f.json"), QStringLiteral("small.xml")}));
 }
 
-void ToolGetSetTest::theArgumentsHaveToFit_data()
+void ToolGetSetTest::wrongArgumentsAreWrongUsage_data()
 {
     const auto row = columnsOfTexts("arguments", "why");
-    row("set f.json", "the arguments of 'set' are FILE PATH VALUE or --unset FILE PATH");
-    row("set f.json quantity", "the value is missing");
-    row("set --unset f.json quantity 3", "--unset takes a path and no value");
-    row("get f.json", "the arguments of 'get' are FILE PATH");
-    row("set f.json name -x",
-        "unknown option '-x' of 'set'; for a file of that name, write './-x' or put '--' before it");
+    row("set f.json", "'set' expects FILE PATH VALUE or --unset FILE PATH");
+    row("set f.json quantity", "'set' requires a value; use --unset to remove the value");
+    row("set --unset f.json quantity 3", "'set --unset' takes no value");
+    row("get f.json", "'get' expects FILE PATH");
+    row("set f.json name -x", "unknown option '-x'; for a file of that name, write './-x' or put '--' before it");
 }
 
-void ToolGetSetTest::theArgumentsHaveToFit()
+void ToolGetSetTest::wrongArgumentsAreWrongUsage()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, why);

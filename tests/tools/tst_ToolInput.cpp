@@ -3,7 +3,7 @@
 
 #include <sys/stat.h>
 
-/// What the tool takes for a document, and what it says about files that are none.
+/// Recognition of documents, and errors for files that are not documents.
 class ToolInputTest : public QObject
 {
     Q_OBJECT
@@ -12,35 +12,35 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void everyFormIsRecognised_data();
-    void everyFormIsRecognised();
-    void contentCountsBeforeTheName_data();
-    void contentCountsBeforeTheName();
-    void aSnapshotIsToldByItsNameOrByFrom();
-    void fromOverrulesTheContent();
-    void xmlIsRecognisedInEveryEncoding_data();
-    void xmlIsRecognisedInEveryEncoding();
+    void everyFormIsRecognized_data();
+    void everyFormIsRecognized();
+    void contentOverridesTheName_data();
+    void contentOverridesTheName();
+    void snapshotIsRecognizedByItsNameOrByFrom();
+    void fromOverridesTheContent();
+    void xmlIsRecognizedInEveryEncoding_data();
+    void xmlIsRecognizedInEveryEncoding();
     void pipesAreRead();
-    void standardInputIsReadFromWhereItStands();
-    void aPipeWithANameIsRead();
+    void standardInputIsReadFromItsPosition();
+    void namedPipeIsRead();
 
-    void filesThatCannotBeRead_data();
-    void filesThatCannotBeRead();
-    void everyCommandTellsThem_data();
-    void everyCommandTellsThem();
-    void documentsThatAreNone_data();
-    void documentsThatAreNone();
-    void standardInputIsNamedByADash_data();
-    void standardInputIsNamedByADash();
-    void filesOfMoreThanAGigabyteAreRefusedUnread_data();
-    void filesOfMoreThanAGigabyteAreRefusedUnread();
+    void unreadableFileIsAnError_data();
+    void unreadableFileIsAnError();
+    void everyCommandReportsUnreadableFiles_data();
+    void everyCommandReportsUnreadableFiles();
+    void filesThatAreNotDocumentsAreErrors_data();
+    void filesThatAreNotDocumentsAreErrors();
+    void messagesNameStandardInputByADash_data();
+    void messagesNameStandardInputByADash();
+    void filesOfMoreThanAGigabyteAreErrorsBeforeReading_data();
+    void filesOfMoreThanAGigabyteAreErrorsBeforeReading();
     void aPipeAmongSeveralFilesIsNotOpened();
     void devicesAmongSeveralFilesAreNotOpened();
-    void specialFilesAreReadIfTheyAreAllowed();
+    void specialFilesOptionReadsPipesAndDevices();
     void aPipeInTheFolderOfOutputsIsNotOpened();
     void twoPipesCanBeCompared();
-    void closedStreamsAreNotTakenForFiles_data();
-    void closedStreamsAreNotTakenForFiles();
+    void closedStreamsAreNotUsedAsFiles_data();
+    void closedStreamsAreNotUsedAsFiles();
 
 private:
     std::unique_ptr<Workshop> m_shop;
@@ -71,7 +71,7 @@ void ToolInputTest::cleanup()
     m_shop.reset();
 }
 
-void ToolInputTest::everyFormIsRecognised_data()
+void ToolInputTest::everyFormIsRecognized_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -88,7 +88,7 @@ void ToolInputTest::everyFormIsRecognised_data()
     row("compressed", compressed());
 }
 
-void ToolInputTest::everyFormIsRecognised()
+void ToolInputTest::everyFormIsRecognized()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -99,36 +99,36 @@ void ToolInputTest::everyFormIsRecognised()
     QCOMPARE(run.status, 0);
 }
 
-void ToolInputTest::contentCountsBeforeTheName_data()
+void ToolInputTest::contentOverridesTheName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("XML called a snapshot") << QStringLiteral("a.tps") << QByteArray(smallXml);
-    QTest::newRow("XML behind blank lines") << QStringLiteral("a.tpb") << " \r\n\t" + QByteArray(smallXml).mid(39);
+    QTest::newRow("XML after blank lines") << QStringLiteral("a.tpb") << " \r\n\t" + QByteArray(smallXml).mid(39);
     QTest::newRow("tagged called XML") << QStringLiteral("a.xml") << tagged;
     QTest::newRow("tagged called compressed") << QStringLiteral("a.tpz") << tagged;
     QTest::newRow("compressed called a snapshot") << QStringLiteral("a.tps") << compressed();
 }
 
-void ToolInputTest::contentCountsBeforeTheName()
+void ToolInputTest::contentOverridesTheName()
 {
-    everyFormIsRecognised();
+    everyFormIsRecognized();
 }
 
-void ToolInputTest::aSnapshotIsToldByItsNameOrByFrom()
+void ToolInputTest::snapshotIsRecognizedByItsNameOrByFrom()
 {
     m_shop->write(QStringLiteral("doc"), snapshot);
     const Run unknown = m_shop->run(line("convert doc -"));
     QCOMPARE(unknown.err,
              QStringLiteral(
-                 "tunerproperties: doc: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read "
-                 "with --from snapshot\n"));
+                 "tunerproperties: doc: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix "
+                 ".tps or --from snapshot\n"));
     QCOMPARE(unknown.status, 3);
     QCOMPARE(m_shop->run(line("convert doc - --from snapshot")).bytes, QByteArray(smallXml));
     QCOMPARE(m_shop->run(line("convert - - --from snapshot"), snapshot).bytes, QByteArray(smallXml));
 }
 
-void ToolInputTest::fromOverrulesTheContent()
+void ToolInputTest::fromOverridesTheContent()
 {
     m_shop->write(QStringLiteral("a.xml"), smallXml);
     m_shop->write(QStringLiteral("a.tpb"), tagged);
@@ -137,12 +137,12 @@ void ToolInputTest::fromOverrulesTheContent()
         complaint("validate a.xml --from tagged"),
         QStringLiteral("tunerproperties: a.xml: the leading word is 0x3C3F786D, not 0xC10CBB5F (TunerProperties)\n"));
     QCOMPARE(complaint("validate a.xml --from snapshot"),
-             QStringLiteral("tunerproperties: a.xml: the snapshot ends early, or is none\n"));
+             QStringLiteral("tunerproperties: a.xml: the snapshot is truncated, or the file is not a snapshot\n"));
     QCOMPARE(complaint("validate a.tpb --from xml"),
              QStringLiteral("tunerproperties: a.tpb:1:1: Encountered incorrectly encoded content.\n"));
 }
 
-void ToolInputTest::xmlIsRecognisedInEveryEncoding_data()
+void ToolInputTest::xmlIsRecognizedInEveryEncoding_data()
 {
     QTest::addColumn<QByteArray>("content");
     const QString text = QStringLiteral("<TunerProperties Version=\"1.1\" name=\"\u00dc\"/>");
@@ -159,10 +159,10 @@ void ToolInputTest::xmlIsRecognisedInEveryEncoding_data()
     QTest::newRow("UTF-16, big-endian") << utf16(true);
     QTest::newRow("UTF-16, little-endian") << utf16(false);
     QTest::newRow("ISO 8859-1") << "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + text.toLatin1();
-    QTest::newRow("behind a comment") << "<!-- x -->" + text.toUtf8();
+    QTest::newRow("after a comment") << "<!-- x -->" + text.toUtf8();
 }
 
-void ToolInputTest::xmlIsRecognisedInEveryEncoding()
+void ToolInputTest::xmlIsRecognizedInEveryEncoding()
 {
     QFETCH(QByteArray, content);
     const Run run = m_shop->run(line("show -"), content);
@@ -180,7 +180,7 @@ void ToolInputTest::pipesAreRead()
     QCOMPARE(run.bytes, QByteArray(smallXml));
 }
 
-void ToolInputTest::standardInputIsReadFromWhereItStands()
+void ToolInputTest::standardInputIsReadFromItsPosition()
 {
     m_shop->write(QStringLiteral("doc"), "first line\n" + QByteArray(smallXml));
     const Run run = m_shop->shell(QStringLiteral("{ read line; echo \"$line\"; \"$tool\" convert - -; } < doc"));
@@ -188,7 +188,7 @@ void ToolInputTest::standardInputIsReadFromWhereItStands()
     QCOMPARE(run.bytes, "first line\n" + QByteArray(smallXml));
 }
 
-void ToolInputTest::aPipeWithANameIsRead()
+void ToolInputTest::namedPipeIsRead()
 {
     m_shop->write(QStringLiteral("doc.xml"), smallXml);
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
@@ -197,7 +197,7 @@ void ToolInputTest::aPipeWithANameIsRead()
     QCOMPARE(run.bytes, QByteArray(smallXml));
 }
 
-void ToolInputTest::filesThatCannotBeRead_data()
+void ToolInputTest::unreadableFileIsAnError_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("why");
@@ -206,12 +206,12 @@ void ToolInputTest::filesThatCannotBeRead_data()
     QTest::newRow("in a missing folder") << QStringLiteral("no/a.tps")
                                          << QStringLiteral("cannot open: No such file or directory");
     QTest::newRow("a folder") << QStringLiteral(".") << QStringLiteral("cannot open: Is a directory");
-    // Can be opened by everybody, the superuser included, and read by nobody where it begins.
+    // Everybody can open it, including the superuser, but nobody can read its beginning.
     QTest::newRow("unreadable") << QStringLiteral("/proc/self/mem")
                                 << QStringLiteral("cannot read: Input/output error");
 }
 
-void ToolInputTest::filesThatCannotBeRead()
+void ToolInputTest::unreadableFileIsAnError()
 {
     QFETCH(QString, name);
     QFETCH(QString, why);
@@ -226,7 +226,7 @@ void ToolInputTest::filesThatCannotBeRead()
     QCOMPARE(m_shop->files(), QStringList());
 }
 
-void ToolInputTest::everyCommandTellsThem_data()
+void ToolInputTest::everyCommandReportsUnreadableFiles_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("show") << line("show cut.xml");
@@ -235,7 +235,7 @@ void ToolInputTest::everyCommandTellsThem_data()
     QTest::newRow("convert without validating") << line("convert cut.xml out.xml --no-validate");
 }
 
-void ToolInputTest::everyCommandTellsThem()
+void ToolInputTest::everyCommandReportsUnreadableFiles()
 {
     QFETCH(QStringList, arguments);
     m_shop->write(QStringLiteral("cut.xml"), "<TunerProperties Version=\"1.1\">\n  <Component>\n");
@@ -246,7 +246,7 @@ void ToolInputTest::everyCommandTellsThem()
     QCOMPARE(m_shop->files(), QStringList(QStringLiteral("cut.xml")));
 }
 
-void ToolInputTest::documentsThatAreNone_data()
+void ToolInputTest::filesThatAreNotDocumentsAreErrors_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -255,7 +255,7 @@ void ToolInputTest::documentsThatAreNone_data()
         QTest::newRow(what) << QString::fromUtf8(name) << content << QString::fromUtf8(error);
     };
     const char *const noForm =
-        "a: neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot";
+        "a: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot";
     row("an empty file", "a", "", noForm);
     row("some text", "a", "TunerProperties", noForm);
     row("empty XML", "a.xml", "", "a.xml:1:1: Premature end of document.");
@@ -263,20 +263,18 @@ void ToolInputTest::documentsThatAreNone_data()
         "a.tpb: the leading word and the length take 8 bytes, but only 0 are there");
     row("an empty compressed form", "a.tpz", "",
         "a.tpz: the leading word and the length take 8 bytes, but only 0 are there");
-    row("an empty snapshot", "a.tps", "", "a.tps: the snapshot ends early, or is none");
+    row("an empty snapshot", "a.tps", "", "a.tps: the snapshot is truncated, or the file is not a snapshot");
     row("not well formed", "a.xml",
         "<TunerProperties Version=\"1.1\">\n  <Component>\n  </Componend>\n</TunerProperties>\n",
         "a.xml:3:14: Opening and ending tag mismatch.");
     row("another root element", "a.xml", "<!-- x -->\n<Component/>",
         "a.xml:2:12: the root element is 'Component', not 'TunerProperties'");
-    row("something behind the document", "a.xml", "<TunerProperties/>\n<x/>",
-        "a.xml:2:4: Extra content at end of document.");
+    row("data after the document", "a.xml", "<TunerProperties/>\n<x/>", "a.xml:2:4: Extra content at end of document.");
     row("another object's record", "a.tpb", QByteArray::fromHex("0ADD1857 00000000"),
         "a.tpb: the leading word is 0x0ADD1857, not 0xC10CBB5F (TunerProperties)");
     row("a record that is cut off", "a.tpb", tagged.left(100),
         "a.tpb: the record's length is 179, but 92 bytes follow");
-    row("something behind the record", "a.tpb", tagged + "x",
-        "a.tpb: the record's length is 179, but 180 bytes follow");
+    row("data after the record", "a.tpb", tagged + "x", "a.tpb: the record's length is 179, but 180 bytes follow");
     row("lengths that do not add up", "a.tpb", QByteArray::fromHex("C10CBB5F 0000000E E0CFAE8E 00000007 00000002 6262"),
         "a.tpb: TunerProperties::SetBinary(...): Length error occurred during processing of binary representation");
     row("a compressed form that is cut off", "a.tpz", compressed().left(6),
@@ -284,12 +282,12 @@ void ToolInputTest::documentsThatAreNone_data()
     row("a compressed form that is damaged", "a.tpz", compressed().replace(compressed().size() - 1, 1, "\xAA"),
         "a.tpz: the compressed bytes are damaged");
     row("a snapshot that is cut off", "a.tps", snapshot.left(snapshot.size() - 1),
-        "a.tps: the snapshot ends early, or is none");
-    row("something behind the snapshot", "a.tps", snapshot + "x",
-        "a.tps: the snapshot ends after 70 of 71 bytes, or is none");
+        "a.tps: the snapshot is truncated, or the file is not a snapshot");
+    row("data after the snapshot", "a.tps", snapshot + "x",
+        "a.tps: the snapshot ends after 70 of 71 bytes, or the file is not a snapshot");
 }
 
-void ToolInputTest::documentsThatAreNone()
+void ToolInputTest::filesThatAreNotDocumentsAreErrors()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -301,19 +299,19 @@ void ToolInputTest::documentsThatAreNone()
     QCOMPARE(run.status, 3);
 }
 
-void ToolInputTest::standardInputIsNamedByADash_data()
+void ToolInputTest::messagesNameStandardInputByADash_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("error");
     QTest::newRow("nothing") << QByteArray()
                              << QStringLiteral(
-                                    "neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with "
-                                    "--from snapshot");
+                                    "unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps "
+                                    "or --from snapshot");
     QTest::newRow("a record that is cut off")
         << tagged.left(100) << QStringLiteral("the record's length is 179, but 92 bytes follow");
 }
 
-void ToolInputTest::standardInputIsNamedByADash()
+void ToolInputTest::messagesNameStandardInputByADash()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
@@ -324,7 +322,7 @@ void ToolInputTest::standardInputIsNamedByADash()
              QStringLiteral("tunerproperties: -:2:3: Premature end of document.\n"));
 }
 
-void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread_data()
+void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
@@ -339,8 +337,8 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread_data()
     row("big", "");
 }
 
-// Sparse files, which take no room.
-void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
+// Sparse files, which need no room.
+void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
@@ -348,8 +346,8 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
     m_shop->write(QStringLiteral("small.xml"), smallXml);
     for (const qint64 size : {qint64(3) << 30, qint64(1'000'000'001)}) {
         QVERIFY(QFile::resize(m_shop->path(name), size));
-        const QString refusal = QStringLiteral("tunerproperties: %1: is too large: it has %2 bytes, and the limit is "
-                                               "1000000000\n");
+        const QString refusal = QStringLiteral("tunerproperties: %1: too large: %2 bytes; the limit is 1000000000 "
+                                               "bytes\n");
         for (const QStringList &arguments :
              {QStringList{QStringLiteral("validate"), name}, QStringList{QStringLiteral("show"), name},
               QStringList{QStringLiteral("convert"), name, QStringLiteral("out.xml")},
@@ -370,7 +368,7 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreRefusedUnread()
 namespace {
 
 const QString notRegular =
-    QStringLiteral("tunerproperties: %1: is not a regular file; among several files, use --special-files to read it\n");
+    QStringLiteral("tunerproperties: %1: not a regular file; use --special-files to read it among several files\n");
 
 } // namespace
 
@@ -401,7 +399,7 @@ void ToolInputTest::devicesAmongSeveralFilesAreNotOpened()
     QCOMPARE(run.status, 3);
 }
 
-void ToolInputTest::specialFilesAreReadIfTheyAreAllowed()
+void ToolInputTest::specialFilesOptionReadsPipesAndDevices()
 {
     m_shop->write(QStringLiteral("good.xml"), smallXml);
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
@@ -437,7 +435,7 @@ void ToolInputTest::twoPipesCanBeCompared()
     QCOMPARE(run.status, 0);
 }
 
-void ToolInputTest::closedStreamsAreNotTakenForFiles_data()
+void ToolInputTest::closedStreamsAreNotUsedAsFiles_data()
 {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("err");
@@ -451,7 +449,7 @@ void ToolInputTest::closedStreamsAreNotTakenForFiles_data()
                                             << QString() << 0;
 }
 
-void ToolInputTest::closedStreamsAreNotTakenForFiles()
+void ToolInputTest::closedStreamsAreNotUsedAsFiles()
 {
     QFETCH(QString, command);
     m_shop->write(QStringLiteral("small.xml"), smallXml);

@@ -5,27 +5,27 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// The JSON form, as a file: what is written, and what is read again.
+/// Writing and reading the JSON form.
 class ToolJsonTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyMemberStandsUnderItsName();
-    void whatIsNotSetStandsApart();
-    void nullIsNoEmptyText();
+    void everyMemberHasItsNameAsKey();
+    void membersThatAreNotSetAreInUnset();
+    void nullDiffersFromTheEmptyText();
     void numbersAreExact();
-    void namesStandForEnumerations();
-    void examplesComeBackByteForByte_data();
-    void examplesComeBackByteForByte();
-    void theSuffixAndTheContentTellTheForm();
-    void membersMayStandInAnyOrder();
+    void enumerationsAreWrittenAsNames();
+    void examplesReadBackByteForByte_data();
+    void examplesReadBackByteForByte();
+    void suffixAndContentDetermineTheForm();
+    void membersMayBeInAnyOrder();
     void numbersOf64BitsMayBeNumbers();
-    void theVersionRuleHolds_data();
-    void theVersionRuleHolds();
-    void textsHoldEveryCharacter();
-    void validatingTellsTheSameProblems();
-    void whatDoesNotValidateIsNotWritten();
+    void olderVersionsBeginWithTheDefaultQuantity_data();
+    void olderVersionsBeginWithTheDefaultQuantity();
+    void textsMayContainEveryCharacter();
+    void validatingReportsTheSameProblems();
+    void invalidDocumentsAreNotWritten();
     void showCanWriteJson();
     void thePageShowsWhatIsWritten();
 };
@@ -62,7 +62,7 @@ QString onOneLine(QString json)
     return json.replace(QRegularExpression(QStringLiteral(",\n *")), QStringLiteral(", ")).remove(lineEnd);
 }
 
-/// The members of a document, as the tool writes them on one line when it has read these.
+/// The members of a document as the tool writes them on one line after reading `members`.
 QString again(const QByteArray &members)
 {
     const QByteArray json = R"({"TunerProperties": {"Version": "1.1", )" + members + "}}";
@@ -75,7 +75,7 @@ QString again(const QByteArray &members)
 
 } // namespace
 
-void ToolJsonTest::everyMemberStandsUnderItsName()
+void ToolJsonTest::everyMemberHasItsNameAsKey()
 {
     const QByteArray xml = R"(<TunerProperties Version="1.1" name="N" type="Receiver" baseresource="B"
             connectableResources="C" quantity="-2" parentBaseResource="P" hwProcessing="true">
@@ -195,9 +195,9 @@ void ToolJsonTest::everyMemberStandsUnderItsName()
 )"));
 }
 
-void ToolJsonTest::whatIsNotSetStandsApart()
+void ToolJsonTest::membersThatAreNotSetAreInUnset()
 {
-    // As it stands in the first column it is written again.
+    // The first column is also the expected output.
     for (const char *members : {
              R"("quantity": 1)",
              R"("unset": {"quantity": 2})",
@@ -227,13 +227,13 @@ void ToolJsonTest::whatIsNotSetStandsApart()
          })
         QCOMPARE(item(members), expected(members));
 
-    // What says nothing is not written.
+    // Defaults of members that are not set are omitted.
     QCOMPARE(again(R"("quantity": 3, "unset": {"hwProcessing": false, "Component": [], "StartupModes": {}})"),
              QStringLiteral(R"("quantity": 3)"));
     QCOMPARE(item(R"("ChoiceValueItem": null, "unset": {"ValueInt": {"unset": {"value": 0}}})"), expected(""));
 }
 
-void ToolJsonTest::nullIsNoEmptyText()
+void ToolJsonTest::nullDiffersFromTheEmptyText()
 {
     QCOMPARE(again(R"("name": null, "baseresource": "")"), QStringLiteral(R"("name": null, "baseresource": "")"));
 }
@@ -258,7 +258,7 @@ void ToolJsonTest::numbersAreExact()
         QCOMPARE(again(member), QString::fromUtf8(member));
 }
 
-void ToolJsonTest::namesStandForEnumerations()
+void ToolJsonTest::enumerationsAreWrittenAsNames()
 {
     for (const char *member : {R"("type": "FFP")", R"("type": null)", R"("type": 7)", R"("type": -128)",
                                R"("StartupModes": {"StartupMode": ["Scan", null, 11, -2, "Stop"]})"})
@@ -266,14 +266,14 @@ void ToolJsonTest::namesStandForEnumerations()
     QCOMPARE(again(R"("type": 3)"), QStringLiteral(R"("type": "Receiver")"));
 }
 
-void ToolJsonTest::examplesComeBackByteForByte_data()
+void ToolJsonTest::examplesReadBackByteForByte_data()
 {
     QTest::addColumn<QString>("name");
     for (const QString &name : exampleNames())
         QTest::newRow(qPrintable(name)) << name;
 }
 
-void ToolJsonTest::examplesComeBackByteForByte()
+void ToolJsonTest::examplesReadBackByteForByte()
 {
     QFETCH(QString, name);
     Workshop shop;
@@ -291,7 +291,7 @@ void ToolJsonTest::examplesComeBackByteForByte()
     }
 }
 
-void ToolJsonTest::theSuffixAndTheContentTellTheForm()
+void ToolJsonTest::suffixAndContentDetermineTheForm()
 {
     Workshop shop;
     QCOMPARE(shop.run(line("convert - a.json"), smallXml).err, QString());
@@ -305,13 +305,14 @@ void ToolJsonTest::theSuffixAndTheContentTellTheForm()
         QCOMPARE(run.status, 0);
         QCOMPARE(shop.read(QStringLiteral("a.xml")), QByteArray(smallXml));
     }
-    // A snapshot with these first two bytes is none.
+    // A snapshot with the same first two bytes is not JSON.
     QCOMPARE(shop.run(line("show --from json -"), QByteArray("{\n\0\0", 4)).status, 3);
     shop.write(QStringLiteral("a.tps"), QByteArray("\x7B\x0A\0\0\0\x06", 6));
-    QVERIFY(shop.run(line("show a.tps")).err.startsWith(QStringLiteral("tunerproperties: a.tps: the snapshot ends")));
+    QVERIFY(shop.run(line("show a.tps"))
+                .err.startsWith(QStringLiteral("tunerproperties: a.tps: the snapshot is truncated")));
 }
 
-void ToolJsonTest::membersMayStandInAnyOrder()
+void ToolJsonTest::membersMayBeInAnyOrder()
 {
     QCOMPARE(again(R"("unset": {"quantity": 9}, "Component": [], "type": "SCP", "name": "n")"),
              QStringLiteral(R"("name": "n", "type": "SCP", "Component": [], "unset": {"quantity": 9})"));
@@ -326,7 +327,7 @@ void ToolJsonTest::numbersOf64BitsMayBeNumbers()
              QStringLiteral(R"("MaxFFPDelay": "18446744073709551615")"));
 }
 
-void ToolJsonTest::theVersionRuleHolds_data()
+void ToolJsonTest::olderVersionsBeginWithTheDefaultQuantity_data()
 {
     QTest::addColumn<QByteArray>("version");
     QTest::addColumn<bool>("isReset");
@@ -337,7 +338,7 @@ void ToolJsonTest::theVersionRuleHolds_data()
     QTest::newRow("newer") << QByteArray(R"("Version": "2.0",)") << false;
 }
 
-void ToolJsonTest::theVersionRuleHolds()
+void ToolJsonTest::olderVersionsBeginWithTheDefaultQuantity()
 {
     QFETCH(QByteArray, version);
     QFETCH(bool, isReset);
@@ -350,7 +351,7 @@ void ToolJsonTest::theVersionRuleHolds()
                      : QStringLiteral(R"({"TunerProperties": {"Version": "1.1", "name": "n"}})"));
 }
 
-void ToolJsonTest::textsHoldEveryCharacter()
+void ToolJsonTest::textsMayContainEveryCharacter()
 {
     const char *const members = R"("name": "\u0000\u0001\b\t\n\f\r\"\\/\u007f)"
                                 "\u00E9"
@@ -362,7 +363,7 @@ void ToolJsonTest::textsHoldEveryCharacter()
     QCOMPARE(again(R"("name": "\u00e9\ud83d\ude00\/")"), QStringLiteral("\"name\": \"\u00E9\U0001F600/\""));
 }
 
-void ToolJsonTest::validatingTellsTheSameProblems()
+void ToolJsonTest::validatingReportsTheSameProblems()
 {
     Workshop shop;
     const QByteArray json = QByteArray(smallJson).replace(R"("type": "t",)", "").replace(R"("type": "SCP",)", "");
@@ -375,7 +376,7 @@ void ToolJsonTest::validatingTellsTheSameProblems()
     QCOMPARE(shop.run(line("validate b.json")).status, 0);
 }
 
-void ToolJsonTest::whatDoesNotValidateIsNotWritten()
+void ToolJsonTest::invalidDocumentsAreNotWritten()
 {
     Workshop shop;
     const Run run = shop.run(line("convert - a.json"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));

@@ -7,7 +7,7 @@
 #include <commands/HelpText.h>
 #include <documents/Forms.h>
 
-/// The manual page, as roff reads it.
+/// The manual page as formatted by roff.
 class ToolManualTest : public QObject
 {
     Q_OBJECT
@@ -15,12 +15,12 @@ class ToolManualTest : public QObject
 private Q_SLOTS:
     void initTestCase();
 
-    void roffHasNothingToSayAboutIt_data();
-    void roffHasNothingToSayAboutIt();
-    void itBeginsAsManualsDo();
-    void itHasTheUsualSections();
-    void itTellsWhatTheHelpTells_data();
-    void itTellsWhatTheHelpTells();
+    void manualHasNoRoffWarnings_data();
+    void manualHasNoRoffWarnings();
+    void manualBeginsWithNameAndSynopsis();
+    void manualHasTheUsualSections();
+    void manualContainsTheHelp_data();
+    void manualContainsTheHelp();
 
 private:
     QString m_page; // as people read it, but each paragraph on one line
@@ -32,7 +32,7 @@ struct Formatted
 {
     int status = -1;
     QByteArray page;
-    QString complaints;
+    QString messages;
 };
 
 Formatted formatted(const QStringList &options)
@@ -44,7 +44,7 @@ Formatted formatted(const QStringList &options)
     if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit) {
         result.status = process.exitCode();
         result.page = process.readAllStandardOutput();
-        result.complaints = QString::fromUtf8(process.readAllStandardError());
+        result.messages = QString::fromUtf8(process.readAllStandardError());
     }
     return result;
 }
@@ -64,36 +64,36 @@ void ToolManualTest::initTestCase()
     m_page = withSingleBlanks(QString::fromLatin1(page.page));
 }
 
-void ToolManualTest::roffHasNothingToSayAboutIt_data()
+void ToolManualTest::manualHasNoRoffWarnings_data()
 {
     QTest::addColumn<QString>("device");
     for (const char *device : {"-Tascii", "-Tutf8"})
         QTest::newRow(device) << QString::fromLatin1(device);
 }
 
-void ToolManualTest::roffHasNothingToSayAboutIt()
+void ToolManualTest::manualHasNoRoffWarnings()
 {
     QFETCH(QString, device);
     const Formatted page = formatted({device});
-    QCOMPARE(page.complaints, QString());
+    QCOMPARE(page.messages, QString());
     QCOMPARE(page.status, 0);
     QVERIFY(page.page.contains("tunerproperties"));
 }
 
-void ToolManualTest::itBeginsAsManualsDo()
+void ToolManualTest::manualBeginsWithNameAndSynopsis()
 {
     const QStringList lines = m_page.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.value(0), QStringLiteral("TUNERPROPERTIES(1) User Commands TUNERPROPERTIES(1)"));
     QCOMPARE(lines.value(1), QStringLiteral("NAME"));
     QCOMPARE(lines.value(2),
-             QStringLiteral(" tunerproperties - shows, validates, converts, compares and changes descriptions of radio "
+             QStringLiteral(" tunerproperties - show, validate, convert, compare and change descriptions of radio "
                             "tuners"));
     QCOMPARE(lines.value(3), QStringLiteral("SYNOPSIS"));
     QCOMPARE(lines.value(4), QStringLiteral(" tunerproperties COMMAND [OPTION...] [FILE...]"));
     QCOMPARE(lines.last(), QStringLiteral("tunerproperties " TOOL_VERSION " TUNERPROPERTIES(1)"));
 }
 
-void ToolManualTest::itHasTheUsualSections()
+void ToolManualTest::manualHasTheUsualSections()
 {
     QStringList sections;
     for (const QString &line : m_page.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
@@ -106,28 +106,28 @@ void ToolManualTest::itHasTheUsualSections()
                           QStringLiteral("EXIT STATUS")}));
 }
 
-void ToolManualTest::itTellsWhatTheHelpTells_data()
+void ToolManualTest::manualContainsTheHelp_data()
 {
     QTest::addColumn<QString>("name");
     for (const Command &command : allCommands())
         QTest::newRow(qPrintable(command.name)) << command.name;
 }
 
-void ToolManualTest::itTellsWhatTheHelpTells()
+void ToolManualTest::manualContainsTheHelp()
 {
     QFETCH(QString, name);
     const Command &command = *commandNamed(name);
     const QString own = m_page.section(QStringLiteral("\n ") + name + QLatin1Char('\n'), 1);
-    QStringList told = command.details + QStringList(command.summary);
+    QStringList expected = command.details + QStringList(command.summary);
     for (const Option &option : command.options)
-        told << option.help
-             << option.allTyped().join(QStringLiteral(", "))
+        expected << option.help
+                 << option.allTyped().join(QStringLiteral(", "))
                 + (option.value.isEmpty() ? QString() : QLatin1Char(' ') + option.value);
     for (const QString &usage : command.usages)
-        told.append(QStringLiteral("tunerproperties %1 [OPTION...] %2").arg(name, usage).trimmed());
+        expected.append(QStringLiteral("tunerproperties %1 [OPTION...] %2").arg(name, usage).trimmed());
     for (const Example &example : command.examples)
-        told << QStringLiteral("tunerproperties ") + example.line << example.effect;
-    for (const QString &text : qAsConst(told))
+        expected << QStringLiteral("tunerproperties ") + example.line << example.effect;
+    for (const QString &text : qAsConst(expected))
         QVERIFY2(own.contains(withSingleBlanks(text)), qPrintable(text));
 }
 

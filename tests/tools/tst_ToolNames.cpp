@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
-/// The name of a file is bytes: it reaches the system as it was typed, and messages show it escaped.
+/// File names are bytes: they reach the system as they were typed, and messages show them escaped.
 class ToolNamesTest : public QObject
 {
     Q_OBJECT
@@ -10,24 +10,24 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void aNameThatIsNotUtf8OpensItsOwnFile_data();
-    void aNameThatIsNotUtf8OpensItsOwnFile();
-    void everyCommandReadsIt_data();
-    void everyCommandReadsIt();
+    void nameThatIsNotUtf8OpensItsOwnFile_data();
+    void nameThatIsNotUtf8OpensItsOwnFile();
+    void everyCommandReadsAFileWhoseNameIsNotUtf8_data();
+    void everyCommandReadsAFileWhoseNameIsNotUtf8();
     void namesReachTheSystemUnchanged_data();
     void namesReachTheSystemUnchanged();
-    void setWritesTheFileItself();
-    void aDashIsStandardInputEvenBehindTwoDashes();
+    void setWritesAFileWhoseNameIsNotUtf8();
+    void dashMeansStandardInputEvenAfterTwoDashes();
     void aDashInAFolderIsAFile();
     void outputsInAFolderKeepTheBytesOfTheirNames();
     void namesThatLookAlikeAsTextAreDifferentOutputs();
-    void jsonHasTheBytesOfANameThatIsNotUtf8();
+    void jsonContainsTheBytesOfANameThatIsNotUtf8();
     void namesAreEscapedInMessages();
     void pathsAndValuesAreUtf8_data();
     void pathsAndValuesAreUtf8();
 
 private:
-    /// The shell makes the names, since a QString has no room for them.
+    /// The shell creates the names, since a QString cannot hold them.
     Run shell(const char *script) { return m_shop->shell(QStringLiteral("set -e; ") + QString::fromUtf8(script)); }
 
     std::unique_ptr<Workshop> m_shop;
@@ -47,15 +47,15 @@ void ToolNamesTest::cleanup()
     m_shop.reset();
 }
 
-void ToolNamesTest::aNameThatIsNotUtf8OpensItsOwnFile_data()
+void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile_data()
 {
     QTest::addColumn<QString>("locale");
     for (const char *locale : {"C", "C.UTF-8", "en_US.ISO-8859-1"})
         QTest::newRow(locale) << QString::fromUtf8(locale);
 }
 
-// The good one lies beside it, under the name that decoding and encoding the other one leads to.
-void ToolNamesTest::aNameThatIsNotUtf8OpensItsOwnFile()
+// The valid file is beside it, under the name that decoding and encoding the other name results in.
+void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile()
 {
     QFETCH(QString, locale);
     m_shop->setEnvironment(QStringLiteral("LC_ALL"), locale);
@@ -68,7 +68,7 @@ void ToolNamesTest::aNameThatIsNotUtf8OpensItsOwnFile()
     QCOMPARE(run.status, 1);
 }
 
-void ToolNamesTest::everyCommandReadsIt_data()
+void ToolNamesTest::everyCommandReadsAFileWhoseNameIsNotUtf8_data()
 {
     const auto row = columnsOfTexts("command", "out");
     row("show $name.xml | head -n 1", "TunerProperties\n");
@@ -80,7 +80,7 @@ void ToolNamesTest::everyCommandReadsIt_data()
     row("show --format html $name.xml | grep -o '<title>[^<]*'", "<title>\\xff.xml\n");
 }
 
-void ToolNamesTest::everyCommandReadsIt()
+void ToolNamesTest::everyCommandReadsAFileWhoseNameIsNotUtf8()
 {
     QFETCH(QString, command);
     QFETCH(QString, out);
@@ -115,7 +115,7 @@ void ToolNamesTest::namesReachTheSystemUnchanged()
     QCOMPARE(run.status, 1);
 }
 
-void ToolNamesTest::setWritesTheFileItself()
+void ToolNamesTest::setWritesAFileWhoseNameIsNotUtf8()
 {
     const Run run = shell(R"sh(name=$(printf '\377.xml'); other=$(printf '\357\277\275.xml'); cp small "$name"
                              "$tool" set "$name" quantity 7
@@ -124,7 +124,7 @@ void ToolNamesTest::setWritesTheFileItself()
     QCOMPARE(run.out, QStringLiteral("7\n"));
 }
 
-void ToolNamesTest::aDashIsStandardInputEvenBehindTwoDashes()
+void ToolNamesTest::dashMeansStandardInputEvenAfterTwoDashes()
 {
     m_shop->write(QStringLiteral("-"), smallXml);
     const Run run = m_shop->run(line("validate -- -"), m_shop->read(QStringLiteral("broken")));
@@ -164,7 +164,7 @@ void ToolNamesTest::namesThatLookAlikeAsTextAreDifferentOutputs()
                             "tunerproperties: try 'tunerproperties convert --help'\n"));
 }
 
-void ToolNamesTest::jsonHasTheBytesOfANameThatIsNotUtf8()
+void ToolNamesTest::jsonContainsTheBytesOfANameThatIsNotUtf8()
 {
     const Run run = shell(R"sh(a=$(printf '\377\\.xml'); b=$(printf 'b\\\342\200\256.xml'); cp small "$a"; cp small "$b"
                              "$tool" convert --json --to tagged --out-dir out "$a" "$b")sh");
@@ -188,7 +188,7 @@ void ToolNamesTest::namesAreEscapedInMessages()
     QCOMPARE(run.status, 3);
     const Run option = shell(R"sh("$tool" validate "$(printf -- '-\377')")sh");
     QCOMPARE(option.err.section(QLatin1Char('\n'), 0, 0),
-             QStringLiteral(R"(tunerproperties: unknown option '-\xff' of 'validate'; for a file of that name, write )"
+             QStringLiteral(R"(tunerproperties: unknown option '-\xff'; for a file of that name, write )"
                             R"('./-\xff' or put '--' before it)"));
     QCOMPARE(shell(R"sh("$tool" "$(printf '\377')")sh").err.section(QLatin1Char('\n'), 0, 0),
              QStringLiteral(R"(tunerproperties: unknown command '\xff')"));
@@ -208,7 +208,7 @@ void ToolNamesTest::pathsAndValuesAreUtf8()
 {
     QFETCH(QString, command);
     const Run run = m_shop->shell(QStringLiteral("bytes=$(printf 'a\\377b'); \"$tool\" ") + command);
-    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("tunerproperties: 'a\\xffb' is not UTF-8"));
+    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("tunerproperties: 'a\\xffb' is not valid UTF-8"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 2);
     QCOMPARE(m_shop->read(QStringLiteral("small")), QByteArray(smallXml));

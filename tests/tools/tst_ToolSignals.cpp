@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// Signals that come while the tool is at work.
+/// Signals that arrive while the tool is running.
 class ToolSignalsTest : public QObject
 {
     Q_OBJECT
@@ -24,23 +24,23 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void theProgramEndsByTheSignalAndTellsHowFarItCame_data();
-    void theProgramEndsByTheSignalAndTellsHowFarItCame();
-    void beforeTheFirstFileIsDoneNoneIsCounted();
-    void quietlyItEndsWithoutAWord();
-    void jsonIsFollowedByTheSameWords();
-    void oneFileTakesNoWords_data();
-    void oneFileTakesNoWords();
-    void whatIsIgnoredFromTheStartStaysSo();
-    void aFileOnItsWayGetsToItsPlace_data();
-    void aFileOnItsWayGetsToItsPlace();
-    void noFileIsHalfWrittenWheneverTheSignalComes();
-    void nothingIsLeftOfAPipeThatWasKept();
-    void nothingIsLeftWhenSetIsInterrupted();
+    void signalEndsTheProgramWithAReportOfProgress_data();
+    void signalEndsTheProgramWithAReportOfProgress();
+    void reportBeforeTheFirstFileCountsNone();
+    void quietProgramEndsWithoutAReport();
+    void reportFollowsTheJson();
+    void singleFileHasNoReport_data();
+    void singleFileHasNoReport();
+    void ignoredSignalsStayIgnored();
+    void fileInProgressIsCompleted_data();
+    void fileInProgressIsCompleted();
+    void signalAtAnyTimeLeavesNoIncompleteFile();
+    void temporaryCopyOfAPipeIsRemoved();
+    void interruptedSetLeavesNoFile();
     void temporaryFilesHaveNoName_data();
     void temporaryFilesHaveNoName();
-    void aReaderThatDoesNotReadDoesNotHoldItUp();
-    void aReaderThatLeavesEndsItAsOthers();
+    void readerThatDoesNotReadDoesNotDelayTheEnd();
+    void closedPipeEndsTheProgramBySigpipe();
 
 private:
     void start(const QStringList &arguments);
@@ -70,7 +70,7 @@ QString text(const QByteArray &utf8)
 
 } // namespace
 
-/// A job that a shell runs in the background ignores some signals, and so does what it starts.
+/// A background job of a shell ignores some signals, and so do the programs that it starts.
 void ToolSignalsTest::initTestCase()
 {
     for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
@@ -105,11 +105,11 @@ void ToolSignalsTest::start(const QStringList &arguments)
     QVERIFY(m_process->waitForStarted());
 }
 
-/// Waits until the tool has opened the pipe to read, where it stays then.
+/// Waits until the tool has opened the pipe for reading, where it then blocks.
 void ToolSignalsTest::awaitReader()
 {
     const QByteArray path = QFile::encodeName(m_shop->path(text("pipe")));
-    const auto isOpen = [&] { // asked once more when it is
+    const auto isOpen = [&] { // called once more when it is
         if (m_pipe < 0)
             m_pipe = open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
         return m_pipe >= 0;
@@ -135,7 +135,7 @@ QStringList ToolSignalsTest::filesIn(const char *folder) const
         .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
-void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame_data()
+void ToolSignalsTest::signalEndsTheProgramWithAReportOfProgress_data()
 {
     QTest::addColumn<int>("number");
     QTest::newRow("SIGINT") << SIGINT;
@@ -143,7 +143,7 @@ void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame_data()
     QTest::newRow("SIGHUP") << SIGHUP;
 }
 
-void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame()
+void ToolSignalsTest::signalEndsTheProgramWithAReportOfProgress()
 {
     QFETCH(int, number);
     makePipe();
@@ -154,7 +154,7 @@ void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame()
     kill(pid_t(m_process->processId()), number);
     checkThatItEndsBy(number);
     QCOMPARE(text(m_process->readAllStandardError()),
-             text("tunerproperties: interrupted when 2 of 3 files were done: 2 converted\n"));
+             text("tunerproperties: interrupted after 2 of 3 files: 2 converted\n"));
     QCOMPARE(m_process->readAllStandardOutput(), QByteArray());
     QCOMPARE(filesIn("out"), QStringList({text("good.tpb"), text("other.tpb")}));
     QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
@@ -162,18 +162,17 @@ void ToolSignalsTest::theProgramEndsByTheSignalAndTellsHowFarItCame()
     QCOMPARE(filesIn("temporary"), QStringList());
 }
 
-void ToolSignalsTest::beforeTheFirstFileIsDoneNoneIsCounted()
+void ToolSignalsTest::reportBeforeTheFirstFileCountsNone()
 {
     makePipe();
     start(line("validate --special-files --jobs 1 pipe good.xml"));
     awaitReader();
     kill(pid_t(m_process->processId()), SIGINT);
     checkThatItEndsBy(SIGINT);
-    QCOMPARE(text(m_process->readAllStandardError()),
-             text("tunerproperties: interrupted when 0 of 2 files were done\n"));
+    QCOMPARE(text(m_process->readAllStandardError()), text("tunerproperties: interrupted after 0 of 2 files\n"));
 }
 
-void ToolSignalsTest::quietlyItEndsWithoutAWord()
+void ToolSignalsTest::quietProgramEndsWithoutAReport()
 {
     makePipe();
     start(line("validate --special-files --quiet pipe good.xml"));
@@ -183,7 +182,7 @@ void ToolSignalsTest::quietlyItEndsWithoutAWord()
     QCOMPARE(m_process->readAllStandardError(), QByteArray());
 }
 
-void ToolSignalsTest::jsonIsFollowedByTheSameWords()
+void ToolSignalsTest::reportFollowsTheJson()
 {
     makePipe();
     start(line("validate --special-files --json --jobs 1 good.xml pipe"));
@@ -191,10 +190,10 @@ void ToolSignalsTest::jsonIsFollowedByTheSameWords()
     kill(pid_t(m_process->processId()), SIGTERM);
     checkThatItEndsBy(SIGTERM);
     QCOMPARE(text(m_process->readAllStandardError()),
-             text("tunerproperties: interrupted when 1 of 2 files were done: 1 valid\n"));
+             text("tunerproperties: interrupted after 1 of 2 files: 1 valid\n"));
 }
 
-void ToolSignalsTest::oneFileTakesNoWords_data()
+void ToolSignalsTest::singleFileHasNoReport_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("show") << line("show pipe");
@@ -202,7 +201,7 @@ void ToolSignalsTest::oneFileTakesNoWords_data()
     QTest::newRow("convert") << line("convert pipe out.xml");
 }
 
-void ToolSignalsTest::oneFileTakesNoWords()
+void ToolSignalsTest::singleFileHasNoReport()
 {
     QFETCH(QStringList, arguments);
     makePipe();
@@ -215,7 +214,7 @@ void ToolSignalsTest::oneFileTakesNoWords()
     QCOMPARE(filesIn("."), QStringList({text("good.xml"), text("other.xml"), text("pipe"), text("temporary")}));
 }
 
-void ToolSignalsTest::whatIsIgnoredFromTheStartStaysSo()
+void ToolSignalsTest::ignoredSignalsStayIgnored()
 {
     makePipe();
     m_process->setProcessEnvironment(m_environment);
@@ -234,14 +233,14 @@ void ToolSignalsTest::whatIsIgnoredFromTheStartStaysSo()
     QCOMPARE(text(m_process->readAllStandardError()), text("tunerproperties: 2 files: 2 valid\n"));
 }
 
-void ToolSignalsTest::aFileOnItsWayGetsToItsPlace_data()
+void ToolSignalsTest::fileInProgressIsCompleted_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("one") << line("convert good.xml out/good.tpb");
     QTest::newRow("many") << line("convert --jobs 1 --to tagged --out-dir out good.xml other.xml");
 }
 
-void ToolSignalsTest::aFileOnItsWayGetsToItsPlace()
+void ToolSignalsTest::fileInProgressIsCompleted()
 {
     QFETCH(QStringList, arguments);
     QVERIFY(QDir().mkpath(m_shop->path(text("out"))));
@@ -257,10 +256,10 @@ void ToolSignalsTest::aFileOnItsWayGetsToItsPlace()
         QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
     if (arguments.contains(text("--out-dir")))
         QCOMPARE(text(m_process->readAllStandardError()),
-                 text("tunerproperties: interrupted when %1 of 2 files were done: %1 converted\n").arg(files.size()));
+                 text("tunerproperties: interrupted after %1 of 2 files: %1 converted\n").arg(files.size()));
 }
 
-void ToolSignalsTest::noFileIsHalfWrittenWheneverTheSignalComes()
+void ToolSignalsTest::signalAtAnyTimeLeavesNoIncompleteFile()
 {
     QStringList arguments = line("convert --to tagged --out-dir out");
     for (int i = 0; i < 200; ++i) {
@@ -279,21 +278,20 @@ void ToolSignalsTest::noFileIsHalfWrittenWheneverTheSignalComes()
             QVERIFY2(name.endsWith(QLatin1String(".tpb")), qPrintable(name));
             QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
         }
-        const QString told = text(m_process->readAllStandardError());
-        if (m_process->exitStatus() == QProcess::CrashExit && !told.isEmpty() && !files.isEmpty())
-            QCOMPARE(
-                told,
-                text("tunerproperties: interrupted when %1 of 200 files were done: %1 converted\n").arg(files.size()));
+        const QString report = text(m_process->readAllStandardError());
+        if (m_process->exitStatus() == QProcess::CrashExit && !report.isEmpty() && !files.isEmpty())
+            QCOMPARE(report,
+                     text("tunerproperties: interrupted after %1 of 200 files: %1 converted\n").arg(files.size()));
     }
 }
 
-void ToolSignalsTest::nothingIsLeftOfAPipeThatWasKept()
+void ToolSignalsTest::temporaryCopyOfAPipeIsRemoved()
 {
     makePipe();
     start(line("show pipe"));
     awaitReader();
     QCOMPARE(write(m_pipe, "<Tuner", 6), ssize_t(6));
-    // Only an empty pipe can be waited for; so the first bytes are kept by now.
+    // The pipe is empty, so the first bytes have been copied.
     int left = 0;
     QTRY_VERIFY_WITH_TIMEOUT(ioctl(m_pipe, FIONREAD, &left) == 0 && left == 0, 30000);
     QCOMPARE(filesIn("temporary"), QStringList());
@@ -302,7 +300,7 @@ void ToolSignalsTest::nothingIsLeftOfAPipeThatWasKept()
     QCOMPARE(filesIn("temporary"), QStringList());
 }
 
-void ToolSignalsTest::nothingIsLeftWhenSetIsInterrupted()
+void ToolSignalsTest::interruptedSetLeavesNoFile()
 {
     m_environment.insert(text("LD_PRELOAD"), text(SIGNAL_AT_RENAME_MODULE));
     m_environment.insert(text("ASAN_OPTIONS"), // that the sanitizer is not loaded first is meant
@@ -324,15 +322,15 @@ void ToolSignalsTest::temporaryFilesHaveNoName_data()
         QTest::newRow(arguments) << line(arguments);
 }
 
-/// So nothing can be left of them, whenever a signal comes and however many.
+/// So no signal can leave any of them.
 void ToolSignalsTest::temporaryFilesHaveNoName()
 {
     QFETCH(QStringList, arguments);
     const QByteArray folder = QFile::encodeName(m_shop->path(text("temporary")));
-    const int nameless = open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    if (nameless < 0)
+    const int unnamed = open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (unnamed < 0)
         SKIP("This file system knows no files without a name.");
-    close(nameless);
+    close(unnamed);
     for (const char *name : {"good.tpb", "good.tpz", "good.tps", "good.json"})
         QCOMPARE(m_shop->shell(text("\"$tool\" convert good.xml ") + text(name)).status, 0);
 
@@ -354,7 +352,7 @@ void ToolSignalsTest::temporaryFilesHaveNoName()
     close(news);
 }
 
-void ToolSignalsTest::aReaderThatDoesNotReadDoesNotHoldItUp()
+void ToolSignalsTest::readerThatDoesNotReadDoesNotDelayTheEnd()
 {
     makePipe();
     m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
@@ -362,7 +360,7 @@ void ToolSignalsTest::aReaderThatDoesNotReadDoesNotHoldItUp()
     QVERIFY(reader >= 0);
     m_process->setStandardOutputFile(m_shop->path(text("pipe")));
     QStringList arguments = line("validate");
-    for (int i = 0; i < 3000; ++i) // about 50 bytes are told about each, and a pipe takes 64 KiB
+    for (int i = 0; i < 3000; ++i) // about 50 bytes of output each, and a pipe holds 64 KiB
         arguments.append(text("bad.xml"));
     start(arguments);
     int filled = 0;
@@ -372,7 +370,7 @@ void ToolSignalsTest::aReaderThatDoesNotReadDoesNotHoldItUp()
     close(reader);
 }
 
-void ToolSignalsTest::aReaderThatLeavesEndsItAsOthers()
+void ToolSignalsTest::closedPipeEndsTheProgramBySigpipe()
 {
     m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
     const Run run =

@@ -17,7 +17,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-/// What people see who start the tool on a terminal: a bar while it is at work on many files.
+/// Output on a terminal: a progress bar, and escapes.
 class ToolTerminalTest : public QObject
 {
     Q_OBJECT
@@ -26,20 +26,20 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void aBarShowsHowFarItIs_data();
-    void aBarShowsHowFarItIs();
-    void theBarStandsBelowWhatIsTold();
-    void whereNobodyWantsABarThereIsNone();
-    void theBarFitsTheTerminal_data();
-    void theBarFitsTheTerminal();
+    void barShowsTheProgress_data();
+    void barShowsTheProgress();
+    void barIsBelowOtherOutput();
+    void barIsShownOnlyOnTerminals();
+    void barFitsTheTerminal_data();
+    void barFitsTheTerminal();
     void everyCommandEscapesWhatIsNotPrintable_data();
     void everyCommandEscapesWhatIsNotPrintable();
     void getWritesTheValueUnchangedIntoAPipe();
     void jsonIsTheSameOnATerminalAndInAPipe();
     void binaryFormsAreEscapedOnATerminal();
-    void anOutputFileThatIsATerminalGetsWhatStandardOutputGets_data();
-    void anOutputFileThatIsATerminalGetsWhatStandardOutputGets();
-    void anOutputFileThatIsAPipeGetsTheBytesUnchanged();
+    void outputFileThatIsATerminalIsEscapedLikeStandardOutput_data();
+    void outputFileThatIsATerminalIsEscapedLikeStandardOutput();
+    void outputFileThatIsAPipeReceivesUnchangedBytes();
     void diffKeepsItsColorsOnATerminal();
 
 private:
@@ -70,7 +70,7 @@ void ToolTerminalTest::cleanup()
     m_shop.reset();
 }
 
-void ToolTerminalTest::aBarShowsHowFarItIs_data()
+void ToolTerminalTest::barShowsTheProgress_data()
 {
     QTest::addColumn<int>("columns");
     QTest::addColumn<QByteArray>("bar");
@@ -79,8 +79,8 @@ void ToolTerminalTest::aBarShowsHowFarItIs_data()
     QTest::newRow("40") << 40 << QByteArray("[============>           ] 1 of 2 files");
 }
 
-// The pipe is filled when the bar has been seen, and the program ends.
-void ToolTerminalTest::aBarShowsHowFarItIs()
+// The pipe is filled once the bar has appeared, and then the program ends.
+void ToolTerminalTest::barShowsTheProgress()
 {
     QFETCH(int, columns);
     QFETCH(QByteArray, bar);
@@ -96,7 +96,7 @@ void ToolTerminalTest::aBarShowsHowFarItIs()
     QCOMPARE(terminal.screen(), text("tunerproperties: 2 files: 2 valid\n"));
 }
 
-void ToolTerminalTest::theBarStandsBelowWhatIsTold()
+void ToolTerminalTest::barIsBelowOtherOutput()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("other"))).constData(), 0600), 0);
     Terminal terminal(m_shop->path(text(".")),
@@ -117,8 +117,8 @@ void ToolTerminalTest::theBarStandsBelowWhatIsTold()
                   "tunerproperties: 5 files: 2 valid, 2 with problems, 1 unreadable\n"));
 }
 
-// All at once, since each takes more than a second.
-void ToolTerminalTest::whereNobodyWantsABarThereIsNone()
+// All at once, since each one takes more than a second.
+void ToolTerminalTest::barIsShownOnlyOnTerminals()
 {
     struct Case
     {
@@ -153,7 +153,7 @@ void ToolTerminalTest::whereNobodyWantsABarThereIsNone()
     }
 }
 
-void ToolTerminalTest::theBarFitsTheTerminal_data()
+void ToolTerminalTest::barFitsTheTerminal_data()
 {
     QTest::addColumn<int>("done");
     QTest::addColumn<int>("count");
@@ -175,7 +175,7 @@ void ToolTerminalTest::theBarFitsTheTerminal_data()
         "[>                                                           ]    1000000 of 2147483647 files");
 }
 
-void ToolTerminalTest::theBarFitsTheTerminal()
+void ToolTerminalTest::barFitsTheTerminal()
 {
     QFETCH(int, done);
     QFETCH(int, count);
@@ -205,7 +205,7 @@ bool isPrintable(const QByteArray &written)
 
 } // namespace
 
-/// In the forms that can hold all of it.
+/// In the forms that can represent all of it.
 void ToolTerminalTest::writeHostile() const
 {
     JobXml::TunerProperties document;
@@ -222,7 +222,7 @@ void ToolTerminalTest::writeHostile() const
 void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
 {
     QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("shown"); // a part of what is written
+    QTest::addColumn<QString>("shown"); // a part of the output
     const QString name = text(shownName);
     const auto row = [](const char *command, const QString &shown) {
         QTest::newRow(command) << text(command) << shown;
@@ -290,7 +290,7 @@ void ToolTerminalTest::binaryFormsAreEscapedOnATerminal()
     QVERIFY(isPrintable(terminal.written()));
 }
 
-void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets_data()
+void ToolTerminalTest::outputFileThatIsATerminalIsEscapedLikeStandardOutput_data()
 {
     QTest::addColumn<QString>("form");
     QTest::addColumn<QString>("file");
@@ -300,12 +300,12 @@ void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets_dat
     }
 }
 
-void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets()
+void ToolTerminalTest::outputFileThatIsATerminalIsEscapedLikeStandardOutput()
 {
     QFETCH(QString, form);
     QFETCH(QString, file);
     writeHostile();
-    // XML has no room for most of the characters, and a snapshot none for what is not set.
+    // XML cannot represent most of the characters, and a snapshot omits what is not set.
     m_shop->write(text("h.xml"),
                   QByteArray(smallXml).replace("\"n\"",
                                                "\"\xC2\x9B"
@@ -322,7 +322,7 @@ void ToolTerminalTest::anOutputFileThatIsATerminalGetsWhatStandardOutputGets()
     QVERIFY(named.written().size() > 60);
 }
 
-void ToolTerminalTest::anOutputFileThatIsAPipeGetsTheBytesUnchanged()
+void ToolTerminalTest::outputFileThatIsAPipeReceivesUnchangedBytes()
 {
     writeHostile();
     Terminal terminal(m_shop->path(text(".")),

@@ -6,28 +6,28 @@ class ToolUsageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatIsNoCommandLineIsRefused_data();
-    void whatIsNoCommandLineIsRefused();
-    void anEmptyFileNameIsRefused();
+    void invalidCommandLineIsWrongUsage_data();
+    void invalidCommandLineIsWrongUsage();
+    void emptyFileNameIsWrongUsage();
     void wrongUsageTouchesNoFile();
-    void theHelpTellsTheCommands();
-    void theHelpOfACommandTellsAllAboutIt();
-    void theHelpOfACommandTellsEveryWayToUseIt();
+    void helpListsTheCommands();
+    void helpOfACommandDescribesIt();
+    void helpOfACommandShowsEveryUsage();
     void helpNeedsNoArgumentsOfTheCommand();
-    void aFileNameIsNeverAnOption_data();
-    void aFileNameIsNeverAnOption();
-    void everyCommandRefusesAFileNameAsAnOption_data();
-    void everyCommandRefusesAFileNameAsAnOption();
-    void anOptionWithAValueIsGivenOnce();
-    void valuesOfOptionsAreTakenInEveryWay();
-    void theVersionIsThatOfTheProject_data();
-    void theVersionIsThatOfTheProject();
+    void fileNameIsNeverAnOption_data();
+    void fileNameIsNeverAnOption();
+    void everyCommandRejectsAFileNameAsAnOption_data();
+    void everyCommandRejectsAFileNameAsAnOption();
+    void optionWithAValueCanBeUsedOnlyOnce();
+    void valuesOfOptionsAreAcceptedInEverySpelling();
+    void versionIsThatOfTheProject_data();
+    void versionIsThatOfTheProject();
     void afterTwoDashesNothingIsAnOption();
     void outputThatCannotBeWrittenIsAnError();
     void messagesAreUtf8InEveryLocale();
 };
 
-void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
+void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("text");
@@ -45,56 +45,55 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused_data()
     row("val", "unknown command 'val'; did you mean 'validate'?", "tunerproperties --help");
     row("x", "unknown command 'x'", "tunerproperties --help");
     row("help vlidate", "unknown command 'vlidate'; did you mean 'validate'?", "tunerproperties help --help");
-    row("help show convert", "the arguments of 'help' are [COMMAND]", "tunerproperties help --help");
+    row("help show convert", "'help' expects [COMMAND]", "tunerproperties help --help");
     row("--xyzzy", "unknown option '--xyzzy'", "tunerproperties --help");
     row("--verison", "unknown option '--verison'; did you mean '--version'?", "tunerproperties --help");
     row("--to xml", "a command is missing", "tunerproperties --help");
-    row("show", "the arguments of 'show' are FILE", "tunerproperties show --help");
-    row("show a.xml b.xml", "the arguments of 'show' are FILE", "tunerproperties show --help");
-    row("show --frob a.xml", "unknown option '--frob' of 'show'; did you mean '--from'?",
+    row("show", "'show' expects FILE", "tunerproperties show --help");
+    row("show a.xml b.xml", "'show' expects FILE", "tunerproperties show --help");
+    row("show --frob a.xml", "unknown option '--frob'; did you mean '--from'?", "tunerproperties show --help");
+    row("show --to xml a.xml", "unknown option '--to'; for a file of that name, write './--to' or put '--' before it",
         "tunerproperties show --help");
-    row("show --to xml a.xml",
-        "unknown option '--to' of 'show'; for a file of that name, write './--to' or put '--' before it",
-        "tunerproperties show --help");
-    row("show a.xml --from", "'--from' needs a value: FORM", "tunerproperties show --help");
-    row("validate", "the arguments of 'validate' are FILE...", "tunerproperties validate --help");
+    row("show a.xml --from", "option '--from' requires a value: FORM", "tunerproperties show --help");
+    row("validate", "'validate' expects FILE...", "tunerproperties validate --help");
     row("validate --no-validate a.xml",
-        "unknown option '--no-validate' of 'validate'; for a file of that name, write './--no-validate' or put '--' "
+        "unknown option '--no-validate'; for a file of that name, write './--no-validate' or put '--' "
         "before "
         "it",
         "tunerproperties validate --help");
-    row("convert", "the arguments of 'convert' are IN OUT or --to FORM --out-dir DIR FILE...",
+    row("convert", "'convert' expects IN OUT or --to FORM --out-dir DIR FILE...", "tunerproperties convert --help");
+    row("convert a.xml", "'convert' expects IN OUT; use --out-dir to convert several files",
         "tunerproperties convert --help");
-    row("convert a.xml", "without --out-dir the arguments of 'convert' are IN OUT", "tunerproperties convert --help");
-    row("convert a.xml b.xml c.xml", "without --out-dir the arguments of 'convert' are IN OUT",
+    row("convert a.xml b.xml c.xml", "'convert' expects IN OUT; use --out-dir to convert several files",
         "tunerproperties convert --help");
-    row("convert a.xml b.xml --to", "'--to' needs a value: FORM", "tunerproperties convert --help");
+    row("convert a.xml b.xml --to", "option '--to' requires a value: FORM", "tunerproperties convert --help");
     row("convert a.xml b.xml --no-validate=1",
-        "'--no-validate' takes no value; for a file of that name, write './--no-validate=1' or put '--' before it",
+        "option '--no-validate' takes no value; for a file of that name, write './--no-validate=1' or put '--' before "
+        "it",
         "tunerproperties convert --help");
-    row("convert a.xml b", "the name of 'b' does not tell the form to write; use --to",
+    row("convert a.xml b", "cannot determine the form of 'b' from its name; use --to",
         "tunerproperties convert --help");
-    row("convert a.xml b.txt", "the name of 'b.txt' does not tell the form to write; use --to",
+    row("convert a.xml b.txt", "cannot determine the form of 'b.txt' from its name; use --to",
         "tunerproperties convert --help");
-    row("convert a.xml b.xml --to XML", "'XML' is no form; did you mean 'xml'?", "tunerproperties convert --help");
-    row("show --from taged a.xml", "'taged' is no form; did you mean 'tagged'?", "tunerproperties show --help");
-    row("show --format htm a.xml", "'htm' is no format; did you mean 'html'?", "tunerproperties show --help");
+    row("convert a.xml b.xml --to XML", "unknown form 'XML'; did you mean 'xml'?", "tunerproperties convert --help");
+    row("show --from taged a.xml", "unknown form 'taged'; did you mean 'tagged'?", "tunerproperties show --help");
+    row("show --format htm a.xml", "unknown format 'htm'; did you mean 'html'?", "tunerproperties show --help");
     row("validate --jobs 0 a.xml", "--jobs must be a number from 1 to 256, not '0'", "tunerproperties validate --help");
     row("validate -j many a.xml", "--jobs must be a number from 1 to 256, not 'many'",
         "tunerproperties validate --help");
     row("convert --jobs=257 a.xml b.xml", "--jobs must be a number from 1 to 256, not '257'",
         "tunerproperties convert --help");
-    row("validate --quiet --json a.xml", "--quiet and --json exclude each other", "tunerproperties validate --help");
+    row("validate --quiet --json a.xml", "--quiet and --json cannot be combined", "tunerproperties validate --help");
     row("validate - a.xml -", "standard input can be read only once", "tunerproperties validate --help");
-    row("convert --json a.xml -", "--json and a document on standard output exclude each other",
+    row("convert --json a.xml -", "--json cannot be combined with a document on standard output",
         "tunerproperties convert --help");
-    row("convert --out-dir out a.xml", "--out-dir takes --to", "tunerproperties convert --help");
-    row("convert --out-dir= --to xml a.xml", "the name of the folder is empty", "tunerproperties convert --help");
-    row("show a.xml --from tps", "'tps' is no form; the forms are xml, tagged, compressed, snapshot or json",
+    row("convert --out-dir out a.xml", "--out-dir requires --to", "tunerproperties convert --help");
+    row("convert --out-dir= --to xml a.xml", "the folder name of --out-dir is empty", "tunerproperties convert --help");
+    row("show a.xml --from tps", "unknown form 'tps'; expected xml, tagged, compressed, snapshot or json",
         "tunerproperties show --help");
 }
 
-void ToolUsageTest::whatIsNoCommandLineIsRefused()
+void ToolUsageTest::invalidCommandLineIsWrongUsage()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, text);
@@ -105,11 +104,11 @@ void ToolUsageTest::whatIsNoCommandLineIsRefused()
     QCOMPARE(run.status, 2);
 }
 
-void ToolUsageTest::anEmptyFileNameIsRefused()
+void ToolUsageTest::emptyFileNameIsWrongUsage()
 {
     const Run run = Workshop().run({QStringLiteral("show"), QString()});
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: the name of a file is empty\n"
+             QStringLiteral("tunerproperties: a file name is empty\n"
                             "tunerproperties: try 'tunerproperties show --help'\n"));
     QCOMPARE(run.status, 2);
 }
@@ -125,55 +124,55 @@ void ToolUsageTest::wrongUsageTouchesNoFile()
     QCOMPARE(shop.read(QStringLiteral("out.txt")), QByteArray("old"));
 }
 
-void ToolUsageTest::theHelpTellsTheCommands()
+void ToolUsageTest::helpListsTheCommands()
 {
     const QString expected =
         QStringLiteral("Usage: tunerproperties COMMAND [OPTION...] [FILE...]\n"
                        "\n"
-                       "Shows, validates, converts, compares and changes descriptions of radio tuners.\n"
+                       "Show, validate, convert, compare and change descriptions of radio tuners.\n"
                        "\n"
                        "Commands:\n"
-                       "  show      Shows all that a document holds, as a tree, as JSON, or as a page\n"
-                       "            for a browser.\n"
-                       "  validate  Tells every problem of the documents, a line each.\n"
-                       "  convert   Writes documents in another form.\n"
-                       "  diff      Tells in what two documents differ, by path.\n"
-                       "  get       Writes the value of one member.\n"
-                       "  set       Changes the value of one member.\n"
-                       "  new       Writes a document to begin with, as XML with comments.\n"
-                       "  schema    Writes the XML Schema of documents.\n"
-                       "  help      Tells how to use the program, or one of its commands.\n"
+                       "  show      Show a document as a tree, as JSON, or as a page for a browser.\n"
+                       "  validate  List the problems of documents, one per line.\n"
+                       "  convert   Convert documents to another form.\n"
+                       "  diff      Compare two documents and list the differences by path.\n"
+                       "  get       Print the value of one member.\n"
+                       "  set       Change the value of one member.\n"
+                       "  new       Write a new document as XML with comments.\n"
+                       "  schema    Write the XML Schema of documents.\n"
+                       "  help      Show help for the program or for a command.\n"
                        "\n"
                        "Options:\n"
-                       "  -h, --help     Shows this help.\n"
-                       "  -v, --version  Shows the version.\n"
+                       "  -h, --help     Show this help.\n"
+                       "  -v, --version  Show the version.\n"
                        "\n"
                        "Exit status:\n"
-                       "  0  All went well.\n"
-                       "  1  A document has problems, or not the member that is asked for; or, if\n"
-                       "     --exit-code is given, two differ.\n"
+                       "  0  Success.\n"
+                       "  1  A document has problems or lacks the requested member; with --exit-code,\n"
+                       "     two documents differ.\n"
                        "  2  The command line is wrong; nothing was done.\n"
                        "  3  A file cannot be read or written.\n"
                        "\n"
-                       "A FILE is one in any form, or - for standard input or output. XML, JSON and the\n"
-                       "binary forms are recognised by their content; a snapshot, which carries no mark,\n"
-                       "by its name or by --from snapshot.\n"
+                       "FILE is a document in any form, or - for standard input or output. XML, JSON and\n"
+                       "the binary forms are recognized by their content; a snapshot is recognized by\n"
+                       "its suffix or by --from snapshot.\n"
                        "\n"
-                       "An argument that begins with - is an option. Write ./* or -- *.xml, so that the\n"
-                       "name of a file is never an option.\n"
+                       "An argument that begins with - is an option. Write ./* or -- *.xml to make sure\n"
+                       "that file names are not options.\n"
                        "\n"
-                       "The name - stands for standard input or output, even after --. Write ./- for a\n"
-                       "file of that name.\n"
+                       "The name - means standard input or output, even after --. For a file of that\n"
+                       "name, write ./-.\n"
                        "\n"
-                       "In messages a name has \\xHH for a byte that is not UTF-8 and \\\\ for a backslash.\n"
-                       "On a terminal, characters that are not printable are shown as \\uXXXX; to a file\n"
-                       "or a pipe, get and convert write them unchanged, except in JSON.\n"
+                       "In messages, a file name is shown with \\xHH for each byte that is not UTF-8 and\n"
+                       "\\\\ for a backslash. On a terminal, characters that are not printable are shown\n"
+                       "as \\uXXXX; get and convert write them unchanged to a file or a pipe, except in\n"
+                       "JSON.\n"
                        "\n"
-                       "Ctrl-C, or another signal, leaves no file half written. The program tells how\n"
-                       "far it came with many files, and ends by that signal; a second one ends it at\n"
-                       "once.\n"
+                       "Ctrl-C, or another signal, leaves no incomplete file. The program reports its\n"
+                       "progress if there are several files, and ends by that signal; a second signal\n"
+                       "ends it at once.\n"
                        "\n"
-                       "'tunerproperties help COMMAND' tells more about a command.\n");
+                       "'tunerproperties help COMMAND' shows the help of a command.\n");
     for (const char *option : {"--help", "-h", "help"}) {
         const Run run = Workshop().run(line(option));
         QCOMPARE(run.out, expected);
@@ -182,63 +181,63 @@ void ToolUsageTest::theHelpTellsTheCommands()
     }
 }
 
-void ToolUsageTest::theHelpOfACommandTellsAllAboutIt()
+void ToolUsageTest::helpOfACommandDescribesIt()
 {
     const QString expected =
         QStringLiteral("Usage: tunerproperties validate [OPTION...] FILE...\n"
                        "\n"
-                       "Tells every problem of the documents, a line each.\n"
+                       "List the problems of documents, one per line.\n"
                        "\n"
-                       "A problem has its line and column, where only the reader of an XML document sees\n"
-                       "it, or else the path of the object that has it. Nothing is told about a valid\n"
+                       "A problem is reported with its line and column if only the XML reader can find\n"
+                       "it, otherwise with the path of the object. There is no output for a valid\n"
                        "document.\n"
                        "\n"
-                       "The first 100 problems of a document are listed, and how many there are if there\n"
-                       "are more. The label of an object in a path is shortened if it is long, and has\n"
-                       "the object's place then: Component 3 \"abc...\" is what 'get FILE Component[3]'\n"
-                       "shows in full.\n"
+                       "The first 100 problems of a document are listed, followed by their total if\n"
+                       "there are more. The label of an object in a path is shortened if it is long, and\n"
+                       "then includes the position of the object: Component 3 \"abc...\" is what 'get FILE\n"
+                       "Component[3]' shows in full.\n"
                        "\n"
-                       "Several files are worked on at once, and told about in their order; behind them\n"
-                       "comes a summary, on standard error.\n"
+                       "Several files are processed at once and reported in order, with a summary on\n"
+                       "standard error.\n"
                        "\n"
-                       "With --json a line for each file is an object with \"file\", \"status\" (\"valid\",\n"
-                       "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\"\n"
-                       "(how many there are) and \"error\" (why it is unreadable, or null). A problem has\n"
-                       "\"path\" (the objects from the outermost to the one at fault), \"line\", \"column\"\n"
-                       "and \"message\"; either path or line and column are null. There is no summary\n"
-                       "then. A \"file\" that is not UTF-8 is escaped as in messages, and \"fileBytes\" has\n"
-                       "its bytes as hexadecimal digits.\n"
+                       "With --json, each line is a JSON object for one file, with \"file\", \"status\"\n"
+                       "(\"valid\", \"problems\" or \"unreadable\"), \"problems\" (those that are listed),\n"
+                       "\"problemCount\" (their total) and \"error\" (why the file is unreadable, or null).\n"
+                       "A problem has \"path\" (the objects from the outermost to the one with the\n"
+                       "problem), \"line\", \"column\" and \"message\"; either path or line and column are\n"
+                       "null. There is no summary. A \"file\" that is not UTF-8 is escaped as in messages,\n"
+                       "and \"fileBytes\" contains its bytes as hexadecimal digits.\n"
                        "\n"
-                       "The name - stands for standard input or output, even after --. Write ./- for a\n"
-                       "file of that name.\n"
+                       "The name - means standard input or output, even after --. For a file of that\n"
+                       "name, write ./-.\n"
                        "\n"
                        "Options:\n"
-                       "  -h, --help                 Shows this help.\n"
-                       "      --from FORM            What the input is: xml, tagged, compressed,\n"
-                       "                             snapshot or json. Only a snapshot whose name does\n"
-                       "                             not end in .tps cannot be recognised.\n"
-                       "  -j, --jobs NUMBER          Processes up to NUMBER files at once (default: the\n"
+                       "  -h, --help                 Show this help.\n"
+                       "      --from FORM            Form of the input: xml, tagged, compressed,\n"
+                       "                             snapshot or json (default: from the content or, for\n"
+                       "                             a snapshot, the suffix .tps).\n"
+                       "  -j, --jobs NUMBER          Process up to NUMBER files at once (default: the\n"
                        "                             number of processors).\n"
-                       "  -q, --quiet                Reports only files that cannot be read or written.\n"
+                       "  -q, --quiet                Report only files that cannot be read or written.\n"
                        "                             The exit status reports whether there were\n"
                        "                             problems.\n"
-                       "      --json                 Writes a line for each file to standard output, a\n"
-                       "                             JSON object.\n"
-                       "      --max-problems NUMBER  Lists the first NUMBER problems of a document\n"
-                       "                             (default: 100), and how many there are.\n"
-                       "      --max-expansion TIMES  Reads a compressed document that expands to up to\n"
-                       "                             TIMES its size (default: 50).\n"
-                       "      --special-files        Accepts pipes and devices among several files as\n"
-                       "                             well. By default these must be regular files, since\n"
-                       "                             a pipe in a folder could block the rest.\n"
+                       "      --json                 Write a JSON object for each file to standard\n"
+                       "                             output, one per line.\n"
+                       "      --max-problems NUMBER  List at most NUMBER problems of a document\n"
+                       "                             (default: 100), and their total.\n"
+                       "      --max-expansion TIMES  Accept a compressed document that expands to at\n"
+                       "                             most TIMES its size (default: 50).\n"
+                       "      --special-files        Accept pipes and devices among several files. By\n"
+                       "                             default these must be regular files, since a pipe\n"
+                       "                             in a folder could block the others.\n"
                        "\n"
                        "Examples:\n"
                        "  tunerproperties validate receiver.xml\n"
-                       "      Tells every problem of a document, and nothing if there is none.\n"
+                       "      List the problems of a document.\n"
                        "  tunerproperties validate --quiet -- *.xml && echo fine\n"
-                       "      Asks whether all documents are valid.\n"
+                       "      Check whether all documents are valid.\n"
                        "  tunerproperties validate --json -- *.xml\n"
-                       "      Tells the problems of many documents to a program.\n");
+                       "      Report the problems of many documents to a program.\n");
     for (const char *arguments : {"validate --help", "validate -h", "help validate"}) {
         const Run run = Workshop().run(line(arguments));
         QCOMPARE(run.out, expected);
@@ -247,64 +246,63 @@ void ToolUsageTest::theHelpOfACommandTellsAllAboutIt()
     }
 }
 
-void ToolUsageTest::theHelpOfACommandTellsEveryWayToUseIt()
+void ToolUsageTest::helpOfACommandShowsEveryUsage()
 {
     const QString expected =
         QStringLiteral("Usage: tunerproperties convert [OPTION...] IN OUT\n"
                        "       tunerproperties convert [OPTION...] --to FORM --out-dir DIR FILE...\n"
                        "\n"
-                       "Writes documents in another form.\n"
+                       "Convert documents to another form.\n"
                        "\n"
-                       "An output is complete or stays as it was. A document that does not validate is\n"
-                       "not converted; its problems go to standard error.\n"
+                       "An output is written completely or not at all. A document with problems is not\n"
+                       "converted; the problems are written to standard error.\n"
                        "\n"
-                       "Into a folder any number of files are converted, several at once. One that fails\n"
-                       "does not keep the others from being converted. If two would get the same name\n"
-                       "nothing is written at all. A summary comes at the end, on standard error.\n"
+                       "With --out-dir, any number of files are converted, several at once. A file that\n"
+                       "fails does not stop the others. If two inputs would have the same output,\n"
+                       "nothing is written. A summary follows on standard error.\n"
                        "\n"
-                       "With --json a line for each file is an object with \"file\", \"output\", \"status\"\n"
-                       "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\",\n"
-                       "\"problemCount\" and \"error\", as 'validate --json' writes them; \"outputBytes\" is\n"
-                       "like \"fileBytes\".\n"
+                       "With --json, each line is a JSON object for one file, with \"file\", \"output\",\n"
+                       "\"status\" (\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\",\n"
+                       "\"problemCount\" and \"error\", as described in 'validate --help'; \"outputBytes\"\n"
+                       "corresponds to \"fileBytes\".\n"
                        "\n"
-                       "The name - stands for standard input or output, even after --. Write ./- for a\n"
-                       "file of that name.\n"
+                       "The name - means standard input or output, even after --. For a file of that\n"
+                       "name, write ./-.\n"
                        "\n"
                        "Options:\n"
-                       "  -h, --help                 Shows this help.\n"
-                       "      --from FORM            What the input is: xml, tagged, compressed,\n"
-                       "                             snapshot or json. Only a snapshot whose name does\n"
-                       "                             not end in .tps cannot be recognised.\n"
-                       "      --to FORM              What to write: xml, tagged, compressed, snapshot or\n"
-                       "                             json. Without it the name of the output says: .xml,\n"
-                       "                             .tpb, .tpz, .tps or .json; standard output is XML.\n"
-                       "      --out-dir DIR          Writes into this folder, which is made if it is\n"
-                       "                             missing, under the names of the inputs with the\n"
-                       "                             suffix of the form. Takes --to.\n"
-                       "      --no-validate          Writes the document as it stands, whatever its\n"
-                       "                             problems are.\n"
-                       "  -j, --jobs NUMBER          Processes up to NUMBER files at once (default: the\n"
+                       "  -h, --help                 Show this help.\n"
+                       "      --from FORM            Form of the input: xml, tagged, compressed,\n"
+                       "                             snapshot or json (default: from the content or, for\n"
+                       "                             a snapshot, the suffix .tps).\n"
+                       "      --to FORM              Form of the output: xml, tagged, compressed,\n"
+                       "                             snapshot or json (default: from the suffix .xml,\n"
+                       "                             .tpb, .tpz, .tps or .json; XML on standard output).\n"
+                       "      --out-dir DIR          Write into the folder DIR, which is created if it\n"
+                       "                             does not exist, under the names of the inputs with\n"
+                       "                             the suffix of the form. Requires --to.\n"
+                       "      --no-validate          Write the document even if it has problems.\n"
+                       "  -j, --jobs NUMBER          Process up to NUMBER files at once (default: the\n"
                        "                             number of processors).\n"
-                       "  -q, --quiet                Reports only files that cannot be read or written.\n"
+                       "  -q, --quiet                Report only files that cannot be read or written.\n"
                        "                             The exit status reports whether there were\n"
                        "                             problems.\n"
-                       "      --json                 Writes a line for each file to standard output, a\n"
-                       "                             JSON object.\n"
-                       "      --max-problems NUMBER  Lists the first NUMBER problems of a document\n"
-                       "                             (default: 100), and how many there are.\n"
-                       "      --max-expansion TIMES  Reads a compressed document that expands to up to\n"
-                       "                             TIMES its size (default: 50).\n"
-                       "      --special-files        Accepts pipes and devices among several files as\n"
-                       "                             well. By default these must be regular files, since\n"
-                       "                             a pipe in a folder could block the rest.\n"
+                       "      --json                 Write a JSON object for each file to standard\n"
+                       "                             output, one per line.\n"
+                       "      --max-problems NUMBER  List at most NUMBER problems of a document\n"
+                       "                             (default: 100), and their total.\n"
+                       "      --max-expansion TIMES  Accept a compressed document that expands to at\n"
+                       "                             most TIMES its size (default: 50).\n"
+                       "      --special-files        Accept pipes and devices among several files. By\n"
+                       "                             default these must be regular files, since a pipe\n"
+                       "                             in a folder could block the others.\n"
                        "\n"
                        "Examples:\n"
                        "  tunerproperties convert receiver.xml receiver.tpz\n"
-                       "      Writes the compressed form.\n"
+                       "      Write the compressed form.\n"
                        "  tunerproperties convert receiver.tpz - | less\n"
-                       "      Writes XML to standard output.\n"
+                       "      Write XML to standard output.\n"
                        "  tunerproperties convert --to tagged --out-dir records -- *.xml\n"
-                       "      Writes records/NAME.tpb for every NAME.xml.\n");
+                       "      Write records/NAME.tpb for every NAME.xml.\n");
     for (const char *arguments : {"convert --help", "convert -h", "help convert"}) {
         const Run run = Workshop().run(line(arguments));
         QCOMPARE(run.out, expected);
@@ -324,30 +322,30 @@ void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()
     }
 }
 
-void ToolUsageTest::aFileNameIsNeverAnOption_data()
+void ToolUsageTest::fileNameIsNeverAnOption_data()
 {
     const auto row = columnsOfTexts("name", "text");
-    row("-h.xml", "unknown option '-h.xml' of 'validate'");
-    row("-v.xml", "unknown option '-v.xml' of 'validate'");
-    row("-q.xml", "unknown option '-q.xml' of 'validate'");
-    row("-qh", "unknown option '-qh' of 'validate'");
-    row("-hq", "unknown option '-hq' of 'validate'");
-    row("--help=.xml", "'--help' takes no value");
-    row("--version=.xml", "'--version' takes no value");
-    row("--quiet=.xml", "'--quiet' takes no value");
-    row("--help.xml", "unknown option '--help.xml' of 'validate'");
-    row("--hel", "unknown option '--hel' of 'validate'; did you mean '--help'?");
-    row("---help", "unknown option '---help' of 'validate'; did you mean '--help'?");
-    row("--out-dir=dir.xml", "unknown option '--out-dir=dir.xml' of 'validate'");
-    row("--=.xml", "unknown option '--=.xml' of 'validate'");
-    row("--help", "'--help' does not go with files");
-    row("-h", "'-h' does not go with files");
-    row("--version", "'--version' does not go with files");
-    row("-qmljsdebugger=file:x.xml", "unknown option '-qmljsdebugger=file:x.xml' of 'validate'");
+    row("-h.xml", "unknown option '-h.xml'");
+    row("-v.xml", "unknown option '-v.xml'");
+    row("-q.xml", "unknown option '-q.xml'");
+    row("-qh", "unknown option '-qh'");
+    row("-hq", "unknown option '-hq'");
+    row("--help=.xml", "option '--help' takes no value");
+    row("--version=.xml", "option '--version' takes no value");
+    row("--quiet=.xml", "option '--quiet' takes no value");
+    row("--help.xml", "unknown option '--help.xml'");
+    row("--hel", "unknown option '--hel'; did you mean '--help'?");
+    row("---help", "unknown option '---help'; did you mean '--help'?");
+    row("--out-dir=dir.xml", "unknown option '--out-dir=dir.xml'");
+    row("--=.xml", "unknown option '--=.xml'");
+    row("--help", "option '--help' cannot be combined with files");
+    row("-h", "option '-h' cannot be combined with files");
+    row("--version", "option '--version' cannot be combined with files");
+    row("-qmljsdebugger=file:x.xml", "unknown option '-qmljsdebugger=file:x.xml'");
 }
 
-// As "validate --quiet *.xml && echo fine" has it.
-void ToolUsageTest::aFileNameIsNeverAnOption()
+// As in "validate --quiet *.xml && echo fine".
+void ToolUsageTest::fileNameIsNeverAnOption()
 {
     QFETCH(QString, name);
     QFETCH(QString, text);
@@ -375,7 +373,7 @@ void ToolUsageTest::aFileNameIsNeverAnOption()
     }
 }
 
-void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption_data()
+void ToolUsageTest::everyCommandRejectsAFileNameAsAnOption_data()
 {
     QTest::addColumn<QStringList>("arguments");
     for (const char *arguments :
@@ -384,7 +382,7 @@ void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption_data()
         QTest::newRow(arguments) << line(arguments);
 }
 
-void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption()
+void ToolUsageTest::everyCommandRejectsAFileNameAsAnOption()
 {
     QFETCH(QStringList, arguments);
     const Run run = Workshop().run(arguments);
@@ -393,21 +391,21 @@ void ToolUsageTest::everyCommandRefusesAFileNameAsAnOption()
     QCOMPARE(run.status, 2);
 }
 
-void ToolUsageTest::anOptionWithAValueIsGivenOnce()
+void ToolUsageTest::optionWithAValueCanBeUsedOnlyOnce()
 {
     Workshop shop;
     shop.write(QStringLiteral("--out-dir=dir.xml"), smallXml);
     shop.write(QStringLiteral("good.xml"), smallXml);
     const Run run = shop.run(line("convert --to tagged --out-dir records --out-dir=dir.xml good.xml"));
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: '--out-dir' is given twice; for a file of that name, write "
+             QStringLiteral("tunerproperties: option '--out-dir' can be used only once; for a file of that name, write "
                             "'./--out-dir=dir.xml' or put '--' before it\n"
                             "tunerproperties: try 'tunerproperties convert --help'\n"));
     QCOMPARE(run.status, 2);
     QCOMPARE(shop.files(), QStringList({QStringLiteral("--out-dir=dir.xml"), QStringLiteral("good.xml")}));
 }
 
-void ToolUsageTest::valuesOfOptionsAreTakenInEveryWay()
+void ToolUsageTest::valuesOfOptionsAreAcceptedInEverySpelling()
 {
     Workshop shop;
     shop.write(QStringLiteral("a.xml"), smallXml);
@@ -420,15 +418,15 @@ void ToolUsageTest::valuesOfOptionsAreTakenInEveryWay()
     }
 }
 
-void ToolUsageTest::theVersionIsThatOfTheProject_data()
+void ToolUsageTest::versionIsThatOfTheProject_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("--version") << line("--version");
     QTest::newRow("-v") << line("-v");
-    QTest::newRow("behind a command") << line("show --version");
+    QTest::newRow("after a command") << line("show --version");
 }
 
-void ToolUsageTest::theVersionIsThatOfTheProject()
+void ToolUsageTest::versionIsThatOfTheProject()
 {
     QFETCH(QStringList, arguments);
     const Run run = Workshop().run(arguments);

@@ -6,31 +6,31 @@ class ToolValidateTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void nothingIsSaidAboutValidDocuments_data();
-    void nothingIsSaidAboutValidDocuments();
+    void validDocumentsHaveNoOutput_data();
+    void validDocumentsHaveNoOutput();
     void allExamplesAtOnceAreValid();
-    void everyProblemIsTold();
-    void everyProblemIsToldInTheBinaryForms_data();
-    void everyProblemIsToldInTheBinaryForms();
-    void placesCountAsAnEditorDoes_data();
-    void placesCountAsAnEditorDoes();
-    void elementsAreLookedAtLikeAttributes();
-    void whatAReaderSkipsIsNoProblem_data();
-    void whatAReaderSkipsIsNoProblem();
-    void whatEndsTheSkippingIsLookedAt();
-    void theContentOfAnUnknownElementIsLookedAt();
-    void aValueThatWasReplacedIsLookedAt();
-    void aDocumentThatWouldWriteNothingIsAProblem();
-    void aProblemStaysOnItsLine();
-    void theWorstOfSeveralFilesCounts_data();
-    void theWorstOfSeveralFilesCounts();
-    void problemsAndErrorsTakeDifferentWays();
-    void standardInputIsNamedByADash();
+    void everyProblemIsReported();
+    void everyProblemIsReportedInTheBinaryForms_data();
+    void everyProblemIsReportedInTheBinaryForms();
+    void linesAndColumnsMatchThoseOfAnEditor_data();
+    void linesAndColumnsMatchThoseOfAnEditor();
+    void elementsAreCheckedLikeAttributes();
+    void skippedContentIsNotAProblem_data();
+    void skippedContentIsNotAProblem();
+    void elementThatEndsTheSkippingIsChecked();
+    void contentOfAnUnknownElementIsChecked();
+    void replacedValueIsChecked();
+    void documentWithoutOutputIsAProblem();
+    void problemStaysOnOneLine();
+    void worstOfSeveralFilesDeterminesTheStatus_data();
+    void worstOfSeveralFilesDeterminesTheStatus();
+    void problemsAndErrorsUseDifferentStreams();
+    void messagesNameStandardInputByADash();
 };
 
 namespace {
 
-/// About a file called "a.xml".
+/// Problems of a file named "a.xml".
 Run validate(const QByteArray &xml)
 {
     Workshop shop;
@@ -38,7 +38,7 @@ Run validate(const QByteArray &xml)
     return shop.run(line("validate a.xml"));
 }
 
-/// A whole document around what is put into it: behind the attributes of the document, and in front of its component.
+/// A complete document with additional attributes, and content before its component.
 QByteArray document(const char *attributes, const char *elements)
 {
     return QByteArray("<TunerProperties Version=\"1.1\" baseresource=\"b\" type=\"SCP\"") + attributes + ">\n"
@@ -49,14 +49,14 @@ QByteArray document(const char *attributes, const char *elements)
 
 } // namespace
 
-void ToolValidateTest::nothingIsSaidAboutValidDocuments_data()
+void ToolValidateTest::validDocumentsHaveNoOutput_data()
 {
     QTest::addColumn<QString>("path");
     for (const QString &name : exampleNames())
         QTest::newRow(qPrintable(name)) << examplePath(name);
 }
 
-void ToolValidateTest::nothingIsSaidAboutValidDocuments()
+void ToolValidateTest::validDocumentsHaveNoOutput()
 {
     QFETCH(QString, path);
     Workshop shop;
@@ -112,7 +112,7 @@ const char badXml[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 </TunerProperties>
 )";
 
-// What is missing is the same in every form.
+// Missing members are the same in every form.
 const char badPaths[] = R"(StartupModes: StartupModes: Please set StartupMode properly.
 BandwidthSelection "narrow": BandwidthSelection: Please set MaxBandwidth properly.
 BandwidthSelection 2: BandwidthSelection: Please set Name properly.
@@ -141,7 +141,7 @@ QString withFile(const char *file, const char *lines)
 
 } // namespace
 
-void ToolValidateTest::everyProblemIsTold()
+void ToolValidateTest::everyProblemIsReported()
 {
     const Run run = validate(badXml);
     QCOMPARE(run.out,
@@ -159,17 +159,18 @@ void ToolValidateTest::everyProblemIsTold()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::everyProblemIsToldInTheBinaryForms_data()
+void ToolValidateTest::everyProblemIsReportedInTheBinaryForms_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : {"a.tpb", "a.tpz"}) // a snapshot does not hold values that are not set
         QTest::newRow(name) << QString::fromUtf8(name);
 }
 
-void ToolValidateTest::everyProblemIsToldInTheBinaryForms()
+void ToolValidateTest::everyProblemIsReportedInTheBinaryForms()
 {
     QFETCH(QString, name);
-    // Tagged records hold the default of a mandatory member that is not set, an empty text or a 0; so less is missing.
+    // Tagged records contain the default of a mandatory member that is not set, an empty text or a 0; so fewer members
+    // are missing.
     const char *const paths = R"(StartupModes: StartupModes: Please set StartupMode properly.
 Component "Preselector" / Node "att" / ValueItem 3: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
 Component "Preselector" / Node "empty": Node: Please set ValueItem properly.
@@ -188,7 +189,7 @@ TunerProperties: Please set type properly.
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::placesCountAsAnEditorDoes_data()
+void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<QString>("place");
@@ -196,7 +197,7 @@ void ToolValidateTest::placesCountAsAnEditorDoes_data()
         QTest::newRow(name) << xml << QString::fromUtf8(place);
     };
     row("an attribute on a line of its own", document("\n\n  hwProcessing=\"\"", ""), "3:3");
-    row("an attribute behind one that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
+    row("an attribute after a value that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
         "2:2");
     row("a greater-than sign before it", document(" name=\">\"\n hwProcessing = ''", ""), "2:2");
     row("lines that end in CR LF", document("\r\n\r\n  hwProcessing=\"\"", ""), "3:3");
@@ -209,10 +210,10 @@ void ToolValidateTest::placesCountAsAnEditorDoes_data()
     row("a comment before it", "<!-- < <\n -->" + document("\n hwProcessing=\"\"", ""), "3:2");
     row("an element", document("", "\n <HRPANSupported/>"), "3:2");
     row("an element over several lines", document("", "\n <HRPANSupported\n><x/></HRPANSupported\n>"), "3:2");
-    row("an element behind another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
+    row("an element after another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
 }
 
-void ToolValidateTest::placesCountAsAnEditorDoes()
+void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor()
 {
     QFETCH(QByteArray, xml);
     QFETCH(QString, place);
@@ -222,12 +223,12 @@ void ToolValidateTest::placesCountAsAnEditorDoes()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::elementsAreLookedAtLikeAttributes()
+void ToolValidateTest::elementsAreCheckedLikeAttributes()
 {
     const Run run = validate(document("",
                                       "<type>scp</type>\n<hwProcessing></hwProcessing>\n<hwProcessing> </hwProcessing>"
                                       "<type>FFP</type>"));
-    // The second type replaces the one that is none; a blank is a text, and so true.
+    // The second type replaces the unknown one; a blank is a text, and therefore true.
     QCOMPARE(run.out,
              QStringLiteral("a.xml:2:1: enum is not valid (classname=TunerProperties,membername=m_type)\n"
                             "a.xml:3:1: Please set a value or a default for the boolean 'hwProcessing' in "
@@ -235,7 +236,7 @@ void ToolValidateTest::elementsAreLookedAtLikeAttributes()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::whatAReaderSkipsIsNoProblem_data()
+void ToolValidateTest::skippedContentIsNotAProblem_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::newRow("unknown elements of an older version")
@@ -249,7 +250,7 @@ void ToolValidateTest::whatAReaderSkipsIsNoProblem_data()
     QTest::newRow("numbers that are none") << document(" quantity=\"many\"", "<MaxFFPDelay>long</MaxFFPDelay>");
 }
 
-void ToolValidateTest::whatAReaderSkipsIsNoProblem()
+void ToolValidateTest::skippedContentIsNotAProblem()
 {
     QFETCH(QByteArray, xml);
     const Run run = validate(xml);
@@ -258,9 +259,9 @@ void ToolValidateTest::whatAReaderSkipsIsNoProblem()
     QCOMPARE(run.status, 0);
 }
 
-void ToolValidateTest::whatEndsTheSkippingIsLookedAt()
+void ToolValidateTest::elementThatEndsTheSkippingIsChecked()
 {
-    // The inner <x/> ends the skipping of the outer one, so that the mode behind it counts.
+    // The inner <x/> ends the skipping of the outer one, so the following mode counts.
     const Run run = validate(document("",
                                       "<StartupModes><StartupMode>FFM</StartupMode><x><x/></x>\n"
                                       "<y><y><StartupMode>none</StartupMode></y></y></StartupModes>"));
@@ -271,7 +272,7 @@ void ToolValidateTest::whatEndsTheSkippingIsLookedAt()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::theContentOfAnUnknownElementIsLookedAt()
+void ToolValidateTest::contentOfAnUnknownElementIsChecked()
 {
     const Run run = validate(document("", "<Extra>\n<More/>\n<Component name=\"inner\"/></Extra>"));
     QCOMPARE(run.out,
@@ -283,7 +284,7 @@ void ToolValidateTest::theContentOfAnUnknownElementIsLookedAt()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::aValueThatWasReplacedIsLookedAt()
+void ToolValidateTest::replacedValueIsChecked()
 {
     const Run run = validate(document("", "").replace("<ValueInt ",
                                                       "<ValueStringList id=\"l\" value=\"\">\n<StringItem/>"
@@ -294,7 +295,7 @@ void ToolValidateTest::aValueThatWasReplacedIsLookedAt()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::aDocumentThatWouldWriteNothingIsAProblem()
+void ToolValidateTest::documentWithoutOutputIsAProblem()
 {
     Workshop shop;
     // Component (set, but empty), type and base resource.
@@ -307,7 +308,7 @@ void ToolValidateTest::aDocumentThatWouldWriteNothingIsAProblem()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::aProblemStaysOnItsLine()
+void ToolValidateTest::problemStaysOnOneLine()
 {
     const Run run = validate(document("", "<BandwidthSelection><Name>a\nb\tc</Name></BandwidthSelection>"));
     QCOMPARE(run.out,
@@ -315,7 +316,7 @@ void ToolValidateTest::aProblemStaysOnItsLine()
                             "properly.\n"));
 }
 
-void ToolValidateTest::theWorstOfSeveralFilesCounts_data()
+void ToolValidateTest::worstOfSeveralFilesDeterminesTheStatus_data()
 {
     QTest::addColumn<QString>("files");
     QTest::addColumn<int>("status");
@@ -328,7 +329,7 @@ void ToolValidateTest::theWorstOfSeveralFilesCounts_data()
     row("missing.xml good.xml", 3);
 }
 
-void ToolValidateTest::theWorstOfSeveralFilesCounts()
+void ToolValidateTest::worstOfSeveralFilesDeterminesTheStatus()
 {
     QFETCH(QString, files);
     QFETCH(int, status);
@@ -338,7 +339,7 @@ void ToolValidateTest::theWorstOfSeveralFilesCounts()
     QCOMPARE(shop.run(line("validate") + files.split(QLatin1Char(' '))).status, status);
 }
 
-void ToolValidateTest::problemsAndErrorsTakeDifferentWays()
+void ToolValidateTest::problemsAndErrorsUseDifferentStreams()
 {
     Workshop shop;
     shop.write(QStringLiteral("bad1.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
@@ -359,7 +360,7 @@ void ToolValidateTest::problemsAndErrorsTakeDifferentWays()
     QCOMPARE(run.status, 3);
 }
 
-void ToolValidateTest::standardInputIsNamedByADash()
+void ToolValidateTest::messagesNameStandardInputByADash()
 {
     const Run run = Workshop().run(line("validate -"), QByteArray(smallXml).replace("SCP", "scp"));
     QCOMPARE(run.out,

@@ -13,13 +13,13 @@
 
 namespace {
 
-/// A standard stream that is closed would be given to the next file that is opened, which would then get what is meant
-/// for the stream. Used in its place, this fails as a closed one does.
+/// Opens /dev/null in place of standard streams that are closed. The next file to be opened would otherwise get their
+/// number, and what is meant for the stream. Reading or writing it fails as for a closed stream.
 void occupyStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) == -1)
-            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // the least number that is free
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // gets the lowest free number
     }
 }
 
@@ -28,7 +28,7 @@ void occupyStandardStreams()
 int main(int argc, char **argv)
 {
     occupyStandardStreams();
-    QByteArrayList arguments; // as they are: Qt would decode them, and take some for its own
+    QByteArrayList arguments; // unchanged: Qt would decode them, and interpret some
     for (int i = 1; i < argc; ++i)
         arguments.append(argv[i]);
     int justTheName = std::min(argc, 1);
@@ -38,9 +38,9 @@ int main(int argc, char **argv)
     try {
         return int(runCommandLine(arguments));
     } catch (const std::bad_alloc &) {
-        Console::complain(QStringLiteral("out of memory"));
+        Console::printError(QStringLiteral("out of memory"));
     } catch (const std::exception &e) {
-        Console::complain(QString::fromUtf8(e.what()));
+        Console::printError(QString::fromUtf8(e.what()));
     }
     return int(ExitStatus::FileFailure);
 }

@@ -37,8 +37,8 @@ def write(obj: Object, validate: bool) -> bytes | None:
 
 def compress(representation: bytes, level: int = -1) -> bytes:
     if len(representation) > MOST_EXPANDED:
-        raise WrongRepresentation(f"binary data: {len(representation)} bytes are to be compressed, but readers take no"
-                                  f" more than {MOST_EXPANDED}")
+        raise WrongRepresentation(f"binary data: {len(representation)} bytes are to be compressed, but readers accept"
+                                  f" no more than {MOST_EXPANDED}")
     return _record(COMPRESSED_WORD, _WORD.pack(len(representation)) + zlib.compress(representation, level))
 
 
@@ -137,7 +137,7 @@ def expand(payload: bytes) -> bytes:
     most = min(MOST_EXPANDED, MOST_TIMES * len(payload))
     if size > most:
         raise WrongRepresentation(f"binary data: {len(payload)} compressed bytes declare {size} bytes, but no more than"
-                                  f" {most} are taken")
+                                  f" {most} are accepted")
     stream = zlib.decompressobj()
     try:
         plain = stream.decompress(payload[_WORD.size:], size + 1)

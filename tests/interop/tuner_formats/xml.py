@@ -43,7 +43,7 @@ def write(obj: Object, validate: bool) -> bytes | None:
     if lost := _NOT_FOR_XML.search(text):
         line = text.count("\n", 0, lost.start()) + 1
         raise WrongRepresentation(
-            f"XML text: a text in or just above line {line} of the document holds a character that XML cannot carry"
+            f"XML text: a text in or just above line {line} of the document contains a character that XML cannot carry"
             " (a control character, U+FFFE, U+FFFF or half a surrogate pair)")
     return text.encode("utf-8")
 

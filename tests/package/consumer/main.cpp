@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A program of somebody else: consumer SCP.xml
+// A program of another project: consumer SCP.xml
 
 #include <cstdio>
 
@@ -16,7 +16,7 @@ int main(int argc, char *argv[])
     JobXml::TunerProperties tuner;
     try {
         tuner.Check();
-    } catch (const OutOfRangeException &e) { // known by its type across the border of the library
+    } catch (const OutOfRangeException &e) { // its type is recognized across the border of the library
         std::printf("OutOfRangeException: %s\n", e.what());
     }
 

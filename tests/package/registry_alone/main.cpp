@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A program with catalogues of its own, and no tuner.
+// A program with catalogs of its own, and without a tuner.
 
 #include <cstdio>
 

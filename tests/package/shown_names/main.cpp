@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Shows the kinds of tuners to somebody who reads German.
+// Shows the kinds of tuners in German.
 
 #include <cstdio>
 
@@ -14,7 +14,7 @@ int main(int argc, char *argv[])
 {
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     const QCoreApplication application(argc, argv);
-    TranslationCenter::Instance().InstallPending(); // the library was there before the application
+    TranslationCenter::Instance().InstallPending(); // the library was loaded before the application was created
     const QStringList names = JobXml::TunerProperties::GetGUItypes();
     for (const QString &name : names)
         std::printf("%s\n", name.toUtf8().constData());

@@ -13,26 +13,26 @@ using JobXml::MemberKind;
 using JobXml::MemberView;
 using JobXml::TunerProperties;
 
-/// What the page of a document holds; how it looks and works is for a browser to test.
+/// The content of a page; layout and behavior are tested in a browser.
 class HtmlTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyMemberIsShownOnceAndWithItsValue_data();
-    void everyMemberIsShownOnceAndWithItsValue();
-    void everyProblemStandsAtItsObject_data() { everyMemberIsShownOnceAndWithItsValue_data(); }
-    void everyProblemStandsAtItsObject();
-    void aProblemStandsInTheObjectThatHasIt();
-    void problemsOfTheFileStandAtTheTop();
+    void everyMemberIsShownOnceWithItsValue_data();
+    void everyMemberIsShownOnceWithItsValue();
+    void everyProblemIsShownAtItsObject_data() { everyMemberIsShownOnceWithItsValue_data(); }
+    void everyProblemIsShownAtItsObject();
+    void problemIsShownInsideItsObject();
+    void problemsOfTheFileAreAtTheTop();
     void problemsThatAreNotListedAreCounted();
-    void aDocumentWithoutProblemsSaysSo();
-    void textsStayTexts();
-    void charactersThatAreNotSeenAreSigns();
-    void nothingComesFromElsewhere();
-    void onlyItsOwnSourcesMayRun();
-    void shortDocumentsAreOpenAndOfLongOnesTheFirstComponent();
-    void listsThatAreMissingAreTold();
+    void validDocumentIsShownAsValid();
+    void textsAreNeverMarkup();
+    void invisibleCharactersAreShownAsSigns();
+    void pageLoadsNothingFromElsewhere();
+    void policyAllowsOnlyTheSourcesOfThePage();
+    void longDocumentsOpenOnlyTheFirstComponent();
+    void missingListsAreShown();
     void showingChangesNothing();
 };
 
@@ -65,7 +65,7 @@ QString described(const QString &name, const QStringList &values, bool isSet)
         + (isSet ? QString() : QStringLiteral(" (not set)"));
 }
 
-/// What a page has to show of an object and of all below it. Of a choice that is its alternative.
+/// The expected content of a page for an object and everything below it. For a choice, that is its alternative.
 void collect(const DataObject &object, QStringList &values, QStringList &objects)
 {
     bool hasChosen = false;
@@ -93,7 +93,7 @@ void collect(const DataObject &object, QStringList &values, QStringList &objects
     });
 }
 
-/// The same, from the page. `objectNames` are the names of members that are objects.
+/// The actual content. `objectNames` are the names of members that are objects.
 void collect(const PageNode &page, const QStringList &objectNames, QStringList &values, QStringList &objects)
 {
     page.forEach([&](const PageNode &node) {
@@ -117,7 +117,7 @@ QString sorted(QStringList lines)
 
 } // namespace
 
-void HtmlTest::everyMemberIsShownOnceAndWithItsValue_data()
+void HtmlTest::everyMemberIsShownOnceWithItsValue_data()
 {
     QTest::addColumn<int>("seed");
     QTest::addColumn<int>("changes");
@@ -127,7 +127,7 @@ void HtmlTest::everyMemberIsShownOnceAndWithItsValue_data()
     QTest::newRow("changed much") << 2000 << 60 << 40;
 }
 
-void HtmlTest::everyMemberIsShownOnceAndWithItsValue()
+void HtmlTest::everyMemberIsShownOnceWithItsValue()
 {
     QFETCH(int, seed);
     QFETCH(int, changes);
@@ -147,7 +147,7 @@ void HtmlTest::everyMemberIsShownOnceAndWithItsValue()
     }
 }
 
-void HtmlTest::everyProblemStandsAtItsObject()
+void HtmlTest::everyProblemIsShownAtItsObject()
 {
     QFETCH(int, seed);
     QFETCH(int, changes);
@@ -180,7 +180,7 @@ void HtmlTest::everyProblemStandsAtItsObject()
     QVERIFY(found > 0);
 }
 
-void HtmlTest::aProblemStandsInTheObjectThatHasIt()
+void HtmlTest::problemIsShownInsideItsObject()
 {
     TunerProperties document = aDocument(3);
     document.SetValidate(false);
@@ -206,7 +206,7 @@ void HtmlTest::aProblemStandsInTheObjectThatHasIt()
     QCOMPARE(only(counts)->wholeText(), QStringLiteral("2 problems"));
 }
 
-void HtmlTest::problemsOfTheFileStandAtTheTop()
+void HtmlTest::problemsOfTheFileAreAtTheTop()
 {
     Findings findings(2);
     findings.add({{}, 3, 14, QStringLiteral("Unknown Tag '<b>' in 'TunerProperties'.")});
@@ -234,14 +234,14 @@ void HtmlTest::problemsThatAreNotListedAreCounted()
     QCOMPARE(int(section->allTagged("li").size()), 1);
 }
 
-void HtmlTest::aDocumentWithoutProblemsSaysSo()
+void HtmlTest::validDocumentIsShownAsValid()
 {
     const PageTree page = pageOf(aDocument());
     QCOMPARE(only(page.root().all([](const PageNode &node) { return node.isOfClass("fine"); }))->wholeText(),
-             QStringLiteral("Validation has found no problems."));
+             QStringLiteral("Validation found no problems."));
 }
 
-void HtmlTest::textsStayTexts()
+void HtmlTest::textsAreNeverMarkup()
 {
     const QString hostile = QStringLiteral("</title></style><script>alert(1)</script>\"'><img onerror=x> &amp; ]]>");
     TunerProperties document = aDocument();
@@ -258,7 +258,7 @@ void HtmlTest::textsStayTexts()
     QCOMPARE(only(tree.root().allTagged("title"))->wholeText(), hostile);
 }
 
-void HtmlTest::charactersThatAreNotSeenAreSigns()
+void HtmlTest::invisibleCharactersAreShownAsSigns()
 {
     TunerProperties document = aDocument();
     QString text = QStringLiteral("a\nb\tc\rd");
@@ -284,7 +284,7 @@ void HtmlTest::charactersThatAreNotSeenAreSigns()
     QVERIFY(page.contains("<title>a\\nb\\tc\\rdU+0000U+001BU+0085U+2028U+202EU+2066U+D800U+FFFEU+1FFFE"));
 }
 
-void HtmlTest::nothingComesFromElsewhere()
+void HtmlTest::pageLoadsNothingFromElsewhere()
 {
     const QString page = QString::fromUtf8(html(randomDocument(7), {}, QStringLiteral("file.xml")));
     const QRegularExpression foreign(QStringLiteral(
@@ -296,7 +296,7 @@ void HtmlTest::nothingComesFromElsewhere()
     QVERIFY(page.contains(QStringLiteral("xmlns=\"http://www.w3.org/1999/xhtml\"")));
 }
 
-void HtmlTest::onlyItsOwnSourcesMayRun()
+void HtmlTest::policyAllowsOnlyTheSourcesOfThePage()
 {
     const QByteArray page = html(aDocument(), {}, QStringLiteral("file.xml"));
     const auto hashOf = [&](const QByteArray &tag) {
@@ -316,7 +316,7 @@ void HtmlTest::onlyItsOwnSourcesMayRun()
     }
 }
 
-void HtmlTest::shortDocumentsAreOpenAndOfLongOnesTheFirstComponent()
+void HtmlTest::longDocumentsOpenOnlyTheFirstComponent()
 {
     const auto open = [](const TunerProperties &document) {
         QString states;
@@ -332,7 +332,7 @@ void HtmlTest::shortDocumentsAreOpenAndOfLongOnesTheFirstComponent()
     QCOMPARE(open(document), QStringLiteral("occ"));
 }
 
-void HtmlTest::listsThatAreMissingAreTold()
+void HtmlTest::missingListsAreShown()
 {
     TunerProperties document = aDocument();
     document.SetValidate(false);

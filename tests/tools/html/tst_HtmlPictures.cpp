@@ -18,13 +18,13 @@ private Q_SLOTS:
     void bandwidthsWithinADecadeHaveALinearAxis();
     void theLargestAndTheLeastNumbersHaveAnAxis();
     void anAxisOverHundredsOfDecadesHasFewTicks();
-    void barsThatHaveNoPlaceAreLeftOut();
-    void aValueInItsRangeIsAMeter();
-    void aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data();
-    void aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo();
-    void largeNumbersAreInGroupsToTheEyeAlone();
+    void barsWithoutAPositionAreOmitted();
+    void valueInItsRangeIsAMeter();
+    void valueOutsideItsRangeIsAnImageWithTheReason_data();
+    void valueOutsideItsRangeIsAnImageWithTheReason();
+    void digitGroupsAreOnlyVisual();
     void theOptionAtTheIndexIsMarked();
-    void anOptionThatDiffersFromWhatIsChosenIsTold();
+    void optionThatDiffersFromTheChoiceIsReported();
     void theCurrentTextOfAListIsMarked();
 };
 
@@ -46,7 +46,7 @@ TunerProperties withBandwidths(const QVector<double> &bandwidths)
     return document;
 }
 
-/// The bars of the page: "x width", and "none" for a picture without.
+/// The bars of the page: "x width", and "none" if there is no picture.
 QStringList barsOf(const PageTree &page)
 {
     QStringList bars;
@@ -104,7 +104,7 @@ JobXml::ValueNumericInt64 ranged(qint64 value, qint64 min, qint64 max, qint64 st
 
 void HtmlPicturesTest::bandwidthsOverDecadesHaveALogarithmicAxis()
 {
-    // From 1 k, below the least, to 1 M: three decades. 10 k is at a third, 20 k 0.30103 of a decade further.
+    // From 1 k, below the smallest number, to 1 M: three decades. 10 k is at a third, 20 k 0.30103 of a decade further.
     const PageTree page = pageOf(withBandwidths({10000, 20000, 1e6}));
     QCOMPARE(labelsOf(page),
              (QStringList{QStringLiteral("0.00% 1\u00a0k"), QStringLiteral("33.33% 10\u00a0k"),
@@ -129,7 +129,7 @@ void HtmlPicturesTest::bandwidthsWithinADecadeHaveALinearAxis()
     QCOMPARE(
         barsOf(page),
         (QStringList{QStringLiteral("0.00% 25.00%"), QStringLiteral("0.00% 50.00%"), QStringLiteral("0.00% 100.00%")}));
-    // Ten times as much is a decade, and no more.
+    // A factor of ten is exactly one decade.
     QCOMPARE(barsOf(pageOf(withBandwidths({1000, 10000}))),
              (QStringList{QStringLiteral("0.00% 10.00%"), QStringLiteral("0.00% 100.00%")}));
 }
@@ -152,7 +152,7 @@ void HtmlPicturesTest::theLargestAndTheLeastNumbersHaveAnAxis()
             [](const PageNode &node) { return node.attribute("aria-label").contains(QLatin1String(" axis from ")); });
         return only(axes)->attribute("aria-label") + QStringLiteral(": ") + labelsOf(page).join(QStringLiteral(", "));
     };
-    // Ends beyond all numbers of this size.
+    // Ends beyond the range of the type.
     QCOMPARE(labels({1.79e308}),
              QStringLiteral("linear axis from 0 to 2e+308: 0.00% 0, 25.00% 5e+307, 50.00% 1e+308, 75.00% 1.5e+308, "
                             "100.00% 2e+308"));
@@ -162,14 +162,14 @@ void HtmlPicturesTest::theLargestAndTheLeastNumbersHaveAnAxis()
     QCOMPARE(labels({1e307, 1.79e308}),
              QStringLiteral("logarithmic axis from 1e+306 to 1e+309: 0.00% 1e+306, 33.33% 1e+307, 66.67% 1e+308, "
                             "100.00% 1e+309"));
-    // Steps between the numbers of this size.
+    // Steps smaller than the distance of neighboring numbers.
     QCOMPARE(labels({5e-324}),
              QStringLiteral("linear axis from 0 to 6e-324: 0.00% 0, 33.33% 2e-324, 66.67% 4e-324, 100.00% 6e-324"));
     QCOMPARE(labels({5e-324, 1e-322}),
              QStringLiteral("logarithmic axis from 1e-324 to 1e-322: 0.00% 1e-324, 50.00% 1e-323, 100.00% 1e-322"));
 }
 
-void HtmlPicturesTest::barsThatHaveNoPlaceAreLeftOut()
+void HtmlPicturesTest::barsWithoutAPositionAreOmitted()
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double infinity = std::numeric_limits<double>::infinity();
@@ -182,7 +182,7 @@ void HtmlPicturesTest::barsThatHaveNoPlaceAreLeftOut()
     QCOMPARE(barsOf(pageOf(withBandwidths({most, -most}))).size(), 2);
 }
 
-void HtmlPicturesTest::aValueInItsRangeIsAMeter()
+void HtmlPicturesTest::valueInItsRangeIsAMeter()
 {
     const PageTree page = pageOf(with(ranged(250, 50, 850, 100), &JobXml::ValueItem::SetValueNumericInt64));
     const PageNode *meter = byRole(page, "meter", "slider");
@@ -195,7 +195,7 @@ void HtmlPicturesTest::aValueInItsRangeIsAMeter()
     QCOMPARE(int(meter->allTagged("line").size()), 7); // between eight steps
 }
 
-void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data()
+void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
 {
     QTest::addColumn<qint64>("value");
     QTest::addColumn<qint64>("min");
@@ -207,12 +207,12 @@ void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo_data()
         QTest::newRow(name) << value << min << max << QString::fromUtf8(place) << QString::fromUtf8(note);
     };
     row("above", 8, 0, 7, "100.00%", "value is above max");
-    row("above by what a double cannot tell", most, 0, most - 1, "100.00%", "value is above max");
+    row("above by less than the precision of a double", most, 0, most - 1, "100.00%", "value is above max");
     row("below", -1, 0, 7, "0.00%", "value is below min");
     row("no range", 5, 7, 3, "", "min is above max");
 }
 
-void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo()
+void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason()
 {
     QFETCH(qint64, value);
     QFETCH(qint64, min);
@@ -228,7 +228,7 @@ void HtmlPicturesTest::aValueWithoutAPlaceInItsRangeIsAPictureThatSaysSo()
     QCOMPARE(only(page.root().all([](const PageNode &node) { return node.isOfClass("note"); }))->wholeText(), note);
 }
 
-void HtmlPicturesTest::largeNumbersAreInGroupsToTheEyeAlone()
+void HtmlPicturesTest::digitGroupsAreOnlyVisual()
 {
     const QByteArray page = html(withBandwidths({9999, 12345, -1234567.25, 1e300}), {}, QStringLiteral("file.xml"));
     QVERIFY(page.contains(">9999</span>"));
@@ -257,7 +257,7 @@ void HtmlPicturesTest::theOptionAtTheIndexIsMarked()
     QVERIFY(page.root().all([](const PageNode &node) { return node.isOfClass("note"); }).empty());
 }
 
-void HtmlPicturesTest::anOptionThatDiffersFromWhatIsChosenIsTold()
+void HtmlPicturesTest::optionThatDiffersFromTheChoiceIsReported()
 {
     JobXml::SelectionItem item;
     item.Setname(QStringLiteral("one"));
@@ -276,8 +276,8 @@ void HtmlPicturesTest::anOptionThatDiffersFromWhatIsChosenIsTold()
         return texts;
     };
     QCOMPARE(notes(),
-             (QStringList{QStringLiteral("the option at this index has another name"),
-                          QStringLiteral("the option at this index has another value")}));
+             (QStringList{QStringLiteral("the option at this index has a different name"),
+                          QStringLiteral("the option at this index has a different value")}));
     selection.Setindex(-1);
     QCOMPARE(notes(), QStringList{QStringLiteral("no option has the index -1")});
     selection.Setindex(1);
@@ -305,7 +305,7 @@ void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
     };
     QCOMPARE(marked(), QStringList{QStringLiteral("li b")});
     list.Setvalue(QStringLiteral("c"));
-    QCOMPARE(marked(), QStringList{QStringLiteral("the value is none of the list")});
+    QCOMPARE(marked(), QStringList{QStringLiteral("the value is not in the list")});
 }
 
 TEST_SUITE(HtmlPicturesTest)

@@ -2,17 +2,17 @@
 #include "tools/Tool.h"
 #include "tools/html/PageTree.h"
 
-/// The page as the tool writes it.
+/// The page that the tool writes.
 class ToolHtmlTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyFormMakesTheSamePage_data();
-    void everyFormMakesTheSamePage();
+    void everyFormProducesTheSamePage_data();
+    void everyFormProducesTheSamePage();
     void thePageIsNamedAfterItsDocument();
     void theProblemsOfTheFileAreShown();
-    void theTreeIsTheDefault();
+    void treeIsTheDefaultFormat();
 };
 
 namespace {
@@ -28,14 +28,14 @@ QStringList textsOf(const QByteArray &page, const char *tag)
 
 } // namespace
 
-void ToolHtmlTest::everyFormMakesTheSamePage_data()
+void ToolHtmlTest::everyFormProducesTheSamePage_data()
 {
     QTest::addColumn<QString>("path");
     for (const QString &name : exampleNames())
         QTest::newRow(qPrintable(name)) << examplePath(name);
 }
 
-void ToolHtmlTest::everyFormMakesTheSamePage()
+void ToolHtmlTest::everyFormProducesTheSamePage()
 {
     QFETCH(QString, path);
     Workshop shop;
@@ -84,7 +84,7 @@ void ToolHtmlTest::theProblemsOfTheFileAreShown()
     QCOMPARE(textsOf(run.bytes, "a"), QStringList{QStringLiteral("Component: Please set Node properly.")});
 }
 
-void ToolHtmlTest::theTreeIsTheDefault()
+void ToolHtmlTest::treeIsTheDefaultFormat()
 {
     const QByteArray xml = "<TunerProperties Version=\"1.1\"/>";
     const Run tree = Workshop().run(line("show --format tree -"), xml);

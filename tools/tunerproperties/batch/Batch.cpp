@@ -41,17 +41,17 @@ private:
     std::array<int, 4> m_counts = {};
 };
 
-/// What is written about a file, ready for output. It is smaller than the findings, which can be dropped.
+/// The text about one file, ready for output. It is smaller than the findings, which can be discarded.
 struct Batch::Result
 {
     FileStatus status;
     QByteArray lines;
-    QStringList complaints;
+    QStringList errors;
 
     static std::int64_t size(const Result &result)
     {
         constexpr std::int64_t characterSize = 2;
-        return std::accumulate(result.complaints.begin(), result.complaints.end(), std::int64_t(result.lines.size()),
+        return std::accumulate(result.errors.begin(), result.errors.end(), std::int64_t(result.lines.size()),
                                [](std::int64_t sum, const QString &text) { return sum + characterSize * text.size(); });
     }
 };
@@ -63,7 +63,8 @@ Json textOrNull(const QString &text)
     return text.isNull() ? Json() : Json(text.toUtf8());
 }
 
-/// A name that is not UTF-8 is escaped, and its bytes follow as hexadecimal digits: "file" and "fileBytes".
+/// Adds the name; a name that is not UTF-8 is escaped, and its bytes follow as hexadecimal digits: "file" and
+/// "fileBytes".
 void insertName(Json &json, const QByteArray &key, const FileName &name)
 {
     const auto text = Printable::decoded(name.bytes());
@@ -75,24 +76,24 @@ void insertName(Json &json, const QByteArray &key, const FileName &name)
 Json problemJson(const Finding &finding)
 {
     Json path;
-    if (!finding.hasPlace()) {
+    if (!finding.hasLocation()) {
         path = Json::emptyList();
         for (const QString &step : finding.path)
             path.append(step.toUtf8());
     }
     Json json = Json::emptyObject();
     json.insert("path", std::move(path));
-    json.insert("line", finding.hasPlace() ? Json(finding.line) : Json());
-    json.insert("column", finding.hasPlace() ? Json(finding.column) : Json());
+    json.insert("line", finding.hasLocation() ? Json(finding.line) : Json());
+    json.insert("column", finding.hasLocation() ? Json(finding.column) : Json());
     json.insert("message", finding.message.toUtf8());
     return json;
 }
 
-QString statusWord(FileStatus status, const QString &doneWord)
+QString statusWord(FileStatus status, const QString &doneStatus)
 {
     switch (status) {
     case FileStatus::Done:
-        return doneWord;
+        return doneStatus;
     case FileStatus::Problems:
         return QStringLiteral("problems");
     case FileStatus::Unreadable:
@@ -115,14 +116,14 @@ ExitStatus exitStatus(FileStatus status)
     }
 }
 
-/// What is written about a file with --json, without the end of the line.
-QByteArray jsonOf(const Outcome &outcome, const QString &doneWord)
+/// The line of JSON about a file, without its end.
+QByteArray jsonOf(const Outcome &outcome, const QString &doneStatus)
 {
     Json json = Json::emptyObject();
     insertName(json, "file", outcome.file);
     if (!outcome.output.isEmpty())
         insertName(json, "output", outcome.output);
-    json.insert("status", statusWord(outcome.status, doneWord).toUtf8());
+    json.insert("status", statusWord(outcome.status, doneStatus).toUtf8());
     Json problems = Json::emptyList();
     for (const Finding &finding : outcome.findings.listed())
         problems.append(problemJson(finding));
@@ -139,7 +140,7 @@ ExitStatus Batch::run(const QVector<FileName> &files)
     const int count = files.size();
     Tally tally;
     const Interruption::Report report([&] {
-        const QString done = QStringLiteral("interrupted when %1 of %2 files were done").arg(tally.done()).arg(count);
+        const QString done = QStringLiteral("interrupted after %1 of %2 files").arg(tally.done()).arg(count);
         return m_settings.quiet || count < 2 ? QString() : done + summary(tally);
     });
     ExitStatus worst = ExitStatus::Ok;
@@ -156,7 +157,7 @@ ExitStatus Batch::run(const QVector<FileName> &files)
             showProgress, Result::size);
     }
     if (count > 1 && !m_settings.quiet && !m_settings.json)
-        Console::complain(QStringLiteral("%1 files").arg(count) + summary(tally));
+        Console::printError(QStringLiteral("%1 files").arg(count) + summary(tally));
     return worst;
 }
 
@@ -191,18 +192,20 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
 Batch::Result Batch::resultOf(const Outcome &outcome) const
 {
     Result result{outcome.status, {}, {}};
+    if (!m_settings.quiet && !outcome.note.isNull())
+        result.errors.append(outcome.note);
     if (m_settings.json) {
-        result.lines = jsonOf(outcome, doneWord) + '\n';
+        result.lines = jsonOf(outcome, doneStatus) + '\n';
         return result;
     }
-    if (!m_settings.quiet && problemsAreTheResult) {
+    if (!m_settings.quiet && problemsToStandardOutput) {
         for (const QString &line : outcome.findings.lines(outcome.file.shown()))
             result.lines += Printable::onOneLine(line).toUtf8() + '\n';
     } else if (!m_settings.quiet) {
-        result.complaints = outcome.findings.lines(outcome.file.shown());
+        result.errors += outcome.findings.lines(outcome.file.shown());
     }
     if (!outcome.error.isNull())
-        result.complaints.append(outcome.error);
+        result.errors.append(outcome.error);
     return result;
 }
 
@@ -210,15 +213,15 @@ void Batch::write(const Result &result)
 {
     if (!result.lines.isEmpty())
         Console::write(result.lines);
-    for (const QString &complaint : result.complaints)
-        Console::complain(complaint);
+    for (const QString &error : result.errors)
+        Console::printError(error);
 }
 
-/// ": 1 valid, 2 with problems", or nothing if no file is done.
+/// ": 1 valid, 2 with problems", or an empty text if no file is done.
 QString Batch::summary(const Tally &tally) const
 {
     const std::array<int, 4> counts = tally.counts();
-    const QString words[] = {doneWord, QStringLiteral("with problems"), QStringLiteral("unreadable"),
+    const QString words[] = {doneStatus, QStringLiteral("with problems"), QStringLiteral("unreadable"),
                              QStringLiteral("unwritable")};
     QStringList parts;
     for (std::size_t i = 0; i < counts.size(); ++i) {

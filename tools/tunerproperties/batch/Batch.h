@@ -10,60 +10,61 @@
 #include "documents/Validate.h"
 #include "text/FileName.h"
 
-/// What became of one of many files.
+/// The result of processing one file.
 enum class FileStatus {
-    Done, ///< valid, or converted
-    Problems, ///< it does not validate
+    Done, ///< valid or converted
+    Problems, ///< the document is invalid
     Unreadable,
     Unwritable,
 };
 
-/// How many files are worked on at once, and how much is told about them.
+/// How many files are processed at once, and how much is reported about them.
 struct BatchSettings
 {
     int jobs = 1;
-    bool quiet = false; ///< nothing but what cannot be read or written; not together with `json`
+    bool quiet = false; ///< report only files that cannot be read or written; not together with `json`
     bool json = false; ///< a line of JSON for each file
-    int mostProblems = 0; ///< that are listed of a file
+    int problemLimit = 0; ///< the number of problems per file to list
 };
 
 struct Outcome
 {
     FileName file;
-    FileName output; ///< none if none is written
+    FileName output; ///< empty if nothing is written
     FileStatus status = FileStatus::Done;
     Findings findings;
+    QString note; ///< for standard error, unless quiet
     QString error; ///< why it is unreadable or unwritable
 };
 
-/// Work on any number of files, several at once. Results are told in the order of the files, each as soon as those in
-/// front of it are; a file that fails does not keep the others from being worked on. Results that wait to be told are
-/// few and short, so that memory does not grow with the number of files or of their problems. Behind more than one file
-/// there is a summary, on standard error, and so there is if a signal ends the program; a bar shows on a terminal how
-/// far it is.
+/// Processes any number of files, several at once. Results are written in the order of the files, each as soon as the
+/// previous ones are; a file that fails does not stop the others. Waiting results are few and short, so memory does not
+/// grow with the number of files or problems. With more than one file, a summary on standard error follows, also when a
+/// signal ends the program; a terminal shows a progress bar.
 class Batch
 {
 public:
     explicit Batch(const BatchSettings &settings) : m_settings(settings) { }
 
-    /// How many problems of a file are told, and need to be kept: none with --quiet.
-    int mostProblems() const { return m_settings.quiet ? 0 : m_settings.mostProblems; }
+    /// The number of problems per file to list, and to keep: 0 with --quiet.
+    int problemLimit() const { return m_settings.quiet ? 0 : m_settings.problemLimit; }
 
-    /// What a file is called that is done: "valid" or "converted".
-    QString doneWord;
+    /// The status of a file that is done: "valid" or "converted".
+    QString doneStatus;
 
-    /// The names of the files that are written, if any are; as many as files.
+    /// The names of the output files, one per input file, or none.
     QVector<FileName> outputs;
 
-    /// Works on the file of that index. Called from several threads at once. `done` may be called as soon as the result
-    /// is there for good, for one who asks how far the work came; otherwise that is when this returns. FileFailure and
-    /// the like count as a file that cannot be read.
+    /// Processes the file of that index. Called from several threads at once. The function may call `done` as soon as
+    /// the result is final; otherwise the file counts as done when the function returns. FileFailure and other
+    /// exceptions count as a file that cannot be read.
     std::function<Outcome(int index, const std::function<void()> &done)> work;
 
-    /// Where problems go, if not into JSON: to standard output, as the result, or to standard error.
-    bool problemsAreTheResult = true;
+    /// Whether problems are written to standard output, as the result, or to standard error. With JSON they are part of
+    /// the JSON.
+    bool problemsToStandardOutput = true;
 
-    /// Does all the work. The worst result counts.
+    /// Processes all files and returns the worst result.
     ExitStatus run(const QVector<FileName> &files);
 
 private:

@@ -14,8 +14,8 @@
 #include <thread>
 #include <vector>
 
-/// Does pieces of work on several threads, and uses their results one after the other, in order, on the thread of the
-/// caller. With a function for the size of a result in bytes, what waits to be used is limited by that as well.
+/// Runs tasks on several threads, and uses their results in order on the thread of the caller. With a function for the
+/// size of a result in bytes, the size of waiting results is limited as well.
 template <class Result>
 class InOrder
 {
@@ -24,8 +24,8 @@ public:
     using Use = std::function<void(Result &&)>;
     using Size = std::int64_t (*)(const Result &);
 
-    /// Returns when the last result has been used. Whatever `work` or `use` throws ends it once the pieces that have
-    /// been begun are done. `tick` is called now and then meanwhile, on the thread of the caller.
+    /// Returns when the last result has been used. An exception of `work` or `use` ends the run as soon as the tasks in
+    /// progress are done. `tick` is called regularly, on the thread of the caller.
     static void run(int count, int jobs, const Work &work, const Use &use, const std::function<void()> &tick,
                     Size size = nullptr)
     {
@@ -38,9 +38,9 @@ public:
     InOrder &operator=(const InOrder &) = delete;
 
 private:
-    /// How far threads may be ahead of the result that is to be used next.
+    /// How far threads may be ahead of the result that is used next.
     static constexpr int resultsPerJob = 16;
-    /// No further piece is begun while results of so many bytes wait to be used.
+    /// No further task starts while results of so many bytes wait to be used.
     static constexpr std::int64_t mostBytesWaiting = 16 << 20;
 
     InOrder(int count, int jobs, const Work &work, Size size)
@@ -52,7 +52,7 @@ private:
             } catch (const std::system_error &) {
                 if (m_threads.empty())
                     throw;
-                return; // the others do its work
+                return; // the other threads do its work
             }
         }
     }
@@ -70,7 +70,7 @@ private:
 
     struct Done
     {
-        std::optional<Result> result; // none if it threw
+        std::optional<Result> result; // empty after an exception
         std::exception_ptr failure;
     };
 
@@ -93,7 +93,7 @@ private:
         }
     }
 
-    /// The result that is to be used next is always worked on, whatever waits behind it.
+    /// The task whose result is used next always starts, however many results wait after it.
     bool mayBegin() const
     {
         return m_next == m_used || (m_next < m_used + m_mostAhead && m_bytesWaiting < mostBytesWaiting);
@@ -137,11 +137,11 @@ private:
     const int m_count;
     const int m_mostAhead;
 
-    std::mutex m_mutex; // guards what follows
+    std::mutex m_mutex; // guards the following members
     std::condition_variable m_changed;
-    std::map<int, Done> m_done; // but not used yet
-    std::int64_t m_bytesWaiting = 0; // in those
-    int m_next = 0; // to be worked on
+    std::map<int, Done> m_done; // results that are not used yet
+    std::int64_t m_bytesWaiting = 0; // in m_done
+    int m_next = 0; // index of the next task
     int m_used = 0;
 
     std::vector<std::thread> m_threads; // last, since they use the rest

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int quickWork = 1000; // milliseconds for which a bar would only flicker
+constexpr int quickWork = 1000; // milliseconds; for shorter work a bar would only flicker
 constexpr int longestBar = 60;
 constexpr int shortestBar = 10;
 
@@ -26,7 +26,7 @@ Progress::~Progress()
 
 void Progress::update(int done)
 {
-    // In the last column a terminal may go to the next line, which could not be taken away.
+    // A terminal may wrap after the last column, and then the line could not be erased.
     if (m_canShow && m_sinceStart.hasExpired(quickWork))
         Console::showBar(progressText(done, m_count, Console::terminalWidth() - 1));
 }

@@ -3,16 +3,15 @@
 
 #include <QElapsedTimer>
 
-/// A bar on the terminal that shows how far the work on many files is, once it has taken a second. Without a terminal
-/// there is none.
+/// A progress bar on the terminal, which appears after one second. There is none without a terminal.
 class Progress
 {
 public:
-    /// For that many files.
+    /// For `count` files.
     explicit Progress(int count);
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
-    ~Progress(); ///< takes the bar away
+    ~Progress(); ///< removes the bar
 
     void update(int done);
 
@@ -22,6 +21,6 @@ private:
     QElapsedTimer m_sinceStart;
 };
 
-/// "[=====>    ]  50 of 100 files", in at most that many characters: without the bar if that is too few for it, and
-/// empty if it is too few at all.
+/// "[=====>    ]  50 of 100 files", in at most `width` characters: without the bar if there is no room for it, and
+/// empty if there is not even room for the numbers.
 QString progressText(int done, int count, int width);

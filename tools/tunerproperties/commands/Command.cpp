@@ -26,7 +26,7 @@ QString textOf(const QByteArray &typed)
 {
     const auto text = Printable::decoded(typed);
     if (!text)
-        throw WrongUsage(QLatin1Char('\'') + FileName(typed).shown() + QStringLiteral("' is not UTF-8"));
+        throw WrongUsage(QLatin1Char('\'') + FileName(typed).shown() + QStringLiteral("' is not valid UTF-8"));
     return *text;
 }
 

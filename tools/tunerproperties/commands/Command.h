@@ -13,37 +13,37 @@
 #include "console/Console.h"
 #include "text/FileName.h"
 
-/// What may stand for an argument or the value of an option; completions go by it.
+/// What an argument or the value of an option accepts; the completions follow it.
 enum class Takes {
     Nothing,
-    Word, ///< one of the words that are listed
+    Word, ///< one of the listed words
     File,
     Folder,
     Anything,
 };
 
-/// An option, described once: the command line, the help, the man page and the completions go by this.
+/// An option, described once for the command line, the help, the man page and the completions.
 struct Option
 {
-    QStringList names; ///< without dashes, the short one of one letter first
-    QString help; ///< whole sentences
-    QString value; ///< what stands for the value in the help: FORM; empty if the option takes none
+    QStringList names; ///< without dashes, the one-letter name first
+    QString help; ///< complete sentences
+    QString value; ///< placeholder of the value: FORM; empty if the option takes none
     Takes takes = Takes::Nothing;
-    QStringList words; ///< if it takes one of those; another is refused before the command runs
+    QStringList words; ///< the accepted words, if any; others are an error before the command runs
 
-    /// As one types it: "--from".
+    /// As it is typed: "--from".
     QString typed() const;
     QStringList allTyped() const; ///< "-q", "--quiet"
 };
 
-/// How a command is used, and what that does. "tunerproperties" is left out.
+/// An example of a command and its effect, without "tunerproperties".
 struct Example
 {
-    QString line; ///< as one types it behind the program's name
-    QString effect; ///< a whole sentence
+    QString line; ///< as typed after the name of the program
+    QString effect; ///< a complete sentence
 };
 
-/// The command line is not one that the command understands. The text tells why.
+/// The command line is wrong. The text says why.
 class WrongUsage : public std::runtime_error
 {
 public:
@@ -51,14 +51,14 @@ public:
     QString text() const { return QString::fromUtf8(what()); }
 };
 
-/// What was typed behind the command.
+/// The arguments and options of a command as they were typed.
 class Invocation
 {
 public:
-    /// Values go by the first name of their option.
+    /// `values` has the first name of each option as its key.
     Invocation(QByteArrayList arguments, QHash<QString, QByteArray> values);
 
-    int count() const { return m_arguments.size(); } ///< of the arguments
+    int count() const { return m_arguments.size(); } ///< number of arguments
     FileName file(int index) const { return FileName(m_arguments.at(index)); }
     QVector<FileName> files() const; ///< all arguments
     QString text(int index) const; ///< throws WrongUsage for an argument that is not UTF-8
@@ -76,16 +76,17 @@ private:
 struct Command
 {
     QString name;
-    QStringList usages; ///< its arguments: "FILE", or several ways, the usual one first
-    QString summary; ///< a sentence that fits a line
+    QStringList usages; ///< the arguments: "FILE"; the usual form first if there are several
+    QString summary; ///< a sentence that fits on one line
     QStringList details; ///< paragraphs
-    QVector<Option> options; ///< its own; --help goes without saying
+    QVector<Option> options; ///< without --help, which every command has
     QVector<Example> examples; ///< at least one
-    int fewest = 1; ///< arguments
-    int most = std::numeric_limits<int>::max();
+    int minArguments = 1;
+    int maxArguments = std::numeric_limits<int>::max();
     ExitStatus (*run)(const Invocation &) = nullptr; ///< may throw WrongUsage and FileFailure
-    Takes takes = Takes::File; ///< for an argument
-    QStringList (*words)() = nullptr; ///< if arguments are one of those; asked for when all commands are known
-    bool argumentsMayBeEmpty = false; ///< those that are no files
-    bool mayEndWithNumber = false; ///< which is no option, even if it begins with "-"
+    Takes takes = Takes::File; ///< for the arguments
+    QStringList (*words)() =
+        nullptr; ///< the accepted arguments, if any; a function, since they may be the names of all commands
+    bool argumentsMayBeEmpty = false; ///< for arguments other than files
+    bool mayEndWithNumber = false; ///< a number that begins with "-" is not an option
 };

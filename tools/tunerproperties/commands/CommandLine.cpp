@@ -22,8 +22,8 @@ bool looksLikeOption(const QByteArray &argument)
 /// An option as it was typed: "--to", "--to=xml", "-j", "-j4".
 struct TypedOption
 {
-    QString name; ///< with its dashes
-    std::optional<QByteArray> value; ///< what follows it in the same argument
+    QString name; ///< including dashes
+    std::optional<QByteArray> value; ///< the rest of the same argument
 };
 
 TypedOption typedOption(const QByteArray &argument)
@@ -42,7 +42,7 @@ const Option *optionNamed(const QVector<Option> &options, const QString &typed)
     return found == options.end() ? nullptr : &*found;
 }
 
-/// What can be done if the argument was meant as the name of a file.
+/// A hint for an argument that may have been meant as the name of a file.
 QString fileHint(const QByteArray &argument)
 {
     const QString shown = FileName(argument).shown();
@@ -53,8 +53,8 @@ QString fileHint(const QByteArray &argument)
 struct Parsed
 {
     QByteArrayList arguments;
-    QHash<QString, QByteArray> values; ///< by the first name of their option
-    QByteArray helpOrVersion; ///< as it was typed, if it was
+    QHash<QString, QByteArray> values; ///< the key is the first name of the option
+    QByteArray helpOrVersion; ///< as typed; null if it was not used
 
     bool isSet(const Option &option) const { return values.contains(option.names.first()); }
 };
@@ -62,9 +62,9 @@ struct Parsed
 class Parser
 {
 public:
-    /// `whose` is "show", or empty for the options that go without a command.
-    Parser(QVector<Option> options, QString whose, bool mayHaveNumbers)
-        : m_options(std::move(options)), m_whose(std::move(whose)), m_mayHaveNumbers(mayHaveNumbers)
+    /// With `hasCommand`, an unknown option may be meant as the name of a file.
+    Parser(QVector<Option> options, bool hasCommand, bool mayHaveNumbers)
+        : m_options(std::move(options)), m_hasCommand(hasCommand), m_mayHaveNumbers(mayHaveNumbers)
     {
     }
 
@@ -93,7 +93,7 @@ private:
         return m_mayHaveNumbers && negative.match(QString::fromLatin1(argument)).hasMatch();
     }
 
-    /// Returns whether the next argument is its value.
+    /// Returns whether the next argument is the value of the option.
     bool takeOption(const QByteArray &argument, const QByteArrayList &next)
     {
         const TypedOption typed = typedOption(argument);
@@ -103,7 +103,7 @@ private:
             throw WrongUsage(unknownOption(argument, typed.name));
         if (option->value.isEmpty()) {
             if (typed.value)
-                throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' takes no value")
+                throw WrongUsage(QStringLiteral("option '") + typed.name + QStringLiteral("' takes no value")
                                  + fileHint(argument));
             m_parsed.values.insert(option->names.first(), {});
             if (isHelpOrVersion(*option))
@@ -111,9 +111,10 @@ private:
             return false;
         }
         if (m_parsed.isSet(*option))
-            throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' is given twice") + fileHint(argument));
+            throw WrongUsage(QStringLiteral("option '") + typed.name + QStringLiteral("' can be used only once")
+                             + fileHint(argument));
         if (!typed.value && next.isEmpty())
-            throw WrongUsage(QLatin1Char('\'') + typed.name + QStringLiteral("' needs a value: ") + option->value);
+            throw WrongUsage(QStringLiteral("option '%1' requires a value: %2").arg(typed.name, option->value));
         m_parsed.values.insert(option->names.first(), typed.value ? *typed.value : next.first());
         return !typed.value;
     }
@@ -128,24 +129,23 @@ private:
         QStringList known;
         for (const Option &option : m_options)
             known.append(option.typed());
-        const QString of = m_whose.isEmpty() ? QString() : QStringLiteral(" of '") + m_whose + QLatin1Char('\'');
         const bool mayBeFile = argument.contains('.') || argument.contains('=');
         const QString suggestion = mayBeFile ? QString() : Suggestion::hint(name, known);
-        return QStringLiteral("unknown option '") + FileName(argument).shown() + QLatin1Char('\'') + of
-            + (suggestion.isNull() && !m_whose.isEmpty() ? fileHint(argument) : suggestion);
+        return QStringLiteral("unknown option '") + FileName(argument).shown() + QLatin1Char('\'')
+            + (suggestion.isNull() && m_hasCommand ? fileHint(argument) : suggestion);
     }
 
     QVector<Option> m_options;
-    QString m_whose;
+    bool m_hasCommand = false;
     bool m_mayHaveNumbers = false;
     Parsed m_parsed;
 };
 
 ExitStatus wrongUsage(const QString &text, const QString &command = {})
 {
-    Console::complain(text);
+    Console::printError(text);
     const QString withCommand = command.isEmpty() ? QString() : QLatin1Char(' ') + command;
-    Console::complain(QStringLiteral("try '%1%2 --help'").arg(HelpText::program(), withCommand));
+    Console::printError(QStringLiteral("try '%1%2 --help'").arg(HelpText::program(), withCommand));
     return ExitStatus::WrongUsage;
 }
 
@@ -162,31 +162,32 @@ void checkValues(const QVector<Option> &options, const Invocation &invocation)
             continue;
         const QString value = invocation.value(option);
         if (!option.words.contains(value))
-            throw WrongUsage(Suggestion::insteadOf(value, option.value.toLower(), option.words));
+            throw WrongUsage(Suggestion::unknownWord(value, option.value.toLower(), option.words));
     }
 }
 
 void checkArguments(const Command &command, const QByteArrayList &arguments)
 {
-    if (arguments.size() < command.fewest || arguments.size() > command.most) {
+    if (arguments.size() < command.minArguments || arguments.size() > command.maxArguments) {
         const QString usages = command.usages.join(QStringLiteral(" or "));
         throw WrongUsage(usages.isEmpty() ? QLatin1Char('\'') + command.name + QStringLiteral("' takes no arguments")
-                                          : QStringLiteral("the arguments of '%1' are %2").arg(command.name, usages));
+                                          : QStringLiteral("'%1' expects %2").arg(command.name, usages));
     }
     if (!command.argumentsMayBeEmpty && arguments.contains(QByteArray()))
-        throw WrongUsage(QStringLiteral("the name of a file is empty"));
+        throw WrongUsage(QStringLiteral("a file name is empty"));
 }
 
 ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
 {
     const QVector<Option> options = HelpText::optionsOf(command) + QVector<Option>{Options::version()};
     try {
-        const Parsed parsed = Parser(options, command.name, command.mayEndWithNumber).parse(arguments);
+        const Parsed parsed = Parser(options, true, command.mayEndWithNumber).parse(arguments);
         if (!parsed.helpOrVersion.isNull()) {
-            // It may be a file that a pattern of the shell matched; a script would take status 0 for "all are valid".
+            // The argument may be a file that a pattern of the shell has matched; a script would take status 0 for "all
+            // are valid".
             if (command.takes == Takes::File && !parsed.arguments.isEmpty())
-                throw WrongUsage(QLatin1Char('\'') + QString::fromLatin1(parsed.helpOrVersion)
-                                 + QStringLiteral("' does not go with files") + fileHint(parsed.helpOrVersion));
+                throw WrongUsage(QStringLiteral("option '") + QString::fromLatin1(parsed.helpOrVersion)
+                                 + QStringLiteral("' cannot be combined with files") + fileHint(parsed.helpOrVersion));
             if (parsed.isSet(Options::version()))
                 return showVersion();
             Console::write(HelpText::ofCommand(command).toUtf8());
@@ -207,7 +208,7 @@ ExitStatus runWithoutCommand(const QByteArrayList &arguments)
     for (const Command &command : allCommands())
         options += command.options;
     try {
-        const Parsed parsed = Parser(options, {}, false).parse(arguments);
+        const Parsed parsed = Parser(options, false, false).parse(arguments);
         if (parsed.isSet(Options::version()))
             return showVersion();
         if (parsed.isSet(Options::help())) {
@@ -220,8 +221,8 @@ ExitStatus runWithoutCommand(const QByteArrayList &arguments)
     return wrongUsage(QStringLiteral("a command is missing"));
 }
 
-/// Where the command is: the first argument that is neither an option nor the value of one, or the end. Options with a
-/// value may stand before it.
+/// The index of the command: the first argument that is neither an option nor the value of one, or the end. Options
+/// with a value may precede it.
 int indexOfCommand(const QByteArrayList &arguments)
 {
     QVector<Option> options;

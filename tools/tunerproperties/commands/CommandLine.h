@@ -5,11 +5,10 @@
 
 #include "console/Console.h"
 
-/// Runs the command line, without the program's name: finds the command, checks that options, their values and the
-/// number of arguments are among those that the command's description allows, and runs it. What is wrong with the
-/// command line goes to standard error.
+/// Runs a command line, without the name of the program: finds the command, checks options, values and the number of
+/// arguments against its description, and runs it. Errors in the command line are written to standard error.
 ///
-/// A file name must never pass for an option. So an option is only what is spelled exactly as one, help and the version
-/// are shown only where no file is given, an option with a value is given once, and everything else that begins with
-/// "-" is wrong usage.
+/// A file name must never count as an option. Therefore options must be spelled exactly, help and version cannot be
+/// combined with files, an option with a value can be used only once, and any other argument that begins with "-" is an
+/// error.
 ExitStatus runCommandLine(const QByteArrayList &arguments);

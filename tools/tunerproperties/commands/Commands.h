@@ -6,11 +6,11 @@
 
 #include "commands/Command.h"
 
-/// All commands, in the order in which the help lists them. Each is described in a file of its own, which ends with the
-/// function that returns the description.
+/// All commands, in the order of the help. Each is described in a file of its own, which ends with the function that
+/// returns the description.
 const QVector<Command> &allCommands();
 
-/// Null if there is none of that name.
+/// Null if there is no command of that name.
 const Command *commandNamed(const QString &name);
 
 QStringList commandNames();

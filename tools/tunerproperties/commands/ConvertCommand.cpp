@@ -15,7 +15,7 @@ namespace {
 const Option &noValidate()
 {
     static const Option option{{QStringLiteral("no-validate")},
-                               QStringLiteral("Writes the document as it stands, whatever its problems are."),
+                               QStringLiteral("Write the document even if it has problems."),
                                {},
                                Takes::Nothing,
                                {}};
@@ -24,17 +24,16 @@ const Option &noValidate()
 
 const Option &outDir()
 {
-    static const Option option{
-        {QStringLiteral("out-dir")},
-        QStringLiteral("Writes into this folder, which is made if it is missing, under the names "
-                       "of the inputs with the suffix of the form. Takes --to."),
-        QStringLiteral("DIR"),
-        Takes::Folder,
-        {}};
+    static const Option option{{QStringLiteral("out-dir")},
+                               QStringLiteral("Write into the folder DIR, which is created if it does not exist, under "
+                                              "the names of the inputs with the suffix of the form. Requires --to."),
+                               QStringLiteral("DIR"),
+                               Takes::Folder,
+                               {}};
     return option;
 }
 
-/// What is to be done with each file.
+/// What to do with each file.
 struct Plan
 {
     QVector<FileName> files;
@@ -42,7 +41,7 @@ struct Plan
     FileKinds inputKinds = FileKinds::All;
     FileKinds outputKinds = FileKinds::All;
     Reading reading;
-    int mostProblems = 0;
+    int problemLimit = 0;
     Form to = Form::Xml;
     bool validate = true;
 };
@@ -56,11 +55,11 @@ QByteArray outputName(const FileName &file, Form to)
         + Forms::suffixOf(to).toLatin1();
 }
 
-/// Nothing may be written before it is sure that no output would replace another one.
+/// Checks that no output would replace another one before anything is written.
 void planManyFiles(Plan &plan, const Invocation &invocation)
 {
     if (!invocation.isSet(Options::to()))
-        throw WrongUsage(QStringLiteral("--out-dir takes --to"));
+        throw WrongUsage(QStringLiteral("--out-dir requires --to"));
     plan.to = *Options::form(invocation, Options::to());
     plan.files = invocation.files();
     plan.inputKinds = Options::fileKinds(invocation, plan.files.size());
@@ -68,12 +67,13 @@ void planManyFiles(Plan &plan, const Invocation &invocation)
         plan.outputKinds = FileKinds::RegularOnly; // their names are not chosen one by one
     const FileName folder = invocation.fileValue(outDir());
     if (folder.isEmpty())
-        throw WrongUsage(QStringLiteral("the name of the folder is empty"));
+        throw WrongUsage(QStringLiteral("the folder name of --out-dir is empty"));
     const QByteArray start = folder.bytes().endsWith('/') ? folder.bytes() : folder.bytes() + '/';
     QHash<QByteArray, FileName> inputs;
     for (const FileName &file : qAsConst(plan.files)) {
         if (file.isStandardStream())
-            throw WrongUsage(QStringLiteral("standard input has no name for a file in '%1'").arg(folder.shown()));
+            throw WrongUsage(QStringLiteral("cannot convert standard input into the folder '%1': it has no file name")
+                                 .arg(folder.shown()));
         const FileName output(start + outputName(file, plan.to));
         if (inputs.contains(output.bytes()))
             throw WrongUsage(QLatin1Char('\'') + inputs.value(output.bytes()).shown() + QStringLiteral("' and '")
@@ -85,22 +85,22 @@ void planManyFiles(Plan &plan, const Invocation &invocation)
     std::error_code error;
     std::filesystem::create_directories(folder.bytes().toStdString(), error);
     if (error)
-        throw FileFailure(folder.shown() + QStringLiteral(": cannot make the folder: ")
+        throw FileFailure(folder.shown() + QStringLiteral(": cannot create the folder: ")
                           + qt_error_string(error.value()));
 }
 
 void planOneFile(Plan &plan, const Invocation &invocation)
 {
     if (invocation.count() != 2)
-        throw WrongUsage(QStringLiteral("without --out-dir the arguments of 'convert' are IN OUT"));
+        throw WrongUsage(QStringLiteral("'convert' expects IN OUT; use --out-dir to convert several files"));
     const FileName out = invocation.file(1);
     std::optional<Form> to = Options::form(invocation, Options::to());
     if (!to)
         to = out.isStandardStream() ? Form::Xml : Forms::bySuffix(out);
     if (!to)
-        throw WrongUsage(QStringLiteral("the name of '%1' does not tell the form to write; use --to").arg(out.shown()));
+        throw WrongUsage(QStringLiteral("cannot determine the form of '%1' from its name; use --to").arg(out.shown()));
     if (out.isStandardStream() && invocation.isSet(Options::json()))
-        throw WrongUsage(QStringLiteral("--json and a document on standard output exclude each other"));
+        throw WrongUsage(QStringLiteral("--json cannot be combined with a document on standard output"));
     plan.to = *to;
     plan.files = {invocation.file(0)};
     plan.outputs = {out};
@@ -112,14 +112,16 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
     const FileName &output = plan.outputs.at(index);
     Outcome outcome;
     if (plan.validate)
-        outcome.findings = document.findings(plan.mostProblems);
+        outcome.findings = document.findings(plan.problemLimit);
     if (!outcome.findings.isEmpty()) {
         outcome.status = FileStatus::Problems;
         return outcome;
     }
     document.tuner.SetValidate(plan.validate);
     try {
-        Output::writeWhole(output, Forms::compose(document.tuner, plan.to, output.shown()), plan.outputKinds, done);
+        const QByteArray bytes = Forms::compose(document.tuner, plan.to, output.shown());
+        Output::writeWhole(output, bytes, plan.outputKinds, done);
+        outcome.note = Options::expansionNote(bytes, output.shown());
     } catch (const FileFailure &failure) {
         outcome.status = FileStatus::Unwritable;
         outcome.error = failure.text();
@@ -130,10 +132,10 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
 ExitStatus run(const Invocation &invocation)
 {
     Batch batch(Options::batch(invocation));
-    batch.doneWord = QStringLiteral("converted");
+    batch.doneStatus = QStringLiteral("converted");
     Plan plan;
     plan.reading = Options::reading(invocation);
-    plan.mostProblems = batch.mostProblems();
+    plan.problemLimit = batch.problemLimit();
     plan.validate = !invocation.isSet(noValidate());
     if (invocation.isSet(outDir()))
         planManyFiles(plan, invocation);
@@ -141,7 +143,7 @@ ExitStatus run(const Invocation &invocation)
         planOneFile(plan, invocation);
     batch.outputs = plan.outputs;
     batch.work = [&](int index, const std::function<void()> &done) { return convert(plan, index, done); };
-    batch.problemsAreTheResult = false;
+    batch.problemsToStandardOutput = false;
     return batch.run(plan.files);
 }
 
@@ -152,26 +154,25 @@ Command convertCommand()
     Command command;
     command.name = QStringLiteral("convert");
     command.usages = QStringList{QStringLiteral("IN OUT"), QStringLiteral("--to FORM --out-dir DIR FILE...")};
-    command.summary = QStringLiteral("Writes documents in another form.");
+    command.summary = QStringLiteral("Convert documents to another form.");
     command.details = QStringList{
+        QStringLiteral("An output is written completely or not at all. A document with problems is not converted; the "
+                       "problems are written to standard error."),
+        QStringLiteral("With --out-dir, any number of files are converted, several at once. A file that fails does not "
+                       "stop the others. If two inputs would have the same output, nothing is written. A summary "
+                       "follows on standard error."),
         QStringLiteral(
-            "An output is complete or stays as it was. A document that does not validate is not converted; its "
-            "problems go to standard error."),
-        QStringLiteral("Into a folder any number of files are converted, several at once. One that fails does not keep "
-                       "the others from being converted. If two would get the same name nothing is written at all. A "
-                       "summary comes at the end, on standard error."),
-        QStringLiteral("With --json a line for each file is an object with \"file\", \"output\", \"status\" "
-                       "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", "
-                       "\"problemCount\" and \"error\", "
-                       "as 'validate --json' writes them; \"outputBytes\" is like \"fileBytes\".")};
+            "With --json, each line is a JSON object for one file, with \"file\", \"output\", \"status\" "
+            "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
+            "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\".")};
     command.options = {Options::from(),         Options::to(),          outDir(),        noValidate(),
                        Options::jobs(),         Options::quiet(),       Options::json(), Options::maxProblems(),
                        Options::maxExpansion(), Options::specialFiles()};
     command.examples = {
-        {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Writes the compressed form.")},
-        {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Writes XML to standard output.")},
+        {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Write the compressed form.")},
+        {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Write XML to standard output.")},
         {QStringLiteral("convert --to tagged --out-dir records -- *.xml"),
-         QStringLiteral("Writes records/NAME.tpb for every NAME.xml.")}};
+         QStringLiteral("Write records/NAME.tpb for every NAME.xml.")}};
     command.run = run;
     return command;
 }

@@ -11,8 +11,11 @@ namespace {
 
 const Option &exitCode()
 {
-    static const Option option{
-        {QStringLiteral("exit-code")}, QStringLiteral("Ends with 1 if the documents differ."), {}, Takes::Nothing, {}};
+    static const Option option{{QStringLiteral("exit-code")},
+                               QStringLiteral("Exit with status 1 if the documents differ."),
+                               {},
+                               Takes::Nothing,
+                               {}};
     return option;
 }
 
@@ -20,7 +23,7 @@ const Option &color()
 {
     static const Option option{
         {QStringLiteral("color")},
-        QStringLiteral("When to write in colours: auto (on a terminal, unless NO_COLOR is set), always or never."),
+        QStringLiteral("When to use colors: auto (on a terminal, unless NO_COLOR is set), always or never."),
         QStringLiteral("WHEN"),
         Takes::Word,
         {QStringLiteral("auto"), QStringLiteral("always"), QStringLiteral("never")}};
@@ -29,16 +32,17 @@ const Option &color()
 
 const Option &jsonLines()
 {
-    static const Option option{{QStringLiteral("json")},
-                               QStringLiteral("Writes each difference as a line of JSON: an object with the members "
-                                              "change, path, before and after."),
-                               {},
-                               Takes::Nothing,
-                               {}};
+    static const Option option{
+        {QStringLiteral("json")},
+        QStringLiteral(
+            "Write each difference as a line of JSON: an object with the members change, path, before and after."),
+        {},
+        Takes::Nothing,
+        {}};
     return option;
 }
 
-bool isColoured(const Invocation &invocation)
+bool usesColors(const Invocation &invocation)
 {
     const QString when = invocation.value(color());
     if (when == QLatin1String("always") || when == QLatin1String("never"))
@@ -47,10 +51,10 @@ bool isColoured(const Invocation &invocation)
         && qgetenv("TERM") != QByteArrayLiteral("dumb");
 }
 
-QByteArray coloured(const Difference &difference)
+QByteArray colored(const Difference &difference)
 {
     const QByteArray text = Printable::onOneLine(difference.text()).toUtf8();
-    const auto in = [&](const char *colour) { return QByteArray("\x1B[") + colour + 'm' + text + "\x1B[m"; };
+    const auto in = [&](const char *ansiColor) { return QByteArray("\x1B[") + ansiColor + 'm' + text + "\x1B[m"; };
     switch (difference.kind) {
     case Difference::Removed:
         return in("31");
@@ -96,14 +100,14 @@ ExitStatus run(const Invocation &invocation)
     const Document first(names.first(), reading);
     const Document second(names.last(), reading);
     const bool isJson = invocation.isSet(jsonLines());
-    const bool inColours = !isJson && isColoured(invocation);
+    const bool withColors = !isJson && usesColors(invocation);
     bool areTheSame = true;
-    BufferedOutput output(inColours);
+    BufferedOutput output(withColors);
     findDifferences(first.tuner, second.tuner, [&](const Difference &difference) {
         areTheSame = false;
-        output.write(isJson          ? json(difference)
-                         : inColours ? coloured(difference)
-                                     : Printable::onOneLine(difference.text()).toUtf8());
+        output.write(isJson           ? json(difference)
+                         : withColors ? colored(difference)
+                                      : Printable::onOneLine(difference.text()).toUtf8());
         output.write("\n");
     });
     output.flush();
@@ -117,21 +121,21 @@ Command diffCommand()
     Command command;
     command.name = QStringLiteral("diff");
     command.usages = QStringList{QStringLiteral("FILE FILE")};
-    command.summary = QStringLiteral("Tells in what two documents differ, by path.");
+    command.summary = QStringLiteral("Compare two documents and list the differences by path.");
     command.details = QStringList{
-        QStringLiteral("The documents may be in different forms. A line begins with - for what only the first one has, "
-                       "+ for what only the second one has, ~ for a value that is another one, and > for an item that "
-                       "has another place. Items are compared with those that have the same identity: type and name of "
-                       "a component, id of a node or a value. Nothing is written if the documents are the same."),
+        QStringLiteral("The documents may have different forms. A line begins with - for what only the first document "
+                       "has, + for what only the second one has, ~ for a changed value, and > for an item that has "
+                       "moved. Items are compared if they have the same identity: type and name of a component, id of "
+                       "a node or a value. There is no output if the documents are equal."),
     };
     command.options = {exitCode(), color(), jsonLines(), Options::from(), Options::maxExpansion()};
     command.examples = {
-        {QStringLiteral("diff old.xml new.tpb"), QStringLiteral("Tells what is new.")},
+        {QStringLiteral("diff old.xml new.tpb"), QStringLiteral("List the differences.")},
         {QStringLiteral("diff --exit-code old.xml new.xml > /dev/null || echo changed"),
-         QStringLiteral("Tells whether anything is.")},
+         QStringLiteral("Check whether there are any differences.")},
     };
-    command.fewest = 2;
-    command.most = 2;
+    command.minArguments = 2;
+    command.maxArguments = 2;
     command.run = run;
     return command;
 }

@@ -25,11 +25,11 @@ Command helpCommand()
     Command command;
     command.name = QStringLiteral("help");
     command.usages = QStringList{QStringLiteral("[COMMAND]")};
-    command.summary = QStringLiteral("Tells how to use the program, or one of its commands.");
+    command.summary = QStringLiteral("Show help for the program or for a command.");
     command.examples = {
-        {QStringLiteral("help convert"), QStringLiteral("Tells the same as 'tunerproperties convert --help'.")}};
-    command.fewest = 0;
-    command.most = 1;
+        {QStringLiteral("help convert"), QStringLiteral("Show the same as 'tunerproperties convert --help'.")}};
+    command.minArguments = 0;
+    command.maxArguments = 1;
     command.run = run;
     command.takes = Takes::Word;
     command.words = commandNames;

@@ -42,37 +42,36 @@ QString program()
 
 QString purpose()
 {
-    return QStringLiteral("Shows, validates, converts, compares and changes descriptions of radio tuners.");
+    return QStringLiteral("Show, validate, convert, compare and change descriptions of radio tuners.");
 }
 
 QString noteOnStandardStreams()
 {
-    return QStringLiteral("The name - stands for standard input or output, even after --. Write ./- for a file of "
-                          "that name.");
+    return QStringLiteral(
+        "The name - means standard input or output, even after --. For a file of that name, write ./-.");
 }
 
 QStringList generalNotes()
 {
-    return {
-        QStringLiteral("A FILE is one in any form, or - for standard input or output. XML, JSON and the binary forms "
-                       "are recognised by their content; a snapshot, which carries no mark, by its name or by --from "
-                       "snapshot."),
-        QStringLiteral("An argument that begins with - is an option. Write ./* or -- *.xml, so that the name of a file "
-                       "is never an option."),
-        noteOnStandardStreams(),
-        QStringLiteral("In messages a name has \\xHH for a byte that is not UTF-8 and \\\\ for a backslash. On a "
-                       "terminal, characters that are not printable are shown as \\uXXXX; to a file or a pipe, get "
-                       "and convert write them unchanged, except in JSON."),
-        QStringLiteral("Ctrl-C, or another signal, leaves no file half written. The program tells how far it came "
-                       "with many files, and ends by that signal; a second one ends it at once.")};
+    return {QStringLiteral(
+                "FILE is a document in any form, or - for standard input or output. XML, JSON and the binary forms are "
+                "recognized by their content; a snapshot is recognized by its suffix or by --from snapshot."),
+            QStringLiteral("An argument that begins with - is an option. Write ./* or -- *.xml to make sure that file "
+                           "names are not options."),
+            noteOnStandardStreams(),
+            QStringLiteral("In messages, a file name is shown with \\xHH for each byte that is not UTF-8 and \\\\ for "
+                           "a backslash. On a terminal, characters that are not printable are shown as \\uXXXX; get "
+                           "and convert write them unchanged to a file or a pipe, except in JSON."),
+            QStringLiteral("Ctrl-C, or another signal, leaves no incomplete file. The program reports its progress if "
+                           "there are several files, and ends by that signal; a second signal ends it at once.")};
 }
 
 QVector<Status> statuses()
 {
-    return {{ExitStatus::Ok, QStringLiteral("All went well.")},
+    return {{ExitStatus::Ok, QStringLiteral("Success.")},
             {ExitStatus::Problems,
-             QStringLiteral("A document has problems, or not the member that is asked for; or, if "
-                            "--exit-code is given, two differ.")},
+             QStringLiteral(
+                 "A document has problems or lacks the requested member; with --exit-code, two documents differ.")},
             {ExitStatus::WrongUsage, QStringLiteral("The command line is wrong; nothing was done.")},
             {ExitStatus::FileFailure, QStringLiteral("A file cannot be read or written.")}};
 }
@@ -87,7 +86,7 @@ QVector<Option> optionsOf(const Command &command)
     return QVector<Option>{Options::help()} + command.options;
 }
 
-QString shortly(const QString &text)
+QString firstSentence(const QString &text)
 {
     const QString sentence = text.section(QStringLiteral(". "), 0, 0);
     return sentence.endsWith(QLatin1Char('.')) ? sentence.chopped(1) : sentence;
@@ -107,7 +106,7 @@ QString ofProgram()
     for (const QString &note : generalNotes())
         text += QLatin1Char('\n') + wrapped(note, 0, 0);
     return text + QLatin1Char('\n')
-        + wrapped(QStringLiteral("'%1 help COMMAND' tells more about a command.").arg(program()), 0, 0);
+        + wrapped(QStringLiteral("'%1 help COMMAND' shows the help of a command.").arg(program()), 0, 0);
 }
 
 QString ofCommand(const Command &command)

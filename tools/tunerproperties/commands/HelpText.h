@@ -5,17 +5,17 @@
 
 #include "commands/Command.h"
 
-/// What --help shows: made from the descriptions of the commands, as the manual page and the completions are.
+/// The text of --help, composed from the descriptions of the commands, as are the manual page and the completions.
 namespace HelpText {
 
 /// "tunerproperties"
 QString program();
 
-/// What the program is for, and what is true for all of its commands.
+/// The purpose of the program, and notes that apply to all commands.
 QString purpose();
 QStringList generalNotes();
 
-/// The one of these that each command repeats that reads files.
+/// The note that the help of each command that reads files repeats.
 QString noteOnStandardStreams();
 
 /// Exit statuses and their meanings.
@@ -26,14 +26,14 @@ struct Status
 };
 QVector<Status> statuses();
 
-/// The options that the program has without a command.
+/// The options without a command.
 QVector<Option> generalOptions();
 
-/// Those of a command, --help first.
+/// The options of a command, --help first.
 QVector<Option> optionsOf(const Command &command);
 
-/// The first sentence without its full stop, for where there is little room.
-QString shortly(const QString &text);
+/// The first sentence without its full stop, for completions.
+QString firstSentence(const QString &text);
 
 QString ofProgram();
 QString ofCommand(const Command &command);

@@ -2,6 +2,7 @@
 #include "commands/Commands.h"
 #include "documents/Forms.h"
 #include "documents/NewDocument.h"
+#include "text/Suggestion.h"
 
 using JobXml::TunerProperties;
 
@@ -10,7 +11,7 @@ namespace {
 const Option &type()
 {
     static const Option option{{QStringLiteral("type")},
-                               QStringLiteral("What kind of tuner it is. Has to be given."),
+                               QStringLiteral("Kind of tuner (required)."),
                                QStringLiteral("TYPE"),
                                Takes::Word,
                                TunerProperties::Gettypes()};
@@ -20,7 +21,7 @@ const Option &type()
 const Option &name()
 {
     static const Option option{{QStringLiteral("name")},
-                               QStringLiteral("Its name (default: none)."),
+                               QStringLiteral("Name of the tuner (default: none)."),
                                QStringLiteral("TEXT"),
                                Takes::Anything,
                                {}};
@@ -30,7 +31,7 @@ const Option &name()
 const Option &baseresource()
 {
     static const Option option{{QStringLiteral("baseresource")},
-                               QStringLiteral("The resource that it is based on."),
+                               QStringLiteral("Resource on which the tuner is based."),
                                QStringLiteral("TEXT"),
                                Takes::Anything,
                                {}};
@@ -40,13 +41,13 @@ const Option &baseresource()
 ExitStatus run(const Invocation &invocation)
 {
     if (!invocation.isSet(type()))
-        throw WrongUsage(QStringLiteral("--type is missing: what kind of tuner it is"));
-    QHash<QString, QString> given;
+        throw WrongUsage(QStringLiteral("'new' requires --type: ") + Suggestion::listed(TunerProperties::Gettypes()));
+    QHash<QString, QString> values;
     for (const Option &option : {type(), name(), baseresource()}) {
         if (invocation.isSet(option))
-            given.insert(option.names.first(), invocation.value(option));
+            values.insert(option.names.first(), invocation.value(option));
     }
-    TunerProperties document = NewDocument::minimal(given);
+    TunerProperties document = NewDocument::minimal(values);
     const QByteArray xml = Forms::compose(document, Form::Xml, Console::streamName());
     Console::write(NewDocument::explained(xml, document));
     return ExitStatus::Ok;
@@ -59,15 +60,15 @@ Command newCommand()
     Command command;
     command.name = QStringLiteral("new");
     command.usages = QStringList{QString()};
-    command.summary = QStringLiteral("Writes a document to begin with, as XML with comments.");
+    command.summary = QStringLiteral("Write a new document as XML with comments.");
     command.details = QStringList{
-        QStringLiteral("It holds what is mandatory and is valid; texts to be replaced are the names of their members. "
-                       "The comments tell what everything is, and what there could be besides.")};
+        QStringLiteral("The document contains the mandatory members and is valid; texts to be replaced are the names "
+                       "of their members. The comments describe all members, including the optional ones.")};
     command.options = {type(), name(), baseresource()};
     command.examples = {{QStringLiteral("new --type Receiver > receiver.xml"),
-                         QStringLiteral("Begins the description of a receiver.")}};
-    command.fewest = 0;
-    command.most = 0;
+                         QStringLiteral("Create the description of a receiver.")}};
+    command.minArguments = 0;
+    command.maxArguments = 0;
     command.run = run;
     command.takes = Takes::Nothing;
     return command;

@@ -10,58 +10,59 @@ namespace Options {
 
 namespace {
 
-// Real documents shrink to a third, very regular ones to a thirtieth; those made to exhaust memory to a thousandth.
+// Real documents shrink to a third, very regular ones to a thirtieth; documents made to exhaust memory shrink to a
+// thousandth.
 constexpr int usualExpansion = 50;
-constexpr int mostExpansion = 1100; // zlib does not reach it, and the library takes no more
+constexpr int mostExpansion = 1100; // beyond what zlib reaches; the library has the same limit
 
 } // namespace
 
 const Option &help()
 {
     static const Option option{
-        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this help."), {}, Takes::Nothing, {}};
+        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help."), {}, Takes::Nothing, {}};
     return option;
 }
 
 const Option &version()
 {
     static const Option option{
-        {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Shows the version."), {}, Takes::Nothing, {}};
+        {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version."), {}, Takes::Nothing, {}};
     return option;
 }
 
 const Option &from()
 {
-    static const Option option{{QStringLiteral("from")},
-                               QStringLiteral("What the input is: %1. Only a snapshot whose name does not end in "
-                                              ".tps cannot be recognised.")
-                                   .arg(Forms::names()),
-                               QStringLiteral("FORM"),
-                               Takes::Word,
-                               Forms::list()};
+    static const Option option{
+        {QStringLiteral("from")},
+        QStringLiteral("Form of the input: %1 (default: from the content or, for a snapshot, the suffix .tps).")
+            .arg(Forms::names()),
+        QStringLiteral("FORM"),
+        Takes::Word,
+        Forms::list()};
     return option;
 }
 
 const Option &to()
 {
-    static const Option option{{QStringLiteral("to")},
-                               QStringLiteral("What to write: %1. Without it the name of the output says: %2; "
-                                              "standard output is XML.")
-                                   .arg(Forms::names(), Forms::suffixes()),
-                               QStringLiteral("FORM"),
-                               Takes::Word,
-                               Forms::list()};
+    static const Option option{
+        {QStringLiteral("to")},
+        QStringLiteral("Form of the output: %1 (default: from the suffix %2; XML on standard output).")
+            .arg(Forms::names(), Forms::suffixes()),
+        QStringLiteral("FORM"),
+        Takes::Word,
+        Forms::list()};
     return option;
 }
 
 const Option &jobs()
 {
-    static const Option option{{QStringLiteral("j"), QStringLiteral("jobs")},
-                               QStringLiteral("Processes up to NUMBER files at once (default: the number of "
-                                              "processors)."),
-                               QStringLiteral("NUMBER"),
-                               Takes::Anything,
-                               {}};
+    static const Option option{
+        {QStringLiteral("j"), QStringLiteral("jobs")},
+        QStringLiteral("Process up to NUMBER files at once (default: the number of processors)."),
+        QStringLiteral("NUMBER"),
+        Takes::Anything,
+        {}};
     return option;
 }
 
@@ -69,8 +70,8 @@ const Option &quiet()
 {
     static const Option option{
         {QStringLiteral("q"), QStringLiteral("quiet")},
-        QStringLiteral("Reports only files that cannot be read or written. The exit status reports whether there were "
-                       "problems."),
+        QStringLiteral(
+            "Report only files that cannot be read or written. The exit status reports whether there were problems."),
         {},
         Takes::Nothing,
         {}};
@@ -80,7 +81,7 @@ const Option &quiet()
 const Option &json()
 {
     static const Option option{{QStringLiteral("json")},
-                               QStringLiteral("Writes a line for each file to standard output, a JSON object."),
+                               QStringLiteral("Write a JSON object for each file to standard output, one per line."),
                                {},
                                Takes::Nothing,
                                {}};
@@ -90,8 +91,8 @@ const Option &json()
 const Option &specialFiles()
 {
     static const Option option{{QStringLiteral("special-files")},
-                               QStringLiteral("Accepts pipes and devices among several files as well. By default these "
-                                              "must be regular files, since a pipe in a folder could block the rest."),
+                               QStringLiteral("Accept pipes and devices among several files. By default these must be "
+                                              "regular files, since a pipe in a folder could block the others."),
                                {},
                                Takes::Nothing,
                                {}};
@@ -102,7 +103,7 @@ const Option &maxProblems()
 {
     static const Option option{
         {QStringLiteral("max-problems")},
-        QStringLiteral("Lists the first NUMBER problems of a document (default: %1), and how many there are.")
+        QStringLiteral("List at most NUMBER problems of a document (default: %1), and their total.")
             .arg(usualProblemCount),
         QStringLiteral("NUMBER"),
         Takes::Anything,
@@ -114,7 +115,7 @@ const Option &maxExpansion()
 {
     static const Option option{
         {QStringLiteral("max-expansion")},
-        QStringLiteral("Reads a compressed document that expands to up to TIMES its size (default: %1).")
+        QStringLiteral("Accept a compressed document that expands to at most TIMES its size (default: %1).")
             .arg(usualExpansion),
         QStringLiteral("TIMES"),
         Takes::Anything,
@@ -145,6 +146,18 @@ Reading reading(const Invocation &invocation)
     return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion)};
 }
 
+QString expansionNote(const QByteArray &bytes, const QString &fileName)
+{
+    const int expansion = Forms::expansionOf(bytes);
+    if (expansion <= usualExpansion)
+        return QString();
+    return fileName
+        + QStringLiteral(": expands to more than %1 times its size; use %2 %3 to read it")
+              .arg(usualExpansion)
+              .arg(maxExpansion().typed())
+              .arg(expansion);
+}
+
 int problemCount(const Invocation &invocation)
 {
     return numberOf(invocation, maxProblems(), std::numeric_limits<int>::max(), usualProblemCount);
@@ -167,9 +180,9 @@ BatchSettings batch(const Invocation &invocation)
     settings.jobs = numberOf(invocation, jobs(), mostJobs, QThread::idealThreadCount());
     settings.quiet = invocation.isSet(quiet());
     settings.json = invocation.isSet(json());
-    settings.mostProblems = problemCount(invocation);
+    settings.problemLimit = problemCount(invocation);
     if (settings.quiet && settings.json)
-        throw WrongUsage(QStringLiteral("--quiet and --json exclude each other"));
+        throw WrongUsage(QStringLiteral("--quiet and --json cannot be combined"));
     return settings;
 }
 

@@ -7,7 +7,7 @@
 #include "commands/Command.h"
 #include "documents/Document.h"
 
-/// Options that several commands have. One that only one command has stands in the file of that command.
+/// Options that several commands have. An option of a single command is defined in the file of that command.
 namespace Options {
 
 const Option &help();
@@ -21,23 +21,26 @@ const Option &specialFiles();
 const Option &maxProblems();
 const Option &maxExpansion();
 
-/// What --from and --max-expansion say. Throws WrongUsage.
+/// The values of --from and --max-expansion. Throws WrongUsage.
 Reading reading(const Invocation &invocation);
 
-/// What --from or --to says, if anything.
+/// A note for a document that cannot be read without --max-expansion; null for others. `fileName` is the shown name.
+QString expansionNote(const QByteArray &bytes, const QString &fileName);
+
+/// The value of --from or --to, if the option is set.
 std::optional<Form> form(const Invocation &invocation, const Option &option);
 
-/// Which kinds of files to read or write among so many.
+/// The kinds of files to accept among `count` files.
 FileKinds fileKinds(const Invocation &invocation, int count);
 
-/// What --jobs, --quiet, --json and --max-problems say; without --jobs, as many as there are processors. Throws
+/// The values of --jobs, --quiet, --json and --max-problems; without --jobs, the number of processors. Throws
 /// WrongUsage, also if both --quiet and --json are set.
 BatchSettings batch(const Invocation &invocation);
 
 /// Throws WrongUsage if standard input is named more than once.
 void checkStandardInput(const QVector<FileName> &inputs);
 
-/// How many problems of a file to list: what --max-problems says, or 100. Throws WrongUsage.
+/// The value of --max-problems, or the default. Throws WrongUsage.
 int problemCount(const Invocation &invocation);
 
 constexpr int usualProblemCount = 100;

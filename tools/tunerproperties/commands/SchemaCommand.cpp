@@ -9,8 +9,8 @@ const QString modelFormat = QStringLiteral("model");
 const Option &formatOption()
 {
     static const Option option{{QStringLiteral("format")},
-                               QStringLiteral("What to write: xsd, the XML Schema, which is the default, or model, a "
-                                              "JSON list of all classes and members with their tags and defaults."),
+                               QStringLiteral("Output: xsd, the XML Schema (the default), or model, a JSON list of "
+                                              "all classes and members with their tags and defaults."),
                                QStringLiteral("FORMAT"),
                                Takes::Word,
                                QStringList{QStringLiteral("xsd"), modelFormat}};
@@ -30,14 +30,14 @@ Command schemaCommand()
     Command command;
     command.name = QStringLiteral("schema");
     command.usages = QStringList{QString()};
-    command.summary = QStringLiteral("Writes the XML Schema of documents.");
+    command.summary = QStringLiteral("Write the XML Schema of documents.");
     command.options = {formatOption()};
     command.examples = {{QStringLiteral("schema > tuner-properties.xsd"),
-                         QStringLiteral("Keeps the schema in a file, for an editor or for xmllint.")},
+                         QStringLiteral("Save the schema for an editor or for xmllint.")},
                         {QStringLiteral("schema --format model > model.json"),
-                         QStringLiteral("Keeps the list of classes and members, for a reader of your own.")}};
-    command.fewest = 0;
-    command.most = 0;
+                         QStringLiteral("Save the list of classes and members for a reader of your own.")}};
+    command.minArguments = 0;
+    command.maxArguments = 0;
     command.run = run;
     command.takes = Takes::Nothing;
     return command;

@@ -17,28 +17,26 @@ namespace {
 
 const Option &unset()
 {
-    static const Option option{
-        {QStringLiteral("unset")},
-        QStringLiteral("Takes the value away: the member is not set any more, and holds its default."),
-        {},
-        Takes::Nothing,
-        {}};
+    static const Option option{{QStringLiteral("unset")},
+                               QStringLiteral("Unset the member, which then has its default value."),
+                               {},
+                               Takes::Nothing,
+                               {}};
     return option;
 }
 
 const Option &noValidate()
 {
-    static const Option option{
-        {QStringLiteral("no-validate")},
-        QStringLiteral("Writes the document even if it has problems that it did not have before."),
-        {},
-        Takes::Nothing,
-        {}};
+    static const Option option{{QStringLiteral("no-validate")},
+                               QStringLiteral("Write the document even if the change causes new problems."),
+                               {},
+                               Takes::Nothing,
+                               {}};
     return option;
 }
 
-/// What is chosen is set, and so can be given its values next.
-void useChosen(TunerProperties &document, const Paths::Target &choice)
+/// Sets the flag of the chosen alternative, so that its members can be set next.
+void setChosenAlternative(TunerProperties &document, const Paths::Target &choice)
 {
     const QByteArray chosen = choice.member.GetValue().toString().toLatin1();
     Paths::Target alternative = choice;
@@ -46,37 +44,37 @@ void useChosen(TunerProperties &document, const Paths::Target &choice)
     Paths::edit(document, alternative, [](MemberEditor &member) { member.EditChild(); });
 }
 
-/// Stores the value by the setter and its checks.
+/// Stores the value through the setter and its checks.
 void store(TunerProperties &document, const Paths::Target &target, const QString &text)
 {
     const QVariant value = TypedValue::parse(target.member, text);
     bool isStored = false;
-    document.SetValidate(true); // hands it down to what holds the member
+    document.SetValidate(true); // propagates to the object of the member
     Paths::edit(document, target, [&](MemberEditor &member) { isStored = member.SetValue(value); });
     document.SetValidate(false);
     if (!isStored)
-        throw TypedValue::Mismatch(QStringLiteral("cannot hold '%1'").arg(text));
+        throw TypedValue::Mismatch(QStringLiteral("cannot store '%1'").arg(text));
     if (target.member.GetKind() == MemberKind::Choice)
-        useChosen(document, target);
+        setChosenAlternative(document, target);
 }
 
-void takeAway(TunerProperties &document, const Paths::Target &target)
+void unsetMember(TunerProperties &document, const Paths::Target &target)
 {
     if (target.isItem())
-        throw TypedValue::Mismatch(QStringLiteral("is an item of a list; only the whole list can be unset"));
+        throw TypedValue::Mismatch(QStringLiteral("cannot unset an item of a list; unset the whole list"));
     Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
 }
 
-/// What is complained about: the first texts, and how many there would be.
-struct Complaints
+/// The first messages, and the number of all.
+struct Messages
 {
-    bool isListed() const { return texts.size() < Options::usualProblemCount; }
+    bool hasRoom() const { return texts.size() < Options::usualProblemCount; }
 
     QStringList texts;
     qint64 count = 0;
 };
 
-/// The problems of a document, to compare with those of another state of it.
+/// The problems of a document, for comparison with those of a changed document.
 class KnownProblems
 {
 public:
@@ -85,8 +83,8 @@ public:
         document.VisitProblems([this](const Problem &problem) { ++m_counts[keyOf(problem)]; });
     }
 
-    /// Adds the problems that were not there before, at the same place; returns whether there is any problem at all.
-    bool addNew(const TunerProperties &document, Complaints &complaints)
+    /// Adds the problems that were not at the same path before. Returns whether there is any problem.
+    bool addNew(const TunerProperties &document, Messages &messages)
     {
         bool isAny = false;
         document.VisitProblems([&](const Problem &problem) {
@@ -98,9 +96,9 @@ public:
                 --*known;
                 return;
             }
-            if (complaints.isListed())
-                complaints.texts.append(textOf(findingOf(problem)));
-            ++complaints.count;
+            if (messages.hasRoom())
+                messages.texts.append(textOf(findingOf(problem)));
+            ++messages.count;
         });
         return isAny;
     }
@@ -111,8 +109,8 @@ private:
         return (finding.path + QStringList{finding.message}).join(QStringLiteral(": "));
     }
 
-    /// By places, not by names, which may be what is changed. A digest, since there may be a problem for every few
-    /// bytes of a document.
+    /// The key contains positions instead of names, since the change may concern a name. It is a digest, because a
+    /// document may have a problem for every few bytes.
     static QByteArray keyOf(const Problem &problem)
     {
         QString text = problem.message;
@@ -124,52 +122,53 @@ private:
     QHash<QByteArray, int> m_counts;
 };
 
-/// The text of a member; "nothing" if it is not there.
+/// The text of a member; "nothing" if it does not exist.
 QString textAt(const TunerProperties &document, const Paths::Target &target)
 {
     const auto member = Paths::at(document, target.steps);
     return member ? ValueText::ofMember(*member) : QStringLiteral("nothing");
 }
 
-/// Not all forms hold all values exactly, so what was written is looked at again.
-void tellWhatBecameOfIt(const QByteArray &bytes, const Document &document, const Paths::Target &target)
+/// Reads the written bytes back, since not all forms store all values exactly.
+void reportInexactValue(const QByteArray &bytes, const Document &document, const Paths::Target &target)
 {
     TunerProperties written;
     written.SetValidate(false);
     const bool isRead = Forms::readBack(written, bytes, document.form);
     const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
     if (text != textAt(document.tuner, target)) // by its place: what it is found by may be what has changed
-        Console::complain(document.input.shownName() + QStringLiteral(": ") + target.path
-                          + QStringLiteral(": is read from this form as ") + text);
+        Console::printError(document.input.shownName() + QStringLiteral(": ") + target.path
+                            + QStringLiteral(": this form cannot store the value exactly; it reads back as ") + text);
 }
 
-ExitStatus complainOf(const QString &file, const QString &text)
+ExitStatus report(const QString &file, const QString &text)
 {
-    Console::complain(file + QStringLiteral(": ") + text);
+    Console::printError(file + QStringLiteral(": ") + text);
     return ExitStatus::Problems;
 }
 
-ExitStatus complainAll(const QString &file, const Complaints &complaints)
+ExitStatus reportAll(const QString &file, const Messages &messages)
 {
-    for (const QString &text : complaints.texts)
-        complainOf(file, text);
-    if (complaints.count > complaints.texts.size())
-        complainOf(file, countText(complaints.count, complaints.texts.size()));
+    for (const QString &text : messages.texts)
+        report(file, text);
+    if (messages.count > messages.texts.size())
+        report(file, countText(messages.count, messages.texts.size()));
     return ExitStatus::Problems;
 }
 
-/// What stands in the XML and not in the document, so that it would be lost.
-Complaints notInTheDocument(Document &document)
+/// The problems in the XML that the document does not contain, so that writing would lose their elements and
+/// attributes.
+Messages xmlOnlyProblems(Document &document)
 {
-    Complaints complaints;
+    Messages messages;
     const Findings findings = document.findings(Options::usualProblemCount);
     for (const Finding &finding : findings.listed()) {
-        if (finding.hasPlace())
-            complaints.texts.append(
+        if (finding.hasLocation())
+            messages.texts.append(
                 QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
     }
-    complaints.count = findings.placedCount();
-    return complaints;
+    messages.count = findings.locatedCount();
+    return messages;
 }
 
 ExitStatus change(Document &document, const Invocation &invocation)
@@ -178,48 +177,52 @@ ExitStatus change(Document &document, const Invocation &invocation)
     const QString file = name.shown();
     const bool mayHaveProblems = invocation.isSet(noValidate());
     TunerProperties &tuner = document.tuner;
-    const Complaints lost = mayHaveProblems ? Complaints() : notInTheDocument(document);
+    const Messages lost = mayHaveProblems ? Messages() : xmlOnlyProblems(document);
     if (lost.count > 0)
-        return complainAll(file, lost);
+        return reportAll(file, lost);
     const TunerProperties before = tuner;
     KnownProblems known(before);
     const Paths::Target target = Paths::find(tuner, invocation.text(1));
     try {
         if (invocation.isSet(unset()))
-            takeAway(tuner, target);
+            unsetMember(tuner, target);
         else
             store(tuner, target, invocation.text(2));
     } catch (const TypedValue::Mismatch &mismatch) {
-        return complainOf(file, target.path + QStringLiteral(": ") + mismatch.text());
+        return report(file, target.path + QStringLiteral(": ") + mismatch.text());
     } catch (const ReportException &exception) {
-        return complainOf(file, target.path + QStringLiteral(": ") + exception.GetMessageText());
+        return report(file, target.path + QStringLiteral(": ") + exception.GetMessageText());
     }
     bool isChanged = false;
     findDifferences(before, tuner, [&](const Difference &) { isChanged = true; });
     if (!isChanged && !name.isStandardStream())
         return ExitStatus::Ok;
-    Complaints problems;
+    Messages problems;
     const bool hasProblems = known.addNew(tuner, problems);
     tuner.SetValidate(!hasProblems && tuner.HasData());
     if (problems.count > 0 && !mayHaveProblems)
-        return complainAll(file, problems);
+        return reportAll(file, problems);
     const QByteArray bytes = Forms::compose(tuner, document.form, file);
     Output::replace(document.input, bytes);
+    const QString note = Options::expansionNote(bytes, file);
+    if (!note.isNull())
+        Console::printError(note);
     if (isChanged && !invocation.isSet(unset()))
-        tellWhatBecameOfIt(bytes, document, target);
+        reportInexactValue(bytes, document, target);
     return ExitStatus::Ok;
 }
 
 ExitStatus run(const Invocation &invocation)
 {
     if (invocation.count() != (invocation.isSet(unset()) ? 2 : 3))
-        throw WrongUsage(invocation.isSet(unset()) ? QStringLiteral("--unset takes a path and no value")
-                                                   : QStringLiteral("the value is missing"));
+        throw WrongUsage(invocation.isSet(unset())
+                             ? QStringLiteral("'set --unset' takes no value")
+                             : QStringLiteral("'set' requires a value; use --unset to remove the value"));
     Document document(invocation.file(0), Options::reading(invocation));
     try {
         return change(document, invocation);
     } catch (const PathFailure &failure) {
-        return complainOf(document.input.shownName(), failure.text());
+        return report(document.input.shownName(), failure.text());
     }
 }
 
@@ -230,24 +233,22 @@ Command setCommand()
     Command command;
     command.name = QStringLiteral("set");
     command.usages = QStringList{QStringLiteral("FILE PATH VALUE"), QStringLiteral("--unset FILE PATH")};
-    command.summary = QStringLiteral("Changes the value of one member.");
+    command.summary = QStringLiteral("Change the value of one member.");
     command.details = QStringList{
-        QStringLiteral("'tunerproperties get --help' tells about paths. The value is checked as the library checks it, "
-                       "and so is the document then; it is written in the form that it has, completely or not at all. "
+        QStringLiteral("'tunerproperties get --help' describes paths. The value and then the document are checked as "
+                       "the library checks them. The document is written in its own form, completely or not at all. "
                        "Nothing is written if nothing changes."),
-        QStringLiteral(
-            "Several names have commas or line ends between them. To give an item another kind of value, set "
-            "its ChoiceValueItem first, with --no-validate, and then what the kind has. The document is written as the "
-            "library writes it, so "
-            "comments in XML and the layout of a file do not stay.")};
+        QStringLiteral("Separate several names by commas or line ends. To give an item another kind of value, first "
+                       "set its ChoiceValueItem, with --no-validate, and then the members of that kind. The document "
+                       "is written as the library writes it, so XML comments and the layout of the file are lost.")};
     command.options = {unset(), noValidate(), Options::from(), Options::maxExpansion()};
     command.examples = {
-        {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Changes how many there are.")},
+        {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Change the quantity.")},
         {QStringLiteral("set receiver.xml 'Component[name=audio]/Node[id=balance]/ValueItem/value' -0.5"),
-         QStringLiteral("Changes a value of a node.")},
-        {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Takes the name away.")}};
-    command.fewest = 2;
-    command.most = 3;
+         QStringLiteral("Change a value of a node.")},
+        {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Unset the name.")}};
+    command.minArguments = 2;
+    command.maxArguments = 3;
     command.argumentsMayBeEmpty = true;
     command.mayEndWithNumber = true;
     command.run = run;

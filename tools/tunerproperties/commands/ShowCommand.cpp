@@ -10,11 +10,11 @@
 
 namespace {
 
-/// One way to show a document.
+/// An output format.
 struct Format
 {
     QString name;
-    void (*show)(Document &document, int mostProblems);
+    void (*show)(Document &document, int problemLimit);
 };
 
 void showAsTree(Document &document, int)
@@ -35,22 +35,22 @@ int countObjects(const JobXml::DataObject &object, int most)
     return count;
 }
 
-/// An object without anything in it takes four bytes of a record, and a kilobyte of a page.
+/// An empty object takes four bytes of a record and a kilobyte of a page.
 void checkSizeOfPage(const Document &document)
 {
     constexpr int mostObjects = 100000;
     if (countObjects(document.tuner, mostObjects) > mostObjects)
         throw FileFailure(document.input.shownName()
-                          + QStringLiteral(": has more than %1 objects, too many for a page; use 'show --format json'")
+                          + QStringLiteral(": cannot show more than %1 objects on a page; use 'show --format json'")
                                 .arg(mostObjects));
 }
 
-void showAsHtml(Document &document, int mostProblems)
+void showAsHtml(Document &document, int problemLimit)
 {
     checkSizeOfPage(document);
     const FileName &name = document.input.name();
     BufferedOutput output;
-    html(document.tuner, document.findings(mostProblems),
+    html(document.tuner, document.findings(problemLimit),
          name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
@@ -80,8 +80,8 @@ QStringList formatNames()
 const Option &formatOption()
 {
     static const Option option{{QStringLiteral("format")},
-                               QStringLiteral("How to show it: as a tree, which is the default, as json, or as html, a "
-                                              "page for a browser that needs no other file and no network."),
+                               QStringLiteral("Output format: tree (default), json, or html, a page for a browser that "
+                                              "needs no other file and no network."),
                                QStringLiteral("FORMAT"),
                                Takes::Word,
                                formatNames()};
@@ -107,18 +107,16 @@ Command showCommand()
     Command command;
     command.name = QStringLiteral("show");
     command.usages = QStringList{QStringLiteral("FILE")};
-    command.summary =
-        QStringLiteral("Shows all that a document holds, as a tree, as JSON, or as a page for a browser.");
-    command.details = QStringList{QStringLiteral(
-        "Numbers are shown exactly, texts in quotes; what is not set is marked. The page lists the problems of "
-        "the document as well.")};
+    command.summary = QStringLiteral("Show a document as a tree, as JSON, or as a page for a browser.");
+    command.details = QStringList{QStringLiteral("Numbers are shown exactly and texts in quotes; members that are not "
+                                                 "set are marked. The page also lists the problems of the document.")};
     command.options = {formatOption(), Options::from(), Options::maxProblems(), Options::maxExpansion()};
-    command.examples = {{QStringLiteral("show receiver.xml"), QStringLiteral("Shows the tree of a document.")},
-                        {QStringLiteral("show --format html receiver.xml > receiver.html"),
-                         QStringLiteral("Makes a page of it, for a browser.")},
-                        {QStringLiteral("show --from snapshot - < dump"),
-                         QStringLiteral("Shows a snapshot whose name does not tell that it is one.")}};
-    command.most = 1;
+    command.examples = {
+        {QStringLiteral("show receiver.xml"), QStringLiteral("Show a document as a tree.")},
+        {QStringLiteral("show --format html receiver.xml > receiver.html"),
+         QStringLiteral("Create a page for a browser.")},
+        {QStringLiteral("show --from snapshot - < dump"), QStringLiteral("Show a snapshot from standard input.")}};
+    command.maxArguments = 1;
     command.run = run;
     return command;
 }

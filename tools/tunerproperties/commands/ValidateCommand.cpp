@@ -13,10 +13,10 @@ ExitStatus run(const Invocation &invocation)
     const Reading reading = Options::reading(invocation);
     Batch batch(Options::batch(invocation));
     Options::checkStandardInput(files);
-    batch.doneWord = QStringLiteral("valid");
+    batch.doneStatus = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;
-        outcome.findings = Document(files.at(index), reading, kinds).findings(batch.mostProblems());
+        outcome.findings = Document(files.at(index), reading, kinds).findings(batch.problemLimit());
         outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
         return outcome;
     };
@@ -30,33 +30,27 @@ Command validateCommand()
     Command command;
     command.name = QStringLiteral("validate");
     command.usages = QStringList{QStringLiteral("FILE...")};
-    command.summary = QStringLiteral("Tells every problem of the documents, a line each.");
+    command.summary = QStringLiteral("List the problems of documents, one per line.");
     command.details = QStringList{
-        QStringLiteral(
-            "A problem has its line and column, where only the reader of an XML document sees it, or else the "
-            "path of the object that has it. Nothing is told about a valid document."),
-        QStringLiteral(
-            "The first 100 problems of a document are listed, and how many there are if there are more. The label of "
-            "an object in a path is shortened if it is long, and has the object's place then: Component 3 \"abc...\" "
-            "is what 'get FILE Component[3]' shows in full."),
-        QStringLiteral(
-            "Several files are worked on at once, and told about in their order; behind them comes a summary, "
-            "on standard error."),
-        QStringLiteral(
-            "With --json a line for each file is an object with \"file\", \"status\" (\"valid\", \"problems\" "
-            "or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (how many there are) and "
-            "\"error\" (why it is unreadable, or null). A problem has "
-            "\"path\" (the objects from the outermost to the one at fault), \"line\", \"column\" and "
-            "\"message\"; either path or line and column are null. There is no summary then. A \"file\" that is not "
-            "UTF-8 is escaped as in messages, and \"fileBytes\" has its bytes as hexadecimal digits.")};
+        QStringLiteral("A problem is reported with its line and column if only the XML reader can find it, otherwise "
+                       "with the path of the object. There is no output for a valid document."),
+        QStringLiteral("The first 100 problems of a document are listed, followed by their total if there are more. "
+                       "The label of an object in a path is shortened if it is long, and then includes the position of "
+                       "the object: Component 3 \"abc...\" is what 'get FILE Component[3]' shows in full."),
+        QStringLiteral("Several files are processed at once and reported in order, with a summary on standard error."),
+        QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" (\"valid\", "
+                       "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (their "
+                       "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (the "
+                       "objects from the outermost to the one with the problem), \"line\", \"column\" and \"message\"; "
+                       "either path or line and column are null. There is no summary. A \"file\" that is not UTF-8 is "
+                       "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
     command.options = {Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
                        Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
-    command.examples = {{QStringLiteral("validate receiver.xml"),
-                         QStringLiteral("Tells every problem of a document, and nothing if there is none.")},
+    command.examples = {{QStringLiteral("validate receiver.xml"), QStringLiteral("List the problems of a document.")},
                         {QStringLiteral("validate --quiet -- *.xml && echo fine"),
-                         QStringLiteral("Asks whether all documents are valid.")},
+                         QStringLiteral("Check whether all documents are valid.")},
                         {QStringLiteral("validate --json -- *.xml"),
-                         QStringLiteral("Tells the problems of many documents to a program.")}};
+                         QStringLiteral("Report the problems of many documents to a program.")}};
     command.run = run;
     return command;
 }

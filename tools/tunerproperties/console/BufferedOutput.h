@@ -5,11 +5,11 @@
 
 #include "console/Console.h"
 
-/// Standard output, written in large pieces, so that an output of any size takes little memory and few system calls.
+/// Standard output, written in large pieces, so that output of any size needs little memory and few system calls.
 class BufferedOutput
 {
 public:
-    /// Colors are kept on a terminal if the bytes are escaped already, see Console::writeEscaped().
+    /// Pass true if the bytes are already escaped; colors are then kept on a terminal, see Console::writeEscaped().
     explicit BufferedOutput(bool isEscaped = false) : m_isEscaped(isEscaped) { }
 
     /// Throws FileFailure if standard output cannot be written.
@@ -20,7 +20,7 @@ public:
             flush();
     }
 
-    /// To be called at the end: what is left is not written otherwise.
+    /// Writes what is left. Call it at the end; the destructor does not.
     void flush()
     {
         m_isEscaped ? Console::writeEscaped(m_buffer) : Console::write(m_buffer);

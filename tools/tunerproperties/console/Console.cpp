@@ -12,7 +12,7 @@
 #include "console/Interruption.h"
 #include "text/Printable.h"
 
-// What is told by what() ends at the first NUL, which a document may well hold; escaping twice changes nothing.
+// what() ends at the first NUL, which a document may contain; escaping twice changes nothing.
 FileFailure::FileFailure(const QString &text)
     : std::runtime_error(Printable::onOneLine(text).toStdString()), m_text(text)
 {
@@ -22,11 +22,11 @@ namespace Console {
 
 namespace {
 
-// Results, complaints and the bar come from one thread, and what is told at last from another.
+// One thread writes results, errors and the bar; another one writes the last error.
 std::mutex mutex;
 bool barIsShown = false;
 
-/// The number of the error, or 0. Less than all may be written at once, to a pipe or a disk that becomes full.
+/// Returns the system's error number, or 0. A single call may write only a part, to a pipe or a full disk.
 int writeAll(int stream, const QByteArray &bytes)
 {
     for (int done = 0; done < bytes.size();) {
@@ -45,7 +45,7 @@ void eraseBar()
     barIsShown = false;
 }
 
-QByteArray complaint(const QString &text)
+QByteArray errorLine(const QString &text)
 {
     return "tunerproperties: " + Printable::onOneLine(text).toUtf8() + '\n';
 }
@@ -59,10 +59,10 @@ QString streamName()
 
 void write(const QByteArray &bytes)
 {
-    writeEscaped(shownOn(STDOUT_FILENO, bytes));
+    writeEscaped(escapedFor(STDOUT_FILENO, bytes));
 }
 
-QByteArray shownOn(int descriptor, const QByteArray &bytes)
+QByteArray escapedFor(int descriptor, const QByteArray &bytes)
 {
     return isatty(descriptor) != 0 ? Printable::escaped(bytes) : bytes;
 }
@@ -76,16 +76,16 @@ void writeEscaped(const QByteArray &bytes)
         error = writeAll(STDOUT_FILENO, bytes);
     }
     if (error == EPIPE)
-        Interruption::endSinceNobodyReads();
+        Interruption::endByBrokenPipe();
     if (error != 0)
         throw FileFailure(streamName() + QStringLiteral(": cannot write: ") + qt_error_string(error));
 }
 
-void complain(const QString &text)
+void printError(const QString &text)
 {
     const std::lock_guard lock(mutex);
     eraseBar();
-    writeAll(STDERR_FILENO, complaint(text)); // there is nowhere to complain that this is not possible
+    writeAll(STDERR_FILENO, errorLine(text)); // there is nowhere to report a failure
 }
 
 bool standardOutputIsTerminal()
@@ -117,13 +117,13 @@ void showBar(const QString &text)
     barIsShown = true;
 }
 
-bool tellAtLast(const QString &text)
+bool printLastError(const QString &text)
 {
-    if (!mutex.try_lock()) // and is not unlocked again
+    if (!mutex.try_lock()) // never unlocked again
         return false;
     eraseBar();
     if (!text.isNull())
-        writeAll(STDERR_FILENO, complaint(text));
+        writeAll(STDERR_FILENO, errorLine(text));
     return true;
 }
 

@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// What the program tells whoever started it.
+/// The exit status of the program.
 enum class ExitStatus {
     Ok = 0,
     Problems = 1, ///< a document does not validate
@@ -14,7 +14,7 @@ enum class ExitStatus {
     FileFailure = 3, ///< a file cannot be read or written
 };
 
-/// A file, or a standard stream, that cannot be read or written. The text names the file.
+/// A file or a standard stream that cannot be read or written. The text begins with its name.
 class FileFailure : public std::runtime_error
 {
 public:
@@ -25,40 +25,40 @@ private:
     QString m_text;
 };
 
-/// The standard streams, in UTF-8 whatever the locale is: what the program writes is read by other programs as well.
+/// The standard streams, in UTF-8 in every locale: other programs read the output as well.
 namespace Console {
 
 /// The name of standard input and output on the command line.
 QString streamName();
 
-/// What of the bytes goes to an open file: they themselves to a file or a pipe; to a terminal, with whatever is not
-/// printable escaped (see Printable.h). The bytes are whole characters.
-QByteArray shownOn(int descriptor, const QByteArray &bytes);
+/// The bytes as they are written to the open file `descriptor`: unchanged to a file or a pipe; to a terminal, with what
+/// is not printable escaped (see Printable.h). The bytes must be complete characters.
+QByteArray escapedFor(int descriptor, const QByteArray &bytes);
 
-/// Writes to standard output what shownOn() makes of the bytes. Throws FileFailure if writing is not possible.
+/// Writes the bytes to standard output, as escapedFor() returns them. Throws FileFailure if writing fails.
 void write(const QByteArray &bytes);
 
-/// The same for text in which whatever came from a document or a file name is escaped already, so that colors remain.
+/// Writes text whose parts from documents and file names are already escaped, so that colors remain.
 void writeEscaped(const QByteArray &bytes);
 
-/// Writes one line to standard error, the name of the program in front.
-void complain(const QString &text);
+/// Writes one line to standard error, prefixed with the name of the program.
+void printError(const QString &text);
 
-/// Whether people look at it, and not a file or another program.
+/// Whether standard output is a terminal.
 bool standardOutputIsTerminal();
 
-/// Whether people look at standard error, on a terminal on which the cursor can go back.
+/// Whether standard error is a terminal whose cursor can be moved back.
 bool canShowBar();
 
-/// How many characters fit a line of the terminal behind standard error.
+/// The number of characters in a line of the terminal of standard error.
 int terminalWidth();
 
-/// Shows a line at the cursor of standard error, in place of the last one that was shown so; an empty one takes that
-/// away. Whatever is written or complained meanwhile stands above it.
+/// Shows a line at the cursor of standard error in place of the previous one; an empty text removes it. Other output
+/// appears above it.
 void showBar(const QString &text);
 
-/// Takes the bar away, complains about this unless it is null, and lets nobody write any more: for one who is about to
-/// end the process. Returns false, and does nothing, as long as somebody else is writing.
-bool tellAtLast(const QString &text);
+/// Removes the bar, writes the text unless it is null, and blocks all further output. For the thread that is about to
+/// end the process. Returns false and does nothing while another thread is writing.
+bool printLastError(const QString &text);
 
 } // namespace Console

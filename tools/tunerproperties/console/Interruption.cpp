@@ -21,10 +21,10 @@ namespace {
 using namespace std::chrono_literals;
 
 const int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
-constexpr int wakingSignal = SIGUSR1; // by which the watch is told that the program ends by itself
+constexpr int wakingSignal = SIGUSR1; // wakes the watch when the program ends normally
 constexpr int noSignal = 0;
 
-// No thread takes these signals but the one that waits for them: it may do what handlers must not.
+// These signals are blocked in all threads but the one that waits for them, which may do what signal handlers must not.
 sigset_t awaited;
 sigset_t usualMask;
 std::atomic<bool> leaving{false};
@@ -44,8 +44,8 @@ bool isIgnored(int number)
     return sigaction(number, nullptr, &current) == 0 && current.sa_handler == SIG_IGN;
 }
 
-/// Ends the process by the signal, as if nobody had looked out for it.
-[[noreturn]] void dieBy(int number)
+/// Ends the process by the default action of the signal.
+[[noreturn]] void terminateBy(int number)
 {
     signal(number, SIG_DFL);
     sigset_t set;
@@ -56,13 +56,13 @@ bool isIgnored(int number)
     _exit(128 + number); // not reached
 }
 
-/// Whether the signal was sent by the program itself, which has come to its end.
+/// Whether the program has sent the signal to itself, at its end.
 bool isOwn(int number)
 {
     return number == wakingSignal && leaving;
 }
 
-/// The next signal, or none if there is none within that time.
+/// The next signal, or noSignal if none arrives within that time.
 int nextSignal(int milliseconds)
 {
     const timespec time = {0, milliseconds * 1000000L};
@@ -70,7 +70,7 @@ int nextSignal(int milliseconds)
     return number > 0 && !isOwn(number) ? number : noSignal;
 }
 
-bool noShieldIsLeft()
+bool startEnding()
 {
     const std::lock_guard lock(shieldMutex);
     ending = true;
@@ -79,24 +79,25 @@ bool noShieldIsLeft()
 
 QString reportText()
 {
-    // Whoever holds this one is about to set or drop the report, and does not keep it.
+    // A thread that holds this mutex sets or clears the report and releases it soon.
     const std::lock_guard lock(reportMutex);
     return report ? report() : QString();
 }
 
 [[noreturn]] void endBy(int number)
 {
-    while (!noShieldIsLeft()) {
+    while (!startEnding()) {
         if (const int second = nextSignal(5); second != noSignal)
-            dieBy(second);
+            terminateBy(second);
     }
-    // A reader of ours may have stopped reading, and hold up a thread that writes; then nothing is told.
+    // If the reader of our output has stopped reading, another thread may be blocked in writing; then no report is
+    // written.
     const QString text = reportText();
-    for (int i = 0; i < 200 && !Console::tellAtLast(text); ++i) {
+    for (int i = 0; i < 200 && !Console::printLastError(text); ++i) {
         if (const int second = nextSignal(5); second != noSignal)
-            dieBy(second);
+            terminateBy(second);
     }
-    dieBy(number);
+    terminateBy(number);
 }
 
 std::thread watcher;
@@ -114,7 +115,7 @@ Watch::Watch()
         if (!isIgnored(number))
             sigaddset(&awaited, number);
     }
-    pthread_sigmask(SIG_BLOCK, &awaited, &usualMask); // in all threads, since they take it over
+    pthread_sigmask(SIG_BLOCK, &awaited, &usualMask); // in all threads, which inherit the mask
     try {
         watcher = std::thread([] {
             int number = noSignal;
@@ -123,7 +124,7 @@ Watch::Watch()
                 endBy(number);
         });
     } catch (const std::system_error &) {
-        pthread_sigmask(SIG_SETMASK, &usualMask, nullptr); // they end the program as they do others
+        pthread_sigmask(SIG_SETMASK, &usualMask, nullptr); // the signals then have their default action
     }
 }
 
@@ -140,7 +141,7 @@ Watch::~Watch()
 Shield::Shield()
 {
     std::unique_lock lock(shieldMutex);
-    shieldsChanged.wait(lock, [] { return !ending; }); // which it never is again
+    shieldsChanged.wait(lock, [] { return !ending; }); // never after a signal
     ++shields;
 }
 
@@ -162,13 +163,13 @@ Report::~Report()
     report = nullptr;
 }
 
-void endSinceNobodyReads()
+void endByBrokenPipe()
 {
     if (pipeSignalWasIgnored)
         return;
-    while (!noShieldIsLeft())
+    while (!startEnding())
         std::this_thread::sleep_for(5ms);
-    dieBy(SIGPIPE);
+    terminateBy(SIGPIPE);
 }
 
 } // namespace Interruption

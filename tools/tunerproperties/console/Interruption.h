@@ -5,13 +5,13 @@
 
 #include <QString>
 
-/// The signals by which a user or the system ends the program: SIGINT (Ctrl-C), SIGTERM and SIGHUP, and SIGPIPE when
-/// nobody reads its output any more. The program ends by the same signal, so that a shell sees it; but not while a file
-/// is on its way to its place, and not without telling how far it came. A second one ends it at once.
+/// The signals that end the program: SIGINT (Ctrl-C), SIGTERM and SIGHUP, and SIGPIPE when nobody reads the output any
+/// more. The program ends by the same signal, so that a shell sees it, but only after a file in progress is in its
+/// place, and after a report of the progress. A second signal ends it at once.
 namespace Interruption {
 
-/// Looks out for signals, in a thread of its own, as long as it lives. One, in main(). Signals that are ignored when
-/// the program starts, as nohup does it, stay so.
+/// Waits for signals in a thread of its own. Create one, in main(). Signals that are ignored when the program starts,
+/// as by nohup, stay ignored.
 class Watch
 {
 public:
@@ -21,7 +21,8 @@ public:
     ~Watch();
 };
 
-/// While one lives no signal ends the program. Once a signal has come, making one does not return.
+/// While an object of this class exists, no signal ends the program. After a signal has arrived, the constructor does
+/// not return.
 class Shield
 {
 public:
@@ -31,7 +32,8 @@ public:
     ~Shield();
 };
 
-/// As long as it lives, this is what is told before a signal ends the program; nothing, if the text is null.
+/// While an object of this class exists, `text` provides the message that is written before a signal ends the program;
+/// none if it returns a null string.
 class Report
 {
 public:
@@ -41,8 +43,8 @@ public:
     ~Report();
 };
 
-/// To be called when writing has failed since nobody reads: ends the program as SIGPIPE would have done. Returns if
-/// SIGPIPE was ignored when the program started.
-void endSinceNobodyReads();
+/// Ends the program as SIGPIPE does. Call it when nobody reads the output any more. Returns if SIGPIPE was ignored when
+/// the program started.
+void endByBrokenPipe();
 
 } // namespace Interruption

@@ -9,17 +9,17 @@
 #include "documents/Input.h"
 #include "documents/Validate.h"
 
-/// How documents are read.
+/// Options for reading documents.
 struct Reading
 {
-    std::optional<Form> from; ///< without one, content and name of the file say it
-    int maxExpansion; ///< how many times its size a compressed document may declare
+    std::optional<Form> from; ///< if not set, content and name of the file determine it
+    int maxExpansion; ///< how many times its size a compressed document may expand to
 };
 
-/// A document and where it comes from, read as it stands: not validated.
+/// A document and its input. Reading does not validate it.
 struct Document
 {
-    /// Throws FileFailure if the file does not hold a document, or one that expands too far.
+    /// Throws FileFailure if the file does not contain a document, or one that expands too far.
     Document(const FileName &name, const Reading &reading, FileKinds kinds = FileKinds::All);
 
     /// See Validate.h.

@@ -34,9 +34,9 @@ const FormInfo forms[] = {
     {Form::Json, QLatin1String("json"), QLatin1String(".json")},
 };
 
-constexpr int CompressionLevel = -1; // the usual one
+constexpr int CompressionLevel = -1; // the default of zlib
 
-/// Behind the mark that UTF-8 may begin with, and blanks.
+/// The text after the byte order mark of UTF-8 and blanks.
 QByteArray text(const QByteArray &head)
 {
     return (head.startsWith("\xEF\xBB\xBF") ? head.mid(3) : head).trimmed();
@@ -49,7 +49,7 @@ bool looksLikeXml(const QByteArray &head)
     const QByteArray begin = text(head);
     if (begin.size() < 2 || begin[0] != '<')
         return false;
-    // A snapshot may begin with the same byte; the one behind it is less than 0x10 there.
+    // A snapshot may begin with the same byte; the next one is then less than 0x10.
     const auto next = static_cast<unsigned char>(begin[1]);
     return next > ' ';
 }
@@ -59,12 +59,12 @@ bool looksLikeJson(const QByteArray &head)
     const QByteArray begin = text(head);
     if (!begin.startsWith('{'))
         return false;
-    // So may a snapshot; what stands there behind the next byte, blank or not, is 0.
+    // A snapshot may also begin with this byte; after the next byte, blank or not, it has a 0.
     const QByteArray next = begin.mid(1).trimmed();
     return !next.isEmpty() && static_cast<unsigned char>(next[0]) > ' ';
 }
 
-/// By the leading word: the identifier of the class, or the mark of the compressed form.
+/// Uses the leading word: the identifier of the class, or the mark of the compressed form.
 std::optional<Form> binaryForm(const QByteArray &head)
 {
     if (head.size() < int(sizeof(quint32)))
@@ -77,7 +77,7 @@ std::optional<Form> binaryForm(const QByteArray &head)
     return {};
 }
 
-/// The settings that the libraries' own representations have.
+/// Uses the settings of the libraries' own representations.
 void prepare(QDataStream &stream)
 {
     stream.setByteOrder(QDataStream::BigEndian);
@@ -88,7 +88,7 @@ void prepare(QDataStream &stream)
 void loadByLibrary(TunerProperties &document, Input &input, Form form)
 {
     const bool isLoaded = form == Form::Xml ? document.LoadXml(&input.file()) : document.LoadBinary(&input.file());
-    input.check(); // a document that has changed meanwhile is not at fault
+    input.check(); // before an error of a document that has changed meanwhile
     if (!isLoaded)
         throw FileFailure(document.GetErrorString());
 }
@@ -106,7 +106,7 @@ void loadJson(TunerProperties &document, Input &input)
 
 void loadSnapshot(TunerProperties &document, Input &input)
 {
-    // From the file itself: nothing says how much of a large file is snapshot.
+    // Reads the file itself: nothing shows how much of a large file is the snapshot.
     QFile &file = input.file();
     QDataStream stream(&file);
     prepare(stream);
@@ -115,15 +115,18 @@ void loadSnapshot(TunerProperties &document, Input &input)
     const bool hasMore = !file.read(1).isEmpty();
     input.check();
     if (stream.status() != QDataStream::Ok)
-        throw FileFailure(input.shownName() + QStringLiteral(": the snapshot ends early, or is none"));
+        throw FileFailure(input.shownName()
+                          + QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
     if (hasMore)
-        throw FileFailure(
-            input.shownName()
-            + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or is none").arg(read).arg(file.size()));
+        throw FileFailure(input.shownName()
+                          + QStringLiteral(": the snapshot ends after %1 of %2 bytes, or the file is not a snapshot")
+                                .arg(read)
+                                .arg(file.size()));
 }
 
-/// A snapshot leaves out what is not set and reads it all the same, so that one of an incomplete document may be lost.
-bool isReadAgain(const QByteArray &snapshot)
+/// A snapshot omits what is not set, but its reader expects it, so a snapshot of an incomplete document may not be
+/// readable.
+bool readsBackUnchanged(const QByteArray &snapshot)
 {
     TunerProperties document;
     document.SetValidate(false);
@@ -135,6 +138,18 @@ bool isReadAgain(const QByteArray &snapshot)
     prepare(target);
     document.GetVersionSpecificBinaryWithoutValidation(target);
     return source.status() == QDataStream::Ok && again == snapshot;
+}
+
+/// The leading word, the length, and the uncompressed size: a big-endian word each.
+constexpr int compressedHeadSize = 12;
+
+/// The size that a compressed record declares; 0 for other forms.
+qint64 expandedSize(const QByteArray &head)
+{
+    constexpr int sizeAt = 8;
+    if (head.size() < compressedHeadSize || binaryForm(head) != Form::Compressed)
+        return 0;
+    return qint64(qFromBigEndian<quint32>(head.constData() + sizeAt));
 }
 
 } // namespace
@@ -188,7 +203,7 @@ std::optional<Form> bySuffix(const FileName &fileName)
     return {};
 }
 
-Form recognise(Input &input)
+Form recognize(Input &input)
 {
     constexpr int headSize = 4096; // a document may begin with blank lines
     const QByteArray head = input.head(headSize);
@@ -203,27 +218,27 @@ Form recognise(Input &input)
     throw FileFailure(
         input.shownName()
         + QStringLiteral(
-            ": neither XML, JSON nor a binary form; a snapshot has to be named .tps or read with --from snapshot"));
+            ": unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot"));
 }
 
 void checkExpansion(Input &input, int times)
 {
-    // The leading word, the length, and the size of what is compressed: a big-endian word each.
-    constexpr int headSize = 12;
-    constexpr int sizeAt = 8;
-    const QByteArray head = input.head(headSize);
-    if (head.size() < headSize || binaryForm(head) != Form::Compressed)
-        return;
-    const auto expanded = qint64(qFromBigEndian<quint32>(head.constData() + sizeAt));
+    const qint64 expanded = expandedSize(input.head(compressedHeadSize));
     const qint64 size = input.file().size();
     if (expanded > size * times)
         throw FileFailure(
             input.shownName()
-            + QStringLiteral(": %1 compressed bytes declare %2 bytes, more than %3 times as many; --max-expansion "
-                             "changes the limit")
+            + QStringLiteral(": expands from %1 to %2 bytes, more than %3 times its size; use --max-expansion "
+                             "to allow it")
                   .arg(size)
                   .arg(expanded)
                   .arg(times));
+}
+
+int expansionOf(const QByteArray &bytes)
+{
+    const qint64 expanded = expandedSize(bytes);
+    return expanded == 0 ? 0 : int((expanded - 1) / bytes.size() + 1);
 }
 
 void load(TunerProperties &document, Input &input, Form form)
@@ -283,10 +298,10 @@ QByteArray compose(TunerProperties &document, Form form, const QString &fileName
         QDataStream stream(&bytes, QIODevice::WriteOnly);
         prepare(stream);
         document.GetVersionSpecificBinaryWithoutValidation(stream);
-        if (!isReadAgain(bytes))
+        if (!readsBackUnchanged(bytes))
             throw FileFailure(fileName
-                              + QStringLiteral(": as a snapshot this document would not be read again as it is; "
-                                               "'validate' tells what is missing in it"));
+                              + QStringLiteral(": cannot write a snapshot that reads back unchanged; 'validate' "
+                                               "reports what is missing"));
         break;
     }
     case Form::Json:
@@ -300,7 +315,7 @@ QByteArray compose(TunerProperties &document, Form form, const QString &fileName
         break;
     }
     if (bytes.isEmpty()) {
-        const QString why = document.GetErrorString(); // begins with what was to be written, and a colon
+        const QString why = document.GetErrorString(); // begins with the operation and a colon
         throw FileFailure(fileName + QStringLiteral(": ") + why.mid(why.indexOf(QLatin1String(": ")) + 2));
     }
     return bytes;

@@ -11,7 +11,7 @@
 
 #include "documents/Input.h"
 
-/// The forms in which a document stands in a file.
+/// The forms of a document in a file.
 enum class Form {
     Xml,
     Tagged,
@@ -25,38 +25,41 @@ namespace Forms {
 /// "xml, tagged, compressed, snapshot or json", for messages.
 QString names();
 
-/// The words for them on the command line.
+/// Their names on the command line.
 QStringList list();
 
 /// ".xml, .tpb, .tpz, .tps or .json", for messages.
 QString suffixes();
 
-/// The one that goes with a form: ".xml".
+/// The suffix of a form: ".xml".
 QString suffixOf(Form form);
 
 std::optional<Form> named(const QString &name);
 
-/// The form that goes with the suffix of a file's name: .xml, .tpb, .tpz, .tps or .json.
+/// The form of the suffix of a file name: .xml, .tpb, .tpz, .tps or .json.
 std::optional<Form> bySuffix(const FileName &fileName);
 
-/// The form of a file: XML, JSON and the binary forms by their first bytes; a snapshot, which carries no mark, by its
-/// name. Where the first bytes say nothing the name counts for all of them, so that the reader can say what is wrong.
-/// Throws FileFailure if neither tells.
-Form recognise(Input &input);
+/// Determines the form of a file: XML, JSON and the binary forms by their first bytes, a snapshot, which has no mark,
+/// by its name. If the first bytes are inconclusive, the name decides for all forms, so that the reader can report the
+/// error. Throws FileFailure if the name does not help either.
+Form recognize(Input &input);
 
-/// Throws FileFailure if the file holds a compressed record that declares more than `times` its own size. Nothing is
-/// expanded to find out, so a small file cannot make the program take memory and time for a large one.
+/// Throws FileFailure if the file holds a compressed record that declares more than `times` its own size. The check
+/// expands nothing, so a small file cannot make the program use memory and time for a large one.
 void checkExpansion(Input &input, int times);
 
-/// Reads the document under its own validate flag. Throws FileFailure if the file does not hold a document in this
-/// form, or if the document throws. Tagged and compressed are read alike.
+/// How many times its own size a compressed record declares, rounded up; 0 for other forms.
+int expansionOf(const QByteArray &bytes);
+
+/// Reads the document with its own validate flag. Throws FileFailure if the file does not contain a document in this
+/// form, or if the document throws. Tagged and compressed documents are read in the same way.
 void load(JobXml::TunerProperties &document, Input &input, Form form);
 
-/// Reads the document from bytes that compose() has returned. Returns false if they do not hold one.
+/// Reads the document from bytes that compose() has returned. Returns false if that fails.
 bool readBack(JobXml::TunerProperties &document, QByteArray bytes, Form form);
 
-/// The bytes of the document in this form. Throws FileFailure, in the shown name of the file that they are meant for,
-/// if it cannot be written in this form; exceptions of the document pass through.
+/// Returns the document in this form. Throws FileFailure, with `fileName` as the name of the output, if the form cannot
+/// hold it; exceptions of the document propagate.
 QByteArray compose(JobXml::TunerProperties &document, Form form, const QString &fileName);
 
 } // namespace Forms

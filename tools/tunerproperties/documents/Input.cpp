@@ -15,7 +15,7 @@
 #include "console/Console.h"
 #include "console/Interruption.h"
 
-/// What shows whether a file has been written to.
+/// The state that shows whether a file has been written to.
 struct Input::State
 {
     qint64 size = 0;
@@ -42,23 +42,23 @@ constexpr int pieceSize = 1 << 16;
     throw FileFailure(name.shown() + QStringLiteral(": cannot read: ") + reason);
 }
 
-[[noreturn]] void cannotKeep(const FileName &name, const QString &reason)
+[[noreturn]] void cannotCopy(const FileName &name, const QString &reason)
 {
-    throw FileFailure(name.shown() + QStringLiteral(": cannot be kept in a temporary file: ") + reason);
+    throw FileFailure(name.shown() + QStringLiteral(": cannot copy to a temporary file: ") + reason);
 }
 
 [[noreturn]] void tooLarge(const FileName &name, const QString &size, qint64 limit)
 {
     throw FileFailure(name.shown()
-                      + QStringLiteral(": is too large: it has %1 bytes, and the limit is %2").arg(size).arg(limit));
+                      + QStringLiteral(": too large: %1 bytes; the limit is %2 bytes").arg(size).arg(limit));
 }
 
 [[noreturn]] void hasChanged(const FileName &name)
 {
-    throw FileFailure(name.shown() + QStringLiteral(": has changed while it was read"));
+    throw FileFailure(name.shown() + QStringLiteral(": changed while it was being read"));
 }
 
-/// An open file: its descriptor, which is closed with it.
+/// Owns the descriptor of an open file.
 class Descriptor
 {
 public:
@@ -91,9 +91,8 @@ void checkKind(const FileName &name, const struct stat &status, FileKinds kinds)
     if (S_ISDIR(status.st_mode))
         cannotOpen(name, EISDIR);
     if (kinds == FileKinds::RegularOnly && !S_ISREG(status.st_mode))
-        throw FileFailure(
-            name.shown()
-            + QStringLiteral(": is not a regular file; among several files, use --special-files to read it"));
+        throw FileFailure(name.shown()
+                          + QStringLiteral(": not a regular file; use --special-files to read it among several files"));
 }
 
 /// Opens the file by the bytes of its name.
@@ -103,7 +102,7 @@ int open(const FileName &name, FileKinds kinds)
         return fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0);
     int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY;
     if (kinds == FileKinds::RegularOnly) {
-        // Opening a device may have effects; and what is there may be replaced by a pipe before it is opened.
+        // Opening a device may have effects. A pipe may replace the file before it is opened, hence O_NONBLOCK.
         struct stat status = {};
         if (stat(name.bytes().constData(), &status) == 0)
             checkKind(name, status, kinds);
@@ -116,7 +115,7 @@ int open(const FileName &name, FileKinds kinds)
     return descriptor;
 }
 
-/// A file that was opened by the bytes of its name; QFile itself knows no name then.
+/// A file that was opened by the bytes of its name; QFile itself then has no name.
 class NamedFile : public QFile
 {
 public:
@@ -137,15 +136,15 @@ std::unique_ptr<QFile> fileOf(int descriptor, const FileName &name)
     return file;
 }
 
-/// A temporary file that nobody has to remove: it has no name, or loses it at once, before a signal may end the
+/// A temporary file that nobody has to remove: it has no name, or loses it at once, before a signal can end the
 /// program.
-class NamelessFile : public QTemporaryFile
+class UnnamedFile : public QTemporaryFile
 {
 public:
-    /// What texts call it; QTemporaryFile would give the file a name to return that.
+    /// The name in messages; QTemporaryFile would give the file a name in order to return it.
     QString fileName() const override { return QStringLiteral("temporary file"); }
 
-    bool openWithoutName()
+    bool openUnnamed()
     {
         const Interruption::Shield shield;
         if (!open())
@@ -159,18 +158,18 @@ public:
     }
 };
 
-std::unique_ptr<QTemporaryFile> nameless(const FileName &name)
+std::unique_ptr<QTemporaryFile> unnamed(const FileName &name)
 {
-    auto file = std::make_unique<NamelessFile>();
-    if (!file->openWithoutName())
-        cannotKeep(name, file->errorString());
+    auto file = std::make_unique<UnnamedFile>();
+    if (!file->openUnnamed())
+        cannotCopy(name, file->errorString());
     return file;
 }
 
-/// Copies what is left of a file into a temporary one; returns that, by another descriptor.
-int kept(int source, const FileName &name, qint64 limit)
+/// Copies the rest of a file into a temporary one, and returns a descriptor of that.
+int copied(int source, const FileName &name, qint64 limit)
 {
-    const auto copy = nameless(name);
+    const auto copy = unnamed(name);
     QByteArray piece(pieceSize, Qt::Uninitialized);
     for (qint64 done = 0;;) {
         const ssize_t size = read(source, piece.data(), std::size_t(piece.size()));
@@ -185,11 +184,11 @@ int kept(int source, const FileName &name, qint64 limit)
             tooLarge(name, QStringLiteral("more than %1").arg(limit), limit);
         const QString reason = REPORTGENERATOR::WriteAll(*copy, piece.left(int(size)));
         if (!reason.isNull())
-            cannotKeep(name, reason);
+            cannotCopy(name, reason);
     }
     const int descriptor = fcntl(copy->handle(), F_DUPFD_CLOEXEC, 0);
     if (descriptor < 0)
-        cannotKeep(name, qt_error_string(errno));
+        cannotCopy(name, qt_error_string(errno));
     return descriptor;
 }
 
@@ -214,8 +213,8 @@ Input::Input(const FileName &name, FileKinds kinds, qint64 limit)
     const auto sourceState = *m_state;
     int descriptor = -1;
     if (name.isStandardStream() || !S_ISREG(status.st_mode)) {
-        m_isKept = true;
-        descriptor = kept(source.number(), name, limit);
+        m_isCopy = true;
+        descriptor = copied(source.number(), name, limit);
         const struct stat after = statusOf(name, source.number());
         if (S_ISREG(status.st_mode) && !(sourceState == State{after.st_size, after.st_mtim}))
             hasChanged(name);

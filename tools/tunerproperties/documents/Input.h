@@ -10,22 +10,22 @@
 
 class QFile;
 
-/// Which kinds of files are read and written. Opening a pipe waits until somebody opens its other end, so that one
-/// planted in a folder would block a batch.
+/// Which kinds of files are accepted. Opening a pipe waits until somebody opens its other end, so a pipe that somebody
+/// has placed in a folder would block a batch.
 enum class FileKinds {
     All,
     RegularOnly,
 };
 
-/// A file to read, or standard input for "-", which can be read again from its start. What can be read only once, a
-/// pipe for instance, is kept in a temporary file.
+/// A file, or standard input for "-", that can be read several times. Input that can be read only once, such as a pipe,
+/// is copied to a temporary file.
 ///
-/// All readers of one document see the same bytes, all of them: a file that changes meanwhile is refused, and so is one
+/// All readers of one document see the same, complete bytes: the class rejects a file that changes meanwhile, and one
 /// that is larger than the readers can handle.
 class Input
 {
 public:
-    /// In bytes: what each reader of the tool can hold in memory as text. Qt's containers end at 2^31 bytes.
+    /// In bytes: what each reader of the tool can hold in memory as text. Qt's containers are limited to 2^31 bytes.
     static constexpr qint64 largest = 1'000'000'000;
 
     /// Throws FileFailure if the file cannot be read, is larger than the limit, or is of another kind.
@@ -34,18 +34,18 @@ public:
     Input &operator=(const Input &) = delete;
     ~Input();
 
-    /// As it was given.
+    /// The name on the command line.
     const FileName &name() const { return m_name; }
     QString shownName() const { return m_name.shown(); }
 
-    /// The open file, at its start. Its QFile::fileName() is the shown name, for messages. Call check() when it is
-    /// read.
+    /// The open file, positioned at its start. Its QFile::fileName() is the shown name, for messages. Call check()
+    /// after reading it.
     QFile &file();
 
-    /// The open file if it is the named one itself; null if what it held is kept in a temporary file.
-    const QFile *original() const { return m_isKept ? nullptr : m_file.get(); }
+    /// The open file, if it is the named one; null if it is a temporary copy.
+    const QFile *original() const { return m_isCopy ? nullptr : m_file.get(); }
 
-    /// The first bytes, at most as many as that, or all. Throw FileFailure if they cannot be read.
+    /// The first bytes, at most `size`, and all bytes. Both throw FileFailure if reading fails.
     QByteArray head(int size);
     QByteArray bytes();
 
@@ -57,7 +57,7 @@ private:
 
     FileName m_name;
     qint64 m_limit = largest;
-    bool m_isKept = false;
+    bool m_isCopy = false;
     std::unique_ptr<QFile> m_file;
     std::unique_ptr<State> m_state; ///< when it was opened
 };

@@ -33,14 +33,14 @@ public:
     bool isNull() const { return is<std::monostate>(); }
     bool isBoolean() const { return is<bool>(); }
     bool isWholeNumber() const { return is<qint64>() || is<quint64>(); }
-    bool isNegative() const { return is<qint64>() && std::get<qint64>(m_value) < 0; } ///< and a whole number
+    bool isNegative() const { return is<qint64>() && std::get<qint64>(m_value) < 0; } ///< as a whole number
     bool isReal() const { return is<double>(); }
     bool isNumber() const { return isWholeNumber() || isReal(); }
     bool isText() const { return is<QByteArray>(); }
     bool isList() const { return is<std::unique_ptr<List>>(); }
     bool isObject() const { return is<std::unique_ptr<Object>>(); }
 
-    /// The value, which must be of that type. A number is converted as static_cast does it.
+    /// The value, which must be of that type. Numbers are converted by static_cast.
     bool toBoolean() const { return std::get<bool>(m_value); }
     const QByteArray &text() const { return std::get<QByteArray>(m_value); }
     const List &items() const { return *std::get<std::unique_ptr<List>>(m_value); }
@@ -77,7 +77,7 @@ private:
         return std::holds_alternative<T>(m_value);
     }
 
-    // Pointers to the large ones: a number in a list takes 16 bytes.
+    // Large values are held by pointer, so a value takes 16 bytes.
     std::variant<std::monostate, bool, qint64, quint64, double, QByteArray, std::unique_ptr<List>,
                  std::unique_ptr<Object>>
         m_value;

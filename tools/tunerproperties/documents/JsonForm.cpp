@@ -43,7 +43,7 @@ Json ofReal(double value)
     return value;
 }
 
-/// By the number whose digits are those of the float: 0.1, not 0.10000000149011612.
+/// The number with the digits of the float: 0.1, not 0.10000000149011612.
 Json ofReal(float value)
 {
     char text[64];
@@ -64,7 +64,7 @@ Json ofValue(const QVariant &value)
         return value.toInt();
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
-        return value.toString().toUtf8(); // many readers of JSON keep 53 bits of a number
+        return value.toString().toUtf8(); // many readers of JSON keep only 53 bits of a number
     case QMetaType::Float:
         return ofReal(value.value<float>());
     case QMetaType::Double:
@@ -81,8 +81,8 @@ Json ofValue(const QVariant &value)
     }
 }
 
-/// Whether a member that is not set holds nothing but what every new object holds.
-bool saysNothing(const MemberView &member, const Json &value)
+/// Whether a member that is not set has the value that every new object has.
+bool isDefault(const MemberView &member, const Json &value)
 {
     if (value.isList() || value.isObject())
         return value.isEmpty();
@@ -92,11 +92,11 @@ bool saysNothing(const MemberView &member, const Json &value)
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// What stands in the JSON, to be told to people.
+/// The JSON value in quotes, for messages.
 QString shown(const Json &json)
 {
     const QString text = json.isText() ? JsonText::toString(json.text()) : QString::fromUtf8(JsonText::compact(json));
-    return QLatin1Char('\'') + JsonText::beginningOf(text) + QLatin1Char('\'');
+    return QLatin1Char('\'') + JsonText::shortened(text) + QLatin1Char('\'');
 }
 
 [[noreturn]] void refuse(const Json &json, const char *what)
@@ -108,7 +108,7 @@ template <class T>
 T wholeNumber(const Json &json)
 {
     if (!json.isWholeNumber())
-        refuse(json, "is no whole number");
+        refuse(json, "is not a whole number");
     const bool fits = json.isNegative()
         ? std::is_signed_v<T> && json.toNumber<qint64>() >= qint64(std::numeric_limits<T>::min())
         : json.toNumber<quint64>() <= quint64(std::numeric_limits<T>::max());
@@ -117,7 +117,7 @@ T wholeNumber(const Json &json)
     return json.toNumber<T>();
 }
 
-/// Of 64 bits: also as a text, which is how they are written.
+/// A number of 64 bits may also be a string, which is how it is written.
 template <class T>
 QVariant longNumber(const Json &json)
 {
@@ -126,7 +126,7 @@ QVariant longNumber(const Json &json)
     static const QRegularExpression decimal(QStringLiteral(R"(^-?(?:0|[1-9][0-9]*)\z)"));
     const QString text = JsonText::toString(json.text());
     if (!decimal.match(text).hasMatch())
-        refuse(json, "is no whole number");
+        refuse(json, "is not a whole number");
     bool fits = false;
     const T value = std::is_signed_v<T> ? T(text.toLongLong(&fits)) : T(text.toULongLong(&fits));
     if (!fits)
@@ -150,7 +150,7 @@ QVariant real(const Json &json)
     if (isText(json, "-Infinity"))
         return QVariant::fromValue(-Limits::infinity());
     if (!json.isNumber())
-        refuse(json, "is no number");
+        refuse(json, "is not a number");
     const T value = json.toNumber<T>();
     if (std::isinf(value))
         refuse(json, "is out of range");
@@ -164,10 +164,10 @@ QVariant enumeration(const Json &json, const QStringList &names)
     if (json.isNumber())
         return wholeNumber<int>(json);
     if (!json.isText())
-        refuse(json, "is no name");
+        refuse(json, "is not a name");
     const QString name = JsonText::toString(json.text());
     if (!names.contains(name))
-        throw JsonFailure(Suggestion::insteadOf(JsonText::beginningOf(name), QStringLiteral("name"), names));
+        throw JsonFailure(Suggestion::unknownWord(JsonText::shortened(name), QStringLiteral("name"), names));
     return name;
 }
 
@@ -176,7 +176,7 @@ QVariant valueFor(const MemberView &member, const Json &json)
     switch (member.GetKind()) {
     case MemberKind::Text:
         if (!json.isNull() && !json.isText())
-            refuse(json, "is no text");
+            refuse(json, "is not a string");
         return json.isNull() ? QString() : JsonText::toString(json.text());
     case MemberKind::Boolean:
         if (!json.isBoolean())
@@ -197,7 +197,7 @@ QVariant valueFor(const MemberView &member, const Json &json)
         return enumeration(json, member.GetNames());
     case MemberKind::EnumerationList: {
         if (!json.isList())
-            refuse(json, "is no list");
+            refuse(json, "is not an array");
         QVariantList values;
         for (const Json &entry : json.items())
             values.append(enumeration(entry, member.GetNames()));
@@ -222,14 +222,14 @@ void readMember(MemberEditor &member, const Json &json)
         break;
     case MemberKind::ObjectList:
         if (!json.isList())
-            refuse(json, "is no list");
-        member.SetFlag(true); // also if it is empty
+            refuse(json, "is not an array");
+        member.SetFlag(true); // even if the list is empty
         for (const Json &item : json.items()) {
             DataObject &child = member.AppendChild();
             try {
                 readObject(child, item);
             } catch (const JsonFailure &failure) {
-                throw failure.below(stepTo(member, member.GetSize() - 1));
+                throw failure.within(stepTo(member, member.GetSize() - 1));
             }
         }
         break;
@@ -239,14 +239,14 @@ void readMember(MemberEditor &member, const Json &json)
     }
 }
 
-/// With the member's name in front of what is wrong; an item of a list has told its own.
+/// Prefixes errors with the name of the member; an item of a list has added its own step.
 void readNamedMember(MemberEditor &member, const Json &json)
 {
     const bool isListOfObjects = member.GetKind() == MemberKind::ObjectList && json.isList();
     try {
         readMember(member, json);
     } catch (const JsonFailure &failure) {
-        throw isListOfObjects ? failure : failure.below(member.GetName());
+        throw isListOfObjects ? failure : failure.within(member.GetName());
     }
 }
 
@@ -259,15 +259,15 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
         if (!unset || !unset->find(key))
             return;
         if (member.GetKind() == MemberKind::Choice)
-            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\"").arg(member.GetName()));
+            throw JsonFailure(QStringLiteral("'%1' is not allowed in \"unset\"").arg(member.GetName()));
         if (json.find(key))
-            throw JsonFailure(QStringLiteral("'%1' cannot stand in \"unset\" and outside").arg(member.GetName()));
+            throw JsonFailure(QStringLiteral("'%1' is both in \"unset\" and outside it").arg(member.GetName()));
     });
     const auto check = [&](const Json &in, const char *alsoKnown) {
         for (const Json::Member &member : in.members()) {
             const QString key = JsonText::toString(member.key);
             if (!names.contains(key) && member.key != alsoKnown)
-                throw JsonFailure(Paths::unknownMember(JsonText::beginningOf(key), object.GetObjectName(), names));
+                throw JsonFailure(Paths::unknownMember(JsonText::shortened(key), object.GetObjectName(), names));
         }
     };
     check(json, unsetKey);
@@ -278,17 +278,17 @@ void checkKeys(const DataObject &object, const Json &json, const Json *unset)
 void readObject(DataObject &object, const Json &json)
 {
     if (!json.isObject())
-        refuse(json, "is no object");
+        refuse(json, "is not an object");
     const Json *const unset = json.find(unsetKey);
     if (unset && !unset->isObject())
-        throw JsonFailure(shown(*unset) + QStringLiteral(" is no object")).below(QLatin1String(unsetKey));
+        throw JsonFailure(shown(*unset) + QStringLiteral(" is not an object")).within(QLatin1String(unsetKey));
     checkKeys(object, json, unset);
-    object.SetValidate(false); // a new object has a flag of its own
+    object.SetValidate(false); // a new object validates
     bool hasChoice = false;
     visit(object, [&](MemberEditor &member) {
         const QByteArray key = keyOf(member);
         if (member.GetKind() == MemberKind::Choice)
-            hasChoice = true; // stored last: each alternative that is read is chosen by that
+            hasChoice = true; // stored last, since reading an alternative chooses it
         else if (const Json *const set = json.find(key))
             readNamedMember(member, *set);
         else if (const Json *const held = unset ? unset->find(key) : nullptr) {
@@ -307,11 +307,11 @@ void readObject(DataObject &object, const Json &json)
     });
 }
 
-/// A document that was told the version, as its own reader of XML takes it.
-TunerProperties ofVersion(const Json *version)
+/// A document with that initial version, as its XML reader accepts it.
+TunerProperties documentOfVersion(const Json *version)
 {
     if (version && !version->isText())
-        throw JsonFailure(shown(*version) + QStringLiteral(" is no text")).below(QLatin1String(versionKey));
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a string")).within(QLatin1String(versionKey));
     TunerProperties document;
     document.SetValidate(false);
     QString xml;
@@ -322,7 +322,7 @@ TunerProperties ofVersion(const Json *version)
     writer.writeEndElement();
     const bool isTaken = document.SetXmlString(xml, false);
     if (version && (!isTaken || document.GetInitialVersionLoaded() != JsonText::toString(version->text())))
-        throw JsonFailure(shown(*version) + QStringLiteral(" is no version")).below(QLatin1String(versionKey));
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a version")).within(QLatin1String(versionKey));
     return document;
 }
 
@@ -334,11 +334,11 @@ void addMembers(Json &result, const DataObject &object)
         try {
             value = ofMember(member);
         } catch (const JsonFailure &failure) {
-            throw member.GetKind() == MemberKind::ObjectList ? failure : failure.below(member.GetName());
+            throw member.GetKind() == MemberKind::ObjectList ? failure : failure.within(member.GetName());
         }
         if (member.IsSet())
             result.insert(keyOf(member), std::move(value));
-        else if (member.GetKind() != MemberKind::Choice && !saysNothing(member, value))
+        else if (member.GetKind() != MemberKind::Choice && !isDefault(member, value))
             unset.insert(keyOf(member), std::move(value));
     });
     if (!unset.isEmpty())
@@ -359,7 +359,7 @@ Json ofMember(const MemberView &member)
             try {
                 items.append(ofObject(member.GetChild(i)));
             } catch (const JsonFailure &failure) {
-                throw failure.below(stepTo(member, i));
+                throw failure.within(stepTo(member, i));
             }
         }
         return items;
@@ -391,11 +391,12 @@ void read(TunerProperties &document, const QByteArray &utf8)
     Json whole = JsonText::parse(utf8);
     auto members = whole.isObject() ? whole.take(document.GetObjectName().toUtf8()) : std::nullopt;
     if (!members || !whole.isEmpty())
-        throw JsonFailure(QStringLiteral("is no object with the one member '%1'").arg(document.GetObjectName()));
+        throw JsonFailure(
+            QStringLiteral("expected an object with the single member '%1'").arg(document.GetObjectName()));
     if (!members->isObject())
-        refuse(*members, "is no object");
+        refuse(*members, "is not an object");
     const auto version = members->take(versionKey);
-    TunerProperties result = ofVersion(version ? &*version : nullptr);
+    TunerProperties result = documentOfVersion(version ? &*version : nullptr);
     readObject(result, *members);
     const bool validate = document.GetValidate();
     document = result;

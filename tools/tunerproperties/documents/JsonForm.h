@@ -8,19 +8,19 @@
 
 #include "documents/JsonText.h"
 
-/// Documents as JSON, complete: values to the last bit, null and empty texts, set flags. docs/json.md tells the
+/// Complete documents as JSON: values to the last bit, null and empty texts, set flags. docs/json.md describes the
 /// mapping.
 namespace JsonForm {
 
-/// The form of a document: {"TunerProperties": {"Version": "1.1", ...}}. Changes and checks nothing. Throws JsonFailure
-/// for a text that JSON cannot carry.
+/// Returns the document as JSON: {"TunerProperties": {"Version": "1.1", ...}}. Changes and checks nothing. Throws
+/// JsonFailure for a text that JSON cannot represent.
 QByteArray compose(const JobXml::TunerProperties &document);
 
-/// Reads that. Throws JsonFailure, and leaves the document as it was, if it is anything else. What is read is not
-/// validated, whatever the document's validate flag is; the flag stays.
+/// Reads a document from JSON. Throws JsonFailure, and leaves the document unchanged, if the JSON is not a document.
+/// Reading does not validate, whatever the validate flag of the document is; the flag stays.
 void read(JobXml::TunerProperties &document, const QByteArray &utf8);
 
-/// The parts of which it consists: an object of the model, and what a member holds.
+/// The parts of a document: an object of the model, and the value of a member.
 Json ofObject(const JobXml::DataObject &object);
 Json ofMember(const JobXml::MemberView &member);
 

@@ -21,7 +21,7 @@ JsonFailure::JsonFailure(int line, int column, const QString &message) : JsonFai
     m_column = column;
 }
 
-JsonFailure JsonFailure::below(const QString &step) const
+JsonFailure JsonFailure::within(const QString &step) const
 {
     JsonFailure further = *this;
     further.m_path = m_path.isEmpty() ? step : step + QLatin1Char('/') + m_path;
@@ -31,22 +31,22 @@ JsonFailure JsonFailure::below(const QString &step) const
 QString JsonFailure::text(const QString &fileName) const
 {
     const QString path = m_path.isEmpty() ? QString() : m_path + QStringLiteral(": ");
-    const QString place = m_line == 0 ? QString() : QStringLiteral(":%1:%2").arg(m_line).arg(m_column);
-    return fileName + place + QStringLiteral(": ") + path + m_message;
+    const QString location = m_line == 0 ? QString() : QStringLiteral(":%1:%2").arg(m_line).arg(m_column);
+    return fileName + location + QStringLiteral(": ") + path + m_message;
 }
 
 namespace JsonText {
 
 namespace {
 
-// Far more than a document takes, and little enough for everything that goes by recursion or looks through an object.
+// Far more than a document needs, and few enough for recursion and for searching an object.
 constexpr std::size_t deepest = 64;
 constexpr std::size_t mostKeys = 256;
 
 constexpr int mostShown = 40; // characters of a text in a message
 
-/// Where the token begins that a message of the parser quotes, or -1. Whatever it holds comes behind the words in front
-/// of it, and a number holds no words.
+/// The index of the token that a message of the parser quotes, or -1. The token follows these words, so its content
+/// cannot be mistaken for them; a number contains no words.
 int tokenBegin(const QByteArray &parseError)
 {
     for (const QByteArray &mark : {QByteArrayLiteral("last read: '"), QByteArrayLiteral("number overflow parsing '")}) {
@@ -75,8 +75,8 @@ QString withShortToken(const QByteArray &parseError)
         + QString::fromUtf8(parseError.mid(end));
 }
 
-/// A place in a text that tells how far reading has come.
-class Place
+/// An iterator over a text that records how far the parser has read.
+class TrackingIterator
 {
 public:
     using iterator_category = std::forward_iterator_tag;
@@ -85,29 +85,29 @@ public:
     using pointer = const char *;
     using reference = const char &;
 
-    Place(const char *at, const char **furthest) : m_at(at), m_furthest(furthest) { }
+    TrackingIterator(const char *at, const char **furthest) : m_at(at), m_furthest(furthest) { }
 
     reference operator*() const { return *m_at; }
-    Place &operator++()
+    TrackingIterator &operator++()
     {
         *m_furthest = ++m_at;
         return *this;
     }
-    Place operator++(int)
+    TrackingIterator operator++(int)
     {
-        const Place before = *this;
+        const TrackingIterator before = *this;
         ++*this;
         return before;
     }
-    bool operator==(const Place &other) const { return m_at == other.m_at; }
-    bool operator!=(const Place &other) const { return m_at != other.m_at; }
+    bool operator==(const TrackingIterator &other) const { return m_at == other.m_at; }
+    bool operator!=(const TrackingIterator &other) const { return m_at != other.m_at; }
 
 private:
     const char *m_at;
     const char **m_furthest;
 };
 
-/// Puts together what the parser reads, and refuses what it would let pass.
+/// Builds the value from the events of the parser, and rejects what the parser accepts.
 class Builder
 {
 public:
@@ -121,7 +121,7 @@ public:
     bool number_unsigned(Parser::number_unsigned_t value) { return add(Json(quint64(value))); }
     bool number_float(Parser::number_float_t value, const std::string &) { return add(Json(value)); }
     bool string(const std::string &value) { return add(Json(QByteArray::fromStdString(value))); }
-    bool binary(Parser::binary_t &) { return false; } // no text has it
+    bool binary(Parser::binary_t &) { return false; } // does not occur in text
     bool start_object(std::size_t) { return open(Json::emptyObject()); }
     bool start_array(std::size_t) { return open(Json::emptyList()); }
     bool end_object() { return close(); }
@@ -132,8 +132,7 @@ public:
         const Json &object = *m_open.back();
         m_key = QByteArray::fromStdString(name);
         if (object.find(m_key))
-            failHere(QLatin1Char('\'') + beginningOf(toString(m_key))
-                     + QStringLiteral("' stands twice in the same object"));
+            failHere(QStringLiteral("duplicate member '") + shortened(toString(m_key)) + QLatin1Char('\''));
         if (object.members().size() == mostKeys)
             failHere(QStringLiteral("an object has more than %1 members").arg(mostKeys));
         return true;
@@ -144,15 +143,15 @@ public:
         const char *const at = std::min(m_text.constBegin() + position - 1, m_text.constEnd());
         if (at != m_text.constEnd() && *at == '\0')
             refuseNul(at);
-        // "[json.exception.parse_error.101] parse error at line 1, column 2: what is wrong"
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: the error"
         static const QRegularExpression around(
             QStringLiteral(R"(^\[[^\]]*\] (?:parse error at line \d+, column \d+: )?)"));
-        // The position counts what was read, and the end of the text as one character more.
+        // The position counts the characters that were read, and the end of the text as one more.
         fail(at, withShortToken(exception.what()).remove(around));
     }
 
-    /// The parser takes a NUL byte for the end of the text.
-    void refuseWhatStandsBehindTheEnd() const
+    /// The parser treats a NUL byte as the end of the text.
+    void refuseNulAfterEnd() const
     {
         const char *const nul = std::find(m_text.constBegin(), m_text.constEnd(), '\0');
         if (nul != m_text.constEnd())
@@ -160,12 +159,12 @@ public:
     }
 
 private:
-    /// At the last character that was read.
+    /// Reports an error at the last character that was read.
     [[noreturn]] void failHere(const QString &message) const { fail(m_furthest - 1, message); }
 
     [[noreturn]] void refuseNul(const char *at) const
     {
-        fail(at, QStringLiteral("a NUL byte, which JSON cannot hold"));
+        fail(at, QStringLiteral("NUL byte, which is not allowed in JSON"));
     }
 
     [[noreturn]] void fail(const char *at, const QString &message) const
@@ -179,11 +178,11 @@ private:
 
     bool add(Json &&value)
     {
-        place(std::move(value));
+        addValue(std::move(value));
         return true;
     }
 
-    Json &place(Json &&value)
+    Json &addValue(Json &&value)
     {
         if (m_open.empty())
             return m_result = std::move(value);
@@ -195,7 +194,7 @@ private:
     {
         if (m_open.size() == deepest)
             failHere(QStringLiteral("nested deeper than %1 levels").arg(deepest));
-        m_open.push_back(&place(std::move(empty)));
+        m_open.push_back(&addValue(std::move(empty)));
         return true;
     }
 
@@ -215,7 +214,7 @@ private:
 std::string number(double value)
 {
     const std::string digits = ValueText::exactly(value).toStdString();
-    // A number without any of these is a whole one to some readers, and "-0" is 0 then.
+    // Some readers take a number without any of these for a whole number, and "-0" for 0.
     return digits.find_first_of(".e") == std::string::npos ? digits + ".0" : digits;
 }
 
@@ -234,7 +233,7 @@ bool isPlain(const Json &value)
     return !isStructured(value) || value.isEmpty();
 }
 
-/// Whether a list or an object holds nothing but what fits the predicate.
+/// Whether all parts of a list or an object match the predicate.
 template <class Predicate>
 bool allParts(const Json &value, Predicate fits)
 {
@@ -244,7 +243,7 @@ bool allParts(const Json &value, Predicate fits)
                        [&](const Json::Member &member) { return fits(member.value); });
 }
 
-/// Whether it reads well on one line: plain values, and in an object also lists and objects of them.
+/// Whether the value is readable on one line: plain values, and in an object also lists and objects of plain values.
 bool isSimple(const Json &value)
 {
     return allParts(value,
@@ -340,8 +339,9 @@ Json parse(const QByteArray &utf8)
 {
     const char *furthest = utf8.constData();
     Builder builder(utf8, furthest);
-    Parser::sax_parse(Place(utf8.constData(), &furthest), Place(utf8.constData() + utf8.size(), &furthest), &builder);
-    builder.refuseWhatStandsBehindTheEnd();
+    Parser::sax_parse(TrackingIterator(utf8.constData(), &furthest),
+                      TrackingIterator(utf8.constData() + utf8.size(), &furthest), &builder);
+    builder.refuseNulAfterEnd();
     return builder.takeResult();
 }
 
@@ -358,13 +358,13 @@ QByteArray compact(const Json &value)
 Json fromString(const QString &text)
 {
     if (!text.isValidUtf16())
-        throw JsonFailure(QStringLiteral("the text holds half of a character, which JSON cannot carry"));
+        throw JsonFailure(QStringLiteral("the text contains an unpaired surrogate, which JSON cannot represent"));
     return text.toUtf8();
 }
 
 QString toString(const QByteArray &utf8)
 {
-    // Qt takes marks of the byte order at the beginning for no part of the text; in a string they are one.
+    // Qt does not treat a byte order mark at the beginning as a part of the text; in a JSON string it is one.
     constexpr int markSize = 3;
     int begin = 0;
     QString text = QStringLiteral("");
@@ -375,7 +375,7 @@ QString toString(const QByteArray &utf8)
     return text + QString::fromUtf8(utf8.constData() + begin, utf8.size() - begin);
 }
 
-QString beginningOf(const QString &text)
+QString shortened(const QString &text)
 {
     return text.size() > mostShown ? text.left(mostShown) + QStringLiteral("...") : text;
 }

@@ -8,17 +8,17 @@
 
 #include "documents/Json.h"
 
-/// JSON that cannot be read or written: why, and where.
+/// An error in reading or writing JSON, with its location.
 class JsonFailure : public std::runtime_error
 {
 public:
-    /// At a place in a document, which whoever lets the exception pass completes from below, see below().
+    /// An error in a document, whose path is added by within() as the exception propagates.
     explicit JsonFailure(const QString &message);
-    /// At a line and a column of a text, both counted from 1.
+    /// An error at a line and a column of a text, both counted from 1.
     JsonFailure(int line, int column, const QString &message);
 
-    /// The same one level further up.
-    JsonFailure below(const QString &step) const;
+    /// Returns the error with the step prefixed to its path.
+    JsonFailure within(const QString &step) const;
 
     /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
     QString text(const QString &fileName) const;
@@ -30,28 +30,28 @@ private:
     int m_column = 0;
 };
 
-/// JSON as text: UTF-8, strict both ways.
+/// JSON as text: UTF-8, strict in both directions.
 namespace JsonText {
 
-/// Throws JsonFailure for what is no JSON, for an object that has a key twice, and for nesting or objects larger than
-/// any document has, so that nothing that is read later can take more than its share of stack or time.
+/// Throws JsonFailure for anything but JSON, for an object with a duplicate key, and for nesting or objects larger than
+/// any document has, so that processing the result needs little stack and time.
 Json parse(const QByteArray &utf8);
 
-/// Indented by two spaces; what holds little more than plain values stands on one line if it fits. Ends with a line
-/// feed.
+/// Returns the value indented by two spaces; a list or object of little more than plain values is on one line if it
+/// fits. The text ends with a line feed.
 QByteArray pretty(const Json &value);
 
-/// On one line, without blanks that mean nothing. Here and above, what is not printable in a text is a `\u` escape, so
-/// that the JSON can be shown on a terminal.
+/// Returns the value on one line without blanks. Here and in pretty(), characters of texts that are not printable are
+/// `\u` escapes, so the JSON can be shown on a terminal.
 QByteArray compact(const Json &value);
 
-/// A text as a JSON string; throws JsonFailure for one that UTF-8 cannot carry.
+/// A text as a JSON string. Throws JsonFailure for a text that UTF-8 cannot represent.
 Json fromString(const QString &text);
 
-/// The text of a JSON string, as it stands.
+/// The text of a JSON string, unchanged.
 QString toString(const QByteArray &utf8);
 
-/// As much of a text as a message has room for, which is independent of the size of the document.
-QString beginningOf(const QString &text);
+/// The beginning of a long text, for messages, whose size must not depend on the size of the document.
+QString shortened(const QString &text);
 
 } // namespace JsonText

@@ -29,7 +29,7 @@ void store(MemberEditor &member, const QVariant &value)
 
 void fill(DataObject &object)
 {
-    object.SetValidate(false); // nothing is complete before it is filled
+    object.SetValidate(false); // incomplete until it is filled
     visit(object, [](MemberEditor &member) {
         if (member.GetKind() == MemberKind::Alternative && member.IsChosen())
             fill(member.EditChild());
@@ -64,7 +64,7 @@ class Explanations
 public:
     explicit Explanations(const TunerProperties &document) { note(document); }
 
-    /// What to write in front of the first element with this name; null if it is no object, or not the first.
+    /// The comment for the first element of this name; null if it is not an object, or not the first.
     QString take(const QString &element, int depth)
     {
         const DataObject *const object = m_objects.take(element);
@@ -99,7 +99,7 @@ private:
             + QString(start, QLatin1Char(' '));
     }
 
-    /// How the member stands in XML.
+    /// The syntax of the member in XML.
     QString syntax(const DataObject &object, const MemberView &member) const
     {
         return m_annotations.ofMember(object.GetObjectName(), member.GetName()).isAttribute
@@ -119,7 +119,7 @@ private:
         return isOptional ? QStringLiteral("Optional. ") + text : text;
     }
 
-    /// Of an object that is not in the document, so that nothing else tells about it.
+    /// Lists the members of a child object that is not in the document and therefore has no comment of its own.
     QString membersOfChild(const MemberView &member) const
     {
         TunerProperties sample;
@@ -127,7 +127,7 @@ private:
         return member.GetSize() != 0 && member.IsSet() ? QString() : membersBelow(sample, member.GetName());
     }
 
-    /// The members of the child objects with this name, wherever in a document they are.
+    /// The members of the child objects of this name, wherever they are in a document.
     QString membersBelow(DataObject &object, const QString &name) const
     {
         QString found;
@@ -162,12 +162,12 @@ private:
 
 } // namespace
 
-TunerProperties minimal(const QHash<QString, QString> &given)
+TunerProperties minimal(const QHash<QString, QString> &values)
 {
     TunerProperties document;
     visit(static_cast<DataObject &>(document), [&](MemberEditor &member) {
-        if (given.contains(member.GetName()))
-            store(member, TypedValue::parse(member, given.value(member.GetName())));
+        if (values.contains(member.GetName()))
+            store(member, TypedValue::parse(member, values.value(member.GetName())));
     });
     fill(document);
     document.SetValidate(true);

@@ -7,14 +7,14 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// Documents to begin with.
+/// New documents.
 namespace NewDocument {
 
-/// A document that holds what is mandatory and no more. The members of the document itself that are given have these
-/// texts; of the others, texts are the member's name, so that one sees what to replace.
-JobXml::TunerProperties minimal(const QHash<QString, QString> &given);
+/// A document with the mandatory members only. The members of the document itself that are in `values` have these
+/// texts; other texts are the name of the member, so that the user sees what to replace.
+JobXml::TunerProperties minimal(const QHash<QString, QString> &values);
 
-/// The XML of the document, with comments that tell what there is and what there could be.
+/// The XML of the document with comments that describe all members, including those that are not set.
 QByteArray explained(const QByteArray &xml, const JobXml::TunerProperties &document);
 
 } // namespace NewDocument

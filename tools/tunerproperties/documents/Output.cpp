@@ -16,15 +16,15 @@
 
 namespace {
 
-/// Whether it is there and neither a file nor a folder.
+/// Whether the file exists and is neither a regular file nor a folder.
 bool isPipeOrDevice(const FileName &name)
 {
     struct stat status = {};
     return stat(name.bytes().constData(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
 }
 
-/// Writes into a pipe or a device, which may be a terminal; returns the reason if that is not possible. Replacing it,
-/// which is what writing atomically means, would leave a file in its place.
+/// Writes into a pipe or a device, such as a terminal; returns the error, or a null string. Atomic writing would
+/// replace it with a file.
 QString writeInto(const FileName &name, const QByteArray &bytes)
 {
     int descriptor = -1;
@@ -38,7 +38,7 @@ QString writeInto(const FileName &name, const QByteArray &bytes)
         close(descriptor);
         return file.errorString();
     }
-    return REPORTGENERATOR::WriteAll(file, Console::shownOn(descriptor, bytes));
+    return REPORTGENERATOR::WriteAll(file, Console::escapedFor(descriptor, bytes));
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 #include <QFile>
 #include <QXmlStreamReader>
 
-// Out of any namespace, as it has to be. A library that is linked in brings its resources along where it asks for them.
-static void takeInResources()
+// Q_INIT_RESOURCE must be outside of any namespace. It links the resources of a static library.
+static void initResources()
 {
     Q_INIT_RESOURCE(schema);
 }
@@ -16,7 +16,7 @@ namespace {
 
 QByteArray resource(const QString &name)
 {
-    takeInResources();
+    initResources();
     QFile file(QStringLiteral(":/schema/") + name);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("%s is missing in the program", qUtf8Printable(name));
@@ -43,8 +43,8 @@ Annotations::Annotations()
 void Annotations::read(const QByteArray &schema)
 {
     QXmlStreamReader reader(schema);
-    QString typeName; // of the declaration on the top level in which the reader is
-    QString memberName; // of the one inside it
+    QString typeName; // of the current top-level declaration
+    QString memberName; // of the declaration in it
     int depth = 0; // the schema itself is 1
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
@@ -54,14 +54,14 @@ void Annotations::read(const QByteArray &schema)
             const QString kind = reader.name().toString();
             ++depth;
             if (kind == QLatin1String("documentation")) {
-                const QString told = reader.readElementText().simplified();
-                --depth; // its end has been read
+                const QString documentation = reader.readElementText().simplified();
+                --depth; // the end element has been read
                 if (typeName.isEmpty())
                     break; // about the schema as a whole
                 if (memberName.isEmpty())
-                    m_types[typeName].text = told;
+                    m_types[typeName].text = documentation;
                 else
-                    m_types[typeName].members[memberName].text = told;
+                    m_types[typeName].members[memberName].text = documentation;
             } else if (depth == 2) {
                 typeName = value("name");
                 if (kind == QLatin1String("element"))

@@ -6,16 +6,16 @@
 #include <QString>
 #include <QStringList>
 
-/// The XML Schema of documents, which the program carries along.
+/// The XML Schema of documents, which is a resource of the program.
 namespace Schema {
 
-/// As it stands in share/tuner-properties.xsd, byte for byte.
+/// The content of share/tuner-properties.xsd, byte for byte.
 QByteArray text();
 
-/// The classes and their members, as they stand in share/model.json, byte for byte.
+/// The classes and their members: the content of share/model.json, byte for byte.
 QByteArray model();
 
-/// What the schema tells people about the elements and attributes.
+/// The documentation of the elements and attributes in the schema.
 class Annotations
 {
 public:
@@ -25,13 +25,13 @@ public:
         bool isAttribute = false;
     };
 
-    /// Of the schema that the program carries.
+    /// Reads the schema of the program.
     Annotations();
 
-    /// What an object of a class is; null if nothing is told.
+    /// The documentation of a class; null if there is none.
     QString ofClass(const QString &name) const;
 
-    /// What a member of it is; of one whose own declaration tells nothing, what its class is.
+    /// The documentation of a member; if it has none, that of its class.
     Member ofMember(const QString &className, const QString &name) const;
 
 private:
@@ -39,7 +39,7 @@ private:
     {
         QString text;
         QHash<QString, Member> members;
-        QStringList groups; // of attributes, which are types as well
+        QStringList groups; // attribute groups, which are types, too
     };
 
     void read(const QByteArray &schema);

@@ -21,14 +21,14 @@ QString shortMessage(const QString &message)
 {
     constexpr int most = 400;
     constexpr int head = 250;
-    constexpr int tail = 100; // says in what it happened
+    constexpr int tail = 100; // names the object
     if (message.size() <= most)
         return message;
     const QString end = message.right(tail);
     return beginning(message, head) + ellipsis + (end.at(0).isLowSurrogate() ? end.mid(1) : end);
 }
 
-/// `Component 3 "Preselect..."`: with the place, since the shortened names of siblings may be the same.
+/// `Component 3 "Preselect..."`: with the position, since the shortened names of siblings may be the same.
 QString shortLabel(const QString &label, int index)
 {
     constexpr int most = 80;
@@ -36,8 +36,8 @@ QString shortLabel(const QString &label, int index)
     const int nameSize = label.indexOf(QLatin1Char(' '));
     if (label.size() <= most || nameSize < 0)
         return label;
-    const QString place = index < 0 ? QString() : QLatin1Char(' ') + QString::number(index + 1);
-    return label.left(nameSize) + place + beginning(label, head).mid(nameSize) + ellipsis + QLatin1Char('"');
+    const QString position = index < 0 ? QString() : QLatin1Char(' ') + QString::number(index + 1);
+    return label.left(nameSize) + position + beginning(label, head).mid(nameSize) + ellipsis + QLatin1Char('"');
 }
 
 Finding findingOf(const XmlProblem &problem)
@@ -56,7 +56,8 @@ Finding unlisted(const Problem &)
     return {};
 }
 
-/// What is refused although nothing else was found: something in a value that another one has replaced, for instance.
+/// Adds what a validating reader rejects although nothing else was found, for example in a value that a later one has
+/// replaced.
 void addTheRest(Findings &findings, Input &input, Form form)
 {
     if (form == Form::Xml) {
@@ -86,7 +87,7 @@ Finding findingOf(const Problem &problem)
 
 QString Finding::text(const QString &fileName) const
 {
-    if (hasPlace())
+    if (hasLocation())
         return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column) + message;
     const QString where = path.isEmpty() ? QString() : path.join(QStringLiteral(" / ")) + QStringLiteral(": ");
     return fileName + QStringLiteral(": ") + where + message;
@@ -95,8 +96,8 @@ QString Finding::text(const QString &fileName) const
 QString countText(qint64 count, int listed)
 {
     if (listed == 1)
-        return QStringLiteral("%1 problems, of which only the first is listed").arg(count);
-    return QStringLiteral("%1 problems, of which the first %2 are listed").arg(count).arg(listed);
+        return QStringLiteral("%1 problems; only the first is listed").arg(count);
+    return QStringLiteral("%1 problems; only the first %2 are listed").arg(count).arg(listed);
 }
 
 QStringList Findings::lines(const QString &fileName) const
@@ -106,7 +107,7 @@ QStringList Findings::lines(const QString &fileName) const
         result.append(finding.text(fileName));
     if (m_count > m_listed.size())
         result.append(fileName + QStringLiteral(": ") + countText(m_count, m_listed.size())
-                      + QStringLiteral("; --max-problems changes that"));
+                      + QStringLiteral("; use --max-problems to list more"));
     return result;
 }
 
@@ -114,7 +115,7 @@ Findings findProblems(const TunerProperties &document, Input &input, Form form, 
 {
     Findings findings(most);
     const auto add = [&](const auto &problem) {
-        findings.add(findings.isListed() ? findingOf(problem) : unlisted(problem));
+        findings.add(findings.hasRoom() ? findingOf(problem) : unlisted(problem));
     };
     if (form == Form::Xml)
         findXmlProblems(input.bytes(), add);

@@ -19,10 +19,10 @@ using namespace JobXml;
 
 namespace {
 
-/// A class of the model, with an object of it to ask.
+/// A class of the model, with an object for checks.
 struct Class
 {
-    // The object stands in a document of its own, below what it belongs to.
+    // The object is part of a document of its own, with all its parents.
     std::shared_ptr<TunerProperties> document = std::make_shared<TunerProperties>();
     DataObject *object = document.get();
     QStringList contained; // the classes of the objects in it
@@ -31,18 +31,18 @@ struct Class
 
 using Classes = QHash<QString, Class>;
 
-/// The child object in a member, which is made if there is none.
+/// The child object of a member, which is created if there is none.
 DataObject &childIn(MemberEditor &member)
 {
     return member.GetKind() == MemberKind::ObjectList ? member.AppendChild() : member.EditChild();
 }
 
-/// Takes the way to the same object in a new document.
-Class classOf(const QStringList &way)
+/// Follows the path in a new document.
+Class classOf(const QStringList &path)
 {
     Class found;
     found.document->SetValidate(false);
-    for (const QString &step : way) {
+    for (const QString &step : path) {
         DataObject *child = nullptr;
         visit(*found.object, [&](MemberEditor &member) {
             if (member.GetName() == step)
@@ -53,10 +53,10 @@ Class classOf(const QStringList &way)
     return found;
 }
 
-/// Adds the class of the object at the end of the way, and those of all that it may contain.
-void addClasses(Classes &classes, const QStringList &way)
+/// Adds the class of the object at the end of the path, and the classes of all objects that it may contain.
+void addClasses(Classes &classes, const QStringList &path)
 {
-    Class itsClass = classOf(way);
+    Class itsClass = classOf(path);
     visit(std::as_const(*itsClass.object), [&](const MemberView &member) {
         switch (member.GetKind()) {
         case MemberKind::Object:
@@ -65,14 +65,14 @@ void addClasses(Classes &classes, const QStringList &way)
             itsClass.contained.append(member.GetName());
             break;
         case MemberKind::Choice:
-            break; // is no element of its own
+            break; // not an element
         default:
             itsClass.members.append(member.GetName());
         }
     });
     classes.insert(itsClass.object->GetObjectName(), itsClass);
     for (const QString &name : qAsConst(itsClass.contained))
-        addClasses(classes, way + QStringList{name});
+        addClasses(classes, path + QStringList{name});
 }
 
 Classes allClasses()
@@ -82,8 +82,8 @@ Classes allClasses()
     return classes;
 }
 
-/// The encoding of a document without a byte order mark, as the reader sees it by the first bytes; null if they do not
-/// show it.
+/// The encoding of a document without a byte order mark, as the reader detects it from the first bytes; null if they do
+/// not show it.
 QTextCodec *codecByFirstBytes(const QByteArray &document)
 {
     static const struct
@@ -103,7 +103,7 @@ QTextCodec *codecByFirstBytes(const QByteArray &document)
     return nullptr;
 }
 
-/// The document as the reader counts its characters.
+/// The text whose characters the reader counts.
 QString decoded(const QByteArray &document)
 {
     if (QTextCodec *const codec = codecByFirstBytes(document))
@@ -115,7 +115,7 @@ QString decoded(const QByteArray &document)
         ->toUnicode(document);
 }
 
-/// Why the reader cannot read on, if it cannot.
+/// The error of the reader, if there is one.
 std::optional<XmlProblem> errorOf(const QXmlStreamReader &reader)
 {
     if (!reader.hasError())
@@ -123,11 +123,11 @@ std::optional<XmlProblem> errorOf(const QXmlStreamReader &reader)
     return XmlProblem{int(reader.lineNumber()), int(std::max(reader.columnNumber(), qint64(1))), reader.errorString()};
 }
 
-/// Lines and columns of places in a text.
-class Places
+/// Lines and columns of offsets in a text.
+class Locations
 {
 public:
-    explicit Places(const QString &text)
+    explicit Locations(const QString &text)
     {
         for (int i = 0; i < text.size(); ++i) {
             const bool returnBeforeFeed =
@@ -147,24 +147,24 @@ private:
     QVector<int> m_lineStarts = {0};
 };
 
-/// Goes through a document exactly as the objects do when they read it without validating, and asks a validating object
-/// about each thing by itself: an element with nothing else in it than one attribute or one child element.
+/// Reads a document exactly as the objects do without validating, and has a validating object check each item
+/// separately: an element with a single attribute or a single child element.
 class Walk
 {
 public:
     Walk(const QString &text, const std::function<void(const XmlProblem &)> &action)
-        : m_text(text), m_places(text), m_reader(text), m_classes(allClasses()), m_action(action)
+        : m_text(text), m_locations(text), m_reader(text), m_classes(allClasses()), m_action(action)
     {
     }
 
     void run()
     {
         if (m_reader.readNextStartElement()) {
-            // As inside of the objects: looking names up among all namespaces takes long, and undeclared ones pass.
+            // As in the objects: resolving names in all namespaces takes long, and undeclared prefixes are accepted.
             m_reader.setNamespaceProcessing(false);
             readObject(TunerProperties::GetStaticObjectName());
         }
-        // The rest of what cannot be read has not been looked at, and must not pass for valid.
+        // After an error the rest has not been checked, and must not count as valid.
         if (const auto error = errorOf(m_reader))
             m_action(*error);
     }
@@ -181,7 +181,7 @@ private:
     {
         const Class &itsClass = *m_classes.constFind(name);
         const Attributes context = readAttributes(name, itsClass);
-        while (goesOn()) {
+        while (canContinue()) {
             const auto token = m_reader.readNext();
             if (token == QXmlStreamReader::StartElement)
                 readChild(name, itsClass, context);
@@ -190,7 +190,7 @@ private:
         }
     }
 
-    /// Returns what the child elements are to be judged with: the version of the document, if this is the document.
+    /// Returns the attributes that child elements are checked with: the version, if this is the document.
     Attributes readAttributes(const QString &name, const Class &itsClass)
     {
         Attributes known;
@@ -203,7 +203,7 @@ private:
             else if (attributeName == QLatin1String("Version"))
                 context.append({attributeName, shortVersion(attribute.value())});
         }
-        // Nearly always none is refused, and asking once will do.
+        // Usually all are valid, and one check is enough.
         if (!known.isEmpty() && !refusal(name, known).isNull()) {
             for (const Attribute &attribute : known)
                 note(refusal(name, {attribute}), [&] { return attributeOffset(attribute.name); });
@@ -211,7 +211,7 @@ private:
         return context;
     }
 
-    /// Only the number in a version counts; a long text would be read again with each child element.
+    /// Only the number in a version counts; a long text would be read again for each child element.
     static QString shortVersion(const QStringRef &version)
     {
         constexpr int most = 64;
@@ -233,21 +233,21 @@ private:
         const bool taken = note(refusal(parent, context, name, text), [&] { return tagOffset(end); });
         if (!known && taken)
             skip(name);
-        // otherwise it was read, or what it holds is read as if it stood in the parent
+        // otherwise it was read, or its content is read as if it were in the parent
     }
 
-    // By name, not by depth, as the objects do it.
+    // By name, not by depth, as the objects do.
     void skip(const QString &name)
     {
         do {
             m_reader.readNext();
-        } while (goesOn() && m_reader.name() != name);
+        } while (canContinue() && m_reader.name() != name);
     }
 
-    // A file may have changed since it was loaded; a reader in error is not always at its end.
-    bool goesOn() const { return !m_reader.atEnd() && !m_reader.hasError(); }
+    // The file may have changed since it was loaded. A reader in error is not always at its end.
+    bool canContinue() const { return !m_reader.atEnd() && !m_reader.hasError(); }
 
-    /// What an object says about an element with these attributes and this child; null if it takes them.
+    /// The error of an object for an element with these attributes and this child; null if there is none.
     QString refusal(const QString &name, const Attributes &attributes, const QString &child = {},
                     const QString &text = {}) const
     {
@@ -263,7 +263,7 @@ private:
             DataObject &object = *m_classes.constFind(name)->object;
             object.ResetToDefault();
             object.SetValidate(true);
-            // Only exceptions of the model count: whether the document is well-formed was seen when it was loaded.
+            // Only exceptions of the model count: whether the document is well-formed was checked when it was loaded.
             static_cast<void>(object.SetXmlString(xml, true));
         } catch (const RGException &e) {
             return e.GetMessageText();
@@ -271,22 +271,22 @@ private:
         return QString();
     }
 
-    /// Passes a refusal on, if it is one; returns whether it is none.
+    /// Reports the message unless it is null. Returns whether it is null.
     template <class FindOffset>
     bool note(const QString &message, FindOffset findOffset)
     {
         if (!message.isNull())
-            m_action(m_places.at(findOffset(), message));
+            m_action(m_locations.at(findOffset(), message));
         return message.isNull();
     }
 
-    /// Where the tag ends that the reader has just read.
+    /// The end of the tag that the reader has just read.
     int endOffset() const { return int(std::min(m_reader.characterOffset(), qint64(m_text.size()))); }
 
-    /// Where the tag begins that ends there: no value of an attribute holds a "<" as such.
+    /// The start of the tag that ends there: no value of an attribute contains a "<".
     int tagOffset(int end) const { return std::max(m_text.lastIndexOf(QLatin1Char('<'), end - 1), 0); }
 
-    /// Where an attribute begins in the tag that the reader has just read.
+    /// The start of an attribute in the tag that the reader has just read.
     int attributeOffset(const QString &name) const
     {
         static const QRegularExpression attribute(QStringLiteral(R"(\s([^\s=]+)\s*=\s*(?:"[^"]*"|'[^']*'))"));
@@ -298,11 +298,11 @@ private:
             if (match.capturedRef(1) == name)
                 return start + match.capturedStart(1);
         }
-        return start; // the document type gives it by default
+        return start; // a default of the document type
     }
 
     QString m_text;
-    Places m_places;
+    Locations m_locations;
     QXmlStreamReader m_reader;
     const Classes m_classes;
     const std::function<void(const XmlProblem &)> &m_action;

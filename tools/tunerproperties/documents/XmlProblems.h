@@ -7,7 +7,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// Something that a validating reader refuses, and where it stands: line and column count from 1.
+/// A problem that a validating reader reports, and its location: line and column, counted from 1.
 struct XmlProblem
 {
     int line = 0;
@@ -15,11 +15,11 @@ struct XmlProblem
     QString message;
 };
 
-/// All that a validating reader would refuse in a document but cannot be seen any more once the document is read: an
-/// unknown element, an empty boolean, the name of no type or mode. In the order of the document, which is to be well
-/// formed and a TunerProperties; where it is not, the error of the reader comes last. None is kept: each is passed to
-/// the action.
+/// Finds everything that a validating reader rejects but that is not in the document once it is read: an unknown
+/// element, an empty boolean, an unknown name of a type or mode. The problems are in document order. The document
+/// should be a well-formed TunerProperties; otherwise the error of the XML reader comes last. Each problem is passed to
+/// the action and not kept.
 void findXmlProblems(const QByteArray &document, const std::function<void(const XmlProblem &)> &action);
 
-/// What a validating reader refuses first, whatever it is, and where the reader was then.
+/// The first error of a validating reader, and its location.
 std::optional<XmlProblem> firstXmlRefusal(const QByteArray &document);

@@ -9,10 +9,11 @@ namespace {
 
 constexpr int mostLabels = 6;
 
-/// Each row of a chart draws all ticks, so more of them would take more room than what they measure.
+/// Each row of a chart draws all ticks, so more of them would take more room than the bars.
 constexpr int mostTicks = 12;
 
-/// The power of ten that is not above the number, which is positive; logarithms alone may be off at the powers.
+/// The largest power of ten that is not above the number, which is positive; logarithms alone may be inexact at the
+/// powers.
 int decadeOf(double number)
 {
     int decade = int(std::floor(std::log10(number)));
@@ -62,12 +63,12 @@ QString brief(long double number)
 
 Axis::Axis(const QVector<double> &numbers)
 {
-    QVector<double> placed;
-    std::copy_if(numbers.begin(), numbers.end(), std::back_inserter(placed),
+    QVector<double> finite;
+    std::copy_if(numbers.begin(), numbers.end(), std::back_inserter(finite),
                  [](double number) { return std::isfinite(number); });
-    if (placed.isEmpty())
-        placed.append(0.0);
-    const auto [least, most] = std::minmax_element(placed.begin(), placed.end());
+    if (finite.isEmpty())
+        finite.append(0.0);
+    const auto [least, most] = std::minmax_element(finite.begin(), finite.end());
     m_isLogarithmic = *least > 0 && *most / 10 > *least;
     if (m_isLogarithmic)
         layOutDecades(*least, *most);
@@ -77,7 +78,7 @@ Axis::Axis(const QVector<double> &numbers)
 
 void Axis::layOutDecades(double least, double most)
 {
-    // A bar of no length looks like no bar.
+    // A bar without length would look like no bar.
     const int first = decadeOf(least) - (std::pow(10.0, decadeOf(least)) >= least ? 1 : 0);
     const int last = decadeOf(most) + (std::pow(10.0, decadeOf(most)) < most ? 1 : 0);
     m_least = first;
@@ -86,7 +87,7 @@ void Axis::layOutDecades(double least, double most)
     const int step = last - first < mostTicks ? 1 : each;
     for (int decade = first; decade <= last; decade += step) {
         const bool hasLabel = (decade - first) % each == 0;
-        m_ticks.append({place(decade), hasLabel ? brief(std::pow(10.0L, decade)) : QString()});
+        m_ticks.append({position(decade), hasLabel ? brief(std::pow(10.0L, decade)) : QString()});
     }
 }
 
@@ -95,13 +96,13 @@ void Axis::layOutLinearly(double least, double most)
     constexpr int intervals = 4;
     long double range = static_cast<long double>(most) - static_cast<long double>(least);
     if (!(range > 0))
-        range = 1; // nothing but zeros
+        range = 1; // all numbers are 0
     const long double step = roundStep(range / intervals);
     m_least = std::floor(least / step) * step;
     m_most = std::ceil((least + range) / step) * step;
     for (int i = 0; i <= int(std::lround((m_most - m_least) / step)); ++i) {
         const long double number = m_least + i * step;
-        m_ticks.append({place(number), brief(number)});
+        m_ticks.append({position(number), brief(number)});
     }
 }
 
@@ -109,5 +110,5 @@ std::optional<double> Axis::at(double number) const
 {
     if (!std::isfinite(number))
         return {};
-    return place(m_isLogarithmic ? std::log10(static_cast<long double>(number)) : number);
+    return position(m_isLogarithmic ? std::log10(static_cast<long double>(number)) : number);
 }

@@ -12,10 +12,10 @@ using JobXml::MemberView;
 
 namespace {
 
-/// A document with more nodes than that shows its components closed, but for the first.
+/// In a document with more nodes, all components but the first are closed.
 constexpr int mostNodesOpen = 24;
 
-/// With more than that, laying out only what is seen is worth what it costs.
+/// With more nodes, laying out only the visible ones saves time.
 constexpr int mostNodesLaidOut = 500;
 
 bool isObjectOrEmptyList(const MemberView &member)
@@ -28,13 +28,19 @@ bool isEnumeration(const MemberView &member)
     return member.GetKind() == MemberKind::Enumeration;
 }
 
+/// The number that an item is about, as opposed to what may be said about it besides.
+bool isMainNumber(const MemberView &member)
+{
+    return isNumber(member) && member.IsMandatory();
+}
+
 /// A list of names with a number each.
 bool isChart(const MemberView &member)
 {
     if (!isList(member) || member.GetSize() == 0)
         return false;
     const Members item(member.GetChild(0));
-    return std::all_of(item.begin(), item.end(), isValue) && std::count_if(item.begin(), item.end(), isNumber) == 1;
+    return std::all_of(item.begin(), item.end(), isValue) && std::count_if(item.begin(), item.end(), isMainNumber) == 1;
 }
 
 QString textOf(const MemberView *member)
@@ -42,7 +48,7 @@ QString textOf(const MemberView *member)
     return member ? member->GetValue().toString() : QString();
 }
 
-/// How many objects the lists of the items hold.
+/// The number of objects in the lists of the items.
 int grandchildren(const MemberView &list)
 {
     int count = 0;
@@ -113,7 +119,7 @@ void Content::showOverview(const Members &facts, const std::vector<MemberView> &
     {
         const Tag panel(m_overview, "section",
                         {{"class", charts.empty() ? "panel whole" : "panel"}, {"aria-label", "Summary"}});
-        Objects(m_overview, m_problems).facts(facts, Spot());
+        Objects(m_overview, m_problems).facts(facts, ObjectPath());
     }
     for (const MemberView &list : charts) {
         const Tag panel(m_overview, "section", {{"class", "panel"}, {"data-member", list.GetName()}});
@@ -129,9 +135,9 @@ void Content::showObject(const MemberView &member)
     const Tag panel(m_overview, "section", {{"class", "panel whole"}, {"data-member", member.GetName()}});
     showHeading(m_overview, "h2", member);
     if (member.GetSize() != 0) {
-        const Spot spot = Spot().below(member.GetName());
-        m_problems.show(m_overview, spot);
-        Objects(m_overview, m_problems).facts(Members(member.GetChild()), spot);
+        const ObjectPath path = ObjectPath().below(member.GetName());
+        m_problems.show(m_overview, path);
+        Objects(m_overview, m_problems).facts(Members(member.GetChild()), path);
     }
 }
 
@@ -140,7 +146,7 @@ void Content::showChart(const MemberView &list)
     QVector<double> numbers;
     for (int i = 0; i < list.GetSize(); ++i) {
         const Members item(list.GetChild(i));
-        const MemberView *number = item.find(isNumber);
+        const MemberView *number = item.find(isMainNumber);
         if (number && number->IsSet())
             numbers.append(number->GetValue().toDouble());
     }
@@ -159,7 +165,7 @@ void Content::showChart(const MemberView &list)
         for (const Axis::Tick &tick : axis.ticks())
             m_overview.element("text", {{"x", percent(tick.at)}, {"y", "14"}}, tick.label);
     };
-    Objects(m_overview, m_problems).list(list, Spot(), -1, &bars);
+    Objects(m_overview, m_problems).list(list, ObjectPath(), -1, &bars);
 }
 
 void Content::showTicks(const Axis &axis)
@@ -173,10 +179,10 @@ void Content::showTicks(const Axis &axis)
 void Content::showBar(const Axis &axis, const DataObject &item)
 {
     const Members members(item);
-    const MemberView *number = members.find(isNumber);
+    const MemberView *number = members.find(isMainNumber);
     const auto end = number && number->IsSet() ? axis.at(number->GetValue().toDouble()) : std::nullopt;
-    const QString told = end ? QStringLiteral("bar to %1 of the axis").arg(percent(*end)) : QStringLiteral("no bar");
-    const Tag picture(m_overview, "svg", {{"role", "img"}, {"aria-label", told}});
+    const QString label = end ? QStringLiteral("bar to %1 of the axis").arg(percent(*end)) : QStringLiteral("no bar");
+    const Tag picture(m_overview, "svg", {{"role", "img"}, {"aria-label", label}});
     if (end) {
         showTicks(axis);
         const auto [from, to] = std::minmax({axis.base(), *end}); // by value: one of them is a temporary
@@ -193,18 +199,18 @@ void Content::showCards(const MemberView &list)
     showHeading(m_cards, "h2", list);
     const bool isShort = nodes <= mostNodesOpen;
     for (int i = 0; i < list.GetSize(); ++i)
-        showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), Spot().below(list.GetName(), i),
-                 isShort || i == 0);
+        showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1),
+                 ObjectPath().below(list.GetName(), i), isShort || i == 0);
 }
 
-void Content::showCard(const DataObject &object, const QString &place, const Spot &spot, bool isOpen)
+void Content::showCard(const DataObject &object, const QString &fallbackTitle, const ObjectPath &path, bool isOpen)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
     const Tag card(m_cards, "details", {{"class", "card"}, {"open", isOpen ? "open" : nullptr}});
     {
         const Tag summary(m_cards, "summary");
-        // The name for people if there is one, else what it is told from its siblings by.
+        // The display name if there is one, otherwise what identifies the object among its siblings.
         QStringList identity;
         for (const MemberView &member : members) {
             if (isIdentifyingText(member))
@@ -213,7 +219,7 @@ void Content::showCard(const DataObject &object, const QString &place, const Spo
         const QString displayName = textOf(members.find("displayName", isText));
         QString title = displayName.isEmpty() && !identity.isEmpty() ? identity.last() : displayName;
         if (title.isEmpty())
-            title = place;
+            title = fallbackTitle;
         {
             const Tag heading(m_cards, "h3");
             showText(m_cards, title);
@@ -223,7 +229,7 @@ void Content::showCard(const DataObject &object, const QString &place, const Spo
             showText(m_cards, identity.first());
         }
         const Tag tallies(m_cards, "span", {{"class", "tallies"}});
-        if (const int count = m_problems.countFrom(spot))
+        if (const int count = m_problems.countFrom(path))
             m_cards.element("span", {{"class", "tally bad"}},
                             count == 1 ? QStringLiteral("1 problem") : QStringLiteral("%1 problems").arg(count));
         for (const MemberView &list : lists)
@@ -231,17 +237,17 @@ void Content::showCard(const DataObject &object, const QString &place, const Spo
                             list.GetName() + QLatin1Char(' ') + QString::number(list.GetSize()));
     }
     const Tag inside(m_cards, "div", {{"class", "inside"}});
-    m_problems.show(m_cards, spot);
-    Objects(m_cards, m_problems).facts(members, spot);
+    m_problems.show(m_cards, path);
+    Objects(m_cards, m_problems).facts(members, path);
     for (const MemberView &list : lists) {
         const Tag nodes(m_cards, "div", {{"class", "nodes"}, {"data-member", list.GetName()}});
         showListName(m_cards, list);
         for (int i = 0; i < list.GetSize(); ++i)
-            showNode(list.GetChild(i), spot.below(list.GetName(), i));
+            showNode(list.GetChild(i), path.below(list.GetName(), i));
     }
 }
 
-void Content::showNode(const DataObject &object, const Spot &spot)
+void Content::showNode(const DataObject &object, const ObjectPath &path)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
@@ -252,14 +258,14 @@ void Content::showNode(const DataObject &object, const Spot &spot)
         if (const auto id = members.take(isIdentifyingText))
             objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Unseen);
     }
-    m_problems.show(m_cards, spot);
+    m_problems.show(m_cards, path);
     if (!members.isEmpty())
-        objects.facts(members, spot);
+        objects.facts(members, path);
     Values values(m_cards, m_problems);
     for (const MemberView &list : lists) {
         const Tag content(m_cards, "div", {{"data-member", list.GetName()}});
         showListName(m_cards, list);
         for (int i = 0; i < list.GetSize(); ++i)
-            values.item(list.GetChild(i), spot.below(list.GetName(), i));
+            values.item(list.GetChild(i), path.below(list.GetName(), i));
     }
 }

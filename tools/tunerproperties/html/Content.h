@@ -10,9 +10,9 @@
 
 class Axis;
 
-/// What a page shows of a document, in sections. Names of members are told here for the header alone; everything else
-/// goes by shape: lists of numbers become charts, lists of objects with lists of their own cards, and what has no
-/// section of its own stands among the facts.
+/// The content of a page, in sections. Only the header names members; everything else follows their shape: lists of
+/// numbers become charts, lists of objects with lists of their own become cards, and members without a section of their
+/// own are facts.
 class Content
 {
 public:
@@ -34,9 +34,9 @@ private:
     void showBar(const Axis &axis, const JobXml::DataObject &item);
     void showTicks(const Axis &axis);
     void showCards(const JobXml::MemberView &list);
-    /// `place` is what to call it if it has no name.
-    void showCard(const JobXml::DataObject &object, const QString &place, const Spot &spot, bool isOpen);
-    void showNode(const JobXml::DataObject &object, const Spot &spot);
+    /// `fallbackTitle` is the title of an object without a name.
+    void showCard(const JobXml::DataObject &object, const QString &fallbackTitle, const ObjectPath &path, bool isOpen);
+    void showNode(const JobXml::DataObject &object, const ObjectPath &path);
 
     Problems &m_problems;
     QString m_title;

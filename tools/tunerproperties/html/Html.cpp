@@ -6,8 +6,8 @@
 
 #include "html/Content.h"
 
-// Out of any namespace, as it has to be. A library that is linked in brings its resources along where it asks for them.
-static void takeInResources()
+// Q_INIT_RESOURCE must be outside of any namespace. It links the resources of a static library.
+static void initResources()
 {
     Q_INIT_RESOURCE(html);
 }
@@ -16,14 +16,14 @@ namespace {
 
 QString resource(const char *name)
 {
-    takeInResources();
+    initResources();
     QFile file(QStringLiteral(":/html/") + QLatin1String(name));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("the resource %s is missing", name);
     return QString::fromUtf8(file.readAll());
 }
 
-/// To readers of HTML the marks of the CDATA section are comments of the language; readers of XML do not see them.
+/// For HTML, the marks of the CDATA section are comments of the language; XML removes them.
 QString guarded(const QString &code)
 {
     return QStringLiteral("/*<![CDATA[*/\n") + code + QStringLiteral("/*]]>*/");
@@ -39,7 +39,7 @@ void showHead(Markup &out, const QString &title, const QString &style, const QSt
 {
     const Tag head(out, "head");
     out.voidElement("meta", {{"charset", "utf-8"}});
-    // Were the escaping of texts ever to fail, the browser still runs and loads nothing but what is written here.
+    // If the escaping of texts ever failed, the browser would still run and load only what is written here.
     out.voidElement(
         "meta",
         {{"http-equiv", "Content-Security-Policy"},

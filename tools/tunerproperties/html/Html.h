@@ -10,8 +10,8 @@
 
 #include "documents/Validate.h"
 
-/// The document as a page for a browser, in UTF-8: one file that needs no other and no network, and that changes
-/// nothing in the document. Problems stand at the objects that have them. `source` is the name of the file.
-/// It is written piece by piece, since it may be much larger than the document.
+/// Writes the document as a page for a browser, in UTF-8: a single file that needs no network and cannot change the
+/// document. Problems are shown at their objects. `source` is the name of the file. The page is written piece by piece,
+/// since it may be much larger than the document.
 void html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source,
           const std::function<void(const QByteArray &)> &write);

@@ -20,9 +20,8 @@ QString codeOf(uint code)
     return QStringLiteral("U+%1").arg(QString::number(code, 16).toUpper(), 4, QLatin1Char('0'));
 }
 
-/// What stands for a character that is not shown as it is: the controls, which one does not see and XML may not hold;
-/// those that end lines; those that turn the direction of what follows, which would show other texts than there are;
-/// and what is no character at all.
+/// The sign for a character that is not shown as it is: control characters, which are invisible and not allowed in XML;
+/// line ends; characters that change the direction of the text; and code points that are not characters.
 std::optional<QString> signFor(uint code)
 {
     if (code == '\n')
@@ -39,7 +38,7 @@ std::optional<QString> signFor(uint code)
     return {};
 }
 
-/// Calls `plain(text)` for what stands for itself, escaped, and `sign(code, sign)` for the others.
+/// Calls `plain(text)` for characters that are shown as they are, escaped, and `sign(code, sign)` for the others.
 template <class Plain, class Sign>
 void forEachCharacter(const QString &text, Plain plain, Sign sign)
 {

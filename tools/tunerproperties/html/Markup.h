@@ -8,7 +8,8 @@
 #include <QByteArray>
 #include <QString>
 
-/// An attribute of an element. The name is ours; the value may hold any character. Without a value it is left out.
+/// An attribute of an element. The name is a constant; the value may contain any character. An attribute without a
+/// value is omitted.
 struct Attribute
 {
     Attribute(const char *name_, const char *value_) : name(name_), value(QString::fromUtf8(value_)) { }
@@ -20,31 +21,31 @@ struct Attribute
 
 using Attributes = std::initializer_list<Attribute>;
 
-/// Hypertext that is made piece by piece. What it is made of may hold any character and stays text: this is the one
-/// place where texts become markup. The result is well-formed XML as well, all that is opened having been closed.
+/// Builds hypertext. Values may contain any character and stay text: this is the only place where texts become markup.
+/// The result is also well-formed XML, once all elements are closed.
 class Markup
 {
 public:
-    /// A text of the document. Characters that are not to be seen, or that would change the order in which others are
-    /// seen, stand as signs: elements of the class "sign" whose title tells the code, U+000A.
+    /// Adds a text of the document. Characters that are invisible, or that would change the order of others, become
+    /// signs: elements of the class "sign" whose title is the code, such as U+000A.
     void text(const QString &text);
 
-    /// Words of ours, or of the document, that stand in no element of their own.
+    /// Adds a text without an element of its own.
     void words(const QString &text) { m_text += escaped(text); }
     void words(const char *text) { words(QString::fromUtf8(text)); }
 
     void element(const char *tag, Attributes attributes, const QString &text);
     void element(const char *tag, Attributes attributes, const char *text = "");
-    /// Without an end tag.
+    /// Adds an element without an end tag.
     void voidElement(const char *tag, Attributes attributes);
 
-    /// Puts in what was made apart, which is empty then.
+    /// Appends the other markup, which is empty afterwards.
     void append(Markup &&other);
 
-    /// Source code, as the content of an element in which nothing is markup.
+    /// Adds source code as the content of an element that contains no markup.
     void source(const char *tag, const QString &code);
 
-    /// In UTF-8, piece by piece.
+    /// Passes the UTF-8 text to the action, piece by piece.
     void forEachPiece(const std::function<void(const QByteArray &)> &action) const;
 
 private:
@@ -54,15 +55,15 @@ private:
     void open(const char *tag, Attributes attributes, const char *end = ">");
     void close(const char *tag);
 
-    // A page may be much larger than its document, so it is kept once, in pieces that are never copied.
+    // A page may be much larger than its document, so it is held once, in pieces that are never copied.
     std::vector<QByteArray> m_pieces;
-    QByteArray m_text; // the last one
+    QByteArray m_text; // the last piece
 };
 
-/// A length or a place in a drawing, as an attribute: a part of the whole.
+/// A length or a position in a drawing, as an attribute: a part of the whole.
 QString percent(double part);
 
-/// An element around what is put into the markup while this lives.
+/// An element around everything that is added to the markup during its lifetime.
 class Tag
 {
 public:

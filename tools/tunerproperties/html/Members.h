@@ -9,7 +9,7 @@
 #include <jobxml/Visit.h>
 
 bool isText(const JobXml::MemberView &member);
-/// One that tells an object from its siblings.
+/// Whether the text identifies an object among its siblings.
 bool isIdentifyingText(const JobXml::MemberView &member);
 bool isNumber(const JobXml::MemberView &member);
 bool isBoolean(const JobXml::MemberView &member);
@@ -17,8 +17,8 @@ bool isList(const JobXml::MemberView &member);
 /// Whether it has a value of its own, and no child objects.
 bool isValue(const JobXml::MemberView &member);
 
-/// The members of an object of which a page shows some in ways of their own. These are taken out; what is left is what
-/// still has to be shown, so that nothing is left out. Refers to the object.
+/// The members of an object, of which a page shows some in special ways. Those are taken out; the rest is shown
+/// afterwards, so that nothing is missing. Refers to the object.
 class Members
 {
 public:
@@ -28,14 +28,14 @@ public:
     Members() = default;
     explicit Members(const JobXml::DataObject &object);
 
-    /// The first that passes the test.
+    /// The first member that passes the test.
     const View *find(Test test) const;
-    /// The one of this name, if it passes the test.
+    /// The member of this name, if it passes the test.
     const View *find(const char *name, Test test) const;
 
     std::optional<View> take(Test test) { return take(find(test)); }
     std::optional<View> take(const char *name, Test test) { return take(find(name, test)); }
-    /// All that pass the test.
+    /// All members that pass the test.
     std::vector<View> takeAll(Test test);
 
     bool isEmpty() const { return m_members.empty(); }

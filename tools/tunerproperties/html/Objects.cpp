@@ -22,14 +22,14 @@ void showNothing(Markup &out, const char *word)
     out.element("span", {{"class", "nothing word"}}, word);
 }
 
-/// Choices that were not taken, and that there is none: what counts for everyone is what was chosen.
+/// Hides the choice and alternatives that are not chosen: only the chosen one counts.
 bool isNoMatter(const MemberView &member)
 {
     return (member.GetKind() == MemberKind::Alternative && !member.IsChosen())
         || (member.GetKind() == MemberKind::Choice && holdsNothing(member.GetValue()));
 }
 
-/// The class of a fact by the room that it takes.
+/// The class of a fact, according to the room that it takes.
 const char *widthOf(const MemberView &member)
 {
     constexpr int longText = 24;
@@ -43,10 +43,10 @@ const char *widthOf(const MemberView &member)
 void showNumber(Markup &out, const QVariant &value)
 {
     constexpr int group = 3;
-    constexpr int fewest = 5; // digits before they are taken apart
+    constexpr int fewest = 5; // digits to separate into groups
     const QString text = ValueText::ofValue(value);
     const Tag number(out, "span", {{"class", "number"}});
-    int end = 0; // of the whole digits
+    int end = 0; // of the integer digits
     const int start = text.startsWith(QLatin1Char('-')) ? 1 : 0;
     for (end = start; end < text.size() && text.at(end).isDigit();)
         ++end;
@@ -127,7 +127,7 @@ void Objects::value(const MemberView &member)
             break;
         case MemberKind::Boolean: {
             const bool isOn = value.toBool();
-            // A picture of a switch: one that could be thrown would promise to change the document.
+            // A picture of a switch: a control would suggest that it changes the document.
             m_out.element("span",
                           {{"class", isOn ? "switch on" : "switch"},
                            {"role", "img"},
@@ -163,7 +163,7 @@ void Objects::named(const MemberView &member, Name name, const char *tag, const 
     value(member);
 }
 
-void Objects::facts(const Members &members, const Spot &spot)
+void Objects::facts(const Members &members, const ObjectPath &path)
 {
     if (std::any_of(members.begin(), members.end(), isValue)) {
         const Tag list(m_out, "dl", {{"class", "facts"}});
@@ -178,31 +178,31 @@ void Objects::facts(const Members &members, const Spot &spot)
     }
     for (const MemberView &member : members) {
         if (!isValue(member) && !isNoMatter(member))
-            children(member, spot);
+            children(member, path);
     }
 }
 
-void Objects::children(const MemberView &member, const Spot &spot)
+void Objects::children(const MemberView &member, const ObjectPath &path)
 {
     const Tag object(m_out, "div", {{"class", "object"}, {"data-member", member.GetName()}});
     showHeading(m_out, "h5", member);
     if (isList(member)) {
-        list(member, spot);
+        list(member, path);
     } else if (member.GetSize() != 0) {
-        const Spot below = spot.below(member.GetName());
+        const ObjectPath below = path.below(member.GetName());
         m_problems.show(m_out, below);
         facts(Members(member.GetChild()), below);
     }
 }
 
-void Objects::list(const MemberView &member, const Spot &spot, int current, const ExtraColumn *extra)
+void Objects::list(const MemberView &member, const ObjectPath &path, int current, const ExtraColumn *extra)
 {
     if (member.GetSize() == 0)
         return;
     const Members first(member.GetChild(0));
     if (!std::all_of(first.begin(), first.end(), isValue)) {
         for (int i = 0; i < member.GetSize(); ++i) {
-            const Spot below = spot.below(member.GetName(), i);
+            const ObjectPath below = path.below(member.GetName(), i);
             const Tag item(m_out, "div", {{"class", "object"}});
             m_problems.show(m_out, below);
             facts(Members(member.GetChild(i)), below);
@@ -230,7 +230,7 @@ void Objects::list(const MemberView &member, const Spot &spot, int current, cons
     {
         const Tag body(m_out, "tbody");
         for (int i = 0; i < member.GetSize(); ++i)
-            row(member.GetChild(i), spot.below(member.GetName(), i), i == current, columns, extra);
+            row(member.GetChild(i), path.below(member.GetName(), i), i == current, columns, extra);
     }
     if (extra) {
         const Tag foot(m_out, "tfoot");
@@ -242,7 +242,7 @@ void Objects::list(const MemberView &member, const Spot &spot, int current, cons
     }
 }
 
-void Objects::row(const DataObject &item, const Spot &spot, bool isCurrent, int columns, const ExtraColumn *extra)
+void Objects::row(const DataObject &item, const ObjectPath &path, bool isCurrent, int columns, const ExtraColumn *extra)
 {
     {
         const Tag line(m_out, "tr", {{"aria-current", isCurrent ? "true" : nullptr}});
@@ -256,9 +256,9 @@ void Objects::row(const DataObject &item, const Spot &spot, bool isCurrent, int 
             extra->cell(item);
         }
     }
-    if (m_problems.hasAt(spot)) {
+    if (m_problems.hasAt(path)) {
         const Tag line(m_out, "tr");
         const Tag cell(m_out, "td", {{"colspan", QString::number(columns)}});
-        m_problems.show(m_out, spot);
+        m_problems.show(m_out, path);
     }
 }

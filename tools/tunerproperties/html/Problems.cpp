@@ -8,7 +8,7 @@ QString idOf(int index)
     return QStringLiteral("problem-%1").arg(index + 1);
 }
 
-// Texts of the document are part of it, whatever direction they have.
+// Isolates a text of the document, whatever its direction is.
 void showIsolated(Markup &out, const QString &text)
 {
     const Tag isolated(out, "bdi");
@@ -20,21 +20,21 @@ void showIsolated(Markup &out, const QString &text)
 Problems::Problems(const Findings &findings) : m_all(findings), m_findings(findings.listed())
 {
     for (int i = 0; i < m_findings.size(); ++i) {
-        Spot spot;
-        ++m_from[spot.key()];
+        ObjectPath path;
+        ++m_from[path.key()];
         for (const JobXml::Step &step : m_findings.at(i).steps) {
-            spot = spot.below(step.member, step.index);
-            ++m_from[spot.key()];
+            path = path.below(step.member, step.index);
+            ++m_from[path.key()];
         }
-        // What concerns the document as such is shown in the list of all alone, which stands at its top.
+        // Problems of the document itself are only in the list of all problems, at the top.
         if (!m_findings.at(i).steps.isEmpty())
-            m_at[spot.key()].append(i);
+            m_at[path.key()].append(i);
     }
 }
 
-void Problems::show(Markup &out, const Spot &spot)
+void Problems::show(Markup &out, const ObjectPath &path)
 {
-    const QVector<int> here = m_at.value(spot.key());
+    const QVector<int> here = m_at.value(path.key());
     for (const int i : here) {
         const Tag problem(out, "p", {{"class", "problem whole"}, {"id", idOf(i)}});
         out.element("span", {{"class", "unseen"}}, "Problem: ");
@@ -46,10 +46,10 @@ void Problems::show(Markup &out, const Spot &spot)
 void Problems::showAll(Markup &out) const
 {
     if (m_findings.isEmpty()) {
-        out.element("p", {{"class", "fine"}}, "Validation has found no problems.");
+        out.element("p", {{"class", "fine"}}, "Validation found no problems.");
         return;
     }
-    constexpr int mostOpen = 20; // with more, one wants to see the document as well
+    constexpr int mostOpen = 20; // with more, the document itself would be out of sight
     const Tag panel(out, "section", {{"class", "panel problems"}});
     const Tag details(out, "details", {{"open", m_findings.size() <= mostOpen ? "open" : nullptr}});
     {
@@ -74,7 +74,7 @@ void Problems::showAll(Markup &out) const
                 {{isElsewhere ? "href" : "id", (isElsewhere ? QStringLiteral("#") : QString()) + idOf(i)}});
             showIsolated(out, finding.message);
         }
-        if (finding.hasPlace()) {
+        if (finding.hasLocation()) {
             out.element("span", {{"class", "where"}},
                         QStringLiteral("line %1, column %2").arg(finding.line).arg(finding.column));
         } else if (!finding.path.isEmpty()) {

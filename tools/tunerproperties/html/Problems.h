@@ -9,22 +9,22 @@
 #include "documents/Validate.h"
 #include "html/Markup.h"
 
-/// Where an object of a document is: the way from the root, as problems tell it.
-class Spot
+/// The path of an object in a document, as problems have it.
+class ObjectPath
 {
 public:
-    Spot() = default;
-    explicit Spot(const QVector<JobXml::Step> &steps)
+    ObjectPath() = default;
+    explicit ObjectPath(const QVector<JobXml::Step> &steps)
     {
         for (const JobXml::Step &step : steps)
             *this = below(step.member, step.index);
     }
 
-    Spot below(const QString &member, int index = -1) const
+    ObjectPath below(const QString &member, int index = -1) const
     {
-        Spot spot;
-        spot.m_key = m_key + QLatin1Char('/') + member + QLatin1Char(' ') + QString::number(index);
-        return spot;
+        ObjectPath path;
+        path.m_key = m_key + QLatin1Char('/') + member + QLatin1Char(' ') + QString::number(index);
+        return path;
     }
 
     const QString &key() const { return m_key; }
@@ -33,26 +33,26 @@ private:
     QString m_key;
 };
 
-/// The problems of a document, by the objects that have them.
+/// The problems of a document, by object.
 class Problems
 {
 public:
     explicit Problems(const Findings &findings);
 
-    bool hasAt(const Spot &spot) const { return m_at.contains(spot.key()); }
+    bool hasAt(const ObjectPath &path) const { return m_at.contains(path.key()); }
 
-    /// How many there are at the object and below it.
-    int countFrom(const Spot &spot) const { return m_from.value(spot.key()); }
+    /// The number of problems at the object and below it.
+    int countFrom(const ObjectPath &path) const { return m_from.value(path.key()); }
 
-    /// Shows those at the object; to be called where the object is shown.
-    void show(Markup &out, const Spot &spot);
+    /// Shows the problems of the object. Call it where the object is shown.
+    void show(Markup &out, const ObjectPath &path);
 
-    /// All that are listed, and how many there are, with links to those that were shown at their objects.
+    /// Shows all listed problems and their total, with links to those that are shown at their objects.
     void showAll(Markup &out) const;
 
 private:
     Findings m_all;
-    QVector<Finding> m_findings; // those of them that are listed
+    QVector<Finding> m_findings; // the listed ones
     QHash<QString, QVector<int>> m_at;
     QHash<QString, int> m_from;
     QSet<int> m_shown;

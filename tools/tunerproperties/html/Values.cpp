@@ -36,7 +36,7 @@ QString numberText(const MemberView &member)
     return ValueText::ofValue(member.GetValue());
 }
 
-/// The numbers of a slider. Compared as they are: a 64-bit integer has more digits than a floating-point number.
+/// The numbers of a slider, compared without conversion: a 64-bit integer has more digits than a floating-point number.
 class Range
 {
 public:
@@ -48,8 +48,8 @@ public:
     {
     }
 
-    /// Why the value has no place between min and max; null if it has one.
-    QString complaint() const
+    /// The reason why the value has no position between min and max; null if it has one.
+    QString problem() const
     {
         if (!m_isWhole)
             return QStringLiteral("value, min and max have to be set, and finite");
@@ -60,22 +60,22 @@ public:
         return m_value > m_max ? QStringLiteral("value is above max") : QString();
     }
 
-    /// Whether there is a place to show, be it at an end.
-    bool hasPlace() const { return m_isWhole && m_min <= m_max; }
+    /// Whether there is a position to show, possibly at an end.
+    bool hasLocation() const { return m_isWhole && m_min <= m_max; }
 
-    /// From 0 to 1, at an end for what is beyond it.
-    long double place() const
+    /// From 0 to 1; values beyond an end are at the end.
+    long double position() const
     {
         if (m_value <= m_min || m_min == m_max)
             return 0;
         return m_value >= m_max ? 1 : (m_value - m_min) / (m_max - m_min);
     }
 
-    /// How many steps there are, if that is a whole number small enough to draw a line for each.
+    /// The number of steps, if it is a whole number small enough to draw a line for each.
     int steps() const
     {
         constexpr int most = 24;
-        const long double count = m_step > 0 && hasPlace() ? (m_max - m_min) / m_step : 0;
+        const long double count = m_step > 0 && hasLocation() ? (m_max - m_min) / m_step : 0;
         const bool isWhole = std::abs(count - std::round(count)) < 1e-4L; // steps like 0.1 are not exact
         return count >= 2 && count <= most && isWhole ? int(std::lround(count)) : 0;
     }
@@ -96,25 +96,25 @@ private:
 
 } // namespace
 
-void Values::item(const DataObject &item, const Spot &spot)
+void Values::item(const DataObject &item, const ObjectPath &path)
 {
     const Tag element(m_out, "div", {{"class", "value"}});
-    m_problems.show(m_out, spot);
+    m_problems.show(m_out, path);
     Members members(item);
     if (const auto alternative = members.take(isChosenAlternative)) {
-        members.take(isChoice); // told by the kind of what is chosen
-        chosen(*alternative, spot.below(alternative->GetName()));
+        members.take(isChoice); // visible as the kind of the chosen value
+        chosen(*alternative, path.below(alternative->GetName()));
     } else {
         m_out.element("p", {{"class", "id nothing"}}, "no value chosen");
     }
     members.takeAll(isAlternative);
     if (!members.isEmpty()) {
         const Tag rest(m_out, "div", {{"class", "whole"}});
-        m_objects.facts(members, spot);
+        m_objects.facts(members, path);
     }
 }
 
-void Values::chosen(const MemberView &alternative, const Spot &spot)
+void Values::chosen(const MemberView &alternative, const ObjectPath &path)
 {
     const bool isThere = alternative.GetSize() != 0;
     Members members = isThere ? Members(alternative.GetChild()) : Members();
@@ -133,14 +133,14 @@ void Values::chosen(const MemberView &alternative, const Spot &spot)
             m_out.element("span", {{"class", "unset"}}, "not set");
         }
     }
-    m_problems.show(m_out, spot);
-    if (!slider(members, label) && !dropDown(members, spot, label) && !textList(members, spot)) {
+    m_problems.show(m_out, path);
+    if (!slider(members, label) && !dropDown(members, path, label) && !textList(members, path)) {
         if (const auto value = members.take("value", isValue))
             plain(*value);
     }
     if (!members.isEmpty()) {
         const Tag rest(m_out, "div", {{"class", "whole"}});
-        m_objects.facts(members, spot);
+        m_objects.facts(members, path);
     }
 }
 
@@ -165,31 +165,32 @@ bool Values::slider(Members &members, const QString &label)
     plain(value);
 
     const Range range(value, min, max, step);
-    const QString complaint = range.complaint();
-    const bool isMeter = complaint.isNull();
-    const QString told = QStringLiteral("%1, from %2 to %3, step %4")
-                             .arg(numberText(value), numberText(min), numberText(max), numberText(step));
+    const QString problem = range.problem();
+    const bool isMeter = problem.isNull();
+    const QString description = QStringLiteral("%1, from %2 to %3, step %4")
+                                    .arg(numberText(value), numberText(min), numberText(max), numberText(step));
     {
-        // A meter is between its ends; what is beyond is a picture that says so.
+        // A meter shows values between its ends; a value beyond them is an image with a text.
         const Tag picture(
             m_out, "span",
             {{"class", isMeter ? "slider whole" : "slider out whole"},
              {"role", isMeter ? "meter" : "img"},
-             {"aria-label", isMeter ? label : label + QStringLiteral(": ") + told + QStringLiteral("; ") + complaint},
+             {"aria-label",
+              isMeter ? label : label + QStringLiteral(": ") + description + QStringLiteral("; ") + problem},
              {"aria-valuemin", isMeter ? numberText(min) : QString()},
              {"aria-valuemax", isMeter ? numberText(max) : QString()},
              {"aria-valuenow", isMeter ? numberText(value) : QString()},
-             {"aria-valuetext", isMeter ? told : QString()}});
+             {"aria-valuetext", isMeter ? description : QString()}});
         const Tag drawing(m_out, "svg", {{"aria-hidden", "true"}});
         m_out.element("rect", {{"width", "100%"}});
-        if (range.hasPlace()) {
-            const QString place = percent(double(range.place()));
-            m_out.element("rect", {{"width", place}});
+        if (range.hasLocation()) {
+            const QString position = percent(double(range.position()));
+            m_out.element("rect", {{"width", position}});
             for (int i = 1, steps = range.steps(); i < steps; ++i) {
                 const QString at = percent(double(i) / steps);
                 m_out.element("line", {{"x1", at}, {"x2", at}, {"y1", "14"}, {"y2", "18"}});
             }
-            m_out.element("circle", {{"cx", place}});
+            m_out.element("circle", {{"cx", position}});
         }
     }
     {
@@ -199,11 +200,11 @@ bool Values::slider(Members &members, const QString &label)
         m_objects.named(max, Objects::Name::Seen);
     }
     if (!isMeter)
-        note(complaint);
+        note(problem);
     return true;
 }
 
-bool Values::dropDown(Members &members, const Spot &spot, const QString &label)
+bool Values::dropDown(Members &members, const ObjectPath &path, const QString &label)
 {
     if (!members.find(isList) || !members.find("value", isNumber))
         return false;
@@ -227,7 +228,7 @@ bool Values::dropDown(Members &members, const Spot &spot, const QString &label)
         }
         const Tag content(m_out, "div", {{"data-member", options.GetName()}});
         showListName(m_out, options);
-        m_objects.list(options, spot, current);
+        m_objects.list(options, path, current);
     }
     {
         const Tag below(m_out, "div", {{"class", "below whole"}});
@@ -242,7 +243,7 @@ bool Values::dropDown(Members &members, const Spot &spot, const QString &label)
     return true;
 }
 
-// The document keeps what is chosen apart from the options, so the two may differ.
+// The document stores the choice separately from the options, so the two may differ.
 void Values::noteDifferences(const MemberView &options, int index, const MemberView *text, const MemberView &value)
 {
     if (index < 0 || index >= options.GetSize()) {
@@ -253,12 +254,12 @@ void Values::noteDifferences(const MemberView &options, int index, const MemberV
     const MemberView *name = option.find(isText);
     const MemberView *number = option.find(isNumber);
     if (text && name && text->GetValue() != name->GetValue())
-        note(QStringLiteral("the option at this index has another %1").arg(name->GetName()));
+        note(QStringLiteral("the option at this index has a different %1").arg(name->GetName()));
     if (number && value.GetValue() != number->GetValue())
-        note(QStringLiteral("the option at this index has another %1").arg(number->GetName()));
+        note(QStringLiteral("the option at this index has a different %1").arg(number->GetName()));
 }
 
-bool Values::textList(Members &members, const Spot &spot)
+bool Values::textList(Members &members, const ObjectPath &path)
 {
     if (!members.find(isList) || !members.find("value", isText))
         return false;
@@ -279,13 +280,13 @@ bool Values::textList(Members &members, const Spot &spot)
             if (text)
                 m_objects.named(*text, Objects::Name::Unseen);
             if (!entry.isEmpty())
-                m_objects.facts(entry, spot.below(entries.GetName(), i));
+                m_objects.facts(entry, path.below(entries.GetName(), i));
         }
     }
     for (int i = 0; i < entries.GetSize(); ++i)
-        m_problems.show(m_out, spot.below(entries.GetName(), i));
+        m_problems.show(m_out, path.below(entries.GetName(), i));
     if (value.IsSet() && !isAmong)
-        note(QStringLiteral("the value is none of the list"));
+        note(QStringLiteral("the value is not in the list"));
     return true;
 }
 

@@ -3,25 +3,24 @@
 
 #include "html/Objects.h"
 
-/// The values of nodes, each with a picture that fits what it holds: a switch, a slider, a list that drops down. What
-/// is chosen goes by the shape of the object, not by its class, and what has no part in the picture stands below it.
+/// The values of nodes, each with a picture that fits it: a switch, a slider, a drop-down list. The picture follows the
+/// shape of the object, not its class; members that are not in the picture are shown below it.
 ///
-/// Pictures are no controls: they are images, meters or texts to those who cannot see them, and nobody comes upon them
-/// by the tab key, since the page shows a document and cannot change it. The one exception is the drop-down, which does
-/// what it looks like: it shows the options.
+/// Pictures are not controls: they are images, meters or texts for assistive technology, and not reachable by the Tab
+/// key, since the page cannot change the document. The only exception is the drop-down list, which shows the options.
 class Values
 {
 public:
     Values(Markup &out, Problems &problems) : m_out(out), m_problems(problems), m_objects(out, problems) { }
 
-    /// An item of a node: what it has chosen, or all there is if it has chosen nothing.
-    void item(const JobXml::DataObject &item, const Spot &spot);
+    /// Shows an item of a node: the chosen value, or all members if none is chosen.
+    void item(const JobXml::DataObject &item, const ObjectPath &path);
 
 private:
-    void chosen(const JobXml::MemberView &alternative, const Spot &spot);
+    void chosen(const JobXml::MemberView &alternative, const ObjectPath &path);
     bool slider(Members &members, const QString &label);
-    bool dropDown(Members &members, const Spot &spot, const QString &label);
-    bool textList(Members &members, const Spot &spot);
+    bool dropDown(Members &members, const ObjectPath &path, const QString &label);
+    bool textList(Members &members, const ObjectPath &path);
     void plain(const JobXml::MemberView &value);
     void note(const QString &text);
     void noteDifferences(const JobXml::MemberView &options, int index, const JobXml::MemberView *text,

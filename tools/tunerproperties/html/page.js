@@ -1,17 +1,16 @@
-// What the page can do beyond being read: search, open and close, change between light and dark. Without this script it
-// is whole, and all that is missing is the bar at its top.
+// Search, open and close, light and dark. Without this script the page is complete except for the bar at its top.
 'use strict';
 (() => {
   const byId = id => document.getElementById(id);
   const all = (selector, within = document) => Array.from(within.querySelectorAll(selector));
-  // Without components there is nothing to search, to open and to close, and no field and buttons for it.
+  // A document without components has no search field and no buttons to open and close.
   const search = byId('search');
   const found = byId('found');
   const cards = all('details.card');
   const nodes = all('.node');
   byId('bar').hidden = false;
 
-  // --- Light and dark: as the system has it, until the switch is used ---
+  // --- Light and dark: follows the system until the switch is used ---
   const theme = byId('theme');
   const systemIsDark = matchMedia('(prefers-color-scheme: dark)');
   const showTheme = () => {
@@ -30,11 +29,11 @@
   onClick('open', true);
   onClick('close', false);
 
-  // A link to a problem opens whatever it is in, and shows what the search has hidden.
+  // A link to a problem opens its component and reveals what the search has hidden.
   const linked = () => {
     try {
       return byId(decodeURIComponent(location.hash.slice(1)));
-    } catch { // anyone may write anything behind the address
+    } catch { // the fragment of the address may be any text
       return null;
     }
   };
@@ -52,7 +51,7 @@
   };
   addEventListener('hashchange', reveal);
 
-  // Paper has no way to open anything.
+  // Printed pages show everything.
   const onPaper = matchMedia('print');
   let closed = [];
   const unfold = () => {
@@ -70,11 +69,11 @@
   onPaper.addEventListener('change', () => { (onPaper.matches ? unfold : foldAgain)(); });
 
   // --- Search ---
-  // Values, identifiers and kinds are searched, not the names that every object of a kind has alike.
+  // Searches values, identifiers and kinds, but not member names, which all objects of a kind share.
   const textOf = (element, within) =>
     all('bdi, .number, .word, .kind', element).filter(part => part.closest(within) === element)
       .map(part => part.textContent).join('\n').toLowerCase();
-  let index = null; // made when it is needed: a large document opens without it
+  let index = null; // created on the first search, so that a large document opens quickly
   const makeIndex = () => {
     index = cards.map(card => ({
       card,
@@ -92,7 +91,7 @@
   let matches = [];
   let current = -1;
 
-  // Marks without touching the document, where the browser can. A few hundred are as many as anyone looks at.
+  // Highlights without changing the document, if the browser supports it; at most a few hundred.
   const highlight = words => {
     if (!CSS.highlights)
       return;
@@ -105,7 +104,7 @@
       const walker = document.createTreeWalker(part, NodeFilter.SHOW_TEXT);
       while (walker.nextNode() && ranges.length < 500) {
         const text = walker.currentNode.data.toLowerCase();
-        // Where lower case has another length, a place in it is none in the text.
+        // If lower case changes the length, offsets in it do not match the text.
         if (text.length !== walker.currentNode.data.length || walker.currentNode.parentElement.closest('.name'))
           continue;
         for (const word of words) {
@@ -130,7 +129,7 @@
     current = -1;
     let cardCount = 0;
     for (const {card, text, nodes: inside} of index) {
-      const elsewhere = words.filter(word => !text.includes(word)); // what the component itself does not say
+      const elsewhere = words.filter(word => !text.includes(word)); // not in the texts of the component itself
       const whole = elsewhere.length === 0;
       let any = whole;
       for (const entry of inside) {

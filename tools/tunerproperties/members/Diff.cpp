@@ -37,14 +37,14 @@ std::vector<MemberView> membersOf(const DataObject &object)
 
 // --- What an object holds, on one line -------------------------------------------------------------------------------
 
-/// A value that a new object does not hold, or its flag.
-bool saysSomething(const MemberView &member)
+/// Whether the member is set or its value is not the default.
+bool differsFromDefault(const MemberView &member)
 {
     return member.IsSet() || ValueText::ofValue(member.GetValue()) != ValueText::ofValue(member.GetDefaultValue());
 }
 
 enum class Contents {
-    InShort, ///< lists by their size
+    Brief, ///< lists are shown by their size
     Whole,
 };
 
@@ -55,10 +55,10 @@ QString contents(const MemberView &member, Contents how)
     const QString flag = member.IsSet() ? QString() : QLatin1Char(' ') + ValueText::notSet();
     if (member.GetKind() != MemberKind::ObjectList) {
         const bool isChosen = member.GetKind() == MemberKind::Alternative && member.IsChosen();
-        // The path to an item tells what identifies it, which is what the chosen alternative is identified by.
+        // The path of an item contains its identity, which is that of the chosen alternative.
         const QString child =
             member.GetSize() == 0 ? QString() : contents(member.GetChild(), how, how == Contents::Whole || !isChosen);
-        if (how == Contents::InShort && isChosen && member.IsSet())
+        if (how == Contents::Brief && isChosen && member.IsSet())
             return member.GetName() + (child.isEmpty() ? QString() : QLatin1Char(' ') + child);
         return child.isEmpty() && !member.IsSet()
             ? QString()
@@ -66,7 +66,7 @@ QString contents(const MemberView &member, Contents how)
     }
     if (member.GetSize() == 0 && !member.IsSet())
         return QString();
-    if (how == Contents::InShort)
+    if (how == Contents::Brief)
         return QString::number(member.GetSize()) + QLatin1Char(' ') + member.GetName() + flag;
     QStringList items;
     for (int i = 0; i < member.GetSize(); ++i)
@@ -74,7 +74,7 @@ QString contents(const MemberView &member, Contents how)
     return member.GetName() + QStringLiteral(" [") + items.join(QStringLiteral(", ")) + QLatin1Char(']') + flag;
 }
 
-/// Empty for an object that holds nothing but what every new one holds.
+/// Empty for an object that is equal to a new one.
 QString contents(const DataObject &object, Contents how, bool withIdentity)
 {
     QStringList parts;
@@ -84,7 +84,7 @@ QString contents(const DataObject &object, Contents how, bool withIdentity)
             part = contents(member, how);
         else if (member.GetKind() == MemberKind::Choice)
             part = how == Contents::Whole && member.IsSet() ? ValueText::ofMember(member) : QString();
-        else if ((withIdentity || !member.IsIdentifying()) && saysSomething(member))
+        else if ((withIdentity || !member.IsIdentifying()) && differsFromDefault(member))
             part = member.GetName() + QLatin1Char(' ') + ValueText::ofMember(member);
         if (!part.isEmpty())
             parts.append(part);
@@ -94,8 +94,7 @@ QString contents(const DataObject &object, Contents how, bool withIdentity)
 
 // --- Which items belong together -------------------------------------------------------------------------------------
 
-/// The items of two lists: for each of the first, which one of the second it is compared with, and the other way round;
-/// -1 for none.
+/// The pairs of items of two lists: for each item the index of the other one, or -1.
 class Pairs
 {
 public:
@@ -115,13 +114,13 @@ public:
     int ofFirst(int index) const { return m_ofFirst[index]; }
     int ofSecond(int index) const { return m_ofSecond[index]; }
 
-    /// Whether an item of the first list has to be moved to come to its place in the second. As few as possible are,
-    /// and of those rather such as have another place.
+    /// Which items of the first list have to be moved to their position in the second one. As few as possible are
+    /// moved, preferably those whose position differs.
     QVector<bool> moved() const
     {
-        // What stays is the sequence with increasing places in the second list that weighs most: an item weighs more
-        // than all places that are the same. best[i] ends the heaviest among a range of places that ends with i, in
-        // the manner of a binary indexed tree.
+        // The items that stay form the heaviest sequence with increasing positions in the second list: each item weighs
+        // more than all unchanged positions together. best[i] ends the heaviest sequence in a range of positions that
+        // ends with i, as in a binary indexed tree.
         const int size = m_ofFirst.size();
         QVector<int> best(m_ofSecond.size() + 1, -1);
         QVector<int> previous(size, -1);
@@ -131,13 +130,13 @@ public:
             return other < 0 || (one >= 0 && weight[one] > weight[other]) ? one : other;
         };
         for (int i = 0; i < size; ++i) {
-            const int place = m_ofFirst[i];
-            if (place < 0)
+            const int position = m_ofFirst[i];
+            if (position < 0)
                 continue;
-            for (int end = place; end > 0; end -= end & -end)
+            for (int end = position; end > 0; end -= end & -end)
                 previous[i] = heavier(best[end], previous[i]);
-            weight[i] = size + 1 + (place == i ? 1 : 0) + (previous[i] < 0 ? 0 : weight[previous[i]]);
-            for (int end = place + 1; end < best.size(); end += end & -end)
+            weight[i] = size + 1 + (position == i ? 1 : 0) + (previous[i] < 0 ? 0 : weight[previous[i]]);
+            for (int end = position + 1; end < best.size(); end += end & -end)
                 best[end] = heavier(i, best[end]);
             last = heavier(i, last);
         }
@@ -150,7 +149,7 @@ public:
     }
 
 private:
-    /// Pairs what has no pair yet by a key, the first of those alike with the first; null is no key.
+    /// Pairs the unpaired items by a key, in order among those with the same key; a null key pairs nothing.
     template <class Key>
     void pairAlike(const MemberView &first, const MemberView &second, Key keyOf)
     {
@@ -213,7 +212,7 @@ private:
         }
     }
 
-    // The choice goes without its quotes and with the item's own path: it is what kind of value the item holds.
+    // The choice is shown without quotes and with the path of the item: it is the kind of value that the item holds.
     void compareChoices(const MemberView &first, const MemberView &second, const QString &item)
     {
         const auto name = [](const MemberView &choice) {
@@ -225,7 +224,7 @@ private:
     void compareObjects(const MemberView &first, const MemberView &second, const QString &path)
     {
         const auto inside = [](const MemberView &member) {
-            return member.GetSize() == 0 ? QString() : contents(member.GetChild(), Contents::InShort, true);
+            return member.GetSize() == 0 ? QString() : contents(member.GetChild(), Contents::Brief, true);
         };
         const QString before = inside(first);
         const QString after = inside(second);
@@ -255,13 +254,13 @@ private:
         const QStringList stepsInSecond = Paths::stepsTo(second);
         const Pairs pairs(first, second);
         const QVector<bool> moved = pairs.moved();
-        // What was added stands behind what it stands behind in the second list.
+        // An added item follows the item that precedes it in the second list.
         QHash<int, QVector<int>> added;
-        for (int i = 0, behind = -1; i < second.GetSize(); ++i) {
+        for (int i = 0, previous = -1; i < second.GetSize(); ++i) {
             if (pairs.ofSecond(i) >= 0)
-                behind = pairs.ofSecond(i);
+                previous = pairs.ofSecond(i);
             else
-                added[behind].append(i);
+                added[previous].append(i);
         }
         for (int i = -1; i < first.GetSize(); ++i) {
             if (i >= 0)
@@ -286,7 +285,7 @@ private:
         compare(item, second.GetChild(pair), path);
     }
 
-    // Items that come and go say what there is to say of the list; what is left is told by itself.
+    // Added and removed items describe the list; a difference of the flags alone is reported here.
     void compareFlags(const MemberView &first, const MemberView &second, const QString &path)
     {
         const auto isUsual = [](const MemberView &list) { return list.IsSet() == (list.GetSize() != 0); };
@@ -302,7 +301,7 @@ private:
 
     static QString itemContents(const DataObject &item)
     {
-        return contents(item, Contents::InShort, Paths::identityOf(item).isNull());
+        return contents(item, Contents::Brief, Paths::identityOf(item).isNull());
     }
 
     static QString below(const QString &path, const QString &step)
@@ -323,21 +322,21 @@ private:
 
 QString Difference::text() const
 {
-    const auto behindColon = [](const QString &text) {
+    const auto afterColon = [](const QString &text) {
         return text.isEmpty() ? QString() : QStringLiteral(": ") + text;
     };
     switch (kind) {
     case Removed:
-        return QStringLiteral("- ") + path + behindColon(before);
+        return QStringLiteral("- ") + path + afterColon(before);
     case Added:
-        return QStringLiteral("+ ") + path + behindColon(after);
+        return QStringLiteral("+ ") + path + afterColon(after);
     case Changed:
         return QStringLiteral("~ ") + path + QStringLiteral(": ") + before + QStringLiteral(" -> ") + after;
     case Moved:
         break;
     }
     return QStringLiteral("> ") + path
-        + (before == after ? QStringLiteral(": moved among its neighbours")
+        + (before == after ? QStringLiteral(": moved among its neighbors")
                            : QStringLiteral(": moved from %1 to %2").arg(before, after));
 }
 

@@ -8,18 +8,18 @@
 
 #include <jobxml/DataObject.h>
 
-/// Something in which a document differs from another one.
+/// A difference between two documents.
 struct Difference
 {
     enum Kind {
-        Removed, ///< `before` tells what it held
-        Added, ///< `after` tells what it holds
+        Removed, ///< `before` is the content
+        Added, ///< `after` is the content
         Changed,
-        Moved, ///< `before` and `after` are its places, counted from 1
+        Moved, ///< `before` and `after` are its positions, counted from 1
     };
 
     Kind kind;
-    QString path; ///< in the first document, of what was added in the second one
+    QString path; ///< in the first document; in the second one for an added item
     QString before;
     QString after;
 
@@ -27,11 +27,11 @@ struct Difference
     QString text() const;
 };
 
-/// Everything in which the second object differs from the first one of the same class, in the order of the first one,
-/// what was added at its place; empty if both are the same as JSON. Items of lists are compared with those that have
-/// the same identity, then with those of the same content; what is left, in the order in which it stands.
+/// Finds all differences between two objects of the same class, in the order of the first one, with added items at
+/// their position. There are none if the objects are equal as JSON. Items of lists are paired by identity, then by
+/// content, and the rest in order.
 QVector<Difference> findDifferences(const JobXml::DataObject &first, const JobXml::DataObject &second);
 
-/// The same, each as soon as it is found.
+/// The same, passing each difference to the action as soon as it is found.
 void findDifferences(const JobXml::DataObject &first, const JobXml::DataObject &second,
                      const std::function<void(const Difference &)> &action);

@@ -20,7 +20,7 @@ struct Condition
     QString text;
 };
 
-/// A text behind the "=" of a condition.
+/// A text after the "=" of a condition.
 QString written(const QString &text)
 {
     const auto isSpecial = [](QChar character) { return QStringLiteral("[],=/\"'\\").contains(character); };
@@ -29,7 +29,7 @@ QString written(const QString &text)
     return isPlain ? text : Printable::quoted(text);
 }
 
-/// The texts that identify an object; null ones are among them. Values have those of what is chosen.
+/// The texts that identify an object, including null ones. A value has those of its chosen alternative.
 QVector<Condition> identifyingTexts(const DataObject &object)
 {
     QVector<Condition> own;
@@ -53,7 +53,7 @@ std::optional<MemberView> memberNamed(const DataObject &object, const QString &n
     return found;
 }
 
-/// The alternative that is chosen, if the object is a choice and there is one.
+/// The chosen alternative, if the object is a choice and there is one.
 std::optional<MemberView> chosenIn(const DataObject &object)
 {
     std::optional<MemberView> found;
@@ -73,12 +73,12 @@ QStringList membersOf(const DataObject &object)
 
 // --- Paths as text ---------------------------------------------------------------------------------------------------
 
-/// A step as it was written.
+/// A step as it was typed.
 struct WrittenStep
 {
     QString member;
     QVector<Condition> conditions;
-    int place = 0; // from 1; 0 is none
+    int position = 0; // from 1; 0 is none
 };
 
 class Parser
@@ -92,7 +92,7 @@ public:
         while (take(QLatin1Char('/')))
             result.append(step());
         if (!atEnd())
-            fail(QStringLiteral("'/' or '[' is missing"));
+            fail(QStringLiteral("expected '/' or '['"));
         return result;
     }
 
@@ -102,7 +102,7 @@ private:
         WrittenStep result;
         result.member = textUpTo(QStringLiteral("/[]"));
         if (result.member.isEmpty())
-            fail(QStringLiteral("the name of a member is missing"));
+            fail(QStringLiteral("expected a member name"));
         while (take(QLatin1Char('['))) {
             const int start = m_at;
             const QString name = textUpTo(QStringLiteral("=,[]/\""));
@@ -120,7 +120,7 @@ private:
         while (take(QLatin1Char(','))) {
             const QString name = textUpTo(QStringLiteral("=,[]/\""));
             if (!take(QLatin1Char('=')))
-                fail(QStringLiteral("'=' is missing"));
+                fail(QStringLiteral("expected '='"));
             step.conditions.append({name, text()});
         }
         close();
@@ -128,13 +128,13 @@ private:
 
     void readPlace(WrittenStep &step, const QString &digits, int start)
     {
-        if (step.place > 0)
-            fail(QStringLiteral("a second place stands"));
+        if (step.position > 0)
+            fail(QStringLiteral("unexpected second position"));
         bool isNumber = false;
-        step.place = digits.toInt(&isNumber);
-        if (!isNumber || step.place < 1) {
+        step.position = digits.toInt(&isNumber);
+        if (!isNumber || step.position < 1) {
             m_at = start;
-            fail(QStringLiteral("a place, counted from 1, or MEMBER=TEXT is missing"));
+            fail(QStringLiteral("expected a position (counted from 1) or MEMBER=TEXT"));
         }
         close();
     }
@@ -142,7 +142,7 @@ private:
     void close()
     {
         if (!take(QLatin1Char(']')))
-            fail(QStringLiteral("']' is missing"));
+            fail(QStringLiteral("expected ']'"));
     }
 
     QString text()
@@ -155,7 +155,7 @@ private:
             result += character == QLatin1Char('\\') ? escaped() : character;
         }
         if (!take(QLatin1Char('"')))
-            fail(QStringLiteral("'\"' is missing"));
+            fail(QStringLiteral("expected '\"'"));
         return result;
     }
 
@@ -185,7 +185,7 @@ private:
         default:
             break;
         }
-        fail(QStringLiteral("none of \\\" \\\\ \\n \\r \\t \\u0000"));
+        fail(QStringLiteral("expected \\\" \\\\ \\n \\r \\t or \\u0000"));
     }
 
     QString textUpTo(const QString &ends)
@@ -239,9 +239,9 @@ void checkConditions(const MemberView &list, const WrittenStep &step)
     for (const Condition &condition : step.conditions) {
         if (!identifying.contains(condition.member))
             throw PathFailure(
-                QStringLiteral("'%1' identifies no %2; what does is %3")
+                QStringLiteral("'%1' does not identify a %2; use %3")
                     .arg(condition.member, step.member,
-                         identifying.isEmpty() ? QStringLiteral("its place alone") : Suggestion::listed(identifying)));
+                         identifying.isEmpty() ? QStringLiteral("its position") : Suggestion::listed(identifying)));
     }
 }
 
@@ -255,7 +255,7 @@ bool fits(const DataObject &item, const QVector<Condition> &conditions)
     });
 }
 
-/// The item that a step means.
+/// The item that a step selects.
 int itemOf(const MemberView &list, const WrittenStep &step)
 {
     const QStringList steps = stepsTo(list);
@@ -270,16 +270,17 @@ int itemOf(const MemberView &list, const WrittenStep &step)
         checkConditions(list, step);
         throw PathFailure(QStringLiteral("there is no such %1; there are %2").arg(step.member, listed(steps)));
     }
-    if (step.place > fitting.size())
-        throw PathFailure(QStringLiteral("there are only %1 of them").arg(fitting.size()));
-    if (step.place > 0)
-        return fitting[step.place - 1];
+    if (step.position > fitting.size())
+        throw PathFailure(
+            QStringLiteral("position %1 is out of range; only %2 match").arg(step.position).arg(fitting.size()));
+    if (step.position > 0)
+        return fitting[step.position - 1];
     if (fitting.size() == 1)
         return fitting.first();
     QStringList candidates;
     for (const int i : qAsConst(fitting))
         candidates.append(steps[i]);
-    throw PathFailure(QStringLiteral("%1 of them fit; tell which one: %2").arg(fitting.size()).arg(listed(candidates)));
+    throw PathFailure(QStringLiteral("%1 items match; choose one: %2").arg(fitting.size()).arg(listed(candidates)));
 }
 
 QString asWritten(const WrittenStep &step)
@@ -290,10 +291,10 @@ QString asWritten(const WrittenStep &step)
         conditions.append(condition.member + QLatin1Char('=') + written(condition.text));
     if (!conditions.isEmpty())
         text += QLatin1Char('[') + conditions.join(QLatin1Char(',')) + QLatin1Char(']');
-    return step.place > 0 ? text + QStringLiteral("[%1]").arg(step.place) : text;
+    return step.position > 0 ? text + QStringLiteral("[%1]").arg(step.position) : text;
 }
 
-/// A walk down from the root.
+/// Follows the steps from the root.
 class Finder
 {
 public:
@@ -327,12 +328,12 @@ private:
         if (!member)
             throw PathFailure(unknownMember(step.member, m_object->GetObjectName(), membersOf(*m_object)));
         const bool isList = member->GetKind() == MemberKind::ObjectList;
-        const bool choosesItem = step.place > 0 || !step.conditions.isEmpty();
+        const bool choosesItem = step.position > 0 || !step.conditions.isEmpty();
         if (choosesItem && !isList)
-            throw PathFailure(QStringLiteral("'%1' is no list of objects").arg(step.member));
+            throw PathFailure(QStringLiteral("'%1' is not a list of objects").arg(step.member));
         if (member->GetKind() == MemberKind::Alternative && !member->IsChosen())
             throw PathFailure(chosen ? QStringLiteral("the item holds a %1").arg(chosen->GetName())
-                                     : QStringLiteral("the item holds nothing"));
+                                     : QStringLiteral("the item has no value"));
         m_member.emplace(*member);
         if (isList && (choosesItem || !isLast)) {
             const int index = itemOf(*member, step);
@@ -343,14 +344,14 @@ private:
         } else if (member->GetKind() == MemberKind::Object || member->GetKind() == MemberKind::Alternative) {
             enter(*member);
         } else {
-            throw PathFailure(QStringLiteral("is a value, and has no members"));
+            throw PathFailure(QStringLiteral("is a value and has no members"));
         }
     }
 
     void enter(const MemberView &member)
     {
         if (member.GetSize() == 0)
-            throw PathFailure(QStringLiteral("was never given anything"));
+            throw PathFailure(QStringLiteral("has no data"));
         add({member.GetName(), -1}, member.GetName());
         m_object = &member.GetChild();
     }
@@ -383,7 +384,7 @@ QString identityOf(const DataObject &object)
 
 QStringList stepsTo(const MemberView &list)
 {
-    // Every path to something in the item repeats it: a longer one would make many paths much larger than the document.
+    // Every path into the item repeats its identity: a longer one would make many paths much larger than the document.
     constexpr int longestIdentity = 80;
     QStringList identities;
     QHash<QString, int> alike;
@@ -399,9 +400,9 @@ QStringList stepsTo(const MemberView &list)
         QString step = list.GetName();
         if (!identity.isNull())
             step += QLatin1Char('[') + identity + QLatin1Char(']');
-        const int place = identity.isNull() ? i + 1 : ++passed[identity];
+        const int position = identity.isNull() ? i + 1 : ++passed[identity];
         if (identity.isNull() || alike[identity] > 1)
-            step += QStringLiteral("[%1]").arg(place);
+            step += QStringLiteral("[%1]").arg(position);
         steps.append(step);
     }
     return steps;
@@ -409,11 +410,9 @@ QStringList stepsTo(const MemberView &list)
 
 QString unknownMember(const QString &name, const QString &className, const QStringList &known)
 {
-    const QString none = QStringLiteral("'%1' is no member of %2; ").arg(name, className);
-    const QString meant = Suggestion::nearest(name, known);
-    return none
-        + (meant.isNull() ? QStringLiteral("it has ") + known.join(QStringLiteral(", "))
-                          : QStringLiteral("did you mean '%1'?").arg(meant));
+    const QString meant = Suggestion::hint(name, known);
+    return QStringLiteral("unknown member '%1' of %2").arg(name, className)
+        + (meant.isNull() ? QStringLiteral("; expected ") + Suggestion::listed(known) : meant);
 }
 
 Target find(const DataObject &root, const QString &path)

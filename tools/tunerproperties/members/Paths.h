@@ -10,7 +10,7 @@
 
 #include <jobxml/Visit.h>
 
-/// Why a path leads nowhere.
+/// An error in a path, or a path to nothing.
 class PathFailure : public std::runtime_error
 {
 public:
@@ -18,40 +18,39 @@ public:
     QString text() const { return QString::fromUtf8(what()); }
 };
 
-/// The ways to members, as people write and read them: `Component[type=Filter,name=Pre]/Node[id=gain]/...`. An item of
-/// a list is told by the texts that identify it, by its place, counted from 1, or by both: `[id=gain][2]` is the second
-/// of those alike. docs/paths.md tells more.
+/// Paths to members, as users write and read them: `Component[type=Filter,name=Pre]/Node[id=gain]/...`. An item of a
+/// list is selected by the texts that identify it, by its position, counted from 1, or by both: `[id=gain][2]` is the
+/// second of those. docs/paths.md describes them.
 namespace Paths {
 
-/// The steps to all items of a list, each of which leads to that item only. An item whose identity is long is told by
-/// its place.
+/// The steps to all items of a list, each of which is unique. An item with a long identity is selected by its position.
 QStringList stepsTo(const JobXml::MemberView &list);
 
-/// What identifies an object among its siblings: "type=Filter,name=Pre". Null if a text for it is missing. Values are
-/// identified by what they hold.
+/// The identity of an object among its siblings: "type=Filter,name=Pre". Null if a text of it is missing. Values are
+/// identified by their content.
 QString identityOf(const JobXml::DataObject &object);
 
-/// "'quantiy' is no member of TunerProperties; did you mean 'quantity'?"
+/// "unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?"
 QString unknownMember(const QString &name, const QString &className, const QStringList &known);
 
-/// What a path leads to.
+/// The result of a path.
 struct Target
 {
     QVector<JobXml::Step> steps; ///< from the root; the last one is the member, with an index if it is an item
-    QString path; ///< in full
+    QString path; ///< complete
     JobXml::MemberView member;
 
     bool isItem() const { return steps.last().index >= 0; }
 };
 
-/// Finds it. The alternative that is chosen needs no step of its own, and a list with one item no choice of an item.
+/// Finds the member of a path. The chosen alternative needs no step of its own, and a list with one item no selection.
 /// Throws PathFailure.
 Target find(const JobXml::DataObject &root, const QString &path);
 
-/// The member that the steps lead to, or nothing.
+/// The member at the end of the steps, if it exists.
 std::optional<JobXml::MemberView> at(const JobXml::DataObject &root, const QVector<JobXml::Step> &steps);
 
-/// Gives the action the MemberEditor of the target's member; on the way, all that is passed counts as set.
+/// Calls the action with the MemberEditor of the target's member; all objects on the way count as set afterwards.
 template <class Action>
 void edit(JobXml::DataObject &root, const Target &target, Action &&action, int depth = 0)
 {

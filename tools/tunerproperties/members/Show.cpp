@@ -35,7 +35,7 @@ public:
     }
 
 private:
-    /// What an object's line tells behind its title.
+    /// The line of an object after its title.
     struct Line
     {
         QString text;
@@ -78,7 +78,7 @@ private:
     static void addTo(Line &line, const JobXml::DataObject &object)
     {
         JobXml::visit(object, [&](const MemberView &member) {
-            if (isShownAlternative(member)) { // a choice and what is chosen share a line
+            if (isShownAlternative(member)) { // a choice and the chosen value share a line
                 line.text += QLatin1String(" / ") + member.GetName();
                 line.hasChildren = true;
                 addTo(line, member.GetChild());

@@ -7,7 +7,8 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// The document as an indented tree: an object on each line with all its values, what it contains below it. The values
-/// of the document itself have a line each. Numbers are shown exactly, texts in quotes; what is not set is marked.
-/// Lines come without their ends, each as soon as it is complete: a tree may be much larger than its document.
+/// Shows the document as an indented tree: a line for each object with all its values, followed by the objects in it.
+/// The values of the document itself have a line each. Numbers are exact, texts are quoted; members that are not set
+/// are marked. Lines are passed without their ends, each as soon as it is complete: a tree may be much larger than its
+/// document.
 void show(const JobXml::TunerProperties &document, const std::function<void(const QString &line)> &lines);

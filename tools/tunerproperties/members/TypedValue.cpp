@@ -27,13 +27,13 @@ QVariant wholeNumber(const QString &text)
 {
     static const QRegularExpression decimal(QStringLiteral(R"(^-?[0-9]+\z)"));
     if (!decimal.match(text).hasMatch())
-        throw Mismatch(quotedWord(text) + QStringLiteral(" is no whole number"));
+        throw Mismatch(quotedWord(text) + QStringLiteral(" is not a whole number"));
     const QByteArray digits = text.toLatin1();
     T value = 0;
     const auto read = std::from_chars(digits.begin(), digits.end(), value);
     if (read.ec != std::errc() || read.ptr != digits.end())
         throw Mismatch(quotedWord(text)
-                       + QStringLiteral(" is out of range; it goes from %1 to %2")
+                       + QStringLiteral(" is out of range; expected %1 to %2")
                              .arg(std::numeric_limits<T>::min())
                              .arg(std::numeric_limits<T>::max()));
     return QVariant::fromValue(value);
@@ -53,11 +53,11 @@ QVariant real(const QString &text)
     static const QRegularExpression decimal(
         QStringLiteral(R"(^-?(?:0|[1-9][0-9]*)(?:\.[0-9]+)?(?:[eE][+-]?[0-9]+)?\z)"));
     if (!decimal.match(text).hasMatch())
-        throw Mismatch(quotedWord(text) + QStringLiteral(" is no number"));
-    const auto value = T(text.toDouble()); // too small is 0, as everywhere; too large is infinite
+        throw Mismatch(quotedWord(text) + QStringLiteral(" is not a number"));
+    const auto value = T(text.toDouble()); // too small becomes 0; too large becomes infinite
     if (std::isinf(value))
         throw Mismatch(quotedWord(text)
-                       + QStringLiteral(" is out of range; it goes from %1 to %2")
+                       + QStringLiteral(" is out of range; expected %1 to %2")
                              .arg(ValueText::exactly(Limits::lowest()), ValueText::exactly(Limits::max())));
     return QVariant::fromValue(value);
 }
@@ -75,10 +75,7 @@ QString name(const QString &text, const MemberView &member)
     const QStringList names = member.GetNames();
     if (names.contains(text))
         return text;
-    const QString meant = Suggestion::nearest(text, names);
-    throw Mismatch(quotedWord(text) + QStringLiteral(" is no %1").arg(member.GetName())
-                   + (meant.isNull() ? QString() : QStringLiteral("; did you mean '%1'?").arg(meant))
-                   + QStringLiteral(" (%1)").arg(Suggestion::listed(names)));
+    throw Mismatch(Suggestion::unknownWord(text, member.GetName(), names));
 }
 
 } // namespace
@@ -87,7 +84,7 @@ QVariant parse(const MemberView &member, const QString &text)
 {
     switch (member.GetKind()) {
     case MemberKind::Text:
-        return text.isNull() ? QStringLiteral("") : text; // an argument that is empty may have become null
+        return text.isNull() ? QStringLiteral("") : text; // an empty argument may have become null
     case MemberKind::Boolean:
         return boolean(text);
     case MemberKind::Int:
@@ -116,7 +113,7 @@ QVariant parse(const MemberView &member, const QString &text)
     case MemberKind::Alternative:
         break;
     }
-    throw Mismatch(QStringLiteral("is no value; name a member of it"));
+    throw Mismatch(QStringLiteral("holds objects and no value; add the name of a member to the path"));
 }
 
 QString print(const QVariant &value)

@@ -8,10 +8,10 @@
 
 #include <jobxml/Visit.h>
 
-/// Values as one types them on the command line, and reads them in a script.
+/// Values as users type them on the command line, and read them in a script.
 namespace TypedValue {
 
-/// The text is no value of the member. The text of the exception tells why.
+/// The text is not a value of the member. The text of the exception says why.
 class Mismatch : public std::runtime_error
 {
 public:
@@ -19,12 +19,12 @@ public:
     QString text() const { return QString::fromUtf8(what()); }
 };
 
-/// The value for the member. Numbers are written as in JSON, or "inf", "-inf" and "nan"; names of an EnumerationList
-/// with commas between them. Throws Mismatch.
+/// Converts a text to a value for the member. Numbers are written as in JSON, or "inf", "-inf" and "nan"; names of an
+/// EnumerationList are separated by commas. Throws Mismatch.
 QVariant parse(const JobXml::MemberView &member, const QString &text);
 
-/// A value of a member as parse() takes it, but for lists, which have a name on each line. Null for no value: a null
-/// text, the invalid value of an enumeration.
+/// A value as parse() reads it, except that lists have a name on each line. Null for a null text and for the invalid
+/// value of an enumeration.
 QString print(const QVariant &value);
 
 } // namespace TypedValue

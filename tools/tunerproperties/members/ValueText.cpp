@@ -17,7 +17,7 @@ template <class T>
 QString shortest(T value)
 {
     if (std::isnan(value))
-        return QStringLiteral("nan"); // whatever its sign, which means nothing
+        return QStringLiteral("nan"); // its sign has no meaning
     const T size = std::abs(value);
     const bool plain = value == T(0) || (size >= T(1e-6) && size < T(1e16));
     char text[64];

@@ -6,17 +6,17 @@
 
 #include <jobxml/Visit.h>
 
-/// How values look to people, on one line.
+/// Values as text on one line.
 namespace ValueText {
 
-/// The shortest text from which the same number is read again; no exponent for the numbers that people write without.
+/// The shortest text that reads back as the same number, without exponent for numbers of usual size.
 QString exactly(float value);
 QString exactly(double value);
 
-/// A value as a visitor sees it: texts in quotes, a null one as "(null)", lists in brackets.
+/// A value of visit(): texts in quotes, a null text as "(null)", lists in brackets.
 QString ofValue(const QVariant &value);
 
-/// The value of a member, and whether it is set; of what is not there, only that: "(not set)".
+/// The value of a member, and whether it is set; for a member that is not set and has no value: "(not set)".
 QString ofMember(const JobXml::MemberView &member);
 
 /// "(not set)"

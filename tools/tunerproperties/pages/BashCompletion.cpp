@@ -14,7 +14,7 @@ QString typedNames(const QVector<Option> &options)
     return result.join(QLatin1Char(' '));
 }
 
-/// What to do where that may stand.
+/// The completions for an argument.
 QString candidates(Takes takes, const QStringList &words)
 {
     switch (takes) {

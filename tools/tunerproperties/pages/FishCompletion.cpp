@@ -37,7 +37,7 @@ QString optionLine(const QString &condition, const Option &option)
     QString rest;
     for (const QString &name : option.names)
         rest += (name.size() == 1 ? QStringLiteral("-s ") : QStringLiteral("-l ")) + name + QLatin1Char(' ');
-    rest += QStringLiteral("-d ") + quoted(HelpText::shortly(option.help));
+    rest += QStringLiteral("-d ") + quoted(HelpText::firstSentence(option.help));
     return line(condition, option.value.isEmpty() ? rest : rest + values(option.takes, option.words));
 }
 
@@ -50,8 +50,9 @@ QString Pages::fishCompletion()
     QString text = QStringLiteral("# Completions of fish for %1, made from the descriptions of its commands.\n\n")
                        .arg(HelpText::program());
     for (const Command &command : allCommands())
-        text += line(noCommand,
-                     QStringLiteral("-f -a %1 -d %2").arg(command.name, quoted(HelpText::shortly(command.summary))));
+        text +=
+            line(noCommand,
+                 QStringLiteral("-f -a %1 -d %2").arg(command.name, quoted(HelpText::firstSentence(command.summary))));
     for (const Option &option : HelpText::generalOptions())
         text += optionLine(noCommand, option);
     for (const Command &command : allCommands()) {

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// As it stands, whatever of it roff would take for a command or another character.
+/// The text with everything escaped that roff interprets.
 QString plain(const QString &text)
 {
     QString result;
@@ -48,7 +48,7 @@ QString italic(const QString &text)
     return QStringLiteral("\\fI") + plain(text) + QStringLiteral("\\fR");
 }
 
-/// "--to FORM FILE...": what stands for something else is written in capitals.
+/// "--to FORM FILE...": placeholders are in capitals.
 QString usage(const QString &text)
 {
     QStringList words;
@@ -114,7 +114,7 @@ void add(Roff &page, const Command &command)
         page.item(bold(HelpText::program() + QLatin1Char(' ') + example.line), example.effect);
 }
 
-/// "Shows this." as manual pages name it: "shows this".
+/// "Show this." as manual pages begin: "show this".
 QString asName(QString sentence)
 {
     sentence.replace(0, 1, sentence.at(0).toLower());
@@ -140,14 +140,13 @@ QString Pages::manual(const QString &version)
     page.request("SH", QStringLiteral("OPTIONS"));
     for (const Option &option : HelpText::generalOptions())
         page.item(optionName(option), option.help);
-    page.paragraph(QStringLiteral("Each command has --help, too."));
+    page.paragraph(QStringLiteral("Each command also has the option --help."));
     page.request("SH", QStringLiteral("COMMANDS"));
     for (const Command &command : allCommands())
         add(page, command);
     page.request("SH", QStringLiteral("FORMS"));
     for (const QString &form : Forms::list())
-        page.item(bold(form),
-                  QStringLiteral("In files whose name ends in %1.").arg(Forms::suffixOf(*Forms::named(form))));
+        page.item(bold(form), QStringLiteral("Suffix: %1.").arg(Forms::suffixOf(*Forms::named(form))));
     page.request("SH", QStringLiteral("EXIT STATUS"));
     for (const HelpText::Status &status : HelpText::statuses())
         page.item(bold(QString::number(int(status.status))), status.meaning);

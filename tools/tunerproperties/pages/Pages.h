@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// Files that go with the program, made from the descriptions of its commands.
+/// Files that are installed with the program, generated from the descriptions of the commands.
 namespace Pages {
 
 /// The manual page, in roff.

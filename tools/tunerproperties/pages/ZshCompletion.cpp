@@ -42,7 +42,7 @@ QString optionArgument(const Option &option)
         typed.append(hasValue ? name + beforeValue : name);
     }
     QString rest =
-        QLatin1Char('[') + escaped(HelpText::shortly(option.help), QStringLiteral("\\[]:")) + QLatin1Char(']');
+        QLatin1Char('[') + escaped(HelpText::firstSentence(option.help), QStringLiteral("\\[]:")) + QLatin1Char(']');
     if (hasValue)
         rest += QLatin1Char(':') + option.value.toLower() + QLatin1Char(':') + action(option.takes, option.words);
     if (typed.size() == 1)
@@ -57,7 +57,7 @@ QString caseOf(const Command &command)
     const QString next = QStringLiteral(" \\\n                ");
     for (const Option &option : HelpText::optionsOf(command))
         text += next + optionArgument(option);
-    if (command.most > 0)
+    if (command.maxArguments > 0)
         text += next
             + quoted(QStringLiteral("*:argument:")
                      + action(command.takes, command.words ? command.words() : QStringList()));
@@ -73,7 +73,7 @@ QString Pages::zshCompletion()
     for (const Command &command : allCommands()) {
         descriptions += QStringLiteral("            ")
             + quoted(command.name + QLatin1Char(':')
-                     + escaped(HelpText::shortly(command.summary), QStringLiteral("\\:")))
+                     + escaped(HelpText::firstSentence(command.summary), QStringLiteral("\\:")))
             + QLatin1Char('\n');
         cases += caseOf(command);
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Started while the program is built, with the folder in which to write.
+// Runs during the build; the argument is the folder to write to.
 
 #include <cstdio>
 

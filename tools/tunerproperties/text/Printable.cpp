@@ -10,7 +10,7 @@ namespace Printable {
 
 namespace {
 
-/// What Unicode wants ignored where it cannot be displayed, if its category does not show it.
+/// Whether Unicode declares the character ignorable although its category is printable.
 bool isIgnorable(uint character)
 {
     struct Range
@@ -59,7 +59,7 @@ struct Utf8Character
     int size = 0; ///< 0 if the first byte does not begin a character
 };
 
-/// The character that the bytes begin with.
+/// The character at the start of the bytes.
 Utf8Character characterAt(const char *bytes, int size)
 {
     const auto byte = [&](int index) { return uint(static_cast<unsigned char>(bytes[index])); };
@@ -170,9 +170,9 @@ std::optional<QString> decoded(const QByteArray &utf8)
             return {};
         i += size;
     }
-    // Qt drops a byte order mark at the very beginning, and ends a QByteArray at its first NUL.
-    const QByteArray behindLetter = 'x' + utf8;
-    return QString::fromUtf8(behindLetter.constData(), behindLetter.size()).mid(1);
+    // Qt drops a byte order mark at the beginning, and ends a QByteArray at its first NUL.
+    const QByteArray afterLetter = 'x' + utf8;
+    return QString::fromUtf8(afterLetter.constData(), afterLetter.size()).mid(1);
 }
 
 } // namespace Printable

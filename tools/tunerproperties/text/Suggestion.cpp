@@ -9,7 +9,7 @@ namespace Suggestion {
 
 namespace {
 
-/// How many letters have to be put in, left out, replaced or swapped with their neighbour.
+/// The number of letters to insert, remove, replace or swap.
 int distance(const QString &from, const QString &to)
 {
     QVector<int> beforeLast;
@@ -34,7 +34,7 @@ int distance(const QString &from, const QString &to)
 
 QString nearest(const QString &word, const QStringList &known)
 {
-    const QString lower = word.left(64).toLower(); // no word is longer, and the time goes by the square
+    const QString lower = word.left(64).toLower(); // no known word is longer, and the time is quadratic
     QString best;
     int leastDistance = std::max(1, lower.size() / 3) + 1;
     for (const QString &candidate : known) {
@@ -58,11 +58,11 @@ QString hint(const QString &word, const QStringList &known)
     return meant.isNull() ? QString() : QStringLiteral("; did you mean '") + meant + QStringLiteral("'?");
 }
 
-QString insteadOf(const QString &word, const QString &kind, const QStringList &known)
+QString unknownWord(const QString &word, const QString &kind, const QStringList &known)
 {
     const QString meant = hint(word, known);
-    return QLatin1Char('\'') + word + QStringLiteral("' is no ") + kind
-        + (meant.isNull() ? QStringLiteral("; the ") + kind + QStringLiteral("s are ") + listed(known) : meant);
+    return QStringLiteral("unknown ") + kind + QStringLiteral(" '") + word + QLatin1Char('\'')
+        + (meant.isNull() ? QStringLiteral("; expected ") + listed(known) : meant);
 }
 
 QString listed(const QStringList &words)

@@ -4,19 +4,19 @@
 #include <QString>
 #include <QStringList>
 
-/// For words that are none of those that are known.
+/// Suggestions for unknown words.
 namespace Suggestion {
 
-/// The known word that was probably meant: the nearest by letters that are missing, too many, other or swapped, if it
-/// is near enough; or the first that begins so. Null if there is none.
+/// The known word that was probably meant: the nearest by letters that are missing, superfluous, replaced or swapped,
+/// if it is near enough, or the first that begins with the word. Null if there is none.
 QString nearest(const QString &word, const QStringList &known);
 
-/// "; did you mean 'validate'?", or a null string if no known word is near.
+/// "; did you mean 'validate'?", or null if no known word is near.
 QString hint(const QString &word, const QStringList &known);
 
-/// "'taged' is no form; did you mean 'tagged'?" The kind is "form" here. If no word is near, all are told: "'tpz' is no
-/// form; the forms are xml, tagged, compressed or snapshot".
-QString insteadOf(const QString &word, const QString &kind, const QStringList &known);
+/// "unknown form 'taged'; did you mean 'tagged'?" The kind is "form" here. If no word is near, the message lists all:
+/// "unknown form 'tpz'; expected xml, tagged, compressed or snapshot".
+QString unknownWord(const QString &word, const QString &kind, const QStringList &known);
 
 /// "a, b or c"
 QString listed(const QStringList &words);
