@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the references of the benchmark know of the model: tags and names."""
+"""The tags and names in the references of the benchmark."""
 
 from __future__ import annotations
 
