@@ -9,4 +9,13 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 build=${MODEL_BUILD:-build/dev}
 [[ -f $build/CMakeCache.txt ]] || quietly "$build/configure.log" cmake --preset dev -B "$build"
 quietly "$build/model.log" cmake --build "$build" --target tunerproperties_model
-python3 -B scripts/model "$@" "$build/src/model/tunerproperties_model"
+status=0
+python3 -B scripts/model "$@" "$build/src/model/tunerproperties_model" || status=$?
+
+# What the library exports follows from the model in part; the rest is recorded by hand.
+if [[ ${1:-} != --check && $(sed -n 's/^CMAKE_CXX_FLAGS:STRING=//p' "$build/CMakeCache.txt") != *-fsanitize* ]]; then
+    quietly "$build/model.log" cmake --build "$build" --target TunerProperties
+    python3 -B tests/package/exports.py "$build/lib/libTunerProperties.so" tests/package/exports/TunerProperties.txt \
+        --record-model share/model.json
+fi
+exit "$status"

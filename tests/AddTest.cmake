@@ -2,11 +2,23 @@
 # "written_xml_is_valid" in schema/ checks it against the schema after all suites.
 set(TP_WRITTEN_XML_DIR ${PROJECT_BINARY_DIR}/tests/written_xml)
 
+# Line numbers are enough to find a failure in a test; further debugging information takes a quarter of the compile time.
+# Use -DTP_TEST_DEBUGGING=-g to see variables in a debugger.
+set(TP_TEST_DEBUGGING -g1 CACHE STRING "Debugging information of the tests in debug builds")
+set(tp_test_debugging)
+if(CMAKE_BUILD_TYPE STREQUAL Debug AND CMAKE_CXX_FLAGS_DEBUG MATCHES "(^| )-g( |$)")
+    set(tp_test_debugging ${TP_TEST_DEBUGGING})
+endif()
+
 # Precompiles Qt Test, which every suite includes: reading it takes most of the time of compiling a suite.
 add_library(tests_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/Suites.cpp)
 tp_target_defaults(tests_pch)
+target_compile_options(tests_pch PRIVATE ${tp_test_debugging})
 target_link_libraries(tests_pch PRIVATE Qt5::Test)
 target_precompile_headers(tests_pch PRIVATE <QtTest>)
+
+# The generated files that compiling needs, for scripts/clang.sh. Depends on no library.
+add_custom_target(test_sources)
 
 # tp_add_test_objects(name SOURCES file... [LIBRARIES target...])
 # Sources that several suites or programs use, compiled once. Programs name them among their LIBRARIES.
@@ -14,6 +26,7 @@ function(tp_add_test_objects name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
     add_library(${name} OBJECT ${arg_SOURCES})
     tp_target_defaults(${name})
+    target_compile_options(${name} PRIVATE ${tp_test_debugging})
     set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${name} PUBLIC ${arg_LIBRARIES})
@@ -39,7 +52,7 @@ function(tp_add_test_program name)
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt5::Test)
     target_precompile_headers(${name} REUSE_FROM tests_pch)
     # Each suite is included by only one source, so that types without linkage are not a problem.
-    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    target_compile_options(${name} PRIVATE ${tp_test_debugging} $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
     if(arg_DEPENDS)
         add_dependencies(${name} ${arg_DEPENDS})
     endif()
@@ -120,4 +133,6 @@ function(tp_gather_suites program)
         COMMENT "Gathering the suites of ${program}"
         VERBATIM)
     target_sources(${program} PRIVATE ${units})
+    add_custom_target(${program}_sources DEPENDS ${units})
+    add_dependencies(test_sources ${program}_sources)
 endfunction()

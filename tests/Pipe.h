@@ -6,7 +6,7 @@
 
 #include <QIODevice>
 
-/// A device to read from that, like a pipe, can neither seek nor report its size.
+/// A device for reading that, like a pipe, cannot seek and has no known size.
 class Pipe : public QIODevice
 {
 public:

@@ -14,7 +14,7 @@
 
 namespace JobXml {
 
-/// The one value that a node carries: a choice of exactly one of ten kinds.
+/// The one value that a node carries: a choice of exactly one of several kinds.
 ///
 /// Every way to store a value in an alternative also chooses it: its setter, its non-const getter, reading it. The
 /// alternative that was chosen before keeps its value and its set flag, but only the chosen one counts for checking,
@@ -101,7 +101,7 @@ public:
     /// The kind of exactly this name; None if there is no such kind.
     ChoiceValueItem NameToChoiceValueItem(const QString &name) const;
     ChoiceValueItem NameToChoiceValueItem(std::nullptr_t) const = delete;
-    /// The names of the ten kinds.
+    /// The names of the kinds.
     static QStringList GetChoiceValueItems();
     /// The same names to show to a user, in the language of the installed translations.
     static QStringList GetGUIChoiceValueItems();

@@ -130,7 +130,7 @@ private:
 
 /// Shows each member of an object to a visitor, in the order in which XML writes them, whether or not it is set: calls
 /// `visitor(const MemberView &)`. To descend, visit the children. For a ValueItem, the choice comes first and then all
-/// ten alternatives, of which only the chosen one counts. The version of a document is not a member, see
+/// alternatives, of which only the chosen one counts. The version of a document is not a member, see
 /// TunerProperties::GetVersion().
 ///
 /// Changes nothing; for an object without data, the members have their defaults, and it stays without data.

@@ -21,7 +21,8 @@ import formats_page  # noqa: E402
 import fuzzing  # noqa: E402
 import lists  # noqa: E402
 import schema  # noqa: E402
-from model import Model, GenerationError  # noqa: E402
+import texts  # noqa: E402
+from model import GenerationError, Model  # noqa: E402
 
 MODEL = "share/model.json"
 
@@ -68,7 +69,7 @@ def main() -> int:
     model = Model(text)
     problems: list[str] = []
     made = {MODEL: text}
-    for part in (benchmark, formats_page, fuzzing, lists, schema):
+    for part in (benchmark, formats_page, fuzzing, lists, schema, texts):
         try:
             made |= part.make(model, committed, problems.append)
         except GenerationError as error:

@@ -1,10 +1,12 @@
 # SPDX-License-Identifier: MIT
-"""The elements and types of share/tuner-properties.xsd. Its documentation and comments are kept."""
+"""The elements and types of share/tuner-properties.xsd. Its documentation is kept; new ones come from the header."""
 
 from __future__ import annotations
 
 import re
+from xml.sax.saxutils import escape
 
+import headers
 from model import Model, replaced
 
 PATH = "share/tuner-properties.xsd"
@@ -15,15 +17,16 @@ TYPES = {"text": "Text", "boolean": "Boolean", "int32": "Int", "int64": "Int64",
 class Class:
     """The declaration of a class: generated from the model, with the documentation that the schema contains."""
 
-    def __init__(self, model: Model, cls: dict, declared: str, complain) -> None:
+    def __init__(self, model: Model, cls: dict, declared: str, header: str, complain) -> None:
         self._cls = cls
         self._kinds = model.kinds
         self._declared = declared
+        self._header = header
         self._complain = complain
 
     def text(self) -> str:
         name = self._cls["name"]
-        lines = [f'  <xs:complexType name="{name}Type">', *self._annotation("    ", self._own_documentation(), name),
+        lines = [f'  <xs:complexType name="{name}Type">', *self._annotation("    ", self._own_documentation(), name, headers.of_class(self._header, name)),
                  *self._comments(), *self._elements(), *self._attributes(), "  </xs:complexType>"]
         return "".join(f"{line}\n" for line in lines)
 
@@ -36,10 +39,15 @@ class Class:
                           self._declared, re.DOTALL)
         return found[1] if found else ""
 
-    def _annotation(self, indent: str, documentation: str, what: str) -> list[str]:
+    def _member_annotation(self, indent: str, kind: str, name: str) -> list[str]:
+        return self._annotation(indent, self._documentation(kind, name), f"{self._cls['name']}.{name}",
+                                headers.of_member(self._header, name))
+
+    def _annotation(self, indent: str, documentation: str, what: str, in_header: str) -> list[str]:
         if not re.search(r"<xs:documentation>\s*[^\s<]", documentation):
-            self._complain(f"{PATH}: {what} has no documentation; add it to the declaration")
-            documentation = f"{indent}  <xs:documentation></xs:documentation>"
+            if not in_header:
+                self._complain(f"{PATH}: {what} has no documentation; write it in the header of the class")
+            documentation = f"{indent}  <xs:documentation>{escape(in_header)}</xs:documentation>"
         return [f"{indent}<xs:annotation>", documentation, f"{indent}</xs:annotation>"]
 
     def _comments(self) -> list[str]:
@@ -61,9 +69,7 @@ class Class:
                 declared += ' minOccurs="0"'
             if row["kind"].endswith("list"):
                 declared += ' maxOccurs="unbounded"'
-            documentation = self._documentation("element", row["name"])
-            lines += [f"      <xs:element {declared}>",
-                      *self._annotation("        ", documentation, f"{self._cls['name']}.{row['name']}"),
+            lines += [f"      <xs:element {declared}>", *self._member_annotation("        ", "element", row["name"]),
                       "      </xs:element>"]
         return [*lines, "    </xs:sequence>"]
 
@@ -84,8 +90,7 @@ class Class:
     def _attribute(self, name: str, declared_type: str, required: bool) -> list[str]:
         use = ' use="required"' if required else ""
         return [f'    <xs:attribute name="{name}" type="{declared_type}"{use}>',
-                *self._annotation("      ", self._documentation("attribute", name), f"{self._cls['name']}.{name}"),
-                "    </xs:attribute>"]
+                *self._member_annotation("      ", "attribute", name), "    </xs:attribute>"]
 
 
 def make(model: Model, read, complain) -> dict[str, str]:
@@ -96,7 +101,8 @@ def make(model: Model, read, complain) -> dict[str, str]:
     for cls in model.classes:
         declaration = rf'^  <xs:complexType name="{cls["name"]}Type">\n.*?^  </xs:complexType>\n'
         found = re.search(declaration, text, re.MULTILINE | re.DOTALL)
-        made = Class(model, cls, found[0] if found else "", complain).text()
+        made = Class(model, cls, found[0] if found else "", read(f"include/jobxml/{cls['name']}.h"),
+                     complain).text()
         if found:
             text = replaced(PATH, text, declaration, made)
         else:

@@ -10,7 +10,7 @@
 
 namespace JobXml {
 
-/// The alternatives, each built when it is first used: nearly always, only one of the ten is. An unused alternative
+/// The alternatives, each built when it is first used: nearly always, only one is. An unused alternative
 /// behaves like a default-constructed one. The first one is stored in the item's data, each other one in memory of its
 /// own. Alternatives never move, so references to them stay valid.
 class Alternatives

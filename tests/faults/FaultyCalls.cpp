@@ -18,7 +18,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-// The system is asked by syscall(), never by the next function of the name: that needs no start-up, and what a
+// The system is called by syscall(), never by the next function of the name: that needs no start-up, and what a
 // sanitizer puts around those functions stays out of the count.
 
 namespace {
@@ -28,7 +28,7 @@ using namespace FaultyCalls;
 constexpr int MostCalls = 4096;
 constexpr int MostFiles = 1024;
 
-/// What a descriptor stands for, if calls about it count.
+/// The file of a descriptor, if calls with it count.
 enum class Watched : char { No, Place, New };
 
 bool counting = false;
@@ -64,7 +64,7 @@ void record(Kind kind)
     }
 }
 
-/// A call with all that may happen to it; `call` asks the system.
+/// A call with everything that may happen to it; `call` passes it to the system.
 template <typename Call>
 auto counted(Kind kind, Call &&call) -> decltype(call())
 {
@@ -236,7 +236,7 @@ const char *FaultyCalls::end()
 
 #define TAKES_THE_PLACE extern "C" __attribute__((visibility("default")))
 
-/// Declares `mode`: the further argument of such a function, which is given with some flags only.
+/// Declares `mode`: the additional argument of such a function, which only some flags require.
 #define TAKE_MODE_BEHIND(flags)                                                                                        \
     va_list arguments;                                                                                                 \
     va_start(arguments, flags);                                                                                        \

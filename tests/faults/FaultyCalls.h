@@ -9,7 +9,7 @@ namespace FaultyCalls {
 
 /// What kind of call was made; a word of such letters says what a program did.
 enum Kind : char {
-    Find = 'f', ///< open() of a path to look at what is there
+    Find = 'f', ///< open() of a path to examine the file
     ReadLink = 'k',
     OpenOld = 'o', ///< open() of a file that is no link, for writing
     Status = 't',

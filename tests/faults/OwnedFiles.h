@@ -20,7 +20,7 @@ constexpr gid_t team = 65532;
 inline const QByteArray oldContent = "the old document";
 inline const QByteArray newContent = "the new document";
 
-/// Whom a file belongs to and what is said about it.
+/// The owner of a file and its access rights.
 struct Access
 {
     uid_t owner = 0;

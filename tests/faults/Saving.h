@@ -16,7 +16,7 @@
 
 #include <Documents.h>
 
-/// A way to put a document into a file, and the bytes that are to stand there then.
+/// A way to save a document in a file, and the expected bytes.
 struct Way
 {
     const char *name;

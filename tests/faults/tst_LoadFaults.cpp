@@ -9,7 +9,7 @@ using JobXml::TunerProperties;
 
 namespace {
 
-/// A file that counts what is read of it, and can become shorter behind the reader's back.
+/// A file that counts the bytes read from it, and can shrink while it is read.
 class WatchedFile : public QFile
 {
 public:

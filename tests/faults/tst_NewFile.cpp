@@ -9,7 +9,7 @@
 
 using REPORTGENERATOR::NewFile;
 
-/// A new file stands beside the one that it is to replace until it is whole. Here it has a name all that time, as on
+/// A new file is beside the one that it replaces until it is complete. Here it has a name all that time, as on
 /// file systems that know no files without one.
 class NewFileTest : public QObject
 {

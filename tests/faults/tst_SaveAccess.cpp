@@ -357,7 +357,7 @@ void SaveAccessTest::unreadableAttributesAreOmitted()
     QCOMPARE(access.attributes.count("user.comment"), std::size_t(0));
 }
 
-/// An old file that has everything to keep that this process can give it.
+/// An old file with all attributes that this process can set.
 void SaveAccessTest::prepareEverything()
 {
     QFETCH(bool, hasList);
@@ -418,7 +418,7 @@ void SaveAccessTest::failingCallNeverWidensAccess_data()
     }
 }
 
-/// Either nothing has changed and the reason is given, or the file is saved and open to nobody else than before.
+/// Either nothing has changed and the error is returned, or the file is saved and no other users have access.
 void SaveAccessTest::failingCallNeverWidensAccess()
 {
     QFETCH(bool, hasList);
@@ -572,7 +572,7 @@ void SaveAccessTest::unreadableAttributeIsAnError()
     }
 }
 
-/// Security modules give labels to new files and let few change them.
+/// Security modules label new files, and few processes may change labels.
 void SaveAccessTest::existingLabelIsNotSetAgain()
 {
     NEEDS_SUPERUSER();
@@ -591,7 +591,7 @@ void SaveAccessTest::existingLabelIsNotSetAgain()
     QCOMPARE(accessOf(path("a")).attributes["security.tst_SaveAccess"], QByteArray("label"));
 }
 
-/// As on file systems that give all files one mode.
+/// As on file systems where all files have the same mode.
 void SaveAccessTest::fileWithWiderAccessIsAnError()
 {
     writeOld("a");

@@ -22,7 +22,7 @@ struct Fault
     const char *reason; // null if saving succeeds all the same
 };
 
-/// What a call of that kind may be told, and what saving makes of it.
+/// The errors of a call of that kind, and the result of saving.
 QVector<Fault> faultsOf(char kind)
 {
     static const Fault full = {ENOSPC, "No space left on device"};
@@ -203,7 +203,7 @@ void SaveFaultsTest::fullDiskKeepsTheOldDocument_data()
     addPlaces();
 }
 
-/// Full behind every byte of a small document, and behind some of a large one. What still fits is written, and the
+/// Full after every byte of a small document, and after some of a large one. What still fits is written, and the
 /// reason comes only with the next attempt.
 void SaveFaultsTest::fullDiskKeepsTheOldDocument()
 {
@@ -261,7 +261,7 @@ void SaveFaultsTest::callThatFailsOnceNeverDamagesADocument_data()
     addPlaces();
 }
 
-/// Whether it is tried again is left open; but then it is saved, and otherwise the reason is given.
+/// The call may be repeated; then the document is saved, otherwise the error is reported.
 void SaveFaultsTest::callThatFailsOnceNeverDamagesADocument()
 {
     prepare();
@@ -332,7 +332,7 @@ void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument()
             leftNew = leftNew || found == m_new;
             QVERIFY2(isOld || found == m_new, qPrintable(QString::number(call)));
 
-            // What a killed process leaves behind can be told by its name, and is in nobody's way.
+            // A file that a killed process has left is recognizable by its name and does no harm.
             QStringList others = m_folder.names();
             others.removeAll(target);
             QVERIFY2(others.size() <= 1, qPrintable(others.join(QLatin1Char(' '))));
@@ -347,15 +347,15 @@ void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument()
     QVERIFY(leftOld && leftNew);
 }
 
-/// A name that is too long with the letters behind it loses whole characters: some systems refuse the half of one.
+/// A name that is too long with the letters after it loses whole characters: some systems reject half of one.
 void SaveFaultsTest::longTemporaryNameIsCutBetweenCharacters()
 {
     m_folder.clear();
     const QString longest(85,
-                          QChar(0x20AC)); // of 3 bytes each, so 255, of which 248 may stand before a dot and letters
+                          QChar(0x20AC)); // 3 bytes each, so 255, of which 248 fit before a dot and letters
     const int status = statusOfChild([&] {
         FaultyCalls::Plan plan;
-        plan.call = 5; // the write, behind two attempts to find it, one to find its folder, and the creation
+        plan.call = 5; // the write, after two attempts to find the file, one to find its folder, and the creation
         plan.action = Action::DieHalfway;
         plan.unnamedFiles = false;
         FaultyCalls::begin(plan);

@@ -24,11 +24,11 @@ public:
         m_process = fork();
         if (m_process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test itself be killed
-            for (bool told = false;; told = true) {
+            for (bool reported = false;; reported = true) {
                 const bool saved = way.save(one, path) && way.save(other, path);
                 if (!saved)
                     _exit(1);
-                if (!told && ::write(ends[1], "", 1) != 1)
+                if (!reported && ::write(ends[1], "", 1) != 1)
                     _exit(2);
             }
         }
@@ -106,7 +106,7 @@ void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument_data()
     QTest::newRow("SaveBinary, without unnamed files") << waysToSave[1] << 30 << false;
 }
 
-/// 200 times altogether, at times that the seed tells.
+/// 200 times altogether, at times that depend on the seed.
 void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
 {
     QFETCH(Way, way);
@@ -137,14 +137,14 @@ void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
                  qPrintable(read.GetErrorString()));
         QVERIFY(read == (found == one ? m_one : m_other));
     }
-    // What killed processes left behind can be told by its name, and is in nobody's way.
+    // Files that killed processes have left are recognizable by their names and do no harm.
     QStringList leftOver = folder.names();
     QVERIFY(leftOver.removeOne(QStringLiteral("document")));
     QVERIFY(leftOver.size() <= kills);
     for (const QString &name : qAsConst(leftOver))
         QVERIFY2(name.startsWith(QStringLiteral("document.")), qPrintable(name));
-    qInfo("%d kills, %d times the one document and %d times the other, %d temporary files left behind", kills,
-          onesFound, kills - onesFound, leftOver.size());
+    qInfo("%d kills, %d times the one document and %d times the other, %d temporary files left", kills, onesFound,
+          kills - onesFound, leftOver.size());
     QVERIFY(way.save(m_one, target));
     FaultyCalls::end();
     QVERIFY(folder.read(QStringLiteral("document")) == one);

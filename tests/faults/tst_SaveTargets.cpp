@@ -8,7 +8,7 @@
 
 using JobXml::TunerProperties;
 
-/// What stands where a document is to be saved, and how large files may become.
+/// What exists at the path of a saved document, and limits of file sizes.
 class SaveTargetsTest : public QObject
 {
     Q_OBJECT

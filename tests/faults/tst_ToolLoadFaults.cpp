@@ -96,7 +96,7 @@ void ToolLoadFaultsTest::marksWithoutContentAreErrors_data()
         QTest::newRow(what) << QString::fromLatin1(name) << content << why;
     };
     row("UTF-8", "a.xml", bytes("EFBBBF"), QStringLiteral(":1:1: Premature end of document."));
-    row("UTF-8, without a name that tells", "a", bytes("EFBBBF"), QStringLiteral(": ") + noForm);
+    row("UTF-8, with an inconclusive name", "a", bytes("EFBBBF"), QStringLiteral(": ") + noForm);
     row("UTF-16, big-endian", "a", bytes("FEFF"), QStringLiteral(":1:1: Premature end of document."));
     row("UTF-16, little-endian", "a", bytes("FFFE"), QStringLiteral(":1:1: Premature end of document."));
     const QString noHead = QStringLiteral(": the leading word and the length take 8 bytes, but only 4 are there");
@@ -188,7 +188,7 @@ void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError_data()
         QStringLiteral(": the leading word and the length take 8 bytes, but only 0 are there"));
     row("nothing, called a snapshot", "pipe.tps", {},
         QStringLiteral(": the snapshot is truncated, or the file is not a snapshot"));
-    // The declaration and the line behind it are 39 bytes.
+    // The declaration and the line end are 39 bytes.
     row("XML", "pipe", QByteArray(smallXml).left(39 + 20), QStringLiteral(":2:20: Premature end of document."));
     row("tagged", "pipe", bytes(smallTaggedHex).chopped(1),
         QStringLiteral(": the record's length is 179, but 178 bytes follow"));

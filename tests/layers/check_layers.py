@@ -5,7 +5,7 @@ import os
 import re
 import sys
 
-from layers import EXCEPTIONS, HEAVY, LAYERS, TOOL
+from layers import HEAVY, LAYERS, TOOL
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 SUFFIXES = (".h", ".cpp")
@@ -45,16 +45,12 @@ def problem(top, layer, file, name):
         if name.startswith(start) and file not in users:
             return f"only {', '.join(users)} may include it, since it takes seconds to compile"
     target = included(top, file, name)
-    allowed = [layer.folder] + layer.headers
-    if target is None or is_within(target, allowed + ([] if file.endswith(".h") else layer.sources)):
+    if target is None or is_within(target, [layer.folder] + layer.others):
         return None
-    if is_within(target, layer.sources):
-        return f"only sources of {layer.folder} may include private headers of {os.path.dirname(target)}"
-    return f"{layer.folder} may include {', '.join(layer.headers + layer.sources) or 'no other folder'}"
+    return f"{layer.folder} may include {', '.join(layer.others) or 'no other folder'}"
 
 
-def wrong_includes(top, layers, exceptions=frozenset()):
-    needed = set()
+def wrong_includes(top, layers):
     for layer in layers:
         for file in files_of(top, layer.folder):
             with open(os.path.join(top, file), encoding="utf-8") as source:
@@ -62,19 +58,15 @@ def wrong_includes(top, layers, exceptions=frozenset()):
                     match = INCLUDE.match(line)
                     name = match and (match[1] or match[2])
                     why = match and problem(top, layer, file, name)
-                    if why and (file, name) in exceptions:
-                        needed.add((file, name))
-                    elif why:
+                    if why:
                         yield f"{file}:{number}: includes {name}: {why}"
-    for file, name in sorted(exceptions - needed):
-        yield f"{file}: needs no exception for {name} any more"
 
 
 def wrong_table(layers):
     """What keeps the table from being an order."""
     lower = set()
     for layer in layers:
-        for place in layer.headers + layer.sources:
+        for place in layer.others:
             if place not in lower and os.path.dirname(place) not in lower:
                 yield f"the table of layers lets {layer.folder} include {place}, which is not below it"
         lower.add(layer.folder)
@@ -89,7 +81,7 @@ def wrong_manual(top, layers):
         folder = layer.folder[len(TOOL) + 1:] if layer.folder.startswith(TOOL + "/") else None
         if folder is None:
             continue
-        expected = {place[len(TOOL) + 1:] for place in layer.headers if place.startswith(TOOL + "/")}
+        expected = {place[len(TOOL) + 1:] for place in layer.others if place.startswith(TOOL + "/")}
         if listed.get(folder) != expected:
             yield f"docs/ARCHITECTURE.md: the row of `{folder}` must say that it may use {sorted(expected)}"
 
@@ -100,7 +92,7 @@ def main(top):
     wrong += [f"the table of layers has {folder}, which holds no C++ file" for folder in sorted(known)
               if not files_of(top, folder)]
     wrong += wrong_table(LAYERS)
-    wrong += wrong_includes(top, LAYERS, EXCEPTIONS)
+    wrong += wrong_includes(top, LAYERS)
     wrong += wrong_manual(top, LAYERS)
     print("\n".join(wrong) or f"The includes of {len(known)} folders follow the layers.")
     return 1 if wrong else 0

@@ -16,7 +16,8 @@ PROJECT = Path(__file__).resolve().parents[2]
 PROGRAM = sys.argv.pop(1)
 MADE = ("share/model.json", "share/tuner-properties.xsd", "docs/formats.md", "fuzz/Tags.inc",
         "fuzz/dictionaries/records.dict", "fuzz/dictionaries/xml.dict", "fuzz/dictionaries/json.dict",
-        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h", "tests/Members.inc")
+        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h", "tests/Members.inc", "docs/pages/index.md",
+        "translations/TunerProperties_en.ts", *(str(path.relative_to(PROJECT)) for path in PROJECT.glob("include/jobxml/*.h")))
 
 
 class Check(unittest.TestCase):
@@ -66,6 +67,7 @@ class Check(unittest.TestCase):
             ("fuzz/dictionaries/paths.dict", '"MaxBandwidth"', ""),
             ("include/jobxml/QtTest.h", text, ""),
             ("tests/Members.inc", accessors, ""),
+            ("docs/pages/index.md", "| JobXml::StringItem | One text of a list. |", ""),
         ):
             with self.subTest(f"{path}: {old}"):
                 before = (self.top / path).read_text(encoding="utf-8")
@@ -83,15 +85,22 @@ class Check(unittest.TestCase):
         self.assertIn("fuzz/Tags.inc:1: does not match the model", self.run_model("--check").stderr)
         self.assertEqual(self.run_model().stdout, "written: fuzz/Tags.inc\n")
 
-    def test_a_declaration_without_documentation_is_named(self) -> None:
+    def test_what_the_schema_does_not_tell_is_taken_from_the_header(self) -> None:
+        told = "          <xs:documentation>The name of the bandwidth.</xs:documentation>"
+        self.change("share/tuner-properties.xsd", told, "          <xs:documentation></xs:documentation>")
+        self.assertIn(f"  should be {told}\n", self.run_model("--check").stderr)
+
+    def test_a_member_that_nobody_documents_is_named(self) -> None:
         self.change("share/tuner-properties.xsd",
                     "          <xs:documentation>The name of the bandwidth.</xs:documentation>",
                     "          <xs:documentation></xs:documentation>")
+        self.change("include/jobxml/BandwidthSelection.h",
+                    "    /// The name of the bandwidth; mandatory, null until set. A child element in XML.", "")
         for options in ((), ("--check",)):
             check = self.run_model(*options)
             self.assertEqual(check.returncode, 1)
             self.assertEqual(check.stderr, "share/tuner-properties.xsd: BandwidthSelection.Name has no documentation; "
-                                           "add it to the declaration\n")
+                                           "write it in the header of the class\n")
 
     def test_a_lost_place_is_named(self) -> None:
         self.change("fuzz/dictionaries/json.dict", "# Names of members, made by scripts/model.sh", "# Names of members")

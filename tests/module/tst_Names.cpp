@@ -47,7 +47,7 @@ private Q_SLOTS:
     {
         QCOMPARE(TunerProperties::Gettypes(), types);
         QCOMPARE(StartupModes::GetStartupModes(), modes);
-        QCOMPARE(ValueItem::GetChoiceValueItems(), kinds);
+        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come behind these
     }
 
     void withoutACatalogueNamesAreShownAsTheyAre()
@@ -55,7 +55,7 @@ private Q_SLOTS:
         speak(QLocale(QLocale::Finnish));
         QCOMPARE(TunerProperties::GetGUItypes(), types);
         QCOMPARE(StartupModes::GetGUIStartupModes(), modes);
-        QCOMPARE(ValueItem::GetGUIChoiceValueItems(), kinds);
+        QCOMPARE(ValueItem::GetGUIChoiceValueItems(), ValueItem::GetChoiceValueItems());
     }
 
     void namesAreShownInTheLanguageThatIsInstalled()
@@ -67,10 +67,10 @@ private Q_SLOTS:
         QCOMPARE(TunerProperties::GetGUItypes().at(4), QStringLiteral("Peiler"));
         QCOMPARE(StartupModes::GetGUIStartupModes().size(), 11);
         QVERIFY(StartupModes::GetGUIStartupModes() != modes);
-        QCOMPARE(ValueItem::GetGUIChoiceValueItems().size(), 10);
+        QCOMPARE(ValueItem::GetGUIChoiceValueItems().size(), ValueItem::GetChoiceValueItems().size());
         const QStringList germanKinds = ValueItem::GetGUIChoiceValueItems();
-        for (int i = 0; i < kinds.size(); ++i)
-            QVERIFY(germanKinds.at(i) != kinds.at(i));
+        for (int i = 0; i < germanKinds.size(); ++i)
+            QVERIFY2(germanKinds.at(i) != ValueItem::GetChoiceValueItems().at(i), qPrintable(germanKinds.at(i)));
 
         speak(QLocale(QLocale::English));
         QCOMPARE(TunerProperties::GetGUItypes().at(4), QStringLiteral("Direction finder"));
@@ -86,7 +86,7 @@ private Q_SLOTS:
         QCOMPARE(visitedTypes, types);
         QCOMPARE(TunerProperties::Gettypes(), types);
         QCOMPARE(StartupModes::GetStartupModes(), modes);
-        QCOMPARE(ValueItem::GetChoiceValueItems(), kinds);
+        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come behind these
     }
 
     void unregisteringRemovesTheDisplayNames()

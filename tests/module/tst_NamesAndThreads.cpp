@@ -56,7 +56,7 @@ private Q_SLOTS:
 void NamesAndThreadsTest::namesAreLookedUpByAllThreads()
 {
     const QStringList names = plainNames();
-    QCOMPARE(names.size(), 26);
+    QVERIFY(names.size() >= 26);
     QCOMPARE(names.at(3), QStringLiteral("Receiver"));
     QCOMPARE(names.at(11), QStringLiteral("DF"));
     QCOMPARE(names.at(25), QStringLiteral("ValueStringList"));
@@ -68,7 +68,7 @@ void NamesAndThreadsTest::namesAreLookedUpByAllThreads()
         for (int round = 0; round < rounds; ++round) {
             QStringList own = plainNames();
             bool same = own == names && shownNames() == names;
-            own[round % 26] += QLatin1Char('!'); // changes only the caller's list
+            own[round % names.size()] += QLatin1Char('!'); // changes only the caller's list
             for (int value = 0; value < 5; ++value)
                 same = same && int(document.NameTotype(document.typeToName(TunerProperties::type(value)))) == value;
             for (int value = 0; value < 11; ++value)

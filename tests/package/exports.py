@@ -1,4 +1,4 @@
-"""Compares the names that a library exports with those recorded: exports.py LIBRARY RECORDED [--record]
+"""Compares the names that a library exports with those recorded: exports.py LIBRARY RECORDED [--record | --record-model MODEL]
 
 The record contains all names of our own. A library also exports instantiations of templates and inline
 functions of Qt and the standard library, which differ from compiler to compiler. They are ignored as long as they are
@@ -7,6 +7,7 @@ weak, so that they do not conflict with those of others.
 
 import argparse
 import difflib
+import json
 import pathlib
 import re
 import subprocess
@@ -44,12 +45,30 @@ def exported_symbols(nm, library):
         yield kind, name, demangled.split(" ", 2)[2]
 
 
+def from_the_model(model, recorded):
+    """A function that says whether a name follows from the model: an accessor of a member, or anything of a new class."""
+    classes = json.loads(model.read_text(encoding="utf-8"))["classes"]
+    accessor = r"(?:Get|GetDefault|GetInvalid|Set|Append|Is|IsValid|Reset)"
+    patterns = []
+    for cls in classes:
+        name = cls["name"]
+        if any(f"JobXml::{name}::{name}(" in line for line in recorded):
+            members = "|".join(row["name"] for row in cls["members"])
+            patterns.append(rf"JobXml::{name}::{accessor}(?:{members})(?:Set)?\(")
+        else:
+            patterns.append(rf".*\bJobXml::{name}\b")
+    pattern = re.compile("|".join(patterns))
+    return lambda name: pattern.match(name) is not None
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("library", type=pathlib.Path)
     parser.add_argument("recorded", type=pathlib.Path)
     parser.add_argument("--nm", default="nm")
     parser.add_argument("--record", action="store_true", help="write down the names as they are now")
+    parser.add_argument("--record-model", type=pathlib.Path, metavar="MODEL",
+                        help="write down those that follow from model.json: accessors of members, and new classes")
     arguments = parser.parse_args()
 
     ours, unintended = set(), set()
@@ -67,6 +86,12 @@ def main():
         arguments.recorded.write_text("".join(f"{name}\n" for name in sorted(ours)), encoding="utf-8")
         return
     recorded = arguments.recorded.read_text(encoding="utf-8").splitlines()
+    if arguments.record_model:
+        follows = from_the_model(arguments.record_model, recorded)
+        kept = {name for name in recorded if name in ours or not follows(name)}
+        new = {name for name in ours if follows(name)}
+        arguments.recorded.write_text("".join(f"{name}\n" for name in sorted(kept | new)), encoding="utf-8")
+        return
     difference = list(difflib.unified_diff(recorded, sorted(ours), "recorded", "exported", n=0, lineterm=""))
     if difference:
         sys.exit("\n".join([f"{arguments.library.name} exports other names than recorded. If that is meant, build the "

@@ -12,8 +12,8 @@
 #include "Encodings.h"
 #include "interop/Generator.h"
 
-/// Documents in every state that there is, and changes to them that no setter would make: flags without values, values
-/// without flags, several alternatives at once. The same seed makes the same.
+/// Documents in every possible state, and changes that no setter makes: flags without values, values without flags,
+/// several alternatives at once. The same seed produces the same changes.
 class RandomChanges
 {
 public:
@@ -176,7 +176,7 @@ private:
     std::mt19937 m_numbers;
 };
 
-/// A document made by the generator, by the setters' rules or careless of them, with so many changes.
+/// A document of the generator, which follows the rules of the setters or ignores them, with that many changes.
 inline JobXml::TunerProperties randomDocument(int seed, int changes = 0)
 {
     JobXml::TunerProperties document;

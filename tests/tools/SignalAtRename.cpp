@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Preloaded into the tool: a signal comes while a file is about to get its place, and has time to do harm.
+// Preloaded into the tool: sends a signal just before a file gets its name, and waits so that the signal could
+// interrupt that.
 
 #include <csignal>
 #include <cstdio>

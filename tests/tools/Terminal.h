@@ -12,7 +12,7 @@
 #include <QFile>
 #include <QStringList>
 
-/// A command of the shell, run on a terminal of its own.
+/// A shell command that runs on a terminal of its own.
 class Terminal
 {
 public:
@@ -36,7 +36,7 @@ public:
     Terminal &operator=(const Terminal &) = delete;
     ~Terminal()
     {
-        close(m_terminal); // whoever is still there is told that it is gone
+        close(m_terminal); // processes that still use it get an error
         waitpid(m_process, nullptr, 0);
     }
 
@@ -50,12 +50,12 @@ public:
         }
     }
 
-    /// Reads until that has been written, or all, or half a minute has passed.
+    /// Reads until the text has been written, the output has ended, or half a minute has passed.
     bool await(const QByteArray &bytes)
     {
         return awaitThat([&] { return m_written.contains(bytes); });
     }
-    /// Likewise, until that is on the screen, see below.
+    /// Reads until the text is on the screen, see below.
     bool awaitScreen(const QString &expected)
     {
         return awaitThat([&] { return screen() == expected; });
@@ -64,7 +64,7 @@ public:
 
     const QByteArray &written() const { return m_written; }
 
-    /// What stands on the screen by now.
+    /// The text that is on the screen.
     QString screen() const
     {
         QStringList lines = {QString()};

@@ -11,16 +11,16 @@
 
 #include "WrittenXml.h"
 
-/// What one run of the tool gave back.
+/// The result of one run of the tool.
 struct Run
 {
     int status = -1;
     QString out;
     QString err;
-    QByteArray bytes; // what stands in `out`, undecoded
+    QByteArray bytes; // the bytes of `out`, undecoded
 };
 
-/// A folder of its own in which the tool runs, so that files and messages have short names.
+/// A temporary folder in which the tool runs, so that files and messages have short names.
 class Workshop
 {
 public:
@@ -36,7 +36,7 @@ public:
         return run;
     }
 
-    /// With standard output going to a file.
+    /// Runs the tool with standard output redirected to a file.
     Run runInto(const QString &outputFile, const QStringList &arguments)
     {
         QProcess process;
@@ -46,7 +46,7 @@ public:
         return finish(process);
     }
 
-    /// Killed after so many milliseconds, unless it has ended by then.
+    /// Kills the tool after that many milliseconds, unless it has ended.
     void runAndKill(const QStringList &arguments, int milliseconds)
     {
         QProcess process;
@@ -59,7 +59,7 @@ public:
         process.waitForFinished(-1);
     }
 
-    /// By the shell; "$tool" is the program.
+    /// Runs a shell command; "$tool" is the program.
     Run shell(const QString &line)
     {
         QProcess process;
@@ -116,7 +116,8 @@ private:
         return run;
     }
 
-    // What the tool has written as XML while validating is held against the schema, as what the tests write themselves.
+    // XML that the tool has written while validating is checked against the schema, like the XML of the tests
+    // themselves.
     void keepXml(const QStringList &arguments, const Run &run) const
     {
         const QString noValidate = QStringLiteral("--no-validate");
@@ -141,13 +142,13 @@ private:
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };
 
-/// Arguments as one would type them; none has a blank in it.
+/// Arguments as they are typed; none contains a blank.
 inline QStringList line(const char *arguments)
 {
     return QString::fromUtf8(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-/// Adds two columns of texts; what it returns adds a row of them that is named after the first.
+/// Adds two columns of texts. The returned function adds a row, named after the first text.
 inline auto columnsOfTexts(const char *first, const char *second)
 {
     QTest::addColumn<QString>(first);

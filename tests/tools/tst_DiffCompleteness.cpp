@@ -9,7 +9,7 @@
 
 using JobXml::TunerProperties;
 
-/// That a comparison tells something whenever there is something to tell.
+/// A comparison reports every difference.
 class DiffCompletenessTest : public QObject
 {
     Q_OBJECT
@@ -41,7 +41,7 @@ QByteArray jsonOf(const TunerProperties &document)
     }
 }
 
-/// Calls the action for an object and everything below it, with the way there; all of it is set.
+/// Calls the action for an object and everything below it, with its path; everything is set.
 void forEachObject(const JobXml::DataObject &object, const QVector<JobXml::Step> &way,
                    const std::function<void(const JobXml::DataObject &, const QVector<JobXml::Step> &)> &action)
 {
@@ -91,11 +91,11 @@ void DiffCompletenessTest::documentsWithEqualJsonHaveNoDifferences()
     QVERIFY(different > 300);
 }
 
-// Nothing else changes here, so that nothing else can tell.
+// Nothing else changes, so this must be the only difference.
 void DiffCompletenessTest::everyFlagAndEveryChoiceIsADifference()
 {
-    int told = 0;
-    for (int seed = 0; seed < 300 && told < 500; seed += 3) {
+    int reported = 0;
+    for (int seed = 0; seed < 300 && reported < 500; seed += 3) {
         const TunerProperties first = randomDocument(seed); // by the setters' rules
         const QByteArray firstJson = jsonOf(first);
         if (firstJson.isEmpty())
@@ -112,11 +112,11 @@ void DiffCompletenessTest::everyFlagAndEveryChoiceIsADifference()
                 });
                 const QVector<Difference> differences = findDifferences(first, second);
                 QVERIFY2(differences.isEmpty() == (jsonOf(second) == firstJson), view.GetName().data());
-                told += differences.isEmpty() ? 0 : 1;
+                reported += differences.isEmpty() ? 0 : 1;
             });
         });
     }
-    QVERIFY(told >= 500);
+    QVERIFY(reported >= 500);
 }
 
 void DiffCompletenessTest::differentDocumentsDiffer()
@@ -163,7 +163,7 @@ void DiffCompletenessTest::manyItemsTakeLittleTime_data()
     QTest::newRow("nodes without an id") << false;
 }
 
-// Comparing each with each would be 100 million comparisons here, and end with the time that a test may take.
+// Comparing all pairs would be 100 million comparisons, and exceed the timeout of the test.
 void DiffCompletenessTest::manyItemsTakeLittleTime()
 {
     QFETCH(bool, haveIdentity);

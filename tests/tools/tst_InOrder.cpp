@@ -7,7 +7,7 @@
 
 #include <batch/InOrder.h>
 
-/// Several threads, and one who uses their results in order.
+/// Several threads, whose results are used in order.
 class InOrderTest : public QObject
 {
     Q_OBJECT
@@ -80,7 +80,7 @@ void InOrderTest::threadsDoNotRunFarAhead()
         },
         [] {});
     QCOMPARE(used, 1000);
-    // 32 ahead of the one that is used next.
+    // 32 ahead of the result that is used next.
     QVERIFY2(farthest <= 32, qPrintable(QString::number(farthest)));
 }
 
@@ -103,7 +103,7 @@ void InOrderTest::largeResultsStopThreadsFromRunningAhead()
         },
         [] {}, [](const int &) { return std::int64_t(16) << 20; });
     QCOMPARE(used, 50);
-    // One that waits is as much as may wait; the two threads may each have begun one before it was there.
+    // The first waiting result reaches the limit; each of the two threads may have started another task before.
     QVERIFY2(farthest <= 3, qPrintable(QString::number(farthest)));
 }
 

@@ -16,7 +16,7 @@
 
 using JobXml::TunerProperties;
 
-/// All readers of one document see the same bytes, all of them, or it is refused.
+/// All readers of one document see the same, complete bytes, or reading fails.
 class InputTest : public QObject
 {
     Q_OBJECT
@@ -150,7 +150,7 @@ void InputTest::validationNeverSeesAnotherDocument_data()
         "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\"/>");
 }
 
-// The boolean is refused by the reader alone; once it is read nothing shows that it was empty.
+// Only the reader rejects the boolean; the document does not show that it was empty.
 void InputTest::validationNeverSeesAnotherDocument()
 {
     QFETCH(QByteArray, later);
@@ -164,7 +164,7 @@ void InputTest::validationNeverSeesAnotherDocument()
              QString::fromUtf8(name()) + QStringLiteral(": changed while it was being read"));
 }
 
-// As it is saved by programs that write a new file and rename it.
+// As programs save that write a new file and rename it.
 void InputTest::aReplacedFileIsReadAsItWasOpened()
 {
     write("old");

@@ -9,7 +9,7 @@
 
 using JobXml::TunerProperties;
 
-/// That JSON holds all that a document holds, whatever state it is in.
+/// JSON stores everything in a document, whatever its state is.
 class JsonFormTest : public QObject
 {
     Q_OBJECT
@@ -57,7 +57,7 @@ bool hasTextsForJson(const JobXml::DataObject &object)
     return result;
 }
 
-/// Of a document by the setters' rules whose texts JSON can carry.
+/// The JSON of a document that follows the rules of the setters, and whose texts JSON can represent.
 QByteArray someJson(int seed)
 {
     const TunerProperties document = randomDocument(3 * seed);
@@ -74,7 +74,7 @@ QString failure(const QByteArray &json)
     return QString();
 }
 
-/// Whether the document came back. Counts those that JSON can carry.
+/// Whether the document reads back unchanged. Counts the documents that JSON can represent.
 bool comesBack(const TunerProperties &document, int &carried, bool withSnapshot = true)
 {
     try {
@@ -119,7 +119,7 @@ void JsonFormTest::documentsOfDamagedSnapshotsReadBackUnchanged()
         TunerProperties document;
         document.SetValidate(false);
         readSnapshot(document, snapshot);
-        // A NaN is one NaN in JSON, whatever its bits are.
+        // In JSON there is only one NaN.
         const bool isExact = hasTextsForJson(document) && !JsonForm::compose(document).contains("\"NaN\"");
         QVERIFY2(comesBack(document, carried, isExact), qPrintable(QString::number(seed)));
     }

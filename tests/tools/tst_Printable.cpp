@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-/// What may reach a terminal, and how the rest is shown.
+/// Characters that may reach a terminal, and escapes of the others.
 class PrintableTest : public QObject
 {
     Q_OBJECT

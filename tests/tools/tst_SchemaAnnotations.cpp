@@ -6,7 +6,7 @@
 
 #include "documents/Schema.h"
 
-/// That the schema tells people what everything in the model is, since new documents are explained by it.
+/// The schema documents everything in the model, since comments of new documents are generated from it.
 class SchemaAnnotationsTest : public QObject
 {
     Q_OBJECT
@@ -24,8 +24,8 @@ const Schema::Annotations &annotations()
     return all;
 }
 
-/// What nothing is told about, in an object and all that it can hold.
-QStringList untold(JobXml::DataObject &object, int &told)
+/// Members without documentation, in an object and everything that it can contain.
+QStringList undocumented(JobXml::DataObject &object, int &documented)
 {
     object.SetValidate(false);
     QStringList result;
@@ -38,11 +38,11 @@ QStringList untold(JobXml::DataObject &object, int &told)
             return; // is made by which element there is
         if (!annotations().ofMember(className, member.GetName()).text.endsWith(QLatin1Char('.')))
             result.append(className + QLatin1Char('/') + member.GetName());
-        ++told;
+        ++documented;
         if (member.GetKind() == Kind::ObjectList)
-            result += untold(member.AppendChild(), told);
+            result += undocumented(member.AppendChild(), documented);
         else if (member.GetKind() == Kind::Object || member.GetKind() == Kind::Alternative)
-            result += untold(member.EditChild(), told);
+            result += undocumented(member.EditChild(), documented);
     });
     return result;
 }
@@ -52,9 +52,9 @@ QStringList untold(JobXml::DataObject &object, int &told)
 void SchemaAnnotationsTest::everyClassAndMemberHasDocumentation()
 {
     JobXml::TunerProperties document;
-    int told = 0;
-    QCOMPARE(untold(document, told), QStringList());
-    QVERIFY(told >= 68);
+    int documented = 0;
+    QCOMPARE(undocumented(document, documented), QStringList());
+    QVERIFY(documented >= 68);
     QVERIFY(annotations().ofMember(QStringLiteral("Component"), QStringLiteral("type")).isAttribute);
     QVERIFY(annotations().ofMember(QStringLiteral("ValueInt"), QStringLiteral("id")).isAttribute);
     QVERIFY(!annotations().ofMember(QStringLiteral("BandwidthSelection"), QStringLiteral("Name")).isAttribute);

@@ -3,7 +3,7 @@
 
 #include <sys/stat.h>
 
-/// Many files at once: what is told about them, and what is written.
+/// Many files at once: reports and outputs.
 class ToolBatchTest : public QObject
 {
     Q_OBJECT
@@ -47,7 +47,7 @@ QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
-/// For the shell: waits until a file is there, but not for ever.
+/// For the shell: waits for a file, with a timeout.
 const QString await =
     text("await() { i=0; while ! test -f \"$1\" && test $i -lt 1000; do i=$((i + 1)); sleep 0.01; done; }\n");
 
@@ -97,7 +97,7 @@ void ToolBatchTest::resultsAreWrittenInTheOrderOfTheFiles()
     QCOMPARE(run.status, 3);
 }
 
-// The shell's own commands part what is told before the pipe is filled from what is told behind it.
+// The shell's own commands separate the output before the pipe is filled from the output after it.
 void ToolBatchTest::resultIsWrittenAsSoonAsThePreviousOnesAre()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
@@ -112,7 +112,7 @@ void ToolBatchTest::resultIsWrittenAsSoonAsThePreviousOnesAre()
                   "then: tunerproperties: 3 files: 1 valid, 2 with problems\n"));
 }
 
-// The pipe is filled when the output of the file behind it is there: it comes though nothing is told of it yet.
+// The pipe is filled once the output of the file after it exists: it is written before it is reported.
 void ToolBatchTest::slowFileDoesNotDelayTheOthers()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
@@ -128,7 +128,7 @@ void ToolBatchTest::slowFileDoesNotDelayTheOthers()
 void ToolBatchTest::singleJobProcessesOneFileAtATime()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
-    // Opening the pipe waits until the program reads from it; the file behind it must not have been touched by then.
+    // Opening the pipe waits until the program reads from it; the next file must not have been read by then.
     const Run run =
         m_shop->shell(text("{ test -e out/good.tpb && echo early; cat good.xml; } > pipe &\n"
                            "\"$tool\" convert --special-files --jobs 1 --to tagged --out-dir out pipe good.xml; wait"));
@@ -346,7 +346,7 @@ void ToolBatchTest::badInputKeepsTheExistingOutput()
     QVERIFY(m_shop->read(text("bad.tpb")).startsWith(QByteArray::fromHex("C10CBB5F")));
 }
 
-// The first file keeps the others from being told; those that are ready meanwhile are a bounded number.
+// The first file delays the reports of the others; the number of finished files is limited meanwhile.
 void ToolBatchTest::memoryDoesNotGrowWithTheNumberOfFiles()
 {
     QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
@@ -355,7 +355,7 @@ void ToolBatchTest::memoryDoesNotGrowWithTheNumberOfFiles()
         files.append(text("%1.xml").arg(i, 3, 10, QLatin1Char('0')));
         m_shop->write(files.last(), smallXml);
     }
-    // With two jobs a thread may be 32 files ahead: of the pipe and 31 more, all others wait.
+    // With two jobs, a thread may be 32 files ahead: of the pipe and 31 more; all others wait.
     const Run run =
         m_shop->shell(await
                       + text("\"$tool\" convert --special-files --quiet --jobs 2 --to tagged --out-dir out pipe %1 &\n"

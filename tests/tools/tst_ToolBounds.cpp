@@ -14,7 +14,7 @@
 
 namespace {
 
-// --- Documents that are small and cause much ---
+// --- Small documents with large effects ---
 
 QByteArray word(int number)
 {
@@ -39,7 +39,7 @@ QByteArray listOf(const char *tag, const QByteArray &item)
     return record(tag, word(1) + word(item.size()) + item);
 }
 
-/// A list of items without anything in them: four bytes each.
+/// A list of empty items: four bytes each.
 QByteArray emptyItems(const char *tag, int count)
 {
     return record(tag, word(count) + QByteArray(4 * count, '\0'));
@@ -71,13 +71,13 @@ QByteArray node(const QByteArray &members)
     return component(listOf(nodeTag, textRecord("2B262DC9", "n") + members));
 }
 
-/// Values whose choice is a value without anything in it: twelve bytes each.
+/// Values whose choice is an empty value: twelve bytes each.
 QByteArray emptyValues(const char *tag, int count)
 {
     return node(record(valueItemTag, word(count) + (word(8) + record(tag, {})).repeated(count)));
 }
 
-/// The same as JSON. A list of items without anything in them takes three bytes each.
+/// The same as JSON. A list of empty items takes three bytes each.
 QByteArray jsonItems(const char *name, int count, const QByteArray &item = "{}")
 {
     const QByteArray items = (item + ',').repeated(count);
@@ -110,7 +110,7 @@ QByteArray jsonValue(const QByteArray &name, const QByteArray &members)
     return jsonNode(jsonItems("ValueItem", 1, jsonChoice(name, members)));
 }
 
-/// A representation in the compressed form. qCompress() puts the size in front, as that form does.
+/// A representation in the compressed form. qCompress() prepends the size, as that form does.
 QByteArray compressed(const QByteArray &representation)
 {
     const QByteArray payload = qCompress(representation, 9);
@@ -132,7 +132,7 @@ QByteArray longName(const QByteArray &nodeElement)
 
 // --- Running the tool ---
 
-/// What a run took and left.
+/// The cost and result of a run.
 struct Cost
 {
     int status = -1;
@@ -190,8 +190,8 @@ constexpr qint64 MiB = 1 << 20;
 
 } // namespace
 
-/// What each command may write and take, for inputs that are made to make it write and take much. RELIABILITY.md states
-/// the same bounds.
+/// Limits of output and memory for each command, for inputs that are made to need much. RELIABILITY.md states the same
+/// bounds.
 class ToolBoundsTest : public QObject
 {
     Q_OBJECT
@@ -252,7 +252,7 @@ void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
              QByteArray("in.xml: 20001 problems; only the first 100 are listed; use --max-problems to list more"));
     checkMemory(cost, 64 * MiB);
 
-    // The whole name is where the place leads to.
+    // The position in the path leads to the complete name.
     const Cost name = costOf(*m_shop, line("get in.xml Component[1]/name"));
     QCOMPARE(name.outSize, qint64(100001));
 }
@@ -300,7 +300,7 @@ void ToolBoundsTest::hundredProblemsAreListedAndAllAreCounted()
     QVERIFY2(
         cost.out.endsWith("in.tpb: 40001 problems; only the first 100 are listed; use --max-problems to list more\n"),
         cost.out.constData());
-    // Exactly as many as are listed need no last line.
+    // There is no last line if all problems are listed.
     m_shop->write(QStringLiteral("few.tpb"), document(component(emptyItems(nodeTag, 2))));
     QCOMPARE(costOf(*m_shop, line("validate --max-problems 5 few.tpb")).out.count('\n'), 5);
     QCOMPARE(costOf(*m_shop, line("validate few.tpb")).out.count('\n'), 5);
@@ -366,7 +366,7 @@ void ToolBoundsTest::compressedDataBeyondTheLimitIsAnError()
              "tunerproperties: in.tpz: expands from " + QByteArray::number(in.size())
                  + " to 4000066 bytes, more than 50 times its size; use --max-expansion to allow it\n");
     QCOMPARE(m_shop->read(QStringLiteral("in.tpz")), in);
-    checkMemory(cost, 64 * MiB); // what is resident in this program counts for the one that it starts
+    checkMemory(cost, 64 * MiB); // the memory of this program counts for the one that it starts
 }
 
 void ToolBoundsTest::expansionOfFiftyTimesIsAccepted()
@@ -425,7 +425,7 @@ void ToolBoundsTest::everyExampleExpandsWithinTheLimit()
 {
     for (const QString &name : exampleNames()) {
         QCOMPARE(costOf(*m_shop, {QStringLiteral("convert"), examplePath(name), QStringLiteral("out.tpz")}).status, 0);
-        // Even within a tenth of it.
+        // Even a limit of 10 is enough.
         QCOMPARE(costOf(*m_shop, line("validate --max-expansion 10 out.tpz")).status, 0);
     }
 }
@@ -467,7 +467,7 @@ void ToolBoundsTest::resultsOfManyFilesTakeLittleMemory()
     checkMemory(cost, 20 * MiB);
 }
 
-// It was: 100,000 characters for each of the elements, which took minutes.
+// This used to process 100,000 characters for each element, which took minutes.
 void ToolBoundsTest::aLongVersionIsNotReadAgainForEachElement()
 {
     m_shop->write(QStringLiteral("in.xml"), xml(QByteArray("<a/>").repeated(5000), QByteArray(100000, '1')));
@@ -483,7 +483,7 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
     QTest::addColumn<QString>("command");
     QTest::addColumn<int>("outPerByte");
     QTest::addColumn<int>("memoryPerByte");
-    // Many, so that what is allowed beside the bounds does not hide them.
+    // Many, so that the constant part of the bounds does not hide them.
     constexpr int count = 17000;
     constexpr int jsonCount = 3000;
     constexpr int choiceCount = jsonCount / 20; // these are twenty times as long
@@ -512,7 +512,7 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
         {"JSON options", jsonValue("ValueSelection", jsonItems("SelectionItem", jsonCount))},
         {"JSON texts", jsonValue("ValueStringList", jsonItems("StringItem", jsonCount))},
     };
-    // As RELIABILITY.md has them.
+    // The bounds in RELIABILITY.md.
     const struct
     {
         const char *command;
@@ -547,7 +547,7 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput()
     constexpr qint64 usualOutput = 1 << 16; // styles and script of a page, a hundred problems
     m_shop->write(file, in);
     m_shop->write(QStringLiteral("small.xml"), smallXml);
-    // The page brings its resources, and set reads the document a second time.
+    // The page includes its resources, and set reads the document twice.
     static const qint64 usualMemory = costOf(*m_shop, line("show --format html small.xml")).memory + 3 * MiB;
     const Cost cost = costOf(*m_shop, command.split(QLatin1Char(' ')));
     QVERIFY2(cost.status == 0 || (cost.status == 1 && command.startsWith(QLatin1String("validate"))),

@@ -2,7 +2,7 @@
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
 
-/// What the shells that are there make of the completions.
+/// The completions in the shells that are installed.
 class ToolCompletionsTest : public QObject
 {
     Q_OBJECT
@@ -63,7 +63,7 @@ void ToolCompletionsTest::cleanup()
     m_shop.reset();
 }
 
-/// Sorted, and without what a shell adds: a description, the slash behind a folder, the backslash before a blank.
+/// Sorted, and without what a shell adds: a description, the slash after a folder, the backslash before a blank.
 QStringList ToolCompletionsTest::completed(const QString &shell, const QString &typed)
 {
     const QString output = shell == text("bash") ? completedByBash(typed.split(QLatin1Char(' ')))
@@ -74,7 +74,7 @@ QStringList ToolCompletionsTest::completed(const QString &shell, const QString &
         const QString word = line.section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('\\'));
         result.append(word.endsWith(QLatin1Char('/')) || word.endsWith(QLatin1Char('=')) ? word.chopped(1) : word);
     }
-    result.removeDuplicates(); // zsh may ask twice
+    result.removeDuplicates(); // zsh may complete twice
     result.sort();
     return result;
 }
@@ -97,10 +97,10 @@ QString ToolCompletionsTest::completedByFish(const QString &typed)
                     m_shop->path(text(".")));
 }
 
-// Only its line editor completes, and only on a terminal.
+// Only the line editor of zsh completes, and only on a terminal.
 QString ToolCompletionsTest::completedByZsh(const QString &typed)
 {
-    // What there is to complete takes long to find out, and is kept for the next time.
+    // Initializing the completions takes long, so its result is kept for the next time.
     m_shop->write(text("home/.zshrc"),
                   "PS1='ready> '\n"
                   "fpath=(" PAGES_DIR " $fpath)\n"
@@ -109,7 +109,7 @@ QString ToolCompletionsTest::completedByZsh(const QString &typed)
                       + QFile::encodeName(m_kept.filePath(text("zcompdump")))
                       + "'\n"
                         "cd ..\n"
-                        // Whatever is offered is noted down; with these options compadd only looks.
+                        // Records every candidate; with these options compadd only tests.
                         "compadd() {\n"
                         "    if [[ \" $* \" != *\\ -[OAD]\\ * ]]; then\n"
                         "        local -a offered\n"
@@ -172,7 +172,7 @@ void ToolCompletionsTest::possibleWordsAreCompleted()
     QCOMPARE(found, expected);
 }
 
-// Bash gives "--to=t" as three words.
+// Bash splits "--to=t" into three words.
 void ToolCompletionsTest::bashSeparatesAnOptionFromItsValue()
 {
     const QStringList start = {text("tunerproperties"), text("convert"), text("--to"), text("=")};

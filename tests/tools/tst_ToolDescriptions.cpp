@@ -4,7 +4,7 @@
 
 #include "tools/Tool.h"
 
-/// What help, manual page and completions are made from.
+/// The descriptions from which help, manual page and completions are generated.
 class ToolDescriptionsTest : public QObject
 {
     Q_OBJECT
@@ -57,7 +57,7 @@ void ToolDescriptionsTest::helpOfACommandFitsTheScreen()
     QCOMPARE(Workshop().run({name, QStringLiteral("--help")}).out, run.out);
 }
 
-// Otherwise the command could not be found behind it.
+// Otherwise the command after it could not be found.
 void ToolDescriptionsTest::optionTakesAValueInAllCommandsOrInNone()
 {
     QHash<QString, bool> takesValue;

@@ -2,7 +2,7 @@
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
 
-/// What the tool tells of two documents.
+/// The comparison of two documents.
 class ToolDiffTest : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ private Q_SLOTS:
     void standardInputIsReadOnce();
 
 private:
-    /// The lines that tell how the two documents differ, which consist of these members as JSON.
+    /// The differences of two documents with these members as JSON.
     QString diff(const QByteArray &first, const QByteArray &second);
 
     std::unique_ptr<Workshop> m_shop;
@@ -139,9 +139,9 @@ void ToolDiffTest::differencesAreListedByPath_data()
     row("moved to the end", listOf("abcd"), listOf("bcda"),
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=a]: moved from 1 to "
         "4\n");
-    row("the place stays, the neighbours do not", listOf("abcde"), listOf("decab"),
+    row("the position stays, the neighbors do not", listOf("abcde"), listOf("decab"),
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=c]: moved among its "
-        "neighbours\n"
+        "neighbors\n"
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=d]: moved from 4 to 1\n"
         "> Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem[value=e]: moved from 5 to "
         "2\n");
@@ -202,11 +202,11 @@ void ToolDiffTest::colorsAreUsedOnTerminals()
     QCOMPARE(m_shop->run(line("diff a.json b.json")).out, plain);
     QCOMPARE(m_shop->run(line("diff --color auto a.json b.json")).out, plain);
     QCOMPARE(m_shop->run(line("diff --color never a.json b.json")).out, plain);
-    const QString coloured = QStringLiteral("\x1B[33m~ quantity: 1 -> 2\x1B[m\n"
-                                            "\x1B[31m- BandwidthSelection[Name=a]\x1B[m\n"
-                                            "\x1B[32m+ BandwidthSelection[Name=b]\x1B[m\n"
-                                            "\x1B[36m> BandwidthSelection[Name=n]: moved from 3 to 1\x1B[m\n");
-    QCOMPARE(m_shop->run(line("diff --color always a.json b.json")).out, coloured);
+    const QString colored = QStringLiteral("\x1B[33m~ quantity: 1 -> 2\x1B[m\n"
+                                           "\x1B[31m- BandwidthSelection[Name=a]\x1B[m\n"
+                                           "\x1B[32m+ BandwidthSelection[Name=b]\x1B[m\n"
+                                           "\x1B[36m> BandwidthSelection[Name=n]: moved from 3 to 1\x1B[m\n");
+    QCOMPARE(m_shop->run(line("diff --color always a.json b.json")).out, colored);
 
     const auto onTerminal = [&](const char *environment, const char *kind) {
         Terminal terminal(
@@ -216,8 +216,8 @@ void ToolDiffTest::colorsAreUsedOnTerminals()
         terminal.readAll();
         return QString::fromUtf8(terminal.written()).remove(QLatin1Char('\r')); // a terminal's end of a line has one
     };
-    QCOMPARE(onTerminal("", "xterm"), coloured);
-    QCOMPARE(onTerminal("NO_COLOR=", "xterm"), coloured);
+    QCOMPARE(onTerminal("", "xterm"), colored);
+    QCOMPARE(onTerminal("NO_COLOR=", "xterm"), colored);
     QCOMPARE(onTerminal("NO_COLOR=1", "xterm"), plain);
     QCOMPARE(onTerminal("", "dumb"), plain);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
-/// One member of a document, read and changed by its path.
+/// Reading and changing one member of a document by its path.
 class ToolGetSetTest : public QObject
 {
     Q_OBJECT
@@ -43,9 +43,9 @@ private Q_SLOTS:
     void wrongArgumentsAreWrongUsage();
 
 private:
-    /// The status, and what get writes or complains.
+    /// The status, and the output or error of get.
     QString get(const QString &path);
-    /// What is different after a change, or the complaint.
+    /// The status, the output or error of set, and the differences after it.
     QString set(const QStringList &arguments);
 
     std::unique_ptr<Workshop> m_shop;
@@ -391,7 +391,7 @@ void ToolGetSetTest::kindOfValueCanBeChanged()
     QCOMPARE(m_shop->run({QStringLiteral("get"), file, item + QStringLiteral("value")}).out, QStringLiteral("0.5\n"));
 }
 
-// A snapshot of what is chosen, but not set, lacks what its reader reads.
+// A snapshot omits the chosen value if it is not set, but its reader expects it.
 void ToolGetSetTest::unreadableSnapshotIsNotWritten()
 {
     const QByteArray half = R"({"TunerProperties": {"Version": "1.1", "Component": [{"Node": [
@@ -456,7 +456,7 @@ void ToolGetSetTest::newProblemsPreventTheChange()
 
 void ToolGetSetTest::knownProblemsDoNotPreventTheChange()
 {
-    // Also if they are told by another name afterwards.
+    // Even if their path changes.
     m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"id\": \"n\",", ""));
     QCOMPARE(set(line("f.json Component[3]/name Other")).left(2), QStringLiteral("0 "));
 
@@ -501,7 +501,7 @@ void ToolGetSetTest::newProblemsBeyondTheFirstHundredAreCounted()
 
 void ToolGetSetTest::lostXmlContentBeyondTheFirstHundredIsCounted()
 {
-    // Besides, the document has problems that it keeps, which do not count.
+    // The document also has problems before the change, which do not count.
     const QByteArray xml =
         QByteArray(smallXml)
             .replace("type=\"t\" ", "")
@@ -517,7 +517,7 @@ void ToolGetSetTest::lostXmlContentBeyondTheFirstHundredIsCounted()
     QCOMPARE(run.status, 1);
     QCOMPARE(m_shop->read(QStringLiteral("small.xml")), xml);
 
-    // Exactly as many as are listed need no last line.
+    // There is no last line if all problems are listed.
     m_shop->write(QStringLiteral("small.xml"),
                   QByteArray(smallXml).replace("</TunerProperties>",
                                                QByteArray("<Extra/>\n").repeated(100) + "</TunerProperties>"));
@@ -549,7 +549,7 @@ void ToolGetSetTest::inexactlyStoredValueIsReported()
 
 void ToolGetSetTest::unchangedFileIsNotWritten()
 {
-    // Not even its layout, which would be another one.
+    // Its layout would change otherwise.
     QCOMPARE(m_shop->run(line("set f.json quantity -2")).status, 0);
     QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
 }

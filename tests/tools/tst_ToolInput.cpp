@@ -3,7 +3,7 @@
 
 #include <sys/stat.h>
 
-/// What the tool takes for a document, and what it says about files that are none.
+/// Recognition of documents, and errors for files that are not documents.
 class ToolInputTest : public QObject
 {
     Q_OBJECT
@@ -104,7 +104,7 @@ void ToolInputTest::contentOverridesTheName_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("XML called a snapshot") << QStringLiteral("a.tps") << QByteArray(smallXml);
-    QTest::newRow("XML behind blank lines") << QStringLiteral("a.tpb") << " \r\n\t" + QByteArray(smallXml).mid(39);
+    QTest::newRow("XML after blank lines") << QStringLiteral("a.tpb") << " \r\n\t" + QByteArray(smallXml).mid(39);
     QTest::newRow("tagged called XML") << QStringLiteral("a.xml") << tagged;
     QTest::newRow("tagged called compressed") << QStringLiteral("a.tpz") << tagged;
     QTest::newRow("compressed called a snapshot") << QStringLiteral("a.tps") << compressed();
@@ -159,7 +159,7 @@ void ToolInputTest::xmlIsRecognizedInEveryEncoding_data()
     QTest::newRow("UTF-16, big-endian") << utf16(true);
     QTest::newRow("UTF-16, little-endian") << utf16(false);
     QTest::newRow("ISO 8859-1") << "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + text.toLatin1();
-    QTest::newRow("behind a comment") << "<!-- x -->" + text.toUtf8();
+    QTest::newRow("after a comment") << "<!-- x -->" + text.toUtf8();
 }
 
 void ToolInputTest::xmlIsRecognizedInEveryEncoding()
@@ -206,7 +206,7 @@ void ToolInputTest::unreadableFileIsAnError_data()
     QTest::newRow("in a missing folder") << QStringLiteral("no/a.tps")
                                          << QStringLiteral("cannot open: No such file or directory");
     QTest::newRow("a folder") << QStringLiteral(".") << QStringLiteral("cannot open: Is a directory");
-    // Can be opened by everybody, the superuser included, and read by nobody where it begins.
+    // Everybody can open it, including the superuser, but nobody can read its beginning.
     QTest::newRow("unreadable") << QStringLiteral("/proc/self/mem")
                                 << QStringLiteral("cannot read: Input/output error");
 }
@@ -269,14 +269,12 @@ void ToolInputTest::filesThatAreNotDocumentsAreErrors_data()
         "a.xml:3:14: Opening and ending tag mismatch.");
     row("another root element", "a.xml", "<!-- x -->\n<Component/>",
         "a.xml:2:12: the root element is 'Component', not 'TunerProperties'");
-    row("something behind the document", "a.xml", "<TunerProperties/>\n<x/>",
-        "a.xml:2:4: Extra content at end of document.");
+    row("data after the document", "a.xml", "<TunerProperties/>\n<x/>", "a.xml:2:4: Extra content at end of document.");
     row("another object's record", "a.tpb", QByteArray::fromHex("0ADD1857 00000000"),
         "a.tpb: the leading word is 0x0ADD1857, not 0xC10CBB5F (TunerProperties)");
     row("a record that is cut off", "a.tpb", tagged.left(100),
         "a.tpb: the record's length is 179, but 92 bytes follow");
-    row("something behind the record", "a.tpb", tagged + "x",
-        "a.tpb: the record's length is 179, but 180 bytes follow");
+    row("data after the record", "a.tpb", tagged + "x", "a.tpb: the record's length is 179, but 180 bytes follow");
     row("lengths that do not add up", "a.tpb", QByteArray::fromHex("C10CBB5F 0000000E E0CFAE8E 00000007 00000002 6262"),
         "a.tpb: TunerProperties::SetBinary(...): Length error occurred during processing of binary representation");
     row("a compressed form that is cut off", "a.tpz", compressed().left(6),
@@ -285,7 +283,7 @@ void ToolInputTest::filesThatAreNotDocumentsAreErrors_data()
         "a.tpz: the compressed bytes are damaged");
     row("a snapshot that is cut off", "a.tps", snapshot.left(snapshot.size() - 1),
         "a.tps: the snapshot is truncated, or the file is not a snapshot");
-    row("something behind the snapshot", "a.tps", snapshot + "x",
+    row("data after the snapshot", "a.tps", snapshot + "x",
         "a.tps: the snapshot ends after 70 of 71 bytes, or the file is not a snapshot");
 }
 
@@ -339,7 +337,7 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading_data()
     row("big", "");
 }
 
-// Sparse files, which take no room.
+// Sparse files, which need no room.
 void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading()
 {
     QFETCH(QString, name);

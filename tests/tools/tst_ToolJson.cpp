@@ -5,7 +5,7 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// The JSON form, as a file: what is written, and what is read again.
+/// Writing and reading the JSON form.
 class ToolJsonTest : public QObject
 {
     Q_OBJECT
@@ -62,7 +62,7 @@ QString onOneLine(QString json)
     return json.replace(QRegularExpression(QStringLiteral(",\n *")), QStringLiteral(", ")).remove(lineEnd);
 }
 
-/// The members of a document, as the tool writes them on one line when it has read these.
+/// The members of a document as the tool writes them on one line after reading `members`.
 QString again(const QByteArray &members)
 {
     const QByteArray json = R"({"TunerProperties": {"Version": "1.1", )" + members + "}}";
@@ -197,7 +197,7 @@ void ToolJsonTest::everyMemberHasItsNameAsKey()
 
 void ToolJsonTest::membersThatAreNotSetAreInUnset()
 {
-    // As it stands in the first column it is written again.
+    // The first column is also the expected output.
     for (const char *members : {
              R"("quantity": 1)",
              R"("unset": {"quantity": 2})",
@@ -227,7 +227,7 @@ void ToolJsonTest::membersThatAreNotSetAreInUnset()
          })
         QCOMPARE(item(members), expected(members));
 
-    // What says nothing is not written.
+    // Defaults of members that are not set are omitted.
     QCOMPARE(again(R"("quantity": 3, "unset": {"hwProcessing": false, "Component": [], "StartupModes": {}})"),
              QStringLiteral(R"("quantity": 3)"));
     QCOMPARE(item(R"("ChoiceValueItem": null, "unset": {"ValueInt": {"unset": {"value": 0}}})"), expected(""));
@@ -305,7 +305,7 @@ void ToolJsonTest::suffixAndContentDetermineTheForm()
         QCOMPARE(run.status, 0);
         QCOMPARE(shop.read(QStringLiteral("a.xml")), QByteArray(smallXml));
     }
-    // A snapshot with these first two bytes is none.
+    // A snapshot with the same first two bytes is not JSON.
     QCOMPARE(shop.run(line("show --from json -"), QByteArray("{\n\0\0", 4)).status, 3);
     shop.write(QStringLiteral("a.tps"), QByteArray("\x7B\x0A\0\0\0\x06", 6));
     QVERIFY(shop.run(line("show a.tps"))

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
-/// JSON that is refused, and the errors: where and why.
+/// Invalid JSON, and the locations and reasons of the errors.
 class ToolJsonRefusalsTest : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,8 @@ void ToolJsonRefusalsTest::invalidJsonIsAnErrorAtItsLocation_data()
     row("twice", "{\"a\": 1,\n \"a\": 2}", "-:2:4: duplicate member 'a'");
     row("a comment", "{ // no\n}",
         "-:1:3: syntax error while parsing object key - invalid literal; last read: '{ /'; expected string literal");
-    row("something behind", "{} {}", "-:1:4: syntax error while parsing value - unexpected '{'; expected end of input");
+    row("text after the end", "{} {}",
+        "-:1:4: syntax error while parsing value - unexpected '{'; expected end of input");
     row("half a character", "{\"a\": \"\\ud800\"}",
         "-:1:14: syntax error while parsing value - invalid string: surrogate U+D800..U+DBFF must be followed by "
         "U+DC00..U+DFFF; last read: '\"\\ud800\"'");
@@ -55,11 +56,11 @@ void ToolJsonRefusalsTest::invalidJsonIsAnErrorAtItsLocation_data()
         "-:1:7: syntax error while parsing value - invalid literal; last read: '\"a\": N'");
     row("too large for any number", "{\"a\": 1e999}", "-:1:11: number overflow parsing '1e999'");
     const QByteArray nul(1, '\0');
-    row("a NUL byte behind", R"({"TunerProperties":{}})" + nul + "garbage",
+    row("a NUL byte after the end", R"({"TunerProperties":{}})" + nul + "garbage",
         "-:1:23: NUL byte, which is not allowed in JSON");
     row("a NUL byte at the end", "{}\n" + nul, "-:2:1: NUL byte, which is not allowed in JSON");
     row("a NUL byte between", "{\"a\":\n " + nul + "1}", "-:2:2: NUL byte, which is not allowed in JSON");
-    row("a NUL byte behind a number", "{\"a\": 1" + nul + "}", "-:1:8: NUL byte, which is not allowed in JSON");
+    row("a NUL byte after a number", "{\"a\": 1" + nul + "}", "-:1:8: NUL byte, which is not allowed in JSON");
     row("a NUL byte in a text", "{\"a\": \"b" + nul + "\"}", "-:1:9: NUL byte, which is not allowed in JSON");
     row("an error in front of a NUL byte", "{]" + nul,
         "-:1:2: syntax error while parsing object key - unexpected ']'; expected string literal");

@@ -7,7 +7,7 @@
 #include <commands/HelpText.h>
 #include <documents/Forms.h>
 
-/// The manual page, as roff reads it.
+/// The manual page as formatted by roff.
 class ToolManualTest : public QObject
 {
     Q_OBJECT
@@ -118,16 +118,16 @@ void ToolManualTest::manualContainsTheHelp()
     QFETCH(QString, name);
     const Command &command = *commandNamed(name);
     const QString own = m_page.section(QStringLiteral("\n ") + name + QLatin1Char('\n'), 1);
-    QStringList told = command.details + QStringList(command.summary);
+    QStringList expected = command.details + QStringList(command.summary);
     for (const Option &option : command.options)
-        told << option.help
-             << option.allTyped().join(QStringLiteral(", "))
+        expected << option.help
+                 << option.allTyped().join(QStringLiteral(", "))
                 + (option.value.isEmpty() ? QString() : QLatin1Char(' ') + option.value);
     for (const QString &usage : command.usages)
-        told.append(QStringLiteral("tunerproperties %1 [OPTION...] %2").arg(name, usage).trimmed());
+        expected.append(QStringLiteral("tunerproperties %1 [OPTION...] %2").arg(name, usage).trimmed());
     for (const Example &example : command.examples)
-        told << QStringLiteral("tunerproperties ") + example.line << example.effect;
-    for (const QString &text : qAsConst(told))
+        expected << QStringLiteral("tunerproperties ") + example.line << example.effect;
+    for (const QString &text : qAsConst(expected))
         QVERIFY2(own.contains(withSingleBlanks(text)), qPrintable(text));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/Tool.h"
 
-/// The name of a file is bytes: it reaches the system as it was typed, and messages show it escaped.
+/// File names are bytes: they reach the system as they were typed, and messages show them escaped.
 class ToolNamesTest : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ private Q_SLOTS:
     void pathsAndValuesAreUtf8();
 
 private:
-    /// The shell makes the names, since a QString has no room for them.
+    /// The shell creates the names, since a QString cannot hold them.
     Run shell(const char *script) { return m_shop->shell(QStringLiteral("set -e; ") + QString::fromUtf8(script)); }
 
     std::unique_ptr<Workshop> m_shop;
@@ -54,7 +54,7 @@ void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile_data()
         QTest::newRow(locale) << QString::fromUtf8(locale);
 }
 
-// The good one lies beside it, under the name that decoding and encoding the other one leads to.
+// The valid file is beside it, under the name that decoding and encoding the other name results in.
 void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile()
 {
     QFETCH(QString, locale);

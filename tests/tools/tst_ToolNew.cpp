@@ -10,7 +10,7 @@
 
 #include "Model.h"
 
-/// Documents to begin with, and the schema.
+/// New documents, and the schema.
 class ToolNewTest : public QObject
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ void ToolNewTest::aNewDocumentIsExplained()
     const Run run = Workshop().run(line("new --type Receiver"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
-    QCOMPARE(run.out, QStringLiteral(R"(<?xml version="1.0" encoding="UTF-8"?>
+    const auto expected = QStringLiteral(R"(<?xml version="1.0" encoding="UTF-8"?>
 <!--
   One tuner resource: what it is, what it offers, and its configurable parts.
 
@@ -74,7 +74,7 @@ void ToolNewTest::aNewDocumentIsExplained()
     -->
     <Node id="id">
       <!--
-        One value of a node: exactly one of ten kinds.
+        One value of a node: exactly one of several kinds.
 
         <ValueBoolean>       A switch.
         <ValueFloat>         A floating-point number of 32 bits. Holds id, value.
@@ -104,7 +104,8 @@ void ToolNewTest::aNewDocumentIsExplained()
     </Node>
   </Component>
 </TunerProperties>
-)"));
+)");
+    QCOMPARE(Model::withoutNewMembers(run.out, expected), expected);
 }
 
 void ToolNewTest::everyTypeIsValid_data()
@@ -119,7 +120,7 @@ void ToolNewTest::everyTypeIsValid()
     QFETCH(QString, type);
     Workshop shop;
     const Run made = shop.run({QStringLiteral("new"), QStringLiteral("--type"), type});
-    WrittenXml::keep(QStringLiteral("TunerProperties"), made.bytes); // is held against the schema
+    WrittenXml::keep(QStringLiteral("TunerProperties"), made.bytes); // is checked against the schema
     const Run validated = shop.run(line("validate -"), made.bytes);
     QCOMPARE(validated.err, QString());
     QCOMPARE(validated.status, 0);

@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// Signals that come while the tool is at work.
+/// Signals that arrive while the tool is running.
 class ToolSignalsTest : public QObject
 {
     Q_OBJECT
@@ -70,7 +70,7 @@ QString text(const QByteArray &utf8)
 
 } // namespace
 
-/// A job that a shell runs in the background ignores some signals, and so does what it starts.
+/// A background job of a shell ignores some signals, and so do the programs that it starts.
 void ToolSignalsTest::initTestCase()
 {
     for (const int number : {SIGHUP, SIGINT, SIGQUIT, SIGTERM})
@@ -105,11 +105,11 @@ void ToolSignalsTest::start(const QStringList &arguments)
     QVERIFY(m_process->waitForStarted());
 }
 
-/// Waits until the tool has opened the pipe to read, where it stays then.
+/// Waits until the tool has opened the pipe for reading, where it then blocks.
 void ToolSignalsTest::awaitReader()
 {
     const QByteArray path = QFile::encodeName(m_shop->path(text("pipe")));
-    const auto isOpen = [&] { // asked once more when it is
+    const auto isOpen = [&] { // called once more when it is
         if (m_pipe < 0)
             m_pipe = open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
         return m_pipe >= 0;
@@ -278,9 +278,9 @@ void ToolSignalsTest::signalAtAnyTimeLeavesNoIncompleteFile()
             QVERIFY2(name.endsWith(QLatin1String(".tpb")), qPrintable(name));
             QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
         }
-        const QString told = text(m_process->readAllStandardError());
-        if (m_process->exitStatus() == QProcess::CrashExit && !told.isEmpty() && !files.isEmpty())
-            QCOMPARE(told,
+        const QString report = text(m_process->readAllStandardError());
+        if (m_process->exitStatus() == QProcess::CrashExit && !report.isEmpty() && !files.isEmpty())
+            QCOMPARE(report,
                      text("tunerproperties: interrupted after %1 of 200 files: %1 converted\n").arg(files.size()));
     }
 }
@@ -291,7 +291,7 @@ void ToolSignalsTest::temporaryCopyOfAPipeIsRemoved()
     start(line("show pipe"));
     awaitReader();
     QCOMPARE(write(m_pipe, "<Tuner", 6), ssize_t(6));
-    // Only an empty pipe can be waited for; so the first bytes are kept by now.
+    // The pipe is empty, so the first bytes have been copied.
     int left = 0;
     QTRY_VERIFY_WITH_TIMEOUT(ioctl(m_pipe, FIONREAD, &left) == 0 && left == 0, 30000);
     QCOMPARE(filesIn("temporary"), QStringList());
@@ -322,7 +322,7 @@ void ToolSignalsTest::temporaryFilesHaveNoName_data()
         QTest::newRow(arguments) << line(arguments);
 }
 
-/// So nothing can be left of them, whenever a signal comes and however many.
+/// So no signal can leave any of them.
 void ToolSignalsTest::temporaryFilesHaveNoName()
 {
     QFETCH(QStringList, arguments);
@@ -360,7 +360,7 @@ void ToolSignalsTest::readerThatDoesNotReadDoesNotDelayTheEnd()
     QVERIFY(reader >= 0);
     m_process->setStandardOutputFile(m_shop->path(text("pipe")));
     QStringList arguments = line("validate");
-    for (int i = 0; i < 3000; ++i) // about 50 bytes are told about each, and a pipe takes 64 KiB
+    for (int i = 0; i < 3000; ++i) // about 50 bytes of output each, and a pipe holds 64 KiB
         arguments.append(text("bad.xml"));
     start(arguments);
     int filled = 0;

@@ -17,7 +17,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-/// What people see who start the tool on a terminal: a bar while it is at work on many files.
+/// Output on a terminal: a progress bar, and escapes.
 class ToolTerminalTest : public QObject
 {
     Q_OBJECT
@@ -79,7 +79,7 @@ void ToolTerminalTest::barShowsTheProgress_data()
     QTest::newRow("40") << 40 << QByteArray("[============>           ] 1 of 2 files");
 }
 
-// The pipe is filled when the bar has been seen, and the program ends.
+// The pipe is filled once the bar has appeared, and then the program ends.
 void ToolTerminalTest::barShowsTheProgress()
 {
     QFETCH(int, columns);
@@ -117,7 +117,7 @@ void ToolTerminalTest::barIsBelowOtherOutput()
                   "tunerproperties: 5 files: 2 valid, 2 with problems, 1 unreadable\n"));
 }
 
-// All at once, since each takes more than a second.
+// All at once, since each one takes more than a second.
 void ToolTerminalTest::barIsShownOnlyOnTerminals()
 {
     struct Case
@@ -205,7 +205,7 @@ bool isPrintable(const QByteArray &written)
 
 } // namespace
 
-/// In the forms that can hold all of it.
+/// In the forms that can represent all of it.
 void ToolTerminalTest::writeHostile() const
 {
     JobXml::TunerProperties document;
@@ -222,7 +222,7 @@ void ToolTerminalTest::writeHostile() const
 void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
 {
     QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("shown"); // a part of what is written
+    QTest::addColumn<QString>("shown"); // a part of the output
     const QString name = text(shownName);
     const auto row = [](const char *command, const QString &shown) {
         QTest::newRow(command) << text(command) << shown;
@@ -305,7 +305,7 @@ void ToolTerminalTest::outputFileThatIsATerminalIsEscapedLikeStandardOutput()
     QFETCH(QString, form);
     QFETCH(QString, file);
     writeHostile();
-    // XML has no room for most of the characters, and a snapshot none for what is not set.
+    // XML cannot represent most of the characters, and a snapshot omits what is not set.
     m_shop->write(text("h.xml"),
                   QByteArray(smallXml).replace("\"n\"",
                                                "\"\xC2\x9B"

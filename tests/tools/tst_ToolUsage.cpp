@@ -344,7 +344,7 @@ void ToolUsageTest::fileNameIsNeverAnOption_data()
     row("-qmljsdebugger=file:x.xml", "unknown option '-qmljsdebugger=file:x.xml'");
 }
 
-// As "validate --quiet *.xml && echo fine" has it.
+// As in "validate --quiet *.xml && echo fine".
 void ToolUsageTest::fileNameIsNeverAnOption()
 {
     QFETCH(QString, name);
@@ -423,7 +423,7 @@ void ToolUsageTest::versionIsThatOfTheProject_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("--version") << line("--version");
     QTest::newRow("-v") << line("-v");
-    QTest::newRow("behind a command") << line("show --version");
+    QTest::newRow("after a command") << line("show --version");
 }
 
 void ToolUsageTest::versionIsThatOfTheProject()

@@ -30,7 +30,7 @@ private Q_SLOTS:
 
 namespace {
 
-/// About a file called "a.xml".
+/// Problems of a file named "a.xml".
 Run validate(const QByteArray &xml)
 {
     Workshop shop;
@@ -38,7 +38,7 @@ Run validate(const QByteArray &xml)
     return shop.run(line("validate a.xml"));
 }
 
-/// A whole document around what is put into it: behind the attributes of the document, and in front of its component.
+/// A complete document with additional attributes, and content before its component.
 QByteArray document(const char *attributes, const char *elements)
 {
     return QByteArray("<TunerProperties Version=\"1.1\" baseresource=\"b\" type=\"SCP\"") + attributes + ">\n"
@@ -112,7 +112,7 @@ const char badXml[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 </TunerProperties>
 )";
 
-// What is missing is the same in every form.
+// Missing members are the same in every form.
 const char badPaths[] = R"(StartupModes: StartupModes: Please set StartupMode properly.
 BandwidthSelection "narrow": BandwidthSelection: Please set MaxBandwidth properly.
 BandwidthSelection 2: BandwidthSelection: Please set Name properly.
@@ -169,7 +169,8 @@ void ToolValidateTest::everyProblemIsReportedInTheBinaryForms_data()
 void ToolValidateTest::everyProblemIsReportedInTheBinaryForms()
 {
     QFETCH(QString, name);
-    // Tagged records hold the default of a mandatory member that is not set, an empty text or a 0; so less is missing.
+    // Tagged records contain the default of a mandatory member that is not set, an empty text or a 0; so fewer members
+    // are missing.
     const char *const paths = R"(StartupModes: StartupModes: Please set StartupMode properly.
 Component "Preselector" / Node "att" / ValueItem 3: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
 Component "Preselector" / Node "empty": Node: Please set ValueItem properly.
@@ -196,7 +197,7 @@ void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor_data()
         QTest::newRow(name) << xml << QString::fromUtf8(place);
     };
     row("an attribute on a line of its own", document("\n\n  hwProcessing=\"\"", ""), "3:3");
-    row("an attribute behind one that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
+    row("an attribute after a value that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
         "2:2");
     row("a greater-than sign before it", document(" name=\">\"\n hwProcessing = ''", ""), "2:2");
     row("lines that end in CR LF", document("\r\n\r\n  hwProcessing=\"\"", ""), "3:3");
@@ -209,7 +210,7 @@ void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor_data()
     row("a comment before it", "<!-- < <\n -->" + document("\n hwProcessing=\"\"", ""), "3:2");
     row("an element", document("", "\n <HRPANSupported/>"), "3:2");
     row("an element over several lines", document("", "\n <HRPANSupported\n><x/></HRPANSupported\n>"), "3:2");
-    row("an element behind another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
+    row("an element after another", document("", "<MaxFFPDelay>1</MaxFFPDelay><HRPANSupported/>"), "2:29");
 }
 
 void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor()
@@ -227,7 +228,7 @@ void ToolValidateTest::elementsAreCheckedLikeAttributes()
     const Run run = validate(document("",
                                       "<type>scp</type>\n<hwProcessing></hwProcessing>\n<hwProcessing> </hwProcessing>"
                                       "<type>FFP</type>"));
-    // The second type replaces the one that is none; a blank is a text, and so true.
+    // The second type replaces the unknown one; a blank is a text, and therefore true.
     QCOMPARE(run.out,
              QStringLiteral("a.xml:2:1: enum is not valid (classname=TunerProperties,membername=m_type)\n"
                             "a.xml:3:1: Please set a value or a default for the boolean 'hwProcessing' in "
@@ -260,7 +261,7 @@ void ToolValidateTest::skippedContentIsNotAProblem()
 
 void ToolValidateTest::elementThatEndsTheSkippingIsChecked()
 {
-    // The inner <x/> ends the skipping of the outer one, so that the mode behind it counts.
+    // The inner <x/> ends the skipping of the outer one, so the following mode counts.
     const Run run = validate(document("",
                                       "<StartupModes><StartupMode>FFM</StartupMode><x><x/></x>\n"
                                       "<y><y><StartupMode>none</StartupMode></y></y></StartupModes>"));

@@ -17,7 +17,7 @@ QVector<XmlProblem> problemsOf(const QByteArray &xml)
 
 } // namespace
 
-/// What the checks of the tool do with XML that they cannot read to its end.
+/// The checks of the tool for XML that ends with an error.
 class XmlProblemsTest : public QObject
 {
     Q_OBJECT
@@ -96,8 +96,8 @@ void XmlProblemsTest::problemsAreFoundInEveryEncoding()
     QCOMPARE(problems[1].column, 2);
 }
 
-// As in the library: a reader that processes namespaces looks each name up among all that are declared around it, which
-// elements nested without end make as many as they like. It would also end at the first prefix without a declaration.
+// As in the library: a reader that processes namespaces looks up each name in all declared ones, and deeply nested
+// elements can declare any number of them. It would also stop at the first prefix without a declaration.
 void XmlProblemsTest::namespacesInsideTheRootAreNotProcessed()
 {
     const QByteArray xml = "<p:TunerProperties xmlns:p=\"u\" Version=\"1.1\" type=\"SCP\" baseresource=\"b\">\n"

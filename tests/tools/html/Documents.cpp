@@ -43,7 +43,7 @@ const QStringList &attacks()
     return texts;
 }
 
-/// Every text gets the next of them, and all of them are had by some member.
+/// Each text is the next one of the list, so that every one of them is the value of some member.
 class Hostile
 {
 public:
@@ -82,7 +82,7 @@ private:
     QJsonArray m_texts;
 };
 
-/// An item of each kind, with two items in each list that it has.
+/// An item of each kind, with two items in each of its lists.
 QVector<JobXml::ValueItem> anItemOfEachKind()
 {
     QVector<JobXml::ValueItem> items;

@@ -26,7 +26,7 @@ struct PageNode
         return attribute("class").split(QLatin1Char(' ')).contains(QLatin1String(name));
     }
 
-    /// Calls the function for each element in it, in the order of the page.
+    /// Calls the function for each element in it, in page order.
     void forEach(const std::function<void(const PageNode &)> &function) const
     {
         for (const auto &child : children) {
@@ -52,7 +52,7 @@ struct PageNode
         return all([&](const PageNode &node) { return node.tag == QLatin1String(tagName); });
     }
 
-    /// Whether an element around it is as asked.
+    /// Whether an element around it matches the predicate.
     const PageNode *around(const std::function<bool(const PageNode &)> &asked) const
     {
         const PageNode *node = parent;
@@ -61,7 +61,7 @@ struct PageNode
         return node;
     }
 
-    /// All text in it; signs stand for the characters whose codes their titles tell.
+    /// All text in it; signs are replaced with the characters whose codes are their titles.
     QString wholeText() const
     {
         if (tag.isEmpty())
@@ -76,7 +76,7 @@ struct PageNode
         return whole;
     }
 
-    /// What it shows as the value of a member: a text, a number or a word; of a list, one for each entry.
+    /// The value that it shows for a member: a text, a number or a word; for a list, one for each entry.
     QStringList values() const
     {
         QStringList found;
@@ -88,7 +88,7 @@ struct PageNode
     }
 };
 
-/// A page read as XML; one that is not well-formed has no elements, and tells why.
+/// A page read as XML; one that is not well-formed has no elements, and an error.
 class PageTree
 {
 public:

@@ -6,7 +6,7 @@
 #include "html/Html.h"
 #include "tools/html/PageTree.h"
 
-/// The problems of a document that was in no file.
+/// The problems of a document without a file.
 inline Findings findingsOf(const JobXml::TunerProperties &document)
 {
     Findings findings(std::numeric_limits<int>::max());
@@ -27,7 +27,7 @@ inline PageTree pageOf(const JobXml::TunerProperties &document)
     return PageTree(html(document, findingsOf(document), QStringLiteral("file.xml")));
 }
 
-/// The one element that there is; one without anything if there is none, or more.
+/// The only element that matches; an empty one if there is none, or more.
 inline const PageNode *only(const std::vector<const PageNode *> &nodes)
 {
     static const PageNode none;

@@ -13,7 +13,7 @@ using JobXml::MemberKind;
 using JobXml::MemberView;
 using JobXml::TunerProperties;
 
-/// What the page of a document holds; how it looks and works is for a browser to test.
+/// The content of a page; layout and behavior are tested in a browser.
 class HtmlTest : public QObject
 {
     Q_OBJECT
@@ -65,7 +65,7 @@ QString described(const QString &name, const QStringList &values, bool isSet)
         + (isSet ? QString() : QStringLiteral(" (not set)"));
 }
 
-/// What a page has to show of an object and of all below it. Of a choice that is its alternative.
+/// The expected content of a page for an object and everything below it. For a choice, that is its alternative.
 void collect(const DataObject &object, QStringList &values, QStringList &objects)
 {
     bool hasChosen = false;
@@ -93,7 +93,7 @@ void collect(const DataObject &object, QStringList &values, QStringList &objects
     });
 }
 
-/// The same, from the page. `objectNames` are the names of members that are objects.
+/// The actual content. `objectNames` are the names of members that are objects.
 void collect(const PageNode &page, const QStringList &objectNames, QStringList &values, QStringList &objects)
 {
     page.forEach([&](const PageNode &node) {

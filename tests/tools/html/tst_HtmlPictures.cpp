@@ -46,7 +46,7 @@ TunerProperties withBandwidths(const QVector<double> &bandwidths)
     return document;
 }
 
-/// The bars of the page: "x width", and "none" for a picture without.
+/// The bars of the page: "x width", and "none" if there is no picture.
 QStringList barsOf(const PageTree &page)
 {
     QStringList bars;
@@ -104,7 +104,7 @@ JobXml::ValueNumericInt64 ranged(qint64 value, qint64 min, qint64 max, qint64 st
 
 void HtmlPicturesTest::bandwidthsOverDecadesHaveALogarithmicAxis()
 {
-    // From 1 k, below the least, to 1 M: three decades. 10 k is at a third, 20 k 0.30103 of a decade further.
+    // From 1 k, below the smallest number, to 1 M: three decades. 10 k is at a third, 20 k 0.30103 of a decade further.
     const PageTree page = pageOf(withBandwidths({10000, 20000, 1e6}));
     QCOMPARE(labelsOf(page),
              (QStringList{QStringLiteral("0.00% 1\u00a0k"), QStringLiteral("33.33% 10\u00a0k"),
@@ -129,7 +129,7 @@ void HtmlPicturesTest::bandwidthsWithinADecadeHaveALinearAxis()
     QCOMPARE(
         barsOf(page),
         (QStringList{QStringLiteral("0.00% 25.00%"), QStringLiteral("0.00% 50.00%"), QStringLiteral("0.00% 100.00%")}));
-    // Ten times as much is a decade, and no more.
+    // A factor of ten is exactly one decade.
     QCOMPARE(barsOf(pageOf(withBandwidths({1000, 10000}))),
              (QStringList{QStringLiteral("0.00% 10.00%"), QStringLiteral("0.00% 100.00%")}));
 }
@@ -152,7 +152,7 @@ void HtmlPicturesTest::theLargestAndTheLeastNumbersHaveAnAxis()
             [](const PageNode &node) { return node.attribute("aria-label").contains(QLatin1String(" axis from ")); });
         return only(axes)->attribute("aria-label") + QStringLiteral(": ") + labelsOf(page).join(QStringLiteral(", "));
     };
-    // Ends beyond all numbers of this size.
+    // Ends beyond the range of the type.
     QCOMPARE(labels({1.79e308}),
              QStringLiteral("linear axis from 0 to 2e+308: 0.00% 0, 25.00% 5e+307, 50.00% 1e+308, 75.00% 1.5e+308, "
                             "100.00% 2e+308"));
@@ -162,7 +162,7 @@ void HtmlPicturesTest::theLargestAndTheLeastNumbersHaveAnAxis()
     QCOMPARE(labels({1e307, 1.79e308}),
              QStringLiteral("logarithmic axis from 1e+306 to 1e+309: 0.00% 1e+306, 33.33% 1e+307, 66.67% 1e+308, "
                             "100.00% 1e+309"));
-    // Steps between the numbers of this size.
+    // Steps smaller than the distance of neighboring numbers.
     QCOMPARE(labels({5e-324}),
              QStringLiteral("linear axis from 0 to 6e-324: 0.00% 0, 33.33% 2e-324, 66.67% 4e-324, 100.00% 6e-324"));
     QCOMPARE(labels({5e-324, 1e-322}),
@@ -207,7 +207,7 @@ void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
         QTest::newRow(name) << value << min << max << QString::fromUtf8(place) << QString::fromUtf8(note);
     };
     row("above", 8, 0, 7, "100.00%", "value is above max");
-    row("above by what a double cannot tell", most, 0, most - 1, "100.00%", "value is above max");
+    row("above by less than the precision of a double", most, 0, most - 1, "100.00%", "value is above max");
     row("below", -1, 0, 7, "0.00%", "value is below min");
     row("no range", 5, 7, 3, "", "min is above max");
 }

@@ -2,7 +2,7 @@
 #include "tools/Tool.h"
 #include "tools/html/PageTree.h"
 
-/// The page as the tool writes it.
+/// The page that the tool writes.
 class ToolHtmlTest : public QObject
 {
     Q_OBJECT

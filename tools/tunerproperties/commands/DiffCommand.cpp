@@ -42,7 +42,7 @@ const Option &jsonLines()
     return option;
 }
 
-bool isColoured(const Invocation &invocation)
+bool usesColors(const Invocation &invocation)
 {
     const QString when = invocation.value(color());
     if (when == QLatin1String("always") || when == QLatin1String("never"))
@@ -51,10 +51,10 @@ bool isColoured(const Invocation &invocation)
         && qgetenv("TERM") != QByteArrayLiteral("dumb");
 }
 
-QByteArray coloured(const Difference &difference)
+QByteArray colored(const Difference &difference)
 {
     const QByteArray text = Printable::onOneLine(difference.text()).toUtf8();
-    const auto in = [&](const char *colour) { return QByteArray("\x1B[") + colour + 'm' + text + "\x1B[m"; };
+    const auto in = [&](const char *ansiColor) { return QByteArray("\x1B[") + ansiColor + 'm' + text + "\x1B[m"; };
     switch (difference.kind) {
     case Difference::Removed:
         return in("31");
@@ -100,14 +100,14 @@ ExitStatus run(const Invocation &invocation)
     const Document first(names.first(), reading);
     const Document second(names.last(), reading);
     const bool isJson = invocation.isSet(jsonLines());
-    const bool inColours = !isJson && isColoured(invocation);
+    const bool withColors = !isJson && usesColors(invocation);
     bool areTheSame = true;
-    BufferedOutput output(inColours);
+    BufferedOutput output(withColors);
     findDifferences(first.tuner, second.tuner, [&](const Difference &difference) {
         areTheSame = false;
-        output.write(isJson          ? json(difference)
-                         : inColours ? coloured(difference)
-                                     : Printable::onOneLine(difference.text()).toUtf8());
+        output.write(isJson           ? json(difference)
+                         : withColors ? colored(difference)
+                                      : Printable::onOneLine(difference.text()).toUtf8());
         output.write("\n");
     });
     output.flush();

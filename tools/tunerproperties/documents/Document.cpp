@@ -2,7 +2,7 @@
 #include "documents/Document.h"
 
 Document::Document(const FileName &name, const Reading &reading, FileKinds kinds)
-    : input(name, kinds), form(reading.from ? *reading.from : Forms::recognise(input))
+    : input(name, kinds), form(reading.from ? *reading.from : Forms::recognize(input))
 {
     if (form == Form::Tagged || form == Form::Compressed)
         Forms::checkExpansion(input, reading.maxExpansion);

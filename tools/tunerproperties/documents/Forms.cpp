@@ -203,7 +203,7 @@ std::optional<Form> bySuffix(const FileName &fileName)
     return {};
 }
 
-Form recognise(Input &input)
+Form recognize(Input &input)
 {
     constexpr int headSize = 4096; // a document may begin with blank lines
     const QByteArray head = input.head(headSize);

@@ -42,7 +42,7 @@ std::optional<Form> bySuffix(const FileName &fileName);
 /// Determines the form of a file: XML, JSON and the binary forms by their first bytes, a snapshot, which has no mark,
 /// by its name. If the first bytes are inconclusive, the name decides for all forms, so that the reader can report the
 /// error. Throws FileFailure if the name does not help either.
-Form recognise(Input &input);
+Form recognize(Input &input);
 
 /// Throws FileFailure if the file holds a compressed record that declares more than `times` its own size. The check
 /// expands nothing, so a small file cannot make the program use memory and time for a large one.

@@ -28,13 +28,19 @@ bool isEnumeration(const MemberView &member)
     return member.GetKind() == MemberKind::Enumeration;
 }
 
+/// The number that an item is about, as opposed to what may be said about it besides.
+bool isMainNumber(const MemberView &member)
+{
+    return isNumber(member) && member.IsMandatory();
+}
+
 /// A list of names with a number each.
 bool isChart(const MemberView &member)
 {
     if (!isList(member) || member.GetSize() == 0)
         return false;
     const Members item(member.GetChild(0));
-    return std::all_of(item.begin(), item.end(), isValue) && std::count_if(item.begin(), item.end(), isNumber) == 1;
+    return std::all_of(item.begin(), item.end(), isValue) && std::count_if(item.begin(), item.end(), isMainNumber) == 1;
 }
 
 QString textOf(const MemberView *member)
@@ -140,7 +146,7 @@ void Content::showChart(const MemberView &list)
     QVector<double> numbers;
     for (int i = 0; i < list.GetSize(); ++i) {
         const Members item(list.GetChild(i));
-        const MemberView *number = item.find(isNumber);
+        const MemberView *number = item.find(isMainNumber);
         if (number && number->IsSet())
             numbers.append(number->GetValue().toDouble());
     }
@@ -173,7 +179,7 @@ void Content::showTicks(const Axis &axis)
 void Content::showBar(const Axis &axis, const DataObject &item)
 {
     const Members members(item);
-    const MemberView *number = members.find(isNumber);
+    const MemberView *number = members.find(isMainNumber);
     const auto end = number && number->IsSet() ? axis.at(number->GetValue().toDouble()) : std::nullopt;
     const QString label = end ? QStringLiteral("bar to %1 of the axis").arg(percent(*end)) : QStringLiteral("no bar");
     const Tag picture(m_overview, "svg", {{"role", "img"}, {"aria-label", label}});

@@ -336,7 +336,7 @@ QString Difference::text() const
         break;
     }
     return QStringLiteral("> ") + path
-        + (before == after ? QStringLiteral(": moved among its neighbours")
+        + (before == after ? QStringLiteral(": moved among its neighbors")
                            : QStringLiteral(": moved from %1 to %2").arg(before, after));
 }
 

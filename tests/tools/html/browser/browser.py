@@ -1,4 +1,4 @@
-"""A headless Chromium for tests, and what they ask it."""
+"""A headless Chromium for tests, and queries for it."""
 
 import base64
 import contextlib
@@ -189,7 +189,7 @@ class BrowserTest(unittest.TestCase):
         return self.browser.folder / name
 
     def assert_quiet(self, page):
-        """The page has told of no error and has asked for nothing but itself."""
+        """The page has reported no error and has requested nothing but itself."""
         complaints = [entry for entry in self.browser.driver.get_log("browser") if entry["level"] != "INFO"]
         self.assertEqual(complaints, [])
         requests = []

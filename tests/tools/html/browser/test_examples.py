@@ -32,9 +32,9 @@ class Examples(BrowserTest):
         self.for_each(check)
 
     def test_pictures_of_them_are_kept_light_and_dark(self):
-        for dark, colour in ((False, LIGHT), (True, DARK)):
+        for dark, color in ((False, LIGHT), (True, DARK)):
             def keep(name, _):
-                self.assertEqual(self.browser.background(), colour)
+                self.assertEqual(self.browser.background(), color)
                 path = self.browser.screenshot(f"{name}-{'dark' if dark else 'light'}.png")
                 self.assertGreater(path.stat().st_size, 10000)
 

@@ -5,7 +5,7 @@ import unittest
 
 from browser import BrowserTest
 
-# The text of an element, with signs read as the characters that they stand for.
+# The text of an element, with signs replaced with their characters.
 TEXTS = """
 const read = node => node.nodeType === Node.TEXT_NODE ? node.data
     : node.matches('.sign') ? String.fromCodePoint(parseInt(node.title.slice(2), 16))

@@ -122,7 +122,7 @@ class Page(BrowserTest):
                 seen.append(self.browser.background())
                 states.append(self.control("Dark")["properties"]["checked"])
             self.assertEqual(seen, order)
-            self.assertEqual(states, ["true" if colour == DARK else "false" for colour in order])
+            self.assertEqual(states, ["true" if color == DARK else "false" for color in order])
 
     def test_the_switch_follows_the_system_until_it_is_used(self):
         self.browser.open(RECEIVER)

@@ -7,13 +7,13 @@ from browser import EXAMPLES, BrowserTest
 TEXT = 4.5
 PICTURE = 3.0
 
-# The colour of each text, over the nearest ground behind it that is not transparent.
+# The color of each text, over the nearest opaque background.
 TEXTS = """
 const ground = element => {
     for (let each = element; each; each = each.parentElement) {
-        const colour = getComputedStyle(each).backgroundColor;
-        if (!/, 0\\)$|^transparent$/.test(colour))
-            return colour;
+        const color = getComputedStyle(each).backgroundColor;
+        if (!/, 0\\)$|^transparent$/.test(color))
+            return color;
     }
     return 'rgb(255, 255, 255)';
 };
@@ -25,43 +25,43 @@ while (walker.nextNode()) {
     if (walker.currentNode.data.trim() === '' || element.closest('script, .unseen, [hidden]'))
         continue;
     const style = getComputedStyle(element);
-    const colour = element instanceof SVGElement ? style.fill : style.color;
-    pairs.set(colour + ' on ' + ground(element), element.className.baseVal || element.className || element.tagName);
+    const color = element instanceof SVGElement ? style.fill : style.color;
+    pairs.set(color + ' on ' + ground(element), element.className.baseVal || element.className || element.tagName);
 }
 return Array.from(pairs);
 """
 
 # Pictures and edges that carry a meaning, and what they are on.
 PICTURES = """
-const colour = (selector, property) => {
+const color = (selector, property) => {
     const element = document.querySelector(selector);
     return element ? getComputedStyle(element)[property] : null;
 };
-const surface = colour('.card', 'backgroundColor');
+const surface = color('.card', 'backgroundColor');
 const after = getComputedStyle(document.querySelector('.switch:not(.on)'), '::after').backgroundColor;
 return [
-    ['edge of the search field', colour('#search', 'borderTopColor'), colour('body', 'backgroundColor')],
-    ['edge of a button', colour('#open', 'borderTopColor'), colour('body', 'backgroundColor')],
-    ['bar', colour('.plot rect', 'fill'), surface],
-    ['slider', colour('.slider rect + rect', 'fill'), surface],
-    ['knob', colour('.slider circle', 'fill'), surface],
-    ['switch that is on', colour('.switch.on', 'backgroundColor'), surface],
-    ['switch that is off', colour('.switch:not(.on)', 'borderTopColor'), surface],
+    ['edge of the search field', color('#search', 'borderTopColor'), color('body', 'backgroundColor')],
+    ['edge of a button', color('#open', 'borderTopColor'), color('body', 'backgroundColor')],
+    ['bar', color('.plot rect', 'fill'), surface],
+    ['slider', color('.slider rect + rect', 'fill'), surface],
+    ['knob', color('.slider circle', 'fill'), surface],
+    ['switch that is on', color('.switch.on', 'backgroundColor'), surface],
+    ['switch that is off', color('.switch:not(.on)', 'borderTopColor'), surface],
     ['its knob', after, surface],
-    ['edge of a drop-down', colour('.drop', 'borderTopColor'), surface],
+    ['edge of a drop-down', color('.drop', 'borderTopColor'), surface],
 ];
 """
 
 
-def channels(colour):
-    numbers = [float(part) for part in colour[colour.index("(") + 1:colour.index(")")].replace(",", " ").split()]
-    assert len(numbers) == 3, colour
+def channels(color):
+    numbers = [float(part) for part in color[color.index("(") + 1:color.index(")")].replace(",", " ").split()]
+    assert len(numbers) == 3, color
     return numbers
 
 
-def luminance(colour):
+def luminance(color):
     linear = []
-    for channel in channels(colour):
+    for channel in channels(color):
         share = channel / 255
         linear.append(share / 12.92 if share <= 0.04045 else ((share + 0.055) / 1.055) ** 2.4)
     return 0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2]
@@ -72,7 +72,7 @@ def contrast(first, second):
     return (lighter + 0.05) / (darker + 0.05)
 
 
-class Colours(BrowserTest):
+class Colors(BrowserTest):
     def test_the_measure_is_right(self):
         self.assertAlmostEqual(contrast("rgb(0, 0, 0)", "rgb(255, 255, 255)"), 21.0)
         self.assertAlmostEqual(contrast("rgb(119, 119, 119)", "rgb(255, 255, 255)"), 4.478, places=3)
@@ -90,9 +90,9 @@ class Colours(BrowserTest):
     def test_pictures_and_edges_have_enough_contrast_light_and_dark(self):
         for dark in (False, True):
             self.browser.open(EXAMPLES / "receiver.xml", dark=dark)
-            for what, colour, ground in self.browser.script(PICTURES):
+            for what, color, ground in self.browser.script(PICTURES):
                 with self.subTest(what=what, dark=dark):
-                    self.assertGreaterEqual(contrast(colour, ground), PICTURE)
+                    self.assertGreaterEqual(contrast(color, ground), PICTURE)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+#
+# clang.sh has clang look at every source, the tests' included, with warnings as errors, and makes nothing of them: that
+# the sources can be linked and do what they should is what other builds show.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+build=build/ci-clang
+
+scripts/install-dependencies.sh build ci
+
+heading "Making what is compiled"
+quietly $build/configure.log cmake --preset ci-clang
+pch=tests/CMakeFiles/tests_pch.dir/cmake_pch.hxx.pch
+quietly $build/build.log ninja -C $build -j "$jobs" test_sources $pch
+
+heading "Looking at the sources"
+python3 -B scripts/check_syntax.py $build/compile_commands.json "$jobs"
