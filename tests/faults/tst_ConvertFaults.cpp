@@ -117,7 +117,7 @@ void ConvertFaultsTest::cleanup()
     m_shop.reset();
 }
 
-/// With the calls of the tool going by the plan.
+/// Runs the tool, whose calls fail as planned.
 Run ConvertFaultsTest::convert(const QString &out, const FaultyCalls::Plan &plan, const QByteArray &standardInput)
 {
     QFile::remove(m_folderOfLog->path(QStringLiteral("calls")));

@@ -85,10 +85,11 @@ class Check(unittest.TestCase):
         self.assertIn("fuzz/Tags.inc:1: does not match the model", self.run_model("--check").stderr)
         self.assertEqual(self.run_model().stdout, "written: fuzz/Tags.inc\n")
 
-    def test_what_the_schema_does_not_tell_is_taken_from_the_header(self) -> None:
-        told = "          <xs:documentation>The name of the bandwidth.</xs:documentation>"
-        self.change("share/tuner-properties.xsd", told, "          <xs:documentation></xs:documentation>")
-        self.assertIn(f"  should be {told}\n", self.run_model("--check").stderr)
+    def test_missing_documentation_of_the_schema_is_copied_from_the_header(self) -> None:
+        documentation = "          <xs:documentation>The name of the bandwidth.</xs:documentation>"
+        self.change("share/tuner-properties.xsd", documentation,
+                    "          <xs:documentation></xs:documentation>")
+        self.assertIn(f"  should be {documentation}\n", self.run_model("--check").stderr)
 
     def test_a_member_that_nobody_documents_is_named(self) -> None:
         self.change("share/tuner-properties.xsd",

@@ -47,7 +47,7 @@ private Q_SLOTS:
     {
         QCOMPARE(TunerProperties::Gettypes(), types);
         QCOMPARE(StartupModes::GetStartupModes(), modes);
-        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come behind these
+        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come after these
     }
 
     void withoutACatalogueNamesAreShownAsTheyAre()
@@ -86,7 +86,7 @@ private Q_SLOTS:
         QCOMPARE(visitedTypes, types);
         QCOMPARE(TunerProperties::Gettypes(), types);
         QCOMPARE(StartupModes::GetStartupModes(), modes);
-        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come behind these
+        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come after these
     }
 
     void unregisteringRemovesTheDisplayNames()

@@ -94,7 +94,7 @@ class Browser:
             {"name": "prefers-reduced-motion", "value": "reduce"}])
 
     def settle(self):
-        """Until what has been asked of the page is to be seen on it."""
+        """Waits until the page shows the effect of all actions."""
         self.driver.execute_async_script("requestAnimationFrame(() => requestAnimationFrame(arguments[0]))")
 
     def click(self, identifier):
