@@ -22,7 +22,7 @@ const QByteArray old = "the old file";
 struct Fault
 {
     int error;
-    const char *reason; // null if the output is written all the same
+    const char *reason; // null if the output is written nevertheless
 };
 
 /// One that calls of that kind may meet; all that they may meet are tried on the library, which does the same.

@@ -403,7 +403,7 @@ private Q_SLOTS:
             b.ungetChar('Y');
             b.ungetChar('X');
         });
-        QTest::newRow("a byte put in front of the first") << Prepare([](QDataStream &, QBuffer &b) {
+        QTest::newRow("a byte put back before the first") << Prepare([](QDataStream &, QBuffer &b) {
             b.seek(0);
             b.ungetChar('Y'); // the position becomes -1
         });

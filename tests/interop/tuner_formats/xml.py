@@ -153,7 +153,7 @@ class _Tokens:
                 text += token.text
         return text
 
-    def pass_over(self, name: str) -> None:
+    def skip(self, name: str) -> None:
         while (token := self.next()).kind != _Token.END_OF_DOCUMENT and token.name != name:
             pass
 
@@ -260,7 +260,7 @@ def _read_child(obj: Object, start: _Token, tokens: _Tokens, validate: bool) -> 
 
 def _read_unknown(obj: Object, start: _Token, tokens: _Tokens, validate: bool) -> None:
     if not obj.cls.has_version or obj.is_older():
-        tokens.pass_over(start.name)
+        tokens.skip(start.name)
     elif validate:
         raise refusals.unknown_element(obj.cls.name, start.name)
     # otherwise the content of the element is read as content of the document itself

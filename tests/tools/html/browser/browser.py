@@ -119,7 +119,7 @@ class Browser:
         return path
 
     def press(self, key):
-        """A key, as the keyboard sends it: what a page makes of it goes through the browser's own handling."""
+        """Sends a key like the keyboard: the browser handles it before the page does."""
         codes = {"Tab": (9, ""), "Enter": (13, "\r"), "Space": (32, " "), "Escape": (27, "")}
         code, text = codes[key]
         name = " " if key == "Space" else key

@@ -153,7 +153,7 @@ class Page(BrowserTest):
         document = base64.b64decode(self.browser.devtools("Page.printToPDF", printBackground=True)["data"])
         return len(re.findall(rb"/Type\s*/Page\b", document))
 
-    def test_what_is_closed_is_printed_all_the_same(self):
+    def test_closed_parts_are_printed(self):
         self.browser.open(RECEIVER)
         sheets = self.printed()
         self.assertEqual(self.browser.script(OPEN_CARDS), ["Antenna inputs"])
