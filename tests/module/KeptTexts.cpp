@@ -134,8 +134,8 @@ void keepObject(Keeper &keeper, Object &object)
     keepMembers(keeper, object);
 }
 
-/// Keeps the texts of a new object, of one with texts and one with empty texts, and of objects that were read from the
-/// encodings of these two. `fill` sets every text, `keepTexts` calls the functions of the class.
+/// Keeps the texts of an object that is new, of one with texts and one with empty texts, and of those that were read
+/// from what these two write. `fill` sets every text, `keepTexts` calls the functions of the class.
 template <class Object, class Fill, class KeepTexts>
 void keepClass(Keeper &keeper, const char *objectName, const char *fromXmlName, const char *fromBinaryName, Fill fill,
                KeepTexts keepTexts)
