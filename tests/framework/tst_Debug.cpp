@@ -70,7 +70,7 @@ private Q_SLOTS:
         QCOMPARE(textOf(ObjectTypes(3)), QStringLiteral("ObjectTypes(3)"));
     }
 
-    void enumeratorsLeaveTheStreamAsItIs()
+    void enumeratorsKeepTheSettingsOfTheStream()
     {
         QString text;
         QDebug(&text) << 1 << TunerProperties::type::MCP << QStringLiteral("a") << MemberKind::Int << 2;

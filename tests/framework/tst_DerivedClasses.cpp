@@ -78,7 +78,7 @@ Q_DECLARE_METATYPE(Write)
 Q_DECLARE_METATYPE(WriteDocument)
 Q_DECLARE_METATYPE(WriteAny)
 
-/// Classes derived from those of the model, which override what the base library calls.
+/// Classes derived from those of the model that override operations that the base library calls.
 class DerivedClassesTest : public QObject
 {
     Q_OBJECT

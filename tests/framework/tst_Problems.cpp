@@ -374,7 +374,7 @@ private Q_SLOTS:
         }
         QVERIFY(!document.SaveXml(path));
 
-        // Texts of the base that XML cannot carry are reported by their members.
+        // A text of the base class that XML cannot represent is reported with its member.
         document.Setname(QString(QChar(7)));
         QCOMPARE(textsOf(document),
                  QStringList{QStringLiteral(" -> TunerProperties: name contains U+0007 at position 1, which XML cannot "

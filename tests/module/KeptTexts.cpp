@@ -71,7 +71,7 @@ public:
             keep(steps, QString(step.member));
     }
 
-    /// The text of what the action throws. `error` is the function in Errors.h.
+    /// The text of the exception that the action throws. `error` is the function in Errors.h.
     template <class Action>
     void keepThrown(const char *error, Action action)
     {

@@ -50,7 +50,7 @@ private Q_SLOTS:
         QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come after these
     }
 
-    void withoutACatalogueNamesAreShownAsTheyAre()
+    void withoutACatalogNamesAreNotTranslated()
     {
         speak(QLocale(QLocale::Finnish));
         QCOMPARE(TunerProperties::GetGUItypes(), types);

@@ -55,7 +55,7 @@ private Q_SLOTS:
     void recordLengthsMustAddUp();
     void aSnapshotIsReadWithoutTheSetters();
 
-    void bothMembersCountForEquality();
+    void bothMembersAffectEquality();
 };
 
 void BandwidthSelectionTest::itHasItsNameIdentifierAndNoVersion()
@@ -302,7 +302,7 @@ void BandwidthSelectionTest::aSnapshotIsReadWithoutTheSetters()
     QCOMPARE(selection.GetMaxBandwidth(), 1.0); // the value is read, but the flag is clear
 }
 
-void BandwidthSelectionTest::bothMembersCountForEquality()
+void BandwidthSelectionTest::bothMembersAffectEquality()
 {
     QVERIFY(aBandwidth() == aBandwidth());
     QVERIFY(aBandwidth() != aBandwidth(1));

@@ -27,7 +27,7 @@ private Q_SLOTS:
     void resettingAMemberRestoresItsDefault();
     void anIncompleteNodeIsNotAppendedWhileValidating();
     void nonConstGetterOfTheListSetsItsFlag();
-    void everyMemberCountsForEquality();
+    void everyMemberAffectsEquality();
     void theListsAreComparedByTheFlagOfTheRightSide();
 };
 
@@ -220,7 +220,7 @@ void ComponentTest::nonConstGetterOfTheListSetsItsFlag()
     QCOMPARE(thrownBy([&] { component.Check(); }), missing("type"));
 }
 
-void ComponentTest::everyMemberCountsForEquality()
+void ComponentTest::everyMemberAffectsEquality()
 {
     const Component whole = wholeComponent();
     QVERIFY(whole == wholeComponent());

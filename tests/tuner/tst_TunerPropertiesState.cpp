@@ -113,8 +113,8 @@ private Q_SLOTS:
     void onlyListsThatAreSetAreChecked();
     void valuesWithoutRuleAreNotChecked();
 
-    void everyMemberCountsForEquality_data() { memberRows(); }
-    void everyMemberCountsForEquality();
+    void everyMemberAffectsEquality_data() { memberRows(); }
+    void everyMemberAffectsEquality();
     void theListsAndTheModesAreComparedByTheirItems();
     void comparingLeavesBothDocumentsInitialized();
 };
@@ -449,7 +449,7 @@ void TunerPropertiesStateTest::valuesWithoutRuleAreNotChecked()
     QCOMPARE(thrownBy([&] { document.Check(); }), QString());
 }
 
-void TunerPropertiesStateTest::everyMemberCountsForEquality()
+void TunerPropertiesStateTest::everyMemberAffectsEquality()
 {
     QFETCH(int, index);
     const MemberOfDocument &member = membersInBitOrder().at(index);

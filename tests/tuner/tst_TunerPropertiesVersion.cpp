@@ -83,7 +83,7 @@ private Q_SLOTS:
     void resettingKeepsTheLoadedVersion();
     void copiesKeepTheLoadedVersion();
     void aNewerDocumentIsWrittenInTheOwnVersion();
-    void theLoadedVersionDoesNotCountForEquality();
+    void loadedVersionDoesNotAffectEquality();
     void partsOfADocumentHaveNoVersion();
 };
 
@@ -262,7 +262,7 @@ void TunerPropertiesVersionTest::aNewerDocumentIsWrittenInTheOwnVersion()
     QCOMPARE(xmlOf(document), QStringLiteral("<TunerProperties Version=\"1.1\" type=\"MCP\" baseresource=\"b\"/>"));
 }
 
-void TunerPropertiesVersionTest::theLoadedVersionDoesNotCountForEquality()
+void TunerPropertiesVersionTest::loadedVersionDoesNotAffectEquality()
 {
     TunerProperties document;
     readXml(document, QStringLiteral("<TunerProperties Version=\"2.0\"/>"));
