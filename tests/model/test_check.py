@@ -16,7 +16,7 @@ PROJECT = Path(__file__).resolve().parents[2]
 PROGRAM = sys.argv.pop(1)
 MADE = ("share/model.json", "share/tuner-properties.xsd", "docs/formats.md", "fuzz/Tags.inc",
         "fuzz/dictionaries/records.dict", "fuzz/dictionaries/xml.dict", "fuzz/dictionaries/json.dict",
-        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h", "tests/Members.inc", "docs/pages/index.md",
+        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h", "bench/reference/Model.h", "tests/Members.inc", "docs/pages/index.md",
         "translations/TunerProperties_en.ts", *(str(path.relative_to(PROJECT)) for path in PROJECT.glob("include/jobxml/*.h")))
 
 
