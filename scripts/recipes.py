@@ -12,6 +12,7 @@ The last step of every recipe is to run scripts/model.sh, so it has no patch.
 from __future__ import annotations
 
 import argparse
+import os
 import re
 import subprocess
 import sys
@@ -22,7 +23,7 @@ from pathlib import Path
 
 TOP = Path(__file__).resolve().parents[1]
 RECIPES = TOP / "tests" / "recipes"
-TREE = TOP / "build" / "recipes" / "tree"
+TREE = Path(os.environ.get("RECIPES_TREE", TOP / "build" / "recipes" / "tree")).resolve()
 BUILD = TREE / "build" / "ci"
 
 TARGETS = ("test_module", "test_every_class", "test_framework", "test_values", "test_tuner", "test_schema",
@@ -132,8 +133,6 @@ class Trial:
 
     @staticmethod
     def _environment() -> dict[str, str]:
-        import os
-
         return {**os.environ, "MODEL_BUILD": str(BUILD)}
 
 

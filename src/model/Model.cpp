@@ -45,7 +45,7 @@ QByteArray nameOf(MemberKind kind)
     case MemberKind::Choice:
         break;
     }
-    qFatal("a choice is no row of a table");
+    qFatal("a choice is not a row of a table");
 }
 
 /// When XML and tagged records hold a member.
@@ -58,7 +58,7 @@ const char *written(const Member &row)
     return row.has(WrittenWhenSet) ? "when set" : "always";
 }
 
-/// When snapshots do. What stands before a slash is for writing, what stands behind it for reading.
+/// When snapshots do: before a slash when they are written, after it when they are read.
 const char *inSnapshots(const Member &row)
 {
     if (row.kind() == MemberKind::Alternative)
@@ -121,9 +121,9 @@ QByteArray memberAsJson(const Member &row, DataObject &object)
 /// The tag of the first record of a new object. A class that has a version writes it there.
 quint32 firstTag(DataObject &object)
 {
-    constexpr int behindTagAndLengthOfTheObject = 8;
+    constexpr int afterTagAndLength = 8;
     return QByteArray(object.GetBinaryRepresentationAsQByteArray())
-        .mid(behindTagAndLengthOfTheObject, 4)
+        .mid(afterTagAndLength, 4)
         .toHex()
         .toUInt(nullptr, 16);
 }
