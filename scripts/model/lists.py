@@ -28,7 +28,7 @@ def accessors_of(row: dict) -> str:
             return (f'List<T, T::{name}, T::{name}>{{"{name}", &T::Get{name}, &T::Get{name}, &T::Set{name}, '
                     f"&T::Append{name}, {one}}}")
         case kind:
-            return f'Value<T, {TYPES.get(kind, f"T::{name}")}>{{"{name}", &T::Get{name}, &T::Set{name}, {one}}}'
+            return f'Value<T, {TYPES.get(kind, f"T::{name}")}>{{"{name}", &T::Get{name}, &T::Set{name}, {one}, &T::GetDefault{name}}}'
 
 
 def members_file(model: Model) -> str:

@@ -200,15 +200,6 @@ private Q_SLOTS:
 
     void everyClassHasATextForTests()
     {
-        hasText<TunerProperties, StartupModes, BandwidthSelection, Component, Node, ValueItem, ValueBoolean, ValueFloat,
-                ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64, ValueSelection,
-                SelectionItem, ValueString, ValueStringList, StringItem>();
-    }
-
-private:
-    template <class... Classes>
-    static void hasText()
-    {
         QStringList classes;
         const auto ask = [&](const auto &object) {
             const std::unique_ptr<char[]> shown(QTest::toString(object));
@@ -217,7 +208,7 @@ private:
             QVERIFY(!object.IsInitialized());
             classes += object.GetObjectName();
         };
-        (ask(Classes()), ...);
+        Classes::forEach([&](auto tag) { ask(typename decltype(tag)::Class()); });
         classes.sort();
         QCOMPARE(classes, Model::classes());
     }

@@ -53,7 +53,7 @@ class Check(unittest.TestCase):
         required = '    <xs:attribute name="optional" type="Boolean" use="required">'
         text = "template <> inline char *toString(const JobXml::Node &object) { return JobXml::testText(object); }"
         accessors = ('    use(Value<T, double>{"MaxBandwidth", &T::GetMaxBandwidth, &T::SetMaxBandwidth, '
-                     "&T::IsMaxBandwidthSet, &T::ResetMaxBandwidth});")
+                     "&T::IsMaxBandwidthSet, &T::ResetMaxBandwidth, &T::GetDefaultMaxBandwidth});")
         changes = (
             ("share/model.json", version, '  "version": "1.0",'),
             ("docs/formats.md", *bandwidth),
