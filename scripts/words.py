@@ -31,16 +31,13 @@ EXEMPT: tuple[str, ...] = (
     "src/values/",
     "tests/AddTest.cmake",
     "tests/compile_failures/CMakeLists.txt",
-    "tests/damage/",
     "tests/documentation/check_tool_messages.py",
-    "tests/every_class/",
     "tests/faults/",
     "tests/framework/",
     "tests/interop/",
     "tests/module/",
     "tests/tools/",
     "tests/tuner/",
-    "tests/values/",
     "tools/",
 )
 

@@ -9,7 +9,7 @@
 
 namespace JobXml {
 
-class ShownMember;
+class VisitedMember;
 
 /// What a member is, and which type its value has for a visitor.
 enum class MemberKind {
@@ -75,9 +75,9 @@ public:
     const DataObject &GetChild(int index = 0) const;
 
 protected:
-    MemberView(const ShownMember &row, const DataObject &object) : m_row(&row), m_object(&object) { }
+    MemberView(const VisitedMember &row, const DataObject &object) : m_row(&row), m_object(&object) { }
 
-    const ShownMember &row() const { return *m_row; }
+    const VisitedMember &row() const { return *m_row; }
 
 private:
     template <class Visitor>
@@ -87,7 +87,7 @@ private:
 
     static void forEach(const DataObject &object, Call call, void *visitor);
 
-    const ShownMember *m_row;
+    const VisitedMember *m_row;
     const DataObject *m_object;
 };
 
@@ -122,7 +122,7 @@ private:
     template <class Visitor>
     friend void visit(DataObject &object, Visitor &&visitor);
 
-    MemberEditor(const ShownMember &row, DataObject &object) : MemberView(row, object) { }
+    MemberEditor(const VisitedMember &row, DataObject &object) : MemberView(row, object) { }
 
     static void forEach(DataObject &object, Call call, void *visitor);
     Q_DECL_HIDDEN DataObject &object() const;

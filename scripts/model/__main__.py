@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""Makes every committed file, or part of one, that follows from the model: model [--check] [--top FOLDER] PROGRAM
+"""Generates every committed file, or part of one, that follows from the model: model [--check] [--top FOLDER] PROGRAM
 
-PROGRAM is tunerproperties_model, a program of the build that writes the model as JSON. With --check nothing is written,
-but each file that is not as it would be made is named, with the first line that differs.
+PROGRAM is tunerproperties_model, a program of the build that writes the model as JSON. With --check nothing is written;
+each file that is not up to date is reported, with the first line that differs.
 """
 
 from __future__ import annotations
@@ -22,12 +22,12 @@ import fuzzing  # noqa: E402
 import lists  # noqa: E402
 import schema  # noqa: E402
 import texts  # noqa: E402
-from model import Model, Unmakeable  # noqa: E402
+from model import GenerationError, Model  # noqa: E402
 
 MODEL = "share/model.json"
 
 
-def model_written_by(program: Path) -> str:
+def model_from(program: Path) -> str:
     with tempfile.TemporaryDirectory() as folder:
         file = Path(folder) / "model.json"
         subprocess.run([program, file], check=True)
@@ -50,10 +50,10 @@ def first_difference(path: str, is_now: str, should_be: str) -> str:
         itertools.zip_longest(is_now.splitlines(), should_be.splitlines()), start=1
     ):
         if now != expected:
-            return (f"{path}:{number}: is not as the model has it; run scripts/model.sh\n"
+            return (f"{path}:{number}: does not match the model; run scripts/model.sh\n"
                     f"  is        {'the end of the file' if now is None else now}\n"
                     f"  should be {'the end of the file' if expected is None else expected}")
-    return f"{path}: does not end with a line feed, or with more than one"
+    return f"{path}: does not end with exactly one line feed"
 
 
 def main() -> int:
@@ -66,14 +66,14 @@ def main() -> int:
     arguments = parser.parse_args()
     committed = Committed(arguments.top)
 
-    text = model_written_by(arguments.program)
+    text = model_from(arguments.program)
     model = Model(text)
     problems: list[str] = []
     made = {MODEL: text}
     for part in (benchmark, formats_page, fuzzing, lists, schema, texts):
         try:
             made |= part.make(model, committed, problems.append)
-        except Unmakeable as error:
+        except GenerationError as error:
             problems.append(str(error))
 
     if arguments.list:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The tables of docs/formats.md, and its picture of the objects."""
+"""The tables of docs/formats.md, and its tree of the objects."""
 
 from __future__ import annotations
 
@@ -61,7 +61,7 @@ def names(model: Model) -> str:
 
 
 def picture(model: Model, name: str) -> list[str]:
-    """The tree of classes below one of them, a line for each branch."""
+    """The tree of classes below a class, with one line for each branch."""
     (cls,) = (cls for cls in model.classes if cls["name"] == name)
     lines: list[str] = []
     for row in cls["members"]:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the fuzzer knows of the model: the tags that its mutator sets, and its dictionaries."""
+"""The fuzzer's dictionaries, and the tags that its mutator sets."""
 
 from __future__ import annotations
 
@@ -25,7 +25,7 @@ def as_bytes(word: str) -> str:
 
 
 def values_by_name(model: Model) -> list[str]:
-    """The names of all members that hold no objects."""
+    """The names of all members that contain no objects."""
     names = {row["name"] for _, row in model.members if "class" not in row and row["kind"] != "enumeration list"}
     return sorted(names | {model.version_record[0]})
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Lists of classes and members that C++ cannot write over that of the library."""
+"""Lists of classes and members that C++ code cannot derive from the tables."""
 
 from __future__ import annotations
 
@@ -14,7 +14,7 @@ TYPES = {"text": "QString", "boolean": "bool", "int32": "int", "int64": "qint64"
 
 
 def accessors_of(row: dict) -> str:
-    """The accessors of a member, as tests/Members.h has them. Enumerations are named as their members."""
+    """The accessors of a member, in the form of tests/Members.h. Enumerations are named like their members."""
     name = row["name"]
     one = f"&T::Is{name}Set, &T::Reset{name}"
     match row["kind"]:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The model as model.json lists it, and how parts of files are replaced."""
+"""Reads model.json and replaces parts of files."""
 
 from __future__ import annotations
 
@@ -7,8 +7,8 @@ import json
 import re
 
 
-class Unmakeable(Exception):
-    """A file that is to be made in part has lost the place where the part belongs."""
+class GenerationError(Exception):
+    """A file cannot be generated from the model."""
 
 
 class Model:
@@ -24,14 +24,14 @@ class Model:
 
     @property
     def kinds(self) -> set[str]:
-        """The classes that an object chooses from."""
+        """The classes of the alternatives."""
         return {row["class"] for _, row in self.members if row["kind"] == "alternative"}
 
     def enumeration(self, kind: str) -> list[str]:
         found = [row["names"] for _, row in self.members if row["kind"] == kind]
         if len(found) != 1:
-            raise Unmakeable(f"the model has {len(found)} members that are {kind}s; scripts/model knows what to do "
-                             "with one")
+            raise GenerationError(f"the model has {len(found)} members of the kind '{kind}'; scripts/model supports "
+                              "exactly one")
         return found[0]
 
     @property
@@ -54,10 +54,10 @@ def unique(values) -> list:
 
 
 def replaced(path: str, text: str, pattern: str, replacement: str) -> str:
-    """The text with the one place that matches replaced. Groups named "before" and "after" are kept."""
+    """The text with the only match of the pattern replaced. Groups named "before" and "after" are kept."""
     found = list(re.finditer(pattern, text, re.MULTILINE | re.DOTALL))
     if len(found) != 1:
-        raise Unmakeable(f"{path}: has {len(found)} places that match {pattern!r}, and not one")
+        raise GenerationError(f"{path}: has {len(found)} matches of {pattern!r} instead of one")
     groups = found[0].groupdict()
     return (text[: found[0].start()] + groups.get("before", "") + replacement + groups.get("after", "")
             + text[found[0].end() :])

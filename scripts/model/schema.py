@@ -1,8 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The elements and types of share/tuner-properties.xsd.
-
-Documentation stays as it was written there. What is new is documented as in the public header.
-"""
+"""The elements and types of share/tuner-properties.xsd. Its documentation is kept; new ones come from the header."""
 
 from __future__ import annotations
 
@@ -18,7 +15,7 @@ TYPES = {"text": "Text", "boolean": "Boolean", "int32": "Int", "int64": "Int64",
 
 
 class Class:
-    """The declaration of a class: what was written for people, in a frame that follows from the model."""
+    """The declaration of a class: generated from the model, with the documentation that the schema contains."""
 
     def __init__(self, model: Model, cls: dict, declared: str, header: str, complain) -> None:
         self._cls = cls
@@ -54,7 +51,7 @@ class Class:
         return [f"{indent}<xs:annotation>", documentation, f"{indent}</xs:annotation>"]
 
     def _comments(self) -> list[str]:
-        """Those between the documentation and what follows."""
+        """The comments after the documentation."""
         found = re.search(r"\n    </xs:annotation>\n((?:    <!--.*?-->\n)+)", self._declared, re.DOTALL)
         return found[1].splitlines() if found else []
 

@@ -86,7 +86,7 @@ TABLE = re.compile(r"constexpr Table members\{(?P<rows>[^}]*)\};")
 # Traits that a row of the kind could have by mistake, with an effect.
 ADDED_TO_LISTS = ("Mandatory", "ComparedByRightFlag", "SnapshotReadByCount")
 ADDED_TO_SCALARS = ("Attribute", "Mandatory", "WrittenWhenSet", "SnapshotReadAlways")
-ADDED_TO_TEXTS = (*ADDED_TO_SCALARS, "NullPassesIsValid", "Identifies")
+ADDED_TO_TEXTS = (*ADDED_TO_SCALARS, "IsValidAcceptsNull", "Identifies")
 
 
 MOST_AROUND = 80  # characters of a statement before and after a change
@@ -283,7 +283,7 @@ class Source:
             types[row["row"]] = field and field["type"]
             # Two members of a type that agree in these give the same answers.
             distinguishing["defaultValue", row["row"]] = field and field["value"]
-            distinguishing["isValid", row["row"]] = "NullPassesIsValid" in (row["traits"] or "")
+            distinguishing["isValid", row["row"]] = "IsValidAcceptsNull" in (row["traits"] or "")
         for use in re.compile(r"\brow::(\w+)\.(\w+)").finditer(self.text, begin):
             row, call = use.groups()
             at = names.index(row)

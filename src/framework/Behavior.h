@@ -2,7 +2,7 @@
 #pragma once
 
 #include "framework/ObjectAccess.h"
-#include "framework/ShownMember.h"
+#include "framework/VisitedMember.h"
 
 namespace JobXml {
 
@@ -23,12 +23,12 @@ public:
 
     virtual bool equals(const DataObject &left, const DataObject &right) const;
 
-    /// Checks the object and everything below it. Propagates `environment`, unless it is null, on the same walk.
+    /// Checks the object and everything below it. Unless `environment` is null, propagates it in the same traversal.
     virtual void check(const DataObject &object, bool flag,
                        const REPORTGENERATOR::EnvironmentPointer *environment) const;
     virtual void collectProblems(const DataObject &object, const ObjectPath &path, const ProblemVisitor &visitor) const;
 
-    /// In the order in which visitors see them.
+    /// Calls the action for each member, in the order in which visitors see them.
     virtual void forEachMember(const DataObject &object, const MemberAction &action) const;
 
     virtual void propagateToChildren(const DataObject &object, const Propagation &propagation) const;
@@ -36,9 +36,9 @@ public:
     virtual void copyEnvironments(const DataObject &original, const DataObject &copy) const;
 
     virtual void writeElement(const DataObject &object, XmlOutput &output) const;
-    /// Reads the attributes of the element on whose start the reader stands.
+    /// Reads the attributes of the element whose start tag the reader has just read.
     virtual void readAttributes(DataObject &object, QXmlStreamReader &reader) const;
-    /// For a child element that is no member.
+    /// For a child element that is not a member.
     virtual void readUnknownElement(DataObject &object, QXmlStreamReader &reader) const;
 
     virtual void writeRecords(const DataObject &object, BinaryWriter &writer) const;
@@ -51,7 +51,7 @@ protected:
     constexpr Behavior() = default;
     ~Behavior() = default; // constants are never deleted
 
-    // For steps that do something in between:
+    // The parts of the steps above, for classes that add something between them:
     static void writeMembers(const DataObject &object, XmlOutput &output);
     static void writeSnapshotFlags(const DataObject &object, BinaryWriter &writer);
     static bool readSnapshotFlags(DataObject &object, BinaryReader &reader);

@@ -17,17 +17,17 @@ namespace JobXml {
 
 namespace {
 
-constexpr int wordSize = 4; // the least that an item takes
+constexpr int wordSize = 4; // the smallest size of an item
 
-// An item in memory is many times its least size in a stream; beyond this, lists grow as their items arrive.
+// An item in memory is many times its smallest size in a stream, so larger lists grow while their items are read.
 constexpr qint64 mostReserved = 4096;
 
-// The first of QDataStream's versions to write what the name says.
+// The first versions of QDataStream that support what the names say.
 constexpr int versionWithUnicode = 2;
 constexpr int versionWithNullText = 3;
 constexpr int versionWithNullBytesAndWords64 = 6;
 
-/// The buffer behind a stream, if its bytes may be read past the stream.
+/// The buffer of a stream if its bytes may be read directly; otherwise null.
 QBuffer *bufferOf(const QDataStream &stream)
 {
     QIODevice *const device = stream.device();
@@ -37,8 +37,8 @@ QBuffer *bufferOf(const QDataStream &stream)
     if (!device->isReadable() || device->isTextModeEnabled() || device->isTransactionStarted())
         return nullptr;
     auto *const buffer = static_cast<QBuffer *>(device);
-    // What was put back by ungetChar() is not in the buffer's bytes, and may stand in front of the first of them. Only
-    // reading shows it: a QBuffer peeks past it, and beyond its own end.
+    // Characters put back by ungetChar() are not in the buffer's bytes and may precede the first of them. Only reading
+    // detects them: QBuffer::peek() ignores them.
     const qint64 position = buffer->pos();
     if (position < 0 || position >= buffer->size())
         return nullptr;
@@ -59,13 +59,13 @@ To bitsOf(From value)
     return bits;
 }
 
-// By size: a text may hold a NUL.
+// With the size, because a text may contain a NUL.
 QString textOf(const char *utf8, int size)
 {
     return QString::fromUtf8(utf8, size);
 }
 
-/// Writes the characters as bytes; false where one is not ASCII.
+/// Writes the characters as bytes. Returns false if one of them is not ASCII.
 bool narrow(const QChar *text, int size, char *to)
 {
     ushort all = 0;
@@ -91,7 +91,7 @@ bool isAscii(const char *bytes, int size)
         std::memcpy(&eight, bytes + i, 8);
         all |= eight;
     }
-    std::memcpy(&eight, bytes + size - 8, 8); // the last eight, some of them once more
+    std::memcpy(&eight, bytes + size - 8, 8); // the last eight, which may overlap the ones before
     return ((all | eight) & highBits) == 0;
 }
 
@@ -123,7 +123,7 @@ BinaryWriter::BinaryWriter(const QDataStream &target) : m_form(target) { }
 void BinaryWriter::grow(qint64 size)
 {
     constexpr qint64 least = 256;
-    constexpr qint64 most = std::numeric_limits<int>::max() - 64; // a QByteArray has a head of its own
+    constexpr qint64 most = std::numeric_limits<int>::max() - 64; // a QByteArray also allocates a header
     if (size > most - m_size)
         throw std::bad_alloc();
     m_bytes.resize(int(std::min(most, std::max({least, m_size + size, 2 * m_size}))));
@@ -250,7 +250,7 @@ bool BinaryReader::take(bool &value)
     return true;
 }
 
-// As the stream reads a number that it may have written as the other type.
+// Reads the type that the stream's precision selects, like the stream itself.
 template <class T>
 bool BinaryReader::takeFloat(T &value)
 {
@@ -325,7 +325,7 @@ QString BinaryReader::readText(const DataObject &owner)
         return emptyText;
     if (isAscii(bytes.data, bytes.size))
         return QString::fromLatin1(bytes.data, bytes.size);
-    // The converter drops one byte order mark at the start, which here is part of the text: give it one to drop.
+    // A byte order mark at the start is part of the text, but the converter drops one, so a second is put before it.
     static constexpr char mark[] = "\xEF\xBB\xBF";
     if (bytes.size >= 3 && std::memcmp(bytes.data, mark, 3) == 0) {
         const QByteArray marked = mark + QByteArray::fromRawData(bytes.data, bytes.size);
@@ -348,7 +348,7 @@ void BinaryReader::skip(const DataObject &owner, qint32 length, quint32 tag)
     m_at += std::max(length, 0);
 }
 
-// Puts the buffer where this reader is; false if it ends before the payload does.
+// Moves the buffer to the position of this reader. Returns false if the buffer ends before the payload.
 bool BinaryReader::beginByStream(qint32 length)
 {
     if (!m_buffer)
@@ -360,7 +360,7 @@ bool BinaryReader::beginByStream(qint32 length)
     return true;
 }
 
-// Continues after the payload, wherever the buffer has been left.
+// Continues after the payload, whatever the position of the buffer.
 void BinaryReader::endByStream(qint32 length)
 {
     if (!m_buffer)

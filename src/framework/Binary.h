@@ -14,22 +14,21 @@ namespace JobXml {
 
 class DataObject;
 
-constexpr quint32 nullMark = 0xFFFFFFFF; // in place of the length of what is null
+constexpr quint32 nullMark = 0xFFFFFFFF; // replaces the length of a null value
 
-/// How a stream wants its bytes.
+/// The settings of a stream that determine its bytes.
 struct ByteForm
 {
     explicit ByteForm(const QDataStream &stream);
 
-    bool isSwapped; ///< the byte order is not that of the processor
-    bool halvesFloats; ///< numbers with floating point are written as `float`
+    bool isSwapped; ///< the byte order differs from the processor's
+    bool halvesFloats; ///< floating-point numbers are written as `float`
     bool doublesFloats; ///< as `double`
     int version;
 };
 
-/// Composes what is meant for a stream in memory, byte for byte as the stream itself would write it, and hands it over
-/// in one piece: a record's length stands in front of what it counts, and going by the device word for word is most of
-/// what writing costs.
+/// Composes the bytes in memory, exactly as the stream itself would write them, and writes them to the stream at once.
+/// A record's length precedes its payload, and a call of the device for each word would be most of the cost of writing.
 class BinaryWriter
 {
 public:
@@ -53,7 +52,7 @@ public:
     void putUtf8(QLatin1String ascii);
 
     /// \name Tagged records
-    /// Each length is known, and written, only behind its payload.
+    /// Each length is filled in after its payload, when it is known.
     /// @{
     using Start = qint64; ///< where a record's payload begins
     Start begin(quint32 tag)
@@ -67,11 +66,11 @@ public:
         return m_size;
     }
     void end(Start start) { store(m_bytes.data() + start - 4, quint32(m_size - start)); }
-    /// Records that were written elsewhere, as they are.
+    /// Appends records that were written elsewhere, unchanged.
     void putRecords(const QByteArray &records);
     /// @}
 
-    /// Hands everything written to the stream.
+    /// Writes everything to the stream.
     void flushTo(QDataStream &target) const;
 
 private:
@@ -101,8 +100,8 @@ private:
     qint64 m_size = 0;
 };
 
-/// Reads what a stream holds: from the bytes of a QBuffer directly, which then is left where the stream would have left
-/// it, and from every other device by the stream itself.
+/// Reads from a stream. The bytes of a QBuffer are read directly, and the buffer's position ends up where the stream
+/// would have left it; every other device is read by the stream itself.
 class BinaryReader
 {
 public:
@@ -111,13 +110,13 @@ public:
     BinaryReader &operator=(const BinaryReader &) = delete;
     ~BinaryReader();
 
-    /// Whether no device is asked while reading, and so nobody else's code runs.
+    /// Whether reading calls no device, so that no foreign code runs.
     bool isInMemory() const { return m_buffer != nullptr; }
 
     bool atEnd() const { return m_buffer ? m_at == m_end : m_stream.atEnd(); }
 
-    /// \name For a snapshot, which ends where its stream does
-    /// Takes a value; false, and the value stays, where the stream cannot serve it.
+    /// \name For a snapshot, which ends with its stream
+    /// Reads a value. Returns false and leaves the value unchanged if the stream ends before it.
     /// @{
     bool take(quint8 &value) { return takeByte(value); }
     bool take(qint8 &value) { return takeByte(value); }
@@ -133,10 +132,10 @@ public:
     /// @}
 
     /// \name For a tagged record of `owner`
-    /// Where the stream ends too early, `owner` fails with its length error, before anything that was cut off gets as
-    /// far as a setter.
+    /// If the stream ends prematurely, the length error of `owner` is thrown before an incomplete value reaches a
+    /// setter.
     /// @{
-    /// The tag and the length in front of a member's payload.
+    /// The tag and the length that precede a member's payload.
     struct Head
     {
         quint32 tag;
@@ -162,7 +161,7 @@ public:
         return value;
     }
 
-    /// Bytes that hold until the next use of the reader.
+    /// Bytes that are valid until the next use of the reader.
     struct Bytes
     {
         const char *data;
@@ -184,14 +183,14 @@ public:
         return {data, int(size)};
     }
 
-    /// A text as UTF-8 bytes; never null, whatever was written.
+    /// A text as UTF-8 bytes; never null.
     QString readText(const DataObject &owner);
 
     /// An unknown record's payload.
     void skip(const DataObject &owner, qint32 length, quint32 tag);
 
-    /// Lets `read` take the payload of a record from the stream itself; if it returns false, the payload is still to be
-    /// read.
+    /// Lets `read` read the payload of a record from the stream itself. If it returns false, the payload is still
+    /// unread.
     template <class Read>
     bool readByStream(const DataObject &owner, qint32 length, Read &&read)
     {
@@ -204,8 +203,8 @@ public:
     }
     /// @}
 
-    /// For how many of `count` announced items there can be room in the bytes that are left. A count is never trusted:
-    /// one flipped bit in it must not reserve gigabytes.
+    /// How many of `count` announced items the remaining bytes can contain. A count is never trusted: one flipped bit
+    /// in it must not reserve gigabytes.
     int itemsWithin(qint32 count) const;
 
 private:
@@ -214,7 +213,7 @@ private:
     void endByStream(qint32 length);
     [[noreturn]] static void wrongLength(const DataObject &owner);
     qint64 bytesLeft() const;
-    /// Fails as a stream does, having read what there was.
+    /// Sets the stream to its end and to ReadPastEnd, as the stream does itself.
     bool pastEnd();
     template <class T>
     bool takeByStream(T &value)
@@ -259,8 +258,8 @@ private:
 
     QDataStream &m_stream;
     const ByteForm m_form;
-    QBuffer *m_buffer; // null where the stream itself reads
-    const char *m_begin = nullptr; // of what the buffer has left
+    QBuffer *m_buffer; // null if the stream itself reads
+    const char *m_begin = nullptr; // of the buffer's unread bytes
     const char *m_at = nullptr;
     const char *m_end = nullptr;
     QByteArray m_bytes; // read by the stream, for readBytes()

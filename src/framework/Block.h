@@ -23,23 +23,23 @@ public:
     quint8 byte(int index) const noexcept { return quint8(m_bits >> (8 * index)); }
     void setBytes(quint8 first, quint8 second, int memberCount) noexcept
     {
-        m_bits = quint16((first | second << 8) & ((1 << memberCount) - 1)); // bits that no member owns are dropped
+        m_bits = quint16((first | second << 8) & ((1 << memberCount) - 1)); // bits that belong to no member are dropped
     }
 
 private:
     quint16 m_bits = 0;
 };
 
-constexpr int mostMembers = 16; // what SetFlags can hold
+constexpr int mostMembers = 16; // the number of bits in SetFlags
 
 /// The data of an object, shared after assignment until one side uses it.
 struct Block
 {
     Block() noexcept = default;
-    Block(const Block &other) noexcept : flags(other.flags) { } // a copy begins with an owner of its own
+    Block(const Block &other) noexcept : flags(other.flags) { } // a copy starts with one owner
     Block &operator=(const Block &) = delete;
 
-    // Acquire and release pair up: who finds itself the only owner sees all that the former owners did.
+    // Acquire and release pair up: the last owner sees all changes that the former owners made.
     bool isShared() const noexcept { return m_owners.load(std::memory_order_acquire) != 1; }
     void addOwner() noexcept { m_owners.fetch_add(1, std::memory_order_relaxed); }
     bool dropOwner() noexcept { return m_owners.fetch_sub(1, std::memory_order_acq_rel) == 1; } // true for the last
@@ -61,30 +61,30 @@ struct BlockOf final : Block
     Data members{};
 };
 
-/// A list of items. Copying it copies the items at once, so that two blocks, which may live in two threads, never share
-/// them: objects carry a flag and a logger that change behind const, and the vector itself finds out by a relaxed load
-/// that it is the last owner, which does not wait for what the others did.
+/// A list of items. Copying it copies the items immediately, so that two blocks, which two threads may use, never share
+/// them: const functions change an object's flag and logger, and QVector checks with a relaxed load whether it is the
+/// last owner, which does not synchronize with changes by the other owners.
 template <class Item>
 class ItemList : public QVector<Item>
 {
 public:
     ItemList() = default;
-    explicit ItemList(const QVector<Item> &items) : QVector<Item>(items) { own(); }
-    ItemList(const ItemList &other) : QVector<Item>(other) { own(); }
+    explicit ItemList(const QVector<Item> &items) : QVector<Item>(items) { detachItems(); }
+    ItemList(const ItemList &other) : QVector<Item>(other) { detachItems(); }
     ItemList &operator=(const ItemList &) = delete;
     ~ItemList() = default;
 
     using QVector<Item>::operator=;
 
-    /// Gives the items up. QVector's own would first make copies of items that callers hold, only to destroy them.
+    /// Removes the items. QVector::clear() would first copy items that callers share, only to destroy the copies.
     void clear()
     {
         QVector<Item> none;
         this->swap(none);
     }
 
-    /// A new item at the end, for a list that is being read: nearly all lists are short, and QVector's own growth would
-    /// leave half of the room unused.
+    /// Appends a new item to a list that is being read. Nearly all lists are short, and QVector's own growth would
+    /// leave half of the capacity unused.
     Item &appendNew(int firstRoom)
     {
         if (this->size() == this->capacity())
@@ -93,19 +93,19 @@ public:
         return this->last();
     }
 
-    /// Gives back the room that is left.
-    void giveRoomBack()
+    /// Releases the capacity that is not used.
+    void releaseSpareCapacity()
     {
         if (this->size() != this->capacity() && this->size() != 0 && this->isDetached())
             this->squeeze();
     }
 
-    /// Gives up sharing with lists that callers hold: the items, and the room that an emptied list keeps.
-    void own()
+    /// Makes the items, and the capacity that an emptied list keeps, unshared with the lists of callers.
+    void detachItems()
     {
         if (this->isDetached() || this->capacity() == 0)
             return;
-        // Not by detach(): should an item's copy run out of memory, that would destroy the item half made.
+        // detach() would destroy a partly constructed item if copying it runs out of memory.
         QVector<Item> items;
         items.reserve(this->size());
         for (const Item &item : std::as_const(*this))

@@ -23,9 +23,9 @@ void DataObject::Check(bool flag) const
     }
     try {
         const EnvironmentPointer environment = Propagation::forChildren(*this);
-        behavior.check(*this, flag, &environment); // one walk for both
+        behavior.check(*this, flag, &environment); // one traversal for both
     } catch (...) {
-        Propagation::propagate(*this); // to what the check did not reach
+        Propagation::propagate(*this); // also to the objects that the check did not reach
         throw;
     }
 }
@@ -47,7 +47,7 @@ void Behavior::check(const DataObject &object, bool flag, const EnvironmentPoint
     info.forEach(info.children, [&](const Member &member) { checkChildren(object, own, member, flag, environment); });
 }
 
-// A member is missing or invalid. If a child of an earlier member is too, that problem is the first.
+// Called if a member is missing or invalid. Reports a problem of an earlier member's child first, if there is one.
 void Behavior::checkMemberByMember(const DataObject &object, Block &own, bool flag,
                                    const EnvironmentPointer *environment)
 {
@@ -96,7 +96,7 @@ void collect(const ObjectPath &path, QLatin1String member, const ProblemVisitor 
     }
 }
 
-/// The mandatory list that is set but empty. Check() lets it pass, but the object has no data.
+/// The mandatory list that is set but empty. Check() accepts it, but the object has no data.
 const Member *emptyList(const DataObject &object)
 {
     const Block &own = ObjectAccess::block(object);
@@ -107,7 +107,7 @@ const Member *emptyList(const DataObject &object)
     return nullptr;
 }
 
-/// What distinguishes an object from its siblings: its name if it has one, otherwise its position, counted from 1.
+/// The label that distinguishes an object from its siblings: its name, or its position, counted from 1.
 QString label(const DataObject &object, int index)
 {
     if (const Block *block = ObjectAccess::existingBlock(object)) {
@@ -121,13 +121,13 @@ QString label(const DataObject &object, int index)
     return index < 0 ? name : name + QLatin1Char(' ') + QString::number(index + 1);
 }
 
-/// Whether the writer drops or replaces a character of what the object writes.
+/// Whether the writer drops or replaces a character that the object writes.
 bool losesTextInXml(const DataObject &object)
 {
     QByteArray xml;
     QXmlStreamWriter writer(&xml);
     object.GetXml(writer);
-    writer.writeCharacters(QString(QLatin1Char(' '))); // shows whether the last text ended with half a character
+    writer.writeCharacters(QString(QLatin1Char(' '))); // detects half a surrogate pair at the end of the last text
     return writer.hasError();
 }
 
@@ -154,7 +154,7 @@ void DataObject::VisitProblems(const ProblemVisitor &visitor) const
     if (const Member *empty = emptyList(*this))
         visit({{}, Errors::emptyList(*this, empty->name()), QString(empty->name())});
 
-    // What a derived class adds to Check(), HasData() and the XML is in no row.
+    // Additions of a derived class to Check(), HasData() and the XML are not in the rows.
     if (!ObjectAccess::isOfDerivedClass(*this))
         return;
     if (isWritten)
@@ -175,9 +175,9 @@ void Behavior::collectProblems(const DataObject &object, const ObjectPath &path,
     Block &own = ObjectAccess::block(object);
     for (const Member *member : ObjectAccess::info(object).bitOrder()) {
         collect(path, member->name(), visitor, [&] { member->check(object, own); });
-        const QString refusalByXml = member->refusalByXml(object, own);
-        if (!refusalByXml.isNull())
-            visitor({path, refusalByXml, QString(member->name()), true});
+        const QString xmlProblem = member->xmlProblem(object, own);
+        if (!xmlProblem.isNull())
+            visitor({path, xmlProblem, QString(member->name()), true});
         auto collectFromChild = [&](const DataObject &child, int index) {
             const ObjectPath childPath = path.below(label(child, index), {member->name(), index});
             ObjectAccess::collectProblems(child, childPath, visitor);
@@ -191,9 +191,9 @@ void Behavior::collectProblems(const DataObject &object, const ObjectPath &path,
 
 // --- Preparing to write ----------------------------------------------------------------------------------------------
 
-// Check() propagates flag and logger on its way; doing both at once keeps writing at one walk over the tree. A derived
-// class may override either, so for its objects the order of the steps matters: SetValidate() may change the flag that
-// decides whether Check() is called.
+// Check() also propagates flag and logger, so that writing needs one traversal of the tree. A derived class may
+// override either, so the order of the steps matters for its objects: SetValidate() may change the flag that decides
+// whether Check() is called.
 bool prepareToWrite(const DataObject &object)
 {
     if (ObjectAccess::isOfDerivedClass(object) || !object.GetValidate())
@@ -201,14 +201,14 @@ bool prepareToWrite(const DataObject &object)
     if (object.GetValidate()) {
         object.Check();
         if (object.GetValidate()
-            && !object.HasData()) // tested again: Check() of a derived class may propagate once more
+            && !object.HasData()) // checked again: Check() of a derived class may have changed the flag
             return false;
     }
     ObjectAccess::block(object);
     return true;
 }
 
-// Where the parent's check included the child, checking again at every level would multiply the work by the depth.
+// A child that the parent's check included is not checked again: that would multiply the work by the depth of the tree.
 bool prepareToWrite(const DataObject &child, Child::Preparation preparation)
 {
     if (preparation == Child::Preparation::Nothing)

@@ -11,11 +11,11 @@ class BinaryReader;
 class BinaryWriter;
 class XmlOutput;
 
-/// What rows do with child objects.
+/// The operations of rows on child objects.
 namespace Child {
 
-/// What writing the parent has done for its children: propagated flag and logger, or checked them as well. The
-/// operations that a derived class overrides need not have reached the children.
+/// What writing the parent has done for its children: propagated flag and logger, or also checked them. If a derived
+/// class overrides these operations, they need not have reached the children.
 enum class Preparation { Nothing, Propagated, Checked };
 
 inline Preparation preparation(const DataObject &parent, bool isChecked)
@@ -37,7 +37,7 @@ void writeSnapshot(const DataObject &child, BinaryWriter &writer);
 /// \name Reading
 /// @{
 
-/// Reads the element `name`, on whose start the reader stands. False if the document ends prematurely.
+/// Reads the element `name`, whose start tag the reader has just read. Returns false if the document ends prematurely.
 bool readXml(DataObject &child, QXmlStreamReader &reader, const QString &name);
 void readRecord(DataObject &child, BinaryReader &reader, qint32 length);
 bool readSnapshot(DataObject &child, BinaryReader &reader);

@@ -34,7 +34,7 @@ public:
 
     void forEachChild(Block &block, const ChildAction &action) const override
     {
-        const ItemList<Item> &items = owned(block);
+        const ItemList<Item> &items = detachedItems(block);
         for (int i = 0; i < items.size(); ++i)
             action(items.at(i), i);
     }
@@ -53,7 +53,7 @@ public:
     {
         append(object, Item());
         Item &item = modify(object).last();
-        Propagation::propagateTo(item, Propagation::forReading(object)); // as an item that is read
+        Propagation::propagateTo(item, Propagation::forReading(object)); // like an item that is read
         return item;
     }
 
@@ -77,9 +77,9 @@ public:
                 item.keep();
         };
         if (Member::isInMemory(reader))
-            read(NewItem<Storage::InTheList>(*this, object, environment));
+            read(NewItem<Storage::InList>(*this, object, environment));
         else
-            read(NewItem<Storage::Apart>(*this, object, environment));
+            read(NewItem<Storage::Separate>(*this, object, environment));
     }
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
@@ -99,7 +99,7 @@ public:
     {
         const auto count = reader.read<qint32>(object);
         const auto environment = Propagation::forReading(object);
-        const bool hadRoom = hasRoom(ObjectAccess::block(object));
+        const bool hadCapacity = hasCapacity(ObjectAccess::block(object));
         reserve(object, reader.itemsWithin(count));
         const auto read = [&](auto &&item, qint32 length) {
             Child::readRecord(*item, reader, length);
@@ -108,17 +108,17 @@ public:
         for (qint32 i = 0; i < count; ++i) {
             const auto length = reader.read<qint32>(object);
             if (reader.isInMemory())
-                read(NewItem<Storage::InTheList>(*this, object, environment), length);
+                read(NewItem<Storage::InList>(*this, object, environment), length);
             else
-                read(NewItem<Storage::Apart>(*this, object, environment), length);
+                read(NewItem<Storage::Separate>(*this, object, environment), length);
         }
-        if (!hadRoom)
+        if (!hadCapacity)
             squeeze(ObjectAccess::block(object));
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
-        const ItemList<Item> &items = owned(block);
+        const ItemList<Item> &items = detachedItems(block);
         writer.put(qint32(items.size()));
         if (!this->isSet(block))
             return;
@@ -128,14 +128,14 @@ public:
 
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
-        const bool holdsItems = this->isSet(block) || this->has(SnapshotReadByCount);
-        const bool hadRoom = hasRoom(block);
+        const bool hasItems = this->isSet(block) || this->has(SnapshotReadByCount);
+        const bool hadCapacity = hasCapacity(block);
         qint32 count = 0;
         if (!reader.take(count))
             return false;
-        if (!holdsItems)
+        if (!hasItems)
             return true;
-        const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // and no logger
+        const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // without a logger
         reserve(object, reader.itemsWithin(count));
         const auto read = [&](auto &&item) {
             if (!Child::readSnapshot(*item, reader))
@@ -144,21 +144,21 @@ public:
             return true;
         };
         for (qint32 i = 0; i < count; ++i) {
-            if (reader.isInMemory() ? !read(NewItem<Storage::InTheList>(*this, object, environment))
-                                    : !read(NewItem<Storage::Apart>(*this, object, environment)))
+            if (reader.isInMemory() ? !read(NewItem<Storage::InList>(*this, object, environment))
+                                    : !read(NewItem<Storage::Separate>(*this, object, environment)))
                 return false;
         }
-        if (!hadRoom)
+        if (!hadCapacity)
             squeeze(ObjectAccess::block(object));
         return true;
     }
 
-    bool hasRoom(const Block &block) const final { return list(block).capacity() != 0; }
-    void squeeze(Block &block) const final { list(block).giveRoomBack(); }
+    bool hasCapacity(const Block &block) const final { return list(block).capacity() != 0; }
+    void squeeze(Block &block) const final { list(block).releaseSpareCapacity(); }
 
 private:
+    using Base::detachedItems;
     using Base::list;
-    using Base::owned;
 
     void checkForAppending(const DataObject &object, const Item &item) const final
     {
@@ -168,15 +168,15 @@ private:
 
     /// Where an item is stored until it has been read.
     enum class Storage {
-        InTheList, ///< at its end; for reading from memory
-        Apart, ///< a device may run code that looks at the document or copies it
+        InList, ///< at the end of the list, if the data are read from memory
+        Separate, ///< outside the list: a device may run code that reads or copies the document
     };
 
-    /// An item that is being read. Unless it is kept, the list stays as it was.
+    /// An item that is being read. Unless keep() is called, the list remains unchanged.
     template <Storage storage>
     class NewItem
     {
-        static constexpr bool isApart = storage == Storage::Apart;
+        static constexpr bool isSeparate = storage == Storage::Separate;
 
     public:
         NewItem(const ChildList &row, DataObject &object, const REPORTGENERATOR::EnvironmentPointer &environment)
@@ -188,20 +188,20 @@ private:
         NewItem &operator=(const NewItem &) = delete;
         ~NewItem()
         {
-            if (!isApart && !m_isKept)
+            if (!isSeparate && !m_isKept)
                 m_row.list(ObjectAccess::block(m_object)).removeLast();
         }
 
         Item &operator*() { return m_item; }
 
-        /// As append(), without copying the item. An item that was read apart gets the logger of the list's object.
+        /// Like append(), without copying the item. A separate item inherits the logger of the list's object.
         void keep()
         {
             m_row.checkForAppending(m_object, m_item);
-            if constexpr (isApart) {
-                Item &inTheList = append();
-                inTheList.swap(m_item);
-                Propagation::propagateTo(inTheList, m_environment);
+            if constexpr (isSeparate) {
+                Item &inList = append();
+                inList.swap(m_item);
+                Propagation::propagateTo(inList, m_environment);
             }
             ObjectAccess::block(m_object).flags.set(m_row.bit());
             m_isKept = true;
@@ -210,27 +210,27 @@ private:
     private:
         decltype(auto) begin()
         {
-            if constexpr (isApart)
+            if constexpr (isSeparate)
                 return Item();
             else
                 return append();
         }
         Item &append()
         {
-            return m_row.owned(ObjectAccess::block(m_object)).appendNew(m_row.has(UsuallyHoldsSeveral) ? 4 : 1);
+            return m_row.detachedItems(ObjectAccess::block(m_object)).appendNew(m_row.has(UsuallySeveralItems) ? 4 : 1);
         }
 
         const ChildList &m_row;
         DataObject &m_object;
         const REPORTGENERATOR::EnvironmentPointer &m_environment;
-        std::conditional_t<isApart, Item, Item &> m_item;
+        std::conditional_t<isSeparate, Item, Item &> m_item;
         bool m_isKept = false;
     };
 
     void reserve(DataObject &object, int further) const
     {
-        ItemList<Item> &items = owned(ObjectAccess::block(object));
-        if (further > items.size()) // otherwise the list's own growth is linear over many small records
+        ItemList<Item> &items = detachedItems(ObjectAccess::block(object));
+        if (further > items.size()) // reserving for each of many small records would be quadratic
             items.reserve(items.size() + further);
     }
 };

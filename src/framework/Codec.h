@@ -15,13 +15,13 @@ namespace JobXml {
 
 /// How a value of type T is encoded, once per type:
 ///  - `withText` and `fromText`: in XML. `withText` calls a function with the text, a QString or, for numbers and
-///    booleans, a QLatin1String. Text that is not a number is 0, on purpose: readers of documents never complained.
+///    booleans, a QLatin1String. Text that is not a number is read as 0, without an error, as the format requires.
 ///  - `writePayload` and `readPayload`: in a tagged record.
 ///  - `writeSnapshot` and `readSnapshot`: in a snapshot.
 ///  - `kind`, `names`, `variant` and `fromVariant`: for visitors. `fromVariant` returns false for a value of another
 ///  type.
-///  - `isValid`: whether the value passes the check, and the setter while validating; `refuse` throws for a value that
-///    does not. `traits` has MayBeInvalid if there are such values.
+///  - `isValid`: whether the value passes the check, and the setter while validating; `refuse` throws for other values.
+///    `traits` has MayBeInvalid if there are such values.
 template <class T>
 struct Codec;
 
@@ -98,7 +98,7 @@ struct Codec<bool> : CodecDefaults<bool>
     static bool readPayload(BinaryReader &reader, const DataObject &owner) { return reader.read<bool>(owner); }
 };
 
-/// Integers are encoded in 64 bits whatever their own width: records and snapshots outlive the width of a type.
+/// Integers of every width are encoded in 64 bits, so that records and snapshots do not depend on the width of a type.
 template <class T, class Wire>
 struct IntegerCodec : CodecDefaults<T>
 {
@@ -141,15 +141,15 @@ struct Codec<quint64> : IntegerCodec<quint64, quint64>
 {
     static constexpr MemberKind kind = MemberKind::UInt64;
 
-    // Read as a signed number, as documents always were: what only an unsigned one could hold reads as 0.
+    // Read as a signed number, as in all earlier versions: a number above the signed range is read as 0.
     static quint64 fromText(const DataObject &, QLatin1String, QStringView text)
     {
         return quint64(Numbers::toLongLong(text));
     }
 };
 
-/// Floating-point numbers have two decimals in XML and in tagged records, which carry the same text; only the snapshot
-/// keeps them exactly.
+/// Floating-point numbers have two decimals in XML and in tagged records, which contain the same text; only snapshots
+/// store the exact value.
 template <class T>
 struct FloatingPointCodec : CodecDefaults<T>
 {

@@ -25,8 +25,8 @@ void release(const ClassInfo &info, Block *block) noexcept
 
 DataObject::DataObject(const ClassInfo &info) : IRGObject(info) { }
 
-// A copied child follows the flag that it copied, and so does all of its tree. Where that is the right flag, there is
-// nothing left to do below it.
+// A copied child, and everything below it, has the flag of its original. If the flag is already right, nothing needs to
+// be propagated below the child.
 DataObject::DataObject(const DataObject &other)
     : IRGObject(other.objectClass(), ObjectAccess::environmentForCopy(other))
 {
@@ -152,7 +152,7 @@ bool Behavior::equals(const DataObject &left, const DataObject &right) const
 bool DataObject::MergeRGObject(const REPORTGENERATOR::IRGObject &other)
 {
     const auto *source = dynamic_cast<const DataObject *>(&other);
-    // A derived class with an identifier of its own is another class, although its members are the same.
+    // A derived class with its own identifier is a different class, although it has the same members.
     if (!source || source->m_classIdentifier != m_classIdentifier
         || &ObjectAccess::info(*source) != &ObjectAccess::info(*this))
         return false;

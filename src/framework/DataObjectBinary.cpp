@@ -78,7 +78,7 @@ void Child::readRecord(DataObject &child, BinaryReader &reader, qint32 length)
 {
     ObjectAccess::block(child);
     const ClassInfo &info = ObjectAccess::info(child);
-    qint64 remainder = length; // 64 bits: no length word of a hostile record can make it wrap
+    qint64 remainder = length; // 64 bits, so that no length in a hostile record can overflow it
     const ClassInfo::Rows rows = info.writtenOrder();
     const Member *const *expected = rows.begin(); // objects write them in this order
     while (remainder > 0 && !reader.atEnd()) {
@@ -178,7 +178,7 @@ bool Behavior::readSnapshotMembers(DataObject &object, BinaryReader &reader)
     for (const Member *member : ObjectAccess::info(object).bitOrder()) {
         if (!member->readSnapshot(object, *own, reader))
             return false;
-        if (!isInMemory) // a device may have copied the object meanwhile, whose data are shared then
+        if (!isInMemory) // a device may have copied the object, which shares its data
             own = &ObjectAccess::block(object);
     }
     return true;

@@ -18,7 +18,7 @@ namespace JobXml {
 namespace {
 
 /// The element of an object of a derived class, to which that class adds attributes and elements. Attributes must
-/// precede content, so they are written as soon as content of the base follows, or the end of the element.
+/// precede content, so they are written before the first content of the base, or before the end of the element.
 class DerivedOutput final : public XmlOutput
 {
 public:
@@ -88,7 +88,7 @@ void DataObject::GetXml(QXmlStreamWriter &writer) const
 bool DataObject::composeXml(QByteArray &utf8) const
 {
     if (ObjectAccess::isOfDerivedClass(*this))
-        return false; // which may override GetXml()
+        return false; // a derived class may override GetXml()
     if (!prepareToWrite(*this))
         return true;
     XmlDocument document;
@@ -122,9 +122,9 @@ void Behavior::writeMembers(const DataObject &object, XmlOutput &output)
 
 namespace {
 
-/// Exists while the content of an object is read, also if reading throws. It knows what the object has propagated, and
-/// switches the namespace processing of the reader off: the reader looks each name up among all that are declared
-/// around it, and unknown elements can be nested without limit.
+/// Exists while the content of an object is read. Stores what the object has propagated. Also turns off the reader's
+/// namespace processing, which looks up each name among all enclosing declarations: unknown elements can be nested
+/// without limit.
 class ContentRead
 {
 public:
@@ -145,8 +145,9 @@ public:
             m_reader.setNamespaceProcessing(true);
     }
 
-    /// Propagates the flag and the logger of an object whose child element is about to be read: only at its first child
-    /// element, and when a derived class has changed either. At every child element, it would make reading quadratic.
+    /// Propagates the flag and the logger of an object before a child element is read, but only before the first one
+    /// and after a derived class has changed either. Propagating before every child element would make reading
+    /// quadratic.
     static void propagate(const DataObject &object)
     {
         ContentRead *const read = innermost && &innermost->m_object == &object ? innermost : nullptr;
@@ -160,7 +161,7 @@ public:
     }
 
 private:
-    // Objects have no room for what matters only while they are read.
+    // Here rather than in the objects, which need it only while they are read.
     static thread_local ContentRead *innermost;
 
     const DataObject &m_object;
@@ -173,18 +174,19 @@ private:
 
 thread_local ContentRead *ContentRead::innermost = nullptr;
 
-// Lists to which something is added again and again keep their room, and so do those that a caller has given some.
+// Lists that are read for the first time. All others, and those for which a caller reserved memory, keep their
+// capacity.
 quint16 listsToFill(const DataObject &object)
 {
     const ClassInfo &info = ObjectAccess::info(object);
-    if (!ObjectAccess::existingBlock(object)) // a derived class need not have created it before the walk
+    if (!ObjectAccess::existingBlock(object)) // a derived class may not have created it yet
         return info.childLists;
     if (info.childLists == 0)
         return 0;
     const Block &own = ObjectAccess::block(object);
     unsigned lists = 0;
     info.forEach(info.childLists, [&](const Member &member) {
-        if (!member.hasRoom(own))
+        if (!member.hasCapacity(own))
             lists |= 1U << member.bit();
     });
     return quint16(lists);
@@ -198,8 +200,8 @@ void squeeze(const DataObject &object, quint16 lists)
     ObjectAccess::info(object).forEach(lists, [&](const Member &member) { member.squeeze(own); });
 }
 
-/// Reads the content of the element `name` on whose start the reader stands, up to its end. `isNew` means that the
-/// object had no data before.
+/// Reads the content of the element `name`, whose start tag the reader has just read, up to its end. `isNew` means that
+/// the object had no data before.
 void readContent(DataObject &object, QXmlStreamReader &reader, const QString &name, bool isNew)
 {
     const bool isDerived = ObjectAccess::isOfDerivedClass(object);
@@ -207,7 +209,7 @@ void readContent(DataObject &object, QXmlStreamReader &reader, const QString &na
         ObjectAccess::processContent(object, reader, name); // most objects: there are no children to propagate to
         return;
     }
-    // New data have inherited flag and logger when they were created.
+    // New data inherited flag and logger when they were created.
     const ContentRead read(object, reader, isNew && !isDerived);
     const quint16 lists = listsToFill(object);
     ObjectAccess::processContent(object, reader, name);
@@ -227,7 +229,7 @@ bool readMemberElement(DataObject &object, QXmlStreamReader &reader)
         }
         return false;
     };
-    return read(info.elements()) || read(info.attributes()); // elements are what is expected
+    return read(info.elements()) || read(info.attributes()); // elements first, because they are more likely
 }
 
 } // namespace
@@ -257,12 +259,12 @@ bool Child::readXml(DataObject &child, QXmlStreamReader &reader, const QString &
     return !reader.hasError();
 }
 
-// The reader's attributes are released before it reads on: it copies them while somebody refers to them.
+// Releases the reader's attributes before it continues: the reader copies them as long as another copy exists.
 void Behavior::readAttributes(DataObject &object, QXmlStreamReader &reader) const
 {
     const QXmlStreamAttributes attributes = reader.attributes();
     const int count = attributes.size();
-    int next = 0; // where the next one is expected: objects write them in the order of the rows
+    int next = 0; // the expected index: objects write attributes in the order of the rows
     for (const Member *member : ObjectAccess::info(object).attributes()) {
         int at = next;
         for (int tried = 0; tried < count; ++tried, ++at) {
@@ -286,14 +288,13 @@ void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
         ObjectAccess::behavior(*this).readUnknownElement(*this, reader);
 }
 
-// Skips by name, not by depth: an element of the same name inside ends the skipping, as readers of these documents
-// expect.
+// Skips to the next start or end of an element with the same name, even if it is nested: the format requires this.
 void Behavior::readUnknownElement(DataObject &, QXmlStreamReader &reader) const
 {
     const QString name = reader.name().toString();
     do {
         reader.readNext();
-    } while (!reader.atEnd() && !reader.hasError() && reader.name() != name); // a device may claim more than it has
+    } while (!reader.atEnd() && !reader.hasError() && reader.name() != name); // a device may announce more than it has
 }
 
 } // namespace JobXml

@@ -10,7 +10,7 @@ namespace JobXml {
 
 namespace {
 
-/// The shortest text from which the same number is read again: what differs must not look the same.
+/// The shortest text from which the same number is read, so that different numbers have different texts.
 template <class T>
 QString exactly(T value)
 {
@@ -18,7 +18,7 @@ QString exactly(T value)
     return QString::fromLatin1(text, int(std::to_chars(std::begin(text), std::end(text), value).ptr - text));
 }
 
-/// Null for what is no kind.
+/// Null for an unknown kind.
 const char *nameOf(MemberKind kind)
 {
     switch (kind) {
@@ -52,7 +52,7 @@ const char *nameOf(MemberKind kind)
     return nullptr;
 }
 
-/// Writes an object as a tree, a member a line.
+/// Writes an object as a tree, with one member per line.
 class DebugTree
 {
 public:

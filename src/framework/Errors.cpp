@@ -14,13 +14,13 @@ using REPORTGENERATOR::ownText;
 
 namespace {
 
-// Most texts carry the name of the object in front; those that name it themselves do not.
+// Most texts are prefixed with the object's name; those that contain it already are not.
 QString withName(const DataObject &object, const QString &text)
 {
     return object.GetObjectName() + text;
 }
 
-// The data member behind an alternative: "ValueInt" is kept in m_valueInt.
+// The data member of an alternative: m_valueInt for "ValueInt".
 QString dataMember(QLatin1String alternative)
 {
     QString name = alternative;
@@ -76,7 +76,7 @@ void Errors::unknownElement(const DataObject &object, const QString &element)
     throw InvalidXmlException(ownText("Unknown Tag '%1' in '%2'.").arg(element, object.GetObjectName()));
 }
 
-// The text gives no number: the remainder of the length would mean nothing to a user.
+// The text contains no number: the remaining length would mean nothing to a user.
 void Errors::wrongLength(const DataObject &object)
 {
     throw BinaryParsingException(withName(

@@ -7,12 +7,12 @@ namespace JobXml {
 
 class DataObject;
 
-/// Every failure of the model, one function each; the texts are in Errors.cpp and nowhere else.
+/// One function for each error of the model. The texts are in Errors.cpp alone.
 namespace Errors {
 
 [[noreturn]] void notSet(const DataObject &object, QLatin1String member);
 [[noreturn]] void nullGiven(const DataObject &object, QLatin1String member);
-/// Names the class, whatever the object is called.
+/// Names the class instead of the object.
 [[noreturn]] void invalidEnumGiven(const QString &className, QLatin1String member);
 [[noreturn]] void incompleteItem(const DataObject &object, QLatin1String item);
 [[noreturn]] void itemWithoutData(const DataObject &object, QLatin1String item);
@@ -24,19 +24,19 @@ namespace Errors {
 [[noreturn]] void chosenNotSet(const DataObject &object, QLatin1String alternative);
 [[noreturn]] void chosenWithoutData(const DataObject &object, QLatin1String alternative);
 
-/// The text for the use of an alternative, given by its bit, that is not the chosen one. Defined for callers of later
-/// versions: today every alternative may be used at any time, so nothing raises it.
+/// The text for access to an alternative, identified by its bit, that is not chosen. Reserved for later versions: today
+/// every alternative may be used at any time, so nothing throws it.
 QString accessToUnchosen(const DataObject &object, int alternative);
 
-/// \name Problems for which nothing is thrown
+/// \name Problems that are reported but never thrown
 /// @{
 /// A mandatory list that is set but empty: the object passes its check and has no data.
 QString emptyList(const DataObject &object, QLatin1String list);
-/// The same for a derived class, whose HasData() has reasons of its own.
+/// The same for a derived class that overrides HasData().
 QString withoutData(const DataObject &object);
 /// `text[at]` is the first character that XML cannot carry.
 QString notForXml(const DataObject &object, QLatin1String member, const QString &text, int at);
-/// The same in what a derived class writes itself.
+/// The same for a text that a derived class writes itself.
 QString ownTextNotForXml(const DataObject &object);
 /// @}
 

@@ -17,13 +17,13 @@ uint hashOf(const QVariant &value, uint seed)
     case QMetaType::Bool:
         return qHash(int(value.toBool()), seed);
     case QMetaType::Float:
-        return qHash(value.toFloat(), seed); // 0 and -0 alike, since they are equal
+        return qHash(value.toFloat(), seed); // the same for 0 and -0, since they are equal
     case QMetaType::Double:
         return qHash(value.toDouble(), seed);
     case QMetaType::QVariantList: {
         const QVariantList entries = value.toList();
         for (const QVariant &entry : entries)
-            seed = hashOf(entry, seed) + 1; // so that the order counts
+            seed = hashOf(entry, seed) + 1; // makes the hash depend on the order
         return qHash(entries.size(), seed);
     }
     default:
@@ -36,11 +36,11 @@ uint hashOf(const QVariant &value, uint seed)
 uint hashOf(const DataObject &object, uint seed)
 {
     uint hash = seed;
-    int place = 0;
+    int position = 0;
     visit(object, [&](const MemberView &member) {
-        ++place;
+        ++position;
         if (member.IsSet())
-            hash = hashOf(member.GetValue(), qHash(place, hash));
+            hash = hashOf(member.GetValue(), qHash(position, hash));
     });
     return hash;
 }

@@ -5,8 +5,8 @@
 
 namespace JobXml {
 
-/// The hash of an object by its set members, which are what equality looks at. Only for classes that compare every
-/// member by both flags.
+/// The hash of an object's set members, which are the ones that equality compares. Only for classes that compare every
+/// member by the flags of both objects.
 uint hashOf(const DataObject &object, uint seed);
 
 } // namespace JobXml

@@ -9,8 +9,7 @@ namespace JobXml {
 
 /// The row of a list: what lists of child objects and lists of values have in common.
 ///
-/// Every access to the items makes them the object's own first: two objects never share an item, whatever lists
-/// callers copied.
+/// Every access first detaches the items: two objects never share an item, whichever lists callers copied.
 template <class Data, class Item>
 class ListOf : public FieldOf<Data, ItemList<Item>>
 {
@@ -24,10 +23,10 @@ public:
 
     using Base::reset;
 
-    const QVector<Item> &get(const DataObject &object) const { return owned(ObjectAccess::block(object)); }
+    const QVector<Item> &get(const DataObject &object) const { return detachedItems(ObjectAccess::block(object)); }
     QVector<Item> &modify(DataObject &object) const
     {
-        QVector<Item> &items = owned(ObjectAccess::block(object)); // first, because it may run out of memory
+        QVector<Item> &items = detachedItems(ObjectAccess::block(object)); // first, because it may run out of memory
         Base::modify(object);
         return items;
     }
@@ -37,7 +36,7 @@ public:
     {
         Block &block = ObjectAccess::block(object);
         checkForAppending(object, item);
-        owned(block).append(item);
+        detachedItems(block).append(item);
         block.flags.set(this->bit());
     }
 
@@ -47,10 +46,10 @@ public:
 
     bool equals(Block *left, Block *right) const override
     {
-        // Comparing may initialize items, which must not happen to a list that a caller holds.
+        // Comparing may initialize items, so a list that a caller shares is detached first.
         for (Block *block : {left, right}) {
             if (block)
-                owned(*block);
+                detachedItems(*block);
         }
         if (!this->has(ComparedByRightFlag))
             return this->areEqual(left, right, same);
@@ -64,7 +63,7 @@ public:
         if (!Member::isSet(other))
             return;
         if (get(other).isEmpty())
-            modify(object); // otherwise append() sets the flag, unless it throws
+            modify(object); // if there are items, append() sets the flag, unless it throws
         for (const Item &item : get(other))
             append(object, item);
     }
@@ -77,16 +76,16 @@ protected:
 
     ItemList<Item> &list(Block &block) const { return this->field(block); }
     const ItemList<Item> &list(const Block &block) const { return this->field(block); }
-    ItemList<Item> &owned(Block &block) const
+    ItemList<Item> &detachedItems(Block &block) const
     {
         ItemList<Item> &items = list(block);
-        items.own();
+        items.detachItems();
         return items;
     }
     void replace(DataObject &object, ItemList<Item> &&items) const { Base::modify(object).swap(items); }
 
 private:
-    // Item by item, even if both lists share their data: an item that holds a NaN does not equal itself.
+    // Compares the items even if both lists share their data: an item that contains a NaN does not equal itself.
     static bool same(const ItemList<Item> &left, const ItemList<Item> &right)
     {
         return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());

@@ -11,8 +11,8 @@
 #include "framework/Errors.h"
 #include "framework/ObjectAccess.h"
 #include "framework/Propagation.h"
-#include "framework/ShownMember.h"
 #include "framework/Text.h"
+#include "framework/VisitedMember.h"
 #include "text/SameText.h"
 
 namespace JobXml {
@@ -21,7 +21,7 @@ class XmlOutput;
 
 /// One row of a class's table: a constant that knows where a member is stored and what each operation of DataObject
 /// does to it. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
-class Member : public ShownMember
+class Member : public VisitedMember
 {
 public:
     int bit() const { return m_bit; }
@@ -40,7 +40,7 @@ public:
     virtual bool isPresent(const Block &block) const = 0;
     bool isList() const { return kind() == MemberKind::ObjectList || kind() == MemberKind::EnumerationList; }
 
-    /// The accessor `ResetX()`, and the part of it that puts the default back.
+    /// The accessor `ResetX()`, and the part of it that restores the default.
     void reset(DataObject &object) const override
     {
         if (!ObjectAccess::existingBlock(object))
@@ -70,27 +70,27 @@ public:
     /// Calls the action for each child object, written or not.
     virtual void forEachChild(Block &, const ChildAction &) const { }
 
-    /// Of a list: whether it has room for another item; release of memory reserved for more items.
-    virtual bool hasRoom(const Block &) const { return false; }
+    /// For lists: whether memory for items is reserved; releases memory reserved for further items.
+    virtual bool hasCapacity(const Block &) const { return false; }
     virtual void squeeze(Block &) const { }
 
-    /// Throws if a writer refuses a child that passed check().
+    /// Throws if the child passes check() but cannot be written.
     virtual void checkForWriting(const DataObject &, const DataObject &) const { }
 
-    /// Why XML cannot carry the member, although everything else can; null if it can.
-    virtual QString refusalByXml(const DataObject &, const Block &) const { return QString(); }
+    /// The problem if only XML cannot represent the member; otherwise null.
+    virtual QString xmlProblem(const DataObject &, const Block &) const { return QString(); }
 
     /// Merges the member of another object of the same class, if it is set there.
     virtual void merge(DataObject &object, const DataObject &other) const = 0;
 
-    bool isMarked(const Block *block) const override { return block && isSet(*block); }
+    bool isSet(const Block *block) const override { return block && isSet(*block); }
     void setFlag(DataObject &object, bool set) const override
     {
         SetFlags &flags = ObjectAccess::block(object).flags;
         set ? flags.set(m_bit) : flags.clear(m_bit);
     }
 
-    /// The text that distinguishes the object from its siblings; null for all rows but the one with `Identifies`.
+    /// The text that distinguishes the object from its siblings; null for rows without `Identifies`.
     virtual QString identification(const Block &) const { return QString(); }
 
     virtual void writeXml(const DataObject &object, Block &block, XmlOutput &output) const = 0;
@@ -107,28 +107,28 @@ public:
 
 protected:
     constexpr Member(int bit, const char *name, quint32 tag, Traits traits)
-        : ShownMember(name, traits), m_text(name), m_tag(tag), m_bit(bit)
+        : VisitedMember(name, traits), m_text(name), m_tag(tag), m_bit(bit)
     {
     }
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
-    /// Whether no code of a device or resolver runs while the reader reads.
+    /// Whether reading runs no code of a device or an entity resolver.
     static bool isInMemory(const QXmlStreamReader &reader) { return !reader.device() && !reader.entityResolver(); }
     static bool isInMemory(const BinaryReader &reader) { return reader.isInMemory(); }
 
-    /// Reads into a part of an object's data, which `find` finds in a block; `block` is the object's at present.
+    /// Reads into a part of an object's data, which `find` returns for a block; `block` is the object's current one.
     ///
     /// A device may run code that uses the object, copies it or assigns to it, which shares, replaces or destroys its
-    /// data. So nothing refers to them while a device is read: the part is taken out, read, and put back where the data
-    /// are then, also if reading throws. A copy that is made meanwhile does not hold the part. New items of lists are
-    /// read apart as well, see ChildList.
+    /// data. Nothing may refer to the data while a device is read, so the part is extracted, read, and put back into
+    /// the block that the object has then, also if reading throws. Copies of the object made in between lack the part.
+    /// New items of lists are also read separately, see ChildList.
     template <class Reader, class Find, class Read>
     static bool readPart(DataObject &object, Block &block, const Reader &reader, const Find &find, const Read &read)
     {
-        return isInMemory(reader) ? read(find(block)) : readPartApart(object, find, read);
+        return isInMemory(reader) ? read(find(block)) : readPartSeparately(object, find, read);
     }
 
-    /// Reads the text of an element. False if the document ends prematurely; the text is to be discarded then.
+    /// Reads the text of an element. Returns false if the document ends prematurely; the caller must discard the text.
     static bool readText(DataObject &object, QXmlStreamReader &reader, QString &text)
     {
         text = ObjectAccess::readElementText(object, reader);
@@ -136,9 +136,9 @@ protected:
     }
 
 private:
-    /// Swaps a child's data out: copying them for each of many small records or elements would make reading quadratic.
+    /// Swaps a child's data: copying them for each of many small records or elements would make reading quadratic.
     template <class Part>
-    static void takeOut(Part &original, Part &part)
+    static void extract(Part &original, Part &part)
     {
         if constexpr (std::is_base_of_v<DataObject, Part>) {
             Propagation::propagateTo(part, ObjectAccess::environment(original));
@@ -149,10 +149,10 @@ private:
     }
 
     template <class Find, class Read>
-    Q_NEVER_INLINE static bool readPartApart(DataObject &object, const Find &find, const Read &read)
+    Q_NEVER_INLINE static bool readPartSeparately(DataObject &object, const Find &find, const Read &read)
     {
         std::decay_t<decltype(find(ObjectAccess::block(object)))> part{};
-        takeOut(find(ObjectAccess::block(object)), part);
+        extract(find(ObjectAccess::block(object)), part);
         const auto putBack = [&] {
             using std::swap;
             swap(find(ObjectAccess::block(object)), part);
@@ -175,7 +175,7 @@ private:
     int m_bit;
 };
 
-/// A row of the class whose members are in `Data`: the one cast from the untyped block to them.
+/// A row of the class whose members are in `Data`. Contains the only cast from the untyped block to them.
 template <class Data>
 class MemberOf : public Member
 {
@@ -202,7 +202,7 @@ public:
 
     using Member::reset;
 
-    /// The accessors `GetX() const` and `GetX()`, which marks the member.
+    /// The accessors `GetX() const` and `GetX()`; the latter sets the flag.
     const Field &get(const DataObject &object) const { return field(ObjectAccess::block(object)); }
     Field &modify(DataObject &object) const
     {
@@ -217,7 +217,7 @@ protected:
     Field &field(Block &block) const { return this->members(block).*m_field; }
     const Field &field(const Block &block) const { return this->members(block).*m_field; }
 
-    /// Both set and the same, or neither set.
+    /// Whether both are set and equal, or neither is set.
     template <class Same>
     bool areEqual(const Block *left, const Block *right, Same same) const
     {

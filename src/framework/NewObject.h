@@ -9,7 +9,7 @@ namespace JobXml {
 
 using REPORTGENERATOR::ReadLimits;
 
-/// \name fromXml() and fromBinary(), once for all classes
+/// \name fromXml() and fromBinary() of all classes
 /// @{
 
 /// Reads into a new object. Returns whether all of it was read; `error` is as DataObject describes it.

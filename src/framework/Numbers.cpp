@@ -12,7 +12,7 @@ namespace JobXml {
 
 namespace {
 
-// "00" to "99": a division by 100 is as dear as one by 10 and brings two digits.
+// "00" to "99": a division by 100 costs as much as one by 10 and yields two digits.
 struct Pairs
 {
     constexpr Pairs()
@@ -35,7 +35,7 @@ inline char *writePair(char *end, quint64 pair)
     return end - 2;
 }
 
-// Writes the digits of the number so that they end there; returns where they begin.
+// Writes the digits of the number before `end`; returns their beginning.
 Q_ALWAYS_INLINE char *writeDigits(char *end, quint64 number)
 {
     while (number >= 100) {
@@ -48,7 +48,8 @@ Q_ALWAYS_INLINE char *writeDigits(char *end, quint64 number)
     return end;
 }
 
-// Where the short ways' texts end: a sign and 19 digits, 20 digits, or a sign, 16 digits, a point and two decimals.
+// The end of the texts of the fast path: a sign and 19 digits, 20 digits, or a sign, 16 digits, a point and two
+// decimals.
 constexpr int shortTextEnd = 20;
 
 constexpr int mantissaBits = std::numeric_limits<double>::digits - 1;
@@ -57,16 +58,16 @@ constexpr int exponentMask = 0x7FF;
 constexpr int exponentOfOne = 1023;
 static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == sizeof(quint64));
 
-// Whether an operation on doubles rounds once, to a double, and not to some wider type before.
+// Whether an operation on doubles rounds once, to a double, and not first to a wider type.
 constexpr bool roundsOnce = FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1;
 
 template <class Char>
 unsigned digitOf(Char character)
 {
-    return unsigned(character) - '0'; // above 9 for everything else
+    return unsigned(character) - '0'; // above 9 for all other characters
 }
 
-// Takes the sign off, if there is one.
+// Skips the sign, if there is one.
 template <class Char>
 Q_ALWAYS_INLINE bool takeSign(const Char *&text, qsizetype &size)
 {
@@ -77,8 +78,8 @@ Q_ALWAYS_INLINE bool takeSign(const Char *&text, qsizetype &size)
     return true;
 }
 
-// The number that the characters are, if they are a few digits with a '-' in front or not. So few that any number of as
-// many digits fits.
+// The number, if the text consists of digits and an optional '-', and is short enough that every such number fits the
+// type.
 template <class Integer, class Char>
 Q_ALWAYS_INLINE std::optional<Integer> plainInteger(const Char *text, qsizetype size)
 {
@@ -96,15 +97,15 @@ Q_ALWAYS_INLINE std::optional<Integer> plainInteger(const Char *text, qsizetype 
     return negative ? -number : number;
 }
 
-// The same for a number with or without decimals. Up to 15 digits make a whole number that a double holds exactly, and
-// so does the power of ten: their quotient is rounded once, and so is the nearest double.
+// The same for a number with or without decimals. A double represents up to 15 digits exactly, and the power of ten
+// too: their quotient is rounded once, so it is the nearest double.
 template <class Char>
 Q_ALWAYS_INLINE std::optional<double> plainDouble(const Char *text, qsizetype size)
 {
     static constexpr double powersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
 
-    // With the point: without one there may be 16 digits, which are rounded once too, in becoming a double.
+    // Includes the point. Without one there may be 16 digits; their conversion to a double also rounds once.
     constexpr int mostCharacters = std::numeric_limits<double>::digits10 + 1;
 
     const bool negative = takeSign(text, size);
@@ -131,7 +132,7 @@ Q_ALWAYS_INLINE std::optional<double> plainDouble(const Char *text, qsizetype si
     } else {
         if (*text++ != '.')
             return std::nullopt;
-        const auto decimals = readDigits(); // perhaps none: "1." is a number
+        const auto decimals = readDigits(); // may be 0: "1." is a number
         if (text != end)
             return std::nullopt;
         number = double(digits) / powersOfTen[decimals];
@@ -139,7 +140,8 @@ Q_ALWAYS_INLINE std::optional<double> plainDouble(const Char *text, qsizetype si
     return negative ? -number : number;
 }
 
-// By size: a text may hold a NUL. The converter drops a byte order mark at the start, which here is part of the text.
+// With the size, because a text may contain a NUL. The converter drops a byte order mark at the start, which is part of
+// the text here.
 QString textOf(const char *utf8, int size)
 {
     static constexpr char mark[] = {'\xEF', '\xBB', '\xBF'};
@@ -148,7 +150,7 @@ QString textOf(const char *utf8, int size)
     return marked ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
-// What a short way leaves to Qt. Never inlined: a short way so needs nothing of the stack.
+// Reads what the fast path does not. Never inlined, so that the fast path needs no stack frame.
 template <auto read, class... Base>
 Q_NEVER_INLINE auto readByQt(QStringView text, Base... base)
 {
@@ -165,7 +167,7 @@ Q_NEVER_INLINE auto readByQt(const char *utf8, int size, Base... base)
 
 namespace Numbers {
 
-Q_NEVER_INLINE void Text::keepTextOfQt(double value)
+Q_NEVER_INLINE void Text::formatWithQt(double value)
 {
     const QByteArray text = QString::number(value, 'f', 2).toLatin1();
     std::memcpy(m_room, text.constData(), size_t(text.size()));
@@ -173,7 +175,7 @@ Q_NEVER_INLINE void Text::keepTextOfQt(double value)
     m_size = text.size();
 }
 
-Q_ALWAYS_INLINE void Text::keepDigits(char *begin, bool negative)
+Q_ALWAYS_INLINE void Text::storeDigits(char *begin, bool negative)
 {
     if (negative)
         *--begin = '-';
@@ -183,33 +185,34 @@ Q_ALWAYS_INLINE void Text::keepDigits(char *begin, bool negative)
 
 Text::Text(double value)
 {
-    // The value is mantissa / 2^shift, as long as it is normal; what is not is nearer to 0 than any shift below tells.
+    // A normal value is mantissa / 2^shift. A subnormal one is so near to 0 that it is written like the smallest normal
+    // one.
     quint64 bits;
     std::memcpy(&bits, &value, sizeof bits);
     const int shift = exponentOfOne + mantissaBits - (int(bits >> mantissaBits) & exponentMask);
-    if (shift <= 0) { // from 2^52 on, infinities, what is no number
-        keepTextOfQt(value);
+    if (shift <= 0) { // from 2^52 on, infinities, NaN
+        formatWithQt(value);
         return;
     }
 
-    // Exact in 60 bits, so a tie is a tie; like Qt, it goes away from 0. Beyond 60 places nothing is left to round up.
+    // Exact in 60 bits; ties are rounded away from 0, like in Qt. Beyond a shift of 60, the result is always 0.
     const quint64 mantissa = (bits & mantissaMask) | (mantissaMask + 1);
     const quint64 hundredths = shift > 60 ? 0 : (mantissa * 100 + (quint64(1) << (shift - 1))) >> shift;
     char *const decimals = writePair(m_room + shortTextEnd, hundredths % 100);
     decimals[-1] = '.';
-    keepDigits(writeDigits(decimals - 1, hundredths / 100), value < 0); // -0.001 keeps its sign, -0.0 has none
+    storeDigits(writeDigits(decimals - 1, hundredths / 100), value < 0); // -0.001 keeps its sign, -0.0 has none
 }
 
 Text::Text(qint64 value)
 {
     const bool negative = value < 0;
     const quint64 number = negative ? 0 - quint64(value) : quint64(value);
-    keepDigits(writeDigits(m_room + shortTextEnd, number), negative);
+    storeDigits(writeDigits(m_room + shortTextEnd, number), negative);
 }
 
 Text::Text(quint64 value)
 {
-    keepDigits(writeDigits(m_room + shortTextEnd, value), false);
+    storeDigits(writeDigits(m_room + shortTextEnd, value), false);
 }
 
 Text twoDecimals(double value)
@@ -239,7 +242,7 @@ qint64 toLongLong(QStringView text)
     return number ? *number : readByQt<&QString::toLongLong>(text, 10);
 }
 
-// Like Qt, by way of a double: what is read here is within the range of a float.
+// Reads a double first, like Qt. The numbers of the fast path are within the range of a float.
 float toFloat(QStringView text)
 {
     const auto number = plainDouble(text.utf16(), text.size());

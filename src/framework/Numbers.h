@@ -8,11 +8,11 @@
 
 namespace JobXml {
 
-/// Numbers as texts and back, exactly as Qt writes and reads them, without a QString in between. What is common takes a
-/// short way; everything else is left to Qt itself.
+/// Converts numbers to texts and back, exactly as Qt does, without an intermediate QString. Common numbers take a fast
+/// path; all others are converted by Qt itself.
 namespace Numbers {
 
-/// The ASCII text of a number, kept in the object itself: it takes no memory from the heap and cannot be copied.
+/// The ASCII text of a number, stored in the object itself. Allocates no memory and cannot be copied.
 class Text
 {
 public:
@@ -33,10 +33,10 @@ private:
     explicit Text(qint64 value);
     explicit Text(quint64 value);
 
-    void keepTextOfQt(double value);
-    void keepDigits(char *begin, bool negative);
+    void formatWithQt(double value);
+    void storeDigits(char *begin, bool negative);
 
-    // A sign, the digits of the greatest double, a point and two decimals; left as it is until there are digits.
+    // Room for a sign, the digits of the greatest double, a point and two decimals. Not initialized.
     char m_room[1 + std::numeric_limits<double>::max_exponent10 + 1 + 3];
     const char *m_begin;
     int m_size;
@@ -55,7 +55,7 @@ qint64 toLongLong(QStringView text);
 float toFloat(QStringView text);
 double toDouble(QStringView text);
 
-/// The same for UTF-8, of which a byte order mark at the start is a character like any other.
+/// The same for UTF-8. A byte order mark at the start is a character like any other.
 int toInt(const char *utf8, int size);
 qint64 toLongLong(const char *utf8, int size);
 float toFloat(const char *utf8, int size);

@@ -11,8 +11,8 @@
 
 namespace JobXml {
 
-/// The framework's access to objects; DataObject has no other friend. What the classes of the model need of an object
-/// besides its public operations is here, so that the public header need not show it.
+/// The framework's access to objects; DataObject has no other friend. Contains what the classes of the model need
+/// besides the public operations, so that the public header does not show it.
 class ObjectAccess
 {
 public:
@@ -22,11 +22,11 @@ public:
     }
     static const Behavior &behavior(const DataObject &object) noexcept { return info(object).behavior; }
 
-    /// Derived classes may override the operations through which flag, logger and content pass; of all other objects
-    /// the framework knows what these do, and takes shorter ways.
+    /// Derived classes may override the operations that propagate flag and logger or write and read content. For all
+    /// other objects the framework knows what these operations do and uses faster code.
     static bool isOfDerivedClass(const DataObject &object) noexcept { return &typeid(object) != &info(object).type; }
 
-    /// The object's data, created if there are none, and detached if they are shared.
+    /// The object's data. Creates them if there are none, and detaches them if they are shared.
     static Block &block(const DataObject &object)
     {
         return object.m_block && !object.m_block->isShared() ? *object.m_block : createOrDetach(object);
@@ -35,7 +35,7 @@ public:
     /// Exchanges the data of two objects of one class; each keeps its validate flag and its logger.
     static void swapBlocks(DataObject &left, DataObject &right) noexcept { std::swap(left.m_block, right.m_block); }
 
-    // What the base library offers to derived classes.
+    // Protected operations of the base library.
     using EnvironmentPointer = REPORTGENERATOR::EnvironmentPointer;
     static const EnvironmentPointer &environment(const DataObject &object) { return object.environment(); }
     /// As IRGObject::environmentForCopy(), nearly always without calling it: most copies share the environment.
@@ -61,7 +61,7 @@ public:
         object.processContent(reader, name);
     }
 
-    // What derived classes write and read themselves.
+    // The operations by which derived classes write and read their own content.
     static void writeOwnAttributes(const DataObject &object, QXmlStreamWriter &writer)
     {
         object.writeOwnAttributes(writer);

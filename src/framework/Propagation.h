@@ -5,8 +5,8 @@
 
 namespace JobXml {
 
-/// Propagates the validate flag and the logger of an object, or one of the two, to objects below it. Refers to the
-/// environment of the object at the top.
+/// Propagates the validate flag and the logger of an object, or one of the two, to objects below it. Keeps a reference
+/// to the object's environment.
 class Propagation
 {
 public:
@@ -18,7 +18,7 @@ public:
     {
     }
 
-    /// What the children of an object inherit.
+    /// The environment that the children of an object inherit.
     static EnvironmentPointer forChildren(const DataObject &object)
     {
         return ObjectAccess::environment(object).forOtherObjects();
@@ -28,20 +28,20 @@ public:
 
     /// Propagates the object's own flag and logger to everything below it.
     static void propagate(const DataObject &object);
-    /// Propagates to one object, and to nothing below it.
+    /// Propagates to one object, but not to its children.
     static void propagateTo(const DataObject &object, const EnvironmentPointer &environment)
     {
         ObjectAccess::setEnvironment(object, environment);
     }
 
-    /// Gives a copy, and everything below it, the flags and loggers of the original.
+    /// Copies the flags and loggers of an object and everything below it to a copy of that object.
     static void copy(const DataObject &original, const DataObject &copy);
 
     bool validate() const { return m_environment->validate; }
 
     /// Propagates to an object and everything below it.
     void propagateTo(const DataObject &object) const;
-    /// Propagates to an environment that is kept for objects to be created later.
+    /// Propagates to an environment that is stored for objects that are created later.
     void propagateTo(EnvironmentPointer &kept) const;
 
 private:

@@ -36,7 +36,7 @@ public:
         return this->field(static_cast<Block &>(defaults));
     }
 
-    bool isValid(const T &value) const { return this->has(NullPassesIsValid) || Codec<T>::isValid(value); }
+    bool isValid(const T &value) const { return this->has(IsValidAcceptsNull) || Codec<T>::isValid(value); }
 
     bool isPresent(const Block &block) const override
     {
@@ -57,10 +57,10 @@ public:
 
     bool isInvalid(Block &block) const override { return !Codec<T>::isValid(this->field(block)); }
 
-    QString refusalByXml(const DataObject &object, const Block &block) const override
+    QString xmlProblem(const DataObject &object, const Block &block) const override
     {
         if constexpr (std::is_same_v<T, QString>) {
-            const int at = leftOut(block) ? -1 : REPORTGENERATOR::firstNotForXml(this->field(block));
+            const int at = isOmitted(block) ? -1 : REPORTGENERATOR::firstNotForXml(this->field(block));
             if (at >= 0)
                 return Errors::notForXml(object, this->name(), this->field(block), at);
         }
@@ -99,7 +99,7 @@ public:
 
     void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
-        if (leftOut(block))
+        if (isOmitted(block))
             return;
         Codec<T>::withText(this->field(block), [&](const auto &text) {
             if (this->has(Attribute))
@@ -123,14 +123,14 @@ public:
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
-        if (leftOut(block))
+        if (isOmitted(block))
             return;
         const auto record = writer.begin(this->tag());
         Codec<T>::writePayload(writer, this->field(block));
         writer.end(record);
     }
 
-    // By the member's type, not by the length: a length that disagrees shows when the record's lengths are added up.
+    // The member's type determines how much is read. A wrong length is detected when the record's lengths are added up.
     void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
         set(object, Codec<T>::readPayload(reader, object));
@@ -138,22 +138,22 @@ public:
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
-        if (!leftOut(block))
+        if (!isOmitted(block))
             Codec<T>::writeSnapshot(writer, this->field(block));
     }
 
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
-        if (leftOut(block) && !this->has(SnapshotReadAlways))
+        if (isOmitted(block) && !this->has(SnapshotReadAlways))
             return true;
-        // The flag was read before, with all others.
+        // The flag has already been read, with all others.
         return Member::readPart(
             object, block, reader, [this](Block &found) -> T & { return this->field(found); },
             [&](T &value) { return Codec<T>::readSnapshot(reader, value); });
     }
 
 private:
-    bool leftOut(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
+    bool isOmitted(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
 };
 
 template <class Data, class T>

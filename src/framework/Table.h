@@ -12,7 +12,7 @@
 
 namespace JobXml {
 
-/// The rows of a class in bit order, and the order of writing worked out from them.
+/// The rows of a class in bit order, and in the order of writing, which follows from them.
 template <class Data, std::size_t count>
 struct Table
 {
@@ -25,7 +25,7 @@ struct Table
     constexpr explicit Table(const Rows &...rows) : inBitOrder{&rows...}
     {
         static_assert((std::is_same_v<typename Rows::Members, Data> && ...),
-                      "a row of this table is of another struct");
+                      "a row of this table belongs to another struct");
         std::size_t next = 0;
         for (const Member *member : inBitOrder) {
             if (member->has(Attribute))
@@ -105,7 +105,7 @@ struct AcceptsFields<Data, std::index_sequence<index...>,
 {
 };
 
-/// How many fields a struct has: the most values that its braces accept.
+/// The number of fields of a struct: the greatest number of values that its braces accept.
 template <class Data, std::size_t guess = mostMembers + 4>
 constexpr std::size_t fieldCount()
 {
@@ -118,7 +118,8 @@ constexpr std::size_t fieldCount()
 } // namespace ProofReading
 
 /// Describes the class `Object` by its table, after checking the table. `name` must exist as long as the library.
-/// `otherFields` is the number of fields of the struct that are not members; less than 0 if one field holds several.
+/// `otherFields` is the number of fields of the struct that are not members; it is negative if one field contains
+/// several members.
 template <class Object, const auto &table, int otherFields = 0>
 constexpr ClassInfo describe(const QString &name, qint64 identifier, const Behavior &behavior = Behavior::regular)
 {
@@ -129,7 +130,7 @@ constexpr ClassInfo describe(const QString &name, qint64 identifier, const Behav
     static_assert(ProofReading::tagsDiffer(table), "two rows of this table share a tag");
     static_assert(int(ProofReading::fieldCount<Data>()) <= fields, "a member of the struct has no row in this table");
     static_assert(int(ProofReading::fieldCount<Data>()) >= fields,
-                  "two rows of this table stand for one member of the struct");
+                  "two rows of this table belong to one member of the struct");
 
     return ClassInfo{
         {name, identifier},

@@ -7,12 +7,12 @@
 
 namespace JobXml {
 
-/// An empty text, which is not null. Its data are Qt's own, so copies of it outlive the library, and allocate nothing.
+/// An empty text that is not null. Its data are Qt's own, so copies may outlive the library and allocate nothing.
 inline const QString emptyText{QLatin1String("")};
 
 /// A text that a QString refers to without owning it, as with QStringLiteral: no memory is allocated for the QString,
 /// and none is freed. The QString and its copies are valid only as long as this text exists. For use within the library
-/// alone: a program may keep every text that it is given after it has unloaded the library.
+/// alone: a program may keep every text that it receives after it has unloaded the library.
 template <int capacity>
 class Text
 {

@@ -6,7 +6,7 @@
 
 namespace JobXml {
 
-// --- Looking ---------------------------------------------------------------------------------------------------------
+// --- Viewing ---------------------------------------------------------------------------------------------------------
 
 QLatin1String MemberView::GetName() const
 {
@@ -20,7 +20,7 @@ MemberKind MemberView::GetKind() const
 
 bool MemberView::IsSet() const
 {
-    return m_row->isMarked(ObjectAccess::existingBlock(*m_object));
+    return m_row->isSet(ObjectAccess::existingBlock(*m_object));
 }
 
 bool MemberView::IsMandatory() const
@@ -30,7 +30,7 @@ bool MemberView::IsMandatory() const
 
 bool MemberView::IsIdentifying() const
 {
-    return m_row->has(Identifies) || m_row->has(IdentifiesToo);
+    return m_row->has(Identifies) || m_row->has(AlsoIdentifies);
 }
 
 bool MemberView::IsChosen() const
@@ -62,22 +62,22 @@ int MemberView::GetSize() const
 const DataObject &MemberView::GetChild(int index) const
 {
     if (index < 0 || index >= GetSize())
-        m_row->hasNoSuchObject();
+        m_row->throwNoSuchChild();
     return m_row->child(*ObjectAccess::existingBlock(*m_object), index);
 }
 
 void MemberView::forEach(const DataObject &object, Call call, void *visitor)
 {
-    auto show = [&](const ShownMember &row) {
+    auto show = [&](const VisitedMember &row) {
         MemberView view(row, object);
         call(visitor, view);
     };
     ObjectAccess::behavior(object).forEachMember(object, MemberAction(show));
 }
 
-// --- Changing --------------------------------------------------------------------------------------------------------
+// --- Editing ---------------------------------------------------------------------------------------------------------
 
-// Editors are made for objects that may be modified.
+// An editor is only created for an object that is not const.
 DataObject &MemberEditor::object() const
 {
     return const_cast<DataObject &>(*m_object);
@@ -90,9 +90,9 @@ bool MemberEditor::SetValue(const QVariant &value)
 
 DataObject &MemberEditor::EditChild(int index)
 {
-    const bool isThere = GetKind() == MemberKind::ObjectList ? index >= 0 && index < GetSize() : index == 0;
-    if (!isThere)
-        row().hasNoSuchObject();
+    const bool exists = GetKind() == MemberKind::ObjectList ? index >= 0 && index < GetSize() : index == 0;
+    if (!exists)
+        row().throwNoSuchChild();
     return row().editChild(object(), index);
 }
 
@@ -113,7 +113,7 @@ void MemberEditor::SetFlag(bool set)
 
 void MemberEditor::forEach(DataObject &object, Call call, void *visitor)
 {
-    auto show = [&](const ShownMember &row) {
+    auto show = [&](const VisitedMember &row) {
         MemberEditor editor(row, object);
         call(visitor, editor);
     };

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int widthOfIndent = 2;
 
-/// Whether a character stands in a document as it is, as one byte.
+/// Whether a character is written unchanged, as one byte.
 bool isPlain(ushort character)
 {
     return character >= 0x20 && character < 0x80 && character != '<' && character != '>' && character != '&'
@@ -54,7 +54,7 @@ void XmlDocument::writeAttribute(const QString &name, const QString &text)
     append(QLatin1String(" "));
     appendName(name);
     append(QLatin1String("=\""));
-    appendText(text, In::Attribute);
+    appendText(text, Context::Attribute);
     append(QLatin1String("\""));
 }
 
@@ -71,7 +71,7 @@ void XmlDocument::writeTextElement(const QString &name, const QString &text)
 {
     beginElement(name);
     append(QLatin1String(">"));
-    appendText(text, In::Element);
+    appendText(text, Context::Element);
     append(QLatin1String("</"));
     appendName(name);
     append(QLatin1String(">"));
@@ -116,7 +116,7 @@ void XmlDocument::appendLineOf(int depth)
     std::memset(at + 1, ' ', widthOfIndent * std::size_t(depth));
 }
 
-// Names stand in a document as they are.
+// Names need no escaping.
 void XmlDocument::appendName(const QString &name)
 {
     const QChar *const text = name.constData();
@@ -130,7 +130,7 @@ void XmlDocument::appendName(const QString &name)
         m_isFaithful = false;
 }
 
-void XmlDocument::appendText(const QString &text, In place)
+void XmlDocument::appendText(const QString &text, Context context)
 {
     const QChar *const begin = text.constData();
     const int size = text.size();
@@ -144,12 +144,12 @@ void XmlDocument::appendText(const QString &text, In place)
         m_size -= size - i - plain;
         i += plain;
         if (i < size)
-            i = appendOddCharacter(text, i, place);
+            i = appendSpecialCharacters(text, i, context);
     }
 }
 
-/// Appends the character that is not plain and those of its kind behind it; returns where the next one is.
-int XmlDocument::appendOddCharacter(const QString &text, int at, In place)
+/// Appends a character that is not plain, and further ones of the same kind; returns the index of the next one.
+int XmlDocument::appendSpecialCharacters(const QString &text, int at, Context context)
 {
     const ushort character = text[at].unicode();
     switch (character) {
@@ -166,12 +166,12 @@ int XmlDocument::appendOddCharacter(const QString &text, int at, In place)
         append(QLatin1String("&quot;"));
         return at + 1;
     case '\t':
-        append(place == In::Attribute ? QLatin1String("&#9;") : QLatin1String("\t"));
+        append(context == Context::Attribute ? QLatin1String("&#9;") : QLatin1String("\t"));
         return at + 1;
     case '\n':
-        append(place == In::Attribute ? QLatin1String("&#10;") : QLatin1String("\n"));
+        append(context == Context::Attribute ? QLatin1String("&#10;") : QLatin1String("\n"));
         return at + 1;
-    case '\r': // in element text, too: any reader would take a bare one for a line end
+    case '\r': // also in element text: readers would treat a carriage return as a line end
         append(QLatin1String("&#13;"));
         return at + 1;
     default:
@@ -180,7 +180,7 @@ int XmlDocument::appendOddCharacter(const QString &text, int at, In place)
     int end = at;
     while (end < text.size() && text[end].unicode() >= 0x80 && text[end].unicode() < 0xFFFE)
         ++end;
-    if (end == at) { // a control character, or one that is none
+    if (end == at) { // a control character or a noncharacter
         m_isFaithful = false;
         return at + 1;
     }
@@ -200,7 +200,7 @@ void XmlDocument::append(const char *ascii, int size)
 char *XmlDocument::room(int size)
 {
     constexpr int least = 1024;
-    constexpr int most = std::numeric_limits<int>::max() - 64; // a QByteArray has a head of its own
+    constexpr int most = std::numeric_limits<int>::max() - 64; // a QByteArray also allocates a header
     if (size > m_utf8.size() - m_size) {
         if (size > most - m_size)
             throw std::bad_alloc();

@@ -8,9 +8,9 @@
 
 namespace JobXml {
 
-/// A whole document as UTF-8, the same to the byte as a QXmlStreamWriter writes it with a declaration, an indentation
-/// of two spaces and a final line end, and with carriage returns as references. The writer converts and escapes
-/// character by character, which is most of what writing costs.
+/// A whole document as UTF-8, byte for byte as a QXmlStreamWriter writes it with a declaration, an indentation of two
+/// spaces and a final line end, and with carriage returns as references. It is faster: QXmlStreamWriter converts and
+/// escapes character by character.
 class XmlDocument final : public XmlOutput
 {
 public:
@@ -23,20 +23,20 @@ public:
     void writeTextElement(const QString &name, const QString &text) override;
     void writeTextElement(const QString &name, QLatin1String number) override;
 
-    /// False if there was a name or a text about which only the writer itself knows what becomes of it.
+    /// False if the document contains a name or a text that only QXmlStreamWriter can write correctly.
     bool isFaithful() const { return m_isFaithful; }
 
     /// The document, once its root element has ended.
     QByteArray takeUtf8();
 
 private:
-    enum class In { Attribute, Element };
+    enum class Context { Attribute, Element };
 
     void append(const char *ascii, int size);
     void append(QLatin1String ascii) { append(ascii.data(), ascii.size()); }
     void appendName(const QString &name);
-    void appendText(const QString &text, In place);
-    int appendOddCharacter(const QString &text, int at, In place);
+    void appendText(const QString &text, Context context);
+    int appendSpecialCharacters(const QString &text, int at, Context context);
     void appendLineOf(int depth);
     void beginElement(const QString &name);
     void closeStartTag();

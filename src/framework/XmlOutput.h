@@ -7,7 +7,7 @@ class QXmlStreamWriter;
 
 namespace JobXml {
 
-/// What an object writes its XML to. Texts of numbers are ASCII and need nothing escaped.
+/// The target of an object's XML. Texts of numbers are ASCII and contain nothing to escape.
 class XmlOutput
 {
 public:
@@ -43,7 +43,7 @@ private:
     const QString &widened(QLatin1String ascii);
 
     QXmlStreamWriter &m_writer;
-    QString m_widened; // one for all texts: a string for each would be an allocation for each
+    QString m_widened; // one for all texts, which saves an allocation for each
 };
 
 } // namespace JobXml

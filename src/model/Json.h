@@ -4,12 +4,10 @@
 #include <QByteArrayList>
 #include <QVariant>
 
-/// JSON as text. Keys stay in the order in which they are added, so that people can read it and differences between two
-/// versions are small.
+/// JSON as text. Keys stay in the order in which they are added, so that it is readable and two versions differ little.
 namespace Json {
 
-/// A text, boolean, number or list of them as documents in JSON hold it: a null text is null, and whole numbers of 64
-/// bits are texts.
+/// A text, boolean, number or list of them, as in JSON documents: a null text is null, and 64-bit integers are texts.
 QByteArray value(const QVariant &value);
 
 /// A number in the form 0x0123ABCD.
@@ -21,14 +19,14 @@ public:
     Object &add(const char *key, const QByteArray &json);
 
     QByteArray onOneLine() const;
-    /// A line for each key; those after the first begin with `indent`.
+    /// One line for each key; `indent` precedes all lines but the first.
     QByteArray onLines(const QByteArray &indent) const;
 
 private:
     QByteArrayList m_entries;
 };
 
-/// A list with a line for each item; those after the first begin with `indent`.
+/// A list with one line for each item; `indent` precedes all lines but the first.
 QByteArray listOnLines(const QByteArrayList &items, const QByteArray &indent);
 
 } // namespace Json

@@ -48,7 +48,7 @@ QByteArray nameOf(MemberKind kind)
     qFatal("a choice is not a row of a table");
 }
 
-/// When XML and tagged records hold a member.
+/// When XML and tagged records contain a member.
 const char *written(const Member &row)
 {
     if (row.kind() == MemberKind::Alternative)
@@ -58,7 +58,7 @@ const char *written(const Member &row)
     return row.has(WrittenWhenSet) ? "when set" : "always";
 }
 
-/// When snapshots do: before a slash when they are written, after it when they are read.
+/// When snapshots do: on writing before a slash, on reading after it.
 const char *inSnapshots(const Member &row)
 {
     if (row.kind() == MemberKind::Alternative)
@@ -72,13 +72,13 @@ const char *inSnapshots(const Member &row)
     return "always";
 }
 
-/// What else a table says about a member that others have to know.
+/// The other properties of a member that readers in other languages need.
 QByteArray traits(const Member &row)
 {
     QVariantList names;
     for (const auto &[trait, name] :
-         {std::pair(ComparedByRightFlag, "comparedByRightFlag"), std::pair(NullPassesIsValid, "nullPassesIsValid"),
-          std::pair(Identifies, "identifies"), std::pair(IdentifiesToo, "identifiesToo")}) {
+         {std::pair(ComparedByRightFlag, "comparedByRightFlag"), std::pair(IsValidAcceptsNull, "isValidAcceptsNull"),
+          std::pair(Identifies, "identifies"), std::pair(AlsoIdentifies, "alsoIdentifies")}) {
         if (row.has(trait))
             names.append(QString::fromLatin1(name));
     }
@@ -118,12 +118,12 @@ QByteArray memberAsJson(const Member &row, DataObject &object)
     return member.onOneLine();
 }
 
-/// The tag of the first record of a new object. A class that has a version writes it there.
+/// The tag of the first record of a new object. A class with a version writes it there.
 quint32 firstTag(DataObject &object)
 {
-    constexpr int afterTagAndLength = 8;
+    constexpr int sizeOfTagAndLength = 8;
     return QByteArray(object.GetBinaryRepresentationAsQByteArray())
-        .mid(afterTagAndLength, 4)
+        .mid(sizeOfTagAndLength, 4)
         .toHex()
         .toUInt(nullptr, 16);
 }
@@ -150,8 +150,8 @@ QByteArray classAsJson()
     cls.add("name", Json::value(T::GetStaticObjectName())).add("identifier", Json::hex(quint32(T::GetId())));
     addVersion(cls, object);
 
-    auto addChoice = [&](const ShownMember &member) {
-        if (member.kind() == MemberKind::Choice) // which is not a row
+    auto addChoice = [&](const VisitedMember &member) {
+        if (member.kind() == MemberKind::Choice) // not a row
             cls.add("choice", Json::value(QString(member.name())));
     };
     ObjectAccess::behavior(object).forEachMember(object, MemberAction(addChoice));

@@ -3,5 +3,5 @@
 
 #include <QByteArray>
 
-/// The model as share/model.json holds it: the classes in the order of their list, and each row of their tables.
+/// The content of share/model.json: the classes in the order of Classes.def, and each row of their tables.
 QByteArray modelAsJson();

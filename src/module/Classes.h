@@ -16,7 +16,7 @@ using Classes = decltype(TypeList<>()
 #include "Classes.def"
 );
 
-/// Those of them among which a ValueItem chooses, in the order of ChoiceValueItem.
+/// The alternatives of a ValueItem, in the order of ChoiceValueItem.
 #define JOBXML_CLASS(folder, Class)
 #define JOBXML_KIND(folder, Class) + ClassTag<Class>()
 using Kinds = decltype(TypeList<>()

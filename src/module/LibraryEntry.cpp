@@ -10,9 +10,9 @@
 
 namespace {
 
-// Registers the module when the library is loaded and unregisters it when it is unloaded or the process exits. As the
-// object built last (this unit is linked last) it is destroyed first, while every other static still stands: a plain
-// destructor function would run after them when a process exits.
+// Registers the module when the library is loaded and unregisters it when it is unloaded or the process exits. This
+// unit is linked last, so the object is built last and destroyed first, while every other static still exists. A plain
+// destructor function would run after their destruction when a process exits.
 class ModuleRegistration
 {
 public:
@@ -28,13 +28,13 @@ public:
     }
 
 private:
-    // Loading succeeds whatever becomes of the translations.
+    // Loading succeeds even if registering fails.
     template <class Action>
     static void attempt(Action action) noexcept
     {
         try {
             action();
-        } catch (const std::exception &) { // without a registry the names are shown as they are
+        } catch (const std::exception &) { // without a registry the names are not translated
         }
     }
 

@@ -23,36 +23,36 @@ public:
 
     const QStringList &names() const { return m_names; }
 
-    bool holds(int value) const { return value >= 0 && value < m_names.size(); }
+    bool contains(int value) const { return value >= 0 && value < m_names.size(); }
 
     /// Null for a value without name.
-    QString name(int value) const { return holds(value) ? m_names.at(value) : QString(); }
+    QString name(int value) const { return contains(value) ? m_names.at(value) : QString(); }
 
-    /// The value of a name, spelled exactly so; notFound for any other text.
+    /// The value of a name, which must match exactly; notFound for any other text.
     int value(const QString &name) const { return m_names.indexOf(name); }
 
     /// The value for a visitor: its name, a null text for the value that means none, its number if it has no name.
-    QVariant shown(int value, int none) const
+    QVariant variant(int value, int none) const
     {
-        return value == none || holds(value) ? QVariant(name(value)) : QVariant(value);
+        return value == none || contains(value) ? QVariant(name(value)) : QVariant(value);
     }
-    /// The value from what a visitor was shown; nothing if it is neither.
+    /// The inverse of variant(); nothing for any other value.
     template <class Enumeration>
-    std::optional<Enumeration> fromShown(const QVariant &shown, Enumeration none) const
+    std::optional<Enumeration> fromVariant(const QVariant &variant, Enumeration none) const
     {
-        if (shown.userType() == QMetaType::Int) {
-            const auto result = Enumeration(shown.toInt());
-            return int(result) == shown.toInt() ? std::optional(result) : std::nullopt; // what does not fit is none
+        if (variant.userType() == QMetaType::Int) {
+            const auto result = Enumeration(variant.toInt());
+            return int(result) == variant.toInt() ? std::optional(result) : std::nullopt; // nothing if it does not fit
         }
-        if (shown.userType() != QMetaType::QString)
+        if (variant.userType() != QMetaType::QString)
             return {};
-        if (shown.toString().isNull())
+        if (variant.toString().isNull())
             return none;
-        const int value = this->value(shown.toString());
+        const int value = this->value(variant.toString());
         return value == notFound ? std::nullopt : std::optional(Enumeration(value));
     }
 
-    /// The names for a user to read, in the language that is installed now.
+    /// The names for users, translated into the installed language.
     QStringList displayNames() const
     {
         QStringList translated;
@@ -62,15 +62,15 @@ public:
         return translated;
     }
 
-    /// Writes a value as C++ spells it, `TunerProperties::type::Receiver` for instance, and one without a name by its
-    /// number: `TunerProperties::type(7)`.
+    /// Writes a value as in C++, for example `TunerProperties::type::Receiver`, or `TunerProperties::type(7)` for a
+    /// value without a name.
     QDebug write(QDebug debug, const char *enumeration, int value, int none, const char *nameOfNone) const
     {
         const QDebugStateSaver saver(debug);
         debug.nospace().noquote() << enumeration;
         if (value == none)
             debug << "::" << nameOfNone;
-        else if (holds(value))
+        else if (contains(value))
             debug << "::" << name(value);
         else
             debug << '(' << value << ')';

@@ -3,14 +3,14 @@
 
 namespace JobXml {
 
-/// Stands for a class where a function is to be called for it.
+/// Represents a class as a function argument.
 template <class T>
 struct ClassTag
 {
     using Class = T;
 };
 
-/// Classes in an order.
+/// An ordered list of classes.
 template <class... T>
 struct TypeList
 {

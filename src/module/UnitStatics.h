@@ -8,10 +8,9 @@
 
 namespace JobXml {
 
-/// What each class unit builds when the library is loaded and destroys, in the reverse order, when it is unloaded: the
-/// name of the version attribute and the names of the log levels, which nothing reads, but which the units keep so that
-/// loading and unloading stay as hosts know them; and the name of the class, to which all of its objects refer and
-/// which programs share.
+/// The texts that each class unit builds when the library is loaded and destroys, in reverse order, when it is
+/// unloaded. Nothing reads the name of the version attribute and the names of the log levels; they keep loading and
+/// unloading as hosts know them. All objects of the class, and programs, share the class name.
 struct UnitStatics
 {
     explicit UnitStatics(QLatin1String name) : objectName(name) { }

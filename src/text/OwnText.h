@@ -8,8 +8,8 @@
 namespace REPORTGENERATOR {
 
 /// The text of a literal, in memory of its own. A program may keep every text that the libraries return after it has
-/// unloaded them. So no text that they return may be a QStringLiteral: its characters are in the library's read-only
-/// data. Texts that are needed often are built when the library is loaded and shared.
+/// unloaded them, so they never return a QStringLiteral, whose characters are in the library's read-only data. Texts
+/// that are used often are built when the library is loaded, and shared.
 template <std::size_t size>
 QString ownText(const char (&ascii)[size])
 {

@@ -5,8 +5,8 @@
 
 namespace REPORTGENERATOR {
 
-/// The index of the first character of a text that XML cannot carry, which a QXmlStreamWriter would drop or replace; -1
-/// if there is none. These are U+0000 to U+001F except TAB, LF and CR, U+FFFE, U+FFFF and halves of surrogate pairs.
+/// The index of the first character that XML cannot represent, and QXmlStreamWriter drops or replaces; -1 if there is
+/// none. These are U+0000 to U+001F except TAB, LF and CR, U+FFFE, U+FFFF and halves of surrogate pairs.
 inline int firstNotForXml(QStringView text)
 {
     const int size = int(text.size());

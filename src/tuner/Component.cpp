@@ -25,7 +25,7 @@ struct ComponentData
 // clang-format off
 namespace row {
 constexpr ChildList Node{       0, "Node",        0xC5E53936, &ComponentData::nodes,       Mandatory | ComparedByRightFlag | SnapshotReadByCount};
-constexpr Scalar    type{       1, "type",        0x0BAD2053, &ComponentData::type,        Attribute | Mandatory | IdentifiesToo};
+constexpr Scalar    type{       1, "type",        0x0BAD2053, &ComponentData::type,        Attribute | Mandatory | AlsoIdentifies};
 constexpr Scalar    name{       2, "name",        0xCB4CF645, &ComponentData::name,        Attribute | Mandatory | Identifies};
 constexpr Scalar    displayName{3, "displayName", 0xA1939AA3, &ComponentData::displayName, Attribute | WrittenWhenSet};
 constexpr Scalar    optional{   4, "optional",    0x44E09811, &ComponentData::optional,    Attribute | Mandatory | WrittenWhenSet | SnapshotReadAlways};

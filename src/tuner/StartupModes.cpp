@@ -37,7 +37,7 @@ using Mode = StartupModes::StartupMode;
 
 bool isMode(Mode mode)
 {
-    return modeNames.holds(int(mode));
+    return modeNames.contains(int(mode));
 }
 
 Mode modeOf(const QString &name)
@@ -52,7 +52,7 @@ struct StartupModesData
     QStringList ownNames; // always empty; see IsValidStartupMode()
 };
 
-// A list of modes, which are encoded by their names.
+// A list of modes, which are encoded as their names.
 class ModeList final : public ListOf<StartupModesData, Mode>
 {
 public:
@@ -63,7 +63,7 @@ public:
 
     bool isInvalid(Block &block) const override
     {
-        const QVector<Mode> &modes = owned(block);
+        const QVector<Mode> &modes = detachedItems(block);
         return !std::all_of(modes.begin(), modes.end(), isMode);
     }
 
@@ -71,21 +71,21 @@ public:
     QStringList names() const override { return modeNames.names(); }
     QVariant value(const Block *block) const override
     {
-        QVariantList shown;
+        QVariantList values;
         if (block) {
             for (const Mode mode : field(*block))
-                shown.append(modeNames.shown(int(mode), int(Mode::Invalid)));
+                values.append(modeNames.variant(int(mode), int(Mode::Invalid)));
         }
-        return shown;
+        return values;
     }
     bool setValue(DataObject &object, const QVariant &value) const override
     {
         if (value.userType() != QMetaType::QVariantList)
             return false;
         QVector<Mode> modes;
-        const QVariantList shown = value.toList();
-        for (const QVariant &entry : shown) {
-            const auto mode = modeNames.fromShown(entry, Mode::Invalid);
+        const QVariantList entries = value.toList();
+        for (const QVariant &entry : entries) {
+            const auto mode = modeNames.fromVariant(entry, Mode::Invalid);
             if (!mode)
                 return false;
             modes.append(*mode);
@@ -96,7 +96,7 @@ public:
 
     void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
-        for (const Mode mode : std::as_const(owned(block)))
+        for (const Mode mode : std::as_const(detachedItems(block)))
             output.writeTextElement(text(), modeNames.name(int(mode)));
     }
 
@@ -109,7 +109,7 @@ public:
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
-        const QVector<Mode> &modes = owned(block);
+        const QVector<Mode> &modes = detachedItems(block);
         const auto list = writer.begin(tag());
         writer.put(qint32(modes.size()));
         for (const Mode mode : modes) {
@@ -124,14 +124,14 @@ public:
     {
         const auto count = reader.read<qint32>(object);
         for (qint32 i = 0; i < count; ++i) {
-            reader.read<qint32>(object); // the entry's length, which its text repeats
+            reader.read<qint32>(object); // the entry's length; its text contains it again
             append(object, modeOf(reader.readText(object)));
         }
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
-        const QVector<Mode> &modes = owned(block);
+        const QVector<Mode> &modes = detachedItems(block);
         writer.put(qint32(modes.size()));
         for (const Mode mode : modes)
             writer.put(qint8(mode));
@@ -196,7 +196,8 @@ Mode StartupModes::GetInvalidStartupMode() const              { return Mode::Inv
 bool StartupModes::IsValidStartupMode(StartupMode mode) const { return isMode(mode); }
 // clang-format on
 
-// Departs: a list is measured against names that no object has, so only an empty one passes. Callers rely on that.
+// Departs: checks the modes against `ownNames`, which is always empty, so only an empty list is valid. Callers rely on
+// this.
 bool StartupModes::IsValidStartupMode(const QVector<StartupMode> &modes) const
 {
     const int names =

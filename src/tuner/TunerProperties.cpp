@@ -39,25 +39,25 @@ Type typeOf(const QString &name)
 
 } // namespace
 
-/// A type travels by its name, in snapshots by its value.
+/// A type is encoded as its name; in snapshots, as its value.
 template <>
 struct Codec<Type> : CodecDefaults<Type>
 {
     static constexpr MemberKind kind = MemberKind::Enumeration;
     static constexpr Traits traits = MayBeInvalid;
 
-    static bool isValid(Type value) { return typeNames.holds(int(value)); }
+    static bool isValid(Type value) { return typeNames.contains(int(value)); }
     [[noreturn]] static void refuse(const DataObject &, QLatin1String member)
     {
         Errors::invalidEnumGiven(TunerProperties::GetStaticObjectName(), member);
     }
     static QStringList names() { return typeNames.names(); }
-    static QVariant variant(Type value) { return typeNames.shown(int(value), int(Type::Invalid)); }
+    static QVariant variant(Type value) { return typeNames.variant(int(value), int(Type::Invalid)); }
     static bool fromVariant(const QVariant &variant, Type &value)
     {
-        const auto shown = typeNames.fromShown(variant, Type::Invalid);
-        value = shown.value_or(value);
-        return shown.has_value();
+        const auto type = typeNames.fromVariant(variant, Type::Invalid);
+        value = type.value_or(value);
+        return type.has_value();
     }
 
     template <class Use>
@@ -88,7 +88,7 @@ struct Versions
 {
     QString own = currentVersion;
     QString loaded;
-    bool isOlder = true; // what was loaded; kept, because each unknown element asks and a version may be long
+    bool isOlder = true; // whether `loaded` is; stored, because each unknown element needs it and a version may be long
 };
 
 struct TunerPropertiesData
@@ -108,8 +108,8 @@ struct TunerPropertiesData
     bool hwProcessing = false;
 };
 
-// Departs: the bandwidths are optional. XML and tagged records hold whatever items there are, and tagged records
-// nothing at all if there are none; snapshots go by the flag, count included.
+// Departs: the bandwidths are optional. XML and tagged records contain all items, and tagged records omit an empty
+// list. Snapshots contain the count and the items only if the flag is set.
 class BandwidthList final : public ChildList<TunerPropertiesData, BandwidthSelection>
 {
 public:
@@ -135,7 +135,7 @@ public:
     }
 };
 
-// The startup modes: a child object that is a member by itself.
+// The startup modes: a single child object.
 class StartupModesMember final : public FieldOf<TunerPropertiesData, StartupModes>
 {
 public:
@@ -159,7 +159,7 @@ public:
     void merge(DataObject &object, const DataObject &other) const override
     {
         if (Member::isSet(other))
-            static_cast<void>(modify(object).MergeRGObject(get(other))); // of one class, so it is not refused
+            static_cast<void>(modify(object).MergeRGObject(get(other))); // both have the same class, so it succeeds
     }
 
     MemberKind kind() const override { return MemberKind::Object; }
@@ -249,14 +249,14 @@ void setLoadedVersion(DataObject &document, const QString &version)
 {
     Versions &versions = versionsOf(document);
     versions.loaded = version;
-    versions.isOlder = versions.own.toFloat() > version.toFloat(); // what is not a number counts as 0
+    versions.isOlder = versions.own.toFloat() > version.toFloat(); // a text that is not a number is 0
     if (versions.isOlder)
         document.ResetToDefault();
 }
 
 class DocumentBehavior final : public Behavior
 {
-    // Departs: the version comes first, so that a reader knows what it is about to read.
+    // Departs: writes the version first, because readers need it before everything else.
     void writeElement(const DataObject &document, XmlOutput &output) const override
     {
         output.writeStartElement(document.GetObjectName());
@@ -272,17 +272,17 @@ class DocumentBehavior final : public Behavior
         Behavior::readAttributes(document, reader);
     }
 
-    // Departs: older documents may hold elements that have been dropped since; the others may not.
+    // Departs: only older documents may contain unknown elements, which have been removed since.
     void readUnknownElement(DataObject &document, QXmlStreamReader &reader) const override
     {
         if (versionsOf(document).isOlder)
             Behavior::readUnknownElement(document, reader);
         else if (document.GetValidate())
             Errors::unknownElement(document, reader.name().toString());
-        // otherwise the element is not consumed: its content is read as if it were in the document itself
+        // otherwise the element is not skipped: its content is read as content of the document itself
     }
 
-    // Departs: a record of its own carries the version, before all others.
+    // Departs: writes the version in a record of its own, before all others.
     void writeRecords(const DataObject &document, BinaryWriter &writer) const override
     {
         const auto record = writer.begin(versionTag);
@@ -299,7 +299,7 @@ class DocumentBehavior final : public Behavior
             Behavior::readRecord(document, reader, tag, length);
     }
 
-    // Departs: the version is between the flags and the members.
+    // Departs: writes the version between the flags and the members.
     void writeSnapshot(const DataObject &document, BinaryWriter &writer) const override
     {
         writeSnapshotFlags(document, writer);
@@ -307,7 +307,7 @@ class DocumentBehavior final : public Behavior
         writeSnapshotMembers(document, writer);
     }
 
-    // Departs: an older version resets the flags just read along with the rest, and so what is read after it.
+    // Departs: an older version resets the whole document, including the flags that were just read.
     bool readSnapshot(DataObject &document, BinaryReader &reader) const override
     {
         QString version;
@@ -436,7 +436,7 @@ bool TunerProperties::IsValidComponent(const Component &) const          { retur
 bool TunerProperties::IsValidComponent(const QVector<Component> &) const { return true; }
 // clang-format on
 
-// Departs: the versions are compared, and asking for them leaves both objects initialized, as soon as one of them is.
+// Departs: also compares the versions, which initializes both objects if one of them is initialized.
 bool TunerProperties::operator==(const TunerProperties &other) const
 {
     if (!IsInitialized() && !other.IsInitialized())
@@ -449,7 +449,7 @@ bool TunerProperties::operator!=(const TunerProperties &other) const
     return !(*this == other);
 }
 
-// Departs: the document alone has a version.
+// Departs: only the document has a version.
 const QString &TunerProperties::GetVersion() const
 {
     return versionsOf(*this).own;
@@ -460,7 +460,7 @@ QString TunerProperties::GetInitialVersionLoaded() const
     return versionsOf(*this).loaded;
 }
 
-// Departs: the default quantity counts as given.
+// Departs: also sets the flag of the quantity.
 void TunerProperties::ResetToDefault()
 {
     DataObject::ResetToDefault();

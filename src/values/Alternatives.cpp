@@ -13,12 +13,12 @@ void Alternatives::copyFrom(const Alternatives &other, int kind)
 {
     if (const DataObject *const object = other.find(kind)) {
         const auto copy =
-            Kinds::Into<Copies>::ofKinds[kind]; // read apart: g++'s check of bounds stumbles over it otherwise
+            Kinds::Into<Copies>::ofKinds[kind]; // a variable of its own avoids a false warning of g++'s bounds check
         (this->*copy)(kind, *object);
     }
 }
 
-// Delegates, so that what is built already is destroyed if the next runs out of memory.
+// Delegates, so that the alternatives built so far are destroyed if the next one runs out of memory.
 Alternatives::Alternatives(const Alternatives &other) : Alternatives()
 {
     if (other.m_kindOfFirst >= 0)

@@ -10,9 +10,9 @@
 
 namespace JobXml {
 
-/// The alternatives, each built when it is first used: nearly always, only one is. One that was never used cannot
-/// be told from a default one. The first has its place in the item's data, the others one of their own; where an
-/// alternative stands never changes, so references to it stay valid.
+/// The alternatives, each built when it is first used: nearly always, only one is. An unused alternative
+/// behaves like a default-constructed one. The first one is stored in the item's data, each other one in memory of its
+/// own. Alternatives never move, so references to them stay valid.
 class Alternatives
 {
 public:

@@ -21,7 +21,7 @@ struct SelectionItemData
 
 // clang-format off
 namespace row {
-constexpr Scalar name{ 0, "name",  0xCB4CF645, &SelectionItemData::name,  Attribute | Mandatory | NullPassesIsValid | Identifies};
+constexpr Scalar name{ 0, "name",  0xCB4CF645, &SelectionItemData::name,  Attribute | Mandatory | IsValidAcceptsNull | Identifies};
 constexpr Scalar value{1, "value", 0xC14D665E, &SelectionItemData::value, Attribute | Mandatory};
 } // namespace row
 

@@ -20,7 +20,7 @@ struct StringItemData
 
 // clang-format off
 namespace row {
-constexpr Scalar value{0, "value", 0xCEFF51BA, &StringItemData::value, Attribute | Mandatory | NullPassesIsValid | IdentifiesToo};
+constexpr Scalar value{0, "value", 0xCEFF51BA, &StringItemData::value, Attribute | Mandatory | IsValidAcceptsNull | AlsoIdentifies};
 } // namespace row
 
 constexpr Table members{row::value};

@@ -27,7 +27,7 @@ struct State
     } // copies have no logger
     State &operator=(const State &) = delete;
 
-    // What was propagated last; an alternative created later starts with it.
+    // The environment propagated last; alternatives that are created later inherit it.
     REPORTGENERATOR::EnvironmentPointer environment = REPORTGENERATOR::EnvironmentPointer::plain(true);
     Choice choice = Choice::None;
 };
@@ -75,7 +75,7 @@ public:
             static_cast<T &>(*object) = T();
     }
 
-    // For two items that have chosen this alternative; the flags are the item's business.
+    // For two items that have chosen this alternative. The item itself compares the flags.
     bool equals(Block *left, Block *right) const override
     {
         const auto *const inLeft = static_cast<const T *>(find(*left));
@@ -118,7 +118,7 @@ public:
 
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
-        // The item's check does not go into the alternative, so it is checked now; the same in writeRecord().
+        // The item's check does not include the alternative, so it is checked here, and also in writeRecord().
         if (writesChildren(block))
             Child::writeXml(alternative(block), output, Child::preparation(object, false));
     }
@@ -145,8 +145,8 @@ public:
             Child::readRecord(read, reader, length);
             return true;
         });
-        choose(
-            ObjectAccess::block(object)); // set only now: a record that fails leaves the alternative chosen but not set
+        choose(ObjectAccess::block(
+            object)); // only now: after an error in the record the alternative is chosen but not set
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -223,7 +223,7 @@ QStringList namesOfAlternatives()
 {
     QStringList names;
     for (const Member *row : members.inBitOrder)
-        names.append(QString(row->name())); // copied: a program may keep it for longer than the library
+        names.append(QString(row->name())); // a copy: a program may keep it after unloading the library
     return names;
 }
 
@@ -239,22 +239,22 @@ Choice choiceOf(const Block *block)
     return block ? static_cast<const BlockOf<ValueItemData> *>(block)->members.state.choice : Choice::None;
 }
 
-/// What is chosen, as visitors see it. Not a row of the table: the choice is encoded in ways of its own.
-class ChoiceMember final : public ShownMember
+/// The choice, for visitors. It is not a row of the table, because its encoding differs from that of every member.
+class ChoiceMember final : public VisitedMember
 {
 public:
-    constexpr ChoiceMember() : ShownMember("ChoiceValueItem", Mandatory) { }
+    constexpr ChoiceMember() : VisitedMember("ChoiceValueItem", Mandatory) { }
 
     MemberKind kind() const override { return MemberKind::Choice; }
-    bool isMarked(const Block *block) const override { return choiceOf(block) != Choice::None; }
+    bool isSet(const Block *block) const override { return choiceOf(block) != Choice::None; }
     QStringList names() const override { return choiceNames.names(); }
     QVariant value(const Block *block) const override
     {
-        return choiceNames.shown(int(choiceOf(block)), int(Choice::None));
+        return choiceNames.variant(int(choiceOf(block)), int(Choice::None));
     }
     bool setValue(DataObject &object, const QVariant &value) const override
     {
-        const auto choice = choiceNames.fromShown(value, Choice::None);
+        const auto choice = choiceNames.fromVariant(value, Choice::None);
         if (choice)
             stateOf(ObjectAccess::block(object)).choice = *choice;
         return choice.has_value();
@@ -265,7 +265,7 @@ public:
 
 constexpr ChoiceMember choiceMember;
 
-/// The row of a choice; null for None and for values that are no kind.
+/// The row of a choice; null for None and for invalid values.
 const Member *rowOf(Choice choice)
 {
     return int(choice) < int(members.size) ? members.inBitOrder[std::size_t(choice)] : nullptr;
@@ -273,7 +273,7 @@ const Member *rowOf(Choice choice)
 
 class ItemBehavior final : public Behavior
 {
-    // Departs: the alternatives that are not chosen, and the flag of the right one, do not count.
+    // Departs: ignores the alternatives that are not chosen, and the flag of the right one.
     bool equals(const DataObject &left, const DataObject &right) const override
     {
         Block &leftBlock = ObjectAccess::block(left);
@@ -284,7 +284,7 @@ class ItemBehavior final : public Behavior
         return !chosen || !chosen->isSet(leftBlock) || chosen->equals(&leftBlock, &rightBlock);
     }
 
-    // Departs: silent while not validating, and the alternative's own check is left to when it is written.
+    // Departs: does nothing unless validating; the alternative itself is checked when it is written.
     void check(const DataObject &item, bool, const REPORTGENERATOR::EnvironmentPointer *environment) const override
     {
         Block &own = ObjectAccess::block(item);
@@ -311,14 +311,14 @@ class ItemBehavior final : public Behavior
         }
     }
 
-    // Departs: the choice is shown first.
+    // Departs: visitors see the choice first.
     void forEachMember(const DataObject &item, const MemberAction &action) const override
     {
         action(choiceMember);
         Behavior::forEachMember(item, action);
     }
 
-    // Departs: alternatives that are created later inherit what was propagated last.
+    // Departs: also stores the environment, for alternatives that are created later.
     void propagateToChildren(const DataObject &item, const Propagation &propagation) const override
     {
         if (!item.IsInitialized())
@@ -336,7 +336,7 @@ class ItemBehavior final : public Behavior
                 static_cast<const BlockOf<ValueItemData> *>(from)->members.state.environment;
     }
 
-    // Departs: a byte between flags and members stores the choice.
+    // Departs: writes the choice as a byte between flags and members.
     void writeSnapshot(const DataObject &item, BinaryWriter &writer) const override
     {
         writeSnapshotFlags(item, writer);
@@ -344,7 +344,7 @@ class ItemBehavior final : public Behavior
         writeSnapshotMembers(item, writer);
     }
 
-    // Departs: reads the chosen alternative without looking at its flag, although it is written only with it.
+    // Departs: always reads the chosen alternative, although it is only written if its flag is set.
     bool readSnapshot(DataObject &item, BinaryReader &reader) const override
     {
         quint8 choice = 0;
@@ -363,7 +363,7 @@ constexpr ClassInfo valueItem =
 
 ValueItem::ValueItem() : DataObject(valueItem) { }
 
-// The environment for later alternatives follows the flag; the base's copy constructor cannot know that.
+// The base's copy constructor does not set the environment for later alternatives.
 ValueItem::ValueItem(const ValueItem &other) : DataObject(other)
 {
     if (!IsInitialized())
@@ -466,7 +466,7 @@ bool ValueItem::IsValidValueStringList(const ValueStringList &) const { return t
 
 // clang-format on
 
-// Departs: comparing leaves both items initialized, as soon as one of them is.
+// Departs: comparing initializes both items if one of them is initialized.
 bool ValueItem::operator==(const ValueItem &other) const
 {
     return (!IsInitialized() && !other.IsInitialized()) || areEqual(*this, other);
@@ -493,10 +493,10 @@ bool ValueItem::IsValidChoiceValueItem(const ChoiceValueItem &choice) const
     return choice != Choice::None;
 }
 
-// Departs: the choice is not stored. An alternative is chosen by what puts a value into it.
+// Departs: does not store the choice. Setting an alternative chooses it.
 void ValueItem::InitChoice(const ChoiceValueItem &choice)
 {
-    const ChoiceValueItem wanted = choice; // which may be a reference to what is reset now
+    const ChoiceValueItem wanted = choice; // a copy: `choice` may refer to the item's own choice, which is reset now
     Reset();
     ObjectAccess::block(*this);
     if (wanted == Choice::None)
@@ -510,7 +510,7 @@ QString ValueItem::ChoiceValueItemToName(const ChoiceValueItem &choice) const
 
 ValueItem::ChoiceValueItem ValueItem::NameToChoiceValueItem(const QString &name) const
 {
-    return ChoiceValueItem(quint8(choiceNames.value(name))); // not found is -1, and so 255
+    return ChoiceValueItem(quint8(choiceNames.value(name))); // -1, for an unknown name, becomes 255
 }
 
 QStringList ValueItem::GetChoiceValueItems()
@@ -523,20 +523,20 @@ QStringList ValueItem::GetGUIChoiceValueItems()
     return choiceNames.displayNames();
 }
 
-// Departs: only the chosen alternative counts, whether its flag is set or not.
+// Departs: uses only the chosen alternative, and ignores its flag.
 bool ValueItem::HasData() const
 {
     const Member *chosen = rowOf(choiceOf(ObjectAccess::existingBlock(*this)));
     return chosen && chosen->isPresent(*ObjectAccess::existingBlock(*this));
 }
 
-// Departs: having chosen is enough.
+// Departs: true as soon as an alternative is chosen.
 bool ValueItem::AnyData() const
 {
     return choiceOf(ObjectAccess::existingBlock(*this)) != Choice::None;
 }
 
-// Departs: the choice goes as well.
+// Departs: also resets the choice.
 void ValueItem::Reset()
 {
     DataObject::Reset();

@@ -24,10 +24,10 @@ struct ValueSelectionData
 
 // clang-format off
 namespace row {
-constexpr ChildList SelectionItem{0, "SelectionItem", 0x4FB19F31, &ValueSelectionData::selectionItems, Mandatory | ComparedByRightFlag | UsuallyHoldsSeveral};
-constexpr Scalar    id{           1, "id",            0x2B262DC9, &ValueSelectionData::id,             Attribute | Mandatory | NullPassesIsValid | Identifies};
+constexpr ChildList SelectionItem{0, "SelectionItem", 0x4FB19F31, &ValueSelectionData::selectionItems, Mandatory | ComparedByRightFlag | UsuallySeveralItems};
+constexpr Scalar    id{           1, "id",            0x2B262DC9, &ValueSelectionData::id,             Attribute | Mandatory | IsValidAcceptsNull | Identifies};
 constexpr Scalar    value{        2, "value",         0xC14D665E, &ValueSelectionData::value,          Attribute | Mandatory};
-constexpr Scalar    text{         3, "text",          0xA323E10D, &ValueSelectionData::text,           Attribute | Mandatory | NullPassesIsValid};
+constexpr Scalar    text{         3, "text",          0xA323E10D, &ValueSelectionData::text,           Attribute | Mandatory | IsValidAcceptsNull};
 constexpr Scalar    index{        4, "index",         0x2128394B, &ValueSelectionData::index,          Attribute | Mandatory};
 } // namespace row
 

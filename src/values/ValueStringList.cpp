@@ -22,9 +22,9 @@ struct ValueStringListData
 
 // clang-format off
 namespace row {
-constexpr ChildList StringItem{0, "StringItem", 0x2940EBDD, &ValueStringListData::stringItems, Mandatory | ComparedByRightFlag | UsuallyHoldsSeveral};
-constexpr Scalar    id{        1, "id",         0x2B262DC9, &ValueStringListData::id,          Attribute | Mandatory | NullPassesIsValid | Identifies};
-constexpr Scalar    value{     2, "value",      0xCEFF51BA, &ValueStringListData::value,       Attribute | Mandatory | NullPassesIsValid};
+constexpr ChildList StringItem{0, "StringItem", 0x2940EBDD, &ValueStringListData::stringItems, Mandatory | ComparedByRightFlag | UsuallySeveralItems};
+constexpr Scalar    id{        1, "id",         0x2B262DC9, &ValueStringListData::id,          Attribute | Mandatory | IsValidAcceptsNull | Identifies};
+constexpr Scalar    value{     2, "value",      0xCEFF51BA, &ValueStringListData::value,       Attribute | Mandatory | IsValidAcceptsNull};
 } // namespace row
 
 constexpr Table members{row::StringItem, row::id, row::value};

@@ -140,7 +140,7 @@ QString Aftermath::wrongWriting(const DataObject &object, Encoding encoding) con
     if (!object.GetValidate())
         return thrown.isNull() ? QString() : QStringLiteral("it is not written, while not validating: ") + thrown;
     if (!thrown.isNull() && !problems.contains(thrown.section(QStringLiteral("Exception: "), 1)))
-        return QStringLiteral("it is not written for a reason that is no problem: ") + thrown;
+        return QStringLiteral("it is not written for a reason that is not among the problems: ") + thrown;
     if (thrown.isNull() && !problems.isEmpty() && encoding == Encoding::Xml && !bytes.isEmpty())
         return QStringLiteral("it is written although: ") + problems.first();
     return QString();

@@ -120,7 +120,7 @@ struct XmlOutcome
     QString thrown;
     bool taken = false; ///< the return value of the reader, if nothing is thrown
     QString error; ///< the error string, without the source
-    bool brokeOff = false; ///< the text is not well formed, and was read up to the error
+    bool truncated = false; ///< the text is not well formed, and was read up to the error
 };
 
 XmlOutcome readXml(Expected &object, const XmlTokens &tokens);

@@ -8,7 +8,7 @@ namespace Damage {
 namespace {
 
 // The text is not well formed, and reading has reached the error.
-struct BrokenOff
+struct TruncatedText
 {
 };
 
@@ -23,7 +23,7 @@ public:
         if (m_next < m_all.tokens.size())
             return &m_all.tokens.at(m_next++);
         if (!m_all.wellFormed)
-            throw BrokenOff();
+            throw TruncatedText();
         return nullptr;
     }
 
@@ -170,9 +170,9 @@ XmlOutcome readXml(Expected &object, const XmlTokens &tokens)
         outcome.error = tokens.error;
     } catch (const Refusal &refusal) {
         outcome.thrown = refusal.text;
-    } catch (const BrokenOff &) {
+    } catch (const TruncatedText &) {
         outcome.error = tokens.error;
-        outcome.brokeOff = true;
+        outcome.truncated = true;
     }
     return outcome;
 }

@@ -102,7 +102,7 @@ QVector<RefusalCase> ofDocument()
         xml("an unknown element of an earlier version, which is passed over",
             R"(<TunerProperties Version="1.0"><name>N</name><nobody/></TunerProperties>)"),
         xml("no version, which is the earliest", R"(<TunerProperties name="N"/>)"),
-        xml("a version that is no number", R"(<TunerProperties Version="one" name="N"><nobody/></TunerProperties>)"),
+        xml("a version that is not a number", R"(<TunerProperties Version="one" name="N"><nobody/></TunerProperties>)"),
         xml("a bandwidth without anything",
             R"(<TunerProperties Version="1.1" name="N"><BandwidthSelection/></TunerProperties>)",
             incomplete("TunerProperties", "BandwidthSelection")),

@@ -75,7 +75,7 @@ QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)
     if (peak.bytes() > HeapPeak::bound(damaged.size()))
         return QStringLiteral("it took %1 bytes of memory").arg(peak.bytes());
     QString wrong = wrongOutcome(document, thrown, taken, QStringLiteral("unnamed file:"), outcome, state);
-    if (wrong.isNull() && outcome.brokeOff)
+    if (wrong.isNull() && outcome.truncated)
         wrong = wrongReadingAfter(document);
     if (wrong.isNull())
         wrong = afterwards().wrongWith(document, &state, Encoding::Xml);

@@ -18,7 +18,7 @@ enum class Begins {
 
 /// The state in which an operation leaves the object that it changes when memory runs out.
 enum class Leaves {
-    Parts, ///< what was read or taken over until then, as with every other exception
+    Parts, ///< the values read or copied before, as with every other exception
     Nothing, ///< the object is as it was
     Gaps, ///< items of lists without data, as there were before
 };
@@ -129,9 +129,9 @@ public:
         if (failed && m_operation.leaves == Leaves::Nothing && !isUnchanged())
             return QStringLiteral("the object changed although the operation failed");
         if (failed && m_operation.isUnharmed && !m_operation.isUnharmed(m_objects))
-            return QStringLiteral("something came to harm that is no object");
+            return QStringLiteral("the operation changed something other than an object");
         if (failed && !m_objects.target.GetErrorString().isNull())
-            return QStringLiteral("an error is told although an exception tells it");
+            return QStringLiteral("there is an error string besides the exception");
         if (m_operation.leaves != Leaves::Gaps && !listsAreWhole(m_objects.target))
             return QStringLiteral("a list holds an item without data");
         return furtherUse();

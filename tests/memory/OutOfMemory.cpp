@@ -172,7 +172,7 @@ struct Undisturbed
 {
     QByteArray exception;
     QByteArray state;
-    QString failure; ///< what is wrong even so
+    QString failure; ///< the error, although no allocation failed
 
     explicit Undisturbed(const MakeAttempt &make)
     {
@@ -308,7 +308,7 @@ QStringList namesOf(const Frames &frames)
 
 /// The C++ library reserves memory for exceptions, so throwing one does not fail. The C library searches for
 /// translations of its texts, and does without them.
-bool isNoMatter(const Finding &finding)
+bool isHarmless(const Finding &finding)
 {
     return finding.outcome == Outcome::Unnoticed
         && (finding.functions.value(0) == QLatin1String("__cxa_allocate_exception")
@@ -369,7 +369,7 @@ QStringList surprises(const Report &report, const QVector<KnownPlace> &known)
             if (isAt(finding, known.at(i)))
                 isKnown = met[i] = true;
         }
-        if (!isKnown && !isNoMatter(finding))
+        if (!isKnown && !isHarmless(finding))
             unknown[line(finding)].append(finding.allocation);
     }
 

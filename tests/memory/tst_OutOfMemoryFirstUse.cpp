@@ -143,7 +143,7 @@ private Q_SLOTS:
         m_allocations += reports.at(use).allocations;
     }
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all that follow", m_allocations); }
 
 private:
     int m_allocations = 0;

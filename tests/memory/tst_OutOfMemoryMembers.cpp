@@ -275,7 +275,7 @@ private Q_SLOTS:
         QCOMPARE(m_triedClasses, Model::classes());
     }
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all that follow", m_allocations); }
 
 private:
     void trySurviving(Group group)

@@ -100,7 +100,7 @@ bool isAdded(Document &o)
         && target.Getname() == read.Getname();
 }
 
-bool isAddedAsAsked(Document &o)
+bool isAnsweredAndAdded(Document &o)
 {
     return o.answer && isAdded(o);
 }
@@ -143,7 +143,7 @@ private Q_SLOTS:
         qInfo("%d allocations", m_allocations - before);
     }
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all that follow", m_allocations); }
 
 private:
     void add(const char *name, Begins target, Operation<TunerProperties>::Action prepare,
@@ -158,7 +158,7 @@ private:
     {
         const auto setXmlString = [](Document &o) { o.answer = o.target.SetXmlString(documents().xml, true); };
         add("SetXmlString", Begins::New, nothing, setXmlString, isReadCompletely, Leaves::Parts, xmlReader);
-        add("SetXmlString, shared data", Begins::Shared, nothing, setXmlString, isAddedAsAsked, Leaves::Parts,
+        add("SetXmlString, shared data", Begins::Shared, nothing, setXmlString, isAnsweredAndAdded, Leaves::Parts,
             xmlReader);
         const auto processXml = [](Document &o) { o.target.ProcessXml(*o.reader); };
         add("ProcessXml", Begins::New, anXmlReader, processXml, isComplete);
@@ -202,7 +202,7 @@ private:
             [](Document &o) { o.bytes = compressedRepresentation(); }, fromBytes, isReadCompletely);
         add(
             "SetBinaryRepresentation, stream", Begins::Filled, [](Document &o) { aStreamWith(o, representation()); },
-            fromStream, isAddedAsAsked);
+            fromStream, isAnsweredAndAdded);
         add(
             "SetBinaryRepresentation, pipe", Begins::New,
             [](Document &o) {
@@ -212,7 +212,7 @@ private:
             fromStream, isReadCompletely);
         add(
             "SetBinaryRepresentation, stream, compressed", Begins::Shared,
-            [](Document &o) { aStreamWith(o, compressedRepresentation()); }, fromStream, isAddedAsAsked);
+            [](Document &o) { aStreamWith(o, compressedRepresentation()); }, fromStream, isAnsweredAndAdded);
     }
 
     void addFiles()
@@ -224,7 +224,7 @@ private:
             QFile file(path("document.xml"));
             o.answer = o.target.LoadXml(&file);
         };
-        add("LoadXml, file", Begins::Filled, nothing, loadXml, isAddedAsAsked, Leaves::Parts, xmlReader);
+        add("LoadXml, file", Begins::Filled, nothing, loadXml, isAnsweredAndAdded, Leaves::Parts, xmlReader);
         const auto loadBinary = [](const char *name) {
             return [=](Document &o) {
                 QFile file(path(name));

@@ -44,7 +44,7 @@ void somethingMissing(Document &o)
     o.target.GetComponent().first().GetNode().first().Resetid();
 }
 
-bool answeredYes(Document &o)
+bool answerIsTrue(Document &o)
 {
     return o.answer;
 }
@@ -95,7 +95,7 @@ private Q_SLOTS:
         addQuestions();
         addChecks();
         addChanges();
-        addHandOver();
+        addPropagation();
     }
 
     void badAllocReachesTheCallerAndAllObjectsStayUsable_data() { addRows(m_operations); }
@@ -110,7 +110,7 @@ private Q_SLOTS:
     void noexceptFunctionsDoNotAllocate_data();
     void noexceptFunctionsDoNotAllocate();
 
-    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all behind it", m_allocations); }
+    void cleanupTestCase() { qInfo("%d allocations, each failed alone and with all that follow", m_allocations); }
 
 private:
     void add(const char *name, Begins target, Action prepare, Action perform, Question isRight,
@@ -132,9 +132,9 @@ private:
             const TunerProperties copied(o.target);
             o.answer = copied.IsInitialized();
         };
-        add("copy", Begins::Filled, nothing, copy, answeredYes);
-        add("copy, shared data", Begins::Shared, nothing, copy, answeredYes);
-        add("copy, held list", Begins::Filled, aHeldList, copy, answeredYes, Leaves::Nothing, heldListIsUnchanged);
+        add("copy", Begins::Filled, nothing, copy, answerIsTrue);
+        add("copy, shared data", Begins::Shared, nothing, copy, answerIsTrue);
+        add("copy, held list", Begins::Filled, aHeldList, copy, answerIsTrue, Leaves::Nothing, heldListIsUnchanged);
         add(
             "assign and read", Begins::Filled, nothing,
             [](Document &o) {
@@ -142,7 +142,7 @@ private:
                 assigned = o.target;
                 o.answer = !assigned.Getbaseresource().isEmpty();
             },
-            answeredYes);
+            answerIsTrue);
         add(
             "assign and write", Begins::Filled, nothing,
             [](Document &o) {
@@ -164,11 +164,11 @@ private:
     void addQuestions()
     {
         const auto equal = [](Document &o) { o.answer = o.target == o.sharer; };
-        add("==, shared data", Begins::Shared, nothing, equal, answeredYes);
+        add("==, shared data", Begins::Shared, nothing, equal, answerIsTrue);
         add(
             "!=, shared data", Begins::Shared, nothing, [](Document &o) { o.answer = o.target != o.source; },
-            answeredYes);
-        add("==, held list", Begins::Shared, aHeldList, equal, answeredYes, Leaves::Nothing, heldListIsUnchanged);
+            answerIsTrue);
+        add("==, held list", Begins::Shared, aHeldList, equal, answerIsTrue, Leaves::Nothing, heldListIsUnchanged);
         const auto edit = [](Document &o) {
             visit(o.target, [](MemberEditor &member) {
                 if (member.GetName() == QLatin1String("Component"))
@@ -176,8 +176,9 @@ private:
             });
             o.answer = o.target.IsComponentSet();
         };
-        add("EditChild, shared data", Begins::Shared, nothing, edit, answeredYes);
-        add("EditChild, held list", Begins::Filled, aHeldList, edit, answeredYes, Leaves::Nothing, heldListIsUnchanged);
+        add("EditChild, shared data", Begins::Shared, nothing, edit, answerIsTrue);
+        add("EditChild, held list", Begins::Filled, aHeldList, edit, answerIsTrue, Leaves::Nothing,
+            heldListIsUnchanged);
     }
 
     void addChecks()
@@ -238,14 +239,14 @@ private:
         add("ResetToDefault, shared data", Begins::Shared, nothing, resetToDefault, isDefault);
     }
 
-    void addHandOver()
+    void addPropagation()
     {
         const auto setValidate = [](Document &o) { o.target.SetValidate(false); };
-        const auto isHandedDown = [](Document &o) {
+        const auto isPropagated = [](Document &o) {
             return !o.target.GetValidate() && followsRoot(o.target) && isUnchanged(o);
         };
-        add("SetValidate, shared data", Begins::Shared, nothing, setValidate, isHandedDown);
-        add("SetValidate, held list", Begins::Filled, aHeldList, setValidate, isHandedDown, Leaves::Nothing,
+        add("SetValidate, shared data", Begins::Shared, nothing, setValidate, isPropagated);
+        add("SetValidate, held list", Begins::Filled, aHeldList, setValidate, isPropagated, Leaves::Nothing,
             heldListIsUnchanged);
         const auto aLogger = [](Document &o) { o.held = std::make_shared<Logger>(); };
         add(
@@ -317,7 +318,7 @@ void OutOfMemoryStateTest::noexceptFunctionsDoNotAllocate()
     QFETCH(Begins, target);
     QFETCH(Action, prepare);
     QFETCH(Action, action);
-    const Operation<TunerProperties> begins{{}, target, Leaves::Parts, prepare, action, answeredYes, {}, {}};
+    const Operation<TunerProperties> begins{{}, target, Leaves::Parts, prepare, action, answerIsTrue, {}, {}};
     ObjectsAttempt<TunerProperties> attempt(begins);
     Counter counter;
     Heap::watch(&counter);

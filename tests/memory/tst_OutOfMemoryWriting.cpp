@@ -136,7 +136,7 @@ private Q_SLOTS:
     void cleanupTestCase()
     {
         Folder::remove();
-        qInfo("%d allocations, each failed alone and with all behind it", m_allocations);
+        qInfo("%d allocations, each failed alone and with all that follow", m_allocations);
     }
 
 private:

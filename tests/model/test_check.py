@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""That scripts/model notices every made part that is not as the model has it: test_check.py PROGRAM"""
+"""That scripts/model notices every made part that does not match the model: test_check.py PROGRAM"""
 
 from __future__ import annotations
 
@@ -79,7 +79,7 @@ class Check(unittest.TestCase):
                 line = self.change(path, old, new)
                 check = self.run_model("--check")
                 self.assertEqual(check.returncode, 1)
-                self.assertIn(f"{path}:{line}: is not as the model has it; run scripts/model.sh\n", check.stderr)
+                self.assertIn(f"{path}:{line}: does not match the model; run scripts/model.sh\n", check.stderr)
                 self.assertIn(f"  should be {old}\n", check.stderr)
                 made = self.run_model()
                 self.assertEqual((made.returncode, made.stdout), (0, f"written: {path}\n"))
@@ -87,7 +87,7 @@ class Check(unittest.TestCase):
 
     def test_a_missing_file_is_made(self) -> None:
         (self.top / "fuzz/Tags.inc").unlink()
-        self.assertIn("fuzz/Tags.inc:1: is not as the model has it", self.run_model("--check").stderr)
+        self.assertIn("fuzz/Tags.inc:1: does not match the model", self.run_model("--check").stderr)
         self.assertEqual(self.run_model().stdout, "written: fuzz/Tags.inc\n")
 
     def test_what_the_schema_lacks_is_taken_from_the_header(self) -> None:
@@ -109,7 +109,7 @@ class Check(unittest.TestCase):
 
     def test_a_lost_place_is_named(self) -> None:
         self.change("fuzz/dictionaries/json.dict", "# Names of members, made by scripts/model.sh", "# Names of members")
-        self.assertRegex(self.run_model().stderr, "^fuzz/dictionaries/json.dict: has 0 places that match ")
+        self.assertRegex(self.run_model().stderr, "^fuzz/dictionaries/json.dict: has 0 matches of ")
 
     def test_the_model_is_documented_as_it_is(self) -> None:
         model = json.loads((PROJECT / "share/model.json").read_text(encoding="utf-8"))

@@ -16,7 +16,7 @@ using namespace JobXml;
 
 using Choice = ValueItem::ChoiceValueItem;
 
-/// One alternative of the item, so that a rule can be asked of each.
+/// One alternative of the item, so that a test can run for each.
 struct Kind
 {
     QString name;
@@ -72,8 +72,8 @@ inline ValueStringList sampleStringList()
     return list;
 }
 
-/// The value that stands for a kind: for each of those below, the one whose literal encodings tst_ValueItemEncodings
-/// holds; for any other, one with a value in every member.
+/// A sample of a kind: for each of those below, the one with literal encodings in tst_ValueItemEncodings; for any
+/// other, one with a value in every member.
 template <class T>
 T filled()
 {

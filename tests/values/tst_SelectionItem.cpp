@@ -35,7 +35,7 @@ private Q_SLOTS:
     void unsetMembersAreWrittenAsTheirDefaults();
     void elementsAreReadLikeAttributes();
     void unknownRecordsAreSkipped();
-    void textOfARecordThatIsNoNumberIsStoredAsZero();
+    void textOfARecordThatIsNotANumberIsStoredAsZero();
     void aSnapshotStoresTheNameWithoutTheSetter();
     void wrongLengthThrowsLengthError();
 };
@@ -219,7 +219,7 @@ void SelectionItemTest::unknownRecordsAreSkipped()
     QVERIFY(object == option("a", 1.5));
 }
 
-void SelectionItemTest::textOfARecordThatIsNoNumberIsStoredAsZero()
+void SelectionItemTest::textOfARecordThatIsNotANumberIsStoredAsZero()
 {
     for (const char *record :
          {"00 00 00 0C C1 4D 66 5E 00 00 00 04 FF FF FF FF", "00 00 00 0D C1 4D 66 5E 00 00 00 05 00 00 00 01 78"}) {

@@ -83,7 +83,7 @@ void ValueItemTest::theTenKindsHaveTheirNamesInThisOrder()
                                QStringLiteral("ValueNumericFloat"), QStringLiteral("ValueNumericInt"),
                                QStringLiteral("ValueNumericInt64"), QStringLiteral("ValueSelection"),
                                QStringLiteral("ValueString"),       QStringLiteral("ValueStringList")};
-    QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, names.size()), names); // new kinds come behind these
+    QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, names.size()), names); // new kinds follow these
     const ValueItem item;
     for (int i = 0; i < names.size(); ++i) {
         QCOMPARE(item.ChoiceValueItemToName(Choice(i)), names.at(i));

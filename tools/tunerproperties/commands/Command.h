@@ -85,8 +85,8 @@ struct Command
     int maxArguments = std::numeric_limits<int>::max();
     ExitStatus (*run)(const Invocation &) = nullptr; ///< may throw WrongUsage and FileFailure
     Takes takes = Takes::File; ///< for the arguments
-    QStringList (*words)() =
-        nullptr; ///< the accepted arguments, if any; a function, since they may be the names of all commands
+    /// The accepted arguments, if any; a function, since they may be the names of all commands.
+    QStringList (*words)() = nullptr;
     bool argumentsMayBeEmpty = false; ///< for arguments other than files
     bool mayEndWithNumber = false; ///< a number that begins with "-" is not an option
 };

@@ -32,7 +32,7 @@ using Entry = std::function<void(TunerProperties &)>;
 Q_DECLARE_METATYPE(Entry)
 
 /// The whole tree follows the validate flag and the logger of its root.
-class HandOverTest : public QObject
+class PropagationTest : public QObject
 {
     Q_OBJECT
 
@@ -62,7 +62,7 @@ private Q_SLOTS:
     void childrenThatAreNotSetAreHandedDownTo();
 };
 
-void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
+void PropagationTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
 {
     QTest::addColumn<Entry>("entry");
     QTest::newRow("Check()") << Entry([](TunerProperties &o) { o.Check(); });
@@ -72,7 +72,7 @@ void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
     QTest::newRow("SetBinary") << Entry([](TunerProperties &o) { readRecord(o, bytes("00 00 00 00")); });
 }
 
-void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree()
+void PropagationTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree()
 {
     QFETCH(Entry, entry);
     for (const bool validate : {true, false}) {
@@ -89,7 +89,7 @@ void HandOverTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree()
     }
 }
 
-void HandOverTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
+void PropagationTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
 {
     const TunerProperties document = aDocument();
     const auto logger = std::make_shared<Logger>();
@@ -98,7 +98,7 @@ void HandOverTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
     QCOMPARE(following(document, false, logger), 10);
 }
 
-void HandOverTest::settersAndAppendingHandNothingDown()
+void PropagationTest::settersAndAppendingHandNothingDown()
 {
     TunerProperties document;
     document.SetValidate(false);
@@ -114,7 +114,7 @@ void HandOverTest::settersAndAppendingHandNothingDown()
     QVERIFY(!std::as_const(document).GetStartupModes().GetValidate()); // an assigned child keeps its own
 }
 
-void HandOverTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
+void PropagationTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
 {
     Component component = aComponent();
     Node node = aNode();
@@ -126,14 +126,14 @@ void HandOverTest::anAppendedItemKeepsItsFlagAndLosesItsLogger()
     QVERIFY(!appended.GetLogger());
 }
 
-void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers_data()
+void PropagationTest::itemsOfAListThatIsSetKeepFlagsAndLoggers_data()
 {
     QTest::addColumn<bool>("isHeld");
     QTest::newRow("a list that the caller keeps") << true;
     QTest::newRow("a list that the caller gives away") << false;
 }
 
-void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
+void PropagationTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
 {
     QFETCH(bool, isHeld);
     const auto ofItem = std::make_shared<Logger>();
@@ -171,7 +171,7 @@ void HandOverTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
         QVERIFY(!held[0].GetLogger());
 }
 
-void HandOverTest::aNewBlockHandsDown()
+void PropagationTest::aNewBlockHandsDown()
 {
     TunerProperties document;
     const auto logger = std::make_shared<Logger>();
@@ -182,7 +182,7 @@ void HandOverTest::aNewBlockHandsDown()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-void HandOverTest::readingXmlHandsDownAtTheFirstChildElement()
+void PropagationTest::readingXmlHandsDownAtTheFirstChildElement()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -191,7 +191,7 @@ void HandOverTest::readingXmlHandsDownAtTheFirstChildElement()
     QCOMPARE(following(document, false, nullptr), 10);
 }
 
-void HandOverTest::readingXmlWithoutChildElementsHandsNothingDown()
+void PropagationTest::readingXmlWithoutChildElementsHandsNothingDown()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -199,7 +199,7 @@ void HandOverTest::readingXmlWithoutChildElementsHandsNothingDown()
     QCOMPARE(following(document, false, nullptr), 1);
 }
 
-void HandOverTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
+void PropagationTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
 {
     const QString xml = xmlOf(aDocument());
     for (const bool validate : {true, false}) {
@@ -212,7 +212,7 @@ void HandOverTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
     }
 }
 
-void HandOverTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
+void PropagationTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
 {
     const QByteArray record = recordOf(aDocument());
     for (const bool validate : {true, false}) {
@@ -225,7 +225,7 @@ void HandOverTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
     }
 }
 
-void HandOverTest::whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger()
+void PropagationTest::whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger()
 {
     TunerProperties document;
     document.SetValidate(false);
@@ -238,7 +238,7 @@ void HandOverTest::whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger()
     QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetLogger(); }), 0);
 }
 
-void HandOverTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
+void PropagationTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
 {
     OpenTunerProperties document;
     document.SetBandwidthSelection({aBandwidth()});
@@ -251,7 +251,7 @@ void HandOverTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
     }
 }
 
-void HandOverTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
+void PropagationTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
 {
     TunerProperties document = aDocument();
     const QString failing = QStringLiteral("<TunerProperties Version=\"1.1\"><Foo/></TunerProperties>");
@@ -263,7 +263,7 @@ void HandOverTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
     QCOMPARE(following(document, false, nullptr), 10);
 }
 
-void HandOverTest::alternativesThatWereNeverUsedFollowTheirItem()
+void PropagationTest::alternativesThatWereNeverUsedFollowTheirItem()
 {
     ValueItem item;
     item.SetValidate(false);
@@ -294,7 +294,7 @@ void HandOverTest::alternativesThatWereNeverUsedFollowTheirItem()
     QVERIFY(!copy.GetValueInt64().GetLogger());
 }
 
-void HandOverTest::whatIsHandedToANewItemLeavesItWithoutData()
+void PropagationTest::whatIsHandedToANewItemLeavesItWithoutData()
 {
     ValueItem item;
     item.SetValidate(false);
@@ -303,7 +303,7 @@ void HandOverTest::whatIsHandedToANewItemLeavesItWithoutData()
     QVERIFY(!item.IsInitialized());
 }
 
-void HandOverTest::aResetChildKeepsFlagAndLogger()
+void PropagationTest::aResetChildKeepsFlagAndLogger()
 {
     TunerProperties document = aDocument();
     const auto logger = std::make_shared<Logger>();
@@ -315,7 +315,7 @@ void HandOverTest::aResetChildKeepsFlagAndLogger()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-void HandOverTest::mergingHandsNothingDown()
+void PropagationTest::mergingHandsNothingDown()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -325,7 +325,7 @@ void HandOverTest::mergingHandsNothingDown()
     QCOMPARE(following(document, false, nullptr), 1);
 }
 
-void HandOverTest::theFlagOfACopyGoesDownItsWholeTree()
+void PropagationTest::theFlagOfACopyGoesDownItsWholeTree()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false); // the root alone
@@ -333,7 +333,7 @@ void HandOverTest::theFlagOfACopyGoesDownItsWholeTree()
     QCOMPARE(following(copy, false, nullptr), 10);
 }
 
-void HandOverTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
+void PropagationTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
 {
     // validates until it is handed over for the first time
     class Lenient : public TunerProperties
@@ -358,7 +358,7 @@ void HandOverTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
     QVERIFY(!recordOf(writesARecord).isEmpty());
 }
 
-void HandOverTest::aCheckThatFailsHasHandedDownAllTheSame()
+void PropagationTest::aCheckThatFailsHasHandedDownAllTheSame()
 {
     TunerProperties document = aDocument(5);
     document.GetComponent()[0].GetNode()[1].Resetid();
@@ -369,7 +369,7 @@ void HandOverTest::aCheckThatFailsHasHandedDownAllTheSame()
     QCOMPARE(following(document, true, logger), WholeTree::size(document));
 }
 
-void HandOverTest::childrenThatAreNotSetAreHandedDownTo()
+void PropagationTest::childrenThatAreNotSetAreHandedDownTo()
 {
     TunerProperties document = aDocument();
     document.ResetStartupModes();
@@ -382,5 +382,5 @@ void HandOverTest::childrenThatAreNotSetAreHandedDownTo()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-TEST_SUITE(HandOverTest)
-#include "tst_HandOver.moc"
+TEST_SUITE(PropagationTest)
+#include "tst_Propagation.moc"
