@@ -3,7 +3,7 @@
 
 from __future__ import annotations
 
-from model import Model, Unmakeable, between_marks
+from model import Model, GenerationError, between_marks
 
 QT_TEST = "include/jobxml/QtTest.h"
 
@@ -51,7 +51,7 @@ def contents(model: Model, text: str) -> str:
     headers = {line for line in lines if line.startswith(INSTALLED)}
     first = next((number for number, line in enumerate(lines) if line in headers), None)
     if first is None:
-        raise Unmakeable(f"{CONTENTS}: has no headers")
+        raise GenerationError(f"{CONTENTS}: has no headers")
     others = [line for line in lines if line not in headers]
     headers |= {f"{INSTALLED}{name}.h" for name in model.class_names}
     return "".join(f"{line}\n" for line in [*others[:first], *sorted(headers), *others[first:]])
