@@ -14,10 +14,10 @@ from pathlib import Path
 
 PROJECT = Path(__file__).resolve().parents[2]
 PROGRAM = sys.argv.pop(1)
-MADE = ("share/model.json", "share/tuner-properties.xsd", "docs/formats.md", "fuzz/Tags.inc",
-        "fuzz/dictionaries/records.dict", "fuzz/dictionaries/xml.dict", "fuzz/dictionaries/json.dict",
-        "fuzz/dictionaries/paths.dict", "include/jobxml/QtTest.h", "bench/reference/Model.h", "tests/Members.inc", "docs/pages/index.md",
-        "translations/TunerProperties_en.ts", *(str(path.relative_to(PROJECT)) for path in PROJECT.glob("include/jobxml/*.h")))
+SCRIPT = [sys.executable, "-B", PROJECT / "scripts/model"]
+MADE = subprocess.run([*SCRIPT, "--list", PROGRAM], check=True, capture_output=True, text=True).stdout.split()
+UNCHANGED = {"fuzz/Tags.inc", "translations/TunerProperties_en.ts", "bench/reference/Model.h"}  # no change below tries them
+HEADERS = [str(path.relative_to(PROJECT)) for path in PROJECT.glob("include/jobxml/*.h")]
 
 
 class Check(unittest.TestCase):
@@ -25,12 +25,12 @@ class Check(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.top = Path(folder.name)
-        for path in MADE:
+        for path in {*MADE, *HEADERS}:
             (self.top / path).parent.mkdir(parents=True, exist_ok=True)
             shutil.copyfile(PROJECT / path, self.top / path)
 
     def run_model(self, *options: str) -> subprocess.CompletedProcess:
-        return subprocess.run([sys.executable, "-B", PROJECT / "scripts/model", "--top", self.top, *options, PROGRAM],
+        return subprocess.run([*SCRIPT, "--top", self.top, *options, PROGRAM],
                               capture_output=True, text=True)
 
     def change(self, path: str, old: str, new: str) -> int:
@@ -52,8 +52,8 @@ class Check(unittest.TestCase):
         required = '    <xs:attribute name="optional" type="Boolean" use="required">'
         text = "template <> inline char *toString(const JobXml::Node &object) { return JobXml::testText(object); }"
         accessors = ('    use(Value<T, double>{"MaxBandwidth", &T::GetMaxBandwidth, &T::SetMaxBandwidth, '
-                     "&T::IsMaxBandwidthSet, &T::ResetMaxBandwidth});")
-        for path, old, new in (
+                     "&T::IsMaxBandwidthSet, &T::ResetMaxBandwidth, &T::GetDefaultMaxBandwidth});")
+        changes = (
             ("share/model.json", version, '  "version": "1.0",'),
             ("docs/formats.md", *bandwidth),
             ("docs/formats.md", "| 2 | `FFP` | `MScan` |", "| 2 | `FFP` | `Scan` |"),
@@ -67,8 +67,12 @@ class Check(unittest.TestCase):
             ("fuzz/dictionaries/paths.dict", '"MaxBandwidth"', ""),
             ("include/jobxml/QtTest.h", text, ""),
             ("tests/Members.inc", accessors, ""),
+            ("packaging/contents/libtunerproperties-dev.txt",
+             "-rw-r--r-- root/root /usr/include/jobxml/Node.h", ""),
             ("docs/pages/index.md", "| JobXml::StringItem | One text of a list. |", ""),
-        ):
+        )
+        self.assertEqual({*MADE} - {path for path, _, _ in changes}, UNCHANGED)
+        for path, old, new in changes:
             with self.subTest(f"{path}: {old}"):
                 before = (self.top / path).read_text(encoding="utf-8")
                 line = self.change(path, old, new)
@@ -85,10 +89,10 @@ class Check(unittest.TestCase):
         self.assertIn("fuzz/Tags.inc:1: does not match the model", self.run_model("--check").stderr)
         self.assertEqual(self.run_model().stdout, "written: fuzz/Tags.inc\n")
 
-    def test_what_the_schema_does_not_tell_is_taken_from_the_header(self) -> None:
-        told = "          <xs:documentation>The name of the bandwidth.</xs:documentation>"
-        self.change("share/tuner-properties.xsd", told, "          <xs:documentation></xs:documentation>")
-        self.assertIn(f"  should be {told}\n", self.run_model("--check").stderr)
+    def test_what_the_schema_lacks_is_taken_from_the_header(self) -> None:
+        documented = "          <xs:documentation>The name of the bandwidth.</xs:documentation>"
+        self.change("share/tuner-properties.xsd", documented, "          <xs:documentation></xs:documentation>")
+        self.assertIn(f"  should be {documented}\n", self.run_model("--check").stderr)
 
     def test_a_member_that_nobody_documents_is_named(self) -> None:
         self.change("share/tuner-properties.xsd",
@@ -109,14 +113,14 @@ class Check(unittest.TestCase):
     def test_the_model_is_documented_as_it_is(self) -> None:
         model = json.loads((PROJECT / "share/model.json").read_text(encoding="utf-8"))
         page = (PROJECT / "docs/model.md").read_text(encoding="utf-8")
-        told = set()
+        listed = set()
         for chapter in page.split("\n## ")[1:]:
-            told |= {name for line in chapter.splitlines() if line.startswith("| `")
+            listed |= {name for line in chapter.splitlines() if line.startswith("| `")
                      for name in line.split("|")[1].replace("`", "").replace(" ", "").split(",")}
         members = [member for cls in model["classes"] for member in cls["members"]]
         used = {key for part in (model, *model["classes"], *members) for key in part}
         traits = {trait for member in members for trait in member["traits"]}
-        self.assertEqual(told, used | traits)
+        self.assertEqual(listed, used | traits)
         for kind in {member["kind"] for member in members}:
             self.assertIn(f"`{kind}`", page)
         example = json.loads(page.split("```json\n")[1].split("```")[0])
