@@ -12,6 +12,7 @@ The last step of every recipe is to run scripts/model.sh, so it has no patch.
 from __future__ import annotations
 
 import argparse
+import os
 import re
 import subprocess
 import sys
@@ -22,7 +23,7 @@ from pathlib import Path
 
 TOP = Path(__file__).resolve().parents[1]
 RECIPES = TOP / "tests" / "recipes"
-TREE = TOP / "build" / "recipes" / "tree"
+TREE = Path(os.environ.get("RECIPES_TREE", TOP / "build" / "recipes" / "tree")).resolve()
 BUILD = TREE / "build" / "ci"
 
 TARGETS = ("test_module", "test_every_class", "test_framework", "test_values", "test_tuner", "test_schema",
@@ -62,6 +63,36 @@ def project_files() -> dict[str, bytes]:
     return {name: (TOP / name).read_bytes() for name in listed.split("\0") if name and (TOP / name).is_file()}
 
 
+def carried_out(steps: list[Step], base: dict[str, bytes]) -> dict[str, bytes]:
+    """The files that the steps change, as they are afterwards."""
+    names = {name for step in steps for name in step.files()}
+    with tempfile.TemporaryDirectory() as scratch:
+        for name in names & set(base):
+            copy = Path(scratch) / name
+            copy.parent.mkdir(parents=True, exist_ok=True)
+            copy.write_bytes(base[name])
+        for step in steps:
+            done = run("patch", "-p1", "--no-backup-if-mismatch", "--fuzz=0", "-i", step.file, cwd=scratch)
+            if done.returncode != 0:
+                sys.exit(f"{step.file.relative_to(TOP)} does not apply:\n{done.stdout}")
+        return {name: (Path(scratch) / name).read_bytes() for name in names}
+
+
+def steps_of(name: str) -> list[Step]:
+    return [Step.read(file) for file in sorted((RECIPES / name).glob("*.patch"))]
+
+
+def check_patches(names: list[str]) -> None:
+    """That every recipe still applies, as a whole and without any one of its steps."""
+    for name in names:
+        steps = steps_of(name)
+        touched = {file for step in steps for file in step.files()}
+        base = {file: (TOP / file).read_bytes() for file in touched if (TOP / file).exists()}
+        for left_out in (None, *steps):
+            carried_out([step for step in steps if step is not left_out], base)
+        print(f"{name}: {len(steps)} steps in {len(touched)} files")
+
+
 class Tree:
     """A copy of the project, in which only files that change get a new time, so that little is built anew."""
 
@@ -71,19 +102,7 @@ class Tree:
 
     def become(self, steps: list[Step]) -> None:
         """The project with these steps carried out, and nothing else."""
-        files = dict(self._base)
-        with tempfile.TemporaryDirectory() as scratch:
-            for step in steps:
-                for name in step.files():
-                    copy = Path(scratch) / name
-                    copy.parent.mkdir(parents=True, exist_ok=True)
-                    if name in files and not copy.exists():
-                        copy.write_bytes(files[name])
-                done = run("patch", "-p1", "--no-backup-if-mismatch", "-i", step.file, cwd=scratch)
-                if done.returncode != 0:
-                    sys.exit(f"{step.file.relative_to(TOP)} does not apply:\n{done.stdout}")
-            for name in {name for step in steps for name in step.files()}:
-                files[name] = (Path(scratch) / name).read_bytes()
+        files = {**self._base, **carried_out(steps, self._base)}
         for name in self._known - set(files):
             (TREE / name).unlink(missing_ok=True)
         self._known |= set(files)
@@ -132,15 +151,13 @@ class Trial:
 
     @staticmethod
     def _environment() -> dict[str, str]:
-        import os
-
         return {**os.environ, "MODEL_BUILD": str(BUILD)}
 
 
 class Recipe:
     def __init__(self, folder: Path, tree: Tree, trial: Trial) -> None:
         self._name = folder.name
-        self._steps = [Step.read(file) for file in sorted(folder.glob("*.patch"))]
+        self._steps = steps_of(folder.name)
         self._tree = tree
         self._trial = trial
         self._wrong = 0
@@ -186,8 +203,13 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("recipes", nargs="*", help="by default all in tests/recipes")
     parser.add_argument("--jobs", default="2")
+    parser.add_argument("--patches", action="store_true", help="only check that the patches apply")
     arguments = parser.parse_args()
     names = arguments.recipes or sorted(folder.name for folder in RECIPES.iterdir() if folder.is_dir())
+
+    if arguments.patches:
+        check_patches(names)
+        return 0
 
     tree = Tree(project_files())
     TREE.mkdir(parents=True, exist_ok=True)

@@ -18,6 +18,7 @@ struct Value
     void (T::*set)(V);
     bool (T::*isSet)() const;
     void (T::*reset)();
+    V (T::*getDefault)() const;
 };
 
 /// A child object or an alternative.

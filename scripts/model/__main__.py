@@ -60,6 +60,7 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program", type=Path)
     parser.add_argument("--check", action="store_true", help="write nothing, report what differs")
+    parser.add_argument("--list", action="store_true", help="write nothing, list the files")
     parser.add_argument("--top", type=Path, default=Path(__file__).resolve().parents[2],
                         help="the top folder of the project")
     arguments = parser.parse_args()
@@ -75,6 +76,9 @@ def main() -> int:
         except GenerationError as error:
             problems.append(str(error))
 
+    if arguments.list:
+        print("\n".join(made))
+        return 0
     for path, should_be in made.items():
         is_now = committed(path)
         if is_now == should_be:

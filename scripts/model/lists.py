@@ -3,7 +3,7 @@
 
 from __future__ import annotations
 
-from model import Model, between_marks
+from model import Model, GenerationError, between_marks
 
 QT_TEST = "include/jobxml/QtTest.h"
 
@@ -28,7 +28,7 @@ def accessors_of(row: dict) -> str:
             return (f'List<T, T::{name}, T::{name}>{{"{name}", &T::Get{name}, &T::Get{name}, &T::Set{name}, '
                     f"&T::Append{name}, {one}}}")
         case kind:
-            return f'Value<T, {TYPES.get(kind, f"T::{name}")}>{{"{name}", &T::Get{name}, &T::Set{name}, {one}}}'
+            return f'Value<T, {TYPES.get(kind, f"T::{name}")}>{{"{name}", &T::Get{name}, &T::Set{name}, {one}, &T::GetDefault{name}}}'
 
 
 def members_file(model: Model) -> str:
@@ -41,8 +41,24 @@ def members_file(model: Model) -> str:
     return "\n".join([*lines, "} // namespace Members", ""])
 
 
+CONTENTS = "packaging/contents/libtunerproperties-dev.txt"
+INSTALLED = "-rw-r--r-- root/root /usr/include/jobxml/"
+
+
+def contents(model: Model, text: str) -> str:
+    """What a package holds, with a header for each class."""
+    lines = text.splitlines()
+    headers = {line for line in lines if line.startswith(INSTALLED)}
+    first = next((number for number, line in enumerate(lines) if line in headers), None)
+    if first is None:
+        raise GenerationError(f"{CONTENTS}: has no headers")
+    others = [line for line in lines if line not in headers]
+    headers |= {f"{INSTALLED}{name}.h" for name in model.class_names}
+    return "".join(f"{line}\n" for line in [*others[:first], *sorted(headers), *others[first:]])
+
+
 def make(model: Model, read, _complain) -> dict[str, str]:
     lines = [f"template <> inline char *toString(const JobXml::{name} &object) {{ return JobXml::testText(object); }}"
              for name in model.class_names]
     return {QT_TEST: between_marks(QT_TEST, read(QT_TEST), "//", "A text for each class", lines),
-            MEMBERS: members_file(model)}
+            CONTENTS: contents(model, read(CONTENTS)), MEMBERS: members_file(model)}

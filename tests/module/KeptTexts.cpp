@@ -9,13 +9,13 @@
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 
-#include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
 #include <reportbase/RepresentationSplitter.h>
 #include <reportbase/SaveFile.h>
 #include <tavikappstartup/TranslationCenter.h>
 
 #include "Encodings.h"
+#include "Members.h"
 #include "module/KeptText.h"
 
 using namespace JobXml;
@@ -89,9 +89,6 @@ private:
 };
 
 #define KEEP(Class, object, function) keeper.keep(#Class "::" #function, (object).function())
-#define KEEP_MEMBER(Class, object, X)                                                                                  \
-    KEEP(Class, object, Get##X);                                                                                       \
-    KEEP(Class, object, GetDefault##X)
 
 // --- Members ---------------------------------------------------------------------------------------------------------
 
@@ -134,175 +131,146 @@ void keepObject(Keeper &keeper, Object &object)
     keepMembers(keeper, object);
 }
 
-/// Keeps the texts of an object that is new, of one with texts and one with empty texts, and of those that were read
-/// from what these two write. `fill` sets every text, `keepTexts` calls the functions of the class.
-template <class Object, class Fill, class KeepTexts>
-void keepClass(Keeper &keeper, const char *objectName, const char *fromXmlName, const char *fromBinaryName, Fill fill,
-               KeepTexts keepTexts)
+template <class Object>
+void fill(Object &object, const QString &text);
+void fill(ValueItem &object, const QString &text);
+
+/// Sets every text of an object, and of an item in each of its lists.
+template <class Object>
+struct Filler
 {
-    const auto keepAll = [&](Object &object) {
-        keepObject(keeper, object);
-        keepTexts(object);
-    };
-    keeper.keep(objectName, Object::GetStaticObjectName());
+    Object &object;
+    const QString &text;
+
+    template <class V>
+    void operator()(const Members::Value<Object, V> &member) const
+    {
+        if constexpr (std::is_same_v<V, QString>)
+            (object.*member.set)(text);
+        else if constexpr (std::is_enum_v<V>)
+            (object.*member.set)(V(3));
+    }
+    template <class C>
+    void operator()(const Members::Child<Object, C> &member) const
+    {
+        fill((object.*member.modify)(), text);
+    }
+    template <class Item, class Given>
+    void operator()(const Members::List<Object, Item, Given> &member) const
+    {
+        if constexpr (std::is_enum_v<Item>) {
+            (object.*member.append)(Item(4));
+            (object.*member.append)(Item(10));
+        } else {
+            Item item;
+            fill(item, text);
+            (object.*member.append)(item);
+            (object.*member.append)(Item());
+        }
+    }
+};
+
+template <class Object>
+void fill(Object &object, const QString &text)
+{
+    object.SetValidate(false);
+    Members::forEach<Object>(Filler<Object>{object, text});
+}
+
+void fill(ValueItem &object, const QString &text)
+{
+    object.SetValidate(false);
+    object.GetValueString().SetValidate(false);
+    object.GetValueString().Setvalue(text);
+}
+
+/// What a class has besides its members.
+void keepMore(Keeper &, DataObject &) { }
+
+void keepMore(Keeper &keeper, ValueItem &object)
+{
+    for (int kind = 0; kind <= Kinds::size; ++kind)
+        keeper.keep("ValueItem::ChoiceValueItemToName", object.ChoiceValueItemToName(ValueItem::ChoiceValueItem(kind)));
+    KEEP(ValueItem, object, GetChoiceValueItems);
+    KEEP(ValueItem, object, GetGUIChoiceValueItems);
+}
+
+void keepMore(Keeper &keeper, StartupModes &object)
+{
+    for (int mode = -1; mode <= 11; ++mode)
+        keeper.keep("StartupModes::StartupModeToName", object.StartupModeToName(StartupModes::StartupMode(mode)));
+    KEEP(StartupModes, object, GetStartupModes);
+    KEEP(StartupModes, object, GetGUIStartupModes);
+    keeper.keep("StartupModes::tr", StartupModes::tr("Stop", nullptr, -1));
+    keeper.keep("StartupModes::trUtf8", StartupModes::trUtf8("", nullptr, -1));
+}
+
+void keepMore(Keeper &keeper, TunerProperties &object)
+{
+    KEEP(TunerProperties, object, GetVersion);
+    KEEP(TunerProperties, object, GetInitialVersionLoaded);
+    KEEP(TunerProperties, object, GettypeAsString);
+    for (int type = -1; type <= 5; ++type)
+        keeper.keep("TunerProperties::typeToName", object.typeToName(TunerProperties::type(type)));
+    KEEP(TunerProperties, object, Gettypes);
+    KEEP(TunerProperties, object, GetGUItypes);
+    keeper.keep("TunerProperties::tr", TunerProperties::tr("Receiver", nullptr, -1));
+    keeper.keep("TunerProperties::trUtf8", TunerProperties::trUtf8("", nullptr, -1));
+}
+
+template <class Object>
+void keepTexts(Keeper &keeper, Object &object)
+{
+    keepObject(keeper, object);
+    const QByteArray className = Object::GetStaticObjectName().toLatin1();
+    Members::forEach<Object>([&](const auto &member) {
+        using Member = std::decay_t<decltype(member)>;
+        if constexpr (std::is_same_v<Member, Members::Value<Object, QString>>) {
+            keeper.keep((className + "::Get" + member.name).constData(), (object.*member.get)());
+            keeper.keep((className + "::GetDefault" + member.name).constData(), (object.*member.getDefault)());
+        }
+    });
+    keepMore(keeper, object);
+}
+
+/// Keeps the texts of an object that is new, of one with texts and one with empty texts, and of those that were read
+/// from what these two write.
+template <class Object>
+void keepClass(Keeper &keeper)
+{
+    const QByteArray className = Object::GetStaticObjectName().toLatin1();
+    keeper.keep((className + "::GetStaticObjectName").constData(), Object::GetStaticObjectName());
     QString error;
     require(!Object::fromXml(own("<unknown/>"), &error).has_value());
-    keeper.keep(fromXmlName, error);
+    keeper.keep((className + "::fromXml").constData(), error);
     require(!Object::fromBinary(QByteArray(), &error).has_value());
-    keeper.keep(fromBinaryName, error);
+    keeper.keep((className + "::fromBinary").constData(), error);
     Object unset;
     unset.SetValidate(false);
-    keepAll(unset);
+    keepTexts(keeper, unset);
     for (const QString &text : {own("a text"), QString(0, Qt::Uninitialized)}) {
         Object original;
-        original.SetValidate(false);
         fill(original, text);
-        keepAll(original);
+        keepTexts(keeper, original);
 
         Object fromXml;
         require(fromXml.SetXmlString(original.GetXmlString(), false));
-        keepAll(fromXml);
+        keepTexts(keeper, fromXml);
         Object fromRecord;
         fromRecord.SetValidate(false);
         QByteArray record = original.GetBinaryRepresentationAsQByteArray();
         require(fromRecord.SetBinaryRepresentation(record));
-        keepAll(fromRecord);
+        keepTexts(keeper, fromRecord);
         Object fromSnapshot;
         fromSnapshot.SetValidate(false);
         readSnapshot(fromSnapshot, snapshotOf(original));
-        keepAll(fromSnapshot);
+        keepTexts(keeper, fromSnapshot);
     }
 }
 
-#define KEEP_CLASS(Class, fill, keepTexts)                                                                             \
-    keepClass<Class>(keeper, #Class "::GetStaticObjectName", #Class "::fromXml", #Class "::fromBinary", fill, keepTexts)
-#define KEEP_CLASS_WITH_ID(Class)                                                                                      \
-    KEEP_CLASS(                                                                                                        \
-        Class, [](Class &object, const QString &text) { object.Setid(text); },                                         \
-        [&](Class &object) { KEEP_MEMBER(Class, object, id); })
-
-void keepValues(Keeper &keeper)
+void keepModel(Keeper &keeper)
 {
-    KEEP_CLASS_WITH_ID(ValueBoolean);
-    KEEP_CLASS_WITH_ID(ValueFloat);
-    KEEP_CLASS_WITH_ID(ValueInt);
-    KEEP_CLASS_WITH_ID(ValueInt64);
-    KEEP_CLASS_WITH_ID(ValueNumericFloat);
-    KEEP_CLASS_WITH_ID(ValueNumericInt);
-    KEEP_CLASS_WITH_ID(ValueNumericInt64);
-    const auto setName = [](auto &object, const QString &text) { object.Setname(text); };
-    KEEP_CLASS(SelectionItem, setName, [&](SelectionItem &object) { KEEP_MEMBER(SelectionItem, object, name); });
-    const auto setValue = [](auto &object, const QString &text) { object.Setvalue(text); };
-    KEEP_CLASS(StringItem, setValue, [&](StringItem &object) { KEEP_MEMBER(StringItem, object, value); });
-    const auto fillSelection = [](ValueSelection &object, const QString &text) {
-        object.Setid(text);
-        object.Settext(text);
-        object.AppendSelectionItem(SelectionItem());
-    };
-    KEEP_CLASS(ValueSelection, fillSelection, [&](ValueSelection &object) {
-        KEEP_MEMBER(ValueSelection, object, id);
-        KEEP_MEMBER(ValueSelection, object, text);
-    });
-    const auto fillValue = [](auto &object, const QString &text) {
-        object.Setid(text);
-        object.Setvalue(text);
-    };
-    KEEP_CLASS(ValueString, fillValue, [&](ValueString &object) {
-        KEEP_MEMBER(ValueString, object, id);
-        KEEP_MEMBER(ValueString, object, value);
-    });
-    KEEP_CLASS(ValueStringList, fillValue, [&](ValueStringList &object) {
-        KEEP_MEMBER(ValueStringList, object, id);
-        KEEP_MEMBER(ValueStringList, object, value);
-    });
-    const auto choose = [](ValueItem &object, const QString &text) { object.GetValueString().Setvalue(text); };
-    KEEP_CLASS(ValueItem, choose, [&](ValueItem &object) {
-        for (int kind = 0; kind <= 10; ++kind)
-            keeper.keep("ValueItem::ChoiceValueItemToName",
-                        object.ChoiceValueItemToName(ValueItem::ChoiceValueItem(kind)));
-        KEEP(ValueItem, object, GetChoiceValueItems);
-        KEEP(ValueItem, object, GetGUIChoiceValueItems);
-    });
-}
-
-ValueItem anItem(const QString &text)
-{
-    ValueItem item;
-    item.GetValueString().SetValidate(false);
-    item.GetValueString().Setvalue(text);
-    return item;
-}
-
-Node aNode(const QString &text)
-{
-    Node node;
-    node.SetValidate(false);
-    node.Setid(text);
-    node.AppendValueItem(anItem(text));
-    node.AppendValueItem(ValueItem());
-    return node;
-}
-
-Component aComponent(const QString &text)
-{
-    Component component;
-    component.SetValidate(false);
-    component.Settype(text);
-    component.Setname(text);
-    component.SetdisplayName(text);
-    component.AppendNode(aNode(text));
-    return component;
-}
-
-void keepTuner(Keeper &keeper)
-{
-    const auto fillNode = [](Node &object, const QString &text) { object = aNode(text); };
-    KEEP_CLASS(Node, fillNode, [&](Node &object) { KEEP_MEMBER(Node, object, id); });
-    const auto fillComponent = [](Component &object, const QString &text) { object = aComponent(text); };
-    KEEP_CLASS(Component, fillComponent, [&](Component &object) {
-        KEEP_MEMBER(Component, object, type);
-        KEEP_MEMBER(Component, object, name);
-        KEEP_MEMBER(Component, object, displayName);
-    });
-    const auto setName = [](BandwidthSelection &object, const QString &text) { object.SetName(text); };
-    KEEP_CLASS(BandwidthSelection, setName,
-               [&](BandwidthSelection &object) { KEEP_MEMBER(BandwidthSelection, object, Name); });
-    const auto addModes = [](StartupModes &object, const QString &) {
-        object.AppendStartupMode(StartupModes::StartupMode::FFM);
-        object.AppendStartupMode(StartupModes::StartupMode::Stop);
-    };
-    KEEP_CLASS(StartupModes, addModes, [&](StartupModes &object) {
-        for (int mode = -1; mode <= 11; ++mode)
-            keeper.keep("StartupModes::StartupModeToName", object.StartupModeToName(StartupModes::StartupMode(mode)));
-        KEEP(StartupModes, object, GetStartupModes);
-        KEEP(StartupModes, object, GetGUIStartupModes);
-        keeper.keep("StartupModes::tr", StartupModes::tr("Stop", nullptr, -1));
-        keeper.keep("StartupModes::trUtf8", StartupModes::trUtf8("", nullptr, -1));
-    });
-    const auto fillDocument = [](TunerProperties &object, const QString &text) {
-        object.Setname(text);
-        object.Settype(TunerProperties::type::Receiver);
-        object.Setbaseresource(text);
-        object.SetconnectableResources(text);
-        object.SetparentBaseResource(text);
-        object.GetStartupModes().AppendStartupMode(StartupModes::StartupMode::WFFM);
-        object.AppendComponent(aComponent(text));
-    };
-    KEEP_CLASS(TunerProperties, fillDocument, [&](TunerProperties &object) {
-        KEEP(TunerProperties, object, GetVersion);
-        KEEP(TunerProperties, object, GetInitialVersionLoaded);
-        KEEP_MEMBER(TunerProperties, object, name);
-        KEEP(TunerProperties, object, GettypeAsString);
-        for (int type = -1; type <= 5; ++type)
-            keeper.keep("TunerProperties::typeToName", object.typeToName(TunerProperties::type(type)));
-        KEEP(TunerProperties, object, Gettypes);
-        KEEP(TunerProperties, object, GetGUItypes);
-        KEEP_MEMBER(TunerProperties, object, baseresource);
-        KEEP_MEMBER(TunerProperties, object, connectableResources);
-        KEEP_MEMBER(TunerProperties, object, parentBaseResource);
-        keeper.keep("TunerProperties::tr", TunerProperties::tr("Receiver", nullptr, -1));
-        keeper.keep("TunerProperties::trUtf8", TunerProperties::trUtf8("", nullptr, -1));
-    });
+    Classes::forEach([&](auto tag) { keepClass<typename decltype(tag)::Class>(keeper); });
     TunerProperties withoutVersion;
     require(withoutVersion.SetXmlString(own("<TunerProperties/>"), false));
     keeper.keep("TunerProperties::GetInitialVersionLoaded", withoutVersion.GetInitialVersionLoaded());
@@ -483,8 +451,7 @@ void keepRegistry(Keeper &keeper)
 extern "C" Q_DECL_EXPORT void keepTexts(KeptTexts *texts)
 {
     Keeper keeper(*texts);
-    keepValues(keeper);
-    keepTuner(keeper);
+    keepModel(keeper);
     Derived().keepTexts(keeper);
     keepExceptions(keeper);
     keepLoadFailures(keeper);

@@ -3,10 +3,14 @@
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/validate.cmake)
 
-set(classes
-    TunerProperties StartupModes BandwidthSelection Component Node ValueItem ValueBoolean ValueFloat ValueInt ValueInt64
-    ValueNumericFloat ValueNumericInt ValueNumericInt64 ValueSelection SelectionItem ValueString ValueStringList
-    StringItem)
+file(READ ${CMAKE_CURRENT_LIST_DIR}/../../share/model.json model)
+string(JSON class_count LENGTH "${model}" classes)
+math(EXPR last "${class_count} - 1")
+set(classes)
+foreach(number RANGE ${last})
+    string(JSON class GET "${model}" classes ${number} name)
+    list(APPEND classes ${class})
+endforeach()
 
 # Documents of a former build do not count.
 function(only_new list_name)

@@ -319,15 +319,15 @@ void ValueItemTest::hasDataDependsOnTheChosenAlternativeAlone()
 void ValueItemTest::aChoiceBeyondTheKindsIsNoneButCountsAsAnyData()
 {
     ValueItem item;
-    QCOMPARE(readSnapshot(item, bytes("04 00 0A")), 0);
-    QCOMPARE(item.GetChoiceValueItem(), Choice(10));
+    QCOMPARE(readSnapshot(item, bytes("04 00 C8")), 0);
+    QCOMPARE(item.GetChoiceValueItem(), Choice(200));
     QVERIFY(!item.HasData());
     QVERIFY(item.AnyData());
     QCOMPARE(thrownBy([&] { item.Check(); }), QString::fromLatin1(notInitialized));
     item.SetValidate(false);
     QCOMPARE(xmlOf(item), QStringLiteral("<ValueItem/>"));
     QCOMPARE(hex(recordOf(item)), hex("00 00 00 00"));
-    QCOMPARE(hex(snapshotOf(item)), hex("04 00 0A"));
+    QCOMPARE(hex(snapshotOf(item)), hex("04 00 C8"));
 }
 
 void ValueItemTest::checkReportsWhatTheChoiceLacks_data()
