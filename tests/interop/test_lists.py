@@ -95,7 +95,7 @@ class Lists(ExchangeTest):
             catalogue = ElementTree.fromstring(source(f"translations/TunerProperties_{language}.ts"))
             translated = {message.findtext("source") for message in catalogue.iter("message")
                           if message.findtext("translation")}  # fmt: skip
-            self.assertEqual(translated, names)
+            self.assertEqual(translated, names, f"translations/TunerProperties_{language}.ts")
 
 
 if __name__ == "__main__":
