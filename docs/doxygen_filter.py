@@ -30,7 +30,7 @@ def examples():
 
 
 def with_examples(lines):
-    """Puts the example of each documented declaration outside of classes in front of it."""
+    """Puts the example of each documented declaration outside of classes before it."""
     parts = examples()
     result = []
     for i, line in enumerate(lines):
@@ -55,7 +55,7 @@ def header(path, lines):
         lines = [re.sub(r"^protected:(?! // for derived classes)", "private:", line) for line in lines]
     result = []
     text = None  # of the group that is being opened; None outside of such a comment
-    pending = None  # to be put in front of the group's first member
+    pending = None  # to be put before the group's first member
     for line in lines:
         comment = re.match(r"\s*///\s?(.*)", line)
         if comment and comment[1].startswith("\\name"):

@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: MIT
 """Tries the recipes in tests/recipes on a copy of the project. See scripts/try-recipes.sh.
 
-A recipe is a folder of patches, one for each step. In front of its patch, the file of a step says
+A recipe is a folder of patches, one for each step. The file of a step begins with
 
     Step: what is done
-    Without: a regular expression for what is reported when the step is left out
+    Without: a regular expression for the message if the step is omitted
 
 The last step of every recipe is to run scripts/model.sh, so it has no patch.
 """

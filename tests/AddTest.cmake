@@ -1,27 +1,27 @@
-# Whatever a suite writes as XML while validating is kept in a folder of its own, by WrittenXml.cpp, and the test
-# "written_xml_is_valid" in schema/ holds it against the schema once all of them have run.
+# WrittenXml.cpp keeps the XML that a suite writes while validating, in a folder for each suite. The test
+# "written_xml_is_valid" in schema/ checks it against the schema after all suites.
 set(TP_WRITTEN_XML_DIR ${PROJECT_BINARY_DIR}/tests/written_xml)
 
-# Of the tests, line numbers are enough to find a failure; all else takes a quarter of the time that compiling them takes.
-# To look at their variables in a debugger: -DTP_TEST_DEBUGGING=-g
+# Line numbers are enough to find a failure in a test; further debugging information takes a quarter of the compile time.
+# Use -DTP_TEST_DEBUGGING=-g to see variables in a debugger.
 set(TP_TEST_DEBUGGING -g1 CACHE STRING "Debugging information of the tests in debug builds")
 set(tp_test_debugging)
 if(CMAKE_BUILD_TYPE STREQUAL Debug AND CMAKE_CXX_FLAGS_DEBUG MATCHES "(^| )-g( |$)")
     set(tp_test_debugging ${TP_TEST_DEBUGGING})
 endif()
 
-# Qt Test, which every suite includes, is taken in once: it is most of what compiling a suite takes.
+# Precompiles Qt Test, which every suite includes: reading it takes most of the time of compiling a suite.
 add_library(tests_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/Suites.cpp)
 tp_target_defaults(tests_pch)
 target_compile_options(tests_pch PRIVATE ${tp_test_debugging})
 target_link_libraries(tests_pch PRIVATE Qt5::Test)
 target_precompile_headers(tests_pch PRIVATE <QtTest>)
 
-# What is made before anything can be compiled; scripts/clang.sh stops there. It waits for no library.
+# The generated files that compiling needs, for scripts/clang.sh. Depends on no library.
 add_custom_target(test_sources)
 
 # tp_add_test_objects(name SOURCES file... [LIBRARIES target...])
-# What several suites or programs use, compiled once. Programs name it among their LIBRARIES.
+# Sources that several suites or programs use, compiled once. Programs name them among their LIBRARIES.
 function(tp_add_test_objects name)
     cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
     add_library(${name} OBJECT ${arg_SOURCES})
@@ -39,8 +39,8 @@ tp_add_test_objects(generator SOURCES ${tests}/interop/Generator.cpp LIBRARIES T
 
 # tp_add_test_program(test_name [TOGETHER number] [SOURCES file...] [LIBRARIES target...] [DEFINITIONS definition...]
 #                     [DEPENDS target...])
-# A program for the suites of a folder, which tp_add_test() then adds to it. So many of them are compiled together, each
-# in a namespace of its own. A folder has several programs if its suites cannot all be linked with the same.
+# A program for the suites of a folder, which tp_add_test() adds to it. TOGETHER is the number of suites that are compiled
+# together, each in a namespace of its own. A folder has several programs if its suites need different libraries.
 function(tp_add_test_program name)
     cmake_parse_arguments(arg "" "TOGETHER" "SOURCES;LIBRARIES;DEFINITIONS;DEPENDS" ${ARGN})
     add_executable(${name} ${arg_SOURCES} $<TARGET_OBJECTS:tests_pch>)
@@ -51,7 +51,7 @@ function(tp_add_test_program name)
     target_compile_definitions(${name} PRIVATE EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples" ${arg_DEFINITIONS})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt5::Test)
     target_precompile_headers(${name} REUSE_FROM tests_pch)
-    # The suites are included, but by one source each: what has no linkage there is no header's.
+    # Each suite is included by only one source, so that types without linkage are not a problem.
     target_compile_options(${name} PRIVATE ${tp_test_debugging} $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
     if(arg_DEPENDS)
         add_dependencies(${name} ${arg_DEPENDS})
@@ -65,10 +65,10 @@ function(tp_add_test_program name)
 endfunction()
 
 # tp_add_test(tst_Name [ALONE] [KEEPS_NO_XML] [LABELS label...])
-# The suite of tst_Name.cpp: of the program that was added last in this folder, and run by CTest under its name, in a
-# process of its own. There is a target of that name as well, which builds what the suite takes.
-# ALONE is for suites that are not compiled together with others, because something in them cannot stand in a namespace.
-# KEEPS_NO_XML is for suites that count what the library does or make it fail, which keeping would disturb.
+# Adds the suite of tst_Name.cpp to the program that was added last in this folder. CTest runs it under its name, in a
+# process of its own. A target of the same name builds the program.
+# ALONE is for suites that contain something that is not allowed in a namespace: they are not compiled with others.
+# KEEPS_NO_XML is for suites that count operations of the library or make them fail, which keeping XML would affect.
 function(tp_add_test name)
     cmake_parse_arguments(arg "ALONE;KEEPS_NO_XML" "" "LABELS" ${ARGN})
     get_property(program DIRECTORY PROPERTY TP_TEST_PROGRAM)
@@ -88,7 +88,7 @@ function(tp_add_test name)
     set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 120 ENVIRONMENT "${environment}")
 endfunction()
 
-# At the end of the folder, when all its suites are known.
+# Called at the end of the folder, when all its suites are known.
 function(tp_gather_suites program)
     get_target_property(together ${program} TP_TOGETHER)
     get_target_property(suites ${program} TP_SUITES)

@@ -17,12 +17,12 @@
 namespace Heap {
 
 #ifdef HEAP_OF_A_SANITIZER
-constexpr bool isWatched = false; // it has an allocator of its own
+constexpr bool isWatched = false; // the sanitizer has an allocator of its own
 #else
 constexpr bool isWatched = true;
 #endif
 
-/// Receives the events of the heap, and must not allocate meanwhile.
+/// Receives the events of the heap. Must not allocate memory itself.
 class Watcher
 {
 public:

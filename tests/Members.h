@@ -5,8 +5,8 @@
 
 #include "../src/module/Classes.h"
 
-/// The accessors of every member of every class, for what a test does to all of them. A visitor does not replace this:
-/// it reaches members by other ways than their accessors.
+/// The accessors of every member of every class, for tests of all of them. A visitor cannot replace this: it does not
+/// call the accessors.
 namespace Members {
 
 /// A text, boolean, number or enumeration.

@@ -9,8 +9,8 @@
 
 #include "../src/module/Classes.h"
 
-/// The whole model as visit() shows it, from the document down. Lists that are meant to be complete are compared with
-/// it. JobXml::Classes and JobXml::Kinds are the lists by which the library itself goes.
+/// The whole model as visited by visit(), starting at the document. Tests compare lists that must be complete with it.
+/// The library itself uses the lists JobXml::Classes and JobXml::Kinds.
 namespace Model {
 
 inline bool holdsObjects(JobXml::MemberKind kind)

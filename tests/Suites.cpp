@@ -57,7 +57,7 @@ int main(int argc, char **argv)
         return found->run(argc - 1, argv + 1);
     }
     if (name.empty())
-        std::fprintf(stderr, "%s: no suite is given; usage: %s SUITE [ARGUMENT OF QT TEST...]\n", argv[0], argv[0]);
+        std::fprintf(stderr, "%s: no suite specified; usage: %s SUITE [ARGUMENT OF QT TEST...]\n", argv[0], argv[0]);
     else
         std::fprintf(stderr, "%s: unknown suite '%s'\n", argv[0], name.c_str());
     std::fprintf(stderr, "The suites are:\n");

@@ -4,13 +4,13 @@
 #include <QCoreApplication>
 #include <QtTest>
 
-/// The suites of a test program. The first argument names the one to run, those behind it are Qt Test's.
+/// The suites of a test program. Its first argument names the suite to run; Qt Test receives the others.
 namespace Suites {
 
-/// Runs a suite with the program's arguments, without the one that names it. The exit status.
+/// Runs a suite with the program's arguments except the suite's name. Returns the exit status.
 using Run = int (*)(int argc, char **argv);
 
-/// A suite, named as its source without the suffix. They are made before main() begins, in the sources of the suites.
+/// A suite. Its name is that of its source without the suffix. The sources create their suites before main() begins.
 class Suite
 {
 public:
@@ -34,10 +34,10 @@ int runWithoutApplication(int argc, char **argv)
 
 } // namespace Suites
 
-/// A class of tests as the suite of its source; in place of QTEST_GUILESS_MAIN and QTEST_APPLESS_MAIN.
+/// Defines the test class of a source as its suite; replaces QTEST_GUILESS_MAIN and QTEST_APPLESS_MAIN.
 #define TEST_SUITE(Test) static const Suites::Suite theSuite(__FILE__, Suites::runWithApplication<Test>);
 #define TEST_SUITE_WITHOUT_APPLICATION(Test)                                                                           \
     static const Suites::Suite theSuite(__FILE__, Suites::runWithoutApplication<Test>);
 
-/// A function in place of main(), for a suite that begins with more than an application.
+/// Defines a suite by a function that replaces main(), for suites that need more than an application.
 #define TEST_SUITE_RUN_BY(run) static const Suites::Suite theSuite(__FILE__, run);

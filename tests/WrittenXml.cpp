@@ -127,6 +127,6 @@ void JobXml::DataObject::GetXml(QXmlStreamWriter &writer) const
     again.setAutoFormatting(writer.autoFormatting());
     again.setAutoFormattingIndent(writer.autoFormattingIndent());
     getXmlOfTheLibrary(*this, again);
-    if (!again.hasError()) // otherwise a character was lost that XML cannot carry, and the text is refused anyway
+    if (!again.hasError()) // otherwise a character that XML cannot represent was lost, and the text is rejected anyway
         WrittenXml::keep(GetObjectName(), xml.toUtf8());
 }

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Gathers the suites of a test program into the sources that are compiled: several in one, each in a namespace of its
-own, since they all have names such as `record`.
+"""Generates sources that include several suites of a test program, each in a namespace of its own, since all of them
+define names such as `record`.
 
-gather.py MOC FOLDER [--unit SOURCE...]... writes the suites of the n-th unit to FOLDER/suites_n.cpp, and what moc makes
-of each to FOLDER/NAME.moc. Files that would not change stay as they are.
+gather.py MOC FOLDER [--unit SOURCE...]... writes the suites of the n-th unit to FOLDER/suites_n.cpp, and the output of
+moc for each to FOLDER/NAME.moc. Files that would not change are not written.
 """
 
 import re
@@ -13,7 +13,7 @@ import sys
 from pathlib import Path
 
 INCLUDE = re.compile(r'^#include (?:<(?P<system>[^>]+)>|"(?P<own>[^"]+)")', re.MULTILINE)
-# What can only stand outside of all namespaces, or does not keep to them.
+# Code that is not allowed in a namespace, or ignores it.
 OUTSIDE = re.compile(r'^(?:Q_DECLARE_METATYPE\(|template <>|extern "C"|namespace (?:JobXml|REPORTGENERATOR|QTest)\b).*',
                      re.MULTILINE)
 
@@ -26,12 +26,12 @@ def write(path, text):
 def run_moc(moc, source, folder):
     made = subprocess.run([moc, "-i", str(source)], stdout=subprocess.PIPE, text=True, check=False)
     if made.returncode:
-        sys.exit(f"{source}: moc has failed")
+        sys.exit(f"{source}: moc failed")
     write(folder / f"{source.stem}.moc", made.stdout)
 
 
 def includes(source, text):
-    """All but what moc made of it: taken in before any namespace begins, so that nothing is left to do within."""
+    """All includes except the output of moc. They precede all namespaces, so that those within have no effect."""
     for match in INCLUDE.finditer(text):
         own = match["own"]
         if not own:
@@ -51,8 +51,8 @@ def unit(sources):
     for source, text in zip(sources, texts):
         outside = OUTSIDE.search(text)
         if outside:
-            sys.exit(f"{source}: '{outside[0]}' cannot stand in a namespace, so the suite is compiled on its own: "
-                     "say ALONE to tp_add_test()")
+            sys.exit(f"{source}: '{outside[0]}' is not allowed in a namespace; use tp_add_test({source.stem} "
+                     "ALONE)")
     for source, text in zip(sources, texts):
         lines += [line for line in includes(source, text) if line not in lines]
     for source in sources:

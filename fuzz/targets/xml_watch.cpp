@@ -135,9 +135,9 @@ QByteArray encoded(QTextCodec *codec, const QString &text)
 
 } // namespace
 
-/// A document is read with and without the watch. The first byte chooses the codec; the second one whether a byte order
-/// mark and a declaration are put in front, whether the document is taken as text or as bytes, and the size of the
-/// pieces in which it comes.
+/// Reads a document with and without the watch. The first byte chooses the codec. The second one chooses whether a byte
+/// order mark and a declaration precede the document, whether it is text or bytes, and the size of the pieces that are
+/// read.
 extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
 {
     if (size < 3)
@@ -175,7 +175,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
         const int common =
             isFaulty ? std::clamp(watched.tokens.size() - 1, 0, plain.tokens.size()) : watched.tokens.size();
         require(watched.tokens.mid(0, common) == plain.tokens.mid(0, common),
-                "what is in front of a refusal is read as it is");
+                "everything before a refusal is read unchanged");
         // The reader accepts malformed declarations, and does not show them.
         const bool isDeclaration = watchedDevice.watch().refusal().contains(QStringLiteral("XML declaration"));
         require(isDeclaration || !plain.error.isEmpty() || plain.hasSubset

@@ -189,21 +189,22 @@ public:
     virtual void SetObjectType(ObjectTypes type);
 
 protected:
-    /// Gives the object a name of its own in place of its class's. A copy of the object has its class's name again.
+    /// Sets the name of the object, which replaces that of its class. A copy of the object has the name of its class.
     virtual void SetObjectName(const QString &name);
 
-    /// Reads one child element, on whose start the reader stands.
+    /// Reads one child element, whose start tag the reader has just read.
     virtual void ProcessXmlStartElement(QXmlStreamReader &reader) = 0;
 
-    /// Behind the slots that others call: a shorter way to the document that GetXmlString() and SaveXml() write.
+    /// Composes the document that GetXmlString() and SaveXml() write, faster than by GetXml(). Follows the slots that
+    /// other libraries call.
     ///
-    /// Composes the same bytes, null if nothing is written, and throws the same as going by GetXml(). Returns false
-    /// where there is no shorter way; the base's own always does.
+    /// Composes the same bytes, null if nothing is written, and throws the same exceptions. Returns false if only
+    /// GetXml() can write the document; the base implementation always does.
     virtual bool composeXml(QByteArray &utf8) const;
 
-    /// After composeXml(): walks the content of the element `name`, on whose start the reader stands, for the base's
-    /// ProcessXml(). Classes that prepare their objects for a walk do it here, so that it holds for derived classes as
-    /// well, which call IRGObject::ProcessXml() from a ProcessXml() of their own.
+    /// Reads the content of the element `name`, whose start tag the reader has just read, for IRGObject::ProcessXml().
+    /// Follows composeXml(). Classes that prepare their objects for reading do it here, because derived classes may
+    /// call IRGObject::ProcessXml() from a ProcessXml() of their own.
     virtual void walkContent(QXmlStreamReader &reader, const QString &name);
 
 public:
@@ -268,20 +269,20 @@ protected:
         : m_classIdentifier(objectClass.identifier), m_class(&objectClass), m_environment(std::move(environment))
     {
     }
-    IRGObject(const IRGObject &) = delete; // what a copy takes over is the business of the derived class
+    IRGObject(const IRGObject &) = delete; // the derived class decides what a copy contains
     IRGObject &operator=(const IRGObject &) = delete;
 
-    /// The walk itself: calls ProcessXmlStartElement() for each start element, up to the end of the element `name`.
+    /// Calls ProcessXmlStartElement() for each start element, up to the end of the element `name`.
     void processContent(QXmlStreamReader &reader, const QString &name);
 
-    /// The text of the element on whose start the reader stands, without the text of elements nested in it. Leaves the
-    /// reader on the element's end.
+    /// Returns the text of the element whose start tag the reader has just read, without the text of nested elements.
+    /// Reads the end tag of the element.
     QString GetTextValue(QXmlStreamReader &reader);
 
     /// The numeric identifier of the object's class, with which copies start. Its low 32 bits lead a representation.
     qint64 m_classIdentifier;
 
-    /// The class that the object was made for.
+    /// The class for which the object was created.
     const ObjectClass &objectClass() const noexcept { return *m_class; }
 
     /// \name Validate flag and logger

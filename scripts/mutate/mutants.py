@@ -100,7 +100,7 @@ def without_blanks(text):
 
 
 class Source:
-    """One file and the mutants that the rules make of it."""
+    """One file and its mutants by the rules."""
 
     def __init__(self, path, text):
         self.path = path
@@ -155,7 +155,7 @@ class Source:
                 self._scope_names.append(stack[-1][1])
 
     def _head_of(self, index):
-        """The words and signs in front of the braces that open at a token."""
+        """The words and signs before the braces that open at a token."""
         begin = index
         while begin > 0 and self.tokens[begin - 1].text not in (";", "{", "}"):
             begin -= 1

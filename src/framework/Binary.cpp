@@ -22,7 +22,7 @@ constexpr int wordSize = 4; // the smallest size of an item
 // An item in memory is many times its smallest size in a stream, so larger lists grow while their items are read.
 constexpr qint64 mostReserved = 4096;
 
-// The first versions of QDataStream that support what the names say.
+// The first versions of QDataStream that support the named features.
 constexpr int versionWithUnicode = 2;
 constexpr int versionWithNullText = 3;
 constexpr int versionWithNullBytesAndWords64 = 6;

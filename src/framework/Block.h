@@ -19,7 +19,7 @@ public:
     void clear(int bit) noexcept { m_bits = quint16(m_bits & ~(1U << bit)); }
     void clearAll() noexcept { m_bits = 0; }
 
-    /// The packed form, least significant bit first, as snapshots carry it.
+    /// The packed form in snapshots, least significant bit first.
     quint8 byte(int index) const noexcept { return quint8(m_bits >> (8 * index)); }
     void setBytes(quint8 first, quint8 second, int memberCount) noexcept
     {

@@ -14,8 +14,8 @@ class XmlOutput;
 /// The operations of rows on child objects.
 namespace Child {
 
-/// What writing the parent has done for its children: propagated flag and logger, or also checked them. If a derived
-/// class overrides these operations, they need not have reached the children.
+/// The steps that writing the parent has done for its children: propagating flag and logger, or also checking. If a
+/// derived class overrides these operations, they need not have reached the children.
 enum class Preparation { Nothing, Propagated, Checked };
 
 inline Preparation preparation(const DataObject &parent, bool isChecked)

@@ -59,7 +59,7 @@ public:
 
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
-        const auto preparation = Child::preparation(object, this->isSet(block)); // a check covers what is set
+        const auto preparation = Child::preparation(object, this->isSet(block)); // a check includes only set members
         const bool validate = object.GetValidate();
         for (const Item &item : std::as_const(list(block))) {
             if (validate)

@@ -13,7 +13,7 @@ class Behavior;
 class Member;
 struct Block;
 
-/// What DataObject has to know about a class: a constant made by describe().
+/// The description of a class for DataObject: a constant created by describe().
 struct ClassInfo : REPORTGENERATOR::ObjectClass
 {
     const std::type_info &type; // of the class itself, not of classes derived from it

@@ -7,7 +7,7 @@
 
 namespace JobXml {
 
-/// The row of a list: what lists of child objects and lists of values have in common.
+/// The row of a list; the base of the rows of lists of child objects and of values.
 ///
 /// Every access first detaches the items: two objects never share an item, whichever lists callers copied.
 template <class Data, class Item>

@@ -19,8 +19,8 @@ namespace JobXml {
 
 class XmlOutput;
 
-/// One row of a class's table: a constant that knows where a member is stored and what each operation of DataObject
-/// does to it. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
+/// One row of a class's table: a constant that describes where a member is stored, and implements each operation of
+/// DataObject for it. All rows of one kind share the code of their row type (Scalar, ChildList, ...).
 class Member : public VisitedMember
 {
 public:

@@ -14,7 +14,7 @@ namespace JobXml {
 /// The properties of a member, as its row states them.
 enum Traits : unsigned {
     NoTraits = 0,
-    Attribute = 1 << 0, ///< an XML attribute; otherwise a child element. Reading takes a child element for both
+    Attribute = 1 << 0, ///< an XML attribute; otherwise a child element. Reading accepts a child element for both
     Mandatory = 1 << 1, ///< required by HasData() and Check()
     WrittenWhenSet = 1 << 2, ///< omitted from all three encodings while its flag is clear
     SnapshotReadAlways = 1 << 3, ///< reading a snapshot always expects it, although it is WrittenWhenSet

@@ -17,8 +17,8 @@ struct ObjectState final : Environment
     struct Members
     {
         ObjectTypes type = ObjectTypes::Undefined; ///< returned by IRGObject::GetObjectType()
-        /// Replaces the name of the object's class. Shared, so that references to it stay valid until the object gets
-        /// another name.
+        /// Replaces the name of the object's class. Shared, so that references to it stay valid until the name is
+        /// changed.
         std::shared_ptr<const QString> name;
         QString error; ///< of the last load or save operation
 

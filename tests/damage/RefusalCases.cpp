@@ -99,7 +99,7 @@ QVector<RefusalCase> ofDocument()
             unknownTag("nobody")),
         xml("an unknown element of a later version",
             R"(<TunerProperties Version="2.0"><name>N</name><nobody/></TunerProperties>)", unknownTag("nobody")),
-        xml("an unknown element of an earlier version, which is passed over",
+        xml("an unknown element of an earlier version, which is skipped",
             R"(<TunerProperties Version="1.0"><name>N</name><nobody/></TunerProperties>)"),
         xml("no version, which is the earliest", R"(<TunerProperties name="N"/>)"),
         xml("a version that is not a number", R"(<TunerProperties Version="one" name="N"><nobody/></TunerProperties>)"),

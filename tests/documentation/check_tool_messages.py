@@ -30,7 +30,7 @@ def given_up_with(source):
 paths = glob.glob(os.path.join(TOP, "tools", "tunerproperties", "**", "*.cpp"), recursive=True)
 sources = [without_comments(read(path)) for path in paths]
 expected = {text for source in sources for text in given_up_with(source) if re.search(r"[a-z'] ", text)}
-expected.discard("try '<> --help'")  # behind every wrong usage
+expected.discard("try '<> --help'")  # follows every message about wrong usage
 literals = "\n".join(re.sub(r"%\d+", HOLE, unescaped(text[1])) for source in sources
                      for text in STRING.finditer(re.sub(r'"\s+"', "", without_characters(source))))
 

@@ -59,11 +59,19 @@ EXAMPLES = {
     "goes by": (["equality goes by the flag -> goes by", "to go by -> go by"], ["it goes back", "a day went"]),
     "by the letter of": (["by the letter of the rule -> by the letter"], ["exactly as in the rule"]),
     "likewise, thereby, whereof": (
-        ["likewise -> likewise", "and thereby -> thereby", "whereof one -> whereof"], ["nearby", "therefore"]),
+        ["likewise -> likewise", "and thereby -> thereby", "whereof one -> whereof", "what is therein -> therein"],
+        ["nearby", "therefore", "wherever"]),
     "for who needs": (["for who needs one alone -> for who"], ["for whom", "for whole trees"]),
     "X is no number": (
-        ["'x' is no number -> is no number", "isNoCommand -> is No Command"],
-        ["there is no number", "it is no longer open", "it is not a number"]),
+        ["'x' is no number -> is no number", "isNoCommand -> is No Command", "bytes that are no text -> are no text"],
+        ["there is no number", "there are no numbers", "it is no longer open", "it is not a number"]),
+    "in front": (["a blank in front of it -> in front"], ["in the front row", "before it"]),
+    "all the same": (["it is read all the same -> all the same"], ["all of them are the same", "nevertheless"]),
+    "passes over": (["which is passed over -> passed over", "passOver(name) -> pass Over"], ["pass it", "the overpass"]),
+    "what becomes of it": (["whatever becomes of it -> becomes of", "what came of it -> came of"], ["it becomes a text"]),
+    "what it makes of it": (["what Qt makes of it -> makes of it"], ["a list made of texts"]),
+    "whoever": (["whoever reads it -> whoever"], ["those who read it"]),
+    "Not that": (["Fails. Not that it matters -> . Not that"], ["is not that text", "it fails; not that one"]),
     "that is another one": (
         ["a value that is another one -> that is another one"], ["a value that is another type's", "another one"]),
 }

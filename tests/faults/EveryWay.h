@@ -8,7 +8,7 @@
 /// A document on its way into a file: by each function of the library, and by the tool in each form.
 struct Saving
 {
-    /// Why it was not saved, with the path in front; a null string if it was.
+    /// The error, prefixed with the path; a null string if the document was saved.
     std::function<QString(JobXml::TunerProperties &document, const QString &path)> save;
 };
 Q_DECLARE_METATYPE(Saving)

@@ -237,7 +237,7 @@ const char *FaultyCalls::end()
 #define TAKES_THE_PLACE extern "C" __attribute__((visibility("default")))
 
 /// Declares `mode`: the additional argument of such a function, which only some flags require.
-#define TAKE_MODE_BEHIND(flags)                                                                                        \
+#define TAKE_MODE_AFTER(flags)                                                                                         \
     va_list arguments;                                                                                                 \
     va_start(arguments, flags);                                                                                        \
     const mode_t mode = modeOf(flags, arguments);                                                                      \
@@ -245,25 +245,25 @@ const char *FaultyCalls::end()
 
 TAKES_THE_PLACE int open(const char *path, int flags, ...)
 {
-    TAKE_MODE_BEHIND(flags);
+    TAKE_MODE_AFTER(flags);
     return openCounted(AT_FDCWD, path, flags, mode);
 }
 
 TAKES_THE_PLACE int open64(const char *path, int flags, ...)
 {
-    TAKE_MODE_BEHIND(flags);
+    TAKE_MODE_AFTER(flags);
     return openCounted(AT_FDCWD, path, flags, mode);
 }
 
 TAKES_THE_PLACE int openat(int at, const char *path, int flags, ...)
 {
-    TAKE_MODE_BEHIND(flags);
+    TAKE_MODE_AFTER(flags);
     return openCounted(at, path, flags, mode);
 }
 
 TAKES_THE_PLACE int openat64(int at, const char *path, int flags, ...)
 {
-    TAKE_MODE_BEHIND(flags);
+    TAKE_MODE_AFTER(flags);
     return openCounted(at, path, flags, mode);
 }
 

@@ -11,7 +11,7 @@ namespace FaultyCalls {
 enum Kind : char {
     Find = 'f', ///< open() of a path to examine the file
     ReadLink = 'k',
-    OpenOld = 'o', ///< open() of a file that is no link, for writing
+    OpenOld = 'o', ///< open() of a file, but not of a link, for writing
     Status = 't',
     GetAttribute = 'g', ///< an extended one
     ListAttributes = 'i',

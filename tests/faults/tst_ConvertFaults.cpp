@@ -22,7 +22,7 @@ const QByteArray old = "the old file";
 struct Fault
 {
     int error;
-    const char *reason; // null if the output is written all the same
+    const char *reason; // null if the output is written nevertheless
 };
 
 /// One that calls of that kind may meet; all that they may meet are tried on the library, which does the same.
@@ -117,7 +117,7 @@ void ConvertFaultsTest::cleanup()
     m_shop.reset();
 }
 
-/// With the calls of the tool going by the plan.
+/// Runs the tool, whose calls fail as planned.
 Run ConvertFaultsTest::convert(const QString &out, const FaultyCalls::Plan &plan, const QByteArray &standardInput)
 {
     QFile::remove(m_folderOfLog->path(QStringLiteral("calls")));

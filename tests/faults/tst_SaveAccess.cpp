@@ -51,8 +51,8 @@ bool isNotMoreOpen(const Access &access, const Access &than)
             && list(access) == list(than));
 }
 
-/// What SaveFile() returns in a process of `somebody`, with one further group if it is given; a text of its own if the
-/// path cannot be reached then.
+/// The result of SaveFile() in a process of `somebody`, with the further group if there is one; a different text if the
+/// process cannot reach the path.
 QString savedBySomebody(const QByteArray &path, std::optional<gid_t> furtherGroup = {})
 {
     int ends[2];

@@ -19,7 +19,7 @@ const QString target = QStringLiteral("document");
 struct Fault
 {
     int error;
-    const char *reason; // null if saving succeeds all the same
+    const char *reason; // null if saving succeeds nevertheless
 };
 
 /// The errors of a call of that kind, and the result of saving.

@@ -177,7 +177,7 @@ void SaveLinksTest::plantedFileIsNotReplaced_data()
     QTest::newRow("the file of the folder's owner") << 01777U << uint(another) << true;
 }
 
-/// In such a folder the new document would end in the hands of whoever has placed a file by its name.
+/// In such a folder the new document would belong to the user who has placed a file with its name.
 void SaveLinksTest::plantedFileIsNotReplaced()
 {
     NEEDS_SUPERUSER();

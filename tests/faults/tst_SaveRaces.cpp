@@ -122,7 +122,7 @@ void SaveRacesTest::exchangedFileIsNotMistakenForTheOldOne()
     QVERIFY2(results.startsWith("rr") && results.endsWith("ss"), results.constData());
 }
 
-/// Once it is open, its name does not matter: the new file gets it.
+/// Once it is open, its name is irrelevant: the new file receives the name.
 void SaveRacesTest::fileRemovedDuringTheSearchIsAnError()
 {
     writeOld("a");

@@ -178,7 +178,7 @@ void SaveTargetsTest::linkStaysAndItsTargetIsWritten_data()
     row("to a link to a file that is not there", "newer", "a/new");
 }
 
-/// The same file that a reader of the link gets.
+/// The same file that a reader of the link opens.
 void SaveTargetsTest::linkStaysAndItsTargetIsWritten()
 {
     QFETCH(QString, name);

@@ -15,7 +15,7 @@ const QString target = QStringLiteral("document");
 
 } // namespace
 
-/// Files and folders that only say what their owner and others may do, which the superuser would pass over.
+/// Files and folders with permissions that the superuser would ignore.
 class UnprivilegedTest : public QObject
 {
     Q_OBJECT

@@ -14,7 +14,7 @@
 #include "StreamForms.h"
 #include "framework/Binary.h"
 
-/// What the library composes and reads itself, and how it differs from what QDataStream makes of the same.
+/// Compares the library's own writer and reader with QDataStream.
 namespace Comparison {
 
 using JobXml::BinaryReader;
@@ -24,7 +24,7 @@ inline constexpr char lengthError[] =
     "BinaryParsingException: StringItem::SetBinary(...): Length error occurred during "
     "processing of binary representation";
 
-inline const JobXml::StringItem owner; // on whose behalf records are read
+inline const JobXml::StringItem owner; // of the records that are read
 
 template <class Number>
 QVector<Number> oddNumbers()
@@ -86,7 +86,7 @@ QByteArray composed(const StreamForm &form, Write &&write)
     });
 }
 
-/// How the writer and a stream differ; null if they do not.
+/// The difference between the writer and a stream; null if there is none.
 template <class ByWriter, class ByStream>
 QString differenceInWriting(const StreamForm &form, ByWriter &&byWriter, ByStream &&byStream)
 {
@@ -129,19 +129,19 @@ QString shown(const T &value)
         return shown(QByteArray(reinterpret_cast<const char *>(&value), sizeof(value)));
 }
 
-/// One thing to read, by a stream and by the reader; both tell what came of it.
+/// Reads something by a stream and by the reader. Both functions return the result as a text.
 struct Operation
 {
     QString name;
     std::function<QString(QDataStream &stream)> byStream;
     std::function<QString(BinaryReader &reader)> byReader;
-    std::function<void(QDataStream &stream)> writeSample; ///< something for it to read
+    std::function<void(QDataStream &stream)> writeSample; ///< writes something to read
 };
 
 template <class T>
 Operation take(const char *name, const T &before, const T &sample)
 {
-    const auto told = [](bool served, const T &value) {
+    const auto result = [](bool served, const T &value) {
         return (served ? QStringLiteral("got ") : QStringLiteral("kept ")) + shown(value);
     };
     return {QLatin1String("take ") + QLatin1String(name),
@@ -149,17 +149,17 @@ Operation take(const char *name, const T &before, const T &sample)
                 T value{};
                 stream >> value;
                 const bool served = stream.status() == QDataStream::Ok;
-                return told(served, served ? value : before);
+                return result(served, served ? value : before);
             },
             [=](BinaryReader &reader) {
                 T value = before;
                 const bool served = reader.take(value);
-                return told(served, value);
+                return result(served, value);
             },
             [=](QDataStream &stream) { stream << sample; }};
 }
 
-/// Something that is read from a record: if it is not served, the owner of the record fails.
+/// Reads something from a record: if that fails, the owner of the record throws.
 template <class ByStream, class ByReader>
 Operation ofRecord(const char *name, ByStream byStream, ByReader byReader,
                    std::function<void(QDataStream &)> writeSample)
@@ -196,7 +196,7 @@ Operation read(const char *name, const T &sample)
         [=](QDataStream &stream) { stream << sample; });
 }
 
-/// Only the bytes count here: a stream passes over them whatever has failed before.
+/// Compares only the bytes: a stream skips them even after an error.
 inline Operation skip(qint32 length)
 {
     return ofRecord(
@@ -238,7 +238,7 @@ inline Operation readBytes()
         [](QDataStream &stream) { stream << QByteArray("1\0.50", 5); });
 }
 
-/// By size: a text may hold a NUL.
+/// With the size, because a text may contain a NUL.
 inline Operation readText(const QByteArray &utf8)
 {
     return ofRecord(
@@ -277,7 +277,7 @@ inline QVector<Operation> everyOperation()
             skip(-3)};
 }
 
-// The next use of the stream shows that the device, too, is where it is thought to be.
+// Also uses the stream once more, which shows the actual position of the device.
 inline QString afterwards(QDataStream &stream)
 {
     QString text = QStringLiteral(", status %1").arg(stream.status());
@@ -292,9 +292,9 @@ inline QString afterwards(QDataStream &stream)
 
 using Prepare = std::function<void(QDataStream &stream, QBuffer &buffer)>;
 
-constexpr int leading = 5; // what the buffers hold in front
+constexpr int leading = 5; // the bytes in a buffer before the content
 
-/// A buffer with the content behind a few other bytes, and a stream that stands between them.
+/// Uses a stream of a buffer in which a few other bytes precede the content; the stream starts at the content.
 template <class Use>
 QString useBuffer(const StreamForm &form, const QByteArray &content, const Prepare &prepare, Use &&use)
 {
@@ -310,7 +310,7 @@ QString useBuffer(const StreamForm &form, const QByteArray &content, const Prepa
     return used + afterwards(stream);
 }
 
-/// The same for a device that is made of its content.
+/// The same for a device that is constructed from its content.
 template <class Device, class... More, class Use>
 QString useDevice(const StreamForm &form, const QByteArray &content, Use &&use, More... more)
 {
@@ -323,27 +323,27 @@ QString useDevice(const StreamForm &form, const QByteArray &content, Use &&use, 
 
 inline QString byStream(const QVector<Operation> &operations, QDataStream &stream)
 {
-    QStringList told;
+    QStringList results;
     for (const Operation &operation : operations) {
-        if (stream.status() == QDataStream::Ok || told.isEmpty())
-            told += operation.byStream(stream);
+        if (stream.status() == QDataStream::Ok || results.isEmpty())
+            results += operation.byStream(stream);
     }
-    return told.join(QLatin1Char('|'));
+    return results.join(QLatin1Char('|'));
 }
 
-// Whoever reads stops at the first failure.
+// Stops at the first error, like all callers of the reader.
 inline QString byReader(const QVector<Operation> &operations, QDataStream &stream)
 {
-    QStringList told;
+    QStringList results;
     BinaryReader reader(stream);
     for (const Operation &operation : operations) {
-        if (stream.status() == QDataStream::Ok || told.isEmpty())
-            told += operation.byReader(reader);
+        if (stream.status() == QDataStream::Ok || results.isEmpty())
+            results += operation.byReader(reader);
     }
-    return told.join(QLatin1Char('|'));
+    return results.join(QLatin1Char('|'));
 }
 
-/// How the reader and a stream differ, one operation after the other on the same content; null if they do not.
+/// The difference between the reader and a stream after the same operations on the same content; null if there is none.
 inline QString differenceInReading(const StreamForm &form, const QByteArray &content,
                                    const QVector<Operation> &operations, const Prepare &prepare = {})
 {
@@ -354,7 +354,7 @@ inline QString differenceInReading(const StreamForm &form, const QByteArray &con
                                     .arg(actual, expected, operations.first().name, form.text(), hex(content.left(50)));
 }
 
-/// Something for the operation to read.
+/// Content for the operation to read.
 inline QByteArray sampleFor(const Operation &operation, const StreamForm &form)
 {
     return writtenByStream(form, operation.writeSample);

@@ -11,7 +11,7 @@ using namespace Comparison;
 Q_DECLARE_METATYPE(Prepare)
 Q_DECLARE_METATYPE(QIODevice::OpenMode)
 
-/// What is composed in memory, and what is read from memory, against QDataStream itself.
+/// Compares composing in memory and reading from memory with QDataStream.
 class BinaryTest : public QObject
 {
     Q_OBJECT
@@ -136,7 +136,7 @@ private Q_SLOTS:
         QCOMPARE(hex(actual), written);
     }
 
-    void lengthsAreThoseOfWhatIsBehindThem()
+    void lengthsMatchTheirPayloads()
     {
         const QString text = longText(200);
         for (const StreamForm &form : everyForm()) {
@@ -148,7 +148,7 @@ private Q_SLOTS:
                 writer.end(inner);
                 writer.end(outer);
             };
-            // As the stream does it: going back to each length once it is known.
+            // Writes each length afterwards by going back to its position.
             const auto write = [&](QDataStream &stream) {
                 QIODevice &device = *stream.device();
                 const auto patch = [&](qint64 start) {
@@ -169,7 +169,7 @@ private Q_SLOTS:
         }
     }
 
-    void everythingIsHandedOverInOnePiece()
+    void everythingIsWrittenInOnePiece()
     {
         Drain drain;
         QDataStream stream(&drain);
@@ -201,7 +201,7 @@ private Q_SLOTS:
         }
     }
 
-    void whatIsWrittenIsReadAsAStreamReadsIt()
+    void writtenValuesAreReadAsAStreamReadsThem()
     {
         for (const StreamForm &form : everyForm()) {
             const auto check = [&](const auto &values) {
@@ -229,7 +229,7 @@ private Q_SLOTS:
         }
     }
 
-    void whateverIsCutOffIsMissedAsAStreamMissesIt()
+    void truncatedValuesFailAsInAStream()
     {
         for (const StreamForm &form : everyForm()) {
             for (const Operation &operation : everyOperation()) {
@@ -240,7 +240,7 @@ private Q_SLOTS:
         }
     }
 
-    void lengthsAreBelievedAsFarAsAStreamBelievesThem()
+    void wrongLengthsFailAsInAStream()
     {
         for (const StreamForm &form : everyForm()) {
             for (const quint32 size : {0U, 1U, 2U, 3U, 5U, 6U, 7U, 8U, 9U, 0x7FFFFFFEU, 0x7FFFFFFFU, 0x80000000U,
@@ -258,7 +258,7 @@ private Q_SLOTS:
         }
     }
 
-    void whyAStreamFailsIsKeptApart()
+    void reasonsOfStreamFailuresAreDistinguished()
     {
         const StreamForm form = everyForm().last(); // little endian
         const auto statusAfter = [&](const char *hexText, auto &&read) {
@@ -287,7 +287,7 @@ private Q_SLOTS:
 
     void longTextsAreReadAsAStreamReadsThem()
     {
-        const QString text = longText(1100000); // a stream reads it in two pieces
+        const QString text = longText(1100000); // so long that a stream reads it in two pieces
         const QString ascii(1100000, QLatin1Char('x'));
         for (const StreamForm &form : formsOfVersions({5, 6, QDataStream::Qt_DefaultCompiledVersion})) {
             const auto check = [&](const QByteArray &whole, const Operation &operation) {
@@ -306,7 +306,7 @@ private Q_SLOTS:
         }
     }
 
-    void whateverIsWrongWithUtf8IsReadAsQtReadsIt()
+    void invalidUtf8IsReadAsQtReadsIt()
     {
         const StreamForm form = everyForm().last();
         for (int length = 0; length < 20; ++length) {
@@ -321,7 +321,7 @@ private Q_SLOTS:
         }
     }
 
-    // A stream's bytes made a text by QString alone would lose the first one.
+    // QString::fromUtf8() alone would drop the first one.
     void byteOrderMarksBelongToTheText()
     {
         const QString mark(QChar(0xFEFF));
@@ -346,7 +346,7 @@ private Q_SLOTS:
         }
     }
 
-    void oneThingIsReadAfterTheOtherAsAStreamReadsThem()
+    void consecutiveValuesAreReadAsAStreamReadsThem()
     {
         std::mt19937 random(4);
         const auto below = [&](int end) { return int(random() % quint32(end)); };
@@ -403,13 +403,13 @@ private Q_SLOTS:
             b.ungetChar('Y');
             b.ungetChar('X');
         });
-        QTest::newRow("a byte put in front of the first") << Prepare([](QDataStream &, QBuffer &b) {
+        QTest::newRow("a byte put back before the first") << Prepare([](QDataStream &, QBuffer &b) {
             b.seek(0);
-            b.ungetChar('Y'); // the position is -1 then
+            b.ungetChar('Y'); // the position becomes -1
         });
         QTest::newRow("at the start") << Prepare([](QDataStream &, QBuffer &b) { b.seek(0); });
         QTest::newRow("at the end") << Prepare([](QDataStream &, QBuffer &b) { b.seek(b.size()); });
-        QTest::newRow("cut short behind the position")
+        QTest::newRow("truncated after the position")
             << Prepare([](QDataStream &, QBuffer &b) { b.buffer().resize(leading - 2); });
         QTest::newRow("to write to as well") << Prepare([](QDataStream &, QBuffer &b) {
             b.close();
@@ -429,7 +429,7 @@ private Q_SLOTS:
         }
     }
 
-    void whatWasReadInATransactionCanBeTakenBack()
+    void readingInATransactionCanBeRolledBack()
     {
         for (const StreamForm &form : everyForm()) {
             for (const Operation &operation : everyOperation()) {
@@ -451,7 +451,7 @@ private Q_SLOTS:
         }
     }
 
-    void aBufferThatCannotBeReadIsNot_data()
+    void unreadableBufferIsNotRead_data()
     {
         QTest::addColumn<QIODevice::OpenMode>("mode");
         QTest::addColumn<QByteArray>("warning");
@@ -460,7 +460,7 @@ private Q_SLOTS:
         QTest::newRow("only to write") << QIODevice::OpenMode(QIODevice::WriteOnly | QIODevice::Append)
                                        << QByteArray("QIODevice::read (QBuffer): WriteOnly device");
     }
-    void aBufferThatCannotBeReadIsNot()
+    void unreadableBufferIsNotRead()
     {
         QFETCH(QIODevice::OpenMode, mode);
         QFETCH(QByteArray, warning);
@@ -494,7 +494,7 @@ private Q_SLOTS:
         }
     }
 
-    void theEndIsWhereTheStreamHasIt()
+    void endIsTheSameAsTheStreams()
     {
         for (const StreamForm &form : everyForm()) {
             QDataStream stream(QByteArray(2, 'x'));
@@ -508,7 +508,7 @@ private Q_SLOTS:
         }
     }
 
-    void roomIsMadeForAsManyItemsAsThereCanBe()
+    void memoryIsReservedForThePossibleItemsOnly()
     {
         const auto room = [](int version, int bytesLeft, qint32 count) {
             QDataStream stream(QByteArray(1 + bytesLeft, 'x'));

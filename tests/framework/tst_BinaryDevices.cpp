@@ -25,7 +25,7 @@ public:
 
 const std::shared_ptr<Logger> logger = std::make_shared<SilentLogger>();
 
-/// Numbers drawn at random, the same each time.
+/// Random numbers, the same in each run.
 class Draw
 {
 public:
@@ -63,15 +63,15 @@ QByteArray written(const DataObject &object, Encoding encoding, const StreamForm
     return bytes;
 }
 
-/// What is read, how, and into what.
+/// The content to read, and the way to read it.
 struct Reading
 {
     Encoding encoding;
     StreamForm form;
     bool validate;
     QByteArray content;
-    bool intoFullObject = false; ///< and not into a new one
-    qint32 further = 0; ///< by how much the length of the record is wrong
+    bool intoFullObject = false; ///< otherwise into a new one
+    qint32 further = 0; ///< the error in the length of the record
 
     QString text() const
     {
@@ -81,20 +81,20 @@ struct Reading
     }
 };
 
-/// What came of it.
+/// The result of reading.
 struct Outcome
 {
     ClassUnderTest::Pointer object;
     QString thrown;
-    QString stream; ///< the status, and what is left to read
+    QString stream; ///< the status and the bytes that are left
     qint64 position = 0;
-    QString told; ///< flag, logger and data or none, of each object of the tree
-    QString listing; ///< every value and flag, stored where nobody sees it or not
+    QString environments; ///< flag, logger and presence of data of each object of the tree
+    QString listing; ///< every value and flag, including hidden ones
     QByteArray snapshot;
     QByteArray record;
 };
 
-/// How two ways to read the same differ; null if they do not.
+/// The difference between two results; null if there is none.
 QString difference(const ClassUnderTest &type, const Outcome &left, const Outcome &right)
 {
     if (left.thrown != right.thrown)
@@ -103,30 +103,30 @@ QString difference(const ClassUnderTest &type, const Outcome &left, const Outcom
         return QStringLiteral("%1 and %2").arg(left.stream, right.stream);
     if (left.position != right.position)
         return QStringLiteral("the position is %1 and %2").arg(left.position).arg(right.position);
-    if (left.told != right.told)
-        return QStringLiteral("the tree was told %1 and %2").arg(left.told, right.told);
+    if (left.environments != right.environments)
+        return QStringLiteral("the environments are %1 and %2").arg(left.environments, right.environments);
     if (left.listing != right.listing)
         return Damage::difference(left.listing, right.listing);
     if (left.snapshot != right.snapshot)
         return QStringLiteral("the snapshots are %1 and %2").arg(hex(left.snapshot), hex(right.snapshot));
     if (left.record != right.record)
         return QStringLiteral("the records are %1 and %2").arg(hex(left.record), hex(right.record));
-    const bool isEqualToItself = type.equal(*left.object, *left.object); // which no NaN is
+    const bool isEqualToItself = type.equal(*left.object, *left.object); // false if it contains a NaN
     return type.equal(*left.object, *right.object) == isEqualToItself ? QString() : QStringLiteral("they differ");
 }
 
 } // namespace
 
-/// Everything that is read from a buffer past the stream is read as by the stream, which all other devices are read by;
-/// and all devices are written to alike.
+/// Reading directly from a buffer has the same result as reading by the stream, which is used for all other devices.
+/// Writing is the same for all devices.
 class BinaryDevicesTest : public Suite
 {
     Q_OBJECT
 
 private:
-    static constexpr int leading = 3; // what the devices hold in front
+    static constexpr int leading = 3; // the bytes in a device before the content
 
-    /// Objects of the class that runs: full, drawn at random to be complete or not, and new.
+    /// Objects of the current class: full, random ones that may be incomplete, and new.
     static std::vector<ClassUnderTest::Pointer> samples(int drawn)
     {
         std::vector<ClassUnderTest::Pointer> samples;
@@ -140,7 +140,7 @@ private:
         if (isDocument())
             samples.push_back(std::make_unique<JobXml::TunerProperties>(Damage::compactDocument()));
         for (const auto &sample : samples)
-            sample->SetValidate(false); // they are written whatever they are
+            sample->SetValidate(false); // so that incomplete ones are written, too
         return samples;
     }
 
@@ -167,9 +167,9 @@ private:
         outcome.stream += hex(device.readAll());
         outcome.listing = Damage::listing(object);
         WholeTree::visit(object, [&](const DataObject &each) {
-            outcome.told += each.GetValidate() ? QLatin1Char('V') : QLatin1Char('v');
-            outcome.told += each.GetLogger() == logger ? QLatin1Char('L') : QLatin1Char('l');
-            outcome.told += each.IsInitialized() ? QLatin1Char('D') : QLatin1Char('d');
+            outcome.environments += each.GetValidate() ? QLatin1Char('V') : QLatin1Char('v');
+            outcome.environments += each.GetLogger() == logger ? QLatin1Char('L') : QLatin1Char('l');
+            outcome.environments += each.IsInitialized() ? QLatin1Char('D') : QLatin1Char('d');
         });
         object.SetValidate(false);
         outcome.snapshot = written(object, Snapshot);
@@ -205,13 +205,13 @@ private:
     {
         SlowPipe pipe(reading.content);
         Outcome outcome = read(reading, pipe);
-        outcome.position = position; // a pipe has none
+        outcome.position = position; // a pipe has no position
         return outcome;
     }
 
     enum Devices { BufferOnly, EveryDevice };
 
-    /// How reading from a QBuffer differs from reading from other devices; null if it does not.
+    /// The difference between reading from a QBuffer and from other devices; null if there is none.
     QString differenceBetweenDevices(const Reading &reading, Devices devices = EveryDevice)
     {
         const Outcome fast = readFromBuffer<QBuffer>(reading);
@@ -219,7 +219,7 @@ private:
         QString wrong = difference(type(), fast, readFromBuffer<OtherBuffer>(reading));
         if (wrong.isNull() && devices == EveryDevice) {
             wrong = difference(type(), fast, readFromPipe(reading, fast.position));
-            constexpr int some = 7; // of thousands: a busy disk takes its time. Nothing else comes in sevens here
+            constexpr int some = 7; // one in seven of thousands, because the disk may be busy
             if (wrong.isNull() && ++m_readings % some == 0)
                 wrong = difference(type(), fast, readFromFile(reading));
         }
@@ -234,7 +234,7 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(m_file.open()); }
     void init() { m_refused = 0; }
 
-    void whatIsWrittenIsReadFromEveryDevice()
+    void writtenObjectsAreReadFromEveryDevice()
     {
         const auto objects = samples(6);
         for (const StreamForm &form : someForms()) {
@@ -251,7 +251,7 @@ private Q_SLOTS:
         }
     }
 
-    void whateverIsCutOffIsMissedOnEveryDevice()
+    void truncatedObjectsFailOnEveryDevice()
     {
         const auto object = type().full();
         for (const Encoding encoding : {Record, Snapshot}) {
@@ -260,12 +260,12 @@ private Q_SLOTS:
                 const Reading reading{encoding, stock, size % 2 == 0, whole.left(size)};
                 QCOMPARE(differenceBetweenDevices(reading, size % 3 == 0 ? EveryDevice : BufferOnly), QString());
             }
-            if (encoding == Record) // which knows how long it must be
-                QCOMPARE(m_refused, whole.size() - 4); // without a length there is nothing to be read
+            if (encoding == Record) // a record contains its length
+                QCOMPARE(m_refused, whole.size() - 4); // a truncated length is not read
         }
     }
 
-    void drawnObjectsCutOffSomewhereAreMissedOnEveryDevice()
+    void truncatedRandomObjectsFailOnEveryDevice()
     {
         Draw draw(1);
         for (const auto &object : samples(8)) {
@@ -278,7 +278,7 @@ private Q_SLOTS:
         }
     }
 
-    void oneDamagedByteDoesTheSameOnEveryDevice()
+    void oneDamagedByteHasTheSameEffectOnEveryDevice()
     {
         Draw draw(2);
         const auto objects = samples(2);
@@ -297,15 +297,15 @@ private Q_SLOTS:
         QVERIFY(m_refused < 400);
     }
 
-    void wrongLengthsAreSeenOnEveryDevice()
+    void wrongLengthsAreDetectedOnEveryDevice()
     {
         const auto object = type().full();
         for (const StreamForm &form : someForms()) {
             const QByteArray record = written(*object, Record, form);
             const qint32 size = record.size() - 4;
             for (const qint32 further : {1, 4, 8, 9, INT_MAX - size, -1, -8, -size, -size - 1, INT_MIN + 4}) {
-                for (const char *const behind : {"", "62 65 68 69 6E 64", "12345678 00000000", "FFFFFFFF FFFFFFFF"}) {
-                    const Reading reading{Record, form, false, record + bytes(behind), false, further};
+                for (const char *const rest : {"", "62 65 68 69 6E 64", "12345678 00000000", "FFFFFFFF FFFFFFFF"}) {
+                    const Reading reading{Record, form, false, record + bytes(rest), false, further};
                     QCOMPARE(differenceBetweenDevices(reading), QString());
                 }
             }
@@ -313,7 +313,7 @@ private Q_SLOTS:
         QVERIFY(m_refused > 0);
     }
 
-    void unknownRecordsArePassedOverOnEveryDevice()
+    void unknownRecordsAreSkippedOnEveryDevice()
     {
         for (const StreamForm &form : someForms()) {
             for (const qint32 length : {0, 1, 9, 10, 11, INT_MAX, -1, -9, INT_MIN}) {
@@ -330,7 +330,7 @@ private Q_SLOTS:
         QVERIFY(m_refused > 0);
     }
 
-    void oneIsReadBehindTheOtherOnEveryDevice()
+    void consecutiveObjectsAreReadFromEveryDevice()
     {
         const auto object = type().full();
         const auto check = [&](QIODevice &device, Encoding encoding) {
@@ -360,7 +360,7 @@ private Q_SLOTS:
         }
     }
 
-    void aBufferWithItsOwnWayIsAskedForEachByte()
+    void eachByteOfADerivedBufferIsReadFromIt()
     {
         const auto object = type().full();
         for (const Encoding encoding : {Record, Snapshot}) {
@@ -376,8 +376,8 @@ private Q_SLOTS:
         }
     }
 
-    // A stream takes what a device does not give at once for its end.
-    void aPipeThatGivesLessThanAskedForIsAtItsEnd()
+    // If a device returns fewer bytes than requested, a stream assumes its end.
+    void pipeThatReturnsFewerBytesThanRequestedIsAtItsEnd()
     {
         const QByteArray record = written(*type().full(), Record);
         SlowPipe pipe(record.mid(4), SlowPipe::Short);
@@ -389,10 +389,10 @@ private Q_SLOTS:
                 + QStringLiteral("::SetBinary(...): Length error occurred during processing of binary representation"));
         QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
         QCOMPARE(object->AnyData(), false);
-        QCOMPARE(pipe.readAll(), record.mid(5)); // one byte was there to be read
+        QCOMPARE(pipe.readAll(), record.mid(5)); // one byte had arrived
     }
 
-    void everyDeviceIsWrittenTheSameBytes()
+    void everyDeviceReceivesTheSameBytes()
     {
         for (const auto &object : samples(4)) {
             for (const StreamForm &form : someForms()) {
@@ -404,7 +404,7 @@ private Q_SLOTS:
                         write(*object, stream, encoding);
                         return stream.status();
                     };
-                    // In the middle of what is there: what is behind stays.
+                    // Overwrites the middle of existing bytes; the bytes after it stay.
                     const QByteArray before(leading + expected.size() + 2, 'b');
                     const QByteArray after = before.left(leading) + expected + before.left(2);
                     const qint64 end = leading + expected.size();
@@ -432,7 +432,7 @@ private Q_SLOTS:
         }
     }
 
-    void whatIsRefusedLeavesEveryDeviceAlone()
+    void rejectedObjectsAreWrittenToNoDevice()
     {
         const auto object = type().make();
         Drain drain;
@@ -442,7 +442,7 @@ private Q_SLOTS:
         QCOMPARE(stream.status(), QDataStream::Ok);
     }
 
-    void aDeviceThatTakesOnlyPartFailsTheStream()
+    void deviceThatAcceptsOnlyPartFailsTheStream()
     {
         const auto object = type().full();
         for (const Encoding encoding : {Record, Snapshot}) {
@@ -454,7 +454,7 @@ private Q_SLOTS:
                 QCOMPARE(stream.status(), QDataStream::WriteFailed);
                 QCOMPARE(drain.taken, expected.left(room));
                 const int writes = drain.writes;
-                write(*object, stream, encoding); // is not tried any more
+                write(*object, stream, encoding); // the failed stream is not used again
                 QCOMPARE(drain.writes, writes);
             }
             Drain drain(expected.size());

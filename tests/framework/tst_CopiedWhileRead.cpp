@@ -12,11 +12,11 @@ using namespace JobXml;
 
 namespace {
 
-/// A device that does something each time it is asked for more, such as showing how far a document has been read.
+/// A device that calls a function each time it is read, for example to copy the document that is being read.
 class ObservingDevice : public QIODevice
 {
 public:
-    /// An XML reader asks for as much as it can get; a stream has to get all that it asks for.
+    /// An XML reader accepts fewer bytes than requested; a stream needs all of them.
     ObservingDevice(const QByteArray &bytes, qint64 mostAtOnce, std::function<void()> observe)
         : m_bytes(bytes), m_mostAtOnce(mostAtOnce), m_observe(std::move(observe))
     {
@@ -63,7 +63,7 @@ void read(Object &document, Form form, ObservingDevice &device, int size)
         document.SetVersionSpecificBinaryWithoutValidation(stream);
 }
 
-/// Reads an object by a device that copies it each time it is asked for more, and gives up data that it may still have.
+/// Reads an object from a device that copies it each time it is read, and releases data that the object may share.
 template <class Object>
 void readAndCopy(Object &object, Form form, const QByteArray &bytes)
 {
@@ -101,7 +101,7 @@ class CopiedWhileReadTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void theDocumentIsReadWholeAndItsCopiesStayAsTheyWere_data()
+    void documentIsReadCompletelyAndItsCopiesStayUnchanged_data()
     {
         QTest::addColumn<Form>("form");
         QTest::newRow("XML") << Form::Xml;
@@ -109,7 +109,7 @@ private Q_SLOTS:
         QTest::newRow("a snapshot") << Form::Snapshot;
     }
 
-    void theDocumentIsReadWholeAndItsCopiesStayAsTheyWere()
+    void documentIsReadCompletelyAndItsCopiesStayUnchanged()
     {
         QFETCH(Form, form);
         TunerProperties source = aDocument(20);
@@ -130,7 +130,7 @@ private Q_SLOTS:
             nodesOfCopies.push_back(nodesOf(copies.back()));
             QVERIFY(nodesOf(document) == nodesOfCopies.back());
             if (copies.size() % 3 == 0)
-                copies.front() = TunerProperties(); // gives up data that the document may still have
+                copies.front() = TunerProperties(); // releases data that the document may share
         });
         read(document, form, device, bytes.size());
         document.SetValidate(false);
@@ -144,14 +144,14 @@ private Q_SLOTS:
         }
     }
 
-    void theItemIsReadWholeAndItsCopiesStayAsTheyWere_data()
+    void itemIsReadCompletelyAndItsCopiesStayUnchanged_data()
     {
         QTest::addColumn<Form>("form");
         QTest::newRow("a record") << Form::Record;
         QTest::newRow("a snapshot") << Form::Snapshot;
     }
 
-    void theItemIsReadWholeAndItsCopiesStayAsTheyWere()
+    void itemIsReadCompletelyAndItsCopiesStayUnchanged()
     {
         QFETCH(Form, form);
         ValueItem source;
@@ -172,7 +172,7 @@ private Q_SLOTS:
         QVERIFY(item == source);
     }
 
-    void theStartupModesAreReadWholeAndTheirCopiesStayAsTheyWere_data()
+    void startupModesAreReadCompletelyAndTheirCopiesStayUnchanged_data()
     {
         QTest::addColumn<Form>("form");
         QTest::newRow("XML") << Form::Xml;
@@ -180,7 +180,7 @@ private Q_SLOTS:
         QTest::newRow("a snapshot") << Form::Snapshot;
     }
 
-    void theStartupModesAreReadWholeAndTheirCopiesStayAsTheyWere()
+    void startupModesAreReadCompletelyAndTheirCopiesStayUnchanged()
     {
         QFETCH(Form, form);
         StartupModes source;
@@ -193,7 +193,7 @@ private Q_SLOTS:
         readAndCopy(modes, form, bytes);
         QVERIFY(modes == source);
 
-        // as a member of the document, too, which has some already
+        // also as a member of a document that already has some
         TunerProperties sourceDocument;
         sourceDocument.SetStartupModes(source);
         sourceDocument.SetValidate(false);
@@ -208,10 +208,10 @@ private Q_SLOTS:
 
     void anObjectThatIsAssignedToWhileItIsReadStaysUsable_data()
     {
-        theStartupModesAreReadWholeAndTheirCopiesStayAsTheyWere_data();
+        startupModesAreReadCompletelyAndTheirCopiesStayUnchanged_data();
     }
 
-    // The data that the object had when the reading began are gone then.
+    // This destroys the data that the object had when reading began.
     void anObjectThatIsAssignedToWhileItIsReadStaysUsable()
     {
         QFETCH(Form, form);
@@ -240,7 +240,7 @@ private Q_SLOTS:
             readAssigned(which);
     }
 
-    void anItemThatIsAssignedToWhileItIsReadTakesTheRest()
+    void itemThatIsAssignedToWhileItIsReadReceivesTheRest()
     {
         const ValueItem source = anIntItem(7);
         const QByteArray record = recordOf(source).mid(4);
@@ -258,7 +258,7 @@ private Q_SLOTS:
         }
     }
 
-    void anItemThatIsBeingReadIsInNoCopyYet()
+    void copiesLackTheItemThatIsBeingRead()
     {
         const TunerProperties source = aDocument(20);
         TunerProperties document;
@@ -269,7 +269,7 @@ private Q_SLOTS:
         QVERIFY(document == source);
         QVERIFY(std::is_sorted(seen.begin(), seen.end()));
         QCOMPARE(seen.front(), 0);
-        // The component is one item of sixteen pieces and more, and it is there only once it has been read.
+        // The component is one item of at least sixteen pieces, and joins the list only after it has been read.
         QVERIFY(std::count(seen.begin(), seen.end(), 0) > int(seen.size()) - 5);
     }
 };

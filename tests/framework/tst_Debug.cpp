@@ -70,7 +70,7 @@ private Q_SLOTS:
         QCOMPARE(textOf(ObjectTypes(3)), QStringLiteral("ObjectTypes(3)"));
     }
 
-    void enumeratorsLeaveTheStreamAsItIs()
+    void enumeratorsKeepTheSettingsOfTheStream()
     {
         QString text;
         QDebug(&text) << 1 << TunerProperties::type::MCP << QStringLiteral("a") << MemberKind::Int << 2;
@@ -160,7 +160,7 @@ private Q_SLOTS:
         QVERIFY(debugText(large).endsWith(QStringLiteral("value: -9223372036854775808")));
     }
 
-    void whatIsNotSetSaysSoBesideItsName()
+    void unsetMembersAreLabelledNotSet()
     {
         TunerProperties document;
         document.ResetToDefault();
@@ -170,7 +170,7 @@ private Q_SLOTS:
                  qPrintable(debugText(document)));
     }
 
-    void ofAChoiceOnlyWhatIsChosenIsWritten()
+    void onlyTheChosenAlternativeIsWritten()
     {
         ValueItem item;
         item.SetValueInt(anInt(1));
@@ -183,14 +183,14 @@ private Q_SLOTS:
                                 "    value: null (not set)"));
     }
 
-    void theStreamGoesOnAsItWas()
+    void streamKeepsItsSettings()
     {
         QString text;
         QDebug(&text) << "before" << ValueBoolean() << 1;
         QCOMPARE(text, QStringLiteral("before ValueBoolean\n  id: null (not set)\n  value: false (not set) 1 "));
     }
 
-    void aTestThatFailsShowsTheSameText()
+    void failedTestShowsTheSameText()
     {
         const ValueInt value = anInt(7);
         const QByteArray text = debugText(value).toUtf8();
@@ -201,14 +201,14 @@ private Q_SLOTS:
     void everyClassHasATextForTests()
     {
         QStringList classes;
-        const auto ask = [&](const auto &object) {
+        const auto check = [&](const auto &object) {
             const std::unique_ptr<char[]> shown(QTest::toString(object));
             QVERIFY(shown);
             QCOMPARE(QByteArray(shown.get()), debugText(object).toUtf8());
             QVERIFY(!object.IsInitialized());
             classes += object.GetObjectName();
         };
-        Classes::forEach([&](auto tag) { ask(typename decltype(tag)::Class()); });
+        Classes::forEach([&](auto tag) { check(typename decltype(tag)::Class()); });
         classes.sort();
         QCOMPARE(classes, Model::classes());
     }

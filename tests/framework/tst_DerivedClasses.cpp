@@ -13,7 +13,7 @@ using REPORTGENERATOR::Logger;
 
 namespace {
 
-/// Checks nothing, and hands nothing down when it is checked.
+/// Check() does nothing, and so does not propagate.
 template <class Object>
 class Trusting : public Object
 {
@@ -22,7 +22,7 @@ public:
     void Check(bool) const override { }
 };
 
-/// Stops validating as soon as it is handed its own flag.
+/// Stops validating as soon as SetValidate() is called.
 template <class Object>
 class Lenient : public Object
 {
@@ -30,14 +30,14 @@ public:
     void SetValidate(bool) const override { Object::SetValidate(false); }
 };
 
-/// A node that is a class of its own to the base library.
+/// A node that is a different class for the base library.
 class TaggedNode : public Node
 {
 public:
     TaggedNode() { m_classIdentifier = 0x7A66ED; }
 };
 
-/// Reads its content by the walk of the base library.
+/// Reads its content by ProcessXml() of the base library.
 class WalkedComponent : public Component
 {
 public:
@@ -50,7 +50,7 @@ public:
     }
 };
 
-/// A component without a type, which Check() refuses.
+/// A component without a type, for which Check() throws.
 template <class Object>
 Object anIncompleteComponent()
 {
@@ -78,7 +78,7 @@ Q_DECLARE_METATYPE(Write)
 Q_DECLARE_METATYPE(WriteDocument)
 Q_DECLARE_METATYPE(WriteAny)
 
-/// Classes derived from those of the model, which override what the base library calls.
+/// Classes derived from those of the model that override operations that the base library calls.
 class DerivedClassesTest : public QObject
 {
     Q_OBJECT
@@ -106,7 +106,7 @@ private Q_SLOTS:
         QCOMPARE(following(component, true, logger), 7); // component, two nodes, items and values
     }
 
-    void objectThatStopsValidatingWhenToldIsWritten()
+    void objectThatStopsValidatingInSetValidateIsWritten()
     {
         const auto xml =
             QStringLiteral("<Component type=\"\" name=\"Preselector\" optional=\"false\"><Node id=\"att\">"
@@ -128,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(forText.GetErrorString(), QString());
     }
 
-    void writerChecksTheChildrenThatAnOverriddenCheckPassesBy_data()
+    void writerChecksTheChildrenThatAnOverriddenCheckSkips_data()
     {
         QTest::addColumn<WriteDocument>("write");
         QTest::newRow("GetXml") << WriteDocument([](TunerProperties &o) { xmlOf(o); });
@@ -136,21 +136,21 @@ private Q_SLOTS:
         QTest::newRow("GetXmlString") << WriteDocument([](TunerProperties &o) { QVERIFY(!o.GetXmlString().isNull()); });
     }
 
-    void writerChecksTheChildrenThatAnOverriddenCheckPassesBy()
+    void writerChecksTheChildrenThatAnOverriddenCheckSkips()
     {
         QFETCH(WriteDocument, write);
         Trusting<TunerProperties> document;
         static_cast<TunerProperties &>(document) = aDocument();
         Component &component = document.GetComponent()[0];
         component.SetValidate(false);
-        component.SetdisplayName(QString()); // HasData() does not ask for it, Check() does
+        component.SetdisplayName(QString()); // mandatory for Check() but not for HasData()
         QCOMPARE(thrownBy([&] { write(document); }),
                  QStringLiteral("OutOfRangeException: Component: Please set displayName properly."));
     }
 
     void childrenAreWrittenByTheFlagThatTheyFollow()
     {
-        // The root's flag stays its own, so each child follows its own flag, and its children that of their parent.
+        // The root does not propagate, so each child uses its own flag, and its children that of their parent.
         class Solitary : public Trusting<Component>
         {
         public:
@@ -159,7 +159,7 @@ private Q_SLOTS:
         Solitary component;
         static_cast<Component &>(component) = aComponent();
         component.GetNode()[0].GetValueItem()[0].GetValueInt().Resetid();
-        std::as_const(component).GetNode()[0].IRGObject::SetValidate(false); // not what is below it yet
+        std::as_const(component).GetNode()[0].IRGObject::SetValidate(false); // not yet below it
         QCOMPARE(xmlOf(component),
                  QStringLiteral("<Component type=\"Filter\" name=\"Preselector\" optional=\"false\"><Node id=\"node0\">"
                                 "<ValueItem><ValueInt id=\"\" value=\"0\"/></ValueItem></Node></Component>"));
@@ -238,7 +238,7 @@ private Q_SLOTS:
         QCOMPARE(tagged.Getid(), QStringLiteral("third"));
     }
 
-    void mergingWithADerivedClassOfTheSameIdentifierTakesItsMembers()
+    void mergingWithADerivedClassOfTheSameIdentifierCopiesItsMembers()
     {
         Trusting<Node> derived;
         derived.Setid(QStringLiteral("theirs"));
@@ -247,14 +247,14 @@ private Q_SLOTS:
         QCOMPARE(node.Getid(), QStringLiteral("theirs"));
     }
 
-    void flagThatAnElementChangesHoldsForTheElementsAfterIt_data()
+    void flagChangedByAnElementAppliesToLaterElements_data()
     {
         QTest::addColumn<QString>("before");
         QTest::newRow("as the first element") << QString();
         QTest::newRow("after another element") << QStringLiteral("<MaxFFPDelay>1</MaxFFPDelay>");
     }
 
-    void flagThatAnElementChangesHoldsForTheElementsAfterIt()
+    void flagChangedByAnElementAppliesToLaterElements()
     {
         class Relaxing : public TunerProperties
         {
@@ -262,7 +262,7 @@ private Q_SLOTS:
             void ProcessXmlStartElement(QXmlStreamReader &reader) override
             {
                 if (reader.name() == QLatin1String("relaxed"))
-                    IRGObject::SetValidate(false); // the children follow at the next element
+                    IRGObject::SetValidate(false); // the children inherit it at the next element
                 TunerProperties::ProcessXmlStartElement(reader);
             }
         };
@@ -276,7 +276,7 @@ private Q_SLOTS:
                  QVector<StartupModes::StartupMode>{StartupModes::StartupMode::Invalid});
     }
 
-    void componentReadByTheWalkOfTheBaseHasAllItsNodes()
+    void componentReadByTheBaseLibraryHasAllItsNodes()
     {
         WalkedComponent component;
         const auto logger = std::make_shared<Logger>();

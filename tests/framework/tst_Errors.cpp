@@ -13,7 +13,7 @@ using namespace JobXml;
 using Failure = std::function<void(const DataObject &)>;
 Q_DECLARE_METATYPE(Failure)
 
-/// Every failure of the model with its type and its whole text, on an object named "StringItem".
+/// Every error of the model with its type and its complete text, for an object named "StringItem".
 class ErrorsTest : public QObject
 {
     Q_OBJECT

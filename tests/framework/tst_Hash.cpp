@@ -30,13 +30,13 @@ constexpr bool noneHasOne = !(HasHash<Classes>::value || ...);
 
 } // namespace
 
-/// Equal objects have the same hash, where equality goes both ways.
+/// Equal objects have the same hash. Only classes with symmetric equality have one.
 class HashTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void classesHaveOneIfTheirEqualityIsSymmetric()
+    void classesWithSymmetricEqualityHaveAHash()
     {
         QVERIFY((
             allHaveOne<StartupModes, BandwidthSelection, ValueBoolean, ValueFloat, ValueInt, ValueInt64,
@@ -44,8 +44,7 @@ private Q_SLOTS:
         QVERIFY((noneHasOne<TunerProperties, Component, Node, ValueItem, ValueSelection, ValueStringList>));
     }
 
-    // Why the others have none.
-    void theEqualityOfTheOthersIsNot()
+    void classesWithoutAHashHaveAsymmetricEquality()
     {
         const Node marked = aNode();
         Node unmarked(marked);
@@ -71,7 +70,7 @@ private Q_SLOTS:
         QCOMPARE(qHash(ValueInt()), qHash(initialized(ValueInt())));
     }
 
-    void whatIsNotSetDoesNotCount()
+    void unsetMembersDoNotAffectTheHash()
     {
         ValueInt one = anInt(1);
         ValueInt two = anInt(2);
@@ -108,7 +107,7 @@ private Q_SLOTS:
         QCOMPARE(null == empty, qHash(null) == qHash(empty));
     }
 
-    void valuesMembersOrderAndSeedCount()
+    void hashDependsOnValuesMembersOrderAndSeed()
     {
         QVERIFY(qHash(anInt(1)) != qHash(anInt(2)));
         QVERIFY(qHash(anInt(1), 1) != qHash(anInt(1), 2));

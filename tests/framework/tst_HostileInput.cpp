@@ -17,7 +17,7 @@ QString lengthErrorOf(const char *object)
     return QStringLiteral("BinaryParsingException: ") + QLatin1String(object) + QLatin1String(lengthError);
 }
 
-// Node "a" with one ValueInt "b" = 1, but with this count in front of its items.
+// Node "a" with one ValueInt "b" = 1, but with this count before its items.
 QByteArray nodeWithCount(const char *count)
 {
     return bytes("00 00 00 42" // the node: 66 bytes
@@ -34,27 +34,27 @@ QByteArray nodeWithCount(const char *count)
 
 } // namespace
 
-/// Length and count words of damaged or hostile data are never trusted: single cases, by hand. Every cut, flip and word
-/// of a whole document is in tests/damage.
+/// Lengths and counts in damaged or hostile data are never trusted. These are single cases; tests/damage truncates and
+/// changes a document everywhere.
 class HostileInputTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void aSnapshotKeepsTheMembersBeforeTheCut();
-    void aCountOfTwoBillionNeitherReservesNorPasses();
+    void countOfTwoBillionReservesNothingAndFails();
     void anItemIsNotAppendedWhenTheStreamEndsInItsLength();
     void aNegativeCountReadsNoItem();
     void aRecordLengthBeyondTheStreamIsALengthError();
-    void lengthsThatWouldWrapIn32BitsDoNot();
+    void lengthsThatOverflow32BitsAreLengthErrors();
     void lengthsOfMembersAreAddedUpIn64Bits();
     void aLargeFileOfItemsReservesLittle();
     void aNestedRecordFailsWithItsOwnName();
-    void anUnknownRecordThatIsCutIsALengthError();
+    void truncatedUnknownRecordIsALengthError();
     void aTextLengthBeyondTheStreamIsALengthErrorBeforeTheSetter();
     void aSnapshotCountOfTwoBillionEndsWithTheStream();
-    void nothingIsAskedAboutWhatWasCutOff();
-    void aSequentialDeviceIsReadAsFarAsItGoes();
+    void truncatedItemFailsBeforeTheAppendRule();
+    void sequentialDeviceIsReadUntilItsEnd();
 };
 
 void HostileInputTest::aSnapshotKeepsTheMembersBeforeTheCut()
@@ -72,11 +72,11 @@ void HostileInputTest::aSnapshotKeepsTheMembersBeforeTheCut()
     QVERIFY(selection.IstextSet()); // the flags were read first
 }
 
-void HostileInputTest::aCountOfTwoBillionNeitherReservesNorPasses()
+void HostileInputTest::countOfTwoBillionReservesNothingAndFails()
 {
     Node node;
     QCOMPARE(thrownBy([&] { readRecord(node, nodeWithCount("7F FF FF FF")); }), lengthErrorOf("Node"));
-    QCOMPARE(std::as_const(node).GetValueItem().size(), 1); // what was whole is kept
+    QCOMPARE(std::as_const(node).GetValueItem().size(), 1); // the complete item is kept
     QVERIFY(std::as_const(node).GetValueItem().capacity() < 100);
 }
 
@@ -107,9 +107,9 @@ void HostileInputTest::aRecordLengthBeyondTheStreamIsALengthError()
     QCOMPARE(thrownBy([&] { readRecord(item, bytes("80 00 00 00") + member); }), lengthErrorOf("StringItem"));
 }
 
-void HostileInputTest::lengthsThatWouldWrapIn32BitsDoNot()
+void HostileInputTest::lengthsThatOverflow32BitsAreLengthErrors()
 {
-    // 0x80000000 as a member's length, twice: in 32 bits the remainder would come back to what it was.
+    // 0x80000000 as a member's length, twice: in 32 bits the remainder would return to its first value.
     StringItem item;
     QCOMPARE(thrownBy([&] {
                  readRecord(item,
@@ -133,8 +133,8 @@ void HostileInputTest::lengthsOfMembersAreAddedUpIn64Bits()
 
 void HostileInputTest::aLargeFileOfItemsReservesLittle()
 {
-    // Two billion nodes announced, and 8 MB of zeros behind: each four of them an empty node, the first of which is
-    // refused. What was reserved for the others must not be many times the file.
+    // Announces two billion nodes, followed by 8 MB of zeros. Every four of them are an empty node, and the first node
+    // is rejected. The memory reserved for the others must not be many times the size of the file.
     QByteArray record = bytes("7F FF FF FF C5 E5 39 36 7F FF FF F7 7F FF FF FF");
     record.append(QByteArray(8000000, '\0'));
     Component component;
@@ -149,12 +149,12 @@ void HostileInputTest::aNestedRecordFailsWithItsOwnName()
 {
     Node node;
     QByteArray record = nodeWithCount("00 00 00 01");
-    record[32] = char(0x26); // the item claims one byte more than its value record has
+    record[32] = char(0x26); // the item's length is one byte more than its value record
     QCOMPARE(thrownBy([&] { readRecord(node, record); }), lengthErrorOf("ValueItem"));
     QVERIFY(std::as_const(node).GetValueItem().isEmpty());
 }
 
-void HostileInputTest::anUnknownRecordThatIsCutIsALengthError()
+void HostileInputTest::truncatedUnknownRecordIsALengthError()
 {
     StringItem item;
     QCOMPARE(thrownBy([&] { readRecord(item, bytes("00 00 00 0C 11 11 11 11 00 00 00 04 00 00 00")); }),
@@ -182,9 +182,9 @@ void HostileInputTest::aSnapshotCountOfTwoBillionEndsWithTheStream()
     QVERIFY(std::as_const(node).GetValueItem().capacity() < 100);
 }
 
-void HostileInputTest::nothingIsAskedAboutWhatWasCutOff()
+void HostileInputTest::truncatedItemFailsBeforeTheAppendRule()
 {
-    // An item cut off in its text has no data; it must fail by its length, not by the append rule.
+    // An item that is truncated in its text has no data; the length error must precede the append rule.
     ValueStringList list;
     QCOMPARE(thrownBy([&] {
                  readRecord(list,
@@ -205,7 +205,7 @@ void HostileInputTest::nothingIsAskedAboutWhatWasCutOff()
              lengthErrorOf("StartupModes"));
 }
 
-void HostileInputTest::aSequentialDeviceIsReadAsFarAsItGoes()
+void HostileInputTest::sequentialDeviceIsReadUntilItsEnd()
 {
     const QByteArray record = recordOf(aDocument());
     Pipe pipe(record);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#undef QT_NO_CAST_FROM_ASCII // by which most programs do without; with it, Qt itself refuses most of what is tested
+#undef QT_NO_CAST_FROM_ASCII // most programs do not define it; with it, Qt itself rejects most of the tested code
 
 #include <cstddef>
 #include <type_traits>
@@ -192,13 +192,13 @@ QStringList idsOf(const TunerProperties &tuner)
 
 } // namespace
 
-/// What compiles with the classes and what does not.
+/// Code that compiles with the classes, and code that does not.
 class InterfaceTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void textsAreNoNullPointersAndItemsHaveNames() { } // the assertions above: this file compiles
+    void textsAreNotNullPointersAndItemsHaveNames() { } // the assertions above: this file compiles
 
     void aConstTraversalReadsTheIdsOfRangedNumbers()
     {
@@ -216,7 +216,7 @@ private Q_SLOTS:
         QCOMPARE(idsOf(tuner), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
     }
 
-    void theNonConstGettersOfTheContractAreStillThere()
+    void nonConstGettersExist()
     {
         QString (ValueNumericFloat::*const ofFloat)() = &ValueNumericFloat::Getid;
         QString (ValueNumericInt::*const ofInt)() = &ValueNumericInt::Getid;

@@ -14,13 +14,13 @@ using REPORTGENERATOR::Logger;
 
 namespace {
 
-/// What the library does.
+/// Counts the library's work.
 struct Work final : Heap::Watcher
 {
-    long long changed = 0; ///< objects that got another flag or another logger
-    long long walked = 0; ///< objects, but for items, asked to hand flag and logger on
-    long long checked = 0; ///< objects, but for items, asked to check themselves
-    long long asked = 0; ///< objects, but for items, asked whether they have data
+    long long changed = 0; ///< changes of an object's flag or logger
+    long long propagated = 0; ///< calls of propagateToChildren(), except for items
+    long long checked = 0; ///< calls of check(), except for items
+    long long queried = 0; ///< calls of HasData(), except for items
     long long allocations = 0;
     long long allocatedBytes = 0;
 
@@ -36,8 +36,8 @@ Work work;
 
 } // namespace
 
-// The linker has the calls of these functions come here, those through tables of virtual functions included, but for
-// those of a class that overrides the function, which is why items do not count. `real...` are the library's own.
+// The linker redirects the calls of these functions here, also virtual calls, but not those of overriding functions.
+// Therefore items are not counted. `real...` are the library's own functions.
 // NOLINTBEGIN(bugprone-reserved-identifier)
 #define REPLACED(name) __asm__("__wrap_" name)
 #define ORIGINAL(name) __asm__("__real_" name)
@@ -59,7 +59,7 @@ void realPropagateToChildren(const Behavior *behavior, const DataObject &object,
     ORIGINAL(PROPAGATE);
 void propagateToChildren(const Behavior *behavior, const DataObject &object, const Propagation &propagation)
 {
-    ++work.walked;
+    ++work.propagated;
     realPropagateToChildren(behavior, object, propagation);
 }
 
@@ -79,29 +79,29 @@ bool hasData(const DataObject *object) REPLACED(HAS_DATA);
 bool realHasData(const DataObject *object) ORIGINAL(HAS_DATA);
 bool hasData(const DataObject *object)
 {
-    ++work.asked;
+    ++work.queried;
     return realHasData(object);
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 
-/// Reads its content by the walk of the base library, as a class does that has attributes of its own.
+/// Reads its content by ProcessXml() of the base library, like a class with attributes of its own.
 class WalkedComponent : public Component
 {
 public:
     void ProcessXml(QXmlStreamReader &reader) override { REPORTGENERATOR::IRGObject::ProcessXml(reader); }
 };
 
-/// Read by the stream, as every device but a plain QBuffer.
+/// Read by the stream, like every device except a plain QBuffer.
 class OtherBuffer : public QBuffer
 {
 };
 
-constexpr long long nodes = 2000; // with an item and a value each
-constexpr long long objectsBelowTheRoot = 3 * nodes + 3; // and start-up modes, a bandwidth, a component
+constexpr long long nodes = 2000; // each with an item and a value
+constexpr long long objectsBelowTheRoot = 3 * nodes + 3; // plus start-up modes, a bandwidth, a component
 
-// What an operation costs on a flat document, all nodes in one component.
+// The work of an operation on a flat document with all nodes in one component.
 template <class Operation>
 Work workOf(Operation operation)
 {
@@ -114,7 +114,7 @@ Work workOf(Operation operation)
 
 } // namespace
 
-/// No operation may cost more than in proportion to the size of the tree: ten times the nodes, ten times the work.
+/// The work of each operation is at most proportional to the size of the tree: ten times the nodes, ten times the work.
 class LinearTest : public QObject
 {
     Q_OBJECT
@@ -157,38 +157,38 @@ private Q_SLOTS:
         QFETCH(int, operation);
         const Work small = workOf([&] { perform(operation, 0); });
         const Work large = workOf([&] { perform(operation, 1); });
-        QVERIFY(small.walked + small.checked + small.allocations > 0 || !Heap::isWatched); // it did something
-        // Ten times the nodes, and a little that does not grow with them. (A quadratic path makes it a hundred times.)
+        QVERIFY(small.propagated + small.checked + small.allocations > 0 || !Heap::isWatched); // it did work
+        // Ten times the nodes, and a constant part. (Quadratic work would be a hundred times.)
         const auto linear = [](long long few, long long many) { return many <= 11 * few + 100; };
         QVERIFY2(linear(small.changed, large.changed), counts(small.changed, large.changed));
-        QVERIFY2(linear(small.walked, large.walked), counts(small.walked, large.walked));
+        QVERIFY2(linear(small.propagated, large.propagated), counts(small.propagated, large.propagated));
         QVERIFY2(linear(small.checked, large.checked), counts(small.checked, large.checked));
         QVERIFY(!Heap::isWatched || small.allocations > 0 || operation == 7);
         QVERIFY2(linear(small.allocations, large.allocations), counts(small.allocations, large.allocations));
-        // Lists and buffers double when they are full, so at one size they may be half empty and full at the other.
+        // Lists and buffers double when they are full, so they may be half empty at one size and full at the other.
         QVERIFY2(linear(2 * small.allocatedBytes, large.allocatedBytes),
                  counts(small.allocatedBytes, large.allocatedBytes));
     }
 
-    void checkingTellsAndAsksEachObjectOnce()
+    void checkingVisitsEachObjectOnce()
     {
         const TunerProperties document(m_documents[0]);
-        document.IRGObject::SetLogger(std::make_shared<Logger>()); // none below has it yet
+        document.IRGObject::SetLogger(std::make_shared<Logger>()); // no object below has it yet
         const Work done = workOf([&] { document.Check(); });
         QCOMPARE(done.changed, objectsBelowTheRoot);
         QCOMPARE(done.checked, 1 + objectsBelowTheRoot - 2 * nodes); // values are not checked before they are written
-        QCOMPARE(done.asked, nodes); // each item asks its value
-        QCOMPARE(done.walked, 0); // no walk besides that of the check
+        QCOMPARE(done.queried, nodes); // each item calls HasData() of its value
+        QCOMPARE(done.propagated, 0); // the check propagates on the same traversal
     }
 
-    void writingTellsAndAsksEachObjectOnce_data()
+    void writingVisitsEachObjectOnce_data()
     {
         QTest::addColumn<int>("operation");
         QTest::newRow("XML") << 4;
         QTest::newRow("a record") << 5;
     }
 
-    void writingTellsAndAsksEachObjectOnce()
+    void writingVisitsEachObjectOnce()
     {
         QFETCH(int, operation);
         m_documents[0].SetValidate(true);
@@ -197,28 +197,28 @@ private Q_SLOTS:
             m_documents[0].IRGObject::SetLogger(std::make_shared<Logger>());
             const Work done = workOf([&] { perform(operation, 0); });
             QCOMPARE(done.changed, objectsBelowTheRoot);
-            QCOMPARE(done.checked, validate ? 1 + objectsBelowTheRoot - nodes : 0); // the values by their items
-            // document, component and nodes hand on; while validating they do so as they check themselves
-            QCOMPARE(done.walked, validate ? 0 : 2 + nodes);
+            QCOMPARE(done.checked, validate ? 1 + objectsBelowTheRoot - nodes : 0); // the items check the values
+            // document, component and nodes propagate; while validating, their checks do
+            QCOMPARE(done.propagated, validate ? 0 : 2 + nodes);
         }
     }
 
-    void readingTellsEachObjectAsItIsMadeAndAsItJoinsItsList_data()
+    void readingPropagatesToEachObjectOnCreationAndOnAppending_data()
     {
         QTest::addColumn<int>("operation");
         QTest::newRow("XML") << 0;
         QTest::newRow("a record") << 2;
     }
 
-    void readingTellsEachObjectAsItIsMadeAndAsItJoinsItsList()
+    void readingPropagatesToEachObjectOnCreationAndOnAppending()
     {
         QFETCH(int, operation);
         const Work done = workOf([&] { perform(operation, 0, std::make_shared<Logger>()); });
         QVERIFY2(done.changed >= objectsBelowTheRoot && done.changed <= 2 * objectsBelowTheRoot,
                  counts(done.changed, objectsBelowTheRoot));
         QCOMPARE(done.checked, 0);
-        // each object hands on as it gets data of its own, and at its first child element, when there is nothing below
-        QVERIFY2(done.walked <= 2 * (1 + objectsBelowTheRoot), counts(done.walked, objectsBelowTheRoot));
+        // each object propagates when its data are created, and at its first child element, when it has no children
+        QVERIFY2(done.propagated <= 2 * (1 + objectsBelowTheRoot), counts(done.propagated, objectsBelowTheRoot));
     }
 
     void readingCopiesNothing()
@@ -227,8 +227,8 @@ private Q_SLOTS:
             return;
         for (const int operation : {0, 2, 3}) {
             const Work reading = workOf([&] { perform(operation, 0); });
-            // of each node: its data, its name, its list, the item's data, the value's data and name; a list that
-            // grew, and what the reader itself takes
+            // for each node: its data, its name, its list, the item's data, the value's data and name; one for a
+            // list that grew or for the reader itself
             QVERIFY2(reading.allocations <= 7 * nodes, counts(reading.allocations, nodes));
         }
     }
@@ -289,7 +289,8 @@ private:
             const QString xml = QStringLiteral("<TunerProperties Version=\"1.1\"><StartupModes>")
                 + QStringLiteral("<StartupMode>DF</StartupMode>").repeated(elements) + QStringLiteral("</StartupModes>")
                 + QStringLiteral("<StartupModes/>").repeated(elements) + QStringLiteral("</TunerProperties>");
-            QVERIFY(document.SetXmlString(xml, true)); // the reader has a resolver of entities then, as with devices
+            QVERIFY(document.SetXmlString(
+                xml, true)); // validating adds an entity resolver, which makes reading like that from a device
             QCOMPARE(std::as_const(document).GetStartupModes().GetStartupMode().size(), elements);
             break;
         }

@@ -6,13 +6,13 @@
 
 using namespace JobXml;
 
-/// MergeRGObject() takes over what is set in another object of the same class.
+/// MergeRGObject() copies the set members of another object of the same class.
 class MergeTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void anotherClassIsRefused()
+    void mergingWithAnotherClassFails()
     {
         ValueInt number = anInt(3);
         QVERIFY(!number.MergeRGObject(ValueInt64()));
@@ -20,7 +20,7 @@ private Q_SLOTS:
         QVERIFY(number == anInt(3));
     }
 
-    void whatIsSetReplacesAndWhatIsNotSetStays()
+    void setMembersReplaceAndUnsetMembersStay()
     {
         Component target = aComponent();
         target.SetdisplayName(QStringLiteral("shown"));
@@ -55,7 +55,7 @@ private Q_SLOTS:
         QCOMPARE(std::as_const(target).GetValueItem().at(1).GetValueInt().Getvalue(), 8);
     }
 
-    void anEmptyListThatIsSetMarksTheListOnly()
+    void emptyListThatIsSetOnlySetsTheFlag()
     {
         Node target;
         Node other;
@@ -65,7 +65,7 @@ private Q_SLOTS:
         QVERIFY(std::as_const(target).GetValueItem().isEmpty());
     }
 
-    void anEmptyListOfModesThatIsSetMarksTheListOnly()
+    void emptyListOfModesThatIsSetOnlySetsTheFlag()
     {
         StartupModes target;
         QVERIFY(target.MergeRGObject(StartupModes()));
@@ -90,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(std::as_const(target).GetComponent().size(), 1);
     }
 
-    void aValueTakesTheChosenAlternative()
+    void itemReceivesTheChosenAlternative()
     {
         ValueItem target = anIntItem(3);
         ValueItem other;
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(number.GetChoiceValueItem(), ValueItem::ChoiceValueItem::ValueInt);
     }
 
-    void theRulesOfSettersAndAppendingHold()
+    void mergingFollowsTheRulesOfSettersAndAppending()
     {
         ValueInt nullId;
         nullId.SetValidate(false);

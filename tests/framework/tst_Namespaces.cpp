@@ -21,10 +21,10 @@ QString errorOf(const QString &xml)
     return object.SetXmlString(xml, false) ? QString() : object.GetErrorString();
 }
 
-/// Reads an element that a program's own reader stands on, and returns whether the reader processes the namespace of
-/// the element behind it.
+/// Reads an element by a program's own reader, and returns whether the reader processes the namespace of the next
+/// element.
 template <class Class>
-bool namespacesAreProcessedBehind(const QString &element, bool validate = false)
+bool namespacesAreProcessedAfter(const QString &element, bool validate = false)
 {
     QXmlStreamReader reader(QStringLiteral("<a>") + element + QStringLiteral("<p:b xmlns:p='urn:p'/></a>"));
     reader.readNextStartElement();
@@ -41,23 +41,23 @@ bool namespacesAreProcessedBehind(const QString &element, bool validate = false)
 
 } // namespace
 
-/// Elements are known by their local names. What namespaces they are in does not matter, and takes no time.
+/// Elements are identified by their local names. Their namespaces are ignored and take no time.
 class NamespacesTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aPrefixIsNoPartOfAName();
+    void prefixOfANameIsIgnored();
     void aPrefixOfTheRootHasToBeDeclared();
     void aPrefixInsideNeedNotBeDeclared();
-    void aProgramsReaderIsLeftAsItWas();
-    void aProgramsReaderIsLeftAsItWasWhenTheModelThrows();
-    void aReaderThatProcessesNoneIsLeftAsItWas();
-    void noneAreKeptHoweverDeeplyTheyAreNested_data();
-    void noneAreKeptHoweverDeeplyTheyAreNested();
+    void programsReaderKeepsItsNamespaceProcessing();
+    void programsReaderKeepsItsNamespaceProcessingWhenTheModelThrows();
+    void readerWithoutNamespaceProcessingStaysWithoutIt();
+    void deeplyNestedNamespacesAreNotProcessed_data();
+    void deeplyNestedNamespacesAreNotProcessed();
 };
 
-void NamespacesTest::aPrefixIsNoPartOfAName()
+void NamespacesTest::prefixOfANameIsIgnored()
 {
     const QString bare = QStringLiteral("<ValueBoolean id=\"a\" value=\"true\"/>");
     for (const char *xml : {
@@ -87,28 +87,28 @@ void NamespacesTest::aPrefixInsideNeedNotBeDeclared()
     QCOMPARE(errorOf<Node>(QStringLiteral("<Node><Node><Node></Node><p:x/></Node></Node>")), QString());
 }
 
-void NamespacesTest::aProgramsReaderIsLeftAsItWas()
+void NamespacesTest::programsReaderKeepsItsNamespaceProcessing()
 {
     for (const char *node : {"<Node/>", "<Node><x/></Node>", "<Node><x><x/></x></Node>", "<Node><id>a<x/></id></Node>",
                              "<Node><ValueItem><ValueItem><ValueItem/></ValueItem></ValueItem></Node>",
                              "<Node><Node><Node></Node></Node></Node>"})
-        QVERIFY2(namespacesAreProcessedBehind<Node>(QString::fromLatin1(node)), node);
+        QVERIFY2(namespacesAreProcessedAfter<Node>(QString::fromLatin1(node)), node);
     for (const char *root : {"<TunerProperties Version='1.1'><x/></TunerProperties>",
                              "<TunerProperties Version='1.1'><TunerProperties/></TunerProperties>",
                              "<TunerProperties Version='1.0'><TunerProperties><TunerProperties/></TunerProperties>"
                              "</TunerProperties>"})
-        QVERIFY2(namespacesAreProcessedBehind<TunerProperties>(QString::fromLatin1(root)), root);
+        QVERIFY2(namespacesAreProcessedAfter<TunerProperties>(QString::fromLatin1(root)), root);
 }
 
-void NamespacesTest::aProgramsReaderIsLeftAsItWasWhenTheModelThrows()
+void NamespacesTest::programsReaderKeepsItsNamespaceProcessingWhenTheModelThrows()
 {
-    QVERIFY(namespacesAreProcessedBehind<Node>(
+    QVERIFY(namespacesAreProcessedAfter<Node>(
         QStringLiteral("<Node><x><x/><ValueItem><ValueBoolean value=''/></ValueItem></x></Node>"), true));
-    QVERIFY(namespacesAreProcessedBehind<TunerProperties>(
+    QVERIFY(namespacesAreProcessedAfter<TunerProperties>(
         QStringLiteral("<TunerProperties Version='1.1'><x/></TunerProperties>"), true));
 }
 
-void NamespacesTest::aReaderThatProcessesNoneIsLeftAsItWas()
+void NamespacesTest::readerWithoutNamespaceProcessingStaysWithoutIt()
 {
     QXmlStreamReader reader(QStringLiteral("<Node><id>a</id><x/></Node>"));
     reader.setNamespaceProcessing(false);
@@ -119,10 +119,10 @@ void NamespacesTest::aReaderThatProcessesNoneIsLeftAsItWas()
     QCOMPARE(reader.namespaceProcessing(), false);
 }
 
-void NamespacesTest::noneAreKeptHoweverDeeplyTheyAreNested_data()
+void NamespacesTest::deeplyNestedNamespacesAreNotProcessed_data()
 {
     QTest::addColumn<QString>("begin");
-    QTest::addColumn<QString>("nested"); // without end
+    QTest::addColumn<QString>("nested"); // without its end
     QTest::addColumn<QString>("ends");
     QTest::addColumn<QString>("end");
     const auto row = [](const char *name, const char *begin, const char *nested, const char *ends, const char *end) {
@@ -133,22 +133,22 @@ void NamespacesTest::noneAreKeptHoweverDeeplyTheyAreNested_data()
     row("in an element of another name", "<Component><y>", "<x xmlns:a='u'>", "</x>", "</y></Component>");
     row("in the text of a member", "<Component><name>", "<x xmlns:a='u'>", "</x>", "</name></Component>");
     row("in a child", "<Component><Node>", "<x xmlns:a='u'>", "</x>", "</Node></Component>");
-    row("behind an end of the object's name", "<Component><Component><Component></Component>", "<x xmlns:a='u'>",
-        "</x>", "</Component></Component>");
-    row("behind ends of items' names", "<Component>", "<Node xmlns:a='u'><Node><Node></Node>", "</Node></Node>",
+    row("after an end of the object's name", "<Component><Component><Component></Component>", "<x xmlns:a='u'>", "</x>",
+        "</Component></Component>");
+    row("after ends of items' names", "<Component>", "<Node xmlns:a='u'><Node><Node></Node>", "</Node></Node>",
         "</Component>");
-    row("behind ends of items' names, which items left", "<Component>",
+    row("after ends of items' names that items left", "<Component>",
         "<Node xmlns:a='u'><ValueItem><Node><Node><ValueItem><ValueItem></ValueItem></ValueItem></Node>",
         "</Node></ValueItem></Node>", "</Component>");
 }
 
-void NamespacesTest::noneAreKeptHoweverDeeplyTheyAreNested()
+void NamespacesTest::deeplyNestedNamespacesAreNotProcessed()
 {
     QFETCH(const QString, begin);
     QFETCH(const QString, nested);
     QFETCH(const QString, ends);
     QFETCH(const QString, end);
-    // That they are not processed shows in the prefix, which nobody declares, and in the time.
+    // An undeclared prefix, and the time, show that they are not processed.
     const auto document = [&](int depth) {
         return begin + nested.repeated(depth) + QStringLiteral("<p:z/>") + ends.repeated(depth) + end;
     };

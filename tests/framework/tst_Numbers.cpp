@@ -33,7 +33,7 @@ double doubleOf(quint64 bits)
     return number;
 }
 
-// Always the same sequence, so that a failure comes again.
+// Always the same sequence, so that failures are reproducible.
 class Random
 {
 public:
@@ -46,7 +46,7 @@ private:
     std::mt19937_64 m_generator{20};
 };
 
-// What a text is read as by each of the four functions. The bits tell -0 from 0, which compare as equal.
+// The results of the four functions for a text. Compares the bits, because -0 and 0 compare equal.
 struct Readings
 {
     int asInt = 0;
@@ -76,7 +76,7 @@ Readings byQt(const QString &text)
     return {text.toInt(), text.toLongLong(), text.toFloat(), text.toDouble()};
 }
 
-// Qt's converter drops one byte order mark, which so is never one of the text.
+// Qt's converter drops one byte order mark, so this one protects a mark in the text.
 Readings byQt(const QByteArray &utf8)
 {
     return byQt(QString::fromStdString("\xEF\xBB\xBF" + utf8.toStdString()));
@@ -95,7 +95,7 @@ Readings byNumbers(const QByteArray &utf8)
             Numbers::toDouble(bytes, size)};
 }
 
-// Null if the text is read as Qt reads it, else how not.
+// The difference to reading the text with Qt; null if there is none.
 QString difference(const QByteArray &ascii)
 {
     const QString text = QString::fromLatin1(ascii);
@@ -108,7 +108,7 @@ QString difference(const QByteArray &ascii)
         .arg(text, ofText.toString(), ofBytes.toString(), expected.toString());
 }
 
-// Null if the number is written as Qt writes it, else how not.
+// The difference to writing the number with Qt; null if there is none.
 QString difference(double number)
 {
     const Numbers::Text text = Numbers::twoDecimals(number);
@@ -118,7 +118,7 @@ QString difference(double number)
     return QStringLiteral("%1: %2, not %3").arg(number, 0, 'g', 17).arg(text.latin1(), expected);
 }
 
-// A number with so many digits, of which so many stand behind the point; without any, there is no point either.
+// A number with this many digits, of which `decimals` are after the point. Without decimals there is no point.
 QByteArray decimalText(Random &random, int digits, int decimals)
 {
     QByteArray text(random.heads() ? "-" : "");
@@ -147,7 +147,7 @@ private:
 
 Q_DECLARE_METATYPE(Readings)
 
-/// Numbers become texts, and texts numbers, exactly as by Qt: by literal texts, and compared with Qt on a great many.
+/// Numbers are converted to texts and back exactly like in Qt. Tests literal texts, and compares many numbers with Qt.
 class NumbersTest : public QObject
 {
     Q_OBJECT
@@ -160,11 +160,11 @@ private Q_SLOTS:
     void aWholeNumberIsWrittenInDecimal();
     void aTextIsReadAsItsNumberOrAs0_data();
     void aTextIsReadAsItsNumberOrAs0();
-    void bytesAreReadAsTheTextTheyAreInUtf8_data();
-    void bytesAreReadAsTheTextTheyAreInUtf8();
-    void nothingIsReadBehindTheEnd();
-    void nothingDependsOnTheLanguage();
-    void ordinaryNumbersTakeNothingFromTheHeap();
+    void bytesAreReadAsUtf8_data();
+    void bytesAreReadAsUtf8();
+    void readingStopsAtTheEnd();
+    void numbersDoNotDependOnTheLanguage();
+    void ordinaryNumbersAllocateNothing();
     void anyDoubleIsWrittenAsByQt();
     void doublesOfOrdinarySizeAreWrittenAsByQt();
     void doublesNextToTiesAreWrittenAsByQt();
@@ -172,7 +172,7 @@ private Q_SLOTS:
     void anyWholeNumberIsWrittenAsByQt();
     void numbersOfAnyLengthAreReadAsByQt();
     void numbersAboutAsLongAsADoubleHoldsAreReadAsByQt();
-    void whatIsWrittenIsReadAsByQt();
+    void writtenNumbersAreReadAsByQt();
     void anyCharactersOfNumbersAreReadAsByQt();
 };
 
@@ -365,7 +365,7 @@ void NumbersTest::aTextIsReadAsItsNumberOrAs0_data()
         << QString(QChar(0x2212)) + QStringLiteral("1") << Readings{-1, -1, -1, -1};
     QTest::newRow("null") << QString() << Readings{};
     QTest::newRow("a NUL inside") << QStringLiteral("1") + QChar(0) + QStringLiteral("2") << Readings{};
-    QTest::newRow("a NUL behind") << QStringLiteral("12") + QChar(0) << Readings{};
+    QTest::newRow("a NUL at the end") << QStringLiteral("12") + QChar(0) << Readings{};
     QTest::newRow("a character whose low byte is a digit") << QString(QChar(0x0131)) + QChar(0x3132) << Readings{};
     QTest::newRow("a byte order mark") << QString(QChar(QChar::ByteOrderMark)) << Readings{};
     QTest::newRow("a byte order mark and a number")
@@ -382,23 +382,23 @@ void NumbersTest::aTextIsReadAsItsNumberOrAs0()
     QVERIFY(byQt(text) == readings);
 }
 
-void NumbersTest::bytesAreReadAsTheTextTheyAreInUtf8_data()
+void NumbersTest::bytesAreReadAsUtf8_data()
 {
     QTest::addColumn<QByteArray>("utf8");
     QTest::addColumn<int>("number");
 
-    QTest::newRow("one mark in front") << QByteArray("\xEF\xBB\xBF"
-                                                     "1")
-                                       << 0;
-    QTest::newRow("two marks in front") << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBF"
-                                                      "1")
-                                        << 0;
+    QTest::newRow("one mark at the start") << QByteArray("\xEF\xBB\xBF"
+                                                         "1")
+                                           << 0;
+    QTest::newRow("two marks at the start") << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBF"
+                                                          "1")
+                                            << 0;
     QTest::newRow("part of a mark") << QByteArray("\xEF\xBB") << 0;
-    QTest::newRow("a mark behind") << QByteArray("1\xEF\xBB\xBF") << 0;
-    QTest::newRow("no UTF-8 behind") << QByteArray("1\xFF") << 0;
-    QTest::newRow("no UTF-8 in front") << QByteArray("\xB1"
-                                                     "1")
-                                       << 0; // '1' but for its highest bit
+    QTest::newRow("a mark at the end") << QByteArray("1\xEF\xBB\xBF") << 0;
+    QTest::newRow("invalid UTF-8 at the end") << QByteArray("1\xFF") << 0;
+    QTest::newRow("invalid UTF-8 at the start") << QByteArray("\xB1"
+                                                              "1")
+                                                << 0; // '1' with its highest bit set
     QTest::newRow("a digit in two bytes") << QByteArray("\xC0\xB1") << 0;
     QTest::newRow("a space that is not ASCII") << QByteArray("\xC2\xA0"
                                                              "12\xE2\x80\x83")
@@ -407,13 +407,13 @@ void NumbersTest::bytesAreReadAsTheTextTheyAreInUtf8_data()
                                                 "2",
                                                 3)
                                   << 0;
-    QTest::newRow("a NUL in front") << QByteArray("\0"
-                                                  "1",
-                                                  2)
-                                    << 0;
+    QTest::newRow("a NUL at the start") << QByteArray("\0"
+                                                      "1",
+                                                      2)
+                                        << 0;
 }
 
-void NumbersTest::bytesAreReadAsTheTextTheyAreInUtf8()
+void NumbersTest::bytesAreReadAsUtf8()
 {
     QFETCH(QByteArray, utf8);
     QFETCH(int, number);
@@ -422,7 +422,7 @@ void NumbersTest::bytesAreReadAsTheTextTheyAreInUtf8()
     QVERIFY(byNumbers(utf8) == byQt(utf8));
 }
 
-void NumbersTest::nothingIsReadBehindTheEnd()
+void NumbersTest::readingStopsAtTheEnd()
 {
     const QString text = QStringLiteral("-12.5678");
     const QByteArray utf8 = text.toLatin1();
@@ -437,8 +437,8 @@ void NumbersTest::nothingIsReadBehindTheEnd()
         QVERIFY(byNumbers(QStringView(text).left(size)) == part(size));
 }
 
-// The languages that write numbers otherwise have a decimal comma, or group digits.
-void NumbersTest::nothingDependsOnTheLanguage()
+// Other languages use a decimal comma or group digits.
+void NumbersTest::numbersDoNotDependOnTheLanguage()
 {
     const QLocale before;
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
@@ -453,7 +453,7 @@ void NumbersTest::nothingDependsOnTheLanguage()
     QVERIFY(point == (Readings{0, 0, 1.5F, 1.5}));
 }
 
-void NumbersTest::ordinaryNumbersTakeNothingFromTheHeap()
+void NumbersTest::ordinaryNumbersAllocateNothing()
 {
     const QString text = QStringLiteral("-12345678.90");
     const QString whole = QStringLiteral("-123456789");
@@ -471,7 +471,7 @@ void NumbersTest::ordinaryNumbersTakeNothingFromTheHeap()
     Heap::watch(nullptr);
     QVERIFY(written > 0 && read < 0);
     QCOMPARE(ofOrdinary.count, 0);
-    QVERIFY(ofHuge.count > 0 || !Heap::isWatched); // by Qt: so what is above was counted
+    QVERIFY(ofHuge.count > 0 || !Heap::isWatched); // converted by Qt, which shows that allocations are counted
 }
 
 void NumbersTest::anyDoubleIsWrittenAsByQt()
@@ -496,7 +496,7 @@ void NumbersTest::doublesOfOrdinarySizeAreWrittenAsByQt()
     }
 }
 
-// Eighths hold the exact ties; thousandths are next to one when they end in 5.
+// Eighths include the exact ties; thousandths that end in 5 are next to one.
 void NumbersTest::doublesNextToTiesAreWrittenAsByQt()
 {
     Random random;
@@ -549,7 +549,7 @@ void NumbersTest::numbersOfAnyLengthAreReadAsByQt()
     }
 }
 
-// 14 to 17 digits: where the sum of two roundings would differ from one.
+// 14 to 17 digits, for which rounding twice would differ from rounding once.
 void NumbersTest::numbersAboutAsLongAsADoubleHoldsAreReadAsByQt()
 {
     Random random;
@@ -561,7 +561,7 @@ void NumbersTest::numbersAboutAsLongAsADoubleHoldsAreReadAsByQt()
     }
 }
 
-void NumbersTest::whatIsWrittenIsReadAsByQt()
+void NumbersTest::writtenNumbersAreReadAsByQt()
 {
     Random random;
     for (int i = 0; i < 150000; ++i) {
@@ -581,7 +581,7 @@ void NumbersTest::anyCharactersOfNumbersAreReadAsByQt()
         QByteArray text;
         for (quint64 left = random.below(10); left > 0; --left)
             text += characters[random.below(sizeof characters - 1)];
-        // Or a number with one character changed.
+        // Sometimes a number with one changed character instead.
         if (random.heads()) {
             text = decimalText(random, 1 + int(random.below(12)), int(random.below(4)));
             text[int(random.below(quint64(text.size())))] = characters[random.below(sizeof characters - 1)];

@@ -30,7 +30,7 @@ public:
     QStringList texts;
 };
 
-// The object to which the steps of a problem lead.
+// The object at the end of a problem's steps.
 const DataObject *objectAt(const DataObject &root, const QVector<Step> &steps)
 {
     const DataObject *object = &root;
@@ -50,15 +50,15 @@ const DataObject *objectAt(const DataObject &root, const QVector<Step> &steps)
 using Change = std::function<void(TunerProperties &)>;
 Q_DECLARE_METATYPE(Change)
 
-/// GetProblems() names every problem, and where it is.
+/// GetProblems() returns every problem and its location.
 class ProblemsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aValidDocumentHasNone() { QCOMPARE(textsOf(aDocument()), QStringList()); }
+    void validDocumentHasNoProblems() { QCOMPARE(textsOf(aDocument()), QStringList()); }
 
-    void everyProblemOfAnObjectIsNamedNotOnlyTheFirst()
+    void everyProblemOfAnObjectIsReported()
     {
         QCOMPARE(textsOf(Component()),
                  (QStringList{QStringLiteral(" -> Component: Please set Node properly."),
@@ -212,7 +212,7 @@ private Q_SLOTS:
     }
 
     // They are written without it.
-    void anObjectWithoutDataThatItsParentLeavesOutIsNoProblem()
+    void objectWithoutDataThatItsParentOmitsIsNotAProblem()
     {
         TunerProperties document = aDocument();
         document.GetStartupModes().SetStartupMode({});
@@ -265,7 +265,7 @@ private Q_SLOTS:
         QVERIFY(problem.xmlOnly);
     }
 
-    void everyTextThatWouldBeWrittenIsLookedAtAndNoOther()
+    void onlyTextsThatWouldBeWrittenAreChecked()
     {
         TunerProperties document = aDocument();
         const QString bell(QChar(7));
@@ -290,7 +290,7 @@ private Q_SLOTS:
                  }));
     }
 
-    void whatADerivedClassChecksIsAProblem()
+    void failedCheckOfADerivedClassIsAProblem()
     {
         class Strict : public TunerProperties
         {
@@ -315,7 +315,7 @@ private Q_SLOTS:
             QStringList{QStringLiteral(" -> TunerProperties: HasData() returns false, so nothing would be written")});
     }
 
-    void whateverADerivedClassThrowsIsAProblem()
+    void everyExceptionOfADerivedClassIsAProblem()
     {
         class Strict : public TunerProperties
         {
@@ -374,14 +374,14 @@ private Q_SLOTS:
         }
         QVERIFY(!document.SaveXml(path));
 
-        // Texts of the base that XML cannot carry are reported by their members.
+        // A text of the base class that XML cannot represent is reported with its member.
         document.Setname(QString(QChar(7)));
         QCOMPARE(textsOf(document),
                  QStringList{QStringLiteral(" -> TunerProperties: name contains U+0007 at position 1, which XML cannot "
                                             "carry; remove it, or save tagged records, which can")});
     }
 
-    void aChildIsToldByItsName_data()
+    void childIsIdentifiedByItsName_data()
     {
         addColumns();
         addCase<ValueBoolean>("ValueBoolean \"a\" -> ValueBoolean: Please set value properly.", named<ValueBoolean>());
@@ -409,9 +409,9 @@ private Q_SLOTS:
         }());
     }
 
-    void aChildIsToldByItsName() { lastProblemIsAsExpected(); }
+    void childIsIdentifiedByItsName() { lastProblemIsAsExpected(); }
 
-    void aChildWithoutNameIsNotToldByItsOtherTexts_data()
+    void childWithoutNameIsNotIdentifiedByItsOtherTexts_data()
     {
         addColumns();
         addCase<ValueString>("ValueString -> ValueString: Please set id properly.", [] {
@@ -435,9 +435,9 @@ private Q_SLOTS:
         }());
     }
 
-    void aChildWithoutNameIsNotToldByItsOtherTexts() { lastProblemIsAsExpected(); }
+    void childWithoutNameIsNotIdentifiedByItsOtherTexts() { lastProblemIsAsExpected(); }
 
-    void anItemWithoutNameIsToldByItsPlaceAlone()
+    void itemWithoutNameIsIdentifiedByItsPosition()
     {
         TunerProperties document = aDocument();
         document.GetComponent()[0].Resetname();
@@ -448,7 +448,7 @@ private Q_SLOTS:
                               QStringLiteral("Component 1 -> Component: Please set name properly.")}));
     }
 
-    void optionsAreToldByTheirNamesAndTextsOfAListByTheirPlaces()
+    void optionsAreIdentifiedByTheirNamesAndTextsOfAListByTheirPositions()
     {
         ValueSelection selection;
         SelectionItem option;
@@ -462,7 +462,7 @@ private Q_SLOTS:
         QCOMPARE(textsOf(list).constFirst(), QStringLiteral("StringItem 1 -> StringItem: Please set value properly."));
     }
 
-    void theStartupModesHaveNeitherNameNorPlace()
+    void startupModesHaveNeitherNameNorPosition()
     {
         TunerProperties document = aDocument();
         document.SetStartupModes(StartupModes());
@@ -470,7 +470,7 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("StartupModes -> StartupModes: Please set StartupMode properly.")});
     }
 
-    void alternativesThatAreNotChosenAreNoProblem()
+    void unchosenAlternativesAreNotAProblem()
     {
         ValueItem item;
         item.GetValueString();
@@ -530,7 +530,7 @@ private:
         QTest::addColumn<QString>("expected");
     }
 
-    /// A row for an item that has chosen the value, and for what is said about that value.
+    /// A row for an item that has chosen the value, with the expected problem of that value.
     template <class T>
     static void addCase(const char *expected, const T &value)
     {

@@ -11,7 +11,7 @@ using REPORTGENERATOR::Logger;
 
 namespace {
 
-// How many objects of the tree have this flag and this logger.
+// The number of objects of the tree with this flag and this logger.
 int following(const DataObject &root, bool validate, const std::shared_ptr<Logger> &logger)
 {
     return WholeTree::count(root, [&](const DataObject &object) {
@@ -19,7 +19,7 @@ int following(const DataObject &root, bool validate, const std::shared_ptr<Logge
     });
 }
 
-// An object that shows when it is handed over, by being asked from outside a read.
+// Makes ProcessXmlStartElement() public, which shows when the object propagates.
 class OpenTunerProperties : public TunerProperties
 {
 public:
@@ -31,38 +31,38 @@ public:
 using Entry = std::function<void(TunerProperties &)>;
 Q_DECLARE_METATYPE(Entry)
 
-/// The whole tree follows the validate flag and the logger of its root.
+/// The whole tree inherits the validate flag and the logger of its root.
 class PropagationTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyEntryPointHandsFlagAndLoggerToTheWholeTree_data();
-    void everyEntryPointHandsFlagAndLoggerToTheWholeTree();
+    void everyEntryPointPropagatesFlagAndLoggerToTheWholeTree_data();
+    void everyEntryPointPropagatesFlagAndLoggerToTheWholeTree();
     void settingFlagOrLoggerReachesTheWholeTreeAtOnce();
-    void settersAndAppendingHandNothingDown();
+    void settersAndAppendingPropagateNothing();
     void anAppendedItemKeepsItsFlagAndLosesItsLogger();
     void itemsOfAListThatIsSetKeepFlagsAndLoggers_data();
     void itemsOfAListThatIsSetKeepFlagsAndLoggers();
-    void aNewBlockHandsDown();
-    void readingXmlHandsDownAtTheFirstChildElement();
-    void readingXmlWithoutChildElementsHandsNothingDown();
-    void whatIsReadFromXmlHasTheRootsFlagAndLogger();
-    void whatIsReadFromARecordHasTheRootsFlagAndLogger();
-    void whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger();
-    void aSingleChildElementReadFromOutsideHandsDownEachTime();
-    void aFailedReadDoesNotKeepLaterOnesFromHandingDown();
-    void alternativesThatWereNeverUsedFollowTheirItem();
-    void whatIsHandedToANewItemLeavesItWithoutData();
+    void newBlockPropagatesFlagAndLogger();
+    void readingXmlPropagatesAtTheFirstChildElement();
+    void readingXmlWithoutChildElementsPropagatesNothing();
+    void objectsReadFromXmlInheritTheRootsFlagAndLogger();
+    void objectsReadFromARecordInheritTheRootsFlagAndLogger();
+    void objectsReadFromASnapshotInheritTheRootsFlagButNoLogger();
+    void singleChildElementReadFromOutsidePropagatesEachTime();
+    void failedReadDoesNotPreventLaterPropagation();
+    void unusedAlternativesInheritFromTheirItem();
+    void propagatingToANewItemCreatesNoData();
     void aResetChildKeepsFlagAndLogger();
-    void mergingHandsNothingDown();
-    void theFlagOfACopyGoesDownItsWholeTree();
-    void aDerivedClassDecidesWhatItMakesOfTheFlag();
-    void aCheckThatFailsHasHandedDownAllTheSame();
-    void childrenThatAreNotSetAreHandedDownTo();
+    void mergingPropagatesNothing();
+    void copyPropagatesItsFlagToItsWholeTree();
+    void derivedClassMayChangeThePropagatedFlag();
+    void failedCheckPropagatesFlagAndLogger();
+    void unsetChildrenInheritFlagAndLogger();
 };
 
-void PropagationTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
+void PropagationTest::everyEntryPointPropagatesFlagAndLoggerToTheWholeTree_data()
 {
     QTest::addColumn<Entry>("entry");
     QTest::newRow("Check()") << Entry([](TunerProperties &o) { o.Check(); });
@@ -72,7 +72,7 @@ void PropagationTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree_data()
     QTest::newRow("SetBinary") << Entry([](TunerProperties &o) { readRecord(o, bytes("00 00 00 00")); });
 }
 
-void PropagationTest::everyEntryPointHandsFlagAndLoggerToTheWholeTree()
+void PropagationTest::everyEntryPointPropagatesFlagAndLoggerToTheWholeTree()
 {
     QFETCH(Entry, entry);
     for (const bool validate : {true, false}) {
@@ -98,12 +98,12 @@ void PropagationTest::settingFlagOrLoggerReachesTheWholeTreeAtOnce()
     QCOMPARE(following(document, false, logger), 10);
 }
 
-void PropagationTest::settersAndAppendingHandNothingDown()
+void PropagationTest::settersAndAppendingPropagateNothing()
 {
     TunerProperties document;
     document.SetValidate(false);
     document.SetLogger(std::make_shared<Logger>());
-    document.Setname(QStringLiteral("x")); // the block is there now
+    document.Setname(QStringLiteral("x")); // creates the block
 
     StartupModes modes;
     modes.AppendStartupMode(StartupModes::StartupMode::DF);
@@ -165,13 +165,13 @@ void PropagationTest::itemsOfAListThatIsSetKeepFlagsAndLoggers()
     QCOMPARE(setItem.GetValueString().GetLogger(), ofValue); // not used before
     QCOMPARE(setItem.GetValueString().GetValidate(), false);
 
-    document.SetLogger(ofNode); // which reaches the items of the document, and not those of the caller
+    document.SetLogger(ofNode); // reaches the items of the document, but not those of the caller
     QCOMPARE(set[0].GetLogger(), ofNode);
     if (isHeld)
         QVERIFY(!held[0].GetLogger());
 }
 
-void PropagationTest::aNewBlockHandsDown()
+void PropagationTest::newBlockPropagatesFlagAndLogger()
 {
     TunerProperties document;
     const auto logger = std::make_shared<Logger>();
@@ -182,7 +182,7 @@ void PropagationTest::aNewBlockHandsDown()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-void PropagationTest::readingXmlHandsDownAtTheFirstChildElement()
+void PropagationTest::readingXmlPropagatesAtTheFirstChildElement()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -191,7 +191,7 @@ void PropagationTest::readingXmlHandsDownAtTheFirstChildElement()
     QCOMPARE(following(document, false, nullptr), 10);
 }
 
-void PropagationTest::readingXmlWithoutChildElementsHandsNothingDown()
+void PropagationTest::readingXmlWithoutChildElementsPropagatesNothing()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -199,7 +199,7 @@ void PropagationTest::readingXmlWithoutChildElementsHandsNothingDown()
     QCOMPARE(following(document, false, nullptr), 1);
 }
 
-void PropagationTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
+void PropagationTest::objectsReadFromXmlInheritTheRootsFlagAndLogger()
 {
     const QString xml = xmlOf(aDocument());
     for (const bool validate : {true, false}) {
@@ -212,7 +212,7 @@ void PropagationTest::whatIsReadFromXmlHasTheRootsFlagAndLogger()
     }
 }
 
-void PropagationTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
+void PropagationTest::objectsReadFromARecordInheritTheRootsFlagAndLogger()
 {
     const QByteArray record = recordOf(aDocument());
     for (const bool validate : {true, false}) {
@@ -225,20 +225,20 @@ void PropagationTest::whatIsReadFromARecordHasTheRootsFlagAndLogger()
     }
 }
 
-void PropagationTest::whatIsReadFromASnapshotHasTheRootsFlagAndNoLogger()
+void PropagationTest::objectsReadFromASnapshotInheritTheRootsFlagButNoLogger()
 {
     TunerProperties document;
     document.SetValidate(false);
     document.SetLogger(std::make_shared<Logger>());
     QCOMPARE(readSnapshot(document, snapshotOf(aDocument())), 0);
     QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetValidate(); }), 10);
-    // the items came by the append rule, which never brings a logger; the document and its modes have theirs
+    // appended items have no logger; the document and its modes keep theirs
     QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetLogger(); }), 8);
     document.Check();
     QCOMPARE(WholeTree::count(document, [](const DataObject &o) { return !o.GetLogger(); }), 0);
 }
 
-void PropagationTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
+void PropagationTest::singleChildElementReadFromOutsidePropagatesEachTime()
 {
     OpenTunerProperties document;
     document.SetBandwidthSelection({aBandwidth()});
@@ -251,7 +251,7 @@ void PropagationTest::aSingleChildElementReadFromOutsideHandsDownEachTime()
     }
 }
 
-void PropagationTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
+void PropagationTest::failedReadDoesNotPreventLaterPropagation()
 {
     TunerProperties document = aDocument();
     const QString failing = QStringLiteral("<TunerProperties Version=\"1.1\"><Foo/></TunerProperties>");
@@ -263,7 +263,7 @@ void PropagationTest::aFailedReadDoesNotKeepLaterOnesFromHandingDown()
     QCOMPARE(following(document, false, nullptr), 10);
 }
 
-void PropagationTest::alternativesThatWereNeverUsedFollowTheirItem()
+void PropagationTest::unusedAlternativesInheritFromTheirItem()
 {
     ValueItem item;
     item.SetValidate(false);
@@ -280,21 +280,22 @@ void PropagationTest::alternativesThatWereNeverUsedFollowTheirItem()
     QCOMPARE(std::as_const(item).GetValueString().GetLogger(), later);
     QCOMPARE(std::as_const(item).GetValueBoolean().GetLogger(), later); // not used before
 
-    // Assignment hands nothing down: the alternatives of the shared data have what their first owner was given.
+    // Assignment propagates nothing: the alternatives of the shared data keep the flag and the logger of the first
+    // owner.
     ValueItem assigned;
     assigned.SetValidate(false);
     assigned = item;
     QCOMPARE(assigned.GetValidate(), false);
     QCOMPARE(std::as_const(assigned).GetValueInt().GetValidate(), true);
 
-    // A copy takes the flag through its whole tree, and no logger.
+    // A copy propagates the flag to its whole tree, but no logger.
     item.REPORTGENERATOR::IRGObject::SetValidate(false);
     const ValueItem copy(item);
     QCOMPARE(copy.GetValueInt64().GetValidate(), false);
     QVERIFY(!copy.GetValueInt64().GetLogger());
 }
 
-void PropagationTest::whatIsHandedToANewItemLeavesItWithoutData()
+void PropagationTest::propagatingToANewItemCreatesNoData()
 {
     ValueItem item;
     item.SetValidate(false);
@@ -315,7 +316,7 @@ void PropagationTest::aResetChildKeepsFlagAndLogger()
     QCOMPARE(std::as_const(document).GetStartupModes().GetLogger(), logger);
 }
 
-void PropagationTest::mergingHandsNothingDown()
+void PropagationTest::mergingPropagatesNothing()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false);
@@ -325,7 +326,7 @@ void PropagationTest::mergingHandsNothingDown()
     QCOMPARE(following(document, false, nullptr), 1);
 }
 
-void PropagationTest::theFlagOfACopyGoesDownItsWholeTree()
+void PropagationTest::copyPropagatesItsFlagToItsWholeTree()
 {
     TunerProperties document = aDocument();
     document.REPORTGENERATOR::IRGObject::SetValidate(false); // the root alone
@@ -333,9 +334,9 @@ void PropagationTest::theFlagOfACopyGoesDownItsWholeTree()
     QCOMPARE(following(copy, false, nullptr), 10);
 }
 
-void PropagationTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
+void PropagationTest::derivedClassMayChangeThePropagatedFlag()
 {
-    // validates until it is handed over for the first time
+    // validates until it propagates for the first time
     class Lenient : public TunerProperties
     {
     public:
@@ -358,7 +359,7 @@ void PropagationTest::aDerivedClassDecidesWhatItMakesOfTheFlag()
     QVERIFY(!recordOf(writesARecord).isEmpty());
 }
 
-void PropagationTest::aCheckThatFailsHasHandedDownAllTheSame()
+void PropagationTest::failedCheckPropagatesFlagAndLogger()
 {
     TunerProperties document = aDocument(5);
     document.GetComponent()[0].GetNode()[1].Resetid();
@@ -369,7 +370,7 @@ void PropagationTest::aCheckThatFailsHasHandedDownAllTheSame()
     QCOMPARE(following(document, true, logger), WholeTree::size(document));
 }
 
-void PropagationTest::childrenThatAreNotSetAreHandedDownTo()
+void PropagationTest::unsetChildrenInheritFlagAndLogger()
 {
     TunerProperties document = aDocument();
     document.ResetStartupModes();

@@ -13,7 +13,7 @@ Q_DECLARE_METATYPE(Read)
 
 namespace {
 
-/// More items than a list reserves room for at once, and a number up to which no list grows by itself.
+/// More items than a reader reserves memory for at once, and a number that no list reaches by its own growth.
 constexpr int many = 37;
 
 template <class Item>
@@ -53,7 +53,7 @@ TunerProperties largeDocument()
     return document;
 }
 
-/// The room of every list of objects of such a document beyond its items.
+/// The unused capacity of every list of objects of such a document.
 QVector<int> spareRoom(const TunerProperties &document)
 {
     const auto spare = [](const auto &list) { return list.size() == many ? list.capacity() - many : -1; };
@@ -71,7 +71,7 @@ QVector<int> spareRoom(const TunerProperties &document)
 
 } // namespace
 
-/// How much memory lists keep for items to come.
+/// The memory that lists reserve for further items.
 class RoomOfListsTest : public QObject
 {
     Q_OBJECT
@@ -126,7 +126,7 @@ void RoomOfListsTest::roomThatACallerReservedIsKept()
     QCOMPARE(spareRoom(std::as_const(object)), (QVector<int>{63, 0, 0, 0, 0, 0}));
 }
 
-/// No count makes a reader reserve room for more than 4,096 items; further ones make the list grow by itself.
+/// A reader never reserves memory for more than 4,096 items; with more items the list grows by itself.
 void RoomOfListsTest::longListsHaveNoSpareRoomEither()
 {
     constexpr int veryMany = 4999;

@@ -11,7 +11,7 @@ using namespace JobXml;
 using Use = std::function<void(const TunerProperties &)>;
 Q_DECLARE_METATYPE(Use)
 
-/// Objects share their data after assignment, and nobody can tell.
+/// Objects share their data after assignment, without any visible effect.
 class SharingTest : public QObject
 {
     Q_OBJECT
@@ -22,17 +22,17 @@ private Q_SLOTS:
     void aCopyIsNotSharedAtAll();
     void aReferenceHeldDuringAnAssignmentReachesBothObjects();
     void aReferenceHeldDuringACopyReachesTheOriginalAlone();
-    void flagsOfSharedTreesAreApart();
+    void sharedTreesHaveSeparateFlags();
     void listsThatACallerHoldsDoNotFollowTheObject();
-    void listsGivenToAnObjectDoNotFollowIt();
-    void everyUseLetsGoOfAListThatACallerHolds_data();
-    void everyUseLetsGoOfAListThatACallerHolds();
+    void listsPassedToAnObjectDoNotFollowIt();
+    void everyUseDetachesAListThatACallerHolds_data();
+    void everyUseDetachesAListThatACallerHolds();
     void theRoomOfAnEmptiedListIsNotSharedEither();
     void twoObjectsNeverShareAnItem();
     void twoObjectsNeverShareTheirModes();
     void equalTreesWithANaNInsideDifferEvenWhenShared();
-    void constGettersDoNotMark();
-    void nonConstGettersMark();
+    void constGettersSetNoFlag();
+    void nonConstGettersSetTheFlag();
     void referencesToAlternativesStayValid();
     void comparingLeavesItemsInitializedButNotThoseOfAListThatACallerHolds();
 };
@@ -43,7 +43,7 @@ void SharingTest::assignedObjectsShareUntilOneIsUsed()
     const QVector<Component> *originalList = &original.GetComponent();
     TunerProperties assigned;
     assigned = original;
-    // the side that is used first takes data of its own; the other keeps what was there
+    // the side that is used first creates data of its own; the other one keeps the shared data
     QVERIFY(&std::as_const(assigned).GetComponent() != originalList);
     QCOMPARE(&original.GetComponent(), originalList);
 }
@@ -62,7 +62,7 @@ void SharingTest::writingToOneSideLeavesTheOtherAsItWas()
     QCOMPARE(std::as_const(assigned).GetValueItem().size(), 1);
 }
 
-// As documented: nobody knows of references that callers hold.
+// As documented: the library does not know the references of callers.
 void SharingTest::aReferenceHeldDuringAnAssignmentReachesBothObjects()
 {
     TunerProperties original = aDocument();
@@ -95,7 +95,7 @@ void SharingTest::aCopyIsNotSharedAtAll()
     QVERIFY(copy.GetNode().constData() != original.GetNode().constData());
 }
 
-void SharingTest::flagsOfSharedTreesAreApart()
+void SharingTest::sharedTreesHaveSeparateFlags()
 {
     TunerProperties original = aDocument();
     TunerProperties assigned;
@@ -114,7 +114,7 @@ void SharingTest::listsThatACallerHoldsDoNotFollowTheObject()
     QVERIFY(held.at(0).GetValidate());
 }
 
-void SharingTest::listsGivenToAnObjectDoNotFollowIt()
+void SharingTest::listsPassedToAnObjectDoNotFollowIt()
 {
     const QVector<Component> given{aComponent()};
     TunerProperties document;
@@ -124,7 +124,7 @@ void SharingTest::listsGivenToAnObjectDoNotFollowIt()
     QVERIFY(given.at(0).GetValidate());
 }
 
-void SharingTest::everyUseLetsGoOfAListThatACallerHolds_data()
+void SharingTest::everyUseDetachesAListThatACallerHolds_data()
 {
     QTest::addColumn<Use>("use");
     QTest::newRow("getters") << Use([](const TunerProperties &o) {
@@ -140,8 +140,8 @@ void SharingTest::everyUseLetsGoOfAListThatACallerHolds_data()
     QTest::newRow("==") << Use([](const TunerProperties &o) { QVERIFY(o == o); });
 }
 
-// For then the list can be used by another thread than the object.
-void SharingTest::everyUseLetsGoOfAListThatACallerHolds()
+// Then another thread may use the list while the object is used.
+void SharingTest::everyUseDetachesAListThatACallerHolds()
 {
     QFETCH(Use, use);
     const TunerProperties document = aDocument();
@@ -231,7 +231,7 @@ void SharingTest::equalTreesWithANaNInsideDifferEvenWhenShared()
     QVERIFY(assigned != node);
 }
 
-void SharingTest::constGettersDoNotMark()
+void SharingTest::constGettersSetNoFlag()
 {
     const TunerProperties document;
     QVERIFY(document.GetComponent().isEmpty());
@@ -247,7 +247,7 @@ void SharingTest::constGettersDoNotMark()
     QCOMPARE(item.GetChoiceValueItem(), ValueItem::ChoiceValueItem::None);
 }
 
-void SharingTest::nonConstGettersMark()
+void SharingTest::nonConstGettersSetTheFlag()
 {
     TunerProperties document;
     document.GetComponent();

@@ -11,7 +11,7 @@
 
 namespace {
 
-// The virtual operations of the base object in the order of their slots, as other libraries call them.
+// The virtual operations of the base object in the order of their slots, on which other libraries depend.
 const char *const slots46[] = {
     "HasData() const",
     "Reset()",
@@ -74,7 +74,7 @@ QString unqualified(const QString &function)
     return function.mid(function.lastIndexOf(QStringLiteral("::"), parameters) + 2);
 }
 
-// The function in slot i of a class's virtual table, behind the offset and the type information.
+// The function in slot i of a class's virtual table. The offset and the type information precede the slots.
 QString functionInSlot(const QString &className, int slot)
 {
     const QByteArray symbol = QStringLiteral("_ZTVN6JobXml%1%2E").arg(className.size()).arg(className).toLatin1();
@@ -96,7 +96,7 @@ class SlotOrderTest : public QObject
 private Q_SLOTS:
     void initTestCase() { JobXml::TunerProperties::GetId(); } // keeps the library linked
 
-    // Programs that were built against an earlier version have objects of that size.
+    // Programs that were built with an earlier version depend on this size.
     void objectsHaveTheAgreedSize()
     {
         QCOMPARE(sizeof(JobXml::DataObject), std::size_t(40));
@@ -104,14 +104,14 @@ private Q_SLOTS:
         QCOMPARE(sizeof(JobXml::ValueItem), std::size_t(40));
     }
 
-    void theVirtualOperationsStandInTheAgreedSlots_data()
+    void virtualOperationsAreInTheAgreedSlots_data()
     {
         QTest::addColumn<QString>("className");
         for (const QString &name : Model::classes())
             QTest::newRow(qPrintable(name)) << name;
     }
 
-    void theVirtualOperationsStandInTheAgreedSlots()
+    void virtualOperationsAreInTheAgreedSlots()
     {
         QFETCH(QString, className);
         const QString destructor = QLatin1Char('~') + className + QStringLiteral("()");

@@ -10,7 +10,7 @@ using REPORTGENERATOR::Logger;
 
 namespace {
 
-// Whatever a program may do with a document of its own.
+// Uses a document in every way that a program may.
 bool useInEveryWay(TunerProperties &document, bool validate)
 {
     document.SetValidate(validate);
@@ -57,7 +57,7 @@ bool useTwoAtOnce(TunerProperties &first, TunerProperties &second)
 const QString notWellFormed = QStringLiteral("<TunerProperties Version=");
 const QString whyNot = QStringLiteral("XML text:1:25: Premature end of document.");
 
-/// Counts the messages that are as expected; safe to call from several threads, as a shared logger must be.
+/// Counts expected and other messages. Thread-safe, as required of a shared logger.
 class CountingLogger : public Logger
 {
 public:
@@ -83,7 +83,7 @@ void countMessage(QtMsgType type, const QMessageLogContext &context, const QStri
     ++(expected ? expectedMessages : otherMessages);
 }
 
-/// What a program does to publish a document: whoever wants it takes it under a lock and uses it outside.
+/// A published document: readers copy it while holding a lock and use the copy afterwards.
 class Published
 {
 public:
@@ -114,7 +114,7 @@ void refuse(TunerProperties &document)
 
 } // namespace
 
-/// Two objects may be used by two threads, one each, whatever they shared before. Meaningful under a thread sanitizer.
+/// Two threads may use one object each, whatever data the objects share. Meaningful with a thread sanitizer.
 class ThreadsTest : public QObject
 {
     Q_OBJECT
@@ -154,8 +154,8 @@ private Q_SLOTS:
         }
     }
 
-    // The last one to leave writes where all have read.
-    void whoIsLeftAloneWithTheDataSeesAllThatTheOthersDid()
+    // The last owner writes to the data that all have read.
+    void lastOwnerOfTheDataSeesAllChangesOfTheOthers()
     {
         for (int round = 0; round < 200; ++round) {
             TunerProperties documents[3];
@@ -269,7 +269,7 @@ private Q_SLOTS:
         QCOMPARE(otherMessages.load(), 0);
     }
 
-    void aLoggerGoesWithTheLastDocumentThatHasIt()
+    void loggerIsDestroyedWithTheLastDocumentThatUsesIt()
     {
         for (int round = 0; round < 100; ++round) {
             auto logger = std::make_shared<Logger>();
@@ -283,7 +283,7 @@ private Q_SLOTS:
         }
     }
 
-    void documentsThatWereGivenOneListAreUsedAtOnce()
+    void documentsWithTheSameListAreUsedAtOnce()
     {
         const QVector<Component> list{aComponent()};
         TunerProperties first = aDocument();

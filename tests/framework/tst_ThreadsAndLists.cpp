@@ -14,8 +14,8 @@ namespace {
 
 constexpr int rounds = 100; // so that the threads meet at many places
 
-/// What a thread does with an object of its own: gives it a flag and a logger, uses it in every way that walks over its
-/// tree, and looks whether all of it follows this thread and not the other.
+/// The work of a thread on an object of its own: sets a flag and a logger, uses the object in every way that traverses
+/// its tree, and checks that the whole tree has this thread's flag and logger.
 template <class Object>
 class User
 {
@@ -38,7 +38,7 @@ public:
         });
     }
 
-    /// How it differed from what the object alone would have shown; null if it did not.
+    /// The difference to using the object alone; null if there is none.
     QString complaint(const Object &alone) const
     {
         if (!m_failure.isNull())
@@ -61,7 +61,7 @@ private:
     int m_strangers = -1;
 };
 
-/// Uses both at once, one validating and one not, and compares with the same uses of `firstAlone` and `secondAlone`.
+/// Uses both at once, one of them validating, and compares them with `firstAlone` and `secondAlone` after the same use.
 template <class First, class Second>
 QString usedAtOnce(First &first, const First &firstAlone, Second &second, const Second &secondAlone, int round)
 {
@@ -82,8 +82,7 @@ StartupModes someModes()
 
 } // namespace
 
-/// Items and lists that two threads' objects came by in any way may be used at once. Meaningful under a thread
-/// sanitizer.
+/// Two threads may use items and lists at once, however the objects received them. Meaningful with a thread sanitizer.
 class ThreadsAndListsTest : public QObject
 {
     Q_OBJECT
@@ -92,15 +91,15 @@ private Q_SLOTS:
     void anItemCopiedOutOfAListIsUsedBesideItsDocument();
     void anItemAssignedFromAListIsUsedBesideItsDocument();
     void anItemAssignedIntoAnotherDocumentIsUsedBesideTheFirst();
-    void aListThatWasCopiedAndLetGoByItsDocumentIsUsedBesideIt();
+    void copiedListThatItsDocumentReleasedIsUsedBesideIt();
     void aListThatWasCopiedAndModifiedIsUsedBesideItsDocument();
-    void aListThatAnotherDocumentWasGivenIsUsedBesideTheFirst();
+    void listSetInAnotherDocumentIsUsedBesideTheFirst();
     void aListPutInThroughAReferenceIsUsedBesideItsFormerOwner();
-    void aChildObjectIsUsedBesideTheDocumentThatWasGivenIt();
-    void anAlternativeIsUsedBesideTheItemThatWasGivenIt();
-    void movedAndSwappedDocumentsAreUsedBesideWhatTheySharedWith();
-    void modesThatWereGivenToTwoObjectsAreExtendedAtOnce();
-    void modesThatWereCopiedAndLetGoAreExtendedAtOnce();
+    void childObjectIsUsedBesideTheDocumentThatItWasSetIn();
+    void alternativeIsUsedBesideTheItemThatItWasSetIn();
+    void movedAndSwappedDocumentsAreUsedBesideFormerOwnersOfTheirData();
+    void modesSetInTwoObjectsAreExtendedAtOnce();
+    void copiedAndReleasedModesAreExtendedAtOnce();
     void emptiedListsAreFilledAtOnce();
     void itemsWithoutDataAreComparedAtOnce();
 };
@@ -115,7 +114,7 @@ void ThreadsAndListsTest::anItemCopiedOutOfAListIsUsedBesideItsDocument()
     }
 }
 
-// Here the item shares its data with the one in the list.
+// In this case the item shares its data with the one in the list.
 void ThreadsAndListsTest::anItemAssignedFromAListIsUsedBesideItsDocument()
 {
     for (int round = 0; round < rounds; ++round) {
@@ -138,8 +137,8 @@ void ThreadsAndListsTest::anItemAssignedIntoAnotherDocumentIsUsedBesideTheFirst(
     }
 }
 
-// Using the document once more makes it let go of what the list shares with it.
-void ThreadsAndListsTest::aListThatWasCopiedAndLetGoByItsDocumentIsUsedBesideIt()
+// Using the document once more detaches its list from the copy.
+void ThreadsAndListsTest::copiedListThatItsDocumentReleasedIsUsedBesideIt()
 {
     for (int round = 0; round < rounds; ++round) {
         TunerProperties document = aDocument();
@@ -171,7 +170,7 @@ void ThreadsAndListsTest::aListThatWasCopiedAndModifiedIsUsedBesideItsDocument()
     }
 }
 
-void ThreadsAndListsTest::aListThatAnotherDocumentWasGivenIsUsedBesideTheFirst()
+void ThreadsAndListsTest::listSetInAnotherDocumentIsUsedBesideTheFirst()
 {
     for (int round = 0; round < rounds; ++round) {
         TunerProperties first = aDocument();
@@ -188,7 +187,7 @@ void ThreadsAndListsTest::aListPutInThroughAReferenceIsUsedBesideItsFormerOwner(
         TunerProperties first = aDocument();
         TunerProperties second = aDocument(1);
         second.GetComponent() = std::as_const(first).GetComponent();
-        std::as_const(second).GetComponent(); // lets go
+        std::as_const(second).GetComponent(); // detaches
         TunerProperties third;
         third = second;
         User<TunerProperties> users[] = {{first, true}, {second, false}, {third, round % 2 == 0}};
@@ -198,7 +197,7 @@ void ThreadsAndListsTest::aListPutInThroughAReferenceIsUsedBesideItsFormerOwner(
     }
 }
 
-void ThreadsAndListsTest::aChildObjectIsUsedBesideTheDocumentThatWasGivenIt()
+void ThreadsAndListsTest::childObjectIsUsedBesideTheDocumentThatItWasSetIn()
 {
     for (int round = 0; round < rounds; ++round) {
         TunerProperties document = aDocument();
@@ -210,7 +209,7 @@ void ThreadsAndListsTest::aChildObjectIsUsedBesideTheDocumentThatWasGivenIt()
     }
 }
 
-void ThreadsAndListsTest::anAlternativeIsUsedBesideTheItemThatWasGivenIt()
+void ThreadsAndListsTest::alternativeIsUsedBesideTheItemThatItWasSetIn()
 {
     for (int round = 0; round < rounds; ++round) {
         ValueItem item;
@@ -230,7 +229,7 @@ void ThreadsAndListsTest::anAlternativeIsUsedBesideTheItemThatWasGivenIt()
     }
 }
 
-void ThreadsAndListsTest::movedAndSwappedDocumentsAreUsedBesideWhatTheySharedWith()
+void ThreadsAndListsTest::movedAndSwappedDocumentsAreUsedBesideFormerOwnersOfTheirData()
 {
     for (int round = 0; round < rounds; ++round) {
         TunerProperties first = aDocument();
@@ -262,14 +261,14 @@ void ThreadsAndListsTest::movedAndSwappedDocumentsAreUsedBesideWhatTheySharedWit
     }
 }
 
-void ThreadsAndListsTest::modesThatWereGivenToTwoObjectsAreExtendedAtOnce()
+void ThreadsAndListsTest::modesSetInTwoObjectsAreExtendedAtOnce()
 {
     for (int round = 0; round < rounds; ++round) {
         StartupModes first;
         StartupModes second;
         {
             QVector<StartupModes::StartupMode> list = someModes().GetStartupMode();
-            list.reserve(4); // room for another one in place
+            list.reserve(4); // memory for another one
             first.SetStartupMode(list);
             second.SetStartupMode(list);
         }
@@ -284,7 +283,7 @@ void ThreadsAndListsTest::modesThatWereGivenToTwoObjectsAreExtendedAtOnce()
     }
 }
 
-void ThreadsAndListsTest::modesThatWereCopiedAndLetGoAreExtendedAtOnce()
+void ThreadsAndListsTest::copiedAndReleasedModesAreExtendedAtOnce()
 {
     for (int round = 0; round < rounds; ++round) {
         StartupModes object = someModes();
@@ -304,7 +303,7 @@ void ThreadsAndListsTest::modesThatWereCopiedAndLetGoAreExtendedAtOnce()
     }
 }
 
-// A list without items may have room for some, and that is not shared either.
+// A list without items may have reserved memory, which is not shared either.
 void ThreadsAndListsTest::emptiedListsAreFilledAtOnce()
 {
     for (int round = 0; round < rounds; ++round) {
@@ -336,7 +335,7 @@ void ThreadsAndListsTest::emptiedListsAreFilledAtOnce()
     }
 }
 
-// Comparing leaves them initialized, each object its own.
+// Comparing initializes them, separately in each object.
 void ThreadsAndListsTest::itemsWithoutDataAreComparedAtOnce()
 {
     const auto nodeWith = [](const ValueItem &item) {

@@ -16,7 +16,7 @@ using namespace JobXml;
 
 namespace {
 
-/// What a visitor sees of a value.
+/// The text of a value.
 QString textOf(const QVariant &value)
 {
     QString text;
@@ -30,7 +30,7 @@ QString textOf(const QVariant &value)
     return text;
 }
 
-/// A line for each member: what it is, its value or how many children it has, and its flag.
+/// A line for each member: kind, name, value or number of children, and flag.
 QStringList linesOf(const DataObject &object, const QString &indent = QString())
 {
     QStringList lines;
@@ -70,7 +70,7 @@ bool setValue(DataObject &object, const char *name, const QVariant &value)
     return done;
 }
 
-/// The names of the members that a question is answered with yes for.
+/// The names of the members for which the function returns true.
 template <class Question>
 QString namesWhere(const DataObject &object, Question question)
 {
@@ -101,7 +101,7 @@ void note(const MemberView &member)
 
 } // namespace
 
-/// Visitors see every member, in order, and change what they are allowed to change.
+/// Visitors see every member, in order, and can change members as documented.
 class VisitTest : public QObject
 {
     Q_OBJECT
@@ -163,7 +163,7 @@ private Q_SLOTS:
         QVERIFY(!document.IsInitialized());
     }
 
-    void lookingAtSharedDataLeavesThemShared()
+    void visitingSharedDataLeavesThemShared()
     {
         const TunerProperties original = aDocument();
         TunerProperties assigned;
@@ -173,7 +173,7 @@ private Q_SLOTS:
         QCOMPARE(firstComponent(assigned), firstComponent(original)); // one and the same object
     }
 
-    void lookingThroughAnObjectThatMayBeChangedChangesNothingEither()
+    void visitingWithAnEditorChangesNothing()
     {
         TunerProperties document;
         int members = 0;
@@ -184,7 +184,7 @@ private Q_SLOTS:
         QVERIFY(!document.IsInitialized());
     }
 
-    void lookingAtAnItemNeitherChoosesNorBuildsAnAlternative()
+    void visitingAnItemNeitherChoosesNorBuildsAnAlternative()
     {
         ValueItem item;
         item.SetValueInt(anInt());
@@ -210,7 +210,7 @@ private Q_SLOTS:
         QCOMPARE(shown, all);
     }
 
-    void membersTellWhetherTheyAreMandatoryAndWhatTellsObjectsApart()
+    void membersReportWhetherTheyAreMandatoryAndIdentifying()
     {
         QCOMPARE(namesWhere(TunerProperties(), &MemberView::IsMandatory),
                  QStringLiteral("type baseresource Component"));
@@ -223,14 +223,14 @@ private Q_SLOTS:
         QCOMPARE(namesWhere(ValueItem(), &MemberView::IsMandatory), QStringLiteral("ChoiceValueItem"));
     }
 
-    void whatTellsAComponentApartIsNotWhatItIsCalled()
+    void typeIdentifiesAComponentButIsNotItsName()
     {
         TunerProperties document = aDocument(1);
         document.GetComponent()[0].Resetname();
         QCOMPARE(document.GetProblems().at(0).path, QStringList{QStringLiteral("Component 1")});
     }
 
-    void enumerationsTellTheirNames()
+    void enumerationsReturnTheirNames()
     {
         QStringList names;
         visit(TunerProperties(), [&](const MemberView &member) { names += member.GetNames(); });
@@ -244,7 +244,7 @@ private Q_SLOTS:
         });
     }
 
-    void defaultsAreThoseOfANewObjectWhateverIsSet()
+    void defaultsAreThoseOfANewObject()
     {
         TunerProperties document = aDocument();
         document.Setquantity(7);
@@ -270,7 +270,7 @@ private Q_SLOTS:
         QVERIFY(other == modes);
     }
 
-    void valuesAreStoredBySettersAndMarked()
+    void valuesAreStoredBySettersWhichSetTheFlag()
     {
         TunerProperties document;
         QVERIFY(setValue(document, "type", QStringLiteral("SCP")));
@@ -284,7 +284,7 @@ private Q_SLOTS:
         QCOMPARE(namesWhere(document, &MemberView::IsSet), QStringLiteral("type quantity hwProcessing MaxFFPDelay"));
     }
 
-    void whatASetterRefusesIsRefused()
+    void valuesThatASetterRejectsAreRejected()
     {
         TunerProperties document;
         QCOMPARE(
@@ -300,7 +300,7 @@ private Q_SLOTS:
         QVERIFY(document.IsbaseresourceSet());
     }
 
-    void aValueOfAnotherTypeIsNotTaken_data()
+    void valueOfAnotherTypeIsNotAccepted_data()
     {
         QTest::addColumn<QString>("member");
         QTest::addColumn<QVariant>("value");
@@ -317,7 +317,7 @@ private Q_SLOTS:
         QTest::newRow("a value for a list") << "Component" << QVariant(QVariantList());
     }
 
-    void aValueOfAnotherTypeIsNotTaken()
+    void valueOfAnotherTypeIsNotAccepted()
     {
         QFETCH(QString, member);
         QFETCH(QVariant, value);
@@ -326,7 +326,7 @@ private Q_SLOTS:
         QVERIFY(!document.IsInitialized() || namesWhere(document, &MemberView::IsSet).isEmpty());
     }
 
-    void modesAreNotTakenIfOneOfThemIsNone()
+    void modesAreNotAcceptedIfOneOfThemIsUnknown()
     {
         StartupModes modes;
         modes.AppendStartupMode(StartupModes::StartupMode::DF);
@@ -338,7 +338,7 @@ private Q_SLOTS:
         QCOMPARE(modes.GetStartupMode().size(), 2);
     }
 
-    void editingAChildMarksIt()
+    void editingAChildSetsItsFlag()
     {
         TunerProperties document;
         edit(document, "StartupModes", [](MemberEditor &member) {
@@ -348,7 +348,7 @@ private Q_SLOTS:
         QCOMPARE(std::as_const(document).GetStartupModes().GetStartupMode().at(0), StartupModes::StartupMode::DF);
     }
 
-    void editingAnItemOfAListMarksTheListAndNoOtherDocument()
+    void editingAnItemOfAListSetsItsFlagInNoOtherDocument()
     {
         const TunerProperties original = aDocument(1);
         TunerProperties document;
@@ -380,7 +380,7 @@ private Q_SLOTS:
         QVERIFY(setValue(item, "ChoiceValueItem", QStringLiteral("ValueFloat")));
         QCOMPARE(item.GetChoiceValueItem(), ValueItem::ChoiceValueItem::ValueFloat);
         QVERIFY(!item.IsValueFloatSet());
-        QVERIFY(setValue(item, "ChoiceValueItem", 77)); // as a snapshot may hold it
+        QVERIFY(setValue(item, "ChoiceValueItem", 77)); // snapshots may contain it
         QCOMPARE(int(item.GetChoiceValueItem()), 77);
         QCOMPARE(namesWhere(item, &MemberView::IsSet), QStringLiteral("ChoiceValueItem ValueInt"));
         QVERIFY(!setValue(item, "ChoiceValueItem", QStringLiteral("Value")));
@@ -413,25 +413,25 @@ private Q_SLOTS:
         QCOMPARE(std::as_const(node).GetValueItem().at(1).GetValueInt().Getvalue(), 2);
     }
 
-    void askingAMemberForAnObjectThatItIsNotIsAMistakeOfTheProgram()
+    void accessToAChildThatDoesNotExistThrowsLogicError()
     {
         TunerProperties document;
         document.Setquantity(1);
         QString what;
-        const auto ask = [&](const char *name, auto &&question) {
+        const auto callEditor = [&](const char *name, auto &&call) {
             try {
-                edit(document, name, question);
+                edit(document, name, call);
             } catch (const std::logic_error &e) {
                 what += QString::fromLatin1(e.what()) + QLatin1Char('\n');
             }
         };
-        ask("quantity", [](MemberEditor &member) { member.EditChild(); });
-        ask("quantity", [](MemberEditor &member) { member.AppendChild(); });
-        ask("StartupModes", [](MemberEditor &member) { member.AppendChild(); });
-        ask("StartupModes", [](MemberEditor &member) { member.EditChild(1); });
-        ask("Component", [](MemberEditor &member) { member.EditChild(0); });
-        ask("Component", [](const MemberView &member) { member.GetChild(-1); });
-        ask("name", [](const MemberView &member) { member.GetChild(); });
+        callEditor("quantity", [](MemberEditor &member) { member.EditChild(); });
+        callEditor("quantity", [](MemberEditor &member) { member.AppendChild(); });
+        callEditor("StartupModes", [](MemberEditor &member) { member.AppendChild(); });
+        callEditor("StartupModes", [](MemberEditor &member) { member.EditChild(1); });
+        callEditor("Component", [](MemberEditor &member) { member.EditChild(0); });
+        callEditor("Component", [](const MemberView &member) { member.GetChild(-1); });
+        callEditor("name", [](const MemberView &member) { member.GetChild(); });
         QCOMPARE(what,
                  QStringLiteral("JobXml: 'quantity' holds no such object\n"
                                 "JobXml: 'quantity' holds no such object\n"
@@ -467,14 +467,14 @@ private Q_SLOTS:
         edit(document, "Component", [](MemberEditor &member) {
             member.SetFlag(false);
             QVERIFY(!member.IsSet());
-            QCOMPARE(member.GetSize(), 1); // there they are, marked or not
+            QCOMPARE(member.GetSize(), 1); // exists, whether its flag is set or not
             member.EditChild(0);
             QVERIFY(member.IsSet());
         });
         QVERIFY(document.IsComponentSet());
     }
 
-    void whatIsNotSetIsShownAllTheSame()
+    void unsetMembersAreShown()
     {
         StartupModes modes;
         modes.AppendStartupMode(StartupModes::StartupMode::DF);
@@ -525,7 +525,7 @@ private Q_SLOTS:
         QVERIFY(fresh.Getid().isNull());
     }
 
-    void aViewTellsThePresentState()
+    void viewReturnsThePresentState()
     {
         TunerProperties document;
         edit(document, "quantity", [&](MemberEditor &member) {
@@ -535,7 +535,7 @@ private Q_SLOTS:
         });
     }
 
-    void whatAVisitorThrowsPassesThrough()
+    void exceptionOfAVisitorPassesThrough()
     {
         int seen = 0;
         const auto look = [&] {

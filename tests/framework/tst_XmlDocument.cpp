@@ -11,7 +11,7 @@ using namespace JobXml;
 
 namespace {
 
-/// Of objects of derived classes the library does not know what they write, so it asks their GetXml().
+/// For objects of derived classes the library calls GetXml(), because it does not know their content.
 template <class T>
 class ByWriter : public T
 {
@@ -23,7 +23,7 @@ public:
     }
 };
 
-/// All that can be seen of writing a document.
+/// Every visible result of writing a document.
 struct Outcome
 {
     QString text;
@@ -59,7 +59,7 @@ bool isWrittenTheSameWay(T object)
     return false;
 }
 
-/// In element text and in an attribute.
+/// Whether the text is, in an element and in an attribute.
 bool isWrittenTheSameWay(const QString &text)
 {
     BandwidthSelection selection;
@@ -90,7 +90,7 @@ void tryManyOf()
 
 } // namespace
 
-/// GetXmlString() and SaveXml() do not go by a QXmlStreamWriter; nobody can tell.
+/// GetXmlString() and SaveXml() do not use QXmlStreamWriter, but write the same bytes.
 class XmlDocumentTest : public QObject
 {
     Q_OBJECT
@@ -99,11 +99,11 @@ private Q_SLOTS:
     void aDocumentIsIndentedAndEndsWithItsLine();
     void objectsOfEveryClassAreWrittenAsByTheWriter();
     void everyCharacterIsWrittenAsByTheWriter();
-    void charactersBesideOthersAreWrittenAsByTheWriter_data();
-    void charactersBesideOthersAreWrittenAsByTheWriter();
-    void aFileHoldsTheSameBytes();
-    void anOverriddenGetXmlIsAsked();
-    void aRefusedTextInTheMiddleOfADocumentIsToldWithItsLine();
+    void neighboringCharactersAreWrittenAsByTheWriter_data();
+    void neighboringCharactersAreWrittenAsByTheWriter();
+    void fileContainsTheSameBytes();
+    void overriddenGetXmlIsCalled();
+    void rejectedTextInTheMiddleOfADocumentIsReportedWithItsLine();
 };
 
 void XmlDocumentTest::aDocumentIsIndentedAndEndsWithItsLine()
@@ -137,7 +137,7 @@ void XmlDocumentTest::everyCharacterIsWrittenAsByTheWriter()
     }
 }
 
-void XmlDocumentTest::charactersBesideOthersAreWrittenAsByTheWriter_data()
+void XmlDocumentTest::neighboringCharactersAreWrittenAsByTheWriter_data()
 {
     QTest::addColumn<QString>("odd");
     QTest::newRow("a pair") << QStringLiteral("\U0001F4E1");
@@ -157,12 +157,12 @@ void XmlDocumentTest::charactersBesideOthersAreWrittenAsByTheWriter_data()
     QTest::newRow("umlauts") << QStringLiteral("\u00E4\u00F6\u00FC");
 }
 
-void XmlDocumentTest::charactersBesideOthersAreWrittenAsByTheWriter()
+void XmlDocumentTest::neighboringCharactersAreWrittenAsByTheWriter()
 {
     QFETCH(QString, odd);
     for (int before = 0; before < 20; ++before) {
-        for (int behind = 0; behind < 20; ++behind) {
-            const QString text = QString(before, QLatin1Char('b')) + odd + QString(behind, QLatin1Char('a'));
+        for (int after = 0; after < 20; ++after) {
+            const QString text = QString(before, QLatin1Char('b')) + odd + QString(after, QLatin1Char('a'));
             QVERIFY(isWrittenTheSameWay(text));
             QVERIFY(isWrittenTheSameWay(text + odd));
             QVERIFY(isWrittenTheSameWay(text + QChar(0xE4)));
@@ -170,7 +170,7 @@ void XmlDocumentTest::charactersBesideOthersAreWrittenAsByTheWriter()
     }
 }
 
-void XmlDocumentTest::aFileHoldsTheSameBytes()
+void XmlDocumentTest::fileContainsTheSameBytes()
 {
     const QTemporaryDir folder;
     QVERIFY(folder.isValid());
@@ -187,7 +187,7 @@ void XmlDocumentTest::aFileHoldsTheSameBytes()
     QCOMPARE(QString::fromUtf8(bytes), document.GetXmlString());
 }
 
-void XmlDocumentTest::anOverriddenGetXmlIsAsked()
+void XmlDocumentTest::overriddenGetXmlIsCalled()
 {
     class Note : public StringItem
     {
@@ -200,7 +200,7 @@ void XmlDocumentTest::anOverriddenGetXmlIsAsked()
              QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<StringItem>text</StringItem>\n"));
 }
 
-void XmlDocumentTest::aRefusedTextInTheMiddleOfADocumentIsToldWithItsLine()
+void XmlDocumentTest::rejectedTextInTheMiddleOfADocumentIsReportedWithItsLine()
 {
     TunerProperties document = aDocument(2);
     document.GetComponent()[0].GetNode()[1].Setid(QString(QChar(0x0B)));

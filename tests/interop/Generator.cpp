@@ -16,7 +16,7 @@ using namespace JobXml;
 
 namespace {
 
-/// What a document consists of, drawn at random. The same seed draws the same.
+/// Random members of documents. The same seed generates the same ones.
 class Random
 {
 public:
@@ -31,7 +31,7 @@ public:
         return choices[below(int(size))];
     }
 
-    /// Mostly one, now and then up to `most`.
+    /// Mostly one, sometimes up to `most`.
     int few(int most) { return chance(60) ? 1 : 1 + below(most); }
 
     QString text()
@@ -107,7 +107,7 @@ class Builder
 public:
     Builder(quint32 seed, bool careless) : m_random(seed), m_careless(careless) { }
 
-    /// Sets the members of an object, those that are mandatory nearly always.
+    /// Sets the members of an object; mandatory ones nearly always.
     template <class T>
     void fill(T &object)
     {
@@ -122,7 +122,7 @@ public:
     void fill(ValueItem &object)
     {
         if (carelessly())
-            object.SetValueString(one<ValueString>()); // chosen before, and still set behind what is chosen now
+            object.SetValueString(one<ValueString>()); // no longer chosen, but still set
         if (!given())
             return;
         const int chosen = m_random.below(Kinds::size);
@@ -216,7 +216,7 @@ private:
         }
     }
 
-    /// How many names an enumeration has.
+    /// The number of names of an enumeration.
     static int names(const DataObject &object, const char *name)
     {
         int count = 0;

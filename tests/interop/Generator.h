@@ -8,6 +8,6 @@
 #include <jobxml/TunerProperties.h>
 #include <jobxml/ValueItem.h>
 
-/// Fills a new object, of any class, through its public setters with what follows from the seed. An object that
-/// validates becomes whole; in one that does not, members are missing, null, empty or reset here and there.
+/// Sets the members of a new object of any class, by its public setters, as the seed determines. An object that
+/// validates becomes complete; in one that does not, some members are missing, null, empty or reset.
 void build(JobXml::DataObject &object, const QByteArray &seed);

@@ -4,18 +4,18 @@
 // input until it ends, and writes an answer to each to standard output. One process converts any number of documents.
 //
 // A request is, in QDataStream's form: whether to validate (bool), the name of the class (QByteArray), the number of
-// steps (quint8), for each step its kind (quint8) and content (QByteArray), and the forms wanted (QByteArray).
+// steps (quint8), for each step its kind (quint8) and content (QByteArray), and the requested forms (QByteArray).
 //
-// All steps of a request are taken by one object, one after the other, until one fails:
+// One object performs all steps of a request, one after the other, until one fails:
 //   'x', 'f'   read an XML document, as text or from a file
 //   't'        read a representation, compressed or not
 //   's'        read a snapshot
 //   'g'        build a document from the seed in the content
 //
-// The answer is what became of the steps, then the object in each form wanted: 'x', 't', 'c' or 's'. Each of them is
+// The answer is the outcome of the steps, then the object in each requested form: 'x', 't', 'c' or 's'. Each of them is
 // an Outcome (quint8) and a QByteArray.
 //
-// With --model or --built it answers no requests, but lists which members the model has, or which ones 'g' sets.
+// With --model or --built it lists the members of the model, or those that 'g' sets, instead.
 
 #include <cstdio>
 #include <memory>
@@ -40,7 +40,7 @@ using Object = std::unique_ptr<DataObject>;
 struct Outcome
 {
     enum Kind : quint8 {
-        Done = 'd', // with the bytes written, or for snapshots read how many bytes were left
+        Done = 'd', // with the bytes written, or the number of bytes left after reading a snapshot
         Nothing = 'n', // no failure, but nothing was written
         Refused = 'r', // with GetErrorString()
         Thrown = 't', // with the exception
@@ -96,7 +96,7 @@ Outcome write(DataObject &object, char form)
     case 's':
         return {Outcome::Done, snapshotOf(object)};
     }
-    qFatal("'%c' is no form", form);
+    qFatal("unknown form '%c'", form);
 }
 
 bool readFile(DataObject &object, const QByteArray &content)
@@ -130,10 +130,10 @@ Outcome read(DataObject &object, char form, QByteArray content)
     case 's':
         return readSnapshotInto(object, content);
     }
-    qFatal("'%c' is no form", form);
+    qFatal("unknown form '%c'", form);
 }
 
-Outcome takeStep(DataObject &object, char kind, const QByteArray &content)
+Outcome performStep(DataObject &object, char kind, const QByteArray &content)
 {
     if (kind != 'g')
         return read(object, kind, content);
@@ -141,10 +141,10 @@ Outcome takeStep(DataObject &object, char kind, const QByteArray &content)
     return {Outcome::Done, {}};
 }
 
-void tell(QDataStream &answers, const Outcome &outcome)
+void writeOutcome(QDataStream &answers, const Outcome &outcome)
 {
     answers << quint8(outcome.kind);
-    // As QByteArray's own form, but never null.
+    // Like QByteArray, but never null.
     answers.writeBytes(outcome.content.constData(), uint(outcome.content.size()));
 }
 
@@ -162,18 +162,18 @@ void answer(QDataStream &requests, QDataStream &answers)
         QByteArray content;
         requests >> kind >> content;
         if (outcome.kind == Outcome::Done)
-            outcome = attempt([&] { return takeStep(*object, char(kind), content); });
+            outcome = attempt([&] { return performStep(*object, char(kind), content); });
     }
-    tell(answers, outcome);
+    writeOutcome(answers, outcome);
 
     QByteArray forms;
     requests >> forms;
     for (const char form : qAsConst(forms))
-        tell(answers, attempt([&] { return write(*object, form); }));
+        writeOutcome(answers, attempt([&] { return write(*object, form); }));
 }
 
-/// What visit() shows of the model: for each member a line of its class, name, kind and default, whether it is
-/// mandatory, and the class of its children, separated by tabs.
+/// The members that visit() visits: for each a line of its class, name, kind and default, whether it is mandatory, and
+/// the class of its children, separated by tabs.
 QByteArray model()
 {
     const QMap<MemberKind, QByteArray> kinds{

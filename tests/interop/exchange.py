@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the tests of the exchange share: comparing what both programs answer, and counting."""
+"""The base of the tests of the exchange: compares the answers of both programs, and counts them."""
 
 from __future__ import annotations
 
@@ -21,7 +21,7 @@ _LINE = re.compile(rb"in or just above line \d+ ")
 
 
 def comparable(outcome: Outcome) -> Outcome:
-    """An outcome without what may differ: the places in texts, and how each XML parser tells of a fault."""
+    """An outcome without the parts that may differ: locations, and the messages of the XML parsers."""
     if outcome.kind != REFUSED:
         return outcome
     text = _LINE.sub(b"in or just above line N ", outcome.content)
@@ -33,7 +33,7 @@ def comparable(outcome: Outcome) -> Outcome:
 
 @dataclass
 class Exchange:
-    """Compares, and counts what was compared."""
+    """Compares answers and counts them."""
 
     documents: int = 0
     transfers: int = 0  # of one document in one form, written by one side and read and written again by both
@@ -41,7 +41,7 @@ class Exchange:
     outcomes: Counter[str] = field(default_factory=Counter)
 
     def compare(self, what: str, library: Answer, python: Answer) -> None:
-        """Demands the same from both sides."""
+        """Fails unless both sides have the same answer."""
         self.compare_outcomes(f"{what}: reading", library.steps, python.steps)
         if library.written.keys() != python.written.keys():
             raise AssertionError(f"{what}: not the same forms")
@@ -66,7 +66,7 @@ class Exchange:
 
 
 def _shown(outcome: Outcome, other: Outcome) -> str:
-    """The outcome around the place where it differs from another one."""
+    """The part of an outcome that differs from another one."""
     place = next((i for i, (left, right) in enumerate(zip(outcome.content, other.content)) if left != right),
                  min(len(outcome.content), len(other.content)))
     start = max(place - 60, 0)
@@ -75,7 +75,7 @@ def _shown(outcome: Outcome, other: Outcome) -> str:
 
 
 class MemoizingPython(Python):
-    """Writes objects whose snapshots are the same only once: a snapshot tells all that is written of a new object."""
+    """Writes objects with equal snapshots only once: a snapshot contains everything that is written of a new object."""
 
     def __init__(self) -> None:
         self._known: dict[tuple[str, bytes, bool, str], dict[str, Outcome]] = {}
@@ -96,14 +96,14 @@ def arguments(description: str | None) -> argparse.ArgumentParser:
 
 
 class ExchangeTest(unittest.TestCase):
-    """Tests that ask both sides the same."""
+    """Tests that send both sides the same requests."""
 
     library: Library
     exchange: Exchange
 
     @classmethod
     def run_all(cls, description: str | None, least_documents: int) -> None:
-        """Runs every test of the program, and demands that they exchanged as many documents."""
+        """Runs every test of the program. Fails if they exchanged fewer documents."""
         options, others = arguments(description).parse_known_args()
         cls.library = Library(options.host)
         cls.exchange = Exchange()
@@ -114,8 +114,8 @@ class ExchangeTest(unittest.TestCase):
         if not others and cls.exchange.documents < least_documents:
             raise SystemExit(f"only {cls.exchange.documents} documents were exchanged, not {least_documents}")
 
-    def ask_both(self, requests: Iterable[Request]) -> list[Answer]:
-        """What both sides answer to each request, which must be the same."""
+    def run_both(self, requests: Iterable[Request]) -> list[Answer]:
+        """Sends the requests to both sides. Returns the answers, which must be the same."""
         requests = list(requests)
         answers = []
         for request, answer in zip(requests, self.library.answer(requests), strict=True):

@@ -13,7 +13,7 @@ from tuner_formats.classes import COMPRESSED_WORD
 from tuner_formats.objects import Object, new_object
 
 FORMS = "xtcs"
-"""XML, tagged records, the same compressed, snapshot; as the host calls them."""
+"""XML, tagged records, the same compressed, snapshot, with the host's names."""
 
 DONE, NOTHING, REFUSED, THROWN = "dnrt"
 
@@ -29,7 +29,7 @@ class Outcome(NamedTuple):
 
 @dataclass(frozen=True)
 class Request:
-    """Steps for one object of a class, and the forms in which it is wanted afterwards. See Host.cpp for the steps."""
+    """Steps for one object of a class, and the forms in which it is written afterwards. See Host.cpp for the steps."""
 
     class_name: str
     validate: bool
@@ -39,14 +39,14 @@ class Request:
 
 @dataclass(frozen=True)
 class Answer:
-    """What became of the steps, and of writing each form."""
+    """The outcomes of the steps and of writing each form."""
 
     steps: Outcome
     written: dict[str, Outcome] = field(default_factory=dict)
 
 
 class Library:
-    """The library, behind the host program."""
+    """The library, in the host program."""
 
     def __init__(self, host: str) -> None:
         self._host = host
@@ -70,7 +70,7 @@ class Library:
         answers = _Answers(process.stdout)
         result = [answers.next(request.forms) for request in requests]
         if not answers.at_end():
-            raise AssertionError("the host answered more than it was asked")
+            raise AssertionError("the host answered more than was requested")
         return result
 
 
@@ -106,7 +106,7 @@ class _Answers:
 
 
 class Python:
-    """The program in Python. It builds no documents, and of the compressed form it answers what that expands to."""
+    """The program in Python. It builds no documents, and returns the compressed form expanded."""
 
     def answer(self, request: Request) -> Answer:
         obj = new_object(request.class_name)
@@ -160,7 +160,7 @@ def compressed(plain: Outcome, level: int) -> Outcome:
 
 
 def expanded(compressed: Outcome) -> Outcome:
-    """What a compressed form expands to, once its head is as it should be."""
+    """The expanded form of a compressed one with the expected header."""
     if not compressed.is_done:
         return compressed
     word, length = struct.unpack_from(">Ii", compressed.content)

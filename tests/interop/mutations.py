@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Documents that no writer writes, but that readers have rules for: made from those that writers do write."""
+"""Changes documents into some that no writer writes, but for which readers have rules."""
 
 from __future__ import annotations
 
@@ -33,7 +33,7 @@ BOOLEANS = ("", " ", "0", "1", "00", "-0", "0.0", "false", "FALSE", "FaLsE", " f
 
 
 def random_number_texts(source: random.Random, count: int) -> list[str]:
-    """Texts that look like numbers, more or less."""
+    """Texts that resemble numbers."""
     pieces = ("1", "23", "0", "9876543210", ".", "-", "+", "e", "E", "e-", "inf", "nan", " ", "\u2212", ",")
     return ["".join(source.choices(pieces, k=source.randint(1, 6))) for _ in range(count)]
 
@@ -41,7 +41,7 @@ def random_number_texts(source: random.Random, count: int) -> list[str]:
 # --- XML -------------------------------------------------------------------------------------------------------------
 
 _START_TAG = re.compile(r"<\w+[^<>]*?(?=/?>)")
-_LINE_END = re.compile(r">\n(?=[^\n])")  # behind a tag, but not behind the document
+_LINE_END = re.compile(r">\n(?=[^\n])")  # after a tag, but not after the document
 _SNIPPETS = (
     "<extra/>", "<extra>text</extra>", '<extra a="1"><value>5</value></extra>', "<extra><extra/></extra>",
     '<extra><extra/><Name>inner</Name><id>inner</id><StringItem value="inner"/></extra>', "text", "<!-- a comment -->",
@@ -64,7 +64,7 @@ _ATTRIBUTES = (
 
 
 def with_unknown_content(document: str, source: random.Random) -> str:
-    """The document with elements and attributes that are nobody's, or of somebody else, and a version of any kind."""
+    """The document with unknown or misplaced elements and attributes, and any version."""
     declaration, document = document.split("\n", 1)
     for _ in range(source.randint(1, 4)):
         line_ends = list(_LINE_END.finditer(document))
@@ -86,7 +86,7 @@ def with_unknown_content(document: str, source: random.Random) -> str:
 
 
 def rearranged(cls: Class, members: bytes, source: random.Random) -> bytes:
-    """The member records in any order, some of them twice, some missing, some that are nobody's in between."""
+    """The member records in any order, some twice, some missing, with unknown ones in between."""
     records = []
     position = 0
     while position < len(members):
@@ -140,7 +140,7 @@ _WORDS = tuple(struct.pack(">I", word) for word in (
 
 
 def damaged(content: bytes, source: random.Random, first: int = 0) -> bytes:
-    """Some bits, words or bytes behind `first` changed, dropped or added, or the end cut off."""
+    """Some bits, words or bytes after `first` changed, dropped or added, or the end truncated."""
     changed = bytearray(content)
     for _ in range(1 if source.random() < 0.7 else source.randint(2, 5)):
         place = source.randint(first, max(first, len(changed) - 1))

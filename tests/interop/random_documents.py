@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Documents drawn at random. The same seed draws the same document."""
+"""Random documents. The same seed generates the same document."""
 
 from __future__ import annotations
 
@@ -32,7 +32,7 @@ _FLOATS = _REALS + (LARGEST_FLOAT, -LARGEST_FLOAT, 2.0 ** -126, _SMALLEST_FLOAT)
 
 
 def random_object(class_name: str, seed: int, careless: bool) -> Object:
-    """An object that is whole; a careless one lacks members here and there, or has null or wrong ones."""
+    """A complete object; a careless one lacks some members, or has null or invalid ones."""
     return _Generator(random.Random(seed), careless).object(CLASSES[class_name])
 
 
@@ -47,7 +47,7 @@ class _Generator:
             self._choose(obj)
         else:
             for member in cls.members:
-                if self._is_given(member):
+                if self._has_value(member):
                     obj.store(member, self._value(member))
         return obj
 
@@ -62,7 +62,7 @@ class _Generator:
         if self._slips():
             item.mark(self._source.choice(item.cls.members))
 
-    def _is_given(self, member: Member) -> bool:
+    def _has_value(self, member: Member) -> bool:
         return self._chance(0.5) if not member.mandatory else not self._slips()
 
     def _chance(self, probability: float) -> bool:
@@ -72,7 +72,7 @@ class _Generator:
         return self._careless and self._chance(0.06)
 
     def _few(self, most: int) -> int:
-        """Mostly one, now and then more."""
+        """Mostly one, sometimes more."""
         return 1 if self._chance(0.6) else 1 + int(self._source.random() * most)
 
     def _value(self, member: Member) -> Value:

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Exchanges random documents with the library, in all encodings, and demands the same bytes from both sides.
+"""Exchanges random documents with the library, in all encodings, and checks that both sides write the same bytes.
 
 Documents made here are written here in each encoding; both sides read that and write it in each encoding. Documents
-made by the library are likewise written there and read by both sides.
+made by the library are written there and read by both sides.
 """
 
 from __future__ import annotations
@@ -17,14 +17,14 @@ BATCH = 250  # documents for each run of the host
 
 
 class Document:
-    """The number of a document says all about it: its class, what it is like, and the seed."""
+    """The number of a document determines its class, its completeness and its seed."""
 
     def __init__(self, number: int) -> None:
         self.number = number
         others = [name for name in CLASSES if name != "TunerProperties"]
         self.class_name = "TunerProperties" if number % 3 < 2 else others[number // 3 % len(others)]
         self.is_whole = number % 10 < 6
-        self.readers_validate = self.is_whole or number % 10 < 8  # what is careless is then refused, one way or another
+        self.readers_validate = self.is_whole or number % 10 < 8  # careless documents are then rejected
 
     def __str__(self) -> str:
         return f"document {self.number} ({self.class_name}, {'whole' if self.is_whole else 'careless'})"
@@ -47,7 +47,7 @@ def made_by_library(documents: list[Document], library: Library) -> list[dict[st
 
 def exchange_written(documents: list[Document], made: list[dict[str, Outcome]], library: Library,
                      exchange: Exchange) -> None:
-    """Has both sides read what one of them wrote, and compares what they write then."""
+    """Lets both sides read a document that one of them wrote, and compares the documents that they write."""
     transfers = [(document, forms, form, Request(document.class_name, document.readers_validate,
                                                  ((form, outcome.content),)))
                  for document, forms in zip(documents, made, strict=True)

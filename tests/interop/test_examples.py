@@ -18,13 +18,13 @@ class Examples(ExchangeTest):
         for example in EXAMPLES:
             with self.subTest(example.name):
                 content = example.read_bytes()
-                of_text, of_file = self.ask_both(
+                of_text, of_file = self.run_both(
                     Request("TunerProperties", True, ((kind, content),)) for kind in "xf")
                 self.assertTrue(of_text.steps.is_done)
                 self.assertEqual(of_text, of_file)
 
                 forms = {**of_text.written, "c": compressed(of_text.written["c"], level=9)}
-                again = self.ask_both(
+                again = self.run_both(
                     Request("TunerProperties", True, ((form, outcome.content),)) for form, outcome in forms.items())
                 for answer in again:
                     self.assertEqual(answer.written["x"], of_text.written["x"])

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Compares every list of classes and members that is meant to be complete with the model, as the library shows it."""
+"""Compares every list of classes and members that must be complete with the library's own model."""
 
 from __future__ import annotations
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Holds docs/formats.md against the program that was written from it, and its examples against both programs."""
+"""Compares docs/formats.md with the program that was written from it, and its examples with both programs."""
 
 from __future__ import annotations
 
@@ -24,14 +24,14 @@ def chapter(title: str) -> str:
 
 
 def rows(text: str) -> list[list[str]]:
-    """The rows of the first table, without its head."""
+    """The rows of the first table, without its header."""
     table = re.search(r"^\|.*\n\|[-| ]+\n((?:\|.*\n)+)", text, re.MULTILINE)
     assert table, "there is no table"
     return [[cell.strip().strip("`") for cell in line.strip("|").split("|")] for line in table[1].splitlines()]
 
 
-def as_told(member: Member) -> list[str]:
-    """A member as its row in the page tells it."""
+def documented_row(member: Member) -> list[str]:
+    """The cells of a member's row in the page."""
     if member.is_list or member.type == "modes":
         default = "empty"
     elif member.item_class:
@@ -49,18 +49,18 @@ def blocks(text: str, language: str) -> list[str]:
 
 
 def bytes_of(block: str) -> bytes:
-    """The bytes at the start of each line; what they mean follows behind two blanks."""
+    """The bytes at the start of each line; two blanks and a description follow."""
     return bytes.fromhex(" ".join(line.split("  ")[0] for line in block.splitlines()))
 
 
 def _pattern(row: str) -> re.Pattern[str]:
-    """The texts that a row of the refusals stands for."""
+    """The texts that match a row of the refusals."""
     text = re.escape(row.replace("` and the parser's words", "WORDS"))
-    for placeholder, stands_for in {
+    for placeholder, replacement in {
         "SOURCE": "(?:XML text|binary data)", "WORDS": "[^']*", r"\b(?:LINE|COLUMN|N|M|LENGTH|SIZE|LIMIT)\b": r"\d+",
         "FOUND|EXPECTED": "[0-9A-F]{8}", r"\b(?:X|CLASS)\b": r"\w+",
     }.items():
-        text = re.sub(placeholder, lambda _: stands_for, text)
+        text = re.sub(placeholder, lambda _: replacement, text)
     return re.compile(text)
 
 
@@ -69,7 +69,7 @@ class Page(ExchangeTest):
         for cls in CLASSES.values():
             with self.subTest(cls.name):
                 text = chapter(cls.name)
-                self.assertEqual(rows(text), [as_told(member) for member in cls.members])
+                self.assertEqual(rows(text), [documented_row(member) for member in cls.members])
                 self.assertIn(f"Identifier `0x{cls.identifier:08X}`", text)
         self.assertEqual(re.findall(r"^### (\w+)$", chapter("Classes"), re.MULTILINE), list(CLASSES))
 
@@ -78,20 +78,20 @@ class Page(ExchangeTest):
         self.assertEqual(tuple(row[2] for row in names), MODES)
         self.assertEqual(tuple(row[1] for row in names if row[1]), TUNER_TYPES)
 
-    def test_every_refusal_is_told(self) -> None:
-        told = chapter("Refusals")
+    def test_every_refusal_is_documented(self) -> None:
+        documented = chapter("Refusals")
         for refusal in (
             refusals.not_set("CLASS", "MEMBER"), refusals.no_tuner_type(), refusals.incomplete_item("CLASS", "ITEM"),
             refusals.item_without_data("CLASS", "ITEM"), refusals.empty_boolean("CLASS", "MEMBER"),
             refusals.unknown_element("TunerProperties", "X"), refusals.wrong_length("CLASS"),
         ):
-            self.assertIn(f"| `{refusal.text}` |", told)
-            self.assertIn(f"| `{type(refusal).__name__}Exception` |", told)
+            self.assertIn(f"| `{refusal.text}` |", documented)
+            self.assertIn(f"| `{type(refusal).__name__}Exception` |", documented)
         for refusal in (refusals.nothing_chosen(), refusals.chosen_not_set("ValueInt"),
                         refusals.chosen_without_data("ValueInt")):
             self.assertIn(f"| `{refusal.text}` |", chapter("Validating"))
 
-    def test_every_refusal_of_a_document_is_told(self) -> None:
+    def test_every_refusal_of_a_document_is_documented(self) -> None:
         value = mutations.record(0x89537E94, b"\1")
         too_long = mutations.record(0xC8FC2661, mutations.record(0x89537E94, b"\1abcd"))
         many = b"".join(b' a%d=""' % number for number in range(1025))
@@ -102,16 +102,17 @@ class Page(ExchangeTest):
             ("x", b"<!DOCTYPE a []><ValueBoolean/>"), ("x", b"<ValueBoolean" + many + b"/>"),
             ("x", b"<ValueBoolean"),
         )
-        answers = [self.ask_both([Request("ValueBoolean", False, (step,), forms="")])[0].steps for step in documents]
-        (unwritable,) = self.ask_both([Request("StringItem", False, (("s", b"\1\0\0\0\2\0\1"),), forms="x")])
+        answers = [self.run_both([Request("ValueBoolean", False, (step,), forms="")])[0].steps for step in documents]
+        (unwritable,) = self.run_both([Request("StringItem", False, (("s", b"\1\0\0\0\2\0\1"),), forms="x")])
         texts = [answer.content.decode() for answer in (*answers, unwritable.written["x"])]
 
-        told = {row[0]: _pattern(row[0]) for row in rows(chapter("Refusals")) if row[2] == "*false*"}
-        untold = [text for text in texts if not any(pattern.fullmatch(text) for pattern in told.values())]
-        self.assertEqual(untold, [])
-        not_seen = [row for row, pattern in told.items() if not any(map(pattern.fullmatch, texts))]
-        # Those of pipes, of saving and of a gigabyte are not for documents in memory; that of declarations is for what
-        # only the library's parser takes.
+        documented = {row[0]: _pattern(row[0]) for row in rows(chapter("Refusals")) if row[2] == "*false*"}
+        missing = [text for text in texts
+                   if not any(pattern.fullmatch(text) for pattern in documented.values())]
+        self.assertEqual(missing, [])
+        not_seen = [row for row, pattern in documented.items() if not any(map(pattern.fullmatch, texts))]
+        # Those of pipes, of saving and of a gigabyte do not apply to documents in memory; that of declarations only to
+        # the library's parser.
         self.assertEqual(len(not_seen), 5, not_seen)
 
     def test_both_sides_write_the_examples_byte_for_byte(self) -> None:
@@ -123,7 +124,7 @@ class Page(ExchangeTest):
                 representation, snapshot = map(bytes_of, blocks(example, "hex"))
                 class_name = re.findall(r"<(\w+)", xml)[0]
                 for form, content in {"x": xml.encode(), "t": representation, "s": snapshot}.items():
-                    (answer,) = self.ask_both([Request(class_name, True, ((form, content),))])
+                    (answer,) = self.run_both([Request(class_name, True, ((form, content),))])
                     self.assertTrue(answer.steps.is_done, answer.steps)
                     self.assertEqual(answer.written["x"].content, xml.encode())
                     self.assertEqual(answer.written["t"].content.hex(" "), representation.hex(" "))
@@ -131,7 +132,7 @@ class Page(ExchangeTest):
 
     def test_the_document_shown_is_written_as_shown(self) -> None:
         (xml,) = blocks(chapter("The document"), "xml")
-        (answer,) = self.ask_both([Request("TunerProperties", False, (("x", xml.encode()),))])
+        (answer,) = self.run_both([Request("TunerProperties", False, (("x", xml.encode()),))])
         self.assertEqual(answer.written["x"].content.decode(), xml)
 
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""What both sides make of documents that they would not write: other versions, unknown content, odd texts, damage."""
+"""Compares how both sides read documents that they would not write: other versions, unknown content, odd texts, damage."""
 
 from __future__ import annotations
 
@@ -39,7 +39,7 @@ def element(class_name: str, member: str, text: str) -> bytes:
 
 
 def attributes(count: int, further: bytes = b"") -> bytes:
-    """An element with so many attributes, and others."""
+    """An element with this number of attributes, and others."""
     return b"<ValueString " + b" ".join(b'a%d=""' % number for number in range(count)) + b" " + further + b"/>"
 
 
@@ -71,38 +71,38 @@ class Documents:
 
 
 class Reading(ExchangeTest):
-    def ask_about_texts(self, members, texts, validate: bool = True) -> None:
-        self.ask_both(Request(class_name, validate, (("x", form(class_name, member, text)),), forms="s")
+    def compare_texts(self, members, texts, validate: bool = True) -> None:
+        self.run_both(Request(class_name, validate, (("x", form(class_name, member, text)),), forms="s")
                       for class_name, member in members for text in texts for form in (attribute, element))
 
     # --- Texts ---
 
     def test_numbers_are_read_from_the_same_texts(self) -> None:
         texts = [*mutations.NUMBERS, *mutations.random_number_texts(random.Random(1), 100)]
-        self.ask_about_texts(NUMBERS, texts)
-        self.ask_both(Request(class_name, True, (("t", text_record(class_name, member, text)),), forms="s")
+        self.compare_texts(NUMBERS, texts)
+        self.run_both(Request(class_name, True, (("t", text_record(class_name, member, text)),), forms="s")
                       for class_name, member in NUMBERS
                       if CLASSES[class_name].by_name[member].type in ("float", "double")
-                      for text in (*texts, "7\0", "\u001C7"))  # which XML cannot carry
+                      for text in (*texts, "7\0", "\u001C7"))  # characters that XML cannot represent
 
     def test_booleans_are_read_from_the_same_texts(self) -> None:
         for validate in (True, False):
-            self.ask_about_texts(BOOLEANS, mutations.BOOLEANS, validate)
+            self.compare_texts(BOOLEANS, mutations.BOOLEANS, validate)
 
     def test_names_are_read_from_the_same_texts(self) -> None:
         names = ("Scan", "scan", " Scan", "Stop", "MSearch", "FFM", "", "MCP", "mcp", "DirectionFinder", "Receiver ")
         for validate in (True, False):
-            self.ask_about_texts([(DOCUMENT, "type")], names, validate)
-            self.ask_both(Request("StartupModes", validate, (("x", element("StartupModes", "StartupMode", name)),))
+            self.compare_texts([(DOCUMENT, "type")], names, validate)
+            self.run_both(Request("StartupModes", validate, (("x", element("StartupModes", "StartupMode", name)),))
                           for name in names)
-            self.ask_both(Request(DOCUMENT, validate, (("t", text_record(DOCUMENT, "type", name)),)) for name in names)
+            self.run_both(Request(DOCUMENT, validate, (("t", text_record(DOCUMENT, "type", name)),)) for name in names)
 
     def test_texts_of_records_need_not_be_well_formed(self) -> None:
         source = random.Random(2)
         leads = (b"a", b"\x80", b"\xC0", b"\xC3", b"\xA9", b"\xE2\x82", b"\xAC", b"\xED", b"\xA0", b"\xEF\xBB\xBF",
                  b"\xF0\x9F", b"\x98\x80", b"\xF4\x90", b"\xF5", b"\xFF", b"\0", b"\xE0\x80", b"\xEF\xBF\xBE")
         texts = [b"".join(source.choices(leads, k=source.randint(1, 5))) for _ in range(300)]
-        self.ask_both(
+        self.run_both(
             Request("StringItem", True, (("t", mutations.record(0xEBB03A60, mutations.record(
                 0xCEFF51BA, struct.pack(">i", len(text)) + text))),), forms="ts") for text in texts)
 
@@ -127,16 +127,16 @@ class Reading(ExchangeTest):
                 }
                 requests += (Request(DOCUMENT, validate, (("s", before), step))
                              for step in after.items() if "\0" not in version or step[0] != "x")
-        self.ask_both(requests)
+        self.run_both(requests)
 
-    def test_unknown_elements_and_attributes_are_passed_over(self) -> None:
+    def test_unknown_elements_and_attributes_are_skipped(self) -> None:
         documents = Documents(4)
         requests = []
         for _ in range(600):
             class_name, document = documents.next("x")
             mutated = mutations.with_unknown_content(document.decode(), documents.source)
             requests.append(Request(class_name, documents.coin(), (("x", mutated.encode()),)))
-        answers = self.ask_both(requests)
+        answers = self.run_both(requests)
         self.assertGreater(sum(answer.steps.is_done for answer in answers), 300)
         self.assertFalse(any(answer.steps.content.startswith(b"XML text") for answer in answers), "all are well-formed")
 
@@ -148,10 +148,10 @@ class Reading(ExchangeTest):
             cls = CLASSES[class_name]
             rearranged = mutations.record(cls.identifier, mutations.rearranged(cls, document[8:], documents.source))
             requests.append(Request(class_name, documents.coin(), (("t", rearranged),)))
-        answers = self.ask_both(requests)
+        answers = self.run_both(requests)
         self.assertGreater(sum(answer.steps.is_done for answer in answers), 300)
 
-    def test_what_is_read_joins_what_is_there(self) -> None:
+    def test_items_are_appended_to_existing_ones(self) -> None:
         documents = Documents(6)
         requests = []
         for _ in range(300):
@@ -161,9 +161,9 @@ class Reading(ExchangeTest):
                 form = documents.source.choice(FORMS)
                 steps.append((form, documents.next(form, class_name)[1]))
             requests.append(Request(class_name, documents.coin(), tuple(steps)))
-        self.ask_both(requests)
+        self.run_both(requests)
 
-    def test_flags_of_snapshots_count_as_they_stand(self) -> None:
+    def test_flags_of_snapshots_are_read_unchanged(self) -> None:
         documents = Documents(14)
         requests = []
         for cls in CLASSES.values():
@@ -173,7 +173,7 @@ class Reading(ExchangeTest):
                 _, snapshot = documents.next("s", cls.name, careless=False)
                 requests.append(Request(cls.name, documents.coin(),
                                         (("s", flags.to_bytes(size, "little") + snapshot[size:]),)))
-        self.ask_both(requests)
+        self.run_both(requests)
 
     # --- XML ---
 
@@ -193,10 +193,10 @@ class Reading(ExchangeTest):
             document.encode(), b'<!DOCTYPE a SYSTEM "[1"><ValueString id="a" value="b"/>',
             b"<!DOCTYPE ValueString>" + attributes(1024), attributes(1023, b'xmlns:x="urn:x"'),
         )
-        answers = self.ask_both(Request("ValueString", True, (("f", document),)) for document in documents)
+        answers = self.run_both(Request("ValueString", True, (("f", document),)) for document in documents)
         self.assertTrue(all(answer.steps.is_done for answer in answers))
 
-    def test_what_is_not_well_formed_is_refused(self) -> None:
+    def test_xml_that_is_not_well_formed_is_refused(self) -> None:
         faults = (
             b"", b" ", b"text", b"<ValueString", b'<ValueString id="a"', b'<ValueString id="a">',
             b"<ValueString id=a/>",
@@ -210,7 +210,7 @@ class Reading(ExchangeTest):
             b'<?xml version="1.1"?><ValueString/>', b' <?xml version="1.0"?><ValueString/>',
             b'<ValueString id="a" value="b"/><!--',
         )
-        answers = self.ask_both(Request("ValueString", False, (("x", fault),)) for fault in faults)
+        answers = self.run_both(Request("ValueString", False, (("x", fault),)) for fault in faults)
         self.assertEqual({answer.steps.kind for answer in answers}, {REFUSED})
 
     def test_some_xml_is_refused_although_well_formed(self) -> None:
@@ -219,12 +219,12 @@ class Reading(ExchangeTest):
             b'<!DOCTYPE a [<!ENTITY e "x">]><ValueString id="&e;"/>', b"<!DOCTYPE a []><ValueString/>",
             b'<!DOCTYPE a SYSTEM "b" []><ValueString/>',
         )
-        answers = self.ask_both(Request("ValueString", False, ((kind, document),))
+        answers = self.run_both(Request("ValueString", False, ((kind, document),))
                                 for document in documents for kind in "xf")
         self.assertEqual({answer.steps.kind for answer in answers}, {REFUSED})
         self.assertFalse(any(answer.steps.content.endswith(b"well-formed") for answer in answers))
 
-    def test_a_document_that_breaks_off_is_read_up_to_there(self) -> None:
+    def test_a_truncated_document_is_read_up_to_its_end(self) -> None:
         documents = Documents(7)
         requests = []
         for _ in range(600):
@@ -232,15 +232,15 @@ class Reading(ExchangeTest):
             steps = [("s", documents.next("s", class_name)[1])] if documents.coin() else []
             cut = document[: documents.source.randint(0, document.rindex(b">"))]
             requests.append(Request(class_name, documents.coin(), (*steps, ("x", cut))))
-        self.assertTrue(all(not answer.steps.is_done for answer in self.ask_both(requests)))
+        self.assertTrue(all(not answer.steps.is_done for answer in self.run_both(requests)))
 
     # --- Representations ---
 
-    def test_damaged_representations_are_taken_or_refused_alike(self) -> None:
+    def test_damaged_representations_have_the_same_outcome(self) -> None:
         self.damage("t", first_seed=8, first_byte=0, count=300)
-        self.damage("t", first_seed=9, first_byte=8, count=900)  # behind leading word and length
+        self.damage("t", first_seed=9, first_byte=8, count=900)  # after leading word and length
 
-    def test_damaged_snapshots_are_taken_alike(self) -> None:
+    def test_damaged_snapshots_have_the_same_outcome(self) -> None:
         self.damage("s", first_seed=10, first_byte=0, count=1200)
 
     def damage(self, form: str, first_seed: int, first_byte: int, count: int) -> None:
@@ -252,7 +252,7 @@ class Reading(ExchangeTest):
             if form == "t" and first_byte and documents.coin():
                 damaged = damaged[:4] + struct.pack(">i", len(damaged) - 8) + damaged[8:]
             requests.append(Request(class_name, documents.coin(), ((form, damaged),)))
-        self.ask_both(requests)
+        self.run_both(requests)
 
     def test_damaged_compressed_forms_are_refused(self) -> None:
         documents = Documents(11)
@@ -263,11 +263,11 @@ class Reading(ExchangeTest):
             if documents.coin():
                 damaged = damaged[:4] + struct.pack(">i", len(damaged) - 8) + damaged[8:]
             requests.append(Request(class_name, True, (("c", damaged),), forms="s"))
-        self.ask_both(requests)
+        self.run_both(requests)
 
     def test_every_level_of_compression_is_read(self) -> None:
         _, plain = Documents(12).next("t", DOCUMENT, careless=False)
-        answers = self.ask_both(Request(DOCUMENT, True, (("c", compress(plain, level)),)) for level in range(-1, 10))
+        answers = self.run_both(Request(DOCUMENT, True, (("c", compress(plain, level)),)) for level in range(-1, 10))
         self.assertTrue(all(answer.steps.is_done for answer in answers))
 
     def test_compressed_forms_declare_their_size(self) -> None:
@@ -294,9 +294,9 @@ class Reading(ExchangeTest):
             *(mutations.record(COMPRESSED_WORD, bytes(length)) for length in range(5)),
             good[:4] + struct.pack(">i", -1) + good[8:],
         )
-        answers = self.ask_both(Request(DOCUMENT, True, (("c", content),), forms="s") for content in refused)
+        answers = self.run_both(Request(DOCUMENT, True, (("c", content),), forms="s") for content in refused)
         self.assertEqual({answer.steps.kind for answer in answers}, {REFUSED})
-        (answer,) = self.ask_both([Request(DOCUMENT, True, (("c", good),))])
+        (answer,) = self.run_both([Request(DOCUMENT, True, (("c", good),))])
         self.assertEqual(answer.steps, Outcome("d"))
 
 

@@ -18,7 +18,7 @@ LAYERS = [
 
 
 def checked(files, layers=None):
-    """What is wrong with the includes of a tree of files: for each of them, the lines."""
+    """The errors in the includes of a tree of files, with the lines of each file."""
     with tempfile.TemporaryDirectory() as top:
         for name, lines in files.items():
             path = os.path.join(top, name)

@@ -280,7 +280,7 @@ void OutOfMemoryStateTest::noexceptFunctionsDoNotAllocate_data()
         o.target.swap(other);
         other.swap(o.target);
     });
-    row("ask", Begins::Shared, [](Document &o) {
+    row("query", Begins::Shared, [](Document &o) {
         o.answer = o.target.HasData() && o.target.AnyData() && o.target.IsInitialized() && o.target.IsComponentSet()
             && o.target.GetValidate() && !o.target.GetLogger() && o.target.IsValidname(QString());
     });

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""That scripts/model notices every made part that does not match the model: test_check.py PROGRAM"""
+"""Checks that scripts/model detects every generated part that does not match the model: test_check.py PROGRAM"""
 
 from __future__ import annotations
 
@@ -20,7 +20,6 @@ UNCHANGED = {"fuzz/Tags.inc", "translations/TunerProperties_en.ts", "bench/refer
 HEADERS = [str(path.relative_to(PROJECT)) for path in PROJECT.glob("include/jobxml/*.h")]
 
 
-
 class Check(unittest.TestCase):
     def setUp(self) -> None:
         folder = tempfile.TemporaryDirectory()
@@ -35,7 +34,7 @@ class Check(unittest.TestCase):
                               capture_output=True, text=True)
 
     def change(self, path: str, old: str, new: str) -> int:
-        """Replaces the only line that is like that; returns its number."""
+        """Replaces the only line with this text; returns its number."""
         lines = (self.top / path).read_text(encoding="utf-8").split("\n")
         (index,) = (index for index, line in enumerate(lines) if line == old)
         lines[index : index + 1] = [new] if new else []

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""That what released versions have written stays readable, and that what is new is announced.
+"""Checks that documents of released versions stay readable, and that the changelog announces new members.
 
 released.json is the model of the last release. When a version is released, share/model.json takes its place.
 """

@@ -5,12 +5,12 @@
 #include <QString>
 #include <QVector>
 
-/// A text that a function of the libraries returned, and what it read while they were loaded.
+/// A text that a function of the libraries returned, and a copy made while they were loaded.
 struct KeptText
 {
     QByteArray function; ///< `Class::function`, as in the headers
     QString text;
-    QByteArray bytes; ///< what it returned if that was bytes
+    QByteArray bytes; ///< if it returned bytes instead of a text
     QByteArray then; ///< a copy in memory of its own, UTF-8
 };
 

@@ -22,14 +22,14 @@ using namespace JobXml;
 
 namespace {
 
-/// Ends the program if a text that is to be kept could not be made.
+/// Ends the program if a text that is to be kept could not be created.
 void require(bool isDone)
 {
     if (!isDone)
         qFatal("KeptTexts: an object could not be read");
 }
 
-/// A text of this plug-in's that owns its characters: texts that the libraries merely pass on are not their own.
+/// A text of this plug-in that owns its characters, for functions that return their arguments.
 QString own(const char *utf8)
 {
     return QString::fromUtf8(utf8);
@@ -71,7 +71,7 @@ public:
             keep(steps, QString(step.member));
     }
 
-    /// The text of what the action throws. `error` is the function in Errors.h.
+    /// The text of the exception that the action throws. `error` is the function in Errors.h.
     template <class Action>
     void keepThrown(const char *error, Action action)
     {
@@ -92,7 +92,7 @@ private:
 
 // --- Members ---------------------------------------------------------------------------------------------------------
 
-/// A child object is seen with a view of its parent.
+/// Child objects are reached by a view of their parent.
 void keepMembers(Keeper &keeper, const DataObject &object)
 {
     visit(object, [&](const MemberView &member) {
@@ -104,7 +104,7 @@ void keepMembers(Keeper &keeper, const DataObject &object)
     });
 }
 
-/// What every class has.
+/// The functions of every class.
 template <class Object>
 void keepObject(Keeper &keeper, Object &object)
 {
@@ -278,7 +278,8 @@ void keepModel(Keeper &keeper)
                 ObjectPath().below(own("a label"), {TunerProperties::Gettypes().first(), 0}));
 }
 
-// --- What derived classes see ----------------------------------------------------------------------------------------
+// --- Functions for derived classes
+// ------------------------------------------------------------------------------------
 
 class Derived : public ValueString
 {
@@ -295,7 +296,7 @@ public:
         keeper.keep("DataObject::composeXml", utf8);
         SetObjectName(QString(0, Qt::Uninitialized));
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
-        require(!LoadXml(QString())); // which leaves an error
+        require(!LoadXml(QString())); // which sets the error
         keeper.keep("IRGObject::GetErrorString", GetErrorString());
         SetObjectName(QString());
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
@@ -307,7 +308,7 @@ public:
     }
 };
 
-/// Passes its own check whatever it holds.
+/// Passes its check with any content.
 class Lenient : public Node
 {
 public:

@@ -7,7 +7,7 @@
 #include <QLibrary>
 #include <QString>
 
-/// A library that is loaded as long as this lives; by the loader itself or by Qt's class for it.
+/// A library that is loaded during the lifetime of this object, by dlopen() or by QLibrary.
 class LoadedLibrary
 {
 public:
@@ -49,7 +49,7 @@ private:
     QString m_error;
 };
 
-/// Whether the file is in the process, whoever loaded it.
+/// Whether the file is loaded in this process.
 inline bool isLoaded(const char *file)
 {
     void *const handle = dlopen(file, RTLD_NOW | RTLD_NOLOAD);

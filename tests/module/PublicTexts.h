@@ -7,9 +7,8 @@
 #include <QSet>
 #include <QVector>
 
-/// Finds what a header declares that gives a text to its caller: functions that return one or fill in one given by
-/// reference, and data members, private ones aside. Goes by the statements of the text: what stands between braces and
-/// semicolons.
+/// Finds the declarations in a header that give callers a text: functions that return one or assign one to a reference,
+/// and data members that are not private. Splits the text into statements at braces and semicolons.
 class PublicTexts
 {
 public:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Takes the place of the translation registry in a host process: says when the module registers and unregisters, and
-// what its tuner types are at that moment, which shows whether the module's statics stand.
+// Replaces the translation registry in a host process. Prints when the module registers and unregisters, and its tuner
+// types at that moment, which shows whether the module's statics exist.
 
 #include <dlfcn.h>
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-// A plug-in that is linked with the translation registry alone, and shows what is registered.
+// A plug-in that is linked only with the translation registry, and returns the registered modules.
 
 #include <QStringList>
 
 #include <tavikappstartup/TranslationCenter.h>
 
-extern "C" Q_DECL_EXPORT void tellRegisteredModules(QStringList *modules)
+extern "C" Q_DECL_EXPORT void getRegisteredModules(QStringList *modules)
 {
     *modules = TranslationCenter::Instance().RegisteredModules();
 }

@@ -60,13 +60,13 @@ QStringList problemsOfUsing()
 
 extern "C" {
 
-/// Makes objects and uses them in all encodings; returns how many things were not as they should be.
+/// Creates objects and uses them in all encodings. Returns the number of errors.
 Q_DECL_EXPORT int useTheModel()
 {
     return problemsOfUsing().size();
 }
 
-/// The stock logger and the exceptions, which several threads are to use for the first time at once.
+/// Uses the stock logger and the exceptions, for the first time and from several threads at once.
 Q_DECL_EXPORT int useWhatIsMadeOnFirstUse()
 {
     TunerProperties document;

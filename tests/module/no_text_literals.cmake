@@ -5,10 +5,10 @@
 foreach(library IN LISTS LIBRARIES)
     execute_process(COMMAND ${NM} ${library} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
     if(NOT symbols MATCHES " [bdr] ")
-        message(FATAL_ERROR "${library}: no local symbols; the library is stripped, so nothing can be found in it")
+        message(FATAL_ERROR "${library}: no local symbols; the library is stripped, so literals cannot be found")
     endif()
     if(symbols MATCHES "[^\n]*(qstring|qbytearray)_literal[^\n]*")
-        message("${library}: contains a text literal: ${CMAKE_MATCH_0}") # as it is; errors would be wrapped
+        message("${library}: contains a text literal: ${CMAKE_MATCH_0}") # an error would be wrapped
         message(SEND_ERROR "use ownText(), emptyText or QLatin1String instead")
     endif()
 endforeach()

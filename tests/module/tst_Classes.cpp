@@ -5,13 +5,13 @@
 
 using namespace JobXml;
 
-/// That the list of the classes is the model: what is written over it leaves out nothing.
+/// The list of the classes is complete.
 class ClassesTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyClassThatADocumentCanHoldIsListedOnce();
+    void everyClassThatADocumentCanContainIsListedOnce();
     void theKindsAreTheAlternativesInTheirOrder();
     void noTwoClassesShareAnIdentifier();
 };
@@ -28,7 +28,7 @@ QStringList namesIn()
 
 } // namespace
 
-void ClassesTest::everyClassThatADocumentCanHoldIsListedOnce()
+void ClassesTest::everyClassThatADocumentCanContainIsListedOnce()
 {
     QStringList names = namesIn<Classes>();
     QCOMPARE(names.first(), QStringLiteral("TunerProperties"));

@@ -67,13 +67,13 @@ private Q_SLOTS:
         QVERIFY2(m_document.LoadXml(path), qPrintable(m_document.GetErrorString()));
     }
 
-    void itIsValid()
+    void exampleIsValid()
     {
         m_document.Check();
         QVERIFY(m_document.GetProblems().isEmpty());
     }
 
-    void itGoesThroughAllThreeEncodingsAndIsTheSameDocument()
+    void documentIsUnchangedByAllThreeEncodings()
     {
         TunerProperties fromRecord = like(m_document);
         QByteArray record = m_document.GetBinaryRepresentationAsQByteArray();
@@ -99,7 +99,7 @@ private Q_SLOTS:
         QVERIFY(read == m_document);
     }
 
-    void togetherTheExamplesAreOneOfEachType()
+    void examplesIncludeEachTypeOnce()
     {
         QSet<int> found;
         const QDir examples(QStringLiteral(EXAMPLES_DIR));
@@ -111,7 +111,7 @@ private Q_SLOTS:
         QCOMPARE(found, (QSet<int>{0, 1, 2, 3, 4}));
     }
 
-    void togetherTheExamplesUseEveryMemberEveryKindAndEveryMode()
+    void examplesUseEveryMemberEveryKindAndEveryMode()
     {
         const QMap<QString, QString> members{
             {QStringLiteral("TunerProperties"),

@@ -6,7 +6,7 @@
 
 #include "Model.h"
 
-/// What happens when the library is loaded and unloaded, seen by a small host and a registry that records.
+/// Loading and unloading of the library, observed by a small host and a recording registry.
 class LoadAndUnloadTest : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ private:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("LD_LIBRARY_PATH"), QStringLiteral(RECORDING_REGISTRY_DIR));
         environment.insert(QStringLiteral("MALLOC_PERTURB_"),
-                           QStringLiteral("165")); // freed memory does not keep names
+                           QStringLiteral("165")); // overwrites freed memory, so that no names remain there
         host.setProcessEnvironment(environment);
         host.start(QStringLiteral(HOST), {QStringLiteral(LIBRARY), mode});
         host.waitForFinished();
@@ -39,7 +39,7 @@ private Q_SLOTS:
         QCOMPARE(transcript(QStringLiteral("unload")), once + once + QStringLiteral("status 0\n"));
     }
 
-    void theModuleIsUnregisteredBeforeItsStaticsGoWhenTheProcessExits()
+    void moduleIsUnregisteredBeforeItsStaticsAreDestroyedWhenTheProcessExits()
     {
         QCOMPARE(transcript(QStringLiteral("exit")),
                  QStringLiteral("loading\n"
@@ -70,7 +70,7 @@ private Q_SLOTS:
     }
 
 private:
-    // The functions that the loader runs for the library, in their order: addresses from memory, names from nm.
+    // The functions that the loader calls for the library, in order: their addresses from memory, their names from nm.
     static QStringList startUpFunctions()
     {
         QProcess nm;

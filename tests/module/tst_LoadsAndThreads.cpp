@@ -24,12 +24,12 @@ class LoadsAndThreadsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatIsMadeOnFirstUseIsFirstUsedByManyThreadsAtOnce();
-    void theLibraryComesAndGoesWhileAnotherThreadAsksTheRegistry();
+    void objectsCreatedOnFirstUseAreUsedByManyThreadsAtOnce();
+    void libraryIsLoadedAndUnloadedWhileAnotherThreadCallsTheRegistry();
 };
 
-// Each load begins anew with everything that is made when it is first used.
-void LoadsAndThreadsTest::whatIsMadeOnFirstUseIsFirstUsedByManyThreadsAtOnce()
+// After each load, everything that is created on first use is created again.
+void LoadsAndThreadsTest::objectsCreatedOnFirstUseAreUsedByManyThreadsAtOnce()
 {
     constexpr int loads = 50;
     const QtMessageHandler before = qInstallMessageHandler(countMessage);
@@ -51,11 +51,11 @@ void LoadsAndThreadsTest::whatIsMadeOnFirstUseIsFirstUsedByManyThreadsAtOnce()
     QVERIFY(!isLoaded(LIBRARY));
 }
 
-void LoadsAndThreadsTest::theLibraryComesAndGoesWhileAnotherThreadAsksTheRegistry()
+void LoadsAndThreadsTest::libraryIsLoadedAndUnloadedWhileAnotherThreadCallsTheRegistry()
 {
     LoadedLibrary registry(QStringLiteral(REGISTRY_MODULE), LoadedLibrary::By::Dlopen);
     QVERIFY2(registry.isLoaded(), qPrintable(registry.error()));
-    const auto tell = registry.function<void (*)(QStringList *)>("tellRegisteredModules");
+    const auto getModules = registry.function<void (*)(QStringList *)>("getRegisteredModules");
     const QStringList registered{QStringLiteral("TunerProperties")};
 
     std::atomic<bool> done{false};
@@ -67,7 +67,7 @@ void LoadsAndThreadsTest::theLibraryComesAndGoesWhileAnotherThreadAsksTheRegistr
             for (int load = 0; load < 100; ++load) {
                 LoadedLibrary library(QStringLiteral(LIBRARY), LoadedLibrary::By::Dlopen);
                 QStringList modules;
-                tell(&modules);
+                getModules(&modules);
                 loaded = loaded && library.isLoaded();
                 registeredWhileLoaded += modules == registered;
             }
@@ -77,9 +77,9 @@ void LoadsAndThreadsTest::theLibraryComesAndGoesWhileAnotherThreadAsksTheRegistr
             QStringList former;
             while (!done) {
                 QStringList modules;
-                tell(&modules);
+                getModules(&modules);
                 strange += !modules.isEmpty() && modules != registered;
-                strange += !former.isEmpty() && former != registered; // perhaps the library has gone since
+                strange += !former.isEmpty() && former != registered; // the library may have been unloaded since
                 former = modules;
             }
         });

@@ -15,7 +15,7 @@ extern "C" int __lsan_do_recoverable_leak_check() __attribute__((weak)); // NOLI
 namespace {
 
 constexpr int loads = 1000;
-constexpr int loadsUntilSteady = 100; // by then the loader, the allocator and Qt have made the room that they keep
+constexpr int loadsUntilSteady = 100; // then the loader, the allocator and Qt have allocated the memory that they keep
 
 int loadedObjects()
 {
@@ -25,7 +25,7 @@ int loadedObjects()
     return count;
 }
 
-// A sanitizer maps memory of its own for every library that it gets to see.
+// Only files, because a sanitizer also maps memory for every library that is loaded.
 int mappedFiles()
 {
     QFile maps(QStringLiteral("/proc/self/maps"));
@@ -39,7 +39,7 @@ int openFiles()
     return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
 }
 
-/// What a process has too much of if unloading leaves something behind.
+/// The resources of the process that increase if unloading does not release them.
 struct Possessions
 {
     int objects = loadedObjects();
@@ -51,7 +51,7 @@ struct Possessions
 
 Q_DECLARE_METATYPE(LoadedLibrary::By)
 
-/// The library comes and goes as often as a program likes, and leaves nothing behind.
+/// A program may load and unload the library any number of times; each unloading releases all resources.
 class ManyLoadsTest : public QObject
 {
     Q_OBJECT
@@ -59,7 +59,7 @@ class ManyLoadsTest : public QObject
 private Q_SLOTS:
     void theLibraryIsLoadedAndUnloadedAThousandTimes_data();
     void theLibraryIsLoadedAndUnloadedAThousandTimes();
-    void whatTheRegistryToldCanBeReadWhenTheModuleIsGone();
+    void textsOfTheRegistryAreReadableAfterTheModuleIsUnloaded();
 };
 
 void ManyLoadsTest::theLibraryIsLoadedAndUnloadedAThousandTimes_data()
@@ -100,10 +100,10 @@ void ManyLoadsTest::theLibraryIsLoadedAndUnloadedAThousandTimes()
     if (registryStays) {
         registry = std::make_unique<LoadedLibrary>(QStringLiteral(REGISTRY_MODULE), by);
         QVERIFY2(registry->isLoaded(), qPrintable(registry->error()));
-        const auto tell = registry->function<void (*)(QStringList *)>("tellRegisteredModules");
-        registered = [tell] {
+        const auto getModules = registry->function<void (*)(QStringList *)>("getRegisteredModules");
+        registered = [getModules] {
             QStringList modules;
-            tell(&modules);
+            getModules(&modules);
             return modules;
         };
     }
@@ -136,13 +136,13 @@ void ManyLoadsTest::theLibraryIsLoadedAndUnloadedAThousandTimes()
     QCOMPARE(last.objects, steady.objects);
     QCOMPARE(last.files, steady.files);
     QCOMPARE(last.mappings, steady.mappings);
-    if (__lsan_do_recoverable_leak_check) // the address sanitizer itself notes each static destructor for good
+    if (__lsan_do_recoverable_leak_check) // the address sanitizer keeps a record of each static destructor
         QCOMPARE(__lsan_do_recoverable_leak_check(), 0);
-    else // the least that a load could leave on the heap is more than the one byte allowed for each
+    else // allows less than one byte for each load, and a leak is larger
         QVERIFY2(left < loads - loadsUntilSteady, qPrintable(QString::number(left)));
 }
 
-void ManyLoadsTest::whatTheRegistryToldCanBeReadWhenTheModuleIsGone()
+void ManyLoadsTest::textsOfTheRegistryAreReadableAfterTheModuleIsUnloaded()
 {
     LoadedLibrary registry(QStringLiteral(REGISTRY_MODULE), LoadedLibrary::By::Dlopen);
     QVERIFY(registry.isLoaded());
@@ -150,7 +150,7 @@ void ManyLoadsTest::whatTheRegistryToldCanBeReadWhenTheModuleIsGone()
     {
         LoadedLibrary library(QStringLiteral(LIBRARY), LoadedLibrary::By::Dlopen);
         QVERIFY(library.isLoaded());
-        registry.function<void (*)(QStringList *)>("tellRegisteredModules")(&modules);
+        registry.function<void (*)(QStringList *)>("getRegisteredModules")(&modules);
     }
     QVERIFY(!isLoaded(LIBRARY));
     QCOMPARE(modules, QStringList(QStringLiteral("TunerProperties")));

@@ -26,7 +26,7 @@ QStringList registeredClasses()
 
 } // namespace
 
-/// Objects travel through variants and queued signals, once a program asks for it.
+/// Objects can be stored in variants and passed to queued signals after RegisterMetaTypes() was called.
 class MetaTypesTest : public QObject
 {
     Q_OBJECT
@@ -35,17 +35,17 @@ Q_SIGNALS:
     void found(const JobXml::Component &component);
 
 private Q_SLOTS:
-    // The order counts: this comes first.
+    // Must run before the others.
     void loadingTheLibraryRegistersNothing() { QCOMPARE(registeredClasses(), QStringList()); }
 
-    void everyClassIsRegisteredWhenAskedFor()
+    void registerMetaTypesRegistersEveryClass()
     {
         RegisterMetaTypes();
         RegisterMetaTypes();
         QCOMPARE(registeredClasses(), classNames);
     }
 
-    void objectsAreMadeByName()
+    void objectsAreCreatedByName()
     {
         for (const QString &name : classNames) {
             const int type = QMetaType::type("JobXml::" + name.toLatin1());
@@ -56,7 +56,7 @@ private Q_SLOTS:
         }
     }
 
-    void aVariantHoldsACopy()
+    void variantContainsACopy()
     {
         Component component = aComponent();
         const QVariant variant = QVariant::fromValue(component);
@@ -65,7 +65,7 @@ private Q_SLOTS:
         QCOMPARE(variant.typeName(), "JobXml::Component");
     }
 
-    void objectsTravelThroughQueuedSignals()
+    void objectsPassThroughQueuedSignals()
     {
         QThread thread;
         QObject receiver;

@@ -30,7 +30,7 @@ void speak(const QLocale &locale)
 
 } // namespace
 
-/// The names of enumerations, and how they are shown to a user.
+/// The names of enumerations, and their translations for users.
 class NamesTest : public QObject
 {
     Q_OBJECT
@@ -43,14 +43,14 @@ private Q_SLOTS:
         QVERIFY(TranslationCenter::Instance().RegisteredModules().contains(QStringLiteral("TunerProperties")));
     }
 
-    void namesStandInTheOrderOfTheirValues()
+    void namesAreInTheOrderOfTheirValues()
     {
         QCOMPARE(TunerProperties::Gettypes(), types);
         QCOMPARE(StartupModes::GetStartupModes(), modes);
-        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come behind these
+        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come after these
     }
 
-    void withoutACatalogueNamesAreShownAsTheyAre()
+    void withoutACatalogNamesAreNotTranslated()
     {
         speak(QLocale(QLocale::Finnish));
         QCOMPARE(TunerProperties::GetGUItypes(), types);
@@ -86,17 +86,17 @@ private Q_SLOTS:
         QCOMPARE(visitedTypes, types);
         QCOMPARE(TunerProperties::Gettypes(), types);
         QCOMPARE(StartupModes::GetStartupModes(), modes);
-        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come behind these
+        QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, kinds.size()), kinds); // new kinds come after these
     }
 
-    void unregisteringTakesTheDisplayNamesAway()
+    void unregisteringRemovesTheDisplayNames()
     {
         speak(QLocale(QLocale::German));
         TranslationCenter::Instance().Unregister(QStringLiteral("TunerProperties"));
         QCOMPARE(TunerProperties::GetGUItypes(), types);
     }
 
-    void theTranslationHelpersHandTheirArgumentsOn()
+    void translationHelpersPassTheirArguments()
     {
         QCOMPARE(TunerProperties::tr("text", nullptr, -1), QStringLiteral("text"));
         QCOMPARE(StartupModes::trUtf8("gr\xC3\xBC\xC3\x9F", "greeting", 2), QStringLiteral("grüß"));
@@ -110,7 +110,7 @@ private Q_SLOTS:
     }
 
 private:
-    // Translates everything into what was asked.
+    // Translates every text into its own arguments.
     class ContextRecorder : public QTranslator
     {
     public:

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int rounds = 300;
 
-/// The names of all three lists, one behind the other.
+/// The names of all three lists, concatenated.
 QStringList plainNames()
 {
     return TunerProperties::Gettypes() + StartupModes::GetStartupModes() + ValueItem::GetChoiceValueItems();
@@ -41,8 +41,7 @@ void speak(const QLocale &locale)
 
 } // namespace
 
-/// What all objects have in common, their names and the translations of these, is used by several threads. Meaningful
-/// under a thread sanitizer.
+/// Several threads use the names that all objects share, and their translations. Meaningful with a thread sanitizer.
 class NamesAndThreadsTest : public QObject
 {
     Q_OBJECT
@@ -51,7 +50,7 @@ private Q_SLOTS:
     void init() { speak(QLocale::c()); }
 
     void namesAreLookedUpByAllThreads();
-    void namesAreShownWhileTheirTranslationComesAndGoes();
+    void namesAreShownWhileTheirTranslationIsInstalledAndRemoved();
 };
 
 void NamesAndThreadsTest::namesAreLookedUpByAllThreads()
@@ -69,7 +68,7 @@ void NamesAndThreadsTest::namesAreLookedUpByAllThreads()
         for (int round = 0; round < rounds; ++round) {
             QStringList own = plainNames();
             bool same = own == names && shownNames() == names;
-            own[round % names.size()] += QLatin1Char('!'); // the caller's list is the caller's
+            own[round % names.size()] += QLatin1Char('!'); // changes only the caller's list
             for (int value = 0; value < 5; ++value)
                 same = same && int(document.NameTotype(document.typeToName(TunerProperties::type(value)))) == value;
             for (int value = 0; value < 11; ++value)
@@ -89,7 +88,7 @@ void NamesAndThreadsTest::namesAreLookedUpByAllThreads()
         QCOMPARE(count, rounds);
 }
 
-void NamesAndThreadsTest::namesAreShownWhileTheirTranslationComesAndGoes()
+void NamesAndThreadsTest::namesAreShownWhileTheirTranslationIsInstalledAndRemoved()
 {
     TranslationCenter &center = TranslationCenter::Instance();
     const QString module = QStringLiteral("TunerProperties");

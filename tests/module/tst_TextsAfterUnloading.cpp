@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The memory that the libraries and the plug-in are loaded to.
+/// The memory of the loaded libraries and the plug-in.
 class LoadedMemory
 {
 public:
@@ -71,7 +71,7 @@ QByteArray listed(const QSet<QByteArray> &names)
 
 } // namespace
 
-/// Whatever text the libraries return, a host may keep it when they are gone.
+/// A host may keep every text that the libraries return after it has unloaded them.
 class TextsAfterUnloadingTest : public QObject
 {
     Q_OBJECT

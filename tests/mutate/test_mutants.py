@@ -78,7 +78,7 @@ class Mutants(unittest.TestCase):
         self.assertIn(("Lamp::within", "return std::[min -> max](count,most);"), named)
         self.assertIn(("Lamp::isLit", "if(m_watts<0[|| -> &&]m_watts>most)return false;"), named)
 
-    def test_lines_in_front_leave_the_names(self) -> None:
+    def test_lines_before_a_scope_leave_the_names(self) -> None:
         moved = SOURCE.replace("#include", "// A comment.\n#include <algorithm>\n\n#include", 1)
         self.assertEqual(known(moved), known(SOURCE))
 

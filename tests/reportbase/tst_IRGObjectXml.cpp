@@ -110,7 +110,7 @@ void IRGObjectXmlTest::onlyTextsAndAttributeValuesEscapeCarriageReturns_data()
         },
         "<Note>&#13;<!--\r-->&#13;\n</Note>");
     row(
-        "a document type in front",
+        "a document type before the root",
         [](QXmlStreamWriter &w) {
             w.writeDTD(QStringLiteral("<!DOCTYPE Note [<!ENTITY e \"\r>\"> <!-- ]\r> -->\r]>"));
             w.writeCharacters(QStringLiteral("\r"));

@@ -29,7 +29,7 @@ private Q_SLOTS:
     void exactlyTheBytesAreSaved();
     void emptyNameIsRefused();
     void aNulDoesNotEndAName();
-    void bytesThatAreNoTextNameTheirOwnFile();
+    void bytesThatAreNotTextNameTheirOwnFile();
     void thePermissionsOfTheOldFileStay();
     void aProcessWithoutStandardInputCanSave();
     void theOriginalIsReplacedThroughALink();
@@ -82,7 +82,7 @@ void SaveFileTest::aNulDoesNotEndAName()
 }
 
 /// "\xff" is not UTF-8; converted to text it would become U+FFFD, the name of a different file.
-void SaveFileTest::bytesThatAreNoTextNameTheirOwnFile()
+void SaveFileTest::bytesThatAreNotTextNameTheirOwnFile()
 {
     const QByteArray folder = QFile::encodeName(m_folder.path());
     const QByteArray path = folder + "/\xff.xml";

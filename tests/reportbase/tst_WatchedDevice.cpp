@@ -174,7 +174,7 @@ void WatchedDeviceTest::charactersAreCheckedInAnyEncoding()
             const QString text = begin + QString(before, QLatin1Char(' '));
             const QByteArray good = encoded(encoding, text + equalSigns(1024) + QLatin1Char('>'), withMark);
             QCOMPARE(readable(good, pieceSize), good);
-            // It ends in front of the first '=' too many, or a character earlier.
+            // It ends before the first '=' too many, or one character earlier.
             const QByteArray bad = encoded(encoding, text + equalSigns(1025) + QLatin1Char('>'), withMark);
             const QByteArray passedOn = readable(bad, pieceSize);
             QVERIFY(bad.startsWith(passedOn));

@@ -104,8 +104,8 @@ private Q_SLOTS:
     void tagsAfterOtherMarkupAreCounted_data();
     void tagsAfterOtherMarkupAreCounted();
     void tagsAfterAnyMixtureAreCounted();
-    void aTagEndsInFrontOfTheNext();
-    void charactersBeyondLatin1AreNoSigns();
+    void tagEndsBeforeTheNext();
+    void charactersBeyondLatin1AreNotSigns();
     void aDocumentTypeMayBeNamed();
     void aDocumentTypeIsReadUpToItsDeclarations();
 };
@@ -353,7 +353,7 @@ void XmlWatchTest::tagsAfterAnyMixtureAreCounted()
     }
 }
 
-void XmlWatchTest::aTagEndsInFrontOfTheNext()
+void XmlWatchTest::tagEndsBeforeTheNext()
 {
     // not a document, but the watch comes before the reader, which will report that
     const QByteArray tag = "<a '" + equalSigns(600) + blanks(5000);
@@ -361,7 +361,7 @@ void XmlWatchTest::aTagEndsInFrontOfTheNext()
     COMPARE_REFUSED(tag + "<" + equalSigns(1026), tag.size() + 2 + 1024, tooMany);
 }
 
-void XmlWatchTest::charactersBeyondLatin1AreNoSigns()
+void XmlWatchTest::charactersBeyondLatin1AreNotSigns()
 {
     // U+013D and U+3D00: one byte of each is that of '='
     for (const ushort code : {ushort(0x013D), ushort(0x3D00)}) {

@@ -188,7 +188,7 @@ void SchemaTest::whatBreaksARuleIsRefused()
     QVERIFY(verdict.refused);
     QCOMPARE(verdict.complaints.value(0).left(complaint.size()), complaint);
 
-    // Whatever the library makes of it, it does not write it.
+    // However the library reads it, it does not write it.
     QString written;
     if (const auto rewrite = everyClass().value(rootOf(document)).rewrite)
         thrownBy([&] { written = rewrite(document); });

@@ -45,8 +45,8 @@ private Q_SLOTS:
     void addingAFolderLeavesInstalledCatalogsAlone();
     void theSearchPathsAreTheDocumentedList();
     void addingAFolderAgainMovesItToTheFront();
-    void aRelativeFolderIsTakenFromTheCurrentOne();
-    void aDamagedCatalogCountsAsNone();
+    void relativeFolderIsResolvedAgainstTheCurrentOne();
+    void damagedCatalogIsIgnored();
 
     void theShippedCatalogsTranslateEveryDisplayName_data();
     void theShippedCatalogsTranslateEveryDisplayName();
@@ -127,7 +127,7 @@ void CataloguesTest::addingAFolderAgainMovesItToTheFront()
     QCOMPARE(center().SearchPaths().size(), count);
 }
 
-void CataloguesTest::aRelativeFolderIsTakenFromTheCurrentOne()
+void CataloguesTest::relativeFolderIsResolvedAgainstTheCurrentOne()
 {
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(QStringLiteral(CATALOGUES_DIR)));
@@ -139,7 +139,7 @@ void CataloguesTest::aRelativeFolderIsTakenFromTheCurrentOne()
     QCOMPARE(signalText(), germanOfSecond);
 }
 
-void CataloguesTest::aDamagedCatalogCountsAsNone()
+void CataloguesTest::damagedCatalogIsIgnored()
 {
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("Probe_de.qm")));

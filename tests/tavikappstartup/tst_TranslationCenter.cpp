@@ -33,15 +33,15 @@ private Q_SLOTS:
 
     void registeringTwiceInstallsOnce();
     void registeringAgainFollowsTheLocale();
-    void registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalog();
+    void registeringAgainWithoutACatalogForTheNewLocaleWithdrawsTheOldOne();
     void registeringAgainFindsACatalogThatCameLater();
 
     void withoutAnApplicationTheModuleIsRemembered();
-    void installPendingInstallsWhatRegisteredBeforeTheApplication();
-    void anyNextCallInstallsWhatIsPending_data();
-    void anyNextCallInstallsWhatIsPending();
+    void installPendingInstallsModulesRegisteredBeforeTheApplication();
+    void anyNextCallInstallsPendingModules_data();
+    void anyNextCallInstallsPendingModules();
     void aPendingModuleFollowsTheLocaleAndTheFoldersOfTheInstallation();
-    void unregisteringWhatIsPendingInstallsNothing();
+    void unregisteringAPendingModuleInstallsNothing();
     void installPendingInstallsOnlyOnce();
     void registeringTheSameAgainWithoutAnApplicationIsHarmless();
 
@@ -50,7 +50,7 @@ private Q_SLOTS:
     void catalogIsInstalledInASecondApplicationAtTheSameAddress();
     void aModuleLeftRegisteredOutlivesItsApplication();
 
-    void whatAModuleGaveIsKeptWhenItIsUnloaded();
+    void textsOfAModuleAreKeptWhenItIsUnloaded();
 };
 
 void TranslationCenterTest::thereIsOneRegistry()
@@ -155,7 +155,7 @@ void TranslationCenterTest::registeringAgainFollowsTheLocale()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::registeringAgainWithdrawsWhereTheNewLocaleHasNoCatalog()
+void TranslationCenterTest::registeringAgainWithoutACatalogForTheNewLocaleWithdrawsTheOldOne()
 {
     const Application application;
     center().Register(probe);
@@ -187,7 +187,7 @@ void TranslationCenterTest::withoutAnApplicationTheModuleIsRemembered()
     QCOMPARE(signalText(), untranslated);
 }
 
-void TranslationCenterTest::installPendingInstallsWhatRegisteredBeforeTheApplication()
+void TranslationCenterTest::installPendingInstallsModulesRegisteredBeforeTheApplication()
 {
     center().Register(probe);
     center().Register(extra);
@@ -198,7 +198,7 @@ void TranslationCenterTest::installPendingInstallsWhatRegisteredBeforeTheApplica
     QCOMPARE(noiseText(), germanNoise);
 }
 
-void TranslationCenterTest::anyNextCallInstallsWhatIsPending_data()
+void TranslationCenterTest::anyNextCallInstallsPendingModules_data()
 {
     QTest::addColumn<Call>("call");
     QTest::newRow("Register") << Call([] { center().Register(tuner); });
@@ -209,7 +209,7 @@ void TranslationCenterTest::anyNextCallInstallsWhatIsPending_data()
     QTest::newRow("RegisteredModules") << Call([] { center().RegisteredModules(); });
 }
 
-void TranslationCenterTest::anyNextCallInstallsWhatIsPending()
+void TranslationCenterTest::anyNextCallInstallsPendingModules()
 {
     QFETCH(Call, call);
     center().Register(probe);
@@ -229,7 +229,7 @@ void TranslationCenterTest::aPendingModuleFollowsTheLocaleAndTheFoldersOfTheInst
     QCOMPARE(signalText(), austrianOfSecond);
 }
 
-void TranslationCenterTest::unregisteringWhatIsPendingInstallsNothing()
+void TranslationCenterTest::unregisteringAPendingModuleInstallsNothing()
 {
     center().Register(probe);
     Application application;
@@ -320,7 +320,7 @@ void TranslationCenterTest::aModuleLeftRegisteredOutlivesItsApplication()
 }
 
 // Its texts are in its constant data, which are unloaded with it.
-void TranslationCenterTest::whatAModuleGaveIsKeptWhenItIsUnloaded()
+void TranslationCenterTest::textsOfAModuleAreKeptWhenItIsUnloaded()
 {
     const Application application;
     void *const module = dlopen(MODULE_FILE, RTLD_NOW | RTLD_LOCAL);

@@ -26,11 +26,11 @@ class TranslationUnloadTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void unloadingTheRegistryWithdrawsWhatIsStillInstalled();
+    void unloadingTheRegistryWithdrawsInstalledCatalogs();
 };
 
 // Twice, because the second registry must start empty.
-void TranslationUnloadTest::unloadingTheRegistryWithdrawsWhatIsStillInstalled()
+void TranslationUnloadTest::unloadingTheRegistryWithdrawsInstalledCatalogs()
 {
     for (int round = 0; round < 2; ++round) {
         QVERIFY(!isLoaded(LIBRARY_FILE));

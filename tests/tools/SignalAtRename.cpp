@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Preloaded into the tool: sends a signal just before a file gets its name, and waits so that the signal could
-// interrupt that.
+// Preloaded into the tool: sends a signal just before a file receives its name, and waits so that the signal can
+// interrupt the tool.
 
 #include <csignal>
 #include <cstdio>

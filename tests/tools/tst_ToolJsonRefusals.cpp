@@ -62,7 +62,7 @@ void ToolJsonRefusalsTest::invalidJsonIsAnErrorAtItsLocation_data()
     row("a NUL byte between", "{\"a\":\n " + nul + "1}", "-:2:2: NUL byte, which is not allowed in JSON");
     row("a NUL byte after a number", "{\"a\": 1" + nul + "}", "-:1:8: NUL byte, which is not allowed in JSON");
     row("a NUL byte in a text", "{\"a\": \"b" + nul + "\"}", "-:1:9: NUL byte, which is not allowed in JSON");
-    row("an error in front of a NUL byte", "{]" + nul,
+    row("an error before a NUL byte", "{]" + nul,
         "-:1:2: syntax error while parsing object key - unexpected ']'; expected string literal");
 }
 

@@ -202,8 +202,8 @@ void ToolNewTest::theModelIsTheOneThatIsInstalled()
 
     const QJsonArray classes = QJsonDocument::fromJson(model).object().value(QStringLiteral("classes")).toArray();
     QStringList names;
-    for (const QJsonValue &told : classes)
-        names += told.toObject().value(QStringLiteral("name")).toString();
+    for (const QJsonValue &each : classes)
+        names += each.toObject().value(QStringLiteral("name")).toString();
     names.sort();
     QCOMPARE(names, Model::classes());
 }

@@ -4,7 +4,7 @@
 #include "Documents.h"
 #include "Encodings.h"
 
-/// Components for the tests of that class: whole, and lacking something.
+/// Complete and incomplete components for the tests of that class.
 namespace Components {
 
 using namespace JobXml;
@@ -17,7 +17,7 @@ inline QString missing(const char *member)
     return QStringLiteral("OutOfRangeException: Component: Please set %1 properly.").arg(QLatin1String(member));
 }
 
-/// Every member set, and two nodes of one value each.
+/// A component with all members set and two nodes of one value each.
 inline Component wholeComponent()
 {
     Component component = aComponent(QStringLiteral("Pre"), 2);
@@ -35,12 +35,12 @@ inline Node nodeWithEmptyList()
     return node;
 }
 
-/// A component with one node, whose list of nodes is not set although there is one.
+/// A component with one node, but the flag of the list of nodes is clear.
 inline Component withUnsetList()
 {
     Component component = aComponent();
     readSnapshot(component,
-                 bytes("16 00 00 00 00" // type, name and optional set; nothing to add
+                 bytes("16 00 00 00 00" // type, name and optional set; no nodes to append
                        "00 00 00 02 00 46 00 00 00 02 00 6E 00")); // type "F", name "n", not optional
     return component;
 }

@@ -4,7 +4,7 @@
 #include "Documents.h"
 #include "Encodings.h"
 
-/// Tuner descriptions for the tests of that class: with every member, with the mandatory ones, and in rare states.
+/// Documents for the tests of that class: with every member, with the mandatory members, and in rare states.
 namespace TunerDocuments {
 
 using namespace JobXml;
@@ -35,7 +35,7 @@ inline TunerProperties wholeDocument()
     return document;
 }
 
-/// A document without anything, which does not mind.
+/// An empty document that does not validate.
 inline TunerProperties withoutValidation()
 {
     TunerProperties document;
@@ -43,8 +43,8 @@ inline TunerProperties withoutValidation()
     return document;
 }
 
-/// The minimal document with a bandwidth, although the list of bandwidths is not set: only a snapshot can clear a flag
-/// and leave the value.
+/// The minimal document with a bandwidth, but the flag of the list is clear. Only reading a snapshot clears a flag and
+/// keeps the value.
 inline TunerProperties withUnsetBandwidths(const BandwidthSelection &bandwidth = aBandwidth())
 {
     TunerProperties document = minimalDocument();
@@ -52,12 +52,12 @@ inline TunerProperties withUnsetBandwidths(const BandwidthSelection &bandwidth =
     readSnapshot(document,
                  bytes("D0 00" // type, base resource and components set
                        "00 00 00 06 00 31 00 2E 00 31" // version "1.1"
-                       "00 00 00 00" // no component to add
+                       "00 00 00 00" // no component to append
                        "03 00 00 00 04 00 52 00 58")); // a receiver, "RX"
     return document;
 }
 
-/// The minimal document, but its list of components is not set although there is one.
+/// The minimal document, but the flag of its list of components is clear.
 inline TunerProperties withUnsetComponents()
 {
     TunerProperties document = minimalDocument();

@@ -34,7 +34,7 @@ private Q_SLOTS:
     void itHasItsNameIdentifierAndNoVersion();
     void theNameIsCheckedBeforeTheBandwidth();
     void theNameMustBeSetAsWellAsNotNull();
-    void presenceNeedsBothForDataAndOneForAny();
+    void hasDataNeedsBothMembersAndAnyDataOneOfThem();
     void anEmptyNameIsAValueAndANullOneIsRefusedWhileValidating();
     void onlyANullNameIsInvalid();
     void resettingAMemberRestoresItsDefault();
@@ -49,13 +49,13 @@ private Q_SLOTS:
 
     void attributesAndUnknownElementsAreIgnored();
     void anEmptyNameElementIsAnEmptyName();
-    void aBandwidthThatIsNoNumberIsZeroAndSet();
+    void bandwidthThatIsNotANumberIsZeroAndSet();
     void recordsMayComeInAnyOrderAndUnknownOnesAreSkipped();
     void membersThatAreNotMentionedStay();
     void recordLengthsMustAddUp();
     void aSnapshotIsReadWithoutTheSetters();
 
-    void bothMembersCountForEquality();
+    void bothMembersAffectEquality();
 };
 
 void BandwidthSelectionTest::itHasItsNameIdentifierAndNoVersion()
@@ -85,13 +85,13 @@ void BandwidthSelectionTest::theNameMustBeSetAsWellAsNotNull()
     selection.SetValidate(false);
     selection.SetName(QString());
     QCOMPARE(thrownBy([&] { selection.Check(); }), QString::fromLatin1(missingName));
-    // A snapshot leaves a name behind whose flag is clear.
+    // After reading this snapshot, there is a name whose flag is clear.
     readSnapshot(selection, bytes("02 00 00 00 02 00 61 00 00 00 00 00 00 00 00"));
     QCOMPARE(selection.GetName(), QStringLiteral("a"));
     QCOMPARE(thrownBy([&] { selection.Check(); }), QString::fromLatin1(missingName));
 }
 
-void BandwidthSelectionTest::presenceNeedsBothForDataAndOneForAny()
+void BandwidthSelectionTest::hasDataNeedsBothMembersAndAnyDataOneOfThem()
 {
     BandwidthSelection selection;
     QVERIFY(!selection.HasData() && !selection.AnyData());
@@ -246,7 +246,7 @@ void BandwidthSelectionTest::anEmptyNameElementIsAnEmptyName()
     QVERIFY(selection.GetName().isEmpty() && !selection.GetName().isNull());
 }
 
-void BandwidthSelectionTest::aBandwidthThatIsNoNumberIsZeroAndSet()
+void BandwidthSelectionTest::bandwidthThatIsNotANumberIsZeroAndSet()
 {
     BandwidthSelection fromXml = aBandwidth();
     readXml(fromXml, QStringLiteral("<BandwidthSelection><MaxBandwidth>12abc</MaxBandwidth></BandwidthSelection>"));
@@ -265,7 +265,7 @@ void BandwidthSelectionTest::recordsMayComeInAnyOrderAndUnknownOnesAreSkipped()
     readRecord(selection,
                bytes("00 00 00 28" // 40 bytes
                      "A7 23 FF DA 00 00 00 07 00 00 00 03 31 65 33" // MaxBandwidth "1e3"
-                     "12 34 56 78 00 00 00 01 FF" // something unknown
+                     "12 34 56 78 00 00 00 01 FF" // an unknown record
                      "8C 9F BC A8 00 00 00 08 00 00 00 04 77 69 64 65")); // Name "wide"
     QVERIFY(selection == aBandwidth(1000));
 }
@@ -299,10 +299,10 @@ void BandwidthSelectionTest::aSnapshotIsReadWithoutTheSetters()
              QString());
     QVERIFY(selection.IsNameSet() && selection.GetName().isNull());
     QVERIFY(!selection.IsMaxBandwidthSet());
-    QCOMPARE(selection.GetMaxBandwidth(), 1.0); // its value came along, its flag did not
+    QCOMPARE(selection.GetMaxBandwidth(), 1.0); // the value is read, but the flag is clear
 }
 
-void BandwidthSelectionTest::bothMembersCountForEquality()
+void BandwidthSelectionTest::bothMembersAffectEquality()
 {
     QVERIFY(aBandwidth() == aBandwidth());
     QVERIFY(aBandwidth() != aBandwidth(1));

@@ -7,7 +7,7 @@
 using namespace JobXml;
 using namespace Components;
 
-/// The members: what is set, present, valid and equal. Their encodings are tested in tst_ComponentEncodings.
+/// The flags, presence, validity and equality of the members. tst_ComponentEncodings tests their encodings.
 class ComponentTest : public QObject
 {
     Q_OBJECT
@@ -26,8 +26,8 @@ private Q_SLOTS:
     void falseIsAValueOfOptional();
     void resettingAMemberRestoresItsDefault();
     void anIncompleteNodeIsNotAppendedWhileValidating();
-    void askingForTheModifiableListMarksItSet();
-    void everyMemberCountsForEquality();
+    void nonConstGetterOfTheListSetsItsFlag();
+    void everyMemberAffectsEquality();
     void theListsAreComparedByTheFlagOfTheRightSide();
 };
 
@@ -88,13 +88,14 @@ void ComponentTest::aDisplayNameMayBeUnsetButNotNull()
     component.SetValidate(false);
     component.SetdisplayName(QString());
     QVERIFY(component.IsdisplayNameSet());
-    QVERIFY(component.HasData()); // which asks for mandatory members alone
+    QVERIFY(component.HasData()); // which requires only mandatory members
     QCOMPARE(thrownBy([&] { component.Check(); }), missing("displayName"));
 }
 
 void ComponentTest::textsMustBeSetAsWellAsNotNull()
 {
-    // A snapshot leaves texts behind whose flags are clear: only the nodes, and then also the type, are set.
+    // After reading these snapshots, there are texts whose flags are clear: only the nodes, then also the type, are
+    // set.
     Component component;
     readSnapshot(component, bytes("11 00 00 00 00 00 00 00 02 00 46 00 00 00 02 00 6E 00"));
     QCOMPARE(component.Gettype(), QStringLiteral("F"));
@@ -209,7 +210,7 @@ void ComponentTest::anIncompleteNodeIsNotAppendedWhileValidating()
     QCOMPARE(std::as_const(component).GetNode().size(), 2);
 }
 
-void ComponentTest::askingForTheModifiableListMarksItSet()
+void ComponentTest::nonConstGetterOfTheListSetsItsFlag()
 {
     Component component;
     QVERIFY(std::as_const(component).GetNode().isEmpty());
@@ -219,7 +220,7 @@ void ComponentTest::askingForTheModifiableListMarksItSet()
     QCOMPARE(thrownBy([&] { component.Check(); }), missing("type"));
 }
 
-void ComponentTest::everyMemberCountsForEquality()
+void ComponentTest::everyMemberAffectsEquality()
 {
     const Component whole = wholeComponent();
     QVERIFY(whole == wholeComponent());
@@ -244,7 +245,7 @@ void ComponentTest::everyMemberCountsForEquality()
     QVERIFY(whole != other);
     QVERIFY(Component() == Component());
 
-    Component unset; // set to its default is not the same as not set
+    Component unset; // differs from a member that is set to its default
     Component set;
     set.Setoptional(false);
     QVERIFY(unset != set);

@@ -66,7 +66,7 @@ private Q_SLOTS:
     void aWholeComponentHasThisElement();
     void aWholeComponentHasThisRecord();
     void aWholeComponentHasThisSnapshot();
-    void whatIsNotSetIsNotWrittenExceptTypeNameAndCount();
+    void unsetMembersAreNotWrittenExceptTypeNameAndCount();
     void aNodeWithoutDataStopsTheElement();
     void aNodeWithoutDataIsCountedInTheRecordButNotWritten();
     void anEmptyListOfNodesWritesNothingWhileValidating();
@@ -117,7 +117,7 @@ void ComponentEncodingsTest::aWholeComponentHasThisSnapshot()
     QCOMPARE(hex(snapshotOf(read)), hex(snapshot));
 }
 
-void ComponentEncodingsTest::whatIsNotSetIsNotWrittenExceptTypeNameAndCount()
+void ComponentEncodingsTest::unsetMembersAreNotWrittenExceptTypeNameAndCount()
 {
     Component component;
     component.SetValidate(false);
@@ -140,7 +140,7 @@ void ComponentEncodingsTest::aNodeWithoutDataStopsTheElement()
     QCOMPARE(thrownBy([&] { component.GetXml(writer); }),
              QStringLiteral("IncompleteDefinitionException: Parameters for Node are not set properly in "
                             "'Component'."));
-    QVERIFY(xml.endsWith(QStringLiteral("</Node>"))); // what stood in front of it is written
+    QVERIFY(xml.endsWith(QStringLiteral("</Node>"))); // everything before it is written
 
     component.SetValidate(false);
     component.SetNode({nodeWithEmptyList()});
@@ -160,7 +160,7 @@ void ComponentEncodingsTest::aNodeWithoutDataIsCountedInTheRecordButNotWritten()
                  "0B AD 20 53 00 00 00 05 00 00 00 01 46" // type "F"
                  "CB 4C F6 45 00 00 00 05 00 00 00 01 6E" // name "n"
                  "44 E0 98 11 00 00 00 01 01" // optional true
-                 "C5 E5 39 36 00 00 00 04 00 00 00 01")); // nodes: one, but nothing of it
+                 "C5 E5 39 36 00 00 00 04 00 00 00 01")); // nodes: a count of one, but no node
 }
 
 void ComponentEncodingsTest::anEmptyListOfNodesWritesNothingWhileValidating()
@@ -286,7 +286,7 @@ void ComponentEncodingsTest::recordsMayComeInAnyOrderAndUnknownOnesAreSkipped()
                bytes("00 00 00 46" // 70 bytes
                      "C5 E5 39 36 00 00 00 04 00 00 00 00" // nodes: none
                      "44 E0 98 11 00 00 00 01 01" // optional true
-                     "12 34 56 78 00 00 00 02 01 02" // something unknown
+                     "12 34 56 78 00 00 00 02 01 02" // an unknown record
                      "A1 93 9A A3 00 00 00 05 00 00 00 01 64" // displayName "d"
                      "CB 4C F6 45 00 00 00 05 00 00 00 01 6E" // name "n"
                      "0B AD 20 53 00 00 00 05 00 00 00 01 46")); // type "F"
@@ -345,7 +345,7 @@ void ComponentEncodingsTest::anUnsetOptionalIsReadFromASnapshotThoughNotWritten(
     Component read;
     QCOMPARE(readSnapshot(read,
                           bytes("07 00 00 00 00 00 00 00 02 00 46 00 00 00 02 00 6E"
-                                "01" // whatever comes next is taken for it
+                                "01" // read as its value
                                 "AB")),
              1);
     QVERIFY(read.Getoptional());
@@ -376,7 +376,7 @@ void ComponentEncodingsTest::aSnapshotStoresItsTextsWithoutTheSetters()
 void ComponentEncodingsTest::anIncompleteNodeInASnapshotIsRefusedWhileValidating()
 {
     const QByteArray emptyNode = bytes("01 00 00 00 01" // one node
-                                       "00 00 00 00 00 FF FF FF FF" //   without anything
+                                       "00 00 00 00 00 FF FF FF FF" //   empty
                                        "FF FF FF FF FF FF FF FF 00");
     Component component;
     QCOMPARE(thrownBy([&] { readSnapshot(component, emptyNode); }), QString::fromLatin1(incompleteNode));
@@ -390,11 +390,11 @@ void ComponentEncodingsTest::aSnapshotIsReadByItsCount()
     Component component = aComponent();
     component.SetValidate(false);
     QCOMPARE(readSnapshot(component,
-                          bytes("16 00 00 00 01" // the nodes are said not to be set, but there is one
+                          bytes("16 00 00 00 01" // the flag of the nodes is clear, but there is one
                                 "02 00 00 00 00 00 00 00 02 00 61" //   id "a"
                                 "00 00 00 02 00 46 00 00 00 02 00 6E 00")),
              0);
-    QCOMPARE(std::as_const(component).GetNode().size(), 2); // it has joined the one present
+    QCOMPARE(std::as_const(component).GetNode().size(), 2); // appended to the existing one
     QCOMPARE(std::as_const(component).GetNode().at(1).Getid(), QStringLiteral("a"));
     QVERIFY(component.IsNodeSet());
 }

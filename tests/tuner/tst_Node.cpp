@@ -41,15 +41,15 @@ const char snapshot[] = "03 00 00 00 02" // both set, two values
                         "00 00 00 00 00 00 00 01" //     value 1
                         "00 00 00 06 00 61 00 74 00 74"; // id "att"
 
-/// A node with one value, whose list is not set although there is one.
+/// A node with one value, but the flag of the list is clear.
 Node withUnsetList()
 {
     Node node = aNode();
-    readSnapshot(node, bytes("02 00 00 00 00 00 00 00 06 00 61 00 74 00 74")); // id "att" set, nothing to add
+    readSnapshot(node, bytes("02 00 00 00 00 00 00 00 06 00 61 00 74 00 74")); // id "att" set, no values to append
     return node;
 }
 
-/// A node of another name than its class.
+/// A node whose name differs from that of its class.
 class Renamed : public Node
 {
 public:
@@ -65,13 +65,13 @@ class NodeTest : public QObject
 private Q_SLOTS:
     void itHasItsNameAndIdentifier();
     void aNewNodeMissesItsValuesEvenWithoutValidation();
-    void anEmptyListPassesTheCheckButIsNoData();
+    void emptyListPassesTheCheckButIsNotData();
     void theValuesAreCheckedBeforeTheIdentifier();
     void theIdentifierMustBeSetAndNotNull();
     void anEmptyIdentifierIsAValue();
     void aNullIdentifierIsRefusedOnlyWhileValidating();
-    void presenceNeedsValuesAndIdentifierForDataAndOneOfThemForAny();
-    void askingForTheModifiableListMarksItSet();
+    void hasDataNeedsValuesAndIdentifierAndAnyDataOneOfThem();
+    void nonConstGetterOfTheListSetsItsFlag();
     void aListIsStoredUnchecked();
     void anIncompleteValueIsNotAppendedWhileValidating();
     void resettingAMemberRestoresItsDefault();
@@ -81,7 +81,7 @@ private Q_SLOTS:
     void aWholeNodeHasThisElement();
     void aWholeNodeHasThisRecord();
     void aWholeNodeHasThisSnapshot();
-    void withoutValidationAnEmptyNodeIsWrittenAsItStands();
+    void withoutValidationAnEmptyNodeIsWritten();
     void valuesOfAListThatIsNotSetAreCountedButNotWritten();
 
     void theIdElementIsReadAfterTheAttribute();
@@ -92,7 +92,7 @@ private Q_SLOTS:
 
     void aRecordAppendsToTheValuesPresent();
     void recordsMayComeInAnyOrderAndUnknownOnesAreSkipped();
-    void aNullIdentifierInARecordComesBackEmpty();
+    void nullIdentifierInARecordIsReadAsEmpty();
     void anIncompleteValueRecordIsRefusedWhileValidating();
     void recordLengthsMustAddUp();
 
@@ -122,7 +122,7 @@ void NodeTest::aNewNodeMissesItsValuesEvenWithoutValidation()
     }
 }
 
-void NodeTest::anEmptyListPassesTheCheckButIsNoData()
+void NodeTest::emptyListPassesTheCheckButIsNotData()
 {
     Node node;
     node.Setid(QStringLiteral("a"));
@@ -152,14 +152,14 @@ void NodeTest::theIdentifierMustBeSetAndNotNull()
 {
     Node node;
     node.SetValidate(false);
-    node.AppendValueItem(ValueItem()); // a value does not mind being incomplete without validation
+    node.AppendValueItem(ValueItem()); // without validation the value may be incomplete
     QCOMPARE(thrownBy([&] { node.Check(); }), QString::fromLatin1(missingId));
     node.Setid(QString());
     QVERIFY(node.IsidSet());
     QCOMPARE(thrownBy([&] { node.Check(); }), QString::fromLatin1(missingId));
     node.Setid(QStringLiteral("a"));
     QCOMPARE(thrownBy([&] { node.Check(); }), QString());
-    // Only the flag is missing: an identifier that a snapshot left unset.
+    // After reading this snapshot, there is an identifier whose flag is clear.
     readSnapshot(node, bytes("01 00 00 00 00 00 00 00 02 00 61"));
     QCOMPARE(node.Getid(), QStringLiteral("a"));
     QCOMPARE(thrownBy([&] { node.Check(); }), QString::fromLatin1(missingId));
@@ -188,7 +188,7 @@ void NodeTest::aNullIdentifierIsRefusedOnlyWhileValidating()
     QVERIFY(node.Getid().isNull());
 }
 
-void NodeTest::presenceNeedsValuesAndIdentifierForDataAndOneOfThemForAny()
+void NodeTest::hasDataNeedsValuesAndIdentifierAndAnyDataOneOfThem()
 {
     Node node;
     QVERIFY(!node.AnyData());
@@ -202,10 +202,10 @@ void NodeTest::presenceNeedsValuesAndIdentifierForDataAndOneOfThemForAny()
     QVERIFY(!node.HasData());
     node.SetValueItem({}); // set, but empty
     QVERIFY(!node.AnyData());
-    QVERIFY(withUnsetList().HasData()); // presence asks for values, not for the flag
+    QVERIFY(withUnsetList().HasData()); // presence depends on values, not on the flag
 }
 
-void NodeTest::askingForTheModifiableListMarksItSet()
+void NodeTest::nonConstGetterOfTheListSetsItsFlag()
 {
     Node node;
     QVERIFY(std::as_const(node).GetValueItem().isEmpty());
@@ -299,7 +299,7 @@ void NodeTest::aWholeNodeHasThisSnapshot()
     QCOMPARE(hex(snapshotOf(read)), hex(snapshot));
 }
 
-void NodeTest::withoutValidationAnEmptyNodeIsWrittenAsItStands()
+void NodeTest::withoutValidationAnEmptyNodeIsWritten()
 {
     Node node;
     node.SetValidate(false);
@@ -322,7 +322,7 @@ void NodeTest::valuesOfAListThatIsNotSetAreCountedButNotWritten()
     QCOMPARE(hex(recordOf(node)),
              hex("00 00 00 1B" // 27 bytes
                  "2B 26 2D C9 00 00 00 07 00 00 00 03 61 74 74" // id "att"
-                 "4F 71 13 1F 00 00 00 04 00 00 00 01")); // values: one, but none of them
+                 "4F 71 13 1F 00 00 00 04 00 00 00 01")); // values: a count of one, but no value
     QCOMPARE(hex(snapshotOf(node)), hex("02 00 00 00 01 00 00 00 06 00 61 00 74 00 74"));
 }
 
@@ -386,13 +386,13 @@ void NodeTest::recordsMayComeInAnyOrderAndUnknownOnesAreSkipped()
     readRecord(node,
                bytes("00 00 00 29" // 41 bytes
                      "4F 71 13 1F 00 00 00 04 00 00 00 00" // values: none
-                     "12 34 56 78 00 00 00 08 01 02 03 04 05 06 07 08" // something unknown
+                     "12 34 56 78 00 00 00 08 01 02 03 04 05 06 07 08" // an unknown record
                      "2B 26 2D C9 00 00 00 05 00 00 00 01 61")); // id "a"
     QCOMPARE(node.Getid(), QStringLiteral("a"));
     QVERIFY(std::as_const(node).GetValueItem().isEmpty());
 }
 
-void NodeTest::aNullIdentifierInARecordComesBackEmpty()
+void NodeTest::nullIdentifierInARecordIsReadAsEmpty()
 {
     Node node;
     QCOMPARE(thrownBy([&] { readRecord(node, bytes("00 00 00 0C 2B 26 2D C9 00 00 00 04 FF FF FF FF")); }), QString());
@@ -425,14 +425,14 @@ void NodeTest::recordLengthsMustAddUp()
 
 void NodeTest::aSnapshotIsReadByItsCount()
 {
-    // The flag says that the list is not set; the value is read all the same, and appending it sets the flag.
+    // The flag of the list is clear. The value is read nevertheless, and appending it sets the flag.
     Node node = aNode();
     QCOMPARE(readSnapshot(node,
                           bytes("02 00 00 00 01"
                                 "04 00 02 03 00 00 00 02 00 69 00 00 00 00 00 00 00 07"
                                 "00 00 00 02 00 61")),
              0);
-    QCOMPARE(std::as_const(node).GetValueItem().size(), 2); // it has joined the one present
+    QCOMPARE(std::as_const(node).GetValueItem().size(), 2); // appended to the existing one
     QCOMPARE(std::as_const(node).GetValueItem().at(1).GetValueInt().Getvalue(), 7);
     QVERIFY(node.IsValueItemSet());
     QCOMPARE(node.Getid(), QStringLiteral("a"));
@@ -470,7 +470,7 @@ void NodeTest::theIdentifiersAreEqualWhenSetAndEqualOrBothUnset()
     left.Resetid();
     right.Resetid();
     QVERIFY(left == right);
-    QVERIFY(left == Node()); // one of them without data of its own
+    QVERIFY(left == Node()); // an object without data
 }
 
 void NodeTest::theListsAreComparedByTheFlagOfTheRightSide()

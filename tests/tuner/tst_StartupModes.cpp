@@ -51,25 +51,25 @@ class StartupModesTest : public QObject
 private Q_SLOTS:
     void itHasItsNameIdentifierAndNoVersion();
     void theElevenModesHaveTheirNamesInThisOrder();
-    void aNameIsFoundOnlyAsItIsSpelled();
+    void nameMustMatchExactly();
     void aSingleModeIsValidWithinTheElevenNames();
     void aListIsValidOnlyWhenEmpty();
 
     void aNewObjectMissesItsModesEvenWithoutValidation();
-    void anEmptyListPassesTheCheckButIsNoData();
-    void whatIsNoModeFailsTheCheck_data();
-    void whatIsNoModeFailsTheCheck();
-    void presenceAsksForModesAndNotForTheFlag();
-    void askingForTheModifiableListMarksItSet();
+    void emptyListPassesTheCheckButIsNotData();
+    void invalidModeFailsTheCheck_data();
+    void invalidModeFailsTheCheck();
+    void presenceDependsOnModesAndNotOnTheFlag();
+    void nonConstGetterOfTheListSetsItsFlag();
     void aListIsStoredUnchecked();
-    void whatIsNoModeIsNotAppendedWhileValidating();
+    void invalidModeIsNotAppendedWhileValidating();
     void resettingEmptiesTheList();
 
     void twoModesHaveThisElement();
     void twoModesHaveThisRecord();
     void twoModesHaveThisSnapshot();
     void anEmptyListIsWrittenOnlyWithoutValidation();
-    void whatIsNoModeIsWrittenWithoutName();
+    void invalidModeIsWrittenWithoutName();
     void modesOfAListThatIsNotSetAreWritten();
 
     void otherElementsAreIgnored();
@@ -79,7 +79,7 @@ private Q_SLOTS:
     void recordsOfUnknownTagAreSkipped();
     void recordLengthsMustAddUp();
     void aSnapshotIsReadByItsCount();
-    void aByteThatIsNoModeIsRefusedOnlyWhileValidating();
+    void byteThatIsNotAModeIsRefusedOnlyWhileValidating();
 
     void listsAreEqualWhenSetAndEqualOrBothUnset();
 };
@@ -112,7 +112,7 @@ void StartupModesTest::theElevenModesHaveTheirNamesInThisOrder()
     QCOMPARE(object.GetDefaultStartupMode(), Mode(-1));
 }
 
-void StartupModesTest::aNameIsFoundOnlyAsItIsSpelled()
+void StartupModesTest::nameMustMatchExactly()
 {
     const StartupModes object;
     QCOMPARE(object.NameToStartupMode(QStringLiteral("FFM")), Mode(3));
@@ -155,7 +155,7 @@ void StartupModesTest::aNewObjectMissesItsModesEvenWithoutValidation()
     }
 }
 
-void StartupModesTest::anEmptyListPassesTheCheckButIsNoData()
+void StartupModesTest::emptyListPassesTheCheckButIsNotData()
 {
     const StartupModes object = modes({});
     QVERIFY(object.IsStartupModeSet());
@@ -163,7 +163,7 @@ void StartupModesTest::anEmptyListPassesTheCheckButIsNoData()
     QVERIFY(!object.HasData() && !object.AnyData());
 }
 
-void StartupModesTest::whatIsNoModeFailsTheCheck_data()
+void StartupModesTest::invalidModeFailsTheCheck_data()
 {
     QTest::addColumn<int>("mode");
     QTest::newRow("-1") << -1;
@@ -171,7 +171,7 @@ void StartupModesTest::whatIsNoModeFailsTheCheck_data()
     QTest::newRow("-128") << -128;
 }
 
-void StartupModesTest::whatIsNoModeFailsTheCheck()
+void StartupModesTest::invalidModeFailsTheCheck()
 {
     QFETCH(int, mode);
     StartupModes object = modes({Mode::Scan, Mode(mode)});
@@ -182,7 +182,7 @@ void StartupModesTest::whatIsNoModeFailsTheCheck()
     QCOMPARE(thrownBy([&] { object.Check(); }), QString::fromLatin1(missingModes));
 }
 
-void StartupModesTest::presenceAsksForModesAndNotForTheFlag()
+void StartupModesTest::presenceDependsOnModesAndNotOnTheFlag()
 {
     const StartupModes set = modes({Mode::Scan});
     QVERIFY(set.HasData() && set.AnyData());
@@ -192,7 +192,7 @@ void StartupModesTest::presenceAsksForModesAndNotForTheFlag()
     QCOMPARE(thrownBy([&] { unset.Check(); }), QString::fromLatin1(missingModes));
 }
 
-void StartupModesTest::askingForTheModifiableListMarksItSet()
+void StartupModesTest::nonConstGetterOfTheListSetsItsFlag()
 {
     StartupModes object;
     QVERIFY(std::as_const(object).GetStartupMode().isEmpty());
@@ -210,7 +210,7 @@ void StartupModesTest::aListIsStoredUnchecked()
     QCOMPARE(std::as_const(object).GetStartupMode(), (Modes{Mode::Invalid, Mode(50)}));
 }
 
-void StartupModesTest::whatIsNoModeIsNotAppendedWhileValidating()
+void StartupModesTest::invalidModeIsNotAppendedWhileValidating()
 {
     StartupModes object;
     QCOMPARE(thrownBy([&] { object.AppendStartupMode(Mode::Invalid); }), QString::fromLatin1(refusedMode));
@@ -272,7 +272,7 @@ void StartupModesTest::anEmptyListIsWrittenOnlyWithoutValidation()
     QCOMPARE(hex(recordOf(object)), hex("00 00 00 0C 62 7B 74 CE 00 00 00 04 00 00 00 00"));
 }
 
-void StartupModesTest::whatIsNoModeIsWrittenWithoutName()
+void StartupModesTest::invalidModeIsWrittenWithoutName()
 {
     StartupModes object = modes({Mode::Invalid});
     object.SetValidate(false);
@@ -340,7 +340,7 @@ void StartupModesTest::recordsOfUnknownTagAreSkipped()
     StartupModes object;
     readRecord(object,
                bytes("00 00 00 21" // 33 bytes
-                     "12 34 56 78 00 00 00 01 FF" // something unknown
+                     "12 34 56 78 00 00 00 01 FF" // an unknown record
                      "62 7B 74 CE 00 00 00 10 00 00 00 01 00 00 00 08 00 00 00 04 53 63 61 6E"));
     QCOMPARE(std::as_const(object).GetStartupMode(), Modes{Mode::Scan});
 }
@@ -358,14 +358,14 @@ void StartupModesTest::recordLengthsMustAddUp()
 
 void StartupModesTest::aSnapshotIsReadByItsCount()
 {
-    // The flag says that the list is not set; the mode is read all the same, and appending it sets the flag.
+    // The flag of the list is clear. The mode is read nevertheless, and appending it sets the flag.
     StartupModes object;
     QCOMPARE(readSnapshot(object, bytes("00 00 00 00 01 06")), 0);
     QCOMPARE(std::as_const(object).GetStartupMode(), Modes{Mode::DF});
     QVERIFY(object.IsStartupModeSet());
 }
 
-void StartupModesTest::aByteThatIsNoModeIsRefusedOnlyWhileValidating()
+void StartupModesTest::byteThatIsNotAModeIsRefusedOnlyWhileValidating()
 {
     const QByteArray beyond = bytes("01 00 00 00 02 00 0B");
     StartupModes object;

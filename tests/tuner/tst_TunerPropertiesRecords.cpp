@@ -15,13 +15,13 @@ const char version[] = "CC FE DF A1 00 00 00 0A 00 00 00 06 00 31 00 2E 00 31"; 
 const char receiver[] = "A1 F0 EE 2D 00 00 00 0C 00 00 00 08 52 65 63 65 69 76 65 72"; // type; 20 bytes
 const char baseResource[] = "E0 CF AE 8E 00 00 00 06 00 00 00 02 52 58"; // "RX"; 14 bytes
 
-// With its length in front; 42 bytes.
+// Prefixed with its length; 42 bytes.
 const char bandwidth[] = "00 00 00 26"
                          "8C 9F BC A8 00 00 00 08 00 00 00 04 77 69 64 65" // Name "wide"
                          "A7 23 FF DA 00 00 00 0E" // MaxBandwidth
                          "00 00 00 0A 31 35 30 30 30 30 30 2E 30 30"; //   "1500000.00"
 
-// With its length in front; 137 bytes.
+// Prefixed with its length; 137 bytes.
 const char component[] = "00 00 00 85"
                          "0B AD 20 53 00 00 00 0A 00 00 00 06 46 69 6C 74 65 72" // type "Filter"
                          "CB 4C F6 45 00 00 00 07 00 00 00 03 50 72 65" // name "Pre"
@@ -34,9 +34,9 @@ const char component[] = "00 00 00 85"
                          "2B 26 2D C9 00 00 00 0A 00 00 00 06 6E 75 6D 62 65 72" //     id "number"
                          "0B A4 42 38 00 00 00 08 00 00 00 00 00 00 00 00"; //     value 0
 
-const char oneComponent[] = "66 BA 8E 61 00 00 00 8D 00 00 00 01"; // and behind it the component
+const char oneComponent[] = "66 BA 8E 61 00 00 00 8D 00 00 00 01"; // followed by the component
 const char noComponent[] = "66 BA 8E 61 00 00 00 04 00 00 00 00";
-const char componentNotWritten[] = "66 BA 8E 61 00 00 00 04 00 00 00 01"; // counted, but not there
+const char componentNotWritten[] = "66 BA 8E 61 00 00 00 04 00 00 00 01"; // counted, but not written
 
 QByteArray wholeRecord()
 {
@@ -58,7 +58,7 @@ QByteArray wholeRecord()
                   oneComponent, component);
 }
 
-/// A record of these member records, which may be anything.
+/// A record that contains these bytes.
 template <class... HexTexts>
 QByteArray framed(const HexTexts *...members)
 {
@@ -79,7 +79,7 @@ class TunerPropertiesRecordsTest : public QObject
 private Q_SLOTS:
     void aWholeDocumentHasThisRecord();
     void anEmptyListOfBandwidthsLeavesNoRecord();
-    void withoutValidationAnEmptyDocumentIsWrittenAsItStands();
+    void withoutValidationAnEmptyDocumentIsWritten();
     void aDocumentWithoutComponentsWritesNothingWhileValidating();
     void aMissingMemberIsReportedBeforeAnythingIsWritten();
     void bandwidthsAreWrittenThoughTheListIsNotSet();
@@ -88,13 +88,13 @@ private Q_SLOTS:
     void startupModesWithoutModeAreWrittenOnlyWithoutValidation();
 
     void recordsMayComeInAnyOrderAndUnknownOnesAreSkipped();
-    void aNegativeQuantityTravelsAsEightBytes();
+    void negativeQuantityIsWrittenAsEightBytes();
     void aQuantityIsCutToItsLowerHalf();
-    void theDelayTravelsWithAllItsBits();
+    void delayIsWrittenWithAllItsBits();
     void anUnknownTypeIsRefusedOnlyWhileValidating();
-    void nullTextsComeBackEmpty();
+    void nullTextsAreReadAsEmpty();
     void itemsAndModesJoinThosePresent();
-    void whatIsNotMentionedStays();
+    void unmentionedMembersStay();
     void incompleteItemsAreRefusedOnlyWhileValidating();
     void recordLengthsMustAddUp();
     void aNestedRecordFailsWithItsOwnName();
@@ -120,7 +120,7 @@ void TunerPropertiesRecordsTest::anEmptyListOfBandwidthsLeavesNoRecord()
     QCOMPARE(hex(recordOf(document)), hex(minimal));
 }
 
-void TunerPropertiesRecordsTest::withoutValidationAnEmptyDocumentIsWrittenAsItStands()
+void TunerPropertiesRecordsTest::withoutValidationAnEmptyDocumentIsWritten()
 {
     QCOMPARE(hex(recordOf(withoutValidation())),
              hex(joined("00 00 00 36", // 54 bytes
@@ -208,7 +208,7 @@ void TunerPropertiesRecordsTest::recordsMayComeInAnyOrderAndUnknownOnesAreSkippe
     TunerProperties document;
     readRecord(document,
                framed(oneComponent, component, //
-                      "12 34 56 78 00 00 00 03 01 02 03", // something unknown
+                      "12 34 56 78 00 00 00 03 01 02 03", // an unknown record
                       "C8 2D 81 E1 00 00 00 01 01", // HRPANSupported true
                       "64 D0 8C 29 00 00 00 01 00", // hwProcessing false
                       baseResource, receiver, version));
@@ -219,7 +219,7 @@ void TunerPropertiesRecordsTest::recordsMayComeInAnyOrderAndUnknownOnesAreSkippe
     QVERIFY(document == minimalDocument());
 }
 
-void TunerPropertiesRecordsTest::aNegativeQuantityTravelsAsEightBytes()
+void TunerPropertiesRecordsTest::negativeQuantityIsWrittenAsEightBytes()
 {
     TunerProperties document = withoutValidation();
     document.Setquantity(-2);
@@ -243,7 +243,7 @@ void TunerPropertiesRecordsTest::aQuantityIsCutToItsLowerHalf()
     QCOMPARE(document.Getquantity(), 5);
 }
 
-void TunerPropertiesRecordsTest::theDelayTravelsWithAllItsBits()
+void TunerPropertiesRecordsTest::delayIsWrittenWithAllItsBits()
 {
     TunerProperties document = minimalDocument();
     document.SetMaxFFPDelay(Q_UINT64_C(18446744073709551614));
@@ -266,7 +266,7 @@ void TunerPropertiesRecordsTest::anUnknownTypeIsRefusedOnlyWhileValidating()
     QCOMPARE(document.Gettype(), Type(-1));
 }
 
-void TunerPropertiesRecordsTest::nullTextsComeBackEmpty()
+void TunerPropertiesRecordsTest::nullTextsAreReadAsEmpty()
 {
     TunerProperties document;
     QCOMPARE(thrownBy([&] {
@@ -291,7 +291,7 @@ void TunerPropertiesRecordsTest::itemsAndModesJoinThosePresent()
     QCOMPARE(std::as_const(document).GetComponent().size(), 2);
 }
 
-void TunerPropertiesRecordsTest::whatIsNotMentionedStays()
+void TunerPropertiesRecordsTest::unmentionedMembersStay()
 {
     TunerProperties document = wholeDocument();
     readRecord(document, bytes("00 00 00 00"));
@@ -339,7 +339,7 @@ void TunerPropertiesRecordsTest::aNestedRecordFailsWithItsOwnName()
         thrownBy([&] { readRecord(document, framed("2A 68 BE F4 00 00 00 0B 62 7B 74 CE 00 00 00 04 00 00 00 00")); }),
         QStringLiteral("BinaryParsingException: StartupModes::SetBinary(...): Length error occurred during "
                        "processing of binary representation"));
-    QVERIFY(!document.IsStartupModesSet()); // the flag is set behind the record
+    QVERIFY(!document.IsStartupModesSet()); // the flag is set after reading the record
 }
 
 TEST_SUITE(TunerPropertiesRecordsTest)

@@ -13,7 +13,7 @@ namespace {
 
 const char version[] = "00 00 00 06 00 31 00 2E 00 31"; // "1.1"
 
-// No component, no type and no base resource: what a snapshot holds of them when none of them is set.
+// No component, no type and no base resource: the content of a snapshot if none of them is set.
 const char nothing[] = "00 00 00 00 FF FF FF FF FF";
 
 const char bandwidth[] = "03 00 00 00 08 00 77 00 69 00 64 00 65" // both set, Name "wide"
@@ -47,7 +47,7 @@ QByteArray wholeSnapshot()
                   "01"); // hwProcessing true
 }
 
-/// A document with nothing but one member, the one of this flag.
+/// A document in which only the member of this flag is set.
 TunerProperties documentWithOnly(int flag)
 {
     TunerProperties document;
@@ -103,14 +103,14 @@ class TunerPropertiesSnapshotTest : public QObject
 
 private Q_SLOTS:
     void aWholeDocumentHasThisSnapshot();
-    void anEmptyDocumentHoldsCountTypeAndBaseResource();
+    void emptyDocumentContainsCountTypeAndBaseResource();
     void eachMemberFollowsItsFlag_data();
     void eachMemberFollowsItsFlag();
     void anEmptyListOfBandwidthsThatIsSetIsCounted();
     void bandwidthsAreNotWrittenWhenTheListIsNotSet();
     void componentsOfAListThatIsNotSetAreCountedButNotWritten();
     void componentsOfAListThatIsNotSetAreNotRead();
-    void theFlagsAreTakenOverAsTheyAre();
+    void flagsAreReadUnchanged();
     void flagsBeyondTheTwelveAreDropped();
     void nothingIsCheckedInEitherDirection();
     void itemsAndModesJoinThosePresent();
@@ -126,7 +126,7 @@ void TunerPropertiesSnapshotTest::aWholeDocumentHasThisSnapshot()
     QCOMPARE(hex(snapshotOf(read)), hex(wholeSnapshot()));
 }
 
-void TunerPropertiesSnapshotTest::anEmptyDocumentHoldsCountTypeAndBaseResource()
+void TunerPropertiesSnapshotTest::emptyDocumentContainsCountTypeAndBaseResource()
 {
     QCOMPARE(hex(snapshotOf(TunerProperties())), hex(joined("00 00", version, nothing)));
     TunerProperties read;
@@ -203,9 +203,9 @@ void TunerPropertiesSnapshotTest::componentsOfAListThatIsNotSetAreNotRead()
     QCOMPARE(document.Getbaseresource(), QStringLiteral("RX"));
 }
 
-void TunerPropertiesSnapshotTest::theFlagsAreTakenOverAsTheyAre()
+void TunerPropertiesSnapshotTest::flagsAreReadUnchanged()
 {
-    // Type and base resource are always there, whatever their flags say; the rest loses its flags, not its values.
+    // Snapshots always contain type and base resource. The other members lose their flags, but not their values.
     TunerProperties document = wholeDocument();
     QCOMPARE(readSnapshot(document, joined("00 00", version, "00 00 00 00", "01", "00 00 00 02 00 42")), 0);
     QVERIFY(!document.IstypeSet() && !document.IsbaseresourceSet() && !document.IsnameSet());

@@ -26,7 +26,7 @@ QString refusedBySetter(const char *member)
 
 const char invalidType[] = "OutOfRangeException: enum is not valid (classname=TunerProperties,membername=m_type)";
 
-/// One member, so that a rule can be asked of each of the twelve.
+/// The functions of one member, for rules that are checked for each of the twelve.
 struct MemberOfDocument
 {
     const char *name;
@@ -79,7 +79,7 @@ void memberRows()
 
 } // namespace
 
-/// The members of a document: what is set, present, valid and equal.
+/// The flags, presence, validity and equality of a document's members.
 class TunerPropertiesStateTest : public QObject
 {
     Q_OBJECT
@@ -87,8 +87,8 @@ class TunerPropertiesStateTest : public QObject
 private Q_SLOTS:
     void itHasItsNameIdentifierAndVersion();
     void theFiveTypesHaveTheirNamesInThisOrder();
-    void aTypeIsFoundOnlyAsItIsSpelled();
-    void whatIsNoTypeHasNoName();
+    void typeNameMustMatchExactly();
+    void invalidTypeHasNoName();
 
     void aNewDocumentHasNoData();
     void theDefaultsAreThese();
@@ -104,7 +104,7 @@ private Q_SLOTS:
     void anInvalidTypeThatWasStoredFailsTheCheck();
     void aNullTextIsRefusedOnlyWhileValidating();
     void onlyNullTextsAndUnknownTypesAreInvalid();
-    void askingForAModifiableChildMarksItSet();
+    void nonConstGetterOfAChildSetsItsFlag();
     void childrenAreStoredUnchecked();
     void incompleteItemsAreNotAppendedWhileValidating();
 
@@ -113,8 +113,8 @@ private Q_SLOTS:
     void onlyListsThatAreSetAreChecked();
     void valuesWithoutRuleAreNotChecked();
 
-    void everyMemberCountsForEquality_data() { memberRows(); }
-    void everyMemberCountsForEquality();
+    void everyMemberAffectsEquality_data() { memberRows(); }
+    void everyMemberAffectsEquality();
     void theListsAndTheModesAreComparedByTheirItems();
     void comparingLeavesBothDocumentsInitialized();
 };
@@ -146,7 +146,7 @@ void TunerPropertiesStateTest::theFiveTypesHaveTheirNamesInThisOrder()
     QCOMPARE(document.GetDefaulttype(), Type(-1));
 }
 
-void TunerPropertiesStateTest::aTypeIsFoundOnlyAsItIsSpelled()
+void TunerPropertiesStateTest::typeNameMustMatchExactly()
 {
     const TunerProperties document;
     QCOMPARE(document.NameTotype(QStringLiteral("Receiver")), Type(3));
@@ -155,7 +155,7 @@ void TunerPropertiesStateTest::aTypeIsFoundOnlyAsItIsSpelled()
     QCOMPARE(document.NameTotype(QString()), Type(-1));
 }
 
-void TunerPropertiesStateTest::whatIsNoTypeHasNoName()
+void TunerPropertiesStateTest::invalidTypeHasNoName()
 {
     const TunerProperties document;
     QVERIFY(document.typeToName(Type(5)).isNull());
@@ -263,14 +263,14 @@ void TunerPropertiesStateTest::dataNeedsComponentsTypeAndBaseResource()
     QVERIFY(!document.HasData());
     document.SetValidate(false);
     document.Settype(Type(7));
-    QVERIFY(document.HasData()); // a type is set, whatever it is
+    QVERIFY(document.HasData()); // a type is set, even if it is invalid
     document.Setbaseresource(QString());
     QVERIFY(!document.HasData());
     document.Setbaseresource(QStringLiteral(""));
     QVERIFY(document.HasData());
     document.SetComponent({});
     QVERIFY(!document.HasData());
-    QVERIFY(withUnsetComponents().HasData()); // there is one, which is what counts
+    QVERIFY(withUnsetComponents().HasData()); // there is one, which is enough
 }
 
 void TunerPropertiesStateTest::anInvalidTypeIsRefusedOnlyWhileValidating()
@@ -334,7 +334,7 @@ void TunerPropertiesStateTest::onlyNullTextsAndUnknownTypesAreInvalid()
     QVERIFY(document.IsValidComponent(QVector<Component>{Component()}));
 }
 
-void TunerPropertiesStateTest::askingForAModifiableChildMarksItSet()
+void TunerPropertiesStateTest::nonConstGetterOfAChildSetsItsFlag()
 {
     TunerProperties document;
     QVERIFY(!std::as_const(document).GetStartupModes().HasData());
@@ -386,7 +386,7 @@ void TunerPropertiesStateTest::incompleteItemsAreNotAppendedWhileValidating()
 
 void TunerPropertiesStateTest::theMembersAreCheckedInThisOrder()
 {
-    // Everything is wrong at first, and is put right step by step; the flag makes no difference.
+    // Corrects all errors one after the other. The argument makes no difference.
     TunerProperties document = withoutValidation();
     document.Setname(QString());
     document.SetconnectableResources(QString());
@@ -449,13 +449,13 @@ void TunerPropertiesStateTest::valuesWithoutRuleAreNotChecked()
     QCOMPARE(thrownBy([&] { document.Check(); }), QString());
 }
 
-void TunerPropertiesStateTest::everyMemberCountsForEquality()
+void TunerPropertiesStateTest::everyMemberAffectsEquality()
 {
     QFETCH(int, index);
     const MemberOfDocument &member = membersInBitOrder().at(index);
     TunerProperties left;
     TunerProperties right;
-    member.set(left); // some of them to their default, which is still not the same as not set
+    member.set(left); // some of them to their default, which differs from not set
     QVERIFY(left != right);
     QVERIFY(right != left);
     member.set(right);
@@ -483,11 +483,11 @@ void TunerPropertiesStateTest::theListsAndTheModesAreComparedByTheirItems()
     left.GetStartupModes().GetStartupMode().removeFirst();
     QVERIFY(left != wholeDocument());
 
-    TunerProperties empty; // an empty list that is set is not the same as none
+    TunerProperties empty; // an empty list that is set differs from one that is not
     empty.SetBandwidthSelection({});
     QVERIFY(empty != TunerProperties());
     QVERIFY(TunerProperties() != empty);
-    QVERIFY(withUnsetBandwidths() == minimalDocument()); // items of a list that is not set do not count
+    QVERIFY(withUnsetBandwidths() == minimalDocument()); // items of a list whose flag is clear are ignored
 }
 
 void TunerPropertiesStateTest::comparingLeavesBothDocumentsInitialized()
@@ -504,7 +504,7 @@ void TunerPropertiesStateTest::comparingLeavesBothDocumentsInitialized()
     QVERIFY(other == left);
     QVERIFY(other.IsInitialized());
 
-    // The version comes first, so both are initialized even where a member settles it.
+    // The versions are compared first, which initializes both even if a member differs.
     const TunerProperties untouched;
     QVERIFY(wholeDocument() != untouched);
     QVERIFY(untouched.IsInitialized());

@@ -9,7 +9,7 @@ using namespace TunerDocuments;
 
 namespace {
 
-/// Versions, and whether a document of that version is older than "1.1".
+/// Versions, and whether documents of that version are older than "1.1".
 void versionRows()
 {
     QTest::addColumn<QString>("version");
@@ -38,8 +38,8 @@ QByteArray versionRecord(const QString &version)
     return record;
 }
 
-/// A snapshot with these flags and what a document that was reset reads behind the version: how many components, the
-/// type, here FFP, the base resource "B" and the quantity 9.
+/// A snapshot with these flags and the content that a document that was reset reads after the version: no components,
+/// the type FFP, the base resource "B" and the quantity 9.
 QByteArray versionSnapshot(const char *flags, const QString &version)
 {
     QByteArray text;
@@ -48,7 +48,7 @@ QByteArray versionSnapshot(const char *flags, const QString &version)
     return bytes(flags) + text + bytes("00 00 00 00 02 00 00 00 02 00 42 00 00 00 00 00 00 00 09");
 }
 
-/// Nothing is left of the whole document, but the quantity counts as given.
+/// All members are reset, but the flag of the quantity is set.
 bool isReset(const TunerProperties &document)
 {
     return !document.IsnameSet() && !document.IsMaxFFPDelaySet() && !document.IsStartupModesSet()
@@ -58,7 +58,7 @@ bool isReset(const TunerProperties &document)
 
 } // namespace
 
-/// What a document does about the version that it reads.
+/// The effect of the version that a document reads.
 class TunerPropertiesVersionTest : public QObject
 {
     Q_OBJECT
@@ -81,10 +81,10 @@ private Q_SLOTS:
     void theLoadedVersionIsNullBeforeAnythingWasRead();
     void theLoadedVersionIsTheOneReadLast();
     void resettingKeepsTheLoadedVersion();
-    void copiesTakeTheLoadedVersionAlong();
+    void copiesKeepTheLoadedVersion();
     void aNewerDocumentIsWrittenInTheOwnVersion();
-    void theLoadedVersionDoesNotCountForEquality();
-    void partsOfADocumentCarryNoVersion();
+    void loadedVersionDoesNotAffectEquality();
+    void partsOfADocumentHaveNoVersion();
 };
 
 void TunerPropertiesVersionTest::onlyOlderXmlResetsTheDocument()
@@ -178,7 +178,7 @@ void TunerPropertiesVersionTest::onlyOlderSnapshotsResetTheDocument()
     QCOMPARE(document.IstypeSet(), !older);
     QCOMPARE(document.IsbaseresourceSet(), !older);
     QVERIFY(document.IsquantitySet());
-    QCOMPARE(document.Getname().isNull(), older); // its flag is gone in either case
+    QCOMPARE(document.Getname().isNull(), older); // its flag is clear in either case
     QCOMPARE(std::as_const(document).GetComponent().isEmpty(), older);
     QCOMPARE(document.Gettype(), TunerProperties::type::FFP);
     QCOMPARE(document.Getbaseresource(), QStringLiteral("B"));
@@ -187,7 +187,8 @@ void TunerPropertiesVersionTest::onlyOlderSnapshotsResetTheDocument()
 
 void TunerPropertiesVersionTest::theResetReplacesTheFlagsOfASnapshot()
 {
-    // All twelve are said to be set, but behind an old version only what is always there and the quantity are read.
+    // All twelve flags are set, but after an old version only the quantity and the members that are always written are
+    // read.
     TunerProperties document;
     QCOMPARE(readSnapshot(document, versionSnapshot("FF 0F", QStringLiteral("1.0"))), 0);
     QCOMPARE(hex(snapshotOf(document)),
@@ -199,7 +200,7 @@ void TunerPropertiesVersionTest::theResetReplacesTheFlagsOfASnapshot()
 
 void TunerPropertiesVersionTest::anOlderSnapshotStillHoldsAQuantity()
 {
-    // The flags say that there is none; the reset says that there is.
+    // The flag of the quantity is clear in the snapshot, but the reset sets it.
     TunerProperties document;
     QCOMPARE(readSnapshot(document, versionSnapshot("00 00", QStringLiteral("1.0"))), 0);
     QVERIFY(document.IsquantitySet());
@@ -226,7 +227,7 @@ void TunerPropertiesVersionTest::theLoadedVersionIsTheOneReadLast()
     QCOMPARE(document.GetInitialVersionLoaded(), QStringLiteral("0.9"));
     readSnapshot(document, versionSnapshot("C0 02", QStringLiteral("3")));
     QCOMPARE(document.GetInitialVersionLoaded(), QStringLiteral("3"));
-    readRecord(document, bytes("00 00 00 00")); // no version, so the last one stays
+    readRecord(document, bytes("00 00 00 00")); // without a version, the last one stays
     QCOMPARE(document.GetInitialVersionLoaded(), QStringLiteral("3"));
     QCOMPARE(document.GetVersion(), QStringLiteral("1.1"));
 }
@@ -242,7 +243,7 @@ void TunerPropertiesVersionTest::resettingKeepsTheLoadedVersion()
     QCOMPARE(document.GetVersion(), QStringLiteral("1.1"));
 }
 
-void TunerPropertiesVersionTest::copiesTakeTheLoadedVersionAlong()
+void TunerPropertiesVersionTest::copiesKeepTheLoadedVersion()
 {
     TunerProperties document;
     readXml(document, QStringLiteral("<TunerProperties Version=\"1.5\"/>"));
@@ -261,14 +262,14 @@ void TunerPropertiesVersionTest::aNewerDocumentIsWrittenInTheOwnVersion()
     QCOMPARE(xmlOf(document), QStringLiteral("<TunerProperties Version=\"1.1\" type=\"MCP\" baseresource=\"b\"/>"));
 }
 
-void TunerPropertiesVersionTest::theLoadedVersionDoesNotCountForEquality()
+void TunerPropertiesVersionTest::loadedVersionDoesNotAffectEquality()
 {
     TunerProperties document;
     readXml(document, QStringLiteral("<TunerProperties Version=\"2.0\"/>"));
     QVERIFY(document == TunerProperties());
 }
 
-void TunerPropertiesVersionTest::partsOfADocumentCarryNoVersion()
+void TunerPropertiesVersionTest::partsOfADocumentHaveNoVersion()
 {
     QVERIFY(Component().GetVersion().isNull());
     QVERIFY(Node().GetVersion().isNull());

@@ -27,14 +27,14 @@ const char component[] = "<Component type=\"Filter\" name=\"Pre\" optional=\"fal
 const char bandwidth[] =
     "<BandwidthSelection><Name>wide</Name><MaxBandwidth>1500000.00</MaxBandwidth></BandwidthSelection>";
 
-/// The minimal document, with this between its attributes and its component.
+/// The minimal document with this text between its attributes and its component.
 QString minimalWith(const QString &content)
 {
     return QStringLiteral("<TunerProperties Version=\"1.1\" type=\"Receiver\" baseresource=\"RX\">") + content
         + QLatin1String(component) + QStringLiteral("</TunerProperties>");
 }
 
-/// A document of version 1.1 with nothing but this inside.
+/// A document of version 1.1 with this content.
 QString documentWith(const QString &content)
 {
     return QStringLiteral("<TunerProperties Version=\"1.1\">%1</TunerProperties>").arg(content);
@@ -57,7 +57,7 @@ class TunerPropertiesXmlTest : public QObject
 private Q_SLOTS:
     void aWholeDocumentHasThisElement();
     void theQuantityIsWrittenOnlyWhenItIsSet();
-    void withoutValidationAnEmptyDocumentIsWrittenAsItStands();
+    void withoutValidationAnEmptyDocumentIsWritten();
     void aDocumentWithoutComponentsWritesNothingWhileValidating();
     void aMissingMemberIsReportedBeforeAnythingIsWritten();
     void anInvalidTypeIsWrittenAsAnEmptyAttribute();
@@ -71,7 +71,7 @@ private Q_SLOTS:
     void onlySevenMembersAreReadFromAttributes();
     void emptyTextElementsAreEmptyTexts();
     void emptyTextAttributesAreEmptyTexts();
-    void aQuantityThatIsNoNumberIsZeroAndSet();
+    void quantityThatIsNotANumberIsZeroAndSet();
     void anUnknownTypeIsRefusedOnlyWhileValidating();
     void booleansAreReadFromTheirTexts_data();
     void booleansAreReadFromTheirTexts();
@@ -81,14 +81,14 @@ private Q_SLOTS:
     void theDelayIsWrittenUnsignedAndReadSigned();
     void itemsAndModesJoinThosePresent();
     void incompleteItemsAreRefusedOnlyWhileValidating();
-    void whatWasReadBeforeAFailureStays();
+    void valuesReadBeforeAFailureStay();
 
     void anUnknownElementThrowsWhileValidating_data();
     void anUnknownElementThrowsWhileValidating();
-    void theContentOfAnUnknownElementIsReadAsIfItStoodInTheDocument();
+    void contentOfAnUnknownElementIsReadAsContentOfTheDocument();
     void anUnknownElementOfAnOlderDocumentIsSkipped();
     void skippingEndsAtTheNextTokenOfTheSameName();
-    void unknownElementsFurtherDownAreAlwaysSkipped();
+    void nestedUnknownElementsAreAlwaysSkipped();
 };
 
 void TunerPropertiesXmlTest::aWholeDocumentHasThisElement()
@@ -110,7 +110,7 @@ void TunerPropertiesXmlTest::theQuantityIsWrittenOnlyWhenItIsSet()
         QStringLiteral("<TunerProperties Version=\"1.1\" type=\"Receiver\" baseresource=\"RX\" quantity=\"1\">")));
 }
 
-void TunerPropertiesXmlTest::withoutValidationAnEmptyDocumentIsWrittenAsItStands()
+void TunerPropertiesXmlTest::withoutValidationAnEmptyDocumentIsWritten()
 {
     QCOMPARE(xmlOf(withoutValidation()),
              QStringLiteral("<TunerProperties Version=\"1.1\" type=\"\" baseresource=\"\"/>"));
@@ -182,7 +182,7 @@ void TunerPropertiesXmlTest::aComponentWithoutDataStopsTheElement()
     QCOMPARE(thrownBy([&] { document.GetXml(writer); }),
              QStringLiteral("IncompleteDefinitionException: Parameters for Component are not set properly in "
                             "'TunerProperties'."));
-    QVERIFY(xml.endsWith(QLatin1String(component))); // what stood in front of it is written
+    QVERIFY(xml.endsWith(QLatin1String(component))); // everything before it is written
     document.SetValidate(false);
     QVERIFY(xmlOf(document).endsWith(
         QStringLiteral("<Component type=\"Filter\" name=\"Preselector\" optional=\"false\"/></TunerProperties>")));
@@ -248,7 +248,7 @@ void TunerPropertiesXmlTest::emptyTextAttributesAreEmptyTexts()
     QVERIFY(document.IsbaseresourceSet() && !document.Getbaseresource().isNull());
 }
 
-void TunerPropertiesXmlTest::aQuantityThatIsNoNumberIsZeroAndSet()
+void TunerPropertiesXmlTest::quantityThatIsNotANumberIsZeroAndSet()
 {
     for (const QString &xml : {QStringLiteral("<TunerProperties Version=\"1.1\" quantity=\"12abc\"/>"),
                                documentWith(QStringLiteral("<quantity>0x10</quantity>")),
@@ -396,7 +396,7 @@ void TunerPropertiesXmlTest::incompleteItemsAreRefusedOnlyWhileValidating()
     QCOMPARE(std::as_const(document).GetComponent().size(), 1);
 }
 
-void TunerPropertiesXmlTest::whatWasReadBeforeAFailureStays()
+void TunerPropertiesXmlTest::valuesReadBeforeAFailureStay()
 {
     TunerProperties document;
     QVERIFY(!thrownBy([&] {
@@ -405,7 +405,7 @@ void TunerPropertiesXmlTest::whatWasReadBeforeAFailureStays()
                                         "name=\"a\"><quantity>5</quantity></TunerProperties>"));
              }).isNull());
     QCOMPARE(document.Getname(), QStringLiteral("a"));
-    QCOMPARE(document.Getbaseresource(), QStringLiteral("b")); // attributes are asked for in the members' order
+    QCOMPARE(document.Getbaseresource(), QStringLiteral("b")); // attributes are read in the order of the members
     QVERIFY(!document.IsquantitySet());
 }
 
@@ -434,7 +434,7 @@ void TunerPropertiesXmlTest::anUnknownElementThrowsWhileValidating()
              QStringLiteral("InvalidXmlException: Unknown Tag 'maxFFPDelay' in 'TunerProperties'."));
 }
 
-void TunerPropertiesXmlTest::theContentOfAnUnknownElementIsReadAsIfItStoodInTheDocument()
+void TunerPropertiesXmlTest::contentOfAnUnknownElementIsReadAsContentOfTheDocument()
 {
     for (const QString &version : {QStringLiteral("1.1"), QStringLiteral("2.0")}) {
         TunerProperties document = withoutValidation();
@@ -468,7 +468,7 @@ void TunerPropertiesXmlTest::anUnknownElementOfAnOlderDocumentIsSkipped()
 
 void TunerPropertiesXmlTest::skippingEndsAtTheNextTokenOfTheSameName()
 {
-    // The start of the inner element ends the skipping, so what stands in it and behind it is read.
+    // The start of the inner element ends the skipping, so its content and everything after it are read.
     TunerProperties document;
     readXml(document,
             QStringLiteral("<TunerProperties Version=\"1.0\"><Colour><HRPANSupported>true</HRPANSupported>"
@@ -480,7 +480,7 @@ void TunerPropertiesXmlTest::skippingEndsAtTheNextTokenOfTheSameName()
     QCOMPARE(document.Getquantity(), 7);
 }
 
-void TunerPropertiesXmlTest::unknownElementsFurtherDownAreAlwaysSkipped()
+void TunerPropertiesXmlTest::nestedUnknownElementsAreAlwaysSkipped()
 {
     TunerProperties document;
     QCOMPARE(thrownBy([&] {

@@ -19,7 +19,7 @@ void occupyStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(stream, F_GETFD) == -1)
-            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // gets the lowest free number
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // uses the lowest free number
     }
 }
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The classes and their members: share/model.json, in the words of docs/formats.md."""
+"""The classes and their members: share/model.json, with the terms of docs/formats.md."""
 
 from __future__ import annotations
 
@@ -23,7 +23,7 @@ MODE_LIST = "modes"
 ATTRIBUTE = "attribute"
 ELEMENT = "element"
 
-# When XML and tagged records hold a member.
+# When XML and tagged records contain a member.
 ALWAYS = "always"
 WHEN_SET = "when set"
 UNLESS_EMPTY = "unless empty"
@@ -47,7 +47,7 @@ DEFAULTS: dict[str, Value] = {
 
 @dataclass(frozen=True)
 class Member:
-    """One row of a table. `bit` is its place there."""
+    """One row of a table. `bit` is its index."""
 
     name: str
     type: str
@@ -111,7 +111,7 @@ MODEL = json.loads((Path(__file__).parents[3] / "share" / "model.json").read_tex
 
 
 def _names(kind: str) -> tuple[str, ...]:
-    """Those of the one enumeration of that kind."""
+    """The names of the only enumeration of that kind."""
     (names,) = (row["names"] for cls in MODEL["classes"] for row in cls["members"] if row["kind"] == kind)
     return tuple(names)
 
@@ -138,7 +138,7 @@ def _type(row: dict) -> str:
         case kind if kind in _SCALARS:
             return kind
         case kind:
-            raise ValueError(f"'{kind}' is no kind of member that this reader knows")
+            raise ValueError(f"unknown kind of member '{kind}'")
 
 
 def _default(row: dict) -> Value:

@@ -19,7 +19,7 @@ _INFINITE = re.compile(_SIGN + "inf", re.IGNORECASE | re.ASCII)
 _NOT_A_NUMBER = re.compile("nan", re.IGNORECASE | re.ASCII)
 
 _HUNDREDTH = Decimal("0.01")
-_ALL_DIGITS = Context(prec=400)  # the largest double has 309 in front of the point
+_ALL_DIGITS = Context(prec=400)  # the largest double has 309 before the point
 _FLOAT = struct.Struct(">f")
 
 
@@ -34,7 +34,7 @@ def two_decimals(number: float) -> str:
 
 
 def whole(text: str, bits: int) -> int:
-    """The signed number that the text says, 0 if it says none or one that needs more bits."""
+    """The signed number that the text contains; 0 if it contains none or one that needs more bits."""
     text = text.strip(_BLANKS)
     if not _WHOLE.fullmatch(text):
         return 0

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What a document consists of: objects with members that have a value and a flag."""
+"""The objects of a document, whose members have a value and a flag."""
 
 from __future__ import annotations
 
@@ -44,7 +44,7 @@ class Object:
         return self.cls.members[self.choice] if self.choice < len(self.cls.members) else None
 
     def child(self, member: Member) -> Object:
-        """The object that the member holds."""
+        """The child object of the member."""
         value = self.values[member.bit]
         if value is None:
             value = self.values[member.bit] = new_object(member.item_class)
@@ -125,13 +125,13 @@ def tuner_type_of(name: str) -> int:
 
 
 def check(obj: Object) -> None:
-    """Refuses the first thing in the tree that is missing or must not stand as it does."""
+    """Raises an error for the first member in the tree that is missing or invalid."""
     if obj.cls.is_choice:
         _check_choice(obj)
         return
     for member in obj.cls.members:
         is_set = obj.is_set(member)
-        if not (_may_stand(member, obj.values[member.bit]) if is_set else not member.mandatory):
+        if not (_is_valid(member, obj.values[member.bit]) if is_set else not member.mandatory):
             raise refusals.not_set(obj.cls.name, member.name)
         if is_set:
             for child in children(obj, member):
@@ -144,7 +144,7 @@ def children(obj: Object, member: Member) -> list[Object]:
     return [obj.values[member.bit]] if member.item_class else []
 
 
-def _may_stand(member: Member, value: Value) -> bool:
+def _is_valid(member: Member, value: Value) -> bool:
     if member.type == TEXT:
         return value is not None
     if member.type == TUNER_TYPE:
@@ -163,7 +163,7 @@ def _check_choice(item: Object) -> None:
 
 
 def may_write(obj: Object, validate: bool, checked: bool = False) -> bool:
-    """Whether to write the object; `checked` says that a check of its parent has been through it already."""
+    """Whether to write the object; `checked` means that a check of its parent included it."""
     if not validate:
         return True
     if not checked:

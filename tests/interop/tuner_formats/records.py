@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""Tagged records, and the representations that carry them."""
+"""Tagged records, and the representations that contain them."""
 
 from __future__ import annotations
 
@@ -87,7 +87,7 @@ def _members(obj: Object, validate: bool) -> bytes:
 
 
 def _payload(obj: Object, member: Member, validate: bool) -> bytes | None:
-    """None if the member leaves no record."""
+    """None if no record is written for the member."""
     value = obj.values[member.bit]
     is_set = obj.is_set(member)
     if member.is_list:
@@ -130,7 +130,7 @@ def read(obj: Object, representation: bytes, validate: bool) -> None:
 
 
 def expand(payload: bytes) -> bytes:
-    """The plain representation behind a compressed one's leading word and length."""
+    """The plain representation after a compressed one's leading word and length."""
     if len(payload) < _WORD.size:
         raise _damaged()
     (size,) = _WORD.unpack_from(payload)

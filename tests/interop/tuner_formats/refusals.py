@@ -1,11 +1,11 @@
 # SPDX-License-Identifier: MIT
-"""What readers and writers refuse, in the words of docs/formats.md."""
+"""The errors of readers and writers, with the texts of docs/formats.md."""
 
 from __future__ import annotations
 
 
 class Refusal(Exception):
-    """A document that is not taken or not written; `text` says why."""
+    """A document that is not read or not written; `text` is the reason."""
 
     def __init__(self, text: str) -> None:
         super().__init__(text)
@@ -13,7 +13,7 @@ class Refusal(Exception):
 
 
 class WrongRepresentation(Refusal):
-    """Not the document that was asked for, or damaged; where the library returns false."""
+    """A damaged document, or one of another class, for which the library returns false."""
 
 
 class OutOfRange(Refusal):

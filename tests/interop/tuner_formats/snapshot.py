@@ -76,7 +76,7 @@ _WRITERS: dict[str, Callable[[Value], bytes]] = {
 
 
 def read(obj: Object, snapshot: bytes, validate: bool) -> int | None:
-    """Returns how many bytes are left; None if the snapshot ends early."""
+    """Returns the number of bytes left; None if the snapshot ends prematurely."""
     reader = _Reader(snapshot, validate)
     try:
         reader.read(obj)

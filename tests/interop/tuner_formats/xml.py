@@ -49,7 +49,7 @@ def write(obj: Object, validate: bool) -> bytes | None:
 
 
 def _element(obj: Object, line: str, validate: bool) -> str:
-    """The element of an object that may be written; `line` ends one line and begins the next as deep as the element."""
+    """The element of an object that may be written; `line` is a line end and the indentation of the element."""
     name = obj.cls.name
     start = f'<{name} Version="{OWN_VERSION}"' if obj.cls.has_version else f"<{name}"
     for member in obj.cls.attributes:
@@ -121,11 +121,11 @@ class _Token(NamedTuple):
     column: int
     name: str  # of a start or end tag, without its namespace
     attributes: dict[str, str]
-    text: str  # of a text, or of a fault
+    text: str  # of a text, or of an error
 
 
 class _Tokens:
-    """The tags and texts of a document, one by one. A document with a fault has them up to there."""
+    """The tags and texts of a document, one by one. A document with an error has them up to the error."""
 
     def __init__(self, document: bytes) -> None:
         self._next = 0
@@ -153,13 +153,13 @@ class _Tokens:
                 text += token.text
         return text
 
-    def pass_over(self, name: str) -> None:
+    def skip(self, name: str) -> None:
         while (token := self.next()).kind != _Token.END_OF_DOCUMENT and token.name != name:
             pass
 
 
 class _Parser:
-    """Takes a document apart."""
+    """Splits a document into tags and texts."""
 
     _SEPARATOR = " "  # between a namespace and a name
 
@@ -215,7 +215,7 @@ class _Parser:
 
 
 class _Fault(Exception):
-    """What ends the reading of a document that may be well-formed."""
+    """Documents that are rejected even if they are well-formed."""
 
 
 def _refused_at(token: _Token, why: str) -> WrongRepresentation:
@@ -260,10 +260,10 @@ def _read_child(obj: Object, start: _Token, tokens: _Tokens, validate: bool) -> 
 
 def _read_unknown(obj: Object, start: _Token, tokens: _Tokens, validate: bool) -> None:
     if not obj.cls.has_version or obj.is_older():
-        tokens.pass_over(start.name)
+        tokens.skip(start.name)
     elif validate:
         raise refusals.unknown_element(obj.cls.name, start.name)
-    # otherwise what is in the element is read as if it stood in the document itself
+    # otherwise the content of the element is read as content of the document itself
 
 
 def _store(obj: Object, member: Member, text: str, validate: bool) -> None:

@@ -37,11 +37,11 @@ struct PageNode
         }
     }
 
-    std::vector<const PageNode *> all(const std::function<bool(const PageNode &)> &asked) const
+    std::vector<const PageNode *> all(const std::function<bool(const PageNode &)> &matches) const
     {
         std::vector<const PageNode *> found;
         forEach([&](const PageNode &node) {
-            if (asked(node))
+            if (matches(node))
                 found.push_back(&node);
         });
         return found;
@@ -53,10 +53,10 @@ struct PageNode
     }
 
     /// Whether an element around it matches the predicate.
-    const PageNode *around(const std::function<bool(const PageNode &)> &asked) const
+    const PageNode *around(const std::function<bool(const PageNode &)> &matches) const
     {
         const PageNode *node = parent;
-        while (node && !asked(*node))
+        while (node && !matches(*node))
             node = node->parent;
         return node;
     }

@@ -23,7 +23,7 @@ void showNothing(Markup &out, const char *word)
 }
 
 /// Hides the choice and alternatives that are not chosen: only the chosen one counts.
-bool isNoMatter(const MemberView &member)
+bool isIrrelevant(const MemberView &member)
 {
     return (member.GetKind() == MemberKind::Alternative && !member.IsChosen())
         || (member.GetKind() == MemberKind::Choice && holdsNothing(member.GetValue()));
@@ -168,7 +168,7 @@ void Objects::facts(const Members &members, const ObjectPath &path)
     if (std::any_of(members.begin(), members.end(), isValue)) {
         const Tag list(m_out, "dl", {{"class", "facts"}});
         for (const MemberView &member : members) {
-            if (!isValue(member) || isNoMatter(member))
+            if (!isValue(member) || isIrrelevant(member))
                 continue;
             const Tag fact(m_out, "div", {{"data-member", member.GetName()}, {"class", widthOf(member)}});
             m_out.element("dt", {{"class", "name"}}, member.GetName());
@@ -177,7 +177,7 @@ void Objects::facts(const Members &members, const ObjectPath &path)
         }
     }
     for (const MemberView &member : members) {
-        if (!isValue(member) && !isNoMatter(member))
+        if (!isValue(member) && !isIrrelevant(member))
             children(member, path);
     }
 }

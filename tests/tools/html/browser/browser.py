@@ -94,7 +94,7 @@ class Browser:
             {"name": "prefers-reduced-motion", "value": "reduce"}])
 
     def settle(self):
-        """Until what has been asked of the page is to be seen on it."""
+        """Waits until the page shows the effect of all actions."""
         self.driver.execute_async_script("requestAnimationFrame(() => requestAnimationFrame(arguments[0]))")
 
     def click(self, identifier):
@@ -119,7 +119,7 @@ class Browser:
         return path
 
     def press(self, key):
-        """A key, as the keyboard sends it: what a page makes of it goes through the browser's own handling."""
+        """Sends a key like the keyboard: the browser handles it before the page does."""
         codes = {"Tab": (9, ""), "Enter": (13, "\r"), "Space": (32, " "), "Escape": (27, "")}
         code, text = codes[key]
         name = " " if key == "Space" else key

@@ -89,7 +89,7 @@ class Examples(BrowserTest):
                                      fetchRelatives=False)["nodes"][0]
         return {entry["name"]: entry["value"]["value"] for entry in node["properties"]}.get("expanded")
 
-    def test_pictures_that_are_no_controls_have_names(self):
+    def test_pictures_that_are_not_controls_have_names(self):
         def check(_, __):
             self.browser.click("open")
             pictures = [node for node in self.browser.accessibility() if node["role"] in ("image", "img", "meter")]

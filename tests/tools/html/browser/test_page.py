@@ -8,7 +8,7 @@ from browser import DARK, EXAMPLES, LIGHT, BrowserTest
 
 RECEIVER = EXAMPLES / "receiver.xml"
 
-# With what is wrong at its places: two problems in the second component.
+# With errors in known places: two problems in the second component.
 PROBLEMS = """<TunerProperties Version="1.1" type="SCP" baseresource="B"><Extra/>
   <Component type="a" name="first" optional="true"><Node id="whole">%s</Node></Component>
   <Component type="b" name="second" optional="true"><Node id="broken"><ValueItem/></Node></Component>
@@ -153,7 +153,7 @@ class Page(BrowserTest):
         document = base64.b64decode(self.browser.devtools("Page.printToPDF", printBackground=True)["data"])
         return len(re.findall(rb"/Type\s*/Page\b", document))
 
-    def test_what_is_closed_is_printed_all_the_same(self):
+    def test_closed_parts_are_printed(self):
         self.browser.open(RECEIVER)
         sheets = self.printed()
         self.assertEqual(self.browser.script(OPEN_CARDS), ["Antenna inputs"])
@@ -256,7 +256,7 @@ class Page(BrowserTest):
         self.assertTrue(self.is_open())
         self.assert_quiet(page)
 
-    def test_a_link_that_is_no_text_leads_nowhere(self):
+    def test_a_link_that_is_not_a_text_leads_nowhere(self):
         page = self.bare()
         self.fold()
         for link in ("#%ZZ", "#%C3", "#"):
