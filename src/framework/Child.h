@@ -3,13 +3,9 @@
 
 #include <QXmlStreamReader>
 
-#include "framework/ObjectAccess.h"
+#include "framework/Behavior.h"
 
 namespace JobXml {
-
-class BinaryReader;
-class BinaryWriter;
-class XmlOutput;
 
 /// The operations of rows on child objects.
 namespace Child {
@@ -31,7 +27,10 @@ inline Preparation preparation(const DataObject &parent, bool isChecked)
 void writeXml(const DataObject &child, XmlOutput &output, Preparation preparation);
 void writeRecord(const DataObject &child, BinaryWriter &writer, Preparation preparation);
 void writeRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, Preparation preparation);
-void writeSnapshot(const DataObject &child, BinaryWriter &writer);
+inline void writeSnapshot(const DataObject &child, BinaryWriter &writer)
+{
+    ObjectAccess::behavior(child).writeSnapshot(child, writer);
+}
 /// @}
 
 /// \name Reading
@@ -40,7 +39,11 @@ void writeSnapshot(const DataObject &child, BinaryWriter &writer);
 /// Reads the element `name`, whose start tag the reader has just read. Returns false if the document ends prematurely.
 bool readXml(DataObject &child, QXmlStreamReader &reader, const QString &name);
 void readRecord(DataObject &child, BinaryReader &reader, qint32 length);
-bool readSnapshot(DataObject &child, BinaryReader &reader);
+inline bool readSnapshot(DataObject &child, BinaryReader &reader)
+{
+    ObjectAccess::block(child); // also if there is nothing to read
+    return ObjectAccess::behavior(child).readSnapshot(child, reader);
+}
 /// @}
 
 } // namespace Child

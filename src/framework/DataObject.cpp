@@ -138,10 +138,12 @@ void DataObject::ResetToDefault()
 
 bool Behavior::equals(const DataObject &left, const DataObject &right) const
 {
-    if (!left.IsInitialized() && !right.IsInitialized())
+    const bool isLeftInitialized = ObjectAccess::existingBlock(left);
+    const bool isRightInitialized = ObjectAccess::existingBlock(right);
+    if (!isLeftInitialized && !isRightInitialized)
         return true;
-    Block *leftBlock = left.IsInitialized() ? &ObjectAccess::block(left) : nullptr;
-    Block *rightBlock = right.IsInitialized() ? &ObjectAccess::block(right) : nullptr;
+    Block *leftBlock = isLeftInitialized ? &ObjectAccess::block(left) : nullptr;
+    Block *rightBlock = isRightInitialized ? &ObjectAccess::block(right) : nullptr;
     for (const Member *member : ObjectAccess::info(left).writtenOrder()) {
         if (!member->equals(leftBlock, rightBlock))
             return false;

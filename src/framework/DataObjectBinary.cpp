@@ -117,21 +117,8 @@ void DataObject::GetVersionSpecificBinaryWithoutValidation(QDataStream &stream) 
 
 void DataObject::SetVersionSpecificBinaryWithoutValidation(QDataStream &stream)
 {
-    ObjectAccess::block(*this);
     BinaryReader reader(stream);
     Child::readSnapshot(*this, reader);
-}
-
-void Child::writeSnapshot(const DataObject &child, BinaryWriter &writer)
-{
-    ObjectAccess::block(child);
-    ObjectAccess::behavior(child).writeSnapshot(child, writer);
-}
-
-bool Child::readSnapshot(DataObject &child, BinaryReader &reader)
-{
-    ObjectAccess::block(child);
-    return ObjectAccess::behavior(child).readSnapshot(child, reader);
 }
 
 void Behavior::writeSnapshot(const DataObject &object, BinaryWriter &writer) const

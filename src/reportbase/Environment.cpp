@@ -36,11 +36,6 @@ ObjectState::ObjectState(bool theFlag, std::shared_ptr<Logger> theLogger, Member
 {
 }
 
-const ObjectState::Members *ObjectState::find(const EnvironmentPointer &environment)
-{
-    return environment.isOfOneObject() ? &static_cast<const ObjectState &>(*environment).members : nullptr;
-}
-
 EnvironmentPointer ObjectState::make(bool theFlag, std::shared_ptr<Logger> theLogger, Members theMembers)
 {
     if (theMembers.isDefault())

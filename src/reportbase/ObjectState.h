@@ -26,7 +26,10 @@ struct ObjectState final : Environment
     };
 
     /// Null if the object has a flag and a logger alone.
-    static const Members *find(const EnvironmentPointer &environment);
+    static const Members *find(const EnvironmentPointer &environment)
+    {
+        return environment.isOfOneObject() ? &static_cast<const ObjectState &>(*environment).members : nullptr;
+    }
 
     /// An environment without members if these are the defaults.
     static EnvironmentPointer make(bool theFlag, std::shared_ptr<Logger> theLogger, Members theMembers);
