@@ -138,12 +138,10 @@ void DataObject::ResetToDefault()
 
 bool Behavior::equals(const DataObject &left, const DataObject &right) const
 {
-    const bool isLeftInitialized = ObjectAccess::existingBlock(left);
-    const bool isRightInitialized = ObjectAccess::existingBlock(right);
-    if (!isLeftInitialized && !isRightInitialized)
+    Block *const leftBlock = ObjectAccess::detachedBlock(left);
+    Block *const rightBlock = ObjectAccess::detachedBlock(right);
+    if (!leftBlock && !rightBlock)
         return true;
-    Block *leftBlock = isLeftInitialized ? &ObjectAccess::block(left) : nullptr;
-    Block *rightBlock = isRightInitialized ? &ObjectAccess::block(right) : nullptr;
     for (const Member *member : ObjectAccess::info(left).writtenOrder()) {
         if (!member->equals(leftBlock, rightBlock))
             return false;

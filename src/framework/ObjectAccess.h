@@ -31,6 +31,12 @@ public:
     {
         return object.m_block && !object.m_block->isShared() ? *object.m_block : createOrDetach(object);
     }
+    /// The object's data, detached if they are shared; null if there are none.
+    static Block *detachedBlock(const DataObject &object)
+    {
+        Block *const block = object.m_block;
+        return block && block->isShared() ? &createOrDetach(object) : block;
+    }
     static const Block *existingBlock(const DataObject &object) noexcept { return object.m_block; }
     /// Exchanges the data of two objects of one class; each keeps its validate flag and its logger.
     static void swapBlocks(DataObject &left, DataObject &right) noexcept { std::swap(left.m_block, right.m_block); }
