@@ -25,7 +25,7 @@ const queries = [
     ["Length error occurred", "page-messages.html"], // in a table
     ["length ERROR", "page-messages.html"],
     ["big-endian two's complement", "page-formats.html"],
-    ["null texts apart from empty", "page-json.html"],
+    ["exact numbers, null and empty texts", "page-json.html"],
     ["Component[2]", "page-paths.html"],
     ["dlclose", "page-threads-and-copies.html"],
     ["find_package", "page-getting-started.html"],
