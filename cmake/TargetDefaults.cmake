@@ -76,13 +76,14 @@ if(CMAKE_BUILD_TYPE STREQUAL Debug AND NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS
 endif()
 
 # For the libraries and the tool. What most of their sources include is taken in once for all of them, since it is most of
-# what compiling takes. That each source includes what it uses is shown by scripts/clang.sh, which does without.
+# what compiling takes. That each source includes what it uses is shown by scripts/clang.sh, which does without. So do
+# projects that include this one: they may have precompiled headers of their own.
 set(TP_PRECOMPILED_PRODUCT ON CACHE BOOL "Compile the headers that the libraries and the tool share once")
 mark_as_advanced(TP_PRECOMPILED_PRODUCT)
 function(tp_product_defaults target)
     tp_target_defaults(${target})
     target_compile_options(${target} PRIVATE ${tp_product_optimization})
-    if(NOT TP_PRECOMPILED_PRODUCT)
+    if(NOT TP_PRECOMPILED_PRODUCT OR NOT PROJECT_IS_TOP_LEVEL)
         return()
     endif()
     if(NOT TARGET tunerproperties_pch)

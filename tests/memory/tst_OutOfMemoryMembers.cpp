@@ -99,7 +99,7 @@ class Operations
 public:
     Operations()
     {
-        Members::forEach<T>([this](const auto &member) { add(member); });
+        Members::forEach<T>([this](const auto &member) { this->add(member); });
     }
 
     /// Tries all of them; returns whether each survived and no member is missing, and adds up the allocations that
