@@ -10,6 +10,7 @@
 #include <reportbase/SaveFile.h>
 #include <tavikappstartup/TranslationCenter.h>
 
+#include "../src/module/Classes.h"
 #include "Documents.h"
 #include "Suites.h"
 
@@ -124,51 +125,34 @@ TAKES_TEXTS_ONLY(outOfRange, OutOfRangeException(std::declval<T>()))
 TAKES_TEXTS_ONLY(invalidXml, InvalidXmlException(std::declval<T>()))
 TAKES_TEXTS_ONLY(binaryParsing, BinaryParsingException(std::declval<T>()))
 TAKES_TEXTS_ONLY(incompleteDefinition, IncompleteDefinitionException(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfBandwidthSelection, BandwidthSelection::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfComponent, Component::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfNode, Node::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfSelectionItem, SelectionItem::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfStartupModes, StartupModes::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfStringItem, StringItem::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfTunerProperties, TunerProperties::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueBoolean, ValueBoolean::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueFloat, ValueFloat::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueInt, ValueInt::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueInt64, ValueInt64::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueItem, ValueItem::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueNumericFloat, ValueNumericFloat::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueNumericInt, ValueNumericInt::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueNumericInt64, ValueNumericInt64::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueSelection, ValueSelection::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueString, ValueString::fromXml(std::declval<T>()))
-TAKES_TEXTS_ONLY(xmlOfValueStringList, ValueStringList::fromXml(std::declval<T>()))
 TAKES_TEXTS_ONLY(pathBelow, std::declval<ObjectPath &>().below(std::declval<T>(), Step()))
-
-#define REFUSES_A_NULL_POINTER(Class) \
-    template <class T, class = decltype(Class::fromBinary(std::declval<T>()))> std::true_type binaryOf##Class(int); \
-    template <class> std::false_type binaryOf##Class(...); \
-    static_assert(decltype(binaryOf##Class<QByteArray>(0))::value, "takes bytes"); \
-    static_assert(!decltype(binaryOf##Class<std::nullptr_t>(0))::value, "takes no null pointer");
-
-REFUSES_A_NULL_POINTER(BandwidthSelection)
-REFUSES_A_NULL_POINTER(Component)
-REFUSES_A_NULL_POINTER(Node)
-REFUSES_A_NULL_POINTER(SelectionItem)
-REFUSES_A_NULL_POINTER(StartupModes)
-REFUSES_A_NULL_POINTER(StringItem)
-REFUSES_A_NULL_POINTER(TunerProperties)
-REFUSES_A_NULL_POINTER(ValueBoolean)
-REFUSES_A_NULL_POINTER(ValueFloat)
-REFUSES_A_NULL_POINTER(ValueInt)
-REFUSES_A_NULL_POINTER(ValueInt64)
-REFUSES_A_NULL_POINTER(ValueItem)
-REFUSES_A_NULL_POINTER(ValueNumericFloat)
-REFUSES_A_NULL_POINTER(ValueNumericInt)
-REFUSES_A_NULL_POINTER(ValueNumericInt64)
-REFUSES_A_NULL_POINTER(ValueSelection)
-REFUSES_A_NULL_POINTER(ValueString)
-REFUSES_A_NULL_POINTER(ValueStringList)
 // clang-format on
+
+/// What fromXml() and fromBinary() of a class accept.
+template <class Class>
+struct Readers
+{
+    template <class T, class = decltype(Class::fromXml(std::declval<T>()))>
+    static std::true_type xml(int);
+    template <class>
+    static std::false_type xml(...);
+    template <class T, class = decltype(Class::fromBinary(std::declval<T>()))>
+    static std::true_type binary(int);
+    template <class>
+    static std::false_type binary(...);
+
+    static_assert(decltype(xml<QString>(0))::value, "takes a text");
+    static_assert(!decltype(xml<std::nullptr_t>(0))::value, "takes no null pointer");
+    static_assert(decltype(binary<QByteArray>(0))::value, "takes bytes");
+    static_assert(!decltype(binary<std::nullptr_t>(0))::value, "takes no null pointer");
+};
+
+template <class... T>
+struct ReadersOf : Readers<T>...
+{
+};
+
+[[maybe_unused]] constexpr Classes::Into<ReadersOf> readersOfEveryClass;
 
 /// The ids of all values, through const objects alone.
 QStringList idsOf(const TunerProperties &tuner)
