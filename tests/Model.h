@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QRegularExpression>
-#include <QSet>
-
 #include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
 
@@ -81,25 +78,20 @@ inline QStringList membersOfAll()
     return names;
 }
 
-/// What shows objects to people, without the members that are not set and that `expected` does not name. So a test
-/// whose expectation is written out in full does not depend on members that join a class later. Whatever `expected`
-/// names, and whatever is set, stays. The lines may be those of a tree ("name: null (not set)", "name = QString null
-/// unset"), or hold several members ("name (not set), value 0 (not set)", "Holds name, value").
-inline QString withoutNewMembers(QString shown, const QString &expected)
+/// The names of a list of classes, JobXml::Classes or JobXml::Kinds.
+template <class List>
+QStringList namesIn()
 {
-    QSet<QString> names;
-    for (const QString &path : membersOfAll())
-        names += path.section(QLatin1Char('.'), 1);
-    for (const QString &name : qAsConst(names)) {
-        if (expected.contains(QRegularExpression(QStringLiteral("\\b%1\\b").arg(name))))
-            continue;
-        for (const char *pattern : {"\n *%1:? [^\n]*(\\(not set\\)|unset)(?=\n|$)", // a line
-                                    ", %1( [^,\n]*)? \\(not set\\)", // one of several in a line
-                                    ",\\s*<?%1>?(?=[.,\n])", // a name in a list of names
-                                    "\n( *)<?%1>?  +[^\n]*(\n\\1  +[^\n]*)*"}) // what explains it
-            shown.remove(QRegularExpression(QString::fromLatin1(pattern).arg(name)));
-    }
-    return shown;
+    QStringList names;
+    List::forEach([&](auto tag) { names += decltype(tag)::Class::GetStaticObjectName(); });
+    return names;
+}
+
+/// Names that a test states, followed by those of classes that are newer. `List` is in the order of joining the model.
+template <class List>
+QStringList withNewNames(const QStringList &stated)
+{
+    return stated + namesIn<List>().mid(stated.size());
 }
 
 } // namespace Model

@@ -205,8 +205,8 @@ public:
     [[nodiscard]] QVector<Problem> GetProblems() const;
 
     /// Calls `visitor` with each problem that GetProblems() would return, in the same order, without storing them: for
-    /// documents from strangers, which may have a problem for every few bytes. Exceptions of the visitor pass through.
-    /// The visitor must not change the document.
+    /// untrusted documents, which may have a problem for every few bytes. Exceptions of the visitor pass through. The
+    /// visitor must not change the document.
     void VisitProblems(const ProblemVisitor &visitor) const;
 
 protected: // for derived classes

@@ -30,7 +30,7 @@ namespace JobXml {
 /// one is chosen. In a snapshot it is a byte of its own; an alternative that is chosen but not set is not written there
 /// although it is read, so such an item is lost in that form.
 ///
-/// Two items are equal if nothing is chosen in both, or if the same alternative is chosen and either not set in the
+/// Two items are equal if neither has a choice, or if the same alternative is chosen and either not set in the
 /// left one, or equal in both. A comparison initializes both items if one of them is initialized. AnyData() only checks
 /// whether there is a choice.
 ///

@@ -12,7 +12,7 @@
 /// The application's translation registry. A module registers when it is loaded and unregisters when it is unloaded; in
 /// between its catalog, if there is one for the current QLocale, is installed in the QCoreApplication.
 ///
-/// The catalog of a module is the file `<module>_<locale>.qm`, which is searched in these folders:
+/// The catalog of a module is the file `<module>_<locale>.qm`, which the registry searches for in these folders:
 ///  1. the folders added with AddSearchPath(), the last added first;
 ///  2. the folder of this library, symbolic links resolved;
 ///  3. `translations` in the folder of this library;
@@ -36,8 +36,8 @@ public:
     static TranslationCenter &Instance();
 
     /// Makes the translations of `module` available to QCoreApplication::translate(). Without a QCoreApplication the
-    /// module is stored, and its catalog is searched and installed later, see InstallPending(). Registering a module
-    /// again searches its catalog again, for instance after QLocale::setDefault(); the new one replaces the installed
+    /// module is stored, and its catalog is found and installed later, see InstallPending(). Registering a module again
+    /// searches for its catalog again, for instance after QLocale::setDefault(); the new one replaces the installed
     /// one, and the module keeps its position in RegisteredModules().
     void Register(const QString &module);
     void Register(std::nullptr_t) = delete;

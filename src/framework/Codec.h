@@ -18,8 +18,8 @@ namespace JobXml {
 ///    booleans, a QLatin1String. Text that is not a number is read as 0, without an error, as the format requires.
 ///  - `writePayload` and `readPayload`: in a tagged record.
 ///  - `writeSnapshot` and `readSnapshot`: in a snapshot.
-///  - `kind`, `names`, `variant` and `fromVariant`: for visitors. `fromVariant` returns false for a value of another
-///  type.
+///  - `kind`, `names`, `variant` and `fromVariant`: for visitors. `fromVariant` returns false for another type of
+///    value.
 ///  - `isValid`: whether the value passes the check, and the setter while validating; `refuse` throws for other values.
 ///    `traits` has MayBeInvalid if there are such values.
 template <class T>

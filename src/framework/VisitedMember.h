@@ -24,7 +24,8 @@ enum Traits : unsigned {
     Identifies = 1 << 7, ///< a text: distinguishes the object from its siblings and is its name for users
     AlsoIdentifies = 1 << 8, ///< a text: also distinguishes the object from its siblings, but is not its name
     UsuallySeveralItems = 1 << 9, ///< a list: reading reserves memory for several items at once
-    WrittenUnlessEmpty = 1 << 15, ///< a list: tagged records omit it if it is empty, snapshots if its flag is clear
+    WrittenUnlessEmpty = 1 << 15, ///< a list: omitted if it is empty, in snapshots if its flag is clear. A row type
+                                  ///< does this; the trait tells readers of the table and of model.json
     // Set by the kinds of rows and by the codecs, not in the tables:
     HoldsChildren = 1 << 10,
     CreatedWithTheBlock = 1 << 11, ///< a child that inherits flag and logger when the block is created

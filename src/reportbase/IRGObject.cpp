@@ -115,8 +115,7 @@ bool IRGObject::MergeRGObject(const IRGObject &)
     return false;
 }
 
-// --- Name, type, validate flag, logger
-// --------------------------------------------------------------------------------
+// --- Name, type, validate flag, logger -------------------------------------------------------------------------------
 
 template <class Change>
 void IRGObject::changeState(Change change) const

@@ -265,6 +265,7 @@ class DocumentBehavior final : public Behavior
         output.writeEndElement();
     }
 
+    // Departs: the version is read first, since an older one resets the document.
     void readAttributes(DataObject &document, QXmlStreamReader &reader) const override
     {
         const QString version = reader.attributes().value(QLatin1String("Version")).toString();
@@ -291,6 +292,7 @@ class DocumentBehavior final : public Behavior
         Behavior::writeRecords(document, writer);
     }
 
+    // Departs: knows the record of the version.
     void readRecord(DataObject &document, BinaryReader &reader, quint32 tag, qint32 length) const override
     {
         if (tag == versionTag)

@@ -145,8 +145,8 @@ public:
             Child::readRecord(read, reader, length);
             return true;
         });
-        choose(ObjectAccess::block(
-            object)); // only now: after an error in the record the alternative is chosen but not set
+        // Only now: after an error in the record the alternative is chosen but not set.
+        choose(ObjectAccess::block(object));
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -298,6 +298,7 @@ class ItemBehavior final : public Behavior
         chosen->check(item, own);
     }
 
+    // Departs: without a choice, that is the only problem.
     void collectProblems(const DataObject &item, const ObjectPath &path, const ProblemVisitor &visitor) const override
     {
         if (rowOf(choiceOf(&ObjectAccess::block(item)))) {
@@ -328,6 +329,7 @@ class ItemBehavior final : public Behavior
         propagation.propagateTo(data.state.environment);
     }
 
+    // Departs: so do alternatives of a copy that are created later.
     void copyEnvironments(const DataObject &original, const DataObject &copy) const override
     {
         Behavior::copyEnvironments(original, copy);

@@ -6,7 +6,7 @@
 #include <jobxml/Visit.h>
 
 #include "Documents.h"
-#include "Model.h"
+#include "NewMembers.h"
 
 using namespace JobXml;
 
@@ -48,6 +48,8 @@ private Q_SLOTS:
         QCOMPARE(textOf(Mode(-5)), QStringLiteral("StartupModes::StartupMode(-5)"));
         QCOMPARE(textOf(Choice::ValueStringList), QStringLiteral("ValueItem::ChoiceValueItem::ValueStringList"));
         QCOMPARE(textOf(Choice::None), QStringLiteral("ValueItem::ChoiceValueItem::None"));
+        if (Kinds::size == 10)
+            QCOMPARE(textOf(Choice(10)), QStringLiteral("ValueItem::ChoiceValueItem(10)"));
         QCOMPARE(textOf(Choice(200)), QStringLiteral("ValueItem::ChoiceValueItem(200)"));
         QCOMPARE(textOf(MemberKind::Text), QStringLiteral("MemberKind::Text"));
         QCOMPARE(textOf(MemberKind::Boolean), QStringLiteral("MemberKind::Boolean"));

@@ -9,7 +9,7 @@
 #include "Documents.h"
 #include "Encodings.h"
 #include "ExceptionText.h"
-#include "Model.h"
+#include "NewMembers.h"
 #include "WholeTree.h"
 
 using namespace JobXml;

@@ -16,21 +16,9 @@ private Q_SLOTS:
     void noTwoClassesShareAnIdentifier();
 };
 
-namespace {
-
-template <class List>
-QStringList namesIn()
-{
-    QStringList names;
-    List::forEach([&](auto tag) { names += decltype(tag)::Class::GetStaticObjectName(); });
-    return names;
-}
-
-} // namespace
-
 void ClassesTest::everyClassThatADocumentCanContainIsListedOnce()
 {
-    QStringList names = namesIn<Classes>();
+    QStringList names = Model::namesIn<Classes>();
     QCOMPARE(names.first(), QStringLiteral("TunerProperties"));
     names.sort();
     QCOMPARE(names, Model::classes());
@@ -38,8 +26,8 @@ void ClassesTest::everyClassThatADocumentCanContainIsListedOnce()
 
 void ClassesTest::theKindsAreTheAlternativesInTheirOrder()
 {
-    QCOMPARE(namesIn<Kinds>(), Model::members(ValueItem()));
-    QCOMPARE(namesIn<Kinds>(), ValueItem::GetChoiceValueItems());
+    QCOMPARE(Model::namesIn<Kinds>(), Model::members(ValueItem()));
+    QCOMPARE(Model::namesIn<Kinds>(), ValueItem::GetChoiceValueItems());
 }
 
 void ClassesTest::noTwoClassesShareAnIdentifier()

@@ -52,8 +52,26 @@ private Q_SLOTS:
 
     void theClassUnitsAreBuiltInTheirOrderAndTheRegistrationLast()
     {
-        QStringList expected;
-        JobXml::Classes::forEach([&](auto tag) { expected += decltype(tag)::Class::GetStaticObjectName(); });
+        const QStringList expected = Model::withNewNames<JobXml::Classes>({
+            QStringLiteral("TunerProperties"),
+            QStringLiteral("StartupModes"),
+            QStringLiteral("BandwidthSelection"),
+            QStringLiteral("Component"),
+            QStringLiteral("Node"),
+            QStringLiteral("ValueItem"),
+            QStringLiteral("ValueBoolean"),
+            QStringLiteral("ValueFloat"),
+            QStringLiteral("ValueInt"),
+            QStringLiteral("ValueInt64"),
+            QStringLiteral("ValueNumericFloat"),
+            QStringLiteral("ValueNumericInt"),
+            QStringLiteral("ValueNumericInt64"),
+            QStringLiteral("ValueSelection"),
+            QStringLiteral("SelectionItem"),
+            QStringLiteral("ValueString"),
+            QStringLiteral("ValueStringList"),
+            QStringLiteral("StringItem"),
+        });
         QStringList built;
         for (const QString &function : startUpFunctions()) {
             for (const QString &name : expected) {

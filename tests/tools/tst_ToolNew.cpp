@@ -8,7 +8,7 @@
 
 #include <jobxml/TunerProperties.h>
 
-#include "Model.h"
+#include "NewMembers.h"
 
 /// New documents, and the schema.
 class ToolNewTest : public QObject

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Model.h"
+#include "NewMembers.h"
 #include "tools/Tool.h"
 
 class ToolShowTest : public QObject

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void resetForgetsChoiceAndAlternatives();
     void resetToDefaultLeavesTheItemInitialized();
     void hasDataDependsOnTheChosenAlternativeAlone();
+    void aChoiceBeyondTheKindsIsNoneButCountsAsAnyData_data();
     void aChoiceBeyondTheKindsIsNoneButCountsAsAnyData();
     void checkReportsWhatTheChoiceLacks_data();
     void checkReportsWhatTheChoiceLacks();
@@ -83,7 +84,7 @@ void ValueItemTest::theTenKindsHaveTheirNamesInThisOrder()
                                QStringLiteral("ValueNumericFloat"), QStringLiteral("ValueNumericInt"),
                                QStringLiteral("ValueNumericInt64"), QStringLiteral("ValueSelection"),
                                QStringLiteral("ValueString"),       QStringLiteral("ValueStringList")};
-    QCOMPARE(ValueItem::GetChoiceValueItems().mid(0, names.size()), names); // new kinds follow these
+    QCOMPARE(ValueItem::GetChoiceValueItems(), Model::withNewNames<JobXml::Kinds>(names));
     const ValueItem item;
     for (int i = 0; i < names.size(); ++i) {
         QCOMPARE(item.ChoiceValueItemToName(Choice(i)), names.at(i));
@@ -316,18 +317,30 @@ void ValueItemTest::hasDataDependsOnTheChosenAlternativeAlone()
     QVERIFY(!item.HasData());
 }
 
+void ValueItemTest::aChoiceBeyondTheKindsIsNoneButCountsAsAnyData_data()
+{
+    QTest::addColumn<int>("choice");
+    QTest::addColumn<QByteArray>("snapshot");
+    const char *const firstBeyond[] = {"04 00 0A", "04 00 0B", "04 00 0C", "04 00 0D",
+                                       "04 00 0E", "04 00 0F", "04 00 10"};
+    QTest::newRow("the first one") << JobXml::Kinds::size << QByteArray(firstBeyond[JobXml::Kinds::size - 10]);
+    QTest::newRow("200") << 200 << QByteArray("04 00 C8");
+}
+
 void ValueItemTest::aChoiceBeyondTheKindsIsNoneButCountsAsAnyData()
 {
+    QFETCH(int, choice);
+    QFETCH(QByteArray, snapshot);
     ValueItem item;
-    QCOMPARE(readSnapshot(item, bytes("04 00 C8")), 0);
-    QCOMPARE(item.GetChoiceValueItem(), Choice(200));
+    QCOMPARE(readSnapshot(item, bytes(snapshot.constData())), 0);
+    QCOMPARE(item.GetChoiceValueItem(), Choice(choice));
     QVERIFY(!item.HasData());
     QVERIFY(item.AnyData());
     QCOMPARE(thrownBy([&] { item.Check(); }), QString::fromLatin1(notInitialized));
     item.SetValidate(false);
     QCOMPARE(xmlOf(item), QStringLiteral("<ValueItem/>"));
     QCOMPARE(hex(recordOf(item)), hex("00 00 00 00"));
-    QCOMPARE(hex(snapshotOf(item)), hex("04 00 C8"));
+    QCOMPARE(hex(snapshotOf(item)), hex(snapshot.constData()));
 }
 
 void ValueItemTest::checkReportsWhatTheChoiceLacks_data()
