@@ -24,8 +24,9 @@ enum Traits : unsigned {
     Identifies = 1 << 7, ///< a text: distinguishes the object from its siblings and is its name for users
     AlsoIdentifies = 1 << 8, ///< a text: also distinguishes the object from its siblings, but is not its name
     UsuallySeveralItems = 1 << 9, ///< a list: reading reserves memory for several items at once
-    WrittenUnlessEmpty = 1 << 15, ///< a list: omitted if it is empty, in snapshots if its flag is clear. A row type
-                                  ///< does this; the trait tells readers of the table and of model.json
+    /// A list: omitted if it is empty, and in snapshots if its flag is clear. The row type implements this; the trait
+    /// documents it in the table and in model.json.
+    WrittenUnlessEmpty = 1 << 15,
     // Set by the kinds of rows and by the codecs, not in the tables:
     HoldsChildren = 1 << 10,
     CreatedWithTheBlock = 1 << 11, ///< a child that inherits flag and logger when the block is created
