@@ -117,7 +117,7 @@ QString label(const DataObject &object, int index)
                 return object.GetObjectName() + QLatin1String(" \"") + identification + QLatin1Char('"');
         }
     }
-    const QString name = object.GetObjectName();
+    const QString &name = object.GetObjectName();
     return index < 0 ? name : name + QLatin1Char(' ') + QString::number(index + 1);
 }
 
