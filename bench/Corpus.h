@@ -13,7 +13,7 @@ enum class Shape {
 
 const char *nameOf(Shape shape);
 
-/// A complete tuner description with so many nodes: 1 to 3 values per node, 1.45 on average, of all ten kinds, and 3 to
+/// A complete tuner description with so many nodes: 1 to 3 values per node, 1.45 on average, of all kinds, and 3 to
 /// 8 items in each list. The same on every machine, since it is made from numbers of its own generator. All numbers
 /// have two decimals at most, so that every encoding carries them exactly.
 JobXml::TunerProperties document(Shape shape, int nodes);

@@ -68,11 +68,15 @@ function(tp_target_defaults target)
         QT_NO_FOREACH QT_DEPRECATED_WARNINGS QT_STRICT_ITERATORS)
 endfunction()
 
-# Debug builds that request no optimization of their own get what debuggers can follow: it takes no longer to compile, and
-# the tests wait for the libraries and the tool half as long. To see every variable: -DCMAKE_CXX_FLAGS=-O0
-set(tp_product_optimization)
-if(CMAKE_BUILD_TYPE STREQUAL Debug AND NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_DEBUG}" MATCHES "-O")
-    set(tp_product_optimization -Og)
+# Flags for the libraries and the tool, but not for the tests. Debug builds that request no optimization get what debuggers
+# can follow: it takes no longer to compile, and the tests wait for the libraries and the tool half as long. To see every
+# variable: -DTP_PRODUCT_FLAGS=-O0
+set(TP_PRODUCT_FLAGS "" CACHE STRING "Flags for the libraries and the tool, but not for the tests")
+mark_as_advanced(TP_PRODUCT_FLAGS)
+set(tp_product_flags ${TP_PRODUCT_FLAGS})
+if(CMAKE_BUILD_TYPE STREQUAL Debug
+        AND NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_DEBUG} ${TP_PRODUCT_FLAGS}" MATCHES "-O")
+    list(APPEND tp_product_flags -Og)
 endif()
 
 # For the libraries and the tool. What most of their sources include is taken in once for all of them, since it is most of
@@ -82,7 +86,7 @@ set(TP_PRECOMPILED_PRODUCT ON CACHE BOOL "Compile the headers that the libraries
 mark_as_advanced(TP_PRECOMPILED_PRODUCT)
 function(tp_product_defaults target)
     tp_target_defaults(${target})
-    target_compile_options(${target} PRIVATE ${tp_product_optimization})
+    target_compile_options(${target} PRIVATE ${tp_product_flags})
     if(NOT TP_PRECOMPILED_PRODUCT OR NOT PROJECT_IS_TOP_LEVEL)
         return()
     endif()
@@ -90,7 +94,7 @@ function(tp_product_defaults target)
         file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/tunerproperties_pch.cpp CONTENT "// A target takes a source.\n")
         add_library(tunerproperties_pch OBJECT ${PROJECT_BINARY_DIR}/tunerproperties_pch.cpp)
         tp_target_defaults(tunerproperties_pch)
-        target_compile_options(tunerproperties_pch PRIVATE ${tp_product_optimization})
+        target_compile_options(tunerproperties_pch PRIVATE ${tp_product_flags})
         target_link_libraries(tunerproperties_pch PRIVATE Qt5::Core)
         target_precompile_headers(tunerproperties_pch PRIVATE
             <algorithm> <functional> <limits> <memory> <optional> <utility> <vector>

@@ -45,23 +45,23 @@ void useAfterReading(const Input &input, JobXml::DataObject &object)
     const Class &type = *input.type;
     object.HasData();
     object.AnyData();
-    comesBack([&] { object.Check(); });
+    returnsNormally([&] { object.Check(); });
     object.GetProblems();
 
     const Class::Pointer copy = type.copy(object);
     type.equal(*copy, object);
-    comesBack([&] { return object.GetXmlString(); });
-    comesBack([&] { return object.GetBinaryRepresentationAsQByteArray(); });
+    returnsNormally([&] { return object.GetXmlString(); });
+    returnsNormally([&] { return object.GetBinaryRepresentationAsQByteArray(); });
     QByteArray snapshot;
     QDataStream stream(&snapshot, QIODevice::WriteOnly);
     object.GetVersionSpecificBinaryWithoutValidation(stream);
 
     const Class::Pointer sharing = type.make();
     type.assign(*sharing, object);
-    comesBack([&] { return sharing->MergeRGObject(*copy); });
+    returnsNormally([&] { return sharing->MergeRGObject(*copy); });
     object.Reset();
     require(!object.HasData(), "an object that was reset has no data");
-    comesBack([&] { return sharing->GetXmlString(); });
+    returnsNormally([&] { return sharing->GetXmlString(); });
     type.assign(object, *sharing);
 }
 

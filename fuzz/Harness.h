@@ -29,7 +29,7 @@ void require(bool holds, const char *what);
 /// Calls the function and returns whether it has returned normally. Documented exceptions of the library are refusals,
 /// which are expected; any other exception is a finding.
 template <class Function>
-bool comesBack(Function &&function)
+bool returnsNormally(Function &&function)
 {
     try {
         function();
@@ -62,7 +62,7 @@ template <class Function>
 qint64 heapPeakOf(Function &&function)
 {
     HeapPeak::start();
-    function(); // throws nothing: see comesBack()
+    function(); // throws nothing: see returnsNormally()
     return HeapPeak::stop();
 }
 

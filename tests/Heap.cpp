@@ -32,13 +32,13 @@ namespace {
 void onAllocation(const volatile void *, std::size_t size)
 {
     if (watcher)
-        watcher->taken(size);
+        watcher->bytesAllocated(size);
 }
 
 void onFree(const volatile void *memory)
 {
     if (watcher && memory)
-        watcher->given(__sanitizer_get_allocated_size(memory));
+        watcher->bytesFreed(__sanitizer_get_allocated_size(memory));
 }
 
 [[maybe_unused]] const int installed = __sanitizer_install_malloc_and_free_hooks(onAllocation, onFree);
@@ -59,7 +59,7 @@ void *allocated(void *memory)
 {
     if (watcher && memory) {
         watcher->allocated();
-        watcher->taken(malloc_usable_size(memory));
+        watcher->bytesAllocated(malloc_usable_size(memory));
     }
     return memory;
 }
@@ -89,7 +89,7 @@ TAKES_THE_PLACE void free(void *memory)
 {
     if (watcher && memory) {
         watcher->freed();
-        watcher->given(malloc_usable_size(memory));
+        watcher->bytesFreed(malloc_usable_size(memory));
     }
     __libc_free(memory);
 }
@@ -107,8 +107,8 @@ TAKES_THE_PLACE void *realloc(void *memory, std::size_t size)
     const std::size_t before = malloc_usable_size(memory);
     void *const resized = __libc_realloc(memory, size);
     if (watcher && resized) {
-        watcher->taken(malloc_usable_size(resized));
-        watcher->given(before);
+        watcher->bytesAllocated(malloc_usable_size(resized));
+        watcher->bytesFreed(before);
     }
     return resized;
 }

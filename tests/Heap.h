@@ -36,8 +36,8 @@ public:
 
     /// A number of bytes was allocated or freed. Changing a size is both: first the new size, then the old one, as if
     /// both blocks existed for a moment. A sanitizer's allocator only reports these events.
-    virtual void taken(std::size_t) { }
-    virtual void given(std::size_t) { }
+    virtual void bytesAllocated(std::size_t) { }
+    virtual void bytesFreed(std::size_t) { }
 
 protected:
     ~Watcher() = default;

@@ -25,7 +25,7 @@ public:
 private:
     bool mayAllocate(std::size_t) override { return true; }
 
-    void taken(std::size_t size) override
+    void bytesAllocated(std::size_t size) override
     {
         const auto more = static_cast<long long>(size);
         const long long now = m_inUse.fetch_add(more, std::memory_order_relaxed) + more;
@@ -33,7 +33,7 @@ private:
         while (now > most && !m_most.compare_exchange_weak(most, now, std::memory_order_relaxed)) { }
     }
 
-    void given(std::size_t size) override
+    void bytesFreed(std::size_t size) override
     {
         m_inUse.fetch_sub(static_cast<long long>(size), std::memory_order_relaxed);
     }

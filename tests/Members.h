@@ -35,14 +35,14 @@ struct Child
 };
 
 /// A list of objects, or of enumerators.
-template <class T, class Item, class Given = const Item &>
+template <class T, class Item, class Argument = const Item &>
 struct List
 {
     const char *name;
     const QVector<Item> &(T::*get)() const;
     QVector<Item> &(T::*modify)();
     void (T::*set)(const QVector<Item> &);
-    void (T::*append)(Given);
+    void (T::*append)(Argument);
     bool (T::*isSet)() const;
     void (T::*reset)();
 };

@@ -16,15 +16,15 @@ inline void readRepresentation(const quint8 *data, std::size_t size)
     const Class::Pointer object = input.object();
     QByteArray bytes = input.bytes;
     bool read = false;
-    const bool cameBack = comesBack([&] { read = object->SetBinaryRepresentation(bytes); });
-    require(object->GetErrorString().isNull() == (read || !cameBack),
+    const bool hasReturned = returnsNormally([&] { read = object->SetBinaryRepresentation(bytes); });
+    require(object->GetErrorString().isNull() == (read || !hasReturned),
             "there is an error string exactly where false is returned");
 
     const Class::Pointer streamed = input.object();
     QDataStream stream(input.bytes);
     stream.setVersion(QDataStream::Qt_5_15);
     bool readFromStream = false;
-    comesBack([&] { readFromStream = streamed->SetBinaryRepresentation(stream); });
+    returnsNormally([&] { readFromStream = streamed->SetBinaryRepresentation(stream); });
     require(!read || readFromStream, "what is read from bytes is read from a stream");
     if (read) {
         streamed->SetValidate(false);

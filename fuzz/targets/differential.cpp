@@ -221,7 +221,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     const Encoding &encoding = *encodings[quint8(input.bytes.at(0)) % std::size(encodings)];
     const Class::Pointer original = input.object();
     bool read = false;
-    comesBack([&] { read = encoding.read(*original, input.bytes.mid(1)); });
+    returnsNormally([&] { read = encoding.read(*original, input.bytes.mid(1)); });
     if (!read)
         return 0;
 

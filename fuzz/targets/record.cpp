@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     const Class::Pointer object = input.object();
 
     const qint64 peak = heapPeakOf([&] {
-        comesBack([&] {
+        returnsNormally([&] {
             QDataStream stream(input.bytes);
             qint32 length = 0;
             stream >> length;

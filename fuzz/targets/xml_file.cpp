@@ -39,8 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     FileOf file(input.bytes);
 
     bool read = false;
-    const bool cameBack = comesBack([&] { read = object->LoadXml(&file); });
-    require(object->GetErrorString().isNull() == (read || !cameBack),
+    const bool hasReturned = returnsNormally([&] { read = object->LoadXml(&file); });
+    require(object->GetErrorString().isNull() == (read || !hasReturned),
             "there is an error string exactly where false is returned");
     useAfterReading(input, *object);
     return 0;

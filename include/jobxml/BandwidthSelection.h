@@ -13,7 +13,7 @@ namespace JobXml {
 class JOBXML_EXPORT BandwidthSelection : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     BandwidthSelection();
@@ -62,7 +62,7 @@ public:
 
     /// \name MaxBandwidth
     /// The greatest bandwidth, in the unit that the producer of the document uses; mandatory, 0 until set, any number.
-    /// A child element in XML. XML and tagged records carry two decimals, only a snapshot keeps it exactly.
+    /// A child element in XML. XML and tagged records carry two decimals; only a snapshot keeps it exactly.
     /// @{
     double GetMaxBandwidth() const;
     void SetMaxBandwidth(double value);

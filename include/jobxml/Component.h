@@ -13,7 +13,7 @@ namespace JobXml {
 class JOBXML_EXPORT Component : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     Component();

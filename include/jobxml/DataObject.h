@@ -50,7 +50,9 @@ struct Problem : ObjectPath
 {
     QString message; ///< why: the whole text of the exception that the model would throw, or the library's own
     QString member{}; ///< the member of that object; null if it is not a single one
-    bool xmlOnly = false; ///< whether only XML is refused, with or without validation: it cannot carry a character
+    /// True if only XML cannot represent the object: a text contains a character that XML cannot carry. XML is then
+    /// refused whatever the validate flag is.
+    bool xmlOnly = false;
 };
 
 /// Receives problems as they are found.
@@ -81,9 +83,10 @@ using ProblemVisitor = std::function<void(const Problem &)>;
 /// **Text members** are absent when null; an empty text is a value.
 ///
 /// **Sharing.** Assignment shares the data of both objects until one of them is next used; a copy constructed object
-/// has its own at once. Two threads may therefore use two objects, one each; only one thread at a time may use an
-/// object. A reference that a getter returned before the assignment refers to the shared data: writing through it
-/// changes both objects. While you hold one, copy construct instead: `T b(a)` or `b = T(a)`.
+/// has its own at once. It has the validate flag and the type of the original and no logger; assignment, moves into an
+/// existing object and swap() exchange data alone. Two threads may therefore use two objects, one each; only one thread
+/// at a time may use an object. A reference that a getter returned before the assignment refers to the shared data:
+/// writing through it changes both objects. While you hold one, copy construct instead: `T b(a)` or `b = T(a)`.
 ///
 /// **Validate flag and logger.** Check(), GetXml(), GetBinary(), SetBinary(), reading XML as soon as it meets a child
 /// element, and the creation of an object's data propagate the object's own flag and logger to its whole tree. Setters,
@@ -136,8 +139,8 @@ public:
 
     /// Writes the object as one XML element. While validating, Check() comes first and an object without data writes
     /// nothing; an item of a list that passed its check but has no data throws IncompleteDefinitionException
-    /// "Parameters for Node are not set properly in 'Component'." (the item's and the object's name), and what was
-    /// written before stays. While not validating the object is written unchecked.
+    /// "Parameters for Node are not set properly in 'Component'." (the item's and the object's name), and the output
+    /// written before remains. While not validating the object is written unchecked.
     void GetXml(QXmlStreamWriter &writer) const override;
 
     /// Writes the object as one tagged record in the stream's byte order and version, under the same rules as GetXml(),
@@ -197,9 +200,9 @@ public:
     /// and characters that XML cannot carry (Problem::xmlOnly). Snapshots are never refused. Sizes are not considered:
     /// documents and records are limited to 2 GiB, beyond which writing throws std::bad_alloc, and compressed ones to 1
     /// GiB of records. For an object of a derived class, Check() and HasData() are called once nothing else is found,
-    /// and GetXml() then shows whether XML can carry what the class writes. An item with an empty list is refused only
-    /// by XML, but is not a problem of XML only: tagged records count it without containing it, so they cannot be read
-    /// back.
+    /// and GetXml() then shows whether XML can carry what the class writes. For an item whose
+    /// mandatory list is set but empty, only the XML writer throws; tagged records are written but cannot be read back,
+    /// so Problem::xmlOnly is false.
     ///
     /// Like Check(), leaves the tree initialized.
     [[nodiscard]] QVector<Problem> GetProblems() const;
@@ -227,10 +230,11 @@ protected: // for derived classes
     /// Reads the payload of a record whose tag the base does not know. Returns true after reading exactly `length`
     /// bytes, and false without reading anything if it does not know the tag either; then the record is skipped.
     virtual bool readOwnRecord(QDataStream &stream, quint32 tag, qint32 length);
-
-    /// Calls `visitor` with the problems of the object at `path` and of everything below it. Call the base's first.
-    virtual void collectProblems(const ObjectPath &path, const ProblemVisitor &visitor) const;
     /// @}
+
+    /// Calls `visitor` with the problems of the object at `path` and of everything below it. A class that has problems
+    /// of its own calls the base's function first. The manual's page "Derived classes" has the details.
+    virtual void collectProblems(const ObjectPath &path, const ProblemVisitor &visitor) const;
 
 protected:
     Q_DECL_HIDDEN explicit DataObject(const ClassInfo &info); // for the classes of the model

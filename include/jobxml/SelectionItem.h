@@ -13,7 +13,7 @@ namespace JobXml {
 class JOBXML_EXPORT SelectionItem : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     SelectionItem();
@@ -62,7 +62,7 @@ public:
     /// @}
 
     /// \name value
-    /// The number of the option; mandatory, 0 until set, any number. XML and tagged records carry two decimals, only a
+    /// The number of the option; mandatory, 0 until set, any number. XML and tagged records carry two decimals; only a
     /// snapshot keeps it exactly.
     /// @{
     double Getvalue() const;

@@ -25,7 +25,7 @@ public:
         Invalid = -1, ///< not a mode; has no name
     };
 
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     StartupModes();

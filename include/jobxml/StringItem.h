@@ -11,7 +11,7 @@ namespace JobXml {
 class JOBXML_EXPORT StringItem : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     StringItem();

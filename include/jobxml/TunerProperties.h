@@ -20,7 +20,7 @@ namespace JobXml {
 /// connectableResources and parentBaseResource (not null if set). HasData() requires a Component, type and
 /// baseresource.
 ///
-/// **Equality** compares the versions, then the members; of a list, both must be set, or neither.
+/// **Equality** compares the versions, then the members; two lists are equal only if both or neither are set.
 ///
 /// **Unknown elements.** In XML of an older version an unknown child element is skipped. Under the same or a newer
 /// version it throws InvalidXmlException "Unknown Tag 'x' in 'TunerProperties'." while validating; otherwise its
@@ -38,7 +38,7 @@ public:
         Invalid = -1, ///< not a kind; has no name
     };
 
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     TunerProperties();
@@ -250,7 +250,7 @@ public:
     bool IsValidComponent(const QVector<Component> &items) const;
     /// @}
 
-    /// Puts every member back to its default and marks quantity, which is 1 then, as set.
+    /// Resets every member to its default and sets the flag of quantity, whose default is 1.
     void ResetToDefault() override;
 
     /// \name Translation

@@ -12,7 +12,7 @@ namespace JobXml {
 class JOBXML_EXPORT ValueFloat : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueFloat();
@@ -59,7 +59,7 @@ public:
     /// @}
 
     /// \name value
-    /// The number; mandatory, 0 until set. XML and tagged records carry two decimals, only a snapshot keeps it exactly.
+    /// The number; mandatory, 0 until set. XML and tagged records carry two decimals; only a snapshot keeps it exactly.
     /// Text that is not a number reads as 0 and counts as set.
     /// @{
     float Getvalue() const;

@@ -12,7 +12,7 @@ namespace JobXml {
 class JOBXML_EXPORT ValueInt : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueInt();

@@ -53,7 +53,7 @@ public:
         None = 255, ///< nothing is chosen
     };
 
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueItem();

@@ -9,7 +9,7 @@ namespace JobXml {
 ///
 /// The range is not enforced: nothing compares the value with its limits, and min may be above max. A user interface
 /// decides what it offers, and whether it accepts a value out of range. The unit is that of the setting. XML and tagged
-/// records carry two decimals, only a snapshot keeps the numbers exactly. Text that is not a number reads as 0 and
+/// records carry two decimals; only a snapshot keeps the numbers exactly. Text that is not a number reads as 0 and
 /// counts as set. Getid() also has a non-const overload.
 ///
 /// Check() checks id, value, min, max and step, in this order: OutOfRangeException "ValueNumericFloat: Please set step
@@ -17,7 +17,7 @@ namespace JobXml {
 class JOBXML_EXPORT ValueNumericFloat : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueNumericFloat();

@@ -17,7 +17,7 @@ namespace JobXml {
 class JOBXML_EXPORT ValueNumericInt : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueNumericInt();

@@ -16,7 +16,7 @@ namespace JobXml {
 class JOBXML_EXPORT ValueNumericInt64 : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueNumericInt64();

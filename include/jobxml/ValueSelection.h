@@ -17,7 +17,7 @@ namespace JobXml {
 class JOBXML_EXPORT ValueSelection : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueSelection();
@@ -82,7 +82,7 @@ public:
     /// @}
 
     /// \name value
-    /// The number chosen; mandatory, 0 until set, any number. XML and tagged records carry two decimals, only a
+    /// The number chosen; mandatory, 0 until set, any number. XML and tagged records carry two decimals; only a
     /// snapshot keeps it exactly.
     /// @{
     double Getvalue() const;

@@ -15,7 +15,7 @@ namespace JobXml {
 class JOBXML_EXPORT ValueStringList : public DataObject
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// For copies, moves, swapping and equality, see DataObject.
     /// @{
     ValueStringList();

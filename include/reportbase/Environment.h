@@ -65,7 +65,7 @@ public:
         return isOfOneObject() ? make(m_environment->validate, m_environment->logger) : *this;
     }
 
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// Copies share the environment. A moved-from pointer refers to `plain(true)`. Two are equal if they share one.
     /// @{
     EnvironmentPointer(const EnvironmentPointer &other) noexcept : m_environment(other.m_environment) { addUser(); }

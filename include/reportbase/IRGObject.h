@@ -67,7 +67,8 @@ public:
     /// \name "No value"
     /// For each type one value means "no value": NaN for `float` and `double`, the lowest value for `int` and `long
     /// long`, the highest for `unsigned int`, the null string, an invalid QDateTime. IsValid() is false for exactly
-    /// that value, and SetInvalid() stores it. Every `bool` is valid.
+    /// that value, and SetInvalid() stores it. Every `bool` is valid; there is no SetInvalid() for `bool` and
+    /// QDateTime.
     /// @{
     virtual bool IsValid(float value) const;
     virtual bool IsValid(bool value) const;
@@ -119,7 +120,7 @@ public:
     /// false.
     [[nodiscard]] virtual bool MergeRGObject(const IRGObject &other);
 
-    /// The type that was set at construction.
+    /// The type of the object, set at construction or by SetObjectType().
     virtual ObjectTypes GetObjectType();
 
     /// The name of the object: that of its class and of its XML element.
@@ -185,29 +186,9 @@ public:
     /// string.
     virtual const QString &GetVersion() const;
 
-    /// Sets the type of the object; classes may refuse.
+    /// Sets the type of the object; a class may ignore the call.
     virtual void SetObjectType(ObjectTypes type);
 
-protected:
-    /// Sets the name of the object, which replaces that of its class. A copy of the object has the name of its class.
-    virtual void SetObjectName(const QString &name);
-
-    /// Reads one child element, whose start tag the reader has just read.
-    virtual void ProcessXmlStartElement(QXmlStreamReader &reader) = 0;
-
-    /// Composes the document that GetXmlString() and SaveXml() write, faster than by GetXml(). Follows the slots that
-    /// other libraries call.
-    ///
-    /// Composes the same bytes, null if nothing is written, and throws the same exceptions. Returns false if only
-    /// GetXml() can write the document; the base implementation always does.
-    virtual bool composeXml(QByteArray &utf8) const;
-
-    /// Reads the content of the element `name`, whose start tag the reader has just read, for IRGObject::ProcessXml().
-    /// Follows composeXml(). Classes that prepare their objects for reading do it here, because derived classes may
-    /// call IRGObject::ProcessXml() from a ProcessXml() of their own.
-    virtual void walkContent(QXmlStreamReader &reader, const QString &name);
-
-public:
     /// The logger that SetLogger() has set; null if there is none.
     std::shared_ptr<Logger> GetLogger() const;
 
@@ -250,13 +231,32 @@ public:
     /// @}
 
     /// Skips the payload of an unknown record: exactly `length` bytes, or the remaining ones if there are fewer;
-    /// nothing for a negative length. Returns the number of skipped bytes.
+    /// nothing for a negative length. Returns the number of skipped bytes. `tag` is not used.
     int skipCurrentElement(QDataStream &stream, int length, int tag) const;
+
+protected:
+    /// Sets the name of the object, which replaces that of its class. A copy of the object has the name of its class.
+    virtual void SetObjectName(const QString &name);
+
+    /// Reads one child element, whose start tag the reader has just read.
+    virtual void ProcessXmlStartElement(QXmlStreamReader &reader) = 0;
+
+    /// Composes the document that GetXmlString() and SaveXml() write, faster than by GetXml(). Its slot is after those
+    /// of the binary contract.
+    ///
+    /// Composes the same bytes, null if nothing is written, and throws the same exceptions. Returns false if only
+    /// GetXml() can write the document; the base implementation always does.
+    virtual bool composeXml(QByteArray &utf8) const;
+
+    /// Reads the content of the element `name`, whose start tag the reader has just read, for IRGObject::ProcessXml().
+    /// Follows composeXml(). Classes that prepare their objects for reading do it here, because derived classes may
+    /// call IRGObject::ProcessXml() from a ProcessXml() of their own.
+    virtual void walkContent(QXmlStreamReader &reader, const QString &name);
 
 protected:
     /// An object without name and identifier.
     IRGObject();
-    /// The same of this type.
+    /// An object of this type, without name and identifier.
     explicit IRGObject(ObjectTypes type);
     /// An object of a class; it validates and has no logger.
     explicit IRGObject(const ObjectClass &objectClass) noexcept
@@ -286,7 +286,7 @@ protected:
     const ObjectClass &objectClass() const noexcept { return *m_class; }
 
     /// \name Validate flag and logger
-    /// As SetValidate() and SetLogger() stored them, whatever derived classes make of these. For classes that propagate
+    /// The stored flag and logger, even if a derived class overrides GetValidate(). For classes that propagate
     /// both to child objects in one walk; all others call SetValidate() and SetLogger() of the children.
     /// @{
     const EnvironmentPointer &environment() const noexcept { return m_environment; }

@@ -13,7 +13,7 @@
 class REPORTBASE_EXPORT ReportException : public std::exception
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit ReportException(const QString &message);
@@ -38,7 +38,7 @@ private:
 class REPORTBASE_EXPORT RGException : public ReportException
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit RGException(const QString &message);
@@ -53,7 +53,7 @@ public:
 class REPORTBASE_EXPORT OutOfRangeException : public RGException
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit OutOfRangeException(const QString &message);
@@ -68,7 +68,7 @@ public:
 class REPORTBASE_EXPORT InvalidXmlException : public RGException
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit InvalidXmlException(const QString &message);
@@ -83,7 +83,7 @@ public:
 class REPORTBASE_EXPORT BinaryParsingException : public RGException
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit BinaryParsingException(const QString &message);
@@ -98,7 +98,7 @@ public:
 class REPORTBASE_EXPORT IncompleteDefinitionException : public RGException
 {
 public:
-    /// \name Values
+    /// \name Construction, copies and comparison
     /// An exception with this message. Copies share the message, so copying cannot throw.
     /// @{
     explicit IncompleteDefinitionException(const QString &message);

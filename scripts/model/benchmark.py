@@ -3,6 +3,9 @@
 
 from __future__ import annotations
 
+import json
+import re
+
 from model import Model
 
 HEADER = "bench/reference/Model.h"
@@ -34,5 +37,18 @@ def header(model: Model) -> str:
     return "\n".join(lines)
 
 
-def make(model: Model, _read, _complain) -> dict[str, str]:
+RELEASED = "tests/model/released.json"
+STRUCTS = "bench/reference/PlainStructs.cpp"
+
+
+def check_structs(released: dict, structs: str, complain) -> None:
+    """The structures that the library is measured against hold every member of the last release."""
+    for cls in released["classes"]:
+        for row in cls["members"]:
+            if not re.search(rf"\bGet{row['name']}\b", structs):
+                complain(f"{STRUCTS}: reads no {cls['name']}.{row['name']}")
+
+
+def make(model: Model, read, complain) -> dict[str, str]:
+    check_structs(json.loads(read(RELEASED)), read(STRUCTS), complain)
     return {HEADER: header(model)}

@@ -57,8 +57,19 @@ def contents(model: Model, text: str) -> str:
     return "".join(f"{line}\n" for line in [*others[:first], *sorted(headers), *others[first:]])
 
 
+IGNORED = "tests/compile_failures/ignored_results.cpp"
+
+
+def ignored_results(model: Model) -> list[str]:
+    """Each line ignores one result."""
+    return [f"    JobXml::{name}::{call}; // warned"
+            for name in sorted(model.class_names) for call in ("fromXml(text)", "fromBinary(bytes)")]
+
+
 def make(model: Model, read, _complain) -> dict[str, str]:
     lines = [f"template <> inline char *toString(const JobXml::{name} &object) {{ return JobXml::testText(object); }}"
              for name in model.class_names]
     return {QT_TEST: between_marks(QT_TEST, read(QT_TEST), "//", "A text for each class", lines),
-            CONTENTS: contents(model, read(CONTENTS)), MEMBERS: members_file(model)}
+            CONTENTS: contents(model, read(CONTENTS)), MEMBERS: members_file(model),
+            IGNORED: between_marks(IGNORED, read(IGNORED), "    //",
+                                   "Both operations that make a new object, for each class", ignored_results(model))}

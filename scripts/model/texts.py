@@ -26,7 +26,7 @@ def table(model: Model, schema_text: str) -> str:
         f"| JobXml::{name} | {in_schema(schema_text, name)} |\n" for name in model.class_names)
 
 
-def catalogue(model: Model, text: str, read) -> str:
+def catalog(model: Model, text: str, read) -> str:
     """Display names of kinds that have none yet: what the header says without its article, for a translator to improve."""
     for cls in model.classes:
         name = cls["name"]
@@ -39,7 +39,25 @@ def catalogue(model: Model, text: str, read) -> str:
     return text
 
 
+JSON_PAGE = "docs/json.md"
+JSON_ROWS = {
+    "text": "text", "boolean": "boolean", "int32": "whole number of 32 bits",
+    "int64": "whole number of 64 bits, signed or not", "uint64": "whole number of 64 bits, signed or not",
+    "float": "floating-point number", "double": "floating-point number", "enumeration": "type of tuner",
+    "enumeration list": "list of start-up modes", "object": "object", "alternative": "object",
+    "object list": "list of objects",
+}
+
+
+def check_json_page(model: Model, text: str, complain) -> None:
+    """The page says how a member of each kind is represented in JSON."""
+    for kind in sorted({row["kind"] for _, row in model.members}):
+        if f"\n| {JSON_ROWS.get(kind)} |" not in text:
+            complain(f"{JSON_PAGE}: the table has no row for members of the kind '{kind}'")
+
+
 def make(model: Model, read, complain) -> dict[str, str]:
     schema_text = schema.make(model, read, lambda problem: None)[schema.PATH]
     index = replaced(INDEX, read(INDEX), r"(?P<before>^## The classes\n\n)(?:^\|[^\n]*\n)+", table(model, schema_text))
-    return {INDEX: index, ENGLISH: catalogue(model, read(ENGLISH), read)}
+    check_json_page(model, read(JSON_PAGE), complain)
+    return {INDEX: index, ENGLISH: catalog(model, read(ENGLISH), read)}

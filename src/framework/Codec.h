@@ -57,7 +57,7 @@ struct Codec<QString> : CodecDefaults<QString>
     static bool isValid(const QString &value) { return !value.isNull(); }
     [[noreturn]] static void refuse(const DataObject &object, QLatin1String member)
     {
-        Errors::nullGiven(object, member);
+        Errors::nullText(object, member);
     }
     static bool isPresent(const QString &value, bool) { return !value.isNull(); }
 

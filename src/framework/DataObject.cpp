@@ -25,8 +25,6 @@ void release(const ClassInfo &info, Block *block) noexcept
 
 DataObject::DataObject(const ClassInfo &info) : IRGObject(info) { }
 
-// A copied child, and everything below it, has the flag of its original. If the flag is already right, nothing needs to
-// be propagated below the child.
 DataObject::DataObject(const DataObject &other)
     : IRGObject(other.objectClass(), ObjectAccess::environmentForCopy(other))
 {
@@ -34,15 +32,8 @@ DataObject::DataObject(const DataObject &other)
         return;
     const ClassInfo &info = ObjectAccess::info(other);
     m_block = info.clone(*other.m_block);
-    if (info.children == 0)
-        return;
-    const EnvironmentPointer environment = Propagation::forChildren(*this);
-    const Propagation propagation(environment, Propagation::Validate);
-    auto propagate = [&](const DataObject &child, int) {
-        if (ObjectAccess::environment(child)->validate != environment->validate)
-            propagation.propagateTo(child);
-    };
-    info.forEach(info.children, [&](const Member &member) { member.forEachChild(*m_block, ChildAction(propagate)); });
+    if ((info.children | info.createdWithTheBlock) != 0)
+        info.behavior.propagateToCopies(*this);
 }
 
 DataObject::DataObject(DataObject &&other) noexcept

@@ -93,9 +93,9 @@ bool DataObject::composeXml(QByteArray &utf8) const
         return true;
     XmlDocument document;
     ObjectAccess::behavior(*this).writeElement(*this, document);
-    if (document.isFaithful())
+    if (document.isExact())
         utf8 = document.takeUtf8();
-    return document.isFaithful();
+    return document.isExact();
 }
 
 void Child::writeXml(const DataObject &child, XmlOutput &output, Preparation preparation)

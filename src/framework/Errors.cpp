@@ -20,7 +20,7 @@ QString withName(const DataObject &object, const QString &text)
     return object.GetObjectName() + text;
 }
 
-// The data member of an alternative: m_valueInt for "ValueInt".
+// The name of a data member: that of the alternative with "m_" and a lower-case initial.
 QString dataMember(QLatin1String alternative)
 {
     QString name = alternative;
@@ -43,12 +43,12 @@ void Errors::notSet(const DataObject &object, QLatin1String member)
     throw OutOfRangeException(withName(object, ownText(": Please set %1 properly.").arg(member)));
 }
 
-void Errors::nullGiven(const DataObject &object, QLatin1String member)
+void Errors::nullText(const DataObject &object, QLatin1String member)
 {
     throw OutOfRangeException(withName(object, ownText(": Please set %1 properly (origin: Setter).").arg(member)));
 }
 
-void Errors::invalidEnumGiven(const QString &className, QLatin1String member)
+void Errors::invalidEnum(const QString &className, QLatin1String member)
 {
     throw OutOfRangeException(ownText("enum is not valid (classname=%1,membername=m_%2)").arg(className, member));
 }
@@ -88,10 +88,10 @@ void Errors::invalidChoice(const DataObject &object)
     throw OutOfRangeException(ownText("Invalid enum value set in '%1'.").arg(object.GetObjectName()));
 }
 
-void Errors::nothingChosen(const DataObject &object)
+void Errors::nothingChosen(const DataObject &object, QLatin1String choice)
 {
     throw IncompleteDefinitionException(
-        withName(object, ownText(":Check failed. The mandatory choice ChoiceValueItem is not initialized")));
+        withName(object, ownText(":Check failed. The mandatory choice %1 is not initialized").arg(choice)));
 }
 
 void Errors::chosenNotSet(const DataObject &object, QLatin1String alternative)

@@ -11,16 +11,16 @@ class DataObject;
 namespace Errors {
 
 [[noreturn]] void notSet(const DataObject &object, QLatin1String member);
-[[noreturn]] void nullGiven(const DataObject &object, QLatin1String member);
+[[noreturn]] void nullText(const DataObject &object, QLatin1String member);
 /// Names the class instead of the object.
-[[noreturn]] void invalidEnumGiven(const QString &className, QLatin1String member);
+[[noreturn]] void invalidEnum(const QString &className, QLatin1String member);
 [[noreturn]] void incompleteItem(const DataObject &object, QLatin1String item);
 [[noreturn]] void itemWithoutData(const DataObject &object, QLatin1String item);
 [[noreturn]] void emptyBoolean(const DataObject &object, QLatin1String member);
 [[noreturn]] void unknownElement(const DataObject &object, const QString &element);
 [[noreturn]] void wrongLength(const DataObject &object);
 [[noreturn]] void invalidChoice(const DataObject &object);
-[[noreturn]] void nothingChosen(const DataObject &object);
+[[noreturn]] void nothingChosen(const DataObject &object, QLatin1String choice);
 [[noreturn]] void chosenNotSet(const DataObject &object, QLatin1String alternative);
 [[noreturn]] void chosenWithoutData(const DataObject &object, QLatin1String alternative);
 

@@ -70,6 +70,16 @@ void Behavior::propagateToChildren(const DataObject &object, const Propagation &
     info.forEach(info.children, [&](const Member &member) { member.forEachChild(own, ChildAction(propagate)); });
 }
 
+void Behavior::propagateToCopies(const DataObject &copy) const
+{
+    const EnvironmentPointer environment = Propagation::forChildren(copy);
+    const Propagation propagation(environment, Propagation::Validate);
+    Block &own = ObjectAccess::block(copy);
+    auto propagate = [&](const DataObject &child, int) { propagation.propagateToCopy(child); };
+    const ClassInfo &info = ObjectAccess::info(copy);
+    info.forEach(info.children, [&](const Member &member) { member.forEachChild(own, ChildAction(propagate)); });
+}
+
 void Behavior::copyEnvironments(const DataObject &original, const DataObject &copy) const
 {
     Propagation::propagateTo(copy, ObjectAccess::environment(original));

@@ -41,6 +41,12 @@ public:
 
     /// Propagates to an object and everything below it.
     void propagateTo(const DataObject &object) const;
+    /// Propagates to a copied object, unless it has the flag: then everything below it has it as well.
+    void propagateToCopy(const DataObject &object) const
+    {
+        if (ObjectAccess::environment(object)->validate != validate())
+            propagateTo(object);
+    }
     /// Propagates to an environment that is stored for objects that are created later.
     void propagateTo(EnvironmentPointer &kept) const;
 

@@ -44,7 +44,7 @@ struct Table
 template <class First, class... Others>
 Table(const First &, const Others &...) -> Table<typename First::Members, 1 + sizeof...(Others)>;
 
-namespace ProofReading {
+namespace TableChecks {
 
 template <class Table>
 constexpr bool bitsCountUp(const Table &table)
@@ -88,7 +88,7 @@ constexpr int countOf(const Table &table, Traits traits)
     return count;
 }
 
-struct Anything
+struct ConvertibleToAnything
 {
     template <class T>
     operator T() const;
@@ -101,7 +101,8 @@ struct AcceptsFields : std::false_type
 
 template <class Data, std::size_t... index>
 struct AcceptsFields<Data, std::index_sequence<index...>,
-                     std::void_t<decltype(Data{(static_cast<void>(index), Anything{})...})>> : std::true_type
+                     std::void_t<decltype(Data{(static_cast<void>(index), ConvertibleToAnything{})...})>>
+    : std::true_type
 {
 };
 
@@ -115,7 +116,7 @@ constexpr std::size_t fieldCount()
         return fieldCount<Data, guess - 1>();
 }
 
-} // namespace ProofReading
+} // namespace TableChecks
 
 /// Describes the class `Object` by its table, after checking the table. `name` must exist as long as the library.
 /// `otherFields` is the number of fields of the struct that are not members; it is negative if one field contains
@@ -126,10 +127,10 @@ constexpr ClassInfo describe(const QString &name, qint64 identifier, const Behav
     using Table = std::decay_t<decltype(table)>;
     using Data = typename Table::Members;
     constexpr int fields = int(Table::size) + otherFields;
-    static_assert(ProofReading::bitsCountUp(table), "this table's rows are not in bit order 0, 1, 2, ...");
-    static_assert(ProofReading::tagsDiffer(table), "two rows of this table share a tag");
-    static_assert(int(ProofReading::fieldCount<Data>()) <= fields, "a member of the struct has no row in this table");
-    static_assert(int(ProofReading::fieldCount<Data>()) >= fields,
+    static_assert(TableChecks::bitsCountUp(table), "this table's rows are not in bit order 0, 1, 2, ...");
+    static_assert(TableChecks::tagsDiffer(table), "two rows of this table share a tag");
+    static_assert(int(TableChecks::fieldCount<Data>()) <= fields, "a member of the struct has no row in this table");
+    static_assert(int(TableChecks::fieldCount<Data>()) >= fields,
                   "two rows of this table belong to one member of the struct");
 
     return ClassInfo{
@@ -139,13 +140,13 @@ constexpr ClassInfo describe(const QString &name, qint64 identifier, const Behav
         table.inBitOrder.data(),
         table.inWrittenOrder.data(),
         int(Table::size),
-        ProofReading::countOf(table, Attribute),
-        ProofReading::maskOf(table, Mandatory),
-        ProofReading::maskOf(table, PresentByValue),
-        ProofReading::maskOf(table, MayBeInvalid),
-        ProofReading::maskOf(table, HoldsChildren),
-        ProofReading::maskOf(table, CreatedWithTheBlock),
-        ProofReading::maskOf(table, ListOfChildren),
+        TableChecks::countOf(table, Attribute),
+        TableChecks::maskOf(table, Mandatory),
+        TableChecks::maskOf(table, PresentByValue),
+        TableChecks::maskOf(table, MayBeInvalid),
+        TableChecks::maskOf(table, HoldsChildren),
+        TableChecks::maskOf(table, CreatedWithTheBlock),
+        TableChecks::maskOf(table, ListOfChildren),
         []() -> Block * { return new BlockOf<Data>; },
         [](const Block &block) -> Block * { return new BlockOf<Data>(static_cast<const BlockOf<Data> &>(block)); },
         [](Block *block) { delete static_cast<BlockOf<Data> *>(block); }};

@@ -127,7 +127,7 @@ void XmlDocument::appendName(const QString &name)
         at[i] = char(text[i].unicode());
     }
     if (all >= 0x80)
-        m_isFaithful = false;
+        m_isExact = false;
 }
 
 void XmlDocument::appendText(const QString &text, Context context)
@@ -181,12 +181,12 @@ int XmlDocument::appendSpecialCharacters(const QString &text, int at, Context co
     while (end < text.size() && text[end].unicode() >= 0x80 && text[end].unicode() < 0xFFFE)
         ++end;
     if (end == at) { // a control character or a noncharacter
-        m_isFaithful = false;
+        m_isExact = false;
         return at + 1;
     }
     const QStringView run = QStringView(text).mid(at, end - at);
     if (REPORTGENERATOR::firstNotForXml(run) >= 0)
-        m_isFaithful = false; // half of a surrogate pair
+        m_isExact = false; // half of a surrogate pair
     const QByteArray utf8 = run.toUtf8();
     append(utf8.constData(), utf8.size());
     return end;

@@ -24,7 +24,7 @@ public:
     void writeTextElement(const QString &name, QLatin1String number) override;
 
     /// False if the document contains a name or a text that only QXmlStreamWriter can write correctly.
-    bool isFaithful() const { return m_isFaithful; }
+    bool isExact() const { return m_isExact; }
 
     /// The document, once its root element has ended.
     QByteArray takeUtf8();
@@ -46,7 +46,7 @@ private:
     int m_size = 0;
     QVector<QString> m_names; // of the elements that are open
     bool m_isInStartTag = false;
-    bool m_isFaithful = true;
+    bool m_isExact = true;
 };
 
 } // namespace JobXml

@@ -41,7 +41,7 @@ QString unnamedFile()
     return ownText("unnamed file");
 }
 
-QString noFileGiven()
+QString noFile()
 {
     return ownText("the file pointer is null");
 }

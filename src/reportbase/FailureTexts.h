@@ -22,7 +22,7 @@ QString unnamedFile();
 
 /// \name Files
 /// @{
-QString noFileGiven();
+QString noFile();
 QString noFileName();
 QString nulInFileName();
 QString notAFile();

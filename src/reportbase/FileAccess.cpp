@@ -10,7 +10,7 @@ namespace REPORTGENERATOR {
 FileForReading::FileForReading(QFile *file) : m_file(file)
 {
     if (!m_file) {
-        m_openFailure = FailureTexts::noFileGiven();
+        m_openFailure = FailureTexts::noFile();
     } else if (m_file->isOpen()) {
         m_file->unsetError(); // an earlier error does not concern this read
         if (!m_file->isReadable())

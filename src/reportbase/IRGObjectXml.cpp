@@ -64,7 +64,7 @@ private:
     QXmlStreamReader &m_reader;
 };
 
-/// Whether the document seems truncated because the watch has passed on nothing more.
+/// Whether the document seems truncated because the watch has ended it.
 bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
 {
     return watch.isRefused() && reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;

@@ -43,11 +43,11 @@ NewFile::~NewFile()
 
 bool NewFile::create(mode_t mode)
 {
-    const bool canBeNamedLater = access("/proc/self/fd", X_OK) == 0; // through which it is found again
+    const bool canBeNamedLater = access("/proc/self/fd", X_OK) == 0; // the file is found through it later
     if (canBeNamedLater) {
         if (open(".", O_TMPFILE, mode))
             return true;
-        if (errno != EOPNOTSUPP && errno != EISDIR) // with which the system reports that it does not support this
+        if (errno != EOPNOTSUPP && errno != EISDIR) // the errors of systems that do not support this
             return false;
     }
     m_isNamed = makeUnderNewName([=] { return open(m_nameInBetween.constData(), O_CREAT | O_EXCL, mode); });

@@ -52,7 +52,7 @@ struct StartupModesData
     QStringList ownNames; // always empty; see IsValidStartupMode()
 };
 
-// A list of modes, which are encoded as their names.
+// Departs: holds values instead of objects. Modes are encoded as their names; in snapshots, as their values.
 class ModeList final : public ListOf<StartupModesData, Mode>
 {
 public:

@@ -49,7 +49,7 @@ struct Codec<Type> : CodecDefaults<Type>
     static bool isValid(Type value) { return typeNames.contains(int(value)); }
     [[noreturn]] static void refuse(const DataObject &, QLatin1String member)
     {
-        Errors::invalidEnumGiven(TunerProperties::GetStaticObjectName(), member);
+        Errors::invalidEnum(TunerProperties::GetStaticObjectName(), member);
     }
     static QStringList names() { return typeNames.names(); }
     static QVariant variant(Type value) { return typeNames.variant(int(value), int(Type::Invalid)); }
@@ -135,7 +135,7 @@ public:
     }
 };
 
-// The startup modes: a single child object.
+// Departs: the start-up modes are a single child object instead of a list.
 class StartupModesMember final : public FieldOf<TunerPropertiesData, StartupModes>
 {
 public:

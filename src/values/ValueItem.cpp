@@ -38,6 +38,7 @@ struct ValueItemData
     State state;
 };
 
+// Departs: counts and is written only while it is chosen, and is created when it is first used. See Alternatives.
 template <class T>
 class Alternative final : public MemberOf<ValueItemData>
 {
@@ -229,9 +230,14 @@ QStringList namesOfAlternatives()
 
 const NameList choiceNames(namesOfAlternatives());
 
+ValueItemData &dataOf(Block &block)
+{
+    return static_cast<BlockOf<ValueItemData> &>(block).members;
+}
+
 State &stateOf(Block &block)
 {
-    return static_cast<BlockOf<ValueItemData> &>(block).members.state;
+    return dataOf(block).state;
 }
 
 Choice choiceOf(const Block *block)
@@ -294,7 +300,7 @@ class ItemBehavior final : public Behavior
             return;
         const Member *chosen = rowOf(choiceOf(&own));
         if (!chosen)
-            Errors::nothingChosen(item);
+            Errors::nothingChosen(item, choiceMember.name());
         chosen->check(item, own);
     }
 
@@ -306,7 +312,7 @@ class ItemBehavior final : public Behavior
             return;
         }
         try {
-            Errors::nothingChosen(item);
+            Errors::nothingChosen(item, choiceMember.name());
         } catch (const IncompleteDefinitionException &e) {
             visitor({path, e.GetMessageText(), QString(choiceMember.name())});
         }
@@ -324,12 +330,20 @@ class ItemBehavior final : public Behavior
     {
         if (!item.IsInitialized())
             return;
-        ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(ObjectAccess::block(item)).members;
+        ValueItemData &data = dataOf(ObjectAccess::block(item));
         data.alternatives.forEach([&](const DataObject &alternative) { propagation.propagateTo(alternative); });
         propagation.propagateTo(data.state.environment);
     }
 
-    // Departs: so do alternatives of a copy that are created later.
+    // Departs: alternatives of a copy that are created later inherit its environment, too.
+    void propagateToCopies(const DataObject &copy) const override
+    {
+        ValueItemData &data = dataOf(ObjectAccess::block(copy));
+        data.state.environment = Propagation::forChildren(copy);
+        const Propagation propagation(data.state.environment, Propagation::Validate);
+        data.alternatives.forEach([&](const DataObject &alternative) { propagation.propagateToCopy(alternative); });
+    }
+    // Departs: so do those of a copy that keeps the environment of its original.
     void copyEnvironments(const DataObject &original, const DataObject &copy) const override
     {
         Behavior::copyEnvironments(original, copy);
@@ -365,21 +379,8 @@ constexpr ClassInfo valueItem =
 
 ValueItem::ValueItem() : DataObject(valueItem) { }
 
-// The base's copy constructor does not set the environment for later alternatives.
-ValueItem::ValueItem(const ValueItem &other) : DataObject(other)
-{
-    if (!IsInitialized())
-        return;
-    ValueItemData &data = static_cast<BlockOf<ValueItemData> &>(ObjectAccess::block(*this)).members;
-    data.state.environment = Propagation::forChildren(*this);
-    const Propagation propagation(data.state.environment, Propagation::Validate);
-    data.alternatives.forEach([&](const DataObject &alternative) {
-        if (alternative.GetValidate() != propagation.validate())
-            propagation.propagateTo(alternative);
-    });
-}
-
 // clang-format off
+ValueItem::ValueItem(const ValueItem &other) = default;
 ValueItem::ValueItem(ValueItem &&other) noexcept = default;
 ValueItem &ValueItem::operator=(const ValueItem &other) noexcept = default;
 ValueItem &ValueItem::operator=(ValueItem &&other) noexcept = default;

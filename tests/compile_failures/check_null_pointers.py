@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """check_null_pointers.py FOLDER: each public function in the headers of the folder that takes a text refuses a null
-pointer for it by a deleted overload."""
+pointer for it by a deleted overload, and each AppendX() that takes an object an empty pair of braces."""
 
 import re
 import sys
@@ -11,6 +11,7 @@ from pathlib import Path
 TAKE_FILES_TOO = {"LoadXml", "LoadBinary"}
 
 FUNCTION = re.compile(r"(\w+) ?\(([^()]*(?:\(\)[^()]*)*)\)")
+ITEM = re.compile(r"const \w+ ?& ?\w+")
 TEXT = re.compile(r"(?:^|, ?)(?:const QString ?&|QString) ?\w+")
 
 
@@ -37,7 +38,7 @@ def public_statements(header: str):
             statement = "" if character == ";" or "= {" not in statement else statement
 
 
-taking, refusing = set(), set()
+taking, appending, refusing = set(), set(), set()
 for path in sorted(Path(sys.argv[1]).rglob("*.h")):
     for declaration in public_statements(path.read_text(encoding="utf-8")):
         if function := FUNCTION.search(declaration):
@@ -46,11 +47,18 @@ for path in sorted(Path(sys.argv[1]).rglob("*.h")):
                 refusing.add((path.name, name))
             elif TEXT.search(parameters) and name not in TAKE_FILES_TOO:
                 taking.add((path.name, name))
+            elif re.match("Append[A-Z]", name) and ITEM.fullmatch(parameters):
+                appending.add((path.name, name))
 
 missing = sorted(taking - refusing)
 for header, name in missing:
     print(f"{header}: {name}() takes a null pointer for a text")
+for header, name in sorted(appending - refusing):
+    print(f"{header}: {name}() takes an empty pair of braces for an item")
+if len(appending) < 5:
+    sys.exit(f"only {len(appending)} functions that append objects were found")
 if len(taking) < 50:
     sys.exit(f"only {len(taking)} functions that take texts were found")
 print(f"{len(taking) - len(missing)} of {len(taking)} functions refuse a null pointer for a text.")
-sys.exit(1 if missing else 0)
+print(f"{len(appending & refusing)} of {len(appending)} functions refuse an empty pair of braces for an item.")
+sys.exit(0 if taking | appending <= refusing else 1)

@@ -114,22 +114,22 @@ QString Aftermath::wrongCopies(const DataObject &object) const
     const auto assigned = m_type.copied(*m_good);
     m_type.assign(*assigned, object);
     if (listing(*assigned) != lines)
-        return QStringLiteral("what it is assigned to is not the same");
+        return QStringLiteral("an object that it is assigned to differs");
     assigned->Reset();
     if (listing(object) != lines)
-        return QStringLiteral("resetting what it was assigned to changed it");
+        return QStringLiteral("resetting an object that it was assigned to changed it");
     if (holdsNaN(lines) ? listing(*copy) != lines : !m_type.equal(*copy, object))
-        return QStringLiteral("a copy is not the same");
+        return QStringLiteral("a copy differs");
 
     m_type.assign(*copy, *m_good);
     return m_type.equal(*copy, *m_good) ? QString() : QStringLiteral("it cannot be assigned to");
 }
 
-// A validating writer refuses what there is a problem with, and says which.
+// A validating writer refuses an object with a problem, and the exception names it.
 QString Aftermath::wrongWriting(const DataObject &object, Encoding encoding) const
 {
     if (encoding == Encoding::Snapshot)
-        return QString(); // is written without any check
+        return QString(); // written without checks
     QStringList problems;
     for (const JobXml::Problem &problem : object.GetProblems()) {
         if (!problem.xmlOnly) // a QXmlStreamWriter drops such a character, and throws nothing
@@ -161,8 +161,8 @@ QString Aftermath::wrongRewriting(const DataObject &object, Encoding encoding) c
     const QString lines = listing(*reread);
     if (lines != wanted.listing())
         return QStringLiteral("what it writes is read wrong: ") + difference(lines, wanted.listing());
-    // An incomplete object is not read back as it was: unset numbers are written, null texts are read back empty,
-    // and so on. A complete object is.
+    // Only a complete object is read back unchanged. In an incomplete one, unset numbers are written, null texts are
+    // read back empty, and so on.
     if (isIncomplete(object) || holdsNaN(lines))
         return QString();
     if (!m_type.equal(*reread, object))
@@ -191,7 +191,7 @@ QString Aftermath::wrongReading(DataObject &object, const Expected *state, Encod
     const QString thrown = thrownBy([&] { read(object, good(encoding), encoding); });
     if (!thrown.isNull())
         return QStringLiteral("reading again after Reset() throws ") + thrown;
-    if (!m_type.equal(object, *m_good)) // which has every member set, so that nothing escapes the comparison
+    if (!m_type.equal(object, *m_good)) // m_good has every member set, so all are compared
         return QStringLiteral("reading again after Reset(): ") + difference(listing(object), listing(*m_good));
     return written(object, encoding) == good(encoding)
         ? QString()

@@ -8,8 +8,8 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// The document that the tests of this folder damage: as small as it can be with every member of every class and every
-/// kind of value in it, since each of its bytes is cut off and each of its bits flipped.
+/// The document that the tests of this folder damage. It has every member of every class and every kind of value, and
+/// is otherwise as small as possible, since it is truncated at each byte and each of its bits is flipped.
 namespace Damage {
 
 /// Sets every member, with one item in each list and one value of each kind. Each text is a single letter, and nearly
@@ -42,7 +42,7 @@ private:
         }
     }
 
-    // An item that is one of several alternatives is there once for each of them.
+    // An item with alternatives occurs once per alternative.
     void fillItems(JobXml::MemberEditor &list)
     {
         JobXml::DataObject &first = list.AppendChild();
@@ -89,7 +89,7 @@ private:
         }
     }
 
-    // Two names, in descending order. None of four bytes, which a damaged length would make a whole tag.
+    // Two names, in descending order. Neither has four bytes, which could be read as a tag after a damaged length.
     static QVariantList someNames(QStringList names)
     {
         names.erase(std::remove_if(names.begin(), names.end(), [](const QString &name) { return name.size() == 4; }),
@@ -124,7 +124,7 @@ inline const JobXml::TunerProperties &compactDocument()
     return document;
 }
 
-/// The document as a file holds it, without the indentation, which would only add more of the same.
+/// The document as in a file, but without indentation, which would only add equal bytes.
 inline const QByteArray &compactXml()
 {
     static const QByteArray xml =

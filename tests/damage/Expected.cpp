@@ -32,17 +32,17 @@ void Expected::reset()
 {
     choice = 255;
     for (const MemberRule &member : rule->members) {
-        of(member) = Held();
+        of(member) = MemberState();
         of(member).value = member.defaultValue;
     }
 }
 
 Expected &Expected::child(const MemberRule &member)
 {
-    Held &held = of(member);
-    if (held.objects.isEmpty())
-        held.objects.append(Expected(QString::fromLatin1(member.object), validate));
-    return held.objects.first();
+    MemberState &state = of(member);
+    if (state.objects.isEmpty())
+        state.objects.append(Expected(QString::fromLatin1(member.object), validate));
+    return state.objects.first();
 }
 
 bool Expected::hasData() const
@@ -53,18 +53,18 @@ bool Expected::hasData() const
         return choice < members.size() && !members.at(choice).objects.isEmpty()
             && members.at(choice).objects.first().hasData();
     return std::all_of(rule->members.begin(), rule->members.end(), [this](const MemberRule &member) {
-        const Held &held = of(member);
+        const MemberState &state = of(member);
         if (!member.has(Mandatory))
             return true;
         switch (member.kind) {
         case Kind::Text:
-            return !held.value.toString().isNull();
+            return !state.value.toString().isNull();
         case Kind::List:
-            return !held.objects.isEmpty();
+            return !state.objects.isEmpty();
         case Kind::Modes:
-            return !held.modes.isEmpty();
+            return !state.modes.isEmpty();
         default:
-            return held.set;
+            return state.set;
         }
     });
 }
@@ -74,8 +74,8 @@ bool Expected::isOlder() const
     return versionMember().defaultValue.toString().toFloat() > versionLoaded.toFloat();
 }
 
-// Data of an older version begin with everything at its default, and with the one quantity that this gives.
-void Expected::takeVersion(const QString &version)
+// Reading data of an older version begins with all members at their defaults, with the flag of quantity set.
+void Expected::setLoadedVersion(const QString &version)
 {
     versionLoaded = version;
     if (!isOlder())
@@ -125,40 +125,40 @@ void Expected::list(Lines &lines) const
     if (is("TunerProperties"))
         lines.value(QLatin1String("version loaded"), versionLoaded, true);
     for (const MemberRule &member : rule->members) {
-        const Held &held = of(member);
+        const MemberState &state = of(member);
         const QLatin1String name(member.name);
-        const bool hasObject = !held.objects.isEmpty();
+        const bool hasObject = !state.objects.isEmpty();
         switch (member.kind) {
         case Kind::List:
-            lines.list(name, held.objects.size(), held.set);
-            for (int i = 0; i < held.objects.size(); ++i) {
+            lines.list(name, state.objects.size(), state.set);
+            for (int i = 0; i < state.objects.size(); ++i) {
                 lines.enter(name, i);
-                held.objects.at(i).list(lines);
+                state.objects.at(i).list(lines);
                 lines.leave();
             }
             break;
         case Kind::Modes:
-            lines.list(name, held.modes.size(), held.set);
-            for (const QVariant &mode : held.modes)
+            lines.list(name, state.modes.size(), state.set);
+            for (const QVariant &mode : state.modes)
                 lines.value(name, mode, true);
             break;
-        case Kind::Child: // What was read into it before something failed is there, although it does not count as set.
-            if (held.set || (hasObject && held.objects.first().touched)) {
-                lines.enter(name, -1, held.set);
+        case Kind::Child: // keeps the values read before an error, although it is not set
+            if (state.set || (hasObject && state.objects.first().touched)) {
+                lines.enter(name, -1, state.set);
                 if (hasObject)
-                    held.objects.first().list(lines);
+                    state.objects.first().list(lines);
                 lines.leave();
             }
             break;
         case Kind::Alternative:
-            if (choice == member.bit && held.set && hasObject) {
+            if (choice == member.bit && state.set && hasObject) {
                 lines.enter(name);
-                held.objects.first().list(lines);
+                state.objects.first().list(lines);
                 lines.leave();
             }
             break;
         default:
-            lines.value(name, held.value, held.set);
+            lines.value(name, state.value, state.set);
         }
     }
 }

@@ -53,9 +53,9 @@ class Expected
 public:
     explicit Expected(const QString &className, bool validate = true);
 
-    struct Held
+    struct MemberState
     {
-        QVariant value; // as a visitor is shown it
+        QVariant value; // as visit() shows it
         bool set = false;
         QVector<Expected> objects; // items, the child, the alternative
         QVariantList modes;
@@ -63,20 +63,20 @@ public:
 
     const ClassRule *rule;
     bool validate;
-    bool touched = false; // an object that nothing has been read into shows no members
+    bool touched = false; // visit() shows no members of an object that nothing has been read into
     int choice = 255;
     QString versionLoaded;
-    QVector<Held> members; // by bit
+    QVector<MemberState> members; // by bit
 
-    Held &of(const MemberRule &member) { return members[member.bit]; }
-    const Held &of(const MemberRule &member) const { return members.at(member.bit); }
+    MemberState &of(const MemberRule &member) { return members[member.bit]; }
+    const MemberState &of(const MemberRule &member) const { return members.at(member.bit); }
     Expected &child(const MemberRule &member); // made if there is none yet
     bool is(const char *className) const { return QLatin1String(rule->name) == QLatin1String(className); }
 
     bool hasData() const;
     void reset();
     bool isOlder() const;
-    void takeVersion(const QString &version);
+    void setLoadedVersion(const QString &version);
 
     // Follow the rules of the setters, and throw a Refusal.
     void set(const MemberRule &member, const QVariant &value);
@@ -107,7 +107,7 @@ QString difference(const QString &found, const QString &wanted);
 struct Outcome
 {
     QString thrown; ///< as thrownBy() returns it; null if nothing
-    int read = 0; ///< bytes taken
+    int read = 0; ///< the number of bytes read
 };
 
 /// Reads a record without leading word. Appends its length and count words to `words` if there is such a list.

@@ -18,7 +18,7 @@ public:
     int offset() const { return m_offset; }
     bool atEnd() const { return m_offset == m_bytes.size(); }
 
-    /// The next bytes; if they are truncated, the object that reads them fails.
+    /// Returns the next bytes; if there are fewer, throws the error of the object that reads them.
     const char *take(const Expected &reading, qint64 count)
     {
         if (count > m_bytes.size() - m_offset) {
@@ -53,7 +53,7 @@ public:
         return QString::fromUtf8(take(reading, size), int(size));
     }
 
-    /// A text of 16-bit units, as only the version is in records. Half a unit is an error.
+    /// A text of 16-bit units. In records, only the version has this form. Half a unit is an error.
     QString version(const Expected &reading)
     {
         const auto size = quint32(length(reading, Word::TextLength, &versionMember()));
@@ -114,7 +114,7 @@ void readMember(Expected &object, const MemberRule &member, RecordInput &in, qin
     case Kind::Modes: {
         const qint32 count = in.length(object, Word::Count, &member);
         for (qint32 i = 0; i < count; ++i) {
-            in.length(object, Word::ItemLength, &member); // which the text's own length repeats
+            in.length(object, Word::ItemLength, &member); // ignored: the text has a length of its own
             object.appendMode(member, modeByName(in.text(object, member)));
         }
         break;
@@ -143,7 +143,7 @@ void readMembers(Expected &object, RecordInput &in, qint32 length)
         const qint32 memberLength = in.length(object, holdsObject ? Word::ObjectLength : Word::MemberLength, member);
         left -= 8 + qint64(memberLength);
         if (isVersion)
-            object.takeVersion(in.version(object));
+            object.setLoadedVersion(in.version(object));
         else if (member)
             readMember(object, *member, in, memberLength);
         else

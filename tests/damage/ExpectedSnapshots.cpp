@@ -9,7 +9,7 @@ namespace Damage {
 
 namespace {
 
-// A snapshot ends with its bytes; a truncated value is not stored.
+// Thrown at the end of the bytes, where reading ends without an error; a truncated value is not stored.
 struct EndOfSnapshot
 {
 };
@@ -87,13 +87,13 @@ void readObject(Expected &object, SnapshotInput &in);
 
 void readMember(Expected &object, const MemberRule &member, SnapshotInput &in)
 {
-    Expected::Held &held = object.of(member);
-    if (member.has(SnapshotIfSet) && !held.set)
+    Expected::MemberState &state = object.of(member);
+    if (member.has(SnapshotIfSet) && !state.set)
         return;
     switch (member.kind) {
     case Kind::List: {
         const auto count = qint32(in.word());
-        if (!held.set && !member.has(SnapshotByCount))
+        if (!state.set && !member.has(SnapshotByCount))
             return;
         for (qint32 i = 0; i < count; ++i) {
             Expected item(QString::fromLatin1(member.object), object.validate);
@@ -116,7 +116,7 @@ void readMember(Expected &object, const MemberRule &member, SnapshotInput &in)
             readObject(object.child(member), in);
         break;
     default:
-        held.value = readScalar(member, in); // without the setter, and the flag is as it was read
+        state.value = readScalar(member, in); // without the setter; the flag was read before
     }
 }
 
@@ -130,7 +130,7 @@ void readObject(Expected &object, SnapshotInput &in)
     if (object.is("ValueItem"))
         object.choice = in.byte();
     if (object.is("TunerProperties"))
-        object.takeVersion(in.text());
+        object.setLoadedVersion(in.text());
     for (const MemberRule &member : object.rule->inBitOrder())
         readMember(object, member, in);
 }

@@ -7,7 +7,7 @@ namespace Damage {
 
 namespace {
 
-// The text is not well formed, and reading has reached the error.
+// Thrown at the error of a text that is not well formed.
 struct TruncatedText
 {
 };
@@ -17,7 +17,7 @@ class XmlInput
 public:
     explicit XmlInput(const XmlTokens &all) : m_all(all) { }
 
-    /// Null at the end of a well-formed text.
+    /// The next token; null at the end of a well-formed text.
     const XmlTokens::Token *next()
     {
         if (m_next < m_all.tokens.size())
@@ -27,7 +27,7 @@ public:
         return nullptr;
     }
 
-    /// The text of the element whose start was taken last, without that of elements in it.
+    /// The text of the element whose start was read last, without the text of its child elements.
     QString elementText()
     {
         QString text;
@@ -72,7 +72,7 @@ QVariant converted(const Expected &object, const MemberRule &member, const QStri
     case Kind::Integer64:
         return qlonglong(text.toLongLong());
     case Kind::Unsigned64:
-        return qulonglong(text.toLongLong()); // as a signed number
+        return qulonglong(text.toLongLong()); // read as a signed number
     case Kind::Float:
         return text.toFloat();
     case Kind::Double:
@@ -129,7 +129,7 @@ void readElement(Expected &object, const XmlTokens::Token &start, XmlInput &in)
     object.touched = true;
     if (object.is("TunerProperties")) {
         const QString version = start.attributes.value(QLatin1String(versionMember().name)).toString();
-        object.takeVersion(version.isNull() ? QStringLiteral("") : version);
+        object.setLoadedVersion(version.isNull() ? QStringLiteral("") : version);
     }
     for (const MemberRule &member : object.rule->members) {
         if (member.has(Attribute) && start.attributes.hasAttribute(QLatin1String(member.name)))

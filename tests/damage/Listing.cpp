@@ -8,7 +8,7 @@ namespace Damage {
 
 namespace {
 
-/// Lists an object and everything below it, set or not; of a choice, only the chosen alternative.
+/// Lists an object and everything below it, set or not, except alternatives that are not chosen.
 class Lister
 {
 public:

@@ -58,13 +58,13 @@ QByteArray word(quint32 value)
 QVector<RefusalCase> badLengths(const QString &className)
 {
     QVector<RefusalCase> cases{
-        record("a record of which nothing is there", "00 00 00 01"),
-        record("a record of less than nothing", "FF FF FF FF"),
+        record("a record without its bytes", "00 00 00 01"),
+        record("a record of negative length", "FF FF FF FF"),
         record("a record that is longer than its member", "00 00 00 09 11 11 11 11 00 00 00 00"),
         record("a record that is shorter than its member", "00 00 00 08 11 11 11 11 00 00 00 01 00"),
-        record("a tag that is cut off", "00 00 00 08 11 11 11"),
-        record("a length that is cut off", "00 00 00 08 11 11 11 11 00 00"),
-        record("an unknown member that is cut off", "00 00 00 0C 11 11 11 11 00 00 00 04 00 00 00"),
+        record("a truncated tag", "00 00 00 08 11 11 11"),
+        record("a truncated length", "00 00 00 08 11 11 11 11 00 00"),
+        record("a truncated unknown member", "00 00 00 0C 11 11 11 11 00 00 00 04 00 00 00"),
     };
     for (RefusalCase &refusal : cases) {
         refusal.thrown = lengthErrorOf(className);
@@ -108,7 +108,7 @@ QVector<RefusalCase> ofDocument()
             incomplete("TunerProperties", "BandwidthSelection")),
         xml("a component without anything", R"(<TunerProperties Version="1.1" name="N"><Component/></TunerProperties>)",
             incomplete("TunerProperties", "Component")),
-        xml("a mode that is none, in a document with modes",
+        xml("an unknown mode in a document with modes",
             R"(<TunerProperties Version="1.1"><StartupModes><StartupMode>DF</StartupMode>)"
             "<StartupMode>?</StartupMode></StartupModes></TunerProperties>",
             incomplete("StartupModes", "StartupMode")),
@@ -123,7 +123,7 @@ QVector<RefusalCase> ofDocument()
         record("no texts, which are read as empty ones",
                "00 00 00 18 CB 4C F6 45 00 00 00 04 FF FF FF FF E0 CF AE 8E 00 00 00 04 FF FF FF FF"),
         halfAVersion,
-        snapshot("a mode that is none", // the modes are set; version 1.1
+        snapshot("an unknown mode", // the modes are set; version 1.1
                  "01 00 00 00 00 06 00 31 00 2E 00 31 01 00 00 00 02 06 0B", incomplete("StartupModes", "StartupMode")),
         snapshot("a bandwidth without a name", // the bandwidths are set
                  "02 00 00 00 00 06 00 31 00 2E 00 31 00 00 00 01 00 FF FF FF FF 00 00 00 00 00 00 00 00",
@@ -144,7 +144,7 @@ QVector<RefusalCase> ofLists(const QString &className)
                 incomplete("StartupModes", "StartupMode")),
             xml("an empty mode", "<StartupModes><StartupMode/></StartupModes>",
                 incomplete("StartupModes", "StartupMode")),
-            record("a mode that is none", "00 00 00 15 62 7B 74 CE 00 00 00 0D 00 00 00 01 00 00 00 05 00 00 00 01 3F",
+            record("an unknown mode", "00 00 00 15 62 7B 74 CE 00 00 00 0D 00 00 00 01 00 00 00 05 00 00 00 01 3F",
                    incomplete("StartupModes", "StartupMode")),
             record("no mode", "00 00 00 14 62 7B 74 CE 00 00 00 0C 00 00 00 01 00 00 00 04 FF FF FF FF",
                    incomplete("StartupModes", "StartupMode")),
@@ -228,8 +228,7 @@ QVector<RefusalCase> ofValues(const QString &className)
     return {};
 }
 
-// Texts that are empty or missing, and texts that are not numbers: every class accepts those. Each class reads its
-// members from elements as well.
+// Every class accepts empty and missing texts, texts that are not numbers, and each of its members in an element.
 QVector<RefusalCase> takenByAll(const ClassRule &rule)
 {
     QByteArray element = QByteArray("<") + rule.name + " Version=\"1.1\">";
@@ -243,12 +242,11 @@ QVector<RefusalCase> takenByAll(const ClassRule &rule)
             members += word(member.tag) + bytes("00 00 00 04 FF FF FF FF");
     }
     element += QByteArray("</") + rule.name + '>';
-    return {
-        xml("empty texts and numbers that are none", element),
-        {"texts and numbers that are not there", Encoding::Record, word(quint32(members.size())) + members, {}, false}};
+    return {xml("empty texts, and texts that are not numbers", element),
+            {"missing texts and numbers", Encoding::Record, word(quint32(members.size())) + members, {}, false}};
 }
 
-// A class that holds objects of another one, and the member that it holds them in.
+// A class, and its member that contains objects of another class.
 struct Parent
 {
     const ClassRule *rule = nullptr;
@@ -280,7 +278,7 @@ QByteArray inElementOf(const Parent &parent, const QByteArray &child)
     return '<' + name + attributes.value(name) + '>' + child + "</" + name + '>';
 }
 
-// The record of a parent. The length of a child or an alternative is that of its member record.
+// The record of a parent. The member record's length is also the length of a child or an alternative.
 QByteArray inRecordOf(const Parent &parent, const QByteArray &child)
 {
     QByteArray member = word(parent.member->tag);

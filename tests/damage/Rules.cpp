@@ -34,7 +34,7 @@ Kind kindOf(const QString &kind)
     return kinds.value(kind);
 }
 
-// Of "written / read", only the second matters here.
+// Of "written / read", only the second part matters here.
 unsigned snapshotTraitsOf(const QString &snapshot)
 {
     static const QHash<QString, unsigned> traits{

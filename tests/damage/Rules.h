@@ -6,9 +6,8 @@
 #include <QVariant>
 #include <QVector>
 
-/// What the tests of this folder know about each class, from share/model.json: names, tags, order and kinds. How each
-/// kind is read is written out in the Expected files, so that the tests work out what damaged data must give without
-/// the library.
+/// The rules of each class, from share/model.json: names, tags, order and kinds. The Expected files implement how each
+/// kind is read, so that the tests determine the expected result of damaged data without the library.
 namespace Damage {
 
 enum class Kind {
@@ -30,7 +29,7 @@ enum Trait : unsigned {
     Plain = 0,
     Attribute = 1, ///< read from an attribute as well
     Mandatory = 2, ///< required by HasData()
-    SnapshotIfSet = 4, ///< a snapshot holds it only if its flag is set
+    SnapshotIfSet = 4, ///< a snapshot contains it only if its flag is set
     SnapshotByCount = 8, ///< a list whose snapshot is read without looking at its flag
 };
 

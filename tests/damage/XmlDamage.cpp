@@ -46,8 +46,8 @@ QString wrongOutcome(const TunerProperties &document, const QString &thrown, boo
     return difference(listing(document), state.listing());
 }
 
-// Reads a good document into one that was read from a truncated text, without a reset: the items of the first come
-// before those of the second.
+// Reads a good document into one that was read from a truncated text, without a reset. The good items are appended to
+// those of the truncated text.
 QString wrongReadingAfter(const TunerProperties &damaged)
 {
     TunerProperties document(damaged);
@@ -58,7 +58,7 @@ QString wrongReadingAfter(const TunerProperties &damaged)
     document.SetBandwidthSelection({document.GetBandwidthSelection().constLast()});
     JobXml::StartupModes &modes = document.GetStartupModes();
     modes.SetStartupMode(modes.GetStartupMode().mid(modes.GetStartupMode().size() - 2));
-    return document == good ? QString() : QStringLiteral("reading again without reset gives something else");
+    return document == good ? QString() : QStringLiteral("reading again without reset: the document differs");
 }
 
 QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)

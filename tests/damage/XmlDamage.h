@@ -11,7 +11,7 @@ enum class XmlSource { File, Text };
 /// The results of reading damaged XML, and their numbers.
 struct XmlSweep
 {
-    int noText = 0; ///< not read, since the bytes are not a text
+    int noText = 0; ///< not read, since the bytes are not valid UTF-8
     int taken = 0;
     int refused = 0; ///< with false
     int thrown = 0;
@@ -20,8 +20,8 @@ struct XmlSweep
     int all() const { return noText + taken + refused + thrown; }
 };
 
-/// A plain reader and the rules determine the expected result. Documents that are read from a file are used afterwards
-/// as well.
+/// Compares the result of reading with the one that a plain reader and the rules determine. A document that was read
+/// from a file must also be usable afterwards.
 void readDamagedXml(XmlSweep &sweep, const QByteArray &damaged, XmlSource source, bool validate, const QString &where);
 
 XmlSweep flipEveryBitOfXml(XmlSource source, bool validate);

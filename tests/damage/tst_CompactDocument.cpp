@@ -24,10 +24,10 @@ public:
         visit(object, [&](const MemberView &member) {
             if (!member.IsChosen() || member.GetKind() == MemberKind::Choice)
                 return;
-            const bool holdsNothing = member.GetKind() == MemberKind::EnumerationList
+            const bool isEmptyList = member.GetKind() == MemberKind::EnumerationList
                 ? member.GetValue().toList().isEmpty()
                 : member.GetKind() == MemberKind::ObjectList && member.GetSize() == 0;
-            note(object.GetObjectName() + QLatin1Char('.') + member.GetName(), member.IsSet() && !holdsNothing);
+            note(object.GetObjectName() + QLatin1Char('.') + member.GetName(), member.IsSet() && !isEmptyList);
             WholeTree::forEachChild(member, [&](const DataObject &child, int) { note(child); });
         });
     }
@@ -131,7 +131,7 @@ void CompactDocumentTest::everyEncodingContainsTheWholeDocument()
     QCOMPARE(listing(fromXml), lines);
     QVERIFY(fromXml == original);
 
-    // The expectations of these tests agree.
+    // The expected states of these tests are the same.
     Expected expected(QStringLiteral("TunerProperties"));
     const Outcome record = readRecord(expected, recordOf(original));
     QCOMPARE(record.thrown, QString());
@@ -177,7 +177,7 @@ void CompactDocumentTest::heapIsCounted()
         QVERIFY(peak.bytes() >= 1000000);
         QVERIFY(peak.inUse() >= 1000000);
         some.clear();
-        QVERIFY(peak.bytes() >= 1000000); // stays
+        QVERIFY(peak.bytes() >= 1000000); // the peak remains
         QVERIFY(peak.inUse() < 500000);
     }
     const HeapPeak another;

@@ -18,7 +18,7 @@ using namespace JobXml;
 
 namespace {
 
-/// For the elements that have just made QXmlStreamReader double its stacks.
+/// An input of this size has a number of elements after which QXmlStreamReader has just doubled its stacks.
 constexpr int expensiveSize = 4200000;
 
 /// Copies of `opening`, followed by as many of `closing`, until the document has the size.
@@ -107,7 +107,7 @@ QByteArray listRecord(quint32 tag, int count, const QByteArray &item)
     return word(tag) + word(items.size()) + items;
 }
 
-/// A document of one component with one node of items without anything in them.
+/// A document of one component with one node of empty items.
 QByteArray recordsOfEmptyItems(int size)
 {
     const QByteArray node = listRecord(0x4F71131F, size / 4, {});
@@ -170,7 +170,7 @@ const Input recordInputs[] = {
     {"records of empty texts", recordsOfEmptyTexts, 11, 45},
 };
 
-/// A file of these bytes. They themselves are not in memory any more when it is read.
+/// A file with these bytes. The bytes are freed before it is read.
 struct InputFile
 {
     explicit InputFile(const QByteArray &bytes) : size(bytes.size())
@@ -203,7 +203,7 @@ qint64 mostResident()
     return -1;
 }
 
-/// How much more memory is resident at most in a process of its own while it reads the file.
+/// The growth of the peak of resident memory in a child process that reads the file; -1 if the process fails.
 qint64 residentWhileReading(const QString &path, bool isXml, bool validate)
 {
     QProcess reader;
@@ -228,7 +228,7 @@ int readAndReport(const QStringList &arguments)
 
 Q_DECLARE_METATYPE(Compose)
 
-/// What the cookbook states about the memory that reading takes, and the bound of SECURITY.md for XML.
+/// Reading takes no more memory than the cookbook states, and than the bound of SECURITY.md for XML.
 class MemoryOfReadingTest : public QObject
 {
     Q_OBJECT
@@ -242,7 +242,7 @@ private Q_SLOTS:
     void heapStaysWithinTheBoundForTextsInMemory();
 
 private:
-    double m_most[2][2] = {}; // resident per byte of what is expensive: by XML or records, validating or not
+    double m_most[2][2] = {}; // resident bytes per byte of input: by XML or records, validating or not
 };
 
 void MemoryOfReadingTest::residentMemoryIsWhatTheCookbookStates_data()
@@ -264,7 +264,7 @@ void MemoryOfReadingTest::residentMemoryIsWhatTheCookbookStates_data()
 void MemoryOfReadingTest::residentMemoryIsWhatTheCookbookStates()
 {
     if (!Heap::isWatched)
-        SKIP("a sanitizer keeps what is freed");
+        SKIP("a sanitizer keeps freed memory");
     QFETCH(Compose, compose);
     QFETCH(bool, isXml);
     QFETCH(bool, validate);
@@ -272,7 +272,7 @@ void MemoryOfReadingTest::residentMemoryIsWhatTheCookbookStates()
     const InputFile input(compose(expensiveSize));
     const qint64 used = residentWhileReading(input.file.fileName(), isXml, validate);
     QVERIFY(used > 0);
-    // Less what does not grow with the input: pages of libraries that are used for the first time.
+    // Without the part that does not grow with the input: pages of libraries that are used for the first time.
     const double perByte = double(used - (2 << 20)) / double(input.size);
     QVERIFY2(perByte <= stated, qPrintable(QStringLiteral("%1 bytes for each byte").arg(perByte)));
     m_most[isXml][validate] = std::max(m_most[isXml][validate], perByte);
@@ -282,8 +282,8 @@ void MemoryOfReadingTest::residentMemoryIsWhatTheCookbookStates()
 void MemoryOfReadingTest::statedBoundsAreReached()
 {
     if (!Heap::isWatched)
-        SKIP("a sanitizer keeps what is freed");
-    // Two thirds of them, so that the table stays about this library.
+        SKIP("a sanitizer keeps freed memory");
+    // At least two thirds of each bound are reached, so that the table remains true of this library.
     QVERIFY(m_most[true][true] > 2.0 / 3 * 45);
     QVERIFY(m_most[true][false] > 2.0 / 3 * 45);
     QVERIFY(m_most[false][true] > 2.0 / 3 * 11);

@@ -8,28 +8,28 @@ using namespace Damage;
 namespace {
 
 /// The range of an object's members in a record.
-struct Extent
+struct ObjectRange
 {
     int begin;
     int end;
     QString className;
 };
 
-QVector<Extent> objectsIn(const QByteArray &record)
+QVector<ObjectRange> objectsIn(const QByteArray &record)
 {
     Expected whole = expectedDocument(true);
     QVector<Word> words;
     readRecord(whole, record, &words);
-    QVector<Extent> extents;
+    QVector<ObjectRange> ranges;
     for (const Word &word : std::as_const(words)) {
         const bool isMode = word.kind == Kind::Modes; // the entries are not objects
         const int begin = word.offset + 4;
         if (word.what == Word::RecordLength)
-            extents.append({begin, begin + word.value, word.owner});
+            ranges.append({begin, begin + word.value, word.owner});
         else if ((word.what == Word::ItemLength && !isMode) || word.what == Word::ObjectLength)
-            extents.append({begin, begin + word.value, word.member});
+            ranges.append({begin, begin + word.value, word.member});
     }
-    return extents;
+    return ranges;
 }
 
 } // namespace
@@ -61,12 +61,12 @@ void RecordCutsTest::everyCutThrowsALengthErrorAndKeepsTheCompleteMembers()
 void RecordCutsTest::errorNamesTheInnermostTruncatedObject()
 {
     const QByteArray whole = recordOf(compactDocument());
-    const QVector<Extent> objects = objectsIn(whole);
+    const QVector<ObjectRange> objects = objectsIn(whole);
     // the document, its modes, a bandwidth, a component, a node, ten items with a value each, two items of those
     QCOMPARE(objects.size(), 5 + 10 + 10 + 2);
     for (int size = 4; size < whole.size(); ++size) {
         QString innermost;
-        for (const Extent &object : objects) { // outer ones come first
+        for (const ObjectRange &object : objects) { // outer ones come first
             if (object.begin <= size && size < object.end)
                 innermost = object.className;
         }

@@ -3,7 +3,7 @@
 
 using namespace Damage;
 
-/// Each bit of a record, read while validating. A test of its own, to run beside the others.
+/// Flips each bit of a record that is read while validating. A separate test, so that it runs in parallel with others.
 class RecordFlipsTest : public QObject
 {
     Q_OBJECT

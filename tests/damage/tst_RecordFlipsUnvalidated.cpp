@@ -3,7 +3,8 @@
 
 using namespace Damage;
 
-/// Each bit of a record, read while not validating. A test of its own, to run beside the others.
+/// Flips each bit of a record that is read while not validating. A separate test, so that it runs in parallel with
+/// others.
 class RecordFlipsUnvalidatedTest : public QObject
 {
     Q_OBJECT

@@ -23,7 +23,7 @@ bool isIgnored(const Word &word)
     return word.what == Word::ItemLength && word.kind == Kind::Modes;
 }
 
-/// The exception that follows from the rules of lengths alone; null if it depends on the bytes after the word.
+/// The exception that follows from the rules of lengths; null if it also depends on the bytes after the word.
 QString thrownByRule(const Word &word, qint32 value)
 {
     switch (word.what) {
@@ -54,10 +54,10 @@ bool mustFail(const Word &word, qint32 value)
         return value != -1; // a null text, so its bytes are read as the data after it
     if (word.what == Word::Count)
         return value == most; // the stream ends before that many items; fewer are read, and the rest as members
-    return true; // some record has a remainder
+    return true; // the lengths of some record do not add up
 }
 
-/// How many members of these kinds all classes have; of all kinds if none is named.
+/// The number of members of these kinds in all classes; of all members if no kind is named.
 int memberCount(const QVector<Kind> &kinds = {})
 {
     int count = 0;

@@ -58,7 +58,7 @@ private:
         return validate || refusal.always ? refusal.thrown : QString();
     }
 
-    // Reads it into the object, whose state is `state`.
+    // Reads the refused input into the object, whose state before is `state`.
     static void tryOne(const ClassUnderTest &readType, const DataObject &good, DataObject &object, Expected state,
                        const RefusalCase &refusal, bool validate)
     {

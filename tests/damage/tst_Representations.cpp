@@ -38,7 +38,7 @@ QString errorFor(int bit, const QByteArray &damaged, Expected &state, QString &t
 
 } // namespace
 
-/// Around the record the framing is checked as well: damage that a record does not notice is noticed here.
+/// A representation is a framed record. The framing detects damage that the record itself does not.
 class RepresentationsTest : public QObject
 {
     Q_OBJECT
@@ -105,7 +105,7 @@ void RepresentationsTest::everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDi
         QByteArray damaged = flipped(whole, bit);
         TunerProperties document;
         const HeapPeak peak;
-        const bool taken = document.SetBinaryRepresentation(damaged); // and nothing is thrown
+        const bool taken = document.SetBinaryRepresentation(damaged); // throws nothing
         QVERIFY(peak.bytes() <= HeapPeak::bound(whole.size()));
         same += taken ? 1 : 0;
         QCOMPARE(document.IsInitialized(), taken);
@@ -122,8 +122,8 @@ void RepresentationsTest::everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDi
                                  QStringLiteral("binary data: %1 compressed bytes declare ").arg(whole.size() - 8)),
                      qPrintable(why));
     }
-    // Not compressed at all there is but one byte with bits that mean nothing. Compressed, a repetition may as well be
-    // taken from elsewhere, and codes that no byte uses be of another length: bits that a reader cannot miss.
+    // At level 0, five bits have no meaning. At other levels, some changed repetitions and unused code lengths expand
+    // to the same bytes.
     QVERIFY(level != 0 || same == 5);
     qInfo("%d flips, %d of them without a difference", 8 * whole.size(), same);
 }
@@ -138,7 +138,7 @@ void RepresentationsTest::everyCutOfTheCompressedFormIsRefused()
         QVERIFY(!document.SetBinaryRepresentation(cut));
         QVERIFY(!document.IsInitialized());
 
-        // Cut before it was framed, so that the lengths agree.
+        // Truncated as well, but framed with the matching length.
         if (size < 8)
             continue;
         QByteArray framed = replaced(cut, 4, size - 8);
@@ -189,7 +189,7 @@ void RepresentationsTest::hostileWordsAroundTheRecordAreRefusedWithoutAllocating
     TunerProperties document;
     const HeapPeak peak;
     QVERIFY(!document.SetBinaryRepresentation(damaged));
-    QVERIFY(peak.bytes() <= 2000 * whole.size()); // and never what the word announces
+    QVERIFY(peak.bytes() <= 2000 * whole.size()); // not as much as the word declares
     QCOMPARE(document.GetErrorString(), error);
     QVERIFY(!document.IsInitialized());
 }

@@ -4,8 +4,7 @@
 using namespace JobXml;
 using namespace Damage;
 
-/// A snapshot ends with its bytes. It has no checks, so missing data are not reported, but truncated values are never
-/// stored.
+/// A snapshot has no checks, so missing data are not reported, but truncated values are never stored.
 class SnapshotCutsTest : public QObject
 {
     Q_OBJECT

@@ -3,7 +3,8 @@
 
 using namespace Damage;
 
-/// Each bit of an XML document, read from a file, while not validating. A test of its own, to run beside the others.
+/// Flips each bit of an XML document that is read from a file while not validating. A separate test, so that it runs in
+/// parallel with others.
 class XmlFlipsUnvalidatedTest : public QObject
 {
     Q_OBJECT

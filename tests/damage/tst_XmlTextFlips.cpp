@@ -3,7 +3,7 @@
 
 using namespace Damage;
 
-/// Each bit of an XML document as long as the bytes are still those of a text, which may come without a file.
+/// Flips each bit of an XML document, and reads it from a text if the bytes are still valid UTF-8.
 class XmlTextFlipsTest : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ private Q_SLOTS:
         QCOMPARE(sweep.all(), 8 * compactXml().size());
         QVERIFY(sweep.taken > 0 && sweep.refused > 0);
         QCOMPARE(sweep.thrown > 0, validate);
-        qInfo("%d flips, %d of them no text: %d taken, %d refused, %d thrown", sweep.all(), sweep.noText, sweep.taken,
+        qInfo("%d flips, %d of them not UTF-8: %d taken, %d refused, %d thrown", sweep.all(), sweep.noText, sweep.taken,
               sweep.refused, sweep.thrown);
     }
 };

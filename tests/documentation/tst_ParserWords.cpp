@@ -30,7 +30,7 @@ private:
     QStringList m_provoked;
 
 private Q_SLOTS:
-    void theyAreWhatTheManualSays_data()
+    void parserMessagesAreThoseOfTheManual_data()
     {
         QTest::addColumn<QByteArray>("document");
         QTest::addColumn<QString>("words"); // as the manual has them, <...> for what differs
@@ -60,7 +60,7 @@ private Q_SLOTS:
             "Expected ''' or '\"', but got '[a-zA-Z]'.");
     }
 
-    void theyAreWhatTheManualSays()
+    void parserMessagesAreThoseOfTheManual()
     {
         QFETCH(QByteArray, document);
         QFETCH(QString, words);

@@ -60,8 +60,8 @@ public:
     {
         take(textOf(static_cast<const DataObject &>((object.*member.get)())), (object.*member.isSet)());
     }
-    template <class T, class Item, class Given>
-    void operator()(T &object, const Members::List<T, Item, Given> &member)
+    template <class T, class Item, class Argument>
+    void operator()(T &object, const Members::List<T, Item, Argument> &member)
     {
         take(textOf((object.*member.get)()), (object.*member.isSet)());
     }
@@ -86,8 +86,8 @@ public:
         if ((object.*member.isSet)()) // storing would choose an alternative
             (object.*member.set)(C((object.*member.get)()));
     }
-    template <class T, class Item, class Given>
-    void operator()(T &object, const Members::List<T, Item, Given> &member)
+    template <class T, class Item, class Argument>
+    void operator()(T &object, const Members::List<T, Item, Argument> &member)
     {
         (object.*member.set)((object.*member.get)());
         const QVector<Item> items = (object.*member.get)();
@@ -108,8 +108,8 @@ public:
     {
         (object.*member.modify)().Reset();
     }
-    template <class T, class Item, class Given>
-    void operator()(T &object, const Members::List<T, Item, Given> &member)
+    template <class T, class Item, class Argument>
+    void operator()(T &object, const Members::List<T, Item, Argument> &member)
     {
         QVector<Item> &items = (object.*member.modify)();
         if (items.isEmpty())

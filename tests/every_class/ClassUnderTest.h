@@ -95,7 +95,7 @@ private:
 using ClassPointer = std::shared_ptr<const ClassUnderTest>;
 Q_DECLARE_METATYPE(ClassPointer)
 
-/// Adds a row for each of the eighteen classes, with the columns
+/// Adds a row for each class, with the columns
 /// `name` (QString), `type` (ClassPointer), `id` (qint64), `newXml` and `firstMissing` (QString).
 void addEveryClass();
 

@@ -94,7 +94,7 @@ private Q_SLOTS:
         }
     }
 
-    void assignmentCopiesTheDataAlone()
+    void assignmentCopiesOnlyTheData()
     {
         const auto original = type().full();
         original->SetLogger(std::make_shared<Logger>());
@@ -152,7 +152,7 @@ private Q_SLOTS:
         QCOMPARE(target->GetLogger(), logger);
     }
 
-    void swappingExchangesTheDataAlone()
+    void swappingExchangesOnlyTheData()
     {
         const auto full = type().full();
         const auto empty = type().make();

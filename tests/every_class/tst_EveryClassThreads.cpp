@@ -14,9 +14,9 @@ namespace {
 
 /// The object of a thread, and everything else that its operations need. Anything that threads shared besides the
 /// objects' data would order them.
-struct Hand
+struct Context
 {
-    Hand(const ClassUnderTest &classOfObject, bool validates)
+    Context(const ClassUnderTest &classOfObject, bool validates)
         : type(classOfObject), validate(validates), accessors(accessorsOf(type.staticName())), other(type.full()),
           xml(xmlOf(*other)), document(other->GetXmlString()), record(recordOf(*other)),
           representation(other->GetBinaryRepresentationAsQByteArray()),
@@ -51,7 +51,7 @@ struct Hand
 struct Operation
 {
     const char *name;
-    QString (*run)(Hand &hand); // returns what there is to see besides the object's state
+    QString (*run)(Context &context); // returns what there is to see besides the object's state
 };
 
 QString yesOrNo(bool yes)
@@ -80,78 +80,79 @@ QString valuesOf(const DataObject &object)
 }
 
 const Operation operations[] = {
-    {"const getters and IsXSet", [](Hand &h) { return h.accessors.read(*h.object); }},
-    {"setters and AppendX", [](Hand &h) { return h.accessors.store(*h.object), QString(); }},
-    {"getters of references", [](Hand &h) { return h.accessors.modify(*h.object), QString(); }},
-    {"ResetX", [](Hand &h) { return h.accessors.reset(*h.object), QString(); }},
+    {"const getters and IsXSet", [](Context &c) { return c.accessors.read(*c.object); }},
+    {"setters and AppendX", [](Context &c) { return c.accessors.store(*c.object), QString(); }},
+    {"getters of references", [](Context &c) { return c.accessors.modify(*c.object), QString(); }},
+    {"ResetX", [](Context &c) { return c.accessors.reset(*c.object), QString(); }},
     {"presence",
-     [](Hand &h) {
-         return yesOrNo(h.object->IsInitialized()) + yesOrNo(h.object->HasData()) + yesOrNo(h.object->AnyData());
+     [](Context &c) {
+         return yesOrNo(c.object->IsInitialized()) + yesOrNo(c.object->HasData()) + yesOrNo(c.object->AnyData());
      }},
-    {"Reset()", [](Hand &h) { return h.object->Reset(), QString(); }},
-    {"ResetToDefault()", [](Hand &h) { return h.object->ResetToDefault(), QString(); }},
-    {"Check()", [](Hand &h) { return h.object->Check(), QString(); }},
-    {"Check(true)", [](Hand &h) { return h.object->Check(true), QString(); }},
-    {"GetProblems()", [](Hand &h) { return problemsOf(*h.object); }},
-    {"SetValidate()", [](Hand &h) { return h.object->SetValidate(h.validate), QString(); }},
-    {"SetLogger()", [](Hand &h) { return h.object->SetLogger(h.logger), QString(); }},
-    {"ResetLogger()", [](Hand &h) { return h.object->ResetLogger(), QString(); }},
-    {"GetXml()", [](Hand &h) { return xmlOf(*h.object); }},
-    {"ProcessXml()", [](Hand &h) { return readXml(*h.object, h.xml), QString(); }},
-    {"GetXmlString()", [](Hand &h) { return h.object->GetXmlString(); }},
-    {"SetXmlString()", [](Hand &h) { return yesOrNo(h.object->SetXmlString(h.document, h.validate)); }},
-    {"GetBinary()", [](Hand &h) { return hex(recordOf(*h.object)); }},
-    {"SetBinary()", [](Hand &h) { return readRecord(*h.object, h.record), QString(); }},
-    {"GetBinaryRepresentation()", [](Hand &h) { return hex(h.object->GetBinaryRepresentationAsQByteArray()); }},
-    {"SetBinaryRepresentation()", [](Hand &h) { return yesOrNo(h.object->SetBinaryRepresentation(h.representation)); }},
+    {"Reset()", [](Context &c) { return c.object->Reset(), QString(); }},
+    {"ResetToDefault()", [](Context &c) { return c.object->ResetToDefault(), QString(); }},
+    {"Check()", [](Context &c) { return c.object->Check(), QString(); }},
+    {"Check(true)", [](Context &c) { return c.object->Check(true), QString(); }},
+    {"GetProblems()", [](Context &c) { return problemsOf(*c.object); }},
+    {"SetValidate()", [](Context &c) { return c.object->SetValidate(c.validate), QString(); }},
+    {"SetLogger()", [](Context &c) { return c.object->SetLogger(c.logger), QString(); }},
+    {"ResetLogger()", [](Context &c) { return c.object->ResetLogger(), QString(); }},
+    {"GetXml()", [](Context &c) { return xmlOf(*c.object); }},
+    {"ProcessXml()", [](Context &c) { return readXml(*c.object, c.xml), QString(); }},
+    {"GetXmlString()", [](Context &c) { return c.object->GetXmlString(); }},
+    {"SetXmlString()", [](Context &c) { return yesOrNo(c.object->SetXmlString(c.document, c.validate)); }},
+    {"GetBinary()", [](Context &c) { return hex(recordOf(*c.object)); }},
+    {"SetBinary()", [](Context &c) { return readRecord(*c.object, c.record), QString(); }},
+    {"GetBinaryRepresentation()", [](Context &c) { return hex(c.object->GetBinaryRepresentationAsQByteArray()); }},
+    {"SetBinaryRepresentation()",
+     [](Context &c) { return yesOrNo(c.object->SetBinaryRepresentation(c.representation)); }},
     {"compressed representation",
-     [](Hand &h) { return hex(h.object->GetCompressedBinaryRepresentationAsQByteArray(1)); }},
-    {"reading the compressed one", [](Hand &h) { return yesOrNo(h.object->SetBinaryRepresentation(h.compressed)); }},
-    {"snapshot", [](Hand &h) { return hex(snapshotOf(*h.object)); }},
-    {"reading a snapshot", [](Hand &h) { return QString::number(readSnapshot(*h.object, h.snapshot)); }},
-    {"MergeRGObject()", [](Hand &h) { return yesOrNo(h.object->MergeRGObject(*h.other)); }},
+     [](Context &c) { return hex(c.object->GetCompressedBinaryRepresentationAsQByteArray(1)); }},
+    {"reading the compressed one", [](Context &c) { return yesOrNo(c.object->SetBinaryRepresentation(c.compressed)); }},
+    {"snapshot", [](Context &c) { return hex(snapshotOf(*c.object)); }},
+    {"reading a snapshot", [](Context &c) { return QString::number(readSnapshot(*c.object, c.snapshot)); }},
+    {"MergeRGObject()", [](Context &c) { return yesOrNo(c.object->MergeRGObject(*c.other)); }},
     {"merging it into another",
-     [](Hand &h) {
-         const auto target = h.type.copied(*h.other);
-         return yesOrNo(target->MergeRGObject(*h.object)) + hex(snapshotOf(*target));
+     [](Context &c) {
+         const auto target = c.type.copied(*c.other);
+         return yesOrNo(target->MergeRGObject(*c.object)) + hex(snapshotOf(*target));
      }},
-    {"==", [](Hand &h) { return yesOrNo(h.type.equal(*h.object, *h.other)); }},
-    {"!= on the right", [](Hand &h) { return yesOrNo(h.type.different(*h.other, *h.object)); }},
-    {"visit()", [](Hand &h) { return valuesOf(*h.object); }},
+    {"==", [](Context &c) { return yesOrNo(c.type.equal(*c.object, *c.other)); }},
+    {"!= on the right", [](Context &c) { return yesOrNo(c.type.different(*c.other, *c.object)); }},
+    {"visit()", [](Context &c) { return valuesOf(*c.object); }},
     {"changing by visit()",
-     [](Hand &h) {
-         visit(*h.object, [](JobXml::MemberEditor &member) { return member.SetValue(member.GetValue()); });
-         return valuesOf(*h.object);
+     [](Context &c) {
+         visit(*c.object, [](JobXml::MemberEditor &member) { return member.SetValue(member.GetValue()); });
+         return valuesOf(*c.object);
      }},
     {"to QDebug",
-     [](Hand &h) {
+     [](Context &c) {
          QString text;
-         QDebug(&text) << *h.object;
+         QDebug(&text) << *c.object;
          return text;
      }},
-    {"copy construction", [](Hand &h) { return hex(snapshotOf(*h.type.copied(*h.object))); }},
+    {"copy construction", [](Context &c) { return hex(snapshotOf(*c.type.copied(*c.object))); }},
     {"assignment to another",
-     [](Hand &h) {
-         const auto target = h.type.make();
-         h.type.assign(*target, *h.object);
+     [](Context &c) {
+         const auto target = c.type.make();
+         c.type.assign(*target, *c.object);
          return xmlOf(*target);
      }},
-    {"assignment of another", [](Hand &h) { return h.type.assign(*h.object, *h.other), QString(); }},
-    {"move construction", [](Hand &h) { return hex(snapshotOf(*h.type.moved(*h.object))); }},
+    {"assignment of another", [](Context &c) { return c.type.assign(*c.object, *c.other), QString(); }},
+    {"move construction", [](Context &c) { return hex(snapshotOf(*c.type.moved(*c.object))); }},
     {"move assignment",
-     [](Hand &h) {
-         const auto target = h.type.copied(*h.other);
-         h.type.moveAssign(*target, *h.object);
-         h.type.moveAssign(*h.object, *target);
+     [](Context &c) {
+         const auto target = c.type.copied(*c.other);
+         c.type.moveAssign(*target, *c.object);
+         c.type.moveAssign(*c.object, *target);
          return yesOrNo(target->IsInitialized());
      }},
     {"swap()",
-     [](Hand &h) {
-         const auto partner = h.type.copied(*h.other);
-         h.type.swap(*h.object, *partner);
+     [](Context &c) {
+         const auto partner = c.type.copied(*c.other);
+         c.type.swap(*c.object, *partner);
          return xmlOf(*partner);
      }},
-    {"destruction", [](Hand &h) { return h.object = h.type.make(), QString(); }},
+    {"destruction", [](Context &c) { return c.object = c.type.make(), QString(); }},
 };
 constexpr int operationCount = int(std::size(operations));
 
@@ -169,11 +170,11 @@ QString stateOf(const DataObject &root, const LoggerPointer &own, const LoggerPo
 }
 
 /// Everything that a thread can observe of the operation.
-QString outcome(const Operation &operation, Hand &hand, const LoggerPointer &former)
+QString outcome(const Operation &operation, Context &context, const LoggerPointer &former)
 {
     QString text;
-    const QString failure = thrownBy([&] { text = operation.run(hand); });
-    return failure + text + QLatin1Char('\n') + stateOf(*hand.object, hand.logger, former);
+    const QString failure = thrownBy([&] { text = operation.run(context); });
+    return failure + text + QLatin1Char('\n') + stateOf(*context.object, context.logger, former);
 }
 
 constexpr int threadCount = 3;
@@ -218,14 +219,14 @@ void EveryClassThreadsTest::everyOperationRunsConcurrentlyWithEveryOther()
         return source;
     };
     const QString sourcesState = stateOf(*makeSource(), sourcesLogger, nullptr);
-    Hand hands[threadCount]{{current, true}, {current, false}, {current, true}};
+    Context contexts[threadCount]{{current, true}, {current, false}, {current, true}};
 
     // The result with a single thread.
     QHash<QPair<const Operation *, bool>, QString> alone;
     for (const Operation &operation : operations) {
-        for (Hand *hand : {&hands[0], &hands[1]}) {
-            hand->object = hand->sharing(*makeSource());
-            alone.insert({&operation, hand->validate}, outcome(operation, *hand, sourcesLogger));
+        for (Context *context : {&contexts[0], &contexts[1]}) {
+            context->object = context->sharing(*makeSource());
+            alone.insert({&operation, context->validate}, outcome(operation, *context, sourcesLogger));
         }
     }
 
@@ -234,12 +235,12 @@ void EveryClassThreadsTest::everyOperationRunsConcurrentlyWithEveryOther()
     std::thread threads[threadCount];
     for (int i = 0; i < threadCount; ++i) {
         threads[i] = std::thread([&, i] {
-            Hand &hand = hands[i];
+            Context &context = contexts[i];
             for (int round = 0; round < roundCount; ++round) {
                 barrier.wait();
-                hand.object = std::move(rounds[round % 2].objects[i]);
-                rounds[round % 2].seen[i] = outcome(inRound(round, i), hand, sourcesLogger);
-                hand.object.reset();
+                context.object = std::move(rounds[round % 2].objects[i]);
+                rounds[round % 2].seen[i] = outcome(inRound(round, i), context, sourcesLogger);
+                context.object.reset();
             }
             barrier.wait();
         });
@@ -248,7 +249,7 @@ void EveryClassThreadsTest::everyOperationRunsConcurrentlyWithEveryOther()
     const auto prepare = [&](Round &round, bool keepSource) {
         round.source = makeSource();
         for (int i = 0; i < threadCount; ++i)
-            round.objects[i] = hands[i].sharing(*round.source);
+            round.objects[i] = contexts[i].sharing(*round.source);
         if (!keepSource)
             round.source.reset(); // so that one of the others finds itself the only owner
     };
@@ -256,7 +257,7 @@ void EveryClassThreadsTest::everyOperationRunsConcurrentlyWithEveryOther()
     const auto lookAt = [&](const Round &round, int number) {
         for (int i = 0; i < threadCount; ++i) {
             const Operation &operation = inRound(number, i);
-            const QString expected = alone.value({&operation, hands[i].validate});
+            const QString expected = alone.value({&operation, contexts[i].validate});
             if (round.seen[i] != expected)
                 complaints += QLatin1String(operation.name) + QStringLiteral(": ") + round.seen[i]
                     + QStringLiteral("\nalone: ") + expected;

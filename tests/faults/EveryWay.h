@@ -5,7 +5,7 @@
 
 #include "Saving.h"
 
-/// A document on its way into a file: by each function of the library, and by the tool in each form.
+/// A way to save a document: by a function of the library, or by the tool in one of its forms.
 struct Saving
 {
     /// The error, prefixed with the path; a null string if the document was saved.
@@ -15,7 +15,7 @@ Q_DECLARE_METATYPE(Saving)
 
 namespace EveryWay {
 
-/// By the tool.
+/// Converts the document by the tool. Returns the same as Saving::save.
 inline QString convert(JobXml::TunerProperties &document, const QString &path, const QString &form)
 {
     Workshop shop;
@@ -36,8 +36,9 @@ inline void addRows()
     for (const Way &way : waysToSave) {
         QTest::newRow(way.name) << Saving{[=](JobXml::TunerProperties &document, const QString &path) {
             const bool saved = way.save(document, path);
-            return saved == document.GetErrorString().isNull() ? document.GetErrorString()
-                                                               : QStringLiteral("the result is not that of the text");
+            return saved == document.GetErrorString().isNull()
+                ? document.GetErrorString()
+                : QStringLiteral("the result and the error string disagree");
         }};
     }
     for (const char *form : {"xml", "tagged", "compressed", "snapshot"}) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Checked variants of these functions are inline in the system's headers and cannot be defined here.
+// With it, the system's headers define checked variants of these functions inline, so they could not be defined here.
 #undef _FORTIFY_SOURCE
 
 #include "FaultyCalls.h"
@@ -18,8 +18,8 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-// The system is called by syscall(), never by the next function of the name: that needs no start-up, and what a
-// sanitizer puts around those functions stays out of the count.
+// The functions call the system by syscall(), never by the next function of the same name: this needs no initialization
+// and bypasses the wrappers of a sanitizer, whose calls would be counted.
 
 namespace {
 
@@ -28,7 +28,7 @@ using namespace FaultyCalls;
 constexpr int MostCalls = 4096;
 constexpr int MostFiles = 1024;
 
-/// The file of a descriptor, if calls with it count.
+/// What a descriptor refers to: nothing that is counted, a folder or the old file, or the new file.
 enum class Watched : char { No, Place, New };
 
 bool counting = false;
@@ -36,7 +36,7 @@ Plan plan;
 char calls[MostCalls + 1] = "";
 int count = 0;
 char failingForEver = 0;
-Watched watched[MostFiles] = {}; // by descriptor: opened since the count began
+Watched watched[MostFiles] = {}; // by descriptor; of files opened since begin()
 const char *folder = nullptr;
 const char *logName = nullptr;
 
@@ -64,7 +64,7 @@ void record(Kind kind)
     }
 }
 
-/// A call with everything that may happen to it; `call` passes it to the system.
+/// Counts a call and applies the plan to it. `call` passes it to the system.
 template <typename Call>
 auto counted(Kind kind, Call &&call) -> decltype(call())
 {
@@ -100,7 +100,7 @@ bool isCounted(int descriptor)
     return watchedAs(descriptor) == Watched::New;
 }
 
-/// Whether the path, taken from that folder, leads into the one in which calls count.
+/// Whether the path, which may be relative to the folder `at`, is in the folder whose calls are counted.
 bool isInFolder(int at, const char *path)
 {
     if (!folder)
@@ -116,7 +116,7 @@ bool isInFolder(int at, const char *path)
         && std::strncmp(target, folder, size) == 0;
 }
 
-/// By what its flags say; 0 if it does not count.
+/// The kind of an open() with these flags; 0 if it is not counted.
 char kindOfOpen(int flags)
 {
     if ((flags & O_TMPFILE) == O_TMPFILE)
@@ -144,7 +144,7 @@ int openCounted(int at, const char *path, int flags, mode_t mode)
     return descriptor;
 }
 
-/// For calls about a place, the old file or the new one.
+/// Counts a call if its descriptor refers to a folder, the old file or the new file.
 template <typename Call>
 auto countedIfWatched(int descriptor, Kind kind, Call &&call) -> decltype(call())
 {
@@ -197,21 +197,23 @@ int removeCounted(int atFolder, const char *path, int flags)
     return counting ? counted(Remove, remove) : remove();
 }
 
-__attribute__((constructor)) void takePlanFromEnvironment()
+__attribute__((constructor)) void readEnvironment()
 {
     const char *const text = getenv(PlanVariable);
     folder = getenv(FolderVariable);
     if (!text || !folder)
         return;
     logName = getenv(LogVariable);
-    Plan given;
+    Plan planFromEnvironment;
     int action = 0;
     int unnamedFiles = 0;
-    if (std::sscanf(text, "%d %d %d %lld %d", &given.call, &action, &given.error, &given.room, &unnamedFiles) != 5)
+    if (std::sscanf(text, "%d %d %d %lld %d", &planFromEnvironment.call, &action, &planFromEnvironment.error,
+                    &planFromEnvironment.room, &unnamedFiles)
+        != 5)
         abort();
-    given.action = Action(action);
-    given.unnamedFiles = unnamedFiles != 0;
-    begin(given);
+    planFromEnvironment.action = Action(action);
+    planFromEnvironment.unnamedFiles = unnamedFiles != 0;
+    begin(planFromEnvironment);
 }
 
 } // namespace
@@ -232,11 +234,11 @@ const char *FaultyCalls::end()
     return calls;
 }
 
-// The functions themselves, as the system declares them.
+// The replaced functions, as the system declares them.
 
 #define TAKES_THE_PLACE extern "C" __attribute__((visibility("default")))
 
-/// Declares `mode`: the additional argument of such a function, which only some flags require.
+/// Declares `mode`, the additional argument of open() and openat(), which only some flags require.
 #define TAKE_MODE_AFTER(flags)                                                                                         \
     va_list arguments;                                                                                                 \
     va_start(arguments, flags);                                                                                        \
@@ -333,7 +335,7 @@ TAKES_THE_PLACE int fremovexattr(int descriptor, const char *name) noexcept
                             [=] { return int(syscall(SYS_fremovexattr, descriptor, name)); });
 }
 
-/// A close that fails has closed nevertheless.
+/// Closes the descriptor even if the plan makes the call fail, as the system does.
 TAKES_THE_PLACE int close(int descriptor)
 {
     const bool counts = isCounted(descriptor);

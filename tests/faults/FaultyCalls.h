@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// The system calls by which files are put in place, made to fail on demand. A program that FaultyCalls.cpp is linked
-/// into, or preloaded into, makes them through it. Calls count that look for the place of a file, that make a new file,
-/// that are about the old file or the new one, or that give a file its name; everything else goes to the system
-/// untouched.
+/// Replaces the system calls by which files are put in place, to make them fail on demand, in a program that
+/// FaultyCalls.cpp is linked into or preloaded into. Counted are calls that resolve a path, create a file, access the
+/// old or new file, or name a file. All other calls are passed to the system.
 namespace FaultyCalls {
 
-/// What kind of call was made; a word of such letters says what a program did.
+/// The kind of a call. A sequence of these letters describes what a program did.
 enum Kind : char {
     Find = 'f', ///< open() of a path to examine the file
     ReadLink = 'k',
-    OpenOld = 'o', ///< open() of a file, but not of a link, for writing
+    OpenOld = 'o', ///< open() for writing, which does not follow a link
     Status = 't',
-    GetAttribute = 'g', ///< an extended one
+    GetAttribute = 'g', ///< of an extended attribute
     ListAttributes = 'i',
     SetAttribute = 'a',
     RemoveAttribute = 'v',
@@ -30,33 +29,33 @@ enum Kind : char {
 };
 
 enum class Action {
-    Fail, ///< with the error
-    FailForEver, ///< and so does every later call of that kind
-    DieHalfway, ///< the process is killed in the middle of a write, and instead of a call of another kind
-    DieAfter,
-    Run, ///< something happens meanwhile; the call goes to the system afterwards
-    Stop, ///< the process stops, as by SIGSTOP, and makes the call when it is continued
+    Fail, ///< the call fails with the error
+    FailForEver, ///< the call and all later ones of its kind fail with the error
+    DieHalfway, ///< the process is killed in the middle of a write, or before a call of another kind
+    DieAfter, ///< the process is killed after the call
+    Run, ///< a function is called before the call
+    Stop, ///< the process stops by SIGSTOP; when it is continued, it makes the call
 };
 
 struct Plan
 {
-    int call = 0; ///< to which call it happens, counted from 1; 0 for none
+    int call = 0; ///< the number of the call that the action applies to, from 1; 0 for none
     Action action = Action::Fail;
     int error = 0;
-    long long room = -1; ///< how many bytes the disk takes before it is full; -1 for any number
-    bool unnamedFiles = true; ///< whether the file system knows files without a name
-    void (*run)() = nullptr; ///< of Action::Run; what it calls does not count
+    long long room = -1; ///< how many bytes can be written before the disk is full; -1 for any number
+    bool unnamedFiles = true; ///< whether the file system supports files without a name
+    void (*run)() = nullptr; ///< the function of Action::Run; its own calls are not counted
 };
 
-/// From here on calls count, and the plan holds. Files are not synchronized with the disk, which would only take time.
+/// Starts counting calls and applies the plan. Files are not synchronized with the disk, which would only take time.
 void begin(const Plan &plan);
 
-/// Ends that; the calls made since, a letter each.
+/// Stops counting. Returns the counted calls, a letter each.
 const char *end();
 
 /// \name For a program into which the calls are preloaded
-/// The plan is taken from the variable PlanVariable, as the five numbers of a Plan in their order; files count in the
-/// folder that FolderVariable names; the letters are appended to the file that LogVariable names.
+/// These environment variables configure it: PlanVariable contains the first five members of Plan as numbers, in their
+/// order. Only calls in the folder FolderVariable are counted. The letters are appended to the file LogVariable.
 /// @{
 constexpr char PlanVariable[] = "FAULTY_CALLS";
 constexpr char FolderVariable[] = "FAULTY_CALLS_FOLDER";

@@ -12,8 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// A pipe with a name, and somebody who writes to it, piece by piece, as soon as somebody reads, and then ends. The
-/// process has to ignore SIGPIPE if the reader may leave early.
+/// A named pipe, and a thread that writes the content to it, piece by piece, as soon as it is opened for reading, and
+/// then closes it. The process has to ignore SIGPIPE if the reader may close the pipe early.
 class Fifo
 {
 public:
@@ -26,14 +26,14 @@ public:
             for (int done = 0; done < content.size(); done += piece) {
                 const auto size = size_t(std::min(piece, content.size() - done));
                 if (::write(pipe, content.constData() + done, size) != ssize_t(size))
-                    break; // the reader has left
+                    break; // the reader has closed the pipe
             }
             close(pipe);
         });
     }
     ~Fifo()
     {
-        close(open(m_path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)); // should nobody have read
+        close(open(m_path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)); // unblocks the writer if nobody has read
         m_writer.join();
     }
     Fifo(const Fifo &) = delete;

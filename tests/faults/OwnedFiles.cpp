@@ -82,7 +82,7 @@ QByteArray OwnedFilesTest::read(const char *name) const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(no such file)");
 }
 
-void OwnedFilesTest::give(const char *name, uid_t user, gid_t group, mode_t mode) const
+void OwnedFilesTest::setOwnerAndMode(const char *name, uid_t user, gid_t group, mode_t mode) const
 {
     QCOMPARE(chown(path(name).constData(), user, group), 0);
     QCOMPARE(chmod(path(name).constData(), mode), 0);

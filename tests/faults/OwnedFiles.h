@@ -13,7 +13,7 @@
 
 #include "FaultyCalls.h"
 
-constexpr uid_t somebody = 65534; // who saves without privileges
+constexpr uid_t somebody = 65534; // saves without privileges
 constexpr uid_t another = 65533;
 constexpr gid_t team = 65532;
 
@@ -26,7 +26,7 @@ struct Access
     uid_t owner = 0;
     gid_t group = 0;
     mode_t mode = 0;
-    std::map<QByteArray, QByteArray> attributes; // lists too
+    std::map<QByteArray, QByteArray> attributes; // extended attributes, access control lists included
 
     bool operator==(const Access &other) const
     {
@@ -38,7 +38,7 @@ char *toString(const Access &access);
 Access accessOf(const QByteArray &path);
 bool setAttribute(const QByteArray &path, const char *name, const QByteArray &value);
 
-/// The folder of the test, for what happens in the middle of a save: Plan::run takes no arguments.
+/// The folder of the test, for functions that are called during a save: Plan::run takes no arguments.
 extern QByteArray place;
 
 #define NEEDS_SUPERUSER()                                                                                              \
@@ -46,10 +46,9 @@ extern QByteArray place;
     SKIP("Only the superuser can give files to others.")
 #define NEEDS(supported, what)                                                                                         \
     if (!(supported))                                                                                                  \
-    SKIP(what " are not known to this file system, or not allowed.")
+    SKIP(what " are not supported by this file system, or not allowed.")
 
-/// Tests of SaveFile() with files that belong to one user or another. Each runs on several file systems, in a new
-/// folder.
+/// Tests of SaveFile() with files of several users. Each test runs on several file systems, in a new folder.
 class OwnedFilesTest : public QObject
 {
     Q_OBJECT
@@ -67,14 +66,14 @@ protected:
     {
         return QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
-    void give(const char *name, uid_t user, gid_t group, mode_t mode) const;
+    void setOwnerAndMode(const char *name, uid_t user, gid_t group, mode_t mode) const;
     QString save(const char *name) const
     {
         return REPORTGENERATOR::SaveFile(path(name), QStringLiteral("document"), newContent);
     }
-    /// Unless `unnamedFiles`, the new file has a name from the start, so that others can get at it.
+    /// Saves with a plan. Without `unnamedFiles`, the new file has a name from the start, so that `run` can access it.
     QString saveWith(FaultyCalls::Action action, int call, void (*run)(), int error = 0, bool unnamedFiles = false);
-    /// The calls by which it is saved if nothing happens.
+    /// The calls of a save without faults; empty if it fails.
     QByteArray callsOf(const char *name) const;
 
 private:

@@ -38,7 +38,7 @@ inline const Way waysToSave[] = {
 };
 Q_DECLARE_METATYPE(Way)
 
-/// The same small document with another base resource.
+/// A small document with this base resource.
 inline JobXml::TunerProperties aSmallDocument(const char *baseResource)
 {
     JobXml::TunerProperties document = aDocument(1);
@@ -46,11 +46,11 @@ inline JobXml::TunerProperties aSmallDocument(const char *baseResource)
     return document;
 }
 
-/// A document that takes more than `size` bytes in every form, compressed too; another one for each seed.
+/// A document of more than `size` bytes in every form, the compressed one included. Each seed makes a different one.
 inline JobXml::TunerProperties aLargeDocument(quint32 seed, int size)
 {
     QRandomGenerator random(seed);
-    QString text(2 * size, Qt::Uninitialized); // of a letter out of 26, compression leaves more than half a byte
+    QString text(2 * size, Qt::Uninitialized); // compressed, a letter of 26 takes more than half a byte
     for (QChar &letter : text)
         letter = QLatin1Char(char('A' + random.bounded(26)));
     JobXml::TunerProperties document = aDocument(1);
@@ -58,7 +58,7 @@ inline JobXml::TunerProperties aLargeDocument(quint32 seed, int size)
     return document;
 }
 
-/// A folder of a test's own.
+/// The temporary folder of a test.
 class Folder
 {
 public:
@@ -96,7 +96,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// Runs it in a process of its own, which ends with the status that it returns; what wait() says of that process.
+/// Calls the function in a child process, which exits with the returned value. Returns the status that wait() reports.
 inline int statusOfChild(const std::function<int()> &run)
 {
     const pid_t child = fork();

@@ -25,7 +25,7 @@ struct Fault
     const char *reason; // null if the output is written nevertheless
 };
 
-/// One that calls of that kind may meet; all that they may meet are tried on the library, which does the same.
+/// One error per kind of call; the tests of the library try all.
 Fault faultOf(char kind)
 {
     switch (kind) {
@@ -99,22 +99,22 @@ private:
     QByteArray convertedWithoutFaults(const QString &out);
     void checkThatItIsRefused(const Run &run, const QString &out, bool replaces, const char *reason) const;
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
     std::unique_ptr<Folder> m_folderOfLog;
 };
 
 void ConvertFaultsTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
+    m_workshop = std::make_unique<Workshop>();
     m_folderOfLog = std::make_unique<Folder>();
-    // If coverage is measured: what a process counts that is killed or may not write must not spoil the rest.
-    m_shop->setEnvironment(QStringLiteral("GCOV_PREFIX"), m_folderOfLog->path());
-    m_shop->setEnvironment(QStringLiteral("GCOV_ERROR_FILE"), m_folderOfLog->path(QStringLiteral("counting")));
+    // With coverage, counters of processes that are killed or cannot write must not damage those of the others.
+    m_workshop->setEnvironment(QStringLiteral("GCOV_PREFIX"), m_folderOfLog->path());
+    m_workshop->setEnvironment(QStringLiteral("GCOV_ERROR_FILE"), m_folderOfLog->path(QStringLiteral("counting")));
 }
 
 void ConvertFaultsTest::cleanup()
 {
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 /// Runs the tool, whose calls fail as planned.
@@ -122,10 +122,10 @@ Run ConvertFaultsTest::convert(const QString &out, const FaultyCalls::Plan &plan
 {
     QFile::remove(m_folderOfLog->path(QStringLiteral("calls")));
     const auto set = [this](const char *name, const QString &value) {
-        m_shop->setEnvironment(QString::fromLatin1(name), value);
+        m_workshop->setEnvironment(QString::fromLatin1(name), value);
     };
     set("LD_PRELOAD", QStringLiteral(FAULTY_CALLS_MODULE));
-    // Whatever a sanitizer keeps to itself is not about the output.
+    // The address sanitizer would refuse a library that is preloaded before its own.
     set("ASAN_OPTIONS", qEnvironmentVariable("ASAN_OPTIONS") + QStringLiteral(":verify_asan_link_order=0"));
     set(FaultyCalls::PlanVariable,
         QStringLiteral("%1 %2 %3 %4 %5")
@@ -134,13 +134,13 @@ Run ConvertFaultsTest::convert(const QString &out, const FaultyCalls::Plan &plan
             .arg(plan.error)
             .arg(plan.room)
             .arg(int(plan.unnamedFiles)));
-    set(FaultyCalls::FolderVariable, QFileInfo(m_shop->path(QStringLiteral("."))).canonicalFilePath());
+    set(FaultyCalls::FolderVariable, QFileInfo(m_workshop->path(QStringLiteral("."))).canonicalFilePath());
     set(FaultyCalls::LogVariable, m_folderOfLog->path(QStringLiteral("calls")));
     const QString in = standardInput.isNull() ? QStringLiteral("in.xml") : QStringLiteral("-");
-    return m_shop->run({QStringLiteral("convert"), in, out}, standardInput);
+    return m_workshop->run({QStringLiteral("convert"), in, out}, standardInput);
 }
 
-/// Those that the last run made, a letter each.
+/// The calls of the last run, a letter each.
 QByteArray ConvertFaultsTest::calls() const
 {
     return m_folderOfLog->read(QStringLiteral("calls"));
@@ -149,8 +149,8 @@ QByteArray ConvertFaultsTest::calls() const
 QByteArray ConvertFaultsTest::convertedWithoutFaults(const QString &out)
 {
     const Run run = convert(out, {});
-    const QByteArray bytes = m_shop->read(out);
-    return run.status == 0 && run.err.isEmpty() && QFile::remove(m_shop->path(out)) ? bytes : QByteArray();
+    const QByteArray bytes = m_workshop->read(out);
+    return run.status == 0 && run.err.isEmpty() && QFile::remove(m_workshop->path(out)) ? bytes : QByteArray();
 }
 
 void ConvertFaultsTest::checkThatItIsRefused(const Run &run, const QString &out, bool replaces,
@@ -162,8 +162,8 @@ void ConvertFaultsTest::checkThatItIsRefused(const Run &run, const QString &out,
     QStringList files(QStringLiteral("in.xml"));
     if (replaces)
         files.append(out);
-    QCOMPARE(m_shop->files(), files);
-    QCOMPARE(m_shop->read(out), replaces ? old : QByteArray("(no such file)"));
+    QCOMPARE(m_workshop->files(), files);
+    QCOMPARE(m_workshop->read(out), replaces ? old : QByteArray("(no such file)"));
 }
 
 void ConvertFaultsTest::fullDiskKeepsTheOldFile_data()
@@ -175,12 +175,12 @@ void ConvertFaultsTest::fullDiskKeepsTheOldFile()
 {
     QFETCH(QString, out);
     for (const QByteArray &in : {QByteArray(smallXml), aLargeDocument(1, 20000).GetXmlString().toUtf8()}) {
-        m_shop->write(QStringLiteral("in.xml"), in);
+        m_workshop->write(QStringLiteral("in.xml"), in);
         const QByteArray whole = convertedWithoutFaults(out);
         QVERIFY(!whole.isEmpty());
         FaultyCalls::Plan plan;
         for (const int room : {0, 1, whole.size() / 2, whole.size() - 1}) {
-            m_shop->write(out, old);
+            m_workshop->write(out, old);
             plan.room = room;
             checkThatItIsRefused(convert(out, plan), out, true, "No space left on device");
             if (QTest::currentTestFailed())
@@ -188,12 +188,12 @@ void ConvertFaultsTest::fullDiskKeepsTheOldFile()
         }
         plan.room = whole.size();
         QCOMPARE(convert(out, plan).status, 0);
-        QVERIFY(m_shop->read(out) == whole);
-        QVERIFY(QFile::remove(m_shop->path(out)));
+        QVERIFY(m_workshop->read(out) == whole);
+        QVERIFY(QFile::remove(m_workshop->path(out)));
     }
 }
 
-/// Every form in one place, and one form in every place: where the library saves they are tried out in full.
+/// Every form in one place, and one form in every place; the tests of the library try all combinations.
 void ConvertFaultsTest::failingCallNeverDamagesTheOutput_data()
 {
     QTest::addColumn<QString>("out");
@@ -216,15 +216,15 @@ void ConvertFaultsTest::failingCallNeverDamagesTheOutput()
     QFETCH(QString, out);
     QFETCH(bool, replaces);
     QFETCH(bool, unnamedFiles);
-    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    m_workshop->write(QStringLiteral("in.xml"), smallXml);
     const QByteArray whole = convertedWithoutFaults(out);
     QVERIFY(!whole.isEmpty());
     FaultyCalls::Plan plan;
     plan.unnamedFiles = unnamedFiles;
     const auto prepare = [&] {
-        QFile::remove(m_shop->path(out));
+        QFile::remove(m_workshop->path(out));
         if (replaces)
-            m_shop->write(out, old);
+            m_workshop->write(out, old);
     };
     prepare();
     QCOMPARE(convert(out, plan).status, 0);
@@ -243,8 +243,8 @@ void ConvertFaultsTest::failingCallNeverDamagesTheOutput()
         } else {
             QCOMPARE(run.err, QString());
             QCOMPARE(run.status, 0);
-            QVERIFY(m_shop->read(out) == whole);
-            QCOMPARE(m_shop->files(), QStringList({QStringLiteral("in.xml"), out}));
+            QVERIFY(m_workshop->read(out) == whole);
+            QCOMPARE(m_workshop->files(), QStringList({QStringLiteral("in.xml"), out}));
         }
         QVERIFY2(calls().size() >= call, calls().constData());
         if (QTest::currentTestFailed())
@@ -265,7 +265,7 @@ void ConvertFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewFile()
 {
     QFETCH(QString, out);
     QFETCH(bool, unnamedFiles);
-    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    m_workshop->write(QStringLiteral("in.xml"), smallXml);
     const QByteArray whole = convertedWithoutFaults(out);
     QVERIFY(!whole.isEmpty());
     bool leftOld = false;
@@ -273,31 +273,31 @@ void ConvertFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewFile()
     for (const Action action : {Action::DieHalfway, Action::DieAfter}) {
         bool died = true;
         for (int call = 1; died; ++call) {
-            for (const QString &name : m_shop->files()) {
+            for (const QString &name : m_workshop->files()) {
                 if (name != QLatin1String("in.xml"))
-                    QVERIFY(QFile::remove(m_shop->path(name)));
+                    QVERIFY(QFile::remove(m_workshop->path(name)));
             }
-            m_shop->write(out, old);
+            m_workshop->write(out, old);
             FaultyCalls::Plan plan;
             plan.call = call;
             plan.action = action;
             plan.unnamedFiles = unnamedFiles;
             died = convert(out, plan).status != 0;
-            QCOMPARE(died, calls().size() == call); // else there was no such call any more
+            QCOMPARE(died, calls().size() == call); // otherwise the run has made fewer calls
 
-            const QByteArray found = m_shop->read(out);
+            const QByteArray found = m_workshop->read(out);
             leftOld = leftOld || found == old;
             leftNew = leftNew || found == whole;
             QVERIFY2(found == old || found == whole, qPrintable(QString::number(call)));
-            const QStringList files = m_shop->files();
+            const QStringList files = m_workshop->files();
             QVERIFY2(files.size() <= 3, qPrintable(files.join(QLatin1Char(' '))));
             const QRegularExpression expected(QStringLiteral("^(in\\.xml|out\\.[a-z]{3}(\\.[A-Za-z]{6})?)$"));
             for (const QString &name : files)
                 QVERIFY2(expected.match(name).hasMatch(), qPrintable(name));
 
-            if (files.size() == 3) { // which is in nobody's way
+            if (files.size() == 3) { // the temporary file does not prevent the next run
                 QCOMPARE(convert(out, {}).status, 0);
-                QVERIFY(m_shop->read(out) == whole);
+                QVERIFY(m_workshop->read(out) == whole);
             }
         }
     }
@@ -308,21 +308,21 @@ void ConvertFaultsTest::crashAtAnyMomentLeavesTheOldOrTheNewFile()
 {
     QFETCH(QString, out);
     JobXml::TunerProperties document = aLargeDocument(1, 100000);
-    m_shop->write(QStringLiteral("in.xml"), document.GetXmlString().toUtf8());
+    m_workshop->write(QStringLiteral("in.xml"), document.GetXmlString().toUtf8());
     const QStringList arguments{QStringLiteral("convert"), QStringLiteral("in.xml"), out};
     QElapsedTimer timer;
     timer.start();
-    QCOMPARE(m_shop->run(arguments).status, 0);
+    QCOMPARE(m_workshop->run(arguments).status, 0);
     const int usual = int(timer.elapsed());
-    const QByteArray converted = m_shop->read(out);
+    const QByteArray converted = m_workshop->read(out);
 
     QRandomGenerator moments(20240229);
     int oldFound = 0;
     constexpr int kills = 50;
     for (int i = 0; i < kills; ++i) {
-        m_shop->write(out, old);
-        m_shop->runAndKill(arguments, moments.bounded(usual + 2));
-        const QByteArray found = m_shop->read(out);
+        m_workshop->write(out, old);
+        m_workshop->runAndKill(arguments, moments.bounded(usual + 2));
+        const QByteArray found = m_workshop->read(out);
         oldFound += found == old ? 1 : 0;
         QVERIFY2(found == old || found == converted, qPrintable(QStringLiteral("after kill %1").arg(i)));
     }
@@ -337,49 +337,49 @@ void ConvertFaultsTest::aSizeLimitIsAnError_data()
 void ConvertFaultsTest::aSizeLimitIsAnError()
 {
     QFETCH(QString, out);
-    m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
-    m_shop->write(out, old);
+    m_workshop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
+    m_workshop->write(out, old);
     for (const int blocks : {0, 1, 30}) { // of 512 bytes
-        const Run run = m_shop->shell(
+        const Run run = m_workshop->shell(
             QStringLiteral("trap '' XFSZ; ulimit -f %1; exec \"$tool\" convert in.xml %2").arg(blocks).arg(out));
         checkThatItIsRefused(run, out, true, "File too large");
     }
-    QCOMPARE(m_shop->shell(QStringLiteral("ulimit -f 200; exec \"$tool\" convert in.xml ") + out).status, 0);
-    QVERIFY(m_shop->read(out).size() > 20000);
+    QCOMPARE(m_workshop->shell(QStringLiteral("ulimit -f 200; exec \"$tool\" convert in.xml ") + out).status, 0);
+    QVERIFY(m_workshop->read(out).size() > 20000);
 }
 
 void ConvertFaultsTest::sizeLimitThatKillsKeepsTheOldFile()
 {
-    m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
+    m_workshop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
     for (const char *name : {"out.xml", "out.tpb", "out.tpz", "out.tps"}) {
         const QString out = QString::fromLatin1(name);
-        m_shop->write(out, old);
-        const Run run =
-            m_shop->shell(QStringLiteral("ulimit -c 0; ulimit -f 30; \"$tool\" convert in.xml %1; echo $?").arg(out));
+        m_workshop->write(out, old);
+        const Run run = m_workshop->shell(
+            QStringLiteral("ulimit -c 0; ulimit -f 30; \"$tool\" convert in.xml %1; echo $?").arg(out));
         QCOMPARE(run.out, QStringLiteral("%1\n").arg(128 + SIGXFSZ));
-        QCOMPARE(m_shop->read(out), old);
+        QCOMPARE(m_workshop->read(out), old);
     }
-    QCOMPARE(m_shop->files().size(), 5);
+    QCOMPARE(m_workshop->files().size(), 5);
 }
 
 void ConvertFaultsTest::linkStaysAndItsTargetIsWritten()
 {
-    m_shop->write(QStringLiteral("in.xml"), smallXml);
-    const Run run = m_shop->shell(
+    m_workshop->write(QStringLiteral("in.xml"), smallXml);
+    const Run run = m_workshop->shell(
         QStringLiteral("mkdir -p a/deep; ln -s ../file.xml a/deep/up.xml; ln -s a/deep folder; ln -s a/new.xml to.xml\n"
                        "\"$tool\" convert in.xml folder/up.xml && \"$tool\" convert in.xml to.xml\n"
                        "test -L a/deep/up.xml -a -L to.xml && cmp a/file.xml a/new.xml; ls; ls a"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.out, QStringLiteral("a\nfolder\nin.xml\nto.xml\ndeep\nfile.xml\nnew.xml\n"));
-    QCOMPARE(m_shop->read(QStringLiteral("a/file.xml")), QByteArray(smallXml));
+    QCOMPARE(m_workshop->read(QStringLiteral("a/file.xml")), QByteArray(smallXml));
 }
 
 void ConvertFaultsTest::circularLinksAreAnError()
 {
-    m_shop->write(QStringLiteral("in.xml"), smallXml);
+    m_workshop->write(QStringLiteral("in.xml"), smallXml);
     const Run run =
-        m_shop->shell(QStringLiteral("ln -s a.xml b.xml; ln -s b.xml a.xml; \"$tool\" convert in.xml a.xml\n"
-                                     "status=$?; test -L a.xml -a -L b.xml && exit $status"));
+        m_workshop->shell(QStringLiteral("ln -s a.xml b.xml; ln -s b.xml a.xml; \"$tool\" convert in.xml a.xml\n"
+                                         "status=$?; test -L a.xml -a -L b.xml && exit $status"));
     QCOMPARE(run.err, QStringLiteral("tunerproperties: a.xml: cannot write: Too many levels of symbolic links\n"));
     QCOMPARE(run.status, 3);
 }
@@ -396,14 +396,14 @@ void ConvertFaultsTest::superuserKeepsTheOwnerOfAFile()
     if (geteuid() != 0)
         SKIP("Only the superuser can give files to others.");
     QFETCH(QStringList, arguments);
-    m_shop->write(QStringLiteral("in.xml"), smallXml);
-    m_shop->write(QStringLiteral("out.xml"), QByteArray(smallXml).replace("\"SCP\"", "\"MCP\""));
-    const QByteArray before = m_shop->read(QStringLiteral("out.xml"));
-    const QByteArray path = QFile::encodeName(m_shop->path(QStringLiteral("out.xml")));
+    m_workshop->write(QStringLiteral("in.xml"), smallXml);
+    m_workshop->write(QStringLiteral("out.xml"), QByteArray(smallXml).replace("\"SCP\"", "\"MCP\""));
+    const QByteArray before = m_workshop->read(QStringLiteral("out.xml"));
+    const QByteArray path = QFile::encodeName(m_workshop->path(QStringLiteral("out.xml")));
     QCOMPARE(chown(path.constData(), 65533, 65532), 0);
     QCOMPARE(chmod(path.constData(), 0640), 0);
-    QCOMPARE(m_shop->run(arguments).status, 0);
-    QVERIFY(m_shop->read(QStringLiteral("out.xml")) != before);
+    QCOMPARE(m_workshop->run(arguments).status, 0);
+    QVERIFY(m_workshop->read(QStringLiteral("out.xml")) != before);
     struct stat status = {};
     QCOMPARE(stat(path.constData(), &status), 0);
     QCOMPARE(status.st_uid, uid_t(65533));
@@ -415,9 +415,9 @@ void ConvertFaultsTest::plantedLinkIsNotFollowed()
 {
     if (geteuid() != 0)
         SKIP("Only the superuser can give links to others.");
-    m_shop->write(QStringLiteral("in.xml"), smallXml);
-    m_shop->write(QStringLiteral("victim"), old);
-    const Run run = m_shop->shell(
+    m_workshop->write(QStringLiteral("in.xml"), smallXml);
+    m_workshop->write(QStringLiteral("victim"), old);
+    const Run run = m_workshop->shell(
         QStringLiteral("mkdir -m 1777 drop; ln -s ../victim drop/out.xml; chown -h 65533:65533 drop/out.xml\n"
                        "exec \"$tool\" convert in.xml drop/out.xml"));
     QCOMPARE(
@@ -425,17 +425,17 @@ void ConvertFaultsTest::plantedLinkIsNotFollowed()
         QStringLiteral("tunerproperties: drop/out.xml: cannot write: a symbolic link on the path belongs to another "
                        "user and is in a folder where other users can place links\n"));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->read(QStringLiteral("victim")), old);
+    QCOMPARE(m_workshop->read(QStringLiteral("victim")), old);
 }
 
 void ConvertFaultsTest::partlyWrittenStandardOutputIsReportedWithTheReason()
 {
-    m_shop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
-    const Run run =
-        m_shop->shell(QStringLiteral("trap '' XFSZ; ulimit -f 30; exec \"$tool\" convert in.xml - --to tagged > out"));
+    m_workshop->write(QStringLiteral("in.xml"), aLargeDocument(1, 20000).GetXmlString().toUtf8());
+    const Run run = m_workshop->shell(
+        QStringLiteral("trap '' XFSZ; ulimit -f 30; exec \"$tool\" convert in.xml - --to tagged > out"));
     QCOMPARE(run.err, QStringLiteral("tunerproperties: -: cannot write: File too large\n"));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->read(QStringLiteral("out")).size(), 30 * 512);
+    QCOMPARE(m_workshop->read(QStringLiteral("out")).size(), 30 * 512);
 }
 
 void ConvertFaultsTest::failedCopyOfAPipeIsReportedWithTheReason_data()
@@ -453,7 +453,7 @@ void ConvertFaultsTest::failedCopyOfAPipeIsReportedWithTheReason()
 {
     QFETCH(QByteArray, document);
     QFETCH(int, room);
-    m_shop->setEnvironment(QStringLiteral("TMPDIR"), m_shop->path(QStringLiteral(".")));
+    m_workshop->setEnvironment(QStringLiteral("TMPDIR"), m_workshop->path(QStringLiteral(".")));
     FaultyCalls::Plan plan;
     plan.room = room;
     for (const bool unnamedFiles : {true, false}) {
@@ -462,7 +462,7 @@ void ConvertFaultsTest::failedCopyOfAPipeIsReportedWithTheReason()
         QCOMPARE(run.err,
                  QStringLiteral("tunerproperties: -: cannot copy to a temporary file: No space left on device\n"));
         QCOMPARE(run.status, 3);
-        QCOMPARE(m_shop->files(), QStringList());
+        QCOMPARE(m_workshop->files(), QStringList());
     }
 }
 

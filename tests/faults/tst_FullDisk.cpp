@@ -12,9 +12,9 @@ using JobXml::TunerProperties;
 
 namespace {
 
-constexpr int NotAllowed = 77; // what CTest takes for a test that was left out
+constexpr int SkipReturnCode = 77; // CTest counts it as skipped
 
-/// A disk of a few pages in memory, at a folder. Only this process and those that it starts see it.
+/// A small file system in memory, mounted on a temporary folder. Only this process and its children see it.
 class SmallDisk
 {
 public:
@@ -46,7 +46,7 @@ public:
         return statvfs(m_path.constData(), &status) == 0 ? qint64(status.f_bfree) : -1;
     }
 
-    /// Takes all but so many pages by a file of that name.
+    /// Writes a file of this name until only so many pages are free.
     bool fillUpTo(qint64 pages, const QString &name) const
     {
         QFile filler(m_folder.path(name));
@@ -112,7 +112,7 @@ void FullDiskTest::fullDiskKeepsTheOldDocument()
         QCOMPARE(saving.save(m_new, path), path + QStringLiteral(": cannot write: No space left on device"));
         QCOMPARE(disk.folder().names(), QStringList({target, filler}));
         QCOMPARE(disk.folder().read(target), old);
-        QCOMPARE(disk.freePages(), pages); // nothing unnamed is left either
+        QCOMPARE(disk.freePages(), pages); // no unnamed file is left either
     }
     QVERIFY(disk.fillUpTo(pagesNeeded, filler));
     QCOMPARE(saving.save(m_new, path), QString());
@@ -159,11 +159,12 @@ void FullDiskTest::readOnlyDiskKeepsTheOldDocument()
 
 static int run(int argc, char **argv)
 {
-    // What is mounted from here on is seen by this process alone, and gone with it.
-    const bool isAlone = unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    if (!isAlone || !SmallDisk("size=1m").isThere()) {
+    // Only this process sees what it mounts from here on; the mounts end with the process.
+    const bool hasOwnMounts =
+        unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    if (!hasOwnMounts || !SmallDisk("size=1m").isThere()) {
         std::printf("Nothing can be mounted here (%s), so no disk was filled.\n", strerror(errno));
-        return NotAllowed;
+        return SkipReturnCode;
     }
     QCoreApplication application(argc, argv);
     FullDiskTest test;

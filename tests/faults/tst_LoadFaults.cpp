@@ -17,7 +17,7 @@ public:
 
     qint64 bytesRead() const { return m_bytesRead; }
 
-    /// When the first bytes have been read.
+    /// Truncates the file to this size after its first bytes have been read.
     void shrinkTo(qint64 size) { m_laterSize = size; }
 
 protected:
@@ -154,7 +154,7 @@ void LoadFaultsTest::aPipeIsReadToItsEnd_data()
     QTest::addColumn<Way>("way");
     QTest::addColumn<int>("piece");
     for (const Way &way : waysToSave) {
-        for (const int piece : {1, 7, 4096, 1 << 20}) // a small document by single bytes, else a large one
+        for (const int piece : {1, 7, 4096, 1 << 20}) // small pieces of a small document, large ones of a large one
             QTest::addRow("%s, by %d", way.name, piece) << way << piece;
     }
 }
@@ -237,7 +237,7 @@ void LoadFaultsTest::aFileThatShrinksIsAnError()
     TunerProperties read;
     if (way.save == waysToSave[0].save) {
         QVERIFY(!read.LoadXml(&file));
-        // The second line holds the large text, and is cut where the file is.
+        // The second line contains the large text, and ends where the file is truncated.
         QCOMPARE(read.GetErrorString(),
                  path("file") + QStringLiteral(":2:%1: Premature end of document.").arg(50000 - 39));
     } else {

@@ -9,8 +9,8 @@
 
 using REPORTGENERATOR::NewFile;
 
-/// A new file is beside the one that it replaces until it is complete. Here it has a name all that time, as on
-/// file systems that know no files without one.
+/// Until it is complete, a new file exists beside the old one, here under a temporary name, as on file systems without
+/// unnamed files.
 class NewFileTest : public QObject
 {
     Q_OBJECT
@@ -95,7 +95,7 @@ void NewFileTest::newFileIsRemovedUnlessItReplacesTheOldOne()
 
 void NewFileTest::newFileHasTheRequestedMode()
 {
-    m_folder->write(QStringLiteral("a"), "old"); // whose mode does not matter
+    m_folder->write(QStringLiteral("a"), "old"); // its mode does not matter
     for (const mode_t mode : {0666U, 0600U}) {
         NewFile file(m_place, "a");
         QVERIFY(file.create(mode) && file.replace());
@@ -113,7 +113,7 @@ void NewFileTest::descriptorsOfOthersStayOpen()
         const NewFile file(m_place, "a");
     }
     {
-        NewFile file(m_place, "no folder/a"); // its name in between is in no folder either
+        NewFile file(m_place, "no folder/a"); // the folder of the temporary name does not exist either
         QVERIFY(!file.create(0600));
     }
     QVERIFY(fcntl(0, F_GETFD) != -1);

@@ -30,15 +30,16 @@ QByteArray entry(char tag, char permissions, quint32 id = 0xFFFFFFFF)
     return bytes;
 }
 
-/// The owner may read and write, `another` may do what is said, a group and all others nothing. The mask is the same,
-/// and appears as the group's permissions in the mode.
+/// The owner may read and write, `another` has `permissions`, the group and all others have none. The mask equals
+/// `permissions`, and appears as the group's permissions in the mode.
 QByteArray listFor(char permissions)
 {
     return QByteArray("\2\0\0\0", 4) + entry(1, 6) + entry(2, permissions, another) + entry(4, 0)
         + entry(0x10, permissions) + entry(0x20, 0);
 }
 
-/// With the file's own list, which says the rest about groups, nobody but the owner has more than the mode says.
+/// Whether only the owner may have more access than with `than`. The group's bits of the mode are the mask of the list:
+/// without them, the list grants nothing.
 bool isNotMoreOpen(const Access &access, const Access &than)
 {
     const auto list = [](const Access &of) {
@@ -51,8 +52,8 @@ bool isNotMoreOpen(const Access &access, const Access &than)
             && list(access) == list(than));
 }
 
-/// The result of SaveFile() in a process of `somebody`, with the further group if there is one; a different text if the
-/// process cannot reach the path.
+/// Returns the result of SaveFile() in a process of `somebody`, with the supplementary group if there is one; a
+/// different text if the process fails otherwise.
 QString savedBySomebody(const QByteArray &path, std::optional<gid_t> furtherGroup = {})
 {
     int ends[2];
@@ -78,7 +79,7 @@ QString savedBySomebody(const QByteArray &path, std::optional<gid_t> furtherGrou
 
 } // namespace
 
-/// Who may use a file after it was saved: as before, or fewer.
+/// A saved file grants the same access as the old one, or less.
 class SaveAccessTest : public OwnedFilesTest
 {
     Q_OBJECT
@@ -116,13 +117,13 @@ private Q_SLOTS:
     void fileWithWiderAccessIsAnError();
 
 private:
-    void giveFolder(uid_t user, gid_t group, mode_t mode) const;
+    void setOwnerAndModeOfFolder(uid_t user, gid_t group, mode_t mode) const;
     void prepareEverything();
 };
 
-void SaveAccessTest::giveFolder(uid_t user, gid_t group, mode_t mode) const
+void SaveAccessTest::setOwnerAndModeOfFolder(uid_t user, gid_t group, mode_t mode) const
 {
-    give("", user, group, mode);
+    setOwnerAndMode("", user, group, mode);
     const QByteArray folder = path("");
     const int status = statusOfChild([&] {
         const bool isSomebody = setgroups(0, nullptr) == 0 && setresgid(somebody, somebody, somebody) == 0
@@ -168,7 +169,7 @@ void SaveAccessTest::aNewFileObeysTheMask()
 void SaveAccessTest::newFileInheritsTheAccessListOfItsFolder()
 {
     NEEDS(setAttribute(path(""), defaultList, listFor(4)), "Access control lists");
-    writeOld("another"); // by the system's own means
+    writeOld("another"); // created without SaveFile()
     QCOMPARE(save("a"), QString());
     QCOMPARE(accessOf(path("a")), accessOf(path("another")));
     QCOMPARE(accessOf(path("a")).attributes[accessList], listFor(4));
@@ -178,7 +179,7 @@ void SaveAccessTest::savingKeepsOwnerAndGroup()
 {
     NEEDS_SUPERUSER();
     writeOld("a");
-    give("a", another, team, 0640);
+    setOwnerAndMode("a", another, team, 0640);
     const Access before = accessOf(path("a"));
     QCOMPARE(before.owner, another);
     QCOMPARE(save("a"), QString());
@@ -191,7 +192,7 @@ void SaveAccessTest::savingKeepsTheAccessList()
     writeOld("a");
     NEEDS(setAttribute(path("a"), accessList, listFor(4)), "Access control lists");
     const Access before = accessOf(path("a"));
-    QCOMPARE(before.mode, mode_t(0640)); // which nobody in the group may do
+    QCOMPARE(before.mode, mode_t(0640)); // the 4 is the mask; the group has no access
     QCOMPARE(save("a"), QString());
     QCOMPARE(accessOf(path("a")), before);
 }
@@ -257,9 +258,9 @@ void SaveAccessTest::hardLinkKeepsTheOldDocument()
 void SaveAccessTest::supplementaryGroupIsKept()
 {
     NEEDS_SUPERUSER();
-    giveFolder(somebody, somebody, 0755);
+    setOwnerAndModeOfFolder(somebody, somebody, 0755);
     writeOld("a");
-    give("a", somebody, team, 0660);
+    setOwnerAndMode("a", somebody, team, 0660);
     const Access before = accessOf(path("a"));
     QCOMPARE(savedBySomebody(path("a"), team), QString());
     QCOMPARE(accessOf(path("a")), before);
@@ -276,7 +277,7 @@ void SaveAccessTest::groupThatCannotBeKeptDoesNotWidenAccess_data()
     row(0664, 0644);
     row(0666, 0666);
     row(0646, 0644);
-    row(0604, 0600); // the group was shut out, and its members are among all others now
+    row(0604, 0600); // the group had no access, and its members count as others now
     row(0751, 0711);
 }
 
@@ -285,9 +286,9 @@ void SaveAccessTest::groupThatCannotBeKeptDoesNotWidenAccess()
     NEEDS_SUPERUSER();
     QFETCH(uint, before);
     QFETCH(uint, after);
-    giveFolder(somebody, somebody, 0755);
+    setOwnerAndModeOfFolder(somebody, somebody, 0755);
     writeOld("a");
-    give("a", somebody, team, before);
+    setOwnerAndMode("a", somebody, team, before);
     QCOMPARE(savedBySomebody(path("a")), QString());
     const Access access = accessOf(path("a"));
     QCOMPARE(access.owner, somebody);
@@ -299,9 +300,9 @@ void SaveAccessTest::groupThatCannotBeKeptDoesNotWidenAccess()
 void SaveAccessTest::accessListWithoutItsGroupIsAnError()
 {
     NEEDS_SUPERUSER();
-    giveFolder(somebody, somebody, 0755);
+    setOwnerAndModeOfFolder(somebody, somebody, 0755);
     writeOld("a");
-    give("a", somebody, team, 0600);
+    setOwnerAndMode("a", somebody, team, 0600);
     NEEDS(setAttribute(path("a"), accessList, listFor(4)), "Access control lists");
     const Access before = accessOf(path("a"));
     QCOMPARE(savedBySomebody(path("a")),
@@ -314,13 +315,13 @@ void SaveAccessTest::accessListWithoutItsGroupIsAnError()
     QCOMPARE(accessOf(path("a")), before);
 }
 
-/// Who may write a file of another user in a folder shared with them.
+/// The caller may write the file of another user, in a folder that both share.
 void SaveAccessTest::callerMayBecomeTheOwner()
 {
     NEEDS_SUPERUSER();
-    giveFolder(another, team, 0777);
+    setOwnerAndModeOfFolder(another, team, 0777);
     writeOld("a");
-    give("a", another, team, 0664);
+    setOwnerAndMode("a", another, team, 0664);
     QCOMPARE(savedBySomebody(path("a"), team), QString());
     const Access access = accessOf(path("a"));
     QCOMPARE(access.owner, somebody);
@@ -331,10 +332,10 @@ void SaveAccessTest::callerMayBecomeTheOwner()
 void SaveAccessTest::labelThatCannotBeKeptIsAnError()
 {
     NEEDS_SUPERUSER();
-    giveFolder(somebody, somebody, 0755);
+    setOwnerAndModeOfFolder(somebody, somebody, 0755);
     writeOld("a");
     NEEDS(setAttribute(path("a"), "security.tst_SaveAccess", "label"), "Labels");
-    give("a", somebody, somebody, 0600);
+    setOwnerAndMode("a", somebody, somebody, 0600);
     const Access before = accessOf(path("a"));
     QCOMPARE(savedBySomebody(path("a")),
              QStringLiteral("document: cannot write: the extended attribute 'security.tst_SaveAccess' of the old file "
@@ -347,10 +348,10 @@ void SaveAccessTest::labelThatCannotBeKeptIsAnError()
 void SaveAccessTest::unreadableAttributesAreOmitted()
 {
     NEEDS_SUPERUSER();
-    giveFolder(somebody, somebody, 0755);
+    setOwnerAndModeOfFolder(somebody, somebody, 0755);
     writeOld("a");
     NEEDS(setAttribute(path("a"), "user.comment", "x"), "Extended attributes");
-    give("a", somebody, somebody, 0200);
+    setOwnerAndMode("a", somebody, somebody, 0200);
     QCOMPARE(savedBySomebody(path("a")), QString());
     const Access access = accessOf(path("a"));
     QCOMPARE(access.mode, mode_t(0200));
@@ -362,23 +363,23 @@ void SaveAccessTest::prepareEverything()
 {
     QFETCH(bool, hasList);
     QFile::remove(QFile::decodeName(path("a")));
-    removexattr(path("").constData(), defaultList); // of the time before
+    removexattr(path("").constData(), defaultList); // left by the call before
     writeOld("a");
     if (geteuid() == 0)
-        give("a", another, team, 0640);
+        setOwnerAndMode("a", another, team, 0640);
     setAttribute(path("a"), "user.comment", "x");
     if (hasList)
         NEEDS(setAttribute(path("a"), accessList, listFor(4)), "Access control lists");
-    NEEDS(setAttribute(path(""), defaultList, listFor(7)), "Access control lists"); // which is not the file's
+    NEEDS(setAttribute(path(""), defaultList, listFor(7)), "Access control lists"); // of the folder, not of the file
 }
 
-/// Saving needs to search the folder and to write to it, as the kernel does for its own calls.
+/// Saving requires search and write permission for the folder, as the kernel's own calls do.
 void SaveAccessTest::folderThatCannotBeListedAcceptsTheFile()
 {
     NEEDS_SUPERUSER();
     writeOld("a");
-    give("a", somebody, somebody, 0600);
-    giveFolder(somebody, somebody, 0300);
+    setOwnerAndMode("a", somebody, somebody, 0600);
+    setOwnerAndModeOfFolder(somebody, somebody, 0300);
     QCOMPARE(savedBySomebody(path("a")), QString());
     QCOMPARE(read("a"), newContent);
 }
@@ -387,7 +388,7 @@ void SaveAccessTest::superuserKeepsTheOwnerOfAFile()
 {
     NEEDS_SUPERUSER();
     writeOld("a");
-    give("a", another, team, 0640);
+    setOwnerAndMode("a", another, team, 0640);
     const Access before = accessOf(path("a"));
     FaultyCalls::begin({});
     QCOMPARE(save("a"), QString());
@@ -418,7 +419,7 @@ void SaveAccessTest::failingCallNeverWidensAccess_data()
     }
 }
 
-/// Either nothing has changed and the error is returned, or the file is saved and no other users have access.
+/// Either nothing has changed and the error is returned, or the file is saved and no other user has more access.
 void SaveAccessTest::failingCallNeverWidensAccess()
 {
     QFETCH(bool, hasList);
@@ -439,7 +440,7 @@ void SaveAccessTest::failingCallNeverWidensAccess()
         for (const int error : {EPERM, EACCES, EINVAL, EIO, ENOSPC, EDQUOT, ENODATA, EOPNOTSUPP, ERANGE}) {
             for (plan.call = 1; plan.call <= calls.size(); ++plan.call) {
                 const char kind = calls[plan.call - 1];
-                // A query that has no room for ever, and an attribute that is never there, would not be the truth.
+                // ERANGE for every call and a missing attribute are not failures that a kernel reports.
                 const bool saysNone = kind == 'g' && (error == ENODATA || error == EOPNOTSUPP);
                 if (saysNone || (error == ERANGE && action == Action::FailForEver))
                     continue;
@@ -472,9 +473,9 @@ void SaveAccessTest::failingCallNeverWidensAccess()
 namespace {
 
 int filesSeen = 0;
-QByteArray inherited; // by a program that would be started now
+QByteArray inherited; // the file that a program started now would inherit
 
-/// Looks at all open files of the folder.
+/// Checks all open files in the folder of the test.
 void lookForInheritedFiles()
 {
     const QDir descriptors(QStringLiteral("/proc/self/fd"));
@@ -522,7 +523,7 @@ void SaveAccessTest::savingNeverWidensAccess_data()
     failingCallNeverWidensAccess_data();
 }
 
-/// Whenever the process is killed, what it leaves is open to nobody whom the old file was not open to.
+/// Whenever the process is killed, a file that it leaves grants no access that the old file did not grant.
 void SaveAccessTest::savingNeverWidensAccess()
 {
     QFETCH(bool, unnamedFiles);

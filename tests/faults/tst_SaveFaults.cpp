@@ -36,28 +36,28 @@ QVector<Fault> faultsOf(char kind)
         return {broken, refused, {EMFILE, "Too many open files"}};
     case FaultyCalls::Status:
         return {broken};
-    case FaultyCalls::GetAttribute: // without them there is nothing to keep
+    case FaultyCalls::GetAttribute: // without attributes, there is nothing to keep
         return {{EIO, "the access control list of the old file cannot be kept: Input/output error"},
                 {ENODATA, nullptr},
                 {EOPNOTSUPP, nullptr}};
     case FaultyCalls::ListAttributes:
         return {{EIO, "the extended attributes of the old file cannot be kept: Input/output error"},
                 {EOPNOTSUPP, nullptr}};
-    case FaultyCalls::CreateUnnamed: // where it is a folder that cannot be opened so, the system is too old for it
+    case FaultyCalls::CreateUnnamed: // EISDIR: the kernel is too old for unnamed files
         return {full, quota, broken, refused, readOnly, {EMFILE, "Too many open files"}, {EISDIR, nullptr}};
     case FaultyCalls::Create:
         return {full, quota, broken, refused, readOnly, {EMFILE, "Too many open files"}, {EEXIST, "File exists"}};
     case FaultyCalls::Write:
         return {full, quota, broken, {EFBIG, "File too large"}};
-    case FaultyCalls::Sync: // some file systems cannot do it at all; then nothing is known to be wrong
+    case FaultyCalls::Sync: // the last three: the file system cannot synchronize, which is not a failure
         return {full, quota, broken, {EINVAL, nullptr}, {ENOSYS, nullptr}, {EOPNOTSUPP, nullptr}};
     case FaultyCalls::Link:
         return {full, quota, broken, refused, readOnly, {EEXIST, "File exists"}};
     case FaultyCalls::Rename:
         return {full, quota, broken, refused, readOnly, {EXDEV, "Invalid cross-device link"}};
-    case FaultyCalls::Chmod: // the document counts for more than who may read it
+    case FaultyCalls::Chmod: // saving the document matters more than its mode
         return {{EPERM, nullptr}, {EIO, nullptr}};
-    case FaultyCalls::Close: // by then it is on the disk
+    case FaultyCalls::Close: // the document is on the disk already
         return {{EIO, nullptr}, {ENOSPC, nullptr}};
     default:
         return {};
@@ -72,7 +72,7 @@ QString reasonAfter(char kind)
     return fault == faults.end() ? QString() : QString::fromLatin1(fault->reason);
 }
 
-/// Where a document is saved: the way, its size, whether there was one before, whether files can do without a name.
+/// A row for each way to save, each size, with and without an old document, with and without unnamed files.
 void addPlaces(std::initializer_list<bool> sizes = {false, true})
 {
     QTest::addColumn<Way>("way");
@@ -126,7 +126,7 @@ private:
     TunerProperties m_large;
     QByteArray m_old;
 
-    // of one row and one attempt
+    // of the current row and attempt
     Way m_way = {};
     bool m_replaces = false;
     bool m_unnamedFiles = true;
@@ -139,7 +139,7 @@ void SaveFaultsTest::initTestCase()
 {
     QVERIFY(QFileInfo(m_folder.path()).isWritable());
     m_small = aSmallDocument("new");
-    m_large = aLargeDocument(1, 20000); // more than Qt keeps back before it writes, which is 16 KiB
+    m_large = aLargeDocument(1, 20000); // larger than Qt's write buffer of 16 KiB
     m_old = "the old document";
 }
 
@@ -162,7 +162,7 @@ void SaveFaultsTest::prepare()
     QVERIFY(large ? m_new.size() > 20000 : m_new.size() < 2000);
 }
 
-/// From the same start each time.
+/// Restores the initial state, then saves with the plan.
 bool SaveFaultsTest::save(const FaultyCalls::Plan &plan)
 {
     m_folder.clear();
@@ -203,8 +203,8 @@ void SaveFaultsTest::fullDiskKeepsTheOldDocument_data()
     addPlaces();
 }
 
-/// Full after every byte of a small document, and after some of a large one. What still fits is written, and the
-/// reason comes only with the next attempt.
+/// The disk is full after each byte of a small document, and after some bytes of a large one. The bytes that fit are
+/// written; only the next write fails.
 void SaveFaultsTest::fullDiskKeepsTheOldDocument()
 {
     prepare();
@@ -228,7 +228,7 @@ void SaveFaultsTest::failingCallNeverDamagesADocument_data()
     addPlaces();
 }
 
-/// One call after the other, and each later one of its kind, which is how disks break.
+/// Each call fails in turn, and so do all later calls of its kind, as on a broken disk.
 void SaveFaultsTest::failingCallNeverDamagesADocument()
 {
     prepare();
@@ -261,7 +261,7 @@ void SaveFaultsTest::callThatFailsOnceNeverDamagesADocument_data()
     addPlaces();
 }
 
-/// The call may be repeated; then the document is saved, otherwise the error is reported.
+/// If the library repeats the call, the document is saved; otherwise the error is reported.
 void SaveFaultsTest::callThatFailsOnceNeverDamagesADocument()
 {
     prepare();
@@ -273,7 +273,7 @@ void SaveFaultsTest::callThatFailsOnceNeverDamagesADocument()
         if (QTest::currentTestFailed())
             return;
     }
-    checkThatItIsSaved(); // the last round had no such call any more
+    checkThatItIsSaved(); // the last round made fewer calls
 }
 
 void SaveFaultsTest::nameInUseIsFollowedByAnotherOne()
@@ -309,7 +309,7 @@ void SaveFaultsTest::interruptedWritesContinue()
 
 void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument_data()
 {
-    addPlaces({false}); // however large they are, documents are written by one call
+    addPlaces({false}); // documents of any size are written by one call
 }
 
 void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument()
@@ -318,7 +318,7 @@ void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument()
     const QRegularExpression leftOver(QStringLiteral("^document\\.[A-Za-z]{6}$"));
     bool leftOld = false;
     bool leftNew = false;
-    for (const Action action : {Action::DieHalfway, Action::DieAfter}) { // which is also before the next
+    for (const Action action : {Action::DieHalfway, Action::DieAfter}) { // after a call is also before the next one
         bool reached = true;
         for (int call = 1; reached; ++call) {
             const int status = statusOfChild([=] { return saveWith(call, action, 0) ? 0 : 1; });
@@ -347,12 +347,12 @@ void SaveFaultsTest::crashAtAnyCallLeavesTheOldOrTheNewDocument()
     QVERIFY(leftOld && leftNew);
 }
 
-/// A name that is too long with the letters after it loses whole characters: some systems reject half of one.
+/// A name that the added letters make too long loses whole characters, since some systems reject half a character.
 void SaveFaultsTest::longTemporaryNameIsCutBetweenCharacters()
 {
     m_folder.clear();
-    const QString longest(85,
-                          QChar(0x20AC)); // 3 bytes each, so 255, of which 248 fit before a dot and letters
+    // 3 bytes each: 255 bytes, of which 248 fit before a dot and six letters.
+    const QString longest(85, QChar(0x20AC));
     const int status = statusOfChild([&] {
         FaultyCalls::Plan plan;
         plan.call = 5; // the write, after two attempts to find the file, one to find its folder, and the creation

@@ -23,7 +23,7 @@ public:
             return;
         m_process = fork();
         if (m_process == 0) {
-            prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test itself be killed
+            prctl(PR_SET_PDEATHSIG, SIGKILL); // if the test itself is killed
             for (bool reported = false;; reported = true) {
                 const bool saved = way.save(one, path) && way.save(other, path);
                 if (!saved)
@@ -53,7 +53,7 @@ public:
         return m_process > 0 && ::read(m_news, &news, 1) == 1;
     }
 
-    /// What wait() says of the process.
+    /// Kills the process and returns the status that wait() reports.
     int kill()
     {
         int status = -1;
@@ -106,7 +106,7 @@ void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument_data()
     QTest::newRow("SaveBinary, without unnamed files") << waysToSave[1] << 30 << false;
 }
 
-/// 200 times altogether, at times that depend on the seed.
+/// 200 kills in total, at pseudorandom times.
 void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
 {
     QFETCH(Way, way);
@@ -119,7 +119,7 @@ void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
     QRandomGenerator moments(20240229);
     FaultyCalls::Plan plan;
     plan.unnamedFiles = unnamedFiles;
-    FaultyCalls::begin(plan); // in the process that saves as well
+    FaultyCalls::begin(plan); // also applies to the process that saves
     int onesFound = 0;
     for (int i = 0; i < kills; ++i) {
         EndlessSaver saver(way, m_one, m_other, target);

@@ -10,7 +10,7 @@
 
 using REPORTGENERATOR::SaveFile;
 
-/// Which links are followed to the file that is saved, and which files are replaced: none that others have planted.
+/// Links and files that other users have planted are not followed and not replaced; all others are.
 class SaveLinksTest : public OwnedFilesTest
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ private Q_SLOTS:
 
 namespace {
 
-/// fs.protected_symlinks switched on, if it can be. Other tests that do the same wait for each other.
+/// Switches fs.protected_symlinks on, if possible, during its lifetime. Tests that do the same wait for each other.
 class ProtectedLinks
 {
 public:
@@ -55,7 +55,7 @@ private:
     bool m_isChanged = false;
 };
 
-/// Until the end of the test function.
+/// Protects links until the end of the test function, or skips it.
 #define PROTECT_LINKS_IF(wanted)                                                                                       \
     std::optional<ProtectedLinks> protection;                                                                          \
     if ((wanted) && !protection.emplace().areOn())                                                                     \
@@ -81,12 +81,12 @@ void SaveLinksTest::plantedLinkIsNotFollowed_data()
     addLinkRows();
 }
 
-/// The kernel lets them pass.
+/// The kernel follows such links, since not everybody can write to the folder.
 void SaveLinksTest::linkPlantedByAGroupIsNotFollowed()
 {
     NEEDS_SUPERUSER();
     QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
-    give("sticky", 0, team, 01770);
+    setOwnerAndMode("sticky", 0, team, 01770);
     writeOld("victim");
     QCOMPARE(symlink("../victim", path("sticky/document").constData()), 0);
     QCOMPARE(lchown(path("sticky/document").constData(), another, another), 0);
@@ -105,12 +105,12 @@ void SaveLinksTest::plantedLinkIsNotFollowed()
     PROTECT_LINKS_IF(byTheKernelToo);
 
     QCOMPARE(mkdir(path("sticky").constData(), 0700), 0);
-    give("sticky", 0, 0, 01777);
+    setOwnerAndMode("sticky", 0, 0, 01777);
     if (!dangling)
         writeOld("victim");
     QCOMPARE(symlink("../victim", path("sticky/document").constData()), 0);
     QCOMPARE(lchown(path("sticky/document").constData(), another, another), 0);
-    QCOMPARE(symlink("sticky/document", path("own").constData()), 0); // which leads on to the planted one
+    QCOMPARE(symlink("sticky/document", path("own").constData()), 0); // leads to the planted link
     const QStringList before = names();
     for (const char *name : {"sticky/document", "own"}) {
         QCOMPARE(save(name),
@@ -119,7 +119,7 @@ void SaveLinksTest::plantedLinkIsNotFollowed()
         QCOMPARE(names(), before);
         QCOMPARE(read("victim"), dangling ? QByteArray("(no such file)") : oldContent);
     }
-    if (byTheKernelToo) { // which has the same opinion
+    if (byTheKernelToo) { // the kernel refuses it too
         QCOMPARE(open(path("sticky/document").constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), -1);
         QCOMPARE(errno, EACCES);
     }
@@ -147,12 +147,12 @@ void SaveLinksTest::linksOfTheCallerAndOfTheFoldersOwnerAreFollowed()
         const char *target;
         const char *place; // what is saved
     };
-    for (const Case &one : {Case{another, 0, 01777, "../file", "sticky/place"}, // the caller's
-                            Case{another, another, 01777, "../file", "sticky/place"}, // of the folder's owner
-                            Case{0, another, 01755, "../file", "sticky/place"}, // nobody else can place any there
+    for (const Case &one : {Case{another, 0, 01777, "../file", "sticky/place"}, // the caller's link
+                            Case{another, another, 01777, "../file", "sticky/place"}, // a link of the folder's owner
+                            Case{0, another, 01755, "../file", "sticky/place"}, // nobody else can place links there
                             Case{0, another, 0777, "../file", "sticky/place"}, // not sticky
-                            Case{0, another, 01777, "../folder", "sticky/place/../file"}}) { // within the path
-        give("sticky", one.ownerOfFolder, 0, one.mode);
+                            Case{0, another, 01777, "../folder", "sticky/place/../file"}}) { // a link within the path
+        setOwnerAndMode("sticky", one.ownerOfFolder, 0, one.mode);
         unlink(path("sticky/place").constData());
         unlink(path("file").constData());
         if (!dangling)
@@ -177,7 +177,7 @@ void SaveLinksTest::plantedFileIsNotReplaced_data()
     QTest::newRow("the file of the folder's owner") << 01777U << uint(another) << true;
 }
 
-/// In such a folder the new document would belong to the user who has placed a file with its name.
+/// The new document would belong to the user who has placed a file with its name in the folder.
 void SaveLinksTest::plantedFileIsNotReplaced()
 {
     NEEDS_SUPERUSER();
@@ -185,9 +185,9 @@ void SaveLinksTest::plantedFileIsNotReplaced()
     QFETCH(uint, ownerOfFolder);
     QFETCH(bool, saved);
     QCOMPARE(mkdir(path("place").constData(), 0700), 0);
-    give("place", ownerOfFolder, team, mode);
+    setOwnerAndMode("place", ownerOfFolder, team, mode);
     writeOld("place/a");
-    give("place/a", another, another, 0644);
+    setOwnerAndMode("place/a", another, another, 0644);
     const Access before = accessOf(path("place/a"));
     QCOMPARE(save("place/a"),
              saved ? QString()

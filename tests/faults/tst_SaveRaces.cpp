@@ -10,7 +10,7 @@
 
 using FaultyCalls::Action;
 
-/// What is saved where when folders and files are exchanged meanwhile, and attributes changed.
+/// Saving while folders and files are exchanged, and attributes changed.
 class SaveRacesTest : public OwnedFilesTest
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ void exchangeFolders()
 
 } // namespace
 
-/// Whenever two folders change their names, one file is saved or none, and nothing is left anywhere.
+/// Whenever two folders exchange their names, one file is saved or none, and no temporary file is left.
 void SaveRacesTest::aRenamedFolderIsNotMistakenForAnother()
 {
     place = path("");
@@ -60,7 +60,7 @@ void SaveRacesTest::aRenamedFolderIsNotMistakenForAnother()
         // The folder that was meant is called "other" now.
         const char *const meant = reached ? "other/a" : "folder/a";
         const char *const mistaken = reached ? "folder/a" : "other/a";
-        if (call == 1) { // before anything was looked at
+        if (call == 1) { // before the folder was opened
             QCOMPARE(reason, QString());
             QCOMPARE(read(mistaken), newContent);
             QCOMPARE(accessOf(path(mistaken)).mode, mode_t(0644));
@@ -96,7 +96,7 @@ const QString pathHasChanged =
 
 } // namespace
 
-/// Once a file was looked at, its mode is the one that counts, and no other file is opened in its place.
+/// After the old file was examined, its mode is used, and no other file is opened in its place.
 void SaveRacesTest::exchangedFileIsNotMistakenForTheOldOne()
 {
     writeOld("a");
@@ -104,7 +104,7 @@ void SaveRacesTest::exchangedFileIsNotMistakenForTheOldOne()
     const QByteArray calls = callsOf("a");
     QVERIFY2(calls.startsWith("ff") && calls.endsWith("rx"), calls.constData());
     QByteArray results;
-    for (int call = 3; call < calls.size(); ++call) { // the last one closes what has its place
+    for (int call = 3; call < calls.size(); ++call) { // the last call closes the saved file
         for (const char *name : {"a", "b"}) {
             QFile::remove(QFile::decodeName(path(name)));
             writeOld(name);
@@ -122,16 +122,16 @@ void SaveRacesTest::exchangedFileIsNotMistakenForTheOldOne()
     QVERIFY2(results.startsWith("rr") && results.endsWith("ss"), results.constData());
 }
 
-/// Once it is open, its name is irrelevant: the new file receives the name.
+/// After the old file was opened, its name is irrelevant: the new file receives the name.
 void SaveRacesTest::fileRemovedDuringTheSearchIsAnError()
 {
     writeOld("a");
     const QByteArray calls = callsOf("a");
-    for (int call = 1; call < calls.size(); ++call) { // the last one closes what has its place
+    for (int call = 1; call < calls.size(); ++call) { // the last call closes the saved file
         writeOld("a");
         const QString reason = saveWith(Action::Run, call, [] { unlink((place + "/a").constData()); });
         FaultyCalls::end();
-        if (call <= 2) // then there was none
+        if (call <= 2) // there was no old file
             QCOMPARE(reason, QString());
         else if (call <= calls.lastIndexOf('f') + 1)
             QCOMPARE(reason, pathHasChanged);

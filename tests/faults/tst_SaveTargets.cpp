@@ -8,7 +8,7 @@
 
 using JobXml::TunerProperties;
 
-/// What exists at the path of a saved document, and limits of file sizes.
+/// Folders, links and special files at the path of a saved document, long names, and limits of file sizes.
 class SaveTargetsTest : public QObject
 {
     Q_OBJECT
@@ -71,7 +71,7 @@ void SaveTargetsTest::cleanup()
     m_folder.reset();
 }
 
-/// Everything in the folder and below, links with what they say.
+/// The paths of everything below the folder, with links marked.
 QStringList SaveTargetsTest::tree() const
 {
     QStringList found;
@@ -178,7 +178,7 @@ void SaveTargetsTest::linkStaysAndItsTargetIsWritten_data()
     row("to a link to a file that is not there", "newer", "a/new");
 }
 
-/// The same file that a reader of the link opens.
+/// The document is saved in the file that a reader of the link opens.
 void SaveTargetsTest::linkStaysAndItsTargetIsWritten()
 {
     QFETCH(QString, name);
@@ -203,7 +203,7 @@ void SaveTargetsTest::linkStaysAndItsTargetIsWritten()
 
     checkThatItIsSaved(name);
     QCOMPARE(m_folder->read(file), m_way.bytes(m_document));
-    QCOMPARE(tree(), after); // links are still links, and there is no file more
+    QCOMPARE(tree(), after); // links are still links, and no file was added
     for (const char *other : {"file", "a/file", "a/deep/file"}) {
         if (file != QLatin1String(other))
             QCOMPARE(m_folder->read(QString::fromLatin1(other)), QByteArray("old"));
@@ -270,7 +270,7 @@ void SaveTargetsTest::namesMayBeAsLongAsTheSystemAllows_data()
     QTest::newRow("characters of three bytes") << QString(85, QChar(0x20AC));
 }
 
-/// Although the name in between is longer.
+/// The temporary name would be longer than the limit.
 void SaveTargetsTest::namesMayBeAsLongAsTheSystemAllows()
 {
     QFETCH(QString, name);
@@ -282,7 +282,7 @@ void SaveTargetsTest::namesMayBeAsLongAsTheSystemAllows()
 
 namespace {
 
-/// Files of this process may not become larger than that, while the object lives.
+/// Limits the size of this process's files during its lifetime.
 class SizeLimit
 {
 public:
@@ -346,7 +346,7 @@ void SaveTargetsTest::sizeLimitThatKillsKeepsTheOldFile()
     QFETCH(bool, large);
     TunerProperties document = large ? aLargeDocument(1, 20000) : m_document;
     m_folder->write(QStringLiteral("document"), "old");
-    for (const int size : {0, 100}) { // what fits is written before; the next byte kills
+    for (const int size : {0, 100}) { // what fits is written; the next byte raises the signal
         const int status = statusOfChild([&] {
             const rlimit noCoreDump = {0, 0};
             setrlimit(RLIMIT_CORE, &noCoreDump);

@@ -19,7 +19,7 @@ bool isStopped(qint64 process)
 
 } // namespace
 
-/// What happens to a file between its being read by `set` and its being replaced.
+/// Changes of a file after `set` has read it and before it replaces it.
 class SetFaultsTest : public QObject
 {
     Q_OBJECT
@@ -30,7 +30,7 @@ private Q_SLOTS:
     void unchangedFileIsReplaced();
 
 private:
-    /// Runs `set a.xml quantity 7`; `meanwhile` is called when the tool is about to look for the place of the file.
+    /// Runs `set a.xml quantity 7`; `meanwhile` is called when the tool is about to resolve the path again.
     template <class Meanwhile>
     Run set(Workshop &shop, const Meanwhile &meanwhile)
     {

@@ -17,7 +17,7 @@ QByteArray bytes(const char *hex)
     return QByteArray::fromHex(hex);
 }
 
-/// The most memory that a program which this one has started has taken so far, in KiB.
+/// The peak memory of the largest child process so far, in KiB.
 long mostMemory()
 {
     rusage usage = {};
@@ -51,7 +51,7 @@ private:
     static QVector<QStringList> commandsFor(const QString &name);
     void checkThatItIsRefused(const Run &run, const QString &name, const QString &why) const;
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
     long m_usualMemory = 0;
 };
 
@@ -64,12 +64,12 @@ void ToolLoadFaultsTest::initTestCase()
 
 void ToolLoadFaultsTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
+    m_workshop = std::make_unique<Workshop>();
 }
 
 void ToolLoadFaultsTest::cleanup()
 {
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 QVector<QStringList> ToolLoadFaultsTest::commandsFor(const QString &name)
@@ -84,7 +84,7 @@ void ToolLoadFaultsTest::checkThatItIsRefused(const Run &run, const QString &nam
     QCOMPARE(run.err, QStringLiteral("tunerproperties: ") + name + why + QLatin1Char('\n'));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->files(), QStringList(name));
+    QCOMPARE(m_workshop->files(), QStringList(name));
 }
 
 void ToolLoadFaultsTest::marksWithoutContentAreErrors_data()
@@ -111,9 +111,9 @@ void ToolLoadFaultsTest::marksWithoutContentAreErrors()
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
     QFETCH(QString, why);
-    m_shop->write(name, content);
+    m_workshop->write(name, content);
     for (const QStringList &command : commandsFor(name))
-        checkThatItIsRefused(m_shop->run(command), name, why);
+        checkThatItIsRefused(m_workshop->run(command), name, why);
 }
 
 void ToolLoadFaultsTest::gigabyteOfZerosFailsInLittleMemory_data()
@@ -124,8 +124,8 @@ void ToolLoadFaultsTest::gigabyteOfZerosFailsInLittleMemory_data()
     QTest::newRow("XML") << QStringLiteral("a.xml") << QStringLiteral(":1:1: Start tag expected.");
     QTest::newRow("tagged") << QStringLiteral("a.tpb") << word;
     QTest::newRow("compressed") << QStringLiteral("a.tpz") << word;
-    // 2 bytes of flags, 4 of an empty version: older than any, so that all goes back to defaults, of which only the
-    // quantity is set; 4 for no components, 1 of type, 4 of an empty base resource, and the 8 of the quantity.
+    // 2 bytes of flags and 4 of an empty version, which counts as an older one: all members are reset and only the flag
+    // of quantity is set. Then 4 for no components, 1 of type, 4 of an empty base resource, and 8 of the quantity.
     QTest::newRow("snapshot") << QStringLiteral(
         "a.tps") << QStringLiteral(": the snapshot ends after 23 of 1000000000 bytes, or the file is not a snapshot");
     QTest::newRow("of no form") << QStringLiteral("a") << QStringLiteral(": ") + noForm;
@@ -135,11 +135,12 @@ void ToolLoadFaultsTest::gigabyteOfZerosFailsInLittleMemory()
 {
     QFETCH(QString, name);
     QFETCH(QString, why);
-    m_shop->write(name, {});
-    QVERIFY(QFile::resize(m_shop->path(name), 1'000'000'000)); // as much as is read; takes no room on the disk
+    m_workshop->write(name, {});
+    // The largest file that is read. It takes no space on the disk.
+    QVERIFY(QFile::resize(m_workshop->path(name), 1'000'000'000));
     for (const QStringList &command : commandsFor(name))
-        checkThatItIsRefused(m_shop->run(command), name, why);
-    const long more = mostMemory() - m_usualMemory; // in KiB, of all processes until now
+        checkThatItIsRefused(m_workshop->run(command), name, why);
+    const long more = mostMemory() - m_usualMemory; // in KiB, of the largest process so far
     QVERIFY2(more < 32 * 1024, qPrintable(QString::number(more)));
 }
 
@@ -158,20 +159,20 @@ void ToolLoadFaultsTest::aPipeIsReadToItsEnd()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
-    m_shop->write(QStringLiteral("file.xml"), smallXml);
-    const QByteArray shown = m_shop->run(line("show file.xml")).bytes;
+    m_workshop->write(QStringLiteral("file.xml"), smallXml);
+    const QByteArray shown = m_workshop->run(line("show file.xml")).bytes;
     for (const QStringList &command : commandsFor(name)) {
         Run run;
         {
-            const Fifo fifo(m_shop->path(name), content, 7);
-            run = m_shop->run(command);
+            const Fifo fifo(m_workshop->path(name), content, 7);
+            run = m_workshop->run(command);
         }
         QCOMPARE(run.err, QString());
         QCOMPARE(run.status, 0);
         QCOMPARE(run.bytes, command.first() == QLatin1String("show") ? shown : QByteArray());
-        QVERIFY(QFile::remove(m_shop->path(name)));
+        QVERIFY(QFile::remove(m_workshop->path(name)));
     }
-    QCOMPARE(m_shop->read(QStringLiteral("out.xml")), QByteArray(smallXml));
+    QCOMPARE(m_workshop->read(QStringLiteral("out.xml")), QByteArray(smallXml));
 }
 
 void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError_data()
@@ -204,20 +205,20 @@ void ToolLoadFaultsTest::aPipeThatEndsEarlyIsAnError()
     for (const QStringList &command : commandsFor(name)) {
         Run run;
         {
-            const Fifo fifo(m_shop->path(name), content, 1000);
-            run = m_shop->run(command);
+            const Fifo fifo(m_workshop->path(name), content, 1000);
+            run = m_workshop->run(command);
         }
         checkThatItIsRefused(run, name, why);
-        QVERIFY(QFile::remove(m_shop->path(name)));
+        QVERIFY(QFile::remove(m_workshop->path(name)));
     }
 }
 
 void ToolLoadFaultsTest::circularLinksAreAnError()
 {
     const QString name = QStringLiteral("self.xml");
-    QVERIFY(QFile::link(name, m_shop->path(name)));
+    QVERIFY(QFile::link(name, m_workshop->path(name)));
     for (const QStringList &command : commandsFor(name))
-        checkThatItIsRefused(m_shop->run(command), name,
+        checkThatItIsRefused(m_workshop->run(command), name,
                              QStringLiteral(": cannot open: Too many levels of symbolic links"));
 }
 

@@ -9,7 +9,7 @@ using JobXml::TunerProperties;
 
 namespace {
 
-constexpr int NotAllowed = 77; // what CTest takes for a test that was left out
+constexpr int SkipReturnCode = 77; // CTest counts it as skipped
 
 const QString target = QStringLiteral("document");
 
@@ -82,7 +82,7 @@ void UnprivilegedTest::aReadOnlyFileIsNotReplaced_data()
     EveryWay::addRows();
 }
 
-/// Although its folder would let it be.
+/// Although the permissions of its folder would allow it.
 void UnprivilegedTest::aReadOnlyFileIsNotReplaced()
 {
     QFETCH(Saving, saving);
@@ -165,8 +165,8 @@ void UnprivilegedTest::unreadableFileIsAnError()
 
 namespace {
 
-/// Runs this program again as somebody who may nothing, and from a folder that everybody can read, which may not be
-/// true of the one where it was built. Its exit status.
+/// Runs this program again as an unprivileged user and returns the exit status. The program is copied to a folder that
+/// everybody can read, since the build folder may not be readable.
 int runAsNobody(const QStringList &arguments)
 {
     QTemporaryDir folder;
@@ -192,7 +192,7 @@ int runAsNobody(const QStringList &arguments)
     environment.insert(QStringLiteral("PATH"),
                        folder.path() + QLatin1Char(':') + environment.value(QStringLiteral("PATH")));
     environment.insert(QStringLiteral("TMPDIR"), work);
-    environment.insert(QStringLiteral("GCOV_PREFIX"), work); // where counters are kept if coverage is measured
+    environment.insert(QStringLiteral("GCOV_PREFIX"), work); // for the counters of coverage
     const QStringList asNobody = {QStringLiteral("--reuid=%1").arg(nobody), QStringLiteral("--regid=%1").arg(nobody),
                                   QStringLiteral("--clear-groups"), QStringLiteral("--")};
     const auto run = [&](const QStringList &command) {
@@ -205,8 +205,8 @@ int runAsNobody(const QStringList &arguments)
     };
     const QString copyOfSelf = folder.filePath(QFileInfo(self).fileName());
     if (run({QStringLiteral("test"), QStringLiteral("-x"), copyOfSelf}) != 0) {
-        std::printf("setpriv cannot make this process anybody else here, so nothing was tried without privileges.\n");
-        return NotAllowed;
+        std::printf("setpriv cannot change the user here, so nothing was tested without privileges.\n");
+        return SkipReturnCode;
     }
     return run(QStringList{copyOfSelf, QStringLiteral("tst_Unprivileged")} + arguments.mid(1));
 }

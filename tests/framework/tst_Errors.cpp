@@ -41,11 +41,11 @@ void ErrorsTest::everyFailureHasItsTypeAndItsText_data()
         "not set", [=](const DataObject &o) { Errors::notSet(o, id); },
         "OutOfRangeException: StringItem: Please set id properly.");
     row(
-        "null given", [=](const DataObject &o) { Errors::nullGiven(o, id); },
+        "null given", [=](const DataObject &o) { Errors::nullText(o, id); },
         "OutOfRangeException: StringItem: Please set id properly (origin: Setter).");
     row(
         "invalid enumeration value given",
-        [](const DataObject &) { Errors::invalidEnumGiven(QStringLiteral("TunerProperties"), QLatin1String("type")); },
+        [](const DataObject &) { Errors::invalidEnum(QStringLiteral("TunerProperties"), QLatin1String("type")); },
         "OutOfRangeException: enum is not valid (classname=TunerProperties,membername=m_type)");
     row(
         "incomplete item", [=](const DataObject &o) { Errors::incompleteItem(o, node); },
@@ -68,7 +68,7 @@ void ErrorsTest::everyFailureHasItsTypeAndItsText_data()
         "invalid choice", [](const DataObject &o) { Errors::invalidChoice(o); },
         "OutOfRangeException: Invalid enum value set in 'StringItem'.");
     row(
-        "nothing chosen", [](const DataObject &o) { Errors::nothingChosen(o); },
+        "nothing chosen", [](const DataObject &o) { Errors::nothingChosen(o, QLatin1String("ChoiceValueItem")); },
         "IncompleteDefinitionException: StringItem:Check failed. The mandatory choice ChoiceValueItem is not "
         "initialized");
     row(

@@ -10,6 +10,7 @@
 
 #include "Documents.h"
 #include "Encodings.h"
+#include "Model.h"
 
 using namespace JobXml;
 
@@ -410,6 +411,30 @@ private Q_SLOTS:
     }
 
     void childIsIdentifiedByItsName() { lastProblemIsAsExpected(); }
+
+    void everyKindOfValueIsIdentifiedByItsName()
+    {
+        QStringList kinds;
+        ValueItem any;
+        visit(any, [&](const MemberEditor &alternative) {
+            if (alternative.GetKind() == MemberKind::Alternative)
+                kinds += alternative.GetName();
+        });
+        QCOMPARE(kinds, Model::namesIn<Kinds>());
+        for (const QString &kind : qAsConst(kinds)) {
+            ValueItem item;
+            visit(item, [&](MemberEditor &alternative) {
+                if (alternative.GetName() == kind)
+                    visit(alternative.EditChild(), [&](MemberEditor &member) {
+                        if (member.GetName() == QLatin1String("id"))
+                            QVERIFY(member.SetValue(QStringLiteral("a")));
+                    });
+            });
+            const QString problem = textsOf(item).constLast();
+            QVERIFY2(problem.startsWith(kind + QLatin1String(" \"a\" -> ") + kind + QLatin1String(": Please set ")),
+                     qPrintable(problem));
+        }
+    }
 
     void childWithoutNameIsNotIdentifiedByItsOtherTexts_data()
     {

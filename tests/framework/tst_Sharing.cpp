@@ -21,7 +21,7 @@ private Q_SLOTS:
     void writingToOneSideLeavesTheOtherAsItWas();
     void aCopyIsNotSharedAtAll();
     void aReferenceHeldDuringAnAssignmentReachesBothObjects();
-    void aReferenceHeldDuringACopyReachesTheOriginalAlone();
+    void referenceHeldDuringACopyChangesOnlyTheOriginal();
     void sharedTreesHaveSeparateFlags();
     void listsThatACallerHoldsDoNotFollowTheObject();
     void listsPassedToAnObjectDoNotFollowIt();
@@ -74,7 +74,7 @@ void SharingTest::aReferenceHeldDuringAnAssignmentReachesBothObjects()
     QCOMPARE(std::as_const(original).GetComponent().at(0).Getname(), QStringLiteral("changed"));
 }
 
-void SharingTest::aReferenceHeldDuringACopyReachesTheOriginalAlone()
+void SharingTest::referenceHeldDuringACopyChangesOnlyTheOriginal()
 {
     TunerProperties original = aDocument();
     Component &held = original.GetComponent()[0];

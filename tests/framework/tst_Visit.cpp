@@ -513,7 +513,7 @@ private Q_SLOTS:
         QCOMPARE(notedNames.join(QLatin1Char(' ')), QStringLiteral("id ValueItem value name value StartupMode"));
     }
 
-    void theFlagAloneCanBeRestored()
+    void flagCanBeChangedWithoutTheValue()
     {
         ValueInt value = anInt(5);
         edit(value, "value", [](MemberEditor &member) { member.SetFlag(false); });

@@ -71,7 +71,7 @@ bool isWrittenTheSameWay(const QString &text)
 }
 
 template <class T>
-void tryManyOf()
+void checkRandomObjects()
 {
     for (const bool validate : {true, false}) {
         for (int seed = 0; seed < 60; ++seed) {
@@ -127,7 +127,7 @@ void XmlDocumentTest::aDocumentIsIndentedAndEndsWithItsLine()
 
 void XmlDocumentTest::objectsOfEveryClassAreWrittenAsByTheWriter()
 {
-    Classes::forEach([&](auto tag) { tryManyOf<typename decltype(tag)::Class>(); });
+    Classes::forEach([&](auto tag) { checkRandomObjects<typename decltype(tag)::Class>(); });
 }
 
 void XmlDocumentTest::everyCharacterIsWrittenAsByTheWriter()

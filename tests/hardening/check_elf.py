@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Reads the ELF headers of every program and library in the folders and files given.
+"""Reads the ELF headers of every program and library in the folders and files that are named.
 
-No RUNPATH or RPATH has an empty entry: that would be the current folder. With --hardened, each of them is also position
-independent, has full RELRO and BIND_NOW and no executable stack or text relocations, checks its stack, and takes calls
-only where they are expected; at least one calls a fortified function."""
+Rejects an empty entry in RUNPATH or RPATH, which would be the current folder. With --hardened, each file must also be
+position independent, have full RELRO and BIND_NOW and no executable stack or text relocations, check its stack, and
+begin each function with endbr64 on x86-64; at least one file must call a fortified function."""
 
 from __future__ import annotations
 

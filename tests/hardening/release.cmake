@@ -1,5 +1,5 @@
-# A release build is hardened: its ELF headers and its compiler flags show it, and a text that is too long for its
-# buffer on the stack ends the program. Without the option, none of this applies.
+# A release build is hardened: its ELF headers and compiler flags show this, and a text that is too long for its buffer
+# on the stack ends the program. Without the option, the check of the ELF headers fails.
 cmake_minimum_required(VERSION 3.25)
 
 foreach(variable IN ITEMS CXXFLAGS LDFLAGS CPPFLAGS)

@@ -202,8 +202,8 @@ private:
         (object.*member.set)(one<C>());
     }
 
-    template <class T, class Item, class Given>
-    void fillMember(T &object, const Members::List<T, Item, Given> &member, bool isMandatory)
+    template <class T, class Item, class Argument>
+    void fillMember(T &object, const Members::List<T, Item, Argument> &member, bool isMandatory)
     {
         if constexpr (std::is_enum_v<Item>) {
             (object.*member.set)({});

@@ -92,8 +92,8 @@ class Lists(ExchangeTest):
     def test_every_name_has_a_translation(self) -> None:
         names = {*TUNER_TYPES, *MODES, *(member.name for member in CLASSES["ValueItem"].members)}
         for language in ("de", "en"):
-            catalogue = ElementTree.fromstring(source(f"translations/TunerProperties_{language}.ts"))
-            translated = {message.findtext("source") for message in catalogue.iter("message")
+            catalog = ElementTree.fromstring(source(f"translations/TunerProperties_{language}.ts"))
+            translated = {message.findtext("source") for message in catalog.iter("message")
                           if message.findtext("translation")}  # fmt: skip
             self.assertEqual(translated, names, f"translations/TunerProperties_{language}.ts")
 

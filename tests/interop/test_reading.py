@@ -13,12 +13,12 @@ import mutations
 from exchange import ExchangeTest
 from host import FORMS, REFUSED, Outcome, Python, Request
 from random_documents import random_object
-from tuner_formats.classes import CLASSES, COMPRESSED_WORD
+from tuner_formats.classes import CLASSES, COMPRESSED_WORD, DOUBLE, FLOAT, INT32, INT64, UINT64
 from tuner_formats.records import compress
 
 DOCUMENT = "TunerProperties"
 
-# A member of each type and more: class and member.
+# A member of each type of number at least: class and member.
 NUMBERS = (
     ("ValueInt", "value"), ("ValueInt64", "value"), ("ValueFloat", "value"), ("SelectionItem", "value"),
     ("BandwidthSelection", "MaxBandwidth"), ("ValueSelection", "index"), (DOCUMENT, "quantity"),
@@ -76,6 +76,10 @@ class Reading(ExchangeTest):
                       for class_name, member in members for text in texts for form in (attribute, element))
 
     # --- Texts ---
+
+    def test_every_type_of_number_is_among_them(self) -> None:
+        every = {member.type for of in CLASSES.values() for member in of.members} & {INT32, INT64, UINT64, FLOAT, DOUBLE}
+        self.assertEqual({CLASSES[name].by_name[member].type for name, member in NUMBERS}, every)
 
     def test_numbers_are_read_from_the_same_texts(self) -> None:
         texts = [*mutations.NUMBERS, *mutations.random_number_texts(random.Random(1), 100)]

@@ -5,7 +5,7 @@ import os
 import re
 import sys
 
-from layers import HEAVY, LAYERS, TOOL
+from layers import HEAVY, LAYERS, NAMES_NO_CLASS, TOOL
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 SUFFIXES = (".h", ".cpp")
@@ -62,6 +62,20 @@ def wrong_includes(top, layers):
                         yield f"{file}:{number}: includes {name}: {why}"
 
 
+def named_classes(top, folder):
+    """Where the files of the folder name a class of the model."""
+    with open(os.path.join(top, "src", "module", "Classes.def"), encoding="utf-8") as classes:
+        names = re.findall(r"^JOBXML_(?:CLASS|KIND)\(\w+, (\w+)\)", classes.read(), re.MULTILINE)
+    if not names:
+        yield "src/module/Classes.def lists no class"
+    name = re.compile(rf"\b(?:{'|'.join(names)})\b")
+    for file in files_of(top, folder):
+        with open(os.path.join(top, file), encoding="utf-8") as source:
+            for number, line in enumerate(source, 1):
+                if match := name.search(line):
+                    yield f"{file}:{number}: names the class {match[0]}: {folder} knows no class of the model"
+
+
 def wrong_table(layers):
     """What keeps the table from being an order."""
     lower = set()
@@ -93,6 +107,7 @@ def main(top):
               if not files_of(top, folder)]
     wrong += wrong_table(LAYERS)
     wrong += wrong_includes(top, LAYERS)
+    wrong += named_classes(top, NAMES_NO_CLASS)
     wrong += wrong_manual(top, LAYERS)
     print("\n".join(wrong) or f"The includes of {len(known)} folders follow the layers.")
     return 1 if wrong else 0

@@ -21,7 +21,7 @@ LAYERS = [
     Layer("src/text"),
     Layer("src/reportbase", ["include/reportbase", "src/text"]),
     Layer("src/tavikappstartup", ["include/tavikappstartup"]),
-    # Names no class of the model. No library includes private headers of another one.
+    # No library includes private headers of another one.
     Layer("src/framework", ["include/reportbase", "include/jobxml/DataObject.h", "include/jobxml/Visit.h", "src/text"]),
     Layer("src/module", ["include/jobxml", "include/tavikappstartup", "src/text"]),
     Layer("src/values", ["include/jobxml", "src/framework", "src/module"]),
@@ -42,6 +42,9 @@ LAYERS = [
     Layer(f"{TOOL}/pages", ["include/reportbase", f"{TOOL}/documents", f"{TOOL}/commands"]),
     Layer(TOOL, [f"{TOOL}/console", f"{TOOL}/commands"]),
 ]
+
+# Names no class of the model, in comments or texts either.
+NAMES_NO_CLASS = "src/framework"
 
 # Headers of other projects that take seconds to compile, and the only files that include them.
 HEAVY = {"nlohmann/": [f"{TOOL}/documents/JsonText.cpp"]}

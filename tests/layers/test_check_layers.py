@@ -28,6 +28,29 @@ def checked(files, layers=None):
         return list(check_layers.wrong_includes(top, layers or LAYERS))
 
 
+def classes_named_in(lines):
+    """The errors in a file of a folder that names no class."""
+    with tempfile.TemporaryDirectory() as top:
+        for folder in ("src/module", "src/framework"):
+            os.makedirs(os.path.join(top, folder))
+        with open(os.path.join(top, "src/module/Classes.def"), "w", encoding="utf-8") as classes:
+            classes.write("JOBXML_CLASS(tuner, Node)\nJOBXML_KIND(values, ValueInt)\n")
+        with open(os.path.join(top, "src/framework/Rules.h"), "w", encoding="utf-8") as file:
+            file.write("\n".join(lines) + "\n")
+        return list(check_layers.named_classes(top, "src/framework"))
+
+
+class NamedClasses(unittest.TestCase):
+    def test_class_is_named_with_its_line_in_code_and_comments(self):
+        why = "src/framework knows no class of the model"
+        self.assertEqual(classes_named_in(["", "// as in a Node", 'tr("ValueInt");']),
+                         [f"src/framework/Rules.h:2: names the class Node: {why}",
+                          f"src/framework/Rules.h:3: names the class ValueInt: {why}"])
+
+    def test_longer_words_pass(self):
+        self.assertEqual(classes_named_in(["ValueInteger", "NodeList", "nodes"]), [])
+
+
 class Includes(unittest.TestCase):
     def test_lower_folders_the_own_folder_and_other_projects_pass(self):
         self.assertEqual(checked({

@@ -4,8 +4,22 @@
 #include <jobxml/TunerProperties.h>
 
 #include "Documents.h"
+#include "Model.h"
 #include "Objects.h"
 #include "damage/CompactDocument.h"
+
+/// The lists of objects in an object and everything below it that have at least `items` items, as "Component.Node".
+inline QSet<QString> listsWith(int items, const JobXml::DataObject &object)
+{
+    QSet<QString> lists;
+    JobXml::visit(object, [&](const JobXml::MemberView &member) {
+        if (member.GetKind() == JobXml::MemberKind::ObjectList && member.GetSize() >= items)
+            lists += object.GetObjectName() + QLatin1Char('.') + member.GetName();
+        for (int i = 0; i < member.GetSize(); ++i)
+            lists += listsWith(items, member.GetChild(i));
+    });
+    return lists;
+}
 
 /// A document with every member of every class and every kind of value, and at least two items in every list: a failure
 /// at the second must not change the first.
@@ -28,6 +42,9 @@ inline JobXml::TunerProperties completeDocument()
             item.GetValueStringList().AppendStringItem(text);
         }
     }
+    const QSet<QString> withOneItem = listsWith(1, document) - listsWith(2, document);
+    if (!withOneItem.isEmpty())
+        qFatal("no list %s has a second item", qUtf8Printable(withOneItem.values().join(QStringLiteral(", "))));
     return document;
 }
 

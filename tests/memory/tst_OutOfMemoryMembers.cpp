@@ -55,8 +55,8 @@ struct SetValuesAndLists
     void operator()(const Members::Child<T, C> &)
     {
     }
-    template <class Item, class Given>
-    void operator()(const Members::List<T, Item, Given> &member)
+    template <class Item, class Argument>
+    void operator()(const Members::List<T, Item, Argument> &member)
     {
         if constexpr (std::is_enum_v<Item>)
             (object.*member.append)(another<Item>(3));
@@ -151,8 +151,8 @@ private:
     }
 
     /// A list of objects, or of modes.
-    template <class Item, class Given>
-    void add(const Members::List<T, Item, Given> &member)
+    template <class Item, class Argument>
+    void add(const Members::List<T, Item, Argument> &member)
     {
         const QVector<Item> &items = (samples<T>().complete.*member.get)();
         const Item &item = items.constFirst();

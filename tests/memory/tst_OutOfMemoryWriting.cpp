@@ -45,7 +45,7 @@ void aWriter(Document &o)
     o.writer = std::make_unique<QXmlStreamWriter>(o.device.get());
 }
 
-Operation<TunerProperties>::Question gives(const QByteArray &bytes)
+Operation<TunerProperties>::Question writes(const QByteArray &bytes)
 {
     return [=](Document &o) { return o.bytes == bytes; };
 }
@@ -154,7 +154,7 @@ private:
     {
         const auto source = [](Document &o) { o.source.GetXml(*o.writer); };
         const auto target = [](Document &o) { o.target.GetXml(*o.writer); };
-        add("GetXml", Begins::New, aWriter, source, gives(documents().xml.toUtf8()));
+        add("GetXml", Begins::New, aWriter, source, writes(documents().xml.toUtf8()));
         add(
             "GetXml, writing on", Begins::New, aWriter,
             [](Document &o) {
@@ -165,15 +165,15 @@ private:
                     throw;
                 }
             },
-            gives(documents().xml.toUtf8()), xmlWriterAfterwards);
-        add("GetXml, shared data", Begins::Shared, aWriter, target, gives(xmlOf(documents().other).toUtf8()));
+            writes(documents().xml.toUtf8()), xmlWriterAfterwards);
+        add("GetXml, shared data", Begins::Shared, aWriter, target, writes(xmlOf(documents().other).toUtf8()));
         add(
             "GetXml, not validating", Begins::New, aWriter,
             [](Document &o) {
                 o.target.SetValidate(false);
                 o.target.GetXml(*o.writer);
             },
-            gives(R"(<TunerProperties Version="1.1" type="" baseresource=""/>)"));
+            writes(R"(<TunerProperties Version="1.1" type="" baseresource=""/>)"));
         add(
             "GetXmlString", Begins::New, nothing, [](Document &o) { o.text = o.source.GetXmlString(); },
             [](Document &o) { return o.text.toUtf8() == written().xml; });
@@ -183,37 +183,38 @@ private:
     {
         add(
             "GetBinary", Begins::New, aStream, [](Document &o) { o.answer = o.source.GetBinary(*o.stream, 0, false); },
-            gives(documents().record));
+            writes(documents().record));
         add(
             "GetBinary, shared data", Begins::Shared, aStream,
             [](Document &o) { o.answer = o.target.GetBinary(*o.stream, 0, false); },
-            gives(recordOf(documents().other)));
+            writes(recordOf(documents().other)));
         add(
             "snapshot", Begins::New, aStream,
             [](Document &o) { o.source.GetVersionSpecificBinaryWithoutValidation(*o.stream); },
-            gives(documents().snapshot));
+            writes(documents().snapshot));
         add(
             "snapshot, shared data", Begins::Shared, aStream,
             [](Document &o) { o.target.GetVersionSpecificBinaryWithoutValidation(*o.stream); },
-            gives(documents().otherSnapshot));
+            writes(documents().otherSnapshot));
     }
 
     void addRepresentations()
     {
         add(
             "GetBinaryRepresentation", Begins::New, aStream,
-            [](Document &o) { o.source.GetBinaryRepresentation(*o.stream); }, gives(written().representation));
+            [](Document &o) { o.source.GetBinaryRepresentation(*o.stream); }, writes(written().representation));
         add(
             "GetBinaryRepresentationAsQByteArray", Begins::New, nothing,
             [](Document &o) { o.bytes = o.source.GetBinaryRepresentationAsQByteArray(); },
-            gives(written().representation));
+            writes(written().representation));
         add(
             "GetCompressedBinaryRepresentation", Begins::New, aStream,
-            [](Document &o) { o.source.GetCompressedBinaryRepresentation(*o.stream, 9); }, gives(written().compressed));
+            [](Document &o) { o.source.GetCompressedBinaryRepresentation(*o.stream, 9); },
+            writes(written().compressed));
         add(
             "GetCompressedBinaryRepresentationAsQByteArray", Begins::New, nothing,
             [](Document &o) { o.bytes = o.source.GetCompressedBinaryRepresentationAsQByteArray(9); },
-            gives(written().compressed));
+            writes(written().compressed));
     }
 
     void addFiles()

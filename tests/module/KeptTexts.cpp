@@ -321,8 +321,8 @@ public:
 void keepExceptions(Keeper &keeper)
 {
     keeper.keepThrown("Errors::notSet", [] { ValueInt().Check(); });
-    keeper.keepThrown("Errors::nullGiven", [] { ValueInt().Setid(QString()); });
-    keeper.keepThrown("Errors::invalidEnumGiven", [] { TunerProperties().Settype(TunerProperties::type(7)); });
+    keeper.keepThrown("Errors::nullText", [] { ValueInt().Setid(QString()); });
+    keeper.keepThrown("Errors::invalidEnum", [] { TunerProperties().Settype(TunerProperties::type(7)); });
     keeper.keepThrown("Errors::incompleteItem", [] { Component().AppendNode(Node()); });
     keeper.keepThrown("Errors::itemWithoutData", [] {
         Lenient node;

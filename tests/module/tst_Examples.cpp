@@ -5,6 +5,7 @@
 #include <jobxml/TunerProperties.h>
 
 #include "Encodings.h"
+#include "NewMembers.h"
 #include "WholeTree.h"
 
 using namespace JobXml;
@@ -111,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(found, (QSet<int>{0, 1, 2, 3, 4}));
     }
 
-    void examplesUseEveryMemberEveryKindAndEveryMode()
+    void examplesUseEveryReleasedMemberEveryKindAndEveryMode()
     {
         const QMap<QString, QString> members{
             {QStringLiteral("TunerProperties"),
@@ -144,6 +145,7 @@ private Q_SLOTS:
             for (const QString &name : names)
                 expected.insert(it.key() + QLatin1Char('.') + name);
         }
+        QCOMPARE(expected, Model::releasedMembers());
         for (const char *mode :
              {"Scan", "FastScan", "MScan", "FFM", "WFFM", "Step", "DF", "MSearch", "Polar", "Search", "Stop"})
             expected.insert(QStringLiteral("Mode ") + QLatin1String(mode));

@@ -73,9 +73,9 @@ void ManyLoadsTest::theLibraryIsLoadedAndUnloadedAThousandTimes_data()
 
     QTest::newRow("nothing used, no application") << LoadedLibrary::By::Dlopen << 0 << false << false << "de_DE"
                                                   << "Receiver";
-    QTest::newRow("objects made, no catalogue") << LoadedLibrary::By::QLibrary << 1 << true << false << "fi_FI"
-                                                << "Receiver";
-    QTest::newRow("objects made now and then, a catalogue, the registry stays")
+    QTest::newRow("objects made, no catalog") << LoadedLibrary::By::QLibrary << 1 << true << false << "fi_FI"
+                                              << "Receiver";
+    QTest::newRow("objects made now and then, a catalog, the registry stays")
         << LoadedLibrary::By::Dlopen << 2 << true << true << "de_DE" << QStringLiteral("Empfänger");
 }
 

@@ -25,6 +25,11 @@ OUR_NAMES = (
     "IncompleteDefinitionException",
 )
 
+# What programs cannot use, because no installed header defines it. Exporting it would make each change of it a change of
+# the binary interface.
+INTERNAL = re.compile(r"\b(?:Behavior|BinaryReader|BinaryWriter|Block|BlockOf|ClassInfo|Member|ObjectAccess|ObjectState|"
+                      r"Propagation|VisitedMember|XmlDocument|XmlOutput)\b")
+
 # The names are checked in mangled form: demangled, a template's name follows its return type. The name may be prefixed
 # with letters for a table of virtual functions, a type or a guard, for a local entity of a function (Z), and for a
 # nested (N) and const (K) name.
@@ -82,6 +87,9 @@ def main():
 
     if unintended:
         sys.exit("\n  ".join([f"{arguments.library.name} exports what is neither ours nor weak:", *sorted(unintended)]))
+    internal = sorted(name for name in ours if INTERNAL.search(name))
+    if internal:
+        sys.exit("\n  ".join([f"{arguments.library.name} exports internals, which programs cannot use:", *internal]))
     if arguments.record:
         arguments.recorded.write_text("".join(f"{name}\n" for name in sorted(ours)), encoding="utf-8")
         return

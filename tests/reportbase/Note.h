@@ -30,7 +30,7 @@ public:
     bool readsChildren = true;
     bool readsPastItsRecord = false;
     bool leavesItsText = false;
-    bool writesTitleAlone = false;
+    bool writesOnlyTheTitle = false;
     int readCalls = 0;
 
     bool HasData() const override { return !text.isNull(); }
@@ -49,7 +49,7 @@ public:
         writer.writeStartElement(GetObjectName());
         if (!title.isNull())
             writer.writeAttribute(QStringLiteral("title"), title);
-        if (!writesTitleAlone)
+        if (!writesOnlyTheTitle)
             writer.writeTextElement(QStringLiteral("text"), text);
         Check(); // late on purpose: data written before must be discarded
         writer.writeEndElement();
@@ -123,7 +123,7 @@ protected:
 };
 
 /// Stores the messages.
-class Notebook : public REPORTGENERATOR::Logger
+class RecordingLogger : public REPORTGENERATOR::Logger
 {
 public:
     void Log(Severity severity, const QString &message) override

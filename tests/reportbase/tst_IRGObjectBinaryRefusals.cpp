@@ -45,8 +45,8 @@ private Q_SLOTS:
     void aStreamThatCannotBeReadIsRefused();
     void unreadableFilesAreRefusedWithTheirReason();
     void readErrorIsNotReportedAsShortData();
-    void theErrorStringIsOfTheLastBinaryOperationAlone_data();
-    void theErrorStringIsOfTheLastBinaryOperationAlone();
+    void errorStringDescribesOnlyTheLastBinaryOperation_data();
+    void errorStringDescribesOnlyTheLastBinaryOperation();
     void streamThatEndsEarlyIsRefused_data();
     void streamThatEndsEarlyIsRefused();
 
@@ -324,7 +324,7 @@ void IRGObjectBinaryRefusalsTest::readErrorIsNotReportedAsShortData()
 using Operation = std::function<void(Note &, const QString &)>;
 Q_DECLARE_METATYPE(Operation)
 
-void IRGObjectBinaryRefusalsTest::theErrorStringIsOfTheLastBinaryOperationAlone_data()
+void IRGObjectBinaryRefusalsTest::errorStringDescribesOnlyTheLastBinaryOperation_data()
 {
     QTest::addColumn<Operation>("succeed");
     QTest::newRow("SetBinaryRepresentation(QByteArray &)") << Operation([](Note &note, const QString &) {
@@ -355,7 +355,7 @@ void IRGObjectBinaryRefusalsTest::theErrorStringIsOfTheLastBinaryOperationAlone_
         << Operation([](Note &note, const QString &path) { QVERIFY(note.SaveCompressedBinary(path, 9)); });
 }
 
-void IRGObjectBinaryRefusalsTest::theErrorStringIsOfTheLastBinaryOperationAlone()
+void IRGObjectBinaryRefusalsTest::errorStringDescribesOnlyTheLastBinaryOperation()
 {
     QFETCH(Operation, succeed);
     Note note;

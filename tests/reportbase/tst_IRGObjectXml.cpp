@@ -64,7 +64,7 @@ private Q_SLOTS:
     void anotherRootIsNotRead();
     void anExceptionOfTheModelPasses();
     void exceptionInATruncatedDocumentIsReportedAsTruncation();
-    void theErrorStringIsOfTheLastOperationAlone();
+    void errorStringDescribesOnlyTheLastOperation();
     void aWholeDocumentIsWritten();
     void anObjectWithoutDataWritesNothing();
     void anExceptionWhileWritingPasses();
@@ -338,7 +338,7 @@ void IRGObjectXmlTest::exceptionInATruncatedDocumentIsReportedAsTruncation()
              QStringLiteral("XML text:2:12: Premature end of document."));
 }
 
-void IRGObjectXmlTest::theErrorStringIsOfTheLastOperationAlone()
+void IRGObjectXmlTest::errorStringDescribesOnlyTheLastOperation()
 {
     Note note;
     QVERIFY(!note.SetXmlString(QStringLiteral("<Note"), true));
@@ -435,7 +435,7 @@ void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
     QVERIFY(titled.GetXmlString().isNull());
     QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
 
-    titled.writesTitleAlone = true; // nothing follows it
+    titled.writesOnlyTheTitle = true; // nothing follows it
     QVERIFY(titled.GetXmlString().isNull());
     QCOMPARE(titled.GetErrorString(), error.arg(lineAsAttribute));
 }

@@ -60,7 +60,7 @@ void LoggerTest::loggerIsStoredAndReturnedByPointer()
 
     const Note note;
     QVERIFY(!note.GetLogger());
-    const auto logger = std::make_shared<Notebook>();
+    const auto logger = std::make_shared<RecordingLogger>();
     note.SetLogger(logger);
     QCOMPARE(note.GetLogger().get(), logger.get());
     QCOMPARE(logger.use_count(), 2L);
@@ -72,7 +72,7 @@ void LoggerTest::loggerIsStoredAndReturnedByPointer()
 void LoggerTest::aFailedLoadIsLoggedOnceWithTheErrorString()
 {
     Note note;
-    const auto logger = std::make_shared<Notebook>();
+    const auto logger = std::make_shared<RecordingLogger>();
     note.SetLogger(logger);
 
     QVERIFY(!note.SetXmlString(QStringLiteral("<Note>"), true));
@@ -93,7 +93,7 @@ void LoggerTest::aFailedLoadIsLoggedOnceWithTheErrorString()
 void LoggerTest::aFailedSaveIsLoggedOnceWithTheErrorString()
 {
     const Note note;
-    const auto logger = std::make_shared<Notebook>();
+    const auto logger = std::make_shared<RecordingLogger>();
     note.SetLogger(logger);
     QVERIFY(!note.SaveXml(QStringLiteral("x")));
     QVERIFY(!note.SaveBinary(QStringLiteral("y")));
@@ -110,7 +110,7 @@ void LoggerTest::aFailedSaveIsLoggedOnceWithTheErrorString()
 void LoggerTest::successIsNotLogged()
 {
     Note note(QStringLiteral("fine"));
-    const auto logger = std::make_shared<Notebook>();
+    const auto logger = std::make_shared<RecordingLogger>();
     note.SetLogger(logger);
     QByteArray bytes = note.GetBinaryRepresentationAsQByteArray();
     QVERIFY(note.SetBinaryRepresentation(bytes));

@@ -18,8 +18,8 @@ private Q_SLOTS:
     void everyTypeIsCopiedWithItsMessage();
     void copyingNeverThrows();
     void theFamilyIsAsItsUsersCatchIt();
-    void everyTypeIsCaughtAsItself_data();
-    void everyTypeIsCaughtAsItself();
+    void everyExceptionIsCaughtByItsOwnType_data();
+    void everyExceptionIsCaughtByItsOwnType();
 };
 
 void ReportExceptionTest::messageIsKeptUnchanged()
@@ -101,7 +101,7 @@ void ReportExceptionTest::theFamilyIsAsItsUsersCatchIt()
     static_assert(!std::is_convertible_v<QString, ReportException>); // explicit
 }
 
-void ReportExceptionTest::everyTypeIsCaughtAsItself_data()
+void ReportExceptionTest::everyExceptionIsCaughtByItsOwnType_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("expected");
@@ -113,7 +113,7 @@ void ReportExceptionTest::everyTypeIsCaughtAsItself_data()
     QTest::newRow("IncompleteDefinitionException") << 5 << QStringLiteral("IncompleteDefinitionException: m");
 }
 
-void ReportExceptionTest::everyTypeIsCaughtAsItself()
+void ReportExceptionTest::everyExceptionIsCaughtByItsOwnType()
 {
     QFETCH(int, number);
     QFETCH(QString, expected);

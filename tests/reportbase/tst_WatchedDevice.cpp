@@ -78,8 +78,8 @@ private Q_SLOTS:
     void documentOfLessThanFourBytesIsReturned();
     void charactersAreCheckedInAnyEncoding_data();
     void charactersAreCheckedInAnyEncoding();
-    void bytesThatOnlyLookLikeSignsAreNone_data();
-    void bytesThatOnlyLookLikeSignsAreNone();
+    void bytesOfOtherCharactersAreNotTakenForMarkup_data();
+    void bytesOfOtherCharactersAreNotTakenForMarkup();
     void aDeclarationIsFoundInPieces();
     void whatOnlyBeginsLikeADeclarationIsLookedAt();
     void anEncodingThatNobodyKnowsIsLeftToTheReader();
@@ -184,7 +184,7 @@ void WatchedDeviceTest::charactersAreCheckedInAnyEncoding()
     }
 }
 
-void WatchedDeviceTest::bytesThatOnlyLookLikeSignsAreNone_data()
+void WatchedDeviceTest::bytesOfOtherCharactersAreNotTakenForMarkup_data()
 {
     QTest::addColumn<QByteArray>("encoding");
     QTest::addColumn<QString>("character");
@@ -195,7 +195,7 @@ void WatchedDeviceTest::bytesThatOnlyLookLikeSignsAreNone_data()
     }
 }
 
-void WatchedDeviceTest::bytesThatOnlyLookLikeSignsAreNone()
+void WatchedDeviceTest::bytesOfOtherCharactersAreNotTakenForMarkup()
 {
     QFETCH(const QByteArray, encoding);
     QFETCH(const QString, character);

@@ -1,33 +1,45 @@
 // SPDX-License-Identifier: MIT
 #include "Cases.h"
 
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
 #include <QRegularExpression>
 #include <QStringList>
 #include <QTest>
 
+#include "Encodings.h"
+#include "Model.h"
+
 namespace {
 
-QString text(const char *utf8)
+QString text(const QByteArray &utf8)
 {
     return QString::fromUtf8(utf8);
 }
 
-QStringList texts(const char *separatedByBars)
+QStringList texts(const QByteArray &separatedByBars)
 {
     return text(separatedByBars).split(QLatin1Char('|'));
 }
 
-// --- The good documents, which all cases are made from
-// ----------------------------------------------------------------
+// --- The good documents, from which all cases are made --------------------------------------------------------------
 
 struct Element
 {
-    const char *name;
-    const char *document;
+    QByteArray name;
+    QByteArray document;
     bool isLeaf; ///< has no child elements
 };
 
-const Element elements[] = {
+const std::vector<Element> statedElements = {
     {"ValueBoolean", R"(<ValueBoolean id="i" value="true"/>)", true},
     {"ValueFloat", R"(<ValueFloat id="i" value="1.50"/>)", true},
     {"ValueInt", R"(<ValueInt id="i" value="15"/>)", true},
@@ -70,11 +82,10 @@ const Element elements[] = {
      false},
 };
 
-// --- Members and the texts that they take
-// -----------------------------------------------------------------------------
+// --- Members and the texts that they take ---------------------------------------------------------------------------
 
-/// The texts that a kind of member takes and refuses. Of both, the first one is what the next narrower or wider kind
-/// does otherwise, so that it shows a member of the wrong kind.
+/// The texts that a kind of member accepts and refuses. The next narrower or wider kind treats the first text of each
+/// list differently, so that this text detects a member of the wrong kind.
 struct Kind
 {
     QStringList accepted;
@@ -82,9 +93,9 @@ struct Kind
     const char *facet; ///< the rule of the schema that refuses
 };
 
-/// For each digit of the greatest number the texts that begin like it up to there: the least and the greatest number
-/// with a digit below it in that place, the latter with one more digit at its end, and the least number with a digit
-/// above.
+/// Adds numbers that equal the greatest number up to a digit, for each of its digits. With a smaller digit there, the
+/// least and the greatest of these numbers are accepted, and the latter with a further digit is refused. With a greater
+/// digit, the least of them is refused.
 void addNumbersAround(const QString &greatest, const QString &sign, Kind &kind)
 {
     const QChar zero = QLatin1Char('0');
@@ -106,28 +117,30 @@ void addNumbersAround(const QString &greatest, const QString &sign, Kind &kind)
     kind.refused << sign + greatest + zero << sign + QLatin1Char('1') + QString(greatest.size(), zero);
 }
 
-Kind wholeNumber(const char *greatest, const char *least, const char *aboveGreatest, const char *belowLeast)
+Kind wholeNumber(const QByteArray &greatest, const QByteArray &least, const QByteArray &aboveGreatest,
+                 const QByteArray &belowLeast)
 {
     Kind kind{QStringList{text(greatest), text(least)} + texts("0|1|9|10|42"),
               QStringList{text(aboveGreatest), text(belowLeast)}
                   + texts("-0|00|01|-01|1.0|1e1|0x1|1,000|one|- 1| 1|1 |1&#10;|٣|"),
               "pattern"};
     addNumbersAround(text(greatest), QString(), kind);
-    if (*least == '-') {
+    if (least.startsWith('-')) {
         kind.accepted += texts("-1|-9|-10");
         addNumbersAround(text(greatest), text("-"), kind);
-        kind.refused.removeAll(text(least)); // there is one more below zero than above
+        kind.refused.removeAll(text(least)); // accepted: it is farther from zero than the greatest number
     }
     kind.accepted.removeDuplicates();
     for (const QString &number : std::as_const(kind.accepted)) {
         const bool negative = number.startsWith(QLatin1Char('-'));
-        kind.refused << QLatin1Char('+') + number << QLatin1Char(negative || *least != '-' ? '-' : '0') + number;
+        kind.refused << QLatin1Char('+') + number
+                     << QLatin1Char(negative || !least.startsWith('-') ? '-' : '0') + number;
     }
     kind.refused.removeDuplicates();
     return kind;
 }
 
-Kind floatingPoint(const char *greatest, int digits)
+Kind floatingPoint(const QByteArray &greatest, int digits)
 {
     const QString tooLong = QLatin1Char('1') + QString(digits, QLatin1Char('0')) + text(".00");
     return {QStringList{text(greatest), QLatin1Char('-') + text(greatest)}
@@ -138,8 +151,8 @@ Kind floatingPoint(const char *greatest, int digits)
             "pattern"};
 }
 
-/// Names and nothing else, in no other case.
-Kind oneOf(const char *names, const char *refused)
+/// Accepts only these names, with these upper and lower case letters.
+Kind oneOf(const QByteArray &names, const QByteArray &refused)
 {
     Kind kind{texts(names), texts(refused), "enumeration"};
     for (const QString &name : std::as_const(kind.accepted)) {
@@ -175,13 +188,13 @@ enum Presence { Mandatory, Optional };
 
 struct Attribute
 {
-    const char *element;
-    const char *name;
+    QByteArray element;
+    QByteArray name;
     const Kind &kind;
     Presence presence;
 };
 
-const Attribute attributes[] = {
+const std::vector<Attribute> statedAttributes = {
     {"ValueBoolean", "id", anyText, Mandatory},
     {"ValueBoolean", "value", boolean, Mandatory},
     {"ValueFloat", "id", anyText, Mandatory},
@@ -234,30 +247,168 @@ const Attribute attributes[] = {
 /// The members whose text is in an element of its own.
 struct TextElement
 {
-    const char *element;
-    const char *name;
+    QByteArray element;
+    QByteArray name;
     const Kind &kind;
 };
 
-const TextElement textElements[] = {
+const std::vector<TextElement> statedTextElements = {
     {"StartupModes", "StartupMode", startupMode},    {"BandwidthSelection", "Name", anyText},
     {"BandwidthSelection", "MaxBandwidth", float64}, {"TunerProperties", "MaxFFPDelay", unsignedInt64},
     {"TunerProperties", "HRPANSupported", boolean},
 };
 
-// --- Changing a good document
-// -----------------------------------------------------------------------------------------
+// --- Classes and members that have joined the model since -----------------------------------------------------------
 
-QString good(const char *element)
+/// What is stated above, and the same for each class and each member with a text that the model has besides.
+struct Rules
 {
-    for (const Element &each : elements) {
-        if (qstrcmp(each.name, element) == 0)
-            return text(each.document);
-    }
-    qFatal("there is no element %s", element);
+    Rules();
+
+    std::vector<Element> elements = statedElements;
+    std::vector<Attribute> attributes = statedAttributes;
+    std::vector<TextElement> textElements = statedTextElements;
+
+private:
+    void addMember(const QByteArray &element, const QJsonObject &member);
+    const Kind &kindOf(const QJsonObject &member);
+    const Element *find(const QString &name) const;
+    bool complete(JobXml::DataObject &object) const;
+
+    std::deque<Kind> m_enumerations; // which references stay valid
+    QMap<QString, QString> m_texts; // a text that each new member accepts, by "Class.member"
+};
+
+QJsonArray classesOfTheModel()
+{
+    QFile file(QStringLiteral(MODEL_FILE));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s: %s", MODEL_FILE, qUtf8Printable(file.errorString()));
+    return QJsonDocument::fromJson(file.readAll()).object().value(QLatin1String("classes")).toArray();
 }
 
-/// The document with the first place of this text replaced, which it must have.
+QByteArray nameOf(const QJsonValue &classOrMember)
+{
+    return classOrMember.toObject().value(QLatin1String("name")).toString().toUtf8();
+}
+
+bool holdsElements(const QJsonObject &member)
+{
+    return member.value(QLatin1String("xml")) == QLatin1String("element");
+}
+
+const Kind &Rules::kindOf(const QJsonObject &member)
+{
+    static const QMap<QString, const Kind *> kinds{{text("text"), &anyText},         {text("boolean"), &boolean},
+                                                   {text("int32"), &int32},          {text("int64"), &int64},
+                                                   {text("uint64"), &unsignedInt64}, {text("float"), &float32},
+                                                   {text("double"), &float64}};
+    const QString kind = member.value(QLatin1String("kind")).toString();
+    if (const Kind *known = kinds.value(kind))
+        return *known;
+    QStringList names;
+    for (const QJsonValue &name : member.value(QLatin1String("names")).toArray())
+        names += name.toString();
+    if (names.isEmpty())
+        qFatal("%s: no case lists the texts that a member of the kind %s takes", nameOf(member).constData(),
+               qUtf8Printable(kind));
+    return m_enumerations.emplace_back(oneOf(qUtf8Printable(names.join(QLatin1Char('|'))), "0"));
+}
+
+void Rules::addMember(const QByteArray &element, const QJsonObject &member)
+{
+    if (member.contains(QLatin1String("class")))
+        return; // its element is one of a class
+    const QByteArray name = nameOf(member);
+    const auto isThis = [&](const auto &each) { return each.element == element && each.name == name; };
+    if (std::any_of(attributes.begin(), attributes.end(), isThis)
+        || std::any_of(textElements.begin(), textElements.end(), isThis))
+        return;
+    const Kind &kind = kindOf(member);
+    const bool isMandatory = member.value(QLatin1String("mandatory")).toBool();
+    if (holdsElements(member))
+        textElements.push_back({element, name, kind});
+    else
+        attributes.push_back({element, name, kind, isMandatory ? Mandatory : Optional});
+    m_texts.insert(text(element + '.' + name), kind.accepted.first());
+}
+
+const Element *Rules::find(const QString &name) const
+{
+    const auto found =
+        std::find_if(elements.begin(), elements.end(), [&](const Element &each) { return text(each.name) == name; });
+    return found == elements.end() ? nullptr : &*found;
+}
+
+/// Sets each new member; in an object of a new class, children as well. Returns whether a member of the object is new.
+bool Rules::complete(JobXml::DataObject &object) const
+{
+    bool isChanged = false;
+    JobXml::visit(object, [&](JobXml::MemberEditor &member) {
+        const QString known = m_texts.value(object.GetObjectName() + QLatin1Char('.') + member.GetName());
+        if (!known.isNull()) {
+            isChanged = true;
+            if (!member.SetValue(known))
+                qFatal("%s does not take %s", qUtf8Printable(member.GetName()), qUtf8Printable(known));
+        } else if (Model::holdsObjects(member.GetKind()) && !find(object.GetObjectName())) {
+            JobXml::DataObject &child = Model::newChild(member);
+            if (const Element *stated = find(child.GetObjectName()))
+                readXml(child, text(stated->document));
+            else
+                complete(child);
+        }
+    });
+    return isChanged;
+}
+
+Rules::Rules()
+{
+    QMap<QByteArray, QJsonArray> membersOf;
+    for (const QJsonValue &listed : classesOfTheModel()) {
+        const QJsonArray members = listed.toObject().value(QLatin1String("members")).toArray();
+        for (const QJsonValue &member : members)
+            addMember(nameOf(listed), member.toObject());
+        membersOf.insert(nameOf(listed), members);
+    }
+    std::vector<Element> all;
+    JobXml::Classes::forEach([&](auto tag) {
+        using Class = typename decltype(tag)::Class;
+        const QString name = Class::GetStaticObjectName();
+        Class object;
+        if (const Element *stated = find(name)) {
+            all.push_back(*stated);
+            readXml(object, text(stated->document));
+            if (complete(object))
+                all.back().document = xmlOf(object).toUtf8();
+        } else {
+            complete(object);
+            const QJsonArray &members = membersOf.value(name.toUtf8());
+            all.push_back({name.toUtf8(), xmlOf(object).toUtf8(),
+                           std::none_of(members.begin(), members.end(),
+                                        [](const QJsonValue &member) { return holdsElements(member.toObject()); })});
+        }
+    });
+    elements = all;
+}
+
+const Rules &rules()
+{
+    static const Rules complete;
+    return complete;
+}
+
+// --- Changing a good document ---------------------------------------------------------------------------------------
+
+QString good(const QByteArray &element)
+{
+    for (const Element &each : rules().elements) {
+        if (each.name == element)
+            return text(each.document);
+    }
+    qFatal("there is no element %s", element.constData());
+}
+
+/// The document, which must contain `from`, with its first occurrence replaced.
 QString with(QString document, const QString &from, const QString &to)
 {
     const int place = document.indexOf(from);
@@ -266,7 +417,7 @@ QString with(QString document, const QString &from, const QString &to)
     return document.replace(place, from.size(), to);
 }
 
-QString with(const char *element, const char *from, const char *to)
+QString goodWith(const QByteArray &element, const QByteArray &from, const QByteArray &to)
 {
     return with(good(element), text(from), text(to));
 }
@@ -306,10 +457,9 @@ QString shown(const QString &value)
                               : QStringLiteral("\"%1...\", %2 characters").arg(value.left(8)).arg(value.size());
 }
 
-// --- How the checker begins to complain
-// -------------------------------------------------------------------------------
+// --- The beginnings of the checker's complaints ---------------------------------------------------------------------
 
-QString missingAttribute(const char *element, const char *name)
+QString missingAttribute(const QByteArray &element, const QByteArray &name)
 {
     return QStringLiteral("Element '%1': The attribute '%2' is required but missing").arg(text(element), text(name));
 }
@@ -325,20 +475,20 @@ QString wrongText(const TextElement &member)
     return QStringLiteral("Element '%1': [facet '%2']").arg(text(member.name), text(member.kind.facet));
 }
 
-QString notExpected(const char *element)
+QString notExpected(const QByteArray &element)
 {
     return QStringLiteral("Element '%1': This element is not expected").arg(text(element));
 }
 
-QString missingChild(const char *element, const char *children)
+QString missingChild(const QByteArray &element, const QByteArray &children)
 {
     return QStringLiteral("Element '%1': Missing child element(s). Expected is %2").arg(text(element), text(children));
 }
 
-/// Calls the function for each member, with the texts to try: all of them for the first member of a kind, and for the
-/// others only the one for the kind.
-template <class Member, std::size_t count, class Function>
-void forEachMember(const Member (&members)[count], QStringList Kind::*texts, Function function)
+/// Calls the function for each member with the texts to try: all texts for the first member of a kind, and only the
+/// first text for the others.
+template <class Member, class Function>
+void forEachMember(const std::vector<Member> &members, QStringList Kind::*texts, Function function)
 {
     QVector<const Kind *> seen;
     for (const Member &member : members) {
@@ -350,7 +500,7 @@ void forEachMember(const Member (&members)[count], QStringList Kind::*texts, Fun
     }
 }
 
-QString named(const char *element, const char *what, const QString &value = {})
+QString named(const QByteArray &element, const QByteArray &what, const QString &value = {})
 {
     return text(element) + QLatin1Char(' ') + text(what) + (value.isNull() ? QString() : QLatin1Char(' ') + value);
 }
@@ -362,16 +512,16 @@ QVector<Case> acceptedCases()
     QVector<Case> cases;
     const auto add = [&](const QString &name, const QString &document) { cases.append({name, document, QString()}); };
 
-    for (const Element &element : elements)
+    for (const Element &element : rules().elements)
         add(named(element.name, "with everything"), text(element.document));
 
-    forEachMember(attributes, &Kind::accepted, [&](const Attribute &attribute, const QStringList &values) {
+    forEachMember(rules().attributes, &Kind::accepted, [&](const Attribute &attribute, const QStringList &values) {
         if (attribute.presence == Optional)
             add(named(attribute.element, "without", text(attribute.name)), withoutAttribute(attribute));
         for (const QString &value : values)
             add(named(attribute.element, attribute.name, shown(value)), withAttribute(attribute, value));
     });
-    forEachMember(textElements, &Kind::accepted, [&](const TextElement &member, const QStringList &values) {
+    forEachMember(rules().textElements, &Kind::accepted, [&](const TextElement &member, const QStringList &values) {
         for (const QString &value : values)
             add(named(member.element, member.name, shown(value)), withText(member, value));
     });
@@ -386,18 +536,17 @@ QVector<Case> acceptedCases()
     add(text("StartupModes with one mode"), text("<StartupModes><StartupMode>DF</StartupMode></StartupModes>"));
     add(text("StartupModes with one mode twice"),
         text("<StartupModes><StartupMode>DF</StartupMode><StartupMode>DF</StartupMode></StartupModes>"));
-    add(text("ValueStringList with one item"), with("ValueStringList", "<StringItem value=\"w\"/>", ""));
-    add(text("ValueSelection with one item"), with("ValueSelection", "<SelectionItem name=\"m\" value=\"1.00\"/>", ""));
+    add(text("ValueStringList with one item"), goodWith("ValueStringList", "<StringItem value=\"w\"/>", ""));
+    add(text("ValueSelection with one item"),
+        goodWith("ValueSelection", "<SelectionItem name=\"m\" value=\"1.00\"/>", ""));
     add(text("Node with one value"),
-        with("Node", "<ValueItem><ValueString id=\"unit\" value=\"Hz\"/></ValueItem>", ""));
+        goodWith("Node", "<ValueItem><ValueString id=\"unit\" value=\"Hz\"/></ValueItem>", ""));
     add(text("ValueNumericInt with its range upside down"),
-        with("ValueNumericInt", "min=\"-2\" max=\"30\" step=\"5\"", "min=\"3\" max=\"-3\" step=\"-1\""));
-    add(text("ValueSelection with a missing option"), with("ValueSelection", "index=\"1\"", "index=\"-7\""));
+        goodWith("ValueNumericInt", "min=\"-2\" max=\"30\" step=\"5\"", "min=\"3\" max=\"-3\" step=\"-1\""));
+    add(text("ValueSelection with a missing option"), goodWith("ValueSelection", "index=\"1\"", "index=\"-7\""));
 
-    for (const char *kind :
-         {"ValueBoolean", "ValueFloat", "ValueInt", "ValueInt64", "ValueNumericFloat", "ValueNumericInt",
-          "ValueNumericInt64", "ValueSelection", "ValueString", "ValueStringList"})
-        add(named("ValueItem", "with a", text(kind)), text("<ValueItem>") + good(kind) + text("</ValueItem>"));
+    for (const QString &kind : Model::namesIn<JobXml::Kinds>())
+        add(named("ValueItem", "with a", kind), text("<ValueItem>") + good(kind.toUtf8()) + text("</ValueItem>"));
     return cases;
 }
 
@@ -408,7 +557,7 @@ QVector<Case> refusedCases()
         cases.append({name, document, complaint});
     };
 
-    forEachMember(attributes, &Kind::refused, [&](const Attribute &attribute, const QStringList &values) {
+    forEachMember(rules().attributes, &Kind::refused, [&](const Attribute &attribute, const QStringList &values) {
         if (attribute.presence == Mandatory)
             add(named(attribute.element, "without", text(attribute.name)), withoutAttribute(attribute),
                 missingAttribute(attribute.element, attribute.name));
@@ -416,17 +565,17 @@ QVector<Case> refusedCases()
             add(named(attribute.element, attribute.name, shown(value)), withAttribute(attribute, value),
                 wrongValue(attribute));
     });
-    forEachMember(textElements, &Kind::refused, [&](const TextElement &member, const QStringList &values) {
+    forEachMember(rules().textElements, &Kind::refused, [&](const TextElement &member, const QStringList &values) {
         for (const QString &value : values)
             add(named(member.element, member.name, shown(value)), withText(member, value), wrongText(member));
     });
 
-    for (const Element &element : elements) {
+    for (const Element &element : rules().elements) {
         const QString document = text(element.document);
         const QString name = text(element.name);
         const QString start = part(document, text("^<[^/>]*"));
         const QString toEnd = element.isLeaf ? text("/>") : QStringLiteral("</%1>").arg(name);
-        const auto inside = [&](const char *content) {
+        const auto inside = [&](const QByteArray &content) {
             return document.chopped(toEnd.size()) + text(element.isLeaf ? ">" : "") + text(content)
                 + QStringLiteral("</%1>").arg(name);
         };
@@ -448,15 +597,16 @@ QVector<Case> refusedCases()
             start + text(" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xsi:nil=\"true\"/>"),
             QStringLiteral("Element '%1': The element is not 'nillable'").arg(name));
     }
-    for (const TextElement &member : textElements)
+    for (const TextElement &member : rules().textElements)
         add(named(member.name, "as a document"),
             QStringLiteral("<%1>%2</%1>").arg(text(member.name), member.kind.accepted.at(0)),
             QStringLiteral("Element '%1': No matching global declaration").arg(text(member.name)));
 
-    const auto broken = [&](const char *name, const char *element, const char *from, const char *to,
-                            const QString &complaint) { add(text(name), with(element, from, to), complaint); };
+    const auto broken = [&](const QByteArray &name, const QByteArray &element, const QByteArray &from,
+                            const QByteArray &to,
+                            const QString &complaint) { add(text(name), goodWith(element, from, to), complaint); };
 
-    // What must be there.
+    // Missing parts.
     add(text("StartupModes without modes"), text("<StartupModes/>"), missingChild("StartupModes", "( StartupMode )"));
     add(text("ValueItem without a value"), text("<ValueItem/>"), missingChild("ValueItem", "one of ("));
     add(text("Node without values"), text("<Node id=\"n\"/>"), missingChild("Node", "( ValueItem )"));
@@ -483,7 +633,7 @@ QVector<Case> refusedCases()
     broken("StartupModes without modes in a document", "TunerProperties", "<StartupMode>FFM</StartupMode>", "",
            missingChild("StartupModes", "( StartupMode )"));
 
-    // What must be there once.
+    // Repeated parts.
     broken("ValueItem with two values of one kind", "ValueItem", "</ValueItem>",
            "<ValueInt id=\"i\" value=\"1\"/></ValueItem>", notExpected("ValueInt"));
     broken("ValueItem with two kinds of values", "ValueItem", "</ValueItem>",

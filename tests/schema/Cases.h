@@ -4,17 +4,17 @@
 #include <QString>
 #include <QVector>
 
-/// A document, and what the schema has to say about it.
+/// A document and the expected verdict.
 struct Case
 {
     QString name;
     QString document;
-    QString
-        complaint; ///< how the first complaint begins, with the element and attribute at fault; null: it is accepted
+    /// The beginning of the first complaint, with the element and attribute at fault; null if the document is accepted.
+    QString complaint;
 };
 
 /// Documents exactly as the library writes them.
 QVector<Case> acceptedCases();
 
-/// Such documents that break one rule each, which is their name.
+/// Documents that break one rule each, which the name of the case describes.
 QVector<Case> refusedCases();

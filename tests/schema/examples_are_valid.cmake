@@ -1,5 +1,5 @@
-# The examples are as the schema says once they are written by the library; by hand they are written in every other way
-# that readers take, too.
+# The examples conform to the schema after the library has written them. The originals also use the other ways to write
+# a document that readers accept.
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/validate.cmake)
 

@@ -19,7 +19,7 @@ using namespace JobXml;
 
 namespace {
 
-/// What the checker said about one document.
+/// The verdict of the checker on one document.
 struct Verdict
 {
     bool accepted = false;
@@ -36,7 +36,7 @@ QString rewritten(const QString &document)
     return xmlOf(object);
 }
 
-/// The document's delay is written without a sign, but read with one: half of its numbers come from a setter.
+/// The delay is written as an unsigned number but read as a signed one, so the greater numbers need the setter.
 template <>
 QString rewritten<TunerProperties>(const QString &document)
 {
@@ -162,7 +162,7 @@ void SchemaTest::initTestCase()
     QStringList documents;
     for (const Case &each : acceptedCases())
         documents.append(each.document);
-    documents.removeDuplicates(); // some try the text that the good document has
+    documents.removeDuplicates(); // some cases use the text of the good document
     for (const Case &each : refusedCases()) {
         QVERIFY2(!documents.contains(each.document), qPrintable(each.name));
         documents.append(each.document);
@@ -188,7 +188,7 @@ void SchemaTest::whatBreaksARuleIsRefused()
     QVERIFY(verdict.refused);
     QCOMPARE(verdict.complaints.value(0).left(complaint.size()), complaint);
 
-    // However the library reads it, it does not write it.
+    // The library may read the document, but does not write it.
     QString written;
     if (const auto rewrite = everyClass().value(rootOf(document)).rewrite)
         thrownBy([&] { written = rewrite(document); });

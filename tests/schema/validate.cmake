@@ -2,7 +2,7 @@
 function(validate)
     set(rest ${ARGN})
     while(rest)
-        # In portions, for no command line takes any number of names.
+        # In portions, since the length of a command line is limited.
         list(SUBLIST rest 0 500 portion)
         list(LENGTH portion size)
         list(REMOVE_ITEM rest ${portion})

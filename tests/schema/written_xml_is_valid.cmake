@@ -1,5 +1,4 @@
-# Everything that the tests have written while validating conforms to the schema, and is a sufficient number of
-# documents.
+# All documents that the tests have written while validating conform to the schema, and there are enough of them.
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/validate.cmake)
 
@@ -12,7 +11,7 @@ foreach(number RANGE ${last})
     list(APPEND classes ${class})
 endforeach()
 
-# Documents of a former build do not count.
+# Removes the documents of an earlier build from the list.
 function(only_new list_name)
     set(new)
     foreach(one IN LISTS ${list_name})
@@ -45,7 +44,7 @@ foreach(writer IN LISTS WRITERS)
     endforeach()
 endforeach()
 
-# If these are missing, it is not that the tests write less than they did, but that it is not kept, or not all were run.
+# Documents are missing if not all tests were run, or if what they write is not kept.
 set(advice "since the libraries were built; run all tests, and look into tests/WrittenXml.cpp if that does not help")
 list(LENGTH documents count)
 if(count LESS FEWEST)

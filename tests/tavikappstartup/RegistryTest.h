@@ -20,8 +20,8 @@ inline const QString extra = QStringLiteral("Extra");
 inline const QString tuner = QStringLiteral("TunerProperties");
 inline const QString unheard = QStringLiteral("Unheard"); // has no catalog
 
-inline const QString first = QStringLiteral(CATALOGUES_DIR "/first");
-inline const QString second = QStringLiteral(CATALOGUES_DIR "/second");
+inline const QString first = QStringLiteral(CATALOGS_DIR "/first");
+inline const QString second = QStringLiteral(CATALOGS_DIR "/second");
 inline const QString libraryFolder = QFileInfo(QStringLiteral(LIBRARY_FILE)).canonicalPath();
 
 inline const QString untranslated = QStringLiteral("signal");

@@ -12,7 +12,7 @@ struct Attachment
     Attachment()
     {
         QLocale::setDefault(QLocale(QStringLiteral("de_DE")));
-        TranslationCenter::Instance().AddSearchPath(QStringLiteral(CATALOGUES_DIR "/first"));
+        TranslationCenter::Instance().AddSearchPath(QStringLiteral(CATALOGS_DIR "/first"));
         TranslationCenter::Instance().Register(QStringLiteral("Probe"));
     }
 };

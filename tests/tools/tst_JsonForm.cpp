@@ -75,7 +75,7 @@ QString failure(const QByteArray &json)
 }
 
 /// Whether the document reads back unchanged. Counts the documents that JSON can represent.
-bool comesBack(const TunerProperties &document, int &carried, bool withSnapshot = true)
+bool survivesRoundTrip(const TunerProperties &document, int &carried, bool withSnapshot = true)
 {
     try {
         const QByteArray json = JsonForm::compose(document);
@@ -94,7 +94,7 @@ void JsonFormTest::documentsReadBackUnchanged()
 {
     int carried = 0;
     for (int seed = 0; seed < 250; ++seed)
-        QVERIFY2(comesBack(randomDocument(seed), carried), qPrintable(QString::number(seed)));
+        QVERIFY2(survivesRoundTrip(randomDocument(seed), carried), qPrintable(QString::number(seed)));
     QVERIFY(carried > 200);
 }
 
@@ -102,7 +102,7 @@ void JsonFormTest::documentsInUnusualStatesReadBackUnchanged()
 {
     int carried = 0;
     for (int seed = 0; seed < 500; ++seed)
-        QVERIFY2(comesBack(randomDocument(seed, 1 + seed % 60), carried), qPrintable(QString::number(seed)));
+        QVERIFY2(survivesRoundTrip(randomDocument(seed, 1 + seed % 60), carried), qPrintable(QString::number(seed)));
     QVERIFY(carried > 400);
 }
 
@@ -121,7 +121,7 @@ void JsonFormTest::documentsOfDamagedSnapshotsReadBackUnchanged()
         readSnapshot(document, snapshot);
         // In JSON there is only one NaN.
         const bool isExact = hasTextsForJson(document) && !JsonForm::compose(document).contains("\"NaN\"");
-        QVERIFY2(comesBack(document, carried, isExact), qPrintable(QString::number(seed)));
+        QVERIFY2(survivesRoundTrip(document, carried, isExact), qPrintable(QString::number(seed)));
     }
     QVERIFY(carried > 200);
 }
@@ -146,7 +146,7 @@ void JsonFormTest::damagedJsonFailsOrReadsBackUnchanged()
             break;
         }
         try {
-            QVERIFY2(comesBack(read(json), carried), qPrintable(QString::number(seed)));
+            QVERIFY2(survivesRoundTrip(read(json), carried), qPrintable(QString::number(seed)));
         } catch (const JsonFailure &failure) {
             QVERIFY(failure.text(QStringLiteral("f")).startsWith(QStringLiteral("f:")));
             ++refused;

@@ -37,7 +37,7 @@ private Q_SLOTS:
     void memoryDoesNotGrowWithTheNumberOfFiles();
 
 private:
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 namespace {
@@ -55,15 +55,15 @@ const QString await =
 
 void ToolBatchTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
-    m_shop->write(text("good.xml"), smallXml);
-    m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
-    m_shop->write(text("cut.xml"), "<TunerProperties>");
+    m_workshop = std::make_unique<Workshop>();
+    m_workshop->write(text("good.xml"), smallXml);
+    m_workshop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    m_workshop->write(text("cut.xml"), "<TunerProperties>");
 }
 
 void ToolBatchTest::cleanup()
 {
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 void ToolBatchTest::resultsAreWrittenInTheOrderOfTheFiles_data()
@@ -85,13 +85,13 @@ void ToolBatchTest::resultsAreWrittenInTheOrderOfTheFiles()
         const bool isMissing = i % 3 == 1;
         files.append(name);
         if (!isMissing)
-            m_shop->write(name, isBad ? QByteArray(smallXml).replace(" type=\"SCP\"", "") : QByteArray(smallXml));
+            m_workshop->write(name, isBad ? QByteArray(smallXml).replace(" type=\"SCP\"", "") : QByteArray(smallXml));
         if (isBad)
             out += name + text(": TunerProperties: Please set type properly.\n");
         if (isMissing)
             err += text("tunerproperties: ") + name + text(": cannot open: No such file or directory\n");
     }
-    const Run run = m_shop->run(line("validate --jobs") << jobs << files);
+    const Run run = m_workshop->run(line("validate --jobs") << jobs << files);
     QCOMPARE(run.out, out);
     QCOMPARE(run.err, err + text("tunerproperties: 100 files: 33 valid, 34 with problems, 33 unreadable\n"));
     QCOMPARE(run.status, 3);
@@ -100,12 +100,12 @@ void ToolBatchTest::resultsAreWrittenInTheOrderOfTheFiles()
 // The shell's own commands separate the output before the pipe is filled from the output after it.
 void ToolBatchTest::resultIsWrittenAsSoonAsThePreviousOnesAre()
 {
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
-    const Run run = m_shop->shell(text("\"$tool\" validate --special-files --jobs 2 bad.xml pipe bad.xml 2>&1 | {\n"
-                                       "  read first; echo \"first: $first\"\n"
-                                       "  cat good.xml > pipe\n"
-                                       "  sed 's/^/then: /'\n"
-                                       "}"));
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(text("pipe"))).constData(), 0600), 0);
+    const Run run = m_workshop->shell(text("\"$tool\" validate --special-files --jobs 2 bad.xml pipe bad.xml 2>&1 | {\n"
+                                           "  read first; echo \"first: $first\"\n"
+                                           "  cat good.xml > pipe\n"
+                                           "  sed 's/^/then: /'\n"
+                                           "}"));
     QCOMPARE(run.out,
              text("first: bad.xml: TunerProperties: Please set type properly.\n"
                   "then: bad.xml: TunerProperties: Please set type properly.\n"
@@ -115,31 +115,32 @@ void ToolBatchTest::resultIsWrittenAsSoonAsThePreviousOnesAre()
 // The pipe is filled once the output of the file after it exists: it is written before it is reported.
 void ToolBatchTest::slowFileDoesNotDelayTheOthers()
 {
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
-    const Run run = m_shop->shell(
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(text("pipe"))).constData(), 0600), 0);
+    const Run run = m_workshop->shell(
         await
         + text("{ await out/good.tpb; cat good.xml; } > pipe &\n"
                "\"$tool\" convert --special-files --jobs 2 --to tagged --out-dir out pipe good.xml; wait"));
     QCOMPARE(run.err, text("tunerproperties: 2 files: 2 converted\n"));
-    QCOMPARE(m_shop->read(text("out/pipe.tpb")), QByteArray::fromHex(smallTaggedHex));
-    QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/pipe.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolBatchTest::singleJobProcessesOneFileAtATime()
 {
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(text("pipe"))).constData(), 0600), 0);
     // Opening the pipe waits until the program reads from it; the next file must not have been read by then.
-    const Run run =
-        m_shop->shell(text("{ test -e out/good.tpb && echo early; cat good.xml; } > pipe &\n"
-                           "\"$tool\" convert --special-files --jobs 1 --to tagged --out-dir out pipe good.xml; wait"));
+    const Run run = m_workshop->shell(
+        text("{ test -e out/good.tpb && echo early; cat good.xml; } > pipe &\n"
+             "\"$tool\" convert --special-files --jobs 1 --to tagged --out-dir out pipe good.xml; wait"));
     QCOMPARE(run.err, text("tunerproperties: 2 files: 2 converted\n"));
-    QCOMPARE(m_shop->read(text("out/pipe.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/pipe.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolBatchTest::badFileDoesNotStopTheOthers()
 {
-    m_shop->write(text("other.xml"), smallXml);
-    const Run run = m_shop->run(line("convert --to tagged --out-dir . bad.xml good.xml cut.xml missing.xml other.xml"));
+    m_workshop->write(text("other.xml"), smallXml);
+    const Run run =
+        m_workshop->run(line("convert --to tagged --out-dir . bad.xml good.xml cut.xml missing.xml other.xml"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err,
              text("tunerproperties: bad.xml: TunerProperties: Please set type properly.\n"
@@ -147,9 +148,9 @@ void ToolBatchTest::badFileDoesNotStopTheOthers()
                   "tunerproperties: missing.xml: cannot open: No such file or directory\n"
                   "tunerproperties: 5 files: 2 converted, 1 with problems, 2 unreadable\n"));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->read(text("good.tpb")), QByteArray::fromHex(smallTaggedHex));
-    QCOMPARE(m_shop->read(text("other.tpb")), QByteArray::fromHex(smallTaggedHex));
-    QCOMPARE(m_shop->files(),
+    QCOMPARE(m_workshop->read(text("good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("other.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->files(),
              QStringList({text("bad.xml"), text("cut.xml"), text("good.tpb"), text("good.xml"), text("other.tpb"),
                           text("other.xml")}));
 }
@@ -172,48 +173,48 @@ void ToolBatchTest::summaryCountsTheResults()
 {
     QFETCH(QString, summary);
     QFETCH(int, status);
-    const Run run = m_shop->run(line("validate") << line(QTest::currentDataTag()));
+    const Run run = m_workshop->run(line("validate") << line(QTest::currentDataTag()));
     QCOMPARE(run.err.section(QLatin1Char('\n'), -2, -2), text("tunerproperties: ") + summary);
     QCOMPARE(run.status, status);
 }
 
 void ToolBatchTest::aSingleFileHasNoSummary()
 {
-    QCOMPARE(m_shop->run(line("validate bad.xml")).err, QString());
-    QCOMPARE(m_shop->run(line("convert good.xml out.tpb")).err, QString());
-    const Run run = m_shop->run(line("convert --to tagged --out-dir out good.xml"));
+    QCOMPARE(m_workshop->run(line("validate bad.xml")).err, QString());
+    QCOMPARE(m_workshop->run(line("convert good.xml out.tpb")).err, QString());
+    const Run run = m_workshop->run(line("convert --to tagged --out-dir out good.xml"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
-    QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolBatchTest::quietReportsOnlyFailures()
 {
     for (const char *option : {"--quiet", "-q"}) {
-        const Run run = m_shop->run(line("validate") << text(option) << line("good.xml bad.xml cut.xml"));
+        const Run run = m_workshop->run(line("validate") << text(option) << line("good.xml bad.xml cut.xml"));
         QCOMPARE(run.out, QString());
         QCOMPARE(run.err, text("tunerproperties: cut.xml:1:17: Premature end of document.\n"));
         QCOMPARE(run.status, 3);
     }
-    const Run problems = m_shop->run(line("validate -q good.xml bad.xml"));
+    const Run problems = m_workshop->run(line("validate -q good.xml bad.xml"));
     QCOMPARE(problems.err, QString());
     QCOMPARE(problems.status, 1);
 }
 
 void ToolBatchTest::quietConversionWritesNoMessages()
 {
-    const Run run = m_shop->run(line("convert --quiet --to tagged --out-dir out good.xml bad.xml"));
+    const Run run = m_workshop->run(line("convert --quiet --to tagged --out-dir out good.xml bad.xml"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 1);
-    QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolBatchTest::jsonLineDescribesTheWholeResult()
 {
-    m_shop->write(text("two.xml"),
-                  QByteArray(smallXml).replace("optional=\"true\"", "optional=\"\"").replace(" value=\"7\"", ""));
-    const Run run = m_shop->run(line("validate --json two.xml good.xml bad.xml missing.xml"));
+    m_workshop->write(text("two.xml"),
+                      QByteArray(smallXml).replace("optional=\"true\"", "optional=\"\"").replace(" value=\"7\"", ""));
+    const Run run = m_workshop->run(line("validate --json two.xml good.xml bad.xml missing.xml"));
     QCOMPARE(
         run.out,
         text(
@@ -240,9 +241,10 @@ void ToolBatchTest::jsonLineDescribesTheWholeResult()
 
 void ToolBatchTest::jsonLineDescribesTheConversion()
 {
-    m_shop->write(text("blocked.xml"), smallXml);
-    QVERIFY(QDir().mkpath(m_shop->path(text("out/blocked.tpb"))));
-    const Run run = m_shop->run(line("convert --json --to tagged --out-dir out good.xml bad.xml cut.xml blocked.xml"));
+    m_workshop->write(text("blocked.xml"), smallXml);
+    QVERIFY(QDir().mkpath(m_workshop->path(text("out/blocked.tpb"))));
+    const Run run =
+        m_workshop->run(line("convert --json --to tagged --out-dir out good.xml bad.xml cut.xml blocked.xml"));
     QCOMPARE(
         run.out,
         text(
@@ -264,9 +266,9 @@ void ToolBatchTest::jsonLineDescribesTheConversion()
 void ToolBatchTest::jsonKeepsTextsUnchanged()
 {
     const QString name = text("\u00dc \"x\"\n.xml");
-    m_shop->write(name,
-                  QByteArray(smallXml).replace("name=\"c\"", "name=\"a&#10;b/\xC3\x9C\"").replace(" id=\"n\"", ""));
-    const Run run = m_shop->run({text("validate"), text("--json"), name});
+    m_workshop->write(name,
+                      QByteArray(smallXml).replace("name=\"c\"", "name=\"a&#10;b/\xC3\x9C\"").replace(" id=\"n\"", ""));
+    const Run run = m_workshop->run({text("validate"), text("--json"), name});
     QCOMPARE(run.out,
              text(R"({"file":"Ü \"x\"\n.xml","status":"problems","problems":[)"
                   R"({"path":["Component \"a\nb/Ü\"","Node 1"],"line":null,"column":null,)"
@@ -277,24 +279,24 @@ void ToolBatchTest::jsonKeepsTextsUnchanged()
 
 void ToolBatchTest::folderIsCreatedWithItsParents()
 {
-    const Run run = m_shop->run(line("convert --to tagged --out-dir a/b/c good.xml"));
+    const Run run = m_workshop->run(line("convert --to tagged --out-dir a/b/c good.xml"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
-    QCOMPARE(m_shop->read(text("a/b/c/good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("a/b/c/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolBatchTest::outputsHaveTheNamesOfTheInputs()
 {
-    QVERIFY(QDir().mkpath(m_shop->path(text("in"))));
+    QVERIFY(QDir().mkpath(m_workshop->path(text("in"))));
     for (const char *name : {"in/a.xml", "in/B.XML", "in/c.v2", "in/d", "in/e.tpb.xml"})
-        m_shop->write(text(name), smallXml);
+        m_workshop->write(text(name), smallXml);
     const Run run =
-        m_shop->run(line("convert --to snapshot --out-dir out/ in/a.xml in/B.XML in/c.v2 in/d in/e.tpb.xml"));
+        m_workshop->run(line("convert --to snapshot --out-dir out/ in/a.xml in/B.XML in/c.v2 in/d in/e.tpb.xml"));
     QCOMPARE(run.err, text("tunerproperties: 5 files: 5 converted\n"));
-    QCOMPARE(QDir(m_shop->path(text("out"))).entryList(QDir::Files, QDir::Name),
+    QCOMPARE(QDir(m_workshop->path(text("out"))).entryList(QDir::Files, QDir::Name),
              QStringList({text("B.tps"), text("a.tps"), text("c.v2.tps"), text("d.tps"), text("e.tpb.tps")}));
     for (const char *name : {"B.tps", "a.tps", "c.v2.tps", "d.tps", "e.tpb.tps"})
-        QCOMPARE(m_shop->read(text("out/") + text(name)), QByteArray::fromHex(smallSnapshotHex));
+        QCOMPARE(m_workshop->read(text("out/") + text(name)), QByteArray::fromHex(smallSnapshotHex));
 }
 
 void ToolBatchTest::inputsWithTheSameOutputAreAnErrorBeforeAnythingIsWritten_data()
@@ -311,56 +313,57 @@ void ToolBatchTest::inputsWithTheSameOutputAreAnErrorBeforeAnythingIsWritten_dat
 void ToolBatchTest::inputsWithTheSameOutputAreAnErrorBeforeAnythingIsWritten()
 {
     QFETCH(QString, error);
-    const QStringList before = m_shop->files();
-    const Run run = m_shop->run(line("convert --to tagged --out-dir out") << line(QTest::currentDataTag()), smallXml);
+    const QStringList before = m_workshop->files();
+    const Run run =
+        m_workshop->run(line("convert --to tagged --out-dir out") << line(QTest::currentDataTag()), smallXml);
     QCOMPARE(run.err, text("tunerproperties: %1\ntunerproperties: try 'tunerproperties convert --help'\n").arg(error));
     QCOMPARE(run.status, 2);
-    QCOMPARE(m_shop->files(), before);
+    QCOMPARE(m_workshop->files(), before);
 }
 
 void ToolBatchTest::folderThatCannotBeCreatedIsAnError()
 {
-    const Run run = m_shop->run(line("convert --to tagged --out-dir good.xml/out bad.xml"));
+    const Run run = m_workshop->run(line("convert --to tagged --out-dir good.xml/out bad.xml"));
     QCOMPARE(run.err, text("tunerproperties: good.xml/out: cannot create the folder: Not a directory\n"));
     QCOMPARE(run.status, 3);
 }
 
 void ToolBatchTest::failedOutputDoesNotStopTheOthers()
 {
-    QVERIFY(QDir().mkpath(m_shop->path(text("out/blocked.tpb"))));
-    m_shop->write(text("blocked.xml"), smallXml);
-    const Run run = m_shop->run(line("convert --to tagged --out-dir out blocked.xml good.xml"));
+    QVERIFY(QDir().mkpath(m_workshop->path(text("out/blocked.tpb"))));
+    m_workshop->write(text("blocked.xml"), smallXml);
+    const Run run = m_workshop->run(line("convert --to tagged --out-dir out blocked.xml good.xml"));
     QCOMPARE(run.err,
              text("tunerproperties: out/blocked.tpb: cannot write: Filename refers to a directory\n"
                   "tunerproperties: 2 files: 1 converted, 1 unwritable\n"));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolBatchTest::badInputKeepsTheExistingOutput()
 {
-    m_shop->write(text("bad.tpb"), "old");
-    QCOMPARE(m_shop->run(line("convert --to tagged --out-dir . bad.xml")).status, 1);
-    QCOMPARE(m_shop->read(text("bad.tpb")), QByteArray("old"));
-    QCOMPARE(m_shop->run(line("convert --no-validate --to tagged --out-dir . bad.xml")).status, 0);
-    QVERIFY(m_shop->read(text("bad.tpb")).startsWith(QByteArray::fromHex("C10CBB5F")));
+    m_workshop->write(text("bad.tpb"), "old");
+    QCOMPARE(m_workshop->run(line("convert --to tagged --out-dir . bad.xml")).status, 1);
+    QCOMPARE(m_workshop->read(text("bad.tpb")), QByteArray("old"));
+    QCOMPARE(m_workshop->run(line("convert --no-validate --to tagged --out-dir . bad.xml")).status, 0);
+    QVERIFY(m_workshop->read(text("bad.tpb")).startsWith(QByteArray::fromHex("C10CBB5F")));
 }
 
 // The first file delays the reports of the others; the number of finished files is limited meanwhile.
 void ToolBatchTest::memoryDoesNotGrowWithTheNumberOfFiles()
 {
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(text("pipe"))).constData(), 0600), 0);
     QStringList files;
     for (int i = 0; i < 200; ++i) {
         files.append(text("%1.xml").arg(i, 3, 10, QLatin1Char('0')));
-        m_shop->write(files.last(), smallXml);
+        m_workshop->write(files.last(), smallXml);
     }
     // With two jobs, a thread may be 32 files ahead: of the pipe and 31 more; all others wait.
-    const Run run =
-        m_shop->shell(await
-                      + text("\"$tool\" convert --special-files --quiet --jobs 2 --to tagged --out-dir out pipe %1 &\n"
-                             "await out/030.tpb; sleep 0.2; ls out | wc -l; cat good.xml > pipe; wait; ls out | wc -l")
-                            .arg(files.join(QLatin1Char(' '))));
+    const Run run = m_workshop->shell(
+        await
+        + text("\"$tool\" convert --special-files --quiet --jobs 2 --to tagged --out-dir out pipe %1 &\n"
+               "await out/030.tpb; sleep 0.2; ls out | wc -l; cat good.xml > pipe; wait; ls out | wc -l")
+              .arg(files.join(QLatin1Char(' '))));
     QCOMPARE(run.out.simplified(), text("31 201"));
     QCOMPARE(run.err, QString());
 }

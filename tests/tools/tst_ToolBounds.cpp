@@ -197,8 +197,8 @@ class ToolBoundsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_shop = std::make_unique<Workshop>(); }
-    void cleanup() { m_shop.reset(); }
+    void init() { m_workshop = std::make_unique<Workshop>(); }
+    void cleanup() { m_workshop.reset(); }
 
     void aLongNameIsShortenedInThePathsOfProblems();
     void aLongNameIsShortenedInTheJsonOfProblems();
@@ -233,13 +233,13 @@ private:
 #endif
     }
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
 {
-    m_shop->write(QStringLiteral("in.xml"), longName("<Node/>"));
-    const Cost cost = costOf(*m_shop, line("validate in.xml"));
+    m_workshop->write(QStringLiteral("in.xml"), longName("<Node/>"));
+    const Cost cost = costOf(*m_workshop, line("validate in.xml"));
     QCOMPARE(cost.status, 1);
     const QList<QByteArray> lines = cost.out.split('\n');
     QCOMPARE(lines.size(), 102); // the last one is empty
@@ -253,14 +253,14 @@ void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
     checkMemory(cost, 64 * MiB);
 
     // The position in the path leads to the complete name.
-    const Cost name = costOf(*m_shop, line("get in.xml Component[1]/name"));
+    const Cost name = costOf(*m_workshop, line("get in.xml Component[1]/name"));
     QCOMPARE(name.outSize, qint64(100001));
 }
 
 void ToolBoundsTest::aLongNameIsShortenedInTheJsonOfProblems()
 {
-    m_shop->write(QStringLiteral("in.xml"), longName("<Node/>"));
-    const Cost cost = costOf(*m_shop, line("validate --json --max-problems 1 in.xml"));
+    m_workshop->write(QStringLiteral("in.xml"), longName("<Node/>"));
+    const Cost cost = costOf(*m_workshop, line("validate --json --max-problems 1 in.xml"));
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out,
              R"({"file":"in.xml","status":"problems","problems":[{"path":["Component 1 \")" + QByteArray(49, 'x')
@@ -272,9 +272,9 @@ void ToolBoundsTest::aLongNameIsShortenedInTheJsonOfProblems()
 
 void ToolBoundsTest::aLongNameIsShortenedInThePathsOfDifferences()
 {
-    m_shop->write(QStringLiteral("old.xml"), longName("<Node id=\"a\"/>"));
-    m_shop->write(QStringLiteral("new.xml"), longName("<Node id=\"b\"/>"));
-    const Cost cost = costOf(*m_shop, line("diff old.xml new.xml"));
+    m_workshop->write(QStringLiteral("old.xml"), longName("<Node id=\"a\"/>"));
+    m_workshop->write(QStringLiteral("new.xml"), longName("<Node id=\"b\"/>"));
+    const Cost cost = costOf(*m_workshop, line("diff old.xml new.xml"));
     QCOMPARE(cost.status, 0);
     const QList<QByteArray> lines = cost.out.split('\n');
     QCOMPARE(lines[0], QByteArray("+ Component[1]/Node[id=b][1]"));
@@ -284,8 +284,8 @@ void ToolBoundsTest::aLongNameIsShortenedInThePathsOfDifferences()
 
 void ToolBoundsTest::aLongMessageIsShortened()
 {
-    m_shop->write(QStringLiteral("in.xml"), xml('<' + QByteArray(3000, 'e') + "/>"));
-    const Cost cost = costOf(*m_shop, line("validate in.xml"));
+    m_workshop->write(QStringLiteral("in.xml"), xml('<' + QByteArray(3000, 'e') + "/>"));
+    const Cost cost = costOf(*m_workshop, line("validate in.xml"));
     QCOMPARE(cost.status, 1);
     QVERIFY2(cost.outSize < 1024, qPrintable(QString::number(cost.outSize)));
     QVERIFY2(cost.out.contains("e' in 'TunerProperties'"), cost.out.constData());
@@ -293,24 +293,24 @@ void ToolBoundsTest::aLongMessageIsShortened()
 
 void ToolBoundsTest::hundredProblemsAreListedAndAllAreCounted()
 {
-    m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 20000))));
-    const Cost cost = costOf(*m_shop, line("validate in.tpb"));
+    m_workshop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 20000))));
+    const Cost cost = costOf(*m_workshop, line("validate in.tpb"));
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out.count('\n'), 101);
     QVERIFY2(
         cost.out.endsWith("in.tpb: 40001 problems; only the first 100 are listed; use --max-problems to list more\n"),
         cost.out.constData());
     // There is no last line if all problems are listed.
-    m_shop->write(QStringLiteral("few.tpb"), document(component(emptyItems(nodeTag, 2))));
-    QCOMPARE(costOf(*m_shop, line("validate --max-problems 5 few.tpb")).out.count('\n'), 5);
-    QCOMPARE(costOf(*m_shop, line("validate few.tpb")).out.count('\n'), 5);
+    m_workshop->write(QStringLiteral("few.tpb"), document(component(emptyItems(nodeTag, 2))));
+    QCOMPARE(costOf(*m_workshop, line("validate --max-problems 5 few.tpb")).out.count('\n'), 5);
+    QCOMPARE(costOf(*m_workshop, line("validate few.tpb")).out.count('\n'), 5);
 }
 
 void ToolBoundsTest::moreProblemsAreListedOnRequest()
 {
-    m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 100))));
-    QCOMPARE(costOf(*m_shop, line("validate --max-problems 1000 in.tpb")).out.count('\n'), 201);
-    const Cost converted = costOf(*m_shop, line("convert --max-problems 2 in.tpb out.xml"));
+    m_workshop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 100))));
+    QCOMPARE(costOf(*m_workshop, line("validate --max-problems 1000 in.tpb")).out.count('\n'), 201);
+    const Cost converted = costOf(*m_workshop, line("convert --max-problems 2 in.tpb out.xml"));
     QCOMPARE(converted.status, 1);
     QCOMPARE(converted.err,
              QByteArray("tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set ValueItem properly.\n"
@@ -321,8 +321,8 @@ void ToolBoundsTest::moreProblemsAreListedOnRequest()
 
 void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
 {
-    m_shop->write(QStringLiteral("in.xml"), xml(QByteArray("<a/>").repeated(3000)));
-    const Cost cost = costOf(*m_shop, line("validate --max-problems 1 in.xml"));
+    m_workshop->write(QStringLiteral("in.xml"), xml(QByteArray("<a/>").repeated(3000)));
+    const Cost cost = costOf(*m_workshop, line("validate --max-problems 1 in.xml"));
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out,
              QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'.\n"
@@ -332,8 +332,9 @@ void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
 void ToolBoundsTest::invalidMaxProblemsIsWrongUsage()
 {
     for (const char *number : {"0", "-1", "many", "2147483648"}) {
-        const Run run = m_shop->run({QStringLiteral("validate"),
-                                     QStringLiteral("--max-problems=") + QLatin1String(number), QStringLiteral("x")});
+        const Run run =
+            m_workshop->run({QStringLiteral("validate"), QStringLiteral("--max-problems=") + QLatin1String(number),
+                             QStringLiteral("x")});
         QCOMPARE(run.status, 2);
         QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0),
                  QStringLiteral("tunerproperties: --max-problems must be a number from 1 to 2147483647, not '%1'")
@@ -358,14 +359,14 @@ void ToolBoundsTest::compressedDataBeyondTheLimitIsAnError()
     const QByteArray in = compressed(expanded);
     QCOMPARE(expanded.size(), 4000066);
     QVERIFY(in.size() < 4096);
-    m_shop->write(QStringLiteral("in.tpz"), in);
-    const Cost cost = costOf(*m_shop, command.split(QLatin1Char(' ')));
+    m_workshop->write(QStringLiteral("in.tpz"), in);
+    const Cost cost = costOf(*m_workshop, command.split(QLatin1Char(' ')));
     QCOMPARE(cost.status, 3);
     QCOMPARE(cost.out, QByteArray());
     QCOMPARE(cost.err,
              "tunerproperties: in.tpz: expands from " + QByteArray::number(in.size())
                  + " to 4000066 bytes, more than 50 times its size; use --max-expansion to allow it\n");
-    QCOMPARE(m_shop->read(QStringLiteral("in.tpz")), in);
+    QCOMPARE(m_workshop->read(QStringLiteral("in.tpz")), in);
     checkMemory(cost, 64 * MiB); // the memory of this program counts for the one that it starts
 }
 
@@ -385,37 +386,37 @@ void ToolBoundsTest::expansionOfFiftyTimesIsAccepted()
     const double refusedTimes = double(composed(59500).size()) / refused.size();
     QVERIFY2(acceptedTimes > 44 && acceptedTimes < 50, qPrintable(QString::number(acceptedTimes)));
     QVERIFY2(refusedTimes > 50 && refusedTimes < 56, qPrintable(QString::number(refusedTimes)));
-    m_shop->write(QStringLiteral("accepted.tpz"), accepted);
-    m_shop->write(QStringLiteral("refused.tpz"), refused);
-    QCOMPARE(costOf(*m_shop, line("get accepted.tpz type")).status, 0);
-    QCOMPARE(costOf(*m_shop, line("get refused.tpz type")).status, 3);
+    m_workshop->write(QStringLiteral("accepted.tpz"), accepted);
+    m_workshop->write(QStringLiteral("refused.tpz"), refused);
+    QCOMPARE(costOf(*m_workshop, line("get accepted.tpz type")).status, 0);
+    QCOMPARE(costOf(*m_workshop, line("get refused.tpz type")).status, 3);
 }
 
 void ToolBoundsTest::pageOfTooManyObjectsIsAnError()
 {
-    m_shop->write(QStringLiteral("in.tpb"), document(emptyItems(componentTag, 100001)));
-    const Cost cost = costOf(*m_shop, line("show --format html in.tpb"));
+    m_workshop->write(QStringLiteral("in.tpb"), document(emptyItems(componentTag, 100001)));
+    const Cost cost = costOf(*m_workshop, line("show --format html in.tpb"));
     QCOMPARE(cost.status, 3);
     QCOMPARE(cost.outSize, qint64(0));
     QCOMPARE(cost.err,
              QByteArray("tunerproperties: in.tpb: cannot show more than 100000 objects on a page; use 'show --format "
                         "json'\n"));
-    QVERIFY(costOf(*m_shop, line("show --format json in.tpb")).outSize > 100001);
+    QVERIFY(costOf(*m_workshop, line("show --format json in.tpb")).outSize > 100001);
 }
 
 void ToolBoundsTest::maxExpansionRaisesTheLimit()
 {
-    m_shop->write(QStringLiteral("in.tpz"), compressed(document(component(emptyItems(nodeTag, 20000)))));
-    QCOMPARE(costOf(*m_shop, line("get in.tpz type")).status, 3);
-    const Cost cost = costOf(*m_shop, line("get --max-expansion 1100 in.tpz type"));
+    m_workshop->write(QStringLiteral("in.tpz"), compressed(document(component(emptyItems(nodeTag, 20000)))));
+    QCOMPARE(costOf(*m_workshop, line("get in.tpz type")).status, 3);
+    const Cost cost = costOf(*m_workshop, line("get --max-expansion 1100 in.tpz type"));
     QCOMPARE(cost.status, 0);
     QCOMPARE(cost.out, QByteArray("SCP\n"));
-    QCOMPARE(costOf(*m_shop, line("validate --max-expansion 1100 in.tpz")).status, 1);
+    QCOMPARE(costOf(*m_workshop, line("validate --max-expansion 1100 in.tpz")).status, 1);
 }
 
 void ToolBoundsTest::invalidMaxExpansionIsWrongUsage()
 {
-    const Run run = m_shop->run(line("show --max-expansion 1101 x"));
+    const Run run = m_workshop->run(line("show --max-expansion 1101 x"));
     QCOMPARE(run.status, 2);
     QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0),
              QStringLiteral("tunerproperties: --max-expansion must be a number from 1 to 1100, not '1101'"));
@@ -424,9 +425,10 @@ void ToolBoundsTest::invalidMaxExpansionIsWrongUsage()
 void ToolBoundsTest::everyExampleExpandsWithinTheLimit()
 {
     for (const QString &name : exampleNames()) {
-        QCOMPARE(costOf(*m_shop, {QStringLiteral("convert"), examplePath(name), QStringLiteral("out.tpz")}).status, 0);
+        QCOMPARE(costOf(*m_workshop, {QStringLiteral("convert"), examplePath(name), QStringLiteral("out.tpz")}).status,
+                 0);
         // Even a limit of 10 is enough.
-        QCOMPARE(costOf(*m_shop, line("validate --max-expansion 10 out.tpz")).status, 0);
+        QCOMPARE(costOf(*m_workshop, line("validate --max-expansion 10 out.tpz")).status, 0);
     }
 }
 
@@ -438,8 +440,8 @@ void ToolBoundsTest::bandwidthsOfEverySizeMakeASmallPage()
         const QByteArray number = i == 0 ? QByteArray("1e-300") : i == 1 ? QByteArray("1e308") : QByteArray("1");
         bandwidths += "<BandwidthSelection Name=\"n\" MaxBandwidth=\"" + number + "\"/>";
     }
-    m_shop->write(QStringLiteral("in.xml"), xml(bandwidths));
-    const Cost cost = costOf(*m_shop, line("show --format html in.xml"));
+    m_workshop->write(QStringLiteral("in.xml"), xml(bandwidths));
+    const Cost cost = costOf(*m_workshop, line("show --format html in.xml"));
     QCOMPARE(cost.status, 0);
     QVERIFY2(cost.outSize < count * 1500, qPrintable(QString::number(cost.outSize)));
     checkMemory(cost, 64 * MiB);
@@ -456,11 +458,11 @@ void ToolBoundsTest::resultsOfManyFilesTakeLittleMemory_data()
 void ToolBoundsTest::resultsOfManyFilesTakeLittleMemory()
 {
     QFETCH(QString, options);
-    m_shop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 4000))));
+    m_workshop->write(QStringLiteral("in.tpb"), document(component(emptyItems(nodeTag, 4000))));
     QStringList arguments = (QStringLiteral("validate --jobs 4") + options).split(QLatin1Char(' '));
     for (int i = 0; i < 40; ++i)
         arguments.append(QStringLiteral("in.tpb"));
-    const Cost cost = costOf(*m_shop, arguments);
+    const Cost cost = costOf(*m_workshop, arguments);
     QCOMPARE(cost.status, 1);
     QVERIFY2(cost.outSize <= 40 * 20000, qPrintable(QString::number(cost.outSize)));
     QCOMPARE(cost.outSize == 0, options == QLatin1String(" --quiet"));
@@ -470,8 +472,8 @@ void ToolBoundsTest::resultsOfManyFilesTakeLittleMemory()
 // This used to process 100,000 characters for each element, which took minutes.
 void ToolBoundsTest::aLongVersionIsNotReadAgainForEachElement()
 {
-    m_shop->write(QStringLiteral("in.xml"), xml(QByteArray("<a/>").repeated(5000), QByteArray(100000, '1')));
-    const Cost cost = costOf(*m_shop, line("validate --max-problems 1 in.xml"));
+    m_workshop->write(QStringLiteral("in.xml"), xml(QByteArray("<a/>").repeated(5000), QByteArray(100000, '1')));
+    const Cost cost = costOf(*m_workshop, line("validate --max-problems 1 in.xml"));
     QCOMPARE(cost.status, 1);
     QVERIFY2(cost.out.contains("in.xml: 5001 problems"), cost.out.constData());
 }
@@ -545,11 +547,11 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput()
     QFETCH(int, outPerByte);
     QFETCH(int, memoryPerByte);
     constexpr qint64 usualOutput = 1 << 16; // styles and script of a page, a hundred problems
-    m_shop->write(file, in);
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    m_workshop->write(file, in);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
     // The page includes its resources, and set reads the document twice.
-    static const qint64 usualMemory = costOf(*m_shop, line("show --format html small.xml")).memory + 3 * MiB;
-    const Cost cost = costOf(*m_shop, command.split(QLatin1Char(' ')));
+    static const qint64 usualMemory = costOf(*m_workshop, line("show --format html small.xml")).memory + 3 * MiB;
+    const Cost cost = costOf(*m_workshop, command.split(QLatin1Char(' ')));
     QVERIFY2(cost.status == 0 || (cost.status == 1 && command.startsWith(QLatin1String("validate"))),
              cost.err.constData());
     const qint64 mostOutput = usualOutput + in.size() * outPerByte;

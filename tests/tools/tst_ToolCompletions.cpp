@@ -22,7 +22,7 @@ private:
     QString completedByFish(const QString &typed);
     QString completedByZsh(const QString &typed);
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
     QTemporaryDir m_kept;
 };
 
@@ -51,16 +51,16 @@ QString outputOf(const char *program, const QStringList &arguments, const QStrin
 
 void ToolCompletionsTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
-    QVERIFY(QDir().mkpath(m_shop->path(text("folder"))));
-    QVERIFY(QDir().mkpath(m_shop->path(text("home"))));
+    m_workshop = std::make_unique<Workshop>();
+    QVERIFY(QDir().mkpath(m_workshop->path(text("folder"))));
+    QVERIFY(QDir().mkpath(m_workshop->path(text("home"))));
     for (const char *name : {"tuner1.xml", "tuner 2.xml", "other"})
-        m_shop->write(text(name), smallXml);
+        m_workshop->write(text(name), smallXml);
 }
 
 void ToolCompletionsTest::cleanup()
 {
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 /// Sorted, and without what a shell adds: a description, the slash after a folder, the backslash before a blank.
@@ -87,48 +87,48 @@ QString ToolCompletionsTest::completedByBash(const QStringList &words)
     return outputOf(
         bash,
         QStringList{text("--norc"), text("-c"), script, text("bash"), text(PAGES_DIR "/tunerproperties.bash")} + words,
-        m_shop->path(text(".")));
+        m_workshop->path(text(".")));
 }
 
 QString ToolCompletionsTest::completedByFish(const QString &typed)
 {
     const QString script = text("source $argv[1]; complete -C $argv[2]");
     return outputOf(fish, {text("--no-config"), text("-c"), script, text(PAGES_DIR "/tunerproperties.fish"), typed},
-                    m_shop->path(text(".")));
+                    m_workshop->path(text(".")));
 }
 
 // Only the line editor of zsh completes, and only on a terminal.
 QString ToolCompletionsTest::completedByZsh(const QString &typed)
 {
     // Initializing the completions takes long, so its result is kept for the next time.
-    m_shop->write(text("home/.zshrc"),
-                  "PS1='ready> '\n"
-                  "fpath=(" PAGES_DIR " $fpath)\n"
-                  "autoload -Uz compinit\n"
-                  "compinit -u -d '"
-                      + QFile::encodeName(m_kept.filePath(text("zcompdump")))
-                      + "'\n"
-                        "cd ..\n"
-                        // Records every candidate; with these options compadd only tests.
-                        "compadd() {\n"
-                        "    if [[ \" $* \" != *\\ -[OAD]\\ * ]]; then\n"
-                        "        local -a offered\n"
-                        "        builtin compadd -A offered \"$@\"\n"
-                        "        print -rl -- $offered >> home/offered\n"
-                        "    fi\n"
-                        "    builtin compadd \"$@\"\n"
-                        "}\n"
-                        "leave() { exit }\n"
-                        "zle -N leave\n"
-                        "bindkey '^X' leave\n"
-                        "unsetopt list_beep always_last_prompt\n"
-                        "LISTMAX=1000\n");
-    Terminal terminal(m_shop->path(text("home")), text("ZDOTDIR=$PWD exec " ZSH_PROGRAM " -i"), 200);
+    m_workshop->write(text("home/.zshrc"),
+                      "PS1='ready> '\n"
+                      "fpath=(" PAGES_DIR " $fpath)\n"
+                      "autoload -Uz compinit\n"
+                      "compinit -u -d '"
+                          + QFile::encodeName(m_kept.filePath(text("zcompdump")))
+                          + "'\n"
+                            "cd ..\n"
+                            // Records every candidate; with these options compadd only tests.
+                            "compadd() {\n"
+                            "    if [[ \" $* \" != *\\ -[OAD]\\ * ]]; then\n"
+                            "        local -a offered\n"
+                            "        builtin compadd -A offered \"$@\"\n"
+                            "        print -rl -- $offered >> home/offered\n"
+                            "    fi\n"
+                            "    builtin compadd \"$@\"\n"
+                            "}\n"
+                            "leave() { exit }\n"
+                            "zle -N leave\n"
+                            "bindkey '^X' leave\n"
+                            "unsetopt list_beep always_last_prompt\n"
+                            "LISTMAX=1000\n");
+    Terminal terminal(m_workshop->path(text("home")), text("ZDOTDIR=$PWD exec " ZSH_PROGRAM " -i"), 200);
     if (!terminal.await("ready> "))
         return QString::fromUtf8(terminal.written());
     terminal.type(typed.toUtf8() + "\t\x18");
     terminal.readAll();
-    return QString::fromUtf8(m_shop->read(text("home/offered")));
+    return QString::fromUtf8(m_workshop->read(text("home/offered")));
 }
 
 void ToolCompletionsTest::possibleWordsAreCompleted_data()

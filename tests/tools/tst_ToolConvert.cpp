@@ -56,7 +56,7 @@ private Q_SLOTS:
 private:
     void writeRegularDocument();
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 namespace {
@@ -73,12 +73,12 @@ const char *const twoProblems = "tunerproperties: in.xml: Component \"c\": Compo
 
 void ToolConvertTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
+    m_workshop = std::make_unique<Workshop>();
 }
 
 void ToolConvertTest::cleanup()
 {
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 void ToolConvertTest::everyFormIsWritten_data()
@@ -94,13 +94,13 @@ void ToolConvertTest::everyFormIsWritten()
 {
     QFETCH(QString, form);
     QFETCH(QByteArray, expected);
-    const Run toOutput = m_shop->run(line("convert - - --to") << form, smallXml);
+    const Run toOutput = m_workshop->run(line("convert - - --to") << form, smallXml);
     QCOMPARE(toOutput.bytes.toHex(' '), expected.toHex(' '));
     QCOMPARE(toOutput.err, QString());
     QCOMPARE(toOutput.status, 0);
 
-    const Run toFile = m_shop->run(line("convert - out --to") << form, smallXml);
-    QCOMPARE(m_shop->read(QStringLiteral("out")).toHex(' '), expected.toHex(' '));
+    const Run toFile = m_workshop->run(line("convert - out --to") << form, smallXml);
+    QCOMPARE(m_workshop->read(QStringLiteral("out")).toHex(' '), expected.toHex(' '));
     QCOMPARE(toFile.out, QString());
     QCOMPARE(toFile.err, QString());
     QCOMPARE(toFile.status, 0);
@@ -108,7 +108,7 @@ void ToolConvertTest::everyFormIsWritten()
 
 void ToolConvertTest::theCompressedFormHoldsTheTaggedOne()
 {
-    const QByteArray bytes = m_shop->run(line("convert - - --to compressed"), smallXml).bytes;
+    const QByteArray bytes = m_workshop->run(line("convert - - --to compressed"), smallXml).bytes;
     QDataStream stream(bytes);
     quint32 word = 0;
     qint32 length = 0;
@@ -121,19 +121,20 @@ void ToolConvertTest::theCompressedFormHoldsTheTaggedOne()
 void ToolConvertTest::suffixDeterminesTheForm()
 {
     for (const char *name : {"a.xml", "a.tpb", "a.tpz", "a.tps", "A.TPS"})
-        QCOMPARE(m_shop->run(line("convert -") << QString::fromUtf8(name), smallXml).status, 0);
-    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
-    QCOMPARE(m_shop->read(QStringLiteral("a.tpb")), QByteArray::fromHex(smallTaggedHex));
-    QCOMPARE(m_shop->read(QStringLiteral("a.tpz")), m_shop->run(line("convert - - --to compressed"), smallXml).bytes);
-    QCOMPARE(m_shop->read(QStringLiteral("a.tps")), QByteArray::fromHex(smallSnapshotHex));
-    QCOMPARE(m_shop->read(QStringLiteral("A.TPS")), QByteArray::fromHex(smallSnapshotHex));
-    QCOMPARE(m_shop->run(line("convert - -"), smallXml).bytes, QByteArray(smallXml));
+        QCOMPARE(m_workshop->run(line("convert -") << QString::fromUtf8(name), smallXml).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
+    QCOMPARE(m_workshop->read(QStringLiteral("a.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(QStringLiteral("a.tpz")),
+             m_workshop->run(line("convert - - --to compressed"), smallXml).bytes);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.tps")), QByteArray::fromHex(smallSnapshotHex));
+    QCOMPARE(m_workshop->read(QStringLiteral("A.TPS")), QByteArray::fromHex(smallSnapshotHex));
+    QCOMPARE(m_workshop->run(line("convert - -"), smallXml).bytes, QByteArray(smallXml));
 }
 
 void ToolConvertTest::optionOverridesTheSuffix()
 {
-    QCOMPARE(m_shop->run(line("convert - a.xml --to tagged"), smallXml).status, 0);
-    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->run(line("convert - a.xml --to tagged"), smallXml).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolConvertTest::everyFormIsConvertedToEveryOther_data()
@@ -156,12 +157,12 @@ void ToolConvertTest::everyFormIsConvertedToEveryOther()
         return QString::fromUtf8(name) + QLatin1Char('.') + suffix;
     };
     const QString direct = file("direct", to);
-    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("-"), direct}, smallXml).status, 0);
-    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("-"), file("in", from)}, smallXml).status, 0);
-    const Run run = m_shop->run({QStringLiteral("convert"), file("in", from), file("out", to)});
+    QCOMPARE(m_workshop->run({QStringLiteral("convert"), QStringLiteral("-"), direct}, smallXml).status, 0);
+    QCOMPARE(m_workshop->run({QStringLiteral("convert"), QStringLiteral("-"), file("in", from)}, smallXml).status, 0);
+    const Run run = m_workshop->run({QStringLiteral("convert"), file("in", from), file("out", to)});
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
-    QCOMPARE(m_shop->read(file("out", to)), m_shop->read(direct));
+    QCOMPARE(m_workshop->read(file("out", to)), m_workshop->read(direct));
 }
 
 void ToolConvertTest::outputEqualsThatOfTheLibrary_data()
@@ -183,8 +184,8 @@ void ToolConvertTest::outputEqualsThatOfTheLibrary()
 
     const auto written = [&](const char *name) {
         const QString file = QString::fromUtf8(name);
-        const Run run = m_shop->run({QStringLiteral("convert"), path, file});
-        return run.status == 0 && run.err.isEmpty() ? m_shop->read(file) : run.err.toUtf8();
+        const Run run = m_workshop->run({QStringLiteral("convert"), path, file});
+        return run.status == 0 && run.err.isEmpty() ? m_workshop->read(file) : run.err.toUtf8();
     };
     QCOMPARE(written("a.xml"), document.GetXmlString().toUtf8());
     QCOMPARE(written("a.tpb"), document.GetBinaryRepresentationAsQByteArray());
@@ -201,15 +202,15 @@ void ToolConvertTest::examplesReadBackByteForByte()
 {
     QFETCH(QString, path);
     const auto convert = [&](const QString &in, const char *out) {
-        return m_shop->run({QStringLiteral("convert"), in, QString::fromUtf8(out)}).status;
+        return m_workshop->run({QStringLiteral("convert"), in, QString::fromUtf8(out)}).status;
     };
     QCOMPARE(convert(path, "direct.xml"), 0);
     QCOMPARE(convert(path, "a.tpb"), 0);
     QCOMPARE(convert(QStringLiteral("a.tpb"), "a.tps"), 0);
     QCOMPARE(convert(QStringLiteral("a.tps"), "a.tpz"), 0);
     QCOMPARE(convert(QStringLiteral("a.tpz"), "a.xml"), 0);
-    QVERIFY(m_shop->read(QStringLiteral("direct.xml")).size() > 1000);
-    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), m_shop->read(QStringLiteral("direct.xml")));
+    QVERIFY(m_workshop->read(QStringLiteral("direct.xml")).size() > 1000);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), m_workshop->read(QStringLiteral("direct.xml")));
 }
 
 void ToolConvertTest::snapshotKeepsExactNumbers()
@@ -218,8 +219,8 @@ void ToolConvertTest::snapshotKeepsExactNumbers()
     xml.replace("<ValueInt id=\"i\" value=\"7\"/>", "<ValueFloat id=\"i\" value=\"0.125\"/>");
     const auto value = [&](const char *suffix) {
         const QString file = QStringLiteral("a") + QString::fromUtf8(suffix);
-        m_shop->run({QStringLiteral("convert"), QStringLiteral("-"), file}, xml);
-        return m_shop->run({QStringLiteral("show"), file}).out.section(QLatin1String(", value "), 1);
+        m_workshop->run({QStringLiteral("convert"), QStringLiteral("-"), file}, xml);
+        return m_workshop->run({QStringLiteral("show"), file}).out.section(QLatin1String(", value "), 1);
     };
     QCOMPARE(value(".tps"), QStringLiteral("0.125\n"));
     QCOMPARE(value(".tpb"), QStringLiteral("0.13\n"));
@@ -236,30 +237,30 @@ void ToolConvertTest::invalidDocumentsAreNotConverted_data()
 void ToolConvertTest::invalidDocumentsAreNotConverted()
 {
     QFETCH(QString, out);
-    m_shop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
-    const QStringList before = m_shop->files();
+    m_workshop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
+    const QStringList before = m_workshop->files();
     const QStringList arguments = {QStringLiteral("convert"), QStringLiteral("in.xml"), out};
-    const Run run = m_shop->run(arguments);
+    const Run run = m_workshop->run(arguments);
     QCOMPARE(run.err, QString::fromUtf8(twoProblems));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 1);
-    QCOMPARE(m_shop->files(), before);
+    QCOMPARE(m_workshop->files(), before);
 
     if (out == QLatin1String("-"))
         return;
-    m_shop->write(out, "the old file");
-    QCOMPARE(m_shop->run(arguments).status, 1);
-    QCOMPARE(m_shop->read(out), QByteArray("the old file"));
+    m_workshop->write(out, "the old file");
+    QCOMPARE(m_workshop->run(arguments).status, 1);
+    QCOMPARE(m_workshop->read(out), QByteArray("the old file"));
 }
 
 void ToolConvertTest::noValidateWritesInvalidDocuments()
 {
-    const Run run = m_shop->run(line("convert - - --no-validate"), withoutTypes(smallXml));
+    const Run run = m_workshop->run(line("convert - - --no-validate"), withoutTypes(smallXml));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.bytes, QByteArray(smallXml).replace("type=\"SCP\"", "type=\"\"").replace("type=\"t\"", "type=\"\""));
     QCOMPARE(run.status, 0);
 
-    const Run empty = m_shop->run(line("convert - - --no-validate"), "<TunerProperties Version=\"1.1\"/>");
+    const Run empty = m_workshop->run(line("convert - - --no-validate"), "<TunerProperties Version=\"1.1\"/>");
     QCOMPARE(empty.out,
              QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                             "<TunerProperties Version=\"1.1\" type=\"\" baseresource=\"\"/>\n"));
@@ -268,51 +269,51 @@ void ToolConvertTest::noValidateWritesInvalidDocuments()
 
 void ToolConvertTest::fileCanBeConvertedInPlace()
 {
-    m_shop->write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("  ", "").replace(">\n<", "><"));
-    QCOMPARE(m_shop->run(line("convert a.xml a.xml")).status, 0);
-    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
-    QCOMPARE(m_shop->run(line("convert a.xml a.xml --to tagged")).status, 0);
-    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
+    m_workshop->write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("  ", "").replace(">\n<", "><"));
+    QCOMPARE(m_workshop->run(line("convert a.xml a.xml")).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
+    QCOMPARE(m_workshop->run(line("convert a.xml a.xml --to tagged")).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray::fromHex(smallTaggedHex));
 }
 
 void ToolConvertTest::failedConversionInPlaceKeepsTheFile()
 {
-    m_shop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
-    const Run run = m_shop->run(line("convert in.xml in.xml"));
+    m_workshop->write(QStringLiteral("in.xml"), withoutTypes(smallXml));
+    const Run run = m_workshop->run(line("convert in.xml in.xml"));
     QCOMPARE(run.err, QString::fromUtf8(twoProblems));
     QCOMPARE(run.status, 1);
-    QCOMPARE(m_shop->read(QStringLiteral("in.xml")), withoutTypes(smallXml));
+    QCOMPARE(m_workshop->read(QStringLiteral("in.xml")), withoutTypes(smallXml));
 }
 
 void ToolConvertTest::outputReplacesALongerFile()
 {
-    m_shop->write(QStringLiteral("a.xml"), QByteArray(100000, 'x'));
-    QCOMPARE(m_shop->run(line("convert - a.xml"), smallXml).status, 0);
-    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
+    m_workshop->write(QStringLiteral("a.xml"), QByteArray(100000, 'x'));
+    QCOMPARE(m_workshop->run(line("convert - a.xml"), smallXml).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
 }
 
 void ToolConvertTest::conversionLeavesNoOtherFiles()
 {
-    QCOMPARE(m_shop->run(line("convert - a.xml"), smallXml).status, 0);
-    QCOMPARE(m_shop->run(line("convert - no.xml"), withoutTypes(smallXml)).status, 1);
-    QCOMPARE(m_shop->files(), QStringList(QStringLiteral("a.xml")));
+    QCOMPARE(m_workshop->run(line("convert - a.xml"), smallXml).status, 0);
+    QCOMPARE(m_workshop->run(line("convert - no.xml"), withoutTypes(smallXml)).status, 1);
+    QCOMPARE(m_workshop->files(), QStringList(QStringLiteral("a.xml")));
 }
 
 void ToolConvertTest::linkStaysAndItsTargetIsWritten()
 {
-    m_shop->write(QStringLiteral("file.xml"), "old");
-    QVERIFY(QFile::link(m_shop->path(QStringLiteral("file.xml")), m_shop->path(QStringLiteral("link.xml"))));
-    QCOMPARE(m_shop->run(line("convert - link.xml"), smallXml).status, 0);
-    QVERIFY(QFileInfo(m_shop->path(QStringLiteral("link.xml"))).isSymLink());
-    QCOMPARE(m_shop->read(QStringLiteral("file.xml")), QByteArray(smallXml));
+    m_workshop->write(QStringLiteral("file.xml"), "old");
+    QVERIFY(QFile::link(m_workshop->path(QStringLiteral("file.xml")), m_workshop->path(QStringLiteral("link.xml"))));
+    QCOMPARE(m_workshop->run(line("convert - link.xml"), smallXml).status, 0);
+    QVERIFY(QFileInfo(m_workshop->path(QStringLiteral("link.xml"))).isSymLink());
+    QCOMPARE(m_workshop->read(QStringLiteral("file.xml")), QByteArray(smallXml));
 }
 
 void ToolConvertTest::deviceIsWrittenAndNotReplaced()
 {
     const Run run =
-        m_shop->shell(QStringLiteral("mkfifo pipe; cat pipe & \"$tool\" convert - pipe --to xml <<END\n%1END\n"
-                                     "wait; test -p pipe")
-                          .arg(QString::fromUtf8(smallXml)));
+        m_workshop->shell(QStringLiteral("mkfifo pipe; cat pipe & \"$tool\" convert - pipe --to xml <<END\n%1END\n"
+                                         "wait; test -p pipe")
+                              .arg(QString::fromUtf8(smallXml)));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.bytes, QByteArray(smallXml));
     QCOMPARE(run.status, 0);
@@ -332,31 +333,31 @@ void ToolConvertTest::outputThatCannotBeWrittenIsAnError()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
-    const Run run = m_shop->run(arguments, smallXml);
+    const Run run = m_workshop->run(arguments, smallXml);
     QCOMPARE(run.err, QStringLiteral("tunerproperties: %1\n").arg(error));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->files(), QStringList());
+    QCOMPARE(m_workshop->files(), QStringList());
 }
 
 void ToolConvertTest::specialFilesAreNotReplaced()
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
-    const QByteArray path = QFile::encodeName(m_shop->path(QStringLiteral("socket.xml")));
+    const QByteArray path = QFile::encodeName(m_workshop->path(QStringLiteral("socket.xml")));
     QVERIFY(size_t(path.size()) < sizeof(address.sun_path));
     std::copy(path.begin(), path.end(), address.sun_path);
     const int handle = socket(AF_UNIX, SOCK_STREAM, 0);
     QCOMPARE(bind(handle, reinterpret_cast<const sockaddr *>(&address), sizeof(address)), 0);
 
-    const Run run = m_shop->run(line("convert - socket.xml"), smallXml);
+    const Run run = m_workshop->run(line("convert - socket.xml"), smallXml);
     struct stat status = {};
     QCOMPARE(stat(path.constData(), &status), 0);
     QVERIFY(S_ISSOCK(status.st_mode));
     close(handle);
     QCOMPARE(run.err, QStringLiteral("tunerproperties: socket.xml: cannot write: No such device or address\n"));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->files(), QStringList(QStringLiteral("socket.xml")));
+    QCOMPARE(m_workshop->files(), QStringList(QStringLiteral("socket.xml")));
 }
 
 void ToolConvertTest::textThatXmlCannotRepresentIsAnError()
@@ -364,19 +365,19 @@ void ToolConvertTest::textThatXmlCannotRepresentIsAnError()
     QByteArray tagged = QByteArray::fromHex(smallTaggedHex);
     tagged.replace(QByteArray::fromHex("E0CFAE8E 00000005 00000001 62"),
                    QByteArray::fromHex("E0CFAE8E 00000005 00000001 07")); // a bell as base resource
-    m_shop->write(QStringLiteral("a.xml"), "the old file");
+    m_workshop->write(QStringLiteral("a.xml"), "the old file");
     const QString why = QStringLiteral("a text in or just above line 2 of the document contains a character that XML "
                                        "cannot carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)\n");
-    const Run toFile = m_shop->run(line("convert - a.xml"), tagged);
+    const Run toFile = m_workshop->run(line("convert - a.xml"), tagged);
     QCOMPARE(toFile.err, QStringLiteral("tunerproperties: a.xml: ") + why);
     QCOMPARE(toFile.status, 3);
-    QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray("the old file"));
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray("the old file"));
 
-    const Run toOutput = m_shop->run(line("convert - -"), tagged);
+    const Run toOutput = m_workshop->run(line("convert - -"), tagged);
     QCOMPARE(toOutput.err, QStringLiteral("tunerproperties: -: ") + why);
     QCOMPARE(toOutput.out, QString());
     QCOMPARE(toOutput.status, 3);
-    QCOMPARE(m_shop->run(line("convert - - --to tagged"), tagged).bytes, tagged);
+    QCOMPARE(m_workshop->run(line("convert - - --to tagged"), tagged).bytes, tagged);
 }
 
 /// in.xml: 2,000 equal nodes, so that its compressed form is very small.
@@ -384,7 +385,7 @@ void ToolConvertTest::writeRegularDocument()
 {
     const QByteArray node = "<Node id=\"n\"><ValueItem><ValueInt id=\"v\" value=\"1\"/></ValueItem></Node>";
     QByteArray xml = smallXml;
-    m_shop->write(QStringLiteral("in.xml"), xml.replace("</Component>", node.repeated(2000) + "</Component>"));
+    m_workshop->write(QStringLiteral("in.xml"), xml.replace("</Component>", node.repeated(2000) + "</Component>"));
 }
 
 void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted_data()
@@ -404,11 +405,11 @@ void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted()
     QFETCH(QString, output);
     writeRegularDocument();
     if (output == QLatin1String("in.tpz"))
-        QCOMPARE(m_shop->run(line("convert in.xml in.tpz")).status, 0);
-    const Run run = m_shop->run(command.split(QLatin1Char(' ')));
+        QCOMPARE(m_workshop->run(line("convert in.xml in.tpz")).status, 0);
+    const Run run = m_workshop->run(command.split(QLatin1Char(' ')));
     QCOMPARE(run.status, 0);
 
-    const QByteArray written = m_shop->read(output);
+    const QByteArray written = m_workshop->read(output);
     const auto expanded = qFromBigEndian<quint32>(written.constData() + 8);
     const int times = int(expanded / quint32(written.size())) + 1;
     QVERIFY2(times > 51, qPrintable(QString::number(times)));
@@ -418,7 +419,7 @@ void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted()
                  .arg(output)
                  .arg(times));
     const auto validate = [&](int most) {
-        return m_shop
+        return m_workshop
             ->run({QStringLiteral("validate"), QStringLiteral("--max-expansion"), QString::number(most), output})
             .status;
     };
@@ -429,7 +430,7 @@ void ToolConvertTest::outputThatNeedsMaxExpansionIsNoted()
 void ToolConvertTest::quietConversionNotesNothing()
 {
     writeRegularDocument();
-    const Run run = m_shop->run(line("convert --quiet in.xml out.tpz"));
+    const Run run = m_workshop->run(line("convert --quiet in.xml out.tpz"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
 }

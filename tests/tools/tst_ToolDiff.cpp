@@ -26,7 +26,7 @@ private:
     /// The differences of two documents with these members as JSON.
     QString diff(const QByteArray &first, const QByteArray &second);
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 namespace {
@@ -54,14 +54,14 @@ QByteArray listOf(const QByteArray &items)
 
 void ToolDiffTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
+    m_workshop = std::make_unique<Workshop>();
 }
 
 QString ToolDiffTest::diff(const QByteArray &first, const QByteArray &second)
 {
-    m_shop->write(QStringLiteral("a.json"), documentOf(first));
-    m_shop->write(QStringLiteral("b.json"), documentOf(second));
-    const Run run = m_shop->run(line("diff a.json b.json"));
+    m_workshop->write(QStringLiteral("a.json"), documentOf(first));
+    m_workshop->write(QStringLiteral("b.json"), documentOf(second));
+    const Run run = m_workshop->run(line("diff a.json b.json"));
     return run.status == 0 && run.err.isEmpty() ? run.out : QStringLiteral("status %1: ").arg(run.status) + run.err;
 }
 
@@ -84,8 +84,8 @@ void ToolDiffTest::equalDocumentsInDifferentFormsHaveNoDifferences()
     const QString a = QStringLiteral("a.") + first;
     const QString b = QStringLiteral("b.") + second;
     for (const QString &file : {a, b})
-        QCOMPARE(m_shop->run({QStringLiteral("convert"), examplePath(QStringLiteral("scp")), file}).status, 0);
-    const Run run = m_shop->run({QStringLiteral("diff"), QStringLiteral("--exit-code"), a, b});
+        QCOMPARE(m_workshop->run({QStringLiteral("convert"), examplePath(QStringLiteral("scp")), file}).status, 0);
+    const Run run = m_workshop->run({QStringLiteral("diff"), QStringLiteral("--exit-code"), a, b});
     QCOMPARE(run.out + run.err, QString());
     QCOMPARE(run.status, 0);
 }
@@ -180,37 +180,39 @@ void ToolDiffTest::linesAreInDocumentOrder()
 
 void ToolDiffTest::exitCodeOptionReportsDifferences()
 {
-    m_shop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
-    m_shop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
-    QCOMPARE(m_shop->run(line("diff a.json b.json")).status, 0);
-    const Run run = m_shop->run(line("diff --exit-code a.json b.json"));
+    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    QCOMPARE(m_workshop->run(line("diff a.json b.json")).status, 0);
+    const Run run = m_workshop->run(line("diff --exit-code a.json b.json"));
     QCOMPARE(run.status, 1);
     QCOMPARE(run.out, QStringLiteral("~ quantity: 1 -> 2\n"));
-    QCOMPARE(m_shop->run(line("diff --exit-code a.json a.json")).status, 0);
+    QCOMPARE(m_workshop->run(line("diff --exit-code a.json a.json")).status, 0);
 }
 
 void ToolDiffTest::colorsAreUsedOnTerminals()
 {
-    m_shop->write(QStringLiteral("a.json"),
-                  documentOf(R"("quantity": 1, "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
-    m_shop->write(QStringLiteral("b.json"),
-                  documentOf(R"("quantity": 2, "BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
+    m_workshop->write(
+        QStringLiteral("a.json"),
+        documentOf(R"("quantity": 1, "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
+    m_workshop->write(
+        QStringLiteral("b.json"),
+        documentOf(R"("quantity": 2, "BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
     const QString plain = QStringLiteral("~ quantity: 1 -> 2\n"
                                          "- BandwidthSelection[Name=a]\n"
                                          "+ BandwidthSelection[Name=b]\n"
                                          "> BandwidthSelection[Name=n]: moved from 3 to 1\n");
-    QCOMPARE(m_shop->run(line("diff a.json b.json")).out, plain);
-    QCOMPARE(m_shop->run(line("diff --color auto a.json b.json")).out, plain);
-    QCOMPARE(m_shop->run(line("diff --color never a.json b.json")).out, plain);
+    QCOMPARE(m_workshop->run(line("diff a.json b.json")).out, plain);
+    QCOMPARE(m_workshop->run(line("diff --color auto a.json b.json")).out, plain);
+    QCOMPARE(m_workshop->run(line("diff --color never a.json b.json")).out, plain);
     const QString colored = QStringLiteral("\x1B[33m~ quantity: 1 -> 2\x1B[m\n"
                                            "\x1B[31m- BandwidthSelection[Name=a]\x1B[m\n"
                                            "\x1B[32m+ BandwidthSelection[Name=b]\x1B[m\n"
                                            "\x1B[36m> BandwidthSelection[Name=n]: moved from 3 to 1\x1B[m\n");
-    QCOMPARE(m_shop->run(line("diff --color always a.json b.json")).out, colored);
+    QCOMPARE(m_workshop->run(line("diff --color always a.json b.json")).out, colored);
 
     const auto onTerminal = [&](const char *environment, const char *kind) {
         Terminal terminal(
-            m_shop->path(QStringLiteral(".")),
+            m_workshop->path(QStringLiteral(".")),
             QStringLiteral("unset NO_COLOR; %1 $tool diff a.json b.json").arg(QString::fromUtf8(environment)), 80,
             kind);
         terminal.readAll();
@@ -221,17 +223,18 @@ void ToolDiffTest::colorsAreUsedOnTerminals()
     QCOMPARE(onTerminal("NO_COLOR=1", "xterm"), plain);
     QCOMPARE(onTerminal("", "dumb"), plain);
 
-    const Run wrong = m_shop->run(line("diff --color sometimes a.json b.json"));
+    const Run wrong = m_workshop->run(line("diff --color sometimes a.json b.json"));
     QCOMPARE(wrong.status, 2);
 }
 
 void ToolDiffTest::jsonOptionWritesDifferencesAsJson()
 {
-    m_shop->write(QStringLiteral("a.json"),
-                  documentOf(R"("name": "\"\n", "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
-    m_shop->write(QStringLiteral("b.json"),
-                  documentOf(R"("BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
-    const Run run = m_shop->run(line("diff --json a.json b.json"));
+    m_workshop->write(
+        QStringLiteral("a.json"),
+        documentOf(R"("name": "\"\n", "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
+    m_workshop->write(QStringLiteral("b.json"),
+                      documentOf(R"("BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
+    const Run run = m_workshop->run(line("diff --json a.json b.json"));
     QCOMPARE(run.out, QStringLiteral(R"_({"change":"changed","path":"name","before":"\"\\\"\\n\"","after":"(not set)"}
 {"change":"removed","path":"BandwidthSelection[Name=a]","before":"","after":null}
 {"change":"added","path":"BandwidthSelection[Name=b]","before":null,"after":""}
@@ -250,12 +253,12 @@ void ToolDiffTest::textsStayOnOneLine()
 
 void ToolDiffTest::unreadableDocumentIsAnError()
 {
-    m_shop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
-    m_shop->write(QStringLiteral("b.json"), "{");
-    const Run missing = m_shop->run(line("diff --exit-code a.json c.json"));
+    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("b.json"), "{");
+    const Run missing = m_workshop->run(line("diff --exit-code a.json c.json"));
     QCOMPARE(missing.err, QStringLiteral("tunerproperties: c.json: cannot open: No such file or directory\n"));
     QCOMPARE(missing.status, 3);
-    const Run damaged = m_shop->run(line("diff b.json a.json"));
+    const Run damaged = m_workshop->run(line("diff b.json a.json"));
     QCOMPARE(damaged.err,
              QStringLiteral("tunerproperties: b.json:1:2: syntax error while parsing object key - unexpected end of "
                             "input; expected string literal\n"));
@@ -264,12 +267,12 @@ void ToolDiffTest::unreadableDocumentIsAnError()
 
 void ToolDiffTest::standardInputIsReadOnce()
 {
-    const Run run = m_shop->run(line("diff - -"), smallXml);
+    const Run run = m_workshop->run(line("diff - -"), smallXml);
     QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0),
              QStringLiteral("tunerproperties: standard input can be read only once"));
     QCOMPARE(run.status, 2);
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
-    QCOMPARE(m_shop->run(line("diff small.xml -"), QByteArray::fromHex(smallTaggedHex)).out, QString());
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    QCOMPARE(m_workshop->run(line("diff small.xml -"), QByteArray::fromHex(smallTaggedHex)).out, QString());
 }
 
 TEST_SUITE(ToolDiffTest)

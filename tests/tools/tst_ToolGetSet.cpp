@@ -48,7 +48,7 @@ private:
     /// The status, the output or error of set, and the differences after it.
     QString set(const QStringList &arguments);
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 namespace {
@@ -81,21 +81,21 @@ const char *const gain = "Component[type=Filter,name=Pre]/Node[id=gain]/ValueIte
 
 void ToolGetSetTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
-    m_shop->write(QStringLiteral("f.json"), document);
+    m_workshop = std::make_unique<Workshop>();
+    m_workshop->write(QStringLiteral("f.json"), document);
 }
 
 QString ToolGetSetTest::get(const QString &path)
 {
-    const Run run = m_shop->run({QStringLiteral("get"), QStringLiteral("f.json"), path});
+    const Run run = m_workshop->run({QStringLiteral("get"), QStringLiteral("f.json"), path});
     return QStringLiteral("%1 ").arg(run.status) + run.out + run.err;
 }
 
 QString ToolGetSetTest::set(const QStringList &arguments)
 {
-    m_shop->write(QStringLiteral("before.json"), m_shop->read(QStringLiteral("f.json")));
-    const Run run = m_shop->run(QStringList{QStringLiteral("set")} + arguments);
-    const Run diff = m_shop->run(line("diff before.json f.json"));
+    m_workshop->write(QStringLiteral("before.json"), m_workshop->read(QStringLiteral("f.json")));
+    const Run run = m_workshop->run(QStringList{QStringLiteral("set")} + arguments);
+    const Run diff = m_workshop->run(line("diff before.json f.json"));
     return QStringLiteral("%1 ").arg(run.status) + run.out + run.err + diff.out + diff.err;
 }
 
@@ -139,7 +139,7 @@ void ToolGetSetTest::pathSelectsAMember()
 
 void ToolGetSetTest::emptyTextDiffersFromAMissingOne()
 {
-    m_shop->write(QStringLiteral("f.json"), R"({"TunerProperties": {"Version": "1.1", "Component": [
+    m_workshop->write(QStringLiteral("f.json"), R"({"TunerProperties": {"Version": "1.1", "Component": [
         {"type": "a", "name": null}, {"type": "b", "name": ""}, {"type": "c"}]}})");
     QCOMPARE(get(QStringLiteral("Component[name=\"\"]/type")), QStringLiteral("0 b\n"));
 }
@@ -220,7 +220,7 @@ void ToolGetSetTest::memberWithoutValuePrintsNothing()
 {
     QFETCH(QString, path);
     QFETCH(QString, why);
-    const Run run = m_shop->run({QStringLiteral("get"), QStringLiteral("f.json"), path});
+    const Run run = m_workshop->run({QStringLiteral("get"), QStringLiteral("f.json"), path});
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err, QStringLiteral("tunerproperties: f.json: %1: %2\n").arg(path, why));
     QCOMPARE(run.status, 1);
@@ -337,16 +337,17 @@ void ToolGetSetTest::fileKeepsItsForm_data()
 void ToolGetSetTest::fileKeepsItsForm()
 {
     QFETCH(QString, file);
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
-    m_shop->write(QStringLiteral("changed.xml"), QByteArray(smallXml).replace("value=\"7\"", "value=\"-8\""));
-    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("small.xml"), file}).status, 0);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    m_workshop->write(QStringLiteral("changed.xml"), QByteArray(smallXml).replace("value=\"7\"", "value=\"-8\""));
+    QCOMPARE(m_workshop->run({QStringLiteral("convert"), QStringLiteral("small.xml"), file}).status, 0);
     QCOMPARE(
-        m_shop->run({QStringLiteral("convert"), QStringLiteral("changed.xml"), QStringLiteral("c-") + file}).status, 0);
-    const Run run = m_shop->run(
+        m_workshop->run({QStringLiteral("convert"), QStringLiteral("changed.xml"), QStringLiteral("c-") + file}).status,
+        0);
+    const Run run = m_workshop->run(
         {QStringLiteral("set"), file, QStringLiteral("Component/Node/ValueItem/value"), QStringLiteral("-8")});
     QCOMPARE(run.out + run.err, QString());
     QCOMPARE(run.status, 0);
-    QCOMPARE(m_shop->read(file), m_shop->read(QStringLiteral("c-") + file));
+    QCOMPARE(m_workshop->read(file), m_workshop->read(QStringLiteral("c-") + file));
 }
 
 void ToolGetSetTest::identifyingMembersCanBeChanged_data()
@@ -357,27 +358,28 @@ void ToolGetSetTest::identifyingMembersCanBeChanged_data()
 void ToolGetSetTest::identifyingMembersCanBeChanged()
 {
     QFETCH(QString, file);
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
-    QCOMPARE(m_shop->run({QStringLiteral("convert"), QStringLiteral("small.xml"), file}).status, 0);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    QCOMPARE(m_workshop->run({QStringLiteral("convert"), QStringLiteral("small.xml"), file}).status, 0);
     const auto change = [&](const char *path, const char *value) {
-        const Run run = m_shop->run({QStringLiteral("set"), file, QString::fromUtf8(path), QString::fromUtf8(value)});
+        const Run run =
+            m_workshop->run({QStringLiteral("set"), file, QString::fromUtf8(path), QString::fromUtf8(value)});
         return QStringLiteral("%1 ").arg(run.status) + run.out + run.err;
     };
     QCOMPARE(change("Component[name=c]/name", "d"), QStringLiteral("0 "));
     QCOMPARE(change("Component[name=d]/type", "u"), QStringLiteral("0 "));
     QCOMPARE(change("Component[type=u,name=d]/Node[id=n]/id", "m"), QStringLiteral("0 "));
     const Run run =
-        m_shop->run({QStringLiteral("get"), file, QStringLiteral("Component[type=u,name=d]/Node[id=m]/id")});
+        m_workshop->run({QStringLiteral("get"), file, QStringLiteral("Component[type=u,name=d]/Node[id=m]/id")});
     QCOMPARE(run.out + run.err, QStringLiteral("m\n"));
 }
 
 void ToolGetSetTest::kindOfValueCanBeChanged()
 {
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
-    QCOMPARE(m_shop->run(line("convert small.xml small.tps")).status, 0);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    QCOMPARE(m_workshop->run(line("convert small.xml small.tps")).status, 0);
     const QString item = QStringLiteral("Component/Node/ValueItem[1]/");
     const auto run = [&](const QStringList &arguments) {
-        const Run done = m_shop->run(QStringList{QStringLiteral("set")} + arguments);
+        const Run done = m_workshop->run(QStringList{QStringLiteral("set")} + arguments);
         return QStringLiteral("%1 ").arg(done.status) + done.out + done.err;
     };
     const QString file = QStringLiteral("small.tps");
@@ -387,8 +389,9 @@ void ToolGetSetTest::kindOfValueCanBeChanged()
     QCOMPARE(run({QStringLiteral("--no-validate"), file, item + QStringLiteral("ValueFloat/id"), QStringLiteral("f")}),
              QStringLiteral("0 "));
     QCOMPARE(run({file, item + QStringLiteral("ValueFloat/value"), QStringLiteral("0.5")}), QStringLiteral("0 "));
-    QCOMPARE(m_shop->run(line("validate small.tps")).status, 0);
-    QCOMPARE(m_shop->run({QStringLiteral("get"), file, item + QStringLiteral("value")}).out, QStringLiteral("0.5\n"));
+    QCOMPARE(m_workshop->run(line("validate small.tps")).status, 0);
+    QCOMPARE(m_workshop->run({QStringLiteral("get"), file, item + QStringLiteral("value")}).out,
+             QStringLiteral("0.5\n"));
 }
 
 // A snapshot omits the chosen value if it is not set, but its reader expects it.
@@ -396,23 +399,23 @@ void ToolGetSetTest::unreadableSnapshotIsNotWritten()
 {
     const QByteArray half = R"({"TunerProperties": {"Version": "1.1", "Component": [{"Node": [
         {"ValueItem": [{"ChoiceValueItem": "ValueInt"}]}]}]}})";
-    m_shop->write(QStringLiteral("half.json"), half);
-    m_shop->write(QStringLiteral("half.tps"), "as it was");
-    const Run run = m_shop->run(line("convert --no-validate half.json half.tps"));
+    m_workshop->write(QStringLiteral("half.json"), half);
+    m_workshop->write(QStringLiteral("half.tps"), "as it was");
+    const Run run = m_workshop->run(line("convert --no-validate half.json half.tps"));
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: half.tps: cannot write a snapshot that reads back unchanged; 'validate' "
                             "reports what is missing\n"));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->read(QStringLiteral("half.tps")), QByteArray("as it was"));
-    QCOMPARE(m_shop->run(line("convert --no-validate half.json half.xml")).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("half.tps")), QByteArray("as it was"));
+    QCOMPARE(m_workshop->run(line("convert --no-validate half.json half.xml")).status, 0);
 }
 
 void ToolGetSetTest::standardInputIsWrittenToStandardOutput()
 {
-    const Run run = m_shop->run(line("set - Component/Node/ValueItem/value 9"), smallXml);
+    const Run run = m_workshop->run(line("set - Component/Node/ValueItem/value 9"), smallXml);
     QCOMPARE(run.bytes, QByteArray(smallXml).replace("value=\"7\"", "value=\"9\""));
     QCOMPARE(run.err, QString());
-    QCOMPARE(m_shop->run(line("set - Component/Node/ValueItem/value 7"), smallXml).bytes, QByteArray(smallXml));
+    QCOMPARE(m_workshop->run(line("set - Component/Node/ValueItem/value 7"), smallXml).bytes, QByteArray(smallXml));
 }
 
 void ToolGetSetTest::membersCanBeUnset()
@@ -433,17 +436,17 @@ void ToolGetSetTest::membersCanBeUnset()
 
 void ToolGetSetTest::newProblemsPreventTheChange()
 {
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
-    const Run run = m_shop->run(line("set --unset small.xml Component/type"));
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_workshop->run(line("set --unset small.xml Component/type"));
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: small.xml: Component \"c\": Component: Please set type "
                             "properly.\n"));
     QCOMPARE(run.status, 1);
-    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
+    QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
 
-    QCOMPARE(m_shop->run(line("set --no-validate --unset small.xml Component/type")).err, QString());
-    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), QByteArray(smallXml).replace("type=\"t\"", "type=\"\""));
-    const Run choice = m_shop->run(line("set small.xml Component/Node/ValueItem/ChoiceValueItem ValueFloat"));
+    QCOMPARE(m_workshop->run(line("set --no-validate --unset small.xml Component/type")).err, QString());
+    QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), QByteArray(smallXml).replace("type=\"t\"", "type=\"\""));
+    const Run choice = m_workshop->run(line("set small.xml Component/Node/ValueItem/ChoiceValueItem ValueFloat"));
     const QString where = QStringLiteral("tunerproperties: small.xml: Component \"c\": Node \"n\": ValueItem 1: ");
     QCOMPARE(choice.err,
              where
@@ -457,10 +460,10 @@ void ToolGetSetTest::newProblemsPreventTheChange()
 void ToolGetSetTest::knownProblemsDoNotPreventTheChange()
 {
     // Even if their path changes.
-    m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"id\": \"n\",", ""));
+    m_workshop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"id\": \"n\",", ""));
     QCOMPARE(set(line("f.json Component[3]/name Other")).left(2), QStringLiteral("0 "));
 
-    m_shop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"type\": \"SCP\",", ""));
+    m_workshop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"type\": \"SCP\",", ""));
     QCOMPARE(set(line("f.json quantity 3")), QStringLiteral("0 ~ quantity: -2 -> 3\n"));
     QCOMPARE(set(line("f.json type MCP")), QStringLiteral("0 ~ type: (not set) -> \"MCP\"\n"));
 }
@@ -468,15 +471,15 @@ void ToolGetSetTest::knownProblemsDoNotPreventTheChange()
 void ToolGetSetTest::lossOfXmlContentPreventsTheChange()
 {
     const QByteArray xml = QByteArray(smallXml).replace("</TunerProperties>", "  <Extra/>\n</TunerProperties>");
-    m_shop->write(QStringLiteral("small.xml"), xml);
-    const Run run = m_shop->run(line("set small.xml quantity 3"));
+    m_workshop->write(QStringLiteral("small.xml"), xml);
+    const Run run = m_workshop->run(line("set small.xml quantity 3"));
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: small.xml: line 10, column 3: Unknown Tag 'Extra' in "
                             "'TunerProperties'.\n"));
     QCOMPARE(run.status, 1);
-    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), xml);
-    QCOMPARE(m_shop->run(line("set --no-validate small.xml quantity 3")).status, 0);
-    QCOMPARE(m_shop->read(QStringLiteral("small.xml")),
+    QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), xml);
+    QCOMPARE(m_workshop->run(line("set --no-validate small.xml quantity 3")).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("small.xml")),
              QByteArray(smallXml).replace("baseresource=\"b\"", "baseresource=\"b\" quantity=\"3\""));
 }
 
@@ -484,12 +487,12 @@ void ToolGetSetTest::newProblemsBeyondTheFirstHundredAreCounted()
 {
     // 150 options without name and value, of a selection that is not chosen and lacks its text and its index.
     const QByteArray options = "{}" + QByteArray(",{}").repeated(149);
-    m_shop->write(QStringLiteral("many.json"),
-                  R"({"TunerProperties":{"type":"SCP","baseresource":"b","Component":[{"type":"t","name":"c",)"
-                  R"("optional":true,"Node":[{"id":"n","ValueItem":[{"ChoiceValueItem":"ValueInt",)"
-                  R"("ValueInt":{"id":"i","value":3},"ValueSelection":{"id":"s","value":1,"SelectionItem":[)"
-                      + options + "]}}]}]}]}}");
-    const Run run = m_shop->run(line("set many.json Component/Node/ValueItem/ChoiceValueItem ValueSelection"));
+    m_workshop->write(QStringLiteral("many.json"),
+                      R"({"TunerProperties":{"type":"SCP","baseresource":"b","Component":[{"type":"t","name":"c",)"
+                      R"("optional":true,"Node":[{"id":"n","ValueItem":[{"ChoiceValueItem":"ValueInt",)"
+                      R"("ValueInt":{"id":"i","value":3},"ValueSelection":{"id":"s","value":1,"SelectionItem":[)"
+                          + options + "]}}]}]}]}}");
+    const Run run = m_workshop->run(line("set many.json Component/Node/ValueItem/ChoiceValueItem ValueSelection"));
     const QStringList lines = run.err.split(QLatin1Char('\n'));
     QCOMPARE(lines.size(), 102); // the last one is empty
     QCOMPARE(lines[1],
@@ -506,8 +509,8 @@ void ToolGetSetTest::lostXmlContentBeyondTheFirstHundredIsCounted()
         QByteArray(smallXml)
             .replace("type=\"t\" ", "")
             .replace("</TunerProperties>", QByteArray("<Extra/>\n").repeated(101) + "</TunerProperties>");
-    m_shop->write(QStringLiteral("small.xml"), xml);
-    const Run run = m_shop->run(line("set small.xml quantity 3"));
+    m_workshop->write(QStringLiteral("small.xml"), xml);
+    const Run run = m_workshop->run(line("set small.xml quantity 3"));
     const QStringList lines = run.err.split(QLatin1Char('\n'));
     QCOMPARE(lines.size(), 102); // the last one is empty
     QCOMPARE(
@@ -515,54 +518,55 @@ void ToolGetSetTest::lostXmlContentBeyondTheFirstHundredIsCounted()
         QStringLiteral("tunerproperties: small.xml: line 109, column 1: Unknown Tag 'Extra' in 'TunerProperties'."));
     QCOMPARE(lines[100], QStringLiteral("tunerproperties: small.xml: 101 problems; only the first 100 are listed"));
     QCOMPARE(run.status, 1);
-    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), xml);
+    QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), xml);
 
     // There is no last line if all problems are listed.
-    m_shop->write(QStringLiteral("small.xml"),
-                  QByteArray(smallXml).replace("</TunerProperties>",
-                                               QByteArray("<Extra/>\n").repeated(100) + "</TunerProperties>"));
-    QCOMPARE(m_shop->run(line("set small.xml quantity 3")).err.count(QLatin1Char('\n')), 100);
+    m_workshop->write(QStringLiteral("small.xml"),
+                      QByteArray(smallXml).replace("</TunerProperties>",
+                                                   QByteArray("<Extra/>\n").repeated(100) + "</TunerProperties>"));
+    QCOMPARE(m_workshop->run(line("set small.xml quantity 3")).err.count(QLatin1Char('\n')), 100);
 }
 
 void ToolGetSetTest::inexactlyStoredValueIsReported()
 {
-    m_shop->write(QStringLiteral("small.xml"), QByteArray(smallXml).replace("ValueInt", "ValueFloat"));
+    m_workshop->write(QStringLiteral("small.xml"), QByteArray(smallXml).replace("ValueInt", "ValueFloat"));
     const QString value = QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueFloat/value");
     const Run rounded =
-        m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("0.126")});
+        m_workshop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("0.126")});
     QCOMPARE(rounded.err,
              QStringLiteral(
                  "tunerproperties: small.xml: %1: this form cannot store the value exactly; it reads back as 0.13\n")
                  .arg(value));
     QCOMPARE(rounded.status, 0);
-    QCOMPARE(m_shop->run({QStringLiteral("get"), QStringLiteral("small.xml"), value}).out, QStringLiteral("0.13\n"));
-    QCOMPARE(m_shop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("-0.1")}).err,
+    QCOMPARE(m_workshop->run({QStringLiteral("get"), QStringLiteral("small.xml"), value}).out,
+             QStringLiteral("0.13\n"));
+    QCOMPARE(m_workshop->run({QStringLiteral("set"), QStringLiteral("small.xml"), value, QStringLiteral("-0.1")}).err,
              QString());
 
-    const Run large = m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775808"));
+    const Run large = m_workshop->run(line("set small.xml MaxFFPDelay 9223372036854775808"));
     QCOMPARE(
         large.err,
         QStringLiteral(
             "tunerproperties: small.xml: MaxFFPDelay: this form cannot store the value exactly; it reads back as 0\n"));
-    QCOMPARE(m_shop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
+    QCOMPARE(m_workshop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
 }
 
 void ToolGetSetTest::unchangedFileIsNotWritten()
 {
     // Its layout would change otherwise.
-    QCOMPARE(m_shop->run(line("set f.json quantity -2")).status, 0);
-    QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
+    QCOMPARE(m_workshop->run(line("set f.json quantity -2")).status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("f.json")), QByteArray(document));
 }
 
 void ToolGetSetTest::failedWritingKeepsTheFile()
 {
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
-    const Run run = m_shop->run(
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_workshop->run(
         {QStringLiteral("set"), QStringLiteral("small.xml"), QStringLiteral("name"), QStringLiteral("a\x01z")});
     QVERIFY(run.err.startsWith(QStringLiteral("tunerproperties: small.xml: ")));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
-    QCOMPARE(m_shop->files(), QStringList({QStringLiteral("f.json"), QStringLiteral("small.xml")}));
+    QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
+    QCOMPARE(m_workshop->files(), QStringList({QStringLiteral("f.json"), QStringLiteral("small.xml")}));
 }
 
 void ToolGetSetTest::wrongArgumentsAreWrongUsage_data()
@@ -579,10 +583,10 @@ void ToolGetSetTest::wrongArgumentsAreWrongUsage()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, why);
-    const Run run = m_shop->run(line(arguments.toUtf8().constData()));
+    const Run run = m_workshop->run(line(arguments.toUtf8().constData()));
     QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("tunerproperties: ") + why);
     QCOMPARE(run.status, 2);
-    QCOMPARE(m_shop->read(QStringLiteral("f.json")), QByteArray(document));
+    QCOMPARE(m_workshop->read(QStringLiteral("f.json")), QByteArray(document));
 }
 
 TEST_SUITE(ToolGetSetTest)

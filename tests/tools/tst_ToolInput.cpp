@@ -43,7 +43,7 @@ private Q_SLOTS:
     void closedStreamsAreNotUsedAsFiles();
 
 private:
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 namespace {
@@ -63,12 +63,12 @@ QByteArray compressed()
 
 void ToolInputTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
+    m_workshop = std::make_unique<Workshop>();
 }
 
 void ToolInputTest::cleanup()
 {
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 void ToolInputTest::everyFormIsRecognized_data()
@@ -92,8 +92,8 @@ void ToolInputTest::everyFormIsRecognized()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
-    m_shop->write(name, content);
-    const Run run = m_shop->run({QStringLiteral("convert"), name, QStringLiteral("-")});
+    m_workshop->write(name, content);
+    const Run run = m_workshop->run({QStringLiteral("convert"), name, QStringLiteral("-")});
     QCOMPARE(run.err, QString());
     QCOMPARE(run.bytes, QByteArray(smallXml));
     QCOMPARE(run.status, 0);
@@ -117,22 +117,22 @@ void ToolInputTest::contentOverridesTheName()
 
 void ToolInputTest::snapshotIsRecognizedByItsNameOrByFrom()
 {
-    m_shop->write(QStringLiteral("doc"), snapshot);
-    const Run unknown = m_shop->run(line("convert doc -"));
+    m_workshop->write(QStringLiteral("doc"), snapshot);
+    const Run unknown = m_workshop->run(line("convert doc -"));
     QCOMPARE(unknown.err,
              QStringLiteral(
                  "tunerproperties: doc: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix "
                  ".tps or --from snapshot\n"));
     QCOMPARE(unknown.status, 3);
-    QCOMPARE(m_shop->run(line("convert doc - --from snapshot")).bytes, QByteArray(smallXml));
-    QCOMPARE(m_shop->run(line("convert - - --from snapshot"), snapshot).bytes, QByteArray(smallXml));
+    QCOMPARE(m_workshop->run(line("convert doc - --from snapshot")).bytes, QByteArray(smallXml));
+    QCOMPARE(m_workshop->run(line("convert - - --from snapshot"), snapshot).bytes, QByteArray(smallXml));
 }
 
 void ToolInputTest::fromOverridesTheContent()
 {
-    m_shop->write(QStringLiteral("a.xml"), smallXml);
-    m_shop->write(QStringLiteral("a.tpb"), tagged);
-    const auto complaint = [this](const char *arguments) { return m_shop->run(line(arguments)).err; };
+    m_workshop->write(QStringLiteral("a.xml"), smallXml);
+    m_workshop->write(QStringLiteral("a.tpb"), tagged);
+    const auto complaint = [this](const char *arguments) { return m_workshop->run(line(arguments)).err; };
     QCOMPARE(
         complaint("validate a.xml --from tagged"),
         QStringLiteral("tunerproperties: a.xml: the leading word is 0x3C3F786D, not 0xC10CBB5F (TunerProperties)\n"));
@@ -165,34 +165,34 @@ void ToolInputTest::xmlIsRecognizedInEveryEncoding_data()
 void ToolInputTest::xmlIsRecognizedInEveryEncoding()
 {
     QFETCH(QByteArray, content);
-    const Run run = m_shop->run(line("show -"), content);
+    const Run run = m_workshop->run(line("show -"), content);
     QCOMPARE(run.err, QString());
     QVERIFY(run.out.contains(QStringLiteral("\n  name: \"\u00dc\"\n")));
 }
 
 void ToolInputTest::pipesAreRead()
 {
-    m_shop->write(QStringLiteral("doc.xml"), smallXml);
-    const Run run =
-        m_shop->shell(QStringLiteral("\"$tool\" convert doc.xml - --to tagged | \"$tool\" convert - - --to compressed"
-                                     " | \"$tool\" convert - - --to snapshot | \"$tool\" convert - - --from snapshot"));
+    m_workshop->write(QStringLiteral("doc.xml"), smallXml);
+    const Run run = m_workshop->shell(
+        QStringLiteral("\"$tool\" convert doc.xml - --to tagged | \"$tool\" convert - - --to compressed"
+                       " | \"$tool\" convert - - --to snapshot | \"$tool\" convert - - --from snapshot"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.bytes, QByteArray(smallXml));
 }
 
 void ToolInputTest::standardInputIsReadFromItsPosition()
 {
-    m_shop->write(QStringLiteral("doc"), "first line\n" + QByteArray(smallXml));
-    const Run run = m_shop->shell(QStringLiteral("{ read line; echo \"$line\"; \"$tool\" convert - -; } < doc"));
+    m_workshop->write(QStringLiteral("doc"), "first line\n" + QByteArray(smallXml));
+    const Run run = m_workshop->shell(QStringLiteral("{ read line; echo \"$line\"; \"$tool\" convert - -; } < doc"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.bytes, "first line\n" + QByteArray(smallXml));
 }
 
 void ToolInputTest::namedPipeIsRead()
 {
-    m_shop->write(QStringLiteral("doc.xml"), smallXml);
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
-    const Run run = m_shop->shell(QStringLiteral("cat doc.xml > pipe & \"$tool\" convert pipe -; wait"));
+    m_workshop->write(QStringLiteral("doc.xml"), smallXml);
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    const Run run = m_workshop->shell(QStringLiteral("cat doc.xml > pipe & \"$tool\" convert pipe -; wait"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.bytes, QByteArray(smallXml));
 }
@@ -218,12 +218,12 @@ void ToolInputTest::unreadableFileIsAnError()
     for (const QStringList &arguments :
          {QStringList{QStringLiteral("show"), name}, QStringList{QStringLiteral("validate"), name},
           QStringList{QStringLiteral("convert"), name, QStringLiteral("out.xml")}}) {
-        const Run run = m_shop->run(arguments);
+        const Run run = m_workshop->run(arguments);
         QCOMPARE(run.err, QStringLiteral("tunerproperties: %1: %2\n").arg(name, why));
         QCOMPARE(run.out, QString());
         QCOMPARE(run.status, 3);
     }
-    QCOMPARE(m_shop->files(), QStringList());
+    QCOMPARE(m_workshop->files(), QStringList());
 }
 
 void ToolInputTest::everyCommandReportsUnreadableFiles_data()
@@ -238,12 +238,12 @@ void ToolInputTest::everyCommandReportsUnreadableFiles_data()
 void ToolInputTest::everyCommandReportsUnreadableFiles()
 {
     QFETCH(QStringList, arguments);
-    m_shop->write(QStringLiteral("cut.xml"), "<TunerProperties Version=\"1.1\">\n  <Component>\n");
-    const Run run = m_shop->run(arguments);
+    m_workshop->write(QStringLiteral("cut.xml"), "<TunerProperties Version=\"1.1\">\n  <Component>\n");
+    const Run run = m_workshop->run(arguments);
     QCOMPARE(run.err, QStringLiteral("tunerproperties: cut.xml:3:1: Premature end of document.\n"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->files(), QStringList(QStringLiteral("cut.xml")));
+    QCOMPARE(m_workshop->files(), QStringList(QStringLiteral("cut.xml")));
 }
 
 void ToolInputTest::filesThatAreNotDocumentsAreErrors_data()
@@ -292,8 +292,8 @@ void ToolInputTest::filesThatAreNotDocumentsAreErrors()
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
-    m_shop->write(name, content);
-    const Run run = m_shop->run({QStringLiteral("validate"), name});
+    m_workshop->write(name, content);
+    const Run run = m_workshop->run({QStringLiteral("validate"), name});
     QCOMPARE(run.err, QStringLiteral("tunerproperties: %1\n").arg(error));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 3);
@@ -315,10 +315,10 @@ void ToolInputTest::messagesNameStandardInputByADash()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
-    const Run run = m_shop->run(line("show -"), content);
+    const Run run = m_workshop->run(line("show -"), content);
     QCOMPARE(run.err, QStringLiteral("tunerproperties: -: %1\n").arg(error));
     QCOMPARE(run.status, 3);
-    QCOMPARE(m_shop->run(line("show -"), "<TunerProperties>\n<x>").err,
+    QCOMPARE(m_workshop->run(line("show -"), "<TunerProperties>\n<x>").err,
              QStringLiteral("tunerproperties: -:2:3: Premature end of document.\n"));
 }
 
@@ -342,10 +342,10 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
-    m_shop->write(name, content);
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
+    m_workshop->write(name, content);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
     for (const qint64 size : {qint64(3) << 30, qint64(1'000'000'001)}) {
-        QVERIFY(QFile::resize(m_shop->path(name), size));
+        QVERIFY(QFile::resize(m_workshop->path(name), size));
         const QString refusal = QStringLiteral("tunerproperties: %1: too large: %2 bytes; the limit is 1000000000 "
                                                "bytes\n");
         for (const QStringList &arguments :
@@ -353,16 +353,16 @@ void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading()
               QStringList{QStringLiteral("convert"), name, QStringLiteral("out.xml")},
               QStringList{QStringLiteral("set"), name, QStringLiteral("quantity"), QStringLiteral("2")},
               QStringList{QStringLiteral("diff"), QStringLiteral("small.xml"), name}}) {
-            const Run run = m_shop->run(arguments);
+            const Run run = m_workshop->run(arguments);
             QCOMPARE(run.err, refusal.arg(name).arg(size));
             QCOMPARE(run.out, QString());
             QCOMPARE(run.status, 3);
         }
-        const Run fromInput = m_shop->shell(QStringLiteral("\"$tool\" validate --quiet - < %1").arg(name));
+        const Run fromInput = m_workshop->shell(QStringLiteral("\"$tool\" validate --quiet - < %1").arg(name));
         QCOMPARE(fromInput.err, refusal.arg(QStringLiteral("-")).arg(size));
         QCOMPARE(fromInput.status, 3);
     }
-    QCOMPARE(m_shop->files(), QStringList({name, QStringLiteral("small.xml")}));
+    QCOMPARE(m_workshop->files(), QStringList({name, QStringLiteral("small.xml")}));
 }
 
 namespace {
@@ -375,23 +375,23 @@ const QString notRegular =
 // Nobody ever opens the other end.
 void ToolInputTest::aPipeAmongSeveralFilesIsNotOpened()
 {
-    m_shop->write(QStringLiteral("good.xml"), smallXml);
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("planted.xml"))).constData(), 0600), 0);
-    QVERIFY(QFile::link(QStringLiteral("planted.xml"), m_shop->path(QStringLiteral("z.xml"))));
+    m_workshop->write(QStringLiteral("good.xml"), smallXml);
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(QStringLiteral("planted.xml"))).constData(), 0600), 0);
+    QVERIFY(QFile::link(QStringLiteral("planted.xml"), m_workshop->path(QStringLiteral("z.xml"))));
     const QString pipes = notRegular.arg(QStringLiteral("planted.xml")) + notRegular.arg(QStringLiteral("z.xml"));
-    const Run validated = m_shop->shell(QStringLiteral("\"$tool\" validate -- *.xml"));
+    const Run validated = m_workshop->shell(QStringLiteral("\"$tool\" validate -- *.xml"));
     QCOMPARE(validated.err, pipes + QStringLiteral("tunerproperties: 3 files: 1 valid, 2 unreadable\n"));
     QCOMPARE(validated.status, 3);
-    const Run converted = m_shop->shell(QStringLiteral("\"$tool\" convert --to tagged --out-dir out -- *.xml"));
+    const Run converted = m_workshop->shell(QStringLiteral("\"$tool\" convert --to tagged --out-dir out -- *.xml"));
     QCOMPARE(converted.err, pipes + QStringLiteral("tunerproperties: 3 files: 1 converted, 2 unreadable\n"));
     QCOMPARE(converted.status, 3);
-    QCOMPARE(m_shop->read(QStringLiteral("out/good.tpb")), tagged);
+    QCOMPARE(m_workshop->read(QStringLiteral("out/good.tpb")), tagged);
 }
 
 void ToolInputTest::devicesAmongSeveralFilesAreNotOpened()
 {
-    m_shop->write(QStringLiteral("good.xml"), smallXml);
-    const Run run = m_shop->run(line("validate /dev/zero good.xml . -"), smallXml);
+    m_workshop->write(QStringLiteral("good.xml"), smallXml);
+    const Run run = m_workshop->run(line("validate /dev/zero good.xml . -"), smallXml);
     QCOMPARE(run.err,
              notRegular.arg(QStringLiteral("/dev/zero"))
                  + QStringLiteral("tunerproperties: .: cannot open: Is a directory\n"
@@ -401,25 +401,25 @@ void ToolInputTest::devicesAmongSeveralFilesAreNotOpened()
 
 void ToolInputTest::specialFilesOptionReadsPipesAndDevices()
 {
-    m_shop->write(QStringLiteral("good.xml"), smallXml);
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
-    const Run run =
-        m_shop->shell(QStringLiteral("cat good.xml > pipe & \"$tool\" validate --special-files pipe good.xml; wait"));
+    m_workshop->write(QStringLiteral("good.xml"), smallXml);
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    const Run run = m_workshop->shell(
+        QStringLiteral("cat good.xml > pipe & \"$tool\" validate --special-files pipe good.xml; wait"));
     QCOMPARE(run.err, QStringLiteral("tunerproperties: 2 files: 2 valid\n"));
     QCOMPARE(run.status, 0);
 }
 
 void ToolInputTest::aPipeInTheFolderOfOutputsIsNotOpened()
 {
-    m_shop->write(QStringLiteral("a.xml"), smallXml);
-    QVERIFY(QDir().mkpath(m_shop->path(QStringLiteral("out"))));
-    const QString pipe = m_shop->path(QStringLiteral("out/a.tpb"));
+    m_workshop->write(QStringLiteral("a.xml"), smallXml);
+    QVERIFY(QDir().mkpath(m_workshop->path(QStringLiteral("out"))));
+    const QString pipe = m_workshop->path(QStringLiteral("out/a.tpb"));
     QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    const Run run = m_shop->run(line("convert --to tagged --out-dir out a.xml"));
+    const Run run = m_workshop->run(line("convert --to tagged --out-dir out a.xml"));
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: out/a.tpb: cannot write: it exists and is not a regular file\n"));
     QCOMPARE(run.status, 3);
-    const Run allowed = m_shop->shell(
+    const Run allowed = m_workshop->shell(
         QStringLiteral("cat out/a.tpb & \"$tool\" convert --special-files --to tagged --out-dir out a.xml; wait"));
     QCOMPARE(allowed.err, QString());
     QCOMPARE(allowed.bytes, tagged);
@@ -427,9 +427,9 @@ void ToolInputTest::aPipeInTheFolderOfOutputsIsNotOpened()
 
 void ToolInputTest::twoPipesCanBeCompared()
 {
-    m_shop->write(QStringLiteral("a.xml"), smallXml);
+    m_workshop->write(QStringLiteral("a.xml"), smallXml);
     const Run run =
-        m_shop->shell(QStringLiteral("mkfifo p q; cat a.xml > p & cat a.xml > q & \"$tool\" diff p q; wait"));
+        m_workshop->shell(QStringLiteral("mkfifo p q; cat a.xml > p & cat a.xml > q & \"$tool\" diff p q; wait"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 0);
@@ -452,12 +452,12 @@ void ToolInputTest::closedStreamsAreNotUsedAsFiles_data()
 void ToolInputTest::closedStreamsAreNotUsedAsFiles()
 {
     QFETCH(QString, command);
-    m_shop->write(QStringLiteral("small.xml"), smallXml);
-    const Run run = m_shop->shell(command);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_workshop->shell(command);
     QTEST(run.err, "err");
     QTEST(run.status, "status");
     if (run.status == 0)
-        QCOMPARE(m_shop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
+        QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray(smallXml));
 }
 
 TEST_SUITE(ToolInputTest)

@@ -11,7 +11,7 @@ class ToolJsonTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyMemberHasItsNameAsKey();
+    void membersHaveTheirNamesAsKeys();
     void membersThatAreNotSetAreInUnset();
     void nullDiffersFromTheEmptyText();
     void numbersAreExact();
@@ -75,7 +75,7 @@ QString again(const QByteArray &members)
 
 } // namespace
 
-void ToolJsonTest::everyMemberHasItsNameAsKey()
+void ToolJsonTest::membersHaveTheirNamesAsKeys()
 {
     const QByteArray xml = R"(<TunerProperties Version="1.1" name="N" type="Receiver" baseresource="B"
             connectableResources="C" quantity="-2" parentBaseResource="P" hwProcessing="true">

@@ -28,23 +28,23 @@ private Q_SLOTS:
 
 private:
     /// The shell creates the names, since a QString cannot hold them.
-    Run shell(const char *script) { return m_shop->shell(QStringLiteral("set -e; ") + QString::fromUtf8(script)); }
+    Run shell(const char *script) { return m_workshop->shell(QStringLiteral("set -e; ") + QString::fromUtf8(script)); }
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 void ToolNamesTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
-    m_shop->write(QStringLiteral("small"), smallXml);
-    m_shop->write(QStringLiteral("broken"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    m_workshop = std::make_unique<Workshop>();
+    m_workshop->write(QStringLiteral("small"), smallXml);
+    m_workshop->write(QStringLiteral("broken"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
 }
 
 // QTemporaryDir cannot remove files whose names are not text.
 void ToolNamesTest::cleanup()
 {
-    QCOMPARE(m_shop->shell(QStringLiteral("rm -rf -- ..?* * .[!.]*")).status, 0);
-    m_shop.reset();
+    QCOMPARE(m_workshop->shell(QStringLiteral("rm -rf -- ..?* * .[!.]*")).status, 0);
+    m_workshop.reset();
 }
 
 void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile_data()
@@ -58,7 +58,7 @@ void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile_data()
 void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile()
 {
     QFETCH(QString, locale);
-    m_shop->setEnvironment(QStringLiteral("LC_ALL"), locale);
+    m_workshop->setEnvironment(QStringLiteral("LC_ALL"), locale);
     const Run run = shell(R"sh(bad=$(printf '\377.xml'); good=$(printf '\357\277\275.xml')
                              cp broken "$bad"; cp small "$good"
                              "$tool" validate "$good"
@@ -84,7 +84,8 @@ void ToolNamesTest::everyCommandReadsAFileWhoseNameIsNotUtf8()
 {
     QFETCH(QString, command);
     QFETCH(QString, out);
-    const Run run = m_shop->shell(QStringLiteral("name=$(printf '\\377'); cp small $name.xml; \"$tool\" ") + command);
+    const Run run =
+        m_workshop->shell(QStringLiteral("name=$(printf '\\377'); cp small $name.xml; \"$tool\" ") + command);
     QCOMPARE(run.err, QString());
     QCOMPARE(run.out, out);
     QCOMPARE(run.status, 0);
@@ -107,10 +108,10 @@ void ToolNamesTest::namesReachTheSystemUnchanged()
 {
     QFETCH(QString, name);
     QFETCH(QString, shown);
-    const Run run = m_shop->shell(QStringLiteral(R"(name=$(printf '%1'); mkdir -p :; cp small "$name"
+    const Run run = m_workshop->shell(QStringLiteral(R"(name=$(printf '%1'); mkdir -p :; cp small "$name"
                                                     "$tool" convert "$name" "$name.tpb" && test -f "$name.tpb"
                                                     "$tool" get "$name" name)")
-                                      .arg(name));
+                                          .arg(name));
     QCOMPARE(run.err, QStringLiteral("tunerproperties: ") + shown + QStringLiteral(": name: is not set\n"));
     QCOMPARE(run.status, 1);
 }
@@ -126,8 +127,8 @@ void ToolNamesTest::setWritesAFileWhoseNameIsNotUtf8()
 
 void ToolNamesTest::dashMeansStandardInputEvenAfterTwoDashes()
 {
-    m_shop->write(QStringLiteral("-"), smallXml);
-    const Run run = m_shop->run(line("validate -- -"), m_shop->read(QStringLiteral("broken")));
+    m_workshop->write(QStringLiteral("-"), smallXml);
+    const Run run = m_workshop->run(line("validate -- -"), m_workshop->read(QStringLiteral("broken")));
     QCOMPARE(run.out, QStringLiteral("-: TunerProperties: Please set type properly.\n"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 1);
@@ -135,9 +136,9 @@ void ToolNamesTest::dashMeansStandardInputEvenAfterTwoDashes()
 
 void ToolNamesTest::aDashInAFolderIsAFile()
 {
-    m_shop->write(QStringLiteral("-"), m_shop->read(QStringLiteral("broken")));
+    m_workshop->write(QStringLiteral("-"), m_workshop->read(QStringLiteral("broken")));
     for (const char *arguments : {"validate ./-", "validate -- ./-"}) {
-        const Run run = m_shop->run(line(arguments), smallXml);
+        const Run run = m_workshop->run(line(arguments), smallXml);
         QCOMPARE(run.out, QStringLiteral("./-: TunerProperties: Please set type properly.\n"));
         QCOMPARE(run.err, QString());
         QCOMPARE(run.status, 1);
@@ -207,11 +208,11 @@ void ToolNamesTest::pathsAndValuesAreUtf8_data()
 void ToolNamesTest::pathsAndValuesAreUtf8()
 {
     QFETCH(QString, command);
-    const Run run = m_shop->shell(QStringLiteral("bytes=$(printf 'a\\377b'); \"$tool\" ") + command);
+    const Run run = m_workshop->shell(QStringLiteral("bytes=$(printf 'a\\377b'); \"$tool\" ") + command);
     QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), QStringLiteral("tunerproperties: 'a\\xffb' is not valid UTF-8"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 2);
-    QCOMPARE(m_shop->read(QStringLiteral("small")), QByteArray(smallXml));
+    QCOMPARE(m_workshop->read(QStringLiteral("small")), QByteArray(smallXml));
 }
 
 TEST_SUITE(ToolNamesTest)

@@ -44,13 +44,16 @@ private Q_SLOTS:
 
 private:
     void start(const QStringList &arguments);
-    void makePipe() { QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(QStringLiteral("pipe"))).constData(), 0600), 0); }
+    void makePipe()
+    {
+        QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    }
     void awaitReader();
     void awaitFile(const char *name);
     void checkThatItEndsBy(int number);
     QStringList filesIn(const char *folder) const;
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
     std::unique_ptr<QProcess> m_process;
     QProcessEnvironment m_environment;
     int m_pipe = -1; // the end to write to
@@ -79,13 +82,13 @@ void ToolSignalsTest::initTestCase()
 
 void ToolSignalsTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
+    m_workshop = std::make_unique<Workshop>();
     m_process = std::make_unique<QProcess>();
     m_environment = QProcessEnvironment::systemEnvironment();
-    m_shop->write(text("good.xml"), smallXml);
-    m_shop->write(text("other.xml"), smallXml);
-    QVERIFY(QDir().mkpath(m_shop->path(text("temporary"))));
-    m_environment.insert(text("TMPDIR"), m_shop->path(text("temporary")));
+    m_workshop->write(text("good.xml"), smallXml);
+    m_workshop->write(text("other.xml"), smallXml);
+    QVERIFY(QDir().mkpath(m_workshop->path(text("temporary"))));
+    m_environment.insert(text("TMPDIR"), m_workshop->path(text("temporary")));
 }
 
 void ToolSignalsTest::cleanup()
@@ -94,13 +97,13 @@ void ToolSignalsTest::cleanup()
         close(m_pipe);
     m_pipe = -1;
     m_process.reset(); // kills one that is still there
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 void ToolSignalsTest::start(const QStringList &arguments)
 {
     m_process->setProcessEnvironment(m_environment);
-    m_process->setWorkingDirectory(m_shop->path(text(".")));
+    m_process->setWorkingDirectory(m_workshop->path(text(".")));
     m_process->start(text(TOOL_PROGRAM), arguments);
     QVERIFY(m_process->waitForStarted());
 }
@@ -108,7 +111,7 @@ void ToolSignalsTest::start(const QStringList &arguments)
 /// Waits until the tool has opened the pipe for reading, where it then blocks.
 void ToolSignalsTest::awaitReader()
 {
-    const QByteArray path = QFile::encodeName(m_shop->path(text("pipe")));
+    const QByteArray path = QFile::encodeName(m_workshop->path(text("pipe")));
     const auto isOpen = [&] { // called once more when it is
         if (m_pipe < 0)
             m_pipe = open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
@@ -119,7 +122,7 @@ void ToolSignalsTest::awaitReader()
 
 void ToolSignalsTest::awaitFile(const char *name)
 {
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_shop->path(text(name))), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_workshop->path(text(name))), 30000);
 }
 
 void ToolSignalsTest::checkThatItEndsBy(int number)
@@ -131,7 +134,7 @@ void ToolSignalsTest::checkThatItEndsBy(int number)
 
 QStringList ToolSignalsTest::filesIn(const char *folder) const
 {
-    return QDir(m_shop->path(text(folder)))
+    return QDir(m_workshop->path(text(folder)))
         .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
@@ -157,8 +160,8 @@ void ToolSignalsTest::signalEndsTheProgramWithAReportOfProgress()
              text("tunerproperties: interrupted after 2 of 3 files: 2 converted\n"));
     QCOMPARE(m_process->readAllStandardOutput(), QByteArray());
     QCOMPARE(filesIn("out"), QStringList({text("good.tpb"), text("other.tpb")}));
-    QCOMPARE(m_shop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
-    QCOMPARE(m_shop->read(text("out/other.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
+    QCOMPARE(m_workshop->read(text("out/other.tpb")), QByteArray::fromHex(smallTaggedHex));
     QCOMPARE(filesIn("temporary"), QStringList());
 }
 
@@ -218,7 +221,7 @@ void ToolSignalsTest::ignoredSignalsStayIgnored()
 {
     makePipe();
     m_process->setProcessEnvironment(m_environment);
-    m_process->setWorkingDirectory(m_shop->path(text(".")));
+    m_process->setWorkingDirectory(m_workshop->path(text(".")));
     m_process->start(
         text("/bin/sh"),
         {text("-c"), text("trap '' HUP; exec \"$0\" validate --special-files good.xml pipe"), text(TOOL_PROGRAM)});
@@ -243,7 +246,7 @@ void ToolSignalsTest::fileInProgressIsCompleted_data()
 void ToolSignalsTest::fileInProgressIsCompleted()
 {
     QFETCH(QStringList, arguments);
-    QVERIFY(QDir().mkpath(m_shop->path(text("out"))));
+    QVERIFY(QDir().mkpath(m_workshop->path(text("out"))));
     m_environment.insert(text("LD_PRELOAD"), text(SIGNAL_AT_RENAME_MODULE));
     m_environment.insert(text("ASAN_OPTIONS"), // that the sanitizer is not loaded first is meant
                          qEnvironmentVariable("ASAN_OPTIONS") + text(":verify_asan_link_order=0"));
@@ -253,7 +256,7 @@ void ToolSignalsTest::fileInProgressIsCompleted()
     QVERIFY2(files == QStringList(text("good.tpb")) || files == QStringList({text("good.tpb"), text("other.tpb")}),
              qPrintable(files.join(QLatin1Char(' '))));
     for (const QString &name : files)
-        QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
+        QCOMPARE(m_workshop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
     if (arguments.contains(text("--out-dir")))
         QCOMPARE(text(m_process->readAllStandardError()),
                  text("tunerproperties: interrupted after %1 of 2 files: %1 converted\n").arg(files.size()));
@@ -264,10 +267,10 @@ void ToolSignalsTest::signalAtAnyTimeLeavesNoIncompleteFile()
     QStringList arguments = line("convert --to tagged --out-dir out");
     for (int i = 0; i < 200; ++i) {
         arguments.append(text("%1.xml").arg(i));
-        m_shop->write(arguments.last(), smallXml);
+        m_workshop->write(arguments.last(), smallXml);
     }
     for (int milliseconds = 5; milliseconds <= 60; milliseconds += 5) {
-        QVERIFY(QDir(m_shop->path(text("out"))).removeRecursively());
+        QVERIFY(QDir(m_workshop->path(text("out"))).removeRecursively());
         m_process = std::make_unique<QProcess>();
         start(arguments);
         QTest::qSleep(milliseconds);
@@ -276,7 +279,7 @@ void ToolSignalsTest::signalAtAnyTimeLeavesNoIncompleteFile()
         const QStringList files = filesIn("out");
         for (const QString &name : files) {
             QVERIFY2(name.endsWith(QLatin1String(".tpb")), qPrintable(name));
-            QCOMPARE(m_shop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
+            QCOMPARE(m_workshop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
         }
         const QString report = text(m_process->readAllStandardError());
         if (m_process->exitStatus() == QProcess::CrashExit && !report.isEmpty() && !files.isEmpty())
@@ -307,7 +310,8 @@ void ToolSignalsTest::interruptedSetLeavesNoFile()
                          qEnvironmentVariable("ASAN_OPTIONS") + text(":verify_asan_link_order=0"));
     start(line("set good.xml quantity 3"));
     checkThatItEndsBy(SIGINT);
-    QVERIFY2(m_shop->read(text("good.xml")).contains(" quantity=\"3\""), m_shop->read(text("good.xml")).constData());
+    QVERIFY2(m_workshop->read(text("good.xml")).contains(" quantity=\"3\""),
+             m_workshop->read(text("good.xml")).constData());
     QCOMPARE(filesIn("."), QStringList({text("good.xml"), text("other.xml"), text("temporary")}));
     QCOMPARE(filesIn("temporary"), QStringList());
 }
@@ -326,13 +330,13 @@ void ToolSignalsTest::temporaryFilesHaveNoName_data()
 void ToolSignalsTest::temporaryFilesHaveNoName()
 {
     QFETCH(QStringList, arguments);
-    const QByteArray folder = QFile::encodeName(m_shop->path(text("temporary")));
+    const QByteArray folder = QFile::encodeName(m_workshop->path(text("temporary")));
     const int unnamed = open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (unnamed < 0)
         SKIP("This file system knows no files without a name.");
     close(unnamed);
     for (const char *name : {"good.tpb", "good.tpz", "good.tps", "good.json"})
-        QCOMPARE(m_shop->shell(text("\"$tool\" convert good.xml ") + text(name)).status, 0);
+        QCOMPARE(m_workshop->shell(text("\"$tool\" convert good.xml ") + text(name)).status, 0);
 
     const int news = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     QVERIFY(inotify_add_watch(news, folder.constData(), IN_CREATE | IN_MOVED_TO) >= 0);
@@ -347,7 +351,7 @@ void ToolSignalsTest::temporaryFilesHaveNoName()
     char event[sizeof(inotify_event) + NAME_MAX + 1];
     QCOMPARE(read(news, event, sizeof(event)), ssize_t(-1));
     QCOMPARE(errno, EAGAIN);
-    m_shop->write(text("temporary/file"), "x"); // which the watch reports
+    m_workshop->write(text("temporary/file"), "x"); // which the watch reports
     QVERIFY(read(news, event, sizeof(event)) > 0);
     close(news);
 }
@@ -355,10 +359,10 @@ void ToolSignalsTest::temporaryFilesHaveNoName()
 void ToolSignalsTest::readerThatDoesNotReadDoesNotDelayTheEnd()
 {
     makePipe();
-    m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
-    const int reader = open(QFile::encodeName(m_shop->path(text("pipe"))).constData(), O_RDWR | O_CLOEXEC);
+    m_workshop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    const int reader = open(QFile::encodeName(m_workshop->path(text("pipe"))).constData(), O_RDWR | O_CLOEXEC);
     QVERIFY(reader >= 0);
-    m_process->setStandardOutputFile(m_shop->path(text("pipe")));
+    m_process->setStandardOutputFile(m_workshop->path(text("pipe")));
     QStringList arguments = line("validate");
     for (int i = 0; i < 3000; ++i) // about 50 bytes of output each, and a pipe holds 64 KiB
         arguments.append(text("bad.xml"));
@@ -372,9 +376,9 @@ void ToolSignalsTest::readerThatDoesNotReadDoesNotDelayTheEnd()
 
 void ToolSignalsTest::closedPipeEndsTheProgramBySigpipe()
 {
-    m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    m_workshop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
     const Run run =
-        m_shop->shell(text("{ \"$tool\" validate $(yes bad.xml | head -n 3000); echo $? >&2; } | head -n 1"));
+        m_workshop->shell(text("{ \"$tool\" validate $(yes bad.xml | head -n 3000); echo $? >&2; } | head -n 1"));
     QCOMPARE(run.out, text("bad.xml: TunerProperties: Please set type properly.\n"));
     QCOMPARE(run.err, text("%1\n").arg(128 + SIGPIPE));
 }

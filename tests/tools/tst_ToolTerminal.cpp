@@ -45,7 +45,7 @@ private Q_SLOTS:
 private:
     void writeHostile() const;
 
-    std::unique_ptr<Workshop> m_shop;
+    std::unique_ptr<Workshop> m_workshop;
 };
 
 namespace {
@@ -59,15 +59,15 @@ QString text(const char *utf8)
 
 void ToolTerminalTest::init()
 {
-    m_shop = std::make_unique<Workshop>();
-    m_shop->write(text("good.xml"), smallXml);
-    m_shop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("pipe"))).constData(), 0600), 0);
+    m_workshop = std::make_unique<Workshop>();
+    m_workshop->write(text("good.xml"), smallXml);
+    m_workshop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(text("pipe"))).constData(), 0600), 0);
 }
 
 void ToolTerminalTest::cleanup()
 {
-    m_shop.reset();
+    m_workshop.reset();
 }
 
 void ToolTerminalTest::barShowsTheProgress_data()
@@ -87,28 +87,28 @@ void ToolTerminalTest::barShowsTheProgress()
     QVERIFY(bar.size() < columns);
     QElapsedTimer timer;
     timer.start();
-    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" validate --special-files --jobs 2 good.xml pipe"),
+    Terminal terminal(m_workshop->path(text(".")), text("\"$tool\" validate --special-files --jobs 2 good.xml pipe"),
                       columns);
     QVERIFY2(terminal.await('\r' + bar + "\x1b[K"), terminal.written().constData());
     QVERIFY(timer.elapsed() >= 1000); // quick work has none
-    m_shop->shell(text("cat good.xml > pipe"));
+    m_workshop->shell(text("cat good.xml > pipe"));
     terminal.readAll();
     QCOMPARE(terminal.screen(), text("tunerproperties: 2 files: 2 valid\n"));
 }
 
 void ToolTerminalTest::barIsBelowOtherOutput()
 {
-    QCOMPARE(mkfifo(QFile::encodeName(m_shop->path(text("other"))).constData(), 0600), 0);
-    Terminal terminal(m_shop->path(text(".")),
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(text("other"))).constData(), 0600), 0);
+    Terminal terminal(m_workshop->path(text(".")),
                       text("\"$tool\" validate --special-files --jobs 2 bad.xml pipe missing.xml bad.xml other"), 40);
     QVERIFY2(terminal.await("[==============>         ] 3 of 5 files\x1b[K"), terminal.written().constData());
-    m_shop->shell(text("cat good.xml > pipe"));
+    m_workshop->shell(text("cat good.xml > pipe"));
     const QString withBar = text("bad.xml: TunerProperties: Please set type properly.\n"
                                  "tunerproperties: missing.xml: cannot open: No such file or directory\n"
                                  "bad.xml: TunerProperties: Please set type properly.\n"
                                  "[===================>    ] 4 of 5 files");
     QVERIFY2(terminal.awaitScreen(withBar), qPrintable(terminal.screen()));
-    m_shop->shell(text("cat good.xml > other"));
+    m_workshop->shell(text("cat good.xml > other"));
     terminal.readAll();
     QCOMPARE(terminal.screen(),
              text("bad.xml: TunerProperties: Please set type properly.\n"
@@ -214,9 +214,9 @@ void ToolTerminalTest::writeHostile() const
     document.Setname(text(hostileName));
     document.GetComponent()[0].Setname(text(hostileName));
     document.GetComponent()[0].Resetoptional();
-    m_shop->write(text("h.tpb"), document.GetBinaryRepresentationAsQByteArray());
+    m_workshop->write(text("h.tpb"), document.GetBinaryRepresentationAsQByteArray());
     document.Setname(text("other"));
-    m_shop->write(text("o.tpb"), document.GetBinaryRepresentationAsQByteArray());
+    m_workshop->write(text("o.tpb"), document.GetBinaryRepresentationAsQByteArray());
 }
 
 void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
@@ -250,7 +250,7 @@ void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable()
     QFETCH(QString, command);
     QFETCH(QString, shown);
     writeHostile();
-    Terminal terminal(m_shop->path(text(".")), text("TERM=dumb \"$tool\" ") + command, 80);
+    Terminal terminal(m_workshop->path(text(".")), text("TERM=dumb \"$tool\" ") + command, 80);
     terminal.readAll();
     const QByteArray written = terminal.written();
     QVERIFY2(written.contains(shown.toUtf8()), written.constData());
@@ -260,8 +260,8 @@ void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable()
 void ToolTerminalTest::getWritesTheValueUnchangedIntoAPipe()
 {
     writeHostile();
-    QCOMPARE(m_shop->run(line("get h.tpb name")).bytes, QByteArray(hostileName) + '\n');
-    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" get h.tpb name | od -An -tx1"), 80);
+    QCOMPARE(m_workshop->run(line("get h.tpb name")).bytes, QByteArray(hostileName) + '\n');
+    Terminal terminal(m_workshop->path(text(".")), text("\"$tool\" get h.tpb name | od -An -tx1"), 80);
     terminal.readAll();
     QCOMPARE(QByteArray::fromHex(terminal.written()), QByteArray(hostileName) + '\n');
 }
@@ -271,19 +271,19 @@ void ToolTerminalTest::jsonIsTheSameOnATerminalAndInAPipe()
     writeHostile();
     for (const char *command :
          {"show --format json h.tpb", "diff --json h.tpb o.tpb", "validate --json h.tpb", "get h.tpb Component"}) {
-        Terminal terminal(m_shop->path(text(".")), text("\"$tool\" ") + text(command), 80);
+        Terminal terminal(m_workshop->path(text(".")), text("\"$tool\" ") + text(command), 80);
         terminal.readAll();
-        const QByteArray piped = m_shop->run(line(command)).bytes;
+        const QByteArray piped = m_workshop->run(line(command)).bytes;
         QCOMPARE(QByteArray(terminal.written()).replace("\r\n", "\n"), piped);
         QVERIFY(QJsonDocument::fromJson(piped).object().size() + QJsonDocument::fromJson(piped).array().size() > 0);
     }
-    const QByteArray json = m_shop->run(line("show --format json h.tpb")).bytes;
+    const QByteArray json = m_workshop->run(line("show --format json h.tpb")).bytes;
     QCOMPARE(QJsonDocument::fromJson(json)[text("TunerProperties")][text("name")].toString(), text(hostileName));
 }
 
 void ToolTerminalTest::binaryFormsAreEscapedOnATerminal()
 {
-    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" convert good.xml - --to tagged"), 80);
+    Terminal terminal(m_workshop->path(text(".")), text("\"$tool\" convert good.xml - --to tagged"), 80);
     terminal.readAll();
     QVERIFY2(terminal.written().startsWith(R"(\xc1\u000c\xbb_\u0000\u0000\u0000\xb3\xcc\xfe)"),
              terminal.written().constData());
@@ -306,16 +306,16 @@ void ToolTerminalTest::outputFileThatIsATerminalIsEscapedLikeStandardOutput()
     QFETCH(QString, file);
     writeHostile();
     // XML cannot represent most of the characters, and a snapshot omits what is not set.
-    m_shop->write(text("h.xml"),
-                  QByteArray(smallXml).replace("\"n\"",
-                                               "\"\xC2\x9B"
-                                               "2J\xE2\x80\xAEn\""));
+    m_workshop->write(text("h.xml"),
+                      QByteArray(smallXml).replace("\"n\"",
+                                                   "\"\xC2\x9B"
+                                                   "2J\xE2\x80\xAEn\""));
     const QString convert = text("\"$tool\" convert --no-validate %1 %2 --to %3");
     const bool isLimited = form == text("xml") || form == text("snapshot");
     const QString input = isLimited ? text("h.xml") : text("h.tpb");
-    Terminal standard(m_shop->path(text(".")), convert.arg(input, text("-"), form), 80);
+    Terminal standard(m_workshop->path(text(".")), convert.arg(input, text("-"), form), 80);
     standard.readAll();
-    Terminal named(m_shop->path(text(".")), convert.arg(input, file, form), 80);
+    Terminal named(m_workshop->path(text(".")), convert.arg(input, file, form), 80);
     named.readAll();
     QVERIFY2(isPrintable(named.written()), named.written().toPercentEncoding().constData());
     QCOMPARE(named.written(), standard.written());
@@ -325,7 +325,7 @@ void ToolTerminalTest::outputFileThatIsATerminalIsEscapedLikeStandardOutput()
 void ToolTerminalTest::outputFileThatIsAPipeReceivesUnchangedBytes()
 {
     writeHostile();
-    Terminal terminal(m_shop->path(text(".")),
+    Terminal terminal(m_workshop->path(text(".")),
                       text("\"$tool\" convert --no-validate h.tpb /dev/stdout --to tagged | cmp - h.tpb && echo same"),
                       80);
     terminal.readAll();
@@ -335,7 +335,7 @@ void ToolTerminalTest::outputFileThatIsAPipeReceivesUnchangedBytes()
 void ToolTerminalTest::diffKeepsItsColorsOnATerminal()
 {
     writeHostile();
-    Terminal terminal(m_shop->path(text(".")), text("\"$tool\" diff o.tpb h.tpb"), 80);
+    Terminal terminal(m_workshop->path(text(".")), text("\"$tool\" diff o.tpb h.tpb"), 80);
     terminal.readAll();
     QByteArray written = terminal.written();
     QVERIFY2(written.startsWith("\x1B[33m~ name: ") && written.endsWith("\x1B[m\r\n"), written.constData());

@@ -94,8 +94,8 @@ private Q_SLOTS:
     void theDefaultsAreThese();
     void resetToDefaultMarksTheQuantityAsSet();
     void resetClearsEveryFlagAndRestoresTheDefaults();
-    void aMemberIsSetAloneAndResetAgain_data() { memberRows(); }
-    void aMemberIsSetAloneAndResetAgain();
+    void settingAndResettingAMemberChangesNoOther_data() { memberRows(); }
+    void settingAndResettingAMemberChangesNoOther();
     void aMemberThatIsPresentIsAnyData_data() { memberRows(); }
     void aMemberThatIsPresentIsAnyData();
     void dataNeedsComponentsTypeAndBaseResource();
@@ -222,7 +222,7 @@ void TunerPropertiesStateTest::resetClearsEveryFlagAndRestoresTheDefaults()
     QVERIFY(!untouched.IsInitialized());
 }
 
-void TunerPropertiesStateTest::aMemberIsSetAloneAndResetAgain()
+void TunerPropertiesStateTest::settingAndResettingAMemberChangesNoOther()
 {
     QFETCH(int, index);
     const MemberOfDocument &member = membersInBitOrder().at(index);

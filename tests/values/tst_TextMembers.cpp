@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Members.h"
 #include "Rules.h"
 
 using namespace JobXml;
@@ -48,28 +49,45 @@ TextMember textMember(quint32 tag, const char *name, const Accessors<Object, QSt
             }};
 }
 
+/// A text member has the same tag in every class.
+quint32 tagOf(const QByteArray &member)
+{
+    static const QMap<QByteArray, quint32> tags{
+        {"id", 0x2B262DC9}, {"name", 0xCB4CF645}, {"text", 0xA323E10D}, {"value", 0xCEFF51BA}};
+    if (!tags.contains(member))
+        qFatal("no tag is stated for a text member with the name %s", member.constData());
+    return tags.value(member);
+}
+
+/// Collects the text members of a class.
+struct Collector
+{
+    template <class Object>
+    void operator()(const Members::Value<Object, QString> &member)
+    {
+        all += textMember(tagOf(member.name), member.name,
+                          accessors(member.get, member.set, member.isSet, member.reset, member.getDefault));
+    }
+    template <class Other>
+    void operator()(const Other &)
+    {
+    }
+
+    QVector<TextMember> all;
+};
+
+/// The text members of everything that a ValueItem may contain.
 const QVector<TextMember> &textMembers()
 {
-    constexpr quint32 id = 0x2B262DC9;
-    constexpr quint32 value = 0xCEFF51BA;
-    static const QVector<TextMember> all = {
-        textMember(id, "id", ACCESSORS(ValueBoolean, id)),
-        textMember(id, "id", ACCESSORS(ValueFloat, id)),
-        textMember(id, "id", ACCESSORS(ValueInt, id)),
-        textMember(id, "id", ACCESSORS(ValueInt64, id)),
-        textMember(id, "id", ACCESSORS(ValueString, id)),
-        textMember(value, "value", ACCESSORS(ValueString, value)),
-        textMember(id, "id", ACCESSORS(ValueNumericFloat, id)),
-        textMember(id, "id", ACCESSORS(ValueNumericInt, id)),
-        textMember(id, "id", ACCESSORS(ValueNumericInt64, id)),
-        textMember(value, "value", ACCESSORS(StringItem, value)),
-        textMember(id, "id", ACCESSORS(ValueStringList, id)),
-        textMember(value, "value", ACCESSORS(ValueStringList, value)),
-        textMember(0xCB4CF645, "name", ACCESSORS(SelectionItem, name)),
-        textMember(id, "id", ACCESSORS(ValueSelection, id)),
-        textMember(0xA323E10D, "text", ACCESSORS(ValueSelection, text)),
-    };
-    return all;
+    static const QVector<TextMember> members = [] {
+        Collector collector;
+        const auto collect = [&](auto tag) { Members::forEach<typename decltype(tag)::Class>(collector); };
+        Kinds::forEach(collect);
+        collect(ClassTag<SelectionItem>());
+        collect(ClassTag<StringItem>());
+        return collector.all;
+    }();
+    return members;
 }
 
 } // namespace
@@ -88,6 +106,7 @@ private Q_SLOTS:
     void aNullTextInARecordComesBackEmptyAndNotNullInEveryMember();
     void aNullTextInASnapshotStaysNullInEveryMember();
     void longTextsSurvive();
+    void theseAreTheMembers();
 };
 
 void TextMembersTest::oddTextsHaveTheseBytes_data()
@@ -117,6 +136,18 @@ void TextMembersTest::oddTextsHaveTheseBytes_data()
     row("the last one", QStringLiteral("\U0010FFFD"), "F4 8F BF BD", "DB FF DF FD");
     row("combined", QStringLiteral("a\u0308"), "61 CC 88", "00 61 03 08"); // stays apart
     row("replacement", QStringLiteral("\uFFFD"), "EF BF BD", "FF FD");
+}
+
+void TextMembersTest::theseAreTheMembers()
+{
+    QStringList names;
+    for (const TextMember &member : textMembers())
+        names += member.name;
+    for (const char *name :
+         {"ValueBoolean.id", "ValueFloat.id", "ValueInt.id", "ValueInt64.id", "ValueNumericFloat.id",
+          "ValueNumericInt.id", "ValueNumericInt64.id", "ValueSelection.id", "ValueSelection.text", "ValueString.id",
+          "ValueString.value", "ValueStringList.id", "ValueStringList.value", "SelectionItem.name", "StringItem.value"})
+        QVERIFY2(names.removeOne(QLatin1String(name)), name);
 }
 
 void TextMembersTest::oddTextsHaveTheseBytes()

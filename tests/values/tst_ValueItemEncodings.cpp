@@ -27,12 +27,12 @@ class ValueItemEncodingsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyKindHasItsElement_data();
-    void everyKindHasItsElement();
-    void everyKindHasItsRecord_data();
-    void everyKindHasItsRecord();
-    void everyKindHasItsSnapshot_data();
-    void everyKindHasItsSnapshot();
+    void kindsHaveTheseElements_data();
+    void kindsHaveTheseElements();
+    void kindsHaveTheseRecords_data();
+    void kindsHaveTheseRecords();
+    void kindsHaveTheseSnapshots_data();
+    void kindsHaveTheseSnapshots();
 
     void onlyTheChosenAlternativeIsWritten();
     void itemWithoutChoiceIsWrittenEmpty();
@@ -59,7 +59,7 @@ private Q_SLOTS:
     void aSnapshotIsReadWithoutValidation();
 };
 
-void ValueItemEncodingsTest::everyKindHasItsElement_data()
+void ValueItemEncodingsTest::kindsHaveTheseElements_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("element");
@@ -87,7 +87,7 @@ void ValueItemEncodingsTest::everyKindHasItsElement_data()
                                                        "value=\"x\"/><StringItem value=\"y\"/></ValueStringList>");
 }
 
-void ValueItemEncodingsTest::everyKindHasItsElement()
+void ValueItemEncodingsTest::kindsHaveTheseElements()
 {
     QFETCH(int, kind);
     QFETCH(QString, element);
@@ -104,7 +104,7 @@ void ValueItemEncodingsTest::everyKindHasItsElement()
     QCOMPARE(xmlOf(read), xml);
 }
 
-void ValueItemEncodingsTest::everyKindHasItsRecord_data()
+void ValueItemEncodingsTest::kindsHaveTheseRecords_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QByteArray>("record");
@@ -179,7 +179,7 @@ void ValueItemEncodingsTest::everyKindHasItsRecord_data()
                                               "00 00 00 0D CE FF 51 BA 00 00 00 05 00 00 00 01 79"); //   "y"
 }
 
-void ValueItemEncodingsTest::everyKindHasItsRecord()
+void ValueItemEncodingsTest::kindsHaveTheseRecords()
 {
     QFETCH(int, kind);
     QFETCH(QByteArray, record);
@@ -195,7 +195,7 @@ void ValueItemEncodingsTest::everyKindHasItsRecord()
     QCOMPARE(hex(recordOf(read)), hex(record));
 }
 
-void ValueItemEncodingsTest::everyKindHasItsSnapshot_data()
+void ValueItemEncodingsTest::kindsHaveTheseSnapshots_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QByteArray>("snapshot");
@@ -259,7 +259,7 @@ void ValueItemEncodingsTest::everyKindHasItsSnapshot_data()
                                               "00 00 00 02 00 78"); // value "x"
 }
 
-void ValueItemEncodingsTest::everyKindHasItsSnapshot()
+void ValueItemEncodingsTest::kindsHaveTheseSnapshots()
 {
     QFETCH(int, kind);
     QFETCH(QByteArray, snapshot);

@@ -89,7 +89,7 @@ public:
         bool isAny = false;
         document.VisitProblems([&](const Problem &problem) {
             isAny = true;
-            if (problem.xmlOnly) // whether it is XML at all, the writer knows
+            if (problem.xmlOnly) // the writer reports these, if the form is XML
                 return;
             const auto known = m_counts.find(keyOf(problem));
             if (known != m_counts.end() && *known > 0) {
@@ -136,7 +136,7 @@ void reportInexactValue(const QByteArray &bytes, const Document &document, const
     written.SetValidate(false);
     const bool isRead = Forms::readBack(written, bytes, document.form);
     const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
-    if (text != textAt(document.tuner, target)) // by its place: what it is found by may be what has changed
+    if (text != textAt(document.tuner, target)) // by position: the change may concern the identity
         Console::printError(document.input.shownName() + QStringLiteral(": ") + target.path
                             + QStringLiteral(": this form cannot store the value exactly; it reads back as ") + text);
 }

@@ -28,7 +28,7 @@ bool isEnumeration(const MemberView &member)
     return member.GetKind() == MemberKind::Enumeration;
 }
 
-/// The number that an item is about, as opposed to what may be said about it besides.
+/// Whether the member is the main number of an item; others describe it.
 bool isMainNumber(const MemberView &member)
 {
     return isNumber(member) && member.IsMandatory();

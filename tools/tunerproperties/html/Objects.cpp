@@ -11,7 +11,7 @@ using JobXml::MemberView;
 
 namespace {
 
-bool holdsNothing(const QVariant &value)
+bool isEmptyValue(const QVariant &value)
 {
     return value.type() == QVariant::List ? value.toList().isEmpty()
                                           : value.type() == QVariant::String && value.toString().isNull();
@@ -26,7 +26,7 @@ void showNothing(Markup &out, const char *word)
 bool isIrrelevant(const MemberView &member)
 {
     return (member.GetKind() == MemberKind::Alternative && !member.IsChosen())
-        || (member.GetKind() == MemberKind::Choice && holdsNothing(member.GetValue()));
+        || (member.GetKind() == MemberKind::Choice && isEmptyValue(member.GetValue()));
 }
 
 /// The class of a fact, according to the room that it takes.
@@ -97,7 +97,7 @@ void Objects::enumerator(const QVariant &entry)
 {
     if (entry.type() == QVariant::Int)
         showNumber(m_out, entry);
-    else if (holdsNothing(entry))
+    else if (isEmptyValue(entry))
         showNothing(m_out, "null");
     else
         m_out.element("span", {{"class", "word"}}, entry.toString());
@@ -120,7 +120,7 @@ void Objects::enumerators(const MemberView &member)
 void Objects::value(const MemberView &member)
 {
     const QVariant value = member.GetValue();
-    if (member.IsSet() || !holdsNothing(value)) {
+    if (member.IsSet() || !isEmptyValue(value)) {
         switch (member.GetKind()) {
         case MemberKind::Text:
             showText(m_out, value.toString());

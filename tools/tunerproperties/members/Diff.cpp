@@ -101,12 +101,12 @@ public:
     Pairs(const MemberView &first, const MemberView &second)
         : m_ofFirst(first.GetSize(), -1), m_ofSecond(second.GetSize(), -1)
     {
-        pairAlike(first, second, [](const DataObject &item) { return Paths::identityOf(item); });
-        pairAlike(first, second, [](const DataObject &item) {
+        pairByKey(first, second, [](const DataObject &item) { return Paths::identityOf(item); });
+        pairByKey(first, second, [](const DataObject &item) {
             return Paths::identityOf(item).isNull() ? QLatin1Char('{') + contents(item, Contents::Whole, true)
                                                     : QString();
         });
-        pairAlike(first, second, [](const DataObject &item) {
+        pairByKey(first, second, [](const DataObject &item) {
             return Paths::identityOf(item).isNull() ? QStringLiteral("") : QString();
         });
     }
@@ -151,7 +151,7 @@ public:
 private:
     /// Pairs the unpaired items by a key, in order among those with the same key; a null key pairs nothing.
     template <class Key>
-    void pairAlike(const MemberView &first, const MemberView &second, Key keyOf)
+    void pairByKey(const MemberView &first, const MemberView &second, Key keyOf)
     {
         QHash<QString, QVector<int>> waiting; // the last one first
         for (int i = m_ofSecond.size() - 1; i >= 0; --i) {

@@ -109,7 +109,7 @@ private:
             if (take(QLatin1Char('=')))
                 readConditions(result, name);
             else
-                readPlace(result, name, start);
+                readPosition(result, name, start);
         }
         return result;
     }
@@ -126,7 +126,7 @@ private:
         close();
     }
 
-    void readPlace(WrittenStep &step, const QString &digits, int start)
+    void readPosition(WrittenStep &step, const QString &digits, int start)
     {
         if (step.position > 0)
             fail(QStringLiteral("unexpected second position"));

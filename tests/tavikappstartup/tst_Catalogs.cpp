@@ -30,7 +30,7 @@ QString outputOfHost(const QString &libraries, const QStringList &arguments)
 
 } // namespace
 
-class CataloguesTest : public QObject
+class CatalogsTest : public QObject
 {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private Q_SLOTS:
     void anInstalledTreeFindsItsCatalogsWhereverItIsMoved();
 };
 
-void CataloguesTest::aRegionFallsBackToItsLanguage()
+void CatalogsTest::aRegionFallsBackToItsLanguage()
 {
     setLocale("de_AT");
     const Application application;
@@ -63,7 +63,7 @@ void CataloguesTest::aRegionFallsBackToItsLanguage()
     QCOMPARE(signalText(), german);
 }
 
-void CataloguesTest::theMostSpecialNameOfAFolderWins()
+void CatalogsTest::theMostSpecialNameOfAFolderWins()
 {
     setLocale("de_AT");
     const Application application;
@@ -72,7 +72,7 @@ void CataloguesTest::theMostSpecialNameOfAFolderWins()
     QCOMPARE(signalText(), austrianOfSecond);
 }
 
-void CataloguesTest::anEarlierFolderWinsOverAMoreSpecialName()
+void CatalogsTest::anEarlierFolderWinsOverAMoreSpecialName()
 {
     setLocale("de_AT");
     const Application application;
@@ -82,7 +82,7 @@ void CataloguesTest::anEarlierFolderWinsOverAMoreSpecialName()
     QCOMPARE(signalText(), german);
 }
 
-void CataloguesTest::theFolderAddedLastIsSearchedFirst()
+void CatalogsTest::theFolderAddedLastIsSearchedFirst()
 {
     const Application application;
     center().AddSearchPath(second);
@@ -92,7 +92,7 @@ void CataloguesTest::theFolderAddedLastIsSearchedFirst()
     QCOMPARE(noiseText(), germanNoise);
 }
 
-void CataloguesTest::addingAFolderLeavesInstalledCatalogsAlone()
+void CatalogsTest::addingAFolderLeavesInstalledCatalogsAlone()
 {
     const Application application;
     center().Register(probe);
@@ -102,7 +102,7 @@ void CataloguesTest::addingAFolderLeavesInstalledCatalogsAlone()
     QCOMPARE(signalText(), germanOfSecond);
 }
 
-void CataloguesTest::theSearchPathsAreTheDocumentedList()
+void CatalogsTest::theSearchPathsAreTheDocumentedList()
 {
     const QTemporaryDir one;
     const QTemporaryDir two;
@@ -118,7 +118,7 @@ void CataloguesTest::theSearchPathsAreTheDocumentedList()
     QVERIFY(!fixed.at(2).contains(QStringLiteral("..")));
 }
 
-void CataloguesTest::addingAFolderAgainMovesItToTheFront()
+void CatalogsTest::addingAFolderAgainMovesItToTheFront()
 {
     center().AddSearchPath(second);
     const int count = center().SearchPaths().size();
@@ -127,10 +127,10 @@ void CataloguesTest::addingAFolderAgainMovesItToTheFront()
     QCOMPARE(center().SearchPaths().size(), count);
 }
 
-void CataloguesTest::relativeFolderIsResolvedAgainstTheCurrentOne()
+void CatalogsTest::relativeFolderIsResolvedAgainstTheCurrentOne()
 {
     const QString before = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(QStringLiteral(CATALOGUES_DIR)));
+    QVERIFY(QDir::setCurrent(QStringLiteral(CATALOGS_DIR)));
     center().AddSearchPath(QStringLiteral("second"));
     QVERIFY(QDir::setCurrent(before));
     QCOMPARE(center().SearchPaths().first(), QDir(second).canonicalPath());
@@ -139,12 +139,12 @@ void CataloguesTest::relativeFolderIsResolvedAgainstTheCurrentOne()
     QCOMPARE(signalText(), germanOfSecond);
 }
 
-void CataloguesTest::damagedCatalogIsIgnored()
+void CatalogsTest::damagedCatalogIsIgnored()
 {
     const QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("Probe_de.qm")));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write("no catalogue at all"), qint64(19));
+    QCOMPARE(file.write("no catalog at all"), qint64(17));
     file.close();
 
     const Application application;
@@ -153,7 +153,7 @@ void CataloguesTest::damagedCatalogIsIgnored()
     QCOMPARE(signalText(), german); // from the next folder
 }
 
-void CataloguesTest::theShippedCatalogsTranslateEveryDisplayName_data()
+void CatalogsTest::theShippedCatalogsTranslateEveryDisplayName_data()
 {
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<QString>("inGerman");
@@ -198,7 +198,7 @@ void CataloguesTest::theShippedCatalogsTranslateEveryDisplayName_data()
                                 << QString::fromUtf8(row.inEnglish);
 }
 
-void CataloguesTest::theShippedCatalogsTranslateEveryDisplayName()
+void CatalogsTest::theShippedCatalogsTranslateEveryDisplayName()
 {
     QFETCH(QByteArray, name);
     QFETCH(QString, inGerman);
@@ -213,7 +213,7 @@ void CataloguesTest::theShippedCatalogsTranslateEveryDisplayName()
     QCOMPARE(displayName(name.constData()), QString::fromUtf8(name));
 }
 
-void CataloguesTest::displayNamesFallBackToTheNames()
+void CatalogsTest::displayNamesFallBackToTheNames()
 {
     setLocale("ja_JP");
     const Application application;
@@ -223,7 +223,7 @@ void CataloguesTest::displayNamesFallBackToTheNames()
     QCOMPARE(displayName("ValueInt64"), QStringLiteral("ValueInt64"));
 }
 
-void CataloguesTest::aProgramRegistersBeforeItsApplicationAndUnregistersAfterIt()
+void CatalogsTest::aProgramRegistersBeforeItsApplicationAndUnregistersAfterIt()
 {
     const Application application;
     const QString expected = QStringLiteral("Peiler\nSuche\n%1\nleft: 0\nexit status 0");
@@ -232,7 +232,7 @@ void CataloguesTest::aProgramRegistersBeforeItsApplicationAndUnregistersAfterIt(
              expected.arg(center().SearchPaths().last()));
 }
 
-void CataloguesTest::anInstalledTreeFindsItsCatalogsWhereverItIsMoved()
+void CatalogsTest::anInstalledTreeFindsItsCatalogsWhereverItIsMoved()
 {
     const Application application;
     const QTemporaryDir scratch;
@@ -256,5 +256,5 @@ void CataloguesTest::anInstalledTreeFindsItsCatalogsWhereverItIsMoved()
              expected.arg(QDir(moved.filePath(data)).canonicalPath()));
 }
 
-TEST_SUITE_WITHOUT_APPLICATION(CataloguesTest)
-#include "tst_Catalogues.moc"
+TEST_SUITE_WITHOUT_APPLICATION(CatalogsTest)
+#include "tst_Catalogs.moc"
