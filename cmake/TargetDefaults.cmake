@@ -71,7 +71,7 @@ endfunction()
 # Flags for the libraries and the tool, but not for the tests. Debug builds that request no optimization get what debuggers
 # can follow: it takes no longer to compile, and the tests wait for the libraries and the tool half as long. To see every
 # variable: -DTP_PRODUCT_FLAGS=-O0
-set(TP_PRODUCT_FLAGS "" CACHE STRING "Flags for the libraries and the tool, but not for the tests")
+set(TP_PRODUCT_FLAGS "" CACHE STRING "Flags for the libraries and the tool, but not for the tests, separated by semicolons")
 mark_as_advanced(TP_PRODUCT_FLAGS)
 set(tp_product_flags ${TP_PRODUCT_FLAGS})
 if(CMAKE_BUILD_TYPE STREQUAL Debug

@@ -83,16 +83,16 @@ using ProblemVisitor = std::function<void(const Problem &)>;
 /// **Text members** are absent when null; an empty text is a value.
 ///
 /// **Sharing.** Assignment shares the data of both objects until one of them is next used; a copy constructed object
-/// has its own at once. It has the validate flag and the type of the original and no logger; assignment, moves into an
-/// existing object and swap() exchange data alone. Two threads may therefore use two objects, one each; only one thread
-/// at a time may use an object. A reference that a getter returned before the assignment refers to the shared data:
-/// writing through it changes both objects. While you hold one, copy construct instead: `T b(a)` or `b = T(a)`.
+/// has its own at once. Two threads may therefore use two objects, one each; only one thread at a time may use an
+/// object. A reference that a getter returned before the assignment refers to the shared data: writing through it
+/// changes both objects. While you hold one, copy construct instead: `T b(a)` or `b = T(a)`.
 ///
 /// **Validate flag and logger.** Check(), GetXml(), GetBinary(), SetBinary(), reading XML as soon as it meets a child
 /// element, and the creation of an object's data propagate the object's own flag and logger to its whole tree. Setters,
 /// assignment and moves do not. SetValidate() and SetLogger() reach the children that exist at that moment: a child
 /// that is appended or assigned later keeps its own flag until the next of these operations, and a copy of a child
-/// keeps the flag that the child has.
+/// keeps the flag that the child has. A copy constructed object has the validate flag and the type of the original, and
+/// no logger; assignment, moves into an existing object and swap() only affect the data.
 ///
 /// **Equality.** A member is equal if it is set in both objects to equal values, or set in neither; for the lists of
 /// ValueStringList, ValueSelection, Node and Component only the right side's flag counts: an unset list on the right

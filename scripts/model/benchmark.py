@@ -42,7 +42,7 @@ STRUCTS = "bench/reference/PlainStructs.cpp"
 
 
 def check_structs(released: dict, structs: str, complain) -> None:
-    """The structures that the library is measured against hold every member of the last release."""
+    """The structures that the library is measured against are filled from members of every name in the last release."""
     for cls in released["classes"]:
         for row in cls["members"]:
             if not re.search(rf"\bGet{row['name']}\b", structs):

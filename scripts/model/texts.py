@@ -52,7 +52,9 @@ JSON_ROWS = {
 def check_json_page(model: Model, text: str, complain) -> None:
     """The page says how a member of each kind is represented in JSON."""
     for kind in sorted({row["kind"] for _, row in model.members}):
-        if f"\n| {JSON_ROWS.get(kind)} |" not in text:
+        if kind not in JSON_ROWS:
+            complain(f"scripts/model/texts.py: JSON_ROWS names no row of {JSON_PAGE} for members of the kind '{kind}'")
+        elif f"\n| {JSON_ROWS[kind]} |" not in text:
             complain(f"{JSON_PAGE}: the table has no row for members of the kind '{kind}'")
 
 

@@ -32,7 +32,7 @@ public:
     virtual void forEachMember(const DataObject &object, const MemberAction &action) const;
 
     virtual void propagateToChildren(const DataObject &object, const Propagation &propagation) const;
-    /// Propagates the validate flag of an object that has just been copied to everything that was copied with it.
+    /// Propagates the validate flag of an object that has just been copied to the children that were copied with it.
     virtual void propagateToCopies(const DataObject &copy) const;
     /// See Propagation::copy().
     virtual void copyEnvironments(const DataObject &original, const DataObject &copy) const;

@@ -41,7 +41,7 @@ public:
 
     /// Propagates to an object and everything below it.
     void propagateTo(const DataObject &object) const;
-    /// Propagates to a copied object, unless it has the flag: then everything below it has it as well.
+    /// Propagates to a copied object if its flag differs. Otherwise everything below it has the right flag already.
     void propagateToCopy(const DataObject &object) const
     {
         if (ObjectAccess::environment(object)->validate != validate())

@@ -335,7 +335,7 @@ class ItemBehavior final : public Behavior
         propagation.propagateTo(data.state.environment);
     }
 
-    // Departs: alternatives of a copy that are created later inherit its environment, too.
+    // Departs: also stores the environment of a copy, for alternatives that are created later.
     void propagateToCopies(const DataObject &copy) const override
     {
         ValueItemData &data = dataOf(ObjectAccess::block(copy));
@@ -343,7 +343,8 @@ class ItemBehavior final : public Behavior
         const Propagation propagation(data.state.environment, Propagation::Validate);
         data.alternatives.forEach([&](const DataObject &alternative) { propagation.propagateToCopy(alternative); });
     }
-    // Departs: so do those of a copy that keeps the environment of its original.
+
+    // Departs: also copies the stored environment.
     void copyEnvironments(const DataObject &original, const DataObject &copy) const override
     {
         Behavior::copyEnvironments(original, copy);

@@ -21,8 +21,8 @@ inline QSet<QString> listsWith(int items, const JobXml::DataObject &object)
     return lists;
 }
 
-/// A document with every member of every class and every kind of value, and at least two items in every list: a failure
-/// at the second must not change the first.
+/// A document with every member of every class and every kind of value, and at least two items in every list of
+/// objects: a failure at the second must not change the first.
 inline JobXml::TunerProperties completeDocument()
 {
     JobXml::TunerProperties document = Damage::compactDocument();
@@ -42,9 +42,9 @@ inline JobXml::TunerProperties completeDocument()
             item.GetValueStringList().AppendStringItem(text);
         }
     }
-    const QSet<QString> withOneItem = listsWith(1, document) - listsWith(2, document);
-    if (!withOneItem.isEmpty())
-        qFatal("no list %s has a second item", qUtf8Printable(withOneItem.values().join(QStringLiteral(", "))));
+    const QSet<QString> shorter = listsWith(0, document) - listsWith(2, document);
+    if (!shorter.isEmpty())
+        qFatal("no list %s has a second item", qUtf8Printable(shorter.values().join(QStringLiteral(", "))));
     return document;
 }
 

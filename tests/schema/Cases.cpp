@@ -258,9 +258,10 @@ const std::vector<TextElement> statedTextElements = {
     {"TunerProperties", "HRPANSupported", boolean},
 };
 
-// --- Classes and members that have joined the model since -----------------------------------------------------------
+// --- Later classes and members --------------------------------------------------------------------------------------
 
-/// What is stated above, and the same for each class and each member with a text that the model has besides.
+/// What is stated above, and the same for each other class, attribute and text element of the model. Of these,
+/// share/model.json states the kind and whether it is mandatory.
 struct Rules
 {
     Rules();
@@ -273,10 +274,11 @@ private:
     void addMember(const QByteArray &element, const QJsonObject &member);
     const Kind &kindOf(const QJsonObject &member);
     const Element *find(const QString &name) const;
-    bool complete(JobXml::DataObject &object) const;
+    QString additions(const QString &element) const;
 
-    std::deque<Kind> m_enumerations; // which references stay valid
-    QMap<QString, QString> m_texts; // a text that each new member accepts, by "Class.member"
+    std::deque<Kind> m_enumerations; // a deque, so that references stay valid
+    QMap<QString, QJsonArray> m_members; // by class
+    QMap<QString, QString> m_texts; // accepted by each member that is not stated, by "Class.member"
 };
 
 QJsonArray classesOfTheModel()
@@ -340,53 +342,60 @@ const Element *Rules::find(const QString &name) const
     return found == elements.end() ? nullptr : &*found;
 }
 
-/// Sets each new member; in an object of a new class, children as well. Returns whether a member of the object is new.
-bool Rules::complete(JobXml::DataObject &object) const
+/// An element with the members that are not stated; of a class that is not stated, with its children, too. Null if
+/// there are none.
+QString Rules::additions(const QString &element) const
 {
-    bool isChanged = false;
-    JobXml::visit(object, [&](JobXml::MemberEditor &member) {
-        const QString known = m_texts.value(object.GetObjectName() + QLatin1Char('.') + member.GetName());
-        if (!known.isNull()) {
-            isChanged = true;
-            if (!member.SetValue(known))
-                qFatal("%s does not take %s", qUtf8Printable(member.GetName()), qUtf8Printable(known));
-        } else if (Model::holdsObjects(member.GetKind()) && !find(object.GetObjectName())) {
-            JobXml::DataObject &child = Model::newChild(member);
-            if (const Element *stated = find(child.GetObjectName()))
-                readXml(child, text(stated->document));
-            else
-                complete(child);
+    QString attributesInTag;
+    QString content;
+    for (const QJsonValue &listed : m_members.value(element)) {
+        const QJsonObject member = listed.toObject();
+        const QString name = text(nameOf(member));
+        const auto accepted = m_texts.constFind(element + QLatin1Char('.') + name);
+        if (accepted != m_texts.constEnd() && holdsElements(member)) {
+            content += QStringLiteral("<%1>").arg(name) + *accepted + QStringLiteral("</%1>").arg(name);
+        } else if (accepted != m_texts.constEnd()) {
+            attributesInTag += QStringLiteral(" %1=\"").arg(name) + *accepted + QLatin1Char('"');
+        } else if (member.contains(QLatin1String("class")) && !find(element)) {
+            const QString child = member.value(QLatin1String("class")).toString();
+            const Element *stated = find(child);
+            content += stated ? text(stated->document) : additions(child);
         }
-    });
-    return isChanged;
+    }
+    if (attributesInTag.isEmpty() && content.isEmpty())
+        return QString();
+    return QStringLiteral("<%1 Version=\"1.1\"").arg(element) + attributesInTag + QLatin1Char('>') + content
+        + QStringLiteral("</%1>").arg(element);
 }
 
 Rules::Rules()
 {
-    QMap<QByteArray, QJsonArray> membersOf;
     for (const QJsonValue &listed : classesOfTheModel()) {
         const QJsonArray members = listed.toObject().value(QLatin1String("members")).toArray();
         for (const QJsonValue &member : members)
             addMember(nameOf(listed), member.toObject());
-        membersOf.insert(nameOf(listed), members);
+        m_members.insert(text(nameOf(listed)), members);
     }
     std::vector<Element> all;
     JobXml::Classes::forEach([&](auto tag) {
         using Class = typename decltype(tag)::Class;
         const QString name = Class::GetStaticObjectName();
-        Class object;
-        if (const Element *stated = find(name)) {
+        const Element *const stated = find(name);
+        const QString further = additions(name);
+        if (further.isNull()) {
+            if (!stated)
+                qFatal("no case has an element %s", qUtf8Printable(name));
             all.push_back(*stated);
-            readXml(object, text(stated->document));
-            if (complete(object))
-                all.back().document = xmlOf(object).toUtf8();
-        } else {
-            complete(object);
-            const QJsonArray &members = membersOf.value(name.toUtf8());
-            all.push_back({name.toUtf8(), xmlOf(object).toUtf8(),
-                           std::none_of(members.begin(), members.end(),
-                                        [](const QJsonValue &member) { return holdsElements(member.toObject()); })});
+            return;
         }
+        Class object;
+        if (stated)
+            readXml(object, text(stated->document));
+        readXml(object, further);
+        const QJsonArray &members = m_members[name];
+        all.push_back({name.toUtf8(), xmlOf(object).toUtf8(),
+                       std::none_of(members.begin(), members.end(),
+                                    [](const QJsonValue &member) { return holdsElements(member.toObject()); })});
     });
     elements = all;
 }
@@ -399,13 +408,25 @@ const Rules &rules()
 
 // --- Changing a good document ---------------------------------------------------------------------------------------
 
-QString good(const QByteArray &element)
+QString documentOf(const QByteArray &element, const std::vector<Element> &among)
 {
-    for (const Element &each : rules().elements) {
+    for (const Element &each : among) {
         if (each.name == element)
             return text(each.document);
     }
     qFatal("there is no element %s", element.constData());
+}
+
+/// The document as stated, for cases that state their changes.
+QString good(const QByteArray &element)
+{
+    return documentOf(element, statedElements);
+}
+
+/// The document with later members.
+QString complete(const QByteArray &element)
+{
+    return documentOf(element, rules().elements);
 }
 
 /// The document, which must contain `from`, with its first occurrence replaced.
@@ -432,20 +453,20 @@ QString part(const QString &document, const QString &pattern)
 
 QString withAttribute(const Attribute &attribute, const QString &value)
 {
-    const QString document = good(attribute.element);
+    const QString document = complete(attribute.element);
     const QString present = part(document, QStringLiteral(" %1=\"[^\"]*\"").arg(text(attribute.name)));
     return with(document, present, QStringLiteral(" %1=\"").arg(text(attribute.name)) + value + QLatin1Char('"'));
 }
 
 QString withoutAttribute(const Attribute &attribute)
 {
-    const QString document = good(attribute.element);
+    const QString document = complete(attribute.element);
     return with(document, part(document, QStringLiteral(" %1=\"[^\"]*\"").arg(text(attribute.name))), QString());
 }
 
 QString withText(const TextElement &member, const QString &value)
 {
-    const QString document = good(member.element);
+    const QString document = complete(member.element);
     const QString start = QStringLiteral("<%1>").arg(text(member.name));
     const QString end = QStringLiteral("</%1>").arg(text(member.name));
     return with(document, part(document, start + text("[^<]*") + end), start + value + end);
@@ -546,7 +567,7 @@ QVector<Case> acceptedCases()
     add(text("ValueSelection with a missing option"), goodWith("ValueSelection", "index=\"1\"", "index=\"-7\""));
 
     for (const QString &kind : Model::namesIn<JobXml::Kinds>())
-        add(named("ValueItem", "with a", kind), text("<ValueItem>") + good(kind.toUtf8()) + text("</ValueItem>"));
+        add(named("ValueItem", "with a", kind), text("<ValueItem>") + complete(kind.toUtf8()) + text("</ValueItem>"));
     return cases;
 }
 

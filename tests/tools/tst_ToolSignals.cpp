@@ -248,7 +248,7 @@ void ToolSignalsTest::fileInProgressIsCompleted()
     QFETCH(QStringList, arguments);
     QVERIFY(QDir().mkpath(m_workshop->path(text("out"))));
     m_environment.insert(text("LD_PRELOAD"), text(SIGNAL_AT_RENAME_MODULE));
-    m_environment.insert(text("ASAN_OPTIONS"), // that the sanitizer is not loaded first is meant
+    m_environment.insert(text("ASAN_OPTIONS"), // the sanitizer is intentionally not loaded first
                          qEnvironmentVariable("ASAN_OPTIONS") + text(":verify_asan_link_order=0"));
     start(arguments);
     checkThatItEndsBy(SIGINT);
@@ -306,7 +306,7 @@ void ToolSignalsTest::temporaryCopyOfAPipeIsRemoved()
 void ToolSignalsTest::interruptedSetLeavesNoFile()
 {
     m_environment.insert(text("LD_PRELOAD"), text(SIGNAL_AT_RENAME_MODULE));
-    m_environment.insert(text("ASAN_OPTIONS"), // that the sanitizer is not loaded first is meant
+    m_environment.insert(text("ASAN_OPTIONS"), // the sanitizer is intentionally not loaded first
                          qEnvironmentVariable("ASAN_OPTIONS") + text(":verify_asan_link_order=0"));
     start(line("set good.xml quantity 3"));
     checkThatItEndsBy(SIGINT);
