@@ -249,6 +249,7 @@ protected:
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
     bool composeXml(QByteArray &utf8) const override;
     void walkContent(QXmlStreamReader &reader, const QString &name) override;
+    bool readXml(const std::function<QByteArray()> &document) override;
 
 private:
     friend class ObjectAccess;

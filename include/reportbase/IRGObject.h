@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 
 #include <QByteArray>
@@ -252,6 +253,13 @@ protected:
     /// Follows composeXml(). Classes that prepare their objects for reading do it here, because derived classes may
     /// call IRGObject::ProcessXml() from a ProcessXml() of their own.
     virtual void walkContent(QXmlStreamReader &reader, const QString &name);
+
+    /// Reads the object from a document in memory, faster than by ProcessXml(), for SetXmlString() and LoadXml().
+    /// Follows walkContent(). `document` returns the document as UTF-8, null if it has none.
+    ///
+    /// Returns false, before anything is changed, if the document can only be read by ProcessXml(), or has to be
+    /// refused; the base implementation always does, without calling `document`. Throws what ProcessXml() throws.
+    virtual bool readXml(const std::function<QByteArray()> &document);
 
 protected:
     /// An object without name and identifier.

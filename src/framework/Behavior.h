@@ -9,6 +9,7 @@ namespace JobXml {
 class BinaryReader;
 class BinaryWriter;
 class Propagation;
+class XmlInput;
 class XmlOutput;
 
 /// The steps of DataObject's operations, for the objects of one class: a constant to which the ClassInfo refers. Most
@@ -38,10 +39,10 @@ public:
     virtual void copyEnvironments(const DataObject &original, const DataObject &copy) const;
 
     virtual void writeElement(const DataObject &object, XmlOutput &output) const;
-    /// Reads the attributes of the element whose start tag the reader has just read.
-    virtual void readAttributes(DataObject &object, QXmlStreamReader &reader) const;
+    /// Reads the attributes of the element whose start tag was read last.
+    virtual void readAttributes(DataObject &object, XmlInput &input) const;
     /// For a child element that is not a member.
-    virtual void readUnknownElement(DataObject &object, QXmlStreamReader &reader) const;
+    virtual void readUnknownElement(DataObject &object, XmlInput &input) const;
 
     virtual void writeRecords(const DataObject &object, BinaryWriter &writer) const;
     virtual void readRecord(DataObject &object, BinaryReader &reader, quint32 tag, qint32 length) const;

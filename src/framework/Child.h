@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QXmlStreamReader>
-
 #include "framework/Behavior.h"
+#include "framework/XmlInput.h"
 
 namespace JobXml {
 
@@ -36,8 +35,8 @@ inline void writeSnapshot(const DataObject &child, BinaryWriter &writer)
 /// \name Reading
 /// @{
 
-/// Reads the element `name`, whose start tag the reader has just read. Returns false if the document ends prematurely.
-bool readXml(DataObject &child, QXmlStreamReader &reader, const QString &name);
+/// Reads the element `name`, whose start tag was read last. Returns false if the document ends prematurely.
+bool readXml(DataObject &child, XmlInput &input, const XmlName &name);
 void readRecord(DataObject &child, BinaryReader &reader, qint32 length);
 inline bool readSnapshot(DataObject &child, BinaryReader &reader)
 {

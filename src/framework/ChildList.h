@@ -69,14 +69,14 @@ public:
         }
     }
 
-    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    void readXmlElement(DataObject &object, XmlInput &input) const override
     {
         const auto environment = Propagation::forReading(object);
         const auto read = [&](auto &&item) {
-            if (Child::readXml(*item, reader, this->text()))
+            if (Child::readXml(*item, input, this->xmlName()))
                 item.keep();
         };
-        if (Member::isInMemory(reader))
+        if (Member::isInMemory(input))
             read(NewItem<Storage::InList>(*this, object, environment));
         else
             read(NewItem<Storage::Separate>(*this, object, environment));

@@ -10,6 +10,7 @@
 #include "framework/Member.h"
 #include "framework/Numbers.h"
 #include "framework/Text.h"
+#include "framework/XmlInput.h"
 
 namespace JobXml {
 
@@ -66,10 +67,7 @@ struct Codec<QString> : CodecDefaults<QString>
     {
         use(value);
     }
-    static QString fromText(const DataObject &, QLatin1String, QStringView text)
-    {
-        return text.isEmpty() ? emptyText : text.toString(); // an empty text in a document is a value
-    }
+    static QString fromText(const DataObject &, QLatin1String, const XmlText &text) { return text.toString(); }
     static void writePayload(BinaryWriter &writer, const QString &value) { writer.putUtf8(value); }
     static QString readPayload(BinaryReader &reader, const DataObject &owner) { return reader.readText(owner); }
 };
@@ -84,13 +82,14 @@ struct Codec<bool> : CodecDefaults<bool>
     {
         use(value ? QLatin1String("true") : QLatin1String("false"));
     }
-    static bool fromText(const DataObject &object, QLatin1String member, QStringView text)
+    static bool fromText(const DataObject &object, QLatin1String member, const XmlText &text)
     {
-        using REPORTGENERATOR::isSameText;
-        if (isSameText(text, u"true") || isSameText(text, u"false")) // as objects write them
-            return text.size() == 4;
+        if (text.is(QLatin1String("true"))) // as objects write it
+            return true;
         if (text.isEmpty() && object.GetValidate())
             Errors::emptyBoolean(object, member);
+        if (text.isEmpty() || text.is(QLatin1String("false")) || text.is(QLatin1String("0")))
+            return false;
         const QString lower = text.toString().toLower();
         return !lower.isEmpty() && lower != QLatin1String("0") && lower != QLatin1String("false");
     }
@@ -125,7 +124,10 @@ struct Codec<int> : IntegerCodec<int, qint64>
 {
     static constexpr MemberKind kind = MemberKind::Int;
 
-    static int fromText(const DataObject &, QLatin1String, QStringView text) { return Numbers::toInt(text); }
+    static int fromText(const DataObject &, QLatin1String, const XmlText &text)
+    {
+        return text.use([](auto... characters) { return Numbers::toInt(characters...); });
+    }
 };
 
 template <>
@@ -133,7 +135,10 @@ struct Codec<qint64> : IntegerCodec<qint64, qint64>
 {
     static constexpr MemberKind kind = MemberKind::Int64;
 
-    static qint64 fromText(const DataObject &, QLatin1String, QStringView text) { return Numbers::toLongLong(text); }
+    static qint64 fromText(const DataObject &, QLatin1String, const XmlText &text)
+    {
+        return text.use([](auto... characters) { return Numbers::toLongLong(characters...); });
+    }
 };
 
 template <>
@@ -142,9 +147,9 @@ struct Codec<quint64> : IntegerCodec<quint64, quint64>
     static constexpr MemberKind kind = MemberKind::UInt64;
 
     // Read as a signed number, as in all earlier versions: a number above the signed range is read as 0.
-    static quint64 fromText(const DataObject &, QLatin1String, QStringView text)
+    static quint64 fromText(const DataObject &object, QLatin1String member, const XmlText &text)
     {
-        return quint64(Numbers::toLongLong(text));
+        return quint64(Codec<qint64>::fromText(object, member, text));
     }
 };
 
@@ -170,12 +175,14 @@ struct FloatingPointCodec : CodecDefaults<T>
         else
             return Numbers::toDouble(utf8.data, utf8.size);
     }
-    static T fromText(const DataObject &, QLatin1String, QStringView text)
+    static T fromText(const DataObject &, QLatin1String, const XmlText &text)
     {
-        if constexpr (std::is_same_v<T, float>)
-            return Numbers::toFloat(text);
-        else
-            return Numbers::toDouble(text);
+        return text.use([](auto... characters) {
+            if constexpr (std::is_same_v<T, float>)
+                return Numbers::toFloat(characters...);
+            else
+                return Numbers::toDouble(characters...);
+        });
     }
 };
 

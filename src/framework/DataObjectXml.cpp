@@ -8,8 +8,11 @@
 #include "framework/Child.h"
 #include "framework/Member.h"
 #include "framework/Propagation.h"
+#include "framework/Utf8Input.h"
 #include "framework/XmlDocument.h"
 #include "framework/XmlOutput.h"
+#include "framework/XmlReaderInput.h"
+#include "framework/XmlSubset.h"
 
 namespace JobXml {
 
@@ -122,114 +125,164 @@ void Behavior::writeMembers(const DataObject &object, XmlOutput &output)
 
 namespace {
 
-/// Exists while the content of an object is read. Stores what the object has propagated. Also turns off the reader's
-/// namespace processing, which looks up each name among all enclosing declarations: unknown elements can be nested
-/// without limit.
-class ContentRead
+/// Propagates the flag and the logger of an object before a child element is read, but only before the first one and
+/// after foreign code has changed either. Propagating before every child element would make reading quadratic.
+class PropagatedOnce
 {
 public:
-    ContentRead(const DataObject &object, QXmlStreamReader &reader, bool hasPropagated)
-        : m_object(object), m_reader(reader), m_outer(innermost), m_namespaces(reader.namespaceProcessing()),
-          m_propagated(ObjectAccess::environment(object)), m_hasPropagated(hasPropagated)
+    PropagatedOnce(const DataObject &object, bool hasPropagated)
+        : m_object(object), m_propagated(ObjectAccess::environment(object)), m_hasPropagated(hasPropagated)
     {
-        innermost = this;
-        if (m_namespaces)
-            m_reader.setNamespaceProcessing(false);
-    }
-    ContentRead(const ContentRead &) = delete;
-    ContentRead &operator=(const ContentRead &) = delete;
-    ~ContentRead()
-    {
-        innermost = m_outer;
-        if (m_namespaces)
-            m_reader.setNamespaceProcessing(true);
     }
 
-    /// Propagates the flag and the logger of an object before a child element is read, but only before the first one
-    /// and after a derived class has changed either. Propagating before every child element would make reading
-    /// quadratic.
-    static void propagate(const DataObject &object)
+    void operator()()
     {
-        ContentRead *const read = innermost && &innermost->m_object == &object ? innermost : nullptr;
-        if (read && read->m_hasPropagated && read->m_propagated == ObjectAccess::environment(object))
+        if (m_hasPropagated && m_propagated == ObjectAccess::environment(m_object))
             return;
-        Propagation::propagate(object);
-        if (read) {
-            read->m_propagated = ObjectAccess::environment(object);
-            read->m_hasPropagated = true;
-        }
+        Propagation::propagate(m_object);
+        m_propagated = ObjectAccess::environment(m_object);
+        m_hasPropagated = true;
     }
+
+protected:
+    const DataObject &m_object;
 
 private:
-    // Here rather than in the objects, which need it only while they are read.
-    static thread_local ContentRead *innermost;
-
-    const DataObject &m_object;
-    QXmlStreamReader &m_reader;
-    ContentRead *const m_outer;
-    const bool m_namespaces;
     REPORTGENERATOR::EnvironmentPointer m_propagated;
     bool m_hasPropagated;
 };
 
-thread_local ContentRead *ContentRead::innermost = nullptr;
+/// Exists while the content of an object of a derived class is read, since the class may override
+/// ProcessXmlStartElement().
+class DerivedContent : public PropagatedOnce
+{
+public:
+    explicit DerivedContent(const DataObject &object) : PropagatedOnce(object, false), m_outer(innermost)
+    {
+        innermost = this;
+    }
+    DerivedContent(const DerivedContent &) = delete;
+    DerivedContent &operator=(const DerivedContent &) = delete;
+    ~DerivedContent() { innermost = m_outer; }
 
-// Lists that are read for the first time. All others, and those for which a caller reserved memory, keep their
-// capacity.
-quint16 listsToFill(const DataObject &object)
+    static void propagate(const DataObject &object)
+    {
+        if (innermost && &innermost->m_object == &object)
+            (*innermost)();
+        else
+            Propagation::propagate(object);
+    }
+
+private:
+    // Here rather than in the objects, which need it only while they are read.
+    static thread_local DerivedContent *innermost;
+
+    DerivedContent *const m_outer;
+};
+
+thread_local DerivedContent *DerivedContent::innermost = nullptr;
+
+/// Turns off the processing of namespaces, which looks up each name among all enclosing declarations: unknown elements
+/// can be nested without limit.
+class WithoutNamespaces
+{
+public:
+    explicit WithoutNamespaces(XmlInput &input) : m_input(input), m_processed(input.processNamespaces(false)) { }
+    WithoutNamespaces(const WithoutNamespaces &) = delete;
+    WithoutNamespaces &operator=(const WithoutNamespaces &) = delete;
+    ~WithoutNamespaces()
+    {
+        if (m_processed)
+            m_input.processNamespaces(true);
+    }
+
+private:
+    XmlInput &m_input;
+    const bool m_processed;
+};
+
+/// The lists that are read for the first time: they release the capacity that is left over. All others, and those for
+/// which a caller reserved memory, keep theirs.
+class NewLists
+{
+public:
+    explicit NewLists(const DataObject &object) : m_object(object), m_lists(listsOf(object)) { }
+
+    void squeeze() const
+    {
+        if (m_lists == 0 || !ObjectAccess::existingBlock(m_object))
+            return;
+        Block &own = ObjectAccess::block(m_object);
+        ObjectAccess::info(m_object).forEach(m_lists, [&](const Member &member) { member.squeeze(own); });
+    }
+
+private:
+    static quint16 listsOf(const DataObject &object)
+    {
+        const ClassInfo &info = ObjectAccess::info(object);
+        if (!ObjectAccess::existingBlock(object)) // a derived class may not have created it yet
+            return info.childLists;
+        if (info.childLists == 0)
+            return 0;
+        const Block &own = ObjectAccess::block(object);
+        unsigned lists = 0;
+        info.forEach(info.childLists, [&](const Member &member) {
+            if (!member.hasCapacity(own))
+                lists |= 1U << member.bit();
+        });
+        return quint16(lists);
+    }
+
+    const DataObject &m_object;
+    const quint16 m_lists;
+};
+
+void readMemberElement(DataObject &object, XmlInput &input)
 {
     const ClassInfo &info = ObjectAccess::info(object);
-    if (!ObjectAccess::existingBlock(object)) // a derived class may not have created it yet
-        return info.childLists;
-    if (info.childLists == 0)
-        return 0;
-    const Block &own = ObjectAccess::block(object);
-    unsigned lists = 0;
-    info.forEach(info.childLists, [&](const Member &member) {
-        if (!member.hasCapacity(own))
-            lists |= 1U << member.bit();
-    });
-    return quint16(lists);
+    const Member *row = input.findRow(info.elements()); // first, because they are more likely
+    if (!row)
+        row = input.findRow(info.attributes());
+    if (row)
+        row->readXmlElement(object, input);
+    else
+        info.behavior.readUnknownElement(object, input);
 }
 
-void squeeze(const DataObject &object, quint16 lists)
+/// Reads the content of the element `name` of an object of a class of the model, up to its end tag. `isNew` means that
+/// the object had no data before, so that they have inherited flag and logger.
+void readContent(DataObject &object, XmlInput &input, const XmlName &name, bool isNew)
 {
-    if (lists == 0 || !ObjectAccess::existingBlock(object))
-        return;
-    Block &own = ObjectAccess::block(object);
-    ObjectAccess::info(object).forEach(lists, [&](const Member &member) { member.squeeze(own); });
+    const WithoutNamespaces namespaces(input);
+    const NewLists lists(object);
+    const ClassInfo &info = ObjectAccess::info(object);
+    const bool hasChildren = (info.children | info.createdWithTheBlock) != 0;
+    PropagatedOnce propagate(object, isNew || !hasChildren);
+    for (XmlInput::Tag tag = input.next(); tag != XmlInput::Tag::None; tag = input.next()) {
+        if (tag == XmlInput::Tag::Start) {
+            propagate();
+            ObjectAccess::block(object);
+            readMemberElement(object, input);
+        } else if (input.isNamed(name)) {
+            break; // other end tags are left over from elements that were not read to their end
+        }
+    }
+    lists.squeeze();
 }
 
-/// Reads the content of the element `name`, whose start tag the reader has just read, up to its end. `isNew` means that
-/// the object had no data before.
+/// The same for the object itself, whose class may be derived.
 void readContent(DataObject &object, QXmlStreamReader &reader, const QString &name, bool isNew)
 {
-    const bool isDerived = ObjectAccess::isOfDerivedClass(object);
-    if (ObjectAccess::info(object).children == 0 && !reader.namespaceProcessing() && !isDerived) {
-        ObjectAccess::processContent(object, reader, name); // most objects: there are no children to propagate to
+    XmlReaderInput input(reader);
+    if (!ObjectAccess::isOfDerivedClass(object)) {
+        readContent(object, input, {name, nullptr}, isNew);
         return;
     }
-    // New data inherited flag and logger when they were created.
-    const ContentRead read(object, reader, isNew && !isDerived);
-    const quint16 lists = listsToFill(object);
+    const WithoutNamespaces namespaces(input);
+    const NewLists lists(object);
+    const DerivedContent content(object);
     ObjectAccess::processContent(object, reader, name);
-    squeeze(object, lists);
-}
-
-bool readMemberElement(DataObject &object, QXmlStreamReader &reader)
-{
-    const QStringView name = reader.name();
-    const ClassInfo &info = ObjectAccess::info(object);
-    const auto read = [&](const ClassInfo::Rows &rows) {
-        for (const Member *member : rows) {
-            if (member->isNamed(name)) {
-                member->readXmlElement(object, reader);
-                return true;
-            }
-        }
-        return false;
-    };
-    return read(info.elements()) || read(info.attributes()); // elements first, because they are more likely
+    lists.squeeze();
 }
 
 } // namespace
@@ -238,7 +291,10 @@ void DataObject::ProcessXml(QXmlStreamReader &reader)
 {
     const bool isNew = !IsInitialized();
     ObjectAccess::block(*this);
-    ObjectAccess::behavior(*this).readAttributes(*this, reader);
+    {
+        XmlReaderInput input(reader);
+        ObjectAccess::behavior(*this).readAttributes(*this, input);
+    }
     if (!reader.atEnd() && !reader.hasError())
         readContent(*this, reader, reader.name().toString(), isNew);
 }
@@ -248,53 +304,53 @@ void DataObject::walkContent(QXmlStreamReader &reader, const QString &name)
     readContent(*this, reader, name, false);
 }
 
-bool Child::readXml(DataObject &child, QXmlStreamReader &reader, const QString &name)
+void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
+{
+    DerivedContent::propagate(*this);
+    ObjectAccess::block(*this);
+    XmlReaderInput input(reader);
+    readMemberElement(*this, input);
+}
+
+bool DataObject::readXml(const std::function<QByteArray()> &document)
+{
+    if (ObjectAccess::isOfDerivedClass(*this))
+        return false; // a derived class may override ProcessXml() and ProcessXmlStartElement()
+    const QByteArray utf8 = document();
+    if (!XmlSubset::contains(utf8))
+        return false;
+    Utf8Input input(utf8);
+    const QByteArray ascii = GetObjectName().toLatin1();
+    const XmlName name{GetObjectName(), ascii.constData()};
+    if (input.next() != XmlInput::Tag::Start || !input.isNamed(name))
+        return false;
+    Child::readXml(*this, input, name);
+    return true;
+}
+
+bool Child::readXml(DataObject &child, XmlInput &input, const XmlName &name)
 {
     const bool isNew = !child.IsInitialized();
     ObjectAccess::block(child);
     const ClassInfo &info = ObjectAccess::info(child);
     if (info.attributeCount != 0)
-        info.behavior.readAttributes(child, reader);
-    readContent(child, reader, name, isNew);
-    return !reader.hasError();
+        info.behavior.readAttributes(child, input);
+    readContent(child, input, name, isNew);
+    return !input.isBroken();
 }
 
-// Releases the reader's attributes before it continues: the reader copies them as long as another copy exists.
-void Behavior::readAttributes(DataObject &object, QXmlStreamReader &reader) const
+void Behavior::readAttributes(DataObject &object, XmlInput &input) const
 {
-    const QXmlStreamAttributes attributes = reader.attributes();
-    const int count = attributes.size();
-    int next = 0; // the expected index: objects write attributes in the order of the rows
+    XmlText text;
     for (const Member *member : ObjectAccess::info(object).attributes()) {
-        int at = next;
-        for (int tried = 0; tried < count; ++tried, ++at) {
-            if (at == count)
-                at = 0;
-            const QXmlStreamAttribute &attribute = attributes.at(at);
-            if (member->isNamed(attribute.qualifiedName())) {
-                member->readXmlAttribute(object, attribute.value());
-                next = at + 1;
-                break;
-            }
-        }
+        if (input.findAttribute(member->xmlName(), text))
+            member->readXmlAttribute(object, text);
     }
 }
 
-void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
+void Behavior::readUnknownElement(DataObject &, XmlInput &input) const
 {
-    ContentRead::propagate(*this);
-    ObjectAccess::block(*this);
-    if (!readMemberElement(*this, reader))
-        ObjectAccess::behavior(*this).readUnknownElement(*this, reader);
-}
-
-// Skips to the next start or end of an element with the same name, even if it is nested: the format requires this.
-void Behavior::readUnknownElement(DataObject &, QXmlStreamReader &reader) const
-{
-    const QString name = reader.name().toString();
-    do {
-        reader.readNext();
-    } while (!reader.atEnd() && !reader.hasError() && reader.name() != name); // a device may announce more than it has
+    input.skipToSameName();
 }
 
 } // namespace JobXml

@@ -4,16 +4,14 @@
 #include <type_traits>
 #include <utility>
 
-#include <QLatin1String>
-#include <QXmlStreamReader>
-
 #include "framework/Binary.h"
 #include "framework/Errors.h"
 #include "framework/ObjectAccess.h"
 #include "framework/Propagation.h"
 #include "framework/Text.h"
 #include "framework/VisitedMember.h"
-#include "text/SameText.h"
+#include "framework/XmlInput.h"
+#include <QLatin1String>
 
 namespace JobXml {
 
@@ -27,7 +25,7 @@ public:
     int bit() const { return m_bit; }
     /// The name as a QString, without allocating memory.
     QString text() const { return m_text.string(); }
-    bool isNamed(QStringView name) const { return REPORTGENERATOR::isSameText(name, m_text.view()); }
+    XmlName xmlName() const { return {m_text.view(), name().data()}; }
     quint32 tag() const { return m_tag; }
 
     bool isSet(const Block &block) const { return block.flags.test(m_bit); }
@@ -94,8 +92,8 @@ public:
     virtual QString identification(const Block &) const { return QString(); }
 
     virtual void writeXml(const DataObject &object, Block &block, XmlOutput &output) const = 0;
-    virtual void readXmlAttribute(DataObject &, QStringView) const { }
-    virtual void readXmlElement(DataObject &object, QXmlStreamReader &reader) const = 0;
+    virtual void readXmlAttribute(DataObject &, const XmlText &) const { }
+    virtual void readXmlElement(DataObject &object, XmlInput &input) const = 0;
     virtual void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
     virtual void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const = 0;
     virtual void writeSnapshot(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
@@ -112,8 +110,7 @@ protected:
     }
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
-    /// Whether reading runs no code of a device or an entity resolver.
-    static bool isInMemory(const QXmlStreamReader &reader) { return !reader.device() && !reader.entityResolver(); }
+    static bool isInMemory(const XmlInput &input) { return !input.runsForeignCode(); }
     static bool isInMemory(const BinaryReader &reader) { return reader.isInMemory(); }
 
     /// Reads into a part of an object's data, which `find` returns for a block; `block` is the object's current one.
@@ -126,13 +123,6 @@ protected:
     static bool readPart(DataObject &object, Block &block, const Reader &reader, const Find &find, const Read &read)
     {
         return isInMemory(reader) ? read(find(block)) : readPartSeparately(object, find, read);
-    }
-
-    /// Reads the text of an element. Returns false if the document ends prematurely; the caller must discard the text.
-    static bool readText(DataObject &object, QXmlStreamReader &reader, QString &text)
-    {
-        text = ObjectAccess::readElementText(object, reader);
-        return !reader.hasError();
     }
 
 private:

@@ -61,7 +61,6 @@ public:
     {
         object.changeEnvironment(validate, logger, shared);
     }
-    static QString readElementText(DataObject &object, QXmlStreamReader &reader) { return object.GetTextValue(reader); }
     static void processContent(DataObject &object, QXmlStreamReader &reader, const QString &name)
     {
         object.processContent(reader, name);

@@ -4,6 +4,7 @@
 #include "framework/Codec.h"
 #include "framework/Member.h"
 #include "framework/XmlOutput.h"
+#include "text/SameText.h"
 #include "text/XmlCharacters.h"
 
 namespace JobXml {
@@ -109,15 +110,15 @@ public:
         });
     }
 
-    void readXmlAttribute(DataObject &object, QStringView text) const override
+    void readXmlAttribute(DataObject &object, const XmlText &text) const override
     {
         set(object, Codec<T>::fromText(object, this->name(), text));
     }
 
-    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    void readXmlElement(DataObject &object, XmlInput &input) const override
     {
-        QString text;
-        if (Member::readText(object, reader, text))
+        XmlText text;
+        if (input.readText(text))
             readXmlAttribute(object, text);
     }
 

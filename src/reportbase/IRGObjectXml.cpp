@@ -12,6 +12,7 @@
 #include "FailureTexts.h"
 #include "FileAccess.h"
 #include "LargeData.h"
+#include "Utf8.h"
 #include "WatchedDevice.h"
 #include "XmlComposition.h"
 
@@ -25,6 +26,24 @@ constexpr qint64 longestXmlText = ReadLimits::LargestPossible / 3;
 // Every read of a text needs it, even if it succeeds. Built when the library is loaded, so that a read does not
 // allocate it.
 const QString sourceOfText = FailureTexts::xmlText();
+
+/// What is left of a file that is small enough to be read in memory; null for devices that are no files, and for files
+/// that transform what they contain. Less if reading fails.
+QByteArray rest(QFile &file)
+{
+    if (file.isSequential() || file.isTextModeEnabled() || file.isTransactionStarted())
+        return QByteArray();
+    const qint64 size = file.size() - file.pos();
+    if (size <= 0 || size > LongestText)
+        return QByteArray();
+    try {
+        QByteArray bytes(int(size), Qt::Uninitialized);
+        bytes.truncate(int(std::max(file.read(bytes.data(), size), qint64(0))));
+        return bytes;
+    } catch (const std::bad_alloc &) {
+        return QByteArray(); // piece by piece, reading may need less memory
+    }
+}
 
 /// A failure at the position of the reader.
 QString atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
@@ -78,6 +97,8 @@ bool IRGObject::SetXmlString(const QString &xml, bool validate)
     SetValidate(validate);
     if (xml.size() > longestXmlText)
         return fail(FailureTexts::at(sourceOfText, FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
+    if (readXml([&] { return toUtf8(xml); }))
+        return true;
     XmlWatch watch;
     QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
     QString failure = readDocument(reader, sourceOfText);
@@ -99,7 +120,15 @@ bool IRGObject::LoadXml(QFile *file)
     if (!access.openFailure().isNull())
         return fail(access.openFailure());
 
-    WatchedDevice document(*file);
+    QByteArray beginning;
+    const auto wholeDocument = [&] {
+        beginning = rest(*file);
+        return file->atEnd() ? beginning : QByteArray();
+    };
+    if (readXml(wholeDocument))
+        return true;
+
+    WatchedDevice document(*file, beginning);
     QXmlStreamReader reader(&document);
     QString failure;
     try {
@@ -113,6 +142,11 @@ bool IRGObject::LoadXml(QFile *file)
     if (isEndedBy(document.watch(), reader))
         failure = atReader(reader, access.name(), document.watch().refusal());
     return failure.isNull() || fail(failure);
+}
+
+bool IRGObject::readXml(const std::function<QByteArray()> &)
+{
+    return false;
 }
 
 QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)

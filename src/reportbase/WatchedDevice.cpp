@@ -37,9 +37,19 @@ QTextCodec *codecByFirstBytes(const char *bytes, int size)
 
 } // namespace
 
-WatchedDevice::WatchedDevice(QIODevice &device) : m_device(device)
+WatchedDevice::WatchedDevice(QIODevice &device, const QByteArray &beginning) : m_device(device), m_beginning(beginning)
 {
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
+
+qint64 WatchedDevice::readUnwatched(char *bytes, qint64 size)
+{
+    const int known = int(std::min(size, qint64(m_beginning.size() - m_beginningRead)));
+    if (known == 0)
+        return m_device.read(bytes, size);
+    std::copy_n(m_beginning.constData() + m_beginningRead, known, bytes);
+    m_beginningRead += known;
+    return known;
 }
 
 qint64 WatchedDevice::readData(char *bytes, qint64 size)
@@ -50,7 +60,7 @@ qint64 WatchedDevice::readData(char *bytes, qint64 size)
     qint64 read = 0;
     qint64 more = 0;
     do {
-        more = m_device.read(bytes + read, size - read);
+        more = readUnwatched(bytes + read, size - read);
         read += std::max(more, qint64(0));
         // If a document arrives slowly, the reader would mistake the first bytes for the whole.
     } while (!m_codec && more > 0 && read < std::min(size, leastToBegin));

@@ -16,20 +16,25 @@ namespace REPORTGENERATOR {
 class WatchedDevice : public QIODevice
 {
 public:
-    explicit WatchedDevice(QIODevice &device);
+    /// `beginning` is what has been read from the device already.
+    explicit WatchedDevice(QIODevice &device, const QByteArray &beginning = QByteArray());
 
     const XmlWatch &watch() const { return m_watch; }
 
     qint64 bytesRead() const { return m_bytesRead; }
 
     bool isSequential() const override { return true; }
-    bool atEnd() const override { return m_watch.isRefused() || m_device.atEnd(); }
+    bool atEnd() const override
+    {
+        return m_watch.isRefused() || (m_beginningRead == m_beginning.size() && m_device.atEnd());
+    }
 
 protected:
     qint64 readData(char *bytes, qint64 size) override;
     qint64 writeData(const char *bytes, qint64 size) override;
 
 private:
+    qint64 readUnwatched(char *bytes, qint64 size);
     int readable(const char *bytes, int size);
     int readableHead(const char *bytes, int size);
     int readableText(int size, const QString &text, int from);
@@ -37,6 +42,8 @@ private:
     void useCodec(QTextCodec *codec);
 
     QIODevice &m_device;
+    QByteArray m_beginning; // is read before the device
+    int m_beginningRead = 0;
     qint64 m_bytesRead = 0;
     XmlWatch m_watch;
     QTextCodec *m_codec = nullptr;

@@ -100,11 +100,11 @@ public:
             output.writeTextElement(text(), modeNames.name(int(mode)));
     }
 
-    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    void readXmlElement(DataObject &object, XmlInput &input) const override
     {
-        QString text;
-        if (readText(object, reader, text))
-            append(object, modeOf(text));
+        XmlText text;
+        if (input.readText(text))
+            append(object, modeOf(text.toString()));
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override

@@ -2,7 +2,6 @@
 #include <jobxml/TunerProperties.h>
 
 #include <QCoreApplication>
-#include <QXmlStreamReader>
 
 #include "framework/Behavior.h"
 #include "framework/ChildList.h"
@@ -27,7 +26,8 @@ const NameList typeNames({
 });
 
 const QString currentVersion = REPORTGENERATOR::ownText("1.1");
-constexpr Text<8> versionAttribute("Version");
+constexpr char versionAttributeName[] = "Version";
+constexpr Text<8> versionAttribute(versionAttributeName);
 
 using Type = TunerProperties::type;
 
@@ -65,7 +65,7 @@ struct Codec<Type> : CodecDefaults<Type>
     {
         use(nameOf(value));
     }
-    static Type fromText(const DataObject &, QLatin1String, QStringView text) { return typeOf(text.toString()); }
+    static Type fromText(const DataObject &, QLatin1String, const XmlText &text) { return typeOf(text.toString()); }
     static void writePayload(BinaryWriter &writer, Type value) { writer.putUtf8(nameOf(value)); }
     static Type readPayload(BinaryReader &reader, const DataObject &owner) { return typeOf(reader.readText(owner)); }
     static void writeSnapshot(BinaryWriter &writer, Type value) { writer.put(qint8(value)); }
@@ -173,9 +173,9 @@ public:
             Child::writeXml(field(block), output, Child::preparation(object, true));
     }
 
-    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    void readXmlElement(DataObject &object, XmlInput &input) const override
     {
-        if (readModes(object, reader, [&](StartupModes &modes) { return Child::readXml(modes, reader, text()); }))
+        if (readModes(object, input, [&](StartupModes &modes) { return Child::readXml(modes, input, xmlName()); }))
             modify(object);
     }
 
@@ -266,20 +266,21 @@ class DocumentBehavior final : public Behavior
     }
 
     // Departs: the version is read first, since an older one resets the document.
-    void readAttributes(DataObject &document, QXmlStreamReader &reader) const override
+    void readAttributes(DataObject &document, XmlInput &input) const override
     {
-        const QString version = reader.attributes().value(QLatin1String("Version")).toString();
-        setLoadedVersion(document, version.isNull() ? emptyText : version);
-        Behavior::readAttributes(document, reader);
+        XmlText version;
+        input.findAttribute({versionAttribute.view(), versionAttributeName}, version);
+        setLoadedVersion(document, version.toString());
+        Behavior::readAttributes(document, input);
     }
 
     // Departs: only older documents may contain unknown elements, which have been removed since.
-    void readUnknownElement(DataObject &document, QXmlStreamReader &reader) const override
+    void readUnknownElement(DataObject &document, XmlInput &input) const override
     {
         if (versionsOf(document).isOlder)
-            Behavior::readUnknownElement(document, reader);
+            Behavior::readUnknownElement(document, input);
         else if (document.GetValidate())
-            Errors::unknownElement(document, reader.name().toString());
+            Errors::unknownElement(document, input.name());
         // otherwise the element is not skipped: its content is read as content of the document itself
     }
 

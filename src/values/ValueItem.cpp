@@ -124,11 +124,11 @@ public:
             Child::writeXml(alternative(block), output, Child::preparation(object, false));
     }
 
-    void readXmlElement(DataObject &object, QXmlStreamReader &reader) const override
+    void readXmlElement(DataObject &object, XmlInput &input) const override
     {
         T read;
         Propagation::propagateTo(read, Propagation::forReading(object));
-        if (Child::readXml(read, reader, this->text()))
+        if (Child::readXml(read, input, this->xmlName()))
             modify(object) = std::move(read);
     }
 

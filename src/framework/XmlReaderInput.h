@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QXmlStreamReader>
+
+#include "framework/XmlInput.h"
+
+namespace JobXml {
+
+/// A QXmlStreamReader. Its device and its entity resolver may be the caller's.
+class XmlReaderInput final : public XmlInput
+{
+public:
+    explicit XmlReaderInput(QXmlStreamReader &reader)
+        : XmlInput(reader.device() || reader.entityResolver()), m_reader(reader)
+    {
+    }
+
+    Tag next() override;
+    bool isBroken() const override { return m_reader.hasError(); }
+    QString name() const override { return m_reader.name().toString(); }
+    bool isNamed(const XmlName &name) const override;
+    const Member *findRow(const ClassInfo::Rows &rows) const override;
+    bool findAttribute(const XmlName &name, XmlText &value) override;
+    bool readText(XmlText &text) override;
+    void skipToSameName() override;
+    bool processNamespaces(bool process) override;
+
+private:
+    void releaseAttributes();
+
+    QXmlStreamReader &m_reader;
+    QXmlStreamAttributes m_attributes;
+    bool m_hasAttributes = false;
+    int m_expected = 0; // the index of the next attribute to look at
+    QString m_text;
+};
+
+} // namespace JobXml

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+
+namespace JobXml {
+
+/// The documents that are read in memory, without QXmlStreamReader: nearly all that programs write.
+///
+/// These are well-formed XML 1.0 documents that the reader accepts with exactly the same tags, attributes and texts.
+/// The subset has:
+///  - UTF-8 without a byte order mark or with one, and without U+FFFE and U+FFFF;
+///  - an XML declaration, if there is one, of version 1.0 that names the encoding UTF-8 or none;
+///  - comments, processing instructions, CDATA sections, character references and the five predefined entities;
+///  - names that begin with a letter or '_' and continue with letters, digits, '.', '-' and '_';
+///  - at most MostAttributes attributes for each element, and elements nested up to Deepest levels.
+///
+/// It has no document type and no prefixes or namespaces.
+namespace XmlSubset {
+
+constexpr int MostAttributes = 32;
+constexpr int Deepest = 256;
+
+/// Whether the whole document is in the subset. Reads the NUL behind the bytes, so they must not be raw data.
+bool contains(const QByteArray &utf8);
+
+} // namespace XmlSubset
+} // namespace JobXml
