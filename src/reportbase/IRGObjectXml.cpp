@@ -23,26 +23,45 @@ namespace {
 /// The reader converts a text to UTF-8 and reserves three bytes per character for that.
 constexpr qint64 longestXmlText = ReadLimits::LargestPossible / 3;
 
+/// Larger files are read piece by piece, in less memory.
+constexpr qint64 largestInMemory = qint64(256) << 20;
+constexpr qint64 firstPiece = 1 << 14; // with fewer bytes at once, QFile reads into a buffer of its own
+
 // Every read of a text needs it, even if it succeeds. Built when the library is loaded, so that a read does not
 // allocate it.
 const QString sourceOfText = FailureTexts::xmlText();
 
-/// What is left of a file that is small enough to be read in memory; null for devices that are no files, and for files
-/// that transform what they contain. Less if reading fails.
+/// Whether a document in UTF-8 may begin like this.
+bool mayBeUtf8Xml(const QByteArray &beginning)
+{
+    const int mark = beginning.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+    const char first = mark < beginning.size() ? beginning.at(mark) : '\0';
+    return first == '<' || first == ' ' || first == '\t' || first == '\r' || first == '\n';
+}
+
+/// What is left of a file, if it can be read in memory; null for other devices than files, and for files that transform
+/// what they contain. Less if reading fails, or if the file is certainly no document in UTF-8: then its first bytes are
+/// enough to refuse it, however large it is.
 QByteArray rest(QFile &file)
 {
     if (file.isSequential() || file.isTextModeEnabled() || file.isTransactionStarted())
         return QByteArray();
     const qint64 size = file.size() - file.pos();
-    if (size <= 0 || size > LongestText)
+    if (size <= 0 || size > largestInMemory)
         return QByteArray();
-    try {
-        QByteArray bytes(int(size), Qt::Uninitialized);
-        bytes.truncate(int(std::max(file.read(bytes.data(), size), qint64(0))));
-        return bytes;
-    } catch (const std::bad_alloc &) {
-        return QByteArray(); // piece by piece, reading may need less memory
-    }
+
+    QByteArray bytes;
+    bytes.reserve(int(size));
+    const auto readFurther = [&](qint64 most) {
+        const int had = bytes.size();
+        bytes.resize(had + int(most));
+        bytes.truncate(had + int(std::max(file.read(bytes.data() + had, most), qint64(0))));
+    };
+    readFurther(std::min(size, firstPiece));
+    if (mayBeUtf8Xml(bytes))
+        readFurther(size - bytes.size());
+    bytes.squeeze();
+    return bytes;
 }
 
 /// A failure at the position of the reader.
