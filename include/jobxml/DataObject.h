@@ -237,16 +237,17 @@ public:
 
     /// \name Reading with all problems
     /// These operations read like those of the same names without a list of problems, but never throw for content: they
-    /// read on, as a reader does that does not validate, and return every problem. These are, in the order in which they
-    /// are found:
+    /// read on, as a reader does that does not validate, and return every problem. These are, in the order in which
+    /// they are found:
     ///  - everything for which a validating reader throws, with the text of the exception and with its place;
-    ///  - what makes the document unreadable: the text of GetErrorString() without the place, which is in the members of
+    ///  - what makes the document unreadable: the text of GetErrorString() without the place, which is in the members
+    ///  of
     ///    the problem. Nothing is read after it, and no further problems are looked for;
     ///  - what GetProblems() returns for the object that was read.
     ///
     /// Returns whether there are no problems. `problems` is replaced. The validate flag has no effect and is the same
-    /// afterwards; whether the problems of the content are found depends on the options alone. The object keeps what was
-    /// read, with all values that a validating reader refuses: it is the object that results from reading without
+    /// afterwards; whether the problems of the content are found depends on the options alone. The object keeps what
+    /// was read, with all values that a validating reader refuses: it is the object that results from reading without
     /// validation. GetErrorString() is that of the operation without a list of problems, and null if only the content
     /// has problems. Throws std::bad_alloc only.
     ///

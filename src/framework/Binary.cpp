@@ -218,7 +218,13 @@ void BinaryWriter::flushTo(QDataStream &target) const
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-BinaryReader::BinaryReader(QDataStream &stream) : m_stream(stream), m_form(stream), m_buffer(bufferOf(stream))
+BinaryReader::BinaryReader(QDataStream &stream, const ProblemVisitor *visitor)
+    : BinaryReader(stream, bufferOf(stream), visitor)
+{
+}
+
+BinaryReader::BinaryReader(QDataStream &stream, QBuffer *buffer, const ProblemVisitor *visitor)
+    : Source(buffer == nullptr, visitor), m_stream(stream), m_form(stream), m_buffer(buffer)
 {
     if (!m_buffer)
         return;
@@ -232,6 +238,11 @@ BinaryReader::~BinaryReader()
 {
     if (m_buffer && m_at != m_begin)
         m_buffer->seek(m_buffer->pos() + (m_at - m_begin));
+}
+
+void BinaryReader::resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const
+{
+    location.offset = position;
 }
 
 bool BinaryReader::pastEnd()

@@ -8,11 +8,11 @@
 #include <QString>
 #include <QtEndian>
 
+#include "framework/Source.h"
+
 class QBuffer;
 
 namespace JobXml {
-
-class DataObject;
 
 constexpr quint32 nullMark = 0xFFFFFFFF; // replaces the length of a null value
 
@@ -102,12 +102,10 @@ private:
 
 /// Reads from a stream. The bytes of a QBuffer are read directly, and the buffer's position ends up where the stream
 /// would have left it; every other device is read by the stream itself.
-class BinaryReader
+class BinaryReader final : public Source
 {
 public:
-    explicit BinaryReader(QDataStream &stream);
-    BinaryReader(const BinaryReader &) = delete;
-    BinaryReader &operator=(const BinaryReader &) = delete;
+    explicit BinaryReader(QDataStream &stream, const ProblemVisitor *visitor = nullptr);
     ~BinaryReader();
 
     /// Whether reading calls no device, so that no foreign code runs.
@@ -208,6 +206,8 @@ public:
     int itemsWithin(qint32 count) const;
 
 private:
+    BinaryReader(QDataStream &stream, QBuffer *buffer, const ProblemVisitor *visitor);
+    void resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const override;
     Bytes readBytesByStream(const DataObject &owner);
     bool beginByStream(qint32 length);
     void endByStream(qint32 length);

@@ -4,6 +4,7 @@
 #include "framework/Behavior.h"
 #include "framework/Child.h"
 #include "framework/Errors.h"
+#include "framework/Label.h"
 #include "framework/Member.h"
 #include "framework/Propagation.h"
 
@@ -105,20 +106,6 @@ const Member *emptyList(const DataObject &object)
             return member;
     }
     return nullptr;
-}
-
-/// The label that distinguishes an object from its siblings: its name, or its position, counted from 1.
-QString label(const DataObject &object, int index)
-{
-    if (const Block *block = ObjectAccess::existingBlock(object)) {
-        for (const Member *member : ObjectAccess::info(object).bitOrder()) {
-            const QString identification = member->identification(*block);
-            if (!identification.isEmpty())
-                return object.GetObjectName() + QLatin1String(" \"") + identification + QLatin1Char('"');
-        }
-    }
-    const QString &name = object.GetObjectName();
-    return index < 0 ? name : name + QLatin1Char(' ') + QString::number(index + 1);
 }
 
 /// Whether the writer drops or replaces a character that the object writes.

@@ -74,7 +74,7 @@ public:
         const auto environment = Propagation::forReading(object);
         const auto read = [&](auto &&item) {
             if (Child::readXml(*item, input, this->xmlName()))
-                item.keep();
+                item.keep(input);
         };
         if (Member::isInMemory(input))
             read(NewItem<Storage::InList>(*this, object, environment));
@@ -103,7 +103,7 @@ public:
         reserve(object, reader.itemsWithin(count));
         const auto read = [&](auto &&item, qint32 length) {
             Child::readRecord(*item, reader, length);
-            item.keep();
+            item.keep(reader);
         };
         for (qint32 i = 0; i < count; ++i) {
             const auto length = reader.read<qint32>(object);
@@ -140,7 +140,7 @@ public:
         const auto read = [&](auto &&item) {
             if (!Child::readSnapshot(*item, reader))
                 return false;
-            item.keep();
+            item.keep(reader);
             return true;
         };
         for (qint32 i = 0; i < count; ++i) {
@@ -195,9 +195,9 @@ private:
         Item &operator*() { return m_item; }
 
         /// Like append(), without copying the item. A separate item inherits the logger of the list's object.
-        void keep()
+        void keep(Source &source)
         {
-            m_row.checkForAppending(m_object, m_item);
+            source.store([this] { m_row.checkForAppending(m_object, m_item); });
             if constexpr (isSeparate) {
                 Item &inList = append();
                 inList.swap(m_item);

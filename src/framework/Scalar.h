@@ -110,16 +110,16 @@ public:
         });
     }
 
-    void readXmlAttribute(DataObject &object, const XmlText &text) const override
+    void readXmlAttribute(DataObject &object, XmlInput &input, const XmlText &text) const override
     {
-        set(object, Codec<T>::fromText(object, this->name(), text));
+        storeText(object, input, text);
     }
 
     void readXmlElement(DataObject &object, XmlInput &input) const override
     {
         XmlText text;
         if (input.readText(text))
-            readXmlAttribute(object, text);
+            storeText(object, input, text);
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -154,6 +154,11 @@ public:
     }
 
 private:
+    void storeText(DataObject &object, XmlInput &input, const XmlText &text) const
+    {
+        input.store([&] { set(object, Codec<T>::fromText(object, this->name(), text)); });
+    }
+
     bool isOmitted(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
 };
 

@@ -10,6 +10,7 @@
 #include <QDebug>
 #include <QXmlStreamReader>
 
+#include "reportbase/FailureTexts.h"
 #include "reportbase/ObjectState.h"
 #include "text/SameText.h"
 
@@ -214,7 +215,10 @@ void IRGObject::clearError() const
 {
     const auto *const state = ObjectState::find(m_environment);
     if (state && !state->error.isNull())
-        changeState([](ObjectState::Members &members) { members.error = QString(); });
+        changeState([](ObjectState::Members &members) {
+            members.error = QString();
+            members.errorLocation = {};
+        });
 }
 
 void IRGObject::ProcessXml(QXmlStreamReader &reader)
@@ -261,11 +265,20 @@ int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const
     return std::max(stream.skipRawData(length), 0);
 }
 
-bool IRGObject::fail(const QString &text) const
+ErrorLocation IRGObject::GetErrorLocation() const
 {
-    changeState([&](ObjectState::Members &state) { state.error = text; });
+    const auto *const state = ObjectState::find(m_environment);
+    return state ? state->errorLocation : ErrorLocation();
+}
+
+bool IRGObject::fail(const Failure &failure) const
+{
+    changeState([&](ObjectState::Members &state) {
+        state.error = failure.text;
+        state.errorLocation = failure.location;
+    });
     if (const std::shared_ptr<Logger> logger = m_environment->logger)
-        logger->Log(Logger::Severity::Error, text);
+        logger->Log(Logger::Severity::Error, failure.text);
     return false;
 }
 

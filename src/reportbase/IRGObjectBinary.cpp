@@ -51,7 +51,7 @@ bool IRGObject::SetBinaryRepresentation(const QByteArray &representation, const 
     clearError();
     Framing::MemoryStream memory(representation, Framing::OwnSettings);
     const QString failure = readRepresentation(memory.stream(), true, limits);
-    return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
+    return failure.isNull() || fail(Failure(FailureTexts::binaryData(), failure));
 }
 
 bool IRGObject::SetBinaryRepresentation(QDataStream &stream)
@@ -63,7 +63,7 @@ bool IRGObject::SetBinaryRepresentation(QDataStream &stream, const ReadLimits &l
 {
     clearError();
     const QString failure = readRepresentation(stream, false, limits);
-    return failure.isNull() || fail(FailureTexts::at(FailureTexts::binaryData(), failure));
+    return failure.isNull() || fail(Failure(FailureTexts::binaryData(), failure));
 }
 
 bool IRGObject::LoadBinary(const QString &path)
@@ -95,7 +95,7 @@ bool IRGObject::LoadBinary(QFile *file, const ReadLimits &limits)
     const QString failure = readRepresentation(stream, true, limits);
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the data seem truncated then, but the device has failed
-    return failure.isNull() || fail(FailureTexts::at(access.name(), failure));
+    return failure.isNull() || fail(Failure(access.name(), failure));
 }
 
 QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd, const ReadLimits &limits)
@@ -157,7 +157,7 @@ void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level
         const QByteArray compressed = composeCompressed(*this, m_classIdentifier, Framing::Settings::of(stream), level);
         stream.writeRawData(compressed.constData(), compressed.size());
     } catch (const Framing::Refusal &refusal) {
-        fail(FailureTexts::at(FailureTexts::binaryData(), refusal.why));
+        fail(Failure(FailureTexts::binaryData(), refusal.why));
     }
 }
 
@@ -180,7 +180,7 @@ bool IRGObject::SaveCompressedBinary(const QString &path, int level) const
     try {
         return save(path, composeCompressed(*this, m_classIdentifier, Framing::OwnSettings, level));
     } catch (const Framing::Refusal &refusal) {
-        return fail(FailureTexts::at(path, refusal.why));
+        return fail(Failure(path, refusal.why));
     }
 }
 

@@ -20,8 +20,10 @@ namespace REPORTGENERATOR {
 
 namespace {
 
+constexpr qint64 mostBytes = 3; // for a character of UTF-16
+
 /// The reader converts a text to UTF-8 and reserves three bytes per character for that.
-constexpr qint64 longestXmlText = ReadLimits::LargestPossible / 3;
+constexpr qint64 longestXmlText = ReadLimits::LargestPossible / mostBytes;
 
 /// Larger files are read piece by piece, in less memory.
 constexpr qint64 largestInMemory = qint64(256) << 20;
@@ -65,11 +67,11 @@ QByteArray rest(QFile &file)
 }
 
 /// A failure at the position of the reader.
-QString atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
+Failure atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
 {
     // The reader counts the characters that it has read from the line. So its number is the column, counted from 1, of
     // the last character read, at which it failed.
-    return FailureTexts::at(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)), why);
+    return Failure(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)), why);
 }
 
 /// Reads up to the root element; false if there is none.
@@ -102,6 +104,20 @@ private:
     QXmlStreamReader &m_reader;
 };
 
+/// Calls the function. An exception of the object receives the name of the source.
+template <class Read>
+bool located(const QString &source, Read &&read)
+{
+    try {
+        return read();
+    } catch (ReportException &exception) {
+        ErrorLocation location = exception.GetLocation();
+        location.source = source;
+        exception.SetLocation(location);
+        throw;
+    }
+}
+
 /// Whether the document seems truncated because the watch has ended it.
 bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
 {
@@ -112,18 +128,27 @@ bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
 
 bool IRGObject::SetXmlString(const QString &xml, bool validate)
 {
-    clearError();
     SetValidate(validate);
+    return readXmlText(xml);
+}
+
+bool IRGObject::readXmlText(const QString &xml, qint64 largestSize)
+{
+    clearError();
     if (xml.size() > longestXmlText)
-        return fail(FailureTexts::at(sourceOfText, FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
-    if (readXml([&] { return toUtf8(xml); }))
-        return true;
-    XmlWatch watch;
-    QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
-    QString failure = readDocument(reader, sourceOfText);
-    if (isEndedBy(watch, reader))
-        failure = atReader(reader, sourceOfText, watch.refusal());
-    return failure.isNull() || fail(failure);
+        return fail(Failure(sourceOfText, FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
+    if (largestSize < mostBytes * qint64(xml.size()) && sizeAsUtf8(xml) > largestSize)
+        return fail(Failure(sourceOfText, FailureTexts::documentTooLarge(largestSize)));
+    return located(sourceOfText, [&] {
+        if (readXml([&] { return toUtf8(xml); }))
+            return true;
+        XmlWatch watch;
+        QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
+        Failure failure = readDocument(reader, sourceOfText);
+        if (isEndedBy(watch, reader))
+            failure = atReader(reader, sourceOfText, watch.refusal());
+        return failure.isNull() || fail(failure);
+    });
 }
 
 bool IRGObject::LoadXml(const QString &path)
@@ -134,30 +159,43 @@ bool IRGObject::LoadXml(const QString &path)
 
 bool IRGObject::LoadXml(QFile *file)
 {
+    return readXmlFile(file);
+}
+
+bool IRGObject::readXmlFile(QFile *file, qint64 largestSize)
+{
     clearError();
     const FileForReading access(file);
     if (!access.openFailure().isNull())
         return fail(access.openFailure());
+    if (!file->isSequential() && file->size() - file->pos() > largestSize)
+        return fail(Failure(access.name(), FailureTexts::documentTooLarge(largestSize)));
+    return located(access.name(), [&] { return readXmlFile(*file, access, largestSize); });
+}
 
+bool IRGObject::readXmlFile(QFile &file, const FileForReading &access, qint64 largestSize)
+{
     QByteArray beginning;
     const auto wholeDocument = [&] {
-        beginning = rest(*file);
-        return file->atEnd() ? beginning : QByteArray();
+        beginning = rest(file);
+        return file.atEnd() ? beginning : QByteArray();
     };
     if (readXml(wholeDocument))
         return true;
 
-    WatchedDevice document(*file, beginning);
+    WatchedDevice document(file, beginning, largestSize);
     QXmlStreamReader reader(&document);
-    QString failure;
+    Failure failure;
     try {
         failure = readDocument(reader, access.name());
     } catch (const std::bad_alloc &) {
         rethrowUnlessLarge(document.bytesRead());
-        return fail(FailureTexts::at(access.name(), FailureTexts::outOfMemory(document.bytesRead(), LongestText)));
+        return fail(Failure(access.name(), FailureTexts::outOfMemory(document.bytesRead(), LongestText)));
     }
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the document seems truncated then, but the device has failed
+    if (document.isTooLarge())
+        return fail(Failure(access.name(), FailureTexts::documentTooLarge(largestSize)));
     if (isEndedBy(document.watch(), reader))
         failure = atReader(reader, access.name(), document.watch().refusal());
     return failure.isNull() || fail(failure);
@@ -168,7 +206,7 @@ bool IRGObject::readXml(const std::function<QByteArray()> &)
     return false;
 }
 
-QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
+Failure IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
 {
     const NoEntities refused(reader);
     if (toRootElement(reader)) {
@@ -187,7 +225,7 @@ QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd() && !reader.hasError())
         reader.readNext();
-    return reader.hasError() ? atReader(reader, source, reader.errorString()) : QString();
+    return reader.hasError() ? atReader(reader, source, reader.errorString()) : Failure();
 }
 
 bool IRGObject::composeXml(QByteArray &) const
@@ -202,7 +240,7 @@ QString IRGObject::GetXmlString()
     if (!composeXml(composition.utf8))
         composition = composeXmlByWriter(*this);
     if (composition.lineOfLostText != 0) {
-        fail(FailureTexts::at(FailureTexts::xmlText(), FailureTexts::characterNotForXml(composition.lineOfLostText)));
+        fail(Failure(FailureTexts::xmlText(), FailureTexts::characterNotForXml(composition.lineOfLostText)));
         return QString();
     }
     return QString::fromUtf8(composition.utf8);
@@ -221,16 +259,16 @@ bool IRGObject::SaveXml(const QString &path) const
     if (!composeXml(composition.utf8))
         composition = composeXmlByWriter(*this);
     if (composition.lineOfLostText != 0)
-        return fail(FailureTexts::at(path, FailureTexts::characterNotForXml(composition.lineOfLostText)));
+        return fail(Failure(path, FailureTexts::characterNotForXml(composition.lineOfLostText)));
     return save(path, composition.utf8);
 }
 
 bool IRGObject::save(const QString &path, const QByteArray &content) const
 {
     if (content.isEmpty())
-        return fail(FailureTexts::at(path, FailureTexts::nothingToWrite()));
+        return fail(Failure(path, FailureTexts::nothingToWrite()));
     const QString failure = SaveFile(path, content);
-    return failure.isNull() || fail(failure);
+    return failure.isNull() || fail(Failure(failure));
 }
 
 } // namespace REPORTGENERATOR

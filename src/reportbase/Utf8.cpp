@@ -61,4 +61,14 @@ QByteArray toUtf8(QStringView text)
     return utf8;
 }
 
+qint64 sizeAsUtf8(QStringView text)
+{
+    qint64 size = 0;
+    forEachPiece(text, [&](QStringView piece) {
+        size += isAscii(piece) ? int(piece.size()) : piece.toUtf8().size();
+        return true;
+    });
+    return size;
+}
+
 } // namespace REPORTGENERATOR

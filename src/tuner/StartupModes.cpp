@@ -104,7 +104,7 @@ public:
     {
         XmlText text;
         if (input.readText(text))
-            append(object, modeOf(text.toString()));
+            input.store([&] { append(object, modeOf(text.toString())); });
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
