@@ -108,6 +108,34 @@ class Table(unittest.TestCase):
             self.printed(table.check, {"instructions": {"new/tree/1000": 1}})
         self.assertEqual(failure.exception.code, 1)
 
+    def run_main(self, *options: object) -> list[list[str]]:
+        arguments = ["table.py", "--results", self.folder / "results.json", *options]
+        with mock.patch.object(sys, "argv", [str(argument) for argument in arguments]):
+            return self.printed(table.main)
+
+    def test_the_script_checks_all_figures_that_were_kept(self) -> None:
+        self.write("results.json", {"instructions": {"new/tree/1000": 1000}})
+        self.run_main()
+        with self.assertRaises(SystemExit):
+            self.run_main("--check")
+
+    def test_measuring_processes_keeps_the_other_figures(self) -> None:
+        path = self.write("results.json", {"timed": {"read/tree/1000": 1}})
+        lines = self.run_main("--processes", self.write("processes.json", {"show": {"figure": 7}}))
+        self.assertIn(["show", "MB", "7.0", "-", "7.00", "450.00", "300.00", "goal"], lines)
+        self.assertEqual(json.loads(path.read_text(encoding="utf-8")),
+                         {"timed": {"read/tree/1000": 1}, "processes": {"show": {"figure": 7}}})
+
+    def test_figures_of_an_allocator_are_kept_under_its_name(self) -> None:
+        def run(time: int) -> dict:
+            return {"benchmarks": [{"run_type": "iteration", "run_name": "read/tree/1000", "cpu_time": time}]}
+
+        self.run_main("--allocator", "jemalloc", "--without", self.write("1.json", run(4)), self.write("2.json", run(6)),
+                      "--with", self.write("3.json", run(1)))
+        results = json.loads((self.folder / "results.json").read_text(encoding="utf-8"))
+        self.assertEqual(results, {"allocators": {"jemalloc": {"without": {"read/tree/1000": 5},
+                                                               "with": {"read/tree/1000": 1}}}})
+
     def test_heap_targets_of_one_reader_leave_out_the_others(self) -> None:
         count = {"bytes": 500000, "blocks": 10, "peak": 700000, "allocations": 10, "document": 100000}
         results = {"memory": {"XML text read/tree/1000": count}}
