@@ -31,6 +31,7 @@ ci_packages=(
 )
 bench_packages=(
     libbenchmark-dev valgrind
+    libxml2-utils # xmllint, with which the tool is compared
     protobuf-compiler libprotobuf-dev
     libpugixml-dev
     xsdcxx libxerces-c-dev # CodeSynthesis XSD and the library that its code needs
