@@ -8,6 +8,8 @@
 #include <QString>
 #include <QtEndian>
 
+#include "framework/Composition.h"
+
 class QBuffer;
 
 namespace JobXml {
@@ -29,12 +31,10 @@ struct ByteForm
 
 /// Composes the bytes in memory, exactly as the stream itself would write them, and writes them to the stream at once.
 /// A record's length precedes its payload, and a call of the device for each word would be most of the cost of writing.
-class BinaryWriter
+class BinaryWriter : public WriteTarget
 {
 public:
     explicit BinaryWriter(const QDataStream &target);
-    BinaryWriter(const BinaryWriter &) = delete;
-    BinaryWriter &operator=(const BinaryWriter &) = delete;
 
     void put(quint8 value) { *room(1) = char(value); }
     void put(qint8 value) { put(quint8(value)); }
@@ -69,6 +69,9 @@ public:
     /// Appends records that were written elsewhere, unchanged.
     void putRecords(const QByteArray &records);
     /// @}
+
+    /// Discards everything.
+    void restart() { m_size = 0; }
 
     /// Writes everything to the stream.
     void flushTo(QDataStream &target) const;

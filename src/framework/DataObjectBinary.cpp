@@ -16,23 +16,24 @@ namespace JobXml {
 
 bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
 {
-    if (!prepareToWrite(*this))
-        return false;
     BinaryWriter writer(stream);
-    const auto record = writeTag ? writer.begin(quint32(tag)) : writer.beginUntagged();
-    ObjectAccess::behavior(*this).writeRecords(*this, writer);
-    if (ObjectAccess::isOfDerivedClass(*this)) {
-        QByteArray own;
-        QDataStream ownStream(&own, QIODevice::WriteOnly);
-        ownStream.setByteOrder(stream.byteOrder());
-        ownStream.setVersion(stream.version());
-        ownStream.setFloatingPointPrecision(stream.floatingPointPrecision());
-        writeOwnRecords(ownStream);
-        writer.putRecords(own);
-    }
-    writer.end(record);
-    writer.flushTo(stream);
-    return true;
+    const bool isWritten = compose(*this, writer, [&] {
+        const auto record = writeTag ? writer.begin(quint32(tag)) : writer.beginUntagged();
+        ObjectAccess::behavior(*this).writeRecords(*this, writer);
+        if (ObjectAccess::isOfDerivedClass(*this)) {
+            QByteArray own;
+            QDataStream ownStream(&own, QIODevice::WriteOnly);
+            ownStream.setByteOrder(stream.byteOrder());
+            ownStream.setVersion(stream.version());
+            ownStream.setFloatingPointPrecision(stream.floatingPointPrecision());
+            writeOwnRecords(ownStream);
+            writer.putRecords(own);
+        }
+        writer.end(record);
+    });
+    if (isWritten)
+        writer.flushTo(stream);
+    return isWritten;
 }
 
 void DataObject::writeOwnRecords(QDataStream &) const { }
@@ -42,18 +43,19 @@ bool DataObject::readOwnRecord(QDataStream &, quint32, qint32)
     return false;
 }
 
-void Child::writeRecord(const DataObject &child, BinaryWriter &writer, Preparation preparation)
+void Child::writeRecord(const DataObject &child, const DataObject &parent, BinaryWriter &writer, bool isChecked)
 {
-    if (!prepareToWrite(child, preparation))
+    if (!prepareToWrite(child, parent, writer, isChecked))
         return;
     const auto record = writer.beginUntagged();
     ObjectAccess::behavior(child).writeRecords(child, writer);
     writer.end(record);
 }
 
-void Child::writeRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, Preparation preparation)
+void Child::writeRecord(const DataObject &child, const DataObject &parent, BinaryWriter &writer, quint32 tag,
+                        bool isChecked)
 {
-    if (!prepareToWrite(child, preparation))
+    if (!prepareToWrite(child, parent, writer, isChecked))
         return;
     const auto record = writer.begin(tag);
     ObjectAccess::behavior(child).writeRecords(child, writer);

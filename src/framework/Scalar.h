@@ -101,6 +101,7 @@ public:
     {
         if (isOmitted(block))
             return;
+        noteInvalid(block, output);
         Codec<T>::withText(this->field(block), [&](const auto &text) {
             if (this->has(Attribute))
                 output.writeAttribute(this->text(), text);
@@ -125,6 +126,7 @@ public:
     {
         if (isOmitted(block))
             return;
+        noteInvalid(block, writer);
         const auto record = writer.begin(this->tag());
         Codec<T>::writePayload(writer, this->field(block));
         writer.end(record);
@@ -153,6 +155,11 @@ public:
     }
 
 private:
+    void noteInvalid(const Block &block, WriteTarget &target) const
+    {
+        if (!Codec<T>::isValid(this->field(block)))
+            target.noteProblem();
+    }
     bool isOmitted(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }
 };
 
