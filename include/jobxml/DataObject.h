@@ -249,6 +249,8 @@ protected:
     void ProcessXmlStartElement(QXmlStreamReader &reader) override;
     bool composeXml(QByteArray &utf8) const override;
     void walkContent(QXmlStreamReader &reader, const QString &name) override;
+    bool composeBinary(const QDataStream &form, QByteArray &record) const override;
+    int readMembers(const QDataStream &form, const char *members, int size) override;
 
 private:
     friend class ObjectAccess;

@@ -75,6 +75,8 @@ public:
 
     /// Writes everything to the stream.
     void flushTo(QDataStream &target) const;
+    /// Everything, once.
+    QByteArray take();
 
 private:
     char *room(qint64 size)
@@ -103,20 +105,30 @@ private:
     qint64 m_size = 0;
 };
 
-/// Reads from a stream. The bytes of a QBuffer are read directly, and the buffer's position ends up where the stream
-/// would have left it; every other device is read by the stream itself.
+/// Reads bytes in memory or from a stream. The bytes of a QBuffer are read directly, and the buffer's position ends up
+/// where the stream would have left it; every other device is read by the stream itself.
 class BinaryReader
 {
 public:
+    /// Reads bytes that a stream with the settings of `form` has written. They must not change while the reader exists,
+    /// and isReadDirectly() of the form must be true.
+    BinaryReader(const QDataStream &form, const char *bytes, int size);
     explicit BinaryReader(QDataStream &stream);
     BinaryReader(const BinaryReader &) = delete;
     BinaryReader &operator=(const BinaryReader &) = delete;
     ~BinaryReader();
 
-    /// Whether reading calls no device, so that no foreign code runs.
-    bool isInMemory() const { return m_buffer != nullptr; }
+    /// Whether bytes of a stream with these settings can be read without it. Streams before version 6 write texts and
+    /// large numbers in forms of their own.
+    static bool isReadDirectly(const QDataStream &form);
 
-    bool atEnd() const { return m_buffer ? m_at == m_end : m_stream.atEnd(); }
+    /// Whether reading calls no device, so that no foreign code runs.
+    bool isInMemory() const { return m_isDirect; }
+
+    bool atEnd() const { return m_isDirect ? m_at == m_end : m_stream->atEnd(); }
+
+    /// How many bytes in memory have been read.
+    int bytesRead() const { return int(m_at - m_begin); }
 
     /// \name For a snapshot, which ends with its stream
     /// Reads a value. Returns false and leaves the value unchanged if the stream ends before it.
@@ -146,7 +158,7 @@ public:
     };
     Head readHead(const DataObject &owner)
     {
-        if (m_buffer && m_end - m_at >= 8) {
+        if (m_isDirect && m_end - m_at >= 8) {
             const Head head{word<quint32>(m_at), word<qint32>(m_at + 4)};
             m_at += 8;
             return head;
@@ -172,7 +184,7 @@ public:
     };
     Bytes readBytes(const DataObject &owner)
     {
-        if (!m_buffer)
+        if (!m_isDirect)
             return readBytesByStream(owner);
         const auto size = read<quint32>(owner);
         if (size == nullMark)
@@ -192,14 +204,14 @@ public:
     /// An unknown record's payload.
     void skip(const DataObject &owner, qint32 length, quint32 tag);
 
-    /// Lets `read` read the payload of a record from the stream itself. If it returns false, the payload is still
-    /// unread.
+    /// Lets `read` read the payload of a record from the stream itself, which there must be. If it returns false, the
+    /// payload is still unread.
     template <class Read>
     bool readByStream(const DataObject &owner, qint32 length, Read &&read)
     {
         const bool fits = beginByStream(length);
-        const bool isRead = fits && read(m_stream);
-        if (!fits || m_stream.status() != QDataStream::Ok)
+        const bool isRead = fits && read(*m_stream);
+        if (!fits || m_stream->status() != QDataStream::Ok)
             wrongLength(owner);
         endByStream(isRead ? length : 0);
         return isRead;
@@ -216,14 +228,15 @@ private:
     void endByStream(qint32 length);
     [[noreturn]] static void wrongLength(const DataObject &owner);
     qint64 bytesLeft() const;
-    /// Sets the stream to its end and to ReadPastEnd, as the stream does itself.
+    /// Goes to the end. Sets the stream to its end and to ReadPastEnd, as the stream does itself.
     bool pastEnd();
+    void setStatus(QDataStream::Status status);
     template <class T>
     bool takeByStream(T &value)
     {
         T read{};
-        m_stream >> read;
-        if (m_stream.status() != QDataStream::Ok)
+        *m_stream >> read;
+        if (m_stream->status() != QDataStream::Ok)
             return false;
         value = std::move(read);
         return true;
@@ -231,7 +244,7 @@ private:
     template <class T>
     bool takeByte(T &value)
     {
-        if (!m_buffer)
+        if (!m_isDirect)
             return takeByStream(value);
         if (m_at == m_end)
             return pastEnd();
@@ -241,7 +254,7 @@ private:
     template <class Word>
     bool takeWord(Word &value)
     {
-        if (!m_buffer)
+        if (!m_isDirect)
             return takeByStream(value);
         if (m_end - m_at < qint64(sizeof(Word)))
             return pastEnd();
@@ -259,10 +272,11 @@ private:
     template <class T>
     bool takeFloat(T &value);
 
-    QDataStream &m_stream;
+    QDataStream *const m_stream; // null for bytes in memory
     const ByteForm m_form;
-    QBuffer *m_buffer; // null if the stream itself reads
-    const char *m_begin = nullptr; // of the buffer's unread bytes
+    QBuffer *const m_buffer; // whose bytes are read; null if the stream itself reads, and for bytes in memory
+    const bool m_isDirect; // otherwise the stream itself reads
+    const char *m_begin = nullptr; // of the bytes that are read directly
     const char *m_at = nullptr;
     const char *m_end = nullptr;
     QByteArray m_bytes; // read by the stream, for readBytes()

@@ -36,6 +36,21 @@ bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
     return isWritten;
 }
 
+bool DataObject::composeBinary(const QDataStream &form, QByteArray &record) const
+{
+    if (ObjectAccess::isOfDerivedClass(*this))
+        return false; // a derived class may override GetBinary()
+    BinaryWriter writer(form);
+    const bool isWritten = compose(*this, writer, [&] {
+        const auto start = writer.begin(quint32(m_classIdentifier));
+        ObjectAccess::behavior(*this).writeRecords(*this, writer);
+        writer.end(start);
+    });
+    if (isWritten)
+        record = writer.take();
+    return true;
+}
+
 void DataObject::writeOwnRecords(QDataStream &) const { }
 
 bool DataObject::readOwnRecord(QDataStream &, quint32, qint32)
@@ -74,6 +89,16 @@ void DataObject::SetBinary(QDataStream &stream, int length)
     Propagation::propagate(*this);
     BinaryReader reader(stream);
     Child::readRecord(*this, reader, length);
+}
+
+int DataObject::readMembers(const QDataStream &form, const char *members, int size)
+{
+    if (ObjectAccess::isOfDerivedClass(*this) || !BinaryReader::isReadDirectly(form))
+        return -1; // a derived class may override SetBinary()
+    Propagation::propagate(*this);
+    BinaryReader reader(form, members, size);
+    Child::readRecord(*this, reader, size);
+    return reader.bytesRead();
 }
 
 void Child::readRecord(DataObject &child, BinaryReader &reader, qint32 length)
