@@ -44,7 +44,8 @@ bool IRGObject::SetBinaryRepresentation(const QByteArray &representation, const 
     try {
         const auto members = Framing::membersOf(representation, Framing::OwnSettings, quint32(m_classIdentifier),
                                                 GetObjectName(), limits);
-        failure = readMembersIn(OwnForm(), members.container, members.begin);
+        failure = located(FailureTexts::binaryData(),
+                          [&] { return readMembersIn(OwnForm(), members.container, members.begin); });
     } catch (const Framing::Refusal &refusal) {
         failure = refusal.why;
     }
@@ -59,7 +60,8 @@ bool IRGObject::SetBinaryRepresentation(QDataStream &stream)
 bool IRGObject::SetBinaryRepresentation(QDataStream &stream, const ReadLimits &limits)
 {
     clearError();
-    const QString failure = readRepresentation(stream, false, limits);
+    const QString failure =
+        located(FailureTexts::binaryData(), [&] { return readRepresentation(stream, false, limits); });
     return failure.isNull() || fail(Failure(FailureTexts::binaryData(), failure));
 }
 
@@ -89,7 +91,7 @@ bool IRGObject::LoadBinary(QFile *file, const ReadLimits &limits)
 
     QDataStream stream(file);
     Framing::OwnSettings.applyTo(stream);
-    const QString failure = readRepresentation(stream, true, limits);
+    const QString failure = located(access.name(), [&] { return readRepresentation(stream, true, limits); });
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the data seem truncated then, but the device has failed
     return failure.isNull() || fail(Failure(access.name(), failure));

@@ -126,6 +126,7 @@ public:
     {
         const auto count = reader.read<qint32>(object);
         for (qint32 i = 0; i < count; ++i) {
+            reader.innermost()->position = reader.position();
             reader.read<qint32>(object); // the entry's length; its text contains it again
             const Mode mode = modeOf(reader.readText(object));
             reader.store([&] { append(object, mode); });

@@ -41,11 +41,16 @@ QStringList problemsOf(const QString &xml, const ReadOptions &options = {})
 
 const QString good = QStringLiteral("<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\">\n"
                                     " <Component type=\"t\" name=\"c\" optional=\"true\">\n"
-                                    "  <Node id=\"n\"/>\n"
+                                    "  <Node id=\"n\"><ValueItem><ValueBoolean id=\"v\" "
+                                    "value=\"true\"/></ValueItem></Node>\n"
                                     " </Component>\n"
                                     "</TunerProperties>\n");
 
-const QString emptyBoolean = QStringLiteral("Please set a value or a default for the boolean '%1' in '%2'.");
+QString emptyBoolean(const char *member, const char *object)
+{
+    return QStringLiteral("Please set a value or a default for the boolean '%1' in '%2'.")
+        .arg(QLatin1String(member), QLatin1String(object));
+}
 
 /// A document of a program that adds a rule of its own.
 class Strict : public TunerProperties
@@ -81,6 +86,11 @@ private Q_SLOTS:
     void filesThatCannotBeReadAreProblems();
     void anExceptionOfADerivedClassIsOneOfTheProblems();
     void exceptionsOfTheVisitorPassThrough();
+
+    void refusedRecordsHaveTheirOffsets();
+    void aRecordWithAWrongLengthEndsTheReading();
+    void compressedRepresentationsCanBeRefused();
+    void representationsAreLimitedInSize();
 };
 
 void ReadProblemsTest::aGoodDocumentHasNoProblems()
@@ -112,18 +122,22 @@ void ReadProblemsTest::everyRefusedValueHasItsPlaceAndPath()
         problemsOf(xml),
         (QStringList{
             QStringLiteral("1:32 @31 type: enum is not valid (classname=TunerProperties,membername=m_type)"),
-            QStringLiteral("1:41 @40 hwProcessing: ") + emptyBoolean.arg("hwProcessing", "TunerProperties"),
-            QStringLiteral("3:46 @138 StartupModes StartupMode: StartupModes: Tried to append not completely defined "
+            QStringLiteral("1:41 @40 hwProcessing: ") + emptyBoolean("hwProcessing", "TunerProperties"),
+            QStringLiteral("3:47 @137 StartupModes StartupMode: StartupModes: Tried to append not completely defined "
                            "or invalid item StartupMode."),
-            QStringLiteral("4:2 @199 HRPANSupported: ") + emptyBoolean.arg("HRPANSupported", "TunerProperties"),
-            QStringLiteral("5:2 @234: Unknown Tag 'Extra' in 'TunerProperties'."),
-            QStringLiteral("6:31 @355 Component \"c\" optional: ") + emptyBoolean.arg("optional", "Component"),
-            QStringLiteral("7:47 @414 Component \"c\" / Node \"n\" / ValueItem 1 / ValueBoolean \"v\" value: ")
-                + emptyBoolean.arg("value", "ValueBoolean"),
-            QStringLiteral("8:3 @463 Component \"c\" Node: Component: Tried to append not completely defined or "
+            QStringLiteral("4:2 @185 HRPANSupported: ") + emptyBoolean("HRPANSupported", "TunerProperties"),
+            QStringLiteral("5:2 @220: Unknown Tag 'Extra' in 'TunerProperties'."),
+            QStringLiteral("5:56 @274 Component \"inside\" Node: Component: Tried to append not completely defined or "
+                           "invalid item Node."),
+            QStringLiteral("6:31 @339 Component \"c\" optional: ") + emptyBoolean("optional", "Component"),
+            QStringLiteral("7:48 @399 Component \"c\" / Node \"n\" / ValueItem 1 / ValueBoolean \"v\" value: ")
+                + emptyBoolean("value", "ValueBoolean"),
+            QStringLiteral("8:3 @444 Component \"c\" Node: Component: Tried to append not completely defined or "
                            "invalid item Node."),
             // The same objects, as the check finds them:
             QStringLiteral("StartupModes StartupMode: StartupModes: Please set StartupMode properly."),
+            QStringLiteral("Component \"inside\" / Node \"n\" ValueItem: Node: Please set ValueItem properly."),
+            QStringLiteral("Component \"c\" / Node 2 ValueItem: Node: Please set ValueItem properly."),
             QStringLiteral("Component \"c\" / Node 2 id: Node: Please set id properly."),
             QStringLiteral("type: TunerProperties: Please set type properly."),
         }));
@@ -163,9 +177,9 @@ void ReadProblemsTest::theStrictReaderThrowsTheFirstProblemAtTheSamePlace()
     QCOMPARE(problems.size(), 2);
     const Problem &first = problems.first();
     QCOMPARE(first.line, 3);
-    QCOMPARE(first.column, 47);
+    QCOMPARE(first.column, 48);
     const auto check = [&](const ReportException &e, const QString &source) {
-        QCOMPARE(e.GetMessageText(), emptyBoolean.arg("value", "ValueBoolean"));
+        QCOMPARE(e.GetMessageText(), emptyBoolean("value", "ValueBoolean"));
         QCOMPARE(first.message, e.GetMessageText());
         const REPORTGENERATOR::ErrorLocation where = e.GetLocation();
         QCOMPARE(where.source, source);
@@ -203,10 +217,10 @@ void ReadProblemsTest::linesEndInEveryWayAndColumnsAreUtf16()
         + good.mid(good.indexOf(QLatin1String("\n <Component")) + 1);
     QCOMPARE(problemsOf(QChar(QChar::ByteOrderMark) + xml),
              (QStringList{
-                 QStringLiteral("1:42 @47 hwProcessing: ") + emptyBoolean.arg("hwProcessing", "TunerProperties"),
-                 QStringLiteral("3:1 @98: Unknown Tag 'A' in 'TunerProperties'."),
-                 QStringLiteral("4:1 @103: Unknown Tag 'B' in 'TunerProperties'."),
-                 QStringLiteral("7:1 @111: Unknown Tag 'C' in 'TunerProperties'."),
+                 QStringLiteral("1:43 @48 hwProcessing: ") + emptyBoolean("hwProcessing", "TunerProperties"),
+                 QStringLiteral("3:1 @95: Unknown Tag 'A' in 'TunerProperties'."),
+                 QStringLiteral("4:1 @100: Unknown Tag 'B' in 'TunerProperties'."),
+                 QStringLiteral("7:1 @108: Unknown Tag 'C' in 'TunerProperties'."),
              }));
 }
 
@@ -215,7 +229,7 @@ void ReadProblemsTest::problemsInOneLongLineHaveTheirColumns()
     QString xml = good.left(good.indexOf(QLatin1String("\n <Component")));
     const int begin = xml.size();
     for (int i = 0; i < 1000; ++i)
-        xml += QStringLiteral("<\u00E9/>");
+        xml += QStringLiteral("<A/>\u00E9");
     xml += good.mid(good.indexOf(QLatin1String("<Component")));
     TunerProperties document;
     QVector<Problem> problems;
@@ -223,7 +237,7 @@ void ReadProblemsTest::problemsInOneLongLineHaveTheirColumns()
     QCOMPARE(problems.size(), 1000);
     for (int i = 0; i < problems.size(); ++i) {
         QCOMPARE(problems.at(i).line, 1);
-        QCOMPARE(problems.at(i).column, begin + 4 * i + 1);
+        QCOMPARE(problems.at(i).column, begin + 5 * i + 1);
     }
 }
 
@@ -234,7 +248,7 @@ void ReadProblemsTest::documentsOfTheReaderHaveThePlaceOfTheTag()
         + good.mid(good.indexOf(QLatin1String(" <Component")));
     QCOMPARE(problemsOf(xml),
              (QStringList{
-                 QStringLiteral("3:46 hwProcessing: ") + emptyBoolean.arg("hwProcessing", "TunerProperties"),
+                 QStringLiteral("3:45 hwProcessing: ") + emptyBoolean("hwProcessing", "TunerProperties"),
                  QStringLiteral("4:10: Unknown Tag 'Extra' in 'TunerProperties'."),
              }));
 }
@@ -294,7 +308,7 @@ void ReadProblemsTest::onlyUnreadableDocumentsAreProblemsWithoutValidation()
     QCOMPARE(problemsOf(QStringLiteral("<TunerProperties Version=\"1.1\" type=\"X\"><A/></TunerProperties>"), options),
              QStringList());
     QCOMPARE(problemsOf(QStringLiteral("<TunerProperties type=\"X\"><A></TunerProperties>"), options),
-             QStringList{QStringLiteral("1:48: Opening and ending tag mismatch.")});
+             QStringList{QStringLiteral("1:47: Opening and ending tag mismatch.")});
 }
 
 void ReadProblemsTest::tooLargeDocumentsAreRefused()
@@ -368,6 +382,135 @@ void ReadProblemsTest::exceptionsOfTheVisitorPassThrough()
         document.SetXmlString(QStringLiteral("<TunerProperties Version=\"1.1\"><A/></TunerProperties>"), stop),
         std::runtime_error);
     QVERIFY(!document.GetValidate());
+}
+
+// --- Records
+// -----------------------------------------------------------------------------------------------------------
+
+void ReadProblemsTest::refusedRecordsHaveTheirOffsets()
+{
+    TunerProperties source;
+    QVERIFY(source.SetXmlString(good, true));
+    source.SetValidate(false);
+    source.Settype(TunerProperties::type::Invalid);
+    source.GetComponent()[0].AppendNode(Node());
+    source.GetStartupModes().AppendStartupMode(StartupModes::StartupMode::Scan);
+    source.GetStartupModes().AppendStartupMode(StartupModes::StartupMode::Invalid);
+    const QByteArray representation = source.GetBinaryRepresentationAsQByteArray();
+
+    const auto offsetOf = [&](const char *hexOfTag) { return representation.indexOf(QByteArray::fromHex(hexOfTag)); };
+    const int type = offsetOf("A1F0EE2D");
+    // The record of the modes has tag, length, count, and the first entry of 4 + 4 + 4 bytes.
+    const int secondMode = offsetOf("627B74CE") + 4 + 4 + 4 + 4 + 4 + 4;
+    // The last item: its length, a null id and a list without values.
+    const int secondNode = representation.size() - 4 - 12 - 12;
+    const QString refusal = QStringLiteral("%1: Tried to append not completely defined or invalid item %2.");
+    for (const bool inFile : {false, true}) {
+        TunerProperties document;
+        QVector<Problem> problems;
+        if (inFile) {
+            QTemporaryDir folder;
+            QFile file(folder.filePath(QStringLiteral("document.tpb")));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            QCOMPARE(file.write(representation), qint64(representation.size()));
+            file.close();
+            QVERIFY(!document.LoadBinary(file.fileName(), problems));
+        } else {
+            QVERIFY(!document.SetBinaryRepresentation(representation, problems));
+        }
+        QStringList found = texts(problems);
+        QCOMPARE(
+            found.mid(0, 3),
+            (QStringList{
+                QStringLiteral("@%1 type: enum is not valid (classname=TunerProperties,membername=m_type)").arg(type),
+                QStringLiteral("@%1 StartupModes StartupMode: ").arg(secondMode)
+                    + refusal.arg(QLatin1String("StartupModes"), QLatin1String("StartupMode")),
+                QStringLiteral("@%1 Component \"c\" Node: ").arg(secondNode)
+                    + refusal.arg(QLatin1String("Component"), QLatin1String("Node")),
+            }));
+        QCOMPARE(found.mid(3),
+                 (QStringList{
+                     QStringLiteral("StartupModes StartupMode: StartupModes: Please set StartupMode properly."),
+                     QStringLiteral("Component \"c\" / Node 2 ValueItem: Node: Please set ValueItem properly."),
+                     QStringLiteral("type: TunerProperties: Please set type properly."),
+                 }));
+        TunerProperties lenient;
+        lenient.SetValidate(false);
+        QVERIFY(lenient.SetBinaryRepresentation(representation));
+        QCOMPARE(hex(snapshotOf(document)), hex(snapshotOf(lenient)));
+    }
+}
+
+void ReadProblemsTest::aRecordWithAWrongLengthEndsTheReading()
+{
+    TunerProperties source;
+    QVERIFY(source.SetXmlString(good, true));
+    QByteArray representation = source.GetBinaryRepresentationAsQByteArray();
+    const int boolean = representation.indexOf(QByteArray::fromHex("E8182C83"));
+    QVERIFY(boolean > 0);
+    char &lastOfLength = representation.data()[boolean + 7]; // of the ValueBoolean
+    ++lastOfLength;
+    TunerProperties document;
+    QVector<Problem> problems;
+    QVERIFY(!document.SetBinaryRepresentation(representation, problems));
+    const QString message = QStringLiteral("ValueBoolean::SetBinary(...): Length error occurred during processing of "
+                                           "binary representation");
+    const int value = boolean + 8 + 4 + 4 + 4 + 1; // behind the record of the id, which has one character
+    QCOMPARE(
+        texts(problems),
+        QStringList{QStringLiteral("@%1 Component \"c\" / Node \"n\" / ValueItem 1 / ValueBoolean \"v\": ").arg(value)
+                    + message});
+    QCOMPARE(problems.first().steps.size(), 4);
+    QVERIFY(document.GetErrorString().isNull());
+    try {
+        TunerProperties strict;
+        static_cast<void>(strict.SetBinaryRepresentation(representation));
+        QFAIL("the wrong length is accepted");
+    } catch (const BinaryParsingException &e) {
+        QCOMPARE(e.GetMessageText(), message);
+        QCOMPARE(e.GetLocation().offset, qint64(value));
+        QCOMPARE(e.GetLocation().path, problems.first().path);
+        QCOMPARE(e.GetLocation().source, QStringLiteral("binary data"));
+    }
+}
+
+void ReadProblemsTest::compressedRepresentationsCanBeRefused()
+{
+    TunerProperties source;
+    QVERIFY(source.SetXmlString(good, true));
+    const QByteArray compressed = source.GetCompressedBinaryRepresentationAsQByteArray(-1);
+    TunerProperties document;
+    QVector<Problem> problems;
+    ReadOptions options;
+    QVERIFY(document.SetBinaryRepresentation(compressed, problems, options));
+    options.allowCompressed = false;
+    QVERIFY(!document.SetBinaryRepresentation(compressed, problems, options));
+    QCOMPARE(
+        texts(problems),
+        QStringList{QStringLiteral(": the representation is compressed, but only uncompressed ones are accepted")});
+}
+
+void ReadProblemsTest::representationsAreLimitedInSize()
+{
+    TunerProperties source;
+    QVERIFY(source.SetXmlString(good, true));
+    const QByteArray plain = source.GetBinaryRepresentationAsQByteArray();
+    const QByteArray compressed = source.GetCompressedBinaryRepresentationAsQByteArray(-1);
+    QVERIFY(compressed.size() < plain.size());
+    TunerProperties document;
+    QVector<Problem> problems;
+    ReadOptions options;
+    options.maxBytes = plain.size();
+    QVERIFY(document.SetBinaryRepresentation(plain, problems, options));
+    QVERIFY(document.SetBinaryRepresentation(compressed, problems, options));
+    options.maxBytes = plain.size() - 1;
+    QVERIFY(!document.SetBinaryRepresentation(plain, problems, options));
+    QCOMPARE(texts(problems),
+             QStringList{QStringLiteral(": the representation takes %1 bytes, but no more than %2 are accepted")
+                             .arg(plain.size())
+                             .arg(options.maxBytes)});
+    QVERIFY(!document.SetBinaryRepresentation(compressed, problems, options));
+    QCOMPARE(problems.size(), 1);
 }
 
 TEST_SUITE(ReadProblemsTest)
