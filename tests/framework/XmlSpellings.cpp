@@ -120,6 +120,9 @@ const std::vector<QString> &values()
         QStringLiteral("&amp;"),
         QStringLiteral("&#13;"),
         QStringLiteral("<Node/>"),
+        QStringLiteral("/"),
+        QStringLiteral("a/"),
+        QStringLiteral("/>"),
         QStringLiteral("a comparatively long text, of more than a few words, as display names have it"),
     };
     return all;
@@ -707,6 +710,9 @@ QByteArray mutated(Random &random, const QByteArray &document, const QByteArray 
         const int found = result.indexOf(random.oneOf({'<', '>', '"', '&', ']', '=', '\n'}), at);
         return found < 0 ? at : found + random.below(2);
     };
+    const auto placeOfContent = [&] { // or behind a comment
+        return result.indexOf('>', place(result)) + 1;
+    };
     do {
         const int at = placeOfMarkup();
         const int size = 1 + random.below(random.oneIn(4) ? 64 : 4);
@@ -738,7 +744,7 @@ QByteArray mutated(Random &random, const QByteArray &document, const QByteArray 
             }
             Q_FALLTHROUGH();
         default:
-            result.insert(at, random.oneOf(tokens()));
+            result.insert(random.oneIn(3) ? at : placeOfContent(), random.oneOf(tokens()));
         }
     } while (random.oneIn(3));
     return result;
