@@ -4,8 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
-/// Documents that the library reads in memory must be what QXmlStreamReader makes of them. Reads them both ways, step
-/// by step and into objects, and compares all that can be observed.
+/// Documents that the library reads in memory must be read as by QXmlStreamReader. Reads them both ways, step by
+/// step and into objects, and compares all that can be observed.
 namespace XmlSources {
 
 /// The first difference between the two ways, with what led to it; null if there is none. A document that is not in

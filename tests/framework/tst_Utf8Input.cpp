@@ -80,8 +80,8 @@ private Q_SLOTS:
     void documentHasItsTags();
     void attributesAreFoundInAnyOrder();
     void attributesBelongToTheirTag();
-    void textIsReadBehindAttributes();
-    void readingGoesOnBehindAText();
+    void textIsReadAfterAttributes();
+    void readingContinuesAfterAText();
     void skippingEndsAtTheNextTagOfTheName_data();
     void skippingEndsAtTheNextTagOfTheName();
     void tagIsComparedWithTheWholeName();
@@ -255,7 +255,7 @@ void Utf8InputTest::attributesBelongToTheirTag()
     QCOMPARE(restOf(input), QStringList({QStringLiteral("-z"), QStringLiteral("-x")}));
 }
 
-void Utf8InputTest::textIsReadBehindAttributes()
+void Utf8InputTest::textIsReadAfterAttributes()
 {
     const QByteArray document = "<x a='/'><y a='>' >1</y ><y a='/'/><y/></x>";
     Utf8Input input(document);
@@ -274,7 +274,7 @@ void Utf8InputTest::textIsReadBehindAttributes()
     QCOMPARE(restOf(input), QStringList({QStringLiteral("-x")}));
 }
 
-void Utf8InputTest::readingGoesOnBehindAText()
+void Utf8InputTest::readingContinuesAfterAText()
 {
     const QByteArray document = "<x><a>1<!-- --></a>2<b>3<y><y/></y></b><value/></x>";
     Utf8Input input(document);

@@ -44,7 +44,7 @@ bool isAcceptedByTheReader(const QByteArray &document)
     return !reader.hasError();
 }
 
-/// What came of many documents.
+/// The outcome of reading many documents.
 struct Tally
 {
     int accepted = 0; ///< by the reader

@@ -317,7 +317,7 @@ void XmlSubsetTest::nulEndsNoDocument()
         QVERIFY2(!contains(document), document.toHex().constData());
 }
 
-/// Nothing is read behind the end of the bytes: the address sanitizer would notice.
+/// Nothing after the end of the bytes is read: the address sanitizer would notice.
 void XmlSubsetTest::cutDocumentIsNotInTheSubset()
 {
     const QByteArray document = "\xEF\xBB\xBF<?xml version='1.0' encoding=\"UTF-8\" standalone='yes' ?>\r\n"
