@@ -232,7 +232,7 @@ private:
         for (const Member &member : attributes)
             attribute(member.name, spelled(m_random.oneOf(values()), Context::Attribute));
         if (odd())
-            attribute(m_random.oneOf({"unknown", "x-1", "_", "a.b", "xml", "XMLNS", "Name"}), "1");
+            attribute(m_random.oneOf({"unknown", "x-1", "_", "a.b", "xml", "XMLNS", "NAME"}), "1");
         if (foreign())
             attribute(m_random.oneOf({"xmlns:p", "xml:space", "xmlns"}), m_random.oneIn(2) ? "preserve" : "urn:p");
         if (foreign()) {
