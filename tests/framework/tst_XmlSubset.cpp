@@ -77,6 +77,7 @@ void XmlSubsetTest::documentIsInTheSubset_data()
     addRow("attribute and element of the same name", "<a a='1'><a a='2'/></a>");
     addRow("32 attributes", withAttributes(32));
     addRow("256 levels", nested(256));
+    addRow("256 levels in an object", "<Node>" + nested(255) + "</Node>");
     addRow("a name of 1000 characters", '<' + QByteArray(1000, 'n') + "/>");
 
     // --- texts ---
@@ -128,6 +129,8 @@ void XmlSubsetTest::documentIsNotInTheSubset_data()
     addRow("namespace", "<a xmlns='u'/>");
     addRow("33 attributes", withAttributes(33));
     addRow("257 levels", nested(257));
+    addRow("257 levels of an empty element",
+           QByteArray("<a>").repeated(256) + "<b/>" + QByteArray("</a>").repeated(256));
     addRow("a name of 1001 characters", '<' + QByteArray(1001, 'n') + "/>");
     addRow("an attribute with a name of 1001 characters", "<a " + QByteArray(1001, 'n') + "=''/>");
     addRow("an instruction with a name of 1001 characters", "<?" + QByteArray(1001, 'n') + "?><a/>");
