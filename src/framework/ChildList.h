@@ -96,22 +96,11 @@ public:
     void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
         const auto count = reader.read<qint32>(object);
-        const auto environment = Propagation::forReading(object);
-        const bool hadCapacity = hasCapacity(ObjectAccess::block(object));
-        reserve(object, reader.itemsWithin(count));
-        const auto read = [&](auto &&item, qint32 length) {
-            Child::readRecord(*item, reader, length);
-            item.keep();
-        };
-        for (qint32 i = 0; i < count; ++i) {
-            const auto length = reader.read<qint32>(object);
-            if (reader.isInMemory())
-                read(NewItem<Storage::InList>(*this, object, environment), length);
-            else
-                read(NewItem<Storage::Separate>(*this, object, environment), length);
-        }
-        if (!hadCapacity)
-            squeeze(ObjectAccess::block(object));
+        const auto readLength = [&] { return reader.read<qint32>(object); };
+        readItems(object, reader, count, Propagation::forReading(object), readLength, [&](Item &item, qint32 length) {
+            Child::readRecord(item, reader, length);
+            return true;
+        });
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -127,28 +116,15 @@ public:
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
         const bool hasItems = this->isSet(block) || this->has(SnapshotReadByCount);
-        const bool hadCapacity = hasCapacity(block);
         qint32 count = 0;
         if (!reader.take(count))
             return false;
         if (!hasItems)
             return true;
         const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // without a logger
-        reserve(object, reader.itemsWithin(count));
-        const auto read = [&](auto &&item) {
-            if (!Child::readSnapshot(*item, reader))
-                return false;
-            item.keep();
-            return true;
-        };
-        for (qint32 i = 0; i < count; ++i) {
-            if (reader.isInMemory() ? !read(NewItem<Storage::InList>(*this, object, environment))
-                                    : !read(NewItem<Storage::Separate>(*this, object, environment)))
-                return false;
-        }
-        if (!hadCapacity)
-            squeeze(ObjectAccess::block(object));
-        return true;
+        return readItems(
+            object, reader, count, environment, [] { return 0; },
+            [&](Item &item, qint32) { return Child::readSnapshot(item, reader); });
     }
 
     bool hasCapacity(const Block &block) const final { return list(block).capacity() != 0; }
@@ -228,10 +204,7 @@ private:
             else
                 return append();
         }
-        Item &append()
-        {
-            return m_row.detachedItems(ObjectAccess::block(m_object)).appendNew(m_row.has(UsuallySeveralItems) ? 4 : 1);
-        }
+        Item &append() { return m_row.appendNew(m_row.detachedItems(ObjectAccess::block(m_object))); }
 
         const ChildList &m_row;
         DataObject &m_object;
@@ -240,9 +213,70 @@ private:
         bool m_isKept = false;
     };
 
-    void reserve(DataObject &object, int further) const
+    /// Reads `count` items with their lengths and appends them. Returns false, without the last item, if `read` does.
+    template <class ReadLength, class Read>
+    bool readItems(DataObject &object, BinaryReader &reader, qint32 count,
+                   const REPORTGENERATOR::EnvironmentPointer &environment, const ReadLength &readLength,
+                   const Read &read) const
     {
-        ItemList<Item> &items = detachedItems(ObjectAccess::block(object));
+        const int likelyCount = reader.itemsWithin(count); // first, because it asks the device
+        Block &block = ObjectAccess::block(object);
+        const bool hadCapacity = hasCapacity(block);
+        ItemList<Item> &items = detachedItems(block);
+        reserve(items, likelyCount);
+        for (qint32 i = 0; i < count; ++i) {
+            const qint32 length = readLength();
+            const auto readItem = [&](Item &item) { return read(item, length); };
+            if (reader.isInMemory() ? !readInPlace(object, block, items, environment, readItem)
+                                    : !readSeparately(object, environment, readItem))
+                return false;
+        }
+        if (!hadCapacity)
+            squeeze(ObjectAccess::block(object));
+        return true;
+    }
+
+    /// Reads an item in its place at the end of the list. Only for data in memory: a device may run code that uses the
+    /// document, so that the block and the list become those of another object.
+    template <class Read>
+    bool readInPlace(const DataObject &object, Block &block, ItemList<Item> &items,
+                     const REPORTGENERATOR::EnvironmentPointer &environment, const Read &read) const
+    {
+        struct Unread
+        {
+            ItemList<Item> *items;
+            ~Unread()
+            {
+                if (items)
+                    items->removeLast();
+            }
+        };
+        Item &item = appendNew(items);
+        Unread unread{&items};
+        Propagation::propagateTo(item, environment);
+        if (!read(item))
+            return false;
+        checkForAppending(object, item);
+        block.flags.set(this->bit());
+        unread.items = nullptr;
+        return true;
+    }
+
+    template <class Read>
+    bool readSeparately(DataObject &object, const REPORTGENERATOR::EnvironmentPointer &environment,
+                        const Read &read) const
+    {
+        NewItem<Storage::Separate> item(*this, object, environment);
+        if (!read(*item))
+            return false;
+        item.keep();
+        return true;
+    }
+
+    Item &appendNew(ItemList<Item> &items) const { return items.appendNew(this->has(UsuallySeveralItems) ? 4 : 1); }
+
+    static void reserve(ItemList<Item> &items, int further)
+    {
         if (further > items.size()) // reserving for each of many small records would be quadratic
             items.reserve(items.size() + further);
     }
