@@ -219,7 +219,7 @@ private:
                    const REPORTGENERATOR::EnvironmentPointer &environment, const ReadLength &readLength,
                    const Read &read) const
     {
-        const int likelyCount = reader.itemsWithin(count); // first, because it asks the device
+        const int likelyCount = reader.itemsWithin(count); // first, because it calls the device
         Block &block = ObjectAccess::block(object);
         const bool hadCapacity = hasCapacity(block);
         ItemList<Item> &items = detachedItems(block);
