@@ -7,6 +7,7 @@
 #include "Encodings.h"
 #include "ExceptionText.h"
 #include "HeapPeak.h"
+#include "Skip.h"
 #include "StreamForms.h"
 
 using namespace JobXml;
@@ -119,7 +120,7 @@ private Q_SLOTS:
     void representationInMemoryIsNotCopied()
     {
         if (!Heap::isWatched)
-            QSKIP("the heap is not watched");
+            SKIP("the heap is not watched");
         const QByteArray bytes = withLargeUnknownRecord();
         TunerProperties document;
         const HeapPeak peak;
@@ -130,7 +131,7 @@ private Q_SLOTS:
     void representationTakesNoMoreMemoryThanItsSize()
     {
         if (!Heap::isWatched)
-            QSKIP("the heap is not watched");
+            SKIP("the heap is not watched");
         TunerProperties document = aDocument();
         document.Setname(QString(large, QLatin1Char('x')));
         const HeapPeak peak;
