@@ -2,6 +2,7 @@
 #include "Operations.h"
 
 #include <optional>
+#include <stdexcept>
 
 #include <QBuffer>
 #include <QDataStream>
@@ -32,6 +33,24 @@ void readXml(const Sample &sample, TunerProperties &document)
     document.ProcessXml(reader);
 }
 
+/// For operations that report a failure by their result.
+void require(bool isDone, const TunerProperties &document)
+{
+    if (!isDone)
+        throw std::runtime_error(document.GetErrorString().toStdString());
+}
+
+/// The file is in the system's cache, since it has just been written.
+void readXmlFile(const Sample &sample, TunerProperties &document)
+{
+    require(document.LoadXml(sample.file), document);
+}
+
+void readXmlText(const Sample &sample, TunerProperties &document)
+{
+    require(document.SetXmlString(sample.text, true), document);
+}
+
 void readRecords(const Sample &sample, TunerProperties &document)
 {
     QBuffer buffer;
@@ -42,6 +61,11 @@ void readRecords(const Sample &sample, TunerProperties &document)
     qint32 length = 0;
     stream >> leadingWord >> length;
     document.SetBinary(stream, length);
+}
+
+void readRepresentation(const Sample &sample, TunerProperties &document)
+{
+    require(document.SetBinaryRepresentation(sample.records), document);
 }
 
 void readSnapshot(const Sample &sample, TunerProperties &document)
@@ -119,7 +143,7 @@ Operation saveXml()
     Operation operation = writer(
         "XML file", tokenWriterFormatted,
         [folder, path](Sample &sample) {
-            sample.document.SaveXml(path);
+            require(sample.document.SaveXml(path), sample.document);
             return path;
         },
         [](Sample &) { return QString(); });
@@ -178,15 +202,20 @@ Operation equality()
 void addLibrary(std::vector<Operation> &operations)
 {
     const auto unformatted = [](Sample &sample) { return writeTokens(sample.tokens); };
+    const auto formatted = [](Sample &sample) { return sample.text; };
     const auto records = [](Sample &sample) { return sample.records; };
     operations.push_back(reader<TunerProperties>("XML read", tokenWalk, readXml, differs));
+    operations.push_back(reader<TunerProperties>("XML file read", tokenWalk, readXmlFile, differs));
+    operations.push_back(reader<TunerProperties>("XML text read", tokenWalk, readXmlText, differs));
     operations.push_back(writer(
         "XML write, off", tokenWriter, [](Sample &sample) { return writeXml(sample.unvalidated); }, unformatted));
     operations.push_back(writer(
         "XML write", tokenWriter, [](Sample &sample) { return writeXml(sample.document); }, unformatted));
     operations.push_back(writer(
-        "XML text", tokenWriterFormatted, [](Sample &sample) { return sample.document.GetXmlString(); },
-        [](Sample &sample) { return QString::fromUtf8(sample.xml); }));
+        "XML text, off", tokenWriterFormatted, [](Sample &sample) { return sample.unvalidated.GetXmlString(); },
+        formatted));
+    operations.push_back(writer(
+        "XML text", tokenWriterFormatted, [](Sample &sample) { return sample.document.GetXmlString(); }, formatted));
     operations.push_back(saveXml());
     operations.push_back(writer(
         "tagged write, off", structsToRecords, [](Sample &sample) { return writeRecords(sample.unvalidated); },
@@ -194,6 +223,10 @@ void addLibrary(std::vector<Operation> &operations)
     operations.push_back(writer(
         "tagged write", structsToRecords, [](Sample &sample) { return writeRecords(sample.document); }, records));
     operations.push_back(reader<TunerProperties>("tagged read", recordsToStructs, readRecords, differs));
+    operations.push_back(writer(
+        "representation write", structsToRecords,
+        [](Sample &sample) { return sample.document.GetBinaryRepresentationAsQByteArray(); }, records));
+    operations.push_back(reader<TunerProperties>("representation read", recordsToStructs, readRepresentation, differs));
     operations.push_back(writer(
         "snapshot write", structsToSnapshot, [](Sample &sample) { return writeSnapshot(sample.document); },
         [](Sample &sample) { return sample.snapshot; }));

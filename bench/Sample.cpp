@@ -27,8 +27,11 @@ void readXml(JobXml::TunerProperties &document, const QString &xml)
 Sample::Sample(Shape theShape, int theNodes) : shape(theShape), nodes(theNodes)
 {
     JobXml::TunerProperties made = Bench::document(shape, nodes);
-    const QString text = made.GetXmlString();
+    text = made.GetXmlString();
     xml = text.toUtf8();
+    file = folder.filePath(QStringLiteral("document.xml"));
+    if (!made.SaveXml(file))
+        throw std::runtime_error(made.GetErrorString().toStdString());
     records = made.GetBinaryRepresentationAsQByteArray();
     snapshot = snapshotOf(made);
     plain = Bench::plain(made);

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <jobxml/TunerProperties.h>
 
@@ -28,6 +29,9 @@ struct Sample
     JobXml::TunerProperties unvalidated; ///< equal too, not validating
 
     QByteArray xml; ///< as SaveXml() writes it
+    QString text; ///< the same as text
+    QTemporaryDir folder;
+    QString file; ///< the path of a file with the same, in `folder`
     QByteArray records; ///< the tagged representation
     QByteArray snapshot;
     PlainDocument plain;

@@ -6,6 +6,7 @@
 //   valgrind --tool=callgrind --instr-atstart=no tunerproperties_bench --instructions N
 //                                                                               counts instructions, by callgrind
 //   tunerproperties_bench_memory --memory N                                     counts what is on the heap
+//   tunerproperties_bench --save FILE --nodes N                                 saves a document as XML (tree)
 //
 // Before anything is measured, the results of writers and readers are verified.
 #include <cstdio>
@@ -17,6 +18,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QByteArray>
+#include <QFile>
 
 #include "Instructions.h"
 #include "Memory.h"
@@ -29,7 +31,12 @@ namespace {
 void verify(const std::vector<Operation> &all, Sample &sample)
 {
     for (const Operation &operation : all) {
-        const QString difference = operation.verify(sample);
+        QString difference;
+        try {
+            difference = operation.verify(sample);
+        } catch (const std::exception &exception) {
+            difference = QString::fromUtf8(exception.what());
+        }
         if (!difference.isNull())
             throw std::runtime_error(operation.name + ": " + difference.toStdString());
     }
@@ -87,15 +94,27 @@ int timedForm(const std::vector<Operation> &all, const std::vector<int> &sizes, 
     return 0;
 }
 
+int sizeOf(const QByteArray &text)
+{
+    const int size = text.toInt();
+    if (size < 10 || size > 100000)
+        throw std::runtime_error("a document must have 10 to 100000 nodes, not '" + text.toStdString() + "'");
+    return size;
+}
+
 std::vector<int> sizesOf(const QByteArray &text)
 {
     std::vector<int> sizes;
-    for (const QByteArray &size : text.split(',')) {
-        sizes.push_back(size.toInt());
-        if (sizes.back() < 10 || sizes.back() > 100000)
-            throw std::runtime_error("a document has 10 to 100000 nodes, not " + size.toStdString());
-    }
+    for (const QByteArray &size : text.split(','))
+        sizes.push_back(sizeOf(size));
     return sizes;
+}
+
+void save(const QByteArray &path, int nodes)
+{
+    JobXml::TunerProperties made = document(Shape::Tree, nodes);
+    if (!made.SaveXml(QFile::decodeName(path)))
+        throw std::runtime_error(made.GetErrorString().toStdString());
 }
 
 /// The value of an option, which is removed from the arguments; null if there is none.
@@ -114,6 +133,11 @@ QByteArray takeOption(std::string_view name, int &argc, char *argv[])
 
 int run(int argc, char *argv[])
 {
+    const QByteArray savedFile = takeOption("--save", argc, argv);
+    if (!savedFile.isNull()) {
+        save(savedFile, sizeOf(takeOption("--nodes", argc, argv)));
+        return 0;
+    }
     const std::vector<Operation> all = operations();
     const QByteArray instructions = takeOption("--instructions", argc, argv);
     const QByteArray memory = takeOption("--memory", argc, argv);

@@ -7,15 +7,20 @@ scripts/bench.sh runs the programs and passes their output:
   --timed FILE         JSON of Google Benchmark, with repetitions
   --instructions DIR   a folder of callgrind's files
   --memory FILE        the lines of tunerproperties_bench_memory
+  --processes FILE     JSON of processes.py
+  --allocator NAME     with --without FILE... and --with FILE..., JSON of Google Benchmark of alternating runs without
+                       and with that allocator
 
 All figures are kept in --results, so that a table also shows those of an earlier run. The targets are in targets.json
-and nowhere else; a row's three numbers are for times at 1,000 and 10,000 nodes, and for instructions at 1,000.
+and nowhere else; a row's three numbers are for times at 1,000 and 10,000 nodes, and for instructions at 1,000. A process
+without a reference has limits for the figure itself.
 """
 
 import argparse
 import json
 import math
 import pathlib
+import statistics
 import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -23,7 +28,7 @@ TARGETS = json.loads((HERE / "targets.json").read_text(encoding="utf-8"))
 BASELINE = HERE / "baseline.json"
 TOLERANCE = 1.05
 
-READERS = ("XML read", "tagged read", "snapshot read")
+READERS = ("XML read", "XML file read", "XML text read", "tagged read", "representation read", "snapshot read")
 PEERS = ("QDomDocument", "pugixml", "C++/Tree", "protobuf")
 
 
@@ -40,16 +45,17 @@ def is_peer(operation):
 # Reading what the programs have left
 
 
-def read_timed(path):
+def read_timed(*paths):
     """Medians by key, in microseconds: of the processor's time, and of the clock for what waits for files."""
-    medians = {}
-    for run in json.loads(path.read_text(encoding="utf-8"))["benchmarks"]:
-        if run.get("aggregate_name") == "median":
-            time = "real_time" if run["run_name"].startswith("XML file/") else "cpu_time"
-            medians[run["run_name"]] = run[time]
-    if not medians:
-        sys.exit(f"{path} holds no medians")
-    return medians
+    times = {}
+    for path in paths:
+        for run in json.loads(path.read_text(encoding="utf-8"))["benchmarks"]:
+            if run["run_type"] == "iteration":
+                time = "real_time" if run["run_name"].startswith("XML file/") else "cpu_time"
+                times.setdefault(run["run_name"], []).append(run[time])
+    if not times:
+        sys.exit(f"{paths[0]} holds no times")
+    return {name: statistics.median(measured) for name, measured in times.items()}
 
 
 def read_instructions(folder):
@@ -75,6 +81,10 @@ def read_memory(path):
         count = json.loads(line)
         counts[count.pop("name")] = count
     return counts
+
+
+def read_processes(path):
+    return json.loads(path.read_text(encoding="utf-8"))
 
 
 # Figures
@@ -124,9 +134,14 @@ def number(value, digits=2):
     return "-" if value is None else f"{value:,.{digits}f}"
 
 
+def limit(value):
+    """With a third digit if it has one."""
+    return number(value, 2 if value is None or round(value, 2) == value else 3)
+
+
 def triple(values):
-    text = f"{number(values[0])} / {number(values[1])}"
-    return text if values[2] is None else f"{text} ({number(values[2])})"
+    text = f"{limit(values[0])} / {limit(values[1])}"
+    return text if values[2] is None else f"{text} ({limit(values[2])})"
 
 
 def print_table(title, head, rows):
@@ -141,7 +156,7 @@ def print_table(title, head, rows):
 def times_table(results, shape):
     timed, instructions = results.get("timed", {}), results.get("instructions", {})
     rows = []
-    for row in TARGETS["times"]:
+    for row in TARGETS["times"] + TARGETS["validation"]:
         names = row["operation"], row["reference"], shape
         figures = [ratio(timed, *names, 1000), ratio(timed, *names, 10000), ratio(instructions, *names, 1000)]
         worst = mark(zip(figures, row["reach"], row["goal"]))
@@ -151,7 +166,7 @@ def times_table(results, shape):
         figures = [ratio(timed, *names, 1000), ratio(timed, *names, 10000)]
         limits = row["reach"], row.get("goal")
         rows.append([*names[:2], *map(number, figures), number(ratio(instructions, *names, 1000)),
-                     number(limits[0]), number(limits[1]), mark((figure, *limits) for figure in figures)])
+                     limit(limits[0]), limit(limits[1]), mark((figure, *limits) for figure in figures)])
     head = ["operation", "reference or peer = 1", "1k", "10k", "instr.", "reach 1k / 10k (instr.)",
             "goal 1k / 10k (instr.)", ""]
     print_table(f"Ratios ({shape}; times are medians)", head, rows)
@@ -218,7 +233,7 @@ def heap_rows(results, nodes):
 
 
 def heap_table(results, nodes):
-    rows = [[text, "", *map(number, figures), number(reach), number(goal),
+    rows = [[text, "", *map(number, figures), limit(reach), limit(goal),
              mark((figure, reach, goal) for figure in figures)]
             for text, figures, reach, goal in heap_rows(results, nodes)]
     print_table(f"Heap after and while reading, {nodes:,} nodes", ["figure", "", *READERS, "reach", "goal", ""], rows)
@@ -228,6 +243,40 @@ def heap_table(results, nodes):
         if size == nodes and operation not in READERS and shape == "tree":
             rows.append([operation, "", *(number(heap_figure(figure, count, nodes)) for figure in FIGURES)])
     print_table("The same of others", ["reader", "", "bytes", "blocks", "allocations", "peak", "excess"], rows)
+
+
+def processes_table(results):
+    """Without a figure for what was not measured, or what the tool refused to do."""
+    rows = []
+    for row in TARGETS["processes"]:
+        measured = results.get("processes", {}).get(row["process"], {})
+        figure, reference = measured.get("figure"), measured.get("reference")
+        limited = figure
+        if "reference" in row:
+            limited = figure / reference if figure is not None and reference else None
+        verdict = mark([(limited, row["reach"], row["goal"])])
+        rows.append([row["process"], row.get("reference", ""), row["unit"], number(figure, 1), number(reference, 1),
+                     number(limited), limit(row["reach"]), limit(row["goal"]),
+                     "refused" if measured.get("refused") else verdict])
+    head = ["process", "reference = 1", "", "figure", "reference", "ratio, or figure", "reach", "goal", ""]
+    print_table("Whole processes", head, rows)
+
+
+def allocator_table(results, name, shape):
+    """The library's operations first."""
+    without, replaced = (results["allocators"][name][part] for part in ("without", "with"))
+    operations, references = {split(key)[0] for key in without}, references_of()
+    rows = []
+    for operation in sorted(operations, key=lambda name: (name in references, name)):
+        cells = []
+        for nodes in (1000, 10000):
+            key = f"{operation}/{shape}/{nodes}"
+            figures = {f"with/{key}": replaced.get(key), f"without/{key}": without.get(key)}
+            cells += [*(number(value, 0) for value in reversed(figures.values())),
+                      number(ratio(figures, f"with/{operation}", f"without/{operation}", shape, nodes))]
+        rows.append([operation, "reference" if operation in references else "", *cells])
+    head = ["operation", ""] + [cell for size in ("1k", "10k") for cell in (size, f"{size}, {name}", "ratio")]
+    print_table(f"Times in microseconds, and with {name} ({shape}; medians)", head, rows)
 
 
 # Checking and recording
@@ -252,7 +301,7 @@ def recorded(results):
 
 def above_reach(results):
     instructions = results.get("instructions", {})
-    for row in TARGETS["times"]:
+    for row in TARGETS["times"] + TARGETS["validation"]:
         figure, reach = ratio(instructions, row["operation"], row["reference"], "tree", 1000), row["reach"][2]
         if reach is None:
             continue
@@ -303,16 +352,24 @@ def main():
     parser.add_argument("--timed", type=pathlib.Path)
     parser.add_argument("--instructions", type=pathlib.Path)
     parser.add_argument("--memory", type=pathlib.Path)
+    parser.add_argument("--processes", type=pathlib.Path)
+    parser.add_argument("--allocator")
+    parser.add_argument("--without", type=pathlib.Path, nargs="+", default=[])
+    parser.add_argument("--with", type=pathlib.Path, nargs="+", default=[], dest="replaced")
     parser.add_argument("--shape", default="tree", choices=("tree", "flat"))
     parser.add_argument("--check", action="store_true", help="fail if a figure is too high")
     parser.add_argument("--record", action="store_true", help="rewrite baseline.json")
     options = parser.parse_args()
 
     results = json.loads(options.results.read_text(encoding="utf-8")) if options.results.exists() else {}
-    for section, read in (("timed", read_timed), ("instructions", read_instructions), ("memory", read_memory)):
+    for section, read in (("timed", read_timed), ("instructions", read_instructions), ("memory", read_memory),
+                          ("processes", read_processes)):
         source = getattr(options, section)
         if source:
             results[section] = read(source)
+    if options.allocator:
+        results.setdefault("allocators", {})[options.allocator] = {"without": read_timed(*options.without),
+                                                                   "with": read_timed(*options.replaced)}
     options.results.write_text(json.dumps(results, indent=1, sort_keys=True) + "\n", encoding="utf-8")
 
     if options.timed or options.instructions:
@@ -322,6 +379,10 @@ def main():
         growth_table(results)
     if options.memory:
         heap_table(results, 1000)
+    if options.processes:
+        processes_table(results)
+    if options.allocator:
+        allocator_table(results, options.allocator, options.shape)
     if options.record:
         BASELINE.write_text(json.dumps(recorded(results), indent=1) + "\n", encoding="utf-8")
         print(f"\nRecorded in {BASELINE.relative_to(HERE.parent)}.")

@@ -8,12 +8,16 @@
 #   --memory         the heap at 1,000 nodes
 #   --check          the last two; fails if a figure is above its reach, or more than 5 % above the recorded one
 #   --record         the last two, and records them in bench/baseline.json
+#   --tool           whole processes of the command-line tool, beside xmllint: time, and memory at the peak
 #
 # and OPTION
 #
 #   --growth         see above; for --check and --record, too
 #   --shape SHAPE    tree (the default) or flat: the documents whose times are taken
 #   --repetitions N  of each time, by default 9
+#   --allocator NAME take the times without and with mimalloc or jemalloc preloaded, in alternating runs that leave
+#                    the peers out, and print the ratio; with glibc or none both runs are the same, and the ratio
+#                    shows how much times vary
 #
 # Times fail nothing. All figures are kept in build/bench/results.json.
 set -euo pipefail
@@ -21,17 +25,18 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 build=${BENCH_BUILD:-build/bench}
 raw=$build/raw
-form=--timed shape=tree repetitions=9 sizes=1000
+form=--timed shape=tree repetitions=9 sizes=1000 allocator=
 
 while (($# > 0)); do
     case $1 in
-    --timed | --instructions | --memory | --check | --record) form=$1 ;;
+    --timed | --instructions | --memory | --check | --record | --tool) form=$1 ;;
     --growth) sizes=1000,10000 ;;
     --shape) shape=${2:-} && shift ;;
     --repetitions) repetitions=${2:-} && shift ;;
+    --allocator) allocator=${2:-nothing} && shift ;;
     *) die "unknown argument '$1'; the first lines of the script list the accepted ones" ;;
     esac
-    shift
+    (($# == 0)) || shift
 done
 [[ $shape == tree || $shape == flat ]] || die "--shape must be tree or flat, not '$shape'"
 [[ $repetitions =~ ^[1-9][0-9]*$ ]] || die "--repetitions must be a number from 1, not '$repetitions'"
@@ -40,12 +45,48 @@ table() {
     python3 bench/table.py --results "$build/results.json" "$@"
 }
 
+# take_times NAME REPETITIONS LIBRARY [OPTION...] leaves NAME.json. The library, if not empty, is preloaded.
 take_times() {
-    heading "Taking times, $repetitions repetitions"
-    quietly "$raw/timed.log" "$build/bin/tunerproperties_bench" --sizes 1000,10000 --shape "$shape" \
+    local name=$1 repetitions=$2 library=$3
+    shift 3
+    quietly "$raw/$name.log" env LD_PRELOAD="$library" \
+        "$build/bin/tunerproperties_bench" --sizes 1000,10000 --shape "$shape" \
         --benchmark_enable_random_interleaving=true \
         --benchmark_repetitions="$repetitions" --benchmark_min_time=0.05 \
-        --benchmark_out="$raw/timed.json" --benchmark_out_format=json
+        --benchmark_out="$raw/$name.json" --benchmark_out_format=json "$@"
+}
+
+# library_of ALLOCATOR prints the path of its library; nothing for the C library's own.
+library_of() {
+    local file package candidate
+    case $1 in
+    glibc | none) return ;;
+    mimalloc) file=libmimalloc.so.2 package=libmimalloc2.0 ;;
+    jemalloc) file=libjemalloc.so.2 package=libjemalloc2 ;;
+    *) die "--allocator must be mimalloc, jemalloc, glibc or none, not '$1'" ;;
+    esac
+    # A system for several processors may have it for each of them; the loader preloads only what it can.
+    for candidate in $(PATH=$PATH:/usr/sbin:/sbin ldconfig -p | sed -n "s|^\s*$file (.*) => ||p"); do
+        if LD_PRELOAD=$candidate grep -q "lib$1" /proc/self/maps 2>/dev/null; then
+            echo "$candidate"
+            return
+        fi
+    done
+    die "$file is missing; install $1 first (Debian: $package)"
+}
+
+# The runs alternate, so that whatever else the machine does affects both. The peers' trees of 50 MB are left out, since
+# what they leave of the heap decides how fast the library's operations are, and with some allocators more than others.
+take_times_with() {
+    local library=$1 rounds=3 each round
+    local without_peers='--benchmark_filter=-^(QDomDocument|pugixml|C\+\+/Tree|protobuf) '
+    each=$(((repetitions + rounds - 1) / rounds))
+    for ((round = 1; round <= rounds; ++round)); do
+        heading "Taking times without and with $allocator, round $round of $rounds, $each repetitions"
+        take_times "without-$round" "$each" "" "$without_peers"
+        take_times "with-$round" "$each" "$library" "$without_peers"
+    done
+    table --allocator "$allocator" --shape "$shape" --without "$raw"/without-[123].json --with "$raw"/with-[123].json
 }
 
 count_instructions() {
@@ -62,17 +103,34 @@ count_memory() {
     "$build/bin/tunerproperties_bench_memory" --memory 1000 >"$raw/memory.jsonl"
 }
 
+measure_tool() {
+    heading "Measuring whole processes"
+    python3 -B bench/processes.py --tool "$build/bin/tunerproperties" --bench "$build/bin/tunerproperties_bench" \
+        --schema share/tuner-properties.xsd --example examples/receiver.xml --output "$raw/processes.json"
+}
+
+[[ -z $allocator || $form == --timed ]] || die "--allocator cannot be combined with $form, only with --timed"
+library=
+[[ -z $allocator ]] || library=$(library_of "$allocator")
+
 scripts/install-dependencies.sh build bench
 
 heading "Building the benchmark"
 mkdir -p "$raw"
 quietly "$raw/configure.log" cmake --preset bench -B "$build"
-quietly "$raw/build.log" cmake --build "$build" --target tunerproperties_bench tunerproperties_bench_memory
+targets=(tunerproperties_bench tunerproperties_bench_memory)
+[[ $form != --tool ]] || targets+=(tunerproperties)
+quietly "$raw/build.log" cmake --build "$build" --target "${targets[@]}"
 sed -n 's/^-- Benchmark: //p' "$raw/configure.log"
 
 case $form in
 --timed)
-    take_times
+    if [[ -n $allocator ]]; then
+        take_times_with "$library"
+        exit
+    fi
+    heading "Taking times, $repetitions repetitions"
+    take_times timed "$repetitions" ""
     table --timed "$raw/timed.json" --shape "$shape"
     ;;
 --instructions)
@@ -82,6 +140,10 @@ case $form in
 --memory)
     count_memory
     table --memory "$raw/memory.jsonl"
+    ;;
+--tool)
+    measure_tool
+    table --processes "$raw/processes.json"
     ;;
 --check | --record)
     count_instructions

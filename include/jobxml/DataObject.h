@@ -53,6 +53,29 @@ struct Problem : ObjectPath
     /// True if only XML cannot represent the object: a text contains a character that XML cannot carry. XML is then
     /// refused whatever the validate flag is.
     bool xmlOnly = false;
+
+    /// \name Its place in the document that was read
+    /// The start of the attribute, element or record that a validating reader refuses, or the place where a document
+    /// that is not well-formed ends for its reader. Lines and columns, in UTF-16 units, count from 1 and are 0 if there
+    /// is none; the offset in bytes counts from 0 and is -1 if there is none. Problems that GetProblems() finds have no
+    /// place.
+    /// @{
+    int line = 0;
+    int column = 0;
+    qint64 offset = -1;
+    /// @}
+};
+
+/// What to accept when all problems of a document are collected while it is read.
+struct ReadOptions
+{
+    /// The size of the file, of the text as UTF-8 or of the representation, and what a compressed representation may
+    /// expand to. The default has no effect: the limits are those of the operations that throw.
+    qint64 maxBytes = REPORTGENERATOR::ReadLimits::LargestPossible;
+    /// Whether the compressed form of a representation is accepted.
+    bool allowCompressed = true;
+    /// Whether to find the problems of the content. If not, only those are found that make the document unreadable.
+    bool validate = true;
 };
 
 /// Receives problems as they are found.
@@ -212,6 +235,47 @@ public:
     /// visitor must not change the document.
     void VisitProblems(const ProblemVisitor &visitor) const;
 
+    /// \name Reading with all problems
+    /// These operations read like those of the same names without a list of problems, but never throw for content: they
+    /// read on, as a reader does that does not validate, and return every problem. These are, in the order in which
+    /// they are found:
+    ///  - everything for which a validating reader throws, with the text of the exception and with its place;
+    ///  - what makes the document unreadable: the text of GetErrorString() without the place, which is in the members
+    ///  of
+    ///    the problem. Nothing is read after it, and no further problems are looked for;
+    ///  - what GetProblems() returns for the object that was read.
+    ///
+    /// Returns whether there are no problems. `problems` is replaced. The validate flag has no effect and is the same
+    /// afterwards; whether the problems of the content are found depends on the options alone. The object keeps what
+    /// was read, with all values that a validating reader refuses: it is the object that results from reading without
+    /// validation. GetErrorString() is that of the operation without a list of problems, and null if only the content
+    /// has problems. Throws std::bad_alloc only.
+    ///
+    /// The forms with a visitor call it with each problem instead, as VisitProblems() does: an untrusted document may
+    /// have a problem for every few bytes. Limit its size with ReadOptions::maxBytes.
+    ///
+    /// For an object of a derived class, an exception of an operation that the class overrides is one more problem;
+    /// after that of ProcessXml() or SetBinary() nothing more is read. Overridden LoadXml(), SetXmlString(),
+    /// LoadBinary() and SetBinaryRepresentation() are not called.
+    /// @{
+    bool LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
+    bool LoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    bool LoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    bool SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options = {});
+    bool SetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    bool SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
+                                 const ReadOptions &options = {});
+    bool SetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
+                                 const ReadOptions &options = {});
+    bool LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
+    bool LoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    bool LoadBinary(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    using IRGObject::LoadBinary;
+    using IRGObject::LoadXml;
+    using IRGObject::SetBinaryRepresentation;
+    using IRGObject::SetXmlString;
+    /// @}
+
 protected: // for derived classes
     /// \name What a derived class writes and reads besides its base
     /// For a class that derives from one of the model's classes, usually from TunerProperties: lists hold objects of
@@ -250,6 +314,8 @@ protected:
     bool composeXml(QByteArray &utf8) const override;
     void walkContent(QXmlStreamReader &reader, const QString &name) override;
     bool readXml(const std::function<QByteArray()> &document) override;
+    bool composeBinary(const QDataStream &form, QByteArray &record) const override;
+    int readMembers(const QDataStream &form, const char *members, int size) override;
 
 private:
     friend class ObjectAccess;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <limits>
 #include <memory>
 
 #include <QByteArray>
@@ -22,6 +23,9 @@ class QXmlStreamReader;
 class QXmlStreamWriter;
 /// The base of data models: objects that can be loaded and saved.
 namespace REPORTGENERATOR {
+
+class FileForReading;
+struct Failure;
 
 /// What all objects of a class have in common. Has to outlive them.
 struct ObjectClass
@@ -209,6 +213,9 @@ public:
     /// and columns count from 1; the column is that of the last character read when the error was detected.
     QString GetErrorString() const;
 
+    /// The place of that error: the source, and for the content of an XML document line and column.
+    ErrorLocation GetErrorLocation() const;
+
     /// Writes the binary representation to a file, atomically like SaveXml().
     [[nodiscard]] bool SaveBinary(const QString &path) const;
     /// The same with the compressed one; `level` as in GetCompressedBinaryRepresentation().
@@ -260,6 +267,27 @@ protected:
     /// Returns false, before anything is changed, if the document can only be read by ProcessXml(), or has to be
     /// refused; the base implementation always does, without calling `document`. Throws what ProcessXml() throws.
     virtual bool readXml(const std::function<QByteArray()> &document);
+
+    /// Composes the plain representation, faster than by GetBinary(), in the byte order and version of `form`, which is
+    /// not written to.
+    ///
+    /// Composes the same bytes, null if nothing is written, and throws the same exceptions. Returns false if only
+    /// GetBinary() can write the record; the base implementation always does.
+    virtual bool composeBinary(const QDataStream &form, QByteArray &record) const;
+
+    /// Reads the member records of a representation, `size` bytes in the byte order and version of `form`, faster than
+    /// by SetBinary().
+    ///
+    /// Leaves the object in the same state, and throws the same exceptions. Returns how many bytes it has read. Returns
+    /// -1 and reads nothing if only SetBinary() can read them; the base implementation always does.
+    virtual int readMembers(const QDataStream &form, const char *members, int size);
+
+    /// \name LoadXml() and SetXmlString()
+    /// For documents of up to `largestSize` bytes, as UTF-8 for the text, and without changing the validate flag.
+    /// @{
+    bool readXmlFile(QFile *file, qint64 largestSize = std::numeric_limits<qint64>::max());
+    bool readXmlText(const QString &xml, qint64 largestSize = std::numeric_limits<qint64>::max());
+    /// @}
 
 protected:
     /// An object without name and identifier.
@@ -318,11 +346,15 @@ private:
     template <class Change>
     void changeState(Change change) const;
     Q_DECL_HIDDEN void clearError() const;
-    Q_DECL_HIDDEN bool fail(const QString &text) const; // keeps and logs the text; always false
+    Q_DECL_HIDDEN bool fail(const Failure &failure) const; // keeps and logs the text; always false
     Q_DECL_HIDDEN bool save(const QString &path, const QByteArray &content) const;
-    Q_DECL_HIDDEN QString readDocument(QXmlStreamReader &reader, const QString &source); // why it failed, or null
+    Q_DECL_HIDDEN bool readXmlFile(QFile &file, const FileForReading &access, qint64 largestSize);
+    Q_DECL_HIDDEN Failure readDocument(QXmlStreamReader &reader, const QString &source);
     Q_DECL_HIDDEN QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData,
                                              const ReadLimits &limits); // why it failed, or null
+    Q_DECL_HIDDEN QString readMembersIn(const QDataStream &form, const QByteArray &container,
+                                        int begin); // the same, for the bytes from there on
+    Q_DECL_HIDDEN QByteArray composeRepresentation(const QDataStream &form) const; // empty if nothing is written
 
     const ObjectClass *m_class;
     mutable EnvironmentPointer m_environment;

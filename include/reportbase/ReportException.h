@@ -6,8 +6,23 @@
 #include <memory>
 
 #include <QString>
+#include <QStringList>
 
 #include <reportbase/Export.h>
+
+namespace REPORTGENERATOR {
+
+/// Where in a document an error is, as far as that is known.
+struct ErrorLocation
+{
+    QString source; ///< the path of the file, `XML text` or `binary data`; null if the caller read the document
+    int line = 0; ///< of an XML document, counted from 1; 0 if it is not known
+    int column = 0; ///< likewise, in UTF-16 units
+    qint64 offset = -1; ///< in bytes from the beginning of an XML document or a record; -1 if it is not known
+    QStringList path; ///< the objects from the root's child down, for instance `Component "Preselector"`
+};
+
+} // namespace REPORTGENERATOR
 
 /// The root of every exception that report objects throw. Thrown by value, caught by reference.
 class REPORTBASE_EXPORT ReportException : public std::exception
@@ -25,6 +40,14 @@ public:
 
     /// The message that was passed to the constructor.
     QString GetMessageText() const;
+
+    /// Where in the document the content is that an object refused while it was read: the start of the element, of the
+    /// attribute or of the record. In XML documents that the library cannot read in memory itself (see the manual's
+    /// page "Reading documents"), line and column are those of the end of the start tag, and there is no offset. Empty
+    /// for exceptions of other operations.
+    REPORTGENERATOR::ErrorLocation GetLocation() const;
+    /// Adds the location, for the code that reads.
+    void SetLocation(const REPORTGENERATOR::ErrorLocation &location);
 
     /// The message as UTF-8; valid as long as this exception or a copy of it lives.
     const char *what() const noexcept override;

@@ -4,6 +4,7 @@
 #include "framework/Behavior.h"
 #include "framework/Child.h"
 #include "framework/Errors.h"
+#include "framework/Label.h"
 #include "framework/Member.h"
 #include "framework/Propagation.h"
 
@@ -107,20 +108,6 @@ const Member *emptyList(const DataObject &object)
     return nullptr;
 }
 
-/// The label that distinguishes an object from its siblings: its name, or its position, counted from 1.
-QString label(const DataObject &object, int index)
-{
-    if (const Block *block = ObjectAccess::existingBlock(object)) {
-        for (const Member *member : ObjectAccess::info(object).bitOrder()) {
-            const QString identification = member->identification(*block);
-            if (!identification.isEmpty())
-                return object.GetObjectName() + QLatin1String(" \"") + identification + QLatin1Char('"');
-        }
-    }
-    const QString &name = object.GetObjectName();
-    return index < 0 ? name : name + QLatin1Char(' ') + QString::number(index + 1);
-}
-
 /// Whether the writer drops or replaces a character that the object writes.
 bool losesTextInXml(const DataObject &object)
 {
@@ -209,12 +196,13 @@ bool prepareToWrite(const DataObject &object)
 }
 
 // A child that the parent's check included is not checked again: that would multiply the work by the depth of the tree.
-bool prepareToWrite(const DataObject &child, Child::Preparation preparation)
+// A derived parent may override the operations that check and propagate, so they need not have reached the child.
+bool prepareToWrite(const DataObject &child, const DataObject &parent, bool isChecked)
 {
-    if (preparation == Child::Preparation::Nothing)
+    if (ObjectAccess::isOfDerivedClass(parent))
         return prepareToWrite(child);
     if (ObjectAccess::environment(child)->validate) {
-        if (preparation != Child::Preparation::Checked)
+        if (!isChecked)
             ObjectAccess::behavior(child).check(child, false, nullptr);
         if (!child.HasData())
             return false;

@@ -6,6 +6,7 @@
 
 #include "framework/Behavior.h"
 #include "framework/Child.h"
+#include "framework/CollectedReading.h"
 #include "framework/Member.h"
 #include "framework/Propagation.h"
 #include "framework/Utf8Input.h"
@@ -92,18 +93,17 @@ bool DataObject::composeXml(QByteArray &utf8) const
 {
     if (ObjectAccess::isOfDerivedClass(*this))
         return false; // a derived class may override GetXml()
-    if (!prepareToWrite(*this))
-        return true;
     XmlDocument document;
-    ObjectAccess::behavior(*this).writeElement(*this, document);
+    if (!compose(*this, document, [&] { ObjectAccess::behavior(*this).writeElement(*this, document); }))
+        return true;
     if (document.isExact())
         utf8 = document.takeUtf8();
     return document.isExact();
 }
 
-void Child::writeXml(const DataObject &child, XmlOutput &output, Preparation preparation)
+void Child::writeXml(const DataObject &child, const DataObject &parent, XmlOutput &output, bool isChecked)
 {
-    if (prepareToWrite(child, preparation))
+    if (prepareToWrite(child, parent, output, isChecked))
         ObjectAccess::behavior(child).writeElement(child, output);
 }
 
@@ -137,7 +137,10 @@ public:
 
     void operator()()
     {
-        if (m_hasPropagated && m_propagated == ObjectAccess::environment(m_object))
+        const REPORTGENERATOR::EnvironmentPointer &current = ObjectAccess::environment(m_object);
+        if (m_hasPropagated
+            && (m_propagated == current
+                || (m_propagated->validate == current->validate && m_propagated->logger == current->logger)))
             return;
         Propagation::propagate(m_object);
         m_propagated = ObjectAccess::environment(m_object);
@@ -243,10 +246,13 @@ void readMemberElement(DataObject &object, XmlInput &input)
     const Member *row = input.findRow(info.elements()); // first, because they are more likely
     if (!row)
         row = input.findRow(info.attributes());
+    Source::Frame &frame = *input.innermost();
+    frame.member = row;
+    frame.position = input.position();
     if (row)
         row->readXmlElement(object, input);
     else
-        info.behavior.readUnknownElement(object, input);
+        input.store([&] { info.behavior.readUnknownElement(object, input); });
 }
 
 /// Reads the content of the element `name` of an object of a class of the model, up to its end tag. `isNew` means that
@@ -273,7 +279,8 @@ void readContent(DataObject &object, XmlInput &input, const XmlName &name, bool 
 /// The same for the object itself, whose class may be derived.
 void readContent(DataObject &object, QXmlStreamReader &reader, const QString &name, bool isNew)
 {
-    XmlReaderInput input(reader);
+    XmlReaderInput input(reader, CollectedReading::visitorFor(object));
+    Source::Frame frame(input, object);
     if (!ObjectAccess::isOfDerivedClass(object)) {
         readContent(object, input, {name, nullptr}, isNew);
         return;
@@ -281,7 +288,13 @@ void readContent(DataObject &object, QXmlStreamReader &reader, const QString &na
     const WithoutNamespaces namespaces(input);
     const NewLists lists(object);
     const DerivedContent content(object);
-    ObjectAccess::processContent(object, reader, name);
+    for (XmlInput::Tag tag = input.next(); tag != XmlInput::Tag::None; tag = input.next()) {
+        if (tag == XmlInput::Tag::End && input.isNamed({name, nullptr}))
+            break;
+        frame.position = input.position();
+        if (tag == XmlInput::Tag::Start)
+            input.readDerived([&] { ObjectAccess::processStartElement(object, reader); });
+    }
     lists.squeeze();
 }
 
@@ -292,7 +305,8 @@ void DataObject::ProcessXml(QXmlStreamReader &reader)
     const bool isNew = !IsInitialized();
     ObjectAccess::block(*this);
     {
-        XmlReaderInput input(reader);
+        XmlReaderInput input(reader, CollectedReading::visitorFor(*this));
+        const Source::Frame frame(input, *this);
         ObjectAccess::behavior(*this).readAttributes(*this, input);
     }
     if (!reader.atEnd() && !reader.hasError())
@@ -308,7 +322,8 @@ void DataObject::ProcessXmlStartElement(QXmlStreamReader &reader)
 {
     DerivedContent::propagate(*this);
     ObjectAccess::block(*this);
-    XmlReaderInput input(reader);
+    XmlReaderInput input(reader, CollectedReading::visitorFor(*this));
+    const Source::Frame frame(input, *this);
     readMemberElement(*this, input);
 }
 
@@ -319,7 +334,7 @@ bool DataObject::readXml(const std::function<QByteArray()> &document)
     const QByteArray utf8 = document();
     if (!XmlSubset::contains(utf8))
         return false;
-    Utf8Input input(utf8);
+    Utf8Input input(utf8, CollectedReading::visitorFor(*this));
     const QByteArray ascii = GetObjectName().toLatin1();
     const XmlName name{GetObjectName(), ascii.constData()};
     if (input.next() != XmlInput::Tag::Start || !input.isNamed(name))
@@ -332,6 +347,7 @@ bool Child::readXml(DataObject &child, XmlInput &input, const XmlName &name)
 {
     const bool isNew = !child.IsInitialized();
     ObjectAccess::block(child);
+    const Source::Frame frame(input, child);
     const ClassInfo &info = ObjectAccess::info(child);
     if (info.attributeCount != 0)
         info.behavior.readAttributes(child, input);
@@ -342,9 +358,13 @@ bool Child::readXml(DataObject &child, XmlInput &input, const XmlName &name)
 void Behavior::readAttributes(DataObject &object, XmlInput &input) const
 {
     XmlText text;
+    Source::Frame &frame = *input.innermost();
     for (const Member *member : ObjectAccess::info(object).attributes()) {
-        if (input.findAttribute(member->xmlName(), text))
-            member->readXmlAttribute(object, text);
+        if (input.findAttribute(member->xmlName(), text)) {
+            frame.member = member;
+            frame.position = input.attributePosition();
+            member->readXmlAttribute(object, input, text);
+        }
     }
 }
 

@@ -92,7 +92,7 @@ public:
     virtual QString identification(const Block &) const { return QString(); }
 
     virtual void writeXml(const DataObject &object, Block &block, XmlOutput &output) const = 0;
-    virtual void readXmlAttribute(DataObject &, const XmlText &) const { }
+    virtual void readXmlAttribute(DataObject &, XmlInput &, const XmlText &) const { }
     virtual void readXmlElement(DataObject &object, XmlInput &input) const = 0;
     virtual void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const = 0;
     virtual void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const = 0;

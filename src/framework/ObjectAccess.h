@@ -61,9 +61,9 @@ public:
     {
         object.changeEnvironment(validate, logger, shared);
     }
-    static void processContent(DataObject &object, QXmlStreamReader &reader, const QString &name)
+    static void processStartElement(DataObject &object, QXmlStreamReader &reader)
     {
-        object.processContent(reader, name);
+        object.ProcessXmlStartElement(reader);
     }
 
     // The operations by which derived classes write and read their own content.

@@ -156,6 +156,7 @@ XmlInput::Tag Utf8Input::next()
         m_at = tag;
         switch (tag[1]) {
         case '/':
+            m_tag = tag;
             takeName(tag + 2);
             m_at = find(m_at, m_end, '>') + 1;
             return Tag::End;
@@ -164,6 +165,7 @@ XmlInput::Tag Utf8Input::next()
             skipUntagged();
             break;
         default:
+            m_tag = tag;
             takeName(tag + 1);
             m_isInStartTag = true;
             m_hasAttributes = false;
@@ -263,6 +265,17 @@ bool Utf8Input::findAttribute(const XmlName &name, XmlText &value)
         }
     }
     return false;
+}
+
+XmlInput::Position Utf8Input::attributePosition() const
+{
+    return m_attributes[std::size_t(m_expected - 1)].name.data() - m_begin;
+}
+
+void Utf8Input::resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const
+{
+    location.offset = position;
+    m_places.find(position, location.line, location.column);
 }
 
 // --- Content ---------------------------------------------------------------------------------------------------------

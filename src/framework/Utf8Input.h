@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 
+#include "framework/Utf8Places.h"
 #include "framework/XmlInput.h"
 #include "framework/XmlSubset.h"
 
@@ -17,8 +18,9 @@ class Utf8Input final : public XmlInput
 {
 public:
     /// The document must outlive the input.
-    explicit Utf8Input(const QByteArray &document)
-        : XmlInput(false), m_at(document.constData()), m_end(m_at + document.size())
+    explicit Utf8Input(const QByteArray &document, const ProblemVisitor *visitor = nullptr)
+        : XmlInput(false, visitor), m_begin(document.constData()), m_at(m_begin), m_end(m_begin + document.size()),
+          m_tag(m_begin), m_places(document)
     {
     }
 
@@ -28,6 +30,8 @@ public:
     bool isNamed(const XmlName &name) const override;
     const Member *findRow(const ClassInfo::Rows &rows) const override;
     bool findAttribute(const XmlName &name, XmlText &value) override;
+    Position position() const override { return m_tag - m_begin; }
+    Position attributePosition() const override;
     bool readText(XmlText &text) override;
     void skipToSameName() override;
 
@@ -38,14 +42,18 @@ private:
         std::string_view value;
     };
 
+    void resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const override;
+
     void skipUntagged();
     void takeName(const char *begin);
     void readAttributes();
     void leaveStartTag();
     void readMixedText(XmlText &text);
 
+    const char *const m_begin;
     const char *m_at; // what has not been read
     const char *const m_end;
+    const char *m_tag; // the last tag
     std::string_view m_name; // of the last tag
     bool m_isInStartTag = false; // behind the name, or behind the attributes if they have been read
     bool m_isEmptyElement = false; // whose end tag is next
@@ -54,6 +62,7 @@ private:
     int m_expected = 0; // the index of the next attribute to look at
     std::array<Attribute, XmlSubset::MostAttributes> m_attributes;
     QString m_text;
+    mutable Utf8Places m_places;
 };
 
 } // namespace JobXml

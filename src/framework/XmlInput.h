@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "framework/ClassInfo.h"
+#include "framework/Source.h"
 
 namespace JobXml {
 
@@ -57,16 +58,10 @@ private:
 };
 
 /// What objects are read from: the tags of an XML document, one after the other.
-class XmlInput
+class XmlInput : public Source
 {
 public:
     enum class Tag { Start, End, None };
-
-    XmlInput(const XmlInput &) = delete;
-    XmlInput &operator=(const XmlInput &) = delete;
-
-    /// Whether reading may call code of the caller's program, which may use the objects that are being read.
-    bool runsForeignCode() const { return m_runsForeignCode; }
 
     /// Reads up to the next start or end tag. An empty element has both. None: the document has ended, or it is in
     /// error.
@@ -83,6 +78,8 @@ public:
     virtual const Member *findRow(const ClassInfo::Rows &rows) const = 0;
     /// Of a start tag, before anything else is read. Looks first behind the attribute that was found before.
     virtual bool findAttribute(const XmlName &name, XmlText &value) = 0;
+    virtual Position position() const = 0;
+    virtual Position attributePosition() const = 0; ///< of the attribute that was found last
     /// @}
 
     /// Reads the text of the element whose start tag was read last, without that of nested elements, and its end tag.
@@ -96,11 +93,8 @@ public:
     virtual bool processNamespaces(bool) { return false; }
 
 protected:
-    explicit XmlInput(bool runsForeignCode) : m_runsForeignCode(runsForeignCode) { }
+    using Source::Source;
     ~XmlInput() = default;
-
-private:
-    const bool m_runsForeignCode;
 };
 
 } // namespace JobXml

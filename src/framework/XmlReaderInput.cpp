@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "framework/XmlReaderInput.h"
 
+#include <limits>
+
 #include "framework/Member.h"
 #include "text/SameText.h"
 
@@ -8,12 +10,30 @@ namespace JobXml {
 
 using REPORTGENERATOR::isSameText;
 
+namespace {
+
+constexpr int columnBits = 32;
+
+} // namespace
+
+void XmlReaderInput::notePosition()
+{
+    m_position = m_reader.lineNumber() << columnBits | m_reader.columnNumber();
+}
+
+void XmlReaderInput::resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const
+{
+    location.line = int(position >> columnBits);
+    location.column = int(position & std::numeric_limits<quint32>::max());
+}
+
 XmlInput::Tag XmlReaderInput::next()
 {
     releaseAttributes();
     for (;;) {
         switch (m_reader.readNext()) {
         case QXmlStreamReader::StartElement:
+            notePosition();
             return Tag::Start;
         case QXmlStreamReader::EndElement:
             return Tag::End;

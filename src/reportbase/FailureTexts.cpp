@@ -21,11 +21,6 @@ QString at(const QString &source, const QString &why)
     return source + ownText(": ") + why;
 }
 
-QString at(const QString &source, qint64 line, qint64 column, const QString &why)
-{
-    return source + ownText(":%1:%2: ").arg(line).arg(column) + why;
-}
-
 QString xmlText()
 {
     return ownText("XML text");
@@ -166,6 +161,11 @@ QString xmlTooLong(qint64 length, qint64 limit)
         .arg(limit);
 }
 
+QString documentTooLarge(qint64 limit)
+{
+    return ownText("the document has more than %1 bytes, the most that are accepted").arg(limit);
+}
+
 QString xmlDeclaration()
 {
     return ownText("the XML declaration has to consist of version, encoding and standalone");
@@ -253,3 +253,20 @@ QString damagedCompression()
 }
 
 } // namespace REPORTGENERATOR::FailureTexts
+
+namespace REPORTGENERATOR {
+
+Failure::Failure(const QString &source, const QString &why) : text(FailureTexts::at(source, why))
+{
+    location.source = source;
+}
+
+Failure::Failure(const QString &source, qint64 line, qint64 column, const QString &why)
+    : text(source + ownText(":%1:%2: ").arg(line).arg(column) + why)
+{
+    location.source = source;
+    location.line = int(line);
+    location.column = int(column);
+}
+
+} // namespace REPORTGENERATOR

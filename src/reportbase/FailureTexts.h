@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <reportbase/ReportException.h>
+
 /// All texts that load and save operations return as reasons for a failure.
 namespace REPORTGENERATOR::FailureTexts {
 
@@ -10,7 +12,6 @@ namespace REPORTGENERATOR::FailureTexts {
 /// `SOURCE: why` and `SOURCE:LINE:COLUMN: why`, the two forms that programs parse. Lines and columns count from 1.
 /// @{
 QString at(const QString &source, const QString &why);
-QString at(const QString &source, qint64 line, qint64 column, const QString &why);
 /// @}
 
 /// \name Sources without a path
@@ -57,6 +58,7 @@ QString outOfMemory(qint64 bytesRead, qint64 longestText);
 /// @{
 QString wrongRoot(const QString &found, const QString &expected);
 QString xmlTooLong(qint64 length, qint64 limit);
+QString documentTooLarge(qint64 limit);
 QString xmlDeclaration();
 QString tooManyAttributes(int limit);
 QString internalSubset();
@@ -80,3 +82,36 @@ QString damagedCompression();
 /// @}
 
 } // namespace REPORTGENERATOR::FailureTexts
+
+namespace REPORTGENERATOR {
+
+/// Why a document cannot be read, and where; null if it can.
+struct Failure
+{
+    Failure() = default;
+    /// Without a source.
+    explicit Failure(const QString &why) : text(why) { }
+    Failure(const QString &source, const QString &why);
+    Failure(const QString &source, qint64 line, qint64 column, const QString &why);
+
+    bool isNull() const { return text.isNull(); }
+
+    QString text; ///< as GetErrorString() returns it
+    ErrorLocation location;
+};
+
+/// Calls the function. An exception of the object receives the name of the source.
+template <class Read>
+auto located(const QString &source, Read &&read)
+{
+    try {
+        return read();
+    } catch (ReportException &exception) {
+        ErrorLocation location = exception.GetLocation();
+        location.source = source;
+        exception.SetLocation(location);
+        throw;
+    }
+}
+
+} // namespace REPORTGENERATOR

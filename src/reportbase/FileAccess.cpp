@@ -10,20 +10,20 @@ namespace REPORTGENERATOR {
 FileForReading::FileForReading(QFile *file) : m_file(file)
 {
     if (!m_file) {
-        m_openFailure = FailureTexts::noFile();
+        m_openFailure = Failure(FailureTexts::noFile());
     } else if (m_file->isOpen()) {
         m_file->unsetError(); // an earlier error does not concern this read
         if (!m_file->isReadable())
-            m_openFailure = FailureTexts::at(name(), FailureTexts::notOpenForReading());
+            m_openFailure = Failure(name(), FailureTexts::notOpenForReading());
     } else if (m_file->fileName().isEmpty()) {
-        m_openFailure = FailureTexts::noFileName(); // checked before QFile does, which would print a warning
+        m_openFailure = Failure(FailureTexts::noFileName()); // checked before QFile does, which would print a warning
     } else if (m_file->fileName().contains(QChar::Null)) {
         // QFile would open the file with the part of the name before it.
-        m_openFailure = FailureTexts::at(name(), FailureTexts::cannotOpen(FailureTexts::nulInFileName()));
+        m_openFailure = Failure(name(), FailureTexts::cannotOpen(FailureTexts::nulInFileName()));
     } else {
         m_opened = m_file->open(QIODevice::ReadOnly);
         if (!m_opened)
-            m_openFailure = FailureTexts::at(name(), FailureTexts::cannotOpen(m_file->errorString()));
+            m_openFailure = Failure(name(), FailureTexts::cannotOpen(m_file->errorString()));
     }
 }
 
@@ -33,11 +33,11 @@ FileForReading::~FileForReading()
         m_file->close();
 }
 
-QString FileForReading::readFailure() const
+Failure FileForReading::readFailure() const
 {
     if (m_file->error() == QFileDevice::NoError)
-        return QString();
-    return FailureTexts::at(name(), FailureTexts::cannotRead(m_file->errorString()));
+        return Failure();
+    return Failure(name(), FailureTexts::cannotRead(m_file->errorString()));
 }
 
 QString FileForReading::name() const

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include "FailureTexts.h"
+
 class QFile;
 
 namespace REPORTGENERATOR {
@@ -16,11 +18,11 @@ public:
     FileForReading &operator=(const FileForReading &) = delete;
     ~FileForReading();
 
-    /// Why the file cannot be read, as a whole text; null if it can.
-    QString openFailure() const { return m_openFailure; }
+    /// Why the file cannot be read; null if it can.
+    const Failure &openFailure() const { return m_openFailure; }
 
     /// Why reading stopped before the file's end; null if it did not.
-    QString readFailure() const;
+    Failure readFailure() const;
 
     /// The name of the file in messages.
     QString name() const;
@@ -28,7 +30,7 @@ public:
 private:
     QFile *m_file;
     bool m_opened = false;
-    QString m_openFailure;
+    Failure m_openFailure;
 };
 
 } // namespace REPORTGENERATOR

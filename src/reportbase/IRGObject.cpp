@@ -10,6 +10,7 @@
 #include <QDebug>
 #include <QXmlStreamReader>
 
+#include "reportbase/FailureTexts.h"
 #include "reportbase/ObjectState.h"
 #include "text/SameText.h"
 
@@ -19,6 +20,13 @@ namespace {
 
 const QString noName;
 constexpr ObjectClass noClass{noName, 0};
+
+ObjectState::Members stateOfType(ObjectTypes type)
+{
+    ObjectState::Members members;
+    members.type = type;
+    return members;
+}
 
 } // namespace
 
@@ -33,10 +41,7 @@ QDebug operator<<(QDebug debug, ObjectTypes type)
 
 IRGObject::IRGObject() : IRGObject(noClass) { }
 
-IRGObject::IRGObject(ObjectTypes type) : IRGObject(noClass)
-{
-    changeState([=](ObjectState::Members &state) { state.type = type; });
-}
+IRGObject::IRGObject(ObjectTypes type) : IRGObject(noClass, ObjectState::make(true, nullptr, stateOfType(type))) { }
 
 IRGObject::~IRGObject() = default;
 
@@ -177,9 +182,7 @@ void IRGObject::ResetLogger() const
 EnvironmentPointer IRGObject::environmentForCopy() const
 {
     // The const_cast is for GetObjectType(), which only reads although it is not const.
-    ObjectState::Members members;
-    members.type = const_cast<IRGObject &>(*this).GetObjectType();
-    return ObjectState::make(GetValidate(), nullptr, std::move(members));
+    return ObjectState::make(GetValidate(), nullptr, stateOfType(const_cast<IRGObject &>(*this).GetObjectType()));
 }
 
 void IRGObject::replaceEnvironment(const EnvironmentPointer &environment) const
@@ -214,7 +217,10 @@ void IRGObject::clearError() const
 {
     const auto *const state = ObjectState::find(m_environment);
     if (state && !state->error.isNull())
-        changeState([](ObjectState::Members &members) { members.error = QString(); });
+        changeState([](ObjectState::Members &members) {
+            members.error = QString();
+            members.errorLocation = {};
+        });
 }
 
 void IRGObject::ProcessXml(QXmlStreamReader &reader)
@@ -261,11 +267,20 @@ int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const
     return std::max(stream.skipRawData(length), 0);
 }
 
-bool IRGObject::fail(const QString &text) const
+ErrorLocation IRGObject::GetErrorLocation() const
 {
-    changeState([&](ObjectState::Members &state) { state.error = text; });
+    const auto *const state = ObjectState::find(m_environment);
+    return state ? state->errorLocation : ErrorLocation();
+}
+
+bool IRGObject::fail(const Failure &failure) const
+{
+    changeState([&](ObjectState::Members &state) {
+        state.error = failure.text;
+        state.errorLocation = failure.location;
+    });
     if (const std::shared_ptr<Logger> logger = m_environment->logger)
-        logger->Log(Logger::Severity::Error, text);
+        logger->Log(Logger::Severity::Error, failure.text);
     return false;
 }
 

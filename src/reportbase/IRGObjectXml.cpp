@@ -20,37 +20,58 @@ namespace REPORTGENERATOR {
 
 namespace {
 
+constexpr qint64 mostBytes = 3; // for a character of UTF-16
+
 /// The reader converts a text to UTF-8 and reserves three bytes per character for that.
-constexpr qint64 longestXmlText = ReadLimits::LargestPossible / 3;
+constexpr qint64 longestXmlText = ReadLimits::LargestPossible / mostBytes;
+
+/// Larger files are read piece by piece, in less memory.
+constexpr qint64 largestInMemory = qint64(256) << 20;
+constexpr qint64 firstPiece = 1 << 14; // with fewer bytes at once, QFile reads into a buffer of its own
 
 // Every read of a text needs it, even if it succeeds. Built when the library is loaded, so that a read does not
 // allocate it.
 const QString sourceOfText = FailureTexts::xmlText();
 
-/// What is left of a file that is small enough to be read in memory; null for devices that are no files, and for files
-/// that transform what they contain. Less if reading fails.
+/// Whether a document in UTF-8 may begin like this.
+bool mayBeUtf8Xml(const QByteArray &beginning)
+{
+    const int mark = beginning.startsWith("\xEF\xBB\xBF") ? 3 : 0;
+    const char first = mark < beginning.size() ? beginning.at(mark) : '\0';
+    return first == '<' || first == ' ' || first == '\t' || first == '\r' || first == '\n';
+}
+
+/// What is left of a file, if it can be read in memory; null for other devices than files, and for files that transform
+/// what they contain. Less if reading fails, or if the file is certainly no document in UTF-8: then its first bytes are
+/// enough to refuse it, however large it is.
 QByteArray rest(QFile &file)
 {
     if (file.isSequential() || file.isTextModeEnabled() || file.isTransactionStarted())
         return QByteArray();
     const qint64 size = file.size() - file.pos();
-    if (size <= 0 || size > LongestText)
+    if (size <= 0 || size > largestInMemory)
         return QByteArray();
-    try {
-        QByteArray bytes(int(size), Qt::Uninitialized);
-        bytes.truncate(int(std::max(file.read(bytes.data(), size), qint64(0))));
-        return bytes;
-    } catch (const std::bad_alloc &) {
-        return QByteArray(); // piece by piece, reading may need less memory
-    }
+
+    QByteArray bytes;
+    bytes.reserve(int(size));
+    const auto readFurther = [&](qint64 most) {
+        const int had = bytes.size();
+        bytes.resize(had + int(most));
+        bytes.truncate(had + int(std::max(file.read(bytes.data() + had, most), qint64(0))));
+    };
+    readFurther(std::min(size, firstPiece));
+    if (mayBeUtf8Xml(bytes))
+        readFurther(size - bytes.size());
+    bytes.squeeze();
+    return bytes;
 }
 
 /// A failure at the position of the reader.
-QString atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
+Failure atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
 {
     // The reader counts the characters that it has read from the line. So its number is the column, counted from 1, of
     // the last character read, at which it failed.
-    return FailureTexts::at(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)), why);
+    return Failure(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)), why);
 }
 
 /// Reads up to the root element; false if there is none.
@@ -93,18 +114,27 @@ bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
 
 bool IRGObject::SetXmlString(const QString &xml, bool validate)
 {
-    clearError();
     SetValidate(validate);
+    return readXmlText(xml);
+}
+
+bool IRGObject::readXmlText(const QString &xml, qint64 largestSize)
+{
+    clearError();
     if (xml.size() > longestXmlText)
-        return fail(FailureTexts::at(sourceOfText, FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
-    if (readXml([&] { return toUtf8(xml); }))
-        return true;
-    XmlWatch watch;
-    QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
-    QString failure = readDocument(reader, sourceOfText);
-    if (isEndedBy(watch, reader))
-        failure = atReader(reader, sourceOfText, watch.refusal());
-    return failure.isNull() || fail(failure);
+        return fail(Failure(sourceOfText, FailureTexts::xmlTooLong(xml.size(), longestXmlText)));
+    if (largestSize < mostBytes * qint64(xml.size()) && sizeAsUtf8(xml) > largestSize)
+        return fail(Failure(sourceOfText, FailureTexts::documentTooLarge(largestSize)));
+    return located(sourceOfText, [&] {
+        if (readXml([&] { return toUtf8(xml); }))
+            return true;
+        XmlWatch watch;
+        QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
+        Failure failure = readDocument(reader, sourceOfText);
+        if (isEndedBy(watch, reader))
+            failure = atReader(reader, sourceOfText, watch.refusal());
+        return failure.isNull() || fail(failure);
+    });
 }
 
 bool IRGObject::LoadXml(const QString &path)
@@ -115,30 +145,43 @@ bool IRGObject::LoadXml(const QString &path)
 
 bool IRGObject::LoadXml(QFile *file)
 {
+    return readXmlFile(file);
+}
+
+bool IRGObject::readXmlFile(QFile *file, qint64 largestSize)
+{
     clearError();
     const FileForReading access(file);
     if (!access.openFailure().isNull())
         return fail(access.openFailure());
+    if (!file->isSequential() && file->size() - file->pos() > largestSize)
+        return fail(Failure(access.name(), FailureTexts::documentTooLarge(largestSize)));
+    return located(access.name(), [&] { return readXmlFile(*file, access, largestSize); });
+}
 
+bool IRGObject::readXmlFile(QFile &file, const FileForReading &access, qint64 largestSize)
+{
     QByteArray beginning;
     const auto wholeDocument = [&] {
-        beginning = rest(*file);
-        return file->atEnd() ? beginning : QByteArray();
+        beginning = rest(file);
+        return file.atEnd() ? beginning : QByteArray();
     };
     if (readXml(wholeDocument))
         return true;
 
-    WatchedDevice document(*file, beginning);
+    WatchedDevice document(file, beginning, largestSize);
     QXmlStreamReader reader(&document);
-    QString failure;
+    Failure failure;
     try {
         failure = readDocument(reader, access.name());
     } catch (const std::bad_alloc &) {
         rethrowUnlessLarge(document.bytesRead());
-        return fail(FailureTexts::at(access.name(), FailureTexts::outOfMemory(document.bytesRead(), LongestText)));
+        return fail(Failure(access.name(), FailureTexts::outOfMemory(document.bytesRead(), LongestText)));
     }
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the document seems truncated then, but the device has failed
+    if (document.isTooLarge())
+        return fail(Failure(access.name(), FailureTexts::documentTooLarge(largestSize)));
     if (isEndedBy(document.watch(), reader))
         failure = atReader(reader, access.name(), document.watch().refusal());
     return failure.isNull() || fail(failure);
@@ -149,7 +192,7 @@ bool IRGObject::readXml(const std::function<QByteArray()> &)
     return false;
 }
 
-QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
+Failure IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
 {
     const NoEntities refused(reader);
     if (toRootElement(reader)) {
@@ -168,7 +211,7 @@ QString IRGObject::readDocument(QXmlStreamReader &reader, const QString &source)
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd() && !reader.hasError())
         reader.readNext();
-    return reader.hasError() ? atReader(reader, source, reader.errorString()) : QString();
+    return reader.hasError() ? atReader(reader, source, reader.errorString()) : Failure();
 }
 
 bool IRGObject::composeXml(QByteArray &) const
@@ -183,7 +226,7 @@ QString IRGObject::GetXmlString()
     if (!composeXml(composition.utf8))
         composition = composeXmlByWriter(*this);
     if (composition.lineOfLostText != 0) {
-        fail(FailureTexts::at(FailureTexts::xmlText(), FailureTexts::characterNotForXml(composition.lineOfLostText)));
+        fail(Failure(FailureTexts::xmlText(), FailureTexts::characterNotForXml(composition.lineOfLostText)));
         return QString();
     }
     return QString::fromUtf8(composition.utf8);
@@ -202,16 +245,16 @@ bool IRGObject::SaveXml(const QString &path) const
     if (!composeXml(composition.utf8))
         composition = composeXmlByWriter(*this);
     if (composition.lineOfLostText != 0)
-        return fail(FailureTexts::at(path, FailureTexts::characterNotForXml(composition.lineOfLostText)));
+        return fail(Failure(path, FailureTexts::characterNotForXml(composition.lineOfLostText)));
     return save(path, composition.utf8);
 }
 
 bool IRGObject::save(const QString &path, const QByteArray &content) const
 {
     if (content.isEmpty())
-        return fail(FailureTexts::at(path, FailureTexts::nothingToWrite()));
+        return fail(Failure(path, FailureTexts::nothingToWrite()));
     const QString failure = SaveFile(path, content);
-    return failure.isNull() || fail(failure);
+    return failure.isNull() || fail(Failure(failure));
 }
 
 } // namespace REPORTGENERATOR

@@ -7,6 +7,7 @@
 
 #include <reportbase/Environment.h>
 #include <reportbase/ObjectTypes.h>
+#include <reportbase/ReportException.h>
 
 namespace REPORTGENERATOR {
 
@@ -21,6 +22,7 @@ struct ObjectState final : Environment
         /// changed.
         std::shared_ptr<const QString> name;
         QString error; ///< of the last load or save operation
+        ErrorLocation errorLocation;
 
         bool isDefault() const { return type == ObjectTypes::Undefined && !name && error.isNull(); }
     };

@@ -9,6 +9,7 @@ struct ReportException::Message
 
     QString text;
     QByteArray utf8; // kept, because what() returns a pointer into it
+    REPORTGENERATOR::ErrorLocation location;
 };
 
 ReportException::ReportException(const QString &message) : m_message(std::make_shared<const Message>(message)) { }
@@ -24,6 +25,18 @@ QString ReportException::GetMessageText() const
 const char *ReportException::what() const noexcept
 {
     return m_message->utf8.constData();
+}
+
+REPORTGENERATOR::ErrorLocation ReportException::GetLocation() const
+{
+    return m_message->location;
+}
+
+void ReportException::SetLocation(const REPORTGENERATOR::ErrorLocation &location)
+{
+    const auto located = std::make_shared<Message>(*m_message);
+    located->location = location;
+    m_message = located;
 }
 
 // The destructors are defined in this file, so that all libraries that throw or catch one of these types share its type

@@ -19,12 +19,24 @@ qsizetype endOfPiece(QStringView text, qsizetype begin)
     return end < text.size() && text[end - 1].isHighSurrogate() ? end - 1 : end;
 }
 
-/// The UTF-8 of a piece of a text; null if the piece contains half of a surrogate pair.
-QByteArray converted(QStringView piece)
+/// The size of the UTF-8 of a piece; 0 if the piece contains half of a surrogate pair.
+int utf8Size(QStringView piece)
 {
     if (isAscii(piece))
-        return piece.toLatin1();
-    return piece.isValidUtf16() ? piece.toUtf8() : QByteArray();
+        return int(piece.size());
+    return piece.isValidUtf16() ? piece.toUtf8().size() : 0;
+}
+
+/// Calls the action for each piece of the text, as long as it returns true; returns whether it always did.
+template <class Action>
+bool forEachPiece(QStringView text, Action &&action)
+{
+    for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end) {
+        end = endOfPiece(text, begin);
+        if (!action(text.mid(begin, end - begin)))
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -33,28 +45,30 @@ QByteArray toUtf8(QStringView text)
 {
     constexpr qint64 longest = std::numeric_limits<int>::max() - 64; // a QByteArray also allocates a header
     qint64 size = 0;
-    const auto forEachPiece = [text](auto &&action) {
-        for (qsizetype begin = 0, end = 0; begin < text.size(); begin = end) {
-            end = endOfPiece(text, begin);
-            if (!action(text.mid(begin, end - begin)))
-                return false;
-        }
-        return true;
-    };
-    const bool isConvertible = forEachPiece([&](QStringView piece) {
-        const int pieceSize = isAscii(piece) ? int(piece.size()) : converted(piece).size();
-        size += pieceSize;
-        return pieceSize > 0 && size <= longest;
+    const bool isConvertible = forEachPiece(text, [&](QStringView piece) {
+        const int more = utf8Size(piece);
+        size += more;
+        return more > 0 && size <= longest;
     });
     if (!isConvertible)
         return QByteArray();
     QByteArray utf8;
     utf8.reserve(int(size));
-    forEachPiece([&](QStringView piece) {
-        utf8 += converted(piece);
+    forEachPiece(text, [&](QStringView piece) {
+        utf8 += isAscii(piece) ? piece.toLatin1() : piece.toUtf8();
         return true;
     });
     return utf8;
+}
+
+qint64 sizeAsUtf8(QStringView text)
+{
+    qint64 size = 0;
+    forEachPiece(text, [&](QStringView piece) {
+        size += isAscii(piece) ? int(piece.size()) : piece.toUtf8().size();
+        return true;
+    });
+    return size;
 }
 
 } // namespace REPORTGENERATOR

@@ -10,4 +10,7 @@ namespace REPORTGENERATOR {
 /// surrogate pair, or if its UTF-8 is too long for a QByteArray.
 QByteArray toUtf8(QStringView text);
 
+/// The size of QString::toUtf8().
+qint64 sizeAsUtf8(QStringView text);
+
 } // namespace REPORTGENERATOR

@@ -37,7 +37,8 @@ QTextCodec *codecByFirstBytes(const char *bytes, int size)
 
 } // namespace
 
-WatchedDevice::WatchedDevice(QIODevice &device, const QByteArray &beginning) : m_device(device), m_beginning(beginning)
+WatchedDevice::WatchedDevice(QIODevice &device, const QByteArray &beginning, qint64 largestSize)
+    : m_device(device), m_beginning(beginning), m_largestSize(largestSize)
 {
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
@@ -54,7 +55,7 @@ qint64 WatchedDevice::readUnwatched(char *bytes, qint64 size)
 
 qint64 WatchedDevice::readData(char *bytes, qint64 size)
 {
-    if (m_watch.isRefused())
+    if (m_watch.isRefused() || isTooLarge())
         return -1;
     size = std::min(size, qint64(std::numeric_limits<int>::max()));
     qint64 read = 0;

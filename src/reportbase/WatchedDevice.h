@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <limits>
 #include <memory>
 
 #include <QIODevice>
@@ -16,12 +17,14 @@ namespace REPORTGENERATOR {
 class WatchedDevice : public QIODevice
 {
 public:
-    /// `beginning` is what has been read from the device already.
-    explicit WatchedDevice(QIODevice &device, const QByteArray &beginning = QByteArray());
+    /// `beginning` is what has been read from the device already. The document ends where it exceeds `largestSize`.
+    explicit WatchedDevice(QIODevice &device, const QByteArray &beginning = QByteArray(),
+                           qint64 largestSize = std::numeric_limits<qint64>::max());
 
     const XmlWatch &watch() const { return m_watch; }
 
     qint64 bytesRead() const { return m_bytesRead; }
+    bool isTooLarge() const { return m_bytesRead > m_largestSize; }
 
     bool isSequential() const override { return true; }
     bool atEnd() const override
@@ -44,6 +47,7 @@ private:
     QIODevice &m_device;
     QByteArray m_beginning; // is read before the device
     int m_beginningRead = 0;
+    const qint64 m_largestSize;
     qint64 m_bytesRead = 0;
     XmlWatch m_watch;
     QTextCodec *m_codec = nullptr;

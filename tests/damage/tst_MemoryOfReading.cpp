@@ -153,7 +153,7 @@ struct Input
 };
 
 const Input xmlInputs[] = {
-    {"an ordinary document", ordinaryXml, 3, 3},
+    {"an ordinary document", ordinaryXml, 4, 4},
     {"elements that are never closed", openElements, 45, 45},
     {"elements within each other", closedElements, 45, 45},
     {"nodes without anything in them", emptyNodes, 45, 45},

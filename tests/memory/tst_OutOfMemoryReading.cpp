@@ -27,13 +27,21 @@ QByteArray compressedRepresentation()
     return TunerProperties(documents().complete).GetCompressedBinaryRepresentationAsQByteArray(-1);
 }
 
+/// With a document type, the document is read by a QXmlStreamReader, not in memory.
+QString typed(QString xml)
+{
+    return xml.insert(xml.indexOf(QLatin1String("<TunerProperties")), QStringLiteral("<!DOCTYPE TunerProperties>"));
+}
+
 /// The files that are read.
 class Files
 {
 public:
     Files()
     {
-        write(QStringLiteral("document.xml"), TunerProperties(documents().complete).GetXmlString().toUtf8());
+        const QString xml = TunerProperties(documents().complete).GetXmlString();
+        write(QStringLiteral("document.xml"), xml.toUtf8());
+        write(QStringLiteral("typed.xml"), typed(xml).toUtf8());
         write(QStringLiteral("document.bin"), representation());
         write(QStringLiteral("compressed.bin"), compressedRepresentation());
     }
@@ -156,10 +164,16 @@ private:
 
     void addXml()
     {
-        const auto setXmlString = [](Document &o) { o.answer = o.target.SetXmlString(documents().xml, true); };
-        add("SetXmlString", Begins::New, nothing, setXmlString, isReadCompletely, Leaves::Parts, xmlReader);
-        add("SetXmlString, shared data", Begins::Shared, nothing, setXmlString, isAnsweredAndAdded, Leaves::Parts,
-            xmlReader);
+        const auto setXmlString = [](const QString &xml) {
+            return [=](Document &o) { o.answer = o.target.SetXmlString(xml, true); };
+        };
+        const QString xml = documents().xml;
+        add("SetXmlString", Begins::New, nothing, setXmlString(xml), isReadCompletely);
+        add("SetXmlString, shared data", Begins::Shared, nothing, setXmlString(xml), isAnsweredAndAdded);
+        add("SetXmlString, by a reader", Begins::New, nothing, setXmlString(typed(xml)), isReadCompletely,
+            Leaves::Parts, xmlReader);
+        add("SetXmlString, by a reader, shared data", Begins::Shared, nothing, setXmlString(typed(xml)),
+            isAnsweredAndAdded, Leaves::Parts, xmlReader);
         const auto processXml = [](Document &o) { o.target.ProcessXml(*o.reader); };
         add("ProcessXml", Begins::New, anXmlReader, processXml, isComplete);
         // The caller's reader continues where the memory ran out.
@@ -219,12 +233,16 @@ private:
     {
         add(
             "LoadXml", Begins::New, nothing, [](Document &o) { o.answer = o.target.LoadXml(path("document.xml")); },
-            isReadCompletely, Leaves::Parts, xmlReader);
-        const auto loadXml = [](Document &o) {
-            QFile file(path("document.xml"));
-            o.answer = o.target.LoadXml(&file);
+            isReadCompletely);
+        const auto loadXml = [](const char *name) {
+            return [=](Document &o) {
+                QFile file(path(name));
+                o.answer = o.target.LoadXml(&file);
+            };
         };
-        add("LoadXml, file", Begins::Filled, nothing, loadXml, isAnsweredAndAdded, Leaves::Parts, xmlReader);
+        add("LoadXml, file", Begins::Filled, nothing, loadXml("document.xml"), isAnsweredAndAdded);
+        add("LoadXml, by a reader", Begins::Filled, nothing, loadXml("typed.xml"), isAnsweredAndAdded, Leaves::Parts,
+            xmlReader);
         const auto loadBinary = [](const char *name) {
             return [=](Document &o) {
                 QFile file(path(name));
@@ -247,7 +265,7 @@ private:
             fails(": the root element is 'Node', not 'TunerProperties'"), Leaves::Nothing, xmlReader);
         add("an unknown element", Begins::Filled, nothing,
             xml(QStringLiteral("<TunerProperties Version=\"1.1\"><x/></TunerProperties>")), isUnchanged,
-            Leaves::Nothing, xmlReader);
+            Leaves::Nothing);
         add(
             "a record with a wrong length", Begins::New, [](Document &o) { aStreamWith(o, documents().record.mid(4)); },
             [](Document &o) { o.target.SetBinary(*o.stream, o.bytes.size() + 4); }, isComplete);

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include <jobxml/DataObject.h>
+
+#include <algorithm>
+
+#include <QFile>
+
+#include "framework/CollectedReading.h"
+
+namespace JobXml {
+
+using REPORTGENERATOR::ErrorLocation;
+using REPORTGENERATOR::ReadLimits;
+
+thread_local CollectedReading *CollectedReading::innermost = nullptr;
+
+namespace {
+
+Problem located(const ObjectPath &path, const QString &message, const ErrorLocation &location)
+{
+    Problem problem{path, message};
+    problem.line = location.line;
+    problem.column = location.column;
+    problem.offset = location.offset;
+    return problem;
+}
+
+/// Why the document could not be read, without the place.
+Problem unreadable(const DataObject &object)
+{
+    const ErrorLocation location = object.GetErrorLocation();
+    QString place = location.source + QLatin1Char(':');
+    if (location.line != 0)
+        place +=
+            QString::number(location.line) + QLatin1Char(':') + QString::number(location.column) + QLatin1Char(':');
+    place += QLatin1Char(' ');
+    const QString text = object.GetErrorString();
+    return located({}, text.startsWith(place) ? text.mid(place.size()) : text, location);
+}
+
+ReadLimits limitsOf(const ReadOptions &options)
+{
+    ReadLimits limits;
+    limits.largestSize = std::min(limits.largestSize, options.maxBytes);
+    limits.largestExpandedSize = std::min(limits.largestExpandedSize, options.maxBytes);
+    limits.acceptCompressed = options.allowCompressed;
+    return limits;
+}
+
+/// Calls the function, which reads the object and returns whether it could be read, and visits all problems. Returns
+/// whether there are none.
+template <class Read>
+bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const ReadOptions &options, Read &&read)
+{
+    bool hasProblems = false;
+    bool isRead = false;
+    const ProblemVisitor visit = [&](const Problem &problem) {
+        hasProblems = true;
+        visitor(problem);
+    };
+    const bool validated = object.GetValidate();
+    object.SetValidate(options.validate);
+    const CollectedReading reading(object, options.validate ? &visit : nullptr);
+    try {
+        isRead = read();
+        if (!isRead)
+            visit(unreadable(object));
+    } catch (const ReportException &end) {
+        visit(located(reading.pathOfEnd(), end.GetMessageText(), end.GetLocation()));
+    } catch (...) {
+        object.SetValidate(validated);
+        throw;
+    }
+    object.SetValidate(validated);
+    if (isRead && options.validate)
+        object.VisitProblems(visit);
+    return !hasProblems;
+}
+
+ProblemVisitor appendTo(QVector<Problem> &problems)
+{
+    problems.clear();
+    return [&problems](const Problem &problem) { problems.append(problem); };
+}
+
+} // namespace
+
+bool DataObject::LoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options)
+{
+    return readWithProblems(*this, visitor, options, [&] { return readXmlFile(file, options.maxBytes); });
+}
+
+bool DataObject::LoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options)
+{
+    QFile file(path);
+    return LoadXml(&file, visitor, options);
+}
+
+bool DataObject::LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return LoadXml(path, appendTo(problems), options);
+}
+
+bool DataObject::SetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options)
+{
+    return readWithProblems(*this, visitor, options, [&] { return readXmlText(xml, options.maxBytes); });
+}
+
+bool DataObject::SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return SetXmlString(xml, appendTo(problems), options);
+}
+
+bool DataObject::SetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
+                                         const ReadOptions &options)
+{
+    return readWithProblems(*this, visitor, options,
+                            [&] { return IRGObject::SetBinaryRepresentation(representation, limitsOf(options)); });
+}
+
+bool DataObject::SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
+                                         const ReadOptions &options)
+{
+    return SetBinaryRepresentation(representation, appendTo(problems), options);
+}
+
+bool DataObject::LoadBinary(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options)
+{
+    return readWithProblems(*this, visitor, options, [&] { return IRGObject::LoadBinary(file, limitsOf(options)); });
+}
+
+bool DataObject::LoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options)
+{
+    QFile file(path);
+    return LoadBinary(&file, visitor, options);
+}
+
+bool DataObject::LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return LoadBinary(path, appendTo(problems), options);
+}
+
+} // namespace JobXml

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <jobxml/DataObject.h>
+
+namespace JobXml {
+
+/// What people call an object in a path: its name with what distinguishes it from its siblings, or with its position,
+/// counted from 1. The index is -1 if the object is not in a list.
+QString label(const DataObject &object, int index);
+
+} // namespace JobXml

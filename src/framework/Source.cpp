@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "framework/Source.h"
+
+#include "framework/CollectedReading.h"
+#include "framework/Label.h"
+#include "framework/Member.h"
+
+namespace JobXml {
+
+void Source::locate(ReportException &exception) const
+{
+    if (!m_innermost || exception.GetLocation().line != 0 || exception.GetLocation().offset >= 0)
+        return;
+    const ObjectPath path = pathTo(*m_innermost);
+    REPORTGENERATOR::ErrorLocation location;
+    location.path = path.path;
+    resolve(m_innermost->position, location);
+    exception.SetLocation(location);
+    CollectedReading::setPathOfEnd(path);
+}
+
+/// Called while the exception is handled.
+void Source::refused(ReportException &refusal) const
+{
+    locate(refusal);
+    if (!m_visitor || !m_innermost)
+        throw;
+    const Member *const member = m_innermost->member;
+    const REPORTGENERATOR::ErrorLocation location = refusal.GetLocation();
+    Problem problem{pathTo(*m_innermost), refusal.GetMessageText(), member ? QString(member->name()) : QString()};
+    problem.line = location.line;
+    problem.column = location.column;
+    problem.offset = location.offset;
+    (*m_visitor)(problem);
+}
+
+void Source::storeUnvalidated(const ActionOn<> &action) const
+{
+    DataObject &object = m_innermost->object;
+    const auto environment = ObjectAccess::environment(object);
+    ObjectAccess::changeEnvironment(object, false, environment->logger,
+                                    REPORTGENERATOR::EnvironmentPointer::plain(false));
+    try {
+        action();
+    } catch (const ReportException &) { // the class is derived and refuses it in any case
+    }
+    ObjectAccess::setEnvironment(object, environment);
+}
+
+ObjectPath Source::pathTo(const Frame &frame) const
+{
+    if (!frame.outer)
+        return {};
+    const DataObject &parent = frame.outer->object;
+    const Member &member = *frame.outer->member;
+    // An item is the last one of its list while it is read, or will be if it is read separately.
+    const Block *const block = ObjectAccess::existingBlock(parent);
+    const int items = block && member.isList() ? member.childCount(*block) : 0;
+    const int index = member.isList() ? items - (m_runsForeignCode ? 0 : 1) : -1;
+    return pathTo(*frame.outer).below(label(frame.object, index), {member.name(), index});
+}
+
+} // namespace JobXml

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "framework/Utf8Places.h"
+
+namespace JobXml {
+
+namespace {
+
+constexpr int pieceSize = 1024;
+
+} // namespace
+
+void Utf8Places::find(qint64 offset, int &line, int &column)
+{
+    const int piece = int(offset / pieceSize);
+    if (m_pieces.isEmpty())
+        m_pieces.append(Place());
+    while (m_pieces.size() <= piece) {
+        Place next = m_pieces.constLast();
+        const int begin = (m_pieces.size() - 1) * pieceSize;
+        advance(next, begin, begin + pieceSize);
+        m_pieces.append(next);
+    }
+    Place place = m_pieces.at(piece);
+    advance(place, piece * pieceSize, int(offset));
+    line = place.line;
+    column = place.column;
+}
+
+/// A carriage return before a line feed does not end a line. The byte order mark is no character.
+void Utf8Places::advance(Place &place, int from, int to) const
+{
+    const char *const bytes = m_document.constData();
+    for (int i = from; i < to; ++i) {
+        const auto byte = uchar(bytes[i]);
+        if (byte == '\n' || (byte == '\r' && bytes[i + 1] != '\n')) {
+            ++place.line;
+            place.column = 1;
+        } else if (byte >= 0xF0) {
+            place.column += 2; // a surrogate pair
+        } else if (byte < 0x80 || byte >= 0xC0) {
+            ++place.column;
+        }
+    }
+    if (from == 0 && m_document.startsWith("\xEF\xBB\xBF") && to >= 3 && place.line == 1)
+        --place.column;
+}
+
+} // namespace JobXml
