@@ -16,7 +16,8 @@ namespace JobXml {
 ///    most LongestName characters;
 ///  - at most MostAttributes attributes for each element, and elements nested up to Deepest levels.
 ///
-/// It has no document type, no prefixes or namespaces, and no text with ";]>", since the reader refuses "&#93;]>".
+/// It has no document type, no prefixes or namespaces, and no text of an element with ";]>", since the reader refuses
+/// "&#93;]>".
 namespace XmlSubset {
 
 constexpr int MostAttributes = 32;
