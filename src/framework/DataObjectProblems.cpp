@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include "framework/CollectedReading.h"
+#include "framework/Problems.h"
 
 namespace JobXml {
 
@@ -15,15 +16,6 @@ using REPORTGENERATOR::ReadLimits;
 thread_local CollectedReading *CollectedReading::innermost = nullptr;
 
 namespace {
-
-Problem located(const ObjectPath &path, const QString &message, const ErrorLocation &location)
-{
-    Problem problem{path, message};
-    problem.line = location.line;
-    problem.column = location.column;
-    problem.offset = location.offset;
-    return problem;
-}
 
 /// Why the document could not be read, without the place.
 Problem unreadable(const DataObject &object)
@@ -35,7 +27,10 @@ Problem unreadable(const DataObject &object)
             QString::number(location.line) + QLatin1Char(':') + QString::number(location.column) + QLatin1Char(':');
     place += QLatin1Char(' ');
     const QString text = object.GetErrorString();
-    return located({}, text.startsWith(place) ? text.mid(place.size()) : text, location);
+    Problem problem{{}, text.startsWith(place) ? text.mid(place.size()) : text};
+    problem.line = location.line;
+    problem.column = location.column;
+    return problem;
 }
 
 ReadLimits limitsOf(const ReadOptions &options)
@@ -66,7 +61,7 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
         if (!isRead)
             visit(unreadable(object));
     } catch (const ReportException &end) {
-        visit(located(reading.pathOfEnd(), end.GetMessageText(), end.GetLocation()));
+        visit(problemOf(end, reading.pathOfEnd()));
     } catch (...) {
         object.SetValidate(validated);
         throw;
