@@ -16,8 +16,8 @@ inline Problem problemOf(const ReportException &exception, const ObjectPath &pat
     return problem;
 }
 
-/// Visits the problem for which `check` throws, if it throws. The check of a derived class may throw exceptions of other
-/// types than the model's.
+/// Visits the problem for which `check` throws, if it throws. The check of a derived class may throw exceptions of
+/// other types than the model's.
 template <class Check>
 void collectProblem(const ObjectPath &path, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
 {
