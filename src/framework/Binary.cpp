@@ -261,7 +261,7 @@ BinaryReader::~BinaryReader()
 
 void BinaryReader::resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const
 {
-    location.offset = position < 0 ? position : position + m_offset;
+    location.offset = position == noPosition ? -1 : position + m_offset;
 }
 
 bool BinaryReader::pastEnd()

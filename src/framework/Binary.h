@@ -124,10 +124,10 @@ public:
 
     /// How many bytes in memory have been read.
     int bytesRead() const { return int(m_at - m_begin); }
-    /// Where the record begins whose head was read last; -1 if the stream itself reads.
-    Position position() const override { return m_isDirect ? m_head - m_first : -1; }
+    /// Where the record begins whose head was read last, if the bytes are read directly.
+    Position position() const override { return m_isDirect ? m_head - m_first : noPosition; }
     /// Where the next bytes begin, likewise.
-    Position nextPosition() const { return m_isDirect ? m_at - m_first : -1; }
+    Position nextPosition() const { return m_isDirect ? m_at - m_first : noPosition; }
 
     /// \name For a snapshot, which ends with its stream
     /// Reads a value. Returns false and leaves the value unchanged if the stream ends before it.

@@ -72,7 +72,7 @@ public:
     void readXmlElement(DataObject &object, XmlInput &input) const override
     {
         const auto environment = Propagation::forReading(object);
-        const Source::Position begin = input.position();
+        const Source::Position begin = input.elementPosition();
         const auto read = [&](Item &item) { return Child::readXml(item, input, this->xmlName()); };
         input.readChildOf(*this);
         if (input.runsForeignCode()) {

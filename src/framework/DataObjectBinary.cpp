@@ -128,18 +128,24 @@ void readMemberRecords(DataObject &object, BinaryReader &reader, qint32 length)
         Errors::wrongLength(object);
 }
 
+/// The same; an exception receives the place. Not inlined: beside its frame, g++ would warn of a dangling pointer.
+Q_NEVER_INLINE void readLocatedRecords(DataObject &object, BinaryReader &reader, qint32 length)
+{
+    try {
+        readMemberRecords(object, reader, length);
+    } catch (ReportException &exception) {
+        reader.locate(exception);
+        throw;
+    }
+}
+
 } // namespace
 
 void Child::readRecord(DataObject &child, BinaryReader &reader, qint32 length)
 {
     ObjectAccess::block(child);
     const Source::Frame frame(reader, child);
-    try {
-        readMemberRecords(child, reader, length);
-    } catch (ReportException &exception) {
-        reader.locate(exception);
-        throw;
-    }
+    readLocatedRecords(child, reader, length);
 }
 
 void Behavior::readRecord(DataObject &object, BinaryReader &reader, quint32 tag, qint32 length) const

@@ -190,7 +190,11 @@ thread_local DerivedContent *DerivedContent::innermost = nullptr;
 class WithoutNamespaces
 {
 public:
-    explicit WithoutNamespaces(XmlInput &input) : m_input(input), m_processed(input.processNamespaces(false)) { }
+    explicit WithoutNamespaces(XmlInput &input) : m_input(input), m_processed(input.processesNamespaces())
+    {
+        if (m_processed)
+            m_input.processNamespaces(false);
+    }
     WithoutNamespaces(const WithoutNamespaces &) = delete;
     WithoutNamespaces &operator=(const WithoutNamespaces &) = delete;
     ~WithoutNamespaces()
@@ -252,6 +256,19 @@ void readMemberElement(DataObject &object, XmlInput &input)
         input.store(nullptr, [&] { info.behavior.readUnknownElement(object, input); });
 }
 
+template <class Prepare>
+void readElements(DataObject &object, XmlInput &input, const XmlName &name, Prepare &&prepare)
+{
+    for (XmlInput::Tag tag = input.next(); tag != XmlInput::Tag::None; tag = input.next()) {
+        if (tag == XmlInput::Tag::Start) {
+            prepare();
+            readMemberElement(object, input);
+        } else if (input.isNamed(name)) {
+            return; // other end tags are left over from elements that were not read to their end
+        }
+    }
+}
+
 /// Reads the content of the element `name` of an object of a class of the model, up to its end tag. `isNew` means that
 /// the object had no data before, so that they have inherited flag and logger.
 void readContent(DataObject &object, XmlInput &input, const XmlName &name, bool isNew)
@@ -259,16 +276,18 @@ void readContent(DataObject &object, XmlInput &input, const XmlName &name, bool 
     const WithoutNamespaces namespaces(input);
     const NewLists lists(object);
     const ClassInfo &info = ObjectAccess::info(object);
-    const bool hasChildren = (info.children | info.createdWithTheBlock) != 0;
-    PropagatedOnce propagate(object, isNew || !hasChildren);
-    for (XmlInput::Tag tag = input.next(); tag != XmlInput::Tag::None; tag = input.next()) {
-        if (tag == XmlInput::Tag::Start) {
+    bool isPropagated = isNew || (info.children | info.createdWithTheBlock) == 0;
+    if (input.runsForeignCode()) {
+        PropagatedOnce propagate(object, isPropagated);
+        readElements(object, input, name, [&] {
             propagate();
             ObjectAccess::block(object);
-            readMemberElement(object, input);
-        } else if (input.isNamed(name)) {
-            break; // other end tags are left over from elements that were not read to their end
-        }
+        });
+    } else {
+        readElements(object, input, name, [&] {
+            if (!std::exchange(isPropagated, true))
+                Propagation::propagate(object);
+        });
     }
     lists.squeeze();
 }

@@ -19,6 +19,7 @@ public:
 
     /// A place in the document, as the source itself counts.
     using Position = qint64;
+    static constexpr Position noPosition = -1;
 
     /// An object that is being read. If that is a child of it, `children` is the row of the child.
     struct Frame
@@ -69,14 +70,14 @@ public:
         }
     }
 
-    /// The same for what was read at an earlier position.
+    /// The same for what was read at an earlier position, if it is known.
     template <class Action>
     void store(const Member *member, Position position, Action &&action)
     {
         try {
             action();
         } catch (ReportException &refusal) {
-            refused(refusal, member, position);
+            refused(refusal, member, position == noPosition ? this->position() : position);
             storeUnvalidated(ActionOn<>(action));
         }
     }
@@ -86,11 +87,10 @@ public:
     template <class Action>
     void readDerived(Action &&action)
     {
-        const Position begin = position();
         try {
             action();
         } catch (ReportException &refusal) {
-            refused(refusal, nullptr, begin);
+            refused(refusal, nullptr, position());
         }
     }
 

@@ -19,8 +19,8 @@ class Utf8Input final : public XmlInput
 public:
     /// The document must outlive the input.
     explicit Utf8Input(const QByteArray &document, const ProblemVisitor *visitor = nullptr)
-        : XmlInput(false, visitor), m_begin(document.constData()), m_at(m_begin), m_end(m_begin + document.size()),
-          m_tag(m_begin), m_places(document)
+        : XmlInput(false, false, visitor), m_begin(document.constData()), m_at(m_begin),
+          m_end(m_begin + document.size()), m_tag(m_begin), m_places(document)
     {
     }
 
@@ -31,6 +31,7 @@ public:
     const Member *findRow(const ClassInfo::Rows &rows) const override;
     bool findAttribute(const XmlName &name, XmlText &value) override;
     Position position() const override;
+    Position elementPosition() const override { return m_tag - m_begin; }
     bool readText(XmlText &text) override;
     void skipToSameName() override;
 

@@ -87,12 +87,29 @@ public:
     /// Skips to the next start or end of an element with the same name, even if it is nested: the format requires this.
     virtual void skipToSameName() = 0;
 
-    /// Turns the processing of namespaces on or off; returns whether it was on.
-    virtual bool processNamespaces(bool) { return false; }
+    /// Whether names are looked up among declared namespaces.
+    bool processesNamespaces() const { return m_processesNamespaces; }
+    void processNamespaces(bool process)
+    {
+        m_processesNamespaces = process;
+        setNamespaceProcessing(process);
+    }
+
+    /// The position of the start tag that was read last, for what is read up to its end tag. Without a value if only
+    /// the present position is known.
+    virtual Position elementPosition() const { return noPosition; }
 
 protected:
-    using Source::Source;
+    XmlInput(bool runsForeignCode, bool processesNamespaces, const ProblemVisitor *visitor)
+        : Source(runsForeignCode, visitor), m_processesNamespaces(processesNamespaces)
+    {
+    }
     ~XmlInput() = default;
+
+private:
+    virtual void setNamespaceProcessing(bool) { }
+
+    bool m_processesNamespaces;
 };
 
 } // namespace JobXml

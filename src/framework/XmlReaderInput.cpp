@@ -109,12 +109,4 @@ void XmlReaderInput::skipToSameName()
              && m_reader.name() != name); // a device may announce more than it has
 }
 
-bool XmlReaderInput::processNamespaces(bool process)
-{
-    const bool processed = m_reader.namespaceProcessing();
-    if (processed != process)
-        m_reader.setNamespaceProcessing(process);
-    return processed;
-}
-
 } // namespace JobXml

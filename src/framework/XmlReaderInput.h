@@ -12,7 +12,7 @@ class XmlReaderInput final : public XmlInput
 {
 public:
     explicit XmlReaderInput(QXmlStreamReader &reader, const ProblemVisitor *visitor = nullptr)
-        : XmlInput(reader.device() || reader.entityResolver(), visitor), m_reader(reader)
+        : XmlInput(reader.device() || reader.entityResolver(), reader.namespaceProcessing(), visitor), m_reader(reader)
     {
     }
 
@@ -25,9 +25,9 @@ public:
     Position position() const override;
     bool readText(XmlText &text) override;
     void skipToSameName() override;
-    bool processNamespaces(bool process) override;
 
 private:
+    void setNamespaceProcessing(bool process) override { m_reader.setNamespaceProcessing(process); }
     void resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const override;
     void releaseAttributes();
 
