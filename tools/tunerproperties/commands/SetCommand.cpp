@@ -6,6 +6,7 @@
 #include "commands/Options.h"
 #include "documents/Document.h"
 #include "documents/Output.h"
+#include "documents/Validate.h"
 #include "members/Diff.h"
 #include "members/Paths.h"
 #include "members/TypedValue.h"
@@ -156,28 +157,65 @@ ExitStatus reportAll(const QString &file, const Messages &messages)
     return ExitStatus::Problems;
 }
 
-/// The problems in the XML that the document does not contain, so that writing would lose their elements and
-/// attributes.
-Messages xmlOnlyProblems(Document &document)
+/// Whether the member of the object at the end of the steps is a list of objects.
+bool isListOfObjects(DataObject &sample, const QVector<Step> &steps, const QString &name, int depth = 0)
 {
-    Messages messages;
-    const Findings findings = document.findings(Options::usualProblemCount);
-    for (const Finding &finding : findings.listed()) {
-        if (finding.hasLocation())
-            messages.texts.append(
-                QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
-    }
-    messages.count = findings.locatedCount();
-    return messages;
+    bool result = false;
+    visit(sample, [&](MemberEditor &member) {
+        if (member.GetName() != (depth < steps.size() ? steps[depth].member : name))
+            return;
+        const bool isList = member.GetKind() == MemberKind::ObjectList;
+        if (depth == steps.size())
+            result = isList;
+        else
+            result = isListOfObjects(isList ? member.AppendChild() : member.EditChild(), steps, name, depth + 1);
+    });
+    return result;
 }
 
-ExitStatus change(Document &document, const Invocation &invocation)
+/// The problems in the XML that the document does not contain, so that writing would lose their elements and
+/// attributes.
+class LostContent
+{
+public:
+    void add(const Problem &problem)
+    {
+        if (problem.line == 0 || isKept(problem))
+            return;
+        if (m_messages.hasRoom()) {
+            const Finding finding = findingOf(problem);
+            m_messages.texts.append(
+                QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
+        }
+        ++m_messages.count;
+    }
+
+    const Messages &messages() const { return m_messages; }
+
+private:
+    /// A validating reader also refuses incomplete items of lists, but the document has them.
+    bool isKept(const Problem &problem)
+    {
+        const QString className = problem.steps.isEmpty() ? QString() : problem.steps.last().member;
+        const QString key = className + QLatin1Char('/') + problem.member;
+        const auto known = m_isKept.constFind(key);
+        if (known != m_isKept.constEnd())
+            return *known;
+        TunerProperties sample;
+        sample.SetValidate(false);
+        return *m_isKept.insert(key, isListOfObjects(sample, problem.steps, problem.member));
+    }
+
+    Messages m_messages;
+    QHash<QString, bool> m_isKept; // by class and member
+};
+
+ExitStatus change(Document &document, const Messages &lost, const Invocation &invocation)
 {
     const FileName &name = document.input.name();
     const QString file = name.shown();
     const bool mayHaveProblems = invocation.isSet(noValidate());
     TunerProperties &tuner = document.tuner;
-    const Messages lost = mayHaveProblems ? Messages() : xmlOnlyProblems(document);
     if (lost.count > 0)
         return reportAll(file, lost);
     const TunerProperties before = tuner;
@@ -218,9 +256,13 @@ ExitStatus run(const Invocation &invocation)
         throw WrongUsage(invocation.isSet(unset())
                              ? QStringLiteral("'set --unset' takes no value")
                              : QStringLiteral("'set' requires a value; use --unset to remove the value"));
-    Document document(invocation.file(0), Options::reading(invocation));
+    LostContent lost;
+    ProblemVisitor visitor;
+    if (!invocation.isSet(noValidate()))
+        visitor = [&](const Problem &problem) { lost.add(problem); };
+    Document document(invocation.file(0), Options::reading(invocation), visitor);
     try {
-        return change(document, invocation);
+        return change(document, lost.messages(), invocation);
     } catch (const PathFailure &failure) {
         return report(document.input.shownName(), failure.text());
     }

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Validate.h"
 
-#include "console/Console.h"
-#include "documents/XmlProblems.h"
-
 using JobXml::Problem;
-using JobXml::TunerProperties;
 
 namespace {
 
@@ -40,46 +36,14 @@ QString shortLabel(const QString &label, int index)
     return label.left(nameSize) + position + beginning(label, head).mid(nameSize) + ellipsis + QLatin1Char('"');
 }
 
-Finding findingOf(const XmlProblem &problem)
-{
-    return {{}, problem.line, problem.column, shortMessage(problem.message)};
-}
-
-/// What counts of a problem that is not listed.
-Finding unlisted(const XmlProblem &problem)
-{
-    return {{}, problem.line, problem.column, {}};
-}
-
-Finding unlisted(const Problem &)
-{
-    return {};
-}
-
-/// Adds what a validating reader rejects although nothing else was found, for example in a value that a later one has
-/// replaced.
-void addTheRest(Findings &findings, Input &input, Form form)
-{
-    if (form == Form::Xml) {
-        if (const auto refusal = firstXmlRefusal(input.bytes()))
-            findings.add(findingOf(*refusal));
-        return;
-    }
-    TunerProperties validating;
-    try {
-        Forms::load(validating, input, form);
-    } catch (const FileFailure &failure) {
-        const QString name = input.shownName() + QStringLiteral(": ");
-        const QString text = failure.text();
-        findings.add({{}, 0, 0, shortMessage(text.startsWith(name) ? text.mid(name.size()) : text)});
-    }
-}
-
 } // namespace
 
 Finding findingOf(const Problem &problem)
 {
-    Finding result{{}, 0, 0, shortMessage(problem.message), problem.steps};
+    Finding result{{}, problem.line, problem.column, shortMessage(problem.message)};
+    if (result.hasLocation())
+        return result;
+    result.steps = problem.steps;
     for (int i = 0; i < problem.path.size(); ++i)
         result.path.append(shortLabel(problem.path.at(i), problem.steps.at(i).index));
     return result;
@@ -91,6 +55,15 @@ QString Finding::text(const QString &fileName) const
         return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column) + message;
     const QString where = path.isEmpty() ? QString() : path.join(QStringLiteral(" / ")) + QStringLiteral(": ");
     return fileName + QStringLiteral(": ") + where + message;
+}
+
+void Findings::add(const Problem &problem)
+{
+    if (problem.xmlOnly)
+        return;
+    if (m_listed.size() < m_most)
+        m_listed.append(findingOf(problem));
+    ++m_count;
 }
 
 QString countText(qint64 count, int listed)
@@ -109,21 +82,4 @@ QStringList Findings::lines(const QString &fileName) const
         result.append(fileName + QStringLiteral(": ") + countText(m_count, m_listed.size())
                       + QStringLiteral("; use --max-problems to list more"));
     return result;
-}
-
-Findings findProblems(const TunerProperties &document, Input &input, Form form, int most)
-{
-    Findings findings(most);
-    const auto add = [&](const auto &problem) {
-        findings.add(findings.hasRoom() ? findingOf(problem) : unlisted(problem));
-    };
-    if (form == Form::Xml)
-        findXmlProblems(input.bytes(), add);
-    document.VisitProblems([&](const Problem &problem) {
-        if (!problem.xmlOnly) // other forms carry it, and XML never holds it
-            add(problem);
-    });
-    if (findings.isEmpty())
-        addTheRest(findings, input, form);
-    return findings;
 }

@@ -7,9 +7,6 @@
 
 #include <jobxml/TunerProperties.h>
 
-#include "documents/Forms.h"
-#include "documents/Input.h"
-
 /// A reason why a document is invalid. It has either a location in an XML file, line and column counted from 1, or a
 /// path in the document, which is empty for the document itself.
 struct Finding
@@ -27,7 +24,7 @@ struct Finding
 };
 
 /// A problem with label and message shortened if they are long: many problems may have the same long label. A shortened
-/// label includes the position of the object.
+/// label includes the position of the object. A problem with a location has no path.
 Finding findingOf(const JobXml::Problem &problem);
 
 /// "3001 problems; only the first 100 are listed"
@@ -42,22 +39,18 @@ public:
     /// Keeps at most that many.
     explicit Findings(int most) : m_most(most) { }
 
-    void add(const Finding &finding)
-    {
-        if (hasRoom())
-            m_listed.append(finding);
-        ++m_count;
-        if (finding.hasLocation())
-            ++m_locatedCount;
-    }
+    /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
+    /// XML never holds them.
+    void add(const JobXml::Problem &problem);
 
-    /// Whether the next problem would be kept.
-    bool hasRoom() const { return m_listed.size() < m_most; }
+    /// Adds problems, as long as this object exists.
+    JobXml::ProblemVisitor collector()
+    {
+        return [this](const JobXml::Problem &problem) { add(problem); };
+    }
 
     const QVector<Finding> &listed() const { return m_listed; }
     qint64 count() const { return m_count; }
-    /// The number of problems with a location in an XML file.
-    qint64 locatedCount() const { return m_locatedCount; }
     bool isEmpty() const { return m_count == 0; }
 
     /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more.
@@ -67,9 +60,4 @@ private:
     int m_most = 0;
     QVector<Finding> m_listed;
     qint64 m_count = 0;
-    qint64 m_locatedCount = 0;
 };
-
-/// Finds all problems that reader and writers report while validating; the first `most` are listed. The document must
-/// have been loaded from the input while not validating.
-Findings findProblems(const JobXml::TunerProperties &document, Input &input, Form form, int most);
