@@ -50,6 +50,7 @@ public:
 
         add("xml_text", name, choice + xml);
         add("xml_file", name, choice + xml);
+        add("xml_sources", name, QByteArray(2, char(number)) + xml);
         add("record", name, choice + tagged.mid(4)); // without the leading word
         add("representation", name, choice + tagged);
         add("compressed", name, choice + compressed);

@@ -8,7 +8,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-all_targets=(xml_text xml_file xml_watch record representation compressed snapshot differential json paths command_line)
+all_targets=(xml_text xml_file xml_watch xml_sources record representation compressed snapshot differential json paths command_line)
 build=build/fuzz
 logs=$build/logs
 findings=$build/findings

@@ -17,6 +17,7 @@ build_packages=(
     qttools5-dev-tools # lrelease, the compiler of the translation catalogs
     zlib1g-dev         # the compressed form
     nlohmann-json3-dev # JSON, for the tool
+    libmimalloc-dev    # the allocator of the tool
     libxml2-utils      # xmllint, for the tests: checks documents against the schema
     python3            # for the tests: an independent reader and writer of the formats
     util-linux         # setpriv, for the tests: runs programs as a user without privileges
@@ -35,6 +36,7 @@ bench_packages=(
     protobuf-compiler libprotobuf-dev
     libpugixml-dev
     xsdcxx libxerces-c-dev # CodeSynthesis XSD and the library that its code needs
+    libjemalloc2           # an allocator to compare with
 )
 
 package_packages=(

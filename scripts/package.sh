@@ -65,6 +65,10 @@ check_dependencies() {
     expect_field libtunerproperties-dev Depends "libtunerproperties1 (= $version)"
     expect_field libtunerproperties-dev Depends "qtbase5-dev (>= 5.15)"
     expect_field tunerproperties-tools Depends "libtunerproperties1 (= $version)"
+    dpkg-deb --field "$packages"/tunerproperties-tools_*.deb Depends | grep -q 'libmimalloc2\.0 (>= ' \
+        || die "tunerproperties-tools does not depend on its allocator"
+    ! dpkg-deb --field "$packages"/libtunerproperties1_*.deb Depends | grep mimalloc \
+        || die "libtunerproperties1 depends on an allocator, which is for programs to choose"
     dpkg-deb --field "$packages"/libtunerproperties1_*.deb Depends | grep -q 'libqt5core5a (>= 5\.15' \
         || die "libtunerproperties1 does not depend on Qt"
     dpkg-deb --info "$packages"/libtunerproperties1_*.deb shlibs | sort >"$out/shlibs"

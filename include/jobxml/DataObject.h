@@ -314,6 +314,8 @@ protected:
     bool composeXml(QByteArray &utf8) const override;
     void walkContent(QXmlStreamReader &reader, const QString &name) override;
     bool readXml(const std::function<QByteArray()> &document) override;
+    bool composeBinary(const QDataStream &form, QByteArray &record) const override;
+    int readMembers(const QDataStream &form, const char *members, int size) override;
 
 private:
     friend class ObjectAccess;

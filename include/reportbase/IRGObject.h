@@ -268,6 +268,20 @@ protected:
     /// refused; the base implementation always does, without calling `document`. Throws what ProcessXml() throws.
     virtual bool readXml(const std::function<QByteArray()> &document);
 
+    /// Composes the plain representation, faster than by GetBinary(), in the byte order and version of `form`, which is
+    /// not written to.
+    ///
+    /// Composes the same bytes, null if nothing is written, and throws the same exceptions. Returns false if only
+    /// GetBinary() can write the record; the base implementation always does.
+    virtual bool composeBinary(const QDataStream &form, QByteArray &record) const;
+
+    /// Reads the member records of a representation, `size` bytes in the byte order and version of `form`, faster than
+    /// by SetBinary().
+    ///
+    /// Leaves the object in the same state, and throws the same exceptions. Returns how many bytes it has read. Returns
+    /// -1 and reads nothing if only SetBinary() can read them; the base implementation always does.
+    virtual int readMembers(const QDataStream &form, const char *members, int size);
+
     /// \name LoadXml() and SetXmlString()
     /// For documents of up to `largestSize` bytes, as UTF-8 for the text, and without changing the validate flag.
     /// @{
@@ -338,6 +352,9 @@ private:
     Q_DECL_HIDDEN Failure readDocument(QXmlStreamReader &reader, const QString &source);
     Q_DECL_HIDDEN QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData,
                                              const ReadLimits &limits); // why it failed, or null
+    Q_DECL_HIDDEN QString readMembersIn(const QDataStream &form, const QByteArray &container,
+                                        int begin); // the same, for the bytes from there on
+    Q_DECL_HIDDEN QByteArray composeRepresentation(const QDataStream &form) const; // empty if nothing is written
 
     const ObjectClass *m_class;
     mutable EnvironmentPointer m_environment;

@@ -32,7 +32,7 @@ QBuffer *bufferOf(const QDataStream &stream)
 {
     QIODevice *const device = stream.device();
     if (!device || typeid(*device) != typeid(QBuffer) || stream.status() != QDataStream::Ok
-        || stream.version() < versionWithNullBytesAndWords64)
+        || !BinaryReader::isReadDirectly(stream))
         return nullptr;
     if (!device->isReadable() || device->isTextModeEnabled() || device->isTransactionStarted())
         return nullptr;
@@ -216,7 +216,26 @@ void BinaryWriter::flushTo(QDataStream &target) const
     target.writeRawData(m_bytes.constData(), int(m_size));
 }
 
+QByteArray BinaryWriter::take()
+{
+    m_bytes.truncate(int(m_size));
+    m_bytes.squeeze(); // the caller may keep it
+    return std::move(m_bytes);
+}
+
 // --- Reading ---------------------------------------------------------------------------------------------------------
+
+bool BinaryReader::isReadDirectly(const QDataStream &form)
+{
+    return form.version() >= versionWithNullBytesAndWords64;
+}
+
+BinaryReader::BinaryReader(const QDataStream &form, const char *bytes, int size, qint64 offset,
+                           const ProblemVisitor *visitor)
+    : Source(false, visitor), m_offset(offset), m_stream(nullptr), m_form(form), m_buffer(nullptr), m_isDirect(true),
+      m_first(bytes), m_begin(bytes), m_at(bytes), m_end(bytes + size)
+{
+}
 
 BinaryReader::BinaryReader(QDataStream &stream, const ProblemVisitor *visitor)
     : BinaryReader(stream, bufferOf(stream), visitor)
@@ -224,13 +243,13 @@ BinaryReader::BinaryReader(QDataStream &stream, const ProblemVisitor *visitor)
 }
 
 BinaryReader::BinaryReader(QDataStream &stream, QBuffer *buffer, const ProblemVisitor *visitor)
-    : Source(buffer == nullptr, visitor), m_stream(stream), m_form(stream), m_buffer(buffer)
+    : Source(buffer == nullptr, visitor), m_stream(&stream), m_form(stream), m_buffer(buffer), m_isDirect(buffer)
 {
     if (!m_buffer)
         return;
     const QByteArray &all = m_buffer->data();
     const qint64 position = std::min(m_buffer->pos(), qint64(all.size()));
-    m_begin = m_at = all.constData() + position;
+    m_first = m_begin = m_at = all.constData() + position;
     m_end = all.constData() + all.size();
 }
 
@@ -242,14 +261,21 @@ BinaryReader::~BinaryReader()
 
 void BinaryReader::resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const
 {
-    location.offset = position;
+    location.offset = position < 0 ? position : position + m_offset;
 }
 
 bool BinaryReader::pastEnd()
 {
     m_at = m_end;
-    m_stream.setStatus(QDataStream::ReadPastEnd);
+    setStatus(QDataStream::ReadPastEnd);
     return false;
+}
+
+// Without a stream, nobody needs the status: the exception that follows says it all.
+void BinaryReader::setStatus(QDataStream::Status status)
+{
+    if (m_stream)
+        m_stream->setStatus(status);
 }
 
 bool BinaryReader::take(bool &value)
@@ -265,7 +291,7 @@ bool BinaryReader::take(bool &value)
 template <class T>
 bool BinaryReader::takeFloat(T &value)
 {
-    if (!m_buffer)
+    if (!m_isDirect)
         return takeByStream(value);
     const bool isDouble = std::is_same_v<T, double> ? !m_form.halvesFloats : m_form.doublesFloats;
     quint64 bits = 0;
@@ -288,7 +314,7 @@ bool BinaryReader::take(double &value)
 
 bool BinaryReader::take(QString &text)
 {
-    if (!m_buffer)
+    if (!m_isDirect)
         return takeByStream(text);
     quint32 size = 0;
     if (!takeWord(size))
@@ -298,7 +324,7 @@ bool BinaryReader::take(QString &text)
         return true;
     }
     if (size % 2 != 0) {
-        m_stream.setStatus(QDataStream::ReadCorruptData);
+        setStatus(QDataStream::ReadCorruptData);
         return false;
     }
     if (m_end - m_at < qint64(size))
@@ -347,8 +373,8 @@ QString BinaryReader::readText(const DataObject &owner)
 
 void BinaryReader::skip(const DataObject &owner, qint32 length, quint32 tag)
 {
-    if (!m_buffer) {
-        if (owner.skipCurrentElement(m_stream, length, int(tag)) < length)
+    if (!m_isDirect) {
+        if (owner.skipCurrentElement(*m_stream, length, int(tag)) < length)
             wrongLength(owner);
         return;
     }
@@ -382,9 +408,9 @@ void BinaryReader::endByStream(qint32 length)
 
 qint64 BinaryReader::bytesLeft() const
 {
-    if (m_buffer)
+    if (m_isDirect)
         return m_end - m_at;
-    return m_stream.device() ? m_stream.device()->bytesAvailable() : 0;
+    return m_stream->device() ? m_stream->device()->bytesAvailable() : 0;
 }
 
 int BinaryReader::itemsWithin(qint32 count) const

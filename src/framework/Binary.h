@@ -8,6 +8,7 @@
 #include <QString>
 #include <QtEndian>
 
+#include "framework/Composition.h"
 #include "framework/Source.h"
 
 class QBuffer;
@@ -29,12 +30,10 @@ struct ByteForm
 
 /// Composes the bytes in memory, exactly as the stream itself would write them, and writes them to the stream at once.
 /// A record's length precedes its payload, and a call of the device for each word would be most of the cost of writing.
-class BinaryWriter
+class BinaryWriter : public WriteTarget
 {
 public:
     explicit BinaryWriter(const QDataStream &target);
-    BinaryWriter(const BinaryWriter &) = delete;
-    BinaryWriter &operator=(const BinaryWriter &) = delete;
 
     void put(quint8 value) { *room(1) = char(value); }
     void put(qint8 value) { put(quint8(value)); }
@@ -70,8 +69,13 @@ public:
     void putRecords(const QByteArray &records);
     /// @}
 
+    /// Discards everything.
+    void restart() { m_size = 0; }
+
     /// Writes everything to the stream.
     void flushTo(QDataStream &target) const;
+    /// Everything, once.
+    QByteArray take();
 
 private:
     char *room(qint64 size)
@@ -100,18 +104,30 @@ private:
     qint64 m_size = 0;
 };
 
-/// Reads from a stream. The bytes of a QBuffer are read directly, and the buffer's position ends up where the stream
-/// would have left it; every other device is read by the stream itself.
+/// Reads bytes in memory or from a stream. The bytes of a QBuffer are read directly, and the buffer's position ends up
+/// where the stream would have left it; every other device is read by the stream itself.
 class BinaryReader final : public Source
 {
 public:
+    /// Reads bytes that a stream with the settings of `form` has written. They must not change while the reader exists,
+    /// and isReadDirectly() of the form must be true. `offset` is that of the first one in the places of problems.
+    BinaryReader(const QDataStream &form, const char *bytes, int size, qint64 offset = 0,
+                 const ProblemVisitor *visitor = nullptr);
     explicit BinaryReader(QDataStream &stream, const ProblemVisitor *visitor = nullptr);
     ~BinaryReader();
 
-    /// Whether reading calls no device, so that no foreign code runs.
-    bool isInMemory() const { return m_buffer != nullptr; }
+    /// Whether bytes of a stream with these settings can be read without it. Streams before version 6 write texts and
+    /// large numbers in forms of their own.
+    static bool isReadDirectly(const QDataStream &form);
 
-    bool atEnd() const { return m_buffer ? m_at == m_end : m_stream.atEnd(); }
+    /// Whether reading calls no device, so that no foreign code runs.
+    bool isInMemory() const { return m_isDirect; }
+
+    bool atEnd() const { return m_isDirect ? m_at == m_end : m_stream->atEnd(); }
+
+    /// How many bytes in memory have been read.
+    int bytesRead() const { return int(m_at - m_begin); }
+    Position position() const { return m_isDirect ? m_at - m_first : -1; }
 
     /// \name For a snapshot, which ends with its stream
     /// Reads a value. Returns false and leaves the value unchanged if the stream ends before it.
@@ -141,7 +157,7 @@ public:
     };
     Head readHead(const DataObject &owner)
     {
-        if (m_buffer && m_end - m_at >= 8) {
+        if (m_isDirect && m_end - m_at >= 8) {
             const Head head{word<quint32>(m_at), word<qint32>(m_at + 4)};
             m_at += 8;
             return head;
@@ -167,7 +183,7 @@ public:
     };
     Bytes readBytes(const DataObject &owner)
     {
-        if (!m_buffer)
+        if (!m_isDirect)
             return readBytesByStream(owner);
         const auto size = read<quint32>(owner);
         if (size == nullMark)
@@ -187,14 +203,14 @@ public:
     /// An unknown record's payload.
     void skip(const DataObject &owner, qint32 length, quint32 tag);
 
-    /// Lets `read` read the payload of a record from the stream itself. If it returns false, the payload is still
-    /// unread.
+    /// Lets `read` read the payload of a record from the stream itself, which there must be. If it returns false, the
+    /// payload is still unread.
     template <class Read>
     bool readByStream(const DataObject &owner, qint32 length, Read &&read)
     {
         const bool fits = beginByStream(length);
-        const bool isRead = fits && read(m_stream);
-        if (!fits || m_stream.status() != QDataStream::Ok)
+        const bool isRead = fits && read(*m_stream);
+        if (!fits || m_stream->status() != QDataStream::Ok)
             wrongLength(owner);
         endByStream(isRead ? length : 0);
         return isRead;
@@ -213,14 +229,15 @@ private:
     void endByStream(qint32 length);
     [[noreturn]] static void wrongLength(const DataObject &owner);
     qint64 bytesLeft() const;
-    /// Sets the stream to its end and to ReadPastEnd, as the stream does itself.
+    /// Goes to the end. Sets the stream to its end and to ReadPastEnd, as the stream does itself.
     bool pastEnd();
+    void setStatus(QDataStream::Status status);
     template <class T>
     bool takeByStream(T &value)
     {
         T read{};
-        m_stream >> read;
-        if (m_stream.status() != QDataStream::Ok)
+        *m_stream >> read;
+        if (m_stream->status() != QDataStream::Ok)
             return false;
         value = std::move(read);
         return true;
@@ -228,7 +245,7 @@ private:
     template <class T>
     bool takeByte(T &value)
     {
-        if (!m_buffer)
+        if (!m_isDirect)
             return takeByStream(value);
         if (m_at == m_end)
             return pastEnd();
@@ -238,7 +255,7 @@ private:
     template <class Word>
     bool takeWord(Word &value)
     {
-        if (!m_buffer)
+        if (!m_isDirect)
             return takeByStream(value);
         if (m_end - m_at < qint64(sizeof(Word)))
             return pastEnd();
@@ -256,10 +273,13 @@ private:
     template <class T>
     bool takeFloat(T &value);
 
-    QDataStream &m_stream;
+    const qint64 m_offset = 0; // of the first byte, in the places of problems
+    QDataStream *const m_stream; // null for bytes in memory
     const ByteForm m_form;
-    QBuffer *m_buffer; // null if the stream itself reads
-    const char *m_begin = nullptr; // of the buffer's unread bytes
+    QBuffer *const m_buffer; // whose bytes are read; null if the stream itself reads, and for bytes in memory
+    const bool m_isDirect; // otherwise the stream itself reads
+    const char *m_first = nullptr; // of the bytes that are read directly
+    const char *m_begin = nullptr; // of those that the buffer has not been moved behind
     const char *m_at = nullptr;
     const char *m_end = nullptr;
     QByteArray m_bytes; // read by the stream, for readBytes()

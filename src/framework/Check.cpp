@@ -196,12 +196,13 @@ bool prepareToWrite(const DataObject &object)
 }
 
 // A child that the parent's check included is not checked again: that would multiply the work by the depth of the tree.
-bool prepareToWrite(const DataObject &child, Child::Preparation preparation)
+// A derived parent may override the operations that check and propagate, so they need not have reached the child.
+bool prepareToWrite(const DataObject &child, const DataObject &parent, bool isChecked)
 {
-    if (preparation == Child::Preparation::Nothing)
+    if (ObjectAccess::isOfDerivedClass(parent))
         return prepareToWrite(child);
     if (ObjectAccess::environment(child)->validate) {
-        if (preparation != Child::Preparation::Checked)
+        if (!isChecked)
             ObjectAccess::behavior(child).check(child, false, nullptr);
         if (!child.HasData())
             return false;

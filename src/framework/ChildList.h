@@ -6,6 +6,7 @@
 
 #include "framework/Child.h"
 #include "framework/ListOf.h"
+#include "framework/XmlOutput.h"
 
 namespace JobXml {
 
@@ -59,14 +60,13 @@ public:
 
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
-        const auto preparation = Child::preparation(object, this->isSet(block)); // a check includes only set members
-        const bool validate = object.GetValidate();
-        for (const Item &item : std::as_const(list(block))) {
+        const bool validate = !output.composition() && object.GetValidate();
+        writeItems(block, output, [&](const Item &item, bool isWritten) {
             if (validate)
                 checkForWriting(object, item);
-            if (this->writesChildren(block))
-                Child::writeXml(item, output, preparation);
-        }
+            if (isWritten)
+                Child::writeXml(item, object, output, this->isSet(block)); // a check includes only set members
+        });
     }
 
     void readXmlElement(DataObject &object, XmlInput &input) const override
@@ -84,14 +84,12 @@ public:
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
-        const ItemList<Item> &items = list(block);
-        const auto preparation = Child::preparation(object, this->isSet(block));
         const auto record = writer.begin(this->tag());
-        writer.put(qint32(items.size()));
-        if (this->writesChildren(block)) {
-            for (const Item &item : items)
-                Child::writeRecord(item, writer, preparation);
-        }
+        writer.put(qint32(list(block).size()));
+        writeItems(block, writer, [&](const Item &item, bool isWritten) {
+            if (isWritten)
+                Child::writeRecord(item, object, writer, this->isSet(block));
+        });
         writer.end(record);
     }
 
@@ -106,6 +104,7 @@ public:
             item.keep(reader);
         };
         for (qint32 i = 0; i < count; ++i) {
+            reader.innermost()->position = reader.position();
             const auto length = reader.read<qint32>(object);
             if (reader.isInMemory())
                 read(NewItem<Storage::InList>(*this, object, environment), length);
@@ -159,6 +158,21 @@ public:
 private:
     using Base::detachedItems;
     using Base::list;
+
+    /// Calls `write` for each item, with whether it is written.
+    template <class Write>
+    void writeItems(Block &block, WriteTarget &target, const Write &write) const
+    {
+        const ItemList<Item> &items = detachedItems(block);
+        const bool areWritten = this->writesChildren(block);
+        if (this->has(Mandatory) && items.isEmpty())
+            target.noteProblem();
+        for (const Item &item : items) {
+            write(item, areWritten);
+            if (target.composition() && !areWritten)
+                skipChild(item, *target.composition());
+        }
+    }
 
     void checkForAppending(const DataObject &object, const Item &item) const final
     {

@@ -6,6 +6,7 @@
 #include "framework/Behavior.h"
 #include "framework/Binary.h"
 #include "framework/Child.h"
+#include "framework/CollectedReading.h"
 #include "framework/Errors.h"
 #include "framework/Member.h"
 #include "framework/Propagation.h"
@@ -16,22 +17,38 @@ namespace JobXml {
 
 bool DataObject::GetBinary(QDataStream &stream, int tag, bool writeTag) const
 {
-    if (!prepareToWrite(*this))
-        return false;
     BinaryWriter writer(stream);
-    const auto record = writeTag ? writer.begin(quint32(tag)) : writer.beginUntagged();
-    ObjectAccess::behavior(*this).writeRecords(*this, writer);
-    if (ObjectAccess::isOfDerivedClass(*this)) {
-        QByteArray own;
-        QDataStream ownStream(&own, QIODevice::WriteOnly);
-        ownStream.setByteOrder(stream.byteOrder());
-        ownStream.setVersion(stream.version());
-        ownStream.setFloatingPointPrecision(stream.floatingPointPrecision());
-        writeOwnRecords(ownStream);
-        writer.putRecords(own);
-    }
-    writer.end(record);
-    writer.flushTo(stream);
+    const bool isWritten = compose(*this, writer, [&] {
+        const auto record = writeTag ? writer.begin(quint32(tag)) : writer.beginUntagged();
+        ObjectAccess::behavior(*this).writeRecords(*this, writer);
+        if (ObjectAccess::isOfDerivedClass(*this)) {
+            QByteArray own;
+            QDataStream ownStream(&own, QIODevice::WriteOnly);
+            ownStream.setByteOrder(stream.byteOrder());
+            ownStream.setVersion(stream.version());
+            ownStream.setFloatingPointPrecision(stream.floatingPointPrecision());
+            writeOwnRecords(ownStream);
+            writer.putRecords(own);
+        }
+        writer.end(record);
+    });
+    if (isWritten)
+        writer.flushTo(stream);
+    return isWritten;
+}
+
+bool DataObject::composeBinary(const QDataStream &form, QByteArray &record) const
+{
+    if (ObjectAccess::isOfDerivedClass(*this))
+        return false; // a derived class may override GetBinary()
+    BinaryWriter writer(form);
+    const bool isWritten = compose(*this, writer, [&] {
+        const auto start = writer.begin(quint32(m_classIdentifier));
+        ObjectAccess::behavior(*this).writeRecords(*this, writer);
+        writer.end(start);
+    });
+    if (isWritten)
+        record = writer.take();
     return true;
 }
 
@@ -42,18 +59,19 @@ bool DataObject::readOwnRecord(QDataStream &, quint32, qint32)
     return false;
 }
 
-void Child::writeRecord(const DataObject &child, BinaryWriter &writer, Preparation preparation)
+void Child::writeRecord(const DataObject &child, const DataObject &parent, BinaryWriter &writer, bool isChecked)
 {
-    if (!prepareToWrite(child, preparation))
+    if (!prepareToWrite(child, parent, writer, isChecked))
         return;
     const auto record = writer.beginUntagged();
     ObjectAccess::behavior(child).writeRecords(child, writer);
     writer.end(record);
 }
 
-void Child::writeRecord(const DataObject &child, BinaryWriter &writer, quint32 tag, Preparation preparation)
+void Child::writeRecord(const DataObject &child, const DataObject &parent, BinaryWriter &writer, quint32 tag,
+                        bool isChecked)
 {
-    if (!prepareToWrite(child, preparation))
+    if (!prepareToWrite(child, parent, writer, isChecked))
         return;
     const auto record = writer.begin(tag);
     ObjectAccess::behavior(child).writeRecords(child, writer);
@@ -70,33 +88,60 @@ void Behavior::writeRecords(const DataObject &object, BinaryWriter &writer) cons
 void DataObject::SetBinary(QDataStream &stream, int length)
 {
     Propagation::propagate(*this);
-    BinaryReader reader(stream);
+    BinaryReader reader(stream, CollectedReading::visitorFor(*this));
     Child::readRecord(*this, reader, length);
+}
+
+namespace {
+
+constexpr int sizeOfHead = 8; // of a representation: the leading word and the length
+
+} // namespace
+
+int DataObject::readMembers(const QDataStream &form, const char *members, int size)
+{
+    if (ObjectAccess::isOfDerivedClass(*this) || !BinaryReader::isReadDirectly(form))
+        return -1; // a derived class may override SetBinary()
+    Propagation::propagate(*this);
+    BinaryReader reader(form, members, size, sizeOfHead, CollectedReading::visitorFor(*this));
+    Child::readRecord(*this, reader, size);
+    return reader.bytesRead();
 }
 
 void Child::readRecord(DataObject &child, BinaryReader &reader, qint32 length)
 {
     ObjectAccess::block(child);
     const ClassInfo &info = ObjectAccess::info(child);
-    qint64 remainder = length; // 64 bits, so that no length in a hostile record can overflow it
-    const ClassInfo::Rows rows = info.writtenOrder();
-    const Member *const *expected = rows.begin(); // objects write them in this order
-    while (remainder > 0 && !reader.atEnd()) {
-        const BinaryReader::Head head = reader.readHead(child);
-        remainder -= 8 + qint64(head.length);
-        if (expected != rows.end() && (*expected)->tag() == head.tag)
-            (*expected++)->readRecord(child, reader, head.length);
-        else
-            info.behavior.readRecord(child, reader, head.tag, head.length);
+    Source::Frame frame(reader, child);
+    try {
+        qint64 remainder = length; // 64 bits, so that no length in a hostile record can overflow it
+        const ClassInfo::Rows rows = info.writtenOrder();
+        const Member *const *expected = rows.begin(); // objects write them in this order
+        while (remainder > 0 && !reader.atEnd()) {
+            frame.position = reader.position();
+            const BinaryReader::Head head = reader.readHead(child);
+            remainder -= 8 + qint64(head.length);
+            if (expected != rows.end() && (*expected)->tag() == head.tag) {
+                frame.member = *expected++;
+                frame.member->readRecord(child, reader, head.length);
+            } else {
+                frame.member = nullptr;
+                info.behavior.readRecord(child, reader, head.tag, head.length);
+            }
+        }
+        if (remainder != 0)
+            Errors::wrongLength(child);
+    } catch (ReportException &exception) {
+        reader.locate(exception);
+        throw;
     }
-    if (remainder != 0)
-        Errors::wrongLength(child);
 }
 
 void Behavior::readRecord(DataObject &object, BinaryReader &reader, quint32 tag, qint32 length) const
 {
     for (const Member *member : ObjectAccess::info(object).writtenOrder()) {
         if (member->tag() == tag) {
+            reader.innermost()->member = member;
             member->readRecord(object, reader, length);
             return;
         }

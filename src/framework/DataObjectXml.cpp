@@ -93,18 +93,17 @@ bool DataObject::composeXml(QByteArray &utf8) const
 {
     if (ObjectAccess::isOfDerivedClass(*this))
         return false; // a derived class may override GetXml()
-    if (!prepareToWrite(*this))
-        return true;
     XmlDocument document;
-    ObjectAccess::behavior(*this).writeElement(*this, document);
+    if (!compose(*this, document, [&] { ObjectAccess::behavior(*this).writeElement(*this, document); }))
+        return true;
     if (document.isExact())
         utf8 = document.takeUtf8();
     return document.isExact();
 }
 
-void Child::writeXml(const DataObject &child, XmlOutput &output, Preparation preparation)
+void Child::writeXml(const DataObject &child, const DataObject &parent, XmlOutput &output, bool isChecked)
 {
-    if (prepareToWrite(child, preparation))
+    if (prepareToWrite(child, parent, output, isChecked))
         ObjectAccess::behavior(child).writeElement(child, output);
 }
 

@@ -102,6 +102,7 @@ public:
     {
         if (isOmitted(block))
             return;
+        noteInvalid(block, output);
         Codec<T>::withText(this->field(block), [&](const auto &text) {
             if (this->has(Attribute))
                 output.writeAttribute(this->text(), text);
@@ -126,6 +127,7 @@ public:
     {
         if (isOmitted(block))
             return;
+        noteInvalid(block, writer);
         const auto record = writer.begin(this->tag());
         Codec<T>::writePayload(writer, this->field(block));
         writer.end(record);
@@ -134,7 +136,8 @@ public:
     // The member's type determines how much is read. A wrong length is detected when the record's lengths are added up.
     void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
-        set(object, Codec<T>::readPayload(reader, object));
+        T value = Codec<T>::readPayload(reader, object);
+        reader.store([&] { set(object, reader.isCollecting() ? value : std::move(value)); });
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -157,6 +160,12 @@ private:
     void storeText(DataObject &object, XmlInput &input, const XmlText &text) const
     {
         input.store([&] { set(object, Codec<T>::fromText(object, this->name(), text)); });
+    }
+
+    void noteInvalid(const Block &block, WriteTarget &target) const
+    {
+        if (!Codec<T>::isValid(this->field(block)))
+            target.noteProblem();
     }
 
     bool isOmitted(const Block &block) const { return this->has(WrittenWhenSet) && !this->isSet(block); }

@@ -47,6 +47,9 @@ public:
     /// The object that is being read; null if it is read untagged, without places.
     Frame *innermost() const { return m_innermost; }
 
+    /// Whether problems are collected, so that what is stored may be needed twice.
+    bool isCollecting() const { return m_visitor != nullptr; }
+
     /// Stores what was read into the innermost object. An exception by which the object refuses it receives the place.
     /// If problems are collected, the exception is one of them, and the action is repeated without validation.
     template <class Action>

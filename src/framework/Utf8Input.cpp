@@ -73,7 +73,12 @@ const char *appendReferred(QString &text, const char *reference)
     quint32 character = 0;
     if (reference[1] == '#') {
         const char *const end = XmlBytes::readCharacterReference(reference, character);
-        text += QString::fromUcs4(&character, 1);
+        if (QChar::requiresSurrogates(character)) {
+            text += QChar(QChar::highSurrogate(character));
+            text += QChar(QChar::lowSurrogate(character));
+        } else {
+            text += QChar(ushort(character)); // QString::fromUcs4() would drop a byte order mark
+        }
         return end;
     }
     static constexpr struct

@@ -25,6 +25,15 @@ bool isPlain(ushort character)
 
 XmlDocument::XmlDocument()
 {
+    restart();
+}
+
+void XmlDocument::restart()
+{
+    m_size = 0;
+    m_names.clear();
+    m_isInStartTag = false;
+    m_isExact = true;
     append(QLatin1String("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"));
 }
 

@@ -23,6 +23,9 @@ public:
     void writeTextElement(const QString &name, const QString &text) override;
     void writeTextElement(const QString &name, QLatin1String number) override;
 
+    /// Discards everything.
+    void restart();
+
     /// False if the document contains a name or a text that only QXmlStreamWriter can write correctly.
     bool isExact() const { return m_isExact; }
 

@@ -3,18 +3,16 @@
 
 #include <QString>
 
+#include "framework/Composition.h"
+
 class QXmlStreamWriter;
 
 namespace JobXml {
 
 /// The target of an object's XML. Texts of numbers are ASCII and contain nothing to escape.
-class XmlOutput
+class XmlOutput : public WriteTarget
 {
 public:
-    XmlOutput() = default;
-    XmlOutput(const XmlOutput &) = delete;
-    XmlOutput &operator=(const XmlOutput &) = delete;
-
     virtual void writeStartElement(const QString &name) = 0;
     virtual void writeEndElement() = 0;
     virtual void writeAttribute(const QString &name, const QString &text) = 0;

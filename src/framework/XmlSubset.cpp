@@ -188,7 +188,8 @@ private:
                     return false;
                 break;
             case ']':
-                if (startsWith("]]>"sv))
+                // The reader also refuses "&#93;]>", which is well-formed.
+                if (startsWith("]]>"sv) || (m_at[1] == '>' && m_at[-1] == ';'))
                     return false;
                 ++m_at;
                 break;
@@ -275,7 +276,7 @@ private:
         }
     }
 
-    /// Empty if there is none.
+    /// Empty if there is none, or if it is too long.
     std::string_view takeName()
     {
         const char *const begin = m_at;
@@ -284,6 +285,8 @@ private:
                 ++m_at;
             } while (is(*m_at, XmlBytes::InName));
         }
+        if (m_at - begin > XmlSubset::LongestName)
+            return {};
         return {begin, std::size_t(m_at - begin)};
     }
 

@@ -100,4 +100,18 @@ struct Failure
     ErrorLocation location;
 };
 
+/// Calls the function. An exception of the object receives the name of the source.
+template <class Read>
+auto located(const QString &source, Read &&read)
+{
+    try {
+        return read();
+    } catch (ReportException &exception) {
+        ErrorLocation location = exception.GetLocation();
+        location.source = source;
+        exception.SetLocation(location);
+        throw;
+    }
+}
+
 } // namespace REPORTGENERATOR

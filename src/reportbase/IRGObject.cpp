@@ -21,6 +21,13 @@ namespace {
 const QString noName;
 constexpr ObjectClass noClass{noName, 0};
 
+ObjectState::Members stateOfType(ObjectTypes type)
+{
+    ObjectState::Members members;
+    members.type = type;
+    return members;
+}
+
 } // namespace
 
 QDebug operator<<(QDebug debug, ObjectTypes type)
@@ -34,10 +41,7 @@ QDebug operator<<(QDebug debug, ObjectTypes type)
 
 IRGObject::IRGObject() : IRGObject(noClass) { }
 
-IRGObject::IRGObject(ObjectTypes type) : IRGObject(noClass)
-{
-    changeState([=](ObjectState::Members &state) { state.type = type; });
-}
+IRGObject::IRGObject(ObjectTypes type) : IRGObject(noClass, ObjectState::make(true, nullptr, stateOfType(type))) { }
 
 IRGObject::~IRGObject() = default;
 
@@ -178,9 +182,7 @@ void IRGObject::ResetLogger() const
 EnvironmentPointer IRGObject::environmentForCopy() const
 {
     // The const_cast is for GetObjectType(), which only reads although it is not const.
-    ObjectState::Members members;
-    members.type = const_cast<IRGObject &>(*this).GetObjectType();
-    return ObjectState::make(GetValidate(), nullptr, std::move(members));
+    return ObjectState::make(GetValidate(), nullptr, stateOfType(const_cast<IRGObject &>(*this).GetObjectType()));
 }
 
 void IRGObject::replaceEnvironment(const EnvironmentPointer &environment) const

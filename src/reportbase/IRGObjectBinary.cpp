@@ -17,21 +17,12 @@ namespace Framing = RepresentationFraming;
 
 namespace {
 
-/// The plain representation; empty if the object writes nothing.
-QByteArray composePlain(const IRGObject &object, qint64 classIdentifier, const Framing::Settings &settings)
+/// A stream without a device, for operations that take the settings of a stream.
+class OwnForm final : public QDataStream
 {
-    Framing::MemoryStream memory(settings);
-    const bool isWritten = object.GetBinary(memory.stream(), int(quint32(classIdentifier)), true);
-    return isWritten ? memory.bytes() : QByteArray();
-}
-
-/// The compressed representation; empty if the object writes nothing. Throws a Refusal if it is too large.
-QByteArray composeCompressed(const IRGObject &object, qint64 classIdentifier, const Framing::Settings &settings,
-                             int level)
-{
-    const QByteArray plain = composePlain(object, classIdentifier, settings);
-    return plain.isEmpty() ? QByteArray() : Framing::compressed(plain, settings, level);
-}
+public:
+    OwnForm() { Framing::OwnSettings.applyTo(*this); }
+};
 
 } // namespace
 
@@ -49,8 +40,15 @@ bool IRGObject::SetBinaryRepresentation(const QByteArray &representation)
 bool IRGObject::SetBinaryRepresentation(const QByteArray &representation, const ReadLimits &limits)
 {
     clearError();
-    Framing::MemoryStream memory(representation, Framing::OwnSettings);
-    const QString failure = readRepresentation(memory.stream(), true, limits);
+    QString failure;
+    try {
+        const auto members = Framing::membersOf(representation, Framing::OwnSettings, quint32(m_classIdentifier),
+                                                GetObjectName(), limits);
+        failure = located(FailureTexts::binaryData(),
+                          [&] { return readMembersIn(OwnForm(), members.container, members.begin); });
+    } catch (const Framing::Refusal &refusal) {
+        failure = refusal.why;
+    }
     return failure.isNull() || fail(Failure(FailureTexts::binaryData(), failure));
 }
 
@@ -62,7 +60,8 @@ bool IRGObject::SetBinaryRepresentation(QDataStream &stream)
 bool IRGObject::SetBinaryRepresentation(QDataStream &stream, const ReadLimits &limits)
 {
     clearError();
-    const QString failure = readRepresentation(stream, false, limits);
+    const QString failure =
+        located(FailureTexts::binaryData(), [&] { return readRepresentation(stream, false, limits); });
     return failure.isNull() || fail(Failure(FailureTexts::binaryData(), failure));
 }
 
@@ -92,7 +91,7 @@ bool IRGObject::LoadBinary(QFile *file, const ReadLimits &limits)
 
     QDataStream stream(file);
     Framing::OwnSettings.applyTo(stream);
-    const QString failure = readRepresentation(stream, true, limits);
+    const QString failure = located(access.name(), [&] { return readRepresentation(stream, true, limits); });
     if (!access.readFailure().isNull())
         return fail(access.readFailure()); // the data seem truncated then, but the device has failed
     return failure.isNull() || fail(Failure(access.name(), failure));
@@ -100,43 +99,71 @@ bool IRGObject::LoadBinary(QFile *file, const ReadLimits &limits)
 
 QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd, const ReadLimits &limits)
 {
-    QByteArray members;
+    const auto afterRecord = toTheEnd ? Framing::AfterRecord::Nothing : Framing::AfterRecord::Anything;
     try {
-        members =
-            Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(),
-                                 toTheEnd ? Framing::AfterRecord::Nothing : Framing::AfterRecord::Anything, limits);
+        const auto members =
+            Framing::takeMembers(stream, quint32(m_classIdentifier), GetObjectName(), afterRecord, limits);
+        return readMembersIn(stream, members.container, members.begin);
     } catch (const Framing::Refusal &refusal) {
         return refusal.why;
     }
+}
 
-    Framing::MemoryStream memory(members, Framing::Settings::of(stream));
-    QDataStream &memberStream = memory.stream();
+QString IRGObject::readMembersIn(const QDataStream &form, const QByteArray &container, int begin)
+{
+    const int size = container.size() - begin;
     try {
-        SetBinary(memberStream, members.size());
+        const int read = readMembers(form, container.constData() + begin, size);
+        if (read >= 0)
+            return read == size ? QString() : FailureTexts::membersEndEarly(read, size);
+
+        Framing::MemoryStream memory(begin == 0 ? container : container.mid(begin), Framing::Settings::of(form));
+        QDataStream &stream = memory.stream();
+        SetBinary(stream, size);
+        // An object may not detect inconsistent lengths inside the record; damaged data must never be accepted as good
+        // ones.
+        if (stream.status() != QDataStream::Ok)
+            return FailureTexts::membersCutOff(size);
+        if (stream.device()->pos() != size)
+            return FailureTexts::membersEndEarly(stream.device()->pos(), size);
+        return QString();
     } catch (const std::bad_alloc &) {
-        rethrowUnlessLarge(members.size());
-        return FailureTexts::outOfMemory(members.size(), LongestText);
+        rethrowUnlessLarge(size);
+        return FailureTexts::outOfMemory(size, LongestText);
     }
-    // An object may not detect inconsistent lengths inside the record; damaged data must never be accepted as good
-    // ones.
-    if (memberStream.status() != QDataStream::Ok)
-        return FailureTexts::membersCutOff(members.size());
-    if (memberStream.device()->pos() != members.size())
-        return FailureTexts::membersEndEarly(memberStream.device()->pos(), members.size());
-    return QString();
+}
+
+bool IRGObject::composeBinary(const QDataStream &, QByteArray &) const
+{
+    return false;
+}
+
+int IRGObject::readMembers(const QDataStream &, const char *, int)
+{
+    return -1;
+}
+
+QByteArray IRGObject::composeRepresentation(const QDataStream &form) const
+{
+    QByteArray record;
+    if (composeBinary(form, record))
+        return record;
+    Framing::MemoryStream memory(Framing::Settings::of(form));
+    const bool isWritten = GetBinary(memory.stream(), int(quint32(m_classIdentifier)), true);
+    return isWritten ? memory.bytes() : QByteArray();
 }
 
 void IRGObject::GetBinaryRepresentation(QDataStream &stream) const
 {
     clearError();
-    const QByteArray plain = composePlain(*this, m_classIdentifier, Framing::Settings::of(stream));
+    const QByteArray plain = composeRepresentation(stream);
     stream.writeRawData(plain.constData(), plain.size());
 }
 
 QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
 {
     clearError();
-    return composePlain(*this, m_classIdentifier, Framing::OwnSettings);
+    return composeRepresentation(OwnForm());
 }
 
 // These do not change the object, although they are not const in the contract. Classes may override them.
@@ -154,8 +181,9 @@ void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level
 {
     clearError();
     try {
-        const QByteArray compressed = composeCompressed(*this, m_classIdentifier, Framing::Settings::of(stream), level);
-        stream.writeRawData(compressed.constData(), compressed.size());
+        const QByteArray bytes =
+            Framing::compressed(composeRepresentation(stream), Framing::Settings::of(stream), level);
+        stream.writeRawData(bytes.constData(), bytes.size());
     } catch (const Framing::Refusal &refusal) {
         fail(Failure(FailureTexts::binaryData(), refusal.why));
     }
@@ -171,14 +199,14 @@ QByteArray IRGObject::GetCompressedBinaryRepresentationAsQByteArray(int level)
 bool IRGObject::SaveBinary(const QString &path) const
 {
     clearError();
-    return save(path, composePlain(*this, m_classIdentifier, Framing::OwnSettings));
+    return save(path, composeRepresentation(OwnForm()));
 }
 
 bool IRGObject::SaveCompressedBinary(const QString &path, int level) const
 {
     clearError();
     try {
-        return save(path, composeCompressed(*this, m_classIdentifier, Framing::OwnSettings, level));
+        return save(path, Framing::compressed(composeRepresentation(OwnForm()), Framing::OwnSettings, level));
     } catch (const Framing::Refusal &refusal) {
         return fail(Failure(path, refusal.why));
     }

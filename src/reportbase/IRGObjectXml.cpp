@@ -104,20 +104,6 @@ private:
     QXmlStreamReader &m_reader;
 };
 
-/// Calls the function. An exception of the object receives the name of the source.
-template <class Read>
-bool located(const QString &source, Read &&read)
-{
-    try {
-        return read();
-    } catch (ReportException &exception) {
-        ErrorLocation location = exception.GetLocation();
-        location.source = source;
-        exception.SetLocation(location);
-        throw;
-    }
-}
-
 /// Whether the document seems truncated because the watch has ended it.
 bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
 {

@@ -48,6 +48,13 @@ void checkFollowing(qint64 length, qint64 following, AfterRecord afterRecord)
         throw Refusal{FailureTexts::wrongLength(length, following)};
 }
 
+void writeHead(const Head &head, const Settings &settings, char *bytes)
+{
+    const bool isLittleEndian = settings.byteOrder == QDataStream::LittleEndian;
+    qToUnaligned(isLittleEndian ? qToLittleEndian(head.word) : qToBigEndian(head.word), bytes);
+    qToUnaligned(isLittleEndian ? qToLittleEndian(head.length) : qToBigEndian(head.length), bytes + 4);
+}
+
 void checkWord(quint32 found, quint32 word, const QString &objectName)
 {
     if (found != word)
@@ -103,11 +110,24 @@ Record takeRecord(QDataStream &stream, AfterRecord afterRecord, const ReadLimits
     return record;
 }
 
-QByteArray expand(const QByteArray &compressed, const ReadLimits &limits)
+/// Checks a record that is in memory as a whole, and returns its leading word.
+template <typename CheckWord>
+quint32 checkRecord(const QByteArray &record, const Settings &settings, const ReadLimits &limits, CheckWord &&checkWord)
+{
+    if (record.size() < HeadSize)
+        throw Refusal{FailureTexts::headCutOff(record.size())};
+    const Head head = readHead(record.constData(), settings);
+    checkWord(head.word);
+    checkFollowing(head.length, record.size() - HeadSize, AfterRecord::Nothing);
+    checkLength(head, limits);
+    return head.word;
+}
+
+QByteArray expand(const Part &compressed, const ReadLimits &limits)
 {
     if (compressed.size() < SizeWord)
         throw Refusal{FailureTexts::damagedCompression()};
-    const qint64 declared = declaredSize(compressed.constData());
+    const qint64 declared = declaredSize(compressed.data());
     checkExpansion(declared, compressed.size(), limits);
 
     // Not with qUncompress(), which treats the declared size as a hint and ignores data after the compressed bytes.
@@ -115,7 +135,7 @@ QByteArray expand(const QByteArray &compressed, const ReadLimits &limits)
     uLongf plainSize = uLongf(declared);
     uLong consumed = uLong(compressed.size() - SizeWord);
     const int status = uncompress2(reinterpret_cast<Bytef *>(plain.data()), &plainSize,
-                                   reinterpret_cast<const Bytef *>(compressed.constData()) + SizeWord, &consumed);
+                                   reinterpret_cast<const Bytef *>(compressed.data()) + SizeWord, &consumed);
     if (status == Z_MEM_ERROR)
         throw std::bad_alloc();
     if (status != Z_OK || plainSize != uLongf(declared) || consumed != uLong(compressed.size() - SizeWord))
@@ -123,20 +143,32 @@ QByteArray expand(const QByteArray &compressed, const ReadLimits &limits)
     return plain;
 }
 
-// The result of qCompress(), which would print a message and return nothing if memory runs out.
-QByteArray shrink(const QByteArray &plain, int level)
+/// The member records of a compressed record with this payload.
+Part membersOfCompressed(const Part &payload, const Settings &settings, quint32 word, const QString &objectName,
+                         const ReadLimits &limits)
 {
+    const QByteArray plain = expand(payload, limits);
+    checkRecord(plain, settings, ReadLimits(),
+                [&](quint32 found) { checkWord(found, word, objectName); }); // compressed only once
+    return {plain, HeadSize};
+}
+
+// The payload is the result of qCompress(), which would print a message and return nothing if memory runs out.
+QByteArray shrink(const QByteArray &plain, const Settings &settings, int level)
+{
+    constexpr int before = HeadSize + SizeWord;
     if (level < Z_NO_COMPRESSION || level > Z_BEST_COMPRESSION)
         level = Z_DEFAULT_COMPRESSION;
     uLongf size = compressBound(uLong(plain.size()));
-    QByteArray compressed(SizeWord + int(size), Qt::Uninitialized);
-    qToBigEndian(quint32(plain.size()), compressed.data());
+    QByteArray compressed(before + int(size), Qt::Uninitialized);
     // With a buffer of this size, it can only fail for one reason.
-    if (compress2(reinterpret_cast<Bytef *>(compressed.data()) + SizeWord, &size,
+    if (compress2(reinterpret_cast<Bytef *>(compressed.data()) + before, &size,
                   reinterpret_cast<const Bytef *>(plain.constData()), uLong(plain.size()), level)
         != Z_OK)
         throw std::bad_alloc();
-    compressed.resize(SizeWord + int(size));
+    compressed.resize(before + int(size));
+    writeHead({CompressedMark, SizeWord + qint32(size)}, settings, compressed.data());
+    qToBigEndian(quint32(plain.size()), compressed.data() + HeadSize);
     return compressed;
 }
 
@@ -151,7 +183,8 @@ void Settings::applyTo(QDataStream &stream) const
 {
     stream.setByteOrder(byteOrder);
     stream.setVersion(version);
-    stream.setFloatingPointPrecision(precision);
+    if (stream.floatingPointPrecision() != precision) // setting it allocates memory
+        stream.setFloatingPointPrecision(precision);
 }
 
 MemoryStream::MemoryStream(const Settings &settings)
@@ -195,32 +228,36 @@ void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &li
         throw Refusal{FailureTexts::expandsTooFar(declared, compressedSize, limit)};
 }
 
-QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, AfterRecord afterRecord,
-                       const ReadLimits &limits)
+Part takeMembers(QDataStream &stream, quint32 word, const QString &objectName, AfterRecord afterRecord,
+                 const ReadLimits &limits)
 {
     if (!stream.device() || !stream.device()->isReadable() || stream.status() != QDataStream::Ok)
         throw Refusal{FailureTexts::unusableStream()};
 
     const Record outer =
         takeRecord(stream, afterRecord, limits, [&](quint32 found) { checkForm(found, word, objectName, limits); });
-    if (outer.word != CompressedMark)
-        return outer.payload;
+    const Part payload{outer.payload};
+    return outer.word == CompressedMark ? membersOfCompressed(payload, Settings::of(stream), word, objectName, limits)
+                                        : payload;
+}
 
-    MemoryStream inner(expand(outer.payload, limits), Settings::of(stream));
-    return takeRecord(inner.stream(), AfterRecord::Nothing, ReadLimits(),
-                      [&](quint32 found) { checkWord(found, word, objectName); }) // compressed only once
-        .payload;
+Part membersOf(const QByteArray &representation, const Settings &settings, quint32 word, const QString &objectName,
+               const ReadLimits &limits)
+{
+    const quint32 leadingWord = checkRecord(representation, settings, limits,
+                                            [&](quint32 found) { checkForm(found, word, objectName, limits); });
+    const Part payload{representation, HeadSize};
+    return leadingWord == CompressedMark ? membersOfCompressed(payload, settings, word, objectName, limits) : payload;
 }
 
 QByteArray compressed(const QByteArray &plain, const Settings &settings, int level)
 {
+    if (plain.isEmpty())
+        return plain;
     constexpr qint64 largest = ReadLimits().largestExpandedSize; // what readers accept without other limits
     if (plain.size() > largest)
         throw Refusal{FailureTexts::tooLargeToCompress(plain.size(), largest)};
-    const QByteArray payload = shrink(plain, level);
-    MemoryStream head(settings);
-    head.stream() << CompressedMark << qint32(payload.size());
-    return head.bytes() + payload;
+    return shrink(plain, settings, level);
 }
 
 } // namespace REPORTGENERATOR::RepresentationFraming

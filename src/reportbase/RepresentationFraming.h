@@ -88,12 +88,27 @@ qint64 declaredSize(const char *compressed);
 /// Throws a Refusal if `compressedSize` bytes must not expand to `declared` bytes.
 void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &limits);
 
+/// Bytes that contain something up to their end: a payload, or the member records of a representation.
+struct Part
+{
+    QByteArray container;
+    int begin = 0;
+
+    const char *data() const { return container.constData() + begin; }
+    int size() const { return container.size() - begin; }
+};
+
 /// Reads one record, plain or compressed, from the stream and returns its member records. Throws a Refusal if it is not
 /// the record of the class `word`, not complete, or beyond the limits.
-QByteArray takeMembers(QDataStream &stream, quint32 word, const QString &objectName, AfterRecord afterRecord,
-                       const ReadLimits &limits);
+Part takeMembers(QDataStream &stream, quint32 word, const QString &objectName, AfterRecord afterRecord,
+                 const ReadLimits &limits);
 
-/// The compressed form of `plain`; `level` as for qCompress(). Throws a Refusal if no reader would accept it.
+/// The same for a whole representation in memory, without copying it.
+Part membersOf(const QByteArray &representation, const Settings &settings, quint32 word, const QString &objectName,
+               const ReadLimits &limits);
+
+/// The compressed form of `plain`, empty if that is; `level` as for qCompress(). Throws a Refusal if no reader would
+/// accept it.
 QByteArray compressed(const QByteArray &plain, const Settings &settings, int level);
 
 } // namespace REPORTGENERATOR::RepresentationFraming

@@ -96,6 +96,7 @@ public:
 
     void writeXml(const DataObject &, Block &block, XmlOutput &output) const override
     {
+        noteProblems(block, output);
         for (const Mode mode : std::as_const(detachedItems(block)))
             output.writeTextElement(text(), modeNames.name(int(mode)));
     }
@@ -109,6 +110,7 @@ public:
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
     {
+        noteProblems(block, writer);
         const QVector<Mode> &modes = detachedItems(block);
         const auto list = writer.begin(tag());
         writer.put(qint32(modes.size()));
@@ -124,8 +126,10 @@ public:
     {
         const auto count = reader.read<qint32>(object);
         for (qint32 i = 0; i < count; ++i) {
+            reader.innermost()->position = reader.position();
             reader.read<qint32>(object); // the entry's length; its text contains it again
-            append(object, modeOf(reader.readText(object)));
+            const Mode mode = modeOf(reader.readText(object));
+            reader.store([&] { append(object, mode); });
         }
     }
 
@@ -152,6 +156,12 @@ public:
     }
 
 private:
+    void noteProblems(Block &block, WriteTarget &target) const
+    {
+        if (!isPresent(block) || isInvalid(block))
+            target.noteProblem();
+    }
+
     void checkForAppending(const DataObject &object, const Mode &mode) const override
     {
         if (object.GetValidate() && !isMode(mode))

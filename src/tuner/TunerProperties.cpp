@@ -170,7 +170,9 @@ public:
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {
         if (isSet(block))
-            Child::writeXml(field(block), output, Child::preparation(object, true));
+            Child::writeXml(field(block), object, output, true);
+        else if (output.composition())
+            skipChild(field(block), *output.composition());
     }
 
     void readXmlElement(DataObject &object, XmlInput &input) const override
@@ -182,7 +184,9 @@ public:
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (isSet(block))
-            Child::writeRecord(field(block), writer, tag(), Child::preparation(object, true));
+            Child::writeRecord(field(block), object, writer, tag(), true);
+        else if (writer.composition())
+            skipChild(field(block), *writer.composition());
     }
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override

@@ -6,6 +6,7 @@
 #include "framework/Member.h"
 #include "framework/NewObject.h"
 #include "framework/Table.h"
+#include "framework/XmlOutput.h"
 #include "module/NameList.h"
 #include "module/UnitStatics.h"
 #include "values/Alternatives.h"
@@ -121,7 +122,7 @@ public:
     {
         // The item's check does not include the alternative, so it is checked here, and also in writeRecord().
         if (writesChildren(block))
-            Child::writeXml(alternative(block), output, Child::preparation(object, false));
+            Child::writeXml(alternative(block), object, output, false);
     }
 
     void readXmlElement(DataObject &object, XmlInput &input) const override
@@ -135,7 +136,7 @@ public:
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
     {
         if (writesChildren(block))
-            Child::writeRecord(alternative(block), writer, this->tag(), Child::preparation(object, false));
+            Child::writeRecord(alternative(block), object, writer, this->tag(), false);
     }
 
     void readRecord(DataObject &object, BinaryReader &reader, qint32 length) const override
@@ -335,6 +336,22 @@ class ItemBehavior final : public Behavior
         propagation.propagateTo(data.state.environment);
     }
 
+    // Departs: writes the chosen alternative alone, and propagates to the others.
+    void writeElement(const DataObject &item, XmlOutput &output) const override
+    {
+        output.writeStartElement(item.GetObjectName());
+        Block &own = ObjectAccess::block(item);
+        if (const Member *chosen = chosenForWriting(own, output))
+            chosen->writeXml(item, own, output);
+        output.writeEndElement();
+    }
+    void writeRecords(const DataObject &item, BinaryWriter &writer) const override
+    {
+        Block &own = ObjectAccess::block(item);
+        if (const Member *chosen = chosenForWriting(own, writer))
+            chosen->writeRecord(item, own, writer);
+    }
+
     // Departs: also stores the environment of a copy, for alternatives that are created later.
     void propagateToCopies(const DataObject &copy) const override
     {
@@ -369,6 +386,30 @@ class ItemBehavior final : public Behavior
             return false;
         stateOf(ObjectAccess::block(item)).choice = Choice(choice);
         return readSnapshotMembers(item, reader);
+    }
+
+private:
+    /// The row to write; null if nothing is chosen or set.
+    static const Member *chosenForWriting(Block &own, WriteTarget &target)
+    {
+        ValueItemData &data = dataOf(own);
+        const Member *const row = rowOf(data.state.choice);
+        const bool isWritten = row && row->writesChildren(own);
+        Composition *const composition = target.composition();
+        if (!composition)
+            return isWritten ? row : nullptr;
+
+        const DataObject *const chosen = isWritten ? data.alternatives.find(row->bit()) : nullptr;
+        Propagation(composition->environment).propagateTo(data.state.environment);
+        data.alternatives.forEach([&](const DataObject &alternative) {
+            if (&alternative != chosen)
+                skipChild(alternative, *composition);
+        });
+        if (composition->validates && !chosen) {
+            composition->isSound = false;
+            return nullptr; // without creating the alternative
+        }
+        return isWritten ? row : nullptr;
     }
 };
 

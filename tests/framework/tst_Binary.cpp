@@ -368,6 +368,42 @@ private Q_SLOTS:
         }
     }
 
+    void bytesInMemoryAreReadAsAStreamReadsThem()
+    {
+        std::mt19937 random(5); // NOLINT(bugprone-random-generator-seed): the same in each run
+        const auto below = [&](int end) { return int(random() % quint32(end)); };
+        const QVector<Operation> operations = everyOperation();
+        const QVector<StreamForm> forms = everyForm();
+        for (int round = 0; round < 4000; ++round) {
+            const StreamForm form = forms.at(below(forms.size()));
+            QVector<Operation> series;
+            QByteArray content;
+            for (int i = 1 + below(12); i > 0; --i) {
+                series += operations.at(below(operations.size()));
+                content += sampleFor(series.last(), form);
+            }
+            if (below(3) == 0)
+                content[below(content.size())] = char(random());
+            if (below(3) == 0)
+                content.chop(below(9));
+
+            QDataStream stream(content);
+            form.applyTo(stream);
+            QCOMPARE(BinaryReader::isReadDirectly(stream), form.version >= 6);
+            if (form.version < 6)
+                continue;
+            BinaryReader reader(stream, content.constData(), content.size());
+            QVERIFY(reader.isInMemory());
+            for (const Operation &operation : series) {
+                QCOMPARE(operation.byReader(reader), operation.byStream(stream));
+                if (stream.status() != QDataStream::Ok)
+                    break;
+                QCOMPARE(qint64(reader.bytesRead()), stream.device()->pos());
+                QCOMPARE(reader.atEnd(), stream.atEnd());
+            }
+        }
+    }
+
     void aStreamThatFailedStaysFailed()
     {
         for (const StreamForm &form : everyForm()) {

@@ -150,6 +150,7 @@ private Q_SLOTS:
         QTest::newRow("read XML with a long version") << 13;
         QTest::newRow("read start-up modes again and again") << 14;
         QTest::newRow("read an alternative again and again from a device") << 15;
+        QTest::newRow("write an XML text") << 16;
     }
 
     void everyOperationIsLinear()
@@ -184,10 +185,11 @@ private Q_SLOTS:
     void writingVisitsEachObjectOnce_data()
     {
         QTest::addColumn<int>("operation");
-        QTest::newRow("XML") << 4;
         QTest::newRow("a record") << 5;
+        QTest::newRow("an XML text") << 16;
     }
 
+    // Propagating and checking are part of it.
     void writingVisitsEachObjectOnce()
     {
         QFETCH(int, operation);
@@ -196,6 +198,21 @@ private Q_SLOTS:
             m_documents[0].IRGObject::SetValidate(validate);
             m_documents[0].IRGObject::SetLogger(std::make_shared<Logger>());
             const Work done = workOf([&] { perform(operation, 0); });
+            QCOMPARE(done.changed, objectsBelowTheRoot);
+            QCOMPARE(done.checked, 0);
+            QCOMPARE(done.queried, 0);
+            QCOMPARE(done.propagated, 0);
+        }
+    }
+
+    // What a caller's writer has received cannot be taken back, so a check comes first.
+    void writingXmlToAWriterVisitsEachObjectTwice()
+    {
+        m_documents[0].SetValidate(true);
+        for (const bool validate : {true, false}) {
+            m_documents[0].IRGObject::SetValidate(validate);
+            m_documents[0].IRGObject::SetLogger(std::make_shared<Logger>());
+            const Work done = workOf([&] { perform(4, 0); });
             QCOMPARE(done.changed, objectsBelowTheRoot);
             QCOMPARE(done.checked, validate ? 1 + objectsBelowTheRoot - nodes : 0); // the items check the values
             // document, component and nodes propagate; while validating, their checks do
@@ -310,6 +327,9 @@ private:
             QCOMPARE(std::as_const(read).GetValueStringList().GetStringItem().size(), records);
             break;
         }
+        case 16:
+            QVERIFY(!m_documents[which].GetXmlString().isEmpty());
+            break;
         default: {
             WalkedComponent component;
             readXml(component, m_xmlOfComponents[which]);

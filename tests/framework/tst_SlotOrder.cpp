@@ -123,6 +123,15 @@ private Q_SLOTS:
         QCOMPARE(slot, 47); // 46 operations, the destructor with two entries
     }
 
+    void additionsFollowTheContract()
+    {
+        int slot = 47;
+        for (const char *function : {"composeXml(QByteArray&) const", "walkContent(QXmlStreamReader&, QString const&)",
+                                     "composeBinary(QDataStream const&, QByteArray&) const",
+                                     "readMembers(QDataStream const&, char const*, int)"})
+            QCOMPARE(unqualified(functionInSlot(QStringLiteral("Node"), slot++)), QString::fromLatin1(function));
+    }
+
     void onlyTheDocumentHasAVersionOfItsOwn()
     {
         QCOMPARE(functionInSlot(QStringLiteral("ValueBoolean"), 43),

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "DocumentSamples.h"
+#include "ExceptionText.h"
 #include "Surprises.h"
 
 using namespace JobXml;
@@ -55,6 +56,9 @@ const QVector<KnownPlace> xmlWriter{{Outcome::Leaked, "QXmlStreamWriter::QXmlStr
 
 // An element on the writer's stack that has no name yet: closing it accesses invalid memory.
 const QVector<KnownPlace> xmlWriterAfterwards{{Outcome::Ended, "QXmlStreamWriter::writeStartElement"}};
+
+// The record is discarded when memory runs out, and the check comes before that.
+const QVector<KnownPlace> checkComesFirst{{Outcome::Unnoticed, "JobXml::DataObject::GetBinary"}};
 
 /// A folder with one file, which exists before it is written.
 class Folder
@@ -241,6 +245,14 @@ private:
         add(
             "a record without data", Begins::New, aStream,
             [](Document &o) { o.answer = o.target.GetBinary(*o.stream, 0, false); }, isNothing);
+        add(
+            "a record that the check refuses", Begins::New, aStream,
+            [](Document &o) {
+                TunerProperties document(o.source);
+                document.GetComponent()[0].Resetname();
+                o.answer = thrownBy([&] { static_cast<void>(document.GetBinary(*o.stream, 0, false)); }).isNull();
+            },
+            isNothing, checkComesFirst);
         add(
             "a character that XML cannot carry", Begins::New, nothing,
             [](Document &o) {

@@ -27,8 +27,8 @@ OUR_NAMES = (
 
 # What programs cannot use, because no installed header defines it. Exporting it would make each change of it a change of
 # the binary interface.
-INTERNAL = re.compile(r"\b(?:Behavior|BinaryReader|BinaryWriter|Block|BlockOf|ClassInfo|Member|ObjectAccess|ObjectState|"
-                      r"Propagation|VisitedMember|XmlDocument|XmlOutput)\b")
+INTERNAL = re.compile(r"\b(?:Behavior|BinaryReader|BinaryWriter|Block|BlockOf|ClassInfo|Composition|Member|ObjectAccess|ObjectState|"
+                      r"Propagation|VisitedMember|WriteTarget|XmlDocument|XmlOutput)\b")
 
 # The names are checked in mangled form: demangled, a template's name follows its return type. The name may be prefixed
 # with letters for a table of virtual functions, a type or a guard, for a local entity of a function (Z), and for a

@@ -219,6 +219,10 @@ private Q_SLOTS:
     void resultsOfManyFilesTakeLittleMemory_data();
     void resultsOfManyFilesTakeLittleMemory();
     void aLongVersionIsNotReadAgainForEachElement();
+    void aPageTakesNoMoreMemoryThanValidating_data();
+    void aPageTakesNoMoreMemoryThanValidating();
+    void runningOutOfMemoryIsReported_data();
+    void runningOutOfMemoryIsReported();
     void outputAndMemoryFollowTheSizeOfTheInput_data();
     void outputAndMemoryFollowTheSizeOfTheInput();
 
@@ -478,6 +482,78 @@ void ToolBoundsTest::aLongVersionIsNotReadAgainForEachElement()
     QVERIFY2(cost.out.contains("in.xml: 5001 problems"), cost.out.constData());
 }
 
+void ToolBoundsTest::aPageTakesNoMoreMemoryThanValidating_data()
+{
+    QTest::addColumn<QByteArray>("nodeStart");
+    QTest::addColumn<QByteArray>("panel");
+    QTest::newRow("no problem") << QByteArray("<Node id=\"n\">")
+                                << QByteArray("<p class=\"fine\">Validation found no problems.</p>");
+    QTest::newRow("a problem of each node") << QByteArray("<Node>") << QByteArray("<h2>20000 problems</h2>");
+}
+
+// The page is written while it is composed, so it is never in memory as a whole.
+void ToolBoundsTest::aPageTakesNoMoreMemoryThanValidating()
+{
+    QFETCH(QByteArray, nodeStart);
+    QFETCH(QByteArray, panel);
+    constexpr int count = 20000;
+    const QByteArray node = nodeStart
+        + "<ValueItem><ValueNumericInt id=\"Attenuation\" value=\"10\" min=\"0\" max=\"70\" step=\"1\" unit=\"dB\"/>"
+          "</ValueItem></Node>\n";
+    m_workshop->write(
+        QStringLiteral("in.xml"),
+        xml("<Component type=\"t\" name=\"c\" optional=\"false\">" + node.repeated(count) + "</Component>"));
+    const Cost validating = costOf(*m_workshop, line("validate in.xml"));
+    const Cost page = costOf(*m_workshop, line("show --format html in.xml"));
+    QCOMPARE(page.status, 0);
+    QVERIFY2(page.out.contains(panel), page.out.constData());
+    QVERIFY2(page.outSize > 20 * MiB, qPrintable(QString::number(page.outSize)));
+    checkMemory(page, validating.memory + 3 * MiB);
+}
+
+void ToolBoundsTest::runningOutOfMemoryIsReported_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const char *command : {"validate small.xml", "validate in.tpb", "validate -j 1 in.tpb small.xml",
+                                "show --format html in.tpb", "convert --no-validate in.tpb out.xml"})
+        QTest::newRow(command) << QString::fromUtf8(command);
+}
+
+// Every limit of the address space with which the program starts: where it runs out, it says so, and is never ended by
+// a signal. An allocator and the stacks of threads reserve large parts at once.
+void ToolBoundsTest::runningOutOfMemoryIsReported()
+{
+#ifdef HEAP_OF_A_SANITIZER
+    QSKIP("A sanitizer needs more address space than there is memory.");
+#endif
+    QFETCH(QString, command);
+    m_workshop->write(QStringLiteral("in.tpb"),
+                      document(textRecord("6ADAF7A6", QByteArray(20 * MiB, 'x')) + emptyItems(componentTag, 90000)));
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    int started = 0;
+    int reported = 0;
+    for (int kibibytes = 72 << 10; kibibytes <= 200 << 10; kibibytes += 16 << 10) {
+        const QString limited = QStringLiteral("ulimit -v %1; ulimit -c 0; exec \"$tool\" ").arg(kibibytes);
+        if (m_workshop->shell(limited + QStringLiteral("--version")).status != 0)
+            continue;
+        ++started;
+        const Run run = m_workshop->shell(limited + command);
+        if (run.status == 3) {
+            ++reported;
+            QVERIFY2(run.err.contains(QStringLiteral("out of memory"))
+                         || run.err
+                             == QStringLiteral("tunerproperties: Resource temporarily unavailable\n"), // no thread
+                     qPrintable(run.err));
+            QVERIFY2(run.out.isEmpty(), "a part of the page has been written");
+        } else {
+            QVERIFY2(run.status == 0 || (run.status == 1 && command.startsWith(QLatin1String("validate"))),
+                     qPrintable(QStringLiteral("%1 with %2 KiB: %3").arg(run.status).arg(kibibytes).arg(run.err)));
+        }
+    }
+    QVERIFY(started > 0);
+    QVERIFY(reported > 0 || !command.contains(QStringLiteral("in.tpb")));
+}
+
 void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
 {
     QTest::addColumn<QString>("file");
@@ -521,12 +597,12 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
         int outPerByte;
         int memoryPerByte;
     } commands[] = {{"validate %1", 1, 130},
-                    {"convert --no-validate %1 out.xml", 0, 150},
-                    {"convert --no-validate %1 out.json", 0, 150},
+                    {"convert --no-validate %1 out.xml", 0, 180},
+                    {"convert --no-validate %1 out.json", 0, 180},
                     {"diff small.xml %1", 100, 120},
                     {"show %1", 40, 130},
                     {"show --format json %1", 20, 120},
-                    {"show --format html %1", 300, 360},
+                    {"show --format html %1", 300, 130},
                     {"get %1 Component", 20, 120},
                     {"set --no-validate %1 name x", 0, 360}};
     for (const auto &document : documents) {

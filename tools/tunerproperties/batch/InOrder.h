@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -44,7 +43,8 @@ private:
     static constexpr std::int64_t mostBytesWaiting = 16 << 20;
 
     InOrder(int count, int jobs, const Work &work, Size size)
-        : m_work(work), m_size(size), m_count(count), m_mostAhead(jobs * resultsPerJob)
+        : m_work(work), m_size(size), m_count(count), m_mostAhead(jobs * resultsPerJob),
+          m_done(std::size_t(m_mostAhead))
     {
         for (int i = 0; i < std::min(count, jobs); ++i) {
             try {
@@ -88,7 +88,7 @@ private:
             Done done = workOn(index);
             lock.lock();
             m_bytesWaiting += sizeOf(done);
-            m_done.emplace(index, std::move(done));
+            slot(index) = std::move(done);
             m_changed.notify_all();
         }
     }
@@ -110,20 +110,22 @@ private:
         return done;
     }
 
+    /// No task that has begun is farther ahead of the result that is used next than there are slots.
+    std::optional<Done> &slot(int index) { return m_done[std::size_t(index % m_mostAhead)]; }
+
     Result result(int index, const std::function<void()> &tick)
     {
         constexpr auto tickTime = std::chrono::milliseconds(100);
         std::unique_lock lock(m_mutex);
-        auto there = m_done.find(index);
-        while (there == m_done.end()) {
+        std::optional<Done> &there = slot(index);
+        while (!there) {
             m_changed.wait_until(lock, std::chrono::system_clock::now() + tickTime);
-            there = m_done.find(index);
             lock.unlock();
             tick();
             lock.lock();
         }
-        Done done = std::move(there->second);
-        m_done.erase(there);
+        Done done = std::move(*there);
+        there.reset();
         m_bytesWaiting -= sizeOf(done);
         m_used = index + 1;
         m_changed.notify_all();
@@ -139,7 +141,9 @@ private:
 
     std::mutex m_mutex; // guards the following members
     std::condition_variable m_changed;
-    std::map<int, Done> m_done; // results that are not used yet
+    // Results that are not used yet. Allocated before the threads start: when memory runs out, a thread may be unable
+    // to allocate even what reports it.
+    std::vector<std::optional<Done>> m_done;
     std::int64_t m_bytesWaiting = 0; // in m_done
     int m_next = 0; // index of the next task
     int m_used = 0;

@@ -61,83 +61,97 @@ int grandchildren(const MemberView &list)
 
 } // namespace
 
-Content::Content(const JobXml::TunerProperties &document, Problems &problems, const QString &source)
-    : m_problems(problems), m_title(source)
+// In the order of the members in Content.h: each takes its own out of the facts.
+Content::Content(const JobXml::TunerProperties &document, Problems &problems, const QString &source, Markup &out)
+    : m_out(out), m_problems(problems), m_source(source), m_version(document.GetInitialVersionLoaded()),
+      m_facts(document), m_objects(m_facts.takeAll(isObjectOrEmptyList)), m_charts(m_facts.takeAll(isChart)),
+      m_lists(m_facts.takeAll(isList)), m_kind(m_facts.take(isEnumeration)), m_name(m_facts.take("name", isText))
 {
-    Members members(document);
-    const std::vector<MemberView> objects = members.takeAll(isObjectOrEmptyList);
-    const std::vector<MemberView> charts = members.takeAll(isChart);
-    const std::vector<MemberView> lists = members.takeAll(isList);
-    showHeader(members, document.GetInitialVersionLoaded(), source);
-    showOverview(members, objects, charts);
-    for (const MemberView &list : lists)
+}
+
+bool Content::hasName() const
+{
+    return m_name && !textOf(&*m_name).isEmpty();
+}
+
+QString Content::title() const
+{
+    return hasName() ? textOf(&*m_name) : m_source;
+}
+
+bool Content::hasCards() const
+{
+    return std::any_of(m_lists.begin(), m_lists.end(), [](const MemberView &list) { return list.GetSize() != 0; });
+}
+
+void Content::showHeader()
+{
+    Objects objects(m_out, m_problems);
+    const Tag header(m_out, "header", {{"class", "hero"}});
+    if (m_kind) {
+        const Tag line(m_out, "p");
+        const bool isNamed = !textOf(&*m_kind).isEmpty();
+        objects.named(*m_kind, isNamed ? Objects::Name::Unseen : Objects::Name::Seen, "span",
+                      isNamed ? "badge" : "member");
+    }
+    {
+        const Tag heading(m_out, "h1");
+        if (hasName())
+            objects.named(*m_name, Objects::Name::Unseen);
+        else
+            showText(m_out, m_source);
+    }
+    const Tag line(m_out, "p", {{"class", "source"}});
+    showText(m_out, m_source);
+    m_out.words(QStringLiteral(" \u00b7 "));
+    m_out.element("span", {{"class", "name"}}, "Version");
+    m_out.words(" ");
+    if (m_version.isEmpty())
+        m_out.element("span", {{"class", "unset"}}, "not set");
+    else
+        showText(m_out, m_version);
+    if (m_name && !hasName()) {
+        m_out.words(QStringLiteral(" \u00b7 "));
+        objects.named(*m_name, Objects::Name::Seen);
+    }
+}
+
+void Content::showOverview()
+{
+    const Tag overview(m_out, "div", {{"class", "overview"}});
+    {
+        const Tag panel(m_out, "section",
+                        {{"class", m_charts.empty() ? "panel whole" : "panel"}, {"aria-label", "Summary"}});
+        Objects(m_out, m_problems).facts(m_facts, ObjectPath());
+    }
+    for (const MemberView &list : m_charts) {
+        const Tag panel(m_out, "section", {{"class", "panel"}, {"data-member", list.GetName()}});
+        showHeading(m_out, "h2", list);
+        showChart(list);
+    }
+    for (const MemberView &object : m_objects)
+        showObject(object);
+}
+
+void Content::showCards()
+{
+    for (const MemberView &list : m_lists)
         showCards(list);
 }
 
-void Content::showHeader(Members &members, const QString &version, const QString &source)
+bool Content::isShown(const ObjectPath &path) const
 {
-    Objects objects(m_header, m_problems);
-    const auto kind = members.take(isEnumeration);
-    const auto name = members.take("name", isText);
-    {
-        const Tag header(m_header, "header", {{"class", "hero"}});
-        if (kind) {
-            const Tag line(m_header, "p");
-            const bool hasName = !textOf(&*kind).isEmpty();
-            objects.named(*kind, hasName ? Objects::Name::Unseen : Objects::Name::Seen, "span",
-                          hasName ? "badge" : "member");
-        }
-        {
-            const Tag heading(m_header, "h1");
-            if (name && !textOf(&*name).isEmpty()) {
-                m_title = textOf(&*name);
-                objects.named(*name, Objects::Name::Unseen);
-            } else {
-                showText(m_header, source);
-            }
-        }
-        const Tag line(m_header, "p", {{"class", "source"}});
-        showText(m_header, source);
-        m_header.words(QStringLiteral(" \u00b7 "));
-        m_header.element("span", {{"class", "name"}}, "Version");
-        m_header.words(" ");
-        if (version.isEmpty())
-            m_header.element("span", {{"class", "unset"}}, "not set");
-        else
-            showText(m_header, version);
-        if (name && textOf(&*name).isEmpty()) {
-            m_header.words(QStringLiteral(" \u00b7 "));
-            objects.named(*name, Objects::Name::Seen);
-        }
-    }
-}
-
-void Content::showOverview(const Members &facts, const std::vector<MemberView> &objects,
-                           const std::vector<MemberView> &charts)
-{
-    const Tag overview(m_overview, "div", {{"class", "overview"}});
-    {
-        const Tag panel(m_overview, "section",
-                        {{"class", charts.empty() ? "panel whole" : "panel"}, {"aria-label", "Summary"}});
-        Objects(m_overview, m_problems).facts(facts, ObjectPath());
-    }
-    for (const MemberView &list : charts) {
-        const Tag panel(m_overview, "section", {{"class", "panel"}, {"data-member", list.GetName()}});
-        showHeading(m_overview, "h2", list);
-        showChart(list);
-    }
-    for (const MemberView &object : objects)
-        showObject(object);
+    return !m_out.isDiscarded() || m_problems.countFrom(path) != 0;
 }
 
 void Content::showObject(const MemberView &member)
 {
-    const Tag panel(m_overview, "section", {{"class", "panel whole"}, {"data-member", member.GetName()}});
-    showHeading(m_overview, "h2", member);
+    const Tag panel(m_out, "section", {{"class", "panel whole"}, {"data-member", member.GetName()}});
+    showHeading(m_out, "h2", member);
     if (member.GetSize() != 0) {
         const ObjectPath path = ObjectPath().below(member.GetName());
-        m_problems.show(m_overview, path);
-        Objects(m_overview, m_problems).facts(Members(member.GetChild()), path);
+        m_problems.show(m_out, path);
+        Objects(m_out, m_problems).facts(Members(member.GetChild()), path);
     }
 }
 
@@ -154,25 +168,25 @@ void Content::showChart(const MemberView &list)
     const char *kind = axis.isLogarithmic() ? "logarithmic axis" : "linear axis";
     ExtraColumn bars;
     bars.htmlClass = "plot";
-    bars.title = [&] { m_overview.element("span", {{"class", "name"}}, kind); };
+    bars.title = [&] { m_out.element("span", {{"class", "name"}}, kind); };
     bars.cell = [&](const DataObject &item) { showBar(axis, item); };
     bars.foot = [&] {
-        const Tag picture(m_overview, "svg",
+        const Tag picture(m_out, "svg",
                           {{"role", "img"},
                            {"aria-label",
                             QStringLiteral("%1 from %2 to %3")
                                 .arg(QString::fromUtf8(kind), brief(axis.least()), brief(axis.most()))}});
         for (const Axis::Tick &tick : axis.ticks())
-            m_overview.element("text", {{"x", percent(tick.at)}, {"y", "14"}}, tick.label);
+            m_out.element("text", {{"x", percent(tick.at)}, {"y", "14"}}, tick.label);
     };
-    Objects(m_overview, m_problems).list(list, ObjectPath(), -1, &bars);
+    Objects(m_out, m_problems).list(list, ObjectPath(), -1, &bars);
 }
 
 void Content::showTicks(const Axis &axis)
 {
     for (const Axis::Tick &tick : axis.ticks()) {
         const QString at = percent(tick.at);
-        m_overview.element("line", {{"x1", at}, {"x2", at}, {"y2", "100%"}});
+        m_out.element("line", {{"x1", at}, {"x2", at}, {"y2", "100%"}});
     }
 }
 
@@ -182,34 +196,35 @@ void Content::showBar(const Axis &axis, const DataObject &item)
     const MemberView *number = members.find(isMainNumber);
     const auto end = number && number->IsSet() ? axis.at(number->GetValue().toDouble()) : std::nullopt;
     const QString label = end ? QStringLiteral("bar to %1 of the axis").arg(percent(*end)) : QStringLiteral("no bar");
-    const Tag picture(m_overview, "svg", {{"role", "img"}, {"aria-label", label}});
+    const Tag picture(m_out, "svg", {{"role", "img"}, {"aria-label", label}});
     if (end) {
         showTicks(axis);
         const auto [from, to] = std::minmax({axis.base(), *end}); // by value: one of them is a temporary
-        m_overview.element("rect", {{"x", percent(from)}, {"width", percent(to - from)}});
+        m_out.element("rect", {{"x", percent(from)}, {"width", percent(to - from)}});
     }
 }
 
 void Content::showCards(const MemberView &list)
 {
-    m_hasCards = m_hasCards || list.GetSize() != 0;
     const int nodes = grandchildren(list);
-    const Tag section(m_cards, "section",
+    const Tag section(m_out, "section",
                       {{"class", nodes > mostNodesLaidOut ? "cards large" : "cards"}, {"data-member", list.GetName()}});
-    showHeading(m_cards, "h2", list);
+    showHeading(m_out, "h2", list);
     const bool isShort = nodes <= mostNodesOpen;
-    for (int i = 0; i < list.GetSize(); ++i)
-        showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1),
-                 ObjectPath().below(list.GetName(), i), isShort || i == 0);
+    for (int i = 0; i < list.GetSize(); ++i) {
+        const ObjectPath path = ObjectPath().below(list.GetName(), i);
+        if (isShown(path))
+            showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), path, isShort || i == 0);
+    }
 }
 
 void Content::showCard(const DataObject &object, const QString &fallbackTitle, const ObjectPath &path, bool isOpen)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag card(m_cards, "details", {{"class", "card"}, {"open", isOpen ? "open" : nullptr}});
+    const Tag card(m_out, "details", {{"class", "card"}, {"open", isOpen ? "open" : nullptr}});
     {
-        const Tag summary(m_cards, "summary");
+        const Tag summary(m_out, "summary");
         // The display name if there is one, otherwise what identifies the object among its siblings.
         QStringList identity;
         for (const MemberView &member : members) {
@@ -221,29 +236,32 @@ void Content::showCard(const DataObject &object, const QString &fallbackTitle, c
         if (title.isEmpty())
             title = fallbackTitle;
         {
-            const Tag heading(m_cards, "h3");
-            showText(m_cards, title);
+            const Tag heading(m_out, "h3");
+            showText(m_out, title);
         }
         if (!identity.isEmpty() && !identity.first().isEmpty() && identity.first() != title) {
-            const Tag kind(m_cards, "span", {{"class", "kind"}});
-            showText(m_cards, identity.first());
+            const Tag kind(m_out, "span", {{"class", "kind"}});
+            showText(m_out, identity.first());
         }
-        const Tag tallies(m_cards, "span", {{"class", "tallies"}});
+        const Tag tallies(m_out, "span", {{"class", "tallies"}});
         if (const int count = m_problems.countFrom(path))
-            m_cards.element("span", {{"class", "tally bad"}},
-                            count == 1 ? QStringLiteral("1 problem") : QStringLiteral("%1 problems").arg(count));
+            m_out.element("span", {{"class", "tally bad"}},
+                          count == 1 ? QStringLiteral("1 problem") : QStringLiteral("%1 problems").arg(count));
         for (const MemberView &list : lists)
-            m_cards.element("span", {{"class", "tally"}},
-                            list.GetName() + QLatin1Char(' ') + QString::number(list.GetSize()));
+            m_out.element("span", {{"class", "tally"}},
+                          list.GetName() + QLatin1Char(' ') + QString::number(list.GetSize()));
     }
-    const Tag inside(m_cards, "div", {{"class", "inside"}});
-    m_problems.show(m_cards, path);
-    Objects(m_cards, m_problems).facts(members, path);
+    const Tag inside(m_out, "div", {{"class", "inside"}});
+    m_problems.show(m_out, path);
+    Objects(m_out, m_problems).facts(members, path);
     for (const MemberView &list : lists) {
-        const Tag nodes(m_cards, "div", {{"class", "nodes"}, {"data-member", list.GetName()}});
-        showListName(m_cards, list);
-        for (int i = 0; i < list.GetSize(); ++i)
-            showNode(list.GetChild(i), path.below(list.GetName(), i));
+        const Tag nodes(m_out, "div", {{"class", "nodes"}, {"data-member", list.GetName()}});
+        showListName(m_out, list);
+        for (int i = 0; i < list.GetSize(); ++i) {
+            const ObjectPath node = path.below(list.GetName(), i);
+            if (isShown(node))
+                showNode(list.GetChild(i), node);
+        }
     }
 }
 
@@ -251,20 +269,20 @@ void Content::showNode(const DataObject &object, const ObjectPath &path)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag node(m_cards, "div", {{"class", "node"}});
-    Objects objects(m_cards, m_problems);
+    const Tag node(m_out, "div", {{"class", "node"}});
+    Objects objects(m_out, m_problems);
     {
-        const Tag heading(m_cards, "h4");
+        const Tag heading(m_out, "h4");
         if (const auto id = members.take(isIdentifyingText))
             objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Unseen);
     }
-    m_problems.show(m_cards, path);
+    m_problems.show(m_out, path);
     if (!members.isEmpty())
         objects.facts(members, path);
-    Values values(m_cards, m_problems);
+    Values values(m_out, m_problems);
     for (const MemberView &list : lists) {
-        const Tag content(m_cards, "div", {{"data-member", list.GetName()}});
-        showListName(m_cards, list);
+        const Tag content(m_out, "div", {{"data-member", list.GetName()}});
+        showListName(m_out, list);
         for (int i = 0; i < list.GetSize(); ++i)
             values.item(list.GetChild(i), path.below(list.GetName(), i));
     }

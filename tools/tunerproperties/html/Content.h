@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <utility>
+#include <optional>
 #include <vector>
 
 #include <jobxml/TunerProperties.h>
@@ -10,38 +10,45 @@
 
 class Axis;
 
-/// The content of a page, in sections. Only the header names members; everything else follows their shape: lists of
-/// numbers become charts, lists of objects with lists of their own become cards, and members without a section of their
-/// own are facts.
+/// The content of a page, in sections, which are shown in the order of their functions. Only the header names members;
+/// everything else follows their shape: lists of numbers become charts, lists of objects with lists of their own become
+/// cards, and members without a section of their own are facts.
 class Content
 {
 public:
-    Content(const JobXml::TunerProperties &document, Problems &problems, const QString &source);
+    Content(const JobXml::TunerProperties &document, Problems &problems, const QString &source, Markup &out);
 
     /// The name of the document, or of its source if it has none.
-    const QString &title() const { return m_title; }
-    Markup takeHeader() { return std::move(m_header); }
-    Markup takeOverview() { return std::move(m_overview); }
-    Markup takeCards() { return std::move(m_cards); }
-    bool hasCards() const { return m_hasCards; }
+    QString title() const;
+    bool hasCards() const;
+
+    void showHeader();
+    void showOverview();
+    void showCards();
 
 private:
-    void showHeader(Members &members, const QString &version, const QString &source);
-    void showOverview(const Members &facts, const std::vector<JobXml::MemberView> &objects,
-                      const std::vector<JobXml::MemberView> &charts);
-    void showObject(const JobXml::MemberView &member);
-    void showChart(const JobXml::MemberView &list);
+    using View = JobXml::MemberView;
+
+    bool hasName() const;
+    void showObject(const View &member);
+    void showChart(const View &list);
     void showBar(const Axis &axis, const JobXml::DataObject &item);
     void showTicks(const Axis &axis);
-    void showCards(const JobXml::MemberView &list);
+    void showCards(const View &list);
+    /// Whether the object is shown. If only the problems count, objects without any are skipped.
+    bool isShown(const ObjectPath &path) const;
     /// `fallbackTitle` is the title of an object without a name.
     void showCard(const JobXml::DataObject &object, const QString &fallbackTitle, const ObjectPath &path, bool isOpen);
     void showNode(const JobXml::DataObject &object, const ObjectPath &path);
 
+    Markup &m_out;
     Problems &m_problems;
-    QString m_title;
-    bool m_hasCards = false;
-    Markup m_header;
-    Markup m_overview;
-    Markup m_cards;
+    const QString m_source;
+    const QString m_version;
+    Members m_facts; // without those below
+    const std::vector<View> m_objects;
+    const std::vector<View> m_charts;
+    const std::vector<View> m_lists; // of cards
+    const std::optional<View> m_kind;
+    const std::optional<View> m_name;
 };

@@ -75,16 +75,30 @@ void showBar(Markup &out, bool hasCards)
     out.element("button", {{"type", "button"}, {"id", "theme"}, {"role", "switch"}, {"aria-checked", "false"}}, "Dark");
 }
 
+/// The list of all problems precedes the objects, and links to the problems that are shown there. So the content is
+/// composed once without being kept, as far as there are problems.
+void findShownProblems(const JobXml::TunerProperties &document, Problems &problems, const QString &source)
+{
+    if (!problems.areInObjects())
+        return;
+    Markup nowhere;
+    Content content(document, problems, source, nowhere);
+    content.showOverview();
+    content.showCards();
+}
+
 } // namespace
 
 void html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source,
           const std::function<void(const QByteArray &)> &write)
 {
     Problems problems(findings);
-    Content content(document, problems, source);
+    findShownProblems(document, problems, source);
+    Markup out(write);
+    Content content(document, problems, source, out);
     const QString style = guarded(resource("page.css"));
     const QString script = guarded(resource("page.js"));
-    Markup out;
+    out.line("<!DOCTYPE html>");
     {
         const Tag page(out, "html", {{"xmlns", "http://www.w3.org/1999/xhtml"}, {"lang", "en"}});
         showHead(out, content.title(), style, script);
@@ -92,12 +106,12 @@ void html(const JobXml::TunerProperties &document, const Findings &findings, con
         showBar(out, content.hasCards());
         {
             const Tag whole(out, "div", {{"class", "page"}});
-            out.append(content.takeHeader());
+            content.showHeader();
             {
                 const Tag main(out, "main");
                 problems.showAll(out);
-                out.append(content.takeOverview());
-                out.append(content.takeCards());
+                content.showOverview();
+                content.showCards();
             }
             const Tag footer(out, "footer");
             out.element("p", {},
@@ -106,7 +120,6 @@ void html(const JobXml::TunerProperties &document, const Findings &findings, con
         }
         out.source("script", script);
     }
-    write("<!DOCTYPE html>\n");
-    out.forEachPiece(write);
-    write("\n");
+    out.line("");
+    out.flush();
 }

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "html/Markup.h"
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -38,10 +36,12 @@ std::optional<QString> signFor(uint code)
     return {};
 }
 
-/// Calls `plain(text)` for characters that are shown as they are, escaped, and `sign(code, sign)` for the others.
+/// Calls `plain(bytes, size)` for characters that are shown as they are, escaped, and `sign(code, sign)` for the
+/// others.
 template <class Plain, class Sign>
 void forEachCharacter(const QString &text, Plain plain, Sign sign)
 {
+    const auto entity = [&](const char *reference) { plain(reference, int(qstrlen(reference))); };
     for (int i = 0; i < text.size(); ++i) {
         uint code = text.at(i).unicode();
         int length = 1;
@@ -49,23 +49,31 @@ void forEachCharacter(const QString &text, Plain plain, Sign sign)
             code = QChar::surrogateToUcs4(text.at(i), text.at(i + 1));
             length = 2;
         }
-        if (const auto replacement = signFor(code))
+        if (const auto replacement = signFor(code)) {
             sign(code, *replacement);
-        else if (code == '&')
-            plain("&amp;");
-        else if (code == '<')
-            plain("&lt;");
-        else if (code == '>')
-            plain("&gt;");
-        else if (code == '"')
-            plain("&quot;");
-        else if (code == '\'')
-            plain("&#39;");
-        else
-            plain(code < 0x80 ? QByteArray(1, char(code)) : QStringView(text).mid(i, length).toUtf8());
+        } else if (code == '&') {
+            entity("&amp;");
+        } else if (code == '<') {
+            entity("&lt;");
+        } else if (code == '>') {
+            entity("&gt;");
+        } else if (code == '"') {
+            entity("&quot;");
+        } else if (code == '\'') {
+            entity("&#39;");
+        } else if (code < 0x80) {
+            const char character = char(code);
+            plain(&character, 1);
+        } else {
+            const QByteArray character = QStringView(text).mid(i, length).toUtf8();
+            plain(character.constData(), character.size());
+        }
         i += length - 1;
     }
 }
+
+/// In bytes.
+constexpr int usualPiece = 1 << 16;
 
 } // namespace
 
@@ -74,20 +82,22 @@ QString percent(double part)
     return QString::number(part * 100, 'f', 2) + QLatin1Char('%');
 }
 
-QByteArray Markup::escaped(const QString &text)
+Markup::Markup(Write write) : m_write(std::move(write))
 {
-    QByteArray result;
-    result.reserve(text.size());
+    m_text.reserve(2 * usualPiece);
+}
+
+void Markup::words(const QString &text)
+{
     forEachCharacter(
-        text, [&](const QByteArray &plain) { result += plain; },
-        [&](uint, const QString &sign) { result += sign.toUtf8(); });
-    return result;
+        text, [this](const char *bytes, int size) { add(bytes, size); },
+        [this](uint, const QString &sign) { add(sign.toUtf8()); });
 }
 
 void Markup::text(const QString &text)
 {
     forEachCharacter(
-        text, [this](const QByteArray &plain) { m_text += plain; },
+        text, [this](const char *bytes, int size) { add(bytes, size); },
         [this](uint code, const QString &sign) {
             element("span", {{"class", "sign"}, {"title", codeOf(code)}}, sign);
             if (code == '\n')
@@ -111,42 +121,52 @@ void Markup::voidElement(const char *tag, Attributes attributes)
     open(tag, attributes, "/>");
 }
 
-void Markup::append(Markup &&other)
+void Markup::line(const char *text)
 {
-    m_pieces.push_back(std::exchange(m_text, std::exchange(other.m_text, {}))); // its last piece becomes the last one
-    std::move(other.m_pieces.begin(), other.m_pieces.end(), std::back_inserter(m_pieces));
-    other.m_pieces.clear();
-}
-
-void Markup::forEachPiece(const std::function<void(const QByteArray &)> &action) const
-{
-    for (const QByteArray &piece : m_pieces)
-        action(piece);
-    action(m_text);
+    add(text);
+    add("\n");
 }
 
 void Markup::source(const char *tag, const QString &code)
 {
     open(tag, {});
-    m_text += code.toUtf8();
+    add(code.toUtf8());
     close(tag);
+}
+
+void Markup::flush()
+{
+    if (m_write)
+        m_write(m_text);
+    m_text.resize(0); // what is reserved stays
+}
+
+void Markup::add(const char *bytes, int size)
+{
+    m_text.append(bytes, size);
+    if (m_text.size() >= usualPiece)
+        flush();
 }
 
 void Markup::open(const char *tag, Attributes attributes, const char *end)
 {
-    m_text += '<';
-    m_text += tag;
+    add("<");
+    add(tag);
     for (const Attribute &attribute : attributes) {
-        if (!attribute.value.isNull())
-            m_text += QByteArray(" ") + attribute.name + "=\"" + escaped(attribute.value) + '"';
+        if (attribute.value.isNull())
+            continue;
+        add(" ");
+        add(attribute.name);
+        add("=\"");
+        words(attribute.value);
+        add("\"");
     }
-    m_text += end;
+    add(end);
 }
 
 void Markup::close(const char *tag)
 {
-    m_text += QByteArray("</") + tag + '>';
-    constexpr int mostInAPiece = 1 << 16;
-    if (m_text.size() >= mostInAPiece)
-        m_pieces.push_back(std::exchange(m_text, {}));
+    add("</");
+    add(tag);
+    add(">");
 }

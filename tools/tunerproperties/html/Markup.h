@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <initializer_list>
-#include <vector>
 
 #include <QByteArray>
 #include <QString>
@@ -21,17 +21,25 @@ struct Attribute
 
 using Attributes = std::initializer_list<Attribute>;
 
-/// Builds hypertext. Values may contain any character and stay text: this is the only place where texts become markup.
-/// The result is also well-formed XML, once all elements are closed.
+/// Writes hypertext in UTF-8, piece by piece: a page may be much larger than its document, and is never in memory as a
+/// whole. Values may contain any character and stay text: this is the only place where texts become markup. The result
+/// is also well-formed XML, once all elements are closed.
 class Markup
 {
 public:
+    using Write = std::function<void(const QByteArray &piece)>;
+
+    /// Without a function, everything is discarded.
+    explicit Markup(Write write = {});
+
+    bool isDiscarded() const { return !m_write; }
+
     /// Adds a text of the document. Characters that are invisible, or that would change the order of others, become
     /// signs: elements of the class "sign" whose title is the code, such as U+000A.
     void text(const QString &text);
 
     /// Adds a text without an element of its own.
-    void words(const QString &text) { m_text += escaped(text); }
+    void words(const QString &text);
     void words(const char *text) { words(QString::fromUtf8(text)); }
 
     void element(const char *tag, Attributes attributes, const QString &text);
@@ -39,25 +47,26 @@ public:
     /// Adds an element without an end tag.
     void voidElement(const char *tag, Attributes attributes);
 
-    /// Appends the other markup, which is empty afterwards.
-    void append(Markup &&other);
-
     /// Adds source code as the content of an element that contains no markup.
     void source(const char *tag, const QString &code);
 
-    /// Passes the UTF-8 text to the action, piece by piece.
-    void forEachPiece(const std::function<void(const QByteArray &)> &action) const;
+    /// Adds a line that is not an element.
+    void line(const char *text);
+
+    /// Writes what is left. Call it at the end; the destructor does not.
+    void flush();
 
 private:
     friend class Tag;
 
-    static QByteArray escaped(const QString &text);
+    void add(const char *bytes, int size);
+    void add(const QByteArray &bytes) { add(bytes.constData(), bytes.size()); }
+    void add(const char *bytes) { add(bytes, int(qstrlen(bytes))); }
     void open(const char *tag, Attributes attributes, const char *end = ">");
     void close(const char *tag);
 
-    // A page may be much larger than its document, so it is held once, in pieces that are never copied.
-    std::vector<QByteArray> m_pieces;
-    QByteArray m_text; // the last piece
+    const Write m_write;
+    QByteArray m_text; // not written yet
 };
 
 /// A length or a position in a drawing, as an attribute: a part of the whole.
@@ -67,15 +76,22 @@ QString percent(double part);
 class Tag
 {
 public:
-    Tag(Markup &markup, const char *tag, Attributes attributes = {}) : m_markup(markup), m_tag(tag)
+    Tag(Markup &markup, const char *tag, Attributes attributes = {})
+        : m_markup(markup), m_tag(tag), m_exceptions(std::uncaught_exceptions())
     {
         m_markup.open(tag, attributes);
     }
-    ~Tag() { m_markup.close(m_tag); }
+    // Writing may fail. After an exception, whatever it was, nothing more is written.
+    ~Tag() noexcept(false)
+    {
+        if (std::uncaught_exceptions() == m_exceptions)
+            m_markup.close(m_tag);
+    }
     Tag(const Tag &) = delete;
     Tag &operator=(const Tag &) = delete;
 
 private:
     Markup &m_markup;
     const char *m_tag;
+    int m_exceptions;
 };

@@ -39,6 +39,9 @@ class Problems
 public:
     explicit Problems(const Findings &findings);
 
+    /// Whether any listed problem is that of an object in the document.
+    bool areInObjects() const { return !m_at.isEmpty(); }
+
     bool hasAt(const ObjectPath &path) const { return m_at.contains(path.key()); }
 
     /// The number of problems at the object and below it.
@@ -47,7 +50,7 @@ public:
     /// Shows the problems of the object. Call it where the object is shown.
     void show(Markup &out, const ObjectPath &path);
 
-    /// Shows all listed problems and their total, with links to those that are shown at their objects.
+    /// Shows all listed problems and their total, with links to those that have been shown at their objects.
     void showAll(Markup &out) const;
 
 private:
