@@ -16,9 +16,11 @@ thread_local CollectedReading *CollectedReading::innermost = nullptr;
 
 namespace {
 
-Problem located(const ObjectPath &path, const QString &message, const ErrorLocation &location)
+/// The problem that ends the reading.
+Problem last(const ObjectPath &path, const QString &message, const ErrorLocation &location)
 {
     Problem problem{path, message};
+    problem.isUnreadable = true;
     problem.line = location.line;
     problem.column = location.column;
     problem.offset = location.offset;
@@ -35,7 +37,7 @@ Problem unreadable(const DataObject &object)
             QString::number(location.line) + QLatin1Char(':') + QString::number(location.column) + QLatin1Char(':');
     place += QLatin1Char(' ');
     const QString text = object.GetErrorString();
-    return located({}, text.startsWith(place) ? text.mid(place.size()) : text, location);
+    return last({}, text.startsWith(place) ? text.mid(place.size()) : text, location);
 }
 
 ReadLimits limitsOf(const ReadOptions &options)
@@ -66,7 +68,7 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
         if (!isRead)
             visit(unreadable(object));
     } catch (const ReportException &end) {
-        visit(located(reading.pathOfEnd(), end.GetMessageText(), end.GetLocation()));
+        visit(last(reading.pathOfEnd(), end.GetMessageText(), end.GetLocation()));
     } catch (...) {
         object.SetValidate(validated);
         throw;

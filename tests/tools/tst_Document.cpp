@@ -52,11 +52,16 @@ QByteArray composed(TunerProperties document, Form form)
 
 TunerProperties example(int number)
 {
-    const char *const names[] = {"directionfinder", "ffp", "mcp", "receiver", "scp"};
-    TunerProperties document;
-    if (!document.LoadXml(QStringLiteral(EXAMPLES_DIR "/%1.xml").arg(QLatin1String(names[number % 5]))))
-        qFatal("%s", qPrintable(document.GetErrorString()));
-    return document;
+    static const QVector<TunerProperties> all = [] {
+        QVector<TunerProperties> documents(5);
+        const char *const names[] = {"directionfinder", "ffp", "mcp", "receiver", "scp"};
+        for (int i = 0; i < documents.size(); ++i) {
+            if (!documents[i].LoadXml(QStringLiteral(EXAMPLES_DIR "/%1.xml").arg(QLatin1String(names[i]))))
+                qFatal("%s", qPrintable(documents[i].GetErrorString()));
+        }
+        return documents;
+    }();
+    return all[number % all.size()];
 }
 
 /// Complete documents and others, some of them changed, and bytes of some of them damaged.
@@ -74,6 +79,12 @@ QByteArray someDocument(int seed, Form form)
         bytes[at] = form == Form::Xml || form == Form::Json ? char('0' + random.below(75)) : char(random.below(256));
     }
     return bytes;
+}
+
+bool isForXml(const TunerProperties &document)
+{
+    const QVector<Problem> problems = document.GetProblems();
+    return std::none_of(problems.begin(), problems.end(), [](const Problem &problem) { return problem.xmlOnly; });
 }
 
 /// What a program does that validates: it reads, checks and writes.
@@ -99,10 +110,7 @@ bool isAccepted(const QString &path, const QByteArray &bytes, Form form)
             break;
         }
         document.Check();
-        const QVector<Problem> problems = document.GetProblems();
-        const bool isWritable =
-            std::none_of(problems.begin(), problems.end(), [](const Problem &problem) { return problem.xmlOnly; });
-        return !isWritable || !document.GetXmlString().isEmpty();
+        return !document.GetXmlString().isEmpty();
     } catch (const ReportException &) {
         return false;
     }
@@ -139,12 +147,14 @@ void DocumentTest::problemsAreFoundExactlyInDocumentsThatAreRefused()
     Folder folder;
     int accepted = 0;
     int refused = 0;
-    for (int seed = 0; seed < 1200; ++seed) {
+    for (int seed = 0; seed < 600; ++seed) {
         const QByteArray bytes = someDocument(seed, Form(form));
         const FileName file = folder.file(bytes);
         Findings findings(1);
         try {
             const Document document(file, {Form(form), 1100}, findings.collector());
+            if (!isForXml(document.tuner))
+                continue; // writing it as XML would show nothing about the others
         } catch (const FileFailure &) {
             continue; // it is no document
         }
@@ -153,7 +163,7 @@ void DocumentTest::problemsAreFoundExactlyInDocumentsThatAreRefused()
         QVERIFY2(findings.isEmpty() == isValid, qPrintable(QStringLiteral("%1: '%2'").arg(seed).arg(first)));
         ++(isValid ? accepted : refused);
     }
-    QVERIFY2(accepted > 100, qPrintable(QString::number(accepted)));
+    QVERIFY2(accepted > 50, qPrintable(QString::number(accepted)));
     QVERIFY2(refused > 100, qPrintable(QString::number(refused)));
 }
 

@@ -123,11 +123,14 @@ void startWatcher()
     }
 }
 
+bool isWatching = false;
+
 /// Until there is something to protect or to report, the default actions of the signals are just right.
 void needWatcher()
 {
     static std::once_flag started;
-    std::call_once(started, startWatcher);
+    if (isWatching)
+        std::call_once(started, startWatcher);
 }
 
 } // namespace
@@ -137,6 +140,7 @@ Watch::Watch()
     pipeSignalWasIgnored = isIgnored(SIGPIPE);
     if (!pipeSignalWasIgnored)
         signal(SIGPIPE, SIG_IGN);
+    isWatching = true;
 }
 
 Watch::~Watch()

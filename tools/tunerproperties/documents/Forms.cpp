@@ -93,14 +93,20 @@ void loadByLibrary(TunerProperties &document, Input &input, Form form, const Pro
 {
     ReadOptions options;
     options.validate = bool(visitor);
-    const ProblemVisitor visitAny = visitor ? visitor : [](const Problem &) {};
+    QString failure;
+    const auto visit = [&](const Problem &problem) {
+        if (problem.isUnreadable)
+            failure = input.shownName() + QStringLiteral(": ") + problem.message;
+        else
+            visitor(problem);
+    };
     if (form == Form::Xml)
-        document.LoadXml(&input.file(), visitAny, options);
+        document.LoadXml(&input.file(), visit, options);
     else
-        document.LoadBinary(&input.file(), visitAny, options);
+        document.LoadBinary(&input.file(), visit, options);
     input.check(); // before an error of a document that has changed meanwhile
-    if (!document.GetErrorString().isNull())
-        throw FileFailure(document.GetErrorString());
+    if (!failure.isNull())
+        throw FileFailure(document.GetErrorString().isNull() ? failure : document.GetErrorString());
 }
 
 void loadJson(TunerProperties &document, Input &input)
