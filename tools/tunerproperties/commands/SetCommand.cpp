@@ -157,22 +157,6 @@ ExitStatus reportAll(const QString &file, const Messages &messages)
     return ExitStatus::Problems;
 }
 
-/// Whether the member of the object at the end of the steps is a list of objects.
-bool isListOfObjects(DataObject &sample, const QVector<Step> &steps, const QString &name, int depth = 0)
-{
-    bool result = false;
-    visit(sample, [&](MemberEditor &member) {
-        if (member.GetName() != (depth < steps.size() ? steps[depth].member : name))
-            return;
-        const bool isList = member.GetKind() == MemberKind::ObjectList;
-        if (depth == steps.size())
-            result = isList;
-        else
-            result = isListOfObjects(isList ? member.AppendChild() : member.EditChild(), steps, name, depth + 1);
-    });
-    return result;
-}
-
 /// The problems in the XML that the document does not contain, so that writing would lose their elements and
 /// attributes.
 class LostContent
@@ -180,7 +164,7 @@ class LostContent
 public:
     void add(const Problem &problem)
     {
-        if (problem.line == 0 || isKept(problem))
+        if (problem.line == 0 || m_keptItems.contain(problem))
             return;
         if (m_messages.hasRoom()) {
             const Finding finding = findingOf(problem);
@@ -193,21 +177,8 @@ public:
     const Messages &messages() const { return m_messages; }
 
 private:
-    /// A validating reader also refuses incomplete items of lists, but the document has them.
-    bool isKept(const Problem &problem)
-    {
-        const QString className = problem.steps.isEmpty() ? QString() : problem.steps.last().member;
-        const QString key = className + QLatin1Char('/') + problem.member;
-        const auto known = m_isKept.constFind(key);
-        if (known != m_isKept.constEnd())
-            return *known;
-        TunerProperties sample;
-        sample.SetValidate(false);
-        return *m_isKept.insert(key, isListOfObjects(sample, problem.steps, problem.member));
-    }
-
     Messages m_messages;
-    QHash<QString, bool> m_isKept; // by class and member
+    KeptItems m_keptItems;
 };
 
 ExitStatus change(Document &document, const Messages &lost, const Invocation &invocation)

@@ -33,9 +33,8 @@ Command validateCommand()
     command.usages = QStringList{QStringLiteral("FILE...")};
     command.summary = QStringLiteral("List the problems of documents, one per line.");
     command.details = QStringList{
-        QStringLiteral("A problem is reported with its line and column if the XML reader finds it, otherwise with the "
-                       "path of the object. An incomplete item of a list is reported both ways: where it is, and what "
-                       "it lacks. There is no output for a valid document."),
+        QStringLiteral("A problem is reported with its line and column if only the XML reader can find it, otherwise "
+                       "with the path of the object. There is no output for a valid document."),
         QStringLiteral("The first 100 problems of a document are listed, followed by their total if there are more. "
                        "The label of an object in a path is shortened if it is long, and then includes the position of "
                        "the object: Component 3 \"abc...\" is what 'get FILE Component[3]' shows in full."),

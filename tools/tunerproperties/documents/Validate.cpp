@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Validate.h"
 
+#include <jobxml/Visit.h>
+
 using JobXml::Problem;
 
 namespace {
@@ -36,6 +38,22 @@ QString shortLabel(const QString &label, int index)
     return label.left(nameSize) + position + beginning(label, head).mid(nameSize) + ellipsis + QLatin1Char('"');
 }
 
+/// Whether the member of the object at the end of the steps is a list of objects.
+bool isListOfObjects(JobXml::DataObject &sample, const QVector<JobXml::Step> &steps, const QString &name, int depth = 0)
+{
+    bool result = false;
+    JobXml::visit(sample, [&](JobXml::MemberEditor &member) {
+        if (member.GetName() != (depth < steps.size() ? steps[depth].member : name))
+            return;
+        const bool isList = member.GetKind() == JobXml::MemberKind::ObjectList;
+        if (depth == steps.size())
+            result = isList;
+        else
+            result = isListOfObjects(isList ? member.AppendChild() : member.EditChild(), steps, name, depth + 1);
+    });
+    return result;
+}
+
 } // namespace
 
 Finding findingOf(const Problem &problem)
@@ -57,13 +75,28 @@ QString Finding::text(const QString &fileName) const
     return fileName + QStringLiteral(": ") + where + message;
 }
 
+bool KeptItems::contain(const Problem &problem)
+{
+    const QString className = problem.steps.isEmpty() ? QString() : problem.steps.last().member;
+    const QString key = className + QLatin1Char('/') + problem.member;
+    const auto known = m_known.constFind(key);
+    if (known != m_known.constEnd())
+        return *known;
+    JobXml::TunerProperties sample;
+    sample.SetValidate(false);
+    return *m_known.insert(key, isListOfObjects(sample, problem.steps, problem.member));
+}
+
 void Findings::add(const Problem &problem)
 {
     if (problem.xmlOnly)
         return;
-    if (m_listed.size() < m_most)
-        m_listed.append(findingOf(problem));
-    ++m_count;
+    const bool isInXml = problem.line > 0;
+    const bool isInRecords = !isInXml && problem.offset >= 0;
+    List &list = isInRecords || (isInXml && m_keptItems.contain(problem)) ? m_heldBack : m_problems;
+    if (list.listed.size() < m_most)
+        list.listed.append(findingOf(problem));
+    ++list.count;
 }
 
 QString countText(qint64 count, int listed)
@@ -76,10 +109,10 @@ QString countText(qint64 count, int listed)
 QStringList Findings::lines(const QString &fileName) const
 {
     QStringList result;
-    for (const Finding &finding : m_listed)
+    for (const Finding &finding : listed())
         result.append(finding.text(fileName));
-    if (m_count > m_listed.size())
-        result.append(fileName + QStringLiteral(": ") + countText(m_count, m_listed.size())
+    if (count() > listed().size())
+        result.append(fileName + QStringLiteral(": ") + countText(count(), listed().size())
                       + QStringLiteral("; use --max-problems to list more"));
     return result;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -27,11 +28,27 @@ struct Finding
 /// label includes the position of the object. A problem with a location has no path.
 Finding findingOf(const JobXml::Problem &problem);
 
+/// Distinguishes what a reader refuses and the document has all the same: incomplete items of lists.
+class KeptItems
+{
+public:
+    /// Whether the problem, one with a place in the document that was read, is about such an item.
+    bool contain(const JobXml::Problem &problem);
+
+private:
+    QHash<QString, bool> m_known; // by class and member
+};
+
 /// "3001 problems; only the first 100 are listed"
 QString countText(qint64 count, int listed);
 
 /// The problems of a document: the first ones, and the number of all. A hostile document has a problem for every few
 /// bytes, so the others are counted and not kept.
+///
+/// What a reader refuses is a problem of its own if the document does not show it, and has a location in XML: an empty
+/// boolean, for example. An incomplete item of a list, and what the reader of records refuses, is in the document and
+/// usually a problem there, with what it lacks and with a path. So it is one here only if there is no other: in a value
+/// that a later one has replaced.
 class Findings
 {
 public:
@@ -49,15 +66,24 @@ public:
         return [this](const JobXml::Problem &problem) { add(problem); };
     }
 
-    const QVector<Finding> &listed() const { return m_listed; }
-    qint64 count() const { return m_count; }
-    bool isEmpty() const { return m_count == 0; }
+    const QVector<Finding> &listed() const { return shown().listed; }
+    qint64 count() const { return shown().count; }
+    bool isEmpty() const { return count() == 0; }
 
     /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more.
     QStringList lines(const QString &fileName) const;
 
 private:
+    struct List
+    {
+        QVector<Finding> listed;
+        qint64 count = 0;
+    };
+
+    const List &shown() const { return m_problems.count > 0 ? m_problems : m_heldBack; }
+
     int m_most = 0;
-    QVector<Finding> m_listed;
-    qint64 m_count = 0;
+    List m_problems;
+    List m_heldBack;
+    KeptItems m_keptItems;
 };
