@@ -266,6 +266,8 @@ public:
     bool LoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options = {});
     bool SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options = {});
     bool SetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    bool SetXmlString(std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;
+    bool SetXmlString(std::nullptr_t, const ProblemVisitor &, const ReadOptions & = {}) = delete;
     bool SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
                                  const ReadOptions &options = {});
     bool SetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,

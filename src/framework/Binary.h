@@ -120,9 +120,6 @@ public:
     /// large numbers in forms of their own.
     static bool isReadDirectly(const QDataStream &form);
 
-    /// Whether reading calls no device, so that no foreign code runs.
-    bool isInMemory() const { return m_isDirect; }
-
     bool atEnd() const { return m_isDirect ? m_at == m_end : m_stream->atEnd(); }
 
     /// How many bytes in memory have been read.

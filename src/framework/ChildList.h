@@ -72,14 +72,13 @@ public:
     void readXmlElement(DataObject &object, XmlInput &input) const override
     {
         const auto environment = Propagation::forReading(object);
-        const auto read = [&](auto &&item) {
-            if (Child::readXml(*item, input, this->xmlName()))
-                item.keep(input);
-        };
-        if (Member::isInMemory(input))
-            read(NewItem<Storage::InList>(*this, object, environment));
-        else
-            read(NewItem<Storage::Separate>(*this, object, environment));
+        const auto read = [&](Item &item) { return Child::readXml(item, input, this->xmlName()); };
+        if (input.runsForeignCode()) {
+            readApart(object, input, environment, read);
+            return;
+        }
+        Block &block = ObjectAccess::block(object);
+        readInPlace(object, block, detachedItems(block), input, environment, read);
     }
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
@@ -96,23 +95,11 @@ public:
     void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
         const auto count = reader.read<qint32>(object);
-        const auto environment = Propagation::forReading(object);
-        const bool hadCapacity = hasCapacity(ObjectAccess::block(object));
-        reserve(object, reader.itemsWithin(count));
-        const auto read = [&](auto &&item, qint32 length) {
-            Child::readRecord(*item, reader, length);
-            item.keep(reader);
-        };
-        for (qint32 i = 0; i < count; ++i) {
-            reader.innermost()->position = reader.position();
-            const auto length = reader.read<qint32>(object);
-            if (reader.isInMemory())
-                read(NewItem<Storage::InList>(*this, object, environment), length);
-            else
-                read(NewItem<Storage::Separate>(*this, object, environment), length);
-        }
-        if (!hadCapacity)
-            squeeze(ObjectAccess::block(object));
+        const auto readLength = [&] { return reader.read<qint32>(object); };
+        readItems(object, reader, count, Propagation::forReading(object), readLength, [&](Item &item, qint32 length) {
+            Child::readRecord(item, reader, length);
+            return true;
+        });
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -128,28 +115,15 @@ public:
     bool readSnapshot(DataObject &object, Block &block, BinaryReader &reader) const override
     {
         const bool hasItems = this->isSet(block) || this->has(SnapshotReadByCount);
-        const bool hadCapacity = hasCapacity(block);
         qint32 count = 0;
         if (!reader.take(count))
             return false;
         if (!hasItems)
             return true;
         const auto environment = REPORTGENERATOR::EnvironmentPointer::plain(object.GetValidate()); // without a logger
-        reserve(object, reader.itemsWithin(count));
-        const auto read = [&](auto &&item) {
-            if (!Child::readSnapshot(*item, reader))
-                return false;
-            item.keep(reader);
-            return true;
-        };
-        for (qint32 i = 0; i < count; ++i) {
-            if (reader.isInMemory() ? !read(NewItem<Storage::InList>(*this, object, environment))
-                                    : !read(NewItem<Storage::Separate>(*this, object, environment)))
-                return false;
-        }
-        if (!hadCapacity)
-            squeeze(ObjectAccess::block(object));
-        return true;
+        return readItems(
+            object, reader, count, environment, [] { return 0; },
+            [&](Item &item, qint32) { return Child::readSnapshot(item, reader); });
     }
 
     bool hasCapacity(const Block &block) const final { return list(block).capacity() != 0; }
@@ -180,70 +154,73 @@ private:
             Errors::incompleteItem(object, this->name());
     }
 
-    /// Where an item is stored until it has been read.
-    enum class Storage {
-        InList, ///< at the end of the list, if the data are read from memory
-        Separate, ///< outside the list: a device may run code that reads or copies the document
-    };
-
-    /// An item that is being read. Unless keep() is called, the list remains unchanged.
-    template <Storage storage>
-    class NewItem
+    /// Reads `count` items with their lengths and appends them. Returns false, without the last item, if `read` does.
+    template <class ReadLength, class Read>
+    bool readItems(DataObject &object, BinaryReader &reader, qint32 count,
+                   const REPORTGENERATOR::EnvironmentPointer &environment, const ReadLength &readLength,
+                   const Read &read) const
     {
-        static constexpr bool isSeparate = storage == Storage::Separate;
-
-    public:
-        NewItem(const ChildList &row, DataObject &object, const REPORTGENERATOR::EnvironmentPointer &environment)
-            : m_row(row), m_object(object), m_environment(environment), m_item(begin())
-        {
-            Propagation::propagateTo(m_item, environment);
+        const int likelyCount = reader.itemsWithin(count); // first, because it calls the device
+        Block &block = ObjectAccess::block(object);
+        const bool hadCapacity = hasCapacity(block);
+        ItemList<Item> &items = detachedItems(block);
+        reserve(items, likelyCount);
+        for (qint32 i = 0; i < count; ++i) {
+            if (Source::Frame *const frame = reader.innermost())
+                frame->position = reader.position();
+            const qint32 length = readLength();
+            const auto readItem = [&](Item &item) { return read(item, length); };
+            if (reader.runsForeignCode() ? !readApart(object, reader, environment, readItem)
+                                         : !readInPlace(object, block, items, reader, environment, readItem))
+                return false;
         }
-        NewItem(const NewItem &) = delete;
-        NewItem &operator=(const NewItem &) = delete;
-        ~NewItem()
-        {
-            if (!isSeparate && !m_isKept)
-                m_row.list(ObjectAccess::block(m_object)).removeLast();
-        }
+        if (!hadCapacity)
+            squeeze(ObjectAccess::block(object));
+        return true;
+    }
 
-        Item &operator*() { return m_item; }
-
-        /// Like append(), without copying the item. A separate item inherits the logger of the list's object.
-        void keep(Source &source)
+    /// Reads an item in its place at the end of the list. Returns false, and leaves the list unchanged, if `read` does.
+    template <class Read>
+    bool readInPlace(const DataObject &object, Block &block, ItemList<Item> &items, Source &source,
+                     const REPORTGENERATOR::EnvironmentPointer &environment, const Read &read) const
+    {
+        struct Unread
         {
-            source.store([this] { m_row.checkForAppending(m_object, m_item); });
-            if constexpr (isSeparate) {
-                Item &inList = append();
-                inList.swap(m_item);
-                Propagation::propagateTo(inList, m_environment);
+            ItemList<Item> *items;
+            ~Unread()
+            {
+                if (items)
+                    items->removeLast();
             }
-            ObjectAccess::block(m_object).flags.set(m_row.bit());
-            m_isKept = true;
-        }
+        };
+        Item &item = appendNew(items);
+        Unread unread{&items};
+        Propagation::propagateTo(item, environment);
+        if (!read(item))
+            return false;
+        source.store([&] { checkForAppending(object, item); });
+        block.flags.set(this->bit());
+        unread.items = nullptr;
+        return true;
+    }
 
-    private:
-        decltype(auto) begin()
-        {
-            if constexpr (isSeparate)
-                return Item();
-            else
-                return append();
-        }
-        Item &append()
-        {
-            return m_row.detachedItems(ObjectAccess::block(m_object)).appendNew(m_row.has(UsuallySeveralItems) ? 4 : 1);
-        }
-
-        const ChildList &m_row;
-        DataObject &m_object;
-        const REPORTGENERATOR::EnvironmentPointer &m_environment;
-        std::conditional_t<isSeparate, Item, Item &> m_item;
-        bool m_isKept = false;
-    };
-
-    void reserve(DataObject &object, int further) const
+    template <class Read>
+    bool readApart(DataObject &object, Source &source, const REPORTGENERATOR::EnvironmentPointer &environment,
+                   const Read &read) const
     {
-        ItemList<Item> &items = detachedItems(ObjectAccess::block(object));
+        return ForeignCode::readItemApart<Item>(environment, read, [&](const Item &item) -> Item & {
+            source.store([&] { checkForAppending(object, item); });
+            Block &block = ObjectAccess::block(object);
+            Item &inList = appendNew(detachedItems(block));
+            block.flags.set(this->bit());
+            return inList;
+        });
+    }
+
+    Item &appendNew(ItemList<Item> &items) const { return items.appendNew(this->has(UsuallySeveralItems) ? 4 : 1); }
+
+    static void reserve(ItemList<Item> &items, int further)
+    {
         if (further > items.size()) // reserving for each of many small records would be quadratic
             items.reserve(items.size() + further);
     }

@@ -13,7 +13,7 @@ struct Composition
 {
     const REPORTGENERATOR::EnvironmentPointer environment; ///< of the root, for everything below it
     const bool validates;
-    /// While validating: whether nothing was found that Check() or a writer might refuse. The reason does not matter:
+    /// Whether nothing was found that, while validating, Check() or a writer might refuse. The reason does not matter:
     /// what has been written is discarded, and Check() reports it.
     bool isSound = true;
 };
@@ -33,7 +33,7 @@ public:
     /// For rows: what they write fails the check, or is a reason to write nothing.
     void noteProblem()
     {
-        if (Q_UNLIKELY(m_composition))
+        if (m_composition && m_composition->validates)
             m_composition->isSound = false;
     }
 

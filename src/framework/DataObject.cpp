@@ -72,7 +72,8 @@ Block &ObjectAccess::createOrDetach(const DataObject &object)
     Block *&block = object.m_block;
     if (!block) {
         block = info.create();
-        if (info.createdWithTheBlock != 0 || isOfDerivedClass(object))
+        const bool isNew = environment(object) == EnvironmentPointer::plain(true); // as everything in the block is
+        if (isOfDerivedClass(object) || (info.createdWithTheBlock != 0 && !isNew))
             Propagation::propagate(object);
     } else if (block->isShared()) {
         Block *own = info.clone(*block);

@@ -206,12 +206,10 @@ void Behavior::writeSnapshotMembers(const DataObject &object, BinaryWriter &writ
 bool Behavior::readSnapshotMembers(DataObject &object, BinaryReader &reader)
 {
     Block *own = &ObjectAccess::block(object);
-    const bool isInMemory = reader.isInMemory();
     for (const Member *member : ObjectAccess::info(object).bitOrder()) {
         if (!member->readSnapshot(object, *own, reader))
             return false;
-        if (!isInMemory) // a device may have copied the object, which shares its data
-            own = &ObjectAccess::block(object);
+        own = &ForeignCode::blockAfterReading(reader, object, *own);
     }
     return true;
 }

@@ -6,6 +6,7 @@
 
 #include "framework/Binary.h"
 #include "framework/Errors.h"
+#include "framework/ForeignCode.h"
 #include "framework/ObjectAccess.h"
 #include "framework/Propagation.h"
 #include "framework/Text.h"
@@ -110,54 +111,14 @@ protected:
     }
     ~Member() = default; // rows are constants: they are never deleted, and trivial destruction keeps them constexpr
 
-    static bool isInMemory(const XmlInput &input) { return !input.runsForeignCode(); }
-    static bool isInMemory(const BinaryReader &reader) { return reader.isInMemory(); }
-
     /// Reads into a part of an object's data, which `find` returns for a block; `block` is the object's current one.
-    ///
-    /// A device may run code that uses the object, copies it or assigns to it, which shares, replaces or destroys its
-    /// data. Nothing may refer to the data while a device is read, so the part is extracted, read, and put back into
-    /// the block that the object has then, also if reading throws. Copies of the object made in between lack the part.
-    /// New items of lists are also read separately, see ChildList.
-    template <class Reader, class Find, class Read>
-    static bool readPart(DataObject &object, Block &block, const Reader &reader, const Find &find, const Read &read)
+    template <class Find, class Read>
+    static bool readPart(DataObject &object, Block &block, const Source &source, const Find &find, const Read &read)
     {
-        return isInMemory(reader) ? read(find(block)) : readPartSeparately(object, find, read);
+        return source.runsForeignCode() ? ForeignCode::readPartApart(object, find, read) : read(find(block));
     }
 
 private:
-    /// Swaps a child's data: copying them for each of many small records or elements would make reading quadratic.
-    template <class Part>
-    static void extract(Part &original, Part &part)
-    {
-        if constexpr (std::is_base_of_v<DataObject, Part>) {
-            Propagation::propagateTo(part, ObjectAccess::environment(original));
-            part.swap(original);
-        } else {
-            part = original;
-        }
-    }
-
-    template <class Find, class Read>
-    Q_NEVER_INLINE static bool readPartSeparately(DataObject &object, const Find &find, const Read &read)
-    {
-        std::decay_t<decltype(find(ObjectAccess::block(object)))> part{};
-        extract(find(ObjectAccess::block(object)), part);
-        const auto putBack = [&] {
-            using std::swap;
-            swap(find(ObjectAccess::block(object)), part);
-        };
-        bool isRead = false;
-        try {
-            isRead = read(part);
-        } catch (...) {
-            putBack();
-            throw;
-        }
-        putBack();
-        return isRead;
-    }
-
     static constexpr int longestName = 20;
 
     JobXml::Text<longestName> m_text;

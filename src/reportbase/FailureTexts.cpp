@@ -21,6 +21,11 @@ QString at(const QString &source, const QString &why)
     return source + ownText(": ") + why;
 }
 
+QString at(const QString &source, qint64 line, qint64 column, const QString &why)
+{
+    return source + ownText(":%1:%2: ").arg(line).arg(column) + why;
+}
+
 QString xmlText()
 {
     return ownText("XML text");
@@ -262,7 +267,7 @@ Failure::Failure(const QString &source, const QString &why) : text(FailureTexts:
 }
 
 Failure::Failure(const QString &source, qint64 line, qint64 column, const QString &why)
-    : text(source + ownText(":%1:%2: ").arg(line).arg(column) + why)
+    : text(FailureTexts::at(source, line, column, why))
 {
     location.source = source;
     location.line = int(line);

@@ -12,6 +12,7 @@ namespace REPORTGENERATOR::FailureTexts {
 /// `SOURCE: why` and `SOURCE:LINE:COLUMN: why`, the two forms that programs parse. Lines and columns count from 1.
 /// @{
 QString at(const QString &source, const QString &why);
+QString at(const QString &source, qint64 line, qint64 column, const QString &why);
 /// @}
 
 /// \name Sources without a path

@@ -405,11 +405,10 @@ private:
             if (&alternative != chosen)
                 skipChild(alternative, *composition);
         });
-        if (composition->validates && !chosen) {
-            composition->isSound = false;
-            return nullptr; // without creating the alternative
-        }
-        return isWritten ? row : nullptr;
+        if (!chosen)
+            target.noteProblem();
+        // While validating, an alternative that was never used is not created.
+        return chosen || (isWritten && !composition->validates) ? row : nullptr;
     }
 };
 

@@ -121,9 +121,8 @@ QString environments(const DataObject &object)
 
 Q_DECLARE_METATYPE(Change)
 
-/// While validating, a document is checked as it is written. That shows nowhere: what is written, what is thrown and
-/// what becomes of the objects is as if Check() came first, and then HasData() and the check of each object that
-/// Check() does not include.
+/// While validating, a document is checked as it is written. The bytes, the exceptions and the state of the objects are
+/// as if Check() came first, and then HasData() and the check of each object that Check() does not include.
 class CheckedWritingTest : public QObject
 {
     Q_OBJECT

@@ -205,6 +205,19 @@ private Q_SLOTS:
         }
     }
 
+    void writingAnIncompleteDocumentWithoutValidatingVisitsEachObjectOnce()
+    {
+        TunerProperties document(m_documents[0]);
+        document.SetValidate(false);
+        document.GetComponent()[0].GetNode()[0].Setid(QString());
+        document.GetComponent()[0].GetNode()[1].SetValueItem({});
+        document.SetStartupModes({});
+        const Work record = workOf([&] { recordOf(document); });
+        QCOMPARE(record.propagated, 0);
+        const Work text = workOf([&] { QVERIFY(!document.GetXmlString().isEmpty()); });
+        QCOMPARE(text.propagated, 0);
+    }
+
     // What a caller's writer has received cannot be taken back, so a check comes first.
     void writingXmlToAWriterVisitsEachObjectTwice()
     {

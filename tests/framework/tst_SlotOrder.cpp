@@ -126,9 +126,10 @@ private Q_SLOTS:
     void additionsFollowTheContract()
     {
         int slot = 47;
-        for (const char *function : {"composeXml(QByteArray&) const", "walkContent(QXmlStreamReader&, QString const&)",
-                                     "composeBinary(QDataStream const&, QByteArray&) const",
-                                     "readMembers(QDataStream const&, char const*, int)"})
+        for (const char *function :
+             {"composeXml(QByteArray&) const", "walkContent(QXmlStreamReader&, QString const&)",
+              "readXml(std::function<QByteArray ()> const&)", "composeBinary(QDataStream const&, QByteArray&) const",
+              "readMembers(QDataStream const&, char const*, int)"})
             QCOMPARE(unqualified(functionInSlot(QStringLiteral("Node"), slot++)), QString::fromLatin1(function));
     }
 

@@ -104,6 +104,14 @@ void keepMembers(Keeper &keeper, const DataObject &object)
     });
 }
 
+void keepProblem(Keeper &keeper, const char *function, const Problem &problem)
+{
+    keeper.keep(function, problem.message);
+    keeper.keep("Problem::message", problem.message);
+    keeper.keep("Problem::member", problem.member);
+    keeper.keep("ObjectPath::path", "Step::member", problem);
+}
+
 /// The functions of every class.
 template <class Object>
 void keepObject(Keeper &keeper, Object &object)
@@ -119,12 +127,8 @@ void keepObject(Keeper &keeper, Object &object)
     object.SetInvalid(invalid);
     keeper.keep("IRGObject::SetInvalid", invalid);
     const auto problems = object.GetProblems();
-    for (const Problem &problem : problems) {
-        keeper.keep("DataObject::GetProblems", problem.message);
-        keeper.keep("Problem::message", problem.message);
-        keeper.keep("Problem::member", problem.member);
-        keeper.keep("ObjectPath::path", "Step::member", problem);
-    }
+    for (const Problem &problem : problems)
+        keepProblem(keeper, "DataObject::GetProblems", problem);
     QString shown;
     QDebug(&shown) << object;
     keeper.keep("operator<<", shown);
@@ -294,6 +298,10 @@ public:
         composeXml(utf8);
         keeper.keep("IRGObject::composeXml", utf8);
         keeper.keep("DataObject::composeXml", utf8);
+        QByteArray record;
+        composeBinary(QDataStream(), record);
+        keeper.keep("IRGObject::composeBinary", record);
+        keeper.keep("DataObject::composeBinary", record);
         SetObjectName(QString(0, Qt::Uninitialized));
         keeper.keep("IRGObject::GetObjectName", GetObjectName());
         require(!LoadXml(QString())); // which sets the error
@@ -412,6 +420,57 @@ void keepLoadFailures(Keeper &keeper)
     keeper.keep("WriteAll", REPORTGENERATOR::WriteAll(file, QByteArray("content")));
 }
 
+void keepReadProblems(Keeper &keeper)
+{
+    const QString xml =
+        own("<TunerProperties Version='1.1' type=''><StartupModes><StartupMode/></StartupModes>"
+            "<Component name='a'><Node><ValueItem><ValueBoolean value=''/></ValueItem></Node></Component>"
+            "<Component name='a'/><Unknown/></TunerProperties>");
+    const QTemporaryDir folder;
+    const auto write = [&](const QString &name, const QByteArray &content) {
+        QFile file(folder.filePath(name));
+        require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        return file.fileName();
+    };
+    TunerProperties document;
+    require(document.SetXmlString(xml, false));
+    const QByteArray representation = document.GetBinaryRepresentationAsQByteArray();
+    const auto keepAll = [&](const char *function, const auto &read) {
+        TunerProperties into;
+        QVector<Problem> problems;
+        require(!read(into, problems) && !problems.isEmpty());
+        for (const Problem &problem : qAsConst(problems))
+            keepProblem(keeper, function, problem);
+        keeper.keep("ErrorLocation::source", into.GetErrorLocation().source);
+    };
+    const QString xmlFile = write(own("a.xml"), xml.toUtf8());
+    const QString recordFile = write(own("a.tpb"), representation);
+    for (const QString &text : {xml, own("<!DOCTYPE a>") + xml, own("<"), own("<Node/>")})
+        keepAll("DataObject::SetXmlString",
+                [&](auto &into, auto &problems) { return into.SetXmlString(text, problems); });
+    for (const QByteArray &bytes : {representation, representation.chopped(1), QByteArray("x")})
+        keepAll("DataObject::SetBinaryRepresentation",
+                [&](auto &into, auto &problems) { return into.SetBinaryRepresentation(bytes, problems); });
+    for (const QString &path : {xmlFile, recordFile, folder.filePath(own("none"))}) {
+        keepAll("DataObject::LoadXml", [&](auto &into, auto &problems) { return into.LoadXml(path, problems); });
+        keepAll("DataObject::LoadBinary", [&](auto &into, auto &problems) { return into.LoadBinary(path, problems); });
+    }
+    try {
+        TunerProperties strict;
+        static_cast<void>(strict.LoadXml(xmlFile));
+    } catch (const ReportException &e) {
+        keeper.keep("ErrorLocation::source", e.GetLocation().source);
+    }
+    try {
+        TunerProperties strict;
+        static_cast<void>(strict.SetXmlString(
+            own("<TunerProperties Version='1.1'><Component optional=''/></TunerProperties>"), true));
+    } catch (const ReportException &e) {
+        for (const QString &step : e.GetLocation().path)
+            keeper.keep("ErrorLocation::path", step);
+    }
+}
+
 void keepSplitter(Keeper &keeper)
 {
     using REPORTGENERATOR::ReadLimits;
@@ -455,6 +514,7 @@ extern "C" Q_DECL_EXPORT void keepTexts(KeptTexts *texts)
     Derived().keepTexts(keeper);
     keepExceptions(keeper);
     keepLoadFailures(keeper);
+    keepReadProblems(keeper);
     keepSplitter(keeper);
     keepRegistry(keeper);
 }
