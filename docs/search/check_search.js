@@ -28,6 +28,7 @@ const queries = [
     ["exact numbers, null and empty texts", "page-json.html"],
     ["Component[2]", "page-paths.html"],
     ["dlclose", "page-threads-and-copies.html"],
+    ["Documents from strangers", "page-reading.html"],
     ["find_package", "page-getting-started.html"],
     ["saveInBackground", "page-cookbook.html"], // in an example
     ["GetProblems", "classJobXml_1_1DataObject.html"],

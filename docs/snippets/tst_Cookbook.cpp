@@ -137,28 +137,22 @@ QVector<ModeEntry> modeEntries()
 //! [translate]
 
 //! [hostile]
-/// Reads a file of unknown origin. Changes `result` only if all of it is valid; otherwise `why` is the reason.
-bool readUntrusted(const QString &path, JobXml::TunerProperties &result, QString &why)
+/// Reads a file of unknown origin. Changes `result` only if all of it is valid; otherwise returns the first problems.
+QStringList readUntrusted(const QString &path, JobXml::TunerProperties &result)
 {
-    constexpr qint64 largest = 10 * 1024 * 1024; // no description of a tuner is larger
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > largest) {
-        why = QStringLiteral("the file cannot be opened, is none, or is too large");
-        return false;
-    }
-    try {
-        JobXml::TunerProperties read; // not `result`: values read before a failure stay in the object
-        if (!read.LoadXml(&file)) {
-            why = read.GetErrorString();
-            return false;
-        }
-        read.Check(); // the reader checks what is there, Check() what is missing
+    constexpr int mostKept = 20; // a document may have a problem for every few bytes
+    JobXml::ReadOptions options;
+    options.maxBytes = 10 * 1024 * 1024; // no description of a tuner is larger
+
+    QStringList problems;
+    const auto keep = [&problems](const JobXml::Problem &problem) {
+        if (problems.size() < mostKept)
+            problems.append(problem.message);
+    };
+    JobXml::TunerProperties read; // not `result`: the object keeps what was read, whatever its problems
+    if (read.LoadXml(path, keep, options))
         result = read;
-    } catch (const ReportException &e) { // not std::bad_alloc, which is not an error of the file
-        why = e.GetMessageText();
-        return false;
-    }
-    return true;
+    return problems;
 }
 //! [hostile]
 
@@ -303,22 +297,26 @@ void Cookbook::hostileFilesAreRefused()
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("document.xml"));
     JobXml::TunerProperties result;
-    QString why;
 
     write(path, "<TunerProperties Version=\"1.1\"><Component>");
-    QVERIFY(!readUntrusted(path, result, why));
-    QCOMPARE(why, path + QStringLiteral(":1:42: Premature end of document."));
+    QCOMPARE(readUntrusted(path, result), QStringList{QStringLiteral("Premature end of document.")});
 
     write(path, "<TunerProperties Version=\"1.1\" type=\"Toaster\"/>");
-    QVERIFY(!readUntrusted(path, result, why));
-    QCOMPARE(why, QStringLiteral("enum is not valid (classname=TunerProperties,membername=m_type)"));
+    QCOMPARE(readUntrusted(path, result),
+             (QStringList{QStringLiteral("enum is not valid (classname=TunerProperties,membername=m_type)"),
+                          QStringLiteral("TunerProperties: Please set Component properly."),
+                          QStringLiteral("TunerProperties: Please set type properly."),
+                          QStringLiteral("TunerProperties: Please set baseresource properly.")}));
+
+    write(path, "<TunerProperties Version=\"1.1\">" + QByteArray("<A/>").repeated(1000) + "</TunerProperties>");
+    QCOMPARE(readUntrusted(path, result).size(), 20);
 
     write(path, QByteArray(11 * 1024 * 1024, ' '));
-    QVERIFY(!readUntrusted(path, result, why));
-    QCOMPARE(why, QStringLiteral("the file cannot be opened, is none, or is too large"));
+    QCOMPARE(readUntrusted(path, result),
+             QStringList{QStringLiteral("the document has more than 10485760 bytes, the most that are accepted")});
 
     QVERIFY(!result.IsInitialized()); // untouched by all of them
-    QVERIFY(readUntrusted(exampleFile("receiver.xml"), result, why));
+    QCOMPARE(readUntrusted(exampleFile("receiver.xml"), result), QStringList());
     QVERIFY(result == exampleReceiver());
 }
 

@@ -45,7 +45,7 @@ struct ObjectPath
     ObjectPath below(std::nullptr_t, const Step &step) const = delete;
 };
 
-/// One reason why a writer would refuse a document, and the path to the object concerned.
+/// One reason why a reader or a writer would refuse a document, and the path to the object concerned.
 struct Problem : ObjectPath
 {
     QString message; ///< why: the whole text of the exception that the model would throw, or the library's own
@@ -58,10 +58,10 @@ struct Problem : ObjectPath
     bool isUnreadable = false;
 
     /// \name Its place in the document that was read
-    /// The start of the attribute, element or record that a validating reader refuses, or the place where a document
-    /// that is not well-formed ends for its reader. Lines and columns, in UTF-16 units, count from 1 and are 0 if there
-    /// is none; the offset in bytes counts from 0 and is -1 if there is none. Problems that GetProblems() finds have no
-    /// place.
+    /// The start of the attribute, element or record that a validating reader refuses (in some XML documents the end of
+    /// the start tag, see ReportException::GetLocation()), or the place where a document that is not well-formed ends
+    /// for its reader. Lines and columns, in UTF-16 units, count from 1 and are 0 if there is none; the offset in bytes
+    /// counts from 0 and is -1 if there is none. Problems that GetProblems() finds have no place.
     /// @{
     int line = 0;
     int column = 0;
@@ -244,22 +244,25 @@ public:
     /// they are found:
     ///  - everything for which a validating reader throws, with the text of the exception and with its place;
     ///  - what makes the document unreadable: the text of GetErrorString() without the place, which is in the members
-    ///  of
-    ///    the problem. Nothing is read after it, and no further problems are looked for;
+    ///    of the problem, or the length error of a record. Nothing is read after it, and no further problems are looked
+    ///    for;
     ///  - what GetProblems() returns for the object that was read.
     ///
     /// Returns whether there are no problems. `problems` is replaced. The validate flag has no effect and is the same
     /// afterwards; whether the problems of the content are found depends on the options alone. The object keeps what
     /// was read, with all values that a validating reader refuses: it is the object that results from reading without
-    /// validation. GetErrorString() is that of the operation without a list of problems, and null if only the content
-    /// has problems. Throws std::bad_alloc only.
+    /// validation, except that an item in which an unreadable document ends is not appended. GetErrorString() is that
+    /// of the operation without a list of problems, and null if only the content has problems. Throws std::bad_alloc
+    /// only.
     ///
     /// The forms with a visitor call it with each problem instead, as VisitProblems() does: an untrusted document may
-    /// have a problem for every few bytes. Limit its size with ReadOptions::maxBytes.
+    /// have a problem for every few bytes. Limit its size with ReadOptions::maxBytes. Exceptions of the visitor pass
+    /// through. The visitor must not use the object, not even to read or copy it: it is called in the middle of
+    /// reading.
     ///
-    /// For an object of a derived class, an exception of an operation that the class overrides is one more problem;
-    /// after that of ProcessXml() or SetBinary() nothing more is read. Overridden LoadXml(), SetXmlString(),
-    /// LoadBinary() and SetBinaryRepresentation() are not called.
+    /// For an object of a derived class, a ReportException of an operation that the class overrides is one more
+    /// problem; after that of ProcessXml(), SetBinary() or readOwnRecord() nothing more is read. Overridden LoadXml(),
+    /// SetXmlString(), LoadBinary() and SetBinaryRepresentation() are not called.
     /// @{
     bool LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
     bool LoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options = {});

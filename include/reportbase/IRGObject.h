@@ -213,7 +213,8 @@ public:
     /// and columns count from 1; the column is that of the last character read when the error was detected.
     QString GetErrorString() const;
 
-    /// The place of that error: the source, and for the content of an XML document line and column.
+    /// The place of that error: the source, and for the content of an XML document line and column. It has neither an
+    /// offset nor a path. For the place of an exception see ReportException::GetLocation().
     ErrorLocation GetErrorLocation() const;
 
     /// Writes the binary representation to a file, atomically like SaveXml().
@@ -283,7 +284,8 @@ protected:
     virtual int readMembers(const QDataStream &form, const char *members, int size);
 
     /// \name LoadXml() and SetXmlString()
-    /// For documents of up to `largestSize` bytes, as UTF-8 for the text, and without changing the validate flag.
+    /// The same for documents of up to `largestSize` bytes (of the text as UTF-8), without changing the validate flag.
+    /// They do not call the virtual operations of these names.
     /// @{
     bool readXmlFile(QFile *file, qint64 largestSize = std::numeric_limits<qint64>::max());
     bool readXmlText(const QString &xml, qint64 largestSize = std::numeric_limits<qint64>::max());

@@ -16,10 +16,10 @@ namespace REPORTGENERATOR {
 struct ErrorLocation
 {
     QString source; ///< the path of the file, `XML text` or `binary data`; null if the caller read the document
-    int line = 0; ///< of an XML document, counted from 1; 0 if it is not known
-    int column = 0; ///< likewise, in UTF-16 units
-    qint64 offset = -1; ///< in bytes from the beginning of an XML document or a record; -1 if it is not known
-    QStringList path; ///< the objects from the root's child down, for instance `Component "Preselector"`
+    int line = 0; ///< of an XML document, counted from 1; 0 if there is none
+    int column = 0; ///< in that line, counted from 1 in UTF-16 units; 0 if there is none
+    qint64 offset = -1; ///< in bytes from the beginning of the XML document or the representation; -1 if there is none
+    QStringList path; ///< to the object that refused the content, from the root's child down: `Component "Preselector"`
 };
 
 } // namespace REPORTGENERATOR
@@ -42,9 +42,9 @@ public:
     QString GetMessageText() const;
 
     /// Where in the document the content is that an object refused while it was read: the start of the element, of the
-    /// attribute or of the record. In XML documents that the library cannot read in memory itself (see the manual's
-    /// page "Reading documents"), line and column are those of the end of the start tag, and there is no offset. Empty
-    /// for exceptions of other operations.
+    /// attribute or of the record. In XML documents that the library does not read in memory itself, line and column
+    /// are those of the end of the start tag, and there is no offset. Empty for exceptions of other operations. The
+    /// manual's page "Reading documents" has the details.
     REPORTGENERATOR::ErrorLocation GetLocation() const;
     /// Adds the location, for the code that reads.
     void SetLocation(const REPORTGENERATOR::ErrorLocation &location);

@@ -276,7 +276,7 @@ private:
     QBuffer *const m_buffer; // whose bytes are read; null if the stream itself reads, and for bytes in memory
     const bool m_isDirect; // otherwise the stream itself reads
     const char *m_first = nullptr; // of the bytes that are read directly
-    const char *m_begin = nullptr; // of those that the buffer has not been moved behind
+    const char *m_begin = nullptr; // of those that the buffer has not been moved past
     const char *m_at = nullptr;
     const char *m_end = nullptr;
     QByteArray m_bytes; // read by the stream, for readBytes()

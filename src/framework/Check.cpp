@@ -6,6 +6,7 @@
 #include "framework/Errors.h"
 #include "framework/Label.h"
 #include "framework/Member.h"
+#include "framework/Problems.h"
 #include "framework/Propagation.h"
 
 namespace JobXml {
@@ -85,18 +86,6 @@ void Behavior::checkChildren(const DataObject &object, Block &own, const Member 
 
 namespace {
 
-/// Calls the visitor with the problem that the check throws, if it throws one. The check of a derived class may throw
-/// exceptions of other types than ours.
-template <class Check>
-void collect(const ObjectPath &path, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
-{
-    try {
-        check();
-    } catch (const ReportException &e) {
-        visitor({path, e.GetMessageText(), QString(member)});
-    }
-}
-
 /// The mandatory list that is set but empty. Check() accepts it, but the object has no data.
 const Member *emptyList(const DataObject &object)
 {
@@ -145,7 +134,7 @@ void DataObject::VisitProblems(const ProblemVisitor &visitor) const
     if (!ObjectAccess::isOfDerivedClass(*this))
         return;
     if (isWritten)
-        collect({}, {}, visit, [&] { Check(); });
+        collectProblem({}, {}, visit, [&] { Check(); });
     if (isWritten && !HasData())
         visit({{}, Errors::withoutData(*this)});
     if (isWrittenAsXml && losesTextInXml(*this))
@@ -161,7 +150,7 @@ void Behavior::collectProblems(const DataObject &object, const ObjectPath &path,
 {
     Block &own = ObjectAccess::block(object);
     for (const Member *member : ObjectAccess::info(object).bitOrder()) {
-        collect(path, member->name(), visitor, [&] { member->check(object, own); });
+        collectProblem(path, member->name(), visitor, [&] { member->check(object, own); });
         const QString xmlProblem = member->xmlProblem(object, own);
         if (!xmlProblem.isNull())
             visitor({path, xmlProblem, QString(member->name()), true});
@@ -169,7 +158,7 @@ void Behavior::collectProblems(const DataObject &object, const ObjectPath &path,
             const ObjectPath childPath = path.below(label(child, index), {member->name(), index});
             ObjectAccess::collectProblems(child, childPath, visitor);
             if (const Member *empty = emptyList(child))
-                collect(childPath, empty->name(), visitor, [&] { member->checkForWriting(object, child); });
+                collectProblem(childPath, empty->name(), visitor, [&] { member->checkForWriting(object, child); });
         };
         if (member->writesChildren(own))
             member->forEachChild(own, ChildAction(collectFromChild));

@@ -8,7 +8,7 @@
 namespace JobXml {
 
 /// Writing a tree of the model's own classes in one traversal, which also propagates flag and logger and, while
-/// validating, checks. See Child::compose().
+/// validating, checks. See compose() in framework/Child.h.
 struct Composition
 {
     const REPORTGENERATOR::EnvironmentPointer environment; ///< of the root, for everything below it

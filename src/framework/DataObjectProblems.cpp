@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include "framework/CollectedReading.h"
+#include "framework/Problems.h"
 
 namespace JobXml {
 
@@ -16,14 +17,10 @@ thread_local CollectedReading *CollectedReading::innermost = nullptr;
 
 namespace {
 
-/// The problem that ends the reading.
-Problem last(const ObjectPath &path, const QString &message, const ErrorLocation &location)
+/// The problem that ended the reading.
+Problem last(Problem problem)
 {
-    Problem problem{path, message};
     problem.isUnreadable = true;
-    problem.line = location.line;
-    problem.column = location.column;
-    problem.offset = location.offset;
     return problem;
 }
 
@@ -37,7 +34,10 @@ Problem unreadable(const DataObject &object)
             QString::number(location.line) + QLatin1Char(':') + QString::number(location.column) + QLatin1Char(':');
     place += QLatin1Char(' ');
     const QString text = object.GetErrorString();
-    return last({}, text.startsWith(place) ? text.mid(place.size()) : text, location);
+    Problem problem{{}, text.startsWith(place) ? text.mid(place.size()) : text};
+    problem.line = location.line;
+    problem.column = location.column;
+    return problem;
 }
 
 ReadLimits limitsOf(const ReadOptions &options)
@@ -66,9 +66,9 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
     try {
         isRead = read();
         if (!isRead)
-            visit(unreadable(object));
+            visit(last(unreadable(object)));
     } catch (const ReportException &end) {
-        visit(last(reading.pathOfEnd(), end.GetMessageText(), end.GetLocation()));
+        visit(last(problemOf(end, reading.pathOfEnd())));
     } catch (...) {
         object.SetValidate(validated);
         throw;

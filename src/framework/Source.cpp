@@ -4,6 +4,7 @@
 #include "framework/CollectedReading.h"
 #include "framework/Label.h"
 #include "framework/Member.h"
+#include "framework/Problems.h"
 
 namespace JobXml {
 
@@ -26,12 +27,7 @@ void Source::refused(ReportException &refusal) const
     if (!m_visitor || !m_innermost)
         throw;
     const Member *const member = m_innermost->member;
-    const REPORTGENERATOR::ErrorLocation location = refusal.GetLocation();
-    Problem problem{pathTo(*m_innermost), refusal.GetMessageText(), member ? QString(member->name()) : QString()};
-    problem.line = location.line;
-    problem.column = location.column;
-    problem.offset = location.offset;
-    (*m_visitor)(problem);
+    (*m_visitor)(problemOf(refusal, pathTo(*m_innermost), member ? QString(member->name()) : QString()));
 }
 
 void Source::storeUnvalidated(const ActionOn<> &action) const

@@ -19,8 +19,8 @@ const char *find(const char *from, const char *end, char byte)
     return static_cast<const char *>(std::memchr(from, byte, std::size_t(end - from)));
 }
 
-/// The place behind the mark, which is there.
-const char *behind(const char *from, const char *end, std::string_view mark)
+/// The place after the mark, which is there.
+const char *findEnd(const char *from, const char *end, std::string_view mark)
 {
     const std::string_view rest(from, std::size_t(end - from));
     return from + rest.find(mark) + mark.size();
@@ -67,7 +67,7 @@ bool XmlText::isVerbatim() const
 
 namespace {
 
-/// Appends the character that the reference begins; returns the place behind it.
+/// Appends the character that the reference begins; returns the place after it.
 const char *appendReferred(QString &text, const char *reference)
 {
     quint32 character = 0;
@@ -178,11 +178,11 @@ XmlInput::Tag Utf8Input::next()
 void Utf8Input::skipUntagged()
 {
     if (m_at[1] == '?')
-        m_at = behind(m_at, m_end, "?>"sv);
+        m_at = findEnd(m_at, m_end, "?>"sv);
     else if (m_at[2] == '-')
-        m_at = behind(m_at + sizeOfCommentStart, m_end, "-->"sv);
+        m_at = findEnd(m_at + sizeOfCommentStart, m_end, "-->"sv);
     else
-        m_at = behind(m_at, m_end, "]]>"sv);
+        m_at = findEnd(m_at, m_end, "]]>"sv);
 }
 
 void Utf8Input::takeName(const char *begin)
@@ -313,7 +313,7 @@ void Utf8Input::readMixedText(XmlText &text)
         append(m_at, markup, convertedInElements);
         m_at = markup;
         if (markup[1] == '!' && markup[2] == '[') {
-            m_at = behind(markup, m_end, "]]>"sv);
+            m_at = findEnd(markup, m_end, "]]>"sv);
             append(markup + sizeOfSectionStart, m_at - 3, convertedInSections);
         } else if (markup[1] == '!' || markup[1] == '?') {
             skipUntagged();

@@ -55,7 +55,7 @@ private:
     const char *const m_end;
     const char *m_tag; // the last tag
     std::string_view m_name; // of the last tag
-    bool m_isInStartTag = false; // behind the name, or behind the attributes if they have been read
+    bool m_isInStartTag = false; // after the name, or after the attributes if they have been read
     bool m_isEmptyElement = false; // whose end tag is next
     bool m_hasAttributes = false;
     int m_attributeCount = 0;

@@ -26,7 +26,7 @@ void Utf8Places::find(qint64 offset, int &line, int &column)
     column = place.column;
 }
 
-/// A carriage return before a line feed does not end a line. The byte order mark is no character.
+/// A carriage return before a line feed does not end a line. The byte order mark does not count.
 void Utf8Places::advance(Place &place, int from, int to) const
 {
     const char *const bytes = m_document.constData();

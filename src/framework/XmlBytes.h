@@ -96,7 +96,7 @@ inline int sizeBeyondAscii(const char *utf8)
 }
 
 /// Reads the character reference that begins with the '&' at the beginning of the text, which ends with a NUL. Returns
-/// the place behind it; null if it is not a reference to a character that XML can carry.
+/// the place after it; null if it is not a reference to a character that XML can carry.
 inline const char *readCharacterReference(const char *utf8, quint32 &character)
 {
     constexpr quint32 most = 0x10FFFF;

@@ -76,7 +76,7 @@ public:
     virtual bool isNamed(const XmlName &name) const = 0;
     /// The row of this name; null if there is none.
     virtual const Member *findRow(const ClassInfo::Rows &rows) const = 0;
-    /// Of a start tag, before anything else is read. Looks first behind the attribute that was found before.
+    /// Of a start tag, before anything else is read. Looks first after the attribute that was found before.
     virtual bool findAttribute(const XmlName &name, XmlText &value) = 0;
     virtual Position position() const = 0;
     virtual Position attributePosition() const = 0; ///< of the attribute that was found last

@@ -15,7 +15,7 @@ using namespace std::string_view_literals;
 using XmlBytes::is;
 
 /// Reads a document once, from its first byte to its last. Every function that returns bool returns false as soon as
-/// the document is not in the subset. The NUL behind the document is in no class of bytes, so no function reads past
+/// the document is not in the subset. The NUL after the document is in no class of bytes, so no function reads past
 /// it.
 class Document
 {

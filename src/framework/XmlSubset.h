@@ -12,18 +12,19 @@ namespace JobXml {
 ///  - UTF-8 without a byte order mark or with one, and without U+FFFE and U+FFFF;
 ///  - an XML declaration, if there is one, of version 1.0 that names the encoding UTF-8 or none;
 ///  - comments, processing instructions, CDATA sections, character references and the five predefined entities;
-///  - names that begin with a letter or '_', continue with letters, digits, '.', '-' and '_', and have at most
-///    LongestName characters;
+///  - names that begin with an ASCII letter or '_', continue with ASCII letters, digits, '.', '-' and '_', and have at
+///    most LongestName characters;
 ///  - at most MostAttributes attributes for each element, and elements nested up to Deepest levels.
 ///
-/// It has no document type, no prefixes or namespaces, and no text with ";]>", since the reader refuses "&#93;]>".
+/// It has no document type, no prefixes or namespaces, and no text of an element with ";]>", since the reader refuses
+/// "&#93;]>".
 namespace XmlSubset {
 
 constexpr int MostAttributes = 32;
 constexpr int Deepest = 256;
 constexpr int LongestName = 1000; ///< the reader refuses names of more than 4096 characters
 
-/// Whether the whole document is in the subset. Reads the NUL behind the bytes, so they must not be raw data.
+/// Whether the whole document is in the subset. Reads the NUL after the bytes, so they must not be raw data.
 bool contains(const QByteArray &utf8);
 
 } // namespace XmlSubset

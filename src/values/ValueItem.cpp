@@ -5,6 +5,7 @@
 #include "framework/Child.h"
 #include "framework/Member.h"
 #include "framework/NewObject.h"
+#include "framework/Problems.h"
 #include "framework/Table.h"
 #include "framework/XmlOutput.h"
 #include "module/NameList.h"
@@ -312,11 +313,7 @@ class ItemBehavior final : public Behavior
             Behavior::collectProblems(item, path, visitor);
             return;
         }
-        try {
-            Errors::nothingChosen(item, choiceMember.name());
-        } catch (const IncompleteDefinitionException &e) {
-            visitor({path, e.GetMessageText(), QString(choiceMember.name())});
-        }
+        collectProblem(path, choiceMember.name(), visitor, [&] { Errors::nothingChosen(item, choiceMember.name()); });
     }
 
     // Departs: visitors see the choice first.

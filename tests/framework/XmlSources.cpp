@@ -394,7 +394,7 @@ public:
             if (isMarked)
                 m_text.prepend(QChar(QChar::ByteOrderMark));
         } else {
-            m_isWritten = m_file.open() && m_file.write(document) == document.size() && m_file.seek(0);
+            m_isWritten = m_file.open() && m_file.write(document) == document.size() && m_file.flush();
         }
     }
 
@@ -414,6 +414,42 @@ public:
         return object.LoadXml(&m_file);
     }
 
+    /// The same, with all problems.
+    bool readInto(Object &object, QVector<Problem> &problems)
+    {
+        return m_isText ? object.SetXmlString(m_text, problems) : object.LoadXml(m_file.fileName(), problems);
+    }
+
+    /// Why this is not the place of a tag or attribute; null if it is.
+    template <class Place>
+    QString wrongPlace(const Place &place) const
+    {
+        const auto at = [this](qint64 offset) { return m_document.at(int(offset)); };
+        if (place.offset < 0 || place.offset >= m_document.size())
+            return QStringLiteral("the offset is %1").arg(place.offset);
+        if (at(place.offset) != '<' && QByteArray(" \t\r\n").indexOf(at(place.offset - 1)) < 0)
+            return QStringLiteral("there is no tag or attribute at offset %1").arg(place.offset);
+        int line = 1;
+        QByteArray before; // in the line
+        for (int i = m_document.startsWith("\xEF\xBB\xBF") ? 3 : 0; i < place.offset; ++i) {
+            before += at(i);
+            if (at(i) == '\n' || (at(i) == '\r' && at(i + 1) != '\n')) {
+                ++line;
+                before.clear();
+            }
+        }
+        before.prepend('.'); // a byte order mark at the beginning would be dropped
+        const int column = QString::fromUtf8(before).size();
+        return place.line == line && place.column == column
+            ? QString()
+            : QStringLiteral("offset %1 is line %2, column %3, not line %4, column %5")
+                  .arg(place.offset)
+                  .arg(line)
+                  .arg(column)
+                  .arg(place.line)
+                  .arg(place.column);
+    }
+
     std::unique_ptr<QXmlStreamReader> reader() const
     {
         return m_isText ? std::make_unique<QXmlStreamReader>(m_text) : std::make_unique<QXmlStreamReader>(m_document);
@@ -427,30 +463,82 @@ private:
     bool m_isWritten = false;
 };
 
-/// The result of reading, as lines.
-QStringList outcomeOf(Object &object, bool isRead, const QString &thrown)
+/// The result of reading.
+struct Outcome
 {
-    const QStringList result{QStringLiteral("read: ") + text(isRead), QStringLiteral("thrown: ") + thrown};
-    return result + stateOf(object);
+    QStringList lines;
+    bool isRead = false;
+    QString thrown;
+    REPORTGENERATOR::ErrorLocation location; ///< of what was thrown
+};
+
+template <class Read>
+Outcome outcomeOf(Object &object, const Read &read)
+{
+    Outcome outcome;
+    outcome.thrown = thrownBy([&] {
+        try {
+            outcome.isRead = read();
+        } catch (const ReportException &exception) {
+            outcome.location = exception.GetLocation();
+            throw;
+        }
+    });
+    outcome.lines =
+        QStringList{QStringLiteral("read: ") + text(outcome.isRead), QStringLiteral("thrown: ") + outcome.thrown,
+                    QStringLiteral("in: ") + outcome.location.path.join(QLatin1Char('/'))}
+        + stateOf(object);
+    return outcome;
 }
 
-QStringList readInMemory(Object &object, Source &source, bool validate)
+Outcome readInMemory(Object &object, Source &source, bool validate)
 {
-    bool isRead = false;
-    const QString thrown = thrownBy([&] { isRead = source.readInto(object, validate); });
-    return outcomeOf(object, isRead, thrown);
+    return outcomeOf(object, [&] { return source.readInto(object, validate); });
 }
 
 /// Reads the object from the root element that the reader has reached, as the base library does.
-QStringList readFromRoot(Object &object, QXmlStreamReader &reader, bool validate)
+Outcome readFromRoot(Object &object, QXmlStreamReader &reader, bool validate)
 {
     object.SetValidate(validate);
-    const QString thrown = thrownBy([&] {
+    return outcomeOf(object, [&] {
         object.ProcessXml(reader);
         while (!reader.atEnd() && !reader.hasError())
             reader.readNext();
+        return !reader.hasError();
     });
-    return outcomeOf(object, thrown.isNull() && !reader.hasError(), thrown);
+}
+
+/// Reads with all problems into objects that hold the same. The result is the object that is read without validation.
+QString differenceOfProblems(const Class &type, const Object &original, Source &source)
+{
+    const auto read = [&](Object &object, QVector<Problem> &problems) {
+        object.SetValidate(false);
+        QStringList lines;
+        const Outcome outcome = outcomeOf(object, [&] { return source.readInto(object, problems); });
+        for (const Problem &problem : qAsConst(problems)) {
+            lines += problem.path.join(QLatin1Char('/')) + QLatin1Char(':') + problem.member + QLatin1Char(':')
+                + problem.message + text(problem.xmlOnly);
+            for (const Step &step : problem.steps)
+                lines.last() += QLatin1Char('/') + step.member + QString::number(step.index);
+        }
+        return lines + outcome.lines;
+    };
+    const Class::Pointer object = type.copy(original);
+    QVector<Problem> problems;
+    const QStringList found = read(*object, problems);
+    for (const Problem &problem : qAsConst(problems)) {
+        const QString wrongPlace = problem.offset < 0 ? QString() : source.wrongPlace(problem);
+        if (!wrongPlace.isNull())
+            return problem.message + QStringLiteral(": ") + wrongPlace;
+    }
+    const Class::Pointer derived = type.copyByReader(original);
+    QVector<Problem> problemsByReader;
+    const QString difference = firstDifference(read(*derived, problemsByReader), found);
+    if (!difference.isNull())
+        return QStringLiteral("all problems, by a derived class <> in memory: ") + difference;
+    const Class::Pointer unvalidated = type.copy(original);
+    const Outcome outcome = readInMemory(*unvalidated, source, false);
+    return outcome.isRead ? firstDifference(stateOf(*unvalidated), stateOf(*object)) : QString();
 }
 
 /// Reads into objects of one class that hold the same, one for each way.
@@ -460,10 +548,12 @@ QString differenceOfObject(const Class &type, const Object &original, Source &so
                              .arg(original.GetObjectName(), QLatin1String(validate ? "validating" : "not validating"));
     const QStringList before = stateOf(*type.copy(original));
     const Class::Pointer object = type.copy(original);
-    const QStringList found = readInMemory(*object, source, validate);
+    const Outcome found = readInMemory(*object, source, validate);
+    if (!found.thrown.isNull() && !source.wrongPlace(found.location).isNull())
+        return what + found.thrown + QStringLiteral(": ") + source.wrongPlace(found.location);
 
     const Class::Pointer derived = type.copyByReader(original);
-    QString difference = firstDifference(readInMemory(*derived, source, validate), found);
+    QString difference = firstDifference(readInMemory(*derived, source, validate).lines, found.lines);
     if (!difference.isNull())
         return what + QStringLiteral("by a derived class <> in memory: ") + difference;
 
@@ -471,12 +561,12 @@ QString differenceOfObject(const Class &type, const Object &original, Source &so
     const auto reader = source.reader();
     while (!reader->atEnd() && reader->readNext() != QXmlStreamReader::StartElement) { }
     if (reader->name() == original.GetObjectName()) {
-        difference = firstDifference(readFromRoot(*processed, *reader, validate), found);
+        difference = firstDifference(readFromRoot(*processed, *reader, validate).lines, found.lines);
         if (!difference.isNull())
             return what + QStringLiteral("by ProcessXml() <> in memory: ") + difference;
         if (!type.equal(*object, *processed) && type.equal(*object, *type.copy(*object))) // a NaN never is
             return what + QStringLiteral("the objects are not equal");
-    } else if (found.first() != QLatin1String("read: false")) {
+    } else if (found.isRead) {
         return what + QStringLiteral("an object was read from another element");
     }
     difference = firstDifference(before, stateOf(*type.copy(original)));
@@ -531,6 +621,9 @@ QString differenceOfObjects(const QByteArray &document, quint32 seed)
             if (!difference.isNull())
                 return difference;
         }
+        const QString difference = differenceOfProblems(type, *original, source);
+        if (!difference.isNull())
+            return original->GetObjectName() + QStringLiteral(": ") + difference;
     }
     return QString();
 }

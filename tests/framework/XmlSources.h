@@ -5,7 +5,7 @@
 #include <QString>
 
 /// Documents that the library reads in memory must be read as by QXmlStreamReader. Reads them both ways, step by
-/// step and into objects, and compares all that can be observed.
+/// step and into objects, and compares all that can be observed, problems and their places included.
 namespace XmlSources {
 
 /// The first difference between the two ways, with what led to it; null if there is none. A document that is not in

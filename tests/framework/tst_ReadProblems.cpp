@@ -455,7 +455,7 @@ void ReadProblemsTest::aRecordWithAWrongLengthEndsTheReading()
     QVERIFY(!document.SetBinaryRepresentation(representation, problems));
     const QString message = QStringLiteral("ValueBoolean::SetBinary(...): Length error occurred during processing of "
                                            "binary representation");
-    const int value = boolean + 8 + 4 + 4 + 4 + 1; // behind the record of the id, which has one character
+    const int value = boolean + 8 + 4 + 4 + 4 + 1; // after the record of the id, which has one character
     QCOMPARE(
         texts(problems),
         QStringList{QStringLiteral("@%1 Component \"c\" / Node \"n\" / ValueItem 1 / ValueBoolean \"v\": ").arg(value)

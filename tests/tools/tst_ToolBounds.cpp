@@ -398,14 +398,14 @@ void ToolBoundsTest::expansionOfFiftyTimesIsAccepted()
 
 void ToolBoundsTest::pageOfTooManyObjectsIsAnError()
 {
-    m_workshop->write(QStringLiteral("in.tpb"), document(emptyItems(componentTag, 100001)));
+    m_workshop->write(QStringLiteral("in.tpb"), document(emptyItems(componentTag, 1000001)));
     const Cost cost = costOf(*m_workshop, line("show --format html in.tpb"));
     QCOMPARE(cost.status, 3);
     QCOMPARE(cost.outSize, qint64(0));
     QCOMPARE(cost.err,
-             QByteArray("tunerproperties: in.tpb: cannot show more than 100000 objects on a page; use 'show --format "
+             QByteArray("tunerproperties: in.tpb: cannot show more than 1000000 objects on a page; use 'show --format "
                         "json'\n"));
-    QVERIFY(costOf(*m_workshop, line("show --format json in.tpb")).outSize > 100001);
+    QVERIFY(costOf(*m_workshop, line("show --format json in.tpb")).outSize > 1000001);
 }
 
 void ToolBoundsTest::maxExpansionRaisesTheLimit()

@@ -40,7 +40,7 @@ int countObjects(const JobXml::DataObject &object, int most)
 /// An empty object takes four bytes of a record and a kilobyte of a page.
 void checkSizeOfPage(const Document &document)
 {
-    constexpr int mostObjects = 100000;
+    constexpr int mostObjects = 1000000;
     if (countObjects(document.tuner, mostObjects) > mostObjects)
         throw FileFailure(document.input.shownName()
                           + QStringLiteral(": cannot show more than %1 objects on a page; use 'show --format json'")
