@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <limits>
 #include <optional>
 
 #include <QMetaType>
@@ -74,7 +75,7 @@ struct ReadOptions
 {
     /// The size of the file, of the text as UTF-8 or of the representation, and what a compressed representation may
     /// expand to. The default has no effect: the limits are those of the operations that throw.
-    qint64 maxBytes = REPORTGENERATOR::ReadLimits::LargestPossible;
+    qint64 maxBytes = std::numeric_limits<qint64>::max();
     /// Whether the compressed form of a representation is accepted.
     bool allowCompressed = true;
     /// Whether to find the problems of the content. If not, only those are found that make the document unreadable.

@@ -124,7 +124,10 @@ public:
 
     /// How many bytes in memory have been read.
     int bytesRead() const { return int(m_at - m_begin); }
-    Position position() const { return m_isDirect ? m_at - m_first : -1; }
+    /// Where the record begins whose head was read last; -1 if the stream itself reads.
+    Position position() const override { return m_isDirect ? m_head - m_first : -1; }
+    /// Where the next bytes begin, likewise.
+    Position nextPosition() const { return m_isDirect ? m_at - m_first : -1; }
 
     /// \name For a snapshot, which ends with its stream
     /// Reads a value. Returns false and leaves the value unchanged if the stream ends before it.
@@ -154,6 +157,7 @@ public:
     };
     Head readHead(const DataObject &owner)
     {
+        m_head = m_at;
         if (m_isDirect && m_end - m_at >= 8) {
             const Head head{word<quint32>(m_at), word<qint32>(m_at + 4)};
             m_at += 8;
@@ -278,6 +282,7 @@ private:
     const char *m_first = nullptr; // of the bytes that are read directly
     const char *m_begin = nullptr; // of those that the buffer has not been moved past
     const char *m_at = nullptr;
+    const char *m_head = nullptr; // of the last record
     const char *m_end = nullptr;
     QByteArray m_bytes; // read by the stream, for readBytes()
 };

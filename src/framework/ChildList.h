@@ -72,13 +72,15 @@ public:
     void readXmlElement(DataObject &object, XmlInput &input) const override
     {
         const auto environment = Propagation::forReading(object);
+        const Source::Position begin = input.position();
         const auto read = [&](Item &item) { return Child::readXml(item, input, this->xmlName()); };
+        input.readChildOf(*this);
         if (input.runsForeignCode()) {
-            readApart(object, input, environment, read);
+            readApart(object, input, begin, environment, read);
             return;
         }
         Block &block = ObjectAccess::block(object);
-        readInPlace(object, block, detachedItems(block), input, environment, read);
+        readInPlace(object, block, detachedItems(block), input, begin, environment, read);
     }
 
     void writeRecord(const DataObject &object, Block &block, BinaryWriter &writer) const override
@@ -165,13 +167,13 @@ private:
         const bool hadCapacity = hasCapacity(block);
         ItemList<Item> &items = detachedItems(block);
         reserve(items, likelyCount);
+        reader.readChildOf(*this);
         for (qint32 i = 0; i < count; ++i) {
-            if (Source::Frame *const frame = reader.innermost())
-                frame->position = reader.position();
+            const Source::Position begin = reader.nextPosition();
             const qint32 length = readLength();
             const auto readItem = [&](Item &item) { return read(item, length); };
-            if (reader.runsForeignCode() ? !readApart(object, reader, environment, readItem)
-                                         : !readInPlace(object, block, items, reader, environment, readItem))
+            if (reader.runsForeignCode() ? !readApart(object, reader, begin, environment, readItem)
+                                         : !readInPlace(object, block, items, reader, begin, environment, readItem))
                 return false;
         }
         if (!hadCapacity)
@@ -182,7 +184,8 @@ private:
     /// Reads an item in its place at the end of the list. Returns false, and leaves the list unchanged, if `read` does.
     template <class Read>
     bool readInPlace(const DataObject &object, Block &block, ItemList<Item> &items, Source &source,
-                     const REPORTGENERATOR::EnvironmentPointer &environment, const Read &read) const
+                     Source::Position begin, const REPORTGENERATOR::EnvironmentPointer &environment,
+                     const Read &read) const
     {
         struct Unread
         {
@@ -198,18 +201,18 @@ private:
         Propagation::propagateTo(item, environment);
         if (!read(item))
             return false;
-        source.store([&] { checkForAppending(object, item); });
+        source.store(this, begin, [&] { checkForAppending(object, item); });
         block.flags.set(this->bit());
         unread.items = nullptr;
         return true;
     }
 
     template <class Read>
-    bool readApart(DataObject &object, Source &source, const REPORTGENERATOR::EnvironmentPointer &environment,
-                   const Read &read) const
+    bool readApart(DataObject &object, Source &source, Source::Position begin,
+                   const REPORTGENERATOR::EnvironmentPointer &environment, const Read &read) const
     {
         return ForeignCode::readItemApart<Item>(environment, read, [&](const Item &item) -> Item & {
-            source.store([&] { checkForAppending(object, item); });
+            source.store(this, begin, [&] { checkForAppending(object, item); });
             Block &block = ObjectAccess::block(object);
             Item &inList = appendNew(detachedItems(block));
             block.flags.set(this->bit());

@@ -108,29 +108,34 @@ int DataObject::readMembers(const QDataStream &form, const char *members, int si
     return reader.bytesRead();
 }
 
+namespace {
+
+void readMemberRecords(DataObject &object, BinaryReader &reader, qint32 length)
+{
+    const ClassInfo &info = ObjectAccess::info(object);
+    qint64 remainder = length; // 64 bits, so that no length in a hostile record can overflow it
+    const ClassInfo::Rows rows = info.writtenOrder();
+    const Member *const *expected = rows.begin(); // objects write them in this order
+    while (remainder > 0 && !reader.atEnd()) {
+        const BinaryReader::Head head = reader.readHead(object);
+        remainder -= 8 + qint64(head.length);
+        if (expected != rows.end() && (*expected)->tag() == head.tag)
+            (*expected++)->readRecord(object, reader, head.length);
+        else
+            info.behavior.readRecord(object, reader, head.tag, head.length);
+    }
+    if (remainder != 0)
+        Errors::wrongLength(object);
+}
+
+} // namespace
+
 void Child::readRecord(DataObject &child, BinaryReader &reader, qint32 length)
 {
     ObjectAccess::block(child);
-    const ClassInfo &info = ObjectAccess::info(child);
-    Source::Frame frame(reader, child);
+    const Source::Frame frame(reader, child);
     try {
-        qint64 remainder = length; // 64 bits, so that no length in a hostile record can overflow it
-        const ClassInfo::Rows rows = info.writtenOrder();
-        const Member *const *expected = rows.begin(); // objects write them in this order
-        while (remainder > 0 && !reader.atEnd()) {
-            frame.position = reader.position();
-            const BinaryReader::Head head = reader.readHead(child);
-            remainder -= 8 + qint64(head.length);
-            if (expected != rows.end() && (*expected)->tag() == head.tag) {
-                frame.member = *expected++;
-                frame.member->readRecord(child, reader, head.length);
-            } else {
-                frame.member = nullptr;
-                info.behavior.readRecord(child, reader, head.tag, head.length);
-            }
-        }
-        if (remainder != 0)
-            Errors::wrongLength(child);
+        readMemberRecords(child, reader, length);
     } catch (ReportException &exception) {
         reader.locate(exception);
         throw;
@@ -141,7 +146,6 @@ void Behavior::readRecord(DataObject &object, BinaryReader &reader, quint32 tag,
 {
     for (const Member *member : ObjectAccess::info(object).writtenOrder()) {
         if (member->tag() == tag) {
-            reader.innermost()->member = member;
             member->readRecord(object, reader, length);
             return;
         }

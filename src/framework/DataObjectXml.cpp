@@ -246,13 +246,10 @@ void readMemberElement(DataObject &object, XmlInput &input)
     const Member *row = input.findRow(info.elements()); // first, because they are more likely
     if (!row)
         row = input.findRow(info.attributes());
-    Source::Frame &frame = *input.innermost();
-    frame.member = row;
-    frame.position = input.position();
     if (row)
         row->readXmlElement(object, input);
     else
-        input.store([&] { info.behavior.readUnknownElement(object, input); });
+        input.store(nullptr, [&] { info.behavior.readUnknownElement(object, input); });
 }
 
 /// Reads the content of the element `name` of an object of a class of the model, up to its end tag. `isNew` means that
@@ -280,7 +277,7 @@ void readContent(DataObject &object, XmlInput &input, const XmlName &name, bool 
 void readContent(DataObject &object, QXmlStreamReader &reader, const QString &name, bool isNew)
 {
     XmlReaderInput input(reader, CollectedReading::visitorFor(object));
-    Source::Frame frame(input, object);
+    const Source::Frame frame(input, object);
     if (!ObjectAccess::isOfDerivedClass(object)) {
         readContent(object, input, {name, nullptr}, isNew);
         return;
@@ -291,7 +288,6 @@ void readContent(DataObject &object, QXmlStreamReader &reader, const QString &na
     for (XmlInput::Tag tag = input.next(); tag != XmlInput::Tag::None; tag = input.next()) {
         if (tag == XmlInput::Tag::End && input.isNamed({name, nullptr}))
             break;
-        frame.position = input.position();
         if (tag == XmlInput::Tag::Start)
             input.readDerived([&] { ObjectAccess::processStartElement(object, reader); });
     }
@@ -358,13 +354,9 @@ bool Child::readXml(DataObject &child, XmlInput &input, const XmlName &name)
 void Behavior::readAttributes(DataObject &object, XmlInput &input) const
 {
     XmlText text;
-    Source::Frame &frame = *input.innermost();
     for (const Member *member : ObjectAccess::info(object).attributes()) {
-        if (input.findAttribute(member->xmlName(), text)) {
-            frame.member = member;
-            frame.position = input.attributePosition();
+        if (input.findAttribute(member->xmlName(), text))
             member->readXmlAttribute(object, input, text);
-        }
     }
 }
 

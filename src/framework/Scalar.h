@@ -137,7 +137,7 @@ public:
     void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
         T value = Codec<T>::readPayload(reader, object);
-        reader.store([&] { set(object, reader.isCollecting() ? value : std::move(value)); });
+        reader.store(this, [&] { set(object, reader.isCollecting() ? value : std::move(value)); });
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -159,7 +159,7 @@ public:
 private:
     void storeText(DataObject &object, XmlInput &input, const XmlText &text) const
     {
-        input.store([&] { set(object, Codec<T>::fromText(object, this->name(), text)); });
+        input.store(this, [&] { set(object, Codec<T>::fromText(object, this->name(), text)); });
     }
 
     void noteInvalid(const Block &block, WriteTarget &target) const

@@ -8,26 +8,34 @@
 
 namespace JobXml {
 
-void Source::locate(ReportException &exception) const
+void Source::setPlace(ReportException &exception, const ObjectPath &path, Position position) const
 {
-    if (!m_innermost || exception.GetLocation().line != 0 || exception.GetLocation().offset >= 0)
-        return;
-    const ObjectPath path = pathTo(*m_innermost);
     REPORTGENERATOR::ErrorLocation location;
     location.path = path.path;
-    resolve(m_innermost->position, location);
+    resolve(position, location);
     exception.SetLocation(location);
+}
+
+void Source::locate(ReportException &exception) const
+{
+    const REPORTGENERATOR::ErrorLocation known = exception.GetLocation();
+    if (known.line != 0 || known.offset >= 0 || !known.path.isEmpty())
+        return;
+    const ObjectPath path = pathTo(*m_innermost);
+    setPlace(exception, path, position());
     CollectedReading::setPathOfEnd(path);
 }
 
 /// Called while the exception is handled.
-void Source::refused(ReportException &refusal) const
+void Source::refused(ReportException &refusal, const Member *member, Position position) const
 {
-    locate(refusal);
-    if (!m_visitor || !m_innermost)
+    if (!m_innermost)
         throw;
-    const Member *const member = m_innermost->member;
-    (*m_visitor)(problemOf(refusal, pathTo(*m_innermost), member ? QString(member->name()) : QString()));
+    const ObjectPath path = pathTo(*m_innermost);
+    setPlace(refusal, path, position);
+    if (!m_visitor)
+        throw;
+    (*m_visitor)(problemOf(refusal, path, member ? QString(member->name()) : QString()));
 }
 
 void Source::storeUnvalidated(const ActionOn<> &action) const
@@ -48,7 +56,7 @@ ObjectPath Source::pathTo(const Frame &frame) const
     if (!frame.outer)
         return {};
     const DataObject &parent = frame.outer->object;
-    const Member &member = *frame.outer->member;
+    const Member &member = *frame.outer->children;
     // An item is the last one of its list while it is read, or will be if it is read separately.
     const Block *const block = ObjectAccess::existingBlock(parent);
     const int items = block && member.isList() ? member.childCount(*block) : 0;

@@ -20,8 +20,7 @@ public:
     /// A place in the document, as the source itself counts.
     using Position = qint64;
 
-    /// An object that is being read. Its member and position are those of the element, attribute or record that is read
-    /// into it.
+    /// An object that is being read. If that is a child of it, `children` is the row of the child.
     struct Frame
     {
         Frame(Source &theSource, DataObject &theObject)
@@ -34,8 +33,7 @@ public:
         ~Frame() { source.m_innermost = outer; }
 
         DataObject &object;
-        const Member *member = nullptr;
-        Position position = -1;
+        const Member *children = nullptr;
 
         Source &source;
         Frame *const outer;
@@ -44,21 +42,41 @@ public:
     /// Whether reading may call code of the caller's program, which may use the objects that are being read.
     bool runsForeignCode() const { return m_runsForeignCode; }
 
-    /// The object that is being read; null if it is read untagged, without places.
-    Frame *innermost() const { return m_innermost; }
+    /// Notes that a child of the innermost object is read next. Snapshots have no places, and note nothing.
+    void readChildOf(const Member &row)
+    {
+        if (m_innermost)
+            m_innermost->children = &row;
+    }
+
+    /// The place of the element, attribute or record that was read last.
+    virtual Position position() const = 0;
 
     /// Whether problems are collected, so that what is stored may be needed twice.
     bool isCollecting() const { return m_visitor != nullptr; }
 
-    /// Stores what was read into the innermost object. An exception by which the object refuses it receives the place.
-    /// If problems are collected, the exception is one of them, and the action is repeated without validation.
+    /// Stores what was read last into a member of the innermost object. An exception by which the object refuses it
+    /// receives the place. If problems are collected, the exception is one of them, and the action is repeated without
+    /// validation.
     template <class Action>
-    void store(Action &&action)
+    void store(const Member *member, Action &&action)
     {
         try {
             action();
         } catch (ReportException &refusal) {
-            refused(refusal);
+            refused(refusal, member, position());
+            storeUnvalidated(ActionOn<>(action));
+        }
+    }
+
+    /// The same for what was read at an earlier position.
+    template <class Action>
+    void store(const Member *member, Position position, Action &&action)
+    {
+        try {
+            action();
+        } catch (ReportException &refusal) {
+            refused(refusal, member, position);
             storeUnvalidated(ActionOn<>(action));
         }
     }
@@ -68,14 +86,15 @@ public:
     template <class Action>
     void readDerived(Action &&action)
     {
+        const Position begin = position();
         try {
             action();
         } catch (ReportException &refusal) {
-            refused(refusal);
+            refused(refusal, nullptr, begin);
         }
     }
 
-    /// Adds the place of the innermost object to an exception that ends its reading, and has none.
+    /// Adds the place to an exception that ends the reading of the innermost object, unless it has one.
     void locate(ReportException &exception) const;
 
 protected:
@@ -89,7 +108,8 @@ private:
     /// Sets line, column and offset, as far as they are known.
     virtual void resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const = 0;
 
-    void refused(ReportException &refusal) const;
+    void refused(ReportException &refusal, const Member *member, Position position) const;
+    void setPlace(ReportException &exception, const ObjectPath &path, Position position) const;
     void storeUnvalidated(const ActionOn<> &action) const;
     ObjectPath pathTo(const Frame &frame) const;
 

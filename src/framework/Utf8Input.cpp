@@ -267,9 +267,10 @@ bool Utf8Input::findAttribute(const XmlName &name, XmlText &value)
     return false;
 }
 
-XmlInput::Position Utf8Input::attributePosition() const
+Source::Position Utf8Input::position() const
 {
-    return m_attributes[std::size_t(m_expected - 1)].name.data() - m_begin;
+    const bool isAttribute = m_isInStartTag && m_hasAttributes && m_expected > 0;
+    return (isAttribute ? m_attributes[std::size_t(m_expected - 1)].name.data() : m_tag) - m_begin;
 }
 
 void Utf8Input::resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const
@@ -303,6 +304,7 @@ bool Utf8Input::readText(XmlText &text)
 void Utf8Input::readMixedText(XmlText &text)
 {
     m_text.resize(0);
+    const char *const tag = m_tag;
     int depth = 0;
     const auto append = [&](const char *begin, const char *end, int converted) {
         if (depth == 0)
@@ -325,6 +327,7 @@ void Utf8Input::readMixedText(XmlText &text)
             m_isEmptyElement = false;
         }
     }
+    m_tag = tag;
     text = XmlText(m_text);
 }
 

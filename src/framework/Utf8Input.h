@@ -30,8 +30,7 @@ public:
     bool isNamed(const XmlName &name) const override;
     const Member *findRow(const ClassInfo::Rows &rows) const override;
     bool findAttribute(const XmlName &name, XmlText &value) override;
-    Position position() const override { return m_tag - m_begin; }
-    Position attributePosition() const override;
+    Position position() const override;
     bool readText(XmlText &text) override;
     void skipToSameName() override;
 

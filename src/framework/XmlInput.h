@@ -78,8 +78,6 @@ public:
     virtual const Member *findRow(const ClassInfo::Rows &rows) const = 0;
     /// Of a start tag, before anything else is read. Looks first after the attribute that was found before.
     virtual bool findAttribute(const XmlName &name, XmlText &value) = 0;
-    virtual Position position() const = 0;
-    virtual Position attributePosition() const = 0; ///< of the attribute that was found last
     /// @}
 
     /// Reads the text of the element whose start tag was read last, without that of nested elements, and its end tag.

@@ -16,9 +16,10 @@ constexpr int columnBits = 32;
 
 } // namespace
 
-void XmlReaderInput::notePosition()
+/// The reader only knows how far it has read.
+Source::Position XmlReaderInput::position() const
 {
-    m_position = m_reader.lineNumber() << columnBits | m_reader.columnNumber();
+    return m_reader.lineNumber() << columnBits | m_reader.columnNumber();
 }
 
 void XmlReaderInput::resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const
@@ -33,7 +34,6 @@ XmlInput::Tag XmlReaderInput::next()
     for (;;) {
         switch (m_reader.readNext()) {
         case QXmlStreamReader::StartElement:
-            notePosition();
             return Tag::Start;
         case QXmlStreamReader::EndElement:
             return Tag::End;

@@ -14,7 +14,6 @@ public:
     explicit XmlReaderInput(QXmlStreamReader &reader, const ProblemVisitor *visitor = nullptr)
         : XmlInput(reader.device() || reader.entityResolver(), visitor), m_reader(reader)
     {
-        notePosition();
     }
 
     Tag next() override;
@@ -23,19 +22,16 @@ public:
     bool isNamed(const XmlName &name) const override;
     const Member *findRow(const ClassInfo::Rows &rows) const override;
     bool findAttribute(const XmlName &name, XmlText &value) override;
-    Position position() const override { return m_position; }
-    Position attributePosition() const override { return m_position; }
+    Position position() const override;
     bool readText(XmlText &text) override;
     void skipToSameName() override;
     bool processNamespaces(bool process) override;
 
 private:
     void resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const override;
-    void notePosition();
     void releaseAttributes();
 
     QXmlStreamReader &m_reader;
-    Position m_position = 0; // the line, and in the low bits the column, at which the last start tag ends
     QXmlStreamAttributes m_attributes;
     bool m_hasAttributes = false;
     int m_expected = 0; // the index of the next attribute to look at

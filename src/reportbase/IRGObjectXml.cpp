@@ -253,8 +253,9 @@ bool IRGObject::save(const QString &path, const QByteArray &content) const
 {
     if (content.isEmpty())
         return fail(Failure(path, FailureTexts::nothingToWrite()));
-    const QString failure = SaveFile(path, content);
-    return failure.isNull() || fail(Failure(failure));
+    Failure failure(SaveFile(path, content));
+    failure.location.source = path;
+    return failure.isNull() || fail(failure);
 }
 
 } // namespace REPORTGENERATOR

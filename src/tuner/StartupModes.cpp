@@ -105,7 +105,7 @@ public:
     {
         XmlText text;
         if (input.readText(text))
-            input.store([&] { append(object, modeOf(text.toString())); });
+            input.store(this, [&] { append(object, modeOf(text.toString())); });
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -126,10 +126,10 @@ public:
     {
         const auto count = reader.read<qint32>(object);
         for (qint32 i = 0; i < count; ++i) {
-            reader.innermost()->position = reader.position();
+            const Source::Position begin = reader.nextPosition();
             reader.read<qint32>(object); // the entry's length; its text contains it again
             const Mode mode = modeOf(reader.readText(object));
-            reader.store([&] { append(object, mode); });
+            reader.store(this, begin, [&] { append(object, mode); });
         }
     }
 

@@ -212,8 +212,9 @@ public:
 
 private:
     template <class Reader, class Read>
-    bool readModes(DataObject &object, const Reader &reader, const Read &read) const
+    bool readModes(DataObject &object, Reader &reader, const Read &read) const
     {
+        reader.readChildOf(*this);
         return readPart(
             object, ObjectAccess::block(object), reader,
             [this](Block &found) -> StartupModes & { return field(found); }, read);

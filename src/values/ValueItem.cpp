@@ -130,6 +130,7 @@ public:
     {
         T read;
         Propagation::propagateTo(read, Propagation::forReading(object));
+        input.readChildOf(*this);
         if (Child::readXml(read, input, this->xmlName()))
             modify(object) = std::move(read);
     }
@@ -144,6 +145,7 @@ public:
     {
         Block &own = ObjectAccess::block(object);
         this->members(own).state.choice = Choice(this->bit());
+        reader.readChildOf(*this);
         readAlternative(object, own, reader, [&](T &read) {
             Child::readRecord(read, reader, length);
             return true;
