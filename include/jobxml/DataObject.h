@@ -54,6 +54,9 @@ struct Problem : ObjectPath
     /// True if only XML cannot represent the object: a text contains a character that XML cannot carry. XML is then
     /// refused whatever the validate flag is.
     bool xmlOnly = false;
+    /// True if it made the document unreadable: it is the last problem, and nothing was read or looked for after it.
+    /// GetErrorString() does not show all of these, since a record with wrong lengths is an exception otherwise.
+    bool isUnreadable = false;
 
     /// \name Its place in the document that was read
     /// The start of the attribute, element or record that a validating reader refuses (in some XML documents the end of

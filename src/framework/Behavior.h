@@ -9,6 +9,7 @@ namespace JobXml {
 class BinaryReader;
 class BinaryWriter;
 class Propagation;
+class Trail;
 class XmlInput;
 class XmlOutput;
 
@@ -27,7 +28,7 @@ public:
     /// Checks the object and everything below it. Unless `environment` is null, propagates it in the same traversal.
     virtual void check(const DataObject &object, bool flag,
                        const REPORTGENERATOR::EnvironmentPointer *environment) const;
-    virtual void collectProblems(const DataObject &object, const ObjectPath &path, const ProblemVisitor &visitor) const;
+    virtual void collectProblems(const DataObject &object, const Trail &trail, const ProblemVisitor &visitor) const;
 
     /// Calls the action for each member, in the order in which visitors see them.
     virtual void forEachMember(const DataObject &object, const MemberAction &action) const;

@@ -4,7 +4,6 @@
 #include "framework/Behavior.h"
 #include "framework/Child.h"
 #include "framework/Errors.h"
-#include "framework/Label.h"
 #include "framework/Member.h"
 #include "framework/Problems.h"
 #include "framework/Propagation.h"
@@ -134,7 +133,7 @@ void DataObject::VisitProblems(const ProblemVisitor &visitor) const
     if (!ObjectAccess::isOfDerivedClass(*this))
         return;
     if (isWritten)
-        collectProblem({}, {}, visit, [&] { Check(); });
+        collectProblem(Trail({}), {}, visit, [&] { Check(); });
     if (isWritten && !HasData())
         visit({{}, Errors::withoutData(*this)});
     if (isWrittenAsXml && losesTextInXml(*this))
@@ -143,22 +142,23 @@ void DataObject::VisitProblems(const ProblemVisitor &visitor) const
 
 void DataObject::collectProblems(const ObjectPath &path, const ProblemVisitor &visitor) const
 {
-    ObjectAccess::behavior(*this).collectProblems(*this, path, visitor);
+    ObjectAccess::behavior(*this).collectProblems(*this, Trail(path), visitor);
 }
 
-void Behavior::collectProblems(const DataObject &object, const ObjectPath &path, const ProblemVisitor &visitor) const
+void Behavior::collectProblems(const DataObject &object, const Trail &trail, const ProblemVisitor &visitor) const
 {
     Block &own = ObjectAccess::block(object);
     for (const Member *member : ObjectAccess::info(object).bitOrder()) {
-        collectProblem(path, member->name(), visitor, [&] { member->check(object, own); });
+        collectProblem(trail, member->name(), visitor, [&] { member->check(object, own); });
         const QString xmlProblem = member->xmlProblem(object, own);
         if (!xmlProblem.isNull())
-            visitor({path, xmlProblem, QString(member->name()), true});
+            visitor({trail.path(), xmlProblem, QString(member->name()), true});
         auto collectFromChild = [&](const DataObject &child, int index) {
-            const ObjectPath childPath = path.below(label(child, index), {member->name(), index});
-            ObjectAccess::collectProblems(child, childPath, visitor);
+            const Trail below(trail, member->name(), child, index);
+            // Members are of the model's own classes, so there is no override of DataObject::collectProblems().
+            ObjectAccess::behavior(child).collectProblems(child, below, visitor);
             if (const Member *empty = emptyList(child))
-                collectProblem(childPath, empty->name(), visitor, [&] { member->checkForWriting(object, child); });
+                collectProblem(below, empty->name(), visitor, [&] { member->checkForWriting(object, child); });
         };
         if (member->writesChildren(own))
             member->forEachChild(own, ChildAction(collectFromChild));

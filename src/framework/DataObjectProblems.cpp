@@ -17,6 +17,13 @@ thread_local CollectedReading *CollectedReading::innermost = nullptr;
 
 namespace {
 
+/// The problem that ended the reading.
+Problem last(Problem problem)
+{
+    problem.isUnreadable = true;
+    return problem;
+}
+
 /// Why the document could not be read, without the place.
 Problem unreadable(const DataObject &object)
 {
@@ -59,9 +66,9 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
     try {
         isRead = read();
         if (!isRead)
-            visit(unreadable(object));
+            visit(last(unreadable(object)));
     } catch (const ReportException &end) {
-        visit(problemOf(end, reading.pathOfEnd()));
+        visit(last(problemOf(end, reading.pathOfEnd())));
     } catch (...) {
         object.SetValidate(validated);
         throw;

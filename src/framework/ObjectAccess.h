@@ -79,10 +79,6 @@ public:
     {
         return object.readOwnRecord(stream, tag, length);
     }
-    static void collectProblems(const DataObject &object, const ObjectPath &path, const ProblemVisitor &visitor)
-    {
-        object.collectProblems(path, visitor);
-    }
 
 private:
     static Block &createOrDetach(const DataObject &object);

@@ -1,9 +1,42 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include <jobxml/DataObject.h>
 
+#include "framework/Label.h"
+
 namespace JobXml {
+
+/// The way to an object whose problems are collected. The path is composed when the first problem is found at the
+/// object or below it: usually there is none, and labels take longer than the checks.
+class Trail
+{
+public:
+    explicit Trail(const ObjectPath &path) : m_path(path) { }
+    Trail(const Trail &outer, QLatin1String member, const DataObject &object, int index)
+        : m_outer(&outer), m_member(member), m_object(&object), m_index(index)
+    {
+    }
+    Trail(const Trail &) = delete;
+    Trail &operator=(const Trail &) = delete;
+    ~Trail() = default;
+
+    const ObjectPath &path() const
+    {
+        if (!m_path)
+            m_path = m_outer->path().below(label(*m_object, m_index), {m_member, m_index});
+        return *m_path;
+    }
+
+private:
+    const Trail *m_outer = nullptr;
+    QLatin1String m_member;
+    const DataObject *m_object = nullptr;
+    int m_index = -1;
+    mutable std::optional<ObjectPath> m_path;
+};
 
 /// The problem that an exception reports, with its place.
 inline Problem problemOf(const ReportException &exception, const ObjectPath &path, const QString &member = QString())
@@ -19,12 +52,12 @@ inline Problem problemOf(const ReportException &exception, const ObjectPath &pat
 /// Visits the problem for which `check` throws, if it throws. The check of a derived class may throw exceptions of
 /// other types than the model's.
 template <class Check>
-void collectProblem(const ObjectPath &path, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
+void collectProblem(const Trail &trail, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
 {
     try {
         check();
     } catch (const ReportException &exception) {
-        visitor(problemOf(exception, path, QString(member)));
+        visitor(problemOf(exception, trail.path(), QString(member)));
     }
 }
 

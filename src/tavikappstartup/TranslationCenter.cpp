@@ -2,15 +2,17 @@
 #include <tavikappstartup/TranslationCenter.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QLocale>
 #include <QPointer>
 #include <QTranslator>
@@ -19,18 +21,22 @@
 
 namespace {
 
-// With links resolved: if /lib is a link to /usr/lib, the data folder is relative to the latter.
-QString folderOfThisLibrary()
+// With links resolved: if /lib is a link to /usr/lib, the data folder is relative to the latter. As bytes: most
+// programs that load this library never ask for a translation, and Qt takes long to decode its first file name.
+std::string folderOfThisLibrary()
 {
     static const char anchor = 0;
     Dl_info info = {};
     dladdr(&anchor, &info);
-    return QFileInfo(QFile::decodeName(info.dli_fname)).canonicalPath();
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr), &std::free);
+    const std::string file = path ? path.get() : "";
+    const std::size_t end = file.rfind('/');
+    return file.substr(0, end == std::string::npos ? 0 : std::max(end, std::size_t(1)));
 }
 
 // Called while this library is loaded, not later: dladdr() takes the loader's lock. A module that registers while it is
 // loaded already holds that lock, and both would wait for each other.
-const QString libraryFolder = folderOfThisLibrary();
+const std::string libraryFolder = folderOfThisLibrary();
 
 // Shared, because a catalog is installed and withdrawn outside the lock: a thread that is installing one while another
 // thread or a receiver of LanguageChange withdraws it keeps it alive, and uninstalls it by releasing it.
@@ -157,9 +163,10 @@ private:
 
     QStringList searchedFolders() const
     {
+        const QString folder = QFile::decodeName(libraryFolder.c_str());
         QStringList folders = m_addedFolders;
-        folders << libraryFolder << libraryFolder + QLatin1String("/translations")
-                << QDir::cleanPath(libraryFolder + QLatin1String("/" INSTALLED_TRANSLATIONS_FROM_LIBRARY));
+        folders << folder << folder + QLatin1String("/translations")
+                << QDir::cleanPath(folder + QLatin1String("/" INSTALLED_TRANSLATIONS_FROM_LIBRARY));
         return folders;
     }
 

@@ -309,13 +309,13 @@ class ItemBehavior final : public Behavior
     }
 
     // Departs: without a choice, that is the only problem.
-    void collectProblems(const DataObject &item, const ObjectPath &path, const ProblemVisitor &visitor) const override
+    void collectProblems(const DataObject &item, const Trail &trail, const ProblemVisitor &visitor) const override
     {
         if (rowOf(choiceOf(&ObjectAccess::block(item)))) {
-            Behavior::collectProblems(item, path, visitor);
+            Behavior::collectProblems(item, trail, visitor);
             return;
         }
-        collectProblem(path, choiceMember.name(), visitor, [&] { Errors::nothingChosen(item, choiceMember.name()); });
+        collectProblem(trail, choiceMember.name(), visitor, [&] { Errors::nothingChosen(item, choiceMember.name()); });
     }
 
     // Departs: visitors see the choice first.

@@ -29,7 +29,7 @@ void ToolDescriptionsTest::everyCommandIsDescribed_data()
 void ToolDescriptionsTest::everyCommandIsDescribed()
 {
     QFETCH(QString, name);
-    const Command *command = commandNamed(name);
+    const std::optional<Command> command = commandNamed(name);
     QVERIFY(command && command->run);
     QVERIFY2(command->summary.endsWith(QLatin1Char('.')), qPrintable(command->summary));
     QVERIFY(!command->examples.isEmpty());

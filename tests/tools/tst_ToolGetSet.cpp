@@ -466,6 +466,16 @@ void ToolGetSetTest::knownProblemsDoNotPreventTheChange()
     m_workshop->write(QStringLiteral("f.json"), QByteArray(document).replace("\"type\": \"SCP\",", ""));
     QCOMPARE(set(line("f.json quantity 3")), QStringLiteral("0 ~ quantity: -2 -> 3\n"));
     QCOMPARE(set(line("f.json type MCP")), QStringLiteral("0 ~ type: (not set) -> \"MCP\"\n"));
+
+    // The readers of XML and records refuse the incomplete component, but the document has it.
+    m_workshop->write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("type=\"t\" ", ""));
+    QCOMPARE(m_workshop->run(line("convert a.xml a.tpb --no-validate")).status, 0);
+    for (const char *name : {"a.xml", "a.tpb"}) {
+        const Run run = m_workshop->run(line("set") << QString::fromUtf8(name) << line("Component/type Filter"));
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+    }
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray(smallXml).replace("type=\"t\"", "type=\"Filter\""));
 }
 
 void ToolGetSetTest::lossOfXmlContentPreventsTheChange()

@@ -23,6 +23,8 @@ private Q_SLOTS:
     void pipesAreRead();
     void standardInputIsReadFromItsPosition();
     void namedPipeIsRead();
+    void aValidDocumentIsReadOnce_data();
+    void aValidDocumentIsReadOnce();
 
     void unreadableFileIsAnError_data();
     void unreadableFileIsAnError();
@@ -195,6 +197,51 @@ void ToolInputTest::namedPipeIsRead()
     const Run run = m_workshop->shell(QStringLiteral("cat doc.xml > pipe & \"$tool\" convert pipe -; wait"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.bytes, QByteArray(smallXml));
+}
+
+void ToolInputTest::aValidDocumentIsReadOnce_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<QString>("command");
+    for (const char *form : {"xml", "tagged", "compressed", "snapshot", "json"}) {
+        for (const char *command :
+             {"validate document", "validate --json document", "convert document out.tpb",
+              "convert --no-validate document out.tps", "show document", "show --format json document",
+              "show --format html document", "get document quantity", "set document quantity 3"})
+            QTest::addRow("%s: %s", form, command) << QString::fromLatin1(form) << QString::fromLatin1(command);
+    }
+}
+
+// The kernel counts the bytes that a process and its finished children have read. Besides the document these are the
+// libraries' first blocks, and the beginning of the document, which shows its form.
+void ToolInputTest::aValidDocumentIsReadOnce()
+{
+    if (!QFile::exists(QStringLiteral("/proc/self/io")))
+        QSKIP("This system does not count what a process reads.");
+    QFETCH(QString, form);
+    QFETCH(QString, command);
+    // A quantity of text that does not shrink much: compressed documents have to be large, too.
+    QByteArray name;
+    for (quint32 i = 0, number = 1; i < 400000; ++i) {
+        number = number * 1664525 + 1013904223;
+        name += char('!' + 1 + number / 0x1000000 % 60);
+    }
+    name.replace('&', '_').replace('<', '_').replace('"', '_').replace('\'', '_');
+    m_workshop->write(QStringLiteral("in.xml"), QByteArray(smallXml).replace("name=\"c\"", "name=\"" + name + "\""));
+    QCOMPARE(m_workshop->run(line("convert in.xml document --to") << form).status, 0);
+    const qint64 size = m_workshop->read(QStringLiteral("document")).size();
+    QVERIFY2(size > 250000, qPrintable(QString::number(size)));
+
+    const QString from = form == QLatin1String("snapshot") ? QStringLiteral(" --from snapshot") : QString();
+    const QString count = QStringLiteral("{ read word number < /proc/self/io; echo \"$number\" >&2; }; ");
+    const Run run =
+        m_workshop->shell(count + QStringLiteral("\"$tool\" ") + command + from
+                          + QStringLiteral(" > shown; status=$?; ") + count + QStringLiteral("exit $status"));
+    QVERIFY2(run.status == 0 || command.startsWith(QLatin1String("get")), qPrintable(run.err)); // the member is not set
+    const QStringList numbers = run.err.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QVERIFY2(numbers.size() >= 2, qPrintable(run.err));
+    const qint64 read = numbers.last().toLongLong() - numbers.first().toLongLong();
+    QVERIFY2(read >= size && read < size + size / 4, qPrintable(QStringLiteral("%1 of %2").arg(read).arg(size)));
 }
 
 void ToolInputTest::unreadableFileIsAnError_data()

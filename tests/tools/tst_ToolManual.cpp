@@ -116,7 +116,7 @@ void ToolManualTest::manualContainsTheHelp_data()
 void ToolManualTest::manualContainsTheHelp()
 {
     QFETCH(QString, name);
-    const Command &command = *commandNamed(name);
+    const Command command = *commandNamed(name);
     const QString own = m_page.section(QStringLiteral("\n ") + name + QLatin1Char('\n'), 1);
     QStringList expected = command.details + QStringList(command.summary);
     for (const Option &option : command.options)

@@ -10,7 +10,7 @@
 inline Findings findingsOf(const JobXml::TunerProperties &document)
 {
     Findings findings(std::numeric_limits<int>::max());
-    document.VisitProblems([&](const JobXml::Problem &problem) { findings.add(findingOf(problem)); });
+    document.VisitProblems(findings.collector());
     return findings;
 }
 

@@ -206,11 +206,24 @@ void HtmlTest::problemIsShownInsideItsObject()
     QCOMPARE(only(counts)->wholeText(), QStringLiteral("2 problems"));
 }
 
+namespace {
+
+/// A problem of the document itself.
+JobXml::Problem problem(const char *message)
+{
+    return {{}, QString::fromUtf8(message)};
+}
+
+} // namespace
+
 void HtmlTest::problemsOfTheFileAreAtTheTop()
 {
     Findings findings(2);
-    findings.add({{}, 3, 14, QStringLiteral("Unknown Tag '<b>' in 'TunerProperties'.")});
-    findings.add({{}, 0, 0, QStringLiteral("TunerProperties: Please set type properly.")});
+    JobXml::Problem unknown = problem("Unknown Tag '<b>' in 'TunerProperties'.");
+    unknown.line = 3;
+    unknown.column = 14;
+    findings.add(unknown);
+    findings.add(problem("TunerProperties: Please set type properly."));
     const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
     const PageNode *section = only(page.root().all([](const PageNode &node) { return node.isOfClass("problems"); }));
     QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("2 problems"));
@@ -225,7 +238,7 @@ void HtmlTest::problemsThatAreNotListedAreCounted()
 {
     Findings findings(1);
     for (int i = 0; i < 3; ++i)
-        findings.add({{}, 0, 0, QStringLiteral("TunerProperties: Please set type properly.")});
+        findings.add(problem("TunerProperties: Please set type properly."));
     const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
     const PageNode *section = only(page.root().all([](const PageNode &node) { return node.isOfClass("problems"); }));
     QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("3 problems"));

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <new>
 #include <numeric>
+#include <optional>
 
 #include "batch/InOrder.h"
 #include "batch/Progress.h"
@@ -139,22 +140,26 @@ ExitStatus Batch::run(const QVector<FileName> &files)
 {
     const int count = files.size();
     Tally tally;
-    const Interruption::Report report([&] {
-        const QString done = QStringLiteral("interrupted after %1 of %2 files").arg(tally.done()).arg(count);
-        return m_settings.quiet || count < 2 ? QString() : done + summary(tally);
-    });
+    std::optional<Interruption::Report> report;
+    if (count > 1)
+        report.emplace([&] {
+            const QString done = QStringLiteral("interrupted after %1 of %2 files").arg(tally.done()).arg(count);
+            return m_settings.quiet ? QString() : done + summary(tally);
+        });
     ExitStatus worst = ExitStatus::Ok;
     {
         Progress progress(m_settings.quiet ? 0 : count);
         const auto showProgress = [&] { progress.update(tally.done()); };
-        InOrder<Result>::run(
-            count, m_settings.jobs, [&](int index) { return resultOf(workOn(files.at(index), index, tally)); },
-            [&](Result &&result) {
-                write(result);
-                worst = std::max(worst, exitStatus(result.status));
-                showProgress();
-            },
-            showProgress, Result::size);
+        const auto result = [&](int index) { return resultOf(workOn(files.at(index), index, tally)); };
+        const auto use = [&](const Result &done) {
+            write(done);
+            worst = std::max(worst, exitStatus(done.status));
+            showProgress();
+        };
+        if (count == 1) // not worth a thread, and without a bar
+            use(result(0));
+        else
+            InOrder<Result>::run(count, m_settings.jobs, result, use, showProgress, Result::size);
     }
     if (count > 1 && !m_settings.quiet && !m_settings.json)
         Console::printError(QStringLiteral("%1 files").arg(count) + summary(tally));

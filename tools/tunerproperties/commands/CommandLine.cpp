@@ -202,13 +202,19 @@ ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
     }
 }
 
-ExitStatus runWithoutCommand(const QByteArrayList &arguments)
+QVector<Option> optionsOfAllCommands()
 {
-    QVector<Option> options = HelpText::generalOptions();
+    QVector<Option> options;
     for (const Command &command : allCommands())
         options += command.options;
+    return options;
+}
+
+ExitStatus runWithoutCommand(const QByteArrayList &arguments)
+{
     try {
-        const Parsed parsed = Parser(options, false, false).parse(arguments);
+        const Parsed parsed =
+            Parser(HelpText::generalOptions() + optionsOfAllCommands(), false, false).parse(arguments);
         if (parsed.isSet(Options::version()))
             return showVersion();
         if (parsed.isSet(Options::help())) {
@@ -225,9 +231,9 @@ ExitStatus runWithoutCommand(const QByteArrayList &arguments)
 /// with a value may precede it.
 int indexOfCommand(const QByteArrayList &arguments)
 {
-    QVector<Option> options;
-    for (const Command &command : allCommands())
-        options += command.options;
+    if (!arguments.isEmpty() && !looksLikeOption(arguments.first()))
+        return 0;
+    const QVector<Option> options = optionsOfAllCommands();
     for (int i = 0; i < arguments.size(); ++i) {
         if (arguments[i] == endOfOptions)
             return i + 1;
@@ -249,7 +255,7 @@ ExitStatus runCommandLine(const QByteArrayList &arguments)
     if (index >= arguments.size())
         return runWithoutCommand(arguments);
     const FileName word(arguments[index]);
-    const Command *const command = commandNamed(word.shown());
+    const std::optional<Command> command = commandNamed(word.shown());
     if (!command)
         return wrongUsage(unknownCommand(word.shown()));
     QByteArrayList others = arguments;

@@ -3,22 +3,34 @@
 
 #include "text/Suggestion.h"
 
+namespace {
+
+Command (*const descriptions[])() = {
+    showCommand, validateCommand, convertCommand, diffCommand, getCommand,
+    setCommand,  newCommand,      schemaCommand,  helpCommand,
+};
+
+} // namespace
+
 const QVector<Command> &allCommands()
 {
-    static const QVector<Command> commands = {
-        showCommand(), validateCommand(), convertCommand(), diffCommand(), getCommand(),
-        setCommand(),  newCommand(),      schemaCommand(),  helpCommand(),
-    };
+    static const QVector<Command> commands = [] {
+        QVector<Command> all;
+        for (const auto description : descriptions)
+            all.append(description());
+        return all;
+    }();
     return commands;
 }
 
-const Command *commandNamed(const QString &name)
+std::optional<Command> commandNamed(const QString &name)
 {
-    for (const Command &command : allCommands()) {
+    for (const auto description : descriptions) {
+        Command command = description();
         if (command.name == name)
-            return &command;
+            return command;
     }
-    return nullptr;
+    return {};
 }
 
 QStringList commandNames()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include <QString>
 #include <QVector>
 
@@ -10,8 +12,8 @@
 /// returns the description.
 const QVector<Command> &allCommands();
 
-/// Null if there is no command of that name.
-const Command *commandNamed(const QString &name);
+/// The command of that name, if there is one. Describes no more commands than necessary: most runs need a single one.
+std::optional<Command> commandNamed(const QString &name);
 
 QStringList commandNames();
 

@@ -9,6 +9,7 @@
 #include "commands/Options.h"
 #include "documents/Document.h"
 #include "documents/Output.h"
+#include "documents/Validate.h"
 
 namespace {
 
@@ -108,11 +109,11 @@ void planOneFile(Plan &plan, const Invocation &invocation)
 
 Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
 {
-    Document document(plan.files.at(index), plan.reading, plan.inputKinds);
-    const FileName &output = plan.outputs.at(index);
     Outcome outcome;
-    if (plan.validate)
-        outcome.findings = document.findings(plan.problemLimit);
+    outcome.findings = Findings(plan.problemLimit);
+    const JobXml::ProblemVisitor visitor = plan.validate ? outcome.findings.collector() : JobXml::ProblemVisitor();
+    Document document(plan.files.at(index), plan.reading, visitor, plan.inputKinds);
+    const FileName &output = plan.outputs.at(index);
     if (!outcome.findings.isEmpty()) {
         outcome.status = FileStatus::Problems;
         return outcome;

@@ -11,7 +11,7 @@ ExitStatus run(const Invocation &invocation)
         return ExitStatus::Ok;
     }
     const QString name = invocation.text(0);
-    const Command *command = commandNamed(name);
+    const std::optional<Command> command = commandNamed(name);
     if (!command)
         throw WrongUsage(unknownCommand(name));
     Console::write(HelpText::ofCommand(*command).toUtf8());

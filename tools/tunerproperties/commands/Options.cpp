@@ -177,7 +177,8 @@ BatchSettings batch(const Invocation &invocation)
 {
     constexpr int mostJobs = 256;
     BatchSettings settings;
-    settings.jobs = numberOf(invocation, jobs(), mostJobs, QThread::idealThreadCount());
+    // Asking for the number of processors takes longer than reading a small file.
+    settings.jobs = numberOf(invocation, jobs(), mostJobs, invocation.count() > 1 ? QThread::idealThreadCount() : 1);
     settings.quiet = invocation.isSet(quiet());
     settings.json = invocation.isSet(json());
     settings.problemLimit = problemCount(invocation);

@@ -6,6 +6,7 @@
 #include "commands/Options.h"
 #include "documents/Document.h"
 #include "documents/Output.h"
+#include "documents/Validate.h"
 #include "members/Diff.h"
 #include "members/Paths.h"
 #include "members/TypedValue.h"
@@ -158,26 +159,34 @@ ExitStatus reportAll(const QString &file, const Messages &messages)
 
 /// The problems in the XML that the document does not contain, so that writing would lose their elements and
 /// attributes.
-Messages xmlOnlyProblems(Document &document)
+class LostContent
 {
-    Messages messages;
-    const Findings findings = document.findings(Options::usualProblemCount);
-    for (const Finding &finding : findings.listed()) {
-        if (finding.hasLocation())
-            messages.texts.append(
+public:
+    void add(const Problem &problem)
+    {
+        if (problem.line == 0 || m_keptItems.contain(problem))
+            return;
+        if (m_messages.hasRoom()) {
+            const Finding finding = findingOf(problem);
+            m_messages.texts.append(
                 QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
+        }
+        ++m_messages.count;
     }
-    messages.count = findings.locatedCount();
-    return messages;
-}
 
-ExitStatus change(Document &document, const Invocation &invocation)
+    const Messages &messages() const { return m_messages; }
+
+private:
+    Messages m_messages;
+    KeptItems m_keptItems;
+};
+
+ExitStatus change(Document &document, const Messages &lost, const Invocation &invocation)
 {
     const FileName &name = document.input.name();
     const QString file = name.shown();
     const bool mayHaveProblems = invocation.isSet(noValidate());
     TunerProperties &tuner = document.tuner;
-    const Messages lost = mayHaveProblems ? Messages() : xmlOnlyProblems(document);
     if (lost.count > 0)
         return reportAll(file, lost);
     const TunerProperties before = tuner;
@@ -218,9 +227,13 @@ ExitStatus run(const Invocation &invocation)
         throw WrongUsage(invocation.isSet(unset())
                              ? QStringLiteral("'set --unset' takes no value")
                              : QStringLiteral("'set' requires a value; use --unset to remove the value"));
-    Document document(invocation.file(0), Options::reading(invocation));
+    LostContent lost;
+    ProblemVisitor visitor;
+    if (!invocation.isSet(noValidate()))
+        visitor = [&](const Problem &problem) { lost.add(problem); };
+    Document document(invocation.file(0), Options::reading(invocation), visitor);
     try {
-        return change(document, invocation);
+        return change(document, lost.messages(), invocation);
     } catch (const PathFailure &failure) {
         return report(document.input.shownName(), failure.text());
     }

@@ -5,6 +5,7 @@
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
 #include "documents/Document.h"
+#include "documents/Validate.h"
 #include "html/Html.h"
 #include "members/Show.h"
 
@@ -14,10 +15,11 @@ namespace {
 struct Format
 {
     QString name;
-    void (*show)(Document &document, int problemLimit);
+    void (*show)(Document &document, const Findings &findings);
+    bool showsProblems;
 };
 
-void showAsTree(Document &document, int)
+void showAsTree(Document &document, const Findings &)
 {
     BufferedOutput output;
     show(document.tuner, [&](const QString &line) { output.write(line.toUtf8() + '\n'); });
@@ -45,27 +47,27 @@ void checkSizeOfPage(const Document &document)
                                 .arg(mostObjects));
 }
 
-void showAsHtml(Document &document, int problemLimit)
+void showAsHtml(Document &document, const Findings &findings)
 {
     checkSizeOfPage(document);
     const FileName &name = document.input.name();
     BufferedOutput output;
-    html(document.tuner, document.findings(problemLimit),
+    html(document.tuner, findings,
          name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
 }
 
-void showAsJson(Document &document, int)
+void showAsJson(Document &document, const Findings &)
 {
     Console::write(Forms::compose(document.tuner, Form::Json, document.input.shownName()));
 }
 
 const QVector<Format> &formats()
 {
-    static const QVector<Format> all = {{QStringLiteral("tree"), showAsTree},
-                                        {QStringLiteral("json"), showAsJson},
-                                        {QStringLiteral("html"), showAsHtml}};
+    static const QVector<Format> all = {{QStringLiteral("tree"), showAsTree, false},
+                                        {QStringLiteral("json"), showAsJson, false},
+                                        {QStringLiteral("html"), showAsHtml, true}};
     return all;
 }
 
@@ -90,13 +92,15 @@ const Option &formatOption()
 
 ExitStatus run(const Invocation &invocation)
 {
-    Document document(invocation.file(0), Options::reading(invocation));
     const Format *chosen = &formats().first();
     for (const Format &format : formats()) {
         if (format.name == invocation.value(formatOption()))
             chosen = &format;
     }
-    chosen->show(document, Options::problemCount(invocation));
+    Findings findings(Options::problemCount(invocation));
+    const JobXml::ProblemVisitor visitor = chosen->showsProblems ? findings.collector() : JobXml::ProblemVisitor();
+    Document document(invocation.file(0), Options::reading(invocation), visitor);
+    chosen->show(document, findings);
     return ExitStatus::Ok;
 }
 

@@ -16,7 +16,8 @@ ExitStatus run(const Invocation &invocation)
     batch.doneStatus = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;
-        outcome.findings = Document(files.at(index), reading, kinds).findings(batch.problemLimit());
+        outcome.findings = Findings(batch.problemLimit());
+        const Document document(files.at(index), reading, outcome.findings.collector(), kinds);
         outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
         return outcome;
     };

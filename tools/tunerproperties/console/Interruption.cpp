@@ -102,13 +102,8 @@ QString reportText()
 
 std::thread watcher;
 
-} // namespace
-
-Watch::Watch()
+void startWatcher()
 {
-    pipeSignalWasIgnored = isIgnored(SIGPIPE);
-    if (!pipeSignalWasIgnored)
-        signal(SIGPIPE, SIG_IGN);
     sigemptyset(&awaited);
     sigaddset(&awaited, wakingSignal);
     for (const int number : endingSignals) {
@@ -128,6 +123,26 @@ Watch::Watch()
     }
 }
 
+bool isWatching = false;
+
+/// Until there is something to protect or to report, the default actions of the signals are just right.
+void needWatcher()
+{
+    static std::once_flag started;
+    if (isWatching)
+        std::call_once(started, startWatcher);
+}
+
+} // namespace
+
+Watch::Watch()
+{
+    pipeSignalWasIgnored = isIgnored(SIGPIPE);
+    if (!pipeSignalWasIgnored)
+        signal(SIGPIPE, SIG_IGN);
+    isWatching = true;
+}
+
 Watch::~Watch()
 {
     if (!watcher.joinable())
@@ -140,6 +155,7 @@ Watch::~Watch()
 
 Shield::Shield()
 {
+    needWatcher();
     std::unique_lock lock(shieldMutex);
     shieldsChanged.wait(lock, [] { return !ending; }); // never after a signal
     ++shields;
@@ -153,6 +169,7 @@ Shield::~Shield()
 
 Report::Report(std::function<QString()> text)
 {
+    needWatcher();
     const std::lock_guard lock(reportMutex);
     report = std::move(text);
 }

@@ -10,8 +10,9 @@
 /// place, and after a report of the progress. A second signal ends it at once.
 namespace Interruption {
 
-/// Waits for signals in a thread of its own. Create one, in main(). Signals that are ignored when the program starts,
-/// as by nohup, stay ignored.
+/// Waits for signals in a thread of its own, from the first Shield or Report on: a short run that needs neither does
+/// without the thread. Create one, in main(). Signals that are ignored when the program starts, as by nohup, stay
+/// ignored.
 class Watch
 {
 public:
@@ -22,7 +23,8 @@ public:
 };
 
 /// While an object of this class exists, no signal ends the program. After a signal has arrived, the constructor does
-/// not return.
+/// not return. Before the first one on another thread than that of main(), there has to be a Report: only threads that
+/// are started later leave the signals to the watch.
 class Shield
 {
 public:

@@ -7,7 +7,6 @@
 
 #include "documents/Forms.h"
 #include "documents/Input.h"
-#include "documents/Validate.h"
 
 /// Options for reading documents.
 struct Reading
@@ -16,14 +15,13 @@ struct Reading
     int maxExpansion; ///< how many times its size a compressed document may expand to
 };
 
-/// A document and its input. Reading does not validate it.
+/// A document and its input. It is read once, without validating, and does not validate.
 struct Document
 {
-    /// Throws FileFailure if the file does not contain a document, or one that expands too far.
-    Document(const FileName &name, const Reading &reading, FileKinds kinds = FileKinds::All);
-
-    /// See Validate.h.
-    Findings findings(int most) { return findProblems(tuner, input, form, most); }
+    /// Calls `visitor` with the problems of the document, as Forms::load() does. Throws FileFailure if the file does
+    /// not contain a document, or one that expands too far.
+    Document(const FileName &name, const Reading &reading, const JobXml::ProblemVisitor &visitor = {},
+             FileKinds kinds = FileKinds::All);
 
     Input input;
     Form form;

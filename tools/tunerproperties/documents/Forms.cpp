@@ -15,6 +15,9 @@
 #include "documents/JsonForm.h"
 #include "text/Suggestion.h"
 
+using JobXml::Problem;
+using JobXml::ProblemVisitor;
+using JobXml::ReadOptions;
 using JobXml::TunerProperties;
 
 namespace {
@@ -85,12 +88,25 @@ void prepare(QDataStream &stream)
     stream.setFloatingPointPrecision(QDataStream::DoublePrecision);
 }
 
-void loadByLibrary(TunerProperties &document, Input &input, Form form)
+/// XML and tagged records have values that only their readers refuse.
+void loadByLibrary(TunerProperties &document, Input &input, Form form, const ProblemVisitor &visitor)
 {
-    const bool isLoaded = form == Form::Xml ? document.LoadXml(&input.file()) : document.LoadBinary(&input.file());
+    ReadOptions options;
+    options.validate = bool(visitor);
+    QString failure;
+    const auto visit = [&](const Problem &problem) {
+        if (problem.isUnreadable)
+            failure = input.shownName() + QStringLiteral(": ") + problem.message;
+        else
+            visitor(problem);
+    };
+    if (form == Form::Xml)
+        document.LoadXml(&input.file(), visit, options);
+    else
+        document.LoadBinary(&input.file(), visit, options);
     input.check(); // before an error of a document that has changed meanwhile
-    if (!isLoaded)
-        throw FileFailure(document.GetErrorString());
+    if (!failure.isNull())
+        throw FileFailure(document.GetErrorString().isNull() ? failure : document.GetErrorString());
 }
 
 void loadJson(TunerProperties &document, Input &input)
@@ -100,8 +116,6 @@ void loadJson(TunerProperties &document, Input &input)
     } catch (const JsonFailure &failure) {
         throw FileFailure(failure.text(input.shownName()));
     }
-    if (document.GetValidate())
-        document.Check();
 }
 
 void loadSnapshot(TunerProperties &document, Input &input)
@@ -241,19 +255,25 @@ int expansionOf(const QByteArray &bytes)
     return expanded == 0 ? 0 : int((expanded - 1) / bytes.size() + 1);
 }
 
-void load(TunerProperties &document, Input &input, Form form)
+void load(TunerProperties &document, Input &input, Form form, const ProblemVisitor &visitor)
 {
-    try {
-        if (form == Form::Snapshot)
-            loadSnapshot(document, input);
-        else if (form == Form::Json)
-            loadJson(document, input);
-        else
-            loadByLibrary(document, input, form);
-        input.check();
-    } catch (const ReportException &e) {
-        throw FileFailure(input.shownName() + QStringLiteral(": ") + e.GetMessageText());
+    switch (form) {
+    case Form::Xml:
+    case Form::Tagged:
+    case Form::Compressed:
+        loadByLibrary(document, input, form, visitor);
+        break;
+    case Form::Snapshot:
+        loadSnapshot(document, input);
+        break;
+    case Form::Json:
+        loadJson(document, input);
+        break;
     }
+    input.check();
+    // What the readers of the other two forms accept and a validating one would not is in the document.
+    if (visitor && (form == Form::Snapshot || form == Form::Json))
+        document.VisitProblems(visitor);
 }
 
 bool readBack(TunerProperties &document, QByteArray bytes, Form form)

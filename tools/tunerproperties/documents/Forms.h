@@ -51,9 +51,11 @@ void checkExpansion(Input &input, int times);
 /// How many times its own size a compressed record declares, rounded up; 0 for other forms.
 int expansionOf(const QByteArray &bytes);
 
-/// Reads the document with its own validate flag. Throws FileFailure if the file does not contain a document in this
-/// form, or if the document throws. Tagged and compressed documents are read in the same way.
-void load(JobXml::TunerProperties &document, Input &input, Form form);
+/// Reads the document once, without validating, and calls `visitor` with everything that a validating reader or a
+/// writer would refuse; without a visitor, nothing of that is looked for. The document must not validate. Throws
+/// FileFailure if the file does not contain a document in this form. Tagged and compressed documents are read in the
+/// same way.
+void load(JobXml::TunerProperties &document, Input &input, Form form, const JobXml::ProblemVisitor &visitor = {});
 
 /// Reads the document from bytes that compose() has returned. Returns false if that fails.
 bool readBack(JobXml::TunerProperties &document, QByteArray bytes, Form form);

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "documents/JsonForm.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
 
+#include <QDataStream>
 #include <QRegularExpression>
-#include <QXmlStreamWriter>
+#include <QtEndian>
+
+#include <jobxml/StringItem.h>
 
 #include "members/Paths.h"
 #include "text/Suggestion.h"
@@ -307,23 +311,43 @@ void readObject(DataObject &object, const Json &json)
     });
 }
 
-/// A document with that initial version, as its XML reader accepts it.
-TunerProperties documentOfVersion(const Json *version)
+/// Whether XML can carry the text: it has no form for most control characters.
+bool fitsIntoXml(const QString &text)
 {
-    if (version && !version->isText())
-        throw JsonFailure(shown(*version) + QStringLiteral(" is not a string")).within(QLatin1String(versionKey));
+    StringItem sample;
+    sample.SetValidate(false);
+    sample.Setvalue(text);
+    const QVector<Problem> problems = sample.GetProblems();
+    return std::none_of(problems.begin(), problems.end(), [](const Problem &problem) { return problem.xmlOnly; });
+}
+
+/// A document that has read that version: the document's own rule decides what it means.
+TunerProperties documentOfVersion(const QString &version)
+{
+    constexpr quint32 versionTag = 0xCCFEDFA1;
+    constexpr int headSize = 8;
+    QByteArray record;
+    QDataStream writer(&record, QIODevice::WriteOnly);
+    writer << versionTag << quint32(0) << version;
+    qToBigEndian(quint32(record.size() - headSize), record.data() + sizeof versionTag);
     TunerProperties document;
     document.SetValidate(false);
-    QString xml;
-    QXmlStreamWriter writer(&xml);
-    writer.writeStartElement(document.GetObjectName());
-    if (version)
-        writer.writeAttribute(QLatin1String(versionKey), JsonText::toString(version->text()));
-    writer.writeEndElement();
-    const bool isTaken = document.SetXmlString(xml, false);
-    if (version && (!isTaken || document.GetInitialVersionLoaded() != JsonText::toString(version->text())))
-        throw JsonFailure(shown(*version) + QStringLiteral(" is not a version")).within(QLatin1String(versionKey));
+    QDataStream reader(record);
+    document.SetBinary(reader, record.size());
     return document;
+}
+
+/// The same for the member of a JSON document; null if there is none.
+TunerProperties documentOfVersion(const Json *version)
+{
+    if (!version)
+        return documentOfVersion(QStringLiteral(""));
+    if (!version->isText())
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a string")).within(QLatin1String(versionKey));
+    const QString text = JsonText::toString(version->text());
+    if (!fitsIntoXml(text))
+        throw JsonFailure(shown(*version) + QStringLiteral(" is not a version")).within(QLatin1String(versionKey));
+    return documentOfVersion(text);
 }
 
 void addMembers(Json &result, const DataObject &object)
@@ -386,9 +410,10 @@ QByteArray compose(const TunerProperties &document)
     return JsonText::pretty(whole);
 }
 
-void read(TunerProperties &document, const QByteArray &utf8)
+void read(TunerProperties &document, QByteArray utf8)
 {
     Json whole = JsonText::parse(utf8);
+    utf8.clear(); // a document has the size of its text, and more
     auto members = whole.isObject() ? whole.take(document.GetObjectName().toUtf8()) : std::nullopt;
     if (!members || !whole.isEmpty())
         throw JsonFailure(

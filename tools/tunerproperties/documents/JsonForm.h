@@ -18,7 +18,7 @@ QByteArray compose(const JobXml::TunerProperties &document);
 
 /// Reads a document from JSON. Throws JsonFailure, and leaves the document unchanged, if the JSON is not a document.
 /// Reading does not validate, whatever the validate flag of the document is; the flag stays.
-void read(JobXml::TunerProperties &document, const QByteArray &utf8);
+void read(JobXml::TunerProperties &document, QByteArray utf8);
 
 /// The parts of a document: an object of the model, and the value of a member.
 Json ofObject(const JobXml::DataObject &object);

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "documents/Validate.h"
 
-#include "console/Console.h"
-#include "documents/XmlProblems.h"
+#include <jobxml/Visit.h>
 
 using JobXml::Problem;
-using JobXml::TunerProperties;
 
 namespace {
 
@@ -40,46 +38,30 @@ QString shortLabel(const QString &label, int index)
     return label.left(nameSize) + position + beginning(label, head).mid(nameSize) + ellipsis + QLatin1Char('"');
 }
 
-Finding findingOf(const XmlProblem &problem)
+/// Whether the member of the object at the end of the steps is a list of objects.
+bool isListOfObjects(JobXml::DataObject &sample, const QVector<JobXml::Step> &steps, const QString &name, int depth = 0)
 {
-    return {{}, problem.line, problem.column, shortMessage(problem.message)};
-}
-
-/// What counts of a problem that is not listed.
-Finding unlisted(const XmlProblem &problem)
-{
-    return {{}, problem.line, problem.column, {}};
-}
-
-Finding unlisted(const Problem &)
-{
-    return {};
-}
-
-/// Adds what a validating reader rejects although nothing else was found, for example in a value that a later one has
-/// replaced.
-void addTheRest(Findings &findings, Input &input, Form form)
-{
-    if (form == Form::Xml) {
-        if (const auto refusal = firstXmlRefusal(input.bytes()))
-            findings.add(findingOf(*refusal));
-        return;
-    }
-    TunerProperties validating;
-    try {
-        Forms::load(validating, input, form);
-    } catch (const FileFailure &failure) {
-        const QString name = input.shownName() + QStringLiteral(": ");
-        const QString text = failure.text();
-        findings.add({{}, 0, 0, shortMessage(text.startsWith(name) ? text.mid(name.size()) : text)});
-    }
+    bool result = false;
+    JobXml::visit(sample, [&](JobXml::MemberEditor &member) {
+        if (member.GetName() != (depth < steps.size() ? steps[depth].member : name))
+            return;
+        const bool isList = member.GetKind() == JobXml::MemberKind::ObjectList;
+        if (depth == steps.size())
+            result = isList;
+        else
+            result = isListOfObjects(isList ? member.AppendChild() : member.EditChild(), steps, name, depth + 1);
+    });
+    return result;
 }
 
 } // namespace
 
 Finding findingOf(const Problem &problem)
 {
-    Finding result{{}, 0, 0, shortMessage(problem.message), problem.steps};
+    Finding result{{}, problem.line, problem.column, shortMessage(problem.message)};
+    if (result.hasLocation())
+        return result;
+    result.steps = problem.steps;
     for (int i = 0; i < problem.path.size(); ++i)
         result.path.append(shortLabel(problem.path.at(i), problem.steps.at(i).index));
     return result;
@@ -93,6 +75,30 @@ QString Finding::text(const QString &fileName) const
     return fileName + QStringLiteral(": ") + where + message;
 }
 
+bool KeptItems::contain(const Problem &problem)
+{
+    const QString className = problem.steps.isEmpty() ? QString() : problem.steps.last().member;
+    const QString key = className + QLatin1Char('/') + problem.member;
+    const auto known = m_known.constFind(key);
+    if (known != m_known.constEnd())
+        return *known;
+    JobXml::TunerProperties sample;
+    sample.SetValidate(false);
+    return *m_known.insert(key, isListOfObjects(sample, problem.steps, problem.member));
+}
+
+void Findings::add(const Problem &problem)
+{
+    if (problem.xmlOnly)
+        return;
+    const bool isInXml = problem.line > 0;
+    const bool isInRecords = !isInXml && problem.offset >= 0;
+    List &list = isInRecords || (isInXml && m_keptItems.contain(problem)) ? m_heldBack : m_problems;
+    if (list.listed.size() < m_most)
+        list.listed.append(findingOf(problem));
+    ++list.count;
+}
+
 QString countText(qint64 count, int listed)
 {
     if (listed == 1)
@@ -103,27 +109,10 @@ QString countText(qint64 count, int listed)
 QStringList Findings::lines(const QString &fileName) const
 {
     QStringList result;
-    for (const Finding &finding : m_listed)
+    for (const Finding &finding : listed())
         result.append(finding.text(fileName));
-    if (m_count > m_listed.size())
-        result.append(fileName + QStringLiteral(": ") + countText(m_count, m_listed.size())
+    if (count() > listed().size())
+        result.append(fileName + QStringLiteral(": ") + countText(count(), listed().size())
                       + QStringLiteral("; use --max-problems to list more"));
     return result;
-}
-
-Findings findProblems(const TunerProperties &document, Input &input, Form form, int most)
-{
-    Findings findings(most);
-    const auto add = [&](const auto &problem) {
-        findings.add(findings.hasRoom() ? findingOf(problem) : unlisted(problem));
-    };
-    if (form == Form::Xml)
-        findXmlProblems(input.bytes(), add);
-    document.VisitProblems([&](const Problem &problem) {
-        if (!problem.xmlOnly) // other forms carry it, and XML never holds it
-            add(problem);
-    });
-    if (findings.isEmpty())
-        addTheRest(findings, input, form);
-    return findings;
 }

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
 #include <jobxml/TunerProperties.h>
-
-#include "documents/Forms.h"
-#include "documents/Input.h"
 
 /// A reason why a document is invalid. It has either a location in an XML file, line and column counted from 1, or a
 /// path in the document, which is empty for the document itself.
@@ -27,14 +25,30 @@ struct Finding
 };
 
 /// A problem with label and message shortened if they are long: many problems may have the same long label. A shortened
-/// label includes the position of the object.
+/// label includes the position of the object. A problem with a location has no path.
 Finding findingOf(const JobXml::Problem &problem);
+
+/// Distinguishes what a reader refuses and the document has all the same: incomplete items of lists.
+class KeptItems
+{
+public:
+    /// Whether the problem, one with a place in the document that was read, is about such an item.
+    bool contain(const JobXml::Problem &problem);
+
+private:
+    QHash<QString, bool> m_known; // by class and member
+};
 
 /// "3001 problems; only the first 100 are listed"
 QString countText(qint64 count, int listed);
 
 /// The problems of a document: the first ones, and the number of all. A hostile document has a problem for every few
 /// bytes, so the others are counted and not kept.
+///
+/// What a reader refuses is a problem of its own if the document does not show it, and has a location in XML: an empty
+/// boolean, for example. An incomplete item of a list, and what the reader of records refuses, is in the document and
+/// usually a problem there, with what it lacks and with a path. So it is one here only if there is no other: in a value
+/// that a later one has replaced.
 class Findings
 {
 public:
@@ -42,34 +56,34 @@ public:
     /// Keeps at most that many.
     explicit Findings(int most) : m_most(most) { }
 
-    void add(const Finding &finding)
+    /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
+    /// XML never holds them.
+    void add(const JobXml::Problem &problem);
+
+    /// Adds problems, as long as this object exists.
+    JobXml::ProblemVisitor collector()
     {
-        if (hasRoom())
-            m_listed.append(finding);
-        ++m_count;
-        if (finding.hasLocation())
-            ++m_locatedCount;
+        return [this](const JobXml::Problem &problem) { add(problem); };
     }
 
-    /// Whether the next problem would be kept.
-    bool hasRoom() const { return m_listed.size() < m_most; }
-
-    const QVector<Finding> &listed() const { return m_listed; }
-    qint64 count() const { return m_count; }
-    /// The number of problems with a location in an XML file.
-    qint64 locatedCount() const { return m_locatedCount; }
-    bool isEmpty() const { return m_count == 0; }
+    const QVector<Finding> &listed() const { return shown().listed; }
+    qint64 count() const { return shown().count; }
+    bool isEmpty() const { return count() == 0; }
 
     /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more.
     QStringList lines(const QString &fileName) const;
 
 private:
-    int m_most = 0;
-    QVector<Finding> m_listed;
-    qint64 m_count = 0;
-    qint64 m_locatedCount = 0;
-};
+    struct List
+    {
+        QVector<Finding> listed;
+        qint64 count = 0;
+    };
 
-/// Finds all problems that reader and writers report while validating; the first `most` are listed. The document must
-/// have been loaded from the input while not validating.
-Findings findProblems(const JobXml::TunerProperties &document, Input &input, Form form, int most);
+    const List &shown() const { return m_problems.count > 0 ? m_problems : m_heldBack; }
+
+    int m_most = 0;
+    List m_problems;
+    List m_heldBack;
+    KeptItems m_keptItems;
+};
