@@ -8,6 +8,16 @@
 
 namespace JobXml {
 
+namespace {
+
+bool hasPlace(const ReportException &exception)
+{
+    const REPORTGENERATOR::ErrorLocation known = exception.GetLocation();
+    return known.line != 0 || known.offset >= 0 || !known.path.isEmpty();
+}
+
+} // namespace
+
 void Source::setPlace(ReportException &exception, const ObjectPath &path, Position position) const
 {
     REPORTGENERATOR::ErrorLocation location;
@@ -18,8 +28,7 @@ void Source::setPlace(ReportException &exception, const ObjectPath &path, Positi
 
 void Source::locate(ReportException &exception) const
 {
-    const REPORTGENERATOR::ErrorLocation known = exception.GetLocation();
-    if (known.line != 0 || known.offset >= 0 || !known.path.isEmpty())
+    if (hasPlace(exception))
         return;
     const ObjectPath path = pathTo(*m_innermost);
     setPlace(exception, path, position());
@@ -32,7 +41,8 @@ void Source::refused(ReportException &refusal, const Member *member, Position po
     if (!m_innermost)
         throw;
     const ObjectPath path = pathTo(*m_innermost);
-    setPlace(refusal, path, position);
+    if (!hasPlace(refusal)) // an object of a derived class is read by several sources
+        setPlace(refusal, path, position);
     if (!m_visitor)
         throw;
     (*m_visitor)(problemOf(refusal, path, member ? QString(member->name()) : QString()));
