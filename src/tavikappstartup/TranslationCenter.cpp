@@ -22,7 +22,7 @@
 namespace {
 
 // With links resolved: if /lib is a link to /usr/lib, the data folder is relative to the latter. As bytes: most
-// programs that load this library never ask for a translation, and Qt takes long to decode its first file name.
+// programs that load this library never need a translation, and Qt takes long to decode its first file name.
 std::string folderOfThisLibrary()
 {
     static const char anchor = 0;

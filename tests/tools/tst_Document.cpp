@@ -22,7 +22,7 @@ private Q_SLOTS:
     void problemsAreFoundExactlyInDocumentsThatAreRefused();
     void documentIsTheOneOfAReaderThatDoesNotValidate_data();
     void documentIsTheOneOfAReaderThatDoesNotValidate();
-    void charactersThatXmlCannotCarryAreNoProblem();
+    void charactersThatXmlCannotCarryAreAccepted();
     void problemsAreNotLookedForWithoutAVisitor();
     void versionOfJsonIsReadByTheRuleOfTheDocument_data();
     void versionOfJsonIsReadByTheRuleOfTheDocument();
@@ -156,7 +156,7 @@ void DocumentTest::problemsAreFoundExactlyInDocumentsThatAreRefused()
             if (!isForXml(document.tuner))
                 continue; // writing it as XML would show nothing about the others
         } catch (const FileFailure &) {
-            continue; // it is no document
+            continue; // it is not a document
         }
         const bool isValid = isAccepted(folder.path(), bytes, Form(form));
         const QString first = findings.isEmpty() ? QString() : findings.listed().first().message;
@@ -201,7 +201,7 @@ void DocumentTest::documentIsTheOneOfAReaderThatDoesNotValidate()
     QVERIFY2(read > 200, qPrintable(QString::number(read)));
 }
 
-void DocumentTest::charactersThatXmlCannotCarryAreNoProblem()
+void DocumentTest::charactersThatXmlCannotCarryAreAccepted()
 {
     TunerProperties document = example(0);
     document.Setname(QStringLiteral("\u0001"));

@@ -177,7 +177,7 @@ BatchSettings batch(const Invocation &invocation)
 {
     constexpr int mostJobs = 256;
     BatchSettings settings;
-    // Asking for the number of processors takes longer than reading a small file.
+    // Finding the number of processors takes longer than reading a small file.
     settings.jobs = numberOf(invocation, jobs(), mostJobs, invocation.count() > 1 ? QThread::idealThreadCount() : 1);
     settings.quiet = invocation.isSet(quiet());
     settings.json = invocation.isSet(json());

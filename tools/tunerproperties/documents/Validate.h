@@ -28,7 +28,7 @@ struct Finding
 /// label includes the position of the object. A problem with a location has no path.
 Finding findingOf(const JobXml::Problem &problem);
 
-/// Distinguishes what a reader refuses and the document has all the same: incomplete items of lists.
+/// Recognizes what a reader refuses although the document then has it: incomplete items of lists.
 class KeptItems
 {
 public:
