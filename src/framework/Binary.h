@@ -126,7 +126,7 @@ public:
     int bytesRead() const { return int(m_at - m_begin); }
     /// Where the record begins whose head was read last, if the bytes are read directly.
     Position position() const override { return m_isDirect ? m_head - m_first : noPosition; }
-    /// Where the next bytes begin, likewise.
+    /// Where the next bytes begin, in the same case.
     Position nextPosition() const { return m_isDirect ? m_at - m_first : noPosition; }
 
     /// \name For a snapshot, which ends with its stream

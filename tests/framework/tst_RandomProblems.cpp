@@ -42,7 +42,7 @@ bool isSame(const Problem &left, const Problem &right)
         && left.offset == right.offset;
 }
 
-/// What is wrong with the problems of a document; null if nothing is.
+/// How the problems of a document disagree with the other readers; null if they agree.
 template <class Read, class ReadStrictly>
 QString mistake(const Read &readAll, const ReadStrictly &read)
 {
