@@ -43,7 +43,7 @@ public:
 
     /// Where in the document the content is that an object refused while it was read: the start of the element, of the
     /// attribute or of the record. In XML documents that the library does not read in memory itself, line and column
-    /// are those of the end of the start tag, and there is no offset. Empty for exceptions of other operations. The
+    /// are those of the last character read, and there is no offset. Empty for exceptions of other operations. The
     /// manual's page "Reading documents" has the details.
     REPORTGENERATOR::ErrorLocation GetLocation() const;
     /// Adds the location, for the code that reads.
