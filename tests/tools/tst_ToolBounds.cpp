@@ -10,6 +10,7 @@
 #include <QtEndian>
 
 #include "Heap.h"
+#include "Skip.h"
 #include "tools/Tool.h"
 
 namespace {
@@ -524,7 +525,7 @@ void ToolBoundsTest::runningOutOfMemoryIsReported_data()
 void ToolBoundsTest::runningOutOfMemoryIsReported()
 {
 #ifdef HEAP_OF_A_SANITIZER
-    QSKIP("A sanitizer needs more address space than there is memory.");
+    SKIP("a sanitizer needs more address space than there is memory");
 #endif
     QFETCH(QString, command);
     m_workshop->write(QStringLiteral("in.tpb"),

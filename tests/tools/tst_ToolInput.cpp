@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Skip.h"
 #include "tools/Tool.h"
 
 #include <sys/stat.h>
@@ -217,7 +218,7 @@ void ToolInputTest::aValidDocumentIsReadOnce_data()
 void ToolInputTest::aValidDocumentIsReadOnce()
 {
     if (!QFile::exists(QStringLiteral("/proc/self/io")))
-        QSKIP("This system does not count what a process reads.");
+        SKIP("the system does not count what a process reads");
     QFETCH(QString, form);
     QFETCH(QString, command);
     // A quantity of text that does not shrink much: compressed documents have to be large, too.
