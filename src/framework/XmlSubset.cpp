@@ -230,18 +230,7 @@ private:
         }
     }
 
-    bool takeSection()
-    {
-        if (!take("<![CDATA["sv))
-            return false;
-        for (;;) {
-            if (!takeCharactersUpTo(']'))
-                return false;
-            if (take("]]>"sv))
-                return true;
-            ++m_at;
-        }
-    }
+    bool takeSection() { return take("<![CDATA["sv) && takeThrough("]]>"sv); }
 
     bool takeInstruction()
     {
@@ -249,20 +238,21 @@ private:
         const std::string_view target = takeName();
         if (target.empty() || (target.size() == 3 && qstrnicmp(target.data(), "xml", 3) == 0))
             return false;
-        if (take("?>"sv))
-            return true;
-        if (!takeBlanks())
-            return false;
-        for (;;) {
-            if (!takeCharactersUpTo('?'))
-                return false;
-            if (take("?>"sv))
-                return true;
-            ++m_at;
-        }
+        return take("?>"sv) || (takeBlanks() && takeThrough("?>"sv));
     }
 
     // --- Parts of everything ---
+
+    /// Takes everything up to this mark, and the mark.
+    bool takeThrough(std::string_view mark)
+    {
+        while (takeCharactersUpTo(mark.front())) {
+            if (take(mark))
+                return true;
+            ++m_at;
+        }
+        return false;
+    }
 
     bool takeCharactersUpTo(char mark)
     {
