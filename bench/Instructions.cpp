@@ -23,8 +23,6 @@ void count(const Operation &operation, Sample &sample)
     prepare();
     prepared.run();
     prepare();
-    // What the warm run has freed is merged now, not by an allocation of the run that counts.
-    malloc_trim(0);
     CALLGRIND_START_INSTRUMENTATION;
     CALLGRIND_ZERO_STATS;
     prepared.run();

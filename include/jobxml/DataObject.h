@@ -5,6 +5,7 @@
 #include <functional>
 #include <limits>
 #include <optional>
+#include <type_traits>
 
 #include <QMetaType>
 #include <QStringList>
@@ -59,8 +60,8 @@ struct Problem : ObjectPath
     bool isUnreadable = false;
 
     /// \name Its place in the document that was read
-    /// The start of the attribute, element or record that a validating reader refuses (in some XML documents the end of
-    /// the start tag, see ReportException::GetLocation()), or the place where a document that is not well-formed ends
+    /// The start of the attribute, element or record that a validating reader refuses (in some XML documents the last
+    /// character read, see ReportException::GetLocation()), or the place where a document that is not well-formed ends
     /// for its reader. Lines and columns, in UTF-16 units, count from 1 and are 0 if there is none; the offset in bytes
     /// counts from 0 and is -1 if there is none. Problems that GetProblems() finds have no place.
     /// @{
@@ -250,16 +251,15 @@ public:
     ///  - what GetProblems() returns for the object that was read.
     ///
     /// Returns whether there are no problems. `problems` is replaced. The validate flag has no effect and is the same
-    /// afterwards; whether the problems of the content are found depends on the options alone. The object keeps what
-    /// was read, with all values that a validating reader refuses: it is the object that results from reading without
-    /// validation, except that an item in which an unreadable document ends is not appended. GetErrorString() is that
-    /// of the operation without a list of problems, and null if only the content has problems. Throws std::bad_alloc
-    /// only.
+    /// afterwards, and that of everything below the object; whether the problems of the content are found depends on
+    /// the options alone. The object keeps what was read, with all values that a validating reader refuses: it is the
+    /// object that results from reading without validation, except that an item in which an unreadable document ends is
+    /// not appended. GetErrorString() is that of the operation without a list of problems, and null if only the content
+    /// has problems. Throws std::bad_alloc, and what the visitor throws.
     ///
     /// The forms with a visitor call it with each problem instead, as VisitProblems() does: an untrusted document may
-    /// have a problem for every few bytes. Limit its size with ReadOptions::maxBytes. Exceptions of the visitor pass
-    /// through. The visitor must not use the object, not even to read or copy it: it is called in the middle of
-    /// reading.
+    /// have a problem for every few bytes. Limit its size with ReadOptions::maxBytes. The visitor must not use the
+    /// object, not even to read or copy it: it is called in the middle of reading.
     ///
     /// For an object of a derived class, a ReportException of an operation that the class overrides is one more
     /// problem; after that of ProcessXml(), SetBinary() or readOwnRecord() nothing more is read. Overridden LoadXml(),
@@ -267,9 +267,20 @@ public:
     /// @{
     bool LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
     bool LoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    bool LoadXml(QFile *file, QVector<Problem> &problems, const ReadOptions &options = {});
     bool LoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options = {});
     bool SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options = {});
     bool SetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    /// For any function or lambda: a pointer to a function would otherwise count as the flag of SetXmlString().
+    template <
+        class Visitor,
+        class = std::enable_if_t<
+            std::is_invocable_v<Visitor &, const Problem &> && !std::is_same_v<std::decay_t<Visitor>, ProblemVisitor>>>
+    bool SetXmlString(const QString &xml, Visitor &&visitor, const ReadOptions &options = {})
+    {
+        const ProblemVisitor call = std::ref(visitor);
+        return SetXmlString(xml, call, options);
+    }
     bool SetXmlString(std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;
     bool SetXmlString(std::nullptr_t, const ProblemVisitor &, const ReadOptions & = {}) = delete;
     bool SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
@@ -278,6 +289,7 @@ public:
                                  const ReadOptions &options = {});
     bool LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
     bool LoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options = {});
+    bool LoadBinary(QFile *file, QVector<Problem> &problems, const ReadOptions &options = {});
     bool LoadBinary(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options = {});
     using IRGObject::LoadBinary;
     using IRGObject::LoadXml;

@@ -2,6 +2,8 @@
 #include <jobxml/DataObject.h>
 
 #include <algorithm>
+#include <exception>
+#include <optional>
 
 #include <QFile>
 
@@ -49,34 +51,53 @@ ReadLimits limitsOf(const ReadOptions &options)
     return limits;
 }
 
+/// Ends the reading after an exception of the visitor, which may be of the same type as those of the model.
+struct Stopped
+{
+};
+
 /// Calls the function, which reads the object and returns whether it could be read, and visits all problems. Returns
 /// whether there are none.
 template <class Read>
 bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const ReadOptions &options, Read &&read)
 {
     bool hasProblems = false;
-    bool isRead = false;
+    std::exception_ptr exceptionOfVisitor;
     const ProblemVisitor visit = [&](const Problem &problem) {
         hasProblems = true;
-        visitor(problem);
+        try {
+            visitor(problem);
+        } catch (...) {
+            exceptionOfVisitor = std::current_exception();
+            throw Stopped();
+        }
     };
+    std::optional<Problem> end;
     const bool validated = object.GetValidate();
     object.SetValidate(options.validate);
-    const CollectedReading reading(object, options.validate ? &visit : nullptr);
     try {
-        isRead = read();
-        if (!isRead)
-            visit(last(unreadable(object)));
-    } catch (const ReportException &end) {
-        visit(last(problemOf(end, reading.pathOfEnd())));
+        const CollectedReading reading(object, options.validate ? &visit : nullptr);
+        try {
+            if (!read())
+                end = last(unreadable(object));
+        } catch (const ReportException &exception) {
+            end = last(problemOf(exception, reading.pathOfEnd()));
+        }
     } catch (...) {
         object.SetValidate(validated);
+        if (exceptionOfVisitor)
+            std::rethrow_exception(exceptionOfVisitor);
         throw;
     }
     object.SetValidate(validated);
-    if (isRead && options.validate)
-        object.VisitProblems(visit);
-    return !hasProblems;
+    if (end)
+        visitor(*end);
+    else if (options.validate)
+        object.VisitProblems([&](const Problem &problem) {
+            hasProblems = true;
+            visitor(problem);
+        });
+    return !end && !hasProblems;
 }
 
 ProblemVisitor appendTo(QVector<Problem> &problems)
@@ -96,6 +117,11 @@ bool DataObject::LoadXml(const QString &path, const ProblemVisitor &visitor, con
 {
     QFile file(path);
     return LoadXml(&file, visitor, options);
+}
+
+bool DataObject::LoadXml(QFile *file, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return LoadXml(file, appendTo(problems), options);
 }
 
 bool DataObject::LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options)
@@ -135,6 +161,11 @@ bool DataObject::LoadBinary(const QString &path, const ProblemVisitor &visitor, 
 {
     QFile file(path);
     return LoadBinary(&file, visitor, options);
+}
+
+bool DataObject::LoadBinary(QFile *file, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return LoadBinary(file, appendTo(problems), options);
 }
 
 bool DataObject::LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options)

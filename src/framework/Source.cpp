@@ -18,6 +18,32 @@ bool hasPlace(const ReportException &exception)
 
 } // namespace
 
+struct Source::Frame::Label
+{
+    QString identification; // keeps the text, so that no other one has its address
+    int index;
+    QString text;
+
+    bool isOf(const QString &otherIdentification, int otherIndex) const
+    {
+        return identification.constData() == otherIdentification.constData()
+            && identification.size() == otherIdentification.size() && index == otherIndex;
+    }
+};
+
+void Source::Frame::DeleteLabel::operator()(Label *label) const
+{
+    delete label;
+}
+
+const QString &Source::Frame::label(int index)
+{
+    const QString identification = JobXml::identification(object);
+    if (!m_label || !m_label->isOf(identification, index))
+        m_label.reset(new Label{identification, index, JobXml::label(object, index)});
+    return m_label->text;
+}
+
 void Source::setPlace(ReportException &exception, const ObjectPath &path, Position position) const
 {
     REPORTGENERATOR::ErrorLocation location;
@@ -32,7 +58,8 @@ void Source::locate(ReportException &exception) const
         return;
     const ObjectPath path = pathTo(*m_innermost);
     setPlace(exception, path, position());
-    CollectedReading::setPathOfEnd(path);
+    if (m_visitor)
+        CollectedReading::setPathOfEnd(path);
 }
 
 /// Called while the exception is handled.
@@ -61,7 +88,7 @@ void Source::storeUnvalidated(const ActionOn<> &action) const
     ObjectAccess::setEnvironment(object, environment);
 }
 
-ObjectPath Source::pathTo(const Frame &frame) const
+ObjectPath Source::pathTo(Frame &frame) const
 {
     if (!frame.outer)
         return {};
@@ -71,7 +98,7 @@ ObjectPath Source::pathTo(const Frame &frame) const
     const Block *const block = ObjectAccess::existingBlock(parent);
     const int items = block && member.isList() ? member.childCount(*block) : 0;
     const int index = member.isList() ? items - (m_runsForeignCode ? 0 : 1) : -1;
-    return pathTo(*frame.outer).below(label(frame.object, index), {member.name(), index});
+    return pathTo(*frame.outer).below(frame.label(index), {member.name(), index});
 }
 
 } // namespace JobXml

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include <jobxml/DataObject.h>
 
 #include "framework/VisitedMember.h"
@@ -33,11 +35,23 @@ public:
         Frame &operator=(const Frame &) = delete;
         ~Frame() { source.m_innermost = outer; }
 
+        /// The label of the object with this index. Problems with the same label share it: it may be as long as the
+        /// document.
+        const QString &label(int index);
+
         DataObject &object;
         const Member *children = nullptr;
 
         Source &source;
         Frame *const outer;
+
+    private:
+        struct Label;
+        struct DeleteLabel
+        {
+            void operator()(Label *label) const;
+        };
+        std::unique_ptr<Label, DeleteLabel> m_label;
     };
 
     /// Whether reading may call code of the caller's program, which may use the objects that are being read.
@@ -111,7 +125,7 @@ private:
     void refused(ReportException &refusal, const Member *member, Position position) const;
     void setPlace(ReportException &exception, const ObjectPath &path, Position position) const;
     void storeUnvalidated(const ActionOn<> &action) const;
-    ObjectPath pathTo(const Frame &frame) const;
+    ObjectPath pathTo(Frame &frame) const;
 
     const ProblemVisitor *const m_visitor;
     Frame *m_innermost = nullptr;

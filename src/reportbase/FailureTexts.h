@@ -109,8 +109,10 @@ auto located(const QString &source, Read &&read)
         return read();
     } catch (ReportException &exception) {
         ErrorLocation location = exception.GetLocation();
-        location.source = source;
-        exception.SetLocation(location);
+        if (location.source.isNull()) { // otherwise it is of another document, which was read meanwhile
+            location.source = source;
+            exception.SetLocation(location);
+        }
         throw;
     }
 }

@@ -44,12 +44,12 @@ bool mayBeUtf8Xml(const QByteArray &beginning)
 /// What is left of a file, if it can be read in memory; null for other devices than files, and for files that transform
 /// what they contain. Less if reading fails, or if the file is certainly no document in UTF-8: then its first bytes are
 /// enough to refuse it, however large it is.
-QByteArray rest(QFile &file)
+QByteArray rest(QFile &file, qint64 largestSize)
 {
     if (file.isSequential() || file.isTextModeEnabled() || file.isTransactionStarted())
         return QByteArray();
     const qint64 size = file.size() - file.pos();
-    if (size <= 0 || size > largestInMemory)
+    if (size <= 0 || size > std::min(largestInMemory, largestSize))
         return QByteArray();
 
     QByteArray bytes;
@@ -163,7 +163,7 @@ bool IRGObject::readXmlFile(QFile &file, const FileForReading &access, qint64 la
 {
     QByteArray beginning;
     const auto wholeDocument = [&] {
-        beginning = rest(file);
+        beginning = rest(file, largestSize);
         return file.atEnd() ? beginning : QByteArray();
     };
     if (readXml(wholeDocument))

@@ -235,26 +235,29 @@ void LoadFaultsTest::pipeIsNotReadFurtherAfterAnInvalidStart()
 void LoadFaultsTest::aFileThatShrinksIsAnError_data()
 {
     QTest::addColumn<Way>("way");
-    for (const Way &way : waysToSave)
-        QTest::newRow(way.name) << way;
+    QTest::addColumn<bool>("isReadBefore");
+    for (const Way &way : waysToSave) {
+        QTest::addRow("%s, before the first read", way.name) << way << false;
+        QTest::addRow("%s, after the first read", way.name) << way << true;
+    }
 }
 
 void LoadFaultsTest::aFileThatShrinksIsAnError()
 {
     QFETCH(Way, way);
+    QFETCH(bool, isReadBefore);
     QVERIFY(way.save(m_large, path("file")));
     WatchedFile file(path("file"));
     const qint64 size = file.size();
     QVERIFY(size > 100000);
+    file.shrinkTo(50000, isReadBefore ? WatchedFile::AfterTheFirstRead : WatchedFile::BeforeTheFirstRead);
     TunerProperties read;
     if (way.save == waysToSave[0].save) {
-        file.shrinkTo(50000, WatchedFile::BeforeTheFirstRead); // its size is known then, and one read takes all of it
         QVERIFY(!read.LoadXml(&file));
         // The second line contains the large text, and ends where the file is truncated.
         QCOMPARE(read.GetErrorString(),
                  path("file") + QStringLiteral(":2:%1: Premature end of document.").arg(50000 - 39));
     } else {
-        file.shrinkTo(50000, WatchedFile::AfterTheFirstRead);
         QVERIFY(!read.LoadBinary(&file));
         QCOMPARE(read.GetErrorString(),
                  path("file")

@@ -39,7 +39,11 @@ bool isSame(const Problem &left, const Problem &right)
 {
     return left.message == right.message && left.member == right.member && left.path == right.path
         && left.xmlOnly == right.xmlOnly && left.line == right.line && left.column == right.column
-        && left.offset == right.offset;
+        && left.offset == right.offset && left.isUnreadable == right.isUnreadable
+        && std::equal(left.steps.begin(), left.steps.end(), right.steps.begin(), right.steps.end(),
+                      [](const Step &one, const Step &other) {
+                          return one.member == other.member && one.index == other.index;
+                      });
 }
 
 /// How the problems of a document disagree with the other readers; null if they agree.

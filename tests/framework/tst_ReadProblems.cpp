@@ -7,6 +7,8 @@
 #include <jobxml/TunerProperties.h>
 
 #include "Encodings.h"
+#include "HeapPeak.h"
+#include "Skip.h"
 
 using namespace JobXml;
 
@@ -64,6 +66,18 @@ protected:
     }
 };
 
+/// A document that reads another one.
+class Including : public TunerProperties
+{
+protected:
+    void ProcessXmlStartElement(QXmlStreamReader &) override
+    {
+        TunerProperties included;
+        // A record with a negative length.
+        static_cast<void>(included.SetBinaryRepresentation(QByteArray::fromHex("C10CBB5F000000082B262DC9FFFFFFFF")));
+    }
+};
+
 } // namespace
 
 class ReadProblemsTest : public QObject
@@ -85,7 +99,11 @@ private Q_SLOTS:
     void tooLargeDocumentsAreRefused();
     void filesThatCannotBeReadAreProblems();
     void anExceptionOfADerivedClassIsOneOfTheProblems();
+    void exceptionsOfTheVisitorPassThrough_data();
     void exceptionsOfTheVisitorPassThrough();
+    void functionsAndLambdasAreVisitors();
+    void problemsShareALongLabel();
+    void aDocumentThatIsReadMeanwhileKeepsItsSource();
 
     void refusedRecordsHaveTheirOffsets();
     void aRecordWithAWrongLengthEndsTheReading();
@@ -373,15 +391,87 @@ void ReadProblemsTest::anExceptionOfADerivedClassIsOneOfTheProblems()
     QCOMPARE(document.GetComponent().size(), 1);
 }
 
+void ReadProblemsTest::exceptionsOfTheVisitorPassThrough_data()
+{
+    QTest::addColumn<QString>("xml");
+    QTest::newRow("a refused value") << QStringLiteral("<TunerProperties Version=\"1.1\"><A/></TunerProperties>");
+    QTest::newRow("not well-formed") << QStringLiteral("<TunerProperties");
+    QTest::newRow("the check") << QStringLiteral("<TunerProperties/>");
+}
+
 void ReadProblemsTest::exceptionsOfTheVisitorPassThrough()
 {
+    QFETCH(QString, xml);
     TunerProperties document;
     document.SetValidate(false);
-    const ProblemVisitor stop = [](const Problem &) { throw std::runtime_error("enough"); };
-    QVERIFY_EXCEPTION_THROWN(
-        document.SetXmlString(QStringLiteral("<TunerProperties Version=\"1.1\"><A/></TunerProperties>"), stop),
-        std::runtime_error);
+    int calls = 0;
+    QVERIFY_EXCEPTION_THROWN(document.SetXmlString(xml,
+                                                   [&](const Problem &) {
+                                                       ++calls;
+                                                       throw std::runtime_error("enough");
+                                                   }),
+                             std::runtime_error);
+    QVERIFY_EXCEPTION_THROWN(document.SetXmlString(xml,
+                                                   [&](const Problem &) {
+                                                       ++calls;
+                                                       throw RGException(QStringLiteral("enough"));
+                                                   }),
+                             RGException);
+    QCOMPARE(calls, 2);
     QVERIFY(!document.GetValidate());
+}
+
+namespace {
+
+int visited = 0;
+
+void visitProblem(const Problem &)
+{
+    ++visited;
+}
+
+} // namespace
+
+void ReadProblemsTest::functionsAndLambdasAreVisitors()
+{
+    const QString xml = QStringLiteral("<TunerProperties Version=\"1.1\"><A/></TunerProperties>");
+    TunerProperties document;
+    QVERIFY(!document.SetXmlString(xml, visitProblem));
+    const int problems = visited;
+    QVERIFY(problems > 0);
+    QVERIFY(!document.SetXmlString(xml, [](const Problem &) { ++visited; }));
+    QCOMPARE(visited, 2 * problems);
+}
+
+void ReadProblemsTest::problemsShareALongLabel()
+{
+    if (!Heap::isWatched)
+        SKIP("a sanitizer keeps freed memory");
+    constexpr int items = 1000;
+    constexpr int nameSize = 100000;
+    QString xml = QStringLiteral("<TunerProperties Version=\"1.1\"><Component type=\"t\" name=\"%1\">")
+                      .arg(QString(nameSize, QLatin1Char('n')));
+    for (int i = 0; i < items; ++i)
+        xml += QStringLiteral("<Node id=\"i\"><ValueItem><ValueBoolean id=\"v\" value=\"\"/></ValueItem></Node>");
+    xml += QStringLiteral("</Component></TunerProperties>");
+    TunerProperties document;
+    QVector<Problem> problems;
+    const HeapPeak peak;
+    QVERIFY(!document.SetXmlString(xml, problems));
+    QVERIFY(problems.size() > items);
+    // A copy for each problem would take 200 MB.
+    QVERIFY2(peak.bytes() < 20'000'000, QByteArray::number(peak.bytes()).constData());
+}
+
+void ReadProblemsTest::aDocumentThatIsReadMeanwhileKeepsItsSource()
+{
+    try {
+        Including document;
+        static_cast<void>(document.SetXmlString(QStringLiteral("<TunerProperties><Include/></TunerProperties>"), true));
+        QFAIL("the included document is accepted");
+    } catch (const ReportException &e) {
+        QCOMPARE(e.GetLocation().source, QStringLiteral("binary data"));
+    }
 }
 
 // --- Records
