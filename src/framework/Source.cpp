@@ -18,32 +18,6 @@ bool hasPlace(const ReportException &exception)
 
 } // namespace
 
-struct Source::Frame::Label
-{
-    QString identification; // keeps the text, so that no other one has its address
-    int index;
-    QString text;
-
-    bool isOf(const QString &otherIdentification, int otherIndex) const
-    {
-        return identification.constData() == otherIdentification.constData()
-            && identification.size() == otherIdentification.size() && index == otherIndex;
-    }
-};
-
-void Source::Frame::DeleteLabel::operator()(Label *label) const
-{
-    delete label;
-}
-
-const QString &Source::Frame::label(int index)
-{
-    const QString identification = JobXml::identification(object);
-    if (!m_label || !m_label->isOf(identification, index))
-        m_label.reset(new Label{identification, index, JobXml::label(object, index)});
-    return m_label->text;
-}
-
 void Source::setPlace(ReportException &exception, const ObjectPath &path, Position position) const
 {
     REPORTGENERATOR::ErrorLocation location;
@@ -88,7 +62,7 @@ void Source::storeUnvalidated(const ActionOn<> &action) const
     ObjectAccess::setEnvironment(object, environment);
 }
 
-ObjectPath Source::pathTo(Frame &frame) const
+ObjectPath Source::pathTo(const Frame &frame) const
 {
     if (!frame.outer)
         return {};
@@ -98,7 +72,23 @@ ObjectPath Source::pathTo(Frame &frame) const
     const Block *const block = ObjectAccess::existingBlock(parent);
     const int items = block && member.isList() ? member.childCount(*block) : 0;
     const int index = member.isList() ? items - (m_runsForeignCode ? 0 : 1) : -1;
-    return pathTo(*frame.outer).below(frame.label(index), {member.name(), index});
+    const ObjectPath outer = pathTo(*frame.outer);
+    return outer.below(labelOf(frame, outer.steps.size(), index), {member.name(), index});
+}
+
+const QString &Source::labelOf(const Frame &frame, int depth, int index) const
+{
+    const auto isSame = [](const QString &one, const QString &other) {
+        return one.constData() == other.constData() && one.size() == other.size();
+    };
+    if (m_labels.size() <= depth)
+        m_labels.resize(depth + 1);
+    Label &known = m_labels[depth];
+    const QString text = identification(frame.object);
+    const QString &name = frame.object.GetObjectName();
+    if (known.text.isNull() || known.index != index || !isSame(known.identification, text) || !isSame(known.name, name))
+        known = {text, name, index, label(frame.object, index)};
+    return known.text;
 }
 
 } // namespace JobXml

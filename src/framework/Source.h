@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
-
 #include <jobxml/DataObject.h>
 
 #include "framework/VisitedMember.h"
@@ -35,23 +33,11 @@ public:
         Frame &operator=(const Frame &) = delete;
         ~Frame() { source.m_innermost = outer; }
 
-        /// The label of the object with this index. Problems with the same label share it: it may be as long as the
-        /// document.
-        const QString &label(int index);
-
         DataObject &object;
         const Member *children = nullptr;
 
         Source &source;
         Frame *const outer;
-
-    private:
-        struct Label;
-        struct DeleteLabel
-        {
-            void operator()(Label *label) const;
-        };
-        std::unique_ptr<Label, DeleteLabel> m_label;
     };
 
     /// Whether reading may call code of the caller's program, which may use the objects that are being read.
@@ -125,9 +111,20 @@ private:
     void refused(ReportException &refusal, const Member *member, Position position) const;
     void setPlace(ReportException &exception, const ObjectPath &path, Position position) const;
     void storeUnvalidated(const ActionOn<> &action) const;
-    ObjectPath pathTo(Frame &frame) const;
+    ObjectPath pathTo(const Frame &frame) const;
+    const QString &labelOf(const Frame &frame, int depth, int index) const;
+
+    struct Label
+    {
+        QString identification; // keeps the text, so that no other one has its address
+        QString name;
+        int index = 0;
+        QString text;
+    };
 
     const ProblemVisitor *const m_visitor;
+    // The last label of each depth. Problems share it: it may be as long as the document.
+    mutable QVector<Label> m_labels;
     Frame *m_innermost = nullptr;
     const bool m_runsForeignCode;
 };
