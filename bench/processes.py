@@ -23,7 +23,7 @@ from typing import NamedTuple
 COPIES = 500
 CPU_RUNS = 5
 START_RUNS = 101
-PAGE_NODES = 15000, 100000  # the first is near the most that a page shows today
+PAGE_NODES = 15000, 100000
 
 
 class Process(NamedTuple):

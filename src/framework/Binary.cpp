@@ -341,9 +341,14 @@ bool BinaryReader::take(QString &text)
     return true;
 }
 
-void BinaryReader::wrongLength(const DataObject &owner)
+void BinaryReader::wrongLength(const DataObject &owner) const
 {
-    Errors::wrongLength(owner);
+    try {
+        Errors::wrongLength(owner);
+    } catch (ReportException &exception) {
+        locate(exception);
+        throw;
+    }
 }
 
 BinaryReader::Bytes BinaryReader::readBytesByStream(const DataObject &owner)

@@ -201,6 +201,9 @@ public:
     /// A text as UTF-8 bytes; never null.
     QString readText(const DataObject &owner);
 
+    /// Throws the length error of `owner`, with its place.
+    [[noreturn]] void wrongLength(const DataObject &owner) const;
+
     /// An unknown record's payload.
     void skip(const DataObject &owner, qint32 length, quint32 tag);
 
@@ -228,7 +231,6 @@ private:
     Bytes readBytesByStream(const DataObject &owner);
     bool beginByStream(qint32 length);
     void endByStream(qint32 length);
-    [[noreturn]] static void wrongLength(const DataObject &owner);
     qint64 bytesLeft() const;
     /// Goes to the end. Sets the stream to its end and to ReadPastEnd, as the stream does itself.
     bool pastEnd();

@@ -108,44 +108,24 @@ int DataObject::readMembers(const QDataStream &form, const char *members, int si
     return reader.bytesRead();
 }
 
-namespace {
-
-void readMemberRecords(DataObject &object, BinaryReader &reader, qint32 length)
-{
-    const ClassInfo &info = ObjectAccess::info(object);
-    qint64 remainder = length; // 64 bits, so that no length in a hostile record can overflow it
-    const ClassInfo::Rows rows = info.writtenOrder();
-    const Member *const *expected = rows.begin(); // objects write them in this order
-    while (remainder > 0 && !reader.atEnd()) {
-        const BinaryReader::Head head = reader.readHead(object);
-        remainder -= 8 + qint64(head.length);
-        if (expected != rows.end() && (*expected)->tag() == head.tag)
-            (*expected++)->readRecord(object, reader, head.length);
-        else
-            info.behavior.readRecord(object, reader, head.tag, head.length);
-    }
-    if (remainder != 0)
-        Errors::wrongLength(object);
-}
-
-/// The same; an exception receives the place. Not inlined: beside its frame, g++ would warn of a dangling pointer.
-Q_NEVER_INLINE void readLocatedRecords(DataObject &object, BinaryReader &reader, qint32 length)
-{
-    try {
-        readMemberRecords(object, reader, length);
-    } catch (ReportException &exception) {
-        reader.locate(exception);
-        throw;
-    }
-}
-
-} // namespace
-
 void Child::readRecord(DataObject &child, BinaryReader &reader, qint32 length)
 {
     ObjectAccess::block(child);
     const Source::Frame frame(reader, child);
-    readLocatedRecords(child, reader, length);
+    const ClassInfo &info = ObjectAccess::info(child);
+    qint64 remainder = length; // 64 bits, so that no length in a hostile record can overflow it
+    const ClassInfo::Rows rows = info.writtenOrder();
+    const Member *const *expected = rows.begin(); // objects write them in this order
+    while (remainder > 0 && !reader.atEnd()) {
+        const BinaryReader::Head head = reader.readHead(child);
+        remainder -= 8 + qint64(head.length);
+        if (expected != rows.end() && (*expected)->tag() == head.tag)
+            (*expected++)->readRecord(child, reader, head.length);
+        else
+            info.behavior.readRecord(child, reader, head.tag, head.length);
+    }
+    if (remainder != 0)
+        reader.wrongLength(child);
 }
 
 void Behavior::readRecord(DataObject &object, BinaryReader &reader, quint32 tag, qint32 length) const

@@ -15,8 +15,6 @@ namespace JobXml {
 using REPORTGENERATOR::ErrorLocation;
 using REPORTGENERATOR::ReadLimits;
 
-thread_local CollectedReading *CollectedReading::innermost = nullptr;
-
 namespace {
 
 /// The problem that ended the reading.

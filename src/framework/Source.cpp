@@ -8,6 +8,8 @@
 
 namespace JobXml {
 
+thread_local CollectedReading *CollectedReading::innermost = nullptr;
+
 namespace {
 
 bool hasPlace(const ReportException &exception)
@@ -28,7 +30,7 @@ void Source::setPlace(ReportException &exception, const ObjectPath &path, Positi
 
 void Source::locate(ReportException &exception) const
 {
-    if (hasPlace(exception))
+    if (!m_innermost)
         return;
     const ObjectPath path = pathTo(*m_innermost);
     setPlace(exception, path, position());

@@ -24,11 +24,15 @@ public:
     /// An object that is being read. If that is a child of it, `children` is the row of the child.
     struct Frame
     {
+        QT_WARNING_PUSH
+        // g++ 12 warns although the destructor removes the address again.
+        QT_WARNING_DISABLE_GCC("-Wdangling-pointer")
         Frame(Source &theSource, DataObject &theObject)
             : object(theObject), source(theSource), outer(theSource.m_innermost)
         {
             source.m_innermost = this;
         }
+        QT_WARNING_POP
         Frame(const Frame &) = delete;
         Frame &operator=(const Frame &) = delete;
         ~Frame() { source.m_innermost = outer; }
@@ -94,7 +98,7 @@ public:
         }
     }
 
-    /// Adds the place to an exception that ends the reading of the innermost object, unless it has one.
+    /// Adds the place to an exception that ends the reading of the innermost object.
     void locate(ReportException &exception) const;
 
 protected:
