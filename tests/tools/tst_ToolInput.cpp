@@ -244,7 +244,9 @@ void ToolInputTest::aValidDocumentIsReadOnce()
     const qint64 begin = numbers.at(0).toLongLong();
     const qint64 afterStart = numbers.at(1).toLongLong();
     const qint64 read = numbers.last().toLongLong() - afterStart - (afterStart - begin);
-    QVERIFY2(read >= size && read < size + size / 4, qPrintable(QStringLiteral("%1 of %2").arg(read).arg(size)));
+    const qint64 others = size / 8; // starts differ by a few bytes
+    QVERIFY2(read > size - others && read < size + 2 * others,
+             qPrintable(QStringLiteral("%1 of %2").arg(read).arg(size)));
 }
 
 void ToolInputTest::unreadableFileIsAnError_data()
