@@ -59,12 +59,6 @@ To bitsOf(From value)
     return bits;
 }
 
-// With the size, because a text may contain a NUL.
-QString textOf(const char *utf8, int size)
-{
-    return QString::fromUtf8(utf8, size);
-}
-
 /// Writes the characters as bytes. Returns false if one of them is not ASCII.
 bool narrow(const QChar *text, int size, char *to)
 {
@@ -75,24 +69,6 @@ bool narrow(const QChar *text, int size, char *to)
         to[i] = char(character);
     }
     return all < 0x80;
-}
-
-bool isAscii(const char *bytes, int size)
-{
-    constexpr quint64 highBits = 0x8080808080808080;
-    quint64 all = 0;
-    if (size < 8) {
-        for (int i = 0; i < size; ++i)
-            all |= uchar(bytes[i]);
-        return (all & highBits) == 0;
-    }
-    quint64 eight = 0;
-    for (int i = 0; i < size - 8; i += 8) {
-        std::memcpy(&eight, bytes + i, 8);
-        all |= eight;
-    }
-    std::memcpy(&eight, bytes + size - 8, 8); // the last eight, which may overlap the ones before
-    return ((all | eight) & highBits) == 0;
 }
 
 /// Copies UTF-16 between the processor's byte order and a stream's.
@@ -233,7 +209,7 @@ bool BinaryReader::isReadDirectly(const QDataStream &form)
 BinaryReader::BinaryReader(const QDataStream &form, const char *bytes, int size, qint64 offset,
                            const ProblemVisitor *visitor)
     : Source(false, visitor), m_offset(offset), m_stream(nullptr), m_form(form), m_buffer(nullptr), m_isDirect(true),
-      m_first(bytes), m_begin(bytes), m_at(bytes), m_end(bytes + size)
+      m_first(bytes), m_begin(bytes), m_at(bytes), m_end(bytes + size), m_texts(size)
 {
 }
 
@@ -243,7 +219,8 @@ BinaryReader::BinaryReader(QDataStream &stream, const ProblemVisitor *visitor)
 }
 
 BinaryReader::BinaryReader(QDataStream &stream, QBuffer *buffer, const ProblemVisitor *visitor)
-    : Source(buffer == nullptr, visitor), m_stream(&stream), m_form(stream), m_buffer(buffer), m_isDirect(buffer)
+    : Source(buffer == nullptr, visitor), m_stream(&stream), m_form(stream), m_buffer(buffer), m_isDirect(buffer),
+      m_texts(buffer ? buffer->bytesAvailable() : 0)
 {
     if (!m_buffer)
         return;
@@ -363,17 +340,7 @@ BinaryReader::Bytes BinaryReader::readBytesByStream(const DataObject &owner)
 QString BinaryReader::readText(const DataObject &owner)
 {
     const Bytes bytes = readBytes(owner);
-    if (bytes.size == 0)
-        return emptyText;
-    if (isAscii(bytes.data, bytes.size))
-        return QString::fromLatin1(bytes.data, bytes.size);
-    // A byte order mark at the start is part of the text, but the converter drops one, so a second is put before it.
-    static constexpr char mark[] = "\xEF\xBB\xBF";
-    if (bytes.size >= 3 && std::memcmp(bytes.data, mark, 3) == 0) {
-        const QByteArray marked = mark + QByteArray::fromRawData(bytes.data, bytes.size);
-        return textOf(marked.constData(), marked.size());
-    }
-    return textOf(bytes.data, bytes.size);
+    return m_texts.text(bytes.data, bytes.size);
 }
 
 void BinaryReader::skip(const DataObject &owner, qint32 length, quint32 tag)

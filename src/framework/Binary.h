@@ -9,6 +9,7 @@
 #include <QtEndian>
 
 #include "framework/Composition.h"
+#include "framework/RecentTexts.h"
 #include "framework/Source.h"
 
 class QBuffer;
@@ -287,6 +288,7 @@ private:
     const char *m_head = nullptr; // of the last record
     const char *m_end = nullptr;
     QByteArray m_bytes; // read by the stream, for readBytes()
+    RecentTexts m_texts; // if the bytes are read directly
 };
 
 } // namespace JobXml

@@ -213,7 +213,11 @@ private:
 class NewLists
 {
 public:
-    explicit NewLists(const DataObject &object) : m_object(object), m_lists(listsOf(object)) { }
+    /// `isNew`: the object had no data before it was read.
+    NewLists(const DataObject &object, bool isNew)
+        : m_object(object), m_lists(isNew ? ObjectAccess::info(object).childLists : listsOf(object))
+    {
+    }
 
     void squeeze() const
     {
@@ -256,40 +260,45 @@ void readMemberElement(DataObject &object, XmlInput &input)
         input.store(nullptr, [&] { info.behavior.readUnknownElement(object, input); });
 }
 
+/// Returns whether the end tag of the element `name` was reached.
 template <class Prepare>
-void readElements(DataObject &object, XmlInput &input, const XmlName &name, Prepare &&prepare)
+bool readElements(DataObject &object, XmlInput &input, const XmlName &name, Prepare &&prepare)
 {
     for (XmlInput::Tag tag = input.next(); tag != XmlInput::Tag::None; tag = input.next()) {
         if (tag == XmlInput::Tag::Start) {
             prepare();
             readMemberElement(object, input);
         } else if (input.isNamed(name)) {
-            return; // other end tags are left over from elements that were not read to their end
+            return true; // other end tags are left over from elements that were not read to their end
         }
     }
+    return false;
 }
 
 /// Reads the content of the element `name` of an object of a class of the model, up to its end tag. `isNew` means that
-/// the object had no data before, so that they have inherited flag and logger.
-void readContent(DataObject &object, XmlInput &input, const XmlName &name, bool isNew)
+/// the object had no data before, so that they have inherited flag and logger. Returns false if the document ends
+/// prematurely.
+bool readContent(DataObject &object, XmlInput &input, const XmlName &name, bool isNew)
 {
     const WithoutNamespaces namespaces(input);
-    const NewLists lists(object);
+    const NewLists lists(object, isNew);
     const ClassInfo &info = ObjectAccess::info(object);
     bool isPropagated = isNew || (info.children | info.createdWithTheBlock) == 0;
+    bool isWhole = false;
     if (input.runsForeignCode()) {
         PropagatedOnce propagate(object, isPropagated);
-        readElements(object, input, name, [&] {
+        isWhole = readElements(object, input, name, [&] {
             propagate();
             ObjectAccess::block(object);
         });
     } else {
-        readElements(object, input, name, [&] {
+        isWhole = readElements(object, input, name, [&] {
             if (!std::exchange(isPropagated, true))
                 Propagation::propagate(object);
         });
     }
     lists.squeeze();
+    return isWhole || !input.isBroken();
 }
 
 /// The same for the object itself, whose class may be derived.
@@ -302,7 +311,7 @@ void readContent(DataObject &object, QXmlStreamReader &reader, const QString &na
         return;
     }
     const WithoutNamespaces namespaces(input);
-    const NewLists lists(object);
+    const NewLists lists(object, false); // the derived class may have used the data since they were created
     const DerivedContent content(object);
     for (XmlInput::Tag tag = input.next(); tag != XmlInput::Tag::None; tag = input.next()) {
         if (tag == XmlInput::Tag::End && input.isNamed({name, nullptr}))
@@ -366,8 +375,7 @@ bool Child::readXml(DataObject &child, XmlInput &input, const XmlName &name)
     const ClassInfo &info = ObjectAccess::info(child);
     if (info.attributeCount != 0)
         info.behavior.readAttributes(child, input);
-    readContent(child, input, name, isNew);
-    return !input.isBroken();
+    return readContent(child, input, name, isNew);
 }
 
 void Behavior::readAttributes(DataObject &object, XmlInput &input) const

@@ -9,7 +9,7 @@ QString identification(const DataObject &object)
 {
     if (const Block *block = ObjectAccess::existingBlock(object)) {
         for (const Member *member : ObjectAccess::info(object).bitOrder()) {
-            const QString text = member->identification(*block);
+            QString text = member->identification(*block);
             if (!text.isEmpty())
                 return text;
         }

@@ -125,7 +125,7 @@ QString XmlText::toString() const
     if (!m_utf8)
         return QStringView(m_utf16, m_size).toString();
     if (isVerbatim())
-        return utf8ToString(m_utf8, m_size);
+        return m_recent->text(m_utf8, m_size);
     QString text;
     text.reserve(m_size);
     const std::string_view raw(m_utf8, std::size_t(m_size));
@@ -259,7 +259,7 @@ bool Utf8Input::findAttribute(const XmlName &name, XmlText &value)
             at = 0;
         const Attribute &attribute = m_attributes[std::size_t(at)];
         if (isSame(attribute.name, name)) {
-            value = XmlText(attribute.value.data(), int(attribute.value.size()), XmlText::Form::Attribute);
+            value = XmlText(attribute.value.data(), int(attribute.value.size()), XmlText::Form::Attribute, m_texts);
             m_expected = at + 1;
             return true;
         }
@@ -295,7 +295,7 @@ bool Utf8Input::readText(XmlText &text)
         readMixedText(text);
         return true;
     }
-    text = XmlText(begin, int(tag - begin), XmlText::Form::Element);
+    text = XmlText(begin, int(tag - begin), XmlText::Form::Element, m_texts);
     m_at = find(tag, m_end, '>') + 1;
     return true;
 }

@@ -20,7 +20,7 @@ public:
     /// The document must outlive the input.
     explicit Utf8Input(const QByteArray &document, const ProblemVisitor *visitor = nullptr)
         : XmlInput(false, false, visitor), m_begin(document.constData()), m_at(m_begin),
-          m_end(m_begin + document.size()), m_tag(m_begin), m_places(document)
+          m_end(m_begin + document.size()), m_tag(m_begin), m_texts(document.size()), m_places(document)
     {
     }
 
@@ -62,6 +62,7 @@ private:
     int m_expected = 0; // the index of the next attribute to look at
     std::array<Attribute, XmlSubset::MostAttributes> m_attributes;
     QString m_text;
+    RecentTexts m_texts;
     mutable Utf8Places m_places;
 };
 

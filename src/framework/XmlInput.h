@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "framework/ClassInfo.h"
+#include "framework/RecentTexts.h"
 #include "framework/Source.h"
 
 namespace JobXml {
@@ -26,7 +27,10 @@ public:
     /// A text as a reader returns it.
     explicit XmlText(QStringView text) : m_utf16(text.data()), m_size(int(text.size())) { }
     /// A part of a well-formed document, with its references and line ends.
-    XmlText(const char *utf8, int size, Form form) : m_utf8(utf8), m_size(size), m_form(form) { }
+    XmlText(const char *utf8, int size, Form form, RecentTexts &recent)
+        : m_utf8(utf8), m_recent(&recent), m_size(size), m_form(form)
+    {
+    }
 
     bool isEmpty() const { return m_size == 0; }
 
@@ -53,6 +57,7 @@ private:
 
     const char *m_utf8 = nullptr; // null if the text is UTF-16
     const QChar *m_utf16 = nullptr;
+    RecentTexts *m_recent = nullptr; // with UTF-8
     int m_size = 0;
     Form m_form = Form::Element;
 };
