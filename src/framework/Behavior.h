@@ -56,6 +56,8 @@ protected:
     ~Behavior() = default; // constants are never deleted
 
     // The parts of the steps above, for classes that add something between them:
+    static void collectProblemsOf(const Member &member, const DataObject &object, Block &own, const Trail &trail,
+                                  const ProblemVisitor &visitor);
     static void writeMembers(const DataObject &object, XmlOutput &output);
     static void writeSnapshotFlags(const DataObject &object, BinaryWriter &writer);
     static bool readSnapshotFlags(DataObject &object, BinaryReader &reader);

@@ -36,14 +36,24 @@ void DataObject::Check() const
     Check(false);
 }
 
+namespace {
+
+/// Whether Member::check() finds nothing in any member of an object that follows the rules.
+bool areGood(const ClassInfo &info, Block &own)
+{
+    const quint16 set = own.flags.all();
+    bool isGood = (set & info.mandatory) == info.mandatory;
+    info.forEach(set & info.mayBeInvalid, [&](const Member &member) { isGood = isGood && !member.isInvalid(own); });
+    return isGood;
+}
+
+} // namespace
+
 void Behavior::check(const DataObject &object, bool flag, const EnvironmentPointer *environment) const
 {
     Block &own = ObjectAccess::block(object);
     const ClassInfo &info = ObjectAccess::info(object);
-    const quint16 set = own.flags.all();
-    bool isGood = (set & info.mandatory) == info.mandatory;
-    info.forEach(set & info.mayBeInvalid, [&](const Member &member) { isGood = isGood && !member.isInvalid(own); });
-    if (!isGood)
+    if (!areGood(info, own))
         checkMemberByMember(object, own, flag, environment);
     info.forEach(info.children, [&](const Member &member) { checkChildren(object, own, member, flag, environment); });
 }
@@ -89,11 +99,13 @@ namespace {
 const Member *emptyList(const DataObject &object)
 {
     const Block &own = ObjectAccess::block(object);
-    for (const Member *member : ObjectAccess::info(object).bitOrder()) {
-        if (member->has(Mandatory) && member->isList() && member->isSet(own) && !member->isPresent(own))
-            return member;
-    }
-    return nullptr;
+    const ClassInfo &info = ObjectAccess::info(object);
+    const Member *empty = nullptr;
+    info.forEach(info.mandatory & own.flags.all(), [&](const Member &member) {
+        if (!empty && member.isList() && !member.isPresent(own))
+            empty = &member;
+    });
+    return empty;
 }
 
 /// Whether the writer drops or replaces a character that the object writes.
@@ -133,7 +145,7 @@ void DataObject::VisitProblems(const ProblemVisitor &visitor) const
     if (!ObjectAccess::isOfDerivedClass(*this))
         return;
     if (isWritten)
-        collectProblem(Trail({}), {}, visit, [&] { Check(); });
+        collectProblem(Trail({}), nullptr, visit, [&] { Check(); });
     if (isWritten && !HasData())
         visit({{}, Errors::withoutData(*this)});
     if (isWrittenAsXml && losesTextInXml(*this))
@@ -148,21 +160,30 @@ void DataObject::collectProblems(const ObjectPath &path, const ProblemVisitor &v
 void Behavior::collectProblems(const DataObject &object, const Trail &trail, const ProblemVisitor &visitor) const
 {
     Block &own = ObjectAccess::block(object);
-    for (const Member *member : ObjectAccess::info(object).bitOrder()) {
-        collectProblem(trail, member->name(), visitor, [&] { member->check(object, own); });
-        const QString xmlProblem = member->xmlProblem(object, own);
-        if (!xmlProblem.isNull())
-            visitor({trail.path(), xmlProblem, QString(member->name()), true});
-        auto collectFromChild = [&](const DataObject &child, int index) {
-            const Trail below(trail, member->name(), child, index);
-            // Members are of the model's own classes, so there is no override of DataObject::collectProblems().
-            ObjectAccess::behavior(child).collectProblems(child, below, visitor);
-            if (const Member *empty = emptyList(child))
-                collectProblem(below, empty->name(), visitor, [&] { member->checkForWriting(object, child); });
-        };
-        if (member->writesChildren(own))
-            member->forEachChild(own, ChildAction(collectFromChild));
-    }
+    const ClassInfo &info = ObjectAccess::info(object);
+    // In a good member only a text, which may be invalid in general, or something in a child can be a problem.
+    const unsigned all = (1U << info.memberCount) - 1;
+    const unsigned suspects = areGood(info, own) ? info.mayBeInvalid | info.children : all;
+    info.forEach(quint16(suspects),
+                 [&](const Member &member) { collectProblemsOf(member, object, own, trail, visitor); });
+}
+
+void Behavior::collectProblemsOf(const Member &member, const DataObject &object, Block &own, const Trail &trail,
+                                 const ProblemVisitor &visitor)
+{
+    collectProblem(trail, &member, visitor, [&] { member.check(object, own); });
+    const QString xmlProblem = member.xmlProblem(object, own);
+    if (!xmlProblem.isNull())
+        visitor({trail.path(), xmlProblem, QString(member.name()), true});
+    auto collectFromChild = [&](const DataObject &child, int index) {
+        const Trail below(trail, member, child, index);
+        // Members are of the model's own classes, so there is no override of DataObject::collectProblems().
+        ObjectAccess::behavior(child).collectProblems(child, below, visitor);
+        if (const Member *empty = emptyList(child))
+            collectProblem(below, empty, visitor, [&] { member.checkForWriting(object, child); });
+    };
+    if (member.writesChildren(own))
+        member.forEachChild(own, ChildAction(collectFromChild));
 }
 
 // --- Preparing to write ----------------------------------------------------------------------------------------------

@@ -87,7 +87,8 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
             std::rethrow_exception(exceptionOfVisitor);
         throw;
     }
-    object.SetValidate(validated);
+    if (validated != options.validate)
+        object.SetValidate(validated);
     if (end)
         visitor(*end);
     else if (options.validate)

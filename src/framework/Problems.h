@@ -6,6 +6,7 @@
 #include <jobxml/DataObject.h>
 
 #include "framework/Label.h"
+#include "framework/VisitedMember.h"
 
 namespace JobXml {
 
@@ -15,8 +16,8 @@ class Trail
 {
 public:
     explicit Trail(const ObjectPath &path) : m_path(path) { }
-    Trail(const Trail &outer, QLatin1String member, const DataObject &object, int index)
-        : m_outer(&outer), m_member(member), m_object(&object), m_index(index)
+    Trail(const Trail &outer, const VisitedMember &member, const DataObject &object, int index)
+        : m_outer(&outer), m_member(&member), m_object(&object), m_index(index)
     {
     }
     Trail(const Trail &) = delete;
@@ -26,13 +27,13 @@ public:
     const ObjectPath &path() const
     {
         if (!m_path)
-            m_path = m_outer->path().below(label(*m_object, m_index), {m_member, m_index});
+            m_path = m_outer->path().below(label(*m_object, m_index), {m_member->name(), m_index});
         return *m_path;
     }
 
 private:
     const Trail *m_outer = nullptr;
-    QLatin1String m_member;
+    const VisitedMember *m_member = nullptr;
     const DataObject *m_object = nullptr;
     int m_index = -1;
     mutable std::optional<ObjectPath> m_path;
@@ -50,14 +51,14 @@ inline Problem problemOf(const ReportException &exception, const ObjectPath &pat
 }
 
 /// Visits the problem for which `check` throws, if it throws. The check of a derived class may throw exceptions of
-/// other types than the model's.
+/// other types than the model's. `member`, to which the problem belongs, may be null.
 template <class Check>
-void collectProblem(const Trail &trail, QLatin1String member, const ProblemVisitor &visitor, Check &&check)
+void collectProblem(const Trail &trail, const VisitedMember *member, const ProblemVisitor &visitor, Check &&check)
 {
     try {
         check();
     } catch (const ReportException &exception) {
-        visitor(problemOf(exception, trail.path(), QString(member)));
+        visitor(problemOf(exception, trail.path(), member ? QString(member->name()) : QString()));
     }
 }
 

@@ -308,14 +308,14 @@ class ItemBehavior final : public Behavior
         chosen->check(item, own);
     }
 
-    // Departs: without a choice, that is the only problem.
+    // Departs: without a choice, that is the only problem. There can be none in alternatives that are not chosen.
     void collectProblems(const DataObject &item, const Trail &trail, const ProblemVisitor &visitor) const override
     {
-        if (rowOf(choiceOf(&ObjectAccess::block(item)))) {
-            Behavior::collectProblems(item, trail, visitor);
-            return;
-        }
-        collectProblem(trail, choiceMember.name(), visitor, [&] { Errors::nothingChosen(item, choiceMember.name()); });
+        Block &own = ObjectAccess::block(item);
+        if (const Member *chosen = rowOf(choiceOf(&own)))
+            collectProblemsOf(*chosen, item, own, trail, visitor);
+        else
+            collectProblem(trail, &choiceMember, visitor, [&] { Errors::nothingChosen(item, choiceMember.name()); });
     }
 
     // Departs: visitors see the choice first.

@@ -78,8 +78,7 @@ void RecentTextsTest::aTextThatIsRepeatedIsShared_data()
     QTest::newRow("17 characters") << QByteArray("reference clock 2") << QStringLiteral("reference clock 2");
     QTest::newRow("24 characters") << QByteArray("automatic gain control 2")
                                    << QStringLiteral("automatic gain control 2");
-    QTest::newRow("with a NUL") << QByteArray("a\0b", 3)
-                                << QStringLiteral("a") + QChar(QChar::Null) + QLatin1Char('b');
+    QTest::newRow("with a NUL") << QByteArray("a\0b", 3) << QStringLiteral("a") + QChar(QChar::Null) + QLatin1Char('b');
     QTest::newRow("not UTF-8") << QByteArray("\xB5V") << QStringLiteral("\uFFFDV");
 }
 
