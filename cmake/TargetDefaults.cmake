@@ -112,6 +112,19 @@ function(tp_relative_places target)
     endif()
 endfunction()
 
+# The objects of a shared library as a target of their own, because some programs contain them.
+function(tp_add_objects library)
+    set(objects ${library}Objects)
+    add_library(${objects} OBJECT ${ARGN})
+    tp_product_defaults(${objects})
+    tp_relative_places(${objects})
+    set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    target_compile_definitions(${objects} PRIVATE ${library}_EXPORTS)
+    target_include_directories(${objects} PRIVATE
+        ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${objects} PRIVATE Qt5::Core)
+endfunction()
+
 # A shared library whose export header is generated as <folder/Export.h>.
 function(tp_library_defaults target folder macro)
     tp_product_defaults(${target})

@@ -49,8 +49,8 @@ set(CPACK_DEBIAN_PACKAGE_SOURCE tunerproperties)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# The dependencies follow from the libraries that programs and libraries are linked with. The tool is also linked with
-# our own libraries, which dpkg does not know unless they are installed.
+# The dependencies follow from the libraries that programs and libraries are linked with. Ours are also linked with each
+# other, which dpkg does not know unless they are installed.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(same_version "${package_of_runtime} (= ${debian_version}-${debian_revision})")
@@ -83,7 +83,6 @@ string(CONCAT CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "CMake or pkg-config, the XML Schema of the documents, and examples.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${same_version}")
 string(CONCAT CPACK_COMPONENT_TOOLS_DESCRIPTION
     "data model of a radio tuner in a measurement job - command-line tool\n"
     ${about_the_model}

@@ -31,7 +31,7 @@ def misplaced(program: Path, allocator: str) -> list[str]:
     expected = {name: allocator for name in MALLOC} | {name: CXX_LIBRARY for name in OPERATORS}
     complaints = [f"{user} finds {name} in {definer}, not in {expected[name]}"
                   for user, definer, name in found if name in expected and definer != expected[name]]  # fmt: skip
-    for user in ("libQt5Core", "libTunerProperties", CXX_LIBRARY):
+    for user in ("libQt5Core", program.name, CXX_LIBRARY):
         if not any(name in expected for caller, _, name in found if caller.startswith(user)):
             complaints.append(f"the loader reports no function that allocates for {user}")
     return complaints

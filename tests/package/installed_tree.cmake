@@ -1,9 +1,13 @@
 # The moved tree works, and finds its catalogs there and nowhere else.
 include(${CMAKE_CURRENT_LIST_DIR}/Common.cmake)
 
-# The tool finds its libraries relative to its own folder.
-expect_libraries_from(${PREFIX}/${LIB_DIR} ${PREFIX}/${BIN_DIR}/tunerproperties)
-run(${PREFIX}/${BIN_DIR}/tunerproperties validate ${EXAMPLE})
+# The tool contains the libraries: it works without the other files of the tree.
+set(alone ${SCRATCH_DIR}/alone)
+file(REMOVE_RECURSE ${alone})
+file(COPY ${PREFIX}/${BIN_DIR}/tunerproperties DESTINATION ${alone})
+run(${alone}/tunerproperties validate ${EXAMPLE})
+run(${alone}/tunerproperties schema)
+run(${alone}/tunerproperties schema --format model)
 
 # A copy of the tree, since its catalogs will be removed. Its libraries replace those of the build tree.
 set(tree ${SCRATCH_DIR}/catalogs)

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <clocale>
+#include <cstdlib>
 #include <new>
 
 #include "commands/CommandLine.h"
@@ -21,6 +22,19 @@ void occupyStandardStreams()
     }
 }
 
+ExitStatus run(const QByteArrayList &arguments)
+{
+    const Interruption::Watch watch;
+    try {
+        return runCommandLine(arguments);
+    } catch (const std::bad_alloc &) {
+        Console::printError(QStringLiteral("out of memory"));
+    } catch (const std::exception &e) {
+        Console::printError(QString::fromUtf8(e.what()));
+    }
+    return ExitStatus::FileFailure;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -33,13 +47,11 @@ int main(int argc, char **argv)
     // would take a tenth of the time of a short run.
     std::setlocale(LC_CTYPE, "");
     std::setlocale(LC_MESSAGES, "");
-    const Interruption::Watch watch;
-    try {
-        return int(runCommandLine(arguments));
-    } catch (const std::bad_alloc &) {
-        Console::printError(QStringLiteral("out of memory"));
-    } catch (const std::exception &e) {
-        Console::printError(QString::fromUtf8(e.what()));
-    }
-    return int(ExitStatus::FileFailure);
+    const ExitStatus status = run(arguments);
+#ifdef TOOL_RETURNS
+    return int(status);
+#else
+    // Everything has been written. Destroying what the libraries still have would take a thirtieth of a short run.
+    std::_Exit(int(status));
+#endif
 }
