@@ -9,7 +9,7 @@
 
 namespace JobXml {
 
-/// The short texts that have been read from a document in memory. About a third of those in a document repeat earlier
+/// The short texts that have been read from a document in memory. A quarter of those in a document repeat earlier
 /// ones, names of units and settings above all, so each is looked up here first: a text that is found shares the memory
 /// of the earlier one.
 class RecentTexts

@@ -56,8 +56,8 @@ private Q_SLOTS:
     void aTextThatIsRepeatedIsShared();
     void aTextThatIsNotSharedIsReadAsItIs_data();
     void aTextThatIsNotSharedIsReadAsItIs();
-    void textsOfOneLengthThatDifferInOneByteAreTold_data();
-    void textsOfOneLengthThatDifferInOneByteAreTold();
+    void textsThatDifferInOneByteAreReadAsTheyAre_data();
+    void textsThatDifferInOneByteAreReadAsTheyAre();
     void aTextIsNotMistakenForTheBeginningOfAnother();
     void theTextsOfASmallDocumentAreReadAsTheyAre();
     void everyOneOfManyTextsIsReadAsItIs();
@@ -124,7 +124,7 @@ void RecentTextsTest::aTextThatIsNotSharedIsReadAsItIs()
     QVERIFY(!areShared(first, second));
 }
 
-void RecentTextsTest::textsOfOneLengthThatDifferInOneByteAreTold_data()
+void RecentTextsTest::textsThatDifferInOneByteAreReadAsTheyAre_data()
 {
     QTest::addColumn<int>("size");
 
@@ -132,7 +132,7 @@ void RecentTextsTest::textsOfOneLengthThatDifferInOneByteAreTold_data()
         QTest::addRow("%d", size) << size;
 }
 
-void RecentTextsTest::textsOfOneLengthThatDifferInOneByteAreTold()
+void RecentTextsTest::textsThatDifferInOneByteAreReadAsTheyAre()
 {
     QFETCH(const int, size);
     RecentTexts texts(largeEnough);
