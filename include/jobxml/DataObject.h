@@ -86,6 +86,10 @@ struct ReadOptions
 /// Receives problems as they are found.
 using ProblemVisitor = std::function<void(const Problem &)>;
 
+/// For functions that accept whatever can be called with a Problem.
+template <class Visitor>
+using IfVisitor = std::enable_if_t<std::is_invocable_v<Visitor &, const Problem &>>;
+
 /// The operations that every class of the model has, each of them once.
 ///
 /// **Members.** A member always has a value, its default until something is stored, and a set flag. For a member `X`
@@ -257,7 +261,8 @@ public:
     /// not appended. GetErrorString() is that of the operation without a list of problems, and null if only the content
     /// has problems. Throws std::bad_alloc, and what the visitor throws.
     ///
-    /// The forms with a visitor call it with each problem instead, as VisitProblems() does: an untrusted document may
+    /// The forms with a visitor, any function or object that can be called with a `const Problem &`, call it with each
+    /// problem instead, as VisitProblems() does: an untrusted document may
     /// have a problem for every few bytes. Limit its size with ReadOptions::maxBytes. The visitor must not use the
     /// object, not even to read or copy it: it is called in the middle of reading.
     ///
@@ -266,31 +271,46 @@ public:
     /// SetXmlString(), LoadBinary() and SetBinaryRepresentation() are not called.
     /// @{
     bool LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
-    bool LoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options = {});
     bool LoadXml(QFile *file, QVector<Problem> &problems, const ReadOptions &options = {});
-    bool LoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options = {});
     bool SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options = {});
-    bool SetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options = {});
-    /// For any function or lambda: a pointer to a function would otherwise count as the flag of SetXmlString().
-    template <
-        class Visitor,
-        class = std::enable_if_t<
-            std::is_invocable_v<Visitor &, const Problem &> && !std::is_same_v<std::decay_t<Visitor>, ProblemVisitor>>>
-    bool SetXmlString(const QString &xml, Visitor &&visitor, const ReadOptions &options = {})
-    {
-        const ProblemVisitor call = std::ref(visitor);
-        return SetXmlString(xml, call, options);
-    }
     bool SetXmlString(std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;
-    bool SetXmlString(std::nullptr_t, const ProblemVisitor &, const ReadOptions & = {}) = delete;
     bool SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
                                  const ReadOptions &options = {});
-    bool SetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
-                                 const ReadOptions &options = {});
     bool LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
-    bool LoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options = {});
     bool LoadBinary(QFile *file, QVector<Problem> &problems, const ReadOptions &options = {});
-    bool LoadBinary(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options = {});
+
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool LoadXml(const QString &path, Visitor &&visitor, const ReadOptions &options = {})
+    {
+        return visitLoadXml(path, std::ref(visitor), options);
+    }
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool LoadXml(QFile *file, Visitor &&visitor, const ReadOptions &options = {})
+    {
+        return visitLoadXml(file, std::ref(visitor), options);
+    }
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool SetXmlString(const QString &xml, Visitor &&visitor, const ReadOptions &options = {})
+    {
+        return visitSetXmlString(xml, std::ref(visitor), options);
+    }
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool SetXmlString(std::nullptr_t, Visitor &&visitor, const ReadOptions & = {}) = delete;
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool SetBinaryRepresentation(const QByteArray &representation, Visitor &&visitor, const ReadOptions &options = {})
+    {
+        return visitSetBinaryRepresentation(representation, std::ref(visitor), options);
+    }
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool LoadBinary(const QString &path, Visitor &&visitor, const ReadOptions &options = {})
+    {
+        return visitLoadBinary(path, std::ref(visitor), options);
+    }
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool LoadBinary(QFile *file, Visitor &&visitor, const ReadOptions &options = {})
+    {
+        return visitLoadBinary(file, std::ref(visitor), options);
+    }
     using IRGObject::LoadBinary;
     using IRGObject::LoadXml;
     using IRGObject::SetBinaryRepresentation;
@@ -341,6 +361,14 @@ protected:
 private:
     friend class ObjectAccess;
 
+    bool visitLoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options);
+    bool visitLoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options);
+    bool visitSetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options);
+    bool visitSetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
+                                      const ReadOptions &options);
+    bool visitLoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options);
+    bool visitLoadBinary(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options);
+
     mutable Block *m_block = nullptr;
 };
 
@@ -348,7 +376,8 @@ private:
 /// nothing, and detaches or allocates no data.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, const DataObject &object);
 
-/// Writes a problem with its path: `Problem(Component "IF" / Node 2: Node: Please set id properly.)`.
+/// Writes a problem with its path: `Problem(Component "IF" / Node 2: Node: Please set id properly.)`. Line and column,
+/// or else the offset, come first if there are any: `Problem(12:8: ...)`, `Problem(offset 120: ...)`.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, const Problem &problem);
 
 } // namespace JobXml

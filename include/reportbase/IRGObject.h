@@ -285,7 +285,8 @@ protected:
 
     /// \name LoadXml() and SetXmlString()
     /// The same for documents of up to `largestSize` bytes (of the text as UTF-8), without changing the validate flag.
-    /// They do not call the virtual operations of these names.
+    /// They do not call the virtual operations of these names. They are for base classes that offer other forms of
+    /// reading; a class that overrides LoadXml() or SetXmlString() calls those of its base.
     /// @{
     bool readXmlFile(QFile *file, qint64 largestSize = std::numeric_limits<qint64>::max());
     bool readXmlText(const QString &xml, qint64 largestSize = std::numeric_limits<qint64>::max());

@@ -107,69 +107,69 @@ ProblemVisitor appendTo(QVector<Problem> &problems)
 
 } // namespace
 
-bool DataObject::LoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options)
+bool DataObject::visitLoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options)
 {
     return readWithProblems(*this, visitor, options, [&] { return readXmlFile(file, options.maxBytes); });
 }
 
-bool DataObject::LoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options)
+bool DataObject::visitLoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options)
 {
     QFile file(path);
-    return LoadXml(&file, visitor, options);
+    return visitLoadXml(&file, visitor, options);
 }
 
-bool DataObject::LoadXml(QFile *file, QVector<Problem> &problems, const ReadOptions &options)
-{
-    return LoadXml(file, appendTo(problems), options);
-}
-
-bool DataObject::LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options)
-{
-    return LoadXml(path, appendTo(problems), options);
-}
-
-bool DataObject::SetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options)
+bool DataObject::visitSetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options)
 {
     return readWithProblems(*this, visitor, options, [&] { return readXmlText(xml, options.maxBytes); });
 }
 
-bool DataObject::SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options)
-{
-    return SetXmlString(xml, appendTo(problems), options);
-}
-
-bool DataObject::SetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
-                                         const ReadOptions &options)
+bool DataObject::visitSetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
+                                              const ReadOptions &options)
 {
     return readWithProblems(*this, visitor, options,
                             [&] { return IRGObject::SetBinaryRepresentation(representation, limitsOf(options)); });
 }
 
-bool DataObject::SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
-                                         const ReadOptions &options)
-{
-    return SetBinaryRepresentation(representation, appendTo(problems), options);
-}
-
-bool DataObject::LoadBinary(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options)
+bool DataObject::visitLoadBinary(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options)
 {
     return readWithProblems(*this, visitor, options, [&] { return IRGObject::LoadBinary(file, limitsOf(options)); });
 }
 
-bool DataObject::LoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options)
+bool DataObject::visitLoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options)
 {
     QFile file(path);
-    return LoadBinary(&file, visitor, options);
+    return visitLoadBinary(&file, visitor, options);
 }
 
-bool DataObject::LoadBinary(QFile *file, QVector<Problem> &problems, const ReadOptions &options)
+bool DataObject::LoadXml(const QString &path, QVector<Problem> &problems, const ReadOptions &options)
 {
-    return LoadBinary(file, appendTo(problems), options);
+    return visitLoadXml(path, appendTo(problems), options);
+}
+
+bool DataObject::LoadXml(QFile *file, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return visitLoadXml(file, appendTo(problems), options);
+}
+
+bool DataObject::SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return visitSetXmlString(xml, appendTo(problems), options);
+}
+
+bool DataObject::SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
+                                         const ReadOptions &options)
+{
+    return visitSetBinaryRepresentation(representation, appendTo(problems), options);
 }
 
 bool DataObject::LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options)
 {
-    return LoadBinary(path, appendTo(problems), options);
+    return visitLoadBinary(path, appendTo(problems), options);
+}
+
+bool DataObject::LoadBinary(QFile *file, QVector<Problem> &problems, const ReadOptions &options)
+{
+    return visitLoadBinary(file, appendTo(problems), options);
 }
 
 } // namespace JobXml

@@ -154,6 +154,10 @@ QDebug operator<<(QDebug debug, const Problem &problem)
 {
     const QDebugStateSaver saver(debug);
     debug.nospace().noquote() << "Problem(";
+    if (problem.line > 0)
+        debug << problem.line << ':' << problem.column << ": ";
+    else if (problem.offset >= 0)
+        debug << "offset " << problem.offset << ": ";
     if (!problem.path.isEmpty())
         debug << problem.path.join(QLatin1String(" / ")) << ": ";
     debug << problem.message << ')';

@@ -96,6 +96,19 @@ private Q_SLOTS:
         QCOMPARE(text, QStringLiteral("QVector(Problem(TunerProperties: Please set baseresource properly.)) \"a\" "));
     }
 
+    void aProblemIsWrittenWithItsPlace()
+    {
+        Problem problem{{}, QStringLiteral("Node: Please set id properly.")};
+        problem.path = QStringList{QStringLiteral("Node 2")};
+        problem.line = 12;
+        problem.column = 8;
+        problem.offset = 120;
+        QCOMPARE(textOf(problem), QStringLiteral("Problem(12:8: Node 2: Node: Please set id properly.)"));
+        problem.line = 0;
+        problem.column = 0;
+        QCOMPARE(textOf(problem), QStringLiteral("Problem(offset 120: Node 2: Node: Please set id properly.)"));
+    }
+
     void anObjectIsWrittenAsATree()
     {
         TunerProperties document = aDocument(1);

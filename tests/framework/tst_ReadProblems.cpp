@@ -102,6 +102,7 @@ private Q_SLOTS:
     void exceptionsOfTheVisitorPassThrough_data();
     void exceptionsOfTheVisitorPassThrough();
     void functionsAndLambdasAreVisitors();
+    void bracesAreTheUsualLimits();
     void problemsShareALongLabel();
     void aDocumentThatIsReadMeanwhileKeepsItsSource();
 
@@ -441,6 +442,27 @@ void ReadProblemsTest::functionsAndLambdasAreVisitors()
     QVERIFY(problems > 0);
     QVERIFY(!document.SetXmlString(xml, [](const Problem &) { ++visited; }));
     QCOMPARE(visited, 2 * problems);
+    const ProblemVisitor visitor = visitProblem;
+    QVERIFY(!document.SetXmlString(xml, visitor));
+    QCOMPARE(visited, 3 * problems);
+    const QByteArray damaged = QByteArray::fromHex("C10CBB5F00");
+    QVERIFY(!document.SetBinaryRepresentation(damaged, visitProblem));
+    QCOMPARE(visited, 3 * problems + 1);
+}
+
+void ReadProblemsTest::bracesAreTheUsualLimits()
+{
+    TunerProperties document;
+    const QByteArray records = QByteArray::fromHex("C10CBB5F00000000");
+    QVERIFY(document.SetBinaryRepresentation(records, {}));
+
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    QCOMPARE(file.write(records), qint64(records.size()));
+    QVERIFY(file.flush());
+    QVERIFY(document.LoadBinary(file.fileName(), {}));
+    QVERIFY(file.seek(0));
+    QVERIFY(document.LoadBinary(&file, {}));
 }
 
 void ReadProblemsTest::problemsShareALongLabel()

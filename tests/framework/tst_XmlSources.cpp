@@ -71,6 +71,7 @@ class XmlSourcesTest : public QObject
 private Q_SLOTS:
     void realDocumentsAreReadTheSameWay();
     void documentsInOddSpellingsAreReadTheSameWay();
+    void lessThanOneOfAHundredOddDocumentsIsLeftToTheReader();
     void mutatedDocumentsAreReadTheSameWay();
     void documentsLongerThanABufferAreReadTheSameWay();
     void allDocumentsInTheSpellingsOfProgramsAreReadInMemory();
@@ -97,7 +98,22 @@ void XmlSourcesTest::documentsInOddSpellingsAreReadTheSameWay()
     }
     QVERIFY2(tally.difference.isNull(), tally.difference.constData());
     QVERIFY2(tally.accepted >= documents * 98 / 100, QByteArray::number(tally.accepted).constData());
-    QVERIFY2(tally.inMemory >= documents * 97 / 100, QByteArray::number(tally.inMemory).constData());
+}
+
+/// Most of these declare namespaces, the others another encoding, or they are not in the subset for another reason.
+void XmlSourcesTest::lessThanOneOfAHundredOddDocumentsIsLeftToTheReader()
+{
+    constexpr int documents = 10000;
+    int accepted = 0;
+    int inMemory = 0;
+    for (quint32 seed = 0; seed < documents; ++seed) {
+        Random random(seed);
+        const QByteArray document = XmlSpellings::document(random);
+        accepted += isAcceptedByTheReader(document) ? 1 : 0;
+        inMemory += contains(document) ? 1 : 0;
+    }
+    QVERIFY2(accepted >= documents * 98 / 100, QByteArray::number(accepted).constData());
+    QVERIFY2(100 * (accepted - inMemory) < accepted, QByteArray::number(accepted - inMemory).constData());
 }
 
 void XmlSourcesTest::mutatedDocumentsAreReadTheSameWay()
