@@ -112,7 +112,7 @@ function(tp_relative_places target)
     endif()
 endfunction()
 
-# The objects of a shared library as a target of their own, because some programs contain them.
+# The objects of a shared library. They are a target of their own for the programs that contain them.
 function(tp_add_objects library)
     set(objects ${library}Objects)
     add_library(${objects} OBJECT ${ARGN})

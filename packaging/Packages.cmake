@@ -49,8 +49,8 @@ set(CPACK_DEBIAN_PACKAGE_SOURCE tunerproperties)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# The dependencies follow from the libraries that programs and libraries are linked with. Ours are also linked with each
-# other, which dpkg does not know unless they are installed.
+# The dependencies follow from the libraries that programs and libraries are linked with. Our libraries also use each
+# other, and dpkg does not know them unless they are installed.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(same_version "${package_of_runtime} (= ${debian_version}-${debian_revision})")

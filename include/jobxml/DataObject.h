@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 #include <type_traits>
+#include <utility>
 
 #include <QMetaType>
 #include <QStringList>
@@ -86,9 +87,15 @@ struct ReadOptions
 /// Receives problems as they are found.
 using ProblemVisitor = std::function<void(const Problem &)>;
 
-/// For functions that accept whatever can be called with a Problem.
+/// Enables a function for visitors: everything that can be called with a `const Problem &`.
 template <class Visitor>
 using IfVisitor = std::enable_if_t<std::is_invocable_v<Visitor &, const Problem &>>;
+
+/// Enables a function for functions, and lambdas that capture nothing, that are not visitors.
+template <class Function>
+using IfOtherFunction =
+    std::enable_if_t<std::is_function_v<std::remove_pointer_t<
+                         decltype(+std::declval<Function &>())>> && !std::is_invocable_v<Function &, const Problem &>>;
 
 /// The operations that every class of the model has, each of them once.
 ///
@@ -262,9 +269,9 @@ public:
     /// has problems. Throws std::bad_alloc, and what the visitor throws.
     ///
     /// The forms with a visitor, any function or object that can be called with a `const Problem &`, call it with each
-    /// problem instead, as VisitProblems() does: an untrusted document may
-    /// have a problem for every few bytes. Limit its size with ReadOptions::maxBytes. The visitor must not use the
-    /// object, not even to read or copy it: it is called in the middle of reading.
+    /// problem instead, as VisitProblems() does: an untrusted document may have a problem for every few bytes. Limit
+    /// its size with ReadOptions::maxBytes. The visitor must not use the object, not even to read or copy it: it is
+    /// called in the middle of reading.
     ///
     /// For an object of a derived class, a ReportException of an operation that the class overrides is one more
     /// problem; after that of ProcessXml(), SetBinary() or readOwnRecord() nothing more is read. Overridden LoadXml(),
@@ -296,6 +303,9 @@ public:
     }
     template <class Visitor, class = IfVisitor<Visitor>>
     bool SetXmlString(std::nullptr_t, Visitor &&visitor, const ReadOptions & = {}) = delete;
+    /// A function that is not a visitor would count as the flag of IRGObject::SetXmlString().
+    template <class Function, class = IfOtherFunction<Function>>
+    bool SetXmlString(const QString &xml, Function &&function) = delete;
     template <class Visitor, class = IfVisitor<Visitor>>
     bool SetBinaryRepresentation(const QByteArray &representation, Visitor &&visitor, const ReadOptions &options = {})
     {

@@ -213,14 +213,14 @@ BinaryReader::BinaryReader(const QDataStream &form, const char *bytes, int size,
 {
 }
 
-BinaryReader::BinaryReader(QDataStream &stream, const ProblemVisitor *visitor)
-    : BinaryReader(stream, bufferOf(stream), visitor)
+BinaryReader::BinaryReader(QDataStream &stream, qint64 unchanged, const ProblemVisitor *visitor)
+    : BinaryReader(stream, bufferOf(stream), unchanged, visitor)
 {
 }
 
-BinaryReader::BinaryReader(QDataStream &stream, QBuffer *buffer, const ProblemVisitor *visitor)
+BinaryReader::BinaryReader(QDataStream &stream, QBuffer *buffer, qint64 unchanged, const ProblemVisitor *visitor)
     : Source(buffer == nullptr, visitor), m_stream(&stream), m_form(stream), m_buffer(buffer), m_isDirect(buffer),
-      m_texts(buffer ? buffer->bytesAvailable() : 0)
+      m_texts(buffer ? std::min(unchanged, buffer->bytesAvailable()) : 0)
 {
     if (!m_buffer)
         return;

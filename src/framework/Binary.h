@@ -114,7 +114,9 @@ public:
     /// and isReadDirectly() of the form must be true. `offset` is that of the first one in the places of problems.
     BinaryReader(const QDataStream &form, const char *bytes, int size, qint64 offset = 0,
                  const ProblemVisitor *visitor = nullptr);
-    explicit BinaryReader(QDataStream &stream, const ProblemVisitor *visitor = nullptr);
+    /// `unchanged`: how many of the next bytes, at least, nobody changes while the reader exists. That counts if they
+    /// are read directly.
+    explicit BinaryReader(QDataStream &stream, qint64 unchanged = 0, const ProblemVisitor *visitor = nullptr);
     ~BinaryReader();
 
     /// Whether bytes of a stream with these settings can be read without it. Streams before version 6 write texts and
@@ -227,7 +229,7 @@ public:
     int itemsWithin(qint32 count) const;
 
 private:
-    BinaryReader(QDataStream &stream, QBuffer *buffer, const ProblemVisitor *visitor);
+    BinaryReader(QDataStream &stream, QBuffer *buffer, qint64 unchanged, const ProblemVisitor *visitor);
     void resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const override;
     Bytes readBytesByStream(const DataObject &owner);
     bool beginByStream(qint32 length);
@@ -288,7 +290,7 @@ private:
     const char *m_head = nullptr; // of the last record
     const char *m_end = nullptr;
     QByteArray m_bytes; // read by the stream, for readBytes()
-    RecentTexts m_texts; // if the bytes are read directly
+    RecentTexts m_texts; // if the bytes are read directly and do not change
 };
 
 } // namespace JobXml

@@ -88,7 +88,8 @@ void Behavior::writeRecords(const DataObject &object, BinaryWriter &writer) cons
 void DataObject::SetBinary(QDataStream &stream, int length)
 {
     Propagation::propagate(*this);
-    BinaryReader reader(stream, CollectedReading::visitorFor(*this));
+    const int unchanged = ObjectAccess::isOfDerivedClass(*this) ? 0 : length; // readOwnRecord() may change the buffer
+    BinaryReader reader(stream, unchanged, CollectedReading::visitorFor(*this));
     Child::readRecord(*this, reader, length);
 }
 

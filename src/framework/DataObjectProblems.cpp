@@ -8,6 +8,7 @@
 #include <QFile>
 
 #include "framework/CollectedReading.h"
+#include "framework/ObjectAccess.h"
 #include "framework/Problems.h"
 
 namespace JobXml {
@@ -87,11 +88,14 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
             std::rethrow_exception(exceptionOfVisitor);
         throw;
     }
-    if (validated != options.validate)
+    const bool looksForMore = options.validate && !end;
+    if (looksForMore && !ObjectAccess::isOfDerivedClass(object))
+        object.IRGObject::SetValidate(validated); // VisitProblems() propagates it
+    else
         object.SetValidate(validated);
     if (end)
         visitor(*end);
-    else if (options.validate)
+    if (looksForMore)
         object.VisitProblems([&](const Problem &problem) {
             hasProblems = true;
             visitor(problem);

@@ -9,16 +9,16 @@
 
 namespace JobXml {
 
-/// The short texts that have been read from a document in memory. A quarter of those in a document repeat earlier
-/// ones, names of units and settings above all, so each is looked up here first: a text that is found shares the memory
-/// of the earlier one.
+/// The short texts that have been read from a document in memory. Many of those in a document repeat earlier ones,
+/// names of units and settings above all, so each is looked up here first: a text that is found shares the memory of
+/// the earlier one.
 class RecentTexts
 {
 public:
-    /// For a document of so many bytes, in which all texts are. Small ones are read as they are.
+    /// For a document of so many bytes. The texts of small ones are read as they are.
     explicit RecentTexts(qint64 documentSize);
 
-    /// utf8ToString() of these bytes.
+    /// utf8ToString() of these bytes, which must stay unchanged where they are as long as this object exists.
     QString text(const char *utf8, int size)
     {
         return size < 1 || size > longest || m_bits == 0 ? utf8ToString(utf8, size) : shared(utf8, size);

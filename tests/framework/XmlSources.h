@@ -13,7 +13,10 @@ namespace XmlSources {
 /// of the document, text or file.
 QString difference(const QByteArray &document, quint32 seed);
 
-/// The same for the steps alone: tags, attributes and texts.
+/// The document with a long comment at its end: short texts of small documents are not shared.
+QByteArray longEnoughToShareTexts(const QByteArray &document);
+
+/// The same as difference() for the steps alone: tags, attributes and texts.
 QString differenceOfSteps(const QByteArray &document, quint32 seed);
 
 /// The same for objects alone.

@@ -128,6 +128,24 @@ TAKES_TEXTS_ONLY(incompleteDefinition, IncompleteDefinitionException(std::declva
 TAKES_TEXTS_ONLY(pathBelow, std::declval<ObjectPath &>().below(std::declval<T>(), Step()))
 // clang-format on
 
+/// Whether SetXmlString() of a class of the model accepts a second argument of this type.
+template <class T, class = decltype(std::declval<TunerProperties &>().SetXmlString(QString(), std::declval<T>()))>
+std::true_type setsXmlWith(int);
+template <class>
+std::false_type setsXmlWith(...);
+template <class T>
+constexpr bool isTakenBySetXmlString = decltype(setsXmlWith<T>(0))::value;
+
+inline void visitor(const Problem &) { }
+inline void noVisitor(int) { }
+const auto visitingLambda = [](const Problem &) {};
+const auto otherLambda = [](Problem &) {};
+static_assert(isTakenBySetXmlString<bool> && isTakenBySetXmlString<bool &> && isTakenBySetXmlString<int>);
+static_assert(isTakenBySetXmlString<decltype(visitor) &> && isTakenBySetXmlString<decltype(&visitor)>);
+static_assert(isTakenBySetXmlString<decltype(visitingLambda) &> && isTakenBySetXmlString<const ProblemVisitor &>);
+static_assert(!isTakenBySetXmlString<decltype(noVisitor) &>, "no function counts as a flag");
+static_assert(!isTakenBySetXmlString<decltype(&noVisitor)> && !isTakenBySetXmlString<decltype(otherLambda) &>);
+
 /// What fromXml() and fromBinary() of a class accept.
 template <class Class>
 struct Readers

@@ -66,6 +66,17 @@ protected:
     }
 };
 
+/// A document that stops validating when it has been read.
+class Trusting : public TunerProperties
+{
+public:
+    void ProcessXml(QXmlStreamReader &reader) override
+    {
+        TunerProperties::ProcessXml(reader);
+        SetValidate(false);
+    }
+};
+
 /// A document that reads another one.
 class Including : public TunerProperties
 {
@@ -95,6 +106,7 @@ private Q_SLOTS:
     void aDocumentThatIsNotWellFormedEndsWithItsFailure_data();
     void aDocumentThatIsNotWellFormedEndsWithItsFailure();
     void theValidateFlagNeitherMattersNorChanges();
+    void theValidateFlagThatADerivedClassChangesIsRestored();
     void onlyUnreadableDocumentsAreProblemsWithoutValidation();
     void tooLargeDocumentsAreRefused();
     void filesThatCannotBeReadAreProblems();
@@ -318,6 +330,16 @@ void ReadProblemsTest::theValidateFlagNeitherMattersNorChanges()
         QCOMPARE(document.GetValidate(), validate);
         QCOMPARE(document.GetComponent().at(0).GetValidate(), validate);
     }
+}
+
+void ReadProblemsTest::theValidateFlagThatADerivedClassChangesIsRestored()
+{
+    Trusting document;
+    QVector<Problem> problems;
+    QVERIFY(document.SetXmlString(good, problems));
+    QVERIFY(document.GetValidate());
+    QVERIFY(std::as_const(document).GetComponent().at(0).GetValidate());
+    QVERIFY(std::as_const(document).GetComponent().at(0).GetNode().at(0).GetValidate());
 }
 
 void ReadProblemsTest::onlyUnreadableDocumentsAreProblemsWithoutValidation()

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <QBuffer>
+#include <QDataStream>
+#include <QHash>
 #include <QtTest>
 
 #include <random>
@@ -28,14 +31,19 @@ QString read(RecentTexts &texts, const QByteArray &bytes)
     return texts.text(bytes.constData(), bytes.size());
 }
 
+/// Where texts are read from.
+enum class Way { Attributes, Elements, Representation, Buffer };
+
 /// A document of one component with 100 nodes, each with the string value `unit`.
-QString documentWithRepeatedUnit()
+QString documentWithRepeatedUnit(Way way)
 {
     QByteArray xml = "<TunerProperties Version=\"1.1\" name=\"a\" type=\"Receiver\" baseresource=\"b\" quantity=\"1\""
                      " hwProcessing=\"true\"><Component type=\"Generic\" name=\"c\" optional=\"false\">";
     for (int i = 0; i < 100; ++i) {
-        xml += "<Node id=\"node " + QByteArray::number(i)
-            + "\"><ValueItem><ValueString id=\"unit\" value=\"dBm\"/></ValueItem></Node>";
+        xml += "<Node id=\"node " + QByteArray::number(i) + "\"><ValueItem>";
+        xml += way == Way::Elements ? "<ValueString><id>unit</id><value>dBm</value></ValueString>"
+                                    : "<ValueString id=\"unit\" value=\"dBm\"/>";
+        xml += "</ValueItem></Node>";
     }
     return QString::fromLatin1(xml + "</Component></TunerProperties>");
 }
@@ -63,6 +71,7 @@ private Q_SLOTS:
     void everyOneOfManyTextsIsReadAsItIs();
     void repeatedTextsOfADocumentAreShared_data();
     void repeatedTextsOfADocumentAreShared();
+    void theTextsOfASmallRecordInALargeBufferAreReadAsTheyAre();
 };
 
 void RecentTextsTest::aTextThatIsRepeatedIsShared_data()
@@ -169,7 +178,7 @@ void RecentTextsTest::theTextsOfASmallDocumentAreReadAsTheyAre()
     QVERIFY(!areShared(first, second));
 }
 
-// Of a few letters, so that there are texts that occur again, before and after others have taken their place.
+// Of three letters, so that most texts occur again: soon, or when others have taken their place.
 void RecentTextsTest::everyOneOfManyTextsIsReadAsItIs()
 {
     constexpr quint32 seed = 20261122;
@@ -179,39 +188,56 @@ void RecentTextsTest::everyOneOfManyTextsIsReadAsItIs()
     for (int i = 0; i < 500'000; ++i)
         document += char('a' + random() % 3);
 
-    int sharedCount = 0;
-    QString previous;
+    QHash<QString, QString> last;
+    int shared = 0;
+    int displaced = 0;
     for (int i = 0; i < 100'000; ++i) {
         const int size = 1 + int(random() % 8);
         const int at = int(random() % unsigned(document.size() - size));
+        const QString expected = QString::fromLatin1(document.constData() + at, size);
         const QString text = texts.text(document.constData() + at, size);
-        if (text != QString::fromLatin1(document.constData() + at, size))
-            QFAIL(qPrintable(QStringLiteral("text %1 is \"%2\"").arg(i).arg(text)));
-        sharedCount += areShared(text, previous) ? 1 : 0;
-        previous = text;
+        if (text != expected)
+            QFAIL(qPrintable(
+                QStringLiteral("text %1 is \"%2\" instead of \"%3\"").arg(QString::number(i), text, expected)));
+        if (last.contains(expected))
+            ++(areShared(text, last.value(expected)) ? shared : displaced);
+        last.insert(expected, text);
     }
-    QVERIFY(sharedCount > 0);
+    QVERIFY2(shared > 1000, QByteArray::number(shared).constData());
+    QVERIFY2(displaced > 1000, QByteArray::number(displaced).constData());
 }
 
 void RecentTextsTest::repeatedTextsOfADocumentAreShared_data()
 {
-    QTest::addColumn<bool>("areRecords");
+    QTest::addColumn<int>("way");
 
-    QTest::newRow("XML") << false;
-    QTest::newRow("records") << true;
+    QTest::newRow("attributes of XML") << int(Way::Attributes);
+    QTest::newRow("elements of XML") << int(Way::Elements);
+    QTest::newRow("a representation") << int(Way::Representation);
+    QTest::newRow("records in a buffer") << int(Way::Buffer);
 }
 
 void RecentTextsTest::repeatedTextsOfADocumentAreShared()
 {
-    QFETCH(const bool, areRecords);
+    QFETCH(const int, way);
     TunerProperties tuner;
-    QVERIFY(documentWithRepeatedUnit().size() > largeEnough);
-    QVERIFY(tuner.SetXmlString(documentWithRepeatedUnit(), true));
-    if (areRecords) {
-        const QByteArray records = tuner.GetBinaryRepresentationAsQByteArray();
+    QVERIFY(documentWithRepeatedUnit(Way(way)).size() > largeEnough);
+    QVERIFY(tuner.SetXmlString(documentWithRepeatedUnit(Way(way)), true));
+    if (way == int(Way::Representation) || way == int(Way::Buffer)) {
+        QByteArray records = tuner.GetBinaryRepresentationAsQByteArray();
         QVERIFY(records.size() > largeEnough);
         tuner = TunerProperties();
-        QVERIFY(tuner.SetBinaryRepresentation(records));
+        if (way == int(Way::Representation)) {
+            QVERIFY(tuner.SetBinaryRepresentation(records));
+        } else {
+            QBuffer buffer(&records);
+            QVERIFY(buffer.open(QIODevice::ReadOnly));
+            QDataStream stream(&buffer);
+            quint32 identifier = 0;
+            qint32 length = 0;
+            stream >> identifier >> length;
+            tuner.SetBinary(stream, length);
+        }
     }
 
     QCOMPARE(unit(tuner, 1).Getid(), QStringLiteral("unit"));
@@ -219,6 +245,40 @@ void RecentTextsTest::repeatedTextsOfADocumentAreShared()
     QVERIFY(areShared(unit(tuner, 1).Getid(), unit(tuner, 2).Getid()));
     QCOMPARE(unit(tuner, 1).Getvalue(), QStringLiteral("dBm"));
     QVERIFY(areShared(unit(tuner, 1).Getvalue(), unit(tuner, 2).Getvalue()));
+}
+
+// A table of the size of the buffer, for each of the records, would take longer than reading it.
+void RecentTextsTest::theTextsOfASmallRecordInALargeBufferAreReadAsTheyAre()
+{
+    TunerProperties tuner;
+    QVERIFY(tuner.SetXmlString(documentWithRepeatedUnit(Way::Buffer), true));
+    const QVector<Node> nodes = std::as_const(tuner).GetComponent().at(0).GetNode();
+    QBuffer buffer;
+    QVERIFY(buffer.open(QIODevice::ReadWrite));
+    QDataStream stream(&buffer);
+    Component few;
+    few.SetNode({nodes.at(0), nodes.at(1)});
+    few.Settype(QStringLiteral("t"));
+    few.Setname(QStringLiteral("n"));
+    few.Setoptional(false);
+    QVERIFY(few.GetBinary(stream, 1, true));
+    QVERIFY(tuner.GetComponent()[0].GetBinary(stream, 1, true));
+    QVERIFY(buffer.size() > largeEnough);
+    QVERIFY(buffer.seek(0));
+
+    quint32 tag = 0;
+    qint32 length = 0;
+    stream >> tag >> length;
+    QVERIFY(length < largeEnough);
+    Component read;
+    read.SetBinary(stream, length);
+
+    const auto id = [&](int node) {
+        return std::as_const(read).GetNode().at(node).GetValueItem().at(0).GetValueString().Getid();
+    };
+    QCOMPARE(id(0), QStringLiteral("unit"));
+    QCOMPARE(id(1), QStringLiteral("unit"));
+    QVERIFY(!areShared(id(0), id(1)));
 }
 
 TEST_SUITE_WITHOUT_APPLICATION(RecentTextsTest)
