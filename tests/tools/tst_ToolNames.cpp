@@ -23,6 +23,8 @@ private Q_SLOTS:
     void namesThatLookAlikeAsTextAreDifferentOutputs();
     void jsonContainsTheBytesOfANameThatIsNotUtf8();
     void namesAreEscapedInMessages();
+    void temporaryFilesAreInTheFolderThatTheEnvironmentNames_data();
+    void temporaryFilesAreInTheFolderThatTheEnvironmentNames();
     void pathsAndValuesAreUtf8_data();
     void pathsAndValuesAreUtf8();
 
@@ -193,6 +195,30 @@ void ToolNamesTest::namesAreEscapedInMessages()
                             R"('./-\xff' or put '--' before it)"));
     QCOMPARE(shell(R"sh("$tool" "$(printf '\377')")sh").err.section(QLatin1Char('\n'), 0, 0),
              QStringLiteral(R"(tunerproperties: unknown command '\xff')"));
+}
+
+void ToolNamesTest::temporaryFilesAreInTheFolderThatTheEnvironmentNames_data()
+{
+    QTest::addColumn<QString>("folder");
+    for (const char *folder : {"plain", "beyond \xC3\x84SCII"})
+        QTest::newRow(folder) << QString::fromUtf8(folder);
+}
+
+// Standard input is copied into a temporary file without a name; here, it does not end.
+void ToolNamesTest::temporaryFilesAreInTheFolderThatTheEnvironmentNames()
+{
+    QFETCH(QString, folder);
+    m_workshop->setEnvironment(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    m_workshop->setEnvironment(QStringLiteral("TMPDIR"), m_workshop->path(folder));
+    const Run run = shell(R"sh(mkdir "$TMPDIR"
+                             mkfifo endless
+                             exec 3<>endless
+                             "$tool" validate - <&3 & tool_id=$!
+                             until readlink /proc/$tool_id/fd/* | grep -o "^$TMPDIR/"; do sleep 0.01; done
+                             kill $tool_id)sh");
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.out, m_workshop->path(folder) + QStringLiteral("/\n"));
+    QCOMPARE(run.status, 0);
 }
 
 void ToolNamesTest::pathsAndValuesAreUtf8_data()
