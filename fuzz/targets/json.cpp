@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "documents/JsonForm.h"
+#include "documents/json/JsonForm.h"
 
 #include "Harness.h"
 
 using namespace Fuzz;
+using namespace TunerDocuments;
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "batch/InOrder.h"
 #include "batch/Progress.h"
 #include "console/Interruption.h"
-#include "documents/JsonText.h"
+#include "json/JsonText.h"
 #include "text/Printable.h"
 
 /// The number of files of each status so far, including those whose results are not written yet.
@@ -74,16 +74,10 @@ void insertName(Json &json, const QByteArray &key, const FileName &name)
         json.insert(key + "Bytes", name.bytes().toHex());
 }
 
-Json problemJson(const Finding &finding)
+Json problemJson(const TunerDocuments::Finding &finding)
 {
-    Json path;
-    if (!finding.hasLocation()) {
-        path = Json::emptyList();
-        for (const QString &step : finding.path)
-            path.append(step.toUtf8());
-    }
     Json json = Json::emptyObject();
-    json.insert("path", std::move(path));
+    json.insert("path", finding.hasLocation() ? Json() : Json(finding.path.toUtf8()));
     json.insert("line", finding.hasLocation() ? Json(finding.line) : Json());
     json.insert("column", finding.hasLocation() ? Json(finding.column) : Json());
     json.insert("message", finding.message.toUtf8());
@@ -126,7 +120,7 @@ QByteArray jsonOf(const Outcome &outcome, const QString &doneStatus)
         insertName(json, "output", outcome.output);
     json.insert("status", statusWord(outcome.status, doneStatus).toUtf8());
     Json problems = Json::emptyList();
-    for (const Finding &finding : outcome.findings.listed())
+    for (const TunerDocuments::Finding &finding : outcome.findings.listed())
         problems.append(problemJson(finding));
     json.insert("problems", std::move(problems));
     json.insert("problemCount", outcome.findings.count());

@@ -6,9 +6,10 @@
 #include <QString>
 #include <QVector>
 
+#include <tunerdocuments/Finding.h>
+
 #include "console/Console.h"
-#include "documents/Validate.h"
-#include "text/FileName.h"
+#include "files/FileName.h"
 
 /// The result of processing one file.
 enum class FileStatus {
@@ -32,7 +33,7 @@ struct Outcome
     FileName file;
     FileName output; ///< empty if nothing is written
     FileStatus status = FileStatus::Done;
-    Findings findings;
+    TunerDocuments::Findings findings;
     QString note; ///< for standard error, unless quiet
     QString error; ///< why it is unreadable or unwritable
 };

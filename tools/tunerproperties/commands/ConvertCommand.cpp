@@ -4,12 +4,15 @@
 
 #include <QHash>
 
+#include <tunerdocuments/Finding.h>
+
 #include "batch/Batch.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "documents/Document.h"
-#include "documents/Output.h"
-#include "documents/Validate.h"
+#include "files/DocumentFile.h"
+#include "files/Output.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
@@ -41,7 +44,7 @@ struct Plan
     QVector<FileName> outputs;
     FileKinds inputKinds = FileKinds::All;
     FileKinds outputKinds = FileKinds::All;
-    Reading reading;
+    LoadOptions loading;
     int problemLimit = 0;
     Form to = Form::Xml;
     bool validate = true;
@@ -51,7 +54,7 @@ struct Plan
 QByteArray outputName(const FileName &file, Form to)
 {
     const FileName name = file.withoutFolder();
-    const auto itsForm = Forms::bySuffix(name);
+    const auto itsForm = Forms::bySuffix(QString::fromLatin1(name.bytes()));
     return (itsForm ? name.bytes().chopped(Forms::suffixOf(*itsForm).size()) : name.bytes())
         + Forms::suffixOf(to).toLatin1();
 }
@@ -97,7 +100,7 @@ void planOneFile(Plan &plan, const Invocation &invocation)
     const FileName out = invocation.file(1);
     std::optional<Form> to = Options::form(invocation, Options::to());
     if (!to)
-        to = out.isStandardStream() ? Form::Xml : Forms::bySuffix(out);
+        to = out.isStandardStream() ? Form::Xml : Forms::bySuffix(QString::fromLatin1(out.bytes()));
     if (!to)
         throw WrongUsage(QStringLiteral("cannot determine the form of '%1' from its name; use --to").arg(out.shown()));
     if (out.isStandardStream() && invocation.isSet(Options::json()))
@@ -112,15 +115,16 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
     Outcome outcome;
     outcome.findings = Findings(plan.problemLimit);
     const JobXml::ProblemVisitor visitor = plan.validate ? outcome.findings.collector() : JobXml::ProblemVisitor();
-    Document document(plan.files.at(index), plan.reading, visitor, plan.inputKinds);
+    DocumentFile file(plan.files.at(index), plan.loading, visitor, plan.inputKinds);
     const FileName &output = plan.outputs.at(index);
     if (!outcome.findings.isEmpty()) {
+        outcome.findings.describePaths(file.document.tuner);
         outcome.status = FileStatus::Problems;
         return outcome;
     }
-    document.tuner.SetValidate(plan.validate);
+    file.document.tuner.SetValidate(plan.validate);
     try {
-        const QByteArray bytes = Forms::compose(document.tuner, plan.to, output.shown());
+        const QByteArray bytes = file.document.toBytes(plan.to, output.shown());
         Output::writeWhole(output, bytes, plan.outputKinds, done);
         outcome.note = Options::expansionNote(bytes, output.shown());
     } catch (const FileFailure &failure) {
@@ -135,7 +139,7 @@ ExitStatus run(const Invocation &invocation)
     Batch batch(Options::batch(invocation));
     batch.doneStatus = QStringLiteral("converted");
     Plan plan;
-    plan.reading = Options::reading(invocation);
+    plan.loading = Options::loading(invocation);
     plan.problemLimit = batch.problemLimit();
     plan.validate = !invocation.isSet(noValidate());
     if (invocation.isSet(outDir()))

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
+#include <tunerdocuments/Diff.h>
+
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
-#include "documents/Document.h"
-#include "documents/JsonText.h"
-#include "members/Diff.h"
+#include "files/DocumentFile.h"
+#include "json/JsonText.h"
 #include "text/Printable.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
@@ -96,14 +99,14 @@ ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> names = invocation.files();
     Options::checkStandardInput(names);
-    const Reading reading = Options::reading(invocation);
-    const Document first(names.first(), reading);
-    const Document second(names.last(), reading);
+    const LoadOptions loading = Options::loading(invocation);
+    const DocumentFile first(names.first(), loading);
+    const DocumentFile second(names.last(), loading);
     const bool isJson = invocation.isSet(jsonLines());
     const bool withColors = !isJson && usesColors(invocation);
     bool areTheSame = true;
     BufferedOutput output(withColors);
-    findDifferences(first.tuner, second.tuner, [&](const Difference &difference) {
+    findDifferences(first.document.tuner, second.document.tuner, [&](const Difference &difference) {
         areTheSame = false;
         output.write(isJson           ? json(difference)
                          : withColors ? colored(difference)

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
+#include <tunerdocuments/Json.h>
+#include <tunerdocuments/Path.h>
+#include <tunerdocuments/Value.h>
+
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "documents/Document.h"
-#include "documents/JsonForm.h"
-#include "members/Paths.h"
-#include "members/TypedValue.h"
+#include "files/DocumentFile.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
-QByteArray jsonOf(const Paths::Target &target)
+QByteArray jsonOf(const Paths::Target &target, const QString &file)
 {
-    return JsonText::pretty(target.isItem() ? JsonForm::ofObject(target.member.GetChild(target.steps.last().index))
-                                            : JsonForm::ofMember(target.member));
+    return target.isItem() ? toJson(target.member.GetChild(target.steps.last().index), file)
+                           : toJson(target.member, file);
 }
 
 bool holdsObjects(JobXml::MemberKind kind)
@@ -22,18 +25,18 @@ bool holdsObjects(JobXml::MemberKind kind)
 
 ExitStatus run(const Invocation &invocation)
 {
-    const Document document(invocation.file(0), Options::reading(invocation));
-    const QString file = document.input.shownName();
+    const DocumentFile source(invocation.file(0), Options::loading(invocation));
+    const QString file = source.input.shownName();
     const auto fail = [&](const QString &text) {
         Console::printError(file + QStringLiteral(": ") + text);
         return ExitStatus::Problems;
     };
     try {
-        const Paths::Target target = Paths::find(document.tuner, invocation.text(1));
+        const Paths::Target target = Paths::find(source.document.tuner, invocation.text(1));
         if (!target.isItem() && !target.member.IsSet())
             return fail(target.path + QStringLiteral(": is not set"));
         if (holdsObjects(target.member.GetKind())) {
-            Console::write(jsonOf(target));
+            Console::write(jsonOf(target, file));
             return ExitStatus::Ok;
         }
         const QString text = TypedValue::print(target.member.GetValue());
@@ -45,8 +48,6 @@ ExitStatus run(const Invocation &invocation)
         return ExitStatus::Ok;
     } catch (const PathFailure &failure) {
         return fail(failure.text());
-    } catch (const JsonFailure &failure) {
-        throw FileFailure(failure.text(file));
     }
 }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <tunerdocuments/Schema.h>
+
 #include "commands/Commands.h"
-#include "documents/Schema.h"
+
+using namespace TunerDocuments;
 
 namespace {
 

@@ -2,15 +2,17 @@
 #include <QCryptographicHash>
 #include <QHash>
 
+#include <tunerdocuments/Diff.h>
+#include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Path.h>
+#include <tunerdocuments/Value.h>
+
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "documents/Document.h"
-#include "documents/Output.h"
-#include "documents/Validate.h"
-#include "members/Diff.h"
-#include "members/Paths.h"
-#include "members/TypedValue.h"
-#include "members/ValueText.h"
+#include "files/DocumentFile.h"
+#include "files/Output.h"
+
+using namespace TunerDocuments;
 
 using namespace JobXml;
 
@@ -88,6 +90,7 @@ public:
     bool addNew(const TunerProperties &document, Messages &messages)
     {
         bool isAny = false;
+        Paths::Texts paths(document);
         document.VisitProblems([&](const Problem &problem) {
             isAny = true;
             if (problem.xmlOnly) // the writer reports these, if the form is XML
@@ -97,19 +100,17 @@ public:
                 --*known;
                 return;
             }
-            if (messages.hasRoom())
-                messages.texts.append(textOf(findingOf(problem)));
+            if (messages.hasRoom()) {
+                const Finding finding = findingOf(problem);
+                const QString path = paths.of(finding.steps);
+                messages.texts.append((path.isEmpty() ? path : path + QStringLiteral(": ")) + finding.message);
+            }
             ++messages.count;
         });
         return isAny;
     }
 
 private:
-    static QString textOf(const Finding &finding)
-    {
-        return (finding.path + QStringList{finding.message}).join(QStringLiteral(": "));
-    }
-
     /// The key contains positions instead of names, since the change may concern a name. It is a digest, because a
     /// document may have a problem for every few bytes.
     static QByteArray keyOf(const Problem &problem)
@@ -131,14 +132,16 @@ QString textAt(const TunerProperties &document, const Paths::Target &target)
 }
 
 /// Reads the written bytes back, since not all forms store all values exactly.
-void reportInexactValue(const QByteArray &bytes, const Document &document, const Paths::Target &target)
+void reportInexactValue(const QByteArray &bytes, const DocumentFile &file, const Paths::Target &target)
 {
-    TunerProperties written;
-    written.SetValidate(false);
-    const bool isRead = Forms::readBack(written, bytes, document.form);
-    const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
-    if (text != textAt(document.tuner, target)) // by position: the change may concern the identity
-        Console::printError(document.input.shownName() + QStringLiteral(": ") + target.path
+    QString text = QStringLiteral("nothing");
+    try {
+        const Document written = Document::fromBytes(bytes, {}, {file.document.form, std::numeric_limits<int>::max()});
+        text = textAt(written.tuner, target);
+    } catch (const DocumentError &) {
+    }
+    if (text != textAt(file.document.tuner, target)) // by position: the change may concern the identity
+        Console::printError(file.input.shownName() + QStringLiteral(": ") + target.path
                             + QStringLiteral(": this form cannot store the value exactly; it reads back as ") + text);
 }
 
@@ -181,12 +184,12 @@ private:
     KeptItems m_keptItems;
 };
 
-ExitStatus change(Document &document, const Messages &lost, const Invocation &invocation)
+ExitStatus change(DocumentFile &source, const Messages &lost, const Invocation &invocation)
 {
-    const FileName &name = document.input.name();
+    const FileName &name = source.input.name();
     const QString file = name.shown();
     const bool mayHaveProblems = invocation.isSet(noValidate());
-    TunerProperties &tuner = document.tuner;
+    TunerProperties &tuner = source.document.tuner;
     if (lost.count > 0)
         return reportAll(file, lost);
     const TunerProperties before = tuner;
@@ -211,13 +214,13 @@ ExitStatus change(Document &document, const Messages &lost, const Invocation &in
     tuner.SetValidate(!hasProblems && tuner.HasData());
     if (problems.count > 0 && !mayHaveProblems)
         return reportAll(file, problems);
-    const QByteArray bytes = Forms::compose(tuner, document.form, file);
-    Output::replace(document.input, bytes);
+    const QByteArray bytes = source.document.toBytes(source.document.form, file);
+    Output::replace(source.input, bytes);
     const QString note = Options::expansionNote(bytes, file);
     if (!note.isNull())
         Console::printError(note);
     if (isChanged && !invocation.isSet(unset()))
-        reportInexactValue(bytes, document, target);
+        reportInexactValue(bytes, source, target);
     return ExitStatus::Ok;
 }
 
@@ -231,11 +234,11 @@ ExitStatus run(const Invocation &invocation)
     ProblemVisitor visitor;
     if (!invocation.isSet(noValidate()))
         visitor = [&](const Problem &problem) { lost.add(problem); };
-    Document document(invocation.file(0), Options::reading(invocation), visitor);
+    DocumentFile source(invocation.file(0), Options::loading(invocation), visitor);
     try {
-        return change(document, lost.messages(), invocation);
+        return change(source, lost.messages(), invocation);
     } catch (const PathFailure &failure) {
-        return report(document.input.shownName(), failure.text());
+        return report(source.input.shownName(), failure.text());
     }
 }
 

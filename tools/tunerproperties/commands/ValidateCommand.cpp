@@ -2,7 +2,9 @@
 #include "batch/Batch.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "documents/Document.h"
+#include "files/DocumentFile.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
@@ -10,14 +12,15 @@ ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> files = invocation.files();
     const FileKinds kinds = Options::fileKinds(invocation, files.size());
-    const Reading reading = Options::reading(invocation);
+    const LoadOptions loading = Options::loading(invocation);
     Batch batch(Options::batch(invocation));
     Options::checkStandardInput(files);
     batch.doneStatus = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;
         outcome.findings = Findings(batch.problemLimit());
-        const Document document(files.at(index), reading, outcome.findings.collector(), kinds);
+        const DocumentFile file(files.at(index), loading, outcome.findings.collector(), kinds);
+        outcome.findings.describePaths(file.document.tuner);
         outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
         return outcome;
     };

@@ -12,12 +12,6 @@
 #include "console/Interruption.h"
 #include "text/Printable.h"
 
-// what() ends at the first NUL, which a document may contain; escaping twice changes nothing.
-FileFailure::FileFailure(const QString &text)
-    : std::runtime_error(Printable::onOneLine(text).toStdString()), m_text(text)
-{
-}
-
 namespace Console {
 
 namespace {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <stdexcept>
-
 #include <QByteArray>
 #include <QString>
+
+#include <tunerdocuments/DocumentError.h>
 
 /// The exit status of the program.
 enum class ExitStatus {
@@ -15,15 +15,7 @@ enum class ExitStatus {
 };
 
 /// A file or a standard stream that cannot be read or written. The text begins with its name.
-class FileFailure : public std::runtime_error
-{
-public:
-    explicit FileFailure(const QString &text);
-    QString text() const { return m_text; }
-
-private:
-    QString m_text;
-};
+using FileFailure = TunerDocuments::DocumentError;
 
 /// The standard streams, in UTF-8 in every locale: other programs read the output as well.
 namespace Console {

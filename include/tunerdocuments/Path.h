@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <jobxml/Visit.h>
+
+#include <tunerdocuments/Export.h>
+
+namespace TunerDocuments {
+
+/// An error in a path, or a path to nothing.
+class TUNERDOCUMENTS_EXPORT PathFailure : public std::runtime_error
+{
+public:
+    explicit PathFailure(const QString &text);
+    PathFailure(const PathFailure &other);
+    ~PathFailure() override;
+
+    QString text() const { return QString::fromUtf8(what()); }
+};
+
+/// Paths to members, as users write and read them: `Component[type=Filter,name=Pre]/Node[id=gain]/...`. An item of a
+/// list is selected by the texts that identify it, by its position, counted from 1, or by both: `[id=gain][2]` is the
+/// second of those. docs/paths.md describes them.
+namespace Paths {
+
+/// The steps to all items of a list, each of which is unique. An item with a long identity is selected by its position.
+TUNERDOCUMENTS_EXPORT QStringList stepsTo(const JobXml::MemberView &list);
+
+/// The complete paths to many places in one document, which must not change meanwhile: the steps to the items of a list
+/// are found once, as long as the places are in it.
+class TUNERDOCUMENTS_EXPORT Texts
+{
+public:
+    explicit Texts(const JobXml::DataObject &root);
+    Texts(const Texts &) = delete;
+    Texts &operator=(const Texts &) = delete;
+    ~Texts();
+
+    /// The path of these steps: "Component[type=Filter,name=Pre]/Node[id=gain]". Empty without steps; up to the first
+    /// step that leads nowhere.
+    QString of(const QVector<JobXml::Step> &steps);
+
+private:
+    struct Lists;
+    const JobXml::DataObject &m_root;
+    std::unique_ptr<Lists> m_lists;
+};
+
+/// The identity of an object among its siblings: "type=Filter,name=Pre". Null if a text of it is missing. Values are
+/// identified by their content.
+TUNERDOCUMENTS_EXPORT QString identityOf(const JobXml::DataObject &object);
+
+/// "unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?"
+TUNERDOCUMENTS_EXPORT QString unknownMember(const QString &name, const QString &className, const QStringList &known);
+
+/// The result of a path.
+struct TUNERDOCUMENTS_EXPORT Target
+{
+    QVector<JobXml::Step> steps; ///< from the root; the last one is the member, with an index if it is an item
+    QString path; ///< complete
+    JobXml::MemberView member;
+
+    bool isItem() const { return steps.last().index >= 0; }
+};
+
+/// Finds the member of a path. The chosen alternative needs no step of its own, and a list with one item no selection.
+/// Throws PathFailure.
+TUNERDOCUMENTS_EXPORT Target find(const JobXml::DataObject &root, const QString &path);
+
+/// The member at the end of the steps, if it exists.
+TUNERDOCUMENTS_EXPORT std::optional<JobXml::MemberView> at(const JobXml::DataObject &root, const QVector<JobXml::Step> &steps);
+
+/// Calls the action with the MemberEditor of the target's member; all objects on the way count as set afterwards.
+template <class Action>
+void edit(JobXml::DataObject &root, const Target &target, Action &&action, int depth = 0)
+{
+    const JobXml::Step &step = target.steps[depth];
+    JobXml::visit(root, [&](JobXml::MemberEditor &member) {
+        if (member.GetName() != step.member)
+            return;
+        if (depth + 1 == target.steps.size())
+            action(member);
+        else
+            edit(member.EditChild(step.index < 0 ? 0 : step.index), target, action, depth + 1);
+    });
+}
+
+} // namespace Paths
+
+} // namespace TunerDocuments

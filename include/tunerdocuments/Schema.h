@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <tunerdocuments/Export.h>
+
+namespace TunerDocuments {
+
+/// The XML Schema of documents, which is a resource of the program.
+namespace Schema {
+
+/// The content of share/tuner-properties.xsd, byte for byte.
+TUNERDOCUMENTS_EXPORT QByteArray text();
+
+/// The classes and their members: the content of share/model.json, byte for byte.
+TUNERDOCUMENTS_EXPORT QByteArray model();
+
+/// The documentation of the elements and attributes in the schema.
+class TUNERDOCUMENTS_EXPORT Annotations
+{
+public:
+    struct Member
+    {
+        QString text;
+        bool isAttribute = false;
+    };
+
+    /// Reads the schema of the program.
+    Annotations();
+
+    /// The documentation of a class; null if there is none.
+    QString ofClass(const QString &name) const;
+
+    /// The documentation of a member; if it has none, that of its class.
+    Member ofMember(const QString &className, const QString &name) const;
+
+private:
+    struct Type
+    {
+        QString text;
+        QHash<QString, Member> members;
+        QStringList groups; // attribute groups, which are types, too
+    };
+
+    void read(const QByteArray &schema);
+
+    QHash<QString, QString> m_typeOfElement;
+    QHash<QString, Type> m_types;
+};
+
+} // namespace Schema
+
+} // namespace TunerDocuments

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <limits>
+
+#include <tunerdocuments/Html.h>
+
+#include "documents/html/PageTree.h"
+
+/// The problems of a document without a file.
+inline TunerDocuments::Findings findingsOf(const JobXml::TunerProperties &document)
+{
+    TunerDocuments::Findings findings(std::numeric_limits<int>::max());
+    document.VisitProblems(findings.collector());
+    findings.describePaths(document);
+    return findings;
+}
+
+/// The whole page.
+inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::Findings &findings, const QString &source)
+{
+    QByteArray page;
+    TunerDocuments::html(document, findings, source, [&](const QByteArray &piece) { page += piece; });
+    return page;
+}
+
+inline PageTree pageOf(const JobXml::TunerProperties &document)
+{
+    return PageTree(html(document, findingsOf(document), QStringLiteral("file.xml")));
+}
+
+/// The only element that matches; an empty one if there is none, or more.
+inline const PageNode *only(const std::vector<const PageNode *> &nodes)
+{
+    static const PageNode none;
+    return nodes.size() == 1 ? nodes.front() : &none;
+}

@@ -1,0 +1,384 @@
+// SPDX-License-Identifier: MIT
+#include <QCryptographicHash>
+#include <QRegularExpression>
+#include <QtTest>
+
+#include "Documents.h"
+#include <tunerdocuments/Value.h>
+#include "documents/RandomChanges.h"
+#include "documents/html/Pages.h"
+
+using JobXml::DataObject;
+using JobXml::MemberKind;
+using JobXml::MemberView;
+using JobXml::TunerProperties;
+
+using namespace TunerDocuments;
+
+/// The content of a page; layout and behavior are tested in a browser.
+class HtmlTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyMemberIsShownOnceWithItsValue_data();
+    void everyMemberIsShownOnceWithItsValue();
+    void everyProblemIsShownAtItsObject_data() { everyMemberIsShownOnceWithItsValue_data(); }
+    void everyProblemIsShownAtItsObject();
+    void problemIsShownInsideItsObject();
+    void problemsOfTheFileAreAtTheTop();
+    void problemsThatAreNotListedAreCounted();
+    void validDocumentIsShownAsValid();
+    void textsAreNeverMarkup();
+    void invisibleCharactersAreShownAsSigns();
+    void pageLoadsNothingFromElsewhere();
+    void policyAllowsOnlyTheSourcesOfThePage();
+    void longDocumentsOpenOnlyTheFirstComponent();
+    void missingListsAreShown();
+    void showingChangesNothing();
+};
+
+namespace {
+
+bool isNull(const QVariant &value)
+{
+    return value.type() == QVariant::String && value.toString().isNull();
+}
+
+QStringList shownValues(const MemberView &member)
+{
+    const QVariant value = member.GetValue();
+    if (value.type() == QVariant::List) {
+        QStringList texts;
+        for (const QVariant &entry : value.toList())
+            texts.append(isNull(entry) ? QStringLiteral("null") : entry.toString());
+        return texts.isEmpty() && member.IsSet() ? QStringList{QStringLiteral("empty")} : texts;
+    }
+    if (isNull(value))
+        return member.IsSet() ? QStringList{QStringLiteral("null")} : QStringList();
+    if (value.type() == QVariant::String)
+        return {value.toString().isEmpty() ? QStringLiteral("empty") : value.toString()};
+    return {ValueText::ofValue(value)};
+}
+
+QString described(const QString &name, const QStringList &values, bool isSet)
+{
+    return name + QStringLiteral(" = ") + values.join(QStringLiteral(" | "))
+        + (isSet ? QString() : QStringLiteral(" (not set)"));
+}
+
+/// The expected content of a page for an object and everything below it. For a choice, that is its alternative.
+void collect(const DataObject &object, QStringList &values, QStringList &objects)
+{
+    bool hasChosen = false;
+    JobXml::visit(object, [&](const MemberView &member) {
+        hasChosen = hasChosen || (member.GetKind() == MemberKind::Alternative && member.IsChosen());
+    });
+    JobXml::visit(object, [&](const MemberView &member) {
+        switch (member.GetKind()) {
+        case MemberKind::Choice:
+            if (!hasChosen && !isNull(member.GetValue()))
+                values.append(described(member.GetName(), shownValues(member), member.IsSet()));
+            return;
+        case MemberKind::Object:
+        case MemberKind::ObjectList:
+        case MemberKind::Alternative:
+            if (!member.IsChosen())
+                return;
+            objects.append(member.GetName());
+            for (int i = 0; i < member.GetSize(); ++i)
+                collect(member.GetChild(i), values, objects);
+            return;
+        default:
+            values.append(described(member.GetName(), shownValues(member), member.IsSet()));
+        }
+    });
+}
+
+/// The actual content. `objectNames` are the names of members that are objects.
+void collect(const PageNode &page, const QStringList &objectNames, QStringList &values, QStringList &objects)
+{
+    page.forEach([&](const PageNode &node) {
+        if (!node.has("data-member"))
+            return;
+        const QString name = node.attribute("data-member");
+        if (objectNames.contains(name)) {
+            objects.append(name);
+            return;
+        }
+        const bool isUnset = !node.all([](const PageNode &each) { return each.isOfClass("unset"); }).empty();
+        values.append(described(name, node.values(), !isUnset));
+    });
+}
+
+QString sorted(QStringList lines)
+{
+    lines.sort();
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+void HtmlTest::everyMemberIsShownOnceWithItsValue_data()
+{
+    QTest::addColumn<int>("seed");
+    QTest::addColumn<int>("changes");
+    QTest::addColumn<int>("count");
+    QTest::newRow("as made") << 0 << 0 << 60;
+    QTest::newRow("changed") << 1000 << 6 << 60;
+    QTest::newRow("changed much") << 2000 << 60 << 40;
+}
+
+void HtmlTest::everyMemberIsShownOnceWithItsValue()
+{
+    QFETCH(int, seed);
+    QFETCH(int, changes);
+    QFETCH(int, count);
+    for (int i = seed; i < seed + count; ++i) {
+        const TunerProperties document = randomDocument(i, changes);
+        const PageTree page = pageOf(document);
+        QCOMPARE(page.error(), QString());
+        QStringList values;
+        QStringList objects;
+        collect(document, values, objects);
+        QStringList shown;
+        QStringList shownObjects;
+        collect(page.root(), objects, shown, shownObjects);
+        QCOMPARE(sorted(shown), sorted(values));
+        QCOMPARE(sorted(shownObjects), sorted(objects));
+    }
+}
+
+void HtmlTest::everyProblemIsShownAtItsObject()
+{
+    QFETCH(int, seed);
+    QFETCH(int, changes);
+    QFETCH(int, count);
+    int found = 0;
+    for (int i = seed; i < seed + count; ++i) {
+        const TunerProperties document = randomDocument(i, changes);
+        const PageTree page = pageOf(document);
+        QStringList expected;
+        const Findings findings = findingsOf(document);
+        for (const Finding &finding : findings.listed()) {
+            if (!finding.steps.isEmpty())
+                expected.append(finding.message);
+        }
+        QStringList links;
+        QStringList targets;
+        page.root().forEach([&](const PageNode &node) {
+            if (node.tag == QLatin1String("a"))
+                links.append(node.attribute("href").mid(1) + QLatin1Char(' ') + node.wholeText());
+            if (node.isOfClass("problem"))
+                targets.append(node.attribute("id") + QLatin1Char(' ')
+                               + node.wholeText().mid(QStringLiteral("Problem: ").size()));
+        });
+        QCOMPARE(links.size(), expected.size());
+        QCOMPARE(sorted(targets), sorted(links));
+        for (int link = 0; link < links.size(); ++link)
+            QCOMPARE(links[link].section(QLatin1Char(' '), 1), expected[link]);
+        found += expected.size();
+    }
+    QVERIFY(found > 0);
+}
+
+void HtmlTest::problemIsShownInsideItsObject()
+{
+    TunerProperties document = aDocument(3);
+    document.SetValidate(false);
+    document.GetComponent()[0].GetNode()[1].GetValueItem()[0].GetValueInt().Resetvalue();
+    document.GetBandwidthSelection()[0].ResetName();
+    const PageTree page = pageOf(document);
+    const auto problems = page.root().all([](const PageNode &node) { return node.isOfClass("problem"); });
+    QCOMPARE(int(problems.size()), 3);
+    const auto isRow = [](const PageNode &node) { return node.tag == QLatin1String("table"); };
+    QCOMPARE(problems[0]->wholeText(), QStringLiteral("Problem: BandwidthSelection: Please set Name properly."));
+    QVERIFY(problems[0]->around(isRow));
+    QCOMPARE(problems[1]->wholeText(),
+             QStringLiteral("Problem: ValueItem:Check failed. Mandatory data of the member "
+                            "(choice element) m_valueInt is not set."));
+    QCOMPARE(problems[2]->wholeText(), QStringLiteral("Problem: ValueInt: Please set value properly."));
+    for (const PageNode *problem : {problems[1], problems[2]}) {
+        const PageNode *node = problem->around([](const PageNode &outer) { return outer.isOfClass("node"); });
+        QVERIFY(node);
+        QCOMPARE(node->allTagged("h4").front()->values(), QStringList{QStringLiteral("node1")});
+    }
+    const auto counts =
+        page.root().all([](const PageNode &node) { return node.isOfClass("tally") && node.isOfClass("bad"); });
+    QCOMPARE(only(counts)->wholeText(), QStringLiteral("2 problems"));
+}
+
+namespace {
+
+/// A problem of the document itself.
+JobXml::Problem problem(const char *message)
+{
+    return {{}, QString::fromUtf8(message)};
+}
+
+} // namespace
+
+void HtmlTest::problemsOfTheFileAreAtTheTop()
+{
+    Findings findings(2);
+    JobXml::Problem unknown = problem("Unknown Tag '<b>' in 'TunerProperties'.");
+    unknown.line = 3;
+    unknown.column = 14;
+    findings.add(unknown);
+    findings.add(problem("TunerProperties: Please set type properly."));
+    const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
+    const PageNode *section = only(page.root().all([](const PageNode &node) { return node.isOfClass("problems"); }));
+    QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("2 problems"));
+    const auto items = section->allTagged("li");
+    QCOMPARE(int(items.size()), 2);
+    QCOMPARE(items[0]->wholeText(), QStringLiteral("Unknown Tag '<b>' in 'TunerProperties'.line 3, column 14"));
+    QCOMPARE(items[1]->wholeText(), QStringLiteral("TunerProperties: Please set type properly."));
+    QVERIFY(page.root().allTagged("a").empty());
+}
+
+void HtmlTest::problemsThatAreNotListedAreCounted()
+{
+    Findings findings(1);
+    for (int i = 0; i < 3; ++i)
+        findings.add(problem("TunerProperties: Please set type properly."));
+    const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
+    const PageNode *section = only(page.root().all([](const PageNode &node) { return node.isOfClass("problems"); }));
+    QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("3 problems"));
+    QCOMPARE(only(section->allTagged("p"))->wholeText(),
+             QStringLiteral("Only the first is listed here and at its object."));
+    QCOMPARE(int(section->allTagged("li").size()), 1);
+}
+
+void HtmlTest::validDocumentIsShownAsValid()
+{
+    const PageTree page = pageOf(aDocument());
+    QCOMPARE(only(page.root().all([](const PageNode &node) { return node.isOfClass("fine"); }))->wholeText(),
+             QStringLiteral("Validation found no problems."));
+}
+
+void HtmlTest::textsAreNeverMarkup()
+{
+    const QString hostile = QStringLiteral("</title></style><script>alert(1)</script>\"'><img onerror=x> &amp; ]]>");
+    TunerProperties document = aDocument();
+    document.Setname(hostile);
+    const QByteArray page = html(document, {}, hostile);
+    QVERIFY(!page.contains("<img"));
+    QCOMPARE(page.count("<script"), 1);
+    QCOMPARE(page.count("</script"), 1);
+    QCOMPARE(page.count("<style"), 1);
+    QVERIFY(page.contains("<title>&lt;/title&gt;&lt;/style&gt;&lt;script&gt;alert(1)&lt;/script&gt;&quot;&#39;&gt;"
+                          "&lt;img onerror=x&gt; &amp;amp; ]]&gt;</title>"));
+    const PageTree tree(page);
+    QCOMPARE(only(tree.root().allTagged("h1"))->values(), QStringList{hostile});
+    QCOMPARE(only(tree.root().allTagged("title"))->wholeText(), hostile);
+}
+
+void HtmlTest::invisibleCharactersAreShownAsSigns()
+{
+    TunerProperties document = aDocument();
+    QString text = QStringLiteral("a\nb\tc\rd");
+    for (const QChar sign : {QChar(0), QChar(0x1B), QChar(0x85), QChar(0x2028), QChar(0x202E), QChar(0x2066),
+                             QChar(0xD800), QChar(0xFFFE)})
+        text += sign;
+    text += QStringLiteral("\U0001FFFE\U0001F600\u05D0\u200F");
+    document.Setname(text);
+    const QByteArray page = html(document, {}, QStringLiteral("file.xml"));
+    QVERIFY(page.contains("<bdi>a<span class=\"sign\" title=\"U+000A\">\\n</span><br/>"
+                          "b<span class=\"sign\" title=\"U+0009\">\\t</span>"
+                          "c<span class=\"sign\" title=\"U+000D\">\\r</span>"
+                          "d<span class=\"sign\" title=\"U+0000\">U+0000</span>"
+                          "<span class=\"sign\" title=\"U+001B\">U+001B</span>"
+                          "<span class=\"sign\" title=\"U+0085\">U+0085</span>"
+                          "<span class=\"sign\" title=\"U+2028\">U+2028</span>"
+                          "<span class=\"sign\" title=\"U+202E\">U+202E</span>"
+                          "<span class=\"sign\" title=\"U+2066\">U+2066</span>"
+                          "<span class=\"sign\" title=\"U+D800\">U+D800</span>"
+                          "<span class=\"sign\" title=\"U+FFFE\">U+FFFE</span>"
+                          "<span class=\"sign\" title=\"U+1FFFE\">U+1FFFE</span>"
+                          "\xF0\x9F\x98\x80\xD7\x90\xE2\x80\x8F</bdi>"));
+    QVERIFY(page.contains("<title>a\\nb\\tc\\rdU+0000U+001BU+0085U+2028U+202EU+2066U+D800U+FFFEU+1FFFE"));
+}
+
+void HtmlTest::pageLoadsNothingFromElsewhere()
+{
+    const QString page = QString::fromUtf8(html(randomDocument(7), {}, QStringLiteral("file.xml")));
+    const QRegularExpression foreign(QStringLiteral(
+        "(src|srcset|data|poster|action|formaction|ping)=\"|href=\"[^#]|url\\(|@import|<link|<base|<iframe"
+        "|<object|<embed|\\bfetch\\(|XMLHttpRequest|WebSocket|importScripts|import\\("));
+    const auto match = foreign.match(page);
+    QVERIFY2(!match.hasMatch(), qPrintable(page.mid(match.capturedStart() - 50, 100)));
+    QCOMPARE(page.count(QStringLiteral("://")), 1);
+    QVERIFY(page.contains(QStringLiteral("xmlns=\"http://www.w3.org/1999/xhtml\"")));
+}
+
+void HtmlTest::policyAllowsOnlyTheSourcesOfThePage()
+{
+    const QByteArray page = html(aDocument(), {}, QStringLiteral("file.xml"));
+    const auto hashOf = [&](const QByteArray &tag) {
+        const int start = page.indexOf('<' + tag + '>') + tag.size() + 2;
+        const QByteArray content = page.mid(start, page.indexOf("</" + tag + '>') - start);
+        return QCryptographicHash::hash(content, QCryptographicHash::Sha256).toBase64();
+    };
+    QVERIFY(page.contains("<meta http-equiv=\"Content-Security-Policy\" content=\"default-src &#39;none&#39;; "
+                          "style-src &#39;sha256-"
+                          + hashOf("style") + "&#39;; script-src &#39;sha256-" + hashOf("script")
+                          + "&#39;; base-uri &#39;none&#39;; form-action &#39;none&#39;\"/>"));
+    const PageTree tree(page);
+    for (const PageNode *node : tree.root().all([](const PageNode &) { return true; })) {
+        for (auto attribute = node->attributes.begin(); attribute != node->attributes.end(); ++attribute)
+            QVERIFY2(attribute.key() != QLatin1String("style") && !attribute.key().startsWith(QLatin1String("on")),
+                     qPrintable(attribute.key()));
+    }
+}
+
+void HtmlTest::longDocumentsOpenOnlyTheFirstComponent()
+{
+    const auto open = [](const TunerProperties &document) {
+        QString states;
+        const PageTree page = pageOf(document);
+        for (const PageNode *card : page.root().all([](const PageNode &node) { return node.isOfClass("card"); }))
+            states += card->has("open") ? QLatin1Char('o') : QLatin1Char('c');
+        return states;
+    };
+    TunerProperties document = aDocument(12);
+    document.AppendComponent(aComponent(QStringLiteral("second"), 12));
+    QCOMPARE(open(document), QStringLiteral("oo"));
+    document.AppendComponent(aComponent(QStringLiteral("third"), 1));
+    QCOMPARE(open(document), QStringLiteral("occ"));
+}
+
+void HtmlTest::missingListsAreShown()
+{
+    TunerProperties document = aDocument();
+    document.SetValidate(false);
+    document.ResetBandwidthSelection();
+    document.GetComponent()[0].ResetNode();
+    JobXml::Component component;
+    component.SetValidate(false);
+    component.AppendNode(aNode(QStringLiteral("n"), 0));
+    component.GetNode()[0].SetValueItem({});
+    document.AppendComponent(component);
+    const PageTree page = pageOf(document);
+    QStringList headings;
+    for (const char *tag : {"h2", "h5"}) {
+        for (const PageNode *heading : page.root().allTagged(tag))
+            headings.append(heading->wholeText());
+    }
+    QCOMPARE(headings,
+             (QStringList{QStringLiteral("5 problems"), QStringLiteral("StartupModes"),
+                          QStringLiteral("BandwidthSelection 0 not set"), QStringLiteral("Component 2"),
+                          QStringLiteral("Node 0 not set"), QStringLiteral("ValueItem 0")}));
+}
+
+void HtmlTest::showingChangesNothing()
+{
+    for (int seed = 0; seed < 20; ++seed) {
+        TunerProperties document = randomDocument(seed, 20);
+        const QString before = hex(snapshotOf(document));
+        html(document, {}, QStringLiteral("file.xml"));
+        QCOMPARE(hex(snapshotOf(document)), before);
+    }
+}
+
+TEST_SUITE(HtmlTest)
+#include "tst_Html.moc"
