@@ -54,6 +54,10 @@ public:
     /// for instance. Items with the same identity count as the same item when two lists are compared.
     bool IsIdentifying() const;
 
+    /// Whether XML has it as an attribute. Readers also accept a child element of the name; all other members, except
+    /// the choice, which has no place of its own in XML, are child elements only.
+    bool IsAttribute() const;
+
     /// False for an alternative that is not chosen, also if it is set; true for every other member.
     bool IsChosen() const;
 

@@ -28,6 +28,11 @@ bool MemberView::IsMandatory() const
     return m_row->has(Mandatory);
 }
 
+bool MemberView::IsAttribute() const
+{
+    return m_row->has(Attribute);
+}
+
 bool MemberView::IsIdentifying() const
 {
     return m_row->has(Identifies) || m_row->has(AlsoIdentifies);

@@ -223,6 +223,18 @@ private Q_SLOTS:
         QCOMPARE(namesWhere(ValueItem(), &MemberView::IsMandatory), QStringLiteral("ChoiceValueItem"));
     }
 
+    void membersReportWhetherTheyAreAttributes()
+    {
+        QCOMPARE(
+            namesWhere(TunerProperties(), &MemberView::IsAttribute),
+            QStringLiteral("name type baseresource connectableResources quantity parentBaseResource hwProcessing"));
+        QCOMPARE(namesWhere(Component(), &MemberView::IsAttribute), QStringLiteral("type name displayName optional"));
+        QCOMPARE(namesWhere(BandwidthSelection(), &MemberView::IsAttribute), QString());
+        QCOMPARE(namesWhere(StartupModes(), &MemberView::IsAttribute), QString());
+        QCOMPARE(namesWhere(ValueItem(), &MemberView::IsAttribute), QString());
+        QCOMPARE(namesWhere(ValueSelection(), &MemberView::IsAttribute), QStringLiteral("id value text index"));
+    }
+
     void typeIdentifiesAComponentButIsNotItsName()
     {
         TunerProperties document = aDocument(1);
