@@ -28,7 +28,8 @@ struct TUNERDOCUMENTS_EXPORT Finding
     /// Findings::describePaths() or the function that found it has set it; empty for the document itself.
     QString path{};
     QString message{};
-    QString suggestion{}; ///< what to write instead, as part of a sentence: "did you mean 'gain'?"; null if there is none
+    QString
+        suggestion{}; ///< what to write instead, as part of a sentence: "did you mean 'gain'?"; null if there is none
     int line = 0; ///< in the text of the document, counted from 1; 0 if unknown
     int column = 0; ///< in UTF-16 units, counted from 1; 0 if unknown
 
