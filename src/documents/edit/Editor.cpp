@@ -40,6 +40,24 @@ void editMember(DataObject &object, const QVector<Step> &steps, int depth, Actio
     });
 }
 
+/// Whether the steps lead to an object.
+bool leadsToObject(const DataObject &root, const QVector<Step> &steps)
+{
+    const DataObject *object = &root;
+    for (const Step &step : steps) {
+        const DataObject *child = nullptr;
+        visit(*object, [&](const MemberView &member) {
+            const int index = qMax(step.index, 0);
+            if (member.GetName() == step.member && member.IsChosen() && index < member.GetSize())
+                child = &member.GetChild(index);
+        });
+        if (!child)
+            return false;
+        object = child;
+    }
+    return true;
+}
+
 bool isSameStep(const Step &left, const Step &right)
 {
     return left.index == right.index && left.member == right.member;
@@ -106,14 +124,24 @@ public:
         if (!target.member.IsSet() && !isObject
             && ValueText::ofValue(target.member.GetValue()) == ValueText::ofValue(target.member.GetDefaultValue()))
             return;
-        const QString chosen = kind == MemberKind::Choice ? target.member.GetValue().toString() : QString();
-        editMember(m_document.tuner, target.steps, 0, [](DataObject &, MemberEditor &member) { member.Reset(); });
+        QStringList alternatives;
+        editMember(m_document.tuner, target.steps, 0, [&](DataObject &item, MemberEditor &member) {
+            member.Reset();
+            if (kind != MemberKind::Choice)
+                return;
+            visit(item, [&](MemberEditor &alternative) { // whichever is there would be chosen when it is read
+                if (alternative.GetKind() == MemberKind::Alternative && alternative.IsSet()) {
+                    alternatives.append(alternative.GetName());
+                    alternative.Reset();
+                }
+            });
+        });
         const QVector<Step> object = objectOf(target);
         const QString member = target.steps.last().member;
         follow(target, [&](XmlEditor &xml) {
             if (kind == MemberKind::Choice) {
-                if (!chosen.isEmpty())
-                    xml.storeObject(object, chosen);
+                for (const QString &alternative : qAsConst(alternatives))
+                    xml.storeObject(object, alternative);
             } else if (isObject) {
                 xml.storeObject(object, member);
             } else {
@@ -129,6 +157,8 @@ public:
         if (!m_isEdited)
             return m_original;
         for (const QVector<Step> &object : m_edited) {
+            if (!leadsToObject(m_document.tuner, object))
+                continue; // a later change has removed it
             const QString mismatch = m_xml->mismatchOf(object);
             if (!mismatch.isNull())
                 cannotEdit(mismatch);

@@ -73,6 +73,14 @@ REPORTGENERATOR::XmlMarkup::Span trimmed(const QByteArray &text, REPORTGENERATOR
     return span;
 }
 
+/// Whether nothing in the object is set.
+bool isNew(const DataObject &object)
+{
+    bool hasAny = false;
+    visit(object, [&](const MemberView &member) { hasAny = hasAny || member.IsSet(); });
+    return !hasAny;
+}
+
 /// The first value or flag in which the objects differ, with their child objects or without them; null if there is
 /// none.
 QString differenceBetween(const DataObject &left, const DataObject &right, bool withObjects)
@@ -161,6 +169,7 @@ void XmlEditor::apply()
     }
     text.append(old.constData() + done, old.size() - done);
     m_pending.clear();
+    m_pendingValues.clear();
     scan(text);
 }
 
@@ -182,7 +191,15 @@ const DataObject &XmlEditor::objectAt(const QVector<Step> &steps) const
 
 void XmlEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
 {
+    // What is pending may be the place of the value.
+    QString key;
+    for (const Step &step : object)
+        key += step.member + QString::number(step.index) + QLatin1Char('/');
+    key += member;
+    if (m_pendingValues.contains(key))
+        apply();
     change([&] { return valueReplacements(object, member, typed); });
+    m_pendingValues.insert(key);
 }
 
 XmlEditor::Replacements XmlEditor::valueReplacements(const QVector<Step> &steps, const QString &name,
@@ -502,7 +519,9 @@ void XmlEditor::storeObject(const QVector<Step> &steps, const QString &name)
             const QVector<XmlPlaces::Value> values = m_places->valuesOf(elements, object, member);
             for (const XmlPlaces::Value &value : values)
                 removeValue(out, value);
-        } else if (!elements.isEmpty() && m_places->valuesOf(elements, object, member).isEmpty()) {
+        } else if (!elements.isEmpty() && !m_places->valuesOf(elements, object, member).isEmpty()) {
+            makeLast(out, elements.last(), object, member);
+        } else if (!elements.isEmpty()) {
             addElement(out, elements.last(), object, name, 0, [&](const XmlText::Layout &layout) {
                 return XmlText::element(member.GetChild(), layout, m_text);
             });
@@ -510,6 +529,19 @@ void XmlEditor::storeObject(const QVector<Step> &steps, const QString &name)
         return out;
     });
     apply();
+}
+
+/// Makes an alternative that the text has the one that is chosen: the last one.
+void XmlEditor::makeLast(Replacements &out, int item, const DataObject &object, const MemberView &alternative) const
+{
+    const QVector<XmlPlaces::Child> children = m_places->childrenOf(item, object);
+    if (alternative.GetKind() != MemberKind::Alternative || children.last().member == alternative.GetName())
+        return;
+    const int last = m_places->valuesOf({item}, object, alternative).last().index;
+    const Span chosen = m_markup->elements().at(last).whole();
+    removeValue(out, {false, last});
+    const int end = m_markup->elements().at(children.last().element).end;
+    out.append({{end, end}, blanksBefore(chosen.begin) + m_markup->document().mid(chosen.begin, chosen.size())});
 }
 
 void XmlEditor::insertItem(const QVector<Step> &steps, const QString &list, int index)
@@ -622,6 +654,8 @@ QString XmlEditor::mismatch(const QVector<Step> &steps, const QByteArray &elemen
     const DataObject *same = &read;
     for (const Step &step : steps) {
         const MemberView member = memberNamed(*same, step.member);
+        if (isReadable && member.GetSize() == 0 && member.IsSet() && isNew(objectAt(steps)))
+            return QString(); // objects that are not in lists exist only with data
         if (!isReadable || member.GetSize() == 0)
             return unreadable;
         same = &member.GetChild();
@@ -632,6 +666,11 @@ QString XmlEditor::mismatch(const QVector<Step> &steps, const QByteArray &elemen
 QString XmlEditor::mismatchOf(const QVector<Step> &steps)
 {
     apply();
+    bool isChoice = false; // which follows from the object in it
+    visit(objectAt(steps),
+          [&](const MemberView &member) { isChoice = isChoice || member.GetKind() == MemberKind::Choice; });
+    if (isChoice)
+        return wholeMismatchOf(steps);
     QByteArray text;
     const QVector<int> elements = m_places->elementsOf(steps);
     for (const int element : elements)

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include <QByteArray>
+#include <QSet>
 #include <QString>
 #include <QVector>
 
@@ -86,6 +87,8 @@ private:
                   const JobXml::MemberView &member, const QString &text) const;
     void addAttribute(Replacements &out, int element, const JobXml::DataObject &object,
                       const JobXml::MemberView &member, const QString &text) const;
+    void makeLast(Replacements &out, int item, const JobXml::DataObject &object,
+                  const JobXml::MemberView &alternative) const;
     template <class Make>
     void addElement(Replacements &out, int parent, const JobXml::DataObject &object, const QString &member, int index,
                     Make make) const;
@@ -103,6 +106,7 @@ private:
     std::unique_ptr<Markup> m_markup;
     std::unique_ptr<XmlPlaces> m_places;
     std::map<int, Replacement> m_pending; // by their beginning; they do not touch each other
+    QSet<QString> m_pendingValues; // the members whose changes are pending
 };
 
 } // namespace TunerDocuments
