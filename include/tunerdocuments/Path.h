@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -26,9 +27,54 @@ public:
     QString text() const { return QString::fromUtf8(what()); }
 };
 
-/// Paths to members, as users write and read them: `Component[type=Filter,name=Pre]/Node[id=gain]/...`. An item of a
+/// A path to a member, as users write and read it: `Component[type=Filter,name=Pre]/Node[id=gain]/...`. An item of a
 /// list is selected by the texts that identify it, by its position, counted from 1, or by both: `[id=gain][2]` is the
-/// second of those. docs/paths.md describes them.
+/// second of those. A pattern has `[*]` for every item of a list, or `*` for every member that is set. The manual's
+/// page on paths describes all of it.
+///
+/// Identifying texts stay the same when other items are added, removed or moved; positions do not.
+class TUNERDOCUMENTS_EXPORT Path
+{
+public:
+    /// A text that identifies an item: `name=Pre`.
+    struct Condition
+    {
+        QString member;
+        QString text;
+    };
+
+    struct Step
+    {
+        QString member; ///< "*" for every member that is set
+        QVector<Condition> conditions{};
+        int position = 0; ///< counted from 1; 0 is none
+        bool isAll = false; ///< `[*]`
+    };
+
+    Path();
+    explicit Path(const QVector<Step> &steps);
+    Path(const Path &other);
+    Path(Path &&other) noexcept;
+    Path &operator=(const Path &other);
+    Path &operator=(Path &&other) noexcept;
+    ~Path();
+
+    /// Reads a path. Throws PathFailure with the position of an error: "expected ']' at character 12 of the path".
+    static Path parse(const QString &text);
+
+    /// The path as parse() reads it, with quotes where they are required.
+    QString text() const;
+
+    const QVector<Step> &steps() const { return m_steps; }
+
+    /// Whether it has an asterisk.
+    bool isPattern() const;
+
+private:
+    QVector<Step> m_steps;
+};
+
+/// Places in documents.
 namespace Paths {
 
 /// The steps to all items of a list, each of which is unique. An item with a long identity is selected by its position.
@@ -70,6 +116,17 @@ struct TUNERDOCUMENTS_EXPORT Target
 
     bool isItem() const { return steps.last().index >= 0; }
 };
+
+/// Finds every member that a pattern matches, in the order of the document. Every step selects all that it fits: a list
+/// without brackets all of its items. Members that are not set are not found; a path without asterisk is a pattern as
+/// well.
+TUNERDOCUMENTS_EXPORT QVector<Target> findAll(const JobXml::DataObject &root, const Path &pattern);
+
+/// Calls the action with the complete path of every member that is set and has a value, in the order of the document,
+/// as soon as it is found.
+TUNERDOCUMENTS_EXPORT void
+list(const JobXml::DataObject &root,
+     const std::function<void(const QString &path, const JobXml::MemberView &member)> &action);
 
 /// Finds the member of a path. The chosen alternative needs no step of its own, and a list with one item no selection.
 /// Throws PathFailure.

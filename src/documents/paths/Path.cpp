@@ -22,11 +22,8 @@ namespace Paths {
 
 namespace {
 
-struct Condition
-{
-    QString member;
-    QString text;
-};
+using Condition = Path::Condition;
+using WrittenStep = Path::Step;
 
 /// A text after the "=" of a condition.
 QString written(const QString &text)
@@ -81,14 +78,6 @@ QStringList membersOf(const DataObject &object)
 
 // --- Paths as text ---------------------------------------------------------------------------------------------------
 
-/// A step as it was typed.
-struct WrittenStep
-{
-    QString member;
-    QVector<Condition> conditions;
-    int position = 0; // from 1; 0 is none
-};
-
 class Parser
 {
 public:
@@ -116,6 +105,8 @@ private:
             const QString name = textUpTo(QStringLiteral("=,[]/\""));
             if (take(QLatin1Char('=')))
                 readConditions(result, name);
+            else if (name == QLatin1String("*"))
+                readAll(result, start);
             else
                 readPosition(result, name, start);
         }
@@ -134,9 +125,19 @@ private:
         close();
     }
 
+    void readAll(WrittenStep &step, int start)
+    {
+        if (step.isAll || step.position > 0) {
+            m_at = start;
+            fail(QStringLiteral("unexpected '*'"));
+        }
+        step.isAll = true;
+        close();
+    }
+
     void readPosition(WrittenStep &step, const QString &digits, int start)
     {
-        if (step.position > 0)
+        if (step.position > 0 || step.isAll)
             fail(QStringLiteral("unexpected second position"));
         bool isNumber = false;
         step.position = digits.toInt(&isNumber);
@@ -299,7 +300,108 @@ QString asWritten(const WrittenStep &step)
         conditions.append(condition.member + QLatin1Char('=') + written(condition.text));
     if (!conditions.isEmpty())
         text += QLatin1Char('[') + conditions.join(QLatin1Char(',')) + QLatin1Char(']');
+    if (step.isAll)
+        text += QStringLiteral("[*]");
     return step.position > 0 ? text + QStringLiteral("[%1]").arg(step.position) : text;
+}
+
+/// Follows all branches of a pattern.
+class Matcher
+{
+public:
+    explicit Matcher(const QVector<WrittenStep> &steps) : m_pattern(steps) { }
+
+    QVector<Target> match(const DataObject &root)
+    {
+        go(root, 0);
+        return m_found;
+    }
+
+private:
+    void go(const DataObject &object, int depth)
+    {
+        const WrittenStep &step = m_pattern.at(depth);
+        bool isOwnMember = false;
+        visit(object, [&](const MemberView &member) {
+            if (step.member != QLatin1String("*") && step.member != member.GetName())
+                return;
+            isOwnMember = true;
+            if (member.IsSet() && member.IsChosen())
+                enter(member, step, depth);
+        });
+        if (isOwnMember)
+            return;
+        // The chosen alternative needs no step.
+        if (const auto chosen = chosenIn(object); chosen && chosen->GetSize() != 0) {
+            push({chosen->GetName(), -1}, chosen->GetName());
+            go(chosen->GetChild(), depth);
+            pop();
+        }
+    }
+
+    void enter(const MemberView &member, const WrittenStep &step, int depth)
+    {
+        const bool isLast = depth + 1 == m_pattern.size();
+        const bool isList = member.GetKind() == MemberKind::ObjectList;
+        const bool selectsItems = step.isAll || step.position > 0 || !step.conditions.isEmpty();
+        if (selectsItems && !isList)
+            return;
+        if (!isList || (isLast && !selectsItems)) {
+            push({member.GetName(), -1}, member.GetName());
+            if (isLast)
+                m_found.append({m_steps, m_path.join(QLatin1Char('/')), member});
+            else if (member.GetSize() != 0 && !isList)
+                go(member.GetChild(), depth + 1);
+            pop();
+            return;
+        }
+        const QStringList steps = stepsTo(member);
+        int fitting = 0;
+        for (int i = 0; i < member.GetSize(); ++i) {
+            if (!fits(member.GetChild(i), step.conditions) || (++fitting != step.position && step.position > 0))
+                continue;
+            push({member.GetName(), i}, steps.at(i));
+            if (isLast)
+                m_found.append({m_steps, m_path.join(QLatin1Char('/')), member});
+            else
+                go(member.GetChild(i), depth + 1);
+            pop();
+        }
+    }
+
+    void push(const Step &step, const QString &text)
+    {
+        m_steps.append(step);
+        m_path.append(text);
+    }
+
+    void pop()
+    {
+        m_steps.removeLast();
+        m_path.removeLast();
+    }
+
+    const QVector<WrittenStep> &m_pattern;
+    QVector<Step> m_steps;
+    QStringList m_path;
+    QVector<Target> m_found;
+};
+
+void listFrom(const DataObject &object, const QString &start,
+              const std::function<void(const QString &, const MemberView &)> &action)
+{
+    visit(object, [&](const MemberView &member) {
+        if (!member.IsSet() || !member.IsChosen())
+            return;
+        const bool isList = member.GetKind() == MemberKind::ObjectList;
+        if (!isList && member.GetKind() != MemberKind::Object && member.GetKind() != MemberKind::Alternative) {
+            action(start + member.GetName(), member);
+            return;
+        }
+        const QStringList steps = isList ? stepsTo(member) : QStringList{member.GetName()};
+        for (int i = 0; i < member.GetSize(); ++i)
+            listFrom(member.GetChild(i), start + steps.at(i) + QLatin1Char('/'), action);
+    });
 }
 
 /// Follows the steps from the root.
@@ -336,6 +438,8 @@ private:
         if (!member)
             throw PathFailure(unknownMember(step.member, m_object->GetObjectName(), membersOf(*m_object)));
         const bool isList = member->GetKind() == MemberKind::ObjectList;
+        if (step.isAll || step.member == QLatin1String("*"))
+            throw PathFailure(QStringLiteral("a pattern does not select a single member"));
         const bool choosesItem = step.position > 0 || !step.conditions.isEmpty();
         if (choosesItem && !isList)
             throw PathFailure(QStringLiteral("'%1' is not a list of objects").arg(step.member));
@@ -470,6 +574,16 @@ Target find(const DataObject &root, const QString &path)
     return Finder(root).find(Parser(path).steps());
 }
 
+QVector<Target> findAll(const DataObject &root, const Path &pattern)
+{
+    return pattern.steps().isEmpty() ? QVector<Target>() : Matcher(pattern.steps()).match(root);
+}
+
+void list(const DataObject &root, const std::function<void(const QString &, const MemberView &)> &action)
+{
+    listFrom(root, QString(), action);
+}
+
 std::optional<MemberView> at(const DataObject &root, const QVector<Step> &steps)
 {
     const DataObject *object = &root;
@@ -487,5 +601,32 @@ std::optional<MemberView> at(const DataObject &root, const QVector<Step> &steps)
 }
 
 } // namespace Paths
+
+Path::Path() = default;
+Path::Path(const QVector<Step> &steps) : m_steps(steps) { }
+Path::Path(const Path &) = default;
+Path::Path(Path &&) noexcept = default;
+Path &Path::operator=(const Path &) = default;
+Path &Path::operator=(Path &&) noexcept = default;
+Path::~Path() = default;
+
+Path Path::parse(const QString &text)
+{
+    return Path(Paths::Parser(text).steps());
+}
+
+QString Path::text() const
+{
+    QStringList parts;
+    for (const Step &step : m_steps)
+        parts.append(Paths::asWritten(step));
+    return parts.join(QLatin1Char('/'));
+}
+
+bool Path::isPattern() const
+{
+    return std::any_of(m_steps.begin(), m_steps.end(),
+                       [](const Step &step) { return step.isAll || step.member == QLatin1String("*"); });
+}
 
 } // namespace TunerDocuments
