@@ -207,70 +207,65 @@ class Class:
 
     def __init__(self, cls: dict, documentation: Documentation) -> None:
         self._cls = cls
+        self._name = cls["name"]
         self._documentation = documentation
         self._lists = [row for row in cls["members"] if is_list(row)]
         self._others = [row for row in cls["members"] if not is_list(row)]
 
     def element(self) -> list[str]:
-        name = self._cls["name"]
         rules = []
         for row in self._cls["members"]:
+            name = row["name"]
+            rule = "key" if row["mandatory"] else "unique"
             if row["xml"] == "attribute":
-                rule = "key" if row["mandatory"] else "unique"
-                field = f"@{row['name']}|{row['name']}"
-            elif "class" not in row and not is_list(row) and self._lists:
-                rule, field = "unique", row["name"]  # without lists, the content allows for each element once
-            else:
-                continue
-            rules += [f'    <xs:{rule} name="{name}.{row["name"]}">', '      <xs:selector xpath="."/>',
-                      f'      <xs:field xpath="{field}"/>', f"    </xs:{rule}>"]
-        return [f'  <xs:element name="{name}" type="{name}Type">',
+                rules += self._rule(rule, name, f"@{name}|{name}")
+            elif "class" not in row and not is_list(row) and self._lists:  # without lists, the content has the rule
+                rules += self._rule(rule, name, name)
+        return [f'  <xs:element name="{self._name}" type="{self._name}Type">',
                 *annotation("    ", self._documentation.of_class(self._cls)), *rules, "  </xs:element>"]
 
+    def _rule(self, rule: str, name: str, field: str) -> list[str]:
+        return [f'    <xs:{rule} name="{self._name}.{name}">', '      <xs:selector xpath="."/>',
+                f'      <xs:field xpath="{field}"/>', f"    </xs:{rule}>"]
+
     def types(self) -> list[str]:
-        name = self._cls["name"]
-        content = self._content()
-        lines = [f'  <xs:complexType name="{name}Type">', *annotation("    ", self._documentation.of_class(self._cls)),
-                 *content, *self._attributes(),
+        lines = [f'  <xs:complexType name="{self._name}Type">',
+                 *annotation("    ", self._documentation.of_class(self._cls)), *self._content(), *self._attributes(),
                  '    <xs:anyAttribute namespace="http://www.w3.org/XML/1998/namespace" processContents="skip"/>',
                  "  </xs:complexType>"]
         if self._lists and self._others:
-            lines += ["", f'  <xs:group name="{name}Values">', "    <xs:choice>",
-                      *(line for row in self._others for line in self._child("      ", row)),
-                      "    </xs:choice>", "  </xs:group>"]
+            lines += ["", f'  <xs:group name="{self._name}Values">', *self._children("    ", "choice", self._others),
+                      "  </xs:group>"]
         return lines
 
     def _content(self) -> list[str]:
-        """Each mandatory list has an item at least, before and after which there may be anything."""
         if not self._lists:
-            choice = all(row["kind"] == "alternative" for row in self._others)
-            order = "choice" if choice else "all"
-            empty = "" if choice or any(map(must_be_element, self._others)) else ' minOccurs="0"'
-            return [f"    <xs:{order}{empty}>", *(line for row in self._others for line in self._child("      ", row, choice)),
-                    f"    </xs:{order}>"]
+            if all(row["kind"] == "alternative" for row in self._others):
+                return self._children("    ", "choice", self._others)
+            return self._children("    ", "all", self._others, lambda row: "" if must_be_element(row) else ' minOccurs="0"')
         required = [row for row in self._lists if row["mandatory"]]
-        if len(required) == 1:
-            (first,) = required
-            before = [row for row in self._lists if row is not first]
-            if not before and not self._others:
-                return ["    <xs:sequence>", *self._child("      ", first, True, ' maxOccurs="unbounded"'),
-                        "    </xs:sequence>"]
-            return ["    <xs:sequence>", *self._any_of("      ", before), *self._child("      ", first, True),
-                    *self._any_of("      ", self._lists), "    </xs:sequence>"]
-        return self._any_of("    ", self._lists)
+        if len(required) != 1:
+            return self._any_of("    ", self._lists)
+        if required == self._cls["members"]:
+            return self._children("    ", "sequence", required, lambda row: ' maxOccurs="unbounded"')
+        # One item of the mandatory list at least, and anything before and after it.
+        before = [row for row in self._lists if row not in required]
+        return ["    <xs:sequence>", *self._any_of("      ", before), *self._child("      ", *required),
+                *self._any_of("      ", self._lists), "    </xs:sequence>"]
 
     def _any_of(self, indent: str, lists: list[dict]) -> list[str]:
-        if not lists:
-            return [f'{indent}<xs:group ref="{self._cls["name"]}Values" minOccurs="0" maxOccurs="unbounded"/>']
-        lines = [f'{indent}<xs:choice minOccurs="0" maxOccurs="unbounded">']
-        if self._others:
-            lines.append(f'{indent}  <xs:group ref="{self._cls["name"]}Values"/>')
-        return [*lines, *(line for row in lists for line in self._child(f"{indent}  ", row, True)), f"{indent}</xs:choice>"]
+        """Any number of the values and of items of these lists."""
+        repeated = ' minOccurs="0" maxOccurs="unbounded"'
+        group = [f'{indent}  <xs:group ref="{self._name}Values"/>'] if self._others else []
+        items = [line for row in lists for line in self._child(f"{indent}  ", row)]
+        return [f"{indent}<xs:choice{repeated}>", *group, *items, f"{indent}</xs:choice>"]
 
-    def _child(self, indent: str, row: dict, required: bool = False, occurs: str = "") -> list[str]:
+    def _children(self, indent: str, order: str, rows: list[dict], occurs=lambda row: "") -> list[str]:
+        lines = [line for row in rows for line in self._child(f"{indent}  ", row, occurs(row))]
+        return [f"{indent}<xs:{order}>", *lines, f"{indent}</xs:{order}>"]
+
+    def _child(self, indent: str, row: dict, occurs: str = "") -> list[str]:
         declared = f'ref="{row["name"]}"' if "class" in row else f'name="{row["name"]}" type="{TYPES[row["kind"]]}"'
-        if not (required or self._lists or must_be_element(row)):
-            occurs = ' minOccurs="0"'
         said = self._documentation.of_member(self._cls, row)
         if row["xml"] == "element" and "class" not in row and not is_list(row):
             said += " Only as an element."
@@ -279,7 +274,8 @@ class Class:
     def _attributes(self) -> list[str]:
         lines = []
         if "version" in self._cls:
-            lines += annotated("    ", "attribute", f'name="{self._cls["version"]["attribute"]}" type="Version" use="required"',
+            name = self._cls["version"]["attribute"]
+            lines += annotated("    ", "attribute", f'name="{name}" type="Version" use="required"',
                                "The version of the document. Mandatory, only as an attribute.")
         for row in self._cls["members"]:
             if row["xml"] == "attribute":
@@ -291,7 +287,8 @@ class Class:
 def enumeration(cls: dict, row: dict, documentation: Documentation) -> list[str]:
     values = [line for name, said in documentation.of_enumerators(cls, row).items()
               for line in annotated("      ", "enumeration", f'value="{name}"', said)]
-    return [f'  <xs:simpleType name="{TYPES[row["kind"]]}">', *annotation("    ", "One of these names, with these upper and lower case letters."),
+    return [f'  <xs:simpleType name="{TYPES[row["kind"]]}">',
+            *annotation("    ", "One of these names, with these upper and lower case letters."),
             '    <xs:restriction base="xs:string">', *values, "    </xs:restriction>", "  </xs:simpleType>"]
 
 
@@ -300,7 +297,8 @@ def make(model: Model, read, _complain) -> dict[str, str]:
     classes = [Class(cls, documentation) for cls in model.classes]
     parts = [["  <!-- The elements -->"], *(cls.element() for cls in classes),
              ["  <!-- What they contain -->"], *(cls.types() for cls in classes), ["  <!-- Names -->"],
-             *(enumeration(cls, row, documentation) for cls, row in model.members if row["kind"].startswith("enumeration"))]
+             *(enumeration(cls, row, documentation) for cls, row in model.members
+               if row["kind"].startswith("enumeration"))]
     version = model.version
     return {PATH: HEAD.replace("{version}", version) + "".join("\n" + "\n".join(part) + "\n" for part in parts)
             + PLAIN_TYPES.replace("{version}", version)}

@@ -23,7 +23,7 @@ NOT_IN_XML = r"\u0000-\u0008\u000B\u000C\u000E-\u001F\uFFFE\uFFFF"
 
 
 def upto(greatest: int) -> str:
-    """A pattern of the decimal numbers from 0 to the greatest: those that equal it up to a smaller digit, and shorter ones."""
+    """A pattern of the whole numbers up to the greatest: those that equal it up to a smaller digit, and shorter ones."""
     digits = str(greatest)
     patterns = [digits]
     for place, digit in enumerate(digits):
@@ -54,10 +54,12 @@ SCALARS = {
                               "2^53 as a string, since many programs keep only 53 bits of a number.",
                **whole_or_text(UINT64)},
     "float": {"description": "A floating-point number of 32 bits.",
-              "anyOf": [{"type": "number", "exclusiveMinimum": -BEYOND_FLOAT, "exclusiveMaximum": BEYOND_FLOAT}, NOT_FINITE]},
+              "anyOf": [{"type": "number", "exclusiveMinimum": -BEYOND_FLOAT, "exclusiveMaximum": BEYOND_FLOAT},
+                        NOT_FINITE]},
     "double": {"description": "A floating-point number of 64 bits.", "anyOf": [{"type": "number"}, NOT_FINITE]},
 }
 NAMES = {"enumeration": "TunerType", "enumeration list": "StartupModeName"}
+NAMED = {"enumeration": "tuner type", "enumeration list": "start-up mode"}
 
 
 def names(documented: dict[str, str], numbers: tuple[int, int]) -> list[dict]:
@@ -155,10 +157,9 @@ def make(model: Model, read, _complain) -> dict[str, str]:
     documentation = Documentation(PATH, read)
     document = model.classes[0]["name"]
     enumerations = {
-        NAMES[row["kind"]]: {"description": f"The name of a {what}, with these upper and lower case letters.",
+        NAMES[row["kind"]]: {"description": f"The name of a {NAMED[row['kind']]}, with these upper and lower case letters.",
                              "anyOf": names(documentation.of_enumerators(cls, row), INT8)}
-        for cls, row in model.members for kind, what in (("enumeration", "tuner type"), ("enumeration list", "start-up mode"))
-        if row["kind"] == kind
+        for cls, row in model.members if row["kind"] in NAMES
     }
     kinds = {row["kind"] for _, row in model.members}
     schema = {

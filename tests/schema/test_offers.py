@@ -53,19 +53,20 @@ class InXml(unittest.TestCase):
                 version = [cls["version"]["attribute"]] if "version" in cls else []
                 self.assertEqual(list(self.offered(name, "attribute")), version + attributes)
 
-    def test_values_that_have_names_are_offered(self) -> None:
-        named = {"enumeration": ("TunerType", TUNER_TYPES), "enumeration list": ("StartupModeName", MODES),
-                 "boolean": ("Boolean", ["true", "false"])}
-        for type_name, names in [*named.values(), ("Version", ["1.1"])]:
-            self.assertEqual(list(self.values_of(type_name)), names)
+    def test_every_value_has_the_type_of_its_kind(self) -> None:
+        types = {"text": "Text", "boolean": "Boolean", "int32": "Int", "int64": "Int64", "uint64": "UnsignedInt64",
+                 "float": "Float", "double": "Double", "enumeration": "TunerType", "enumeration list": "StartupModeName"}
         for name, cls in CLASSES.items():
             for row in cls["members"]:
-                if row["kind"] not in named:
-                    continue
                 with self.subTest(f"{name}.{row['name']}"):
-                    expected = named[row["kind"]][0]
+                    expected = types.get(row["kind"])  # the type of an object is that of its element
                     self.assertEqual(self.offered(name, "element")[row["name"]], expected)
                     self.assertEqual(self.offered(name, "attribute").get(row["name"], expected), expected)
+
+    def test_values_that_have_names_are_offered(self) -> None:
+        for type_name, names in {"TunerType": TUNER_TYPES, "StartupModeName": MODES, "Boolean": ["true", "false"],
+                                 "Version": ["1.1"]}.items():
+            self.assertEqual(list(self.values_of(type_name)), names)
         self.assertEqual(self.offered("TunerProperties", "attribute")["Version"], "Version")
 
     def test_everything_that_is_offered_is_documented(self) -> None:

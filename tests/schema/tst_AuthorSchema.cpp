@@ -223,6 +223,7 @@ const std::vector<Sample> acceptedTexts = {
     {floatValue, "inf", "inf"},
     {floatValue, "+INF", "inf"},
     {floatValue, "-Inf", "-inf"},
+    {floatValue, " -inf ", "-inf"},
     {floatValue, "NaN", "nan"},
     {doubleValue, "8333.333", "8333.33"},
     {doubleValue, "1e22", "10000000000000000000000.00"},
@@ -265,6 +266,7 @@ const std::vector<Sample> refusedTexts = {
     {floatValue, "1e39", "inf"},
     {floatValue, "-1e39", "-inf"},
     {doubleValue, "1e309", "inf"},
+    {doubleValue, "-1e309", "-inf"},
     {doubleValue, "one", "0.00"},
     {doubleElement, "1 500 000", "0.00"},
     {booleanValue, "no", "true"},
@@ -424,6 +426,7 @@ private Q_SLOTS:
     void everyLayoutOfADocumentIsAccepted();
     void everyValueIsAcceptedInTheFormsThatReadersAccept();
     void everyValueIsRefusedUnderAnotherName();
+    void everyValueIsRefusedAsAttributeAndElement();
     void everyMandatoryMemberIsRequired();
 
     void textsThatMeanWhatTheyLookLikeAreAccepted_data() { addSamples(acceptedTexts); }
@@ -533,6 +536,25 @@ void AuthorSchemaTest::everyValueIsRefusedUnderAnotherName()
     }
 }
 
+void AuthorSchemaTest::everyValueIsRefusedAsAttributeAndElement()
+{
+    QHash<QString, QString> expected; // the complaint, by the document
+    for (const Schema::Element &element : Schema::rules().elements) {
+        const Part whole = parsed(text(element.document));
+        for (const auto &[name, value] : whole.attributes) {
+            if (name == QLatin1String("Version"))
+                continue;
+            Part twice = whole;
+            twice.children.push_back({name, {}, {}, value});
+            expected.insert(written(twice), QStringLiteral("Element '%1': The XPath '@%1|%1' of a field of").arg(name));
+        }
+    }
+    QVERIFY2(expected.size() >= 46, qPrintable(QString::number(expected.size())));
+    m_checker.check(expected.keys());
+    for (auto each = expected.cbegin(); each != expected.cend(); ++each)
+        QCOMPARE(m_checker.verdict(each.key()).complaints.value(0).left(each->size()), each.value());
+}
+
 void AuthorSchemaTest::everyMandatoryMemberIsRequired()
 {
     QHash<QString, QString> missing; // the member, by the document
@@ -613,15 +635,17 @@ void AuthorSchemaTest::newerVersionsAreAccepted()
 
 void AuthorSchemaTest::attributesForOtherProgramsAreAccepted()
 {
-    const QString document = inDocument(
-        R"(Version="1.1" type="SCP" baseresource="b" xml:lang="de" xml:space="preserve" xml:base="urn:x"
-           xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance"
-           xsi:noNamespaceSchemaLocation="tuner-properties-author.xsd")",
-        R"(<BandwidthSelection xml:lang="en"><Name>n</Name><MaxBandwidth>1</MaxBandwidth></BandwidthSelection>)");
-    const Verdict verdict = verdictOn(document);
-    QCOMPARE(verdict.complaints.join(QLatin1Char('\n')), QString());
-    QVERIFY(verdict.accepted);
-    QCOMPARE(refusal(document), QString());
+    for (const Schema::Element &element : Schema::rules().elements) {
+        QString document = text(element.document);
+        document.insert(element.name.size() + 1,
+                        text(" xml:lang=\"de\" xml:space=\"preserve\" xml:base=\"urn:x\""
+                             " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
+                             " xsi:noNamespaceSchemaLocation=\"tuner-properties-author.xsd\""));
+        const Verdict verdict = verdictOn(document);
+        QCOMPARE(verdict.complaints.join(QLatin1Char('\n')), QString());
+        QVERIFY(verdict.accepted);
+        QCOMPARE(readAndWritten(document), readAndWritten(text(element.document)));
+    }
 }
 
 void AuthorSchemaTest::examplesAreAcceptedAsTheyAre()
