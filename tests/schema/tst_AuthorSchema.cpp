@@ -137,7 +137,7 @@ QString writtenLoosely(const Part &part, const QString &indent = QStringLiteral(
         + QLatin1Char('>') + content + QStringLiteral("</%1\n>").arg(part.name);
 }
 
-/// With its attributes as child elements, apart from the version, which is no member.
+/// With its attributes as child elements, apart from the version, which is not a member.
 Part withElements(Part part)
 {
     for (Part &child : part.children)
