@@ -15,7 +15,7 @@ TYPES = {"text": "Text", "boolean": "Boolean", "int32": "Int", "int64": "Int64",
 HEAD = """\
 <?xml version="1.0" encoding="UTF-8"?>
 <!-- SPDX-License-Identifier: MIT -->
-<!-- For people who write documents, and for their editors. Generated from the model and its headers by scripts/model.sh. -->
+<!-- For people who write documents, and for editors. Generated from the model and its headers by scripts/model.sh. -->
 <!--
   A value is an attribute or a child element of the same name, except those that readers accept only as an element.
   Child elements may be in any order. Attributes of other namespaces are refused, except xml:lang and the like and those
@@ -28,7 +28,7 @@ HEAD = """\
   documents are read too; that StartupModes is there once at most, if several of them add up; whether a number is in its
   range. `tunerproperties validate` and `tunerproperties lint` check more.
 
-  Numbers with more than two decimals are read exactly and written with two.
+  Numbers may have any number of decimals. The library writes two of them.
 -->
 <xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" version="{version}">
 

@@ -19,8 +19,8 @@ class Checker
 public:
     explicit Checker(const QString &schema) : m_schema(schema) { }
 
-    /// One run of xmllint for all documents, since starting it takes longer than checking. The test fails if there is
-    /// no verdict on one of them.
+    /// One run of xmllint for all documents without a verdict, since starting it takes longer than checking. The test
+    /// fails if there is no verdict on one of them.
     void check(const QStringList &documents);
 
     /// On a document that was checked.
