@@ -5,7 +5,11 @@
 
 include(CMakePackageConfigHelpers)
 
-install(FILES ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd ${PROJECT_SOURCE_DIR}/share/model.json
+install(FILES
+        ${PROJECT_SOURCE_DIR}/share/model.json
+        ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd
+        ${PROJECT_SOURCE_DIR}/share/tuner-properties-author.xsd
+        ${PROJECT_SOURCE_DIR}/share/tuner-properties.schema.json
     DESTINATION ${CMAKE_INSTALL_DATADIR}/tunerproperties
     COMPONENT development)
 

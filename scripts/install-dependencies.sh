@@ -29,6 +29,7 @@ ci_packages=(
     gcovr
     shellcheck
     groff man-db zsh fish # for the tests: the manual page, and the completions in their shells
+    python3-jsonschema # for the tests: checks documents as JSON against their schema
 )
 bench_packages=(
     libbenchmark-dev valgrind

@@ -99,6 +99,7 @@ try_tool() {
     "${run[@]}" convert "$documents/receiver.xml" "$out/direct.xml"
     cmp "$out/receiver.xml" "$out/direct.xml" || die "the conversion to records and back has changed the document"
     xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties.xsd" "$out/receiver.xml"
+    xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties-author.xsd" "$documents"/*.xml
 }
 
 # A program built with the unpacked development package shows names in German as long as the catalogs exist.

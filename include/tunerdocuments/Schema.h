@@ -10,11 +10,17 @@
 
 namespace TunerDocuments {
 
-/// The XML Schema of documents, which is a resource of the program.
+/// The schemas of documents, which are resources of the library.
 namespace Schema {
 
-/// The content of share/tuner-properties.xsd, byte for byte.
+/// The XML Schema of what the library writes: the content of share/tuner-properties.xsd, byte for byte.
 TUNERDOCUMENTS_EXPORT QByteArray text();
+
+/// The XML Schema of what people may write: the content of share/tuner-properties-author.xsd, byte for byte.
+TUNERDOCUMENTS_EXPORT QByteArray forAuthors();
+
+/// The JSON Schema of documents as JSON: the content of share/tuner-properties.schema.json, byte for byte.
+TUNERDOCUMENTS_EXPORT QByteArray forJson();
 
 /// The classes and their members: the content of share/model.json, byte for byte.
 TUNERDOCUMENTS_EXPORT QByteArray model();

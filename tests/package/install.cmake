@@ -26,6 +26,8 @@ foreach(file IN ITEMS
         ${INCLUDE_DIR}/jobxml/Export.h ${INCLUDE_DIR}/jobxml/Version.h
         ${INCLUDE_DIR}/reportbase/Export.h ${INCLUDE_DIR}/tavikappstartup/Export.h
         ${DATA_DIR}/tunerproperties/tuner-properties.xsd ${DATA_DIR}/tunerproperties/model.json
+        ${DATA_DIR}/tunerproperties/tuner-properties-author.xsd
+        ${DATA_DIR}/tunerproperties/tuner-properties.schema.json
         ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_de.qm
         ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_en.qm
         ${DOC_DIR}/SECURITY.md

@@ -139,7 +139,7 @@ void ToolUsageTest::helpListsTheCommands()
                        "  get       Print the value of one member.\n"
                        "  set       Change the value of one member.\n"
                        "  new       Write a new document as XML with comments.\n"
-                       "  schema    Write the XML Schema of documents.\n"
+                       "  schema    Write the schema of documents, for XML or JSON.\n"
                        "  help      Show help for the program or for a command.\n"
                        "\n"
                        "Options:\n"

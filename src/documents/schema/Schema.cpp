@@ -32,6 +32,16 @@ QByteArray text()
     return resource(QStringLiteral("tuner-properties.xsd"));
 }
 
+QByteArray forAuthors()
+{
+    return resource(QStringLiteral("tuner-properties-author.xsd"));
+}
+
+QByteArray forJson()
+{
+    return resource(QStringLiteral("tuner-properties.schema.json"));
+}
+
 QByteArray model()
 {
     return resource(QStringLiteral("model.json"));
