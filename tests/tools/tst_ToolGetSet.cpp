@@ -17,6 +17,10 @@ private Q_SLOTS:
     void objectsArePrintedAsJson();
     void invalidPathIsReportedWithTheReason_data();
     void invalidPathIsReportedWithTheReason();
+    void patternPrintsATable();
+    void tableOfSeveralFilesNamesEach();
+    void patternThatMatchesNothingIsReported();
+    void pathsAreListed();
     void memberWithoutValuePrintsNothing_data();
     void memberWithoutValuePrintsNothing();
 
@@ -212,6 +216,54 @@ void ToolGetSetTest::invalidPathIsReportedWithTheReason()
     QCOMPARE(get(path), QStringLiteral("1 tunerproperties: f.json: ") + why + QLatin1Char('\n'));
     QCOMPARE(set({QStringLiteral("f.json"), path, QStringLiteral("1")}),
              QStringLiteral("1 tunerproperties: f.json: ") + why + QLatin1Char('\n'));
+}
+
+void ToolGetSetTest::patternPrintsATable()
+{
+    QCOMPARE(get(QStringLiteral("Component[*]/name")),
+             QStringLiteral("0 f.json\tComponent[type=Filter,name=Pre]/name\tPre\n"
+                            "f.json\tComponent[type=Filter,name=Post]/name\tPost\n"
+                            "f.json\tComponent[type=Mixer,name=Pre]/name\tPre\n"));
+    QCOMPARE(get(QStringLiteral("Component[name=Pre]/Node[*]/ValueItem[id=i]")),
+             QStringLiteral("0 f.json\tComponent[type=Mixer,name=Pre]/Node[id=n]/ValueItem[id=i]\t"
+                            "{\"ChoiceValueItem\":\"ValueBoolean\",\"ValueBoolean\":{\"id\":\"i\",\"value\":true}}\n"));
+    QCOMPARE(m_workshop->run(line("get --json f.json *")).out.section(QLatin1Char('\n'), 0, 1),
+             QStringLiteral("{\"file\":\"f.json\",\"path\":\"name\",\"value\":\"  two\\n lines\"}\n"
+                            "{\"file\":\"f.json\",\"path\":\"type\",\"value\":\"SCP\"}"));
+}
+
+void ToolGetSetTest::tableOfSeveralFilesNamesEach()
+{
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_workshop->run(line("get name small.xml f.json"));
+    QCOMPARE(run.out, QStringLiteral("f.json\tname\t  two\\n lines\n"));
+    QCOMPARE(run.status, 0);
+    const Run missing = m_workshop->run(line("get type small.xml none.xml f.json"));
+    QCOMPARE(missing.out, QStringLiteral("small.xml\ttype\tSCP\nf.json\ttype\tSCP\n"));
+    QCOMPARE(missing.err, QStringLiteral("tunerproperties: none.xml: cannot open: No such file or directory\n"));
+    QCOMPARE(missing.status, 3);
+    QCOMPARE(m_workshop->run(line("get quantity f.json")).out, QStringLiteral("-2\n"));
+}
+
+void ToolGetSetTest::patternThatMatchesNothingIsReported()
+{
+    QCOMPARE(get(QStringLiteral("Component[*]/displayName")),
+             QStringLiteral("1 tunerproperties: Component[*]/displayName: matches nothing in f.json\n"));
+}
+
+void ToolGetSetTest::pathsAreListed()
+{
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_workshop->run(line("paths small.xml"));
+    QCOMPARE(run.out,
+             QStringLiteral("type\nbaseresource\nComponent[type=t,name=c]/type\nComponent[type=t,name=c]/name\n"
+                            "Component[type=t,name=c]/optional\nComponent[type=t,name=c]/Node[id=n]/id\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ChoiceValueItem\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt/id\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt/value\n"));
+    const QStringList paths = run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString &path : paths)
+        QCOMPARE(m_workshop->run({QStringLiteral("get"), QStringLiteral("small.xml"), path}).status, 0);
 }
 
 void ToolGetSetTest::memberWithoutValuePrintsNothing_data()
@@ -654,7 +706,7 @@ void ToolGetSetTest::wrongArgumentsAreWrongUsage_data()
     row("set f.json quantity", "'set' requires a value; use --unset to remove the value");
     row("set --unset f.json quantity=3", "'set --unset' takes no value: 'quantity=3'");
     row("set f.json quantity=3 name", "'name' is not of the form PATH=VALUE");
-    row("get f.json", "'get' expects FILE PATH");
+    row("get f.json", "'get' expects FILE PATH or PATH FILE...");
     row("set f.json name -x", "unknown option '-x'; for a file of that name, write './-x' or put '--' before it");
 }
 

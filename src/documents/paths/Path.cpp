@@ -427,6 +427,8 @@ public:
 private:
     void go(const WrittenStep &step, bool isLast)
     {
+        if (step.isAll || step.member == QLatin1String("*"))
+            throw PathFailure(QStringLiteral("a pattern does not select a single member"));
         std::optional<MemberView> member = memberNamed(*m_object, step.member);
         const std::optional<MemberView> chosen = chosenIn(*m_object);
         if (!member && chosen && chosen->GetSize() != 0) {
@@ -438,8 +440,6 @@ private:
         if (!member)
             throw PathFailure(unknownMember(step.member, m_object->GetObjectName(), membersOf(*m_object)));
         const bool isList = member->GetKind() == MemberKind::ObjectList;
-        if (step.isAll || step.member == QLatin1String("*"))
-            throw PathFailure(QStringLiteral("a pattern does not select a single member"));
         const bool choosesItem = step.position > 0 || !step.conditions.isEmpty();
         if (choosesItem && !isList)
             throw PathFailure(QStringLiteral("'%1' is not a list of objects").arg(step.member));

@@ -18,7 +18,6 @@ namespace {
 
 using Lines = std::function<void(const QString &line)>;
 
-
 /// Writes each line as soon as it is complete: an object's own values, then the objects in it.
 class Tree
 {
@@ -61,6 +60,13 @@ private:
         }
     }
 
+    /// A choice that no alternative has, in a snapshot that was made by another program.
+    static bool isNameless(const MemberView &member)
+    {
+        return member.GetKind() == MemberKind::Choice && member.IsSet()
+            && !member.GetNames().contains(member.GetValue().toString());
+    }
+
     static QString valueOf(const MemberView &member)
     {
         if (member.GetKind() != MemberKind::ObjectList)
@@ -74,9 +80,18 @@ private:
             && member.GetSize() != 0;
     }
 
+    /// A child object that has a line of its own: every one with data, even if the data does not count.
     static bool isShownObject(const MemberView &member)
     {
-        return member.GetKind() == MemberKind::Object && member.IsSet() && member.GetSize() != 0;
+        const bool isObject = member.GetKind() == MemberKind::Object
+            || (member.GetKind() == MemberKind::Alternative && !isShownAlternative(member));
+        return isObject && member.GetSize() != 0 && (member.IsSet() || member.GetChild().AnyData());
+    }
+
+    static QString titleOf(const MemberView &member)
+    {
+        return member.GetName() + (member.IsChosen() ? QString() : QStringLiteral(" (not chosen)"))
+            + (member.IsSet() ? QString() : QLatin1Char(' ') + ValueText::notSet());
     }
 
     static void addTo(Line &line, const JobXml::DataObject &object)
@@ -86,6 +101,8 @@ private:
                 line.text += QLatin1String(" / ") + member.GetName();
                 line.hasChildren = true;
                 addTo(line, member.GetChild());
+            } else if (isNameless(member)) {
+                line.values.append(member.GetName() + QLatin1Char(' ') + ValueText::ofMember(member));
             } else if (isShownAsValue(member)) {
                 line.values.append(member.GetName() + QLatin1Char(' ') + valueOf(member));
             } else if (isShownObject(member) || member.GetKind() == MemberKind::ObjectList) {
@@ -119,10 +136,12 @@ private:
         if (isShownAlternative(member)) {
             showChildrenOf(member.GetChild(), depth);
         } else if (isShownObject(member)) {
-            showChild(member.GetName(), member.GetChild(), depth);
+            showChild(titleOf(member), member.GetChild(), depth);
         } else if (member.GetKind() == MemberKind::ObjectList) {
             for (int i = 0; i < member.GetSize(); ++i)
-                showChild(member.GetName() + QStringLiteral(" %1").arg(i + 1), member.GetChild(i), depth);
+                showChild(member.GetName() + QStringLiteral(" %1").arg(i + 1)
+                              + (member.IsSet() ? QString() : QLatin1Char(' ') + ValueText::notSet()),
+                          member.GetChild(i), depth);
         }
     }
 

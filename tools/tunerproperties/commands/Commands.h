@@ -26,6 +26,7 @@ Command convertCommand();
 Command diffCommand();
 Command getCommand();
 Command setCommand();
+Command pathsCommand();
 Command newCommand();
 Command schemaCommand();
 Command helpCommand();
