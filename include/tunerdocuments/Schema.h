@@ -10,7 +10,7 @@
 
 namespace TunerDocuments {
 
-/// The XML Schema of documents, which is a resource of the program.
+/// The XML Schema of documents, which the library contains.
 namespace Schema {
 
 /// The content of share/tuner-properties.xsd, byte for byte.
@@ -23,13 +23,14 @@ TUNERDOCUMENTS_EXPORT QByteArray model();
 class TUNERDOCUMENTS_EXPORT Annotations
 {
 public:
+    /// The documentation of a member.
     struct Member
     {
-        QString text;
-        bool isAttribute = false;
+        QString text; ///< null if there is none
+        bool isAttribute = false; ///< whether the member is written as an attribute
     };
 
-    /// Reads the schema of the program.
+    /// Reads the schema that the library contains.
     Annotations();
 
     /// The documentation of a class; null if there is none.
