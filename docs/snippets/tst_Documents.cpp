@@ -124,8 +124,7 @@ void DocumentSnippets::problemsHavePathsOrPlaces()
              (QStringList{file.fileName()
                               + QStringLiteral(":6:43: Please set a value or a default for the boolean 'hwProcessing' "
                                                "in 'TunerProperties'."),
-                          file.fileName()
-                              + QStringLiteral(": Component[1]: Component: Please set name properly.")}));
+                          file.fileName() + QStringLiteral(": Component[1]: Component: Please set name properly.")}));
 }
 
 void DocumentSnippets::formIsThatOfTheContentOrTheName()

@@ -35,10 +35,11 @@ struct TUNERDOCUMENTS_EXPORT Difference
 /// Finds all differences between two objects of the same class, in the order of the first one, with added items at
 /// their position. There are none if the objects are equal as JSON. Items of lists are paired by identity, then by
 /// content, and the rest in order.
-TUNERDOCUMENTS_EXPORT QVector<Difference> findDifferences(const JobXml::DataObject &first, const JobXml::DataObject &second);
+TUNERDOCUMENTS_EXPORT QVector<Difference> findDifferences(const JobXml::DataObject &first,
+                                                          const JobXml::DataObject &second);
 
 /// The same, passing each difference to the action as soon as it is found.
 TUNERDOCUMENTS_EXPORT void findDifferences(const JobXml::DataObject &first, const JobXml::DataObject &second,
-                     const std::function<void(const Difference &)> &action);
+                                           const std::function<void(const Difference &)> &action);
 
 } // namespace TunerDocuments

@@ -30,7 +30,7 @@ struct TUNERDOCUMENTS_EXPORT Finding
     /// The same place as a path, without the member: "Component[type=Filter,name=Pre]/Node[id=gain]". Null until
     /// Findings::describePaths() or the function that found it has set it; empty for the document itself.
     QString path{};
-    QString message{}; ///< what is wrong, on its own
+    QString message{}; ///< the problem, without its place
     QString
         suggestion{}; ///< what to write instead, as part of a sentence: "did you mean 'gain'?"; null if there is none
     int line = 0; ///< in the text of the document, counted from 1; 0 if unknown

@@ -16,7 +16,7 @@ namespace TunerDocuments {
 /// Writes the document as a page for a browser, in UTF-8: a single file that needs no network and cannot change the
 /// document. Problems are shown at their objects. `source` is the name of the file. The page is written piece by piece,
 /// since it may be much larger than the document.
-TUNERDOCUMENTS_EXPORT void html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source,
-                                const std::function<void(const QByteArray &)> &write);
+TUNERDOCUMENTS_EXPORT void html(const JobXml::TunerProperties &document, const Findings &findings,
+                                const QString &source, const std::function<void(const QByteArray &)> &write);
 
 } // namespace TunerDocuments

@@ -23,7 +23,7 @@ public:
     PathFailure(const PathFailure &other); ///< for throwing
     ~PathFailure() override;
 
-    /// What is wrong, and where in the path.
+    /// The error, and its place in the path.
     QString text() const { return QString::fromUtf8(what()); }
 };
 
@@ -78,7 +78,8 @@ struct TUNERDOCUMENTS_EXPORT Target
 TUNERDOCUMENTS_EXPORT Target find(const JobXml::DataObject &root, const QString &path);
 
 /// The member at the end of the steps, if it exists.
-TUNERDOCUMENTS_EXPORT std::optional<JobXml::MemberView> at(const JobXml::DataObject &root, const QVector<JobXml::Step> &steps);
+TUNERDOCUMENTS_EXPORT std::optional<JobXml::MemberView> at(const JobXml::DataObject &root,
+                                                           const QVector<JobXml::Step> &steps);
 
 /// Calls the action with the MemberEditor of the target's member; all objects on the way count as set afterwards.
 template <class Action>

@@ -15,6 +15,7 @@ namespace TunerDocuments {
 /// The values of the document itself have a line each. Numbers are exact, texts are quoted; members that are not set
 /// are marked. Lines are passed without their ends, each as soon as it is complete: a tree may be much larger than its
 /// document.
-TUNERDOCUMENTS_EXPORT void show(const JobXml::TunerProperties &document, const std::function<void(const QString &line)> &lines);
+TUNERDOCUMENTS_EXPORT void show(const JobXml::TunerProperties &document,
+                                const std::function<void(const QString &line)> &lines);
 
 } // namespace TunerDocuments

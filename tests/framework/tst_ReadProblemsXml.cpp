@@ -273,7 +273,7 @@ void ReadProblemsXmlTest::documentInMemoryIsReadAsTheFileOfItsBytes_data()
     row("a document type", "<!DOCTYPE x>" + complete({}, badBoolean).toUtf8(), 1);
     row("a prefix", "<p:TunerProperties xmlns:p=\"u\" Version=\"1.1\" type=\"SCP\"/>", 2);
     row("nothing", "", 1, ":1:1: Premature end of document.");
-    row("bytes that are no text", QByteArray::fromHex("C10CBB5F00000000"), 1, ":1:1: Encountered incorrectly encoded content.");
+    row("binary data", QByteArray::fromHex("C10CBB5F00000000"), 1, ":1:1: Encountered incorrectly encoded content.");
     row("a truncated tag", "<TunerProperties Version=\"1.1\" typ", 1, ":1:34: Premature end of document.");
     row("a truncated document", "<TunerProperties Version=\"1.1\">\n<Component>", 1,
         ":2:11: Premature end of document.");

@@ -14,7 +14,7 @@ private Q_SLOTS:
     void validDocumentsHaveNoOutput();
     void allExamplesAtOnceAreValid();
     void everyProblemIsReported();
-    void whatStandsBeforeTheMessageIsAcceptedByGet();
+    void pathsBeforeTheMessagesAreAcceptedByGet();
     void everyProblemIsReportedInTheBinaryForms_data();
     void everyProblemIsReportedInTheBinaryForms();
     void linesAndColumnsMatchThoseOfAnEditor_data();
@@ -164,7 +164,7 @@ void ToolValidateTest::everyProblemIsReported()
     QCOMPARE(run.status, 1);
 }
 
-void ToolValidateTest::whatStandsBeforeTheMessageIsAcceptedByGet()
+void ToolValidateTest::pathsBeforeTheMessagesAreAcceptedByGet()
 {
     // Problems at every level, and identities that need quotes, a position, or both.
     const QByteArray component = R"(<Component type="a / b" name="[x]=&quot;&#10;" optional="true">

@@ -18,7 +18,6 @@ namespace {
 
 using Lines = std::function<void(const QString &line)>;
 
-
 /// Writes each line as soon as it is complete: an object's own values, then the objects in it.
 class Tree
 {

@@ -5,8 +5,8 @@
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
 #include "files/DocumentFile.h"
-#include "json/JsonText.h"
 #include "text/Printable.h"
+#include "json/JsonText.h"
 
 using namespace TunerDocuments;
 

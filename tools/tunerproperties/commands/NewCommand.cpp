@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include <tunerdocuments/Form.h>
 #include <tunerdocuments/Document.h>
+#include <tunerdocuments/Form.h>
 #include <tunerdocuments/NewDocument.h>
 
 #include "commands/Commands.h"
