@@ -73,7 +73,7 @@ check_dependencies() {
     dpkg-deb --field "$packages"/libtunerproperties1_*.deb Depends | grep -q 'libqt5core5a (>= 5\.15' \
         || die "libtunerproperties1 does not depend on Qt"
     dpkg-deb --info "$packages"/libtunerproperties1_*.deb shlibs | sort >"$out/shlibs"
-    printf "%s 1 libtunerproperties1 (>= $version)\n" libReportBase libTavikAppStartUp libTunerProperties \
+    printf "%s 1 libtunerproperties1 (>= $version)\n" libReportBase libTavikAppStartUp libTunerDocuments libTunerProperties \
         | diff - "$out/shlibs" || die "the file shlibs of libtunerproperties1 does not declare its libraries correctly"
 }
 

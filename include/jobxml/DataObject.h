@@ -285,6 +285,7 @@ public:
     /// GetErrorString(). There is no operation of this name without problems.
     bool SetXmlDocument(const QByteArray &document, const QString &source, QVector<Problem> &problems,
                         const ReadOptions &options = {});
+    bool SetXmlDocument(const QByteArray &, std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;
     bool SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
                                  const ReadOptions &options = {});
     bool LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
@@ -316,6 +317,8 @@ public:
     {
         return visitSetXmlDocument(document, source, std::ref(visitor), options);
     }
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool SetXmlDocument(const QByteArray &, std::nullptr_t, Visitor &&visitor, const ReadOptions & = {}) = delete;
     template <class Visitor, class = IfVisitor<Visitor>>
     bool SetBinaryRepresentation(const QByteArray &representation, Visitor &&visitor, const ReadOptions &options = {})
     {

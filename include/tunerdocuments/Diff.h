@@ -15,17 +15,18 @@ namespace TunerDocuments {
 /// A difference between two documents.
 struct TUNERDOCUMENTS_EXPORT Difference
 {
+    /// What differs.
     enum Kind {
         Removed, ///< `before` is the content
         Added, ///< `after` is the content
-        Changed,
+        Changed, ///< `before` and `after` are the values, and whether they are set
         Moved, ///< `before` and `after` are its positions, counted from 1
     };
 
-    Kind kind;
+    Kind kind; ///< determines what `before` and `after` are
     QString path; ///< in the first document; in the second one for an added item
-    QString before;
-    QString after;
+    QString before; ///< in the first document, as text on one line; null for an added item
+    QString after; ///< the same in the second one; null for a removed item
 
     /// On one line: "~ quantity: 1 -> 2".
     QString text() const;

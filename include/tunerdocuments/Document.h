@@ -41,10 +41,14 @@ public:
     Document();
     /// A description that the program has made. Its validate flag stays.
     explicit Document(const JobXml::TunerProperties &description, Form asForm = Form::Xml);
+    /// \name Copies
+    /// They share the data of the description until one side is used, like copies of JobXml::TunerProperties.
+    /// @{
     Document(const Document &other);
     Document(Document &&other) noexcept;
     Document &operator=(const Document &other);
     Document &operator=(Document &&other) noexcept;
+    /// @}
     ~Document();
 
     /// Loads a file.
@@ -69,8 +73,8 @@ public:
     /// Throws what toBytes() throws, and DocumentError if the file cannot be written.
     void save(const QString &path, Form asForm) const;
 
-    JobXml::TunerProperties tuner;
-    Form form = Form::Xml;
+    JobXml::TunerProperties tuner; ///< the content
+    Form form = Form::Xml; ///< that of the file or the bytes; for a document that the program has made, what it chose
 };
 
 } // namespace TunerDocuments

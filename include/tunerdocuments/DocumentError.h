@@ -15,9 +15,10 @@ class TUNERDOCUMENTS_EXPORT DocumentError : public std::runtime_error
 public:
     /// what() has the text as UTF-8 on one line: characters that are not printable are escaped.
     explicit DocumentError(const QString &text);
-    DocumentError(const DocumentError &other);
+    DocumentError(const DocumentError &other); ///< for throwing
     ~DocumentError() override;
 
+    /// The text with all its characters.
     QString text() const { return m_text; }
 
 private:

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <limits>
+
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -15,24 +17,26 @@ namespace TunerDocuments {
 /// Something about a document that its author should know: a reason why it is invalid, or a warning.
 struct TUNERDOCUMENTS_EXPORT Finding
 {
+    /// How serious it is.
     enum class Kind {
         Problem, ///< the model refuses the document
         Warning, ///< a rule of lint() found it
     };
 
-    Kind kind = Kind::Problem;
+    Kind kind = Kind::Problem; ///< how serious it is
     QString rule{}; ///< the name of the rule of a warning; null for problems
     QVector<JobXml::Step> steps{}; ///< to the object concerned, from the document; for programs
     QString member{}; ///< the member of that object; null if the object as a whole is concerned
     /// The same place as a path, without the member: "Component[type=Filter,name=Pre]/Node[id=gain]". Null until
     /// Findings::describePaths() or the function that found it has set it; empty for the document itself.
     QString path{};
-    QString message{};
+    QString message{}; ///< the problem, without its place
     QString
         suggestion{}; ///< what to write instead, as part of a sentence: "did you mean 'gain'?"; null if there is none
     int line = 0; ///< in the text of the document, counted from 1; 0 if unknown
     int column = 0; ///< in UTF-16 units, counted from 1; 0 if unknown
 
+    /// Whether line and column are known. There is no path then.
     bool hasLocation() const { return line > 0; }
 
     /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
@@ -66,8 +70,8 @@ TUNERDOCUMENTS_EXPORT QString countText(qint64 count, int listed);
 class TUNERDOCUMENTS_EXPORT Findings
 {
 public:
-    Findings() = default;
-    /// Keeps at most that many.
+    Findings() = default; ///< Keeps all.
+    /// Keeps at most that many, and counts the others.
     explicit Findings(int most) : m_most(most) { }
 
     /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
@@ -83,23 +87,27 @@ public:
     /// Sets the paths of the problems that have no location. The document must be the one in which they were found.
     void describePaths(const JobXml::TunerProperties &document);
 
+    /// Those that are kept, in the order in which they were found.
     const QVector<Finding> &listed() const { return shown().listed; }
-    qint64 count() const { return shown().count; }
-    bool isEmpty() const { return count() == 0; }
+    qint64 count() const { return shown().count; } ///< of all, kept or not
+    bool isEmpty() const { return count() == 0; } ///< whether the document has no problem
 
-    /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more.
-    QStringList lines(const QString &fileName) const;
+    /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more, which ends with
+    /// `hint`.
+    QStringList lines(const QString &fileName, const QString &hint = {}) const;
 
 private:
+    /// \cond
     struct List
     {
         QVector<Finding> listed;
         qint64 count = 0;
     };
+    /// \endcond
 
     const List &shown() const { return m_problems.count > 0 ? m_problems : m_heldBack; }
 
-    int m_most = 0;
+    int m_most = std::numeric_limits<int>::max();
     List m_problems;
     List m_heldBack;
     KeptItems m_keptItems;

@@ -20,10 +20,11 @@ namespace TunerDocuments {
 class TUNERDOCUMENTS_EXPORT PathFailure : public std::runtime_error
 {
 public:
-    explicit PathFailure(const QString &text);
-    PathFailure(const PathFailure &other);
+    explicit PathFailure(const QString &text); ///< what() has the text as UTF-8
+    PathFailure(const PathFailure &other); ///< for throwing
     ~PathFailure() override;
 
+    /// The error, and its place in the path.
     QString text() const { return QString::fromUtf8(what()); }
 };
 
@@ -85,7 +86,7 @@ TUNERDOCUMENTS_EXPORT QStringList stepsTo(const JobXml::MemberView &list);
 class TUNERDOCUMENTS_EXPORT Texts
 {
 public:
-    explicit Texts(const JobXml::DataObject &root);
+    explicit Texts(const JobXml::DataObject &root); ///< The root must outlive this object.
     Texts(const Texts &) = delete;
     Texts &operator=(const Texts &) = delete;
     ~Texts();
@@ -112,8 +113,9 @@ struct TUNERDOCUMENTS_EXPORT Target
 {
     QVector<JobXml::Step> steps; ///< from the root; the last one is the member, with an index if it is an item
     QString path; ///< complete
-    JobXml::MemberView member;
+    JobXml::MemberView member; ///< valid as long as the root is neither changed nor destroyed
 
+    /// Whether it is an item of a list, and not the list as a whole.
     bool isItem() const { return steps.last().index >= 0; }
 };
 

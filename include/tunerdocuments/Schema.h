@@ -29,13 +29,14 @@ TUNERDOCUMENTS_EXPORT QByteArray model();
 class TUNERDOCUMENTS_EXPORT Annotations
 {
 public:
+    /// The documentation of a member.
     struct Member
     {
-        QString text;
-        bool isAttribute = false;
+        QString text; ///< null if there is none
+        bool isAttribute = false; ///< whether the member is written as an attribute
     };
 
-    /// Reads the schema of the program.
+    /// Reads the schema that the library contains.
     Annotations();
 
     /// The documentation of a class; null if there is none.

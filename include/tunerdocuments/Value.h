@@ -19,10 +19,11 @@ namespace TypedValue {
 class TUNERDOCUMENTS_EXPORT Mismatch : public std::runtime_error
 {
 public:
-    explicit Mismatch(const QString &text);
-    Mismatch(const Mismatch &other);
+    explicit Mismatch(const QString &text); ///< what() has the text as UTF-8
+    Mismatch(const Mismatch &other); ///< for throwing
     ~Mismatch() override;
 
+    /// Why the text is not a value of the member.
     QString text() const { return QString::fromUtf8(what()); }
 };
 
@@ -39,9 +40,12 @@ TUNERDOCUMENTS_EXPORT QString print(const QVariant &value);
 /// Values as text on one line, for people.
 namespace ValueText {
 
+/// \name Exact numbers
 /// The shortest text that reads back as the same number, without exponent for numbers of usual size.
+/// @{
 TUNERDOCUMENTS_EXPORT QString exactly(float value);
 TUNERDOCUMENTS_EXPORT QString exactly(double value);
+/// @}
 
 /// A value of visit(): texts in quotes, a null text as "(null)", lists in brackets.
 TUNERDOCUMENTS_EXPORT QString ofValue(const QVariant &value);

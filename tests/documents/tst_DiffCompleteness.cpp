@@ -3,9 +3,9 @@
 
 #include <QtTest>
 
-#include <tunerdocuments/Diff.h>
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
+#include <tunerdocuments/Diff.h>
 
 using namespace TunerDocuments;
 using JobXml::TunerProperties;

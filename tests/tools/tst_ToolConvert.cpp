@@ -66,7 +66,7 @@ QByteArray withoutTypes(QByteArray xml)
     return xml.replace(" type=\"SCP\"", "").replace(" type=\"t\"", "");
 }
 
-const char *const twoProblems = "tunerproperties: in.xml: Component \"c\": Component: Please set type properly.\n"
+const char *const twoProblems = "tunerproperties: in.xml: Component[1]: Component: Please set type properly.\n"
                                 "tunerproperties: in.xml: TunerProperties: Please set type properly.\n";
 
 } // namespace

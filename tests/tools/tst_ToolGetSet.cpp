@@ -462,8 +462,8 @@ void ToolGetSetTest::unreadableSnapshotIsNotWritten()
     m_workshop->write(QStringLiteral("half.tps"), "as it was");
     const Run run = m_workshop->run(line("convert --no-validate half.json half.tps"));
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: half.tps: cannot write a snapshot that reads back unchanged; 'validate' "
-                            "reports what is missing\n"));
+             QStringLiteral("tunerproperties: half.tps: cannot write a snapshot that reads back unchanged, since the "
+                            "document is incomplete\n"));
     QCOMPARE(run.status, 3);
     QCOMPARE(m_workshop->read(QStringLiteral("half.tps")), QByteArray("as it was"));
     QCOMPARE(m_workshop->run(line("convert --no-validate half.json half.xml")).status, 0);
@@ -498,7 +498,7 @@ void ToolGetSetTest::newProblemsPreventTheChange()
     m_workshop->write(QStringLiteral("small.xml"), smallXml);
     const Run run = m_workshop->run(line("set --unset small.xml Component/type"));
     QCOMPARE(run.err,
-             QStringLiteral("tunerproperties: small.xml: Component \"c\": Component: Please set type "
+             QStringLiteral("tunerproperties: small.xml: Component[1]: Component: Please set type "
                             "properly.\n"));
     QCOMPARE(run.status, 1);
     QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
@@ -506,13 +506,15 @@ void ToolGetSetTest::newProblemsPreventTheChange()
     QCOMPARE(m_workshop->run(line("set --no-validate --unset small.xml Component/type")).err, QString());
     QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), QByteArray(smallXml).replace("type=\"t\"", "type=\"\""));
     const Run choice = m_workshop->run(line("set small.xml Component/Node/ValueItem/ChoiceValueItem ValueFloat"));
-    const QString where = QStringLiteral("tunerproperties: small.xml: Component \"c\": Node \"n\": ValueItem 1: ");
-    QCOMPARE(choice.err,
-             where
-                 + QStringLiteral("ValueItem:Check failed. Mandatory data of the member (choice element) m_valueFloat "
-                                  "is not set.\n")
-                 + where + QStringLiteral("ValueFloat: ValueFloat: Please set id properly.\n") + where
-                 + QStringLiteral("ValueFloat: ValueFloat: Please set value properly.\n"));
+    const QString where =
+        QStringLiteral("tunerproperties: small.xml: Component[type=\"\",name=c]/Node[id=n]/ValueItem[1]");
+    QCOMPARE(
+        choice.err,
+        where
+            + QStringLiteral(": ValueItem:Check failed. Mandatory data of the member (choice element) m_valueFloat "
+                             "is not set.\n")
+            + where + QStringLiteral("/ValueFloat: ValueFloat: Please set id properly.\n") + where
+            + QStringLiteral("/ValueFloat: ValueFloat: Please set value properly.\n"));
     QCOMPARE(choice.status, 1);
 }
 
@@ -587,8 +589,8 @@ void ToolGetSetTest::newProblemsBeyondTheFirstHundredAreCounted()
     const QStringList lines = run.err.split(QLatin1Char('\n'));
     QCOMPARE(lines.size(), 102); // the last one is empty
     QCOMPARE(lines[1],
-             QStringLiteral("tunerproperties: many.json: Component \"c\": Node \"n\": ValueItem 1: ValueSelection "
-                            "\"s\": SelectionItem 1: SelectionItem: Please set name properly."));
+             QStringLiteral("tunerproperties: many.json: Component[type=t,name=c]/Node[id=n]/ValueItem[id=s]/"
+                            "ValueSelection/SelectionItem[1]: SelectionItem: Please set name properly."));
     QCOMPARE(lines[100], QStringLiteral("tunerproperties: many.json: 303 problems; only the first 100 are listed"));
     QCOMPARE(run.status, 1);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "tools/Tool.h"
 #include "documents/html/PageTree.h"
+#include "tools/Tool.h"
 
 /// The page that the tool writes.
 class ToolHtmlTest : public QObject
@@ -79,7 +79,7 @@ void ToolHtmlTest::theProblemsOfTheFileAreShown()
     QCOMPARE(textsOf(run.bytes, "h2").first(), QStringLiteral("3 problems"));
     QCOMPARE(textsOf(run.bytes, "li"),
              (QStringList{QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'.line 2, column 1"),
-                          QStringLiteral("Component: Please set Node properly.Component \"n\""),
+                          QStringLiteral("Component: Please set Node properly.Component[type=t,name=n]"),
                           QStringLiteral("TunerProperties: Please set baseresource properly.")}));
     QCOMPARE(textsOf(run.bytes, "a"), QStringList{QStringLiteral("Component: Please set Node properly.")});
 }

@@ -369,7 +369,7 @@ void ToolJsonTest::validatingReportsTheSameProblems()
     const QByteArray json = QByteArray(smallJson).replace(R"("type": "t",)", "").replace(R"("type": "SCP",)", "");
     shop.write(QStringLiteral("a.json"), json);
     const Run run = shop.run(line("validate a.json"));
-    QVERIFY(run.out.startsWith(QStringLiteral("a.json: Component \"c\": Component: Please set type properly.\n"
+    QVERIFY(run.out.startsWith(QStringLiteral("a.json: Component[1]: Component: Please set type properly.\n"
                                               "a.json: TunerProperties: Please set type properly.\n")));
     QCOMPARE(run.status, 1);
     shop.write(QStringLiteral("b.json"), smallJson);

@@ -109,14 +109,13 @@ QString countText(qint64 count, int listed)
     return QStringLiteral("%1 problems; only the first %2 are listed").arg(count).arg(listed);
 }
 
-QStringList Findings::lines(const QString &fileName) const
+QStringList Findings::lines(const QString &fileName, const QString &hint) const
 {
     QStringList result;
     for (const Finding &finding : listed())
         result.append(finding.text(fileName));
     if (count() > listed().size())
-        result.append(fileName + QStringLiteral(": ") + countText(count(), listed().size())
-                      + QStringLiteral("; use --max-problems to list more"));
+        result.append(fileName + QStringLiteral(": ") + countText(count(), listed().size()) + hint);
     return result;
 }
 

@@ -17,7 +17,8 @@ inline TunerDocuments::Findings findingsOf(const JobXml::TunerProperties &docume
 }
 
 /// The whole page.
-inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::Findings &findings, const QString &source)
+inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::Findings &findings,
+                       const QString &source)
 {
     QByteArray page;
     TunerDocuments::html(document, findings, source, [&](const QByteArray &piece) { page += piece; });

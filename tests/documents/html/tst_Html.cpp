@@ -4,9 +4,9 @@
 #include <QtTest>
 
 #include "Documents.h"
-#include <tunerdocuments/Value.h>
 #include "documents/RandomChanges.h"
 #include "documents/html/Pages.h"
+#include <tunerdocuments/Value.h>
 
 using JobXml::DataObject;
 using JobXml::MemberKind;

@@ -11,8 +11,8 @@
 #include "batch/InOrder.h"
 #include "batch/Progress.h"
 #include "console/Interruption.h"
-#include "json/JsonText.h"
 #include "text/Printable.h"
+#include "json/JsonText.h"
 
 /// The number of files of each status so far, including those whose results are not written yet.
 class Batch::Tally
@@ -58,6 +58,8 @@ struct Batch::Result
 };
 
 namespace {
+
+constexpr QLatin1String howToListMore("; use --max-problems to list more");
 
 Json textOrNull(const QString &text)
 {
@@ -198,10 +200,10 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
         return result;
     }
     if (!m_settings.quiet && problemsToStandardOutput) {
-        for (const QString &line : outcome.findings.lines(outcome.file.shown()))
+        for (const QString &line : outcome.findings.lines(outcome.file.shown(), howToListMore))
             result.lines += Printable::onOneLine(line).toUtf8() + '\n';
     } else if (!m_settings.quiet) {
-        result.errors += outcome.findings.lines(outcome.file.shown());
+        result.errors += outcome.findings.lines(outcome.file.shown(), howToListMore);
     }
     if (!outcome.error.isNull())
         result.errors.append(outcome.error);

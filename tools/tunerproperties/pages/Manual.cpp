@@ -146,7 +146,9 @@ QString Pages::manual(const QString &version)
         add(page, command);
     page.request("SH", QStringLiteral("FORMS"));
     for (const QString &form : TunerDocuments::Forms::list())
-        page.item(bold(form), QStringLiteral("Suffix: %1.").arg(TunerDocuments::Forms::suffixOf(*TunerDocuments::Forms::named(form))));
+        page.item(
+            bold(form),
+            QStringLiteral("Suffix: %1.").arg(TunerDocuments::Forms::suffixOf(*TunerDocuments::Forms::named(form))));
     page.request("SH", QStringLiteral("EXIT STATUS"));
     for (const HelpText::Status &status : HelpText::statuses())
         page.item(bold(QString::number(int(status.status))), status.meaning);
