@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <limits>
 #include <optional>
 
 #include <QByteArray>
 #include <QString>
+#include <QVector>
 
 #include <jobxml/TunerProperties.h>
 
@@ -23,6 +25,18 @@ struct LoadOptions
     /// memory and time for a large one. Real documents shrink to a third, very regular ones to a thirtieth; documents
     /// made to exhaust memory shrink to a thousandth. The library never accepts more than 1,100 times.
     int maxExpansion = 50;
+};
+
+/// Something that a document has and that is not written.
+struct TUNERDOCUMENTS_EXPORT Loss
+{
+    QString path; ///< of the member or item; empty for the document as a whole
+    QString before; ///< its content; empty if `what` describes it
+    QString after; ///< what is written instead
+    QString what; ///< "is lost"; null if `before` and `after` show it
+
+    /// On one line: "Node[id=gain]/...: 0.2567 becomes 0.26".
+    QString text() const;
 };
 
 /// A document in any form: the description of a tuner, and the form in which it was loaded.
@@ -68,6 +82,12 @@ public:
     /// all: an incomplete document has no snapshot that can be read back, XML no control characters, and JSON no
     /// unpaired surrogates.
     QByteArray toBytes(Form asForm, const QString &name) const;
+
+    /// What `bytes`, which toBytes() returned for that form, do not have although the document has it: numbers that
+    /// were rounded, texts that are null, members that have a value but are not set. Empty for JSON. At most `most` are
+    /// listed; `count` receives the number of all unless it is null.
+    QVector<Loss> lossesIn(const QByteArray &bytes, Form asForm, int most = std::numeric_limits<int>::max(),
+                           qint64 *count = nullptr) const;
 
     /// Writes the document to a file, atomically: the file is complete or unchanged, see REPORTGENERATOR::SaveFile().
     /// Throws what toBytes() throws, and DocumentError if the file cannot be written.

@@ -12,18 +12,6 @@
 
 namespace TunerDocuments {
 
-/// Something that a document has and that would not be written.
-struct TUNERDOCUMENTS_EXPORT Loss
-{
-    QString path; ///< of the member or item; empty for the document as a whole
-    QString before; ///< its content; empty if `what` describes it
-    QString after; ///< what would be written instead
-    QString what; ///< "7 comments"; null if `before` and `after` show it
-
-    /// On one line: "Node[id=gain]/...: 0.2567 would become 0.26".
-    QString text() const;
-};
-
 /// Changes a document that was loaded, and keeps everything else of it.
 ///
 /// XML is edited in place: only the bytes of the values concerned change. Comments, layout, order, encoding, line ends,

@@ -52,7 +52,7 @@ ExitStatus run(const QByteArrayList &arguments)
     try {
         return runCommandLine(arguments);
     } catch (const std::bad_alloc &) {
-        Console::printError(QStringLiteral("out of memory"));
+        Console::printOutOfMemory();
     } catch (const std::exception &e) {
         Console::printError(QString::fromUtf8(e.what()));
     }

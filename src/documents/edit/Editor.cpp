@@ -65,14 +65,6 @@ bool isSameStep(const Step &left, const Step &right)
 
 } // namespace
 
-QString Loss::text() const
-{
-    const QString where = path.isEmpty() ? QString() : path + QStringLiteral(": ");
-    return where
-        + (what.isNull() ? QStringLiteral("%1 would become %2").arg(before, after)
-                         : what + QStringLiteral(" would be lost"));
-}
-
 class Editor::Private
 {
 public:
@@ -172,15 +164,12 @@ public:
         if (m_xml)
             return result;
         const LoadOptions options{m_document.form, std::numeric_limits<int>::max()};
-        const Document written = Document::fromBytes(m_document.toBytes(m_document.form, m_name), m_name, options);
-        findDifferences(m_document.tuner, written.tuner, [&](const Difference &difference) {
-            result.append({difference.path, difference.before, difference.after, QString()});
-        });
+        result = m_document.lossesIn(m_document.toBytes(m_document.form, m_name), m_document.form);
         if (hasUnknownContent(options))
             result.append({QString(), QString(), QString(),
                            m_document.form == Form::Xml
-                               ? QStringLiteral("comments, layout and content that the model does not have")
-                               : QStringLiteral("records that the model does not have")});
+                               ? QStringLiteral("comments, layout and content that the model does not have are lost")
+                               : QStringLiteral("content that the model does not have is lost")});
         return result;
     }
 

@@ -7,6 +7,7 @@
 
 #include <reportbase/SaveFile.h>
 
+#include <tunerdocuments/Diff.h>
 #include <tunerdocuments/DocumentError.h>
 
 #include "documents/json/JsonForm.h"
@@ -234,12 +235,24 @@ bool readsBackUnchanged(const QByteArray &snapshot)
     return source.status() == QDataStream::Ok && again == snapshot;
 }
 
-QByteArray snapshotOf(const TunerProperties &tuner, const QString &name)
+QByteArray plainSnapshotOf(const TunerProperties &tuner)
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     prepare(stream);
     tuner.GetVersionSpecificBinaryWithoutValidation(stream);
+    return bytes;
+}
+
+/// The description in a document that was written, which is complete.
+TunerProperties readBack(const QByteArray &bytes, Form form)
+{
+    return Document::fromBytes(bytes, QString(), {form, std::numeric_limits<int>::max()}).tuner;
+}
+
+QByteArray snapshotOf(const TunerProperties &tuner, const QString &name)
+{
+    const QByteArray bytes = plainSnapshotOf(tuner);
     if (!readsBackUnchanged(bytes))
         throw DocumentError(name
                             + QStringLiteral(": cannot write a snapshot that reads back unchanged, since the document "
@@ -314,6 +327,34 @@ QByteArray Document::toBytes(Form asForm, const QString &name) const
         throw DocumentError(name + QStringLiteral(": ") + why.mid(why.indexOf(QLatin1String(": ")) + 2));
     }
     return bytes;
+}
+
+QString Loss::text() const
+{
+    const QString where = path.isEmpty() ? QString() : path + QStringLiteral(": ");
+    return where + (what.isNull() ? QStringLiteral("%1 becomes %2").arg(before, after) : what);
+}
+
+QVector<Loss> Document::lossesIn(const QByteArray &bytes, Form asForm, int most, qint64 *count) const
+{
+    QVector<Loss> losses;
+    qint64 all = 0;
+    const TunerProperties written = readBack(bytes, asForm);
+    // Comparing items by their identity takes longer than writing them, and there is mostly no difference.
+    if (asForm != Form::Json && plainSnapshotOf(written) != plainSnapshotOf(tuner)) {
+        findDifferences(tuner, written, [&](const Difference &difference) {
+            if (all++ >= most)
+                return;
+            const bool isChange = difference.kind == Difference::Changed;
+            const QString what = difference.kind == Difference::Removed ? QStringLiteral("is lost")
+                : difference.kind == Difference::Added                  ? QStringLiteral("appears")
+                                                                        : QStringLiteral("is moved");
+            losses.append({difference.path, difference.before, difference.after, isChange ? QString() : what});
+        });
+    }
+    if (count)
+        *count = all;
+    return losses;
 }
 
 void Document::save(const QString &path, Form asForm) const

@@ -86,6 +86,28 @@ Json problemJson(const TunerDocuments::Finding &finding)
     return json;
 }
 
+Json lossJson(const TunerDocuments::Loss &loss)
+{
+    Json json = Json::emptyObject();
+    json.insert("path", loss.path.toUtf8());
+    json.insert("before", loss.before.toUtf8());
+    json.insert("after", loss.after.toUtf8());
+    return json;
+}
+
+/// "FILE: PATH: 0.2567 becomes 0.26" for each loss that is kept, and a last line with the total if there are more.
+QStringList lossLines(const Outcome &outcome)
+{
+    const QString file = outcome.output.shown() + QStringLiteral(": ");
+    QStringList lines;
+    for (const TunerDocuments::Loss &loss : outcome.losses)
+        lines.append(file + loss.text());
+    if (outcome.lossCount > lines.size())
+        lines.append(
+            file + QStringLiteral("%1 losses; only the first %2 are listed").arg(outcome.lossCount).arg(lines.size()));
+    return lines;
+}
+
 QString statusWord(FileStatus status, const QString &doneStatus)
 {
     switch (status) {
@@ -126,6 +148,13 @@ QByteArray jsonOf(const Outcome &outcome, const QString &doneStatus)
         problems.append(problemJson(finding));
     json.insert("problems", std::move(problems));
     json.insert("problemCount", outcome.findings.count());
+    if (!outcome.output.isEmpty()) {
+        Json losses = Json::emptyList();
+        for (const TunerDocuments::Loss &loss : outcome.losses)
+            losses.append(lossJson(loss));
+        json.insert("losses", std::move(losses));
+        json.insert("lossCount", outcome.lossCount);
+    }
     json.insert("error", textOrNull(outcome.error));
     return JsonText::compact(json);
 }
@@ -195,6 +224,8 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
     Result result{outcome.status, {}, {}};
     if (!m_settings.quiet && !outcome.note.isNull())
         result.errors.append(outcome.note);
+    if (!m_settings.quiet && !m_settings.json)
+        result.errors += lossLines(outcome);
     if (m_settings.json) {
         result.lines = jsonOf(outcome, doneStatus) + '\n';
         return result;

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVector>
 
+#include <tunerdocuments/Document.h>
 #include <tunerdocuments/Finding.h>
 
 #include "console/Console.h"
@@ -35,6 +36,8 @@ struct Outcome
     FileStatus status = FileStatus::Done;
     TunerDocuments::Findings findings;
     QString note; ///< for standard error, unless quiet
+    QVector<TunerDocuments::Loss> losses; ///< what the output does not have; as many as problems are listed
+    qint64 lossCount = 0;
     QString error; ///< why it is unreadable or unwritable
 };
 

@@ -26,6 +26,16 @@ const Option &noValidate()
     return option;
 }
 
+const Option &exact()
+{
+    static const Option option{{QStringLiteral("exact")},
+                               QStringLiteral("Do not convert a document that the form cannot hold exactly."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
 const Option &outDir()
 {
     static const Option option{{QStringLiteral("out-dir")},
@@ -48,6 +58,7 @@ struct Plan
     int problemLimit = 0;
     Form to = Form::Xml;
     bool validate = true;
+    bool isExact = false;
 };
 
 /// The name of the output in the folder.
@@ -125,6 +136,11 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
     file.document.tuner.SetValidate(plan.validate);
     try {
         const QByteArray bytes = file.document.toBytes(plan.to, output.shown());
+        outcome.losses = file.document.lossesIn(bytes, plan.to, plan.problemLimit, &outcome.lossCount);
+        if (plan.isExact && outcome.lossCount > 0) {
+            outcome.status = FileStatus::Problems;
+            return outcome;
+        }
         Output::writeWhole(output, bytes, plan.outputKinds, done);
         outcome.note = Options::expansionNote(bytes, output.shown());
     } catch (const FileFailure &failure) {
@@ -142,6 +158,7 @@ ExitStatus run(const Invocation &invocation)
     plan.loading = Options::loading(invocation);
     plan.problemLimit = batch.problemLimit();
     plan.validate = !invocation.isSet(noValidate());
+    plan.isExact = invocation.isSet(exact());
     if (invocation.isSet(outDir()))
         planManyFiles(plan, invocation);
     else
@@ -163,16 +180,23 @@ Command convertCommand()
     command.details = QStringList{
         QStringLiteral("An output is written completely or not at all. A document with problems is not converted; the "
                        "problems are written to standard error."),
+        QStringLiteral("XML and tagged records have numbers with two decimals, and no null texts. What the output does "
+                       "not have is listed on standard error; --exact makes it an error. Comments of an XML document "
+                       "are not a part of what is converted."),
         QStringLiteral("With --out-dir, any number of files are converted, several at once. A file that fails does not "
                        "stop the others. If two inputs would have the same output, nothing is written. A summary "
                        "follows on standard error."),
         QStringLiteral(
             "With --json, each line is a JSON object for one file, with \"file\", \"output\", \"status\" "
             "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
-            "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\".")};
-    command.options = {Options::from(),         Options::to(),          outDir(),        noValidate(),
-                       Options::jobs(),         Options::quiet(),       Options::json(), Options::maxProblems(),
-                       Options::maxExpansion(), Options::specialFiles()};
+            "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\". \"losses\" "
+            "lists "
+            "what the output does not have, each with \"path\", \"before\" and \"after\"; \"lossCount\" is their "
+            "total.")};
+    command.options = {
+        Options::from(),        Options::to(),    outDir(),        noValidate(),           exact(),
+        Options::jobs(),        Options::quiet(), Options::json(), Options::maxProblems(), Options::maxExpansion(),
+        Options::specialFiles()};
     command.examples = {
         {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Write the compressed form.")},
         {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Write XML to standard output.")},

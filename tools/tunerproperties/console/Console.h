@@ -36,6 +36,9 @@ void writeEscaped(const QByteArray &bytes);
 /// Writes one line to standard error, prefixed with the name of the program.
 void printError(const QString &text);
 
+/// The same for "out of memory", without allocating any.
+void printOutOfMemory() noexcept;
+
 /// Whether standard output is a terminal.
 bool standardOutputIsTerminal();
 
