@@ -11,6 +11,7 @@
 #include "batch/InOrder.h"
 #include "batch/Progress.h"
 #include "console/Interruption.h"
+#include "documents/Forms.h"
 #include "documents/JsonText.h"
 #include "text/Printable.h"
 
@@ -77,7 +78,9 @@ void insertName(Json &json, const QByteArray &key, const FileName &name)
 Json problemJson(const Finding &finding)
 {
     Json path;
-    if (!finding.hasLocation()) {
+    if (!finding.memberPath.isEmpty()) {
+        path = finding.memberPath.toUtf8();
+    } else if (!finding.hasLocation()) {
         path = Json::emptyList();
         for (const QString &step : finding.path)
             path.append(step.toUtf8());
@@ -180,6 +183,10 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
             tally.add(FileStatus::Done);
             isCounted = true;
         });
+    } catch (const InvalidContent &content) {
+        outcome = {};
+        outcome.status = FileStatus::Problems;
+        outcome.findings = content.problems();
     } catch (const FileFailure &failure) {
         failed(failure.text());
     } catch (const std::bad_alloc &) {

@@ -34,7 +34,8 @@ Command validateCommand()
     command.summary = QStringLiteral("List the problems of documents, one per line.");
     command.details = QStringList{
         QStringLiteral("A problem is reported with its line and column if only the XML reader can find it, otherwise "
-                       "with the path of the object. There is no output for a valid document."),
+                       "with the path of the object. If JSON is not a document, each reason is a problem with line, "
+                       "column and path. There is no output for a valid document."),
         QStringLiteral("The first 100 problems of a document are listed, followed by their total if there are more. "
                        "The label of an object in a path is shortened if it is long, and then includes the position of "
                        "the object: Component 3 \"abc...\" is what 'get FILE Component[3]' shows in full."),
@@ -43,7 +44,8 @@ Command validateCommand()
                        "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (their "
                        "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (the "
                        "objects from the outermost to the one with the problem), \"line\", \"column\" and \"message\"; "
-                       "either path or line and column are null. There is no summary. A \"file\" that is not UTF-8 is "
+                       "either path or line and column are null. If JSON is not a document, path is the text that "
+                       "'get' takes, or null for the document itself. There is no summary. A \"file\" that is not UTF-8 is "
                        "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
     command.options = {Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
                        Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};

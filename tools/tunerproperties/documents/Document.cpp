@@ -7,5 +7,5 @@ Document::Document(const FileName &name, const Reading &reading, const JobXml::P
     if (form == Form::Tagged || form == Form::Compressed)
         Forms::checkExpansion(input, reading.maxExpansion);
     tuner.SetValidate(false);
-    Forms::load(tuner, input, form, visitor);
+    Forms::load(tuner, input, form, visitor, reading.maxProblems);
 }

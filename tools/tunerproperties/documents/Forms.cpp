@@ -109,13 +109,19 @@ void loadByLibrary(TunerProperties &document, Input &input, Form form, const Pro
         throw FileFailure(document.GetErrorString().isNull() ? failure : document.GetErrorString());
 }
 
-void loadJson(TunerProperties &document, Input &input)
+void loadJson(TunerProperties &document, Input &input, int maxProblems)
 {
-    try {
-        JsonForm::read(document, input.bytes());
-    } catch (const JsonFailure &failure) {
-        throw FileFailure(failure.text(input.shownName()));
-    }
+    Findings problems(maxProblems);
+    const auto visitor = [&](const JsonProblem &problem) {
+        if (problem.isUnreadable)
+            throw FileFailure(findingOf(problem).text(input.shownName()));
+        problems.add(problem);
+    };
+    const qint64 count = JsonForm::read(document, input.bytes(), visitor, maxProblems);
+    if (count == 0)
+        return;
+    problems.countUnlisted(count - problems.count());
+    throw InvalidContent(input.shownName(), std::move(problems));
 }
 
 void loadSnapshot(TunerProperties &document, Input &input)
@@ -167,6 +173,12 @@ qint64 expandedSize(const QByteArray &head)
 }
 
 } // namespace
+
+InvalidContent::InvalidContent(const QString &fileName, Findings problems)
+    : std::runtime_error(problems.lines(fileName, {}).join(QLatin1Char('\n')).toStdString()), m_fileName(fileName),
+      m_problems(std::move(problems))
+{
+}
 
 namespace Forms {
 
@@ -255,7 +267,7 @@ int expansionOf(const QByteArray &bytes)
     return expanded == 0 ? 0 : int((expanded - 1) / bytes.size() + 1);
 }
 
-void load(TunerProperties &document, Input &input, Form form, const ProblemVisitor &visitor)
+void load(TunerProperties &document, Input &input, Form form, const ProblemVisitor &visitor, int maxProblems)
 {
     switch (form) {
     case Form::Xml:
@@ -267,7 +279,7 @@ void load(TunerProperties &document, Input &input, Form form, const ProblemVisit
         loadSnapshot(document, input);
         break;
     case Form::Json:
-        loadJson(document, input);
+        loadJson(document, input, maxProblems);
         break;
     }
     input.check();
@@ -292,11 +304,9 @@ bool readBack(TunerProperties &document, QByteArray bytes, Form form)
             return stream.status() == QDataStream::Ok;
         }
         case Form::Json:
-            JsonForm::read(document, bytes);
-            return true;
+            return JsonForm::read(document, bytes) == 0;
         }
     } catch (const ReportException &) {
-    } catch (const JsonFailure &) {
     }
     return false;
 }

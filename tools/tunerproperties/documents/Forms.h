@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <stdexcept>
 
 #include <QByteArray>
 #include <QString>
@@ -10,6 +11,7 @@
 #include <jobxml/TunerProperties.h>
 
 #include "documents/Input.h"
+#include "documents/Validate.h"
 
 /// The forms of a document in a file.
 enum class Form {
@@ -18,6 +20,21 @@ enum class Form {
     Compressed,
     Snapshot,
     Json,
+};
+
+/// A file contains JSON, which is not a document.
+class InvalidContent : public std::runtime_error
+{
+public:
+    /// The problems are those of the file, which is shown under that name.
+    InvalidContent(const QString &fileName, Findings problems);
+
+    const QString &fileName() const { return m_fileName; }
+    const Findings &problems() const { return m_problems; }
+
+private:
+    QString m_fileName;
+    Findings m_problems;
 };
 
 namespace Forms {
@@ -52,10 +69,13 @@ void checkExpansion(Input &input, int times);
 int expansionOf(const QByteArray &bytes);
 
 /// Reads the document once, without validating, and calls `visitor` with everything that a validating reader or a
-/// writer would refuse; without a visitor, nothing of that is looked for. The document must not validate. Throws
-/// FileFailure if the file does not contain a document in this form. Tagged and compressed documents are read in the
-/// same way.
-void load(JobXml::TunerProperties &document, Input &input, Form form, const JobXml::ProblemVisitor &visitor = {});
+/// writer would refuse; without a visitor, nothing of that is looked for. The document must not validate. Tagged and
+/// compressed documents are read in the same way.
+///
+/// Throws FileFailure if the file does not contain a document in this form, and InvalidContent for JSON that is not a
+/// document, with at most that many problems listed; the document is unchanged then.
+void load(JobXml::TunerProperties &document, Input &input, Form form, const JobXml::ProblemVisitor &visitor = {},
+          int maxProblems = Findings::usualMost);
 
 /// Reads the document from bytes that compose() has returned. Returns false if that fails.
 bool readBack(JobXml::TunerProperties &document, QByteArray bytes, Form form);

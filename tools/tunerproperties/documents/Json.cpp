@@ -15,13 +15,13 @@ auto memberOf(Members &members, const QByteArray &key)
 } // namespace
 
 Json::Json() = default;
-Json::Json(bool value) : m_value(value) { }
-Json::Json(int value) : m_value(qint64(value)) { }
-Json::Json(qint64 value) : m_value(value) { }
-Json::Json(quint64 value) : m_value(value) { }
-Json::Json(double value) : m_value(value) { }
-Json::Json(const QByteArray &text) : m_value(text) { }
-Json::Json(const char *text) : m_value(QByteArray(text)) { }
+Json::Json(bool value) : JsonVariant(value) { }
+Json::Json(int value) : JsonVariant(qint64(value)) { }
+Json::Json(qint64 value) : JsonVariant(value) { }
+Json::Json(quint64 value) : JsonVariant(value) { }
+Json::Json(double value) : JsonVariant(value) { }
+Json::Json(const QByteArray &text) : JsonVariant(text) { }
+Json::Json(const char *text) : JsonVariant(QByteArray(text)) { }
 Json::Json(Json &&other) noexcept = default;
 Json &Json::operator=(Json &&other) noexcept = default;
 Json::~Json() = default;
@@ -29,14 +29,14 @@ Json::~Json() = default;
 Json Json::emptyList()
 {
     Json list;
-    list.m_value = std::make_unique<List>();
+    list.variant() = std::make_unique<List>();
     return list;
 }
 
 Json Json::emptyObject()
 {
     Json object;
-    object.m_value = std::make_unique<Object>();
+    object.variant() = std::make_unique<Object>();
     return object;
 }
 
@@ -47,12 +47,12 @@ bool Json::isEmpty() const
 
 Json &Json::append(Json &&value)
 {
-    return std::get<std::unique_ptr<List>>(m_value)->emplace_back(std::move(value));
+    return std::get<std::unique_ptr<List>>(variant())->emplace_back(std::move(value));
 }
 
 Json &Json::insert(const QByteArray &key, Json &&value)
 {
-    return std::get<std::unique_ptr<Object>>(m_value)->emplace_back(Member{key, std::move(value)}).value;
+    return std::get<std::unique_ptr<Object>>(variant())->emplace_back(Member{key, std::move(value)}).value;
 }
 
 const Json *Json::find(const QByteArray &key) const
@@ -63,7 +63,7 @@ const Json *Json::find(const QByteArray &key) const
 
 std::optional<Json> Json::take(const QByteArray &key)
 {
-    Object &all = *std::get<std::unique_ptr<Object>>(m_value);
+    Object &all = *std::get<std::unique_ptr<Object>>(variant());
     const auto found = memberOf(all, key);
     if (found == all.end())
         return {};

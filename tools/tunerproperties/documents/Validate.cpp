@@ -3,6 +3,8 @@
 
 #include <jobxml/Visit.h>
 
+#include "documents/JsonForm.h"
+
 using JobXml::Problem;
 
 namespace {
@@ -67,10 +69,19 @@ Finding findingOf(const Problem &problem)
     return result;
 }
 
+Finding findingOf(const JsonProblem &problem)
+{
+    Finding result{{}, problem.line, problem.column, problem.message};
+    result.steps = problem.steps;
+    result.memberPath = problem.path;
+    return result;
+}
+
 QString Finding::text(const QString &fileName) const
 {
     if (hasLocation())
-        return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column) + message;
+        return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column)
+            + (memberPath.isEmpty() ? QString() : memberPath + QStringLiteral(": ")) + message;
     const QString where = path.isEmpty() ? QString() : path.join(QStringLiteral(" / ")) + QStringLiteral(": ");
     return fileName + QStringLiteral(": ") + where + message;
 }
@@ -99,6 +110,18 @@ void Findings::add(const Problem &problem)
     ++list.count;
 }
 
+void Findings::add(const JsonProblem &problem)
+{
+    if (m_problems.listed.size() < m_most)
+        m_problems.listed.append(findingOf(problem));
+    ++m_problems.count;
+}
+
+QString Findings::howToListMore()
+{
+    return QStringLiteral("; use --max-problems to list more");
+}
+
 QString countText(qint64 count, int listed)
 {
     if (listed == 1)
@@ -106,13 +129,12 @@ QString countText(qint64 count, int listed)
     return QStringLiteral("%1 problems; only the first %2 are listed").arg(count).arg(listed);
 }
 
-QStringList Findings::lines(const QString &fileName) const
+QStringList Findings::lines(const QString &fileName, const QString &ifThereAreMore) const
 {
     QStringList result;
     for (const Finding &finding : listed())
         result.append(finding.text(fileName));
     if (count() > listed().size())
-        result.append(fileName + QStringLiteral(": ") + countText(count(), listed().size())
-                      + QStringLiteral("; use --max-problems to list more"));
+        result.append(fileName + QStringLiteral(": ") + countText(count(), listed().size()) + ifThereAreMore);
     return result;
 }

@@ -8,8 +8,10 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// A reason why a document is invalid. It has either a location in an XML file, line and column counted from 1, or a
-/// path in the document, which is empty for the document itself.
+struct JsonProblem;
+
+/// A reason why a document is invalid. It has either a location in a file, line and column counted from 1, or a path in
+/// the document, which is empty for the document itself; in JSON that is not a document, it has both.
 struct Finding
 {
     QStringList path;
@@ -17,16 +19,20 @@ struct Finding
     int column = 0;
     QString message;
     QVector<JobXml::Step> steps = {}; ///< the path, for programs
+    QString memberPath = {}; ///< in JSON: the path of the member, see Paths; empty for the document itself
 
     bool hasLocation() const { return line > 0; }
 
-    /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
+    /// "FILE:LINE:COLUMN: message", "FILE: PATH: message" or "FILE:LINE:COLUMN: PATH: message"
     QString text(const QString &fileName) const;
 };
 
 /// A problem with label and message shortened if they are long: many problems may have the same long label. A shortened
 /// label includes the position of the object. A problem with a location has no path.
 Finding findingOf(const JobXml::Problem &problem);
+
+/// The same for a problem in JSON, whose texts are short.
+Finding findingOf(const JsonProblem &problem);
 
 /// Recognizes what a reader refuses although the document then has it: incomplete items of lists.
 class KeptItems
@@ -52,6 +58,8 @@ QString countText(qint64 count, int listed);
 class Findings
 {
 public:
+    static constexpr int usualMost = 100;
+
     Findings() = default;
     /// Keeps at most that many.
     explicit Findings(int most) : m_most(most) { }
@@ -59,6 +67,12 @@ public:
     /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
     /// XML never holds them.
     void add(const JobXml::Problem &problem);
+
+    /// Counts a problem in JSON.
+    void add(const JsonProblem &problem);
+
+    /// Counts problems that are known only by their number.
+    void countUnlisted(qint64 number) { m_problems.count += number; }
 
     /// Adds problems, as long as this object exists.
     JobXml::ProblemVisitor collector()
@@ -70,8 +84,11 @@ public:
     qint64 count() const { return shown().count; }
     bool isEmpty() const { return count() == 0; }
 
+    /// What the user of a command with that option can do if not all problems are listed.
+    static QString howToListMore();
+
     /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more.
-    QStringList lines(const QString &fileName) const;
+    QStringList lines(const QString &fileName, const QString &ifThereAreMore = howToListMore()) const;
 
 private:
     struct List

@@ -23,7 +23,23 @@ public:
 /// second of those. docs/paths.md describes them.
 namespace Paths {
 
-/// The steps to all items of a list, each of which is unique. An item with a long identity is selected by its position.
+/// The steps to the items of a list, each of which is unique. An item with a long identity is selected by its position.
+class ItemSteps
+{
+public:
+    /// The items have these identities, see identityOf().
+    ItemSteps(const QString &list, QVector<QString> identities);
+
+    /// The step to the item at that index, counted from 0.
+    QString at(int index) const;
+
+private:
+    QString m_list;
+    QVector<QString> m_identities; ///< null if the item is selected by its position
+    QVector<int> m_positions; ///< from 1; 0 if the identity is unique
+};
+
+/// The steps to all items of a list.
 QStringList stepsTo(const JobXml::MemberView &list);
 
 /// The identity of an object among its siblings: "type=Filter,name=Pre". Null if a text of it is missing. Values are
