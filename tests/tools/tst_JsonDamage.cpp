@@ -4,7 +4,7 @@
 
 #include "damage/CompactDocument.h"
 #include "documents/JsonForm.h"
-#include "documents/TextLocation.h"
+#include "text/TextLocation.h"
 
 using JobXml::TunerProperties;
 
@@ -45,7 +45,7 @@ struct Sweep
     QString wrong = {};
 };
 
-/// What is wrong with a problem after the one before; null if nothing is.
+/// The error in a problem that follows another one; null if it is right.
 QString wrongProblem(const JsonProblem &problem, const JsonProblem &before, TextLocation end)
 {
     const auto isBefore = [](int line, int column, int otherLine, int otherColumn) {

@@ -40,13 +40,14 @@ Command validateCommand()
                        "The label of an object in a path is shortened if it is long, and then includes the position of "
                        "the object: Component 3 \"abc...\" is what 'get FILE Component[3]' shows in full."),
         QStringLiteral("Several files are processed at once and reported in order, with a summary on standard error."),
-        QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" (\"valid\", "
-                       "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (their "
-                       "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (the "
-                       "objects from the outermost to the one with the problem), \"line\", \"column\" and \"message\"; "
-                       "either path or line and column are null. If JSON is not a document, path is the text that "
-                       "'get' takes, or null for the document itself. There is no summary. A \"file\" that is not UTF-8 is "
-                       "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
+        QStringLiteral(
+            "With --json, each line is a JSON object for one file, with \"file\", \"status\" (\"valid\", "
+            "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (their "
+            "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (the "
+            "objects from the outermost to the one with the problem), \"line\", \"column\" and \"message\"; "
+            "either path or line and column are null. If JSON is not a document, path is the text that "
+            "'get' takes, or null for the document itself. There is no summary. A \"file\" that is not UTF-8 is "
+            "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
     command.options = {Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
                        Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
     command.examples = {{QStringLiteral("validate receiver.xml"), QStringLiteral("List the problems of a document.")},

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <variant>
 #include <vector>
 
@@ -59,8 +58,8 @@ public:
     /// The value, which must be of that type. Numbers are converted by static_cast.
     bool toBoolean() const { return std::get<bool>(variant()); }
     const QByteArray &text() const { return std::get<QByteArray>(variant()); }
-    const List &items() const { return *std::get<std::unique_ptr<List>>(variant()); }
-    const Object &members() const { return *std::get<std::unique_ptr<Object>>(variant()); }
+    const List &items() const;
+    const Object &members() const;
     template <class T>
     T toNumber() const
     {
@@ -82,9 +81,6 @@ public:
 
     /// The value of that key in an object; null if there is none.
     const Json *find(const QByteArray &key) const;
-
-    /// Removes that member from an object, and returns its value.
-    std::optional<Json> take(const QByteArray &key);
 
     /// \name Its place in the text that it was read from
     /// Offsets in bytes; all are 0 for a value that was not read from a text.
@@ -109,6 +105,24 @@ private:
     const JsonVariant &variant() const { return *this; }
     JsonVariant &variant() { return *this; }
 
+    /// A list or an object without content has allocated nothing: a text may have one for every three bytes.
+    template <class Content>
+    const Content &contentOf() const
+    {
+        static const Content none;
+        const auto &content = std::get<std::unique_ptr<Content>>(variant());
+        return content ? *content : none;
+    }
+
+    template <class Content>
+    Content &contentToChange()
+    {
+        auto &content = std::get<std::unique_ptr<Content>>(variant());
+        if (!content)
+            content = std::make_unique<Content>();
+        return *content;
+    }
+
     template <class T>
     bool is() const
     {
@@ -125,3 +139,13 @@ struct JsonMember
     QByteArray key;
     Json value;
 };
+
+inline const JsonList &Json::items() const
+{
+    return contentOf<List>();
+}
+
+inline const JsonObject &Json::members() const
+{
+    return contentOf<Object>();
+}

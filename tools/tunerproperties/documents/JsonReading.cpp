@@ -14,10 +14,10 @@
 
 #include <jobxml/StringItem.h>
 
-#include "documents/TextLocation.h"
 #include "members/Paths.h"
 #include "members/ValueText.h"
 #include "text/Suggestion.h"
+#include "text/TextLocation.h"
 
 using namespace JobXml;
 
@@ -305,7 +305,7 @@ struct Place
 struct Where
 {
     const Place &place;
-    QString member = {};
+    QLatin1String member{nullptr};
 };
 
 /// Reads a document, twice if it has problems: their paths contain what identifies the items, which may follow in the
@@ -365,8 +365,8 @@ private:
         problem.line = location.line;
         problem.column = location.column;
         problem.steps = where.place.steps();
-        problem.member = where.member;
-        problem.path = where.place.pathTo(where.member);
+        problem.member = QString(where.member);
+        problem.path = where.place.pathTo(problem.member);
         (*m_visitor)(problem);
     }
 
@@ -389,17 +389,15 @@ private:
                [&] { return quoted(json) + QStringLiteral(" is out of range; expected ") + rangeOf<T>(); });
     }
 
-    /// The beginning of a text, for messages, which show less of it.
-    static QString beginning(const QByteArray &utf8)
-    {
-        constexpr int most = 400;
-        return JsonText::toString(utf8.left(most));
-    }
+    static constexpr int mostShown = 400; // bytes of a text, of which a message shows less
 
-    /// A number, for example, as it is in the text.
+    static QString beginning(const QByteArray &utf8) { return JsonText::toString(utf8.left(mostShown)); }
+
+    /// The value as it is in the text, a number for example; the beginning of a long one.
     QString source(const Json &json) const
     {
-        return beginning(m_text.mid(int(json.textBegin()), int(json.textEnd() - json.textBegin()))).simplified();
+        const int size = std::min(int(json.textEnd() - json.textBegin()), mostShown);
+        return JsonText::toString(m_text.mid(int(json.textBegin()), size)).simplified();
     }
 
     QString quoted(const Json &json) const

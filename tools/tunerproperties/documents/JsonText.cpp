@@ -8,9 +8,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "documents/TextLocation.h"
 #include "members/ValueText.h"
 #include "text/Printable.h"
+#include "text/TextLocation.h"
 
 using Parser = nlohmann::json;
 
@@ -402,11 +402,12 @@ QString toString(const QByteArray &utf8)
 {
     // Qt does not treat a byte order mark at the beginning as a part of the text; in a JSON string it is one.
     constexpr int markSize = 3;
-    int marks = 0;
-    while (std::strncmp(utf8.constData() + marks * markSize, byteOrderMark, markSize) == 0)
-        ++marks;
-    const QString rest = QString::fromUtf8(utf8.constData() + marks * markSize, utf8.size() - marks * markSize);
-    return marks == 0 ? rest : QString(marks, QChar(QChar::ByteOrderMark)) + rest;
+    const char *rest = utf8.constData();
+    QString marks;
+    for (; std::strncmp(rest, byteOrderMark, markSize) == 0; rest += markSize)
+        marks += QChar(QChar::ByteOrderMark);
+    const QString text = QString::fromUtf8(rest, int(utf8.constEnd() - rest));
+    return marks.isEmpty() ? text : marks + text;
 }
 
 QString shortened(const QString &text)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "documents/TextLocation.h"
+#include "text/TextLocation.h"
 
 namespace {
 
