@@ -30,6 +30,7 @@ private Q_SLOTS:
     void valuesKnowTheirPlacesInTheText();
     void valuesThatWereNotReadHaveNoPlace();
     void locationsAreThoseThatPeopleCount();
+    void everyMemberOfADocumentIsFoundInItsText();
     void problemsHaveTheirPlacesInTextAndDocument();
     void textThatIsNotJsonIsOneUnreadableProblem();
     void problemsBeyondTheMostAreCounted();
@@ -356,6 +357,72 @@ void JsonFormTest::locationsAreThoseThatPeopleCount()
     QCOMPARE(at(15), QStringLiteral("4:1"));
     QCOMPARE(at(16), QStringLiteral("4:2")); // the end
     QCOMPARE(at(5), QStringLiteral("1:2")); // back again
+}
+
+namespace {
+
+/// Looks up the members of a document in the text from which it was read.
+class MembersInText
+{
+public:
+    explicit MembersInText(const QByteArray &text) : m_text(text), m_whole(JsonText::parse(text)) { }
+
+    void check(const JobXml::DataObject &object, const QVector<JobXml::Step> &steps, int &found) const
+    {
+        JobXml::visit(object, [&](const JobXml::MemberView &member) {
+            const Json *const value = JsonForm::valueAt(m_whole, steps + QVector{JobXml::Step{member.GetName(), -1}});
+            if (!value && member.IsSet())
+                qFatal("%s is not found", member.GetName().data());
+            if (!value)
+                return;
+            ++found;
+            const QByteArray itself = m_text.mid(int(value->textBegin()), int(value->textEnd() - value->textBegin()));
+            QCOMPARE(JsonText::compact(JsonText::parse(itself)), JsonText::compact(JsonForm::ofMember(member)));
+            const bool isList = member.GetKind() == JobXml::MemberKind::ObjectList;
+            for (int i = 0; i < member.GetSize(); ++i)
+                check(member.GetChild(i), steps + QVector{JobXml::Step{member.GetName(), isList ? i : -1}}, found);
+        });
+    }
+
+private:
+    const QByteArray m_text;
+    const Json m_whole;
+};
+
+} // namespace
+
+void JsonFormTest::everyMemberOfADocumentIsFoundInItsText()
+{
+    const QByteArray text = R"({"$schema": "s", "TunerProperties": {"Component": [ {}, {"Node" : [{"id": "n\u0031"}]}],
+        "unset": {"name":  "x", "StartupModes": {"StartupMode": ["DF"]}}}})";
+    const Json whole = JsonText::parse(text);
+    const auto at = [&](const QVector<JobXml::Step> &steps) {
+        const Json *const value = JsonForm::valueAt(whole, steps);
+        const auto piece = [&](quint32 begin, quint32 end) { return text.mid(int(begin), int(end - begin)); };
+        return value
+            ? piece(value->textBegin(), value->textEnd()) + " of " + piece(value->memberBegin(), value->textEnd())
+            : QByteArray();
+    };
+    const auto step = [](const char *member, int index = -1) { return JobXml::Step{QLatin1String(member), index}; };
+    QCOMPARE(at({step("Component", 1), step("Node", 0), step("id")}), QByteArray(R"("n\u0031" of "id": "n\u0031")"));
+    QCOMPARE(at({step("Component", 0)}), QByteArray("{} of {}"));
+    QCOMPARE(at({step("Component", 1), step("Node")}),
+             QByteArray(R"([{"id": "n\u0031"}] of "Node" : [{"id": "n\u0031"}])"));
+    QCOMPARE(at({step("name")}), QByteArray(R"("x" of "name":  "x")"));
+    QCOMPARE(at({step("StartupModes"), step("StartupMode")}), QByteArray(R"(["DF"] of "StartupMode": ["DF"])"));
+    QCOMPARE(at({step("type")}), QByteArray());
+    QCOMPARE(at({step("Component", 2)}), QByteArray());
+    QCOMPARE(at({step("name"), step("name")}), QByteArray());
+    QCOMPARE(at({step("name", 0)}), QByteArray());
+    QVERIFY(!JsonForm::valueAt(JsonText::parse("[]"), {}));
+
+    int found = 0;
+    for (int seed = 0; seed < 30; ++seed) {
+        const QByteArray json = someJson(seed);
+        const MembersInText members(json);
+        members.check(read(json), {}, found);
+    }
+    QVERIFY2(found > 500, qPrintable(QString::number(found)));
 }
 
 void JsonFormTest::problemsHaveTheirPlacesInTextAndDocument()

@@ -59,6 +59,11 @@ QByteArray compose(const JobXml::TunerProperties &document);
 [[nodiscard]] qint64 read(JobXml::TunerProperties &document, const QByteArray &utf8,
                           const JsonProblemVisitor &visitor = {}, qint64 most = std::numeric_limits<qint64>::max());
 
+/// The value of a member or an item of a list, in the JSON of a whole document that JsonText::parse() has returned;
+/// null if the JSON does not have it. It may be in "unset". Its place in the text is what an edit of the member
+/// replaces.
+const Json *valueAt(const Json &document, const QVector<JobXml::Step> &steps);
+
 /// The parts of a document: an object of the model, and the value of a member.
 Json ofObject(const JobXml::DataObject &object);
 Json ofMember(const JobXml::MemberView &member);
