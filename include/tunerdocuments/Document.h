@@ -10,12 +10,30 @@
 
 #include <jobxml/TunerProperties.h>
 
+#include <tunerdocuments/DocumentError.h>
 #include <tunerdocuments/Export.h>
+#include <tunerdocuments/Finding.h>
 #include <tunerdocuments/Form.h>
 
 class QFile;
 
 namespace TunerDocuments {
+
+/// A file contains JSON that is not a document. text() has a line for each of the problems that are listed.
+class TUNERDOCUMENTS_EXPORT InvalidContent : public DocumentError
+{
+public:
+    InvalidContent(const QString &name, const Findings &problems);
+    InvalidContent(const InvalidContent &other);
+    ~InvalidContent() override;
+
+    const QString &name() const { return m_name; } ///< of the document
+    const Findings &problems() const { return m_problems; } ///< with line, column and path, in the order of the text
+
+private:
+    QString m_name;
+    Findings m_problems;
+};
 
 /// How to load documents.
 struct LoadOptions
@@ -25,6 +43,8 @@ struct LoadOptions
     /// memory and time for a large one. Real documents shrink to a third, very regular ones to a thirtieth; documents
     /// made to exhaust memory shrink to a thousandth. The library never accepts more than 1,100 times.
     int maxExpansion = 50;
+    /// How many problems to list of JSON that is not a document; the others are counted.
+    int maxProblems = 100;
 };
 
 /// Something that a document has and that is not written.
@@ -47,7 +67,8 @@ struct TUNERDOCUMENTS_EXPORT Loss
 /// are not looked for.
 ///
 /// Loading throws DocumentError if there is no document that can be read: a file that cannot be opened or read, an
-/// unknown form, malformed XML or JSON, records whose lengths do not add up, a document that expands too far.
+/// unknown form, malformed XML or JSON, records whose lengths do not add up, a document that expands too far. JSON that is
+/// not a document throws InvalidContent.
 class TUNERDOCUMENTS_EXPORT Document
 {
 public:

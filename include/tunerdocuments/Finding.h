@@ -36,10 +36,10 @@ struct TUNERDOCUMENTS_EXPORT Finding
     int line = 0; ///< in the text of the document, counted from 1; 0 if unknown
     int column = 0; ///< in UTF-16 units, counted from 1; 0 if unknown
 
-    /// Whether line and column are known. There is no path then.
+    /// Whether line and column are known.
     bool hasLocation() const { return line > 0; }
 
-    /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
+    /// "FILE:LINE:COLUMN: PATH: message", without what is not known.
     QString text(const QString &fileName) const;
 };
 
@@ -77,6 +77,12 @@ public:
     /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
     /// XML never holds them.
     void add(const JobXml::Problem &problem);
+
+    /// Counts something else that was found.
+    void add(const Finding &finding);
+
+    /// Counts problems that are known only by their number.
+    void addUnlisted(qint64 number);
 
     /// Adds problems, as long as this object exists.
     JobXml::ProblemVisitor collector()

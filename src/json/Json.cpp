@@ -4,24 +4,14 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
-
-template <class Members>
-auto memberOf(Members &members, const QByteArray &key)
-{
-    return std::find_if(members.begin(), members.end(), [&](const Json::Member &member) { return member.key == key; });
-}
-
-} // namespace
-
 Json::Json() = default;
-Json::Json(bool value) : m_value(value) { }
-Json::Json(int value) : m_value(qint64(value)) { }
-Json::Json(qint64 value) : m_value(value) { }
-Json::Json(quint64 value) : m_value(value) { }
-Json::Json(double value) : m_value(value) { }
-Json::Json(const QByteArray &text) : m_value(text) { }
-Json::Json(const char *text) : m_value(QByteArray(text)) { }
+Json::Json(bool value) : JsonVariant(value) { }
+Json::Json(int value) : JsonVariant(qint64(value)) { }
+Json::Json(qint64 value) : JsonVariant(value) { }
+Json::Json(quint64 value) : JsonVariant(value) { }
+Json::Json(double value) : JsonVariant(value) { }
+Json::Json(const QByteArray &text) : JsonVariant(text) { }
+Json::Json(const char *text) : JsonVariant(QByteArray(text)) { }
 Json::Json(Json &&other) noexcept = default;
 Json &Json::operator=(Json &&other) noexcept = default;
 Json::~Json() = default;
@@ -29,14 +19,14 @@ Json::~Json() = default;
 Json Json::emptyList()
 {
     Json list;
-    list.m_value = std::make_unique<List>();
+    list.variant() = std::unique_ptr<List>();
     return list;
 }
 
 Json Json::emptyObject()
 {
     Json object;
-    object.m_value = std::make_unique<Object>();
+    object.variant() = std::unique_ptr<Object>();
     return object;
 }
 
@@ -47,27 +37,17 @@ bool Json::isEmpty() const
 
 Json &Json::append(Json &&value)
 {
-    return std::get<std::unique_ptr<List>>(m_value)->emplace_back(std::move(value));
+    return contentToChange<List>().emplace_back(std::move(value));
 }
 
 Json &Json::insert(const QByteArray &key, Json &&value)
 {
-    return std::get<std::unique_ptr<Object>>(m_value)->emplace_back(Member{key, std::move(value)}).value;
+    return contentToChange<Object>().emplace_back(Member{key, std::move(value)}).value;
 }
 
 const Json *Json::find(const QByteArray &key) const
 {
-    const auto found = memberOf(members(), key);
-    return found == members().end() ? nullptr : &found->value;
-}
-
-std::optional<Json> Json::take(const QByteArray &key)
-{
-    Object &all = *std::get<std::unique_ptr<Object>>(m_value);
-    const auto found = memberOf(all, key);
-    if (found == all.end())
-        return {};
-    std::optional<Json> value = std::move(found->value);
-    all.erase(found);
-    return value;
+    const Object &all = members();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Member &member) { return member.key == key; });
+    return found == all.end() ? nullptr : &found->value;
 }

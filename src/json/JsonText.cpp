@@ -2,7 +2,7 @@
 #include "json/JsonText.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstring>
 
 #include <QRegularExpression>
 
@@ -10,6 +10,7 @@
 
 #include "text/ExactNumber.h"
 #include "text/Printable.h"
+#include "text/TextLocation.h"
 
 using Parser = nlohmann::json;
 
@@ -44,6 +45,8 @@ constexpr std::size_t deepest = 64;
 constexpr std::size_t mostKeys = 256;
 
 constexpr int mostShown = 40; // characters of a text in a message
+
+constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
 /// The index of the token that a message of the parser quotes, or -1. The token follows these words, so its content
 /// cannot be mistaken for them; a number contains no words.
@@ -111,15 +114,18 @@ private:
 class Builder
 {
 public:
-    Builder(const QByteArray &text, const char *const &furthest) : m_text(text), m_furthest(furthest) { }
+    Builder(const QByteArray &text, const char *const &furthest)
+        : m_text(text), m_furthest(furthest), m_tokenEnd(text.constData() + (text.startsWith(byteOrderMark) ? 3 : 0))
+    {
+    }
 
     Json takeResult() { return std::move(m_result); }
 
     bool null() { return add(Json()); }
     bool boolean(bool value) { return add(Json(value)); }
-    bool number_integer(Parser::number_integer_t value) { return add(Json(qint64(value))); }
-    bool number_unsigned(Parser::number_unsigned_t value) { return add(Json(quint64(value))); }
-    bool number_float(Parser::number_float_t value, const std::string &) { return add(Json(value)); }
+    bool number_integer(Parser::number_integer_t value) { return addNumber(Json(qint64(value))); }
+    bool number_unsigned(Parser::number_unsigned_t value) { return addNumber(Json(quint64(value))); }
+    bool number_float(Parser::number_float_t value, const std::string &) { return addNumber(Json(value)); }
     bool string(const std::string &value) { return add(Json(QByteArray::fromStdString(value))); }
     bool binary(Parser::binary_t &) { return false; } // does not occur in text
     bool start_object(std::size_t) { return open(Json::emptyObject()); }
@@ -131,6 +137,8 @@ public:
     {
         const Json &object = *m_open.back();
         m_key = QByteArray::fromStdString(name);
+        m_keyBegin = nextToken();
+        m_tokenEnd = m_furthest;
         if (object.find(m_key))
             failHere(QStringLiteral("duplicate member '") + shortened(toString(m_key)) + QLatin1Char('\''));
         if (object.members().size() == mostKeys)
@@ -169,37 +177,63 @@ private:
 
     [[noreturn]] void fail(const char *at, const QString &message) const
     {
-        const char *const begin = m_text.constData();
-        const auto lineFeed = std::find(std::make_reverse_iterator(at), std::make_reverse_iterator(begin), '\n');
-        const char *const lineStart = lineFeed.base();
-        const QString before = QString::fromUtf8(lineStart, int(at - lineStart));
-        throw JsonFailure(int(std::count(begin, lineStart, '\n')) + 1, before.size() + 1, message);
+        const TextLocation location = TextLocator(m_text).at(int(at - m_text.constData()));
+        throw JsonFailure(location.line, location.column, message);
     }
 
-    bool add(Json &&value)
+    /// Adds a value that ends where the parser has read to.
+    bool add(Json &&value) { return add(std::move(value), m_furthest); }
+
+    /// The parser has read one character more than the number, unless the text ends with it.
+    bool addNumber(Json &&value)
     {
-        addValue(std::move(value));
+        const char last = m_furthest[-1];
+        const bool endsText = m_furthest == m_text.constEnd() && last >= '0' && last <= '9';
+        return add(std::move(value), endsText ? m_furthest : m_furthest - 1);
+    }
+
+    bool add(Json &&value, const char *end)
+    {
+        addValue(std::move(value), nextToken(), end);
+        m_tokenEnd = end;
         return true;
     }
 
-    Json &addValue(Json &&value)
+    Json &addValue(Json &&value, const char *begin, const char *end)
     {
-        if (m_open.empty())
+        Json *const parent = m_open.empty() ? nullptr : m_open.back();
+        const bool isMember = parent && parent->isObject();
+        value.setPlace(offsetOf(isMember ? m_keyBegin : begin), offsetOf(begin), offsetOf(end));
+        if (!parent)
             return m_result = std::move(value);
-        Json &parent = *m_open.back();
-        return parent.isObject() ? parent.insert(m_key, std::move(value)) : parent.append(std::move(value));
+        return isMember ? parent->insert(m_key, std::move(value)) : parent->append(std::move(value));
     }
+
+    /// The beginning of the next key or value, which the parser has just read.
+    const char *nextToken() const
+    {
+        const char *at = m_tokenEnd;
+        while (*at == ' ' || *at == '\n' || *at == '\r' || *at == '\t' || *at == ',' || *at == ':')
+            ++at;
+        return at;
+    }
+
+    quint32 offsetOf(const char *at) const { return quint32(at - m_text.constData()); }
 
     bool open(Json &&empty)
     {
         if (m_open.size() == deepest)
             failHere(QStringLiteral("nested deeper than %1 levels").arg(deepest));
-        m_open.push_back(&addValue(std::move(empty)));
+        m_open.push_back(&addValue(std::move(empty), m_furthest - 1, m_furthest));
+        m_tokenEnd = m_furthest;
         return true;
     }
 
     bool close()
     {
+        m_tokenEnd = m_furthest;
+        Json &value = *m_open.back();
+        value.setPlace(value.memberBegin(), value.textBegin(), offsetOf(m_tokenEnd));
         m_open.pop_back();
         return true;
     }
@@ -209,6 +243,8 @@ private:
     Json m_result;
     std::vector<Json *> m_open;
     QByteArray m_key;
+    const char *m_keyBegin = nullptr;
+    const char *m_tokenEnd; // of the last key, value or bracket
 };
 
 std::string number(double value)
@@ -366,13 +402,12 @@ QString toString(const QByteArray &utf8)
 {
     // Qt does not treat a byte order mark at the beginning as a part of the text; in a JSON string it is one.
     constexpr int markSize = 3;
-    int begin = 0;
-    QString text = QStringLiteral("");
-    while (utf8.mid(begin, markSize) == "\xEF\xBB\xBF") {
-        text += QChar(QChar::ByteOrderMark);
-        begin += markSize;
-    }
-    return text + QString::fromUtf8(utf8.constData() + begin, utf8.size() - begin);
+    const char *rest = utf8.constData();
+    QString marks;
+    for (; std::strncmp(rest, byteOrderMark, markSize) == 0; rest += markSize)
+        marks += QChar(QChar::ByteOrderMark);
+    const QString text = QString::fromUtf8(rest, int(utf8.constEnd() - rest));
+    return marks.isEmpty() ? text : marks + text;
 }
 
 QString shortened(const QString &text)

@@ -12,13 +12,17 @@
 class JsonFailure : public std::runtime_error
 {
 public:
-    /// An error in a document, whose path is added by within() as the exception propagates.
+    /// An error in a document that is written; within() adds its path as the exception propagates.
     explicit JsonFailure(const QString &message);
-    /// An error at a line and a column of a text, both counted from 1.
+    /// An error in a text that is read, at a line and a column, both counted from 1.
     JsonFailure(int line, int column, const QString &message);
 
     /// Returns the error with the step prefixed to its path.
     JsonFailure within(const QString &step) const;
+
+    QString message() const { return m_message; }
+    int line() const { return m_line; }
+    int column() const { return m_column; }
 
     /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
     QString text(const QString &fileName) const;
@@ -33,8 +37,9 @@ private:
 /// JSON as text: UTF-8, strict in both directions.
 namespace JsonText {
 
-/// Throws JsonFailure for anything but JSON, for an object with a duplicate key, and for nesting or objects larger than
-/// any document has, so that processing the result needs little stack and time.
+/// Returns the value, each part of which knows its place in the text. Throws JsonFailure for anything but JSON, for an
+/// object with a duplicate key, and for nesting or objects larger than any document has, so that processing the result
+/// needs little stack and time.
 Json parse(const QByteArray &utf8);
 
 /// Returns the value indented by two spaces; a list or object of little more than plain values is on one line if it

@@ -24,8 +24,14 @@ def given_up_with(source):
             continue  # a declaration
         parts = arguments(text)
         yield from alternatives(parts[-1] if "JsonFailure" in match[0] else parts[0])
+    for _, text in calls(source, r"(?<!void )\breport\("):
+        # A function that returns the message when it is needed.
+        for message in re.findall(r'\breturn\s+((?:"(?:[^"\\]|\\.)*"|[^;"])*);', text):
+            yield from alternatives(message)
     for _, text in calls(source, r"(?<!void )\brefuse\("):
-        yield f"{HOLE} {unescaped(STRING.search(text)[1])}"
+        what = STRING.search(text)
+        if what:  # otherwise it passes on the words of its caller
+            yield f"{HOLE} {unescaped(what[1])}"
 
 
 paths = [path for folder in ("tools/tunerproperties", "src/documents", "src/json", "src/text")

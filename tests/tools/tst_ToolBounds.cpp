@@ -208,6 +208,8 @@ private Q_SLOTS:
     void hundredProblemsAreListedAndAllAreCounted();
     void moreProblemsAreListedOnRequest();
     void problemsOfTheXmlReaderAreCountedToo();
+    void problemsInEveryItemOfJsonTakeBoundedOutputAndMemory_data();
+    void problemsInEveryItemOfJsonTakeBoundedOutputAndMemory();
     void invalidMaxProblemsIsWrongUsage();
     void compressedDataBeyondTheLimitIsAnError_data();
     void compressedDataBeyondTheLimitIsAnError();
@@ -329,6 +331,35 @@ void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
     QCOMPARE(cost.out,
              QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'.\n"
                         "in.xml: 3001 problems; only the first is listed; use --max-problems to list more\n"));
+}
+
+void ToolBoundsTest::problemsInEveryItemOfJsonTakeBoundedOutputAndMemory_data()
+{
+    QTest::addColumn<QByteArray>("in");
+    constexpr int count = 100000;
+    QTest::newRow("numbers as items") << jsonDocument(jsonItems("Component", count, "0"));
+    QTest::newRow("unknown members") << jsonDocument(jsonItems("Component", count, R"({"":0})"));
+    QTest::newRow("unknown members of items with an identity")
+        << jsonComponent(jsonItems("Node", count, R"({"id":"n","":0})"));
+    QTest::newRow("unknown names") << jsonDocument("\"StartupModes\":{" + jsonItems("StartupMode", count, R"("")")
+                                                   + '}');
+    QTest::newRow("values of the wrong type") << jsonNode(jsonItems("ValueItem", count, R"({"ValueInt":{"id":0}})"));
+}
+
+void ToolBoundsTest::problemsInEveryItemOfJsonTakeBoundedOutputAndMemory()
+{
+    QFETCH(QByteArray, in);
+    m_workshop->write(QStringLiteral("in.json"), in);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    static const qint64 usualMemory = costOf(*m_workshop, line("validate small.xml")).memory + 3 * MiB;
+    for (const char *command : {"validate in.json", "show in.json", "set in.json name x"}) {
+        const Cost cost = costOf(*m_workshop, line(command));
+        QCOMPARE(cost.status, 1);
+        const QByteArray lines = cost.out + cost.err;
+        QCOMPARE(lines.count('\n'), 101);
+        QVERIFY2(lines.contains(": 100000 problems; only the first 100 are listed"), lines.right(200).constData());
+        checkMemory(cost, usualMemory + 130 * qint64(in.size()));
+    }
 }
 
 void ToolBoundsTest::invalidMaxProblemsIsWrongUsage()

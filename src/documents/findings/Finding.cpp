@@ -62,9 +62,10 @@ Finding findingOf(const Problem &problem)
 
 QString Finding::text(const QString &fileName) const
 {
+    const QString where = path.isEmpty() ? QString() : path + QStringLiteral(": ");
     if (hasLocation())
-        return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column) + message;
-    return fileName + QStringLiteral(": ") + (path.isEmpty() ? QString() : path + QStringLiteral(": ")) + message;
+        return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column) + where + message;
+    return fileName + QStringLiteral(": ") + where + message;
 }
 
 bool KeptItems::contain(const Problem &problem)
@@ -89,6 +90,18 @@ void Findings::add(const Problem &problem)
     if (list.listed.size() < m_most)
         list.listed.append(findingOf(problem));
     ++list.count;
+}
+
+void Findings::add(const Finding &finding)
+{
+    if (m_problems.listed.size() < m_most)
+        m_problems.listed.append(finding);
+    ++m_problems.count;
+}
+
+void Findings::addUnlisted(qint64 number)
+{
+    m_problems.count += number;
 }
 
 void Findings::describePaths(const JobXml::TunerProperties &document)

@@ -166,13 +166,32 @@ void loadByLibrary(TunerProperties &tuner, const Source &source, Form form, cons
         throw DocumentError(tuner.GetErrorString().isNull() ? failure : tuner.GetErrorString());
 }
 
-void loadJson(TunerProperties &tuner, const Source &source)
+Finding findingOf(const JsonProblem &problem)
 {
-    try {
-        JsonForm::read(tuner, source.all());
-    } catch (const JsonFailure &failure) {
-        throw DocumentError(failure.text(source.name()));
-    }
+    Finding finding;
+    finding.message = problem.message;
+    finding.steps = problem.steps;
+    finding.member = problem.member;
+    finding.path = problem.path;
+    finding.line = problem.line;
+    finding.column = problem.column;
+    return finding;
+}
+
+void loadJson(TunerProperties &tuner, const Source &source, int maxProblems)
+{
+    Findings problems(maxProblems);
+    const auto visitor = [&](const JsonProblem &problem) {
+        const Finding finding = findingOf(problem);
+        if (problem.isUnreadable)
+            throw DocumentError(finding.text(source.name()));
+        problems.add(finding);
+    };
+    const qint64 count = JsonForm::read(tuner, source.all(), visitor, maxProblems);
+    if (count == 0)
+        return;
+    problems.addUnlisted(count - problems.count());
+    throw InvalidContent(source.name(), problems);
 }
 
 void loadSnapshot(TunerProperties &tuner, const Source &source)
@@ -210,7 +229,7 @@ Document loadFrom(const Source &source, const LoadOptions &options, const Proble
         loadSnapshot(document.tuner, source);
         break;
     case Form::Json:
-        loadJson(document.tuner, source);
+        loadJson(document.tuner, source, options.maxProblems);
         break;
     }
     // What the readers of these two forms accept and a validating one would not is in the document.
@@ -289,6 +308,14 @@ QByteArray bytesOf(TunerProperties &tuner, Form form, const QString &name)
 }
 
 } // namespace
+
+InvalidContent::InvalidContent(const QString &name, const Findings &problems)
+    : DocumentError(problems.lines(name).join(QLatin1Char('\n'))), m_name(name), m_problems(problems)
+{
+}
+
+InvalidContent::InvalidContent(const InvalidContent &) = default;
+InvalidContent::~InvalidContent() = default;
 
 Document::Document() = default;
 Document::Document(const TunerProperties &description, Form asForm) : tuner(description), form(asForm) { }

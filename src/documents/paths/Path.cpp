@@ -5,6 +5,7 @@
 
 #include <QHash>
 
+#include "documents/paths/ItemSteps.h"
 #include "text/Printable.h"
 #include "text/Suggestion.h"
 
@@ -494,30 +495,49 @@ QString identityOf(const DataObject &object)
     return parts.isEmpty() ? QString() : parts.join(QLatin1Char(','));
 }
 
-QStringList stepsTo(const MemberView &list)
+ItemSteps::ItemSteps(const QString &list, QVector<QString> identities)
+    : m_list(list), m_identities(std::move(identities)), m_positions(m_identities.size())
 {
     // Every path into the item repeats its identity: a longer one would make many paths much larger than the document.
     constexpr int longestIdentity = 80;
-    QStringList identities;
     QHash<QString, int> alike;
-    for (int i = 0; i < list.GetSize(); ++i) {
-        const QString identity = identityOf(list.GetChild(i));
-        identities.append(identity.size() > longestIdentity ? QString() : identity);
-        ++alike[identities.last()];
+    for (QString &identity : m_identities) {
+        if (identity.size() > longestIdentity)
+            identity = QString();
+        ++alike[identity];
     }
-    QStringList steps;
     QHash<QString, int> passed;
-    for (int i = 0; i < identities.size(); ++i) {
-        const QString &identity = identities[i];
-        QString step = list.GetName();
-        if (!identity.isNull())
-            step += QLatin1Char('[') + identity + QLatin1Char(']');
-        const int position = identity.isNull() ? i + 1 : ++passed[identity];
-        if (identity.isNull() || alike[identity] > 1)
-            step += QStringLiteral("[%1]").arg(position);
-        steps.append(step);
+    for (int i = 0; i < m_identities.size(); ++i) {
+        const QString &identity = m_identities.at(i);
+        if (identity.isNull())
+            m_positions[i] = i + 1;
+        else if (alike.value(identity) > 1)
+            m_positions[i] = ++passed[identity];
     }
-    return steps;
+}
+
+QString ItemSteps::at(int index) const
+{
+    const QString &identity = m_identities.at(index);
+    const int position = m_positions.at(index);
+    QString step = m_list;
+    if (!identity.isNull())
+        step += QLatin1Char('[') + identity + QLatin1Char(']');
+    if (position > 0)
+        step += QStringLiteral("[%1]").arg(position);
+    return step;
+}
+
+QStringList stepsTo(const MemberView &list)
+{
+    QVector<QString> identities;
+    for (int i = 0; i < list.GetSize(); ++i)
+        identities.append(identityOf(list.GetChild(i)));
+    const ItemSteps steps(list.GetName(), std::move(identities));
+    QStringList result;
+    for (int i = 0; i < list.GetSize(); ++i)
+        result.append(steps.at(i));
+    return result;
 }
 
 /// The steps to the items of the last list of each depth.

@@ -59,7 +59,6 @@ struct Batch::Result
 
 namespace {
 
-constexpr QLatin1String howToListMore("; use --max-problems to list more");
 
 Json textOrNull(const QString &text)
 {
@@ -79,7 +78,7 @@ void insertName(Json &json, const QByteArray &key, const FileName &name)
 Json problemJson(const TunerDocuments::Finding &finding)
 {
     Json json = Json::emptyObject();
-    json.insert("path", finding.hasLocation() ? Json() : Json(finding.path.toUtf8()));
+    json.insert("path", textOrNull(finding.path));
     json.insert("line", finding.hasLocation() ? Json(finding.line) : Json());
     json.insert("column", finding.hasLocation() ? Json(finding.column) : Json());
     json.insert("message", finding.message.toUtf8());
@@ -205,6 +204,10 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
             tally.add(FileStatus::Done);
             isCounted = true;
         });
+    } catch (const TunerDocuments::InvalidContent &content) {
+        outcome = {};
+        outcome.status = FileStatus::Problems;
+        outcome.findings = content.problems();
     } catch (const FileFailure &failure) {
         failed(failure.text());
     } catch (const std::bad_alloc &) {

@@ -12,6 +12,9 @@
 #include "console/Console.h"
 #include "files/FileName.h"
 
+/// What the user of a command with that option can do if not all problems are listed.
+constexpr QLatin1String howToListMore("; use --max-problems to list more");
+
 /// The result of processing one file.
 enum class FileStatus {
     Done, ///< valid or converted

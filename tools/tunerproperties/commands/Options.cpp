@@ -154,7 +154,8 @@ int numberOf(const Invocation &invocation, const Option &option, int most, int u
 
 LoadOptions loading(const Invocation &invocation)
 {
-    return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion)};
+    return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion),
+            problemCount(invocation)};
 }
 
 QString expansionNote(const QByteArray &bytes, const QString &fileName)

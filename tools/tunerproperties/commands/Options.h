@@ -43,6 +43,6 @@ void checkStandardInput(const QVector<FileName> &inputs);
 /// The value of --max-problems, or the default. Throws WrongUsage.
 int problemCount(const Invocation &invocation);
 
-constexpr int usualProblemCount = 100;
+constexpr int usualProblemCount = TunerDocuments::LoadOptions().maxProblems;
 
 } // namespace Options

@@ -37,15 +37,15 @@ Command validateCommand()
     command.summary = QStringLiteral("List the problems of documents, one per line.");
     command.details = QStringList{
         QStringLiteral("A problem is reported with its line and column if only the XML reader can find it, otherwise "
-                       "with the path of the object, which 'get' accepts. There is no output for a valid document."),
+                       "with the path of the object, which 'get' accepts. If JSON is not a document, each reason is a "
+                       "problem with line, column and path. There is no output for a valid document."),
         QStringLiteral("The first 100 problems of a document are listed, followed by their total if there are more."),
         QStringLiteral("Several files are processed at once and reported in order, with a summary on standard error."),
         QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" (\"valid\", "
                        "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (their "
-                       "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (of "
-                       "the object, as 'get' accepts it; empty for the document itself), \"line\", \"column\" and "
-                       "\"message\"; either path or line and column are null. There is no summary. A \"file\" that is "
-                       "not UTF-8 is "
+                       "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (of the "
+                       "object, as 'get' accepts it; empty for the document itself), \"line\", \"column\" and "
+                       "\"message\"; what is not known is null. There is no summary. A \"file\" that is not UTF-8 is "
                        "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
     command.options = {Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
                        Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
