@@ -10,6 +10,7 @@
 #include <tunerdocuments/Value.h>
 
 #include "documents/RandomChanges.h"
+#include "documents/RandomEdits.h"
 #include "documents/json/JsonForm.h"
 #include "framework/XmlSpellings.h"
 
@@ -389,45 +390,6 @@ void XmlEditingTest::characterThatXmlLacksIsRefused()
 }
 
 namespace {
-
-/// All members that have values, as complete paths.
-void addPaths(QStringList &paths, const JobXml::DataObject &object, const QString &start)
-{
-    JobXml::visit(object, [&](const JobXml::MemberView &member) {
-        if (!member.IsChosen())
-            return;
-        if (member.GetSize() == 0 && member.GetKind() != MemberKind::ObjectList
-            && member.GetKind() != MemberKind::Object)
-            paths.append(start + member.GetName());
-        const QStringList steps = Paths::stepsTo(member);
-        for (int i = 0; i < member.GetSize(); ++i) {
-            const QString step = member.GetKind() == MemberKind::ObjectList ? steps.at(i) : QString(member.GetName());
-            addPaths(paths, member.GetChild(i), start + step + QLatin1Char('/'));
-        }
-    });
-}
-
-QString valueFor(const JobXml::MemberView &member, RandomChanges &random)
-{
-    const QStringList texts = {QStringLiteral(""), QStringLiteral("a"), QStringLiteral(" <&>\"' "),
-                               QStringLiteral("\n\t\u00E4\U0001F600")};
-    switch (member.GetKind()) {
-    case MemberKind::Text:
-        return texts.at(random.below(texts.size()));
-    case MemberKind::Boolean:
-        return random.below(2) ? QStringLiteral("true") : QStringLiteral("0");
-    case MemberKind::Enumeration:
-    case MemberKind::Choice:
-        return member.GetNames().at(random.below(member.GetNames().size()));
-    case MemberKind::EnumerationList:
-        return random.below(2) ? QStringLiteral("Scan,DF,Stop") : QStringLiteral("Polar");
-    case MemberKind::Float:
-    case MemberKind::Double:
-        return random.below(2) ? QStringLiteral("0.2567") : QStringLiteral("-1e10");
-    default:
-        return QString::number(random.below(1000));
-    }
-}
 
 QByteArray jsonOf(const TunerProperties &document)
 {

@@ -11,6 +11,7 @@
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
+#include "documents/edit/JsonEditor.h"
 #include "documents/xml/XmlEditor.h"
 
 using namespace JobXml;
@@ -72,6 +73,8 @@ public:
         : m_document(std::move(document)), m_original(bytes), m_name(std::move(name))
     {
         m_document.tuner.SetValidate(false);
+        if (m_document.form == Form::Json)
+            m_json = std::make_unique<JsonEditor>(bytes, m_document.tuner);
         if (m_document.form != Form::Xml)
             return;
         auto xml = std::make_unique<XmlEditor>(bytes, m_document.tuner);
@@ -82,9 +85,13 @@ public:
 
     const Document &document() const { return m_document; }
     bool isChanged() const { return m_isEdited; }
-    bool isInPlace() const { return bool(m_xml); }
+    bool isInPlace() const { return m_xml || m_json; }
     QString reason() const { return m_reason; }
-    void rewrite() { m_xml.reset(); }
+    void rewrite()
+    {
+        m_xml.reset();
+        m_json.reset();
+    }
 
     void set(const QString &path, const QString &text)
     {
@@ -100,8 +107,8 @@ public:
         store(target, value);
         const bool isTyped = kind != MemberKind::EnumerationList && kind != MemberKind::Text;
         if (!isSame)
-            follow(target, [&](XmlEditor &xml) {
-                xml.storeValue(objectOf(target), target.steps.last().member, isTyped ? text : QString());
+            follow(target, [&](auto &editor) {
+                editor.storeValue(objectOf(target), target.steps.last().member, isTyped ? text : QString());
             });
     }
 
@@ -130,38 +137,31 @@ public:
         });
         const QVector<Step> object = objectOf(target);
         const QString member = target.steps.last().member;
-        follow(target, [&](XmlEditor &xml) {
+        follow(target, [&](auto &editor) {
             if (kind == MemberKind::Choice) {
                 for (const QString &alternative : qAsConst(alternatives))
-                    xml.storeObject(object, alternative);
+                    editor.storeObject(object, alternative);
             } else if (isObject) {
-                xml.storeObject(object, member);
+                editor.storeObject(object, member);
             } else {
-                xml.storeValue(object, member);
+                editor.storeValue(object, member);
             }
         });
     }
 
     QByteArray toBytes() const
     {
-        if (!m_xml)
+        if (!isInPlace())
             return m_document.toBytes(m_document.form, m_name);
         if (!m_isEdited)
             return m_original;
-        for (const QVector<Step> &object : m_edited) {
-            if (!leadsToObject(m_document.tuner, object))
-                continue; // a later change has removed it
-            const QString mismatch = m_xml->mismatchOf(object);
-            if (!mismatch.isNull())
-                cannotEdit(mismatch);
-        }
-        return m_xml->document();
+        return m_xml ? editedBy(*m_xml) : editedBy(*m_json);
     }
 
     QVector<Loss> losses() const
     {
         QVector<Loss> result;
-        if (m_xml)
+        if (isInPlace())
             return result;
         const LoadOptions options{m_document.form, std::numeric_limits<int>::max()};
         result = m_document.lossesIn(m_document.toBytes(m_document.form, m_name), m_document.form);
@@ -174,6 +174,19 @@ public:
     }
 
 private:
+    template <class TextEditor>
+    QByteArray editedBy(TextEditor &text) const
+    {
+        for (const QVector<Step> &object : m_edited) {
+            if (!leadsToObject(m_document.tuner, object))
+                continue; // a later change has removed it
+            const QString mismatch = text.mismatchOf(object);
+            if (!mismatch.isNull())
+                cannotEdit(mismatch);
+        }
+        return text.document();
+    }
+
     /// Whether writing the document unchanged would lose something that the description does not have.
     bool hasUnknownContent(const LoadOptions &options) const
     {
@@ -228,10 +241,10 @@ private:
         store(target, value);
         editMember(m_document.tuner, alternative(after), 0,
                    [](DataObject &, MemberEditor &member) { member.EditChild(); });
-        follow(target, [&](XmlEditor &xml) {
+        follow(target, [&](auto &editor) {
             if (!before.isEmpty())
-                xml.storeObject(item, before);
-            xml.storeObject(item, after);
+                editor.storeObject(item, before);
+            editor.storeObject(item, after);
         });
     }
 
@@ -240,10 +253,13 @@ private:
     void follow(const Paths::Target &target, Action &&action)
     {
         m_isEdited = true;
-        if (!m_xml)
+        if (!isInPlace())
             return;
         try {
-            action(*m_xml);
+            if (m_xml)
+                action(*m_xml);
+            else
+                action(*m_json);
         } catch (const CannotEdit &exception) {
             cannotEdit(exception.why);
         }
@@ -263,7 +279,9 @@ private:
     Document m_document;
     const QByteArray m_original;
     const QString m_name;
-    std::unique_ptr<XmlEditor> m_xml; // null if the document is written anew
+    // Both are null if the document is written anew.
+    std::unique_ptr<XmlEditor> m_xml;
+    std::unique_ptr<JsonEditor> m_json;
     QString m_reason;
     QVector<QVector<Step>> m_edited; // the objects whose text has changed
     bool m_isEdited = false;

@@ -7,15 +7,10 @@
 
 #include <jobxml/Visit.h>
 
+#include "documents/values/CannotEdit.h"
 #include "documents/xml/EncodedText.h"
 
 namespace TunerDocuments {
-
-/// Why a document cannot be changed in place.
-struct CannotEdit
-{
-    QString why;
-};
 
 /// New parts of XML documents, in UTF-8. Numbers are exact, unlike those that the library writes.
 namespace XmlText {

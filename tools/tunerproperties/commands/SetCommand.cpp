@@ -56,7 +56,7 @@ const Option &dryRun()
 const Option &rewrite()
 {
     static const Option option{{QStringLiteral("rewrite")},
-                               QStringLiteral("Write the whole document anew if it cannot be edited in place, and list "
+                               QStringLiteral("Write the whole document anew instead of editing it in place, and list "
                                               "what is lost."),
                                {},
                                Takes::Nothing,
@@ -254,6 +254,8 @@ ExitStatus run(const Invocation &invocation)
         invocation.isSet(dryRun()) ? std::optional<TunerProperties>(source.document.tuner) : std::nullopt;
     KnownProblems known(source.document.tuner);
     Editor editor(std::move(source.document), source.input.bytes(), file);
+    if (invocation.isSet(rewrite()))
+        editor.rewrite();
     try {
         change(editor, assignments);
     } catch (const PathFailure &failure) {
@@ -288,10 +290,11 @@ Command setCommand()
         QStringLiteral("'tunerproperties get --help' describes paths. Several values are changed in order, all or none "
                        "of them. The values and then the document are checked as the library checks them. Nothing is "
                        "written if nothing changes."),
-        QStringLiteral("XML is edited in place: only the values concerned change. Comments, layout, order, encoding, "
-                       "line ends, other numbers and content that the model does not have stay as they are. The other "
-                       "forms are written anew, completely or not at all; if anything else would change, the command "
-                       "lists it and writes nothing, unless --rewrite allows it."),
+        QStringLiteral(
+            "XML and JSON are edited in place: only the values concerned change. Comments, layout, order, encoding, "
+            "line ends, other numbers and content that the model does not have stay as they are. The other "
+            "forms are written anew, completely or not at all; if anything else would change, the command "
+            "lists it and writes nothing, unless --rewrite allows it."),
         QStringLiteral("Separate several names by commas or line ends. To give an item another kind of value, first "
                        "set its ChoiceValueItem, with --no-validate, and then the members of that kind.")};
     command.options = {unset(), noValidate(), dryRun(), rewrite(), Options::from(), Options::maxExpansion()};
