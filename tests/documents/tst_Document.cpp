@@ -4,8 +4,8 @@
 
 #include <tunerdocuments/DocumentError.h>
 
-#include <tunerdocuments/Document.h>
 #include <documents/json/JsonForm.h>
+#include <tunerdocuments/Document.h>
 #include <tunerdocuments/Finding.h>
 
 #include "documents/RandomChanges.h"
@@ -210,8 +210,7 @@ void DocumentTest::charactersThatXmlCannotCarryAreAccepted()
     Folder folder;
     for (const Form form : {Form::Tagged, Form::Compressed, Form::Snapshot, Form::Json}) {
         Findings findings(1);
-        const Document read =
-            Document::load(folder.file(composed(document, form)), {form, 1100}, findings.collector());
+        const Document read = Document::load(folder.file(composed(document, form)), {form, 1100}, findings.collector());
         QCOMPARE(findings.count(), 0);
         QCOMPARE(std::as_const(read.tuner).Getname(), QStringLiteral("\u0001"));
     }

@@ -109,7 +109,11 @@ const Arrangement arrangements[] = {
     {"moved to the beginning", [](MemberEditor &list) { list.MoveChild(3, 0); }, "node3 node0 node1 node2"},
     {"moved to its own place", [](MemberEditor &list) { list.MoveChild(1, 1); }, "node0 node1 node2 node3"},
     {"moved between", [](MemberEditor &list) { list.MoveChild(1, 2); }, "node0 node2 node1 node3"},
-    {"arranged", [](MemberEditor &list) { list.ArrangeChildren({3, 0, 2}); }, "node3 node0 node2"},
+    {"arranged",
+     [](MemberEditor &list) {
+         list.ArrangeChildren({3, 0, 2});
+     },
+     "node3 node0 node2"},
     {"none left", [](MemberEditor &list) { list.ArrangeChildren({}); }, ""},
 };
 
@@ -127,9 +131,15 @@ const WrongPlace wrongPlaces[] = {
     {"moved from after the last", "Component", [](MemberEditor &list) { list.MoveChild(2, 0); }},
     {"moved to before the first", "Component", [](MemberEditor &list) { list.MoveChild(0, -1); }},
     {"moved to after the last", "Component", [](MemberEditor &list) { list.MoveChild(0, 2); }},
-    {"arranged with too large an index", "Component", [](MemberEditor &list) { list.ArrangeChildren({0, 2}); }},
+    {"arranged with too large an index", "Component",
+     [](MemberEditor &list) {
+         list.ArrangeChildren({0, 2});
+     }},
     {"arranged with a negative index", "Component", [](MemberEditor &list) { list.ArrangeChildren({-1}); }},
-    {"arranged with an index twice", "Component", [](MemberEditor &list) { list.ArrangeChildren({1, 1}); }},
+    {"arranged with an index twice", "Component",
+     [](MemberEditor &list) {
+         list.ArrangeChildren({1, 1});
+     }},
     {"removed from a value", "quantity", [](MemberEditor &member) { member.RemoveChild(0); }},
     {"moved in an object", "StartupModes", [](MemberEditor &member) { member.MoveChild(0, 0); }},
     {"arranged in an object", "StartupModes", [](MemberEditor &member) { member.ArrangeChildren({0}); }},
@@ -499,7 +509,8 @@ private Q_SLOTS:
         QStringList left;
         for (const Node &node : std::as_const(component).GetNode()) {
             left += node.Getid();
-            QCOMPARE(node.GetValidate(), node.Getid() == QLatin1String("node0") || node.Getid() == QLatin1String("node2"));
+            QCOMPARE(node.GetValidate(),
+                     node.Getid() == QLatin1String("node0") || node.Getid() == QLatin1String("node2"));
             QCOMPARE(node.GetLogger(), loggers.value(node.Getid()));
             if (node.Getid() == QLatin1String("node3"))
                 QCOMPARE(hex(snapshotOf(node)), hex(contentOfLast));

@@ -405,6 +405,16 @@ Json ofObject(const DataObject &object)
     return result;
 }
 
+void readInto(DataObject &object, const Json &json)
+{
+    readObject(object, json);
+}
+
+QVariant readValue(const MemberView &member, const Json &json)
+{
+    return valueFor(member, json);
+}
+
 QByteArray compose(const TunerProperties &document)
 {
     Json members = Json::emptyObject();

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+
+#include <QByteArray>
+#include <QString>
+
+#include <jobxml/TunerProperties.h>
+
+#include <tunerdocuments/Export.h>
+
+namespace TunerDocuments {
+
+/// Changes that do not fit a document. The text has the path and the reason: "quantity: expected 1, but it is 3".
+class TUNERDOCUMENTS_EXPORT PatchFailure : public std::runtime_error
+{
+public:
+    PatchFailure(const QString &path, const QString &reason);
+    PatchFailure(const PatchFailure &other);
+    ~PatchFailure() override;
+
+    QString path() const { return m_path; }
+    QString text() const { return QString::fromUtf8(what()); }
+
+private:
+    QString m_path;
+};
+
+/// The changes that make one document from another:
+///
+///     const Patch patch = Patch::between(before, after);
+///     patch.apply(document);
+///
+/// Changes fit a document if their paths exist in it and the values, flags and items that they change are the same as
+/// in the first document. Everything else may differ.
+class TUNERDOCUMENTS_EXPORT Patch
+{
+public:
+    enum class Direction {
+        Forward,
+        Backward, ///< undoes the changes: makes the first document from the second one
+    };
+
+    /// No changes.
+    Patch();
+    Patch(const Patch &other);
+    Patch(Patch &&other) noexcept;
+    Patch &operator=(const Patch &other);
+    Patch &operator=(Patch &&other) noexcept;
+    ~Patch();
+
+    /// All differences of two documents; keeps copies of both. Afterwards, applying it to the first document makes it
+    /// equal to the second one as JSON, without exceptions: flags, values of members that are not set and alternatives
+    /// that are not chosen included.
+    static Patch between(const JobXml::TunerProperties &first, const JobXml::TunerProperties &second);
+
+    /// Reads the lines that toJson() writes for the differences, one JSON object on each; empty lines are skipped.
+    /// Throws DocumentError for anything else; its message begins with `name` and the line.
+    static Patch fromJson(const QByteArray &lines, const QString &name);
+
+    bool isEmpty() const;
+
+    /// Makes the changes, all or none. Nothing is validated, whatever the document's flag is; the flag stays, and
+    /// everything below the document has it afterwards. Throws PatchFailure for changes that do not fit.
+    void apply(JobXml::TunerProperties &document, Direction direction = Direction::Forward) const;
+
+private:
+    struct Changes;
+
+    std::shared_ptr<const Changes> m_changes;
+};
+
+} // namespace TunerDocuments
