@@ -13,7 +13,8 @@
 
 namespace TunerDocuments {
 
-/// Changes that do not fit a document. The text has the path and the reason: "quantity: expected 1, but it is 3".
+/// Changes that do not fit a document. The text has the path and the reason: "quantity: expected 1, but it is 3";
+/// what() has it as UTF-8 on one line.
 class TUNERDOCUMENTS_EXPORT PatchFailure : public std::runtime_error
 {
 public:
@@ -22,10 +23,11 @@ public:
     ~PatchFailure() override;
 
     QString path() const { return m_path; }
-    QString text() const { return QString::fromUtf8(what()); }
+    QString text() const { return m_text; }
 
 private:
     QString m_path;
+    QString m_text;
 };
 
 /// The changes that make one document from another:

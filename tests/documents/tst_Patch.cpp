@@ -28,6 +28,7 @@ private Q_SLOTS:
     void linesThatAreNotChangesAreRefused();
     void patchKeepsCopiesOfTheDocuments();
     void patchKeepsTheValidateFlag();
+    void failureHasItsWholeTextWhateverCharactersItContains();
     void manyChangesTakeLittleTime();
 };
 
@@ -326,6 +327,10 @@ void PatchTest::changesThatDoNotFitAreRefusedAsAWhole_data()
         "Component[1]/Node[1]/ValueItem[1]/ValueInt: is changed twice");
     row("an empty path", R"({"change":"changed","path":"","after":1})",
         "expected a member name at character 1 of the path");
+    row("a NUL character", R"({"change":"changed","path":"\u0000","after":1})",
+        R"(\u0000: unknown member '\u0000' of TunerProperties; expected name, type, baseresource, connectableResources, )"
+        "quantity, parentBaseResource, hwProcessing, StartupModes, BandwidthSelection, MaxFFPDelay, HRPANSupported or "
+        "Component"); // the former finding nul_in_path
     row("an object with an unknown member",
         R"({"change":"added","path":"BandwidthSelection[Name=c]","to":1,"after":{"name":"c"}})",
         "BandwidthSelection[Name=c]: unknown member 'name' of BandwidthSelection; did you mean 'Name'?");
@@ -424,6 +429,15 @@ void PatchTest::patchKeepsTheValidateFlag()
         QCOMPARE(document.GetValidate(), validate);
         QVERIFY(document.IsbaseresourceSet());
     }
+}
+
+void PatchTest::failureHasItsWholeTextWhateverCharactersItContains()
+{
+    const QString path = QString(QChar(0)) + QStringLiteral("\n\u202E");
+    const PatchFailure failure(path, QStringLiteral("reason"));
+    QCOMPARE(failure.path(), path);
+    QCOMPARE(failure.text(), path + QStringLiteral(": reason"));
+    QCOMPARE(QString::fromUtf8(failure.what()), QStringLiteral("\\u0000\\n\\u202e: reason"));
 }
 
 // Looking for the places of 10,000 items one by one would be 100 million comparisons, and exceed the timeout of the

@@ -122,7 +122,8 @@ void checkType(const QByteArray &key, const Json &value)
     } else if (key == Key::set) {
         if (!value.isObject() || value.members().size() != 2 || !isFlag(value.find(Key::before))
             || !isFlag(value.find(Key::after)))
-            wrongType(value, key, QStringLiteral("an object with the members before and after, which are true or false"));
+            wrongType(value, key,
+                      QStringLiteral("an object with the members before and after, which are true or false"));
     } else if (key == Key::unset) {
         if (!value.isObject())
             wrongType(value, key, QStringLiteral("an object"));

@@ -16,6 +16,7 @@
 #include "documents/compare/Contents.h"
 #include "documents/compare/Edits.h"
 #include "documents/json/JsonForm.h"
+#include "text/Printable.h"
 
 using namespace JobXml;
 
@@ -23,8 +24,18 @@ namespace TunerDocuments {
 
 namespace Key = ChangeLine::Key;
 
+namespace {
+
+QString failureText(const QString &path, const QString &reason)
+{
+    return path.isEmpty() ? reason : path + QStringLiteral(": ") + reason;
+}
+
+} // namespace
+
 PatchFailure::PatchFailure(const QString &path, const QString &reason)
-    : std::runtime_error((path.isEmpty() ? reason : path + QStringLiteral(": ") + reason).toStdString()), m_path(path)
+    : std::runtime_error(Printable::onOneLine(failureText(path, reason)).toStdString()), m_path(path),
+      m_text(failureText(path, reason))
 {
 }
 
@@ -89,7 +100,7 @@ public:
         QString passed;
         for (int i = 0; i < texts.size(); ++i) {
             const bool isLast = i + 1 == texts.size();
-            const Place place = memberIn(*object, steps, texts[i], isLast && isNew, joined(passed, texts[i]));
+            Place place = memberIn(*object, steps, texts[i], isLast && isNew, joined(passed, texts[i]));
             if (isLast)
                 return place;
             passed = joined(passed, texts[i]);

@@ -111,10 +111,10 @@ bool ChangedFile::isWritten(const TunerProperties &changed, Form form) const
 
 bool ChangedFile::reportLostContent(const TunerProperties &changed, const FileName &target) const
 {
-    if (!isWritten(changed, formFor(target)))
+    if (m_lostCount == 0 || !isWritten(changed, formFor(target)))
         return false;
     printAll(shownName(), m_lost, m_lostCount);
-    return m_lostCount > 0;
+    return true;
 }
 
 bool ChangedFile::reportNewProblems(const TunerProperties &changed) const
@@ -160,13 +160,11 @@ Form ChangedFile::formFor(const FileName &target) const
 /// The one place where the bytes of a changed file come from.
 QByteArray ChangedFile::bytesOf(const TunerProperties &changed, Form form, const QString &name)
 {
-    if (!isWritten(changed, form))
-        return m_file.input.bytes();
     Document document(changed, form);
     bool hasProblems = false;
     changed.VisitProblems([&](const Problem &) { hasProblems = true; });
     document.tuner.SetValidate(!hasProblems && changed.HasData());
-    const QByteArray bytes = document.toBytes(form, name);
+    QByteArray bytes = document.toBytes(form, name);
     const QString note = Options::expansionNote(bytes, name);
     if (!note.isNull())
         Console::printError(note);
@@ -178,9 +176,12 @@ void ChangedFile::write(const TunerProperties &changed, const FileName &target)
 {
     const bool isInPlace = target.isEmpty();
     const bool isStream = isInPlace && m_file.input.name().isStandardStream();
-    if (isInPlace && !isStream && !isWritten(changed, m_file.document.form))
+    const Form form = formFor(target);
+    const bool isVerbatim = !isWritten(changed, form);
+    if (isVerbatim && isInPlace && !isStream)
         return;
-    const QByteArray bytes = bytesOf(changed, formFor(target), isInPlace ? shownName() : target.shown());
+    const QByteArray bytes =
+        isVerbatim ? m_file.input.bytes() : bytesOf(changed, form, isInPlace ? shownName() : target.shown());
     if (isInPlace)
         Output::replace(m_file.input, bytes);
     else
