@@ -24,6 +24,7 @@ struct TUNERDOCUMENTS_EXPORT DifferencePlace
     /// have it. Refers to the document, so it must not be used after the document was changed or destroyed.
     std::optional<JobXml::MemberView> member{};
 
+    /// Whether the document has it.
     bool isThere() const { return member.has_value(); }
     /// The position of an item in its list, counted from 0; -1 if this is not an item.
     int position() const { return steps.isEmpty() ? -1 : steps.last().index; }
@@ -34,6 +35,7 @@ struct TUNERDOCUMENTS_EXPORT DifferencePlace
 /// A difference between two documents.
 struct TUNERDOCUMENTS_EXPORT Difference
 {
+    /// What has happened.
     enum Kind {
         Removed, ///< an item, or an object, that only the first document has
         Added, ///< one that only the second document has
@@ -42,28 +44,36 @@ struct TUNERDOCUMENTS_EXPORT Difference
         Renamed, ///< an item with another identity
     };
 
-    Kind kind;
+    Kind kind; ///< what has happened
     /// The path in the first document; for an added item, that of its list, with the step that it has in the second
     /// document.
     QString path;
     /// The same with the documents exchanged.
     QString secondPath;
 
-    /// Both sides as text, for people: values, contents of objects, steps of a renamed item, positions counted from 1
-    /// of a moved one. Null for a side that does not exist.
+    /// \name Both sides as text, for people
+    /// Values, contents of objects, steps of a renamed item, positions counted from 1 of a moved one. Null for a side
+    /// that does not exist.
+    /// @{
     QString before;
     QString after;
+    /// @}
 
-    /// Both sides for programs. That of a document that does not have the item is empty; an object is always a member
-    /// of both.
+    /// \name Both sides, for programs
+    /// That of a document that does not have the item is empty; an object is always a member of both.
+    /// @{
     DifferencePlace first{};
     DifferencePlace second{};
+    /// @}
 
     /// True if only the flag of a list or an object differs: its content is compared by itself.
     bool isFlagOnly = false;
-    /// The flags of the list of a removed or added item, if they are not what follows from the number of its items.
+    /// \name The flags of the list of a removed or added item
+    /// In both documents, if they are not what follows from the number of its items.
+    /// @{
     std::optional<bool> firstListIsSet{};
     std::optional<bool> secondListIsSet{};
+    /// @}
 
     /// On one line: "~ quantity: 1 -> 2".
     QString text() const;

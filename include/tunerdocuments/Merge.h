@@ -13,6 +13,7 @@ namespace TunerDocuments {
 /// A place that both sides have changed differently.
 struct TUNERDOCUMENTS_EXPORT MergeConflict
 {
+    /// Which contradiction it is.
     enum Kind {
         Changed, ///< two values; or two kinds of value, of an item that both have changed
         RemovedInOurs, ///< the item or object that theirs has changed
@@ -20,19 +21,23 @@ struct TUNERDOCUMENTS_EXPORT MergeConflict
         Reordered, ///< a list; its items have the order of ours
     };
 
-    Kind kind = Changed;
+    Kind kind = Changed; ///< which contradiction it is
     QString path{}; ///< in ours, or in the base for what ours has removed
     QVector<JobXml::Step> steps{}; ///< the same
 
+    /// \name The three sides
     /// The values, or the contents of the objects, as text; null for one that does not exist and for lists.
+    /// @{
     QString base{};
     QString ours{};
     QString theirs{};
+    /// @}
 
     /// On one line: "quantity: changed on both sides: 2 in ours, 3 in theirs, 1 in the base".
     QString text() const;
 };
 
+/// What merge() returns.
 struct TUNERDOCUMENTS_EXPORT MergeResult
 {
     /// With the changes of both sides; where they conflict, it is that of ours.

@@ -18,11 +18,15 @@ namespace TunerDocuments {
 class TUNERDOCUMENTS_EXPORT PatchFailure : public std::runtime_error
 {
 public:
+    /// A failure at that path, which may be empty.
     PatchFailure(const QString &path, const QString &reason);
+    /// A copy.
     PatchFailure(const PatchFailure &other);
     ~PatchFailure() override;
 
+    /// The path of the change; in the second document if changes are undone.
     QString path() const { return m_path; }
+    /// The path and the reason.
     QString text() const { return m_text; }
 
 private:
@@ -40,17 +44,22 @@ private:
 class TUNERDOCUMENTS_EXPORT Patch
 {
 public:
+    /// What the changes make.
     enum class Direction {
-        Forward,
+        Forward, ///< the second document from the first one
         Backward, ///< undoes the changes: makes the first document from the second one
     };
 
     /// No changes.
     Patch();
+    /// \name Copies and moves
+    /// Copies share the changes. A patch that was moved from can only be assigned to or destroyed.
+    /// @{
     Patch(const Patch &other);
     Patch(Patch &&other) noexcept;
     Patch &operator=(const Patch &other);
     Patch &operator=(Patch &&other) noexcept;
+    /// @}
     ~Patch();
 
     /// All differences of two documents; keeps copies of both. Afterwards, applying it to the first document makes it
@@ -62,6 +71,7 @@ public:
     /// Throws DocumentError for anything else; its message begins with `name` and the line.
     static Patch fromJson(const QByteArray &lines, const QString &name);
 
+    /// Whether there are no changes.
     bool isEmpty() const;
 
     /// Makes the changes, all or none. Nothing is validated, whatever the document's flag is; the flag stays, and

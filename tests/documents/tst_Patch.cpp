@@ -28,6 +28,7 @@ private Q_SLOTS:
     void linesThatAreNotChangesAreRefused();
     void patchKeepsCopiesOfTheDocuments();
     void patchKeepsTheValidateFlag();
+    void versionThatWasLoadedIsNotChanged();
     void failureHasItsWholeTextWhateverCharactersItContains();
     void manyChangesTakeLittleTime();
 };
@@ -429,6 +430,23 @@ void PatchTest::patchKeepsTheValidateFlag()
         QCOMPARE(document.GetValidate(), validate);
         QVERIFY(document.IsbaseresourceSet());
     }
+}
+
+// The version is not a member. A document without one was reset when it was read, so its quantity is set.
+void PatchTest::versionThatWasLoadedIsNotChanged()
+{
+    TunerProperties older;
+    older.SetValidate(false);
+    QVERIFY(older.SetXmlString(QStringLiteral("<TunerProperties Version=\"1.0\" name=\"older\"/>"), false));
+    const TunerProperties other = documentOf(R"("name": "other")");
+    QCOMPARE(QString::fromUtf8(linesOf(older, other)),
+             QStringLiteral(R"({"change":"changed","path":"name","before":"older","after":"other"}
+{"change":"changed","path":"quantity","before":1}
+)"));
+    QCOMPARE(older.GetInitialVersionLoaded(), QStringLiteral("1.0"));
+    Patch::fromJson(linesOf(older, other), file).apply(older);
+    QCOMPARE(jsonOf(older), jsonOf(other));
+    QCOMPARE(older.GetInitialVersionLoaded(), QStringLiteral("1.0"));
 }
 
 void PatchTest::failureHasItsWholeTextWhateverCharactersItContains()

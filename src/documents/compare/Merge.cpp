@@ -69,7 +69,8 @@ struct OrderedSide
 class MergedOrder
 {
 public:
-    /// `isKept`: the slots that are in the result. `isMain` and `isOther`: those that are in a side.
+    /// `isKept`: the slots that are in the result. `withMoves`: whether the moves of the other side are made.
+    /// `othersFirst`: whether its items come before those that the main side has added at the same place.
     MergedOrder(const OrderedSide &main, const OrderedSide &other, const QVector<bool> &isKept, bool withMoves,
                 bool othersFirst)
         : m_places(isKept.size()), m_isIn(isKept.size(), false), m_isOwn(isKept.size(), true)
