@@ -28,6 +28,7 @@ ci_packages=(
     libclang-rt-dev # libFuzzer and the sanitizers of clang
     gcovr
     shellcheck
+    git # for the tests: merges documents by the tool
     groff man-db zsh fish # for the tests: the manual page, and the completions in their shells
     python3-jsonschema # for the tests: checks documents as JSON against their schema
 )

@@ -21,6 +21,11 @@ private Q_SLOTS:
     void differentDocumentsDiffer();
     void removedItemsAreAddedInTheOtherDirection();
     void comparingChangesNothing();
+    void renamedItemsAreComparedInside_data();
+    void renamedItemsAreComparedInside();
+    void differencesReferToBothDocuments();
+    void manyRenamedItemsTakeLittleTime_data();
+    void manyRenamedItemsTakeLittleTime();
     void manyItemsTakeLittleTime_data();
     void manyItemsTakeLittleTime();
 };
@@ -31,6 +36,15 @@ int count(const QVector<Difference> &differences, Difference::Kind kind)
 {
     return int(std::count_if(differences.begin(), differences.end(),
                              [kind](const Difference &difference) { return difference.kind == kind; }));
+}
+
+TunerProperties documentOf(const QByteArray &members)
+{
+    TunerProperties document;
+    document.SetValidate(false);
+    if (JsonForm::read(document, R"({"TunerProperties": {"Version": "1.1", )" + members + "}}") != 0)
+        qFatal("the JSON is not a document");
+    return document;
 }
 
 QByteArray jsonOf(const TunerProperties &document)
@@ -145,6 +159,7 @@ void DiffCompletenessTest::removedItemsAreAddedInTheOtherDirection()
         QCOMPARE(count(back, Difference::Removed), count(forth, Difference::Added));
         QCOMPARE(count(back, Difference::Changed), count(forth, Difference::Changed));
         QCOMPARE(count(back, Difference::Moved), count(forth, Difference::Moved));
+        QCOMPARE(count(back, Difference::Renamed), count(forth, Difference::Renamed));
     }
 }
 
@@ -162,6 +177,136 @@ void DiffCompletenessTest::manyItemsTakeLittleTime_data()
     QTest::addColumn<bool>("haveIdentity");
     QTest::newRow("nodes with an id") << true;
     QTest::newRow("nodes without an id") << false;
+}
+
+void DiffCompletenessTest::renamedItemsAreComparedInside_data()
+{
+    QTest::addColumn<QByteArray>("first");
+    QTest::addColumn<QByteArray>("second");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const QByteArray &first, const QByteArray &second, const char *text) {
+        QTest::newRow(name) << first << second << QString::fromUtf8(text);
+    };
+    const auto component = [](const char *name, const QByteArray &members) {
+        return R"("Component": [{"type": "t", "name": ")" + QByteArray(name) + "\", " + members + "}]";
+    };
+    const auto item = [](const char *id, const char *kind, const QByteArray &members) {
+        return R"("Node": [{"id": "n", "ValueItem": [{"ChoiceValueItem": ")" + QByteArray(kind) + R"(", ")" + kind
+            + R"(": {"id": ")" + id + "\", " + members + "}}]}]";
+    };
+    row("a component", component("c", R"("displayName": "d", "optional": true, "Node": [{"id": "n"}])"),
+        component("e", R"("displayName": "d", "optional": false, "Node": [{"id": "n"}])"),
+        "~ Component[type=t,name=c]: renamed to Component[type=t,name=e]\n"
+        "~ Component[type=t,name=c]/optional: true -> false\n");
+    row("a value", component("c", item("i", "ValueNumericInt", R"("value": 1, "min": 0, "max": 9)")),
+        component("c", item("j", "ValueNumericInt", R"("value": 2, "min": 0, "max": 9)")),
+        "~ Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: renamed to ValueItem[id=j]\n"
+        "~ Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueNumericInt/value: 1 -> 2\n");
+    row("another kind of value", component("c", item("i", "ValueInt", R"("value": 1)")),
+        component("c", item("j", "ValueInt64", R"("value": 1)")),
+        "- Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: ValueInt value 1\n"
+        "+ Component[type=t,name=c]/Node[id=n]/ValueItem[id=j] (at 1): ValueInt64 value 1\n");
+    row("half of the content", component("c", item("i", "ValueInt", R"("value": 1)")),
+        component("c", item("j", "ValueInt", R"("value": 2)")),
+        "- Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: ValueInt value 1\n"
+        "+ Component[type=t,name=c]/Node[id=n]/ValueItem[id=j] (at 1): ValueInt value 2\n");
+    row("no content", R"("BandwidthSelection": [{"Name": "a"}])", R"("BandwidthSelection": [{"Name": "b"}])",
+        "- BandwidthSelection[Name=a]\n"
+        "+ BandwidthSelection[Name=b] (at 1)\n");
+    row("renamed and moved",
+        R"("BandwidthSelection": [{"Name": "a", "MaxBandwidth": 1.0}, {"Name": "b"}, {"Name": "c"}])",
+        R"("BandwidthSelection": [{"Name": "b"}, {"Name": "c"}, {"Name": "d", "MaxBandwidth": 1.0}])",
+        "> BandwidthSelection[Name=a]: moved from 1 to 3\n"
+        "~ BandwidthSelection[Name=a]: renamed to BandwidthSelection[Name=d]\n");
+    row("the most similar one", R"("BandwidthSelection": [{"Name": "a", "MaxBandwidth": 1.0}])",
+        R"("BandwidthSelection": [{"Name": "b", "MaxBandwidth": 2.0}, {"Name": "c", "MaxBandwidth": 1.0}])",
+        "+ BandwidthSelection[Name=b] (at 1): MaxBandwidth 2\n"
+        "~ BandwidthSelection[Name=a]: renamed to BandwidthSelection[Name=c]\n");
+}
+
+void DiffCompletenessTest::renamedItemsAreComparedInside()
+{
+    QFETCH(QByteArray, first);
+    QFETCH(QByteArray, second);
+    QFETCH(QString, text);
+    QString found;
+    findDifferences(documentOf(first), documentOf(second),
+                    [&](const Difference &difference) { found += difference.text() + QLatin1Char('\n'); });
+    QCOMPARE(found, text);
+}
+
+// For programs: steps, kinds, values and objects of both sides.
+void DiffCompletenessTest::differencesReferToBothDocuments()
+{
+    const TunerProperties first =
+        documentOf(R"("quantity": 1, "BandwidthSelection": [{"Name": "a"}, {"Name": "b", "MaxBandwidth": 1.0}])");
+    const TunerProperties second = documentOf(
+        R"("unset": {"quantity": 2}, "BandwidthSelection": [{"Name": "b", "MaxBandwidth": 2.0}, {"Name": "c"}])");
+    const QVector<Difference> differences = findDifferences(first, second);
+    QCOMPARE(differences.size(), 4);
+    const Difference &quantity = differences[0];
+    QCOMPARE(quantity.kind, Difference::Changed);
+    QCOMPARE(quantity.first.member->GetValue(), QVariant(1));
+    QVERIFY(quantity.first.member->IsSet());
+    QCOMPARE(quantity.second.member->GetValue(), QVariant(2));
+    QVERIFY(!quantity.second.member->IsSet());
+    QCOMPARE(quantity.first.steps.size(), 1);
+    QCOMPARE(quantity.first.position(), -1);
+    QVERIFY(!quantity.first.object());
+    const Difference &removed = differences[1];
+    QCOMPARE(removed.kind, Difference::Removed);
+    QCOMPARE(removed.first.position(), 0);
+    QCOMPARE(removed.first.object(), &std::as_const(first).GetBandwidthSelection().at(0));
+    QVERIFY(!removed.second.isThere());
+    const Difference &bandwidth = differences[2];
+    QCOMPARE(bandwidth.first.steps.first().index, 1);
+    QCOMPARE(bandwidth.second.steps.first().index, 0);
+    QCOMPARE(bandwidth.second.steps.last().member, QStringLiteral("MaxBandwidth"));
+    const Difference &added = differences[3];
+    QCOMPARE(added.kind, Difference::Added);
+    QCOMPARE(added.second.position(), 1);
+    QCOMPARE(added.second.object(), &std::as_const(second).GetBandwidthSelection().at(1));
+    QVERIFY(!added.first.isThere() && !added.first.object());
+}
+
+void DiffCompletenessTest::manyRenamedItemsTakeLittleTime_data()
+{
+    QTest::addColumn<bool>("areAlike");
+    QTest::newRow("with values of their own") << false;
+    QTest::newRow("all with the same values") << true;
+}
+
+// As below; the values differ in a third of the items, so that their content is similar and not equal.
+void DiffCompletenessTest::manyRenamedItemsTakeLittleTime()
+{
+    QFETCH(bool, areAlike);
+    constexpr int items = 10000;
+    const auto withNames = [&](const QString &name, int changed) {
+        JobXml::Node node;
+        node.SetValidate(false);
+        for (int i = 0; i < items; ++i) {
+            JobXml::ValueNumericInt number;
+            number.SetValidate(false);
+            number.Setid(name.arg(i));
+            number.Setmin(areAlike ? 1 : i);
+            number.Setmax(areAlike ? 2 : items + i);
+            number.Setvalue(i % 3 == 0 ? changed : 3);
+            JobXml::ValueItem item;
+            item.SetValueNumericInt(number);
+            node.AppendValueItem(item);
+        }
+        JobXml::Component component;
+        component.SetValidate(false);
+        component.AppendNode(node);
+        TunerProperties document;
+        document.SetValidate(false);
+        document.AppendComponent(component);
+        return document;
+    };
+    const QVector<Difference> differences =
+        findDifferences(withNames(QStringLiteral("a%1"), 4), withNames(QStringLiteral("b%1"), areAlike ? 4 : 5));
+    QCOMPARE(count(differences, Difference::Renamed), items);
+    QCOMPARE(differences.size(), areAlike ? items : items + (items + 2) / 3);
 }
 
 // Comparing all pairs would be 100 million comparisons, and exceed the timeout of the test.

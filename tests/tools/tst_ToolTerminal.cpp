@@ -220,6 +220,7 @@ void ToolTerminalTest::writeHostile() const
     m_workshop->write(text("h.tpb"), document.GetBinaryRepresentationAsQByteArray());
     document.Setname(text("other"));
     m_workshop->write(text("o.tpb"), document.GetBinaryRepresentationAsQByteArray());
+    m_workshop->write(text("s.xml"), smallXml);
 }
 
 void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
@@ -239,6 +240,7 @@ void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
     row("diff o.tpb h.tpb", quoted);
     row("diff --color never o.tpb h.tpb", quoted);
     row("diff --json o.tpb h.tpb", text("\\\\u009b2J"));
+    row("merge o.tpb h.tpb s.xml", quoted);
     row("validate h.tpb", text("h.tpb: Component[1]/Node[id=\"\\u009b2J\"]: Node: Please set ValueItem properly."));
     row("validate --json h.tpb", text(R"("path":"Component[1]/Node[id=\"\\u009b2J\"]")"));
     row("convert --no-validate h.tpb - --to json", text("\\u009b2J"));

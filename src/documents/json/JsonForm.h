@@ -70,6 +70,12 @@ const Json *valueAt(const Json &document, const QVector<JobXml::Step> &steps);
 Json ofObject(const JobXml::DataObject &object);
 Json ofMember(const JobXml::MemberView &member);
 
+/// Reads the members of a new object, which need not be a document. Throws JsonFailure.
+void readInto(JobXml::DataObject &object, const Json &json);
+
+/// Reads a value for a member that is not an object. Throws JsonFailure.
+QVariant readValue(const JobXml::MemberView &member, const Json &json);
+
 } // namespace JsonForm
 
 } // namespace TunerDocuments

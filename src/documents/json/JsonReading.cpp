@@ -334,19 +334,76 @@ public:
     /// Calls the visitor with the first `most` problems. Call it after read().
     void describe(const JsonProblemVisitor &visitor, qint64 most)
     {
-        m_visitor = &visitor;
-        m_left = most;
-        try {
-            readWhole();
-        } catch (const AllDescribed &) {
-            // Looking at the rest of the document would take as long as the first time.
-        }
+        describeBy([this] { readWhole(); }, visitor, most);
+    }
+
+    /// Reads the text as an object of another class. Throws JsonFailure with the first problem.
+    void readPart(DataObject &object)
+    {
+        m_isPart = true;
+        readOrThrow([&] { readObject(object, m_whole, Place()); });
+    }
+
+    /// Reads the text as the value of a member.
+    QVariant readValue(const MemberView &member)
+    {
+        QVariant value;
+        const Place place;
+        readOrThrow([&] { value = readValue(member, m_whole, {place}); });
+        return value;
     }
 
 private:
     struct AllDescribed
     {
     };
+
+    template <class Read>
+    void describeBy(Read read, const JsonProblemVisitor &visitor, qint64 most)
+    {
+        m_visitor = &visitor;
+        m_left = most;
+        try {
+            read();
+        } catch (const AllDescribed &) {
+            // Looking at the rest of the document would take as long as the first time.
+        }
+    }
+
+    template <class Read>
+    void readOrThrow(Read read)
+    {
+        read();
+        if (m_count == 0)
+            return;
+        JsonProblem first;
+        describeBy(
+            read, [&](const JsonProblem &problem) { first = problem; }, 1);
+        throw first.path.isEmpty() ? JsonFailure(first.message) : JsonFailure(first.message).within(first.path);
+    }
+
+    QVariant readValue(const MemberView &member, const Json &json, const Where &where)
+    {
+        const QStringList names = member.GetNames();
+        const auto nameIn = [&](const Json &entry) {
+            const QVariant value = nameOrNumber(entry);
+            if (!value.isValid() || (entry.isText() && !names.contains(value.toString())))
+                refuseName(where, entry, names);
+            return value;
+        };
+        if (member.GetKind() == MemberKind::Enumeration || member.GetKind() == MemberKind::Choice)
+            return nameIn(json);
+        if (member.GetKind() != MemberKind::EnumerationList)
+            return valueFor(member, json, where);
+        if (!json.isList()) {
+            refuse(where, json, "is not an array");
+            return {};
+        }
+        QVariantList values;
+        for (const Json &entry : json.items())
+            values.append(nameIn(entry));
+        return values;
+    }
 
     bool isDescribing() const { return m_visitor; }
 
@@ -602,14 +659,14 @@ private:
         for (const Json::Member &entry : json.members()) {
             if (&entry.value == unset)
                 readUnset(members, json, *unset, choice, object, place);
-            else if (place.isDocument() && entry.key == versionKey)
+            else if (place.isDocument() && !m_isPart && entry.key == versionKey)
                 checkVersion(entry.value, place);
             else if (MemberEditor *const member = members.find(entry.key))
                 readMember(*member, entry.value, choice, place);
             else
                 refuseUnknown(place, entry, object.GetObjectName(), [&] {
-                    return place.isDocument() ? QStringList{QLatin1String(versionKey)} + members.names()
-                                              : members.names();
+                    return place.isDocument() && !m_isPart ? QStringList{QLatin1String(versionKey)} + members.names()
+                                                           : members.names();
                 });
         }
     }
@@ -696,6 +753,7 @@ private:
     const Json &m_whole;
     TextLocator m_locator;
     TunerProperties m_document;
+    bool m_isPart = false; // of a document
     qint64 m_count = 0;
     const JsonProblemVisitor *m_visitor = nullptr; // while problems are described
     qint64 m_left = 0; // to describe
@@ -728,6 +786,20 @@ qint64 read(TunerProperties &document, const QByteArray &utf8, const JsonProblem
         reader.describe(visitor, most);
     }
     return problems;
+}
+
+void readInto(DataObject &object, const Json &json)
+{
+    const QByteArray text = JsonText::compact(json);
+    const Json whole = JsonText::parse(text); // whose values know their places in that text
+    Reader(text, whole).readPart(object);
+}
+
+QVariant readValue(const MemberView &member, const Json &json)
+{
+    const QByteArray text = JsonText::compact(json);
+    const Json whole = JsonText::parse(text);
+    return Reader(text, whole).readValue(member);
 }
 
 const Json *valueAt(const Json &document, const QVector<Step> &steps)

@@ -13,7 +13,11 @@ using namespace JobXml;
 
 namespace TunerDocuments {
 
-PathFailure::PathFailure(const QString &text) : std::runtime_error(text.toStdString()) { }
+// what() would end at a NUL character.
+PathFailure::PathFailure(const QString &text)
+    : std::runtime_error(QString(text).replace(QChar(0), QStringLiteral("\\u0000")).toStdString())
+{
+}
 
 PathFailure::PathFailure(const PathFailure &) = default;
 

@@ -24,6 +24,8 @@ Command showCommand();
 Command validateCommand();
 Command convertCommand();
 Command diffCommand();
+Command patchCommand();
+Command mergeCommand();
 Command getCommand();
 Command setCommand();
 Command pathsCommand();
