@@ -103,7 +103,7 @@ QString quoted(const Json &json)
 
 [[noreturn]] void wrongType(const Json &json, const QByteArray &key, const QString &what)
 {
-    throw JsonFailure(quoted(json) + QStringLiteral(" is not ") + what).within(QString::fromUtf8(key));
+    throw JsonFailure(quoted(json) + QLatin1Char(' ') + what).within(QString::fromUtf8(key));
 }
 
 void checkType(const QByteArray &key, const Json &value)
@@ -111,22 +111,22 @@ void checkType(const QByteArray &key, const Json &value)
     const auto isFlag = [](const Json *flag) { return flag && flag->isBoolean(); };
     if (key == Key::path || key == Key::newPath) {
         if (!value.isText())
-            wrongType(value, key, QStringLiteral("a string"));
+            wrongType(value, key, QStringLiteral("is not a string"));
     } else if (key == Key::from || key == Key::to) {
         if (!value.isWholeNumber() || value.isNegative() || value.toNumber<quint64>() < 1
             || value.toNumber<quint64>() > quint64(std::numeric_limits<int>::max()))
-            wrongType(value, key, QStringLiteral("a position, counted from 1"));
+            wrongType(value, key, QStringLiteral("is not a position, counted from 1"));
     } else if (key == Key::listWasSet || key == Key::listIsSet) {
         if (!value.isBoolean())
-            wrongType(value, key, QStringLiteral("true or false"));
+            wrongType(value, key, QStringLiteral("is not true or false"));
     } else if (key == Key::set) {
         if (!value.isObject() || value.members().size() != 2 || !isFlag(value.find(Key::before))
             || !isFlag(value.find(Key::after)))
             wrongType(value, key,
-                      QStringLiteral("an object with the members before and after, which are true or false"));
+                      QStringLiteral("is not an object with the members before and after, which are true or false"));
     } else if (key == Key::unset) {
         if (!value.isObject())
-            wrongType(value, key, QStringLiteral("an object"));
+            wrongType(value, key, QStringLiteral("is not an object"));
         for (const Json::Member &member : value.members()) {
             if (member.key != Key::before && member.key != Key::after)
                 throw JsonFailure(QStringLiteral("unknown member '%1'; expected before or after")

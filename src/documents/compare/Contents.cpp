@@ -133,8 +133,8 @@ bool childrenAreAlike(const MemberView &first, const MemberView &second)
 
 void store(MemberEditor &member, const QVariant &value, bool isSet)
 {
-    if (!member.SetValue(value))
-        throw std::logic_error("TunerDocuments: a value is not one of its member");
+    [[maybe_unused]] const bool isStored = member.SetValue(value);
+    Q_ASSERT(isStored); // it is a value of the same member in another object
     member.SetFlag(isSet);
 }
 
