@@ -14,6 +14,7 @@
 #include <tunerdocuments/Form.h>
 #include <tunerdocuments/Html.h>
 #include <tunerdocuments/Json.h>
+#include <tunerdocuments/Lint.h>
 #include <tunerdocuments/NewDocument.h>
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Schema.h>
@@ -48,6 +49,20 @@ QStringList problemsOf(const QString &path)
     return findings.lines(path); // "receiver.xml:12:7: ..." or "receiver.xml: Component[2]: ..."
 }
 //! [Findings]
+
+//! [lint]
+/// What a reviewer should look at in an XML document, one finding per line, without rounded numbers.
+QStringList warningsAbout(const QByteArray &xml, const QString &name)
+{
+    QStringList lines;
+    LintOptions options;
+    options.disabled = QStringList{QStringLiteral("lost-decimals")};
+    const Document document = Document::fromBytes(xml, name);
+    lint(
+        document, xml, [&](const Finding &finding) { lines.append(finding.text(name)); }, options);
+    return lines; // "receiver.xml:12:44: Component[...]/...: value 50 is above max 40; ... [value-out-of-range]"
+}
+//! [lint]
 
 //! [Editor]
 /// Changes two values of a document in memory. In XML and JSON, everything else keeps its bytes, comments included.
@@ -92,6 +107,7 @@ private Q_SLOTS:
     void partOfADocumentIsJson();
     void treeIsPassedLineByLine();
     void pageIsWrittenPieceByPiece();
+    void warningsHaveTheirPlaces();
     void newDocumentExplainsItsMembers();
     void membersHaveTheDocumentationOfTheSchema();
 
@@ -246,6 +262,15 @@ void DocumentSnippets::pageIsWrittenPieceByPiece()
     QVERIFY(isWritten);
     QVERIFY(bytesOf(page.fileName()).contains("<title>"));
     QVERIFY(bytesOf(page.fileName()).trimmed().endsWith("</html>"));
+}
+
+void DocumentSnippets::warningsHaveTheirPlaces()
+{
+    const QString file = example("ffp.xml");
+    const QStringList lines = warningsAbout(bytesOf(file), QStringLiteral("ffp.xml"));
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines[0].startsWith(QLatin1String("ffp.xml:105:45: Component[")), qPrintable(lines[0]));
+    QVERIFY2(lines[0].endsWith(QLatin1String("[not-a-boolean]")), qPrintable(lines[0]));
 }
 
 void DocumentSnippets::newDocumentExplainsItsMembers()

@@ -35,11 +35,16 @@ struct TUNERDOCUMENTS_EXPORT Finding
         suggestion{}; ///< what to write instead, as part of a sentence: "did you mean 'gain'?"; null if there is none
     int line = 0; ///< in the text of the document, counted from 1; 0 if unknown
     int column = 0; ///< in UTF-16 units, counted from 1; 0 if unknown
+    bool isError = false; ///< of a warning: whether LintOptions::errors names its rule
 
     /// Whether line and column are known.
     bool hasLocation() const { return line > 0; }
 
-    /// "FILE:LINE:COLUMN: PATH: message", without what is not known.
+    /// The path of the member, or of the object if there is none: "Component[type=Filter,name=Pre]/optional".
+    QString place() const;
+
+    /// "FILE:LINE:COLUMN: PATH: message", without what is not known. A warning ends with its suggestion and its rule:
+    /// "FILE:LINE:COLUMN: PATH/MEMBER: message; suggestion [rule]", or "[error: rule]".
     QString text(const QString &fileName) const;
 };
 
@@ -57,11 +62,11 @@ private:
     QHash<QString, bool> m_known; // by class and member
 };
 
-/// "3001 problems; only the first 100 are listed"
-TUNERDOCUMENTS_EXPORT QString countText(qint64 count, int listed);
+/// "3001 problems; only the first 100 are listed". `what` is "problems" or "warnings".
+TUNERDOCUMENTS_EXPORT QString countText(qint64 count, int listed, const QString &what = QStringLiteral("problems"));
 
-/// The problems of a document: the first ones, and the number of all. A hostile document has a problem for every few
-/// bytes, so the others are counted and not kept.
+/// The problems of a document, and the warnings of lint(): the first ones, and the number of all. A hostile document
+/// has a problem for every few bytes, so the others are counted and not kept.
 ///
 /// What a reader refuses is a problem of its own if the document does not show it, and has a location in XML: an empty
 /// boolean, for example. An incomplete item of a list, and what the reader of records refuses, is in the document and
@@ -73,6 +78,9 @@ public:
     Findings() = default; ///< Keeps all.
     /// Keeps at most that many, and counts the others.
     explicit Findings(int most) : m_most(most) { }
+
+    /// How many problems, and how many warnings, it keeps at most.
+    int most() const { return m_most; }
 
     /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
     /// XML never holds them.
@@ -93,13 +101,33 @@ public:
     /// Sets the paths of the problems that have no location. The document must be the one in which they were found.
     void describePaths(const JobXml::TunerProperties &document);
 
+    /// Calls the function with each problem that is kept, which it may change.
+    template <class Change>
+    void changeProblems(const Change &change)
+    {
+        for (Finding &finding : (m_problems.count > 0 ? m_problems : m_heldBack).listed)
+            change(finding);
+    }
+
+    /// Adds the first warnings, and the number of all.
+    void addWarnings(const QVector<Finding> &first, qint64 count);
+
+    /// \name Problems
+    /// @{
     /// Those that are kept, in the order in which they were found.
     const QVector<Finding> &listed() const { return shown().listed; }
     qint64 count() const { return shown().count; } ///< of all, kept or not
     bool isEmpty() const { return count() == 0; } ///< whether the document has no problem
+    /// @}
 
-    /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more, which ends with
-    /// `hint`.
+    /// \name Warnings
+    /// @{
+    const QVector<Finding> &warnings() const { return m_warnings.listed; } ///< those that are kept, by place
+    qint64 warningCount() const { return m_warnings.count; } ///< of all, kept or not
+    /// @}
+
+    /// "FILE: ..." for each problem and each warning that is kept, and a line with the total of either if there are
+    /// more, which ends with `hint`.
     QStringList lines(const QString &fileName, const QString &hint = {}) const;
 
 private:
@@ -116,6 +144,7 @@ private:
     int m_most = std::numeric_limits<int>::max();
     List m_problems;
     List m_heldBack;
+    List m_warnings;
     KeptItems m_keptItems;
 };
 

@@ -13,9 +13,25 @@ bool isBlank(char character)
     return character == ' ' || character == '\n' || character == '\t' || character == '\r';
 }
 
+/// Whether a character ends a name: a table, since most of a document is in names and texts.
+struct NameEnds
+{
+    constexpr NameEnds()
+    {
+        for (const char character : {' ', '\n', '\t', '\r', '/', '>', '='})
+            isEnd[static_cast<unsigned char>(character)] = true;
+    }
+
+    bool operator()(char character) const { return isEnd[static_cast<unsigned char>(character)]; }
+
+    bool isEnd[256] = {};
+};
+
+constexpr NameEnds nameEnds;
+
 bool endsName(char character)
 {
-    return isBlank(character) || character == '/' || character == '>' || character == '=';
+    return nameEnds(character);
 }
 
 } // namespace
@@ -46,17 +62,19 @@ private:
 
     bool scanMarkup()
     {
-        if (startsWith("</"))
+        switch (m_at + 1 == m_end ? '\0' : m_at[1]) {
+        case '/':
             return scanEndTag();
+        case '?':
+            return skipTo("?>");
+        case '!':
+            break;
+        default:
+            return scanStartTag();
+        }
         if (startsWith("<!--"))
             return scanComment();
-        if (startsWith("<![CDATA["))
-            return skipTo("]]>");
-        if (startsWith("<!"))
-            return skipDocumentType();
-        if (startsWith("<?"))
-            return skipTo("?>");
-        return scanStartTag();
+        return startsWith("<![CDATA[") ? skipTo("]]>") : skipDocumentType();
     }
 
     bool scanStartTag()
@@ -82,10 +100,13 @@ private:
         element.end = element.startTag.end;
         element.next = index + 1;
         element.parent = m_open.isEmpty() ? -1 : m_open.last();
-        noteNameInAncestors(element);
+        const QLatin1String name = m_markup.localName(element);
+        noteNameInAncestors(name);
         m_markup.m_elements.append(element);
-        if (!element.isEmptyTag)
+        if (!element.isEmptyTag) {
             m_open.append(index);
+            m_openNames.append(name);
+        }
         return m_open.size() <= deepest;
     }
 
@@ -113,6 +134,7 @@ private:
         if (!bracket || m_open.isEmpty())
             return false;
         Element &element = m_markup.m_elements[m_open.takeLast()];
+        m_openNames.removeLast();
         element.content.end = offset(m_at);
         element.next = m_markup.m_elements.size();
         m_at = bracket + 1;
@@ -160,20 +182,19 @@ private:
         return false;
     }
 
-    void noteNameInAncestors(const Element &element)
+    void noteNameInAncestors(QLatin1String name)
     {
-        const QLatin1String name = m_markup.localName(element);
-        for (const int ancestor : qAsConst(m_open)) {
-            Element &outer = m_markup.m_elements[ancestor];
-            if (m_markup.localName(outer) == name)
-                outer.containsItsName = true;
+        for (int i = 0; i < m_open.size(); ++i) {
+            if (m_openNames.at(i) == name)
+                m_markup.m_elements[m_open.at(i)].containsItsName = true;
         }
     }
 
     Span scanName()
     {
         const char *const begin = m_at;
-        m_at = std::find_if(m_at, m_end, endsName);
+        while (m_at != m_end && !endsName(*m_at))
+            ++m_at;
         return {offset(begin), offset(m_at)};
     }
 
@@ -212,6 +233,7 @@ private:
     const char *const m_end;
     const char *m_at;
     QVector<int> m_open; // the elements whose end tags have not been read
+    QVector<QLatin1String> m_openNames; // and their names without prefixes
 };
 
 XmlMarkup::XmlMarkup(const QByteArray &document) : m_document(document)

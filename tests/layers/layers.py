@@ -43,6 +43,8 @@ LAYERS = [
           ["include/jobxml", "include/tunerdocuments", "src/json", "src/documents/values", "src/documents/json",
            "src/documents/xml"]),
     Layer("src/documents/findings", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/lint",
+          ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/text", "src/documents/xml"]),
     Layer("src/documents/compare",
           ["include/jobxml", "include/tunerdocuments", "src/text", "src/json", "src/documents/json"]),
     Layer("src/documents/show", ["include/jobxml", "include/tunerdocuments", "src/text"]),

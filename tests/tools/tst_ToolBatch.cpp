@@ -224,13 +224,13 @@ void ToolBatchTest::jsonLineDescribesTheWholeResult()
             R"({"path":"Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]","line":null,"column":null,"message":)"
             R"("ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set."},)"
             R"({"path":"Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt","line":null,"column":null,)"
-            R"("message":"ValueInt: Please set value properly."}],"problemCount":3,"error":null})"
+            R"("message":"ValueInt: Please set value properly."}],"problemCount":3,"warnings":0,"error":null})"
             "\n"
-            R"({"file":"good.xml","status":"valid","problems":[],"problemCount":0,"error":null})"
+            R"({"file":"good.xml","status":"valid","problems":[],"problemCount":0,"warnings":0,"error":null})"
             "\n"
             R"({"file":"bad.xml","status":"problems","problems":[)"
             R"({"path":"","line":null,"column":null,"message":"TunerProperties: Please set type properly."}],)"
-            R"("problemCount":1,"error":null})"
+            R"("problemCount":1,"warnings":0,"error":null})"
             "\n"
             R"({"file":"missing.xml","status":"unreadable","problems":[],"problemCount":0,)"
             R"("error":"missing.xml: cannot open: No such file or directory"})"
@@ -273,7 +273,7 @@ void ToolBatchTest::jsonKeepsTextsUnchanged()
     QCOMPARE(run.out,
              text(R"({"file":"Ü \"x\"\n.xml","status":"problems","problems":[)"
                   R"({"path":"Component[type=t,name=\"a\\nb/Ü\"]/Node[1]","line":null,"column":null,)"
-                  R"("message":"Node: Please set id properly."}],"problemCount":1,"error":null})"
+                  R"("message":"Node: Please set id properly."}],"problemCount":1,"warnings":1,"error":null})"
                   "\n"));
     QCOMPARE(run.status, 1);
 }

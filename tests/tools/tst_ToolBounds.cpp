@@ -269,7 +269,7 @@ void ToolBoundsTest::aLongNameIsReplacedByThePositionInTheJsonOfProblems()
     QCOMPARE(cost.out,
              QByteArray(R"({"file":"in.xml","status":"problems","problems":[{"path":"Component[1]/Node[1]",)"
                         R"("line":null,"column":null,"message":"Node: Please set ValueItem properly."}],)"
-                        R"("problemCount":20001,"error":null})"
+                        R"("problemCount":20001,"warnings":0,"error":null})"
                         "\n"));
 }
 

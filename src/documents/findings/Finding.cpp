@@ -60,12 +60,31 @@ Finding findingOf(const Problem &problem)
     return result;
 }
 
+namespace {
+
+QString withSuggestionAndRule(const Finding &warning)
+{
+    const QString suggestion = warning.suggestion.isNull() ? QString() : QStringLiteral("; ") + warning.suggestion;
+    return warning.message + suggestion + QLatin1String(warning.isError ? " [error: " : " [") + warning.rule
+        + QLatin1Char(']');
+}
+
+} // namespace
+
+QString Finding::place() const
+{
+    if (path.isEmpty() || member.isNull())
+        return path + member;
+    return path + QLatin1Char('/') + member;
+}
+
 QString Finding::text(const QString &fileName) const
 {
-    const QString where = path.isEmpty() ? QString() : path + QStringLiteral(": ");
-    if (hasLocation())
-        return fileName + QStringLiteral(":%1:%2: ").arg(line).arg(column) + where + message;
-    return fileName + QStringLiteral(": ") + where + message;
+    const bool isWarning = kind == Kind::Warning;
+    const QString location = hasLocation() ? QStringLiteral(":%1:%2").arg(line).arg(column) : QString();
+    const QString where = isWarning ? place() : path;
+    return fileName + location + (where.isEmpty() ? QString() : QStringLiteral(": ") + where) + QStringLiteral(": ")
+        + (isWarning ? withSuggestionAndRule(*this) : message);
 }
 
 bool KeptItems::contain(const Problem &problem)
@@ -115,20 +134,30 @@ void Findings::describePaths(const JobXml::TunerProperties &document)
     }
 }
 
-QString countText(qint64 count, int listed)
+void Findings::addWarnings(const QVector<Finding> &first, qint64 count)
+{
+    m_warnings.listed += first;
+    m_warnings.count += count;
+}
+
+QString countText(qint64 count, int listed, const QString &what)
 {
     if (listed == 1)
-        return QStringLiteral("%1 problems; only the first is listed").arg(count);
-    return QStringLiteral("%1 problems; only the first %2 are listed").arg(count).arg(listed);
+        return QStringLiteral("%1 %2; only the first is listed").arg(count).arg(what);
+    return QStringLiteral("%1 %2; only the first %3 are listed").arg(count).arg(what).arg(listed);
 }
 
 QStringList Findings::lines(const QString &fileName, const QString &hint) const
 {
     QStringList result;
-    for (const Finding &finding : listed())
-        result.append(finding.text(fileName));
-    if (count() > listed().size())
-        result.append(fileName + QStringLiteral(": ") + countText(count(), listed().size()) + hint);
+    const auto add = [&](const List &list, const QString &what) {
+        for (const Finding &finding : list.listed)
+            result.append(finding.text(fileName));
+        if (list.count > list.listed.size())
+            result.append(fileName + QStringLiteral(": ") + countText(list.count, list.listed.size(), what) + hint);
+    };
+    add(shown(), QStringLiteral("problems"));
+    add(m_warnings, QStringLiteral("warnings"));
     return result;
 }
 

@@ -28,7 +28,8 @@ QTextCodec *codecOf(const QByteArray &document)
         return QTextCodec::codecForName("UTF-16BE");
     if (document.startsWith("\xFF\xFE") || document.startsWith(QByteArray("<\0", 2)))
         return QTextCodec::codecForName("UTF-16LE");
-    if (document.startsWith("\xEF\xBB\xBF"))
+    // Most documents begin like this. Compiling the regular expression takes as long as reading a small one.
+    if (document.startsWith("\xEF\xBB\xBF") || document.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"))
         return nullptr;
     QTextCodec *const declared = declaredCodec(document);
     return declared && declared->mibEnum() != utf8Mib ? declared : nullptr;
@@ -42,17 +43,19 @@ QByteArray encoded(QTextCodec *codec, const QString &text)
 
 } // namespace
 
-EncodedText::EncodedText(const QByteArray &document) : m_codec(codecOf(document))
+EncodedText::EncodedText(const QByteArray &document)
+    : m_codec(codecOf(document)), m_document(document), m_utf8(document)
 {
-    if (!m_codec) {
-        m_utf8 = document;
-        m_isExact = Printable::decoded(document).has_value();
+    if (!m_codec)
         return;
-    }
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    const QString text = m_codec->toUnicode(document.constData(), document.size(), &state);
-    m_utf8 = text.toUtf8();
-    m_isExact = encoded(m_codec, text) == document;
+    m_utf8 = m_codec->toUnicode(document.constData(), document.size(), &state).toUtf8();
+}
+
+bool EncodedText::isExact() const
+{
+    return m_codec ? encoded(m_codec, QString::fromUtf8(m_utf8)) == m_document
+                   : Printable::decoded(m_document).has_value();
 }
 
 QString EncodedText::encoding() const

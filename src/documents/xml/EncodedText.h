@@ -19,7 +19,7 @@ public:
     QString encoding() const;
 
     /// Whether encode(utf8()) is the document, byte for byte. Some encodings have several forms of a text.
-    bool isExact() const { return m_isExact; }
+    bool isExact() const;
 
     /// The document as UTF-8, including a byte order mark.
     const QByteArray &utf8() const { return m_utf8; }
@@ -32,8 +32,8 @@ public:
 
 private:
     QTextCodec *m_codec = nullptr; // null for UTF-8
+    QByteArray m_document;
     QByteArray m_utf8;
-    bool m_isExact = true;
 };
 
 } // namespace TunerDocuments

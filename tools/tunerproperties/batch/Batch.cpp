@@ -7,8 +7,10 @@
 #include <new>
 #include <numeric>
 #include <optional>
+#include <utility>
 
 #include "batch/InOrder.h"
+#include "batch/OutcomeJson.h"
 #include "batch/Progress.h"
 #include "console/Interruption.h"
 #include "text/Printable.h"
@@ -18,10 +20,18 @@
 class Batch::Tally
 {
 public:
-    void add(FileStatus status)
+    void add(FileStatus status, qint64 warnings = 0)
     {
         const std::lock_guard lock(m_mutex);
         ++m_counts[std::size_t(status)];
+        m_warnings += warnings;
+    }
+
+    /// Those that are only counted.
+    qint64 warnings() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_warnings;
     }
 
     /// By status.
@@ -40,6 +50,7 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::array<int, 4> m_counts = {};
+    qint64 m_warnings = 0;
 };
 
 /// The text about one file, ready for output. It is smaller than the findings, which can be discarded.
@@ -58,31 +69,6 @@ struct Batch::Result
 };
 
 namespace {
-
-Json textOrNull(const QString &text)
-{
-    return text.isNull() ? Json() : Json(text.toUtf8());
-}
-
-/// Adds the name; a name that is not UTF-8 is escaped, and its bytes follow as hexadecimal digits: "file" and
-/// "fileBytes".
-void insertName(Json &json, const QByteArray &key, const FileName &name)
-{
-    const auto text = Printable::decoded(name.bytes());
-    json.insert(key, (text ? *text : name.shown()).toUtf8());
-    if (!text)
-        json.insert(key + "Bytes", name.bytes().toHex());
-}
-
-Json problemJson(const TunerDocuments::Finding &finding)
-{
-    Json json = Json::emptyObject();
-    json.insert("path", textOrNull(finding.path));
-    json.insert("line", finding.hasLocation() ? Json(finding.line) : Json());
-    json.insert("column", finding.hasLocation() ? Json(finding.column) : Json());
-    json.insert("message", finding.message.toUtf8());
-    return json;
-}
 
 Json lossJson(const TunerDocuments::Loss &loss)
 {
@@ -106,13 +92,13 @@ QStringList lossLines(const Outcome &outcome)
     return lines;
 }
 
-QString statusWord(FileStatus status, const QString &doneStatus)
+QString statusWord(FileStatus status, const Batch &batch)
 {
     switch (status) {
     case FileStatus::Done:
-        return doneStatus;
+        return batch.doneStatus;
     case FileStatus::Problems:
-        return QStringLiteral("problems");
+        return batch.foundStatus;
     case FileStatus::Unreadable:
         return QStringLiteral("unreadable");
     case FileStatus::Unwritable:
@@ -133,31 +119,44 @@ ExitStatus exitStatus(FileStatus status)
     }
 }
 
-/// The line of JSON about a file, without its end.
-QByteArray jsonOf(const Outcome &outcome, const QString &doneStatus)
+} // namespace
+
+Json Batch::json(const Outcome &outcome) const
 {
     Json json = Json::emptyObject();
-    insertName(json, "file", outcome.file);
+    OutcomeJson::insertName(json, "file", outcome.file);
     if (!outcome.output.isEmpty())
-        insertName(json, "output", outcome.output);
-    json.insert("status", statusWord(outcome.status, doneStatus).toUtf8());
+        OutcomeJson::insertName(json, "output", outcome.output);
+    json.insert("status", statusWord(outcome.status, *this).toUtf8());
+    return json;
+}
+
+QByteArray Batch::lineOf(const Outcome &outcome) const
+{
+    Json line = json(outcome);
     Json problems = Json::emptyList();
     for (const TunerDocuments::Finding &finding : outcome.findings.listed())
-        problems.append(problemJson(finding));
-    json.insert("problems", std::move(problems));
-    json.insert("problemCount", outcome.findings.count());
+        problems.append(OutcomeJson::problem(finding));
+    line.insert("problems", std::move(problems));
+    line.insert("problemCount", outcome.findings.count());
     if (!outcome.output.isEmpty()) {
         Json losses = Json::emptyList();
         for (const TunerDocuments::Loss &loss : outcome.losses)
             losses.append(lossJson(loss));
-        json.insert("losses", std::move(losses));
-        json.insert("lossCount", outcome.lossCount);
+        line.insert("losses", std::move(losses));
+        line.insert("lossCount", outcome.lossCount);
     }
-    json.insert("error", textOrNull(outcome.error));
-    return JsonText::compact(json);
+    if (outcome.warningCount >= 0)
+        line.insert("warnings", outcome.warningCount);
+    if (listsWarnings) {
+        line.insert("warnings", outcome.findings.warningCount());
+        Json &warnings = line.insert("findings", Json::emptyList());
+        for (const TunerDocuments::Finding &finding : outcome.findings.warnings())
+            warnings.append(OutcomeJson::finding(finding));
+    }
+    line.insert("error", OutcomeJson::textOrNull(outcome.error));
+    return JsonText::compact(line);
 }
-
-} // namespace
 
 ExitStatus Batch::run(const QVector<FileName> &files)
 {
@@ -189,6 +188,13 @@ ExitStatus Batch::run(const QVector<FileName> &files)
     return worst;
 }
 
+QString Batch::warningNote(qint64 count)
+{
+    if (count <= 0)
+        return QString();
+    return count == 1 ? QStringLiteral("'lint' has 1 warning") : QStringLiteral("'lint' has %1 warnings").arg(count);
+}
+
 Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
 {
     bool isCounted = false;
@@ -217,7 +223,7 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
     outcome.file = file;
     outcome.output = outputs.value(index);
     if (!isCounted)
-        tally.add(outcome.status);
+        tally.add(outcome.status, std::max(outcome.warningCount, qint64(0)));
     return outcome;
 }
 
@@ -229,7 +235,9 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
     if (!m_settings.quiet && !m_settings.json)
         result.errors += lossLines(outcome);
     if (m_settings.json) {
-        result.lines = jsonOf(outcome, doneStatus) + '\n';
+        result.lines = compose ? compose(outcome) : lineOf(outcome) + '\n';
+        if (errors && !outcome.error.isNull())
+            result.errors.append(outcome.error);
         return result;
     }
     if (!m_settings.quiet && problemsToStandardOutput) {
@@ -246,21 +254,25 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
 void Batch::write(const Result &result)
 {
     if (!result.lines.isEmpty())
-        Console::write(result.lines);
+        Console::write(std::exchange(m_hasWritten, true) ? separator + result.lines : result.lines);
     for (const QString &error : result.errors)
         Console::printError(error);
+    if (errors)
+        *errors += result.errors;
 }
 
-/// ": 1 valid, 2 with problems", or an empty text if no file is done.
+/// ": 1 valid, 2 with problems; 'lint' has 3 warnings", or an empty text if no file is done.
 QString Batch::summary(const Tally &tally) const
 {
     const std::array<int, 4> counts = tally.counts();
-    const QString words[] = {doneStatus, QStringLiteral("with problems"), QStringLiteral("unreadable"),
+    const QString words[] = {doneStatus, QStringLiteral("with ") + foundStatus, QStringLiteral("unreadable"),
                              QStringLiteral("unwritable")};
     QStringList parts;
     for (std::size_t i = 0; i < counts.size(); ++i) {
         if (counts[i] > 0)
             parts.append(QStringLiteral("%1 %2").arg(counts[i]).arg(words[i]));
     }
-    return parts.isEmpty() ? QString() : QStringLiteral(": ") + parts.join(QStringLiteral(", "));
+    const QString warnings = warningNote(tally.warnings());
+    return (parts.isEmpty() ? QString() : QStringLiteral(": ") + parts.join(QStringLiteral(", ")))
+        + (warnings.isNull() ? QString() : QStringLiteral("; ") + warnings);
 }

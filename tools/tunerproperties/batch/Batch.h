@@ -11,9 +11,10 @@
 
 #include "console/Console.h"
 #include "files/FileName.h"
+#include "json/Json.h"
 
 /// What the user of a command with that option can do if not all problems are listed.
-constexpr QLatin1String howToListMore("; use --max-problems to list more");
+inline const QLatin1String howToListMore("; use --max-problems to list more"); // clang knows no constant strlen()
 
 /// The result of processing one file.
 enum class FileStatus {
@@ -38,6 +39,8 @@ struct Outcome
     FileName output; ///< empty if nothing is written
     FileStatus status = FileStatus::Done;
     TunerDocuments::Findings findings;
+    /// The number of warnings to report instead of the warnings themselves; -1 for none.
+    qint64 warningCount = -1;
     QString note; ///< for standard error, unless quiet
     QVector<TunerDocuments::Loss> losses; ///< what the output does not have; as many as problems are listed
     qint64 lossCount = 0;
@@ -59,6 +62,22 @@ public:
     /// The status of a file that is done: "valid" or "converted".
     QString doneStatus;
 
+    /// The status of a file with findings.
+    QString foundStatus = QStringLiteral("problems");
+
+    /// Whether warnings are part of the JSON, as "warnings" (their number) and "findings".
+    bool listsWarnings = false;
+
+    /// Composes what is written to standard output about a file, in place of the usual JSON. Called from several
+    /// threads at once.
+    std::function<QByteArray(const Outcome &)> compose;
+    /// Between two of these texts that are not empty.
+    QByteArray separator;
+
+    /// For JSON without errors: receives those in the order of the files, and they are written to standard error as
+    /// well.
+    QStringList *errors = nullptr;
+
     /// The names of the output files, one per input file, or none.
     QVector<FileName> outputs;
 
@@ -74,6 +93,12 @@ public:
     /// Processes all files and returns the worst result.
     ExitStatus run(const QVector<FileName> &files);
 
+    /// "file" and "status" of the JSON about a file, to which compose() adds others.
+    Json json(const Outcome &outcome) const;
+
+    /// "'lint' has 3 warnings"; null if there are none.
+    static QString warningNote(qint64 count);
+
 private:
     class Tally;
 
@@ -81,8 +106,10 @@ private:
 
     Outcome workOn(const FileName &file, int index, Tally &tally) const;
     Result resultOf(const Outcome &outcome) const;
-    static void write(const Result &result);
+    QByteArray lineOf(const Outcome &outcome) const;
+    void write(const Result &result);
     QString summary(const Tally &tally) const;
 
     const BatchSettings m_settings;
+    bool m_hasWritten = false;
 };

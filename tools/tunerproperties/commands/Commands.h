@@ -22,6 +22,7 @@ QString unknownCommand(const QString &name);
 
 Command showCommand();
 Command validateCommand();
+Command lintCommand();
 Command convertCommand();
 Command diffCommand();
 Command patchCommand();

@@ -6,6 +6,8 @@
 
 #include <QThread>
 
+#include <tunerdocuments/Lint.h>
+
 #include "text/Suggestion.h"
 
 using namespace TunerDocuments;
@@ -134,6 +136,17 @@ const Option &maxExpansion()
     return option;
 }
 
+const Option &disable()
+{
+    static const Option option{
+        {QStringLiteral("disable")},
+        QStringLiteral("Do not apply these rules of 'lint'; separate several by commas. 'lint --rules' lists them."),
+        QStringLiteral("RULE"),
+        Takes::Anything,
+        {}};
+    return option;
+}
+
 namespace {
 
 /// The value of an option that takes a whole number from 1 to `most`; `usual` if it is not set.
@@ -156,6 +169,29 @@ LoadOptions loading(const Invocation &invocation)
 {
     return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion),
             problemCount(invocation)};
+}
+
+QStringList rules(const Invocation &invocation, const Option &option)
+{
+    QStringList names = invocation.value(option).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (invocation.isSet(option) && names.isEmpty())
+        throw WrongUsage(QStringLiteral("the value of %1 is empty").arg(option.typed()));
+    QStringList known;
+    for (const LintRule &rule : lintRules())
+        known.append(rule.name);
+    for (const QString &name : qAsConst(names)) {
+        if (known.contains(name))
+            continue;
+        const QString hint = Suggestion::hint(name, known);
+        throw WrongUsage(QStringLiteral("unknown rule '%1'%2")
+                             .arg(name, hint.isNull() ? QStringLiteral("; 'lint --rules' lists the rules") : hint));
+    }
+    return names;
+}
+
+QStringList disabledRules(const Invocation &invocation)
+{
+    return rules(invocation, disable());
 }
 
 QString expansionNote(const QByteArray &bytes, const QString &fileName)

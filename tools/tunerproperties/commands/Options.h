@@ -20,9 +20,14 @@ const Option &json();
 const Option &specialFiles();
 const Option &maxProblems();
 const Option &maxExpansion();
+const Option &disable();
 
 /// The values of --from and --max-expansion. Throws WrongUsage.
 TunerDocuments::LoadOptions loading(const Invocation &invocation);
+
+/// The rules that the value of an option names, and those of --disable. Throws WrongUsage for unknown ones.
+QStringList rules(const Invocation &invocation, const Option &option);
+QStringList disabledRules(const Invocation &invocation);
 
 /// A note for a document that cannot be read without --max-expansion; null for others. `fileName` is the shown name.
 QString expansionNote(const QByteArray &bytes, const QString &fileName);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "files/DocumentFile.h"
 
+#include <QFile>
+
 #include <tunerdocuments/DocumentError.h>
 
 #include "console/Console.h"
@@ -12,11 +14,12 @@ namespace Forms = TunerDocuments::Forms;
 
 namespace {
 
+constexpr int headSize = 4096; // a document may begin with blank lines
+
 Form formOf(Input &input, const LoadOptions &options)
 {
     if (options.form)
         return *options.form;
-    constexpr int headSize = 4096; // a document may begin with blank lines
     if (const auto form = Forms::byContent(input.head(headSize)))
         return *form;
     if (const auto form = Forms::bySuffix(QString::fromLatin1(input.name().bytes())))
@@ -31,9 +34,9 @@ void checkExpansion(Input &input, Form form, int times)
 {
     if (form != Form::Tagged && form != Form::Compressed)
         return;
-    constexpr int headSize = 12;
+    constexpr int leadingWords = 12;
     constexpr int sizeAt = 8;
-    const QByteArray head = input.head(headSize);
+    const QByteArray head = input.head(leadingWords);
     const qint64 size = input.file().size();
     if (Forms::expansionOf(head, size) > times)
         throw FileFailure(
@@ -47,18 +50,48 @@ void checkExpansion(Input &input, Form form, int times)
 
 } // namespace
 
-Document loadDocument(Input &input, LoadOptions options, const JobXml::ProblemVisitor &visitor)
+namespace {
+
+/// The result of `load`, if the file has not changed meanwhile.
+template <class Load>
+Document checked(Input &input, LoadOptions options, const Load &load)
 {
     options.form = formOf(input, options);
     checkExpansion(input, *options.form, options.maxExpansion);
     try {
-        Document document = Document::load(input.file(), options, visitor);
+        Document document = load(options);
         input.check();
         return document;
     } catch (const TunerDocuments::DocumentError &) {
         input.check(); // a document that has changed meanwhile has errors of its own
         throw;
     }
+}
+
+} // namespace
+
+Document loadDocument(Input &input, LoadOptions options, const JobXml::ProblemVisitor &visitor)
+{
+    return checked(input, options,
+                   [&](const LoadOptions &known) { return Document::load(input.file(), known, visitor); });
+}
+
+Document loadDocumentWithText(Input &input, LoadOptions options, const JobXml::ProblemVisitor &visitor,
+                              QByteArray &text)
+{
+    // Larger files, and what is certainly not XML, are read piece by piece up to the first error.
+    constexpr qint64 largestAtOnce = qint64(256) << 20;
+    return checked(input, options, [&](const LoadOptions &known) {
+        if (known.form != Form::Xml)
+            return Document::load(input.file(), known, visitor);
+        if (input.file().size() <= largestAtOnce && Forms::byContent(input.head(headSize)) == Form::Xml) {
+            text = input.bytes();
+            return Document::fromBytes(text, input.shownName(), known, visitor);
+        }
+        Document document = Document::load(input.file(), known, visitor);
+        text = input.bytes();
+        return document;
+    });
 }
 
 DocumentFile::DocumentFile(const FileName &name, const LoadOptions &options, const JobXml::ProblemVisitor &visitor,

@@ -10,6 +10,10 @@
 TunerDocuments::Document loadDocument(Input &input, TunerDocuments::LoadOptions options = {},
                                       const JobXml::ProblemVisitor &visitor = {});
 
+/// Loads it from its bytes, which the caller receives if it is XML, for TunerDocuments::lint().
+TunerDocuments::Document loadDocumentWithText(Input &input, TunerDocuments::LoadOptions options,
+                                              const JobXml::ProblemVisitor &visitor, QByteArray &text);
+
 /// A document and the file that it was read from. It is read once, without validating, and does not validate.
 struct DocumentFile
 {

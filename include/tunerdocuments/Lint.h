@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <limits>
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <tunerdocuments/Document.h>
+#include <tunerdocuments/Export.h>
+#include <tunerdocuments/Finding.h>
+
+namespace TunerDocuments {
+
+/// A rule of lint().
+struct TUNERDOCUMENTS_EXPORT LintRule
+{
+    QString name; ///< "value-out-of-range"
+    QString finds; ///< what it finds, as a complete sentence
+    QString why; ///< why that deserves a warning, as complete sentences
+};
+
+/// All rules, by subject.
+TUNERDOCUMENTS_EXPORT const QVector<LintRule> &lintRules();
+
+/// What lint() looks for.
+struct TUNERDOCUMENTS_EXPORT LintOptions
+{
+    QStringList disabled = {}; ///< the names of rules that are not applied
+    QStringList errors = {}; ///< the names of rules whose findings are errors (Finding::isError)
+    /// How many findings the visitor receives at most. The others are only counted, which takes much less time.
+    qint64 most = std::numeric_limits<qint64>::max();
+};
+
+using FindingVisitor = std::function<void(const Finding &)>;
+
+/// Looks for what is valid, and still probably not what the author of a document meant: values beyond their limits,
+/// names that are used twice, data that writing would lose. Calls the visitor with the first of these warnings and
+/// returns the number of all. Takes time in proportion to the size of the document, whatever is in it, and does not
+/// change it. What the check of the model finds (JobXml::DataObject::VisitProblems()) is not repeated.
+///
+/// Every finding has the steps to the object concerned, and its path.
+///
+/// Throws std::invalid_argument if the options name an unknown rule.
+TUNERDOCUMENTS_EXPORT qint64 lint(const Document &document, const FindingVisitor &visitor,
+                                  const LintOptions &options = {});
+
+/// The same for a document together with the text from which it was read and to which it still corresponds. If that is
+/// XML,
+///  - rules about the text apply as well: what readers silently convert or skip;
+///  - findings have the line and column of the attribute or element concerned, and are passed in that order;
+///  - a comment `<!-- tunerproperties-lint-disable RULE... -->` directly before an element disables these rules for the
+///    element and everything in it. Only blanks and other comments may be in between.
+///
+/// Texts of other forms have no effect.
+TUNERDOCUMENTS_EXPORT qint64 lint(const Document &document, const QByteArray &text, const FindingVisitor &visitor,
+                                  const LintOptions &options = {});
+
+/// The same for findings that are kept together with problems: adds the first warnings to `findings`, as many as it
+/// keeps, and the number of all. Problems that have only a path receive line and column as well. `text` may be null.
+TUNERDOCUMENTS_EXPORT void lint(const Document &document, const QByteArray &text, Findings &findings,
+                                const LintOptions &options = {});
+
+} // namespace TunerDocuments

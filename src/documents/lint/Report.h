@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <QVector>
+
+#include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Lint.h>
+#include <tunerdocuments/Path.h>
+
+#include "documents/lint/Rules.h"
+
+namespace TunerDocuments {
+
+/// A step to the object that is being examined. The name belongs to the model.
+struct LintStep
+{
+    QLatin1String member;
+    int index; ///< -1 if the member is not a list
+};
+
+/// Lines and columns of places in a text, in ascending order.
+class LineCounter
+{
+public:
+    /// A byte order mark does not count.
+    explicit LineCounter(const QByteArray &utf8) : m_utf8(utf8), m_at(utf8.startsWith("\xEF\xBB\xBF") ? 3 : 0) { }
+
+    void advanceTo(int offset);
+
+    int line() const { return m_line; }
+    int column() const { return m_column; }
+
+private:
+    const QByteArray &m_utf8;
+    int m_at;
+    int m_line = 1;
+    int m_column = 1;
+};
+
+/// What a rule writes about a finding.
+struct Description
+{
+    QString message;
+    QString suggestion{}; ///< null if there is none
+};
+
+/// The beginning of a text, in quotes: messages do not depend on the size of the document.
+QString quoted(const QString &text);
+
+/// Where a finding is in the text; nowhere without one.
+struct TextPlace
+{
+    int offset = -1; ///< in bytes
+    int element = -1; ///< the element concerned, whose comments may disable the rule
+};
+
+/// The findings: the first ones, and the number of all. Only the first ones are described, since a document made for
+/// that may have one for every few bytes.
+class Report
+{
+public:
+    Report(const Document &document, const LintOptions &options);
+
+    /// The rules that the options enable.
+    quint64 enabled() const { return m_enabled; }
+
+    /// The rules that comments disable for each element; empty if they disable none.
+    void setDisabledInElements(std::vector<quint64> rules) { m_disabledInElements = std::move(rules); }
+
+    /// How many findings are described from now on. Findings of two walks are merged, so that each has the full number.
+    void beginWalk() { m_left = m_most; }
+
+    /// Counts a finding, and describes it if it is one of the first. `furtherStep`, from the object at the steps to the
+    /// one concerned, may be null.
+    template <class Describe>
+    void add(int rule, const TextPlace &place, const std::vector<LintStep> &steps, const LintStep *furtherStep,
+             QLatin1String member, const Describe &describe)
+    {
+        if (!m_disabledInElements.empty() && place.element >= 0
+            && (m_disabledInElements[std::size_t(place.element)] & bitOf(rule)) != 0)
+            return;
+        ++m_count;
+        if (m_left > 0) {
+            --m_left;
+            keep(rule, place, steps, furtherStep, member, describe());
+        }
+    }
+
+    qint64 count() const { return m_count; }
+
+    /// Calls the visitor with the first findings. With the text, they are sorted by place, and have line and column.
+    void visit(const FindingVisitor &visitor, const QByteArray *utf8);
+
+private:
+    struct Kept
+    {
+        Finding finding;
+        int offset;
+    };
+
+    void keep(int rule, const TextPlace &place, const std::vector<LintStep> &steps, const LintStep *furtherStep,
+              QLatin1String member, Description &&description);
+
+    const JobXml::TunerProperties &m_tuner;
+    const qint64 m_most;
+    quint64 m_enabled = 0;
+    quint64 m_errors = 0;
+    std::vector<quint64> m_disabledInElements;
+    qint64 m_count = 0;
+    qint64 m_left = 0;
+    std::vector<Kept> m_kept;
+    std::unique_ptr<Paths::Texts> m_paths;
+};
+
+} // namespace TunerDocuments

@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: MIT
+#include "documents/lint/TextRules.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <tunerdocuments/Value.h>
+
+#include "text/Suggestion.h"
+
+using JobXml::MemberKind;
+
+namespace TunerDocuments {
+namespace TextRules {
+
+namespace {
+
+bool isWhole(MemberKind kind)
+{
+    return kind == MemberKind::Int || kind == MemberKind::Int64 || kind == MemberKind::UInt64;
+}
+
+/// A decimal number as it is written: digits, and the position of the point.
+class Written
+{
+public:
+    explicit Written(const QString &text)
+    {
+        const QString trimmed = text.trimmed();
+        int at = 0;
+        const auto digits = [&] {
+            const int begin = at;
+            while (at < trimmed.size() && trimmed.at(at) >= QLatin1Char('0') && trimmed.at(at) <= QLatin1Char('9'))
+                ++at;
+            return trimmed.mid(begin, at - begin);
+        };
+        const auto take = [&](const char *characters) {
+            const bool isThere = at < trimmed.size() && QLatin1String(characters).contains(trimmed.at(at));
+            at += isThere ? 1 : 0;
+            return isThere;
+        };
+        take("+-");
+        m_digits = digits();
+        m_isWhole = at == trimmed.size() && !m_digits.isEmpty();
+        int decimals = 0;
+        if (take(".")) {
+            const QString fraction = digits();
+            decimals = fraction.size();
+            m_digits += fraction;
+        }
+        qint64 exponent = 0;
+        bool hasExponent = true;
+        if (take("eE")) {
+            const bool isNegative = at < trimmed.size() && trimmed.at(at) == QLatin1Char('-');
+            take("+-");
+            const QString size = digits();
+            hasExponent = !size.isEmpty();
+            constexpr int longest = 9; // the rest does not change what it is
+            exponent = (isNegative ? -1 : 1) * size.left(longest).toLongLong();
+        }
+        m_isNumber = at == trimmed.size() && !m_digits.isEmpty() && hasExponent;
+        m_decimals = decimals - exponent;
+        while (m_digits.endsWith(QLatin1Char('0'))) {
+            m_digits.chop(1);
+            --m_decimals;
+        }
+    }
+
+    bool isNumber() const { return m_isNumber; }
+    bool isWhole() const { return m_isWhole; }
+    /// Without zeros at the end.
+    qint64 decimals() const { return m_digits.isEmpty() ? 0 : std::max(m_decimals, qint64(0)); }
+
+private:
+    QString m_digits;
+    qint64 m_decimals = 0;
+    bool m_isWhole = false;
+    bool m_isNumber = false;
+};
+
+/// A number as the model reads it.
+struct Read
+{
+    explicit Read(const LintedText &value)
+    {
+        bool isRead = false;
+        switch (value.kind) {
+        case MemberKind::Int:
+            as = QString::number(value.text.toInt(&isRead));
+            break;
+        case MemberKind::UInt64: {
+            const qint64 number = value.text.toLongLong(&isRead);
+            isRead = isRead && number >= 0;
+            as = QString::number(quint64(number));
+            break;
+        }
+        case MemberKind::Float: {
+            const float number = value.text.toFloat(&isRead);
+            as = ValueText::exactly(number);
+            rounded = QString::number(double(number), 'f', decimals);
+            break;
+        }
+        case MemberKind::Double: {
+            const double number = value.text.toDouble(&isRead);
+            as = ValueText::exactly(number);
+            rounded = QString::number(number, 'f', decimals);
+            break;
+        }
+        default:
+            as = QString::number(value.text.toLongLong(&isRead));
+            break;
+        }
+        isExact = isRead;
+    }
+
+    static constexpr int decimals = 2; // of XML and records
+
+    bool isExact = false; ///< whether it is in range, and a number at all
+    QString as; ///< what is read
+    QString rounded{}; ///< what is written for that, if it differs
+};
+
+const char *rangeOf(MemberKind kind)
+{
+    switch (kind) {
+    case MemberKind::Int:
+        return "-2147483648 to 2147483647";
+    case MemberKind::UInt64:
+        return "0 to 9223372036854775807";
+    case MemberKind::Float:
+        return "-3.4e38 to 3.4e38";
+    case MemberKind::Double:
+        return "-1.7e308 to 1.7e308";
+    default:
+        return "-9223372036854775808 to 9223372036854775807";
+    }
+}
+
+} // namespace
+
+void notANumber(const LintedText &value)
+{
+    const Read read(value);
+    const Written written(value.text);
+    if (read.isExact || (isWhole(value.kind) ? written.isWhole() : written.isNumber()))
+        return;
+    value.warn([&]() -> Description {
+        const bool isFraction = isWhole(value.kind) && written.isNumber();
+        return {QStringLiteral("%1 of %2 is not a %3; it is read as %4")
+                    .arg(quoted(value.text), value.name,
+                         isFraction ? QStringLiteral("whole number") : QStringLiteral("number"), read.as)};
+    });
+}
+
+void numberOutOfRange(const LintedText &value)
+{
+    const Read read(value);
+    const Written written(value.text);
+    if (read.isExact || !(isWhole(value.kind) ? written.isWhole() : written.isNumber()))
+        return;
+    value.warn([&]() -> Description {
+        return {
+            QStringLiteral("%1 of %2 is out of range; it is read as %3").arg(quoted(value.text), value.name, read.as),
+            QStringLiteral("use a number from %1").arg(QLatin1String(rangeOf(value.kind)))};
+    });
+}
+
+void lostDecimals(const LintedText &value)
+{
+    const Read read(value);
+    if (isWhole(value.kind) || !read.isExact || Written(value.text).decimals() <= Read::decimals)
+        return;
+    value.warn([&]() -> Description {
+        return {QStringLiteral("%1 of %2 has more than two decimals; it is written as %3")
+                    .arg(quoted(value.text), value.name, read.rounded),
+                QStringLiteral("keep it in JSON, or round it")};
+    });
+}
+
+void notABoolean(const LintedText &value)
+{
+    const QString lower = value.text.toLower();
+    for (const char *word : {"", "true", "false", "0", "1"}) { // the model reports the empty one
+        if (lower == QLatin1String(word))
+            return;
+    }
+    value.warn([&]() -> Description {
+        const QString word = lower.trimmed();
+        const bool isFalse = QStringList{QStringLiteral("false"), QStringLiteral("no"), QStringLiteral("off"),
+                                         QStringLiteral("0"),     QStringLiteral("f"),  QStringLiteral("n")}
+                                 .contains(word);
+        const bool isTrue = QStringList{QStringLiteral("true"), QStringLiteral("yes"), QStringLiteral("on"),
+                                        QStringLiteral("1"),    QStringLiteral("t"),   QStringLiteral("y")}
+                                .contains(word);
+        return {QStringLiteral("%1 of %2 is not a boolean; it is read as true").arg(quoted(value.text), value.name),
+                isFalse      ? QStringLiteral("use 'false'")
+                    : isTrue ? QStringLiteral("use 'true'")
+                             : QStringLiteral("use 'true' or 'false'")};
+    });
+}
+
+namespace {
+
+/// "did you mean 'gain'?", or the words that are known.
+QString suggestion(const QString &word, const QStringList &known)
+{
+    const QString nearest = Suggestion::nearest(word, known);
+    if (!nearest.isNull())
+        return QStringLiteral("did you mean '%1'?").arg(nearest);
+    return known.isEmpty() ? QString() : QStringLiteral("expected ") + Suggestion::listed(known);
+}
+
+} // namespace
+
+void unknownAttribute(const LintedText &attribute)
+{
+    attribute.warn([&]() -> Description {
+        const QString local = attribute.name.section(QLatin1Char(':'), -1);
+        return {QStringLiteral("unknown attribute %1 of %2; it is ignored")
+                    .arg(quoted(attribute.name), attribute.className),
+                suggestion(local, attribute.known)};
+    });
+}
+
+void unknownElement(const LintedText &element)
+{
+    element.warn([&]() -> Description {
+        return {QStringLiteral("unknown element %1 in %2; ").arg(quoted(element.name), element.className)
+                    + (element.isSkipped
+                           ? QStringLiteral("it is skipped")
+                           : QStringLiteral("what is in it counts as if it were in %1").arg(element.className)),
+                suggestion(element.name, element.known)};
+    });
+}
+
+void unknownVersion(const LintedText &version)
+{
+    if (!(version.text.toFloat() > version.presentVersion.toFloat()))
+        return;
+    version.warn([&]() -> Description {
+        return {
+            QStringLiteral("version %1 is unknown; the newest is %2").arg(quoted(version.text), version.presentVersion),
+            QStringLiteral("use '%1'").arg(version.presentVersion)};
+    });
+}
+
+void resetByVersion(const LintedText &version)
+{
+    if (!(version.text.toFloat() < version.presentVersion.toFloat()))
+        return;
+    version.warn([&]() -> Description {
+        const QString suggestion = QStringLiteral("use Version=\"%1\"").arg(version.presentVersion);
+        if (version.text.isNull())
+            return {QStringLiteral("the version is missing; readers reset the document to its defaults"), suggestion};
+        return {QStringLiteral("version %1 is older than %2; readers reset the document to its defaults")
+                    .arg(quoted(version.text), version.presentVersion),
+                suggestion};
+    });
+}
+
+void uselessComment(const LintedText &comment)
+{
+    comment.warn([&]() -> Description {
+        if (comment.text.isNull())
+            return {QStringLiteral("the comment disables nothing, since it is not directly before an element"),
+                    QStringLiteral("put it before the element concerned")};
+        if (comment.text.isEmpty())
+            return {QStringLiteral("the comment disables nothing, since it names no rule"),
+                    QStringLiteral("add the name of a rule")};
+        const QString nearest = Suggestion::nearest(comment.text, comment.known);
+        return {QStringLiteral("unknown rule %1").arg(quoted(comment.text)),
+                nearest.isNull() ? QStringLiteral("'lint --rules' lists the rules")
+                                 : QStringLiteral("did you mean '%1'?").arg(nearest)};
+    });
+}
+
+} // namespace TextRules
+} // namespace TunerDocuments

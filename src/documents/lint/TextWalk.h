@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <reportbase/XmlMarkup.h>
+
+#include "documents/lint/Places.h"
+#include "documents/lint/Report.h"
+
+namespace TunerDocuments {
+
+/// Whether the markup is a document whose text can be examined.
+bool canLintText(const REPORTGENERATOR::XmlMarkup &markup);
+
+/// Makes the comments that disable rules effective. Returns whether there are any.
+bool applyComments(const REPORTGENERATOR::XmlMarkup &markup, Report &report);
+
+/// Applies the rules about the text. Adds the places of the objects to `places`, which may be null.
+void lintText(const REPORTGENERATOR::XmlMarkup &markup, Report &report, Places *places);
+
+} // namespace TunerDocuments
