@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "html/Html.h"
+#include "html/ValueWarnings.h"
 #include "tools/html/PageTree.h"
 
 /// The problems of a document without a file.
@@ -14,8 +15,16 @@ inline Findings findingsOf(const JobXml::TunerProperties &document)
     return findings;
 }
 
+/// The same with the warnings about its values.
+inline PageFindings allFindingsOf(const JobXml::TunerProperties &document)
+{
+    PageFindings findings(findingsOf(document));
+    addValueWarnings(document, std::numeric_limits<int>::max(), findings);
+    return findings;
+}
+
 /// The whole page.
-inline QByteArray html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source)
+inline QByteArray html(const JobXml::TunerProperties &document, const PageFindings &findings, const QString &source)
 {
     QByteArray page;
     html(document, findings, source, [&](const QByteArray &piece) { page += piece; });
@@ -24,7 +33,7 @@ inline QByteArray html(const JobXml::TunerProperties &document, const Findings &
 
 inline PageTree pageOf(const JobXml::TunerProperties &document)
 {
-    return PageTree(html(document, findingsOf(document), QStringLiteral("file.xml")));
+    return PageTree(html(document, allFindingsOf(document), QStringLiteral("file.xml")));
 }
 
 /// The only element that matches; an empty one if there is none, or more.
@@ -32,4 +41,10 @@ inline const PageNode *only(const std::vector<const PageNode *> &nodes)
 {
     static const PageNode none;
     return nodes.size() == 1 ? nodes.front() : &none;
+}
+
+/// All elements of a class.
+inline std::vector<const PageNode *> ofClass(const PageTree &page, const char *name)
+{
+    return page.root().all([&](const PageNode &node) { return node.isOfClass(name); });
 }

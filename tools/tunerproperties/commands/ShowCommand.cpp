@@ -7,6 +7,7 @@
 #include "documents/Document.h"
 #include "documents/Validate.h"
 #include "html/Html.h"
+#include "html/ValueWarnings.h"
 #include "members/Show.h"
 
 namespace {
@@ -51,9 +52,10 @@ void showAsHtml(Document &document, const Findings &findings)
 {
     checkSizeOfPage(document);
     const FileName &name = document.input.name();
+    PageFindings all(findings);
+    addValueWarnings(document.tuner, findings.most(), all);
     BufferedOutput output;
-    html(document.tuner, findings,
-         name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
+    html(document.tuner, all, name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
 }

@@ -62,6 +62,7 @@ Finding findingOf(const Problem &problem)
     if (result.hasLocation())
         return result;
     result.steps = problem.steps;
+    result.member = problem.member;
     for (int i = 0; i < problem.path.size(); ++i)
         result.path.append(shortLabel(problem.path.at(i), problem.steps.at(i).index));
     return result;

@@ -8,8 +8,9 @@
 
 #include <jobxml/TunerProperties.h>
 
-/// A reason why a document is invalid. It has either a location in an XML file, line and column counted from 1, or a
-/// path in the document, which is empty for the document itself.
+/// A reason why a document is invalid, or a warning about a valid one. A reason has either a location in an XML file,
+/// line and column counted from 1, or a path in the document, which is empty for the document itself; a warning may
+/// have both.
 struct Finding
 {
     QStringList path;
@@ -17,7 +18,10 @@ struct Finding
     int column = 0;
     QString message;
     QVector<JobXml::Step> steps = {}; ///< the path, for programs
+    QString member = {}; ///< the member of the object at the path; null if it is not a single one
+    QString rule = {}; ///< the rule that warns; null for a reason why the document is invalid
 
+    bool isWarning() const { return !rule.isNull(); }
     bool hasLocation() const { return line > 0; }
 
     /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
@@ -69,6 +73,8 @@ public:
     const QVector<Finding> &listed() const { return shown().listed; }
     qint64 count() const { return shown().count; }
     bool isEmpty() const { return count() == 0; }
+    /// How many it keeps at most.
+    int most() const { return m_most; }
 
     /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more.
     QStringList lines(const QString &fileName) const;

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 
+#include "html/Anchor.h"
 #include "html/Axis.h"
 #include "html/Values.h"
+#include "members/Paths.h"
 
 using JobXml::DataObject;
 using JobXml::MemberKind;
@@ -15,8 +17,13 @@ namespace {
 /// In a document with more nodes, all components but the first are closed.
 constexpr int mostNodesOpen = 24;
 
-/// With more nodes, laying out only the visible ones saves time.
+/// With more nodes or components, laying out only the visible ones saves time.
 constexpr int mostNodesLaidOut = 500;
+
+/// The nodes of a long list are in groups, of which the browser lays out those on the screen: a few hundred groups are
+/// less to arrange than thousands of nodes. A multiple of all numbers of columns, so that only the last group has a
+/// gap.
+constexpr int mostNodesInAGroup = 48;
 
 bool isObjectOrEmptyList(const MemberView &member)
 {
@@ -91,8 +98,7 @@ void Content::showHeader()
     if (m_kind) {
         const Tag line(m_out, "p");
         const bool isNamed = !textOf(&*m_kind).isEmpty();
-        objects.named(*m_kind, isNamed ? Objects::Name::Unseen : Objects::Name::Seen, "span",
-                      isNamed ? "badge" : "member");
+        objects.named(*m_kind, isNamed ? Objects::Name::Unseen : Objects::Name::Seen, {}, isNamed ? "badge" : nullptr);
     }
     {
         const Tag heading(m_out, "h1");
@@ -114,6 +120,11 @@ void Content::showHeader()
         m_out.words(QStringLiteral(" \u00b7 "));
         objects.named(*m_name, Objects::Name::Seen);
     }
+}
+
+void Content::showHeaderFindings()
+{
+    m_problems.show(m_out, ObjectPath(), m_facts);
 }
 
 void Content::showOverview()
@@ -141,7 +152,7 @@ void Content::showCards()
 
 bool Content::isShown(const ObjectPath &path) const
 {
-    return !m_out.isDiscarded() || m_problems.countFrom(path) != 0;
+    return !m_out.isDiscarded() || !m_problems.countFrom(path).isZero();
 }
 
 void Content::showObject(const MemberView &member)
@@ -150,8 +161,9 @@ void Content::showObject(const MemberView &member)
     showHeading(m_out, "h2", member);
     if (member.GetSize() != 0) {
         const ObjectPath path = ObjectPath().below(member.GetName());
-        m_problems.show(m_out, path);
-        Objects(m_out, m_problems).facts(Members(member.GetChild()), path);
+        const Members members(member.GetChild());
+        m_problems.show(m_out, path, members);
+        Objects(m_out, m_problems).facts(members, path);
     }
 }
 
@@ -176,10 +188,28 @@ void Content::showChart(const MemberView &list)
                            {"aria-label",
                             QStringLiteral("%1 from %2 to %3")
                                 .arg(QString::fromUtf8(kind), brief(axis.least()), brief(axis.most()))}});
-        for (const Axis::Tick &tick : axis.ticks())
-            m_out.element("text", {{"x", percent(tick.at)}, {"y", "14"}}, tick.label);
+        showLabels(axis);
     };
-    Objects(m_out, m_problems).list(list, ObjectPath(), -1, &bars);
+    Objects(m_out, m_problems).list(list, ObjectPath(), &bars);
+}
+
+void Content::showLabels(const Axis &axis)
+{
+    constexpr int narrow = 260; // the axis on a telephone, in pixels
+    constexpr int character = 7;
+    constexpr int gap = 12;
+    int room = 0;
+    for (const Axis::Tick &tick : axis.ticks())
+        room += tick.label.isEmpty() ? 0 : tick.label.size() * character + gap;
+    int count = 0;
+    for (const Axis::Tick &tick : axis.ticks()) {
+        if (tick.label.isEmpty())
+            continue;
+        // Where there is too little room for all of them, every other one is left out.
+        const bool isOptional = room > narrow && count++ % 2 != 0;
+        m_out.element("text", {{"class", isOptional ? "second" : nullptr}, {"x", percent(tick.at)}, {"y", "14"}},
+                      tick.label);
+    }
 }
 
 void Content::showTicks(const Axis &axis)
@@ -207,22 +237,25 @@ void Content::showBar(const Axis &axis, const DataObject &item)
 void Content::showCards(const MemberView &list)
 {
     const int nodes = grandchildren(list);
+    const bool isLarge = nodes > mostNodesLaidOut || list.GetSize() > mostNodesLaidOut;
     const Tag section(m_out, "section",
-                      {{"class", nodes > mostNodesLaidOut ? "cards large" : "cards"}, {"data-member", list.GetName()}});
+                      {{"class", isLarge ? "cards large" : "cards"}, {"data-member", list.GetName()}});
     showHeading(m_out, "h2", list);
     const bool isShort = nodes <= mostNodesOpen;
+    Paths::ItemSteps steps(list);
     for (int i = 0; i < list.GetSize(); ++i) {
-        const ObjectPath path = ObjectPath().below(list.GetName(), i);
-        if (isShown(path))
-            showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), path, isShort || i == 0);
+        const Place place{ObjectPath().below(list.GetName(), i), steps.next()};
+        if (isShown(place.path))
+            showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), place, isShort || i == 0);
     }
 }
 
-void Content::showCard(const DataObject &object, const QString &fallbackTitle, const ObjectPath &path, bool isOpen)
+void Content::showCard(const DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag card(m_out, "details", {{"class", "card"}, {"open", isOpen ? "open" : nullptr}});
+    const Tag card(m_out, "details",
+                   {{"class", "card"}, {"id", anchorOf(place.text)}, {"open", isOpen ? "open" : nullptr}});
     {
         const Tag summary(m_out, "summary");
         // The display name if there is one, otherwise what identifies the object among its siblings.
@@ -244,46 +277,66 @@ void Content::showCard(const DataObject &object, const QString &fallbackTitle, c
             showText(m_out, identity.first());
         }
         const Tag tallies(m_out, "span", {{"class", "tallies"}});
-        if (const int count = m_problems.countFrom(path))
-            m_out.element("span", {{"class", "tally bad"}},
-                          count == 1 ? QStringLiteral("1 problem") : QStringLiteral("%1 problems").arg(count));
+        showCount(m_problems.countFrom(place.path));
         for (const MemberView &list : lists)
             m_out.element("span", {{"class", "tally"}},
                           list.GetName() + QLatin1Char(' ') + QString::number(list.GetSize()));
     }
     const Tag inside(m_out, "div", {{"class", "inside"}});
-    m_problems.show(m_out, path);
-    Objects(m_out, m_problems).facts(members, path);
-    for (const MemberView &list : lists) {
-        const Tag nodes(m_out, "div", {{"class", "nodes"}, {"data-member", list.GetName()}});
-        showListName(m_out, list);
-        for (int i = 0; i < list.GetSize(); ++i) {
-            const ObjectPath node = path.below(list.GetName(), i);
-            if (isShown(node))
+    m_problems.show(m_out, place.path, members);
+    Objects(m_out, m_problems).facts(members, place.path);
+    for (const MemberView &list : lists)
+        showNodes(list, place);
+}
+
+void Content::showCount(const Problems::Count &count)
+{
+    if (!count.isZero())
+        m_out.element("span", {{"class", count.problems > 0 ? "tally bad" : "tally doubtful"}}, count.text());
+}
+
+void Content::showNodes(const MemberView &list, const Place &place)
+{
+    const bool isGrouped = list.GetSize() > mostNodesInAGroup;
+    const Tag nodes(m_out, "div", {{"class", isGrouped ? "nodes grouped" : "nodes"}, {"data-member", list.GetName()}});
+    showListName(m_out, list);
+    Paths::ItemSteps steps(list);
+    const auto show = [&](int first, int end) {
+        for (int i = first; i < end; ++i) {
+            const Place node{place.path.below(list.GetName(), i), place.text + QLatin1Char('/') + steps.next()};
+            if (isShown(node.path))
                 showNode(list.GetChild(i), node);
         }
+    };
+    if (!isGrouped) {
+        show(0, list.GetSize());
+        return;
+    }
+    for (int first = 0; first < list.GetSize(); first += mostNodesInAGroup) {
+        const Tag group(m_out, "div", {{"class", "group"}});
+        show(first, std::min(first + mostNodesInAGroup, list.GetSize()));
     }
 }
 
-void Content::showNode(const DataObject &object, const ObjectPath &path)
+void Content::showNode(const DataObject &object, const Place &place)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag node(m_out, "div", {{"class", "node"}});
+    const Tag node(m_out, "div", {{"class", "node"}, {"id", anchorOf(place.text)}});
     Objects objects(m_out, m_problems);
     {
         const Tag heading(m_out, "h4");
         if (const auto id = members.take(isIdentifyingText))
             objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Unseen);
     }
-    m_problems.show(m_out, path);
+    m_problems.show(m_out, place.path, members);
     if (!members.isEmpty())
-        objects.facts(members, path);
-    Values values(m_out, m_problems);
+        objects.facts(members, place.path);
     for (const MemberView &list : lists) {
         const Tag content(m_out, "div", {{"data-member", list.GetName()}});
         showListName(m_out, list);
+        Values values(m_out, m_problems, Unit::of(list));
         for (int i = 0; i < list.GetSize(); ++i)
-            values.item(list.GetChild(i), path.below(list.GetName(), i));
+            values.item(list.GetChild(i), place.path.below(list.GetName(), i));
     }
 }

@@ -23,6 +23,8 @@ public:
     bool hasCards() const;
 
     void showHeader();
+    /// The findings about what the header shows.
+    void showHeaderFindings();
     void showOverview();
     void showCards();
 
@@ -34,12 +36,21 @@ private:
     void showChart(const View &list);
     void showBar(const Axis &axis, const JobXml::DataObject &item);
     void showTicks(const Axis &axis);
+    void showLabels(const Axis &axis);
     void showCards(const View &list);
     /// Whether the object is shown. If only the problems count, objects without any are skipped.
     bool isShown(const ObjectPath &path) const;
+
+    struct Place
+    {
+        ObjectPath path;
+        QString text; ///< the path as users write it
+    };
     /// `fallbackTitle` is the title of an object without a name.
-    void showCard(const JobXml::DataObject &object, const QString &fallbackTitle, const ObjectPath &path, bool isOpen);
-    void showNode(const JobXml::DataObject &object, const ObjectPath &path);
+    void showCard(const JobXml::DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen);
+    void showCount(const Problems::Count &count);
+    void showNodes(const View &list, const Place &place);
+    void showNode(const JobXml::DataObject &object, const Place &place);
 
     Markup &m_out;
     Problems &m_problems;

@@ -9,6 +9,7 @@
 
 #include "html/Members.h"
 #include "html/Problems.h"
+#include "html/Unit.h"
 
 /// A column of a table beside those of the members.
 struct ExtraColumn
@@ -29,23 +30,21 @@ public:
     Objects(Markup &out, Problems &problems) : m_out(out), m_problems(problems) { }
 
     /// A value and whether it is set, without its name.
-    void value(const JobXml::MemberView &member);
+    void value(const JobXml::MemberView &member, const Unit &unit = {});
     /// The same with its name.
-    void named(const JobXml::MemberView &member, Name name, const char *tag = "span", const char *htmlClass = "member");
-    /// All members with their names; child objects follow the values.
+    void named(const JobXml::MemberView &member, Name name, const Unit &unit = {}, const char *htmlClass = nullptr);
+    /// All members with their names and findings; child objects follow the values.
     void facts(const Members &members, const ObjectPath &path);
-    /// A list of child objects in a table, with a row for each and a column for each of their values. The row `current`
-    /// is marked. If the objects are not that simple, the same as children().
-    void list(const JobXml::MemberView &member, const ObjectPath &path, int current = -1,
-              const ExtraColumn *extra = nullptr);
-    /// Child objects with all their members.
+    /// A list of child objects in a table, with a row for each and a column for each of their values. If the objects
+    /// are not that simple, the same as children().
+    void list(const JobXml::MemberView &member, const ObjectPath &path, const ExtraColumn *extra = nullptr);
+    /// Child objects with all their members. An alternative that is not chosen is marked.
     void children(const JobXml::MemberView &member, const ObjectPath &path);
 
 private:
     void enumerators(const JobXml::MemberView &member);
     void enumerator(const QVariant &entry);
-    void row(const JobXml::DataObject &item, const ObjectPath &path, bool isCurrent, int columns,
-             const ExtraColumn *extra);
+    void row(const JobXml::DataObject &item, const ObjectPath &path, int columns, const ExtraColumn *extra);
 
     Markup &m_out;
     Problems &m_problems;
@@ -53,6 +52,9 @@ private:
 
 /// A number, with its digits in groups that are visually separated.
 void showNumber(Markup &out, const QVariant &value);
+/// A number and its unit. If a prefix makes it shorter, the number with the prefix precedes the exact one, which is
+/// also its title.
+void showQuantity(Markup &out, const QVariant &value, const Unit &unit);
 /// A text, which may be empty or null.
 void showText(Markup &out, const QString &text);
 /// A heading for a list, with the number of its items.

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include <QHash>
-
 #include "text/Printable.h"
 #include "text/Suggestion.h"
 
@@ -382,29 +380,43 @@ QString identityOf(const DataObject &object)
     return parts.isEmpty() ? QString() : parts.join(QLatin1Char(','));
 }
 
-QStringList stepsTo(const MemberView &list)
+ItemSteps::ItemSteps(const MemberView &list) : m_list(list)
+{
+    for (int i = 0; i < list.GetSize(); ++i) {
+        const QString identity = identityAt(i);
+        if (!identity.isNull())
+            ++m_alike[identity].count;
+    }
+}
+
+QString ItemSteps::identityAt(int index) const
 {
     // Every path into the item repeats its identity: a longer one would make many paths much larger than the document.
     constexpr int longestIdentity = 80;
-    QStringList identities;
-    QHash<QString, int> alike;
-    for (int i = 0; i < list.GetSize(); ++i) {
-        const QString identity = identityOf(list.GetChild(i));
-        identities.append(identity.size() > longestIdentity ? QString() : identity);
-        ++alike[identities.last()];
-    }
+    const QString identity = identityOf(m_list.GetChild(index));
+    return identity.size() > longestIdentity ? QString() : identity;
+}
+
+QString ItemSteps::next()
+{
+    const int index = m_next++;
+    const QString identity = identityAt(index);
+    const QString name = m_list.GetName();
+    if (identity.isNull())
+        return name + QStringLiteral("[%1]").arg(index + 1);
+    Alike &alike = m_alike[identity];
+    ++alike.passed;
+    const QString step = name + QLatin1Char('[') + identity + QLatin1Char(']');
+    return alike.count > 1 ? step + QStringLiteral("[%1]").arg(alike.passed) : step;
+}
+
+QStringList stepsTo(const MemberView &list)
+{
+    ItemSteps items(list);
     QStringList steps;
-    QHash<QString, int> passed;
-    for (int i = 0; i < identities.size(); ++i) {
-        const QString &identity = identities[i];
-        QString step = list.GetName();
-        if (!identity.isNull())
-            step += QLatin1Char('[') + identity + QLatin1Char(']');
-        const int position = identity.isNull() ? i + 1 : ++passed[identity];
-        if (identity.isNull() || alike[identity] > 1)
-            step += QStringLiteral("[%1]").arg(position);
-        steps.append(step);
-    }
+    steps.reserve(list.GetSize());
+    for (int i = 0; i < list.GetSize(); ++i)
+        steps.append(items.next());
     return steps;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -23,7 +24,32 @@ public:
 /// second of those. docs/paths.md describes them.
 namespace Paths {
 
-/// The steps to all items of a list, each of which is unique. An item with a long identity is selected by its position.
+/// The steps to the items of a list, one after the other, each of which is unique. An item with a long identity is
+/// selected by its position. Keeps the identities, but not the steps.
+class ItemSteps
+{
+public:
+    explicit ItemSteps(const JobXml::MemberView &list);
+
+    /// The step to the next item; call it at most once for each.
+    QString next();
+
+private:
+    /// Null if the item is selected by its position.
+    QString identityAt(int index) const;
+
+    struct Alike
+    {
+        int count = 0;
+        int passed = 0;
+    };
+
+    JobXml::MemberView m_list;
+    QHash<QString, Alike> m_alike; // by identity
+    int m_next = 0;
+};
+
+/// The steps to all items of a list.
 QStringList stepsTo(const JobXml::MemberView &list);
 
 /// The identity of an object among its siblings: "type=Filter,name=Pre". Null if a text of it is missing. Values are
