@@ -7,6 +7,7 @@
 ///   large.tpb     2,000 nodes
 ///   many.tpb      10,000 nodes with values of several kinds, in 100 components
 ///   long.tpb      the same nodes in one component
+///   wide.tpb      600 components with a node each
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -235,10 +236,15 @@ int main(int argc, char *argv[])
     JobXml::TunerProperties many = manyNodes(100);
     JobXml::TunerProperties whole = manyNodes(1);
 
+    JobXml::TunerProperties wide = aDocument(1);
+    for (int i = 1; i < 600; ++i)
+        wide.AppendComponent(aComponent(QStringLiteral("component%1").arg(i), 1));
+
     const bool isWritten = write(folder + QStringLiteral("hostile.json"), Forms::compose(hostile, Form::Json, {}))
         && write(folder + QStringLiteral("texts.json"), QJsonDocument(texts.texts()).toJson())
         && write(folder + QStringLiteral("large.tpb"), Forms::compose(large, Form::Tagged, {}))
         && write(folder + QStringLiteral("many.tpb"), Forms::compose(many, Form::Tagged, {}))
-        && write(folder + QStringLiteral("long.tpb"), Forms::compose(whole, Form::Tagged, {}));
+        && write(folder + QStringLiteral("long.tpb"), Forms::compose(whole, Form::Tagged, {}))
+        && write(folder + QStringLiteral("wide.tpb"), Forms::compose(wide, Form::Tagged, {}));
     return isWritten ? 0 : 1;
 }

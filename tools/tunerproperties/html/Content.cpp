@@ -20,10 +20,9 @@ constexpr int mostNodesOpen = 24;
 /// With more nodes or components, laying out only the visible ones saves time.
 constexpr int mostNodesLaidOut = 500;
 
-/// The nodes of a long list are in groups, of which the browser lays out those on the screen: a few hundred groups are
-/// less to arrange than thousands of nodes. A multiple of all numbers of columns, so that only the last group has a
-/// gap.
-constexpr int mostNodesInAGroup = 48;
+/// Long lists are in groups, of which the browser lays out those on the screen: a few hundred groups are less to
+/// arrange than thousands of nodes. A multiple of all numbers of columns, so that only the last group has a gap.
+constexpr int groupSize = 48;
 
 bool isObjectOrEmptyList(const MemberView &member)
 {
@@ -136,7 +135,7 @@ void Content::showOverview()
         Objects(m_out, m_problems).facts(m_facts, ObjectPath());
     }
     for (const MemberView &list : m_charts) {
-        const Tag panel(m_out, "section", {{"class", "panel"}, {"data-member", list.GetName()}});
+        const Tag panel(m_out, "section", {{"class", "panel chart"}, {"data-member", list.GetName()}});
         showHeading(m_out, "h2", list);
         showChart(list);
     }
@@ -243,10 +242,27 @@ void Content::showCards(const MemberView &list)
     showHeading(m_out, "h2", list);
     const bool isShort = nodes <= mostNodesOpen;
     Paths::ItemSteps steps(list);
-    for (int i = 0; i < list.GetSize(); ++i) {
+    inGroups(list.GetSize(), mostNodesLaidOut, "shelf", [&](int i) {
         const Place place{ObjectPath().below(list.GetName(), i), steps.next()};
         if (isShown(place.path))
             showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), place, isShort || i == 0);
+    });
+}
+
+template <class Show>
+void Content::inGroups(int count, int most, const char *htmlClass, Show &&show)
+{
+    const auto range = [&](int first, int end) {
+        for (int i = first; i < end; ++i)
+            show(i);
+    };
+    if (count <= most) {
+        range(0, count);
+        return;
+    }
+    for (int first = 0; first < count; first += groupSize) {
+        const Tag group(m_out, "div", {{"class", htmlClass}});
+        range(first, std::min(first + groupSize, count));
     }
 }
 
@@ -297,25 +313,15 @@ void Content::showCount(const Problems::Count &count)
 
 void Content::showNodes(const MemberView &list, const Place &place)
 {
-    const bool isGrouped = list.GetSize() > mostNodesInAGroup;
+    const bool isGrouped = list.GetSize() > groupSize;
     const Tag nodes(m_out, "div", {{"class", isGrouped ? "nodes grouped" : "nodes"}, {"data-member", list.GetName()}});
     showListName(m_out, list);
     Paths::ItemSteps steps(list);
-    const auto show = [&](int first, int end) {
-        for (int i = first; i < end; ++i) {
-            const Place node{place.path.below(list.GetName(), i), place.text + QLatin1Char('/') + steps.next()};
-            if (isShown(node.path))
-                showNode(list.GetChild(i), node);
-        }
-    };
-    if (!isGrouped) {
-        show(0, list.GetSize());
-        return;
-    }
-    for (int first = 0; first < list.GetSize(); first += mostNodesInAGroup) {
-        const Tag group(m_out, "div", {{"class", "group"}});
-        show(first, std::min(first + mostNodesInAGroup, list.GetSize()));
-    }
+    inGroups(list.GetSize(), groupSize, "group", [&](int i) {
+        const Place node{place.path.below(list.GetName(), i), place.text + QLatin1Char('/') + steps.next()};
+        if (isShown(node.path))
+            showNode(list.GetChild(i), node);
+    });
 }
 
 void Content::showNode(const DataObject &object, const Place &place)

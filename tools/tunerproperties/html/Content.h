@@ -46,6 +46,10 @@ private:
         ObjectPath path;
         QString text; ///< the path as users write it
     };
+    /// Calls show(index) for all items of a list; if there are more than `most`, within an element for every few of
+    /// them.
+    template <class Show>
+    void inGroups(int count, int most, const char *htmlClass, Show &&show);
     /// `fallbackTitle` is the title of an object without a name.
     void showCard(const JobXml::DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen);
     void showCount(const Problems::Count &count);

@@ -66,6 +66,7 @@ void showBar(Markup &out, bool hasCards)
                          {"id", "search"},
                          {"aria-label", "Search components, nodes and values"},
                          {"aria-keyshortcuts", "/"},
+                         {"title", "/ searches, Enter goes on, arrows move, Escape ends"},
                          {"placeholder", "Search components, nodes, values \u2026 ( / )"},
                          {"autocomplete", "off"},
                          {"spellcheck", "false"}});

@@ -59,7 +59,7 @@ void showQuantity(Markup &out, const QVariant &value, const Unit &unit)
     const auto exact = [&] {
         showNumber(out, value);
         out.words(QString(QChar(0xA0)));
-        out.element("span", {{"class", "unit"}, {"dir", "auto"}}, unit.text());
+        out.element("span", {{"class", "unit"}}, unit.text());
     };
     if (unit.isNone()) {
         showNumber(out, value);
@@ -186,7 +186,9 @@ void Objects::facts(const Members &members, const ObjectPath &path)
         for (const MemberView &member : members) {
             if (!isValue(member) || isIrrelevant(member))
                 continue;
-            const Tag fact(m_out, "div", {{"data-member", member.GetName()}, {"class", widthOf(member)}});
+            const bool hasFinding = m_problems.hasAt(path, member.GetName());
+            const Tag fact(m_out, "div",
+                           {{"data-member", member.GetName()}, {"class", hasFinding ? "whole" : widthOf(member)}});
             m_out.element("dt", {{"class", "name"}}, member.GetName());
             const Tag description(m_out, "dd");
             value(member);

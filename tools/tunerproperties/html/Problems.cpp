@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "html/Problems.h"
 
+#include <algorithm>
+
 namespace {
 
 QString idOf(int index)
@@ -64,6 +66,13 @@ Problems::Problems(const PageFindings &findings) : m_findings(findings)
         if (!finding.steps.isEmpty() || !finding.member.isNull())
             m_at[path.key()].append(i);
     }
+}
+
+bool Problems::hasAt(const ObjectPath &path, const QString &member) const
+{
+    const QVector<int> here = m_at.value(path.key());
+    return std::any_of(here.begin(), here.end(),
+                       [&](int index) { return m_findings.listed.at(index).member == member; });
 }
 
 void Problems::show(Markup &out, int index)

@@ -55,6 +55,9 @@ public:
 
     bool hasAt(const ObjectPath &path) const { return m_at.contains(path.key()); }
 
+    /// Whether there is a finding about this member of the object.
+    bool hasAt(const ObjectPath &path, const QString &member) const;
+
     /// The number of listed findings at the object and below it.
     Count countFrom(const ObjectPath &path) const { return m_from.value(path.key()); }
 

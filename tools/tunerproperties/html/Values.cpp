@@ -119,17 +119,18 @@ void Values::picture(const Range &range, const QString &label, const QStringList
                        {"aria-valuenow", isMeter ? numbers.at(0) : QString()},
                        {"aria-valuetext", isMeter ? description : QString()}});
     const Tag drawing(m_out, "svg", {{"aria-hidden", "true"}});
-    m_out.element("rect", {{"width", "100%"}});
+    m_out.voidElement("rect", {{"width", "100%"}});
     if (!range.hasLocation())
         return;
     const QString position = percent(range.position());
-    m_out.element("rect", {{"width", position}});
-    const QVector<double> ticks = range.ticks();
-    for (const double tick : ticks) {
-        const QString at = percent(tick);
-        m_out.element("line", {{"x1", at}, {"x2", at}, {"y1", "11"}, {"y2", "15"}});
+    m_out.voidElement("rect", {{"width", position}});
+    {
+        const Tag group(m_out, "g");
+        const QVector<double> ticks = range.ticks();
+        for (const double tick : ticks)
+            m_out.voidElement("rect", {{"x", percent(tick)}});
     }
-    m_out.element("line", {{"class", "mark"}, {"x1", position}, {"x2", position}, {"y1", "0"}, {"y2", "15"}});
+    m_out.voidElement("rect", {{"class", "mark"}, {"x", position}});
 }
 
 bool Values::selection(Members &members, const ObjectPath &path)

@@ -114,20 +114,24 @@
     copy.setAttribute('aria-label', 'Copy path of ' + title);
     return [to, copy];
   };
-  const equip = node => {
-    if (!node.firstElementChild.querySelector(':scope > .to'))
-      node.firstElementChild.append(...toolsOf(node));
+  const equip = item => {
+    const isCard = item.matches('.card');
+    const holder = isCard ? item.lastElementChild : item.firstElementChild;
+    if (isCard && !holder.firstElementChild?.matches('.place'))
+      holder.prepend(made('div', {className: 'place'}, ...toolsOf(item)));
+    else if (!isCard && !holder.querySelector(':scope > .to'))
+      holder.append(...toolsOf(item));
   };
-  cards.slice(0, 500).forEach(card => card.lastElementChild.prepend(made('div', {className: 'place'}, ...toolsOf(card))));
-  const fewNodes = 500;
-  if (nodes.length <= fewNodes) {
-    nodes.forEach(equip);
+  const items = cards.concat(nodes);
+  const fewItems = 500;
+  if (items.length <= fewItems) {
+    items.forEach(equip);
   } else { // a large document is shown first
     let next = 0;
     whenIdle(() => {
-      for (const end = Math.min(next + 50, nodes.length); next < end; ++next)
-        equip(nodes[next]);
-      return next < nodes.length;
+      for (const end = Math.min(next + 50, items.length); next < end; ++next)
+        equip(items[next]);
+      return next < items.length;
     });
   }
 
@@ -216,6 +220,7 @@
   // --- Search ---
   // Searches values, identifiers and kinds, but not member names, which all objects of a kind share.
   const index = [];
+  const shelves = all('.shelf');
   const addToIndex = card => {
     const entry = {card, text: '', shown: true, nodes: [], groups: all('.group', card)};
     let target = entry; // in page order, texts of the component itself precede its nodes
@@ -363,6 +368,7 @@
       if (listed)
         listed.hidden = !entry.shown;
     }
+    shelves.forEach(shelf => { shelf.hidden = !shelf.querySelector(':scope > .card:not([hidden])'); });
     if (words.length === 0) {
       before.forEach((open, details) => { details.open = open; });
       before.clear();
@@ -406,8 +412,7 @@
 
   // --- Keys: / searches, arrows move among components and nodes ---
   const focus = item => {
-    if (item.matches('.node'))
-      equip(item);
+    equip(item);
     mark(null);
     const target = item.querySelector(item.matches('.node') ? '.to' : 'summary');
     target.focus({preventScroll: true});
@@ -415,12 +420,12 @@
   };
   const itemsInSight = () => all('.card:not([hidden]), .card[open]:not([hidden]) .node:not([hidden])');
   const move = (from, step) => {
-    const items = itemsInSight();
-    const at = items.indexOf(from);
+    const inSight = itemsInSight();
+    const at = inSight.indexOf(from);
     if (step < 0 && at <= 0)
       search.focus();
-    else if (at + step < items.length)
-      focus(items[at + step]);
+    else if (at + step < inSight.length)
+      focus(inSight[at + step]);
   };
   // From the search, the first key leads to a node that was found.
   const enter = () => {

@@ -45,8 +45,8 @@ return [
     ['edge of a button', color('#open', 'borderTopColor'), color('body', 'backgroundColor')],
     ['bar', color('.plot rect', 'fill'), surface],
     ['scale', color('.scale rect + rect', 'fill'), surface],
-    ['mark of a scale', color('.scale .mark', 'stroke'), surface],
-    ['tick of a scale', color('.scale line:not(.mark)', 'stroke'), surface],
+    ['mark of a scale', color('.scale .mark', 'fill'), surface],
+    ['tick of a scale', color('.scale g rect', 'fill'), surface],
     ['sign of what is true', check, surface],
     ['sign of the chosen option', chosen, surface],
 ];

@@ -74,6 +74,41 @@ class Large(BrowserTest):
         self.assertEqual(self.browser.script("return document.querySelector('[aria-current].node h4 bdi').textContent"),
                          "node1234")
 
+    def test_a_document_of_six_hundred_components_is_searched(self):
+        page = self.browser.open(self.document("wide.tpb"))
+        self.assert_quiet(page)
+        self.browser.script("document.getElementById('search').focus()")
+        self.browser.type("component417")
+        self.assertEqual(self.browser.script("return document.getElementById('found').value"), "1 node in 1 component")
+        visible = """return Array.from(document.querySelectorAll('.card, .node')).filter(each => each.checkVisibility())
+            .map(each => each.id)"""
+        path = "Component[type=Filter,name=component417]"
+        self.assertEqual(self.browser.script(visible), [path, path + "/Node[id=node0]"])
+        # The others take no room.
+        self.assertLess(self.browser.script("return document.documentElement.scrollHeight"), 2000)
+        self.browser.press("ArrowDown")
+        self.assertEqual(self.browser.script("return document.activeElement.closest('.node').id"), path + "/Node[id=node0]")
+        self.browser.press("Escape")
+        self.browser.press("Escape")
+        self.assertEqual(len(self.browser.script(visible)), 601)  # one component is open
+
+    def test_every_node_of_a_large_document_has_its_link_and_its_path(self):
+        self.browser.open(self.document("large.tpb"))
+        self.browser.driver.execute_async_script("""const done = arguments[0];
+            const wait = () => document.querySelectorAll('.node .copy').length < 2000 ? setTimeout(wait, 20) : done();
+            wait();""")
+        self.assertEqual(self.browser.script("return document.querySelectorAll('.node .to').length"), 2000)
+
+    def test_a_link_to_a_distant_node_leads_there(self):
+        page = self.browser.made(self.document("many.tpb"))
+        self.browser.driver.get("about:blank")
+        self.browser.driver.get(page.as_uri() + "#Component[type=Filter,name=component70]/Node[id=node7050]")
+        self.browser.settle()
+        self.browser.settle()
+        self.assertEqual(self.browser.script("return document.querySelector(':target h4 bdi').textContent"), "node7050")
+        self.assertTrue(self.browser.script("""const box = document.querySelector(':target').getBoundingClientRect();
+            return box.top >= 0 ? box.bottom <= innerHeight : false"""))
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -65,7 +65,7 @@ class Speed(BrowserTest):
         page = self.browser.open(self.document(name), width=1280)
         plain = self.plain()
         pages, rows, keys = [], [], []
-        for _ in range(5):
+        for _ in range(3):
             rows.append(self.loading(plain))
             pages.append(self.loading(page))
             slowest = 0
