@@ -80,7 +80,8 @@ QStringList quantitiesOf(const PageTree &page, const char *member = "value")
              return node.attribute("data-member") == QLatin1String(member)
                  && !node.all([](const PageNode &each) { return each.isOfClass("number"); }).empty();
          })) {
-        texts.append(value->wholeText().mid(int(qstrlen(member)) + 1));
+        const auto names = value->all([](const PageNode &node) { return node.isOfClass("name"); });
+        texts.append(value->wholeText().mid(names.empty() ? 0 : names.front()->wholeText().size() + 1));
     }
     return texts;
 }

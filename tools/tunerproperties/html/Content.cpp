@@ -97,12 +97,12 @@ void Content::showHeader()
     if (m_kind) {
         const Tag line(m_out, "p");
         const bool isNamed = !textOf(&*m_kind).isEmpty();
-        objects.named(*m_kind, isNamed ? Objects::Name::Unseen : Objects::Name::Seen, {}, isNamed ? "badge" : nullptr);
+        objects.named(*m_kind, isNamed ? Objects::Name::Omitted : Objects::Name::Seen, {}, isNamed ? "badge" : nullptr);
     }
     {
         const Tag heading(m_out, "h1");
         if (hasName())
-            objects.named(*m_name, Objects::Name::Unseen);
+            objects.named(*m_name, Objects::Name::Omitted);
         else
             showText(m_out, m_source);
     }
@@ -333,7 +333,7 @@ void Content::showNode(const DataObject &object, const Place &place)
     {
         const Tag heading(m_out, "h4");
         if (const auto id = members.take(isIdentifyingText))
-            objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Unseen);
+            objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Omitted);
     }
     m_problems.show(m_out, place.path, members);
     if (!members.isEmpty())

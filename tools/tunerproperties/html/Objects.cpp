@@ -109,8 +109,6 @@ void showListName(Markup &out, const MemberView &list)
 {
     if (list.GetSize() == 0 || !list.IsSet())
         showHeading(out, "h5", list);
-    else
-        out.element("span", {{"class", "name unseen"}}, list.GetName());
 }
 
 void Objects::enumerator(const QVariant &entry)
@@ -174,8 +172,10 @@ void Objects::value(const MemberView &member, const Unit &unit)
 void Objects::named(const MemberView &member, Name name, const Unit &unit, const char *htmlClass)
 {
     const Tag element(m_out, "span", {{"class", htmlClass}, {"data-member", member.GetName()}});
-    m_out.element("span", {{"class", name == Name::Seen ? "name" : "name unseen"}}, member.GetName());
-    m_out.words(" ");
+    if (name == Name::Seen) {
+        m_out.element("span", {{"class", "name"}}, member.GetName());
+        m_out.words(" ");
+    }
     value(member, unit);
 }
 

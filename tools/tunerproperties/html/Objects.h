@@ -21,17 +21,17 @@ struct ExtraColumn
 };
 
 /// Shows members and objects of any kind that have no picture. An element that shows a value has the name of the member
-/// in the attribute data-member, and as a text, which may be visually hidden.
+/// in the attribute data-member.
 class Objects
 {
 public:
-    enum class Name { Seen, Unseen };
+    enum class Name { Seen, Omitted };
 
     Objects(Markup &out, Problems &problems) : m_out(out), m_problems(problems) { }
 
     /// A value and whether it is set, without its name.
     void value(const JobXml::MemberView &member, const Unit &unit = {});
-    /// The same with its name.
+    /// The same with its name, which is omitted where it is obvious.
     void named(const JobXml::MemberView &member, Name name, const Unit &unit = {}, const char *htmlClass = nullptr);
     /// All members with their names and findings; child objects follow the values.
     void facts(const Members &members, const ObjectPath &path);
@@ -59,5 +59,5 @@ void showQuantity(Markup &out, const QVariant &value, const Unit &unit);
 void showText(Markup &out, const QString &text);
 /// A heading for a list, with the number of its items.
 void showHeading(Markup &out, const char *tag, const JobXml::MemberView &member);
-/// The name of a list whose items are obvious to the eye: for screen readers, and as a heading if something is missing.
+/// The heading of a list whose items speak for themselves: only if something is missing.
 void showListName(Markup &out, const JobXml::MemberView &list);

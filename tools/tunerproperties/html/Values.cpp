@@ -52,7 +52,7 @@ void Values::chosen(const MemberView &alternative, const ObjectPath &path)
         const Tag id(m_out, "p", {{"class", "id"}, {"data-member", alternative.GetName()}});
         if (const auto member = members.take(isIdentifyingText)) {
             const QString text = member->GetValue().toString();
-            m_objects.named(*member, text.isEmpty() ? Objects::Name::Seen : Objects::Name::Unseen);
+            m_objects.named(*member, text.isEmpty() ? Objects::Name::Seen : Objects::Name::Omitted);
             m_out.words(" ");
             label = text.isEmpty() ? label : text;
         }
@@ -78,7 +78,7 @@ void Values::plain(const MemberView &value)
     constexpr int longText = 24;
     const bool isLong = isText(value) && value.GetValue().toString().size() > longText;
     const Tag now(m_out, "div", {{"class", isLong ? "now long" : "now"}});
-    m_objects.named(value, Objects::Name::Unseen, m_unit);
+    m_objects.named(value, Objects::Name::Omitted, m_unit);
 }
 
 bool Values::scale(Members &members, const QString &label)
@@ -145,10 +145,10 @@ bool Values::selection(Members &members, const ObjectPath &path)
     {
         const Tag now(m_out, "div", {{"class", "now"}});
         if (text) {
-            m_objects.named(*text, Objects::Name::Unseen);
+            m_objects.named(*text, Objects::Name::Omitted);
             m_out.words(" ");
         }
-        m_objects.named(value, Objects::Name::Unseen, m_unit, text ? "amount" : nullptr);
+        m_objects.named(value, Objects::Name::Omitted, m_unit, text ? "amount" : nullptr);
     }
     options(list, path, [current](int i, const Members &) { return i == current; });
     if (index) {
@@ -208,7 +208,7 @@ void Values::option(const Members &option, const ObjectPath &path, bool isCurren
         for (const MemberView &member : option) {
             if (separator)
                 m_out.words(separator);
-            m_objects.named(member, Objects::Name::Unseen, m_unit, isNumber(member) ? "amount" : nullptr);
+            m_objects.named(member, Objects::Name::Omitted, m_unit, isNumber(member) ? "amount" : nullptr);
             separator = " ";
         }
         m_problems.show(m_out, path);
