@@ -57,6 +57,20 @@
   onClick('open', true);
   onClick('close', false);
 
+  // Scrolls to an element. What is far away has only an estimated size until the browser comes near, so that the element
+  // may move; then it scrolls again.
+  const behavior = nodes.length > 500 ? 'instant' : 'auto';
+  const goTo = (element, block, tries = 5) => {
+    element.scrollIntoView({block, behavior});
+    if (behavior !== 'instant' || tries === 0)
+      return;
+    requestAnimationFrame(() => requestAnimationFrame(() => {
+      const box = element.getBoundingClientRect();
+      if (box.top < 0 || box.top > innerHeight - 40)
+        goTo(element, block, tries - 1);
+    }));
+  };
+
   // A link opens what is around its target, and reveals what the search has hidden.
   const linked = () => {
     const fragment = location.hash.slice(1);
@@ -76,7 +90,7 @@
     }
     for (let outer = target.closest('details'); outer; outer = outer.parentElement.closest('details'))
       outer.open = true;
-    target.scrollIntoView({block: target.matches('.card') ? 'start' : 'center'});
+    goTo(target, target.matches('.card') ? 'start' : 'center');
     followed = target.closest('.card');
     setCurrent(followed);
   };
@@ -189,7 +203,7 @@
     entry.setAttribute('aria-current', 'true');
     entry.append(listNodes(card));
     if (outline.scrollHeight > outline.clientHeight)
-      outline.scrollTop = entry.offsetTop - outline.offsetTop - 60;
+      outline.scrollTop = entry.offsetTop - 60;
   };
   if (outline && cards.length > 1) {
     const list = made('ol', {});
@@ -198,6 +212,9 @@
       list.append(made('li', {}, made('a', {href: '#problems', textContent: findings.querySelector('h2').textContent})));
     for (const card of cards.slice(0, mostEntries)) {
       const entry = entryOf(card);
+      const count = card.querySelector(':scope > summary .bad, :scope > summary .doubtful');
+      if (count)
+        entry.firstElementChild.append(count.cloneNode(true));
       entries.set(card, entry);
       list.append(entry);
     }
@@ -392,7 +409,7 @@
     current = current < 0 ? (step < 0 ? matches.length - 1 : 0) : (current + step + matches.length) % matches.length;
     matches[current].closest('details').open = true;
     mark(matches[current]);
-    matches[current].scrollIntoView({block: 'center'});
+    goTo(matches[current], 'center');
     found.value = 'Node ' + (current + 1) + ' of ' + matches.length;
   };
 
@@ -416,7 +433,7 @@
     mark(null);
     const target = item.querySelector(item.matches('.node') ? '.to' : 'summary');
     target.focus({preventScroll: true});
-    item.scrollIntoView({block: item.matches('.card') ? 'nearest' : 'center'});
+    goTo(item, item.matches('.card') ? 'nearest' : 'center');
   };
   const itemsInSight = () => all('.card:not([hidden]), .card[open]:not([hidden]) .node:not([hidden])');
   const move = (from, step) => {

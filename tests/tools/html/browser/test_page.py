@@ -386,6 +386,8 @@ class Page(BrowserTest):
         self.assertEqual(self.browser.script("""return Array.from(document.querySelectorAll('.card'))
             .map(card => [card.open, card.querySelector('summary .doubtful')?.textContent || ''])"""),
                          [[True, ""], [False, "1 warning"]])
+        self.assertEqual(self.browser.script("""return Array.from(document.querySelectorAll('#outline a'))
+            .map(each => each.innerText || each.textContent)"""), ["No problems, 1 warning", "first", "second1 warning"])
         self.browser.focus(self.control("value is above max"))
         self.browser.press("Enter")
         self.browser.settle()
