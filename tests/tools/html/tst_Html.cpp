@@ -51,6 +51,7 @@ private Q_SLOTS:
     void showingChangesNothing();
     void identifierOfEveryNodeIsItsPath();
     void identifiersHaveOnlyCharactersThatALinkKeeps();
+    void identifierOfALongNameIsItsPosition();
     void everyColorForBothThemesFollowsOneForOlderBrowsers();
 };
 
@@ -679,6 +680,23 @@ void HtmlTest::identifiersHaveOnlyCharactersThatALinkKeeps()
     QCOMPARE(only(ofClass(page, "card"))->attribute("id"),
              QStringLiteral("Component[type=Filter,name=%22%3Ca%20href%3D%27%23%27%3E%20%C3%A4%2520%26%5C%22%5C%5C%22]")
                  .replace(QStringLiteral("%3D"), QStringLiteral("=")));
+}
+
+void HtmlTest::identifierOfALongNameIsItsPosition()
+{
+    // Each character is nine in a link, and each node has the identifier of its component in its own.
+    const auto identifiers = [](int length) {
+        TunerProperties document = aDocument(1);
+        document.GetComponent()[0].Setname(QString(length, QChar(0x6F22)));
+        const PageTree page = pageOf(document);
+        return QStringList{only(ofClass(page, "card"))->attribute("id"), only(ofClass(page, "node"))->attribute("id")};
+    };
+    const QString start = QStringLiteral("Component[type=Filter,name=");
+    const QString name = QStringLiteral("%E6%BC%A2").repeated(41);
+    QCOMPARE(identifiers(41),
+             (QStringList{start + name + QLatin1Char(']'), start + name + QStringLiteral("]/Node[id=node0]")}));
+    QCOMPARE(identifiers(42),
+             (QStringList{QStringLiteral("Component[1]"), QStringLiteral("Component[1]/Node[id=node0]")}));
 }
 
 void HtmlTest::everyColorForBothThemesFollowsOneForOlderBrowsers()

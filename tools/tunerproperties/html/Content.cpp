@@ -243,7 +243,11 @@ void Content::showCards(const MemberView &list)
     const bool isShort = nodes <= mostNodesOpen;
     Paths::ItemSteps steps(list);
     inGroups(list.GetSize(), mostNodesLaidOut, "shelf", [&](int i) {
-        const Place place{ObjectPath().below(list.GetName(), i), steps.next()};
+        // Every node repeats the step: a longer one would make the page much larger than the document.
+        constexpr int longest = 400;
+        const QString step = steps.next();
+        const QString position = list.GetName() + QStringLiteral("[%1]").arg(i + 1);
+        const Place place{ObjectPath().below(list.GetName(), i), anchorOf(step).size() > longest ? position : step};
         if (isShown(place.path))
             showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), place, isShort || i == 0);
     });
