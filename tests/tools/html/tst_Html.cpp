@@ -36,6 +36,8 @@ private Q_SLOTS:
     void everyProblemIsShownAtItsObject();
     void problemIsShownInsideItsObject();
     void findingOfAMemberIsShownBesideItsValue();
+    void findingAboutAnyMemberIsShownAtItsObject_data() { everyMemberIsShownOnceWithItsValue_data(); }
+    void findingAboutAnyMemberIsShownAtItsObject();
     void warningsAreCountedInTheSummaryAndOnTheirCard();
     void findingInClosedOptionsOpensThem();
     void listedFindingShowsItsPathAndItsLocation();
@@ -380,6 +382,59 @@ void HtmlTest::findingOfAMemberIsShownBesideItsValue()
              (QStringList{QStringLiteral("quantity: Warning: too many some-rule"),
                           QStringLiteral("displayName: Warning: not displayed some-rule"),
                           QStringLiteral(": Warning: not round some-rule")}));
+}
+
+namespace {
+
+/// A warning about each member of the object and of those below it, as far as they hold anything.
+void warnOfEverything(const DataObject &object, const QVector<JobXml::Step> &steps, PageFindings &findings)
+{
+    JobXml::visit(object, [&](const MemberView &member) {
+        Finding finding;
+        finding.steps = steps;
+        finding.member = member.GetName();
+        finding.message = QStringLiteral("about %1").arg(findings.warnings++);
+        finding.rule = QStringLiteral("any");
+        findings.listed.append(finding);
+        const bool isAlternative = member.GetKind() == MemberKind::Alternative;
+        if (isAlternative && !member.IsChosen() && !member.IsSet()
+            && (member.GetSize() == 0 || !isKept(member.GetChild())))
+            return;
+        const bool isList = member.GetKind() == MemberKind::ObjectList;
+        for (int i = 0; i < member.GetSize(); ++i)
+            warnOfEverything(member.GetChild(i), steps + QVector<JobXml::Step>{{member.GetName(), isList ? i : -1}},
+                             findings);
+    });
+}
+
+} // namespace
+
+void HtmlTest::findingAboutAnyMemberIsShownAtItsObject()
+{
+    QFETCH(int, seed);
+    QFETCH(int, changes);
+    for (int i = seed; i < seed + 20; ++i) {
+        const TunerProperties document = randomDocument(i, changes);
+        PageFindings findings;
+        warnOfEverything(document, {}, findings);
+        const PageTree page(html(document, findings, QStringLiteral("file.xml")));
+        QCOMPARE(page.error(), QString());
+        QStringList missing;
+        for (const Finding &finding : qAsConst(findings.listed))
+            missing.append(finding.message);
+        for (const PageNode *shown : ofClass(page, "problem"))
+            QVERIFY(missing.removeOne(only(shown->allTagged("bdi"))->wholeText()));
+        QStringList where;
+        for (const Finding &finding : qAsConst(findings.listed)) {
+            if (!missing.contains(finding.message))
+                continue;
+            QString path;
+            for (const JobXml::Step &step : finding.steps)
+                path += step.member + QStringLiteral(" %1/").arg(step.index);
+            where.append(path + finding.member);
+        }
+        QCOMPARE(where.join(QLatin1Char('\n')), QString());
+    }
 }
 
 void HtmlTest::warningsAreCountedInTheSummaryAndOnTheirCard()

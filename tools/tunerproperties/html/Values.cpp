@@ -27,16 +27,16 @@ void Values::item(const DataObject &item, const ObjectPath &path)
 {
     Members members(item);
     const auto alternative = members.take(isChosenAlternative);
+    if (alternative)
+        members.take(isChoice); // visible as the kind of the chosen value
     // The unit is also beside the numbers, so it takes little room of its own.
     const bool isUnit = !m_unit.isNone() && alternative && Unit::isUnit(*alternative);
     const Tag element(m_out, "div", {{"class", isUnit ? "value small" : "value"}});
     m_problems.show(m_out, path, members);
-    if (alternative) {
-        members.take(isChoice); // visible as the kind of the chosen value
+    if (alternative)
         chosen(*alternative, path.below(alternative->GetName()));
-    } else {
+    else
         m_out.element("p", {{"class", "id nothing"}}, "no value chosen");
-    }
     if (!std::all_of(members.begin(), members.end(), isIrrelevant)) {
         const Tag rest(m_out, "div", {{"class", "rest whole"}});
         m_objects.facts(members, path);
