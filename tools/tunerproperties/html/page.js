@@ -239,7 +239,7 @@
   const index = [];
   const shelves = all('.shelf');
   const addToIndex = card => {
-    const entry = {card, text: '', shown: true, nodes: [], groups: all('.group', card)};
+    const entry = {card, text: '', shown: true, groups: []};
     let target = entry; // in page order, texts of the component itself precede its nodes
     const texts = [];
     const finish = () => { target.text = texts.splice(0).join('\n').toLowerCase(); };
@@ -247,7 +247,11 @@
       if (part.className === 'node') {
         finish();
         target = {node: part, text: '', shown: true, folds: []};
-        entry.nodes.push(target);
+        // The nodes of a short list are in no group; then the component is shown or hidden as a whole.
+        const element = part.parentElement.className === 'group' ? part.parentElement : null;
+        if (entry.groups.length === 0 || entry.groups[entry.groups.length - 1].element !== element)
+          entry.groups.push({element, shown: true, nodes: []});
+        entry.groups[entry.groups.length - 1].nodes.push(target);
       } else if (part.className === 'fold') {
         target.folds?.push(part);
       } else {
@@ -355,17 +359,24 @@
       const elsewhere = words.filter(word => !entry.text.includes(word)); // not in the texts of the component itself
       const whole = elsewhere.length === 0;
       let count = 0;
-      for (const inner of entry.nodes) {
-        const matched = whole || elsewhere.every(word => inner.text.includes(word));
-        show(inner, inner.node, matched);
-        if (!matched)
+      for (const group of entry.groups) {
+        const fitting = whole ? group.nodes
+          : group.nodes.filter(inner => elsewhere.every(word => inner.text.includes(word)));
+        if (group.element)
+          show(group, group.element, fitting.length > 0);
+        if (fitting.length === 0) // what is in a hidden group, or in a hidden component, need not be hidden itself
           continue;
-        ++count;
-        matches.push(inner.node);
-        if (matches.length <= mostOpened && inner.folds.length > 0)
-          unfoldMatches(inner, elsewhere);
+        count += fitting.length;
+        const fits = new Set(fitting);
+        for (const inner of group.nodes) {
+          show(inner, inner.node, fits.has(inner));
+          if (!inner.shown)
+            continue;
+          matches.push(inner.node);
+          if (matches.length <= mostOpened && inner.folds.length > 0)
+            unfoldMatches(inner, elsewhere);
+        }
       }
-      entry.groups.forEach(group => { group.hidden = !group.querySelector(':scope > .node:not([hidden])'); });
       show(entry, entry.card, whole || count > 0);
       cardCount += entry.shown ? 1 : 0;
       const summary = entry.card.firstElementChild;
@@ -435,7 +446,7 @@
     target.focus({preventScroll: true});
     goTo(item, item.matches('.card') ? 'nearest' : 'center');
   };
-  const itemsInSight = () => all('.card:not([hidden]), .card[open]:not([hidden]) .node:not([hidden])');
+  const itemsInSight = () => all('.card:not([hidden]), .card[open]:not([hidden]) .node:not([hidden], [hidden] > *)');
   const move = (from, step) => {
     const inSight = itemsInSight();
     const at = inSight.indexOf(from);

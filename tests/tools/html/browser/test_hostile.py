@@ -13,6 +13,22 @@ const read = node => node.nodeType === Node.TEXT_NODE ? node.data
 return Array.from(document.querySelectorAll('[data-member] > bdi, [data-member] > dd > bdi')).map(read);
 """
 
+# The nodes that are shown after a search, and those that have to be, looked for without an index.
+BY_HAND = """
+const words = arguments[0].toLowerCase().split(/\\s+/).filter(word => word !== '');
+const textOf = (element, selector) => Array.from(element.querySelectorAll(selector)).map(part => part.textContent)
+    .join('\\n').toLowerCase();
+const parts = 'bdi, .number, .prefixed, .unit, .word, .kind';
+const nodes = Array.from(document.querySelectorAll('.node'));
+const texts = new Map(Array.from(document.querySelectorAll('.card')).map(card => [card,
+    textOf(card.firstElementChild, parts) + '\\n'
+        + textOf(card.querySelector('.facts'), parts)]));
+return [nodes.filter(node => !node.closest('[hidden]')), nodes.filter(node => {
+    const text = texts.get(node.closest('.card')) + '\\n' + textOf(node, parts);
+    return words.every(word => text.includes(word));
+})].map(found => found.map(node => node.id));
+"""
+
 
 class Hostile(BrowserTest):
     def test_nothing_in_a_text_runs_and_every_text_is_shown_as_it_is(self):
@@ -112,6 +128,25 @@ class Large(BrowserTest):
         self.assertEqual(self.browser.script("""const entry = document.querySelector('#outline [aria-current] a');
             const box = entry.getBoundingClientRect();
             return [entry.textContent, box.top >= 0 ? box.bottom <= innerHeight : false]"""), ["component70", True])
+
+    def test_each_search_shows_exactly_the_nodes_that_have_all_words(self):
+        self.browser.open(self.document("many.tpb"))
+        for text in ("node1", "zzz", "x2 1", "node1234", "true node9", "component7", "component70 ghz", "node1", ""):
+            with self.subTest(search=text):
+                self.browser.script("const search = document.getElementById('search'); search.value = arguments[0];"
+                                    "search.dispatchEvent(new Event('input'))", text)
+                shown, expected = self.browser.script(BY_HAND, text)
+                self.assertEqual(shown, expected)
+
+    def test_paper_shows_what_the_search_has_hidden(self):
+        self.browser.open(self.document("large.tpb"))
+        self.browser.script("const search = document.getElementById('search'); search.value = 'node7';"
+                            "search.dispatchEvent(new Event('input'))")
+        hidden = "return Array.from(document.querySelectorAll('.node')).filter(node => !node.checkVisibility()).length"
+        self.assertGreater(self.browser.script(hidden), 1000)
+        self.browser.emulate(media="print")
+        self.browser.settle()
+        self.assertEqual(self.browser.script(hidden), 0)
 
 
 if __name__ == "__main__":
