@@ -5,7 +5,11 @@
 
 include(CMakePackageConfigHelpers)
 
-install(FILES ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd ${PROJECT_SOURCE_DIR}/share/model.json
+install(FILES
+        ${PROJECT_SOURCE_DIR}/share/model.json
+        ${PROJECT_SOURCE_DIR}/share/tuner-properties.xsd
+        ${PROJECT_SOURCE_DIR}/share/tuner-properties-author.xsd
+        ${PROJECT_SOURCE_DIR}/share/tuner-properties.schema.json
     DESTINATION ${CMAKE_INSTALL_DATADIR}/tunerproperties
     COMPONENT development)
 
@@ -32,16 +36,18 @@ install(EXPORT TunerPropertiesTargets
     DESTINATION ${package_dir}
     COMPONENT development)
 
-# pkg-config tunerproperties: its folders are relative to the file.
+# pkg-config tunerproperties, and tunerdocuments for the library above it: the folders are relative to the files.
 set(pkgconfig_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH prefix_from_pkgconfig ${pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH includedir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
-configure_file(${PROJECT_SOURCE_DIR}/cmake/tunerproperties.pc.in ${PROJECT_BINARY_DIR}/cmake/tunerproperties.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/cmake/tunerproperties.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-    COMPONENT development)
+foreach(library IN ITEMS tunerproperties tunerdocuments)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/${library}.pc.in ${PROJECT_BINARY_DIR}/cmake/${library}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/cmake/${library}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+        COMPONENT development)
+endforeach()
 
 # The examples, with a project file that builds them against the installed libraries.
 set(examples_dir ${CMAKE_INSTALL_DOCDIR}/examples)

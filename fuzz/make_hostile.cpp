@@ -191,6 +191,29 @@ void addSnapshots(const Folder &folder, std::size_t size)
                         std::string("\x04\x00\x02\x00\xFF\xFF\xFF\xFF\x00\x00\x00\x00\x00\x00\x00\x00", 16), "", size));
 }
 
+void addJson(const Folder &folder, std::size_t size)
+{
+    const auto document = [](const std::string &members) { return R"({"TunerProperties":{)" + members; };
+    const auto items = [&](const char *name, const std::string &head, const std::string &item,
+                           const std::string &tail) {
+        folder.add("json", name, repeated(document(head), item, item.substr(0, item.size() - 1) + tail + "}}", size));
+    };
+    items("empty-items", R"("Component":[)", "{},", "]");
+    items("values", R"("Component":[{"Node":[{"ValueItem":[)", R"({"ValueInt":{}},)", "]}]}]");
+    // a problem for every few bytes, with the identities of the items around it
+    items("items-of-the-wrong-type", R"("Component":[)", "0,", "]");
+    items("unknown-members", R"("Component":[{"Node":[)", R"({"id":"n","":0},)", "]}]");
+    items("unknown-names", R"("StartupModes":{"StartupMode":[)", R"("",)", "]}");
+    items("several-alternatives", R"("Component":[{"Node":[{"ValueItem":[)",
+          R"({"ValueInt":0,"ValueFloat":{"id":"i","value":""},"ChoiceValueItem":0.5},)", "]}]}]");
+    folder.add("json", "lines", repeated(document("\"\":"), "\n", "0}}", size));
+    folder.add("json", "escapes", repeated(document("\"name\":\""), R"(\ud83d\ude00)", "\"}}", size));
+    folder.add("json", "byte-order-marks", repeated(document("\"name\":\""), "\xEF\xBB\xBF", "\"}}", size));
+    folder.add("json", "digits", repeated(document("\"quantity\":0."), "1", "}}", size));
+    folder.add("json", "members", numbered(document(""), "\"", "\":0,", "\"x\":0}}", size));
+    folder.add("json", "nested", repeated(document("\"name\":"), "[", "", size));
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -205,5 +228,6 @@ int main(int argc, char **argv)
     addXmlDocuments(folder, size);
     addRecords(folder, size);
     addSnapshots(folder, size);
+    addJson(folder, size);
     return EXIT_SUCCESS;
 }

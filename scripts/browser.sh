@@ -20,5 +20,5 @@ rm -rf $pictures
 # The interpreter of the system, for which Debian packages its modules.
 TOOL=$(realpath "$build/bin/tunerproperties") DOCUMENTS=$(realpath "$build/tests/html_documents") \
     PICTURES=$(realpath $pictures) timeout 900 \
-    /usr/bin/python3 -B -m unittest discover --verbose --start-directory tests/tools/html/browser
+    /usr/bin/python3 -B -m unittest discover --verbose --start-directory tests/documents/html/browser
 note "The pictures are in $pictures."

@@ -16,7 +16,7 @@ build_packages=(
     qtbase5-dev        # Qt Core, and Qt Test for the tests
     qttools5-dev-tools # lrelease, the compiler of the translation catalogs
     zlib1g-dev         # the compressed form
-    nlohmann-json3-dev # JSON, for the tool
+    nlohmann-json3-dev # JSON, for the library for documents and the tool
     libmimalloc-dev    # the allocator of the tool
     libxml2-utils      # xmllint, for the tests: checks documents against the schema
     python3            # for the tests: an independent reader and writer of the formats
@@ -28,7 +28,9 @@ ci_packages=(
     libclang-rt-dev # libFuzzer and the sanitizers of clang
     gcovr
     shellcheck
+    git # for the tests: merges documents by the tool
     groff man-db zsh fish # for the tests: the manual page, and the completions in their shells
+    python3-jsonschema # for the tests: checks documents as JSON against their schema
 )
 bench_packages=(
     libbenchmark-dev valgrind

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 #
 # model.sh [--check] generates every committed file, or part of one, that follows from the tables of the classes:
-# share/model.json, the elements and types of the schema, the tables of docs/formats.md, the fuzzer's tags and
-# dictionaries, and others. With --check it writes nothing and reports which of them are not up to date.
+# share/model.json, the schemas for authors, the elements and types of the other schema, the tables of docs/formats.md, the
+# fuzzer's tags and dictionaries, and others. With --check it writes nothing and reports which of them are not up to date.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 

@@ -73,7 +73,7 @@ check_dependencies() {
     dpkg-deb --field "$packages"/libtunerproperties1_*.deb Depends | grep -q 'libqt5core5a (>= 5\.15' \
         || die "libtunerproperties1 does not depend on Qt"
     dpkg-deb --info "$packages"/libtunerproperties1_*.deb shlibs | sort >"$out/shlibs"
-    printf "%s 1 libtunerproperties1 (>= $version)\n" libReportBase libTavikAppStartUp libTunerProperties \
+    printf "%s 1 libtunerproperties1 (>= $version)\n" libReportBase libTavikAppStartUp libTunerDocuments libTunerProperties \
         | diff - "$out/shlibs" || die "the file shlibs of libtunerproperties1 does not declare its libraries correctly"
 }
 
@@ -99,6 +99,7 @@ try_tool() {
     "${run[@]}" convert "$documents/receiver.xml" "$out/direct.xml"
     cmp "$out/receiver.xml" "$out/direct.xml" || die "the conversion to records and back has changed the document"
     xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties.xsd" "$out/receiver.xml"
+    xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties-author.xsd" "$documents"/*.xml
 }
 
 # A program built with the unpacked development package shows names in German as long as the catalogs exist.

@@ -11,6 +11,6 @@ scripts/install-dependencies.sh build browser
 [[ $# -gt 0 ]] || quietly build/pictures-configure.log cmake --preset release
 quietly build/pictures-build.log cmake --build "$build" --target tunerproperties html_documents
 TOOL=$(realpath "$build/bin/tunerproperties") DOCUMENTS=$(realpath "$build/tests/html_documents") \
-    PICTURES=$(realpath docs/pictures) PYTHONPATH=tests/tools/html/browser timeout 120 \
+    PICTURES=$(realpath docs/pictures) PYTHONPATH=tests/documents/html/browser timeout 120 \
     /usr/bin/python3 -B docs/pictures/make.py
 ls -l docs/pictures/*.png

@@ -31,9 +31,9 @@ TARGETS = ("test_module", "test_every_class", "test_framework", "test_values", "
            "tunerproperties_translations")
 # All tests of these programs, and those of the lists; not those that measure, exchange thousands of documents or install.
 TESTS = (r"^(tst_(Classes|Names|MetaTypes|Examples|Debug|Visit|Hash|SlotOrder|Errors|Problems|Merge|EveryClass(State|"
-         r"Encodings|Visit|Members)|ValueItem|ValueItemEncodings|BandwidthSelection|Component|Schema\w*|Html|ToolShow|"
+         r"Encodings|Visit|Members)|ValueItem|ValueItemEncodings|BandwidthSelection|Component|Schema\w*|AuthorSchema|Html|ToolShow|"
          r"ToolNew|ToolJson|JsonForm|DiffCompleteness)|interop_lists|interop_page|model_is_current|"
-         r"model_keeps_what_is_released|exports_of_TunerProperties|pages_and_examples_are_whole)$")
+         r"model_keeps_what_is_released|schemas_offer_every_member|json_schema_describes_documents|exports_of_TunerProperties|pages_and_examples_are_whole)$")
 MODEL_SCRIPT = r"share/model\.json:\d+: .*run scripts/model\.sh"
 
 

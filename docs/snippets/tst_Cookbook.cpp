@@ -61,7 +61,7 @@ QString setQuantity(const QString &path, int quantity)
 }
 //! [change]
 
-//! [find]
+//! [find_node]
 /// Null if there is none. Valid until the document is next changed, or used after it was copied or assigned.
 const JobXml::Node *findNode(const JobXml::TunerProperties &tuner, const QString &component, const QString &id)
 {
@@ -88,7 +88,7 @@ std::optional<qint64> frequencyOf(const JobXml::TunerProperties &tuner)
     }
     return {};
 }
-//! [find]
+//! [find_node]
 
 //! [problems]
 QStringList problemsOf(const JobXml::TunerProperties &tuner)

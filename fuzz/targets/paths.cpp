@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "members/Paths.h"
-#include "documents/JsonForm.h"
+#include <tunerdocuments/Json.h>
+#include <tunerdocuments/Path.h>
 
 #include "Harness.h"
 
 using namespace Fuzz;
+using namespace TunerDocuments;
 
 namespace {
 

@@ -281,6 +281,11 @@ public:
     bool LoadXml(QFile *file, QVector<Problem> &problems, const ReadOptions &options = {});
     bool SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options = {});
     bool SetXmlString(std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;
+    /// Reads a document in memory, in any encoding, as LoadXml() reads one in a file. `source` is its name in
+    /// GetErrorString(). There is no operation of this name without problems.
+    bool SetXmlDocument(const QByteArray &document, const QString &source, QVector<Problem> &problems,
+                        const ReadOptions &options = {});
+    bool SetXmlDocument(const QByteArray &, std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;
     bool SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,
                                  const ReadOptions &options = {});
     bool LoadBinary(const QString &path, QVector<Problem> &problems, const ReadOptions &options = {});
@@ -306,6 +311,14 @@ public:
     /// A function that is not a visitor would count as the flag of IRGObject::SetXmlString().
     template <class Function, class = IfOtherFunction<Function>>
     bool SetXmlString(const QString &xml, Function &&function) = delete;
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool SetXmlDocument(const QByteArray &document, const QString &source, Visitor &&visitor,
+                        const ReadOptions &options = {})
+    {
+        return visitSetXmlDocument(document, source, std::ref(visitor), options);
+    }
+    template <class Visitor, class = IfVisitor<Visitor>>
+    bool SetXmlDocument(const QByteArray &, std::nullptr_t, Visitor &&visitor, const ReadOptions & = {}) = delete;
     template <class Visitor, class = IfVisitor<Visitor>>
     bool SetBinaryRepresentation(const QByteArray &representation, Visitor &&visitor, const ReadOptions &options = {})
     {
@@ -374,6 +387,8 @@ private:
     bool visitLoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options);
     bool visitLoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options);
     bool visitSetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options);
+    bool visitSetXmlDocument(const QByteArray &document, const QString &source, const ProblemVisitor &visitor,
+                             const ReadOptions &options);
     bool visitSetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
                                       const ReadOptions &options);
     bool visitLoadBinary(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options);

@@ -11,17 +11,17 @@ class JOBXML_EXPORT StartupModes : public DataObject
 public:
     /// One mode; the value is the index of its name. The order is part of the format.
     enum class StartupMode : qint8 {
-        Scan,
-        FastScan,
-        MScan,
-        FFM,
-        WFFM,
-        Step,
-        DF,
-        MSearch,
-        Polar,
-        Search,
-        Stop,
+        Scan, ///< scanning a range of frequencies
+        FastScan, ///< scanning a range of frequencies fast
+        MScan, ///< scanning frequencies from memory
+        FFM, ///< measuring at a fixed frequency
+        WFFM, ///< measuring at a fixed frequency, wideband
+        Step, ///< going through frequencies step by step
+        DF, ///< direction finding
+        MSearch, ///< searching frequencies from memory
+        Polar, ///< showing bearings as a polar display
+        Search, ///< searching a range of frequencies
+        Stop, ///< not measuring
         Invalid = -1, ///< not a mode; has no name
     };
 

@@ -30,11 +30,11 @@ class JOBXML_EXPORT TunerProperties : public DataObject
 public:
     /// The kind of a tuner; the value is the index of its name. The order is part of the format.
     enum class type : qint8 {
-        MCP,
-        SCP,
-        FFP,
-        Receiver,
-        DirectionFinder,
+        MCP, ///< a bank of channels of one signal
+        SCP, ///< a single channel of a signal
+        FFP, ///< a processor of a whole band
+        Receiver, ///< a receiver
+        DirectionFinder, ///< a direction finder
         Invalid = -1, ///< not a kind; has no name
     };
 

@@ -4,6 +4,7 @@
 #include <QLatin1String>
 #include <QStringList>
 #include <QVariant>
+#include <QVector>
 
 #include <jobxml/DataObject.h>
 
@@ -54,6 +55,10 @@ public:
     /// for instance. Items with the same identity count as the same item when two lists are compared.
     bool IsIdentifying() const;
 
+    /// Whether XML has it as an attribute. Readers also accept a child element of the name; all other members, except
+    /// the choice, which has no place of its own in XML, are child elements only.
+    bool IsAttribute() const;
+
     /// False for an alternative that is not chosen, also if it is set; true for every other member.
     bool IsChosen() const;
 
@@ -71,7 +76,8 @@ public:
     int GetSize() const;
 
     /// A child object; `index` is less than GetSize(). Only for kinds that have child objects: for others it throws
-    /// std::logic_error, since the call is an error of the program; so do EditChild() and AppendChild().
+    /// std::logic_error, since the call is an error of the program; so do EditChild(), AppendChild(), RemoveChild(),
+    /// MoveChild() and ArrangeChildren().
     const DataObject &GetChild(int index = 0) const;
 
 protected:
@@ -111,6 +117,22 @@ public:
     /// lists of objects.
     DataObject &AppendChild();
 
+    /// \name The order of a list
+    /// Like changing the vector that the non-const getter returns: sets the flag, which stays set if the list becomes
+    /// empty, and checks nothing. Items keep their data, flags and loggers. References to items become invalid, also to
+    /// those that stay. Only for lists of objects; an index is that of an item, otherwise it throws std::logic_error
+    /// and changes nothing, as GetChild() does.
+    /// @{
+
+    /// Removes an item.
+    void RemoveChild(int index);
+    /// Moves an item: it is at the index `to` afterwards. The items between move by one position.
+    void MoveChild(int from, int to);
+    /// Any number of removals and moves in one pass: afterwards the list consists of the items at these indexes, in
+    /// this order. Items whose index is missing are removed; no index occurs twice.
+    void ArrangeChildren(const QVector<int> &order);
+    /// @}
+
     /// Like `ResetX`: clears the flag and restores the default. For a choice, only resets the choice.
     void Reset();
 
@@ -126,6 +148,7 @@ private:
 
     static void forEach(DataObject &object, Call call, void *visitor);
     Q_DECL_HIDDEN DataObject &object() const;
+    Q_DECL_HIDDEN QVector<int> presentOrder() const;
 };
 
 /// Shows each member of an object to a visitor, in the order in which XML writes them, whether or not it is set: calls

@@ -290,6 +290,10 @@ protected:
     /// @{
     bool readXmlFile(QFile *file, qint64 largestSize = std::numeric_limits<qint64>::max());
     bool readXmlText(const QString &xml, qint64 largestSize = std::numeric_limits<qint64>::max());
+    /// Reads a document in memory, in any encoding, as readXmlFile() reads one in a file. `source` is its name in
+    /// GetErrorString().
+    bool readXmlBytes(const QByteArray &document, const QString &source,
+                      qint64 largestSize = std::numeric_limits<qint64>::max());
     /// @}
 
 protected:

@@ -15,7 +15,9 @@ namespace REPORTGENERATOR {
 /// Where in a document an error is, as far as that is known.
 struct ErrorLocation
 {
-    QString source; ///< the path of the file, `XML text` or `binary data`; null if the caller read the document
+    /// The path of the file, the name of a document in memory, `XML text` or `binary data`; null if the caller read the
+    /// document.
+    QString source;
     int line = 0; ///< of an XML document, counted from 1; 0 if there is none
     int column = 0; ///< in that line, counted from 1 in UTF-16 units; 0 if there is none
     qint64 offset = -1; ///< in bytes from the beginning of the XML document or the representation; -1 if there is none

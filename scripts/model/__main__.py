@@ -16,9 +16,11 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 
+import author_schema  # noqa: E402
 import benchmark  # noqa: E402
 import formats_page  # noqa: E402
 import fuzzing  # noqa: E402
+import json_schema  # noqa: E402
 import lists  # noqa: E402
 import schema  # noqa: E402
 import texts  # noqa: E402
@@ -70,7 +72,7 @@ def main() -> int:
     model = Model(text)
     problems: list[str] = []
     made = {MODEL: text}
-    for part in (benchmark, formats_page, fuzzing, lists, schema, texts):
+    for part in (author_schema, benchmark, formats_page, fuzzing, json_schema, lists, schema, texts):
         try:
             made |= part.make(model, committed, problems.append)
         except GenerationError as error:

@@ -30,6 +30,18 @@ def values_by_name(model: Model) -> list[str]:
     return sorted(names | {model.version_record[0]})
 
 
+def keys(model: Model) -> list[str]:
+    """The keys of JSON objects."""
+    choices = {cls["choice"] for cls in model.classes if "choice" in cls}
+    names = {row["name"] for _, row in model.members}
+    return [model.class_names[0], *sorted(names | choices | {model.version_record[0]})]
+
+
+def json_names(model: Model) -> list[str]:
+    alternatives = [row["name"] for _, row in model.members if row["kind"] == "alternative"]
+    return unique([*model.types_of_tuners, *model.modes, *alternatives])
+
+
 def markup(model: Model) -> list[str]:
     elements = unique([*model.class_names, *(row["name"] for _, row in model.members if row["xml"] == "element")])
     attributes = unique([model.version_record[0],
@@ -49,7 +61,8 @@ def make(model: Model, read, _complain) -> dict[str, str]:
         "records": {"The tags of the members and the leading words of the classes": words,
                     "The names of enumerations": enumerations},
         "xml": {"Names of elements and attributes": markup(model), "The names of enumerations": enumerations},
-        "json": {"Names of members": [f'"\\"{name}\\":"' for name in names]},
+        "json": {"Names of members": [f'"\\"{name}\\":"' for name in keys(model)],
+                 "The names of enumerations": [f'"\\"{name}\\""' for name in json_names(model)]},
         "paths": {"Names of members": [f'"{name}"' for name in names]},
     }.items():
         path = f"fuzz/dictionaries/{dictionary}.dict"

@@ -36,6 +36,16 @@ def run(command, cwd, log=None):
     return result
 
 
+def without_archives(link, archives):
+    """A command that links, with the objects of each static library instead of it, so that they can be replaced.
+
+    `archives` are lists of objects by the names of the libraries."""
+    for archive, objects in archives.items():
+        word = rf"(?<=\s){re.escape(archive)}(?=\s|$)"
+        link = re.sub(word, "", re.sub(word, lambda _, all_of=objects: " ".join(all_of), link, count=1))
+    return link
+
+
 class Object:
     """An object file and how it is compiled."""
 
@@ -162,10 +172,11 @@ class Workshop:
             for o in self.objects
             if str(o.source).startswith(own) or any(d.startswith(own) for d in self.depends.get(o.output, ()))
         }
+        archives = {archive: objects for archive, objects in self._archives().items() if reached.intersection(objects)}
         for target, outputs in sorted(self._outputs().items()):
             for output in outputs:
                 commands = run(["ninja", "-t", "commands", output], self.build).stdout.splitlines()
-                links = [line for line in commands if f" -o {output} " in f"{line} "]
+                links = [without_archives(line, archives) for line in commands if f" -o {output} " in f"{line} "]
                 # Test programs may be linked from a library's objects.
                 if links and reached.intersection(links[-1].split()) and (self.build / output).is_file():
                     self.binaries[target] = Binary(target, output, links[-1])
@@ -187,6 +198,12 @@ class Workshop:
         for match in re.finditer(rule, text, re.MULTILINE):
             found.setdefault(match.group(2), []).append(match.group(1).split()[0])
         return found
+
+    def _archives(self):
+        """The objects of each static library."""
+        text = (self.build / "build.ninja").read_text(encoding="utf-8")
+        rule = r"^build (\S+\.a): CXX_STATIC_LIBRARY_LINKER__\w+_Debug ([^|\n]+)"
+        return {match[1]: match[2].split() for match in re.finditer(rule, text, re.MULTILINE)}
 
     def _dependencies(self):
         depends, current = {}, None

@@ -57,6 +57,18 @@ public:
         Propagation::propagateTo(item, Propagation::forReading(object)); // like an item that is read
         return item;
     }
+    void arrangeChildren(DataObject &object, const QVector<int> &order) const override
+    {
+        QVector<Item> &items = modify(object);
+        ItemList<Item> arranged;
+        arranged.reserve(order.size()); // first, because it may run out of memory
+        for (const int index : order) {
+            Item &item = items[index];
+            arranged.append(std::move(item));
+            Propagation::propagateTo(arranged.last(), ObjectAccess::environment(item)); // a move leaves the logger
+        }
+        items.swap(arranged);
+    }
 
     void writeXml(const DataObject &object, Block &block, XmlOutput &output) const override
     {

@@ -127,6 +127,12 @@ bool DataObject::visitSetXmlString(const QString &xml, const ProblemVisitor &vis
     return readWithProblems(*this, visitor, options, [&] { return readXmlText(xml, options.maxBytes); });
 }
 
+bool DataObject::visitSetXmlDocument(const QByteArray &document, const QString &source, const ProblemVisitor &visitor,
+                                     const ReadOptions &options)
+{
+    return readWithProblems(*this, visitor, options, [&] { return readXmlBytes(document, source, options.maxBytes); });
+}
+
 bool DataObject::visitSetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,
                                               const ReadOptions &options)
 {
@@ -158,6 +164,12 @@ bool DataObject::LoadXml(QFile *file, QVector<Problem> &problems, const ReadOpti
 bool DataObject::SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options)
 {
     return visitSetXmlString(xml, appendTo(problems), options);
+}
+
+bool DataObject::SetXmlDocument(const QByteArray &document, const QString &source, QVector<Problem> &problems,
+                                const ReadOptions &options)
+{
+    return visitSetXmlDocument(document, source, appendTo(problems), options);
 }
 
 bool DataObject::SetBinaryRepresentation(const QByteArray &representation, QVector<Problem> &problems,

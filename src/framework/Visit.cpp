@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/Visit.h>
 
+#include <numeric>
+
 #include "framework/Behavior.h"
 #include "framework/Member.h"
 
@@ -26,6 +28,11 @@ bool MemberView::IsSet() const
 bool MemberView::IsMandatory() const
 {
     return m_row->has(Mandatory);
+}
+
+bool MemberView::IsAttribute() const
+{
+    return m_row->has(Attribute);
 }
 
 bool MemberView::IsIdentifying() const
@@ -99,6 +106,42 @@ DataObject &MemberEditor::EditChild(int index)
 DataObject &MemberEditor::AppendChild()
 {
     return row().appendChild(object());
+}
+
+QVector<int> MemberEditor::presentOrder() const
+{
+    QVector<int> order(GetSize());
+    std::iota(order.begin(), order.end(), 0);
+    return order;
+}
+
+void MemberEditor::RemoveChild(int index)
+{
+    QVector<int> order = presentOrder();
+    if (index < 0 || index >= order.size())
+        row().throwNoSuchChild();
+    order.remove(index);
+    row().arrangeChildren(object(), order);
+}
+
+void MemberEditor::MoveChild(int from, int to)
+{
+    QVector<int> order = presentOrder();
+    if (from < 0 || from >= order.size() || to < 0 || to >= order.size())
+        row().throwNoSuchChild();
+    order.move(from, to);
+    row().arrangeChildren(object(), order);
+}
+
+void MemberEditor::ArrangeChildren(const QVector<int> &order)
+{
+    QVector<bool> isFree(GetSize(), true);
+    for (const int index : order) {
+        if (index < 0 || index >= isFree.size() || !isFree[index])
+            row().throwNoSuchChild();
+        isFree[index] = false;
+    }
+    row().arrangeChildren(object(), order);
 }
 
 void MemberEditor::Reset()

@@ -82,6 +82,8 @@ public:
     virtual bool setValue(DataObject &, const QVariant &) const { return false; }
     virtual DataObject &editChild(DataObject &, int) const { throwNoSuchChild(); }
     virtual DataObject &appendChild(DataObject &) const { throwNoSuchChild(); }
+    /// The indexes are those of items, each at most once.
+    virtual void arrangeChildren(DataObject &, const QVector<int> &) const { throwNoSuchChild(); }
     virtual void reset(DataObject &object) const = 0;
     virtual void setFlag(DataObject &object, bool set) const = 0;
 

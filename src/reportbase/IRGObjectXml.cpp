@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <new>
 
+#include <QBuffer>
 #include <QFile>
 #include <QXmlStreamReader>
 
@@ -185,6 +186,26 @@ bool IRGObject::readXmlFile(QFile &file, const FileForReading &access, qint64 la
     if (isEndedBy(document.watch(), reader))
         failure = atReader(reader, access.name(), document.watch().refusal());
     return failure.isNull() || fail(failure);
+}
+
+bool IRGObject::readXmlBytes(const QByteArray &document, const QString &source, qint64 largestSize)
+{
+    clearError();
+    if (document.size() > largestSize)
+        return fail(Failure(source, FailureTexts::documentTooLarge(largestSize)));
+    return located(source, [&] {
+        if (readXml([&] { return document; }))
+            return true;
+        QBuffer buffer;
+        buffer.setData(document);
+        buffer.open(QIODevice::ReadOnly);
+        WatchedDevice watched(buffer);
+        QXmlStreamReader reader(&watched);
+        Failure failure = readDocument(reader, source);
+        if (isEndedBy(watched.watch(), reader))
+            failure = atReader(reader, source, watched.watch().refusal());
+        return failure.isNull() || fail(failure);
+    });
 }
 
 bool IRGObject::readXml(const std::function<QByteArray()> &)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""check_null_pointers.py FOLDER: each public function in the headers of the folder that takes a text refuses a null
+"""check_null_pointers.py FOLDER...: each public function in the headers of the folders that takes a text refuses a null
 pointer for it by a deleted overload, and each AppendX() that takes an object an empty pair of braces."""
 
 import re
@@ -39,7 +39,7 @@ def public_statements(header: str):
 
 
 taking, appending, refusing = set(), set(), set()
-for path in sorted(Path(sys.argv[1]).rglob("*.h")):
+for path in sorted(path for folder in sys.argv[1:] for path in Path(folder).rglob("*.h")):
     for declaration in public_statements(path.read_text(encoding="utf-8")):
         if function := FUNCTION.search(declaration):
             name, parameters = function.groups()

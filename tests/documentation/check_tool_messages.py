@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""check_tool_messages.py TOP: the manual has every message that the tool gives up with, and no others."""
+"""check_tool_messages.py TOP: the manual has every message that the tool and the library for documents give up with, and no
+others."""
 
 import glob
 import os
@@ -23,11 +24,18 @@ def given_up_with(source):
             continue  # a declaration
         parts = arguments(text)
         yield from alternatives(parts[-1] if "JsonFailure" in match[0] else parts[0])
+    for _, text in calls(source, r"(?<!void )\breport\("):
+        # A function that returns the message when it is needed.
+        for message in re.findall(r'\breturn\s+((?:"(?:[^"\\]|\\.)*"|[^;"])*);', text):
+            yield from alternatives(message)
     for _, text in calls(source, r"(?<!void )\brefuse\("):
-        yield f"{HOLE} {unescaped(STRING.search(text)[1])}"
+        what = STRING.search(text)
+        if what:  # otherwise it passes on the words of its caller
+            yield f"{HOLE} {unescaped(what[1])}"
 
 
-paths = glob.glob(os.path.join(TOP, "tools", "tunerproperties", "**", "*.cpp"), recursive=True)
+paths = [path for folder in ("tools/tunerproperties", "src/documents", "src/json", "src/text")
+         for path in glob.glob(os.path.join(TOP, folder, "**", "*.cpp"), recursive=True)]
 sources = [without_comments(read(path)) for path in paths]
 expected = {text for source in sources for text in given_up_with(source) if re.search(r"[a-z'] ", text)}
 expected.discard("try '<> --help'")  # follows every message about wrong usage
@@ -36,6 +44,8 @@ literals = "\n".join(re.sub(r"%\d+", HOLE, unescaped(text[1])) for source in sou
 
 page = read(os.path.join(TOP, "docs", "pages", "tool-messages.md"))
 listed = [re.sub(r"<[^<>]+>", HOLE, text) for text in re.findall(r"^\| `([^`]+)` \|", page, re.MULTILINE)]
+# The library begins the text with the name of the document where it fails.
+expected = {text if text in listed or f"{HOLE}: {text}" not in listed else f"{HOLE}: {text}" for text in expected}
 
 wrong = [f"the tool has '{text}', the manual does not" for text in sorted(expected - set(listed))]
 wrong += [f"the manual has '{text}' twice" for text in set(listed) if listed.count(text) > 1]

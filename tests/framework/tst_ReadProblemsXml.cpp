@@ -4,6 +4,9 @@
 #include <QtTest>
 
 #include <jobxml/TunerProperties.h>
+#include <reportbase/Logger.h>
+
+#include "Encodings.h"
 
 using namespace JobXml;
 
@@ -22,6 +25,11 @@ private Q_SLOTS:
     void namespacesInsideTheRootAreNotProcessed();
     void anUndeclaredPrefixOfTheRootMakesTheDocumentUnreadable();
     void onlyTheEndOfReadingIsUnreadable();
+    void documentInMemoryIsReadAsTheFileOfItsBytes_data();
+    void documentInMemoryIsReadAsTheFileOfItsBytes();
+    void documentInMemoryThatIsTooLargeIsRefused();
+    void documentInMemoryIsReadByAVisitor();
+    void failureOfADocumentInMemoryIsLoggedWithItsName();
 
 private:
     QVector<Problem> problemsOf(const QByteArray &xml)
@@ -195,6 +203,157 @@ void ReadProblemsXmlTest::onlyTheEndOfReadingIsUnreadable()
     QCOMPARE(problems.size(), 1);
     QVERIFY(problems[0].isUnreadable);
     QVERIFY(m_document.GetErrorString().isNull());
+}
+
+namespace {
+
+QByteArray encoded(const char *codec, const QString &text)
+{
+    return QTextCodec::codecForName(codec)->fromUnicode(text);
+}
+
+/// Everything about a problem.
+QString wholeText(const Problem &problem)
+{
+    QString steps;
+    for (const Step &step : problem.steps)
+        steps += QStringLiteral("%1[%2]/").arg(step.member).arg(step.index);
+    return steps
+        + QStringLiteral("%1 %2:%3@%4 %5%6 ")
+              .arg(problem.member)
+              .arg(problem.line)
+              .arg(problem.column)
+              .arg(problem.offset)
+              .arg(problem.isUnreadable)
+              .arg(problem.xmlOnly)
+        + problem.message;
+}
+
+QStringList wholeTexts(const QVector<Problem> &problems)
+{
+    QStringList texts;
+    for (const Problem &problem : problems)
+        texts.append(wholeText(problem));
+    return texts;
+}
+
+class NotingLogger : public REPORTGENERATOR::Logger
+{
+public:
+    void Log(Severity, const QString &message) override { messages.append(message); }
+
+    QStringList messages;
+};
+
+} // namespace
+
+void ReadProblemsXmlTest::documentInMemoryIsReadAsTheFileOfItsBytes_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<int>("count"); // of the problems
+    QTest::addColumn<QString>("failure"); // after the name of the document; null if it can be read
+    const auto row = [](const char *name, const QByteArray &xml, int count, const char *failure = nullptr) {
+        QTest::newRow(name) << xml << count << (failure ? QString::fromUtf8(failure) : QString());
+    };
+    const auto complete = [](const QString &declaration, const QString &attributes) {
+        return declaration + QStringLiteral("<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\"")
+            + attributes
+            + QStringLiteral("><Component type=\"t\" name=\"\u00C9\" optional=\"true\"><Node id=\"n\"><ValueItem>"
+                             "<ValueInt id=\"i\" value=\"7\"/></ValueItem></Node></Component></TunerProperties>\n");
+    };
+    const QString latin1 = QStringLiteral("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n");
+    const QString badBoolean = QStringLiteral("\n hwProcessing=\"\"");
+    row("UTF-8", complete({}, {}).toUtf8(), 0);
+    row("UTF-8 with a problem", complete({}, badBoolean).toUtf8(), 1);
+    row("UTF-8 with a byte order mark", "\xEF\xBB\xBF" + complete({}, badBoolean).toUtf8(), 1);
+    row("UTF-16", encoded("UTF-16", complete({}, {})), 0);
+    row("UTF-16 with a problem", encoded("UTF-16", complete({}, badBoolean)), 1);
+    row("Latin-1", encoded("ISO-8859-1", complete(latin1, {})), 0);
+    row("Latin-1 with a problem", encoded("ISO-8859-1", complete(latin1, badBoolean)), 1);
+    row("a document type", "<!DOCTYPE x>" + complete({}, badBoolean).toUtf8(), 1);
+    row("a prefix", "<p:TunerProperties xmlns:p=\"u\" Version=\"1.1\" type=\"SCP\"/>", 2);
+    row("nothing", "", 1, ":1:1: Premature end of document.");
+    row("binary data", QByteArray::fromHex("C10CBB5F00000000"), 1, ":1:1: Encountered incorrectly encoded content.");
+    row("a truncated tag", "<TunerProperties Version=\"1.1\" typ", 1, ":1:34: Premature end of document.");
+    row("a truncated document", "<TunerProperties Version=\"1.1\">\n<Component>", 1,
+        ":2:11: Premature end of document.");
+    row("tags that do not match", "<TunerProperties Version=\"1.1\">\n<Component></Node>", 1,
+        ":2:18: Opening and ending tag mismatch.");
+    row("another root", "<Component/>", 1, ":1:12: the root element is 'Component', not 'TunerProperties'");
+    row("truncated UTF-16", encoded("UTF-16", QStringLiteral("<TunerProperties Version=\"1.1\">")).chopped(2), 1,
+        ":1:30: Premature end of document.");
+    QByteArray attributes;
+    for (int i = 1; i <= 1025; ++i)
+        attributes += " a" + QByteArray::number(i) + "=\"\"";
+    // 16 characters, 1024 attributes of 5 characters and the digits of their numbers, and ` a1025`.
+    row("too many attributes", "<TunerProperties" + attributes + "/>", 1,
+        ":1:8131: an element has more than 1024 attributes");
+}
+
+void ReadProblemsXmlTest::documentInMemoryIsReadAsTheFileOfItsBytes()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(int, count);
+    QFETCH(QString, failure);
+    const QVector<Problem> ofFile = problemsOf(xml);
+    TunerProperties document;
+    QVector<Problem> problems(3); // is replaced
+    QCOMPARE(document.SetXmlDocument(xml, QStringLiteral("message 7"), problems), count == 0);
+    QCOMPARE(problems.size(), count);
+    QCOMPARE(wholeTexts(problems), wholeTexts(ofFile));
+    const QString expected = failure.isNull() ? QString() : QStringLiteral("message 7") + failure;
+    QCOMPARE(document.GetErrorString(), expected);
+    QCOMPARE(document.GetErrorString().isNull(), m_document.GetErrorString().isNull());
+    if (!failure.isNull()) {
+        QCOMPARE(m_document.GetErrorString(), m_folder.filePath(QStringLiteral("a.xml")) + failure);
+        QCOMPARE(document.GetErrorLocation().source, QStringLiteral("message 7"));
+        QCOMPARE(document.GetErrorLocation().line, m_document.GetErrorLocation().line);
+        QCOMPARE(document.GetErrorLocation().column, m_document.GetErrorLocation().column);
+    }
+    QCOMPARE(hex(snapshotOf(document)), hex(snapshotOf(m_document)));
+    QVERIFY(document.GetValidate());
+}
+
+void ReadProblemsXmlTest::documentInMemoryThatIsTooLargeIsRefused()
+{
+    const QByteArray xml = "<TunerProperties Version=\"1.1\"/>"; // 32 bytes
+    QVector<Problem> problems;
+    ReadOptions options;
+    options.maxBytes = 31;
+    TunerProperties document;
+    QVERIFY(!document.SetXmlDocument(xml, QStringLiteral("a"), problems, options));
+    QCOMPARE(document.GetErrorString(),
+             QStringLiteral("a: the document has more than 31 bytes, the most that are accepted"));
+    QCOMPARE(problems.size(), 1);
+    QVERIFY(problems[0].isUnreadable);
+    QVERIFY(!document.IsInitialized());
+
+    options = {32, true, false};
+    QVERIFY(document.SetXmlDocument(xml, QStringLiteral("a"), problems, options));
+    QCOMPARE(document.GetErrorString(), QString());
+}
+
+void ReadProblemsXmlTest::documentInMemoryIsReadByAVisitor()
+{
+    QStringList texts;
+    TunerProperties document;
+    QVERIFY(!document.SetXmlDocument("<TunerProperties Version=\"1.1\" hwProcessing=\"\"><Extra/></TunerProperties>",
+                                     QStringLiteral("a"),
+                                     [&](const Problem &problem) { texts.append(text(problem)); }));
+    QCOMPARE(texts.mid(0, 2),
+             (QStringList{QStringLiteral("1:32: Please set a value or a default for the boolean 'hwProcessing' in "
+                                         "'TunerProperties'."),
+                          QStringLiteral("1:48: Unknown Tag 'Extra' in 'TunerProperties'.")}));
+}
+
+void ReadProblemsXmlTest::failureOfADocumentInMemoryIsLoggedWithItsName()
+{
+    const auto logger = std::make_shared<NotingLogger>();
+    TunerProperties document;
+    document.SetLogger(logger);
+    QVector<Problem> problems;
+    QVERIFY(!document.SetXmlDocument("<TunerProperties>", QStringLiteral("message 7"), problems));
+    QCOMPARE(logger->messages, QStringList{QStringLiteral("message 7:1:17: Premature end of document.")});
 }
 
 TEST_SUITE(ReadProblemsXmlTest)

@@ -92,6 +92,78 @@ const DataObject *firstComponent(const TunerProperties &document)
     return component;
 }
 
+using Change = void (*)(MemberEditor &);
+
+struct Arrangement
+{
+    const char *name;
+    Change change;
+    const char *ids;
+};
+
+const Arrangement arrangements[] = {
+    {"the first is removed", [](MemberEditor &list) { list.RemoveChild(0); }, "node1 node2 node3"},
+    {"one between is removed", [](MemberEditor &list) { list.RemoveChild(2); }, "node0 node1 node3"},
+    {"the last is removed", [](MemberEditor &list) { list.RemoveChild(3); }, "node0 node1 node2"},
+    {"moved to the end", [](MemberEditor &list) { list.MoveChild(0, 3); }, "node1 node2 node3 node0"},
+    {"moved to the beginning", [](MemberEditor &list) { list.MoveChild(3, 0); }, "node3 node0 node1 node2"},
+    {"moved to its own place", [](MemberEditor &list) { list.MoveChild(1, 1); }, "node0 node1 node2 node3"},
+    {"moved between", [](MemberEditor &list) { list.MoveChild(1, 2); }, "node0 node2 node1 node3"},
+    {"arranged",
+     [](MemberEditor &list) {
+         list.ArrangeChildren({3, 0, 2});
+     },
+     "node3 node0 node2"},
+    {"none left", [](MemberEditor &list) { list.ArrangeChildren({}); }, ""},
+};
+
+struct WrongPlace
+{
+    const char *name;
+    const char *member;
+    Change change;
+};
+
+const WrongPlace wrongPlaces[] = {
+    {"removed before the first", "Component", [](MemberEditor &list) { list.RemoveChild(-1); }},
+    {"removed after the last", "Component", [](MemberEditor &list) { list.RemoveChild(2); }},
+    {"moved from before the first", "Component", [](MemberEditor &list) { list.MoveChild(-1, 0); }},
+    {"moved from after the last", "Component", [](MemberEditor &list) { list.MoveChild(2, 0); }},
+    {"moved to before the first", "Component", [](MemberEditor &list) { list.MoveChild(0, -1); }},
+    {"moved to after the last", "Component", [](MemberEditor &list) { list.MoveChild(0, 2); }},
+    {"arranged with too large an index", "Component",
+     [](MemberEditor &list) {
+         list.ArrangeChildren({0, 2});
+     }},
+    {"arranged with a negative index", "Component", [](MemberEditor &list) { list.ArrangeChildren({-1}); }},
+    {"arranged with an index twice", "Component",
+     [](MemberEditor &list) {
+         list.ArrangeChildren({1, 1});
+     }},
+    {"removed from a value", "quantity", [](MemberEditor &member) { member.RemoveChild(0); }},
+    {"moved in an object", "StartupModes", [](MemberEditor &member) { member.MoveChild(0, 0); }},
+    {"arranged in an object", "StartupModes", [](MemberEditor &member) { member.ArrangeChildren({0}); }},
+    {"nothing arranged in a value", "name", [](MemberEditor &member) { member.ArrangeChildren({}); }},
+};
+
+TunerProperties withComponents(int count)
+{
+    TunerProperties document = aDocument(1);
+    QVector<Component> components;
+    for (int i = 0; i < count; ++i)
+        components += aComponent(QStringLiteral("component%1").arg(i), 1);
+    document.SetComponent(components);
+    return document;
+}
+
+template <class Row>
+void addRows(const Row *begin, const Row *end)
+{
+    QTest::addColumn<int>("row");
+    for (const Row *row = begin; row != end; ++row)
+        QTest::newRow(row->name) << int(row - begin);
+}
+
 QStringList notedNames;
 
 void note(const MemberView &member)
@@ -221,6 +293,18 @@ private Q_SLOTS:
         QCOMPARE(namesWhere(StringItem(), &MemberView::IsIdentifying), QStringLiteral("value"));
         QCOMPARE(namesWhere(StartupModes(), &MemberView::IsIdentifying), QString());
         QCOMPARE(namesWhere(ValueItem(), &MemberView::IsMandatory), QStringLiteral("ChoiceValueItem"));
+    }
+
+    void membersReportWhetherTheyAreAttributes()
+    {
+        QCOMPARE(
+            namesWhere(TunerProperties(), &MemberView::IsAttribute),
+            QStringLiteral("name type baseresource connectableResources quantity parentBaseResource hwProcessing"));
+        QCOMPARE(namesWhere(Component(), &MemberView::IsAttribute), QStringLiteral("type name displayName optional"));
+        QCOMPARE(namesWhere(BandwidthSelection(), &MemberView::IsAttribute), QString());
+        QCOMPARE(namesWhere(StartupModes(), &MemberView::IsAttribute), QString());
+        QCOMPARE(namesWhere(ValueItem(), &MemberView::IsAttribute), QString());
+        QCOMPARE(namesWhere(ValueSelection(), &MemberView::IsAttribute), QStringLiteral("id value text index"));
     }
 
     void typeIdentifiesAComponentButIsNotItsName()
@@ -411,6 +495,76 @@ private Q_SLOTS:
         });
         QVERIFY(node.IsValueItemSet());
         QCOMPARE(std::as_const(node).GetValueItem().at(1).GetValueInt().Getvalue(), 2);
+    }
+
+    void itemsAreRemovedMovedAndArranged_data() { addRows(std::begin(arrangements), std::end(arrangements)); }
+
+    // The list is unset first, and each item has a flag and a logger of its own.
+    void itemsAreRemovedMovedAndArranged()
+    {
+        QFETCH(int, row);
+        Component component = aComponent(QStringLiteral("c"), 4);
+        QHash<QString, std::shared_ptr<REPORTGENERATOR::Logger>> loggers;
+        for (int i = 0; i < 4; ++i) {
+            Node &node = component.GetNode()[i];
+            node.SetValidate(i % 2 == 0);
+            const auto logger = std::make_shared<REPORTGENERATOR::Logger>();
+            node.SetLogger(logger);
+            loggers.insert(node.Getid(), logger);
+        }
+        const QByteArray contentOfLast = snapshotOf(std::as_const(component).GetNode().last());
+        edit(component, "Node", [&](MemberEditor &list) {
+            list.SetFlag(false);
+            arrangements[row].change(list);
+            QVERIFY(list.IsSet());
+        });
+        QStringList left;
+        for (const Node &node : std::as_const(component).GetNode()) {
+            left += node.Getid();
+            QCOMPARE(node.GetValidate(),
+                     node.Getid() == QLatin1String("node0") || node.Getid() == QLatin1String("node2"));
+            QCOMPARE(node.GetLogger(), loggers.value(node.Getid()));
+            if (node.Getid() == QLatin1String("node3"))
+                QCOMPARE(hex(snapshotOf(node)), hex(contentOfLast));
+        }
+        QCOMPARE(left.join(QLatin1Char(' ')), QLatin1String(arrangements[row].ids));
+    }
+
+    void arrangingAListLeavesOtherDocumentsAndCopiesOfItUnchanged()
+    {
+        const TunerProperties original = withComponents(3);
+        TunerProperties document;
+        document = original;
+        const QVector<Component> copied = std::as_const(document).GetComponent();
+        edit(document, "Component", [](MemberEditor &list) {
+            list.RemoveChild(0);
+            list.MoveChild(0, 1);
+        });
+        QCOMPARE(std::as_const(document).GetComponent().size(), 2);
+        QCOMPARE(original.GetComponent().size(), 3);
+        QCOMPARE(copied.size(), 3);
+        QCOMPARE(copied.first().Getname(), original.GetComponent().first().Getname());
+        QVERIFY(copied.last().IsNodeSet());
+    }
+
+    void placesThatAListDoesNotHaveThrowLogicErrorAndChangeNothing_data()
+    {
+        addRows(std::begin(wrongPlaces), std::end(wrongPlaces));
+    }
+
+    void placesThatAListDoesNotHaveThrowLogicErrorAndChangeNothing()
+    {
+        QFETCH(int, row);
+        TunerProperties document = withComponents(2);
+        const QString before = hex(snapshotOf(document));
+        QString what;
+        try {
+            edit(document, wrongPlaces[row].member, wrongPlaces[row].change);
+        } catch (const std::logic_error &e) {
+            what = QString::fromLatin1(e.what());
+        }
+        QCOMPARE(what, QStringLiteral("JobXml: '%1' holds no such object").arg(QLatin1String(wrongPlaces[row].member)));
+        QCOMPARE(hex(snapshotOf(document)), before);
     }
 
     void accessToAChildThatDoesNotExistThrowsLogicError()

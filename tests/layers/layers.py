@@ -28,18 +28,36 @@ LAYERS = [
     Layer("src/tuner", ["include/jobxml", "src/framework", "src/module"]),
     # The program that writes model.json.
     Layer("src/model", ["include/jobxml", "src/framework", "src/module"]),
-    # The tool knows the libraries by their public headers alone.
-    Layer(f"{TOOL}/text"),
-    Layer(f"{TOOL}/console", [f"{TOOL}/text"]),
-    Layer(f"{TOOL}/members", ["include/jobxml", f"{TOOL}/text"]),
-    Layer(f"{TOOL}/documents",
-          ["include/reportbase", "include/jobxml", f"{TOOL}/text", f"{TOOL}/console", f"{TOOL}/members"]),
-    Layer(f"{TOOL}/html", ["include/jobxml", f"{TOOL}/text", f"{TOOL}/members", f"{TOOL}/documents"]),
-    Layer(f"{TOOL}/batch", [f"{TOOL}/text", f"{TOOL}/console", f"{TOOL}/documents"]),
+    # Documents, above the model, which this library knows by its public headers.
+    Layer("include/tunerdocuments", ["include/jobxml"]),
+    Layer("src/json", ["src/text"]),
+    Layer("src/documents/values", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/paths", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/json",
+          ["include/jobxml", "include/tunerdocuments", "src/text", "src/json", "src/documents/paths"]),
+    Layer("src/documents/forms",
+          ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/text", "src/documents/json"]),
+    Layer("src/documents/xml",
+          ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/text", "src/documents/values"]),
+    Layer("src/documents/edit",
+          ["include/jobxml", "include/tunerdocuments", "src/json", "src/documents/values", "src/documents/json",
+           "src/documents/xml"]),
+    Layer("src/documents/findings", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/compare",
+          ["include/jobxml", "include/tunerdocuments", "src/text", "src/json", "src/documents/json"]),
+    Layer("src/documents/show", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/html", ["include/jobxml", "include/tunerdocuments", "src/text", "src/documents/paths"]),
+    Layer("src/documents/schema", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    # The tool knows the libraries by their public headers alone; it shares the functions for texts and JSON with them.
+    Layer(f"{TOOL}/console", ["include/tunerdocuments/DocumentError.h", "src/text"]),
+    Layer(f"{TOOL}/files",
+          ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/text", f"{TOOL}/console"]),
+    Layer(f"{TOOL}/batch",
+          ["include/tunerdocuments", "src/text", "src/json", f"{TOOL}/console", f"{TOOL}/files"]),
     Layer(f"{TOOL}/commands",
-          ["include/reportbase", "include/jobxml", f"{TOOL}/text", f"{TOOL}/console", f"{TOOL}/members",
-           f"{TOOL}/documents", f"{TOOL}/html", f"{TOOL}/batch"]),
-    Layer(f"{TOOL}/pages", ["include/reportbase", f"{TOOL}/documents", f"{TOOL}/commands"]),
+          ["include/jobxml", "include/tunerdocuments", "src/text", "src/json", f"{TOOL}/console", f"{TOOL}/files",
+           f"{TOOL}/batch"]),
+    Layer(f"{TOOL}/pages", ["include/reportbase", "include/tunerdocuments", f"{TOOL}/commands"]),
     Layer(TOOL, [f"{TOOL}/console", f"{TOOL}/commands"]),
 ]
 
@@ -47,4 +65,4 @@ LAYERS = [
 NAMES_NO_CLASS = "src/framework"
 
 # Headers of other projects that take seconds to compile, and the only files that include them.
-HEAVY = {"nlohmann/": [f"{TOOL}/documents/JsonText.cpp"]}
+HEAVY = {"nlohmann/": ["src/json/JsonText.cpp"]}

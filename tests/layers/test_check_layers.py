@@ -99,7 +99,7 @@ class Includes(unittest.TestCase):
     def test_heavy_header_is_left_to_the_file_that_needs_it(self):
         self.assertEqual(checked({
             f"{TOOL}/commands/Command.cpp": ["#include <nlohmann/json.hpp>"],
-        }), [f"{TOOL}/commands/Command.cpp:1: includes nlohmann/json.hpp: only {TOOL}/documents/JsonText.cpp may "
+        }), [f"{TOOL}/commands/Command.cpp:1: includes nlohmann/json.hpp: only src/json/JsonText.cpp may "
              "include it, since it takes seconds to compile"])
 
     def test_table_that_is_an_order_passes(self):

@@ -62,6 +62,11 @@ class Check(unittest.TestCase):
             ("share/tuner-properties.xsd", required, required.replace(' use="required"', "")),
             ("share/tuner-properties.xsd", '  <xs:element name="Node" type="NodeType"/>', ""),
             ("share/tuner-properties.xsd", '      <xs:enumeration value="FFP"/>', ""),
+            ("share/tuner-properties-author.xsd", '      <xs:field xpath="@displayName|displayName"/>', ""),
+            ("share/tuner-properties-author.xsd",
+             '          <xs:documentation>A direction finder.</xs:documentation>', ""),
+            ("share/tuner-properties.schema.json",
+             '        {"const": "FFM", "description": "Measuring at a fixed frequency."},', ""),
             ("fuzz/dictionaries/records.dict", r'"\xA7\x23\xFF\xDA"', ""),
             ("fuzz/dictionaries/xml.dict", '"<MaxBandwidth>"', ""),
             ("fuzz/dictionaries/json.dict", r'"\"MaxBandwidth\":"', ""),
@@ -105,8 +110,17 @@ class Check(unittest.TestCase):
         for options in ((), ("--check",)):
             check = self.run_model(*options)
             self.assertEqual(check.returncode, 1)
-            self.assertEqual(check.stderr, "share/tuner-properties.xsd: BandwidthSelection.Name has no documentation; "
-                                           "write it in the header of the class\n")
+            self.assertEqual(check.stderr, "".join(
+                f"share/{schema}: BandwidthSelection.Name has no documentation; write it in the header of the class\n"
+                for schema in ("tuner-properties-author.xsd", "tuner-properties.schema.json", "tuner-properties.xsd")))
+
+    def test_an_enumerator_that_nobody_documents_is_named(self) -> None:
+        self.change("include/jobxml/StartupModes.h", "        FFM, ///< measuring at a fixed frequency", "        FFM,")
+        check = self.run_model()
+        self.assertEqual(check.returncode, 1)
+        self.assertEqual(check.stderr, "".join(
+            f"share/{schema}: StartupModes::StartupMode::FFM has no documentation; write it in the header of the class\n"
+            for schema in ("tuner-properties-author.xsd", "tuner-properties.schema.json")))
 
     def test_a_kind_of_member_that_the_page_on_json_lacks_is_named(self) -> None:
         self.change("docs/json.md", "| boolean | `true`, `false` |", "")

@@ -448,6 +448,10 @@ void keepReadProblems(Keeper &keeper)
     for (const QString &text : {xml, own("<!DOCTYPE a>") + xml, own("<"), own("<Node/>")})
         keepAll("DataObject::SetXmlString",
                 [&](auto &into, auto &problems) { return into.SetXmlString(text, problems); });
+    for (const QByteArray &bytes :
+         {xml.toUtf8(), "<!DOCTYPE a>" + xml.toUtf8(), QByteArray("<"), QByteArray("<Node/>")})
+        keepAll("DataObject::SetXmlDocument",
+                [&](auto &into, auto &problems) { return into.SetXmlDocument(bytes, own("source"), problems); });
     for (const QByteArray &bytes : {representation, representation.chopped(1), QByteArray("x")})
         keepAll("DataObject::SetBinaryRepresentation",
                 [&](auto &into, auto &problems) { return into.SetBinaryRepresentation(bytes, problems); });

@@ -109,8 +109,12 @@ void TextsAfterUnloadingTest::initTestCase()
 
 void TextsAfterUnloadingTest::everyFunctionThatReturnsATextIsCalled()
 {
-    QSet<QByteArray> declared =
-        PublicTexts::in(QStringLiteral(HEADERS)) + PublicTexts::in(QStringLiteral(MADE_HEADERS));
+    // The library for documents is never unloaded.
+    QSet<QByteArray> declared;
+    for (const char *library : {"jobxml", "reportbase", "tavikappstartup"}) {
+        for (const char *folder : {HEADERS, MADE_HEADERS})
+            declared += PublicTexts::in(QLatin1String(folder) + QLatin1Char('/') + QLatin1String(library));
+    }
     QVERIFY(declared.size() > 100); // the headers have been found and understood
     const QSet<QByteArray> exceptions{
         "MemberView::GetName", // documented as a view of the library's own characters

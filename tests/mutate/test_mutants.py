@@ -18,6 +18,7 @@ LIST = TOOL / "equivalents.txt"
 
 sys.path.insert(0, str(TOOL))
 import mutants  # noqa: E402
+import workshop  # noqa: E402
 
 SOURCE = """// SPDX-License-Identifier: MIT
 #include "Lamp.h"
@@ -128,6 +129,18 @@ class Mutants(unittest.TestCase):
                 path.write_text(wrong, encoding="utf-8")
                 with self.assertRaisesRegex(module.UnknownEntries, complaint):
                     module.read_equivalents(path, listed)
+
+    def test_objects_of_a_static_library_are_linked_by_themselves(self) -> None:
+        link = workshop.without_archives("c++ a.o -o lib/a.so src/x/libx.a lib/b.so src/x/libx.a", {
+            "src/x/libx.a": ["x/1.o", "x/2.o"], "libx.a": ["other.o"]})  # fmt: skip
+        self.assertEqual(link.split(), "c++ a.o -o lib/a.so x/1.o x/2.o lib/b.so".split())
+
+    def test_every_folder_of_the_libraries_is_broken(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            listed = run(Path(folder), "--all").stdout
+        for source in ("src/documents/paths/Path.cpp", "src/json/JsonText.cpp", "src/text/Suggestion.cpp",
+                       "src/framework/Check.cpp", "src/tuner/Node.cpp"):  # fmt: skip
+            self.assertIn(f" {source}:", listed)
 
     def test_files_and_folders_restrict_what_is_tried(self) -> None:
         with tempfile.TemporaryDirectory() as folder:

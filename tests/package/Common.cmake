@@ -16,7 +16,7 @@ function(run)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-# The loader has to load each of the three libraries of the program from the folder.
+# The loader has to load each of the libraries of the program from the folder: by default the model and what it uses.
 function(expect_libraries_from folder program)
     cmake_parse_arguments(arg "" "" "ONLY" ${ARGN})
     set(libraries ReportBase TavikAppStartUp TunerProperties)
@@ -25,7 +25,7 @@ function(expect_libraries_from folder program)
     endif()
     file(REAL_PATH ${folder} folder)
     run(ldd ${program})
-    string(REGEX MATCHALL "lib(ReportBase|TavikAppStartUp|TunerProperties)[^\n]*" found "${output}")
+    string(REGEX MATCHALL "lib(ReportBase|TavikAppStartUp|TunerDocuments|TunerProperties)[^\n]*" found "${output}")
     set(loaded)
     foreach(line IN LISTS found)
         if(NOT line MATCHES "^lib([A-Za-z]+)\\.so\\.1 => ([^ ]+) ")
@@ -53,6 +53,22 @@ function(expect_consumer_to_work program)
         "OutOfRangeException: TunerProperties: Please set Component properly.\n"
         "SCP on RX-8G\n"
         "its records read back: the same document\n")
+    if(NOT output STREQUAL expected)
+        message(FATAL_ERROR "${program} prints\n${output}and not\n${expected}")
+    endif()
+endfunction()
+
+# The program of consumer/ with documents in files finds problems with their paths, and differences, by the library of
+# the folder.
+function(expect_documents_to_work program folder)
+    expect_libraries_from(${folder} ${program} ONLY ReportBase TavikAppStartUp TunerDocuments TunerProperties)
+    run(${program} ${EXAMPLE} ${SCRATCH_DIR}/changed.json)
+    string(CONCAT expected
+        "Component[type=GainControl,name=agc]: Component: Please set optional properly.\n"
+        "~ Component[type=GainControl,name=agc]/optional: false -> false (not set)\n"
+        "the file is json\n"
+        "quantity is 1\n"
+        "missing.xml: cannot open: No such file or directory\n")
     if(NOT output STREQUAL expected)
         message(FATAL_ERROR "${program} prints\n${output}and not\n${expected}")
     endif()

@@ -8,6 +8,7 @@ build_project(subproject ${build} -DLIBRARY_SOURCE=${SOURCE_DIR} -DCMAKE_BUILD_T
 expect_headers(${build}/compile_commands.json FROM ${SOURCE_DIR}/include NOT_FROM ${PREFIX})
 expect_libraries_from(${build}/all ${build}/all/consumer)
 expect_consumer_to_work(${build}/all/consumer)
+expect_documents_to_work(${build}/all/documents ${build}/all)
 
 # The catalogs are beside the libraries, in the folder that the application has chosen.
 foreach(catalog IN ITEMS TunerProperties_de.qm TunerProperties_en.qm)

@@ -12,6 +12,19 @@ expect_consumer_to_work(${build}/consumer)
 expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/derived)
 expect_derived_class_to_work(${build}/derived)
 
+# The library above the model brings it along.
+expect_documents_to_work(${build}/documents ${PREFIX}/${LIB_DIR})
+
+# The exported targets are those of the shared libraries: what is linked into them is not installed.
+file(STRINGS ${PREFIX}/${LIB_DIR}/cmake/TunerProperties/TunerPropertiesTargets.cmake targets REGEX "^add_library")
+list(TRANSFORM targets REPLACE "^add_library\\(([A-Za-z:_]+) SHARED IMPORTED\\)$" "\\1")
+list(SORT targets)
+set(expected TunerProperties::ReportBase TunerProperties::TavikAppStartUp TunerProperties::TunerDocuments
+    TunerProperties::TunerProperties)
+if(NOT targets STREQUAL expected)
+    message(FATAL_ERROR "the exported targets are '${targets}', not '${expected}'")
+endif()
+
 # A single library does not add the others.
 build_project(registry_alone ${build}/registry_alone
     -DCMAKE_PREFIX_PATH=${PREFIX} "-DCMAKE_CXX_FLAGS=${FLAGS}")

@@ -32,6 +32,19 @@ foreach(header IN LISTS headers)
     endif()
 endforeach()
 
+# The library for documents has a file of its own, which requires the other one.
+run(${PKG_CONFIG} --exact-version=${VERSION} --print-errors tunerdocuments)
+run(${PKG_CONFIG} --print-requires tunerdocuments)
+if(NOT output STREQUAL "tunerproperties = ${VERSION}\n")
+    message(FATAL_ERROR "tunerdocuments requires '${output}'")
+endif()
+run(${PKG_CONFIG} --cflags --libs tunerdocuments)
+separate_arguments(options_for_documents UNIX_COMMAND "${output}")
+run(${COMPILER} -std=c++17 -fPIC -Wall -Wextra -Wpedantic -Werror ${flags}
+    ${CMAKE_CURRENT_LIST_DIR}/consumer/documents.cpp ${options_for_documents} -Wl,-rpath,${PREFIX}/${LIB_DIR}
+    -o ${build}/documents)
+expect_documents_to_work(${build}/documents ${PREFIX}/${LIB_DIR})
+
 # The registry alone also works.
 run(${COMPILER} -std=c++17 -fPIC ${flags} ${CMAKE_CURRENT_LIST_DIR}/registry_alone/main.cpp ${options}
     -Wl,-rpath,${PREFIX}/${LIB_DIR} -o ${build}/registry_alone)

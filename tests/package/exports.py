@@ -16,6 +16,7 @@ import sys
 OUR_NAMES = (
     "JobXml",
     "REPORTGENERATOR",
+    "TunerDocuments",
     "TranslationCenter",
     "ReportException",
     "RGException",
@@ -27,7 +28,7 @@ OUR_NAMES = (
 
 # What programs cannot use, because no installed header defines it. Exporting it would make each change of it a change of
 # the binary interface.
-INTERNAL = re.compile(r"\b(?:Behavior|BinaryReader|BinaryWriter|Block|BlockOf|ClassInfo|Composition|Member|ObjectAccess|ObjectState|"
+INTERNAL = re.compile(r"\b(?:Behavior|BinaryReader|BinaryWriter|Block|BlockOf|ClassInfo|Composition|JsonForm|Member|ObjectAccess|ObjectState|"
                       r"Propagation|VisitedMember|WriteTarget|XmlDocument|XmlOutput)\b")
 
 # The names are checked in mangled form: demangled, a template's name follows its return type. The name may be prefixed

@@ -11,12 +11,14 @@ file(GLOB headers RELATIVE ${SOURCE_DIR}/include ${SOURCE_DIR}/include/*/*.h)
 list(TRANSFORM headers PREPEND ${INCLUDE_DIR}/)
 
 foreach(file IN ITEMS
-        ${LIB_DIR}/libReportBase.so ${LIB_DIR}/libTavikAppStartUp.so ${LIB_DIR}/libTunerProperties.so
-        ${LIB_DIR}/libReportBase.so.1 ${LIB_DIR}/libTavikAppStartUp.so.1 ${LIB_DIR}/libTunerProperties.so.1
+        ${LIB_DIR}/libReportBase.so ${LIB_DIR}/libTavikAppStartUp.so
+        ${LIB_DIR}/libTunerDocuments.so ${LIB_DIR}/libTunerProperties.so
+        ${LIB_DIR}/libReportBase.so.1 ${LIB_DIR}/libTavikAppStartUp.so.1
+        ${LIB_DIR}/libTunerDocuments.so.1 ${LIB_DIR}/libTunerProperties.so.1
         ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesConfig.cmake
         ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesConfigVersion.cmake
         ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesTargets.cmake
-        ${LIB_DIR}/pkgconfig/tunerproperties.pc
+        ${LIB_DIR}/pkgconfig/tunerproperties.pc ${LIB_DIR}/pkgconfig/tunerdocuments.pc
         ${BIN_DIR}/tunerproperties
         ${MAN_DIR}/man1/tunerproperties.1
         ${DATA_DIR}/bash-completion/completions/tunerproperties
@@ -25,7 +27,10 @@ foreach(file IN ITEMS
         ${headers}
         ${INCLUDE_DIR}/jobxml/Export.h ${INCLUDE_DIR}/jobxml/Version.h
         ${INCLUDE_DIR}/reportbase/Export.h ${INCLUDE_DIR}/tavikappstartup/Export.h
+        ${INCLUDE_DIR}/tunerdocuments/Export.h
         ${DATA_DIR}/tunerproperties/tuner-properties.xsd ${DATA_DIR}/tunerproperties/model.json
+        ${DATA_DIR}/tunerproperties/tuner-properties-author.xsd
+        ${DATA_DIR}/tunerproperties/tuner-properties.schema.json
         ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_de.qm
         ${DATA_DIR}/tunerproperties-1/translations/TunerProperties_en.qm
         ${DOC_DIR}/SECURITY.md

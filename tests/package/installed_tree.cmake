@@ -7,7 +7,9 @@ file(REMOVE_RECURSE ${alone})
 file(COPY ${PREFIX}/${BIN_DIR}/tunerproperties DESTINATION ${alone})
 run(${alone}/tunerproperties validate ${EXAMPLE})
 run(${alone}/tunerproperties schema)
-run(${alone}/tunerproperties schema --format model)
+foreach(format IN ITEMS author json model)
+    run(${alone}/tunerproperties schema --format ${format})
+endforeach()
 
 # A copy of the tree, since its catalogs will be removed. Its libraries replace those of the build tree.
 set(tree ${SCRATCH_DIR}/catalogs)

@@ -1,5 +1,5 @@
-# The examples conform to the schema after the library has written them. The originals also use the other ways to write
-# a document that readers accept.
+# The examples conform to both schemas after the library has written them. The originals also use the other ways to write
+# a document that readers accept; they conform to the schema for authors as they are.
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/validate.cmake)
 
@@ -21,4 +21,5 @@ foreach(example IN LISTS examples)
     endif()
     list(APPEND written ${SCRATCH_DIR}/${name})
 endforeach()
-validate(${written})
+validate_with(${SCHEMA} ${written})
+validate_with(${AUTHOR_SCHEMA} ${written} ${examples})

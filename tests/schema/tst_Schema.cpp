@@ -2,14 +2,13 @@
 #include <algorithm>
 #include <memory>
 
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <jobxml/TunerProperties.h>
 
 #include "Cases.h"
+#include "Checker.h"
 #include "Encodings.h"
 #include "ExceptionText.h"
 #include "Model.h"
@@ -18,14 +17,6 @@
 using namespace JobXml;
 
 namespace {
-
-/// The verdict of the checker on one document.
-struct Verdict
-{
-    bool accepted = false;
-    bool refused = false;
-    QStringList complaints;
-};
 
 /// Reads an object of a class from a document and writes it again, both while validating.
 template <class Object>
@@ -112,50 +103,8 @@ private Q_SLOTS:
     void randomObjectsOfEveryClassAreAccepted();
 
 private:
-    void check(const QStringList &documents);
-
-    QHash<QString, Verdict> m_verdicts; // by document
+    Checker m_checker{QStringLiteral(SCHEMA_FILE)};
 };
-
-/// One run of the checker for all documents, since starting it takes longer than checking.
-void SchemaTest::check(const QStringList &documents)
-{
-    QTemporaryDir folder;
-    QHash<QString, QString> documentOf; // by file name
-    QStringList arguments{QStringLiteral("--noout"), QStringLiteral("--nonet"), QStringLiteral("--schema"),
-                          QStringLiteral(SCHEMA_FILE)};
-    for (const QString &document : documents) {
-        const QString name = QStringLiteral("%1.xml").arg(arguments.size());
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.write(document.toUtf8()) > 0);
-        documentOf.insert(name, document);
-        arguments.append(name);
-    }
-
-    QProcess checker;
-    checker.setWorkingDirectory(folder.path());
-    checker.start(QStringLiteral(XMLLINT_PROGRAM), arguments);
-    QVERIFY2(checker.waitForFinished(-1), qPrintable(checker.errorString()));
-    QCOMPARE(checker.exitStatus(), QProcess::NormalExit);
-
-    static const QRegularExpression complaint(
-        QStringLiteral("^([0-9]+\\.xml):[0-9]+: .*Schemas validity error : (.*)$"));
-    static const QRegularExpression verdict(QStringLiteral("^([0-9]+\\.xml) (validates|fails to validate)$"));
-    const QString said = QString::fromUtf8(checker.readAllStandardError());
-    for (const QString &line : said.split(QLatin1Char('\n'))) {
-        if (const auto match = complaint.match(line); match.hasMatch()) {
-            m_verdicts[documentOf.value(match.captured(1))].complaints.append(match.captured(2));
-        } else if (const auto end = verdict.match(line); end.hasMatch()) {
-            Verdict &ofDocument = m_verdicts[documentOf.value(end.captured(1))];
-            (end.captured(2) == QLatin1String("validates") ? ofDocument.accepted : ofDocument.refused) = true;
-        }
-    }
-    for (const QString &document : documents) {
-        const Verdict &ofDocument = m_verdicts.value(document);
-        QVERIFY2(ofDocument.accepted != ofDocument.refused, qPrintable(document + QLatin1Char('\n') + said));
-    }
-}
 
 void SchemaTest::initTestCase()
 {
@@ -167,13 +116,13 @@ void SchemaTest::initTestCase()
         QVERIFY2(!documents.contains(each.document), qPrintable(each.name));
         documents.append(each.document);
     }
-    check(documents);
+    m_checker.check(documents);
 }
 
 void SchemaTest::whatTheLibraryWritesIsAccepted()
 {
     QFETCH(QString, document);
-    const Verdict verdict = m_verdicts.value(document);
+    const Verdict verdict = m_checker.verdict(document);
     QCOMPARE(verdict.complaints, QStringList());
     QVERIFY(verdict.accepted);
     const QString written = everyClass().value(rootOf(document)).rewrite(document);
@@ -184,7 +133,7 @@ void SchemaTest::whatBreaksARuleIsRefused()
 {
     QFETCH(QString, document);
     QFETCH(QString, complaint);
-    const Verdict verdict = m_verdicts.value(document);
+    const Verdict verdict = m_checker.verdict(document);
     QVERIFY(verdict.refused);
     QCOMPARE(verdict.complaints.value(0).left(complaint.size()), complaint);
 
@@ -209,9 +158,9 @@ void SchemaTest::aNegativeNumberThatRoundsToZeroKeepsItsSign()
     const QString expectedTwice = QStringLiteral("<SelectionItem name=\"n\" value=\"-0.00\"/>");
     QCOMPARE(xmlOf(twice), expectedTwice);
 
-    check({expected, expectedTwice});
-    QVERIFY(m_verdicts.value(expected).accepted);
-    QVERIFY(m_verdicts.value(expectedTwice).accepted);
+    m_checker.check({expected, expectedTwice});
+    QVERIFY(m_checker.verdict(expected).accepted);
+    QVERIFY(m_checker.verdict(expectedTwice).accepted);
 }
 
 void SchemaTest::theLibrarysNamesAreTheSchemas()
@@ -244,8 +193,8 @@ void SchemaTest::indentedDocumentsAreAccepted()
     readXml(object, everything->document);
     const QString document = object.GetXmlString();
     QVERIFY(document.contains(QLatin1String("\n  <StartupModes>\n    <StartupMode>FFM</StartupMode>\n")));
-    check({document});
-    QVERIFY(m_verdicts.value(document).accepted);
+    m_checker.check({document});
+    QVERIFY(m_checker.verdict(document).accepted);
 }
 
 void SchemaTest::randomObjectsOfEveryClassAreAccepted()
@@ -265,9 +214,9 @@ void SchemaTest::randomObjectsOfEveryClassAreAccepted()
         }
     }
     QVERIFY2(notForXml < documents.size() / 10, qPrintable(QString::number(notForXml)));
-    check(documents);
+    m_checker.check(documents);
     for (const QString &document : documents) {
-        const Verdict verdict = m_verdicts.value(document);
+        const Verdict verdict = m_checker.verdict(document);
         QVERIFY2(verdict.accepted, qPrintable(document + verdict.complaints.join(QLatin1Char('\n'))));
     }
 }

@@ -1,5 +1,5 @@
-# validate(files...): the schema accepts each of these files.
-function(validate)
+# validate_with(schema files...): the schema accepts each of these files.
+function(validate_with schema)
     set(rest ${ARGN})
     while(rest)
         # In portions, since the length of a command line is limited.
@@ -7,14 +7,14 @@ function(validate)
         list(LENGTH portion size)
         list(REMOVE_ITEM rest ${portion})
         execute_process(
-            COMMAND ${XMLLINT} --noout --nonet --schema ${SCHEMA} ${portion}
+            COMMAND ${XMLLINT} --noout --nonet --schema ${schema} ${portion}
             RESULT_VARIABLE status ERROR_VARIABLE said)
         string(REGEX MATCHALL "[^\n]+ validates\n" accepted "${said}")
         list(LENGTH accepted accepted)
         if(NOT status EQUAL 0 OR NOT accepted EQUAL size)
             string(REGEX REPLACE "[^\n]+ validates\n" "" complaints "${said}")
             message(FATAL_ERROR
-                "xmllint ended with ${status} and accepted ${accepted} of ${size} files:\n${complaints}")
+                "xmllint --schema ${schema} ended with ${status} and accepted ${accepted} of ${size} files:\n${complaints}")
         endif()
     endwhile()
 endfunction()

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <console/Console.h>
-#include <documents/Forms.h>
-#include <documents/Input.h>
-#include <documents/Validate.h>
+#include <files/DocumentFile.h>
 
 #include <ctime>
 
@@ -14,7 +12,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using JobXml::TunerProperties;
+using TunerDocuments::Form;
 
 /// All readers of one document see the same, complete bytes, or reading fails.
 class InputTest : public QObject
@@ -134,9 +132,7 @@ void InputTest::changedFileIsAnError()
     QCOMPARE(refusal([&] { input.head(4); }), expected);
     QCOMPARE(refusal([&] { input.check(); }), expected);
     for (const Form form : {Form::Xml, Form::Tagged, Form::Compressed, Form::Snapshot, Form::Json}) {
-        TunerProperties document;
-        document.SetValidate(false);
-        const QString loading = refusal([&] { Forms::load(document, input, form); });
+        const QString loading = refusal([&] { loadDocument(input, {form}); });
         QVERIFY2(loading.startsWith(QString::fromUtf8(name()) + QStringLiteral(": ")), qPrintable(loading));
     }
 }
@@ -156,9 +152,7 @@ void InputTest::validationNeverSeesAnotherDocument()
     QFETCH(QByteArray, later);
     write("<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\" hwProcessing=\"\"/>");
     Input input((FileName(name())));
-    TunerProperties document;
-    document.SetValidate(false);
-    QCOMPARE(refusal([&] { Forms::load(document, input, Form::Xml, [&](const JobXml::Problem &) { write(later); }); }),
+    QCOMPARE(refusal([&] { loadDocument(input, {Form::Xml}, [&](const JobXml::Problem &) { write(later); }); }),
              QString::fromUtf8(name()) + QStringLiteral(": changed while it was being read"));
 }
 

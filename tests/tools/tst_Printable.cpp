@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <console/Console.h>
-#include <text/FileName.h>
+#include <files/FileName.h>
 #include <text/Printable.h>
 
 #include <QTest>

@@ -221,15 +221,15 @@ void ToolBatchTest::jsonLineDescribesTheWholeResult()
             R"({"file":"two.xml","status":"problems","problems":[)"
             R"({"path":null,"line":3,"column":32,"message":"Please set a value or a default for the boolean 'optional' )"
             R"(in 'Component'."},)"
-            R"({"path":["Component \"c\"","Node \"n\"","ValueItem 1"],"line":null,"column":null,"message":)"
+            R"({"path":"Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]","line":null,"column":null,"message":)"
             R"("ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set."},)"
-            R"({"path":["Component \"c\"","Node \"n\"","ValueItem 1","ValueInt \"i\""],"line":null,"column":null,)"
+            R"({"path":"Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt","line":null,"column":null,)"
             R"("message":"ValueInt: Please set value properly."}],"problemCount":3,"error":null})"
             "\n"
             R"({"file":"good.xml","status":"valid","problems":[],"problemCount":0,"error":null})"
             "\n"
             R"({"file":"bad.xml","status":"problems","problems":[)"
-            R"({"path":[],"line":null,"column":null,"message":"TunerProperties: Please set type properly."}],)"
+            R"({"path":"","line":null,"column":null,"message":"TunerProperties: Please set type properly."}],)"
             R"("problemCount":1,"error":null})"
             "\n"
             R"({"file":"missing.xml","status":"unreadable","problems":[],"problemCount":0,)"
@@ -248,16 +248,18 @@ void ToolBatchTest::jsonLineDescribesTheConversion()
     QCOMPARE(
         run.out,
         text(
-            R"({"file":"good.xml","output":"out/good.tpb","status":"converted","problems":[],"problemCount":0,"error":null})"
+            R"({"file":"good.xml","output":"out/good.tpb","status":"converted","problems":[],"problemCount":0,)"
+            R"("losses":[],"lossCount":0,"error":null})"
             "\n"
-            R"({"file":"bad.xml","output":"out/bad.tpb","status":"problems","problems":[{"path":[],"line":null,)"
-            R"("column":null,"message":"TunerProperties: Please set type properly."}],"problemCount":1,"error":null})"
+            R"({"file":"bad.xml","output":"out/bad.tpb","status":"problems","problems":[{"path":"","line":null,)"
+            R"("column":null,"message":"TunerProperties: Please set type properly."}],"problemCount":1,)"
+            R"("losses":[],"lossCount":0,"error":null})"
             "\n"
             R"({"file":"cut.xml","output":"out/cut.tpb","status":"unreadable","problems":[],"problemCount":0,)"
-            R"("error":"cut.xml:1:17: Premature end of document."})"
+            R"("losses":[],"lossCount":0,"error":"cut.xml:1:17: Premature end of document."})"
             "\n"
             R"({"file":"blocked.xml","output":"out/blocked.tpb","status":"unwritable","problems":[],"problemCount":0,)"
-            R"("error":"out/blocked.tpb: cannot write: Filename refers to a directory"})"
+            R"("losses":[],"lossCount":0,"error":"out/blocked.tpb: cannot write: Filename refers to a directory"})"
             "\n"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 3);
@@ -271,7 +273,7 @@ void ToolBatchTest::jsonKeepsTextsUnchanged()
     const Run run = m_workshop->run({text("validate"), text("--json"), name});
     QCOMPARE(run.out,
              text(R"({"file":"Ü \"x\"\n.xml","status":"problems","problems":[)"
-                  R"({"path":["Component \"a\nb/Ü\"","Node 1"],"line":null,"column":null,)"
+                  R"({"path":"Component[type=t,name=\"a\\nb/Ü\"]/Node[1]","line":null,"column":null,)"
                   R"("message":"Node: Please set id properly."}],"problemCount":1,"error":null})"
                   "\n"));
     QCOMPARE(run.status, 1);

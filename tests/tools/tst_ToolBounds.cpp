@@ -201,13 +201,15 @@ private Q_SLOTS:
     void init() { m_workshop = std::make_unique<Workshop>(); }
     void cleanup() { m_workshop.reset(); }
 
-    void aLongNameIsShortenedInThePathsOfProblems();
-    void aLongNameIsShortenedInTheJsonOfProblems();
-    void aLongNameIsShortenedInThePathsOfDifferences();
+    void aLongNameIsReplacedByThePositionInThePathsOfProblems();
+    void aLongNameIsReplacedByThePositionInTheJsonOfProblems();
+    void aLongNameIsReplacedByThePositionInThePathsOfDifferences();
     void aLongMessageIsShortened();
     void hundredProblemsAreListedAndAllAreCounted();
     void moreProblemsAreListedOnRequest();
     void problemsOfTheXmlReaderAreCountedToo();
+    void problemsInEveryItemOfJsonTakeBoundedOutputAndMemory_data();
+    void problemsInEveryItemOfJsonTakeBoundedOutputAndMemory();
     void invalidMaxProblemsIsWrongUsage();
     void compressedDataBeyondTheLimitIsAnError_data();
     void compressedDataBeyondTheLimitIsAnError();
@@ -241,49 +243,45 @@ private:
     std::unique_ptr<Workshop> m_workshop;
 };
 
-void ToolBoundsTest::aLongNameIsShortenedInThePathsOfProblems()
+void ToolBoundsTest::aLongNameIsReplacedByThePositionInThePathsOfProblems()
 {
     m_workshop->write(QStringLiteral("in.xml"), longName("<Node/>"));
     const Cost cost = costOf(*m_workshop, line("validate in.xml"));
     QCOMPARE(cost.status, 1);
     const QList<QByteArray> lines = cost.out.split('\n');
     QCOMPARE(lines.size(), 102); // the last one is empty
-    // `Component "` and 49 characters are 60.
-    QCOMPARE(lines[0],
-             "in.xml: Component 1 \"" + QByteArray(49, 'x')
-                 + "\xE2\x80\xA6\" / Node 1: Node: Please set ValueItem properly.");
+    QCOMPARE(lines[0], QByteArray("in.xml: Component[1]/Node[1]: Node: Please set ValueItem properly."));
     // Two for each node, and the component lacks optional.
     QCOMPARE(lines[100],
              QByteArray("in.xml: 20001 problems; only the first 100 are listed; use --max-problems to list more"));
     checkMemory(cost, 64 * MiB);
 
-    // The position in the path leads to the complete name.
+    // The position leads to the complete name.
     const Cost name = costOf(*m_workshop, line("get in.xml Component[1]/name"));
     QCOMPARE(name.outSize, qint64(100001));
 }
 
-void ToolBoundsTest::aLongNameIsShortenedInTheJsonOfProblems()
+void ToolBoundsTest::aLongNameIsReplacedByThePositionInTheJsonOfProblems()
 {
     m_workshop->write(QStringLiteral("in.xml"), longName("<Node/>"));
     const Cost cost = costOf(*m_workshop, line("validate --json --max-problems 1 in.xml"));
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out,
-             R"({"file":"in.xml","status":"problems","problems":[{"path":["Component 1 \")" + QByteArray(49, 'x')
-                 + "\xE2\x80\xA6\\\"\","
-                   R"("Node 1"],"line":null,"column":null,"message":"Node: Please set ValueItem properly."}],)"
-                   R"("problemCount":20001,"error":null})"
-                   "\n");
+             QByteArray(R"({"file":"in.xml","status":"problems","problems":[{"path":"Component[1]/Node[1]",)"
+                        R"("line":null,"column":null,"message":"Node: Please set ValueItem properly."}],)"
+                        R"("problemCount":20001,"error":null})"
+                        "\n"));
 }
 
-void ToolBoundsTest::aLongNameIsShortenedInThePathsOfDifferences()
+void ToolBoundsTest::aLongNameIsReplacedByThePositionInThePathsOfDifferences()
 {
     m_workshop->write(QStringLiteral("old.xml"), longName("<Node id=\"a\"/>"));
     m_workshop->write(QStringLiteral("new.xml"), longName("<Node id=\"b\"/>"));
     const Cost cost = costOf(*m_workshop, line("diff old.xml new.xml"));
     QCOMPARE(cost.status, 0);
     const QList<QByteArray> lines = cost.out.split('\n');
-    QCOMPARE(lines[0], QByteArray("+ Component[1]/Node[id=b][1]"));
-    QVERIFY2(cost.outSize < 20000 * 40, qPrintable(QString::number(cost.outSize)));
+    QCOMPARE(lines[0], QByteArray("- Component[1]/Node[id=a][1]"));
+    QVERIFY2(cost.outSize < 20000 * 45, qPrintable(QString::number(cost.outSize)));
     checkMemory(cost, 64 * MiB);
 }
 
@@ -317,11 +315,12 @@ void ToolBoundsTest::moreProblemsAreListedOnRequest()
     QCOMPARE(costOf(*m_workshop, line("validate --max-problems 1000 in.tpb")).out.count('\n'), 201);
     const Cost converted = costOf(*m_workshop, line("convert --max-problems 2 in.tpb out.xml"));
     QCOMPARE(converted.status, 1);
-    QCOMPARE(converted.err,
-             QByteArray("tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set ValueItem properly.\n"
-                        "tunerproperties: in.tpb: Component \"c\" / Node 1: Node: Please set id properly.\n"
-                        "tunerproperties: in.tpb: 201 problems; only the first 2 are listed; use --max-problems "
-                        "to list more\n"));
+    QCOMPARE(
+        converted.err,
+        QByteArray("tunerproperties: in.tpb: Component[type=t,name=c]/Node[1]: Node: Please set ValueItem properly.\n"
+                   "tunerproperties: in.tpb: Component[type=t,name=c]/Node[1]: Node: Please set id properly.\n"
+                   "tunerproperties: in.tpb: 201 problems; only the first 2 are listed; use --max-problems "
+                   "to list more\n"));
 }
 
 void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
@@ -332,6 +331,35 @@ void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
     QCOMPARE(cost.out,
              QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'.\n"
                         "in.xml: 3001 problems; only the first is listed; use --max-problems to list more\n"));
+}
+
+void ToolBoundsTest::problemsInEveryItemOfJsonTakeBoundedOutputAndMemory_data()
+{
+    QTest::addColumn<QByteArray>("in");
+    constexpr int count = 100000;
+    QTest::newRow("numbers as items") << jsonDocument(jsonItems("Component", count, "0"));
+    QTest::newRow("unknown members") << jsonDocument(jsonItems("Component", count, R"({"":0})"));
+    QTest::newRow("unknown members of items with an identity")
+        << jsonComponent(jsonItems("Node", count, R"({"id":"n","":0})"));
+    QTest::newRow("unknown names") << jsonDocument("\"StartupModes\":{" + jsonItems("StartupMode", count, R"("")")
+                                                   + '}');
+    QTest::newRow("values of the wrong type") << jsonNode(jsonItems("ValueItem", count, R"({"ValueInt":{"id":0}})"));
+}
+
+void ToolBoundsTest::problemsInEveryItemOfJsonTakeBoundedOutputAndMemory()
+{
+    QFETCH(QByteArray, in);
+    m_workshop->write(QStringLiteral("in.json"), in);
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    static const qint64 usualMemory = costOf(*m_workshop, line("validate small.xml")).memory + 3 * MiB;
+    for (const char *command : {"validate in.json", "show in.json", "set in.json name x"}) {
+        const Cost cost = costOf(*m_workshop, line(command));
+        QCOMPARE(cost.status, 1);
+        const QByteArray lines = cost.out + cost.err;
+        QCOMPARE(lines.count('\n'), 101);
+        QVERIFY2(lines.contains(": 100000 problems; only the first 100 are listed"), lines.right(200).constData());
+        checkMemory(cost, usualMemory + 130 * qint64(in.size()));
+    }
 }
 
 void ToolBoundsTest::invalidMaxProblemsIsWrongUsage()
@@ -601,6 +629,7 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
                     {"convert --no-validate %1 out.xml", 0, 180},
                     {"convert --no-validate %1 out.json", 0, 180},
                     {"diff small.xml %1", 100, 120},
+                    {"merge --no-validate -o out.json small.xml small.xml %1", 0, 360},
                     {"show %1", 40, 130},
                     {"show --format json %1", 20, 120},
                     {"show --format html %1", 300, 130},

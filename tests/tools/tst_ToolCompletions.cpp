@@ -154,6 +154,7 @@ void ToolCompletionsTest::possibleWordsAreCompleted_data()
     row("tunerproperties convert --to t", {text("tagged")});
     row("tunerproperties show --f", {text("--format"), text("--from")});
     row("tunerproperties show --format ", {text("html"), text("json"), text("tree")});
+    row("tunerproperties schema --format ", {text("author"), text("json"), text("model"), text("xsd")});
     row("tunerproperties validate --qu", {text("--quiet")});
     row("tunerproperties convert --out-dir fo", {text("folder")});
     row("tunerproperties convert --out-dir tu", {});

@@ -39,6 +39,8 @@ private Q_SLOTS:
     void invalidDocumentsAreNotConverted_data();
     void invalidDocumentsAreNotConverted();
     void noValidateWritesInvalidDocuments();
+    void valuesThatTheFormCannotHoldAreListed();
+    void exactConversionRefusesLosses();
     void fileCanBeConvertedInPlace();
     void failedConversionInPlaceKeepsTheFile();
     void outputReplacesALongerFile();
@@ -66,7 +68,7 @@ QByteArray withoutTypes(QByteArray xml)
     return xml.replace(" type=\"SCP\"", "").replace(" type=\"t\"", "");
 }
 
-const char *const twoProblems = "tunerproperties: in.xml: Component \"c\": Component: Please set type properly.\n"
+const char *const twoProblems = "tunerproperties: in.xml: Component[1]: Component: Please set type properly.\n"
                                 "tunerproperties: in.xml: TunerProperties: Please set type properly.\n";
 
 } // namespace
@@ -253,10 +255,51 @@ void ToolConvertTest::invalidDocumentsAreNotConverted()
     QCOMPARE(m_workshop->read(out), QByteArray("the old file"));
 }
 
+void ToolConvertTest::valuesThatTheFormCannotHoldAreListed()
+{
+    m_workshop->write(
+        QStringLiteral("in.xml"),
+        QByteArray(smallXml).replace("ValueInt", "ValueFloat").replace("value=\"7\"", "value=\"0.2567\""));
+    const QString value = QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueFloat/value");
+    const Run run = m_workshop->run(line("convert in.xml out.tpb"));
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: out.tpb: %1: 0.2567 becomes 0.26\n").arg(value));
+    QCOMPARE(run.status, 0);
+    QCOMPARE(m_workshop->run(line("convert --quiet in.xml out.tpb")).err, QString());
+    QCOMPARE(m_workshop->run(line("convert --json in.xml out.tpb")).out,
+             QStringLiteral("{\"file\":\"in.xml\",\"output\":\"out.tpb\",\"status\":\"converted\",\"problems\":[],"
+                            "\"problemCount\":0,\"losses\":[{\"path\":\"%1\",\"before\":\"0.2567\",\"after\":"
+                            "\"0.26\"}],\"lossCount\":1,\"error\":null}\n")
+                 .arg(value));
+    for (const char *out : {"out.json", "out.tps"}) {
+        const Run exact = m_workshop->run(line("convert --exact in.xml") << QString::fromUtf8(out));
+        QCOMPARE(exact.err, QString());
+        QCOMPARE(exact.status, 0);
+    }
+}
+
+void ToolConvertTest::exactConversionRefusesLosses()
+{
+    m_workshop->write(QStringLiteral("in.json"), R"({"TunerProperties": {"Version": "1.1", "type": "SCP",
+        "baseresource": "b", "quantity": 1, "unset": {"MaxFFPDelay": "5"},
+        "BandwidthSelection": [{"Name": "w", "MaxBandwidth": 0.126}, {"Name": "v", "MaxBandwidth": 0.001}],
+        "Component": [{"type": "t", "name": "c", "optional": true, "Node": [{"id": "n", "ValueItem": [
+        {"ChoiceValueItem": "ValueInt", "ValueInt": {"id": "i", "value": 1}}]}]}]}})");
+    const Run run = m_workshop->run(line("convert --exact --max-problems 2 in.json out.xml"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: out.xml: BandwidthSelection[Name=w]/MaxBandwidth: 0.126 becomes 0.13\n"
+                            "tunerproperties: out.xml: BandwidthSelection[Name=v]/MaxBandwidth: 0.001 becomes 0\n"
+                            "tunerproperties: out.xml: 3 losses; only the first 2 are listed\n"));
+    QCOMPARE(run.status, 1);
+    QVERIFY(!m_workshop->files().contains(QStringLiteral("out.xml")));
+}
+
 void ToolConvertTest::noValidateWritesInvalidDocuments()
 {
     const Run run = m_workshop->run(line("convert - - --no-validate"), withoutTypes(smallXml));
-    QCOMPARE(run.err, QString());
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: -: type: (not set) becomes (null)\n"
+                            "tunerproperties: -: Component[type=\"\",name=c]: appears\n"
+                            "tunerproperties: -: Component[1]: is lost\n"));
     QCOMPARE(run.bytes, QByteArray(smallXml).replace("type=\"SCP\"", "type=\"\"").replace("type=\"t\"", "type=\"\""));
     QCOMPARE(run.status, 0);
 

@@ -122,10 +122,11 @@ void ToolDiffTest::differencesAreListedByPath_data()
 
     row("an item that comes", nodeOf(""),
         nodeOf(R"({"ChoiceValueItem": "ValueInt", "ValueInt": {"id": "i", "value": 7}})"),
-        "+ Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: ValueInt value 7\n");
+        "+ Component[type=t,name=c]/Node[id=n]/ValueItem[id=i] (at 1): ValueInt value 7\n");
     row("an item without identity that goes", nodeOf(R"({"ChoiceValueItem": "ValueInt", "ValueInt": {"value": 7}})"),
         nodeOf(""), "- Component[type=t,name=c]/Node[id=n]/ValueItem[1]: ValueInt value 7\n");
-    row("a component that comes", R"("Component": [])", nodeOf("{}, {}"), "+ Component[type=t,name=c]: 1 Node\n");
+    row("a component that comes", R"("Component": [])", nodeOf("{}, {}"),
+        "+ Component[type=t,name=c] (at 1): 1 Node\n");
     row("another kind of value", nodeOf(R"({"ChoiceValueItem": "ValueInt", "ValueInt": {"id": "i", "value": 7}})"),
         nodeOf(R"({"ChoiceValueItem": "ValueFloat", "ValueFloat": {"id": "i", "value": 0.1}})"),
         "~ Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: ValueInt -> ValueFloat\n"
@@ -156,7 +157,7 @@ void ToolDiffTest::differencesAreListedByPath_data()
         "~ Component[1]/displayName: \"a\" -> \"x\"\n"
         "> Component[2]: moved from 2 to 1\n"
         "~ Component[3]/displayName: \"c\" -> \"y\"\n"
-        "+ Component[4]: displayName \"z\"\n");
+        "+ Component[4] (at 4): displayName \"z\"\n");
 }
 
 void ToolDiffTest::differencesAreListedByPath()
@@ -173,7 +174,7 @@ void ToolDiffTest::linesAreInDocumentOrder()
 {
     QCOMPARE(
         diff(listOf("adbz"), listOf("xabyc")),
-        QStringLiteral("+ #[value=x]\n- #[value=d]\n+ #[value=y]\n+ #[value=c]\n- #[value=z]\n")
+        QStringLiteral("+ #[value=x] (at 1)\n- #[value=d]\n- #[value=z]\n+ #[value=y] (at 4)\n+ #[value=c] (at 5)\n")
             .replace(QLatin1Char('#'),
                      QLatin1String("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueStringList/StringItem")));
 }
@@ -199,14 +200,14 @@ void ToolDiffTest::colorsAreUsedOnTerminals()
         documentOf(R"("quantity": 2, "BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
     const QString plain = QStringLiteral("~ quantity: 1 -> 2\n"
                                          "- BandwidthSelection[Name=a]\n"
-                                         "+ BandwidthSelection[Name=b]\n"
+                                         "+ BandwidthSelection[Name=b] (at 3)\n"
                                          "> BandwidthSelection[Name=n]: moved from 3 to 1\n");
     QCOMPARE(m_workshop->run(line("diff a.json b.json")).out, plain);
     QCOMPARE(m_workshop->run(line("diff --color auto a.json b.json")).out, plain);
     QCOMPARE(m_workshop->run(line("diff --color never a.json b.json")).out, plain);
     const QString colored = QStringLiteral("\x1B[33m~ quantity: 1 -> 2\x1B[m\n"
                                            "\x1B[31m- BandwidthSelection[Name=a]\x1B[m\n"
-                                           "\x1B[32m+ BandwidthSelection[Name=b]\x1B[m\n"
+                                           "\x1B[32m+ BandwidthSelection[Name=b] (at 3)\x1B[m\n"
                                            "\x1B[36m> BandwidthSelection[Name=n]: moved from 3 to 1\x1B[m\n");
     QCOMPARE(m_workshop->run(line("diff --color always a.json b.json")).out, colored);
 
@@ -235,10 +236,10 @@ void ToolDiffTest::jsonOptionWritesDifferencesAsJson()
     m_workshop->write(QStringLiteral("b.json"),
                       documentOf(R"("BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
     const Run run = m_workshop->run(line("diff --json a.json b.json"));
-    QCOMPARE(run.out, QStringLiteral(R"_({"change":"changed","path":"name","before":"\"\\\"\\n\"","after":"(not set)"}
-{"change":"removed","path":"BandwidthSelection[Name=a]","before":"","after":null}
-{"change":"added","path":"BandwidthSelection[Name=b]","before":null,"after":""}
-{"change":"moved","path":"BandwidthSelection[Name=n]","before":"3","after":"1"}
+    QCOMPARE(run.out, QStringLiteral(R"_({"change":"changed","path":"name","before":"\"\n"}
+{"change":"removed","path":"BandwidthSelection[Name=a]","from":1,"before":{"Name":"a"}}
+{"change":"added","path":"BandwidthSelection[Name=b]","to":3,"after":{"Name":"b"}}
+{"change":"moved","path":"BandwidthSelection[Name=n]","from":3,"to":1}
 )_"));
     QCOMPARE(run.err, QString());
 }

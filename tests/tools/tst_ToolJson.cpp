@@ -20,7 +20,10 @@ private Q_SLOTS:
     void examplesReadBackByteForByte();
     void suffixAndContentDetermineTheForm();
     void membersMayBeInAnyOrder();
-    void numbersOf64BitsMayBeNumbers();
+    void numbersOf64BitsAreNumbersWhereJavaScriptHoldsThemExactly();
+    void numbersOf64BitsMayBeNumbersOrStrings();
+    void missingChoiceIsTheSingleAlternative();
+    void schemaIsAcceptedBesideTheDocument();
     void olderVersionsBeginWithTheDefaultQuantity_data();
     void olderVersionsBeginWithTheDefaultQuantity();
     void textsMayContainEveryCharacter();
@@ -122,7 +125,7 @@ void ToolJsonTest::membersHaveTheirNamesAsKeys()
     "BandwidthSelection": [
       {"Name": "narrow", "MaxBandwidth": 2400.25}
     ],
-    "MaxFFPDelay": "5000000000",
+    "MaxFFPDelay": 5000000000,
     "HRPANSupported": true,
     "Component": [
       {
@@ -137,7 +140,7 @@ void ToolJsonTest::membersHaveTheirNamesAsKeys()
               {"ChoiceValueItem": "ValueBoolean", "ValueBoolean": {"id": "a", "value": true}},
               {"ChoiceValueItem": "ValueFloat", "ValueFloat": {"id": "b", "value": 0.35}},
               {"ChoiceValueItem": "ValueInt", "ValueInt": {"id": "c", "value": -7}},
-              {"ChoiceValueItem": "ValueInt64", "ValueInt64": {"id": "d", "value": "9000000000"}},
+              {"ChoiceValueItem": "ValueInt64", "ValueInt64": {"id": "d", "value": 9000000000}},
               {"ChoiceValueItem": "ValueString", "ValueString": {"id": "e", "value": "text"}}
             ]
           },
@@ -154,7 +157,7 @@ void ToolJsonTest::membersHaveTheirNamesAsKeys()
               },
               {
                 "ChoiceValueItem": "ValueNumericInt64",
-                "ValueNumericInt64": {"id": "h", "value": "5", "min": "6", "max": "7", "step": "8"}
+                "ValueNumericInt64": {"id": "h", "value": 5, "min": 6, "max": 7, "step": 8}
               }
             ]
           },
@@ -219,7 +222,8 @@ void ToolJsonTest::membersThatAreNotSetAreInUnset()
     };
     for (const char *members : {
              R"()",
-             R"("ValueInt": {})",
+             R"("ChoiceValueItem": null, "ValueInt": {})",
+             R"("ChoiceValueItem": null, "ValueFloat": {}, "ValueInt": {})",
              R"("ChoiceValueItem": "ValueInt")",
              R"("ChoiceValueItem": "ValueInt", "unset": {"ValueInt": {"value": 3}})",
              R"("ChoiceValueItem": "ValueInt", "ValueFloat": {}, "ValueInt": {})",
@@ -253,7 +257,7 @@ void ToolJsonTest::numbersAreExact()
     QCOMPARE(again(bandwidths("7 1E3 0.1000 1e-400 -12.50")),
              QString::fromUtf8(bandwidths("7.0 1000.0 0.1 0.0 -12.5")));
 
-    for (const char *member : {R"("MaxFFPDelay": "18446744073709551615")", R"("MaxFFPDelay": "0")",
+    for (const char *member : {R"("MaxFFPDelay": "18446744073709551615")", R"("MaxFFPDelay": 0)",
                                R"("quantity": -2147483648)", R"("quantity": 2147483647)"})
         QCOMPARE(again(member), QString::fromUtf8(member));
 }
@@ -321,10 +325,66 @@ void ToolJsonTest::membersMayBeInAnyOrder()
     QCOMPARE(onOneLine(run.out), QStringLiteral(R"({"TunerProperties": {"Version": "1.1", "Component": []}})"));
 }
 
-void ToolJsonTest::numbersOf64BitsMayBeNumbers()
+void ToolJsonTest::numbersOf64BitsAreNumbersWhereJavaScriptHoldsThemExactly()
+{
+    const auto value = [](const char *json) {
+        return again(QByteArray(R"("Component": [{"Node": [{"ValueItem": [{"ValueInt64": {"value": )") + json
+                     + "}}]}]}]")
+            .section(QStringLiteral("\"value\": "), 1)
+            .section(QLatin1Char('}'), 0, 0);
+    };
+    QCOMPARE(value("9007199254740991"), QStringLiteral("9007199254740991"));
+    QCOMPARE(value("9007199254740992"), QStringLiteral("\"9007199254740992\""));
+    QCOMPARE(value("-9007199254740991"), QStringLiteral("-9007199254740991"));
+    QCOMPARE(value("-9007199254740992"), QStringLiteral("\"-9007199254740992\""));
+    QCOMPARE(value("-9223372036854775808"), QStringLiteral("\"-9223372036854775808\""));
+    QCOMPARE(value("\"9223372036854775807\""), QStringLiteral("\"9223372036854775807\""));
+    QCOMPARE(value("\"-7\""), QStringLiteral("-7"));
+    QCOMPARE(again(R"("MaxFFPDelay": "9007199254740991")"), QStringLiteral(R"("MaxFFPDelay": 9007199254740991)"));
+    QCOMPARE(again(R"("MaxFFPDelay": 9007199254740992)"), QStringLiteral(R"("MaxFFPDelay": "9007199254740992")"));
+}
+
+void ToolJsonTest::numbersOf64BitsMayBeNumbersOrStrings()
 {
     QCOMPARE(again(R"("MaxFFPDelay": 18446744073709551615)"),
              QStringLiteral(R"("MaxFFPDelay": "18446744073709551615")"));
+    QCOMPARE(again(R"("MaxFFPDelay": "0")"), QStringLiteral(R"("MaxFFPDelay": 0)"));
+}
+
+void ToolJsonTest::missingChoiceIsTheSingleAlternative()
+{
+    const auto item = [](const char *members) {
+        return again(QByteArray(R"("Component": [{"Node": [{"ValueItem": [{)") + members + "}]}]}]")
+            .section(QStringLiteral("\"ValueItem\": [{"), 1)
+            .section(QStringLiteral("}]}]}]"), 0, 0);
+    };
+    QCOMPARE(item(R"("ValueFloat": {"id": "f", "value": 0.5})"),
+             QStringLiteral(R"("ChoiceValueItem": "ValueFloat", "ValueFloat": {"id": "f", "value": 0.5})"));
+    QCOMPARE(item(R"("ValueFloat": {})"), QStringLiteral(R"("ChoiceValueItem": "ValueFloat", "ValueFloat": {})"));
+    // Alternatives that are not set do not count.
+    QCOMPARE(
+        item(R"("unset": {"ValueInt": {"value": 3}}, "ValueFloat": {})"),
+        QStringLiteral(R"("ChoiceValueItem": "ValueFloat", "ValueFloat": {}, "unset": {"ValueInt": {"value": 3}})"));
+    QCOMPARE(item(R"("unset": {"ValueInt": {"value": 3}})"), QStringLiteral(R"("unset": {"ValueInt": {"value": 3}})"));
+    // With several, nothing is chosen.
+    QCOMPARE(item(R"("ValueInt": {}, "ValueFloat": {})"),
+             QStringLiteral(R"("ChoiceValueItem": null, "ValueFloat": {}, "ValueInt": {})"));
+    // A choice need not be the first or the last member.
+    QCOMPARE(item(R"("ValueInt": {}, "ChoiceValueItem": "ValueInt", "ValueFloat": {})"),
+             QStringLiteral(R"("ChoiceValueItem": "ValueInt", "ValueFloat": {}, "ValueInt": {})"));
+    QCOMPARE(item(R"("ValueInt": {}, "ChoiceValueItem": 77)"),
+             QStringLiteral(R"("ChoiceValueItem": 77, "ValueInt": {})"));
+}
+
+void ToolJsonTest::schemaIsAcceptedBesideTheDocument()
+{
+    const QByteArray schema = R"("$schema": "tuner-properties.schema.json")";
+    for (const QByteArray &json : {'{' + schema + QByteArray(smallJson).mid(1).prepend(','),
+                                   QByteArray(smallJson).trimmed().chopped(1) + ',' + schema + "}\n"}) {
+        const Run run = Workshop().run(line("convert - - --to json"), json);
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.bytes, QByteArray(smallJson)); // nothing stores it
+    }
 }
 
 void ToolJsonTest::olderVersionsBeginWithTheDefaultQuantity_data()
@@ -369,7 +429,7 @@ void ToolJsonTest::validatingReportsTheSameProblems()
     const QByteArray json = QByteArray(smallJson).replace(R"("type": "t",)", "").replace(R"("type": "SCP",)", "");
     shop.write(QStringLiteral("a.json"), json);
     const Run run = shop.run(line("validate a.json"));
-    QVERIFY(run.out.startsWith(QStringLiteral("a.json: Component \"c\": Component: Please set type properly.\n"
+    QVERIFY(run.out.startsWith(QStringLiteral("a.json: Component[1]: Component: Please set type properly.\n"
                                               "a.json: TunerProperties: Please set type properly.\n")));
     QCOMPARE(run.status, 1);
     shop.write(QStringLiteral("b.json"), smallJson);

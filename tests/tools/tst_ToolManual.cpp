@@ -5,7 +5,7 @@
 
 #include <commands/Commands.h>
 #include <commands/HelpText.h>
-#include <documents/Forms.h>
+#include <tunerdocuments/Form.h>
 
 /// The manual page as formatted by roff.
 class ToolManualTest : public QObject

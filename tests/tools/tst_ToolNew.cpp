@@ -26,6 +26,9 @@ private Q_SLOTS:
     void textsThatXmlCannotRepresentAreErrors();
     void theSchemaIsTheOneThatIsInstalled();
     void theModelIsTheOneThatIsInstalled();
+    void everyFormatIsTheFileThatIsInstalled_data();
+    void everyFormatIsTheFileThatIsInstalled();
+    void anUnknownFormatIsAnErrorThatListsTheFormats();
 };
 
 void ToolNewTest::aNewDocumentIsExplained()
@@ -198,7 +201,6 @@ void ToolNewTest::theModelIsTheOneThatIsInstalled()
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
     QCOMPARE(Workshop().run(line("schema --format xsd")).bytes, Workshop().run(line("schema")).bytes);
-    QCOMPARE(Workshop().run(line("schema --format yaml")).status, 2);
 
     const QJsonArray classes = QJsonDocument::fromJson(model).object().value(QStringLiteral("classes")).toArray();
     QStringList names;
@@ -206,6 +208,44 @@ void ToolNewTest::theModelIsTheOneThatIsInstalled()
         names += each.toObject().value(QStringLiteral("name")).toString();
     names.sort();
     QCOMPARE(names, Model::classes());
+}
+
+void ToolNewTest::everyFormatIsTheFileThatIsInstalled_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char *arguments, const char *name) {
+        QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(name);
+    };
+    row("schema", "tuner-properties.xsd");
+    row("schema --format xsd", "tuner-properties.xsd");
+    row("schema --format author", "tuner-properties-author.xsd");
+    row("schema --format json", "tuner-properties.schema.json");
+    row("schema --format model", "model.json");
+}
+
+void ToolNewTest::everyFormatIsTheFileThatIsInstalled()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, name);
+    QFile file(QStringLiteral(SHARE_DIR "/") + name);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray content = file.readAll();
+    QVERIFY(content.size() > 10000);
+    const Run run = Workshop().run(line(qPrintable(arguments)));
+    QCOMPARE(run.bytes, content);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+}
+
+void ToolNewTest::anUnknownFormatIsAnErrorThatListsTheFormats()
+{
+    const Run run = Workshop().run(line("schema --format yaml"));
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: unknown format 'yaml'; expected xsd, author, json or model\n"
+                            "tunerproperties: try 'tunerproperties schema --help'\n"));
+    QCOMPARE(run.status, 2);
 }
 
 TEST_SUITE(ToolNewTest)

@@ -20,6 +20,8 @@ private Q_SLOTS:
     void everyFormShowsTheSame();
     void outputIsUtf8InEveryLocale();
     void showingDoesNotValidate();
+    void alternativesThatAreNotChosenAreShown();
+    void objectsThatAreNotSetAreShownIfTheyHaveData();
 };
 
 namespace {
@@ -255,6 +257,25 @@ void ToolShowTest::showingDoesNotValidate()
 {
     const QString tree = shown("<TunerProperties Version=\"1.1\" hwProcessing=\"\"><Extra/></TunerProperties>");
     QVERIFY(tree.contains(QLatin1String("\n  hwProcessing: false\n")));
+}
+
+void ToolShowTest::alternativesThatAreNotChosenAreShown()
+{
+    const QString tree = shown(R"(<TunerProperties Version="1.1"><Component><Node><ValueItem>
+        <ValueInt id="i" value="1"/><ValueString id="s" value="x"/></ValueItem></Node></Component></TunerProperties>)");
+    QVERIFY2(tree.endsWith(QStringLiteral("      ValueItem 1 / ValueString: id \"s\", value \"x\"\n"
+                                          "        ValueInt (not chosen): id \"i\", value 1\n")),
+             qPrintable(tree));
+}
+
+void ToolShowTest::objectsThatAreNotSetAreShownIfTheyHaveData()
+{
+    const Run run = Workshop().run(line("show -"),
+                                   R"({"TunerProperties": {"Version": "1.1",
+        "unset": {"StartupModes": {"StartupMode": ["DF"]}, "BandwidthSelection": [{"Name": "w"}]}}})");
+    QVERIFY2(run.out.contains(QStringLiteral("  StartupModes (not set): StartupMode [\"DF\"]\n"
+                                             "  BandwidthSelection 1 (not set): Name \"w\", MaxBandwidth 0 (not set)\n")),
+             qPrintable(run.out));
 }
 
 TEST_SUITE(ToolShowTest)

@@ -213,10 +213,14 @@ void ToolTerminalTest::writeHostile() const
     QVERIFY(document.SetXmlString(text(smallXml), false));
     document.Setname(text(hostileName));
     document.GetComponent()[0].Setname(text(hostileName));
-    document.GetComponent()[0].Resetoptional();
+    // Paths have positions in place of long identities, and the texts of short ones.
+    JobXml::Node &node = document.GetComponent()[0].GetNode()[0];
+    node.Setid(text("\u009B2J"));
+    node.ResetValueItem();
     m_workshop->write(text("h.tpb"), document.GetBinaryRepresentationAsQByteArray());
     document.Setname(text("other"));
     m_workshop->write(text("o.tpb"), document.GetBinaryRepresentationAsQByteArray());
+    m_workshop->write(text("s.xml"), smallXml);
 }
 
 void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
@@ -236,8 +240,9 @@ void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
     row("diff o.tpb h.tpb", quoted);
     row("diff --color never o.tpb h.tpb", quoted);
     row("diff --json o.tpb h.tpb", text("\\\\u009b2J"));
-    row("validate h.tpb", text("\\u009b2J"));
-    row("validate --json h.tpb", text("\\u009b2J"));
+    row("merge o.tpb h.tpb s.xml", quoted);
+    row("validate h.tpb", text("h.tpb: Component[1]/Node[id=\"\\u009b2J\"]: Node: Please set ValueItem properly."));
+    row("validate --json h.tpb", text(R"("path":"Component[1]/Node[id=\"\\u009b2J\"]")"));
     row("convert --no-validate h.tpb - --to json", text("\\u009b2J"));
     row("get h.tpb $(printf 'x\\342\\200\\256')", text("x\\u202e"));
     row("show $(printf 'x\\302\\2332J')", text("x\\u009b2J: cannot open"));

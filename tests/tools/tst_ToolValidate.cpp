@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
+#include <QSet>
+
 #include "tools/Tool.h"
 
 class ToolValidateTest : public QObject
@@ -10,6 +14,7 @@ private Q_SLOTS:
     void validDocumentsHaveNoOutput();
     void allExamplesAtOnceAreValid();
     void everyProblemIsReported();
+    void pathsBeforeTheMessagesAreAcceptedByGet();
     void everyProblemIsReportedInTheBinaryForms_data();
     void everyProblemIsReportedInTheBinaryForms();
     void linesAndColumnsMatchThoseOfAnEditor_data();
@@ -114,20 +119,20 @@ const char badXml[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 
 // Missing members are the same in every form.
 const char badPaths[] = R"(StartupModes: StartupModes: Please set StartupMode properly.
-BandwidthSelection "narrow": BandwidthSelection: Please set MaxBandwidth properly.
-BandwidthSelection 2: BandwidthSelection: Please set Name properly.
-Component "Preselector" / Node "att" / ValueItem 2: ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set.
-Component "Preselector" / Node "att" / ValueItem 2 / ValueInt "y": ValueInt: Please set value properly.
-Component "Preselector" / Node "att" / ValueItem 3: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
-Component "Preselector" / Node 2 / ValueItem 1 / ValueStringList "z" / StringItem 1: StringItem: Please set value properly.
-Component "Preselector" / Node 2: Node: Please set id properly.
-Component "Preselector" / Node "empty": Node: Please set ValueItem properly.
-Component "c2": Component: Please set Node properly.
-Component "c2": Component: Please set optional properly.
-Component 3: Component: Please set Node properly.
-Component 3: Component: Please set type properly.
-Component 3: Component: Please set name properly.
-Component 3: Component: Please set optional properly.
+BandwidthSelection[Name=narrow]: BandwidthSelection: Please set MaxBandwidth properly.
+BandwidthSelection[2]: BandwidthSelection: Please set Name properly.
+Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[id=y]: ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set.
+Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[id=y]/ValueInt: ValueInt: Please set value properly.
+Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[3]: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
+Component[type=Preselector,name=Preselector]/Node[2]/ValueItem[id=z]/ValueStringList/StringItem[1]: StringItem: Please set value properly.
+Component[type=Preselector,name=Preselector]/Node[2]: Node: Please set id properly.
+Component[type=Preselector,name=Preselector]/Node[id=empty]: Node: Please set ValueItem properly.
+Component[type="",name=c2]: Component: Please set Node properly.
+Component[type="",name=c2]: Component: Please set optional properly.
+Component[3]: Component: Please set Node properly.
+Component[3]: Component: Please set type properly.
+Component[3]: Component: Please set name properly.
+Component[3]: Component: Please set optional properly.
 TunerProperties: Please set type properly.
 )";
 
@@ -159,6 +164,63 @@ void ToolValidateTest::everyProblemIsReported()
     QCOMPARE(run.status, 1);
 }
 
+void ToolValidateTest::pathsBeforeTheMessagesAreAcceptedByGet()
+{
+    // Problems at every level, and identities that need quotes, a position, or both.
+    const QByteArray component = R"(<Component type="a / b" name="[x]=&quot;&#10;" optional="true">
+    <Node id="n"/>
+    <Node id="n"><ValueItem/></Node>
+    <Node id=""><ValueItem><ValueInt id="i"/></ValueItem></Node>
+    <Node id="s"><ValueItem><ValueSelection id="s" value="1" text="t" index="0"><SelectionItem name="t"/></ValueSelection>
+    </ValueItem></Node>
+  </Component>
+)";
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), QByteArray(badXml).replace("  <Other/>\n", "  <Other/>\n" + component));
+    const Run validated = shop.run(line("validate a.xml"));
+    const QStringList paths = {
+        QStringLiteral("StartupModes"),
+        QStringLiteral("BandwidthSelection[Name=narrow]"),
+        QStringLiteral("BandwidthSelection[2]"),
+        QStringLiteral("Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[id=y]"),
+        QStringLiteral("Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[id=y]/ValueInt"),
+        QStringLiteral("Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[3]"),
+        QStringLiteral(
+            "Component[type=Preselector,name=Preselector]/Node[2]/ValueItem[id=z]/ValueStringList/StringItem[1]"),
+        QStringLiteral("Component[type=Preselector,name=Preselector]/Node[2]"),
+        QStringLiteral("Component[type=Preselector,name=Preselector]/Node[id=empty]"),
+        QStringLiteral("Component[type=\"\",name=c2]"),
+        QStringLiteral("Component[3]"),
+        QStringLiteral(R"(Component[type="a / b",name="[x]=\"\n"]/Node[id=n][1])"),
+        QStringLiteral(R"(Component[type="a / b",name="[x]=\"\n"]/Node[id=n][2]/ValueItem[1])"),
+        QStringLiteral(R"(Component[type="a / b",name="[x]=\"\n"]/Node[id=""]/ValueItem[id=i])"),
+        QStringLiteral(R"(Component[type="a / b",name="[x]=\"\n"]/Node[id=""]/ValueItem[id=i]/ValueInt)"),
+        QStringLiteral(R"(Component[type="a / b",name="[x]=\"\n"]/Node[id=s]/ValueItem[id=s]/ValueSelection/)"
+                       R"(SelectionItem[name=t])"),
+    };
+    // Each line about an object begins with one of these paths, and each of them begins a line.
+    QStringList begins;
+    for (const QString &path : paths)
+        begins.append(QStringLiteral("a.xml: ") + path + QStringLiteral(": "));
+    QSet<QString> found;
+    for (const QString &each : validated.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        const auto begin =
+            std::find_if(begins.cbegin(), begins.cend(), [&](const QString &b) { return each.startsWith(b); });
+        const bool isOfTheDocument = each.startsWith(QLatin1String("a.xml:")) && each.mid(6, 1).at(0).isDigit();
+        if (begin != begins.cend())
+            found.insert(*begin);
+        else if (!isOfTheDocument)
+            QCOMPARE(each, QStringLiteral("a.xml: TunerProperties: Please set type properly."));
+    }
+    QCOMPARE(found.size(), paths.size());
+    for (const QString &path : paths) {
+        const Run run = shop.run({QStringLiteral("get"), QStringLiteral("a.xml"), path});
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+        QVERIFY2(run.out.startsWith(QLatin1Char('{')), qPrintable(path + run.out));
+    }
+}
+
 void ToolValidateTest::everyProblemIsReportedInTheBinaryForms_data()
 {
     QTest::addColumn<QString>("name");
@@ -172,12 +234,12 @@ void ToolValidateTest::everyProblemIsReportedInTheBinaryForms()
     // Tagged records contain the default of a mandatory member that is not set, an empty text or a 0; so fewer members
     // are missing.
     const char *const paths = R"(StartupModes: StartupModes: Please set StartupMode properly.
-Component "Preselector" / Node "att" / ValueItem 3: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
-Component "Preselector" / Node "empty": Node: Please set ValueItem properly.
-Component "c2": Component: Please set Node properly.
-Component "c2": Component: Please set optional properly.
-Component 3: Component: Please set Node properly.
-Component 3: Component: Please set optional properly.
+Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[3]: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
+Component[type=Preselector,name=Preselector]/Node[id=empty]: Node: Please set ValueItem properly.
+Component[type="",name=c2]: Component: Please set Node properly.
+Component[type="",name=c2]: Component: Please set optional properly.
+Component[type="",name=""]: Component: Please set Node properly.
+Component[type="",name=""]: Component: Please set optional properly.
 TunerProperties: Please set type properly.
 )";
     Workshop shop;
@@ -278,9 +340,9 @@ void ToolValidateTest::contentOfAnUnknownElementIsChecked()
     QCOMPARE(run.out,
              QStringLiteral("a.xml:2:1: Unknown Tag 'Extra' in 'TunerProperties'.\n"
                             "a.xml:3:1: Unknown Tag 'More' in 'TunerProperties'.\n"
-                            "a.xml: Component \"inner\": Component: Please set Node properly.\n"
-                            "a.xml: Component \"inner\": Component: Please set type properly.\n"
-                            "a.xml: Component \"inner\": Component: Please set optional properly.\n"));
+                            "a.xml: Component[1]: Component: Please set Node properly.\n"
+                            "a.xml: Component[1]: Component: Please set type properly.\n"
+                            "a.xml: Component[1]: Component: Please set optional properly.\n"));
     QCOMPARE(run.status, 1);
 }
 
@@ -311,9 +373,10 @@ void ToolValidateTest::documentWithoutOutputIsAProblem()
 void ToolValidateTest::problemStaysOnOneLine()
 {
     const Run run = validate(document("", "<BandwidthSelection><Name>a\nb\tc</Name></BandwidthSelection>"));
-    QCOMPARE(run.out,
-             QStringLiteral("a.xml: BandwidthSelection \"a\\nb\\tc\": BandwidthSelection: Please set MaxBandwidth "
-                            "properly.\n"));
+    QCOMPARE(
+        run.out,
+        QStringLiteral("a.xml: BandwidthSelection[Name=\"a\\nb\\tc\"]: BandwidthSelection: Please set MaxBandwidth "
+                       "properly.\n"));
 }
 
 void ToolValidateTest::worstOfSeveralFilesDeterminesTheStatus_data()
@@ -346,13 +409,14 @@ void ToolValidateTest::problemsAndErrorsUseDifferentStreams()
     shop.write(QStringLiteral("cut.xml"), "<TunerProperties>");
     shop.write(QStringLiteral("bad2.xml"), QByteArray(smallXml).replace(" value=\"7\"", ""));
     const Run run = shop.run(line("validate bad1.xml missing.xml cut.xml bad2.xml"));
-    QCOMPARE(run.out,
-             QStringLiteral(
-                 "bad1.xml: TunerProperties: Please set type properly.\n"
-                 "bad2.xml: Component \"c\" / Node \"n\" / ValueItem 1: ValueItem:Check failed. Mandatory data of "
-                 "the member (choice element) m_valueInt is not set.\n"
-                 "bad2.xml: Component \"c\" / Node \"n\" / ValueItem 1 / ValueInt \"i\": ValueInt: Please set "
-                 "value properly.\n"));
+    QCOMPARE(
+        run.out,
+        QStringLiteral(
+            "bad1.xml: TunerProperties: Please set type properly.\n"
+            "bad2.xml: Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: ValueItem:Check failed. Mandatory data of "
+            "the member (choice element) m_valueInt is not set.\n"
+            "bad2.xml: Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt: ValueInt: Please set "
+            "value properly.\n"));
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: missing.xml: cannot open: No such file or directory\n"
                             "tunerproperties: cut.xml:1:17: Premature end of document.\n"

@@ -11,8 +11,8 @@
 #include "batch/InOrder.h"
 #include "batch/Progress.h"
 #include "console/Interruption.h"
-#include "documents/JsonText.h"
 #include "text/Printable.h"
+#include "json/JsonText.h"
 
 /// The number of files of each status so far, including those whose results are not written yet.
 class Batch::Tally
@@ -59,6 +59,7 @@ struct Batch::Result
 
 namespace {
 
+
 Json textOrNull(const QString &text)
 {
     return text.isNull() ? Json() : Json(text.toUtf8());
@@ -74,20 +75,36 @@ void insertName(Json &json, const QByteArray &key, const FileName &name)
         json.insert(key + "Bytes", name.bytes().toHex());
 }
 
-Json problemJson(const Finding &finding)
+Json problemJson(const TunerDocuments::Finding &finding)
 {
-    Json path;
-    if (!finding.hasLocation()) {
-        path = Json::emptyList();
-        for (const QString &step : finding.path)
-            path.append(step.toUtf8());
-    }
     Json json = Json::emptyObject();
-    json.insert("path", std::move(path));
+    json.insert("path", textOrNull(finding.path));
     json.insert("line", finding.hasLocation() ? Json(finding.line) : Json());
     json.insert("column", finding.hasLocation() ? Json(finding.column) : Json());
     json.insert("message", finding.message.toUtf8());
     return json;
+}
+
+Json lossJson(const TunerDocuments::Loss &loss)
+{
+    Json json = Json::emptyObject();
+    json.insert("path", loss.path.toUtf8());
+    json.insert("before", loss.before.toUtf8());
+    json.insert("after", loss.after.toUtf8());
+    return json;
+}
+
+/// "FILE: PATH: 0.2567 becomes 0.26" for each loss that is kept, and a last line with the total if there are more.
+QStringList lossLines(const Outcome &outcome)
+{
+    const QString file = outcome.output.shown() + QStringLiteral(": ");
+    QStringList lines;
+    for (const TunerDocuments::Loss &loss : outcome.losses)
+        lines.append(file + loss.text());
+    if (outcome.lossCount > lines.size())
+        lines.append(
+            file + QStringLiteral("%1 losses; only the first %2 are listed").arg(outcome.lossCount).arg(lines.size()));
+    return lines;
 }
 
 QString statusWord(FileStatus status, const QString &doneStatus)
@@ -126,10 +143,17 @@ QByteArray jsonOf(const Outcome &outcome, const QString &doneStatus)
         insertName(json, "output", outcome.output);
     json.insert("status", statusWord(outcome.status, doneStatus).toUtf8());
     Json problems = Json::emptyList();
-    for (const Finding &finding : outcome.findings.listed())
+    for (const TunerDocuments::Finding &finding : outcome.findings.listed())
         problems.append(problemJson(finding));
     json.insert("problems", std::move(problems));
     json.insert("problemCount", outcome.findings.count());
+    if (!outcome.output.isEmpty()) {
+        Json losses = Json::emptyList();
+        for (const TunerDocuments::Loss &loss : outcome.losses)
+            losses.append(lossJson(loss));
+        json.insert("losses", std::move(losses));
+        json.insert("lossCount", outcome.lossCount);
+    }
     json.insert("error", textOrNull(outcome.error));
     return JsonText::compact(json);
 }
@@ -180,6 +204,10 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
             tally.add(FileStatus::Done);
             isCounted = true;
         });
+    } catch (const TunerDocuments::InvalidContent &content) {
+        outcome = {};
+        outcome.status = FileStatus::Problems;
+        outcome.findings = content.problems();
     } catch (const FileFailure &failure) {
         failed(failure.text());
     } catch (const std::bad_alloc &) {
@@ -199,15 +227,17 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
     Result result{outcome.status, {}, {}};
     if (!m_settings.quiet && !outcome.note.isNull())
         result.errors.append(outcome.note);
+    if (!m_settings.quiet && !m_settings.json)
+        result.errors += lossLines(outcome);
     if (m_settings.json) {
         result.lines = jsonOf(outcome, doneStatus) + '\n';
         return result;
     }
     if (!m_settings.quiet && problemsToStandardOutput) {
-        for (const QString &line : outcome.findings.lines(outcome.file.shown()))
+        for (const QString &line : outcome.findings.lines(outcome.file.shown(), howToListMore))
             result.lines += Printable::onOneLine(line).toUtf8() + '\n';
     } else if (!m_settings.quiet) {
-        result.errors += outcome.findings.lines(outcome.file.shown());
+        result.errors += outcome.findings.lines(outcome.file.shown(), howToListMore);
     }
     if (!outcome.error.isNull())
         result.errors.append(outcome.error);

@@ -6,9 +6,14 @@
 #include <QString>
 #include <QVector>
 
+#include <tunerdocuments/Document.h>
+#include <tunerdocuments/Finding.h>
+
 #include "console/Console.h"
-#include "documents/Validate.h"
-#include "text/FileName.h"
+#include "files/FileName.h"
+
+/// What the user of a command with that option can do if not all problems are listed.
+constexpr QLatin1String howToListMore("; use --max-problems to list more");
 
 /// The result of processing one file.
 enum class FileStatus {
@@ -32,8 +37,10 @@ struct Outcome
     FileName file;
     FileName output; ///< empty if nothing is written
     FileStatus status = FileStatus::Done;
-    Findings findings;
+    TunerDocuments::Findings findings;
     QString note; ///< for standard error, unless quiet
+    QVector<TunerDocuments::Loss> losses; ///< what the output does not have; as many as problems are listed
+    qint64 lossCount = 0;
     QString error; ///< why it is unreadable or unwritable
 };
 

@@ -11,7 +11,7 @@
 #include <QVector>
 
 #include "console/Console.h"
-#include "text/FileName.h"
+#include "files/FileName.h"
 
 /// What an argument or the value of an option accepts; the completions follow it.
 enum class Takes {

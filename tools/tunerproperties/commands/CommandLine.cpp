@@ -177,6 +177,19 @@ void checkArguments(const Command &command, const QByteArrayList &arguments)
         throw WrongUsage(QStringLiteral("a file name is empty"));
 }
 
+/// A command that needs a document cannot do anything without one.
+ExitStatus reportInvalid(const TunerDocuments::InvalidContent &content, const Command &command)
+{
+    const bool canListMore = std::any_of(command.options.begin(), command.options.end(), [](const Option &option) {
+        return option.names == Options::maxProblems().names;
+    });
+    const QStringList lines =
+        content.problems().lines(content.name(), canListMore ? QString(howToListMore) : QString());
+    for (const QString &line : lines)
+        Console::printError(line);
+    return ExitStatus::Problems;
+}
+
 ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
 {
     const QVector<Option> options = HelpText::optionsOf(command) + QVector<Option>{Options::version()};
@@ -196,7 +209,11 @@ ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
         const Invocation invocation(parsed.arguments, parsed.values);
         checkValues(options, invocation);
         checkArguments(command, parsed.arguments);
-        return command.run(invocation);
+        try {
+            return command.run(invocation);
+        } catch (const TunerDocuments::InvalidContent &content) {
+            return reportInvalid(content, command);
+        }
     } catch (const WrongUsage &mistaken) {
         return wrongUsage(mistaken.text(), command.name);
     }

@@ -6,8 +6,8 @@
 namespace {
 
 Command (*const descriptions[])() = {
-    showCommand, validateCommand, convertCommand, diffCommand, getCommand,
-    setCommand,  newCommand,      schemaCommand,  helpCommand,
+    showCommand, validateCommand, convertCommand, diffCommand, patchCommand,  mergeCommand,
+    getCommand,  setCommand,      pathsCommand,   newCommand,  schemaCommand, helpCommand,
 };
 
 } // namespace

@@ -4,12 +4,15 @@
 
 #include <QHash>
 
+#include <tunerdocuments/Finding.h>
+
 #include "batch/Batch.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "documents/Document.h"
-#include "documents/Output.h"
-#include "documents/Validate.h"
+#include "files/DocumentFile.h"
+#include "files/Output.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
@@ -17,6 +20,16 @@ const Option &noValidate()
 {
     static const Option option{{QStringLiteral("no-validate")},
                                QStringLiteral("Write the document even if it has problems."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
+const Option &exact()
+{
+    static const Option option{{QStringLiteral("exact")},
+                               QStringLiteral("Do not convert a document that the form cannot hold exactly."),
                                {},
                                Takes::Nothing,
                                {}};
@@ -41,17 +54,18 @@ struct Plan
     QVector<FileName> outputs;
     FileKinds inputKinds = FileKinds::All;
     FileKinds outputKinds = FileKinds::All;
-    Reading reading;
+    LoadOptions loading;
     int problemLimit = 0;
     Form to = Form::Xml;
     bool validate = true;
+    bool isExact = false;
 };
 
 /// The name of the output in the folder.
 QByteArray outputName(const FileName &file, Form to)
 {
     const FileName name = file.withoutFolder();
-    const auto itsForm = Forms::bySuffix(name);
+    const auto itsForm = Forms::bySuffix(QString::fromLatin1(name.bytes()));
     return (itsForm ? name.bytes().chopped(Forms::suffixOf(*itsForm).size()) : name.bytes())
         + Forms::suffixOf(to).toLatin1();
 }
@@ -97,7 +111,7 @@ void planOneFile(Plan &plan, const Invocation &invocation)
     const FileName out = invocation.file(1);
     std::optional<Form> to = Options::form(invocation, Options::to());
     if (!to)
-        to = out.isStandardStream() ? Form::Xml : Forms::bySuffix(out);
+        to = out.isStandardStream() ? Form::Xml : Forms::bySuffix(QString::fromLatin1(out.bytes()));
     if (!to)
         throw WrongUsage(QStringLiteral("cannot determine the form of '%1' from its name; use --to").arg(out.shown()));
     if (out.isStandardStream() && invocation.isSet(Options::json()))
@@ -112,15 +126,21 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
     Outcome outcome;
     outcome.findings = Findings(plan.problemLimit);
     const JobXml::ProblemVisitor visitor = plan.validate ? outcome.findings.collector() : JobXml::ProblemVisitor();
-    Document document(plan.files.at(index), plan.reading, visitor, plan.inputKinds);
+    DocumentFile file(plan.files.at(index), plan.loading, visitor, plan.inputKinds);
     const FileName &output = plan.outputs.at(index);
     if (!outcome.findings.isEmpty()) {
+        outcome.findings.describePaths(file.document.tuner);
         outcome.status = FileStatus::Problems;
         return outcome;
     }
-    document.tuner.SetValidate(plan.validate);
+    file.document.tuner.SetValidate(plan.validate);
     try {
-        const QByteArray bytes = Forms::compose(document.tuner, plan.to, output.shown());
+        const QByteArray bytes = file.document.toBytes(plan.to, output.shown());
+        outcome.losses = file.document.lossesIn(bytes, plan.to, plan.problemLimit, &outcome.lossCount);
+        if (plan.isExact && outcome.lossCount > 0) {
+            outcome.status = FileStatus::Problems;
+            return outcome;
+        }
         Output::writeWhole(output, bytes, plan.outputKinds, done);
         outcome.note = Options::expansionNote(bytes, output.shown());
     } catch (const FileFailure &failure) {
@@ -135,9 +155,10 @@ ExitStatus run(const Invocation &invocation)
     Batch batch(Options::batch(invocation));
     batch.doneStatus = QStringLiteral("converted");
     Plan plan;
-    plan.reading = Options::reading(invocation);
+    plan.loading = Options::loading(invocation);
     plan.problemLimit = batch.problemLimit();
     plan.validate = !invocation.isSet(noValidate());
+    plan.isExact = invocation.isSet(exact());
     if (invocation.isSet(outDir()))
         planManyFiles(plan, invocation);
     else
@@ -159,16 +180,23 @@ Command convertCommand()
     command.details = QStringList{
         QStringLiteral("An output is written completely or not at all. A document with problems is not converted; the "
                        "problems are written to standard error."),
+        QStringLiteral("XML and tagged records have numbers with two decimals, and no null texts. What the output does "
+                       "not have is listed on standard error; --exact makes it an error. Comments of an XML document "
+                       "are not a part of what is converted."),
         QStringLiteral("With --out-dir, any number of files are converted, several at once. A file that fails does not "
                        "stop the others. If two inputs would have the same output, nothing is written. A summary "
                        "follows on standard error."),
         QStringLiteral(
             "With --json, each line is a JSON object for one file, with \"file\", \"output\", \"status\" "
             "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
-            "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\".")};
-    command.options = {Options::from(),         Options::to(),          outDir(),        noValidate(),
-                       Options::jobs(),         Options::quiet(),       Options::json(), Options::maxProblems(),
-                       Options::maxExpansion(), Options::specialFiles()};
+            "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\". \"losses\" "
+            "lists "
+            "what the output does not have, each with \"path\", \"before\" and \"after\"; \"lossCount\" is their "
+            "total.")};
+    command.options = {
+        Options::from(),        Options::to(),    outDir(),        noValidate(),           exact(),
+        Options::jobs(),        Options::quiet(), Options::json(), Options::maxProblems(), Options::maxExpansion(),
+        Options::specialFiles()};
     command.examples = {
         {QStringLiteral("convert receiver.xml receiver.tpz"), QStringLiteral("Write the compressed form.")},
         {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Write XML to standard output.")},

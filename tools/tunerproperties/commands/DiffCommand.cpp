@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
+#include <tunerdocuments/Diff.h>
+
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
-#include "documents/Document.h"
-#include "documents/JsonText.h"
-#include "members/Diff.h"
+#include "files/DocumentFile.h"
 #include "text/Printable.h"
+#include "json/JsonText.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
@@ -35,7 +38,7 @@ const Option &jsonLines()
     static const Option option{
         {QStringLiteral("json")},
         QStringLiteral(
-            "Write each difference as a line of JSON: an object with the members change, path, before and after."),
+            "Write each difference as a line of JSON, complete, for programs and for 'tunerproperties patch'."),
         {},
         Takes::Nothing,
         {}};
@@ -61,6 +64,7 @@ QByteArray colored(const Difference &difference)
     case Difference::Added:
         return in("32");
     case Difference::Changed:
+    case Difference::Renamed:
         return in("33");
     case Difference::Moved:
         break;
@@ -68,44 +72,20 @@ QByteArray colored(const Difference &difference)
     return in("36");
 }
 
-QByteArray json(const Difference &difference)
-{
-    const auto word = [&] {
-        switch (difference.kind) {
-        case Difference::Removed:
-            return "removed";
-        case Difference::Added:
-            return "added";
-        case Difference::Changed:
-            return "changed";
-        case Difference::Moved:
-            break;
-        }
-        return "moved";
-    };
-    const auto side = [](const QString &text, bool isThere) { return isThere ? Json(text.toUtf8()) : Json(); };
-    Json object = Json::emptyObject();
-    object.insert("change", word());
-    object.insert("path", difference.path.toUtf8());
-    object.insert("before", side(difference.before, difference.kind != Difference::Added));
-    object.insert("after", side(difference.after, difference.kind != Difference::Removed));
-    return JsonText::compact(object);
-}
-
 ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> names = invocation.files();
     Options::checkStandardInput(names);
-    const Reading reading = Options::reading(invocation);
-    const Document first(names.first(), reading);
-    const Document second(names.last(), reading);
+    const LoadOptions loading = Options::loading(invocation);
+    const DocumentFile first(names.first(), loading);
+    const DocumentFile second(names.last(), loading);
     const bool isJson = invocation.isSet(jsonLines());
     const bool withColors = !isJson && usesColors(invocation);
     bool areTheSame = true;
     BufferedOutput output(withColors);
-    findDifferences(first.tuner, second.tuner, [&](const Difference &difference) {
+    findDifferences(first.document.tuner, second.document.tuner, [&](const Difference &difference) {
         areTheSame = false;
-        output.write(isJson           ? json(difference)
+        output.write(isJson           ? toJson(difference, first.input.shownName())
                          : withColors ? colored(difference)
                                       : Printable::onOneLine(difference.text()).toUtf8());
         output.write("\n");
@@ -124,13 +104,16 @@ Command diffCommand()
     command.summary = QStringLiteral("Compare two documents and list the differences by path.");
     command.details = QStringList{
         QStringLiteral("The documents may have different forms. A line begins with - for what only the first document "
-                       "has, + for what only the second one has, ~ for a changed value, and > for an item that has "
-                       "moved. Items are compared if they have the same identity: type and name of a component, id of "
-                       "a node or a value. There is no output if the documents are equal."),
+                       "has, + for what only the second one has, with its position in its list, ~ for a changed "
+                       "value or name, and > for an item that has moved. Items are compared if they have the same "
+                       "identity: type and name of a component, id of a node or a value. An item with another identity "
+                       "and mostly the same content was renamed. There is no output if the documents are equal."),
     };
     command.options = {exitCode(), color(), jsonLines(), Options::from(), Options::maxExpansion()};
     command.examples = {
         {QStringLiteral("diff old.xml new.tpb"), QStringLiteral("List the differences.")},
+        {QStringLiteral("diff --json old.xml new.xml > changes.json"),
+         QStringLiteral("Write the changes for 'tunerproperties patch'.")},
         {QStringLiteral("diff --exit-code old.xml new.xml > /dev/null || echo changed"),
          QStringLiteral("Check whether there are any differences.")},
     };

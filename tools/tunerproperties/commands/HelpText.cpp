@@ -71,7 +71,8 @@ QVector<Status> statuses()
     return {{ExitStatus::Ok, QStringLiteral("Success.")},
             {ExitStatus::Problems,
              QStringLiteral(
-                 "A document has problems or lacks the requested member; with --exit-code, two documents differ.")},
+                 "A document has problems or lacks the requested member, or changes do not fit or conflict; with "
+                 "--exit-code, two documents differ.")},
             {ExitStatus::WrongUsage, QStringLiteral("The command line is wrong; nothing was done.")},
             {ExitStatus::FileFailure, QStringLiteral("A file cannot be read or written.")}};
 }

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include <tunerdocuments/Document.h>
+#include <tunerdocuments/Form.h>
+#include <tunerdocuments/NewDocument.h>
+
 #include "commands/Commands.h"
-#include "documents/Forms.h"
-#include "documents/NewDocument.h"
 #include "text/Suggestion.h"
+
+using namespace TunerDocuments;
 
 using JobXml::TunerProperties;
 
@@ -47,9 +51,9 @@ ExitStatus run(const Invocation &invocation)
         if (invocation.isSet(option))
             values.insert(option.names.first(), invocation.value(option));
     }
-    TunerProperties document = NewDocument::minimal(values);
-    const QByteArray xml = Forms::compose(document, Form::Xml, Console::streamName());
-    Console::write(NewDocument::explained(xml, document));
+    const Document document(NewDocument::minimal(values));
+    const QByteArray xml = document.toBytes(Form::Xml, Console::streamName());
+    Console::write(NewDocument::explained(xml, document.tuner));
     return ExitStatus::Ok;
 }
 

@@ -6,14 +6,25 @@
 
 #include <QThread>
 
+#include "text/Suggestion.h"
+
+using namespace TunerDocuments;
+
 namespace Options {
 
 namespace {
 
-// Real documents shrink to a third, very regular ones to a thirtieth; documents made to exhaust memory shrink to a
-// thousandth.
-constexpr int usualExpansion = 50;
+constexpr int usualExpansion = LoadOptions().maxExpansion;
 constexpr int mostExpansion = 1100; // beyond what zlib reaches; the library has the same limit
+
+/// ".xml, .tpb, .tpz, .tps or .json"
+QString suffixes()
+{
+    QStringList result;
+    for (const QString &name : Forms::list())
+        result.append(Forms::suffixOf(*Forms::named(name)));
+    return Suggestion::listed(result);
+}
 
 } // namespace
 
@@ -36,7 +47,7 @@ const Option &from()
     static const Option option{
         {QStringLiteral("from")},
         QStringLiteral("Form of the input: %1 (default: from the content or, for a snapshot, the suffix .tps).")
-            .arg(Forms::names()),
+            .arg(Suggestion::listed(Forms::list())),
         QStringLiteral("FORM"),
         Takes::Word,
         Forms::list()};
@@ -48,7 +59,7 @@ const Option &to()
     static const Option option{
         {QStringLiteral("to")},
         QStringLiteral("Form of the output: %1 (default: from the suffix %2; XML on standard output).")
-            .arg(Forms::names(), Forms::suffixes()),
+            .arg(Suggestion::listed(Forms::list()), suffixes()),
         QStringLiteral("FORM"),
         Takes::Word,
         Forms::list()};
@@ -141,14 +152,15 @@ int numberOf(const Invocation &invocation, const Option &option, int most, int u
 
 } // namespace
 
-Reading reading(const Invocation &invocation)
+LoadOptions loading(const Invocation &invocation)
 {
-    return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion)};
+    return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion),
+            problemCount(invocation)};
 }
 
 QString expansionNote(const QByteArray &bytes, const QString &fileName)
 {
-    const int expansion = Forms::expansionOf(bytes);
+    const int expansion = Forms::expansionOf(bytes, bytes.size());
     if (expansion <= usualExpansion)
         return QString();
     return fileName

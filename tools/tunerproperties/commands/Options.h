@@ -5,7 +5,7 @@
 
 #include "batch/Batch.h"
 #include "commands/Command.h"
-#include "documents/Document.h"
+#include "files/DocumentFile.h"
 
 /// Options that several commands have. An option of a single command is defined in the file of that command.
 namespace Options {
@@ -22,13 +22,13 @@ const Option &maxProblems();
 const Option &maxExpansion();
 
 /// The values of --from and --max-expansion. Throws WrongUsage.
-Reading reading(const Invocation &invocation);
+TunerDocuments::LoadOptions loading(const Invocation &invocation);
 
 /// A note for a document that cannot be read without --max-expansion; null for others. `fileName` is the shown name.
 QString expansionNote(const QByteArray &bytes, const QString &fileName);
 
 /// The value of --from or --to, if the option is set.
-std::optional<Form> form(const Invocation &invocation, const Option &option);
+std::optional<TunerDocuments::Form> form(const Invocation &invocation, const Option &option);
 
 /// The kinds of files to accept among `count` files.
 FileKinds fileKinds(const Invocation &invocation, int count);
@@ -43,6 +43,6 @@ void checkStandardInput(const QVector<FileName> &inputs);
 /// The value of --max-problems, or the default. Throws WrongUsage.
 int problemCount(const Invocation &invocation);
 
-constexpr int usualProblemCount = 100;
+constexpr int usualProblemCount = TunerDocuments::LoadOptions().maxProblems;
 
 } // namespace Options

@@ -2,24 +2,30 @@
 #include <QCryptographicHash>
 #include <QHash>
 
+#include <tunerdocuments/Diff.h>
+#include <tunerdocuments/Editor.h>
+#include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Path.h>
+#include <tunerdocuments/Value.h>
+
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "documents/Document.h"
-#include "documents/Output.h"
-#include "documents/Validate.h"
-#include "members/Diff.h"
-#include "members/Paths.h"
-#include "members/TypedValue.h"
-#include "members/ValueText.h"
+#include "console/BufferedOutput.h"
+#include "files/DocumentFile.h"
+#include "files/Output.h"
+#include "text/Printable.h"
 
-using namespace JobXml;
+using namespace TunerDocuments;
+using JobXml::Problem;
+using JobXml::Step;
+using JobXml::TunerProperties;
 
 namespace {
 
 const Option &unset()
 {
     static const Option option{{QStringLiteral("unset")},
-                               QStringLiteral("Unset the member, which then has its default value."),
+                               QStringLiteral("Unset the members, which then have their default values."),
                                {},
                                Takes::Nothing,
                                {}};
@@ -36,34 +42,77 @@ const Option &noValidate()
     return option;
 }
 
-/// Sets the flag of the chosen alternative, so that its members can be set next.
-void setChosenAlternative(TunerProperties &document, const Paths::Target &choice)
+const Option &dryRun()
 {
-    const QByteArray chosen = choice.member.GetValue().toString().toLatin1();
-    Paths::Target alternative = choice;
-    alternative.steps.last().member = QLatin1String(chosen);
-    Paths::edit(document, alternative, [](MemberEditor &member) { member.EditChild(); });
+    static const Option option{{QStringLiteral("dry-run")},
+                               QStringLiteral("Write the differences that the command would make to standard output, "
+                                              "as 'diff' lists them, and nothing else."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
 }
 
-/// Stores the value through the setter and its checks.
-void store(TunerProperties &document, const Paths::Target &target, const QString &text)
+const Option &rewrite()
 {
-    const QVariant value = TypedValue::parse(target.member, text);
-    bool isStored = false;
-    document.SetValidate(true); // propagates to the object of the member
-    Paths::edit(document, target, [&](MemberEditor &member) { isStored = member.SetValue(value); });
-    document.SetValidate(false);
-    if (!isStored)
-        throw TypedValue::Mismatch(QStringLiteral("cannot store '%1'").arg(text));
-    if (target.member.GetKind() == MemberKind::Choice)
-        setChosenAlternative(document, target);
+    static const Option option{{QStringLiteral("rewrite")},
+                               QStringLiteral("Write the whole document anew instead of editing it in place, and list "
+                                              "what is lost."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
 }
 
-void unsetMember(TunerProperties &document, const Paths::Target &target)
+/// A member and its new value.
+struct Assignment
 {
-    if (target.isItem())
-        throw TypedValue::Mismatch(QStringLiteral("cannot unset an item of a list; unset the whole list"));
-    Paths::edit(document, target, [](MemberEditor &member) { member.Reset(); });
+    QString path;
+    QString value; ///< null to unset the member
+};
+
+/// The "=" of PATH=VALUE, which is outside of brackets and quotes; -1 if there is none.
+int equalsSignIn(const QString &text)
+{
+    int depth = 0;
+    bool isQuoted = false;
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar character = text.at(i);
+        if (isQuoted && character == QLatin1Char('\\'))
+            ++i;
+        else if (character == QLatin1Char('"') && depth > 0)
+            isQuoted = !isQuoted;
+        else if (!isQuoted && character == QLatin1Char('['))
+            ++depth;
+        else if (!isQuoted && character == QLatin1Char(']'))
+            --depth;
+        else if (!isQuoted && depth <= 0 && character == QLatin1Char('='))
+            return i;
+    }
+    return -1;
+}
+
+QVector<Assignment> assignmentsOf(const Invocation &invocation)
+{
+    QVector<Assignment> assignments;
+    const bool isUnset = invocation.isSet(unset());
+    const QString first = invocation.text(1);
+    if (!isUnset && invocation.count() == 3 && equalsSignIn(first) < 0) {
+        const QString value = invocation.text(2);
+        return {{first, value.isNull() ? QStringLiteral("") : value}};
+    }
+    if (!isUnset && invocation.count() == 2 && equalsSignIn(first) < 0)
+        throw WrongUsage(QStringLiteral("'set' requires a value; use --unset to remove the value"));
+    for (int i = 1; i < invocation.count(); ++i) {
+        const QString text = invocation.text(i);
+        const int equals = equalsSignIn(text);
+        if (isUnset && equals >= 0)
+            throw WrongUsage(QStringLiteral("'set --unset' takes no value: '%1'").arg(text));
+        if (!isUnset && equals < 0)
+            throw WrongUsage(QStringLiteral("'%1' is not of the form PATH=VALUE").arg(text));
+        assignments.append(isUnset ? Assignment{text, QString()} : Assignment{text.left(equals), text.mid(equals + 1)});
+    }
+    return assignments;
 }
 
 /// The first messages, and the number of all.
@@ -84,12 +133,12 @@ public:
         document.VisitProblems([this](const Problem &problem) { ++m_counts[keyOf(problem)]; });
     }
 
-    /// Adds the problems that were not at the same path before. Returns whether there is any problem.
-    bool addNew(const TunerProperties &document, Messages &messages)
+    /// The problems that were not at the same path before.
+    Messages newOnesIn(const TunerProperties &document)
     {
-        bool isAny = false;
+        Messages messages;
+        Paths::Texts paths(document);
         document.VisitProblems([&](const Problem &problem) {
-            isAny = true;
             if (problem.xmlOnly) // the writer reports these, if the form is XML
                 return;
             const auto known = m_counts.find(keyOf(problem));
@@ -97,19 +146,17 @@ public:
                 --*known;
                 return;
             }
-            if (messages.hasRoom())
-                messages.texts.append(textOf(findingOf(problem)));
+            if (messages.hasRoom()) {
+                const Finding finding = findingOf(problem);
+                const QString path = paths.of(finding.steps);
+                messages.texts.append((path.isEmpty() ? path : path + QStringLiteral(": ")) + finding.message);
+            }
             ++messages.count;
         });
-        return isAny;
+        return messages;
     }
 
 private:
-    static QString textOf(const Finding &finding)
-    {
-        return (finding.path + QStringList{finding.message}).join(QStringLiteral(": "));
-    }
-
     /// The key contains positions instead of names, since the change may concern a name. It is a digest, because a
     /// document may have a problem for every few bytes.
     static QByteArray keyOf(const Problem &problem)
@@ -122,25 +169,6 @@ private:
 
     QHash<QByteArray, int> m_counts;
 };
-
-/// The text of a member; "nothing" if it does not exist.
-QString textAt(const TunerProperties &document, const Paths::Target &target)
-{
-    const auto member = Paths::at(document, target.steps);
-    return member ? ValueText::ofMember(*member) : QStringLiteral("nothing");
-}
-
-/// Reads the written bytes back, since not all forms store all values exactly.
-void reportInexactValue(const QByteArray &bytes, const Document &document, const Paths::Target &target)
-{
-    TunerProperties written;
-    written.SetValidate(false);
-    const bool isRead = Forms::readBack(written, bytes, document.form);
-    const QString text = isRead ? textAt(written, target) : QStringLiteral("nothing");
-    if (text != textAt(document.tuner, target)) // by position: the change may concern the identity
-        Console::printError(document.input.shownName() + QStringLiteral(": ") + target.path
-                            + QStringLiteral(": this form cannot store the value exactly; it reads back as ") + text);
-}
 
 ExitStatus report(const QString &file, const QString &text)
 {
@@ -157,86 +185,96 @@ ExitStatus reportAll(const QString &file, const Messages &messages)
     return ExitStatus::Problems;
 }
 
-/// The problems in the XML that the document does not contain, so that writing would lose their elements and
-/// attributes.
-class LostContent
+/// Lists what would be lost. Returns whether it may be lost.
+bool accepts(const QVector<Loss> &losses, const QString &file, bool mayRewrite)
 {
-public:
-    void add(const Problem &problem)
-    {
-        if (problem.line == 0 || m_keptItems.contain(problem))
-            return;
-        if (m_messages.hasRoom()) {
-            const Finding finding = findingOf(problem);
-            m_messages.texts.append(
-                QStringLiteral("line %1, column %2: %3").arg(finding.line).arg(finding.column).arg(finding.message));
+    Messages messages;
+    for (const Loss &loss : losses) {
+        if (messages.hasRoom())
+            messages.texts.append(loss.text());
+        ++messages.count;
+    }
+    reportAll(file, messages);
+    if (messages.count > 0 && !mayRewrite)
+        report(file,
+               QStringLiteral("nothing was written; use %1 to write the document with these losses")
+                   .arg(rewrite().typed()));
+    return messages.count == 0 || mayRewrite;
+}
+
+/// Applies the assignments in order, all or none.
+void change(Editor &editor, const QVector<Assignment> &assignments)
+{
+    for (const Assignment &assignment : assignments) {
+        const auto withPath = [&](const QString &why) {
+            const Paths::Target target = Paths::find(editor.document().tuner, assignment.path);
+            return PathFailure(target.path + QStringLiteral(": ") + why);
+        };
+        try {
+            if (assignment.value.isNull())
+                editor.unset(assignment.path);
+            else
+                editor.set(assignment.path, assignment.value);
+        } catch (const TypedValue::Mismatch &mismatch) {
+            throw withPath(mismatch.text());
+        } catch (const ReportException &exception) {
+            throw withPath(exception.GetMessageText());
         }
-        ++m_messages.count;
     }
+}
 
-    const Messages &messages() const { return m_messages; }
-
-private:
-    Messages m_messages;
-    KeptItems m_keptItems;
-};
-
-ExitStatus change(Document &document, const Messages &lost, const Invocation &invocation)
+void showDifferences(const TunerProperties &before, const TunerProperties &after)
 {
-    const FileName &name = document.input.name();
-    const QString file = name.shown();
-    const bool mayHaveProblems = invocation.isSet(noValidate());
-    TunerProperties &tuner = document.tuner;
-    if (lost.count > 0)
-        return reportAll(file, lost);
-    const TunerProperties before = tuner;
-    KnownProblems known(before);
-    const Paths::Target target = Paths::find(tuner, invocation.text(1));
-    try {
-        if (invocation.isSet(unset()))
-            unsetMember(tuner, target);
-        else
-            store(tuner, target, invocation.text(2));
-    } catch (const TypedValue::Mismatch &mismatch) {
-        return report(file, target.path + QStringLiteral(": ") + mismatch.text());
-    } catch (const ReportException &exception) {
-        return report(file, target.path + QStringLiteral(": ") + exception.GetMessageText());
-    }
-    bool isChanged = false;
-    findDifferences(before, tuner, [&](const Difference &) { isChanged = true; });
-    if (!isChanged && !name.isStandardStream())
-        return ExitStatus::Ok;
-    Messages problems;
-    const bool hasProblems = known.addNew(tuner, problems);
-    tuner.SetValidate(!hasProblems && tuner.HasData());
-    if (problems.count > 0 && !mayHaveProblems)
-        return reportAll(file, problems);
-    const QByteArray bytes = Forms::compose(tuner, document.form, file);
-    Output::replace(document.input, bytes);
+    BufferedOutput output;
+    findDifferences(before, after, [&](const Difference &difference) {
+        output.write(Printable::onOneLine(difference.text()).toUtf8() + '\n');
+    });
+    output.flush();
+}
+
+ExitStatus write(const Editor &editor, Input &input, const Invocation &invocation)
+{
+    const QString file = input.shownName();
+    if (!editor.isInPlace() && !accepts(editor.losses(), file, invocation.isSet(rewrite())))
+        return ExitStatus::Problems;
+    const QByteArray bytes = editor.toBytes();
+    Output::replace(input, bytes);
     const QString note = Options::expansionNote(bytes, file);
     if (!note.isNull())
         Console::printError(note);
-    if (isChanged && !invocation.isSet(unset()))
-        reportInexactValue(bytes, document, target);
     return ExitStatus::Ok;
 }
 
 ExitStatus run(const Invocation &invocation)
 {
-    if (invocation.count() != (invocation.isSet(unset()) ? 2 : 3))
-        throw WrongUsage(invocation.isSet(unset())
-                             ? QStringLiteral("'set --unset' takes no value")
-                             : QStringLiteral("'set' requires a value; use --unset to remove the value"));
-    LostContent lost;
-    ProblemVisitor visitor;
-    if (!invocation.isSet(noValidate()))
-        visitor = [&](const Problem &problem) { lost.add(problem); };
-    Document document(invocation.file(0), Options::reading(invocation), visitor);
+    const QVector<Assignment> assignments = assignmentsOf(invocation);
+    DocumentFile source(invocation.file(0), Options::loading(invocation));
+    const QString file = source.input.shownName();
+    const std::optional<TunerProperties> before =
+        invocation.isSet(dryRun()) ? std::optional<TunerProperties>(source.document.tuner) : std::nullopt;
+    KnownProblems known(source.document.tuner);
+    Editor editor(std::move(source.document), source.input.bytes(), file);
+    if (invocation.isSet(rewrite()))
+        editor.rewrite();
     try {
-        return change(document, lost.messages(), invocation);
+        change(editor, assignments);
     } catch (const PathFailure &failure) {
-        return report(document.input.shownName(), failure.text());
+        return report(file, failure.text());
     }
+    if (!editor.isChanged() && !source.input.name().isStandardStream())
+        return ExitStatus::Ok;
+    const Messages problems = known.newOnesIn(editor.document().tuner);
+    if (problems.count > 0 && !invocation.isSet(noValidate()))
+        return reportAll(file, problems);
+    if (!editor.reasonAgainst().isNull() && !invocation.isSet(rewrite()))
+        return report(file,
+                      QStringLiteral("cannot edit the document in place: %1; use %2 to write it anew")
+                          .arg(editor.reasonAgainst(), rewrite().typed()));
+    if (before) {
+        showDifferences(*before, editor.document().tuner);
+        return ExitStatus::Ok;
+    }
+    return write(editor, source.input, invocation);
 }
 
 } // namespace
@@ -245,23 +283,29 @@ Command setCommand()
 {
     Command command;
     command.name = QStringLiteral("set");
-    command.usages = QStringList{QStringLiteral("FILE PATH VALUE"), QStringLiteral("--unset FILE PATH")};
-    command.summary = QStringLiteral("Change the value of one member.");
+    command.usages = QStringList{QStringLiteral("FILE PATH=VALUE..."), QStringLiteral("FILE PATH VALUE"),
+                                 QStringLiteral("--unset FILE PATH...")};
+    command.summary = QStringLiteral("Change values in a document.");
     command.details = QStringList{
-        QStringLiteral("'tunerproperties get --help' describes paths. The value and then the document are checked as "
-                       "the library checks them. The document is written in its own form, completely or not at all. "
-                       "Nothing is written if nothing changes."),
+        QStringLiteral("'tunerproperties get --help' describes paths. Several values are changed in order, all or none "
+                       "of them. The values and then the document are checked as the library checks them. Nothing is "
+                       "written if nothing changes."),
+        QStringLiteral(
+            "XML and JSON are edited in place: only the values concerned change. Comments, layout, order, encoding, "
+            "line ends, other numbers and content that the model does not have stay as they are. The other "
+            "forms are written anew, completely or not at all; if anything else would change, the command "
+            "lists it and writes nothing, unless --rewrite allows it."),
         QStringLiteral("Separate several names by commas or line ends. To give an item another kind of value, first "
-                       "set its ChoiceValueItem, with --no-validate, and then the members of that kind. The document "
-                       "is written as the library writes it, so XML comments and the layout of the file are lost.")};
-    command.options = {unset(), noValidate(), Options::from(), Options::maxExpansion()};
+                       "set its ChoiceValueItem, with --no-validate, and then the members of that kind.")};
+    command.options = {unset(), noValidate(), dryRun(), rewrite(), Options::from(), Options::maxExpansion()};
     command.examples = {
-        {QStringLiteral("set receiver.xml quantity 3"), QStringLiteral("Change the quantity.")},
+        {QStringLiteral("set receiver.xml quantity=3"), QStringLiteral("Change the quantity.")},
         {QStringLiteral("set receiver.xml 'Component[name=audio]/Node[id=balance]/ValueItem/value' -0.5"),
          QStringLiteral("Change a value of a node.")},
+        {QStringLiteral("set --dry-run receiver.xml name='Rack B' quantity=3"),
+         QStringLiteral("Show what two changes would do.")},
         {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Unset the name.")}};
     command.minArguments = 2;
-    command.maxArguments = 3;
     command.argumentsMayBeEmpty = true;
     command.mayEndWithNumber = true;
     command.run = run;

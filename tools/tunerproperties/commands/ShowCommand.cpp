@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <jobxml/Visit.h>
 
+#include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Html.h>
+#include <tunerdocuments/Tree.h>
+
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
-#include "documents/Document.h"
-#include "documents/Validate.h"
-#include "html/Html.h"
-#include "html/ValueWarnings.h"
-#include "members/Show.h"
+#include "files/DocumentFile.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
@@ -16,14 +18,14 @@ namespace {
 struct Format
 {
     QString name;
-    void (*show)(Document &document, const Findings &findings);
+    void (*show)(DocumentFile &file, const Findings &findings);
     bool showsProblems;
 };
 
-void showAsTree(Document &document, const Findings &)
+void showAsTree(DocumentFile &file, const Findings &)
 {
     BufferedOutput output;
-    show(document.tuner, [&](const QString &line) { output.write(line.toUtf8() + '\n'); });
+    show(file.document.tuner, [&](const QString &line) { output.write(line.toUtf8() + '\n'); });
     output.flush();
 }
 
@@ -39,30 +41,31 @@ int countObjects(const JobXml::DataObject &object, int most)
 }
 
 /// An empty object takes four bytes of a record and a kilobyte of a page.
-void checkSizeOfPage(const Document &document)
+void checkSizeOfPage(const DocumentFile &file)
 {
     constexpr int mostObjects = 1000000;
-    if (countObjects(document.tuner, mostObjects) > mostObjects)
-        throw FileFailure(document.input.shownName()
+    if (countObjects(file.document.tuner, mostObjects) > mostObjects)
+        throw FileFailure(file.input.shownName()
                           + QStringLiteral(": cannot show more than %1 objects on a page; use 'show --format json'")
                                 .arg(mostObjects));
 }
 
-void showAsHtml(Document &document, const Findings &findings)
+void showAsHtml(DocumentFile &file, const Findings &findings)
 {
-    checkSizeOfPage(document);
-    const FileName &name = document.input.name();
+    checkSizeOfPage(file);
+    const FileName &name = file.input.name();
     PageFindings all(findings);
-    addValueWarnings(document.tuner, findings.most(), all);
+    addValueWarnings(file.document.tuner, findings.most(), all);
     BufferedOutput output;
-    html(document.tuner, all, name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
+    html(file.document.tuner, all,
+         name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
 }
 
-void showAsJson(Document &document, const Findings &)
+void showAsJson(DocumentFile &file, const Findings &)
 {
-    Console::write(Forms::compose(document.tuner, Form::Json, document.input.shownName()));
+    Console::write(file.document.toBytes(Form::Json, file.input.shownName()));
 }
 
 const QVector<Format> &formats()
@@ -101,8 +104,9 @@ ExitStatus run(const Invocation &invocation)
     }
     Findings findings(Options::problemCount(invocation));
     const JobXml::ProblemVisitor visitor = chosen->showsProblems ? findings.collector() : JobXml::ProblemVisitor();
-    Document document(invocation.file(0), Options::reading(invocation), visitor);
-    chosen->show(document, findings);
+    DocumentFile file(invocation.file(0), Options::loading(invocation), visitor);
+    findings.describePaths(file.document.tuner);
+    chosen->show(file, findings);
     return ExitStatus::Ok;
 }
 

@@ -2,7 +2,9 @@
 #include "batch/Batch.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
-#include "documents/Document.h"
+#include "files/DocumentFile.h"
+
+using namespace TunerDocuments;
 
 namespace {
 
@@ -10,14 +12,15 @@ ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> files = invocation.files();
     const FileKinds kinds = Options::fileKinds(invocation, files.size());
-    const Reading reading = Options::reading(invocation);
+    const LoadOptions loading = Options::loading(invocation);
     Batch batch(Options::batch(invocation));
     Options::checkStandardInput(files);
     batch.doneStatus = QStringLiteral("valid");
     batch.work = [&](int index, const std::function<void()> &) {
         Outcome outcome;
         outcome.findings = Findings(batch.problemLimit());
-        const Document document(files.at(index), reading, outcome.findings.collector(), kinds);
+        const DocumentFile file(files.at(index), loading, outcome.findings.collector(), kinds);
+        outcome.findings.describePaths(file.document.tuner);
         outcome.status = outcome.findings.isEmpty() ? FileStatus::Done : FileStatus::Problems;
         return outcome;
     };
@@ -34,16 +37,15 @@ Command validateCommand()
     command.summary = QStringLiteral("List the problems of documents, one per line.");
     command.details = QStringList{
         QStringLiteral("A problem is reported with its line and column if only the XML reader can find it, otherwise "
-                       "with the path of the object. There is no output for a valid document."),
-        QStringLiteral("The first 100 problems of a document are listed, followed by their total if there are more. "
-                       "The label of an object in a path is shortened if it is long, and then includes the position of "
-                       "the object: Component 3 \"abc...\" is what 'get FILE Component[3]' shows in full."),
+                       "with the path of the object, which 'get' accepts. If JSON is not a document, each reason is a "
+                       "problem with line, column and path. There is no output for a valid document."),
+        QStringLiteral("The first 100 problems of a document are listed, followed by their total if there are more."),
         QStringLiteral("Several files are processed at once and reported in order, with a summary on standard error."),
         QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" (\"valid\", "
                        "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (their "
-                       "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (the "
-                       "objects from the outermost to the one with the problem), \"line\", \"column\" and \"message\"; "
-                       "either path or line and column are null. There is no summary. A \"file\" that is not UTF-8 is "
+                       "total) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (of the "
+                       "object, as 'get' accepts it; empty for the document itself), \"line\", \"column\" and "
+                       "\"message\"; what is not known is null. There is no summary. A \"file\" that is not UTF-8 is "
                        "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
     command.options = {Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
                        Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};

@@ -12,12 +12,6 @@
 #include "console/Interruption.h"
 #include "text/Printable.h"
 
-// what() ends at the first NUL, which a document may contain; escaping twice changes nothing.
-FileFailure::FileFailure(const QString &text)
-    : std::runtime_error(Printable::onOneLine(text).toStdString()), m_text(text)
-{
-}
-
 namespace Console {
 
 namespace {
@@ -86,6 +80,20 @@ void printError(const QString &text)
     const std::lock_guard lock(mutex);
     eraseBar();
     writeAll(STDERR_FILENO, errorLine(text)); // there is nowhere to report a failure
+}
+
+void printOutOfMemory() noexcept
+{
+    // Console::printError() would allocate its line, and an exception in a handler ends the program by abort().
+    static constexpr char line[] = "tunerproperties: out of memory\n";
+    const std::lock_guard lock(mutex);
+    std::size_t done = 0;
+    while (done < sizeof line - 1) {
+        const ssize_t written = ::write(STDERR_FILENO, line + done, sizeof line - 1 - done);
+        if (written < 0 && errno != EINTR)
+            return;
+        done += written > 0 ? std::size_t(written) : 0;
+    }
 }
 
 bool standardOutputIsTerminal()

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <stdexcept>
-
 #include <QByteArray>
 #include <QString>
+
+#include <tunerdocuments/DocumentError.h>
 
 /// The exit status of the program.
 enum class ExitStatus {
@@ -15,15 +15,7 @@ enum class ExitStatus {
 };
 
 /// A file or a standard stream that cannot be read or written. The text begins with its name.
-class FileFailure : public std::runtime_error
-{
-public:
-    explicit FileFailure(const QString &text);
-    QString text() const { return m_text; }
-
-private:
-    QString m_text;
-};
+using FileFailure = TunerDocuments::DocumentError;
 
 /// The standard streams, in UTF-8 in every locale: other programs read the output as well.
 namespace Console {
@@ -43,6 +35,9 @@ void writeEscaped(const QByteArray &bytes);
 
 /// Writes one line to standard error, prefixed with the name of the program.
 void printError(const QString &text);
+
+/// The same for "out of memory", without allocating any.
+void printOutOfMemory() noexcept;
 
 /// Whether standard output is a terminal.
 bool standardOutputIsTerminal();

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "Pages.h"
+#include <tunerdocuments/Form.h>
 
+#include "Pages.h"
 #include "commands/Commands.h"
 #include "commands/HelpText.h"
-#include "documents/Forms.h"
 
 namespace {
 
@@ -145,8 +145,10 @@ QString Pages::manual(const QString &version)
     for (const Command &command : allCommands())
         add(page, command);
     page.request("SH", QStringLiteral("FORMS"));
-    for (const QString &form : Forms::list())
-        page.item(bold(form), QStringLiteral("Suffix: %1.").arg(Forms::suffixOf(*Forms::named(form))));
+    for (const QString &form : TunerDocuments::Forms::list())
+        page.item(
+            bold(form),
+            QStringLiteral("Suffix: %1.").arg(TunerDocuments::Forms::suffixOf(*TunerDocuments::Forms::named(form))));
     page.request("SH", QStringLiteral("EXIT STATUS"));
     for (const HelpText::Status &status : HelpText::statuses())
         page.item(bold(QString::number(int(status.status))), status.meaning);

@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: MIT
+//
+// The examples of the library for documents: the manual shows the marked parts, and the tests check their results.
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <tunerdocuments/Diff.h>
+#include <tunerdocuments/Document.h>
+#include <tunerdocuments/DocumentError.h>
+#include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Form.h>
+#include <tunerdocuments/Html.h>
+#include <tunerdocuments/Json.h>
+#include <tunerdocuments/NewDocument.h>
+#include <tunerdocuments/Path.h>
+#include <tunerdocuments/Schema.h>
+#include <tunerdocuments/Tree.h>
+#include <tunerdocuments/Value.h>
+
+using namespace TunerDocuments;
+
+namespace {
+
+//! [Document]
+/// Reads a document in any form and saves it as XML. Returns a null string, or what went wrong.
+QString toXml(const QString &from, const QString &to)
+{
+    try {
+        const Document document = Document::load(from); // XML, records, snapshot or JSON
+        document.save(to, Form::Xml); // the whole new file, or the old one as it was
+        return QString();
+    } catch (const DocumentError &error) {
+        return error.text(); // "receiver.json:12:7: ..."
+    }
+}
+//! [Document]
+
+//! [Findings]
+/// The problems of a document, one per line; at most a hundred of them, and how many there are.
+QStringList problemsOf(const QString &path)
+{
+    Findings findings(100);
+    const Document document = Document::load(path, {}, findings.collector());
+    findings.describePaths(document.tuner);
+    return findings.lines(path); // "receiver.xml:12:7: ..." or "receiver.xml: Component[2]: ..."
+}
+//! [Findings]
+
+QString example(const char *name)
+{
+    return QStringLiteral(EXAMPLES_DIR "/") + QLatin1String(name);
+}
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s", qPrintable(file.errorString()));
+    return file.readAll();
+}
+
+} // namespace
+
+class DocumentSnippets : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anyFormIsConvertedToXml();
+    void anErrorHasItsTextAndTheNameOfTheDocument();
+    void problemsHavePathsOrPlaces();
+    void formIsThatOfTheContentOrTheName();
+    void memberIsFoundAndChangedByItsPath();
+    void textsBecomeValuesOfAMember();
+    void differencesAreListed();
+    void partOfADocumentIsJson();
+    void treeIsPassedLineByLine();
+    void pageIsWrittenPieceByPiece();
+    void newDocumentExplainsItsMembers();
+    void membersHaveTheDocumentationOfTheSchema();
+
+private:
+    QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
+
+    QTemporaryDir m_folder;
+};
+
+void DocumentSnippets::anyFormIsConvertedToXml()
+{
+    const Document scp = Document::load(example("scp.xml"));
+    for (const Form form : {Form::Tagged, Form::Compressed, Form::Snapshot, Form::Json}) {
+        const QString from = m_folder.filePath(QStringLiteral("scp") + Forms::suffixOf(form));
+        scp.save(from, form);
+        QCOMPARE(toXml(from, path("again.xml")), QString());
+        QCOMPARE(bytesOf(path("again.xml")), scp.toBytes(Form::Xml, QString()));
+    }
+}
+
+void DocumentSnippets::anErrorHasItsTextAndTheNameOfTheDocument()
+{
+    const QByteArray received = "<TunerProperties>";
+    QString why;
+    //! [DocumentError]
+    try {
+        const Document document = Document::fromBytes(received, QStringLiteral("message 7"));
+    } catch (const DocumentError &error) {
+        why = error.text(); // "message 7:1:17: Premature end of document."
+    }
+    //! [DocumentError]
+    QCOMPARE(why, QStringLiteral("message 7:1:17: Premature end of document."));
+}
+
+void DocumentSnippets::problemsHavePathsOrPlaces()
+{
+    QFile file(path("broken.xml"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QByteArray xml = bytesOf(example("scp.xml"));
+    xml.replace("type=\"SCP\"", "type=\"SCP\" hwProcessing=\"\"").replace("name=\"demodulator\"", "");
+    QVERIFY(file.write(xml) == xml.size());
+    file.close();
+    QCOMPARE(problemsOf(file.fileName()),
+             (QStringList{file.fileName()
+                              + QStringLiteral(":6:43: Please set a value or a default for the boolean 'hwProcessing' "
+                                               "in 'TunerProperties'."),
+                          file.fileName() + QStringLiteral(": Component[1]: Component: Please set name properly.")}));
+}
+
+void DocumentSnippets::formIsThatOfTheContentOrTheName()
+{
+    const QByteArray beginning = R"({"TunerProperties": {)";
+    const QString name = QStringLiteral("a.tps");
+    //! [byContent]
+    std::optional<Form> form = Forms::byContent(beginning);
+    if (!form) // perhaps a snapshot, which has no mark
+        form = Forms::bySuffix(name);
+    const QString shown = form ? Forms::nameOf(*form) : QStringLiteral("unknown");
+    //! [byContent]
+    QCOMPARE(shown, QStringLiteral("json"));
+    QVERIFY(!Forms::byContent(QByteArray(4, '\0')));
+    QVERIFY(Forms::bySuffix(name) == Form::Snapshot);
+}
+
+void DocumentSnippets::memberIsFoundAndChangedByItsPath()
+{
+    Document document = Document::load(example("scp.xml"));
+    QString before;
+    //! [find]
+    const QString path = QStringLiteral("Component[name=agc]/Node[id=timeConstant]/ValueItem[1]/value");
+    const Paths::Target target = Paths::find(document.tuner, path); // throws PathFailure if there is none
+    before = TypedValue::print(target.member.GetValue()); // "0.25"
+
+    const QVariant value = TypedValue::parse(target.member, QStringLiteral("0.5")); // throws TypedValue::Mismatch
+    bool isStored = false;
+    Paths::edit(document.tuner, target, [&](JobXml::MemberEditor &member) { isStored = member.SetValue(value); });
+    //! [find]
+    QCOMPARE(before, QStringLiteral("0.25"));
+    QVERIFY(isStored);
+    QCOMPARE(target.path,
+             QStringLiteral("Component[type=GainControl,name=agc]/Node[id=timeConstant]/ValueItem[id=timeConstant]/"
+                            "ValueNumericFloat/value"));
+    const Paths::Target again = Paths::find(document.tuner, path);
+    QCOMPARE(TypedValue::print(again.member.GetValue()), QStringLiteral("0.5"));
+}
+
+void DocumentSnippets::textsBecomeValuesOfAMember()
+{
+    const Document document = Document::load(example("scp.xml"));
+    const Paths::Target target = Paths::find(document.tuner, QStringLiteral("quantity"));
+    const QString text = QStringLiteral("many");
+    QString why;
+    //! [parse]
+    try {
+        const QVariant value = TypedValue::parse(target.member, text);
+    } catch (const TypedValue::Mismatch &mismatch) {
+        why = mismatch.text(); // "'many' is not a whole number"
+    }
+    //! [parse]
+    QCOMPARE(why, QStringLiteral("'many' is not a whole number"));
+    QCOMPARE(TypedValue::parse(target.member, QStringLiteral("3")).toInt(), 3);
+}
+
+void DocumentSnippets::differencesAreListed()
+{
+    const Document before = Document::load(example("scp.xml"));
+    Document after = before;
+    after.tuner.SetparentBaseResource(QStringLiteral("RX-1"));
+    QStringList lines;
+    //! [Difference]
+    for (const Difference &difference : findDifferences(before.tuner, after.tuner))
+        lines.append(difference.text()); // "~ quantity: 1 -> 2"
+    //! [Difference]
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines[0].contains(QLatin1String("RX-1")), qPrintable(lines[0]));
+    QVERIFY(findDifferences(before.tuner, before.tuner).isEmpty());
+}
+
+void DocumentSnippets::partOfADocumentIsJson()
+{
+    const Document document = Document::load(example("scp.xml"));
+    const JobXml::Component &component = document.tuner.GetComponent().at(1);
+    //! [toJson]
+    const QByteArray json = toJson(component, QStringLiteral("agc")); // {"type": "GainControl", "name": "agc", ...
+    //! [toJson]
+    QVERIFY2(json.startsWith("{\n  \"type\": \"GainControl\",\n  \"name\": \"agc\","), json.constData());
+}
+
+void DocumentSnippets::treeIsPassedLineByLine()
+{
+    const Document document = Document::load(example("scp.xml"));
+    QStringList tree;
+    //! [show]
+    show(document.tuner, [&](const QString &line) { tree.append(line); });
+    //! [show]
+    QCOMPARE(tree[0], QStringLiteral("TunerProperties"));
+    QCOMPARE(tree[1], QStringLiteral("  Version: \"1.1\""));
+}
+
+void DocumentSnippets::pageIsWrittenPieceByPiece()
+{
+    const Document document = Document::load(example("scp.xml"));
+    const Findings findings;
+    QFile page(path("scp.html"));
+    QVERIFY(page.open(QIODevice::WriteOnly));
+    bool isWritten = true;
+    //! [html]
+    html(document.tuner, findings, QStringLiteral("scp.xml"),
+         [&](const QByteArray &piece) { isWritten = isWritten && page.write(piece) == piece.size(); });
+    //! [html]
+    page.close();
+    QVERIFY(isWritten);
+    QVERIFY(bytesOf(page.fileName()).contains("<title>"));
+    QVERIFY(bytesOf(page.fileName()).trimmed().endsWith("</html>"));
+}
+
+void DocumentSnippets::newDocumentExplainsItsMembers()
+{
+    //! [minimal]
+    Document document(NewDocument::minimal({{QStringLiteral("type"), QStringLiteral("Receiver")}}));
+    const QByteArray xml = document.toBytes(Form::Xml, QStringLiteral("new.xml"));
+    const QByteArray explained = NewDocument::explained(xml, document.tuner); // with a comment for every member
+    //! [minimal]
+    QVERIFY(xml.contains(" type=\"Receiver\""));
+    QVERIFY(explained.contains("<!--"));
+    const Document again = Document::fromBytes(explained, QStringLiteral("new.xml"));
+    QVERIFY(again.tuner == document.tuner);
+}
+
+void DocumentSnippets::membersHaveTheDocumentationOfTheSchema()
+{
+    //! [Annotations]
+    const Schema::Annotations annotations;
+    const QString about = annotations.ofMember(QStringLiteral("Component"), QStringLiteral("optional")).text;
+    //! [Annotations]
+    QVERIFY(Schema::text().contains(about.left(20).toUtf8()));
+    QVERIFY(!about.isEmpty());
+}
+
+TEST_SUITE(DocumentSnippets)
+#include "tst_Documents.moc"

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QLatin1String>
+#include <QVector>
+
+#include <reportbase/Export.h>
+
+namespace REPORTGENERATOR {
+
+/// Where the elements, attributes and comments of an XML document are in its text: for programs that change a part of a
+/// document and keep the rest, or that show the place of something.
+///
+/// Made for documents that a reader has accepted: it finds the ends of tags and sections without looking at what is in
+/// them, so it is much faster than a reader, and it expands and checks nothing. Every other input has some result as
+/// well, and isComplete() is then usually false; nothing outside of the document is ever read.
+///
+/// Places are offsets of bytes; all are within the document.
+class REPORTBASE_EXPORT XmlMarkup
+{
+public:
+    /// A part of the document, from `begin` up to `end`, which is not included.
+    struct Span
+    {
+        int begin = 0;
+        int end = 0;
+
+        int size() const { return end - begin; }
+    };
+
+    /// An attribute: `name="value"`.
+    struct Attribute
+    {
+        Span name; ///< with the prefix
+        Span value; ///< between the quotes, with its references
+
+        /// From the name to the closing quote.
+        Span whole() const { return {name.begin, value.end + 1}; }
+    };
+
+    /// An element. Its index is its number in the order of start tags.
+    struct Element
+    {
+        Span name; ///< in the start tag, with the prefix
+        Span startTag; ///< with its brackets
+        Span content; ///< between the tags; empty, at the end of the tag, for an empty-element tag
+        int end = 0; ///< after the end tag
+        int parent = -1; ///< the index of the element that contains it; -1 for the root
+        int next = 0; ///< the index of the first element after its end: those in between are inside
+        int firstAttribute = 0; ///< the index of its first attribute
+        int attributeCount = 0;
+        bool isEmptyTag = false; ///< `<a/>`
+        /// Whether an element of the same name, without prefixes, is inside, at any depth.
+        bool containsItsName = false;
+
+        Span whole() const { return {startTag.begin, end}; }
+    };
+
+    /// A comment, with its marks.
+    struct Comment
+    {
+        Span whole;
+        int parent = -1; ///< the index of the element that contains it; -1 outside of the root
+        int next = 0; ///< the index of the first element after it
+    };
+
+    /// Finds them in a document in UTF-8 or another encoding in which ASCII characters are bytes of their own.
+    explicit XmlMarkup(const QByteArray &document);
+    ~XmlMarkup();
+    XmlMarkup(const XmlMarkup &) = delete;
+    XmlMarkup &operator=(const XmlMarkup &) = delete;
+
+    /// Whether every start tag has its end tag, and everything that was opened is closed, in at most 1,000 levels.
+    bool isComplete() const { return m_isComplete; }
+
+    const QByteArray &document() const { return m_document; }
+    const QVector<Element> &elements() const { return m_elements; }
+    /// The attributes of all elements, in the order of the document.
+    const QVector<Attribute> &attributes() const { return m_attributes; }
+    const QVector<Comment> &comments() const { return m_comments; }
+
+    /// The bytes of a part, as a view of the document.
+    QLatin1String bytes(const Span &span) const
+    {
+        return QLatin1String(m_document.constData() + span.begin, span.size());
+    }
+
+    /// The name of an element without its prefix, as a view of the document.
+    QLatin1String localName(const Element &element) const;
+
+    /// The attribute of exactly that name, prefix included, as an index into attributes(); -1 if the element has none.
+    int findAttribute(const Element &element, QLatin1String name) const;
+
+private:
+    class Scanner;
+
+    QByteArray m_document;
+    QVector<Element> m_elements;
+    QVector<Attribute> m_attributes;
+    QVector<Comment> m_comments;
+    bool m_isComplete = false;
+};
+
+} // namespace REPORTGENERATOR
+
+Q_DECLARE_TYPEINFO(REPORTGENERATOR::XmlMarkup::Span, Q_PRIMITIVE_TYPE);
+Q_DECLARE_TYPEINFO(REPORTGENERATOR::XmlMarkup::Attribute, Q_PRIMITIVE_TYPE);
+Q_DECLARE_TYPEINFO(REPORTGENERATOR::XmlMarkup::Element, Q_PRIMITIVE_TYPE);
+Q_DECLARE_TYPEINFO(REPORTGENERATOR::XmlMarkup::Comment, Q_PRIMITIVE_TYPE);

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <limits>
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <jobxml/TunerProperties.h>
+
+#include <tunerdocuments/Export.h>
+
+namespace TunerDocuments {
+
+/// Something about a document that its author should know: a reason why it is invalid, or a warning.
+struct TUNERDOCUMENTS_EXPORT Finding
+{
+    /// How serious it is.
+    enum class Kind {
+        Problem, ///< the model refuses the document
+        Warning, ///< a rule of lint() found it
+    };
+
+    Kind kind = Kind::Problem; ///< how serious it is
+    QString rule{}; ///< the name of the rule of a warning; null for problems
+    QVector<JobXml::Step> steps{}; ///< to the object concerned, from the document; for programs
+    QString member{}; ///< the member of that object; null if the object as a whole is concerned
+    /// The same place as a path, without the member: "Component[type=Filter,name=Pre]/Node[id=gain]". Null until
+    /// Findings::describePaths() or the function that found it has set it; empty for the document itself.
+    QString path{};
+    QString message{}; ///< the problem, without its place
+    QString
+        suggestion{}; ///< what to write instead, as part of a sentence: "did you mean 'gain'?"; null if there is none
+    int line = 0; ///< in the text of the document, counted from 1; 0 if unknown
+    int column = 0; ///< in UTF-16 units, counted from 1; 0 if unknown
+
+    /// Whether line and column are known.
+    bool hasLocation() const { return line > 0; }
+
+    /// "FILE:LINE:COLUMN: PATH: message", without what is not known.
+    QString text(const QString &fileName) const;
+};
+
+/// A problem with its message shortened if it is long. A problem with a location has no path.
+TUNERDOCUMENTS_EXPORT Finding findingOf(const JobXml::Problem &problem);
+
+/// Recognizes what a reader refuses although the document then has it: incomplete items of lists.
+class TUNERDOCUMENTS_EXPORT KeptItems
+{
+public:
+    /// Whether the problem, one with a place in the document that was read, is about such an item.
+    bool contain(const JobXml::Problem &problem);
+
+private:
+    QHash<QString, bool> m_known; // by class and member
+};
+
+/// "3001 problems; only the first 100 are listed"
+TUNERDOCUMENTS_EXPORT QString countText(qint64 count, int listed);
+
+/// The problems of a document: the first ones, and the number of all. A hostile document has a problem for every few
+/// bytes, so the others are counted and not kept.
+///
+/// What a reader refuses is a problem of its own if the document does not show it, and has a location in XML: an empty
+/// boolean, for example. An incomplete item of a list, and what the reader of records refuses, is in the document and
+/// usually a problem there, with what it lacks and with a path. So it is one here only if there is no other: in a value
+/// that a later one has replaced.
+class TUNERDOCUMENTS_EXPORT Findings
+{
+public:
+    Findings() = default; ///< Keeps all.
+    /// Keeps at most that many, and counts the others.
+    explicit Findings(int most) : m_most(most) { }
+
+    /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
+    /// XML never holds them.
+    void add(const JobXml::Problem &problem);
+
+    /// Counts something else that was found.
+    void add(const Finding &finding);
+
+    /// Counts problems that are known only by their number.
+    void addUnlisted(qint64 number);
+
+    /// Adds problems, as long as this object exists.
+    JobXml::ProblemVisitor collector()
+    {
+        return [this](const JobXml::Problem &problem) { add(problem); };
+    }
+
+    /// Sets the paths of the problems that have no location. The document must be the one in which they were found.
+    void describePaths(const JobXml::TunerProperties &document);
+
+    /// Those that are kept, in the order in which they were found.
+    const QVector<Finding> &listed() const { return shown().listed; }
+    qint64 count() const { return shown().count; } ///< of all, kept or not
+    bool isEmpty() const { return count() == 0; } ///< whether the document has no problem
+    int most() const { return m_most; } ///< how many it keeps at most
+
+    /// "FILE: ..." for each problem that is kept, and a last line with the total if there are more, which ends with
+    /// `hint`.
+    QStringList lines(const QString &fileName, const QString &hint = {}) const;
+
+private:
+    /// \cond
+    struct List
+    {
+        QVector<Finding> listed;
+        qint64 count = 0;
+    };
+    /// \endcond
+
+    const List &shown() const { return m_problems.count > 0 ? m_problems : m_heldBack; }
+
+    int m_most = std::numeric_limits<int>::max();
+    List m_problems;
+    List m_heldBack;
+    KeptItems m_keptItems;
+};
+
+} // namespace TunerDocuments

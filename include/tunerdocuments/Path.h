@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <jobxml/Visit.h>
+
+#include <tunerdocuments/Export.h>
+
+namespace TunerDocuments {
+
+/// An error in a path, or a path to nothing.
+class TUNERDOCUMENTS_EXPORT PathFailure : public std::runtime_error
+{
+public:
+    explicit PathFailure(const QString &text); ///< what() has the text as UTF-8
+    PathFailure(const PathFailure &other); ///< for throwing
+    ~PathFailure() override;
+
+    /// The error, and its place in the path.
+    QString text() const { return QString::fromUtf8(what()); }
+};
+
+/// A path to a member, as users write and read it: `Component[type=Filter,name=Pre]/Node[id=gain]/...`. An item of a
+/// list is selected by the texts that identify it, by its position, counted from 1, or by both: `[id=gain][2]` is the
+/// second of those. A pattern has `[*]` for every item of a list, or `*` for every member that is set. The manual's
+/// page on paths describes all of it.
+///
+/// Identifying texts stay the same when other items are added, removed or moved; positions do not.
+class TUNERDOCUMENTS_EXPORT Path
+{
+public:
+    /// A text that identifies an item: `name=Pre`.
+    struct Condition
+    {
+        QString member;
+        QString text;
+    };
+
+    struct Step
+    {
+        QString member; ///< "*" for every member that is set
+        QVector<Condition> conditions{};
+        int position = 0; ///< counted from 1; 0 is none
+        bool isAll = false; ///< `[*]`
+    };
+
+    Path();
+    explicit Path(const QVector<Step> &steps);
+    Path(const Path &other);
+    Path(Path &&other) noexcept;
+    Path &operator=(const Path &other);
+    Path &operator=(Path &&other) noexcept;
+    ~Path();
+
+    /// Reads a path. Throws PathFailure with the position of an error: "expected ']' at character 12 of the path".
+    static Path parse(const QString &text);
+
+    /// The path as parse() reads it, with quotes where they are required.
+    QString text() const;
+
+    const QVector<Step> &steps() const { return m_steps; }
+
+    /// Whether it has an asterisk.
+    bool isPattern() const;
+
+private:
+    QVector<Step> m_steps;
+};
+
+/// Places in documents.
+namespace Paths {
+
+/// The steps to all items of a list, each of which is unique. An item with a long identity is selected by its position.
+TUNERDOCUMENTS_EXPORT QStringList stepsTo(const JobXml::MemberView &list);
+
+/// The complete paths to many places in one document, which must not change meanwhile: the steps to the items of a list
+/// are found once, as long as the places are in it.
+class TUNERDOCUMENTS_EXPORT Texts
+{
+public:
+    explicit Texts(const JobXml::DataObject &root); ///< The root must outlive this object.
+    Texts(const Texts &) = delete;
+    Texts &operator=(const Texts &) = delete;
+    ~Texts();
+
+    /// The path of these steps: "Component[type=Filter,name=Pre]/Node[id=gain]". Empty without steps; up to the first
+    /// step that leads nowhere.
+    QString of(const QVector<JobXml::Step> &steps);
+
+private:
+    struct Lists;
+    const JobXml::DataObject &m_root;
+    std::unique_ptr<Lists> m_lists;
+};
+
+/// The identity of an object among its siblings: "type=Filter,name=Pre". Null if a text of it is missing. Values are
+/// identified by their content.
+TUNERDOCUMENTS_EXPORT QString identityOf(const JobXml::DataObject &object);
+
+/// "unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?"
+TUNERDOCUMENTS_EXPORT QString unknownMember(const QString &name, const QString &className, const QStringList &known);
+
+/// The result of a path.
+struct TUNERDOCUMENTS_EXPORT Target
+{
+    QVector<JobXml::Step> steps; ///< from the root; the last one is the member, with an index if it is an item
+    QString path; ///< complete
+    JobXml::MemberView member; ///< valid as long as the root is neither changed nor destroyed
+
+    /// Whether it is an item of a list, and not the list as a whole.
+    bool isItem() const { return steps.last().index >= 0; }
+};
+
+/// Finds every member that a pattern matches, in the order of the document. Every step selects all that it fits: a list
+/// without brackets all of its items. Members that are not set are not found; a path without asterisk is a pattern as
+/// well.
+TUNERDOCUMENTS_EXPORT QVector<Target> findAll(const JobXml::DataObject &root, const Path &pattern);
+
+/// Calls the action with the complete path of every member that is set and has a value, in the order of the document,
+/// as soon as it is found.
+TUNERDOCUMENTS_EXPORT void
+list(const JobXml::DataObject &root,
+     const std::function<void(const QString &path, const JobXml::MemberView &member)> &action);
+
+/// Finds the member of a path. The chosen alternative needs no step of its own, and a list with one item no selection.
+/// Throws PathFailure.
+TUNERDOCUMENTS_EXPORT Target find(const JobXml::DataObject &root, const QString &path);
+
+/// The member at the end of the steps, if it exists.
+TUNERDOCUMENTS_EXPORT std::optional<JobXml::MemberView> at(const JobXml::DataObject &root,
+                                                           const QVector<JobXml::Step> &steps);
+
+/// Calls the action with the MemberEditor of the target's member; all objects on the way count as set afterwards.
+template <class Action>
+void edit(JobXml::DataObject &root, const Target &target, Action &&action, int depth = 0)
+{
+    const JobXml::Step &step = target.steps[depth];
+    JobXml::visit(root, [&](JobXml::MemberEditor &member) {
+        if (member.GetName() != step.member)
+            return;
+        if (depth + 1 == target.steps.size())
+            action(member);
+        else
+            edit(member.EditChild(step.index < 0 ? 0 : step.index), target, action, depth + 1);
+    });
+}
+
+} // namespace Paths
+
+} // namespace TunerDocuments

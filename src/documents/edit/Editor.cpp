@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: MIT
+#include <tunerdocuments/Editor.h>
+
+#include <algorithm>
+#include <limits>
+
+#include <jobxml/Visit.h>
+
+#include <tunerdocuments/Diff.h>
+#include <tunerdocuments/DocumentError.h>
+#include <tunerdocuments/Path.h>
+#include <tunerdocuments/Value.h>
+
+#include "documents/edit/JsonEditor.h"
+#include "documents/xml/XmlEditor.h"
+
+using namespace JobXml;
+
+namespace TunerDocuments {
+
+namespace {
+
+/// The steps to the object that has the member of a target.
+QVector<Step> objectOf(const Paths::Target &target)
+{
+    return target.steps.mid(0, target.steps.size() - 1);
+}
+
+/// Calls the action with the object at the steps and its member; the objects on the way count as set afterwards.
+template <class Action>
+void editMember(DataObject &object, const QVector<Step> &steps, int depth, Action &&action)
+{
+    const Step &step = steps.at(depth);
+    visit(object, [&](MemberEditor &member) {
+        if (member.GetName() != step.member)
+            return;
+        if (depth + 1 == steps.size())
+            action(object, member);
+        else
+            editMember(member.EditChild(qMax(step.index, 0)), steps, depth + 1, action);
+    });
+}
+
+/// Whether the steps lead to an object.
+bool leadsToObject(const DataObject &root, const QVector<Step> &steps)
+{
+    const DataObject *object = &root;
+    for (const Step &step : steps) {
+        const DataObject *child = nullptr;
+        visit(*object, [&](const MemberView &member) {
+            const int index = qMax(step.index, 0);
+            if (member.GetName() == step.member && member.IsChosen() && index < member.GetSize())
+                child = &member.GetChild(index);
+        });
+        if (!child)
+            return false;
+        object = child;
+    }
+    return true;
+}
+
+bool isSameStep(const Step &left, const Step &right)
+{
+    return left.index == right.index && left.member == right.member;
+}
+
+} // namespace
+
+class Editor::Private
+{
+public:
+    Private(Document &&document, const QByteArray &bytes, QString name)
+        : m_document(std::move(document)), m_original(bytes), m_name(std::move(name))
+    {
+        m_document.tuner.SetValidate(false);
+        if (m_document.form == Form::Json)
+            m_json = std::make_unique<JsonEditor>(bytes, m_document.tuner);
+        if (m_document.form != Form::Xml)
+            return;
+        auto xml = std::make_unique<XmlEditor>(bytes, m_document.tuner);
+        m_reason = xml->refusal();
+        if (m_reason.isNull())
+            m_xml = std::move(xml);
+    }
+
+    const Document &document() const { return m_document; }
+    bool isChanged() const { return m_isEdited; }
+    bool isInPlace() const { return m_xml || m_json; }
+    QString reason() const { return m_reason; }
+    void rewrite()
+    {
+        m_xml.reset();
+        m_json.reset();
+    }
+
+    void set(const QString &path, const QString &text)
+    {
+        const Paths::Target target = Paths::find(m_document.tuner, path);
+        const QVariant value = TypedValue::parse(target.member, text);
+        const MemberKind kind = target.member.GetKind();
+        const bool isSame =
+            target.member.IsSet() && ValueText::ofValue(target.member.GetValue()) == ValueText::ofValue(value);
+        if (kind == MemberKind::Choice && !isSame) {
+            choose(target, value);
+            return;
+        }
+        store(target, value);
+        const bool isTyped = kind != MemberKind::EnumerationList && kind != MemberKind::Text;
+        if (!isSame)
+            follow(target, [&](auto &editor) {
+                editor.storeValue(objectOf(target), target.steps.last().member, isTyped ? text : QString());
+            });
+    }
+
+    void unset(const QString &path)
+    {
+        const Paths::Target target = Paths::find(m_document.tuner, path);
+        if (target.isItem())
+            throw TypedValue::Mismatch(QStringLiteral("cannot unset an item of a list; unset the whole list"));
+        const MemberKind kind = target.member.GetKind();
+        const bool isObject =
+            kind == MemberKind::Object || kind == MemberKind::ObjectList || kind == MemberKind::Alternative;
+        if (!target.member.IsSet() && !isObject
+            && ValueText::ofValue(target.member.GetValue()) == ValueText::ofValue(target.member.GetDefaultValue()))
+            return;
+        QStringList alternatives;
+        editMember(m_document.tuner, target.steps, 0, [&](DataObject &item, MemberEditor &member) {
+            member.Reset();
+            if (kind != MemberKind::Choice)
+                return;
+            visit(item, [&](MemberEditor &alternative) { // whichever is there would be chosen when it is read
+                if (alternative.GetKind() == MemberKind::Alternative && alternative.IsSet()) {
+                    alternatives.append(alternative.GetName());
+                    alternative.Reset();
+                }
+            });
+        });
+        const QVector<Step> object = objectOf(target);
+        const QString member = target.steps.last().member;
+        follow(target, [&](auto &editor) {
+            if (kind == MemberKind::Choice) {
+                for (const QString &alternative : qAsConst(alternatives))
+                    editor.storeObject(object, alternative);
+            } else if (isObject) {
+                editor.storeObject(object, member);
+            } else {
+                editor.storeValue(object, member);
+            }
+        });
+    }
+
+    QByteArray toBytes() const
+    {
+        if (!isInPlace())
+            return m_document.toBytes(m_document.form, m_name);
+        if (!m_isEdited)
+            return m_original;
+        return m_xml ? editedBy(*m_xml) : editedBy(*m_json);
+    }
+
+    QVector<Loss> losses() const
+    {
+        QVector<Loss> result;
+        if (isInPlace())
+            return result;
+        const LoadOptions options{m_document.form, std::numeric_limits<int>::max()};
+        result = m_document.lossesIn(m_document.toBytes(m_document.form, m_name), m_document.form);
+        if (hasUnknownContent(options))
+            result.append({QString(), QString(), QString(),
+                           m_document.form == Form::Xml
+                               ? QStringLiteral("comments, layout and content that the model does not have are lost")
+                               : QStringLiteral("content that the model does not have is lost")});
+        return result;
+    }
+
+private:
+    template <class TextEditor>
+    QByteArray editedBy(TextEditor &text) const
+    {
+        for (const QVector<Step> &object : m_edited) {
+            if (!leadsToObject(m_document.tuner, object))
+                continue; // a later change has removed it
+            const QString mismatch = text.mismatchOf(object);
+            if (!mismatch.isNull())
+                cannotEdit(mismatch);
+        }
+        return text.document();
+    }
+
+    /// Whether writing the document unchanged would lose something that the description does not have.
+    bool hasUnknownContent(const LoadOptions &options) const
+    {
+        if (m_document.form == Form::Json || m_document.form == Form::Snapshot)
+            return false; // their readers refuse it
+        const Document original = Document::fromBytes(m_original, m_name, options);
+        if (m_document.form == Form::Xml)
+            return original.toBytes(Form::Xml, m_name) != m_original;
+        const QByteArray written = original.toBytes(Form::Tagged, m_name);
+        if (!findDifferences(original.tuner, Document::fromBytes(written, m_name, options).tuner).isEmpty())
+            return false; // the size differs for that reason, which is listed
+        // A null text may have become an empty one, of the same size.
+        constexpr int sizeAt = 8; // of the uncompressed representation, in the compressed one
+        const qint64 size = m_document.form == Form::Tagged
+            ? m_original.size()
+            : m_original.mid(sizeAt, sizeof(quint32)).toHex().toLongLong(nullptr, 16);
+        return written.size() != size;
+    }
+
+    /// Stores the value as the setter does while it validates.
+    void store(const Paths::Target &target, const QVariant &value)
+    {
+        bool isStored = false;
+        editMember(m_document.tuner, target.steps, 0, [&](DataObject &object, MemberEditor &member) {
+            object.SetValidate(true);
+            try {
+                isStored = member.SetValue(value);
+            } catch (...) {
+                object.SetValidate(false);
+                throw;
+            }
+            object.SetValidate(false);
+        });
+        if (!isStored)
+            throw TypedValue::Mismatch(QStringLiteral("cannot store '%1'").arg(TypedValue::print(value)));
+    }
+
+    /// The item then holds an empty value of that kind; the one before is removed.
+    void choose(const Paths::Target &target, const QVariant &value)
+    {
+        const QVector<Step> item = objectOf(target);
+        const QString before = target.member.GetValue().toString();
+        const QString after = value.toString();
+        const auto alternative = [&](const QString &name) {
+            QVector<Step> steps = item;
+            steps.append({name, -1});
+            return steps;
+        };
+        if (!before.isEmpty())
+            editMember(m_document.tuner, alternative(before), 0,
+                       [](DataObject &, MemberEditor &member) { member.Reset(); });
+        store(target, value);
+        editMember(m_document.tuner, alternative(after), 0,
+                   [](DataObject &, MemberEditor &member) { member.EditChild(); });
+        follow(target, [&](auto &editor) {
+            if (!before.isEmpty())
+                editor.storeObject(item, before);
+            editor.storeObject(item, after);
+        });
+    }
+
+    /// Changes the text, too.
+    template <class Action>
+    void follow(const Paths::Target &target, Action &&action)
+    {
+        m_isEdited = true;
+        if (!isInPlace())
+            return;
+        try {
+            if (m_xml)
+                action(*m_xml);
+            else
+                action(*m_json);
+        } catch (const CannotEdit &exception) {
+            cannotEdit(exception.why);
+        }
+        const QVector<Step> object = objectOf(target);
+        const bool isKnown = std::any_of(m_edited.begin(), m_edited.end(), [&](const QVector<Step> &edited) {
+            return std::equal(edited.begin(), edited.end(), object.begin(), object.end(), isSameStep);
+        });
+        if (!isKnown)
+            m_edited.append(object);
+    }
+
+    [[noreturn]] void cannotEdit(const QString &why) const
+    {
+        throw DocumentError(m_name + QStringLiteral(": cannot edit the document in place: ") + why);
+    }
+
+    Document m_document;
+    const QByteArray m_original;
+    const QString m_name;
+    // Both are null if the document is written anew.
+    std::unique_ptr<XmlEditor> m_xml;
+    std::unique_ptr<JsonEditor> m_json;
+    QString m_reason;
+    QVector<QVector<Step>> m_edited; // the objects whose text has changed
+    bool m_isEdited = false;
+};
+
+Editor::Editor(Document document, const QByteArray &bytes, const QString &name)
+    : d(std::make_unique<Private>(std::move(document), bytes, name))
+{
+}
+
+Editor::~Editor() = default;
+
+const Document &Editor::document() const
+{
+    return d->document();
+}
+
+void Editor::set(const QString &path, const QString &value)
+{
+    d->set(path, value);
+}
+
+void Editor::unset(const QString &path)
+{
+    d->unset(path);
+}
+
+bool Editor::isChanged() const
+{
+    return d->isChanged();
+}
+
+bool Editor::isInPlace() const
+{
+    return d->isInPlace();
+}
+
+QString Editor::reasonAgainst() const
+{
+    return d->reason();
+}
+
+void Editor::rewrite()
+{
+    d->rewrite();
+}
+
+QVector<Loss> Editor::losses() const
+{
+    return d->losses();
+}
+
+QByteArray Editor::toBytes() const
+{
+    return d->toBytes();
+}
+
+} // namespace TunerDocuments

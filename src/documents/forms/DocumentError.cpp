@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include <tunerdocuments/DocumentError.h>
+
+#include "text/Printable.h"
+
+namespace TunerDocuments {
+
+// what() ends at the first NUL, which a document may contain; escaping twice changes nothing.
+DocumentError::DocumentError(const QString &text)
+    : std::runtime_error(Printable::onOneLine(text).toStdString()), m_text(text)
+{
+}
+
+DocumentError::DocumentError(const DocumentError &) = default;
+
+DocumentError::~DocumentError() = default;
+
+} // namespace TunerDocuments

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include <tunerdocuments/Schema.h>
+
+#include <QFile>
+#include <QXmlStreamReader>
+
+// Q_INIT_RESOURCE must be outside of any namespace. It links the resources of a static library.
+static void initResources()
+{
+    Q_INIT_RESOURCE(schema);
+}
+
+namespace TunerDocuments {
+
+namespace Schema {
+
+namespace {
+
+QByteArray resource(const QString &name)
+{
+    initResources();
+    QFile file(QStringLiteral(":/schema/") + name);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s is missing in the program", qUtf8Printable(name));
+    return file.readAll();
+}
+
+} // namespace
+
+QByteArray text()
+{
+    return resource(QStringLiteral("tuner-properties.xsd"));
+}
+
+QByteArray forAuthors()
+{
+    return resource(QStringLiteral("tuner-properties-author.xsd"));
+}
+
+QByteArray forJson()
+{
+    return resource(QStringLiteral("tuner-properties.schema.json"));
+}
+
+QByteArray model()
+{
+    return resource(QStringLiteral("model.json"));
+}
+
+Annotations::Annotations()
+{
+    read(Schema::text());
+}
+
+void Annotations::read(const QByteArray &schema)
+{
+    QXmlStreamReader reader(schema);
+    QString typeName; // of the current top-level declaration
+    QString memberName; // of the declaration in it
+    int depth = 0; // the schema itself is 1
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement: {
+            const QXmlStreamAttributes attributes = reader.attributes();
+            const auto value = [&](const char *name) { return attributes.value(QLatin1String(name)).toString(); };
+            const QString kind = reader.name().toString();
+            ++depth;
+            if (kind == QLatin1String("documentation")) {
+                const QString documentation = reader.readElementText().simplified();
+                --depth; // the end element has been read
+                if (typeName.isEmpty())
+                    break; // about the schema as a whole
+                if (memberName.isEmpty())
+                    m_types[typeName].text = documentation;
+                else
+                    m_types[typeName].members[memberName].text = documentation;
+            } else if (depth == 2) {
+                typeName = value("name");
+                if (kind == QLatin1String("element"))
+                    m_typeOfElement.insert(typeName, value("type"));
+            } else if (kind == QLatin1String("element") || kind == QLatin1String("attribute")) {
+                memberName = attributes.hasAttribute(QLatin1String("name")) ? value("name") : value("ref");
+                m_types[typeName].members[memberName].isAttribute = kind == QLatin1String("attribute");
+            } else if (kind == QLatin1String("attributeGroup")) {
+                m_types[typeName].groups.append(value("ref"));
+            }
+            break;
+        }
+        case QXmlStreamReader::EndElement:
+            --depth;
+            if (reader.name() == QLatin1String("element") || reader.name() == QLatin1String("attribute"))
+                memberName.clear();
+            break;
+        default:
+            break;
+        }
+    }
+    if (reader.hasError())
+        qFatal("the schema in the program is damaged: %s", qUtf8Printable(reader.errorString()));
+}
+
+QString Annotations::ofClass(const QString &name) const
+{
+    return m_types.value(m_typeOfElement.value(name)).text;
+}
+
+Annotations::Member Annotations::ofMember(const QString &className, const QString &name) const
+{
+    const Type type = m_types.value(m_typeOfElement.value(className));
+    Member member = type.members.value(name);
+    for (const QString &group : type.groups) {
+        if (!type.members.contains(name) && m_types.value(group).members.contains(name))
+            member = m_types.value(group).members.value(name);
+    }
+    if (member.text.isEmpty())
+        member.text = ofClass(name);
+    return member;
+}
+
+} // namespace Schema
+
+} // namespace TunerDocuments

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace TunerDocuments {
+
+/// Why a document cannot be changed in place.
+struct CannotEdit
+{
+    QString why;
+};
+
+} // namespace TunerDocuments

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class QTextCodec;
+
+namespace TunerDocuments {
+
+/// The text of an XML document in its encoding, and in UTF-8 while it is edited.
+class EncodedText
+{
+public:
+    /// Determines the encoding as readers do: from the first bytes, then from the declaration.
+    explicit EncodedText(const QByteArray &document);
+
+    /// The name of the encoding: "UTF-16LE".
+    QString encoding() const;
+
+    /// Whether encode(utf8()) is the document, byte for byte. Some encodings have several forms of a text.
+    bool isExact() const { return m_isExact; }
+
+    /// The document as UTF-8, including a byte order mark.
+    const QByteArray &utf8() const { return m_utf8; }
+
+    /// A text in the encoding of the document.
+    QByteArray encode(const QByteArray &utf8) const;
+
+    /// Whether the encoding has the character.
+    bool canEncode(uint character) const;
+
+private:
+    QTextCodec *m_codec = nullptr; // null for UTF-8
+    QByteArray m_utf8;
+    bool m_isExact = true;
+};
+
+} // namespace TunerDocuments

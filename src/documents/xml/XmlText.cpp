@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "documents/xml/XmlText.h"
+
+#include <tunerdocuments/Value.h>
+
+#include "text/XmlCharacters.h"
+
+using namespace JobXml;
+
+namespace TunerDocuments::XmlText {
+
+namespace {
+
+QByteArray escaped(const QString &text, const EncodedText &encoding, const QByteArray &special)
+{
+    const int bad = REPORTGENERATOR::firstNotForXml(text);
+    if (bad >= 0) {
+        const QString code = QString::number(text.at(bad).unicode(), 16).toUpper().rightJustified(4, QLatin1Char('0'));
+        throw CannotEdit{QStringLiteral("XML cannot carry the character U+") + code};
+    }
+    QByteArray result;
+    const QVector<uint> characters = text.toUcs4();
+    for (const uint character : characters) {
+        if (character == '&')
+            result += "&amp;";
+        else if (character == '<')
+            result += "&lt;";
+        else if (character == '>')
+            result += "&gt;"; // a text may not contain "]]>"
+        else if (character == '"' && special.contains('"'))
+            result += "&quot;";
+        else if (character == '\'' && special.contains('\''))
+            result += "&apos;";
+        else if ((character < 0x20 && special.contains(char(character))) || !encoding.canEncode(character))
+            result += "&#" + QByteArray::number(character) + ';';
+        else
+            result += QString::fromUcs4(&character, 1).toUtf8();
+    }
+    return result;
+}
+
+bool isObject(const MemberView &member)
+{
+    return member.GetKind() == MemberKind::Object || member.GetKind() == MemberKind::ObjectList
+        || member.GetKind() == MemberKind::Alternative;
+}
+
+/// Whether the text of the document has the member.
+bool isWritten(const MemberView &member)
+{
+    return member.IsSet() && member.IsChosen() && member.GetKind() != MemberKind::Choice;
+}
+
+QByteArray attributesOf(const DataObject &object, const EncodedText &encoding)
+{
+    QByteArray attributes;
+    visit(object, [&](const MemberView &member) {
+        if (member.IsAttribute() && isWritten(member))
+            attributes += ' ' + QByteArray(member.GetName().data(), member.GetName().size()) + "=\""
+                + inAttribute(ofValue(member).value(0), '"', encoding) + '"';
+    });
+    return attributes;
+}
+
+} // namespace
+
+QStringList ofValue(const MemberView &member)
+{
+    const QVariant value = member.GetValue();
+    switch (member.GetKind()) {
+    case MemberKind::EnumerationList: {
+        QStringList texts;
+        const QVariantList entries = value.toList();
+        for (const QVariant &entry : entries)
+            texts.append(entry.toString());
+        return texts;
+    }
+    case MemberKind::Boolean:
+        return {value.toBool() ? QStringLiteral("true") : QStringLiteral("false")};
+    default:
+        return {TypedValue::print(value)};
+    }
+}
+
+QByteArray inAttribute(const QString &text, char quote, const EncodedText &encoding)
+{
+    return escaped(text, encoding, QByteArray("\t\n\r") + quote);
+}
+
+QByteArray inElement(const QString &text, const EncodedText &encoding)
+{
+    return escaped(text, encoding, "\r");
+}
+
+QByteArray element(const DataObject &object, const Layout &layout, const EncodedText &encoding)
+{
+    Layout inside = layout;
+    inside.indentation += layout.step;
+    const QByteArray name = layout.prefix + object.GetObjectName().toUtf8();
+    const QByteArray separator = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + inside.indentation;
+    QByteArray content;
+    visit(object, [&](const MemberView &member) {
+        if (member.IsAttribute() || !isWritten(member))
+            return;
+        if (isObject(member)) {
+            for (int i = 0; i < member.GetSize(); ++i)
+                content += separator + element(member.GetChild(i), inside, encoding);
+            return;
+        }
+        const QStringList texts = ofValue(member);
+        for (const QString &text : texts)
+            content += separator + element(member.GetName(), text, inside, encoding);
+    });
+    const QByteArray start = '<' + name + attributesOf(object, encoding);
+    if (content.isEmpty())
+        return start + "/>";
+    const QByteArray end = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + layout.indentation;
+    return start + '>' + content + end + "</" + name + '>';
+}
+
+QByteArray element(const QString &name, const QString &text, const Layout &layout, const EncodedText &encoding)
+{
+    const QByteArray tag = layout.prefix + name.toUtf8();
+    return '<' + tag + '>' + inElement(text, encoding) + "</" + tag + '>';
+}
+
+} // namespace TunerDocuments::XmlText

@@ -1,0 +1,418 @@
+// SPDX-License-Identifier: MIT
+#include "json/JsonText.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <QRegularExpression>
+
+#include <nlohmann/json.hpp>
+
+#include "text/ExactNumber.h"
+#include "text/Printable.h"
+#include "text/TextLocation.h"
+
+using Parser = nlohmann::json;
+
+JsonFailure::JsonFailure(const QString &message) : std::runtime_error(message.toStdString()), m_message(message) { }
+
+JsonFailure::JsonFailure(int line, int column, const QString &message) : JsonFailure(message)
+{
+    m_line = line;
+    m_column = column;
+}
+
+JsonFailure JsonFailure::within(const QString &step) const
+{
+    JsonFailure further = *this;
+    further.m_path = m_path.isEmpty() ? step : step + QLatin1Char('/') + m_path;
+    return further;
+}
+
+QString JsonFailure::text(const QString &fileName) const
+{
+    const QString path = m_path.isEmpty() ? QString() : m_path + QStringLiteral(": ");
+    const QString location = m_line == 0 ? QString() : QStringLiteral(":%1:%2").arg(m_line).arg(m_column);
+    return fileName + location + QStringLiteral(": ") + path + m_message;
+}
+
+namespace JsonText {
+
+namespace {
+
+// Far more than a document needs, and few enough for recursion and for searching an object.
+constexpr std::size_t deepest = 64;
+constexpr std::size_t mostKeys = 256;
+
+constexpr int mostShown = 40; // characters of a text in a message
+
+constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
+
+/// The index of the token that a message of the parser quotes, or -1. The token follows these words, so its content
+/// cannot be mistaken for them; a number contains no words.
+int tokenBegin(const QByteArray &parseError)
+{
+    for (const QByteArray &mark : {QByteArrayLiteral("last read: '"), QByteArrayLiteral("number overflow parsing '")}) {
+        const int at = parseError.indexOf(mark);
+        if (at >= 0)
+            return at + mark.size();
+    }
+    return -1;
+}
+
+/// "... last read: 'what was read of the token'; expected ...", "number overflow parsing 'the number'". The error is at
+/// the end of the token, which may be as long as the document.
+QString withShortToken(const QByteArray &parseError)
+{
+    const int begin = tokenBegin(parseError);
+    if (begin < 0)
+        return QString::fromUtf8(parseError);
+    constexpr int longestEnd = 40; // "'; expected string literal"
+    const int expected = parseError.lastIndexOf("'; expected ");
+    const bool hasExpected = expected >= begin && parseError.size() - expected <= longestEnd;
+    const int end = hasExpected ? expected : parseError.size() - 1;
+    const int size = std::min(end - begin, 4 * mostShown);
+    const QString last = QString::fromUtf8(parseError.mid(end - size, size));
+    const bool isWhole = size == end - begin && last.size() <= mostShown;
+    return QString::fromUtf8(parseError.left(begin)) + (isWhole ? last : QStringLiteral("...") + last.right(mostShown))
+        + QString::fromUtf8(parseError.mid(end));
+}
+
+/// An iterator over a text that records how far the parser has read.
+class TrackingIterator
+{
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char *;
+    using reference = const char &;
+
+    TrackingIterator(const char *at, const char **furthest) : m_at(at), m_furthest(furthest) { }
+
+    reference operator*() const { return *m_at; }
+    TrackingIterator &operator++()
+    {
+        *m_furthest = ++m_at;
+        return *this;
+    }
+    TrackingIterator operator++(int)
+    {
+        const TrackingIterator before = *this;
+        ++*this;
+        return before;
+    }
+    bool operator==(const TrackingIterator &other) const { return m_at == other.m_at; }
+    bool operator!=(const TrackingIterator &other) const { return m_at != other.m_at; }
+
+private:
+    const char *m_at;
+    const char **m_furthest;
+};
+
+/// Builds the value from the events of the parser, and rejects what the parser accepts.
+class Builder
+{
+public:
+    Builder(const QByteArray &text, const char *const &furthest)
+        : m_text(text), m_furthest(furthest), m_tokenEnd(text.constData() + (text.startsWith(byteOrderMark) ? 3 : 0))
+    {
+    }
+
+    Json takeResult() { return std::move(m_result); }
+
+    bool null() { return add(Json()); }
+    bool boolean(bool value) { return add(Json(value)); }
+    bool number_integer(Parser::number_integer_t value) { return addNumber(Json(qint64(value))); }
+    bool number_unsigned(Parser::number_unsigned_t value) { return addNumber(Json(quint64(value))); }
+    bool number_float(Parser::number_float_t value, const std::string &) { return addNumber(Json(value)); }
+    bool string(const std::string &value) { return add(Json(QByteArray::fromStdString(value))); }
+    bool binary(Parser::binary_t &) { return false; } // does not occur in text
+    bool start_object(std::size_t) { return open(Json::emptyObject()); }
+    bool start_array(std::size_t) { return open(Json::emptyList()); }
+    bool end_object() { return close(); }
+    bool end_array() { return close(); }
+
+    bool key(const std::string &name)
+    {
+        const Json &object = *m_open.back();
+        m_key = QByteArray::fromStdString(name);
+        m_keyBegin = nextToken();
+        m_tokenEnd = m_furthest;
+        if (object.find(m_key))
+            failHere(QStringLiteral("duplicate member '") + shortened(toString(m_key)) + QLatin1Char('\''));
+        if (object.members().size() == mostKeys)
+            failHere(QStringLiteral("an object has more than %1 members").arg(mostKeys));
+        return true;
+    }
+
+    bool parse_error(std::size_t position, const std::string &, const Parser::exception &exception)
+    {
+        const char *const at = std::min(m_text.constBegin() + position - 1, m_text.constEnd());
+        if (at != m_text.constEnd() && *at == '\0')
+            refuseNul(at);
+        // "[json.exception.parse_error.101] parse error at line 1, column 2: the error"
+        static const QRegularExpression around(
+            QStringLiteral(R"(^\[[^\]]*\] (?:parse error at line \d+, column \d+: )?)"));
+        // The position counts the characters that were read, and the end of the text as one more.
+        fail(at, withShortToken(exception.what()).remove(around));
+    }
+
+    /// The parser treats a NUL byte as the end of the text.
+    void refuseNulAfterEnd() const
+    {
+        const char *const nul = std::find(m_text.constBegin(), m_text.constEnd(), '\0');
+        if (nul != m_text.constEnd())
+            refuseNul(nul);
+    }
+
+private:
+    /// Reports an error at the last character that was read.
+    [[noreturn]] void failHere(const QString &message) const { fail(m_furthest - 1, message); }
+
+    [[noreturn]] void refuseNul(const char *at) const
+    {
+        fail(at, QStringLiteral("NUL byte, which is not allowed in JSON"));
+    }
+
+    [[noreturn]] void fail(const char *at, const QString &message) const
+    {
+        const TextLocation location = TextLocator(m_text).at(int(at - m_text.constData()));
+        throw JsonFailure(location.line, location.column, message);
+    }
+
+    /// Adds a value that ends where the parser has read to.
+    bool add(Json &&value) { return add(std::move(value), m_furthest); }
+
+    /// The parser has read one character more than the number, unless the text ends with it.
+    bool addNumber(Json &&value)
+    {
+        const char last = m_furthest[-1];
+        const bool endsText = m_furthest == m_text.constEnd() && last >= '0' && last <= '9';
+        return add(std::move(value), endsText ? m_furthest : m_furthest - 1);
+    }
+
+    bool add(Json &&value, const char *end)
+    {
+        addValue(std::move(value), nextToken(), end);
+        m_tokenEnd = end;
+        return true;
+    }
+
+    Json &addValue(Json &&value, const char *begin, const char *end)
+    {
+        Json *const parent = m_open.empty() ? nullptr : m_open.back();
+        const bool isMember = parent && parent->isObject();
+        value.setPlace(offsetOf(isMember ? m_keyBegin : begin), offsetOf(begin), offsetOf(end));
+        if (!parent)
+            return m_result = std::move(value);
+        return isMember ? parent->insert(m_key, std::move(value)) : parent->append(std::move(value));
+    }
+
+    /// The beginning of the next key or value, which the parser has just read.
+    const char *nextToken() const
+    {
+        const char *at = m_tokenEnd;
+        while (*at == ' ' || *at == '\n' || *at == '\r' || *at == '\t' || *at == ',' || *at == ':')
+            ++at;
+        return at;
+    }
+
+    quint32 offsetOf(const char *at) const { return quint32(at - m_text.constData()); }
+
+    bool open(Json &&empty)
+    {
+        if (m_open.size() == deepest)
+            failHere(QStringLiteral("nested deeper than %1 levels").arg(deepest));
+        m_open.push_back(&addValue(std::move(empty), m_furthest - 1, m_furthest));
+        m_tokenEnd = m_furthest;
+        return true;
+    }
+
+    bool close()
+    {
+        m_tokenEnd = m_furthest;
+        Json &value = *m_open.back();
+        value.setPlace(value.memberBegin(), value.textBegin(), offsetOf(m_tokenEnd));
+        m_open.pop_back();
+        return true;
+    }
+
+    const QByteArray &m_text;
+    const char *const &m_furthest;
+    Json m_result;
+    std::vector<Json *> m_open;
+    QByteArray m_key;
+    const char *m_keyBegin = nullptr;
+    const char *m_tokenEnd; // of the last key, value or bracket
+};
+
+std::string number(double value)
+{
+    const std::string digits = ExactNumber::text(value).toStdString();
+    // Some readers take a number without any of these for a whole number, and "-0" for 0.
+    return digits.find_first_of(".e") == std::string::npos ? digits + ".0" : digits;
+}
+
+std::string quoted(const QByteArray &text)
+{
+    return Parser(text.toStdString()).dump();
+}
+
+bool isStructured(const Json &value)
+{
+    return value.isList() || value.isObject();
+}
+
+bool isPlain(const Json &value)
+{
+    return !isStructured(value) || value.isEmpty();
+}
+
+/// Whether all parts of a list or an object match the predicate.
+template <class Predicate>
+bool allParts(const Json &value, Predicate fits)
+{
+    if (value.isList())
+        return std::all_of(value.items().begin(), value.items().end(), fits);
+    return std::all_of(value.members().begin(), value.members().end(),
+                       [&](const Json::Member &member) { return fits(member.value); });
+}
+
+/// Whether the value is readable on one line: plain values, and in an object also lists and objects of plain values.
+bool isSimple(const Json &value)
+{
+    return allParts(value,
+                    [&](const Json &part) { return isPlain(part) || (value.isObject() && allParts(part, isPlain)); });
+}
+
+class Printer
+{
+public:
+    explicit Printer(bool pretty) : m_pretty(pretty) { }
+
+    void print(const Json &value)
+    {
+        if (isStructured(value))
+            printParts(value, m_pretty && !value.isEmpty() && !(isSimple(value) && fitsOnTheLine(value)));
+        else if (value.isText())
+            m_out += quoted(value.text());
+        else if (value.isReal())
+            m_out += number(value.toNumber<double>());
+        else if (value.isNegative())
+            m_out += std::to_string(value.toNumber<qint64>());
+        else if (value.isWholeNumber())
+            m_out += std::to_string(value.toNumber<quint64>());
+        else
+            m_out += value.isNull() ? "null" : value.toBoolean() ? "true" : "false";
+    }
+
+    std::string takeText() { return std::move(m_out); }
+
+private:
+    static constexpr std::size_t width = 110;
+
+    std::size_t column() const
+    {
+        const std::size_t feed = m_out.rfind('\n');
+        return m_out.size() - (feed == std::string::npos ? 0 : feed + 1);
+    }
+
+    bool fitsOnTheLine(const Json &value) const
+    {
+        Printer flat(true);
+        flat.printParts(value, false);
+        return column() + flat.m_out.size() <= width;
+    }
+
+    void printParts(const Json &value, bool onLinesOfTheirOwn)
+    {
+        bool isFirst = true;
+        const auto beginPart = [&] {
+            if (!isFirst)
+                m_out += m_pretty && !onLinesOfTheirOwn ? ", " : ",";
+            if (onLinesOfTheirOwn)
+                breakLine();
+            isFirst = false;
+        };
+        m_out += value.isObject() ? '{' : '[';
+        ++m_depth;
+        if (value.isObject()) {
+            for (const Json::Member &member : value.members()) {
+                beginPart();
+                m_out += quoted(member.key) + (m_pretty ? ": " : ":");
+                print(member.value);
+            }
+        } else {
+            for (const Json &item : value.items()) {
+                beginPart();
+                print(item);
+            }
+        }
+        --m_depth;
+        if (onLinesOfTheirOwn)
+            breakLine();
+        m_out += value.isObject() ? '}' : ']';
+    }
+
+    void breakLine() { m_out += '\n' + std::string(2 * m_depth, ' '); }
+
+    const bool m_pretty;
+    std::string m_out;
+    std::size_t m_depth = 0;
+};
+
+QByteArray printed(const Json &value, bool pretty)
+{
+    Printer printer(pretty);
+    printer.print(value);
+    return Printable::escaped(QByteArray::fromStdString(printer.takeText()));
+}
+
+} // namespace
+
+Json parse(const QByteArray &utf8)
+{
+    const char *furthest = utf8.constData();
+    Builder builder(utf8, furthest);
+    Parser::sax_parse(TrackingIterator(utf8.constData(), &furthest),
+                      TrackingIterator(utf8.constData() + utf8.size(), &furthest), &builder);
+    builder.refuseNulAfterEnd();
+    return builder.takeResult();
+}
+
+QByteArray pretty(const Json &value)
+{
+    return printed(value, true) + '\n';
+}
+
+QByteArray compact(const Json &value)
+{
+    return printed(value, false);
+}
+
+Json fromString(const QString &text)
+{
+    if (!text.isValidUtf16())
+        throw JsonFailure(QStringLiteral("the text contains an unpaired surrogate, which JSON cannot represent"));
+    return text.toUtf8();
+}
+
+QString toString(const QByteArray &utf8)
+{
+    // Qt does not treat a byte order mark at the beginning as a part of the text; in a JSON string it is one.
+    constexpr int markSize = 3;
+    const char *rest = utf8.constData();
+    QString marks;
+    for (; std::strncmp(rest, byteOrderMark, markSize) == 0; rest += markSize)
+        marks += QChar(QChar::ByteOrderMark);
+    const QString text = QString::fromUtf8(rest, int(utf8.constEnd() - rest));
+    return marks.isEmpty() ? text : marks + text;
+}
+
+QString shortened(const QString &text)
+{
+    return text.size() > mostShown ? text.left(mostShown) + QStringLiteral("...") : text;
+}
+
+} // namespace JsonText

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <stdexcept>
+
+#include <QByteArray>
+#include <QString>
+
+#include "json/Json.h"
+
+/// An error in reading or writing JSON, with its location.
+class JsonFailure : public std::runtime_error
+{
+public:
+    /// An error in a document that is written; within() adds its path as the exception propagates.
+    explicit JsonFailure(const QString &message);
+    /// An error in a text that is read, at a line and a column, both counted from 1.
+    JsonFailure(int line, int column, const QString &message);
+
+    /// Returns the error with the step prefixed to its path.
+    JsonFailure within(const QString &step) const;
+
+    QString message() const { return m_message; }
+    int line() const { return m_line; }
+    int column() const { return m_column; }
+
+    /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
+    QString text(const QString &fileName) const;
+
+private:
+    QString m_path;
+    QString m_message;
+    int m_line = 0;
+    int m_column = 0;
+};
+
+/// JSON as text: UTF-8, strict in both directions.
+namespace JsonText {
+
+/// Returns the value, each part of which knows its place in the text. Throws JsonFailure for anything but JSON, for an
+/// object with a duplicate key, and for nesting or objects larger than any document has, so that processing the result
+/// needs little stack and time.
+Json parse(const QByteArray &utf8);
+
+/// Returns the value indented by two spaces; a list or object of little more than plain values is on one line if it
+/// fits. The text ends with a line feed.
+QByteArray pretty(const Json &value);
+
+/// Returns the value on one line without blanks. Here and in pretty(), characters of texts that are not printable are
+/// `\u` escapes, so the JSON can be shown on a terminal.
+QByteArray compact(const Json &value);
+
+/// A text as a JSON string. Throws JsonFailure for a text that UTF-8 cannot represent.
+Json fromString(const QString &text);
+
+/// The text of a JSON string, unchanged.
+QString toString(const QByteArray &utf8);
+
+/// The beginning of a long text, for messages, whose size must not depend on the size of the document.
+QString shortened(const QString &text);
+
+} // namespace JsonText

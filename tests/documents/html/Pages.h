@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <limits>
+
+#include <tunerdocuments/Html.h>
+
+#include "documents/html/PageTree.h"
+
+/// The problems of a document without a file.
+inline TunerDocuments::Findings findingsOf(const JobXml::TunerProperties &document)
+{
+    TunerDocuments::Findings findings(std::numeric_limits<int>::max());
+    document.VisitProblems(findings.collector());
+    findings.describePaths(document);
+    return findings;
+}
+
+/// The same with the warnings about its values.
+inline TunerDocuments::PageFindings allFindingsOf(const JobXml::TunerProperties &document)
+{
+    TunerDocuments::PageFindings findings(findingsOf(document));
+    TunerDocuments::addValueWarnings(document, std::numeric_limits<int>::max(), findings);
+    return findings;
+}
+
+/// The whole page.
+inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::PageFindings &findings,
+                       const QString &source)
+{
+    QByteArray page;
+    TunerDocuments::html(document, findings, source, [&](const QByteArray &piece) { page += piece; });
+    return page;
+}
+
+inline PageTree pageOf(const JobXml::TunerProperties &document)
+{
+    return PageTree(html(document, allFindingsOf(document), QStringLiteral("file.xml")));
+}
+
+/// The only element that matches; an empty one if there is none, or more.
+inline const PageNode *only(const std::vector<const PageNode *> &nodes)
+{
+    static const PageNode none;
+    return nodes.size() == 1 ? nodes.front() : &none;
+}
+
+/// All elements of a class.
+inline std::vector<const PageNode *> ofClass(const PageTree &page, const char *name)
+{
+    return page.root().all([&](const PageNode &node) { return node.isOfClass(name); });
+}

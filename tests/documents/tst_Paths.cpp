@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+#include <QTest>
+
+#include <tunerdocuments/Document.h>
+#include <tunerdocuments/Path.h>
+
+#include "documents/RandomChanges.h"
+
+using namespace TunerDocuments;
+using JobXml::TunerProperties;
+
+/// Paths as text and back, and what they select.
+class PathsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void pathIsPrintedAsItIsRead_data();
+    void pathIsPrintedAsItIsRead();
+    void quotesAreOnlyWrittenWhereTheyAreRequired();
+    void pathsWithAsterisksArePatterns_data();
+    void pathsWithAsterisksArePatterns();
+    void wrongPatternIsRefused_data();
+    void wrongPatternIsRefused();
+    void patternMatchesInTheOrderOfTheDocument_data();
+    void patternMatchesInTheOrderOfTheDocument();
+    void patternHasNoSingleMember();
+    void listNamesEveryValueThatIsSet();
+    void everyListedPathFindsItsMember();
+    void textsOfStepsArePathsToTheObjects();
+};
+
+namespace {
+
+const TunerProperties &document()
+{
+    static const TunerProperties loaded =
+        Document::fromBytes(
+            R"(<TunerProperties Version="1.1" name="N"><StartupModes><StartupMode>DF</StartupMode></StartupModes>
+           <BandwidthSelection><Name>w</Name></BandwidthSelection>
+           <Component type="A" name="one" optional="true">
+             <Node id="gain"><ValueItem><ValueInt id="i" value="1"/></ValueItem>
+               <ValueItem><ValueString id="unit" value="dB"/></ValueItem></Node>
+             <Node id="mode"><ValueItem><ValueInt id="m" value="2"/></ValueItem></Node></Component>
+           <Component type="A" name="two"><Node id="gain"><ValueItem><ValueInt id="i" value="3"/></ValueItem></Node></Component>
+           <Component type="B" name="two"/></TunerProperties>)",
+            QStringLiteral("d.xml"))
+            .tuner;
+    return loaded;
+}
+
+QStringList matchesOf(const QString &pattern)
+{
+    QStringList paths;
+    const QVector<Paths::Target> targets = Paths::findAll(document(), Path::parse(pattern));
+    for (const Paths::Target &target : targets)
+        paths.append(target.path);
+    return paths;
+}
+
+} // namespace
+
+void PathsTest::pathIsPrintedAsItIsRead_data()
+{
+    QTest::addColumn<QString>("path");
+    for (const char *path : {"name", "Component[1]/name", "Component[type=A,name=two]/Node[id=gain][2]/ValueItem/value",
+                             "Component[*]/Node[id=gain][*]/*", "BandwidthSelection[Name=\"a,b]=\\\"c\\\"\"]",
+                             "Node[id=\"\"]", "Node[id=\"\\u202E\\n\"]"})
+        QTest::newRow(path) << QString::fromUtf8(path);
+}
+
+void PathsTest::pathIsPrintedAsItIsRead()
+{
+    QFETCH(QString, path);
+    const Path parsed = Path::parse(path);
+    const QString printed = parsed.text();
+    QCOMPARE(printed.toLower(), path.toLower()); // codes of characters may have either case
+    QCOMPARE(Path(Path::parse(printed).steps()).text(), printed);
+}
+
+void PathsTest::quotesAreOnlyWrittenWhereTheyAreRequired()
+{
+    QCOMPARE(Path::parse(QStringLiteral("Component[type=\"A\",name=\"a b\"]")).text(),
+             QStringLiteral("Component[type=A,name=a b]"));
+    QCOMPARE(Path::parse(QStringLiteral("Component[name=\" a\"]")).text(), QStringLiteral("Component[name=\" a\"]"));
+    QCOMPARE(Path().text(), QString());
+}
+
+void PathsTest::pathsWithAsterisksArePatterns_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("isPattern");
+    QTest::newRow("items") << QStringLiteral("Component[*]/name") << true;
+    QTest::newRow("members") << QStringLiteral("Component[1]/*") << true;
+    QTest::newRow("text") << QStringLiteral("Component[name=*]/name") << false;
+    QTest::newRow("plain") << QStringLiteral("Component/name") << false;
+}
+
+void PathsTest::pathsWithAsterisksArePatterns()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, isPattern);
+    QCOMPARE(Path::parse(path).isPattern(), isPattern);
+}
+
+void PathsTest::wrongPatternIsRefused_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("why");
+    QTest::newRow("twice") << QStringLiteral("Node[*][*]")
+                           << QStringLiteral("unexpected '*' at character 9 of the path");
+    QTest::newRow("after a position") << QStringLiteral("Node[1][*]")
+                                      << QStringLiteral("unexpected '*' at character 9 of the path");
+    QTest::newRow("before a position") << QStringLiteral("Node[*][1]")
+                                       << QStringLiteral("unexpected second position at character 10 of the path");
+    QTest::newRow("not closed") << QStringLiteral("Node[*")
+                                << QStringLiteral("expected ']' at character 7 of the path");
+}
+
+void PathsTest::wrongPatternIsRefused()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, why);
+    try {
+        Path::parse(path);
+        QFAIL("it was accepted");
+    } catch (const PathFailure &failure) {
+        QCOMPARE(failure.text(), why);
+    }
+}
+
+void PathsTest::patternMatchesInTheOrderOfTheDocument_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QStringList>("matches");
+    const auto row = [](const char *pattern, const QStringList &matches) {
+        QTest::newRow(pattern) << QString::fromUtf8(pattern) << matches;
+    };
+    const QString one = QStringLiteral("Component[type=A,name=one]/");
+    const QString two = QStringLiteral("Component[type=A,name=two]/");
+    row("name", {QStringLiteral("name")});
+    row("quantity", {}); // not set
+    row("Component[*]/optional", {one + QStringLiteral("optional")});
+    row("Component[*]/Node[id=gain]/ValueItem/value",
+        {one + QStringLiteral("Node[id=gain]/ValueItem[id=i]/ValueInt/value"),
+         one + QStringLiteral("Node[id=gain]/ValueItem[id=unit]/ValueString/value"),
+         two + QStringLiteral("Node[id=gain]/ValueItem[id=i]/ValueInt/value")});
+    row("Component[name=two]/Node[*]/ValueItem/ValueInt/value",
+        {two + QStringLiteral("Node[id=gain]/ValueItem[id=i]/ValueInt/value")});
+    row("Component[type=A][2]/name", {two + QStringLiteral("name")});
+    row("Component[*]",
+        {QStringLiteral("Component[type=A,name=one]"), QStringLiteral("Component[type=A,name=two]"),
+         QStringLiteral("Component[type=B,name=two]")});
+    row("Component", {QStringLiteral("Component")});
+    row("*",
+        {QStringLiteral("name"), QStringLiteral("StartupModes"), QStringLiteral("BandwidthSelection"),
+         QStringLiteral("Component")});
+    row("Component[1]/*",
+        {one + QStringLiteral("type"), one + QStringLiteral("name"), one + QStringLiteral("optional"),
+         one + QStringLiteral("Node")});
+    row("*/StartupMode", {QStringLiteral("StartupModes/StartupMode")});
+    row("name/x", {});
+    row("name[1]", {});
+    row("Nothing[*]", {});
+}
+
+void PathsTest::patternMatchesInTheOrderOfTheDocument()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QStringList, matches);
+    QCOMPARE(matchesOf(pattern), matches);
+}
+
+void PathsTest::patternHasNoSingleMember()
+{
+    for (const char *pattern : {"Component[*]/name", "*"}) {
+        try {
+            Paths::find(document(), QString::fromUtf8(pattern));
+            QFAIL("a member was found");
+        } catch (const PathFailure &failure) {
+            QVERIFY2(failure.text().endsWith(QStringLiteral("a pattern does not select a single member")),
+                     qPrintable(failure.text()));
+        }
+    }
+}
+
+void PathsTest::listNamesEveryValueThatIsSet()
+{
+    QStringList paths;
+    Paths::list(document(), [&](const QString &path, const JobXml::MemberView &) { paths.append(path); });
+    const QString one = QStringLiteral("Component[type=A,name=one]/");
+    QCOMPARE(paths.mid(0, 9),
+             (QStringList{QStringLiteral("name"), QStringLiteral("StartupModes/StartupMode"),
+                          QStringLiteral("BandwidthSelection[Name=w]/Name"), one + QStringLiteral("type"),
+                          one + QStringLiteral("name"), one + QStringLiteral("optional"),
+                          one + QStringLiteral("Node[id=gain]/id"),
+                          one + QStringLiteral("Node[id=gain]/ValueItem[id=i]/ChoiceValueItem"),
+                          one + QStringLiteral("Node[id=gain]/ValueItem[id=i]/ValueInt/id")}));
+    QCOMPARE(paths.size(), 25);
+}
+
+void PathsTest::everyListedPathFindsItsMember()
+{
+    int found = 0;
+    for (int seed = 0; seed < 60; ++seed) {
+        const TunerProperties random = randomDocument(seed, seed % 7);
+        Paths::list(random, [&](const QString &path, const JobXml::MemberView &member) {
+            const Paths::Target target = Paths::find(random, path);
+            QCOMPARE(target.path, path);
+            QCOMPARE(target.member.GetName(), member.GetName());
+            QCOMPARE(target.member.GetValue().isValid(), member.GetValue().isValid());
+            const QVector<Paths::Target> all = Paths::findAll(random, Path::parse(path));
+            QCOMPARE(all.size(), 1);
+            QCOMPARE(all.first().path, path);
+            ++found;
+        });
+    }
+    QVERIFY2(found > 1000, qPrintable(QString::number(found)));
+}
+
+void PathsTest::textsOfStepsArePathsToTheObjects()
+{
+    Paths::Texts texts(document());
+    QCOMPARE(texts.of({}), QStringLiteral(""));
+    QCOMPARE(texts.of({{QStringLiteral("Component"), 0}, {QStringLiteral("Node"), 1}}),
+             QStringLiteral("Component[type=A,name=one]/Node[id=mode]"));
+    QCOMPARE(texts.of({{QStringLiteral("Component"), 1}, {QStringLiteral("Node"), 0}}),
+             QStringLiteral("Component[type=A,name=two]/Node[id=gain]"));
+    QCOMPARE(texts.of({{QStringLiteral("Component"), 2}, {QStringLiteral("Node"), 7}}),
+             QStringLiteral("Component[type=B,name=two]"));
+    QCOMPARE(texts.of({{QStringLiteral("StartupModes"), -1}}), QStringLiteral("StartupModes"));
+}
+
+TEST_SUITE(PathsTest)
+#include "tst_Paths.moc"

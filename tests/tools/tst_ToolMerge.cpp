@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include <QRegularExpression>
+
+#include "Skip.h"
+#include "tools/Tool.h"
+
+/// Three documents become one, also within git.
+class ToolMergeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void changesOfBothSidesAreWrittenToOurs();
+    void outputOptionWritesAnotherFile();
+    void outputThatEqualsOursHasItsBytes();
+    void conflictsAreListedByPath();
+    void emptyBaseIsADocumentWithoutData();
+    void unreadableFileLeavesOursUnchanged();
+    void gitMergesAndShowsDocumentsByTheManual();
+
+private:
+    void writeJson(const char *name, const QByteArray &members)
+    {
+        m_workshop->write(QString::fromUtf8(name), R"({"TunerProperties": {"Version": "1.1", )" + members + "}}");
+    }
+    QString run(const char *arguments, const QByteArray &input = {})
+    {
+        const Run run = m_workshop->run(line(arguments), input);
+        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
+    }
+
+    std::unique_ptr<Workshop> m_workshop;
+};
+
+void ToolMergeTest::init()
+{
+    m_workshop = std::make_unique<Workshop>();
+}
+
+void ToolMergeTest::changesOfBothSidesAreWrittenToOurs()
+{
+    m_workshop->write(QStringLiteral("base.xml"), smallXml);
+    m_workshop->write(QStringLiteral("ours.xml"), QByteArray(smallXml).replace("value=\"7\"", "value=\"8\""));
+    m_workshop->write(QStringLiteral("theirs.xml"),
+                      QByteArray(smallXml).replace("baseresource=\"b\"", "baseresource=\"c\""));
+    QCOMPARE(run("convert theirs.xml theirs.tpb"), QStringLiteral("0\n")); // the forms may differ
+    QCOMPARE(run("merge base.xml ours.xml theirs.tpb"), QStringLiteral("0\n"));
+    QCOMPARE(
+        m_workshop->read(QStringLiteral("ours.xml")),
+        QByteArray(smallXml).replace("value=\"7\"", "value=\"8\"").replace("baseresource=\"b\"", "baseresource=\"c\""));
+    QCOMPARE(m_workshop->read(QStringLiteral("base.xml")), QByteArray(smallXml));
+}
+
+void ToolMergeTest::outputOptionWritesAnotherFile()
+{
+    writeJson("base.json", R"("quantity": 1)");
+    writeJson("ours.json", R"("quantity": 2)");
+    writeJson("theirs.json", R"("quantity": 1, "name": "x")");
+    const QByteArray before = m_workshop->read(QStringLiteral("ours.json"));
+    QCOMPARE(run("merge -o merged.json base.json ours.json theirs.json"), QStringLiteral("0\n"));
+    QCOMPARE(run("get merged.json name"), QStringLiteral("0\nx\n"));
+    const Run stream = m_workshop->run(line("merge --output - base.json ours.json theirs.json"));
+    QCOMPARE(stream.bytes, m_workshop->read(QStringLiteral("merged.json")));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.json")), before);
+}
+
+void ToolMergeTest::outputThatEqualsOursHasItsBytes()
+{
+    const QByteArray ours = QByteArray(smallXml).replace("<Node", "<!-- comment -->\r\n<Node");
+    m_workshop->write(QStringLiteral("base.xml"), smallXml);
+    m_workshop->write(QStringLiteral("ours.xml"), ours);
+    QCOMPARE(run("merge base.xml ours.xml base.xml"), QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")), ours);
+    QCOMPARE(run("merge -o merged.xml base.xml ours.xml base.xml"), QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("merged.xml")), ours);
+}
+
+void ToolMergeTest::conflictsAreListedByPath()
+{
+    writeJson("base.json", R"("quantity": 1, "BandwidthSelection": [{"Name": "w", "MaxBandwidth": 1.0}])");
+    writeJson("ours.json", R"("quantity": 2, "BandwidthSelection": [])");
+    writeJson("theirs.json",
+              R"("quantity": 3, "name": "x", "BandwidthSelection": [{"Name": "w", "MaxBandwidth": 2.0}])");
+    QCOMPARE(
+        run("merge base.json ours.json theirs.json"),
+        QStringLiteral("1\n"
+                       "tunerproperties: ours.json: conflict: quantity: changed on both sides: 2 in ours, 3 in "
+                       "theirs, 1 in the base\n"
+                       "tunerproperties: ours.json: conflict: BandwidthSelection[Name=w]: removed in ours, changed "
+                       "in theirs: Name \"w\", MaxBandwidth 2 in theirs, Name \"w\", MaxBandwidth 1 in the base\n"));
+    QCOMPARE(run("get ours.json name"), QStringLiteral("0\nx\n"));
+    QCOMPARE(run("get ours.json quantity"), QStringLiteral("0\n2\n"));
+}
+
+void ToolMergeTest::emptyBaseIsADocumentWithoutData()
+{
+    m_workshop->write(QStringLiteral("base"), "");
+    writeJson("ours.json", R"("quantity": 2)");
+    writeJson("theirs.json", R"("name": "x")");
+    QCOMPARE(run("merge base ours.json theirs.json"), QStringLiteral("0\n"));
+    QCOMPARE(run("get ours.json name"), QStringLiteral("0\nx\n"));
+    QCOMPARE(run("get ours.json quantity"), QStringLiteral("0\n2\n"));
+}
+
+void ToolMergeTest::unreadableFileLeavesOursUnchanged()
+{
+    writeJson("base.json", R"("quantity": 1)");
+    writeJson("ours.json", R"("quantity": 2)");
+    m_workshop->write(QStringLiteral("theirs.json"), "{");
+    const QByteArray before = m_workshop->read(QStringLiteral("ours.json"));
+    QVERIFY(run("merge base.json ours.json theirs.json")
+                .startsWith(QLatin1String("3\ntunerproperties: theirs.json:1:2: ")));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.json")), before);
+    QCOMPARE(m_workshop->run(line("merge base.json ours.json")).status, 2);
+    QCOMPARE(m_workshop->run(line("merge - - ours.json")).status, 2);
+}
+
+namespace {
+
+/// The blocks of commands of the manual's page.
+QStringList commandsIn(const QString &page)
+{
+    QFile file(page);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QString text = QString::fromUtf8(file.readAll());
+    static const QRegularExpression block(QStringLiteral("```sh\n(.*?)```"),
+                                          QRegularExpression::DotMatchesEverythingOption);
+    QStringList blocks;
+    for (auto found = block.globalMatch(text); found.hasNext();)
+        blocks.append(found.next().captured(1));
+    return blocks;
+}
+
+} // namespace
+
+// A repository is set up by the blocks of the manual. Two branches change one file, first different values, then the
+// same one.
+void ToolMergeTest::gitMergesAndShowsDocumentsByTheManual()
+{
+    if (QByteArray(GIT_PROGRAM).isEmpty())
+        SKIP("git is not installed");
+    const QStringList blocks = commandsIn(QStringLiteral(GIT_PAGE));
+    QCOMPARE(blocks.size(), 2);
+    m_workshop->setEnvironment(QStringLiteral("HOME"), m_workshop->path(QStringLiteral(".")));
+    m_workshop->setEnvironment(QStringLiteral("GIT_CONFIG_NOSYSTEM"), QStringLiteral("1"));
+    m_workshop->setEnvironment(QStringLiteral("LC_ALL"), QStringLiteral("C"));
+    for (const char *name : {"AUTHOR_NAME", "COMMITTER_NAME", "AUTHOR_EMAIL", "COMMITTER_EMAIL"})
+        m_workshop->setEnvironment(QStringLiteral("GIT_") + QLatin1String(name), QStringLiteral("t"));
+    const auto shell = [&](const QString &commands) {
+        const Run run = m_workshop->shell(QStringLiteral("set -e; PATH=\"$(dirname \"$tool\"):$PATH\"; cd repository; ")
+                                          + commands);
+        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
+    };
+    QDir(m_workshop->path(QStringLiteral("."))).mkdir(QStringLiteral("repository"));
+    QVERIFY(shell(QStringLiteral("git init -q -b main .")).startsWith(QLatin1String("0\n")));
+    for (const QString &block : blocks)
+        QCOMPARE(shell(block), QStringLiteral("0\n"));
+
+    // Different values on the same line, which git alone cannot merge.
+    QCOMPARE(shell(QStringLiteral("cp %1 r.xml; git add -A; git commit -q -m first; git branch other")
+                       .arg(examplePath(QStringLiteral("receiver")))),
+             QStringLiteral("0\n"));
+    QCOMPARE(shell(QStringLiteral("tunerproperties set r.xml quantity 3; git commit -q -a -m three")),
+             QStringLiteral("0\n"));
+    QCOMPARE(shell(QStringLiteral(
+                 "git checkout -q other; tunerproperties set r.xml name Changed; git commit -q -a -m name")),
+             QStringLiteral("0\n"));
+    const QString merged = shell(QStringLiteral("git merge -q main -m merged"));
+    QVERIFY2(merged.startsWith(QLatin1String("0\n")), qPrintable(merged));
+    QCOMPARE(shell(QStringLiteral("tunerproperties get r.xml quantity; tunerproperties get r.xml name")),
+             QStringLiteral("0\n3\nChanged\n"));
+
+    // The same attribute: a conflict, with the value of ours in the file.
+    QCOMPARE(shell(QStringLiteral("tunerproperties set r.xml quantity 4; git commit -q -a -m four")),
+             QStringLiteral("0\n"));
+    QCOMPARE(
+        shell(QStringLiteral("git checkout -q main; tunerproperties set r.xml quantity 5; git commit -q -a -m five")),
+        QStringLiteral("0\n"));
+    const QString conflicting = shell(QStringLiteral("git merge other"));
+    QVERIFY2(conflicting.startsWith(QLatin1String("1\n")), qPrintable(conflicting));
+    QVERIFY2(
+        conflicting.contains(QLatin1String("conflict: quantity: changed on both sides: 5 in ours, 4 in theirs, 3 in "
+                                           "the base\n")),
+        qPrintable(conflicting));
+    QVERIFY2(conflicting.contains(QLatin1String("Merge conflict in r.xml")), qPrintable(conflicting));
+    QCOMPARE(shell(QStringLiteral("tunerproperties get r.xml quantity; git merge --abort")), QStringLiteral("0\n5\n"));
+
+    // git diff compares the trees of two documents.
+    const QString diff = shell(QStringLiteral("git diff HEAD~1 HEAD"));
+    QVERIFY2(diff.contains(QLatin1String("\n-  quantity: 3\n+  quantity: 5\n")), qPrintable(diff));
+    QVERIFY2(!diff.contains(QLatin1String("<TunerProperties")), qPrintable(diff));
+}
+
+TEST_SUITE(ToolMergeTest)
+#include "tst_ToolMerge.moc"

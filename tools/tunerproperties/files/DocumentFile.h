@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <tunerdocuments/Document.h>
+
+#include "files/Input.h"
+
+/// Loads the document of a file, as TunerDocuments::Document does. Throws FileFailure if there is no document in it, if
+/// that expands too far, or if the file changes meanwhile.
+TunerDocuments::Document loadDocument(Input &input, TunerDocuments::LoadOptions options = {},
+                                      const JobXml::ProblemVisitor &visitor = {});
+
+/// A document and the file that it was read from. It is read once, without validating, and does not validate.
+struct DocumentFile
+{
+    /// Opens the file and loads the document. Throws FileFailure.
+    DocumentFile(const FileName &name, const TunerDocuments::LoadOptions &options,
+                 const JobXml::ProblemVisitor &visitor = {}, FileKinds kinds = FileKinds::All);
+
+    Input input;
+    TunerDocuments::Document document;
+};
