@@ -13,6 +13,7 @@
 #include <reportbase/Environment.h>
 #include <reportbase/RepresentationSplitter.h>
 #include <reportbase/SaveFile.h>
+#include <reportbase/XmlMarkup.h>
 #include <tavikappstartup/TranslationCenter.h>
 
 namespace {
@@ -66,6 +67,7 @@ private Q_SLOTS:
     void representationsAreReadWithinLimits();
     void sizeOfARepresentationIsKnownFromItsFirstBytes();
     void streamIsSplitIntoRepresentations();
+    void placesOfElementsAreFound();
 };
 
 void BaseSnippets::loadingAndSavingReportErrors()
@@ -188,6 +190,23 @@ void BaseSnippets::streamIsSplitIntoRepresentations()
     QVERIFY(values.first() == on);
     QCOMPARE(splitter.GetPendingSize(), 10);
     QVERIFY(splitter.GetErrorString().isNull());
+}
+
+void BaseSnippets::placesOfElementsAreFound()
+{
+    const QByteArray document = "<Tuner>\n  <!-- IF -->\n  <Node id='gain'/>\n</Tuner>";
+    QStringList places;
+    //! [XmlMarkup]
+    const REPORTGENERATOR::XmlMarkup markup(document); // a document that was read
+    for (const auto &element : markup.elements()) {
+        const int id = markup.findAttribute(element, QLatin1String("id"));
+        if (id >= 0) {
+            const auto value = markup.attributes().at(id).value; // the bytes between the quotes
+            places.append(QStringLiteral("%1 %2-%3").arg(markup.localName(element)).arg(value.begin).arg(value.end));
+        }
+    }
+    //! [XmlMarkup]
+    QCOMPARE(places, QStringList{QStringLiteral("Node 34-38")});
 }
 
 TEST_SUITE(BaseSnippets)

@@ -61,12 +61,12 @@ private Q_SLOTS:
         TunerProperties theirs = withQuantity(3);
         theirs.Setname(QStringLiteral("theirs"));
         QStringList conflicts;
-        //! [merge]
+        //! [MergeResult]
         const MergeResult result =
             merge(base, ours, theirs); // result.document has the values of ours where they conflict
         for (const MergeConflict &conflict : result.conflicts)
             conflicts.append(conflict.text()); // "quantity: changed on both sides: ..."
-        //! [merge]
+        //! [MergeResult]
         QCOMPARE(conflicts,
                  QStringList{QStringLiteral("quantity: changed on both sides: 2 in ours, 3 in theirs, 1 in the base")});
         QCOMPARE(result.document.Getquantity(), 2);

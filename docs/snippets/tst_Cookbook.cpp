@@ -156,7 +156,7 @@ QStringList readUntrusted(const QString &path, JobXml::TunerProperties &result)
 }
 //! [hostile]
 
-//! [merge]
+//! [merge_objects]
 /// Sets members that are missing in the document to the defaults.
 JobXml::TunerProperties withDefaults(const JobXml::TunerProperties &document, const JobXml::TunerProperties &defaults)
 {
@@ -166,7 +166,7 @@ JobXml::TunerProperties withDefaults(const JobXml::TunerProperties &document, co
     Q_ASSERT(isOfOneClass); // only objects of another class are refused
     return merged;
 }
-//! [merge]
+//! [merge_objects]
 
 QString exampleFile(const char *name)
 {

@@ -9,6 +9,7 @@
 #include <tunerdocuments/Diff.h>
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/DocumentError.h>
+#include <tunerdocuments/Editor.h>
 #include <tunerdocuments/Finding.h>
 #include <tunerdocuments/Form.h>
 #include <tunerdocuments/Html.h>
@@ -48,6 +49,18 @@ QStringList problemsOf(const QString &path)
 }
 //! [Findings]
 
+//! [Editor]
+/// Changes two values of a document in memory. In XML and JSON, everything else keeps its bytes, comments included.
+QByteArray withGain(const QByteArray &bytes, const QString &gain)
+{
+    const QString name = QStringLiteral("receiver.xml"); // in messages
+    Editor editor(Document::fromBytes(bytes, name), bytes, name);
+    editor.set(QStringLiteral("Component[name=front end]/Node[id=gain]/ValueItem/value"), gain);
+    editor.set(QStringLiteral("quantity"), QStringLiteral("2"));
+    return editor.toBytes();
+}
+//! [Editor]
+
 QString example(const char *name)
 {
     return QStringLiteral(EXAMPLES_DIR "/") + QLatin1String(name);
@@ -70,6 +83,7 @@ class DocumentSnippets : public QObject
 private Q_SLOTS:
     void anyFormIsConvertedToXml();
     void anErrorHasItsTextAndTheNameOfTheDocument();
+    void valuesAreChangedInPlace();
     void problemsHavePathsOrPlaces();
     void formIsThatOfTheContentOrTheName();
     void memberIsFoundAndChangedByItsPath();
@@ -255,6 +269,15 @@ void DocumentSnippets::membersHaveTheDocumentationOfTheSchema()
     //! [Annotations]
     QVERIFY(Schema::text().contains(about.left(20).toUtf8()));
     QVERIFY(!about.isEmpty());
+}
+
+void DocumentSnippets::valuesAreChangedInPlace()
+{
+    const QByteArray xml = "<TunerProperties Version='1.1' quantity='1'>\n  <Component name='front end'><!-- IF -->\n"
+                           "    <Node id='gain'><ValueItem><ValueInt id='g' value='5'/></ValueItem></Node>\n"
+                           "  </Component>\n</TunerProperties>";
+    QCOMPARE(withGain(xml, QStringLiteral("7")),
+             QByteArray(xml).replace("value='5'", "value='7'").replace("quantity='1'", "quantity='2'"));
 }
 
 TEST_SUITE(DocumentSnippets)

@@ -67,8 +67,8 @@ struct TUNERDOCUMENTS_EXPORT Loss
 /// are not looked for.
 ///
 /// Loading throws DocumentError if there is no document that can be read: a file that cannot be opened or read, an
-/// unknown form, malformed XML or JSON, records whose lengths do not add up, a document that expands too far. JSON that is
-/// not a document throws InvalidContent.
+/// unknown form, malformed XML or JSON, records whose lengths do not add up, a document that expands too far. JSON that
+/// is not a document throws InvalidContent.
 class TUNERDOCUMENTS_EXPORT Document
 {
 public:

@@ -14,14 +14,14 @@ namespace TunerDocuments {
 
 /// Changes a document that was loaded, and keeps everything else of it.
 ///
-/// XML and JSON are edited in place: only the bytes of the values concerned change. Comments, layout, order, encoding, line ends,
-/// numbers with more decimals than the library writes, and everything that the model does not have stay, byte for byte.
-/// What was edited is read again and compared with the description.
+/// XML and JSON are edited in place: only the bytes of the values concerned change. Comments, layout, order, encoding,
+/// line ends, numbers with more decimals than the library writes, and everything that the model does not have stay,
+/// byte for byte. What was edited is read again and compared with the description.
 ///
 /// The other forms are written anew. losses() lists what would then change besides.
 ///
-/// An operation that throws PathFailure, TypedValue::Mismatch or ReportException changes nothing. DocumentError means that
-/// the text has no place for the change; the editor is of no further use then.
+/// An operation that throws PathFailure, TypedValue::Mismatch or ReportException changes nothing. DocumentError means
+/// that the text has no place for the change; the editor is of no further use then.
 class TUNERDOCUMENTS_EXPORT Editor
 {
 public:

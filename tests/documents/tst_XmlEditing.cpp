@@ -12,6 +12,7 @@
 #include "documents/RandomChanges.h"
 #include "documents/RandomEdits.h"
 #include "documents/json/JsonForm.h"
+#include "documents/xml/XmlEditor.h"
 #include "framework/XmlSpellings.h"
 
 using namespace TunerDocuments;
@@ -42,6 +43,9 @@ private Q_SLOTS:
     void unchangedDocumentKeepsItsBytes();
     void documentWithinItselfIsNotEdited();
     void characterThatXmlLacksIsRefused();
+    void newItemHasTheIndentationOfItsNeighbors();
+    void removedItemTakesItsLineAlong();
+    void movedItemKeepsItsBytes();
     void randomEditsChangeNothingElse();
     void randomEditsOfOddDocumentsReadAsTheDescription();
 
@@ -387,6 +391,69 @@ void XmlEditingTest::characterThatXmlLacksIsRefused()
         QCOMPARE(error.text(),
                  QStringLiteral("d.xml: cannot edit the document in place: XML cannot carry the character U+0001"));
     }
+}
+
+namespace {
+
+const QByteArray threeBandwidths =
+    "<TunerProperties Version='1.1'>\n\t<!-- first -->\n\t<BandwidthSelection><Name>a</Name>"
+    "</BandwidthSelection>\n\t<BandwidthSelection><Name>b</Name></BandwidthSelection>\n"
+    "\t<!-- last -->\n\t<BandwidthSelection>\n\t\t<Name>c</Name>\n\t</BandwidthSelection>\n"
+    "</TunerProperties>";
+const QString bandwidths = QStringLiteral("BandwidthSelection");
+
+} // namespace
+
+void XmlEditingTest::newItemHasTheIndentationOfItsNeighbors()
+{
+    TunerProperties tuner = Document::fromBytes(threeBandwidths, name).tuner;
+    XmlEditor editor(threeBandwidths, tuner);
+    JobXml::BandwidthSelection added;
+    added.SetValidate(false);
+    added.SetName(QStringLiteral("<x>"));
+    added.SetMaxBandwidth(0.125);
+    tuner.GetBandwidthSelection().insert(1, added);
+    editor.insertItem({}, bandwidths, 1);
+    const QByteArray after =
+        QByteArray(threeBandwidths)
+            .replace("<Name>a</Name></BandwidthSelection>\n",
+                     "<Name>a</Name></BandwidthSelection>\n\t<BandwidthSelection>\n\t\t<Name>&lt;x&gt;"
+                     "</Name>\n\t\t<MaxBandwidth>0.125</MaxBandwidth>\n\t</BandwidthSelection>\n");
+    QCOMPARE(editor.document(), after);
+    QCOMPARE(editor.wholeMismatchOf({{bandwidths, 1}}), QString());
+    QCOMPARE(editor.itemCount({}, bandwidths), 4);
+    tuner.GetBandwidthSelection().prepend(added);
+    editor.insertItem({}, bandwidths, 0, "<BandwidthSelection/>");
+    QCOMPARE(editor.document(),
+             QByteArray(after).replace("\t<BandwidthSelection><Name>a<",
+                                       "\t<BandwidthSelection/>\n\t<BandwidthSelection><Name>a<"));
+    QCOMPARE(editor.wholeMismatchOf({{bandwidths, 0}}), QStringLiteral("Name: \"<x>\" would be read as (not set)"));
+}
+
+void XmlEditingTest::removedItemTakesItsLineAlong()
+{
+    TunerProperties tuner = Document::fromBytes(threeBandwidths, name).tuner;
+    XmlEditor editor(threeBandwidths, tuner);
+    tuner.GetBandwidthSelection().removeAt(1);
+    editor.removeItem({}, bandwidths, 1);
+    QCOMPARE(editor.document(),
+             QByteArray(threeBandwidths).replace("\t<BandwidthSelection><Name>b</Name></BandwidthSelection>\n", ""));
+    QCOMPARE(editor.itemCount({}, bandwidths), 2);
+}
+
+void XmlEditingTest::movedItemKeepsItsBytes()
+{
+    TunerProperties tuner = Document::fromBytes(threeBandwidths, name).tuner;
+    XmlEditor editor(threeBandwidths, tuner);
+    tuner.GetBandwidthSelection().move(2, 0);
+    editor.moveItem({}, bandwidths, 2, 0);
+    const QByteArray last = "<BandwidthSelection>\n\t\t<Name>c</Name>\n\t</BandwidthSelection>\n";
+    QCOMPARE(editor.document(),
+             QByteArray(threeBandwidths)
+                 .replace('\t' + last, "")
+                 .replace("\t<BandwidthSelection><Name>a<", '\t' + last + "\t<BandwidthSelection><Name>a<"));
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(editor.wholeMismatchOf({{bandwidths, i}}), QString());
 }
 
 namespace {

@@ -247,20 +247,19 @@ void ToolBatchTest::jsonLineDescribesTheConversion()
         m_workshop->run(line("convert --json --to tagged --out-dir out good.xml bad.xml cut.xml blocked.xml"));
     QCOMPARE(
         run.out,
-        text(
-            R"({"file":"good.xml","output":"out/good.tpb","status":"converted","problems":[],"problemCount":0,)"
-            R"("losses":[],"lossCount":0,"error":null})"
-            "\n"
-            R"({"file":"bad.xml","output":"out/bad.tpb","status":"problems","problems":[{"path":"","line":null,)"
-            R"("column":null,"message":"TunerProperties: Please set type properly."}],"problemCount":1,)"
-            R"("losses":[],"lossCount":0,"error":null})"
-            "\n"
-            R"({"file":"cut.xml","output":"out/cut.tpb","status":"unreadable","problems":[],"problemCount":0,)"
-            R"("losses":[],"lossCount":0,"error":"cut.xml:1:17: Premature end of document."})"
-            "\n"
-            R"({"file":"blocked.xml","output":"out/blocked.tpb","status":"unwritable","problems":[],"problemCount":0,)"
-            R"("losses":[],"lossCount":0,"error":"out/blocked.tpb: cannot write: Filename refers to a directory"})"
-            "\n"));
+        text(R"({"file":"good.xml","output":"out/good.tpb","status":"converted","problems":[],"problemCount":0,)"
+             R"("losses":[],"lossCount":0,"error":null})"
+             "\n"
+             R"({"file":"bad.xml","output":"out/bad.tpb","status":"problems","problems":[{"path":"","line":null,)"
+             R"("column":null,"message":"TunerProperties: Please set type properly."}],"problemCount":1,)"
+             R"("losses":[],"lossCount":0,"error":null})"
+             "\n"
+             R"({"file":"cut.xml","output":"out/cut.tpb","status":"unreadable","problems":[],"problemCount":0,)"
+             R"("losses":[],"lossCount":0,"error":"cut.xml:1:17: Premature end of document."})"
+             "\n"
+             R"({"file":"blocked.xml","output":"out/blocked.tpb","status":"unwritable","problems":[],"problemCount":0,)"
+             R"("losses":[],"lossCount":0,"error":"out/blocked.tpb: cannot write: Filename refers to a directory"})"
+             "\n"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 3);
 }

@@ -506,8 +506,7 @@ void ToolGetSetTest::newProblemsPreventTheChange()
     QCOMPARE(m_workshop->run(line("set --no-validate --unset small.xml Component/type")).err, QString());
     QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), QByteArray(smallXml).replace("type=\"t\" ", ""));
     const Run choice = m_workshop->run(line("set small.xml Component/Node/ValueItem/ChoiceValueItem ValueFloat"));
-    const QString where =
-        QStringLiteral("tunerproperties: small.xml: Component[1]/Node[id=n]/ValueItem[1]");
+    const QString where = QStringLiteral("tunerproperties: small.xml: Component[1]/Node[id=n]/ValueItem[1]");
     QCOMPARE(
         choice.err,
         where

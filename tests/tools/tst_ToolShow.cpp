@@ -273,9 +273,10 @@ void ToolShowTest::objectsThatAreNotSetAreShownIfTheyHaveData()
     const Run run = Workshop().run(line("show -"),
                                    R"({"TunerProperties": {"Version": "1.1",
         "unset": {"StartupModes": {"StartupMode": ["DF"]}, "BandwidthSelection": [{"Name": "w"}]}}})");
-    QVERIFY2(run.out.contains(QStringLiteral("  StartupModes (not set): StartupMode [\"DF\"]\n"
-                                             "  BandwidthSelection 1 (not set): Name \"w\", MaxBandwidth 0 (not set)\n")),
-             qPrintable(run.out));
+    QVERIFY2(
+        run.out.contains(QStringLiteral("  StartupModes (not set): StartupMode [\"DF\"]\n"
+                                        "  BandwidthSelection 1 (not set): Name \"w\", MaxBandwidth 0 (not set)\n")),
+        qPrintable(run.out));
 }
 
 TEST_SUITE(ToolShowTest)

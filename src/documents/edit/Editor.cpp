@@ -66,7 +66,7 @@ bool isSameStep(const Step &left, const Step &right)
 
 } // namespace
 
-class Editor::Private
+class Q_DECL_HIDDEN Editor::Private
 {
 public:
     Private(Document &&document, const QByteArray &bytes, QString name)

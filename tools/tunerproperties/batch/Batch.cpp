@@ -59,7 +59,6 @@ struct Batch::Result
 
 namespace {
 
-
 Json textOrNull(const QString &text)
 {
     return text.isNull() ? Json() : Json(text.toUtf8());
