@@ -85,7 +85,7 @@ def pages():
     return {name for folder in folders for name in os.listdir(folder) if name in PAGES or folder.endswith("pages")}
 
 
-PAGES = ["changes.md", "formats.md", "git.md", "json.md", "model.md", "paths.md"]
+PAGES = ["changes.md", "formats.md", "git.md", "json.md", "model.md", "page.md", "paths.md"]
 
 
 def page(path, lines):

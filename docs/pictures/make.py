@@ -31,7 +31,7 @@ def main():
     browser = Browser()
     try:
         browser.open(EXAMPLES / "receiver.xml", width=1200, height=1500)
-        browser.script("document.querySelectorAll('.card')[1].open = true")
+        browser.script("document.querySelectorAll('.card').forEach((card, i) => { card.open = i === 3; })")  # numbers
         browser.settle()
         browser.screenshot("receiver.png", height=1500)
 

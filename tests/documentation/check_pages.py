@@ -70,7 +70,7 @@ def check_snippets(path):
 
 pages = sorted(glob.glob(os.path.join(TOP, "docs", "pages", "*.md")))
 pages += [os.path.join(TOP, "docs", name) for name in ("changes.md", "formats.md", "git.md", "json.md", "lint.md",
-                                                      "model.md", "paths.md")]
+                                                      "model.md", "page.md", "paths.md")]
 headers = sorted(glob.glob(os.path.join(TOP, "include", "*", "*.h")))
 settings = read(os.path.join(TOP, "docs", "Doxyfile.in"))
 for page in ("SECURITY.md", os.path.join("docs", "RELIABILITY.md")):  # not in the manual

@@ -48,7 +48,7 @@ LAYERS = [
     Layer("src/documents/compare",
           ["include/jobxml", "include/tunerdocuments", "src/text", "src/json", "src/documents/json"]),
     Layer("src/documents/show", ["include/jobxml", "include/tunerdocuments", "src/text"]),
-    Layer("src/documents/html", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/html", ["include/jobxml", "include/tunerdocuments", "src/text", "src/documents/paths"]),
     Layer("src/documents/schema", ["include/jobxml", "include/tunerdocuments", "src/text"]),
     # The tool knows the libraries by their public headers alone; it shares the functions for texts and JSON with them.
     Layer(f"{TOOL}/console", ["include/tunerdocuments/DocumentError.h", "src/text"]),

@@ -12,6 +12,7 @@ private Q_SLOTS:
     void everyFormProducesTheSamePage();
     void thePageIsNamedAfterItsDocument();
     void theProblemsOfTheFileAreShown();
+    void theWarningsOfTheFileAreShownAndCounted();
     void treeIsTheDefaultFormat();
 };
 
@@ -81,7 +82,30 @@ void ToolHtmlTest::theProblemsOfTheFileAreShown()
              (QStringList{QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'.line 2, column 1"),
                           QStringLiteral("Component: Please set Node properly.Component[type=t,name=n]"),
                           QStringLiteral("TunerProperties: Please set baseresource properly.")}));
-    QCOMPARE(textsOf(run.bytes, "a"), QStringList{QStringLiteral("Component: Please set Node properly.")});
+    QCOMPARE(textsOf(run.bytes, "a"),
+             (QStringList{QStringLiteral("Component: Please set Node properly."),
+                          QStringLiteral("TunerProperties: Please set baseresource properly.")}));
+}
+
+void ToolHtmlTest::theWarningsOfTheFileAreShownAndCounted()
+{
+    const QByteArray item =
+        "<ValueItem><ValueNumericInt id=\"level\" value=\"8\" min=\"0\" max=\"7\" step=\"1\"/></ValueItem>";
+    const QByteArray xml = "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\">"
+                           "<Component type=\"t\" name=\"n\" optional=\"true\"><Node id=\"i\">"
+        + item + item + "</Node></Component></TunerProperties>";
+    const Run run = Workshop().run(line("show --format html -"), xml);
+    QCOMPARE(run.status, 0);
+    QCOMPARE(textsOf(run.bytes, "h2").first(), QStringLiteral("No problems, 2 warnings"));
+    const QString path = QStringLiteral("Component[type=t,name=n]/Node[id=i]/ValueItem[id=level][%1]/ValueNumericInt");
+    QCOMPARE(textsOf(run.bytes, "li"),
+             (QStringList{QStringLiteral("value is above max value-out-of-range") + path.arg(1),
+                          QStringLiteral("value is above max value-out-of-range") + path.arg(2)}));
+    // As many as the option says, and the number of all.
+    const Run one = Workshop().run(line("show --format html --max-problems 1 -"), xml);
+    QCOMPARE(textsOf(one.bytes, "h2").first(), QStringLiteral("No problems, 2 warnings"));
+    QCOMPARE(textsOf(one.bytes, "li"),
+             QStringList{QStringLiteral("value is above max value-out-of-range") + path.arg(1)});
 }
 
 void ToolHtmlTest::treeIsTheDefaultFormat()

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 
+#include "documents/html/Anchor.h"
 #include "documents/html/Axis.h"
 #include "documents/html/Values.h"
+#include "documents/paths/ItemSteps.h"
 
 using JobXml::DataObject;
 using JobXml::MemberKind;
@@ -17,8 +19,12 @@ namespace {
 /// In a document with more nodes, all components but the first are closed.
 constexpr int mostNodesOpen = 24;
 
-/// With more nodes, laying out only the visible ones saves time.
+/// With more nodes or components, laying out only the visible ones saves time.
 constexpr int mostNodesLaidOut = 500;
+
+/// Long lists are in groups, of which the browser lays out those on the screen: a few hundred groups are less to
+/// arrange than thousands of nodes. A multiple of all numbers of columns, so that only the last group has a gap.
+constexpr int groupSize = 48;
 
 bool isObjectOrEmptyList(const MemberView &member)
 {
@@ -93,13 +99,12 @@ void Content::showHeader()
     if (m_kind) {
         const Tag line(m_out, "p");
         const bool isNamed = !textOf(&*m_kind).isEmpty();
-        objects.named(*m_kind, isNamed ? Objects::Name::Unseen : Objects::Name::Seen, "span",
-                      isNamed ? "badge" : "member");
+        objects.named(*m_kind, isNamed ? Objects::Name::Omitted : Objects::Name::Seen, {}, isNamed ? "badge" : nullptr);
     }
     {
         const Tag heading(m_out, "h1");
         if (hasName())
-            objects.named(*m_name, Objects::Name::Unseen);
+            objects.named(*m_name, Objects::Name::Omitted);
         else
             showText(m_out, m_source);
     }
@@ -118,6 +123,11 @@ void Content::showHeader()
     }
 }
 
+void Content::showHeaderFindings()
+{
+    m_problems.show(m_out, ObjectPath(), m_facts);
+}
+
 void Content::showOverview()
 {
     const Tag overview(m_out, "div", {{"class", "overview"}});
@@ -127,7 +137,7 @@ void Content::showOverview()
         Objects(m_out, m_problems).facts(m_facts, ObjectPath());
     }
     for (const MemberView &list : m_charts) {
-        const Tag panel(m_out, "section", {{"class", "panel"}, {"data-member", list.GetName()}});
+        const Tag panel(m_out, "section", {{"class", "panel chart"}, {"data-member", list.GetName()}});
         showHeading(m_out, "h2", list);
         showChart(list);
     }
@@ -143,7 +153,7 @@ void Content::showCards()
 
 bool Content::isShown(const ObjectPath &path) const
 {
-    return !m_out.isDiscarded() || m_problems.countFrom(path) != 0;
+    return !m_out.isDiscarded() || !m_problems.countFrom(path).isZero();
 }
 
 void Content::showObject(const MemberView &member)
@@ -152,8 +162,9 @@ void Content::showObject(const MemberView &member)
     showHeading(m_out, "h2", member);
     if (member.GetSize() != 0) {
         const ObjectPath path = ObjectPath().below(member.GetName());
-        m_problems.show(m_out, path);
-        Objects(m_out, m_problems).facts(Members(member.GetChild()), path);
+        const Members members(member.GetChild());
+        m_problems.show(m_out, path, members);
+        Objects(m_out, m_problems).facts(members, path);
     }
 }
 
@@ -178,10 +189,28 @@ void Content::showChart(const MemberView &list)
                            {"aria-label",
                             QStringLiteral("%1 from %2 to %3")
                                 .arg(QString::fromUtf8(kind), brief(axis.least()), brief(axis.most()))}});
-        for (const Axis::Tick &tick : axis.ticks())
-            m_out.element("text", {{"x", percent(tick.at)}, {"y", "14"}}, tick.label);
+        showLabels(axis);
     };
-    Objects(m_out, m_problems).list(list, ObjectPath(), -1, &bars);
+    Objects(m_out, m_problems).list(list, ObjectPath(), &bars);
+}
+
+void Content::showLabels(const Axis &axis)
+{
+    constexpr int narrow = 260; // the axis on a telephone, in pixels
+    constexpr int character = 7;
+    constexpr int gap = 12;
+    int room = 0;
+    for (const Axis::Tick &tick : axis.ticks())
+        room += tick.label.isEmpty() ? 0 : tick.label.size() * character + gap;
+    int count = 0;
+    for (const Axis::Tick &tick : axis.ticks()) {
+        if (tick.label.isEmpty())
+            continue;
+        // Where there is too little room for all of them, every other one is left out.
+        const bool isOptional = room > narrow && count++ % 2 != 0;
+        m_out.element("text", {{"class", isOptional ? "second" : nullptr}, {"x", percent(tick.at)}, {"y", "14"}},
+                      tick.label);
+    }
 }
 
 void Content::showTicks(const Axis &axis)
@@ -209,22 +238,46 @@ void Content::showBar(const Axis &axis, const DataObject &item)
 void Content::showCards(const MemberView &list)
 {
     const int nodes = grandchildren(list);
+    const bool isLarge = nodes > mostNodesLaidOut || list.GetSize() > mostNodesLaidOut;
     const Tag section(m_out, "section",
-                      {{"class", nodes > mostNodesLaidOut ? "cards large" : "cards"}, {"data-member", list.GetName()}});
+                      {{"class", isLarge ? "cards large" : "cards"}, {"data-member", list.GetName()}});
     showHeading(m_out, "h2", list);
     const bool isShort = nodes <= mostNodesOpen;
-    for (int i = 0; i < list.GetSize(); ++i) {
-        const ObjectPath path = ObjectPath().below(list.GetName(), i);
-        if (isShown(path))
-            showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), path, isShort || i == 0);
+    const Paths::ItemSteps steps(list);
+    inGroups(list.GetSize(), mostNodesLaidOut, "shelf", [&](int i) {
+        // Every node repeats the step: a longer one would make the page much larger than the document.
+        constexpr int longest = 400;
+        const QString step = steps.at(i);
+        const QString position = list.GetName() + QStringLiteral("[%1]").arg(i + 1);
+        const Place place{ObjectPath().below(list.GetName(), i), anchorOf(step).size() > longest ? position : step};
+        if (isShown(place.path))
+            showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), place, isShort || i == 0);
+    });
+}
+
+template <class Show>
+void Content::inGroups(int count, int most, const char *htmlClass, Show &&show)
+{
+    const auto range = [&](int first, int end) {
+        for (int i = first; i < end; ++i)
+            show(i);
+    };
+    if (count <= most) {
+        range(0, count);
+        return;
+    }
+    for (int first = 0; first < count; first += groupSize) {
+        const Tag group(m_out, "div", {{"class", htmlClass}});
+        range(first, std::min(first + groupSize, count));
     }
 }
 
-void Content::showCard(const DataObject &object, const QString &fallbackTitle, const ObjectPath &path, bool isOpen)
+void Content::showCard(const DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag card(m_out, "details", {{"class", "card"}, {"open", isOpen ? "open" : nullptr}});
+    const Tag card(m_out, "details",
+                   {{"class", "card"}, {"id", anchorOf(place.text)}, {"open", isOpen ? "open" : nullptr}});
     {
         const Tag summary(m_out, "summary");
         // The display name if there is one, otherwise what identifies the object among its siblings.
@@ -246,47 +299,57 @@ void Content::showCard(const DataObject &object, const QString &fallbackTitle, c
             showText(m_out, identity.first());
         }
         const Tag tallies(m_out, "span", {{"class", "tallies"}});
-        if (const int count = m_problems.countFrom(path))
-            m_out.element("span", {{"class", "tally bad"}},
-                          count == 1 ? QStringLiteral("1 problem") : QStringLiteral("%1 problems").arg(count));
+        showCount(m_problems.countFrom(place.path));
         for (const MemberView &list : lists)
             m_out.element("span", {{"class", "tally"}},
                           list.GetName() + QLatin1Char(' ') + QString::number(list.GetSize()));
     }
     const Tag inside(m_out, "div", {{"class", "inside"}});
-    m_problems.show(m_out, path);
-    Objects(m_out, m_problems).facts(members, path);
-    for (const MemberView &list : lists) {
-        const Tag nodes(m_out, "div", {{"class", "nodes"}, {"data-member", list.GetName()}});
-        showListName(m_out, list);
-        for (int i = 0; i < list.GetSize(); ++i) {
-            const ObjectPath node = path.below(list.GetName(), i);
-            if (isShown(node))
-                showNode(list.GetChild(i), node);
-        }
-    }
+    m_problems.show(m_out, place.path, members);
+    Objects(m_out, m_problems).facts(members, place.path);
+    for (const MemberView &list : lists)
+        showNodes(list, place);
 }
 
-void Content::showNode(const DataObject &object, const ObjectPath &path)
+void Content::showCount(const Problems::Count &count)
+{
+    if (!count.isZero())
+        m_out.element("span", {{"class", count.problems > 0 ? "tally bad" : "tally doubtful"}}, count.text());
+}
+
+void Content::showNodes(const MemberView &list, const Place &place)
+{
+    const bool isGrouped = list.GetSize() > groupSize;
+    const Tag nodes(m_out, "div", {{"class", isGrouped ? "nodes grouped" : "nodes"}, {"data-member", list.GetName()}});
+    showListName(m_out, list);
+    const Paths::ItemSteps steps(list);
+    inGroups(list.GetSize(), groupSize, "group", [&](int i) {
+        const Place node{place.path.below(list.GetName(), i), place.text + QLatin1Char('/') + steps.at(i)};
+        if (isShown(node.path))
+            showNode(list.GetChild(i), node);
+    });
+}
+
+void Content::showNode(const DataObject &object, const Place &place)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag node(m_out, "div", {{"class", "node"}});
+    const Tag node(m_out, "div", {{"class", "node"}, {"id", anchorOf(place.text)}});
     Objects objects(m_out, m_problems);
     {
         const Tag heading(m_out, "h4");
         if (const auto id = members.take(isIdentifyingText))
-            objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Unseen);
+            objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Omitted);
     }
-    m_problems.show(m_out, path);
+    m_problems.show(m_out, place.path, members);
     if (!members.isEmpty())
-        objects.facts(members, path);
-    Values values(m_out, m_problems);
+        objects.facts(members, place.path);
     for (const MemberView &list : lists) {
         const Tag content(m_out, "div", {{"data-member", list.GetName()}});
         showListName(m_out, list);
+        Values values(m_out, m_problems, Unit::of(list));
         for (int i = 0; i < list.GetSize(); ++i)
-            values.item(list.GetChild(i), path.below(list.GetName(), i));
+            values.item(list.GetChild(i), place.path.below(list.GetName(), i));
     }
 }
 

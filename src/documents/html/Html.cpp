@@ -67,14 +67,21 @@ void showBar(Markup &out, bool hasCards)
                         {{"type", "search"},
                          {"id", "search"},
                          {"aria-label", "Search components, nodes and values"},
-                         {"placeholder", "Search components, nodes, values \u2026"},
+                         {"aria-keyshortcuts", "/"},
+                         {"title", "/ searches, Enter goes on, arrows move, Escape ends"},
+                         {"placeholder", "Search components, nodes, values \u2026 ( / )"},
                          {"autocomplete", "off"},
                          {"spellcheck", "false"}});
         out.element("output", {{"id", "found"}, {"for", "search"}, {"aria-live", "polite"}});
         button("open", "Open all");
         button("close", "Close all");
     }
-    out.element("button", {{"type", "button"}, {"id", "theme"}, {"role", "switch"}, {"aria-checked", "false"}}, "Dark");
+    const auto toggle = [&](const char *id, const char *text) {
+        out.element("button", {{"type", "button"}, {"id", id}, {"role", "switch"}, {"aria-checked", "false"}}, text);
+    };
+    if (hasCards)
+        toggle("exact", "Exact numbers");
+    toggle("theme", "Dark");
 }
 
 /// The list of all problems precedes the objects, and links to the problems that are shown there. So the content is
@@ -85,13 +92,14 @@ void findShownProblems(const JobXml::TunerProperties &document, Problems &proble
         return;
     Markup nowhere;
     Content content(document, problems, source, nowhere);
+    content.showHeaderFindings();
     content.showOverview();
     content.showCards();
 }
 
 } // namespace
 
-void html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source,
+void html(const JobXml::TunerProperties &document, const PageFindings &findings, const QString &source,
           const std::function<void(const QByteArray &)> &write)
 {
     Problems problems(findings);
@@ -108,10 +116,13 @@ void html(const JobXml::TunerProperties &document, const Findings &findings, con
         showBar(out, content.hasCards());
         {
             const Tag whole(out, "div", {{"class", "page"}});
+            if (content.hasCards()) // the script fills it
+                out.element("nav", {{"id", "outline"}, {"aria-label", "Outline"}, {"hidden", "hidden"}});
             content.showHeader();
             {
                 const Tag main(out, "main");
                 problems.showAll(out);
+                content.showHeaderFindings();
                 content.showOverview();
                 content.showCards();
             }

@@ -3,10 +3,31 @@
 
 #include <algorithm>
 
+#include <tunerdocuments/Value.h>
+
 using JobXml::MemberKind;
 using JobXml::MemberView;
 
 namespace TunerDocuments {
+
+namespace {
+
+/// Whether the member is set, or differs from that of a new object.
+bool holdsAnything(const MemberView &member)
+{
+    if (member.IsSet())
+        return true;
+    if (isValue(member)) // as texts: 0.0 and -0.0 are equal numbers
+        return ValueText::ofValue(member.GetValue()) != ValueText::ofValue(member.GetDefaultValue());
+    if (isList(member))
+        return member.GetSize() != 0;
+    if (member.GetSize() == 0)
+        return false;
+    const Members inside(member.GetChild());
+    return std::any_of(inside.begin(), inside.end(), holdsAnything);
+}
+
+} // namespace
 
 bool isText(const MemberView &member)
 {
@@ -54,6 +75,30 @@ bool isValue(const MemberView &member)
     }
 }
 
+bool isAlternative(const MemberView &member)
+{
+    return member.GetKind() == MemberKind::Alternative;
+}
+
+bool isChosenAlternative(const MemberView &member)
+{
+    return isAlternative(member) && member.IsChosen();
+}
+
+bool isKeptAlternative(const MemberView &member)
+{
+    return isAlternative(member) && !member.IsChosen() && holdsAnything(member);
+}
+
+bool isIrrelevant(const MemberView &member)
+{
+    if (member.GetKind() == MemberKind::Choice) {
+        const QVariant choice = member.GetValue(); // a number if it has no name
+        return choice.type() == QVariant::String && choice.toString().isNull();
+    }
+    return isAlternative(member) && !member.IsChosen() && !holdsAnything(member);
+}
+
 Members::Members(const JobXml::DataObject &object)
 {
     JobXml::visit(object, [this](const View &member) { m_members.push_back(member); });
@@ -69,6 +114,13 @@ const MemberView *Members::find(const char *name, Test test) const
 {
     const auto fits = [&](const View &member) { return member.GetName() == QLatin1String(name) && test(member); };
     const auto found = std::find_if(m_members.begin(), m_members.end(), fits);
+    return found == m_members.end() ? nullptr : &*found;
+}
+
+const MemberView *Members::find(const QString &name) const
+{
+    const auto found =
+        std::find_if(m_members.begin(), m_members.end(), [&](const View &member) { return member.GetName() == name; });
     return found == m_members.end() ? nullptr : &*found;
 }
 

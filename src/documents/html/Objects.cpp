@@ -24,13 +24,6 @@ void showNothing(Markup &out, const char *word)
     out.element("span", {{"class", "nothing word"}}, word);
 }
 
-/// Hides the choice and alternatives that are not chosen: only the chosen one counts.
-bool isIrrelevant(const MemberView &member)
-{
-    return (member.GetKind() == MemberKind::Alternative && !member.IsChosen())
-        || (member.GetKind() == MemberKind::Choice && isEmptyValue(member.GetValue()));
-}
-
 /// The class of a fact, according to the room that it takes.
 const char *widthOf(const MemberView &member)
 {
@@ -63,6 +56,29 @@ void showNumber(Markup &out, const QVariant &value)
     out.words(text.mid(end));
 }
 
+void showQuantity(Markup &out, const QVariant &value, const Unit &unit)
+{
+    const auto exact = [&] {
+        showNumber(out, value);
+        out.words(QString(QChar(0xA0)));
+        out.element("span", {{"class", "unit"}}, unit.text());
+    };
+    if (unit.isNone()) {
+        showNumber(out, value);
+        return;
+    }
+    const QString number = ValueText::ofValue(value);
+    const QString prefixed = unit.withPrefix(number);
+    if (prefixed.isNull()) {
+        exact();
+        return;
+    }
+    out.element("span", {{"class", "prefixed"}, {"title", number + QLatin1Char(' ') + unit.text()}}, prefixed);
+    out.words(" ");
+    const Tag all(out, "span", {{"class", "exact"}});
+    exact();
+}
+
 void showText(Markup &out, const QString &text)
 {
     if (text.isEmpty()) {
@@ -81,6 +97,10 @@ void showHeading(Markup &out, const char *tag, const MemberView &member)
         out.words(" ");
         out.element("span", {{"class", "tally"}}, QString::number(member.GetSize()));
     }
+    if (isKeptAlternative(member)) {
+        out.words(" ");
+        out.element("span", {{"class", "unchosen"}}, "not chosen");
+    }
     if (!member.IsSet()) {
         out.words(" ");
         out.element("span", {{"class", "unset"}}, "not set");
@@ -91,8 +111,6 @@ void showListName(Markup &out, const MemberView &list)
 {
     if (list.GetSize() == 0 || !list.IsSet())
         showHeading(out, "h5", list);
-    else
-        out.element("span", {{"class", "name unseen"}}, list.GetName());
 }
 
 void Objects::enumerator(const QVariant &entry)
@@ -119,24 +137,20 @@ void Objects::enumerators(const MemberView &member)
     }
 }
 
-void Objects::value(const MemberView &member)
+void Objects::value(const MemberView &member, const Unit &unit)
 {
     const QVariant value = member.GetValue();
-    if (member.IsSet() || !isEmptyValue(value)) {
+    // What a new object has not is shown even if it is nothing.
+    if (member.IsSet() || !isEmptyValue(value) || !isEmptyValue(member.GetDefaultValue())) {
         switch (member.GetKind()) {
         case MemberKind::Text:
             showText(m_out, value.toString());
             break;
-        case MemberKind::Boolean: {
-            const bool isOn = value.toBool();
-            // A picture of a switch: a control would suggest that it changes the document.
-            m_out.element("span",
-                          {{"class", isOn ? "switch on" : "switch"},
-                           {"role", "img"},
-                           {"aria-label", isOn ? "switched on" : "switched off"}});
-            m_out.element("span", {{"class", "word"}}, isOn ? "true" : "false");
+        case MemberKind::Boolean:
+            // A word: a picture of a switch would suggest that it can be operated.
+            m_out.element("span", {{"class", value.toBool() ? "word yes" : "word no"}},
+                          value.toBool() ? "true" : "false");
             break;
-        }
         case MemberKind::Enumeration:
         case MemberKind::Choice:
             enumerator(value);
@@ -146,7 +160,7 @@ void Objects::value(const MemberView &member)
             break;
         default:
             if (isNumber(member))
-                showNumber(m_out, value);
+                showQuantity(m_out, value, unit);
             else
                 showText(m_out, value.toString());
         }
@@ -157,12 +171,14 @@ void Objects::value(const MemberView &member)
     }
 }
 
-void Objects::named(const MemberView &member, Name name, const char *tag, const char *htmlClass)
+void Objects::named(const MemberView &member, Name name, const Unit &unit, const char *htmlClass)
 {
-    const Tag element(m_out, tag, {{"class", htmlClass}, {"data-member", member.GetName()}});
-    m_out.element("span", {{"class", name == Name::Seen ? "name" : "name unseen"}}, member.GetName());
-    m_out.words(" ");
-    value(member);
+    const Tag element(m_out, "span", {{"class", htmlClass}, {"data-member", member.GetName()}});
+    if (name == Name::Seen) {
+        m_out.element("span", {{"class", "name"}}, member.GetName());
+        m_out.words(" ");
+    }
+    value(member, unit);
 }
 
 void Objects::facts(const Members &members, const ObjectPath &path)
@@ -172,10 +188,13 @@ void Objects::facts(const Members &members, const ObjectPath &path)
         for (const MemberView &member : members) {
             if (!isValue(member) || isIrrelevant(member))
                 continue;
-            const Tag fact(m_out, "div", {{"data-member", member.GetName()}, {"class", widthOf(member)}});
+            const bool hasFinding = m_problems.hasAt(path, member.GetName());
+            const Tag fact(m_out, "div",
+                           {{"data-member", member.GetName()}, {"class", hasFinding ? "whole" : widthOf(member)}});
             m_out.element("dt", {{"class", "name"}}, member.GetName());
             const Tag description(m_out, "dd");
             value(member);
+            m_problems.showMember(m_out, path, member.GetName());
         }
     }
     for (const MemberView &member : members) {
@@ -186,18 +205,21 @@ void Objects::facts(const Members &members, const ObjectPath &path)
 
 void Objects::children(const MemberView &member, const ObjectPath &path)
 {
-    const Tag object(m_out, "div", {{"class", "object"}, {"data-member", member.GetName()}});
+    const Tag object(
+        m_out, "div",
+        {{"class", isKeptAlternative(member) ? "object other" : "object"}, {"data-member", member.GetName()}});
     showHeading(m_out, "h5", member);
     if (isList(member)) {
         list(member, path);
     } else if (member.GetSize() != 0) {
         const ObjectPath below = path.below(member.GetName());
-        m_problems.show(m_out, below);
-        facts(Members(member.GetChild()), below);
+        const Members inside(member.GetChild());
+        m_problems.show(m_out, below, inside);
+        facts(inside, below);
     }
 }
 
-void Objects::list(const MemberView &member, const ObjectPath &path, int current, const ExtraColumn *extra)
+void Objects::list(const MemberView &member, const ObjectPath &path, const ExtraColumn *extra)
 {
     if (member.GetSize() == 0)
         return;
@@ -206,8 +228,9 @@ void Objects::list(const MemberView &member, const ObjectPath &path, int current
         for (int i = 0; i < member.GetSize(); ++i) {
             const ObjectPath below = path.below(member.GetName(), i);
             const Tag item(m_out, "div", {{"class", "object"}});
-            m_problems.show(m_out, below);
-            facts(Members(member.GetChild(i)), below);
+            const Members inside(member.GetChild(i));
+            m_problems.show(m_out, below, inside);
+            facts(inside, below);
         }
         return;
     }
@@ -232,7 +255,7 @@ void Objects::list(const MemberView &member, const ObjectPath &path, int current
     {
         const Tag body(m_out, "tbody");
         for (int i = 0; i < member.GetSize(); ++i)
-            row(member.GetChild(i), path.below(member.GetName(), i), i == current, columns, extra);
+            row(member.GetChild(i), path.below(member.GetName(), i), columns, extra);
     }
     if (extra) {
         const Tag foot(m_out, "tfoot");
@@ -244,10 +267,10 @@ void Objects::list(const MemberView &member, const ObjectPath &path, int current
     }
 }
 
-void Objects::row(const DataObject &item, const ObjectPath &path, bool isCurrent, int columns, const ExtraColumn *extra)
+void Objects::row(const DataObject &item, const ObjectPath &path, int columns, const ExtraColumn *extra)
 {
     {
-        const Tag line(m_out, "tr", {{"aria-current", isCurrent ? "true" : nullptr}});
+        const Tag line(m_out, "tr");
         for (const MemberView &member : Members(item)) {
             const Tag cell(m_out, "td",
                            {{"data-member", member.GetName()}, {"class", isNumber(member) ? "amount" : nullptr}});

@@ -9,6 +9,7 @@
 
 #include "documents/html/Members.h"
 #include "documents/html/Problems.h"
+#include "documents/html/Unit.h"
 
 namespace TunerDocuments {
 
@@ -22,32 +23,30 @@ struct ExtraColumn
 };
 
 /// Shows members and objects of any kind that have no picture. An element that shows a value has the name of the member
-/// in the attribute data-member, and as a text, which may be visually hidden.
+/// in the attribute data-member.
 class Objects
 {
 public:
-    enum class Name { Seen, Unseen };
+    enum class Name { Seen, Omitted };
 
     Objects(Markup &out, Problems &problems) : m_out(out), m_problems(problems) { }
 
     /// A value and whether it is set, without its name.
-    void value(const JobXml::MemberView &member);
-    /// The same with its name.
-    void named(const JobXml::MemberView &member, Name name, const char *tag = "span", const char *htmlClass = "member");
-    /// All members with their names; child objects follow the values.
+    void value(const JobXml::MemberView &member, const Unit &unit = {});
+    /// The same with its name, which is omitted where it is obvious.
+    void named(const JobXml::MemberView &member, Name name, const Unit &unit = {}, const char *htmlClass = nullptr);
+    /// All members with their names and findings; child objects follow the values.
     void facts(const Members &members, const ObjectPath &path);
-    /// A list of child objects in a table, with a row for each and a column for each of their values. The row `current`
-    /// is marked. If the objects are not that simple, the same as children().
-    void list(const JobXml::MemberView &member, const ObjectPath &path, int current = -1,
-              const ExtraColumn *extra = nullptr);
-    /// Child objects with all their members.
+    /// A list of child objects in a table, with a row for each and a column for each of their values. If the objects
+    /// are not that simple, the same as children().
+    void list(const JobXml::MemberView &member, const ObjectPath &path, const ExtraColumn *extra = nullptr);
+    /// Child objects with all their members. An alternative that is not chosen is marked.
     void children(const JobXml::MemberView &member, const ObjectPath &path);
 
 private:
     void enumerators(const JobXml::MemberView &member);
     void enumerator(const QVariant &entry);
-    void row(const JobXml::DataObject &item, const ObjectPath &path, bool isCurrent, int columns,
-             const ExtraColumn *extra);
+    void row(const JobXml::DataObject &item, const ObjectPath &path, int columns, const ExtraColumn *extra);
 
     Markup &m_out;
     Problems &m_problems;
@@ -55,11 +54,14 @@ private:
 
 /// A number, with its digits in groups that are visually separated.
 void showNumber(Markup &out, const QVariant &value);
+/// A number and its unit. If a prefix makes it shorter, the number with the prefix precedes the exact one, which is
+/// also its title.
+void showQuantity(Markup &out, const QVariant &value, const Unit &unit);
 /// A text, which may be empty or null.
 void showText(Markup &out, const QString &text);
 /// A heading for a list, with the number of its items.
 void showHeading(Markup &out, const char *tag, const JobXml::MemberView &member);
-/// The name of a list whose items are obvious to the eye: for screen readers, and as a heading if something is missing.
+/// The heading of a list whose items speak for themselves: only if something is missing.
 void showListName(Markup &out, const JobXml::MemberView &list);
 
 } // namespace TunerDocuments

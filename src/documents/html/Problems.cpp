@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/html/Problems.h"
 
+#include <algorithm>
+
 namespace TunerDocuments {
 
 namespace {
@@ -10,6 +12,11 @@ QString idOf(int index)
     return QStringLiteral("problem-%1").arg(index + 1);
 }
 
+bool isWarning(const Finding &finding)
+{
+    return finding.kind == Finding::Kind::Warning;
+}
+
 // Isolates a text of the document, whatever its direction is.
 void showIsolated(Markup &out, const QString &text)
 {
@@ -17,73 +24,150 @@ void showIsolated(Markup &out, const QString &text)
     out.text(text);
 }
 
+void showRule(Markup &out, const Finding &finding)
+{
+    if (!isWarning(finding))
+        return;
+    out.words(" ");
+    out.element("code", {{"class", "rule"}}, finding.rule);
+}
+
+/// "1 problem", "2 problems"; null for none.
+QString counted(qint64 count, const char *word)
+{
+    if (count == 0)
+        return QString();
+    const QString text = QString::number(count) + QLatin1Char(' ') + QLatin1String(word);
+    return count == 1 ? text : text + QLatin1Char('s');
+}
+
+QString counted(qint64 problems, qint64 warnings)
+{
+    QStringList parts = {counted(problems, "problem"), counted(warnings, "warning")};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
 } // namespace
 
-Problems::Problems(const Findings &findings) : m_all(findings), m_findings(findings.listed())
+QString Problems::Count::text() const
 {
-    for (int i = 0; i < m_findings.size(); ++i) {
+    return counted(problems, warnings);
+}
+
+Problems::Problems(const PageFindings &findings) : m_findings(findings)
+{
+    for (int i = 0; i < m_findings.listed.size(); ++i) {
+        const Finding &finding = m_findings.listed.at(i);
+        const auto count = [&](const ObjectPath &path) {
+            Count &from = m_from[path.key()];
+            ++(isWarning(finding) ? from.warnings : from.problems);
+        };
         ObjectPath path;
-        ++m_from[path.key()];
-        for (const JobXml::Step &step : m_findings.at(i).steps) {
+        count(path);
+        for (const JobXml::Step &step : finding.steps) {
             path = path.below(step.member, step.index);
-            ++m_from[path.key()];
+            count(path);
         }
-        // Problems of the document itself are only in the list of all problems, at the top.
-        if (!m_findings.at(i).steps.isEmpty())
+        // What concerns the document as a whole is only in the list of all findings, at the top.
+        if (!finding.steps.isEmpty() || !finding.member.isNull())
             m_at[path.key()].append(i);
     }
 }
 
-void Problems::show(Markup &out, const ObjectPath &path)
+bool Problems::hasAt(const ObjectPath &path, const QString &member) const
+{
+    const QVector<int> here = m_at.value(path.key());
+    return std::any_of(here.begin(), here.end(),
+                       [&](int index) { return m_findings.listed.at(index).member == member; });
+}
+
+void Problems::show(Markup &out, int index)
+{
+    const Finding &finding = m_findings.listed.at(index);
+    const bool isProblem = finding.kind == Finding::Kind::Problem;
+    const Tag problem(out, "p",
+                      {{"class", isProblem ? "problem whole" : "problem warning whole"}, {"id", idOf(index)}});
+    out.element("b", {}, isProblem ? "Problem: " : "Warning: ");
+    showIsolated(out, finding.message);
+    showRule(out, finding);
+    m_shown.insert(index);
+}
+
+void Problems::show(Markup &out, const ObjectPath &path, const Members &facts)
 {
     const QVector<int> here = m_at.value(path.key());
     for (const int i : here) {
-        const Tag problem(out, "p", {{"class", "problem whole"}, {"id", idOf(i)}});
-        out.element("span", {{"class", "unseen"}}, "Problem: ");
-        showIsolated(out, m_findings.at(i).message);
-        m_shown.insert(i);
+        const QString name = m_findings.listed.at(i).member;
+        const JobXml::MemberView *const fact = name.isNull() ? nullptr : facts.find(name);
+        if (!fact || !isValue(*fact) || isIrrelevant(*fact))
+            show(out, i);
     }
+}
+
+void Problems::showMember(Markup &out, const ObjectPath &path, const QString &member)
+{
+    const QVector<int> here = m_at.value(path.key());
+    for (const int i : here) {
+        if (m_findings.listed.at(i).member == member)
+            show(out, i);
+    }
+}
+
+void Problems::showHeading(Markup &out) const
+{
+    const Tag summary(out, "summary");
+    const QString count = counted(m_findings.problems, m_findings.warnings);
+    out.element("h2", {}, m_findings.problems == 0 ? QStringLiteral("No problems, ") + count : count);
+}
+
+void Problems::showEntry(Markup &out, int index) const
+{
+    const Finding &finding = m_findings.listed.at(index);
+    const Tag item(out, "li", {{"class", isWarning(finding) ? "warning" : nullptr}});
+    {
+        const Tag message(out, "span");
+        {
+            const bool isElsewhere = m_shown.contains(index);
+            const Tag link(
+                out, isElsewhere ? "a" : "span",
+                {{isElsewhere ? "href" : "id", (isElsewhere ? QStringLiteral("#") : QString()) + idOf(index)}});
+            showIsolated(out, finding.message);
+        }
+        showRule(out, finding);
+    }
+    const bool hasPath = !finding.path.isEmpty();
+    if (!hasPath && !finding.hasLocation())
+        return;
+    const Tag where(out, "span", {{"class", "where"}});
+    if (hasPath)
+        showIsolated(out, finding.path);
+    if (hasPath && finding.hasLocation())
+        out.words(", ");
+    if (finding.hasLocation())
+        out.words(QStringLiteral("line %1, column %2").arg(finding.line).arg(finding.column));
 }
 
 void Problems::showAll(Markup &out) const
 {
-    if (m_findings.isEmpty()) {
+    const int listed = m_findings.listed.size();
+    if (listed == 0) {
         out.element("p", {{"class", "fine"}}, "Validation found no problems.");
         return;
     }
     constexpr int mostOpen = 20; // with more, the document itself would be out of sight
-    const Tag panel(out, "section", {{"class", "panel problems"}});
-    const Tag details(out, "details", {{"open", m_findings.size() <= mostOpen ? "open" : nullptr}});
-    {
-        const Tag summary(out, "summary");
-        out.element("h2", {},
-                    m_all.count() == 1 ? QStringLiteral("1 problem")
-                                       : QStringLiteral("%1 problems").arg(m_all.count()));
-    }
-    if (m_all.count() > m_findings.size())
+    const Tag panel(
+        out, "section",
+        {{"class", m_findings.problems == 0 ? "panel problems warnings" : "panel problems"}, {"id", "problems"}});
+    const Tag details(out, "details", {{"open", listed <= mostOpen ? "open" : nullptr}});
+    showHeading(out);
+    if (m_findings.count() > listed)
         out.element("p", {{"class", "note"}},
-                    m_findings.size() == 1
-                        ? QStringLiteral("Only the first is listed here and at its object.")
-                        : QStringLiteral("The first %1 are listed here and at their objects.").arg(m_findings.size()));
+                    listed == 1 ? QStringLiteral("Only the first is listed here and at its object.")
+                                : QStringLiteral("The first %1 are listed here and at their objects.").arg(listed));
     const Tag list(out, "ol");
-    for (int i = 0; i < m_findings.size(); ++i) {
-        const Finding &finding = m_findings.at(i);
-        const Tag item(out, "li");
-        {
-            const bool isElsewhere = m_shown.contains(i);
-            const Tag message(
-                out, isElsewhere ? "a" : "span",
-                {{isElsewhere ? "href" : "id", (isElsewhere ? QStringLiteral("#") : QString()) + idOf(i)}});
-            showIsolated(out, finding.message);
-        }
-        if (finding.hasLocation()) {
-            out.element("span", {{"class", "where"}},
-                        QStringLiteral("line %1, column %2").arg(finding.line).arg(finding.column));
-        } else if (!finding.path.isEmpty()) {
-            const Tag where(out, "span", {{"class", "where"}});
-            showIsolated(out, finding.path);
-        }
-    }
+    for (int i = 0; i < listed; ++i)
+        showEntry(out, i);
 }
 
 } // namespace TunerDocuments

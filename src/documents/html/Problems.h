@@ -6,13 +6,14 @@
 #include <QString>
 #include <QVector>
 
-#include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Html.h>
 
 #include "documents/html/Markup.h"
+#include "documents/html/Members.h"
 
 namespace TunerDocuments {
 
-/// The path of an object in a document, as problems have it.
+/// The path of an object in a document, as findings have it.
 class ObjectPath
 {
 public:
@@ -36,31 +37,51 @@ private:
     QString m_key;
 };
 
-/// The problems of a document, by object.
+/// The problems of a document and the warnings about it, by object.
 class Problems
 {
 public:
-    explicit Problems(const Findings &findings);
+    struct Count
+    {
+        int problems = 0;
+        int warnings = 0;
 
-    /// Whether any listed problem is that of an object in the document.
+        bool isZero() const { return problems == 0 && warnings == 0; }
+        /// "1 problem, 2 warnings"
+        QString text() const;
+    };
+
+    explicit Problems(const PageFindings &findings);
+
+    /// Whether any listed finding is that of an object in the document.
     bool areInObjects() const { return !m_at.isEmpty(); }
 
     bool hasAt(const ObjectPath &path) const { return m_at.contains(path.key()); }
 
-    /// The number of problems at the object and below it.
-    int countFrom(const ObjectPath &path) const { return m_from.value(path.key()); }
+    /// Whether there is a finding about this member of the object.
+    bool hasAt(const ObjectPath &path, const QString &member) const;
 
-    /// Shows the problems of the object. Call it where the object is shown.
-    void show(Markup &out, const ObjectPath &path);
+    /// The number of listed findings at the object and below it.
+    Count countFrom(const ObjectPath &path) const { return m_from.value(path.key()); }
 
-    /// Shows all listed problems and their total, with links to those that have been shown at their objects.
+    /// Shows the findings of the object, except those of its members that are among `facts`, which showMember() shows.
+    /// Call it where the object is shown.
+    void show(Markup &out, const ObjectPath &path, const Members &facts = {});
+
+    /// Shows the findings of a member of the object. Call it where the value is shown.
+    void showMember(Markup &out, const ObjectPath &path, const QString &member);
+
+    /// Shows all listed findings and their total, with links to those that have been shown at their objects.
     void showAll(Markup &out) const;
 
 private:
-    Findings m_all;
-    QVector<Finding> m_findings; // the listed ones
+    void show(Markup &out, int index);
+    void showHeading(Markup &out) const;
+    void showEntry(Markup &out, int index) const;
+
+    PageFindings m_findings;
     QHash<QString, QVector<int>> m_at;
-    QHash<QString, int> m_from;
+    QHash<QString, Count> m_from;
     QSet<int> m_shown;
 };
 

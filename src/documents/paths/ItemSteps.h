@@ -4,12 +4,15 @@
 #include <QString>
 #include <QVector>
 
+#include <jobxml/Visit.h>
+
 namespace TunerDocuments::Paths {
 
 /// The steps to the items of a list, each of which is unique. An item with a long identity is selected by its position.
 class ItemSteps
 {
 public:
+    explicit ItemSteps(const JobXml::MemberView &list);
     /// The items have these identities, see identityOf().
     ItemSteps(const QString &list, QVector<QString> identities);
 

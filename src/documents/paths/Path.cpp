@@ -499,6 +499,21 @@ QString identityOf(const DataObject &object)
     return parts.isEmpty() ? QString() : parts.join(QLatin1Char(','));
 }
 
+namespace {
+
+QVector<QString> identitiesIn(const MemberView &list)
+{
+    QVector<QString> identities;
+    identities.reserve(list.GetSize());
+    for (int i = 0; i < list.GetSize(); ++i)
+        identities.append(identityOf(list.GetChild(i)));
+    return identities;
+}
+
+} // namespace
+
+ItemSteps::ItemSteps(const MemberView &list) : ItemSteps(list.GetName(), identitiesIn(list)) { }
+
 ItemSteps::ItemSteps(const QString &list, QVector<QString> identities)
     : m_list(list), m_identities(std::move(identities)), m_positions(m_identities.size())
 {
@@ -534,10 +549,7 @@ QString ItemSteps::at(int index) const
 
 QStringList stepsTo(const MemberView &list)
 {
-    QVector<QString> identities;
-    for (int i = 0; i < list.GetSize(); ++i)
-        identities.append(identityOf(list.GetChild(i)));
-    const ItemSteps steps(list.GetName(), std::move(identities));
+    const ItemSteps steps(list);
     QStringList result;
     for (int i = 0; i < list.GetSize(); ++i)
         result.append(steps.at(i));

@@ -5,6 +5,9 @@
 ///   hostile.json  what would be markup, script or worse in each text that a document has
 ///   texts.json    the texts, each of which the page has to show as it is
 ///   large.tpb     2,000 nodes
+///   many.tpb      10,000 nodes with values of several kinds, in 100 components
+///   long.tpb      the same nodes in one component
+///   wide.tpb      600 components with a node each
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -105,6 +108,104 @@ QVector<JobXml::ValueItem> anItemOfEachKind()
     return items;
 }
 
+JobXml::ValueItem unit(const char *text)
+{
+    JobXml::ValueString value;
+    value.Setid(QStringLiteral("unit"));
+    value.Setvalue(QString::fromUtf8(text));
+    JobXml::ValueItem item;
+    item.SetValueString(value);
+    return item;
+}
+
+JobXml::ValueItem frequency(int i)
+{
+    JobXml::ValueNumericInt64 value;
+    value.Setid(QStringLiteral("frequency"));
+    value.Setvalue(9000 + qint64(i) * 799999);
+    value.Setmin(9000);
+    value.Setmax(8000000000);
+    value.Setstep(1);
+    JobXml::ValueItem item;
+    item.SetValueNumericInt64(value);
+    return item;
+}
+
+JobXml::ValueItem loss(int i)
+{
+    JobXml::ValueFloat value;
+    value.Setid(QStringLiteral("loss"));
+    value.Setvalue(float(i) / 4);
+    JobXml::ValueItem item;
+    item.SetValueFloat(value);
+    return item;
+}
+
+JobXml::ValueItem engaged(int i)
+{
+    JobXml::ValueBoolean value;
+    value.Setid(QStringLiteral("engaged"));
+    value.Setvalue(i % 2 == 0);
+    JobXml::ValueItem item;
+    item.SetValueBoolean(value);
+    return item;
+}
+
+JobXml::ValueItem selection(int i)
+{
+    JobXml::ValueSelection value;
+    value.Setid(QStringLiteral("connector"));
+    value.Setindex(i % 3);
+    value.Setvalue(i % 3);
+    value.Settext(QStringLiteral("X%1").arg(i % 3));
+    for (int option = 0; option < 3; ++option) {
+        JobXml::SelectionItem item;
+        item.Setname(QStringLiteral("X%1").arg(option));
+        item.Setvalue(option);
+        value.AppendSelectionItem(item);
+    }
+    JobXml::ValueItem item;
+    item.SetValueSelection(value);
+    return item;
+}
+
+JobXml::Node aNodeOfSomeKind(int i)
+{
+    JobXml::Node node = aNode(QStringLiteral("node%1").arg(i), 0);
+    switch (i % 4) {
+    case 0:
+        node.AppendValueItem(frequency(i));
+        node.AppendValueItem(unit("Hz"));
+        break;
+    case 1:
+        node.AppendValueItem(loss(i));
+        node.AppendValueItem(unit("dB"));
+        break;
+    case 2:
+        node.AppendValueItem(engaged(i));
+        break;
+    default:
+        node.AppendValueItem(selection(i));
+        break;
+    }
+    return node;
+}
+
+/// A document of 10,000 nodes with values of several kinds.
+JobXml::TunerProperties manyNodes(int components)
+{
+    const int nodes = 10000 / components;
+    JobXml::TunerProperties document = aDocument(1);
+    document.ResetComponent();
+    for (int i = 0; i < components; ++i) {
+        JobXml::Component component = aComponent(QStringLiteral("component%1").arg(i), 0);
+        for (int node = 0; node < nodes; ++node)
+            component.AppendNode(aNodeOfSomeKind(i * nodes + node));
+        document.AppendComponent(component);
+    }
+    return document;
+}
+
 bool write(const QString &fileName, const QByteArray &bytes)
 {
     QFile file(fileName);
@@ -135,8 +236,19 @@ int main(int argc, char *argv[])
     large.AppendComponent(aComponent(QStringLiteral("Last"), 1));
     large.GetComponent()[1].GetNode()[0].Setid(QStringLiteral("needle"));
 
+    JobXml::TunerProperties many = manyNodes(100);
+    JobXml::TunerProperties whole = manyNodes(1);
+
+    JobXml::TunerProperties wide = aDocument(1);
+    for (int i = 1; i < 600; ++i)
+        wide.AppendComponent(aComponent(QStringLiteral("component%1").arg(i), 1));
+
+    const auto writeTagged = [&](const char *name, const JobXml::TunerProperties &document) {
+        return write(folder + QLatin1String(name), Document(document).toBytes(Form::Tagged, {}));
+    };
     const bool isWritten = write(folder + QStringLiteral("hostile.json"), Document(hostile).toBytes(Form::Json, {}))
         && write(folder + QStringLiteral("texts.json"), QJsonDocument(texts.texts()).toJson())
-        && write(folder + QStringLiteral("large.tpb"), Document(large).toBytes(Form::Tagged, {}));
+        && writeTagged("large.tpb", large) && writeTagged("many.tpb", many) && writeTagged("long.tpb", whole)
+        && writeTagged("wide.tpb", wide);
     return isWritten ? 0 : 1;
 }

@@ -76,12 +76,14 @@ struct PageNode
         return whole;
     }
 
-    /// The value that it shows for a member: a text, a number or a word; for a list, one for each entry.
+    /// The value that it shows for a member: a text, a number or a word; for a list, one for each entry. What is found
+    /// about the value is not part of it.
     QStringList values() const
     {
         QStringList found;
         for (const PageNode *node : all([](const PageNode &each) {
-                 return each.tag == QLatin1String("bdi") || each.isOfClass("number") || each.isOfClass("word");
+                 return (each.tag == QLatin1String("bdi") || each.isOfClass("number") || each.isOfClass("word"))
+                     && !each.around([](const PageNode &outer) { return outer.isOfClass("problem"); });
              }))
             found.append(node->wholeText());
         return found;

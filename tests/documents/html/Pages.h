@@ -16,8 +16,16 @@ inline TunerDocuments::Findings findingsOf(const JobXml::TunerProperties &docume
     return findings;
 }
 
+/// The same with the warnings about its values.
+inline TunerDocuments::PageFindings allFindingsOf(const JobXml::TunerProperties &document)
+{
+    TunerDocuments::PageFindings findings(findingsOf(document));
+    TunerDocuments::addValueWarnings(document, std::numeric_limits<int>::max(), findings);
+    return findings;
+}
+
 /// The whole page.
-inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::Findings &findings,
+inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::PageFindings &findings,
                        const QString &source)
 {
     QByteArray page;
@@ -27,7 +35,7 @@ inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocum
 
 inline PageTree pageOf(const JobXml::TunerProperties &document)
 {
-    return PageTree(html(document, findingsOf(document), QStringLiteral("file.xml")));
+    return PageTree(html(document, allFindingsOf(document), QStringLiteral("file.xml")));
 }
 
 /// The only element that matches; an empty one if there is none, or more.
@@ -35,4 +43,10 @@ inline const PageNode *only(const std::vector<const PageNode *> &nodes)
 {
     static const PageNode none;
     return nodes.size() == 1 ? nodes.front() : &none;
+}
+
+/// All elements of a class.
+inline std::vector<const PageNode *> ofClass(const PageTree &page, const char *name)
+{
+    return page.root().all([&](const PageNode &node) { return node.isOfClass(name); });
 }

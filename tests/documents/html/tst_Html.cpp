@@ -1,11 +1,19 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
 #include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QtTest>
 
 #include "Documents.h"
 #include "documents/RandomChanges.h"
 #include "documents/html/Pages.h"
+#include <tunerdocuments/Document.h>
+#include <tunerdocuments/DocumentError.h>
+#include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
 using JobXml::DataObject;
@@ -23,9 +31,18 @@ class HtmlTest : public QObject
 private Q_SLOTS:
     void everyMemberIsShownOnceWithItsValue_data();
     void everyMemberIsShownOnceWithItsValue();
+    void everythingInJsonIsOnThePage_data() { everyMemberIsShownOnceWithItsValue_data(); }
+    void everythingInJsonIsOnThePage();
+    void alternativeThatIsNotChosenIsMarked();
     void everyProblemIsShownAtItsObject_data() { everyMemberIsShownOnceWithItsValue_data(); }
     void everyProblemIsShownAtItsObject();
     void problemIsShownInsideItsObject();
+    void findingOfAMemberIsShownBesideItsValue();
+    void findingAboutAnyMemberIsShownAtItsObject_data() { everyMemberIsShownOnceWithItsValue_data(); }
+    void findingAboutAnyMemberIsShownAtItsObject();
+    void warningsAreCountedInTheSummaryAndOnTheirCard();
+    void findingInClosedOptionsOpensThem();
+    void listedFindingShowsItsPathAndItsLocation();
     void problemsOfTheFileAreAtTheTop();
     void problemsThatAreNotListedAreCounted();
     void validDocumentIsShownAsValid();
@@ -36,6 +53,10 @@ private Q_SLOTS:
     void longDocumentsOpenOnlyTheFirstComponent();
     void missingListsAreShown();
     void showingChangesNothing();
+    void identifierOfEveryNodeIsItsPath();
+    void identifiersHaveOnlyCharactersThatALinkKeeps();
+    void identifierOfALongNameIsItsPosition();
+    void everyColorForBothThemesFollowsOneForOlderBrowsers();
 };
 
 namespace {
@@ -55,7 +76,8 @@ QStringList shownValues(const MemberView &member)
         return texts.isEmpty() && member.IsSet() ? QStringList{QStringLiteral("empty")} : texts;
     }
     if (isNull(value))
-        return member.IsSet() ? QStringList{QStringLiteral("null")} : QStringList();
+        return member.IsSet() || !isNull(member.GetDefaultValue()) ? QStringList{QStringLiteral("null")}
+                                                                   : QStringList();
     if (value.type() == QVariant::String)
         return {value.toString().isEmpty() ? QStringLiteral("empty") : value.toString()};
     return {ValueText::ofValue(value)};
@@ -67,7 +89,20 @@ QString described(const QString &name, const QStringList &values, bool isSet)
         + (isSet ? QString() : QStringLiteral(" (not set)"));
 }
 
-/// The expected content of a page for an object and everything below it. For a choice, that is its alternative.
+bool isKept(const DataObject &object)
+{
+    bool result = false;
+    JobXml::visit(object, [&](const MemberView &member) {
+        const bool isDefault = shownValues(member)
+            == (isNull(member.GetDefaultValue()) ? QStringList()
+                                                 : QStringList{ValueText::ofValue(member.GetDefaultValue())});
+        result = result || member.IsSet() || member.GetSize() != 0 || (member.GetValue().isValid() && !isDefault);
+    });
+    return result;
+}
+
+/// The expected content of a page for an object and everything below it. For a choice, that is its alternative, and the
+/// others as far as they hold anything.
 void collect(const DataObject &object, QStringList &values, QStringList &objects)
 {
     bool hasChosen = false;
@@ -83,7 +118,7 @@ void collect(const DataObject &object, QStringList &values, QStringList &objects
         case MemberKind::Object:
         case MemberKind::ObjectList:
         case MemberKind::Alternative:
-            if (!member.IsChosen())
+            if (!member.IsChosen() && !member.IsSet() && (member.GetSize() == 0 || !isKept(member.GetChild())))
                 return;
             objects.append(member.GetName());
             for (int i = 0; i < member.GetSize(); ++i)
@@ -144,9 +179,117 @@ void HtmlTest::everyMemberIsShownOnceWithItsValue()
         QStringList shown;
         QStringList shownObjects;
         collect(page.root(), objects, shown, shownObjects);
-        QCOMPARE(sorted(shown), sorted(values));
+        const QString all = sorted(shown);
+        for (const QString &each : qAsConst(values))
+            QVERIFY2(shown.removeOne(each), qPrintable(each));
+        QCOMPARE(shown.join(QLatin1Char('\n')), QString());
+        QCOMPARE(all, sorted(values));
         QCOMPARE(sorted(shownObjects), sorted(objects));
     }
+}
+
+namespace {
+
+/// A number or a text of a document in JSON, as the page shows it.
+QString shownLeaf(const QJsonValue &value)
+{
+    if (value.isNull())
+        return QStringLiteral("null");
+    if (value.isBool())
+        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
+    if (value.isDouble())
+        return ValueText::exactly(value.toDouble());
+    const QString text = value.toString();
+    if (text == QLatin1String("NaN"))
+        return QStringLiteral("nan");
+    if (text.endsWith(QLatin1String("Infinity")))
+        return text.startsWith(QLatin1Char('-')) ? QStringLiteral("-inf") : QStringLiteral("inf");
+    return text.isEmpty() ? QStringLiteral("empty") : text;
+}
+
+/// "name = value" for every member in JSON that has a value, wherever it is.
+void collectLeaves(const QString &name, const QJsonValue &value, QStringList &leaves)
+{
+    if (value.isObject()) {
+        const QJsonObject object = value.toObject();
+        for (auto member = object.begin(); member != object.end(); ++member) {
+            if (member.key() != QLatin1String("Version") && member.key() != QLatin1String("ChoiceValueItem"))
+                collectLeaves(member.key(), member.value(), leaves);
+        }
+    } else if (value.isArray() && name == QLatin1String("StartupMode")) {
+        QStringList modes;
+        for (const QJsonValue &mode : value.toArray())
+            modes.append(shownLeaf(mode));
+        leaves.append(name + QStringLiteral(" = ")
+                      + (modes.isEmpty() ? QStringLiteral("empty") : modes.join(QStringLiteral(" | "))));
+    } else if (value.isArray()) {
+        for (const QJsonValue &item : value.toArray())
+            collectLeaves(name, item, leaves);
+    } else {
+        leaves.append(name + QStringLiteral(" = ") + shownLeaf(value));
+    }
+}
+
+} // namespace
+
+void HtmlTest::everythingInJsonIsOnThePage()
+{
+    QFETCH(int, seed);
+    QFETCH(int, changes);
+    QFETCH(int, count);
+    int found = 0;
+    for (int i = seed; i < seed + count; ++i) {
+        TunerProperties document = randomDocument(i, changes);
+        QByteArray json;
+        try {
+            json = Document(document).toBytes(Form::Json, {});
+        } catch (const DocumentError &) { // half of a surrogate pair, which JSON cannot hold
+            continue;
+        }
+        QStringList leaves;
+        collectLeaves(QString(), QJsonDocument::fromJson(json).object(), leaves);
+        const PageTree page = pageOf(document);
+        page.root().forEach([&](const PageNode &node) {
+            if (!node.has("data-member"))
+                return;
+            const QString member = node.attribute("data-member") + QStringLiteral(" = ");
+            const QStringList shown = node.values();
+            ++found;
+            if (leaves.removeOne(member + shown.join(QStringLiteral(" | "))))
+                return;
+            // QJsonDocument has doubles, which have other digits than floats, and no sign of zero.
+            bool isNumber = false;
+            const float number = shown.value(0).toFloat(&isNumber);
+            const auto same = std::find_if(leaves.begin(), leaves.end(), [&](const QString &leaf) {
+                bool isAlsoNumber = false;
+                const float other = leaf.mid(member.size()).toFloat(&isAlsoNumber);
+                return leaf.startsWith(member) && isNumber && isAlsoNumber && !(other < number) && !(other > number);
+            });
+            if (same != leaves.end())
+                leaves.erase(same);
+        });
+        QCOMPARE(leaves.join(QLatin1Char('\n')), QString());
+    }
+    QVERIFY2(found > 10 * count, qPrintable(QString::number(found)));
+}
+
+void HtmlTest::alternativeThatIsNotChosenIsMarked()
+{
+    TunerProperties document = aDocument(1);
+    document.SetValidate(false);
+    JobXml::ValueItem &item = document.GetComponent()[0].GetNode()[0].GetValueItem()[0];
+    JobXml::ValueString text;
+    text.Setid(QStringLiteral("left"));
+    text.Setvalue(QStringLiteral("over"));
+    item.SetValueString(text);
+    item.GetValueInt().Setvalue(7); // chooses it
+    const PageTree page = pageOf(document);
+    const PageNode *other = only(ofClass(page, "other"));
+    QCOMPARE(other->attribute("data-member"), QStringLiteral("ValueString"));
+    QCOMPARE(only(other->allTagged("h5"))->wholeText(), QStringLiteral("ValueString not chosen"));
+    QCOMPARE(other->values(), (QStringList{QStringLiteral("left"), QStringLiteral("over")}));
+    // The chosen one is not marked, and alternatives that were never used are not shown.
+    QCOMPARE(int(ofClass(page, "unchosen").size()), 1);
 }
 
 void HtmlTest::everyProblemIsShownAtItsObject()
@@ -159,9 +302,9 @@ void HtmlTest::everyProblemIsShownAtItsObject()
         const TunerProperties document = randomDocument(i, changes);
         const PageTree page = pageOf(document);
         QStringList expected;
-        const Findings findings = findingsOf(document);
-        for (const Finding &finding : findings.listed()) {
-            if (!finding.steps.isEmpty())
+        const PageFindings findings = allFindingsOf(document);
+        for (const Finding &finding : findings.listed) {
+            if (!finding.steps.isEmpty() || !finding.member.isNull())
                 expected.append(finding.message);
         }
         QStringList links;
@@ -170,8 +313,7 @@ void HtmlTest::everyProblemIsShownAtItsObject()
             if (node.tag == QLatin1String("a"))
                 links.append(node.attribute("href").mid(1) + QLatin1Char(' ') + node.wholeText());
             if (node.isOfClass("problem"))
-                targets.append(node.attribute("id") + QLatin1Char(' ')
-                               + node.wholeText().mid(QStringLiteral("Problem: ").size()));
+                targets.append(node.attribute("id") + QLatin1Char(' ') + only(node.allTagged("bdi"))->wholeText());
         });
         QCOMPARE(links.size(), expected.size());
         QCOMPARE(sorted(targets), sorted(links));
@@ -206,6 +348,177 @@ void HtmlTest::problemIsShownInsideItsObject()
     const auto counts =
         page.root().all([](const PageNode &node) { return node.isOfClass("tally") && node.isOfClass("bad"); });
     QCOMPARE(only(counts)->wholeText(), QStringLiteral("2 problems"));
+}
+
+void HtmlTest::findingOfAMemberIsShownBesideItsValue()
+{
+    // Of the document, of a component, and of a value, whose picture it follows.
+    PageFindings findings;
+    const auto add = [&](const QVector<JobXml::Step> &steps, const char *member, const char *message) {
+        Finding finding;
+        finding.kind = Finding::Kind::Warning;
+        finding.steps = steps;
+        finding.member = QString::fromUtf8(member);
+        finding.message = QString::fromUtf8(message);
+        finding.rule = QStringLiteral("some-rule");
+        findings.listed.append(finding);
+        ++findings.warnings;
+    };
+    const JobXml::Step component{QStringLiteral("Component"), 0};
+    add({}, "quantity", "too many");
+    add({component}, "displayName", "not displayed");
+    add({component, {QStringLiteral("Node"), 1}, {QStringLiteral("ValueItem"), 0}, {QStringLiteral("ValueInt"), -1}},
+        "value", "not round");
+    const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
+    const auto shown = ofClass(page, "problem");
+    QCOMPARE(int(shown.size()), 3);
+    QStringList places;
+    for (const PageNode *finding : shown) {
+        QCOMPARE(only(finding->allTagged("code"))->wholeText(), QStringLiteral("some-rule"));
+        const PageNode *place = finding->around(
+            [](const PageNode &node) { return node.tag == QLatin1String("dd") || node.isOfClass("value"); });
+        QVERIFY(place);
+        const PageNode *fact = place->tag == QLatin1String("dd") ? place->parent : place;
+        places.append(fact->attribute("data-member") + QStringLiteral(": ") + finding->wholeText());
+    }
+    QCOMPARE(places,
+             (QStringList{QStringLiteral("quantity: Warning: too many some-rule"),
+                          QStringLiteral("displayName: Warning: not displayed some-rule"),
+                          QStringLiteral(": Warning: not round some-rule")}));
+}
+
+namespace {
+
+/// A warning about each member of the object and of those below it, as far as they hold anything.
+void warnOfEverything(const DataObject &object, const QVector<JobXml::Step> &steps, PageFindings &findings)
+{
+    JobXml::visit(object, [&](const MemberView &member) {
+        Finding finding;
+        finding.kind = Finding::Kind::Warning;
+        finding.steps = steps;
+        finding.member = member.GetName();
+        finding.message = QStringLiteral("about %1").arg(findings.warnings++);
+        finding.rule = QStringLiteral("any");
+        findings.listed.append(finding);
+        const bool isAlternative = member.GetKind() == MemberKind::Alternative;
+        if (isAlternative && !member.IsChosen() && !member.IsSet()
+            && (member.GetSize() == 0 || !isKept(member.GetChild())))
+            return;
+        const bool isList = member.GetKind() == MemberKind::ObjectList;
+        for (int i = 0; i < member.GetSize(); ++i)
+            warnOfEverything(member.GetChild(i), steps + QVector<JobXml::Step>{{member.GetName(), isList ? i : -1}},
+                             findings);
+    });
+}
+
+} // namespace
+
+void HtmlTest::findingAboutAnyMemberIsShownAtItsObject()
+{
+    QFETCH(int, seed);
+    QFETCH(int, changes);
+    for (int i = seed; i < seed + 20; ++i) {
+        const TunerProperties document = randomDocument(i, changes);
+        PageFindings findings;
+        warnOfEverything(document, {}, findings);
+        const PageTree page(html(document, findings, QStringLiteral("file.xml")));
+        QCOMPARE(page.error(), QString());
+        QStringList missing;
+        for (const Finding &finding : qAsConst(findings.listed))
+            missing.append(finding.message);
+        for (const PageNode *shown : ofClass(page, "problem"))
+            QVERIFY(missing.removeOne(only(shown->allTagged("bdi"))->wholeText()));
+        QStringList where;
+        for (const Finding &finding : qAsConst(findings.listed)) {
+            if (!missing.contains(finding.message))
+                continue;
+            QString path;
+            for (const JobXml::Step &step : finding.steps)
+                path += step.member + QStringLiteral(" %1/").arg(step.index);
+            where.append(path + finding.member);
+        }
+        QCOMPARE(where.join(QLatin1Char('\n')), QString());
+    }
+}
+
+void HtmlTest::warningsAreCountedInTheSummaryAndOnTheirCard()
+{
+    TunerProperties document = aDocument(30);
+    JobXml::ValueNumericInt ranged;
+    ranged.Setid(QStringLiteral("level"));
+    ranged.Setvalue(8);
+    ranged.Setmin(0);
+    ranged.Setmax(7);
+    ranged.Setstep(1);
+    JobXml::Component second = aComponent(QStringLiteral("second"), 2);
+    for (JobXml::Node &node : second.GetNode())
+        node.GetValueItem()[0].SetValueNumericInt(ranged);
+    document.AppendComponent(second);
+    const auto cardTallies = [&] {
+        QStringList texts;
+        const PageTree page = pageOf(document);
+        for (const PageNode *card : ofClass(page, "card")) {
+            QStringList tallies = {card->has("open") ? QStringLiteral("open") : QStringLiteral("closed")};
+            for (const PageNode *tally : card->all([](const PageNode &node) { return node.isOfClass("tally"); }))
+                tallies.append(tally->wholeText());
+            texts.append(tallies.join(QStringLiteral(", ")));
+        }
+        texts.append(only(ofClass(page, "problems"))->allTagged("h2").front()->wholeText());
+        return texts;
+    };
+    QCOMPARE(cardTallies(),
+             (QStringList{QStringLiteral("open, Node 30"), QStringLiteral("closed, 2 warnings, Node 2"),
+                          QStringLiteral("No problems, 2 warnings")}));
+    document.SetValidate(false);
+    document.GetComponent()[1].Resetname();
+    QCOMPARE(cardTallies(),
+             (QStringList{QStringLiteral("open, Node 30"), QStringLiteral("closed, 1 problem, 2 warnings, Node 2"),
+                          QStringLiteral("1 problem, 2 warnings")}));
+}
+
+void HtmlTest::findingInClosedOptionsOpensThem()
+{
+    JobXml::ValueStringList list;
+    list.Setid(QStringLiteral("l"));
+    list.Setvalue(QStringLiteral("1"));
+    list.SetValidate(false);
+    for (int i = 0; i < 20; ++i) {
+        JobXml::StringItem item;
+        item.Setvalue(QString::number(i));
+        list.AppendStringItem(item);
+    }
+    TunerProperties document = aDocument(1);
+    document.SetValidate(false);
+    JobXml::ValueItem &item = document.GetComponent()[0].GetNode()[0].GetValueItem()[0];
+    item.SetValueStringList(list);
+    const auto fold = [&] {
+        const PageTree page = pageOf(document);
+        const PageNode *options = only(ofClass(page, "fold"));
+        return options->allTagged("summary").front()->wholeText()
+            + (options->has("open") ? QStringLiteral(", open") : QStringLiteral(", closed"));
+    };
+    QCOMPARE(fold(), QStringLiteral("20 options, closed"));
+    item.GetValueStringList().GetStringItem()[19].Resetvalue();
+    QCOMPARE(fold(), QStringLiteral("20 options, open"));
+}
+
+void HtmlTest::listedFindingShowsItsPathAndItsLocation()
+{
+    PageFindings findings;
+    Finding finding;
+    finding.kind = Finding::Kind::Warning;
+    finding.steps = {{QStringLiteral("Component"), 0}};
+    finding.path = QStringLiteral("Component[1]");
+    finding.message = QStringLiteral("twice");
+    finding.rule = QStringLiteral("duplicate");
+    finding.line = 4;
+    finding.column = 7;
+    findings.listed.append(finding);
+    findings.warnings = 1;
+    const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
+    QCOMPARE(only(only(ofClass(page, "problems"))->allTagged("li"))->wholeText(),
+             QStringLiteral("twice duplicateComponent[1], line 4, column 7"));
+    QCOMPARE(only(page.root().allTagged("a"))->attribute("href"), QStringLiteral("#problem-1"));
 }
 
 namespace {
@@ -378,6 +691,91 @@ void HtmlTest::showingChangesNothing()
         html(document, {}, QStringLiteral("file.xml"));
         QCOMPARE(hex(snapshotOf(document)), before);
     }
+}
+
+void HtmlTest::identifierOfEveryNodeIsItsPath()
+{
+    for (int seed = 0; seed < 30; ++seed) {
+        TunerProperties document = randomDocument(seed, 20);
+        document.SetValidate(false);
+        // The same identity twice, and a text that needs quotes.
+        document.AppendComponent(aComponent(QStringLiteral("a b, \"c\"/[d] \u00e4 %41 \n"), 2));
+        document.AppendComponent(aComponent(QStringLiteral("a b, \"c\"/[d] \u00e4 %41 \n"), 2));
+        const PageTree page = pageOf(document);
+        QStringList expected;
+        JobXml::visit(document, [&](const MemberView &member) {
+            if (member.GetName() != QLatin1String("Component"))
+                return;
+            const QStringList components = Paths::stepsTo(member);
+            for (int i = 0; i < member.GetSize(); ++i) {
+                expected.append(components[i]);
+                JobXml::visit(member.GetChild(i), [&](const MemberView &nodes) {
+                    if (nodes.GetName() != QLatin1String("Node"))
+                        return;
+                    for (const QString &step : Paths::stepsTo(nodes))
+                        expected.append(components[i] + QLatin1Char('/') + step);
+                });
+            }
+        });
+        QStringList shown;
+        for (const PageNode *item :
+             page.root().all([](const PageNode &node) { return node.isOfClass("card") || node.isOfClass("node"); })) {
+            shown.append(QString::fromUtf8(QByteArray::fromPercentEncoding(item->attribute("id").toLatin1())));
+            QCOMPARE(Paths::find(document, shown.last()).path, shown.last());
+        }
+        QCOMPARE(shown, expected);
+        QSet<QString> identifiers;
+        for (const PageNode *item : page.root().all([](const PageNode &node) { return node.has("id"); })) {
+            QVERIFY2(!identifiers.contains(item->attribute("id")), qPrintable(item->attribute("id")));
+            identifiers.insert(item->attribute("id"));
+        }
+    }
+}
+
+void HtmlTest::identifiersHaveOnlyCharactersThatALinkKeeps()
+{
+    TunerProperties document = aDocument(1);
+    document.GetComponent()[0].Setname(QStringLiteral("<a href='#'> \u00e4%20&\"\\"));
+    const PageTree page = pageOf(document);
+    QCOMPARE(only(ofClass(page, "card"))->attribute("id"),
+             QStringLiteral("Component[type=Filter,name=%22%3Ca%20href%3D%27%23%27%3E%20%C3%A4%2520%26%5C%22%5C%5C%22]")
+                 .replace(QStringLiteral("%3D"), QStringLiteral("=")));
+}
+
+void HtmlTest::identifierOfALongNameIsItsPosition()
+{
+    // Each character is nine in a link, and each node has the identifier of its component in its own.
+    const auto identifiers = [](int length) {
+        TunerProperties document = aDocument(1);
+        document.GetComponent()[0].Setname(QString(length, QChar(0x6F22)));
+        const PageTree page = pageOf(document);
+        return QStringList{only(ofClass(page, "card"))->attribute("id"), only(ofClass(page, "node"))->attribute("id")};
+    };
+    const QString start = QStringLiteral("Component[type=Filter,name=");
+    const QString name = QStringLiteral("%E6%BC%A2").repeated(41);
+    QCOMPARE(identifiers(41),
+             (QStringList{start + name + QLatin1Char(']'), start + name + QStringLiteral("]/Node[id=node0]")}));
+    QCOMPARE(identifiers(42),
+             (QStringList{QStringLiteral("Component[1]"), QStringLiteral("Component[1]/Node[id=node0]")}));
+}
+
+void HtmlTest::everyColorForBothThemesFollowsOneForOlderBrowsers()
+{
+    const QString page = QString::fromUtf8(html(aDocument(), {}, QStringLiteral("file.xml")));
+    // A custom property takes any value, so the colors of both themes are where only browsers read that know them.
+    const int query = page.indexOf(QStringLiteral("@supports (color: light-dark(#000000, #ffffff)) {"));
+    QVERIFY(query > 0);
+    const int end = page.indexOf(QStringLiteral("\n}\n"), query);
+    const QRegularExpression both(QStringLiteral("(--[a-z-]+): light-dark\\((#[0-9a-f]{6}), #[0-9a-f]{6}\\);"));
+    int count = 0;
+    for (auto match = both.globalMatch(page); match.hasNext(); ++count) {
+        const auto color = match.next();
+        QVERIFY(color.capturedStart() > query && color.capturedEnd() < end);
+        const int plain = page.indexOf(color.captured(1) + QStringLiteral(": ") + color.captured(2) + QLatin1Char(';'));
+        QVERIFY2(plain > 0 && plain < query, qPrintable(color.captured(1)));
+    }
+    QCOMPARE(count + 1, page.left(page.indexOf(QStringLiteral("</style>"))).count(QStringLiteral("light-dark(#")));
+    QVERIFY(count >= 15);
 }
 
 TEST_SUITE(HtmlTest)

@@ -24,6 +24,9 @@ private Q_SLOTS:
     void valueInItsRangeIsAMeter();
     void valueOutsideItsRangeIsAnImageWithTheReason_data();
     void valueOutsideItsRangeIsAnImageWithTheReason();
+    void rangeOverDecadesIsLogarithmic();
+    void rangeWithinDecadesOrWithZeroIsLinear();
+    void nothingOnThePageHasTheRoleOfAControl();
     void digitGroupsAreOnlyVisual();
     void theOptionAtTheIndexIsMarked();
     void optionThatDiffersFromTheChoiceIsReported();
@@ -89,6 +92,32 @@ TunerProperties with(const Value &value, void (JobXml::ValueItem::*setter)(const
     document.SetValidate(false);
     document.AppendComponent(component);
     return document;
+}
+
+/// Where the mark of a scale is; null if there is none.
+QString markOf(const PageNode *scale)
+{
+    return only(scale->all([](const PageNode &node) { return node.isOfClass("mark"); }))->attribute("x");
+}
+
+/// Where the ticks of a scale are.
+QStringList ticksOf(const PageNode *scale)
+{
+    QStringList ticks;
+    for (const PageNode *tick : only(scale->allTagged("g"))->allTagged("rect"))
+        ticks.append(tick->attribute("x"));
+    return ticks;
+}
+
+/// "message rule" of each warning at its value.
+QStringList warningsOf(const PageTree &page)
+{
+    QStringList texts;
+    for (const PageNode *warning : ofClass(page, "warning")) {
+        if (warning->isOfClass("problem"))
+            texts.append(warning->wholeText().mid(int(qstrlen("Warning: "))));
+    }
+    return texts;
 }
 
 JobXml::ValueNumericInt64 ranged(qint64 value, qint64 min, qint64 max, qint64 step)
@@ -187,14 +216,14 @@ void HtmlPicturesTest::barsWithoutAPositionAreOmitted()
 void HtmlPicturesTest::valueInItsRangeIsAMeter()
 {
     const PageTree page = pageOf(with(ranged(250, 50, 850, 100), &JobXml::ValueItem::SetValueNumericInt64));
-    const PageNode *meter = byRole(page, "meter", "slider");
+    const PageNode *meter = byRole(page, "meter", "scale");
     QCOMPARE(meter->attribute("aria-label"), QStringLiteral("level"));
     QCOMPARE(meter->attribute("aria-valuemin"), QStringLiteral("50"));
     QCOMPARE(meter->attribute("aria-valuemax"), QStringLiteral("850"));
     QCOMPARE(meter->attribute("aria-valuenow"), QStringLiteral("250"));
     QCOMPARE(meter->attribute("aria-valuetext"), QStringLiteral("250, from 50 to 850, step 100"));
-    QCOMPARE(only(meter->allTagged("circle"))->attribute("cx"), QStringLiteral("25.00%"));
-    QCOMPARE(int(meter->allTagged("line").size()), 7); // between eight steps
+    QCOMPARE(markOf(meter), QStringLiteral("25.00%"));
+    QCOMPARE(ticksOf(meter).size(), 7); // between eight steps
 }
 
 void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
@@ -208,10 +237,11 @@ void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
     const auto row = [](const char *name, qint64 value, qint64 min, qint64 max, const char *place, const char *note) {
         QTest::newRow(name) << value << min << max << QString::fromUtf8(place) << QString::fromUtf8(note);
     };
-    row("above", 8, 0, 7, "100.00%", "value is above max");
-    row("above by less than the precision of a double", most, 0, most - 1, "100.00%", "value is above max");
-    row("below", -1, 0, 7, "0.00%", "value is below min");
-    row("no range", 5, 7, 3, "", "min is above max");
+    row("above", 8, 0, 7, "100.00%", "value is above max value-out-of-range");
+    row("above by less than the precision of a double", most, 0, most - 1, "100.00%",
+        "value is above max value-out-of-range");
+    row("below", -1, 0, 7, "0.00%", "value is below min value-out-of-range");
+    row("no range", 5, 7, 3, "", "min is above max range-reversed");
 }
 
 void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason()
@@ -222,12 +252,55 @@ void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason()
     QFETCH(QString, place);
     QFETCH(QString, note);
     const PageTree page = pageOf(with(ranged(value, min, max, 1), &JobXml::ValueItem::SetValueNumericInt64));
-    const PageNode *picture = byRole(page, "img", "slider");
+    const PageNode *picture = byRole(page, "img", "scale");
     QCOMPARE(picture->attribute("aria-label"),
-             QStringLiteral("level: %1, from %2 to %3, step 1; %4").arg(value).arg(min).arg(max).arg(note));
+             QStringLiteral("level: %1, from %2 to %3, step 1").arg(value).arg(min).arg(max));
     QVERIFY(!picture->has("aria-valuenow"));
-    QCOMPARE(only(picture->allTagged("circle"))->attribute("cx"), place);
-    QCOMPARE(only(page.root().all([](const PageNode &node) { return node.isOfClass("note"); }))->wholeText(), note);
+    QCOMPARE(markOf(picture), place);
+    QCOMPARE(warningsOf(page), QStringList{note});
+}
+
+void HtmlPicturesTest::rangeOverDecadesIsLogarithmic()
+{
+    // From 10 to 10,000 are three decades, with two powers of ten between the ends; 100 is at a third.
+    const PageTree page = pageOf(with(ranged(100, 10, 10000, 1), &JobXml::ValueItem::SetValueNumericInt64));
+    const PageNode *meter = byRole(page, "meter", "scale");
+    QCOMPARE(markOf(meter), QStringLiteral("33.33%"));
+    QCOMPARE(meter->attribute("title"), QStringLiteral("logarithmic axis"));
+    QCOMPARE(meter->attribute("aria-valuetext"), QStringLiteral("100, from 10 to 10000, step 1, logarithmic axis"));
+    QCOMPARE(ticksOf(meter), (QStringList{QStringLiteral("33.33%"), QStringLiteral("66.67%")}));
+}
+
+void HtmlPicturesTest::rangeWithinDecadesOrWithZeroIsLinear()
+{
+    for (const auto &[min, max] : {std::pair<qint64, qint64>{1, 999}, {0, 1000000}, {-1, 1000000}}) {
+        const PageTree page = pageOf(with(ranged(max, min, max, 1), &JobXml::ValueItem::SetValueNumericInt64));
+        QVERIFY(!byRole(page, "meter", "scale")->has("title"));
+    }
+    const PageTree page = pageOf(with(ranged(500, 0, 1000000, 1), &JobXml::ValueItem::SetValueNumericInt64));
+    QCOMPARE(markOf(byRole(page, "meter", "scale")), QStringLiteral("0.05%"));
+}
+
+void HtmlPicturesTest::nothingOnThePageHasTheRoleOfAControl()
+{
+    JobXml::ValueBoolean flag;
+    flag.Setid(QStringLiteral("flag"));
+    flag.Setvalue(true);
+    TunerProperties document = with(flag, &JobXml::ValueItem::SetValueBoolean);
+    JobXml::ValueItem item;
+    item.SetValueNumericInt64(ranged(5, 0, 10, 1));
+    document.GetComponent()[0].GetNode()[0].AppendValueItem(item);
+    const PageTree page = pageOf(document);
+    const PageNode *main = only(page.root().allTagged("main"));
+    QSet<QString> roles;
+    main->forEach([&](const PageNode &node) {
+        if (node.has("role"))
+            roles.insert(node.attribute("role"));
+        for (const char *tag : {"input", "button", "select", "textarea"})
+            QVERIFY2(node.tag != QLatin1String(tag), tag);
+    });
+    QCOMPARE(roles, (QSet<QString>{QStringLiteral("img"), QStringLiteral("meter")}));
+    QCOMPARE(only(ofClass(page, "yes"))->wholeText(), QStringLiteral("true"));
 }
 
 void HtmlPicturesTest::digitGroupsAreOnlyVisual()
@@ -254,9 +327,9 @@ void HtmlPicturesTest::theOptionAtTheIndexIsMarked()
     }
     const PageTree page = pageOf(with(selection, &JobXml::ValueItem::SetValueSelection));
     const auto marked = page.root().all([](const PageNode &node) { return node.has("aria-current"); });
-    QCOMPARE(only(marked)->tag, QStringLiteral("tr"));
+    QCOMPARE(only(marked)->tag, QStringLiteral("li"));
     QCOMPARE(only(marked)->values(), (QStringList{QStringLiteral("two"), QStringLiteral("2")}));
-    QVERIFY(page.root().all([](const PageNode &node) { return node.isOfClass("note"); }).empty());
+    QCOMPARE(warningsOf(page), QStringList());
 }
 
 void HtmlPicturesTest::optionThatDiffersFromTheChoiceIsReported()
@@ -270,20 +343,14 @@ void HtmlPicturesTest::optionThatDiffersFromTheChoiceIsReported()
     selection.Settext(QStringLiteral("two"));
     selection.Setindex(0);
     selection.AppendSelectionItem(item);
-    const auto notes = [&] {
-        QStringList texts;
-        const PageTree page = pageOf(with(selection, &JobXml::ValueItem::SetValueSelection));
-        for (const PageNode *note : page.root().all([](const PageNode &node) { return node.isOfClass("note"); }))
-            texts.append(note->wholeText());
-        return texts;
-    };
-    QCOMPARE(notes(),
-             (QStringList{QStringLiteral("the option at this index has a different name"),
-                          QStringLiteral("the option at this index has a different value")}));
+    const auto warnings = [&] { return warningsOf(pageOf(with(selection, &JobXml::ValueItem::SetValueSelection))); };
+    QCOMPARE(warnings(),
+             (QStringList{QStringLiteral("the option at this index has a different name option-differs"),
+                          QStringLiteral("the option at this index has a different value option-differs")}));
     selection.Setindex(-1);
-    QCOMPARE(notes(), QStringList{QStringLiteral("no option has the index -1")});
+    QCOMPARE(warnings(), QStringList{QStringLiteral("no option has the index -1 option-index")});
     selection.Setindex(1);
-    QCOMPARE(notes(), QStringList{QStringLiteral("no option has the index 1")});
+    QCOMPARE(warnings(), QStringList{QStringLiteral("no option has the index 1 option-index")});
 }
 
 void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
@@ -301,13 +368,11 @@ void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
         const PageTree page = pageOf(with(list, &JobXml::ValueItem::SetValueStringList));
         for (const PageNode *node : page.root().all([](const PageNode &each) { return each.has("aria-current"); }))
             found.append(node->tag + QLatin1Char(' ') + node->values().join(QLatin1Char(' ')));
-        for (const PageNode *note : page.root().all([](const PageNode &node) { return node.isOfClass("note"); }))
-            found.append(note->wholeText());
-        return found;
+        return found + warningsOf(page);
     };
     QCOMPARE(marked(), QStringList{QStringLiteral("li b")});
     list.Setvalue(QStringLiteral("c"));
-    QCOMPARE(marked(), QStringList{QStringLiteral("the value is not in the list")});
+    QCOMPARE(marked(), QStringList{QStringLiteral("the value is not in the list value-not-listed")});
 }
 
 TEST_SUITE(HtmlPicturesTest)

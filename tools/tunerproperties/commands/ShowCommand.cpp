@@ -54,8 +54,10 @@ void showAsHtml(DocumentFile &file, const Findings &findings)
 {
     checkSizeOfPage(file);
     const FileName &name = file.input.name();
+    PageFindings all(findings);
+    addValueWarnings(file.document.tuner, findings.most(), all);
     BufferedOutput output;
-    html(file.document.tuner, findings,
+    html(file.document.tuner, all,
          name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
@@ -116,8 +118,9 @@ Command showCommand()
     command.name = QStringLiteral("show");
     command.usages = QStringList{QStringLiteral("FILE")};
     command.summary = QStringLiteral("Show a document as a tree, as JSON, or as a page for a browser.");
-    command.details = QStringList{QStringLiteral("Numbers are shown exactly and texts in quotes; members that are not "
-                                                 "set are marked. The page also lists the problems of the document.")};
+    command.details = QStringList{QStringLiteral(
+        "Numbers are shown exactly and texts in quotes; members that are not "
+        "set are marked. The page also shows the problems of the document and warnings about its values.")};
     command.options = {formatOption(), Options::from(), Options::maxProblems(), Options::maxExpansion()};
     command.examples = {
         {QStringLiteral("show receiver.xml"), QStringLiteral("Show a document as a tree.")},

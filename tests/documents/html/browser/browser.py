@@ -120,7 +120,8 @@ class Browser:
 
     def press(self, key):
         """Sends a key like the keyboard: the browser handles it before the page does."""
-        codes = {"Tab": (9, ""), "Enter": (13, "\r"), "Space": (32, " "), "Escape": (27, "")}
+        codes = {"Tab": (9, ""), "Enter": (13, "\r"), "Space": (32, " "), "Escape": (27, ""), "/": (191, "/"),
+                 "ArrowLeft": (37, ""), "ArrowUp": (38, ""), "ArrowRight": (39, ""), "ArrowDown": (40, "")}
         code, text = codes[key]
         name = " " if key == "Space" else key
         down = {"type": "keyDown" if text else "rawKeyDown", "key": name, "code": key, "windowsVirtualKeyCode": code}

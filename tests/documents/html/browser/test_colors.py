@@ -2,7 +2,7 @@
 
 import unittest
 
-from browser import EXAMPLES, BrowserTest
+from browser import EXAMPLES, LIGHT, BrowserTest
 
 TEXT = 4.5
 PICTURE = 3.0
@@ -38,19 +38,25 @@ const color = (selector, property) => {
     return element ? getComputedStyle(element)[property] : null;
 };
 const surface = color('.card', 'backgroundColor');
-const after = getComputedStyle(document.querySelector('.switch:not(.on)'), '::after').backgroundColor;
+const check = getComputedStyle(document.querySelector('.yes'), '::before').color;
+const chosen = getComputedStyle(document.querySelector('.options [aria-current]'), '::before').color;
 return [
     ['edge of the search field', color('#search', 'borderTopColor'), color('body', 'backgroundColor')],
     ['edge of a button', color('#open', 'borderTopColor'), color('body', 'backgroundColor')],
     ['bar', color('.plot rect', 'fill'), surface],
-    ['slider', color('.slider rect + rect', 'fill'), surface],
-    ['knob', color('.slider circle', 'fill'), surface],
-    ['switch that is on', color('.switch.on', 'backgroundColor'), surface],
-    ['switch that is off', color('.switch:not(.on)', 'borderTopColor'), surface],
-    ['its knob', after, surface],
-    ['edge of a drop-down', color('.drop', 'borderTopColor'), surface],
+    ['scale', color('.scale rect + rect', 'fill'), surface],
+    ['mark of a scale', color('.scale .mark', 'fill'), surface],
+    ['tick of a scale', color('.scale g rect', 'fill'), surface],
+    ['sign of what is true', check, surface],
+    ['sign of the chosen option', chosen, surface],
 ];
 """
+
+# A problem, and two warnings.
+WARNINGS = """<TunerProperties Version="1.1" type="SCP"><Component type="a" name="first" optional="true"><Node id="n">
+  <ValueItem><ValueNumericInt id="v" value="9" min="0" max="5" step="1"/></ValueItem>
+  <ValueItem><ValueNumericInt id="w" value="-9" min="0" max="5" step="1"/></ValueItem>
+</Node></Component></TunerProperties>"""
 
 
 def channels(color):
@@ -78,7 +84,9 @@ class Colors(BrowserTest):
         self.assertAlmostEqual(contrast("rgb(119, 119, 119)", "rgb(255, 255, 255)"), 4.478, places=3)
 
     def test_texts_have_enough_contrast_light_and_dark(self):
-        for document in (EXAMPLES / "receiver.xml", self.document("hostile.json")):
+        warnings = self.browser.folder / "warnings.xml"
+        warnings.write_text(WARNINGS, encoding="utf-8")
+        for document in (EXAMPLES / "receiver.xml", self.document("hostile.json"), warnings):
             for dark in (False, True):
                 self.browser.open(document, dark=dark)
                 pairs = self.browser.script(TEXTS)
@@ -86,6 +94,24 @@ class Colors(BrowserTest):
                 for pair, where in pairs:
                     with self.subTest(pair=pair, where=where, dark=dark):
                         self.assertGreaterEqual(contrast(*pair.split(" on ")), TEXT)
+
+    def test_an_older_browser_shows_the_light_colors(self):
+        page = self.browser.made(EXAMPLES / "receiver.xml")
+        html = page.read_text(encoding="utf-8")
+        # A browser that does not know the function; the policy would refuse the changed style.
+        html = html.replace("light-dark(", "unknown-function(").replace("Content-Security-Policy", "X-Nothing")
+        page.write_text(html, encoding="utf-8")
+        self.browser.emulate(dark=True)
+        self.browser.driver.get(page.as_uri())
+        self.assertEqual(self.browser.background(), LIGHT)
+        self.assertEqual(self.browser.script("return getComputedStyle(document.body).color"), "rgb(24, 33, 43)")
+        pairs = self.browser.script(TEXTS)
+        self.assertGreater(len(pairs), 5)
+        for pair, where in pairs:
+            with self.subTest(pair=pair, where=where):
+                self.assertGreaterEqual(contrast(*pair.split(" on ")), TEXT)
+        # It cannot be dark, so there is no switch for that.
+        self.assertFalse(self.browser.script("return document.getElementById('theme').checkVisibility()"))
 
     def test_pictures_and_edges_have_enough_contrast_light_and_dark(self):
         for dark in (False, True):

@@ -23,7 +23,7 @@ class Examples(BrowserTest):
                 const outline = root => Array.from(root.querySelectorAll('*'))
                     .map(each => each.localName + ' in ' + (each.parentElement ? each.parentElement.localName : 'nothing'));
                 const xml = outline(new DOMParser().parseFromString(arguments[0], 'application/xhtml+xml'));
-                const html = outline(document);
+                const html = outline(new DOMParser().parseFromString(arguments[0], 'text/html'));
                 return [xml.length, xml.filter((each, i) => each !== html[i]), html.length];
             """, page.read_text(encoding="utf-8"))
             self.assertGreater(differences[0], 100)
@@ -45,25 +45,44 @@ class Examples(BrowserTest):
             self.browser.click("open")
             controls = self.browser.controls()
             self.assertEqual([control for control in controls if not control["name"].strip()], [])
+            # Before the outline follows the focus.
+            focusable = [node for node in self.browser.accessibility()
+                         if node["properties"].get("focusable") and node["role"] != "RootWebArea"]
             reached = self.browser.tab_through()
             self.assertEqual(sorted(control["element"] for control in controls), sorted(reached))
             # What takes the focus is a control, and nothing else.
-            focusable = [node for node in self.browser.accessibility()
-                         if node["properties"].get("focusable") and node["role"] != "RootWebArea"]
             self.assertEqual(sorted(node["element"] for node in focusable), sorted(reached))
 
         self.for_each(check)
 
-    def test_the_controls_are_those_of_the_bar_and_what_opens_and_closes(self):
+    def test_the_controls_are_those_of_the_bar_links_paths_and_what_opens_and_closes(self):
         def check(_, __):
             self.browser.click("open")
+            self.browser.settle()
             roles = [(control["role"], control["name"]) for control in self.browser.controls()]
-            self.assertEqual(roles[:4], [("searchbox", "Search components, nodes and values"), ("button", "Open all"),
-                                         ("button", "Close all"), ("switch", "Dark")])
-            cards, drops = self.browser.script("return [document.querySelectorAll('.card').length,"
-                                               "document.querySelectorAll('.drop').length]")
-            self.assertEqual([role for role, _ in roles[4:]], ["DisclosureTriangle"] * (cards + drops))
+            self.assertEqual(roles[:5], [("searchbox", "Search components, nodes and values"), ("button", "Open all"),
+                                         ("button", "Close all"), ("switch", "Exact numbers"), ("switch", "Dark")])
+            cards, nodes, folds, links = self.browser.script("""return ['.card', '.node', '.fold, .problems details',
+                '#outline a, .problems a'].map(each => document.querySelectorAll(each).length)""")
+            places = cards + nodes
+            self.assertEqual(sorted(role for role, _ in roles[5:]), ["DisclosureTriangle"] * (cards + folds)
+                             + ["button"] * places + ["link"] * (places + links))
             self.assertGreater(cards, 0)
+            self.assertGreaterEqual(links, cards)
+
+        self.for_each(check)
+
+    def test_every_node_and_component_has_a_link_to_itself_and_a_button_for_its_path(self):
+        def check(_, __):
+            wrong = self.browser.script("""return Array.from(document.querySelectorAll('.card, .node')).filter(item => {
+                const tools = item.matches('.card') ? item.querySelector(':scope > .inside > .place')
+                    : item.querySelector(':scope > h4');
+                const links = tools.querySelectorAll('a.to');
+                return !item.id || document.querySelectorAll('[id="' + CSS.escape(item.id) + '"]').length !== 1
+                    || links.length !== 1 || links[0].getAttribute('href') !== '#' + item.id
+                    || tools.querySelectorAll('button.copy').length !== 1;
+            }).map(item => item.id)""")
+            self.assertEqual(wrong, [])
 
         self.for_each(check)
 
@@ -103,6 +122,27 @@ class Examples(BrowserTest):
             def check(_, __):
                 self.browser.open_all_details()
                 self.assertLessEqual(self.browser.script("return document.documentElement.scrollWidth"), width)
+
+            self.for_each(check, width=width)
+
+    def test_labels_of_an_axis_and_a_range_do_not_overlap(self):
+        for width in (320, 390, 500, 640, 800, 900, 1024, 1180, 1280, 1600):
+            def check(_, __):
+                self.browser.open_all_details()
+                self.browser.settle()
+                groups = self.browser.script("""return Array.from(document.querySelectorAll('.plot svg, .range'))
+                    .map(group => Array.from(group.querySelectorAll('text, :scope > span'))
+                        .filter(label => label.checkVisibility())
+                        .map(label => [label.getBoundingClientRect(), label.textContent])
+                        .map(([box, text]) => [box.left, box.top, box.right, box.bottom, text]))""")
+                labels = [label for group in groups for label in group]
+                self.assertGreater(len(labels), 10)
+                for group in groups:
+                    for i, (left, top, right, bottom, text) in enumerate(group):
+                        self.assertTrue(0 <= left < right <= width, text)
+                        for other in group[i + 1:]:
+                            apart = right < other[0] or other[2] < left or bottom <= other[1] or other[3] <= top
+                            self.assertTrue(apart, f"'{text}' and '{other[4]}' overlap")
 
             self.for_each(check, width=width)
 

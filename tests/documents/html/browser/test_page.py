@@ -2,9 +2,11 @@
 
 import base64
 import re
+import subprocess
 import unittest
 
-from browser import DARK, EXAMPLES, LIGHT, BrowserTest
+from browser import DARK, EXAMPLES, LIGHT, TOOL, BrowserTest
+from pdf import Pdf
 
 RECEIVER = EXAMPLES / "receiver.xml"
 
@@ -13,6 +15,19 @@ PROBLEMS = """<TunerProperties Version="1.1" type="SCP" baseresource="B"><Extra/
   <Component type="a" name="first" optional="true"><Node id="whole">%s</Node></Component>
   <Component type="b" name="second" optional="true"><Node id="broken"><ValueItem/></Node></Component>
 </TunerProperties>""" % ('<ValueItem><ValueInt id="v" value="1"/></ValueItem>' * 30)
+
+# One warning, in a component that is closed.
+WARNINGS = """<TunerProperties Version="1.1" type="SCP" baseresource="B">
+  <Component type="a" name="first" optional="true">%s</Component>
+  <Component type="b" name="second" optional="true"><Node id="level">
+    <ValueItem><ValueNumericInt id="level" value="9" min="0" max="5" step="1"/></ValueItem></Node></Component>
+</TunerProperties>""" % "".join(f'<Node id="n{i}"><ValueItem><ValueInt id="v" value="1"/></ValueItem></Node>'
+                                for i in range(30))
+
+LONG = """<TunerProperties Version="1.1" type="SCP" baseresource="B">%s</TunerProperties>""" % "".join(
+    f'<Component type="a" name="C{c}" optional="true">' + "".join(
+        f'<Node id="n{c}.{n}"><ValueItem><ValueInt id="v" value="1"/></ValueItem></Node>' for n in range(nodes))
+    + "</Component>" for c, nodes in enumerate([7, 90, 130, 25, 160, 3]))
 
 SHOWN_NODES = """return Array.from(document.querySelectorAll('.node')).filter(node => node.checkVisibility())
                  .map(node => node.querySelector('h4 bdi').textContent)"""
@@ -59,9 +74,9 @@ class Page(BrowserTest):
 
     def test_search_opens_the_options_in_which_it_finds_something(self):
         self.browser.open(RECEIVER)
-        self.search("6.25 kHz")
-        self.assertEqual(self.browser.script(SHOWN_NODES), ["channelRaster"])
-        opened = "return Array.from(document.querySelectorAll('.drop[open]')).length"
+        self.search("2.1 kHz")
+        self.assertEqual(self.browser.script(SHOWN_NODES), ["bandwidth"])
+        opened = "return document.querySelectorAll('.fold[open]').length"
         self.assertEqual(self.browser.script(opened), 1)
         self.browser.press("Escape")
         self.assertEqual(self.browser.script(opened), 0)
@@ -81,15 +96,16 @@ class Page(BrowserTest):
         self.browser.open(RECEIVER)
         self.search("GHz")
         places = []
-        for _ in range(3):
+        for _ in range(4):
             self.browser.press("Enter")
             current = self.browser.script("""return Array.from(document.querySelectorAll('.node[aria-current]')).map(node => {
                 const box = node.getBoundingClientRect();
                 return [node.querySelector('h4 bdi').textContent, box.top >= 0 ? box.bottom <= innerHeight : false];
             })""")
             places.append((current, self.found()))
-        self.assertEqual(places, [([["connector", True]], "Node 1 of 2"), ([["band", True]], "Node 2 of 2"),
-                                  ([["connector", True]], "Node 1 of 2")])
+        # The last one has a maximum of 8 GHz.
+        self.assertEqual(places, [([["connector", True]], "Node 1 of 3"), ([["band", True]], "Node 2 of 3"),
+                                  ([["frequency", True]], "Node 3 of 3"), ([["connector", True]], "Node 1 of 3")])
 
     def test_found_texts_are_highlighted(self):
         self.browser.open(RECEIVER)
@@ -136,7 +152,7 @@ class Page(BrowserTest):
         self.browser.emulate(media="print", dark=True)
         self.browser.settle()
         hidden = self.browser.script("""return Array.from(document.querySelectorAll(
-            '.card, .node, .value, .drop, .drop td, .facts dd')).filter(each => !each.checkVisibility()).length""")
+            '.card, .node, .value, .options li, .facts dd')).filter(each => !each.checkVisibility()).length""")
         self.assertEqual(hidden, 0)
         bar = "return document.getElementById('bar').checkVisibility()"
         self.assertFalse(self.browser.script(bar))
@@ -149,17 +165,51 @@ class Page(BrowserTest):
         self.assertEqual(self.browser.script(SHOWN_NODES), ["hysteresis"])
 
     def printed(self):
-        """How many sheets the page takes."""
-        document = base64.b64decode(self.browser.devtools("Page.printToPDF", printBackground=True)["data"])
-        return len(re.findall(rb"/Type\s*/Page\b", document))
+        """The sheets of paper that the page takes."""
+        return Pdf(base64.b64decode(self.browser.devtools("Page.printToPDF", printBackground=True)["data"]))
 
     def test_closed_parts_are_printed(self):
         self.browser.open(RECEIVER)
-        sheets = self.printed()
+        sheets = len(self.printed().sheets)
         self.assertEqual(self.browser.script(OPEN_CARDS), ["Antenna inputs"])
         self.browser.open_all_details()
-        self.assertEqual(self.printed(), sheets)
+        self.assertEqual(len(self.printed().sheets), sheets)
         self.assertGreater(sheets, 3)
+
+    def test_a_receiver_takes_at_most_six_sheets_with_numbers(self):
+        for paper in ({}, {"paperWidth": 8.27, "paperHeight": 11.69}):  # letter, A4
+            self.browser.open(RECEIVER)
+            pdf = Pdf(base64.b64decode(self.browser.devtools("Page.printToPDF", printBackground=True, **paper)["data"]))
+            self.assertLessEqual(len(pdf.sheets), 6)
+            numbers = [pdf.lines(sheet)[-1][1] for sheet in pdf.sheets]
+            self.assertEqual(numbers, [f"{i + 1} / {len(pdf.sheets)}" for i in range(len(pdf.sheets))])
+
+    def test_no_heading_is_left_at_the_end_of_a_sheet(self):
+        long = self.browser.folder / "long.xml"  # components that are longer than a sheet, too
+        long.write_text(LONG, encoding="utf-8")
+        for document, widths in ((RECEIVER, (8.27, 8.5, 7, 6)), (long, (8.27, 6))):
+            self.browser.open(document)
+            # The title of each component, and its first node: the title must be on the sheet where the nodes begin.
+            pairs = self.browser.script("""return Array.from(document.querySelectorAll('.card')).map(card =>
+                [card.querySelector('h3').textContent, card.querySelector('h4 bdi').textContent])""")
+            other = self.browser.script("return Array.from(document.querySelectorAll('h2')).map(each => each.textContent)")
+            for width in widths:
+                with self.subTest(document=document.name, width=width):
+                    data = self.browser.devtools("Page.printToPDF", printBackground=True, paperWidth=width)["data"]
+                    self.check_headings(Pdf(base64.b64decode(data)), pairs, other)
+
+    def check_headings(self, pdf, pairs, other):
+        found = 0
+        for sheet in pdf.sheets:
+            lines = [text.replace("\xa0", " ") for _, text in pdf.lines(sheet)][:-1]  # without the number of the sheet
+            for title, node in pairs:
+                for at, line in enumerate(lines):
+                    if line.startswith(title) and re.search(r"Node \d+$", line):
+                        found += 1
+                        self.assertTrue(any(later.startswith(node) for later in lines[at + 1:]), title)
+            for heading in other:
+                self.assertFalse(lines[-1].startswith(heading), heading)
+        self.assertEqual(found, len(pairs))
 
     def test_nothing_moves_by_itself_for_those_who_do_not_want_it(self):
         self.browser.open(RECEIVER)
@@ -174,9 +224,9 @@ class Page(BrowserTest):
         self.addCleanup(self.browser.devtools, "Emulation.setScriptExecutionDisabled", value=False)
         self.browser.open(RECEIVER)
         self.assertFalse(self.browser.script("return document.getElementById('bar').checkVisibility()"))
-        sheets = self.printed()
+        sheets = len(self.printed().sheets)
         self.browser.open_all_details()
-        self.assertEqual(self.printed(), sheets)
+        self.assertEqual(len(self.printed().sheets), sheets)
         self.browser.open(RECEIVER)
         closed = next(node for node in self.browser.controls() if node["name"].startswith("Squelch"))
         self.browser.focus(closed)
@@ -189,9 +239,10 @@ class Page(BrowserTest):
         page = self.browser.open(document)
         self.assert_quiet(page)
         self.browser.click("close")
-        links = [control for control in self.browser.controls() if control["role"] == "link"]
+        links = [control for control in self.browser.controls() if control["name"].startswith("ValueItem:")]
         self.assertEqual([link["name"] for link in links],
                          ["ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized"])
+        self.assertEqual(links[0]["role"], "link")
         self.assertIn(links[0]["element"], self.browser.tab_through())
         self.browser.focus(links[0])
         self.browser.press("Enter")
@@ -207,11 +258,142 @@ class Page(BrowserTest):
         document.write_text(PROBLEMS, encoding="utf-8")
         self.browser.open(document)
         self.search("whole")
-        self.browser.focus(next(control for control in self.browser.controls() if control["role"] == "link"))
+        self.browser.focus(next(control for control in self.browser.controls()
+                                if control["name"].startswith("ValueItem:")))
         self.browser.press("Enter")
         self.browser.settle()
         self.assertTrue(self.browser.script("return document.querySelector(':target').checkVisibility()"))
         self.browser.screenshot("problems.png")
+
+    def test_a_slash_leads_to_the_search_and_escape_out_of_it(self):
+        self.browser.open(RECEIVER)
+        in_search = "return document.activeElement === document.getElementById('search')"
+        self.assertFalse(self.browser.script(in_search))
+        self.browser.press("/")
+        self.assertTrue(self.browser.script(in_search))
+        self.assertEqual(self.browser.script("return document.getElementById('search').value"), "")
+        self.browser.press("/")  # in the field it is a character like any other
+        self.assertEqual(self.browser.script("return document.getElementById('search').value"), "/")
+        self.browser.press("Escape")
+        self.assertTrue(self.browser.script(in_search))
+        self.browser.press("Escape")
+        self.assertFalse(self.browser.script(in_search))
+
+    def place(self):
+        """The title of the component or node in which the focus is."""
+        return self.browser.script("""const item = document.activeElement.closest('.node, .card');
+            return item ? item.querySelector(item.matches('.card') ? 'h3' : 'h4 bdi').textContent : null""")
+
+    def test_arrows_move_among_components_and_nodes(self):
+        self.browser.open(RECEIVER)
+        self.browser.click("close")
+        self.browser.press("/")
+        seen = []
+        for key in ("ArrowDown", "ArrowDown", "ArrowRight", "ArrowDown", "ArrowDown", "ArrowLeft", "ArrowLeft", "ArrowDown",
+                    "ArrowUp", "ArrowUp"):
+            self.browser.press(key)
+            seen.append(self.place())
+        self.assertEqual(seen, ["Antenna inputs", "Preselector", "Preselector", "mode", "band", "Preselector", "Preselector",
+                                "Front end", "Preselector", "Antenna inputs"])
+        self.assertEqual(self.browser.script(OPEN_CARDS), [])
+        self.browser.press("ArrowUp")
+        self.assertTrue(self.browser.script("return document.activeElement === document.getElementById('search')"))
+
+    def test_arrows_move_among_what_was_found(self):
+        self.browser.open(RECEIVER)
+        self.search("GHz")
+        seen = []
+        for key in ("ArrowDown", "ArrowDown", "ArrowDown"):
+            self.browser.press(key)
+            seen.append(self.place())
+        self.assertEqual(seen, ["connector", "Preselector", "band"])
+        self.assertTrue(self.browser.script("""const box = document.activeElement.closest('.node').getBoundingClientRect();
+            return box.top >= 0 ? box.bottom <= innerHeight : false"""))
+        self.browser.press("Escape")
+        self.assertTrue(self.browser.script("return document.activeElement === document.getElementById('search')"))
+        self.assertEqual(len(self.browser.script(SHOWN_NODES)), 3)
+
+    def test_the_path_of_a_node_is_copied_and_understood_by_get(self):
+        page = self.browser.open(RECEIVER)
+        self.browser.devtools("Browser.grantPermissions", permissions=["clipboardReadWrite", "clipboardSanitizedWrite"])
+        expected = "Component[type=AntennaInput,name=input]/Node[id=cableLoss]"
+        self.browser.focus(self.control("Copy path of cableLoss"))
+        self.browser.press("Enter")
+        self.browser.settle()
+        copied = self.browser.driver.execute_async_script("navigator.clipboard.readText().then(arguments[0])")
+        self.assertEqual(copied, expected)
+        self.assertEqual(self.found(), "Copied " + expected)
+        self.assert_quiet(page)
+        got = subprocess.run([TOOL, "get", str(RECEIVER), copied], capture_output=True, check=True, timeout=60)
+        self.assertIn(b'"cableLoss"', got.stdout)
+
+    def test_a_link_to_a_node_opens_its_component(self):
+        page = self.browser.open(RECEIVER)
+        link = self.browser.script("""return Array.from(document.querySelectorAll('.node'))
+            .find(node => node.querySelector('h4 bdi').textContent === 'hysteresis').querySelector('.to').href""")
+        self.assertEqual(link, page.as_uri() + "#Component[type=Squelch,name=squelch]/Node[id=hysteresis]")
+        self.browser.driver.get("about:blank")
+        self.browser.driver.get(link)
+        self.browser.settle()
+        self.assertEqual(self.browser.script(OPEN_CARDS), ["Antenna inputs", "Squelch"])
+        self.assertTrue(self.browser.script("""const box = document.querySelector(':target').getBoundingClientRect();
+            return box.top >= 0 ? box.bottom <= innerHeight : false"""))
+
+    def test_the_outline_lists_components_and_the_nodes_of_the_current_one(self):
+        self.browser.open(RECEIVER, width=1280)
+        listed = """return Array.from(document.querySelectorAll('#outline > ol > li > a')).map(each => each.textContent)"""
+        self.assertEqual(self.browser.script(listed), self.browser.script(
+            "return Array.from(document.querySelectorAll('.card h3')).map(each => each.textContent)"))
+        self.browser.script("""Array.from(document.querySelectorAll('#outline a'))
+            .find(each => each.textContent === 'Squelch').click()""")
+        self.browser.settle()
+        self.browser.settle()
+        self.assertIn("Squelch", self.browser.script(OPEN_CARDS))
+        self.assertEqual(self.browser.script("""return Array.from(document.querySelectorAll('#outline [aria-current] ol a'))
+            .map(each => each.textContent)"""), ["level", "hysteresis", "hang", "subTone"])
+        # It is beside the document, and not there without room.
+        box = "const box = document.getElementById('outline').getBoundingClientRect(); return [box.left, box.right]"
+        left, right = self.browser.script(box)
+        self.assertTrue(0 <= left < right <= self.browser.script(
+            "return document.querySelector('main').getBoundingClientRect().left"))
+        self.browser.open(RECEIVER, width=800)
+        self.assertFalse(self.browser.script("return document.getElementById('outline').checkVisibility()"))
+
+    def test_exact_numbers_replace_those_with_prefixes(self):
+        self.browser.open(RECEIVER)
+        seen = """const node = Array.from(document.querySelectorAll('.node'))
+                .find(each => each.querySelector('h4 bdi').textContent === 'frequency');
+            node.closest('.card').open = true;
+            return node.innerText.replace(/\\u00a0/g, ' ')"""
+        text = self.browser.script(seen)
+        for part in ("98.5 MHz", "98500000 Hz", "min 9 kHz", "max 8 GHz"):
+            self.assertIn(part, text)
+        self.browser.focus(self.control("Exact numbers"))
+        self.browser.press("Enter")
+        self.assertEqual(self.control("Exact numbers")["properties"]["checked"], "true")
+        text = self.browser.script(seen)
+        for part in ("98500000 Hz", "min 9000 Hz", "max 8000000000 Hz"):
+            self.assertIn(part, text)
+        for part in ("MHz", "kHz", "GHz"):
+            self.assertNotIn(part, text)
+
+    def test_a_warning_opens_its_component_from_the_list(self):
+        document = self.browser.folder / "warnings.xml"
+        document.write_text(WARNINGS, encoding="utf-8")
+        self.browser.open(document)
+        self.assertEqual(self.browser.script("return document.querySelector('.problems h2').textContent"),
+                         "No problems, 1 warning")
+        self.assertEqual(self.browser.script("""return Array.from(document.querySelectorAll('.card'))
+            .map(card => [card.open, card.querySelector('summary .doubtful')?.textContent || ''])"""),
+                         [[True, ""], [False, "1 warning"]])
+        self.assertEqual(self.browser.script("""return Array.from(document.querySelectorAll('#outline a'))
+            .map(each => each.innerText || each.textContent)"""), ["No problems, 1 warning", "first", "second1 warning"])
+        self.browser.focus(self.control("value is above max"))
+        self.browser.press("Enter")
+        self.browser.settle()
+        self.assertEqual(self.browser.script("return document.querySelector(':target').closest('.value').innerText"
+                                             ".includes('value is above max')"), True)
+        self.browser.screenshot("warnings.png")
 
     def bare(self):
         """A page without components, and so without search; one of its details is closed."""
