@@ -85,7 +85,7 @@ QString failureOf(Function &&function)
     try {
         function();
     } catch (const DocumentError &error) {
-        if (error.what() != error.text().replace(QLatin1Char('\n'), QLatin1String("\\n")).toUtf8())
+        if (error.what() != error.text().toUtf8())
             return QStringLiteral("what() has another text");
         return error.text();
     }
@@ -195,9 +195,7 @@ void DocumentFilesTest::unreadableBytesAreRefusedWithTheirReason_data()
         "a.tps: the snapshot is truncated, or the file is not a snapshot");
     row("more than a snapshot", "a.tps", small().toBytes(Form::Snapshot, {}) + "xy",
         "a.tps: the snapshot ends after 70 of 72 bytes, or the file is not a snapshot");
-    row("another class in JSON", "a.json", R"({"Component": {}})",
-        "a.json:1:1: expected an object with the member 'TunerProperties'\n"
-        "a.json:1:2: unknown member 'Component' of the outermost object; expected TunerProperties or $schema");
+    row("other JSON", "a.json", R"({"TunerProperties": 1})", "a.json:1:21: '1' is not an object");
 }
 
 void DocumentFilesTest::unreadableBytesAreRefusedWithTheirReason()

@@ -298,8 +298,8 @@ void ToolConvertTest::noValidateWritesInvalidDocuments()
     const Run run = m_workshop->run(line("convert - - --no-validate"), withoutTypes(smallXml));
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: -: type: (not set) becomes (null)\n"
-                            "tunerproperties: -: Component[type=\"\",name=c]: appears\n"
-                            "tunerproperties: -: Component[1]: is lost\n"));
+                            "tunerproperties: -: Component[1]: is lost\n"
+                            "tunerproperties: -: Component[type=\"\",name=c]: appears\n"));
     QCOMPARE(run.bytes, QByteArray(smallXml).replace("type=\"SCP\"", "type=\"\"").replace("type=\"t\"", "type=\"\""));
     QCOMPARE(run.status, 0);
 

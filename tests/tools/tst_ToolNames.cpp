@@ -171,15 +171,15 @@ void ToolNamesTest::jsonContainsTheBytesOfANameThatIsNotUtf8()
 {
     const Run run = shell(R"sh(a=$(printf '\377\\.xml'); b=$(printf 'b\\\342\200\256.xml'); cp small "$a"; cp small "$b"
                              "$tool" convert --json --to tagged --out-dir out "$a" "$b")sh");
-    QCOMPARE(
-        run.bytes,
-        QByteArray(
-            R"({"file":"\\xff\\\\.xml","fileBytes":"ff5c2e786d6c","output":"out/\\xff\\\\.tpb",)"
-            R"("outputBytes":"6f75742fff5c2e747062","status":"converted","problems":[],"problemCount":0,"error":null})"
-            "\n"
-            R"({"file":"b\\\u202e.xml","output":"out/b\\\u202e.tpb","status":"converted","problems":[],)"
-            R"("problemCount":0,"error":null})"
-            "\n"));
+    QCOMPARE(run.bytes,
+             QByteArray(R"({"file":"\\xff\\\\.xml","fileBytes":"ff5c2e786d6c","output":"out/\\xff\\\\.tpb",)"
+                        R"("outputBytes":"6f75742fff5c2e747062","status":"converted","problems":[],"problemCount":0,)"
+                        R"("losses":[],"lossCount":0,"error":null})"
+                        "\n"
+                        R"({"file":"b\\\u202e.xml","output":"out/b\\\u202e.tpb","status":"converted","problems":[],)"
+                        R"("problemCount":0,)"
+                        R"("losses":[],"lossCount":0,"error":null})"
+                        "\n"));
 }
 
 void ToolNamesTest::namesAreEscapedInMessages()

@@ -248,12 +248,14 @@ ExitStatus write(const Editor &editor, Input &input, const Invocation &invocatio
 ExitStatus run(const Invocation &invocation)
 {
     const QVector<Assignment> assignments = assignmentsOf(invocation);
-    DocumentFile source(invocation.file(0), Options::loading(invocation));
-    const QString file = source.input.shownName();
+    Input input(invocation.file(0));
+    const QString file = input.shownName();
+    QByteArray bytes;
+    Document document = loadDocumentWithBytes(input, Options::loading(invocation), bytes);
     const std::optional<TunerProperties> before =
-        invocation.isSet(dryRun()) ? std::optional<TunerProperties>(source.document.tuner) : std::nullopt;
-    KnownProblems known(source.document.tuner);
-    Editor editor(std::move(source.document), source.input.bytes(), file);
+        invocation.isSet(dryRun()) ? std::optional<TunerProperties>(document.tuner) : std::nullopt;
+    KnownProblems known(document.tuner);
+    Editor editor(std::move(document), bytes, file);
     if (invocation.isSet(rewrite()))
         editor.rewrite();
     try {
@@ -261,7 +263,7 @@ ExitStatus run(const Invocation &invocation)
     } catch (const PathFailure &failure) {
         return report(file, failure.text());
     }
-    if (!editor.isChanged() && !source.input.name().isStandardStream())
+    if (!editor.isChanged() && !input.name().isStandardStream())
         return ExitStatus::Ok;
     const Messages problems = known.newOnesIn(editor.document().tuner);
     if (problems.count > 0 && !invocation.isSet(noValidate()))
@@ -274,7 +276,7 @@ ExitStatus run(const Invocation &invocation)
         showDifferences(*before, editor.document().tuner);
         return ExitStatus::Ok;
     }
-    return write(editor, source.input, invocation);
+    return write(editor, input, invocation);
 }
 
 } // namespace

@@ -94,6 +94,14 @@ Document loadDocumentWithText(Input &input, LoadOptions options, const JobXml::P
     });
 }
 
+Document loadDocumentWithBytes(Input &input, LoadOptions options, QByteArray &bytes)
+{
+    return checked(input, options, [&](const LoadOptions &known) {
+        bytes = input.bytes();
+        return Document::fromBytes(bytes, input.shownName(), known);
+    });
+}
+
 DocumentFile::DocumentFile(const FileName &name, const LoadOptions &options, const JobXml::ProblemVisitor &visitor,
                            FileKinds kinds)
     : input(name, kinds), document(loadDocument(input, options, visitor))

@@ -14,6 +14,9 @@ TunerDocuments::Document loadDocument(Input &input, TunerDocuments::LoadOptions 
 TunerDocuments::Document loadDocumentWithText(Input &input, TunerDocuments::LoadOptions options,
                                               const JobXml::ProblemVisitor &visitor, QByteArray &text);
 
+/// Loads it from its bytes, whatever its form is, which the caller receives for TunerDocuments::Editor.
+TunerDocuments::Document loadDocumentWithBytes(Input &input, TunerDocuments::LoadOptions options, QByteArray &bytes);
+
 /// A document and the file that it was read from. It is read once, without validating, and does not validate.
 struct DocumentFile
 {
