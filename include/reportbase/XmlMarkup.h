@@ -23,9 +23,10 @@ public:
     /// A part of the document, from `begin` up to `end`, which is not included.
     struct Span
     {
-        int begin = 0;
-        int end = 0;
+        int begin = 0; ///< the offset of its first byte
+        int end = 0; ///< the offset after its last byte
 
+        /// The number of its bytes.
         int size() const { return end - begin; }
     };
 
@@ -49,18 +50,19 @@ public:
         int parent = -1; ///< the index of the element that contains it; -1 for the root
         int next = 0; ///< the index of the first element after its end: those in between are inside
         int firstAttribute = 0; ///< the index of its first attribute
-        int attributeCount = 0;
+        int attributeCount = 0; ///< how many attributes it has; they are in a row
         bool isEmptyTag = false; ///< `<a/>`
         /// Whether an element of the same name, without prefixes, is inside, at any depth.
         bool containsItsName = false;
 
+        /// From the start tag to the end tag.
         Span whole() const { return {startTag.begin, end}; }
     };
 
     /// A comment, with its marks.
     struct Comment
     {
-        Span whole;
+        Span whole; ///< with its marks
         int parent = -1; ///< the index of the element that contains it; -1 outside of the root
         int next = 0; ///< the index of the first element after it
     };
@@ -74,10 +76,13 @@ public:
     /// Whether every start tag has its end tag, and everything that was opened is closed, in at most 1,000 levels.
     bool isComplete() const { return m_isComplete; }
 
+    /// The document.
     const QByteArray &document() const { return m_document; }
+    /// All elements, in the order of their start tags; the first one is the root.
     const QVector<Element> &elements() const { return m_elements; }
     /// The attributes of all elements, in the order of the document.
     const QVector<Attribute> &attributes() const { return m_attributes; }
+    /// All comments, in the order of the document.
     const QVector<Comment> &comments() const { return m_comments; }
 
     /// The bytes of a part, as a view of the document.

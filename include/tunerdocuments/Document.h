@@ -23,9 +23,12 @@ namespace TunerDocuments {
 class TUNERDOCUMENTS_EXPORT InvalidContent : public DocumentError
 {
 public:
+    /// With the name of the document and its problems.
     InvalidContent(const QString &name, const Findings &problems);
+    /// \cond
     InvalidContent(const InvalidContent &other);
     ~InvalidContent() override;
+    /// \endcond
 
     const QString &name() const { return m_name; } ///< of the document
     const Findings &problems() const { return m_problems; } ///< with line, column and path, in the order of the text

@@ -40,25 +40,28 @@ public:
     /// A text that identifies an item: `name=Pre`.
     struct Condition
     {
-        QString member;
-        QString text;
+        QString member; ///< the member of the item, or of the kind of value that it holds
+        QString text; ///< its whole value
     };
 
+    /// A step, to a member or to items of a list.
     struct Step
     {
         QString member; ///< "*" for every member that is set
-        QVector<Condition> conditions{};
+        QVector<Condition> conditions{}; ///< all of which an item fulfills
         int position = 0; ///< counted from 1; 0 is none
         bool isAll = false; ///< `[*]`
     };
 
-    Path();
-    explicit Path(const QVector<Step> &steps);
+    Path(); ///< Without steps.
+    explicit Path(const QVector<Step> &steps); ///< From the document to the member.
+    /// \cond
     Path(const Path &other);
     Path(Path &&other) noexcept;
     Path &operator=(const Path &other);
     Path &operator=(Path &&other) noexcept;
     ~Path();
+    /// \endcond
 
     /// Reads a path. Throws PathFailure with the position of an error: "expected ']' at character 12 of the path".
     static Path parse(const QString &text);
@@ -66,6 +69,7 @@ public:
     /// The path as parse() reads it, with quotes where they are required.
     QString text() const;
 
+    /// From the document to the member.
     const QVector<Step> &steps() const { return m_steps; }
 
     /// Whether it has an asterisk.
