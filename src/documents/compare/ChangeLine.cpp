@@ -34,7 +34,7 @@ void addState(Json &object, Json &unset, const QByteArray &key, const MemberView
     Json value = JsonForm::ofMember(member);
     if (member.IsSet())
         object.insert(key, std::move(value));
-    else if (Contents::holdsObjects(member) ? !value.isEmpty() : Contents::differsFromDefault(member))
+    else if (holdsObjects(member) ? !value.isEmpty() : Contents::differsFromDefault(member))
         unset.insert(key, std::move(value));
 }
 
@@ -73,7 +73,7 @@ Json identityOf(const DataObject &item)
     if (steps.isEmpty())
         visit(item, add);
     else
-        visit(Contents::chosenIn(item)->GetChild(), add);
+        visit(chosenIn(item)->GetChild(), add);
     close(identity, std::move(unset));
     return identity;
 }
@@ -247,7 +247,7 @@ void check(const Json &line)
 
 QVector<Step> stepsToIdentity(const DataObject &item)
 {
-    const auto chosen = Contents::chosenIn(item);
+    const auto chosen = chosenIn(item);
     return chosen && chosen->GetSize() != 0 ? QVector<Step>{{chosen->GetName(), -1}} : QVector<Step>();
 }
 

@@ -12,55 +12,6 @@ namespace TunerDocuments {
 
 namespace Contents {
 
-bool holdsObjects(const MemberView &member)
-{
-    switch (member.GetKind()) {
-    case MemberKind::Object:
-    case MemberKind::ObjectList:
-    case MemberKind::Alternative:
-        return true;
-    default:
-        return false;
-    }
-}
-
-std::vector<MemberView> membersOf(const DataObject &object)
-{
-    std::vector<MemberView> members;
-    visit(object, [&](const MemberView &member) { members.push_back(member); });
-    return members;
-}
-
-std::optional<MemberView> memberNamed(const DataObject &object, const QString &name)
-{
-    std::optional<MemberView> found;
-    visit(object, [&](const MemberView &member) {
-        if (member.GetName() == name)
-            found.emplace(member);
-    });
-    return found;
-}
-
-std::optional<MemberView> choiceOf(const DataObject &object)
-{
-    std::optional<MemberView> found;
-    visit(object, [&](const MemberView &member) {
-        if (member.GetKind() == MemberKind::Choice)
-            found.emplace(member);
-    });
-    return found;
-}
-
-std::optional<MemberView> chosenIn(const DataObject &object)
-{
-    std::optional<MemberView> found;
-    visit(object, [&](const MemberView &member) {
-        if (member.GetKind() == MemberKind::Alternative && member.IsChosen())
-            found.emplace(member);
-    });
-    return found;
-}
-
 bool differsFromDefault(const MemberView &member)
 {
     return member.IsSet() || ValueText::ofValue(member.GetValue()) != ValueText::ofValue(member.GetDefaultValue());

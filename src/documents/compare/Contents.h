@@ -1,31 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <optional>
-#include <vector>
-
 #include <QString>
 
 #include <jobxml/Visit.h>
+
+#include "documents/values/FindMember.h"
 
 namespace TunerDocuments {
 
 /// What objects and members contain, for comparing and changing them.
 namespace Contents {
-
-/// Whether the member has child objects: an object, an alternative or a list of objects.
-bool holdsObjects(const JobXml::MemberView &member);
-
-std::vector<JobXml::MemberView> membersOf(const JobXml::DataObject &object);
-
-/// The member of that name, if the class has it.
-std::optional<JobXml::MemberView> memberNamed(const JobXml::DataObject &object, const QString &name);
-
-/// The choice of a ValueItem; no value for objects of other classes.
-std::optional<JobXml::MemberView> choiceOf(const JobXml::DataObject &object);
-
-/// The alternative that a ValueItem has chosen, if there is one.
-std::optional<JobXml::MemberView> chosenIn(const JobXml::DataObject &object);
 
 /// Whether the member is set or its value is not the default. For values.
 bool differsFromDefault(const JobXml::MemberView &member);

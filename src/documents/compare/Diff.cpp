@@ -18,7 +18,7 @@ namespace TunerDocuments {
 
 const DataObject *DifferencePlace::object() const
 {
-    if (!member || !Contents::holdsObjects(*member))
+    if (!member || !holdsObjects(*member))
         return nullptr;
     const int index = member->GetKind() == MemberKind::ObjectList ? position() : 0;
     return index >= 0 && index < member->GetSize() ? &member->GetChild(index) : nullptr;
@@ -55,8 +55,8 @@ public:
     /// `isRenamed`: whether the identity of the objects was reported already.
     void compare(const DataObject &first, const DataObject &second, const Places &places, bool isRenamed = false)
     {
-        const std::vector<MemberView> ofFirst = Contents::membersOf(first);
-        const std::vector<MemberView> ofSecond = Contents::membersOf(second);
+        const std::vector<MemberView> ofFirst = membersOf(first);
+        const std::vector<MemberView> ofSecond = membersOf(second);
         for (std::size_t i = 0; i < ofFirst.size(); ++i) {
             if (!isRenamed || !ofFirst[i].IsIdentifying())
                 compare(ofFirst[i], ofSecond[i], places, isRenamed && ofFirst[i].IsChosen());

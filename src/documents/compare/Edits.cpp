@@ -56,7 +56,7 @@ void applyTo(MemberEditor &member, const MemberEdit &edit)
 
 void applyTo(DataObject &object, const ObjectEdit &edit)
 {
-    const auto choice = Contents::choiceOf(object);
+    const auto choice = choiceOf(object);
     QVariant chosen = choice ? choice->GetValue() : QVariant();
     visit(object, [&](MemberEditor &member) {
         const auto found = edit.members.find(member.GetName());

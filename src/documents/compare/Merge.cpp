@@ -73,7 +73,7 @@ public:
     /// `othersFirst`: whether its items come before those that the main side has added at the same place.
     MergedOrder(const OrderedSide &main, const OrderedSide &other, const QVector<bool> &isKept, bool withMoves,
                 bool othersFirst)
-        : m_places(isKept.size()), m_isIn(isKept.size(), false), m_isOwn(isKept.size(), true)
+        : m_places(std::size_t(isKept.size())), m_isIn(isKept.size(), false), m_isOwn(isKept.size(), true)
     {
         QVector<bool> isInOther(isKept.size(), false);
         for (const int slot : other.slots)
@@ -98,18 +98,20 @@ public:
     QVector<int> slots() const { return QVector<int>(m_order.begin(), m_order.end()); }
 
 private:
+    std::list<int>::iterator &placeOf(int slot) { return m_places[std::size_t(slot)]; }
+
     void append(int slot)
     {
-        m_places[slot] = m_order.insert(m_order.end(), slot);
+        placeOf(slot) = m_order.insert(m_order.end(), slot);
         m_isIn[slot] = true;
     }
 
     void insertAfter(int previous, int slot, bool directly)
     {
-        auto place = previous < 0 ? m_order.begin() : std::next(m_places[previous]);
+        auto place = previous < 0 ? m_order.begin() : std::next(placeOf(previous));
         while (!directly && place != m_order.end() && m_isOwn[*place])
             ++place;
-        m_places[slot] = m_order.insert(place, slot);
+        placeOf(slot) = m_order.insert(place, slot);
         m_isIn[slot] = true;
         m_isOwn[slot] = false;
     }
@@ -162,9 +164,9 @@ public:
     {
         if (mergeChoice(objects, place, edit))
             return;
-        const std::vector<MemberView> base = Contents::membersOf(objects.base);
-        const std::vector<MemberView> ours = Contents::membersOf(objects.ours);
-        const std::vector<MemberView> theirs = Contents::membersOf(objects.theirs);
+        const std::vector<MemberView> base = membersOf(objects.base);
+        const std::vector<MemberView> ours = membersOf(objects.ours);
+        const std::vector<MemberView> theirs = membersOf(objects.theirs);
         for (std::size_t i = 0; i < ours.size(); ++i)
             merge(Members{base[i], ours[i], theirs[i]}, place, edit);
     }
@@ -214,10 +216,10 @@ private:
     /// now it has two kinds of value.
     bool mergeChoice(const Objects &objects, const Place &place, ObjectEdit &edit)
     {
-        const auto ours = Contents::choiceOf(objects.ours);
+        const auto ours = choiceOf(objects.ours);
         if (!ours)
             return false;
-        const auto theirs = Contents::choiceOf(objects.theirs);
+        const auto theirs = choiceOf(objects.theirs);
         if (textOf(*ours) == textOf(*theirs))
             return false;
         if (Contents::areAlike(objects.base, objects.ours)) {

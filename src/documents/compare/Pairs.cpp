@@ -62,7 +62,7 @@ private:
         for (int i = 0; i < pairs.size(); ++i) {
             if (pairs[i] >= 0 || Paths::identityOf(list.GetChild(i)).isNull())
                 continue;
-            const auto chosen = Contents::chosenIn(list.GetChild(i));
+            const auto chosen = chosenIn(list.GetChild(i));
             Item item{i, chosen ? QString(chosen->GetName()) : QString()};
             addFeatures(list.GetChild(i), false, item);
             std::sort(item.features.begin(), item.features.end());
@@ -76,7 +76,7 @@ private:
     {
         visit(object, [&](const MemberView &member) {
             const bool isChosen = member.GetKind() == MemberKind::Alternative && member.IsChosen();
-            if (Contents::holdsObjects(member)) {
+            if (holdsObjects(member)) {
                 for (int i = 0; i < member.GetSize(); ++i)
                     addFeatures(member.GetChild(i), withIdentity || !isChosen, item);
             } else if ((withIdentity || !member.IsIdentifying()) && Contents::differsFromDefault(member)) {

@@ -114,7 +114,7 @@ private:
     Place memberIn(const DataObject &object, const QVector<Step> &steps, const QString &text, bool isNew,
                    const QString &path)
     {
-        const auto member = Contents::memberNamed(object, text.left(text.indexOf(QLatin1Char('['))));
+        const auto member = memberNamed(object, text.left(text.indexOf(QLatin1Char('['))));
         const bool hasSelection = text.contains(QLatin1Char('['));
         if (!member || (hasSelection && member->GetKind() != MemberKind::ObjectList))
             return otherwise(object, steps, text, path);
@@ -141,7 +141,7 @@ private:
 
     const DataObject &childAt(const Place &place, const QString &path) const
     {
-        if (!Contents::holdsObjects(place.member))
+        if (!holdsObjects(place.member))
             throw PatchFailure(path, QStringLiteral("is a value and has no members"));
         const bool isList = place.member.GetKind() == MemberKind::ObjectList;
         if (isList && place.index < 0 && place.member.GetSize() != 1)
@@ -234,7 +234,7 @@ public:
     Whole identity(const QVector<Step> &) const override
     {
         const DataObject *const item = m_place.object();
-        const auto chosen = Contents::chosenIn(*item);
+        const auto chosen = chosenIn(*item);
         return {chosen ? &chosen->GetChild() : item};
     }
     int position() const override { return m_place.position(); }
@@ -437,7 +437,7 @@ private:
         case Difference::Changed:
             if (change.isFlagOnly())
                 changeFlag(change, place, edit, path);
-            else if (Contents::holdsObjects(place.member))
+            else if (holdsObjects(place.member))
                 replaceObject(change, place, edit, path);
             else
                 changeValue(change, place.member, edit, path);
@@ -495,7 +495,7 @@ private:
 
     static void changeFlag(const Change &change, const Place &place, MemberEdit &edit, const QString &path)
     {
-        if (place.index >= 0 || !Contents::holdsObjects(place.member))
+        if (place.index >= 0 || !holdsObjects(place.member))
             throw PatchFailure(path, QStringLiteral("is neither an object nor a list, so it has no flag alone"));
         requireFlag(change.before().flag(), place.member, path);
         if (edit.flag)
@@ -520,7 +520,7 @@ private:
     {
         const QVector<Step> steps =
             place.stepsToChild() + ChangeLine::stepsToIdentity(place.member.GetChild(place.index));
-        const auto present = Contents::chosenIn(place.member.GetChild(place.index));
+        const auto present = chosenIn(place.member.GetChild(place.index));
         const DataObject &holder =
             present && present->GetSize() != 0 ? present->GetChild() : place.member.GetChild(place.index);
         const DataObject *const before = kept(change.before().identity(steps));
@@ -544,7 +544,7 @@ private:
 
     static ValueState stateIn(const DataObject &object, const MemberView &member)
     {
-        const auto same = Contents::memberNamed(object, member.GetName());
+        const auto same = memberNamed(object, member.GetName());
         return {same->GetValue(), same->IsSet()};
     }
 

@@ -10,6 +10,7 @@
 
 #include "documents/json/JsonForm.h"
 #include "documents/values/CannotEdit.h"
+#include "documents/values/FindMember.h"
 
 using namespace JobXml;
 
@@ -17,34 +18,9 @@ namespace TunerDocuments {
 
 namespace {
 
-MemberView memberNamed(const DataObject &object, const QString &name)
-{
-    std::optional<MemberView> found;
-    visit(object, [&](const MemberView &member) {
-        if (member.GetName() == name)
-            found.emplace(member);
-    });
-    Q_ASSERT(found);
-    return *found;
-}
-
-const DataObject &objectAt(const DataObject &root, const QVector<Step> &steps)
-{
-    const DataObject *object = &root;
-    for (const Step &step : steps)
-        object = &memberNamed(*object, step.member).GetChild(qMax(step.index, 0));
-    return *object;
-}
-
 bool isBlank(char character)
 {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
-}
-
-bool holdsObjects(const MemberView &member)
-{
-    return member.GetKind() == MemberKind::Object || member.GetKind() == MemberKind::ObjectList
-        || member.GetKind() == MemberKind::Alternative;
 }
 
 /// The text that the user typed, if it is the same value in JSON.
@@ -91,7 +67,7 @@ void JsonEditor::replace(int begin, int end, const QByteArray &text)
 
 void JsonEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
 {
-    const MemberView view = memberNamed(objectAt(m_tuner, object), member);
+    const MemberView view = *memberNamed(*objectAt(m_tuner, object), member);
     try {
         store(object, member,
               view.IsSet() ? typedOr(typed, JsonText::compact(JsonForm::ofMember(view))) : QByteArray());
@@ -102,8 +78,8 @@ void JsonEditor::storeValue(const QVector<Step> &object, const QString &member, 
 
 void JsonEditor::storeObject(const QVector<Step> &object, const QString &member)
 {
-    const DataObject &described = objectAt(m_tuner, object);
-    const MemberView view = memberNamed(described, member);
+    const DataObject &described = *objectAt(m_tuner, object);
+    const MemberView view = *memberNamed(described, member);
     const bool isThere = view.IsSet() && view.IsChosen();
     store(object, member, isThere ? JsonText::compact(JsonForm::ofMember(view)) : QByteArray());
     // A choice is a value of its own.
@@ -129,7 +105,7 @@ void JsonEditor::store(const QVector<Step> &steps, const QString &member, const 
         if (old)
             remove(object, key);
     } else if (!old) {
-        insert(object, objectAt(m_tuner, steps), key, value);
+        insert(object, *objectAt(m_tuner, steps), key, value);
     } else if (JsonText::compact(*old) != JsonText::compact(JsonText::parse(value))) {
         replace(int(old->textBegin()), int(old->textEnd()), value);
     }
@@ -187,7 +163,7 @@ QString JsonEditor::mismatchOf(const QVector<Step> &steps)
 {
     const Json &object = objectIn(steps);
     QString mismatch;
-    visit(objectAt(m_tuner, steps), [&](const MemberView &member) {
+    visit(*objectAt(m_tuner, steps), [&](const MemberView &member) {
         if (!mismatch.isNull() || holdsObjects(member))
             return;
         const Json *const value = object.find(QByteArray(member.GetName().data(), member.GetName().size()));

@@ -39,20 +39,6 @@ bool isIdentifyingText(const MemberView &member)
     return isText(member) && member.IsIdentifying();
 }
 
-bool isNumber(const MemberView &member)
-{
-    switch (member.GetKind()) {
-    case MemberKind::Int:
-    case MemberKind::Int64:
-    case MemberKind::UInt64:
-    case MemberKind::Float:
-    case MemberKind::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool isBoolean(const MemberView &member)
 {
     return member.GetKind() == MemberKind::Boolean;

@@ -8,12 +8,13 @@
 
 #include <jobxml/Visit.h>
 
+#include "documents/values/FindMember.h"
+
 namespace TunerDocuments {
 
 bool isText(const JobXml::MemberView &member);
 /// Whether the text identifies an object among its siblings.
 bool isIdentifyingText(const JobXml::MemberView &member);
-bool isNumber(const JobXml::MemberView &member);
 bool isBoolean(const JobXml::MemberView &member);
 bool isList(const JobXml::MemberView &member);
 /// Whether it has a value of its own, and no child objects.

@@ -6,6 +6,7 @@
 #include <QHash>
 
 #include "documents/paths/ItemSteps.h"
+#include "documents/values/FindMember.h"
 #include "text/Printable.h"
 #include "text/Suggestion.h"
 
@@ -53,28 +54,7 @@ QVector<Condition> identifyingTexts(const DataObject &object)
     return own.isEmpty() ? chosen : own;
 }
 
-std::optional<MemberView> memberNamed(const DataObject &object, const QString &name)
-{
-    std::optional<MemberView> found;
-    visit(object, [&](const MemberView &member) {
-        if (member.GetName() == name)
-            found.emplace(member);
-    });
-    return found;
-}
-
-/// The chosen alternative, if the object is a choice and there is one.
-std::optional<MemberView> chosenIn(const DataObject &object)
-{
-    std::optional<MemberView> found;
-    visit(object, [&](const MemberView &member) {
-        if (member.GetKind() == MemberKind::Alternative && member.IsChosen())
-            found.emplace(member);
-    });
-    return found;
-}
-
-QStringList membersOf(const DataObject &object)
+QStringList namesIn(const DataObject &object)
 {
     QStringList names;
     visit(object, [&](const MemberView &member) { names.append(member.GetName()); });
@@ -439,11 +419,11 @@ private:
         if (!member && chosen && chosen->GetSize() != 0) {
             member = memberNamed(chosen->GetChild(), step.member);
             if (!member)
-                throw PathFailure(unknownMember(step.member, chosen->GetName(), membersOf(chosen->GetChild())));
+                throw PathFailure(unknownMember(step.member, chosen->GetName(), namesIn(chosen->GetChild())));
             enter(*chosen);
         }
         if (!member)
-            throw PathFailure(unknownMember(step.member, m_object->GetObjectName(), membersOf(*m_object)));
+            throw PathFailure(unknownMember(step.member, m_object->GetObjectName(), namesIn(*m_object)));
         const bool isList = member->GetKind() == MemberKind::ObjectList;
         const bool choosesItem = step.position > 0 || !step.conditions.isEmpty();
         if (choosesItem && !isList)

@@ -10,6 +10,8 @@
 
 #include <tunerdocuments/Value.h>
 
+#include "documents/values/FindMember.h"
+
 using namespace JobXml;
 
 namespace TunerDocuments {
@@ -19,37 +21,6 @@ namespace {
 bool isBlank(char character)
 {
     return character == ' ' || character == '\t' || character == '\n' || character == '\r';
-}
-
-bool isNumber(const MemberView &member)
-{
-    switch (member.GetKind()) {
-    case MemberKind::Int:
-    case MemberKind::Int64:
-    case MemberKind::UInt64:
-    case MemberKind::Float:
-    case MemberKind::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool holdsObjects(const MemberView &member)
-{
-    return member.GetKind() == MemberKind::Object || member.GetKind() == MemberKind::ObjectList
-        || member.GetKind() == MemberKind::Alternative;
-}
-
-MemberView memberNamed(const DataObject &object, const QString &name)
-{
-    std::optional<MemberView> found;
-    visit(object, [&](const MemberView &member) {
-        if (member.GetName() == name)
-            found.emplace(member);
-    });
-    Q_ASSERT(found);
-    return *found;
 }
 
 /// The members in the order in which XML has them.
@@ -179,14 +150,6 @@ QByteArray XmlEditor::document()
     return m_text.encode(m_markup->document());
 }
 
-const DataObject &XmlEditor::objectAt(const QVector<Step> &steps) const
-{
-    const DataObject *object = &m_tuner;
-    for (const Step &step : steps)
-        object = &memberNamed(*object, step.member).GetChild(qMax(step.index, 0));
-    return *object;
-}
-
 // --- Values ----------------------------------------------------------------------------------------------------------
 
 void XmlEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
@@ -206,8 +169,8 @@ XmlEditor::Replacements XmlEditor::valueReplacements(const QVector<Step> &steps,
                                                      const QString &typed) const
 {
     Replacements out;
-    const DataObject &object = objectAt(steps);
-    const MemberView member = memberNamed(object, name);
+    const DataObject &object = *objectAt(m_tuner, steps);
+    const MemberView member = *memberNamed(object, name);
     const QVector<int> elements = m_places->elementsOf(steps);
     const QVector<XmlPlaces::Value> values = m_places->valuesOf(elements, object, member);
     if (!member.IsSet()) {
@@ -512,8 +475,8 @@ void XmlEditor::storeObject(const QVector<Step> &steps, const QString &name)
     apply();
     change([&] {
         Replacements out;
-        const DataObject &object = objectAt(steps);
-        const MemberView member = memberNamed(object, name);
+        const DataObject &object = *objectAt(m_tuner, steps);
+        const MemberView member = *memberNamed(object, name);
         const QVector<int> elements = m_places->elementsOf(steps);
         if (!member.IsSet() || !member.IsChosen()) {
             const QVector<XmlPlaces::Value> values = m_places->valuesOf(elements, object, member);
@@ -554,12 +517,12 @@ void XmlEditor::insertItem(const QVector<Step> &steps, const QString &list, int 
     apply();
     change([&] {
         Replacements out;
-        const DataObject &object = objectAt(steps);
+        const DataObject &object = *objectAt(m_tuner, steps);
         const QVector<int> elements = m_places->elementsOf(steps);
         if (elements.isEmpty())
             throw CannotEdit{QStringLiteral("its text has no '%1'").arg(object.GetObjectName())};
         addElement(out, elements.last(), object, list, index, [&](const XmlText::Layout &layout) {
-            return element.isEmpty() ? XmlText::element(memberNamed(object, list).GetChild(index), layout, m_text)
+            return element.isEmpty() ? XmlText::element(memberNamed(object, list)->GetChild(index), layout, m_text)
                                      : element;
         });
         return out;
@@ -572,8 +535,8 @@ void XmlEditor::removeItem(const QVector<Step> &steps, const QString &list, int 
     apply();
     change([&] {
         Replacements out;
-        const DataObject &object = objectAt(steps);
-        const auto values = m_places->valuesOf(m_places->elementsOf(steps), object, memberNamed(object, list));
+        const DataObject &object = *objectAt(m_tuner, steps);
+        const auto values = m_places->valuesOf(m_places->elementsOf(steps), object, *memberNamed(object, list));
         if (index < values.size())
             removeValue(out, values.at(index));
         return out;
@@ -584,8 +547,8 @@ void XmlEditor::removeItem(const QVector<Step> &steps, const QString &list, int 
 void XmlEditor::moveItem(const QVector<Step> &steps, const QString &list, int from, int to)
 {
     apply();
-    const DataObject &object = objectAt(steps);
-    const auto values = m_places->valuesOf(m_places->elementsOf(steps), object, memberNamed(object, list));
+    const DataObject &object = *objectAt(m_tuner, steps);
+    const auto values = m_places->valuesOf(m_places->elementsOf(steps), object, *memberNamed(object, list));
     if (from >= values.size() || to >= values.size())
         return;
     const Span span = m_markup->elements().at(values.at(from).index).whole();
@@ -599,8 +562,8 @@ void XmlEditor::moveItem(const QVector<Step> &steps, const QString &list, int fr
 int XmlEditor::itemCount(const QVector<Step> &steps, const QString &list)
 {
     apply();
-    const DataObject &object = objectAt(steps);
-    return m_places->valuesOf(m_places->elementsOf(steps), object, memberNamed(object, list)).size();
+    const DataObject &object = *objectAt(m_tuner, steps);
+    return m_places->valuesOf(m_places->elementsOf(steps), object, *memberNamed(object, list)).size();
 }
 
 /// The element inside elements with the names of the objects around it, so that it is read as what it is.
@@ -653,28 +616,28 @@ QString XmlEditor::mismatch(const QVector<Step> &steps, const QByteArray &elemen
     read.SetXmlDocument(steps.isEmpty() ? element : skeletonAround(steps, element), QString(), noteEnd, options);
     const DataObject *same = &read;
     for (const Step &step : steps) {
-        const MemberView member = memberNamed(*same, step.member);
-        if (isReadable && member.GetSize() == 0 && member.IsSet() && isNew(objectAt(steps)))
+        const MemberView member = *memberNamed(*same, step.member);
+        if (isReadable && member.GetSize() == 0 && member.IsSet() && isNew(*objectAt(m_tuner, steps)))
             return QString(); // objects that are not in lists exist only with data
         if (!isReadable || member.GetSize() == 0)
             return unreadable;
         same = &member.GetChild();
     }
-    return isReadable ? differenceBetween(objectAt(steps), *same, withObjects) : unreadable;
+    return isReadable ? differenceBetween(*objectAt(m_tuner, steps), *same, withObjects) : unreadable;
 }
 
 QString XmlEditor::mismatchOf(const QVector<Step> &steps)
 {
     apply();
     bool isChoice = false; // which follows from the object in it
-    visit(objectAt(steps),
+    visit(*objectAt(m_tuner, steps),
           [&](const MemberView &member) { isChoice = isChoice || member.GetKind() == MemberKind::Choice; });
     if (isChoice)
         return wholeMismatchOf(steps);
     QByteArray text;
     const QVector<int> elements = m_places->elementsOf(steps);
     for (const int element : elements)
-        text += withoutObjects(element, objectAt(steps));
+        text += withoutObjects(element, *objectAt(m_tuner, steps));
     return mismatch(steps, text, false);
 }
 

@@ -99,7 +99,6 @@ private:
     QString mismatch(const QVector<JobXml::Step> &object, const QByteArray &element, bool withObjects) const;
     QByteArray skeletonAround(const QVector<JobXml::Step> &object, const QByteArray &element) const;
     QByteArray withoutObjects(int element, const JobXml::DataObject &object) const;
-    const JobXml::DataObject &objectAt(const QVector<JobXml::Step> &steps) const;
 
     const JobXml::TunerProperties &m_tuner;
     EncodedText m_text;

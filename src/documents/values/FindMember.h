@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include <QString>
+#include <QVector>
+
+#include <jobxml/Visit.h>
+
+namespace TunerDocuments {
+
+/// All members of an object, in the order of visit().
+std::vector<JobXml::MemberView> membersOf(const JobXml::DataObject &object);
+
+/// The member of that name, if the class has it.
+std::optional<JobXml::MemberView> memberNamed(const JobXml::DataObject &object, const QString &name);
+
+/// The choice of a ValueItem; no value for objects of other classes.
+std::optional<JobXml::MemberView> choiceOf(const JobXml::DataObject &object);
+
+/// The alternative that a ValueItem has chosen, if there is one.
+std::optional<JobXml::MemberView> chosenIn(const JobXml::DataObject &object);
+
+/// Whether the member has child objects: an object, an alternative or a list of objects.
+bool holdsObjects(const JobXml::MemberView &member);
+
+/// Whether its value is a number of any type.
+bool isNumber(const JobXml::MemberView &member);
+
+/// The object at the end of the steps; null if there is none. An index of -1 means the only child.
+const JobXml::DataObject *objectAt(const JobXml::DataObject &root, const QVector<JobXml::Step> &steps);
+
+} // namespace TunerDocuments
