@@ -50,10 +50,10 @@ public:
 
     /// Whether the document is edited in place.
     bool isInPlace() const;
-    /// Why it is not; null if it is, and for forms that never are.
+    /// Why it is not although it is XML; null otherwise. toBytes() then throws unless rewrite() is called.
     QString reasonAgainst() const;
 
-    /// Writes the document anew, although it could be edited in place.
+    /// Has the document written anew instead of being edited in place. To be called before it is changed.
     void rewrite();
 
     /// What toBytes() would not write although the document has it, apart from what was changed.

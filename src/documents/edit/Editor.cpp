@@ -89,6 +89,7 @@ public:
     QString reason() const { return m_reason; }
     void rewrite()
     {
+        m_reason = QString();
         m_xml.reset();
         m_json.reset();
     }
@@ -151,6 +152,8 @@ public:
 
     QByteArray toBytes() const
     {
+        if (!m_reason.isNull())
+            cannotEdit(m_reason);
         if (!isInPlace())
             return m_document.toBytes(m_document.form, m_name);
         if (!m_isEdited)

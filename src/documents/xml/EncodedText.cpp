@@ -54,8 +54,7 @@ EncodedText::EncodedText(const QByteArray &document)
 
 bool EncodedText::isExact() const
 {
-    return m_codec ? encoded(m_codec, QString::fromUtf8(m_utf8)) == m_document
-                   : Printable::decoded(m_document).has_value();
+    return m_codec ? encode(m_utf8) == m_document : Printable::decoded(m_document).has_value();
 }
 
 QString EncodedText::encoding() const
