@@ -63,9 +63,9 @@ public:
         ItemList<Item> arranged;
         arranged.reserve(order.size()); // first, because it may run out of memory
         for (const int index : order) {
-            Item &item = items[index];
-            arranged.append(std::move(item));
-            Propagation::propagateTo(arranged.last(), ObjectAccess::environment(item)); // a move leaves the logger
+            const auto environment = ObjectAccess::environment(items[index]); // a move leaves the logger
+            arranged.append(std::move(items[index]));
+            Propagation::propagateTo(arranged.last(), environment);
         }
         items.swap(arranged);
     }

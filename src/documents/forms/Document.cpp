@@ -57,7 +57,7 @@ public:
 
     QByteArray head() const
     {
-        const QByteArray beginning = device().read(headSize);
+        QByteArray beginning = device().read(headSize);
         check();
         return beginning;
     }
@@ -271,7 +271,7 @@ TunerProperties readBack(const QByteArray &bytes, Form form)
 
 QByteArray snapshotOf(const TunerProperties &tuner, const QString &name)
 {
-    const QByteArray bytes = plainSnapshotOf(tuner);
+    QByteArray bytes = plainSnapshotOf(tuner);
     if (!readsBackUnchanged(bytes))
         throw DocumentError(name
                             + QStringLiteral(": cannot write a snapshot that reads back unchanged, since the document "
@@ -348,7 +348,7 @@ Document Document::fromBytes(const QByteArray &bytes, const QString &name, const
 QByteArray Document::toBytes(Form asForm, const QString &name) const
 {
     auto &writable = const_cast<TunerProperties &>(tuner); // writing keeps the reason of a failure
-    const QByteArray bytes = bytesOf(writable, asForm, name);
+    QByteArray bytes = bytesOf(writable, asForm, name);
     if (bytes.isEmpty()) {
         const QString why = tuner.GetErrorString(); // begins with the operation and a colon
         throw DocumentError(name + QStringLiteral(": ") + why.mid(why.indexOf(QLatin1String(": ")) + 2));

@@ -386,7 +386,7 @@ private:
     {
         const QStringList names = member.GetNames();
         const auto nameIn = [&](const Json &entry) {
-            const QVariant value = nameOrNumber(entry);
+            QVariant value = nameOrNumber(entry);
             if (!value.isValid() || (entry.isText() && !names.contains(value.toString())))
                 refuseName(where, entry, names);
             return value;

@@ -239,7 +239,7 @@ QVector<REPORTGENERATOR::XmlMarkup::Span> XmlEditor::textsIn(int element) const
     int child = element + 1;
     for (int at = content.begin; at < content.end;) {
         const QByteArray next = document.mid(at, 9);
-        int end = at;
+        int end = document.indexOf('<', at); // of a text
         if (next.startsWith("<!--")) {
             end = endOf("-->", at);
         } else if (next.startsWith("<?")) {
@@ -251,7 +251,6 @@ QVector<REPORTGENERATOR::XmlMarkup::Span> XmlEditor::textsIn(int element) const
             end = m_markup->elements().at(child).end;
             child = m_markup->elements().at(child).next;
         } else {
-            end = document.indexOf('<', at);
             texts.append({at, end});
         }
         at = end;
@@ -606,7 +605,7 @@ QByteArray XmlEditor::withoutObjects(int element, const DataObject &object) cons
 /// The first difference between the object and what the element reads as; null if there is none.
 QString XmlEditor::mismatch(const QVector<Step> &steps, const QByteArray &element, bool withObjects) const
 {
-    const QString unreadable = QStringLiteral("the changed text cannot be read");
+    QString unreadable = QStringLiteral("the changed text cannot be read");
     TunerProperties read;
     read.SetValidate(false);
     ReadOptions options;
