@@ -13,10 +13,12 @@ namespace TunerDocuments {
 class LintedText
 {
 public:
+    /// The steps and the report must outlive this object.
     LintedText(const std::vector<LintStep> &steps, const TextPlace &place, Report &report)
         : m_steps(steps), m_place(place), m_report(report)
     {
     }
+    LintedText(std::vector<LintStep> &&steps, const TextPlace &place, Report &report) = delete;
 
     QString name{}; ///< of the member, attribute or element
     QString text{}; ///< of the value; null if a version is missing

@@ -135,7 +135,8 @@ private:
     void warn(int index, const QString &word)
     {
         const XmlMarkup::Comment &comment = m_markup.comments().at(index);
-        LintedText linted({}, {comment.whole.begin, comment.parent}, m_report);
+        const std::vector<LintStep> noSteps;
+        LintedText linted(noSteps, {comment.whole.begin, comment.parent}, m_report);
         linted.text = word;
         for (const Rule &rule : allRules())
             linted.known.append(QString::fromLatin1(rule.name));
