@@ -55,7 +55,12 @@ QString nearest(const QString &word, const QStringList &known)
 QString hint(const QString &word, const QStringList &known)
 {
     const QString meant = nearest(word, known);
-    return meant.isNull() ? QString() : QStringLiteral("; did you mean '") + meant + QStringLiteral("'?");
+    return meant.isNull() ? QString() : hintAt(meant);
+}
+
+QString hintAt(const QString &meant)
+{
+    return QStringLiteral("; did you mean '") + meant + QStringLiteral("'?");
 }
 
 QString unknownWord(const QString &word, const QString &kind, const QStringList &known)

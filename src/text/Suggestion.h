@@ -14,6 +14,9 @@ QString nearest(const QString &word, const QStringList &known);
 /// "; did you mean 'validate'?", or null if no known word is near.
 QString hint(const QString &word, const QStringList &known);
 
+/// The same for a suggestion that is known.
+QString hintAt(const QString &meant);
+
 /// "unknown form 'taged'; did you mean 'tagged'?" The kind is "form" here. If no word is near, the message lists all:
 /// "unknown form 'tpz'; expected xml, tagged, compressed or snapshot".
 QString unknownWord(const QString &word, const QString &kind, const QStringList &known);

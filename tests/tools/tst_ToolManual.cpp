@@ -90,6 +90,7 @@ void ToolManualTest::manualBeginsWithNameAndSynopsis()
                             "tuners"));
     QCOMPARE(lines.value(3), QStringLiteral("SYNOPSIS"));
     QCOMPARE(lines.value(4), QStringLiteral(" tunerproperties COMMAND [OPTION...] [FILE...]"));
+    QCOMPARE(lines.value(5), QStringLiteral(" tunerproperties FILE"));
     QCOMPARE(lines.last(), QStringLiteral("tunerproperties " TOOL_VERSION " TUNERPROPERTIES(1)"));
 }
 

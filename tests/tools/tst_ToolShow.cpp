@@ -22,6 +22,8 @@ private Q_SLOTS:
     void showingDoesNotValidate();
     void alternativesThatAreNotChosenAreShown();
     void objectsThatAreNotSetAreShownIfTheyHaveData();
+    void aDocumentIsShownWithoutACommand();
+    void aFileWithTheNameOfACommandIsNotShownWithoutACommand();
 };
 
 namespace {
@@ -277,6 +279,34 @@ void ToolShowTest::objectsThatAreNotSetAreShownIfTheyHaveData()
         run.out.contains(QStringLiteral("  StartupModes (not set): StartupMode [\"DF\"]\n"
                                         "  BandwidthSelection 1 (not set): Name \"w\", MaxBandwidth 0 (not set)\n")),
         qPrintable(run.out));
+}
+
+void ToolShowTest::aDocumentIsShownWithoutACommand()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), smallXml);
+    shop.write(QStringLiteral("-b.xml"), smallXml);
+    const QString expected = shop.run(line("show a.xml")).out;
+    QVERIFY(expected.startsWith(QStringLiteral("TunerProperties")));
+    for (const char *arguments : {"a.xml", "./a.xml", "--from xml a.xml", "a.xml --from=xml", "-- -b.xml", "-"}) {
+        const Run run = shop.run(line(arguments), smallXml);
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.out, expected);
+        QCOMPARE(run.status, 0);
+    }
+    const Run two = shop.run(line("a.xml a.xml"));
+    QCOMPARE(two.err,
+             QStringLiteral("tunerproperties: 'show' expects FILE\n"
+                            "tunerproperties: try 'tunerproperties show --help'\n"));
+    QCOMPARE(two.status, 2);
+}
+
+void ToolShowTest::aFileWithTheNameOfACommandIsNotShownWithoutACommand()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("diff"), smallXml);
+    QCOMPARE(shop.run(line("diff")).status, 2);
+    QCOMPARE(shop.run(line("./diff")).status, 0);
 }
 
 TEST_SUITE(ToolShowTest)

@@ -89,8 +89,20 @@ void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
         "tunerproperties convert --help");
     row("convert --out-dir out a.xml", "--out-dir requires --to", "tunerproperties convert --help");
     row("convert --out-dir= --to xml a.xml", "the folder name of --out-dir is empty", "tunerproperties convert --help");
-    row("show a.xml --from tps", "unknown form 'tps'; expected xml, tagged, compressed, snapshot or json",
+    row("show a.xml --from tps", "unknown form 'tps'; did you mean 'snapshot'?", "tunerproperties show --help");
+    row("convert a.xml b --to .TPB", "unknown form '.TPB'; did you mean 'tagged'?", "tunerproperties convert --help");
+    row("convert a.xml b --to tpz", "unknown form 'tpz'; did you mean 'compressed'?", "tunerproperties convert --help");
+    row("show a.xml --from txt", "unknown form 'txt'; expected xml, tagged, compressed, snapshot or json",
         "tunerproperties show --help");
+    row("show --json a.xml", "unknown option '--json'; did you mean '--format json'?", "tunerproperties show --help");
+    row("show --html a.xml", "unknown option '--html'; did you mean '--format html'?", "tunerproperties show --help");
+    row("convert --format json a.xml b", "unknown option '--format'; did you mean '--to'?",
+        "tunerproperties convert --help");
+    row("new Receiver", "'new' takes no arguments; did you mean '--type Receiver'?", "tunerproperties new --help");
+    row("new reciever", "'new' takes no arguments; did you mean '--type Receiver'?", "tunerproperties new --help");
+    row("new out.xml", "'new' takes no arguments", "tunerproperties new --help");
+    row("missing.xml", "unknown command 'missing.xml', and there is no file of that name", "tunerproperties --help");
+    row("./missing", "unknown command './missing', and there is no file of that name", "tunerproperties --help");
 }
 
 void ToolUsageTest::invalidCommandLineIsWrongUsage()
@@ -128,6 +140,7 @@ void ToolUsageTest::helpListsTheCommands()
 {
     const QString expected =
         QStringLiteral("Usage: tunerproperties COMMAND [OPTION...] [FILE...]\n"
+                       "       tunerproperties FILE\n"
                        "\n"
                        "Show, validate, convert, compare and change descriptions of radio tuners.\n"
                        "\n"
@@ -159,7 +172,7 @@ void ToolUsageTest::helpListsTheCommands()
                        "\n"
                        "FILE is a document in any form, or - for standard input or output. XML, JSON and\n"
                        "the binary forms are recognized by their content; a snapshot is recognized by\n"
-                       "its suffix or by --from snapshot.\n"
+                       "its suffix or by --from snapshot. Without a command, the document is shown.\n"
                        "\n"
                        "An argument that begins with - is an option. Write ./* or -- *.xml to make sure\n"
                        "that file names are not options.\n"

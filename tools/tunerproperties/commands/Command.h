@@ -30,6 +30,7 @@ struct Option
     QString value; ///< placeholder of the value: FORM; empty if the option takes none
     Takes takes = Takes::Nothing;
     QStringList words; ///< the accepted words, if any; others are an error before the command runs
+    QHash<QString, QString> meant = {}; ///< other words, in lower case, and the accepted words to suggest for them
 
     /// As it is typed: "--from".
     QString typed() const;
@@ -89,4 +90,5 @@ struct Command
     QStringList (*words)() = nullptr;
     bool argumentsMayBeEmpty = false; ///< for arguments other than files
     bool mayEndWithNumber = false; ///< a number that begins with "-" is not an option
+    QHash<QString, QString> meant = {}; ///< options of other commands, and what to suggest for them
 };

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 #include <QRegularExpression>
 
 #include "commands/Commands.h"
@@ -62,9 +64,9 @@ struct Parsed
 class Parser
 {
 public:
-    /// With `hasCommand`, an unknown option may be meant as the name of a file.
-    Parser(QVector<Option> options, bool hasCommand, bool mayHaveNumbers)
-        : m_options(std::move(options)), m_hasCommand(hasCommand), m_mayHaveNumbers(mayHaveNumbers)
+    /// With a command, an unknown option may be meant as the name of a file.
+    explicit Parser(QVector<Option> options, const Command *command = nullptr)
+        : m_options(std::move(options)), m_command(command)
     {
     }
 
@@ -90,7 +92,7 @@ private:
     {
         static const QRegularExpression negative(QStringLiteral("^-(?:[0-9.]|inf)"),
                                                  QRegularExpression::CaseInsensitiveOption);
-        return m_mayHaveNumbers && negative.match(QString::fromLatin1(argument)).hasMatch();
+        return m_command && m_command->mayEndWithNumber && negative.match(QString::fromLatin1(argument)).hasMatch();
     }
 
     /// Returns whether the next argument is the value of the option.
@@ -130,14 +132,15 @@ private:
         for (const Option &option : m_options)
             known.append(option.typed());
         const bool mayBeFile = argument.contains('.') || argument.contains('=');
-        const QString suggestion = mayBeFile ? QString() : Suggestion::hint(name, known);
+        QString suggestion = mayBeFile ? QString() : Suggestion::hint(name, known);
+        if (m_command && m_command->meant.contains(name))
+            suggestion = Suggestion::hintAt(m_command->meant.value(name));
         return QStringLiteral("unknown option '") + FileName(argument).shown() + QLatin1Char('\'')
-            + (suggestion.isNull() && m_hasCommand ? fileHint(argument) : suggestion);
+            + (suggestion.isNull() && m_command ? fileHint(argument) : suggestion);
     }
 
     QVector<Option> m_options;
-    bool m_hasCommand = false;
-    bool m_mayHaveNumbers = false;
+    const Command *m_command;
     Parsed m_parsed;
 };
 
@@ -161,8 +164,13 @@ void checkValues(const QVector<Option> &options, const Invocation &invocation)
         if (!invocation.isSet(option) || option.words.isEmpty())
             continue;
         const QString value = invocation.value(option);
-        if (!option.words.contains(value))
-            throw WrongUsage(Suggestion::unknownWord(value, option.value.toLower(), option.words));
+        if (option.words.contains(value))
+            continue;
+        const QString kind = option.value.toLower();
+        const QString meant = option.meant.value(value.toLower());
+        throw WrongUsage(meant.isNull() ? Suggestion::unknownWord(value, kind, option.words)
+                                        : QStringLiteral("unknown %1 '").arg(kind) + value + QLatin1Char('\'')
+                                 + Suggestion::hintAt(meant));
     }
 }
 
@@ -194,7 +202,7 @@ ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
 {
     const QVector<Option> options = HelpText::optionsOf(command) + QVector<Option>{Options::version()};
     try {
-        const Parsed parsed = Parser(options, true, command.mayEndWithNumber).parse(arguments);
+        const Parsed parsed = Parser(options, &command).parse(arguments);
         if (!parsed.helpOrVersion.isNull()) {
             // The argument may be a file that a pattern of the shell has matched; a script would take status 0 for "all
             // are valid".
@@ -230,8 +238,7 @@ QVector<Option> optionsOfAllCommands()
 ExitStatus runWithoutCommand(const QByteArrayList &arguments)
 {
     try {
-        const Parsed parsed =
-            Parser(HelpText::generalOptions() + optionsOfAllCommands(), false, false).parse(arguments);
+        const Parsed parsed = Parser(HelpText::generalOptions() + optionsOfAllCommands()).parse(arguments);
         if (parsed.isSet(Options::version()))
             return showVersion();
         if (parsed.isSet(Options::help())) {
@@ -264,6 +271,17 @@ int indexOfCommand(const QByteArrayList &arguments)
     return arguments.size();
 }
 
+bool exists(const FileName &name)
+{
+    struct stat status = {};
+    return ::stat(name.bytes().constData(), &status) == 0;
+}
+
+bool looksLikeFile(const FileName &name)
+{
+    return name.bytes().contains('.') || name.bytes().contains('/');
+}
+
 } // namespace
 
 ExitStatus runCommandLine(const QByteArrayList &arguments)
@@ -273,8 +291,12 @@ ExitStatus runCommandLine(const QByteArrayList &arguments)
         return runWithoutCommand(arguments);
     const FileName word(arguments[index]);
     const std::optional<Command> command = commandNamed(word.shown());
+    if (!command && (word.isStandardStream() || exists(word)))
+        return runCommand(showCommand(), arguments);
     if (!command)
-        return wrongUsage(unknownCommand(word.shown()));
+        return wrongUsage(looksLikeFile(word) ? QStringLiteral("unknown command '") + word.shown()
+                                  + QStringLiteral("', and there is no file of that name")
+                                              : unknownCommand(word.shown()));
     QByteArrayList others = arguments;
     others.removeAt(index);
     return runCommand(*command, others);

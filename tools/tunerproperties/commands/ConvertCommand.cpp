@@ -202,6 +202,7 @@ Command convertCommand()
         {QStringLiteral("convert receiver.tpz - | less"), QStringLiteral("Write XML to standard output.")},
         {QStringLiteral("convert --to tagged --out-dir records -- *.xml"),
          QStringLiteral("Write records/NAME.tpb for every NAME.xml.")}};
+    command.meant = {{QStringLiteral("--format"), QStringLiteral("--to")}};
     command.run = run;
     return command;
 }

@@ -24,10 +24,10 @@ QString optionsText(const QVector<Option> &options)
     return QStringLiteral("\nOptions:\n") + columns.text();
 }
 
-QString usageText(const QStringList &usages)
+QString usageText(const QStringList &forms)
 {
     QString result;
-    for (const QString &usage : usages)
+    for (const QString &usage : forms)
         result += (result.isEmpty() ? QStringLiteral("Usage: ") : QStringLiteral("       ")) + program()
             + QLatin1Char(' ') + usage + QLatin1Char('\n');
     return result + QLatin1Char('\n');
@@ -38,6 +38,11 @@ QString usageText(const QStringList &usages)
 QString program()
 {
     return QStringLiteral("tunerproperties");
+}
+
+QStringList usages()
+{
+    return {QStringLiteral("COMMAND [OPTION...] [FILE...]"), QStringLiteral("FILE")};
 }
 
 QString purpose()
@@ -55,7 +60,8 @@ QStringList generalNotes()
 {
     return {QStringLiteral(
                 "FILE is a document in any form, or - for standard input or output. XML, JSON and the binary forms are "
-                "recognized by their content; a snapshot is recognized by its suffix or by --from snapshot."),
+                "recognized by their content; a snapshot is recognized by its suffix or by --from snapshot. "
+                "Without a command, the document is shown."),
             QStringLiteral("An argument that begins with - is an option. Write ./* or -- *.xml to make sure that file "
                            "names are not options."),
             noteOnStandardStreams(),
@@ -101,9 +107,8 @@ QString ofProgram()
     Columns statusColumns;
     for (const Status &status : statuses())
         statusColumns.add(QString::number(int(status.status)), status.meaning);
-    QString text = usageText({QStringLiteral("COMMAND [OPTION...] [FILE...]")}) + wrapped(purpose(), 0, 0)
-        + QStringLiteral("\nCommands:\n") + commands.text() + optionsText(generalOptions())
-        + QStringLiteral("\nExit status:\n") + statusColumns.text();
+    QString text = usageText(usages()) + wrapped(purpose(), 0, 0) + QStringLiteral("\nCommands:\n") + commands.text()
+        + optionsText(generalOptions()) + QStringLiteral("\nExit status:\n") + statusColumns.text();
     for (const QString &note : generalNotes())
         text += QLatin1Char('\n') + wrapped(note, 0, 0);
     return text + QLatin1Char('\n')
@@ -112,11 +117,11 @@ QString ofProgram()
 
 QString ofCommand(const Command &command)
 {
-    QStringList usages;
+    QStringList forms;
     for (const QString &usage : command.usages)
-        usages.append(command.name + QStringLiteral(" [OPTION...]")
-                      + (usage.isEmpty() ? QString() : QLatin1Char(' ') + usage));
-    QString text = usageText(usages) + wrapped(command.summary, 0, 0);
+        forms.append(command.name + QStringLiteral(" [OPTION...]")
+                     + (usage.isEmpty() ? QString() : QLatin1Char(' ') + usage));
+    QString text = usageText(forms) + wrapped(command.summary, 0, 0);
     for (const QString &paragraph : command.details)
         text += QLatin1Char('\n') + wrapped(paragraph, 0, 0);
     if (command.takes == Takes::File)

@@ -11,6 +11,9 @@ namespace HelpText {
 /// "tunerproperties"
 QString program();
 
+/// The arguments of the program.
+QStringList usages();
+
 /// The purpose of the program, and notes that apply to all commands.
 QString purpose();
 QStringList generalNotes();

@@ -44,6 +44,11 @@ const Option &baseresource()
 
 ExitStatus run(const Invocation &invocation)
 {
+    if (invocation.count() != 0) {
+        const QString meant = Suggestion::nearest(invocation.text(0), TunerProperties::Gettypes());
+        throw WrongUsage(QStringLiteral("'new' takes no arguments")
+                         + (meant.isNull() ? QString() : Suggestion::hintAt(QStringLiteral("--type ") + meant)));
+    }
     if (!invocation.isSet(type()))
         throw WrongUsage(QStringLiteral("'new' requires --type: ") + Suggestion::listed(TunerProperties::Gettypes()));
     QHash<QString, QString> values;
@@ -72,7 +77,6 @@ Command newCommand()
     command.examples = {{QStringLiteral("new --type Receiver > receiver.xml"),
                          QStringLiteral("Create the description of a receiver.")}};
     command.minArguments = 0;
-    command.maxArguments = 0;
     command.run = run;
     command.takes = Takes::Nothing;
     return command;

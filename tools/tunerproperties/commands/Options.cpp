@@ -28,6 +28,18 @@ QString suffixes()
     return Suggestion::listed(result);
 }
 
+/// The form of each suffix, with the dot and without it.
+QHash<QString, QString> formsBySuffix()
+{
+    QHash<QString, QString> result;
+    for (const QString &name : Forms::list()) {
+        const QString suffix = Forms::suffixOf(*Forms::named(name));
+        result.insert(suffix, name);
+        result.insert(suffix.mid(1), name);
+    }
+    return result;
+}
+
 } // namespace
 
 const Option &help()
@@ -52,7 +64,8 @@ const Option &from()
             .arg(Suggestion::listed(Forms::list())),
         QStringLiteral("FORM"),
         Takes::Word,
-        Forms::list()};
+        Forms::list(),
+        formsBySuffix()};
     return option;
 }
 
@@ -64,7 +77,8 @@ const Option &to()
             .arg(Suggestion::listed(Forms::list()), suffixes()),
         QStringLiteral("FORM"),
         Takes::Word,
-        Forms::list()};
+        Forms::list(),
+        formsBySuffix()};
     return option;
 }
 

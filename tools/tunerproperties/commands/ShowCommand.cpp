@@ -128,6 +128,8 @@ Command showCommand()
          QStringLiteral("Create a page for a browser.")},
         {QStringLiteral("show --from snapshot - < dump"), QStringLiteral("Show a snapshot from standard input.")}};
     command.maxArguments = 1;
+    command.meant = {{QStringLiteral("--json"), QStringLiteral("--format json")},
+                     {QStringLiteral("--html"), QStringLiteral("--format html")}};
     command.run = run;
     return command;
 }

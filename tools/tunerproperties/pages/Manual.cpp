@@ -132,7 +132,12 @@ QString Pages::manual(const QString &version)
     page.request("SH", QStringLiteral("NAME"));
     page.line(plain(program) + QStringLiteral(" \\- ") + plain(asName(HelpText::purpose())));
     page.request("SH", QStringLiteral("SYNOPSIS"));
-    page.line(bold(program) + QLatin1Char(' ') + usage(QStringLiteral("COMMAND [OPTION...] [FILE...]")));
+    const QStringList forms = HelpText::usages();
+    for (int i = 0; i < forms.size(); ++i) {
+        if (i > 0)
+            page.request("br");
+        page.line(bold(program) + QLatin1Char(' ') + usage(forms[i]));
+    }
     page.request("SH", QStringLiteral("DESCRIPTION"));
     page.line(plain(HelpText::purpose()));
     for (const QString &note : HelpText::generalNotes())
