@@ -7,6 +7,8 @@
 #include <commands/HelpText.h>
 #include <tunerdocuments/Form.h>
 
+#include "tools/Tool.h"
+
 /// The manual page as formatted by roff.
 class ToolManualTest : public QObject
 {
@@ -19,6 +21,8 @@ private Q_SLOTS:
     void manualHasNoRoffWarnings();
     void manualBeginsWithNameAndSynopsis();
     void manualHasTheUsualSections();
+    void sectionsDescribeWhatTheirNamesSay();
+    void examplesOfPathsLeadToValues();
     void manualContainsTheHelp_data();
     void manualContainsTheHelp();
 
@@ -91,7 +95,7 @@ void ToolManualTest::manualBeginsWithNameAndSynopsis()
     QCOMPARE(lines.value(3), QStringLiteral("SYNOPSIS"));
     QCOMPARE(lines.value(4), QStringLiteral(" tunerproperties COMMAND [OPTION...] [FILE...]"));
     QCOMPARE(lines.value(5), QStringLiteral(" tunerproperties FILE"));
-    QCOMPARE(lines.last(), QStringLiteral("tunerproperties " TOOL_VERSION " TUNERPROPERTIES(1)"));
+    QCOMPARE(lines.last(), QStringLiteral("tunerproperties " TOOL_VERSION " " TOOL_DATE " TUNERPROPERTIES(1)"));
 }
 
 void ToolManualTest::manualHasTheUsualSections()
@@ -103,8 +107,48 @@ void ToolManualTest::manualHasTheUsualSections()
     }
     QCOMPARE(sections,
              QStringList({QStringLiteral("NAME"), QStringLiteral("SYNOPSIS"), QStringLiteral("DESCRIPTION"),
-                          QStringLiteral("OPTIONS"), QStringLiteral("COMMANDS"), QStringLiteral("FORMS"),
-                          QStringLiteral("EXIT STATUS")}));
+                          QStringLiteral("OPTIONS"), QStringLiteral("COMMANDS"), QStringLiteral("PATHS"),
+                          QStringLiteral("FORMS"), QStringLiteral("EXIT STATUS"), QStringLiteral("ENVIRONMENT"),
+                          QStringLiteral("FILES"), QStringLiteral("SEE ALSO")}));
+}
+
+void ToolManualTest::sectionsDescribeWhatTheirNamesSay()
+{
+    const auto section = [this](const QString &name) {
+        const QString text = m_page.section(QLatin1Char('\n') + name + QLatin1Char('\n'), 1);
+        return text.section(QRegularExpression(QStringLiteral("\n(?=[A-Z]{4})")), 0, 0);
+    };
+    const auto hasWords = [&](const QString &name, const QStringList &words) {
+        const QString text = section(name);
+        for (const QString &word : words)
+            QVERIFY2(text.contains(word), qPrintable(name + QStringLiteral(": ") + word));
+    };
+    hasWords(QStringLiteral("PATHS"),
+             {QStringLiteral("Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem/value"),
+              QStringLiteral("Node[id=gain][2]"), QStringLiteral("[*]"), QStringLiteral("double quotes")});
+    hasWords(QStringLiteral("ENVIRONMENT"),
+             {QStringLiteral("TMPDIR"), QStringLiteral("LC_ALL"), QStringLiteral("LANGUAGE"),
+              QStringLiteral("NO_COLOR"), QStringLiteral("TERM")});
+    hasWords(QStringLiteral("FILES"),
+             {QStringLiteral("/share/tunerproperties/tuner-properties.xsd\n"),
+              QStringLiteral("/share/tunerproperties/tuner-properties-author.xsd\n"),
+              QStringLiteral("/share/tunerproperties/tuner-properties.schema.json\n"),
+              QStringLiteral("/share/tunerproperties/model.json\n")});
+    hasWords(QStringLiteral("SEE ALSO"), {QStringLiteral("xmllint(1)"), QStringLiteral("git(1)")});
+}
+
+void ToolManualTest::examplesOfPathsLeadToValues()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), R"(<TunerProperties Version="1.1" type="DF" baseresource="B">
+        <Component type="Filter" name="Pre" displayName="P" optional="false">
+          <Node id="gain"><ValueItem><ValueInt id="a" value="1"/></ValueItem></Node>
+          <Node id="gain"><ValueItem><ValueInt id="a" value="2"/></ValueItem></Node>
+        </Component></TunerProperties>)");
+    const QString path = QStringLiteral("Component[type=Filter,name=Pre]/Node[id=gain][2]/ValueItem/value");
+    QCOMPARE(shop.run({QStringLiteral("get"), QStringLiteral("a.xml"), path}).out, QStringLiteral("2\n"));
+    const QString quoted = QStringLiteral("Component[name=\"Pre\"]/Node[1]/ValueItem[id=a]/value");
+    QCOMPARE(shop.run({QStringLiteral("get"), QStringLiteral("a.xml"), quoted}).out, QStringLiteral("1\n"));
 }
 
 void ToolManualTest::manualContainsTheHelp_data()

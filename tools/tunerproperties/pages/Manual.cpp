@@ -114,6 +114,47 @@ void add(Roff &page, const Command &command)
         page.item(bold(HelpText::program() + QLatin1Char(' ') + example.line), example.effect);
 }
 
+QStringList aboutPaths()
+{
+    return {
+        QStringLiteral("A path leads from the document to a member; its steps are the names of members, separated by "
+                       "/: Component[type=Filter,name=Pre]/Node[id=gain]/ValueItem/value. A list with one item needs "
+                       "no selection, and the kind of value in a ValueItem no step of its own."),
+        QStringLiteral("In brackets, an item of a list is selected by the members that identify it, by its position, "
+                       "counted from 1, or by both: Node[id=gain][2] is the second of those. Identifying members "
+                       "still select the item after others were added, removed or moved."),
+        QStringLiteral("Texts that contain one of []=,/\"'\\ or begin or end with a blank are put into double quotes, "
+                       "with \\ before a quote or a backslash. 'tunerproperties paths' prints all paths of a "
+                       "document in this notation, and messages use it as well."),
+        QStringLiteral("In a pattern, [*] selects every item of a list, and * every member that is set.")};
+}
+
+void addEnvironment(Roff &page)
+{
+    page.item(bold(QStringLiteral("TMPDIR")),
+              QStringLiteral("Where data from a pipe are stored while the program reads them (default: /tmp)."));
+    page.item(bold(QStringLiteral("LC_ALL")) + QStringLiteral(", ") + bold(QStringLiteral("LC_MESSAGES"))
+                  + QStringLiteral(", ") + bold(QStringLiteral("LANGUAGE")) + QStringLiteral(", ")
+                  + bold(QStringLiteral("LANG")),
+              QStringLiteral("The language of the system's own reasons in messages, such as \"Permission denied\". "
+                             "Everything else is English, and all output is UTF-8."));
+    page.item(bold(QStringLiteral("NO_COLOR")), QStringLiteral("If it is not empty, diff uses no colors."));
+    page.item(bold(QStringLiteral("TERM")),
+              QStringLiteral("If it is dumb, diff uses no colors; if it is dumb or not set, no progress is shown."));
+}
+
+void addFiles(Roff &page, const QString &folder)
+{
+    const auto add = [&](const char *name, const QString &meaning) {
+        page.item(italic(folder + QLatin1Char('/') + QLatin1String(name)), meaning);
+    };
+    add("tuner-properties.xsd", QStringLiteral("The XML Schema of documents as this program writes them."));
+    add("tuner-properties-author.xsd",
+        QStringLiteral("The XML Schema for documents that are written by hand, with descriptions for editors."));
+    add("tuner-properties.schema.json", QStringLiteral("The JSON Schema of documents."));
+    add("model.json", QStringLiteral("All classes and members, for programs that generate code."));
+}
+
 /// "Show this." as manual pages begin: "show this".
 QString asName(QString sentence)
 {
@@ -123,12 +164,13 @@ QString asName(QString sentence)
 
 } // namespace
 
-QString Pages::manual(const QString &version)
+QString Pages::manual(const Installation &installation)
 {
     Roff page;
     const QString program = HelpText::program();
     page.request("TH",
-                 QStringLiteral("%1 1 \"\" \"%2 %3\" \"User Commands\"").arg(program.toUpper(), program, version));
+                 QStringLiteral("%1 1 %2 \"%3 %4\" \"User Commands\"")
+                     .arg(program.toUpper(), installation.date, program, installation.version));
     page.request("SH", QStringLiteral("NAME"));
     page.line(plain(program) + QStringLiteral(" \\- ") + plain(asName(HelpText::purpose())));
     page.request("SH", QStringLiteral("SYNOPSIS"));
@@ -149,6 +191,9 @@ QString Pages::manual(const QString &version)
     page.request("SH", QStringLiteral("COMMANDS"));
     for (const Command &command : allCommands())
         add(page, command);
+    page.request("SH", QStringLiteral("PATHS"));
+    for (const QString &paragraph : aboutPaths())
+        page.paragraph(paragraph);
     page.request("SH", QStringLiteral("FORMS"));
     for (const QString &form : TunerDocuments::Forms::list())
         page.item(
@@ -157,5 +202,11 @@ QString Pages::manual(const QString &version)
     page.request("SH", QStringLiteral("EXIT STATUS"));
     for (const HelpText::Status &status : HelpText::statuses())
         page.item(bold(QString::number(int(status.status))), status.meaning);
+    page.request("SH", QStringLiteral("ENVIRONMENT"));
+    addEnvironment(page);
+    page.request("SH", QStringLiteral("FILES"));
+    addFiles(page, installation.dataFolder);
+    page.request("SH", QStringLiteral("SEE ALSO"));
+    page.line(QStringLiteral("\\fBxmllint\\fR(1), \\fBgit\\fR(1), \\fBgitattributes\\fR(5)"));
     return page.text();
 }

@@ -25,7 +25,8 @@ int main(int argc, char **argv)
         const char *name;
         QString text;
     } pages[] = {
-        {"tunerproperties.1", Pages::manual(QStringLiteral(TOOL_VERSION))},
+        {"tunerproperties.1",
+         Pages::manual({QStringLiteral(TOOL_VERSION), QStringLiteral(TOOL_DATE), QStringLiteral(TOOL_DATA_FOLDER)})},
         {"tunerproperties.bash", Pages::bashCompletion()},
         {"_tunerproperties", Pages::zshCompletion()},
         {"tunerproperties.fish", Pages::fishCompletion()},
