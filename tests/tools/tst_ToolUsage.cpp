@@ -101,8 +101,8 @@ void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
     row("new Receiver", "'new' takes no arguments; did you mean '--type Receiver'?", "tunerproperties new --help");
     row("new reciever", "'new' takes no arguments; did you mean '--type Receiver'?", "tunerproperties new --help");
     row("new out.xml", "'new' takes no arguments", "tunerproperties new --help");
-    row("missing.xml", "unknown command 'missing.xml', and there is no file of that name", "tunerproperties --help");
-    row("./missing", "unknown command './missing', and there is no file of that name", "tunerproperties --help");
+    row("missing.xml", "unknown command 'missing.xml', and no file has that name", "tunerproperties --help");
+    row("./missing", "unknown command './missing', and no file has that name", "tunerproperties --help");
 }
 
 void ToolUsageTest::invalidCommandLineIsWrongUsage()

@@ -295,7 +295,7 @@ ExitStatus runCommandLine(const QByteArrayList &arguments)
         return runCommand(showCommand(), arguments);
     if (!command)
         return wrongUsage(looksLikeFile(word) ? QStringLiteral("unknown command '") + word.shown()
-                                  + QStringLiteral("', and there is no file of that name")
+                                  + QStringLiteral("', and no file has that name")
                                               : unknownCommand(word.shown()));
     QByteArrayList others = arguments;
     others.removeAt(index);
