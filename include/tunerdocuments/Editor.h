@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <tunerdocuments/Document.h>
@@ -16,7 +17,8 @@ namespace TunerDocuments {
 ///
 /// XML and JSON are edited in place: only the bytes of the values concerned change. Comments, layout, order, encoding,
 /// line ends, numbers with more decimals than the library writes, and everything that the model does not have stay,
-/// byte for byte. What was edited is read again and compared with the description.
+/// byte for byte. New items are laid out as their neighbors; items that are moved keep their text. What was edited is
+/// read again and compared with the description.
 ///
 /// The other forms are written anew. losses() lists what would then change besides.
 ///
@@ -45,6 +47,34 @@ public:
     /// list.
     void unset(const QString &path);
 
+    /// Adds what the path leads to afterwards:
+    ///
+    ///     editor.add("Component[type=Filter,name=Pre]/Node[id=gain]");
+    ///
+    /// adds a node to that component, with the id of the path and otherwise the members that `content` has: the JSON of
+    /// the object, or its element in XML. Values in the path take the place of those in the content. A new item is the
+    /// last one of its list; a position in the path is the one that it has afterwards, among the items that fit the
+    /// rest of the path. Everything on the way is set afterwards.
+    ///
+    /// A path to a member that is an object sets that; to a list of names, it adds the names of the content.
+    ///
+    /// Nothing is validated. Throws PathFailure if there is no such place, it is taken, or a text of the path or a name
+    /// is not a value of its member, and DocumentError, whose message begins with `contentName`, if the content cannot
+    /// be read completely.
+    void add(const QString &path, const QByteArray &content = QByteArray(), const QString &contentName = QString());
+
+    /// Removes items, or unsets members, whose content is lost. All paths refer to the document before; patterns remove
+    /// everything that fits them. Throws PathFailure if a path leads nowhere, or nothing fits a pattern.
+    void remove(const QStringList &paths);
+
+    /// Moves an item within its list, to the position that it has afterwards, counted from 1. Throws PathFailure if
+    /// there is no such item or position.
+    void move(const QString &path, int position);
+
+    /// Makes the document equal to another one, by the changes that findDifferences() finds: for the result of
+    /// Patch::apply() or merge().
+    void become(const JobXml::TunerProperties &changed);
+
     /// Whether anything has changed.
     bool isChanged() const;
 
@@ -56,7 +86,7 @@ public:
     /// Has the document written anew instead of being edited in place. To be called before it is changed.
     void rewrite();
 
-    /// What toBytes() would not write although the document has it, apart from what was changed.
+    /// What toBytes() would not write although the document has it. For set() and unset(), apart from what was changed.
     QVector<Loss> losses() const;
 
     /// The changed document in its form. Throws DocumentError if the form cannot hold it, or if its text cannot be

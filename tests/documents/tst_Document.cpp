@@ -5,6 +5,7 @@
 #include <tunerdocuments/DocumentError.h>
 
 #include <documents/json/JsonForm.h>
+#include <tunerdocuments/Diff.h>
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/Finding.h>
 
@@ -26,6 +27,9 @@ private Q_SLOTS:
     void documentIsTheOneOfAReaderThatDoesNotValidate();
     void charactersThatXmlCannotCarryAreAccepted();
     void problemsAreNotLookedForWithoutAVisitor();
+    void valueThatIsNotSetIsLost();
+    void lossesAreAllDifferences_data();
+    void lossesAreAllDifferences();
     void versionOfJsonIsReadByTheRuleOfTheDocument_data();
     void versionOfJsonIsReadByTheRuleOfTheDocument();
 };
@@ -225,6 +229,56 @@ void DocumentTest::problemsAreNotLookedForWithoutAVisitor()
     QCOMPARE(document.tuner.GetErrorString(), QString());
     QCOMPARE(document.tuner.GetComponent().size(), 1);
     QVERIFY(document.tuner.IshwProcessingSet());
+}
+
+void DocumentTest::valueThatIsNotSetIsLost()
+{
+    TunerProperties description;
+    description.SetValidate(false);
+    visit(description, [](JobXml::MemberEditor &member) {
+        if (member.GetName() == QLatin1String("hwProcessing")) {
+            QVERIFY(member.SetValue(true));
+            member.SetFlag(false);
+        }
+    });
+    const Document document(description);
+    for (const Form form : {Form::Xml, Form::Compressed, Form::Snapshot}) {
+        const QByteArray bytes = composed(description, form);
+        const QVector<Loss> losses = document.lossesIn(bytes, form);
+        QStringList texts;
+        for (const Loss &loss : losses)
+            texts.append(loss.text());
+        QVERIFY2(texts.contains(QStringLiteral("hwProcessing: true (not set) becomes false (not set)")),
+                 qPrintable(texts.join(QLatin1Char('\n'))));
+    }
+    QCOMPARE(document.lossesIn(composed(description, Form::Json), Form::Json).size(), 0);
+}
+
+void DocumentTest::lossesAreAllDifferences_data()
+{
+    addForms();
+}
+
+void DocumentTest::lossesAreAllDifferences()
+{
+    QFETCH(int, form);
+    int lossy = 0;
+    for (int seed = 0; seed < 60; ++seed) {
+        const TunerProperties description = randomDocument(seed, seed % 6);
+        const QByteArray bytes = composed(description, Form(form));
+        if (bytes.isEmpty())
+            continue;
+        TunerProperties written;
+        try {
+            written = Document::fromBytes(bytes, QStringLiteral("f"), {Form(form), 2000}).tuner;
+        } catch (const DocumentError &) {
+            continue; // the snapshot of an incomplete document
+        }
+        const int differences = findDifferences(description, written).size();
+        QCOMPARE(Document(description).lossesIn(bytes, Form(form)).size(), differences);
+        lossy += differences > 0;
+    }
+    QVERIFY2(Form(form) == Form::Json ? lossy == 0 : lossy > 0, qPrintable(QString::number(lossy)));
 }
 
 void DocumentTest::versionOfJsonIsReadByTheRuleOfTheDocument_data()

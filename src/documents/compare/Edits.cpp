@@ -3,31 +3,11 @@
 
 #include <jobxml/Visit.h>
 
-#include <tunerdocuments/Value.h>
-
 #include "documents/compare/Contents.h"
 
 using namespace JobXml;
 
 namespace TunerDocuments {
-
-QString ValueState::text() const
-{
-    const bool isNothing = value.type() == QVariant::List
-        ? value.toList().isEmpty()
-        : value.type() == QVariant::String && value.toString().isNull();
-    if (isSet)
-        return ValueText::ofValue(value);
-    return isNothing ? ValueText::notSet() : ValueText::ofValue(value) + QLatin1Char(' ') + ValueText::notSet();
-}
-
-ObjectEdit &ObjectEdit::at(const QVector<Step> &steps)
-{
-    ObjectEdit *edit = this;
-    for (const Step &step : steps)
-        edit = &edit->members[step.member].children[qMax(step.index, 0)];
-    return *edit;
-}
 
 namespace {
 
@@ -59,13 +39,13 @@ void applyTo(DataObject &object, const ObjectEdit &edit)
     const auto choice = choiceOf(object);
     QVariant chosen = choice ? choice->GetValue() : QVariant();
     visit(object, [&](MemberEditor &member) {
-        const auto found = edit.members.find(member.GetName());
-        if (found == edit.members.end())
+        const MemberEdit *const found = edit.of(member);
+        if (!found)
             return;
         if (member.GetKind() == MemberKind::Choice)
-            chosen = found->second.value->value;
+            chosen = found->value->value;
         else
-            applyTo(member, found->second);
+            applyTo(member, *found);
     });
     if (!choice)
         return;

@@ -1,49 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <map>
-#include <optional>
-
-#include <QString>
-#include <QVariant>
-#include <QVector>
-
 #include <jobxml/TunerProperties.h>
 
+#include "documents/values/ObjectEdit.h"
+
 namespace TunerDocuments {
-
-/// A value and whether it is set.
-struct ValueState
-{
-    QVariant value;
-    bool isSet = false;
-
-    /// As ValueText::ofMember() shows a member.
-    QString text() const;
-};
-
-struct MemberEdit;
-
-/// What changes in an object: its members by name, and with them everything below. All indexes are those before the
-/// change.
-struct ObjectEdit
-{
-    std::map<QString, MemberEdit> members{};
-
-    /// The edit of the object at the end of the steps.
-    ObjectEdit &at(const QVector<JobXml::Step> &steps);
-};
-
-struct MemberEdit
-{
-    std::optional<ValueState> value{}; ///< of a value
-    std::optional<bool> flag{}; ///< of an object or a list; it stays as it is otherwise
-    bool isReplaced = false; ///< an object: by a copy of `replacement`, or by a new one if that is null
-    const JobXml::DataObject *replacement = nullptr;
-    std::map<int, ObjectEdit> children{}; ///< by index; 0 for an object
-    QVector<const JobXml::DataObject *> added{}; ///< to a list, which has copies of them at first after its other items
-    std::optional<QVector<int>> order{}; ///< the items that a list has afterwards; indexes include the added ones
-};
 
 /// Makes the changes. Everything else stays as it is, flags and choices included. All or nothing.
 void apply(const ObjectEdit &edit, JobXml::TunerProperties &document);

@@ -11,6 +11,7 @@
 #include <tunerdocuments/Value.h>
 
 #include "documents/compare/Contents.h"
+#include "documents/values/StayingItems.h"
 
 using namespace JobXml;
 
@@ -240,33 +241,9 @@ void Pairs::pairByKey(const MemberView &first, const MemberView &second, Key key
 
 QVector<bool> Pairs::moved() const
 {
-    // The items that stay form the heaviest sequence with increasing positions in the second list: each item weighs
-    // more than all unchanged positions together. best[i] ends the heaviest sequence in a range of positions that ends
-    // with i, as in a binary indexed tree.
-    const int size = m_ofFirst.size();
-    QVector<int> best(m_ofSecond.size() + 1, -1);
-    QVector<int> previous(size, -1);
-    QVector<qint64> weight(size, 0);
-    int last = -1;
-    const auto heavier = [&](int one, int other) {
-        return other < 0 || (one >= 0 && weight[one] > weight[other]) ? one : other;
-    };
-    for (int i = 0; i < size; ++i) {
-        const int position = m_ofFirst[i];
-        if (position < 0)
-            continue;
-        for (int end = position; end > 0; end -= end & -end)
-            previous[i] = heavier(best[end], previous[i]);
-        weight[i] = size + 1 + (position == i ? 1 : 0) + (previous[i] < 0 ? 0 : weight[previous[i]]);
-        for (int end = position + 1; end < best.size(); end += end & -end)
-            best[end] = heavier(i, best[end]);
-        last = heavier(i, last);
-    }
-    QVector<bool> result(size);
-    for (int i = 0; i < size; ++i)
-        result[i] = m_ofFirst[i] >= 0;
-    for (int i = last; i >= 0; i = previous[i])
-        result[i] = false;
+    QVector<bool> result = stayingItems(m_ofFirst, m_ofSecond.size());
+    for (int i = 0; i < result.size(); ++i)
+        result[i] = m_ofFirst[i] >= 0 && !result[i];
     return result;
 }
 

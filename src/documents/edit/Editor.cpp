@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 
 #include <jobxml/Visit.h>
 
@@ -11,7 +12,10 @@
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
+#include "documents/compare/EditBinder.h"
+#include "documents/compare/Edits.h"
 #include "documents/edit/JsonEditor.h"
+#include "documents/edit/PathEdits.h"
 #include "documents/xml/XmlEditor.h"
 
 using namespace JobXml;
@@ -57,6 +61,21 @@ bool leadsToObject(const DataObject &root, const QVector<Step> &steps)
         object = child;
     }
     return true;
+}
+
+/// Whether any of the paths leads to the same place, to something around it or to something in it. Items of one list
+/// are the same place: which of them differ depends on how they are paired.
+bool concern(const std::set<QString> &paths, QString path)
+{
+    if (path.endsWith(QLatin1Char(']')))
+        path.truncate(path.lastIndexOf(QLatin1Char('[')));
+    for (int end = path.size(); end > 0; end = path.lastIndexOf(QLatin1Char('/'), end - 1)) {
+        if (paths.count(path.left(end)) != 0)
+            return true;
+    }
+    const auto next = paths.lower_bound(path);
+    return next != paths.end() && next->startsWith(path)
+        && (next->at(path.size()) == QLatin1Char('/') || next->at(path.size()) == QLatin1Char('['));
 }
 
 bool isSameStep(const Step &left, const Step &right)
@@ -150,6 +169,30 @@ public:
         });
     }
 
+    /// Makes the changes that `collect` adds to edits of the document.
+    template <class Edits, class Collect>
+    void change(Collect &&collect)
+    {
+        Edits edits(m_document.tuner);
+        collect(edits);
+        const ObjectEdit &edit = edits.edits();
+        apply(edit, m_document.tuner);
+        m_isEdited = true;
+        m_isRearranged = true;
+        followBy([&](auto &editor) { editor.follow(edit); });
+    }
+
+    void become(const TunerProperties &changed)
+    {
+        const QVector<Difference> differences = findDifferences(m_document.tuner, changed);
+        if (differences.isEmpty())
+            return;
+        change<EditBinder>([&](EditBinder &binder) {
+            for (const Difference &difference : differences)
+                binder.add(*changeOf(difference, Patch::Direction::Forward));
+        });
+    }
+
     QByteArray toBytes() const
     {
         if (!m_reason.isNull())
@@ -158,14 +201,16 @@ public:
             return m_document.toBytes(m_document.form, m_name);
         if (!m_isEdited)
             return m_original;
+        if (m_isRearranged)
+            requireFaithful();
         return m_xml ? editedBy(*m_xml) : editedBy(*m_json);
     }
 
     QVector<Loss> losses() const
     {
-        QVector<Loss> result;
         if (isInPlace())
-            return result;
+            return m_isRearranged ? differencesIn(textInPlace()) : QVector<Loss>();
+        QVector<Loss> result;
         const LoadOptions options{m_document.form, std::numeric_limits<int>::max()};
         result = m_document.lossesIn(m_document.toBytes(m_document.form, m_name), m_document.form);
         if (hasUnknownContent(options))
@@ -177,9 +222,32 @@ public:
     }
 
 private:
+    QByteArray textInPlace() const { return m_xml ? m_xml->document() : m_json->document(); }
+
+    /// What the edited text reads as, other than the description.
+    QVector<Loss> differencesIn(const QByteArray &text) const { return m_document.lossesIn(text, m_document.form); }
+
+    /// What the edited text does not have must be what the form cannot hold.
+    void requireFaithful() const
+    {
+        const QVector<Loss> losses = differencesIn(textInPlace());
+        if (losses.isEmpty())
+            return;
+        std::set<QString> unavoidable;
+        const QVector<Loss> ofForm = m_document.lossesIn(m_document.toBytes(m_document.form, m_name), m_document.form);
+        for (const Loss &loss : ofForm)
+            unavoidable.insert(loss.path);
+        for (const Loss &loss : losses) {
+            if (!concern(unavoidable, loss.path))
+                cannotEdit(loss.text());
+        }
+    }
+
     template <class TextEditor>
     QByteArray editedBy(TextEditor &text) const
     {
+        if (m_isRearranged)
+            return text.document(); // which was compared as a whole
         for (const QVector<Step> &object : m_edited) {
             if (!leadsToObject(m_document.tuner, object))
                 continue; // a later change has removed it
@@ -256,22 +324,26 @@ private:
     void follow(const Paths::Target &target, Action &&action)
     {
         m_isEdited = true;
-        if (!isInPlace())
-            return;
-        try {
-            if (m_xml)
-                action(*m_xml);
-            else
-                action(*m_json);
-        } catch (const CannotEdit &exception) {
-            cannotEdit(exception.why);
-        }
+        followBy(action);
         const QVector<Step> object = objectOf(target);
         const bool isKnown = std::any_of(m_edited.begin(), m_edited.end(), [&](const QVector<Step> &edited) {
             return std::equal(edited.begin(), edited.end(), object.begin(), object.end(), isSameStep);
         });
         if (!isKnown)
             m_edited.append(object);
+    }
+
+    template <class Action>
+    void followBy(Action &&action)
+    {
+        try {
+            if (m_xml)
+                action(*m_xml);
+            else if (m_json)
+                action(*m_json);
+        } catch (const CannotEdit &exception) {
+            cannotEdit(exception.why);
+        }
     }
 
     [[noreturn]] void cannotEdit(const QString &why) const
@@ -288,6 +360,7 @@ private:
     QString m_reason;
     QVector<QVector<Step>> m_edited; // the objects whose text has changed
     bool m_isEdited = false;
+    bool m_isRearranged = false; // by more than values
 };
 
 Editor::Editor(Document document, const QByteArray &bytes, const QString &name)
@@ -310,6 +383,26 @@ void Editor::set(const QString &path, const QString &value)
 void Editor::unset(const QString &path)
 {
     d->unset(path);
+}
+
+void Editor::add(const QString &path, const QByteArray &content, const QString &contentName)
+{
+    d->change<PathEdits>([&](PathEdits &edits) { edits.add(path, content, contentName); });
+}
+
+void Editor::remove(const QStringList &paths)
+{
+    d->change<PathEdits>([&](PathEdits &edits) { edits.remove(paths); });
+}
+
+void Editor::move(const QString &path, int position)
+{
+    d->change<PathEdits>([&](PathEdits &edits) { edits.move(path, position); });
+}
+
+void Editor::become(const TunerProperties &changed)
+{
+    d->become(changed);
 }
 
 bool Editor::isChanged() const

@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "documents/edit/JsonEditor.h"
 
-#include <algorithm>
-#include <optional>
+#include <numeric>
+#include <utility>
 
 #include <QStringList>
 
 #include <jobxml/Visit.h>
 
+#include "documents/edit/JsonEntries.h"
 #include "documents/json/JsonForm.h"
 #include "documents/values/CannotEdit.h"
 #include "documents/values/FindMember.h"
+#include "documents/values/ItemArrangement.h"
 
 using namespace JobXml;
 
@@ -18,21 +20,16 @@ namespace TunerDocuments {
 
 namespace {
 
-bool isBlank(char character)
-{
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
-}
-
-/// The text that the user typed, if it is the same value in JSON.
-QByteArray typedOr(const QString &typed, const QByteArray &value)
+/// The text that the user typed, if it is the same value in JSON; null otherwise.
+QByteArray sameInJson(const QString &typed, const Json &value)
 {
     if (typed.isNull())
-        return value;
+        return QByteArray();
     try {
         const QByteArray text = typed.toUtf8();
-        return JsonText::compact(JsonText::parse(text)) == JsonText::compact(JsonText::parse(value)) ? text : value;
+        return JsonText::compact(JsonText::parse(text)) == JsonText::compact(value) ? text : QByteArray();
     } catch (const JsonFailure &) {
-        return value; // 007
+        return QByteArray(); // 007
     }
 }
 
@@ -40,123 +37,236 @@ QByteArray typedOr(const QString &typed, const QByteArray &value)
 
 JsonEditor::JsonEditor(const QByteArray &document, const TunerProperties &tuner) : m_tuner(tuner), m_text(document) { }
 
-/// The JSON of the object, in which everything that is set has a member.
-const Json &JsonEditor::objectIn(const QVector<Step> &steps)
+const Json &JsonEditor::json()
 {
     if (!m_isParsed)
         m_json = JsonText::parse(m_text);
     m_isParsed = true;
+    return m_json;
+}
+
+/// The JSON of the object, in which everything that is set has a member.
+const Json &JsonEditor::objectIn(const QVector<Step> &steps)
+{
     // An edit of an object that is not set sets it, so it would have to move out of "unset".
     for (int depth = 0; depth < steps.size(); ++depth) {
-        const Json *const outer = JsonForm::valueAt(m_json, steps.mid(0, depth));
+        const Json *const outer = JsonForm::valueAt(json(), steps.mid(0, depth));
         const Json *const unset = outer && outer->isObject() ? outer->find(JsonForm::unsetKey) : nullptr;
         if (unset && unset->find(steps.at(depth).member.toUtf8()))
             throw CannotEdit{QStringLiteral("'%1' is in \"unset\"").arg(steps.at(depth).member)};
     }
-    const Json *const object = JsonForm::valueAt(m_json, steps);
+    const Json *const object = JsonForm::valueAt(json(), steps);
     if (!object || !object->isObject())
         throw CannotEdit{QStringLiteral("its text has no such object")};
     return *object;
 }
 
-void JsonEditor::replace(int begin, int end, const QByteArray &text)
+void JsonEditor::apply(const Replacements &replacements)
 {
-    m_text.replace(begin, end - begin, text);
+    if (replacements.isEmpty())
+        return;
+    m_text = replaced(m_text, 0, m_text.size(), replacements);
     m_isParsed = false;
+}
+
+void JsonEditor::change(const QVector<Step> &object, const ObjectEdit &edit, const QString &typed)
+{
+    try {
+        apply(replacementsIn(objectIn(object), *objectAt(m_tuner, object), edit, typed));
+    } catch (const JsonFailure &failure) {
+        throw CannotEdit{failure.text(edit.members.begin()->first)};
+    }
 }
 
 void JsonEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
 {
-    const MemberView view = *memberNamed(*objectAt(m_tuner, object), member);
-    try {
-        store(object, member,
-              view.IsSet() ? typedOr(typed, JsonText::compact(JsonForm::ofMember(view))) : QByteArray());
-    } catch (const JsonFailure &failure) {
-        throw CannotEdit{failure.text(member)};
-    }
+    ObjectEdit edit;
+    edit.members[member];
+    change(object, edit, typed);
 }
 
 void JsonEditor::storeObject(const QVector<Step> &object, const QString &member)
 {
-    const DataObject &described = *objectAt(m_tuner, object);
-    const MemberView view = *memberNamed(described, member);
-    const bool isThere = view.IsSet() && view.IsChosen();
-    store(object, member, isThere ? JsonText::compact(JsonForm::ofMember(view)) : QByteArray());
-    // A choice is a value of its own.
-    visit(described, [&](const MemberView &choice) {
-        if (choice.GetKind() == MemberKind::Choice)
-            storeValue(object, choice.GetName());
-    });
+    ObjectEdit edit;
+    edit.members[member].order = QVector<int>(); // of a list that was unset
+    if (const auto choice = choiceOf(*objectAt(m_tuner, object)))
+        edit.members[choice->GetName()]; // is a value of its own
+    change(object, edit);
 }
 
-/// Stores the value, or removes the member if it is empty.
-void JsonEditor::store(const QVector<Step> &steps, const QString &member, const QByteArray &value)
+void JsonEditor::follow(const ObjectEdit &edit)
 {
-    const QByteArray key = member.toUtf8();
-    if (const Json *const unset = objectIn(steps).find(JsonForm::unsetKey); unset && unset->find(key)) {
-        if (unset->members().size() == 1)
-            remove(objectIn(steps), JsonForm::unsetKey);
+    change({}, edit);
+}
+
+// --- Objects ---------------------------------------------------------------------------------------------------------
+
+/// The members of a JSON object, or those in its "unset".
+class JsonEditor::Members
+{
+public:
+    Members(const QByteArray &text, const Json &json, const DataObject &described) : m_json(json), m_entries(text, json)
+    {
+        m_order.append(QLatin1String(JsonForm::versionKey));
+        visit(described, [&](const MemberView &member) { m_order.append(member.GetName()); });
+    }
+
+    const Json *find(const QByteArray &key) const { return m_json.find(key); }
+    void remove(const QByteArray &key) { m_entries.remove(m_entries.indexOf(key)); }
+
+    /// The text of a value that takes the place of the one that the key has.
+    QByteArray laidOut(const QByteArray &key, const Json &value, const QByteArray &typed) const
+    {
+        return typed.isNull() ? m_entries.laidOut(value, m_entries.indexOf(key)) : typed;
+    }
+
+    /// The member follows those that are written before it.
+    void add(const QByteArray &key, const Json &value, const QByteArray &typed)
+    {
+        const int position = m_order.indexOf(QString::fromUtf8(key));
+        int before = -1;
+        int i = 0;
+        for (const Json::Member &member : m_json.members()) {
+            const int other = m_order.indexOf(QString::fromUtf8(member.key));
+            if (position < 0 || (other >= 0 && other < position)) // one that is not of the model comes last
+                before = i;
+            ++i;
+        }
+        if (i == 0)
+            m_entries.addFirst({pairOf(key, value, typed, -1)});
+        else if (before < 0)
+            m_entries.addBefore(0, pairOf(key, value, typed, 0));
         else
-            remove(*unset, key);
+            m_entries.addAfter(before, pairOf(key, value, typed, before));
     }
-    const Json &object = objectIn(steps);
-    const Json *const old = object.find(key);
-    if (value.isEmpty()) {
-        if (old)
-            remove(object, key);
-    } else if (!old) {
-        insert(object, *objectAt(m_tuner, steps), key, value);
-    } else if (JsonText::compact(*old) != JsonText::compact(JsonText::parse(value))) {
-        replace(int(old->textBegin()), int(old->textEnd()), value);
-    }
-}
 
-/// The member follows those that are written before it, laid out as they are.
-void JsonEditor::insert(const Json &object, const DataObject &described, const QByteArray &key, const QByteArray &value)
+    Replacements replacements() const { return m_entries.replacements(); }
+
+private:
+    QByteArray pairOf(const QByteArray &key, const Json &value, const QByteArray &typed, int neighbor) const
+    {
+        return '"' + key + "\": " + (typed.isNull() ? m_entries.laidOut(value, neighbor) : typed);
+    }
+
+    const Json &m_json;
+    JsonEntries m_entries;
+    QStringList m_order;
+};
+
+/// The items of a list, for arrangeItems(). An item is known by its index in the text.
+class JsonEditor::Items
 {
-    QStringList order = {QLatin1String(JsonForm::versionKey)};
-    visit(described, [&](const MemberView &member) { order.append(member.GetName()); });
-    const int position = order.indexOf(QString::fromUtf8(key));
-    const Json *before = nullptr;
-    for (const Json::Member &member : object.members()) {
-        const int other = order.indexOf(QString::fromUtf8(member.key));
-        if (other >= 0 && other < position)
-            before = &member.value;
+public:
+    Items(const JsonEditor &editor, Replacements &out, const Json &list)
+        : m_editor(editor), m_out(out), m_list(list), m_entries(editor.m_text, list)
+    {
     }
-    const QByteArray pair = '"' + key + "\": " + value;
-    if (object.isEmpty()) {
-        replace(int(object.textBegin()) + 1, int(object.textEnd()) - 1, pair);
-        return;
+
+    void changeItem(int item, const DataObject &described, const ObjectEdit &edit)
+    {
+        m_out += m_editor.replacementsIn(jsonOf(item), described, edit);
     }
-    // The blanks before a member separate it from the one before.
-    const Json &sample = before ? *before : object.members().front().value;
-    const int begin = int(sample.memberBegin());
-    int blanks = begin;
-    while (isBlank(m_text.at(blanks - 1)))
-        --blanks;
-    QByteArray separator = m_text.mid(blanks, begin - blanks);
-    const bool isFirst = &sample == &object.members().front().value;
-    if (isFirst && separator.isEmpty())
-        separator = " ";
-    if (before)
-        replace(int(before->textEnd()), int(before->textEnd()), ',' + separator + pair);
+    QByteArray movedItem(int item, const DataObject &described, const ObjectEdit &edit)
+    {
+        const Json &json = jsonOf(item);
+        return replaced(m_editor.m_text, int(json.textBegin()), int(json.textEnd()),
+                        m_editor.replacementsIn(json, described, edit));
+    }
+    QByteArray newItem(const DataObject &described)
+    {
+        return m_entries.laidOut(JsonForm::ofObject(described), m_entries.count() - 1);
+    }
+    void remove(int item) { m_entries.remove(item); }
+    void addBefore(int item, const QByteArray &text) { m_entries.addBefore(item, text); }
+    void addAfter(int item, const QByteArray &text) { m_entries.addAfter(item, text); }
+    void addFirst(const QByteArrayList &texts) { m_entries.addFirst(texts); }
+
+    Replacements replacements() const { return m_entries.replacements(); }
+
+private:
+    const Json &jsonOf(int item) const { return m_list.items().at(std::size_t(item)); }
+
+    const JsonEditor &m_editor;
+    Replacements &m_out;
+    const Json &m_list;
+    JsonEntries m_entries;
+};
+
+/// The changes of an object and of everything in it. `typed` is written for its only value if that is the same in JSON.
+Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &object, const ObjectEdit &edit,
+                                        const QString &typed) const
+{
+    Replacements out;
+    if (edit.members.empty())
+        return out;
+    const Json noUnset = Json::emptyObject();
+    const Json *const unsetJson = json.find(JsonForm::unsetKey);
+    Members members(m_text, json, object);
+    Members unset(m_text, unsetJson ? *unsetJson : noUnset, object);
+    Json addedUnset = Json::emptyObject();
+    int unsetCount = unsetJson ? int(unsetJson->members().size()) : 0;
+    // Whatever makes an alternative appear or disappear may change what the text has to choose.
+    bool isChosenAnew = false;
+    visit(object, [&](const MemberView &member) {
+        const MemberEdit *const found = edit.of(member);
+        isChosenAnew = isChosenAnew
+            || (found
+                && (member.GetKind() == MemberKind::Choice
+                    || (member.GetKind() == MemberKind::Alternative && (found->flag || found->isReplaced))));
+    });
+    visit(object, [&](const MemberView &member) {
+        const MemberEdit *const found = edit.of(member);
+        if (!found && !(isChosenAnew && member.GetKind() == MemberKind::Choice))
+            return;
+        const QByteArray key(member.GetName().data(), member.GetName().size());
+        const JsonForm::MemberPlace place = JsonForm::placeOf(member, object);
+        const Json *const before = members.find(key);
+        const Json *const beforeUnset = unset.find(key);
+        if (before && place != JsonForm::MemberPlace::Members)
+            members.remove(key);
+        if (beforeUnset && place != JsonForm::MemberPlace::Unset) {
+            unset.remove(key);
+            --unsetCount;
+        }
+        if (place == JsonForm::MemberPlace::Nowhere)
+            return;
+        if (before && place == JsonForm::MemberPlace::Members && holdsObjects(member) && !found->isReplaced) {
+            const auto nested = found->children.find(0);
+            if (before->isList()) {
+                QVector<int> all(int(before->items().size()));
+                std::iota(all.begin(), all.end(), 0);
+                Items items(*this, out, *before);
+                arrangeItems(items, all, member, *found);
+                out += items.replacements();
+            } else if (nested != found->children.end()) {
+                out += replacementsIn(*before, member.GetChild(), nested->second);
+            }
+            return;
+        }
+        Json value = JsonForm::ofMember(member);
+        const Json *const old = place == JsonForm::MemberPlace::Members ? before : beforeUnset;
+        Members &target = place == JsonForm::MemberPlace::Members ? members : unset;
+        const QByteArray text = sameInJson(typed, value);
+        if (old && JsonText::compact(*old) == JsonText::compact(value))
+            return;
+        if (old) {
+            out.append({int(old->textBegin()), int(old->textEnd()), target.laidOut(key, value, text)});
+        } else if (place == JsonForm::MemberPlace::Members) {
+            members.add(key, value, text);
+        } else if (unsetJson) {
+            unset.add(key, value, text);
+            ++unsetCount;
+        } else {
+            addedUnset.insert(key, std::move(value));
+        }
+    });
+    if (!addedUnset.isEmpty())
+        members.add(JsonForm::unsetKey, addedUnset, QByteArray());
+    else if (unsetJson && unsetCount == 0)
+        members.remove(JsonForm::unsetKey);
     else
-        replace(begin, begin, pair + ',' + separator);
-}
-
-void JsonEditor::remove(const Json &object, const QByteArray &key)
-{
-    const Json::Object &members = object.members();
-    const auto at =
-        std::find_if(members.begin(), members.end(), [&](const Json::Member &member) { return member.key == key; });
-    int begin = int(at->value.memberBegin());
-    int end = int(at->value.textEnd());
-    if (std::next(at) != members.end()) {
-        end = int(std::next(at)->value.memberBegin()); // with the comma after it
-    } else if (at != members.begin()) {
-        begin = int(std::prev(at)->value.textEnd()); // with the comma before it
-    }
-    replace(begin, end, QByteArray());
+        out += unset.replacements();
+    return out + members.replacements();
 }
 
 QString JsonEditor::mismatchOf(const QVector<Step> &steps)

@@ -7,6 +7,8 @@
 
 #include <jobxml/TunerProperties.h>
 
+#include "documents/values/ObjectEdit.h"
+#include "documents/values/Replacement.h"
 #include "json/Json.h"
 
 namespace TunerDocuments {
@@ -27,6 +29,9 @@ public:
     /// The same for a member that holds an object.
     void storeObject(const QVector<JobXml::Step> &object, const QString &member);
 
+    /// Makes all changes of an edit, after apply() has made them to the description.
+    void follow(const ObjectEdit &edit);
+
     /// Null if the text of the object has the values of the object, apart from the objects in it; otherwise the first
     /// difference.
     QString mismatchOf(const QVector<JobXml::Step> &object);
@@ -35,12 +40,15 @@ public:
     QByteArray document() const { return m_text; }
 
 private:
-    void store(const QVector<JobXml::Step> &object, const QString &member, const QByteArray &value);
+    class Items;
+    class Members;
+
+    const Json &json();
     const Json &objectIn(const QVector<JobXml::Step> &steps);
-    void replace(int begin, int end, const QByteArray &text);
-    void insert(const Json &object, const JobXml::DataObject &described, const QByteArray &key,
-                const QByteArray &value);
-    void remove(const Json &object, const QByteArray &key);
+    void change(const QVector<JobXml::Step> &object, const ObjectEdit &edit, const QString &typed = QString());
+    void apply(const Replacements &replacements);
+    Replacements replacementsIn(const Json &json, const JobXml::DataObject &object, const ObjectEdit &edit,
+                                const QString &typed = QString()) const;
 
     const JobXml::TunerProperties &m_tuner;
     QByteArray m_text;

@@ -11,6 +11,7 @@
 #include <tunerdocuments/DocumentError.h>
 
 #include "documents/json/JsonForm.h"
+#include "documents/values/Identical.h"
 
 using JobXml::Problem;
 using JobXml::ProblemVisitor;
@@ -368,7 +369,7 @@ QVector<Loss> Document::lossesIn(const QByteArray &bytes, Form asForm, int most,
     qint64 all = 0;
     const TunerProperties written = readBack(bytes, asForm);
     // Comparing items by their identity takes longer than writing them, and there is mostly no difference.
-    if (asForm != Form::Json && plainSnapshotOf(written) != plainSnapshotOf(tuner)) {
+    if (!areIdentical(tuner, written)) {
         findDifferences(tuner, written, [&](const Difference &difference) {
             if (all++ >= most)
                 return;

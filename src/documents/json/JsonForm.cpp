@@ -105,6 +105,16 @@ bool holdsAlternative(const DataObject &object)
     return result;
 }
 
+MemberPlace placeOf(const MemberView &member, const Json &value, const DataObject &object)
+{
+    if (member.IsSet())
+        return MemberPlace::Members;
+    if (member.GetKind() != MemberKind::Choice)
+        return isDefault(member, value) ? MemberPlace::Nowhere : MemberPlace::Unset;
+    // Reading would choose a single alternative otherwise.
+    return holdsAlternative(object) ? MemberPlace::Members : MemberPlace::Nowhere;
+}
+
 void addMembers(Json &result, const DataObject &object)
 {
     Json unset = Json::emptyObject();
@@ -115,12 +125,11 @@ void addMembers(Json &result, const DataObject &object)
         } catch (const JsonFailure &failure) {
             throw member.GetKind() == MemberKind::ObjectList ? failure : failure.within(member.GetName());
         }
-        if (member.IsSet())
+        const MemberPlace place = placeOf(member, value, object);
+        if (place == MemberPlace::Members)
             result.insert(keyOf(member), std::move(value));
-        else if (member.GetKind() != MemberKind::Choice && !isDefault(member, value))
+        else if (place == MemberPlace::Unset)
             unset.insert(keyOf(member), std::move(value));
-        else if (member.GetKind() == MemberKind::Choice && holdsAlternative(object))
-            result.insert(keyOf(member), Json()); // otherwise reading would choose a single alternative
     });
     if (!unset.isEmpty())
         result.insert(unsetKey, std::move(unset));
@@ -148,6 +157,11 @@ Json ofMember(const MemberView &member)
     default:
         return ofValue(member.GetValue());
     }
+}
+
+MemberPlace placeOf(const MemberView &member, const DataObject &object)
+{
+    return placeOf(member, member.IsSet() ? Json() : ofMember(member), object);
 }
 
 Json ofObject(const DataObject &object)

@@ -66,6 +66,14 @@ QByteArray compose(const JobXml::TunerProperties &document);
 /// replaces.
 const Json *valueAt(const Json &document, const QVector<JobXml::Step> &steps);
 
+/// Where the JSON of an object has a member.
+enum class MemberPlace {
+    Nowhere,
+    Members, ///< among its members
+    Unset, ///< in "unset"
+};
+MemberPlace placeOf(const JobXml::MemberView &member, const JobXml::DataObject &object);
+
 /// The parts of a document: an object of the model, and the value of a member.
 Json ofObject(const JobXml::DataObject &object);
 Json ofMember(const JobXml::MemberView &member);

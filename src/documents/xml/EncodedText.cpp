@@ -43,6 +43,13 @@ QByteArray encoded(QTextCodec *codec, const QString &text)
 
 } // namespace
 
+QString textOf(uint character)
+{
+    if (!QChar::requiresSurrogates(character))
+        return QString(QChar(ushort(character)));
+    return QString(QChar(QChar::highSurrogate(character))) + QChar(QChar::lowSurrogate(character));
+}
+
 EncodedText::EncodedText(const QByteArray &document)
     : m_codec(codecOf(document)), m_document(document), m_utf8(document)
 {
@@ -75,7 +82,7 @@ QByteArray EncodedText::encode(const QByteArray &utf8) const
 
 bool EncodedText::canEncode(uint character) const
 {
-    return !m_codec || m_codec->canEncode(QString::fromUcs4(&character, 1));
+    return !m_codec || m_codec->canEncode(textOf(character));
 }
 
 } // namespace TunerDocuments

@@ -8,6 +8,9 @@ class QTextCodec;
 
 namespace TunerDocuments {
 
+/// A character as a text. Unlike QString::fromUcs4(), it does not drop a byte order mark.
+QString textOf(uint character);
+
 /// The text of an XML document in its encoding, and in UTF-8 while it is edited.
 class EncodedText
 {

@@ -2,7 +2,7 @@
 #include "documents/xml/XmlEditor.h"
 
 #include <algorithm>
-#include <optional>
+#include <utility>
 
 #include <QStringList>
 
@@ -11,38 +11,14 @@
 #include <tunerdocuments/Value.h>
 
 #include "documents/values/FindMember.h"
+#include "documents/values/ItemArrangement.h"
+#include "documents/xml/XmlBlanks.h"
 
 using namespace JobXml;
 
 namespace TunerDocuments {
 
 namespace {
-
-bool isBlank(char character)
-{
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
-}
-
-/// The members in the order in which XML has them.
-QStringList orderOf(const DataObject &object, bool attributes)
-{
-    QStringList names;
-    visit(object, [&](const MemberView &member) {
-        if (!attributes || member.IsAttribute())
-            names.append(member.GetName());
-    });
-    return names;
-}
-
-/// Without the blanks around it.
-REPORTGENERATOR::XmlMarkup::Span trimmed(const QByteArray &text, REPORTGENERATOR::XmlMarkup::Span span)
-{
-    while (span.begin < span.end && isBlank(text.at(span.begin)))
-        ++span.begin;
-    while (span.begin < span.end && isBlank(text.at(span.end - 1)))
-        --span.end;
-    return span;
-}
 
 /// Whether nothing in the object is set.
 bool isNew(const DataObject &object)
@@ -90,6 +66,7 @@ void XmlEditor::scan(const QByteArray &utf8)
 {
     m_markup = std::make_unique<Markup>(utf8);
     m_places = std::make_unique<XmlPlaces>(*m_markup, m_tuner);
+    m_layout = XmlChildren::layoutOf(*m_markup);
 }
 
 QString XmlEditor::refusal() const
@@ -112,16 +89,21 @@ void XmlEditor::change(Compute compute)
         apply();
         replacements = compute();
     }
-    for (const Replacement &replacement : qAsConst(replacements))
-        m_pending.emplace(replacement.span.begin, replacement);
+    keep(replacements);
+}
+
+void XmlEditor::keep(const Replacements &replacements)
+{
+    for (const Replacement &replacement : replacements)
+        m_pending.emplace(replacement.begin, replacement);
 }
 
 bool XmlEditor::touches(const Replacements &replacements) const
 {
     return std::any_of(replacements.begin(), replacements.end(), [this](const Replacement &replacement) {
-        const auto after = m_pending.lower_bound(replacement.span.begin);
-        return (after != m_pending.end() && after->first <= replacement.span.end)
-            || (after != m_pending.begin() && std::prev(after)->second.span.end >= replacement.span.begin);
+        const auto after = m_pending.lower_bound(replacement.begin);
+        return (after != m_pending.end() && after->first <= replacement.end)
+            || (after != m_pending.begin() && std::prev(after)->second.end >= replacement.begin);
     });
 }
 
@@ -129,16 +111,10 @@ void XmlEditor::apply()
 {
     if (m_pending.empty())
         return;
-    const QByteArray &old = m_markup->document();
-    QByteArray text;
-    text.reserve(old.size());
-    int done = 0;
-    for (const auto &[begin, replacement] : m_pending) {
-        text.append(old.constData() + done, begin - done);
-        text += replacement.text;
-        done = replacement.span.end;
-    }
-    text.append(old.constData() + done, old.size() - done);
+    Replacements pending;
+    for (const auto &[begin, replacement] : m_pending)
+        pending.append(replacement);
+    const QByteArray text = replaced(m_markup->document(), 0, m_markup->document().size(), pending);
     m_pending.clear();
     m_pendingValues.clear();
     scan(text);
@@ -161,69 +137,85 @@ void XmlEditor::storeValue(const QVector<Step> &object, const QString &member, c
     key += member;
     if (m_pendingValues.contains(key))
         apply();
-    change([&] { return valueReplacements(object, member, typed); });
+    const DataObject &described = *objectAt(m_tuner, object);
+    const MemberView view = *memberNamed(described, member);
+    const auto elements = [&] { return m_places->elementsOf(object); };
+    if (elements().isEmpty())
+        apply();
+    if (elements().isEmpty()) {
+        if (view.IsSet())
+            addMissing(object);
+        return;
+    }
+    change([&] {
+        Replacements out;
+        XmlChildren children = childrenOf(elements(), described);
+        writeValue(out, children, view, typed);
+        return out + children.replacements();
+    });
     m_pendingValues.insert(key);
 }
 
-XmlEditor::Replacements XmlEditor::valueReplacements(const QVector<Step> &steps, const QString &name,
-                                                     const QString &typed) const
+/// Adds the outermost object on the way to one that the text does not have.
+void XmlEditor::addMissing(QVector<Step> steps)
 {
-    Replacements out;
-    const DataObject &object = *objectAt(m_tuner, steps);
-    const MemberView member = *memberNamed(object, name);
-    const QVector<int> elements = m_places->elementsOf(steps);
-    const QVector<XmlPlaces::Value> values = m_places->valuesOf(elements, object, member);
+    Step missing;
+    while (!steps.isEmpty() && m_places->elementsOf(steps).isEmpty())
+        missing = steps.takeLast();
+    storeObject(steps, missing.member);
+}
+
+/// Makes the text of an object have the value of a member, or not.
+void XmlEditor::writeValue(Replacements &out, XmlChildren &children, const MemberView &member,
+                           const QString &typed) const
+{
+    const QVector<XmlPlaces::Value> values = m_places->valuesOf(children.elements(), children.object(), member);
     if (!member.IsSet()) {
-        for (const XmlPlaces::Value &value : values)
-            removeValue(out, value);
-        return out;
+        removeValues(out, children, values);
+        return;
     }
-    if (member.GetKind() == MemberKind::EnumerationList)
-        return listReplacements(elements, object, member, values);
+    if (member.GetKind() == MemberKind::EnumerationList) {
+        writeNames(out, children, member, values);
+        return;
+    }
     const QString text = typed.isNull() ? XmlText::ofValue(member).value(0) : typed;
     if (values.isEmpty())
-        addValue(out, elements, object, member, text);
+        addValue(out, children, member, text);
     else if (values.last().isAttribute)
         replaceAttribute(out, values.last().index, text, isNumber(member));
     else
         replaceContent(out, values.last().index, text, isNumber(member));
-    return out;
 }
 
 /// The names of a list are in one element each.
-XmlEditor::Replacements XmlEditor::listReplacements(const QVector<int> &elements, const DataObject &object,
-                                                    const MemberView &member,
-                                                    const QVector<XmlPlaces::Value> &values) const
+void XmlEditor::writeNames(Replacements &out, XmlChildren &children, const MemberView &member,
+                           const QVector<XmlPlaces::Value> &values) const
 {
-    Replacements out;
     const QStringList texts = XmlText::ofValue(member);
     for (int i = 0; i < values.size(); ++i) {
         if (i < texts.size())
             replaceContent(out, values.at(i).index, texts.at(i), false);
         else
-            removeValue(out, values.at(i));
+            children.remove(values.at(i).index);
     }
-    QByteArray added;
-    const int parent = elements.isEmpty() ? 0 : elements.last();
-    const XmlText::Layout layout = layoutIn(parent);
-    for (int i = values.size(); i < texts.size(); ++i) {
-        added += (i == values.size() ? QByteArray() : layout.lineEnd + layout.indentation)
-            + XmlText::element(member.GetName(), texts.at(i), layout, m_text);
-    }
-    if (!added.isEmpty())
-        addElement(out, parent, object, member.GetName(), values.size(),
-                   [&](const XmlText::Layout &) { return added; });
-    return out;
+    QByteArrayList added;
+    const XmlText::Layout layout = children.layout();
+    for (int i = values.size(); i < texts.size(); ++i)
+        added.append(XmlText::element(member.GetName(), texts.at(i), layout, m_text));
+    if (values.isEmpty())
+        children.add(member.GetName(), added);
+    for (const QByteArray &name : values.isEmpty() ? QByteArrayList() : added)
+        children.addAfter(values.last().index, name);
 }
 
 void XmlEditor::replaceAttribute(Replacements &out, int attribute, const QString &text, bool isNumber) const
 {
     const QByteArray &document = m_markup->document();
     const Span value = m_markup->attributes().at(attribute).value;
-    const Span span = isNumber ? trimmed(document, value) : value;
+    const Span span = isNumber ? XmlBlanks::trimmed(document, value) : value;
     const QByteArray written = XmlText::inAttribute(text, document.at(value.end), m_text);
     if (m_markup->bytes(span) != QLatin1String(written))
-        out.append({span, written});
+        out.append({span.begin, span.end, written});
 }
 
 /// The parts of an element's content that are its text: without comments, processing instructions and other elements.
@@ -266,83 +258,59 @@ void XmlEditor::replaceContent(Replacements &out, int element, const QString &te
     if (place.isEmptyTag) {
         constexpr int endSize = 2; // "/>"
         if (!written.isEmpty())
-            out.append({{place.startTag.end - endSize, place.startTag.end},
+            out.append({place.startTag.end - endSize, place.startTag.end,
                         '>' + written + "</" + document.mid(place.name.begin, place.name.size()) + '>'});
         return;
     }
     QVector<Span> texts = textsIn(element);
     if (isNumber) { // blanks around a number do not matter
         for (Span &span : texts)
-            span = trimmed(document, span);
+            span = XmlBlanks::trimmed(document, span);
         texts.erase(std::remove_if(texts.begin(), texts.end(), [](const Span &span) { return span.size() == 0; }),
                     texts.end());
     }
     if (texts.isEmpty()) {
-        out.append({{place.content.begin, place.content.begin}, written});
+        out.append({place.content.begin, place.content.begin, written});
         return;
     }
     if (texts.size() == 1 && m_markup->bytes(texts.first()) == QLatin1String(written))
         return;
     for (int i = 0; i < texts.size(); ++i)
-        out.append({texts.at(i), i == 0 ? written : QByteArray()});
+        out.append({texts.at(i).begin, texts.at(i).end, i == 0 ? written : QByteArray()});
 }
 
-/// An element, and its line if nothing else is on it.
-REPORTGENERATOR::XmlMarkup::Span XmlEditor::lineOf(const Span &element) const
+void XmlEditor::removeValues(Replacements &out, XmlChildren &children, const QVector<XmlPlaces::Value> &values) const
 {
-    const QByteArray &document = m_markup->document();
-    const auto isSpace = [&](int at) { return document.at(at) == ' ' || document.at(at) == '\t'; };
-    Span line = element;
-    while (line.begin > 0 && isSpace(line.begin - 1))
-        --line.begin;
-    while (line.end < document.size() && isSpace(line.end))
-        ++line.end;
-    const bool beginsLine = line.begin > 0 && document.at(line.begin - 1) == '\n';
-    const bool endsLine =
-        line.end < document.size() && (document.at(line.end) == '\n' || document.at(line.end) == '\r');
-    if (!beginsLine || !endsLine)
-        return element;
-    line.end +=
-        document.at(line.end) == '\r' && line.end + 1 < document.size() && document.at(line.end + 1) == '\n' ? 2 : 1;
-    return line;
-}
-
-void XmlEditor::removeValue(Replacements &out, const XmlPlaces::Value &value) const
-{
-    if (!value.isAttribute) {
-        out.append({lineOf(m_markup->elements().at(value.index).whole()), QByteArray()});
-        return;
+    for (const XmlPlaces::Value &value : values) {
+        if (!value.isAttribute) {
+            children.remove(value.index);
+            continue;
+        }
+        Span span = m_markup->attributes().at(value.index).whole();
+        span.begin -= XmlBlanks::before(m_markup->document(), span.begin).size();
+        out.append({span.begin, span.end, QByteArray()});
     }
-    Span span = m_markup->attributes().at(value.index).whole();
-    while (isBlank(m_markup->document().at(span.begin - 1)))
-        --span.begin;
-    out.append({span, QByteArray()});
 }
 
 // --- New values ------------------------------------------------------------------------------------------------------
 
-void XmlEditor::addValue(Replacements &out, const QVector<int> &elements, const DataObject &object,
-                         const MemberView &member, const QString &text) const
+void XmlEditor::addValue(Replacements &out, XmlChildren &children, const MemberView &member, const QString &text) const
 {
-    if (elements.isEmpty())
-        throw CannotEdit{QStringLiteral("its text has no '%1'").arg(object.GetObjectName())};
-    const int element = elements.last();
+    const int element = children.elements().last();
     // An author who writes the other members as elements wants this one as an element, too.
     bool hasAttributes = false;
     bool hasElements = false;
-    visit(object, [&](const MemberView &other) {
+    visit(children.object(), [&](const MemberView &other) {
         if (!other.IsAttribute())
             return;
-        const QVector<XmlPlaces::Value> values = m_places->valuesOf({element}, object, other);
+        const QVector<XmlPlaces::Value> values = m_places->valuesOf({element}, children.object(), other);
         for (const XmlPlaces::Value &value : values)
             (value.isAttribute ? hasAttributes : hasElements) = true;
     });
-    if (member.IsAttribute() && (hasAttributes || !hasElements)) {
-        addAttribute(out, element, object, member, text);
-        return;
-    }
-    addElement(out, element, object, member.GetName(), 0,
-               [&](const XmlText::Layout &layout) { return XmlText::element(member.GetName(), text, layout, m_text); });
+    if (member.IsAttribute() && (hasAttributes || !hasElements))
+        addAttribute(out, element, children.object(), member, text);
+    else
+        children.add(member.GetName(), {XmlText::element(member.GetName(), text, children.layout(), m_text)});
 }
 
 /// The attribute follows those that the library writes before it, separated as they are.
@@ -351,12 +319,22 @@ void XmlEditor::addAttribute(Replacements &out, int element, const DataObject &o
 {
     const QByteArray &document = m_markup->document();
     const Markup::Element &place = m_markup->elements().at(element);
-    const QStringList order = orderOf(object, true);
+    QStringList order;
+    QVector<bool> areSet;
+    visit(object, [&](const MemberView &other) {
+        if (!other.IsAttribute())
+            return;
+        order.append(other.GetName());
+        areSet.append(other.IsSet());
+    });
+    const auto isUnset = [&](int attribute) { return attribute >= 0 && !areSet.at(attribute); };
     const int position = order.indexOf(member.GetName());
     int before = -1; // the attribute that it follows
     int after = -1; // the first one that it precedes
     for (int i = place.firstAttribute; i < place.firstAttribute + place.attributeCount; ++i) {
         const int other = order.indexOf(m_markup->bytes(m_markup->attributes().at(i).name));
+        if (isUnset(other))
+            continue; // it is removed
         if (other < position) // -1 for those that the model does not have
             before = i;
         else if (after < 0)
@@ -368,7 +346,7 @@ void XmlEditor::addAttribute(Replacements &out, int element, const DataObject &o
     const QByteArray attribute = QByteArray(member.GetName().data(), member.GetName().size()) + '=' + quote
         + XmlText::inAttribute(text, quote, m_text) + quote;
     if (neighbor < 0) {
-        out.append({{place.name.end, place.name.end}, ' ' + attribute});
+        out.append({place.name.end, place.name.end, ' ' + attribute});
         return;
     }
     const Span whole = m_markup->attributes().at(neighbor).whole();
@@ -376,194 +354,189 @@ void XmlEditor::addAttribute(Replacements &out, int element, const DataObject &o
     const bool isFirst = neighbor == place.firstAttribute;
     const bool hasSecond = place.attributeCount > 1;
     const int sample = isFirst && hasSecond ? neighbor + 1 : neighbor;
-    const QByteArray blanks = blanksBefore(m_markup->attributes().at(sample).name.begin);
+    const QByteArray blanks = XmlBlanks::before(document, m_markup->attributes().at(sample).name.begin);
     if (before >= 0)
-        out.append({{whole.end, whole.end}, blanks + attribute});
+        out.append({whole.end, whole.end, blanks + attribute});
     else
-        out.append({{whole.begin, whole.begin}, attribute + blanks});
-}
-
-QByteArray XmlEditor::blanksBefore(int at) const
-{
-    const QByteArray &document = m_markup->document();
-    int begin = at;
-    while (begin > 0 && isBlank(document.at(begin - 1)))
-        --begin;
-    return document.mid(begin, at - begin);
-}
-
-/// How the child elements of an element are laid out: like those that it has, or like others in the document.
-XmlText::Layout XmlEditor::layoutIn(int parent) const
-{
-    const auto &elements = m_markup->elements();
-    const auto indentationOf = [&](int element) -> std::optional<QByteArray> {
-        const QByteArray blanks = blanksBefore(elements.at(element).startTag.begin);
-        const int lineStart = blanks.lastIndexOf('\n');
-        return lineStart < 0 ? std::optional<QByteArray>() : blanks.mid(lineStart + 1);
-    };
-    XmlText::Layout layout;
-    const QByteArray &document = m_markup->document();
-    const int feed = document.indexOf('\n', elements.at(0).startTag.begin);
-    layout.lineEnd = feed < 0                       ? QByteArray()
-        : feed > 0 && document.at(feed - 1) == '\r' ? QByteArray("\r\n")
-                                                    : QByteArray("\n");
-    const QLatin1String name = m_markup->bytes(elements.at(parent).name);
-    const int colon = QByteArray::fromRawData(name.data(), name.size()).indexOf(':');
-    layout.prefix = QByteArray(name.data(), colon + 1);
-    // The root's first child shows the step of the document.
-    const QByteArray rootIndentation = indentationOf(0).value_or(QByteArray());
-    if (elements.size() > 1) {
-        const auto first = indentationOf(1);
-        if (first && first->startsWith(rootIndentation) && first->size() > rootIndentation.size())
-            layout.step = first->mid(rootIndentation.size());
-    }
-    const bool hasChild = elements.at(parent).next > parent + 1;
-    const auto ofChild = hasChild ? indentationOf(parent + 1) : std::optional<QByteArray>();
-    if (hasChild && !ofChild)
-        layout.lineEnd.clear();
-    layout.indentation = ofChild ? *ofChild : indentationOf(parent).value_or(QByteArray()) + layout.step;
-    return layout;
-}
-
-/// Adds a child element, or several as one text, after those that the library writes before it; `index` counts those of
-/// the same name.
-template <class Make>
-void XmlEditor::addElement(Replacements &out, int parent, const DataObject &object, const QString &member, int index,
-                           Make make) const
-{
-    const QByteArray &document = m_markup->document();
-    const Markup::Element &place = m_markup->elements().at(parent);
-    const XmlText::Layout layout = layoutIn(parent);
-    const QByteArray element = make(layout);
-    const QStringList order = orderOf(object, false);
-    const int position = order.indexOf(member);
-    int before = -1; // the element that it follows
-    int alike = 0;
-    const QVector<XmlPlaces::Child> children = m_places->childrenOf(parent, object);
-    for (const XmlPlaces::Child &child : children) {
-        const int other = order.indexOf(child.member);
-        if (other < position || (other == position && alike++ < index))
-            before = child.element;
-    }
-    const QByteArray separator = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + layout.indentation;
-    if (before >= 0) {
-        const int end = m_markup->elements().at(before).end;
-        out.append({{end, end}, separator + element});
-    } else if (!children.isEmpty()) {
-        const int begin = m_markup->elements().at(children.first().element).startTag.begin;
-        out.append({{begin, begin}, element + separator});
-    } else {
-        XmlText::Layout outer = layout;
-        outer.indentation.chop(layout.step.size());
-        const QByteArray last = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + outer.indentation;
-        const QByteArray endTag = "</" + document.mid(place.name.begin, place.name.size()) + '>';
-        constexpr int endSize = 2; // "/>"
-        if (place.isEmptyTag)
-            out.append({{place.startTag.end - endSize, place.startTag.end}, '>' + separator + element + last + endTag});
-        else if (trimmed(document, place.content).size() == 0)
-            out.append({place.content, separator + element + last});
-        else
-            out.append({{place.content.begin, place.content.begin}, separator + element});
-    }
+        out.append({whole.begin, whole.begin, attribute + blanks});
 }
 
 // --- Objects ---------------------------------------------------------------------------------------------------------
 
 void XmlEditor::storeObject(const QVector<Step> &steps, const QString &name)
 {
-    apply();
-    change([&] {
-        Replacements out;
-        const DataObject &object = *objectAt(m_tuner, steps);
-        const MemberView member = *memberNamed(object, name);
-        const QVector<int> elements = m_places->elementsOf(steps);
-        if (!member.IsSet() || !member.IsChosen()) {
-            const QVector<XmlPlaces::Value> values = m_places->valuesOf(elements, object, member);
-            for (const XmlPlaces::Value &value : values)
-                removeValue(out, value);
-        } else if (!elements.isEmpty() && !m_places->valuesOf(elements, object, member).isEmpty()) {
-            makeLast(out, elements.last(), object, member);
-        } else if (!elements.isEmpty()) {
-            addElement(out, elements.last(), object, name, 0, [&](const XmlText::Layout &layout) {
-                return XmlText::element(member.GetChild(), layout, m_text);
-            });
-        }
-        return out;
-    });
-    apply();
-}
-
-/// Makes an alternative that the text has the one that is chosen: the last one.
-void XmlEditor::makeLast(Replacements &out, int item, const DataObject &object, const MemberView &alternative) const
-{
-    const QVector<XmlPlaces::Child> children = m_places->childrenOf(item, object);
-    if (alternative.GetKind() != MemberKind::Alternative || children.last().member == alternative.GetName())
-        return;
-    const int last = m_places->valuesOf({item}, object, alternative).last().index;
-    const Span chosen = m_markup->elements().at(last).whole();
-    removeValue(out, {false, last});
-    const int end = m_markup->elements().at(children.last().element).end;
-    out.append({{end, end}, blanksBefore(chosen.begin) + m_markup->document().mid(chosen.begin, chosen.size())});
-}
-
-void XmlEditor::insertItem(const QVector<Step> &steps, const QString &list, int index)
-{
-    insertItem(steps, list, index, QByteArray());
-}
-
-void XmlEditor::insertItem(const QVector<Step> &steps, const QString &list, int index, const QByteArray &element)
-{
-    apply();
-    change([&] {
-        Replacements out;
-        const DataObject &object = *objectAt(m_tuner, steps);
-        const QVector<int> elements = m_places->elementsOf(steps);
-        if (elements.isEmpty())
-            throw CannotEdit{QStringLiteral("its text has no '%1'").arg(object.GetObjectName())};
-        addElement(out, elements.last(), object, list, index, [&](const XmlText::Layout &layout) {
-            return element.isEmpty() ? XmlText::element(memberNamed(object, list)->GetChild(index), layout, m_text)
-                                     : element;
-        });
-        return out;
-    });
-    apply();
-}
-
-void XmlEditor::removeItem(const QVector<Step> &steps, const QString &list, int index)
-{
-    apply();
-    change([&] {
-        Replacements out;
-        const DataObject &object = *objectAt(m_tuner, steps);
-        const auto values = m_places->valuesOf(m_places->elementsOf(steps), object, *memberNamed(object, list));
-        if (index < values.size())
-            removeValue(out, values.at(index));
-        return out;
-    });
-    apply();
-}
-
-void XmlEditor::moveItem(const QVector<Step> &steps, const QString &list, int from, int to)
-{
-    apply();
+    ObjectEdit edit;
+    ObjectEdit &inObject = edit.at(steps);
     const DataObject &object = *objectAt(m_tuner, steps);
-    const auto values = m_places->valuesOf(m_places->elementsOf(steps), object, *memberNamed(object, list));
-    if (from >= values.size() || to >= values.size())
+    inObject.members[name];
+    if (const auto choice = choiceOf(object))
+        inObject.members[choice->GetName()]; // may follow from it
+    follow(edit);
+}
+
+void XmlEditor::follow(const ObjectEdit &edit)
+{
+    apply();
+    keep(replacementsIn({0}, m_tuner, edit));
+    apply();
+}
+
+/// The changes of an object that is read from these elements, and of everything in it.
+Replacements XmlEditor::replacementsIn(const QVector<int> &elements, const DataObject &object,
+                                       const ObjectEdit &edit) const
+{
+    Replacements out;
+    if (edit.members.empty())
+        return out;
+    XmlChildren children = childrenOf(elements, object);
+    const auto choice = choiceOf(object);
+    const bool isChosenAnew = choice && edit.of(*choice);
+    visit(object, [&](const MemberView &member) {
+        const MemberEdit *const found = edit.of(member);
+        if (member.GetKind() == MemberKind::Alternative && isChosenAnew)
+            writeObject(out, children, member, found ? *found : MemberEdit());
+        else if (!found || member.GetKind() == MemberKind::Choice)
+            return;
+        else if (member.GetKind() == MemberKind::ObjectList)
+            writeItems(out, children, member, *found);
+        else if (holdsObjects(member))
+            writeObject(out, children, member, *found);
+        else
+            writeValue(out, children, member, QString());
+    });
+    return out + children.replacements();
+}
+
+XmlChildren XmlEditor::childrenOf(const QVector<int> &elements, const DataObject &object) const
+{
+    if (elements.isEmpty())
+        throw CannotEdit{QStringLiteral("its text has no '%1'").arg(object.GetObjectName())};
+    return XmlChildren(*m_markup, *m_places, m_layout, elements, object);
+}
+
+/// Child elements, without values that are attributes.
+QVector<int> XmlEditor::childElements(const XmlChildren &children, const MemberView &member) const
+{
+    QVector<int> elements;
+    const QVector<XmlPlaces::Value> values = m_places->valuesOf(children.elements(), children.object(), member);
+    for (const XmlPlaces::Value &value : values) {
+        if (!value.isAttribute)
+            elements.append(value.index);
+    }
+    return elements;
+}
+
+void XmlEditor::writeObject(Replacements &out, XmlChildren &children, const MemberView &member,
+                            const MemberEdit &edit) const
+{
+    QVector<int> elements = childElements(children, member);
+    const bool isAlternative = member.GetKind() == MemberKind::Alternative;
+    if (!member.IsSet()) {
+        for (const int element : qAsConst(elements))
+            children.remove(element);
         return;
-    const Span span = m_markup->elements().at(values.at(from).index).whole();
-    const QByteArray element = m_markup->document().mid(span.begin, span.size());
-    removeItem(steps, list, from);
-    insertItem(steps, list, to, element);
+    }
+    if (isAlternative && !elements.isEmpty())
+        elements = {elements.last()}; // each one replaces the one before
+    const auto written = [&] { return XmlText::element(member.GetChild(), children.layout(), m_text); };
+    if (elements.isEmpty()) {
+        if (member.IsChosen()) // others are not written
+            children.add(member.GetName(), {written()});
+        return;
+    }
+    Replacements inside;
+    const auto nested = edit.children.find(0);
+    if (edit.isReplaced) {
+        for (const int element : qAsConst(elements))
+            children.remove(element);
+        children.addAfter(elements.last(), written());
+    } else if (nested != edit.children.end()) {
+        inside = replacementsIn(elements, member.GetChild(), nested->second);
+    }
+    // The last alternative is the chosen one.
+    const int last = isAlternative ? lastAlternative(children) : elements.last();
+    if (last == elements.last() || !member.IsChosen()) {
+        out += inside;
+        return;
+    }
+    if (!edit.isReplaced)
+        children.remove(elements.last());
+    children.addAfter(last, changedText(elements.last(), inside));
+}
+
+/// The last element of an alternative in the text.
+int XmlEditor::lastAlternative(const XmlChildren &children) const
+{
+    QStringList alternatives;
+    visit(children.object(), [&](const MemberView &member) {
+        if (member.GetKind() == MemberKind::Alternative)
+            alternatives.append(member.GetName());
+    });
+    int last = -1;
+    const QVector<XmlPlaces::Child> all = m_places->childrenOf(children.elements().last(), children.object());
+    for (const XmlPlaces::Child &child : all) {
+        if (alternatives.contains(child.member))
+            last = child.element;
+    }
+    return last;
+}
+
+/// The items of a list, for arrangeItems(). An item is known by its element.
+class XmlEditor::Items
+{
+public:
+    Items(const XmlEditor &editor, Replacements &out, XmlChildren &children, QString list)
+        : m_editor(editor), m_out(out), m_children(children), m_list(std::move(list))
+    {
+    }
+
+    void changeItem(int item, const DataObject &described, const ObjectEdit &edit)
+    {
+        m_out += m_editor.replacementsIn({item}, described, edit);
+    }
+    QByteArray movedItem(int item, const DataObject &described, const ObjectEdit &edit)
+    {
+        return m_editor.changedText(item, m_editor.replacementsIn({item}, described, edit));
+    }
+    QByteArray newItem(const DataObject &described)
+    {
+        return XmlText::element(described, m_children.layout(), m_editor.m_text);
+    }
+    void remove(int item) { m_children.remove(item); }
+    void addBefore(int item, const QByteArray &text) { m_children.addBefore(item, text); }
+    void addAfter(int item, const QByteArray &text) { m_children.addAfter(item, text); }
+    void addFirst(const QByteArrayList &texts) { m_children.add(m_list, texts); }
+
+private:
+    const XmlEditor &m_editor;
+    Replacements &m_out;
+    XmlChildren &m_children;
+    const QString m_list;
+};
+
+void XmlEditor::writeItems(Replacements &out, XmlChildren &children, const MemberView &list,
+                           const MemberEdit &edit) const
+{
+    const QVector<int> elements = childElements(children, list);
+    if (!list.IsSet()) { // its items are not written
+        for (const int element : elements)
+            children.remove(element);
+        return;
+    }
+    if (edit.orderOf(elements.size()).size() != list.GetSize())
+        throw CannotEdit{QStringLiteral("its text has another number of items than '%1'").arg(list.GetName())};
+    Items items(*this, out, children, list.GetName());
+    arrangeItems(items, elements, list, edit);
+}
+
+/// The text of an element with the changes in it.
+QByteArray XmlEditor::changedText(int element, const Replacements &changes) const
+{
+    const Span whole = m_markup->elements().at(element).whole();
+    return replaced(m_markup->document(), whole.begin, whole.end, changes);
 }
 
 // --- Comparing with the description ----------------------------------------------------------------------------------
-
-int XmlEditor::itemCount(const QVector<Step> &steps, const QString &list)
-{
-    apply();
-    const DataObject &object = *objectAt(m_tuner, steps);
-    return m_places->valuesOf(m_places->elementsOf(steps), object, *memberNamed(object, list)).size();
-}
 
 /// The element inside elements with the names of the objects around it, so that it is read as what it is.
 QByteArray XmlEditor::skeletonAround(const QVector<Step> &object, const QByteArray &element) const

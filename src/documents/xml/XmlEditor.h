@@ -12,7 +12,9 @@
 #include <jobxml/TunerProperties.h>
 #include <reportbase/XmlMarkup.h>
 
+#include "documents/values/ObjectEdit.h"
 #include "documents/xml/EncodedText.h"
+#include "documents/xml/XmlChildren.h"
 #include "documents/xml/XmlPlaces.h"
 #include "documents/xml/XmlText.h"
 
@@ -41,13 +43,8 @@ public:
     /// Makes the text have a member that holds an object, or has it removed.
     void storeObject(const QVector<JobXml::Step> &object, const QString &member);
 
-    /// Adds an item that is new in a list of the object.
-    void insertItem(const QVector<JobXml::Step> &object, const QString &list, int index);
-    /// Adds it as this text, which has been read into the item.
-    void insertItem(const QVector<JobXml::Step> &object, const QString &list, int index, const QByteArray &element);
-    /// Removes the item of that index.
-    void removeItem(const QVector<JobXml::Step> &object, const QString &list, int index);
-    void moveItem(const QVector<JobXml::Step> &object, const QString &list, int from, int to);
+    /// Makes all changes of an edit, after apply() has made them to the description.
+    void follow(const ObjectEdit &edit);
 
     /// The document with all changes.
     QByteArray document();
@@ -55,47 +52,44 @@ public:
     /// Null if the text of the object, without the objects in it, reads as the object; otherwise the first difference:
     /// "MaxFFPDelay: 9223372036854775808 would be read as 0".
     QString mismatchOf(const QVector<JobXml::Step> &object);
-    /// The same with everything in it.
-    QString wholeMismatchOf(const QVector<JobXml::Step> &object);
-    /// How many items of a list the text has.
-    int itemCount(const QVector<JobXml::Step> &object, const QString &list);
 
 private:
     using Markup = REPORTGENERATOR::XmlMarkup;
     using Span = Markup::Span;
 
-    struct Replacement
-    {
-        Span span;
-        QByteArray text;
-    };
-    using Replacements = QVector<Replacement>;
+    class Items;
 
     template <class Compute>
     void change(Compute compute);
+    void keep(const Replacements &replacements);
     bool touches(const Replacements &replacements) const;
     void apply();
     void scan(const QByteArray &utf8);
+    QByteArray changedText(int element, const Replacements &changes) const;
+    void addMissing(QVector<JobXml::Step> steps);
 
-    Replacements valueReplacements(const QVector<JobXml::Step> &steps, const QString &name, const QString &typed) const;
-    Replacements listReplacements(const QVector<int> &elements, const JobXml::DataObject &object,
-                                  const JobXml::MemberView &member, const QVector<XmlPlaces::Value> &values) const;
+    Replacements replacementsIn(const QVector<int> &elements, const JobXml::DataObject &object,
+                                const ObjectEdit &edit) const;
+    XmlChildren childrenOf(const QVector<int> &elements, const JobXml::DataObject &object) const;
+    QVector<int> childElements(const XmlChildren &children, const JobXml::MemberView &member) const;
+    int lastAlternative(const XmlChildren &children) const;
+    void writeObject(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
+                     const MemberEdit &edit) const;
+    void writeItems(Replacements &out, XmlChildren &children, const JobXml::MemberView &list,
+                    const MemberEdit &edit) const;
+    void writeValue(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
+                    const QString &typed) const;
+    void writeNames(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
+                    const QVector<XmlPlaces::Value> &values) const;
     void replaceAttribute(Replacements &out, int attribute, const QString &text, bool isNumber) const;
     void replaceContent(Replacements &out, int element, const QString &text, bool isNumber) const;
-    void removeValue(Replacements &out, const XmlPlaces::Value &value) const;
-    void addValue(Replacements &out, const QVector<int> &elements, const JobXml::DataObject &object,
-                  const JobXml::MemberView &member, const QString &text) const;
+    void removeValues(Replacements &out, XmlChildren &children, const QVector<XmlPlaces::Value> &values) const;
+    void addValue(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
+                  const QString &text) const;
     void addAttribute(Replacements &out, int element, const JobXml::DataObject &object,
                       const JobXml::MemberView &member, const QString &text) const;
-    void makeLast(Replacements &out, int item, const JobXml::DataObject &object,
-                  const JobXml::MemberView &alternative) const;
-    template <class Make>
-    void addElement(Replacements &out, int parent, const JobXml::DataObject &object, const QString &member, int index,
-                    Make make) const;
-    Span lineOf(const Span &element) const;
     QVector<Span> textsIn(int element) const;
-    QByteArray blanksBefore(int at) const;
-    XmlText::Layout layoutIn(int parent) const;
+    QString wholeMismatchOf(const QVector<JobXml::Step> &object);
     QString mismatch(const QVector<JobXml::Step> &object, const QByteArray &element, bool withObjects) const;
     QByteArray skeletonAround(const QVector<JobXml::Step> &object, const QByteArray &element) const;
     QByteArray withoutObjects(int element, const JobXml::DataObject &object) const;
@@ -104,7 +98,8 @@ private:
     EncodedText m_text;
     std::unique_ptr<Markup> m_markup;
     std::unique_ptr<XmlPlaces> m_places;
-    std::map<int, Replacement> m_pending; // by their beginning; they do not touch each other
+    XmlText::Layout m_layout; // of the document
+    std::multimap<int, Replacement> m_pending; // by their beginning; they do not touch each other
     QSet<QString> m_pendingValues; // the members whose changes are pending
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/xml/XmlText.h"
 
+#include <cmath>
+
 #include <tunerdocuments/Value.h>
 
 #include "text/XmlCharacters.h"
@@ -34,7 +36,7 @@ QByteArray escaped(const QString &text, const EncodedText &encoding, const QByte
         else if ((character < 0x20 && special.contains(char(character))) || !encoding.canEncode(character))
             result += "&#" + QByteArray::number(character) + ';';
         else
-            result += QString::fromUcs4(&character, 1).toUtf8();
+            result += textOf(character).toUtf8();
     }
     return result;
 }
@@ -77,6 +79,12 @@ QStringList ofValue(const MemberView &member)
     }
     case MemberKind::Boolean:
         return {value.toBool() ? QStringLiteral("true") : QStringLiteral("false")};
+    case MemberKind::Float: {
+        // The shortest text of the largest numbers is a double that is out of range.
+        const QString text = TypedValue::print(value);
+        const float number = value.value<float>();
+        return {std::isinf(text.toFloat()) && !std::isinf(number) ? ValueText::exactly(double(number)) : text};
+    }
     default:
         return {TypedValue::print(value)};
     }

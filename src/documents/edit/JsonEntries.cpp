@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "documents/edit/JsonEntries.h"
+
+#include <algorithm>
+
+#include "json/JsonText.h"
+
+namespace TunerDocuments {
+
+namespace {
+
+bool isBlank(char character)
+{
+    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
+
+/// The blanks that end there.
+QByteArray blanksBefore(const QByteArray &text, int end)
+{
+    int begin = end;
+    while (begin > 0 && isBlank(text.at(begin - 1)))
+        --begin;
+    return text.mid(begin, end - begin);
+}
+
+} // namespace
+
+JsonEntries::JsonEntries(const QByteArray &text, const Json &container) : m_text(text), m_container(container)
+{
+    if (container.isObject()) {
+        for (const Json::Member &member : container.members())
+            m_entries.append({int(member.value.memberBegin()), int(member.value.textEnd())});
+    } else {
+        for (const Json &item : container.items())
+            m_entries.append({int(item.textBegin()), int(item.textEnd())});
+    }
+}
+
+int JsonEntries::indexOf(const QByteArray &key) const
+{
+    const Json::Object &members = m_container.members();
+    const auto found =
+        std::find_if(members.begin(), members.end(), [&](const Json::Member &member) { return member.key == key; });
+    return found == members.end() ? -1 : int(found - members.begin());
+}
+
+void JsonEntries::remove(int entry)
+{
+    m_fates[entry].isRemoved = true;
+}
+
+void JsonEntries::addBefore(int entry, const QByteArray &text)
+{
+    m_fates[entry].before.append(text);
+}
+
+void JsonEntries::addAfter(int entry, const QByteArray &text)
+{
+    m_fates[entry].after.append(text);
+}
+
+void JsonEntries::addFirst(const QByteArrayList &texts)
+{
+    m_first += texts;
+}
+
+/// What separates an entry from the comma before it.
+QByteArray JsonEntries::separatorAt(int entry) const
+{
+    const auto blanks = [this](int at) { return blanksBefore(m_text, m_entries.at(at).begin); };
+    if (entry > 0)
+        return blanks(entry);
+    // The first entry is often on the line of its bracket, and the others below it.
+    if (m_entries.size() > 1 && blanks(1).contains('\n'))
+        return blanks(1);
+    return blanks(0).isEmpty() ? QByteArray(" ") : blanks(0);
+}
+
+/// What separates the first item of a list from its bracket.
+QByteArray JsonEntries::firstSeparator() const
+{
+    const int begin = int(m_container.textBegin());
+    const int feed = m_text.lastIndexOf('\n', begin);
+    if (feed < 0 || !m_container.isList())
+        return QByteArray();
+    int end = feed + 1;
+    while (isBlank(m_text.at(end)))
+        ++end;
+    return (feed > 0 && m_text.at(feed - 1) == '\r' ? "\r\n" : "\n") + m_text.mid(feed + 1, end - feed - 1) + "  ";
+}
+
+QByteArray JsonEntries::laidOut(const Json &value, int neighbor) const
+{
+    const QByteArray before = neighbor < 0 ? firstSeparator() : separatorAt(neighbor);
+    const int line = before.lastIndexOf('\n');
+    if (line < 0)
+        return JsonText::compact(value);
+    const QByteArray lineEnd = before.contains('\r') ? "\r\n" : "\n";
+    return JsonText::pretty(value).trimmed().replace("\n", lineEnd + before.mid(line + 1));
+}
+
+/// Whether there is something in its place afterwards.
+bool JsonEntries::isLeft(int entry) const
+{
+    const auto fate = m_fates.find(entry);
+    return fate == m_fates.end() || !fate->second.isRemoved || !fate->second.before.isEmpty()
+        || !fate->second.after.isEmpty();
+}
+
+Replacements JsonEntries::replacements() const
+{
+    Replacements out;
+    if (m_entries.isEmpty() && !m_first.isEmpty()) {
+        const QByteArray separator = firstSeparator();
+        QByteArray last = separator;
+        last.chop(2); // the step of the indentation
+        out.append({int(m_container.textBegin()) + 1, int(m_container.textEnd()) - 1,
+                    separator + m_first.join(',' + (separator.isEmpty() ? QByteArray(" ") : separator)) + last});
+    }
+    int done = 0; // entries before this one are replaced
+    for (const auto &[entry, fate] : m_fates) {
+        const Entry &place = m_entries.at(entry);
+        const QByteArray between = ',' + separatorAt(entry);
+        if (!isLeft(entry)) {
+            if (entry < done)
+                continue;
+            // A comma is removed with each, the one after it if there is one.
+            int next = entry + 1;
+            while (next < m_entries.size() && !isLeft(next))
+                ++next;
+            done = next;
+            if (next < m_entries.size())
+                out.append({place.begin, m_entries.at(next).begin, QByteArray()});
+            else if (entry > 0)
+                out.append({m_entries.at(entry - 1).end, m_entries.last().end, QByteArray()});
+            else
+                out.append({place.begin, m_entries.last().end, QByteArray()});
+            continue;
+        }
+        if (fate.isRemoved) {
+            out.append({place.begin, place.end, (fate.before + fate.after).join(between)});
+            continue;
+        }
+        for (const QByteArray &text : fate.before)
+            out.append({place.begin, place.begin, text + between});
+        for (const QByteArray &text : fate.after)
+            out.append({place.end, place.end, between + text});
+    }
+    return out;
+}
+
+} // namespace TunerDocuments

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QVector>
+
+namespace TunerDocuments {
+
+/// A part of a text, and what it becomes.
+struct Replacement
+{
+    int begin;
+    int end; ///< equal to the beginning for an insertion
+    QByteArray text;
+};
+using Replacements = QVector<Replacement>;
+
+/// The part of a text from `begin` to `end` with the replacements in it, which do not overlap. Insertions at the same
+/// place stay in their order, before what begins there.
+QByteArray replaced(const QByteArray &text, int begin, int end, Replacements replacements);
+
+} // namespace TunerDocuments

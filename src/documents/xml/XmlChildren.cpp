@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+#include "documents/xml/XmlChildren.h"
+
+#include <optional>
+#include <utility>
+
+#include <QStringList>
+
+#include "documents/xml/XmlBlanks.h"
+
+using namespace JobXml;
+
+namespace TunerDocuments {
+
+XmlChildren::XmlChildren(const Markup &markup, const XmlPlaces &places, const XmlText::Layout &documentLayout,
+                         QVector<int> elements, const DataObject &object)
+    : m_markup(markup), m_places(places), m_documentLayout(documentLayout), m_elements(std::move(elements)), m_object(object)
+{
+}
+
+void XmlChildren::remove(int element)
+{
+    m_fates[element].isRemoved = true;
+}
+
+void XmlChildren::addBefore(int element, const QByteArray &text)
+{
+    m_fates[element].before.append(text);
+}
+
+void XmlChildren::addAfter(int element, const QByteArray &text)
+{
+    m_fates[element].after.append(text);
+}
+
+void XmlChildren::add(const QString &member, const QByteArrayList &texts)
+{
+    QStringList order;
+    visit(m_object, [&](const MemberView &other) { order.append(other.GetName()); });
+    const int position = order.indexOf(member);
+    const QVector<XmlPlaces::Child> children = m_places.childrenOf(m_elements.last(), m_object);
+    int before = -1; // the element that it follows
+    for (const XmlPlaces::Child &child : children) {
+        if (order.indexOf(child.member) < position)
+            before = child.element;
+    }
+    QByteArrayList &place = before >= 0 ? m_fates[before].after
+        : children.isEmpty()            ? m_first
+                                        : m_fates[children.first().element].before;
+    place += texts;
+}
+
+Replacements XmlChildren::replacements() const
+{
+    Replacements out;
+    if (m_fates.empty() && m_first.isEmpty())
+        return out;
+    const XmlText::Layout used = layout();
+    const QByteArray separator = used.lineEnd.isEmpty() ? QByteArray() : used.lineEnd + used.indentation;
+    for (const auto &[element, fate] : m_fates) {
+        const Markup::Span whole = m_markup.elements().at(element).whole();
+        if (fate.isRemoved) {
+            const QByteArray instead = (fate.before + fate.after).join(separator);
+            const Markup::Span part = instead.isEmpty() ? lineOf(whole) : whole;
+            out.append({part.begin, part.end, instead});
+            continue;
+        }
+        for (const QByteArray &text : fate.before)
+            out.append({whole.begin, whole.begin, text + separator});
+        for (const QByteArray &text : fate.after)
+            out.append({whole.end, whole.end, separator + text});
+    }
+    if (!m_first.isEmpty())
+        out.append(firstChildren());
+    return out;
+}
+
+Replacement XmlChildren::firstChildren() const
+{
+    const Markup::Element &place = m_markup.elements().at(m_elements.last());
+    const QByteArray &document = m_markup.document();
+    const XmlText::Layout used = layout();
+    const QByteArray separator = used.lineEnd.isEmpty() ? QByteArray() : used.lineEnd + used.indentation;
+    const QByteArray children = separator + m_first.join(separator);
+    QByteArray outerIndentation = used.indentation;
+    outerIndentation.chop(used.step.size());
+    const QByteArray end = used.lineEnd.isEmpty() ? QByteArray() : used.lineEnd + outerIndentation;
+    const QByteArray endTag = "</" + document.mid(place.name.begin, place.name.size()) + '>';
+    constexpr int endSize = 2; // "/>"
+    if (place.isEmptyTag)
+        return {place.startTag.end - endSize, place.startTag.end, '>' + children + end + endTag};
+    if (XmlBlanks::trimmed(document, place.content).size() == 0)
+        return {place.content.begin, place.content.end, children + end};
+    return {place.content.begin, place.content.begin, children};
+}
+
+namespace {
+
+/// The blanks before an element, if it is the first thing on its line.
+std::optional<QByteArray> indentationOf(const REPORTGENERATOR::XmlMarkup &markup, int element)
+{
+    const QByteArray blanks = XmlBlanks::before(markup.document(), markup.elements().at(element).startTag.begin);
+    const int lineStart = blanks.lastIndexOf('\n');
+    return lineStart < 0 ? std::optional<QByteArray>() : blanks.mid(lineStart + 1);
+}
+
+} // namespace
+
+XmlText::Layout XmlChildren::layoutOf(const Markup &markup)
+{
+    XmlText::Layout layout;
+    const QByteArray &document = markup.document();
+    const auto &elements = markup.elements();
+    if (elements.isEmpty())
+        return layout;
+    const int feed = document.indexOf('\n', elements.first().startTag.begin);
+    layout.lineEnd = feed < 0                       ? QByteArray()
+        : feed > 0 && document.at(feed - 1) == '\r' ? QByteArray("\r\n")
+                                                    : QByteArray("\n");
+    // The root's first child shows the step of the document.
+    const QByteArray outer = indentationOf(markup, 0).value_or(QByteArray());
+    const auto first = elements.size() > 1 ? indentationOf(markup, 1) : std::optional<QByteArray>();
+    if (first && first->startsWith(outer) && first->size() > outer.size())
+        layout.step = first->mid(outer.size());
+    return layout;
+}
+
+XmlText::Layout XmlChildren::layout() const
+{
+    const int parent = m_elements.last();
+    XmlText::Layout layout = m_documentLayout;
+    const Markup::Element &place = m_markup.elements().at(parent);
+    const QLatin1String name = m_markup.bytes(place.name);
+    const int colon = QByteArray::fromRawData(name.data(), name.size()).indexOf(':');
+    layout.prefix = QByteArray(name.data(), colon + 1);
+    const bool hasChild = place.next > parent + 1;
+    const auto ofChild = hasChild ? indentationOf(m_markup, parent + 1) : std::optional<QByteArray>();
+    if (hasChild && !ofChild)
+        layout.lineEnd.clear();
+    layout.indentation =
+        ofChild ? *ofChild : indentationOf(m_markup, parent).value_or(QByteArray()) + layout.step;
+    return layout;
+}
+
+/// An element, and its line if nothing else is on it.
+REPORTGENERATOR::XmlMarkup::Span XmlChildren::lineOf(const Markup::Span &element) const
+{
+    const QByteArray &document = m_markup.document();
+    const auto isSpace = [&](int at) { return document.at(at) == ' ' || document.at(at) == '\t'; };
+    Markup::Span line = element;
+    while (line.begin > 0 && isSpace(line.begin - 1))
+        --line.begin;
+    while (line.end < document.size() && isSpace(line.end))
+        ++line.end;
+    const bool beginsLine = line.begin > 0 && document.at(line.begin - 1) == '\n';
+    const bool endsLine =
+        line.end < document.size() && (document.at(line.end) == '\n' || document.at(line.end) == '\r');
+    if (!beginsLine || !endsLine)
+        return element;
+    line.end +=
+        document.at(line.end) == '\r' && line.end + 1 < document.size() && document.at(line.end + 1) == '\n' ? 2 : 1;
+    return line;
+}
+
+} // namespace TunerDocuments
