@@ -286,25 +286,32 @@ bool isSimple(const Json &value)
                     [&](const Json &part) { return isPlain(part) || (value.isObject() && allParts(part, isPlain)); });
 }
 
+/// The value on its own, as it is written if it has no parts.
+std::string plainText(const Json &value)
+{
+    if (value.isText())
+        return quoted(value.text());
+    if (value.isReal())
+        return number(value.toNumber<double>());
+    if (value.isNegative())
+        return std::to_string(value.toNumber<qint64>());
+    if (value.isWholeNumber())
+        return std::to_string(value.toNumber<quint64>());
+    return value.isNull() ? "null" : value.toBoolean() ? "true" : "false";
+}
+
 class Printer
 {
 public:
-    explicit Printer(bool pretty) : m_pretty(pretty) { }
+    /// With `spelling`, the text that the value was read from, keys and values are written as they are spelled there.
+    explicit Printer(bool pretty, const QByteArray *spelling = nullptr) : m_pretty(pretty), m_spelling(spelling) { }
 
     void print(const Json &value)
     {
         if (isStructured(value))
             printParts(value, m_pretty && !value.isEmpty() && !(isSimple(value) && fitsOnTheLine(value)));
-        else if (value.isText())
-            m_out += quoted(value.text());
-        else if (value.isReal())
-            m_out += number(value.toNumber<double>());
-        else if (value.isNegative())
-            m_out += std::to_string(value.toNumber<qint64>());
-        else if (value.isWholeNumber())
-            m_out += std::to_string(value.toNumber<quint64>());
         else
-            m_out += value.isNull() ? "null" : value.toBoolean() ? "true" : "false";
+            append(plainText(value), value.textBegin(), value.textEnd());
     }
 
     std::string takeText() { return std::move(m_out); }
@@ -312,17 +319,43 @@ public:
 private:
     static constexpr std::size_t width = 110;
 
-    std::size_t column() const
+    /// Appends a key or a value. The column counts what the library writes, so that the layout depends on the value
+    /// alone and not on its spelling.
+    void append(const std::string &token, quint32 begin, quint32 end)
     {
-        const std::size_t feed = m_out.rfind('\n');
-        return m_out.size() - (feed == std::string::npos ? 0 : feed + 1);
+        m_column += token.size();
+        if (m_spelling)
+            m_out.append(m_spelling->constData() + begin, end - begin);
+        else
+            m_out += token;
+    }
+
+    void append(const char *mark)
+    {
+        m_column += std::strlen(mark);
+        m_out += mark;
+    }
+
+    void appendKey(const Json::Member &member)
+    {
+        const quint32 begin = member.value.memberBegin();
+        append(quoted(member.key), begin, m_spelling ? endOfKey(*m_spelling, begin) : begin);
+    }
+
+    /// The offset after the closing quote of the key whose opening quote is there.
+    static quint32 endOfKey(const QByteArray &text, quint32 begin)
+    {
+        const char *at = text.constData() + begin + 1;
+        while (*at != '"')
+            at += *at == '\\' ? 2 : 1;
+        return quint32(at + 1 - text.constData());
     }
 
     bool fitsOnTheLine(const Json &value) const
     {
         Printer flat(true);
         flat.printParts(value, false);
-        return column() + flat.m_out.size() <= width;
+        return m_column + flat.m_out.size() <= width;
     }
 
     void printParts(const Json &value, bool onLinesOfTheirOwn)
@@ -330,17 +363,18 @@ private:
         bool isFirst = true;
         const auto beginPart = [&] {
             if (!isFirst)
-                m_out += m_pretty && !onLinesOfTheirOwn ? ", " : ",";
+                append(m_pretty && !onLinesOfTheirOwn ? ", " : ",");
             if (onLinesOfTheirOwn)
                 breakLine();
             isFirst = false;
         };
-        m_out += value.isObject() ? '{' : '[';
+        append(value.isObject() ? "{" : "[");
         ++m_depth;
         if (value.isObject()) {
             for (const Json::Member &member : value.members()) {
                 beginPart();
-                m_out += quoted(member.key) + (m_pretty ? ": " : ":");
+                appendKey(member);
+                append(m_pretty ? ": " : ":");
                 print(member.value);
             }
         } else {
@@ -352,13 +386,19 @@ private:
         --m_depth;
         if (onLinesOfTheirOwn)
             breakLine();
-        m_out += value.isObject() ? '}' : ']';
+        append(value.isObject() ? "}" : "]");
     }
 
-    void breakLine() { m_out += '\n' + std::string(2 * m_depth, ' '); }
+    void breakLine()
+    {
+        m_column = 2 * m_depth;
+        m_out += '\n' + std::string(m_column, ' ');
+    }
 
     const bool m_pretty;
+    const QByteArray *const m_spelling;
     std::string m_out;
+    std::size_t m_column = 0;
     std::size_t m_depth = 0;
 };
 
@@ -384,6 +424,14 @@ Json parse(const QByteArray &utf8)
 QByteArray pretty(const Json &value)
 {
     return printed(value, true) + '\n';
+}
+
+QByteArray prettyAsSpelled(const Json &value, const QByteArray &text)
+{
+    Printer printer(true, &text);
+    printer.print(value);
+    return (text.startsWith(byteOrderMark) ? QByteArray(byteOrderMark) : QByteArray())
+        + QByteArray::fromStdString(printer.takeText()) + '\n';
 }
 
 QByteArray compact(const Json &value)

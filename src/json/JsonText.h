@@ -46,6 +46,10 @@ Json parse(const QByteArray &utf8);
 /// fits. The text ends with a line feed.
 QByteArray pretty(const Json &value);
 
+/// The same layout for the text that the value was read from, in which keys, texts and numbers stay as they are
+/// spelled: only the blanks between them change. The text that pretty() returns stays as it is.
+QByteArray prettyAsSpelled(const Json &value, const QByteArray &text);
+
 /// Returns the value on one line without blanks. Here and in pretty(), characters of texts that are not printable are
 /// `\u` escapes, so the JSON can be shown on a terminal.
 QByteArray compact(const Json &value);

@@ -16,6 +16,13 @@
 #include "text/Printable.h"
 #include "json/JsonText.h"
 
+namespace {
+
+constexpr int statusCount = int(FileStatus::Unwritable) + 1;
+using Counts = std::array<int, statusCount>; // by status
+
+} // namespace
+
 /// The number of files of each status so far, including those whose results are not written yet.
 class Batch::Tally
 {
@@ -35,7 +42,7 @@ public:
     }
 
     /// By status.
-    std::array<int, 4> counts() const
+    Counts counts() const
     {
         const std::lock_guard lock(m_mutex);
         return m_counts;
@@ -43,13 +50,13 @@ public:
 
     int done() const
     {
-        const std::array<int, 4> all = counts();
-        return all[0] + all[1] + all[2] + all[3];
+        const Counts all = counts();
+        return std::accumulate(all.begin(), all.end(), 0);
     }
 
 private:
     mutable std::mutex m_mutex;
-    std::array<int, 4> m_counts = {};
+    Counts m_counts = {};
     qint64 m_warnings = 0;
 };
 
@@ -97,6 +104,8 @@ QString statusWord(FileStatus status, const Batch &batch)
     switch (status) {
     case FileStatus::Done:
         return batch.doneStatus;
+    case FileStatus::Changed:
+        return batch.changedStatus;
     case FileStatus::Problems:
         return batch.foundStatus;
     case FileStatus::Unreadable:
@@ -107,11 +116,13 @@ QString statusWord(FileStatus status, const Batch &batch)
     return QStringLiteral("unwritable");
 }
 
-ExitStatus exitStatus(FileStatus status)
+ExitStatus exitStatus(FileStatus status, const Batch &batch)
 {
     switch (status) {
     case FileStatus::Done:
         return ExitStatus::Ok;
+    case FileStatus::Changed:
+        return batch.changedExit;
     case FileStatus::Problems:
         return ExitStatus::Problems;
     default:
@@ -175,7 +186,7 @@ ExitStatus Batch::run(const QVector<FileName> &files)
         const auto result = [&](int index) { return resultOf(workOn(files.at(index), index, tally)); };
         const auto use = [&](const Result &done) {
             write(done);
-            worst = std::max(worst, exitStatus(done.status));
+            worst = std::max(worst, exitStatus(done.status, *this));
             showProgress();
         };
         if (count == 1) // not worth a thread, and without a bar
@@ -205,8 +216,8 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
         outcome.error = error;
     };
     try {
-        outcome = work(index, [&] {
-            tally.add(FileStatus::Done);
+        outcome = work(index, [&](FileStatus status) {
+            tally.add(status);
             isCounted = true;
         });
     } catch (const TunerDocuments::InvalidContent &content) {
@@ -240,6 +251,8 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
             result.errors.append(outcome.error);
         return result;
     }
+    if (!m_settings.quiet && outcome.status == FileStatus::Changed)
+        result.lines += outcome.file.shown().toUtf8() + '\n';
     if (!m_settings.quiet && problemsToStandardOutput) {
         for (const QString &line : outcome.findings.lines(outcome.file.shown(), howToListMore))
             result.lines += Printable::onOneLine(line).toUtf8() + '\n';
@@ -264,9 +277,9 @@ void Batch::write(const Result &result)
 /// ": 1 valid, 2 with problems; 'lint' has 3 warnings", or an empty text if no file is done.
 QString Batch::summary(const Tally &tally) const
 {
-    const std::array<int, 4> counts = tally.counts();
-    const QString words[] = {doneStatus, QStringLiteral("with ") + foundStatus, QStringLiteral("unreadable"),
-                             QStringLiteral("unwritable")};
+    const Counts counts = tally.counts();
+    const std::array<QString, statusCount> words = {doneStatus, changedStatus, QStringLiteral("with ") + foundStatus,
+                                                    QStringLiteral("unreadable"), QStringLiteral("unwritable")};
     QStringList parts;
     for (std::size_t i = 0; i < counts.size(); ++i) {
         if (counts[i] > 0)

@@ -19,6 +19,7 @@ inline const QLatin1String howToListMore("; use --max-problems to list more"); /
 /// The result of processing one file.
 enum class FileStatus {
     Done, ///< valid or converted
+    Changed, ///< done, and the file has another content than before, or should have
     Problems, ///< the document is invalid
     Unreadable,
     Unwritable,
@@ -62,6 +63,11 @@ public:
     /// The status of a file that is done: "valid" or "converted".
     QString doneStatus;
 
+    /// The status of a file that is changed, and the exit status for it. Such files are named on standard output, one
+    /// per line, unless it has JSON.
+    QString changedStatus;
+    ExitStatus changedExit = ExitStatus::Ok;
+
     /// The status of a file with findings.
     QString foundStatus = QStringLiteral("problems");
 
@@ -81,10 +87,11 @@ public:
     /// The names of the output files, one per input file, or none.
     QVector<FileName> outputs;
 
+    using Done = std::function<void(FileStatus)>;
     /// Processes the file of that index. Called from several threads at once. The function may call `done` as soon as
-    /// the result is final; otherwise the file counts as done when the function returns. FileFailure and other
-    /// exceptions count as a file that cannot be read.
-    std::function<Outcome(int index, const std::function<void()> &done)> work;
+    /// the result is final; otherwise the file counts when the function returns. FileFailure and other exceptions count
+    /// as a file that cannot be read.
+    std::function<Outcome(int index, const Done &done)> work;
 
     /// Whether problems are written to standard output, as the result, or to standard error. With JSON they are part of
     /// the JSON.

@@ -6,8 +6,8 @@
 namespace {
 
 Command (*const descriptions[])() = {
-    showCommand, validateCommand, lintCommand,  convertCommand, diffCommand,   patchCommand, mergeCommand,
-    getCommand,  setCommand,      pathsCommand, newCommand,     schemaCommand, helpCommand,
+    showCommand,  validateCommand, lintCommand, convertCommand, fmtCommand, diffCommand,   patchCommand,
+    mergeCommand, getCommand,      setCommand,  pathsCommand,   newCommand, schemaCommand, helpCommand,
 };
 
 } // namespace

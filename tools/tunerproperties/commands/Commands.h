@@ -24,6 +24,7 @@ Command showCommand();
 Command validateCommand();
 Command lintCommand();
 Command convertCommand();
+Command fmtCommand();
 Command diffCommand();
 Command patchCommand();
 Command mergeCommand();

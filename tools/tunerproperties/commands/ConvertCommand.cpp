@@ -121,7 +121,7 @@ void planOneFile(Plan &plan, const Invocation &invocation)
     plan.outputs = {out};
 }
 
-Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
+Outcome convert(const Plan &plan, int index, const Batch::Done &done)
 {
     Outcome outcome;
     outcome.findings = Findings(plan.problemLimit);
@@ -141,7 +141,7 @@ Outcome convert(const Plan &plan, int index, const std::function<void()> &done)
             outcome.status = FileStatus::Problems;
             return outcome;
         }
-        Output::writeWhole(output, bytes, plan.outputKinds, done);
+        Output::writeWhole(output, bytes, plan.outputKinds, [&] { done(FileStatus::Done); });
         outcome.note = Options::expansionNote(bytes, output.shown());
     } catch (const FileFailure &failure) {
         outcome.status = FileStatus::Unwritable;
@@ -164,7 +164,7 @@ ExitStatus run(const Invocation &invocation)
     else
         planOneFile(plan, invocation);
     batch.outputs = plan.outputs;
-    batch.work = [&](int index, const std::function<void()> &done) { return convert(plan, index, done); };
+    batch.work = [&](int index, const Batch::Done &done) { return convert(plan, index, done); };
     batch.problemsToStandardOutput = false;
     return batch.run(plan.files);
 }

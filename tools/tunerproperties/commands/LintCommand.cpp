@@ -115,7 +115,7 @@ ExitStatus lintFiles(const Invocation &invocation, const QString &format)
     Options::checkStandardInput(files);
     batch.doneStatus = QStringLiteral("clean");
     batch.foundStatus = QStringLiteral("findings");
-    batch.work = [&](int index, const std::function<void()> &) {
+    batch.work = [&](int index, const Batch::Done &) {
         Outcome outcome;
         outcome.findings = Findings(batch.problemLimit());
         Input input(files.at(index), kinds);

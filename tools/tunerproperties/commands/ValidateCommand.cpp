@@ -47,7 +47,7 @@ ExitStatus run(const Invocation &invocation)
     Options::checkStandardInput(files);
     batch.doneStatus = QStringLiteral("valid");
     batch.listsWarnings = isStrict;
-    batch.work = [&](int index, const std::function<void()> &) {
+    batch.work = [&](int index, const Batch::Done &) {
         Outcome outcome;
         outcome.findings = Findings(batch.problemLimit());
         Input input(files.at(index), kinds);

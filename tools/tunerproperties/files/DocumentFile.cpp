@@ -4,6 +4,7 @@
 #include <QFile>
 
 #include <tunerdocuments/DocumentError.h>
+#include <tunerdocuments/Format.h>
 
 #include "console/Console.h"
 
@@ -54,14 +55,14 @@ namespace {
 
 /// The result of `load`, if the file has not changed meanwhile.
 template <class Load>
-Document checked(Input &input, LoadOptions options, const Load &load)
+auto checked(Input &input, LoadOptions options, const Load &load)
 {
     options.form = formOf(input, options);
     checkExpansion(input, *options.form, options.maxExpansion);
     try {
-        Document document = load(options);
+        auto result = load(options);
         input.check();
-        return document;
+        return result;
     } catch (const TunerDocuments::DocumentError &) {
         input.check(); // a document that has changed meanwhile has errors of its own
         throw;
@@ -99,6 +100,14 @@ Document loadDocumentWithBytes(Input &input, LoadOptions options, QByteArray &by
     return checked(input, options, [&](const LoadOptions &known) {
         bytes = input.bytes();
         return Document::fromBytes(bytes, input.shownName(), known);
+    });
+}
+
+FormattedDocument formatDocument(Input &input, const LoadOptions &options)
+{
+    return checked(input, options, [&](const LoadOptions &known) {
+        const QByteArray bytes = input.bytes();
+        return FormattedDocument{*known.form, bytes, TunerDocuments::formatted(bytes, input.shownName(), known)};
     });
 }
 

@@ -17,6 +17,19 @@ TunerDocuments::Document loadDocumentWithText(Input &input, TunerDocuments::Load
 /// Loads it from its bytes, whatever its form is, which the caller receives for TunerDocuments::Editor.
 TunerDocuments::Document loadDocumentWithBytes(Input &input, TunerDocuments::LoadOptions options, QByteArray &bytes);
 
+/// A document in the canonical layout, and as it is in its file.
+struct FormattedDocument
+{
+    TunerDocuments::Form form;
+    QByteArray before;
+    QByteArray after; ///< the same if there is nothing to change
+
+    bool isChanged() const { return after != before; }
+};
+
+/// Reads the document of a file and lays it out, see TunerDocuments::formatted(). Throws FileFailure.
+FormattedDocument formatDocument(Input &input, const TunerDocuments::LoadOptions &options);
+
 /// A document and the file that it was read from. It is read once, without validating, and does not validate.
 struct DocumentFile
 {

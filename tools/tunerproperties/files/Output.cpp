@@ -64,11 +64,11 @@ void Output::writeWhole(const FileName &name, const QByteArray &bytes, FileKinds
         written();
 }
 
-void Output::replace(const Input &input, const QByteArray &bytes)
+void Output::replace(const Input &input, const QByteArray &bytes, const std::function<void()> &written)
 {
     const QFile *const original = input.original();
     if (!original) {
-        writeWhole(input.name(), bytes);
+        writeWhole(input.name(), bytes, FileKinds::All, written);
         return;
     }
     const Interruption::Shield shield;
@@ -76,4 +76,6 @@ void Output::replace(const Input &input, const QByteArray &bytes)
     const QString failure = REPORTGENERATOR::SaveFile(input.name().bytes(), input.shownName(), bytes, *original);
     if (!failure.isNull())
         throw FileFailure(failure);
+    if (written)
+        written();
 }

@@ -19,6 +19,6 @@ void writeWhole(const FileName &name, const QByteArray &bytes, FileKinds kinds =
 
 /// Writes the bytes to the file that the input was read from, as writeWhole() does. A file is replaced only if it is
 /// still the one that was read and has not changed since, so that no changes of others are lost. Throws FileFailure.
-void replace(const Input &input, const QByteArray &bytes);
+void replace(const Input &input, const QByteArray &bytes, const std::function<void()> &written = {});
 
 } // namespace Output

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+
+#include <tunerdocuments/Format.h>
+
+#include "batch/Batch.h"
+#include "commands/Commands.h"
+#include "commands/Options.h"
+#include "files/DocumentFile.h"
+#include "files/Output.h"
+
+using namespace TunerDocuments;
+
+namespace {
+
+const Option &check()
+{
+    static const Option option{{QStringLiteral("check")},
+                               QStringLiteral("Write no document; name the files that would change. The exit status is "
+                                              "1 if there are any."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
+/// What to do with each file.
+struct Plan
+{
+    QVector<FileName> files;
+    FileKinds kinds = FileKinds::All;
+    LoadOptions loading;
+    bool isCheck = false;
+};
+
+Plan planOf(const Invocation &invocation)
+{
+    Plan plan;
+    plan.files = invocation.files();
+    plan.kinds = Options::fileKinds(invocation, plan.files.size());
+    plan.loading = Options::loading(invocation);
+    plan.isCheck = invocation.isSet(check());
+    Options::checkStandardInput(plan.files);
+    const bool hasStream = std::any_of(plan.files.begin(), plan.files.end(),
+                                       [](const FileName &file) { return file.isStandardStream(); });
+    if (hasStream && !plan.isCheck && invocation.isSet(Options::json()))
+        throw WrongUsage(QStringLiteral("--json cannot be combined with a document on standard output"));
+    if (hasStream && !plan.isCheck && plan.files.size() > 1)
+        throw WrongUsage(QStringLiteral("'fmt' writes the document from standard input to standard output and cannot "
+                                        "combine it with other files, except with --check"));
+    return plan;
+}
+
+/// "receiver.tpb: the form 'tagged' has no layout; nothing to format"; null for other forms.
+QString noteOn(const FileName &file, Form form)
+{
+    return hasLayout(form)
+        ? QString()
+        : QStringLiteral("%1: the form '%2' has no layout; nothing to format").arg(file.shown(), Forms::nameOf(form));
+}
+
+/// Writes the document unless the file has it already.
+FileStatus write(const Input &input, const FormattedDocument &document, const Batch::Done &done)
+{
+    const bool isStream = input.name().isStandardStream();
+    if (isStream || document.isChanged())
+        Output::replace(input, document.after, [&] { done(FileStatus::Changed); });
+    return document.isChanged() && !isStream ? FileStatus::Changed : FileStatus::Done;
+}
+
+Outcome format(const Plan &plan, int index, const Batch::Done &done)
+{
+    const FileName &file = plan.files.at(index);
+    Outcome outcome;
+    Input input(file, plan.kinds);
+    const FormattedDocument document = formatDocument(input, plan.loading);
+    outcome.note = noteOn(file, document.form);
+    if (plan.isCheck) {
+        outcome.status = document.isChanged() ? FileStatus::Changed : FileStatus::Done;
+        return outcome;
+    }
+    try {
+        outcome.status = write(input, document, done);
+    } catch (const FileFailure &failure) {
+        outcome.status = FileStatus::Unwritable;
+        outcome.error = failure.text();
+    }
+    return outcome;
+}
+
+ExitStatus run(const Invocation &invocation)
+{
+    Batch batch(Options::batch(invocation));
+    const Plan plan = planOf(invocation);
+    batch.doneStatus = QStringLiteral("unchanged");
+    batch.changedStatus = plan.isCheck ? QStringLiteral("unformatted") : QStringLiteral("formatted");
+    batch.changedExit = plan.isCheck ? ExitStatus::Problems : ExitStatus::Ok;
+    batch.problemsToStandardOutput = false;
+    batch.work = [&](int index, const Batch::Done &done) { return format(plan, index, done); };
+    return batch.run(plan.files);
+}
+
+} // namespace
+
+Command fmtCommand()
+{
+    Command command;
+    command.name = QStringLiteral("fmt");
+    command.usages = QStringList{QStringLiteral("FILE...")};
+    command.summary = QStringLiteral("Lay documents out in the canonical way, in place.");
+    command.details = QStringList{
+        QStringLiteral("XML and JSON get the layout in which the library writes them: in XML, an element per line, "
+                       "indented by two spaces, with its attributes in double quotes. Only the layout changes. "
+                       "Comments, values as they are spelled, order, encoding and content that the model does not have "
+                       "stay, and so do blanks in texts. Where there are empty lines between elements, one is kept."),
+        QStringLiteral("A comment at the end of a line stays there; other comments have lines of their own. The "
+                       "content of an element that has text besides elements, or the attribute xml:space=\"preserve\", "
+                       "stays as it is."),
+        QStringLiteral("A file is replaced only if it changes, completely or not at all, and is then named on standard "
+                       "output. Standard input is written to standard output. A document with problems is laid out as "
+                       "well. The result is read again; if it were not the same document, nothing would be written."),
+        QStringLiteral("The binary forms have no layout, so such files stay as they are."),
+        QStringLiteral("Several files are processed at once and reported in order, with a summary on standard error. A "
+                       "file that fails does not stop the others."),
+        QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" "
+                       "(\"unchanged\", \"formatted\", with --check \"unformatted\" instead, \"problems\" for JSON "
+                       "that is not a document, \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
+                       "\"error\", as described in 'validate --help'.")};
+    command.options = {check(),
+                       Options::from(),
+                       Options::jobs(),
+                       Options::quiet(),
+                       Options::json(),
+                       Options::maxProblems(),
+                       Options::maxExpansion(),
+                       Options::specialFiles()};
+    command.examples = {
+        {QStringLiteral("fmt receiver.xml"), QStringLiteral("Lay a document out, in place.")},
+        {QStringLiteral("fmt - < receiver.xml | diff receiver.xml -"), QStringLiteral("Show what would change.")},
+        {QStringLiteral("fmt --check -- *.xml"), QStringLiteral("Name the documents with another layout.")}};
+    command.run = run;
+    return command;
+}
