@@ -14,8 +14,8 @@ namespace TunerDocuments {
 ///
 /// Only the layout changes: blanks and line ends between elements, blanks within tags, and the quotes of attributes; in
 /// JSON, blanks and line ends between values. Everything else stays: comments and processing instructions, values as
-/// they are spelled, order, encoding, and what the model does not have. Texts keep their blanks, and so does the content
-/// of an element that has text besides other elements, or the attribute `xml:space="preserve"`.
+/// they are spelled, order, encoding, and what the model does not have. Texts keep their blanks, and so does the
+/// content of an element that has text besides other elements, or the attribute `xml:space="preserve"`.
 ///
 /// The binary forms have no layout: such a document is returned as it is.
 ///
@@ -23,8 +23,8 @@ namespace TunerDocuments {
 /// from `bytes`, values and problems.
 ///
 /// `name` is what messages call the document, and its suffix may determine the form. Throws what Document::fromBytes()
-/// throws, and DocumentError if the text cannot be laid out without changing what is read from it, or only in many times
-/// its size, as with elements nested hundreds of levels deep.
+/// throws, and DocumentError if the text cannot be laid out without changing what is read from it, or only in many
+/// times its size, as with elements nested hundreds of levels deep.
 TUNERDOCUMENTS_EXPORT QByteArray formatted(const QByteArray &bytes, const QString &name,
                                            const LoadOptions &options = {});
 

@@ -89,10 +89,10 @@ QStringList contentOf(const QByteArray &xml)
         if (!text.trimmed().isEmpty())
             content += QStringLiteral("text ") + text;
         text.clear();
-        QString item = QStringLiteral("%1 %2 %3 %4")
-                           .arg(int(token))
-                           .arg(reader.qualifiedName(), reader.processingInstructionTarget(),
-                                reader.processingInstructionData());
+        QString item =
+            QStringLiteral("%1 %2 %3 %4")
+                .arg(int(token))
+                .arg(reader.qualifiedName(), reader.processingInstructionTarget(), reader.processingInstructionData());
         if (token == QXmlStreamReader::Comment)
             item += reader.text();
         for (const QXmlStreamAttribute &attribute : reader.attributes())
@@ -167,11 +167,11 @@ void FormatTest::xmlIsLaidOut_data()
         "<TunerProperties><name/><Component></Component><Component/><Component>\n  </Component></TunerProperties>",
         "<TunerProperties>\n  <name/>\n  <Component></Component>\n  <Component/>\n  <Component></Component>\n"
         "</TunerProperties>\n");
-    row("comments before and after the root",
-        "<!--1--><!--2-->\n<TunerProperties/><!--3-->\n\n<!--4-->",
+    row("comments before and after the root", "<!--1--><!--2-->\n<TunerProperties/><!--3-->\n\n<!--4-->",
         "<!--1-->\n<!--2-->\n<TunerProperties/> <!--3-->\n\n<!--4-->\n");
     row("comments on lines of their own",
-        "<TunerProperties><!--first-->\t<Component><!--in an object-->\n\n</Component>\n<!--several\n lines--><Component/>"
+        "<TunerProperties><!--first-->\t<Component><!--in an object-->\n\n</Component>\n<!--several\n "
+        "lines--><Component/>"
         "<!--before--><Component/>\n\t<!--last--></TunerProperties>",
         "<TunerProperties>\n"
         "  <!--first-->\n"
@@ -184,7 +184,8 @@ void FormatTest::xmlIsLaidOut_data()
         "  <!--last-->\n"
         "</TunerProperties>\n");
     row("comments at the end of a line",
-        "<TunerProperties><!--start-->\n<Component/>   <!--empty-->  \n<Component><Node/></Component><!--1--> <!--2-->\t\r\n"
+        "<TunerProperties><!--start-->\n<Component/>   <!--empty-->  \n<Component><Node/></Component><!--1--> "
+        "<!--2-->\t\r\n"
         "<name>n</name><!--text\n--><?p?>\n<!--own--> <!--own-->\n</TunerProperties><!--end-->",
         "<TunerProperties> <!--start-->\n"
         "  <Component/> <!--empty-->\n"
@@ -210,7 +211,8 @@ void FormatTest::xmlIsLaidOut_data()
     row("markup in comments and instructions",
         "<TunerProperties><!-- <Component> --><?p <!-- ?><Component/><!----></TunerProperties>",
         "<TunerProperties>\n  <!-- <Component> -->\n  <?p <!-- ?>\n  <Component/>\n  <!---->\n</TunerProperties>\n");
-    row("markup in attributes", "<TunerProperties name='/>' baseresource=\"'>\"><Component type='>'/></TunerProperties>",
+    row("markup in attributes",
+        "<TunerProperties name='/>' baseresource=\"'>\"><Component type='>'/></TunerProperties>",
         "<TunerProperties name=\"/>\" baseresource=\"'>\">\n  <Component type=\">\"/>\n</TunerProperties>\n");
     row("prefixes of the model's elements",
         "<m:TunerProperties xmlns:m='u'><m:Component><m:Node>  </m:Node></m:Component></m:TunerProperties>",
@@ -271,10 +273,13 @@ void FormatTest::lineEndsBecomeLineFeeds()
     QFETCH(QByteArray, lineEnd);
     QByteArray before = "<!--1|2|-->|<TunerProperties>|  <Component/>||<!--a||b-->|<?p a|b?>|  <name>a";
     before.replace("|", lineEnd);
-    const QByteArray after = "<!--1\n2\n-->\n<TunerProperties>\n  <Component/>\n\n  <!--a\n\nb-->\n  <?p a\nb?>\n  <name>a"
-        + lineEnd + "b</name>\n</TunerProperties>\n";
-    QCOMPARE(formattedOrError(before + lineEnd + "b</name></TunerProperties>"), after);
+    before += lineEnd + "b</name></TunerProperties>";
+    const QByteArray after =
+        "<!--1\n2\n-->\n<TunerProperties>\n  <Component/>\n\n  <!--a\n\nb-->\n  <?p a\nb?>\n  <name>a" + lineEnd
+        + "b</name>\n</TunerProperties>\n";
+    QCOMPARE(formattedOrError(before), after);
     QCOMPARE(formattedOrError(after), after);
+    QCOMPARE(contentOf(after), contentOf(before));
 }
 
 void FormatTest::encodingStays_data()
@@ -427,8 +432,8 @@ QByteArray spoiled(const QByteArray &xml, Random &random)
         auto match = attribute.match(text);
         while (match.hasMatch()) {
             const QLatin1Char quote(match.captured(3).contains(QLatin1Char('\'')) || random.oneIn(2) ? '"' : '\'');
-            const QString written = QLatin1String(blanks()) + match.captured(2) + QLatin1String(random.oneIn(2) ? "=" : " =\n")
-                + quote + match.captured(3) + quote;
+            const QString written = QLatin1String(blanks()) + match.captured(2)
+                + QLatin1String(random.oneIn(2) ? "=" : " =\n") + quote + match.captured(3) + quote;
             text.replace(match.capturedStart(), match.capturedLength(), written);
             match = attribute.match(text, match.capturedStart() + written.size());
         }
@@ -503,16 +508,14 @@ void FormatTest::anythingButADocumentIsRefused_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArray>("error");
-    QTest::newRow("XML that is not well-formed")
-        << QByteArray("<TunerProperties><Component></TunerProperties>")
-        << QByteArray("d.xml:1:46: Opening and ending tag mismatch.");
+    QTest::newRow("XML that is not well-formed") << QByteArray("<TunerProperties><Component></TunerProperties>")
+                                                 << QByteArray("d.xml:1:46: Opening and ending tag mismatch.");
     QTest::newRow("truncated XML") << QByteArray("<TunerProperties>\n <Component/>")
                                    << QByteArray("d.xml:2:13: Premature end of document.");
-    QTest::newRow("another document") << QByteArray("<Receiver/>")
-                                      << QByteArray("d.xml:1:11: the root element is 'Receiver', not 'TunerProperties'");
+    QTest::newRow("another document") << QByteArray(
+        "<Receiver/>") << QByteArray("d.xml:1:11: the root element is 'Receiver', not 'TunerProperties'");
     QTest::newRow("JSON that is not a document")
-        << QByteArray("{\"TunerProperties\":{\"quantity\":\"x\"}}")
-        << QByteArray("d.xml:1:32: quantity: ");
+        << QByteArray("{\"TunerProperties\":{\"quantity\":\"x\"}}") << QByteArray("d.xml:1:32: quantity: ");
     QTest::newRow("truncated JSON") << QByteArray("{\"TunerProperties\":{") << QByteArray("d.xml:1:21: ");
     QTest::newRow("nothing known") << QByteArray("\x01\x02\x03") << QByteArray("d.xml");
     QTest::newRow("nothing") << QByteArray() << QByteArray("d.xml");
@@ -550,10 +553,11 @@ void FormatTest::deepNestingIsLaidOutWithinBounds()
              QByteArray("d.xml: cannot format the document: its elements are nested too deeply"));
     // 2 kB of indentation for every four bytes
     const QByteArray hostile = nested(900, QByteArray("<b/>").repeated(100000));
-    QCOMPARE(formattedOrError(hostile),
-             QByteArray("d.xml: cannot format the document: the indentation of its nested elements would make it longer "
-                        "than ")
-                 + QByteArray::number(16 * hostile.size()) + " bytes");
+    QCOMPARE(
+        formattedOrError(hostile),
+        QByteArray("d.xml: cannot format the document: the indentation of its nested elements would make it longer "
+                   "than ")
+            + QByteArray::number(16 * hostile.size()) + " bytes");
 }
 
 /// Whether a comment ends its line is found once for all comments on the line.
@@ -564,7 +568,8 @@ void FormatTest::manyCommentsOnALineAreLaidOut()
     QCOMPARE(formattedOrError("<TunerProperties><Component/>" + comments + "\n</TunerProperties>"),
              "<TunerProperties>\n  <Component/>" + QByteArray(" <!---->").repeated(count) + "\n</TunerProperties>\n");
     QCOMPARE(formattedOrError("<TunerProperties><Component/>" + comments + "</TunerProperties>"),
-             "<TunerProperties>\n  <Component/>" + QByteArray("\n  <!---->").repeated(count) + "\n</TunerProperties>\n");
+             "<TunerProperties>\n  <Component/>" + QByteArray("\n  <!---->").repeated(count)
+                 + "\n</TunerProperties>\n");
 }
 
 // --- What is compared before a result is returned --------------------------------------------------------------------
@@ -624,7 +629,9 @@ void FormatTest::oddDocumentsKeepEverythingButTheirLayout()
     int refused = 0;
     for (quint32 seed = 0; seed < 20000; ++seed) {
         Random random(seed);
-        const QByteArray xml = seed % 2 == 0 ? XmlSpellings::document(random) : XmlSpellings::plainDocument(random);
+        QByteArray xml = seed % 2 == 0 ? XmlSpellings::document(random) : XmlSpellings::plainDocument(random);
+        if (seed % 3 == 0)
+            xml = XmlSpellings::mutated(random, xml, XmlSpellings::plainDocument(random));
         try {
             Document::fromBytes(xml, name);
         } catch (const DocumentError &) {
@@ -632,7 +639,9 @@ void FormatTest::oddDocumentsKeepEverythingButTheirLayout()
         }
         const QByteArray result = formattedOrError(xml);
         if (result.startsWith("d.xml: cannot format")) {
-            QCOMPARE(result, QByteArray("d.xml: cannot format the document: its elements are nested too deeply"));
+            QVERIFY2(result.endsWith("its elements are nested too deeply")
+                         || result.endsWith("its bytes are not the usual ones for its text in the encoding US-ASCII"),
+                     result.constData());
             ++refused;
             continue;
         }

@@ -13,6 +13,7 @@ private Q_SLOTS:
     void helpListsTheCommands();
     void helpOfACommandDescribesIt();
     void helpOfACommandShowsEveryUsage();
+    void helpOfFmtDescribesTheLayout();
     void helpNeedsNoArgumentsOfTheCommand();
     void fileNameIsNeverAnOption_data();
     void fileNameIsNeverAnOption();
@@ -61,6 +62,13 @@ void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
         "before "
         "it",
         "tunerproperties validate --help");
+    row("fmt", "'fmt' expects FILE...", "tunerproperties fmt --help");
+    row("fmt --chek a.xml", "unknown option '--chek'; did you mean '--check'?", "tunerproperties fmt --help");
+    row("fmt --json -", "--json cannot be combined with a document on standard output", "tunerproperties fmt --help");
+    row("fmt - a.xml",
+        "'fmt' writes the document from standard input to standard output and cannot combine it with other files, "
+        "except with --check",
+        "tunerproperties fmt --help");
     row("convert", "'convert' expects IN OUT or --to FORM --out-dir DIR FILE...", "tunerproperties convert --help");
     row("convert a.xml", "'convert' expects IN OUT; use --out-dir to convert several files",
         "tunerproperties convert --help");
@@ -149,6 +157,7 @@ void ToolUsageTest::helpListsTheCommands()
                        "  validate  List the problems of documents, one per line.\n"
                        "  lint      List what is suspicious in documents: for reviews.\n"
                        "  convert   Convert documents to another form.\n"
+                       "  fmt       Lay documents out as the library writes them, in place.\n"
                        "  diff      Compare two documents and list the differences by path.\n"
                        "  patch     Make the changes that 'diff --json' has listed.\n"
                        "  merge     Merge two documents that were made from the same one.\n"
@@ -166,7 +175,8 @@ void ToolUsageTest::helpListsTheCommands()
                        "Exit status:\n"
                        "  0  Success.\n"
                        "  1  A document has problems or lacks the requested member, or changes do not\n"
-                       "     fit or conflict; with --exit-code, two documents differ.\n"
+                       "     fit or conflict; with --exit-code, two documents differ; with --check, a\n"
+                       "     document has another layout.\n"
                        "  2  The command line is wrong; nothing was done.\n"
                        "  3  A file cannot be read or written.\n"
                        "\n"
@@ -343,6 +353,76 @@ void ToolUsageTest::helpOfACommandShowsEveryUsage()
         QCOMPARE(run.err, QString());
         QCOMPARE(run.status, 0);
     }
+}
+
+void ToolUsageTest::helpOfFmtDescribesTheLayout()
+{
+    const QString expected =
+        QStringLiteral("Usage: tunerproperties fmt [OPTION...] FILE...\n"
+                       "\n"
+                       "Lay documents out as the library writes them, in place.\n"
+                       "\n"
+                       "In XML, each element is on a line, indented by two spaces, with its attributes\n"
+                       "in double quotes. JSON has the layout of 'convert'. Only the layout changes:\n"
+                       "comments, values as they are spelled, order, encoding and content that the model\n"
+                       "does not have stay, and texts keep their blanks. Of empty lines between\n"
+                       "elements, one is kept.\n"
+                       "\n"
+                       "A comment at the end of a line, after a tag, stays there; other comments have\n"
+                       "lines of their own. The content of an element stays as it is if there is text\n"
+                       "between its elements, or if it has the attribute xml:space=\"preserve\".\n"
+                       "\n"
+                       "A file is replaced only if it changes, completely or not at all, and is then\n"
+                       "named on standard output. Standard input is written to standard output. A\n"
+                       "document with problems is laid out as well. The result is read and compared with\n"
+                       "the document before it is written.\n"
+                       "\n"
+                       "The binary forms have no layout: such files stay as they are.\n"
+                       "\n"
+                       "Several files are processed at once and reported in order, with a summary on\n"
+                       "standard error. A file that fails does not stop the others.\n"
+                       "\n"
+                       "With --json, each line is a JSON object for one file, with \"file\", \"status\"\n"
+                       "(\"unchanged\", \"formatted\", with --check \"unformatted\" instead, \"problems\" for\n"
+                       "JSON that is not a document, \"unreadable\" or \"unwritable\"), \"problems\",\n"
+                       "\"problemCount\" and \"error\", as described in 'validate --help'.\n"
+                       "\n"
+                       "The name - means standard input or output, even after --. For a file of that\n"
+                       "name, write ./-.\n"
+                       "\n"
+                       "Options:\n"
+                       "  -h, --help                 Show this help.\n"
+                       "      --check                Write nothing, and name the files that would\n"
+                       "                             change. The exit status is 1 if there are any.\n"
+                       "      --from FORM            Form of the input: xml, tagged, compressed,\n"
+                       "                             snapshot or json (default: from the content or, for\n"
+                       "                             a snapshot, the suffix .tps).\n"
+                       "  -j, --jobs NUMBER          Process up to NUMBER files at once (default: the\n"
+                       "                             number of processors).\n"
+                       "  -q, --quiet                Report only files that cannot be read or written.\n"
+                       "                             The exit status reports whether there were\n"
+                       "                             problems.\n"
+                       "      --json                 Write a JSON object for each file to standard\n"
+                       "                             output, one per line.\n"
+                       "      --max-problems NUMBER  List at most NUMBER problems of a document\n"
+                       "                             (default: 100), and their total.\n"
+                       "      --max-expansion TIMES  Accept a compressed document that expands to at\n"
+                       "                             most TIMES its size (default: 50).\n"
+                       "      --special-files        Accept pipes and devices among several files. By\n"
+                       "                             default these must be regular files, since a pipe\n"
+                       "                             in a folder could block the others.\n"
+                       "\n"
+                       "Examples:\n"
+                       "  tunerproperties fmt receiver.xml\n"
+                       "      Lay a document out, in place.\n"
+                       "  tunerproperties fmt - < receiver.xml | diff receiver.xml -\n"
+                       "      Show what would change.\n"
+                       "  tunerproperties fmt --check -- *.xml\n"
+                       "      Name the documents that have another layout.\n");
+    const Run run = Workshop().run(line("fmt --help"));
+    QCOMPARE(run.out, expected);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
 }
 
 void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()

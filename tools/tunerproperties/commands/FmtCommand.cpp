@@ -15,12 +15,13 @@ namespace {
 
 const Option &check()
 {
-    static const Option option{{QStringLiteral("check")},
-                               QStringLiteral("Write no document; name the files that would change. The exit status is "
-                                              "1 if there are any."),
-                               {},
-                               Takes::Nothing,
-                               {}};
+    static const Option option{
+        {QStringLiteral("check")},
+        QStringLiteral("Write nothing, and name the files that would change. The exit status is 1 "
+                       "if there are any."),
+        {},
+        Takes::Nothing,
+        {}};
     return option;
 }
 
@@ -41,8 +42,8 @@ Plan planOf(const Invocation &invocation)
     plan.loading = Options::loading(invocation);
     plan.isCheck = invocation.isSet(check());
     Options::checkStandardInput(plan.files);
-    const bool hasStream = std::any_of(plan.files.begin(), plan.files.end(),
-                                       [](const FileName &file) { return file.isStandardStream(); });
+    const bool hasStream =
+        std::any_of(plan.files.begin(), plan.files.end(), [](const FileName &file) { return file.isStandardStream(); });
     if (hasStream && !plan.isCheck && invocation.isSet(Options::json()))
         throw WrongUsage(QStringLiteral("--json cannot be combined with a document on standard output"));
     if (hasStream && !plan.isCheck && plan.files.size() > 1)
@@ -107,37 +108,32 @@ Command fmtCommand()
     Command command;
     command.name = QStringLiteral("fmt");
     command.usages = QStringList{QStringLiteral("FILE...")};
-    command.summary = QStringLiteral("Lay documents out in the canonical way, in place.");
+    command.summary = QStringLiteral("Lay documents out as the library writes them, in place.");
     command.details = QStringList{
-        QStringLiteral("XML and JSON get the layout in which the library writes them: in XML, an element per line, "
-                       "indented by two spaces, with its attributes in double quotes. Only the layout changes. "
-                       "Comments, values as they are spelled, order, encoding and content that the model does not have "
-                       "stay, and so do blanks in texts. Where there are empty lines between elements, one is kept."),
-        QStringLiteral("A comment at the end of a line stays there; other comments have lines of their own. The "
-                       "content of an element that has text besides elements, or the attribute xml:space=\"preserve\", "
-                       "stays as it is."),
+        QStringLiteral(
+            "In XML, each element is on a line, indented by two spaces, with its attributes in double quotes. "
+            "JSON has the layout of 'convert'. Only the layout changes: comments, values as they are "
+            "spelled, order, encoding and content that the model does not have stay, and texts keep their "
+            "blanks. Of empty lines between elements, one is kept."),
+        QStringLiteral("A comment at the end of a line, after a tag, stays there; other comments have lines of their "
+                       "own. The content of an element stays as it is if there is text between its elements, or if it "
+                       "has the attribute xml:space=\"preserve\"."),
         QStringLiteral("A file is replaced only if it changes, completely or not at all, and is then named on standard "
                        "output. Standard input is written to standard output. A document with problems is laid out as "
-                       "well. The result is read again; if it were not the same document, nothing would be written."),
-        QStringLiteral("The binary forms have no layout, so such files stay as they are."),
+                       "well. The result is read and compared with the document before it is written."),
+        QStringLiteral("The binary forms have no layout: such files stay as they are."),
         QStringLiteral("Several files are processed at once and reported in order, with a summary on standard error. A "
                        "file that fails does not stop the others."),
         QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" "
                        "(\"unchanged\", \"formatted\", with --check \"unformatted\" instead, \"problems\" for JSON "
                        "that is not a document, \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
                        "\"error\", as described in 'validate --help'.")};
-    command.options = {check(),
-                       Options::from(),
-                       Options::jobs(),
-                       Options::quiet(),
-                       Options::json(),
-                       Options::maxProblems(),
-                       Options::maxExpansion(),
-                       Options::specialFiles()};
+    command.options = {check(),         Options::from(),        Options::jobs(),         Options::quiet(),
+                       Options::json(), Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
     command.examples = {
         {QStringLiteral("fmt receiver.xml"), QStringLiteral("Lay a document out, in place.")},
         {QStringLiteral("fmt - < receiver.xml | diff receiver.xml -"), QStringLiteral("Show what would change.")},
-        {QStringLiteral("fmt --check -- *.xml"), QStringLiteral("Name the documents with another layout.")}};
+        {QStringLiteral("fmt --check -- *.xml"), QStringLiteral("Name the documents that have another layout.")}};
     command.run = run;
     return command;
 }

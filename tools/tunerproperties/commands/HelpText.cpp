@@ -78,7 +78,7 @@ QVector<Status> statuses()
             {ExitStatus::Problems,
              QStringLiteral(
                  "A document has problems or lacks the requested member, or changes do not fit or conflict; with "
-                 "--exit-code, two documents differ.")},
+                 "--exit-code, two documents differ; with --check, a document has another layout.")},
             {ExitStatus::WrongUsage, QStringLiteral("The command line is wrong; nothing was done.")},
             {ExitStatus::FileFailure, QStringLiteral("A file cannot be read or written.")}};
 }
