@@ -12,6 +12,7 @@
 #include <tunerdocuments/Editor.h>
 #include <tunerdocuments/Finding.h>
 #include <tunerdocuments/Form.h>
+#include <tunerdocuments/Format.h>
 #include <tunerdocuments/Html.h>
 #include <tunerdocuments/Json.h>
 #include <tunerdocuments/Lint.h>
@@ -76,6 +77,14 @@ QByteArray withGain(const QByteArray &bytes, const QString &gain)
 }
 //! [Editor]
 
+//! [formatted]
+/// Whether a document has the layout in which the library writes documents. Throws DocumentError if it cannot be read.
+bool hasCanonicalLayout(const QByteArray &bytes, const QString &name)
+{
+    return formatted(bytes, name) == bytes;
+}
+//! [formatted]
+
 QString example(const char *name)
 {
     return QStringLiteral(EXAMPLES_DIR "/") + QLatin1String(name);
@@ -99,6 +108,7 @@ private Q_SLOTS:
     void anyFormIsConvertedToXml();
     void anErrorHasItsTextAndTheNameOfTheDocument();
     void valuesAreChangedInPlace();
+    void layoutIsThatOfTheLibrary();
     void problemsHavePathsOrPlaces();
     void formIsThatOfTheContentOrTheName();
     void memberIsFoundAndChangedByItsPath();
@@ -140,6 +150,15 @@ void DocumentSnippets::anErrorHasItsTextAndTheNameOfTheDocument()
     }
     //! [DocumentError]
     QCOMPARE(why, QStringLiteral("message 7:1:17: Premature end of document."));
+}
+
+void DocumentSnippets::layoutIsThatOfTheLibrary()
+{
+    const QString name = QStringLiteral("scp.xml");
+    const Document scp = Document::load(example("scp.xml"));
+    QVERIFY(hasCanonicalLayout(scp.toBytes(Form::Xml, name), name));
+    QVERIFY(!hasCanonicalLayout(bytesOf(example("scp.xml")), name));
+    QVERIFY_EXCEPTION_THROWN(hasCanonicalLayout("<TunerProperties>", name), DocumentError);
 }
 
 void DocumentSnippets::problemsHavePathsOrPlaces()

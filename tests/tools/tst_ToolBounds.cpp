@@ -634,7 +634,7 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
                     {"show --format json %1", 20, 120},
                     {"show --format html %1", 300, 130},
                     {"get %1 Component", 20, 120},
-                    {"fmt %1", 0, 360},
+                    {"fmt %1", 0, 180},
                     {"set --rewrite --no-validate %1 name x", 0, 360}};
     for (const auto &document : documents) {
         const QString file = document.bytes.startsWith('{') ? QStringLiteral("in.json") : QStringLiteral("in.tpb");

@@ -217,8 +217,9 @@ void ToolFmtTest::binaryFormsHaveNoLayout()
     for (const char *arguments : {"fmt", "fmt --check"}) {
         const Run run = m_workshop->run(line(arguments) << file);
         QCOMPARE(run.out, QString());
-        QCOMPARE(run.err,
-                 QStringLiteral("tunerproperties: %1: the form '%2' has no layout; nothing to format\n").arg(file, form));
+        QCOMPARE(
+            run.err,
+            QStringLiteral("tunerproperties: %1: the form '%2' has no layout; nothing to format\n").arg(file, form));
         QCOMPARE(run.status, 0);
     }
     QCOMPARE(m_workshop->read(file), before);
@@ -279,10 +280,8 @@ void ToolFmtTest::unreadableFilesAreErrorsAndStay_data()
     };
     row("not well-formed", "<TunerProperties><a></TunerProperties>",
         "3\ntunerproperties: a.xml:1:38: Opening and ending tag mismatch.\n");
-    row("another document", "<a/>",
-        "3\ntunerproperties: a.xml:1:4: the root element is 'a', not 'TunerProperties'\n");
-    row("unknown form", "text",
-        "3\ntunerproperties: a.xml:1:1: Start tag expected.\n");
+    row("another document", "<a/>", "3\ntunerproperties: a.xml:1:4: the root element is 'a', not 'TunerProperties'\n");
+    row("unknown form", "text", "3\ntunerproperties: a.xml:1:1: Start tag expected.\n");
     row("nested too deeply",
         "<TunerProperties>" + QByteArray("<a>").repeated(1000) + QByteArray("</a>").repeated(1000)
             + "</TunerProperties>",

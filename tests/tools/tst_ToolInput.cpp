@@ -434,6 +434,9 @@ void ToolInputTest::aPipeAmongSeveralFilesIsNotOpened()
     const Run validated = m_workshop->shell(QStringLiteral("\"$tool\" validate -- *.xml"));
     QCOMPARE(validated.err, pipes + QStringLiteral("tunerproperties: 3 files: 1 valid, 2 unreadable\n"));
     QCOMPARE(validated.status, 3);
+    const Run formatted = m_workshop->shell(QStringLiteral("\"$tool\" fmt -- *.xml"));
+    QCOMPARE(formatted.err, pipes + QStringLiteral("tunerproperties: 3 files: 1 unchanged, 2 unreadable\n"));
+    QCOMPARE(formatted.status, 3);
     const Run converted = m_workshop->shell(QStringLiteral("\"$tool\" convert --to tagged --out-dir out -- *.xml"));
     QCOMPARE(converted.err, pipes + QStringLiteral("tunerproperties: 3 files: 1 converted, 2 unreadable\n"));
     QCOMPARE(converted.status, 3);

@@ -26,6 +26,7 @@ private Q_SLOTS:
 
     void signalEndsTheProgramWithAReportOfProgress_data();
     void signalEndsTheProgramWithAReportOfProgress();
+    void reportCountsTheFilesThatAreReplaced();
     void reportBeforeTheFirstFileCountsNone();
     void quietProgramEndsWithoutAReport();
     void reportFollowsTheJson();
@@ -163,6 +164,19 @@ void ToolSignalsTest::signalEndsTheProgramWithAReportOfProgress()
     QCOMPARE(m_workshop->read(text("out/good.tpb")), QByteArray::fromHex(smallTaggedHex));
     QCOMPARE(m_workshop->read(text("out/other.tpb")), QByteArray::fromHex(smallTaggedHex));
     QCOMPARE(filesIn("temporary"), QStringList());
+}
+
+void ToolSignalsTest::reportCountsTheFilesThatAreReplaced()
+{
+    makePipe();
+    m_workshop->write(text("oneline.xml"), QByteArray(smallXml).replace("\n", ""));
+    start(line("fmt --special-files --jobs 1 good.xml oneline.xml pipe"));
+    awaitReader(); // with one job the others are done by then
+    kill(pid_t(m_process->processId()), SIGTERM);
+    checkThatItEndsBy(SIGTERM);
+    QCOMPARE(text(m_process->readAllStandardError()),
+             text("tunerproperties: interrupted after 2 of 3 files: 1 unchanged, 1 formatted\n"));
+    QCOMPARE(m_workshop->read(text("oneline.xml")), QByteArray(smallXml));
 }
 
 void ToolSignalsTest::reportBeforeTheFirstFileCountsNone()
