@@ -8,7 +8,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-all_targets=(xml_text xml_file xml_watch xml_sources record representation compressed snapshot differential json patch paths command_line)
+all_targets=(xml_text xml_file xml_watch xml_sources record representation compressed snapshot differential format json patch paths command_line)
 build=build/fuzz
 logs=$build/logs
 findings=$build/findings
@@ -63,7 +63,7 @@ run_hostile() { # TARGET
 run_target() { # TARGET
     local corpus=$build/corpus/$1 log=$logs/$1.log dictionary=fuzz/dictionaries/records.dict
     case $1 in
-    xml_* | differential) dictionary=fuzz/dictionaries/xml.dict ;;
+    xml_* | differential | format) dictionary=fuzz/dictionaries/xml.dict ;;
     patch) dictionary=fuzz/dictionaries/json.dict ;;
     json | paths | command_line) dictionary=fuzz/dictionaries/$1.dict ;;
     esac

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void standardInputIsWrittenToStandardOutput();
     void standardInputIsChecked();
     void severalFilesAreNamedInOrder();
+    void repeatedFileIsLaidOutOnce();
     void badFilesDoNotStopTheOthers();
     void quietRunReportsByItsExitStatus();
     void jsonDescribesEachFile();
@@ -145,6 +146,17 @@ void ToolFmtTest::severalFilesAreNamedInOrder()
     QCOMPARE(second.err, QStringLiteral("tunerproperties: 20 files: 20 unchanged\n"));
     for (int i = 0; i < 20; ++i)
         QCOMPARE(m_workshop->read(QStringLiteral("%1.xml").arg(i)), QByteArray(laidOut));
+}
+
+void ToolFmtTest::repeatedFileIsLaidOutOnce()
+{
+    write("a.xml", typed);
+    write("b.xml", typed);
+    QVERIFY(QFile::link(QStringLiteral("a.xml"), m_workshop->path(QStringLiteral("link.xml"))));
+    QCOMPARE(run("fmt a.xml ./a.xml b.xml link.xml a.xml"),
+             QStringLiteral("0\na.xml\nb.xml\ntunerproperties: 2 files: 2 formatted\n"));
+    write("a.xml", typed);
+    QCOMPARE(run("fmt a.xml a.xml"), QStringLiteral("0\na.xml\n"));
 }
 
 void ToolFmtTest::badFilesDoNotStopTheOthers()

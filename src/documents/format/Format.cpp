@@ -27,7 +27,7 @@ QByteArray laidOutXml(const QByteArray &bytes)
 
 QByteArray laidOutJson(const QByteArray &bytes)
 {
-    const QByteArray result = JsonText::prettyAsSpelled(JsonText::parse(bytes), bytes);
+    QByteArray result = JsonText::prettyAsSpelled(JsonText::parse(bytes), bytes);
     if (!isSameWithoutLayout(bytes, result))
         throw CannotEdit{QStringLiteral("its text would change")};
     return result;
@@ -58,7 +58,7 @@ QByteArray formatted(const QByteArray &bytes, const QString &name, const LoadOpt
     if (!hasLayout(before.form()))
         return bytes;
     try {
-        const QByteArray result = before.form() == Form::Xml ? laidOutXml(bytes) : laidOutJson(bytes);
+        QByteArray result = before.form() == Form::Xml ? laidOutXml(bytes) : laidOutJson(bytes);
         if (result == bytes)
             return bytes;
         LoadOptions asBefore = options;

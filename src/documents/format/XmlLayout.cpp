@@ -54,7 +54,6 @@ public:
         m_out.reserve(m_text.size());
         if (m_text.startsWith(byteOrderMark))
             copyTo(sizeOfMark);
-        m_isAtBeginning = true;
         for (;;) {
             const int lineEnds = skipBlanks();
             if (m_at < endOfContent())
@@ -338,7 +337,7 @@ private:
     int m_at = 0;
     int m_next = 0; // the first element that begins at m_at or after it
     QVector<int> m_open; // the elements around it, whose content is laid out
-    bool m_isAtBeginning = true; // of the document
+    bool m_isAtBeginning = true; // nothing but a byte order mark is written
     bool m_isOpenEmpty = true; // the content of the innermost one so far
     bool m_hasLine = false; // something in it is on a line of its own
     bool m_mayTrail = false; // a comment here would be after a tag on its line

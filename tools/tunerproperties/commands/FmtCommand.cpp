@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <filesystem>
+#include <set>
+#include <system_error>
 
 #include <tunerdocuments/Format.h>
 
@@ -34,10 +37,24 @@ struct Plan
     bool isCheck = false;
 };
 
+/// Each file once: two jobs that replace the same one would be in each other's way.
+QVector<FileName> withoutRepetitions(const QVector<FileName> &files)
+{
+    QVector<FileName> result;
+    std::set<std::filesystem::path> known;
+    for (const FileName &file : files) {
+        std::error_code error;
+        const std::filesystem::path path = std::filesystem::canonical(file.bytes().toStdString(), error);
+        if (error || file.isStandardStream() || known.insert(path).second)
+            result.append(file);
+    }
+    return result;
+}
+
 Plan planOf(const Invocation &invocation)
 {
     Plan plan;
-    plan.files = invocation.files();
+    plan.files = withoutRepetitions(invocation.files());
     plan.kinds = Options::fileKinds(invocation, plan.files.size());
     plan.loading = Options::loading(invocation);
     plan.isCheck = invocation.isSet(check());
