@@ -55,7 +55,7 @@ Plan planOf(const Invocation &invocation)
 {
     Plan plan;
     plan.files = withoutRepetitions(invocation.files());
-    plan.kinds = Options::fileKinds(invocation, plan.files.size());
+    plan.kinds = Options::fileKinds(invocation, invocation.count());
     plan.loading = Options::loading(invocation);
     plan.isCheck = invocation.isSet(check());
     Options::checkStandardInput(plan.files);
