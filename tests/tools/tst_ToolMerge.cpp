@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <QRegularExpression>
-
 #include "Skip.h"
 #include "tools/CommandsIn.h"
 #include "tools/Tool.h"
