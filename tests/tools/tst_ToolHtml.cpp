@@ -10,6 +10,7 @@ class ToolHtmlTest : public QObject
 private Q_SLOTS:
     void everyFormProducesTheSamePage_data();
     void everyFormProducesTheSamePage();
+    void warningAboutTheTextIsOnThePageOfXmlOnly();
     void thePageIsNamedAfterItsDocument();
     void theProblemsOfTheFileAreShown();
     void theWarningsOfTheFileAreShownAndCounted();
@@ -32,8 +33,10 @@ QStringList textsOf(const QByteArray &page, const char *tag)
 void ToolHtmlTest::everyFormProducesTheSamePage_data()
 {
     QTest::addColumn<QString>("path");
-    for (const QString &name : exampleNames())
-        QTest::newRow(qPrintable(name)) << examplePath(name);
+    for (const QString &name : exampleNames()) {
+        if (name != QLatin1String("ffp")) // has a warning about its text
+            QTest::newRow(qPrintable(name)) << examplePath(name);
+    }
 }
 
 void ToolHtmlTest::everyFormProducesTheSamePage()
@@ -58,6 +61,20 @@ void ToolHtmlTest::everyFormProducesTheSamePage()
     }
 }
 
+void ToolHtmlTest::warningAboutTheTextIsOnThePageOfXmlOnly()
+{
+    Workshop shop;
+    const QString xml = examplePath(QStringLiteral("ffp"));
+    const Run fromXml = shop.run(line("show --format html") << xml);
+    QCOMPARE(textsOf(fromXml.bytes, "h2").first(), QStringLiteral("No problems, 1 warning"));
+    QCOMPARE(textsOf(fromXml.bytes, "a"),
+             QStringList{QStringLiteral("'yes' of value is not a boolean; it is read as true; use 'true'")});
+    QCOMPARE(shop.run({QStringLiteral("convert"), xml, QStringLiteral("out.tpb")}).status, 0);
+    const Run fromRecords = shop.run(line("show --format html out.tpb"));
+    QCOMPARE(fromRecords.status, 0);
+    QCOMPARE(textsOf(fromRecords.bytes, "a"), QStringList());
+}
+
 void ToolHtmlTest::thePageIsNamedAfterItsDocument()
 {
     Workshop shop;
@@ -77,11 +94,16 @@ void ToolHtmlTest::theProblemsOfTheFileAreShown()
                                    "<TunerProperties Version=\"1.1\" type=\"SCP\">\n<Extra/>\n"
                                    "<Component type=\"t\" name=\"n\" optional=\"true\"/></TunerProperties>");
     QCOMPARE(run.status, 0);
-    QCOMPARE(textsOf(run.bytes, "h2").first(), QStringLiteral("3 problems"));
-    QCOMPARE(textsOf(run.bytes, "li"),
-             (QStringList{QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'.line 2, column 1"),
-                          QStringLiteral("Component: Please set Node properly.Component[type=t,name=n]"),
-                          QStringLiteral("TunerProperties: Please set baseresource properly.")}));
+    QCOMPARE(textsOf(run.bytes, "h2").first(), QStringLiteral("3 problems, 1 warning"));
+    QCOMPARE(
+        textsOf(run.bytes, "li"),
+        (QStringList{QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'.line 2, column 1"),
+                     QStringLiteral("Component: Please set Node properly.Component[type=t,name=n], line 3, column 1"),
+                     QStringLiteral("TunerProperties: Please set baseresource properly.line 1, column 1"),
+                     QStringLiteral("unknown element 'Extra' in TunerProperties; what is in it counts as if it were "
+                                    "in TunerProperties; expected name, type, baseresource, connectableResources, "
+                                    "quantity, parentBaseResource, hwProcessing, StartupModes, BandwidthSelection, "
+                                    "MaxFFPDelay, HRPANSupported or Component unknown-elementline 2, column 1")}));
     QCOMPARE(textsOf(run.bytes, "a"),
              (QStringList{QStringLiteral("Component: Please set Node properly."),
                           QStringLiteral("TunerProperties: Please set baseresource properly.")}));
@@ -89,23 +111,38 @@ void ToolHtmlTest::theProblemsOfTheFileAreShown()
 
 void ToolHtmlTest::theWarningsOfTheFileAreShownAndCounted()
 {
-    const QByteArray item =
-        "<ValueItem><ValueNumericInt id=\"level\" value=\"8\" min=\"0\" max=\"7\" step=\"1\"/></ValueItem>";
-    const QByteArray xml = "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\">"
+    const auto item = [](const char *id) -> QByteArray {
+        return "\n<ValueItem><ValueNumericInt id=\"" + QByteArray(id)
+            + "\" value=\"8\" min=\"0\" max=\"7\" step=\"1\"/></ValueItem>";
+    };
+    const QByteArray xml = "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\" extra=\"1\">"
                            "<Component type=\"t\" name=\"n\" optional=\"true\"><Node id=\"i\">"
-        + item + item + "</Node></Component></TunerProperties>";
+        + item("one") + item("two") + "</Node></Component></TunerProperties>";
     const Run run = Workshop().run(line("show --format html -"), xml);
     QCOMPARE(run.status, 0);
-    QCOMPARE(textsOf(run.bytes, "h2").first(), QStringLiteral("No problems, 2 warnings"));
-    const QString path = QStringLiteral("Component[type=t,name=n]/Node[id=i]/ValueItem[id=level][%1]/ValueNumericInt");
-    QCOMPARE(textsOf(run.bytes, "li"),
-             (QStringList{QStringLiteral("value is above max value-out-of-range") + path.arg(1),
-                          QStringLiteral("value is above max value-out-of-range") + path.arg(2)}));
+    QCOMPARE(textsOf(run.bytes, "h2").first(), QStringLiteral("No problems, 3 warnings"));
+    const auto outOfRange = [](const char *id, int lineNumber) {
+        return QStringLiteral(
+                   "value 8 is above max 7; use a value from 0 to 7 value-out-of-range"
+                   "Component[type=t,name=n]/Node[id=i]/ValueItem[id=%1]/ValueNumericInt, line %2, column 38")
+            .arg(QLatin1String(id))
+            .arg(lineNumber);
+    };
+    const QString unknown = QStringLiteral(
+        "unknown attribute 'extra' of TunerProperties; it is ignored; expected name, type, baseresource, "
+        "connectableResources, quantity, parentBaseResource or hwProcessing unknown-attributeline 1, column 60");
+    QCOMPARE(textsOf(run.bytes, "li"), (QStringList{unknown, outOfRange("one", 2), outOfRange("two", 3)}));
     // As many as the option says, and the number of all.
-    const Run one = Workshop().run(line("show --format html --max-problems 1 -"), xml);
-    QCOMPARE(textsOf(one.bytes, "h2").first(), QStringLiteral("No problems, 2 warnings"));
-    QCOMPARE(textsOf(one.bytes, "li"),
-             QStringList{QStringLiteral("value is above max value-out-of-range") + path.arg(1)});
+    const Run two = Workshop().run(line("show --format html --max-problems 2 -"), xml);
+    QCOMPARE(textsOf(two.bytes, "h2").first(), QStringLiteral("No problems, 3 warnings"));
+    QCOMPARE(textsOf(two.bytes, "li"), (QStringList{unknown, outOfRange("one", 2)}));
+    // The same findings as those of 'lint'.
+    const QStringList linted = Workshop().run(line("lint -"), xml).out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(linted.size(), 3);
+    QCOMPARE(linted[2],
+             QStringLiteral("-:3:38: Component[type=t,name=n]/Node[id=i]/ValueItem[id=two]/"
+                            "ValueNumericInt/value: value 8 is above max 7; use a value from 0 to 7 "
+                            "[value-out-of-range]"));
 }
 
 void ToolHtmlTest::treeIsTheDefaultFormat()

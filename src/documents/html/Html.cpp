@@ -4,6 +4,8 @@
 #include <QCryptographicHash>
 #include <QFile>
 
+#include <tunerdocuments/Lint.h>
+
 #include "documents/html/Content.h"
 
 // Q_INIT_RESOURCE must be outside of any namespace. It links the resources of a static library.
@@ -99,7 +101,7 @@ void findShownProblems(const JobXml::TunerProperties &document, Problems &proble
 
 } // namespace
 
-void html(const JobXml::TunerProperties &document, const PageFindings &findings, const QString &source,
+void html(const JobXml::TunerProperties &document, const Findings &findings, const QString &source,
           const std::function<void(const QByteArray &)> &write)
 {
     Problems problems(findings);
@@ -135,6 +137,17 @@ void html(const JobXml::TunerProperties &document, const PageFindings &findings,
     }
     out.line("");
     out.flush();
+}
+
+void html(const JobXml::TunerProperties &document, const QString &source,
+          const std::function<void(const QByteArray &)> &write)
+{
+    constexpr int most = 100;
+    Findings findings(most);
+    document.VisitProblems([&](const JobXml::Problem &problem) { findings.add(problem); });
+    findings.describePaths(document);
+    lint(Document(document), QByteArray(), findings);
+    html(document, findings, source, write);
 }
 
 } // namespace TunerDocuments

@@ -24,6 +24,19 @@ void showIsolated(Markup &out, const QString &text)
     out.text(text);
 }
 
+const char *labelOf(const Finding &finding)
+{
+    if (!isWarning(finding))
+        return "Problem: ";
+    return finding.isError ? "Error: " : "Warning: ";
+}
+
+/// The message, with what to write instead.
+QString textOf(const Finding &finding)
+{
+    return finding.suggestion.isNull() ? finding.message : finding.message + QStringLiteral("; ") + finding.suggestion;
+}
+
 void showRule(Markup &out, const Finding &finding)
 {
     if (!isWarning(finding))
@@ -55,10 +68,12 @@ QString Problems::Count::text() const
     return counted(problems, warnings);
 }
 
-Problems::Problems(const PageFindings &findings) : m_findings(findings)
+Problems::Problems(const Findings &findings)
+    : m_listed(findings.listed() + findings.warnings()), m_problems(findings.count()),
+      m_warnings(findings.warningCount())
 {
-    for (int i = 0; i < m_findings.listed.size(); ++i) {
-        const Finding &finding = m_findings.listed.at(i);
+    for (int i = 0; i < m_listed.size(); ++i) {
+        const Finding &finding = m_listed.at(i);
         const auto count = [&](const ObjectPath &path) {
             Count &from = m_from[path.key()];
             ++(isWarning(finding) ? from.warnings : from.problems);
@@ -78,18 +93,16 @@ Problems::Problems(const PageFindings &findings) : m_findings(findings)
 bool Problems::hasAt(const ObjectPath &path, const QString &member) const
 {
     const QVector<int> here = m_at.value(path.key());
-    return std::any_of(here.begin(), here.end(),
-                       [&](int index) { return m_findings.listed.at(index).member == member; });
+    return std::any_of(here.begin(), here.end(), [&](int index) { return m_listed.at(index).member == member; });
 }
 
 void Problems::show(Markup &out, int index)
 {
-    const Finding &finding = m_findings.listed.at(index);
-    const bool isProblem = finding.kind == Finding::Kind::Problem;
+    const Finding &finding = m_listed.at(index);
     const Tag problem(out, "p",
-                      {{"class", isProblem ? "problem whole" : "problem warning whole"}, {"id", idOf(index)}});
-    out.element("b", {}, isProblem ? "Problem: " : "Warning: ");
-    showIsolated(out, finding.message);
+                      {{"class", isWarning(finding) ? "problem warning whole" : "problem whole"}, {"id", idOf(index)}});
+    out.element("b", {}, labelOf(finding));
+    showIsolated(out, textOf(finding));
     showRule(out, finding);
     m_shown.insert(index);
 }
@@ -98,7 +111,7 @@ void Problems::show(Markup &out, const ObjectPath &path, const Members &facts)
 {
     const QVector<int> here = m_at.value(path.key());
     for (const int i : here) {
-        const QString name = m_findings.listed.at(i).member;
+        const QString name = m_listed.at(i).member;
         const JobXml::MemberView *const fact = name.isNull() ? nullptr : facts.find(name);
         if (!fact || !isValue(*fact) || isIrrelevant(*fact))
             show(out, i);
@@ -109,7 +122,7 @@ void Problems::showMember(Markup &out, const ObjectPath &path, const QString &me
 {
     const QVector<int> here = m_at.value(path.key());
     for (const int i : here) {
-        if (m_findings.listed.at(i).member == member)
+        if (m_listed.at(i).member == member)
             show(out, i);
     }
 }
@@ -117,13 +130,13 @@ void Problems::showMember(Markup &out, const ObjectPath &path, const QString &me
 void Problems::showHeading(Markup &out) const
 {
     const Tag summary(out, "summary");
-    const QString count = counted(m_findings.problems, m_findings.warnings);
-    out.element("h2", {}, m_findings.problems == 0 ? QStringLiteral("No problems, ") + count : count);
+    const QString count = counted(m_problems, m_warnings);
+    out.element("h2", {}, m_problems == 0 ? QStringLiteral("No problems, ") + count : count);
 }
 
 void Problems::showEntry(Markup &out, int index) const
 {
-    const Finding &finding = m_findings.listed.at(index);
+    const Finding &finding = m_listed.at(index);
     const Tag item(out, "li", {{"class", isWarning(finding) ? "warning" : nullptr}});
     {
         const Tag message(out, "span");
@@ -132,7 +145,7 @@ void Problems::showEntry(Markup &out, int index) const
             const Tag link(
                 out, isElsewhere ? "a" : "span",
                 {{isElsewhere ? "href" : "id", (isElsewhere ? QStringLiteral("#") : QString()) + idOf(index)}});
-            showIsolated(out, finding.message);
+            showIsolated(out, textOf(finding));
         }
         showRule(out, finding);
     }
@@ -150,18 +163,17 @@ void Problems::showEntry(Markup &out, int index) const
 
 void Problems::showAll(Markup &out) const
 {
-    const int listed = m_findings.listed.size();
+    const int listed = m_listed.size();
     if (listed == 0) {
         out.element("p", {{"class", "fine"}}, "Validation found no problems.");
         return;
     }
     constexpr int mostOpen = 20; // with more, the document itself would be out of sight
-    const Tag panel(
-        out, "section",
-        {{"class", m_findings.problems == 0 ? "panel problems warnings" : "panel problems"}, {"id", "problems"}});
+    const Tag panel(out, "section",
+                    {{"class", m_problems == 0 ? "panel problems warnings" : "panel problems"}, {"id", "problems"}});
     const Tag details(out, "details", {{"open", listed <= mostOpen ? "open" : nullptr}});
     showHeading(out);
-    if (m_findings.count() > listed)
+    if (m_problems + m_warnings > listed)
         out.element("p", {{"class", "note"}},
                     listed == 1 ? QStringLiteral("Only the first is listed here and at its object.")
                                 : QStringLiteral("The first %1 are listed here and at their objects.").arg(listed));

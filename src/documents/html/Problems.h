@@ -6,7 +6,7 @@
 #include <QString>
 #include <QVector>
 
-#include <tunerdocuments/Html.h>
+#include <tunerdocuments/Finding.h>
 
 #include "documents/html/Markup.h"
 #include "documents/html/Members.h"
@@ -51,7 +51,7 @@ public:
         QString text() const;
     };
 
-    explicit Problems(const PageFindings &findings);
+    explicit Problems(const Findings &findings);
 
     /// Whether any listed finding is that of an object in the document.
     bool areInObjects() const { return !m_at.isEmpty(); }
@@ -79,7 +79,9 @@ private:
     void showHeading(Markup &out) const;
     void showEntry(Markup &out, int index) const;
 
-    PageFindings m_findings;
+    const QVector<Finding> m_listed;
+    const qint64 m_problems; // listed or not
+    const qint64 m_warnings;
     QHash<QString, QVector<int>> m_at;
     QHash<QString, Count> m_from;
     QSet<int> m_shown;

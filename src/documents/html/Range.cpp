@@ -42,19 +42,6 @@ long double Range::amount(const MemberView &member) const
     return m_integers ? static_cast<long double>(member.GetValue().toLongLong()) : member.GetValue().toDouble();
 }
 
-Range::Problem Range::problem() const
-{
-    if (!m_isSet) // which the model reports
-        return {"value", "", QString()};
-    if (!m_isFinite)
-        return {"value", "number-not-finite", QStringLiteral("value, min and max must be finite")};
-    if (m_min > m_max)
-        return {"min", "range-reversed", QStringLiteral("min is above max")};
-    if (m_value < m_min)
-        return {"value", "value-out-of-range", QStringLiteral("value is below min")};
-    return {"value", "value-out-of-range", m_value > m_max ? QStringLiteral("value is above max") : QString()};
-}
-
 bool Range::isLogarithmic() const
 {
     constexpr long double fewest = 1000;

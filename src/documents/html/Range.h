@@ -13,18 +13,8 @@ namespace TunerDocuments {
 class Range
 {
 public:
-    struct Problem
-    {
-        const char *member;
-        const char *rule;
-        QString text; ///< null if there is none
-    };
-
     /// Of the members value, min, max and step, if all of them are numbers.
     static std::optional<Range> of(const Members &members);
-
-    /// The reason why the value has no position between min and max.
-    Problem problem() const;
 
     /// Whether there is a position to show, possibly at an end.
     bool hasLocation() const { return m_isSet && m_isFinite && m_min <= m_max; }

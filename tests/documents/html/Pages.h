@@ -4,6 +4,7 @@
 #include <limits>
 
 #include <tunerdocuments/Html.h>
+#include <tunerdocuments/Lint.h>
 
 #include "documents/html/PageTree.h"
 
@@ -16,16 +17,16 @@ inline TunerDocuments::Findings findingsOf(const JobXml::TunerProperties &docume
     return findings;
 }
 
-/// The same with the warnings about its values.
-inline TunerDocuments::PageFindings allFindingsOf(const JobXml::TunerProperties &document)
+/// The same with the warnings about it.
+inline TunerDocuments::Findings allFindingsOf(const JobXml::TunerProperties &document)
 {
-    TunerDocuments::PageFindings findings(findingsOf(document));
-    TunerDocuments::addValueWarnings(document, std::numeric_limits<int>::max(), findings);
+    TunerDocuments::Findings findings = findingsOf(document);
+    TunerDocuments::lint(TunerDocuments::Document(document), QByteArray(), findings);
     return findings;
 }
 
 /// The whole page.
-inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::PageFindings &findings,
+inline QByteArray html(const JobXml::TunerProperties &document, const TunerDocuments::Findings &findings,
                        const QString &source)
 {
     QByteArray page;

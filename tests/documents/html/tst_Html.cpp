@@ -45,6 +45,8 @@ private Q_SLOTS:
     void listedFindingShowsItsPathAndItsLocation();
     void problemsOfTheFileAreAtTheTop();
     void problemsThatAreNotListedAreCounted();
+    void withoutFindingsTheyAreLookedFor();
+    void findingsAboutTheTextAreShownAtTheirPlaces();
     void validDocumentIsShownAsValid();
     void textsAreNeverMarkup();
     void invisibleCharactersAreShownAsSigns();
@@ -302,10 +304,12 @@ void HtmlTest::everyProblemIsShownAtItsObject()
         const TunerProperties document = randomDocument(i, changes);
         const PageTree page = pageOf(document);
         QStringList expected;
-        const PageFindings findings = allFindingsOf(document);
-        for (const Finding &finding : findings.listed) {
+        const Findings findings = allFindingsOf(document);
+        for (const Finding &finding : findings.listed() + findings.warnings()) {
             if (!finding.steps.isEmpty() || !finding.member.isNull())
-                expected.append(finding.message);
+                expected.append(finding.suggestion.isNull()
+                                    ? finding.message
+                                    : finding.message + QStringLiteral("; ") + finding.suggestion);
         }
         QStringList links;
         QStringList targets;
@@ -353,7 +357,7 @@ void HtmlTest::problemIsShownInsideItsObject()
 void HtmlTest::findingOfAMemberIsShownBesideItsValue()
 {
     // Of the document, of a component, and of a value, whose picture it follows.
-    PageFindings findings;
+    QVector<Finding> warnings;
     const auto add = [&](const QVector<JobXml::Step> &steps, const char *member, const char *message) {
         Finding finding;
         finding.kind = Finding::Kind::Warning;
@@ -361,14 +365,15 @@ void HtmlTest::findingOfAMemberIsShownBesideItsValue()
         finding.member = QString::fromUtf8(member);
         finding.message = QString::fromUtf8(message);
         finding.rule = QStringLiteral("some-rule");
-        findings.listed.append(finding);
-        ++findings.warnings;
+        warnings.append(finding);
     };
     const JobXml::Step component{QStringLiteral("Component"), 0};
     add({}, "quantity", "too many");
     add({component}, "displayName", "not displayed");
     add({component, {QStringLiteral("Node"), 1}, {QStringLiteral("ValueItem"), 0}, {QStringLiteral("ValueInt"), -1}},
         "value", "not round");
+    Findings findings;
+    findings.addWarnings(warnings, warnings.size());
     const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
     const auto shown = ofClass(page, "problem");
     QCOMPARE(int(shown.size()), 3);
@@ -390,16 +395,16 @@ void HtmlTest::findingOfAMemberIsShownBesideItsValue()
 namespace {
 
 /// A warning about each member of the object and of those below it, as far as they hold anything.
-void warnOfEverything(const DataObject &object, const QVector<JobXml::Step> &steps, PageFindings &findings)
+void warnOfEverything(const DataObject &object, const QVector<JobXml::Step> &steps, QVector<Finding> &warnings)
 {
     JobXml::visit(object, [&](const MemberView &member) {
         Finding finding;
         finding.kind = Finding::Kind::Warning;
         finding.steps = steps;
         finding.member = member.GetName();
-        finding.message = QStringLiteral("about %1").arg(findings.warnings++);
+        finding.message = QStringLiteral("about %1").arg(warnings.size());
         finding.rule = QStringLiteral("any");
-        findings.listed.append(finding);
+        warnings.append(finding);
         const bool isAlternative = member.GetKind() == MemberKind::Alternative;
         if (isAlternative && !member.IsChosen() && !member.IsSet()
             && (member.GetSize() == 0 || !isKept(member.GetChild())))
@@ -407,7 +412,7 @@ void warnOfEverything(const DataObject &object, const QVector<JobXml::Step> &ste
         const bool isList = member.GetKind() == MemberKind::ObjectList;
         for (int i = 0; i < member.GetSize(); ++i)
             warnOfEverything(member.GetChild(i), steps + QVector<JobXml::Step>{{member.GetName(), isList ? i : -1}},
-                             findings);
+                             warnings);
     });
 }
 
@@ -419,17 +424,19 @@ void HtmlTest::findingAboutAnyMemberIsShownAtItsObject()
     QFETCH(int, changes);
     for (int i = seed; i < seed + 20; ++i) {
         const TunerProperties document = randomDocument(i, changes);
-        PageFindings findings;
-        warnOfEverything(document, {}, findings);
+        QVector<Finding> warnings;
+        warnOfEverything(document, {}, warnings);
+        Findings findings;
+        findings.addWarnings(warnings, warnings.size());
         const PageTree page(html(document, findings, QStringLiteral("file.xml")));
         QCOMPARE(page.error(), QString());
         QStringList missing;
-        for (const Finding &finding : qAsConst(findings.listed))
+        for (const Finding &finding : qAsConst(warnings))
             missing.append(finding.message);
         for (const PageNode *shown : ofClass(page, "problem"))
             QVERIFY(missing.removeOne(only(shown->allTagged("bdi"))->wholeText()));
         QStringList where;
-        for (const Finding &finding : qAsConst(findings.listed)) {
+        for (const Finding &finding : qAsConst(warnings)) {
             if (!missing.contains(finding.message))
                 continue;
             QString path;
@@ -450,9 +457,11 @@ void HtmlTest::warningsAreCountedInTheSummaryAndOnTheirCard()
     ranged.Setmin(0);
     ranged.Setmax(7);
     ranged.Setstep(1);
+    JobXml::ValueItem item;
+    item.SetValueNumericInt(ranged);
     JobXml::Component second = aComponent(QStringLiteral("second"), 2);
     for (JobXml::Node &node : second.GetNode())
-        node.GetValueItem()[0].SetValueNumericInt(ranged);
+        node.SetValueItem({item});
     document.AppendComponent(second);
     const auto cardTallies = [&] {
         QStringList texts;
@@ -504,7 +513,6 @@ void HtmlTest::findingInClosedOptionsOpensThem()
 
 void HtmlTest::listedFindingShowsItsPathAndItsLocation()
 {
-    PageFindings findings;
     Finding finding;
     finding.kind = Finding::Kind::Warning;
     finding.steps = {{QStringLiteral("Component"), 0}};
@@ -513,11 +521,12 @@ void HtmlTest::listedFindingShowsItsPathAndItsLocation()
     finding.rule = QStringLiteral("duplicate");
     finding.line = 4;
     finding.column = 7;
-    findings.listed.append(finding);
-    findings.warnings = 1;
+    finding.suggestion = QStringLiteral("remove one");
+    Findings findings;
+    findings.addWarnings({finding}, 1);
     const PageTree page(html(aDocument(), findings, QStringLiteral("file.xml")));
     QCOMPARE(only(only(ofClass(page, "problems"))->allTagged("li"))->wholeText(),
-             QStringLiteral("twice duplicateComponent[1], line 4, column 7"));
+             QStringLiteral("twice; remove one duplicateComponent[1], line 4, column 7"));
     QCOMPARE(only(page.root().allTagged("a"))->attribute("href"), QStringLiteral("#problem-1"));
 }
 
@@ -560,6 +569,61 @@ void HtmlTest::problemsThatAreNotListedAreCounted()
     QCOMPARE(only(section->allTagged("p"))->wholeText(),
              QStringLiteral("Only the first is listed here and at its object."));
     QCOMPARE(int(section->allTagged("li").size()), 1);
+}
+
+void HtmlTest::withoutFindingsTheyAreLookedFor()
+{
+    TunerProperties document = aDocument(1);
+    document.SetValidate(false);
+    document.Resetbaseresource();
+    for (int i = 0; i < 102; ++i) // the first one has the name of another
+        document.AppendBandwidthSelection(aBandwidth(100));
+    QByteArray bytes;
+    html(document, QStringLiteral("file.xml"), [&](const QByteArray &piece) { bytes += piece; });
+    const PageTree page(bytes);
+    const PageNode *section = only(ofClass(page, "problems"));
+    QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("1 problem, 102 warnings"));
+    QCOMPARE(only(section->allTagged("p"))->wholeText(),
+             QStringLiteral("The first 101 are listed here and at their objects."));
+    const auto items = section->allTagged("li");
+    QCOMPARE(int(items.size()), 101);
+    QCOMPARE(items[0]->wholeText(), QStringLiteral("TunerProperties: Please set baseresource properly."));
+    QVERIFY2(items[1]->wholeText().contains(QLatin1String(" duplicate-bandwidth")), qPrintable(items[1]->wholeText()));
+}
+
+void HtmlTest::findingsAboutTheTextAreShownAtTheirPlaces()
+{
+    const QByteArray xml = "<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\" quantiti=\"2\">\n"
+                           "<Component type=\"t\" name=\"n\" optional=\"no\"><Node id=\"i\">\n"
+                           "<ValueItem><ValueFloat id=\"level\" value=\"1.005\"/></ValueItem>\n"
+                           "<!-- tunerproperties-lint-disable not-a-number -->\n"
+                           "<ValueItem><ValueInt id=\"count\" value=\"many\"/></ValueItem>\n"
+                           "</Node></Component></TunerProperties>";
+    const Document document = Document::fromBytes(xml, QStringLiteral("file.xml"));
+    Findings findings;
+    lint(document, xml, findings);
+    const PageTree page(html(document.tuner, findings, QStringLiteral("file.xml")));
+    QStringList shown;
+    for (const PageNode *finding : ofClass(page, "problem")) {
+        const PageNode *fact = finding->parent->parent;
+        const PageNode *value = finding->around([](const PageNode &node) { return node.isOfClass("value"); });
+        shown.append((value ? value->values().join(QLatin1Char(' ')) : fact->attribute("data-member"))
+                     + QStringLiteral(" - ") + finding->wholeText());
+    }
+    QCOMPARE(
+        shown.join(QLatin1Char('\n')),
+        QStringLiteral("optional - Warning: 'no' of optional is not a boolean; it is read as true; use 'false' "
+                       "not-a-boolean\n"
+                       "level 1.005 - Warning: '1.005' of value has more than two decimals; it is written as 1.00; "
+                       "keep it in JSON, or round it lost-decimals"));
+    const PageNode *section = only(ofClass(page, "problems"));
+    QCOMPARE(section->allTagged("h2").front()->wholeText(), QStringLiteral("No problems, 3 warnings"));
+    const auto items = section->allTagged("li");
+    QCOMPARE(int(items.size()), 3);
+    QCOMPARE(items[0]->wholeText(),
+             QStringLiteral("unknown attribute 'quantiti' of TunerProperties; it is ignored; did you mean "
+                            "'quantity'? unknown-attributeline 1, column 60"));
+    QCOMPARE(only(ofClass(page, "doubtful"))->wholeText(), QStringLiteral("2 warnings"));
 }
 
 void HtmlTest::validDocumentIsShownAsValid()

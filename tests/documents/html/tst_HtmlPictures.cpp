@@ -237,11 +237,12 @@ void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
     const auto row = [](const char *name, qint64 value, qint64 min, qint64 max, const char *place, const char *note) {
         QTest::newRow(name) << value << min << max << QString::fromUtf8(place) << QString::fromUtf8(note);
     };
-    row("above", 8, 0, 7, "100.00%", "value is above max value-out-of-range");
+    row("above", 8, 0, 7, "100.00%", "value 8 is above max 7; use a value from 0 to 7 value-out-of-range");
     row("above by less than the precision of a double", most, 0, most - 1, "100.00%",
-        "value is above max value-out-of-range");
-    row("below", -1, 0, 7, "0.00%", "value is below min value-out-of-range");
-    row("no range", 5, 7, 3, "", "min is above max range-reversed");
+        "value 9223372036854775807 is above max 9223372036854775806; use a value from 0 to 9223372036854775806 "
+        "value-out-of-range");
+    row("below", -1, 0, 7, "0.00%", "value -1 is below min 0; use a value from 0 to 7 value-out-of-range");
+    row("no range", 5, 7, 3, "", "min 7 is above max 3; exchange them min-above-max");
 }
 
 void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason()
@@ -344,13 +345,18 @@ void HtmlPicturesTest::optionThatDiffersFromTheChoiceIsReported()
     selection.Setindex(0);
     selection.AppendSelectionItem(item);
     const auto warnings = [&] { return warningsOf(pageOf(with(selection, &JobXml::ValueItem::SetValueSelection))); };
-    QCOMPARE(warnings(),
-             (QStringList{QStringLiteral("the option at this index has a different name option-differs"),
-                          QStringLiteral("the option at this index has a different value option-differs")}));
+    QCOMPARE(
+        warnings(),
+        (QStringList{QStringLiteral("value 2 differs from option 0, which has 1; use 1 option-differs"),
+                     QStringLiteral("text 'two' differs from option 0, which has 'one'; use 'one' option-differs")}));
     selection.Setindex(-1);
-    QCOMPARE(warnings(), QStringList{QStringLiteral("no option has the index -1 option-index")});
+    QCOMPARE(warnings(),
+             QStringList{
+                 QStringLiteral("no option has the index -1; there is 1 option; use the index 0 index-out-of-range")});
     selection.Setindex(1);
-    QCOMPARE(warnings(), QStringList{QStringLiteral("no option has the index 1 option-index")});
+    QCOMPARE(warnings(),
+             QStringList{
+                 QStringLiteral("no option has the index 1; there is 1 option; use the index 0 index-out-of-range")});
 }
 
 void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
@@ -372,7 +378,7 @@ void HtmlPicturesTest::theCurrentTextOfAListIsMarked()
     };
     QCOMPARE(marked(), QStringList{QStringLiteral("li b")});
     list.Setvalue(QStringLiteral("c"));
-    QCOMPARE(marked(), QStringList{QStringLiteral("the value is not in the list value-not-listed")});
+    QCOMPARE(marked(), QStringList{QStringLiteral("value 'c' is not in the list; did you mean 'a'? value-not-listed")});
 }
 
 TEST_SUITE(HtmlPicturesTest)

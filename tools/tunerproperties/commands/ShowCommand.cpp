@@ -3,6 +3,7 @@
 
 #include <tunerdocuments/Finding.h>
 #include <tunerdocuments/Html.h>
+#include <tunerdocuments/Lint.h>
 #include <tunerdocuments/Tree.h>
 
 #include "commands/Commands.h"
@@ -18,15 +19,21 @@ namespace {
 struct Format
 {
     QString name;
-    void (*show)(DocumentFile &file, const Findings &findings);
-    bool showsProblems;
+    /// The findings are empty; a format that shows them looks for them.
+    void (*show)(Input &input, const LoadOptions &loading, Findings &findings);
 };
 
-void showAsTree(DocumentFile &file, const Findings &)
+void showAsTree(Input &input, const LoadOptions &loading, Findings &)
 {
+    const Document document = loadDocument(input, loading);
     BufferedOutput output;
-    show(file.document.tuner, [&](const QString &line) { output.write(line.toUtf8() + '\n'); });
+    show(document.tuner, [&](const QString &line) { output.write(line.toUtf8() + '\n'); });
     output.flush();
+}
+
+void showAsJson(Input &input, const LoadOptions &loading, Findings &)
+{
+    Console::write(loadDocument(input, loading).toBytes(Form::Json, input.shownName()));
 }
 
 /// The number of objects below this one, or a larger number than `most`.
@@ -41,38 +48,36 @@ int countObjects(const JobXml::DataObject &object, int most)
 }
 
 /// An empty object takes four bytes of a record and a kilobyte of a page.
-void checkSizeOfPage(const DocumentFile &file)
+void checkSizeOfPage(const Input &input, const Document &document)
 {
     constexpr int mostObjects = 1000000;
-    if (countObjects(file.document.tuner, mostObjects) > mostObjects)
-        throw FileFailure(file.input.shownName()
+    if (countObjects(document.tuner, mostObjects) > mostObjects)
+        throw FileFailure(input.shownName()
                           + QStringLiteral(": cannot show more than %1 objects on a page; use 'show --format json'")
                                 .arg(mostObjects));
 }
 
-void showAsHtml(DocumentFile &file, const Findings &findings)
+void showAsHtml(Input &input, const LoadOptions &loading, Findings &findings)
 {
-    checkSizeOfPage(file);
-    const FileName &name = file.input.name();
-    PageFindings all(findings);
-    addValueWarnings(file.document.tuner, findings.most(), all);
+    QByteArray text;
+    const Document document = loadDocumentWithText(input, loading, findings.collector(), text);
+    checkSizeOfPage(input, document);
+    findings.describePaths(document.tuner);
+    lint(document, text, findings);
+    text.clear(); // the page may take much memory itself
+    const FileName &name = input.name();
     BufferedOutput output;
-    html(file.document.tuner, all,
+    html(document.tuner, findings,
          name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
 }
 
-void showAsJson(DocumentFile &file, const Findings &)
-{
-    Console::write(file.document.toBytes(Form::Json, file.input.shownName()));
-}
-
 const QVector<Format> &formats()
 {
-    static const QVector<Format> all = {{QStringLiteral("tree"), showAsTree, false},
-                                        {QStringLiteral("json"), showAsJson, false},
-                                        {QStringLiteral("html"), showAsHtml, true}};
+    static const QVector<Format> all = {{QStringLiteral("tree"), showAsTree},
+                                        {QStringLiteral("json"), showAsJson},
+                                        {QStringLiteral("html"), showAsHtml}};
     return all;
 }
 
@@ -103,10 +108,9 @@ ExitStatus run(const Invocation &invocation)
             chosen = &format;
     }
     Findings findings(Options::problemCount(invocation));
-    const JobXml::ProblemVisitor visitor = chosen->showsProblems ? findings.collector() : JobXml::ProblemVisitor();
-    DocumentFile file(invocation.file(0), Options::loading(invocation), visitor);
-    findings.describePaths(file.document.tuner);
-    chosen->show(file, findings);
+    const LoadOptions loading = Options::loading(invocation);
+    Input input(invocation.file(0));
+    chosen->show(input, loading, findings);
     return ExitStatus::Ok;
 }
 
@@ -118,9 +122,9 @@ Command showCommand()
     command.name = QStringLiteral("show");
     command.usages = QStringList{QStringLiteral("FILE")};
     command.summary = QStringLiteral("Show a document as a tree, as JSON, or as a page for a browser.");
-    command.details = QStringList{QStringLiteral(
-        "Numbers are shown exactly and texts in quotes; members that are not "
-        "set are marked. The page also shows the problems of the document and warnings about its values.")};
+    command.details = QStringList{
+        QStringLiteral("Numbers are shown exactly and texts in quotes; members that are not "
+                       "set are marked. The page also shows the problems of the document and the warnings of 'lint'.")};
     command.options = {formatOption(), Options::from(), Options::maxProblems(), Options::maxExpansion()};
     command.examples = {
         {QStringLiteral("show receiver.xml"), QStringLiteral("Show a document as a tree.")},
