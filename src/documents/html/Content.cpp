@@ -3,10 +3,8 @@
 
 #include <algorithm>
 
-#include "documents/html/Anchor.h"
 #include "documents/html/Axis.h"
-#include "documents/html/Values.h"
-#include "documents/paths/ItemSteps.h"
+#include "documents/html/Cards.h"
 
 using JobXml::DataObject;
 using JobXml::MemberKind;
@@ -15,16 +13,6 @@ using JobXml::MemberView;
 namespace TunerDocuments {
 
 namespace {
-
-/// In a document with more nodes, all components but the first are closed.
-constexpr int mostNodesOpen = 24;
-
-/// With more nodes or components, laying out only the visible ones saves time.
-constexpr int mostNodesLaidOut = 500;
-
-/// Long lists are in groups, of which the browser lays out those on the screen: a few hundred groups are less to
-/// arrange than thousands of nodes. A multiple of all numbers of columns, so that only the last group has a gap.
-constexpr int groupSize = 48;
 
 bool isObjectOrEmptyList(const MemberView &member)
 {
@@ -49,22 +37,6 @@ bool isChart(const MemberView &member)
         return false;
     const Members item(member.GetChild(0));
     return std::all_of(item.begin(), item.end(), isValue) && std::count_if(item.begin(), item.end(), isMainNumber) == 1;
-}
-
-QString textOf(const MemberView *member)
-{
-    return member ? member->GetValue().toString() : QString();
-}
-
-/// The number of objects in the lists of the items.
-int grandchildren(const MemberView &list)
-{
-    int count = 0;
-    for (int i = 0; i < list.GetSize(); ++i) {
-        for (const MemberView &member : Members(list.GetChild(i)))
-            count += isList(member) ? member.GetSize() : 0;
-    }
-    return count;
 }
 
 } // namespace
@@ -147,13 +119,9 @@ void Content::showOverview()
 
 void Content::showCards()
 {
+    Cards cards(m_out, m_problems);
     for (const MemberView &list : m_lists)
-        showCards(list);
-}
-
-bool Content::isShown(const ObjectPath &path) const
-{
-    return !m_out.isDiscarded() || !m_problems.countFrom(path).isZero();
+        cards.showCards(list);
 }
 
 void Content::showObject(const MemberView &member)
@@ -232,124 +200,6 @@ void Content::showBar(const Axis &axis, const DataObject &item)
         showTicks(axis);
         const auto [from, to] = std::minmax({axis.base(), *end}); // by value: one of them is a temporary
         m_out.element("rect", {{"x", percent(from)}, {"width", percent(to - from)}});
-    }
-}
-
-void Content::showCards(const MemberView &list)
-{
-    const int nodes = grandchildren(list);
-    const bool isLarge = nodes > mostNodesLaidOut || list.GetSize() > mostNodesLaidOut;
-    const Tag section(m_out, "section",
-                      {{"class", isLarge ? "cards large" : "cards"}, {"data-member", list.GetName()}});
-    showHeading(m_out, "h2", list);
-    const bool isShort = nodes <= mostNodesOpen;
-    const Paths::ItemSteps steps(list);
-    inGroups(list.GetSize(), mostNodesLaidOut, "shelf", [&](int i) {
-        // Every node repeats the step: a longer one would make the page much larger than the document.
-        constexpr int longest = 400;
-        const QString step = steps.at(i);
-        const QString position = list.GetName() + QStringLiteral("[%1]").arg(i + 1);
-        const Place place{ObjectPath().below(list.GetName(), i), anchorOf(step).size() > longest ? position : step};
-        if (isShown(place.path))
-            showCard(list.GetChild(i), list.GetName() + QStringLiteral(" %1").arg(i + 1), place, isShort || i == 0);
-    });
-}
-
-template <class Show>
-void Content::inGroups(int count, int most, const char *htmlClass, Show &&show)
-{
-    const auto range = [&](int first, int end) {
-        for (int i = first; i < end; ++i)
-            show(i);
-    };
-    if (count <= most) {
-        range(0, count);
-        return;
-    }
-    for (int first = 0; first < count; first += groupSize) {
-        const Tag group(m_out, "div", {{"class", htmlClass}});
-        range(first, std::min(first + groupSize, count));
-    }
-}
-
-void Content::showCard(const DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen)
-{
-    Members members(object);
-    const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag card(m_out, "details",
-                   {{"class", "card"}, {"id", anchorOf(place.text)}, {"open", isOpen ? "open" : nullptr}});
-    {
-        const Tag summary(m_out, "summary");
-        // The display name if there is one, otherwise what identifies the object among its siblings.
-        QStringList identity;
-        for (const MemberView &member : members) {
-            if (isIdentifyingText(member))
-                identity.append(textOf(&member));
-        }
-        const QString displayName = textOf(members.find("displayName", isText));
-        QString title = displayName.isEmpty() && !identity.isEmpty() ? identity.last() : displayName;
-        if (title.isEmpty())
-            title = fallbackTitle;
-        {
-            const Tag heading(m_out, "h3");
-            showText(m_out, title);
-        }
-        if (!identity.isEmpty() && !identity.first().isEmpty() && identity.first() != title) {
-            const Tag kind(m_out, "span", {{"class", "kind"}});
-            showText(m_out, identity.first());
-        }
-        const Tag tallies(m_out, "span", {{"class", "tallies"}});
-        showCount(m_problems.countFrom(place.path));
-        for (const MemberView &list : lists)
-            m_out.element("span", {{"class", "tally"}},
-                          list.GetName() + QLatin1Char(' ') + QString::number(list.GetSize()));
-    }
-    const Tag inside(m_out, "div", {{"class", "inside"}});
-    m_problems.show(m_out, place.path, members);
-    Objects(m_out, m_problems).facts(members, place.path);
-    for (const MemberView &list : lists)
-        showNodes(list, place);
-}
-
-void Content::showCount(const Problems::Count &count)
-{
-    if (!count.isZero())
-        m_out.element("span", {{"class", count.problems > 0 ? "tally bad" : "tally doubtful"}}, count.text());
-}
-
-void Content::showNodes(const MemberView &list, const Place &place)
-{
-    const bool isGrouped = list.GetSize() > groupSize;
-    const Tag nodes(m_out, "div", {{"class", isGrouped ? "nodes grouped" : "nodes"}, {"data-member", list.GetName()}});
-    showListName(m_out, list);
-    const Paths::ItemSteps steps(list);
-    inGroups(list.GetSize(), groupSize, "group", [&](int i) {
-        const Place node{place.path.below(list.GetName(), i), place.text + QLatin1Char('/') + steps.at(i)};
-        if (isShown(node.path))
-            showNode(list.GetChild(i), node);
-    });
-}
-
-void Content::showNode(const DataObject &object, const Place &place)
-{
-    Members members(object);
-    const std::vector<MemberView> lists = members.takeAll(isList);
-    const Tag node(m_out, "div", {{"class", "node"}, {"id", anchorOf(place.text)}});
-    Objects objects(m_out, m_problems);
-    {
-        const Tag heading(m_out, "h4");
-        if (const auto id = members.take(isIdentifyingText))
-            objects.named(*id, textOf(&*id).isEmpty() ? Objects::Name::Seen : Objects::Name::Omitted);
-    }
-    m_problems.show(m_out, place.path, members);
-    if (!members.isEmpty())
-        objects.facts(members, place.path);
-    for (const MemberView &list : lists) {
-        const Tag content(m_out, "div", {{"data-member", list.GetName()}});
-        showListName(m_out, list);
-        Values values(m_out, m_problems, Unit::of(list));
-        for (int i = 0; i < list.GetSize(); ++i)
-            values.item(list.GetChild(i), place.path.below(list.GetName(), i));
     }
 }
 

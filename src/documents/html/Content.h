@@ -39,24 +39,6 @@ private:
     void showBar(const Axis &axis, const JobXml::DataObject &item);
     void showTicks(const Axis &axis);
     void showLabels(const Axis &axis);
-    void showCards(const View &list);
-    /// Whether the object is shown. If only the problems count, objects without any are skipped.
-    bool isShown(const ObjectPath &path) const;
-
-    struct Place
-    {
-        ObjectPath path;
-        QString text; ///< the path as users write it
-    };
-    /// Calls show(index) for all items of a list; if there are more than `most`, within an element for every few of
-    /// them.
-    template <class Show>
-    void inGroups(int count, int most, const char *htmlClass, Show &&show);
-    /// `fallbackTitle` is the title of an object without a name.
-    void showCard(const JobXml::DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen);
-    void showCount(const Problems::Count &count);
-    void showNodes(const View &list, const Place &place);
-    void showNode(const JobXml::DataObject &object, const Place &place);
 
     Markup &m_out;
     Problems &m_problems;
