@@ -117,6 +117,7 @@ private Q_SLOTS:
     void partOfADocumentIsJson();
     void treeIsPassedLineByLine();
     void pageIsWrittenPieceByPiece();
+    void differencesAreAPage();
     void warningsHaveTheirPlaces();
     void newDocumentExplainsItsMembers();
     void membersHaveTheDocumentationOfTheSchema();
@@ -284,6 +285,21 @@ void DocumentSnippets::pageIsWrittenPieceByPiece()
     QVERIFY(isWritten);
     QVERIFY(bytesOf(page.fileName()).contains("<h2>No problems, 1 warning</h2>"));
     QVERIFY(bytesOf(page.fileName()).trimmed().endsWith("</html>"));
+}
+
+void DocumentSnippets::differencesAreAPage()
+{
+    const Document before = Document::load(example("scp.xml"));
+    Document after = before;
+    after.tuner.SetparentBaseResource(QStringLiteral("RX-1"));
+    QByteArray page;
+    //! [htmlOfDifferences]
+    const qint64 count = htmlOfDifferences(before.tuner, QStringLiteral("old.xml"), after.tuner,
+                                           QStringLiteral("new.xml"), [&](const QByteArray &piece) { page += piece; });
+    //! [htmlOfDifferences]
+    QCOMPARE(count, qint64(1));
+    QVERIFY(page.contains("<title>Differences of old.xml and new.xml</title>"));
+    QVERIFY(page.contains("<td class=\"after\"><bdi>RX-1</bdi></td>"));
 }
 
 void DocumentSnippets::warningsHaveTheirPlaces()

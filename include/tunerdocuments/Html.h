@@ -28,4 +28,11 @@ TUNERDOCUMENTS_EXPORT void html(const JobXml::TunerProperties &document, const F
 TUNERDOCUMENTS_EXPORT void html(const JobXml::TunerProperties &document, const QString &source,
                                 const std::function<void(const QByteArray &)> &write);
 
+/// Writes the differences of two documents as such a page, with the values of both side by side, and returns their
+/// number: see findDifferences(). Added and removed items are shown whole. Takes memory in proportion to the
+/// differences.
+TUNERDOCUMENTS_EXPORT qint64 htmlOfDifferences(const JobXml::TunerProperties &first, const QString &firstSource,
+                                               const JobXml::TunerProperties &second, const QString &secondSource,
+                                               const std::function<void(const QByteArray &)> &write);
+
 } // namespace TunerDocuments

@@ -215,6 +215,7 @@ private Q_SLOTS:
     void compressedDataBeyondTheLimitIsAnError();
     void expansionOfFiftyTimesIsAccepted();
     void pageOfTooManyObjectsIsAnError();
+    void pageOfTooManyDifferencesIsAnError();
     void maxExpansionRaisesTheLimit();
     void invalidMaxExpansionIsWrongUsage();
     void everyExampleExpandsWithinTheLimit();
@@ -437,6 +438,29 @@ void ToolBoundsTest::pageOfTooManyObjectsIsAnError()
     QVERIFY(costOf(*m_workshop, line("show --format json in.tpb")).outSize > 1000001);
 }
 
+void ToolBoundsTest::pageOfTooManyDifferencesIsAnError()
+{
+    m_workshop->write(QStringLiteral("none.tpb"), document(emptyItems(componentTag, 0)));
+    m_workshop->write(QStringLiteral("most.tpb"), document(emptyItems(componentTag, 100000)));
+    m_workshop->write(QStringLiteral("more.tpb"), document(emptyItems(componentTag, 100001)));
+    m_workshop->write(QStringLiteral("large.tpb"), document(emptyItems(componentTag, 1000001)));
+    const Cost most = costOf(*m_workshop, line("diff --format html none.tpb most.tpb"));
+    QCOMPARE(most.err, QByteArray());
+    QCOMPARE(most.status, 0);
+    const Cost more = costOf(*m_workshop, line("diff --format html none.tpb more.tpb"));
+    QCOMPARE(more.status, 3);
+    QCOMPARE(more.outSize, qint64(0));
+    QCOMPARE(more.err,
+             QByteArray("tunerproperties: none.tpb: cannot show more than 100000 differences on a page; use 'diff "
+                        "--json'\n"));
+    const Cost large = costOf(*m_workshop, line("diff --format html none.tpb large.tpb"));
+    QCOMPARE(large.status, 3);
+    QCOMPARE(large.outSize, qint64(0));
+    QCOMPARE(large.err,
+             QByteArray("tunerproperties: large.tpb: cannot show more than 1000000 objects on a page; use 'diff "
+                        "--json'\n"));
+}
+
 void ToolBoundsTest::maxExpansionRaisesTheLimit()
 {
     m_workshop->write(QStringLiteral("in.tpz"), compressed(document(component(emptyItems(nodeTag, 20000)))));
@@ -632,6 +656,7 @@ void ToolBoundsTest::outputAndMemoryFollowTheSizeOfTheInput_data()
                     {"convert --no-validate %1 out.xml", 0, 180},
                     {"convert --no-validate %1 out.json", 0, 180},
                     {"diff small.xml %1", 100, 120},
+                    {"diff --format html small.xml %1", 300, 380},
                     {"merge --no-validate -o out.json small.xml small.xml %1", 0, 360},
                     {"show %1", 40, 130},
                     {"show --format json %1", 20, 120},

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "documents/html/PageTree.h"
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
 
@@ -18,6 +19,10 @@ private Q_SLOTS:
     void exitCodeOptionReportsDifferences();
     void colorsAreUsedOnTerminals();
     void jsonOptionWritesDifferencesAsJson();
+    void jsonIsAlsoAFormat();
+    void htmlFormatWritesAPage();
+    void pageNamesFilesByTheirFoldersIfNecessary();
+    void pageOfEqualDocumentsSaysSo();
     void textsStayOnOneLine();
     void unreadableDocumentIsAnError();
     void standardInputIsReadOnce();
@@ -242,6 +247,71 @@ void ToolDiffTest::jsonOptionWritesDifferencesAsJson()
 {"change":"moved","path":"BandwidthSelection[Name=n]","from":3,"to":1}
 )_"));
     QCOMPARE(run.err, QString());
+}
+
+void ToolDiffTest::jsonIsAlsoAFormat()
+{
+    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    const QString changes = QStringLiteral("{\"change\":\"changed\",\"path\":\"quantity\",\"before\":1,\"after\":2}\n");
+    QCOMPARE(m_workshop->run(line("diff --format json a.json b.json")).out, changes);
+    QCOMPARE(m_workshop->run(line("diff --json --format json a.json b.json")).out, changes);
+    QCOMPARE(m_workshop->run(line("diff --format text a.json b.json")).out, QStringLiteral("~ quantity: 1 -> 2\n"));
+}
+
+namespace {
+
+/// The texts of all elements of this name on a page.
+QStringList textsOf(const QByteArray &page, const char *tag)
+{
+    QStringList texts;
+    const PageTree tree(page);
+    for (const PageNode *node : tree.root().allTagged(tag))
+        texts.append(node->wholeText());
+    return texts;
+}
+
+} // namespace
+
+void ToolDiffTest::htmlFormatWritesAPage()
+{
+    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    const Run run = m_workshop->run(line("diff --format html a.json b.json"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(PageTree(run.bytes).error(), QString());
+    QCOMPARE(textsOf(run.bytes, "title"), QStringList{QStringLiteral("Differences of a.json and b.json")});
+    QCOMPARE(textsOf(run.bytes, "tr"),
+             (QStringList{QStringLiteral("memberbeforeafter"), QStringLiteral("quantity 12")}));
+    QCOMPARE(m_workshop->run(line("diff --exit-code --format html a.json b.json")).status, 1);
+    QCOMPARE(m_workshop->run(line("diff --exit-code --format=html a.json a.json")).status, 0);
+    // Colors are for lines.
+    QCOMPARE(m_workshop->run(line("diff --color always --format html a.json b.json")).bytes, run.bytes);
+}
+
+void ToolDiffTest::pageNamesFilesByTheirFoldersIfNecessary()
+{
+    QVERIFY(QDir(m_workshop->path(QStringLiteral("."))).mkpath(QStringLiteral("old")));
+    m_workshop->write(QStringLiteral("old/a.json"), documentOf(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 2)"));
+    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    const auto title = [&](const char *arguments, const QByteArray &in = {}) {
+        return textsOf(m_workshop->run(line(arguments), in).bytes, "h1").value(0);
+    };
+    QCOMPARE(title("diff --format html old/a.json a.json"), QStringLiteral("Differences of old/a.json and a.json"));
+    QCOMPARE(title("diff --format html old/a.json b.json"), QStringLiteral("Differences of a.json and b.json"));
+    QCOMPARE(title("diff --format html - b.json", documentOf(R"("quantity": 3)")),
+             QStringLiteral("Differences of standard input and b.json"));
+}
+
+void ToolDiffTest::pageOfEqualDocumentsSaysSo()
+{
+    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
+    const Run run = m_workshop->run(line("diff --exit-code --format html a.json a.json"));
+    QCOMPARE(run.status, 0);
+    QVERIFY(run.bytes.contains("<p class=\"fine\">The documents are equal.</p>"));
+    QCOMPARE(textsOf(run.bytes, "table"), QStringList());
 }
 
 void ToolDiffTest::textsStayOnOneLine()

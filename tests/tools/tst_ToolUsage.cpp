@@ -104,6 +104,13 @@ void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
         "tunerproperties show --help");
     row("show --json a.xml", "unknown option '--json'; did you mean '--format json'?", "tunerproperties show --help");
     row("show --html a.xml", "unknown option '--html'; did you mean '--format html'?", "tunerproperties show --help");
+    row("diff --html a.xml b.xml", "unknown option '--html'; did you mean '--format html'?",
+        "tunerproperties diff --help");
+    row("diff --format htm a.xml b.xml", "unknown format 'htm'; did you mean 'html'?", "tunerproperties diff --help");
+    row("diff --json --format html a.xml b.xml", "--json and --format html cannot be combined",
+        "tunerproperties diff --help");
+    row("diff --format text --json a.xml b.xml", "--json and --format text cannot be combined",
+        "tunerproperties diff --help");
     row("convert --format json a.xml b", "unknown option '--format'; did you mean '--to'?",
         "tunerproperties convert --help");
     row("new Receiver", "'new' takes no arguments; did you mean '--type Receiver'?", "tunerproperties new --help");

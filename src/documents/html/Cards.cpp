@@ -58,7 +58,7 @@ void Cards::showCards(const MemberView &list)
 }
 
 void Cards::showCard(const DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen,
-                 const Mark &mark)
+                     const Mark &mark)
 {
     Members members(object);
     const std::vector<MemberView> lists = members.takeAll(isList);

@@ -63,7 +63,7 @@ public:
     void showCards(const JobXml::MemberView &list);
     /// `fallbackTitle` is the title of an object without a name.
     void showCard(const JobXml::DataObject &object, const QString &fallbackTitle, const Place &place, bool isOpen,
-              const Mark &mark = {});
+                  const Mark &mark = {});
     void showNode(const JobXml::DataObject &object, const Place &place, const Mark &mark = {});
 
     /// The heading of a card: its display name, or what identifies it among its siblings.

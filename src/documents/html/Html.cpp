@@ -3,6 +3,7 @@
 
 #include <tunerdocuments/Lint.h>
 
+#include "documents/html/Comparison.h"
 #include "documents/html/Content.h"
 #include "documents/html/Page.h"
 
@@ -52,6 +53,24 @@ void html(const JobXml::TunerProperties &document, const QString &source,
     findings.describePaths(document);
     lint(Document(document), QByteArray(), findings);
     html(document, findings, source, write);
+}
+
+qint64 htmlOfDifferences(const JobXml::TunerProperties &first, const QString &firstSource,
+                         const JobXml::TunerProperties &second, const QString &secondSource,
+                         const std::function<void(const QByteArray &)> &write)
+{
+    const QVector<Difference> differences = findDifferences(first, second);
+    Markup out(write);
+    Comparison comparison({first, firstSource}, {second, secondSource}, differences, out);
+    const Page page{comparison.title(), comparison.hasCards()};
+    page.show(
+        out, [&] { comparison.showHeader(); },
+        [&] {
+            comparison.showSummary();
+            comparison.showDocument();
+            comparison.showCards();
+        });
+    return differences.size();
 }
 
 } // namespace TunerDocuments

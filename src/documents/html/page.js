@@ -115,7 +115,8 @@
 
   // --- A link and a button to copy the path, in each node and component ---
   const titleOf = item => item.querySelector(item.matches('.card') ? 'h3' : 'h4 bdi')?.textContent || pathOf(item);
-  const pathOf = item => decodeURIComponent(item.id); // an identifier is the path, encoded
+  // An identifier is the path, encoded; in a comparison it begins with + if only the second document has the object.
+  const pathOf = item => decodeURIComponent(item.id).replace(/^\+/, '');
   const link = made('a', {className: 'to', textContent: '#'});
   const button = made('button', {type: 'button', className: 'copy', textContent: 'copy path'});
   const toolsOf = item => {

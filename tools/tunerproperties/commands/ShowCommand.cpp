@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <jobxml/Visit.h>
-
 #include <tunerdocuments/Finding.h>
 #include <tunerdocuments/Html.h>
 #include <tunerdocuments/Lint.h>
 #include <tunerdocuments/Tree.h>
 
 #include "commands/Commands.h"
+#include "commands/HtmlPage.h"
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
 #include "files/DocumentFile.h"
@@ -36,39 +35,16 @@ void showAsJson(Input &input, const LoadOptions &loading, Findings &)
     Console::write(loadDocument(input, loading).toBytes(Form::Json, input.shownName()));
 }
 
-/// The number of objects below this one, or a larger number than `most`.
-int countObjects(const JobXml::DataObject &object, int most)
-{
-    int count = 0;
-    JobXml::visit(object, [&](const JobXml::MemberView &member) {
-        for (int i = 0; i < member.GetSize() && count <= most; ++i)
-            count += 1 + countObjects(member.GetChild(i), most - count - 1);
-    });
-    return count;
-}
-
-/// An empty object takes four bytes of a record and a kilobyte of a page.
-void checkSizeOfPage(const Input &input, const Document &document)
-{
-    constexpr int mostObjects = 1000000;
-    if (countObjects(document.tuner, mostObjects) > mostObjects)
-        throw FileFailure(input.shownName()
-                          + QStringLiteral(": cannot show more than %1 objects on a page; use 'show --format json'")
-                                .arg(mostObjects));
-}
-
 void showAsHtml(Input &input, const LoadOptions &loading, Findings &findings)
 {
     QByteArray text;
     const Document document = loadDocumentWithText(input, loading, findings.collector(), text);
-    checkSizeOfPage(input, document);
+    HtmlPage::checkSize(document, input.shownName(), QStringLiteral("show --format json"));
     findings.describePaths(document.tuner);
     lint(document, text, findings);
     text.clear(); // the page may take much memory itself
-    const FileName &name = input.name();
     BufferedOutput output;
-    html(document.tuner, findings,
-         name.isStandardStream() ? QStringLiteral("standard input") : name.withoutFolder().shown(),
+    html(document.tuner, findings, HtmlPage::sourceOf(input.name()),
          [&](const QByteArray &piece) { output.write(piece); });
     output.flush();
 }

@@ -77,14 +77,24 @@ class Browser:
             subprocess.run([TOOL, "show", "--format", "html", str(document)], stdout=output, check=True, timeout=60)
         return page
 
-    def open(self, document, dark=False, width=1200, height=900):
+    def compared(self, first, second):
+        """The page of the differences of two documents."""
+        page = self.folder / f"{pathlib.Path(first).name}-{pathlib.Path(second).name}.html"
+        with open(page, "wb") as output:
+            subprocess.run([TOOL, "diff", "--format", "html", str(first), str(second)], stdout=output, check=True,
+                           timeout=60)
+        return page
+
+    def open(self, document, **how):
+        return self.show(self.made(document), **how)
+
+    def show(self, page, dark=False, width=1200, height=900):
         self.devtools("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1,
                       mobile=False)
         self.emulate(dark=dark)
         self.driver.get("about:blank")
         self.driver.get_log("browser")
         self.driver.get_log("performance")
-        page = self.made(document)
         self.driver.get(page.as_uri())
         return page
 
@@ -169,6 +179,38 @@ class Browser:
             if element is None or element in order:
                 return order
             order.append(element)
+
+
+# What makes another document of the example receiver.xml: every kind of difference, in the document, components and nodes.
+CHANGES = [
+    ('quantity="2"', 'quantity="3"'),
+    ("<StartupMode>Stop</StartupMode>", ""),
+    ("<MaxBandwidth>600<", "<MaxBandwidth>650<"),
+    ('id="impedance" value="50"', 'id="impedance" value="75"'),
+    ('<ValueItem><ValueFloat id="X3" value="6.15"/></ValueItem>', ""),
+    ('id="recoveryTime" value="250"', 'id="recoveryTime" value="2000"'),
+    ('<ValueItem><ValueFloat id="maximum" value="3.20"/></ValueItem>',
+     '<ValueItem><ValueNumericInt id="new" value="3" min="0" max="7" step="1"/></ValueItem>'
+     '<ValueItem><ValueFloat id="maximum" value="3.20"/></ValueItem>'),
+    ('<ValueBoolean id="engaged" value="false"/>', '<ValueString id="engaged" value="no"/>'),
+    ('<Node id="feedVoltage">', '<Node id="fresh"><ValueItem><ValueBoolean id="b" value="true"/></ValueItem></Node>'
+                                '<Node id="feedVoltage">'),
+    ('type="FrontEnd" name="frontend"', 'type="FrontEnd" name="front"'),
+    ("</TunerProperties>", '<Component type="X" name="added" displayName="An added one" optional="true"><Node id="a">'
+     '<ValueItem><ValueNumericInt64 id="f" value="98500000" min="9000" max="8000000000" step="1"/></ValueItem>'
+     '<ValueItem><ValueString id="unit" value="Hz"/></ValueItem></Node></Component></TunerProperties>'),
+]
+
+
+def changed(document, folder):
+    """Another document, with these changes."""
+    text = pathlib.Path(document).read_text(encoding="utf-8")
+    for old, new in CHANGES:
+        assert old in text, old
+        text = text.replace(old, new)
+    path = folder / ("changed-" + pathlib.Path(document).name)
+    path.write_text(text, encoding="utf-8")
+    return path
 
 
 class BrowserTest(unittest.TestCase):

@@ -2,7 +2,7 @@
 
 import unittest
 
-from browser import EXAMPLES, LIGHT, BrowserTest
+from browser import EXAMPLES, LIGHT, BrowserTest, changed
 
 TEXT = 4.5
 PICTURE = 3.0
@@ -94,6 +94,30 @@ class Colors(BrowserTest):
                 for pair, where in pairs:
                     with self.subTest(pair=pair, where=where, dark=dark):
                         self.assertGreaterEqual(contrast(*pair.split(" on ")), TEXT)
+
+    def test_texts_of_a_comparison_have_enough_contrast_light_and_dark(self):
+        other = changed(EXAMPLES / "receiver.xml", self.browser.folder)
+        for first, second in ((EXAMPLES / "receiver.xml", other), (other, self.document("hostile.json"))):
+            page = self.browser.compared(first, second)
+            for dark in (False, True):
+                self.browser.show(page, dark=dark)
+                pairs = self.browser.script(TEXTS)
+                self.assertGreater(len(pairs), 5)
+                for pair, where in pairs:
+                    with self.subTest(pair=pair, where=where, dark=dark):
+                        self.assertGreaterEqual(contrast(*pair.split(" on ")), TEXT)
+
+    def test_edges_of_a_comparison_have_enough_contrast_light_and_dark(self):
+        other = changed(EXAMPLES / "receiver.xml", self.browser.folder)
+        page = self.browser.compared(EXAMPLES / "receiver.xml", other)
+        for dark in (False, True):
+            self.browser.show(page, dark=dark)
+            edges = self.browser.script("""
+                const edge = name => getComputedStyle(document.querySelector('.changes .changed > .' + name)).borderLeftColor;
+                return [edge('before'), edge('after'), getComputedStyle(document.querySelector('.panel')).backgroundColor];
+            """)
+            for edge in edges[:2]:
+                self.assertGreaterEqual(contrast(edge, edges[2]), PICTURE)
 
     def test_an_older_browser_shows_the_light_colors(self):
         page = self.browser.made(EXAMPLES / "receiver.xml")
