@@ -14,7 +14,7 @@ RECEIVER = EXAMPLES / "receiver.xml"
 PROBLEMS = """<TunerProperties Version="1.1" type="SCP" baseresource="B"><Extra/>
   <Component type="a" name="first" optional="true"><Node id="whole">%s</Node></Component>
   <Component type="b" name="second" optional="true"><Node id="broken"><ValueItem/></Node></Component>
-</TunerProperties>""" % ('<ValueItem><ValueInt id="v" value="1"/></ValueItem>' * 30)
+</TunerProperties>""" % "".join(f'<ValueItem><ValueInt id="v{i}" value="1"/></ValueItem>' for i in range(30))
 
 # One warning, in a component that is closed.
 WARNINGS = """<TunerProperties Version="1.1" type="SCP" baseresource="B">
@@ -388,11 +388,11 @@ class Page(BrowserTest):
                          [[True, ""], [False, "1 warning"]])
         self.assertEqual(self.browser.script("""return Array.from(document.querySelectorAll('#outline a'))
             .map(each => each.innerText || each.textContent)"""), ["No problems, 1 warning", "first", "second1 warning"])
-        self.browser.focus(self.control("value is above max"))
+        self.browser.focus(self.control("value 9 is above max 5; use a value from 0 to 5"))
         self.browser.press("Enter")
         self.browser.settle()
         self.assertEqual(self.browser.script("return document.querySelector(':target').closest('.value').innerText"
-                                             ".includes('value is above max')"), True)
+                                             ".includes('value 9 is above max 5')"), True)
         self.browser.screenshot("warnings.png")
 
     def bare(self):
