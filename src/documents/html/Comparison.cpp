@@ -91,8 +91,8 @@ Comparison::Comparison(const ComparedDocument &first, const ComparedDocument &se
                        const QVector<Difference> &differences, Markup &out)
     : m_out(out), m_problems(Findings()), m_objects(out, m_problems), m_cards(out, m_problems), m_first(first),
       m_second(second), m_changes(groupedChanges(first.document, second.document, differences)),
-      m_isShort(differences.size() <= mostDifferencesOpen), m_isLarge(differences.size() > mostNodesLaidOut),
-      m_unitBefore{first.document}, m_unitAfter{second.document}
+      m_isShort(differences.size() <= mostDifferencesOpen),
+      m_isLarge(differences.size() > mostNodesLaidOut), m_unitBefore{first.document}, m_unitAfter{second.document}
 {
 }
 
@@ -268,7 +268,7 @@ void Comparison::showSide(const char *htmlClass, const Difference &difference, c
     else if (difference.kind == Difference::Added || difference.kind == Difference::Removed)
         showContent(place.object(), unitAt(place, unit));
     else
-        showText(m_out, text);
+        showText(m_out, difference.kind == Difference::Moved ? QStringLiteral("position ") + text : text);
 }
 
 void Comparison::showContent(const DataObject *object, const Unit &unit)

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void everyDifferenceIsOnThePage_data() { identifiersAreUniqueAndArePaths_data(); }
     void everyDifferenceIsOnThePage();
     void identifierOfALongPathHasPositions();
+    void textsWithSlashesAndQuotesStayInTheirSteps();
     void manyDifferencesOpenOnlyTheFirstComponent();
     void textsAreNeverMarkup();
     void pageLoadsNothingFromElsewhere();
@@ -68,7 +69,8 @@ QByteArray nodeOf(const QByteArray &items)
 
 QByteArray intItem(const char *id, const char *value)
 {
-    return R"({"ChoiceValueItem": "ValueInt", "ValueInt": {"id": ")" + QByteArray(id) + R"(", "value": )" + value + "}}";
+    return R"({"ChoiceValueItem": "ValueInt", "ValueInt": {"id": ")" + QByteArray(id) + R"(", "value": )" + value
+        + "}}";
 }
 
 QByteArray unitItem(const char *unit)
@@ -93,7 +95,8 @@ QStringList rowsOf(const PageTree &page)
             const PageNode *member = row->allTagged("th").front();
             const auto cells = row->allTagged("td");
             rows.append(object + QStringLiteral(": ") + member->wholeText().trimmed() + QStringLiteral(": ")
-                        + cells.at(0)->wholeText().trimmed() + QStringLiteral(" -> ") + cells.at(1)->wholeText().trimmed());
+                        + cells.at(0)->wholeText().trimmed() + QStringLiteral(" -> ")
+                        + cells.at(1)->wholeText().trimmed());
         }
     }
     return rows;
@@ -154,7 +157,7 @@ void HtmlDifferencesTest::valuesAreSideBySideByObject_data()
         {QStringLiteral("Node[id=n]: ValueItem[id=i] removed: i ValueInt7 -> \u2014")});
     row("values that are exchanged", nodeOf(intItem("i", "7") + ", " + intItem("j", "8")),
         nodeOf(intItem("j", "8") + ", " + intItem("i", "7")),
-        {QStringLiteral("Node[id=n]: ValueItem[id=j] moved: 2 -> 1")});
+        {QStringLiteral("Node[id=n]: ValueItem[id=j] moved: position 2 -> position 1")});
     row("another kind of value", nodeOf(intItem("i", "7")),
         nodeOf(R"({"ChoiceValueItem": "ValueFloat", "ValueFloat": {"id": "i", "value": 0.1}})"),
         {QStringLiteral("Node[id=n]: ValueItem[id=i]: ValueInt -> ValueFloat"),
@@ -188,9 +191,8 @@ void HtmlDifferencesTest::summaryCountsTheDifferences()
     component.Setoptional(true);
     component.AppendNode(aNode(QStringLiteral("last"), 1));
     const PageTree page = comparisonOf(first, second);
-    const PageNode *summary = only(page.root().all([](const PageNode &node) {
-        return node.attribute("aria-label") == QLatin1String("Summary");
-    }));
+    const PageNode *summary = only(
+        page.root().all([](const PageNode &node) { return node.attribute("aria-label") == QLatin1String("Summary"); }));
     QStringList facts;
     for (const PageNode *fact : summary->allTagged("dt"))
         facts.append(fact->parent->allTagged("dt").front()->wholeText() + QLatin1Char(' ')
@@ -244,8 +246,10 @@ void HtmlDifferencesTest::addedAndRemovedComponentsAreShownWhole()
     for (const PageNode *node : cards[1]->all([](const PageNode &each) { return each.isOfClass("node"); }))
         nodes.append(node->values().join(QLatin1Char(' ')));
     QCOMPARE(nodes.size(), 2);
-    QVERIFY2(nodes[0].startsWith(QLatin1String("a ")) && nodes[0].endsWith(QLatin1String(" 1000")), qPrintable(nodes[0]));
-    QVERIFY2(nodes[1].startsWith(QLatin1String("b ")) && nodes[1].endsWith(QLatin1String(" 2000")), qPrintable(nodes[1]));
+    QVERIFY2(nodes[0].startsWith(QLatin1String("a ")) && nodes[0].endsWith(QLatin1String(" 1000")),
+             qPrintable(nodes[0]));
+    QVERIFY2(nodes[1].startsWith(QLatin1String("b ")) && nodes[1].endsWith(QLatin1String(" 2000")),
+             qPrintable(nodes[1]));
     QVERIFY(rowsOf(page).isEmpty());
 }
 
@@ -351,6 +355,21 @@ void HtmlDifferencesTest::identifierOfALongPathHasPositions()
              QStringLiteral("Component[type=Filter,name=") + QStringLiteral("%E6%BC%A2").repeated(50)
                  + QStringLiteral("]"));
     QCOMPARE(only(ofClass(page, "node"))->attribute("id"), QStringLiteral("Component[1]/Node[2]"));
+}
+
+void HtmlDifferencesTest::textsWithSlashesAndQuotesStayInTheirSteps()
+{
+    TunerProperties first = aDocument(1);
+    first.GetComponent()[0].Setname(QStringLiteral("a/b\"/c\\"));
+    first.GetComponent()[0].GetNode()[0].Setid(QStringLiteral("x/y\\\"]/z"));
+    TunerProperties second = first;
+    second.GetComponent()[0].GetNode()[0].GetValueItem()[0].GetValueInt().Setvalue(99);
+    const PageTree page = comparisonOf(first, second);
+    QCOMPARE(only(ofClass(page, "where"))->wholeText(), QStringLiteral(R"(Component[type=Filter,name="a/b\"/c\\"])"));
+    QCOMPARE(only(page.root().allTagged("h4"))->wholeText(), QStringLiteral(R"(Node[id="x/y\\\"]/z"])"));
+    QCOMPARE(rowsOf(page).size(), 1);
+    QVERIFY2(rowsOf(page).first().endsWith(QLatin1String("/ValueInt/value: 0 -> 99")),
+             qPrintable(rowsOf(page).first()));
 }
 
 void HtmlDifferencesTest::manyDifferencesOpenOnlyTheFirstComponent()

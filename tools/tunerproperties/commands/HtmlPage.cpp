@@ -30,8 +30,7 @@ void HtmlPage::checkSize(const TunerDocuments::Document &document, const QString
 {
     constexpr int mostObjects = 1000000;
     if (countObjects(document.tuner, mostObjects) > mostObjects)
-        throw FileFailure(shownName
-                          + QStringLiteral(": cannot show more than %1 objects on a page; use '%2'")
-                                .arg(mostObjects)
-                                .arg(instead));
+        throw FileFailure(
+            shownName
+            + QStringLiteral(": cannot show more than %1 objects on a page; use '%2'").arg(mostObjects).arg(instead));
 }
