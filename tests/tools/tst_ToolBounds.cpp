@@ -223,8 +223,8 @@ private Q_SLOTS:
     void resultsOfManyFilesTakeLittleMemory_data();
     void resultsOfManyFilesTakeLittleMemory();
     void aLongVersionIsNotReadAgainForEachElement();
-    void aPageTakesNoMoreMemoryThanValidating_data();
-    void aPageTakesNoMoreMemoryThanValidating();
+    void aPageTakesNoMoreMemoryThanLint_data();
+    void aPageTakesNoMoreMemoryThanLint();
     void runningOutOfMemoryIsReported_data();
     void runningOutOfMemoryIsReported();
     void outputAndMemoryFollowTheSizeOfTheInput_data();
@@ -535,7 +535,7 @@ void ToolBoundsTest::aLongVersionIsNotReadAgainForEachElement()
     QVERIFY2(cost.out.contains("in.xml: 5001 problems"), cost.out.constData());
 }
 
-void ToolBoundsTest::aPageTakesNoMoreMemoryThanValidating_data()
+void ToolBoundsTest::aPageTakesNoMoreMemoryThanLint_data()
 {
     QTest::addColumn<QByteArray>("nodeStart");
     QTest::addColumn<QByteArray>("panel");
@@ -546,8 +546,8 @@ void ToolBoundsTest::aPageTakesNoMoreMemoryThanValidating_data()
         << QByteArray("<Node id=\"n\">") << QByteArray("<h2>No problems, 21999 warnings</h2>");
 }
 
-// The page is written while it is composed, so it is never in memory as a whole.
-void ToolBoundsTest::aPageTakesNoMoreMemoryThanValidating()
+// The page is written while it is composed, so it is never in memory as a whole: only what finds its findings is.
+void ToolBoundsTest::aPageTakesNoMoreMemoryThanLint()
 {
     QFETCH(QByteArray, nodeStart);
     QFETCH(QByteArray, panel);
@@ -559,12 +559,12 @@ void ToolBoundsTest::aPageTakesNoMoreMemoryThanValidating()
               "</ValueItem></Node>\n";
     m_workshop->write(QStringLiteral("in.xml"),
                       xml("<Component type=\"t\" name=\"c\" optional=\"false\">" + nodes + "</Component>"));
-    const Cost validating = costOf(*m_workshop, line("validate in.xml"));
+    const Cost lint = costOf(*m_workshop, line("lint in.xml"));
     const Cost page = costOf(*m_workshop, line("show --format html in.xml"));
     QCOMPARE(page.status, 0);
     QVERIFY2(page.out.contains(panel), page.out.constData());
     QVERIFY2(page.outSize > 20 * MiB, qPrintable(QString::number(page.outSize)));
-    checkMemory(page, validating.memory + 3 * MiB);
+    checkMemory(page, lint.memory + 3 * MiB);
 }
 
 void ToolBoundsTest::runningOutOfMemoryIsReported_data()
