@@ -173,7 +173,7 @@ void DocumentSnippets::problemsHavePathsOrPlaces()
     QCOMPARE(problemsOf(file.fileName()),
              (QStringList{file.fileName()
                               + QStringLiteral(":6:43: Please set a value or a default for the boolean 'hwProcessing' "
-                                               "in 'TunerProperties'."),
+                                               "in 'TunerProperties'. '' is neither true nor false"),
                           file.fileName() + QStringLiteral(": Component[1]: Component: Please set name properly.")}));
 }
 

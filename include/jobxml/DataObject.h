@@ -70,6 +70,10 @@ struct Problem : ObjectPath
     int column = 0;
     qint64 offset = -1;
     /// @}
+
+    /// What a validating reader refuses, as the document has it: the text of the member, or the name of the element
+    /// that the object does not have. Null for an incomplete item, and for problems that GetProblems() finds.
+    QString value{};
 };
 
 /// What to accept when all problems of a document are collected while it is read.

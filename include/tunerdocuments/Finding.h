@@ -30,9 +30,16 @@ struct TUNERDOCUMENTS_EXPORT Finding
     /// The same place as a path, without the member: "Component[type=Filter,name=Pre]/Node[id=gain]". Null until
     /// Findings::describePaths() or the function that found it has set it; empty for the document itself.
     QString path{};
-    QString message{}; ///< the problem, without its place
-    QString
-        suggestion{}; ///< what to write instead, as part of a sentence: "did you mean 'gain'?"; null if there is none
+    QString message{}; ///< the problem, without its place; of the model's problems, the model's own text
+    /// What the document has instead of one of the choices: the text of a member, the name of an element, the number of
+    /// a value without a name. Long ones are shortened. Null if the document has nothing there, or if it is not known.
+    QString value{};
+    QStringList choices{}; ///< what a problem would accept instead: names; empty if they cannot be listed
+    /// What to write instead, as part of a sentence: "did you mean 'gain'?". Null if there is none.
+    QString suggestion{};
+    /// What explained() adds to the message of a problem: "unknown name 'scp'; expected MCP, SCP or FFP; did you mean
+    /// 'SCP'?". Null if the message says it, or if there is nothing to add.
+    QString explanation{};
     int line = 0; ///< in the text of the document, counted from 1; 0 if unknown
     int column = 0; ///< in UTF-16 units, counted from 1; 0 if unknown
     bool isError = false; ///< of a warning: whether LintOptions::errors names its rule
@@ -43,12 +50,16 @@ struct TUNERDOCUMENTS_EXPORT Finding
     /// The path of the member, or of the object if there is none: "Component[type=Filter,name=Pre]/optional".
     QString place() const;
 
-    /// "FILE:LINE:COLUMN: PATH: message", without what is not known. A warning ends with its suggestion and its rule:
-    /// "FILE:LINE:COLUMN: PATH/MEMBER: message; suggestion [rule]", or "[error: rule]".
+    /// The message for people: that of a problem with its explanation, that of a warning with its suggestion.
+    QString explained() const;
+
+    /// "FILE:LINE:COLUMN: PATH: ", without what is not known, and explained(). A warning has the path of the member and
+    /// ends with its rule: "FILE:LINE:COLUMN: PATH/MEMBER: message; suggestion [rule]", or "[error: rule]".
     QString text(const QString &fileName) const;
 };
 
-/// A problem with its message shortened if it is long. A problem with a location has no path.
+/// A problem with its message shortened if it is long, and with the explanation as far as the document is not required
+/// for it. A problem with a location has no path.
 TUNERDOCUMENTS_EXPORT Finding findingOf(const JobXml::Problem &problem);
 
 /// Recognizes what a reader refuses although the document then has it: incomplete items of lists.
@@ -57,9 +68,6 @@ class TUNERDOCUMENTS_EXPORT KeptItems
 public:
     /// Whether the problem, one with a place in the document that was read, is about such an item.
     bool contain(const JobXml::Problem &problem);
-
-private:
-    QHash<QString, bool> m_known; // by class and member
 };
 
 /// "3001 problems; only the first 100 are listed". `what` is "problems" or "warnings".
@@ -98,7 +106,8 @@ public:
         return [this](const JobXml::Problem &problem) { add(problem); };
     }
 
-    /// Sets the paths of the problems that have no location. The document must be the one in which they were found.
+    /// Sets the paths of the problems that have no location, and their values. The document must be the one in which
+    /// they were found.
     void describePaths(const JobXml::TunerProperties &document);
 
     /// Calls the function with each problem that is kept, which it may change.
@@ -140,12 +149,15 @@ private:
     /// \endcond
 
     const List &shown() const { return m_problems.count > 0 ? m_problems : m_heldBack; }
+    Q_DECL_HIDDEN void noteRefused(const JobXml::Problem &problem);
+    Q_DECL_HIDDEN void describeValue(Finding &finding, const JobXml::TunerProperties &document) const;
 
     int m_most = std::numeric_limits<int>::max();
     List m_problems;
     List m_heldBack;
     List m_warnings;
     KeptItems m_keptItems;
+    QHash<QString, QString> m_refused; // the names that readers have refused, by their members
 };
 
 } // namespace TunerDocuments

@@ -17,7 +17,7 @@ namespace JobXml {
 /// How a value of type T is encoded, once per type:
 ///  - `withText` and `fromText`: in XML. `withText` calls a function with the text, a QString or, for numbers and
 ///    booleans, a QLatin1String. Text that is not a number is read as 0, without an error, as the format requires.
-///  - `writePayload` and `readPayload`: in a tagged record.
+///  - `writePayload` and `readPayload`: in a tagged record. An enumeration has `fromName` instead of `readPayload`.
 ///  - `writeSnapshot` and `readSnapshot`: in a snapshot.
 ///  - `kind`, `names`, `variant` and `fromVariant`: for visitors. `fromVariant` returns false for another type of
 ///    value.

@@ -257,7 +257,9 @@ void readMemberElement(DataObject &object, XmlInput &input)
     if (row)
         row->readXmlElement(object, input);
     else
-        input.store(nullptr, [&] { info.behavior.readUnknownElement(object, input); });
+        input.storeText(
+            nullptr, Source::noPosition, [&] { return input.name(); },
+            [&] { info.behavior.readUnknownElement(object, input); });
 }
 
 /// Returns whether the end tag of the element `name` was reached.

@@ -136,8 +136,14 @@ public:
     // The member's type determines how much is read. A wrong length is detected when the record's lengths are added up.
     void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
-        T value = Codec<T>::readPayload(reader, object);
-        reader.store(this, [&] { set(object, reader.isCollecting() ? value : std::move(value)); });
+        if constexpr (Codec<T>::kind == MemberKind::Enumeration) {
+            const QString name = reader.readText(object);
+            reader.storeText(
+                this, Source::noPosition, [&] { return name; }, [&] { set(object, Codec<T>::fromName(name)); });
+        } else {
+            T value = Codec<T>::readPayload(reader, object);
+            reader.store(this, [&] { set(object, reader.isCollecting() ? value : std::move(value)); });
+        }
     }
 
     void writeSnapshot(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -159,7 +165,9 @@ public:
 private:
     void storeText(DataObject &object, XmlInput &input, const XmlText &text) const
     {
-        input.store(this, [&] { set(object, Codec<T>::fromText(object, this->name(), text)); });
+        input.storeText(
+            this, Source::noPosition, [&] { return text.toString(); },
+            [&] { set(object, Codec<T>::fromText(object, this->name(), text)); });
     }
 
     void noteInvalid(const Block &block, WriteTarget &target) const

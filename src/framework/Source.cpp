@@ -39,7 +39,7 @@ void Source::locate(ReportException &exception) const
 }
 
 /// Called while the exception is handled.
-void Source::refused(ReportException &refusal, const Member *member, Position position) const
+void Source::refused(ReportException &refusal, const Member *member, Position position, const QString &value) const
 {
     if (!m_innermost)
         throw;
@@ -48,7 +48,9 @@ void Source::refused(ReportException &refusal, const Member *member, Position po
         setPlace(refusal, path, position);
     if (!m_visitor)
         throw;
-    (*m_visitor)(problemOf(refusal, path, member ? QString(member->name()) : QString()));
+    Problem problem = problemOf(refusal, path, member ? QString(member->name()) : QString());
+    problem.value = value;
+    (*m_visitor)(problem);
 }
 
 void Source::storeUnvalidated(const ActionOn<> &action) const

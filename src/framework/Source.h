@@ -86,6 +86,18 @@ public:
         }
     }
 
+    /// The same for a text, which the problem shows. `textOf` returns it.
+    template <class TextOf, class Action>
+    void storeText(const Member *member, Position position, const TextOf &textOf, Action &&action)
+    {
+        try {
+            action();
+        } catch (ReportException &refusal) {
+            refused(refusal, member, position == noPosition ? this->position() : position, textOf());
+            storeUnvalidated(ActionOn<>(action));
+        }
+    }
+
     /// Calls code of a derived class that reads from this source. If problems are collected, an exception is one of
     /// them.
     template <class Action>
@@ -112,7 +124,7 @@ private:
     /// Sets line, column and offset, as far as they are known.
     virtual void resolve(Position position, REPORTGENERATOR::ErrorLocation &location) const = 0;
 
-    void refused(ReportException &refusal, const Member *member, Position position) const;
+    void refused(ReportException &refusal, const Member *member, Position position, const QString &value = {}) const;
     void setPlace(ReportException &exception, const ObjectPath &path, Position position) const;
     void storeUnvalidated(const ActionOn<> &action) const;
     ObjectPath pathTo(const Frame &frame) const;

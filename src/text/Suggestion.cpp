@@ -70,6 +70,12 @@ QString unknownWord(const QString &word, const QString &kind, const QStringList 
         + (meant.isNull() ? QStringLiteral("; expected ") + listed(known) : meant);
 }
 
+QString unknownWordAmong(const QString &word, const QString &kind, const QStringList &known)
+{
+    return QStringLiteral("unknown ") + kind + QStringLiteral(" '") + word + QStringLiteral("'; expected ")
+        + listed(known) + hint(word, known);
+}
+
 QString listed(const QStringList &words)
 {
     if (words.size() < 2)

@@ -21,6 +21,10 @@ QString hintAt(const QString &meant);
 /// "unknown form 'tpz'; expected xml, tagged, compressed or snapshot".
 QString unknownWord(const QString &word, const QString &kind, const QStringList &known);
 
+/// The same with all known words and the suggestion: "unknown name 'scan'; expected Scan, Step or Stop; did you mean
+/// 'Scan'?"
+QString unknownWordAmong(const QString &word, const QString &kind, const QStringList &known);
+
 /// "a, b or c"
 QString listed(const QStringList &words);
 

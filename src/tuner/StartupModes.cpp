@@ -105,7 +105,9 @@ public:
     {
         XmlText text;
         if (input.readText(text))
-            input.store(this, [&] { append(object, modeOf(text.toString())); });
+            input.storeText(
+                this, Source::noPosition, [&] { return text.toString(); },
+                [&] { append(object, modeOf(text.toString())); });
     }
 
     void writeRecord(const DataObject &, Block &block, BinaryWriter &writer) const override
@@ -128,8 +130,9 @@ public:
         for (qint32 i = 0; i < count; ++i) {
             const Source::Position begin = reader.nextPosition();
             reader.read<qint32>(object); // the entry's length; its text contains it again
-            const Mode mode = modeOf(reader.readText(object));
-            reader.store(this, begin, [&] { append(object, mode); });
+            const QString name = reader.readText(object);
+            reader.storeText(
+                this, begin, [&] { return name; }, [&] { append(object, modeOf(name)); });
         }
     }
 

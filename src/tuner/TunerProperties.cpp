@@ -65,9 +65,9 @@ struct Codec<Type> : CodecDefaults<Type>
     {
         use(nameOf(value));
     }
+    static Type fromName(const QString &name) { return typeOf(name); }
     static Type fromText(const DataObject &, QLatin1String, const XmlText &text) { return typeOf(text.toString()); }
     static void writePayload(BinaryWriter &writer, Type value) { writer.putUtf8(nameOf(value)); }
-    static Type readPayload(BinaryReader &reader, const DataObject &owner) { return typeOf(reader.readText(owner)); }
     static void writeSnapshot(BinaryWriter &writer, Type value) { writer.put(qint8(value)); }
     static bool readSnapshot(BinaryReader &reader, Type &value)
     {

@@ -98,6 +98,7 @@ class ReadProblemsTest : public QObject
 private Q_SLOTS:
     void aGoodDocumentHasNoProblems();
     void everyRefusedValueHasItsPlaceAndPath();
+    void aRefusedTextIsTheValueOfItsProblem();
     void theObjectIsThatOfReadingWithoutValidation();
     void theStrictReaderThrowsTheFirstProblemAtTheSamePlace();
     void linesEndInEveryWayAndColumnsAreUtf16();
@@ -119,6 +120,7 @@ private Q_SLOTS:
     void aDocumentThatIsReadMeanwhileKeepsItsSource();
 
     void refusedRecordsHaveTheirOffsets();
+    void aRefusedNameInARecordIsTheValueOfItsProblem();
     void aRecordWithAWrongLengthEndsTheReading();
     void compressedRepresentationsCanBeRefused();
     void representationsAreLimitedInSize();
@@ -172,6 +174,57 @@ void ReadProblemsTest::everyRefusedValueHasItsPlaceAndPath()
             QStringLiteral("Component \"c\" / Node 2 id: Node: Please set id properly."),
             QStringLiteral("type: TunerProperties: Please set type properly."),
         }));
+}
+
+namespace {
+
+/// "MEMBER=VALUE" for each problem that has a value.
+QStringList valuesOf(const QVector<Problem> &problems)
+{
+    QStringList values;
+    for (const Problem &problem : problems) {
+        if (!problem.value.isNull())
+            values.append(problem.member + QLatin1Char('=') + problem.value);
+    }
+    return values;
+}
+
+} // namespace
+
+void ReadProblemsTest::aRefusedTextIsTheValueOfItsProblem()
+{
+    const QString xml =
+        QStringLiteral("<TunerProperties Version=\"1.1\" type=\"s&amp;p\" hwProcessing=\"\">"
+                       "<StartupModes><StartupMode>Scna</StartupMode></StartupModes><x:Extra xmlns:x=\"y\"/>"
+                       "<type><!-- --> SCP</type><Component/></TunerProperties>");
+    // What the check finds has no value, and an incomplete item has none either.
+    const QStringList expected = {QStringLiteral("type=s&p"), QStringLiteral("hwProcessing="),
+                                  QStringLiteral("StartupMode=Scna"), QStringLiteral("=Extra"),
+                                  QStringLiteral("type= SCP")};
+    TunerProperties document;
+    QVector<Problem> problems;
+    QVERIFY(!document.SetXmlString(xml, problems));
+    QCOMPARE(valuesOf(problems), expected);
+    // A document of the reader.
+    QVERIFY(!document.SetXmlDocument(QByteArray("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>") + xml.toLatin1(),
+                                     QStringLiteral("d"), problems));
+    QCOMPARE(valuesOf(problems), expected);
+}
+
+void ReadProblemsTest::aRefusedNameInARecordIsTheValueOfItsProblem()
+{
+    const QByteArray bytes = QByteArray::fromHex("C10CBB5F 00000037"
+                                                 "A1F0EE2D 00000007 00000003 736370" // type "scp"
+                                                 "2A68BEF4 00000020" // the modes
+                                                 "627B74CE 00000018 00000002" // two
+                                                 "00000008 00000004 53636E61" // "Scna"
+                                                 "00000004 00000000"); // ""
+    TunerProperties document;
+    QVector<Problem> problems;
+    QVERIFY(!document.SetBinaryRepresentation(bytes, problems));
+    QCOMPARE(
+        valuesOf(problems),
+        (QStringList{QStringLiteral("type=scp"), QStringLiteral("StartupMode=Scna"), QStringLiteral("StartupMode=")}));
 }
 
 void ReadProblemsTest::theObjectIsThatOfReadingWithoutValidation()

@@ -87,7 +87,9 @@ void ToolBatchTest::resultsAreWrittenInTheOrderOfTheFiles()
         if (!isMissing)
             m_workshop->write(name, isBad ? QByteArray(smallXml).replace(" type=\"SCP\"", "") : QByteArray(smallXml));
         if (isBad)
-            out += name + text(": TunerProperties: Please set type properly.\n");
+            out += name
+                + text(": TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or "
+                       "DirectionFinder\n");
         if (isMissing)
             err += text("tunerproperties: ") + name + text(": cannot open: No such file or directory\n");
     }
@@ -107,8 +109,10 @@ void ToolBatchTest::resultIsWrittenAsSoonAsThePreviousOnesAre()
                                            "  sed 's/^/then: /'\n"
                                            "}"));
     QCOMPARE(run.out,
-             text("first: bad.xml: TunerProperties: Please set type properly.\n"
-                  "then: bad.xml: TunerProperties: Please set type properly.\n"
+             text("first: bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or "
+                  "DirectionFinder\n"
+                  "then: bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or "
+                  "DirectionFinder\n"
                   "then: tunerproperties: 3 files: 1 valid, 2 with problems\n"));
 }
 
@@ -143,7 +147,8 @@ void ToolBatchTest::badFileDoesNotStopTheOthers()
         m_workshop->run(line("convert --to tagged --out-dir . bad.xml good.xml cut.xml missing.xml other.xml"));
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err,
-             text("tunerproperties: bad.xml: TunerProperties: Please set type properly.\n"
+             text("tunerproperties: bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, "
+                  "Receiver or DirectionFinder\n"
                   "tunerproperties: cut.xml:1:17: Premature end of document.\n"
                   "tunerproperties: missing.xml: cannot open: No such file or directory\n"
                   "tunerproperties: 5 files: 2 converted, 1 with problems, 2 unreadable\n"));
@@ -220,16 +225,19 @@ void ToolBatchTest::jsonLineDescribesTheWholeResult()
         text(
             R"({"file":"two.xml","status":"problems","problems":[)"
             R"({"path":null,"line":3,"column":32,"message":"Please set a value or a default for the boolean 'optional' )"
-            R"(in 'Component'."},)"
+            R"(in 'Component'.","value":"","choices":["true","false"],"suggestion":null},)"
             R"({"path":"Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]","line":null,"column":null,"message":)"
-            R"("ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set."},)"
+            R"("ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set.",)"
+            R"("value":null,"choices":null,"suggestion":null},)"
             R"({"path":"Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt","line":null,"column":null,)"
-            R"("message":"ValueInt: Please set value properly."}],"problemCount":3,"warnings":0,"error":null})"
+            R"("message":"ValueInt: Please set value properly.","value":null,"choices":null,"suggestion":null}],)"
+            R"("problemCount":3,"warnings":0,"error":null})"
             "\n"
             R"({"file":"good.xml","status":"valid","problems":[],"problemCount":0,"warnings":0,"error":null})"
             "\n"
             R"({"file":"bad.xml","status":"problems","problems":[)"
-            R"({"path":"","line":null,"column":null,"message":"TunerProperties: Please set type properly."}],)"
+            R"({"path":"","line":null,"column":null,"message":"TunerProperties: Please set type properly.",)"
+            R"("value":null,"choices":["MCP","SCP","FFP","Receiver","DirectionFinder"],"suggestion":null}],)"
             R"("problemCount":1,"warnings":0,"error":null})"
             "\n"
             R"({"file":"missing.xml","status":"unreadable","problems":[],"problemCount":0,)"
@@ -251,7 +259,8 @@ void ToolBatchTest::jsonLineDescribesTheConversion()
              R"("losses":[],"lossCount":0,"error":null})"
              "\n"
              R"({"file":"bad.xml","output":"out/bad.tpb","status":"problems","problems":[{"path":"","line":null,)"
-             R"("column":null,"message":"TunerProperties: Please set type properly."}],"problemCount":1,)"
+             R"("column":null,"message":"TunerProperties: Please set type properly.","value":null,)"
+             R"("choices":["MCP","SCP","FFP","Receiver","DirectionFinder"],"suggestion":null}],"problemCount":1,)"
              R"("losses":[],"lossCount":0,"error":null})"
              "\n"
              R"({"file":"cut.xml","output":"out/cut.tpb","status":"unreadable","problems":[],"problemCount":0,)"
@@ -273,7 +282,8 @@ void ToolBatchTest::jsonKeepsTextsUnchanged()
     QCOMPARE(run.out,
              text(R"({"file":"Ü \"x\"\n.xml","status":"problems","problems":[)"
                   R"({"path":"Component[type=t,name=\"a\\nb/Ü\"]/Node[1]","line":null,"column":null,)"
-                  R"("message":"Node: Please set id properly."}],"problemCount":1,"warnings":1,"error":null})"
+                  R"("message":"Node: Please set id properly.","value":null,"choices":null,"suggestion":null}],)"
+                  R"("problemCount":1,"warnings":1,"error":null})"
                   "\n"));
     QCOMPARE(run.status, 1);
 }

@@ -269,7 +269,8 @@ void ToolBoundsTest::aLongNameIsReplacedByThePositionInTheJsonOfProblems()
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out,
              QByteArray(R"({"file":"in.xml","status":"problems","problems":[{"path":"Component[1]/Node[1]",)"
-                        R"("line":null,"column":null,"message":"Node: Please set ValueItem properly."}],)"
+                        R"("line":null,"column":null,"message":"Node: Please set ValueItem properly.",)"
+                        R"("value":null,"choices":null,"suggestion":null}],)"
                         R"("problemCount":20001,"warnings":0,"error":null})"
                         "\n"));
 }
@@ -330,7 +331,9 @@ void ToolBoundsTest::problemsOfTheXmlReaderAreCountedToo()
     const Cost cost = costOf(*m_workshop, line("validate --max-problems 1 in.xml"));
     QCOMPARE(cost.status, 1);
     QCOMPARE(cost.out,
-             QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'.\n"
+             QByteArray("in.xml:2:60: Unknown Tag 'a' in 'TunerProperties'. Expected name, type, baseresource, "
+                        "connectableResources, quantity, parentBaseResource, hwProcessing, StartupModes, "
+                        "BandwidthSelection, MaxFFPDelay, HRPANSupported or Component\n"
                         "in.xml: 3001 problems; only the first is listed; use --max-problems to list more\n"));
 }
 

@@ -69,7 +69,8 @@ QByteArray withoutTypes(QByteArray xml)
 }
 
 const char *const twoProblems = "tunerproperties: in.xml: Component[1]: Component: Please set type properly.\n"
-                                "tunerproperties: in.xml: TunerProperties: Please set type properly.\n";
+                                "tunerproperties: in.xml: TunerProperties: Please set type properly. Expected MCP, "
+                                "SCP, FFP, Receiver or DirectionFinder\n";
 
 } // namespace
 

@@ -429,8 +429,9 @@ void ToolJsonTest::validatingReportsTheSameProblems()
     const QByteArray json = QByteArray(smallJson).replace(R"("type": "t",)", "").replace(R"("type": "SCP",)", "");
     shop.write(QStringLiteral("a.json"), json);
     const Run run = shop.run(line("validate a.json"));
-    QVERIFY(run.out.startsWith(QStringLiteral("a.json: Component[1]: Component: Please set type properly.\n"
-                                              "a.json: TunerProperties: Please set type properly.\n")));
+    QVERIFY(run.out.startsWith(QStringLiteral(
+        "a.json: Component[1]: Component: Please set type properly.\n"
+        "a.json: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or DirectionFinder\n")));
     QCOMPARE(run.status, 1);
     shop.write(QStringLiteral("b.json"), smallJson);
     QCOMPARE(shop.run(line("validate b.json")).status, 0);
@@ -440,7 +441,8 @@ void ToolJsonTest::invalidDocumentsAreNotWritten()
 {
     Workshop shop;
     const Run run = shop.run(line("convert - a.json"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
-    QVERIFY(run.err.startsWith(QStringLiteral("tunerproperties: -: TunerProperties: Please set type properly.\n")));
+    QVERIFY(run.err.startsWith(QStringLiteral("tunerproperties: -: TunerProperties: Please set type properly. Expected "
+                                              "MCP, SCP, FFP, Receiver or DirectionFinder\n")));
     QCOMPARE(run.status, 1);
     QCOMPARE(shop.files(), QStringList());
 }

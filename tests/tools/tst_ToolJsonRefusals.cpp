@@ -81,9 +81,11 @@ const char *const theirLines[] = {
     R"(quantity, parentBaseResource, hwProcessing, StartupModes, BandwidthSelection, MaxFFPDelay, HRPANSupported or )"
     R"(Component)",
     R"(:19:52: quantity: 'null' is not a whole number)",
-    R"(:20:13: type: unknown name 'receiver'; did you mean 'Receiver'?)",
+    R"(:20:13: type: unknown name 'receiver'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean )"
+    R"('Receiver'?)",
     R"(:21:35: hwProcessing: '1' is neither true nor false)",
-    R"(:22:46: StartupModes/StartupMode: unknown name 'Scna'; did you mean 'Scan'?)",
+    R"(:22:46: StartupModes/StartupMode: unknown name 'Scna'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, )"
+    R"(MSearch, Polar, Search or Stop; did you mean 'Scan'?)",
     R"(:22:54: StartupModes/StartupMode: '1.0' is not a name; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, )"
     R"(MSearch, Polar, Search or Stop)",
     R"(:22:59: StartupModes/StartupMode: '1000' is out of range; expected Scan, FastScan, MScan, FFM, WFFM, Step, )"
@@ -212,10 +214,14 @@ void ToolJsonRefusalsTest::invalidDocumentIsAProblemAtItsPlace_data()
     member(R"("MaxFFPDelay": "1\n")", "16: MaxFFPDelay: the string '1\\n' is not a whole number");
     member(R"("MaxFFPDelay": "")", "16: MaxFFPDelay: the string '' is not a whole number");
     member(R"("MaxFFPDelay": "-")", "16: MaxFFPDelay: the string '-' is not a whole number");
-    member(R"("type": "receiver")", "9: type: unknown name 'receiver'; did you mean 'Receiver'?");
+    member(R"("type": "receiver")",
+           "9: type: unknown name 'receiver'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean "
+           "'Receiver'?");
     member(R"("type": "a\u0000b")",
            "9: type: unknown name 'a\\u0000b'; expected MCP, SCP, FFP, Receiver or DirectionFinder");
-    member(R"("type": "Recei\u0000ver")", "9: type: unknown name 'Recei\\u0000ver'; did you mean 'Receiver'?");
+    member(R"("type": "Recei\u0000ver")",
+           "9: type: unknown name 'Recei\\u0000ver'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you "
+           "mean 'Receiver'?");
     member(R"("a\u0000quantity": 1)",
            "1: unknown member 'a\\u0000quantity' of TunerProperties; did you mean 'quantity'?");
     member(R"("type": 128)", "9: type: '128' is out of range; expected MCP, SCP, FFP, Receiver or DirectionFinder");
@@ -225,7 +231,8 @@ void ToolJsonRefusalsTest::invalidDocumentIsAProblemAtItsPlace_data()
     member(R"("StartupModes": {"StartupMode": "Scan"})",
            "33: StartupModes/StartupMode: the string 'Scan' is not an array");
     member(R"("StartupModes": {"StartupMode": ["Scna"]})",
-           "34: StartupModes/StartupMode: unknown name 'Scna'; did you mean 'Scan'?");
+           "34: StartupModes/StartupMode: unknown name 'Scna'; expected Scan, FastScan, MScan, FFM, WF"
+           "FM, Step, DF, MSearch, Polar, Search or Stop; did you mean 'Scan'?");
     member(R"("Component": {})", "14: Component: '{}' is not an array");
     member(R"("Component": [{}, null])", "19: Component[2]: 'null' is not an object");
     const auto bandwidth = [&](const QByteArray &number, const QByteArray &text) {
@@ -251,7 +258,7 @@ void ToolJsonRefusalsTest::invalidDocumentIsAProblemAtItsPlace_data()
                                "ValueNumericInt64, ValueSelection, ValueString or ValueStringList";
     item(R"("ChoiceValueItem": 256)", "20: @[1]/ChoiceValueItem: '256' is out of range; expected " + choices);
     item(R"("ChoiceValueItem": "ValueText", "ValueInt": {"id": "i"})",
-         "20: @[1]/ChoiceValueItem: unknown name 'ValueText'; did you mean 'ValueInt'?");
+         "20: @[1]/ChoiceValueItem: unknown name 'ValueText'; expected " + choices + "; did you mean 'ValueInt'?");
     item(R"("unset": {"ChoiceValueItem": "ValueInt"})", "11: @[1]: 'ChoiceValueItem' is not allowed in \"unset\"");
 }
 
@@ -279,9 +286,11 @@ void ToolJsonRefusalsTest::problemsAreWrittenAsJsonWithPathLineAndColumn()
     const Run run = shop.run(line("validate --json a.json"));
     QCOMPARE(run.out,
              QStringLiteral(R"({"file":"a.json","status":"problems","problems":[{"path":"name","line":1,"column":30,)"
-                            R"("message":"'7' is not a string; did you mean \"7\"?"},{"path":"Component[1]","line":1,)"
+                            R"("message":"'7' is not a string; did you mean \"7\"?","value":"7","choices":null,)"
+                            R"("suggestion":"did you mean \"7\"?"},{"path":"Component[1]","line":1,)"
                             R"("column":61,"message":"unknown member 'id' of Component; expected type, name, )"
-                            R"(displayName, optional or Node"}],"problemCount":2,"error":null})"
+                            R"(displayName, optional or Node","value":"id","choices":["type","name","displayName",)"
+                            R"("optional","Node"],"suggestion":null}],"problemCount":2,"error":null})"
                             "\n"));
     QCOMPARE(run.status, 1);
 }

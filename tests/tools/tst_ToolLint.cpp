@@ -109,9 +109,13 @@ void ToolLintTest::problemsOfTheModelComeFirst()
     const Run run = shop.run(line("lint a.xml"));
     const QStringList lines = run.out.split(QLatin1Char('\n'));
     QCOMPARE(lines.size(), 3);
-    QCOMPARE(lines[0], QStringLiteral("a.xml:2:1: Component[type=t,name=c]: Component: Please set optional properly."));
+    QCOMPARE(
+        lines[0],
+        QStringLiteral(
+            "a.xml:2:1: Component[type=t,name=c]: Component: Please set optional properly. Expected true or false"));
     QCOMPARE(shop.run(line("validate a.xml")).out,
-             QStringLiteral("a.xml: Component[type=t,name=c]: Component: Please set optional properly.\n"));
+             QStringLiteral(
+                 "a.xml: Component[type=t,name=c]: Component: Please set optional properly. Expected true or false\n"));
     QCOMPARE(lines[1] + QLatin1Char('\n'), firstWarning);
     QCOMPARE(run.status, 1);
 }
@@ -191,11 +195,12 @@ void ToolLintTest::jsonHasFindings()
         lines[0],
         QByteArray("{\"file\":\"a.xml\",\"status\":\"findings\",\"findings\":["
                    "{\"path\":\"Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueNumericInt/value\","
-                   "\"line\":4,\"column\":36,\"message\":\"value 11 is above max 10\",\"suggestion\":\"use a value "
-                   "from 0 to 10\",\"rule\":\"value-out-of-range\",\"level\":\"warning\"},"
+                   "\"line\":4,\"column\":36,\"message\":\"value 11 is above max 10\",\"value\":null,\"choices\":null,"
+                   "\"suggestion\":\"use a value from 0 to 10\",\"rule\":\"value-out-of-range\",\"level\":\"warning\"},"
                    "{\"path\":\"Component[type=t,name=c]/Node[id=n]/ValueItem[id=j]/ValueInt\",\"line\":5,"
                    "\"column\":39,\"message\":\"unknown attribute 'valeu' of ValueInt; it is ignored\","
-                   "\"suggestion\":\"did you mean 'value'?\",\"rule\":\"unknown-attribute\",\"level\":\"warning\"}],"
+                   "\"value\":null,\"choices\":null,\"suggestion\":\"did you mean "
+                   "'value'?\",\"rule\":\"unknown-attribute\",\"level\":\"warning\"}],"
                    "\"problemCount\":0,\"warningCount\":2,\"error\":null}"));
     QCOMPARE(
         lines[1],

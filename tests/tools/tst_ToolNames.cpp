@@ -65,7 +65,9 @@ void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile()
                              cp broken "$bad"; cp small "$good"
                              "$tool" validate "$good"
                              "$tool" validate "$bad")sh");
-    QCOMPARE(run.out, QStringLiteral("\\xff.xml: TunerProperties: Please set type properly.\n"));
+    QCOMPARE(run.out,
+             QStringLiteral("\\xff.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or "
+                            "DirectionFinder\n"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 1);
 }
@@ -131,7 +133,10 @@ void ToolNamesTest::dashMeansStandardInputEvenAfterTwoDashes()
 {
     m_workshop->write(QStringLiteral("-"), smallXml);
     const Run run = m_workshop->run(line("validate -- -"), m_workshop->read(QStringLiteral("broken")));
-    QCOMPARE(run.out, QStringLiteral("-: TunerProperties: Please set type properly.\n"));
+    QCOMPARE(
+        run.out,
+        QStringLiteral(
+            "-: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or DirectionFinder\n"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 1);
 }
@@ -141,7 +146,9 @@ void ToolNamesTest::aDashInAFolderIsAFile()
     m_workshop->write(QStringLiteral("-"), m_workshop->read(QStringLiteral("broken")));
     for (const char *arguments : {"validate ./-", "validate -- ./-"}) {
         const Run run = m_workshop->run(line(arguments), smallXml);
-        QCOMPARE(run.out, QStringLiteral("./-: TunerProperties: Please set type properly.\n"));
+        QCOMPARE(run.out,
+                 QStringLiteral("./-: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or "
+                                "DirectionFinder\n"));
         QCOMPARE(run.err, QString());
         QCOMPARE(run.status, 1);
     }

@@ -393,7 +393,9 @@ void ToolSignalsTest::closedPipeEndsTheProgramBySigpipe()
     m_workshop->write(text("bad.xml"), QByteArray(smallXml).replace(" type=\"SCP\"", ""));
     const Run run =
         m_workshop->shell(text("{ \"$tool\" validate $(yes bad.xml | head -n 3000); echo $? >&2; } | head -n 1"));
-    QCOMPARE(run.out, text("bad.xml: TunerProperties: Please set type properly.\n"));
+    QCOMPARE(run.out,
+             text("bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or "
+                  "DirectionFinder\n"));
     QCOMPARE(run.err, text("%1\n").arg(128 + SIGPIPE));
 }
 

@@ -103,18 +103,20 @@ void ToolTerminalTest::barIsBelowOtherOutput()
                       text("\"$tool\" validate --special-files --jobs 2 bad.xml pipe missing.xml bad.xml other"), 40);
     QVERIFY2(terminal.await("[==============>         ] 3 of 5 files\x1b[K"), terminal.written().constData());
     m_workshop->shell(text("cat good.xml > pipe"));
-    const QString withBar = text("bad.xml: TunerProperties: Please set type properly.\n"
-                                 "tunerproperties: missing.xml: cannot open: No such file or directory\n"
-                                 "bad.xml: TunerProperties: Please set type properly.\n"
-                                 "[===================>    ] 4 of 5 files");
+    const QString withBar =
+        text("bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or DirectionFinder\n"
+             "tunerproperties: missing.xml: cannot open: No such file or directory\n"
+             "bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or DirectionFinder\n"
+             "[===================>    ] 4 of 5 files");
     QVERIFY2(terminal.awaitScreen(withBar), qPrintable(terminal.screen()));
     m_workshop->shell(text("cat good.xml > other"));
     terminal.readAll();
-    QCOMPARE(terminal.screen(),
-             text("bad.xml: TunerProperties: Please set type properly.\n"
-                  "tunerproperties: missing.xml: cannot open: No such file or directory\n"
-                  "bad.xml: TunerProperties: Please set type properly.\n"
-                  "tunerproperties: 5 files: 2 valid, 2 with problems, 1 unreadable\n"));
+    QCOMPARE(
+        terminal.screen(),
+        text("bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or DirectionFinder\n"
+             "tunerproperties: missing.xml: cannot open: No such file or directory\n"
+             "bad.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or DirectionFinder\n"
+             "tunerproperties: 5 files: 2 valid, 2 with problems, 1 unreadable\n"));
 }
 
 // All at once, since each one takes more than a second.

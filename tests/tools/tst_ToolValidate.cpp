@@ -25,6 +25,10 @@ private Q_SLOTS:
     void elementThatEndsTheSkippingIsChecked();
     void contentOfAnUnknownElementIsChecked();
     void replacedValueIsChecked();
+    void valuesAreNamedInEveryForm();
+    void jsonHasValueChoicesAndSuggestion();
+    void everyCommandExplainsProblems_data();
+    void everyCommandExplainsProblems();
     void documentWithoutOutputIsAProblem();
     void problemStaysOnOneLine();
     void worstOfSeveralFilesDeterminesTheStatus_data();
@@ -42,6 +46,12 @@ Run validate(const QByteArray &xml)
     shop.write(QStringLiteral("a.xml"), xml);
     return shop.run(line("validate a.xml"));
 }
+
+/// What a document accepts as an element.
+const QString knownElements =
+    QStringLiteral("name, type, baseresource, connectableResources, quantity, parentBaseResource, "
+                   "hwProcessing, StartupModes, BandwidthSelection, MaxFFPDelay, HRPANSupported "
+                   "or Component");
 
 /// A complete document with additional attributes, and content before its component.
 QByteArray document(const char *attributes, const char *elements)
@@ -122,22 +132,23 @@ const char badXml[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 )";
 
 // Missing members are the same in every form.
-const char badPaths[] = R"(StartupModes: StartupModes: Please set StartupMode properly.
+const char badPaths[] =
+    R"(StartupModes: StartupModes: Please set StartupMode properly. Unknown name 'ffm'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop; did you mean 'FFM'?
 BandwidthSelection[Name=narrow]: BandwidthSelection: Please set MaxBandwidth properly.
 BandwidthSelection[2]: BandwidthSelection: Please set Name properly.
 Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[id=y]: ValueItem:Check failed. Mandatory data of the member (choice element) m_valueInt is not set.
 Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[id=y]/ValueInt: ValueInt: Please set value properly.
-Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[3]: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
+Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[3]: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized: expected ValueBoolean, ValueFloat, ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64, ValueSelection, ValueString or ValueStringList
 Component[type=Preselector,name=Preselector]/Node[2]/ValueItem[id=z]/ValueStringList/StringItem[1]: StringItem: Please set value properly.
 Component[type=Preselector,name=Preselector]/Node[2]: Node: Please set id properly.
 Component[type=Preselector,name=Preselector]/Node[id=empty]: Node: Please set ValueItem properly.
 Component[type="",name=c2]: Component: Please set Node properly.
-Component[type="",name=c2]: Component: Please set optional properly.
+Component[type="",name=c2]: Component: Please set optional properly. Expected true or false
 Component[3]: Component: Please set Node properly.
 Component[3]: Component: Please set type properly.
 Component[3]: Component: Please set name properly.
-Component[3]: Component: Please set optional properly.
-TunerProperties: Please set type properly.
+Component[3]: Component: Please set optional properly. Expected true or false
+TunerProperties: Please set type properly. Unknown name 'receiver'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean 'Receiver'?
 )";
 
 QString withFile(const char *file, const char *lines)
@@ -155,14 +166,22 @@ void ToolValidateTest::everyProblemIsReported()
     const Run run = validate(badXml);
     QCOMPARE(run.out,
              QStringLiteral(
-                 "a.xml:4:18: enum is not valid (classname=TunerProperties,membername=m_type)\n"
-                 "a.xml:5:35: Please set a value or a default for the boolean 'hwProcessing' in 'TunerProperties'.\n"
-                 "a.xml:6:47: StartupModes: Tried to append not completely defined or invalid item StartupMode.\n"
-                 "a.xml:9:3: Unknown Tag 'Extra' in 'TunerProperties'.\n"
-                 "a.xml:9:16: Please set a value or a default for the boolean 'HRPANSupported' in 'TunerProperties'.\n"
-                 "a.xml:10:52: Please set a value or a default for the boolean 'optional' in 'Component'.\n"
-                 "a.xml:12:39: Please set a value or a default for the boolean 'value' in 'ValueBoolean'.\n"
-                 "a.xml:23:3: Unknown Tag 'Other' in 'TunerProperties'.\n")
+                 "a.xml:4:18: enum is not valid (classname=TunerProperties,membername=m_type): unknown name "
+                 "'receiver'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean 'Receiver'?\n"
+                 "a.xml:5:35: Please set a value or a default for the boolean 'hwProcessing' in 'TunerProperties'. '' "
+                 "is neither true nor false\n"
+                 "a.xml:6:47: StartupModes: Tried to append not completely defined or invalid item StartupMode. "
+                 "Unknown name 'ffm'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or "
+                 "Stop; did you mean 'FFM'?\n"
+                 "a.xml:9:3: Unknown Tag 'Extra' in 'TunerProperties'. Expected %1\n"
+                 "a.xml:9:16: Please set a value or a default for the boolean 'HRPANSupported' in 'TunerProperties'. "
+                 "'' is neither true nor false\n"
+                 "a.xml:10:52: Please set a value or a default for the boolean 'optional' in 'Component'. '' is "
+                 "neither true nor false\n"
+                 "a.xml:12:39: Please set a value or a default for the boolean 'value' in 'ValueBoolean'. '' is "
+                 "neither true nor false\n"
+                 "a.xml:23:3: Unknown Tag 'Other' in 'TunerProperties'. Expected %1\n")
+                     .arg(knownElements)
                  + withFile("a.xml", badPaths));
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: a.xml: 24 problems; 'lint' has 2 warnings\n")); // unknown elements
@@ -215,7 +234,9 @@ void ToolValidateTest::pathsBeforeTheMessagesAreAcceptedByGet()
         if (begin != begins.cend())
             found.insert(*begin);
         else if (!isOfTheDocument)
-            QCOMPARE(each, QStringLiteral("a.xml: TunerProperties: Please set type properly."));
+            QCOMPARE(each,
+                     QStringLiteral("a.xml: TunerProperties: Please set type properly. Unknown name 'receiver'; "
+                                    "expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean 'Receiver'?"));
     }
     QCOMPARE(found.size(), paths.size());
     for (const QString &path : paths) {
@@ -238,14 +259,15 @@ void ToolValidateTest::everyProblemIsReportedInTheBinaryForms()
     QFETCH(QString, name);
     // Tagged records contain the default of a mandatory member that is not set, an empty text or a 0; so fewer members
     // are missing.
-    const char *const paths = R"(StartupModes: StartupModes: Please set StartupMode properly.
-Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[3]: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized
+    const char *const paths =
+        R"(StartupModes: StartupModes: Please set StartupMode properly. Unknown name ''; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop
+Component[type=Preselector,name=Preselector]/Node[id=att]/ValueItem[3]: ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized: expected ValueBoolean, ValueFloat, ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, ValueNumericInt64, ValueSelection, ValueString or ValueStringList
 Component[type=Preselector,name=Preselector]/Node[id=empty]: Node: Please set ValueItem properly.
 Component[type="",name=c2]: Component: Please set Node properly.
-Component[type="",name=c2]: Component: Please set optional properly.
+Component[type="",name=c2]: Component: Please set optional properly. Expected true or false
 Component[type="",name=""]: Component: Please set Node properly.
-Component[type="",name=""]: Component: Please set optional properly.
-TunerProperties: Please set type properly.
+Component[type="",name=""]: Component: Please set optional properly. Expected true or false
+TunerProperties: Please set type properly. Unknown name ''; expected MCP, SCP, FFP, Receiver or DirectionFinder
 )";
     Workshop shop;
     shop.write(QStringLiteral("a.xml"), badXml);
@@ -297,9 +319,10 @@ void ToolValidateTest::elementsAreCheckedLikeAttributes()
                                       "<type>FFP</type>"));
     // The second type replaces the unknown one; a blank is a text, and therefore true.
     QCOMPARE(run.out,
-             QStringLiteral("a.xml:2:1: enum is not valid (classname=TunerProperties,membername=m_type)\n"
+             QStringLiteral("a.xml:2:1: enum is not valid (classname=TunerProperties,membername=m_type): unknown name "
+                            "'scp'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean 'SCP'?\n"
                             "a.xml:3:1: Please set a value or a default for the boolean 'hwProcessing' in "
-                            "'TunerProperties'.\n"));
+                            "'TunerProperties'. '' is neither true nor false\n"));
     QCOMPARE(run.status, 1);
 }
 
@@ -342,8 +365,10 @@ void ToolValidateTest::elementThatEndsTheSkippingIsChecked()
                                       "<y><y><StartupMode>none</StartupMode></y></y></StartupModes>"));
     QCOMPARE(
         run.out,
-        QStringLiteral("a.xml:3:7: StartupModes: Tried to append not completely defined or invalid item StartupMode.\n"
-                       "a.xml: StartupModes: StartupModes: Please set StartupMode properly.\n"));
+        QStringLiteral("a.xml:3:7: StartupModes: Tried to append not completely defined or invalid item StartupMode. %1"
+                       "a.xml: StartupModes: StartupModes: Please set StartupMode properly. %1")
+            .arg(QStringLiteral("Unknown name 'none'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, "
+                                "Polar, Search or Stop\n")));
     QCOMPARE(run.status, 1);
 }
 
@@ -351,11 +376,12 @@ void ToolValidateTest::contentOfAnUnknownElementIsChecked()
 {
     const Run run = validate(document("", "<Extra>\n<More/>\n<Component name=\"inner\"/></Extra>"));
     QCOMPARE(run.out,
-             QStringLiteral("a.xml:2:1: Unknown Tag 'Extra' in 'TunerProperties'.\n"
-                            "a.xml:3:1: Unknown Tag 'More' in 'TunerProperties'.\n"
+             QStringLiteral("a.xml:2:1: Unknown Tag 'Extra' in 'TunerProperties'. Expected %1\n"
+                            "a.xml:3:1: Unknown Tag 'More' in 'TunerProperties'. Expected %1\n"
                             "a.xml: Component[1]: Component: Please set Node properly.\n"
                             "a.xml: Component[1]: Component: Please set type properly.\n"
-                            "a.xml: Component[1]: Component: Please set optional properly.\n"));
+                            "a.xml: Component[1]: Component: Please set optional properly. Expected true or false\n")
+                 .arg(knownElements));
     QCOMPARE(run.status, 1);
 }
 
@@ -368,6 +394,71 @@ void ToolValidateTest::replacedValueIsChecked()
              QStringLiteral("a.xml:4:1: ValueStringList: Tried to append not completely defined or invalid item "
                             "StringItem.\n"));
     QCOMPARE(run.status, 1);
+}
+
+void ToolValidateTest::valuesAreNamedInEveryForm()
+{
+    Workshop shop;
+    const QString problem = QStringLiteral("%1TunerProperties: Please set type properly. %2; expected MCP, SCP, FFP, "
+                                           "Receiver or DirectionFinder%3\n");
+    const QString unknown = QStringLiteral("Unknown name 'SPC'");
+    const QString meant = QStringLiteral("; did you mean 'SCP'?");
+    shop.write(QStringLiteral("a.tpb"),
+               QByteArray::fromHex(QByteArray(smallTaggedHex).replace("00000003 534350", "00000003 535043")));
+    QCOMPARE(shop.run(line("validate a.tpb")).out, problem.arg(QStringLiteral("a.tpb: "), unknown, meant));
+    shop.write(QStringLiteral("a.tps"),
+               QByteArray::fromHex(QByteArray(smallSnapshotHex).replace("01 00000002 0062", "63 00000002 0062")));
+    QCOMPARE(shop.run(line("validate a.tps")).out,
+             problem.arg(QStringLiteral("a.tps: "), QStringLiteral("'99' is out of range"), QString()));
+    shop.write(QStringLiteral("a.json"), R"({"TunerProperties": {"type": "SPC"}})");
+    QCOMPARE(shop.run(line("validate a.json")).out,
+             QStringLiteral("a.json:1:30: type: unknown name 'SPC'; expected MCP, SCP, FFP, Receiver or "
+                            "DirectionFinder; did you mean 'SCP'?\n"));
+    // What a value contains stays on its line.
+    QCOMPARE(
+        validate(QByteArray(smallXml).replace("SCP",
+                                              "S&#10;\xE2\x80\xAE"
+                                              "P"))
+            .out.section(QLatin1Char(':'), 4, 4),
+        QStringLiteral(" unknown name 'S\\n\\u202eP'; expected MCP, SCP, FFP, Receiver or DirectionFinder\na.xml"));
+}
+
+void ToolValidateTest::jsonHasValueChoicesAndSuggestion()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("SCP", "scp"));
+    const QString end = QStringLiteral(R"("value":"scp","choices":["MCP","SCP","FFP","Receiver","DirectionFinder"],)"
+                                       R"("suggestion":"did you mean 'SCP'?"})");
+    QCOMPARE(shop.run(line("validate --json a.xml")).out,
+             QStringLiteral(R"({"file":"a.xml","status":"problems","problems":[{"path":null,"line":2,"column":32,)"
+                            R"-("message":"enum is not valid (classname=TunerProperties,membername=m_type)",%1,)-"
+                            R"({"path":"","line":null,"column":null,)"
+                            R"("message":"TunerProperties: Please set type properly.",%1],)"
+                            R"("problemCount":2,"warnings":0,"error":null})"
+                            "\n")
+                 .arg(end));
+}
+
+void ToolValidateTest::everyCommandExplainsProblems_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const char *command :
+         {"validate a.xml", "lint a.xml", "lint --format sarif a.xml", "convert a.xml b.xml", "patch a.xml p.json"})
+        QTest::newRow(command) << QString::fromUtf8(command);
+}
+
+void ToolValidateTest::everyCommandExplainsProblems()
+{
+    QFETCH(QString, command);
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("SCP", "scp"));
+    shop.write(QStringLiteral("p.json"), R"({"change":"changed","path":"baseresource","before":"b","after":"d"})");
+    const Run run = shop.run(command.split(QLatin1Char(' ')));
+    QVERIFY2((run.out + run.err)
+                 .contains(QStringLiteral("(classname=TunerProperties,membername=m_type): unknown name "
+                                          "'scp'; expected MCP, SCP, FFP, Receiver or DirectionFinder; "
+                                          "did you mean 'SCP'?")),
+             qPrintable(run.out + run.err));
 }
 
 void ToolValidateTest::documentWithoutOutputIsAProblem()
@@ -425,7 +516,7 @@ void ToolValidateTest::problemsAndErrorsUseDifferentStreams()
     QCOMPARE(
         run.out,
         QStringLiteral(
-            "bad1.xml: TunerProperties: Please set type properly.\n"
+            "bad1.xml: TunerProperties: Please set type properly. Expected MCP, SCP, FFP, Receiver or DirectionFinder\n"
             "bad2.xml: Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: ValueItem:Check failed. Mandatory data of "
             "the member (choice element) m_valueInt is not set.\n"
             "bad2.xml: Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt: ValueInt: Please set "
@@ -440,9 +531,11 @@ void ToolValidateTest::problemsAndErrorsUseDifferentStreams()
 void ToolValidateTest::messagesNameStandardInputByADash()
 {
     const Run run = Workshop().run(line("validate -"), QByteArray(smallXml).replace("SCP", "scp"));
-    QCOMPARE(run.out,
-             QStringLiteral("-:2:32: enum is not valid (classname=TunerProperties,membername=m_type)\n"
-                            "-: TunerProperties: Please set type properly.\n"));
+    QCOMPARE(
+        run.out,
+        QStringLiteral("-:2:32: enum is not valid (classname=TunerProperties,membername=m_type): unknown name %1"
+                       "-: TunerProperties: Please set type properly. Unknown name %1")
+            .arg(QStringLiteral("'scp'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean 'SCP'?\n")));
     QCOMPARE(run.status, 1);
 }
 

@@ -5,6 +5,10 @@
 
 #include <tunerdocuments/Path.h>
 
+#include "documents/findings/Explanation.h"
+#include "documents/findings/ModelMember.h"
+
+using JobXml::MemberKind;
 using JobXml::Problem;
 
 namespace TunerDocuments {
@@ -30,22 +34,6 @@ QString shortMessage(const QString &message)
     return beginning(message, head) + ellipsis + (end.at(0).isLowSurrogate() ? end.mid(1) : end);
 }
 
-/// Whether the member of the object at the end of the steps is a list of objects.
-bool isListOfObjects(JobXml::DataObject &sample, const QVector<JobXml::Step> &steps, const QString &name, int depth = 0)
-{
-    bool result = false;
-    JobXml::visit(sample, [&](JobXml::MemberEditor &member) {
-        if (member.GetName() != (depth < steps.size() ? steps[depth].member : name))
-            return;
-        const bool isList = member.GetKind() == JobXml::MemberKind::ObjectList;
-        if (depth == steps.size())
-            result = isList;
-        else
-            result = isListOfObjects(isList ? member.AppendChild() : member.EditChild(), steps, name, depth + 1);
-    });
-    return result;
-}
-
 } // namespace
 
 Finding findingOf(const Problem &problem)
@@ -57,19 +45,9 @@ Finding findingOf(const Problem &problem)
     result.column = problem.column;
     if (!result.hasLocation())
         result.steps = problem.steps;
+    Explanation::explainText(result, problem.steps, problem.value);
     return result;
 }
-
-namespace {
-
-QString withSuggestionAndRule(const Finding &warning)
-{
-    const QString suggestion = warning.suggestion.isNull() ? QString() : QStringLiteral("; ") + warning.suggestion;
-    return warning.message + suggestion + QLatin1String(warning.isError ? " [error: " : " [") + warning.rule
-        + QLatin1Char(']');
-}
-
-} // namespace
 
 QString Finding::place() const
 {
@@ -78,31 +56,65 @@ QString Finding::place() const
     return path + QLatin1Char('/') + member;
 }
 
+QString Finding::explained() const
+{
+    const bool isWarning = kind == Kind::Warning;
+    const QString &more = isWarning ? suggestion : explanation;
+    if (more.isNull())
+        return message;
+    if (!isWarning && message.endsWith(QLatin1Char('.')))
+        return message + QLatin1Char(' ') + more.at(0).toUpper() + more.mid(1);
+    return message + (isWarning ? QStringLiteral("; ") : QStringLiteral(": ")) + more;
+}
+
 QString Finding::text(const QString &fileName) const
 {
     const bool isWarning = kind == Kind::Warning;
     const QString location = hasLocation() ? QStringLiteral(":%1:%2").arg(line).arg(column) : QString();
     const QString where = isWarning ? place() : path;
+    const QString end = isWarning ? QLatin1String(isError ? " [error: " : " [") + rule + QLatin1Char(']') : QString();
     return fileName + location + (where.isEmpty() ? QString() : QStringLiteral(": ") + where) + QStringLiteral(": ")
-        + (isWarning ? withSuggestionAndRule(*this) : message);
+        + explained() + end;
 }
 
 bool KeptItems::contain(const Problem &problem)
 {
-    const QString className = problem.steps.isEmpty() ? QString() : problem.steps.last().member;
-    const QString key = className + QLatin1Char('/') + problem.member;
-    const auto known = m_known.constFind(key);
-    if (known != m_known.constEnd())
-        return *known;
-    JobXml::TunerProperties sample;
-    sample.SetValidate(false);
-    return *m_known.insert(key, isListOfObjects(sample, problem.steps, problem.member));
+    const ModelMember *const member = memberOf(problem.steps, problem.member);
+    return member && member->kind == MemberKind::ObjectList;
+}
+
+namespace {
+
+/// The place of a member as a key.
+QString keyOf(const QVector<JobXml::Step> &steps, const QString &member)
+{
+    QString key;
+    for (const JobXml::Step &step : steps)
+        key += step.member + QLatin1Char('/') + QString::number(step.index) + QLatin1Char('/');
+    return key + member;
+}
+
+} // namespace
+
+/// Notes a name that a reader refuses, since the document does not have it: it then has a value without a name, which
+/// is a problem of its own. The last name counts, and the first one of a list.
+void Findings::noteRefused(const Problem &problem)
+{
+    if (problem.value.isNull())
+        return;
+    const ModelMember *const member = memberOf(problem.steps, problem.member);
+    if (!member || member->names.isEmpty())
+        return;
+    const QString key = keyOf(problem.steps, problem.member);
+    if (member->kind != MemberKind::EnumerationList || !m_refused.contains(key))
+        m_refused.insert(key, problem.value);
 }
 
 void Findings::add(const Problem &problem)
 {
     if (problem.xmlOnly)
         return;
+    noteRefused(problem);
     const bool isInXml = problem.line > 0;
     const bool isInRecords = !isInXml && problem.offset >= 0;
     List &list = isInRecords || (isInXml && m_keptItems.contain(problem)) ? m_heldBack : m_problems;
@@ -128,10 +140,24 @@ void Findings::describePaths(const JobXml::TunerProperties &document)
     Paths::Texts paths(document);
     for (List *list : {&m_problems, &m_heldBack}) {
         for (Finding &finding : list->listed) {
-            if (!finding.hasLocation())
-                finding.path = paths.of(finding.steps);
+            if (finding.hasLocation())
+                continue;
+            finding.path = paths.of(finding.steps);
+            describeValue(finding, document);
         }
     }
+}
+
+/// For a problem that the check of the model has found: it does not know the value.
+void Findings::describeValue(Finding &finding, const JobXml::TunerProperties &document) const
+{
+    if (!finding.value.isNull() || finding.choices.isEmpty() || finding.member.isNull())
+        return;
+    const auto member = Paths::at(document, finding.steps + QVector<JobXml::Step>{{finding.member, -1}});
+    if (const auto number = member ? Explanation::numberIn(member->GetValue()) : std::nullopt)
+        Explanation::explainNumber(finding, *number);
+    else
+        Explanation::explainText(finding, finding.steps, m_refused.value(keyOf(finding.steps, finding.member)));
 }
 
 void Findings::addWarnings(const QVector<Finding> &first, qint64 count)

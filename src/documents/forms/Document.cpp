@@ -171,6 +171,9 @@ Finding findingOf(const JsonProblem &problem)
 {
     Finding finding;
     finding.message = problem.message;
+    finding.value = problem.value;
+    finding.choices = problem.choices;
+    finding.suggestion = problem.suggestion;
     finding.steps = problem.steps;
     finding.member = problem.member;
     finding.path = problem.path;

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <jobxml/TunerProperties.h>
@@ -18,7 +19,14 @@ namespace TunerDocuments {
 /// Why a text is not a document, and where: in the text and in the document.
 struct JsonProblem
 {
-    QString message;
+    QString message; ///< complete: with what follows
+
+    /// \name What the message says, each by itself
+    /// @{
+    QString value{}; ///< as it is in the text, or the name of an unknown member; the beginning of a long one
+    QStringList choices{}; ///< what is accepted instead, if it can be listed
+    QString suggestion{}; ///< "did you mean 'Scan'?"; null if there is none
+    /// @}
 
     /// \name Its place in the text
     /// Of the key or the value concerned, counted from 1, columns in UTF-16 units.

@@ -279,6 +279,21 @@ private:
     std::optional<Paths::ItemSteps> m_steps;
 };
 
+/// What is said about a problem. The hint is the end of the message: "; did you mean 'Scan'?"; null if there is none.
+struct Description
+{
+    // Not explicit: most problems have a message only.
+    Description(QString text, QString refused = {}, QStringList accepted = {}, QString itsHint = {})
+        : message(std::move(text)), value(std::move(refused)), choices(std::move(accepted)), hint(std::move(itsHint))
+    {
+    }
+
+    QString message;
+    QString value;
+    QStringList choices;
+    QString hint;
+};
+
 /// An object that is being read, and how it is reached.
 struct Place
 {
@@ -409,9 +424,9 @@ private:
 
     // --- Problems ---
 
-    /// Adds a problem at that offset in the text. `message` is called only if it is described.
-    template <class Message>
-    void report(const Where &where, quint32 offset, Message message)
+    /// Adds a problem at that offset in the text. `describe` is called only if it is described.
+    template <class Describe>
+    void report(const Where &where, quint32 offset, Describe describe)
     {
         if (!isDescribing()) {
             ++m_count;
@@ -420,8 +435,12 @@ private:
         if (m_left == 0)
             throw AllDescribed();
         --m_left;
+        const Description description = describe();
         JsonProblem problem;
-        problem.message = message();
+        problem.message = description.message;
+        problem.value = description.value;
+        problem.choices = description.choices;
+        problem.suggestion = description.hint.isNull() ? QString() : description.hint.mid(int(qstrlen("; ")));
         const TextLocation location = m_locator.at(int(offset));
         problem.line = location.line;
         problem.column = location.column;
@@ -435,7 +454,11 @@ private:
     template <class Hint>
     void refuse(const Where &where, const Json &json, const char *what, Hint hint)
     {
-        report(where, json.textBegin(), [&] { return shown(json) + QLatin1Char(' ') + QLatin1String(what) + hint(); });
+        report(where, json.textBegin(), [&] {
+            const QString itsHint = hint();
+            return Description{
+                shown(json) + QLatin1Char(' ') + QLatin1String(what) + itsHint, plain(json), {}, itsHint};
+        });
     }
 
     void refuse(const Where &where, const Json &json, const char *what)
@@ -446,8 +469,10 @@ private:
     template <class T>
     void refuseOutOfRange(const Where &where, const Json &json)
     {
-        report(where, json.textBegin(),
-               [&] { return quoted(json) + QStringLiteral(" is out of range; expected ") + rangeOf<T>(); });
+        report(where, json.textBegin(), [&] {
+            return Description{quoted(json) + QStringLiteral(" is out of range; expected ") + rangeOf<T>(),
+                               plain(json)};
+        });
     }
 
     static constexpr int mostShown = 400; // bytes of a text, of which a message shows less
@@ -461,11 +486,13 @@ private:
         return JsonText::toString(m_text.mid(int(json.textBegin()), size)).simplified();
     }
 
-    QString quoted(const Json &json) const
+    /// The content of a string, or any other value as it is in the text; shortened if it is long.
+    QString plain(const Json &json) const
     {
-        const QString text = json.isText() ? beginning(json.text()) : source(json);
-        return QLatin1Char('\'') + JsonText::shortened(text) + QLatin1Char('\'');
+        return JsonText::shortened(json.isText() ? beginning(json.text()) : source(json));
     }
+
+    QString quoted(const Json &json) const { return QLatin1Char('\'') + plain(json) + QLatin1Char('\''); }
 
     /// For a value of the wrong type: a string may look like one of the right type.
     QString shown(const Json &json) const
@@ -548,12 +575,13 @@ private:
     void refuseName(const Where &where, const Json &json, const QStringList &names)
     {
         report(where, json.textBegin(), [&] {
+            const QString value = plain(json);
             if (json.isText())
-                return Suggestion::unknownWord(JsonText::shortened(beginning(json.text())), QStringLiteral("name"),
-                                               names);
-            if (json.isWholeNumber())
-                return quoted(json) + QStringLiteral(" is out of range; expected ") + Suggestion::listed(names);
-            return quoted(json) + QStringLiteral(" is not a name; expected ") + Suggestion::listed(names);
+                return Description{Suggestion::unknownWordAmong(value, QStringLiteral("name"), names), value, names,
+                                   Suggestion::hint(value, names)};
+            const QString what = json.isWholeNumber() ? QStringLiteral(" is out of range; expected ")
+                                                      : QStringLiteral(" is not a name; expected ");
+            return Description{quoted(json) + what + Suggestion::listed(names), value, names};
         });
     }
 
@@ -697,8 +725,11 @@ private:
     template <class Names>
     void refuseUnknown(const Place &place, const Json::Member &member, const QString &in, Names known)
     {
-        report({place}, member.value.memberBegin(),
-               [&] { return Paths::unknownMember(JsonText::shortened(beginning(member.key)), in, known()); });
+        report({place}, member.value.memberBegin(), [&] {
+            const QString name = JsonText::shortened(beginning(member.key));
+            const QStringList names = known();
+            return Description{Paths::unknownMember(name, in, names), name, names, Suggestion::hint(name, names)};
+        });
     }
 
     void readMember(MemberEditor &member, const Json &json, const Choice &choice, const Place &place)

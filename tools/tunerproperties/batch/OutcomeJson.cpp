@@ -29,6 +29,16 @@ void insertLocation(Json &json, const Finding &finding)
     json.insert("message", finding.message.toUtf8());
 }
 
+/// What the document has, what is accepted instead, and what was probably meant.
+void insertExplanation(Json &json, const Finding &finding)
+{
+    json.insert("value", textOrNull(finding.value));
+    Json &choices = json.insert("choices", finding.choices.isEmpty() ? Json() : Json::emptyList());
+    for (const QString &choice : finding.choices)
+        choices.append(choice.toUtf8());
+    json.insert("suggestion", textOrNull(finding.suggestion));
+}
+
 } // namespace
 
 Json problem(const Finding &finding)
@@ -36,6 +46,7 @@ Json problem(const Finding &finding)
     Json json = Json::emptyObject();
     json.insert("path", textOrNull(finding.path));
     insertLocation(json, finding);
+    insertExplanation(json, finding);
     return json;
 }
 
@@ -45,7 +56,7 @@ Json finding(const Finding &finding)
     Json json = Json::emptyObject();
     json.insert("path", textOrNull(isWarning ? finding.place() : finding.path));
     insertLocation(json, finding);
-    json.insert("suggestion", textOrNull(finding.suggestion));
+    insertExplanation(json, finding);
     json.insert("rule", textOrNull(finding.rule));
     json.insert("level", levelOf(finding));
     return json;

@@ -15,10 +15,10 @@ void insertName(Json &json, const QByteArray &key, const FileName &name);
 
 Json textOrNull(const QString &text);
 
-/// A problem with "path", "line", "column" and "message".
+/// A problem with "path", "line", "column", "message", "value", "choices" and "suggestion".
 Json problem(const TunerDocuments::Finding &finding);
 
-/// A problem or a warning, with the path of its member, and with "suggestion", "rule" and "level".
+/// A problem or a warning, with the path of its member, and with "rule" and "level".
 Json finding(const TunerDocuments::Finding &finding);
 
 /// "error" or "warning"

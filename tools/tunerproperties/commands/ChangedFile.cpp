@@ -98,7 +98,7 @@ ChangedFile::ChangedFile(const FileName &name, const Invocation &invocation)
                   m_lost.append(QStringLiteral("line %1, column %2: %3")
                                     .arg(finding.line)
                                     .arg(finding.column)
-                                    .arg(finding.message));
+                                    .arg(finding.explained()));
               ++m_lostCount;
           })
 {

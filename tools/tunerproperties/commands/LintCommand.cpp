@@ -178,8 +178,8 @@ Command lintCommand()
         QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" (\"clean\", "
                        "\"findings\" or \"unreadable\"), \"findings\" (those that are listed), \"problemCount\", "
                        "\"warningCount\" (their totals) and \"error\" (why the file is unreadable, or null). A finding "
-                       "has \"path\", \"line\", \"column\", \"message\", \"suggestion\", \"rule\" (null for a problem) "
-                       "and \"level\" (\"error\" or \"warning\").")};
+                       "has \"path\", \"line\", \"column\", \"message\", \"value\", \"choices\", "
+                       "\"suggestion\", \"rule\" (null for a problem) and \"level\" (\"error\" or \"warning\").")};
     command.options = {rulesOption(),          Options::disable(),      errorOption(),          formatOption(),
                        Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
                        Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};

@@ -87,9 +87,7 @@ Json resultJson(const Finding &finding, const FileName &file)
     json.insert("ruleId", finding.rule.isNull() ? QByteArray(problemRule) : finding.rule.toUtf8());
     json.insert("ruleIndex", indexOf(finding));
     json.insert("level", OutcomeJson::levelOf(finding));
-    json.insert("message",
-                textObject(finding.suggestion.isNull() ? finding.message
-                                                       : finding.message + QStringLiteral("; ") + finding.suggestion));
+    json.insert("message", textObject(finding.explained()));
     json.insert("locations", Json::emptyList()).append(locationJson(finding, file));
     return json;
 }

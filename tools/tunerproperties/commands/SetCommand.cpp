@@ -149,7 +149,7 @@ public:
             if (messages.hasRoom()) {
                 const Finding finding = findingOf(problem);
                 const QString path = paths.of(finding.steps);
-                messages.texts.append((path.isEmpty() ? path : path + QStringLiteral(": ")) + finding.message);
+                messages.texts.append((path.isEmpty() ? path : path + QStringLiteral(": ")) + finding.explained());
             }
             ++messages.count;
         });

@@ -85,6 +85,8 @@ Command validateCommand()
         QStringLiteral("A problem is reported with its line and column if only the XML reader can find it, otherwise "
                        "with the path of the object, which 'get' accepts. If JSON is not a document, each reason is a "
                        "problem with line, column and path. There is no output for a valid document."),
+        QStringLiteral("After the message follow the value in the document, the values that are accepted if they can "
+                       "be listed, and the one that was probably meant."),
         QStringLiteral("The first 100 problems of a document are listed, followed by their total if there are more."),
         QStringLiteral("Several files are processed at once and reported in order, with a summary on standard error."),
         QStringLiteral("If 'lint' would list warnings, their number is reported on standard error. They do not affect "
@@ -94,8 +96,9 @@ Command validateCommand()
             "\"problems\" or \"unreadable\"), \"problems\" (those that are listed), \"problemCount\" (their "
             "total), \"warnings\" (the number of warnings of 'lint'; with --strict, \"findings\" has those "
             "that are listed) and \"error\" (why the file is unreadable, or null). A problem has \"path\" (of "
-            "the object, as 'get' accepts it; empty for the document itself), \"line\", \"column\" and "
-            "\"message\"; what is not known is null. There is no summary. A \"file\" that is not UTF-8 is "
+            "the object, as 'get' accepts it; empty for the document itself), \"line\", \"column\", "
+            "\"message\", \"value\" (what the document has), \"choices\" (what is accepted instead) and "
+            "\"suggestion\"; what is not known is null. There is no summary. A \"file\" that is not UTF-8 is "
             "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
     command.options = {strictOption(),         Options::disable(),      Options::from(),
                        Options::jobs(),        Options::quiet(),        Options::json(),
