@@ -138,6 +138,22 @@ list(const JobXml::DataObject &root,
 /// Throws PathFailure.
 TUNERDOCUMENTS_EXPORT Target find(const JobXml::DataObject &root, const QString &path);
 
+/// What is typed when a path is completed.
+enum class Completing {
+    Path, ///< the path of a member that is set: `quantity`
+    Assignment, ///< a member, set or not, and its new value: `quantity=2`
+};
+
+/// How a path, of which the beginning has been typed, can go on: by the rest of its last step. Every result begins with
+/// what was typed. A step that can go on ends with "/", and a member of an assignment with "=", after which the names
+/// that it accepts follow. Empty if nothing fits, if the beginning is wrong, and for patterns.
+///
+/// Items of a list are written like stepsTo(); if none begins like that, by another one of the texts that identify them
+/// or by their positions. The members of the chosen alternative are found without its step as well. Takes time for the
+/// lists on the way and for what is listed, not for what is below it.
+TUNERDOCUMENTS_EXPORT QStringList completions(const JobXml::DataObject &root, const QString &beginning,
+                                              Completing what = Completing::Path);
+
 /// The member at the end of the steps, if it exists.
 TUNERDOCUMENTS_EXPORT std::optional<JobXml::MemberView> at(const JobXml::DataObject &root,
                                                            const QVector<JobXml::Step> &steps);

@@ -37,8 +37,7 @@ const QStringList typeList = {QStringLiteral("MCP"), QStringLiteral("SCP"), QStr
 QVector<Finding> findingsOf(const QByteArray &bytes, Form form, int most = 100)
 {
     Findings findings(most);
-    const Document document =
-        Document::fromBytes(bytes, QStringLiteral("f"), {form, 50}, findings.collector());
+    const Document document = Document::fromBytes(bytes, QStringLiteral("f"), {form, 50}, findings.collector());
     findings.describePaths(document.tuner);
     return findings.listed();
 }
@@ -47,7 +46,8 @@ QVector<Finding> findingsOf(const QByteArray &bytes, Form form, int most = 100)
 QByteArray xml(const QByteArray &attributes, const QByteArray &elements = {})
 {
     return "<TunerProperties Version=\"1.1\" baseresource=\"b\"" + attributes + ">" + elements
-        + "<Component type=\"t\" name=\"c\" optional=\"true\"><Node id=\"n\"><ValueItem><ValueInt id=\"i\" value=\"7\"/>"
+        + "<Component type=\"t\" name=\"c\" optional=\"true\"><Node id=\"n\"><ValueItem><ValueInt id=\"i\" "
+          "value=\"7\"/>"
           "</ValueItem></Node></Component></TunerProperties>";
 }
 
@@ -87,13 +87,12 @@ void FindingsTest::misspeltTypeHasValueChoicesAndSuggestion_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<int>("form");
     QTest::addColumn<QString>("text");
-    const QString end = QStringLiteral("nknown name 'Reciever'; expected ") + types
-        + QStringLiteral("; did you mean 'Receiver'?");
+    const QString end =
+        QStringLiteral("nknown name 'Reciever'; expected ") + types + QStringLiteral("; did you mean 'Receiver'?");
     const QString located =
         QStringLiteral("f:1:49: enum is not valid (classname=TunerProperties,membername=m_type): u") + end;
     const QString checked = QStringLiteral("f: TunerProperties: Please set type properly. U") + end;
-    QTest::newRow("XML") << xml(" type=\"Reciever\"") << int(Form::Xml)
-                         << located + QLatin1Char('\n') + checked;
+    QTest::newRow("XML") << xml(" type=\"Reciever\"") << int(Form::Xml) << located + QLatin1Char('\n') + checked;
     QTest::newRow("a record") << recordOfType("Reciever") << int(Form::Tagged) << checked;
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include <poll.h>
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
@@ -55,6 +56,24 @@ public:
     {
         return awaitThat([&] { return m_written.contains(bytes); });
     }
+    /// Reads until the condition is true, or as before.
+    template <class Condition>
+    bool awaitThat(Condition condition)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (!condition() && !timer.hasExpired(30000)) {
+            pollfd output = {m_terminal, POLLIN, 0};
+            if (poll(&output, 1, 100) == 0)
+                continue;
+            char piece[4096];
+            const ssize_t size = read(m_terminal, piece, sizeof(piece));
+            if (size <= 0)
+                break; // the other end is closed
+            m_written.append(piece, int(size));
+        }
+        return condition();
+    }
     /// Reads until the text is on the screen, see below.
     bool awaitScreen(const QString &expected)
     {
@@ -85,21 +104,6 @@ public:
     }
 
 private:
-    template <class Condition>
-    bool awaitThat(Condition condition)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (!condition() && !timer.hasExpired(30000)) {
-            char piece[4096];
-            const ssize_t size = read(m_terminal, piece, sizeof(piece));
-            if (size <= 0)
-                break; // the other end is closed
-            m_written.append(piece, int(size));
-        }
-        return condition();
-    }
-
     int m_terminal = -1;
     pid_t m_process = -1;
     QByteArray m_written;

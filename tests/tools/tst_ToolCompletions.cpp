@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <sys/stat.h>
+
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
 
@@ -15,8 +17,17 @@ private Q_SLOTS:
     void possibleWordsAreCompleted();
     void bashSeparatesAnOptionFromItsValue();
     void bashFindsTheCommandAfterOptions();
+    void pathsAreCompletedWhileTheyAreTyped_data();
+    void pathsAreCompletedWhileTheyAreTyped();
+    void nothingInADocumentIsExecuted_data();
+    void nothingInADocumentIsExecuted();
+    void errorsAreSilentWhileCompleting_data();
+    void errorsAreSilentWhileCompleting();
 
 private:
+    void addShells(const char *column);
+    std::unique_ptr<Terminal> startShell(const QString &shell);
+    QStringList enter(Terminal &terminal, const QByteArray &keys);
     QStringList completed(const QString &shell, const QString &typed);
     QString completedByBash(const QStringList &words);
     QString completedByFish(const QString &typed);
@@ -187,6 +198,164 @@ void ToolCompletionsTest::bashFindsTheCommandAfterOptions()
     QCOMPARE(completedByBash(line("tunerproperties --from xml convert --out")), text("--out-dir\n"));
     QCOMPARE(completedByBash(line("tunerproperties -j = 3 validate --js")), text("--json\n"));
     QCOMPARE(completedByBash(line("tunerproperties --from xml sc")), text("schema\n"));
+}
+
+void ToolCompletionsTest::addShells(const char *column)
+{
+    QTest::addColumn<QString>(column);
+    for (const auto &shell : {std::make_pair("bash", bash), std::make_pair("fish", fish), std::make_pair("zsh", zsh)}) {
+        if (*shell.second)
+            QTest::newRow(shell.first) << text(shell.first);
+    }
+}
+
+/// A shell on a terminal. The program is a function there, which writes its arguments into a file, except for the
+/// completions, which call the program itself.
+std::unique_ptr<Terminal> ToolCompletionsTest::startShell(const QString &shell)
+{
+    const QByteArray record = "printf '%s\\0' \"$@\" > arguments; echo 'recor''ded'";
+    const QByteArray path = "PATH=" + QFile::encodeName(QFileInfo(text(TOOL_PROGRAM)).path()) + ":$PATH\n";
+    m_workshop->write(text("home/.bashrc"),
+                      path + "PS1='ready> '\ncd ..\nsource '" PAGES_DIR "/tunerproperties.bash'\ntunerproperties() { "
+                          + record + "; }\n");
+    m_workshop->write(text("home/.zshrc"),
+                      path
+                          + "PS1='ready> '\ncd ..\nfpath=(" PAGES_DIR " $fpath)\nautoload -Uz compinit\n"
+                            "compinit -u -d '"
+                          + QFile::encodeName(m_kept.filePath(text("dump"))) + "'\ntunerproperties() { " + record
+                          + " }\nunsetopt list_beep always_last_prompt\n");
+    m_workshop->write(text("home/rc.fish"),
+                      "set -x PATH '" + QFile::encodeName(QFileInfo(text(TOOL_PROGRAM)).path())
+                          + "' $PATH\ncd ..\nsource '" PAGES_DIR "/tunerproperties.fish'\n"
+                            "function tunerproperties; printf '%s\\0' $argv > arguments; echo 'recor''ded'; end\n"
+                            "function fish_prompt; echo -n 'ready> '; end\nset -g fish_autosuggestion_enabled 0\n");
+    const QString start = shell == text("bash") ? text("exec " BASH_PROGRAM " --noprofile --rcfile .bashrc -i")
+        : shell == text("fish")                 ? text("exec " FISH_PROGRAM " --no-config -i -C 'source rc.fish'")
+                                                : text("ZDOTDIR=$PWD exec " ZSH_PROGRAM " -i");
+    auto terminal = std::make_unique<Terminal>(m_workshop->path(text("home")), text("HOME=$PWD ") + start, 200);
+    return terminal->await("ready> ") ? std::move(terminal) : nullptr;
+}
+
+/// The arguments of the program after these keys and Enter.
+QStringList ToolCompletionsTest::enter(Terminal &terminal, const QByteArray &keys)
+{
+    m_workshop->write(text("arguments"), "");
+    const int before = terminal.written().count("recorded");
+    terminal.type(keys + "\r");
+    if (!terminal.awaitThat([&] { return terminal.written().count("recorded") > before; }))
+        return {text("(not executed) ") + QString::fromUtf8(terminal.written())};
+    QStringList result;
+    for (const QByteArray &argument : m_workshop->read(text("arguments")).split('\0'))
+        result.append(QString::fromUtf8(argument));
+    result.removeLast(); // after the last terminator
+    return result;
+}
+
+void ToolCompletionsTest::pathsAreCompletedWhileTheyAreTyped_data()
+{
+    addShells("shell");
+}
+
+void ToolCompletionsTest::pathsAreCompletedWhileTheyAreTyped()
+{
+    QFETCH(QString, shell);
+    m_workshop->write(text("r.xml"),
+                      QByteArray(smallXml).replace("baseresource=\"b\"", "baseresource='b' quantity='2'"));
+    m_workshop->write(text("two.xml"),
+                      QByteArray(smallXml).replace("<ValueItem>",
+                                                   "<ValueItem><ValueInt id=\"other\" value=\"1\"/>"
+                                                   "</ValueItem><ValueItem>"));
+    const std::unique_ptr<Terminal> terminal = startShell(shell);
+    QVERIFY(terminal);
+    const QString node = text("Component[type=t,name=c]/Node[id=n]/");
+    const auto arguments = [&](const char *keys) { return enter(*terminal, keys).join(QLatin1Char('|')); };
+    QCOMPARE(arguments("tunerproperties get r.xml qu\t"), text("get|r.xml|quantity"));
+    // No blank follows a step that can go on.
+    QCOMPARE(arguments("tunerproperties get r.xml Comp\tN\ti\t"), text("get|r.xml|") + node + text("id"));
+    QCOMPARE(arguments("tunerproperties get 'tuner 2.xml' Comp\tN\tV\tV\tv\t"),
+             text("get|tuner 2.xml|") + node + text("ValueItem[id=i]/ValueInt/value"));
+    QCOMPARE(arguments("tunerproperties get --from xml r.xml 'Component[name=c]/N\ti\t"),
+             text("get|--from|xml|r.xml|Component[name=c]/Node[id=n]/id"));
+    // One of two, in double quotes.
+    QCOMPARE(arguments("tunerproperties get two.xml \"Component[1]/Node/V\to\tV\tv\t"),
+             text("get|two.xml|Component[1]/Node/ValueItem[id=other]/ValueInt/value"));
+    // Values, of every assignment; members that are not set.
+    QCOMPARE(arguments("tunerproperties set r.xml name=x ty\tRec\t"), text("set|r.xml|name=x|type=Receiver"));
+    QCOMPARE(arguments("tunerproperties set r.xml hwP\tt\t"), text("set|r.xml|hwProcessing=true"));
+    QCOMPARE(arguments("tunerproperties get r.xml hwP\t"), text("get|r.xml|hwP"));
+    // Without a file before it, the argument is a file, as for "get PATH FILE".
+    QCOMPARE(arguments("tunerproperties get tuner1\tty\t"), text("get|tuner1.xml|type"));
+    QCOMPARE(arguments("tunerproperties get quantity tuner1\t"), text("get|quantity|tuner1.xml"));
+    QCOMPARE(arguments("tunerproperties get ./r.xml qu\t"), text("get|./r.xml|quantity"));
+}
+
+void ToolCompletionsTest::nothingInADocumentIsExecuted_data()
+{
+    addShells("shell");
+}
+
+void ToolCompletionsTest::nothingInADocumentIsExecuted()
+{
+    QFETCH(QString, shell);
+    // The id of a node in XML, and how a path has it.
+    const std::vector<std::pair<QByteArray, QString>> hostile = {
+        {"a$(touch executed)", text("a$(touch executed)")},
+        {"b`touch executed`", text("b`touch executed`")},
+        {"c'; touch executed; '", text(R"("c'; touch executed; '")")},
+        {"d&quot;; touch executed; &quot;", text(R"("d\"; touch executed; \"")")},
+        {"e!!f!$", text("e!!f!$")},
+        {"g\\h\\", text(R"("g\\h\\")")},
+        {"i&amp;touch executed|touch executed&gt;executed&lt;x", text("i&touch executed|touch executed>executed<x")},
+        {"j{a,b}*?~#$HOME", text(R"("j{a,b}*?~#$HOME")")},
+        {"k&#10;touch executed&#13;&#9;x", text(R"("k\ntouch executed\r\tx")")},
+        {"l\xC2\x9B\xE2\x80\xAEx", text(R"("l\u009b\u202ex")")},
+        {"m\xC3\xA4%s%n-", text("m\u00E4%s%n-")},
+        {"n[$(touch executed)]", text(R"("n[$(touch executed)]")")},
+        {"(touch executed)", text("(touch executed)")},
+        {"~", text("~")},
+    };
+    const std::unique_ptr<Terminal> terminal = startShell(shell);
+    QVERIFY(terminal);
+    for (const auto &id : hostile) {
+        m_workshop->write(text("h.xml"), QByteArray(smallXml).replace("\"n\"", "\"" + id.first + "\""));
+        const QStringList expected = {text("get"), text("h.xml"),
+                                      text("Component[type=t,name=c]/Node[id=%1]/id").arg(id.second)};
+        for (const char *quote : {"", "'", "\""})
+            QCOMPARE(enter(*terminal, "tunerproperties get h.xml " + QByteArray(quote) + "Comp\tN\ti\t")
+                         .join(QLatin1Char('|')),
+                     expected.join(QLatin1Char('|')));
+        QVERIFY(!m_workshop->files().contains(text("executed")));
+    }
+    // Neither is what has been typed.
+    m_workshop->write(text("$(touch executed).xml"), smallXml);
+    QCOMPARE(enter(*terminal, "tunerproperties get '$(touch executed).xml' Comp\tN\ti\t").mid(0, 2),
+             (QStringList{text("get"), text("$(touch executed).xml")}));
+    enter(*terminal, "tunerproperties get h.xml '$(touch executed)`touch executed`\t\x15tunerproperties");
+    QCOMPARE(enter(*terminal, "tunerproperties get h.xml ty\t").value(2), text("type"));
+    QVERIFY(!m_workshop->files().contains(text("executed")));
+}
+
+void ToolCompletionsTest::errorsAreSilentWhileCompleting_data()
+{
+    addShells("shell");
+}
+
+void ToolCompletionsTest::errorsAreSilentWhileCompleting()
+{
+    QFETCH(QString, shell);
+    m_workshop->write(text("broken.xml"), "<TunerProperties");
+    QCOMPARE(mkfifo(qPrintable(m_workshop->path(text("pipe.xml"))), 0600), 0);
+    const std::unique_ptr<Terminal> terminal = startShell(shell);
+    QVERIFY(terminal);
+    for (const char *typed : {"get broken.xml type", "get missing.xml type", "get pipe.xml type", "get - type",
+                              "get tuner1.xml Component[type", "get tuner1.xml type/x", "set tuner1.xml nothing="}) {
+        const QByteArray shown = QByteArray(typed).replace("[", "\\[");
+        QCOMPARE(enter(*terminal, "tunerproperties " + shown + "x\t").join(QLatin1Char(' ')).trimmed(),
+                 text(typed) + QLatin1Char('x'));
+    }
+    const QByteArray written = terminal->written();
+    for (const char *message : {"tunerproperties: ", "Premature", "No such file", "error"})
+        QVERIFY2(!written.contains(message), written.constData());
 }
 
 TEST_SUITE(ToolCompletionsTest)

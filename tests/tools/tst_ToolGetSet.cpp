@@ -21,6 +21,7 @@ private Q_SLOTS:
     void tableOfSeveralFilesNamesEach();
     void patternThatMatchesNothingIsReported();
     void pathsAreListed();
+    void completionsOfAPathAreListed();
     void memberWithoutValuePrintsNothing_data();
     void memberWithoutValuePrintsNothing();
 
@@ -249,6 +250,25 @@ void ToolGetSetTest::patternThatMatchesNothingIsReported()
 {
     QCOMPARE(get(QStringLiteral("Component[*]/displayName")),
              QStringLiteral("1 tunerproperties: Component[*]/displayName: matches nothing in f.json\n"));
+}
+
+void ToolGetSetTest::completionsOfAPathAreListed()
+{
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const auto listed = [&](const QStringList &arguments) {
+        const Run run = m_workshop->run(line("paths small.xml --complete") + arguments);
+        return run.status == 0 ? run.out : run.err;
+    };
+    QCOMPARE(listed({QStringLiteral("")}), QStringLiteral("type\nbaseresource\nComponent[type=t,name=c]/\n"));
+    QCOMPARE(listed(line("Component/N")), QStringLiteral("Component/Node[id=n]/\n"));
+    QCOMPARE(listed(line("type=S --assignments")), QStringLiteral("type=SCP\n"));
+    QCOMPARE(listed(line("nothing")), QString());
+    QCOMPARE(listed({QStringLiteral("Component[\n")}), QString());
+    const Run run = m_workshop->run(line("paths small.xml --assignments"));
+    QCOMPARE(run.err,
+             QStringLiteral("tunerproperties: --assignments requires --complete\n"
+                            "tunerproperties: try 'tunerproperties paths --help'\n"));
+    QCOMPARE(run.status, 2);
 }
 
 void ToolGetSetTest::pathsAreListed()

@@ -12,6 +12,7 @@ private Q_SLOTS:
     void wrongUsageTouchesNoFile();
     void helpListsTheCommands();
     void helpOfACommandDescribesIt();
+    void helpOfPathsDescribesCompletions();
     void helpOfACommandShowsEveryUsage();
     void helpOfFmtDescribesTheLayout();
     void helpNeedsNoArgumentsOfTheCommand();
@@ -213,6 +214,39 @@ void ToolUsageTest::helpListsTheCommands()
         QCOMPARE(run.err, QString());
         QCOMPARE(run.status, 0);
     }
+}
+
+void ToolUsageTest::helpOfPathsDescribesCompletions()
+{
+    QCOMPARE(Workshop().run(line("paths --help")).out,
+             QStringLiteral("Usage: tunerproperties paths [OPTION...] FILE\n"
+                            "\n"
+                            "List the paths of all members that are set.\n"
+                            "\n"
+                            "Each line is a complete path to a value, as 'get' and 'set' accept it.\n"
+                            "'tunerproperties get --help' describes paths.\n"
+                            "\n"
+                            "The name - means standard input or output, even after --. For a file of that\n"
+                            "name, write ./-.\n"
+                            "\n"
+                            "Options:\n"
+                            "  -h, --help                 Show this help.\n"
+                            "      --complete BEGINNING   List how a path that begins like this can go on,\n"
+                            "                             for completions of a shell. A step that can go on\n"
+                            "                             ends with /.\n"
+                            "      --assignments          With --complete: include members that are not set,\n"
+                            "                             and complete PATH=VALUE as 'set' accepts it.\n"
+                            "      --from FORM            Form of the input: xml, tagged, compressed,\n"
+                            "                             snapshot or json (default: from the content or, for\n"
+                            "                             a snapshot, the suffix .tps).\n"
+                            "      --max-expansion TIMES  Accept a compressed document that expands to at\n"
+                            "                             most TIMES its size (default: 50).\n"
+                            "\n"
+                            "Examples:\n"
+                            "  tunerproperties paths receiver.xml | grep gain\n"
+                            "      Find a value by its name.\n"
+                            "  tunerproperties paths receiver.xml --complete 'Component[name=audio]/'\n"
+                            "      List the members and nodes of a component.\n"));
 }
 
 void ToolUsageTest::helpOfACommandDescribesIt()

@@ -6,7 +6,15 @@
 
 #include <jobxml/Visit.h>
 
+#include <tunerdocuments/Path.h>
+
 namespace TunerDocuments::Paths {
+
+/// A text as it is after the "=" of a condition.
+QString written(const QString &text);
+
+/// The texts that identify an object, including null ones. A value has those of its chosen alternative.
+QVector<Path::Condition> identifyingTexts(const JobXml::DataObject &object);
 
 /// The steps to the items of a list, each of which is unique. An item with a long identity is selected by its position.
 class ItemSteps

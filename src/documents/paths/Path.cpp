@@ -26,12 +26,8 @@ PathFailure::~PathFailure() = default;
 
 namespace Paths {
 
-namespace {
-
 using Condition = Path::Condition;
-using WrittenStep = Path::Step;
 
-/// A text after the "=" of a condition.
 QString written(const QString &text)
 {
     const auto isSpecial = [](QChar character) { return QStringLiteral("[],=/\"'\\").contains(character); };
@@ -40,7 +36,6 @@ QString written(const QString &text)
     return isPlain ? text : Printable::quoted(text);
 }
 
-/// The texts that identify an object, including null ones. A value has those of its chosen alternative.
 QVector<Condition> identifyingTexts(const DataObject &object)
 {
     QVector<Condition> own;
@@ -53,6 +48,10 @@ QVector<Condition> identifyingTexts(const DataObject &object)
     });
     return own.isEmpty() ? chosen : own;
 }
+
+namespace {
+
+using WrittenStep = Path::Step;
 
 QStringList namesIn(const DataObject &object)
 {

@@ -19,6 +19,8 @@ enum class Takes {
     Word, ///< one of the listed words
     File,
     Folder,
+    Path, ///< a file first, then paths in it
+    Assignment, ///< a file first, then PATH=VALUE in it
     Anything,
 };
 
@@ -91,4 +93,7 @@ struct Command
     bool argumentsMayBeEmpty = false; ///< for arguments other than files
     bool mayEndWithNumber = false; ///< a number that begins with "-" is not an option
     QHash<QString, QString> meant = {}; ///< options of other commands, and what to suggest for them
+
+    bool takesFiles() const { return takes == Takes::File || takesPaths(); }
+    bool takesPaths() const { return takes == Takes::Path || takes == Takes::Assignment; }
 };

@@ -206,7 +206,7 @@ ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
         if (!parsed.helpOrVersion.isNull()) {
             // The argument may be a file that a pattern of the shell has matched; a script would take status 0 for "all
             // are valid".
-            if (command.takes == Takes::File && !parsed.arguments.isEmpty())
+            if (command.takesFiles() && !parsed.arguments.isEmpty())
                 throw WrongUsage(QStringLiteral("option '") + QString::fromLatin1(parsed.helpOrVersion)
                                  + QStringLiteral("' cannot be combined with files") + fileHint(parsed.helpOrVersion));
             if (parsed.isSet(Options::version()))

@@ -161,6 +161,7 @@ Command getCommand()
                         {QStringLiteral("get 'Component[*]/Node[id=gain]/ValueItem/value' *.xml"),
                          QStringLiteral("Print all gains of several documents.")}};
     command.minArguments = 2;
+    command.takes = Takes::Path;
     command.argumentsMayBeEmpty = true;
     command.run = run;
     return command;

@@ -124,7 +124,7 @@ QString ofCommand(const Command &command)
     QString text = usageText(forms) + wrapped(command.summary, 0, 0);
     for (const QString &paragraph : command.details)
         text += QLatin1Char('\n') + wrapped(paragraph, 0, 0);
-    if (command.takes == Takes::File)
+    if (command.takesFiles())
         text += QLatin1Char('\n') + wrapped(noteOnStandardStreams(), 0, 0);
     text += optionsText(optionsOf(command)) + QStringLiteral("\nExamples:\n");
     for (const Example &example : command.examples)

@@ -308,6 +308,7 @@ Command setCommand()
          QStringLiteral("Show what two changes would do.")},
         {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Unset the name.")}};
     command.minArguments = 2;
+    command.takes = Takes::Assignment;
     command.argumentsMayBeEmpty = true;
     command.mayEndWithNumber = true;
     command.run = run;

@@ -24,6 +24,11 @@ QString candidates(Takes takes, const QStringList &words)
         return QStringLiteral("kind=-f");
     case Takes::Folder:
         return QStringLiteral("kind=-d");
+    case Takes::Path:
+        return QStringLiteral("_%1_paths \"$2\" && return\n                kind=-f").arg(HelpText::program());
+    case Takes::Assignment:
+        return QStringLiteral("_%1_paths \"$2\" --assignments && return\n                kind=-f")
+            .arg(HelpText::program());
     default:
         return QStringLiteral("return");
     }
@@ -73,6 +78,78 @@ QString Pages::bashCompletion()
     for (const Command &command : allCommands())
         cases += caseOf(command);
     return QStringLiteral(R"(# Completions of bash for %1, made from the descriptions of its commands.
+
+# Reads a line that need not be complete, and evaluates nothing: `typed` becomes its words without quotes, of which the
+# last may be empty, and `quote` the quote that is open at its end.
+_%1_read()
+{
+    local line=$1 word= begun= character i
+    typed=() quote=
+    for ((i = 0; i < ${#line}; ++i)); do
+        character=${line:i:1}
+        if [[ $character == '\' && $quote != "'" ]]; then
+            ((++i))
+            [[ -z $quote || ${line:i:1} == [\\\"\$\`] ]] || word+='\'
+            word+=${line:i:1} begun=1
+        elif [[ $character == "$quote" ]]; then
+            quote=
+        elif [[ -z $quote && $character == [\'\"] ]]; then
+            quote=$character begun=1
+        elif [[ -z $quote && $character == [[:space:]] ]]; then
+            [[ -z $begun ]] || typed+=("$word")
+            word= begun=
+        else
+            word+=$character begun=1
+        fi
+    done
+    typed+=("$word")
+}
+
+# The first argument of the command that is neither an option nor the value of one, before the last word of `typed`.
+_%1_first_file()
+{
+    local i hasCommand=
+    for ((i = 1; i < ${#typed[@]} - 1; ++i)); do
+        case ${typed[i]} in
+        %2) ((++i)) ;;
+        --)
+            ((++i))
+            break
+            ;;
+        -?*) ;;
+        *)
+            [[ -z $hasCommand ]] || break
+            hasCommand=1
+            ;;
+        esac
+    done
+    ((i < ${#typed[@]} - 1)) && file=${typed[i]/#~\//$HOME/}
+}
+
+# Completes a path in the file that has been typed: _%1_paths REPLACED [OPTION...]. The shell replaces the end
+# of the word only, in the quotes that are open before it, so results are quoted for these.
+_%1_paths()
+{
+    local replaced=$1 line=${COMP_LINE:0:COMP_POINT} typed quote file program beginning found quoting
+    shift
+    [[ $line == *"$replaced" ]] || return
+    _%1_read "$line"
+    _%1_first_file && [[ -f $file ]] || return
+    program=${typed[0]/#~\//$HOME/}
+    [[ ${program##*/} == %1 ]] || program=%1
+    beginning=${typed[${#typed[@]} - 1]}
+    _%1_read "${line%"$replaced"}"
+    mapfile -t found < <(command "$program" paths "$@" --complete "$beginning" -- "$file" 2>/dev/null </dev/null)
+    COMPREPLY=()
+    ((${#found[@]} > 0)) || return 0
+    ((${#found[@]} > 1)) || [[ $found != *[/=] ]] || compopt -o nospace 2>/dev/null
+    case $quote in
+    \') quoting="s/'/'\\\\''/g" ;;
+    \") quoting='s/[\\"$`]/\\&/g; s/!/"'\''!'\''"/g' ;;
+    *) quoting='s/[][\\ !"#$&'\''()*,;<>?^`{|}~]/\\&/g' ;;
+    esac
+    mapfile -t COMPREPLY < <(printf '%s\n' "${found[@]#"${typed[${#typed[@]} - 1]}"}" | sed "$quoting")
+}
 
 _%1()
 {

@@ -32,6 +32,66 @@ QString values(Takes takes, const QStringList &words)
     }
 }
 
+/// The options of all commands that have a value.
+QString optionsWithValue()
+{
+    QStringList names;
+    for (const Command &command : allCommands()) {
+        for (const Option &option : command.options) {
+            if (!option.value.isEmpty())
+                names += option.allTyped();
+        }
+    }
+    names.removeDuplicates();
+    return names.join(QLatin1Char(' '));
+}
+
+/// Functions that print the file and complete a path in it. Nothing that was typed or found is evaluated.
+QString pathFunctions()
+{
+    return QStringLiteral(R"(
+function __%1_file
+    set -l typed (commandline -opc)
+    set -l has_command
+    set -l is_value
+    set -l has_options yes
+    for word in $typed[2..-1]
+        if test -n "$is_value"
+            set is_value
+        else if test -n "$has_options" -a "$word" = --
+            set has_options
+        else if test -n "$has_options"; and contains -- "$word" %2
+            set is_value yes
+        else if test -n "$has_options"; and string match -q -- '-?*' "$word"
+            continue
+        else if test -z "$has_command"
+            set has_command yes
+        else
+            set -l file (string replace -r '^~/' "$HOME/" -- "$word" | string collect)
+            test -f "$file"; and printf '%s' "$file"
+            return
+        end
+    end
+    return 1
+end
+
+function __%1_paths
+    set -l program (commandline -opc)[1]
+    string match -q -- '*/%1' "$program"; or set program %1
+    set program (string replace -r '^~/' "$HOME/" -- "$program")
+    set -l file (__%1_file | string collect)
+    set -l token (commandline -ct | string collect)
+    set -l beginning (begin
+        string unescape -- "$token"
+        or string unescape -- "$token'"
+        or string unescape -- "$token\""
+    end | string collect)
+    command $program paths $argv --complete "$beginning" -- "$file" 2>/dev/null </dev/null
+end
+)")
+        .arg(HelpText::program(), optionsWithValue());
+}
+
 QString optionLine(const QString &condition, const Option &option)
 {
     QString rest;
@@ -55,6 +115,7 @@ QString Pages::fishCompletion()
                  QStringLiteral("-f -a %1 -d %2").arg(command.name, quoted(HelpText::firstSentence(command.summary))));
     for (const Option &option : HelpText::generalOptions())
         text += optionLine(noCommand, option);
+    text += pathFunctions();
     for (const Command &command : allCommands()) {
         const QString condition = QStringLiteral("__fish_seen_subcommand_from ") + command.name;
         text += QLatin1Char('\n');
@@ -62,6 +123,11 @@ QString Pages::fishCompletion()
             text += optionLine(condition, option);
         if (command.takes == Takes::Word && command.words)
             text += line(condition, QStringLiteral("-f -a ") + quoted(command.words().join(QLatin1Char(' '))));
+        else if (command.takesPaths())
+            text += line(condition + QStringLiteral("; and __%1_file >/dev/null").arg(HelpText::program()),
+                         QStringLiteral("-f -a '(__%1_paths%2)'")
+                             .arg(HelpText::program(),
+                                  command.takes == Takes::Assignment ? QStringLiteral(" --assignments") : QString()));
         else if (command.takes != Takes::File && command.takes != Takes::Folder)
             text += line(condition, QStringLiteral("-f"));
     }

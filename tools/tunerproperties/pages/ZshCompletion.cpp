@@ -25,6 +25,10 @@ QString action(Takes takes, const QStringList &words)
         return QLatin1Char('(') + words.join(QLatin1Char(' ')) + QLatin1Char(')');
     case Takes::File:
         return QStringLiteral("_files");
+    case Takes::Path:
+        return QStringLiteral(" _%1_paths").arg(HelpText::program()); // the blank keeps arguments for compadd away
+    case Takes::Assignment:
+        return QStringLiteral(" _%1_paths --assignments").arg(HelpText::program());
     case Takes::Folder:
         return QStringLiteral("_path_files -/"); // _files would offer files where no folder fits
     default:
@@ -57,6 +61,8 @@ QString caseOf(const Command &command)
     const QString next = QStringLiteral(" \\\n                ");
     for (const Option &option : HelpText::optionsOf(command))
         text += next + optionArgument(option);
+    if (command.takesPaths())
+        text += next + quoted(QStringLiteral("1:file:_files"));
     if (command.maxArguments > 0)
         text += next
             + quoted(QStringLiteral("*:argument:")
@@ -83,8 +89,27 @@ QString Pages::zshCompletion()
     return QStringLiteral(R"(#compdef %1
 # Completions of zsh for %1, made from the descriptions of its commands.
 
+# Completes a path in the file that is the first argument: _%1_paths [OPTION...]. Nothing that was typed or found
+# is evaluated.
+_%1_paths()
+{
+    local file=${${(Q)line[1]}/#\~\//$HOME/}
+    local typed=$compstate[quote]$PREFIX$compstate[quote]
+    if [[ ! -f $file ]]; then
+        _files
+        return
+    fi
+    local -a found ends steps
+    found=("${(@f)$(command "$program" paths "$@" --complete "${(Q)typed}" -- "$file" 2>/dev/null </dev/null)}")
+    ends=(${found:#*[/=]}) steps=(${(M)found:#*[/=]})
+    compadd -a ends
+    compadd -S '' -a steps
+}
+
 _%1()
 {
+    local program=${${(Q)words[1]}/#\~\//$HOME/}
+    [[ ${program:t} == %1 ]] || program=%1
     local context state state_descr line
     typeset -A opt_args
     _arguments -C \
