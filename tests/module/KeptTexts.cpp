@@ -109,6 +109,7 @@ void keepProblem(Keeper &keeper, const char *function, const Problem &problem)
     keeper.keep(function, problem.message);
     keeper.keep("Problem::message", problem.message);
     keeper.keep("Problem::member", problem.member);
+    keeper.keep("Problem::value", problem.value);
     keeper.keep("ObjectPath::path", "Step::member", problem);
 }
 
