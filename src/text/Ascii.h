@@ -35,4 +35,33 @@ inline bool isAscii(QStringView text)
     return isAscii(text.utf16(), text.size());
 }
 
+/// Whether the text contains only characters from blank to tilde, as nearly all texts of documents do.
+inline bool isPrintableAscii(QStringView text)
+{
+    constexpr qsizetype atOnce = qsizetype(sizeof(quint64) / sizeof(char16_t));
+    const auto areAll = [](quint64 units) {
+        constexpr quint64 each = 0x0001000100010001; // multiplied by a unit, four of them
+        const quint64 beyond = (units | (units + each)) & (each * 0xFF80); // DEL is the one before 0x80
+        const quint64 notControls = ((units | (each * 0x8000)) - each * ' ') & (each * 0x8000);
+        return beyond == 0 && notControls == each * 0x8000;
+    };
+    const qsizetype count = text.size();
+    const auto *const begin = text.utf16();
+    if (count < atOnce) {
+        for (qsizetype i = 0; i < count; ++i) {
+            if (begin[i] < ' ' || begin[i] >= 0x7F)
+                return false;
+        }
+        return true;
+    }
+    quint64 units = 0;
+    for (qsizetype i = 0; i < count - atOnce; i += atOnce) {
+        std::memcpy(&units, begin + i, sizeof(units));
+        if (!areAll(units))
+            return false;
+    }
+    std::memcpy(&units, begin + count - atOnce, sizeof(units)); // the last, which may overlap those before
+    return areAll(units);
+}
+
 } // namespace REPORTGENERATOR

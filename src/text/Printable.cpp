@@ -6,6 +6,8 @@
 
 #include <QChar>
 
+#include "text/Ascii.h"
+
 namespace Printable {
 
 namespace {
@@ -94,6 +96,10 @@ namespace {
 
 QString escapedText(const QString &text, bool quotes)
 {
+    const bool isPlain = REPORTGENERATOR::isPrintableAscii(text)
+        && !(quotes && (text.contains(QLatin1Char('"')) || text.contains(QLatin1Char('\\'))));
+    if (isPlain)
+        return text;
     QString result;
     result.reserve(text.size());
     for (int i = 0; i < text.size(); ++i) {
@@ -162,14 +168,27 @@ QString escapedName(const QByteArray &bytes)
     return result;
 }
 
+bool isUtf8(const QByteArray &bytes)
+{
+    constexpr int most = 256; // bytes that are looked at again if one of them is not ASCII
+    for (int i = 0; i < bytes.size();) {
+        const int end = i + std::min(bytes.size() - i, most);
+        if (REPORTGENERATOR::isAscii(bytes.constData() + i, end - i))
+            i = end;
+        while (i < end) {
+            const int size = characterAt(bytes.constData() + i, bytes.size() - i).size;
+            if (size == 0)
+                return false;
+            i += size;
+        }
+    }
+    return true;
+}
+
 std::optional<QString> decoded(const QByteArray &utf8)
 {
-    for (int i = 0; i < utf8.size();) {
-        const int size = characterAt(utf8.constData() + i, utf8.size() - i).size;
-        if (size == 0)
-            return {};
-        i += size;
-    }
+    if (!isUtf8(utf8))
+        return {};
     // Qt drops a byte order mark at the beginning, and ends a QByteArray at its first NUL.
     const QByteArray afterLetter = 'x' + utf8;
     return QString::fromUtf8(afterLetter.constData(), afterLetter.size()).mid(1);

@@ -30,6 +30,9 @@ QByteArray escaped(const QByteArray &utf8);
 /// two names look the same.
 QString escapedName(const QByteArray &bytes);
 
+/// Whether the bytes are UTF-8.
+bool isUtf8(const QByteArray &bytes);
+
 /// Decodes UTF-8, including a leading byte order mark; no value if the bytes are not UTF-8.
 std::optional<QString> decoded(const QByteArray &utf8);
 

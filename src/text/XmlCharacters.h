@@ -3,12 +3,16 @@
 
 #include <QStringView>
 
+#include "text/Ascii.h"
+
 namespace REPORTGENERATOR {
 
 /// The index of the first character that XML cannot represent, and QXmlStreamWriter drops or replaces; -1 if there is
 /// none. These are U+0000 to U+001F except TAB, LF and CR, U+FFFE, U+FFFF and halves of surrogate pairs.
 inline int firstNotForXml(QStringView text)
 {
+    if (isPrintableAscii(text))
+        return -1;
     const int size = int(text.size());
     for (int i = 0; i < size; ++i) {
         const ushort unit = text[i].unicode();

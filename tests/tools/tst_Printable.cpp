@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <console/Console.h>
 #include <files/FileName.h>
+#include <text/Ascii.h>
 #include <text/Printable.h>
 
 #include <QTest>
@@ -20,6 +21,9 @@ private Q_SLOTS:
     void layoutRemains();
     void differentNamesAreShownDifferently();
     void onlyUtf8IsDecoded();
+    void longTextsAreExaminedToTheLastByte();
+    void printableAsciiEndsWithTilde_data();
+    void printableAsciiEndsWithTilde();
 };
 
 void PrintableTest::charactersThatMoveOrHideTextAreNotPrintable_data()
@@ -127,6 +131,43 @@ void PrintableTest::onlyUtf8IsDecoded()
     QCOMPARE(Printable::decoded(""), std::optional<QString>(QString()));
     QCOMPARE(Printable::decoded("\xFF"), std::optional<QString>());
     QCOMPARE(Printable::decoded(QByteArray("a\0b", 3)), std::optional<QString>(QString::fromUtf8("a\0b", 3)));
+}
+
+void PrintableTest::longTextsAreExaminedToTheLastByte()
+{
+    QVERIFY(Printable::isUtf8(QByteArray()));
+    for (const int size : {1, 255, 256, 257, 600}) {
+        const QByteArray letters(size, 'x');
+        QVERIFY(Printable::isUtf8(letters));
+        for (int at = 0; at < size; ++at) {
+            QByteArray bytes = letters;
+            bytes[at] = '\xE4'; // which needs two more
+            QVERIFY2(!Printable::isUtf8(bytes), qPrintable(QString::number(at)));
+            bytes.replace(at, 1, "\xE2\x82\xAC"); // across the pieces in which a text is examined
+            QVERIFY2(Printable::isUtf8(bytes), qPrintable(QString::number(at)));
+        }
+    }
+}
+
+void PrintableTest::printableAsciiEndsWithTilde_data()
+{
+    QTest::addColumn<int>("size");
+    for (const int size : {1, 3, 4, 5, 8, 11})
+        QTest::newRow(qPrintable(QString::number(size))) << size;
+}
+
+void PrintableTest::printableAsciiEndsWithTilde()
+{
+    QFETCH(int, size);
+    QVERIFY(REPORTGENERATOR::isPrintableAscii(QString()));
+    for (int at = 0; at < size; ++at) {
+        QString text(size, QLatin1Char('x'));
+        for (uint unit = 0; unit <= 0xFFFF; ++unit) {
+            text[at] = QChar(ushort(unit));
+            QVERIFY2(REPORTGENERATOR::isPrintableAscii(text) == (unit >= ' ' && unit <= '~'),
+                     qPrintable(QString::number(unit, 16)));
+        }
+    }
 }
 
 TEST_SUITE(PrintableTest)

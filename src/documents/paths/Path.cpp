@@ -28,11 +28,32 @@ namespace Paths {
 
 using Condition = Path::Condition;
 
+namespace {
+
+/// Whether a path uses the character for something else.
+bool isSpecial(QChar character)
+{
+    switch (character.unicode()) {
+    case '[':
+    case ']':
+    case ',':
+    case '=':
+    case '/':
+    case '"':
+    case '\'':
+    case '\\':
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 QString written(const QString &text)
 {
-    const auto isSpecial = [](QChar character) { return QStringLiteral("[],=/\"'\\").contains(character); };
-    const bool isPlain = !text.isEmpty() && text == text.trimmed() && text == Printable::onOneLine(text)
-        && std::none_of(text.begin(), text.end(), isSpecial);
+    const bool isPlain = !text.isEmpty() && !text.front().isSpace() && !text.back().isSpace()
+        && std::none_of(text.begin(), text.end(), isSpecial) && text == Printable::onOneLine(text);
     return isPlain ? text : Printable::quoted(text);
 }
 

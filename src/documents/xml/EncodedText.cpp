@@ -61,7 +61,7 @@ EncodedText::EncodedText(const QByteArray &document)
 
 bool EncodedText::isExact() const
 {
-    return m_codec ? encode(m_utf8) == m_document : Printable::decoded(m_document).has_value();
+    return m_codec ? encode(m_utf8) == m_document : Printable::isUtf8(m_document);
 }
 
 QString EncodedText::encoding() const
