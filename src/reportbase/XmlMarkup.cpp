@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace REPORTGENERATOR {
 
@@ -10,7 +11,8 @@ namespace {
 
 bool isBlank(char character)
 {
-    return character == ' ' || character == '\n' || character == '\t' || character == '\r';
+    // Nearly all other characters are above the blank.
+    return character <= ' ' && (character == ' ' || character == '\n' || character == '\t' || character == '\r');
 }
 
 /// Whether a character ends a name: a table, since most of a document is in names and texts.
@@ -44,6 +46,10 @@ public:
         : m_markup(markup), m_begin(markup.m_document.constData()), m_end(m_begin + markup.m_document.size()),
           m_at(m_begin)
     {
+        constexpr int usualBytesPerElement = 64;
+        constexpr int usualBytesPerAttribute = 40;
+        markup.m_elements.reserve(markup.m_document.size() / usualBytesPerElement);
+        markup.m_attributes.reserve(markup.m_document.size() / usualBytesPerAttribute);
     }
 
     /// Returns whether everything is closed.
@@ -54,11 +60,11 @@ public:
             if (!scanMarkup())
                 return false;
         }
-        return m_open.isEmpty() && !m_markup.m_elements.isEmpty();
+        return m_open.empty() && !m_markup.m_elements.isEmpty();
     }
 
 private:
-    static constexpr int deepest = 1000; // each name is compared with those of the elements around it
+    static constexpr std::size_t deepest = 1000; // each name is compared with those of the elements around it
 
     bool scanMarkup()
     {
@@ -90,7 +96,7 @@ private:
                 return false;
         }
         element.attributeCount = m_markup.m_attributes.size() - element.firstAttribute;
-        element.isEmptyTag = startsWith("/>");
+        element.isEmptyTag = m_end - m_at >= 2 && m_at[0] == '/' && m_at[1] == '>';
         m_at += element.isEmptyTag ? 1 : 0;
         if (m_at == m_end || *m_at != '>')
             return false;
@@ -99,14 +105,12 @@ private:
         element.content = {element.startTag.end, element.startTag.end};
         element.end = element.startTag.end;
         element.next = index + 1;
-        element.parent = m_open.isEmpty() ? -1 : m_open.last();
+        element.parent = parent();
         const QLatin1String name = m_markup.localName(element);
         noteNameInAncestors(name);
         m_markup.m_elements.append(element);
-        if (!element.isEmptyTag) {
-            m_open.append(index);
-            m_openNames.append(name);
-        }
+        if (!element.isEmptyTag)
+            m_open.push_back({name, index});
         return m_open.size() <= deepest;
     }
 
@@ -114,11 +118,10 @@ private:
     {
         Attribute attribute;
         attribute.name = scanName();
-        if (attribute.name.size() == 0 || !skipBlanks() || *m_at != '=')
+        const bool isCompact = m_end - m_at >= 2 && m_at[0] == '=' && m_at[1] == '"'; // as nearly all are
+        if (isCompact ? attribute.name.size() == 0 : !skipToValue(attribute.name))
             return false;
-        ++m_at;
-        if (!skipBlanks() || (*m_at != '"' && *m_at != '\''))
-            return false;
+        m_at += isCompact ? 1 : 0;
         const char *const quote = find(*m_at, m_at + 1);
         if (!quote)
             return false;
@@ -128,13 +131,22 @@ private:
         return true;
     }
 
+    /// Skips blanks and the equals sign. Returns whether a quote follows.
+    bool skipToValue(const Span &name)
+    {
+        if (name.size() == 0 || !skipBlanks() || *m_at != '=')
+            return false;
+        ++m_at;
+        return skipBlanks() && (*m_at == '"' || *m_at == '\'');
+    }
+
     bool scanEndTag()
     {
         const char *const bracket = find('>', m_at);
-        if (!bracket || m_open.isEmpty())
+        if (!bracket || m_open.empty())
             return false;
-        Element &element = m_markup.m_elements[m_open.takeLast()];
-        m_openNames.removeLast();
+        Element &element = m_markup.m_elements[m_open.back().element];
+        m_open.pop_back();
         element.content.end = offset(m_at);
         element.next = m_markup.m_elements.size();
         m_at = bracket + 1;
@@ -146,7 +158,7 @@ private:
     {
         Comment comment;
         comment.whole.begin = offset(m_at);
-        comment.parent = m_open.isEmpty() ? -1 : m_open.last();
+        comment.parent = parent();
         comment.next = m_markup.m_elements.size();
         m_at += 2; // "<!-->" is not a comment
         if (!skipTo("-->"))
@@ -182,20 +194,25 @@ private:
         return false;
     }
 
+    /// The element around what follows; -1 outside of the root.
+    int parent() const { return m_open.empty() ? -1 : m_open.back().element; }
+
     void noteNameInAncestors(QLatin1String name)
     {
-        for (int i = 0; i < m_open.size(); ++i) {
-            if (m_openNames.at(i) == name)
-                m_markup.m_elements[m_open.at(i)].containsItsName = true;
+        for (const Open &open : m_open) {
+            if (open.name == name)
+                m_markup.m_elements[open.element].containsItsName = true;
         }
     }
 
     Span scanName()
     {
-        const char *const begin = m_at;
-        while (m_at != m_end && !endsName(*m_at))
-            ++m_at;
-        return {offset(begin), offset(m_at)};
+        const char *at = m_at; // a copy, which stays in a register
+        while (at != m_end && !endsName(*at))
+            ++at;
+        const Span name{offset(m_at), offset(at)};
+        m_at = at;
+        return name;
     }
 
     /// Whether there is anything after the blanks.
@@ -228,12 +245,18 @@ private:
 
     int offset(const char *at) const { return int(at - m_begin); }
 
+    /// An element whose end tag has not been read.
+    struct Open
+    {
+        QLatin1String name; // without the prefix
+        int element;
+    };
+
     XmlMarkup &m_markup;
     const char *const m_begin;
     const char *const m_end;
     const char *m_at;
-    QVector<int> m_open; // the elements whose end tags have not been read
-    QVector<QLatin1String> m_openNames; // and their names without prefixes
+    std::vector<Open> m_open;
 };
 
 XmlMarkup::XmlMarkup(const QByteArray &document) : m_document(document)
@@ -242,6 +265,74 @@ XmlMarkup::XmlMarkup(const QByteArray &document) : m_document(document)
 }
 
 XmlMarkup::~XmlMarkup() = default;
+
+namespace {
+
+/// Where the places of a document are after parts of it were replaced.
+class Moved
+{
+public:
+    explicit Moved(const QVector<XmlMarkup::TextPart> &parts)
+    {
+        int distance = 0;
+        for (const XmlMarkup::TextPart &part : parts) {
+            distance += part.newSize - part.span.size();
+            m_steps.push_back({part.span.end, distance});
+        }
+    }
+
+    /// The first place that moves.
+    int first() const { return m_steps.front().from; }
+
+    void move(int &offset) const
+    {
+        const auto after = std::upper_bound(m_steps.begin(), m_steps.end(), offset,
+                                            [](int place, const Step &step) { return place < step.from; });
+        if (after != m_steps.begin())
+            offset += std::prev(after)->distance;
+    }
+
+    void move(XmlMarkup::Span &span) const
+    {
+        move(span.begin);
+        move(span.end);
+    }
+
+private:
+    struct Step
+    {
+        int from; // the places from here on
+        int distance;
+    };
+
+    std::vector<Step> m_steps;
+};
+
+} // namespace
+
+void XmlMarkup::replaceTexts(const QByteArray &document, const QVector<TextPart> &parts)
+{
+    m_document = document;
+    if (parts.isEmpty())
+        return;
+    const Moved moved(parts);
+    for (Element &element : m_elements) {
+        if (element.end < moved.first())
+            continue;
+        moved.move(element.name);
+        moved.move(element.startTag);
+        moved.move(element.content);
+        moved.move(element.end);
+    }
+    const auto isBefore = [&](const Attribute &attribute) { return attribute.value.end < moved.first(); };
+    const auto first = std::partition_point(m_attributes.begin(), m_attributes.end(), isBefore);
+    std::for_each(first, m_attributes.end(), [&](Attribute &attribute) {
+        moved.move(attribute.name);
+        moved.move(attribute.value);
+    });
+    for (Comment &comment : m_comments)
+        moved.move(comment.whole);
+}
 
 QLatin1String XmlMarkup::localName(const Element &element) const
 {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QMap>
 #include <QTest>
 
 #include <reportbase/XmlMarkup.h>
@@ -25,6 +26,8 @@ private Q_SLOTS:
     void incompleteDocumentIsNotComplete();
     void everyCutStaysWithinTheDocument();
     void elementsMayBeAThousandLevelsDeep();
+    void replacedTextsMoveWhatFollows_data();
+    void replacedTextsMoveWhatFollows();
 };
 
 namespace {
@@ -200,6 +203,85 @@ void XmlMarkupTest::elementsMayBeAThousandLevelsDeep()
     };
     QVERIFY(XmlMarkup(nested(1000)).isComplete());
     QVERIFY(!XmlMarkup(nested(1001)).isComplete());
+}
+
+namespace {
+
+/// All places, and what else is known of the document.
+QStringList everything(const XmlMarkup &markup)
+{
+    const auto text = [](const XmlMarkup::Span &span) { return QStringLiteral("%1-%2").arg(span.begin).arg(span.end); };
+    QStringList result{QString::fromUtf8(markup.document()),
+                       markup.isComplete() ? QStringLiteral("complete") : QString()};
+    for (const XmlMarkup::Element &element : markup.elements()) {
+        result.append(QStringLiteral("element %1 %2 %3 to %4, ")
+                          .arg(text(element.name), text(element.startTag), text(element.content))
+                          .arg(element.end)
+                      + QStringLiteral("parent %1, next %2, attributes %3+%4, empty %5, contains %6")
+                            .arg(element.parent)
+                            .arg(element.next)
+                            .arg(element.firstAttribute)
+                            .arg(element.attributeCount)
+                            .arg(element.isEmptyTag)
+                            .arg(element.containsItsName));
+    }
+    for (const XmlMarkup::Attribute &attribute : markup.attributes())
+        result.append(QStringLiteral("attribute %1=%2").arg(text(attribute.name), text(attribute.value)));
+    for (const XmlMarkup::Comment &comment : markup.comments())
+        result.append(QStringLiteral("comment %1 in %2 before %3")
+                          .arg(text(comment.whole))
+                          .arg(comment.parent)
+                          .arg(comment.next));
+    return result;
+}
+
+} // namespace
+
+void XmlMarkupTest::replacedTextsMoveWhatFollows_data()
+{
+    QTest::addColumn<QByteArray>("after"); // of this document, in which capital letters are replaced:
+    const char before[] = "<!-- 1 --><a x='A' y=\"BB\"><b>CCC<c/>D</b><!-- 2 --><b z='E'/>F</a><!-- 3 -->";
+    const auto add = [&](const char *name, const QMap<char, QByteArray> &texts) {
+        QByteArray after;
+        for (const char *at = before; *at != '\0'; ++at) {
+            if (*at < 'A' || *at > 'Z')
+                after += *at;
+            else if (at[-1] != *at)
+                after += texts.value(*at, QByteArray(*at == 'C' ? 3 : *at == 'B' ? 2 : 1, *at));
+        }
+        QTest::newRow(name) << after;
+    };
+    add("nothing", {});
+    add("the first attribute", {{'A', "123"}});
+    add("an attribute that becomes empty", {{'B', ""}});
+    add("a text before a child", {{'C', "1"}});
+    add("a text after a child", {{'D', "12345"}});
+    add("the last text", {{'F', ""}});
+    add("another text of the same size", {{'C', "123"}});
+    add("some", {{'B', "1"}, {'D', "1234567"}, {'E', ""}});
+    add("all", {{'A', ""}, {'B', "123"}, {'C', ""}, {'D', "123456"}, {'E', "12"}, {'F', ""}});
+}
+
+void XmlMarkupTest::replacedTextsMoveWhatFollows()
+{
+    QFETCH(QByteArray, after);
+    const QByteArray before = "<!-- 1 --><a x='A' y=\"BB\"><b>CCC<c/>D</b><!-- 2 --><b z='E'/>F</a><!-- 3 -->";
+    QVector<XmlMarkup::TextPart> parts;
+    int at = 0; // in the document afterwards
+    for (int begin = 0; begin < before.size(); ++begin, ++at) {
+        const char letter = before.at(begin);
+        if (letter < 'A' || letter > 'Z')
+            continue;
+        const int end = before.lastIndexOf(letter) + 1;
+        const int size = after.indexOf(before.at(end), at) - at;
+        if (after.mid(at, size) != before.mid(begin, end - begin))
+            parts.append({{begin, end}, size});
+        begin = end - 1;
+        at += size - 1;
+    }
+    XmlMarkup markup(before);
+    markup.replaceTexts(after, parts);
+    QCOMPARE(everything(markup), everything(XmlMarkup(after)));
 }
 
 TEST_SUITE(XmlMarkupTest)

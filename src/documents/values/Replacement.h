@@ -12,6 +12,7 @@ struct Replacement
     int begin;
     int end; ///< equal to the beginning for an insertion
     QByteArray text;
+    bool isText = false; ///< neither before nor after with tags or comments, and not empty before
 };
 using Replacements = QVector<Replacement>;
 

@@ -112,12 +112,20 @@ void XmlEditor::apply()
     if (m_pending.empty())
         return;
     Replacements pending;
-    for (const auto &[begin, replacement] : m_pending)
+    QVector<Markup::TextPart> texts;
+    for (const auto &[begin, replacement] : m_pending) {
         pending.append(replacement);
+        if (replacement.isText)
+            texts.append({{replacement.begin, replacement.end}, replacement.text.size()});
+    }
     const QByteArray text = replaced(m_markup->document(), 0, m_markup->document().size(), pending);
+    const bool hasOnlyTexts = texts.size() == int(m_pending.size());
     m_pending.clear();
     m_pendingValues.clear();
-    scan(text);
+    if (hasOnlyTexts)
+        m_markup->replaceTexts(text, texts);
+    else
+        scan(text);
 }
 
 QByteArray XmlEditor::document()
@@ -215,7 +223,7 @@ void XmlEditor::replaceAttribute(Replacements &out, int attribute, const QString
     const Span span = isNumber ? XmlBlanks::trimmed(document, value) : value;
     const QByteArray written = XmlText::inAttribute(text, document.at(value.end), m_text);
     if (m_markup->bytes(span) != QLatin1String(written))
-        out.append({span.begin, span.end, written});
+        out.append({span.begin, span.end, written, span.size() > 0});
 }
 
 /// The parts of an element's content that are its text: without comments, processing instructions and other elements.
@@ -276,7 +284,7 @@ void XmlEditor::replaceContent(Replacements &out, int element, const QString &te
     if (texts.size() == 1 && m_markup->bytes(texts.first()) == QLatin1String(written))
         return;
     for (int i = 0; i < texts.size(); ++i)
-        out.append({texts.at(i).begin, texts.at(i).end, i == 0 ? written : QByteArray()});
+        out.append({texts.at(i).begin, texts.at(i).end, i == 0 ? written : QByteArray(), true});
 }
 
 void XmlEditor::removeValues(Replacements &out, XmlChildren &children, const QVector<XmlPlaces::Value> &values) const
