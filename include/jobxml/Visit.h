@@ -80,6 +80,11 @@ public:
     /// MoveChild() and ArrangeChildren().
     const DataObject &GetChild(int index = 0) const;
 
+    /// The same member of another object, which must be of the same class: for visitors of many objects, which visit
+    /// one of each class to find the members that they need. The object of this view is not used, and need not exist
+    /// any longer.
+    MemberView Of(const DataObject &object) const { return MemberView(*m_row, object); }
+
 protected:
     MemberView(const VisitedMember &row, const DataObject &object) : m_row(&row), m_object(&object) { }
 

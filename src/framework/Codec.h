@@ -36,7 +36,14 @@ struct CodecDefaults
     static void refuse(const DataObject &, QLatin1String) { }
     static bool isPresent(const T &, bool set) { return set; }
     static QStringList names() { return {}; }
-    static QVariant variant(const T &value) { return QVariant::fromValue(value); }
+    static QVariant variant(const T &value)
+    {
+        // fromValue() looks the type up; there is no constructor for float, which would become double.
+        if constexpr (std::is_same_v<T, float>)
+            return QVariant::fromValue(value);
+        else
+            return QVariant(value);
+    }
     static bool fromVariant(const QVariant &variant, T &value)
     {
         if (variant.userType() != qMetaTypeId<T>())

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <functional>
 #include <limits>
+#include <optional>
 
 #include <QtTest>
 
@@ -677,6 +678,24 @@ private Q_SLOTS:
         edit(fresh, "id", [](MemberEditor &member) { member.SetFlag(true); });
         QVERIFY(fresh.IsidSet());
         QVERIFY(fresh.Getid().isNull());
+    }
+
+    void viewOfOneObjectFindsTheMemberInAnother()
+    {
+        std::optional<MemberView> id;
+        {
+            const Node gone;
+            visit(gone, [&](const MemberView &member) {
+                if (member.GetName() == QLatin1String("id"))
+                    id.emplace(member);
+            });
+        }
+        Node node;
+        node.Setid(QStringLiteral("gain"));
+        QCOMPARE(id->Of(node).GetName(), QLatin1String("id"));
+        QCOMPARE(id->Of(node).GetValue(), QVariant(QStringLiteral("gain")));
+        QVERIFY(id->Of(node).IsSet());
+        QVERIFY(!id->Of(Node()).IsSet());
     }
 
     void viewReturnsThePresentState()

@@ -72,9 +72,11 @@ qint64 lintWithText(const Document &document, const QByteArray &text, const Find
     const bool hasComments = applyComments(markup, report);
     Places places(markup);
     Places *const needed = hasComments || options.most > 0 ? &places : nullptr;
-    lintText(markup, report, needed);
+    quint64 rules = everyRule & ~rulesAboutText();
+    if (!lintText(markup, report, needed))
+        rules &= ~rulesAboutAlternatives();
     report.beginWalk();
-    lintObjects(document.tuner, everyRule & ~rulesAboutText(), needed, report);
+    lintObjects(document.tuner, rules, needed, report);
     report.visit(visitor, &encoded.utf8());
     if (problems && needed)
         locate(*problems, places, encoded.utf8());

@@ -20,9 +20,10 @@ QString LintedObject::written(int index) const
 
 void LintedObject::check(quint64 rules) const
 {
+    const std::vector<Rule> &all = allRules();
     for (; rules != 0; rules &= rules - 1) {
         m_rule = int(qCountTrailingZeroBits(rules));
-        allRules()[std::size_t(m_rule)].checkObject(*this);
+        all[std::size_t(m_rule)].checkObject(*this);
     }
 }
 
@@ -54,15 +55,20 @@ namespace {
 
 long double numberOf(const MemberView &member, MemberKind kind)
 {
+    // The value has the type of the kind; converting it takes longer.
     const QVariant value = member.GetValue();
+    const void *const data = value.constData();
     switch (kind) {
     case MemberKind::Int:
+        return static_cast<long double>(*static_cast<const int *>(data));
     case MemberKind::Int64:
-        return static_cast<long double>(value.toLongLong());
+        return static_cast<long double>(*static_cast<const qlonglong *>(data));
     case MemberKind::UInt64:
-        return static_cast<long double>(value.toULongLong());
+        return static_cast<long double>(*static_cast<const qulonglong *>(data));
+    case MemberKind::Float:
+        return static_cast<long double>(*static_cast<const float *>(data));
     default:
-        return value.toDouble();
+        return static_cast<long double>(*static_cast<const double *>(data));
     }
 }
 
@@ -77,12 +83,12 @@ public:
     {
         LintedObject::Content &content = contentOf(object, shape, place);
         for (const int part : shape.parts) {
-            if (descend(content, shape, std::size_t(part), summary))
+            if (descend(object, content, shape, std::size_t(part), summary))
                 break;
         }
         if (summary)
             summarize(content, shape, *summary);
-        const LintedObject linted(shape, content, m_steps, m_places, place, m_report);
+        const LintedObject linted(object, shape, content, m_steps, m_places, place, m_report);
         linted.check(shape.rules & m_rules);
     }
 
@@ -92,55 +98,57 @@ private:
         if (m_contents.size() == m_steps.size())
             m_contents.emplace_back();
         LintedObject::Content &content = m_contents[m_steps.size()];
-        content.members.clear();
-        JobXml::visit(object, [&](const MemberView &member) { content.members.push_back(member); });
         const std::size_t size = shape.members.size();
         if (content.texts.size() < size) {
             content.texts.resize(size);
             content.numbers.resize(size);
+            content.areSet.resize(size);
             content.items.resize(size);
             content.places.resize(size);
         }
-        for (const int text : shape.texts)
-            content.texts[std::size_t(text)] = content.members[std::size_t(text)].GetValue().toString();
-        for (const int number : shape.numbers)
-            content.numbers[std::size_t(number)] =
-                numberOf(content.members[std::size_t(number)], shape.members[std::size_t(number)].kind);
+        for (const int text : shape.texts) {
+            const QVariant value = shape.members[std::size_t(text)].view.Of(object).GetValue();
+            content.texts[std::size_t(text)] = *static_cast<const QString *>(value.constData());
+        }
+        for (const int number : shape.numbers) {
+            const Shape::Member &member = shape.members[std::size_t(number)];
+            const MemberView view = member.view.Of(object);
+            content.numbers[std::size_t(number)] = numberOf(view, member.kind);
+            content.areSet[std::size_t(number)] = view.IsSet() ? 1 : 0;
+        }
         if (m_places)
             m_places->childrenOf(place, content.places);
         return content;
     }
 
     /// Visits what is in a member. Returns whether no other member has anything that counts.
-    bool descend(LintedObject::Content &content, const Shape &shape, std::size_t index, LintedItem *summary)
+    bool descend(const DataObject &object, LintedObject::Content &content, const Shape &shape, std::size_t index,
+                 LintedItem *summary)
     {
-        const MemberKind kind = shape.members[index].kind;
-        const MemberView &member = content.members[index];
-        const Shape &child = *shape.members[index].child;
-        if (kind == MemberKind::ObjectList) {
+        const Shape::Member &part = shape.members[index];
+        const MemberView member = part.view.Of(object);
+        if (part.kind == MemberKind::ObjectList) {
             std::vector<LintedItem> &items = content.items[index];
-            items.clear();
             items.resize(std::size_t(member.GetSize()));
-            for (int i = 0; i < int(items.size()); ++i)
-                visitChild(member, i, i, child, placeAt(content, index, i), &items[std::size_t(i)]);
+            for (int i = 0; i < int(items.size()); ++i) {
+                items[std::size_t(i)].clear();
+                m_steps.push_back({part.name, i});
+                visit(member.GetChild(i), *part.child, placeAt(content, index, i), &items[std::size_t(i)]);
+                m_steps.pop_back();
+            }
             return false;
         }
-        const bool isAlternative = kind == MemberKind::Alternative;
+        const bool isAlternative = part.kind == MemberKind::Alternative;
         if (isAlternative && !member.IsChosen())
             return false;
         if (member.GetSize() != 0) {
             const std::vector<int> &places = content.places[index];
-            visitChild(member, 0, -1, child, places.empty() ? Places::none : places.back(),
-                       isAlternative ? summary : nullptr);
+            m_steps.push_back({part.name, -1});
+            visit(member.GetChild(), *part.child, places.empty() ? Places::none : places.back(),
+                  isAlternative ? summary : nullptr);
+            m_steps.pop_back();
         }
         return isAlternative;
-    }
-
-    void visitChild(const MemberView &member, int index, int step, const Shape &shape, int place, LintedItem *summary)
-    {
-        m_steps.push_back({member.GetName(), step});
-        visit(member.GetChild(index), shape, place, summary);
-        m_steps.pop_back();
     }
 
     int placeAt(const LintedObject::Content &content, std::size_t index, int item) const
@@ -160,7 +168,7 @@ private:
             item.identity[std::size_t(item.texts++)] = text;
         }
         const int number = shape.value.number;
-        if (number >= 0 && content.members[std::size_t(number)].IsSet()) {
+        if (number >= 0 && content.areSet[std::size_t(number)] != 0) {
             item.hasNumber = true;
             item.number = double(content.numbers[std::size_t(number)]);
         }

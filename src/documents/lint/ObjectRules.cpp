@@ -10,6 +10,7 @@
 
 #include <tunerdocuments/Value.h>
 
+#include "text/Ascii.h"
 #include "text/Printable.h"
 #include "text/Suggestion.h"
 
@@ -28,7 +29,7 @@ QString written(double number)
 
 bool isInteger(const LintedObject &object, int index)
 {
-    const MemberKind kind = object.member(index).GetKind();
+    const MemberKind kind = object.shape.members[std::size_t(index)].kind;
     return kind == MemberKind::Int || kind == MemberKind::Int64;
 }
 
@@ -36,8 +37,8 @@ bool isInteger(const LintedObject &object, int index)
 struct Range
 {
     explicit Range(const LintedObject &object)
-        : hasValue(object.isSet(object.shape.value.number)), hasMin(object.isSet(object.shape.min)),
-          hasMax(object.isSet(object.shape.max)), hasStep(object.isSet(object.shape.step)),
+        : hasValue(object.hasNumber(object.shape.value.number)), hasMin(object.hasNumber(object.shape.min)),
+          hasMax(object.hasNumber(object.shape.max)), hasStep(object.hasNumber(object.shape.step)),
           value(object.number(object.shape.value.number)), min(object.number(object.shape.min)),
           max(object.number(object.shape.max)), step(object.number(object.shape.step))
     {
@@ -269,18 +270,33 @@ void valueNotListed(const LintedObject &object)
 
 namespace {
 
+/// The same as findDuplicates(), for a few items: compares each with each.
+template <class Key, class Found>
+void findDuplicatesAmongFew(const std::vector<LintedItem> &items, const Key &key, const Found &found)
+{
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        for (std::size_t earlier = 0; key.has(items[i]) && earlier < i; ++earlier) {
+            if (key.has(items[earlier]) && key.isSame(items[i], items[earlier])) {
+                found(int(i), int(earlier));
+                break;
+            }
+        }
+    }
+}
+
 /// Calls `found(item, earlier)` for each item that has the same key as an earlier one, with the first of these. Takes
 /// time in proportion to the size of the keys, however many are the same or have the same hash.
 template <class Key, class Found>
 void findDuplicates(const std::vector<LintedItem> &items, const Key &key, const Found &found)
 {
+    constexpr std::size_t mostAmongFew = 8;
+    if (items.size() <= mostAmongFew)
+        return findDuplicatesAmongFew(items, key, found);
     struct Entry
     {
         uint hash;
         int index;
     };
-    if (items.size() < 2)
-        return;
     constexpr int few = 64;
     QVarLengthArray<Entry, few> entries;
     for (std::size_t i = 0; i < items.size(); ++i) {
@@ -312,6 +328,10 @@ struct ByIdentity
 {
     static bool has(const LintedItem &item) { return item.isIdentified; }
     static uint hash(const LintedItem &item) { return qHash(item.identity[1], qHash(item.identity[0])); }
+    static bool isSame(const LintedItem &one, const LintedItem &other)
+    {
+        return one.identity[0] == other.identity[0] && one.identity[1] == other.identity[1];
+    }
     static int compare(const LintedItem &one, const LintedItem &other)
     {
         const int order = one.identity[0].compare(other.identity[0]);
@@ -323,6 +343,7 @@ struct ByNumber
 {
     static bool has(const LintedItem &item) { return item.hasNumber && !std::isnan(item.number); }
     static uint hash(const LintedItem &item) { return qHash(item.number); }
+    static bool isSame(const LintedItem &one, const LintedItem &other) { return one.number == other.number; }
     static int compare(const LintedItem &one, const LintedItem &other)
     {
         return one.number == other.number ? 0 : one.number < other.number ? -1 : 1;
@@ -345,14 +366,14 @@ bool hasList(const Shape &shape, const char *name)
 }
 
 /// Reports the items of a list that an earlier item has the identity of.
-void reportDuplicates(const LintedObject &object, const char *name, const QString &kind)
+void reportDuplicates(const LintedObject &object, const char *name, const char *kind)
 {
     const int list = object.shape.find(QLatin1String(name));
     const std::vector<LintedItem> &items = object.items(list);
     findDuplicates(items, ByIdentity(), [&](int item, int earlier) {
         object.warnItem(list, item, items[std::size_t(item)].names[0], [&]() -> Description {
             return {QStringLiteral("%1 %2 already has %3")
-                        .arg(kind)
+                        .arg(QLatin1String(kind))
                         .arg(earlier + 1)
                         .arg(identityOf(items[std::size_t(item)]))};
         });
@@ -392,7 +413,7 @@ bool hasComponents(const Shape &shape)
 
 void duplicateComponent(const LintedObject &object)
 {
-    reportDuplicates(object, "Component", QStringLiteral("component"));
+    reportDuplicates(object, "Component", "component");
 }
 
 bool hasNodes(const Shape &shape)
@@ -402,7 +423,7 @@ bool hasNodes(const Shape &shape)
 
 void duplicateNode(const LintedObject &object)
 {
-    reportDuplicates(object, "Node", QStringLiteral("node"));
+    reportDuplicates(object, "Node", "node");
 }
 
 bool hasValues(const Shape &shape)
@@ -412,7 +433,7 @@ bool hasValues(const Shape &shape)
 
 void duplicateValue(const LintedObject &object)
 {
-    reportDuplicates(object, "ValueItem", QStringLiteral("value"));
+    reportDuplicates(object, "ValueItem", "value");
 }
 
 bool hasBandwidths(const Shape &shape)
@@ -422,7 +443,7 @@ bool hasBandwidths(const Shape &shape)
 
 void duplicateBandwidth(const LintedObject &object)
 {
-    reportDuplicates(object, "BandwidthSelection", QStringLiteral("bandwidth"));
+    reportDuplicates(object, "BandwidthSelection", "bandwidth");
 }
 
 bool hasNames(const Shape &shape)
@@ -513,6 +534,8 @@ struct UnprintableCharacter
 {
     explicit UnprintableCharacter(const QString &text)
     {
+        if (REPORTGENERATOR::isPrintableAscii(text))
+            return;
         for (int i = 0; i < text.size(); ++i) {
             const QChar unit = text.at(i);
             if (unit >= QLatin1Char(' ') && unit < QLatin1Char('\x7F'))

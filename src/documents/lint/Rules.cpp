@@ -110,25 +110,34 @@ const std::vector<Rule> &allRules()
     return rules;
 }
 
-quint64 rulesFor(const Shape &shape)
+namespace {
+
+template <class Predicate>
+quint64 rulesWhere(const Predicate &predicate)
 {
     quint64 rules = 0;
     for (std::size_t i = 0; i < allRules().size(); ++i) {
-        const Rule &rule = allRules()[i];
-        if (rule.applies && rule.applies(shape))
+        if (predicate(allRules()[i]))
             rules |= bitOf(int(i));
     }
     return rules;
 }
 
+} // namespace
+
+quint64 rulesFor(const Shape &shape)
+{
+    return rulesWhere([&](const Rule &rule) { return rule.applies && rule.applies(shape); });
+}
+
 quint64 rulesAboutText()
 {
-    quint64 rules = 0;
-    for (std::size_t i = 0; i < allRules().size(); ++i) {
-        if (allRules()[i].checkText)
-            rules |= bitOf(int(i));
-    }
-    return rules;
+    return rulesWhere([](const Rule &rule) { return rule.checkText; });
+}
+
+quint64 rulesAboutAlternatives()
+{
+    return rulesWhere([](const Rule &rule) { return rule.applies == ObjectRules::isChoice; });
 }
 
 } // namespace TunerDocuments

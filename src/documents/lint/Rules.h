@@ -47,6 +47,10 @@ quint64 rulesFor(const Shape &shape);
 /// The rules that examine the text if there is one.
 quint64 rulesAboutText();
 
+/// The rules about alternatives that are not chosen. A document whose text has at most one alternative for each value
+/// has none of these.
+quint64 rulesAboutAlternatives();
+
 inline quint64 bitOf(int rule)
 {
     return quint64(1) << rule;

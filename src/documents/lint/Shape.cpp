@@ -77,7 +77,8 @@ Shape shapeOf(JobXml::DataObject &sample)
     Shape shape;
     shape.className = sample.GetObjectName();
     JobXml::visit(sample, [&](MemberEditor &member) {
-        Shape::Member entry{member.GetName(), member.GetKind(), member.IsIdentifying(), member.IsAttribute(), nullptr};
+        Shape::Member entry{member.GetName(),     member.GetKind(),           member.IsIdentifying(),
+                            member.IsAttribute(), JobXml::MemberView(member), nullptr};
         if (entry.kind == MemberKind::ObjectList)
             entry.child = std::make_unique<Shape>(shapeOf(member.AppendChild()));
         else if (entry.kind == MemberKind::Object || entry.kind == MemberKind::Alternative)

@@ -22,6 +22,7 @@ struct Shape
         JobXml::MemberKind kind;
         bool isIdentifying;
         bool isAttribute; ///< whether XML may have it as an attribute
+        JobXml::MemberView view; ///< of an object that does not exist any more: see MemberView::Of()
         std::unique_ptr<Shape> child; ///< of objects, lists of them and alternatives
     };
 

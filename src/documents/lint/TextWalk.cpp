@@ -203,6 +203,9 @@ public:
         read(root);
     }
 
+    /// Whether any object has several, after run().
+    bool hasSeveralAlternatives() const { return m_hasSeveralAlternatives; }
+
 private:
     /// A start or end tag; an empty-element tag counts as both.
     struct Tag
@@ -220,6 +223,7 @@ private:
         int place;
         std::array<int, mostMembers> counts = {}; ///< the items of its lists so far
         int hint = 0; ///< the member that was read last
+        bool hasAlternative = false; ///< whether one was read
     };
 
     bool next()
@@ -284,6 +288,10 @@ private:
         const Shape::Member &member = object.shape.members[std::size_t(index)];
         if (member.child) {
             const bool isList = member.kind == MemberKind::ObjectList;
+            if (member.kind == MemberKind::Alternative) {
+                m_hasSeveralAlternatives = m_hasSeveralAlternatives || object.hasAlternative;
+                object.hasAlternative = true;
+            }
             m_steps.push_back({member.name, isList ? object.counts[std::size_t(index)]++ : -1});
             // A child object that occurs several times is read further, in contrast to an alternative.
             int place = Places::none;
@@ -372,6 +380,7 @@ private:
     Report &m_report;
     Places *const m_places;
     QString m_presentVersion;
+    bool m_hasSeveralAlternatives = false;
     bool m_isOlder = false; // unknown elements of the document are skipped with what is in them
     Tag m_tag;
     std::vector<LintStep> m_steps;
@@ -389,9 +398,11 @@ bool applyComments(const XmlMarkup &markup, Report &report)
     return Comments(markup, report).apply();
 }
 
-void lintText(const XmlMarkup &markup, Report &report, Places *places)
+bool lintText(const XmlMarkup &markup, Report &report, Places *places)
 {
-    Walk(markup, report, places).run();
+    Walk walk(markup, report, places);
+    walk.run();
+    return walk.hasSeveralAlternatives();
 }
 
 } // namespace TunerDocuments

@@ -14,7 +14,8 @@ bool canLintText(const REPORTGENERATOR::XmlMarkup &markup);
 /// Makes the comments that disable rules effective. Returns whether there are any.
 bool applyComments(const REPORTGENERATOR::XmlMarkup &markup, Report &report);
 
-/// Applies the rules about the text. Adds the places of the objects to `places`, which may be null.
-void lintText(const REPORTGENERATOR::XmlMarkup &markup, Report &report, Places *places);
+/// Applies the rules about the text. Adds the places of the objects to `places`, which may be null. Returns whether any
+/// object has several alternatives in the text.
+bool lintText(const REPORTGENERATOR::XmlMarkup &markup, Report &report, Places *places);
 
 } // namespace TunerDocuments
