@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Measures whole processes of the command-line tool, as users start them, beside xmllint on the same files.
+"""Measures whole processes of the command-line tool, as users start them, beside xmllint or each other.
 
-scripts/bench.sh runs it. The result is written to --output as JSON, for
-table.py. Each process runs in turn with its reference, and the figures are medians. The document is the example as the
-tool writes it, since the schema describes written documents. Before anything is measured, both programs have to accept
-it and to refuse damaged copies of it.
+scripts/bench.sh runs it. The result is written to --output as JSON, for table.py. Each process runs in turn with its
+reference, and the figures are medians; instructions are counted by callgrind.
+
+The document for xmllint is the example as the tool writes it, since the schema describes written documents. Before
+anything is measured, both programs have to accept it and to refuse damaged copies of it. The commands that read large
+documents have to do their work on the smallest of them.
 """
 
 import argparse
@@ -24,6 +26,8 @@ COPIES = 500
 CPU_RUNS = 5
 START_RUNS = 101
 PAGE_NODES = 15000, 100000
+COMMAND_RUNS = 5
+COMMAND_NODES = 1000, 10000, 100000
 
 
 class Process(NamedTuple):
@@ -34,6 +38,13 @@ class Process(NamedTuple):
     cpu: float  # milliseconds, those of the system included
     clock: float  # milliseconds from start to end
     peak: float  # megabytes of memory, at least those of this script
+
+
+class Task(NamedTuple):
+    """A command of the tool on a document, and the exit status that it has because of what is in the document."""
+
+    arguments: list
+    status: int = 0
 
 
 def run(command, output=os.devnull):
@@ -57,10 +68,10 @@ def shown(command):
     return " ".join(map(str, command[:8]))
 
 
-def succeed(command, output=os.devnull):
+def succeed(command, output=os.devnull, status=0):
     process = run(command, output)
-    if process.status != 0:
-        sys.exit(f"{shown(command)}: exit status {process.status} instead of 0\n{process.errors[-2000:]}")
+    if process.status != status:
+        sys.exit(f"{shown(command)}: exit status {process.status} instead of {status}\n{process.errors[-2000:]}")
     return process
 
 
@@ -129,6 +140,100 @@ def measure_page(options, folder, nodes):
     return {"figure": process.peak, "reference": page.stat().st_size / 1e6}
 
 
+class Documents:
+    """A generated document of so many nodes, and a copy with another value in the last node that has an integer."""
+
+    PATTERN = "Component[*]/Node[*]/ValueItem[*]/ValueInt/value"
+
+    def __init__(self, options, folder, nodes):
+        self.tool, self.folder = options.tool, folder
+        self.document, self.changed, self.edited = (folder / f"{name}-{nodes}.xml"
+                                                    for name in ("document", "changed", "edited"))
+        succeed([options.bench, "--save", self.document, "--nodes", nodes])
+        last = self.printed("get", self.document, self.PATTERN).rstrip("\n").rpartition("\n")[2]
+        if last.count("\t") != 2:
+            sys.exit(f"{self.document.name} has no value for {self.PATTERN}")
+        _, self.path, value = last.split("\t")
+        self.value = str(int(value) + 1)
+        self.restore()
+        succeed(self.commands()["set"].arguments)
+        shutil.copyfile(self.edited, self.changed)
+
+    def commands(self):
+        return {"validate": Task([self.tool, "validate", self.document]),
+                "lint": Task([self.tool, "lint", self.document], 1),
+                "get": Task([self.tool, "get", self.document, self.path]),
+                "diff": Task([self.tool, "diff", self.document, self.changed]),
+                "set": Task([self.tool, "set", self.edited, f"{self.path}={self.value}"])}
+
+    def restore(self):
+        """For another run of 'set', which otherwise would have nothing to change."""
+        shutil.copyfile(self.document, self.edited)
+
+    def printed(self, *arguments):
+        output = self.folder / "printed"
+        succeed([self.tool, *arguments], output)
+        return output.read_text(encoding="utf-8")
+
+    def verify(self):
+        """A figure is worthless if a command does not do its work."""
+        if self.printed("get", self.changed, self.path) != self.value + "\n":
+            sys.exit(f"{shown(self.commands()['set'].arguments)}: 'get' does not print the value")
+        if self.printed(*self.commands()["diff"].arguments[1:]).count("\n") != 1:
+            sys.exit(f"{shown(self.commands()['diff'].arguments)}: there is not one difference")
+
+
+def instructions(task, folder):
+    """Millions of instructions of a process."""
+    counts = folder / "counts"
+    succeed([shutil.which("valgrind"), "--tool=callgrind", f"--callgrind-out-file={counts}", *task.arguments],
+            status=task.status)
+    found = re.search(r"^(?:summary|totals): (\d+)$", counts.read_text(encoding="utf-8"), re.MULTILINE)
+    if not found:
+        sys.exit(f"{shown(task.arguments)}: callgrind has counted nothing")
+    return int(found[1]) / 1e6
+
+
+def count(documents, folder, names):
+    """The millions of instructions of these commands."""
+    counts = {}
+    for name in names:
+        documents.restore()
+        counts[name] = instructions(documents.commands()[name], folder)
+    return counts
+
+
+def spend(documents):
+    """The milliseconds of CPU of each command."""
+    spent = {name: [] for name in documents.commands()}
+    for _ in range(COMMAND_RUNS):
+        for name, task in documents.commands().items():
+            documents.restore()
+            spent[name].append(succeed(task.arguments, status=task.status))
+    return {name: median(processes, "cpu") for name, processes in spent.items()}
+
+
+def ratios(names, kind, larger, smaller):
+    for name in names:
+        yield f"{name}, {kind}", {"figure": larger[name], "reference": smaller[name]}
+
+
+def measure_commands(options, folder):
+    """Yields how the cost of commands grows with the document, and that of changing a value beside that of reading it."""
+    small, medium, large = (Documents(options, folder, nodes) for nodes in COMMAND_NODES)
+    small.verify()
+    names = list(small.commands())
+    # Instructions of all commands at 100,000 nodes would take callgrind several minutes more.
+    yield from ratios(names, f"{COMMAND_NODES[1]:,} nodes, instructions", count(medium, folder, names),
+                      count(small, folder, names))
+    at_large, at_medium = spend(large), spend(medium)
+    yield from ratios(names, f"{COMMAND_NODES[2]:,} nodes, CPU", at_large, at_medium)
+    of_both = count(large, folder, ("set", "get"))
+    for kind, figures in (("instructions", of_both), ("CPU", at_large)):
+        yield (f"set beside get, {COMMAND_NODES[2]:,} nodes, {kind}",
+               {"figure": figures["set"], "reference": figures["get"]})
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--tool", type=pathlib.Path, required=True)
@@ -140,12 +245,15 @@ def main():
     xmllint = shutil.which("xmllint")
     if not xmllint:
         sys.exit("xmllint is missing; install it first (Debian: libxml2-utils)")
+    if not shutil.which("valgrind"):
+        sys.exit("valgrind is missing; install it first")
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
         # First, while this script is small: a child's peak is at least that of its parent.
         measured = {f"show --format html, {nodes:,} nodes": measure_page(options, folder, nodes)
                     for nodes in PAGE_NODES}
         measured.update(measure_validate(options, xmllint, folder))
+        measured.update(measure_commands(options, folder))
     options.output.write_text(json.dumps(measured, indent=1) + "\n", encoding="utf-8")
 
 

@@ -8,7 +8,8 @@
 #   --memory         the heap at 1,000 nodes
 #   --check          the last two; fails if a figure is above its reach, or more than 5 % above the recorded one
 #   --record         the last two, and records them in bench/baseline.json
-#   --tool           whole processes of the command-line tool, beside xmllint: time, and memory at the peak
+#   --tool           whole processes of the command-line tool, beside xmllint and each other: time, instructions, and
+#                    memory at the peak
 #
 # and OPTION
 #

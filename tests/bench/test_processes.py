@@ -26,8 +26,14 @@ CHECK = 'grep -q Toaster "$file" && exit 1; grep -q "</" "$file" || exit 1'
 XMLLINT = 'for file; do :; done; [ "$2" != --schema ] || { ' + CHECK + '; }; grep -q "</" "$file" || exit 1'
 TOOL = 'for file; do :; done; case $1 in convert) cp "$2" "$3" ;; validate) ' + CHECK + """ ;;
 show) [ "$(wc -c <"$file")" -lt 50 ] || { echo "in.xml: cannot show more than 1 objects" >&2; exit 3; }
-    echo '<html></html>' ;; esac"""
-BENCH = 'head -c "$(($4 / 1000))" /dev/zero >"$2"'
+    echo '<html></html>' ;;
+lint) exit 1 ;;
+get) case $3 in *'*'*) printf 'x\\tPATH\\t6\\nx\\tPATH/value\\t7\\n' ;; *) cut -d ' ' -f 2 "$2" ;; esac ;;
+diff) cmp -s "$2" "$3" || echo '~ PATH/value: 7 -> 8' ;;
+set) echo "</ ${3#PATH/value=}" >"$2" ;; esac"""
+BENCH = 'head -c "$(($4 / 1000))" /dev/zero >"$2"; echo "</" >>"$2"'
+# A million instructions for each argument.
+VALGRIND = 'out=${2#*=}; for file; do :; done; shift 2; "$@"; status=$?; echo "totals: $#000000" >"$out"; exit $status'
 
 
 class Processes(unittest.TestCase):
@@ -36,7 +42,7 @@ class Processes(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
         self.write("example.xml", DOCUMENT)
-        for name, body in (("tool", TOOL), ("bench", BENCH), ("xmllint", XMLLINT)):
+        for name, body in (("tool", TOOL), ("bench", BENCH), ("xmllint", XMLLINT), ("valgrind", VALGRIND)):
             self.program(name, body)
 
     def write(self, name: str, text: str) -> Path:
@@ -64,9 +70,16 @@ class Processes(unittest.TestCase):
         measured = self.measure()
         self.assertEqual(measured.stderr, "")
         figures = json.loads((self.folder / "output").read_text(encoding="utf-8"))
+        commands = "validate", "lint", "get", "diff", "set"
         self.assertEqual(list(figures), ["show --format html, 15,000 nodes", "show --format html, 100,000 nodes",
-                                         "validate -j1, 500 files", "validate, one file"])
+                                         "validate -j1, 500 files", "validate, one file",
+                                         *(f"{name}, 10,000 nodes, instructions" for name in commands),
+                                         *(f"{name}, 100,000 nodes, CPU" for name in commands),
+                                         "set beside get, 100,000 nodes, instructions",
+                                         "set beside get, 100,000 nodes, CPU"])
         self.assertEqual(figures["show --format html, 15,000 nodes"]["reference"], 14 / 1e6)
+        self.assertEqual(figures["lint, 10,000 nodes, instructions"], {"figure": 3, "reference": 3})
+        self.assertEqual(figures["set beside get, 100,000 nodes, instructions"], {"figure": 4, "reference": 4})
         self.assertEqual(figures["show --format html, 100,000 nodes"], {"refused": True})
         for name in ("validate -j1, 500 files", "validate, one file"):
             self.assertGreater(figures[name]["figure"], 0)
@@ -101,6 +114,27 @@ class Processes(unittest.TestCase):
     def test_a_page_that_ends_early_is_reported(self) -> None:
         self.program("tool", TOOL.replace("<html></html>", "<html>"))
         self.assertRegex(self.refusal(), r"exit status 0, or no whole page")
+
+    def test_a_document_without_the_value_that_is_changed_is_reported(self) -> None:
+        self.program("tool", TOOL.replace("printf", "true"))
+        self.assertEqual(self.refusal(), "document-1000.xml has no value for "
+                                         "Component[*]/Node[*]/ValueItem[*]/ValueInt/value\n")
+
+    def test_a_set_that_stores_nothing_is_not_measured(self) -> None:
+        self.program("tool", TOOL.replace("${3#PATH/value=}", "7"))
+        self.assertRegex(self.refusal(), r"tool set .*=8: 'get' does not print the value\n")
+
+    def test_a_diff_that_finds_nothing_is_not_measured(self) -> None:
+        self.program("tool", TOOL.replace("cmp -s", "true"))
+        self.assertRegex(self.refusal(), r"tool diff .*: there is not one difference\n")
+
+    def test_a_lint_that_finds_nothing_is_not_measured(self) -> None:
+        self.program("tool", TOOL.replace("lint) exit 1", "lint) exit 0"))
+        self.assertRegex(self.refusal(), r"tool lint .*: exit status 0 instead of 1\n")
+
+    def test_instructions_that_were_not_counted_are_reported(self) -> None:
+        self.program("valgrind", VALGRIND.replace("totals", "nothing"))
+        self.assertRegex(self.refusal(), r"tool validate .*: callgrind has counted nothing\n")
 
     def test_a_missing_xmllint_is_named(self) -> None:
         self.assertEqual(self.measure(path=str(self.folder / "nowhere")).stderr,
