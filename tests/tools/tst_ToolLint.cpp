@@ -14,6 +14,7 @@ private Q_SLOTS:
     void warningsHaveLinePathSuggestionAndRule();
     void problemsOfTheModelComeFirst();
     void documentsWithoutTextHavePaths();
+    void findingsInJsonHaveLinesAndColumns();
     void severalFilesAreReportedInOrder();
     void disabledRulesFindNothing();
     void quietReportsByStatus();
@@ -72,6 +73,50 @@ QJsonValue firstOf(const QJsonValue &object, const char *list)
     return object[QString::fromUtf8(list)].toArray().at(0);
 }
 
+/// What the format demands of every document, of those properties that are used.
+void checkSarif(const QJsonObject &document)
+{
+    QCOMPARE(document.keys(),
+             (QStringList{QStringLiteral("$schema"), QStringLiteral("runs"), QStringLiteral("version")}));
+    QCOMPARE(document[QStringLiteral("version")].toString(), QStringLiteral("2.1.0"));
+    QVERIFY(document[QStringLiteral("$schema")].toString().endsWith(QStringLiteral("/sarif-schema-2.1.0.json")));
+    const QJsonArray runs = document[QStringLiteral("runs")].toArray();
+    QCOMPARE(runs.size(), 1);
+    const QJsonObject driver = runs[0][QStringLiteral("tool")][QStringLiteral("driver")].toObject();
+    QCOMPARE(driver[QStringLiteral("name")].toString(), QStringLiteral("tunerproperties"));
+    QCOMPARE(driver[QStringLiteral("version")].toString(), QStringLiteral(TOOL_VERSION));
+    const QJsonArray rules = driver[QStringLiteral("rules")].toArray();
+    QCOMPARE(rules.size(), 26);
+    QStringList names;
+    for (const QJsonValue &rule : rules) {
+        const QString name = rule[QStringLiteral("id")].toString();
+        QVERIFY(!name.isEmpty() && !names.contains(name));
+        names.append(name);
+        for (const char *text : {"shortDescription", "fullDescription", "help"})
+            QVERIFY2(rule[QString::fromUtf8(text)][QStringLiteral("text")].toString().endsWith(QLatin1Char('.')),
+                     qPrintable(name));
+        const QString level = rule[QStringLiteral("defaultConfiguration")][QStringLiteral("level")].toString();
+        QCOMPARE(level,
+                 name == QLatin1String("invalid-document") ? QStringLiteral("error") : QStringLiteral("warning"));
+    }
+    QVERIFY(runs[0][QStringLiteral("results")].isArray());
+    const QJsonArray results = runs[0][QStringLiteral("results")].toArray();
+    for (const QJsonValue &result : results) {
+        QCOMPARE(names.value(result[QStringLiteral("ruleIndex")].toInt(-1)),
+                 result[QStringLiteral("ruleId")].toString());
+        QVERIFY((QStringList{QStringLiteral("error"), QStringLiteral("warning")})
+                    .contains(result[QStringLiteral("level")].toString()));
+        QVERIFY(!result[QStringLiteral("message")][QStringLiteral("text")].toString().isEmpty());
+        const QJsonObject place = result[QStringLiteral("locations")][0][QStringLiteral("physicalLocation")].toObject();
+        QVERIFY(!place[QStringLiteral("artifactLocation")][QStringLiteral("uri")].toString().isEmpty());
+        if (place.contains(QStringLiteral("region"))) {
+            QVERIFY(place[QStringLiteral("region")][QStringLiteral("startLine")].toInt() >= 1);
+            QVERIFY(place[QStringLiteral("region")][QStringLiteral("startColumn")].toInt() >= 1);
+        }
+    }
+    QVERIFY(runs[0][QStringLiteral("invocations")][0][QStringLiteral("executionSuccessful")].isBool());
+}
+
 } // namespace
 
 void ToolLintTest::cleanDocumentHasNoOutput()
@@ -124,7 +169,7 @@ void ToolLintTest::documentsWithoutTextHavePaths()
 {
     Workshop shop;
     shop.write(QStringLiteral("a.xml"), twoWarnings);
-    for (const char *name : {"b.json", "b.tpb", "b.tpz", "b.tps"}) {
+    for (const char *name : {"b.tpb", "b.tpz", "b.tps"}) {
         const QString file = QString::fromUtf8(name);
         QCOMPARE(shop.run({QStringLiteral("convert"), QStringLiteral("a.xml"), file}).status, 0);
         const Run run = shop.run({QStringLiteral("lint"), file});
@@ -134,6 +179,43 @@ void ToolLintTest::documentsWithoutTextHavePaths()
                                       "value 11 is above max 10; use a value from 0 to 10 [value-out-of-range]\n"));
         QCOMPARE(run.status, 1);
     }
+}
+
+void ToolLintTest::findingsInJsonHaveLinesAndColumns()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.json"), R"({"TunerProperties": {"Version": "1.1", "type": "SCP", "baseresource": "b",
+  "Component": [{"type": "t", "name": "c",
+    "Node": [{"id": "n", "ValueItem": [{"ValueNumericInt":
+      {"id": "\u00e4", "value": 11, "min": 0, "max": 10, "step": 1}}]}]}]}})");
+    const QString path =
+        QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=\u00E4]/ValueNumericInt/value");
+    Run run = shop.run(line("lint a.json"));
+    QCOMPARE(
+        run.out,
+        QStringLiteral("a.json:2:17: Component[type=t,name=c]: Component: Please set optional properly.\n"
+                       "a.json:4:33: %1: value 11 is above max 10; use a value from 0 to 10 [value-out-of-range]\n")
+            .arg(path));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 1);
+    QCOMPARE(shop.run(line("validate --strict a.json")).out, run.out);
+    QCOMPARE(shop.run(line("validate a.json")).err,
+             QStringLiteral("tunerproperties: a.json: 1 problem; 'lint' has 1 warning\n"));
+
+    const QJsonArray findings = json(shop.run(line("lint --json a.json")).bytes)[QStringLiteral("findings")].toArray();
+    QCOMPARE(findings.size(), 2);
+    QCOMPARE(findings[1][QStringLiteral("line")].toInt(), 4);
+    QCOMPARE(findings[1][QStringLiteral("column")].toInt(), 33);
+    QCOMPARE(findings[1][QStringLiteral("path")].toString(), path);
+
+    run = shop.run(line("lint --format sarif a.json"));
+    checkSarif(json(run.bytes));
+    const QJsonArray results = firstOf(json(run.bytes), "runs")[QStringLiteral("results")].toArray();
+    QCOMPARE(results.size(), 2);
+    const QJsonValue region =
+        firstOf(results[1], "locations")[QStringLiteral("physicalLocation")][QStringLiteral("region")];
+    QCOMPARE(region[QStringLiteral("startLine")].toInt(), 4);
+    QCOMPARE(region[QStringLiteral("startColumn")].toInt(), 33);
 }
 
 void ToolLintTest::severalFilesAreReportedInOrder()
@@ -284,54 +366,6 @@ void ToolLintTest::wrongUsageIsRefused()
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 2);
 }
-
-namespace {
-
-/// What the format demands of every document, of those properties that are used.
-void checkSarif(const QJsonObject &document)
-{
-    QCOMPARE(document.keys(),
-             (QStringList{QStringLiteral("$schema"), QStringLiteral("runs"), QStringLiteral("version")}));
-    QCOMPARE(document[QStringLiteral("version")].toString(), QStringLiteral("2.1.0"));
-    QVERIFY(document[QStringLiteral("$schema")].toString().endsWith(QStringLiteral("/sarif-schema-2.1.0.json")));
-    const QJsonArray runs = document[QStringLiteral("runs")].toArray();
-    QCOMPARE(runs.size(), 1);
-    const QJsonObject driver = runs[0][QStringLiteral("tool")][QStringLiteral("driver")].toObject();
-    QCOMPARE(driver[QStringLiteral("name")].toString(), QStringLiteral("tunerproperties"));
-    QCOMPARE(driver[QStringLiteral("version")].toString(), QStringLiteral(TOOL_VERSION));
-    const QJsonArray rules = driver[QStringLiteral("rules")].toArray();
-    QCOMPARE(rules.size(), 26);
-    QStringList names;
-    for (const QJsonValue &rule : rules) {
-        const QString name = rule[QStringLiteral("id")].toString();
-        QVERIFY(!name.isEmpty() && !names.contains(name));
-        names.append(name);
-        for (const char *text : {"shortDescription", "fullDescription", "help"})
-            QVERIFY2(rule[QString::fromUtf8(text)][QStringLiteral("text")].toString().endsWith(QLatin1Char('.')),
-                     qPrintable(name));
-        const QString level = rule[QStringLiteral("defaultConfiguration")][QStringLiteral("level")].toString();
-        QCOMPARE(level,
-                 name == QLatin1String("invalid-document") ? QStringLiteral("error") : QStringLiteral("warning"));
-    }
-    QVERIFY(runs[0][QStringLiteral("results")].isArray());
-    const QJsonArray results = runs[0][QStringLiteral("results")].toArray();
-    for (const QJsonValue &result : results) {
-        QCOMPARE(names.value(result[QStringLiteral("ruleIndex")].toInt(-1)),
-                 result[QStringLiteral("ruleId")].toString());
-        QVERIFY((QStringList{QStringLiteral("error"), QStringLiteral("warning")})
-                    .contains(result[QStringLiteral("level")].toString()));
-        QVERIFY(!result[QStringLiteral("message")][QStringLiteral("text")].toString().isEmpty());
-        const QJsonObject place = result[QStringLiteral("locations")][0][QStringLiteral("physicalLocation")].toObject();
-        QVERIFY(!place[QStringLiteral("artifactLocation")][QStringLiteral("uri")].toString().isEmpty());
-        if (place.contains(QStringLiteral("region"))) {
-            QVERIFY(place[QStringLiteral("region")][QStringLiteral("startLine")].toInt() >= 1);
-            QVERIFY(place[QStringLiteral("region")][QStringLiteral("startColumn")].toInt() >= 1);
-        }
-    }
-    QVERIFY(runs[0][QStringLiteral("invocations")][0][QStringLiteral("executionSuccessful")].isBool());
-}
-
-} // namespace
 
 void ToolLintTest::sarifIsOneDocumentForAllFiles()
 {

@@ -86,11 +86,11 @@ public:
         m_report.add(m_rule, placeOfItem(list, item, itemMember), m_steps, &step, itemMember, describe);
     }
 
-    /// Reports a warning about an entry of a list of names, or about an alternative.
+    /// Reports a warning about an entry of a list of names.
     template <class Describe>
     void warnEntry(int index, int entry, const Describe &describe) const
     {
-        m_report.add(m_rule, placeOfItem(index, entry, {}), m_steps, nullptr, member(index).GetName(), describe);
+        m_report.add(m_rule, placeOfItem(index, entry, {}), m_steps, nullptr, member(index).GetName(), describe, entry);
     }
 
     /// Applies the rules to it.

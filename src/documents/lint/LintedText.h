@@ -27,6 +27,7 @@ public:
     QStringList known{}; ///< the names that an attribute or element may have there
     bool isSkipped = true; ///< whether the content of an unknown element is skipped as well
     QString presentVersion{}; ///< of the library
+    Form form = Form::Xml;
 
     /// Reports a warning.
     template <class Describe>

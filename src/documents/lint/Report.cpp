@@ -2,7 +2,6 @@
 #include "documents/lint/Report.h"
 
 #include <algorithm>
-#include <optional>
 #include <stdexcept>
 
 #include "text/Suggestion.h"
@@ -69,7 +68,7 @@ Report::Report(const Document &document, const LintOptions &options)
 }
 
 void Report::keep(int rule, const TextPlace &place, const std::vector<LintStep> &steps, const LintStep *furtherStep,
-                  QLatin1String member, Description &&description)
+                  QLatin1String member, Description &&description, int entry)
 {
     Finding finding;
     finding.kind = Finding::Kind::Warning;
@@ -86,24 +85,23 @@ void Report::keep(int rule, const TextPlace &place, const std::vector<LintStep> 
     finding.path = m_paths->of(finding.steps);
     finding.message = std::move(description.message);
     finding.suggestion = std::move(description.suggestion);
-    m_kept.push_back({std::move(finding), place.offset});
+    const bool isInJson = m_places && place.offset < 0;
+    const int offset = isInJson ? m_places->find(finding.steps, finding.member, entry) : place.offset;
+    m_kept.push_back({std::move(finding), offset});
 }
 
-void Report::visit(const FindingVisitor &visitor, const QByteArray *utf8)
+void Report::visit(const FindingVisitor &visitor, const Locate &locate)
 {
-    if (utf8)
+    if (locate)
         std::stable_sort(m_kept.begin(), m_kept.end(),
                          [](const Kept &one, const Kept &other) { return one.offset < other.offset; });
     if (qint64(m_kept.size()) > m_most)
         m_kept.resize(std::size_t(m_most));
-    std::optional<LineCounter> counter;
-    if (utf8)
-        counter.emplace(*utf8);
     for (Kept &kept : m_kept) {
-        if (counter && kept.offset >= 0) {
-            counter->advanceTo(kept.offset);
-            kept.finding.line = counter->line();
-            kept.finding.column = counter->column();
+        if (locate && kept.offset >= 0) {
+            const TextLocation location = locate(kept.offset);
+            kept.finding.line = location.line;
+            kept.finding.column = location.column;
         }
         visitor(kept.finding);
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -10,7 +11,9 @@
 #include <tunerdocuments/Lint.h>
 #include <tunerdocuments/Path.h>
 
+#include "documents/lint/JsonPlaces.h"
 #include "documents/lint/Rules.h"
+#include "text/TextLocation.h"
 
 namespace TunerDocuments {
 
@@ -21,19 +24,23 @@ struct LintStep
     int index; ///< -1 if the member is not a list
 };
 
-/// Lines and columns of places in a text, in ascending order.
+/// Lines and columns of places in XML, in ascending order. A carriage return ends a line as well, in contrast to
+/// TextLocator.
 class LineCounter
 {
 public:
     /// A byte order mark does not count.
     explicit LineCounter(const QByteArray &utf8) : m_utf8(utf8), m_at(utf8.startsWith("\xEF\xBB\xBF") ? 3 : 0) { }
 
-    void advanceTo(int offset);
-
-    int line() const { return m_line; }
-    int column() const { return m_column; }
+    TextLocation at(int offset)
+    {
+        advanceTo(offset);
+        return {m_line, m_column};
+    }
 
 private:
+    void advanceTo(int offset);
+
     const QByteArray &m_utf8;
     int m_at;
     int m_line = 1;
@@ -57,6 +64,9 @@ struct TextPlace
     int element = -1; ///< the element concerned, whose comments may disable the rule
 };
 
+/// Line and column of a place. Called for places in ascending order.
+using Locate = std::function<TextLocation(int offset)>;
+
 /// The findings: the first ones, and the number of all. Only the first ones are described, since a document made for
 /// that may have one for every few bytes.
 class Report
@@ -70,14 +80,17 @@ public:
     /// The rules that comments disable for each element; empty if they disable none.
     void setDisabledInElements(std::vector<quint64> rules) { m_disabledInElements = std::move(rules); }
 
+    /// Where findings without a place are in JSON.
+    void setPlaces(const JsonPlaces &places) { m_places = &places; }
+
     /// How many findings are described from now on. Findings of two walks are merged, so that each has the full number.
     void beginWalk() { m_left = m_most; }
 
     /// Counts a finding, and describes it if it is one of the first. `furtherStep`, from the object at the steps to the
-    /// one concerned, may be null.
+    /// one concerned, may be null. `entry` is that of a list of names.
     template <class Describe>
     void add(int rule, const TextPlace &place, const std::vector<LintStep> &steps, const LintStep *furtherStep,
-             QLatin1String member, const Describe &describe)
+             QLatin1String member, const Describe &describe, int entry = JsonPlaces::none)
     {
         if (!m_disabledInElements.empty() && place.element >= 0
             && (m_disabledInElements[std::size_t(place.element)] & bitOf(rule)) != 0)
@@ -85,14 +98,15 @@ public:
         ++m_count;
         if (m_left > 0) {
             --m_left;
-            keep(rule, place, steps, furtherStep, member, describe());
+            keep(rule, place, steps, furtherStep, member, describe(), entry);
         }
     }
 
     qint64 count() const { return m_count; }
 
-    /// Calls the visitor with the first findings. With the text, they are sorted by place, and have line and column.
-    void visit(const FindingVisitor &visitor, const QByteArray *utf8);
+    /// Calls the visitor with the first findings. If they can be located, they are sorted by place, and have line and
+    /// column.
+    void visit(const FindingVisitor &visitor, const Locate &locate = {});
 
 private:
     struct Kept
@@ -102,13 +116,14 @@ private:
     };
 
     void keep(int rule, const TextPlace &place, const std::vector<LintStep> &steps, const LintStep *furtherStep,
-              QLatin1String member, Description &&description);
+              QLatin1String member, Description &&description, int entry);
 
     const JobXml::TunerProperties &m_tuner;
     const qint64 m_most;
     quint64 m_enabled = 0;
     quint64 m_errors = 0;
     std::vector<quint64> m_disabledInElements;
+    const JsonPlaces *m_places = nullptr;
     qint64 m_count = 0;
     qint64 m_left = 0;
     std::vector<Kept> m_kept;

@@ -100,8 +100,8 @@ const std::vector<Rule> &allRules()
                  "Readers ignore what they do not know of it.", TextSubject::Version, unknownVersion),
         textRule(
             "reset-by-version", "The version of the document is missing, not a number, or older than 1.1.",
-            "Readers then reset the document to its defaults before they read it, which sets the quantity, and skip "
-            "unknown elements without a message.",
+            "Readers then reset the document to its defaults before they read it, which sets the quantity, and in XML "
+            "skip unknown elements without a message.",
             TextSubject::Version, resetByVersion),
         textRule("useless-comment",
                  "A comment disables an unknown rule, no rule, or is not directly before an element.",

@@ -235,7 +235,8 @@ void unknownElement(const LintedText &element)
 
 void unknownVersion(const LintedText &version)
 {
-    if (!(version.text.toFloat() > version.presentVersion.toFloat()))
+    // The reader of JSON refuses what it does not know, whatever the version is.
+    if (version.form == Form::Json || !(version.text.toFloat() > version.presentVersion.toFloat()))
         return;
     version.warn([&]() -> Description {
         return {
@@ -249,7 +250,9 @@ void resetByVersion(const LintedText &version)
     if (!(version.text.toFloat() < version.presentVersion.toFloat()))
         return;
     version.warn([&]() -> Description {
-        const QString suggestion = QStringLiteral("use Version=\"%1\"").arg(version.presentVersion);
+        const QString suggestion = (version.form == Form::Json ? QStringLiteral("use \"Version\": \"%1\"")
+                                                               : QStringLiteral("use Version=\"%1\""))
+                                       .arg(version.presentVersion);
         if (version.text.isNull())
             return {QStringLiteral("the version is missing; readers reset the document to its defaults"), suggestion};
         return {QStringLiteral("version %1 is older than %2; readers reset the document to its defaults")

@@ -167,9 +167,10 @@ Command lintCommand()
     command.usages = QStringList{QStringLiteral("FILE..."), QStringLiteral("--rules")};
     command.summary = QStringLiteral("List what is suspicious in documents: for reviews.");
     command.details = QStringList{
-        QStringLiteral("The problems of a document come first, as 'validate' lists them. The warnings of named rules "
-                       "follow, with the line and column in XML, the path, a suggestion, and the name of the rule in "
-                       "brackets. The exit status is 1 if there is anything."),
+        QStringLiteral(
+            "The problems of a document come first, as 'validate' lists them. The warnings of named rules "
+            "follow, with the line and column in XML and JSON, the path, a suggestion, and the name of the rule in "
+            "brackets. The exit status is 1 if there is anything."),
         QStringLiteral("In XML, the comment <!-- tunerproperties-lint-disable RULE... --> directly before an element "
                        "disables rules for the element and everything in it."),
         QStringLiteral("The first 100 problems and the first 100 warnings of a document are listed, each followed by "

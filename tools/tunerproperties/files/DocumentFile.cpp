@@ -80,12 +80,12 @@ Document loadDocument(Input &input, LoadOptions options, const JobXml::ProblemVi
 Document loadDocumentWithText(Input &input, LoadOptions options, const JobXml::ProblemVisitor &visitor,
                               QByteArray &text)
 {
-    // Larger files, and what is certainly not XML, are read piece by piece up to the first error.
+    // Larger files, and what certainly has another form, are read piece by piece up to the first error.
     constexpr qint64 largestAtOnce = qint64(256) << 20;
     return checked(input, options, [&](const LoadOptions &known) {
-        if (known.form != Form::Xml)
+        if (known.form != Form::Xml && known.form != Form::Json)
             return Document::load(input.file(), known, visitor);
-        if (input.file().size() <= largestAtOnce && Forms::byContent(input.head(headSize)) == Form::Xml) {
+        if (input.file().size() <= largestAtOnce && Forms::byContent(input.head(headSize)) == known.form) {
             text = input.bytes();
             return Document::fromBytes(text, input.shownName(), known, visitor);
         }

@@ -10,7 +10,7 @@
 TunerDocuments::Document loadDocument(Input &input, TunerDocuments::LoadOptions options = {},
                                       const JobXml::ProblemVisitor &visitor = {});
 
-/// Loads it from its bytes, which the caller receives if it is XML, for TunerDocuments::lint().
+/// Loads it from its bytes, which the caller receives if it is XML or JSON, for TunerDocuments::lint().
 TunerDocuments::Document loadDocumentWithText(Input &input, TunerDocuments::LoadOptions options,
                                               const JobXml::ProblemVisitor &visitor, QByteArray &text);
 
