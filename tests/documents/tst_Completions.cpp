@@ -86,8 +86,9 @@ void CompletionsTest::pathGoesOnByOneStep_data()
     row("Component[1]/Node[id=gain]/ValueItem[1]/", "v", "~value");
     row("Component[1]/Node[id=gain]/ValueItem[1]/ValueInt/", "", "~id ~value");
     // Nothing goes on from here.
-    for (const char *wrong : {"/", "name/", "name=", "Component/", "Component[", "Component[name=two]/", "Component[*]/",
-                              "Node", "Component[1]/Node[id=none]/", "Component[1]//", "]", "\"", "Component[\"", "*"})
+    for (const char *wrong :
+         {"/", "name/", "name=", "Component/", "Component[", "Component[name=two]/", "Component[*]/", "Node",
+          "Component[1]/Node[id=none]/", "Component[1]//", "]", "\"", "Component[\"", "*"})
         row(wrong, "",
             qstrcmp(wrong, "Component[") == 0
                 ? "Component[type=A,name=one]/ Component[type=A,name=two]/ Component[type=B,name=two]/"
@@ -111,7 +112,8 @@ void CompletionsTest::assignmentGoesOnToItsValue_data()
     row("", "hwProcessing=", "hwProcessing=true hwProcessing=false");
     row("", "quantity=", "");
     row("", "Component[name=one]/optional=t", "Component[name=one]/optional=true");
-    row("", "StartupModes/StartupMode=Scan,St", "StartupModes/StartupMode=Scan,Step StartupModes/StartupMode=Scan,Stop");
+    row("", "StartupModes/StartupMode=Scan,St",
+        "StartupModes/StartupMode=Scan,Step StartupModes/StartupMode=Scan,Stop");
     row("", "Component[1]/Node[1]/ValueItem[1]/ChoiceValueItem=ValueB",
         "Component[1]/Node[1]/ValueItem[1]/ChoiceValueItem=ValueBoolean");
     row("Component[1]/Node[1]/ValueItem[1]/", "v", "~value=");

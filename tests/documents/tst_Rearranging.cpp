@@ -109,16 +109,17 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
         document("<Component><Node><ValueItem><ValueInt id=\"v\" value=\"3\"/></ValueItem></Node></Component>"));
     row("the greatest number", document("<Component><Node/></Component>"), "Component/Node/ValueItem",
         "{\"ValueFloat\": {\"id\": \"v\", \"value\": -3.4028234663852886e38}}",
-        document("<Component><Node><ValueItem><ValueFloat id=\"v\" value=\"-3.4028234663852886e+38\"/></ValueItem></Node>"
-                 "</Component>"));
+        document(
+            "<Component><Node><ValueItem><ValueFloat id=\"v\" value=\"-3.4028234663852886e+38\"/></ValueItem></Node>"
+            "</Component>"));
     row("name in a list of names", document("\n  <StartupModes>\n    <StartupMode>DF</StartupMode>\n  </StartupModes>"),
         "StartupModes/StartupMode", "Scan,Stop",
         document("\n  <StartupModes>\n    <StartupMode>DF</StartupMode>\n    <StartupMode>Scan</StartupMode>\n    "
                  "<StartupMode>Stop</StartupMode>\n  </StartupModes>"));
     row("object", document("\n  <Component/>\n"), "StartupModes", "{\"StartupMode\": [\"DF\"]}",
         document("\n  <StartupModes>\n    <StartupMode>DF</StartupMode>\n  </StartupModes>\n  <Component/>\n"));
-    row("in JSON on lines", jsonDocument(",\n  \"Component\": [\n    {\"type\": \"a\"}\n  ]\n"), "Component[type=b]", "",
-        jsonDocument(",\n  \"Component\": [\n    {\"type\": \"a\"},\n    {\"type\": \"b\"}\n  ]\n"));
+    row("in JSON on lines", jsonDocument(",\n  \"Component\": [\n    {\"type\": \"a\"}\n  ]\n"), "Component[type=b]",
+        "", jsonDocument(",\n  \"Component\": [\n    {\"type\": \"a\"},\n    {\"type\": \"b\"}\n  ]\n"));
     row("with lines of its own in JSON", jsonDocument(",\n  \"Component\": [\n    {\"type\": \"a\"}\n  ]\n"),
         "Component[1]", "{\"Node\": [{\"id\": \"n\", \"ValueItem\": [{\"ValueInt\": {\"value\": 3}}]}]}",
         jsonDocument(",\n  \"Component\": [\n    {\n      \"Node\": [\n        {\n          \"id\": \"n\",\n"
@@ -149,15 +150,17 @@ void RearrangingTest::addedContentIsReadCompletely_data()
     };
     row("unknown attribute", "<?xml version='1.0'?>\n<Node id='n'\n idd='m'/>",
         "c.xml:3:2: unknown attribute 'idd' of Node; it is ignored; did you mean 'id'?");
-    row("unknown element", "<Node><Valueitem/></Node>", "c.xml:1:7: unknown element 'Valueitem' in Node; it is skipped; did you mean 'ValueItem'?");
+    row("unknown element", "<Node><Valueitem/></Node>",
+        "c.xml:1:7: unknown element 'Valueitem' in Node; it is skipped; did you mean 'ValueItem'?");
     row("other element", "\n<Component/>", "c.xml:2:1: is a 'Component', not a 'Node'");
     row("text that is no element", "id=n", "c.xml: is not an element with all of its tags");
     row("unfinished element", "<Node>", "c.xml: is not an element with all of its tags");
-    row("number that is none",
-        "<Node><ValueItem><ValueInt id='i' value='x'/></ValueItem></Node>",
+    row("number that is none", "<Node><ValueItem><ValueInt id='i' value='x'/></ValueItem></Node>",
         "c.xml:1:35: 'x' of value is not a number; it is read as 0");
-    row("unknown member", "{\"id\": \"n\",\n \"idd\": 1}", "c.xml:2:2: unknown member 'idd' of Node; did you mean 'id'?");
-    row("malformed JSON", "{\"id\": }", "c.xml:1:8: syntax error while parsing value - unexpected '}'; expected '[', '{', or a literal");
+    row("unknown member", "{\"id\": \"n\",\n \"idd\": 1}",
+        "c.xml:2:2: unknown member 'idd' of Node; did you mean 'id'?");
+    row("malformed JSON", "{\"id\": }",
+        "c.xml:1:8: syntax error while parsing value - unexpected '}'; expected '[', '{', or a literal");
 }
 
 void RearrangingTest::addedContentIsReadCompletely()
@@ -165,11 +168,10 @@ void RearrangingTest::addedContentIsReadCompletely()
     QFETCH(QByteArray, content);
     QFETCH(QByteArray, message);
     const QByteArray text = document("<Component/>");
-    QCOMPARE(after(text,
-                   [&](Editor &editor) {
-                       editor.add(QStringLiteral("Component/Node"), content, QStringLiteral("c.xml"));
-                   }),
-             message);
+    QCOMPARE(
+        after(text,
+              [&](Editor &editor) { editor.add(QStringLiteral("Component/Node"), content, QStringLiteral("c.xml")); }),
+        message);
 }
 
 void RearrangingTest::removedItemTakesItsLineAlong_data()
@@ -189,8 +191,7 @@ void RearrangingTest::removedItemTakesItsLineAlong_data()
                  "  </Component>\n"));
     row("several", three, {QStringLiteral("Component[3]"), QStringLiteral("Component[1]")},
         document("\n  <!-- a -->\n  <Component type='b'/> <!-- b -->\n"));
-    row("all by a pattern", three, {QStringLiteral("Component[*]")},
-        document("\n  <!-- a -->\n   <!-- b -->\n"));
+    row("all by a pattern", three, {QStringLiteral("Component[*]")}, document("\n  <!-- a -->\n   <!-- b -->\n"));
     row("an item and one in it", three, {QStringLiteral("Component[3]/Node"), QStringLiteral("Component[3]")},
         document("\n  <!-- a -->\n  <Component type='a'/>\n  <Component type='b'/> <!-- b -->\n"));
     row("a value", document("<Component type='a' name='b'/>"), {QStringLiteral("Component/type")},
@@ -198,7 +199,8 @@ void RearrangingTest::removedItemTakesItsLineAlong_data()
     row("what a value item holds", document("<Component><Node><ValueItem><ValueInt/></ValueItem></Node></Component>"),
         {QStringLiteral("Component/Node/ValueItem/ValueInt")},
         document("<Component><Node><ValueItem></ValueItem></Node></Component>"));
-    row("in JSON", jsonDocument(",\n\"Component\": [\n {\"type\": \"a\"},\n {\"type\": \"b\"} ,\n {\"type\": \"c\"}\n]"),
+    row("in JSON",
+        jsonDocument(",\n\"Component\": [\n {\"type\": \"a\"},\n {\"type\": \"b\"} ,\n {\"type\": \"c\"}\n]"),
         {QStringLiteral("Component[1]"), QStringLiteral("Component[3]")},
         jsonDocument(",\n\"Component\": [\n {\"type\": \"b\"}\n]"));
     row("all in JSON", jsonDocument(", \"Component\": [{}, {}] "), {QStringLiteral("Component")}, jsonDocument(" "));
@@ -233,8 +235,9 @@ void RearrangingTest::movedItemKeepsItsText_data()
                                   << document("\n  <!-- a -->\n  <Component type='c'/>\n  " + first
                                               + "\n  <Component type='b'/> <!-- b -->\n");
     QTest::newRow("to where it is") << three << a << 1 << three;
-    QTest::newRow("in JSON") << jsonDocument(",\"Component\":[{\"type\" : \"a\"},{},{ }]") << QStringLiteral("Component[1]")
-                             << 3 << jsonDocument(",\"Component\":[{},{ },{\"type\" : \"a\"}]");
+    QTest::newRow("in JSON") << jsonDocument(",\"Component\":[{\"type\" : \"a\"},{},{ }]")
+                             << QStringLiteral("Component[1]") << 3
+                             << jsonDocument(",\"Component\":[{},{ },{\"type\" : \"a\"}]");
 }
 
 void RearrangingTest::movedItemKeepsItsText()
@@ -267,14 +270,17 @@ void RearrangingTest::wrongPlaceIsRefused_data()
     row("value", "add", "name", "", "name: is a value; set it instead");
     row("object that exists", "add", "StartupModes", "", "StartupModes: exists already");
     row("name that is none", "add", "StartupModes/StartupMode", "Dance",
-        "StartupModes/StartupMode: unknown StartupMode 'Dance'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, MSearch, Polar, Search or Stop");
+        "StartupModes/StartupMode: unknown StartupMode 'Dance'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, "
+        "MSearch, Polar, Search or Stop");
     row("condition that the item does not have", "add", "Component[colour=red]", "",
-        "Component[colour=red]: colour: unknown member 'colour' of Component; expected type, name, displayName, optional or Node");
+        "Component[colour=red]: colour: unknown member 'colour' of Component; expected type, name, displayName, "
+        "optional or Node");
     row("item of several", "add", "Component/Node", "",
         "Component: 2 items match; choose one: Component[1], Component[2]");
     row("pattern that nothing fits", "remove", "Component[*]/Node[*]", "",
         "Component[*]/Node[*]: nothing fits the pattern");
-    row("item that does not exist", "remove", "Component[type=x]", "", "Component[type=x]: there is no such Component; there are Component[1], Component[2]");
+    row("item that does not exist", "remove", "Component[type=x]", "",
+        "Component[type=x]: there is no such Component; there are Component[1], Component[2]");
     row("position 0", "move", "Component[1]", "0", "Component[1]: cannot be at 0; there are 2");
     row("position after the last", "move", "Component[1]", "3", "Component[1]: cannot be at 3; there are 2");
     row("list", "move", "Component", "1", "Component: is not an item of a list");
@@ -326,7 +332,9 @@ void RearrangingTest::pathOfARemovedItemIsThatBeforeTheOperation()
 {
     const QByteArray text = document("<Component type='a'/><Component type='b'/><Component type='c'/>");
     QCOMPARE(after(text,
-                   [](Editor &editor) { editor.remove({QStringLiteral("Component[1]"), QStringLiteral("Component[2]")}); }),
+                   [](Editor &editor) {
+                       editor.remove({QStringLiteral("Component[1]"), QStringLiteral("Component[2]")});
+                   }),
              document("<Component type='c'/>"));
     QCOMPARE(after(text,
                    [](Editor &editor) {
@@ -347,7 +355,8 @@ void RearrangingTest::otherFormsAreWrittenAnew()
     Editor editor(Document::fromBytes(tagged, QStringLiteral("d.tpb")), tagged, QStringLiteral("d.tpb"));
     editor.add(QStringLiteral("Component[type=b,name=n]"));
     QCOMPARE(editor.isInPlace(), false);
-    for (const Loss &l : editor.losses()) qDebug() << l.text();
+    for (const Loss &l : editor.losses())
+        qDebug() << l.text();
     QCOMPARE(editor.losses().size(), 0);
     JobXml::Component added;
     added.SetValidate(false);
@@ -359,8 +368,9 @@ void RearrangingTest::otherFormsAreWrittenAnew()
 
 void RearrangingTest::documentBecomesAnotherOneInItsOwnSpelling()
 {
-    const QByteArray text = document("\n <quantity>02</quantity>\n <Component type='a' name='m'>\n  <Node id='x'  />\n </Component>"
-                                     "\n <Component type='b' name='m'/>\n");
+    const QByteArray text =
+        document("\n <quantity>02</quantity>\n <Component type='a' name='m'>\n  <Node id='x'  />\n </Component>"
+                 "\n <Component type='b' name='m'/>\n");
     TunerProperties other = Document::fromBytes(text, name).tuner;
     other.SetValidate(false);
     other.Setname(QStringLiteral("n"));
@@ -368,8 +378,9 @@ void RearrangingTest::documentBecomesAnotherOneInItsOwnSpelling()
     other.GetComponent().move(0, 1);
     other.GetComponent()[1].Setoptional(true);
     other.GetComponent()[0].GetNode().append(JobXml::Node());
-    const QByteArray result = document("\n <name>n</name>\n <quantity>3</quantity>\n <Component type='b' name='m'>\n  <Node/>\n"
-                                       " </Component>\n <Component type='a' name='m' optional='true'>\n  <Node id='x'  />\n </Component>\n");
+    const QByteArray result =
+        document("\n <name>n</name>\n <quantity>3</quantity>\n <Component type='b' name='m'>\n  <Node/>\n"
+                 " </Component>\n <Component type='a' name='m' optional='true'>\n  <Node id='x'  />\n </Component>\n");
     QCOMPARE(after(text, [&](Editor &editor) { editor.become(other); }), result);
 }
 
@@ -409,9 +420,10 @@ bool areEqual(const TunerProperties &first, const TunerProperties &second)
 
 void RearrangingTest::commentsAndUnknownContentStayWhenADocumentBecomesAnotherOne()
 {
-    const QByteArray text = document("\n<!-- 1 -->\n<Component type='a' name='m' mine='1'>\n<!-- 2 -->\n<Node id='n' mine='2'/>\n"
-                                     "<!-- 3 -->\n<Node id='m'><!-- 4 --></Node>\n</Component>\n<!-- 5 -->\n"
-                                     "<Component type='b' name='m'><!-- 6 --></Component>\n<!-- 7 -->\n");
+    const QByteArray text =
+        document("\n<!-- 1 -->\n<Component type='a' name='m' mine='1'>\n<!-- 2 -->\n<Node id='n' mine='2'/>\n"
+                 "<!-- 3 -->\n<Node id='m'><!-- 4 --></Node>\n</Component>\n<!-- 5 -->\n"
+                 "<Component type='b' name='m'><!-- 6 --></Component>\n<!-- 7 -->\n");
     const TunerProperties before = Document::fromBytes(text, name).tuner;
     for (int seed = 0; seed < 500; ++seed) {
         TunerProperties other = before;

@@ -24,7 +24,8 @@ Difference::Kind inDirection(Difference::Kind kind, Direction direction)
     return kind == Difference::Added ? Difference::Removed : Difference::Added;
 }
 
-// --- In memory --------------------------------------------------------------------------------------------------------
+// --- In memory
+// --------------------------------------------------------------------------------------------------------
 
 class DifferenceSide final : public ChangeSide
 {
@@ -79,7 +80,8 @@ private:
     const DifferenceSide m_second;
 };
 
-// --- As JSON ----------------------------------------------------------------------------------------------------------
+// --- As JSON
+// ----------------------------------------------------------------------------------------------------------
 
 class LineSide final : public ChangeSide
 {

@@ -199,7 +199,8 @@ void EditBinder::addOrRemoveItem(const Change &change, const ChangePlace &place,
     list.removed.append({place.index, path});
 }
 
-void EditBinder::addOrRemoveObject(const Change &change, const ChangePlace &place, MemberEdit &edit, const QString &path)
+void EditBinder::addOrRemoveObject(const Change &change, const ChangePlace &place, MemberEdit &edit,
+                                   const QString &path)
 {
     const bool isAdded = change.kind() == Difference::Added;
     requireObject(place, path);
@@ -232,8 +233,7 @@ void EditBinder::replace(MemberEdit &edit, const DataObject *replacement, bool i
 
 void EditBinder::rename(const Change &change, const ChangePlace &place, const QString &path)
 {
-    const QVector<Step> steps =
-        place.stepsToChild() + ChangeLine::stepsToIdentity(place.member.GetChild(place.index));
+    const QVector<Step> steps = place.stepsToChild() + ChangeLine::stepsToIdentity(place.member.GetChild(place.index));
     const auto present = chosenIn(place.member.GetChild(place.index));
     const DataObject &holder =
         present && present->GetSize() != 0 ? present->GetChild() : place.member.GetChild(place.index);
@@ -275,8 +275,8 @@ void EditBinder::arrange(const ListChanges &changes)
         if (std::exchange(isTaken[removed.index], true) || edit.children.count(removed.index) != 0)
             throwTwice(removed.path);
     }
-    const int isAdded = int(
-        std::count_if(changes.placed.begin(), changes.placed.end(), [](const auto &one) { return one.index < 0; }));
+    const int isAdded =
+        int(std::count_if(changes.placed.begin(), changes.placed.end(), [](const auto &one) { return one.index < 0; }));
     QVector<int> order(size - changes.removed.size() + isAdded, -1);
     for (const ListChanges::Placed &placed : changes.placed) {
         if (placed.position < 0)

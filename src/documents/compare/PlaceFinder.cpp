@@ -86,7 +86,7 @@ ChangePlace PlaceFinder::find(const QString &path, bool isNew)
 }
 
 ChangePlace PlaceFinder::memberIn(const DataObject &object, const QVector<Step> &steps, const QString &text, bool isNew,
-               const QString &path)
+                                  const QString &path)
 {
     const auto member = memberNamed(object, text.left(text.indexOf(QLatin1Char('['))));
     const bool hasSelection = text.contains(QLatin1Char('['));

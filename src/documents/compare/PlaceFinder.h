@@ -20,10 +20,7 @@ struct ChangePlace
     JobXml::MemberView member;
     int index; ///< of the item; -1 if this is not an item
 
-    QVector<JobXml::Step> stepsToChild() const
-    {
-        return steps + QVector<JobXml::Step>{{member.GetName(), index}};
-    }
+    QVector<JobXml::Step> stepsToChild() const { return steps + QVector<JobXml::Step>{{member.GetName(), index}}; }
 };
 
 /// Finds the places of changes in a document, which must not change meanwhile. Many changes concern the same lists,

@@ -65,7 +65,8 @@ Surrounded surroundedJson(const QByteArray &json, const QVector<Step> &steps)
         const DataObject &object = Contents::newObjectAt(document, outer);
         const bool isList = memberNamed(object, step.member)->GetKind() == MemberKind::ObjectList;
         const bool isLast = outer.size() + 1 == steps.size();
-        start += (outer.isEmpty() ? ",\"" : "\"") + step.member.toUtf8() + (isList ? "\":[" : "\":") + (isLast ? "" : "{");
+        start +=
+            (outer.isEmpty() ? ",\"" : "\"") + step.member.toUtf8() + (isList ? "\":[" : "\":") + (isLast ? "" : "{");
         end.prepend(QByteArray(isLast ? "" : "}") + (isList ? "]" : ""));
         outer.append(step);
     }

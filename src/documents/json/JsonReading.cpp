@@ -9,6 +9,7 @@
 #include "documents/json/JsonProblems.h"
 #include "documents/json/JsonValues.h"
 #include "documents/json/JsonVersion.h"
+#include "text/Suggestion.h"
 
 using namespace JobXml;
 

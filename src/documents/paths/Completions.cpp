@@ -123,8 +123,8 @@ private:
     void addItems(const MemberView &list)
     {
         const QString name = list.GetName();
-        const bool mayFit = m_rest.size() <= name.size() ? name.startsWith(m_rest)
-                                                         : m_rest.startsWith(name + QLatin1Char('['));
+        const bool mayFit =
+            m_rest.size() <= name.size() ? name.startsWith(m_rest) : m_rest.startsWith(name + QLatin1Char('['));
         if (!mayFit)
             return;
         forEachNotation(list, [&](const ItemSteps &steps) {

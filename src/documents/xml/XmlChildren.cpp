@@ -14,7 +14,8 @@ namespace TunerDocuments {
 
 XmlChildren::XmlChildren(const Markup &markup, const XmlPlaces &places, const XmlText::Layout &documentLayout,
                          QVector<int> elements, const DataObject &object)
-    : m_markup(markup), m_places(places), m_documentLayout(documentLayout), m_elements(std::move(elements)), m_object(object)
+    : m_markup(markup), m_places(places), m_documentLayout(documentLayout), m_elements(std::move(elements)),
+      m_object(object)
 {
 }
 
@@ -137,8 +138,7 @@ XmlText::Layout XmlChildren::layout() const
     const auto ofChild = hasChild ? indentationOf(m_markup, parent + 1) : std::optional<QByteArray>();
     if (hasChild && !ofChild)
         layout.lineEnd.clear();
-    layout.indentation =
-        ofChild ? *ofChild : indentationOf(m_markup, parent).value_or(QByteArray()) + layout.step;
+    layout.indentation = ofChild ? *ofChild : indentationOf(m_markup, parent).value_or(QByteArray()) + layout.step;
     return layout;
 }
 
