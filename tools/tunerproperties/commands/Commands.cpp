@@ -6,8 +6,9 @@
 namespace {
 
 Command (*const descriptions[])() = {
-    showCommand,  validateCommand, lintCommand, convertCommand, fmtCommand, diffCommand,   patchCommand,
-    mergeCommand, getCommand,      setCommand,  pathsCommand,   newCommand, schemaCommand, helpCommand,
+    showCommand,  validateCommand, lintCommand, convertCommand, fmtCommand,  diffCommand,
+    patchCommand, mergeCommand,    getCommand,  setCommand,     addCommand,  removeCommand,
+    moveCommand,  pathsCommand,    newCommand,  schemaCommand,  helpCommand,
 };
 
 } // namespace

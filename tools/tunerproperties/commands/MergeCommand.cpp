@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <tunerdocuments/Merge.h>
 
-#include "commands/ChangedFile.h"
 #include "commands/Commands.h"
+#include "commands/EditedFile.h"
 #include "commands/Options.h"
 
 using namespace TunerDocuments;
@@ -35,13 +35,13 @@ ExitStatus run(const Invocation &invocation)
     const QVector<FileName> names = invocation.files();
     Options::checkStandardInput(names);
     const JobXml::TunerProperties base = baseIn(names[0], invocation);
-    ChangedFile ours(names[1], invocation);
+    EditedFile ours(names[1], invocation, Options::loading(invocation));
     const DocumentFile theirs(names[2], Options::loading(invocation));
     const MergeResult result = merge(base, ours.tuner(), theirs.document.tuner);
-    const FileName target = invocation.fileValue(output());
-    if (ours.reportLostContent(result.document, target))
-        return ExitStatus::Problems;
-    ours.write(result.document, target);
+    ours.editor().become(result.document);
+    const ExitStatus status = ours.finishUnchecked(invocation.fileValue(output()));
+    if (status != ExitStatus::Ok)
+        return status;
     for (const MergeConflict &conflict : result.conflicts)
         Console::printError(ours.shownName() + QStringLiteral(": conflict: ") + conflict.text());
     return result.conflicts.isEmpty() ? ExitStatus::Ok : ExitStatus::Problems;
@@ -62,11 +62,11 @@ Command mergeCommand()
             "the result has the value of OURS there, and the exit status is 1. The files may have different "
             "forms; an empty BASE is a document without data."),
         QStringLiteral(
-            "Nothing is written if the result is OURS. XML is written as the library writes it, so XML "
-            "comments and the layout of the file are lost. The result is not validated. The manual's page on "
-            "version control shows how git uses this command."),
+            "Nothing is written if the result is OURS. XML and JSON are edited in place, so the comments and "
+            "the layout of OURS stay; other forms are written anew, as 'set' does. The result is not validated. "
+            "The manual's page on version control shows how git uses this command."),
     };
-    command.options = {output(), ChangedFile::noValidate(), Options::from(), Options::maxExpansion()};
+    command.options = {output(), EditedFile::dryRun(), EditedFile::rewrite(), Options::from(), Options::maxExpansion()};
     command.examples = {{QStringLiteral("merge base.xml ours.xml theirs.xml"),
                          QStringLiteral("Add the changes of theirs.xml to ours.xml.")},
                         {QStringLiteral("merge -o merged.xml base.xml ours.xml theirs.xml"),

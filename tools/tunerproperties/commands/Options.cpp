@@ -181,8 +181,14 @@ int numberOf(const Invocation &invocation, const Option &option, int most, int u
 
 LoadOptions loading(const Invocation &invocation)
 {
-    return {form(invocation, from()), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion),
-            problemCount(invocation)};
+    LoadOptions options = expansion(invocation);
+    options.form = form(invocation, from());
+    return options;
+}
+
+LoadOptions expansion(const Invocation &invocation)
+{
+    return {{}, numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion), problemCount(invocation)};
 }
 
 QStringList rules(const Invocation &invocation, const Option &option)

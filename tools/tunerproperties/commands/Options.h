@@ -25,6 +25,9 @@ const Option &disable();
 /// The values of --from and --max-expansion. Throws WrongUsage.
 TunerDocuments::LoadOptions loading(const Invocation &invocation);
 
+/// The same without --from, for a command that has another option of that name.
+TunerDocuments::LoadOptions expansion(const Invocation &invocation);
+
 /// The rules that the value of an option names, and those of --disable. Throws WrongUsage for unknown ones.
 QStringList rules(const Invocation &invocation, const Option &option);
 QStringList disabledRules(const Invocation &invocation);

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <tunerdocuments/Editor.h>
+
+#include "commands/Command.h"
+#include "files/DocumentFile.h"
+
+/// A document file that a command changes: in place if its form is XML or JSON. Everything that such commands have in
+/// common: what they report before they write, and what they refuse to write.
+class EditedFile
+{
+public:
+    /// \name Options
+    /// A command has those that apply to it.
+    /// @{
+    static const Option &noValidate();
+    static const Option &dryRun();
+    static const Option &rewrite();
+    /// @}
+
+    /// Loads the file. Throws FileFailure.
+    EditedFile(const FileName &name, const Invocation &invocation, const TunerDocuments::LoadOptions &loading);
+
+    QString shownName() const { return m_input.shownName(); }
+    TunerDocuments::Editor &editor() { return m_editor; }
+    const JobXml::TunerProperties &tuner() const { return m_editor.document().tuner; }
+
+    /// Prints an error that begins with the name of the file.
+    ExitStatus refuse(const QString &why) const;
+
+    /// Writes the document to its file, or to `target` if that is not empty, in the form of its name. Prints what the
+    /// form cannot store exactly. Writes nothing if nothing has changed.
+    ///
+    /// Refuses new problems unless --no-validate is set, and losses by rewriting and documents that cannot be edited in
+    /// place unless --rewrite is set; with --dry-run, the differences are printed instead. Throws FileFailure, and the
+    /// exceptions of the writers.
+    ExitStatus finish(const FileName &target = {});
+
+    /// The same without looking for problems.
+    ExitStatus finishUnchecked(const FileName &target = {});
+
+private:
+    TunerDocuments::Document original() const;
+    bool hasNewProblems() const;
+    bool mayBeWritten() const;
+    QByteArray bytesFor(TunerDocuments::Form form, const QString &name) const;
+    ExitStatus showDifferences() const;
+    TunerDocuments::Form formFor(const FileName &target) const;
+    ExitStatus write(const FileName &target);
+
+    const Invocation &m_invocation;
+    const TunerDocuments::LoadOptions m_loading;
+    Input m_input;
+    QByteArray m_bytes;
+    TunerDocuments::Editor m_editor;
+};
