@@ -77,6 +77,17 @@ QByteArray withGain(const QByteArray &bytes, const QString &gain)
 }
 //! [Editor]
 
+//! [rearranging]
+/// Replaces the bandwidths of a document by one.
+QByteArray withOneBandwidth(const QByteArray &bytes, const QString &name)
+{
+    Editor editor(Document::fromBytes(bytes, name), bytes, name);
+    editor.remove({QStringLiteral("BandwidthSelection")});
+    editor.add(QStringLiteral("BandwidthSelection[Name=Wide]"), "{\"MaxBandwidth\": 20000}");
+    return editor.toBytes();
+}
+//! [rearranging]
+
 //! [formatted]
 /// Whether a document has the layout in which the library writes documents. Throws DocumentError if it cannot be read.
 bool hasCanonicalLayout(const QByteArray &bytes, const QString &name)
@@ -108,6 +119,7 @@ private Q_SLOTS:
     void anyFormIsConvertedToXml();
     void anErrorHasItsTextAndTheNameOfTheDocument();
     void valuesAreChangedInPlace();
+    void itemsAreReplacedInPlace();
     void layoutIsThatOfTheLibrary();
     void problemsHavePathsOrPlaces();
     void formIsThatOfTheContentOrTheName();
@@ -151,6 +163,17 @@ void DocumentSnippets::anErrorHasItsTextAndTheNameOfTheDocument()
     }
     //! [DocumentError]
     QCOMPARE(why, QStringLiteral("message 7:1:17: Premature end of document."));
+}
+
+void DocumentSnippets::itemsAreReplacedInPlace()
+{
+    const QByteArray xml = "<TunerProperties Version=\"1.1\">\n  <!-- kHz -->\n"
+                           "  <BandwidthSelection><Name>a</Name></BandwidthSelection>\n"
+                           "  <BandwidthSelection><Name>b</Name></BandwidthSelection>\n</TunerProperties>\n";
+    QCOMPARE(withOneBandwidth(xml, QStringLiteral("d.xml")),
+             QByteArray("<TunerProperties Version=\"1.1\">\n  <!-- kHz -->\n  <BandwidthSelection>\n"
+                        "    <Name>Wide</Name>\n    <MaxBandwidth>20000</MaxBandwidth>\n  </BandwidthSelection>\n"
+                        "</TunerProperties>\n"));
 }
 
 void DocumentSnippets::layoutIsThatOfTheLibrary()

@@ -272,6 +272,7 @@ void RearrangingTest::wrongPlaceIsRefused_data()
     row("name that is none", "add", "StartupModes/StartupMode", "Dance",
         "StartupModes/StartupMode: unknown StartupMode 'Dance'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, "
         "MSearch, Polar, Search or Stop");
+    row("no name", "add", "StartupModes/StartupMode", "", "StartupModes/StartupMode: the name to add is missing");
     row("condition that the item does not have", "add", "Component[colour=red]", "",
         "Component[colour=red]: colour: unknown member 'colour' of Component; expected type, name, displayName, "
         "optional or Node");

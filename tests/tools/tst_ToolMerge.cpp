@@ -14,6 +14,7 @@ private Q_SLOTS:
     void changesOfBothSidesAreWrittenToOurs();
     void outputOptionWritesAnotherFile();
     void outputThatEqualsOursHasItsBytes();
+    void commentsAndLayoutOfOursStay();
     void conflictsAreListedByPath();
     void emptyBaseIsADocumentWithoutData();
     void unreadableFileLeavesOursUnchanged();
@@ -74,6 +75,25 @@ void ToolMergeTest::outputThatEqualsOursHasItsBytes()
     QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")), ours);
     QCOMPARE(run("merge -o merged.xml base.xml ours.xml base.xml"), QStringLiteral("0\n"));
     QCOMPARE(m_workshop->read(QStringLiteral("merged.xml")), ours);
+}
+
+void ToolMergeTest::commentsAndLayoutOfOursStay()
+{
+    const QByteArray ours = QByteArray(smallXml)
+                                .replace("\n", "\r\n")
+                                .replace("<Node id=\"n\">", "<!-- the only one -->\r\n\t<Node mine='1' id='n' >")
+                                .replace("value=\"7\"", "value=\"0x7\"");
+    m_workshop->write(QStringLiteral("base.xml"), smallXml);
+    m_workshop->write(QStringLiteral("ours.xml"), ours);
+    m_workshop->write(QStringLiteral("theirs.xml"),
+                      QByteArray(smallXml)
+                          .replace("optional=\"true\"", "optional=\"false\"")
+                          .replace("    <Node", "    <Node id=\"m\"/>\n    <Node"));
+    QCOMPARE(run("merge base.xml ours.xml theirs.xml"), QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")),
+             QByteArray(ours)
+                 .replace("optional=\"true\"", "optional=\"false\"")
+                 .replace("<Node mine", "<Node id=\"m\"/>\r\n\t<Node mine"));
 }
 
 void ToolMergeTest::conflictsAreListedByPath()
@@ -152,6 +172,12 @@ void ToolMergeTest::gitMergesAndShowsDocumentsByTheManual()
     QVERIFY2(merged.startsWith(QLatin1String("0\n")), qPrintable(merged));
     QCOMPARE(shell(QStringLiteral("tunerproperties get r.xml quantity; tunerproperties get r.xml name")),
              QStringLiteral("0\n3\nChanged\n"));
+    QFile example(examplePath(QStringLiteral("receiver")));
+    QVERIFY(example.open(QIODevice::ReadOnly));
+    QCOMPARE(m_workshop->read(QStringLiteral("repository/r.xml")),
+             example.readAll()
+                 .replace("quantity=\"2\"", "quantity=\"3\"")
+                 .replace("name=\"Monitoring receiver\"", "name=\"Changed\""));
 
     // The same attribute: a conflict, with the value of ours in the file.
     QCOMPARE(shell(QStringLiteral("tunerproperties set r.xml quantity 4; git commit -q -a -m four")),

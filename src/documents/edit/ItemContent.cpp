@@ -22,7 +22,7 @@ namespace TunerDocuments {
 
 namespace {
 
-[[noreturn]] void refuse(const QString &name, int line, int column, const QString &why)
+[[noreturn]] void failAt(const QString &name, int line, int column, const QString &why)
 {
     throw DocumentError(QStringLiteral("%1:%2:%3: %4").arg(name).arg(line).arg(column).arg(why));
 }
@@ -36,9 +36,9 @@ struct Surrounded
     int added = 0; ///< before the object on that line
 
     /// Throws for what has been found in the text.
-    [[noreturn]] void refuse(const QString &name, int atLine, int atColumn, const QString &why) const
+    [[noreturn]] void failIn(const QString &name, int atLine, int atColumn, const QString &why) const
     {
-        TunerDocuments::refuse(name, atLine, atLine == line ? qMax(atColumn - added, 1) : atColumn, why);
+        TunerDocuments::failAt(name, atLine, atLine == line ? qMax(atColumn - added, 1) : atColumn, why);
     }
 };
 
@@ -95,7 +95,7 @@ Surrounded rootIn(const QByteArray &xml, const QVector<Step> &steps, const QStri
     const QString expected = steps.last().member;
     const int line = encoded.utf8().left(root.startTag.begin).count('\n') + 1;
     if (markup.localName(root) != expected)
-        refuse(name, line, 1,
+        failAt(name, line, 1,
                QStringLiteral("is a '%1', not a '%2'")
                    .arg(QString::fromUtf8(markup.bytes(root.name).data(), root.name.size()), expected));
     return surroundedElement(encoded.utf8().mid(root.startTag.begin, root.whole().size()), line, steps);
@@ -121,13 +121,13 @@ void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray 
     KeptItems kept; // incomplete items are read nevertheless
     const auto refuseProblem = [&](const Problem &problem) {
         if (problem.line > 0 && !kept.contain(problem))
-            whole.refuse(name, problem.line, problem.column, findingOf(problem).message);
+            whole.failIn(name, problem.line, problem.column, findingOf(problem).message);
     };
     const Document document = Document::fromBytes(whole.text, name, {Form::Xml}, refuseProblem);
     static const LintOptions options = onlyLostContent();
     const auto refuseFinding = [&](const Finding &finding) {
         const QString suggestion = finding.suggestion.isNull() ? QString() : QStringLiteral("; ") + finding.suggestion;
-        whole.refuse(name, finding.line, finding.column, finding.message + suggestion);
+        whole.failIn(name, finding.line, finding.column, finding.message + suggestion);
     };
     lint(document, whole.text, refuseFinding, options);
     copyRead(document.tuner, steps, item);
@@ -143,7 +143,7 @@ void readJson(DataObject &item, const QVector<Step> &steps, const QByteArray &js
     const Surrounded whole = surroundedJson(json, steps);
     TunerProperties document;
     const auto refuseProblem = [&](const JsonProblem &problem) {
-        whole.refuse(name, problem.line, problem.column, problem.message);
+        whole.failIn(name, problem.line, problem.column, problem.message);
     };
     if (JsonForm::read(document, whole.text, refuseProblem) == 0)
         copyRead(document, steps, item);

@@ -170,7 +170,9 @@ void PathEdits::addObject(const Paths::Target &target, const QByteArray &content
 void PathEdits::addNames(const Paths::Target &list, const QByteArray &content)
 {
     try {
-        const QVariantList added = TypedValue::parse(list.member, QString::fromUtf8(content)).toList();
+        const QVariantList added = TypedValue::parse(list.member, QString::fromUtf8(content.trimmed())).toList();
+        if (added.isEmpty())
+            fail(list.path, QStringLiteral("the name to add is missing"));
         settingEditOf(list).value = ValueState{list.member.GetValue().toList() + added, true};
     } catch (const TypedValue::Mismatch &mismatch) {
         fail(list.path, mismatch.text());

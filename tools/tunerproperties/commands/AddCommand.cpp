@@ -49,7 +49,7 @@ ExitStatus run(const Invocation &invocation)
     try {
         file.editor().add(path, content.text, content.name);
     } catch (const PathFailure &failure) {
-        return file.refuse(failure.text());
+        return file.fail(failure.text());
     }
     return file.finish();
 }

@@ -156,7 +156,7 @@ EditedFile::EditedFile(const FileName &name, const Invocation &invocation, const
         m_editor.rewrite();
 }
 
-ExitStatus EditedFile::refuse(const QString &why) const
+ExitStatus EditedFile::fail(const QString &why) const
 {
     Console::printError(shownName() + QStringLiteral(": ") + why);
     return ExitStatus::Problems;
@@ -184,12 +184,10 @@ ExitStatus EditedFile::write(const FileName &target)
     const Form form = formFor(target);
     const bool isSameForm = form == m_editor.document().form;
     if (m_editor.isChanged() && isSameForm && !m_editor.reasonAgainst().isNull())
-        return refuse(QStringLiteral("cannot edit the document in place: %1; use %2 to write it anew")
-                          .arg(m_editor.reasonAgainst(), rewrite().typed()));
+        return fail(QStringLiteral("cannot edit the document in place: %1; use %2 to write it anew")
+                        .arg(m_editor.reasonAgainst(), rewrite().typed()));
     const QString name = target.isEmpty() ? shownName() : target.shown();
-    const QByteArray bytes = !isSameForm ? bytesFor(form, name)
-        : m_editor.isChanged()           ? m_editor.toBytes()
-                                         : m_bytes;
+    const QByteArray bytes = !isSameForm ? bytesFor(form, name) : m_editor.isChanged() ? m_editor.toBytes() : m_bytes;
     if (m_editor.isChanged() && isSameForm && !mayBeWritten())
         return ExitStatus::Problems;
     if (target.isEmpty())
@@ -225,7 +223,7 @@ bool EditedFile::mayBeWritten() const
     textsOf(losses, m_editor.isInPlace() ? inexactly() : QString()).print(shownName());
     if (losses.isEmpty() || m_editor.isInPlace() || m_invocation.isSet(rewrite()))
         return true;
-    refuse(QStringLiteral("nothing was written; use %1 to write the document with these losses").arg(rewrite().typed()));
+    fail(QStringLiteral("nothing was written; use %1 to write the document with these losses").arg(rewrite().typed()));
     return false;
 }
 

@@ -31,7 +31,7 @@ public:
     const JobXml::TunerProperties &tuner() const { return m_editor.document().tuner; }
 
     /// Prints an error that begins with the name of the file.
-    ExitStatus refuse(const QString &why) const;
+    ExitStatus fail(const QString &why) const;
 
     /// Writes the document to its file, or to `target` if that is not empty, in the form of its name. Prints what the
     /// form cannot store exactly. Writes nothing if nothing has changed.

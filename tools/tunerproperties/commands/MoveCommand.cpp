@@ -19,7 +19,7 @@ ExitStatus run(const Invocation &invocation)
     try {
         file.editor().move(invocation.text(1), position);
     } catch (const PathFailure &failure) {
-        return file.refuse(failure.text());
+        return file.fail(failure.text());
     }
     return file.finish();
 }

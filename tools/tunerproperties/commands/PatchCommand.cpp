@@ -37,7 +37,7 @@ ExitStatus run(const Invocation &invocation)
     try {
         patch.apply(changed, invocation.isSet(reverse()) ? Patch::Direction::Backward : Patch::Direction::Forward);
     } catch (const PatchFailure &failure) {
-        return file.refuse(QStringLiteral("the changes do not fit: ") + failure.text());
+        return file.fail(QStringLiteral("the changes do not fit: ") + failure.text());
     }
     file.editor().become(changed);
     return file.finish();

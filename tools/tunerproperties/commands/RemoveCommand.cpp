@@ -18,7 +18,7 @@ ExitStatus run(const Invocation &invocation)
     try {
         file.editor().remove(paths);
     } catch (const PathFailure &failure) {
-        return file.refuse(failure.text());
+        return file.fail(failure.text());
     }
     return file.finish();
 }
@@ -39,10 +39,10 @@ Command removeCommand()
                        "in an element that is removed are removed with it; others stay.")};
     command.options = {EditedFile::noValidate(), EditedFile::dryRun(), EditedFile::rewrite(), Options::from(),
                        Options::maxExpansion()};
-    command.examples = {{QStringLiteral("remove receiver.xml 'BandwidthSelection[Name=Wide]'"),
-                         QStringLiteral("Remove a bandwidth.")},
-                        {QStringLiteral("remove --dry-run receiver.xml 'Component[*]/Node[id=test]'"),
-                         QStringLiteral("See which nodes with that id would be removed.")}};
+    command.examples = {
+        {QStringLiteral("remove receiver.xml 'BandwidthSelection[Name=Wide]'"), QStringLiteral("Remove a bandwidth.")},
+        {QStringLiteral("remove --dry-run receiver.xml 'Component[*]/Node[id=test]'"),
+         QStringLiteral("See which nodes with that id would be removed.")}};
     command.minArguments = 2;
     command.takes = Takes::Path;
     command.run = run;

@@ -100,7 +100,7 @@ ExitStatus run(const Invocation &invocation)
     try {
         change(file.editor(), assignments);
     } catch (const PathFailure &failure) {
-        return file.refuse(failure.text());
+        return file.fail(failure.text());
     }
     return file.finish();
 }
