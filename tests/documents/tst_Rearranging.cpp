@@ -99,8 +99,9 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
     row("with everything in it", document("\n <Component type='a'>\n  <!-- nodes -->\n </Component>\n"),
         "Component[type=a]/Node[id=n]",
         "<Node id='other'>\n<ValueItem><ValueFloat id='gain' value='0.2567'/></ValueItem></Node>",
-        document("\n <Component type='a'>\n  <Node id=\"n\">\n   <ValueItem>\n    <ValueFloat id=\"gain\" "
-                 "value=\"0.2567\"/>\n   </ValueItem>\n  </Node>\n  <!-- nodes -->\n </Component>\n"));
+        document(
+            "\n <Component type='a'>\n  <!-- nodes -->\n  <Node id=\"n\">\n   <ValueItem>\n    <ValueFloat id=\"gain\" "
+            "value=\"0.2567\"/>\n   </ValueItem>\n  </Node>\n </Component>\n"));
     row("second of those with the same name", document("<Component type='a'/><Component/><Component type='a'/>"),
         "Component[type=a][2]", "{\"name\": \"n\"}",
         document("<Component type='a'/><Component/><Component type=\"a\" name=\"n\"/><Component type='a'/>"));

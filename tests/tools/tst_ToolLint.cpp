@@ -193,7 +193,8 @@ void ToolLintTest::findingsInJsonHaveLinesAndColumns()
     Run run = shop.run(line("lint a.json"));
     QCOMPARE(
         run.out,
-        QStringLiteral("a.json:2:17: Component[type=t,name=c]: Component: Please set optional properly.\n"
+        QStringLiteral("a.json:2:17: Component[type=t,name=c]: Component: Please set optional properly. "
+                       "Expected true or false\n"
                        "a.json:4:33: %1: value 11 is above max 10; use a value from 0 to 10 [value-out-of-range]\n")
             .arg(path));
     QCOMPARE(run.err, QString());

@@ -67,9 +67,9 @@ void ToolRearrangingTest::init()
 
 void ToolRearrangingTest::addedItemIsWrittenAmongItsNeighbors()
 {
-    const Run run = m_workshop->run({QStringLiteral("add"), QStringLiteral("a.xml"),
-                                     QStringLiteral("Component[name=c]/Node[id=m]"),
-                                     QStringLiteral("{\"ValueItem\": [{\"ValueInt\": {\"id\": \"i\", \"value\": 8}}]}")});
+    const Run run =
+        m_workshop->run({QStringLiteral("add"), QStringLiteral("a.xml"), QStringLiteral("Component[name=c]/Node[id=m]"),
+                         QStringLiteral("{\"ValueItem\": [{\"ValueInt\": {\"id\": \"i\", \"value\": 8}}]}")});
     QCOMPARE(run.out + run.err, QString());
     QCOMPARE(run.status, 0);
     QCOMPARE(file(), withNode(secondNode));
@@ -88,15 +88,17 @@ void ToolRearrangingTest::contentMayComeFromAFileOrStandardInput()
 
 void ToolRearrangingTest::addedItemMustNotCauseProblemsUnlessTheyAreAccepted()
 {
-    QCOMPARE(run(QStringLiteral("add a.xml Component/Node[id=m]")),
-             QStringLiteral("1\ntunerproperties: a.xml: Component[type=t,name=c]/Node[id=m]: Node: Please set ValueItem "
-                            "properly.\n"));
+    QCOMPARE(
+        run(QStringLiteral("add a.xml Component/Node[id=m]")),
+        QStringLiteral("1\ntunerproperties: a.xml: Component[type=t,name=c]/Node[id=m]: Node: Please set ValueItem "
+                       "properly.\n"));
     QCOMPARE(file(), document);
     QCOMPARE(run(QStringLiteral("add --no-validate a.xml Component/Node[id=m]")), QStringLiteral("0\n"));
     QCOMPARE(file(), withNode("\t\t<Node id=\"m\"/>\n"));
-    QCOMPARE(run(QStringLiteral("add a.xml Component/Node[id=m]")),
-             QStringLiteral("1\ntunerproperties: a.xml: Component[type=t,name=c]/Node[id=m]: exists already; add [2] to "
-                            "the path for another one\n"));
+    QCOMPARE(
+        run(QStringLiteral("add a.xml Component/Node[id=m]")),
+        QStringLiteral("1\ntunerproperties: a.xml: Component[type=t,name=c]/Node[id=m]: exists already; add [2] to "
+                       "the path for another one\n"));
 }
 
 void ToolRearrangingTest::contentThatIsNotReadCompletelyIsAnError()
@@ -194,7 +196,8 @@ void ToolRearrangingTest::wrongUsageIsReported()
     const auto first = [this](const char *arguments) {
         return run(QString::fromUtf8(arguments)).section(QLatin1Char('\n'), 0, 1);
     };
-    QCOMPARE(first("add a.xml"), QStringLiteral("2\ntunerproperties: 'add' expects FILE PATH [VALUE] or --from FILE FILE PATH"));
+    QCOMPARE(first("add a.xml"),
+             QStringLiteral("2\ntunerproperties: 'add' expects FILE PATH [VALUE] or --from FILE FILE PATH"));
     QCOMPARE(first("add --from b a.xml name x"),
              QStringLiteral("2\ntunerproperties: 'add' takes the content from an argument or from a file, not both"));
     QCOMPARE(first("add --from - - Component"), first("merge - - -"));

@@ -442,8 +442,7 @@ void ToolValidateTest::jsonHasValueChoicesAndSuggestion()
 void ToolValidateTest::everyCommandExplainsProblems_data()
 {
     QTest::addColumn<QString>("command");
-    for (const char *command :
-         {"validate a.xml", "lint a.xml", "lint --format sarif a.xml", "convert a.xml b.xml", "patch a.xml p.json"})
+    for (const char *command : {"validate a.xml", "lint a.xml", "lint --format sarif a.xml", "convert a.xml b.xml"})
         QTest::newRow(command) << QString::fromUtf8(command);
 }
 
@@ -452,7 +451,6 @@ void ToolValidateTest::everyCommandExplainsProblems()
     QFETCH(QString, command);
     Workshop shop;
     shop.write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("SCP", "scp"));
-    shop.write(QStringLiteral("p.json"), R"({"change":"changed","path":"baseresource","before":"b","after":"d"})");
     const Run run = shop.run(command.split(QLatin1Char(' ')));
     QVERIFY2((run.out + run.err)
                  .contains(QStringLiteral("(classname=TunerProperties,membername=m_type): unknown name "

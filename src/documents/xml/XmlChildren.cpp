@@ -90,9 +90,9 @@ Replacement XmlChildren::firstChildren() const
     constexpr int endSize = 2; // "/>"
     if (place.isEmptyTag)
         return {place.startTag.end - endSize, place.startTag.end, '>' + children + end + endTag};
-    if (XmlBlanks::trimmed(document, place.content).size() == 0)
-        return {place.content.begin, place.content.end, children + end};
-    return {place.content.begin, place.content.begin, children};
+    // After the comments, and whatever else is there.
+    const Markup::Span kept = XmlBlanks::trimmed(document, place.content);
+    return {kept.size() == 0 ? place.content.begin : kept.end, place.content.end, children + end};
 }
 
 namespace {
