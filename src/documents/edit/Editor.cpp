@@ -91,7 +91,8 @@ public:
     Private(Document &&document, const QByteArray &bytes, QString name)
         : m_document(std::move(document)), m_original(bytes), m_name(std::move(name))
     {
-        m_document.tuner.SetValidate(false);
+        if (m_document.tuner.GetValidate())
+            m_document.tuner.SetValidate(false);
         if (m_document.form == Form::Json)
             m_json = std::make_unique<JsonEditor>(bytes, m_document.tuner);
         if (m_document.form != Form::Xml)
