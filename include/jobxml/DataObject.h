@@ -286,7 +286,8 @@ public:
     bool SetXmlString(const QString &xml, QVector<Problem> &problems, const ReadOptions &options = {});
     bool SetXmlString(std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;
     /// Reads a document in memory, in any encoding, as LoadXml() reads one in a file. `source` is its name in
-    /// GetErrorString(). There is no operation of this name without problems.
+    /// GetErrorString(). There is no operation of this name without problems. A document that is raw data
+    /// (QByteArray::fromRawData()), which need not end with a NUL, is copied while it is read.
     bool SetXmlDocument(const QByteArray &document, const QString &source, QVector<Problem> &problems,
                         const ReadOptions &options = {});
     bool SetXmlDocument(const QByteArray &, std::nullptr_t, QVector<Problem> &, const ReadOptions & = {}) = delete;

@@ -97,7 +97,8 @@ public:
     /// by its QFile::fileName().
     static Document load(QFile &file, const LoadOptions &options = {}, const JobXml::ProblemVisitor &visitor = {});
 
-    /// Reads a document in memory. Messages call it `name`, whose suffix may determine the form.
+    /// Reads a document in memory. Messages call it `name`, whose suffix may determine the form. The bytes may be raw
+    /// data (QByteArray::fromRawData()); no reference to them is kept.
     static Document fromBytes(const QByteArray &bytes, const QString &name, const LoadOptions &options = {},
                               const JobXml::ProblemVisitor &visitor = {});
 

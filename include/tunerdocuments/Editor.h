@@ -27,7 +27,9 @@ namespace TunerDocuments {
 class TUNERDOCUMENTS_EXPORT Editor
 {
 public:
-    /// `bytes` is what `document` was read from, and `name` what messages call it.
+    /// `bytes` is what `document` was read from, and `name` what messages call it. The editor shares the bytes: raw
+    /// data (QByteArray::fromRawData()) must exist as long as the editor, and what toBytes() returns while nothing is
+    /// changed.
     Editor(Document document, const QByteArray &bytes, const QString &name);
     Editor(const Editor &) = delete;
     Editor &operator=(const Editor &) = delete;

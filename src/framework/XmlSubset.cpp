@@ -16,7 +16,7 @@ using XmlBytes::is;
 
 /// Reads a document once, from its first byte to its last. Every function that returns bool returns false as soon as
 /// the document is not in the subset. The NUL after the document is in no class of bytes, so no function reads past
-/// it.
+/// it: a comparison with the end at each byte would cost time.
 class Document
 {
 public:
@@ -316,6 +316,9 @@ private:
 
 bool XmlSubset::contains(const QByteArray &utf8)
 {
+    // Raw data have no capacity, and perhaps no NUL after them. A copy has both.
+    if (utf8.capacity() == 0)
+        return Document(QByteArray(utf8.constData(), utf8.size())).isInSubset();
     return Document(utf8).isInSubset();
 }
 

@@ -24,7 +24,8 @@ constexpr int MostAttributes = 32;
 constexpr int Deepest = 256;
 constexpr int LongestName = 1000; ///< the reader refuses names of more than 4096 characters
 
-/// Whether the whole document is in the subset. Reads the NUL after the bytes, so they must not be raw data.
+/// Whether the whole document is in the subset. Copies raw data (QByteArray::fromRawData()), which need not end with a
+/// NUL, for the time of the call.
 bool contains(const QByteArray &utf8);
 
 } // namespace XmlSubset

@@ -2,6 +2,7 @@
 #include <QXmlStreamReader>
 #include <QtTest>
 
+#include "GuardedBytes.h"
 #include "framework/XmlSources.h"
 #include "framework/XmlSubset.h"
 
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void everySequenceOfTwoBytesIsJudgedAsByTheReader();
     void nulEndsNoDocument();
     void cutDocumentIsNotInTheSubset();
+    void nothingAfterRawDataIsRead();
 
 private:
     static void addRow(const char *name, const QByteArray &document) { QTest::newRow(name) << document; }
@@ -329,6 +331,21 @@ void XmlSubsetTest::cutDocumentIsNotInTheSubset()
     QVERIFY(contains(document));
     for (int size = 0; size < document.size(); ++size)
         QVERIFY2(!contains(QByteArray(document.constData(), size)), QByteArray::number(size).constData());
+}
+
+/// QByteArray::fromRawData() has no NUL after its bytes.
+void XmlSubsetTest::nothingAfterRawDataIsRead()
+{
+    for (const QByteArray &document : {QByteArray("<a/>"), QByteArray("<a/> \n"), QByteArray("<a/><!-- b -->")}) {
+        const GuardedBytes guarded(document);
+        QVERIFY2(contains(guarded.last(document.size())), document.constData());
+    }
+    for (const QByteArray &cut : {QByteArray(), QByteArray("\xEF\xBB\xBF"), QByteArray("<?xml version='1.0' "),
+                                  QByteArray("<a"), QByteArray("<a "), QByteArray("<a b"), QByteArray("<a b='&#1"),
+                                  QByteArray("<a>\xE2\x82"), QByteArray("<a>]]"), QByteArray("<a>\xC3\xA4</")}) {
+        const GuardedBytes guarded(cut);
+        QVERIFY2(!contains(guarded.last(cut.size())), cut.constData());
+    }
 }
 
 TEST_SUITE_WITHOUT_APPLICATION(XmlSubsetTest)
