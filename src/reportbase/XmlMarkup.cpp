@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
+#include <string_view>
 #include <vector>
 
 namespace REPORTGENERATOR {
@@ -64,7 +66,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t deepest = 1000; // each name is compared with those of the elements around it
+    static constexpr std::size_t deepest = 1000; // far more than any document has
 
     bool scanMarkup()
     {
@@ -106,12 +108,36 @@ private:
         element.end = element.startTag.end;
         element.next = index + 1;
         element.parent = parent();
-        const QLatin1String name = m_markup.localName(element);
-        noteNameInAncestors(name);
         m_markup.m_elements.append(element);
-        if (!element.isEmptyTag)
-            m_open.push_back({name, index});
+        const QLatin1String localName = m_markup.localName(element);
+        const std::string_view name(localName.data(), std::size_t(localName.size()));
+        if (element.isEmptyTag)
+            noteIn(innermostOf(name));
+        else
+            openElement(index, name);
         return m_open.size() <= deepest;
+    }
+
+    void openElement(int element, std::string_view name)
+    {
+        int &innermost = m_innermost.try_emplace(name, -1).first->second;
+        noteIn(innermost);
+        m_open.push_back({element, innermost, &innermost});
+        innermost = element;
+    }
+
+    int innermostOf(std::string_view name) const
+    {
+        const auto found = m_innermost.find(name);
+        return found == m_innermost.end() ? -1 : found->second;
+    }
+
+    /// Marks the innermost element that contains one of its own name. Those of this name around it have the mark since
+    /// it was opened.
+    void noteIn(int element)
+    {
+        if (element >= 0)
+            m_markup.m_elements[element].containsItsName = true;
     }
 
     bool scanAttribute()
@@ -145,7 +171,9 @@ private:
         const char *const bracket = find('>', m_at);
         if (!bracket || m_open.empty())
             return false;
-        Element &element = m_markup.m_elements[m_open.back().element];
+        const Open &open = m_open.back();
+        Element &element = m_markup.m_elements[open.element];
+        *open.innermost = open.around;
         m_open.pop_back();
         element.content.end = offset(m_at);
         element.next = m_markup.m_elements.size();
@@ -197,14 +225,6 @@ private:
     /// The element around what follows; -1 outside of the root.
     int parent() const { return m_open.empty() ? -1 : m_open.back().element; }
 
-    void noteNameInAncestors(QLatin1String name)
-    {
-        for (const Open &open : m_open) {
-            if (open.name == name)
-                m_markup.m_elements[open.element].containsItsName = true;
-        }
-    }
-
     Span scanName()
     {
         const char *at = m_at; // a copy, which stays in a register
@@ -248,8 +268,9 @@ private:
     /// An element whose end tag has not been read.
     struct Open
     {
-        QLatin1String name; // without the prefix
         int element;
+        int around; // the innermost one of the same name around it; -1 if there is none
+        int *innermost; // of its name
     };
 
     XmlMarkup &m_markup;
@@ -257,6 +278,9 @@ private:
     const char *const m_end;
     const char *m_at;
     std::vector<Open> m_open;
+    // For each name, without its prefix, the innermost open element; -1 if none is open. A map has no names that make
+    // it slow, as a hash has.
+    std::map<std::string_view, int> m_innermost;
 };
 
 XmlMarkup::XmlMarkup(const QByteArray &document) : m_document(document)

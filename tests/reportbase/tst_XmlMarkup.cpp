@@ -5,6 +5,7 @@
 #include <reportbase/XmlMarkup.h>
 
 #include "GuardedBytes.h"
+#include "framework/Random.h"
 
 using REPORTGENERATOR::XmlMarkup;
 
@@ -24,6 +25,8 @@ private Q_SLOTS:
     void tagsInSectionsDoNotCount_data();
     void tagsInSectionsDoNotCount();
     void elementThatContainsItsNameIsMarked();
+    void exactlyElementsThatContainTheirNameAreMarked_data();
+    void exactlyElementsThatContainTheirNameAreMarked();
     void incompleteDocumentIsNotComplete_data();
     void incompleteDocumentIsNotComplete();
     void everyCutStaysWithinTheDocument();
@@ -160,6 +163,51 @@ void XmlMarkupTest::elementThatContainsItsNameIsMarked()
             marked.append(QString::number(i));
     }
     QCOMPARE(marked, (QStringList{QStringLiteral("1"), QStringLiteral("3")}));
+}
+
+void XmlMarkupTest::exactlyElementsThatContainTheirNameAreMarked_data()
+{
+    QTest::addColumn<int>("names");
+    QTest::addColumn<int>("deepest");
+    QTest::newRow("two names") << 2 << 10;
+    QTest::newRow("ten names") << 10 << 10;
+    QTest::newRow("ten names at hundreds of levels") << 10 << 900;
+    QTest::newRow("a thousand names at hundreds of levels") << 1000 << 900;
+}
+
+/// Each element is compared with all around it.
+void XmlMarkupTest::exactlyElementsThatContainTheirNameAreMarked()
+{
+    QFETCH(int, names);
+    QFETCH(int, deepest);
+    Random random(1);
+    QByteArray document;
+    QList<QByteArray> open;
+    for (int i = 0; i < 5000 || !open.isEmpty(); ++i) {
+        if (!open.isEmpty() && (i > 5000 || open.size() == deepest || random.oneIn(3))) {
+            document += "</" + open.takeLast() + '>';
+            continue;
+        }
+        const QByteArray name = (random.oneIn(4) ? "p:n" : "n") + QByteArray::number(random.below(names));
+        const bool isEmptyTag = !open.isEmpty() && random.oneIn(4);
+        document += '<' + name + (isEmptyTag ? "/>" : ">");
+        if (!isEmptyTag)
+            open.append(name);
+    }
+
+    const XmlMarkup markup(document);
+    QVector<bool> expected(markup.elements().size());
+    for (const XmlMarkup::Element &element : markup.elements()) {
+        for (int around = element.parent; around >= 0; around = markup.elements().at(around).parent) {
+            if (markup.localName(markup.elements().at(around)) == markup.localName(element))
+                expected[around] = true;
+        }
+    }
+    QVERIFY(expected.contains(true) && expected.contains(false));
+    QVector<bool> marked;
+    for (const XmlMarkup::Element &element : markup.elements())
+        marked.append(element.containsItsName);
+    QCOMPARE(marked, expected);
 }
 
 void XmlMarkupTest::incompleteDocumentIsNotComplete_data()
