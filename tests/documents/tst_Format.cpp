@@ -287,7 +287,7 @@ void FormatTest::encodingStays_data()
     QTest::addColumn<QByteArray>("codec");
     QTest::addColumn<QString>("mark");
     QTest::addColumn<QString>("declared");
-    const QString mark(QChar(QChar::ByteOrderMark));
+    const QString mark = QChar(QChar::ByteOrderMark);
     QTest::newRow("UTF-8 with a mark") << QByteArray("UTF-8") << mark << QString();
     QTest::newRow("UTF-16, little-endian") << QByteArray("UTF-16LE") << mark << QStringLiteral("UTF-16");
     QTest::newRow("UTF-16, big-endian") << QByteArray("UTF-16BE") << mark << QStringLiteral("UTF-16");

@@ -230,7 +230,8 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
         }
         if (place == JsonForm::MemberPlace::Nowhere)
             return;
-        if (before && place == JsonForm::MemberPlace::Members && holdsObjects(member) && !found->isReplaced) {
+        const bool mayKeepText = found && !found->isReplaced && holdsObjects(member);
+        if (before && place == JsonForm::MemberPlace::Members && mayKeepText) {
             const auto nested = found->children.find(0);
             if (before->isList()) {
                 QVector<int> all(int(before->items().size()));
