@@ -154,7 +154,7 @@ void RearrangingTest::addedContentIsReadCompletely_data()
     row("unknown element", "<Node><Valueitem/></Node>",
         "c.xml:1:7: unknown element 'Valueitem' in Node; it is skipped; did you mean 'ValueItem'?");
     row("other element", "\n<Component/>", "c.xml:2:1: is a 'Component', not a 'Node'");
-    row("text that is no element", "id=n", "c.xml: is not an element with all of its tags");
+    row("text without an element", "id=n", "c.xml: is not an element with all of its tags");
     row("unfinished element", "<Node>", "c.xml: is not an element with all of its tags");
     row("number that is none", "<Node><ValueItem><ValueInt id='i' value='x'/></ValueItem></Node>",
         "c.xml:1:35: 'x' of value is not a number; it is read as 0");

@@ -16,6 +16,7 @@
 #include "documents/compare/Edits.h"
 #include "documents/edit/JsonEditor.h"
 #include "documents/edit/PathEdits.h"
+#include "documents/values/Identical.h"
 #include "documents/xml/XmlEditor.h"
 
 using namespace JobXml;
@@ -185,6 +186,14 @@ public:
 
     void become(const TunerProperties &changed)
     {
+        if (areIdentical(m_document.tuner, changed))
+            return;
+        if (!isInPlace()) {
+            m_document.tuner = changed;
+            m_document.tuner.SetValidate(false);
+            m_isEdited = true;
+            return;
+        }
         const QVector<Difference> differences = findDifferences(m_document.tuner, changed);
         if (differences.isEmpty())
             return;

@@ -13,7 +13,7 @@ namespace TunerDocuments {
 /// without a declaration before it. An empty text is an object without content.
 ///
 /// `steps` lead from the document to where the object will be. Throws DocumentError, whose message begins with `name`
-/// and the place in the text, for everything that is not read as it stands.
+/// and the place in the text, for everything that would be lost in reading it.
 void readItem(JobXml::DataObject &item, const QVector<JobXml::Step> &steps, const QByteArray &text,
               const QString &name);
 

@@ -12,7 +12,7 @@
 
 namespace TunerDocuments {
 
-/// What becomes of the members of a JSON object or the items of a JSON list: some are removed, others added next to
+/// Changes of the members of a JSON object or the items of a JSON list: some are removed, others added next to
 /// them. Where one is removed and another one added after it, that takes its place.
 class JsonEntries
 {

@@ -17,7 +17,7 @@
 
 namespace TunerDocuments {
 
-/// What becomes of the child elements of an object: some are removed, others added next to them. Where an element is
+/// Changes of the child elements of an object: some are removed, others added next to them. Where an element is
 /// removed and another one added after it, that takes its place, so that comments around it stay around it. A removed
 /// element takes its line along if nothing else is on it.
 class XmlChildren

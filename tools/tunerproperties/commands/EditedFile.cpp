@@ -156,6 +156,11 @@ EditedFile::EditedFile(const FileName &name, const Invocation &invocation, const
         m_editor.rewrite();
 }
 
+bool EditedFile::hasFormOf(const FileName &target) const
+{
+    return formFor(target) == m_editor.document().form;
+}
+
 ExitStatus EditedFile::fail(const QString &why) const
 {
     Console::printError(shownName() + QStringLiteral(": ") + why);
@@ -182,7 +187,7 @@ ExitStatus EditedFile::finishUnchecked(const FileName &target)
 ExitStatus EditedFile::write(const FileName &target)
 {
     const Form form = formFor(target);
-    const bool isSameForm = form == m_editor.document().form;
+    const bool isSameForm = hasFormOf(target);
     if (m_editor.isChanged() && isSameForm && !m_editor.reasonAgainst().isNull())
         return fail(QStringLiteral("cannot edit the document in place: %1; use %2 to write it anew")
                         .arg(m_editor.reasonAgainst(), rewrite().typed()));

@@ -30,6 +30,9 @@ public:
     TunerDocuments::Editor &editor() { return m_editor; }
     const JobXml::TunerProperties &tuner() const { return m_editor.document().tuner; }
 
+    /// Whether writing to this file, which may be none, keeps the form of the document.
+    bool hasFormOf(const FileName &target) const;
+
     /// Prints an error that begins with the name of the file.
     ExitStatus fail(const QString &why) const;
 

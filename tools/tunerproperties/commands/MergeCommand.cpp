@@ -38,8 +38,11 @@ ExitStatus run(const Invocation &invocation)
     EditedFile ours(names[1], invocation, Options::loading(invocation));
     const DocumentFile theirs(names[2], Options::loading(invocation));
     const MergeResult result = merge(base, ours.tuner(), theirs.document.tuner);
+    const FileName target = invocation.fileValue(output());
+    if (!ours.hasFormOf(target))
+        ours.editor().rewrite();
     ours.editor().become(result.document);
-    const ExitStatus status = ours.finishUnchecked(invocation.fileValue(output()));
+    const ExitStatus status = ours.finishUnchecked(target);
     if (status != ExitStatus::Ok)
         return status;
     for (const MergeConflict &conflict : result.conflicts)
