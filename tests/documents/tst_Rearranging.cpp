@@ -97,8 +97,7 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
     row("in an empty-element tag", document("\n  <Component type='a'/>\n"), "Component/Node[id=n]", "",
         document("\n  <Component type='a'>\n    <Node id=\"n\"/>\n  </Component>\n"));
     row("with everything in it", document("\n <Component type='a'>\n  <!-- nodes -->\n </Component>\n"),
-        "Component[type=a]/Node[id=n]",
-        "<Node id='other'>\n<ValueItem><ValueFloat id='gain' value='0.2567'/></ValueItem></Node>",
+        "Component[type=a]/Node[id=n]", "<Node>\n<ValueItem><ValueFloat id='gain' value='0.2567'/></ValueItem></Node>",
         document(
             "\n <Component type='a'>\n  <!-- nodes -->\n  <Node id=\"n\">\n   <ValueItem>\n    <ValueFloat id=\"gain\" "
             "value=\"0.2567\"/>\n   </ValueItem>\n  </Node>\n </Component>\n"));
@@ -117,6 +116,11 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
         "StartupModes/StartupMode", "Scan,Stop",
         document("\n  <StartupModes>\n    <StartupMode>DF</StartupMode>\n    <StartupMode>Scan</StartupMode>\n    "
                  "<StartupMode>Stop</StartupMode>\n  </StartupModes>"));
+    row("beside a name that the model does not have",
+        document("<StartupModes><StartupMode>Turbo</StartupMode><StartupMode> Scan</StartupMode></StartupModes>"),
+        "StartupModes/StartupMode", "DF",
+        document("<StartupModes><StartupMode>Turbo</StartupMode><StartupMode> Scan</StartupMode>"
+                 "<StartupMode>DF</StartupMode></StartupModes>"));
     row("object", document("\n  <Component/>\n"), "StartupModes", "{\"StartupMode\": [\"DF\"]}",
         document("\n  <StartupModes>\n    <StartupMode>DF</StartupMode>\n  </StartupModes>\n  <Component/>\n"));
     row("in JSON on lines", jsonDocument(",\n  \"Component\": [\n    {\"type\": \"a\"}\n  ]\n"), "Component[type=b]",
@@ -158,6 +162,14 @@ void RearrangingTest::addedContentIsReadCompletely_data()
     row("unfinished element", "<Node>", "c.xml: is not an element with all of its tags");
     row("number that is none", "<Node><ValueItem><ValueInt id='i' value='x'/></ValueItem></Node>",
         "c.xml:1:35: 'x' of value is not a number; it is read as 0");
+    row("two elements", "<Node/>\n <!-- b --><Node/>", "c.xml:2:12: there is a second element");
+    row("text after the element", "<Node/> and more", "c.xml:1:9: there is a text after the element");
+    row("text in an object", "<Node id='n'>\n text<!-- c --></Node>", "c.xml:2:2: there is a text that would be lost");
+    row("element in a value", "<Node><id>a<b/>c</id></Node>",
+        "c.xml:1:12: there is an element in a value, which would be lost");
+    row("value that is there twice", "<Node id='a'><id>b</id></Node>", "c.xml:1:14: 'id' is there twice");
+    row("several alternatives", "<Node><ValueItem><ValueInt/><ValueString/></ValueItem></Node>",
+        "c.xml:1:29: an item holds one value, and there are several");
     row("unknown member", "{\"id\": \"n\",\n \"idd\": 1}",
         "c.xml:2:2: unknown member 'idd' of Node; did you mean 'id'?");
     row("malformed JSON", "{\"id\": }",
@@ -274,6 +286,10 @@ void RearrangingTest::wrongPlaceIsRefused_data()
         "StartupModes/StartupMode: unknown StartupMode 'Dance'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, "
         "MSearch, Polar, Search or Stop");
     row("no name", "add", "StartupModes/StartupMode", "", "StartupModes/StartupMode: the name to add is missing");
+    row("condition that the content contradicts", "add", "Component[name=x]", "<Component name='y'/>",
+        "Component[name=x]: 'name' is also \"y\"");
+    row("conditions that contradict each other", "add", "Component[name=x,name=y]", "",
+        "Component[name=x,name=y]: 'name' is also \"x\"");
     row("condition that the item does not have", "add", "Component[colour=red]", "",
         "Component[colour=red]: colour: unknown member 'colour' of Component; expected type, name, displayName, "
         "optional or Node");

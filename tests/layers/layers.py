@@ -50,7 +50,7 @@ LAYERS = [
     Layer("src/documents/compare",
           ["include/jobxml", "include/tunerdocuments", "src/text", "src/json", "src/documents/json", "src/documents/values"]),
     Layer("src/documents/edit",
-          ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/json", "src/documents/values",
+          ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/text", "src/json", "src/documents/values",
            "src/documents/json", "src/documents/xml", "src/documents/compare"]),
     Layer("src/documents/show", ["include/jobxml", "include/tunerdocuments", "src/text"]),
     Layer("src/documents/html", ["include/jobxml", "include/tunerdocuments", "src/text", "src/documents/paths", "src/documents/values"]),

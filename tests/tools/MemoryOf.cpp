@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// memory_of FILE PROGRAM [ARGUMENT...] runs the program, writes to the file how many KiB of it were resident at most, and
-// ends with its status. The system counts the memory of the program that starts another one as that of the other one: this
-// one has little, unlike a test program.
+// memory_of FILE PROGRAM [ARGUMENT...] runs the program, writes to the file how many KiB of it were resident at most,
+// and ends with its status. The system counts the memory of the program that starts another one as that of the other
+// one: this one has little, unlike a test program.
 
 #include <cstdio>
 

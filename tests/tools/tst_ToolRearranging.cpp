@@ -77,7 +77,7 @@ void ToolRearrangingTest::addedItemIsWrittenAmongItsNeighbors()
 
 void ToolRearrangingTest::contentMayComeFromAFileOrStandardInput()
 {
-    const QByteArray node = "<?xml version='1.0'?>\n<!-- a node -->\n<Node id='x'>\n <ValueItem><ValueInt value='8' "
+    const QByteArray node = "<?xml version='1.0'?>\n<!-- a node -->\n<Node>\n <ValueItem><ValueInt value='8' "
                             "id='i'/></ValueItem></Node>\n";
     m_workshop->write(QStringLiteral("node.xml"), node);
     QCOMPARE(run(QStringLiteral("add --from node.xml a.xml Component/Node[id=m]")), QStringLiteral("0\n"));

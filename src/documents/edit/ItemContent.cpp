@@ -2,6 +2,8 @@
 #include "documents/edit/ItemContent.h"
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 #include <reportbase/XmlMarkup.h>
 
@@ -14,6 +16,10 @@
 #include "documents/json/JsonForm.h"
 #include "documents/values/FindMember.h"
 #include "documents/xml/EncodedText.h"
+#include "documents/xml/XmlBlanks.h"
+#include "documents/xml/XmlPlaces.h"
+#include "documents/xml/XmlTexts.h"
+#include "text/TextLocation.h"
 
 using namespace JobXml;
 using REPORTGENERATOR::XmlMarkup;
@@ -75,12 +81,25 @@ Surrounded surroundedJson(const QByteArray &json, const QVector<Step> &steps)
     return {json.left(blanks) + start + json.mid(blanks) + end, line, start.size()};
 }
 
-/// What was read at the steps, each of which leads to the only object there.
-void copyRead(const TunerProperties &document, QVector<Step> steps, DataObject &item)
+/// The steps to the only object there.
+QVector<Step> firstItems(QVector<Step> steps)
 {
-    for (Step &step : steps)
-        step.index = 0;
-    if (const DataObject *const read = objectAt(document, steps))
+    TunerProperties document;
+    QVector<Step> outer;
+    for (Step &step : steps) {
+        const bool isList =
+            memberNamed(Contents::newObjectAt(document, outer), step.member)->GetKind() == MemberKind::ObjectList;
+        step.index = isList ? 0 : -1;
+        outer.append(step);
+        document = TunerProperties();
+    }
+    return steps;
+}
+
+/// What was read at the steps.
+void copyRead(const TunerProperties &document, const QVector<Step> &steps, DataObject &item)
+{
+    if (const DataObject *const read = objectAt(document, firstItems(steps)))
         Contents::copy(*read, item);
 }
 
@@ -98,6 +117,19 @@ Surrounded rootIn(const QByteArray &xml, const QVector<Step> &steps, const QStri
         failAt(name, line, 1,
                QStringLiteral("is a '%1', not a '%2'")
                    .arg(QString::fromUtf8(markup.bytes(root.name).data(), root.name.size()), expected));
+    const auto failAtOffset = [&](int offset, const QString &why) {
+        const TextLocation location = TextLocator(encoded.utf8()).at(offset);
+        failAt(name, location.line, location.column, why);
+    };
+    if (root.next < markup.elements().size())
+        failAtOffset(markup.elements().at(root.next).startTag.begin, QStringLiteral("there is a second element"));
+    const QVector<XmlMarkup::Span> texts =
+        XmlTexts::inPart(markup, {root.end, encoded.utf8().size()}, markup.elements().size());
+    for (const XmlMarkup::Span &text : texts) {
+        const XmlMarkup::Span part = XmlBlanks::trimmed(encoded.utf8(), text);
+        if (part.size() > 0)
+            failAtOffset(part.begin, QStringLiteral("there is a text after the element"));
+    }
     return surroundedElement(encoded.utf8().mid(root.startTag.begin, root.whole().size()), line, steps);
 }
 
@@ -115,6 +147,71 @@ LintOptions onlyLostContent()
     return options;
 }
 
+/// Looks for what a reader passes over in silence: values that are there twice, and texts and elements where none are
+/// read.
+class UnreadParts
+{
+public:
+    /// `fails` is called with the offset in the text and what is wrong there, and does not return.
+    UnreadParts(const QByteArray &text, const TunerProperties &tuner, std::function<void(int, const QString &)> fails)
+        : m_markup(text), m_places(m_markup, tuner), m_fails(std::move(fails))
+    {
+    }
+
+    void find(const QVector<Step> &steps, const DataObject &object)
+    {
+        const QVector<int> elements = m_places.elementsOf(steps);
+        if (!elements.isEmpty())
+            findIn(elements.last(), object);
+    }
+
+private:
+    void findIn(int element, const DataObject &object)
+    {
+        const QVector<XmlMarkup::Span> texts = XmlTexts::inElement(m_markup, element);
+        for (const XmlMarkup::Span &text : texts) {
+            const XmlMarkup::Span part = XmlBlanks::trimmed(m_markup.document(), text);
+            if (part.size() > 0)
+                m_fails(part.begin, QStringLiteral("there is a text that would be lost"));
+        }
+        bool hasAlternative = false;
+        visit(object, [&](const MemberView &member) {
+            const QVector<XmlPlaces::Value> values = m_places.valuesOf({element}, object, member);
+            const MemberKind kind = member.GetKind();
+            const bool isList = kind == MemberKind::ObjectList || kind == MemberKind::EnumerationList;
+            if (values.size() > 1 && !isList)
+                m_fails(beginOf(values.at(1)), QStringLiteral("'%1' is there twice").arg(member.GetName()));
+            if (kind == MemberKind::Alternative && !values.isEmpty() && std::exchange(hasAlternative, true))
+                m_fails(beginOf(values.first()), QStringLiteral("an item holds one value, and there are several"));
+            for (int i = 0; i < values.size(); ++i)
+                findInValue(values.at(i), member, i);
+        });
+    }
+
+    void findInValue(const XmlPlaces::Value &value, const MemberView &member, int index)
+    {
+        if (value.isAttribute)
+            return;
+        if (holdsObjects(member)) {
+            if (index < member.GetSize())
+                findIn(value.index, member.GetChild(index));
+        } else if (m_markup.elements().at(value.index).next != value.index + 1) {
+            m_fails(m_markup.elements().at(value.index + 1).startTag.begin,
+                    QStringLiteral("there is an element in a value, which would be lost"));
+        }
+    }
+
+    int beginOf(const XmlPlaces::Value &value) const
+    {
+        return value.isAttribute ? m_markup.attributes().at(value.index).name.begin
+                                 : m_markup.elements().at(value.index).startTag.begin;
+    }
+
+    const XmlMarkup m_markup;
+    const XmlPlaces m_places;
+    const std::function<void(int, const QString &)> m_fails;
+};
+
 void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray &xml, const QString &name)
 {
     const Surrounded whole = rootIn(xml, steps, name);
@@ -130,6 +227,12 @@ void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray 
         whole.failIn(name, finding.line, finding.column, finding.message + suggestion);
     };
     lint(document, whole.text, refuseFinding, options);
+    UnreadParts unread(whole.text, document.tuner, [&](int offset, const QString &why) {
+        const TextLocation location = TextLocator(whole.text).at(offset);
+        whole.failIn(name, location.line, location.column, why);
+    });
+    if (const DataObject *const read = objectAt(document.tuner, firstItems(steps)))
+        unread.find(firstItems(steps), *read);
     copyRead(document.tuner, steps, item);
 }
 

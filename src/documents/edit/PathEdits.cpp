@@ -42,6 +42,9 @@ void fulfill(DataObject &item, const QVector<Path::Condition> &conditions, const
         try {
             const Paths::Target target = Paths::find(item, Path({{condition.member}}).text());
             const QVariant value = TypedValue::parse(target.member, condition.text);
+            if (target.member.IsSet() && target.member.GetValue() != value)
+                throw TypedValue::Mismatch(QStringLiteral("'%1' is also %2")
+                                               .arg(condition.member, ValueText::ofValue(target.member.GetValue())));
             Paths::edit(item, target, [&](MemberEditor &member) { Contents::store(member, value, true); });
         } catch (const PathFailure &failure) {
             fail(path, failure.text());
@@ -229,11 +232,17 @@ void PathEdits::removeObject(const Paths::Target &target)
     edit.isReplaced = true;
     if (target.member.GetKind() != MemberKind::Alternative || !target.member.IsChosen())
         return;
-    const DataObject &holder = *objectAt(m_document, target.steps.mid(0, target.steps.size() - 1));
-    const MemberView choice = *choiceOf(holder);
-    Paths::Target item = target;
-    item.steps.last().member = choice.GetName();
-    editOf(item).value = ValueState{choice.GetDefaultValue(), true};
+    // Whichever else is there would be chosen when it is read.
+    ObjectEdit &item = m_edits.at(target.steps.mid(0, target.steps.size() - 1));
+    visit(*objectAt(m_document, target.steps.mid(0, target.steps.size() - 1)), [&](const MemberView &member) {
+        MemberEdit &other = item.members[member.GetName()];
+        if (member.GetKind() == MemberKind::Choice) {
+            other.value = ValueState{member.GetDefaultValue(), true};
+        } else {
+            other.isReplaced = true;
+            other.flag = false;
+        }
+    });
 }
 
 void PathEdits::move(const QString &path, int position)

@@ -13,6 +13,7 @@
 #include "documents/values/FindMember.h"
 #include "documents/values/ItemArrangement.h"
 #include "documents/xml/XmlBlanks.h"
+#include "documents/xml/XmlTexts.h"
 
 using namespace JobXml;
 
@@ -201,6 +202,8 @@ void XmlEditor::writeNames(Replacements &out, XmlChildren &children, const Membe
 {
     const QStringList texts = XmlText::ofValue(member);
     for (int i = 0; i < values.size(); ++i) {
+        if (i < texts.size() && texts.at(i).isNull())
+            continue; // whatever the text has that is not a name of the model
         if (i < texts.size())
             replaceContent(out, values.at(i).index, texts.at(i), false);
         else
@@ -226,38 +229,6 @@ void XmlEditor::replaceAttribute(Replacements &out, int attribute, const QString
         out.append({span.begin, span.end, written, span.size() > 0});
 }
 
-/// The parts of an element's content that are its text: without comments, processing instructions and other elements.
-QVector<REPORTGENERATOR::XmlMarkup::Span> XmlEditor::textsIn(int element) const
-{
-    const QByteArray &document = m_markup->document();
-    const Span content = m_markup->elements().at(element).content;
-    const auto endOf = [&](const char *mark, int from) {
-        const int at = document.indexOf(mark, from);
-        return at < 0 ? content.end : at + int(qstrlen(mark));
-    };
-    QVector<Span> texts;
-    int child = element + 1;
-    for (int at = content.begin; at < content.end;) {
-        const QByteArray next = document.mid(at, 9);
-        int end = document.indexOf('<', at); // of a text
-        if (next.startsWith("<!--")) {
-            end = endOf("-->", at);
-        } else if (next.startsWith("<?")) {
-            end = endOf("?>", at);
-        } else if (next == "<![CDATA[") {
-            end = endOf("]]>", at);
-            texts.append({at, end});
-        } else if (next.startsWith('<')) {
-            end = m_markup->elements().at(child).end;
-            child = m_markup->elements().at(child).next;
-        } else {
-            texts.append({at, end});
-        }
-        at = end;
-    }
-    return texts;
-}
-
 void XmlEditor::replaceContent(Replacements &out, int element, const QString &text, bool isNumber) const
 {
     const QByteArray &document = m_markup->document();
@@ -270,7 +241,7 @@ void XmlEditor::replaceContent(Replacements &out, int element, const QString &te
                         '>' + written + "</" + document.mid(place.name.begin, place.name.size()) + '>'});
         return;
     }
-    QVector<Span> texts = textsIn(element);
+    QVector<Span> texts = XmlTexts::inElement(*m_markup, element);
     if (isNumber) { // blanks around a number do not matter
         for (Span &span : texts)
             span = XmlBlanks::trimmed(document, span);

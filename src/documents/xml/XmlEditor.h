@@ -88,7 +88,6 @@ private:
                   const QString &text) const;
     void addAttribute(Replacements &out, int element, const JobXml::DataObject &object,
                       const JobXml::MemberView &member, const QString &text) const;
-    QVector<Span> textsIn(int element) const;
     QString wholeMismatchOf(const QVector<JobXml::Step> &object);
     QString mismatch(const QVector<JobXml::Step> &object, const QByteArray &element, bool withObjects) const;
     QByteArray skeletonAround(const QVector<JobXml::Step> &object, const QByteArray &element) const;
