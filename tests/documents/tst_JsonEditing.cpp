@@ -76,10 +76,10 @@ void JsonEditingTest::onlyTheValueChanges_data()
         "BandwidthSelection/MaxBandwidth", "1", ",\"BandwidthSelection\":[{\"Name\": \"w\", \"MaxBandwidth\": 1.0}]");
     row("first member", ",\"Component\":[{}]", "Component/name", "c", ",\"Component\":[{\"name\": \"c\"}]");
     row("member before all others", ",\"Component\":[{\"optional\":true}]", "Component/type", "t",
-        ",\"Component\":[{\"type\": \"t\", \"optional\":true}]");
+        ",\"Component\":[{\"type\":\"t\", \"optional\":true}]");
     row("value that was not set", ",\"unset\":{\"quantity\":5,\"name\":\"n\"}", "quantity", "6",
-        ", \"quantity\": 6,\"unset\":{\"name\":\"n\"}");
-    row("the only value that was not set", ",\"unset\":{\"quantity\":5}", "quantity", "6", ", \"quantity\": 6");
+        ",\"quantity\":6,\"unset\":{\"name\":\"n\"}");
+    row("the only value that was not set", ",\"unset\":{\"quantity\":5}", "quantity", "6", ",\"quantity\":6");
 }
 
 void JsonEditingTest::onlyTheValueChanges()
@@ -122,7 +122,7 @@ void JsonEditingTest::otherKindOfValueReplacesTheMember()
     const QByteArray json = document(",\"Component\":[{\"Node\":[{\"ValueItem\":[{\"ValueInt\":{\"id\":\"i\"}}]}]}]");
     QCOMPARE(edited(json, QStringLiteral("Component/Node/ValueItem/ChoiceValueItem"), QStringLiteral("ValueFloat")),
              QByteArray(json).replace("{\"ValueInt\":{\"id\":\"i\"}}",
-                                      "{\"ChoiceValueItem\": \"ValueFloat\", \"ValueFloat\": {}}"));
+                                      "{\"ChoiceValueItem\":\"ValueFloat\", \"ValueFloat\":{}}"));
 }
 
 void JsonEditingTest::randomEditsReadAsTheDescription()

@@ -362,7 +362,7 @@ void PatchTest::linesThatAreNotChangesAreRefused_data()
         QTest::newRow(name) << QByteArray(text) << QString::fromUtf8(failure);
     };
     row("not JSON", "~ quantity: 1 -> 2",
-        "changes: line 3:1:1: syntax error while parsing value - invalid literal; last read: '~'");
+        "changes:3:1: syntax error while parsing value - invalid literal; last read: '~'");
     row("not an object", "[1]", "changes: line 3: '[1]' is not an object");
     row("no change", "{}", "changes: line 3: the member 'change' is missing");
     row("an unknown change", R"({"change":"replaced"})",

@@ -85,8 +85,17 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
                         const QByteArray &result) {
         QTest::newRow(title) << before << QString::fromUtf8(path) << QByteArray(content) << result;
     };
+    row("after elements that begin on the line of the tag",
+        document("<!-- head --><StartupModes/>\n    <Component type='a'/>\n"), "Component[type=b]", "",
+        document("<!-- head --><StartupModes/>\n    <Component type='a'/>\n    <Component type=\"b\"/>\n"));
+    row("beside an item with another indentation than its parent's first child",
+        document("\n  <StartupModes/>\n      <Component type='a'/>\n"), "Component[1]", "{\"Node\": [{\"id\": \"n\"}]}",
+        document("\n  <StartupModes/>\n      <Component>\n        <Node id=\"n\"/>\n      </Component>\n"
+                 "      <Component type='a'/>\n"));
+    row("list in JSON with tabs", "{\n\t\"TunerProperties\": {\n\t\t\"Component\": []\n\t}\n}", "Component[type=b]", "",
+        "{\n\t\"TunerProperties\": {\n\t\t\"Component\": [\n\t\t\t{\"type\": \"b\"}\n\t\t]\n\t}\n}");
     row("last of a list", document("\n\t<Component type='a'/> <!-- a -->\n\t<!-- end -->\n"), "Component[type=b]", "",
-        document("\n\t<Component type='a'/>\n\t<Component type=\"b\"/> <!-- a -->\n\t<!-- end -->\n"));
+        document("\n\t<Component type='a'/> <!-- a -->\n\t<Component type=\"b\"/>\n\t<!-- end -->\n"));
     row("at a position", document("\n  <Component type='a'/>\n  <Component type='b'/>\n"), "Component[2]",
         "{\"type\": \"x\"}",
         document("\n  <Component type='a'/>\n  <Component type=\"x\"/>\n  <Component type='b'/>\n"));
@@ -134,7 +143,7 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
     row("first of a list in JSON", jsonDocument(",\n  \"Component\": []\n"), "Component[type=b]", "",
         jsonDocument(",\n  \"Component\": [\n    {\"type\": \"b\"}\n  ]\n"));
     row("new list in JSON", jsonDocument(", \"quantity\" : 2"), "Component[type=b]", "",
-        jsonDocument(", \"quantity\" : 2, \"Component\": [{\"type\":\"b\"}]"));
+        jsonDocument(", \"quantity\" : 2, \"Component\" : [{\"type\":\"b\"}]"));
 }
 
 void RearrangingTest::addedItemIsLaidOutAsItsNeighbors()
@@ -242,8 +251,8 @@ void RearrangingTest::movedItemKeepsItsText_data()
                                             "  <Component type='c'/>\n  "
                                             + first + "\n");
     QTest::newRow("by one") << three << a << 2
-                            << document("\n  <!-- a -->\n  <Component type='b'/>\n  " + first
-                                        + " <!-- b -->\n  <Component type='c'/>\n");
+                            << document("\n  <!-- a -->\n  <Component type='b'/> <!-- b -->\n  " + first
+                                        + "\n  <Component type='c'/>\n");
     QTest::newRow("to the front") << three << QStringLiteral("Component[3]") << 1
                                   << document("\n  <!-- a -->\n  <Component type='c'/>\n  " + first
                                               + "\n  <Component type='b'/> <!-- b -->\n");

@@ -105,10 +105,17 @@ void ToolRearrangingTest::contentThatIsNotReadCompletelyIsAnError()
 {
     m_workshop->write(QStringLiteral("node.xml"), "<Node\n  idd='m'/>");
     QCOMPARE(run(QStringLiteral("add --from node.xml a.xml Component/Node[id=m]")),
-             QStringLiteral("3\ntunerproperties: node.xml:2:3: unknown attribute 'idd' of Node; it is ignored; did you "
+             QStringLiteral("1\ntunerproperties: node.xml:2:3: unknown attribute 'idd' of Node; it is ignored; did you "
                             "mean 'id'?\n"));
     QCOMPARE(run(QStringLiteral("add a.xml Component/Node[id=m] {\"ids\":1}")),
-             QStringLiteral("3\ntunerproperties: VALUE:1:2: unknown member 'ids' of Node; did you mean 'id'?\n"));
+             QStringLiteral("1\ntunerproperties: VALUE:1:2: unknown member 'ids' of Node; did you mean 'id'?\n"));
+    m_workshop->write(QStringLiteral("node.json"),
+                      "{\"id\": 5,\n \"ValueItem\": [{\"ValueInt\": {\"value\": \"x\"}}]}");
+    QCOMPARE(
+        run(QStringLiteral("add --from node.json a.xml Component/Node")),
+        QStringLiteral("1\ntunerproperties: node.json:1:8: id: '5' is not a string; did you mean \"5\"?\n"
+                       "tunerproperties: node.json:2:39: ValueItem[1]/ValueInt/value: the string 'x' is not a whole "
+                       "number\n"));
     QCOMPARE(run(QStringLiteral("add --from missing a.xml Component/Node[id=m]")),
              QStringLiteral("3\ntunerproperties: missing: cannot open: No such file or directory\n"));
     QCOMPARE(file(), document);

@@ -81,7 +81,10 @@ Patch Patch::fromJson(const QByteArray &lines, const QString &name)
             changes->lines.push_back(std::move(json));
         } catch (const JsonFailure &failure) {
             // An error in the text has its place in the line.
-            throw DocumentError(failure.text(QStringLiteral("%1: line %2").arg(name).arg(number)));
+            const QString place = failure.line() > 0
+                ? QStringLiteral("%1:%2:%3: ").arg(name).arg(number).arg(failure.column()) + failure.message()
+                : failure.text(QStringLiteral("%1: line %2").arg(name).arg(number));
+            throw DocumentError(place);
         }
     }
     Patch patch;

@@ -236,6 +236,17 @@ void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray 
     copyRead(document.tuner, steps, item);
 }
 
+/// The path of a problem from the item, which is so many steps inside of the document.
+QString pathInItem(const JsonProblem &problem, int depth)
+{
+    QStringList path;
+    for (const Step &step : problem.steps.mid(depth))
+        path.append(step.index < 0 ? step.member : QStringLiteral("%1[%2]").arg(step.member).arg(step.index + 1));
+    if (!problem.member.isNull())
+        path.append(problem.member);
+    return path.join(QLatin1Char('/'));
+}
+
 void readJson(DataObject &item, const QVector<Step> &steps, const QByteArray &json, const QString &name)
 {
     try {
@@ -245,11 +256,23 @@ void readJson(DataObject &item, const QVector<Step> &steps, const QByteArray &js
     }
     const Surrounded whole = surroundedJson(json, steps);
     TunerProperties document;
-    const auto refuseProblem = [&](const JsonProblem &problem) {
-        whole.failIn(name, problem.line, problem.column, problem.message);
+    constexpr int most = LoadOptions().maxProblems;
+    Findings problems(most);
+    const auto addProblem = [&](const JsonProblem &problem) {
+        Finding finding;
+        finding.message = problem.message;
+        finding.value = problem.value;
+        finding.choices = problem.choices;
+        finding.line = problem.line;
+        finding.column = problem.line == whole.line ? qMax(problem.column - whole.added, 1) : problem.column;
+        finding.path = pathInItem(problem, steps.size());
+        problems.add(finding);
     };
-    if (JsonForm::read(document, whole.text, refuseProblem) == 0)
-        copyRead(document, steps, item);
+    const qint64 count = JsonForm::read(document, whole.text, addProblem, most);
+    problems.addUnlisted(count - problems.count());
+    if (count > 0)
+        throw InvalidContent(name, problems);
+    copyRead(document, steps, item);
 }
 
 } // namespace

@@ -145,7 +145,8 @@ public:
 private:
     QByteArray pairOf(const QByteArray &key, const Json &value, const QByteArray &typed, int neighbor) const
     {
-        return '"' + key + "\": " + (typed.isNull() ? m_entries.laidOut(value, neighbor) : typed);
+        return '"' + key + '"' + m_entries.colonAt(neighbor)
+            + (typed.isNull() ? m_entries.laidOut(value, neighbor) : typed);
     }
 
     const Json &m_json;
@@ -172,9 +173,9 @@ public:
         return replaced(m_editor.m_text, int(json.textBegin()), int(json.textEnd()),
                         m_editor.replacementsIn(json, described, edit));
     }
-    QByteArray newItem(const DataObject &described)
+    QByteArray newItem(const DataObject &described, int neighbor)
     {
-        return m_entries.laidOut(JsonForm::ofObject(described), m_entries.count() - 1);
+        return m_entries.laidOut(JsonForm::ofObject(described), neighbor);
     }
     void remove(int item) { m_entries.remove(item); }
     void addBefore(int item, const QByteArray &text) { m_entries.addBefore(item, text); }

@@ -23,6 +23,26 @@ QByteArray blanksBefore(const QByteArray &text, int end)
     return text.mid(begin, end - begin);
 }
 
+/// By which content is indented further.
+QByteArray stepIn(const QByteArray &indentation)
+{
+    return indentation.contains('\t') ? QByteArray("\t") : QByteArray("  ");
+}
+
+/// With the steps of the indentation before it instead of two blanks each.
+QByteArray indented(const QByteArray &pretty, const QByteArray &lineStart, const QByteArray &step)
+{
+    QByteArray result;
+    const QList<QByteArray> lines = pretty.split('\n');
+    for (const QByteArray &line : lines) {
+        int depth = 0;
+        while (line.mid(2 * depth, 2) == "  ")
+            ++depth;
+        result += (result.isEmpty() ? QByteArray() : lineStart + step.repeated(depth)) + line.mid(2 * depth);
+    }
+    return result;
+}
+
 } // namespace
 
 JsonEntries::JsonEntries(const QByteArray &text, const Json &container) : m_text(text), m_container(container)
@@ -71,7 +91,7 @@ QByteArray JsonEntries::separatorAt(int entry) const
     if (entry > 0)
         return blanks(entry);
     // The first entry is often on the line of its bracket, and the others below it.
-    if (m_entries.size() > 1 && blanks(1).contains('\n'))
+    if (m_entries.size() > 1)
         return blanks(1);
     return blanks(0).isEmpty() ? QByteArray(" ") : blanks(0);
 }
@@ -86,7 +106,18 @@ QByteArray JsonEntries::firstSeparator() const
     int end = feed + 1;
     while (isBlank(m_text.at(end)))
         ++end;
-    return (feed > 0 && m_text.at(feed - 1) == '\r' ? "\r\n" : "\n") + m_text.mid(feed + 1, end - feed - 1) + "  ";
+    const QByteArray indentation = m_text.mid(feed + 1, end - feed - 1);
+    return (feed > 0 && m_text.at(feed - 1) == '\r' ? "\r\n" : "\n") + indentation + stepIn(indentation);
+}
+
+QByteArray JsonEntries::colonAt(int neighbor) const
+{
+    if (neighbor < 0)
+        return ": ";
+    const Json::Member &member = m_container.members().at(std::size_t(neighbor));
+    const int colon = m_text.lastIndexOf(':', int(member.value.textBegin()));
+    const QByteArray before = blanksBefore(m_text, colon);
+    return before + m_text.mid(colon, int(member.value.textBegin()) - colon);
 }
 
 QByteArray JsonEntries::laidOut(const Json &value, int neighbor) const
@@ -96,7 +127,8 @@ QByteArray JsonEntries::laidOut(const Json &value, int neighbor) const
     if (line < 0)
         return JsonText::compact(value);
     const QByteArray lineEnd = before.contains('\r') ? "\r\n" : "\n";
-    return JsonText::pretty(value).trimmed().replace("\n", lineEnd + before.mid(line + 1));
+    const QByteArray indentation = before.mid(line + 1);
+    return indented(JsonText::pretty(value).trimmed(), lineEnd + indentation, stepIn(indentation));
 }
 
 /// Whether there is something in its place afterwards.
@@ -113,7 +145,7 @@ Replacements JsonEntries::replacements() const
     if (m_entries.isEmpty() && !m_first.isEmpty()) {
         const QByteArray separator = firstSeparator();
         QByteArray last = separator;
-        last.chop(2); // the step of the indentation
+        last.chop(stepIn(separator).size());
         out.append({int(m_container.textBegin()) + 1, int(m_container.textEnd()) - 1,
                     separator + m_first.join(',' + (separator.isEmpty() ? QByteArray(" ") : separator)) + last});
     }
@@ -124,15 +156,15 @@ Replacements JsonEntries::replacements() const
         if (!isLeft(entry)) {
             if (entry < done)
                 continue;
-            // A comma is removed with each, the one after it if there is one.
+            // A comma is removed with each: the one before it, except for the first entry.
             int next = entry + 1;
             while (next < m_entries.size() && !isLeft(next))
                 ++next;
             done = next;
-            if (next < m_entries.size())
+            if (entry > 0)
+                out.append({m_entries.at(entry - 1).end, m_entries.at(next - 1).end, QByteArray()});
+            else if (next < m_entries.size())
                 out.append({place.begin, m_entries.at(next).begin, QByteArray()});
-            else if (entry > 0)
-                out.append({m_entries.at(entry - 1).end, m_entries.last().end, QByteArray()});
             else
                 out.append({place.begin, m_entries.last().end, QByteArray()});
             continue;

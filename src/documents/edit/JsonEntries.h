@@ -34,6 +34,9 @@ public:
     /// others are.
     QByteArray laidOut(const Json &value, int neighbor) const;
 
+    /// What separates key and value there.
+    QByteArray colonAt(int neighbor) const;
+
     /// All of that.
     Replacements replacements() const;
 

@@ -14,7 +14,7 @@ namespace TunerDocuments {
 ///
 ///     void changeItem(int item, const DataObject &described, const ObjectEdit &edit); // in its place
 ///     QByteArray movedItem(int item, const DataObject &described, const ObjectEdit &edit); // its text, changed
-///     QByteArray newItem(const DataObject &described);
+///     QByteArray newItem(const DataObject &described, int neighbor); // laid out as that one; -1 if there is none
 ///     void remove(int item);
 ///     void addBefore(int item, const QByteArray &text);
 ///     void addAfter(int item, const QByteArray &text); // takes the place of an item that is removed
@@ -37,7 +37,7 @@ void arrangeItems(Text &text, const QVector<int> &before, const JobXml::MemberVi
         const JobXml::DataObject &item = list.GetChild(i);
         const int place = order.at(i);
         if (place >= before.size()) {
-            add(text.newItem(item));
+            add(text.newItem(item, before.isEmpty() ? -1 : before.at(qMax(anchor, 0))));
             continue;
         }
         const auto nested = edit.children.find(place);

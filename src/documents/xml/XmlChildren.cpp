@@ -34,31 +34,40 @@ void XmlChildren::addAfter(int element, const QByteArray &text)
     m_fates[element].after.append(text);
 }
 
-void XmlChildren::add(const QString &member, const QByteArrayList &texts)
+/// The child that a new one of that member follows, or that it precedes.
+XmlChildren::Neighbor XmlChildren::neighborOf(const QString &member) const
 {
     QStringList order;
     visit(m_object, [&](const MemberView &other) { order.append(other.GetName()); });
     const int position = order.indexOf(member);
     const QVector<XmlPlaces::Child> children = m_places.childrenOf(m_elements.last(), m_object);
-    int before = -1; // the element that it follows
+    Neighbor neighbor;
     for (const XmlPlaces::Child &child : children) {
         if (order.indexOf(child.member) < position)
-            before = child.element;
+            neighbor = {child.element, true};
     }
-    QByteArrayList &place = before >= 0 ? m_fates[before].after
-        : children.isEmpty()            ? m_first
-                                        : m_fates[children.first().element].before;
-    place += texts;
+    if (neighbor.element < 0 && !children.isEmpty())
+        neighbor = {children.first().element, false};
+    return neighbor;
+}
+
+void XmlChildren::add(const QString &member, const QByteArrayList &texts)
+{
+    const Neighbor neighbor = neighborOf(member);
+    if (neighbor.element < 0)
+        m_first += texts;
+    else if (neighbor.isBefore)
+        m_fates[neighbor.element].after += texts;
+    else
+        m_fates[neighbor.element].before += texts;
 }
 
 Replacements XmlChildren::replacements() const
 {
     Replacements out;
-    if (m_fates.empty() && m_first.isEmpty())
-        return out;
-    const XmlText::Layout used = layout();
-    const QByteArray separator = used.lineEnd.isEmpty() ? QByteArray() : used.lineEnd + used.indentation;
     for (const auto &[element, fate] : m_fates) {
+        const XmlText::Layout layout = layoutAt(element);
+        const QByteArray separator = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + layout.indentation;
         const Markup::Span whole = m_markup.elements().at(element).whole();
         if (fate.isRemoved) {
             const QByteArray instead = (fate.before + fate.after).join(separator);
@@ -68,19 +77,41 @@ Replacements XmlChildren::replacements() const
         }
         for (const QByteArray &text : fate.before)
             out.append({whole.begin, whole.begin, text + separator});
+        const int end = separator.isEmpty() ? whole.end : endOfLineComments(whole.end);
         for (const QByteArray &text : fate.after)
-            out.append({whole.end, whole.end, separator + text});
+            out.append({end, end, separator + text});
     }
     if (!m_first.isEmpty())
         out.append(firstChildren());
     return out;
 }
 
+/// After the comments that end the line of an element: they are about that element.
+int XmlChildren::endOfLineComments(int end) const
+{
+    const QByteArray &document = m_markup.document();
+    int last = end; // the end of the last comment
+    for (int at = end; at < document.size();) {
+        const char character = document.at(at);
+        if (character == '\n' || character == '\r')
+            return last;
+        if (character == ' ' || character == '\t') {
+            ++at;
+            continue;
+        }
+        const int close = document.mid(at, 4) == "<!--" ? document.indexOf("-->", at) : -1;
+        if (close < 0)
+            break;
+        at = last = close + 3;
+    }
+    return end; // something else is on the line
+}
+
 Replacement XmlChildren::firstChildren() const
 {
     const Markup::Element &place = m_markup.elements().at(m_elements.last());
     const QByteArray &document = m_markup.document();
-    const XmlText::Layout used = layout();
+    const XmlText::Layout used = layoutAt(-1);
     const QByteArray separator = used.lineEnd.isEmpty() ? QByteArray() : used.lineEnd + used.indentation;
     const QByteArray children = separator + m_first.join(separator);
     QByteArray outerIndentation = used.indentation;
@@ -126,19 +157,23 @@ XmlText::Layout XmlChildren::layoutOf(const Markup &markup)
     return layout;
 }
 
-XmlText::Layout XmlChildren::layout() const
+XmlText::Layout XmlChildren::layoutFor(const QString &member) const
+{
+    return layoutAt(neighborOf(member).element);
+}
+
+XmlText::Layout XmlChildren::layoutAt(int neighbor) const
 {
     const int parent = m_elements.last();
     XmlText::Layout layout = m_documentLayout;
-    const Markup::Element &place = m_markup.elements().at(parent);
-    const QLatin1String name = m_markup.bytes(place.name);
+    const QLatin1String name = m_markup.bytes(m_markup.elements().at(neighbor < 0 ? parent : neighbor).name);
     const int colon = QByteArray::fromRawData(name.data(), name.size()).indexOf(':');
     layout.prefix = QByteArray(name.data(), colon + 1);
-    const bool hasChild = place.next > parent + 1;
-    const auto ofChild = hasChild ? indentationOf(m_markup, parent + 1) : std::optional<QByteArray>();
-    if (hasChild && !ofChild)
+    const auto ofNeighbor = neighbor < 0 ? std::optional<QByteArray>() : indentationOf(m_markup, neighbor);
+    if (neighbor >= 0 && !ofNeighbor)
         layout.lineEnd.clear();
-    layout.indentation = ofChild ? *ofChild : indentationOf(m_markup, parent).value_or(QByteArray()) + layout.step;
+    layout.indentation =
+        ofNeighbor ? *ofNeighbor : indentationOf(m_markup, parent).value_or(QByteArray()) + layout.step;
     return layout;
 }
 

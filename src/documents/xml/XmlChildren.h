@@ -45,8 +45,10 @@ public:
     /// Adds elements of that member where the library writes them.
     void add(const QString &member, const QByteArrayList &texts);
 
-    /// How new children are laid out: like those that the element has, or like the document.
-    XmlText::Layout layout() const;
+    /// How a new child of that member is laid out: like the child that it follows, or like the document.
+    XmlText::Layout layoutFor(const QString &member) const;
+    /// How a new child is laid out next to that one.
+    XmlText::Layout layoutAt(int neighbor) const;
 
     /// All of that.
     Replacements replacements() const;
@@ -59,7 +61,15 @@ private:
         QByteArrayList after{};
     };
 
+    struct Neighbor
+    {
+        int element = -1; ///< -1 if there is none
+        bool isBefore = false;
+    };
+
+    Neighbor neighborOf(const QString &member) const;
     Replacement firstChildren() const;
+    int endOfLineComments(int end) const;
     Markup::Span lineOf(const Markup::Span &element) const;
 
     const Markup &m_markup;

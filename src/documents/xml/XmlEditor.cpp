@@ -210,7 +210,8 @@ void XmlEditor::writeNames(Replacements &out, XmlChildren &children, const Membe
             children.remove(values.at(i).index);
     }
     QByteArrayList added;
-    const XmlText::Layout layout = children.layout();
+    const XmlText::Layout layout =
+        values.isEmpty() ? children.layoutFor(member.GetName()) : children.layoutAt(values.last().index);
     for (int i = values.size(); i < texts.size(); ++i)
         added.append(XmlText::element(member.GetName(), texts.at(i), layout, m_text));
     if (values.isEmpty())
@@ -289,7 +290,8 @@ void XmlEditor::addValue(Replacements &out, XmlChildren &children, const MemberV
     if (member.IsAttribute() && (hasAttributes || !hasElements))
         addAttribute(out, element, children.object(), member, text);
     else
-        children.add(member.GetName(), {XmlText::element(member.GetName(), text, children.layout(), m_text)});
+        children.add(member.GetName(),
+                     {XmlText::element(member.GetName(), text, children.layoutFor(member.GetName()), m_text)});
 }
 
 /// The attribute follows those that the library writes before it, separated as they are.
@@ -417,7 +419,11 @@ void XmlEditor::writeObject(Replacements &out, XmlChildren &children, const Memb
     }
     if (isAlternative && !elements.isEmpty())
         elements = {elements.last()}; // each one replaces the one before
-    const auto written = [&] { return XmlText::element(member.GetChild(), children.layout(), m_text); };
+    const auto written = [&] {
+        const XmlText::Layout layout =
+            elements.isEmpty() ? children.layoutFor(member.GetName()) : children.layoutAt(elements.last());
+        return XmlText::element(member.GetChild(), layout, m_text);
+    };
     if (elements.isEmpty()) {
         if (member.IsChosen()) // others are not written
             children.add(member.GetName(), {written()});
@@ -477,9 +483,10 @@ public:
     {
         return m_editor.changedText(item, m_editor.replacementsIn({item}, described, edit));
     }
-    QByteArray newItem(const DataObject &described)
+    QByteArray newItem(const DataObject &described, int neighbor)
     {
-        return XmlText::element(described, m_children.layout(), m_editor.m_text);
+        const XmlText::Layout layout = neighbor < 0 ? m_children.layoutFor(m_list) : m_children.layoutAt(neighbor);
+        return XmlText::element(described, layout, m_editor.m_text);
     }
     void remove(int item) { m_children.remove(item); }
     void addBefore(int item, const QByteArray &text) { m_children.addBefore(item, text); }

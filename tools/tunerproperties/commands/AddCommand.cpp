@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <tunerdocuments/DocumentError.h>
 #include <tunerdocuments/Path.h>
 
 #include "commands/Commands.h"
@@ -50,6 +51,11 @@ ExitStatus run(const Invocation &invocation)
         file.editor().add(path, content.text, content.name);
     } catch (const PathFailure &failure) {
         return file.fail(failure.text());
+    } catch (const InvalidContent &) {
+        throw;
+    } catch (const DocumentError &error) {
+        Console::printError(error.text());
+        return ExitStatus::Problems;
     }
     return file.finish();
 }
