@@ -42,7 +42,8 @@ public:
     ///
     /// Throws PathFailure if there is no such member, TypedValue::Mismatch if the text is not a value of the member,
     /// and ReportException if the model refuses it. To choose another kind of value, set the member `ChoiceValueItem`:
-    /// the item then has an empty value of that kind, and the one before is removed.
+    /// the item then has the value of that kind which the document has, or else an empty one, and the one before is
+    /// removed.
     void set(const QString &path, const QString &value);
 
     /// Unsets a member, which then has its default value. Throws PathFailure, and TypedValue::Mismatch for an item of a

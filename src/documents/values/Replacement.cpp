@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <tuple>
 
+#include "documents/values/CannotEdit.h"
+
 namespace TunerDocuments {
 
 QByteArray replaced(const QByteArray &text, int begin, int end, Replacements replacements)
@@ -15,7 +17,8 @@ QByteArray replaced(const QByteArray &text, int begin, int end, Replacements rep
     result.reserve(end - begin);
     int done = begin;
     for (const Replacement &replacement : qAsConst(replacements)) {
-        Q_ASSERT(done <= replacement.begin && replacement.end <= end);
+        if (replacement.begin < done || replacement.end > end)
+            throw CannotEdit{QStringLiteral("two changes concern the same text")};
         result.append(text.constData() + done, replacement.begin - done);
         result += replacement.text;
         done = replacement.end;

@@ -16,8 +16,8 @@ struct Replacement
 };
 using Replacements = QVector<Replacement>;
 
-/// The part of a text from `begin` to `end` with the replacements in it, which do not overlap. Insertions at the same
-/// place stay in their order, before what begins there.
+/// The part of a text from `begin` to `end` with the replacements in it. Insertions at the same place stay in their
+/// order, before what begins there. Throws CannotEdit if replacements overlap.
 QByteArray replaced(const QByteArray &text, int begin, int end, Replacements replacements);
 
 } // namespace TunerDocuments

@@ -131,7 +131,7 @@ Command fmtCommand()
             "In XML, each element is on a line, indented by two spaces, with its attributes in double quotes. "
             "JSON has the layout of 'convert'. Only the layout changes: comments, values as they are "
             "spelled, order, encoding and content that the model does not have stay, and texts keep their "
-            "blanks. Of empty lines between elements, one is kept."),
+            "blanks. Of empty lines between elements, one is kept. Line ends become LF."),
         QStringLiteral("A comment at the end of a line, after a tag, stays there; other comments have lines of their "
                        "own. The content of an element stays as it is if there is text between its elements, or if it "
                        "has the attribute xml:space=\"preserve\"."),
