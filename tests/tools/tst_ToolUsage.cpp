@@ -414,7 +414,7 @@ void ToolUsageTest::helpOfFmtDescribesTheLayout()
                        "in double quotes. JSON has the layout of 'convert'. Only the layout changes:\n"
                        "comments, values as they are spelled, order, encoding and content that the model\n"
                        "does not have stay, and texts keep their blanks. Of empty lines between\n"
-                       "elements, one is kept.\n"
+                       "elements, one is kept. Line ends become LF.\n"
                        "\n"
                        "A comment at the end of a line, after a tag, stays there; other comments have\n"
                        "lines of their own. The content of an element stays as it is if there is text\n"
