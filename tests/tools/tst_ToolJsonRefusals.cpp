@@ -15,6 +15,7 @@ private Q_SLOTS:
     void problemsAreWrittenAsJsonWithPathLineAndColumn();
     void everyCommandReportsTheProblems_data();
     void everyCommandReportsTheProblems();
+    void getGoesOnWithOtherFiles();
     void pathOfAProblemLeadsToTheMember();
     void problemsBeyondTheLimitAreCounted();
     void batchCountsTheFileAsOneWithProblems();
@@ -300,8 +301,9 @@ void ToolJsonRefusalsTest::everyCommandReportsTheProblems_data()
     QTest::addColumn<QString>("command");
     for (const char *command :
          {"show a.json", "show --format html a.json", "show --format json a.json", "get a.json name",
-          "get a.json quantity", "set a.json name x", "set --no-validate a.json name x", "diff a.json a.json",
-          "diff small.xml a.json", "convert a.json out.xml", "convert --no-validate a.json out.json"})
+          "get a.json quantity", "get Component[*]/type a.json", "get --json a.json name", "set a.json name x",
+          "set --no-validate a.json name x", "diff a.json a.json", "diff small.xml a.json", "convert a.json out.xml",
+          "convert --no-validate a.json out.json"})
         QTest::newRow(command) << QString::fromUtf8(command);
 }
 
@@ -317,6 +319,24 @@ void ToolJsonRefusalsTest::everyCommandReportsTheProblems()
     QCOMPARE(run.status, 1);
     QCOMPARE(shop.files(), QStringList({QStringLiteral("a.json"), QStringLiteral("small.xml")}));
     QCOMPARE(shop.read(QStringLiteral("a.json")), QByteArray(manyProblems));
+}
+
+void ToolJsonRefusalsTest::getGoesOnWithOtherFiles()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.json"), manyProblems);
+    shop.write(QStringLiteral("small.xml"), smallXml);
+    const QString type = QStringLiteral("small.xml\ttype\tSCP\n");
+    const QString problems = listed(QStringLiteral("tunerproperties: a.json"));
+    const Run run = shop.run(line("get type a.json small.xml"));
+    QCOMPARE(run.out, type);
+    QCOMPARE(run.err, problems);
+    QCOMPARE(run.status, 1);
+    const QString noFile = QStringLiteral("tunerproperties: no.xml: cannot open: No such file or directory\n");
+    const Run withoutFile = shop.run(line("get type no.xml a.json small.xml"));
+    QCOMPARE(withoutFile.out, type);
+    QCOMPARE(withoutFile.err, noFile + problems);
+    QCOMPARE(withoutFile.status, 3);
 }
 
 void ToolJsonRefusalsTest::pathOfAProblemLeadsToTheMember()

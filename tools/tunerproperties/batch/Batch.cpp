@@ -268,8 +268,7 @@ void Batch::write(const Result &result)
 {
     if (!result.lines.isEmpty())
         Console::write(std::exchange(m_hasWritten, true) ? separator + result.lines : result.lines);
-    for (const QString &error : result.errors)
-        Console::printError(error);
+    Console::printErrors(result.errors);
     if (errors)
         *errors += result.errors;
 }

@@ -191,10 +191,7 @@ ExitStatus reportInvalid(const TunerDocuments::InvalidContent &content, const Co
     const bool canListMore = std::any_of(command.options.begin(), command.options.end(), [](const Option &option) {
         return option.names == Options::maxProblems().names;
     });
-    const QStringList lines =
-        content.problems().lines(content.name(), canListMore ? QString(howToListMore) : QString());
-    for (const QString &line : lines)
-        Console::printError(line);
+    Console::printErrors(content.problems().lines(content.name(), canListMore ? QString(howToListMore) : QString()));
     return ExitStatus::Problems;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <sys/stat.h>
 
+#include <algorithm>
+
 #include <tunerdocuments/Json.h>
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
@@ -101,6 +103,10 @@ ExitStatus printTable(const Invocation &invocation, const QString &pattern, cons
             for (const Paths::Target &target : targets)
                 output.write(lineOf(target, name.shown(), invocation.isSet(jsonLines())));
             isAny = isAny || !targets.isEmpty();
+        } catch (const InvalidContent &content) { // also a FileFailure
+            output.flush();
+            Console::printErrors(content.problems().lines(content.name()));
+            status = std::max(status, ExitStatus::Problems);
         } catch (const FileFailure &failure) {
             output.flush();
             Console::printError(failure.text());

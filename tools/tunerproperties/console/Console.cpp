@@ -82,6 +82,12 @@ void printError(const QString &text)
     writeAll(STDERR_FILENO, errorLine(text)); // there is nowhere to report a failure
 }
 
+void printErrors(const QStringList &texts)
+{
+    for (const QString &text : texts)
+        printError(text);
+}
+
 void printOutOfMemory() noexcept
 {
     // Console::printError() would allocate its line, and an exception in a handler ends the program by abort().

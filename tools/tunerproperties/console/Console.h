@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <tunerdocuments/DocumentError.h>
 
@@ -35,6 +36,9 @@ void writeEscaped(const QByteArray &bytes);
 
 /// Writes one line to standard error, prefixed with the name of the program.
 void printError(const QString &text);
+
+/// The same for each of the texts.
+void printErrors(const QStringList &texts);
 
 /// The same for "out of memory", without allocating any.
 void printOutOfMemory() noexcept;
