@@ -28,6 +28,7 @@ private Q_SLOTS:
     void sarifIsOneDocumentForAllFiles();
     void sarifWithoutFindingsHasAnEmptyList();
     void sarifReportsUnreadableFiles();
+    void sarifSaysHowManyFindingsAreNotListed();
     void validateCountsWarnings();
     void validateCountsWarningsOfSeveralFiles();
     void validateJsonHasTheNumberOfWarnings();
@@ -441,6 +442,44 @@ void ToolLintTest::sarifReportsUnreadableFiles()
         invocation[QStringLiteral("toolExecutionNotifications")][0][QStringLiteral("message")][QStringLiteral("text")]
             .toString(),
         QStringLiteral("no.xml: cannot open: No such file or directory"));
+}
+
+void ToolLintTest::sarifSaysHowManyFindingsAreNotListed()
+{
+    Workshop shop;
+    // 101 unknown attributes, and 51 nodes that lack both their id and their values.
+    QByteArray attributes;
+    for (int i = 0; i < 101; ++i)
+        attributes += "x" + QByteArray::number(i) + "=\"\" ";
+    shop.write(QStringLiteral("a b.xml"), QByteArray(smallXml).replace("type=\"SCP\"", attributes + "type=\"SCP\""));
+    shop.write(QStringLiteral("b.xml"), twoWarnings);
+    shop.write(QStringLiteral("c.xml"),
+               QByteArray(smallXml).replace("</Component>", QByteArray("<Node/>").repeated(51) + "</Component>"));
+    const QStringList arguments = line("lint --format sarif")
+        << QStringLiteral("a b.xml") << QStringLiteral("b.xml") << QStringLiteral("no.xml") << QStringLiteral("c.xml");
+    const auto notices = [&](const QStringList &more) {
+        const QByteArray bytes = shop.run(arguments + more).bytes;
+        checkSarif(json(bytes));
+        const QJsonValue invocation = firstOf(firstOf(json(bytes), "runs"), "invocations");
+        QStringList texts;
+        for (const QJsonValue &notice : invocation[QStringLiteral("toolExecutionNotifications")].toArray()) {
+            const QJsonValue place = notice[QStringLiteral("locations")][0][QStringLiteral("physicalLocation")];
+            texts.append(place[QStringLiteral("artifactLocation")][QStringLiteral("uri")].toString()
+                         + QStringLiteral(" ") + notice[QStringLiteral("level")].toString() + QStringLiteral(": ")
+                         + notice[QStringLiteral("message")][QStringLiteral("text")].toString());
+        }
+        return texts;
+    };
+    const QString noFile = QStringLiteral("no.xml error: no.xml: cannot open: No such file or directory");
+    const QString advice = QStringLiteral("; use --max-problems to list more");
+    QCOMPARE(
+        notices({}),
+        (QStringList{QStringLiteral("a%20b.xml warning: 101 warnings; only the first 100 are listed") + advice, noFile,
+                     QStringLiteral("c.xml warning: 102 problems; only the first 100 are listed") + advice}));
+    QCOMPARE(
+        notices(line("--max-problems 101")),
+        (QStringList{noFile, QStringLiteral("c.xml warning: 102 problems; only the first 101 are listed") + advice}));
+    QCOMPARE(notices(line("--max-problems 102")), QStringList{noFile});
 }
 
 void ToolLintTest::validateCountsWarnings()

@@ -64,14 +64,19 @@ private:
 struct Batch::Result
 {
     FileStatus status;
-    QByteArray lines;
-    QStringList errors;
+    QByteArray lines{};
+    QStringList errors{};
+    QByteArrayList atEnd{};
 
     static std::int64_t size(const Result &result)
     {
         constexpr std::int64_t characterSize = 2;
-        return std::accumulate(result.errors.begin(), result.errors.end(), std::int64_t(result.lines.size()),
-                               [](std::int64_t sum, const QString &text) { return sum + characterSize * text.size(); });
+        std::int64_t sum = result.lines.size();
+        for (const QString &text : result.errors)
+            sum += characterSize * text.size();
+        for (const QByteArray &text : result.atEnd)
+            sum += text.size();
+        return sum;
     }
 };
 
@@ -240,14 +245,17 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
 
 Batch::Result Batch::resultOf(const Outcome &outcome) const
 {
-    Result result{outcome.status, {}, {}};
+    Result result{outcome.status};
     if (!m_settings.quiet && !outcome.note.isNull())
         result.errors.append(outcome.note);
     if (!m_settings.quiet && !m_settings.json)
         result.errors += lossLines(outcome);
     if (m_settings.json) {
         result.lines = compose ? compose(outcome) : lineOf(outcome) + '\n';
-        if (errors && !outcome.error.isNull())
+        if (!composeForEnd)
+            return result;
+        result.atEnd = composeForEnd(outcome);
+        if (!outcome.error.isNull())
             result.errors.append(outcome.error);
         return result;
     }
@@ -269,8 +277,7 @@ void Batch::write(const Result &result)
     if (!result.lines.isEmpty())
         Console::write(std::exchange(m_hasWritten, true) ? separator + result.lines : result.lines);
     Console::printErrors(result.errors);
-    if (errors)
-        *errors += result.errors;
+    atEnd += result.atEnd;
 }
 
 /// ": 1 valid, 2 with problems; 'lint' has 3 warnings", or an empty text if no file is done.

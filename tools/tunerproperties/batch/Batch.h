@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include <QByteArrayList>
 #include <QString>
 #include <QVector>
 
@@ -80,9 +81,10 @@ public:
     /// Between two of these texts that are not empty.
     QByteArray separator;
 
-    /// For JSON without errors: receives those in the order of the files, and they are written to standard error as
-    /// well.
-    QStringList *errors = nullptr;
+    /// For one text about all files: composes what its end says about a file, and run() adds that to `atEnd` in the
+    /// order of the files. Errors are then written to standard error. Called from several threads at once.
+    std::function<QByteArrayList(const Outcome &)> composeForEnd;
+    QByteArrayList atEnd;
 
     /// The names of the output files, one per input file, or none.
     QVector<FileName> outputs;

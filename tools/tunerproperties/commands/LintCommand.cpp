@@ -132,13 +132,12 @@ ExitStatus lintFiles(const Invocation &invocation, const QString &format)
     if (format != sarifFormat)
         return batch.run(files);
 
-    QStringList errors;
-    batch.errors = &errors;
     batch.compose = Sarif::results;
+    batch.composeForEnd = Sarif::notifications;
     batch.separator = ",";
     Console::write(Sarif::begin());
     const ExitStatus status = batch.run(files);
-    Console::write(Sarif::end(errors));
+    Console::write(Sarif::end(status, batch.atEnd));
     return status;
 }
 

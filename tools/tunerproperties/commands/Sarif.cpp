@@ -61,11 +61,18 @@ QByteArray referenceTo(const FileName &name)
     return encoded.startsWith('/') ? "file://" + encoded : encoded;
 }
 
+/// Adds the file to a location, and returns the object that may have a region as well.
+Json &insertFile(Json &location, const FileName &file)
+{
+    Json &physical = location.insert("physicalLocation", Json::emptyObject());
+    physical.insert("artifactLocation", Json::emptyObject()).insert("uri", referenceTo(file));
+    return physical;
+}
+
 Json locationJson(const Finding &finding, const FileName &file)
 {
     Json json = Json::emptyObject();
-    Json &physical = json.insert("physicalLocation", Json::emptyObject());
-    physical.insert("artifactLocation", Json::emptyObject()).insert("uri", referenceTo(file));
+    Json &physical = insertFile(json, file);
     if (finding.hasLocation()) {
         Json &region = physical.insert("region", Json::emptyObject());
         region.insert("startLine", finding.line);
@@ -92,6 +99,15 @@ Json resultJson(const Finding &finding, const FileName &file)
     return json;
 }
 
+QByteArray notification(const char *level, const QString &text, const FileName &file)
+{
+    Json json = Json::emptyObject();
+    json.insert("level", level);
+    json.insert("message", textObject(text));
+    insertFile(json.insert("locations", Json::emptyList()).append(Json::emptyObject()), file);
+    return JsonText::compact(json);
+}
+
 } // namespace
 
 QByteArray begin()
@@ -116,17 +132,25 @@ QByteArray results(const Outcome &outcome)
     return all.join(',');
 }
 
-QByteArray end(const QStringList &errors)
+QByteArrayList notifications(const Outcome &outcome)
 {
-    Json invocation = Json::emptyObject();
-    invocation.insert("executionSuccessful", errors.isEmpty());
-    Json &notifications = invocation.insert("toolExecutionNotifications", Json::emptyList());
-    for (const QString &error : errors) {
-        Json &notification = notifications.append(Json::emptyObject());
-        notification.insert("level", "error");
-        notification.insert("message", textObject(error));
-    }
-    return "\n],\"invocations\":[" + JsonText::compact(invocation) + "]}]}\n";
+    QByteArrayList all;
+    if (!outcome.error.isNull())
+        all.append(notification("error", outcome.error, outcome.file));
+    const auto count = [&](qint64 number, int listed, const QString &what) {
+        if (number > listed)
+            all.append(notification("warning", countText(number, listed, what) + howToListMore, outcome.file));
+    };
+    count(outcome.findings.count(), outcome.findings.listed().size(), QStringLiteral("problems"));
+    count(outcome.findings.warningCount(), outcome.findings.warnings().size(), QStringLiteral("warnings"));
+    return all;
+}
+
+QByteArray end(ExitStatus status, const QByteArrayList &notifications)
+{
+    const QByteArray successful = status == ExitStatus::FileFailure ? "false" : "true";
+    return "\n],\"invocations\":[{\"executionSuccessful\":" + successful + ",\"toolExecutionNotifications\":["
+        + notifications.join(',') + "]}]}]}\n";
 }
 
 } // namespace Sarif

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QStringList>
+#include <QByteArrayList>
 
 #include "batch/Batch.h"
 
@@ -15,7 +15,10 @@ QByteArray begin();
 /// The results of a file, with commas in between; none if nothing was found.
 QByteArray results(const Outcome &outcome);
 
-/// Everything after the last result. `errors` are those about files that could not be read.
-QByteArray end(const QStringList &errors);
+/// What the end says about a file: why it could not be read, and how many findings are not among the results.
+QByteArrayList notifications(const Outcome &outcome);
+
+/// Everything after the last result, with the notifications about all files.
+QByteArray end(ExitStatus status, const QByteArrayList &notifications);
 
 } // namespace Sarif
