@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <pthread.h>
+
 #include <atomic>
 #include <stdexcept>
 
@@ -21,6 +23,7 @@ private Q_SLOTS:
     void exceptionOfATaskIsThrownInOrder();
     void exceptionWhileUsingAResultEndsTheRun();
     void tickIsCalledWhileWaiting();
+    void callerWorksIfNoThreadCanBeStarted();
 };
 
 void InOrderTest::resultsAreUsedInOrder_data()
@@ -162,6 +165,41 @@ void InOrderTest::tickIsCalledWhileWaiting()
         },
         [](int &&) {}, [&] { ++ticks; });
     QVERIFY(ticks >= 2);
+}
+
+// Threads with stacks larger than any address space cannot be started.
+void InOrderTest::callerWorksIfNoThreadCanBeStarted()
+{
+    pthread_attr_t usual;
+    QCOMPARE(pthread_getattr_default_np(&usual), 0);
+    pthread_attr_t huge;
+    QCOMPARE(pthread_attr_init(&huge), 0);
+    QCOMPARE(pthread_attr_setstacksize(&huge, std::size_t(1) << 60), 0);
+    QCOMPARE(pthread_setattr_default_np(&huge), 0);
+    bool hasStarted = true;
+    try {
+        std::thread([] {}).join();
+    } catch (const std::system_error &) {
+        hasStarted = false;
+    }
+    QVector<int> used;
+    int onCaller = 0;
+    const std::thread::id caller = std::this_thread::get_id();
+    InOrder<int>::run(
+        100, 4,
+        [&](int index) {
+            onCaller += std::this_thread::get_id() == caller ? 1 : 0;
+            return index;
+        },
+        [&](int &&result) { used.append(result); }, [] {});
+    QCOMPARE(pthread_setattr_default_np(&usual), 0);
+    pthread_attr_destroy(&huge);
+    pthread_attr_destroy(&usual);
+    QVERIFY(!hasStarted);
+    QCOMPARE(onCaller, 100);
+    QCOMPARE(used.size(), 100);
+    for (int i = 0; i < used.size(); ++i)
+        QCOMPARE(used[i], i);
 }
 
 TEST_SUITE_WITHOUT_APPLICATION(InOrderTest)

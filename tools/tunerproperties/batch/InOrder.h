@@ -8,6 +8,7 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <system_error>
 #include <thread>
@@ -24,7 +25,8 @@ public:
     using Size = std::int64_t (*)(const Result &);
 
     /// Returns when the last result has been used. An exception of `work` or `use` ends the run as soon as the tasks in
-    /// progress are done. `tick` is called regularly, on the thread of the caller.
+    /// progress are done. `tick` is called regularly, on the thread of the caller. Where no thread can be started, that
+    /// of the caller works.
     static void run(int count, int jobs, const Work &work, const Use &use, const std::function<void()> &tick,
                     Size size = nullptr)
     {
@@ -46,15 +48,17 @@ private:
         : m_work(work), m_size(size), m_count(count), m_mostAhead(jobs * resultsPerJob),
           m_done(std::size_t(m_mostAhead))
     {
-        for (int i = 0; i < std::min(count, jobs); ++i) {
-            try {
-                m_threads.emplace_back([this] { workOnAll(); });
-            } catch (const std::system_error &) {
-                if (m_threads.empty())
-                    throw;
-                return; // the other threads do its work
-            }
+        const int wanted = std::min(count, jobs);
+        m_threads.reserve(std::size_t(wanted));
+        // What a thread that cannot be started would do, the others do, or the thread of the caller.
+        try {
+            for (int i = 0; i < wanted; ++i)
+                m_threads.emplace_back([this] { workIfThereIsMemory(); });
+        } catch (const std::system_error &) {
+        } catch (const std::bad_alloc &) {
         }
+        const std::lock_guard lock(m_mutex);
+        m_working += int(m_threads.size());
     }
 
     ~InOrder()
@@ -75,6 +79,19 @@ private:
     };
 
     std::int64_t sizeOf(const Done &done) const { return done.result && m_size ? m_size(*done.result) : 0; }
+
+    /// The allocator may have nothing for another thread although the others have memory.
+    void workIfThereIsMemory()
+    {
+        if (void *const some = ::operator new(1, std::nothrow)) {
+            ::operator delete(some);
+            workOnAll();
+            return;
+        }
+        const std::lock_guard lock(m_mutex);
+        --m_working;
+        m_changed.notify_all();
+    }
 
     void workOnAll()
     {
@@ -119,6 +136,10 @@ private:
         std::unique_lock lock(m_mutex);
         std::optional<Done> &there = slot(index);
         while (!there) {
+            if (m_working == 0) {
+                lock.unlock();
+                return m_work(index);
+            }
             m_changed.wait_until(lock, std::chrono::system_clock::now() + tickTime);
             lock.unlock();
             tick();
@@ -147,6 +168,7 @@ private:
     std::int64_t m_bytesWaiting = 0; // in m_done
     int m_next = 0; // index of the next task
     int m_used = 0;
+    int m_working = 0; // the number of threads that work; none begins a task after it is 0
 
     std::vector<std::thread> m_threads; // last, since they use the rest
 };
