@@ -25,6 +25,7 @@ public:
     JobXml::MemberKind kind = JobXml::MemberKind::Text; ///< of the member
     QString className{}; ///< of the object
     QStringList known{}; ///< the names that an attribute or element may have there
+    bool isElement = false; ///< whether an element may have the name of an unknown attribute
     bool isSkipped = true; ///< whether the content of an unknown element is skipped as well
     QString presentVersion{}; ///< of the library
     Form form = Form::Xml;

@@ -218,7 +218,8 @@ void unknownAttribute(const LintedText &attribute)
         const QString local = attribute.name.section(QLatin1Char(':'), -1);
         return {QStringLiteral("unknown attribute %1 of %2; it is ignored")
                     .arg(quoted(attribute.name), attribute.className),
-                suggestion(local, attribute.known)};
+                attribute.isElement ? QStringLiteral("write '%1' as an element").arg(local)
+                                    : suggestion(local, attribute.known)};
     });
 }
 

@@ -343,6 +343,7 @@ private:
         linted.name = full;
         linted.className = shape.className;
         linted.known = shape.attributeNames;
+        linted.isElement = shape.elementNames.contains(full);
         linted.check(TextSubject::Attribute);
     }
 

@@ -262,10 +262,29 @@ QVector<LintCase> lintCases()
          inValue("<ValueInt id=\"i\" value=\"1\" xmlns:x=\"urn:x\" x:valeu=\"1\" xml:lang=\"en\"/>")},
         {"unknown-attribute",
          inDocument("<BandwidthSelection Name=\"a\"><MaxBandwidth>1</MaxBandwidth></BandwidthSelection>"),
+         {inRootAt(
+             2, 21,
+             "BandwidthSelection[1]: unknown attribute 'Name' of BandwidthSelection; it is ignored; write 'Name' as "
+             "an element [unknown-attribute]")},
+         inDocument(bandwidth)},
+        {"unknown-attribute",
+         inDocument("<BandwidthSelection Nam=\"a\"><MaxBandwidth>1</MaxBandwidth></BandwidthSelection>"),
          {inRootAt(2, 21,
-                   "BandwidthSelection[1]: unknown attribute 'Name' of BandwidthSelection; it is ignored "
+                   "BandwidthSelection[1]: unknown attribute 'Nam' of BandwidthSelection; it is ignored "
                    "[unknown-attribute]")},
          inDocument(bandwidth)},
+        {"unknown-attribute",
+         inDocument("<StartupModes StartupMode=\"DF\"/>"),
+         {inRootAt(2, 15,
+                   "StartupModes: unknown attribute 'StartupMode' of StartupModes; it is ignored; write 'StartupMode' "
+                   "as an element [unknown-attribute]")},
+         inDocument("<StartupModes><StartupMode>DF</StartupMode></StartupModes>")},
+        {"unknown-attribute",
+         inRoot("Version=\"1.1\" MaxFFPDelay=\"5\""),
+         {inRootAt(1, 60,
+                   "unknown attribute 'MaxFFPDelay' of TunerProperties; it is ignored; write 'MaxFFPDelay' as an "
+                   "element [unknown-attribute]")},
+         inDocument("<MaxFFPDelay>5</MaxFFPDelay>")},
         {"unknown-attribute",
          inValue("<ValueInt xmlns:x=\"urn:x\" id=\"i\" x:value=\"1\"/>"),
          {at(4, 34, "ValueInt",
