@@ -1,4 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
 #include "documents/html/PageTree.h"
 #include "tools/Tool.h"
 
@@ -14,6 +19,7 @@ private Q_SLOTS:
     void thePageIsNamedAfterItsDocument();
     void theProblemsOfTheFileAreShown();
     void theWarningsOfTheFileAreShownAndCounted();
+    void theFindingsAreThoseOfLint();
     void treeIsTheDefaultFormat();
 };
 
@@ -25,6 +31,60 @@ QStringList textsOf(const QByteArray &page, const char *tag)
     const PageTree tree(page);
     for (const PageNode *node : tree.root().allTagged(tag))
         texts.append(node->wholeText());
+    return texts;
+}
+
+/// Findings of the document and of its text.
+const char manyFindings[] = R"(<TunerProperties Version="1.1" type="scp" baseresource="b" extra="1" quantity="x">
+<Extra/>
+<!-- tunerproperties-lint-disable nothing -->
+<Component type="t" name="c" optional="yes"><Node id="n">
+<ValueItem><ValueNumericInt id="a" value="8" min="0" max="7" step="1"/></ValueItem>
+<ValueItem><ValueNumericInt id="b" value="5" min="9" max="7" step="1"/></ValueItem>
+<ValueItem><ValueFloat id="c" value="0.2567"/></ValueItem>
+<ValueItem><ValueFloat id="d" value="1e39"/></ValueItem>
+<ValueItem><ValueInt id="a" value="1" valeu="2"/></ValueItem>
+<ValueItem><ValueString id="e" value="a&#x202E;b"/></ValueItem>
+</Node></Component>
+<Component type="t" name="c" optional="true"/>
+<BandwidthSelection Name="w"><MaxBandwidth>0</MaxBandwidth></BandwidthSelection>
+</TunerProperties>
+)";
+
+/// "MESSAGE; SUGGESTION RULE, line 3, column 1" for each finding in the list of the page.
+QStringList listedOn(const QByteArray &page)
+{
+    QStringList texts;
+    const PageTree tree(page);
+    for (const PageNode *entry : tree.root().allTagged("li")) {
+        static const QRegularExpression location(QStringLiteral(", line .*$"));
+        const QString where = QStringLiteral(", ") + entry->children.back()->wholeText();
+        texts.append(entry->children.front()->wholeText() + location.match(where).captured());
+    }
+    return texts;
+}
+
+/// The same for each finding in a line of JSON. `rules` receives their rules, each once.
+QStringList listedIn(const QByteArray &json, QStringList &rules)
+{
+    QStringList texts;
+    const QJsonArray findings = QJsonDocument::fromJson(json).object().value(QStringLiteral("findings")).toArray();
+    for (const QJsonValue &finding : findings) {
+        const QString suggestion = finding[QStringLiteral("suggestion")].toString();
+        const QString rule = finding[QStringLiteral("rule")].toString();
+        QString text = finding[QStringLiteral("message")].toString();
+        if (!suggestion.isNull())
+            text += QStringLiteral("; ") + suggestion;
+        if (!rule.isNull())
+            text += QLatin1Char(' ') + rule;
+        texts.append(text
+                     + QStringLiteral(", line %1, column %2")
+                           .arg(finding[QStringLiteral("line")].toInt())
+                           .arg(finding[QStringLiteral("column")].toInt()));
+        rules.append(rule.isNull() ? QStringLiteral("a problem") : rule);
+    }
+    rules.removeDuplicates();
+    rules.sort();
     return texts;
 }
 
@@ -136,13 +196,18 @@ void ToolHtmlTest::theWarningsOfTheFileAreShownAndCounted()
     const Run two = Workshop().run(line("show --format html --max-problems 2 -"), xml);
     QCOMPARE(textsOf(two.bytes, "h2").first(), QStringLiteral("No problems, 3 warnings"));
     QCOMPARE(textsOf(two.bytes, "li"), (QStringList{unknown, outOfRange("one", 2)}));
-    // The same findings as those of 'lint'.
-    const QStringList linted = Workshop().run(line("lint -"), xml).out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    QCOMPARE(linted.size(), 3);
-    QCOMPARE(linted[2],
-             QStringLiteral("-:3:38: Component[type=t,name=n]/Node[id=i]/ValueItem[id=two]/"
-                            "ValueNumericInt/value: value 8 is above max 7; use a value from 0 to 7 "
-                            "[value-out-of-range]"));
+}
+
+void ToolHtmlTest::theFindingsAreThoseOfLint()
+{
+    QStringList rules;
+    const QStringList linted = listedIn(Workshop().run(line("lint --json -"), manyFindings).bytes, rules);
+    QCOMPARE(rules.join(QLatin1Char(' ')),
+             QStringLiteral("a problem bandwidth-not-positive duplicate-component duplicate-value lost-decimals "
+                            "min-above-max not-a-boolean not-a-number number-out-of-range unknown-attribute "
+                            "unknown-element unprintable-text useless-comment value-out-of-range"));
+    QCOMPARE(linted.size(), 20);
+    QCOMPARE(listedOn(Workshop().run(line("show --format html -"), manyFindings).bytes), linted);
 }
 
 void ToolHtmlTest::treeIsTheDefaultFormat()
