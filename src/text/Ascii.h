@@ -21,8 +21,13 @@ bool isAscii(const Character *text, qsizetype count)
             all |= std::make_unsigned_t<Character>(text[i]);
         return all < 0x80;
     }
+    qsizetype i = 0;
+    for (quint64 several[4]; i < count - 4 * atOnce; i += 4 * atOnce) {
+        std::memcpy(several, text + i, sizeof(several));
+        all |= several[0] | several[1] | several[2] | several[3];
+    }
     quint64 characters = 0;
-    for (qsizetype i = 0; i < count - atOnce; i += atOnce) {
+    for (; i < count - atOnce; i += atOnce) {
         std::memcpy(&characters, text + i, sizeof(characters));
         all |= characters;
     }
