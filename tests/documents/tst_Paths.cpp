@@ -27,6 +27,9 @@ private Q_SLOTS:
     void patternHasNoSingleMember();
     void listNamesEveryValueThatIsSet();
     void everyListedPathFindsItsMember();
+    void itemAtAPositionHasItsStepInTheList();
+    void failureNamesTheItemsThatThereAre_data();
+    void failureNamesTheItemsThatThereAre();
     void textsOfStepsArePathsToTheObjects();
 };
 
@@ -216,6 +219,68 @@ void PathsTest::everyListedPathFindsItsMember()
         });
     }
     QVERIFY2(found > 1000, qPrintable(QString::number(found)));
+}
+
+void PathsTest::itemAtAPositionHasItsStepInTheList()
+{
+    int alike = 0;
+    int byPosition = 0;
+    const auto findItems = [&](const JobXml::DataObject &object) {
+        JobXml::visit(object, [&](const JobXml::MemberView &list) {
+            if (list.GetKind() != JobXml::MemberKind::ObjectList || !list.IsSet())
+                return;
+            const QStringList steps = Paths::stepsTo(list);
+            for (int i = 0; i < list.GetSize(); ++i) {
+                const QString path = QStringLiteral("%1[%2]").arg(list.GetName()).arg(i + 1);
+                QCOMPARE(Paths::find(object, path).path, steps.at(i));
+                const QVector<Paths::Target> all = Paths::findAll(object, Path::parse(path));
+                QCOMPARE(all.size(), 1);
+                QCOMPARE(all.first().path, steps.at(i));
+                alike += steps.at(i).contains(QStringLiteral("]["));
+                byPosition += steps.at(i) == path;
+            }
+        });
+    };
+    for (int seed = 0; seed < 200; ++seed) {
+        TunerProperties random = randomDocument(seed, 5 + seed % 40);
+        findItems(random);
+        for (const JobXml::Component &component : qAsConst(random).GetComponent()) {
+            findItems(component);
+            for (const JobXml::Node &node : component.GetNode())
+                findItems(node);
+        }
+    }
+    QVERIFY2(alike > 250, qPrintable(QString::number(alike)));
+    QVERIFY2(byPosition > 500, qPrintable(QString::number(byPosition)));
+}
+
+void PathsTest::failureNamesTheItemsThatThereAre_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("why");
+    const auto row = [](const char *path, const char *why) {
+        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(why);
+    };
+    row("Component[name=three]",
+        "there is no such Component; there are Component[type=A,name=one], Component[type=A,name=two], "
+        "Component[type=B,name=two]");
+    row("Component[name=two]/name",
+        "2 items match; choose one: Component[type=A,name=two], Component[type=B,name=two]");
+    row("Component[4]", "position 4 is out of range; only 3 match");
+    row("Component[type=A][3]", "position 3 is out of range; only 2 match");
+    row("Component[color=red]", "'color' does not identify a Component; use type or name");
+}
+
+void PathsTest::failureNamesTheItemsThatThereAre()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, why);
+    try {
+        Paths::find(document(), path);
+        QFAIL("an item was found");
+    } catch (const PathFailure &failure) {
+        QCOMPARE(failure.text(), path.section(QLatin1Char('/'), 0, 0) + QStringLiteral(": ") + why);
+    }
 }
 
 void PathsTest::textsOfStepsArePathsToTheObjects()

@@ -259,42 +259,141 @@ void checkConditions(const MemberView &list, const WrittenStep &step)
     }
 }
 
-bool fits(const DataObject &item, const QVector<Condition> &conditions)
+/// The texts that identify the items of one list, compared without collecting them.
+class Identities
 {
-    const QVector<Condition> texts = identifyingTexts(item);
-    return std::all_of(conditions.begin(), conditions.end(), [&](const Condition &condition) {
-        return std::any_of(texts.begin(), texts.end(), [&](const Condition &text) {
-            return text.member == condition.member && !text.text.isNull() && text.text == condition.text;
+public:
+    explicit Identities(const MemberView &list) : m_list(list)
+    {
+        if (list.GetSize() == 0)
+            return;
+        visit(list.GetChild(), [this](const MemberView &member) {
+            if (member.IsIdentifying())
+                m_members.append(member); // of all items, which are of one class
         });
-    });
+    }
+
+    /// Whether the item has these texts, and maybe others.
+    bool fits(int item, const QVector<Condition> &conditions) const
+    {
+        if (conditions.isEmpty())
+            return true;
+        const DataObject &object = m_list.GetChild(item);
+        return m_members.isEmpty() ? hasTexts(identifyingTexts(object), conditions) : hasTexts(object, conditions);
+    }
+
+    /// Whether the item has these texts, which are all that identify another item.
+    bool isAlike(int item, const QVector<Condition> &all) const
+    {
+        const DataObject &object = m_list.GetChild(item);
+        if (!m_members.isEmpty())
+            return hasTexts(object, all);
+        const QVector<Condition> texts = identifyingTexts(object);
+        return texts.size() == all.size() && hasTexts(texts, all);
+    }
+
+private:
+    static bool isText(const QString &text, const Condition &condition)
+    {
+        return !text.isNull() && text == condition.text;
+    }
+
+    static bool hasTexts(const QVector<Condition> &texts, const QVector<Condition> &conditions)
+    {
+        return std::all_of(conditions.begin(), conditions.end(), [&](const Condition &condition) {
+            return std::any_of(texts.begin(), texts.end(), [&](const Condition &text) {
+                return text.member == condition.member && isText(text.text, condition);
+            });
+        });
+    }
+
+    bool hasTexts(const DataObject &object, const QVector<Condition> &conditions) const
+    {
+        return std::all_of(conditions.begin(), conditions.end(), [&](const Condition &condition) {
+            return std::any_of(m_members.begin(), m_members.end(), [&](const MemberView &member) {
+                return member.GetName() == condition.member
+                    && isText(member.Of(object).GetValue().toString(), condition);
+            });
+        });
+    }
+
+    const MemberView &m_list;
+    QVector<MemberView> m_members; // empty for values, which are identified by what they hold
+};
+
+/// The items that fulfill the conditions of a step, up to the one at its position.
+QVector<int> fittingItems(const MemberView &list, const WrittenStep &step)
+{
+    const Identities identities(list);
+    QVector<int> fitting;
+    for (int i = 0; i < list.GetSize(); ++i) {
+        if (!identities.fits(i, step.conditions))
+            continue;
+        fitting.append(i);
+        if (fitting.size() == step.position)
+            break;
+    }
+    return fitting;
 }
 
 /// The item that a step selects.
 int itemOf(const MemberView &list, const WrittenStep &step)
 {
-    const QStringList steps = stepsTo(list);
     if (list.GetSize() == 0)
         throw PathFailure(QStringLiteral("there is no %1").arg(step.member));
-    QVector<int> fitting;
-    for (int i = 0; i < list.GetSize(); ++i) {
-        if (fits(list.GetChild(i), step.conditions))
-            fitting.append(i);
-    }
+    const QVector<int> fitting = fittingItems(list, step);
     if (fitting.isEmpty()) {
         checkConditions(list, step);
-        throw PathFailure(QStringLiteral("there is no such %1; there are %2").arg(step.member, listed(steps)));
+        throw PathFailure(QStringLiteral("there is no such %1; there are %2").arg(step.member, listed(stepsTo(list))));
     }
     if (step.position > fitting.size())
         throw PathFailure(
             QStringLiteral("position %1 is out of range; only %2 match").arg(step.position).arg(fitting.size()));
-    if (step.position > 0)
-        return fitting[step.position - 1];
-    if (fitting.size() == 1)
-        return fitting.first();
+    if (step.position > 0 || fitting.size() == 1)
+        return fitting.last();
+    const ItemSteps steps(list);
     QStringList candidates;
-    for (const int i : qAsConst(fitting))
-        candidates.append(steps[i]);
+    for (const int i : fitting)
+        candidates.append(steps.at(i));
     throw PathFailure(QStringLiteral("%1 items match; choose one: %2").arg(fitting.size()).arg(listed(candidates)));
+}
+
+/// The identity in the step to an item; null if the item is selected by its position.
+QString identityInStep(const QString &identity)
+{
+    // Every path into the item repeats its identity: a longer one would make many paths much larger than the document.
+    constexpr int longestIdentity = 80;
+    return identity.size() > longestIdentity ? QString() : identity;
+}
+
+QString stepText(const QString &list, const QString &identity, int position)
+{
+    QString step = list;
+    if (!identity.isNull())
+        step += QLatin1Char('[') + identity + QLatin1Char(']');
+    if (position > 0)
+        step += QStringLiteral("[%1]").arg(position);
+    return step;
+}
+
+/// What ItemSteps has for one item, without the texts of the others.
+QString stepTo(const MemberView &list, int index)
+{
+    const QString identity = identityInStep(identityOf(list.GetChild(index)));
+    if (identity.isNull())
+        return stepText(list.GetName(), identity, index + 1);
+    const QVector<Condition> texts = identifyingTexts(list.GetChild(index));
+    const Identities identities(list);
+    int alike = 0;
+    int position = 0;
+    for (int i = 0; i < list.GetSize(); ++i) {
+        if (!identities.isAlike(i, texts))
+            continue;
+        ++alike;
+        if (i <= index)
+            ++position;
+    }
+    return stepText(list.GetName(), identity, alike > 1 ? position : 0);
 }
 
 QString asWritten(const WrittenStep &step)
@@ -360,18 +459,26 @@ private:
             pop();
             return;
         }
-        const QStringList steps = stepsTo(member);
-        int fitting = 0;
-        for (int i = 0; i < member.GetSize(); ++i) {
-            if (!fits(member.GetChild(i), step.conditions) || (++fitting != step.position && step.position > 0))
-                continue;
-            push({member.GetName(), i}, steps.at(i));
-            if (isLast)
-                m_found.append({m_steps, m_path.join(QLatin1Char('/')), member});
-            else
-                go(member.GetChild(i), depth + 1);
-            pop();
-        }
+        QVector<int> fitting = fittingItems(member, step);
+        if (step.position > 0)
+            fitting = fitting.mid(step.position - 1);
+        if (fitting.isEmpty())
+            return;
+        if (fitting.size() == 1)
+            return enterItem(member, fitting.first(), stepTo(member, fitting.first()), depth);
+        const ItemSteps steps(member);
+        for (const int item : qAsConst(fitting))
+            enterItem(member, item, steps.at(item), depth);
+    }
+
+    void enterItem(const MemberView &list, int item, const QString &step, int depth)
+    {
+        push({list.GetName(), item}, step);
+        if (depth + 1 == m_pattern.size())
+            m_found.append({m_steps, m_path.join(QLatin1Char('/')), list});
+        else
+            go(list.GetChild(item), depth + 1);
+        pop();
     }
 
     void push(const Step &step, const QString &text)
@@ -454,7 +561,7 @@ private:
         m_member.emplace(*member);
         if (isList && (choosesItem || !isLast)) {
             const int index = itemOf(*member, step);
-            add({member->GetName(), index}, stepsTo(*member)[index]);
+            add({member->GetName(), index}, stepTo(*member, index));
             m_object = &member->GetChild(index);
         } else if (isLast) {
             add({member->GetName(), -1}, member->GetName());
@@ -517,12 +624,9 @@ ItemSteps::ItemSteps(const MemberView &list) : ItemSteps(list.GetName(), identit
 ItemSteps::ItemSteps(const QString &list, QVector<QString> identities)
     : m_list(list), m_identities(std::move(identities)), m_positions(m_identities.size())
 {
-    // Every path into the item repeats its identity: a longer one would make many paths much larger than the document.
-    constexpr int longestIdentity = 80;
     QHash<QString, int> alike;
     for (QString &identity : m_identities) {
-        if (identity.size() > longestIdentity)
-            identity = QString();
+        identity = identityInStep(identity);
         ++alike[identity];
     }
     QHash<QString, int> passed;
@@ -537,14 +641,7 @@ ItemSteps::ItemSteps(const QString &list, QVector<QString> identities)
 
 QString ItemSteps::at(int index) const
 {
-    const QString &identity = m_identities.at(index);
-    const int position = m_positions.at(index);
-    QString step = m_list;
-    if (!identity.isNull())
-        step += QLatin1Char('[') + identity + QLatin1Char(']');
-    if (position > 0)
-        step += QStringLiteral("[%1]").arg(position);
-    return step;
+    return stepText(m_list, m_identities.at(index), m_positions.at(index));
 }
 
 QStringList stepsTo(const MemberView &list)
