@@ -47,23 +47,36 @@ inline QString valueFor(const JobXml::MemberView &member, RandomChanges &random)
     }
 }
 
-/// Sets or unsets a member, by chance. Returns false if the model refuses that.
-inline bool applyRandomEdit(TunerDocuments::Editor &editor, RandomChanges &random)
+/// What is set or unset.
+struct RandomEdit
+{
+    TunerDocuments::Paths::Target target; ///< before the edit
+    QString value; ///< null if it is unset
+};
+
+/// Throws PathFailure for an alternative that has no data.
+inline RandomEdit randomEdit(const JobXml::DataObject &document, RandomChanges &random)
 {
     QStringList paths;
-    addPaths(paths, editor.document().tuner, QString());
-    const QString path = paths.at(random.below(paths.size()));
+    addPaths(paths, document, QString());
+    const TunerDocuments::Paths::Target target =
+        TunerDocuments::Paths::find(document, paths.at(random.below(paths.size())));
+    const bool isUnset = random.below(4) == 0;
+    return {target, isUnset ? QString() : valueFor(target.member, random)};
+}
+
+/// Returns false if the model refuses the edit.
+inline bool apply(TunerDocuments::Editor &editor, const RandomEdit &edit)
+{
     try {
-        if (random.below(4) == 0)
-            editor.unset(path);
+        if (edit.value.isNull())
+            editor.unset(edit.target.path);
         else
-            editor.set(path, valueFor(TunerDocuments::Paths::find(editor.document().tuner, path).member, random));
+            editor.set(edit.target.path, edit.value);
         return true;
     } catch (const ReportException &) {
         return false;
     } catch (const TunerDocuments::TypedValue::Mismatch &) {
         return false; // a member that holds objects
-    } catch (const TunerDocuments::PathFailure &) {
-        return false; // an alternative that has no data
     }
 }

@@ -9,6 +9,7 @@
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
+#include "documents/ChangedBytes.h"
 #include "documents/RandomChanges.h"
 #include "documents/RandomEdits.h"
 #include "documents/json/JsonForm.h"
@@ -428,11 +429,140 @@ int missing(QStringList parts, const QStringList &others)
     return parts.size();
 }
 
+/// The child elements of that name, whatever their prefix.
+QVector<int> childrenNamed(const XmlMarkup &markup, int element, const QString &childName)
+{
+    QVector<int> children;
+    for (int i = element + 1; i < markup.elements().at(element).next; i = markup.elements().at(i).next) {
+        if (markup.localName(markup.elements().at(i)) == childName)
+            children.append(i);
+    }
+    return children;
+}
+
+/// Whether all child elements of the document itself are members: the content of others may count in it.
+bool hasOnlyMembers(const XmlMarkup &markup)
+{
+    QStringList names;
+    visit(TunerProperties(), [&](const JobXml::MemberView &member) { names.append(member.GetName()); });
+    bool hasOnly = true;
+    for (int i = 1; i < markup.elements().size(); i = markup.elements().at(i).next)
+        hasOnly = hasOnly && names.contains(markup.localName(markup.elements().at(i)));
+    return hasOnly;
+}
+
+/// The only element that these steps lead to; -1 if there is none, or not a single one.
+int elementAt(const XmlMarkup &markup, const QVector<JobXml::Step> &steps)
+{
+    int element = 0;
+    for (const JobXml::Step &step : steps) {
+        const QVector<int> children = childrenNamed(markup, element, step.member);
+        if (step.index < 0 && children.size() != 1)
+            return -1;
+        element = children.value(qMax(step.index, 0), -1);
+        if (element < 0)
+            return -1;
+    }
+    return element;
+}
+
+/// The place of a value: what is replaced, and what is removed with it.
+struct ValuePlace
+{
+    ChangedBytes::Part value;
+    ChangedBytes::Part whole;
+};
+
+QVector<ValuePlace> placesOf(const XmlMarkup &markup, int element, const JobXml::MemberView &member)
+{
+    QVector<ValuePlace> places;
+    const int attribute =
+        member.IsAttribute() ? markup.findAttribute(markup.elements().at(element), member.GetName()) : -1;
+    if (attribute >= 0) {
+        const XmlMarkup::Attribute &place = markup.attributes().at(attribute);
+        places.append(ValuePlace{{place.value.begin, place.value.end}, {place.whole().begin, place.whole().end}});
+    }
+    for (const int child : childrenNamed(markup, element, member.GetName())) {
+        const XmlMarkup::Element &place = markup.elements().at(child);
+        const ChangedBytes::Part content = place.isEmptyTag
+            ? ChangedBytes::Part{place.startTag.end - 2, place.startTag.end}
+            : ChangedBytes::Part{place.content.begin, place.content.end};
+        places.append(ValuePlace{content, {place.whole().begin, place.whole().end}});
+    }
+    return places;
+}
+
+/// The text as it is when a first child is added to the element: without the blanks before its end tag, and not as an
+/// empty-element tag.
+QByteArray opened(const QByteArray &xml, const XmlMarkup &markup, int element)
+{
+    const XmlMarkup::Element &place = markup.elements().at(element);
+    if (place.isEmptyTag)
+        return xml.left(place.startTag.end - 2) + "></" + xml.mid(place.name.begin, place.name.size()) + '>'
+            + xml.mid(place.startTag.end);
+    const int end = ChangedBytes::withBlanks(xml, {place.content.end, place.content.end}).begin;
+    return xml.left(qMax(end, place.content.begin)) + xml.mid(place.content.end);
+}
+
+/// Compares the bytes before and after one edit.
+class Comparison
+{
+public:
+    /// To be made before the edit.
+    Comparison(const QByteArray &xml, const RandomEdit &edit)
+        : m_xml(xml), m_markup(xml), m_isUnset(edit.value.isNull())
+    {
+        const MemberKind kind = edit.target.member.GetKind();
+        const QVector<JobXml::Step> &steps = edit.target.steps;
+        // A list of names has several places, and a choice exchanges an element: the names and comments that stay are
+        // compared for them.
+        const bool isOneValue = kind != MemberKind::EnumerationList && kind != MemberKind::Choice
+            && kind != MemberKind::Alternative && hasOnlyMembers(m_markup);
+        m_object = isOneValue ? elementAt(m_markup, steps.mid(0, steps.size() - 1)) : -1;
+        if (m_object >= 0)
+            m_places = placesOf(m_markup, m_object, edit.target.member);
+    }
+
+    /// Whether the edit has a single place, which is known.
+    bool isStrict() const { return m_object >= 0 && m_places.size() <= 1; }
+
+    bool isAddition() const { return m_places.isEmpty(); }
+
+    /// Whether the text differs only in that place.
+    bool holds(const QByteArray &after) const
+    {
+        if (m_places.isEmpty())
+            return m_isUnset ? after == m_xml : isAdded(after);
+        const ValuePlace &place = m_places.first();
+        return m_isUnset ? ChangedBytes::areRemoved(m_xml, after, place.whole)
+                         : ChangedBytes::areWithin(m_xml, after, place.value);
+    }
+
+private:
+    bool isAdded(const QByteArray &after) const
+    {
+        const XmlMarkup::Span object = m_markup.elements().at(m_object).whole();
+        return ChangedBytes::areWithin(m_xml, after, {object.begin, object.end})
+            && (ChangedBytes::areOnePiece(m_xml, after)
+                || ChangedBytes::areOnePiece(opened(m_xml, m_markup, m_object), after))
+            && missing(partsOf(after), partsOf(m_xml)) <= 1;
+    }
+
+    const QByteArray m_xml;
+    const XmlMarkup m_markup;
+    const bool m_isUnset;
+    int m_object = -1; // the element that has the member
+    QVector<ValuePlace> m_places;
+};
+
 /// The result of random edits on one document.
 struct Trial
 {
     bool isEdited = false;
     bool isRefused = false;
+    int replaced = 0; ///< values whose bytes were compared, see Comparison
+    int added = 0;
+    int removed = 0;
 };
 
 Trial tryEdits(const QByteArray &xml, quint32 seed, int count)
@@ -452,41 +582,42 @@ Trial tryEdits(const QByteArray &xml, quint32 seed, int count)
     }
     QByteArray result = xml;
     bool removes = false; // an element, and with it the comments in it
+    const auto verify = [&](bool holds, const char *sentence, const QByteArray &before) {
+        if (!holds)
+            QTest::qFail(
+                qPrintable(QStringLiteral("%1: %2: %3\n--- became ---\n%4")
+                               .arg(seed)
+                               .arg(QLatin1String(sentence), QString::fromUtf8(before), QString::fromUtf8(result))),
+                __FILE__, __LINE__);
+    };
     for (int i = 0; i < count; ++i) {
-        QStringList paths;
-        addPaths(paths, editor.document().tuner, QString());
-        const QString path = paths.at(random.below(paths.size()));
-        const Paths::Target target = Paths::find(editor.document().tuner, path);
+        const RandomEdit edit = randomEdit(editor.document().tuner, random);
+        const Comparison comparison(result, edit);
+        const QByteArray before = result;
         try {
-            const bool isUnset = random.below(4) == 0;
-            removes = removes || isUnset || target.member.GetKind() == MemberKind::Choice
-                || target.member.GetKind() == MemberKind::EnumerationList;
-            if (isUnset)
-                editor.unset(path);
-            else
-                editor.set(path, valueFor(target.member, random));
+            removes = removes || edit.value.isNull() || edit.target.member.GetKind() == MemberKind::Choice
+                || edit.target.member.GetKind() == MemberKind::EnumerationList;
+            if (!apply(editor, edit))
+                return trial;
             result = editor.toBytes();
         } catch (const DocumentError &) {
             trial.isRefused = true;
             return trial;
-        } catch (const ReportException &) {
-            return trial; // the model refuses the value
         }
+        if (!comparison.isStrict())
+            continue;
+        verify(comparison.holds(result), "only the bytes of the value change", before);
+        if (result != before)
+            ++(edit.value.isNull() ? trial.removed : comparison.isAddition() ? trial.added : trial.replaced);
     }
     trial.isEdited = true;
-    const QString what = QString::fromUtf8(xml) + QStringLiteral("\n--- became ---\n") + QString::fromUtf8(result);
     const TunerProperties read = Document::fromBytes(result, name).tuner;
-    const auto verify = [&](bool holds, const char *sentence) {
-        if (!holds)
-            QTest::qFail(qPrintable(QStringLiteral("%1: %2: %3").arg(seed).arg(QLatin1String(sentence), what)),
-                         __FILE__, __LINE__);
-    };
-    verify(jsonOf(read) == jsonOf(editor.document().tuner), "the text reads as the description");
+    verify(jsonOf(read) == jsonOf(editor.document().tuner), "the text reads as the description", xml);
     // Each edit replaces or removes the places of one value, and adds at most one; of a list three.
     const QStringList before = partsOf(xml);
     const QStringList after = partsOf(result);
-    verify(removes || XmlMarkup(result).comments().size() == XmlMarkup(xml).comments().size(), "comments stay");
-    verify(missing(after, before) <= 3 * count, "nothing else is added");
+    verify(removes || XmlMarkup(result).comments().size() == XmlMarkup(xml).comments().size(), "comments stay", xml);
+    verify(missing(after, before) <= 3 * count, "nothing else is added", xml);
     return trial;
 }
 
@@ -496,16 +627,25 @@ void XmlEditingTest::randomEditsChangeNothingElse()
 {
     int edited = 0;
     int refused = 0;
+    int replaced = 0;
+    int added = 0;
+    int removed = 0;
     for (quint32 seed = 0; seed < 20000; ++seed) {
         Random random(seed);
         const Trial trial = tryEdits(XmlSpellings::plainDocument(random), seed, 1 + int(seed % 3));
         edited += trial.isEdited;
         refused += trial.isRefused;
+        replaced += trial.replaced;
+        added += trial.added;
+        removed += trial.removed;
         if (QTest::currentTestFailed())
             return;
     }
     QVERIFY2(edited > 700, qPrintable(QString::number(edited)));
     QVERIFY2(refused < 300, qPrintable(QString::number(refused)));
+    QVERIFY2(replaced > 550, qPrintable(QString::number(replaced)));
+    QVERIFY2(added > 400, qPrintable(QString::number(added)));
+    QVERIFY2(removed > 240, qPrintable(QString::number(removed)));
 }
 
 void XmlEditingTest::randomEditsOfOddDocumentsReadAsTheDescription()
