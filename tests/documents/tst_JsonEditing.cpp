@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
+#include <cstring>
+#include <optional>
+
 #include <QTest>
 
 #include <tunerdocuments/DocumentError.h>
 #include <tunerdocuments/Editor.h>
 #include <tunerdocuments/Path.h>
 
+#include "documents/ChangedBytes.h"
 #include "documents/RandomChanges.h"
 #include "documents/RandomEdits.h"
 #include "documents/json/JsonForm.h"
+#include "framework/Random.h"
 
 using namespace TunerDocuments;
 using JobXml::TunerProperties;
@@ -23,7 +28,7 @@ private Q_SLOTS:
     void unsetMemberDisappears_data();
     void unsetMemberDisappears();
     void otherKindOfValueReplacesTheMember();
-    void randomEditsReadAsTheDescription();
+    void randomEditsChangeNothingElse();
 };
 
 namespace {
@@ -125,37 +130,182 @@ void JsonEditingTest::otherKindOfValueReplacesTheMember()
                                       "{\"ChoiceValueItem\":\"ValueFloat\", \"ValueFloat\":{}}"));
 }
 
-void JsonEditingTest::randomEditsReadAsTheDescription()
+namespace {
+
+/// The same JSON with random blanks between its tokens.
+QByteArray loosened(const QByteArray &json, Random &random)
+{
+    QByteArray result;
+    bool isInText = false;
+    for (int i = 0; i < json.size(); ++i) {
+        const char character = json.at(i);
+        const bool isEscaped = isInText && character == '\\';
+        const bool isToken = !isInText && strchr("{}[]:,", character);
+        const auto blanks = [&] {
+            return QByteArray(isToken ? random.oneOf({"", "", " ", "  ", "\t", "\n", "\r\n", "\r\n\t ", "\n\n"}) : "");
+        };
+        if (character == '"')
+            isInText = !isInText;
+        result += blanks();
+        result += character;
+        if (isEscaped)
+            result += json.at(++i);
+        result += blanks();
+    }
+    return result;
+}
+
+/// The same JSON with line ends of Windows, and tabs as indentation.
+QByteArray withTabs(QByteArray json)
+{
+    json.replace("\n", "\r\n").replace("\n  ", "\n\t");
+    while (json.contains("\t  "))
+        json.replace("\t  ", "\t\t");
+    return json;
+}
+
+QByteArray inSomeLayout(const QByteArray &canonical, int seed)
+{
+    Random random{quint32(seed)};
+    switch (seed / 4 % 4) {
+    case 0:
+        return canonical;
+    case 1:
+        return withTabs(canonical);
+    case 2:
+        return JsonText::compact(JsonText::parse(canonical));
+    default:
+        return loosened(JsonText::compact(JsonText::parse(canonical)), random);
+    }
+}
+
+/// Compares the bytes before and after one edit.
+class JsonComparison
+{
+public:
+    /// To be made before the edit.
+    JsonComparison(const QByteArray &text, const RandomEdit &edit)
+        : m_text(text), m_json(JsonText::parse(text)), m_isUnset(edit.value.isNull())
+    {
+        const JobXml::MemberKind kind = edit.target.member.GetKind();
+        const QVector<JobXml::Step> &steps = edit.target.steps;
+        // A choice exchanges another member, and a value in "unset" moves: the description is compared for them.
+        if (kind == JobXml::MemberKind::Choice || kind == JobXml::MemberKind::Alternative)
+            return;
+        const Json *const object = JsonForm::valueAt(m_json, steps.mid(0, steps.size() - 1));
+        const QByteArray key = steps.last().member.toLatin1();
+        const Json *const unset = object && object->isObject() ? object->find(JsonForm::unsetKey) : nullptr;
+        if (!object || !object->isObject() || (unset && unset->find(key)))
+            return;
+        m_object = object;
+        m_value = JsonForm::valueAt(m_json, steps);
+    }
+
+    /// Whether the edit has a single place, which is known.
+    bool isStrict() const { return m_object; }
+    bool isAddition() const { return !m_value; }
+
+    /// Whether the text differs only in that place.
+    bool holds(const QByteArray &after) const
+    {
+        if (!m_value)
+            return m_isUnset ? after == m_text : isAdded(after);
+        return m_isUnset ? isRemoved(after) : ChangedBytes::areWithin(m_text, after, partOf(*m_value));
+    }
+
+private:
+    static ChangedBytes::Part partOf(const Json &value) { return {int(value.textBegin()), int(value.textEnd())}; }
+
+    bool isAdded(const QByteArray &after) const
+    {
+        const ChangedBytes::Part object = partOf(*m_object);
+        if (!ChangedBytes::areWithin(m_text, after, object))
+            return false;
+        // The blanks of an object without members go.
+        const bool isFirst = m_object->members().empty();
+        return ChangedBytes::areOnePiece(isFirst ? m_text.left(object.begin) + "{}" + m_text.mid(object.end) : m_text,
+                                         after);
+    }
+
+    /// Whether the member, the blanks beside it and its comma are missing.
+    bool isRemoved(const QByteArray &after) const
+    {
+        ChangedBytes::Part part = {int(m_value->memberBegin()), int(m_value->textEnd())};
+        const int size = part.end - part.begin;
+        part = ChangedBytes::withBlanks(m_text, part);
+        part.begin -= m_text.at(part.begin - 1) == ',';
+        part.end += m_text.at(part.end) == ',';
+        part = ChangedBytes::withBlanks(m_text, part);
+        if (!ChangedBytes::areWithin(m_text, after, part) || !ChangedBytes::areOnePiece(after, m_text)
+            || m_text.size() - after.size() < size)
+            return false;
+        const QByteArray left = ChangedBytes::replacementOf(m_text, after, part);
+        return std::all_of(left.begin(), left.end(),
+                           [](char character) { return character == ',' || ChangedBytes::isBlank(character); });
+    }
+
+    const QByteArray m_text;
+    const Json m_json;
+    const bool m_isUnset;
+    const Json *m_object = nullptr; // that has the member
+    const Json *m_value = nullptr;
+};
+
+} // namespace
+
+void JsonEditingTest::randomEditsChangeNothingElse()
 {
     int edits = 0;
     int refused = 0;
-    for (int seed = 0; seed < 400; ++seed) {
+    int replaced = 0;
+    int added = 0;
+    int removed = 0;
+    for (int seed = 0; seed < 1000; ++seed) {
         const TunerProperties description = randomDocument(seed, seed % 5);
         QByteArray json;
         try {
-            json = JsonForm::compose(description);
+            json = inSomeLayout(JsonForm::compose(description), seed);
         } catch (const JsonFailure &) {
             continue; // JSON cannot carry it
         }
-        if (seed % 3 == 0)
-            json = JsonText::compact(JsonText::parse(json));
         RandomChanges random{quint32(seed)};
         Editor editor(Document::fromBytes(json, name), json, name);
+        QByteArray result = json;
         try {
             for (int i = 0; i < 1 + seed % 4; ++i) {
-                if (applyRandomEdit(editor, random))
-                    ++edits;
+                std::optional<RandomEdit> edit;
+                try {
+                    edit = randomEdit(editor.document().tuner, random);
+                } catch (const PathFailure &) {
+                    continue; // an alternative that has no data
+                }
+                const JsonComparison comparison(result, *edit);
+                if (!apply(editor, *edit))
+                    continue;
+                ++edits;
+                const QByteArray before = result;
+                result = editor.toBytes();
+                if (!comparison.isStrict())
+                    continue;
+                QVERIFY2(comparison.holds(result),
+                         QByteArray(QByteArray::number(seed) + ' ' + edit->target.path.toUtf8() + ": " + before
+                                    + "\n--- became ---\n" + result)
+                             .constData());
+                if (result != before)
+                    ++(edit->value.isNull() ? removed : comparison.isAddition() ? added : replaced);
             }
         } catch (const DocumentError &) {
             ++refused; // in an object that is not set
             continue;
         }
-        const QByteArray result = editor.toBytes();
         const TunerProperties read = Document::fromBytes(result, name).tuner;
         QVERIFY2(JsonForm::compose(read) == JsonForm::compose(editor.document().tuner), result.constData());
     }
-    QVERIFY2(edits > 500, qPrintable(QString::number(edits)));
+    QVERIFY2(edits > 2200, qPrintable(QString::number(edits)));
     QVERIFY2(refused < 50, qPrintable(QString::number(refused)));
+    QVERIFY2(replaced > 1100, qPrintable(QString::number(replaced)));
+    QVERIFY2(added > 280, qPrintable(QString::number(added)));
+    QVERIFY2(removed > 380, qPrintable(QString::number(removed)));
 }
 
 TEST_SUITE(JsonEditingTest)
