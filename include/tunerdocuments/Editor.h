@@ -81,6 +81,10 @@ public:
     /// Whether anything has changed.
     bool isChanged() const;
 
+    /// Whether the changes may have caused problems that the document did not have, see
+    /// JobXml::DataObject::VisitProblems(). Not if only values were set, of objects that were set: set() checks these.
+    bool mayCauseProblems() const;
+
     /// Whether the document is edited in place.
     bool isInPlace() const;
     /// Why it is not although it is XML; null otherwise. toBytes() then throws unless rewrite() is called.

@@ -137,7 +137,7 @@ public:
     void readRecord(DataObject &object, BinaryReader &reader, qint32) const override
     {
         if constexpr (Codec<T>::kind == MemberKind::Enumeration) {
-            const QString name = reader.readText(object);
+            QString name = reader.readText(object);
             reader.storeText(
                 this, Source::noPosition, [&] { return name; }, [&] { set(object, Codec<T>::fromName(name)); });
         } else {

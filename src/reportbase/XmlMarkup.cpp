@@ -5,6 +5,7 @@
 #include <cstring>
 #include <map>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace REPORTGENERATOR {
@@ -41,7 +42,7 @@ bool endsName(char character)
 } // namespace
 
 /// Goes through the document once.
-class XmlMarkup::Scanner
+class Q_DECL_HIDDEN XmlMarkup::Scanner
 {
 public:
     explicit Scanner(XmlMarkup &markup)
@@ -67,6 +68,7 @@ public:
 
 private:
     static constexpr std::size_t deepest = 1000; // far more than any document has
+    static constexpr std::size_t compared = 8; // outermost elements, with which each name is compared
 
     bool scanMarkup()
     {
@@ -109,28 +111,40 @@ private:
         element.next = index + 1;
         element.parent = parent();
         m_markup.m_elements.append(element);
-        const QLatin1String localName = m_markup.localName(element);
-        const std::string_view name(localName.data(), std::size_t(localName.size()));
-        if (element.isEmptyTag)
-            noteIn(innermostOf(name));
-        else
+        const QLatin1String name = m_markup.localName(element);
+        noteIn(innermostOf(name));
+        if (!element.isEmptyTag)
             openElement(index, name);
         return m_open.size() <= deepest;
     }
 
-    void openElement(int element, std::string_view name)
+    void openElement(int element, QLatin1String name)
     {
-        int &innermost = m_innermost.try_emplace(name, -1).first->second;
-        noteIn(innermost);
-        m_open.push_back({element, innermost, &innermost});
-        innermost = element;
+        Open open{element, name};
+        if (m_open.size() >= compared) {
+            open.innermost = &m_innermost.try_emplace(viewOf(name), -1).first->second;
+            open.around = std::exchange(*open.innermost, element);
+        }
+        m_open.push_back(open);
     }
 
-    int innermostOf(std::string_view name) const
+    /// The innermost open element of that name, without prefixes; -1 if there is none.
+    int innermostOf(QLatin1String name) const
     {
-        const auto found = m_innermost.find(name);
-        return found == m_innermost.end() ? -1 : found->second;
+        if (m_open.size() > compared) {
+            const auto found = m_innermost.find(viewOf(name));
+            if (found != m_innermost.end() && found->second >= 0)
+                return found->second;
+        }
+        for (std::size_t i = std::min(m_open.size(), compared); i > 0; --i) {
+            const Open &open = m_open[i - 1];
+            if (open.name.size() == name.size() && open.name == name)
+                return open.element;
+        }
+        return -1;
     }
+
+    static std::string_view viewOf(QLatin1String name) { return {name.data(), std::size_t(name.size())}; }
 
     /// Marks the innermost element that contains one of its own name. Those of this name around it have the mark since
     /// it was opened.
@@ -173,7 +187,8 @@ private:
             return false;
         const Open &open = m_open.back();
         Element &element = m_markup.m_elements[open.element];
-        *open.innermost = open.around;
+        if (open.innermost)
+            *open.innermost = open.around;
         m_open.pop_back();
         element.content.end = offset(m_at);
         element.next = m_markup.m_elements.size();
@@ -269,8 +284,9 @@ private:
     struct Open
     {
         int element;
-        int around; // the innermost one of the same name around it; -1 if there is none
-        int *innermost; // of its name
+        QLatin1String name;
+        int around = -1; // the innermost one of the same name around it, beyond those that are compared
+        int *innermost = nullptr; // of its name; null for those that are compared
     };
 
     XmlMarkup &m_markup;
@@ -278,8 +294,8 @@ private:
     const char *const m_end;
     const char *m_at;
     std::vector<Open> m_open;
-    // For each name, without its prefix, the innermost open element; -1 if none is open. A map has no names that make
-    // it slow, as a hash has.
+    // For each name of the elements further inside than those that are compared, the innermost open one; -1 if none is
+    // open. A map has no names that make it slow, as a hash has.
     std::map<std::string_view, int> m_innermost;
 };
 

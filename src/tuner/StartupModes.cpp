@@ -130,7 +130,7 @@ public:
         for (qint32 i = 0; i < count; ++i) {
             const Source::Position begin = reader.nextPosition();
             reader.read<qint32>(object); // the entry's length; its text contains it again
-            const QString name = reader.readText(object);
+            QString name = reader.readText(object);
             reader.storeText(
                 this, begin, [&] { return name; }, [&] { append(object, modeOf(name)); });
         }

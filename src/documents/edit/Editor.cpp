@@ -16,6 +16,7 @@
 #include "documents/compare/Edits.h"
 #include "documents/edit/JsonEditor.h"
 #include "documents/edit/PathEdits.h"
+#include "documents/values/FindMember.h"
 #include "documents/values/Identical.h"
 #include "documents/xml/XmlEditor.h"
 
@@ -106,6 +107,7 @@ public:
 
     const Document &document() const { return m_document; }
     bool isChanged() const { return m_isEdited; }
+    bool mayCauseProblems() const { return m_mayCauseProblems; }
     bool isInPlace() const { return m_xml || m_json; }
     QString reason() const { return m_reason; }
     void rewrite()
@@ -123,9 +125,11 @@ public:
         const bool isSame =
             target.member.IsSet() && ValueText::ofValue(target.member.GetValue()) == ValueText::ofValue(value);
         if (kind == MemberKind::Choice && !isSame) {
+            m_mayCauseProblems = true;
             choose(target, value);
             return;
         }
+        m_mayCauseProblems = m_mayCauseProblems || !isSetOnTheWay(target.steps);
         store(target, value);
         const bool isTyped = kind != MemberKind::EnumerationList && kind != MemberKind::Text;
         if (!isSame)
@@ -145,6 +149,7 @@ public:
         if (!target.member.IsSet() && !isObject
             && ValueText::ofValue(target.member.GetValue()) == ValueText::ofValue(target.member.GetDefaultValue()))
             return;
+        m_mayCauseProblems = true;
         QStringList alternatives;
         editMember(m_document.tuner, target.steps, 0, [&](DataObject &item, MemberEditor &member) {
             member.Reset();
@@ -160,7 +165,7 @@ public:
         const QVector<Step> object = objectOf(target);
         const QString member = target.steps.last().member;
         follow(target, [&](auto &editor) {
-            if (kind == MemberKind::Choice) {
+            if (!alternatives.isEmpty()) {
                 for (const QString &alternative : qAsConst(alternatives))
                     editor.storeObject(object, alternative);
             } else if (isObject) {
@@ -181,6 +186,7 @@ public:
         apply(edit, m_document.tuner);
         m_isEdited = true;
         m_isRearranged = true;
+        m_mayCauseProblems = true;
         followBy([&](auto &editor) { editor.follow(edit); });
     }
 
@@ -192,6 +198,7 @@ public:
             m_document.tuner = changed;
             m_document.tuner.SetValidate(false);
             m_isEdited = true;
+            m_mayCauseProblems = true;
             return;
         }
         const QVector<Difference> differences = findDifferences(m_document.tuner, changed);
@@ -289,6 +296,20 @@ private:
         return written.size() != size;
     }
 
+    /// Whether storing a value sets nothing else.
+    bool isSetOnTheWay(const QVector<Step> &steps) const
+    {
+        const DataObject *object = &m_document.tuner;
+        for (int depth = 0; depth + 1 < steps.size(); ++depth) {
+            const MemberView member = *memberNamed(*object, steps.at(depth).member);
+            const int index = qMax(steps.at(depth).index, 0);
+            if (!member.IsSet() || !member.IsChosen() || index >= member.GetSize())
+                return false;
+            object = &member.GetChild(index);
+        }
+        return true;
+    }
+
     /// Stores the value as the setter does while it validates.
     void store(const Paths::Target &target, const QVariant &value)
     {
@@ -373,6 +394,7 @@ private:
     QVector<QVector<Step>> m_edited; // the objects whose text has changed
     bool m_isEdited = false;
     bool m_isRearranged = false; // by more than values
+    bool m_mayCauseProblems = false;
 };
 
 Editor::Editor(Document document, const QByteArray &bytes, const QString &name)
@@ -420,6 +442,11 @@ void Editor::become(const TunerProperties &changed)
 bool Editor::isChanged() const
 {
     return d->isChanged();
+}
+
+bool Editor::mayCauseProblems() const
+{
+    return d->mayCauseProblems();
 }
 
 bool Editor::isInPlace() const

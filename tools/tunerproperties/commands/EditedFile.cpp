@@ -169,7 +169,7 @@ ExitStatus EditedFile::fail(const QString &why) const
 
 ExitStatus EditedFile::finish(const FileName &target)
 {
-    if (m_editor.isChanged() && !m_invocation.isSet(noValidate()) && hasNewProblems())
+    if (m_editor.mayCauseProblems() && !m_invocation.isSet(noValidate()) && hasNewProblems())
         return ExitStatus::Problems;
     return finishUnchecked(target);
 }
@@ -237,7 +237,7 @@ QByteArray EditedFile::bytesFor(Form form, const QString &name) const
 {
     Document document(tuner(), form);
     document.tuner.SetValidate(!hasProblem(tuner()) && tuner().HasData());
-    const QByteArray bytes = document.toBytes(form, name);
+    QByteArray bytes = document.toBytes(form, name);
     textsOf(document.lossesIn(bytes, form), inexactly()).print(name);
     return bytes;
 }
