@@ -147,12 +147,12 @@ LintOptions onlyLostContent()
     return options;
 }
 
-/// Looks for what a reader passes over in silence: values that are there twice, and texts and elements where none are
+/// Looks for what a reader skips without a word: values that are there twice, and texts and elements where none are
 /// read.
 class UnreadParts
 {
 public:
-    /// `fails` is called with the offset in the text and what is wrong there, and does not return.
+    /// `fails` is called with the offset in the text and the problem, and does not return.
     UnreadParts(const QByteArray &text, const TunerProperties &tuner, std::function<void(int, const QString &)> fails)
         : m_markup(text), m_places(m_markup, tuner), m_fails(std::move(fails))
     {
