@@ -236,8 +236,7 @@ void unknownElement(const LintedText &element)
 
 void unknownVersion(const LintedText &version)
 {
-    // The reader of JSON refuses what it does not know, whatever the version is.
-    if (version.form == Form::Json || !(version.text.toFloat() > version.presentVersion.toFloat()))
+    if (!(version.text.toFloat() > version.presentVersion.toFloat()))
         return;
     version.warn([&]() -> Description {
         return {

@@ -21,8 +21,8 @@ private Q_SLOTS:
     void problemsReceiveTheirPlaces();
     void numbersCountByTheirValues_data();
     void numbersCountByTheirValues();
-    void versionThatResetsTheDocumentIsFound_data();
-    void versionThatResetsTheDocumentIsFound();
+    void versionThatIsNotThePresentOneIsFound_data();
+    void versionThatIsNotThePresentOneIsFound();
     void wrongTextHasNoEffect();
     void findingsOfRandomDocumentsAreAtTheirPlaces();
 };
@@ -187,7 +187,7 @@ void LintJsonTest::numbersCountByTheirValues()
              isFound ? expected : QStringList());
 }
 
-void LintJsonTest::versionThatResetsTheDocumentIsFound_data()
+void LintJsonTest::versionThatIsNotThePresentOneIsFound_data()
 {
     QTest::addColumn<QByteArray>("version");
     QTest::addColumn<QString>("expected");
@@ -199,11 +199,12 @@ void LintJsonTest::versionThatResetsTheDocumentIsFound_data()
     QTest::newRow("not a number") << QByteArray("\"Version\": \"x\"")
                                   << QStringLiteral("a.json:1:33: version 'x' is older than 1.1; ") + end;
     QTest::newRow("present") << QByteArray("\"Version\": \"1.1\"") << QString();
-    // Its reader refuses what it does not know, whatever the version is.
-    QTest::newRow("newer") << QByteArray("\"Version\": \"1.2\"") << QString();
+    QTest::newRow("newer") << QByteArray("\"Version\": \"1.2\"")
+                           << QStringLiteral("a.json:1:33: version '1.2' is unknown; the newest is 1.1; use '1.1' "
+                                             "[unknown-version]");
 }
 
-void LintJsonTest::versionThatResetsTheDocumentIsFound()
+void LintJsonTest::versionThatIsNotThePresentOneIsFound()
 {
     QFETCH(QByteArray, version);
     QFETCH(QString, expected);
