@@ -296,6 +296,10 @@ void ToolSignalsTest::signalAtAnyTimeLeavesNoIncompleteFile()
             QCOMPARE(m_workshop->read(text("out/") + name), QByteArray::fromHex(smallTaggedHex));
         }
         const QString report = text(m_process->readAllStandardError());
+        if (report == text("tunerproperties: 200 files: 200 converted\n")) {
+            QCOMPARE(files.size(), 200); // all was done before the signal
+            continue;
+        }
         if (m_process->exitStatus() == QProcess::CrashExit && !report.isEmpty() && !files.isEmpty())
             QCOMPARE(report,
                      text("tunerproperties: interrupted after %1 of 200 files: %1 converted\n").arg(files.size()));
