@@ -583,7 +583,8 @@ void ToolBoundsTest::aPageTakesNoMoreMemoryThanLint()
     QVERIFY2(page.out.contains(panel), page.out.constData());
     QVERIFY2(page.outSize > 20 * MiB, qPrintable(QString::number(page.outSize)));
     const qint64 resources = std::max(m_usualMemoryOfPages - m_usualMemory, qint64(0));
-    checkMemory(page, lint.memory + resources + 3 * MiB);
+    constexpr qint64 segment = 4 * MiB; // of the allocator: two runs may differ by one
+    checkMemory(page, lint.memory + resources + segment + 3 * MiB);
 }
 
 void ToolBoundsTest::runningOutOfMemoryIsReported_data()
