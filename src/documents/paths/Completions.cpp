@@ -20,7 +20,7 @@ struct Parts
     {
         bool isInBrackets = false;
         bool isQuoted = false;
-        for (int i = 0; i < text.size() && equals < 0; ++i) {
+        for (int i = 0; i < text.size() && equalsSign < 0; ++i) {
             const QChar character = text.at(i);
             if (isQuoted && character == QLatin1Char('\\'))
                 ++i;
@@ -31,12 +31,12 @@ struct Parts
             else if (!isInBrackets && character == QLatin1Char('/'))
                 lastStep = i + 1;
             else if (!isInBrackets && character == QLatin1Char('='))
-                equals = i;
+                equalsSign = i;
         }
     }
 
     int lastStep = 0;
-    int equals = -1; ///< -1 if there is no value
+    int equalsSign = -1; ///< -1 if there is no value
 };
 
 /// The object in which the members of the next step are; null if there is none.
@@ -83,9 +83,9 @@ public:
     QStringList complete()
     {
         const Parts parts(m_typed);
-        if (parts.equals >= 0) {
+        if (parts.equalsSign >= 0) {
             if (m_isAssignment)
-                addValues(parts.equals);
+                addValues(parts.equalsSign);
             return m_found;
         }
         m_start = m_typed.left(parts.lastStep);
@@ -142,11 +142,11 @@ private:
     }
 
     /// The names that the member accepts, of a list the next one.
-    void addValues(int equals)
+    void addValues(int equalsSign)
     {
-        const MemberView member = find(m_root, m_typed.left(equals)).member;
+        const MemberView member = find(m_root, m_typed.left(equalsSign)).member;
         const int comma = member.GetKind() == MemberKind::EnumerationList ? m_typed.lastIndexOf(QLatin1Char(',')) : -1;
-        const int begin = std::max(equals, comma) + 1;
+        const int begin = std::max(equalsSign, comma) + 1;
         m_start = m_typed.left(begin);
         m_rest = m_typed.mid(begin);
         const QStringList names = member.GetKind() == MemberKind::Boolean
