@@ -49,7 +49,7 @@ public:
         : m_markup(markup), m_begin(markup.m_document.constData()), m_end(m_begin + markup.m_document.size()),
           m_at(m_begin)
     {
-        constexpr int usualBytesPerElement = 64;
+        constexpr int usualBytesPerElement = 48;
         constexpr int usualBytesPerAttribute = 40;
         markup.m_elements.reserve(markup.m_document.size() / usualBytesPerElement);
         markup.m_attributes.reserve(markup.m_document.size() / usualBytesPerAttribute);
