@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <QRandomGenerator>
+#include <QSet>
 #include <QtEndian>
 
 #include "Heap.h"
@@ -231,6 +232,7 @@ private Q_SLOTS:
     void aPageTakesNoMoreMemoryThanLint();
     void runningOutOfMemoryIsReported_data();
     void runningOutOfMemoryIsReported();
+    void thereIsNoSignalHoweverLittleMemoryThereIs();
     void severalFilesNeedNoMoreMemoryThanOne_data();
     void severalFilesNeedNoMoreMemoryThanOne();
     void outputAndMemoryFollowTheSizeOfTheInput_data();
@@ -628,6 +630,29 @@ void ToolBoundsTest::runningOutOfMemoryIsReported()
     }
     QVERIFY(started > 0);
     QVERIFY(reported > 0 || !command.contains(QStringLiteral("in.tpb")));
+}
+
+// Libraries allocate memory before main(), and some end the process by a signal if there is none.
+void ToolBoundsTest::thereIsNoSignalHoweverLittleMemoryThereIs()
+{
+#ifdef HEAP_OF_A_SANITIZER
+    SKIP("a sanitizer needs more address space than there is memory");
+#endif
+    constexpr int notLoaded = 127; // the system's loader says which library it has no memory for
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    QSet<int> statuses;
+    for (int kibibytes = 24 << 10; kibibytes <= 120 << 10; kibibytes += 1 << 10) {
+        const QString limited = QStringLiteral("ulimit -v %1; ulimit -c 0; exec \"$tool\" ").arg(kibibytes);
+        const Run run = m_workshop->shell(limited + QStringLiteral("validate small.xml"));
+        statuses.insert(run.status);
+        if (run.status == 3)
+            QCOMPARE(run.err, QStringLiteral("tunerproperties: out of memory\n"));
+        else
+            QVERIFY2(run.status == notLoaded || run.status == 0,
+                     qPrintable(QStringLiteral("%1 with %2 KiB: %3").arg(run.status).arg(kibibytes).arg(run.err)));
+    }
+    QVERIFY(statuses.contains(notLoaded));
+    QVERIFY(statuses.contains(0));
 }
 
 void ToolBoundsTest::severalFilesNeedNoMoreMemoryThanOne_data()

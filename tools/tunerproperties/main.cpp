@@ -14,7 +14,7 @@
 namespace {
 
 /// Opens /dev/null in place of standard streams that are closed. The next file to be opened would otherwise receive
-/// the descriptor of a stream, and its output. LoadOptions or writing it fails as for a closed stream.
+/// the descriptor of a stream, and its output. Reading or writing it fails as for a closed stream.
 void occupyStandardStreams()
 {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
