@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <numeric>
 
+#include "documents/paths/Identity.h"
 #include "documents/paths/ItemSteps.h"
+#include "documents/paths/Notation.h"
 #include "documents/values/FindMember.h"
 
 using namespace JobXml;
@@ -64,7 +66,7 @@ void forEachNotation(const MemberView &list, const Use &use)
         QVector<QString> identities;
         for (const QVector<Path::Condition> &each : qAsConst(texts)) {
             const Path::Condition text = each.value(which);
-            identities.append(text.text.isNull() ? QString() : text.member + QLatin1Char('=') + written(text.text));
+            identities.append(text.text.isNull() ? QString() : written(text));
         }
         if (use(ItemSteps(name, identities)))
             return;

@@ -6,15 +6,7 @@
 
 #include <jobxml/Visit.h>
 
-#include <tunerdocuments/Path.h>
-
 namespace TunerDocuments::Paths {
-
-/// A text as it is after the "=" of a condition.
-QString written(const QString &text);
-
-/// The texts that identify an object, including null ones. A value has those of its chosen alternative.
-QVector<Path::Condition> identifyingTexts(const JobXml::DataObject &object);
 
 /// The steps to the items of a list, each of which is unique. An item with a long identity is selected by its position.
 class ItemSteps
@@ -32,5 +24,8 @@ private:
     QVector<QString> m_identities; ///< null if the item is selected by its position
     QVector<int> m_positions; ///< from 1; 0 if the identity is unique
 };
+
+/// What ItemSteps has for one item, without the texts of the others.
+QString stepTo(const JobXml::MemberView &list, int index);
 
 } // namespace TunerDocuments::Paths
