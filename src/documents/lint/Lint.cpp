@@ -6,6 +6,7 @@
 
 #include <reportbase/XmlMarkup.h>
 
+#include "documents/lint/Comments.h"
 #include "documents/lint/LintedObject.h"
 #include "documents/lint/LintedText.h"
 #include "documents/lint/TextWalk.h"

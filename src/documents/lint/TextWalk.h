@@ -11,9 +11,6 @@ namespace TunerDocuments {
 /// Whether the markup is a document whose text can be examined.
 bool canLintText(const REPORTGENERATOR::XmlMarkup &markup);
 
-/// Makes the comments that disable rules effective. Returns whether there are any.
-bool applyComments(const REPORTGENERATOR::XmlMarkup &markup, Report &report);
-
 /// Applies the rules about the text. Adds the places of the objects to `places`, which may be null. Returns whether any
 /// object has several alternatives in the text.
 bool lintText(const REPORTGENERATOR::XmlMarkup &markup, Report &report, Places *places);
