@@ -77,21 +77,6 @@ private:
                      const MemberEdit &edit) const;
     void writeItems(Replacements &out, XmlChildren &children, const JobXml::MemberView &list,
                     const MemberEdit &edit) const;
-    void writeValue(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
-                    const QString &typed) const;
-    void writeNames(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
-                    const QVector<XmlPlaces::Value> &values) const;
-    void replaceAttribute(Replacements &out, int attribute, const QString &text, bool isNumber) const;
-    void replaceContent(Replacements &out, int element, const QString &text, bool isNumber) const;
-    void removeValues(Replacements &out, XmlChildren &children, const QVector<XmlPlaces::Value> &values) const;
-    void addValue(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
-                  const QString &text) const;
-    void addAttribute(Replacements &out, int element, const JobXml::DataObject &object,
-                      const JobXml::MemberView &member, const QString &text) const;
-    QString wholeMismatchOf(const QVector<JobXml::Step> &object);
-    QString mismatch(const QVector<JobXml::Step> &object, const QByteArray &element, bool withObjects) const;
-    QByteArray skeletonAround(const QVector<JobXml::Step> &object, const QByteArray &element) const;
-    QByteArray withoutObjects(int element, const JobXml::DataObject &object) const;
 
     const JobXml::TunerProperties &m_tuner;
     EncodedText m_text;

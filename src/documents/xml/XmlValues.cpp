@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "documents/xml/XmlValues.h"
+
+#include <algorithm>
+
+#include <QByteArrayList>
+#include <QStringList>
+
+#include "documents/values/FindMember.h"
+#include "documents/xml/XmlBlanks.h"
+#include "documents/xml/XmlText.h"
+#include "documents/xml/XmlTexts.h"
+
+using namespace JobXml;
+
+namespace TunerDocuments {
+
+void XmlValues::write(const MemberView &member, const QString &typed)
+{
+    const QVector<XmlPlaces::Value> values = m_places.valuesOf(m_children.elements(), m_children.object(), member);
+    if (!member.IsSet()) {
+        removeValues(values);
+        return;
+    }
+    if (member.GetKind() == MemberKind::EnumerationList) {
+        writeNames(member, values);
+        return;
+    }
+    const QString text = typed.isNull() ? XmlText::ofValue(member).value(0) : typed;
+    if (values.isEmpty())
+        addValue(member, text);
+    else if (values.last().isAttribute)
+        replaceAttribute(values.last().index, text, isNumber(member));
+    else
+        replaceContent(values.last().index, text, isNumber(member));
+}
+
+/// The names of a list are in one element each.
+void XmlValues::writeNames(const MemberView &member, const QVector<XmlPlaces::Value> &values)
+{
+    const QStringList texts = XmlText::ofValue(member);
+    for (int i = 0; i < values.size(); ++i) {
+        if (i < texts.size() && texts.at(i).isNull())
+            continue; // whatever the text has that is not a name of the model
+        if (i < texts.size())
+            replaceContent(values.at(i).index, texts.at(i), false);
+        else
+            m_children.remove(values.at(i).index);
+    }
+    QByteArrayList added;
+    const XmlText::Layout layout =
+        values.isEmpty() ? m_children.layoutFor(member.GetName()) : m_children.layoutAt(values.last().index);
+    for (int i = values.size(); i < texts.size(); ++i)
+        added.append(XmlText::element(member.GetName(), texts.at(i), layout, m_encoding));
+    if (values.isEmpty())
+        m_children.add(member.GetName(), added);
+    for (const QByteArray &name : values.isEmpty() ? QByteArrayList() : added)
+        m_children.addAfter(values.last().index, name);
+}
+
+void XmlValues::replaceAttribute(int attribute, const QString &text, bool isNumber)
+{
+    const QByteArray &document = m_markup.document();
+    const Span value = m_markup.attributes().at(attribute).value;
+    const Span span = isNumber ? XmlBlanks::trimmed(document, value) : value;
+    const QByteArray written = XmlText::inAttribute(text, document.at(value.end), m_encoding);
+    if (m_markup.bytes(span) != QLatin1String(written))
+        m_out.append({span.begin, span.end, written, span.size() > 0});
+}
+
+void XmlValues::replaceContent(int element, const QString &text, bool isNumber)
+{
+    const QByteArray &document = m_markup.document();
+    const Markup::Element &place = m_markup.elements().at(element);
+    const QByteArray written = XmlText::inElement(text, m_encoding);
+    if (place.isEmptyTag) {
+        constexpr int endSize = 2; // "/>"
+        if (!written.isEmpty())
+            m_out.append({place.startTag.end - endSize, place.startTag.end,
+                          '>' + written + "</" + document.mid(place.name.begin, place.name.size()) + '>'});
+        return;
+    }
+    QVector<Span> texts = XmlTexts::inElement(m_markup, element);
+    if (isNumber) { // blanks around a number do not matter
+        for (Span &span : texts)
+            span = XmlBlanks::trimmed(document, span);
+        texts.erase(std::remove_if(texts.begin(), texts.end(), [](const Span &span) { return span.size() == 0; }),
+                    texts.end());
+    }
+    if (texts.isEmpty()) {
+        m_out.append({place.content.begin, place.content.begin, written});
+        return;
+    }
+    if (texts.size() == 1 && m_markup.bytes(texts.first()) == QLatin1String(written))
+        return;
+    for (int i = 0; i < texts.size(); ++i)
+        m_out.append({texts.at(i).begin, texts.at(i).end, i == 0 ? written : QByteArray(), true});
+}
+
+void XmlValues::removeValues(const QVector<XmlPlaces::Value> &values)
+{
+    for (const XmlPlaces::Value &value : values) {
+        if (!value.isAttribute) {
+            m_children.remove(value.index);
+            continue;
+        }
+        Span span = m_markup.attributes().at(value.index).whole();
+        span.begin -= XmlBlanks::before(m_markup.document(), span.begin).size();
+        m_out.append({span.begin, span.end, QByteArray()});
+    }
+}
+
+void XmlValues::addValue(const MemberView &member, const QString &text)
+{
+    const int element = m_children.elements().last();
+    // An author who writes the other members as elements wants this one as an element, too.
+    bool hasAttributes = false;
+    bool hasElements = false;
+    visit(m_children.object(), [&](const MemberView &other) {
+        if (!other.IsAttribute())
+            return;
+        const QVector<XmlPlaces::Value> values = m_places.valuesOf({element}, m_children.object(), other);
+        for (const XmlPlaces::Value &value : values)
+            (value.isAttribute ? hasAttributes : hasElements) = true;
+    });
+    if (member.IsAttribute() && (hasAttributes || !hasElements))
+        addAttribute(member, text);
+    else
+        m_children.add(member.GetName(),
+                       {XmlText::element(member.GetName(), text, m_children.layoutFor(member.GetName()), m_encoding)});
+}
+
+/// The attribute follows those that the library writes before it, separated as they are.
+void XmlValues::addAttribute(const MemberView &member, const QString &text)
+{
+    const QByteArray &document = m_markup.document();
+    const Markup::Element &place = m_markup.elements().at(m_children.elements().last());
+    const auto &attributes = m_markup.attributes();
+    const Neighbors neighbors = neighborsOf(place, member);
+    const int neighbor = neighbors.before >= 0 ? neighbors.before : neighbors.after;
+    const char quote = neighbor < 0 ? '"' : document.at(attributes.at(neighbor).value.end);
+    const QByteArray attribute = QByteArray(member.GetName().data(), member.GetName().size()) + '=' + quote
+        + XmlText::inAttribute(text, quote, m_encoding) + quote;
+    if (neighbor < 0) {
+        m_out.append({place.name.end, place.name.end, ' ' + attribute});
+        return;
+    }
+    const Span whole = attributes.at(neighbor).whole();
+    // The first attribute is usually on the line of its tag, and the others below it.
+    const bool isFirst = neighbor == place.firstAttribute;
+    const bool hasSecond = place.attributeCount > 1;
+    const int sample = isFirst && hasSecond ? neighbor + 1 : neighbor;
+    const QByteArray blanks = XmlBlanks::before(document, attributes.at(sample).name.begin);
+    if (neighbors.before >= 0)
+        m_out.append({whole.end, whole.end, blanks + attribute});
+    else
+        m_out.append({whole.begin, whole.begin, attribute + blanks});
+}
+
+XmlValues::Neighbors XmlValues::neighborsOf(const Markup::Element &place, const MemberView &member) const
+{
+    QStringList order;
+    QVector<bool> areSet;
+    visit(m_children.object(), [&](const MemberView &other) {
+        if (!other.IsAttribute())
+            return;
+        order.append(other.GetName());
+        areSet.append(other.IsSet());
+    });
+    const auto isUnset = [&](int attribute) { return attribute >= 0 && !areSet.at(attribute); };
+    const int position = order.indexOf(member.GetName());
+    Neighbors neighbors;
+    for (int i = place.firstAttribute; i < place.firstAttribute + place.attributeCount; ++i) {
+        const int other = order.indexOf(m_markup.bytes(m_markup.attributes().at(i).name));
+        if (isUnset(other))
+            continue; // it is removed
+        if (other < position) // -1 for those that the model does not have
+            neighbors.before = i;
+        else if (neighbors.after < 0)
+            neighbors.after = i;
+    }
+    return neighbors;
+}
+
+} // namespace TunerDocuments
