@@ -2,11 +2,9 @@
 #include <tunerdocuments/Merge.h>
 
 #include <algorithm>
-#include <list>
 #include <memory>
 #include <vector>
 
-#include <QHash>
 #include <QStringList>
 
 #include <tunerdocuments/Path.h>
@@ -14,7 +12,7 @@
 
 #include "documents/compare/Contents.h"
 #include "documents/compare/Edits.h"
-#include "documents/compare/Pairs.h"
+#include "documents/compare/MergedList.h"
 
 using namespace JobXml;
 
@@ -46,116 +44,6 @@ struct Place
     }
     Place below(const MemberView &member) const { return below(member.GetName(), {member.GetName(), -1}); }
 };
-
-/// The items of three lists that are the same item; -1 for a list that does not have it.
-struct Slot
-{
-    int base = -1;
-    int ours = -1;
-    int theirs = -1;
-};
-
-// --- The order of a list ---------------------------------------------------------------------------------------------
-
-/// A side of a merge that contributes to the order: its items as numbers of slots, and those that it has moved.
-struct OrderedSide
-{
-    QVector<int> slots{};
-    QVector<bool> isMoved{}; ///< by slot
-};
-
-/// The order of one side, into which the other one's additions and moves are inserted, each after the item that it
-/// follows on its own side.
-class MergedOrder
-{
-public:
-    /// `isKept`: the slots that are in the result. `withMoves`: whether the moves of the other side are made.
-    /// `othersFirst`: whether its items come before those that the main side has added at the same place.
-    MergedOrder(const OrderedSide &main, const OrderedSide &other, const QVector<bool> &isKept, bool withMoves,
-                bool othersFirst)
-        : m_places(std::size_t(isKept.size())), m_isIn(isKept.size(), false), m_isOwn(isKept.size(), true)
-    {
-        QVector<bool> isInOther(isKept.size(), false);
-        for (const int slot : other.slots)
-            isInOther[slot] = true;
-        QVector<bool> isInMain(isKept.size(), false);
-        for (const int slot : main.slots) {
-            isInMain[slot] = true;
-            m_isOwn[slot] = !isInOther[slot];
-            if (isKept[slot] && !(withMoves && other.isMoved[slot]))
-                append(slot);
-        }
-        int previous = -1;
-        for (const int slot : other.slots) {
-            if (!isKept[slot])
-                continue;
-            if (!m_isIn[slot])
-                insertAfter(previous, slot, othersFirst || isInMain[slot]);
-            previous = slot;
-        }
-    }
-
-    QVector<int> slots() const { return QVector<int>(m_order.begin(), m_order.end()); }
-
-private:
-    std::list<int>::iterator &placeOf(int slot) { return m_places[std::size_t(slot)]; }
-
-    void append(int slot)
-    {
-        placeOf(slot) = m_order.insert(m_order.end(), slot);
-        m_isIn[slot] = true;
-    }
-
-    void insertAfter(int previous, int slot, bool directly)
-    {
-        auto place = previous < 0 ? m_order.begin() : std::next(placeOf(previous));
-        while (!directly && place != m_order.end() && m_isOwn[*place])
-            ++place;
-        placeOf(slot) = m_order.insert(place, slot);
-        m_isIn[slot] = true;
-        m_isOwn[slot] = false;
-    }
-
-    std::list<int> m_order;
-    std::vector<std::list<int>::iterator> m_places;
-    QVector<bool> m_isIn;
-    QVector<bool> m_isOwn; ///< added by the main side
-};
-
-/// The merged order of a list, and whether the sides' orders contradict each other.
-struct ListOrder
-{
-    QVector<int> slots{};
-    bool isConflict = false;
-};
-
-/// Of these slots, those in all three lists.
-QVector<int> common(const QVector<int> &slots, const QVector<Slot> &all)
-{
-    QVector<int> result;
-    std::copy_if(slots.begin(), slots.end(), std::back_inserter(result),
-                 [&](int slot) { return all[slot].base >= 0 && all[slot].ours >= 0 && all[slot].theirs >= 0; });
-    return result;
-}
-
-ListOrder orderOf(const OrderedSide &ours, const OrderedSide &theirs, const QVector<Slot> &all,
-                  const QVector<bool> &isKept)
-{
-    const auto oursFirst = [&](bool withMoves) { return MergedOrder(ours, theirs, isKept, withMoves, false).slots(); };
-    if (common(ours.slots, all) == common(theirs.slots, all))
-        return {oursFirst(false)};
-    for (int slot = 0; slot < all.size(); ++slot) {
-        if (ours.isMoved[slot] && theirs.isMoved[slot])
-            return {oursFirst(false), true};
-    }
-    const QVector<int> order = oursFirst(true);
-    const QVector<int> mirrored = MergedOrder(theirs, ours, isKept, true, true).slots();
-    if (common(order, all) != common(mirrored, all))
-        return {oursFirst(false), true};
-    return {order};
-}
-
-// --- Merging ---------------------------------------------------------------------------------------------------------
 
 class Merging
 {
@@ -283,12 +171,11 @@ private:
 
     void mergeLists(const Members &lists, const Place &parent, MemberEdit &edit)
     {
-        const Pairs inOurs(lists.base, lists.ours);
-        const Pairs inTheirs(lists.base, lists.theirs);
-        const QVector<Slot> all = slotsOf(lists, inOurs, inTheirs);
+        const MergedList merged(lists.base, lists.ours, lists.theirs);
+        const QVector<MergeSlot> &all = merged.slots();
         const QStringList stepsInOurs = Paths::stepsTo(lists.ours);
         const QStringList stepsInBase = Paths::stepsTo(lists.base);
-        const auto placeOf = [&](const Slot &slot) {
+        const auto placeOf = [&](const MergeSlot &slot) {
             const bool isInOurs = slot.ours >= 0;
             const int index = isInOurs ? slot.ours : slot.base;
             return parent.below((isInOurs ? stepsInOurs : stepsInBase)[index], {lists.ours.GetName(), index});
@@ -296,8 +183,7 @@ private:
         QVector<bool> isKept(all.size());
         for (int i = 0; i < all.size(); ++i)
             isKept[i] = mergeItem(lists, all[i], placeOf, edit);
-        const ListOrder order = orderOf(sideOf(all, &Slot::ours, lists.ours.GetSize(), inOurs),
-                                        sideOf(all, &Slot::theirs, lists.theirs.GetSize(), inTheirs), all, isKept);
+        const MergedList::Order order = merged.order(isKept);
         if (order.isConflict) {
             const Place place = parent.below(lists.ours);
             conflicts.append({MergeConflict::Reordered, place.path, place.steps});
@@ -309,45 +195,9 @@ private:
 
     static bool isUsual(const MemberView &list) { return list.IsSet() == (list.GetSize() != 0); }
 
-    /// All items, those of ours first.
-    static QVector<Slot> slotsOf(const Members &lists, const Pairs &inOurs, const Pairs &inTheirs)
-    {
-        QVector<Slot> all;
-        QHash<QString, QVector<int>> added; // by ours, the last one first
-        for (int i = 0; i < lists.ours.GetSize(); ++i) {
-            const int base = inOurs.ofSecond(i);
-            all.append({base, i, base < 0 ? -1 : inTheirs.ofFirst(base)});
-        }
-        for (int i = lists.ours.GetSize() - 1; i >= 0; --i) {
-            if (all[i].base < 0)
-                added[keyOf(lists.ours.GetChild(i))].append(i);
-        }
-        for (int i = 0; i < lists.base.GetSize(); ++i) {
-            if (inOurs.ofFirst(i) < 0)
-                all.append({i, -1, inTheirs.ofFirst(i)});
-        }
-        for (int i = 0; i < lists.theirs.GetSize(); ++i) {
-            if (inTheirs.ofSecond(i) >= 0)
-                continue;
-            const auto same = added.isEmpty() ? added.end() : added.find(keyOf(lists.theirs.GetChild(i)));
-            if (same == added.end() || same->isEmpty())
-                all.append({-1, -1, i});
-            else
-                all[same->takeLast()].theirs = i;
-        }
-        return all;
-    }
-
-    /// What makes two added items the same one.
-    static QString keyOf(const DataObject &item)
-    {
-        const QString identity = Paths::identityOf(item);
-        return identity.isNull() ? QLatin1Char('{') + Contents::text(item, Contents::Amount::Whole, true) : identity;
-    }
-
     /// Returns whether the item is in the result.
     template <class PlaceOf>
-    bool mergeItem(const Members &lists, const Slot &slot, const PlaceOf &placeOf, MemberEdit &edit)
+    bool mergeItem(const Members &lists, const MergeSlot &slot, const PlaceOf &placeOf, MemberEdit &edit)
     {
         const auto itemOf = [](const MemberView &list, int index) {
             return index < 0 ? nullptr : &list.GetChild(index);
@@ -375,20 +225,9 @@ private:
         return ours != nullptr;
     }
 
-    static OrderedSide sideOf(const QVector<Slot> &all, int Slot::*index, int size, const Pairs &pairs)
-    {
-        OrderedSide side{QVector<int>(size, -1), QVector<bool>(all.size(), false)};
-        const QVector<bool> moved = pairs.moved();
-        for (int i = 0; i < all.size(); ++i) {
-            if (all[i].*index >= 0)
-                side.slots[all[i].*index] = i;
-            side.isMoved[i] = all[i].base >= 0 && moved[all[i].base];
-        }
-        return side;
-    }
-
     /// The items of ours and copies of those that only theirs has.
-    static void setOrder(const Members &lists, const QVector<Slot> &all, const QVector<int> &order, MemberEdit &edit)
+    static void setOrder(const Members &lists, const QVector<MergeSlot> &all, const QVector<int> &order,
+                         MemberEdit &edit)
     {
         QVector<int> indexes;
         bool isChanged = order.size() != lists.ours.GetSize();
