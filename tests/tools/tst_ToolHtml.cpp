@@ -51,7 +51,7 @@ const char manyFindings[] = R"(<TunerProperties Version="1.1" type="scp" baseres
 </TunerProperties>
 )";
 
-/// "MESSAGE; SUGGESTION RULE, line 3, column 1" for each finding in the list of the page.
+/// "MESSAGE [RULE], line 3, column 1" for each finding in the list of the page.
 QStringList listedOn(const QByteArray &page)
 {
     QStringList texts;
@@ -59,28 +59,33 @@ QStringList listedOn(const QByteArray &page)
     for (const PageNode *entry : tree.root().allTagged("li")) {
         static const QRegularExpression location(QStringLiteral(", line .*$"));
         const QString where = QStringLiteral(", ") + entry->children.back()->wholeText();
-        texts.append(entry->children.front()->wholeText() + location.match(where).captured());
+        const PageNode &message = *entry->children.front();
+        QString text = message.allTagged("bdi").front()->wholeText();
+        for (const PageNode *rule : message.allTagged("code"))
+            text += QStringLiteral(" [%1]").arg(rule->wholeText());
+        texts.append(text + location.match(where).captured());
     }
     return texts;
 }
 
-/// The same for each finding in a line of JSON. `rules` receives their rules, each once.
-QStringList listedIn(const QByteArray &json, QStringList &rules)
+/// The same for each line of the tool. The JSON of the same findings has their paths, which are left out, and their
+/// rules, of which `rules` receives each once.
+QStringList listedIn(const QString &lines, const QByteArray &json, QStringList &rules)
 {
     QStringList texts;
     const QJsonArray findings = QJsonDocument::fromJson(json).object().value(QStringLiteral("findings")).toArray();
-    for (const QJsonValue &finding : findings) {
-        const QString suggestion = finding[QStringLiteral("suggestion")].toString();
+    for (int i = 0; i < findings.size(); ++i) {
+        const QJsonValue finding = findings.at(i);
+        const int row = finding[QStringLiteral("line")].toInt();
+        const int column = finding[QStringLiteral("column")].toInt();
+        const QString path = finding[QStringLiteral("path")].toString();
+        const QString start = QStringLiteral("-:%1:%2: ").arg(row).arg(column)
+            + (path.isEmpty() ? QString() : path + QStringLiteral(": "));
+        const QString text = lines.section(QLatin1Char('\n'), i, i);
+        texts.append(text.startsWith(start)
+                         ? text.mid(start.size()) + QStringLiteral(", line %1, column %2").arg(row).arg(column)
+                         : text);
         const QString rule = finding[QStringLiteral("rule")].toString();
-        QString text = finding[QStringLiteral("message")].toString();
-        if (!suggestion.isNull())
-            text += QStringLiteral("; ") + suggestion;
-        if (!rule.isNull())
-            text += QLatin1Char(' ') + rule;
-        texts.append(text
-                     + QStringLiteral(", line %1, column %2")
-                           .arg(finding[QStringLiteral("line")].toInt())
-                           .arg(finding[QStringLiteral("column")].toInt()));
         rules.append(rule.isNull() ? QStringLiteral("a problem") : rule);
     }
     rules.removeDuplicates();
@@ -157,7 +162,9 @@ void ToolHtmlTest::theProblemsOfTheFileAreShown()
     QCOMPARE(textsOf(run.bytes, "h2").first(), QStringLiteral("3 problems, 1 warning"));
     QCOMPARE(
         textsOf(run.bytes, "li"),
-        (QStringList{QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'.line 2, column 1"),
+        (QStringList{QStringLiteral("Unknown Tag 'Extra' in 'TunerProperties'. Expected name, type, baseresource, "
+                                    "connectableResources, quantity, parentBaseResource, hwProcessing, StartupModes, "
+                                    "BandwidthSelection, MaxFFPDelay, HRPANSupported or Componentline 2, column 1"),
                      QStringLiteral("Component: Please set Node properly.Component[type=t,name=n], line 3, column 1"),
                      QStringLiteral("TunerProperties: Please set baseresource properly.line 1, column 1"),
                      QStringLiteral("unknown element 'Extra' in TunerProperties; what is in it counts as if it were "
@@ -201,7 +208,8 @@ void ToolHtmlTest::theWarningsOfTheFileAreShownAndCounted()
 void ToolHtmlTest::theFindingsAreThoseOfLint()
 {
     QStringList rules;
-    const QStringList linted = listedIn(Workshop().run(line("lint --json -"), manyFindings).bytes, rules);
+    const QStringList linted = listedIn(Workshop().run(line("lint -"), manyFindings).out,
+                                        Workshop().run(line("lint --json -"), manyFindings).bytes, rules);
     QCOMPARE(rules.join(QLatin1Char(' ')),
              QStringLiteral("a problem bandwidth-not-positive duplicate-component duplicate-value lost-decimals "
                             "min-above-max not-a-boolean not-a-number number-out-of-range unknown-attribute "

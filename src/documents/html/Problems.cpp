@@ -24,17 +24,19 @@ void showIsolated(Markup &out, const QString &text)
     out.text(text);
 }
 
+/// What concerns the document as a whole is only in the list of all findings, at the top, and so is what a reader has
+/// refused, of which only the place in the text is known.
+bool isInObject(const Finding &finding)
+{
+    const bool isInTextOnly = finding.hasLocation() && finding.path.isNull();
+    return !finding.steps.isEmpty() || (!finding.member.isNull() && !isInTextOnly);
+}
+
 const char *labelOf(const Finding &finding)
 {
     if (!isWarning(finding))
         return "Problem: ";
     return finding.isError ? "Error: " : "Warning: ";
-}
-
-/// The message, with what to write instead.
-QString textOf(const Finding &finding)
-{
-    return finding.suggestion.isNull() ? finding.message : finding.message + QStringLiteral("; ") + finding.suggestion;
 }
 
 void showRule(Markup &out, const Finding &finding)
@@ -84,8 +86,7 @@ Problems::Problems(const Findings &findings)
             path = path.below(step.member, step.index);
             count(path);
         }
-        // What concerns the document as a whole is only in the list of all findings, at the top.
-        if (!finding.steps.isEmpty() || !finding.member.isNull())
+        if (isInObject(finding))
             m_at[path.key()].append(i);
     }
 }
@@ -102,7 +103,7 @@ void Problems::show(Markup &out, int index)
     const Tag problem(out, "p",
                       {{"class", isWarning(finding) ? "problem warning whole" : "problem whole"}, {"id", idOf(index)}});
     out.element("b", {}, labelOf(finding));
-    showIsolated(out, textOf(finding));
+    showIsolated(out, finding.explained());
     showRule(out, finding);
     m_shown.insert(index);
 }
@@ -145,7 +146,7 @@ void Problems::showEntry(Markup &out, int index) const
             const Tag link(
                 out, isElsewhere ? "a" : "span",
                 {{isElsewhere ? "href" : "id", (isElsewhere ? QStringLiteral("#") : QString()) + idOf(index)}});
-            showIsolated(out, textOf(finding));
+            showIsolated(out, finding.explained());
         }
         showRule(out, finding);
     }

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void everyProblemIsShownAtItsObject_data() { everyMemberIsShownOnceWithItsValue_data(); }
     void everyProblemIsShownAtItsObject();
     void problemIsShownInsideItsObject();
+    void problemIsShownWithItsExplanation();
     void findingOfAMemberIsShownBesideItsValue();
     void findingAboutAnyMemberIsShownAtItsObject_data() { everyMemberIsShownOnceWithItsValue_data(); }
     void findingAboutAnyMemberIsShownAtItsObject();
@@ -307,9 +308,7 @@ void HtmlTest::everyProblemIsShownAtItsObject()
         const Findings findings = allFindingsOf(document);
         for (const Finding &finding : findings.listed() + findings.warnings()) {
             if (!finding.steps.isEmpty() || !finding.member.isNull())
-                expected.append(finding.suggestion.isNull()
-                                    ? finding.message
-                                    : finding.message + QStringLiteral("; ") + finding.suggestion);
+                expected.append(finding.explained());
         }
         QStringList links;
         QStringList targets;
@@ -352,6 +351,31 @@ void HtmlTest::problemIsShownInsideItsObject()
     const auto counts =
         page.root().all([](const PageNode &node) { return node.isOfClass("tally") && node.isOfClass("bad"); });
     QCOMPARE(only(counts)->wholeText(), QStringLiteral("2 problems"));
+}
+
+void HtmlTest::problemIsShownWithItsExplanation()
+{
+    const QByteArray xml =
+        "<TunerProperties Version=\"1.1\" type=\"scp\" baseresource=\"b\"><Component type=\"t\" name=\"n\" "
+        "optional=\"\"><Node id=\"i\"><ValueItem><ValueInt id=\"v\" value=\"1\"/></ValueItem></Node>"
+        "</Component></TunerProperties>";
+    Findings findings;
+    const Document document = Document::fromBytes(xml, QStringLiteral("file.xml"), {}, findings.collector());
+    findings.describePaths(document.tuner);
+    const PageTree page(html(document.tuner, findings, QStringLiteral("file.xml")));
+    const QString unknownName =
+        QStringLiteral("nknown name 'scp'; expected MCP, SCP, FFP, Receiver or DirectionFinder; did you mean 'SCP'?");
+    const QString missingType = QStringLiteral("TunerProperties: Please set type properly. U") + unknownName;
+    QStringList listed;
+    for (const PageNode *entry : only(ofClass(page, "problems"))->allTagged("li"))
+        listed.append(entry->allTagged("bdi").front()->wholeText());
+    QCOMPARE(listed.join(QLatin1Char('\n')),
+             QStringLiteral("enum is not valid (classname=TunerProperties,membername=m_type): u") + unknownName
+                 + QStringLiteral("\nPlease set a value or a default for the boolean 'optional' in 'Component'. '' is "
+                                  "neither true nor false\n")
+                 + missingType);
+    // What the reader has refused is not in the document, so it is in the list only.
+    QCOMPARE(only(ofClass(page, "problem"))->wholeText(), QStringLiteral("Problem: ") + missingType);
 }
 
 void HtmlTest::findingOfAMemberIsShownBesideItsValue()

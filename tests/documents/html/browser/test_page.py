@@ -241,7 +241,9 @@ class Page(BrowserTest):
         self.browser.click("close")
         links = [control for control in self.browser.controls() if control["name"].startswith("ValueItem:")]
         self.assertEqual([link["name"] for link in links],
-                         ["ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized"])
+                         ["ValueItem:Check failed. The mandatory choice ChoiceValueItem is not initialized: expected "
+                          "ValueBoolean, ValueFloat, ValueInt, ValueInt64, ValueNumericFloat, ValueNumericInt, "
+                          "ValueNumericInt64, ValueSelection, ValueString or ValueStringList"])
         self.assertEqual(links[0]["role"], "link")
         self.assertIn(links[0]["element"], self.browser.tab_through())
         self.browser.focus(links[0])
