@@ -23,7 +23,8 @@ namespace TunerDocuments {
 /// The other forms are written anew. losses() lists what would then change besides.
 ///
 /// An operation that throws PathFailure, TypedValue::Mismatch or ReportException changes nothing. DocumentError means
-/// that the text has no place for the change; the editor is of no further use then.
+/// that the text has no place for the change; the editor is of no further use then. The text of JSON follows all values
+/// that were set at once, when it is required: toBytes(), losses() and operations on items throw that then.
 class TUNERDOCUMENTS_EXPORT Editor
 {
 public:
@@ -94,6 +95,7 @@ public:
     void rewrite();
 
     /// What toBytes() would not write although the document has it. For set() and unset(), apart from what was changed.
+    /// Throws DocumentError if the text of JSON cannot follow what was set.
     QVector<Loss> losses() const;
 
     /// The changed document in its form. Throws DocumentError if the form cannot hold it, or if its text cannot be

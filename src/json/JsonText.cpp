@@ -29,11 +29,15 @@ JsonFailure JsonFailure::within(const QString &step) const
     return further;
 }
 
+QString JsonFailure::textInDocument() const
+{
+    return m_path.isEmpty() ? m_message : m_path + QStringLiteral(": ") + m_message;
+}
+
 QString JsonFailure::text(const QString &fileName) const
 {
-    const QString path = m_path.isEmpty() ? QString() : m_path + QStringLiteral(": ");
     const QString location = m_line == 0 ? QString() : QStringLiteral(":%1:%2").arg(m_line).arg(m_column);
-    return fileName + location + QStringLiteral(": ") + path + m_message;
+    return fileName + location + QStringLiteral(": ") + textInDocument();
 }
 
 namespace JsonText {

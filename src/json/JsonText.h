@@ -24,6 +24,9 @@ public:
     int line() const { return m_line; }
     int column() const { return m_column; }
 
+    /// "PATH: message"; the message alone if there is no path.
+    QString textInDocument() const;
+
     /// "FILE:LINE:COLUMN: message" or "FILE: PATH: message"
     QString text(const QString &fileName) const;
 

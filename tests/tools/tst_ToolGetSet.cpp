@@ -44,6 +44,7 @@ private Q_SLOTS:
     void recordsThatTheModelDoesNotHavePreventTheChange();
     void newProblemsBeyondTheFirstHundredAreCounted();
     void valueThatTheFormCannotStorePreventsTheChange();
+    void objectThatIsNotSetIsSetInJson();
     void onlyTheValueChangesInXml();
     void missingTextsStayMissingInXml();
     void severalValuesAreChangedAtOnce();
@@ -640,6 +641,20 @@ void ToolGetSetTest::valueThatTheFormCannotStorePreventsTheChange()
     QCOMPARE(large.status, 3);
     QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), xml);
     QCOMPARE(m_workshop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
+}
+
+void ToolGetSetTest::objectThatIsNotSetIsSetInJson()
+{
+    const QByteArray json = R"({"TunerProperties": {"type":"SCP", "baseresource":"b", "Component": [
+  {"type":"t","name":"c","optional":true,"Node":[{"id":"n","ValueItem":[{"ValueInt":{"id":"i","value":3}}]}]}],
+ "unset": { "StartupModes": {"StartupMode": ["DF"]} } } })";
+    m_workshop->write(QStringLiteral("unset.json"), json);
+    QCOMPARE(m_workshop->run(line("set unset.json StartupModes/StartupMode Scan")).err, QString());
+    QCOMPARE(m_workshop->read(QStringLiteral("unset.json")),
+             QByteArray(json)
+                 .replace("\"baseresource\":\"b\",",
+                          "\"baseresource\":\"b\", \"StartupModes\":{\"StartupMode\":[\"Scan\"]},")
+                 .replace(",\n \"unset\": { \"StartupModes\": {\"StartupMode\": [\"DF\"]} }", ""));
 }
 
 void ToolGetSetTest::onlyTheValueChangesInXml()

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <limits>
 #include <set>
+#include <tuple>
 
 #include <jobxml/Visit.h>
 
@@ -80,10 +81,17 @@ bool concern(const std::set<QString> &paths, QString path)
         && (next->at(path.size()) == QLatin1Char('/') || next->at(path.size()) == QLatin1Char('['));
 }
 
-bool isSameStep(const Step &left, const Step &right)
+/// Some order of objects.
+struct StepsBefore
 {
-    return left.index == right.index && left.member == right.member;
-}
+    bool operator()(const QVector<Step> &left, const QVector<Step> &right) const
+    {
+        return std::lexicographical_compare(
+            left.begin(), left.end(), right.begin(), right.end(), [](const Step &one, const Step &other) {
+                return std::tie(one.index, one.member) < std::tie(other.index, other.member);
+            });
+    }
+};
 
 } // namespace
 
@@ -183,6 +191,10 @@ public:
         Edits edits(m_document.tuner);
         collect(edits);
         const ObjectEdit &edit = edits.edits();
+        inText([&] {
+            if (m_json)
+                m_json->finishStoring();
+        });
         apply(edit, m_document.tuner);
         m_isEdited = true;
         m_isRearranged = true;
@@ -220,7 +232,7 @@ public:
             return m_original;
         if (m_isRearranged)
             requireFaithful();
-        return m_xml ? editedBy(*m_xml) : editedBy(*m_json);
+        return inText([&] { return m_xml ? editedBy(*m_xml) : editedBy(*m_json); });
     }
 
     QVector<Loss> losses() const
@@ -239,7 +251,10 @@ public:
     }
 
 private:
-    QByteArray textInPlace() const { return m_xml ? m_xml->document() : m_json->document(); }
+    QByteArray textInPlace() const
+    {
+        return inText([&] { return m_xml ? m_xml->document() : m_json->document(); });
+    }
 
     /// What the edited text reads as, other than the description.
     QVector<Loss> differencesIn(const QByteArray &text) const { return m_document.lossesIn(text, m_document.form); }
@@ -359,21 +374,27 @@ private:
         m_isEdited = true;
         followBy(action);
         const QVector<Step> object = objectOf(target);
-        const bool isKnown = std::any_of(m_edited.begin(), m_edited.end(), [&](const QVector<Step> &edited) {
-            return std::equal(edited.begin(), edited.end(), object.begin(), object.end(), isSameStep);
-        });
-        if (!isKnown)
+        if (m_knownEdited.insert(object).second)
             m_edited.append(object);
     }
 
     template <class Action>
     void followBy(Action &&action)
     {
-        try {
+        inText([&] {
             if (m_xml)
                 action(*m_xml);
             else if (m_json)
                 action(*m_json);
+        });
+    }
+
+    /// The result of an operation on the text.
+    template <class Operation>
+    auto inText(Operation &&operation) const -> decltype(operation())
+    {
+        try {
+            return operation();
         } catch (const CannotEdit &exception) {
             cannotEdit(exception.why);
         }
@@ -392,6 +413,7 @@ private:
     std::unique_ptr<JsonEditor> m_json;
     QString m_reason;
     QVector<QVector<Step>> m_edited; // the objects whose text has changed
+    std::set<QVector<Step>, StepsBefore> m_knownEdited; // the same
     bool m_isEdited = false;
     bool m_isRearranged = false; // by more than values
     bool m_mayCauseProblems = false;

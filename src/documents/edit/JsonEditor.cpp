@@ -2,6 +2,7 @@
 #include "documents/edit/JsonEditor.h"
 
 #include <numeric>
+#include <optional>
 #include <utility>
 
 #include <QStringList>
@@ -33,6 +34,17 @@ QByteArray sameInJson(const QString &typed, const Json &value)
     }
 }
 
+/// Why JSON cannot hold the document, with the path from it.
+std::optional<JsonFailure> failureIn(const TunerProperties &document)
+{
+    try {
+        JsonForm::ofObject(document);
+    } catch (const JsonFailure &failure) {
+        return failure;
+    }
+    return {};
+}
+
 } // namespace
 
 JsonEditor::JsonEditor(const QByteArray &document, const TunerProperties &tuner) : m_tuner(tuner), m_text(document) { }
@@ -45,58 +57,41 @@ const Json &JsonEditor::json()
     return m_json;
 }
 
-/// The JSON of the object, in which everything that is set has a member.
-const Json &JsonEditor::objectIn(const QVector<Step> &steps)
-{
-    // An edit of an object that is not set sets it, so it would have to move out of "unset".
-    for (int depth = 0; depth < steps.size(); ++depth) {
-        const Json *const outer = JsonForm::valueAt(json(), steps.mid(0, depth));
-        const Json *const unset = outer && outer->isObject() ? outer->find(JsonForm::unsetKey) : nullptr;
-        if (unset && unset->find(steps.at(depth).member.toUtf8()))
-            throw CannotEdit{QStringLiteral("'%1' is in \"unset\"").arg(steps.at(depth).member)};
-    }
-    const Json *const object = JsonForm::valueAt(json(), steps);
-    if (!object || !object->isObject())
-        throw CannotEdit{QStringLiteral("its text has no such object")};
-    return *object;
-}
-
-void JsonEditor::apply(const Replacements &replacements)
-{
-    if (replacements.isEmpty())
-        return;
-    m_text = replaced(m_text, 0, m_text.size(), replacements);
-    m_isParsed = false;
-}
-
-void JsonEditor::change(const QVector<Step> &object, const ObjectEdit &edit, const QString &typed)
-{
-    try {
-        apply(replacementsIn(objectIn(object), *objectAt(m_tuner, object), edit, typed));
-    } catch (const JsonFailure &failure) {
-        throw CannotEdit{failure.text(edit.members.begin()->first)};
-    }
-}
-
 void JsonEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
 {
-    ObjectEdit edit;
-    edit.members[member];
-    change(object, edit, typed);
+    m_stored.at(object).members[member].typed = typed;
 }
 
 void JsonEditor::storeObject(const QVector<Step> &object, const QString &member)
 {
-    ObjectEdit edit;
-    edit.members[member].order = QVector<int>(); // of a list that was unset
-    if (const auto choice = choiceOf(*objectAt(m_tuner, object)))
-        edit.members[choice->GetName()]; // is a value of its own
-    change(object, edit);
+    m_stored.at(object).members[member].isReplaced = true;
+}
+
+void JsonEditor::finishStoring()
+{
+    if (m_stored.members.empty())
+        return;
+    follow(m_stored);
+    m_stored = ObjectEdit();
 }
 
 void JsonEditor::follow(const ObjectEdit &edit)
 {
-    change({}, edit);
+    try {
+        const Replacements replacements = replacementsIn(*JsonForm::valueAt(json(), {}), m_tuner, edit);
+        if (replacements.isEmpty())
+            return;
+        m_text = replaced(m_text, 0, m_text.size(), replacements);
+        m_isParsed = false;
+    } catch (const JsonFailure &failure) {
+        throw CannotEdit{failureIn(m_tuner).value_or(failure).textInDocument()};
+    }
+}
+
+QByteArray JsonEditor::document()
+{
+    finishStoring();
+    return m_text;
 }
 
 // --- Objects ---------------------------------------------------------------------------------------------------------
@@ -193,9 +188,8 @@ private:
     JsonEntries m_entries;
 };
 
-/// The changes of an object and of everything in it. `typed` is written for its only value if that is the same in JSON.
-Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &object, const ObjectEdit &edit,
-                                        const QString &typed) const
+/// The changes of an object and of everything in it. What was typed is written if it is the same value in JSON.
+Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &object, const ObjectEdit &edit) const
 {
     Replacements out;
     if (edit.members.empty())
@@ -248,7 +242,7 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
         Json value = JsonForm::ofMember(member);
         const Json *const old = place == JsonForm::MemberPlace::Members ? before : beforeUnset;
         Members &target = place == JsonForm::MemberPlace::Members ? members : unset;
-        const QByteArray text = sameInJson(typed, value);
+        const QByteArray text = sameInJson(found ? found->typed : QString(), value);
         if (old && JsonText::compact(*old) == JsonText::compact(value))
             return;
         if (old) {
@@ -273,12 +267,14 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
 
 QString JsonEditor::mismatchOf(const QVector<Step> &steps)
 {
-    const Json &object = objectIn(steps);
+    finishStoring();
+    const Json *const object = JsonForm::valueAt(json(), steps); // null if nothing in it is left
     QString mismatch;
     visit(*objectAt(m_tuner, steps), [&](const MemberView &member) {
         if (!mismatch.isNull() || holdsObjects(member))
             return;
-        const Json *const value = object.find(QByteArray(member.GetName().data(), member.GetName().size()));
+        const QByteArray key(member.GetName().data(), member.GetName().size());
+        const Json *const value = object && object->isObject() ? object->find(key) : nullptr;
         const QByteArray expected = member.IsSet() ? JsonText::compact(JsonForm::ofMember(member)) : QByteArray();
         const QByteArray found = value ? JsonText::compact(*value) : QByteArray();
         if (expected != found && member.GetKind() != MemberKind::Choice)

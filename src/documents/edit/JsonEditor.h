@@ -14,8 +14,11 @@
 namespace TunerDocuments {
 
 /// Changes a JSON document in place: only the bytes of the values concerned change. Used as XmlEditor is: every
-/// operation is called after the description has changed, and makes the text read as the part that it names. Throws
-/// CannotEdit if the text has no place for it.
+/// operation is called after the description has changed, and makes the text read as the part that it names.
+///
+/// Stored values and objects are collected, since reading the text again for each would take time in proportion to
+/// their number and its size. finishStoring(), document() and mismatchOf() change the text; they throw CannotEdit if
+/// JSON cannot hold a value.
 class JsonEditor
 {
 public:
@@ -29,7 +32,11 @@ public:
     /// The same for a member that holds an object.
     void storeObject(const QVector<JobXml::Step> &object, const QString &member);
 
-    /// Makes all changes of an edit, after apply() has made them to the description.
+    /// Changes the text as far as it has not followed yet. To be called before the description is changed by an edit,
+    /// which may move what has been stored.
+    void finishStoring();
+
+    /// Makes all changes of an edit, after apply() has made them to the description. Throws CannotEdit.
     void follow(const ObjectEdit &edit);
 
     /// Null if the text of the object has the values of the object, apart from the objects in it; otherwise the first
@@ -37,23 +44,20 @@ public:
     QString mismatchOf(const QVector<JobXml::Step> &object);
 
     /// The document with all changes.
-    QByteArray document() const { return m_text; }
+    QByteArray document();
 
 private:
     class Items;
     class Members;
 
     const Json &json();
-    const Json &objectIn(const QVector<JobXml::Step> &steps);
-    void change(const QVector<JobXml::Step> &object, const ObjectEdit &edit, const QString &typed = QString());
-    void apply(const Replacements &replacements);
-    Replacements replacementsIn(const Json &json, const JobXml::DataObject &object, const ObjectEdit &edit,
-                                const QString &typed = QString()) const;
+    Replacements replacementsIn(const Json &json, const JobXml::DataObject &object, const ObjectEdit &edit) const;
 
     const JobXml::TunerProperties &m_tuner;
     QByteArray m_text;
     Json m_json;
     bool m_isParsed = false;
+    ObjectEdit m_stored; // which the text does not follow yet
 };
 
 } // namespace TunerDocuments

@@ -22,6 +22,11 @@ namespace TunerDocuments {
 template <class Text>
 void arrangeItems(Text &text, const QVector<int> &before, const JobXml::MemberView &list, const MemberEdit &edit)
 {
+    if (!edit.order && edit.added.isEmpty()) {
+        for (const auto &[place, change] : edit.children)
+            text.changeItem(before.at(place), list.GetChild(place), change);
+        return;
+    }
     const QVector<int> order = edit.orderOf(before.size());
     const QVector<bool> isStaying = MemberEdit::stayingItems(order, before.size());
     QVector<bool> isLeft(before.size(), true);

@@ -40,6 +40,7 @@ struct ObjectEdit
 struct MemberEdit
 {
     std::optional<ValueState> value{}; ///< of a value
+    QString typed{}; ///< the value as the user has typed it, for the text; null if it was not typed
     std::optional<bool> flag{}; ///< of an object or a list; it stays as it is otherwise
     bool isReplaced = false; ///< an object: by a copy of `replacement`, or by a new one if that is null
     const JobXml::DataObject *replacement = nullptr;
