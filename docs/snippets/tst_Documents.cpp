@@ -88,6 +88,19 @@ QByteArray withOneBandwidth(const QByteArray &bytes, const QString &name)
 }
 //! [rearranging]
 
+//! [newProblems]
+/// Removes what fits the pattern, unless the document then has problems that it did not have: these are the result.
+QStringList removeFrom(QByteArray &bytes, const QString &name, const QString &pattern)
+{
+    Editor editor(Document::fromBytes(bytes, name), bytes, name);
+    editor.remove({pattern});
+    const Findings problems = editor.newProblems(100); // as newProblems() of the document before and after
+    if (problems.isEmpty())
+        bytes = editor.toBytes();
+    return problems.lines(name);
+}
+//! [newProblems]
+
 //! [formatted]
 /// Whether a document has the layout in which the library writes documents. Throws DocumentError if it cannot be read.
 bool hasCanonicalLayout(const QByteArray &bytes, const QString &name)
@@ -120,6 +133,7 @@ private Q_SLOTS:
     void anErrorHasItsTextAndTheNameOfTheDocument();
     void valuesAreChangedInPlace();
     void itemsAreReplacedInPlace();
+    void changesThatCauseProblemsAreRefused();
     void layoutIsThatOfTheLibrary();
     void problemsHavePathsOrPlaces();
     void formIsThatOfTheContentOrTheName();
@@ -174,6 +188,20 @@ void DocumentSnippets::itemsAreReplacedInPlace()
              QByteArray("<TunerProperties Version=\"1.1\">\n  <!-- kHz -->\n  <BandwidthSelection>\n"
                         "    <Name>Wide</Name>\n    <MaxBandwidth>20000</MaxBandwidth>\n  </BandwidthSelection>\n"
                         "</TunerProperties>\n"));
+}
+
+void DocumentSnippets::changesThatCauseProblemsAreRefused()
+{
+    const QString name = QStringLiteral("scp.xml");
+    const QByteArray before = bytesOf(example("scp.xml"));
+    QByteArray bytes = before;
+    QCOMPARE(removeFrom(bytes, name, QStringLiteral("Component[name=agc]/Node[*]")),
+             QStringList{QStringLiteral("scp.xml: Component[type=GainControl,name=agc]: Component: "
+                                        "Please set Node properly.")});
+    QCOMPARE(bytes, before);
+    QCOMPARE(removeFrom(bytes, name, QStringLiteral("Component[name=agc]")), QStringList());
+    QVERIFY(before.contains("<name>agc</name>"));
+    QVERIFY(!bytes.contains("<name>agc</name>"));
 }
 
 void DocumentSnippets::layoutIsThatOfTheLibrary()

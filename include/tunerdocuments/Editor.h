@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <limits>
 #include <memory>
 
 #include <QByteArray>
@@ -10,6 +11,7 @@
 
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/Export.h>
+#include <tunerdocuments/Finding.h>
 
 namespace TunerDocuments {
 
@@ -85,6 +87,14 @@ public:
     /// Whether the changes may have caused problems that the document did not have, see
     /// JobXml::DataObject::VisitProblems(). Not if only values were set, of objects that were set: set() checks these.
     bool mayCauseProblems() const;
+
+    /// The problems that the changes have caused, see newProblems(), with their paths. At most `most` are kept; the
+    /// others are counted. If mayCauseProblems() is false, there are none, and nothing is looked for.
+    Findings newProblems(int most = std::numeric_limits<int>::max()) const;
+
+    /// The document without the changes, read again from its bytes: for findDifferences(), which lists what the changes
+    /// are.
+    Document original() const;
 
     /// Whether the document is edited in place.
     bool isInPlace() const;

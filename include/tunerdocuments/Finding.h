@@ -160,4 +160,16 @@ private:
     QHash<QString, QString> m_refused; // the names that readers have refused, by their members
 };
 
+/// The problems of a changed document (JobXml::DataObject::VisitProblems()) that the original did not have, with their
+/// paths. At most `most` are kept; the others are counted.
+///
+/// An object may have another name or position after the change, and still has its problems. So a problem is not new if
+/// the original has a problem with the same message at the same path. Of the others, which have the same message and
+/// the same member in objects of the same kind, only as many are new as there are more of them than in the original:
+/// the last of them are taken for those that were there. A problem that is solved at one place and caused at another
+/// one is not new.
+TUNERDOCUMENTS_EXPORT Findings newProblems(const JobXml::TunerProperties &original,
+                                           const JobXml::TunerProperties &changed,
+                                           int most = std::numeric_limits<int>::max());
+
 } // namespace TunerDocuments

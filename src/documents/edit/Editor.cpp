@@ -222,6 +222,22 @@ public:
         });
     }
 
+    Findings newProblems(int most) const
+    {
+        if (!m_mayCauseProblems)
+            return Findings(most);
+        Findings all(0);
+        m_document.tuner.VisitProblems([&](const Problem &problem) { all.add(problem); });
+        return all.isEmpty() ? Findings(most) // and the original needs no look
+                             : TunerDocuments::newProblems(original().tuner, m_document.tuner, most);
+    }
+
+    /// The bytes were read before, so nothing limits how far they expand.
+    Document original() const
+    {
+        return Document::fromBytes(m_original, m_name, {m_document.form, std::numeric_limits<int>::max()});
+    }
+
     QByteArray toBytes() const
     {
         if (!m_reason.isNull())
@@ -240,7 +256,7 @@ public:
         if (isInPlace())
             return m_isRearranged ? differencesIn(textInPlace()) : QVector<Loss>();
         // First, while there are no losses yet, of which there may be two for every four bytes.
-        const bool losesUnknownContent = hasUnknownContent({m_document.form, std::numeric_limits<int>::max()});
+        const bool losesUnknownContent = hasUnknownContent();
         QVector<Loss> result = m_document.lossesIn(m_document.toBytes(m_document.form, m_name), m_document.form);
         if (losesUnknownContent)
             result.append({QString(), QString(), QString(),
@@ -291,16 +307,16 @@ private:
     }
 
     /// Whether writing the document unchanged would lose something that the description does not have.
-    bool hasUnknownContent(const LoadOptions &options) const
+    bool hasUnknownContent() const
     {
         if (m_document.form == Form::Json || m_document.form == Form::Snapshot)
             return false; // their readers refuse it
-        const Document original = Document::fromBytes(m_original, m_name, options);
+        const Document before = original();
         if (m_document.form == Form::Xml)
-            return original.toBytes(Form::Xml, m_name) != m_original;
-        const QByteArray written = original.toBytes(Form::Tagged, m_name);
+            return before.toBytes(Form::Xml, m_name) != m_original;
+        const QByteArray written = before.toBytes(Form::Tagged, m_name);
         qint64 losses = 0;
-        original.lossesIn(written, Form::Tagged, 0, &losses); // which are counted, not kept
+        before.lossesIn(written, Form::Tagged, 0, &losses); // which are counted, not kept
         if (losses != 0)
             return false; // the size differs for that reason, which is listed
         // A null text may have become an empty one, of the same size.
@@ -469,6 +485,16 @@ bool Editor::isChanged() const
 bool Editor::mayCauseProblems() const
 {
     return d->mayCauseProblems();
+}
+
+Findings Editor::newProblems(int most) const
+{
+    return d->newProblems(most);
+}
+
+Document Editor::original() const
+{
+    return d->original();
 }
 
 bool Editor::isInPlace() const

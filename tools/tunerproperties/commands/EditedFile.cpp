@@ -3,13 +3,8 @@
 
 #include <algorithm>
 
-#include <QCryptographicHash>
-#include <QHash>
-#include <QSet>
-
 #include <tunerdocuments/Diff.h>
 #include <tunerdocuments/Finding.h>
-#include <tunerdocuments/Path.h>
 
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
@@ -21,92 +16,22 @@ using namespace JobXml;
 
 namespace {
 
-/// The first messages, and the number of all.
-struct Messages
-{
-    void add(const QString &text)
-    {
-        if (texts.size() < Options::usualProblemCount)
-            texts.append(text);
-        ++count;
-    }
-
-    void print(const QString &file) const
-    {
-        for (const QString &text : texts)
-            Console::printError(file + QStringLiteral(": ") + text);
-        if (count > texts.size())
-            Console::printError(file + QStringLiteral(": ") + countText(count, texts.size()));
-    }
-
-    QStringList texts;
-    qint64 count = 0;
-};
-
-/// A problem for counting. It is a digest, since a document may have a problem for every few bytes.
-QByteArray digestOf(const Problem &problem, const QStringList &place)
-{
-    const QString text = problem.message + QLatin1Char('/') + place.join(QLatin1Char('/'));
-    return QCryptographicHash::hash(text.toUtf8(), QCryptographicHash::Sha256);
-}
-
-/// Which problem it is, wherever the changes have moved its object.
-QByteArray kindOf(const Problem &problem)
-{
-    QStringList members;
-    for (const Step &step : problem.steps)
-        members.append(step.member);
-    return digestOf(problem, members);
-}
-
-/// The problem at its place, unless its object has another name or position now.
-QByteArray placeOf(const Problem &problem)
-{
-    return digestOf(problem, problem.path);
-}
-
 /// Whether the document has a problem. Not texts that XML cannot carry: its writer reports these.
 bool hasProblem(const TunerProperties &document)
 {
-    bool isAny = false;
-    document.VisitProblems([&](const Problem &problem) { isAny = isAny || !problem.xmlOnly; });
-    return isAny;
+    Findings findings(0);
+    document.VisitProblems(findings.collector());
+    return !findings.isEmpty();
 }
 
-/// The problems that the changed document has, and the original did not have.
-Messages newProblems(const TunerProperties &original, const TunerProperties &changed)
+/// The first losses, and the number of all.
+void printLosses(const QVector<Loss> &losses, const QString &file, const QString &start)
 {
-    QHash<QByteArray, int> further; // of each kind
-    QSet<QByteArray> known;
-    changed.VisitProblems([&](const Problem &problem) {
-        if (!problem.xmlOnly)
-            ++further[kindOf(problem)];
-    });
-    original.VisitProblems([&](const Problem &problem) {
-        --further[kindOf(problem)];
-        known.insert(placeOf(problem));
-    });
-    Messages messages;
-    Paths::Texts paths(changed);
-    changed.VisitProblems([&](const Problem &problem) {
-        const auto left = further.find(kindOf(problem));
-        if (problem.xmlOnly || left == further.end() || *left <= 0 || known.contains(placeOf(problem)))
-            return;
-        --*left;
-        const bool isListed = messages.count < Options::usualProblemCount;
-        const Finding finding = isListed ? findingOf(problem) : Finding();
-        const QString path = isListed ? paths.of(finding.steps) : QString();
-        messages.add((path.isEmpty() ? path : path + QStringLiteral(": ")) + finding.explained());
-    });
-    return messages;
-}
-
-Messages textsOf(const QVector<Loss> &losses, const QString &start)
-{
-    Messages messages;
-    for (const Loss &loss : losses)
-        messages.add(start + loss.text());
-    return messages;
+    const int listed = std::min(losses.size(), Options::usualProblemCount);
+    for (int i = 0; i < listed; ++i)
+        Console::printError(file + QStringLiteral(": ") + start + losses.at(i).text());
+    if (losses.size() > listed)
+        Console::printError(file + QStringLiteral(": ") + countText(losses.size(), listed));
 }
 
 QString inexactly()
@@ -149,7 +74,7 @@ const Option &EditedFile::rewrite()
 }
 
 EditedFile::EditedFile(const FileName &name, const Invocation &invocation, const LoadOptions &loading)
-    : m_invocation(invocation), m_loading(loading), m_input(name),
+    : m_invocation(invocation), m_input(name),
       m_editor(loadDocumentWithBytes(m_input, loading, m_bytes), m_bytes, m_input.shownName())
 {
     if (invocation.isSet(rewrite()))
@@ -169,7 +94,7 @@ ExitStatus EditedFile::fail(const QString &why) const
 
 ExitStatus EditedFile::finish(const FileName &target)
 {
-    if (m_editor.mayCauseProblems() && !m_invocation.isSet(noValidate()) && hasNewProblems())
+    if (!m_invocation.isSet(noValidate()) && hasNewProblems())
         return ExitStatus::Problems;
     return finishUnchecked(target);
 }
@@ -205,27 +130,18 @@ ExitStatus EditedFile::write(const FileName &target)
     return ExitStatus::Ok;
 }
 
-Document EditedFile::original() const
-{
-    LoadOptions loading = m_loading;
-    loading.form = m_editor.document().form;
-    return Document::fromBytes(m_bytes, shownName(), loading);
-}
-
 bool EditedFile::hasNewProblems() const
 {
-    if (!hasProblem(tuner()))
-        return false; // and the original needs no look
-    const Messages messages = newProblems(original().tuner, tuner());
-    messages.print(shownName());
-    return messages.count > 0;
+    const Findings problems = m_editor.newProblems(Options::usualProblemCount);
+    Console::printErrors(problems.lines(shownName()));
+    return !problems.isEmpty();
 }
 
 /// Lists what would be lost. In place, that is only what the form cannot hold of the changes.
 bool EditedFile::mayBeWritten() const
 {
     const QVector<Loss> losses = m_editor.losses();
-    textsOf(losses, m_editor.isInPlace() ? inexactly() : QString()).print(shownName());
+    printLosses(losses, shownName(), m_editor.isInPlace() ? inexactly() : QString());
     if (losses.isEmpty() || m_editor.isInPlace() || m_invocation.isSet(rewrite()))
         return true;
     fail(QStringLiteral("nothing was written; use %1 to write the document with these losses").arg(rewrite().typed()));
@@ -238,14 +154,14 @@ QByteArray EditedFile::bytesFor(Form form, const QString &name) const
     Document document(tuner(), form);
     document.tuner.SetValidate(!hasProblem(tuner()) && tuner().HasData());
     QByteArray bytes = document.toBytes(form, name);
-    textsOf(document.lossesIn(bytes, form), inexactly()).print(name);
+    printLosses(document.lossesIn(bytes, form), name, inexactly());
     return bytes;
 }
 
 ExitStatus EditedFile::showDifferences() const
 {
     BufferedOutput output;
-    findDifferences(original().tuner, tuner(), [&](const Difference &difference) {
+    findDifferences(m_editor.original().tuner, tuner(), [&](const Difference &difference) {
         output.write(Printable::onOneLine(difference.text()).toUtf8() + '\n');
     });
     output.flush();

@@ -48,7 +48,6 @@ public:
     ExitStatus finishUnchecked(const FileName &target = {});
 
 private:
-    TunerDocuments::Document original() const;
     bool hasNewProblems() const;
     bool mayBeWritten() const;
     QByteArray bytesFor(TunerDocuments::Form form, const QString &name) const;
@@ -57,7 +56,6 @@ private:
     ExitStatus write(const FileName &target);
 
     const Invocation &m_invocation;
-    const TunerDocuments::LoadOptions m_loading;
     Input m_input;
     QByteArray m_bytes;
     TunerDocuments::Editor m_editor;
