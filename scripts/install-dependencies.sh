@@ -30,7 +30,7 @@ ci_packages=(
     shellcheck
     git # for the tests: merges documents by the tool
     groff man-db zsh fish # for the tests: the manual page, and the completions in their shells
-    python3-jsonschema # for the tests: checks documents as JSON against their schema
+    python3-jsonschema # for the tests: checks documents as JSON, and SARIF, against their schemas
 )
 bench_packages=(
     libbenchmark-dev valgrind

@@ -2,6 +2,7 @@
 //
 // The examples of the library for documents: the manual shows the marked parts, and the tests check their results.
 
+#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -18,6 +19,7 @@
 #include <tunerdocuments/Lint.h>
 #include <tunerdocuments/NewDocument.h>
 #include <tunerdocuments/Path.h>
+#include <tunerdocuments/Sarif.h>
 #include <tunerdocuments/Schema.h>
 #include <tunerdocuments/Tree.h>
 #include <tunerdocuments/Value.h>
@@ -122,6 +124,32 @@ QByteArray bytesOf(const QString &path)
     return file.readAll();
 }
 
+//! [Writer]
+/// Writes the problems of documents and the warnings about them in SARIF, piece by piece.
+void report(const QStringList &paths, QIODevice &output)
+{
+    Sarif::Writer writer(QStringLiteral("checker"), QStringLiteral("2.4"),
+                         [&](const QByteArray &piece) { output.write(piece); });
+    for (const QString &path : paths) {
+        Sarif::Part part(QFile::encodeName(path));
+        try {
+            Findings findings(100);
+            const QByteArray bytes = bytesOf(path);
+            const Document document = Document::fromBytes(bytes, path, {}, findings.collector());
+            findings.describePaths(document.tuner);
+            lint(document, bytes, findings);
+            part.add(findings);
+        } catch (const InvalidContent &content) { // JSON that is not a document
+            part.add(content.problems());
+        } catch (const DocumentError &error) {
+            part.addFailure(error.text());
+        }
+        writer.add(part);
+    }
+    writer.finish();
+}
+//! [Writer]
+
 } // namespace
 
 class DocumentSnippets : public QObject
@@ -141,6 +169,8 @@ private Q_SLOTS:
     void textsBecomeValuesOfAMember();
     void differencesAreListed();
     void partOfADocumentIsJson();
+    void problemIsJson();
+    void findingsAreSarif();
     void treeIsPassedLineByLine();
     void pageIsWrittenPieceByPiece();
     void differencesAreAPage();
@@ -305,6 +335,31 @@ void DocumentSnippets::partOfADocumentIsJson()
     const QByteArray json = toJson(component, QStringLiteral("agc")); // {"type": "GainControl", "name": "agc", ...
     //! [toJson]
     QVERIFY2(json.startsWith("{\n  \"type\": \"GainControl\",\n  \"name\": \"agc\","), json.constData());
+}
+
+void DocumentSnippets::problemIsJson()
+{
+    Findings findings;
+    Document::fromBytes(bytesOf(example("scp.xml")).replace("type=\"SCP\"", "type=\"SCP\" hwProcessing=\"\""),
+                        QStringLiteral("scp.xml"), {}, findings.collector());
+    QByteArrayList lines;
+    //! [problemToJson]
+    for (const Finding &problem : findings.listed())
+        lines.append(problemToJson(problem)); // {"path":null,"line":6,"column":43,"message":"Please set a value ...
+    //! [problemToJson]
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines[0].startsWith(R"({"path":null,"line":6,"column":43,"message":"Please set a value )"),
+             lines[0].constData());
+}
+
+void DocumentSnippets::findingsAreSarif()
+{
+    QBuffer sarif;
+    QVERIFY(sarif.open(QIODevice::WriteOnly));
+    report({example("ffp.xml"), example("scp.xml")}, sarif);
+    QCOMPARE(sarif.data().count("\"ruleId\":"), 1);
+    QVERIFY(sarif.data().contains("/ffp.xml\"},\"region\":{\"startLine\":105,\"startColumn\":45}"));
+    QVERIFY(sarif.data().endsWith("\"executionSuccessful\":true,\"toolExecutionNotifications\":[]}]}]}\n"));
 }
 
 void DocumentSnippets::treeIsPassedLineByLine()

@@ -56,6 +56,9 @@ struct TUNERDOCUMENTS_EXPORT Finding
     /// "FILE:LINE:COLUMN: PATH: ", without what is not known, and explained(). A warning has the path of the member and
     /// ends with its rule: "FILE:LINE:COLUMN: PATH/MEMBER: message; suggestion [rule]", or "[error: rule]".
     QString text(const QString &fileName) const;
+
+    /// "error" for problems, and for warnings with isError; "warning" for other warnings.
+    QString level() const;
 };
 
 /// A problem with its message shortened if it is long, and with the explanation as far as the document is not required

@@ -10,6 +10,8 @@
 
 namespace TunerDocuments {
 
+struct Finding;
+
 /// \name Parts of a document as JSON
 /// An object of the model, or the value of a member, as it is in a document; indented, with a line feed at the end. The
 /// manual's page on JSON describes the mapping. Changes and checks nothing. Throws DocumentError for a text that JSON
@@ -19,6 +21,17 @@ namespace TunerDocuments {
 /// @{
 TUNERDOCUMENTS_EXPORT QByteArray toJson(const JobXml::DataObject &object, const QString &name);
 TUNERDOCUMENTS_EXPORT QByteArray toJson(const JobXml::MemberView &member, const QString &name);
+/// @}
+
+/// \name Findings as JSON
+/// An object in JSON on one line, without a line feed: "path", "line", "column", "message", "value", "choices" and
+/// "suggestion". What is not known is null. Characters that are not printable are `\u` escapes.
+/// @{
+/// A problem or a warning, also with "rule", which is null for a problem, and "level". The path of a warning is that of
+/// its member, Finding::place().
+TUNERDOCUMENTS_EXPORT QByteArray toJson(const Finding &finding);
+/// A problem among problems, which have neither rule nor different levels. The path is that of the object.
+TUNERDOCUMENTS_EXPORT QByteArray problemToJson(const Finding &problem);
 /// @}
 
 } // namespace TunerDocuments

@@ -43,7 +43,7 @@ LAYERS = [
     Layer("src/documents/format",
           ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/json", "src/documents/values",
            "src/documents/xml"]),
-    Layer("src/documents/findings", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/findings", ["include/jobxml", "include/tunerdocuments", "src/text", "src/json"]),
     Layer("src/documents/lint",
           ["include/reportbase", "include/jobxml", "include/tunerdocuments", "src/text", "src/json", "src/documents/json",
            "src/documents/xml"]),

@@ -77,6 +77,11 @@ QString Finding::text(const QString &fileName) const
         + explained() + end;
 }
 
+QString Finding::level() const
+{
+    return kind == Kind::Problem || isError ? QStringLiteral("error") : QStringLiteral("warning");
+}
+
 bool KeptItems::contain(const Problem &problem)
 {
     const ModelMember *const member = memberOf(problem.steps, problem.member);

@@ -7,14 +7,14 @@
 #include <new>
 #include <numeric>
 #include <optional>
-#include <utility>
+
+#include <tunerdocuments/Json.h>
 
 #include "batch/InOrder.h"
 #include "batch/OutcomeJson.h"
 #include "batch/Progress.h"
 #include "console/Interruption.h"
 #include "text/Printable.h"
-#include "json/JsonText.h"
 
 namespace {
 
@@ -66,16 +66,14 @@ struct Batch::Result
     FileStatus status;
     QByteArray lines{};
     QStringList errors{};
-    QByteArrayList atEnd{};
+    std::optional<TunerDocuments::Sarif::Part> sarif{};
 
     static std::int64_t size(const Result &result)
     {
         constexpr std::int64_t characterSize = 2;
-        std::int64_t sum = result.lines.size();
+        std::int64_t sum = result.lines.size() + (result.sarif ? result.sarif->size() : 0);
         for (const QString &text : result.errors)
             sum += characterSize * text.size();
-        for (const QByteArray &text : result.atEnd)
-            sum += text.size();
         return sum;
     }
 };
@@ -102,6 +100,15 @@ QStringList lossLines(const Outcome &outcome)
         lines.append(
             file + QStringLiteral("%1 losses; only the first %2 are listed").arg(outcome.lossCount).arg(lines.size()));
     return lines;
+}
+
+TunerDocuments::Sarif::Part sarifOf(const Outcome &outcome)
+{
+    TunerDocuments::Sarif::Part part(outcome.file.bytes());
+    if (!outcome.error.isNull())
+        part.addFailure(outcome.error);
+    part.add(outcome.findings, howToListMore);
+    return part;
 }
 
 QString statusWord(FileStatus status, const Batch &batch)
@@ -137,41 +144,39 @@ ExitStatus exitStatus(FileStatus status, const Batch &batch)
 
 } // namespace
 
-Json Batch::json(const Outcome &outcome) const
+JsonLine Batch::json(const Outcome &outcome) const
 {
-    Json json = Json::emptyObject();
-    OutcomeJson::insertName(json, "file", outcome.file);
+    JsonLine line;
+    OutcomeJson::addName(line, "file", outcome.file);
     if (!outcome.output.isEmpty())
-        OutcomeJson::insertName(json, "output", outcome.output);
-    json.insert("status", statusWord(outcome.status, *this).toUtf8());
-    return json;
+        OutcomeJson::addName(line, "output", outcome.output);
+    line.add("status", statusWord(outcome.status, *this).toUtf8());
+    return line;
 }
 
 QByteArray Batch::lineOf(const Outcome &outcome) const
 {
-    Json line = json(outcome);
-    Json problems = Json::emptyList();
+    JsonLine line = json(outcome);
+    QByteArrayList problems;
     for (const TunerDocuments::Finding &finding : outcome.findings.listed())
-        problems.append(OutcomeJson::problem(finding));
-    line.insert("problems", std::move(problems));
-    line.insert("problemCount", outcome.findings.count());
+        problems.append(problemToJson(finding));
+    line.addList("problems", problems);
+    line.add("problemCount", outcome.findings.count());
     if (!outcome.output.isEmpty()) {
         Json losses = Json::emptyList();
         for (const TunerDocuments::Loss &loss : outcome.losses)
             losses.append(lossJson(loss));
-        line.insert("losses", std::move(losses));
-        line.insert("lossCount", outcome.lossCount);
+        line.add("losses", losses);
+        line.add("lossCount", outcome.lossCount);
     }
     if (outcome.warningCount >= 0)
-        line.insert("warnings", outcome.warningCount);
+        line.add("warnings", outcome.warningCount);
     if (listsWarnings) {
-        line.insert("warnings", outcome.findings.warningCount());
-        Json &warnings = line.insert("findings", Json::emptyList());
-        for (const TunerDocuments::Finding &finding : outcome.findings.warnings())
-            warnings.append(OutcomeJson::finding(finding));
+        line.add("warnings", outcome.findings.warningCount());
+        OutcomeJson::addFindings(line, outcome.findings.warnings());
     }
-    line.insert("error", OutcomeJson::textOrNull(outcome.error));
-    return JsonText::compact(line);
+    OutcomeJson::addError(line, outcome.error);
+    return line.text();
 }
 
 ExitStatus Batch::run(const QVector<FileName> &files)
@@ -250,13 +255,14 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
         result.errors.append(outcome.note);
     if (!m_settings.quiet && !m_settings.json)
         result.errors += lossLines(outcome);
-    if (m_settings.json) {
-        result.lines = compose ? compose(outcome) : lineOf(outcome) + '\n';
-        if (!composeForEnd)
-            return result;
-        result.atEnd = composeForEnd(outcome);
+    if (sarif) {
+        result.sarif = sarifOf(outcome);
         if (!outcome.error.isNull())
             result.errors.append(outcome.error);
+        return result;
+    }
+    if (m_settings.json) {
+        result.lines = compose ? compose(outcome) : lineOf(outcome) + '\n';
         return result;
     }
     if (!m_settings.quiet && outcome.status == FileStatus::Changed)
@@ -272,12 +278,13 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
     return result;
 }
 
-void Batch::write(const Result &result)
+void Batch::write(const Result &result) const
 {
-    if (!result.lines.isEmpty())
-        Console::write(std::exchange(m_hasWritten, true) ? separator + result.lines : result.lines);
+    if (result.sarif)
+        sarif->add(*result.sarif);
+    else if (!result.lines.isEmpty())
+        Console::write(result.lines);
     Console::printErrors(result.errors);
-    atEnd += result.atEnd;
 }
 
 /// ": 1 valid, 2 with problems; 'lint' has 3 warnings", or an empty text if no file is done.

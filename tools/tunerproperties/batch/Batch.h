@@ -3,16 +3,17 @@
 
 #include <functional>
 
-#include <QByteArrayList>
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Sarif.h>
 
+#include "batch/JsonLine.h"
 #include "console/Console.h"
 #include "files/FileName.h"
-#include "json/Json.h"
 
 /// What the user of a command with that option can do if not all problems are listed.
 inline const QLatin1String howToListMore("; use --max-problems to list more"); // clang knows no constant strlen()
@@ -78,13 +79,10 @@ public:
     /// Composes what is written to standard output about a file, in place of the usual JSON. Called from several
     /// threads at once.
     std::function<QByteArray(const Outcome &)> compose;
-    /// Between two of these texts that are not empty.
-    QByteArray separator;
 
-    /// For one text about all files: composes what its end says about a file, and run() adds that to `atEnd` in the
-    /// order of the files. Errors are then written to standard error. Called from several threads at once.
-    std::function<QByteArrayList(const Outcome &)> composeForEnd;
-    QByteArrayList atEnd;
+    /// Receives the result of each file instead of standard output, in the order of the files, unless null. Errors are
+    /// also written to standard error.
+    TunerDocuments::Sarif::Writer *sarif = nullptr;
 
     /// The names of the output files, one per input file, or none.
     QVector<FileName> outputs;
@@ -103,7 +101,7 @@ public:
     ExitStatus run(const QVector<FileName> &files);
 
     /// "file" and "status" of the JSON about a file, to which compose() adds others.
-    Json json(const Outcome &outcome) const;
+    JsonLine json(const Outcome &outcome) const;
 
     /// "'lint' has 3 warnings"; null if there are none.
     static QString warningNote(qint64 count);
@@ -116,9 +114,8 @@ private:
     Outcome workOn(const FileName &file, int index, Tally &tally) const;
     Result resultOf(const Outcome &outcome) const;
     QByteArray lineOf(const Outcome &outcome) const;
-    void write(const Result &result);
+    void write(const Result &result) const;
     QString summary(const Tally &tally) const;
 
     const BatchSettings m_settings;
-    bool m_hasWritten = false;
 };

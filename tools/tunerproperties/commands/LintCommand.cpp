@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <tunerdocuments/Lint.h>
+#include <tunerdocuments/Sarif.h>
 
 #include "batch/Batch.h"
 #include "batch/OutcomeJson.h"
 #include "commands/Commands.h"
+#include "commands/HelpText.h"
 #include "commands/Options.h"
-#include "commands/Sarif.h"
 #include "files/DocumentFile.h"
 #include "text/TextLayout.h"
-#include "json/JsonText.h"
 
 using namespace TunerDocuments;
 
@@ -78,27 +78,22 @@ void listRules(bool asJson)
         return;
     }
     for (const LintRule &rule : lintRules()) {
-        Json json = Json::emptyObject();
-        json.insert("rule", rule.name.toUtf8());
-        json.insert("finds", rule.finds.toUtf8());
-        json.insert("why", rule.why.toUtf8());
-        Console::write(JsonText::compact(json) + '\n');
+        JsonLine line;
+        line.add("rule", rule.name.toUtf8());
+        line.add("finds", rule.finds.toUtf8());
+        line.add("why", rule.why.toUtf8());
+        Console::write(line.text() + '\n');
     }
 }
 
 QByteArray jsonLine(const Batch &batch, const Outcome &outcome)
 {
-    Json json = batch.json(outcome);
-    Json findings = Json::emptyList();
-    for (const QVector<Finding> &some : {outcome.findings.listed(), outcome.findings.warnings()}) {
-        for (const Finding &finding : some)
-            findings.append(OutcomeJson::finding(finding));
-    }
-    json.insert("findings", std::move(findings));
-    json.insert("problemCount", outcome.findings.count());
-    json.insert("warningCount", outcome.findings.warningCount());
-    json.insert("error", OutcomeJson::textOrNull(outcome.error));
-    return JsonText::compact(json) + '\n';
+    JsonLine line = batch.json(outcome);
+    OutcomeJson::addFindings(line, outcome.findings.listed() + outcome.findings.warnings());
+    line.add("problemCount", outcome.findings.count());
+    line.add("warningCount", outcome.findings.warningCount());
+    OutcomeJson::addError(line, outcome.error);
+    return line.text() + '\n';
 }
 
 ExitStatus lintFiles(const Invocation &invocation, const QString &format)
@@ -132,12 +127,10 @@ ExitStatus lintFiles(const Invocation &invocation, const QString &format)
     if (format != sarifFormat)
         return batch.run(files);
 
-    batch.compose = Sarif::results;
-    batch.composeForEnd = Sarif::notifications;
-    batch.separator = ",";
-    Console::write(Sarif::begin());
+    Sarif::Writer writer(HelpText::program(), QStringLiteral(TOOL_VERSION), Console::write);
+    batch.sarif = &writer;
     const ExitStatus status = batch.run(files);
-    Console::write(Sarif::end(status, batch.atEnd));
+    writer.finish();
     return status;
 }
 
