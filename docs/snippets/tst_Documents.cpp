@@ -111,6 +111,34 @@ bool hasCanonicalLayout(const QByteArray &bytes, const QString &name)
 }
 //! [formatted]
 
+//! [assignmentIn]
+/// Makes changes that a user has typed: "Component[name=front end]/optional=true".
+void change(Editor &editor, const QStringList &lines)
+{
+    for (const QString &line : lines) {
+        const std::optional<Paths::Assignment> assignment = Paths::assignmentIn(line);
+        if (!assignment)
+            throw PathFailure(QStringLiteral("'%1' has no value").arg(line));
+        editor.set(assignment->path, assignment->value);
+    }
+}
+//! [assignmentIn]
+
+//! [onOneLine]
+/// A table of what a pattern matches: a path and its value on each line, with a tab in between; objects are JSON.
+QByteArray tableOf(const Document &document, const QString &pattern)
+{
+    QByteArray table;
+    for (const Paths::Target &target : Paths::findAll(document.tuner, Path::parse(pattern))) {
+        const QByteArray value = target.holdsObjects()
+            ? toJson(target, QStringLiteral("table"), JsonLayout::OneLine)
+            : TypedValue::onOneLine(TypedValue::print(target.member.GetValue())).toUtf8();
+        table += TypedValue::onOneLine(target.path).toUtf8() + '\t' + value + '\n';
+    }
+    return table;
+}
+//! [onOneLine]
+
 QString example(const char *name)
 {
     return QStringLiteral(EXAMPLES_DIR "/") + QLatin1String(name);
@@ -162,6 +190,7 @@ private Q_SLOTS:
     void valuesAreChangedInPlace();
     void itemsAreReplacedInPlace();
     void changesThatCauseProblemsAreRefused();
+    void typedAssignmentsAreMade();
     void layoutIsThatOfTheLibrary();
     void problemsHavePathsOrPlaces();
     void formIsThatOfTheContentOrTheName();
@@ -170,6 +199,7 @@ private Q_SLOTS:
     void differencesAreListed();
     void partOfADocumentIsJson();
     void problemIsJson();
+    void placesOfAPatternAreATable();
     void findingsAreSarif();
     void treeIsPassedLineByLine();
     void pageIsWrittenPieceByPiece();
@@ -232,6 +262,17 @@ void DocumentSnippets::changesThatCauseProblemsAreRefused()
     QCOMPARE(removeFrom(bytes, name, QStringLiteral("Component[name=agc]")), QStringList());
     QVERIFY(before.contains("<name>agc</name>"));
     QVERIFY(!bytes.contains("<name>agc</name>"));
+}
+
+void DocumentSnippets::typedAssignmentsAreMade()
+{
+    const QString name = QStringLiteral("scp.xml");
+    const QByteArray bytes = bytesOf(example("scp.xml"));
+    Editor editor(Document::fromBytes(bytes, name), bytes, name);
+    change(editor, {QStringLiteral("Component[name=agc]/optional=true"), QStringLiteral("quantity=2")});
+    QVERIFY(editor.document().tuner.GetComponent().at(1).Getoptional());
+    QCOMPARE(editor.document().tuner.Getquantity(), 2);
+    QVERIFY_EXCEPTION_THROWN(change(editor, {QStringLiteral("quantity")}), PathFailure);
 }
 
 void DocumentSnippets::layoutIsThatOfTheLibrary()
@@ -350,6 +391,19 @@ void DocumentSnippets::problemIsJson()
     QCOMPARE(lines.size(), 1);
     QVERIFY2(lines[0].startsWith(R"({"path":null,"line":6,"column":43,"message":"Please set a value )"),
              lines[0].constData());
+}
+
+void DocumentSnippets::placesOfAPatternAreATable()
+{
+    Document scp = Document::load(example("scp.xml"));
+    QCOMPARE(tableOf(scp, QStringLiteral("Component[*]/name")),
+             QByteArray("Component[type=Demodulator,name=demodulator]/name\tdemodulator\n"
+                        "Component[type=GainControl,name=agc]/name\tagc\n"
+                        "Component[type=AudioOutput,name=audio]/name\taudio\n"));
+    scp.tuner.SetStartupModes(JobXml::StartupModes());
+    scp.tuner.Setname(QStringLiteral("two\nlines"));
+    QCOMPARE(tableOf(scp, QStringLiteral("name")), QByteArray("name\ttwo\\nlines\n"));
+    QCOMPARE(tableOf(scp, QStringLiteral("StartupModes")), QByteArray("StartupModes\t{}\n"));
 }
 
 void DocumentSnippets::findingsAreSarif()

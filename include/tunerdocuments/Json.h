@@ -12,15 +12,29 @@ namespace TunerDocuments {
 
 struct Finding;
 
+namespace Paths {
+struct Target;
+}
+
+/// How JSON is laid out.
+enum class JsonLayout {
+    Indented, ///< as in documents, with a line feed at the end
+    OneLine, ///< without blanks, line ends and a line feed at the end
+};
+
 /// \name Parts of a document as JSON
-/// An object of the model, or the value of a member, as it is in a document; indented, with a line feed at the end. The
-/// manual's page on JSON describes the mapping. Changes and checks nothing. Throws DocumentError for a text that JSON
-/// cannot represent; its message begins with `name`.
+/// An object of the model, the value of a member, or the item or member at the end of a path, as it is in a document.
+/// The manual's page on JSON describes the mapping. Changes and checks nothing. Throws DocumentError for a text that
+/// JSON cannot represent; its message begins with `name`.
 ///
 /// For whole documents see Document.
 /// @{
-TUNERDOCUMENTS_EXPORT QByteArray toJson(const JobXml::DataObject &object, const QString &name);
-TUNERDOCUMENTS_EXPORT QByteArray toJson(const JobXml::MemberView &member, const QString &name);
+TUNERDOCUMENTS_EXPORT QByteArray toJson(const JobXml::DataObject &object, const QString &name,
+                                        JsonLayout layout = JsonLayout::Indented);
+TUNERDOCUMENTS_EXPORT QByteArray toJson(const JobXml::MemberView &member, const QString &name,
+                                        JsonLayout layout = JsonLayout::Indented);
+TUNERDOCUMENTS_EXPORT QByteArray toJson(const Paths::Target &target, const QString &name,
+                                        JsonLayout layout = JsonLayout::Indented);
 /// @}
 
 /// \name Findings as JSON

@@ -112,6 +112,17 @@ TUNERDOCUMENTS_EXPORT QString identityOf(const JobXml::DataObject &object);
 /// "unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?"
 TUNERDOCUMENTS_EXPORT QString unknownMember(const QString &name, const QString &className, const QStringList &known);
 
+/// A member and its new value, as users write both: `Component[name=Pre]/optional=true`.
+struct Assignment
+{
+    QString path; ///< of the member
+    QString value; ///< as TypedValue::parse() reads it; empty if nothing is after the `=`
+};
+
+/// The parts of an assignment: its first `=` outside of brackets ends the path. No value if there is none, as in a path
+/// alone. The path is not checked.
+TUNERDOCUMENTS_EXPORT std::optional<Assignment> assignmentIn(const QString &text);
+
 /// The result of a path.
 struct TUNERDOCUMENTS_EXPORT Target
 {
@@ -121,6 +132,10 @@ struct TUNERDOCUMENTS_EXPORT Target
 
     /// Whether it is an item of a list, and not the list as a whole.
     bool isItem() const { return steps.last().index >= 0; }
+
+    /// Whether it is an object or a list of objects, which toJson() writes, and not a value, which TypedValue::print()
+    /// writes.
+    bool holdsObjects() const;
 };
 
 /// Finds every member that a pattern matches, in the order of the document. Every step selects all that it fits: a list

@@ -35,6 +35,10 @@ TUNERDOCUMENTS_EXPORT QVariant parse(const JobXml::MemberView &member, const QSt
 /// value of an enumeration.
 TUNERDOCUMENTS_EXPORT QString print(const QVariant &value);
 
+/// A text on one line, for tables with a tab between two cells: line ends, tabs and other characters that are not
+/// printable are the escapes `\n`, `\r`, `\t` and `\uXXXX`, and a backslash is `\\`.
+TUNERDOCUMENTS_EXPORT QString onOneLine(const QString &text);
+
 } // namespace TypedValue
 
 /// Values as text on one line, for people.

@@ -20,6 +20,8 @@ private Q_SLOTS:
     void pathGoesOnByOneStep();
     void assignmentGoesOnToItsValue_data();
     void assignmentGoesOnToItsValue();
+    void assignmentHasAPathAndAValue_data();
+    void assignmentHasAPathAndAValue();
     void everyListedPathIsReachedStepByStep();
     void manyObjectsBelowAStepAreNotListed();
 };
@@ -126,6 +128,42 @@ void CompletionsTest::assignmentGoesOnToItsValue()
     QFETCH(QString, beginning);
     QFETCH(QString, expected);
     QCOMPARE(joined(beginning, Completing::Assignment), expected);
+}
+
+void CompletionsTest::assignmentHasAPathAndAValue_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("path"); // null if it is not an assignment
+    QTest::addColumn<QString>("value");
+    const auto add = [](const char *text, const char *path, const char *value) {
+        QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(path) << QString::fromUtf8(value);
+    };
+    add("quantity=2", "quantity", "2");
+    add("name=", "name", "");
+    add("name=a=b", "name", "a=b");
+    add("name=[a=b]", "name", "[a=b]");
+    add("Component[name=Pre]/optional=true", "Component[name=Pre]/optional", "true");
+    add(R"(Component[name="a]=\"b"]/name=c)", R"(Component[name="a]=\"b"]/name)", "c");
+    add("=2", "", "2");
+    add("quantity", nullptr, nullptr);
+    QTest::newRow("empty") << QString() << QString() << QString();
+    add("Component[name=Pre]", nullptr, nullptr);
+    add("Component[name=Pre", nullptr, nullptr);
+    add(R"(Component[name="a]=b)", nullptr, nullptr);
+}
+
+void CompletionsTest::assignmentHasAPathAndAValue()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, path);
+    QFETCH(QString, value);
+    const std::optional<Paths::Assignment> assignment = Paths::assignmentIn(text);
+    QCOMPARE(assignment.has_value(), !path.isNull());
+    if (!assignment)
+        return;
+    QCOMPARE(assignment->path, path);
+    QCOMPARE(assignment->value, value);
+    QVERIFY(!assignment->value.isNull());
 }
 
 // Whatever a document contains, each step of its paths is among the completions of what precedes it.

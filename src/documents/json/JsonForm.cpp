@@ -186,10 +186,10 @@ QByteArray compose(const TunerProperties &document)
 namespace {
 
 template <class Part>
-QByteArray prettyOr(const QString &name, Part &&part)
+QByteArray textOf(const QString &name, JsonLayout layout, Part &&part)
 {
     try {
-        return JsonText::pretty(part());
+        return layout == JsonLayout::OneLine ? JsonText::compact(part()) : JsonText::pretty(part());
     } catch (const JsonFailure &failure) {
         throw DocumentError(failure.text(name));
     }
@@ -197,14 +197,20 @@ QByteArray prettyOr(const QString &name, Part &&part)
 
 } // namespace
 
-QByteArray toJson(const DataObject &object, const QString &name)
+QByteArray toJson(const DataObject &object, const QString &name, JsonLayout layout)
 {
-    return prettyOr(name, [&] { return JsonForm::ofObject(object); });
+    return textOf(name, layout, [&] { return JsonForm::ofObject(object); });
 }
 
-QByteArray toJson(const MemberView &member, const QString &name)
+QByteArray toJson(const MemberView &member, const QString &name, JsonLayout layout)
 {
-    return prettyOr(name, [&] { return JsonForm::ofMember(member); });
+    return textOf(name, layout, [&] { return JsonForm::ofMember(member); });
+}
+
+QByteArray toJson(const Paths::Target &target, const QString &name, JsonLayout layout)
+{
+    return target.isItem() ? toJson(target.member.GetChild(target.steps.last().index), name, layout)
+                           : toJson(target.member, name, layout);
 }
 
 } // namespace TunerDocuments

@@ -177,4 +177,12 @@ QStringList completions(const DataObject &root, const QString &beginning, Comple
     }
 }
 
+std::optional<Assignment> assignmentIn(const QString &text)
+{
+    const int equalsSign = Parts(text).equalsSign;
+    if (equalsSign < 0)
+        return std::nullopt;
+    return Assignment{text.left(equalsSign), text.mid(equalsSign + 1)};
+}
+
 } // namespace TunerDocuments::Paths

@@ -117,6 +117,11 @@ QString unknownMember(const QString &name, const QString &className, const QStri
         + (meant.isNull() ? QStringLiteral("; expected ") + Suggestion::listed(known) : meant);
 }
 
+bool Target::holdsObjects() const
+{
+    return isItem() || TunerDocuments::holdsObjects(member);
+}
+
 Target find(const DataObject &root, const QString &path)
 {
     return Finder(root).find(parsed(path));

@@ -8,6 +8,7 @@
 
 #include <tunerdocuments/Value.h>
 
+#include "text/Printable.h"
 #include "text/Suggestion.h"
 
 using namespace JobXml;
@@ -142,6 +143,11 @@ QString print(const QVariant &value)
     default:
         return value.toString();
     }
+}
+
+QString onOneLine(const QString &text)
+{
+    return Printable::onOneLine(QString(text).replace(QLatin1Char('\\'), QLatin1String("\\\\")));
 }
 
 } // namespace TypedValue

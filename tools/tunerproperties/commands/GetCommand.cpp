@@ -7,12 +7,11 @@
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
+#include "batch/JsonLine.h"
 #include "commands/Commands.h"
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
 #include "files/DocumentFile.h"
-#include "text/Printable.h"
-#include "json/JsonText.h"
 
 using namespace TunerDocuments;
 
@@ -29,18 +28,6 @@ const Option &jsonLines()
     return option;
 }
 
-bool holdsObjects(JobXml::MemberKind kind)
-{
-    return kind == JobXml::MemberKind::Object || kind == JobXml::MemberKind::ObjectList
-        || kind == JobXml::MemberKind::Alternative;
-}
-
-QByteArray jsonOf(const Paths::Target &target, const QString &file)
-{
-    return target.isItem() ? toJson(target.member.GetChild(target.steps.last().index), file)
-                           : toJson(target.member, file);
-}
-
 ExitStatus fail(const QString &file, const QString &text)
 {
     Console::printError(file + QStringLiteral(": ") + text);
@@ -53,8 +40,8 @@ ExitStatus printValue(const Document &document, const QString &path, const QStri
     const Paths::Target target = Paths::find(document.tuner, path);
     if (!target.isItem() && !target.member.IsSet())
         return fail(file, target.path + QStringLiteral(": is not set"));
-    if (holdsObjects(target.member.GetKind())) {
-        Console::write(jsonOf(target, file));
+    if (target.holdsObjects()) {
+        Console::write(toJson(target, file));
         return ExitStatus::Ok;
     }
     const QString text = TypedValue::print(target.member.GetValue());
@@ -66,24 +53,22 @@ ExitStatus printValue(const Document &document, const QString &path, const QStri
     return ExitStatus::Ok;
 }
 
-/// A text of a table: on one line, and without tabs.
 QByteArray cell(const QString &text)
 {
-    return Printable::onOneLine(QString(text).replace(QLatin1Char('\\'), QLatin1String("\\\\"))).toUtf8();
+    return TypedValue::onOneLine(text).toUtf8();
 }
 
 QByteArray lineOf(const Paths::Target &target, const QString &file, bool asJson)
 {
-    const bool isObject = target.isItem() || holdsObjects(target.member.GetKind());
     if (asJson) {
-        Json line = Json::emptyObject();
-        line.insert("file", file.toUtf8());
-        line.insert("path", target.path.toUtf8());
-        line.insert("value", JsonText::parse(jsonOf(target, file)));
-        return JsonText::compact(line) + '\n';
+        JsonLine line;
+        line.add("file", file.toUtf8());
+        line.add("path", target.path.toUtf8());
+        line.addComposed("value", toJson(target, file, JsonLayout::OneLine));
+        return line.text() + '\n';
     }
-    const QByteArray value = isObject ? JsonText::compact(JsonText::parse(jsonOf(target, file)))
-                                      : cell(TypedValue::print(target.member.GetValue()));
+    const QByteArray value = target.holdsObjects() ? toJson(target, file, JsonLayout::OneLine)
+                                                   : cell(TypedValue::print(target.member.GetValue()));
     return cell(file) + '\t' + cell(target.path) + '\t' + value + '\n';
 }
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <optional>
+
 #include <tunerdocuments/Editor.h>
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
@@ -21,61 +23,34 @@ const Option &unset()
     return option;
 }
 
-/// A member and its new value.
-struct Assignment
+/// The members and their new values; a null one is for a member to unset.
+QVector<Paths::Assignment> assignmentsOf(const Invocation &invocation)
 {
-    QString path;
-    QString value; ///< null to unset the member
-};
-
-/// The "=" of PATH=VALUE, which is outside of brackets and quotes; -1 if there is none.
-int equalsSignIn(const QString &text)
-{
-    int depth = 0;
-    bool isQuoted = false;
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar character = text.at(i);
-        if (isQuoted && character == QLatin1Char('\\'))
-            ++i;
-        else if (character == QLatin1Char('"') && depth > 0)
-            isQuoted = !isQuoted;
-        else if (!isQuoted && character == QLatin1Char('['))
-            ++depth;
-        else if (!isQuoted && character == QLatin1Char(']'))
-            --depth;
-        else if (!isQuoted && depth <= 0 && character == QLatin1Char('='))
-            return i;
-    }
-    return -1;
-}
-
-QVector<Assignment> assignmentsOf(const Invocation &invocation)
-{
-    QVector<Assignment> assignments;
+    QVector<Paths::Assignment> assignments;
     const bool isUnset = invocation.isSet(unset());
     const QString first = invocation.text(1);
-    if (!isUnset && invocation.count() == 3 && equalsSignIn(first) < 0) {
+    if (!isUnset && invocation.count() == 3 && !Paths::assignmentIn(first)) {
         const QString value = invocation.text(2);
         return {{first, value.isNull() ? QStringLiteral("") : value}};
     }
-    if (!isUnset && invocation.count() == 2 && equalsSignIn(first) < 0)
+    if (!isUnset && invocation.count() == 2 && !Paths::assignmentIn(first))
         throw WrongUsage(QStringLiteral("'set' requires a value; use --unset to remove the value"));
     for (int i = 1; i < invocation.count(); ++i) {
         const QString text = invocation.text(i);
-        const int equals = equalsSignIn(text);
-        if (isUnset && equals >= 0)
+        const std::optional<Paths::Assignment> assignment = Paths::assignmentIn(text);
+        if (isUnset && assignment)
             throw WrongUsage(QStringLiteral("'set --unset' takes no value: '%1'").arg(text));
-        if (!isUnset && equals < 0)
+        if (!isUnset && !assignment)
             throw WrongUsage(QStringLiteral("'%1' is not of the form PATH=VALUE").arg(text));
-        assignments.append(isUnset ? Assignment{text, QString()} : Assignment{text.left(equals), text.mid(equals + 1)});
+        assignments.append(isUnset ? Paths::Assignment{text, QString()} : *assignment);
     }
     return assignments;
 }
 
 /// Applies the assignments in order, all or none.
-void change(Editor &editor, const QVector<Assignment> &assignments)
+void change(Editor &editor, const QVector<Paths::Assignment> &assignments)
 {
-    for (const Assignment &assignment : assignments) {
+    for (const Paths::Assignment &assignment : assignments) {
         const auto withPath = [&](const QString &why) {
             const Paths::Target target = Paths::find(editor.document().tuner, assignment.path);
             return PathFailure(target.path + QStringLiteral(": ") + why);
@@ -95,7 +70,7 @@ void change(Editor &editor, const QVector<Assignment> &assignments)
 
 ExitStatus run(const Invocation &invocation)
 {
-    const QVector<Assignment> assignments = assignmentsOf(invocation);
+    const QVector<Paths::Assignment> assignments = assignmentsOf(invocation);
     EditedFile file(invocation.file(0), invocation, Options::loading(invocation));
     try {
         change(file.editor(), assignments);
