@@ -25,8 +25,8 @@ namespace TunerDocuments {
 ///     }
 ///     writer.finish();
 ///
-/// The rules are those of lint(), and "invalid-document" for problems. A finding has its rule, level, message, file, line
-/// and column, and Finding::place() as the name of its logical location.
+/// The rules are those of lint(), and "invalid-document" for problems. A finding has its rule, level, message, file,
+/// line and column, and Finding::place() as the name of its logical location.
 namespace Sarif {
 
 /// What the text says about one document. It is composed apart from the writer, so that several threads can compose at
@@ -65,8 +65,8 @@ private:
     bool m_isFailure = false;
 };
 
-/// Writes the text piece by piece. Its results are written as they are added; only the notifications, which come last in
-/// the format, are kept.
+/// Writes the text piece by piece. Its results are written as they are added; only the notifications, which come last
+/// in the format, are kept.
 class TUNERDOCUMENTS_EXPORT Writer
 {
 public:

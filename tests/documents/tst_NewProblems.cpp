@@ -24,7 +24,7 @@ private Q_SLOTS:
     void problemThatReplacesOneOfItsKindElsewhereIsNotNew();
     void asManyAreNewAsThereAreMoreOfTheKind();
     void problemsBeyondTheMostAreCounted();
-    void charactersThatXmlCannotCarryAreNoProblem();
+    void charactersThatOnlyXmlCannotCarryDoNotCount();
     void valueWithoutANameIsShown();
     void editorReportsTheProblemsOfItsChanges();
     void editorLooksForNothingIfNoProblemIsPossible();
@@ -144,7 +144,7 @@ void NewProblemsTest::problemsBeyondTheMostAreCounted()
     QCOMPARE(problems.listed().first().member, QStringLiteral("optional"));
 }
 
-void NewProblemsTest::charactersThatXmlCannotCarryAreNoProblem()
+void NewProblemsTest::charactersThatOnlyXmlCannotCarryDoNotCount()
 {
     const TunerProperties original = with(complete("a"));
     TunerProperties changed(original);

@@ -207,14 +207,15 @@ void SarifTest::findingsThatAreNotKeptAreCounted()
     part.add(findingsIn(text, 1), QStringLiteral("; there are more"));
     const QByteArray results = resultsOf({part});
     QCOMPARE(results.count("\"ruleId\":"), 2);
-    QCOMPARE(results.mid(results.indexOf("\"invocations\":")),
-             QByteArray(R"("invocations":[{"executionSuccessful":true,"toolExecutionNotifications":[{"level":"warning",)"
-                        R"("message":{"text":"2 problems; only the first is listed; there are more"},)"
-                        R"("locations":[{"physicalLocation":{"artifactLocation":{"uri":"a.xml"}}}]},)"
-                        R"({"level":"warning",)"
-                        R"("message":{"text":"3 warnings; only the first is listed; there are more"},)"
-                        R"("locations":[{"physicalLocation":{"artifactLocation":{"uri":"a.xml"}}}]}]}]}]})"
-                        "\n"));
+    QCOMPARE(
+        results.mid(results.indexOf("\"invocations\":")),
+        QByteArray(R"("invocations":[{"executionSuccessful":true,"toolExecutionNotifications":[{"level":"warning",)"
+                   R"("message":{"text":"2 problems; only the first is listed; there are more"},)"
+                   R"("locations":[{"physicalLocation":{"artifactLocation":{"uri":"a.xml"}}}]},)"
+                   R"({"level":"warning",)"
+                   R"("message":{"text":"3 warnings; only the first is listed; there are more"},)"
+                   R"("locations":[{"physicalLocation":{"artifactLocation":{"uri":"a.xml"}}}]}]}]}]})"
+                   "\n"));
 }
 
 void SarifTest::oneFailureMakesTheRunUnsuccessful()
