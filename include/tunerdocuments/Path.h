@@ -149,6 +149,11 @@ TUNERDOCUMENTS_EXPORT void
 list(const JobXml::DataObject &root,
      const std::function<void(const QString &path, const JobXml::MemberView &member)> &action);
 
+/// The same with the objects and the items of lists, each before what is in it, and the lists without items: everything
+/// that a document has set. find() accepts every path, and Editor::remove() and move() those of items.
+TUNERDOCUMENTS_EXPORT void listAll(const JobXml::DataObject &root,
+                                   const std::function<void(const Target &target)> &action);
+
 /// Finds the member of a path. The chosen alternative needs no step of its own, and a list with one item no selection.
 /// Throws PathFailure.
 TUNERDOCUMENTS_EXPORT Target find(const JobXml::DataObject &root, const QString &path);

@@ -157,7 +157,7 @@ void JsonEditingTest::laterEditsReplaceEarlierOnes()
     QCOMPARE(editor.toBytes(),
              document(", \"Component\":[{\"Node\":[{"
                       "\"ValueItem\":[{\"ChoiceValueItem\":\"ValueInt\", \"ValueInt\":{}}]}]}]"));
-    // The text follows edits after it was asked for, too.
+    // Edits may follow after the text was required.
     editor.set(QStringLiteral("StartupModes/StartupMode"), QStringLiteral("Stop"));
     editor.set(item + QStringLiteral("ValueInt/value"), QStringLiteral("9"));
     QCOMPARE(editor.toBytes(),

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void patternHasNoSingleMember();
     void listNamesEveryValueThatIsSet();
     void everyListedPathFindsItsMember();
+    void listOfAllNamesObjectsBeforeWhatIsInThem();
+    void everyPathInTheListOfAllFindsItsTarget();
     void itemAtAPositionHasItsStepInTheList();
     void failureNamesTheItemsThatThereAre_data();
     void failureNamesTheItemsThatThereAre();
@@ -219,6 +221,58 @@ void PathsTest::everyListedPathFindsItsMember()
         });
     }
     QVERIFY2(found > 1000, qPrintable(QString::number(found)));
+}
+
+void PathsTest::listOfAllNamesObjectsBeforeWhatIsInThem()
+{
+    QStringList paths;
+    Paths::listAll(document(), [&](const Paths::Target &target) { paths.append(target.path); });
+    const QString one = QStringLiteral("Component[type=A,name=one]");
+    const QString item = one + QStringLiteral("/Node[id=gain]/ValueItem[id=i]");
+    QCOMPARE(paths.mid(0, 14),
+             (QStringList{QStringLiteral("name"), QStringLiteral("StartupModes"),
+                          QStringLiteral("StartupModes/StartupMode"), QStringLiteral("BandwidthSelection[Name=w]"),
+                          QStringLiteral("BandwidthSelection[Name=w]/Name"), one, one + QStringLiteral("/type"),
+                          one + QStringLiteral("/name"), one + QStringLiteral("/optional"),
+                          one + QStringLiteral("/Node[id=gain]"), one + QStringLiteral("/Node[id=gain]/id"), item,
+                          item + QStringLiteral("/ChoiceValueItem"), item + QStringLiteral("/ValueInt")}));
+    QCOMPARE(paths.last(), QStringLiteral("Component[type=B,name=two]/name"));
+    QCOMPARE(paths.size(), 25 + 16); // values, objects and items
+    TunerProperties empty;
+    empty.SetValidate(false);
+    empty.SetComponent({});
+    empty.SetStartupModes({});
+    paths.clear();
+    Paths::listAll(empty, [&](const Paths::Target &target) { paths.append(target.path); });
+    QCOMPARE(paths, (QStringList{QStringLiteral("StartupModes"), QStringLiteral("Component")}));
+}
+
+void PathsTest::everyPathInTheListOfAllFindsItsTarget()
+{
+    int items = 0;
+    for (int seed = 0; seed < 60; ++seed) {
+        const TunerProperties random = randomDocument(seed, seed % 7);
+        QStringList values;
+        Paths::listAll(random, [&](const Paths::Target &listed) {
+            const Paths::Target target = Paths::find(random, listed.path);
+            QCOMPARE(target.path, listed.path);
+            QCOMPARE(target.member.GetName(), listed.member.GetName());
+            QCOMPARE(target.steps.size(), listed.steps.size());
+            for (int i = 0; i < target.steps.size(); ++i) {
+                QCOMPARE(target.steps.at(i).member, listed.steps.at(i).member);
+                QCOMPARE(target.steps.at(i).index, listed.steps.at(i).index);
+            }
+            items += listed.isItem();
+            const JobXml::MemberKind kind = listed.member.GetKind();
+            if (kind != JobXml::MemberKind::ObjectList && kind != JobXml::MemberKind::Object
+                && kind != JobXml::MemberKind::Alternative)
+                values.append(listed.path);
+        });
+        QStringList listed;
+        Paths::list(random, [&](const QString &path, const JobXml::MemberView &) { listed.append(path); });
+        QCOMPARE(values, listed);
+    }
+    QVERIFY2(items > 300, qPrintable(QString::number(items)));
 }
 
 void PathsTest::itemAtAPositionHasItsStepInTheList()

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void tableOfSeveralFilesNamesEach();
     void patternThatMatchesNothingIsReported();
     void pathsAreListed();
+    void pathsOfObjectsAreListedOnRequest();
     void completionsOfAPathAreListed();
     void memberWithoutValuePrintsNothing_data();
     void memberWithoutValuePrintsNothing();
@@ -285,6 +286,34 @@ void ToolGetSetTest::pathsAreListed()
     const QStringList paths = run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const QString &path : paths)
         QCOMPARE(m_workshop->run({QStringLiteral("get"), QStringLiteral("small.xml"), path}).status, 0);
+}
+
+void ToolGetSetTest::pathsOfObjectsAreListedOnRequest()
+{
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const Run run = m_workshop->run(line("paths --objects small.xml"));
+    QCOMPARE(run.out,
+             QStringLiteral("type\nbaseresource\nComponent[type=t,name=c]\nComponent[type=t,name=c]/type\n"
+                            "Component[type=t,name=c]/name\nComponent[type=t,name=c]/optional\n"
+                            "Component[type=t,name=c]/Node[id=n]\nComponent[type=t,name=c]/Node[id=n]/id\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ChoiceValueItem\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt/id\n"
+                            "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueInt/value\n"));
+    const QStringList paths = run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString &path : paths) {
+        QCOMPARE(m_workshop->run({QStringLiteral("get"), QStringLiteral("small.xml"), path}).status, 0);
+        const QStringList remove = {QStringLiteral("remove"), QStringLiteral("--dry-run"),
+                                    QStringLiteral("--no-validate"), QStringLiteral("small.xml"), path};
+        const bool isChoice = path.endsWith(QStringLiteral("/ChoiceValueItem")); // goes with its value
+        QCOMPARE(m_workshop->run(remove).status, isChoice ? 1 : 0);
+    }
+    const Run wrong = m_workshop->run(line("paths --objects --complete C small.xml"));
+    QCOMPARE(wrong.err,
+             QStringLiteral("tunerproperties: --objects and --complete cannot be combined\n"
+                            "tunerproperties: try 'tunerproperties paths --help'\n"));
+    QCOMPARE(wrong.status, 2);
 }
 
 void ToolGetSetTest::memberWithoutValuePrintsNothing_data()

@@ -24,11 +24,48 @@ void listFrom(const DataObject &object, const QString &start,
     });
 }
 
+/// Everything that is set.
+class Lister
+{
+public:
+    explicit Lister(const std::function<void(const Target &)> &action) : m_action(action) { }
+
+    void listFrom(const DataObject &object, const QString &start)
+    {
+        visit(object, [&](const MemberView &member) {
+            if (!member.IsSet() || !member.IsChosen())
+                return;
+            const bool hasItems = member.GetKind() == MemberKind::ObjectList && member.GetSize() != 0;
+            const QStringList steps = hasItems ? stepsTo(member) : QStringList{member.GetName()};
+            for (int i = 0; i < steps.size(); ++i)
+                list(member, hasItems ? i : -1, start + steps.at(i));
+        });
+    }
+
+private:
+    void list(const MemberView &member, int item, const QString &path)
+    {
+        m_steps.append({member.GetName(), item});
+        m_action({m_steps, path, member});
+        if (member.GetSize() != 0)
+            listFrom(member.GetChild(qMax(item, 0)), path + QLatin1Char('/'));
+        m_steps.removeLast();
+    }
+
+    const std::function<void(const Target &)> &m_action;
+    QVector<Step> m_steps;
+};
+
 } // namespace
 
 void list(const DataObject &root, const std::function<void(const QString &, const MemberView &)> &action)
 {
     listFrom(root, QString(), action);
+}
+
+void listAll(const DataObject &root, const std::function<void(const Target &)> &action)
+{
+    Lister(action).listFrom(root, QString());
 }
 
 } // namespace TunerDocuments::Paths

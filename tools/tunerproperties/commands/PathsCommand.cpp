@@ -32,6 +32,16 @@ const Option &assignments()
     return option;
 }
 
+const Option &objects()
+{
+    static const Option option{{QStringLiteral("objects")},
+                               QStringLiteral("List objects and items of lists as well, each before what is in it."),
+                               {},
+                               Takes::Nothing,
+                               {}};
+    return option;
+}
+
 ExitStatus listCompletions(const Invocation &invocation)
 {
     const QString beginning = invocation.value(complete());
@@ -50,14 +60,19 @@ ExitStatus listCompletions(const Invocation &invocation)
 
 ExitStatus run(const Invocation &invocation)
 {
+    if (invocation.isSet(complete()) && invocation.isSet(objects()))
+        throw WrongUsage(QStringLiteral("--objects and --complete cannot be combined"));
     if (invocation.isSet(complete()))
         return listCompletions(invocation);
     if (invocation.isSet(assignments()))
         throw WrongUsage(QStringLiteral("--assignments requires --complete"));
     const DocumentFile source(invocation.file(0), Options::loading(invocation));
     BufferedOutput output;
-    Paths::list(source.document.tuner,
-                [&](const QString &path, const JobXml::MemberView &) { output.write(path.toUtf8() + '\n'); });
+    const auto write = [&](const QString &path) { output.write(path.toUtf8() + '\n'); };
+    if (invocation.isSet(objects()))
+        Paths::listAll(source.document.tuner, [&](const Paths::Target &target) { write(target.path); });
+    else
+        Paths::list(source.document.tuner, [&](const QString &path, const JobXml::MemberView &) { write(path); });
     output.flush();
     return ExitStatus::Ok;
 }
@@ -72,11 +87,14 @@ Command pathsCommand()
     command.summary = QStringLiteral("List the paths of all members that are set.");
     command.details =
         QStringList{QStringLiteral("Each line is a complete path to a value, as 'get' and 'set' accept it. "
-                                   "'tunerproperties get --help' describes paths.")};
-    command.options = {complete(), assignments(), Options::from(), Options::maxExpansion()};
-    command.examples = {{QStringLiteral("paths receiver.xml | grep gain"), QStringLiteral("Find a value by its name.")},
-                        {QStringLiteral("paths receiver.xml --complete 'Component[name=audio]/'"),
-                         QStringLiteral("List the members and nodes of a component.")}};
+                                   "With --objects, the paths of objects and items are among them, as 'get', 'remove' "
+                                   "and 'move' accept them. 'tunerproperties get --help' describes paths.")};
+    command.options = {objects(), complete(), assignments(), Options::from(), Options::maxExpansion()};
+    command.examples = {
+        {QStringLiteral("paths receiver.xml | grep gain"), QStringLiteral("Find a value by its name.")},
+        {QStringLiteral("paths --objects receiver.xml | grep '/Node[^/]*$'"), QStringLiteral("List all nodes.")},
+        {QStringLiteral("paths receiver.xml --complete 'Component[name=audio]/'"),
+         QStringLiteral("List the members and nodes of a component.")}};
     command.maxArguments = 1;
     command.run = run;
     return command;
