@@ -33,6 +33,10 @@ struct TUNERDOCUMENTS_EXPORT LintOptions
     QStringList errors = {}; ///< the names of rules whose findings are errors (Finding::isError)
     /// How many findings the visitor receives at most. The others are only counted, which takes much less time.
     qint64 most = std::numeric_limits<qint64>::max();
+
+    /// Only the rules about what reading XML loses or replaces without a problem: unknown attributes and elements, and
+    /// what is not a number, not a boolean or out of the range of its type.
+    static LintOptions lostByReading();
 };
 
 using FindingVisitor = std::function<void(const Finding &)>;

@@ -41,6 +41,8 @@ private Q_SLOTS:
     void noValidateWritesInvalidDocuments();
     void valuesThatTheFormCannotHoldAreListed();
     void exactConversionRefusesLosses();
+    void exactConversionRefusesWhatReadingXmlLoses();
+    void exactConversionAcceptsWhatACommentAccepts();
     void fileCanBeConvertedInPlace();
     void failedConversionInPlaceKeepsTheFile();
     void outputReplacesALongerFile();
@@ -292,6 +294,69 @@ void ToolConvertTest::exactConversionRefusesLosses()
                             "tunerproperties: out.xml: 3 losses; only the first 2 are listed\n"));
     QCOMPARE(run.status, 1);
     QVERIFY(!m_workshop->files().contains(QStringLiteral("out.xml")));
+}
+
+void ToolConvertTest::exactConversionRefusesWhatReadingXmlLoses()
+{
+    const QByteArray xml = QByteArray(smallXml)
+                               .replace("baseresource=\"b\"", "baseresource=\"b\" quantity=\"many\" extra=\"1\"")
+                               .replace("optional=\"true\"", "optional=\"no\"")
+                               .replace("<ValueInt id=\"i\" value=\"7\"/>", "<ValueFloat id=\"i\" value=\"0.2567\"/>");
+    m_workshop->write(QStringLiteral("in.xml"), xml);
+    const QString rounded = QStringLiteral("tunerproperties: %1: Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/"
+                                           "ValueFloat/value: 0.2567 becomes 0.26\n");
+    const Run usual = m_workshop->run(line("convert in.xml out.tpb"));
+    QCOMPARE(usual.err, rounded.arg(QStringLiteral("out.tpb")));
+    QCOMPARE(usual.status, 0);
+
+    const QString first =
+        QStringLiteral("tunerproperties: in.xml:2:60: quantity: 'many' of quantity is not a number; it "
+                       "is read as 0 [not-a-number]\n");
+    const QString others = QStringLiteral(
+        "tunerproperties: in.xml:2:76: unknown attribute 'extra' of TunerProperties; it is ignored; expected name, "
+        "type, "
+        "baseresource, connectableResources, quantity, parentBaseResource or hwProcessing [unknown-attribute]\n"
+        "tunerproperties: in.xml:3:32: Component[type=t,name=c]/optional: 'no' of optional is not a boolean; it is "
+        "read "
+        "as true; use 'false' [not-a-boolean]\n");
+    for (const char *out : {"exact.tpb", "exact.json"}) {
+        const Run exact = m_workshop->run(line("convert --exact in.xml") << QString::fromUtf8(out));
+        const QString losses = QByteArray(out).endsWith("tpb") ? rounded.arg(QString::fromUtf8(out)) : QString();
+        QCOMPARE(exact.err, losses + first + others);
+        QCOMPARE(exact.status, 1);
+        QVERIFY(!m_workshop->files().contains(QString::fromUtf8(out)));
+    }
+    const Run one = m_workshop->run(line("convert --exact --max-problems 1 in.xml exact.json"));
+    QCOMPARE(
+        one.err,
+        first
+            + QStringLiteral("tunerproperties: in.xml: 3 warnings; only the first is listed; use --max-problems to "
+                             "list more\n"));
+    QCOMPARE(m_workshop->run(line("convert --exact --quiet in.xml exact.json")).status, 1);
+    const Run json = m_workshop->run(line("convert --exact --json --max-problems 1 in.xml exact.json"));
+    QCOMPARE(
+        json.out,
+        QStringLiteral("{\"file\":\"in.xml\",\"output\":\"exact.json\",\"status\":\"problems\",\"problems\":[],"
+                       "\"problemCount\":0,\"losses\":[],\"lossCount\":0,\"warnings\":3,\"findings\":[{\"path\":"
+                       "\"quantity\",\"line\":2,\"column\":60,\"message\":\"'many' of quantity is not a number; it is "
+                       "read as 0\",\"value\":null,\"choices\":null,\"suggestion\":null,\"rule\":\"not-a-number\","
+                       "\"level\":\"warning\"}],\"error\":null}\n"));
+    // Nothing was lost in reading other forms.
+    QCOMPARE(m_workshop->run(line("convert in.xml in.json")).status, 0);
+    QCOMPARE(m_workshop->run(line("convert --exact in.json exact.json")).err, QString());
+}
+
+void ToolConvertTest::exactConversionAcceptsWhatACommentAccepts()
+{
+    m_workshop->write(QStringLiteral("in.xml"),
+                      QByteArray(smallXml)
+                          .replace("baseresource=\"b\"", "baseresource=\"b\" extra=\"1\"")
+                          .replace("<TunerProperties",
+                                   "<!-- tunerproperties-lint-disable unknown-attribute -->\n"
+                                   "<TunerProperties"));
+    const Run run = m_workshop->run(line("convert --exact in.xml out.tpb"));
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
 }
 
 void ToolConvertTest::noValidateWritesInvalidDocuments()

@@ -133,20 +133,6 @@ Surrounded rootIn(const QByteArray &xml, const QVector<Step> &steps, const QStri
     return surroundedElement(encoded.utf8().mid(root.startTag.begin, root.whole().size()), line, steps);
 }
 
-/// The rules about what a reader skips or converts.
-LintOptions onlyLostContent()
-{
-    const QStringList wanted = {QStringLiteral("not-a-number"), QStringLiteral("number-out-of-range"),
-                                QStringLiteral("not-a-boolean"), QStringLiteral("unknown-attribute"),
-                                QStringLiteral("unknown-element")};
-    LintOptions options;
-    for (const LintRule &rule : lintRules()) {
-        if (!wanted.contains(rule.name))
-            options.disabled.append(rule.name);
-    }
-    return options;
-}
-
 /// Looks for what a reader skips without a word: values that are there twice, and texts and elements where none are
 /// read.
 class UnreadParts
@@ -221,7 +207,7 @@ void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray 
             whole.failIn(name, problem.line, problem.column, findingOf(problem).message);
     };
     const Document document = Document::fromBytes(whole.text, name, {Form::Xml}, refuseProblem);
-    static const LintOptions options = onlyLostContent();
+    static const LintOptions options = LintOptions::lostByReading();
     const auto refuseFinding = [&](const Finding &finding) {
         const QString suggestion = finding.suggestion.isNull() ? QString() : QStringLiteral("; ") + finding.suggestion;
         whole.failIn(name, finding.line, finding.column, finding.message + suggestion);

@@ -30,6 +30,19 @@ const QVector<LintRule> &lintRules()
     return rules;
 }
 
+LintOptions LintOptions::lostByReading()
+{
+    const QStringList wanted = {QStringLiteral("not-a-number"), QStringLiteral("number-out-of-range"),
+                                QStringLiteral("not-a-boolean"), QStringLiteral("unknown-attribute"),
+                                QStringLiteral("unknown-element")};
+    LintOptions options;
+    for (const LintRule &rule : lintRules()) {
+        if (!wanted.contains(rule.name))
+            options.disabled.append(rule.name);
+    }
+    return options;
+}
+
 namespace {
 
 constexpr quint64 everyRule = ~quint64(0);

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void findingsAreInTheOrderOfTheText();
     void findingHasStepsAndMember();
     void ruleMayBeAnError();
+    void optionsForLossesFindOnlyWhatReadingLoses();
     void unknownRuleInTheOptionsThrows_data();
     void unknownRuleInTheOptionsThrows();
     void commentDisablesRulesInItsElementOnly();
@@ -238,6 +239,19 @@ void LintTest::ruleMayBeAnError()
     QCOMPARE(result.findings.size(), 2);
     QVERIFY(result.findings[0].isError);
     QVERIFY(!result.findings[1].isError);
+}
+
+void LintTest::optionsForLossesFindOnlyWhatReadingLoses()
+{
+    const Result result = lintOf("<TunerProperties Version='1.2' quantity='99999999999' hwProcessing='on'><a/>"
+                                 "<BandwidthSelection b='1'><Name>w</Name><MaxBandwidth>-0.125</MaxBandwidth>"
+                                 "</BandwidthSelection><MaxFFPDelay>soon</MaxFFPDelay></TunerProperties>",
+                                 LintOptions::lostByReading());
+    QStringList rules;
+    for (const Finding &finding : result.findings)
+        rules.append(finding.rule);
+    QCOMPARE(rules.join(QLatin1Char(' ')),
+             QStringLiteral("number-out-of-range not-a-boolean unknown-element unknown-attribute not-a-number"));
 }
 
 void LintTest::unknownRuleInTheOptionsThrows_data()

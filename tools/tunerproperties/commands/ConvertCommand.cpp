@@ -5,6 +5,7 @@
 #include <QHash>
 
 #include <tunerdocuments/Finding.h>
+#include <tunerdocuments/Lint.h>
 
 #include "batch/Batch.h"
 #include "commands/Commands.h"
@@ -29,7 +30,8 @@ const Option &noValidate()
 const Option &exact()
 {
     static const Option option{{QStringLiteral("exact")},
-                               QStringLiteral("Do not convert a document that the form cannot hold exactly."),
+                               QStringLiteral("Do not convert a document that the form cannot hold exactly, or an XML "
+                                              "document of which something is lost in reading it."),
                                {},
                                Takes::Nothing,
                                {}};
@@ -126,18 +128,24 @@ Outcome convert(const Plan &plan, int index, const Batch::Done &done)
     Outcome outcome;
     outcome.findings = Findings(plan.problemLimit);
     const JobXml::ProblemVisitor visitor = plan.validate ? outcome.findings.collector() : JobXml::ProblemVisitor();
-    DocumentFile file(plan.files.at(index), plan.loading, visitor, plan.inputKinds);
+    Input input(plan.files.at(index), plan.inputKinds);
+    QByteArray text; // for the warnings
+    Document document = plan.isExact ? loadDocumentWithText(input, plan.loading, visitor, text)
+                                     : loadDocument(input, plan.loading, visitor);
     const FileName &output = plan.outputs.at(index);
     if (!outcome.findings.isEmpty()) {
-        outcome.findings.describePaths(file.document.tuner);
+        outcome.findings.describePaths(document.tuner);
         outcome.status = FileStatus::Problems;
         return outcome;
     }
-    file.document.tuner.SetValidate(plan.validate);
+    if (plan.isExact && document.form == Form::Xml)
+        lint(document, text, outcome.findings, LintOptions::lostByReading());
+    text.clear();
+    document.tuner.SetValidate(plan.validate);
     try {
-        const QByteArray bytes = file.document.toBytes(plan.to, output.shown());
-        outcome.losses = file.document.lossesIn(bytes, plan.to, plan.problemLimit, &outcome.lossCount);
-        if (plan.isExact && outcome.lossCount > 0) {
+        const QByteArray bytes = document.toBytes(plan.to, output.shown());
+        outcome.losses = document.lossesIn(bytes, plan.to, plan.problemLimit, &outcome.lossCount);
+        if (plan.isExact && (outcome.lossCount > 0 || outcome.findings.warningCount() > 0)) {
             outcome.status = FileStatus::Problems;
             return outcome;
         }
@@ -166,6 +174,7 @@ ExitStatus run(const Invocation &invocation)
     batch.outputs = plan.outputs;
     batch.work = [&](int index, const Batch::Done &done) { return convert(plan, index, done); };
     batch.problemsToStandardOutput = false;
+    batch.listsWarnings = plan.isExact;
     return batch.run(plan.files);
 }
 
@@ -183,6 +192,9 @@ Command convertCommand()
         QStringLiteral("XML and tagged records have numbers with two decimals, and no null texts. What the output does "
                        "not have is listed on standard error; --exact makes it an error. Comments of an XML document "
                        "are not a part of what is converted."),
+        QStringLiteral(
+            "Reading XML skips attributes and elements that the model does not have, and replaces texts that "
+            "are not numbers or booleans. --exact refuses that, and lists it as 'lint' does."),
         QStringLiteral("With --out-dir, any number of files are converted, several at once. A file that fails does not "
                        "stop the others. If two inputs would have the same output, nothing is written. A summary "
                        "follows on standard error."),
@@ -190,9 +202,9 @@ Command convertCommand()
             "With --json, each line is a JSON object for one file, with \"file\", \"output\", \"status\" "
             "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
             "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\". \"losses\" "
-            "lists "
-            "what the output does not have, each with \"path\", \"before\" and \"after\"; \"lossCount\" is their "
-            "total.")};
+            "lists what the output does not have, each with \"path\", \"before\" and \"after\"; \"lossCount\" is "
+            "their total. With --exact, \"findings\" lists what was lost in reading, as 'lint --json' does, and "
+            "\"warnings\" is the number of all.")};
     command.options = {
         Options::from(),        Options::to(),    outDir(),        noValidate(),           exact(),
         Options::jobs(),        Options::quiet(), Options::json(), Options::maxProblems(), Options::maxExpansion(),
