@@ -382,8 +382,6 @@ void RearrangingTest::otherFormsAreWrittenAnew()
     Editor editor(Document::fromBytes(tagged, QStringLiteral("d.tpb")), tagged, QStringLiteral("d.tpb"));
     editor.add(QStringLiteral("Component[type=b,name=n]"));
     QCOMPARE(editor.isInPlace(), false);
-    for (const Loss &l : editor.losses())
-        qDebug() << l.text();
     QCOMPARE(editor.losses().size(), 0);
     JobXml::Component added;
     added.SetValidate(false);

@@ -15,6 +15,7 @@
 
 #include "documents/compare/EditBinder.h"
 #include "documents/compare/Edits.h"
+#include "documents/edit/AvoidableLoss.h"
 #include "documents/edit/JsonEditor.h"
 #include "documents/edit/PathEdits.h"
 #include "documents/values/FindMember.h"
@@ -64,21 +65,6 @@ bool leadsToObject(const DataObject &root, const QVector<Step> &steps)
         object = child;
     }
     return true;
-}
-
-/// Whether any of the paths leads to the same place, to something around it or to something in it. Items of one list
-/// are the same place: which of them differ depends on how they are paired.
-bool concern(const std::set<QString> &paths, QString path)
-{
-    if (path.endsWith(QLatin1Char(']')))
-        path.truncate(path.lastIndexOf(QLatin1Char('[')));
-    for (int end = path.size(); end > 0; end = path.lastIndexOf(QLatin1Char('/'), end - 1)) {
-        if (paths.count(path.left(end)) != 0)
-            return true;
-    }
-    const auto next = paths.lower_bound(path);
-    return next != paths.end() && next->startsWith(path)
-        && (next->at(path.size()) == QLatin1Char('/') || next->at(path.size()) == QLatin1Char('['));
 }
 
 /// Some order of objects.
@@ -278,17 +264,15 @@ private:
     /// What the edited text does not have must be what the form cannot hold.
     void requireFaithful() const
     {
-        const QVector<Loss> losses = differencesIn(textInPlace());
-        if (losses.isEmpty())
+        const QByteArray text = textInPlace();
+        if (differencesIn(text).isEmpty())
             return;
-        std::set<QString> unavoidable;
-        const QVector<Loss> ofForm = m_document.lossesIn(m_document.toBytes(m_document.form, m_name), m_document.form);
-        for (const Loss &loss : ofForm)
-            unavoidable.insert(loss.path);
-        for (const Loss &loss : losses) {
-            if (!concern(unavoidable, loss.path))
-                cannotEdit(loss.text());
-        }
+        const LoadOptions options{m_document.form, std::numeric_limits<int>::max()};
+        const auto read = [&](const QByteArray &bytes) { return Document::fromBytes(bytes, m_name, options).tuner; };
+        const QString loss =
+            avoidableLoss(m_document.tuner, read(text), read(m_document.toBytes(m_document.form, m_name)));
+        if (!loss.isNull())
+            cannotEdit(loss);
     }
 
     template <class TextEditor>
