@@ -3,6 +3,7 @@
 
 #include <QtTest>
 
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 #include <tunerdocuments/Diff.h>
@@ -181,12 +182,7 @@ void DiffCompletenessTest::manyItemsTakeLittleTime_data()
 
 void DiffCompletenessTest::renamedItemsAreComparedInside_data()
 {
-    QTest::addColumn<QByteArray>("first");
-    QTest::addColumn<QByteArray>("second");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const QByteArray &first, const QByteArray &second, const char *text) {
-        QTest::newRow(name) << first << second << QString::fromUtf8(text);
-    };
+    const Rows<QByteArray, QByteArray, QString> row("first", "second", "text");
     const auto component = [](const char *name, const QByteArray &members) {
         return R"("Component": [{"type": "t", "name": ")" + QByteArray(name) + "\", " + members + "}]";
     };

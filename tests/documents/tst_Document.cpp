@@ -9,6 +9,7 @@
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/Finding.h>
 
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 
 using namespace TunerDocuments;
@@ -283,11 +284,7 @@ void DocumentTest::lossesAreAllDifferences()
 
 void DocumentTest::versionOfJsonIsReadByTheRuleOfTheDocument_data()
 {
-    QTest::addColumn<QByteArray>("version");
-    QTest::addColumn<QString>("loaded");
-    const auto row = [](const char *version, const QString &loaded) {
-        QTest::newRow(version) << QByteArray(version) << loaded;
-    };
+    const Rows<QByteArray, QString> row("version", "loaded");
     row("1.1", QStringLiteral("1.1"));
     row("1.0", QStringLiteral("1.0"));
     row("", QStringLiteral(""));

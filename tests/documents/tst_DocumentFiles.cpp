@@ -8,6 +8,8 @@
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/DocumentError.h>
 
+#include "Rows.h"
+
 using namespace TunerDocuments;
 
 /// Documents in files and in memory, in every form, and the texts of what goes wrong.
@@ -176,12 +178,7 @@ void DocumentFilesTest::unreadableFilesAreRefusedWithTheirReason()
 
 void DocumentFilesTest::unreadableBytesAreRefusedWithTheirReason_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("failure");
-    const auto row = [](const char *description, const char *name, const QByteArray &bytes, const char *failure) {
-        QTest::newRow(description) << QString::fromUtf8(name) << bytes << QString::fromUtf8(failure);
-    };
+    const Rows<QString, QByteArray, QString> row("name", "bytes", "failure");
     const char *const unknown = "a.txt: unknown form: neither XML, JSON nor binary; a snapshot is recognized by the "
                                 "suffix .tps alone";
     row("no form", "a.txt", "hello", unknown);

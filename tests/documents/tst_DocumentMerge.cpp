@@ -6,6 +6,7 @@
 #include <tunerdocuments/Diff.h>
 #include <tunerdocuments/Merge.h>
 
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 
@@ -177,19 +178,11 @@ QByteArray intItem(const char *id, const char *value)
                 + "}");
 }
 
-void addColumns()
-{
-    for (const char *name : {"base", "ours", "theirs", "merged"})
-        QTest::addColumn<QByteArray>(name);
-}
-
 } // namespace
 
 void DocumentMergeTest::changesOfBothSidesAreMade_data()
 {
-    addColumns();
-    const auto row = [](const char *name, const QByteArray &base, const QByteArray &ours, const QByteArray &theirs,
-                        const QByteArray &merged) { QTest::newRow(name) << base << ours << theirs << merged; };
+    const Rows<QByteArray, QByteArray, QByteArray, QByteArray> row("base", "ours", "theirs", "merged");
     row("different values", R"("name": "a", "quantity": 1)", R"("name": "b", "quantity": 1)",
         R"("name": "a", "quantity": 2)", R"("name": "b", "quantity": 2)");
     row("a flag and a value", R"("name": "a", "quantity": 1)", R"("name": "a")", R"("name": "b", "quantity": 1)",
@@ -244,15 +237,8 @@ void DocumentMergeTest::changesOfBothSidesAreMade()
 
 void DocumentMergeTest::contradictionsAreConflicts_data()
 {
-    QTest::addColumn<QByteArray>("base");
-    QTest::addColumn<QByteArray>("ours");
-    QTest::addColumn<QByteArray>("theirs");
-    QTest::addColumn<QByteArray>("merged");
-    QTest::addColumn<QString>("conflict");
-    const auto row = [](const char *name, const QByteArray &base, const QByteArray &ours, const QByteArray &theirs,
-                        const QByteArray &merged, const char *conflict) {
-        QTest::newRow(name) << base << ours << theirs << merged << QString::fromUtf8(conflict);
-    };
+    const Rows<QByteArray, QByteArray, QByteArray, QByteArray, QString> row("base", "ours", "theirs", "merged",
+                                                                            "conflict");
     row("a value", R"("name": "a", "quantity": 1)", R"("name": "a", "quantity": 2)", R"("name": "b", "quantity": 3)",
         R"("name": "b", "quantity": 2)", "quantity: changed on both sides: 2 in ours, 3 in theirs, 1 in the base");
     row("a value that is set no more", R"("name": "a", "quantity": 5)", R"("name": "a")",

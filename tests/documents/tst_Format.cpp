@@ -9,6 +9,7 @@
 #include <tunerdocuments/Format.h>
 #include <tunerdocuments/NewDocument.h>
 
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/format/SameContent.h"
 #include "framework/Random.h"
@@ -108,11 +109,7 @@ QStringList contentOf(const QByteArray &xml)
 
 void FormatTest::xmlIsLaidOut_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *title, const char *before, const char *after) {
-        QTest::newRow(title) << QByteArray(before) << QByteArray(after);
-    };
+    const Rows<QByteArray, QByteArray> row("before", "after");
     row("document on one line",
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?><TunerProperties Version=\"1.1\"><StartupModes>"
         "<StartupMode>DF</StartupMode></StartupModes><Component type=\"t\"><Node id=\"n\"/></Component>"
@@ -231,8 +228,7 @@ void FormatTest::xmlIsLaidOut()
 
 void FormatTest::contentThatMayBeTextStays_data()
 {
-    QTest::addColumn<QByteArray>("element");
-    const auto row = [](const char *title, const char *element) { QTest::newRow(title) << QByteArray(element); };
+    const Rows<QByteArray> row("element");
     row("text", "<name> a\n b </name>");
     row("blanks", "<name>\n  </name>");
     row("blanks and a comment", "<name> <!--c--> </name>");
@@ -320,11 +316,7 @@ void FormatTest::encodingStays()
 
 void FormatTest::jsonIsLaidOut_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *title, const char *before, const char *after) {
-        QTest::newRow(title) << QByteArray(before) << QByteArray(after);
-    };
+    const Rows<QByteArray, QByteArray> row("before", "after");
     row("document on one line",
         R"({"TunerProperties":{"Version":"1.1","name":"n","Component":[{"type":"t","name":"c","Node":[{"id":"n"}]}]}})",
         R"({
@@ -576,12 +568,7 @@ void FormatTest::manyCommentsOnALineAreLaidOut()
 
 void FormatTest::differentContentIsNoticed_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<QString>("difference");
-    const auto row = [](const char *title, const char *before, const char *after, const char *difference) {
-        QTest::newRow(title) << QByteArray(before) << QByteArray(after) << QString::fromUtf8(difference);
-    };
+    const Rows<QByteArray, QByteArray, QString> row("before", "after", "difference");
     row("value", "<TunerProperties quantity='1'/>", "<TunerProperties quantity='2'/>", "~ quantity: 1 -> 2");
     row("blanks in a text", "<TunerProperties name='a'/>", "<TunerProperties name='a '/>", "~ name: \"a\" -> \"a \"");
     row("problem", "<TunerProperties hwProcessing='false'/>", "<TunerProperties hwProcessing=''/>",
@@ -600,12 +587,7 @@ void FormatTest::differentContentIsNoticed()
 
 void FormatTest::differentTextIsNoticed_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<bool>("isSame");
-    const auto row = [](const char *title, const char *before, const char *after, bool isSame) {
-        QTest::newRow(title) << QByteArray(before) << QByteArray(after) << isSame;
-    };
+    const Rows<QByteArray, QByteArray, bool> row("before", "after", "isSame");
     row("blanks", "<a  b='c'\t/>\r\n", "<a b='c'/>\n", true);
     row("quotes", "<a b='c'/>", "<a b=\"c\"/>", true);
     row("nothing but blanks", "", " \n", true);

@@ -3,6 +3,8 @@
 
 #include <tunerdocuments/Form.h>
 
+#include "Rows.h"
+
 using namespace TunerDocuments;
 
 /// Names, suffixes and first bytes of the forms.
@@ -59,11 +61,7 @@ void FormsTest::suffixDeterminesTheForm()
 
 void FormsTest::contentDeterminesTheForm_data()
 {
-    QTest::addColumn<QByteArray>("beginning");
-    QTest::addColumn<QString>("form");
-    const auto row = [](const char *name, const QByteArray &beginning, const char *form) {
-        QTest::newRow(name) << beginning << QString::fromLatin1(form);
-    };
+    const Rows<QByteArray, QString> row("beginning", "form");
     const QByteArray mark = "\xEF\xBB\xBF";
     row("an element", "<TunerProperties", "xml");
     row("a declaration after blank lines", "\n\r\n\t <?xml", "xml");

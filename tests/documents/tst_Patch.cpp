@@ -5,6 +5,7 @@
 #include <tunerdocuments/DocumentError.h>
 #include <tunerdocuments/Patch.h>
 
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 
@@ -146,12 +147,7 @@ void PatchTest::patchOfDocumentsThatJsonCannotCarryMakesTheSecondFromTheFirst()
 
 void PatchTest::everyStateOfAMemberIsCarried_data()
 {
-    QTest::addColumn<QByteArray>("first");
-    QTest::addColumn<QByteArray>("second");
-    QTest::addColumn<QByteArray>("lines");
-    const auto row = [](const char *name, const QByteArray &first, const QByteArray &second, const QByteArray &lines) {
-        QTest::newRow(name) << first << second << lines;
-    };
+    const Rows<QByteArray, QByteArray, QByteArray> row("first", "second", "lines");
     row("a number", R"("quantity": 1)", R"("quantity": 2)",
         R"({"change":"changed","path":"quantity","before":1,"after":2})");
     row("set to the default", R"("type": "SCP")", R"("type": "SCP", "quantity": 1)",
@@ -265,11 +261,7 @@ void PatchTest::otherChangesOfADocumentStay()
 
 void PatchTest::changesThatDoNotFitAreRefusedAsAWhole_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("failure");
-    const auto row = [](const char *name, const QByteArray &change, const char *failure) {
-        QTest::newRow(name) << change << QString::fromUtf8(failure);
-    };
+    const Rows<QByteArray, QString> row("line", "failure");
     row("another value", R"({"change":"changed","path":"quantity","before":1,"after":2})",
         "quantity: expected 1, but it is 5");
     row("another flag", R"({"change":"changed","path":"quantity","unset":{"before":5},"after":2})",
@@ -356,11 +348,7 @@ void PatchTest::changesThatDoNotFitAreRefusedAsAWhole()
 
 void PatchTest::linesThatAreNotChangesAreRefused_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("failure");
-    const auto row = [](const char *name, const char *text, const char *failure) {
-        QTest::newRow(name) << QByteArray(text) << QString::fromUtf8(failure);
-    };
+    const Rows<QByteArray, QString> row("line", "failure");
     row("not JSON", "~ quantity: 1 -> 2",
         "changes:3:1: syntax error while parsing value - invalid literal; last read: '~'");
     row("not an object", "[1]", "changes: line 3: '[1]' is not an object");

@@ -4,6 +4,7 @@
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/Path.h>
 
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 
 using namespace TunerDocuments;
@@ -136,11 +137,7 @@ void PathsTest::wrongPatternIsRefused()
 
 void PathsTest::patternMatchesInTheOrderOfTheDocument_data()
 {
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QStringList>("matches");
-    const auto row = [](const char *pattern, const QStringList &matches) {
-        QTest::newRow(pattern) << QString::fromUtf8(pattern) << matches;
-    };
+    const Rows<QString, QStringList> row("pattern", "matches");
     const QString one = QStringLiteral("Component[type=A,name=one]/");
     const QString two = QStringLiteral("Component[type=A,name=two]/");
     row("name", {QStringLiteral("name")});
@@ -310,11 +307,7 @@ void PathsTest::itemAtAPositionHasItsStepInTheList()
 
 void PathsTest::failureNamesTheItemsThatThereAre_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("why");
-    const auto row = [](const char *path, const char *why) {
-        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(why);
-    };
+    const Rows<QString, QString> row("path", "why");
     row("Component[name=three]",
         "there is no such Component; there are Component[type=A,name=one], Component[type=A,name=two], "
         "Component[type=B,name=two]");

@@ -9,6 +9,7 @@
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 #include "framework/XmlSpellings.h"
@@ -77,14 +78,7 @@ QByteArray RearrangingTest::after(const QByteArray &text, const Operation &opera
 
 void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QByteArray>("result");
-    const auto row = [](const char *title, const QByteArray &before, const char *path, const char *content,
-                        const QByteArray &result) {
-        QTest::newRow(title) << before << QString::fromUtf8(path) << QByteArray(content) << result;
-    };
+    const Rows<QByteArray, QString, QByteArray, QByteArray> row("before", "path", "content", "result");
     row("after elements that begin on the line of the tag",
         document("<!-- head --><StartupModes/>\n    <Component type='a'/>\n"), "Component[type=b]", "",
         document("<!-- head --><StartupModes/>\n    <Component type='a'/>\n    <Component type=\"b\"/>\n"));
@@ -157,11 +151,7 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors()
 
 void RearrangingTest::addedContentIsReadCompletely_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QByteArray>("message");
-    const auto row = [](const char *title, const char *content, const char *message) {
-        QTest::newRow(title) << QByteArray(content) << QByteArray(message);
-    };
+    const Rows<QByteArray, QByteArray> row("content", "message");
     row("unknown attribute", "<?xml version='1.0'?>\n<Node id='n'\n idd='m'/>",
         "c.xml:3:2: unknown attribute 'idd' of Node; it is ignored; did you mean 'id'?");
     row("unknown element", "<Node><Valueitem/></Node>",
@@ -198,11 +188,7 @@ void RearrangingTest::addedContentIsReadCompletely()
 
 void RearrangingTest::removedItemTakesItsLineAlong_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QStringList>("paths");
-    QTest::addColumn<QByteArray>("result");
-    const auto row = [](const char *title, const QByteArray &before, const QStringList &paths,
-                        const QByteArray &result) { QTest::newRow(title) << before << paths << result; };
+    const Rows<QByteArray, QStringList, QByteArray> row("before", "paths", "result");
     const QByteArray three = document("\n  <!-- a -->\n  <Component type='a'/>\n  <Component type='b'/> <!-- b -->\n"
                                       "  <Component type='c'>\n    <Node/>\n  </Component>\n");
     row("on a line", three, {QStringLiteral("Component[type=a]")},
@@ -273,15 +259,7 @@ void RearrangingTest::movedItemKeepsItsText()
 
 void RearrangingTest::wrongPlaceIsRefused_data()
 {
-    QTest::addColumn<QString>("operation");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("argument");
-    QTest::addColumn<QByteArray>("message");
-    const auto row = [](const char *title, const char *operation, const char *path, const char *argument,
-                        const char *message) {
-        QTest::newRow(title) << QString::fromUtf8(operation) << QString::fromUtf8(path) << QString::fromUtf8(argument)
-                             << QByteArray(message);
-    };
+    const Rows<QString, QString, QString, QByteArray> row("operation", "path", "argument", "message");
     row("item that exists", "add", "Component[type=a]", "",
         "Component[type=a]: exists already; add [2] to the path for another one");
     row("position after the end", "add", "Component[4]", "",

@@ -9,6 +9,7 @@
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
+#include "Rows.h"
 #include "documents/ChangedBytes.h"
 #include "documents/RandomChanges.h"
 #include "documents/RandomEdits.h"
@@ -75,14 +76,7 @@ QByteArray XmlEditingTest::edited(const QByteArray &xml, const QVector<QPair<QSt
 
 void XmlEditingTest::valueIsReplacedWhereItIs_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *title, const char *before, const char *path, const char *value, const char *after) {
-        QTest::newRow(title) << QByteArray(before) << QString::fromUtf8(path) << QString::fromUtf8(value)
-                             << QByteArray(after);
-    };
+    const Rows<QByteArray, QString, QString, QByteArray> row("before", "path", "value", "after");
     row("attribute in double quotes", "<TunerProperties Version=\"1.1\" name=\"a\" x=\"b\"/>", "name", "<'\"&>",
         "<TunerProperties Version=\"1.1\" name=\"&lt;'&quot;&amp;&gt;\" x=\"b\"/>");
     row("attribute in single quotes", "<TunerProperties Version='1.1' name = 'a&#66;c'/>", "name", "it's \"it\"",
@@ -166,14 +160,7 @@ void XmlEditingTest::valueIsReplacedWhereItIs()
 
 void XmlEditingTest::newValueFollowsItsNeighbors_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *title, const char *before, const char *path, const char *value, const char *after) {
-        QTest::newRow(title) << QByteArray(before) << QString::fromUtf8(path) << QString::fromUtf8(value)
-                             << QByteArray(after);
-    };
+    const Rows<QByteArray, QString, QString, QByteArray> row("before", "path", "value", "after");
     row("attribute between others", "<TunerProperties Version='1.1' name='a' baseresource='b'/>", "type", "SCP",
         "<TunerProperties Version='1.1' name='a' type='SCP' baseresource='b'/>");
     row("attribute after the version", "<TunerProperties Version='1.1'/>", "name", "a",
@@ -231,12 +218,7 @@ void XmlEditingTest::newValueFollowsItsNeighbors()
 
 void XmlEditingTest::unsetValueDisappears_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *title, const char *before, const char *path, const char *after) {
-        QTest::newRow(title) << QByteArray(before) << QString::fromUtf8(path) << QByteArray(after);
-    };
+    const Rows<QByteArray, QString, QByteArray> row("before", "path", "after");
     row("attribute with the blanks before it", "<TunerProperties Version='1.1'\n name='a' type='SCP'/>", "name",
         "<TunerProperties Version='1.1' type='SCP'/>");
     row("element with its line",

@@ -148,16 +148,6 @@ inline QStringList line(const char *arguments)
     return QString::fromUtf8(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-/// Adds two columns of texts. The returned function adds a row, named after the first text.
-inline auto columnsOfTexts(const char *first, const char *second)
-{
-    QTest::addColumn<QString>(first);
-    QTest::addColumn<QString>(second);
-    return [](const char *one, const char *other) {
-        QTest::newRow(one) << QString::fromUtf8(one) << QString::fromUtf8(other);
-    };
-}
-
 inline QStringList exampleNames()
 {
     return {QStringLiteral("directionfinder"), QStringLiteral("ffp"), QStringLiteral("mcp"), QStringLiteral("receiver"),

@@ -6,6 +6,8 @@
 
 #include <QTest>
 
+#include "Rows.h"
+
 /// Characters that may reach a terminal, and escapes of the others.
 class PrintableTest : public QObject
 {
@@ -28,9 +30,7 @@ private Q_SLOTS:
 
 void PrintableTest::charactersThatMoveOrHideTextAreNotPrintable_data()
 {
-    QTest::addColumn<uint>("first");
-    QTest::addColumn<uint>("last");
-    const auto row = [](const char *what, uint first, uint last) { QTest::newRow(what) << first << last; };
+    const Rows<uint, uint> row("first", "last");
     row("C0, ESC and BEL among them", 0x00, 0x1F);
     row("DEL and C1, CSI and OSC among them", 0x7F, 0x9F);
     row("soft hyphen", 0xAD, 0xAD);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Rows.h"
 #include "tools/Tool.h"
 
 #include <sys/stat.h>
@@ -162,11 +163,7 @@ void ToolBatchTest::badFileDoesNotStopTheOthers()
 
 void ToolBatchTest::summaryCountsTheResults_data()
 {
-    QTest::addColumn<QString>("summary");
-    QTest::addColumn<int>("status");
-    const auto row = [](const char *files, const char *summary, int status) {
-        QTest::newRow(files) << text(summary) << status;
-    };
+    const Rows<QString, int> row("summary", "status");
     row("good.xml good.xml", "2 files: 2 valid", 0);
     row("good.xml bad.xml good.xml", "3 files: 2 valid, 1 with problems", 1);
     row("bad.xml bad.xml", "2 files: 2 with problems", 1);

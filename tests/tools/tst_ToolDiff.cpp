@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Rows.h"
 #include "documents/html/PageTree.h"
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
@@ -97,12 +98,7 @@ void ToolDiffTest::equalDocumentsInDifferentFormsHaveNoDifferences()
 
 void ToolDiffTest::differencesAreListedByPath_data()
 {
-    QTest::addColumn<QByteArray>("first");
-    QTest::addColumn<QByteArray>("second");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const QByteArray &first, const QByteArray &second, const char *text) {
-        QTest::newRow(name) << first << second << QString::fromUtf8(text);
-    };
+    const Rows<QByteArray, QByteArray, QString> row("first", "second", "text");
     row("a value", R"("quantity": 1)", R"("quantity": 2)", "~ quantity: 1 -> 2\n");
     row("set to the default", R"("type": "SCP")", R"("type": "SCP", "quantity": 1)", "~ quantity: 1 (not set) -> 1\n");
     row("taken away", R"("name": "x")", R"("type": null)", "~ name: \"x\" -> (not set)\n~ type: (not set) -> (null)\n");

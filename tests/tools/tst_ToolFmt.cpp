@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <unistd.h>
 
+#include "Rows.h"
 #include "Skip.h"
 #include "tools/CommandsIn.h"
 #include "tools/Tool.h"
@@ -285,11 +286,7 @@ void ToolFmtTest::documentWithProblemsIsLaidOut()
 
 void ToolFmtTest::unreadableFilesAreErrorsAndStay_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *title, const QByteArray &content, const char *expected) {
-        QTest::newRow(title) << content << QString::fromUtf8(expected);
-    };
+    const Rows<QByteArray, QString> row("content", "expected");
     row("not well-formed", "<TunerProperties><a></TunerProperties>",
         "3\ntunerproperties: a.xml:1:38: Opening and ending tag mismatch.\n");
     row("another document", "<a/>", "3\ntunerproperties: a.xml:1:4: the root element is 'a', not 'TunerProperties'\n");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QtEndian>
 
+#include "Rows.h"
 #include "tools/Tool.h"
 
 /// Reading and changing one member of a document by its path.
@@ -115,7 +116,7 @@ QString ToolGetSetTest::set(const QStringList &arguments)
 
 void ToolGetSetTest::pathSelectsAMember_data()
 {
-    const auto row = columnsOfTexts("path", "value");
+    const Rows<QString, QString> row("path", "value");
     row("name", "  two\n lines\n");
     row("baseresource", "\n");
     row("type", "SCP\n");
@@ -172,7 +173,7 @@ void ToolGetSetTest::objectsArePrintedAsJson()
 
 void ToolGetSetTest::invalidPathIsReportedWithTheReason_data()
 {
-    const auto row = columnsOfTexts("path", "why");
+    const Rows<QString, QString> row("path", "why");
     row("", "expected a member name at character 1 of the path");
     row("/name", "expected a member name at character 1 of the path");
     row("StartupModes/", "expected a member name at character 14 of the path");
@@ -766,7 +767,7 @@ void ToolGetSetTest::failedWritingKeepsTheFile()
 
 void ToolGetSetTest::wrongArgumentsAreWrongUsage_data()
 {
-    const auto row = columnsOfTexts("arguments", "why");
+    const Rows<QString, QString> row("arguments", "why");
     row("set f.json", "'set' expects FILE PATH=VALUE... or FILE PATH VALUE or --unset FILE PATH...");
     row("set f.json quantity", "'set' requires a value; use --unset to remove the value");
     row("set --unset f.json quantity=3", "'set --unset' takes no value: 'quantity=3'");

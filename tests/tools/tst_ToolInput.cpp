@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Rows.h"
 #include "Skip.h"
 #include "tools/Tool.h"
 
@@ -76,11 +77,7 @@ void ToolInputTest::cleanup()
 
 void ToolInputTest::everyFormIsRecognized_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    const auto row = [](const char *name, const QByteArray &content) {
-        QTest::newRow(name) << QString::fromUtf8(name) << content;
-    };
+    const Rows<QString, QByteArray> row("name", "content");
     row("doc.xml", smallXml);
     row("doc.tpb", tagged);
     row("doc.tpz", compressed());
@@ -300,12 +297,7 @@ void ToolInputTest::everyCommandReportsUnreadableFiles()
 
 void ToolInputTest::filesThatAreNotDocumentsAreErrors_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("error");
-    const auto row = [](const char *what, const char *name, const QByteArray &content, const char *error) {
-        QTest::newRow(what) << QString::fromUtf8(name) << content << QString::fromUtf8(error);
-    };
+    const Rows<QString, QByteArray, QString> row("name", "content", "error");
     const char *const noForm =
         "a: unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot";
     row("an empty file", "a", "", noForm);
@@ -376,11 +368,7 @@ void ToolInputTest::messagesNameStandardInputByADash()
 
 void ToolInputTest::filesOfMoreThanAGigabyteAreErrorsBeforeReading_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("content");
-    const auto row = [](const char *name, const QByteArray &content) {
-        QTest::newRow(name) << QString::fromUtf8(name) << content;
-    };
+    const Rows<QString, QByteArray> row("name", "content");
     row("big.xml", smallXml);
     row("big.tpb", tagged);
     row("big.tpz", compressed());

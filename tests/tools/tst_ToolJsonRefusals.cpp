@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Rows.h"
 #include "tools/Tool.h"
 
 /// Text that is not JSON, JSON that is not a document, and the locations and reasons of the errors.
@@ -110,11 +111,7 @@ QString listed(const QString &start, int most = 100)
 
 void ToolJsonRefusalsTest::invalidJsonIsAnErrorAtItsLocation_data()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char *name, const QByteArray &json, const char *text) {
-        QTest::newRow(name) << json << QString::fromUtf8(text);
-    };
+    const Rows<QByteArray, QString> row("json", "text");
     row("cut off", "{\"a\": [1,\n 2",
         "-:2:3: syntax error while parsing array - unexpected end of input; expected ']'");
     row("no value", "{\n\n  \"a\": }",

@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "Rows.h"
 #include "tools/Tool.h"
 
 class ToolLintTest : public QObject
@@ -343,7 +344,7 @@ void ToolLintTest::rulesAreListedAsJson()
 
 void ToolLintTest::wrongUsageIsRefused_data()
 {
-    const auto add = columnsOfTexts("arguments", "message");
+    const Rows<QString, QString> add("arguments", "message");
     add("lint", "'lint' expects FILE... or --rules");
     add("lint --rules a.xml", "'lint --rules' takes no files");
     add("lint --disable lost-decimal a.xml", "unknown rule 'lost-decimal'; did you mean 'lost-decimals'?");

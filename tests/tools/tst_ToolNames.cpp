@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Rows.h"
 #include "tools/Tool.h"
 
 /// File names are bytes: they reach the system as they were typed, and messages show them escaped.
@@ -74,7 +75,7 @@ void ToolNamesTest::nameThatIsNotUtf8OpensItsOwnFile()
 
 void ToolNamesTest::everyCommandReadsAFileWhoseNameIsNotUtf8_data()
 {
-    const auto row = columnsOfTexts("command", "out");
+    const Rows<QString, QString> row("command", "out");
     row("show $name.xml | head -n 1", "TunerProperties\n");
     row("validate $name.xml", "");
     row("convert $name.xml - | head -n 1", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
@@ -97,7 +98,7 @@ void ToolNamesTest::everyCommandReadsAFileWhoseNameIsNotUtf8()
 
 void ToolNamesTest::namesReachTheSystemUnchanged_data()
 {
-    const auto row = columnsOfTexts("name", "shown");
+    const Rows<QString, QString> row("name", "shown");
     row(R"(\357\273\277.xml)", R"(\ufeff.xml)");
     row(R"(\\xff.xml)", R"(\\xff.xml)");
     row(R"(e\314\201.xml)", "e\xCC\x81.xml");
@@ -206,7 +207,7 @@ void ToolNamesTest::namesAreEscapedInMessages()
 
 void ToolNamesTest::temporaryFilesAreInTheFolderThatTheEnvironmentNames_data()
 {
-    const auto row = columnsOfTexts("folder", "locale");
+    const Rows<QString, QString> row("folder", "locale");
     row("plain", "");
     row("beyond \xC3\x84SCII", "loaded\n"); // to decode the name
 }

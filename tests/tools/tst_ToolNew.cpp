@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Rows.h"
 #include "tools/Tool.h"
 
 #include <QJsonArray>
@@ -212,11 +213,7 @@ void ToolNewTest::theModelIsTheOneThatIsInstalled()
 
 void ToolNewTest::everyFormatIsTheFileThatIsInstalled_data()
 {
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("name");
-    const auto row = [](const char *arguments, const char *name) {
-        QTest::newRow(arguments) << QString::fromLatin1(arguments) << QString::fromLatin1(name);
-    };
+    const Rows<QString, QString> row("arguments", "name");
     row("schema", "tuner-properties.xsd");
     row("schema --format xsd", "tuner-properties.xsd");
     row("schema --format author", "tuner-properties-author.xsd");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "NewMembers.h"
+#include "Rows.h"
 #include "tools/Tool.h"
 
 class ToolShowTest : public QObject
@@ -174,7 +175,7 @@ void ToolShowTest::versionIsTheOneThatWasRead()
 
 void ToolShowTest::numbersAreShownExactly_data()
 {
-    const auto row = columnsOfTexts("read", "shown");
+    const Rows<QString, QString> row("read", "shown");
     row("0", "0");
     row("-0.0", "-0");
     row("2.50", "2.5");

@@ -7,6 +7,7 @@
 #include <jobxml/TunerProperties.h>
 #include <text/Printable.h>
 
+#include "Rows.h"
 #include "tools/Terminal.h"
 #include "tools/Tool.h"
 
@@ -227,12 +228,8 @@ void ToolTerminalTest::writeHostile() const
 
 void ToolTerminalTest::everyCommandEscapesWhatIsNotPrintable_data()
 {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("shown"); // a part of the output
+    const Rows<QString, QString> row("command", "shown"); // a part of the output
     const QString name = text(shownName);
-    const auto row = [](const char *command, const QString &shown) {
-        QTest::newRow(command) << text(command) << shown;
-    };
     const QString quoted = QString(name).replace(text("\\\\u009b"), text("\\\\\\u009b"));
     row("get h.tpb name", name + text("\r\n"));
     row("get h.tpb Component", text("eA=="));

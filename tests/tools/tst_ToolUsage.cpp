@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "Rows.h"
 #include "tools/Tool.h"
 
 class ToolUsageTest : public QObject
@@ -498,7 +499,7 @@ void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()
 
 void ToolUsageTest::fileNameIsNeverAnOption_data()
 {
-    const auto row = columnsOfTexts("name", "text");
+    const Rows<QString, QString> row("name", "text");
     row("-h.xml", "unknown option '-h.xml'");
     row("-v.xml", "unknown option '-v.xml'");
     row("-q.xml", "unknown option '-q.xml'");

@@ -3,6 +3,7 @@
 
 #include <QSet>
 
+#include "Rows.h"
 #include "tools/Tool.h"
 
 class ToolValidateTest : public QObject
@@ -280,11 +281,7 @@ TunerProperties: Please set type properly. Unknown name ''; expected MCP, SCP, F
 
 void ToolValidateTest::linesAndColumnsMatchThoseOfAnEditor_data()
 {
-    QTest::addColumn<QByteArray>("xml");
-    QTest::addColumn<QString>("place");
-    const auto row = [](const char *name, const QByteArray &xml, const char *place) {
-        QTest::newRow(name) << xml << QString::fromUtf8(place);
-    };
+    const Rows<QByteArray, QString> row("xml", "place");
     row("an attribute on a line of its own", document("\n\n  hwProcessing=\"\"", ""), "3:3");
     row("an attribute after a value that looks like it", document(" name=' hwProcessing=\"\"'\n hwProcessing=''", ""),
         "2:2");
@@ -483,9 +480,7 @@ void ToolValidateTest::problemStaysOnOneLine()
 
 void ToolValidateTest::worstOfSeveralFilesDeterminesTheStatus_data()
 {
-    QTest::addColumn<QString>("files");
-    QTest::addColumn<int>("status");
-    const auto row = [](const char *files, int status) { QTest::newRow(files) << QString::fromUtf8(files) << status; };
+    const Rows<QString, int> row("files", "status");
     row("good.xml good.xml", 0);
     row("good.xml bad.xml", 1);
     row("bad.xml good.xml", 1);

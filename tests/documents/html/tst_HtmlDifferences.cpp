@@ -6,6 +6,7 @@
 #include <tunerdocuments/Path.h>
 
 #include "Documents.h"
+#include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/html/Pages.h"
 
@@ -120,12 +121,7 @@ void HtmlDifferencesTest::equalDocumentsAreCalledEqual()
 
 void HtmlDifferencesTest::valuesAreSideBySideByObject_data()
 {
-    QTest::addColumn<QByteArray>("first");
-    QTest::addColumn<QByteArray>("second");
-    QTest::addColumn<QStringList>("rows");
-    const auto row = [](const char *name, const QByteArray &first, const QByteArray &second, const QStringList &rows) {
-        QTest::newRow(name) << first << second << rows;
-    };
+    const Rows<QByteArray, QByteArray, QStringList> row("first", "second", "rows");
     row("a number", R"("quantity": 1)", R"("quantity": 2)", {QStringLiteral("Document: quantity: 1 -> 2")});
     row("a long number", R"("MaxFFPDelay": 5000)", R"("MaxFFPDelay": 5000000)",
         {QStringLiteral("Document: MaxFFPDelay: 5000 -> 5000000")});

@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include "Documents.h"
+#include "Rows.h"
 #include "documents/html/Pages.h"
 
 using JobXml::TunerProperties;
@@ -228,15 +229,8 @@ void HtmlPicturesTest::valueInItsRangeIsAMeter()
 
 void HtmlPicturesTest::valueOutsideItsRangeIsAnImageWithTheReason_data()
 {
-    QTest::addColumn<qint64>("value");
-    QTest::addColumn<qint64>("min");
-    QTest::addColumn<qint64>("max");
-    QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("note");
     const qint64 most = std::numeric_limits<qint64>::max();
-    const auto row = [](const char *name, qint64 value, qint64 min, qint64 max, const char *place, const char *note) {
-        QTest::newRow(name) << value << min << max << QString::fromUtf8(place) << QString::fromUtf8(note);
-    };
+    const Rows<qint64, qint64, qint64, QString, QString> row("value", "min", "max", "place", "note");
     row("above", 8, 0, 7, "100.00%", "value 8 is above max 7; use a value from 0 to 7 value-out-of-range");
     row("above by less than the precision of a double", most, 0, most - 1, "100.00%",
         "value 9223372036854775807 is above max 9223372036854775806; use a value from 0 to 9223372036854775806 "
