@@ -4,6 +4,7 @@
 #include <QtTest>
 
 #include "Rows.h"
+#include "documents/JsonOf.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 #include <tunerdocuments/Diff.h>
@@ -37,24 +38,6 @@ int count(const QVector<Difference> &differences, Difference::Kind kind)
 {
     return int(std::count_if(differences.begin(), differences.end(),
                              [kind](const Difference &difference) { return difference.kind == kind; }));
-}
-
-TunerProperties documentOf(const QByteArray &members)
-{
-    TunerProperties document;
-    document.SetValidate(false);
-    if (JsonForm::read(document, R"({"TunerProperties": {"Version": "1.1", )" + members + "}}") != 0)
-        qFatal("the JSON is not a document");
-    return document;
-}
-
-QByteArray jsonOf(const TunerProperties &document)
-{
-    try {
-        return JsonForm::compose(document);
-    } catch (const JsonFailure &) {
-        return QByteArray();
-    }
 }
 
 /// Calls the action for an object and everything below it, with its path; everything is set.

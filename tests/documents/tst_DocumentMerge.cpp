@@ -7,6 +7,7 @@
 #include <tunerdocuments/Merge.h>
 
 #include "Rows.h"
+#include "documents/JsonOf.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 
@@ -37,20 +38,6 @@ namespace {
 bool areSame(const TunerProperties &first, const TunerProperties &second)
 {
     return findDifferences(first, second).isEmpty() && snapshotOf(first) == snapshotOf(second);
-}
-
-QByteArray documentOf(const QByteArray &members)
-{
-    return R"({"TunerProperties": {"Version": "1.1", )" + members + "}}";
-}
-
-TunerProperties read(const QByteArray &members)
-{
-    TunerProperties document;
-    document.SetValidate(false);
-    if (JsonForm::read(document, documentOf(members)) != 0)
-        qFatal("the JSON is not a document");
-    return document;
 }
 
 TunerProperties changed(const TunerProperties &base, quint32 seed, int changes)
@@ -226,13 +213,13 @@ void DocumentMergeTest::changesOfBothSidesAreMade()
     QFETCH(QByteArray, ours);
     QFETCH(QByteArray, theirs);
     QFETCH(QByteArray, merged);
-    const MergeResult result = merge(read(base), read(ours), read(theirs));
+    const MergeResult result = merge(documentOf(base), documentOf(ours), documentOf(theirs));
     QCOMPARE(conflictsOf(result), QString());
     if (QByteArray(QTest::currentDataTag()) == "all items that go")
         QVERIFY(!result.document.IsBandwidthSelectionSet());
     else
         QCOMPARE(QString::fromUtf8(JsonForm::compose(result.document)),
-                 QString::fromUtf8(JsonForm::compose(read(merged))));
+                 QString::fromUtf8(JsonForm::compose(documentOf(merged))));
 }
 
 void DocumentMergeTest::contradictionsAreConflicts_data()
@@ -287,10 +274,11 @@ void DocumentMergeTest::contradictionsAreConflicts()
     QFETCH(QByteArray, theirs);
     QFETCH(QByteArray, merged);
     QFETCH(QString, conflict);
-    const MergeResult result = merge(read(base), read(ours), read(theirs));
+    const MergeResult result = merge(documentOf(base), documentOf(ours), documentOf(theirs));
     QCOMPARE(conflictsOf(result), conflict);
     QCOMPARE(result.conflicts.size(), 1);
-    QCOMPARE(QString::fromUtf8(JsonForm::compose(result.document)), QString::fromUtf8(JsonForm::compose(read(merged))));
+    QCOMPARE(QString::fromUtf8(JsonForm::compose(result.document)),
+             QString::fromUtf8(JsonForm::compose(documentOf(merged))));
 }
 
 void DocumentMergeTest::mergingChangesNoSide()
@@ -305,11 +293,11 @@ void DocumentMergeTest::mergingChangesNoSide()
 
 void DocumentMergeTest::resultHasTheValidateFlagOfOurs()
 {
-    const TunerProperties base = read(R"("quantity": 1)");
+    const TunerProperties base = documentOf(R"("quantity": 1)");
     for (const bool validate : {true, false}) {
         TunerProperties ours = base;
         ours.SetValidate(validate);
-        QCOMPARE(merge(base, ours, read(R"("quantity": 2)")).document.GetValidate(), validate);
+        QCOMPARE(merge(base, ours, documentOf(R"("quantity": 2)")).document.GetValidate(), validate);
     }
 }
 

@@ -10,6 +10,7 @@
 #include <tunerdocuments/Path.h>
 
 #include "documents/ChangedBytes.h"
+#include "documents/Edited.h"
 #include "documents/RandomChanges.h"
 #include "documents/RandomEdits.h"
 #include "documents/json/JsonForm.h"
@@ -39,20 +40,6 @@ private Q_SLOTS:
 namespace {
 
 const QString name = QStringLiteral("d.json");
-
-QByteArray edited(const QByteArray &json, const QString &path, const QString &value)
-{
-    try {
-        Editor editor(Document::fromBytes(json, name), json, name);
-        if (value.isNull())
-            editor.unset(path);
-        else
-            editor.set(path, value);
-        return editor.toBytes();
-    } catch (const std::exception &exception) {
-        return exception.what();
-    }
-}
 
 QByteArray document(const QByteArray &members)
 {
@@ -105,7 +92,7 @@ void JsonEditingTest::onlyTheValueChanges()
     QFETCH(QString, path);
     QFETCH(QString, value);
     QFETCH(QByteArray, after);
-    QCOMPARE(edited(before, path, value), after);
+    QCOMPARE(edited(before, {{path, value}}), after);
 }
 
 void JsonEditingTest::unsetMemberDisappears_data()
@@ -131,13 +118,13 @@ void JsonEditingTest::unsetMemberDisappears()
     QFETCH(QByteArray, after);
     before.replace("\"name\": 0", "\"name\": \"n\"");
     after.replace("\"name\": 0", "\"name\": \"n\"");
-    QCOMPARE(edited(before, path, QString()), after);
+    QCOMPARE(edited(before, {{path, QString()}}), after);
 }
 
 void JsonEditingTest::otherKindOfValueReplacesTheMember()
 {
     const QByteArray json = document(",\"Component\":[{\"Node\":[{\"ValueItem\":[{\"ValueInt\":{\"id\":\"i\"}}]}]}]");
-    QCOMPARE(edited(json, QStringLiteral("Component/Node/ValueItem/ChoiceValueItem"), QStringLiteral("ValueFloat")),
+    QCOMPARE(edited(json, {{QStringLiteral("Component/Node/ValueItem/ChoiceValueItem"), QStringLiteral("ValueFloat")}}),
              QByteArray(json).replace("{\"ValueInt\":{\"id\":\"i\"}}",
                                       "{\"ChoiceValueItem\":\"ValueFloat\", \"ValueFloat\":{}}"));
 }

@@ -6,6 +6,7 @@
 #include <tunerdocuments/Patch.h>
 
 #include "Rows.h"
+#include "documents/JsonOf.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 
@@ -45,25 +46,6 @@ QByteArray linesOf(const TunerProperties &first, const TunerProperties &second)
     QByteArray lines;
     findDifferences(first, second, [&](const Difference &difference) { lines += toJson(difference, file) + '\n'; });
     return lines;
-}
-
-/// Null if JSON cannot carry the document.
-QByteArray jsonOf(const TunerProperties &document)
-{
-    try {
-        return JsonForm::compose(document);
-    } catch (const JsonFailure &) {
-        return QByteArray();
-    }
-}
-
-TunerProperties documentOf(const QByteArray &members)
-{
-    TunerProperties document;
-    document.SetValidate(false);
-    if (JsonForm::read(document, R"({"TunerProperties": {"Version": "1.1", )" + members + "}}") != 0)
-        qFatal("the JSON is not a document");
-    return document;
 }
 
 /// A random document, and a second one: its neighbor, one with a few changes, or one with many.

@@ -10,6 +10,7 @@
 #include <tunerdocuments/Value.h>
 
 #include "Rows.h"
+#include "documents/Edited.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 #include "framework/XmlSpellings.h"
@@ -41,10 +42,6 @@ private Q_SLOTS:
     void commentsAndUnknownContentStayWhenADocumentBecomesAnotherOne();
     void randomDocumentBecomesAnyOtherInXml();
     void randomDocumentBecomesAnyOtherInJson();
-
-private:
-    using Operation = std::function<void(Editor &)>;
-    static QByteArray after(const QByteArray &text, const Operation &operation);
 };
 
 namespace {
@@ -62,19 +59,6 @@ QByteArray jsonDocument(const QByteArray &members)
 }
 
 } // namespace
-
-/// The text after an operation, or why it was refused.
-QByteArray RearrangingTest::after(const QByteArray &text, const Operation &operation)
-{
-    const QString fileName = text.startsWith('{') ? QStringLiteral("d.json") : name;
-    try {
-        Editor editor(Document::fromBytes(text, fileName), text, fileName);
-        operation(editor);
-        return editor.toBytes();
-    } catch (const std::exception &exception) {
-        return exception.what();
-    }
-}
 
 void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
 {
@@ -146,7 +130,7 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors()
     QFETCH(QString, path);
     QFETCH(QByteArray, content);
     QFETCH(QByteArray, result);
-    QCOMPARE(after(before, [&](Editor &editor) { editor.add(path, content, QStringLiteral("new")); }), result);
+    QCOMPARE(edited(before, [&](Editor &editor) { editor.add(path, content, QStringLiteral("new")); }), result);
 }
 
 void RearrangingTest::addedContentIsReadCompletely_data()
@@ -181,8 +165,8 @@ void RearrangingTest::addedContentIsReadCompletely()
     QFETCH(QByteArray, message);
     const QByteArray text = document("<Component/>");
     QCOMPARE(
-        after(text,
-              [&](Editor &editor) { editor.add(QStringLiteral("Component/Node"), content, QStringLiteral("c.xml")); }),
+        edited(text,
+               [&](Editor &editor) { editor.add(QStringLiteral("Component/Node"), content, QStringLiteral("c.xml")); }),
         message);
 }
 
@@ -219,7 +203,7 @@ void RearrangingTest::removedItemTakesItsLineAlong()
     QFETCH(QByteArray, before);
     QFETCH(QStringList, paths);
     QFETCH(QByteArray, result);
-    QCOMPARE(after(before, [&](Editor &editor) { editor.remove(paths); }), result);
+    QCOMPARE(edited(before, [&](Editor &editor) { editor.remove(paths); }), result);
 }
 
 void RearrangingTest::movedItemKeepsItsText_data()
@@ -254,7 +238,7 @@ void RearrangingTest::movedItemKeepsItsText()
     QFETCH(QString, path);
     QFETCH(int, position);
     QFETCH(QByteArray, result);
-    QCOMPARE(after(before, [&](Editor &editor) { editor.move(path, position); }), result);
+    QCOMPARE(edited(before, [&](Editor &editor) { editor.move(path, position); }), result);
 }
 
 void RearrangingTest::wrongPlaceIsRefused_data()
@@ -299,15 +283,15 @@ void RearrangingTest::wrongPlaceIsRefused()
     QFETCH(QByteArray, message);
     const QByteArray text = document("<StartupModes><StartupMode>DF</StartupMode></StartupModes><Component type='a'/>"
                                      "<Component type='b'/>");
-    QCOMPARE(after(text,
-                   [&](Editor &editor) {
-                       if (operation == QLatin1String("add"))
-                           editor.add(path, argument.toUtf8(), QStringLiteral("new"));
-                       else if (operation == QLatin1String("remove"))
-                           editor.remove({path});
-                       else
-                           editor.move(path, argument.toInt());
-                   }),
+    QCOMPARE(edited(text,
+                    [&](Editor &editor) {
+                        if (operation == QLatin1String("add"))
+                            editor.add(path, argument.toUtf8(), QStringLiteral("new"));
+                        else if (operation == QLatin1String("remove"))
+                            editor.remove({path});
+                        else
+                            editor.move(path, argument.toInt());
+                    }),
              message);
 }
 
@@ -315,7 +299,7 @@ void RearrangingTest::refusedOperationChangesNothing()
 {
     const QByteArray text = document("<Component type='a'/>");
     Editor editor(Document::fromBytes(text, name), text, name);
-    const auto refused = [&](const Operation &operation) {
+    const auto refused = [&](const auto &operation) {
         try {
             operation(editor);
         } catch (const PathFailure &) {
@@ -336,19 +320,19 @@ void RearrangingTest::refusedOperationChangesNothing()
 void RearrangingTest::pathOfARemovedItemIsThatBeforeTheOperation()
 {
     const QByteArray text = document("<Component type='a'/><Component type='b'/><Component type='c'/>");
-    QCOMPARE(after(text,
-                   [](Editor &editor) {
-                       editor.remove({QStringLiteral("Component[1]"), QStringLiteral("Component[2]")});
-                   }),
+    QCOMPARE(edited(text,
+                    [](Editor &editor) {
+                        editor.remove({QStringLiteral("Component[1]"), QStringLiteral("Component[2]")});
+                    }),
              document("<Component type='c'/>"));
-    QCOMPARE(after(text,
-                   [](Editor &editor) {
-                       editor.remove({QStringLiteral("Component[1]")});
-                       editor.remove({QStringLiteral("Component[2]")});
-                       editor.add(QStringLiteral("Component[2]"), "<Component name='n'/>");
-                       editor.set(QStringLiteral("Component[1]/name"), QStringLiteral("m"));
-                       editor.move(QStringLiteral("Component[2]"), 1);
-                   }),
+    QCOMPARE(edited(text,
+                    [](Editor &editor) {
+                        editor.remove({QStringLiteral("Component[1]")});
+                        editor.remove({QStringLiteral("Component[2]")});
+                        editor.add(QStringLiteral("Component[2]"), "<Component name='n'/>");
+                        editor.set(QStringLiteral("Component[1]/name"), QStringLiteral("m"));
+                        editor.move(QStringLiteral("Component[2]"), 1);
+                    }),
              document("<Component name=\"n\"/><Component type='b' name='m'/>"));
 }
 
@@ -384,7 +368,7 @@ void RearrangingTest::documentBecomesAnotherOneInItsOwnSpelling()
     const QByteArray result =
         document("\n <name>n</name>\n <quantity>3</quantity>\n <Component type='b' name='m'>\n  <Node/>\n"
                  " </Component>\n <Component type='a' name='m' optional='true'>\n  <Node id='x'  />\n </Component>\n");
-    QCOMPARE(after(text, [&](Editor &editor) { editor.become(other); }), result);
+    QCOMPARE(edited(text, [&](Editor &editor) { editor.become(other); }), result);
 }
 
 namespace {

@@ -11,6 +11,8 @@
 
 #include "Rows.h"
 #include "documents/ChangedBytes.h"
+#include "documents/Edited.h"
+#include "documents/JsonOf.h"
 #include "documents/RandomChanges.h"
 #include "documents/RandomEdits.h"
 #include "documents/json/JsonForm.h"
@@ -46,9 +48,6 @@ private Q_SLOTS:
     void characterThatXmlLacksIsRefused();
     void randomEditsChangeNothingElse();
     void randomEditsOfOddDocumentsReadAsTheDescription();
-
-private:
-    static QByteArray edited(const QByteArray &xml, const QVector<QPair<QString, QString>> &changes);
 };
 
 namespace {
@@ -56,23 +55,6 @@ namespace {
 const QString name = QStringLiteral("d.xml");
 
 } // namespace
-
-/// The document after the changes; a null value unsets the member.
-QByteArray XmlEditingTest::edited(const QByteArray &xml, const QVector<QPair<QString, QString>> &changes)
-{
-    try {
-        Editor editor(Document::fromBytes(xml, name), xml, name);
-        for (const auto &[path, value] : changes) {
-            if (value.isNull())
-                editor.unset(path);
-            else
-                editor.set(path, value);
-        }
-        return editor.toBytes();
-    } catch (const std::exception &exception) {
-        return exception.what();
-    }
-}
 
 void XmlEditingTest::valueIsReplacedWhereItIs_data()
 {
@@ -378,15 +360,6 @@ void XmlEditingTest::characterThatXmlLacksIsRefused()
 }
 
 namespace {
-
-QByteArray jsonOf(const TunerProperties &document)
-{
-    try {
-        return JsonForm::compose(document);
-    } catch (const JsonFailure &) {
-        return QByteArray();
-    }
-}
 
 /// The names of all elements and attributes, the values of these, and the comments.
 QStringList partsOf(const QByteArray &xml)

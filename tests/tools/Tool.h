@@ -18,6 +18,9 @@ struct Run
     QString out;
     QString err;
     QByteArray bytes; // the bytes of `out`, undecoded
+
+    /// The status on a line of its own, the output and the errors.
+    QString all() const { return QStringLiteral("%1\n").arg(status) + out + err; }
 };
 
 /// A temporary folder in which the tool runs, so that files and messages have short names.

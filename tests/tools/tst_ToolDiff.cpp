@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "JsonDocument.h"
 #include "Rows.h"
 #include "documents/html/PageTree.h"
 #include "tools/Terminal.h"
@@ -37,11 +38,6 @@ private:
 
 namespace {
 
-QByteArray documentOf(const QByteArray &members)
-{
-    return R"({"TunerProperties": {"Version": "1.1", )" + members + "}}";
-}
-
 QByteArray nodeOf(const QByteArray &items)
 {
     return R"("Component": [{"type": "t", "name": "c", "Node": [{"id": "n", "ValueItem": [)" + items + "]}]}]";
@@ -65,8 +61,8 @@ void ToolDiffTest::init()
 
 QString ToolDiffTest::diff(const QByteArray &first, const QByteArray &second)
 {
-    m_workshop->write(QStringLiteral("a.json"), documentOf(first));
-    m_workshop->write(QStringLiteral("b.json"), documentOf(second));
+    m_workshop->write(QStringLiteral("a.json"), jsonWith(first));
+    m_workshop->write(QStringLiteral("b.json"), jsonWith(second));
     const Run run = m_workshop->run(line("diff a.json b.json"));
     return run.status == 0 && run.err.isEmpty() ? run.out : QStringLiteral("status %1: ").arg(run.status) + run.err;
 }
@@ -182,8 +178,8 @@ void ToolDiffTest::linesAreInDocumentOrder()
 
 void ToolDiffTest::exitCodeOptionReportsDifferences()
 {
-    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
-    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    m_workshop->write(QStringLiteral("a.json"), jsonWith(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("b.json"), jsonWith(R"("quantity": 2)"));
     QCOMPARE(m_workshop->run(line("diff a.json b.json")).status, 0);
     const Run run = m_workshop->run(line("diff --exit-code a.json b.json"));
     QCOMPARE(run.status, 1);
@@ -195,10 +191,10 @@ void ToolDiffTest::colorsAreUsedOnTerminals()
 {
     m_workshop->write(
         QStringLiteral("a.json"),
-        documentOf(R"("quantity": 1, "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
+        jsonWith(R"("quantity": 1, "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
     m_workshop->write(
         QStringLiteral("b.json"),
-        documentOf(R"("quantity": 2, "BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
+        jsonWith(R"("quantity": 2, "BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
     const QString plain = QStringLiteral("~ quantity: 1 -> 2\n"
                                          "- BandwidthSelection[Name=a]\n"
                                          "+ BandwidthSelection[Name=b] (at 3)\n"
@@ -233,9 +229,9 @@ void ToolDiffTest::jsonOptionWritesDifferencesAsJson()
 {
     m_workshop->write(
         QStringLiteral("a.json"),
-        documentOf(R"("name": "\"\n", "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
+        jsonWith(R"("name": "\"\n", "BandwidthSelection": [{"Name": "a"}, {"Name": "m"}, {"Name": "n"}])"));
     m_workshop->write(QStringLiteral("b.json"),
-                      documentOf(R"("BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
+                      jsonWith(R"("BandwidthSelection": [{"Name": "n"}, {"Name": "m"}, {"Name": "b"}])"));
     const Run run = m_workshop->run(line("diff --json a.json b.json"));
     QCOMPARE(run.out, QStringLiteral(R"_({"change":"changed","path":"name","before":"\"\n"}
 {"change":"removed","path":"BandwidthSelection[Name=a]","from":1,"before":{"Name":"a"}}
@@ -247,32 +243,18 @@ void ToolDiffTest::jsonOptionWritesDifferencesAsJson()
 
 void ToolDiffTest::jsonIsAlsoAFormat()
 {
-    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
-    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    m_workshop->write(QStringLiteral("a.json"), jsonWith(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("b.json"), jsonWith(R"("quantity": 2)"));
     const QString changes = QStringLiteral("{\"change\":\"changed\",\"path\":\"quantity\",\"before\":1,\"after\":2}\n");
     QCOMPARE(m_workshop->run(line("diff --format json a.json b.json")).out, changes);
     QCOMPARE(m_workshop->run(line("diff --json --format json a.json b.json")).out, changes);
     QCOMPARE(m_workshop->run(line("diff --format text a.json b.json")).out, QStringLiteral("~ quantity: 1 -> 2\n"));
 }
 
-namespace {
-
-/// The texts of all elements of this name on a page.
-QStringList textsOf(const QByteArray &page, const char *tag)
-{
-    QStringList texts;
-    const PageTree tree(page);
-    for (const PageNode *node : tree.root().allTagged(tag))
-        texts.append(node->wholeText());
-    return texts;
-}
-
-} // namespace
-
 void ToolDiffTest::htmlFormatWritesAPage()
 {
-    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
-    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    m_workshop->write(QStringLiteral("a.json"), jsonWith(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("b.json"), jsonWith(R"("quantity": 2)"));
     const Run run = m_workshop->run(line("diff --format html a.json b.json"));
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
@@ -289,21 +271,21 @@ void ToolDiffTest::htmlFormatWritesAPage()
 void ToolDiffTest::pageNamesFilesByTheirFoldersIfNecessary()
 {
     QVERIFY(QDir(m_workshop->path(QStringLiteral("."))).mkpath(QStringLiteral("old")));
-    m_workshop->write(QStringLiteral("old/a.json"), documentOf(R"("quantity": 1)"));
-    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 2)"));
-    m_workshop->write(QStringLiteral("b.json"), documentOf(R"("quantity": 2)"));
+    m_workshop->write(QStringLiteral("old/a.json"), jsonWith(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("a.json"), jsonWith(R"("quantity": 2)"));
+    m_workshop->write(QStringLiteral("b.json"), jsonWith(R"("quantity": 2)"));
     const auto title = [&](const char *arguments, const QByteArray &in = {}) {
         return textsOf(m_workshop->run(line(arguments), in).bytes, "h1").value(0);
     };
     QCOMPARE(title("diff --format html old/a.json a.json"), QStringLiteral("Differences of old/a.json and a.json"));
     QCOMPARE(title("diff --format html old/a.json b.json"), QStringLiteral("Differences of a.json and b.json"));
-    QCOMPARE(title("diff --format html - b.json", documentOf(R"("quantity": 3)")),
+    QCOMPARE(title("diff --format html - b.json", jsonWith(R"("quantity": 3)")),
              QStringLiteral("Differences of standard input and b.json"));
 }
 
 void ToolDiffTest::pageOfEqualDocumentsSaysSo()
 {
-    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("a.json"), jsonWith(R"("quantity": 1)"));
     const Run run = m_workshop->run(line("diff --exit-code --format html a.json a.json"));
     QCOMPARE(run.status, 0);
     QVERIFY(run.bytes.contains("<p class=\"fine\">The documents are equal.</p>"));
@@ -320,7 +302,7 @@ void ToolDiffTest::textsStayOnOneLine()
 
 void ToolDiffTest::unreadableDocumentIsAnError()
 {
-    m_workshop->write(QStringLiteral("a.json"), documentOf(R"("quantity": 1)"));
+    m_workshop->write(QStringLiteral("a.json"), jsonWith(R"("quantity": 1)"));
     m_workshop->write(QStringLiteral("b.json"), "{");
     const Run missing = m_workshop->run(line("diff --exit-code a.json c.json"));
     QCOMPARE(missing.err, QStringLiteral("tunerproperties: c.json: cannot open: No such file or directory\n"));

@@ -4,6 +4,7 @@
 #include "Rows.h"
 #include "Skip.h"
 #include "tools/CommandsIn.h"
+#include "tools/GitRepository.h"
 #include "tools/Tool.h"
 
 /// Documents get the canonical layout.
@@ -44,8 +45,7 @@ private:
     /// Status, output and errors.
     QString run(const char *arguments, const QByteArray &input = {})
     {
-        const Run run = m_workshop->run(line(arguments), input);
-        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
+        return m_workshop->run(line(arguments), input).all();
     }
 
     void write(const char *name, const QByteArray &content) { m_workshop->write(QString::fromUtf8(name), content); }
@@ -337,21 +337,12 @@ void ToolFmtTest::formattingLeavesNoOtherFiles()
 // The hook is that of the manual.
 void ToolFmtTest::gitRefusesOtherLayoutsByTheManual()
 {
-    if (QByteArray(GIT_PROGRAM).isEmpty())
+    if (!GitRepository::isGitInstalled())
         SKIP("git is not installed");
     const QStringList blocks = commandsIn(QStringLiteral(GIT_PAGE)).mid(2);
     QCOMPARE(blocks.size(), 1);
-    m_workshop->setEnvironment(QStringLiteral("HOME"), m_workshop->path(QStringLiteral(".")));
-    m_workshop->setEnvironment(QStringLiteral("GIT_CONFIG_NOSYSTEM"), QStringLiteral("1"));
-    for (const char *name : {"AUTHOR_NAME", "COMMITTER_NAME", "AUTHOR_EMAIL", "COMMITTER_EMAIL"})
-        m_workshop->setEnvironment(QStringLiteral("GIT_") + QLatin1String(name), QStringLiteral("t"));
-    const auto shell = [&](const QString &commands) {
-        const Run run = m_workshop->shell(QStringLiteral("set -e; PATH=\"$(dirname \"$tool\"):$PATH\"; cd repository; ")
-                                          + commands);
-        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
-    };
-    QDir(m_workshop->path(QStringLiteral("."))).mkdir(QStringLiteral("repository"));
-    QVERIFY(shell(QStringLiteral("git init -q -b main .")).startsWith(QLatin1String("0\n")));
+    const GitRepository repository(*m_workshop);
+    const auto shell = [&](const QString &commands) { return repository.shell(commands); };
     QCOMPARE(shell(blocks.first()), QStringLiteral("0\n"));
     write("repository/a b.xml", typed);
     write("repository/c.txt", "text");

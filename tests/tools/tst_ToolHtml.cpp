@@ -25,15 +25,6 @@ private Q_SLOTS:
 
 namespace {
 
-QStringList textsOf(const QByteArray &page, const char *tag)
-{
-    QStringList texts;
-    const PageTree tree(page);
-    for (const PageNode *node : tree.root().allTagged(tag))
-        texts.append(node->wholeText());
-    return texts;
-}
-
 /// Findings of the document and of its text.
 const char manyFindings[] = R"(<TunerProperties Version="1.1" type="scp" baseresource="b" extra="1" quantity="x">
 <Extra/>

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "JsonDocument.h"
 #include "tools/Tool.h"
 
 #include <QRegularExpression>
@@ -68,7 +69,7 @@ QString onOneLine(QString json)
 /// The members of a document as the tool writes them on one line after reading `members`.
 QString again(const QByteArray &members)
 {
-    const QByteArray json = R"({"TunerProperties": {"Version": "1.1", )" + members + "}}";
+    const QByteArray json = jsonWith(members);
     const Run run = Workshop().run(line("convert - - --to json --no-validate"), json);
     const QString text = onOneLine(run.out);
     const QString start = QStringLiteral(R"({"TunerProperties": {"Version": "1.1", )");

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "JsonDocument.h"
 #include "Skip.h"
 #include "tools/CommandsIn.h"
+#include "tools/GitRepository.h"
 #include "tools/Tool.h"
 
 /// Three documents become one, also within git.
@@ -23,12 +25,11 @@ private Q_SLOTS:
 private:
     void writeJson(const char *name, const QByteArray &members)
     {
-        m_workshop->write(QString::fromUtf8(name), R"({"TunerProperties": {"Version": "1.1", )" + members + "}}");
+        m_workshop->write(QString::fromUtf8(name), jsonWith(members));
     }
     QString run(const char *arguments, const QByteArray &input = {})
     {
-        const Run run = m_workshop->run(line(arguments), input);
-        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
+        return m_workshop->run(line(arguments), input).all();
     }
 
     std::unique_ptr<Workshop> m_workshop;
@@ -140,22 +141,12 @@ void ToolMergeTest::unreadableFileLeavesOursUnchanged()
 // same one.
 void ToolMergeTest::gitMergesAndShowsDocumentsByTheManual()
 {
-    if (QByteArray(GIT_PROGRAM).isEmpty())
+    if (!GitRepository::isGitInstalled())
         SKIP("git is not installed");
     const QStringList blocks = commandsIn(QStringLiteral(GIT_PAGE)).mid(0, 2);
     QCOMPARE(blocks.size(), 2);
-    m_workshop->setEnvironment(QStringLiteral("HOME"), m_workshop->path(QStringLiteral(".")));
-    m_workshop->setEnvironment(QStringLiteral("GIT_CONFIG_NOSYSTEM"), QStringLiteral("1"));
-    m_workshop->setEnvironment(QStringLiteral("LC_ALL"), QStringLiteral("C"));
-    for (const char *name : {"AUTHOR_NAME", "COMMITTER_NAME", "AUTHOR_EMAIL", "COMMITTER_EMAIL"})
-        m_workshop->setEnvironment(QStringLiteral("GIT_") + QLatin1String(name), QStringLiteral("t"));
-    const auto shell = [&](const QString &commands) {
-        const Run run = m_workshop->shell(QStringLiteral("set -e; PATH=\"$(dirname \"$tool\"):$PATH\"; cd repository; ")
-                                          + commands);
-        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
-    };
-    QDir(m_workshop->path(QStringLiteral("."))).mkdir(QStringLiteral("repository"));
-    QVERIFY(shell(QStringLiteral("git init -q -b main .")).startsWith(QLatin1String("0\n")));
+    const GitRepository repository(*m_workshop);
+    const auto shell = [&](const QString &commands) { return repository.shell(commands); };
     for (const QString &block : blocks)
         QCOMPARE(shell(block), QStringLiteral("0\n"));
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "JsonDocument.h"
 #include "tools/Tool.h"
 
 /// Changes that `diff --json` has listed are made by `patch`.
@@ -27,13 +28,12 @@ private Q_SLOTS:
 private:
     void writeJson(const char *name, const QByteArray &members)
     {
-        m_workshop->write(QString::fromUtf8(name), R"({"TunerProperties": {"Version": "1.1", )" + members + "}}");
+        m_workshop->write(QString::fromUtf8(name), jsonWith(members));
     }
     /// Status, output and errors.
     QString run(const char *arguments, const QByteArray &input = {})
     {
-        const Run run = m_workshop->run(line(arguments), input);
-        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
+        return m_workshop->run(line(arguments), input).all();
     }
     void writeChanges(const char *first, const char *second)
     {

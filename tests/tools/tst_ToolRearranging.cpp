@@ -25,8 +25,7 @@ private Q_SLOTS:
 private:
     QString run(const QString &arguments, const QByteArray &input = {})
     {
-        const Run run = m_workshop->run(line(qPrintable(arguments)), input);
-        return QStringLiteral("%1\n").arg(run.status) + run.out + run.err;
+        return m_workshop->run(line(qPrintable(arguments)), input).all();
     }
     QByteArray file() const { return m_workshop->read(QStringLiteral("a.xml")); }
 

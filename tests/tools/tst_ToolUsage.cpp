@@ -329,12 +329,8 @@ void ToolUsageTest::helpOfACommandDescribesIt()
                        "      Accept only documents without warnings.\n"
                        "  tunerproperties validate --json -- *.xml\n"
                        "      Report the problems of many documents to a program.\n");
-    for (const char *arguments : {"validate --help", "validate -h", "help validate"}) {
-        const Run run = Workshop().run(line(arguments));
-        QCOMPARE(run.out, expected);
-        QCOMPARE(run.err, QString());
-        QCOMPARE(run.status, 0);
-    }
+    for (const char *arguments : {"validate --help", "validate -h", "help validate"})
+        QCOMPARE(Workshop().run(line(arguments)).all(), QStringLiteral("0\n") + expected);
 }
 
 void ToolUsageTest::helpOfACommandShowsEveryUsage()
@@ -408,12 +404,8 @@ void ToolUsageTest::helpOfACommandShowsEveryUsage()
                        "      Write XML to standard output.\n"
                        "  tunerproperties convert --to tagged --out-dir records -- *.xml\n"
                        "      Write records/NAME.tpb for every NAME.xml.\n");
-    for (const char *arguments : {"convert --help", "convert -h", "help convert"}) {
-        const Run run = Workshop().run(line(arguments));
-        QCOMPARE(run.out, expected);
-        QCOMPARE(run.err, QString());
-        QCOMPARE(run.status, 0);
-    }
+    for (const char *arguments : {"convert --help", "convert -h", "help convert"})
+        QCOMPARE(Workshop().run(line(arguments)).all(), QStringLiteral("0\n") + expected);
 }
 
 void ToolUsageTest::helpOfFmtDescribesTheLayout()

@@ -137,3 +137,13 @@ private:
     PageNode m_root;
     QString m_error;
 };
+
+/// The texts of all elements of this name on a page.
+inline QStringList textsOf(const QByteArray &page, const char *tag)
+{
+    QStringList texts;
+    const PageTree tree(page);
+    for (const PageNode *node : tree.root().allTagged(tag))
+        texts.append(node->wholeText());
+    return texts;
+}

@@ -6,6 +6,7 @@
 #include <tunerdocuments/Path.h>
 
 #include "Documents.h"
+#include "JsonDocument.h"
 #include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/html/Pages.h"
@@ -59,8 +60,7 @@ PageTree comparisonOf(const TunerProperties &first, const TunerProperties &secon
 
 TunerProperties fromJson(const QByteArray &members)
 {
-    return Document::fromBytes(R"({"TunerProperties": {"Version": "1.1", )" + members + "}}", QStringLiteral("a.json"))
-        .tuner;
+    return Document::fromBytes(jsonWith(members), QStringLiteral("a.json")).tuner;
 }
 
 QByteArray nodeOf(const QByteArray &items)
