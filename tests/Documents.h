@@ -48,6 +48,18 @@ inline JobXml::BandwidthSelection aBandwidth(double bandwidth = 1500000)
     return selection;
 }
 
+/// An incomplete document with only that node.
+inline JobXml::TunerProperties aDocumentWith(const JobXml::Node &node)
+{
+    JobXml::Component component;
+    component.SetValidate(false);
+    component.AppendNode(node);
+    JobXml::TunerProperties document;
+    document.SetValidate(false);
+    document.AppendComponent(component);
+    return document;
+}
+
 /// A document with a start-up mode, a bandwidth and a component.
 inline JobXml::TunerProperties aDocument(int nodes = 2)
 {

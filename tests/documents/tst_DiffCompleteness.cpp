@@ -3,6 +3,7 @@
 
 #include <QtTest>
 
+#include "Documents.h"
 #include "Rows.h"
 #include "documents/JsonOf.h"
 #include "documents/RandomChanges.h"
@@ -274,13 +275,7 @@ void DiffCompletenessTest::manyRenamedItemsTakeLittleTime()
             item.SetValueNumericInt(number);
             node.AppendValueItem(item);
         }
-        JobXml::Component component;
-        component.SetValidate(false);
-        component.AppendNode(node);
-        TunerProperties document;
-        document.SetValidate(false);
-        document.AppendComponent(component);
-        return document;
+        return aDocumentWith(node);
     };
     const QVector<Difference> differences =
         findDifferences(withNames(QStringLiteral("a%1"), 4), withNames(QStringLiteral("b%1"), areAlike ? 4 : 5));

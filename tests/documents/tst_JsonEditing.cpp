@@ -9,6 +9,7 @@
 #include <tunerdocuments/Editor.h>
 #include <tunerdocuments/Path.h>
 
+#include "Rows.h"
 #include "documents/ChangedBytes.h"
 #include "documents/Edited.h"
 #include "documents/RandomChanges.h"
@@ -50,14 +51,7 @@ QByteArray document(const QByteArray &members)
 
 void JsonEditingTest::onlyTheValueChanges_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *title, const char *before, const char *path, const char *value, const char *after) {
-        QTest::newRow(title) << document(before) << QString::fromUtf8(path) << QString::fromUtf8(value)
-                             << document(after);
-    };
+    const Rows<QByteArray, QString, QString, QByteArray> row("before", "path", "value", "after");
     row("number", ",  \"quantity\" :\t2 ", "quantity", "3", ",  \"quantity\" :\t3 ");
     row("number that is not one in JSON", ",\"quantity\":2", "quantity", "007", ",\"quantity\":7");
     row("number as it was typed", ",\"BandwidthSelection\":[{\"MaxBandwidth\":1e3}]", "BandwidthSelection/MaxBandwidth",
@@ -92,17 +86,12 @@ void JsonEditingTest::onlyTheValueChanges()
     QFETCH(QString, path);
     QFETCH(QString, value);
     QFETCH(QByteArray, after);
-    QCOMPARE(edited(before, {{path, value}}), after);
+    QCOMPARE(edited(document(before), {{path, value}}), document(after));
 }
 
 void JsonEditingTest::unsetMemberDisappears_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("after");
-    const auto row = [](const char *title, const char *before, const char *path, const char *after) {
-        QTest::newRow(title) << document(before) << QString::fromUtf8(path) << document(after);
-    };
+    const Rows<QByteArray, QString, QByteArray> row("before", "path", "after");
     row("in the middle", ",\n\"name\": 0,\n\"quantity\": 2", "quantity", ",\n\"name\": 0"); // replaced below
     row("between others", ", \"quantity\": 2, \"hwProcessing\": true", "quantity", ", \"hwProcessing\": true");
     row("last", ", \"quantity\": 2 ", "quantity", " ");
@@ -118,7 +107,7 @@ void JsonEditingTest::unsetMemberDisappears()
     QFETCH(QByteArray, after);
     before.replace("\"name\": 0", "\"name\": \"n\"");
     after.replace("\"name\": 0", "\"name\": \"n\"");
-    QCOMPARE(edited(before, {{path, QString()}}), after);
+    QCOMPARE(edited(document(before), {{path, QString()}}), document(after));
 }
 
 void JsonEditingTest::otherKindOfValueReplacesTheMember()

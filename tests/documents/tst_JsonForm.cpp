@@ -6,6 +6,7 @@
 
 #include <QtTest>
 
+#include "Documents.h"
 #include "documents/RandomChanges.h"
 #include "documents/json/JsonForm.h"
 #include "text/TextLocation.h"
@@ -192,12 +193,7 @@ void JsonFormTest::everyFloatReadsBackExactly()
         JobXml::Node node;
         node.SetValidate(false);
         node.AppendValueItem(item);
-        JobXml::Component component;
-        component.SetValidate(false);
-        component.AppendNode(node);
-        TunerProperties document;
-        document.SetValidate(false);
-        document.AppendComponent(component);
+        const TunerProperties document = aDocumentWith(node);
         QCOMPARE(snapshotOf(read(JsonForm::compose(document))), snapshotOf(document));
     }
 }

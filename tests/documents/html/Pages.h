@@ -6,6 +6,7 @@
 #include <tunerdocuments/Html.h>
 #include <tunerdocuments/Lint.h>
 
+#include "Rows.h"
 #include "documents/html/PageTree.h"
 
 /// The problems of a document without a file.
@@ -50,4 +51,20 @@ inline const PageNode *only(const std::vector<const PageNode *> &nodes)
 inline std::vector<const PageNode *> ofClass(const PageTree &page, const char *name)
 {
     return page.root().all([&](const PageNode &node) { return node.isOfClass(name); });
+}
+
+/// Columns of random documents, and their rows: `count` documents from that seed on, with that many changes each.
+inline void addRandomDocuments()
+{
+    const Rows<int, int, int> row("seed", "changes", "count");
+    row("as made", 0, 0, 60);
+    row("changed", 1000, 6, 60);
+    row("changed much", 2000, 60, 40);
+}
+
+/// The lines in alphabetical order.
+inline QString sorted(QStringList lines)
+{
+    lines.sort();
+    return lines.join(QLatin1Char('\n'));
 }
