@@ -69,7 +69,8 @@ void AvoidableLossTest::lossIsExcusedWhereTheFormCannotHoldTheDescription_data()
         R"("BandwidthSelection": [{"Name": "w", "MaxBandwidth": 0.13}, {"Name": "v"}])",
         R"(BandwidthSelection[Name=w]/Name: "w" would be read as "v")");
     row("a null text that identifies its item", R"("BandwidthSelection": [{"Name": null}, {"Name": "v"}])",
-        R"("BandwidthSelection": [{"Name": ""}, {"Name": "u"}])", R"("BandwidthSelection": [{"Name": ""}, {"Name": "v"}])",
+        R"("BandwidthSelection": [{"Name": ""}, {"Name": "u"}])",
+        R"("BandwidthSelection": [{"Name": ""}, {"Name": "v"}])",
         R"(BandwidthSelection[Name=v]/Name: "v" would be read as "u")");
     row("what is in an object that the form does not have", R"("unset": {"StartupModes": {"StartupMode": ["DF"]}})", "",
         "", "");
@@ -77,11 +78,10 @@ void AvoidableLossTest::lossIsExcusedWhereTheFormCannotHoldTheDescription_data()
         R"("StartupModes": {})", R"("StartupModes": {"StartupMode": ["DF"]})", "");
     row("an object that is empty in the text", R"("StartupModes": {"StartupMode": ["DF"]})", R"("StartupModes": {})",
         R"("StartupModes": {"StartupMode": ["DF"]})", "StartupModes: {...} would be read as {}");
-    row("an object beside it",
-        R"("Component": [{"name": "c"}], "unset": {"StartupModes": {"StartupMode": ["DF"]}})", R"("Component": [{}])",
-        R"("Component": [{"name": "c"}])", R"(Component[1]/name: "c" would be read as (not set))");
-    row("a choice",
-        R"("Component": [{"Node": [{"ValueItem": [{"ValueInt": {"id": "i"}}]}]}])",
+    row("an object beside it", R"("Component": [{"name": "c"}], "unset": {"StartupModes": {"StartupMode": ["DF"]}})",
+        R"("Component": [{}])", R"("Component": [{"name": "c"}])",
+        R"(Component[1]/name: "c" would be read as (not set))");
+    row("a choice", R"("Component": [{"Node": [{"ValueItem": [{"ValueInt": {"id": "i"}}]}]}])",
         R"("Component": [{"Node": [{"ValueItem": [{"ValueFloat": {"id": "i"}}]}]}])",
         R"("Component": [{"Node": [{"ValueItem": [{"ValueInt": {"id": "i"}}]}]}])",
         "Component[1]/Node[1]/ValueItem[id=i]/ChoiceValueItem: ValueInt would be read as ValueFloat");
@@ -90,9 +90,9 @@ void AvoidableLossTest::lossIsExcusedWhereTheFormCannotHoldTheDescription_data()
 void AvoidableLossTest::lossIsExcusedWhereTheFormCannotHoldTheDescription()
 {
     const auto document = [](const QByteArray &members) {
-        return documentOf((members.isEmpty() ? QByteArray(R"("hwProcessing": true)")
-                                             : members + R"(, "hwProcessing": true)")
-                              .constData());
+        return documentOf(
+            (members.isEmpty() ? QByteArray(R"("hwProcessing": true)") : members + R"(, "hwProcessing": true)")
+                .constData());
     };
     QFETCH(QByteArray, description);
     QFETCH(QByteArray, read);

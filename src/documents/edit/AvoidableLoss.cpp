@@ -75,7 +75,8 @@ private:
             const bool isSingle = holdsObjects(described) && described.GetKind() != MemberKind::ObjectList;
             if (isSingle && !Contents::childrenAreAlike(described, written))
                 return QString();
-            return pathOf(described) + QStringLiteral(": ") + state + QStringLiteral(" would be read as ") + stateInText;
+            return pathOf(described) + QStringLiteral(": ") + state + QStringLiteral(" would be read as ")
+                + stateInText;
         }
         QString loss;
         const int count = holdsObjects(described) ? described.GetSize() : 0;
