@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Libraries allocate before main(), and some end the process by a signal if they cannot. So whether there is memory for
-/// them is found out before, by a function that the loader calls before it initializes any library.
+/// Libraries allocate before main(), and some end the process by a signal if they cannot. So whether there is memory
+/// for them is found out before, by a function that the loader calls before it initializes any library.
 void requireFirstMemory(int /*argc*/, char ** /*argv*/, char ** /*environment*/)
 {
     constexpr std::size_t size = std::size_t(FIRST_MEBIBYTES) << 20;
