@@ -10,6 +10,7 @@
 #include <tunerdocuments/Value.h>
 
 #include "documents/compare/Contents.h"
+#include "documents/compare/ObjectPlace.h"
 #include "documents/compare/Pairs.h"
 
 using namespace JobXml;
@@ -26,23 +27,10 @@ const DataObject *DifferencePlace::object() const
 
 namespace {
 
-/// The object that is being compared, in one of the documents.
-struct Place
-{
-    QString path{};
-    QVector<Step> steps{};
-
-    Place below(const QString &step, const Step &to) const
-    {
-        return {path.isEmpty() ? step : path + QLatin1Char('/') + step, steps + QVector<Step>{to}};
-    }
-    Place below(const MemberView &member) const { return below(member.GetName(), {member.GetName(), -1}); }
-};
-
 struct Places
 {
-    Place first{};
-    Place second{};
+    ObjectPlace first{};
+    ObjectPlace second{};
 
     Places below(const MemberView &member) const { return {first.below(member), second.below(member)}; }
 };
@@ -128,8 +116,14 @@ private:
 
         static bool isUsual(const MemberView &list) { return list.IsSet() == (list.GetSize() != 0); }
 
-        Place inFirst(int index) const { return parent.first.below(stepsInFirst[index], {first.GetName(), index}); }
-        Place inSecond(int index) const { return parent.second.below(stepsInSecond[index], {first.GetName(), index}); }
+        ObjectPlace inFirst(int index) const
+        {
+            return parent.first.below(stepsInFirst[index], {first.GetName(), index});
+        }
+        ObjectPlace inSecond(int index) const
+        {
+            return parent.second.below(stepsInSecond[index], {first.GetName(), index});
+        }
 
         const MemberView &first;
         const MemberView &second;
@@ -167,7 +161,7 @@ private:
 
     void noteRemoved(const Lists &lists, int index)
     {
-        const Place place = lists.inFirst(index);
+        const ObjectPlace place = lists.inFirst(index);
         Difference removed;
         removed.kind = Difference::Removed;
         removed.path = place.path;
@@ -181,7 +175,7 @@ private:
 
     void noteAdded(const Lists &lists, int index)
     {
-        const Place place = lists.inSecond(index);
+        const ObjectPlace place = lists.inSecond(index);
         Difference added;
         added.kind = Difference::Added;
         added.path = lists.parent.first.below(lists.stepsInSecond[index], {}).path;

@@ -13,6 +13,7 @@
 #include "documents/compare/Contents.h"
 #include "documents/compare/Edits.h"
 #include "documents/compare/MergedList.h"
+#include "documents/compare/ObjectPlace.h"
 
 using namespace JobXml;
 
@@ -32,23 +33,10 @@ struct Three
 using Members = Three<MemberView>;
 using Objects = Three<DataObject>;
 
-/// Where an object is: in ours, and the base.
-struct Place
-{
-    QString path{};
-    QVector<Step> steps{};
-
-    Place below(const QString &step, const Step &to) const
-    {
-        return {path.isEmpty() ? step : path + QLatin1Char('/') + step, steps + QVector<Step>{to}};
-    }
-    Place below(const MemberView &member) const { return below(member.GetName(), {member.GetName(), -1}); }
-};
-
 class Merging
 {
 public:
-    void merge(const Objects &objects, const Place &place, ObjectEdit &edit)
+    void merge(const Objects &objects, const ObjectPlace &place, ObjectEdit &edit)
     {
         if (mergeChoice(objects, place, edit))
             return;
@@ -62,7 +50,7 @@ public:
     QVector<MergeConflict> conflicts{};
 
 private:
-    void merge(const Members &members, const Place &parent, ObjectEdit &edit)
+    void merge(const Members &members, const ObjectPlace &parent, ObjectEdit &edit)
     {
         MemberEdit &own = edit.members[members.ours.GetName()];
         switch (members.ours.GetKind()) {
@@ -102,7 +90,7 @@ private:
 
     /// Merges the choice of an item. Returns true if the item as a whole is a conflict: both sides have changed it, and
     /// now it has two kinds of value.
-    bool mergeChoice(const Objects &objects, const Place &place, ObjectEdit &edit)
+    bool mergeChoice(const Objects &objects, const ObjectPlace &place, ObjectEdit &edit)
     {
         const auto ours = choiceOf(objects.ours);
         if (!ours)
@@ -122,14 +110,14 @@ private:
         return true;
     }
 
-    void mergeValues(const Members &members, const Place &parent, ObjectEdit &edit)
+    void mergeValues(const Members &members, const ObjectPlace &parent, ObjectEdit &edit)
     {
         const QString base = textOf(members.base);
         const QString ours = textOf(members.ours);
         const QString theirs = textOf(members.theirs);
         if (theirs == base || theirs == ours)
             return;
-        const Place place = parent.below(members.ours);
+        const ObjectPlace place = parent.below(members.ours);
         if (ours == base)
             edit.members[members.ours.GetName()].value = {members.theirs.GetValue(), members.theirs.IsSet()};
         else
@@ -138,12 +126,12 @@ private:
 
     // --- Objects ---
 
-    void mergeObjects(const Members &members, const Place &parent, MemberEdit &edit)
+    void mergeObjects(const Members &members, const ObjectPlace &parent, MemberEdit &edit)
     {
         if (Contents::childrenAreAlike(members.theirs, members.base)
             || Contents::childrenAreAlike(members.theirs, members.ours))
             return;
-        const Place place = parent.below(members.ours);
+        const ObjectPlace place = parent.below(members.ours);
         const QString base = Contents::textOfChild(members.base);
         const QString ours = Contents::textOfChild(members.ours);
         const QString theirs = Contents::textOfChild(members.theirs);
@@ -169,7 +157,7 @@ private:
 
     // --- Lists ---
 
-    void mergeLists(const Members &lists, const Place &parent, MemberEdit &edit)
+    void mergeLists(const Members &lists, const ObjectPlace &parent, MemberEdit &edit)
     {
         const MergedList merged(lists.base, lists.ours, lists.theirs);
         const QVector<MergeSlot> &all = merged.slots();
@@ -185,7 +173,7 @@ private:
             isKept[i] = mergeItem(lists, all[i], placeOf, edit);
         const MergedList::Order order = merged.order(isKept);
         if (order.isConflict) {
-            const Place place = parent.below(lists.ours);
+            const ObjectPlace place = parent.below(lists.ours);
             conflicts.append({MergeConflict::Reordered, place.path, place.steps});
         }
         setOrder(lists, all, order.slots, edit);
@@ -211,7 +199,7 @@ private:
         if (ours && theirs) {
             if (Contents::areAlike(*ours, *theirs) || (base && Contents::areAlike(*base, *theirs)))
                 return true;
-            const Place place = placeOf(slot);
+            const ObjectPlace place = placeOf(slot);
             merge(Objects{base ? *base : newObject(place.steps), *ours, *theirs}, place, edit.children[slot.ours]);
             return true;
         }
@@ -219,7 +207,7 @@ private:
             return base == nullptr;
         if (Contents::areAlike(*base, ours ? *ours : *theirs))
             return false;
-        const Place place = placeOf(slot);
+        const ObjectPlace place = placeOf(slot);
         conflicts.append({ours ? MergeConflict::RemovedInTheirs : MergeConflict::RemovedInOurs, place.path, place.steps,
                           textOf(base), textOf(ours), textOf(theirs)});
         return ours != nullptr;

@@ -6,25 +6,12 @@
 #include <jobxml/TunerProperties.h>
 
 #include "documents/lint/Rules.h"
+#include "documents/values/FindMember.h"
 
 using JobXml::MemberEditor;
 using JobXml::MemberKind;
 
 namespace TunerDocuments {
-
-bool Shape::isNumber(MemberKind kind)
-{
-    switch (kind) {
-    case MemberKind::Int:
-    case MemberKind::Int64:
-    case MemberKind::UInt64:
-    case MemberKind::Float:
-    case MemberKind::Double:
-        return true;
-    default:
-        return false;
-    }
-}
 
 int Shape::search(QLatin1String name) const
 {
@@ -38,7 +25,7 @@ int Shape::search(QLatin1String name) const
 int Shape::findNumber(const char *name) const
 {
     const int found = find(QLatin1String(name));
-    return found >= 0 && isNumber(members[std::size_t(found)].kind) ? found : none;
+    return found >= 0 && isNumeric(members[std::size_t(found)].kind) ? found : none;
 }
 
 int Shape::findText(const char *name) const
@@ -64,7 +51,7 @@ void noteKind(Shape &shape, const Shape::Member &member)
         shape.texts.push_back(index);
     if (member.kind == MemberKind::Text && member.isIdentifying)
         shape.identifying.push_back(index);
-    if (Shape::isNumber(member.kind))
+    if (isNumeric(member.kind))
         shape.numbers.push_back(index);
     if (member.child)
         shape.parts.push_back(index);

@@ -26,8 +26,6 @@ struct Shape
         std::unique_ptr<Shape> child; ///< of objects, lists of them and alternatives
     };
 
-    static bool isNumber(JobXml::MemberKind kind);
-
     /// The index of the member of that name, or `none`. The search begins at `hint`, since most documents have members
     /// in their order.
     int find(QLatin1String name, int hint = 0) const

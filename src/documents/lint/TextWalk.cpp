@@ -8,6 +8,7 @@
 
 #include "documents/lint/LintedText.h"
 #include "documents/lint/XmlTexts.h"
+#include "documents/values/FindMember.h"
 
 using JobXml::MemberKind;
 using REPORTGENERATOR::XmlMarkup;
@@ -223,7 +224,7 @@ private:
     void checkValue(const Shape::Member &member, QLatin1String raw, bool isAttribute, const TextPlace &place)
     {
         const bool isBoolean = member.kind == MemberKind::Boolean;
-        if (isBoolean ? isPlainBoolean(raw) : !Shape::isNumber(member.kind) || isPlainNumber(raw, member.kind))
+        if (isBoolean ? isPlainBoolean(raw) : !isNumeric(member.kind) || isPlainNumber(raw, member.kind))
             return;
         const std::optional<QString> text = isAttribute ? XmlTexts::attribute(raw) : XmlTexts::element(raw);
         if (!text)

@@ -62,16 +62,7 @@ bool holdsObjects(const MemberView &member)
 
 bool isNumber(const MemberView &member)
 {
-    switch (member.GetKind()) {
-    case MemberKind::Int:
-    case MemberKind::Int64:
-    case MemberKind::UInt64:
-    case MemberKind::Float:
-    case MemberKind::Double:
-        return true;
-    default:
-        return false;
-    }
+    return isNumeric(member.GetKind());
 }
 
 const DataObject *objectAt(const DataObject &root, const QVector<Step> &steps)

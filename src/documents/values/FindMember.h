@@ -26,6 +26,21 @@ std::optional<JobXml::MemberView> chosenIn(const JobXml::DataObject &object);
 /// Whether the member has child objects: an object, an alternative or a list of objects.
 bool holdsObjects(const JobXml::MemberView &member);
 
+/// Whether values of that kind are numbers, of any type.
+inline bool isNumeric(JobXml::MemberKind kind)
+{
+    switch (kind) {
+    case JobXml::MemberKind::Int:
+    case JobXml::MemberKind::Int64:
+    case JobXml::MemberKind::UInt64:
+    case JobXml::MemberKind::Float:
+    case JobXml::MemberKind::Double:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// Whether its value is a number of any type.
 bool isNumber(const JobXml::MemberView &member);
 
