@@ -11,7 +11,7 @@ using JobXml::TunerProperties;
 
 using namespace TunerDocuments;
 
-/// The markup of a page: what it contains besides the document, and what becomes of its texts.
+/// The markup of a page: what it contains besides the document, and how texts are escaped.
 class HtmlMarkupTest : public QObject
 {
     Q_OBJECT
