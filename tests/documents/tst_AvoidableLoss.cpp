@@ -55,7 +55,7 @@ void AvoidableLossTest::lossIsExcusedWhereTheFormCannotHoldTheDescription_data()
         R"("BandwidthSelection": [{"MaxBandwidth": 0.12}])", R"("BandwidthSelection": [{"MaxBandwidth": 0.13}])", "");
     row("a rounded value that the text has exactly", R"("BandwidthSelection": [{"MaxBandwidth": 0.126}])",
         R"("BandwidthSelection": [{"MaxBandwidth": 0.126}])", R"("BandwidthSelection": [{"MaxBandwidth": 0.13}])", "");
-    // In the list with a value that is rounded, others are no excuse.
+    // A value that is rounded does not excuse others in the same list.
     row("another value of the item", R"("BandwidthSelection": [{"Name": "w", "MaxBandwidth": 0.126}])",
         R"("BandwidthSelection": [{"Name": "v", "MaxBandwidth": 0.13}])",
         R"("BandwidthSelection": [{"Name": "w", "MaxBandwidth": 0.13}])",
