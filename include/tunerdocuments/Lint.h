@@ -54,7 +54,7 @@ TUNERDOCUMENTS_EXPORT qint64 lint(const Document &document, const FindingVisitor
 
 /// The same for a document together with the text from which it was read and to which it still corresponds. If that is
 /// XML,
-///  - rules about the text apply as well: what readers silently convert or skip;
+///  - rules about the text apply as well: what readers silently convert, replace or skip;
 ///  - findings have the line and column of the attribute or element concerned, and are passed in that order;
 ///  - a comment `<!-- tunerproperties-lint-disable RULE... -->` directly before an element disables these rules for the
 ///    element and everything in it. Only blanks and other comments may be in between.

@@ -134,7 +134,7 @@ void SarifTest::textIsThatOfTheFormat()
 void SarifTest::everyRuleIsListed()
 {
     const QByteArray text = piecesOf({}).join();
-    QCOMPARE(text.count("\"id\":"), 26);
+    QCOMPARE(text.count("\"id\":"), 29);
     QVERIFY(text.contains(R"({"id":"useless-comment","shortDescription":{"text":"A comment disables an unknown rule, )"
                           R"(no rule, or is not directly before an element."},)"));
     for (const LintRule &each : lintRules())

@@ -22,6 +22,7 @@ public:
 
     QString name{}; ///< of the member, attribute or element
     QString text{}; ///< of the value; null if a version is missing
+    QString following{}; ///< the text of the value that replaces it
     JobXml::MemberKind kind = JobXml::MemberKind::Text; ///< of the member
     QString className{}; ///< of the object
     QStringList known{}; ///< the names that an attribute or element may have there

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "text/Suggestion.h"
 
@@ -87,14 +88,29 @@ void Report::keep(int rule, const TextPlace &place, const std::vector<LintStep> 
     finding.suggestion = std::move(description.suggestion);
     const bool isInJson = m_places && place.offset < 0;
     const int offset = isInJson ? m_places->find(finding.steps, finding.member, entry) : place.offset;
-    m_kept.push_back({std::move(finding), offset});
+    m_kept.push_back({std::move(finding), offset, m_count});
+    if (m_isHeap)
+        std::push_heap(m_kept.begin() + std::ptrdiff_t(m_walk), m_kept.end());
+}
+
+bool Report::makeRoomAt(int offset)
+{
+    const auto begin = m_kept.begin() + std::ptrdiff_t(m_walk);
+    if (offset < 0 || begin == m_kept.end())
+        return false;
+    if (!std::exchange(m_isHeap, true))
+        std::make_heap(begin, m_kept.end());
+    if (offset >= begin->offset)
+        return false;
+    std::pop_heap(begin, m_kept.end());
+    m_kept.pop_back();
+    return true;
 }
 
 void Report::visit(const FindingVisitor &visitor, const Locate &locate)
 {
     if (locate)
-        std::stable_sort(m_kept.begin(), m_kept.end(),
-                         [](const Kept &one, const Kept &other) { return one.offset < other.offset; });
+        std::sort(m_kept.begin(), m_kept.end());
     if (qint64(m_kept.size()) > m_most)
         m_kept.resize(std::size_t(m_most));
     for (Kept &kept : m_kept) {

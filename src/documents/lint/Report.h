@@ -84,7 +84,12 @@ public:
     void setPlaces(const JsonPlaces &places) { m_places = &places; }
 
     /// How many findings are described from now on. Findings of two walks are merged, so that each has the full number.
-    void beginWalk() { m_left = m_most; }
+    void beginWalk()
+    {
+        m_left = m_most;
+        m_walk = m_kept.size();
+        m_isHeap = false;
+    }
 
     /// Counts a finding, and describes it if it is one of the first. `furtherStep`, from the object at the steps to the
     /// one concerned, may be null. `entry` is that of a list of names.
@@ -96,10 +101,11 @@ public:
             && (m_disabledInElements[std::size_t(place.element)] & bitOf(rule)) != 0)
             return;
         ++m_count;
-        if (m_left > 0) {
+        if (m_left > 0)
             --m_left;
-            keep(rule, place, steps, furtherStep, member, describe(), entry);
-        }
+        else if (!makeRoomAt(place.offset))
+            return;
+        keep(rule, place, steps, furtherStep, member, describe(), entry);
     }
 
     qint64 count() const { return m_count; }
@@ -113,7 +119,17 @@ private:
     {
         Finding finding;
         int offset;
+        qint64 number; ///< in the order in which they were found
+
+        bool operator<(const Kept &other) const
+        {
+            return offset != other.offset ? offset < other.offset : number < other.number;
+        }
     };
+
+    /// Forgets the last finding of the walk in the order of the text, if it is after this offset: walks find some
+    /// things late. Since they find most in order, that is rare, and only a few findings are described for nothing.
+    bool makeRoomAt(int offset);
 
     void keep(int rule, const TextPlace &place, const std::vector<LintStep> &steps, const LintStep *furtherStep,
               QLatin1String member, Description &&description, int entry);
@@ -127,6 +143,8 @@ private:
     qint64 m_count = 0;
     qint64 m_left = 0;
     std::vector<Kept> m_kept;
+    std::size_t m_walk = 0; // where the findings of the present walk begin
+    bool m_isHeap = false; // whether these have been made a heap, from which the last one in the text is taken
     std::unique_ptr<Paths::Texts> m_paths;
 };
 

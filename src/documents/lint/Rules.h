@@ -18,6 +18,9 @@ enum class TextSubject {
     Number, ///< the text of a number, unless it is obviously right
     Attribute, ///< an attribute that no member has
     Element, ///< an element that no member has
+    RepeatedMember, ///< a value that a further one of the same member replaces
+    RepeatedAlternative, ///< an alternative that a further one of the same kind replaces
+    StrayText, ///< a text between the elements of an object
     Version, ///< the version of the document, which may be missing
     Comment, ///< a comment that disables rules
 };

@@ -234,6 +234,39 @@ void unknownElement(const LintedText &element)
     });
 }
 
+namespace {
+
+QString removeOne()
+{
+    return QStringLiteral("remove one of them");
+}
+
+} // namespace
+
+void repeatedMember(const LintedText &value)
+{
+    value.warn([&]() -> Description {
+        return {QStringLiteral("%1 of %2 has no effect, since %3 follows")
+                    .arg(quoted(value.text), value.name, quoted(value.following)),
+                removeOne()};
+    });
+}
+
+void repeatedAlternative(const LintedText &alternative)
+{
+    alternative.warn([&]() -> Description {
+        return {QStringLiteral("%1 has no effect, since another %1 follows").arg(alternative.name), removeOne()};
+    });
+}
+
+void strayText(const LintedText &text)
+{
+    text.warn([&]() -> Description {
+        return {QStringLiteral("the text %1 in %2 is ignored").arg(quoted(text.text), text.className),
+                QStringLiteral("remove it, or make it a comment")};
+    });
+}
+
 void unknownVersion(const LintedText &version)
 {
     if (!(version.text.toFloat() > version.presentVersion.toFloat()))

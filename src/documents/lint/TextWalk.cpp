@@ -3,12 +3,15 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include <jobxml/TunerProperties.h>
 
 #include "documents/lint/LintedText.h"
 #include "documents/lint/XmlTexts.h"
 #include "documents/values/FindMember.h"
+#include "documents/xml/XmlBlanks.h"
+#include "documents/xml/XmlTexts.h"
 
 using JobXml::MemberKind;
 using REPORTGENERATOR::XmlMarkup;
@@ -71,7 +74,7 @@ public:
         m_presentVersion = sample.GetVersion();
         m_tag = {0, false};
         checkVersion();
-        Object root{documentShape(), Places::none};
+        Object root{documentShape(), 0, Places::none};
         if (m_places)
             root.place = m_places->add(Places::none, 0, 0);
         read(root);
@@ -90,11 +93,20 @@ private:
 
     static constexpr std::size_t mostMembers = 16;
 
+    /// Where the value of a member was read.
+    struct Value
+    {
+        int index = -1; ///< of the element or attribute; -1 if there is none
+        bool isAttribute = false;
+    };
+
     /// An object that is being read.
     struct Object
     {
         const Shape &shape;
+        int element;
         int place;
+        std::array<Value, mostMembers> values = {}; ///< the last ones of members that keep only one
         std::array<int, mostMembers> counts = {}; ///< the items of its lists so far
         int hint = 0; ///< the member that was read last
         bool hasAlternative = false; ///< whether one was read
@@ -119,18 +131,55 @@ private:
 
     void read(Object &object)
     {
-        const int element = m_tag.element;
-        readAttributes(object.shape);
-        while (next()) {
+        readAttributes(object);
+        while (nextIn(object)) {
             if (!m_tag.isEnd)
                 readChild(object);
-            else if (m_tag.element == element || nameOf(m_tag.element) == nameOf(element))
+            else if (m_tag.element == object.element || nameOf(m_tag.element) == nameOf(object.element))
                 return;
         }
     }
 
-    void readAttributes(const Shape &shape)
+    /// The same as next() for an object, whose text it checks.
+    bool nextIn(const Object &object)
     {
+        const XmlMarkup::Element &current = m_markup.elements().at(m_tag.element);
+        const bool isInObject = object.element == (m_tag.isEnd ? current.parent : m_tag.element);
+        const int begin = m_tag.isEnd ? current.end : current.startTag.end;
+        if (!next())
+            return false;
+        if (isInObject) {
+            const XmlMarkup::Element &following = m_markup.elements().at(m_tag.element);
+            checkBetweenTags(object, {begin, m_tag.isEnd ? following.content.end : following.startTag.begin});
+        }
+        return true;
+    }
+
+    void checkBetweenTags(const Object &object, const XmlMarkup::Span &span)
+    {
+        if (XmlBlanks::trimmed(m_markup.document(), span).size() == 0)
+            return; // as nearly everywhere
+        const int following = m_tag.isEnd ? m_markup.elements().at(m_tag.element).next : m_tag.element;
+        const QVector<XmlMarkup::Span> texts = XmlTexts::inPart(m_markup, span, following);
+        for (const XmlMarkup::Span &text : texts)
+            checkStrayText(object, XmlBlanks::trimmed(m_markup.document(), text));
+    }
+
+    void checkStrayText(const Object &object, const XmlMarkup::Span &span)
+    {
+        const QLatin1String raw = m_markup.bytes(span);
+        const QString text = XmlTexts::element(raw).value_or(toString(raw)).simplified();
+        if (text.isEmpty())
+            return;
+        LintedText linted(m_steps, {span.begin, object.element}, m_report);
+        linted.className = object.shape.className;
+        linted.text = text;
+        linted.check(TextSubject::StrayText);
+    }
+
+    void readAttributes(Object &object)
+    {
+        const Shape &shape = object.shape;
         const int element = m_tag.element;
         const XmlMarkup::Element &tag = m_markup.elements().at(element);
         int hint = 0;
@@ -139,10 +188,11 @@ private:
             const QLatin1String name = m_markup.bytes(attribute.name);
             const int member = shape.find(name, hint);
             hint = member + 1;
-            if (member >= 0 && shape.members[std::size_t(member)].isAttribute)
+            if (member >= 0 && shape.members[std::size_t(member)].isAttribute) {
+                object.values[std::size_t(member)] = {i, true};
                 checkValue(shape.members[std::size_t(member)], m_markup.bytes(attribute.value), true,
                            {attribute.name.begin, element});
-            else if (!m_steps.empty() || name != versionAttribute)
+            } else if (!m_steps.empty() || name != versionAttribute)
                 checkUnknownAttribute(shape, name, {attribute.name.begin, element});
         }
     }
@@ -165,6 +215,7 @@ private:
             if (member.kind == MemberKind::Alternative) {
                 m_hasSeveralAlternatives = m_hasSeveralAlternatives || object.hasAlternative;
                 object.hasAlternative = true;
+                replaceValue(object, index, TextSubject::RepeatedAlternative);
             }
             m_steps.push_back({member.name, isList ? object.counts[std::size_t(index)]++ : -1});
             // A child object that occurs several times is read further, in contrast to an alternative.
@@ -173,15 +224,43 @@ private:
                 place = m_places->lastOf(object.place, index);
             if (m_places && place == Places::none)
                 place = m_places->add(object.place, index, element);
-            Object child{*member.child, place};
+            Object child{*member.child, element, place};
             read(child);
             m_steps.pop_back();
             return;
         }
         if (m_places)
             m_places->add(object.place, index, element);
+        if (member.kind != MemberKind::EnumerationList)
+            replaceValue(object, index, TextSubject::RepeatedMember);
         checkValue(member, m_markup.bytes(tag.content), false, {tag.startTag.begin, element});
         m_tag.isEnd = true;
+    }
+
+    /// Notes the present element as that of a member, and checks whether it replaces an earlier value.
+    void replaceValue(Object &object, int member, TextSubject subject)
+    {
+        const Value earlier = std::exchange(object.values[std::size_t(member)], {m_tag.element, false});
+        if (earlier.index < 0)
+            return;
+        const int offset = earlier.isAttribute ? m_markup.attributes().at(earlier.index).name.begin
+                                               : m_markup.elements().at(earlier.index).startTag.begin;
+        LintedText linted(m_steps, {offset, earlier.isAttribute ? object.element : earlier.index}, m_report);
+        const QLatin1String name = object.shape.members[std::size_t(member)].name;
+        linted.setMember(name);
+        linted.name = name;
+        if (subject == TextSubject::RepeatedMember) {
+            linted.text = textOf(earlier);
+            linted.following = textOf({m_tag.element, false});
+        }
+        linted.check(subject);
+    }
+
+    QString textOf(const Value &value) const
+    {
+        const QLatin1String raw = m_markup.bytes(value.isAttribute ? m_markup.attributes().at(value.index).value
+                                                                   : m_markup.elements().at(value.index).content);
+        return (value.isAttribute ? XmlTexts::attribute(raw) : XmlTexts::element(raw)).value_or(toString(raw));
     }
 
     void readUnknown(const Shape &shape)

@@ -301,6 +301,49 @@ QVector<LintCase> lintCases()
                    "unknown element 'Componant' in TunerProperties; what is in it counts as if it were in "
                    "TunerProperties; did you mean 'Component'? [unknown-element]")},
          inDocument("<MaxFFPDelay>1</MaxFFPDelay>")},
+        {"repeated-member",
+         inRoot("Version=\"1.1\" name=\"R\"")
+             .replace("<Component", "<x:name xmlns:x=\"urn:x\">second</x:name><Component"),
+         {inRootAt(1, 60,
+                   "name: 'R' of name has no effect, since 'second' follows; remove one of them [repeated-member]")},
+         inRoot("Version=\"1.1\"").replace("<Component", "<name>second</name><Component")},
+        {"repeated-member",
+         inDocument("<MaxFFPDelay>1</MaxFFPDelay>\n<MaxFFPDelay>2<!-- or --></MaxFFPDelay>\n<MaxFFPDelay/>"),
+         {inRootAt(2, 1,
+                   "MaxFFPDelay: '1' of MaxFFPDelay has no effect, since '2' follows; remove one of them "
+                   "[repeated-member]"),
+          inRootAt(3, 1,
+                   "MaxFFPDelay: '2' of MaxFFPDelay has no effect, since '' follows; remove one of them "
+                   "[repeated-member]")},
+         // Lists, and child objects that are read further, keep everything.
+         inDocument("<StartupModes><StartupMode>DF</StartupMode><StartupMode>Scan</StartupMode></StartupModes>"
+                    "<StartupModes><StartupMode>FFM</StartupMode></StartupModes>")},
+        {"repeated-member",
+         inValue("<ValueInt id=\"i\" value=\"&#49;\"><value><![CDATA[2]]></value></ValueInt>"),
+         {at(4, 18, "ValueInt/value",
+             "'1' of value has no effect, since '2' follows; remove one of them [repeated-member]")},
+         inValue("<ValueInt id=\"i\"><x><value>1</value></x><value>2</value></ValueInt>")}, // skipped with x
+        {"repeated-alternative",
+         inValue(
+             "<ValueInt id=\"a\" value=\"1\"/>\n<ValueFloat id=\"b\" value=\"1\"/><ValueInt id=\"i\" value=\"2\"/>"),
+         {at(4, 1, "ValueInt",
+             "ValueInt has no effect, since another ValueInt follows; remove one of them [repeated-alternative]")},
+         // The document keeps one that is not chosen.
+         inValue("<ValueInt id=\"a\" value=\"1\"/>\n<ValueFloat id=\"i\" value=\"1\"/>")},
+        {"stray-text",
+         inDocument("<MaxFFPDelay>1</MaxFFPDelay>\n stray\n\ttext <!-- and --><?why not?>\n"),
+         {inRootAt(3, 2,
+                   "the text 'stray text' in TunerProperties is ignored; remove it, or make it a comment "
+                   "[stray-text]")},
+         inDocument("\n<!-- text -->\t<?text text?>\r\n<![CDATA[ ]]>&#32;<MaxFFPDelay>1<!-- one --></MaxFFPDelay>")},
+        {"stray-text",
+         inValue("<ValueInt id=\"i\" value=\"1\">2&lt;</ValueInt>\n<![CDATA[<x/>]]>"),
+         {at(4, 28, "ValueInt", "the text '2<' in ValueInt is ignored; remove it, or make it a comment [stray-text]"),
+          inRootAt(5, 1,
+                   "Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]: the text '<x/>' in ValueItem is ignored; "
+                   "remove it, or make it a comment [stray-text]")},
+         // An unknown element is a finding with everything in it.
+         inValue("<ValueInt id=\"i\" value=\"1\"><x>2<y/>3</x></ValueInt>")},
         {"unknown-version",
          inRoot("Version=\"1.2\""),
          {inRootAt(1, 46, "version '1.2' is unknown; the newest is 1.1; use '1.1' [unknown-version]")},

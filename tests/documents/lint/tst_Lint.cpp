@@ -26,6 +26,7 @@ private Q_SLOTS:
     void unprintedNumbersAreExaminedInOtherForms();
     void alternativeThatIsSetButNotChosenIsFound();
     void onlyTheFirstFindingsAreVisitedAndAllAreCounted();
+    void firstFindingsAreThoseOfTheText();
     void findingsAreInTheOrderOfTheText();
     void findingHasStepsAndMember();
     void ruleMayBeAnError();
@@ -199,6 +200,29 @@ void LintTest::onlyTheFirstFindingsAreVisitedAndAllAreCounted()
     }
 }
 
+void LintTest::firstFindingsAreThoseOfTheText()
+{
+    // The walks find some of them after others that are further down: repeated values when they are replaced, and
+    // duplicates when all items are known.
+    const QByteArray bandwidth =
+        "<BandwidthSelection><Name>a</Name><MaxBandwidth>0</MaxBandwidth></BandwidthSelection>\n";
+    const QByteArray item =
+        "<ValueItem><ValueInt id=\"a\" value=\"x\"/>y<ValueInt id=\"b\" z=\"\" value=\"1\"/></ValueItem>\n";
+    const QByteArray xml =
+        inDocument("<MaxFFPDelay>1</MaxFFPDelay>\n" + bandwidth.repeated(3)
+                   + "<Component type=\"t\" name=\"c\" optional=\"1\"><Node id=\"n\">\n" + item.repeated(3)
+                   + "</Node></Component>\n<name>a</name><MaxFFPDelay>2</MaxFFPDelay><name>b</name>");
+    const Result all = lintOf(xml);
+    QCOMPARE(all.findings.size(), 21);
+    for (int most = 0; most <= all.findings.size() + 1; ++most) {
+        LintOptions options;
+        options.most = most;
+        const Result some = lintOf(xml, options);
+        QCOMPARE(some.count, qint64(21));
+        QCOMPARE(some.lines, all.lines.mid(0, most));
+    }
+}
+
 void LintTest::findingsAreInTheOrderOfTheText()
 {
     const QByteArray xml = inDocument("<MaxFFPDelay>x</MaxFFPDelay>\n"
@@ -301,7 +325,7 @@ void LintTest::commentsBeforeTheSameElementAddUp()
         return inDocument("<Component type=\"t\" name=\"c\" optional=\"1\">" + content + "</Component>");
     };
     QCOMPARE(lines(component(node + comments + "\r\n\t " + node)).count(QLatin1Char('\n')), 0); // only the first node
-    QCOMPARE(lines(component(node + comments + "text" + node)).count(QLatin1Char('\n')), 4);
+    QCOMPARE(lines(component(node + comments + "text" + node)).count(QLatin1Char('\n')), 5); // with the text
 }
 
 void LintTest::locationsMatchThoseOfAnEditor_data()
@@ -343,9 +367,14 @@ void LintTest::lastElementOfAMemberIsItsPlace()
     const QByteArray xml =
         inValue("<ValueNumericInt id=\"i\" value=\"1\" min=\"0\" max=\"3\" step=\"1\">\n<value>2</value>\n"
                 "<value>4</value>\n</ValueNumericInt>");
+    const QString value = QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueNumericInt/value: ");
     QCOMPARE(lines(xml),
-             QStringLiteral("a.xml:6:1: Component[type=t,name=c]/Node[id=n]/ValueItem[id=i]/ValueNumericInt/value: "
-                            "value 4 is above max 3; use a value from 0 to 3 [value-out-of-range]"));
+             QStringLiteral("a.xml:4:25: %1'1' of value has no effect, since '2' follows; remove one of them "
+                            "[repeated-member]\n"
+                            "a.xml:5:1: %1'2' of value has no effect, since '4' follows; remove one of them "
+                            "[repeated-member]\n"
+                            "a.xml:6:1: %1value 4 is above max 3; use a value from 0 to 3 [value-out-of-range]")
+                 .arg(value));
 }
 
 void LintTest::contentOfAnUnknownElementInTheRootBelongsToTheRoot()
@@ -531,6 +560,10 @@ void LintTest::timeIsProportionalToTheSize_data()
     add("comments", {}, "<!--tunerproperties-lint-disable x-->", {});
     add("options", "<Component><Node><ValueItem><ValueSelection>", "<SelectionItem name=\"a\" value=\"1\"/>",
         "</ValueSelection></ValueItem></Node></Component>");
+    add("the same value", {}, "<MaxFFPDelay>1</MaxFFPDelay>", {});
+    add("the same alternative", "<Component><Node><ValueItem>", "<ValueInt/>", "</ValueItem></Node></Component>");
+    add("text", {}, "x<!---->", {});
+    add("findings before others", {}, "<Component type=\"t\"/>x", {});
     add("one object many times", {}, "<StartupModes><StartupMode>DF</StartupMode></StartupModes>", {});
 }
 
