@@ -84,8 +84,10 @@ const std::vector<Rule> &allRules()
                  notANumber),
         textRule("number-out-of-range", "A number is out of the range of its type.",
                  "Readers take it for a different number.", TextSubject::Number, numberOutOfRange),
-        textOrObjectRule(objectRule("lost-decimals", "A number has more than two decimals.",
-                                    "XML and records hold two, so writing the document rounds the number.",
+        textOrObjectRule(objectRule("lost-decimals",
+                                    "A number has more than two decimals, or in XML more digits than its type keeps.",
+                                    "XML and records hold two, and a float holds about seven digits, so writing the "
+                                    "document changes the number.",
                                     hasRoundedNumbers, ObjectRules::lostDecimals),
                          TextSubject::Number, TextRules::lostDecimals),
         textRule("not-a-boolean", "The text of a boolean is none of true, false, 1 and 0, in upper or lower case.",

@@ -64,16 +64,23 @@ public:
             m_digits.chop(1);
             --m_decimals;
         }
+        const auto isZero = [](QChar digit) { return digit == QLatin1Char('0'); };
+        m_digits.remove(0, int(std::find_if_not(m_digits.cbegin(), m_digits.cend(), isZero) - m_digits.cbegin()));
     }
 
     bool isNumber() const { return m_isNumber; }
     bool isWhole() const { return m_isWhole; }
     /// Without zeros at the end.
     qint64 decimals() const { return m_digits.isEmpty() ? 0 : std::max(m_decimals, qint64(0)); }
+    /// Whether another number has the same size, in whatever notation.
+    bool isAsLargeAs(const Written &other) const
+    {
+        return m_digits == other.m_digits && (m_digits.isEmpty() || m_decimals == other.m_decimals);
+    }
 
 private:
-    QString m_digits;
-    qint64 m_decimals = 0;
+    QString m_digits; // without zeros at both ends
+    qint64 m_decimals = 0; // of the last digit; negative if zeros follow it
     bool m_isWhole = false;
     bool m_isNumber = false;
 };
@@ -168,12 +175,21 @@ void numberOutOfRange(const LintedText &value)
 void lostDecimals(const LintedText &value)
 {
     const Read read(value);
-    if (isWhole(value.kind) || !read.isExact || Written(value.text).decimals() <= Read::decimals)
+    const Written written(value.text);
+    if (isWhole(value.kind) || !read.isExact || !written.isNumber() || written.isAsLargeAs(Written(read.rounded)))
         return;
     value.warn([&]() -> Description {
-        return {QStringLiteral("%1 of %2 has more than two decimals; it is written as %3")
-                    .arg(quoted(value.text), value.name, read.rounded),
-                QStringLiteral("keep it in JSON, or round it")};
+        const QString message = QStringLiteral("%1 of %2 has more %3; it is written as %4")
+                                    .arg(quoted(value.text), value.name,
+                                         written.decimals() > Read::decimals ? QStringLiteral("than two decimals")
+                                                                             : QStringLiteral("digits than its type"),
+                                         read.rounded);
+        if (written.decimals() > Read::decimals)
+            return {message, QStringLiteral("keep it in JSON, or round it")};
+        const QString zeros = QStringLiteral(".00");
+        return {message,
+                QStringLiteral("use ")
+                    + (read.rounded.endsWith(zeros) ? read.rounded.chopped(zeros.size()) : read.rounded)};
     });
 }
 

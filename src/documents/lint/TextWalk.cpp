@@ -36,19 +36,26 @@ bool isPlainNumber(QLatin1String text, MemberKind kind)
     if (at != end && *at == '-' && kind != MemberKind::UInt64)
         ++at;
     const char *const digits = at;
-    while (at != end && *at >= '0' && *at <= '9')
-        ++at;
+    qint64 whole = 0;
+    constexpr int mostDigits = 18; // of a qint64
+    while (at != end && *at >= '0' && *at <= '9' && at - digits < mostDigits)
+        whole = whole * 10 + (*at++ - '0');
+    const bool isFloat = kind == MemberKind::Float;
     const bool is64Bit = kind == MemberKind::Int64 || kind == MemberKind::UInt64;
-    const int safeDigits = is64Bit ? 18 : 9;
+    const int safeDigits = is64Bit ? mostDigits : 9;
     if (at == digits || at - digits > safeDigits)
         return false;
-    const bool mayHaveDecimals = kind == MemberKind::Float || kind == MemberKind::Double;
+    const bool mayHaveDecimals = isFloat || kind == MemberKind::Double;
+    const bool isKept = !isFloat || qint64(float(whole)) == whole;
     if (at == end || *at != '.' || !mayHaveDecimals)
-        return at == end;
+        return at == end && isKept;
     const char *const decimals = ++at;
-    while (at != end && *at >= '0' && *at <= '9')
-        ++at;
-    return at == end && at - decimals >= 1 && at - decimals <= 2;
+    bool hasZerosOnly = true;
+    for (; at != end && *at >= '0' && *at <= '9'; ++at)
+        hasZerosOnly = hasZerosOnly && *at == '0';
+    constexpr qint64 finest = 100000; // below it, floats are less than a hundredth apart
+    return at == end && at - decimals >= 1 && at - decimals <= 2 && isKept
+        && (!isFloat || hasZerosOnly || whole < finest);
 }
 
 bool isPlainBoolean(QLatin1String text)

@@ -245,6 +245,43 @@ QVector<LintCase> lintCases()
              "'12e-4' of value has more than two decimals; it is written as 0.00; keep it in JSON, or round it "
              "[lost-decimals]")},
          inValue("<ValueFloat id=\"i\" value=\"1200e-4\"/>")},
+        {"lost-decimals",
+         inValue("<ValueFloat id=\"i\" value=\"16777217\"/>"),
+         {at(4, 20, "ValueFloat/value",
+             "'16777217' of value has more digits than its type; it is written as 16777216.00; use 16777216 "
+             "[lost-decimals]")},
+         inValue("<ValueFloat id=\"i\" value=\"16777216\"/>")},
+        {"lost-decimals",
+         inValue("<ValueFloat id=\"i\" value=\"-0131072.01\"/>"), // floats are 1/64 apart
+         {at(4, 20, "ValueFloat/value",
+             "'-0131072.01' of value has more digits than its type; it is written as -131072.02; use -131072.02 "
+             "[lost-decimals]")},
+         inValue("<ValueFloat id=\"i\" value=\"-99999.99\"/>")},
+        {"lost-decimals",
+         inValue("<ValueFloat id=\"i\" value=\"1e11\"/>"),
+         {at(4, 20, "ValueFloat/value",
+             "'1e11' of value has more digits than its type; it is written as 99999997952.00; use 99999997952 "
+             "[lost-decimals]")},
+         inValue("<ValueFloat id=\"i\" value=\"10000000000.00\"/>")},
+        {"lost-decimals",
+         inDocument("<BandwidthSelection><Name>a</Name>\n<MaxBandwidth>9007199254740993</MaxBandwidth>"
+                    "</BandwidthSelection>"),
+         {inRootAt(
+             3, 1,
+             "BandwidthSelection[Name=a]/MaxBandwidth: '9007199254740993' of MaxBandwidth has more digits than its "
+             "type; it is written as 9007199254740992.00; use 9007199254740992 [lost-decimals]")},
+         inDocument("<BandwidthSelection><Name>a</Name><MaxBandwidth>9007199254740992</MaxBandwidth>"
+                    "</BandwidthSelection>")},
+        {"lost-decimals",
+         inValue(numeric("Float", "0.125", "0", "1", "0.125")),
+         {at(4, 27, "ValueNumericFloat/value",
+             "'0.125' of value has more than two decimals; it is written as 0.13; keep it in JSON, or round it "
+             "[lost-decimals]"),
+          at(4, 57, "ValueNumericFloat/step",
+             "'0.125' of step has more than two decimals; it is written as 0.13; keep it in JSON, or round it "
+             "[lost-decimals]")},
+         // All of their digits are kept.
+         inValue(numeric("Int64", "9007199254740993", "9007199254740993", "9223372036854775807", "9007199254740993"))},
         {"not-a-boolean",
          inValue("<ValueBoolean id=\"i\" value=\"no\"/>"),
          {at(4, 22, "ValueBoolean/value",
