@@ -323,8 +323,8 @@ void ToolLintTest::rulesAreListed()
     QCOMPARE(run.status, 0);
     QVERIFY(run.out.startsWith(
         QStringLiteral("value-out-of-range\n"
-                       "    A value is below its min or above its max. Readers do not enforce the range:\n"
-                       "    devices may refuse or clip such a value.\n"
+                       "    A value is below its min or above its max, or not a number. Readers do not\n"
+                       "    enforce the range: devices may refuse or clip such a value.\n"
                        "\n"
                        "min-above-max\n")));
     QCOMPARE(run.out.count(QStringLiteral("\n\n")), 27); // between 28 rules

@@ -2,6 +2,7 @@
 #include "documents/lint/ObjectRules.h"
 
 #include <cmath>
+#include <limits>
 
 #include "text/Ascii.h"
 #include "text/Printable.h"
@@ -51,10 +52,13 @@ void unchosenData(const LintedObject &object)
         if (!hasData(member) || member.IsChosen())
             continue;
         object.warn(i, [&]() -> Description {
-            const QString chosen = object.member(object.shape.choice).GetValue().toString();
+            const MemberView choice = object.member(object.shape.choice);
+            const QString chosen = choice.GetValue().toString();
             const QString name = member.GetName();
-            return {chosen.isNull() ? QStringLiteral("%1 has data, but nothing is chosen").arg(name)
-                                    : QStringLiteral("%1 has data, but %2 is chosen").arg(name, chosen),
+            if (chosen.isNull())
+                return {QStringLiteral("%1 has data, but nothing is chosen").arg(name),
+                        QStringLiteral("set %1 to '%2', or remove %2").arg(choice.GetName(), name)};
+            return {QStringLiteral("%1 has data, but %2 is chosen").arg(name, chosen),
                     QStringLiteral("remove one of them")};
         });
     }
@@ -106,6 +110,26 @@ void unprintableText(const LintedObject &object)
                         .arg(object.member(i).GetName(),
                              QStringLiteral("%1").arg(character.code, digits, 16, QLatin1Char('0')).toUpper())
                         .arg(character.index + 1)};
+        });
+    }
+}
+
+bool hasUnsignedNumbers(const Shape &shape)
+{
+    return shape.findKind(MemberKind::UInt64) >= 0;
+}
+
+void numberOutOfRange(const LintedObject &object)
+{
+    constexpr qint64 largest = std::numeric_limits<qint64>::max(); // that readers of XML accept
+    for (const int i : object.shape.numbers) {
+        const bool isUnsigned = object.shape.members[std::size_t(i)].kind == MemberKind::UInt64;
+        if (!isUnsigned || !object.hasNumber(i) || object.number(i) <= static_cast<long double>(largest))
+            continue;
+        object.warn(i, [&]() -> Description {
+            return {QStringLiteral("%1 %2 is out of range for readers of XML, which take it for 0")
+                        .arg(object.member(i).GetName(), object.written(i)),
+                    QStringLiteral("use a number from 0 to %1").arg(largest)};
         });
     }
 }

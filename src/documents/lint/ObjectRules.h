@@ -41,6 +41,8 @@ bool isChoice(const Shape &shape);
 void unchosenData(const LintedObject &object);
 bool hasTexts(const Shape &shape);
 void unprintableText(const LintedObject &object);
+bool hasUnsignedNumbers(const Shape &shape);
+void numberOutOfRange(const LintedObject &object);
 bool hasRoundedNumbers(const Shape &shape);
 void lostDecimals(const LintedObject &object);
 

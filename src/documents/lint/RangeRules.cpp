@@ -25,8 +25,9 @@ struct Range
 
     /// NaN is not in order with anything.
     bool isReversed() const { return hasMin && hasMax && !(min <= max); }
-    bool isBelow() const { return hasValue && hasMin && !isReversed() && !(value >= min); }
-    bool isAbove() const { return hasValue && hasMax && !isReversed() && !(value <= max); }
+    bool isBelow() const { return hasValue && hasMin && !isReversed() && value < min; }
+    bool isAbove() const { return hasValue && hasMax && !isReversed() && value > max; }
+    bool isIncomparable() const { return hasValue && (hasMin || hasMax) && !isReversed() && std::isnan(value); }
 
     bool hasValue;
     bool hasMin;
@@ -78,14 +79,14 @@ bool isRange(const Shape &shape)
 void valueOutOfRange(const LintedObject &object)
 {
     const Range range(object);
-    if (!range.isBelow() && !range.isAbove())
+    if (!range.isBelow() && !range.isAbove() && !range.isIncomparable())
         return;
     object.warn(object.shape.value.number, [&]() -> Description {
         const Shape &shape = object.shape;
-        const QString message = QStringLiteral("value %1 is %2 %3")
-                                    .arg(object.written(shape.value.number),
-                                         range.isBelow() ? QStringLiteral("below min") : QStringLiteral("above max"),
-                                         object.written(range.isBelow() ? shape.min : shape.max));
+        const QString limit = range.isBelow() ? QStringLiteral("below min ") + object.written(shape.min)
+            : range.isAbove()                 ? QStringLiteral("above max ") + object.written(shape.max)
+                                              : QStringLiteral("not a number");
+        const QString message = QStringLiteral("value %1 is %2").arg(object.written(shape.value.number), limit);
         if (!range.hasMin || !range.hasMax)
             return {message};
         return {message,

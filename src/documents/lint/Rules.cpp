@@ -41,7 +41,7 @@ const std::vector<Rule> &allRules()
     using namespace ObjectRules;
     using namespace TextRules;
     static const std::vector<Rule> rules = {
-        objectRule("value-out-of-range", "A value is below its min or above its max.",
+        objectRule("value-out-of-range", "A value is below its min or above its max, or not a number.",
                    "Readers do not enforce the range: devices may refuse or clip such a value.", isRange,
                    valueOutOfRange),
         objectRule("min-above-max", "A min is above its max, or one of them is not a number.",
@@ -60,8 +60,9 @@ const std::vector<Rule> &allRules()
                    "text finds the first one.",
                    hasOptions, duplicateOption),
         objectRule("value-not-listed", "The value of a list of texts is neither in the list nor empty.",
-                   "User interfaces that offer the list do not offer the present value.", isTextWithList,
-                   valueNotListed),
+                   "User interfaces that offer the list do not offer the present value. An empty one means that "
+                   "nothing is chosen.",
+                   isTextWithList, valueNotListed),
         objectRule("duplicate-component", "Two components have the same type and the same name.",
                    "Paths and comparisons identify components by type and name.", hasComponents, duplicateComponent),
         objectRule("duplicate-node", "Two nodes of a component have the same id.",
@@ -82,8 +83,10 @@ const std::vector<Rule> &allRules()
                    "The text looks like a different one. It usually comes from copying.", hasTexts, unprintableText),
         textRule("not-a-number", "The text of a number is not a number.", "Readers take it for 0.", TextSubject::Number,
                  notANumber),
-        textRule("number-out-of-range", "A number is out of the range of its type.",
-                 "Readers take it for a different number.", TextSubject::Number, numberOutOfRange),
+        textOrObjectRule(objectRule("number-out-of-range", "A number is out of the range that readers of XML accept.",
+                                    "They take it for a different number.", hasUnsignedNumbers,
+                                    ObjectRules::numberOutOfRange),
+                         TextSubject::Number, TextRules::numberOutOfRange),
         textOrObjectRule(objectRule("lost-decimals",
                                     "A number has more than two decimals, or in XML more digits than its type keeps.",
                                     "XML and records hold two, and a float holds about seven digits, so writing the "

@@ -39,6 +39,7 @@ public:
             at += isThere ? 1 : 0;
             return isThere;
         };
+        m_isNegative = trimmed.startsWith(QLatin1Char('-'));
         take("+-");
         m_digits = digits();
         m_isWhole = at == trimmed.size() && !m_digits.isEmpty();
@@ -78,9 +79,22 @@ public:
         return m_digits == other.m_digits && (m_digits.isEmpty() || m_decimals == other.m_decimals);
     }
 
+    /// In digits only, for a whole number of any size that a type may have; null for others.
+    QString inDigits() const
+    {
+        constexpr qint64 mostZeros = 18;
+        if (!m_isNumber || decimals() > 0 || -m_decimals > mostZeros)
+            return {};
+        if (m_digits.isEmpty())
+            return QStringLiteral("0");
+        return QString(m_isNegative ? QStringLiteral("-") : QString()) + m_digits
+            + QString(int(-m_decimals), QLatin1Char('0'));
+    }
+
 private:
     QString m_digits; // without zeros at both ends
     qint64 m_decimals = 0; // of the last digit; negative if zeros follow it
+    bool m_isNegative = false;
     bool m_isWhole = false;
     bool m_isNumber = false;
 };
@@ -88,33 +102,33 @@ private:
 /// A number as the model reads it.
 struct Read
 {
-    explicit Read(const LintedText &value)
+    Read(const QString &text, MemberKind kind)
     {
         bool isRead = false;
-        switch (value.kind) {
+        switch (kind) {
         case MemberKind::Int:
-            as = QString::number(value.text.toInt(&isRead));
+            as = QString::number(text.toInt(&isRead));
             break;
         case MemberKind::UInt64: {
-            const qint64 number = value.text.toLongLong(&isRead);
+            const qint64 number = text.toLongLong(&isRead);
             isRead = isRead && number >= 0;
             as = QString::number(quint64(number));
             break;
         }
         case MemberKind::Float: {
-            const float number = value.text.toFloat(&isRead);
+            const float number = text.toFloat(&isRead);
             as = ValueText::exactly(number);
             rounded = QString::number(double(number), 'f', decimals);
             break;
         }
         case MemberKind::Double: {
-            const double number = value.text.toDouble(&isRead);
+            const double number = text.toDouble(&isRead);
             as = ValueText::exactly(number);
             rounded = QString::number(number, 'f', decimals);
             break;
         }
         default:
-            as = QString::number(value.text.toLongLong(&isRead));
+            as = QString::number(text.toLongLong(&isRead));
             break;
         }
         isExact = isRead;
@@ -145,23 +159,47 @@ const char *rangeOf(MemberKind kind)
 
 } // namespace
 
+namespace {
+
+/// With a point instead of a comma; null if there is no comma, or if it may be one between thousands.
+QString withPoint(const QString &text)
+{
+    const int comma = text.indexOf(QLatin1Char(','));
+    constexpr int group = 3;
+    const bool isClear = comma >= 0 && text.size() - comma - 1 != group;
+    return isClear ? QString(text).replace(comma, 1, QLatin1Char('.')) : QString();
+}
+
+/// The number that a text was probably meant to be, as a type is written; null if that is not clear.
+QString probableNumber(const QString &text, MemberKind kind)
+{
+    const QString trimmed = text.trimmed();
+    const QString pointed = withPoint(trimmed);
+    const QString number = isWhole(kind) ? Written(pointed.isNull() ? trimmed : pointed).inDigits() : pointed;
+    return Read(number, kind).isExact ? number : QString();
+}
+
+} // namespace
+
 void notANumber(const LintedText &value)
 {
-    const Read read(value);
+    const Read read(value.text, value.kind);
     const Written written(value.text);
     if (read.isExact || (isWhole(value.kind) ? written.isWhole() : written.isNumber()))
         return;
     value.warn([&]() -> Description {
         const bool isFraction = isWhole(value.kind) && written.isNumber();
+        const QString probable = probableNumber(value.text, value.kind);
         return {QStringLiteral("%1 of %2 is not a %3; it is read as %4")
                     .arg(quoted(value.text), value.name,
-                         isFraction ? QStringLiteral("whole number") : QStringLiteral("number"), read.as)};
+                         isFraction ? QStringLiteral("whole number") : QStringLiteral("number"), read.as),
+                probable.isNull() ? QString() : QStringLiteral("did you mean %1?").arg(probable)};
     });
 }
 
 void numberOutOfRange(const LintedText &value)
 {
-    const Read read(value);
+    const Read read(value.text, value.kind);
     const Written written(value.text);
     if (read.isExact || !(isWhole(value.kind) ? written.isWhole() : written.isNumber()))
         return;
@@ -174,7 +212,7 @@ void numberOutOfRange(const LintedText &value)
 
 void lostDecimals(const LintedText &value)
 {
-    const Read read(value);
+    const Read read(value.text, value.kind);
     const Written written(value.text);
     if (isWhole(value.kind) || !read.isExact || !written.isNumber() || written.isAsLargeAs(Written(read.rounded)))
         return;

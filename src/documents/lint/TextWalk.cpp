@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include <jobxml/TunerProperties.h>
@@ -27,6 +28,20 @@ QString toString(QLatin1String utf8)
     return QString::fromUtf8(utf8.data(), utf8.size());
 }
 
+bool isDigit(char character)
+{
+    return character >= '0' && character <= '9';
+}
+
+/// Whether a float is exactly the number with these digits, of which there are at most nine.
+bool isExactFloat(const char *digits, const char *end)
+{
+    qint64 number = 0;
+    for (const char *at = digits; at != end; ++at)
+        number = number * 10 + (*at - '0');
+    return qint64(float(number)) == number;
+}
+
 /// Whether a number is one that every reader and writer keeps: a few digits, with at most two decimals for the types
 /// that have any.
 bool isPlainNumber(QLatin1String text, MemberKind kind)
@@ -36,26 +51,52 @@ bool isPlainNumber(QLatin1String text, MemberKind kind)
     if (at != end && *at == '-' && kind != MemberKind::UInt64)
         ++at;
     const char *const digits = at;
-    qint64 whole = 0;
-    constexpr int mostDigits = 18; // of a qint64
-    while (at != end && *at >= '0' && *at <= '9' && at - digits < mostDigits)
-        whole = whole * 10 + (*at++ - '0');
-    const bool isFloat = kind == MemberKind::Float;
+    while (at != end && isDigit(*at))
+        ++at;
     const bool is64Bit = kind == MemberKind::Int64 || kind == MemberKind::UInt64;
-    const int safeDigits = is64Bit ? mostDigits : 9;
+    const int safeDigits = is64Bit ? 18 : 9;
+    const char *const wholeEnd = at;
     if (at == digits || at - digits > safeDigits)
         return false;
+    const bool isFloat = kind == MemberKind::Float;
     const bool mayHaveDecimals = isFloat || kind == MemberKind::Double;
-    const bool isKept = !isFloat || qint64(float(whole)) == whole;
-    if (at == end || *at != '.' || !mayHaveDecimals)
-        return at == end && isKept;
-    const char *const decimals = ++at;
-    bool hasZerosOnly = true;
-    for (; at != end && *at >= '0' && *at <= '9'; ++at)
-        hasZerosOnly = hasZerosOnly && *at == '0';
-    constexpr qint64 finest = 100000; // below it, floats are less than a hundredth apart
-    return at == end && at - decimals >= 1 && at - decimals <= 2 && isKept
-        && (!isFloat || hasZerosOnly || whole < finest);
+    bool hasDecimals = false;
+    if (at != end && *at == '.' && mayHaveDecimals) {
+        const char *const decimals = ++at;
+        for (; at != end && isDigit(*at); ++at)
+            hasDecimals = hasDecimals || *at != '0';
+        if (at == decimals || at - decimals > 2)
+            return false;
+    }
+    // Below 100,000, floats are less than a hundredth apart.
+    constexpr int safeDigitsOfFloat = 5;
+    const bool isKept =
+        !isFloat || wholeEnd - digits <= safeDigitsOfFloat || (!hasDecimals && isExactFloat(digits, wholeEnd));
+    return at == end && isKept;
+}
+
+/// Whether there are only spaces; compares eight at a time.
+bool areSpaces(const char *at, const char *end)
+{
+    constexpr char spaces[] = "        ";
+    constexpr std::ptrdiff_t most = sizeof spaces - 1;
+    constexpr std::ptrdiff_t some = most / 2;
+    if (end - at < some)
+        return std::all_of(at, end, [](char character) { return character == ' '; });
+    if (end - at < most)
+        return std::memcmp(at, spaces, some) == 0 && std::memcmp(end - some, spaces, some) == 0;
+    for (; end - at > most; at += most) {
+        if (std::memcmp(at, spaces, most) != 0)
+            return false;
+    }
+    return std::memcmp(end - most, spaces, most) == 0;
+}
+
+/// Whether there are only blanks. In nearly all documents, these are a line end and a few spaces.
+bool isBlank(const char *at, const char *end)
+{
+    at += at != end && *at == '\n' ? 1 : 0;
+    return areSpaces(at, end) || std::all_of(at, end, XmlBlanks::isBlank);
 }
 
 bool isPlainBoolean(QLatin1String text)
@@ -100,11 +141,11 @@ private:
 
     static constexpr std::size_t mostMembers = 16;
 
-    /// Where the value of a member was read.
+    /// The text of a value.
     struct Value
     {
-        int index = -1; ///< of the element or attribute; -1 if there is none
-        bool isAttribute = false;
+        XmlMarkup::Span span;
+        bool isAttribute;
     };
 
     /// An object that is being read.
@@ -113,24 +154,36 @@ private:
         const Shape &shape;
         int element;
         int place;
-        std::array<Value, mostMembers> values = {}; ///< the last ones of members that keep only one
-        std::array<int, mostMembers> counts = {}; ///< the items of its lists so far
+        /// For each list, the number of its items so far; for other members, the last element, or 0.
+        std::array<int, mostMembers> read = {};
         int hint = 0; ///< the member that was read last
         bool hasAlternative = false; ///< whether one was read
+    };
+
+    /// What is between the present tag and the one before it.
+    struct Between
+    {
+        XmlMarkup::Span span;
+        int element = -1; ///< that directly contains it
     };
 
     bool next()
     {
         const auto &elements = m_markup.elements();
         const XmlMarkup::Element &current = elements.at(m_tag.element);
-        const int following = m_tag.isEnd ? current.next : m_tag.element + 1;
+        const int index = m_tag.isEnd ? current.next : m_tag.element + 1;
         const int parent = m_tag.isEnd ? current.parent : m_tag.element;
         if (parent < 0)
             return false; // after the root
-        if (following < elements.size() && elements.at(following).parent == parent)
-            m_tag = {following, false};
-        else
+        const int begin = m_tag.isEnd ? current.end : current.startTag.end;
+        const XmlMarkup::Element *const following = index < elements.size() ? &elements.at(index) : nullptr;
+        if (following && following->parent == parent) {
+            m_tag = {index, false};
+            m_between = {{begin, following->startTag.begin}, parent};
+        } else {
             m_tag = {parent, true};
+            m_between = {{begin, elements.at(parent).content.end}, parent};
+        }
         return true;
     }
 
@@ -139,7 +192,8 @@ private:
     void read(Object &object)
     {
         readAttributes(object);
-        while (nextIn(object)) {
+        while (next()) {
+            checkBetweenTags(object);
             if (!m_tag.isEnd)
                 readChild(object);
             else if (m_tag.element == object.element || nameOf(m_tag.element) == nameOf(object.element))
@@ -147,25 +201,17 @@ private:
         }
     }
 
-    /// The same as next() for an object, whose text it checks.
-    bool nextIn(const Object &object)
+    /// Checks what is between the present tag and the one before it, if that is in the object itself.
+    void checkBetweenTags(const Object &object)
     {
-        const XmlMarkup::Element &current = m_markup.elements().at(m_tag.element);
-        const bool isInObject = object.element == (m_tag.isEnd ? current.parent : m_tag.element);
-        const int begin = m_tag.isEnd ? current.end : current.startTag.end;
-        if (!next())
-            return false;
-        if (isInObject) {
-            const XmlMarkup::Element &following = m_markup.elements().at(m_tag.element);
-            checkBetweenTags(object, {begin, m_tag.isEnd ? following.content.end : following.startTag.begin});
-        }
-        return true;
+        const char *const document = m_markup.document().constData();
+        const XmlMarkup::Span &span = m_between.span;
+        if (m_between.element == object.element && !isBlank(document + span.begin, document + span.end))
+            checkTexts(object, span); // in hardly any document
     }
 
-    void checkBetweenTags(const Object &object, const XmlMarkup::Span &span)
+    Q_NEVER_INLINE void checkTexts(const Object &object, const XmlMarkup::Span &span)
     {
-        if (XmlBlanks::trimmed(m_markup.document(), span).size() == 0)
-            return; // as nearly everywhere
         const int following = m_tag.isEnd ? m_markup.elements().at(m_tag.element).next : m_tag.element;
         const QVector<XmlMarkup::Span> texts = XmlTexts::inPart(m_markup, span, following);
         for (const XmlMarkup::Span &text : texts)
@@ -196,7 +242,6 @@ private:
             const int member = shape.find(name, hint);
             hint = member + 1;
             if (member >= 0 && shape.members[std::size_t(member)].isAttribute) {
-                object.values[std::size_t(member)] = {i, true};
                 checkValue(shape.members[std::size_t(member)], m_markup.bytes(attribute.value), true,
                            {attribute.name.begin, element});
             } else if (!m_steps.empty() || name != versionAttribute)
@@ -224,7 +269,7 @@ private:
                 object.hasAlternative = true;
                 replaceValue(object, index, TextSubject::RepeatedAlternative);
             }
-            m_steps.push_back({member.name, isList ? object.counts[std::size_t(index)]++ : -1});
+            m_steps.push_back({member.name, isList ? object.read[std::size_t(index)]++ : -1});
             // A child object that occurs several times is read further, in contrast to an alternative.
             int place = Places::none;
             if (m_places && member.kind == MemberKind::Object)
@@ -247,26 +292,44 @@ private:
     /// Notes the present element as that of a member, and checks whether it replaces an earlier value.
     void replaceValue(Object &object, int member, TextSubject subject)
     {
-        const Value earlier = std::exchange(object.values[std::size_t(member)], {m_tag.element, false});
-        if (earlier.index < 0)
+        const int earlier = std::exchange(object.read[std::size_t(member)], m_tag.element);
+        const Shape::Member &replaced = object.shape.members[std::size_t(member)];
+        if (earlier > 0)
+            checkReplacedElement(replaced, subject, earlier);
+        else if (replaced.isAttribute)
+            checkReplacedAttribute(replaced, subject, object.element);
+    }
+
+    Q_NEVER_INLINE void checkReplacedElement(const Shape::Member &member, TextSubject subject, int index)
+    {
+        const XmlMarkup::Element &element = m_markup.elements().at(index);
+        checkReplaced(member, subject, {element.startTag.begin, index}, {element.content, false});
+    }
+
+    Q_NEVER_INLINE void checkReplacedAttribute(const Shape::Member &member, TextSubject subject, int element)
+    {
+        const int index = m_markup.findAttribute(m_markup.elements().at(element), member.name);
+        if (index < 0)
             return;
-        const int offset = earlier.isAttribute ? m_markup.attributes().at(earlier.index).name.begin
-                                               : m_markup.elements().at(earlier.index).startTag.begin;
-        LintedText linted(m_steps, {offset, earlier.isAttribute ? object.element : earlier.index}, m_report);
-        const QLatin1String name = object.shape.members[std::size_t(member)].name;
-        linted.setMember(name);
-        linted.name = name;
+        const XmlMarkup::Attribute &attribute = m_markup.attributes().at(index);
+        checkReplaced(member, subject, {attribute.name.begin, element}, {attribute.value, true});
+    }
+
+    void checkReplaced(const Shape::Member &member, TextSubject subject, const TextPlace &place, const Value &value)
+    {
+        LintedText linted(m_steps, place, m_report);
+        linted.setMember(member.name);
+        linted.name = member.name;
         if (subject == TextSubject::RepeatedMember) {
-            linted.text = textOf(earlier);
-            linted.following = textOf({m_tag.element, false});
+            linted.text = textOf(value);
+            linted.following = textOf({m_markup.elements().at(m_tag.element).content, false});
         }
         linted.check(subject);
     }
 
     QString textOf(const Value &value) const
     {
-        const QLatin1String raw = m_markup.bytes(value.isAttribute ? m_markup.attributes().at(value.index).value
-                                                                   : m_markup.elements().at(value.index).content);
+        const QLatin1String raw = m_markup.bytes(value.span);
         return (value.isAttribute ? XmlTexts::attribute(raw) : XmlTexts::element(raw)).value_or(toString(raw));
     }
 
@@ -344,6 +407,7 @@ private:
     bool m_hasSeveralAlternatives = false;
     bool m_isOlder = false; // unknown elements of the document are skipped with what is in them
     Tag m_tag;
+    Between m_between;
     std::vector<LintStep> m_steps;
 };
 

@@ -179,7 +179,8 @@ void LintTest::alternativeThatIsSetButNotChosenIsFound()
     QCOMPARE(
         linesWithoutText(tuner),
         QStringList{QStringLiteral("a.xml: Component[type=t,name=c]/Node[id=n]/ValueItem[1]/ValueInt: ValueInt has "
-                                   "data, but nothing is chosen; remove one of them [unchosen-data]")});
+                                   "data, but nothing is chosen; set ChoiceValueItem to 'ValueInt', or remove ValueInt "
+                                   "[unchosen-data]")});
 }
 
 void LintTest::onlyTheFirstFindingsAreVisitedAndAllAreCounted()

@@ -16,6 +16,8 @@ private Q_SLOTS:
     void findingsAreAtTheirValuesInTheOrderOfTheText();
     void findingAboutAnObjectIsAtItsBegin();
     void valueOfAMemberThatIsNotSetIsFound();
+    void alternativesWithoutAChoiceAreFoundOnceEach();
+    void numberThatXmlCannotHoldIsFound();
     void columnsAreThoseOfErrors_data();
     void columnsAreThoseOfErrors();
     void problemsReceiveTheirPlaces();
@@ -104,6 +106,33 @@ void LintJsonTest::valueOfAMemberThatIsNotSetIsFound()
 {
     QCOMPARE(placesOf(withValue("\"ValueString\": {\"id\": \"s\", \"unset\":\n{\"value\": \"a\\u200B\"}}")),
              QStringList{QStringLiteral("3:11 unprintable-text")});
+}
+
+void LintJsonTest::alternativesWithoutAChoiceAreFoundOnceEach()
+{
+    const QString item = QStringLiteral("Component[1]/Node[1]/ValueItem[1]/");
+    QCOMPARE(
+        linesOf(withValue("\"ValueInt\": {\"id\": \"i\"},\n\"ValueFloat\": {\"id\": \"j\"}")).join(QLatin1Char('\n')),
+        QStringLiteral("a.json:2:13: %1ValueInt: ValueInt has data, but nothing is chosen; set ChoiceValueItem to "
+                       "'ValueInt', or remove ValueInt [unchosen-data]\n"
+                       "a.json:3:15: %1ValueFloat: ValueFloat has data, but nothing is chosen; set "
+                       "ChoiceValueItem to 'ValueFloat', or remove ValueFloat [unchosen-data]")
+            .arg(item));
+}
+
+void LintJsonTest::numberThatXmlCannotHoldIsFound()
+{
+    const auto document = [](const QByteArray &delay) {
+        return "{\"TunerProperties\": {\"Version\": \"1.1\", \"MaxFFPDelay\": " + delay + "}}";
+    };
+    const QString end =
+        QStringLiteral(" is out of range for readers of XML, which take it for 0; use a number from 0 to "
+                       "9223372036854775807 [number-out-of-range]");
+    QCOMPARE(linesOf(document("9223372036854775808")),
+             QStringList{QStringLiteral("a.json:1:55: MaxFFPDelay: MaxFFPDelay 9223372036854775808") + end});
+    QCOMPARE(linesOf(document("18446744073709551615")),
+             QStringList{QStringLiteral("a.json:1:55: MaxFFPDelay: MaxFFPDelay 18446744073709551615") + end});
+    QCOMPARE(linesOf(document("9223372036854775807")), QStringList());
 }
 
 void LintJsonTest::columnsAreThoseOfErrors_data()
