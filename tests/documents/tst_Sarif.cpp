@@ -135,7 +135,7 @@ void SarifTest::textIsThatOfTheFormat()
 void SarifTest::everyRuleIsListed()
 {
     const QByteArray text = piecesOf({}).join();
-    QCOMPARE(text.count("\"id\":"), 29);
+    QCOMPARE(text.count("\"id\":"), 30);
     QVERIFY(text.contains(R"({"id":"useless-comment","shortDescription":{"text":"A comment disables an unknown rule, )"
                           R"(no rule, or is not directly before an element."},)"));
     for (const LintRule &each : lintRules())

@@ -336,7 +336,7 @@ void ToolValidateTest::skippedContentIsNotAProblem_data()
     QTest::newRow("unknown elements in other objects") << document(
         "", "<StartupModes><x><StartupMode>none</StartupMode></x><StartupMode>FFM</StartupMode></StartupModes>")
                                                        << 1;
-    QTest::newRow("elements in a text") << document("", "<HRPANSupported>0<Component/></HRPANSupported>") << 0;
+    QTest::newRow("elements in a text") << document("", "<HRPANSupported>0<Component/></HRPANSupported>") << 1;
     QTest::newRow("numbers that are none") << document(" quantity=\"many\"", "<MaxFFPDelay>long</MaxFFPDelay>") << 2;
 }
 

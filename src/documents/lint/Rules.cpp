@@ -109,6 +109,9 @@ const std::vector<Rule> &allRules()
         textRule("stray-text", "There is a text between the elements of an object.",
                  "Readers ignore it, so a value without its element is lost without a message.", TextSubject::StrayText,
                  strayText),
+        textRule("element-in-value", "The text of a member contains an element.",
+                 "Readers skip it with everything in it, and join the texts around it.", TextSubject::ElementInValue,
+                 elementInValue),
         textRule("unknown-version", "The version of the document is newer than the library.",
                  "Readers ignore what they do not know of it.", TextSubject::Version, unknownVersion),
         textRule(

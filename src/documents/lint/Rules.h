@@ -21,6 +21,7 @@ enum class TextSubject {
     RepeatedMember, ///< a value that a further one of the same member replaces
     RepeatedAlternative, ///< an alternative that a further one of the same kind replaces
     StrayText, ///< a text between the elements of an object
+    ElementInValue, ///< an element in the text of a member
     Version, ///< the version of the document, which may be missing
     Comment, ///< a comment that disables rules
 };

@@ -295,6 +295,11 @@ QString removeOne()
     return QStringLiteral("remove one of them");
 }
 
+QString removeIt()
+{
+    return QStringLiteral("remove it, or make it a comment");
+}
+
 } // namespace
 
 void repeatedMember(const LintedText &value)
@@ -316,8 +321,14 @@ void repeatedAlternative(const LintedText &alternative)
 void strayText(const LintedText &text)
 {
     text.warn([&]() -> Description {
-        return {QStringLiteral("the text %1 in %2 is ignored").arg(quoted(text.text), text.className),
-                QStringLiteral("remove it, or make it a comment")};
+        return {QStringLiteral("the text %1 in %2 is ignored").arg(quoted(text.text), text.className), removeIt()};
+    });
+}
+
+void elementInValue(const LintedText &element)
+{
+    element.warn([&]() -> Description {
+        return {QStringLiteral("the element %1 in %2 is skipped").arg(quoted(element.text), element.name), removeIt()};
     });
 }
 

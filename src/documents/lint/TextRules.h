@@ -16,6 +16,7 @@ void unknownElement(const LintedText &element);
 void repeatedMember(const LintedText &value);
 void repeatedAlternative(const LintedText &alternative);
 void strayText(const LintedText &text);
+void elementInValue(const LintedText &element);
 void unknownVersion(const LintedText &version);
 void resetByVersion(const LintedText &version);
 void uselessComment(const LintedText &comment);

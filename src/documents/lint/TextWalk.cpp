@@ -285,6 +285,8 @@ private:
             m_places->add(object.place, index, element);
         if (member.kind != MemberKind::EnumerationList)
             replaceValue(object, index, TextSubject::RepeatedMember);
+        if (tag.next != element + 1)
+            checkElementsInValue(member);
         checkValue(member, m_markup.bytes(tag.content), false, {tag.startTag.begin, element});
         m_tag.isEnd = true;
     }
@@ -331,6 +333,19 @@ private:
     {
         const QLatin1String raw = m_markup.bytes(value.span);
         return (value.isAttribute ? XmlTexts::attribute(raw) : XmlTexts::element(raw)).value_or(toString(raw));
+    }
+
+    Q_NEVER_INLINE void checkElementsInValue(const Shape::Member &member)
+    {
+        const auto &elements = m_markup.elements();
+        const int end = elements.at(m_tag.element).next;
+        for (int i = m_tag.element + 1; i < end; i = elements.at(i).next) {
+            LintedText linted(m_steps, {elements.at(i).startTag.begin, i}, m_report);
+            linted.setMember(member.name);
+            linted.name = member.name;
+            linted.text = toString(nameOf(i));
+            linted.check(TextSubject::ElementInValue);
+        }
     }
 
     void readUnknown(const Shape &shape)

@@ -400,6 +400,14 @@ QVector<LintCase> lintCases()
                    "remove it, or make it a comment [stray-text]")},
          // An unknown element is a finding with everything in it.
          inValue("<ValueInt id=\"i\" value=\"1\"><x>2<y/>3</x></ValueInt>")},
+        {"element-in-value",
+         inValue("<ValueInt id=\"i\">\n<value>1<x>2<value/></x><!-- or -->\n<y:value "
+                 "xmlns:y=\"urn:y\"/>3</value></ValueInt>"),
+         {at(5, 9, "ValueInt/value",
+             "the element 'x' in value is skipped; remove it, or make it a comment [element-in-value]"),
+          at(6, 1, "ValueInt/value",
+             "the element 'value' in value is skipped; remove it, or make it a comment [element-in-value]")},
+         inValue("<ValueInt id=\"i\"><value>1<!-- <x>2</x> --><?x <y/>?><![CDATA[2]]></value></ValueInt>")},
         {"unknown-version",
          inRoot("Version=\"1.2\""),
          {inRootAt(1, 46, "version '1.2' is unknown; the newest is 1.1; use '1.1' [unknown-version]")},

@@ -563,6 +563,7 @@ void LintTest::timeIsProportionalToTheSize_data()
         "</ValueSelection></ValueItem></Node></Component>");
     add("the same value", {}, "<MaxFFPDelay>1</MaxFFPDelay>", {});
     add("the same alternative", "<Component><Node><ValueItem>", "<ValueInt/>", "</ValueItem></Node></Component>");
+    add("elements in a value", "<name>", "<a/>", "</name>");
     add("text", {}, "x<!---->", {});
     add("findings before others", {}, "<Component type=\"t\"/>x", {});
     add("one object many times", {}, "<StartupModes><StartupMode>DF</StartupMode></StartupModes>", {});
