@@ -95,7 +95,8 @@ const std::vector<Rule> &allRules()
                          TextSubject::Number, TextRules::lostDecimals),
         textRule("not-a-boolean", "The text of a boolean is none of true, false, 1 and 0, in upper or lower case.",
                  "Readers take every other text for true, even 'no'.", TextSubject::Boolean, notABoolean),
-        textRule("unknown-attribute", "An element has an attribute that its class does not have.",
+        textRule("unknown-attribute",
+                 "An element has an attribute that its class does not have, or any if it is a value.",
                  "Readers ignore it, so a misspelt one is lost without a message. Attributes of other namespaces are "
                  "accepted.",
                  TextSubject::Attribute, unknownAttribute),

@@ -287,6 +287,8 @@ private:
             replaceValue(object, index, TextSubject::RepeatedMember);
         if (tag.next != element + 1)
             checkElementsInValue(member);
+        if (tag.attributeCount != 0)
+            checkAttributesOfValue(member);
         checkValue(member, m_markup.bytes(tag.content), false, {tag.startTag.begin, element});
         m_tag.isEnd = true;
     }
@@ -348,6 +350,18 @@ private:
         }
     }
 
+    Q_NEVER_INLINE void checkAttributesOfValue(const Shape::Member &member)
+    {
+        const int element = m_tag.element;
+        const XmlMarkup::Element &tag = m_markup.elements().at(element);
+        Shape none; // of an object without members
+        none.className = member.name;
+        for (int i = tag.firstAttribute; i < tag.firstAttribute + tag.attributeCount; ++i) {
+            const XmlMarkup::Span name = m_markup.attributes().at(i).name;
+            checkUnknownAttribute(none, m_markup.bytes(name), {name.begin, element}, member.name);
+        }
+    }
+
     void readUnknown(const Shape &shape)
     {
         const int element = m_tag.element;
@@ -368,7 +382,9 @@ private:
         while (next() && nameOf(m_tag.element) != name) { }
     }
 
-    void checkUnknownAttribute(const Shape &shape, QLatin1String name, const TextPlace &place)
+    /// `member` is the one whose value the element is, if it is not an object.
+    void checkUnknownAttribute(const Shape &shape, QLatin1String name, const TextPlace &place,
+                               QLatin1String member = {})
     {
         const QString full = toString(name);
         const int colon = full.indexOf(QLatin1Char(':'));
@@ -380,6 +396,7 @@ private:
         LintedText linted(m_steps, place, m_report);
         linted.name = full;
         linted.className = shape.className;
+        linted.setMember(member);
         linted.known = shape.attributeNames;
         linted.isElement = shape.elementNames.contains(full);
         linted.check(TextSubject::Attribute);

@@ -346,6 +346,14 @@ QVector<LintCase> lintCases()
          {at(4, 34, "ValueInt",
              "unknown attribute 'x:value' of ValueInt; it is ignored; did you mean 'value'? [unknown-attribute]")},
          inValue("<x:ValueInt xmlns:x=\"urn:x\" id=\"i\" value=\"1\"/>")},
+        {"unknown-attribute",
+         inDocument(
+             "<name value=\"R\" xml:lang=\"en\"/>\n<StartupModes><StartupMode m=\"1\">DF</StartupMode></StartupModes>"),
+         {inRootAt(2, 7, "name: unknown attribute 'value' of name; it is ignored [unknown-attribute]"),
+          inRootAt(3, 28,
+                   "StartupModes/StartupMode: unknown attribute 'm' of StartupMode; it is ignored "
+                   "[unknown-attribute]")},
+         inDocument("<name xmlns=\"\" xmlns:x=\"urn:x\" x:value=\"S\">R</name>")},
         {"unknown-element",
          inValue("<ValueInt id=\"i\"><valu>1</valu></ValueInt>"),
          {at(4, 18, "ValueInt",
