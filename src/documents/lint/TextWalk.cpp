@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <utility>
 
 #include <jobxml/TunerProperties.h>
 
 #include "documents/lint/LintedText.h"
+#include "documents/lint/PlainText.h"
 #include "documents/lint/XmlTexts.h"
 #include "documents/values/FindMember.h"
 #include "documents/xml/XmlBlanks.h"
@@ -26,83 +26,6 @@ const QLatin1String versionAttribute("Version");
 QString toString(QLatin1String utf8)
 {
     return QString::fromUtf8(utf8.data(), utf8.size());
-}
-
-bool isDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
-
-/// Whether a float is exactly the number with these digits, of which there are at most nine.
-bool isExactFloat(const char *digits, const char *end)
-{
-    qint64 number = 0;
-    for (const char *at = digits; at != end; ++at)
-        number = number * 10 + (*at - '0');
-    return qint64(float(number)) == number;
-}
-
-/// Whether a number is one that every reader and writer keeps: a few digits, with at most two decimals for the types
-/// that have any.
-bool isPlainNumber(QLatin1String text, MemberKind kind)
-{
-    const char *at = text.data();
-    const char *const end = at + text.size();
-    if (at != end && *at == '-' && kind != MemberKind::UInt64)
-        ++at;
-    const char *const digits = at;
-    while (at != end && isDigit(*at))
-        ++at;
-    const bool is64Bit = kind == MemberKind::Int64 || kind == MemberKind::UInt64;
-    const int safeDigits = is64Bit ? 18 : 9;
-    const char *const wholeEnd = at;
-    if (at == digits || at - digits > safeDigits)
-        return false;
-    const bool isFloat = kind == MemberKind::Float;
-    const bool mayHaveDecimals = isFloat || kind == MemberKind::Double;
-    bool hasDecimals = false;
-    if (at != end && *at == '.' && mayHaveDecimals) {
-        const char *const decimals = ++at;
-        for (; at != end && isDigit(*at); ++at)
-            hasDecimals = hasDecimals || *at != '0';
-        if (at == decimals || at - decimals > 2)
-            return false;
-    }
-    // Below 100,000, floats are less than a hundredth apart.
-    constexpr int safeDigitsOfFloat = 5;
-    const bool isKept =
-        !isFloat || wholeEnd - digits <= safeDigitsOfFloat || (!hasDecimals && isExactFloat(digits, wholeEnd));
-    return at == end && isKept;
-}
-
-/// Whether there are only spaces; compares eight at a time.
-bool areSpaces(const char *at, const char *end)
-{
-    constexpr char spaces[] = "        ";
-    constexpr std::ptrdiff_t most = sizeof spaces - 1;
-    constexpr std::ptrdiff_t some = most / 2;
-    if (end - at < some)
-        return std::all_of(at, end, [](char character) { return character == ' '; });
-    if (end - at < most)
-        return std::memcmp(at, spaces, some) == 0 && std::memcmp(end - some, spaces, some) == 0;
-    for (; end - at > most; at += most) {
-        if (std::memcmp(at, spaces, most) != 0)
-            return false;
-    }
-    return std::memcmp(end - most, spaces, most) == 0;
-}
-
-/// Whether there are only blanks. In nearly all documents, these are a line end and a few spaces.
-bool isBlank(const char *at, const char *end)
-{
-    at += at != end && *at == '\n' ? 1 : 0;
-    return areSpaces(at, end) || std::all_of(at, end, XmlBlanks::isBlank);
-}
-
-bool isPlainBoolean(QLatin1String text)
-{
-    return text == QLatin1String("true") || text == QLatin1String("false") || text == QLatin1String("1")
-        || text == QLatin1String("0");
 }
 
 /// Follows a document as its readers do: they take every start tag in an object as that of a member, skip an unknown
@@ -206,7 +129,7 @@ private:
     {
         const char *const document = m_markup.document().constData();
         const XmlMarkup::Span &span = m_between.span;
-        if (m_between.element == object.element && !isBlank(document + span.begin, document + span.end))
+        if (m_between.element == object.element && !PlainText::isBlank(document + span.begin, document + span.end))
             checkTexts(object, span); // in hardly any document
     }
 
@@ -405,7 +328,7 @@ private:
     void checkValue(const Shape::Member &member, QLatin1String raw, bool isAttribute, const TextPlace &place)
     {
         const bool isBoolean = member.kind == MemberKind::Boolean;
-        if (isBoolean ? isPlainBoolean(raw) : !isNumeric(member.kind) || isPlainNumber(raw, member.kind))
+        if (isBoolean ? PlainText::isBoolean(raw) : !isNumeric(member.kind) || PlainText::isNumber(raw, member.kind))
             return;
         const std::optional<QString> text = isAttribute ? XmlTexts::attribute(raw) : XmlTexts::element(raw);
         if (!text)
