@@ -35,6 +35,25 @@ QString transfer(const TunerProperties &before, const TunerProperties &after, Tu
 }
 //! [Patch]
 
+//! [UnmergedContent]
+/// What merging would lose of theirs: "theirs.xml:3:40: Component[name=a]/...: 'abc' of value is not a number; ...".
+QStringList lossesOfMerging(const MergeInput &base, const MergeInput &ours, const MergeInput &theirs)
+{
+    QStringList lines;
+    const UnmergedContent content = unmergedContent(base, ours, theirs);
+    for (const Finding &loss : content.losses)
+        lines.append(loss.text(QStringLiteral("theirs.xml")));
+    for (const Finding &comment : content.comments)
+        lines.append(QStringLiteral("theirs.xml:%1: a comment is not merged").arg(comment.line));
+    return lines;
+}
+//! [UnmergedContent]
+
+MergeInput loaded(const QByteArray &xml)
+{
+    return {Document::fromBytes(xml, QStringLiteral("theirs.xml")), xml};
+}
+
 } // namespace
 
 class ChangesSnippetsTest : public QObject
@@ -71,6 +90,18 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("quantity: changed on both sides: 2 in ours, 3 in theirs, 1 in the base")});
         QCOMPARE(result.document.Getquantity(), 2);
         QCOMPARE(result.document.Getname(), QStringLiteral("theirs"));
+    }
+
+    void contentThatCannotBeMergedIsListed()
+    {
+        const MergeInput base = loaded("<TunerProperties Version=\"1.1\" quantity=\"1\"/>");
+        const MergeInput theirs =
+            loaded("<TunerProperties Version=\"1.1\" quantity=\"two\"><!-- why --></TunerProperties>");
+        QCOMPARE(
+            lossesOfMerging(base, base, theirs),
+            (QStringList{QStringLiteral("theirs.xml:1:32: quantity: 'two' of quantity is not a number; it is read as "
+                                        "0 [not-a-number]"),
+                         QStringLiteral("theirs.xml:1: a comment is not merged")}));
     }
 };
 

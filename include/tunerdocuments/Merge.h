@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QVector>
 
 #include <jobxml/TunerProperties.h>
 
+#include <tunerdocuments/Document.h>
 #include <tunerdocuments/Export.h>
+#include <tunerdocuments/Finding.h>
 
 namespace TunerDocuments {
 
@@ -56,5 +59,30 @@ struct TUNERDOCUMENTS_EXPORT MergeResult
 /// Changes nothing and checks nothing. The result has the validate flag of ours.
 TUNERDOCUMENTS_EXPORT MergeResult merge(const JobXml::TunerProperties &base, const JobXml::TunerProperties &ours,
                                         const JobXml::TunerProperties &theirs);
+
+/// A document that was loaded, and its text.
+struct TUNERDOCUMENTS_EXPORT MergeInput
+{
+    Document document{}; ///< as it was read
+    QByteArray bytes{}; ///< from which it was read; required for XML only
+};
+
+/// What unmergedContent() returns: the content of theirs that merge() does not see, since no document has it.
+struct TUNERDOCUMENTS_EXPORT UnmergedContent
+{
+    /// Values that the reader has converted, such as a number that is not one, and what it has skipped: unknown
+    /// attributes and elements, texts between elements, values that are there twice, unknown names. With line, column
+    /// and path, in the order of the text.
+    QVector<Finding> losses{};
+    QVector<Finding> comments{}; ///< with line and column
+};
+
+/// Finds what merging would lose of theirs if that is XML, apart from what the text of the base or of ours has at the
+/// same place: that was there before, or stays if ours is edited in place. Places are compared as merge() pairs items,
+/// so a renamed item has the same ones. Comments have no place; they are compared by their text, and counted.
+///
+/// Other forms have no such content, or are refused when they are read.
+TUNERDOCUMENTS_EXPORT UnmergedContent unmergedContent(const MergeInput &base, const MergeInput &ours,
+                                                      const MergeInput &theirs);
 
 } // namespace TunerDocuments

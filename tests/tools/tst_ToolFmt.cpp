@@ -339,7 +339,7 @@ void ToolFmtTest::gitRefusesOtherLayoutsByTheManual()
 {
     if (!GitRepository::isGitInstalled())
         SKIP("git is not installed");
-    const QStringList blocks = commandsIn(QStringLiteral(GIT_PAGE)).mid(2);
+    const QStringList blocks = commandsIn(QStringLiteral(GIT_PAGE)).mid(3);
     QCOMPARE(blocks.size(), 1);
     const GitRepository repository(*m_workshop);
     const auto shell = [&](const QString &commands) { return repository.shell(commands); };

@@ -20,6 +20,10 @@ private Q_SLOTS:
     void conflictsAreListedByPath();
     void emptyBaseIsADocumentWithoutData();
     void unreadableFileLeavesOursUnchanged();
+    void contentOfTheirsThatReadersConvertOrSkipIsRefused();
+    void allowLossesMergesWithoutSuchContent();
+    void contentThatBaseOrOursHasIsNotLost();
+    void commentsOfTheirsAreNoted();
     void gitMergesAndShowsDocumentsByTheManual();
 
 private:
@@ -137,18 +141,125 @@ void ToolMergeTest::unreadableFileLeavesOursUnchanged()
     QCOMPARE(m_workshop->run(line("merge - - ours.json")).status, 2);
 }
 
+namespace {
+
+const char twoValues[] = R"(<TunerProperties Version="1.1" type="SCP" baseresource="b">
+  <Component type="A" name="a" optional="false">
+    <Node id="shift">
+      <ValueItem><ValueInt id="shift" value="40"/></ValueItem>
+    </Node>
+  </Component>
+</TunerProperties>
+)";
+
+} // namespace
+
+// The merged document would have 0 instead of abc, and neither the attribute nor the text.
+void ToolMergeTest::contentOfTheirsThatReadersConvertOrSkipIsRefused()
+{
+    m_workshop->write(QStringLiteral("base.xml"), twoValues);
+    m_workshop->write(QStringLiteral("ours.xml"), twoValues);
+    m_workshop->write(QStringLiteral("theirs.xml"),
+                      QByteArray(twoValues)
+                          .replace("value=\"40\"", "value=\"abc\"")
+                          .replace("<Node id=\"shift\">", "<Node id=\"shift\" vendor=\"x\">see below")
+                          .replace("baseresource=\"b\"", "baseresource=\"c\""));
+    QCOMPARE(
+        run("merge base.xml ours.xml theirs.xml"),
+        QStringLiteral(
+            "1\n"
+            "tunerproperties: theirs.xml:3:22: Component[type=A,name=a]/Node[id=shift]: unknown attribute 'vendor' of "
+            "Node; it is ignored; expected id [unknown-attribute]\n"
+            "tunerproperties: theirs.xml:3:33: Component[type=A,name=a]/Node[id=shift]: there is a text that would be "
+            "lost\n"
+            "tunerproperties: theirs.xml:4:39: Component[type=A,name=a]/Node[id=shift]/ValueItem[id=shift]/ValueInt/"
+            "value: 'abc' of value is not a number; it is read as 0 [not-a-number]\n"
+            "tunerproperties: ours.xml: nothing was written; use --allow-losses to merge without this content\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")), QByteArray(twoValues));
+    QVERIFY(run("merge -o merged.xml base.xml ours.xml theirs.xml").startsWith(QLatin1String("1\n")));
+    QVERIFY(run("merge --dry-run base.xml ours.xml theirs.xml").startsWith(QLatin1String("1\ntunerproperties: ")));
+    QVERIFY(!m_workshop->files().contains(QStringLiteral("merged.xml")));
+}
+
+void ToolMergeTest::allowLossesMergesWithoutSuchContent()
+{
+    m_workshop->write(QStringLiteral("base.xml"), twoValues);
+    m_workshop->write(QStringLiteral("ours.xml"), twoValues);
+    m_workshop->write(QStringLiteral("theirs.xml"),
+                      QByteArray(twoValues)
+                          .replace("value=\"40\"", "value=\"4O\"")
+                          .replace("optional=\"false\"", "optional=\"true\""));
+    QCOMPARE(run("merge --allow-losses base.xml ours.xml theirs.xml"),
+             QStringLiteral("0\n"
+                            "tunerproperties: theirs.xml:4:39: Component[type=A,name=a]/Node[id=shift]/"
+                            "ValueItem[id=shift]/ValueInt/value: '4O' of value is not a number; it is read as 0 "
+                            "[not-a-number]\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")),
+             QByteArray(twoValues)
+                 .replace("value=\"40\"", "value=\"0\"")
+                 .replace("optional=\"false\"", "optional=\"true\""));
+}
+
+void ToolMergeTest::contentThatBaseOrOursHasIsNotLost()
+{
+    const QByteArray strange = QByteArray(twoValues)
+                                   .replace("<Node id", "<Node vendor=\"x\" id")
+                                   .replace("<ValueItem>", "text<ValueItem>")
+                                   .replace("value=\"40\"", "value=\"abc\"");
+    m_workshop->write(QStringLiteral("base.xml"), strange);
+    m_workshop->write(QStringLiteral("ours.xml"), twoValues);
+    // Renamed, so the paths differ.
+    m_workshop->write(QStringLiteral("theirs.xml"), QByteArray(strange).replace("name=\"a\"", "name=\"renamed\""));
+    QCOMPARE(run("merge base.xml ours.xml theirs.xml"), QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")),
+             QByteArray(twoValues).replace("name=\"a\"", "name=\"renamed\""));
+
+    // Both sides have changed it in the same way, and ours keeps its text.
+    m_workshop->write(QStringLiteral("base.xml"), twoValues);
+    m_workshop->write(QStringLiteral("ours.xml"), strange);
+    QCOMPARE(run("merge base.xml ours.xml theirs.xml"), QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")),
+             QByteArray(strange).replace("name=\"a\"", "name=\"renamed\""));
+}
+
+void ToolMergeTest::commentsOfTheirsAreNoted()
+{
+    const QByteArray known = QByteArray(twoValues).replace("    <Node", "    <!-- known -->\n    <Node");
+    m_workshop->write(QStringLiteral("base.xml"), twoValues);
+    m_workshop->write(QStringLiteral("ours.xml"), known);
+    m_workshop->write(QStringLiteral("theirs.xml"),
+                      QByteArray(known)
+                          .replace("optional=\"false\"", "optional=\"true\"")
+                          .replace("      <ValueItem>", "<!--a--><!--b-->\n<!-- known --><ValueItem>"));
+    QCOMPARE(run("merge base.xml ours.xml theirs.xml"),
+             QStringLiteral("0\n"
+                            "tunerproperties: theirs.xml: 3 comments are not merged (lines 5, 6)\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("ours.xml")),
+             QByteArray(known).replace("optional=\"false\"", "optional=\"true\""));
+
+    m_workshop->write(QStringLiteral("theirs.xml"),
+                      QByteArray(known).replace("  </Component>", "<!---->\n</Component>"));
+    QCOMPARE(run("merge base.xml ours.xml theirs.xml"),
+             QStringLiteral("0\ntunerproperties: theirs.xml: 1 comment is not merged (line 7)\n"));
+
+    m_workshop->write(QStringLiteral("theirs.xml"), known + QByteArray("<!-- end -->\n").repeated(7));
+    QCOMPARE(run("merge base.xml ours.xml theirs.xml"),
+             QStringLiteral("0\ntunerproperties: theirs.xml: 7 comments are not merged (lines 9, 10, 11, 12, 13, "
+                            "...)\n"));
+}
+
 // A repository is set up by the blocks of the manual. Two branches change one file, first different values, then the
 // same one.
 void ToolMergeTest::gitMergesAndShowsDocumentsByTheManual()
 {
     if (!GitRepository::isGitInstalled())
         SKIP("git is not installed");
-    const QStringList blocks = commandsIn(QStringLiteral(GIT_PAGE)).mid(0, 2);
-    QCOMPARE(blocks.size(), 2);
+    const QStringList blocks = commandsIn(QStringLiteral(GIT_PAGE)).mid(0, 3);
+    QCOMPARE(blocks.size(), 3);
     const GitRepository repository(*m_workshop);
     const auto shell = [&](const QString &commands) { return repository.shell(commands); };
-    for (const QString &block : blocks)
-        QCOMPARE(shell(block), QStringLiteral("0\n"));
+    for (const int setting : {0, 2})
+        QCOMPARE(shell(blocks.at(setting)), QStringLiteral("0\n"));
 
     // Different values on the same line, which git alone cannot merge.
     QCOMPARE(shell(QStringLiteral("cp %1 r.xml; git add -A; git commit -q -m first; git branch other")
@@ -185,9 +296,31 @@ void ToolMergeTest::gitMergesAndShowsDocumentsByTheManual()
     QVERIFY2(conflicting.contains(QLatin1String("Merge conflict in r.xml")), qPrintable(conflicting));
     QCOMPARE(shell(QStringLiteral("tunerproperties get r.xml quantity; git merge --abort")), QStringLiteral("0\n5\n"));
 
+    // Content that cannot be merged: nothing is written, and the manual's next block merges the rest.
+    QCOMPARE(
+        shell(QStringLiteral("git checkout -q other; sed -i 's/quantity=\"4\"/quantity=\"4\" vendor=\"v\"/; "
+                             "s/baseresource=\"[^\"]*\"/baseresource=\"theirs\"/' r.xml; git commit -q -a -m "
+                             "vendor; git checkout -q main; tunerproperties set r.xml quantity 4; git commit -q -a "
+                             "-m same")),
+        QStringLiteral("0\n"));
+    const QString losing = shell(QStringLiteral("git merge other"));
+    QVERIFY2(losing.startsWith(QLatin1String("1\n")), qPrintable(losing));
+    QVERIFY2(losing.contains(QLatin1String(": unknown attribute 'vendor' of TunerProperties; it is ignored; ")),
+             qPrintable(losing));
+    QVERIFY2(losing.contains(QLatin1String("nothing was written; use --allow-losses to merge without this content\n")),
+             qPrintable(losing));
+    QVERIFY2(losing.contains(QLatin1String("Merge conflict in r.xml")), qPrintable(losing));
+    const QString withoutIt =
+        shell(QString(blocks.at(1)).replace(QLatin1String("receiver.xml"), QLatin1String("r.xml")));
+    QVERIFY2(withoutIt.startsWith(QLatin1String("0\ntunerproperties: theirs.xml:")), qPrintable(withoutIt));
+    QCOMPARE(
+        shell(QStringLiteral("tunerproperties get r.xml baseresource; git reset -q --hard; rm base.xml theirs.xml; "
+                             "tunerproperties set r.xml quantity 5; git commit -q -a -m five")),
+        QStringLiteral("0\ntheirs\n"));
+
     // git diff compares the trees of two documents.
     const QString diff = shell(QStringLiteral("git diff HEAD~1 HEAD"));
-    QVERIFY2(diff.contains(QLatin1String("\n-  quantity: 3\n+  quantity: 5\n")), qPrintable(diff));
+    QVERIFY2(diff.contains(QLatin1String("\n-  quantity: 4\n+  quantity: 5\n")), qPrintable(diff));
     QVERIFY2(!diff.contains(QLatin1String("<TunerProperties")), qPrintable(diff));
 }
 

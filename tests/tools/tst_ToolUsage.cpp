@@ -16,6 +16,7 @@ private Q_SLOTS:
     void helpOfPathsDescribesCompletions();
     void helpOfACommandShowsEveryUsage();
     void helpOfFmtDescribesTheLayout();
+    void helpOfMergeDescribesWhatIsNotMerged();
     void helpNeedsNoArgumentsOfTheCommand();
     void fileNameIsNeverAnOption_data();
     void fileNameIsNeverAnOption();
@@ -476,6 +477,22 @@ void ToolUsageTest::helpOfFmtDescribesTheLayout()
     QCOMPARE(run.out, expected);
     QCOMPARE(run.err, QString());
     QCOMPARE(run.status, 0);
+}
+
+void ToolUsageTest::helpOfMergeDescribesWhatIsNotMerged()
+{
+    const QString help = Workshop().run(line("merge --help")).out;
+    QVERIFY2(
+        help.contains(QLatin1String("What the reader of XML converts or skips, such as a misspelt number or an\n"
+                                    "unknown attribute, is not merged. If THEIRS has such content that neither BASE\n"
+                                    "nor OURS has, it is listed with line, column and path, nothing is written, and\n"
+                                    "the exit status is 1. New comments of THEIRS are not merged, either; they are\n"
+                                    "noted.\n")),
+        qPrintable(help));
+    QVERIFY2(
+        help.contains(QLatin1String("      --allow-losses         Merge although content of THEIRS is lost, which is\n"
+                                    "                             listed nevertheless.\n")),
+        qPrintable(help));
 }
 
 void ToolUsageTest::helpNeedsNoArgumentsOfTheCommand()

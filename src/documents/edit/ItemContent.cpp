@@ -2,22 +2,20 @@
 #include "documents/edit/ItemContent.h"
 
 #include <algorithm>
-#include <functional>
-#include <utility>
 
 #include <reportbase/XmlMarkup.h>
 
 #include <tunerdocuments/Document.h>
 #include <tunerdocuments/DocumentError.h>
 #include <tunerdocuments/Finding.h>
-#include <tunerdocuments/Lint.h>
 
 #include "documents/compare/Contents.h"
 #include "documents/json/JsonForm.h"
+#include "documents/lint/LostTexts.h"
 #include "documents/values/FindMember.h"
 #include "documents/xml/EncodedText.h"
+#include "documents/xml/UnreadParts.h"
 #include "documents/xml/XmlBlanks.h"
-#include "documents/xml/XmlPlaces.h"
 #include "documents/xml/XmlTexts.h"
 #include "text/TextLocation.h"
 
@@ -133,71 +131,6 @@ Surrounded rootIn(const QByteArray &xml, const QVector<Step> &steps, const QStri
     return surroundedElement(encoded.utf8().mid(root.startTag.begin, root.whole().size()), line, steps);
 }
 
-/// Looks for what a reader skips without a word: values that are there twice, and texts and elements where none are
-/// read.
-class UnreadParts
-{
-public:
-    /// `fails` is called with the offset in the text and the problem, and does not return.
-    UnreadParts(const QByteArray &text, const TunerProperties &tuner, std::function<void(int, const QString &)> fails)
-        : m_markup(text), m_places(m_markup, tuner), m_fails(std::move(fails))
-    {
-    }
-
-    void find(const QVector<Step> &steps, const DataObject &object)
-    {
-        const QVector<int> elements = m_places.elementsOf(steps);
-        if (!elements.isEmpty())
-            findIn(elements.last(), object);
-    }
-
-private:
-    void findIn(int element, const DataObject &object)
-    {
-        const QVector<XmlMarkup::Span> texts = XmlTexts::inElement(m_markup, element);
-        for (const XmlMarkup::Span &text : texts) {
-            const XmlMarkup::Span part = XmlBlanks::trimmed(m_markup.document(), text);
-            if (part.size() > 0)
-                m_fails(part.begin, QStringLiteral("there is a text that would be lost"));
-        }
-        bool hasAlternative = false;
-        visit(object, [&](const MemberView &member) {
-            const QVector<XmlPlaces::Value> values = m_places.valuesOf({element}, object, member);
-            const MemberKind kind = member.GetKind();
-            const bool isList = kind == MemberKind::ObjectList || kind == MemberKind::EnumerationList;
-            if (values.size() > 1 && !isList)
-                m_fails(beginOf(values.at(1)), QStringLiteral("'%1' is there twice").arg(member.GetName()));
-            if (kind == MemberKind::Alternative && !values.isEmpty() && std::exchange(hasAlternative, true))
-                m_fails(beginOf(values.first()), QStringLiteral("an item holds one value, and there are several"));
-            for (int i = 0; i < values.size(); ++i)
-                findInValue(values.at(i), member, i);
-        });
-    }
-
-    void findInValue(const XmlPlaces::Value &value, const MemberView &member, int index)
-    {
-        if (value.isAttribute)
-            return;
-        if (holdsObjects(member)) {
-            if (index < member.GetSize())
-                findIn(value.index, member.GetChild(index));
-        } else if (m_markup.elements().at(value.index).next != value.index + 1) {
-            m_fails(m_markup.elements().at(value.index + 1).startTag.begin,
-                    QStringLiteral("there is an element in a value, which would be lost"));
-        }
-    }
-
-    int beginOf(const XmlPlaces::Value &value) const
-    {
-        return value.isAttribute ? m_markup.attributes().at(value.index).name.begin
-                                 : m_markup.elements().at(value.index).startTag.begin;
-    }
-
-    const XmlMarkup m_markup;
-    const XmlPlaces m_places;
-    const std::function<void(int, const QString &)> m_fails;
-};
-
 void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray &xml, const QString &name)
 {
     const Surrounded whole = rootIn(xml, steps, name);
@@ -207,18 +140,14 @@ void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray 
             whole.failIn(name, problem.line, problem.column, findingOf(problem).message);
     };
     const Document document = Document::fromBytes(whole.text, name, {Form::Xml}, refuseProblem);
-    static const LintOptions options = LintOptions::lostByReading();
-    const auto refuseFinding = [&](const Finding &finding) {
-        const QString suggestion = finding.suggestion.isNull() ? QString() : QStringLiteral("; ") + finding.suggestion;
-        whole.failIn(name, finding.line, finding.column, finding.message + suggestion);
-    };
-    lint(document, whole.text, refuseFinding, options);
-    UnreadParts unread(whole.text, document.tuner, [&](int offset, const QString &why) {
-        const TextLocation location = TextLocator(whole.text).at(offset);
-        whole.failIn(name, location.line, location.column, why);
+    const XmlMarkup markup(whole.text);
+    visitLostTexts(document, markup, [&](const Finding &finding, int) {
+        whole.failIn(name, finding.line, finding.column, finding.explained());
     });
-    if (const DataObject *const read = objectAt(document.tuner, firstItems(steps)))
-        unread.find(firstItems(steps), *read);
+    UnreadParts(markup, document.tuner).visit(firstItems(steps), [&](const UnreadPart &part) {
+        const TextLocation location = TextLocator(whole.text).at(part.offset);
+        whole.failIn(name, location.line, location.column, part.problem);
+    });
     copyRead(document.tuner, steps, item);
 }
 

@@ -30,6 +30,8 @@ public:
     TunerDocuments::Editor &editor() { return m_editor; }
     const JobXml::TunerProperties &tuner() const { return m_editor.document().tuner; }
 
+    const QByteArray &bytes() const { return m_bytes; } ///< of the file, as it was read
+
     /// Whether writing to this file, which may be none, keeps the form of the document.
     bool hasFormOf(const FileName &target) const;
 

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
+#include <tunerdocuments/Finding.h>
 #include <tunerdocuments/Merge.h>
 
 #include "commands/Commands.h"
 #include "commands/EditedFile.h"
 #include "commands/Options.h"
+#include "files/DocumentFile.h"
 
 using namespace TunerDocuments;
 
@@ -21,23 +25,77 @@ const Option &output()
     return option;
 }
 
+const Option &allowLosses()
+{
+    static const Option option{
+        {QStringLiteral("allow-losses")},
+        QStringLiteral("Merge although content of THEIRS is lost, which is listed nevertheless."),
+        {},
+        Takes::Nothing,
+        {}};
+    return option;
+}
+
+MergeInput readFrom(Input &input, const Invocation &invocation)
+{
+    QByteArray bytes;
+    const Document document = loadDocumentWithText(input, Options::loading(invocation), {}, bytes);
+    return {document, bytes};
+}
+
 /// Version control passes an empty file for a document that both sides have added.
-JobXml::TunerProperties baseIn(const FileName &name, const Invocation &invocation)
+MergeInput baseIn(const FileName &name, const Invocation &invocation)
 {
     Input input(name);
-    if (input.head(1).isEmpty())
-        return JobXml::TunerProperties();
-    return loadDocument(input, Options::loading(invocation)).tuner;
+    return input.head(1).isEmpty() ? MergeInput() : readFrom(input, invocation);
+}
+
+void noteComments(const QVector<Finding> &comments, const QString &file)
+{
+    constexpr int mostLines = 5;
+    QStringList lines;
+    for (const Finding &comment : comments) {
+        const QString line = QString::number(comment.line);
+        if (lines.isEmpty() || lines.last() != line)
+            lines.append(line);
+    }
+    if (lines.size() > mostLines)
+        lines = lines.mid(0, mostLines) + QStringList{QStringLiteral("...")};
+    if (comments.size() == 1)
+        Console::printError(file + QStringLiteral(": 1 comment is not merged (line %1)").arg(lines.first()));
+    else if (!comments.isEmpty())
+        Console::printError(file
+                            + QStringLiteral(": %1 comments are not merged (lines %2)")
+                                  .arg(comments.size())
+                                  .arg(lines.join(QStringLiteral(", "))));
+}
+
+/// Lists what would be lost. Returns whether there is anything.
+bool listLosses(const QVector<Finding> &losses, const QString &file)
+{
+    const int listed = std::min(losses.size(), Options::usualProblemCount);
+    for (int i = 0; i < listed; ++i)
+        Console::printError(losses.at(i).text(file));
+    if (losses.size() > listed)
+        Console::printError(file + QStringLiteral(": ")
+                            + countText(losses.size(), listed, QStringLiteral("parts of the text would be lost")));
+    return !losses.isEmpty();
 }
 
 ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> names = invocation.files();
     Options::checkStandardInput(names);
-    const JobXml::TunerProperties base = baseIn(names[0], invocation);
+    const MergeInput base = baseIn(names[0], invocation);
     EditedFile ours(names[1], invocation, Options::loading(invocation));
-    const DocumentFile theirs(names[2], Options::loading(invocation));
-    const MergeResult result = merge(base, ours.tuner(), theirs.document.tuner);
+    Input theirInput(names[2]);
+    const MergeInput theirs = readFrom(theirInput, invocation);
+    const UnmergedContent unmerged = unmergedContent(base, {ours.editor().document(), ours.bytes()}, theirs);
+    noteComments(unmerged.comments, theirInput.shownName());
+    if (listLosses(unmerged.losses, theirInput.shownName()) && !invocation.isSet(allowLosses()))
+        return ours.fail(
+            QStringLiteral("nothing was written; use %1 to merge without this content").arg(allowLosses().typed()));
+    const MergeResult result = merge(base.document.tuner, ours.tuner(), theirs.document.tuner);
     const FileName target = invocation.fileValue(output());
     if (!ours.hasFormOf(target))
         ours.editor().rewrite();
@@ -65,11 +123,17 @@ Command mergeCommand()
             "the result has the value of OURS there, and the exit status is 1. The files may have different "
             "forms; an empty BASE is a document without data."),
         QStringLiteral(
+            "What the reader of XML converts or skips, such as a misspelt number or an unknown attribute, is not "
+            "merged. If THEIRS has such content that neither BASE nor OURS has, it is listed with line, column and "
+            "path, nothing is written, and the exit status is 1. New comments of THEIRS are not merged, either; they "
+            "are noted."),
+        QStringLiteral(
             "Nothing is written if the result is OURS. XML and JSON are edited in place, so the comments and "
             "the layout of OURS stay; other forms are written anew, as 'set' does. The result is not validated. "
             "The manual's page on version control shows how git uses this command."),
     };
-    command.options = {output(), EditedFile::dryRun(), EditedFile::rewrite(), Options::from(), Options::maxExpansion()};
+    command.options = {output(),        allowLosses(),          EditedFile::dryRun(), EditedFile::rewrite(),
+                       Options::from(), Options::maxExpansion()};
     command.examples = {{QStringLiteral("merge base.xml ours.xml theirs.xml"),
                          QStringLiteral("Add the changes of theirs.xml to ours.xml.")},
                         {QStringLiteral("merge -o merged.xml base.xml ours.xml theirs.xml"),
