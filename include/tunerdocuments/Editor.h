@@ -44,13 +44,14 @@ public:
     /// Stores a value, written as TypedValue::parse() reads it, through the setter of the model and its checks.
     ///
     /// Throws PathFailure if there is no such member, TypedValue::Mismatch if the text is not a value of the member,
-    /// and ReportException if the model refuses it. To choose another kind of value, set the member `ChoiceValueItem`:
+    /// and ReportException if the model refuses it. A member of an alternative that is not chosen is stored, and the
+    /// choice stays. To choose another kind of value, set the member `ChoiceValueItem`:
     /// the item then has the value of that kind which the document has, or else an empty one, and the one before is
     /// removed.
     void set(const QString &path, const QString &value);
 
-    /// Unsets a member, which then has its default value. Throws PathFailure, and TypedValue::Mismatch for an item of a
-    /// list.
+    /// Unsets a member, which then has its default value. An item that had chosen it chooses the only other alternative
+    /// that has data, if there is one. Throws PathFailure, and TypedValue::Mismatch for an item of a list.
     void unset(const QString &path);
 
     /// Adds what the path leads to afterwards:
@@ -69,8 +70,9 @@ public:
     /// be read completely.
     void add(const QString &path, const QByteArray &content = QByteArray(), const QString &contentName = QString());
 
-    /// Removes items, or unsets members, whose content is lost. All paths refer to the document before; patterns remove
-    /// everything that fits them. Throws PathFailure if a path leads nowhere, or nothing fits a pattern.
+    /// Removes items, or unsets members, whose content is lost. If what an item has chosen is removed, the item chooses
+    /// the only alternative that is left; several are removed with it. All paths refer to the document before; patterns
+    /// remove everything that fits them. Throws PathFailure if a path leads nowhere, or nothing fits a pattern.
     void remove(const QStringList &paths);
 
     /// Moves an item within its list, to the position that it has afterwards, counted from 1. Throws PathFailure if

@@ -8,6 +8,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 #include <QVector>
 
 #include <jobxml/Visit.h>
@@ -32,6 +33,9 @@ public:
 /// list is selected by the texts that identify it, by its position, counted from 1, or by both: `[id=gain][2]` is the
 /// second of those. A pattern has `[*]` for every item of a list, or `*` for every member that is set. The manual's
 /// page on paths describes all of it.
+///
+/// An alternative that an item has not chosen is a member like others if it has data, which lint() reports: a path that
+/// names it leads to it, and `*` matches it if it is set. A step that is omitted is always the chosen one.
 ///
 /// Identifying texts stay the same when other items are added, removed or moved; positions do not.
 class TUNERDOCUMENTS_EXPORT Path
@@ -155,7 +159,7 @@ TUNERDOCUMENTS_EXPORT void listAll(const JobXml::DataObject &root,
                                    const std::function<void(const Target &target)> &action);
 
 /// Finds the member of a path. The chosen alternative needs no step of its own, and a list with one item no selection.
-/// Throws PathFailure.
+/// Throws PathFailure, also for an alternative that is not chosen and has no data.
 TUNERDOCUMENTS_EXPORT Target find(const JobXml::DataObject &root, const QString &path);
 
 /// What is typed when a path is completed.
@@ -178,18 +182,31 @@ TUNERDOCUMENTS_EXPORT QStringList completions(const JobXml::DataObject &root, co
 TUNERDOCUMENTS_EXPORT std::optional<JobXml::MemberView> at(const JobXml::DataObject &root,
                                                            const QVector<JobXml::Step> &steps);
 
-/// Calls the action with the MemberEditor of the target's member; all objects on the way count as set afterwards.
+/// Calls the action with the MemberEditor of the target's member; all objects on the way count as set afterwards. What
+/// items have chosen stays, unless the member is a choice or an alternative, which the action may choose.
 template <class Action>
 void edit(JobXml::DataObject &root, const Target &target, Action &&action, int depth = 0)
 {
     const JobXml::Step &step = target.steps[depth];
+    QVariant choice;
+    bool isChosen = true;
     JobXml::visit(root, [&](JobXml::MemberEditor &member) {
+        if (member.GetKind() == JobXml::MemberKind::Choice)
+            choice = member.GetValue();
         if (member.GetName() != step.member)
             return;
-        if (depth + 1 == target.steps.size())
+        if (depth + 1 == target.steps.size()) {
             action(member);
-        else
-            edit(member.EditChild(step.index < 0 ? 0 : step.index), target, action, depth + 1);
+            return;
+        }
+        isChosen = member.IsChosen();
+        edit(member.EditChild(step.index < 0 ? 0 : step.index), target, action, depth + 1);
+    });
+    if (isChosen)
+        return;
+    JobXml::visit(root, [&](JobXml::MemberEditor &member) { // changing an alternative has chosen it
+        if (member.GetKind() == JobXml::MemberKind::Choice && !member.SetValue(choice))
+            member.Reset();
     });
 }
 

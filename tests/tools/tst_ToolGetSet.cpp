@@ -40,6 +40,7 @@ private Q_SLOTS:
     void unreadableSnapshotIsNotWritten();
     void standardInputIsWrittenToStandardOutput();
     void membersCanBeUnset();
+    void dataThatLintFindsCanBePrintedChangedAndRemoved();
     void newProblemsPreventTheChange();
     void knownProblemsDoNotPreventTheChange();
     void contentThatTheModelDoesNotHaveStaysInXml();
@@ -542,6 +543,48 @@ void ToolGetSetTest::membersCanBeUnset()
         set(line("--unset f.json Component[1]")),
         QStringLiteral("1 tunerproperties: f.json: Component[type=Filter,name=Pre]: cannot unset an item of a list; "
                        "unset the whole list\n"));
+}
+
+void ToolGetSetTest::dataThatLintFindsCanBePrintedChangedAndRemoved()
+{
+    const QByteArray text = R"(<TunerProperties Version="1.1" type="SCP" baseresource="b">
+  <StartupModes><StartupMode>Scan</StartupMode></StartupModes>
+  <Component type="t" name="c" optional="true"><Node id="n">
+    <ValueItem> <!-- two -->
+      <ValueInt id="i6" value="12"/>
+      <ValueString id="both" value="s"/>
+    </ValueItem>
+  </Node></Component>
+</TunerProperties>
+)";
+    m_workshop->write(QStringLiteral("two.xml"), text);
+    const QString found = m_workshop->run({QStringLiteral("lint"), QStringLiteral("two.xml")}).out;
+    const QString path = QStringLiteral("Component[type=t,name=c]/Node[id=n]/ValueItem[id=both]/ValueInt");
+    QCOMPARE(found,
+             QStringLiteral("two.xml:5:7: ") + path
+                 + QStringLiteral(": ValueInt has data, but ValueString is chosen; remove one of them "
+                                  "[unchosen-data]\n"));
+    const auto run = [&](const QStringList &arguments) {
+        const Run result = m_workshop->run(arguments);
+        return QStringLiteral("%1\n").arg(result.status) + result.out + result.err;
+    };
+    QCOMPARE(run({QStringLiteral("get"), QStringLiteral("two.xml"), path}),
+             QStringLiteral("0\n{\"id\": \"i6\", \"value\": 12}\n"));
+    QVERIFY(run({QStringLiteral("paths"), QStringLiteral("two.xml")}).contains(path + QStringLiteral("/value\n")));
+    QCOMPARE(
+        run({QStringLiteral("set"), QStringLiteral("two.xml"), path + QStringLiteral("/value"), QStringLiteral("13")}),
+        QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("two.xml")), QByteArray(text).replace("12", "13"));
+    const QByteArray without = QByteArray(text).replace("      <ValueInt id=\"i6\" value=\"12\"/>\n", "");
+    QCOMPARE(run({QStringLiteral("remove"), QStringLiteral("two.xml"), path}), QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("two.xml")), without);
+    m_workshop->write(QStringLiteral("two.xml"), text);
+    QCOMPARE(run({QStringLiteral("set"), QStringLiteral("--unset"), QStringLiteral("two.xml"), path}),
+             QStringLiteral("0\n"));
+    QCOMPARE(m_workshop->read(QStringLiteral("two.xml")), without);
+    QCOMPARE(run({QStringLiteral("get"), QStringLiteral("two.xml"), path}),
+             QStringLiteral("1\ntunerproperties: two.xml: ") + path
+                 + QStringLiteral(": the item holds a ValueString\n"));
 }
 
 void ToolGetSetTest::newProblemsPreventTheChange()

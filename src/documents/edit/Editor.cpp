@@ -34,19 +34,25 @@ QVector<Step> objectOf(const Paths::Target &target)
     return target.steps.mid(0, target.steps.size() - 1);
 }
 
-/// Calls the action with the object at the steps and its member; the objects on the way count as set afterwards.
+/// Calls the action with the object at the steps and its member; the objects on the way count as set afterwards. What
+/// items have chosen stays.
 template <class Action>
 void editMember(DataObject &object, const QVector<Step> &steps, int depth, Action &&action)
 {
     const Step &step = steps.at(depth);
+    const auto choice = choiceOf(object);
+    const QVariant chosen = choice ? choice->GetValue() : QVariant();
+    bool isChosen = true;
     visit(object, [&](MemberEditor &member) {
         if (member.GetName() != step.member)
             return;
         if (depth + 1 == steps.size())
-            action(object, member);
-        else
-            editMember(member.EditChild(qMax(step.index, 0)), steps, depth + 1, action);
+            return action(object, member);
+        isChosen = member.IsChosen();
+        editMember(member.EditChild(qMax(step.index, 0)), steps, depth + 1, action);
     });
+    if (!isChosen)
+        chooseAgain(object, chosen);
 }
 
 /// Whether the steps lead to an object.
@@ -57,7 +63,8 @@ bool leadsToObject(const DataObject &root, const QVector<Step> &steps)
         const DataObject *child = nullptr;
         visit(*object, [&](const MemberView &member) {
             const int index = qMax(step.index, 0);
-            if (member.GetName() == step.member && member.IsChosen() && index < member.GetSize())
+            const bool isThere = member.IsChosen() || member.IsSet();
+            if (member.GetName() == step.member && isThere && index < member.GetSize())
                 child = &member.GetChild(index);
         });
         if (!child)
@@ -144,9 +151,13 @@ public:
             && ValueText::ofValue(target.member.GetValue()) == ValueText::ofValue(target.member.GetDefaultValue()))
             return;
         m_mayCauseProblems = true;
+        const bool wasChosen = kind == MemberKind::Alternative && target.member.IsChosen();
         QStringList alternatives;
         editMember(m_document.tuner, target.steps, 0, [&](DataObject &item, MemberEditor &member) {
             member.Reset();
+            const QStringList remaining = wasChosen ? alternativesWithData(item) : QStringList();
+            if (remaining.size() == 1) // it would be chosen when it is read
+                chooseAgain(item, remaining.first());
             if (kind != MemberKind::Choice)
                 return;
             visit(item, [&](MemberEditor &alternative) { // whichever is there would be chosen when it is read

@@ -202,12 +202,16 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
     int unsetCount = unsetJson ? int(unsetJson->members().size()) : 0;
     // Whatever makes an alternative appear or disappear may change what the text has to choose.
     bool isChosenAnew = false;
+    const auto isUnset = [&](const MemberView &member) {
+        return unset.find(QByteArray(member.GetName().data(), member.GetName().size())) != nullptr;
+    };
     visit(object, [&](const MemberView &member) {
         const MemberEdit *const found = edit.of(member);
         isChosenAnew = isChosenAnew
             || (found
                 && (member.GetKind() == MemberKind::Choice
-                    || (member.GetKind() == MemberKind::Alternative && (found->flag || found->isReplaced))));
+                    || (member.GetKind() == MemberKind::Alternative
+                        && (found->flag || found->isReplaced || isUnset(member)))));
     });
     visit(object, [&](const MemberView &member) {
         const MemberEdit *const found = edit.of(member);

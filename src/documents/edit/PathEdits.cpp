@@ -230,15 +230,30 @@ void PathEdits::removeObject(const Paths::Target &target)
         return;
     }
     edit.isReplaced = true;
-    if (target.member.GetKind() != MemberKind::Alternative || !target.member.IsChosen())
+    if (target.member.GetKind() == MemberKind::Alternative)
+        chooseRemaining(target.steps.mid(0, target.steps.size() - 1));
+}
+
+/// Whichever alternative is left would be chosen when the item is read. If it is a single one, it is chosen; several
+/// are removed, since their order in a text would decide.
+void PathEdits::chooseRemaining(const QVector<Step> &steps)
+{
+    const DataObject &item = *objectAt(m_document, steps);
+    ObjectEdit &edit = m_edits.at(steps);
+    const auto isRemoved = [&](const QString &name) {
+        const auto found = edit.members.find(name);
+        return found != edit.members.end() && found->second.isReplaced;
+    };
+    const auto chosen = chosenIn(item);
+    if (!chosen || !isRemoved(chosen->GetName()))
         return;
-    // Whichever else is there would be chosen when it is read.
-    ObjectEdit &item = m_edits.at(target.steps.mid(0, target.steps.size() - 1));
-    visit(*objectAt(m_document, target.steps.mid(0, target.steps.size() - 1)), [&](const MemberView &member) {
-        MemberEdit &other = item.members[member.GetName()];
+    QStringList remaining = alternativesWithData(item);
+    remaining.erase(std::remove_if(remaining.begin(), remaining.end(), isRemoved), remaining.end());
+    visit(item, [&](const MemberView &member) {
+        MemberEdit &other = edit.members[member.GetName()];
         if (member.GetKind() == MemberKind::Choice) {
-            other.value = ValueState{member.GetDefaultValue(), true};
-        } else {
+            other.value = ValueState{remaining.size() == 1 ? remaining.first() : member.GetDefaultValue(), true};
+        } else if (remaining.size() != 1 || member.GetName() != remaining.first()) {
             other.isReplaced = true;
             other.flag = false;
         }

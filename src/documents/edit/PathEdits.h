@@ -44,6 +44,7 @@ private:
     void addNames(const Paths::Target &list, const QByteArray &content);
     void removeTarget(const Paths::Target &target);
     void removeObject(const Paths::Target &target);
+    void chooseRemaining(const QVector<JobXml::Step> &item);
 
     const JobXml::TunerProperties &m_document;
     ObjectEdit m_edits;

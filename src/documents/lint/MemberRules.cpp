@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "documents/values/FindMember.h"
 #include "text/Ascii.h"
 #include "text/Printable.h"
 
@@ -32,18 +33,6 @@ bool isChoice(const Shape &shape)
 {
     return shape.choice >= 0;
 }
-
-namespace {
-
-bool hasData(const MemberView &alternative)
-{
-    bool isAnySet = alternative.IsSet();
-    if (!isAnySet && alternative.GetSize() != 0)
-        JobXml::visit(alternative.GetChild(), [&](const MemberView &member) { isAnySet |= member.IsSet(); });
-    return isAnySet;
-}
-
-} // namespace
 
 void unchosenData(const LintedObject &object)
 {

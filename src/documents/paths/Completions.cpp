@@ -111,7 +111,7 @@ private:
 
     void add(const MemberView &member)
     {
-        if (!member.IsChosen())
+        if (!member.IsChosen() && !hasData(member))
             return;
         if (member.GetKind() == MemberKind::ObjectList)
             addItems(member);

@@ -50,7 +50,7 @@ private:
         const bool isList = member.GetKind() == MemberKind::ObjectList;
         if (choosesItem(step) && !isList)
             throw PathFailure(QStringLiteral("'%1' is not a list of objects").arg(step.member));
-        if (member.GetKind() == MemberKind::Alternative && !member.IsChosen())
+        if (member.GetKind() == MemberKind::Alternative && !member.IsChosen() && !hasData(member))
             throw notChosen();
         m_member.emplace(member);
         if (isList && (choosesItem(step) || !isLast)) {

@@ -32,7 +32,7 @@ private:
             if (!selectsMember(step, member))
                 return;
             isOwnMember = true;
-            if (member.IsSet() && member.IsChosen())
+            if (member.IsSet())
                 enter(member, step, depth);
         });
         if (isOwnMember)

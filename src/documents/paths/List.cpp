@@ -11,7 +11,7 @@ void listFrom(const DataObject &object, const QString &start,
               const std::function<void(const QString &, const MemberView &)> &action)
 {
     visit(object, [&](const MemberView &member) {
-        if (!member.IsSet() || !member.IsChosen())
+        if (!member.IsSet())
             return;
         const bool isList = member.GetKind() == MemberKind::ObjectList;
         if (!isList && member.GetKind() != MemberKind::Object && member.GetKind() != MemberKind::Alternative) {
@@ -33,7 +33,7 @@ public:
     void listFrom(const DataObject &object, const QString &start)
     {
         visit(object, [&](const MemberView &member) {
-            if (!member.IsSet() || !member.IsChosen())
+            if (!member.IsSet())
                 return;
             const bool hasItems = member.GetKind() == MemberKind::ObjectList && member.GetSize() != 0;
             const QStringList steps = hasItems ? stepsTo(member) : QStringList{member.GetName()};

@@ -48,6 +48,34 @@ std::optional<MemberView> chosenIn(const DataObject &object)
     });
 }
 
+bool hasData(const MemberView &alternative)
+{
+    bool isAnySet = alternative.IsSet();
+    if (!isAnySet && alternative.GetSize() != 0)
+        visit(alternative.GetChild(), [&](const MemberView &member) { isAnySet |= member.IsSet(); });
+    return isAnySet;
+}
+
+QStringList alternativesWithData(const DataObject &item)
+{
+    QStringList names;
+    visit(item, [&](const MemberView &member) {
+        if (member.GetKind() == MemberKind::Alternative && hasData(member))
+            names.append(member.GetName());
+    });
+    return names;
+}
+
+void chooseAgain(DataObject &item, const QVariant &choice)
+{
+    visit(item, [&](MemberEditor &member) {
+        if (member.GetKind() != MemberKind::Choice)
+            return;
+        [[maybe_unused]] const bool isStored = member.SetValue(choice);
+        Q_ASSERT(isStored); // it is the value that it had
+    });
+}
+
 bool holdsObjects(const MemberView &member)
 {
     switch (member.GetKind()) {

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 #include <QVector>
 
 #include <jobxml/Visit.h>
@@ -22,6 +24,15 @@ std::optional<JobXml::MemberView> choiceOf(const JobXml::DataObject &object);
 
 /// The alternative that a ValueItem has chosen, if there is one.
 std::optional<JobXml::MemberView> chosenIn(const JobXml::DataObject &object);
+
+/// Whether an alternative has data, chosen or not: it is set, or a member of it is.
+bool hasData(const JobXml::MemberView &alternative);
+
+/// The names of the alternatives of an item that have data.
+QStringList alternativesWithData(const JobXml::DataObject &item);
+
+/// Chooses again what an item had chosen: changing another alternative has chosen that.
+void chooseAgain(JobXml::DataObject &item, const QVariant &choice);
 
 /// Whether the member has child objects: an object, an alternative or a list of objects.
 bool holdsObjects(const JobXml::MemberView &member);
