@@ -33,6 +33,8 @@ private Q_SLOTS:
     void itemAtAPositionHasItsStepInTheList();
     void failureNamesTheItemsThatThereAre_data();
     void failureNamesTheItemsThatThereAre();
+    void failureInALongListSuggestsTheNearestText_data();
+    void failureInALongListSuggestsTheNearestText();
     void textsOfStepsArePathsToTheObjects();
 };
 
@@ -327,6 +329,46 @@ void PathsTest::failureNamesTheItemsThatThereAre()
         QFAIL("an item was found");
     } catch (const PathFailure &failure) {
         QCOMPARE(failure.text(), path.section(QLatin1Char('/'), 0, 0) + QStringLiteral(": ") + why);
+    }
+}
+
+void PathsTest::failureInALongListSuggestsTheNearestText_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("hint");
+    const auto row = [](const char *path, const char *hint) {
+        QTest::newRow(path) << QString::fromUtf8(path) << QString::fromUtf8(hint);
+    };
+    row("Component[name=audoi]", "; did you mean 'audio'?");
+    row("Component[type=Audio,name=audoi]", "; did you mean 'audio'?");
+    row("Component[type=Aduio,name=audio]", "; did you mean 'Audio'?");
+    row("Component[name=AUDIO]/Node[1]", "; did you mean 'audio'?");
+    row("Component[name=something else]", "");
+    row("Component[type=Audio,name=mixer1]", ""); // both texts exist
+    row("Component[name=x]", ""); // every short text would be near
+}
+
+void PathsTest::failureInALongListSuggestsTheNearestText()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, hint);
+    QByteArray components;
+    for (int i = 1; i <= 6; ++i)
+        components += "<Component type=\"Mixer\" name=\"mixer" + QByteArray::number(i) + "\"/>";
+    const Document document = Document::fromBytes("<TunerProperties Version=\"1.1\">" + components
+                                                      + "<Component type=\"Audio\" name=\"audio\"/>"
+                                                        "<Component type=\"z\" name=\"z\"/></TunerProperties>",
+                                                  QStringLiteral("d.xml"));
+    try {
+        Paths::find(document.tuner, path);
+        QFAIL("an item was found");
+    } catch (const PathFailure &failure) {
+        QCOMPARE(failure.text(),
+                 path.section(QLatin1Char('/'), 0, 0)
+                     + QStringLiteral(": there is no such Component; there are Component[type=Mixer,name=mixer1], "
+                                      "Component[type=Mixer,name=mixer2], Component[type=Mixer,name=mixer3], "
+                                      "Component[type=Mixer,name=mixer4], Component[type=Mixer,name=mixer5] and 3 more")
+                     + hint);
     }
 }
 

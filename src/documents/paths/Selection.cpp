@@ -18,13 +18,37 @@ bool isEveryMember(const Path::Step &step)
     return step.member == QLatin1String("*");
 }
 
+constexpr int mostListed = 5;
+
 QString listed(const QStringList &steps)
 {
-    constexpr int most = 5;
-    if (steps.size() <= most)
+    if (steps.size() <= mostListed)
         return steps.join(QStringLiteral(", "));
-    return QStringList(steps.mid(0, most)).join(QStringLiteral(", "))
-        + QStringLiteral(" and %1 more").arg(steps.size() - most);
+    return QStringList(steps.mid(0, mostListed)).join(QStringLiteral(", "))
+        + QStringLiteral(" and %1 more").arg(steps.size() - mostListed);
+}
+
+/// "; did you mean 'audio'?": the nearest text to the first one that no item has, if not all items are listed. Null
+/// without.
+QString hintFor(const MemberView &list, const Path::Step &step)
+{
+    constexpr int shortest = 2; // every letter is near to every other one
+    constexpr int longest = 80; // longer ones are not in paths
+    if (list.GetSize() <= mostListed)
+        return QString();
+    for (const Path::Condition &condition : step.conditions) {
+        QStringList known;
+        for (int i = 0; i < list.GetSize(); ++i) {
+            const QVector<Path::Condition> texts = identifyingTexts(list.GetChild(i));
+            for (const Path::Condition &text : texts) {
+                if (text.member == condition.member && text.text.size() <= longest)
+                    known.append(text.text);
+            }
+        }
+        if (condition.text.size() >= shortest && !known.contains(condition.text))
+            return Suggestion::hint(condition.text, known);
+    }
+    return QString();
 }
 
 void checkConditions(const MemberView &list, const Path::Step &step)
@@ -84,7 +108,8 @@ int itemOf(const MemberView &list, const Path::Step &step)
     const QVector<int> fitting = fittingItems(list, step);
     if (fitting.isEmpty()) {
         checkConditions(list, step);
-        throw PathFailure(QStringLiteral("there is no such %1; there are %2").arg(step.member, listed(stepsTo(list))));
+        throw PathFailure(QStringLiteral("there is no such %1; there are %2%3")
+                              .arg(step.member, listed(stepsTo(list)), hintFor(list, step)));
     }
     if (step.position > fitting.size())
         throw PathFailure(
