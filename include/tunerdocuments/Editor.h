@@ -48,6 +48,9 @@ public:
     /// choice stays. To choose another kind of value, set the member `ChoiceValueItem`:
     /// the item then has the value of that kind which the document has, or else an empty one, and the one before is
     /// removed.
+    ///
+    /// A text that denotes exactly this value stays as it is: "0.50" for 0.5. One that only reads as it does not: "abc"
+    /// reads as 0.
     void set(const QString &path, const QString &value);
 
     /// Unsets a member, which then has its default value. An item that had chosen it chooses the only other alternative

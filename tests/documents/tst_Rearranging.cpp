@@ -39,6 +39,7 @@ private Q_SLOTS:
     void pathOfARemovedItemIsThatBeforeTheOperation();
     void otherFormsAreWrittenAnew();
     void documentBecomesAnotherOneInItsOwnSpelling();
+    void quantityThatAnOlderVersionSetsIsUnset();
     void commentsAndUnknownContentStayWhenADocumentBecomesAnotherOne();
     void randomDocumentBecomesAnyOtherInXml();
     void randomDocumentBecomesAnyOtherInJson();
@@ -371,6 +372,17 @@ void RearrangingTest::documentBecomesAnotherOneInItsOwnSpelling()
     QCOMPARE(edited(text, [&](Editor &editor) { editor.become(other); }), result);
 }
 
+void RearrangingTest::quantityThatAnOlderVersionSetsIsUnset()
+{
+    TunerProperties other;
+    other.SetValidate(false);
+    other.Setname(QStringLiteral("n"));
+    QCOMPARE(after("{\"TunerProperties\":{}}", [&](Editor &editor) { editor.become(other); }),
+             QByteArray("{\"TunerProperties\":{\"name\": \"n\", \"unset\": {\"quantity\":1}}}"));
+    QCOMPARE(after("<TunerProperties/>", [&](Editor &editor) { editor.become(other); }),
+             QByteArray("d.xml: cannot edit the document in place: quantity: 1 (not set) becomes 1"));
+}
+
 namespace {
 
 /// Comments, and attributes and elements that the model does not have.
@@ -502,6 +514,8 @@ void RearrangingTest::randomDocumentBecomesAnyOtherInJson()
         }
         if (seed % 2 == 0)
             json = JsonText::compact(JsonText::parse(json));
+        if (seed % 5 == 0)
+            json.replace("\"1.1\"", "\"1.0\"");
         const QString fileName = QStringLiteral("d.json");
         Editor editor(Document::fromBytes(json, fileName), json, fileName);
         editor.become(second);

@@ -129,6 +129,23 @@ void XmlEditingTest::valueIsReplacedWhereItIs_data()
         "b'/>");
     row("false is written for a word that reads as true", "<TunerProperties Version='1.1' hwProcessing='x'/>",
         "hwProcessing", "0", "<TunerProperties Version='1.1' hwProcessing='0'/>");
+    // Readers accept nearly every text. The one that is required must be there afterwards.
+    row("true for a word that reads as true", "<TunerProperties Version='1.1' hwProcessing='maybe'/>", "hwProcessing",
+        "true", "<TunerProperties Version='1.1' hwProcessing='true'/>");
+    row("false for an empty element", "<TunerProperties Version='1.1'><hwProcessing/></TunerProperties>",
+        "hwProcessing", "false", "<TunerProperties Version='1.1'><hwProcessing>false</hwProcessing></TunerProperties>");
+    row("0 for a word that reads as 0", "<TunerProperties Version='1.1' quantity='abc'/>", "quantity", "0",
+        "<TunerProperties Version='1.1' quantity='0'/>");
+    row("0 for a number that is out of range", "<TunerProperties Version='1.1' quantity='99999999999'/>", "quantity",
+        "0", "<TunerProperties Version='1.1' quantity='0'/>");
+    row("decimals that are lost in reading",
+        "<TunerProperties Version='1.1'><Component><Node><ValueItem><ValueFloat value='0.1000000001'/></ValueItem>"
+        "</Node></Component></TunerProperties>",
+        "Component/Node/ValueItem/value", "0.10",
+        "<TunerProperties Version='1.1'><Component><Node><ValueItem><ValueFloat value='0.10'/></ValueItem>"
+        "</Node></Component></TunerProperties>");
+    row("value of an older version that is only read", "<TunerProperties Version='1.0'/>", "quantity", "1",
+        "<TunerProperties Version='1.0' quantity='1'/>");
 }
 
 void XmlEditingTest::valueIsReplacedWhereItIs()
@@ -331,10 +348,16 @@ void XmlEditingTest::severalChangesOfOneObjectAreCombined()
 
 void XmlEditingTest::unchangedDocumentKeepsItsBytes()
 {
-    const QByteArray xml = "<TunerProperties Version='1.1' hwProcessing='yes' quantity=' 2'/>";
+    const QByteArray xml = "<TunerProperties Version='1.1' hwProcessing='TRUE' quantity=' 02'>"
+                           "<HRPANSupported>1</HRPANSupported><MaxFFPDelay><![CDATA[5]]></MaxFFPDelay>"
+                           "<BandwidthSelection><MaxBandwidth>&#x30;.50<!--kHz--></MaxBandwidth></BandwidthSelection>"
+                           "</TunerProperties>";
     QCOMPARE(edited(xml,
                     {{QStringLiteral("hwProcessing"), QStringLiteral("true")},
-                     {QStringLiteral("quantity"), QStringLiteral("2")}}),
+                     {QStringLiteral("quantity"), QStringLiteral("2")},
+                     {QStringLiteral("HRPANSupported"), QStringLiteral("true")},
+                     {QStringLiteral("MaxFFPDelay"), QStringLiteral("5")},
+                     {QStringLiteral("BandwidthSelection/MaxBandwidth"), QStringLiteral("0.5")}}),
              xml);
 }
 

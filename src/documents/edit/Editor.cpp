@@ -131,12 +131,14 @@ public:
             return;
         }
         m_mayCauseProblems = m_mayCauseProblems || !isSetOnTheWay(target.steps);
+        const bool isUnchanged = isSame && hasExactly(target, text);
         store(target, value);
+        if (isUnchanged)
+            return;
         const bool isTyped = kind != MemberKind::EnumerationList && kind != MemberKind::Text;
-        if (!isSame)
-            follow(target, [&](auto &editor) {
-                editor.storeValue(objectOf(target), target.steps.last().member, isTyped ? text : QString());
-            });
+        follow(target, [&](auto &editor) {
+            editor.storeValue(objectOf(target), target.steps.last().member, isTyped ? text : QString());
+        });
     }
 
     void unset(const QString &path)
@@ -299,6 +301,18 @@ private:
                 cannotEdit(mismatch);
         }
         return text.document();
+    }
+
+    /// Whether the text has a value exactly as it was typed, not only one that reads as the same.
+    bool hasExactly(const Paths::Target &target, const QString &typed) const
+    {
+        if (!isInPlace() || target.member.GetKind() == MemberKind::Choice) // a choice follows from an object
+            return true;
+        const QVector<Step> object = objectOf(target);
+        const QString member = target.steps.last().member;
+        return inText([&] {
+            return m_xml ? m_xml->hasExactly(object, member, typed) : m_json->hasExactly(object, member, typed);
+        });
     }
 
     /// Whether writing the document unchanged would lose something that the description does not have.

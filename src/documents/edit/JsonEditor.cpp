@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/edit/JsonEditor.h"
 
+#include <cmath>
+#include <functional>
 #include <numeric>
 #include <optional>
 #include <utility>
@@ -9,11 +11,15 @@
 
 #include <jobxml/Visit.h>
 
+#include "documents/compare/Contents.h"
 #include "documents/edit/JsonEntries.h"
 #include "documents/json/JsonForm.h"
+#include "documents/json/JsonVersion.h"
 #include "documents/values/CannotEdit.h"
+#include "documents/values/ExactNotation.h"
 #include "documents/values/FindMember.h"
 #include "documents/values/ItemArrangement.h"
+#include "documents/values/UnlikeRead.h"
 
 using namespace JobXml;
 
@@ -21,14 +27,23 @@ namespace TunerDocuments {
 
 namespace {
 
-/// The text that the user typed, if it is the same value in JSON; null otherwise.
-QByteArray sameInJson(const QString &typed, const Json &value)
+/// Whether a reader reads the same value of the member from both.
+bool areReadAlike(const MemberView &member, const Json &one, const Json &other)
+{
+    if (member.GetKind() == MemberKind::Float && one.isReal() && other.isReal())
+        return std::equal_to<>()(one.toNumber<float>(), other.toNumber<float>())
+            && std::signbit(one.toNumber<double>()) == std::signbit(other.toNumber<double>());
+    return JsonText::compact(one) == JsonText::compact(other);
+}
+
+/// The text that the user typed, if it is that value of the member in JSON; null otherwise.
+QByteArray sameInJson(const QString &typed, const Json &value, const MemberView &member)
 {
     if (typed.isNull())
         return QByteArray();
     try {
         const QByteArray text = typed.toUtf8();
-        return JsonText::compact(JsonText::parse(text)) == JsonText::compact(value) ? text : QByteArray();
+        return areReadAlike(member, JsonText::parse(text), value) ? text : QByteArray();
     } catch (const JsonFailure &) {
         return QByteArray(); // 007
     }
@@ -47,7 +62,13 @@ std::optional<JsonFailure> failureIn(const TunerProperties &document)
 
 } // namespace
 
-JsonEditor::JsonEditor(const QByteArray &document, const TunerProperties &tuner) : m_tuner(tuner), m_text(document) { }
+JsonEditor::JsonEditor(const QByteArray &document, const TunerProperties &tuner) : m_tuner(tuner), m_text(document)
+{
+    visit(JsonReading::documentOfVersion(tuner.GetInitialVersionLoaded()), [this](const MemberView &member) {
+        if (member.IsSet())
+            m_setByVersion.append(member.GetName());
+    });
+}
 
 const Json &JsonEditor::json()
 {
@@ -60,6 +81,38 @@ const Json &JsonEditor::json()
 void JsonEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
 {
     m_stored.at(object).members[member].typed = typed;
+}
+
+bool JsonEditor::hasExactly(const QVector<Step> &object, const QString &member, const QString &typed)
+{
+    if (isStored(object, member))
+        return false;
+    const Json *const value = JsonForm::valueAt(json(), object + QVector<Step>{{member, -1}});
+    return value && hasExactly(*value, *memberNamed(*objectAt(m_tuner, object), member), typed);
+}
+
+bool JsonEditor::hasExactly(const Json &value, const MemberView &member, const QString &typed) const
+{
+    const QByteArray written = value.isText() ? value.text() : textOf(value);
+    return isExactNotation(member.GetKind(), QString::fromUtf8(written), typed);
+}
+
+/// Whether the text will follow what has become of the value.
+bool JsonEditor::isStored(const QVector<Step> &object, const QString &member) const
+{
+    const ObjectEdit *edit = &m_stored;
+    for (const Step &step : object) {
+        const auto found = edit->members.find(step.member);
+        if (found == edit->members.end())
+            return false;
+        if (found->second.isReplaced)
+            return true;
+        const auto child = found->second.children.find(qMax(step.index, 0));
+        if (child == found->second.children.end())
+            return false;
+        edit = &child->second;
+    }
+    return edit->members.count(member) != 0;
 }
 
 void JsonEditor::storeObject(const QVector<Step> &object, const QString &member)
@@ -188,6 +241,14 @@ private:
     JsonEntries m_entries;
 };
 
+/// Where the text has to have a member. Reading an older version may set one that the text does not have; only "unset"
+/// unsets it then.
+JsonForm::MemberPlace JsonEditor::placeOf(const MemberView &member, const DataObject &object) const
+{
+    const bool isUnset = !member.IsSet() && &object == &m_tuner && m_setByVersion.contains(member.GetName());
+    return isUnset ? JsonForm::MemberPlace::Unset : JsonForm::placeOf(member, object);
+}
+
 /// The changes of an object and of everything in it. What was typed is written if it is the same value in JSON.
 Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &object, const ObjectEdit &edit) const
 {
@@ -218,7 +279,7 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
         if (!found && !(isChosenAnew && member.GetKind() == MemberKind::Choice))
             return;
         const QByteArray key(member.GetName().data(), member.GetName().size());
-        const JsonForm::MemberPlace place = JsonForm::placeOf(member, object);
+        const JsonForm::MemberPlace place = placeOf(member, object);
         const Json *const before = members.find(key);
         const Json *const beforeUnset = unset.find(key);
         if (before && place != JsonForm::MemberPlace::Members)
@@ -246,9 +307,11 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
         Json value = JsonForm::ofMember(member);
         const Json *const old = place == JsonForm::MemberPlace::Members ? before : beforeUnset;
         Members &target = place == JsonForm::MemberPlace::Members ? members : unset;
-        const QByteArray text = sameInJson(found ? found->typed : QString(), value);
-        if (old && JsonText::compact(*old) == JsonText::compact(value))
+        const QString typed = found ? found->typed : QString();
+        const bool isSame = old && JsonText::compact(*old) == JsonText::compact(value);
+        if (isSame && (typed.isNull() || hasExactly(*old, member, typed)))
             return;
+        const QByteArray text = sameInJson(typed, value, member);
         if (old) {
             out.append({int(old->textBegin()), int(old->textEnd()), target.laidOut(key, value, text)});
         } else if (place == JsonForm::MemberPlace::Members) {
@@ -272,20 +335,42 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
 QString JsonEditor::mismatchOf(const QVector<Step> &steps)
 {
     finishStoring();
-    const Json *const object = JsonForm::valueAt(json(), steps); // null if nothing in it is left
-    QString mismatch;
-    visit(*objectAt(m_tuner, steps), [&](const MemberView &member) {
-        if (!mismatch.isNull() || holdsObjects(member))
-            return;
-        const QByteArray key(member.GetName().data(), member.GetName().size());
-        const Json *const value = object && object->isObject() ? object->find(key) : nullptr;
-        const QByteArray expected = member.IsSet() ? JsonText::compact(JsonForm::ofMember(member)) : QByteArray();
-        const QByteArray found = value ? JsonText::compact(*value) : QByteArray();
-        if (expected != found && member.GetKind() != MemberKind::Choice)
-            mismatch = QStringLiteral("%1: %2 would be read as %3")
-                           .arg(member.GetName(), QString::fromUtf8(expected), QString::fromUtf8(found));
+    const DataObject &described = *objectAt(m_tuner, steps);
+    const bool isChoice = choiceOf(described).has_value(); // which may follow from the objects in it
+    const Json *const object = JsonForm::valueAt(json(), steps);
+    const QByteArray text = !object || !object->isObject() ? QByteArray("{}") // nothing of it is left
+        : isChoice                                         ? textOf(*object)
+                                                           : valuesIn(*object, described);
+    TunerProperties document;
+    DataObject &read = Contents::newObjectAt(document, steps);
+    if (!steps.isEmpty())
+        JsonForm::readInto(read, JsonText::parse(text));
+    else if (JsonForm::read(document, "{\"" + m_tuner.GetObjectName().toUtf8() + "\":" + text + '}') > 0)
+        return QStringLiteral("the changed text cannot be read");
+    return firstUnlikeRead(described, read, isChoice);
+}
+
+/// The text of an object, or of its "unset", without the objects in it.
+QByteArray JsonEditor::valuesIn(const Json &json, const DataObject &described) const
+{
+    QStringList objects;
+    visit(described, [&](const MemberView &member) {
+        if (holdsObjects(member))
+            objects.append(member.GetName());
     });
-    return mismatch;
+    QByteArrayList values;
+    for (const Json::Member &member : json.members()) {
+        if (member.key == JsonForm::unsetKey && member.value.isObject())
+            values.append('"' + member.key + "\":" + valuesIn(member.value, described));
+        else if (!objects.contains(QString::fromUtf8(member.key)))
+            values.append('"' + member.key + "\":" + textOf(member.value));
+    }
+    return '{' + values.join(',') + '}';
+}
+
+QByteArray JsonEditor::textOf(const Json &value) const
+{
+    return m_text.mid(int(value.textBegin()), int(value.textEnd() - value.textBegin()));
 }
 
 } // namespace TunerDocuments

@@ -3,10 +3,12 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <jobxml/TunerProperties.h>
 
+#include "documents/json/JsonForm.h"
 #include "documents/values/ObjectEdit.h"
 #include "documents/values/Replacement.h"
 #include "json/Json.h"
@@ -29,7 +31,11 @@ public:
     /// instead if it is the same value in JSON.
     void storeValue(const QVector<JobXml::Step> &object, const QString &member, const QString &typed = QString());
 
-    /// The same for a member that holds an object.
+    /// Whether the text has the value of a member, which reads as `typed`, and denotes exactly that: nothing has to be
+    /// stored then.
+    bool hasExactly(const QVector<JobXml::Step> &object, const QString &member, const QString &typed);
+
+    /// The same as storeValue() for a member that holds an object.
     void storeObject(const QVector<JobXml::Step> &object, const QString &member);
 
     /// Changes the text as far as it has not followed yet. To be called before the description is changed by an edit,
@@ -51,9 +57,15 @@ private:
     class Members;
 
     const Json &json();
+    bool isStored(const QVector<JobXml::Step> &object, const QString &member) const;
+    bool hasExactly(const Json &value, const JobXml::MemberView &member, const QString &typed) const;
+    JsonForm::MemberPlace placeOf(const JobXml::MemberView &member, const JobXml::DataObject &object) const;
+    QByteArray valuesIn(const Json &json, const JobXml::DataObject &described) const;
+    QByteArray textOf(const Json &value) const;
     Replacements replacementsIn(const Json &json, const JobXml::DataObject &object, const ObjectEdit &edit) const;
 
     const JobXml::TunerProperties &m_tuner;
+    QStringList m_setByVersion; // members that are set before any is read
     QByteArray m_text;
     Json m_json;
     bool m_isParsed = false;

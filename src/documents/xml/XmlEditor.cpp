@@ -98,15 +98,41 @@ QByteArray XmlEditor::document()
 
 // --- Values ----------------------------------------------------------------------------------------------------------
 
-void XmlEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
+namespace {
+
+QString keyOf(const QVector<Step> &object, const QString &member)
 {
-    // What is pending may be the place of the value.
     QString key;
     for (const Step &step : object)
         key += step.member + QString::number(step.index) + QLatin1Char('/');
-    key += member;
-    if (m_pendingValues.contains(key))
+    return key + member;
+}
+
+} // namespace
+
+/// What is pending may be the place of the value.
+void XmlEditor::applyIfPending(const QString &value)
+{
+    if (m_pendingValues.contains(value))
         apply();
+}
+
+bool XmlEditor::hasExactly(const QVector<Step> &object, const QString &member, const QString &typed)
+{
+    applyIfPending(keyOf(object, member));
+    const QVector<int> elements = m_places->elementsOf(object);
+    if (elements.isEmpty())
+        return false;
+    const DataObject &described = *objectAt(m_tuner, object);
+    Replacements none;
+    XmlChildren children = childrenOf(elements, described);
+    return XmlValues(*m_markup, *m_places, m_text, none, children).hasExactly(*memberNamed(described, member), typed);
+}
+
+void XmlEditor::storeValue(const QVector<Step> &object, const QString &member, const QString &typed)
+{
+    const QString key = keyOf(object, member);
+    applyIfPending(key);
     const DataObject &described = *objectAt(m_tuner, object);
     const MemberView view = *memberNamed(described, member);
     const auto elements = [&] { return m_places->elementsOf(object); };

@@ -37,8 +37,12 @@ public:
     QString refusal() const;
 
     /// Makes the value of a member the one that the object has, or removes it if it is not set. `typed` is written
-    /// instead of the value's own text if it is not null. Does nothing if the text reads as the same value already.
+    /// instead of the value's own text if it is not null.
     void storeValue(const QVector<JobXml::Step> &object, const QString &member, const QString &typed = QString());
+
+    /// Whether the text has the value of a member, which reads as `typed`, and denotes exactly that: as a rule, nothing
+    /// has to be stored then.
+    bool hasExactly(const QVector<JobXml::Step> &object, const QString &member, const QString &typed);
 
     /// Makes the text have a member that holds an object, or has it removed.
     void storeObject(const QVector<JobXml::Step> &object, const QString &member);
@@ -66,6 +70,7 @@ private:
     void apply();
     void scan(const QByteArray &utf8);
     QByteArray changedText(int element, const Replacements &changes) const;
+    void applyIfPending(const QString &value);
     void addMissing(QVector<JobXml::Step> steps);
 
     Replacements replacementsIn(const QVector<int> &elements, const JobXml::DataObject &object,

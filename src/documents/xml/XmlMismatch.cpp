@@ -4,9 +4,8 @@
 #include <QByteArray>
 #include <QStringList>
 
-#include <tunerdocuments/Value.h>
-
 #include "documents/values/FindMember.h"
+#include "documents/values/UnlikeRead.h"
 
 using namespace JobXml;
 using REPORTGENERATOR::XmlMarkup;
@@ -21,31 +20,6 @@ bool isNew(const DataObject &object)
     bool hasAny = false;
     visit(object, [&](const MemberView &member) { hasAny = hasAny || member.IsSet(); });
     return !hasAny;
-}
-
-/// The first value or flag in which the objects differ, with their child objects or without them; null if there is
-/// none.
-QString differenceBetween(const DataObject &left, const DataObject &right, bool withObjects)
-{
-    QVector<MemberView> ofRight;
-    visit(right, [&](const MemberView &member) { ofRight.append(member); });
-    QString difference;
-    int i = 0;
-    visit(left, [&](const MemberView &mine) {
-        const MemberView &other = ofRight.at(i++);
-        if (!difference.isNull() || !mine.IsChosen() || (holdsObjects(mine) && !withObjects))
-            return;
-        const auto text = [](const MemberView &member) {
-            return holdsObjects(member) ? QStringLiteral("%1 items").arg(member.GetSize())
-                                        : ValueText::ofMember(member);
-        };
-        const bool isSame = mine.IsSet() == other.IsSet() && (!mine.IsSet() || text(mine) == text(other));
-        if (!isSame)
-            difference = QStringLiteral("%1: %2 would be read as %3").arg(mine.GetName(), text(mine), text(other));
-        for (int child = 0; isSame && difference.isNull() && child < mine.GetSize() && child < other.GetSize(); ++child)
-            difference = differenceBetween(mine.GetChild(child), other.GetChild(child), true);
-    });
-    return difference;
 }
 
 /// Reads parts of a document's text again.
@@ -126,7 +100,7 @@ private:
                 return unreadable;
             same = &member.GetChild();
         }
-        return isReadable ? differenceBetween(*objectAt(m_tuner, steps), *same, withObjects) : unreadable;
+        return isReadable ? firstUnlikeRead(*objectAt(m_tuner, steps), *same, withObjects) : unreadable;
     }
 
     /// The element inside elements with the names of the objects around it, so that it is read as what it is.

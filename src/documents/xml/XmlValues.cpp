@@ -5,7 +5,9 @@
 
 #include <QByteArrayList>
 #include <QStringList>
+#include <QXmlStreamReader>
 
+#include "documents/values/ExactNotation.h"
 #include "documents/values/FindMember.h"
 #include "documents/xml/XmlBlanks.h"
 #include "documents/xml/XmlText.h"
@@ -33,6 +35,30 @@ void XmlValues::write(const MemberView &member, const QString &typed)
         replaceAttribute(values.last().index, text, isNumber(member));
     else
         replaceContent(values.last().index, text, isNumber(member));
+}
+
+bool XmlValues::hasExactly(const MemberView &member, const QString &typed) const
+{
+    const QVector<XmlPlaces::Value> values = m_places.valuesOf(m_children.elements(), m_children.object(), member);
+    return !values.isEmpty() && isExactNotation(member.GetKind(), readText(values.last()), typed);
+}
+
+/// The text of a value as readers return it.
+QString XmlValues::readText(const XmlPlaces::Value &value) const
+{
+    const QByteArray &document = m_markup.document();
+    QXmlStreamReader reader;
+    reader.setNamespaceProcessing(false); // prefixes are declared outside
+    if (value.isAttribute) {
+        const Span quoted = m_markup.attributes().at(value.index).value;
+        reader.addData("<a v=" + document.mid(quoted.begin - 1, quoted.size() + 2) + "/>");
+        reader.readNextStartElement();
+        return reader.attributes().value(QLatin1String("v")).toString();
+    }
+    const Span content = m_markup.elements().at(value.index).content;
+    reader.addData("<a>" + document.mid(content.begin, content.size()) + "</a>");
+    reader.readNextStartElement();
+    return reader.readElementText(QXmlStreamReader::SkipChildElements);
 }
 
 /// The names of a list are in one element each.

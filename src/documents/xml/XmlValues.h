@@ -32,6 +32,9 @@ public:
     /// instead of the value's own text if it is not null. Throws CannotEdit.
     void write(const JobXml::MemberView &member, const QString &typed = QString());
 
+    /// Whether the text has a value of a member that reads as `typed`, and denotes exactly that.
+    bool hasExactly(const JobXml::MemberView &member, const QString &typed) const;
+
 private:
     using Span = Markup::Span;
 
@@ -42,6 +45,7 @@ private:
         int after = -1; ///< the first one that it precedes
     };
 
+    QString readText(const XmlPlaces::Value &value) const;
     void writeNames(const JobXml::MemberView &member, const QVector<XmlPlaces::Value> &values);
     void replaceAttribute(int attribute, const QString &text, bool isNumber);
     void replaceContent(int element, const QString &text, bool isNumber);
