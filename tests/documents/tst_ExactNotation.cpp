@@ -23,10 +23,10 @@ void ExactNotationTest::notationsAreCompared_data()
     QTest::addColumn<QString>("typed");
     QTest::addColumn<bool>("isExact");
     const auto row = [](MemberKind kind, const char *written, const char *typed, bool isExact) {
-        const QByteArray title = QByteArray(written) + (isExact ? " is " : " is not ") + typed + " as kind "
-            + QByteArray::number(int(kind));
-        QTest::newRow(title.constData())
-            << int(kind) << QString::fromUtf8(written) << QString::fromUtf8(typed) << isExact;
+        const QByteArray title =
+            QByteArray(written) + (isExact ? " is " : " is not ") + typed + " as kind " + QByteArray::number(int(kind));
+        QTest::newRow(title.constData()) << int(kind) << QString::fromUtf8(written) << QString::fromUtf8(typed)
+                                         << isExact;
     };
     for (const MemberKind kind : {MemberKind::Int, MemberKind::Int64, MemberKind::UInt64}) {
         row(kind, "1", "1", true);

@@ -76,11 +76,23 @@ void JsonEditingTest::onlyTheValueChanges_data()
     row("equal text", ",\"name\":\"\\u0041\"", "name", "A", ",\"name\":\"\\u0041\"");
     row("null", ",\"name\":null", "name", "", ",\"name\":\"\"");
     row("list of names", ",\"StartupModes\":{\"StartupMode\":[ \"DF\" ]}", "StartupModes/StartupMode", "Scan,Stop",
-        ",\"StartupModes\":{\"StartupMode\":[\"Scan\",\"Stop\"]}");
+        ",\"StartupModes\":{\"StartupMode\":[ \"Scan\", \"Stop\" ]}");
+    row("names that others surround", ",\"StartupModes\":{\"StartupMode\":[\"FFM\" ,\"Scan\",\n\"DF\",  \"Stop\"]}",
+        "StartupModes/StartupMode", "FFM,Polar,DF,Step,Stop",
+        ",\"StartupModes\":{\"StartupMode\":[\"FFM\" ,\"Polar\",\n\"DF\",\n\"Step\",  \"Stop\"]}");
+    row("fewer names", ",\"StartupModes\":{\"StartupMode\":[\"FFM\", \"Scan\",\t\"DF\"]}", "StartupModes/StartupMode",
+        "FFM,DF", ",\"StartupModes\":{\"StartupMode\":[\"FFM\",\t\"DF\"]}");
+    row("names beside numbers of names", ",\"StartupModes\":{\"StartupMode\":[ 0, null,  1, 77 ]}",
+        "StartupModes/StartupMode", "Stop,Scan,FastScan", ",\"StartupModes\":{\"StartupMode\":[ \"Stop\", 0,  1 ]}");
+    row("no names", ",\"StartupModes\":{\"StartupMode\":[ \"DF\", \"Stop\" ]}", "StartupModes/StartupMode", "",
+        ",\"StartupModes\":{\"StartupMode\":[]}");
     row("new member after its neighbors", ",\n  \"name\": \"a\",\n  \"quantity\": 2", "type", "SCP",
         ",\n  \"name\": \"a\",\n  \"type\": \"SCP\",\n  \"quantity\": 2");
     row("new member of an object on one line", ",\"BandwidthSelection\":[{\"Name\": \"w\"}]",
         "BandwidthSelection/MaxBandwidth", "1", ",\"BandwidthSelection\":[{\"Name\": \"w\", \"MaxBandwidth\": 1.0}]");
+    row("first member among objects that have a line for each",
+        ",\n \"Component\": [\n  {\n   \"name\": \"b\"\n  },\n  {}\n ]", "Component[2]/name", "c",
+        ",\n \"Component\": [\n  {\n   \"name\": \"b\"\n  },\n  {\n   \"name\": \"c\"\n  }\n ]");
     row("first member", ",\"Component\":[{}]", "Component/name", "c", ",\"Component\":[{\"name\": \"c\"}]");
     row("member before all others", ",\"Component\":[{\"optional\":true}]", "Component/type", "t",
         ",\"Component\":[{\"type\":\"t\", \"optional\":true}]");

@@ -122,7 +122,55 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
     row("first of a list in JSON", jsonDocument(",\n  \"Component\": []\n"), "Component[type=b]", "",
         jsonDocument(",\n  \"Component\": [\n    {\"type\": \"b\"}\n  ]\n"));
     row("new list in JSON", jsonDocument(", \"quantity\" : 2"), "Component[type=b]", "",
-        jsonDocument(", \"quantity\" : 2, \"Component\" : [{\"type\":\"b\"}]"));
+        jsonDocument(", \"quantity\" : 2, \"Component\" : [{\"type\": \"b\"}]"));
+    row("name in a list on one line in JSON",
+        jsonDocument(", \"StartupModes\": {\"StartupMode\": [\"FFM\", \"Scan\"]}"), "StartupModes/StartupMode", "DF",
+        jsonDocument(", \"StartupModes\": {\"StartupMode\": [\"FFM\", \"Scan\", \"DF\"]}"));
+    row("name in a list on several lines in JSON",
+        jsonDocument(", \"StartupModes\": {\n    \"StartupMode\": [\n        \"FFM\",\n        \"Scan\"\n    ]\n}"),
+        "StartupModes/StartupMode", "DF,Stop",
+        jsonDocument(
+            ", \"StartupModes\": {\n    \"StartupMode\": [\n        \"FFM\",\n        \"Scan\",\n        \"DF\","
+            "\n        \"Stop\"\n    ]\n}"));
+    row("first name of a list in JSON", jsonDocument(", \"StartupModes\": {\"StartupMode\": [ ]}"),
+        "StartupModes/StartupMode", "DF", jsonDocument(", \"StartupModes\": {\"StartupMode\": [\"DF\"]}"));
+    row("objects in JSON that have a line for each member",
+        jsonDocument(
+            ",\r\n    \"BandwidthSelection\": [\r\n        {\r\n            \"Name\": \"a\"\r\n        }\r\n    ],"
+            "\r\n    \"Component\": []\r\n"),
+        "BandwidthSelection", "{\"Name\": \"b\", \"MaxBandwidth\": 1.5}",
+        jsonDocument(",\r\n    \"BandwidthSelection\": [\r\n        {\r\n            \"Name\": \"a\"\r\n        },\r\n"
+                     "        {\r\n            \"Name\": \"b\",\r\n            \"MaxBandwidth\": 1.5\r\n        }\r\n"
+                     "    ],\r\n    \"Component\": []\r\n"));
+    row("objects in objects in JSON, as elsewhere in the document",
+        "{\n    \"TunerProperties\": {\n        \"StartupModes\": {\n            \"StartupMode\": [\"DF\", \"Stop\"]\n"
+        "        },\n        \"BandwidthSelection\": [\n            {\n                \"Name\": \"a\"\n            }\n"
+        "        ],\n        \"Component\": []\n    }\n}\n",
+        "Component", "{\"Node\": [{}, {\"ValueItem\": [{\"ValueStringList\": {\"id\": \"i\"}}]}]}",
+        "{\n    \"TunerProperties\": {\n        \"StartupModes\": {\n            \"StartupMode\": [\"DF\", \"Stop\"]\n"
+        "        },\n        \"BandwidthSelection\": [\n            {\n                \"Name\": \"a\"\n            }\n"
+        "        ],\n        \"Component\": [\n            {\n                \"Node\": [\n                    {},\n"
+        "                    {\n                        \"ValueItem\": [\n                            {\n"
+        "                                \"ChoiceValueItem\": \"ValueStringList\",\n"
+        "                                \"ValueStringList\": {\n                                    \"id\": \"i\"\n"
+        "                                }\n                            }\n                        ]\n"
+        "                    }\n                ]\n            }\n        ]\n    }\n}\n");
+    row("object on one line in JSON that is indented by 4",
+        "{\n    \"TunerProperties\": {\n        \"BandwidthSelection\": [\n            { \"Name\": \"a\" }\n        ]\n"
+        "    }\n}\n",
+        "BandwidthSelection", "{\"Name\": \"b\", \"MaxBandwidth\": 1.5}",
+        "{\n    \"TunerProperties\": {\n        \"BandwidthSelection\": [\n            { \"Name\": \"a\" },\n"
+        "            {\"Name\": \"b\", \"MaxBandwidth\": 1.5}\n        ]\n    }\n}\n");
+    row("first member of an object in JSON that has a line for each",
+        "{\n \"TunerProperties\": {\n  \"BandwidthSelection\": [\n   {\n    \"Name\": \"a\"\n   },\n   {}\n  ]\n "
+        "}\n}\n",
+        "StartupModes", "",
+        "{\n \"TunerProperties\": {\n  \"StartupModes\": {},\n  \"BandwidthSelection\": [\n   {\n    \"Name\": \"a\"\n"
+        "   },\n   {}\n  ]\n }\n}\n");
+    row("beside objects on one line in JSON on one line",
+        jsonDocument(",\"Component\":[{\"type\" :\"a\",  \"name\" :\"n\"}]"), "Component",
+        "{\"type\":\"b\",\"name\":\"m\"}",
+        jsonDocument(",\"Component\":[{\"type\" :\"a\",  \"name\" :\"n\"}, {\"type\" :\"b\",  \"name\" :\"m\"}]"));
 }
 
 void RearrangingTest::addedItemIsLaidOutAsItsNeighbors()

@@ -254,6 +254,11 @@ void XmlEditingTest::listOfNamesIsReplacedNameByName_data()
     QTest::newRow("same number") << QStringLiteral("Stop,DF") << QByteArray("<M>Stop</M><!--1-->\n  <M>DF</M>");
     QTest::newRow("more") << QStringLiteral("Scan,DF,Stop,Polar")
                           << QByteArray("<M>Scan</M><!--1-->\n  <M>DF</M>\n  <M>Stop</M>\n  <M>Polar</M>");
+    QTest::newRow("before those that stay")
+        << QStringLiteral("Stop,Scan,Step") << QByteArray("<M>Stop</M>\n  <M>Scan</M><!--1-->\n  <M>Step</M>");
+    QTest::newRow("between those that stay")
+        << QStringLiteral("Scan,Stop,Step") << QByteArray("<M>Scan</M><!--1-->\n  <M>Stop</M>\n  <M>Step</M>");
+    QTest::newRow("without the first") << QStringLiteral("Step") << QByteArray("<!--1-->\n  <M>Step</M>");
     QTest::newRow("fewer") << QStringLiteral("DF") << QByteArray("<M>DF</M><!--1-->");
 }
 

@@ -19,6 +19,7 @@
 #include "documents/values/ExactNotation.h"
 #include "documents/values/FindMember.h"
 #include "documents/values/ItemArrangement.h"
+#include "documents/values/NameArrangement.h"
 #include "documents/values/UnlikeRead.h"
 
 using namespace JobXml;
@@ -131,7 +132,9 @@ void JsonEditor::finishStoring()
 void JsonEditor::follow(const ObjectEdit &edit)
 {
     try {
-        const Replacements replacements = replacementsIn(*JsonForm::valueAt(json(), {}), m_tuner, edit);
+        const Json &document = *JsonForm::valueAt(json(), {});
+        m_layout.emplace(m_text, json(), document);
+        const Replacements replacements = replacementsIn(document, m_tuner, edit);
         if (replacements.isEmpty())
             return;
         m_text = replaced(m_text, 0, m_text.size(), replacements);
@@ -153,7 +156,8 @@ QByteArray JsonEditor::document()
 class JsonEditor::Members
 {
 public:
-    Members(const QByteArray &text, const Json &json, const DataObject &described) : m_json(json), m_entries(text, json)
+    Members(const JsonEditor &editor, const Json &json, const DataObject &described)
+        : m_json(json), m_entries(editor.m_text, *editor.m_layout, json)
     {
         m_order.append(QLatin1String(JsonForm::versionKey));
         visit(described, [&](const MemberView &member) { m_order.append(member.GetName()); });
@@ -207,7 +211,7 @@ class JsonEditor::Items
 {
 public:
     Items(const JsonEditor &editor, Replacements &out, const Json &list)
-        : m_editor(editor), m_out(out), m_list(list), m_entries(editor.m_text, list)
+        : m_editor(editor), m_out(out), m_list(list), m_entries(editor.m_text, *editor.m_layout, list)
     {
     }
 
@@ -241,6 +245,66 @@ private:
     JsonEntries m_entries;
 };
 
+/// A list of names, for arrangeNames().
+class JsonEditor::Names
+{
+public:
+    Names(const JsonEditor &editor, Replacements &out, const Json &list, const MemberView &member)
+        : m_editor(editor), m_out(out), m_list(list), m_known(member.GetNames()), m_value(JsonForm::ofMember(member)),
+          m_entries(editor.m_text, *editor.m_layout, list)
+    {
+    }
+
+    QStringList before() const { return namesOf(m_list); }
+    QStringList after() const { return namesOf(m_value); }
+
+    void replace(int place, int name, int origin)
+    {
+        const Json &json = m_list.items().at(std::size_t(place));
+        m_out.append({int(json.textBegin()), int(json.textEnd()), text(name, origin)});
+    }
+    void remove(int place) { m_entries.remove(place); }
+    void addBefore(int place, int name, int origin) { m_entries.addBefore(place, text(name, origin)); }
+    void addAfter(int place, int name, int origin) { m_entries.addAfter(place, text(name, origin)); }
+    void addFirst(int name) { m_entries.addFirst({text(name, -1)}); }
+
+    Replacements replacements() const { return m_entries.replacements(); }
+
+private:
+    /// The names, however they are written. A number of a value without a name is its own name; null is none.
+    QStringList namesOf(const Json &list) const
+    {
+        QStringList names;
+        for (const Json &entry : list.items()) {
+            const int number = entry.isWholeNumber() ? entry.toNumber<int>() : -1;
+            names.append(entry.isText()     ? JsonText::toString(entry.text())
+                             : number == -1 ? QString()
+                                            : m_known.value(number, QString::number(number)));
+        }
+        return names;
+    }
+    QByteArray text(int name, int origin) const
+    {
+        return origin < 0 ? JsonText::compact(m_value.items().at(std::size_t(name)))
+                          : m_editor.textOf(m_list.items().at(std::size_t(origin)));
+    }
+
+    const JsonEditor &m_editor;
+    Replacements &m_out;
+    const Json &m_list;
+    const QStringList m_known;
+    const Json m_value;
+    JsonEntries m_entries;
+};
+
+Replacements JsonEditor::replacementsInNames(const Json &list, const MemberView &member) const
+{
+    Replacements out;
+    Names names(*this, out, list, member);
+    arrangeNames(names, names.before(), names.after());
+    return out + names.replacements();
+}
+
 /// Where the text has to have a member. Reading an older version may set one that the text does not have; only "unset"
 /// unsets it then.
 JsonForm::MemberPlace JsonEditor::placeOf(const MemberView &member, const DataObject &object) const
@@ -257,8 +321,8 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
         return out;
     const Json noUnset = Json::emptyObject();
     const Json *const unsetJson = json.find(JsonForm::unsetKey);
-    Members members(m_text, json, object);
-    Members unset(m_text, unsetJson ? *unsetJson : noUnset, object);
+    Members members(*this, json, object);
+    Members unset(*this, unsetJson ? *unsetJson : noUnset, object);
     Json addedUnset = Json::emptyObject();
     int unsetCount = unsetJson ? int(unsetJson->members().size()) : 0;
     // Whatever makes an alternative appear or disappear may change what the text has to choose.
@@ -312,7 +376,10 @@ Replacements JsonEditor::replacementsIn(const Json &json, const DataObject &obje
         if (isSame && (typed.isNull() || hasExactly(*old, member, typed)))
             return;
         const QByteArray text = sameInJson(typed, value, member);
-        if (old) {
+        const bool areNames = member.GetKind() == MemberKind::EnumerationList;
+        if (old && areNames && !old->isEmpty() && !value.isEmpty()) {
+            out += replacementsInNames(*old, member);
+        } else if (old) {
             out.append({int(old->textBegin()), int(old->textEnd()), target.laidOut(key, value, text)});
         } else if (place == JsonForm::MemberPlace::Members) {
             members.add(key, value, text);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -8,6 +10,7 @@
 
 #include <jobxml/TunerProperties.h>
 
+#include "documents/edit/JsonLayout.h"
 #include "documents/json/JsonForm.h"
 #include "documents/values/ObjectEdit.h"
 #include "documents/values/Replacement.h"
@@ -55,6 +58,7 @@ public:
 private:
     class Items;
     class Members;
+    class Names;
 
     const Json &json();
     bool isStored(const QVector<JobXml::Step> &object, const QString &member) const;
@@ -62,6 +66,7 @@ private:
     JsonForm::MemberPlace placeOf(const JobXml::MemberView &member, const JobXml::DataObject &object) const;
     QByteArray valuesIn(const Json &json, const JobXml::DataObject &described) const;
     QByteArray textOf(const Json &value) const;
+    Replacements replacementsInNames(const Json &list, const JobXml::MemberView &member) const;
     Replacements replacementsIn(const Json &json, const JobXml::DataObject &object, const ObjectEdit &edit) const;
 
     const JobXml::TunerProperties &m_tuner;
@@ -69,6 +74,7 @@ private:
     QByteArray m_text;
     Json m_json;
     bool m_isParsed = false;
+    std::optional<JsonLayout> m_layout; // while the text follows an edit
     ObjectEdit m_stored; // which the text does not follow yet
 };
 

@@ -3,49 +3,12 @@
 
 #include <algorithm>
 
-#include "json/JsonText.h"
+#include "documents/edit/JsonBlanks.h"
 
 namespace TunerDocuments {
 
-namespace {
-
-bool isBlank(char character)
-{
-    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
-}
-
-/// The blanks that end there.
-QByteArray blanksBefore(const QByteArray &text, int end)
-{
-    int begin = end;
-    while (begin > 0 && isBlank(text.at(begin - 1)))
-        --begin;
-    return text.mid(begin, end - begin);
-}
-
-/// By which content is indented further.
-QByteArray stepIn(const QByteArray &indentation)
-{
-    return indentation.contains('\t') ? QByteArray("\t") : QByteArray("  ");
-}
-
-/// With the steps of the indentation before it instead of two blanks each.
-QByteArray indented(const QByteArray &pretty, const QByteArray &lineStart, const QByteArray &step)
-{
-    QByteArray result;
-    const QList<QByteArray> lines = pretty.split('\n');
-    for (const QByteArray &line : lines) {
-        int depth = 0;
-        while (line.mid(2 * depth, 2) == "  ")
-            ++depth;
-        result += (result.isEmpty() ? QByteArray() : lineStart + step.repeated(depth)) + line.mid(2 * depth);
-    }
-    return result;
-}
-
-} // namespace
-
-JsonEntries::JsonEntries(const QByteArray &text, const Json &container) : m_text(text), m_container(container)
+JsonEntries::JsonEntries(const QByteArray &text, const JsonLayout &layout, const Json &container)
+    : m_text(text), m_layout(layout), m_container(container)
 {
     if (container.isObject()) {
         for (const Json::Member &member : container.members())
@@ -87,7 +50,7 @@ void JsonEntries::addFirst(const QByteArrayList &texts)
 /// What separates an entry from the comma before it.
 QByteArray JsonEntries::separatorAt(int entry) const
 {
-    const auto blanks = [this](int at) { return blanksBefore(m_text, m_entries.at(at).begin); };
+    const auto blanks = [this](int at) { return JsonBlanks::before(m_text, m_entries.at(at).begin); };
     if (entry > 0)
         return blanks(entry);
     // The first entry is often on the line of its bracket, and the others below it.
@@ -96,39 +59,37 @@ QByteArray JsonEntries::separatorAt(int entry) const
     return blanks(0).isEmpty() ? QByteArray(" ") : blanks(0);
 }
 
-/// What separates the first item of a list from its bracket.
+/// What separates the first entry from the bracket: nothing for an object, unless others take several lines.
 QByteArray JsonEntries::firstSeparator() const
 {
     const int begin = int(m_container.textBegin());
     const int feed = m_text.lastIndexOf('\n', begin);
-    if (feed < 0 || !m_container.isList())
+    if (feed < 0 || (m_container.isObject() && !m_layout.breaksObjects()))
         return QByteArray();
     int end = feed + 1;
-    while (isBlank(m_text.at(end)))
+    while (JsonBlanks::isBlank(m_text.at(end)))
         ++end;
     const QByteArray indentation = m_text.mid(feed + 1, end - feed - 1);
-    return (feed > 0 && m_text.at(feed - 1) == '\r' ? "\r\n" : "\n") + indentation + stepIn(indentation);
+    return (feed > 0 && m_text.at(feed - 1) == '\r' ? "\r\n" : "\n") + indentation + m_layout.step();
 }
 
 QByteArray JsonEntries::colonAt(int neighbor) const
 {
-    if (neighbor < 0)
-        return ": ";
-    const Json::Member &member = m_container.members().at(std::size_t(neighbor));
-    const int colon = m_text.lastIndexOf(':', int(member.value.textBegin()));
-    const QByteArray before = blanksBefore(m_text, colon);
-    return before + m_text.mid(colon, int(member.value.textBegin()) - colon);
+    return neighbor < 0 ? QByteArray(": ")
+                        : JsonBlanks::colonBefore(m_text, m_container.members().at(std::size_t(neighbor)).value);
 }
 
 QByteArray JsonEntries::laidOut(const Json &value, int neighbor) const
 {
     const QByteArray before = neighbor < 0 ? firstSeparator() : separatorAt(neighbor);
     const int line = before.lastIndexOf('\n');
-    if (line < 0)
-        return JsonText::compact(value);
-    const QByteArray lineEnd = before.contains('\r') ? "\r\n" : "\n";
-    const QByteArray indentation = before.mid(line + 1);
-    return indented(JsonText::pretty(value).trimmed(), lineEnd + indentation, stepIn(indentation));
+    const QByteArray lineStart =
+        line < 0 ? QByteArray() : (before.contains('\r') ? "\r\n" : "\n") + before.mid(line + 1);
+    const auto at = std::size_t(neighbor);
+    const Json *const beside = neighbor < 0 ? nullptr
+        : m_container.isObject()            ? &m_container.members().at(at).value
+                                            : &m_container.items().at(at);
+    return m_layout.written(value, lineStart, beside, m_container);
 }
 
 /// Whether there is something in its place afterwards.
@@ -145,7 +106,8 @@ Replacements JsonEntries::replacements() const
     if (m_entries.isEmpty() && !m_first.isEmpty()) {
         const QByteArray separator = firstSeparator();
         QByteArray last = separator;
-        last.chop(stepIn(separator).size());
+        if (!separator.isEmpty())
+            last.chop(m_layout.step().size());
         out.append({int(m_container.textBegin()) + 1, int(m_container.textEnd()) - 1,
                     separator + m_first.join(',' + (separator.isEmpty() ? QByteArray(" ") : separator)) + last});
     }

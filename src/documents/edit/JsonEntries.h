@@ -7,6 +7,7 @@
 #include <QByteArrayList>
 #include <QVector>
 
+#include "documents/edit/JsonLayout.h"
 #include "documents/values/Replacement.h"
 #include "json/Json.h"
 
@@ -17,8 +18,8 @@ namespace TunerDocuments {
 class JsonEntries
 {
 public:
-    /// A list or an object of the text; both must outlive this object.
-    JsonEntries(const QByteArray &text, const Json &container);
+    /// A list or an object of the text; all of them must outlive this object.
+    JsonEntries(const QByteArray &text, const JsonLayout &layout, const Json &container);
 
     int count() const { return m_entries.size(); }
     /// The index of a member; -1 if there is none.
@@ -30,8 +31,7 @@ public:
     /// Adds entries to a container without any.
     void addFirst(const QByteArrayList &texts);
 
-    /// A value as it is laid out next to an entry, or in a container without any (-1): on lines of its own if the
-    /// others are.
+    /// A value as it is laid out next to an entry, or in a container without any (-1).
     QByteArray laidOut(const Json &value, int neighbor) const;
 
     /// What separates key and value there.
@@ -59,6 +59,7 @@ private:
     QByteArray firstSeparator() const;
 
     const QByteArray &m_text;
+    const JsonLayout &m_layout;
     const Json &m_container;
     QVector<Entry> m_entries;
     std::map<int, Fate> m_fates;

@@ -9,6 +9,7 @@
 
 #include "documents/values/ExactNotation.h"
 #include "documents/values/FindMember.h"
+#include "documents/values/NameArrangement.h"
 #include "documents/xml/XmlBlanks.h"
 #include "documents/xml/XmlText.h"
 #include "documents/xml/XmlTexts.h"
@@ -61,27 +62,69 @@ QString XmlValues::readText(const XmlPlaces::Value &value) const
     return reader.readElementText(QXmlStreamReader::SkipChildElements);
 }
 
-/// The names of a list are in one element each.
+/// The names of a list, for arrangeNames(): they are in one element each. What the text has instead of a name of the
+/// model keeps its text.
+class XmlValues::Names
+{
+public:
+    Names(XmlValues &values, const MemberView &member, const QVector<XmlPlaces::Value> &places)
+        : m_values(values), m_member(member), m_places(places), m_texts(XmlText::ofValue(member))
+    {
+    }
+
+    QStringList before() const
+    {
+        const QStringList known = m_member.GetNames();
+        QStringList names;
+        for (const XmlPlaces::Value &place : m_places) {
+            const QString text = m_values.readText(place);
+            names.append(known.contains(text) ? text : QString());
+        }
+        return names;
+    }
+    QStringList after() const { return m_texts; }
+
+    void replace(int place, int name, int origin)
+    {
+        m_values.replaceContent(elementAt(place), text(name, origin), false);
+    }
+    void remove(int place) { m_values.m_children.remove(elementAt(place)); }
+    void addBefore(int place, int name, int origin)
+    {
+        m_values.m_children.addBefore(elementAt(place), element(name, origin, layoutAt(place)));
+    }
+    void addAfter(int place, int name, int origin)
+    {
+        m_values.m_children.addAfter(elementAt(place), element(name, origin, layoutAt(place)));
+    }
+    void addFirst(int name)
+    {
+        const QString list = m_member.GetName();
+        m_values.m_children.add(list, {element(name, -1, m_values.m_children.layoutFor(list))});
+    }
+
+private:
+    int elementAt(int place) const { return m_places.at(place).index; }
+    XmlText::Layout layoutAt(int place) const { return m_values.m_children.layoutAt(elementAt(place)); }
+    QString text(int name, int origin) const
+    {
+        return origin < 0 ? m_texts.at(name) : m_values.readText(m_places.at(origin));
+    }
+    QByteArray element(int name, int origin, const XmlText::Layout &layout) const
+    {
+        return XmlText::element(m_member.GetName(), text(name, origin), layout, m_values.m_encoding);
+    }
+
+    XmlValues &m_values;
+    const MemberView &m_member;
+    const QVector<XmlPlaces::Value> &m_places;
+    const QStringList m_texts;
+};
+
 void XmlValues::writeNames(const MemberView &member, const QVector<XmlPlaces::Value> &values)
 {
-    const QStringList texts = XmlText::ofValue(member);
-    for (int i = 0; i < values.size(); ++i) {
-        if (i < texts.size() && texts.at(i).isNull())
-            continue; // whatever the text has that is not a name of the model
-        if (i < texts.size())
-            replaceContent(values.at(i).index, texts.at(i), false);
-        else
-            m_children.remove(values.at(i).index);
-    }
-    QByteArrayList added;
-    const XmlText::Layout layout =
-        values.isEmpty() ? m_children.layoutFor(member.GetName()) : m_children.layoutAt(values.last().index);
-    for (int i = values.size(); i < texts.size(); ++i)
-        added.append(XmlText::element(member.GetName(), texts.at(i), layout, m_encoding));
-    if (values.isEmpty())
-        m_children.add(member.GetName(), added);
-    for (const QByteArray &name : values.isEmpty() ? QByteArrayList() : added)
-        m_children.addAfter(values.last().index, name);
+    Names names(*this, member, values);
+    arrangeNames(names, names.before(), names.after());
 }
 
 void XmlValues::replaceAttribute(int attribute, const QString &text, bool isNumber)

@@ -45,6 +45,8 @@ private:
         int after = -1; ///< the first one that it precedes
     };
 
+    class Names;
+
     QString readText(const XmlPlaces::Value &value) const;
     void writeNames(const JobXml::MemberView &member, const QVector<XmlPlaces::Value> &values);
     void replaceAttribute(int attribute, const QString &text, bool isNumber);
