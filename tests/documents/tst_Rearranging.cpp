@@ -39,6 +39,8 @@ private Q_SLOTS:
     void pathOfARemovedItemIsThatBeforeTheOperation();
     void otherFormsAreWrittenAnew();
     void documentBecomesAnotherOneInItsOwnSpelling();
+    void alternativesThatAreNotChosenAreWrittenBeforeTheChosenOne_data();
+    void alternativesThatAreNotChosenAreWrittenBeforeTheChosenOne();
     void quantityThatAnOlderVersionSetsIsUnset();
     void commentsAndUnknownContentStayWhenADocumentBecomesAnotherOne();
     void randomDocumentBecomesAnyOtherInXml();
@@ -418,6 +420,45 @@ void RearrangingTest::documentBecomesAnotherOneInItsOwnSpelling()
         document("\n <name>n</name>\n <quantity>3</quantity>\n <Component type='b' name='m'>\n  <Node/>\n"
                  " </Component>\n <Component type='a' name='m' optional='true'>\n  <Node id='x'  />\n </Component>\n");
     QCOMPARE(edited(text, [&](Editor &editor) { editor.become(other); }), result);
+}
+
+// The last alternative in the text is the one that is chosen.
+void RearrangingTest::alternativesThatAreNotChosenAreWrittenBeforeTheChosenOne_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("result");
+    const auto withItems = [](QByteArray items) {
+        items.replace("<I", "<ValueInt id=\"i\" value=").replace("<F", "<ValueFloat id=\"i\" value=");
+        return document("\n <Component>\n  <Node id=\"n\">\n" + items + "  </Node>\n </Component>\n");
+    };
+    const auto row = [&](const char *title, const QByteArray &before, const QByteArray &result) {
+        QTest::newRow(title) << withItems(before) << withItems(result);
+    };
+    const QByteArray one = "   <ValueItem>\n    <I\"1\"/> <!-- 1 -->\n   </ValueItem>\n";
+    const QByteArray two = "   <ValueItem>\n    <F\"2\"/>\n    <I\"1\"/> <!-- 1 -->\n   </ValueItem>\n";
+    row("one more", one, two);
+    row("one less", two, one);
+    row("another one is chosen", one, "   <ValueItem>\n    <I\"1\"/> <!-- 1 -->\n    <F\"2\"/>\n   </ValueItem>\n");
+    row("the other one of two is chosen", two,
+        "   <ValueItem>\n    <I\"1\"/> <!-- 1 -->\n    <F\"2\"/>\n   </ValueItem>\n");
+    row("the other one of two is chosen and changes", two,
+        "   <ValueItem>\n    <I\"1\"/> <!-- 1 -->\n    <F\"3\"/>\n   </ValueItem>\n");
+    row("an item without any", "   <ValueItem/>\n", "   <ValueItem>\n    <F\"2\"/>\n    <I\"1\"/>\n   </ValueItem>\n");
+    row("an item without any, in the order of the model", "   <ValueItem/>\n",
+        "   <ValueItem>\n    <I\"1\"/>\n    <F\"2\"/>\n   </ValueItem>\n");
+    row("new item", one,
+        one + "   <ValueItem>\n    <ValueBoolean id=\"b\"/>\n    <F\"2\"/>\n    <I\"3\"/>\n   </ValueItem>\n");
+}
+
+void RearrangingTest::alternativesThatAreNotChosenAreWrittenBeforeTheChosenOne()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, result);
+    const TunerProperties other = Document::fromBytes(result, name).tuner;
+    Editor editor(Document::fromBytes(before, name), before, name);
+    editor.become(other);
+    QCOMPARE(editor.toBytes(), result);
+    QCOMPARE(editor.losses().size(), 0);
 }
 
 void RearrangingTest::quantityThatAnOlderVersionSetsIsUnset()

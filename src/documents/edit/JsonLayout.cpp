@@ -94,8 +94,7 @@ QByteArray JsonLayout::stepIn(const Json &json) const
 {
     const Json *container = &json;
     while (isContainer(*container)) {
-        const Json &first =
-            container->isObject() ? container->members().front().value : container->items().front();
+        const Json &first = container->isObject() ? container->members().front().value : container->items().front();
         const QByteArray inner = JsonBlanks::before(m_text, int(first.memberBegin()));
         const QByteArray outer = JsonBlanks::before(m_text, int(container->textEnd()) - 1);
         const QByteArray indentation = indentationIn(inner);
@@ -173,7 +172,8 @@ QByteArray JsonLayout::onOneLine(const Json &value, const Habits &habits)
         return JsonText::compact(value);
     const QByteArray colon = habits.colon.value_or(":");
     const QByteArray comma = habits.comma.value_or(colon.endsWith(' ') ? ", " : ",");
-    return enclosed(value, partsOf(value, colon, [&](const Json &part) { return onOneLine(part, habits); }).join(comma));
+    return enclosed(value,
+                    partsOf(value, colon, [&](const Json &part) { return onOneLine(part, habits); }).join(comma));
 }
 
 /// An object or a list takes several lines if others do, if something in it does, or if it is too long for one.
@@ -182,8 +182,8 @@ QByteArray JsonLayout::onLines(const Json &value, const QByteArray &lineStart, c
     if (!isContainer(value))
         return JsonText::compact(value);
     const QByteArray inside = lineStart + m_step;
-    const QByteArrayList parts = partsOf(value, habits.colon.value_or(": "),
-                                         [&](const Json &part) { return onLines(part, inside, habits); });
+    const QByteArrayList parts =
+        partsOf(value, habits.colon.value_or(": "), [&](const Json &part) { return onLines(part, inside, habits); });
     const bool isBroken = (value.isObject() ? habits.breaksObjects : habits.breaksLists).value_or(false)
         || std::any_of(parts.begin(), parts.end(), [](const QByteArray &part) { return part.contains('\n'); })
         || JsonText::pretty(value).trimmed().contains('\n');

@@ -191,19 +191,23 @@ Replacements XmlEditor::replacementsIn(const QVector<int> &elements, const DataO
     XmlChildren children = childrenOf(elements, object);
     const auto choice = choiceOf(object);
     const bool isChosenAnew = choice && edit.of(*choice);
-    visit(object, [&](const MemberView &member) {
+    std::vector<MemberView> members = membersOf(object);
+    std::stable_partition(members.begin(), members.end(), [](const MemberView &member) {
+        return member.GetKind() != MemberKind::Alternative || !member.IsChosen(); // the chosen one follows the others
+    });
+    for (const MemberView &member : members) {
         const MemberEdit *const found = edit.of(member);
         if (member.GetKind() == MemberKind::Alternative && isChosenAnew)
             writeObject(out, children, member, found ? *found : MemberEdit());
         else if (!found || member.GetKind() == MemberKind::Choice)
-            return;
+            continue;
         else if (member.GetKind() == MemberKind::ObjectList)
             writeItems(out, children, member, *found);
         else if (holdsObjects(member))
             writeObject(out, children, member, *found);
         else
             XmlValues(*m_markup, *m_places, m_text, out, children).write(member);
-    });
+    }
     return out + children.replacements();
 }
 
@@ -238,34 +242,42 @@ void XmlEditor::writeObject(Replacements &out, XmlChildren &children, const Memb
     }
     if (isAlternative && !elements.isEmpty())
         elements = {elements.last()}; // each one replaces the one before
-    const auto written = [&] {
-        const XmlText::Layout layout =
-            elements.isEmpty() ? children.layoutFor(member.GetName()) : children.layoutAt(elements.last());
-        return XmlText::element(member.GetChild(), layout, m_text);
-    };
     if (elements.isEmpty()) {
-        if (member.IsChosen()) // others are not written
-            children.add(member.GetName(), {written()});
+        addObject(children, member);
         return;
     }
-    Replacements inside;
+    const int element = elements.last();
+    const int last = isAlternative ? lastAlternative(children) : element;
+    const bool isMoved = last != element && member.IsChosen(); // the last alternative is the chosen one
     const auto nested = edit.children.find(0);
-    if (edit.isReplaced) {
-        for (const int element : qAsConst(elements))
-            children.remove(element);
-        children.addAfter(elements.last(), written());
-    } else if (nested != edit.children.end()) {
-        inside = replacementsIn(elements, member.GetChild(), nested->second);
-    }
-    // The last alternative is the chosen one.
-    const int last = isAlternative ? lastAlternative(children) : elements.last();
-    if (last == elements.last() || !member.IsChosen()) {
+    const Replacements inside = edit.isReplaced || nested == edit.children.end()
+        ? Replacements()
+        : replacementsIn(elements, member.GetChild(), nested->second);
+    if (!edit.isReplaced && !isMoved) {
         out += inside;
         return;
     }
-    if (!edit.isReplaced)
-        children.remove(elements.last());
-    children.addAfter(last, changedText(elements.last(), inside));
+    for (const int each : qAsConst(elements))
+        children.remove(each);
+    children.addAfter(isMoved ? last : element,
+                      edit.isReplaced ? XmlText::element(member.GetChild(), children.layoutAt(element), m_text)
+                                      : changedText(element, inside));
+}
+
+/// An object that the text does not have yet.
+void XmlEditor::addObject(XmlChildren &children, const MemberView &member) const
+{
+    const int last = member.GetKind() == MemberKind::Alternative ? lastAlternative(children) : -1;
+    const XmlText::Layout layout = last < 0 ? children.layoutFor(member.GetName()) : children.layoutAt(last);
+    if (!member.IsChosen() && !XmlText::hasChosenIn(children.object()))
+        return; // it would count as chosen
+    const QByteArray text = XmlText::element(member.GetChild(), layout, m_text);
+    if (last < 0)
+        children.add(member.GetName(), {text});
+    else if (member.IsChosen())
+        children.addAfter(last, text);
+    else
+        children.addBefore(last, text);
 }
 
 /// The last element of an alternative in the text.

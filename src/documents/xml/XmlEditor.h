@@ -80,6 +80,7 @@ private:
     int lastAlternative(const XmlChildren &children) const;
     void writeObject(Replacements &out, XmlChildren &children, const JobXml::MemberView &member,
                      const MemberEdit &edit) const;
+    void addObject(XmlChildren &children, const JobXml::MemberView &member) const;
     void writeItems(Replacements &out, XmlChildren &children, const JobXml::MemberView &list,
                     const MemberEdit &edit) const;
 

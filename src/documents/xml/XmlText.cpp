@@ -2,14 +2,22 @@
 #include "documents/xml/XmlText.h"
 
 #include <cmath>
+#include <vector>
 
 #include <tunerdocuments/Value.h>
 
+#include "documents/values/FindMember.h"
 #include "text/XmlCharacters.h"
 
 using namespace JobXml;
 
 namespace TunerDocuments::XmlText {
+
+bool hasChosenIn(const DataObject &object)
+{
+    const auto chosen = chosenIn(object);
+    return chosen && chosen->IsSet() && chosen->GetSize() != 0;
+}
 
 namespace {
 
@@ -41,26 +49,31 @@ QByteArray escaped(const QString &text, const EncodedText &encoding, const QByte
     return result;
 }
 
-bool isObject(const MemberView &member)
+/// The members of an object in the order of its text. The last alternative of an item is the one that it has chosen, so
+/// others precede it; they cannot be written without it.
+std::vector<MemberView> writtenMembers(const DataObject &object)
 {
-    return member.GetKind() == MemberKind::Object || member.GetKind() == MemberKind::ObjectList
-        || member.GetKind() == MemberKind::Alternative;
+    std::vector<MemberView> members;
+    const bool hasChosen = hasChosenIn(object);
+    visit(object, [&](const MemberView &member) {
+        const bool isAlternative = member.GetKind() == MemberKind::Alternative;
+        if (member.IsSet() && member.GetKind() != MemberKind::Choice
+            && (!isAlternative || (hasChosen && !member.IsChosen())))
+            members.push_back(member);
+    });
+    if (hasChosen)
+        members.push_back(*chosenIn(object));
+    return members;
 }
 
-/// Whether the text of the document has the member.
-bool isWritten(const MemberView &member)
-{
-    return member.IsSet() && member.IsChosen() && member.GetKind() != MemberKind::Choice;
-}
-
-QByteArray attributesOf(const DataObject &object, const EncodedText &encoding)
+QByteArray attributesOf(const std::vector<MemberView> &members, const EncodedText &encoding)
 {
     QByteArray attributes;
-    visit(object, [&](const MemberView &member) {
-        if (member.IsAttribute() && isWritten(member))
+    for (const MemberView &member : members) {
+        if (member.IsAttribute())
             attributes += ' ' + QByteArray(member.GetName().data(), member.GetName().size()) + "=\""
                 + inAttribute(ofValue(member).value(0), '"', encoding) + '"';
-    });
+    }
     return attributes;
 }
 
@@ -106,20 +119,18 @@ QByteArray element(const DataObject &object, const Layout &layout, const Encoded
     inside.indentation += layout.step;
     const QByteArray name = layout.prefix + object.GetObjectName().toUtf8();
     const QByteArray separator = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + inside.indentation;
+    const std::vector<MemberView> members = writtenMembers(object);
     QByteArray content;
-    visit(object, [&](const MemberView &member) {
-        if (member.IsAttribute() || !isWritten(member))
-            return;
-        if (isObject(member)) {
-            for (int i = 0; i < member.GetSize(); ++i)
-                content += separator + element(member.GetChild(i), inside, encoding);
-            return;
-        }
-        const QStringList texts = ofValue(member);
+    for (const MemberView &member : members) {
+        if (member.IsAttribute())
+            continue;
+        for (int i = 0; i < member.GetSize(); ++i)
+            content += separator + element(member.GetChild(i), inside, encoding);
+        const QStringList texts = holdsObjects(member) ? QStringList() : ofValue(member);
         for (const QString &text : texts)
             content += separator + element(member.GetName(), text, inside, encoding);
-    });
-    const QByteArray start = '<' + name + attributesOf(object, encoding);
+    }
+    const QByteArray start = '<' + name + attributesOf(members, encoding);
     if (content.isEmpty())
         return start + "/>";
     const QByteArray end = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + layout.indentation;

@@ -23,6 +23,10 @@ QStringList ofValue(const JobXml::MemberView &member);
 QByteArray inAttribute(const QString &text, char quote, const EncodedText &encoding);
 QByteArray inElement(const QString &text, const EncodedText &encoding);
 
+/// Whether the text of an item has the alternative that it has chosen. That is the last one; others can only be written
+/// before it.
+bool hasChosenIn(const JobXml::DataObject &object);
+
 /// How new elements are laid out.
 struct Layout
 {
