@@ -203,7 +203,7 @@ private:
         comment.whole.begin = offset(m_at);
         comment.parent = parent();
         comment.next = m_markup.m_elements.size();
-        m_at += 2; // "<!-->" is not a comment
+        m_at += 4; // "<!--->" is not a comment: its marks would overlap
         if (!skipTo("-->"))
             return false;
         comment.whole.end = offset(m_at);
@@ -217,8 +217,10 @@ private:
     {
         bool isInBrackets = false;
         for (m_at += 2; m_at != m_end;) {
-            if (startsWith("<!--") || startsWith("<?")) {
-                if (!skipTo(m_at[1] == '?' ? "?>" : "-->"))
+            const bool isComment = startsWith("<!--");
+            if (isComment || startsWith("<?")) {
+                m_at += isComment ? 4 : 2;
+                if (!skipTo(isComment ? "-->" : "?>"))
                     return false;
                 continue;
             }

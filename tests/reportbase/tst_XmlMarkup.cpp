@@ -137,6 +137,8 @@ void XmlMarkupTest::tagsInSectionsDoNotCount_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::newRow("comment") << QByteArray("<a><!-- <b> </a> --></a>");
+    QTest::newRow("comment that begins with the end of its mark") << QByteArray("<a><!---><b/>--></a>");
+    QTest::newRow("the same in a document type") << QByteArray("<!DOCTYPE a [<!---> ]><b/> --> ]><a></a>");
     QTest::newRow("CDATA") << QByteArray("<a><![CDATA[<b></a>]] >]]></a>");
     QTest::newRow("processing instruction") << QByteArray("<?x <b> ?><a><?y </a> > ?></a>");
     QTest::newRow("attribute") << QByteArray("<a x='<b></a>'></a>");

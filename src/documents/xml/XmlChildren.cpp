@@ -99,7 +99,9 @@ int XmlChildren::endOfLineComments(int end) const
             ++at;
             continue;
         }
-        const int close = document.mid(at, 4) == "<!--" ? document.indexOf("-->", at) : -1;
+        constexpr int startSize = 4; // of "<!--", which the end may not overlap
+        const bool isComment = document.mid(at, startSize) == "<!--";
+        const int close = isComment ? document.indexOf("-->", at + startSize) : -1;
         if (close < 0)
             break;
         at = last = close + 3;

@@ -13,8 +13,9 @@ QVector<XmlMarkup::Span> inElement(const XmlMarkup &markup, int element)
 QVector<XmlMarkup::Span> inPart(const XmlMarkup &markup, XmlMarkup::Span part, int element)
 {
     const QByteArray &document = markup.document();
-    const auto endOf = [&](const char *mark, int from) {
-        const int at = document.indexOf(mark, from);
+    // The end mark of a comment may not overlap the start mark: "<!--->" only begins one.
+    const auto endOf = [&](const char *start, const char *mark, int from) {
+        const int at = document.indexOf(mark, from + int(qstrlen(start)));
         return at < 0 ? part.end : at + int(qstrlen(mark));
     };
     QVector<XmlMarkup::Span> texts;
@@ -22,11 +23,11 @@ QVector<XmlMarkup::Span> inPart(const XmlMarkup &markup, XmlMarkup::Span part, i
         const QByteArray next = document.mid(at, 9);
         int end = document.indexOf('<', at); // of a text
         if (next.startsWith("<!--")) {
-            end = endOf("-->", at);
+            end = endOf("<!--", "-->", at);
         } else if (next.startsWith("<?")) {
-            end = endOf("?>", at);
+            end = endOf("<?", "?>", at);
         } else if (next == "<![CDATA[") {
-            end = endOf("]]>", at);
+            end = endOf("<![CDATA[", "]]>", at);
             texts.append({at, end});
         } else if (next.startsWith('<') && element < markup.elements().size()) {
             end = markup.elements().at(element).end;
