@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdlib>
+
+#include <QRegularExpression>
+
 #include <tunerdocuments/Editor.h>
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
@@ -25,8 +29,13 @@ inline void addPaths(QStringList &paths, const JobXml::DataObject &object, const
     });
 }
 
+/// Often the value that the member has: the text may have garbage that only reads as that.
 inline QString valueFor(const JobXml::MemberView &member, RandomChanges &random)
 {
+    const bool isNumberOrBoolean = member.GetKind() == JobXml::MemberKind::Boolean
+        || (member.GetKind() != JobXml::MemberKind::Text && member.GetNames().isEmpty());
+    if (isNumberOrBoolean && random.below(4) == 0)
+        return TunerDocuments::TypedValue::print(member.GetValue());
     const QStringList texts = {QStringLiteral(""), QStringLiteral("a"), QStringLiteral(" <&>\"' "),
                                QStringLiteral("\n\t\u00E4\U0001F600")};
     switch (member.GetKind()) {
@@ -37,8 +46,11 @@ inline QString valueFor(const JobXml::MemberView &member, RandomChanges &random)
     case JobXml::MemberKind::Enumeration:
     case JobXml::MemberKind::Choice:
         return member.GetNames().at(random.below(member.GetNames().size()));
-    case JobXml::MemberKind::EnumerationList:
-        return random.below(2) ? QStringLiteral("Scan,DF,Stop") : QStringLiteral("Polar");
+    case JobXml::MemberKind::EnumerationList: {
+        const QStringList lists = {QStringLiteral("Scan,DF,Stop"), QStringLiteral("Polar"), QStringLiteral("DF,FFM"),
+                                   QStringLiteral("FFM,Scan,DF,Polar,DF")};
+        return lists.at(random.below(lists.size()));
+    }
     case JobXml::MemberKind::Float:
     case JobXml::MemberKind::Double:
         return random.below(2) ? QStringLiteral("0.2567") : QStringLiteral("-1e10");
@@ -64,6 +76,86 @@ inline RandomEdit randomEdit(const JobXml::DataObject &document, RandomChanges &
     const bool isUnset = random.below(4) == 0;
     return {target, isUnset ? QString() : valueFor(target.member, random)};
 }
+
+/// What a document that was read again from its edited text has of an edit other than what was requested; null if it
+/// has exactly that.
+inline QString problemAfter(const JobXml::TunerProperties &read, const RandomEdit &edit)
+{
+    const QVector<JobXml::Step> &steps = edit.target.steps;
+    const JobXml::DataObject *object = &read;
+    QString problem;
+    for (int depth = 0; object; ++depth) {
+        const JobXml::DataObject *child = nullptr;
+        JobXml::visit(*object, [&](const JobXml::MemberView &member) {
+            if (member.GetName() != steps.at(depth).member)
+                return;
+            const int index = qMax(steps.at(depth).index, 0);
+            if (depth + 1 < steps.size()) {
+                child = index < member.GetSize() ? &member.GetChild(index) : nullptr;
+                problem = child || edit.value.isNull() ? QString() : QStringLiteral("the object is missing");
+                return;
+            }
+            // Reading an older version sets the quantity.
+            const bool isSetByVersion = edit.target.path == QLatin1String("quantity");
+            if (edit.value.isNull()) {
+                problem = member.IsSet() && !isSetByVersion && member.GetKind() != JobXml::MemberKind::Choice
+                    ? QStringLiteral("it is still set")
+                    : QString();
+                return;
+            }
+            const QString requested =
+                TunerDocuments::ValueText::ofValue(TunerDocuments::TypedValue::parse(member, edit.value));
+            const QString found = TunerDocuments::ValueText::ofMember(member);
+            if (found != requested)
+                problem = found + QStringLiteral(" is not ") + requested;
+        });
+        object = child;
+    }
+    return problem.isNull() ? QString() : edit.target.path + QStringLiteral(": ") + problem;
+}
+
+/// Whether the text of a number or a boolean denotes what was typed. Only a decimal point may be written otherwise.
+inline bool denotes(JobXml::MemberKind kind, const QString &text, const QString &typed)
+{
+    static const QRegularExpression number(
+        QStringLiteral(R"(^\s*[+-]?([0-9]+\.?[0-9]*|\.[0-9]+)([eE][+-]?[0-9]+)?\s*\z)"));
+    const QString lower = text.toLower();
+    switch (kind) {
+    case JobXml::MemberKind::Boolean:
+        return typed == QLatin1String("true") || typed == QLatin1String("1")
+            ? lower == QLatin1String("true") || lower == QLatin1String("1")
+            : lower == QLatin1String("false") || lower == QLatin1String("0");
+    case JobXml::MemberKind::Int:
+    case JobXml::MemberKind::Int64:
+    case JobXml::MemberKind::UInt64:
+        return number.match(text).hasMatch() && text.trimmed().toLongLong() == typed.toLongLong();
+    case JobXml::MemberKind::Float:
+    case JobXml::MemberKind::Double:
+        // With more digits than the members keep.
+        return number.match(typed).hasMatch() ? number.match(text).hasMatch()
+                && std::strtold(text.toLatin1().constData(), nullptr)
+                    == std::strtold(typed.toLatin1().constData(), nullptr)
+                                              : lower.trimmed().left(3) == typed.toLower().left(3); // nan, inf, -in
+    default:
+        return true;
+    }
+}
+
+/// How many names two lists share at their beginnings and, of the others, at their ends.
+struct SharedNames
+{
+    SharedNames(const QStringList &one, const QStringList &other)
+    {
+        const int size = qMin(one.size(), other.size());
+        while (first < size && one.at(first) == other.at(first))
+            ++first;
+        while (last < size - first && one.at(one.size() - 1 - last) == other.at(other.size() - 1 - last))
+            ++last;
+    }
+
+    int first = 0;
+    int last = 0;
+};
 
 /// Returns false if the model refuses the edit.
 inline bool apply(TunerDocuments::Editor &editor, const RandomEdit &edit)

@@ -33,6 +33,7 @@ void ExactNotationTest::notationsAreCompared_data()
         row(kind, "01", "1", true);
         row(kind, " +1\n", "001", true);
         row(kind, "10", "1", false);
+        row(kind, "\u00A01", "1", false);
         row(kind, "0", "-0", true);
         row(kind, "abc", "0", false);
         row(kind, "", "0", false);

@@ -77,6 +77,9 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
         "{\n\t\"TunerProperties\": {\n\t\t\"Component\": [\n\t\t\t{\"type\": \"b\"}\n\t\t]\n\t}\n}");
     row("last of a list", document("\n\t<Component type='a'/> <!-- a -->\n\t<!-- end -->\n"), "Component[type=b]", "",
         document("\n\t<Component type='a'/> <!-- a -->\n\t<Component type=\"b\"/>\n\t<!-- end -->\n"));
+    row("after a comment that begins with the end of its mark",
+        document("\n\t<Component type='a'/> <!--->-->\n\t<!-- end -->\n"), "Component[type=b]", "",
+        document("\n\t<Component type='a'/> <!--->-->\n\t<Component type=\"b\"/>\n\t<!-- end -->\n"));
     row("at a position", document("\n  <Component type='a'/>\n  <Component type='b'/>\n"), "Component[2]",
         "{\"type\": \"x\"}",
         document("\n  <Component type='a'/>\n  <Component type=\"x\"/>\n  <Component type='b'/>\n"));
@@ -538,9 +541,11 @@ void RearrangingTest::randomDocumentBecomesAnyOtherInXml()
 {
     int exact = 0;
     int done = 0;
-    for (int seed = 0; seed < 20000; ++seed) {
+    for (int seed = 0; seed < 3000; ++seed) {
         Random spelling{quint32(seed)};
-        const QByteArray xml = seed % 2 ? XmlSpellings::plainDocument(spelling) : XmlSpellings::document(spelling);
+        const QByteArray root = "TunerProperties";
+        const QByteArray xml =
+            seed % 2 ? XmlSpellings::plainDocument(spelling, root) : XmlSpellings::document(spelling, root);
         Document before;
         TunerProperties other;
         const bool isWritable = seed % 4 != 0; // completely
@@ -579,8 +584,8 @@ void RearrangingTest::randomDocumentBecomesAnyOtherInXml()
             QVERIFY2(isKnown, describe(error.text().toUtf8()).constData());
         }
     }
-    QVERIFY2(exact > 500, qPrintable(QString::number(exact)));
-    QVERIFY2(done > exact + 50, qPrintable(QString::number(done)));
+    QVERIFY2(exact > 1900, qPrintable(QString::number(exact)));
+    QVERIFY2(done > exact + 150, qPrintable(QString::number(done)));
 }
 
 void RearrangingTest::randomDocumentBecomesAnyOtherInJson()

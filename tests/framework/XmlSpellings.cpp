@@ -141,13 +141,13 @@ class Writer
 public:
     Writer(Random &random, Taste taste) : m_random(random), m_taste(taste) { }
 
-    QByteArray document()
+    QByteArray document(const QByteArray &className)
     {
         if (odd())
             m_text += "\xEF\xBB\xBF";
         declaration();
         outside();
-        const QByteArray root = m_random.oneOf(classNames());
+        const QByteArray root = className.isEmpty() ? m_random.oneOf(classNames()) : className;
         m_left = 4 + m_random.below(28);
         objectElement(root, root, 0);
         outside();
@@ -466,14 +466,14 @@ private:
 
 } // namespace
 
-QByteArray document(Random &random)
+QByteArray document(Random &random, const QByteArray &root)
 {
-    return Writer(random, {3 + random.below(30), random.oneIn(2)}).document();
+    return Writer(random, {3 + random.below(30), random.oneIn(2)}).document(root);
 }
 
-QByteArray plainDocument(Random &random)
+QByteArray plainDocument(Random &random, const QByteArray &root)
 {
-    return Writer(random, {60, true}).document();
+    return Writer(random, {60, true}).document(root);
 }
 
 const std::vector<QByteArray> &tokens()

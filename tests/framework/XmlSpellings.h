@@ -11,11 +11,12 @@
 namespace XmlSpellings {
 
 /// A well-formed document in UTF-8 without a document type. It may have what is not read in memory: prefixes, many
-/// attributes, deep nesting, names beyond ASCII, other XML declarations.
-QByteArray document(Random &random);
+/// attributes, deep nesting, names beyond ASCII, other XML declarations. `root` is the class of its outermost object;
+/// any class if it is empty.
+QByteArray document(Random &random, const QByteArray &root = QByteArray());
 
 /// The same with only what programs write: no more than one oddity of a kind, names of the model.
-QByteArray plainDocument(Random &random);
+QByteArray plainDocument(Random &random, const QByteArray &root = QByteArray());
 
 /// A document with a few bytes changed, inserted, removed or repeated; often not well-formed. The other document
 /// provides parts.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/values/ExactNotation.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <tuple>
 
@@ -82,6 +84,18 @@ bool isSameWholeNumber(const QString &written, const QString &typed)
     return first == second;
 }
 
+/// Without the blanks of XML, of which readers skip others, too.
+QString trimmed(const QString &text)
+{
+    const auto isBlank = [](QChar character) {
+        return character == QLatin1Char(' ') || character == QLatin1Char('\t') || character == QLatin1Char('\n')
+            || character == QLatin1Char('\r');
+    };
+    const auto begin = std::find_if_not(text.begin(), text.end(), isBlank);
+    const auto end = std::find_if_not(text.rbegin(), std::make_reverse_iterator(begin), isBlank).base();
+    return QString(begin, int(end - begin));
+}
+
 /// No value for a text that the model does not write for either, and reads nevertheless.
 std::optional<bool> booleanOf(const QString &text)
 {
@@ -103,10 +117,10 @@ bool isExactNotation(MemberKind kind, const QString &written, const QString &typ
     case MemberKind::Int:
     case MemberKind::Int64:
     case MemberKind::UInt64:
-        return isSameWholeNumber(written.trimmed(), typed);
+        return isSameWholeNumber(trimmed(written), typed);
     case MemberKind::Float:
     case MemberKind::Double:
-        return isSameNumber(written.trimmed(), typed);
+        return isSameNumber(trimmed(written), typed);
     default:
         return true;
     }
