@@ -77,6 +77,16 @@ void RearrangingTest::addedItemIsLaidOutAsItsNeighbors_data()
         "{\n\t\"TunerProperties\": {\n\t\t\"Component\": [\n\t\t\t{\"type\": \"b\"}\n\t\t]\n\t}\n}");
     row("last of a list", document("\n\t<Component type='a'/> <!-- a -->\n\t<!-- end -->\n"), "Component[type=b]", "",
         document("\n\t<Component type='a'/> <!-- a -->\n\t<Component type=\"b\"/>\n\t<!-- end -->\n"));
+    row("beside an item whose content is on its line",
+        document("\n <Component>\n  <Node>\n   <ValueItem><ValueInt id='i'/></ValueItem>\n  </Node>\n </Component>\n"),
+        "Component/Node/ValueItem", "<ValueItem><ValueString id='s'/></ValueItem>",
+        document("\n <Component>\n  <Node>\n   <ValueItem><ValueInt id='i'/></ValueItem>\n"
+                 "   <ValueItem><ValueString id=\"s\"/></ValueItem>\n  </Node>\n </Component>\n"));
+    row("beside an item without content",
+        document("\n <Component>\n  <Node>\n   <ValueItem/>\n  </Node>\n </Component>\n"), "Component/Node/ValueItem",
+        "<ValueItem><ValueString id='s'/></ValueItem>",
+        document("\n <Component>\n  <Node>\n   <ValueItem/>\n   <ValueItem>\n    <ValueString id=\"s\"/>\n"
+                 "   </ValueItem>\n  </Node>\n </Component>\n"));
     row("after a comment that begins with the end of its mark",
         document("\n\t<Component type='a'/> <!--->-->\n\t<!-- end -->\n"), "Component[type=b]", "",
         document("\n\t<Component type='a'/> <!--->-->\n\t<Component type=\"b\"/>\n\t<!-- end -->\n"));

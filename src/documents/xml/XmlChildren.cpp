@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "documents/xml/XmlChildren.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -176,6 +177,17 @@ XmlText::Layout XmlChildren::layoutAt(int neighbor) const
         layout.lineEnd.clear();
     layout.indentation =
         ofNeighbor ? *ofNeighbor : indentationOf(m_markup, parent).value_or(QByteArray()) + layout.step;
+    return layout;
+}
+
+XmlText::Layout XmlChildren::layoutLike(int item) const
+{
+    XmlText::Layout layout = layoutAt(item);
+    const Markup::Element &element = m_markup.elements().at(item);
+    const QLatin1String text = m_markup.bytes(element.whole());
+    const bool hasChildren = element.next != item + 1;
+    if (!layout.lineEnd.isEmpty() && hasChildren && std::find(text.begin(), text.end(), '\n') == text.end())
+        layout.lineEnd.clear();
     return layout;
 }
 

@@ -49,6 +49,8 @@ public:
     XmlText::Layout layoutFor(const QString &member) const;
     /// How a new child is laid out next to that one.
     XmlText::Layout layoutAt(int neighbor) const;
+    /// How a new item is laid out next to another one of its list: with its content on one line if that has it so.
+    XmlText::Layout layoutLike(int item) const;
 
     /// All of that.
     Replacements replacements() const;

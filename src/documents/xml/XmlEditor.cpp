@@ -316,7 +316,7 @@ public:
     }
     QByteArray newItem(const DataObject &described, int neighbor)
     {
-        const XmlText::Layout layout = neighbor < 0 ? m_children.layoutFor(m_list) : m_children.layoutAt(neighbor);
+        const XmlText::Layout layout = neighbor < 0 ? m_children.layoutFor(m_list) : m_children.layoutLike(neighbor);
         return XmlText::element(described, layout, m_editor.m_text);
     }
     void remove(int item) { m_children.remove(item); }
