@@ -33,6 +33,7 @@ private Q_SLOTS:
     void removedItemTakesItsLineAlong();
     void movedItemKeepsItsText_data();
     void movedItemKeepsItsText();
+    void blankLinesStayBetweenItems();
     void wrongPlaceIsRefused_data();
     void wrongPlaceIsRefused();
     void refusedOperationChangesNothing();
@@ -303,6 +304,25 @@ void RearrangingTest::movedItemKeepsItsText()
     QFETCH(int, position);
     QFETCH(QByteArray, result);
     QCOMPARE(edited(before, [&](Editor &editor) { editor.move(path, position); }), result);
+}
+
+void RearrangingTest::blankLinesStayBetweenItems()
+{
+    const auto items = [](const QByteArray &types) {
+        QByteArrayList all;
+        for (const char type : types)
+            all.append("<Component type='" + QByteArray(1, type) + "'/>");
+        return document("\n  <StartupModes/>\n  <!-- items -->\n  " + all.join("\n\n  ") + "\n");
+    };
+    const QByteArrayList orders = {"abcd", "dabc", "bcda", "acbd", "dcba", "a", "d", "bc", "bdac"};
+    for (const QByteArray &from : orders) {
+        for (const QByteArray &to : orders) {
+            const TunerProperties other = Document::fromBytes(items(to), name).tuner;
+            QByteArray result = after(items(from), [&](Editor &editor) { editor.become(other); });
+            if (from.size() > 1 && !(from == "bc" && (to == "a" || to == "d")))
+                QCOMPARE(result.replace('"', '\''), items(to));
+        }
+    }
 }
 
 void RearrangingTest::wrongPlaceIsRefused_data()

@@ -63,16 +63,89 @@ void XmlChildren::add(const QString &member, const QByteArrayList &texts)
         m_fates[neighbor.element].before += texts;
 }
 
+/// Whether there is something in its place afterwards.
+bool XmlChildren::isLeft(int element) const
+{
+    const auto fate = m_fates.find(element);
+    return fate == m_fates.end() || !fate->second.isRemoved || !fate->second.before.isEmpty()
+        || !fate->second.after.isEmpty();
+}
+
+/// The series of more than one child.
+QVector<XmlChildren::Series> XmlChildren::seriesOfChildren() const
+{
+    const auto &elements = m_markup.elements();
+    QVector<Series> result;
+    for (const int element : m_elements) {
+        int last = -1;
+        bool continues = false; // the last series of the result
+        const QVector<XmlPlaces::Child> children = m_places.childrenOf(element, m_object);
+        for (const XmlPlaces::Child &child : children) {
+            const int begin = elements.at(child.element).whole().begin;
+            const bool isNext = last >= 0 && elements.at(last).next == child.element
+                && m_markup.localName(elements.at(last)) == child.member;
+            const QByteArray blanks = XmlBlanks::before(m_markup.document(), begin);
+            const bool isInSeries =
+                isNext && elements.at(last).whole().end + blanks.size() == begin && blanks.count('\n') > 1;
+            if (isInSeries && !continues)
+                result.append(Series{last});
+            if (isInSeries)
+                result.last().append(child.element);
+            continues = isInSeries;
+            last = child.element;
+        }
+    }
+    return result;
+}
+
+/// The blanks between two children of a series.
+REPORTGENERATOR::XmlMarkup::Span XmlChildren::gapBefore(const Series &series, int at) const
+{
+    return {m_markup.elements().at(series.at(at - 1)).whole().end, m_markup.elements().at(series.at(at)).whole().begin};
+}
+
+/// Blank lines go with the children that are removed, and separate those that are added, as long as some are left.
+void XmlChildren::spread(const Series &series, std::map<int, QByteArray> &separators,
+                         std::map<int, Markup::Span> &removed) const
+{
+    if (std::none_of(series.begin(), series.end(), [this](int child) { return isLeft(child); }))
+        return;
+    bool isAnyLeft = false; // so far
+    for (int at = 0; at < series.size(); ++at) {
+        const int child = series.at(at);
+        const Markup::Span whole = m_markup.elements().at(child).whole();
+        const Markup::Span gap = gapBefore(series, qMax(at, 1));
+        separators[child] = m_markup.document().mid(gap.begin, gap.size());
+        if (isLeft(child))
+            isAnyLeft = true;
+        else if (isAnyLeft)
+            removed[child] = {gap.begin, whole.end};
+        else
+            removed[child] = {whole.begin, gapBefore(series, at + 1).end};
+    }
+}
+
 Replacements XmlChildren::replacements() const
 {
     Replacements out;
+    std::map<int, QByteArray> separators;
+    std::map<int, Markup::Span> removed;
+    const QVector<Series> allSeries = m_fates.empty() ? QVector<Series>() : seriesOfChildren();
+    for (const Series &series : allSeries)
+        spread(series, separators, removed);
     for (const auto &[element, fate] : m_fates) {
         const XmlText::Layout layout = layoutAt(element);
-        const QByteArray separator = layout.lineEnd.isEmpty() ? QByteArray() : layout.lineEnd + layout.indentation;
+        const auto blankLines = separators.find(element);
+        const QByteArray separator = blankLines != separators.end() ? blankLines->second
+            : layout.lineEnd.isEmpty()                              ? QByteArray()
+                                                                    : layout.lineEnd + layout.indentation;
         const Markup::Span whole = m_markup.elements().at(element).whole();
         if (fate.isRemoved) {
             const QByteArray instead = (fate.before + fate.after).join(separator);
-            const Markup::Span part = instead.isEmpty() ? lineOf(whole) : whole;
+            const auto withGap = removed.find(element);
+            const Markup::Span part = !instead.isEmpty() ? whole
+                : withGap != removed.end()               ? withGap->second
+                                                         : lineOf(whole);
             out.append({part.begin, part.end, instead});
             continue;
         }

@@ -69,6 +69,14 @@ private:
         bool isBefore = false;
     };
 
+    /// Children of one name that follow each other after blank lines.
+    using Series = QVector<int>;
+
+    bool isLeft(int element) const;
+    QVector<Series> seriesOfChildren() const;
+    Markup::Span gapBefore(const Series &series, int at) const;
+    void spread(const Series &series, std::map<int, QByteArray> &separators,
+                std::map<int, Markup::Span> &removed) const;
     Neighbor neighborOf(const QString &member) const;
     Replacement firstChildren() const;
     int endOfLineComments(int end) const;
