@@ -34,8 +34,9 @@ struct TUNERDOCUMENTS_EXPORT LintOptions
     /// How many findings the visitor receives at most. The others are only counted, which takes much less time.
     qint64 most = std::numeric_limits<qint64>::max();
 
-    /// Only the rules about what reading XML loses or replaces without a problem: unknown attributes and elements, and
-    /// what is not a number, not a boolean or out of the range of its type.
+    /// Only the rules about what reading XML loses or replaces without a problem: unknown attributes and elements,
+    /// values that later ones replace, texts and elements where readers ignore them, and what is not a number, not a
+    /// boolean or out of the range of its type.
     static LintOptions lostByReading();
 };
 

@@ -318,7 +318,7 @@ void RearrangingTest::blankLinesStayBetweenItems()
     for (const QByteArray &from : orders) {
         for (const QByteArray &to : orders) {
             const TunerProperties other = Document::fromBytes(items(to), name).tuner;
-            QByteArray result = after(items(from), [&](Editor &editor) { editor.become(other); });
+            QByteArray result = edited(items(from), [&](Editor &editor) { editor.become(other); });
             if (from.size() > 1 && !(from == "bc" && (to == "a" || to == "d")))
                 QCOMPARE(result.replace('"', '\''), items(to));
         }
@@ -499,9 +499,9 @@ void RearrangingTest::quantityThatAnOlderVersionSetsIsUnset()
     TunerProperties other;
     other.SetValidate(false);
     other.Setname(QStringLiteral("n"));
-    QCOMPARE(after("{\"TunerProperties\":{}}", [&](Editor &editor) { editor.become(other); }),
+    QCOMPARE(edited("{\"TunerProperties\":{}}", [&](Editor &editor) { editor.become(other); }),
              QByteArray("{\"TunerProperties\":{\"name\": \"n\", \"unset\": {\"quantity\":1}}}"));
-    QCOMPARE(after("<TunerProperties/>", [&](Editor &editor) { editor.become(other); }),
+    QCOMPARE(edited("<TunerProperties/>", [&](Editor &editor) { editor.become(other); }),
              QByteArray("d.xml: cannot edit the document in place: quantity: 1 (not set) becomes 1"));
 }
 

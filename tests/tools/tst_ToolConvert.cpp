@@ -42,6 +42,7 @@ private Q_SLOTS:
     void valuesThatTheFormCannotHoldAreListed();
     void exactConversionRefusesLosses();
     void exactConversionRefusesWhatReadingXmlLoses();
+    void exactConversionRefusesWhatReadersSkip();
     void exactConversionAcceptsWhatACommentAccepts();
     void fileCanBeConvertedInPlace();
     void failedConversionInPlaceKeepsTheFile();
@@ -344,6 +345,30 @@ void ToolConvertTest::exactConversionRefusesWhatReadingXmlLoses()
     // Nothing was lost in reading other forms.
     QCOMPARE(m_workshop->run(line("convert in.xml in.json")).status, 0);
     QCOMPARE(m_workshop->run(line("convert --exact in.json exact.json")).err, QString());
+}
+
+void ToolConvertTest::exactConversionRefusesWhatReadersSkip()
+{
+    m_workshop->write(QStringLiteral("in.xml"),
+                      "<TunerProperties Version=\"1.1\" name=\"a\" type=\"Receiver\" baseresource=\"b\">\n"
+                      "<name>c</name>\n"
+                      "stray\n"
+                      "<Component type=\"t\" name=\"c\" optional=\"true\"><Node id=\"n\"><ValueItem>\n"
+                      "<ValueInt id=\"i\" value=\"1\"/>\n"
+                      "<ValueInt id=\"j\" value=\"2\"/>\n"
+                      "</ValueItem></Node></Component>\n"
+                      "<MaxFFPDelay>1<x/></MaxFFPDelay>\n"
+                      "</TunerProperties>\n");
+    const Run run = m_workshop->run(line("convert --exact in.xml out.json"));
+    QStringList rules;
+    const QStringList lines = run.err.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString &text : lines)
+        rules.append(text.section(QLatin1Char(':'), 2, 2) + text.mid(text.lastIndexOf(QLatin1String(" ["))));
+    QCOMPARE(rules,
+             (QStringList{QStringLiteral("1 [repeated-member]"), QStringLiteral("3 [stray-text]"),
+                          QStringLiteral("5 [repeated-alternative]"), QStringLiteral("8 [element-in-value]")}));
+    QCOMPARE(run.status, 1);
+    QVERIFY(!m_workshop->files().contains(QStringLiteral("out.json")));
 }
 
 void ToolConvertTest::exactConversionAcceptsWhatACommentAccepts()

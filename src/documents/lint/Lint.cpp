@@ -34,7 +34,9 @@ LintOptions LintOptions::lostByReading()
 {
     const QStringList wanted = {QStringLiteral("not-a-number"), QStringLiteral("number-out-of-range"),
                                 QStringLiteral("not-a-boolean"), QStringLiteral("unknown-attribute"),
-                                QStringLiteral("unknown-element")};
+                                QStringLiteral("unknown-element"), QStringLiteral("repeated-member"),
+                                QStringLiteral("repeated-alternative"), QStringLiteral("stray-text"),
+                                QStringLiteral("element-in-value")};
     LintOptions options;
     for (const LintRule &rule : lintRules()) {
         if (!wanted.contains(rule.name))

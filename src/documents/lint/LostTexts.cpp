@@ -12,12 +12,15 @@ namespace TunerDocuments {
 
 namespace {
 
-/// A version is lost as well: it is not a part of the description.
+/// A version is lost as well: it is not a part of the description. What UnreadParts finds is left to it, since it knows
+/// the text that is lost.
 LintOptions rulesAboutLosses()
 {
     LintOptions options = LintOptions::lostByReading();
     options.disabled.removeAll(QStringLiteral("unknown-version"));
     options.disabled.removeAll(QStringLiteral("reset-by-version"));
+    options.disabled += {QStringLiteral("repeated-member"), QStringLiteral("repeated-alternative"),
+                         QStringLiteral("stray-text"), QStringLiteral("element-in-value")};
     return options;
 }
 
