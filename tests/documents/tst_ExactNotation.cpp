@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QTest>
 
+#include "Rows.h"
 #include "documents/values/ExactNotation.h"
 
 using namespace TunerDocuments;
@@ -18,11 +19,8 @@ private Q_SLOTS:
 
 void ExactNotationTest::notationsAreCompared_data()
 {
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<QString>("written");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("isExact");
-    const auto row = [](MemberKind kind, const char *written, const char *typed, bool isExact) {
+    const Rows<int, QString, QString, bool> rows("kind", "written", "typed", "isExact");
+    const auto row = [&](MemberKind kind, const char *written, const char *typed, bool isExact) {
         const QByteArray title =
             QByteArray(written) + (isExact ? " is " : " is not ") + typed + " as kind " + QByteArray::number(int(kind));
         QTest::newRow(title.constData()) << int(kind) << QString::fromUtf8(written) << QString::fromUtf8(typed)

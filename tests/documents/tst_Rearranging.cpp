@@ -458,14 +458,13 @@ void RearrangingTest::documentBecomesAnotherOneInItsOwnSpelling()
 // The last alternative in the text is the one that is chosen.
 void RearrangingTest::alternativesThatAreNotChosenAreWrittenBeforeTheChosenOne_data()
 {
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("result");
+    const Rows<QByteArray, QByteArray> rows("before", "result");
     const auto withItems = [](QByteArray items) {
         items.replace("<I", "<ValueInt id=\"i\" value=").replace("<F", "<ValueFloat id=\"i\" value=");
         return document("\n <Component>\n  <Node id=\"n\">\n" + items + "  </Node>\n </Component>\n");
     };
     const auto row = [&](const char *title, const QByteArray &before, const QByteArray &result) {
-        QTest::newRow(title) << withItems(before) << withItems(result);
+        rows(title, withItems(before), withItems(result));
     };
     const QByteArray one = "   <ValueItem>\n    <I\"1\"/> <!-- 1 -->\n   </ValueItem>\n";
     const QByteArray two = "   <ValueItem>\n    <F\"2\"/>\n    <I\"1\"/> <!-- 1 -->\n   </ValueItem>\n";
@@ -502,7 +501,7 @@ void RearrangingTest::quantityThatAnOlderVersionSetsIsUnset()
     QCOMPARE(edited("{\"TunerProperties\":{}}", [&](Editor &editor) { editor.become(other); }),
              QByteArray("{\"TunerProperties\":{\"name\": \"n\", \"unset\": {\"quantity\":1}}}"));
     QCOMPARE(edited("<TunerProperties/>", [&](Editor &editor) { editor.become(other); }),
-             QByteArray("d.xml: cannot edit the document in place: quantity: 1 (not set) becomes 1"));
+             QByteArray("d.xml: cannot edit the document in place: quantity: 1 (not set) would be read as 1"));
 }
 
 namespace {
