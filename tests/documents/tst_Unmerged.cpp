@@ -95,7 +95,8 @@ void UnmergedTest::contentThatOnlyTheirsHasIsLost_data()
         "t:5:23: Component[type=A,name=a]/Node[id=n]: unknown attribute 'v:id' of Node; it is ignored; did you mean "
         "'id'? [unknown-attribute]");
     row("attribute of a value", "<MaxBandwidth>", "<MaxBandwidth unit=\"kHz\">",
-        "t:3:51: BandwidthSelection[Name=w]: there is an attribute in a value, which would be lost");
+        "t:3:51: BandwidthSelection[Name=w]/MaxBandwidth: unknown attribute 'unit' of MaxBandwidth; it is ignored "
+        "[unknown-attribute]");
     row("element in a value", ">5<", ">5<b/><",
         "t:3:52: BandwidthSelection[Name=w]: there is an element in a value, which would be lost");
     row("text in an object", "<ValueItem><ValueFloat", "<ValueItem>\n text <ValueFloat",

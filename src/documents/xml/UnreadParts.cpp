@@ -110,13 +110,6 @@ void UnreadParts::visitValue(const XmlPlaces::Value &value, const MemberView &me
 void UnreadParts::visitPlainValue(int element, const MemberView &member)
 {
     const XmlMarkup::Element &tag = m_markup.elements().at(element);
-    for (int i = tag.firstAttribute; i < tag.firstAttribute + tag.attributeCount; ++i) {
-        const XmlMarkup::Attribute &attribute = m_markup.attributes().at(i);
-        if (!bytes(attribute.name).startsWith("xmlns"))
-            report(UnreadPart::Content, attribute.name.begin,
-                   QStringLiteral("there is an attribute in a value, which would be lost"), bytes(attribute.whole()),
-                   member.GetName());
-    }
     if (tag.next != element + 1) {
         const XmlMarkup::Element &nested = m_markup.elements().at(element + 1);
         report(UnreadPart::Content, nested.startTag.begin,

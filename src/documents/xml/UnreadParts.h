@@ -20,7 +20,7 @@ struct UnreadPart
 {
     /// What it is.
     enum Kind {
-        Content, ///< a text, an element or an attribute where none is read
+        Content, ///< a text or an element where none is read, or an attribute of another namespace
         EarlierValue, ///< a value of a member that has another one later, which counts
         SecondObject, ///< of a member that is read from both
         SecondAlternative, ///< of an item, which keeps both and has chosen the last one
@@ -34,8 +34,8 @@ struct UnreadPart
     QString member{}; ///< the member of that object; null if the object as a whole is concerned
 };
 
-/// Finds these parts, apart from unknown elements and from unknown attributes without a prefix, which rules of lint()
-/// find.
+/// Finds these parts, apart from unknown elements, attributes of values and unknown attributes without a prefix, which
+/// rules of lint() find.
 class UnreadParts
 {
 public:
