@@ -76,10 +76,10 @@ public:
     /// Adds an item to a list, and returns it.
     Json &append(Json &&value);
 
-    /// Adds a member to an object, which has none of that key, and returns its value.
+    /// Adds a member to an object, and returns its value. find() returns the first one of a key.
     Json &insert(const QByteArray &key, Json &&value);
 
-    /// The value of that key in an object; null if there is none.
+    /// The first value of that key in an object; null if there is none.
     const Json *find(const QByteArray &key) const;
 
     /// \name Its place in the text that it was read from
@@ -100,6 +100,10 @@ public:
         m_textEnd = textEnd;
     }
     /// @}
+
+    /// Whether it is a member of an object that has another one of that key before it.
+    bool isDuplicate() const { return m_isDuplicate; }
+    void setDuplicate() { m_isDuplicate = true; } ///< for the reader of texts
 
 private:
     const JsonVariant &variant() const { return *this; }
@@ -129,6 +133,7 @@ private:
         return std::holds_alternative<T>(variant());
     }
 
+    bool m_isDuplicate = false; // also in the padding
     quint32 m_memberBegin = 0;
     quint32 m_textBegin = 0;
     quint32 m_textEnd = 0;

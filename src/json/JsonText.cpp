@@ -2,7 +2,9 @@
 #include "json/JsonText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <limits>
 
 #include <QRegularExpression>
 
@@ -11,6 +13,7 @@
 #include "text/ExactNumber.h"
 #include "text/Printable.h"
 #include "text/TextLocation.h"
+#include "json/Overflows.h"
 
 using Parser = nlohmann::json;
 
@@ -65,8 +68,9 @@ int tokenBegin(const QByteArray &parseError)
 }
 
 /// "... last read: 'what was read of the token'; expected ...", "number overflow parsing 'the number'". The error is at
-/// the end of the token, which may be as long as the document.
-QString withShortToken(const QByteArray &parseError)
+/// the end of the token, which may be as long as the document. `spelling` returns the token as it is in the document.
+template <class Spelling>
+QString withShortToken(const QByteArray &parseError, Spelling spelling)
 {
     const int begin = tokenBegin(parseError);
     if (begin < 0)
@@ -76,7 +80,7 @@ QString withShortToken(const QByteArray &parseError)
     const bool hasExpected = expected >= begin && parseError.size() - expected <= longestEnd;
     const int end = hasExpected ? expected : parseError.size() - 1;
     const int size = std::min(end - begin, 4 * mostShown);
-    const QString last = QString::fromUtf8(parseError.mid(end - size, size));
+    const QString last = QString::fromUtf8(spelling(parseError.mid(end - size, size)));
     const bool isWhole = size == end - begin && last.size() <= mostShown;
     return QString::fromUtf8(parseError.left(begin)) + (isWhole ? last : QStringLiteral("...") + last.right(mostShown))
         + QString::fromUtf8(parseError.mid(end));
@@ -114,12 +118,25 @@ private:
     const char **m_furthest;
 };
 
+/// What to do with content that strict JSON does not have, but whose text has a structure.
+enum class Oddities {
+    Refuse,
+    Accept,
+};
+
+/// The parser has read a number that is too large, and cannot continue.
+struct FoundOverflow
+{
+};
+
 /// Builds the value from the events of the parser, and rejects what the parser accepts.
 class Builder
 {
 public:
-    Builder(const QByteArray &text, const char *const &furthest)
-        : m_text(text), m_furthest(furthest), m_tokenEnd(text.constData() + (text.startsWith(byteOrderMark) ? 3 : 0))
+    /// The parser reads `text`, of which all places are. That is `original` unless numbers are replaced.
+    Builder(const QByteArray &text, const QByteArray &original, const char *const &furthest, Oddities oddities)
+        : m_text(text), m_original(original), m_furthest(furthest),
+          m_tokenEnd(text.constData() + (text.startsWith(byteOrderMark) ? 3 : 0)), m_oddities(oddities)
     {
     }
 
@@ -129,7 +146,7 @@ public:
     bool boolean(bool value) { return add(Json(value)); }
     bool number_integer(Parser::number_integer_t value) { return addNumber(Json(qint64(value))); }
     bool number_unsigned(Parser::number_unsigned_t value) { return addNumber(Json(quint64(value))); }
-    bool number_float(Parser::number_float_t value, const std::string &) { return addNumber(Json(value)); }
+    bool number_float(Parser::number_float_t value, const std::string &) { return addNumber(Json(original(value))); }
     bool string(const std::string &value) { return add(Json(QByteArray::fromStdString(value))); }
     bool binary(Parser::binary_t &) { return false; } // does not occur in text
     bool start_object(std::size_t) { return open(Json::emptyObject()); }
@@ -143,8 +160,9 @@ public:
         m_key = QByteArray::fromStdString(name);
         m_keyBegin = nextToken();
         m_tokenEnd = m_furthest;
-        if (object.find(m_key))
-            failHere(QStringLiteral("duplicate member '") + shortened(toString(m_key)) + QLatin1Char('\''));
+        m_isDuplicate = object.find(m_key);
+        if (m_isDuplicate && m_oddities == Oddities::Refuse)
+            failHere(duplicateMember(m_key));
         if (object.members().size() == mostKeys)
             failHere(QStringLiteral("an object has more than %1 members").arg(mostKeys));
         return true;
@@ -152,14 +170,21 @@ public:
 
     bool parse_error(std::size_t position, const std::string &, const Parser::exception &exception)
     {
+        constexpr int overflow = 406;
+        if (exception.id == overflow && m_oddities == Oddities::Accept && !isReplaced())
+            throw FoundOverflow();
         const char *const at = std::min(m_text.constBegin() + position - 1, m_text.constEnd());
         if (at != m_text.constEnd() && *at == '\0')
             refuseNul(at);
         // "[json.exception.parse_error.101] parse error at line 1, column 2: the error"
         static const QRegularExpression around(
             QStringLiteral(R"(^\[[^\]]*\] (?:parse error at line \d+, column \d+: )?)"));
+        const int end = std::min(int(position), m_text.size());
+        const auto spelling = [&](const QByteArray &token) {
+            return isReplaced() ? Overflows::originalToken(token, m_original, end) : token;
+        };
         // The position counts the characters that were read, and the end of the text as one more.
-        fail(at, withShortToken(exception.what()).remove(around));
+        fail(at, withShortToken(exception.what(), spelling).remove(around));
     }
 
     /// The parser treats a NUL byte as the end of the text.
@@ -171,6 +196,19 @@ public:
     }
 
 private:
+    bool isReplaced() const { return &m_text != &m_original; }
+
+    /// The number that the parser has just read, or infinity if it was replaced by a smaller one.
+    double original(double value) const
+    {
+        if (!isReplaced())
+            return value;
+        const char *const begin = nextToken();
+        const auto size = std::size_t(endOfNumber() - begin);
+        const bool isSame = std::memcmp(begin, m_original.constData() + offsetOf(begin), size) == 0;
+        return isSame ? value : std::copysign(std::numeric_limits<double>::infinity(), value);
+    }
+
     /// Reports an error at the last character that was read.
     [[noreturn]] void failHere(const QString &message) const { fail(m_furthest - 1, message); }
 
@@ -188,12 +226,14 @@ private:
     /// Adds a value that ends where the parser has read to.
     bool add(Json &&value) { return add(std::move(value), m_furthest); }
 
+    bool addNumber(Json &&value) { return add(std::move(value), endOfNumber()); }
+
     /// The parser has read one character more than the number, unless the text ends with it.
-    bool addNumber(Json &&value)
+    const char *endOfNumber() const
     {
         const char last = m_furthest[-1];
         const bool endsText = m_furthest == m_text.constEnd() && last >= '0' && last <= '9';
-        return add(std::move(value), endsText ? m_furthest : m_furthest - 1);
+        return endsText ? m_furthest : m_furthest - 1;
     }
 
     bool add(Json &&value, const char *end)
@@ -208,6 +248,8 @@ private:
         Json *const parent = m_open.empty() ? nullptr : m_open.back();
         const bool isMember = parent && parent->isObject();
         value.setPlace(offsetOf(isMember ? m_keyBegin : begin), offsetOf(begin), offsetOf(end));
+        if (isMember && m_isDuplicate)
+            value.setDuplicate();
         if (!parent)
             return m_result = std::move(value);
         return isMember ? parent->insert(m_key, std::move(value)) : parent->append(std::move(value));
@@ -243,13 +285,26 @@ private:
     }
 
     const QByteArray &m_text;
+    const QByteArray &m_original;
     const char *const &m_furthest;
     Json m_result;
     std::vector<Json *> m_open;
     QByteArray m_key;
     const char *m_keyBegin = nullptr;
     const char *m_tokenEnd; // of the last key, value or bracket
+    const Oddities m_oddities;
+    bool m_isDuplicate = false; // the last key
 };
+
+Json parsed(const QByteArray &text, const QByteArray &original, Oddities oddities)
+{
+    const char *furthest = text.constData();
+    Builder builder(text, original, furthest, oddities);
+    Parser::sax_parse(TrackingIterator(text.constData(), &furthest),
+                      TrackingIterator(text.constData() + text.size(), &furthest), &builder);
+    builder.refuseNulAfterEnd();
+    return builder.takeResult();
+}
 
 std::string number(double value)
 {
@@ -417,12 +472,17 @@ QByteArray printed(const Json &value, bool pretty)
 
 Json parse(const QByteArray &utf8)
 {
-    const char *furthest = utf8.constData();
-    Builder builder(utf8, furthest);
-    Parser::sax_parse(TrackingIterator(utf8.constData(), &furthest),
-                      TrackingIterator(utf8.constData() + utf8.size(), &furthest), &builder);
-    builder.refuseNulAfterEnd();
-    return builder.takeResult();
+    return parsed(utf8, utf8, Oddities::Refuse);
+}
+
+Json parseLeniently(const QByteArray &utf8)
+{
+    try {
+        return parsed(utf8, utf8, Oddities::Accept);
+    } catch (const FoundOverflow &) {
+        const QByteArray readable = Overflows::replaced(utf8);
+        return parsed(readable, utf8, Oddities::Accept);
+    }
 }
 
 QByteArray pretty(const Json &value)
@@ -460,6 +520,11 @@ QString toString(const QByteArray &utf8)
         marks += QChar(QChar::ByteOrderMark);
     const QString text = QString::fromUtf8(rest, int(utf8.constEnd() - rest));
     return marks.isEmpty() ? text : marks + text;
+}
+
+QString duplicateMember(const QByteArray &key)
+{
+    return QStringLiteral("duplicate member '%1'").arg(shortened(toString(key)));
 }
 
 QString shortened(const QString &text)

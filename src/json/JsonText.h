@@ -41,9 +41,13 @@ private:
 namespace JsonText {
 
 /// Returns the value, each part of which knows its place in the text. Throws JsonFailure for anything but JSON, for an
-/// object with a duplicate key, and for nesting or objects larger than any document has, so that processing the result
-/// needs little stack and time.
+/// object with a duplicate key, a number that is too large for a double, and for nesting or objects larger than any
+/// document has, so that processing the result needs little stack and time.
 Json parse(const QByteArray &utf8);
+
+/// The same, for a reader that lists everything that is wrong with a document: an object may have duplicate keys, see
+/// Json::isDuplicate(), and a number may be too large for a double, and is infinite then.
+Json parseLeniently(const QByteArray &utf8);
 
 /// Returns the value indented by two spaces; a list or object of little more than plain values is on one line if it
 /// fits. The text ends with a line feed.
@@ -62,6 +66,9 @@ Json fromString(const QString &text);
 
 /// The text of a JSON string, unchanged.
 QString toString(const QByteArray &utf8);
+
+/// The message on a member of an object that has another one of that key.
+QString duplicateMember(const QByteArray &key);
 
 /// The beginning of a long text, for messages, whose size must not depend on the size of the document.
 QString shortened(const QString &text);

@@ -35,6 +35,8 @@ private Q_SLOTS:
     void everyMemberOfADocumentIsFoundInItsText();
     void problemsHaveTheirPlacesInTextAndDocument();
     void textThatIsNotJsonIsOneUnreadableProblem();
+    void duplicatesAndNumbersThatAreTooLargeAreListedWithTheOthers();
+    void manyNumbersThatAreTooLargeTakeLinearTime();
     void problemsBeyondTheMostAreCounted();
     void aProblemForEveryFewBytesTakesLinearTime();
     void failedReadingKeepsTheDocument();
@@ -454,13 +456,63 @@ void JsonFormTest::problemsHaveTheirPlacesInTextAndDocument()
 
 void JsonFormTest::textThatIsNotJsonIsOneUnreadableProblem()
 {
-    const QVector<JsonProblem> problems = problemsOf("{\"TunerProperties\":\n {\"name\": 7, \"name\": 8}}");
+    const QVector<JsonProblem> problems = problemsOf("{\"TunerProperties\":\n {\"name\": 7, \"name\" 8}}");
     QCOMPARE(problems.size(), 1);
     QVERIFY(problems[0].isUnreadable);
     QCOMPARE(problems[0].line, 2);
-    QCOMPARE(problems[0].column, 19); // the end of the key
-    QCOMPARE(problems[0].message, QStringLiteral("duplicate member 'name'"));
+    QCOMPARE(problems[0].column, 21);
+    QCOMPARE(problems[0].message,
+             QStringLiteral("syntax error while parsing object separator - unexpected number literal; "
+                            "expected ':'"));
     QVERIFY(problems[0].path.isEmpty() && problems[0].steps.isEmpty() && problems[0].member.isNull());
+}
+
+void JsonFormTest::duplicatesAndNumbersThatAreTooLargeAreListedWithTheOthers()
+{
+    const QVector<JsonProblem> problems = problemsOf(R"({"TunerProperties": {"quantity": 1e400, "Component": [
+        {"name": "c", "type": "t", "Node": [{"id": "n", "id": "m", "ValueItem": [
+            {"ValueFloat": {"id": "i", "value": -1e400, "value": "x", "Value": "1", "value": 3}},
+            {"ValueInt": {"id": "j", "value": 1.5}, "ValueInt": {"value": {"a": 1e999}}}]}]}], "quantity": 1}})");
+    QStringList texts;
+    for (const JsonProblem &problem : problems)
+        texts +=
+            QStringLiteral("%1:%2 [%3] %4").arg(problem.line).arg(problem.column).arg(problem.path, problem.message);
+    const QString component = QStringLiteral("Component[type=t,name=c]/Node[id=n]");
+    const QString value = component + QStringLiteral("/ValueItem[id=i]/ValueFloat");
+    QCOMPARE(texts,
+             QStringList(
+                 {QStringLiteral("1:34 [quantity] '1e400' is not a whole number"),
+                  QStringLiteral("2:57 [%1] duplicate member 'id'").arg(component),
+                  QStringLiteral("3:49 [%1/value] '-1e400' is out of range; expected "
+                                 "-3.4028235e+38 to 3.4028235e+38")
+                      .arg(value),
+                  QStringLiteral("3:57 [%1] duplicate member 'value'").arg(value),
+                  QStringLiteral("3:71 [%1] unknown member 'Value' of ValueFloat; did you mean 'value'?").arg(value),
+                  QStringLiteral("3:85 [%1] duplicate member 'value'").arg(value),
+                  QStringLiteral("4:47 [%1/ValueItem[id=j]/ValueInt/value] '1.5' is not a whole number").arg(component),
+                  QStringLiteral("4:53 [%1/ValueItem[id=j]] duplicate member 'ValueInt'").arg(component),
+                  QStringLiteral("4:96 [] duplicate member 'quantity'")}));
+    QVERIFY(std::none_of(problems.begin(), problems.end(), [](const JsonProblem &one) { return one.isUnreadable; }));
+    QCOMPARE(problems[1].value, QStringLiteral("id"));
+    QCOMPARE(problems[2].member, QStringLiteral("value"));
+}
+
+// The parser gives up at each of them.
+void JsonFormTest::manyNumbersThatAreTooLargeTakeLinearTime()
+{
+    const auto timeOf = [](int items) {
+        const QByteArray json =
+            R"({"TunerProperties": {"Component": [)" + QByteArray("1e400,\n").repeated(items) + "{}]}}";
+        const std::clock_t start = std::clock(); // of this process alone
+        TunerProperties document;
+        if (JsonForm::read(document, json) != items)
+            qFatal("not every number is a problem");
+        return qint64(std::clock() - start);
+    };
+    timeOf(100);
+    const qint64 few = timeOf(10'000);
+    const qint64 many = timeOf(100'000);
+    QVERIFY2(many < 40 * few, qPrintable(QStringLiteral("%1 and %2 ticks").arg(few).arg(many)));
 }
 
 void JsonFormTest::problemsBeyondTheMostAreCounted()

@@ -38,7 +38,7 @@ QByteArray singleAlternative(Members &members, const Json &json)
     int count = 0;
     for (const Json::Member &entry : json.members()) {
         const MemberEditor *const member = members.find(entry.key);
-        if (!member || member->GetKind() != MemberKind::Alternative)
+        if (!member || member->GetKind() != MemberKind::Alternative || entry.value.isDuplicate())
             continue;
         single = entry.key;
         ++count;

@@ -87,6 +87,8 @@ private:
         if (!m_whole.isObject())
             return;
         for (const Json::Member &entry : m_whole.members()) {
+            if (refuseDuplicate(document, entry))
+                continue;
             if (&entry.value == members)
                 readDocument(*members, document);
             else if (entry.key == schemaKey)
@@ -127,6 +129,8 @@ private:
         const Choice choice(members, json);
         const Json *const unset = json.find(unsetKey);
         for (const Json::Member &entry : json.members()) {
+            if (refuseDuplicate(place, entry))
+                continue;
             if (&entry.value == unset)
                 readUnset(members, json, *unset, choice, object, place);
             else if (place.isDocument() && !m_isPart && entry.key == versionKey)
@@ -147,6 +151,8 @@ private:
         if (!unset.isObject())
             return m_problems.refuse({place, QLatin1String(unsetKey)}, unset, "is not an object");
         for (const Json::Member &entry : unset.members()) {
+            if (refuseDuplicate(place, entry))
+                continue;
             MemberEditor *const member = members.find(entry.key);
             if (!member) {
                 refuseUnknown(place, entry, object.GetObjectName(), [&] { return members.names(); });
@@ -163,6 +169,17 @@ private:
                 member->SetFlag(false);
             }
         }
+    }
+
+    /// Returns whether the object has another member of that key before it.
+    bool refuseDuplicate(const Place &place, const Json::Member &entry)
+    {
+        if (!entry.value.isDuplicate())
+            return false;
+        m_problems.report({place}, entry.value.memberBegin(), [&] {
+            return Description{JsonText::duplicateMember(entry.key), JsonText::shortened(beginning(entry.key))};
+        });
+        return true;
     }
 
     template <class Names>
@@ -236,7 +253,7 @@ qint64 read(TunerProperties &document, const QByteArray &utf8, const JsonProblem
 {
     Json whole;
     try {
-        whole = JsonText::parse(utf8);
+        whole = JsonText::parseLeniently(utf8);
     } catch (const JsonFailure &failure) {
         JsonProblem problem;
         problem.message = failure.message();
