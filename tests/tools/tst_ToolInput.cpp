@@ -43,6 +43,10 @@ private Q_SLOTS:
     void specialFilesOptionReadsPipesAndDevices();
     void aPipeInTheFolderOfOutputsIsNotOpened();
     void twoPipesCanBeCompared();
+    void pipesAndDevicesAreNotChangedInPlace_data();
+    void pipesAndDevicesAreNotChangedInPlace();
+    void aPipeIsReadIfTheResultIsWrittenElsewhere();
+    void aFormattedPipeIsNotWrittenTo();
     void closedStreamsAreNotUsedAsFiles_data();
     void closedStreamsAreNotUsedAsFiles();
 
@@ -479,6 +483,69 @@ void ToolInputTest::twoPipesCanBeCompared()
     QCOMPARE(run.err, QString());
     QCOMPARE(run.out, QString());
     QCOMPARE(run.status, 0);
+}
+
+void ToolInputTest::pipesAndDevicesAreNotChangedInPlace_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const char *command : {"set %1 name=p", "add %1 Component[type=t]", "remove %1 name", "move %1 Component[1] 1",
+                                "patch %1 changes", "merge a.xml %1 a.xml", "fmt %1"})
+        QTest::newRow(command) << QString::fromLatin1(command);
+}
+
+// Nobody ever opens the other end of the pipe.
+void ToolInputTest::pipesAndDevicesAreNotChangedInPlace()
+{
+    QFETCH(QString, command);
+    m_workshop->write(QStringLiteral("a.xml"), smallXml);
+    m_workshop->write(QStringLiteral("changes"), "");
+    QCOMPARE(mkfifo(QFile::encodeName(m_workshop->path(QStringLiteral("pipe"))).constData(), 0600), 0);
+    for (const char *const name : {"pipe", "/dev/null", "/dev/stdin"}) {
+        const QString file = QString::fromLatin1(name);
+        const Run run = m_workshop->shell(QStringLiteral("cat a.xml | \"$tool\" ") + command.arg(file));
+        QCOMPARE(run.err,
+                 QStringLiteral("tunerproperties: %1: not a regular file, so it cannot be changed in place; use - to "
+                                "read standard input and write standard output\n")
+                     .arg(file));
+        QCOMPARE(run.out, QString());
+        QCOMPARE(run.status, 3);
+    }
+}
+
+void ToolInputTest::aPipeIsReadIfTheResultIsWrittenElsewhere()
+{
+    m_workshop->write(QStringLiteral("a.xml"), smallXml);
+    m_workshop->write(QStringLiteral("b.xml"), QByteArray(smallXml).replace("\"b\"", "\"R2\""));
+    const QByteArray fromPipe = QByteArrayLiteral("mkfifo pipe; cat a.xml > pipe & \"$tool\" %1; wait");
+    const auto run = [&](const char *command) {
+        QFile::remove(m_workshop->path(QStringLiteral("pipe")));
+        return m_workshop->shell(QString::fromLatin1(QByteArray(fromPipe).replace("%1", command)));
+    };
+    const Run dry = run("set --dry-run pipe baseresource=R2");
+    QCOMPARE(dry.out + dry.err, QStringLiteral("~ baseresource: \"b\" -> \"R2\"\n"));
+    QCOMPARE(dry.status, 0);
+    const Run merged = run("merge -o merged.xml a.xml pipe b.xml");
+    QCOMPARE(merged.out + merged.err, QString());
+    QCOMPARE(m_workshop->read(QStringLiteral("merged.xml")), m_workshop->read(QStringLiteral("b.xml")));
+    const Run checked = run("fmt --check pipe");
+    QCOMPARE(checked.out + checked.err, QString());
+    QCOMPARE(checked.status, 0);
+    const Run filtered = m_workshop->shell(QStringLiteral("cat a.xml | \"$tool\" set - baseresource=R2"));
+    QCOMPARE(filtered.bytes, m_workshop->read(QStringLiteral("b.xml")));
+    QCOMPARE(filtered.status, 0);
+}
+
+void ToolInputTest::aFormattedPipeIsNotWrittenTo()
+{
+    m_workshop->write(QStringLiteral("good.xml"), smallXml);
+    const Run run = m_workshop->shell(QStringLiteral("mkfifo pipe; tr -d '\\n' < good.xml > pipe & \"$tool\" fmt "
+                                                     "--special-files good.xml pipe; s=$?; wait; exit $s"));
+    QCOMPARE(
+        run.err,
+        QStringLiteral("tunerproperties: pipe: not a regular file, so it cannot be changed in place; use - to read "
+                       "standard input and write standard output\n"
+                       "tunerproperties: 2 files: 1 unchanged, 1 unwritable\n"));
+    QCOMPARE(run.status, 3);
 }
 
 void ToolInputTest::closedStreamsAreNotUsedAsFiles_data()

@@ -73,17 +73,19 @@ const Option &EditedFile::rewrite()
     return option;
 }
 
-EditedFile::EditedFile(const FileName &name, const Invocation &invocation, const LoadOptions &loading)
-    : m_invocation(invocation), m_input(name),
+EditedFile::EditedFile(const FileName &name, const Invocation &invocation, const LoadOptions &loading,
+                       const FileName &target)
+    : m_invocation(invocation), m_target(target),
+      m_input(name, target.isEmpty() && !invocation.isSet(dryRun()) ? FileKinds::Replaceable : FileKinds::All),
       m_editor(loadDocumentWithBytes(m_input, loading, m_bytes), m_bytes, m_input.shownName())
 {
     if (invocation.isSet(rewrite()))
         m_editor.rewrite();
 }
 
-bool EditedFile::hasFormOf(const FileName &target) const
+bool EditedFile::keepsItsForm() const
 {
-    return formFor(target) == m_editor.document().form;
+    return formToWrite() == m_editor.document().form;
 }
 
 ExitStatus EditedFile::fail(const QString &why) const
@@ -92,38 +94,38 @@ ExitStatus EditedFile::fail(const QString &why) const
     return ExitStatus::Problems;
 }
 
-ExitStatus EditedFile::finish(const FileName &target)
+ExitStatus EditedFile::finish()
 {
     if (!m_invocation.isSet(noValidate()) && hasNewProblems())
         return ExitStatus::Problems;
-    return finishUnchecked(target);
+    return finishUnchecked();
 }
 
-ExitStatus EditedFile::finishUnchecked(const FileName &target)
+ExitStatus EditedFile::finishUnchecked()
 {
     if (m_invocation.isSet(dryRun()))
         return showDifferences();
-    const bool isStream = target.isEmpty() && m_input.name().isStandardStream();
-    if (!m_editor.isChanged() && target.isEmpty() && !isStream)
+    const bool isStream = m_target.isEmpty() && m_input.name().isStandardStream();
+    if (!m_editor.isChanged() && m_target.isEmpty() && !isStream)
         return ExitStatus::Ok;
-    return write(target);
+    return write();
 }
 
-ExitStatus EditedFile::write(const FileName &target)
+ExitStatus EditedFile::write()
 {
-    const Form form = formFor(target);
-    const bool isSameForm = hasFormOf(target);
+    const Form form = formToWrite();
+    const bool isSameForm = keepsItsForm();
     if (m_editor.isChanged() && isSameForm && !m_editor.reasonAgainst().isNull())
         return fail(QStringLiteral("cannot edit the document in place: %1; use %2 to write it anew")
                         .arg(m_editor.reasonAgainst(), rewrite().typed()));
-    const QString name = target.isEmpty() ? shownName() : target.shown();
+    const QString name = m_target.isEmpty() ? shownName() : m_target.shown();
     const QByteArray bytes = !isSameForm ? bytesFor(form, name) : m_editor.isChanged() ? m_editor.toBytes() : m_bytes;
     if (m_editor.isChanged() && isSameForm && !mayBeWritten())
         return ExitStatus::Problems;
-    if (target.isEmpty())
+    if (m_target.isEmpty())
         Output::replace(m_input, bytes);
     else
-        Output::writeWhole(target, bytes);
+        Output::writeWhole(m_target, bytes);
     const QString note = Options::expansionNote(bytes, name);
     if (!note.isNull())
         Console::printError(note);
@@ -168,10 +170,10 @@ ExitStatus EditedFile::showDifferences() const
     return ExitStatus::Ok;
 }
 
-Form EditedFile::formFor(const FileName &target) const
+Form EditedFile::formToWrite() const
 {
     const Form own = m_editor.document().form;
-    if (target.isEmpty() || target.isStandardStream())
+    if (m_target.isEmpty() || m_target.isStandardStream())
         return own;
-    return Forms::bySuffix(QString::fromLatin1(target.bytes())).value_or(own);
+    return Forms::bySuffix(QString::fromLatin1(m_target.bytes())).value_or(own);
 }

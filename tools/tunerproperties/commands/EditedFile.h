@@ -23,8 +23,10 @@ public:
     static const Option &rewrite();
     /// @}
 
-    /// Loads the file. Throws FileFailure.
-    EditedFile(const FileName &name, const Invocation &invocation, const TunerDocuments::LoadOptions &loading);
+    /// Loads the file. The document is written to it, or to `target` if that is not empty. Throws FileFailure, also if
+    /// the file could not be replaced.
+    EditedFile(const FileName &name, const Invocation &invocation, const TunerDocuments::LoadOptions &loading,
+               const FileName &target = {});
 
     QString shownName() const { return m_input.shownName(); }
     TunerDocuments::Editor &editor() { return m_editor; }
@@ -32,32 +34,33 @@ public:
 
     const QByteArray &bytes() const { return m_bytes; } ///< of the file, as it was read
 
-    /// Whether writing to this file, which may be none, keeps the form of the document.
-    bool hasFormOf(const FileName &target) const;
+    /// Whether the document is written in the form that it has.
+    bool keepsItsForm() const;
 
     /// Prints an error that begins with the name of the file.
     ExitStatus fail(const QString &why) const;
 
-    /// Writes the document to its file, or to `target` if that is not empty, in the form of its name. Prints what the
-    /// form cannot store exactly. Writes nothing if nothing has changed.
+    /// Writes the document, to a target in the form of its name. Prints what the form cannot store exactly. Writes
+    /// nothing to its own file if nothing has changed.
     ///
     /// Refuses new problems unless --no-validate is set, and losses by rewriting and documents that cannot be edited in
     /// place unless --rewrite is set; with --dry-run, the differences are printed instead. Throws FileFailure, and the
     /// exceptions of the writers.
-    ExitStatus finish(const FileName &target = {});
+    ExitStatus finish();
 
     /// The same without looking for problems.
-    ExitStatus finishUnchecked(const FileName &target = {});
+    ExitStatus finishUnchecked();
 
 private:
     bool hasNewProblems() const;
     bool mayBeWritten() const;
     QByteArray bytesFor(TunerDocuments::Form form, const QString &name) const;
     ExitStatus showDifferences() const;
-    TunerDocuments::Form formFor(const FileName &target) const;
-    ExitStatus write(const FileName &target);
+    TunerDocuments::Form formToWrite() const;
+    ExitStatus write();
 
     const Invocation &m_invocation;
+    const FileName m_target;
     Input m_input;
     QByteArray m_bytes;
     TunerDocuments::Editor m_editor;

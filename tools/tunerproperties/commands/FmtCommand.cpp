@@ -58,6 +58,8 @@ Plan planOf(const Invocation &invocation)
     plan.kinds = Options::fileKinds(invocation, invocation.count());
     plan.loading = Options::loading(invocation);
     plan.isCheck = invocation.isSet(check());
+    if (!plan.isCheck && invocation.count() == 1 && !invocation.isSet(Options::specialFiles()))
+        plan.kinds = FileKinds::Replaceable;
     Options::checkStandardInput(plan.files);
     const bool hasStream =
         std::any_of(plan.files.begin(), plan.files.end(), [](const FileName &file) { return file.isStandardStream(); });

@@ -87,7 +87,7 @@ ExitStatus run(const Invocation &invocation)
     const QVector<FileName> names = invocation.files();
     Options::checkStandardInput(names);
     const MergeInput base = baseIn(names[0], invocation);
-    EditedFile ours(names[1], invocation, Options::loading(invocation));
+    EditedFile ours(names[1], invocation, Options::loading(invocation), invocation.fileValue(output()));
     Input theirInput(names[2]);
     const MergeInput theirs = readFrom(theirInput, invocation);
     const UnmergedContent unmerged = unmergedContent(base, {ours.editor().document(), ours.bytes()}, theirs);
@@ -96,11 +96,10 @@ ExitStatus run(const Invocation &invocation)
         return ours.fail(
             QStringLiteral("nothing was written; use %1 to merge without this content").arg(allowLosses().typed()));
     const MergeResult result = merge(base.document.tuner, ours.tuner(), theirs.document.tuner);
-    const FileName target = invocation.fileValue(output());
-    if (!ours.hasFormOf(target))
+    if (!ours.keepsItsForm())
         ours.editor().rewrite();
     ours.editor().become(result.document);
-    const ExitStatus status = ours.finishUnchecked(target);
+    const ExitStatus status = ours.finishUnchecked();
     if (status != ExitStatus::Ok)
         return status;
     for (const MergeConflict &conflict : result.conflicts)

@@ -90,7 +90,11 @@ void checkKind(const FileName &name, const struct stat &status, FileKinds kinds)
 {
     if (S_ISDIR(status.st_mode))
         cannotOpen(name, EISDIR);
-    if (kinds == FileKinds::RegularOnly && !S_ISREG(status.st_mode))
+    if (kinds == FileKinds::All || S_ISREG(status.st_mode))
+        return;
+    if (kinds == FileKinds::Replaceable)
+        Input::refuseToReplace(name);
+    else
         throw FileFailure(name.shown()
                           + QStringLiteral(": not a regular file; use --special-files to read it among several files"));
 }
@@ -101,7 +105,7 @@ int open(const FileName &name, FileKinds kinds)
     if (name.isStandardStream())
         return fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0);
     int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY;
-    if (kinds == FileKinds::RegularOnly) {
+    if (kinds != FileKinds::All) {
         // Opening a device may have effects. A pipe may replace the file before it is opened, hence O_NONBLOCK.
         struct stat status = {};
         if (stat(name.bytes().constData(), &status) == 0)
@@ -262,6 +266,13 @@ QByteArray Input::bytes()
     }
     check();
     return bytes;
+}
+
+void Input::refuseToReplace(const FileName &name)
+{
+    throw FileFailure(name.shown()
+                      + QStringLiteral(": not a regular file, so it cannot be changed in place; use - to read standard "
+                                       "input and write standard output"));
 }
 
 void Input::check() const

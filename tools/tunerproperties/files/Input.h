@@ -15,6 +15,7 @@ class QFile;
 enum class FileKinds {
     All,
     RegularOnly,
+    Replaceable, ///< to be replaced by the result: regular files, and standard input, whose result is standard output
 };
 
 /// A file, or standard input for "-", that can be read several times. Input that can be read only once, such as a pipe,
@@ -51,6 +52,9 @@ public:
 
     /// Throws FileFailure if reading file() has failed, or if the file has changed since it was opened.
     void check() const;
+
+    /// Throws FileFailure for a pipe or a device, in which the result would be lost.
+    [[noreturn]] static void refuseToReplace(const FileName &name);
 
 private:
     struct State;

@@ -67,8 +67,10 @@ void Output::writeWhole(const FileName &name, const QByteArray &bytes, FileKinds
 void Output::replace(const Input &input, const QByteArray &bytes, const std::function<void()> &written)
 {
     const QFile *const original = input.original();
+    if (!original && !input.name().isStandardStream())
+        Input::refuseToReplace(input.name());
     if (!original) {
-        writeWhole(input.name(), bytes, FileKinds::All, written);
+        Console::write(bytes);
         return;
     }
     const Interruption::Shield shield;

@@ -18,7 +18,8 @@ void writeWhole(const FileName &name, const QByteArray &bytes, FileKinds kinds =
                 const std::function<void()> &written = {});
 
 /// Writes the bytes to the file that the input was read from, as writeWhole() does. A file is replaced only if it is
-/// still the one that was read and has not changed since, so that no changes of others are lost. Throws FileFailure.
+/// still the one that was read and has not changed since, so that no changes of others are lost. Throws FileFailure,
+/// also for pipes and devices.
 void replace(const Input &input, const QByteArray &bytes, const std::function<void()> &written = {});
 
 } // namespace Output
