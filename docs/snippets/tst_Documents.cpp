@@ -187,6 +187,7 @@ class DocumentSnippets : public QObject
 private Q_SLOTS:
     void anyFormIsConvertedToXml();
     void anErrorHasItsTextAndTheNameOfTheDocument();
+    void contentThatTheFormCannotHoldIsAnErrorOfItsOwn();
     void valuesAreChangedInPlace();
     void itemsAreReplacedInPlace();
     void changesThatCauseProblemsAreRefused();
@@ -223,6 +224,26 @@ void DocumentSnippets::anyFormIsConvertedToXml()
         QCOMPARE(toXml(from, path("again.xml")), QString());
         QCOMPARE(bytesOf(path("again.xml")), scp.toBytes(Form::Xml, QString()));
     }
+}
+
+void DocumentSnippets::contentThatTheFormCannotHoldIsAnErrorOfItsOwn()
+{
+    QString why;
+    Document document;
+    document.tuner.SetValidate(false);
+    document.tuner.Setname(QStringLiteral("bell \a"));
+    //! [UnstorableContent]
+    try {
+        document.save(QStringLiteral("receiver.xml"), Form::Xml);
+    } catch (const UnstorableContent &content) {
+        why = content.text(); // a control character, which XML cannot carry: store it as JSON
+    } catch (const DocumentError &error) {
+        why = error.text(); // the disk is full
+    }
+    //! [UnstorableContent]
+    QCOMPARE(why,
+             QStringLiteral("receiver.xml: a text in or just above line 2 of the document contains a character that "
+                            "XML cannot carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)"));
 }
 
 void DocumentSnippets::anErrorHasItsTextAndTheNameOfTheDocument()

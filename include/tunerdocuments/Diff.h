@@ -92,7 +92,7 @@ TUNERDOCUMENTS_EXPORT void findDifferences(const JobXml::DataObject &first, cons
                                            const std::function<void(const Difference &)> &action);
 
 /// A difference as an object in JSON on one line, without a line feed; see Patch. The manual's page on changes
-/// describes it. Throws DocumentError for a text that JSON cannot represent; its message begins with `name`.
+/// describes it. Throws UnstorableContent for a text that JSON cannot represent; its message begins with `name`.
 TUNERDOCUMENTS_EXPORT QByteArray toJson(const Difference &difference, const QString &name);
 
 } // namespace TunerDocuments

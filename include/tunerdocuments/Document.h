@@ -103,8 +103,8 @@ public:
                               const JobXml::ProblemVisitor &visitor = {});
 
     /// The document in that form. While `tuner` validates, its problems throw as they do in its own operations
-    /// (ReportException). Throws DocumentError, with `name` as the name of the document, if the form cannot hold it at
-    /// all: an incomplete document has no snapshot that can be read back, XML no control characters, and JSON no
+    /// (ReportException). Throws UnstorableContent, with `name` as the name of the document, if the form cannot hold
+    /// it at all: an incomplete document has no snapshot that can be read back, XML no control characters, and JSON no
     /// unpaired surrogates.
     QByteArray toBytes(Form asForm, const QString &name) const;
 

@@ -25,4 +25,18 @@ private:
     QString m_text;
 };
 
+/// Content that cannot be stored as required, although the file could be read: the form cannot hold it, or the text of
+/// the document has no place for it. The text says so in the same way: "receiver.xml: cannot edit the document in
+/// place:
+/// ...".
+class TUNERDOCUMENTS_EXPORT UnstorableContent : public DocumentError
+{
+public:
+    explicit UnstorableContent(const QString &text); ///< the whole text, as for DocumentError
+    /// \cond
+    UnstorableContent(const UnstorableContent &other);
+    ~UnstorableContent() override;
+    /// \endcond
+};
+
 } // namespace TunerDocuments

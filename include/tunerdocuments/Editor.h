@@ -24,9 +24,9 @@ namespace TunerDocuments {
 ///
 /// The other forms are written anew. losses() lists what would then change besides.
 ///
-/// An operation that throws PathFailure, TypedValue::Mismatch or ReportException changes nothing. DocumentError means
-/// that the text has no place for the change; the editor is of no further use then. The text of JSON follows all values
-/// that were set at once, when it is required: toBytes(), losses() and operations on items throw that then.
+/// An operation that throws PathFailure, TypedValue::Mismatch or ReportException changes nothing. UnstorableContent
+/// means that the text has no place for the change; the editor is of no further use then. The text of JSON follows all
+/// values that were set at once, when it is required: toBytes(), losses() and operations on items throw that then.
 class TUNERDOCUMENTS_EXPORT Editor
 {
 public:
@@ -110,10 +110,10 @@ public:
     void rewrite();
 
     /// What toBytes() would not write although the document has it. For set() and unset(), apart from what was changed.
-    /// Throws DocumentError if the text of JSON cannot follow what was set.
+    /// Throws UnstorableContent if the text of JSON cannot follow what was set.
     QVector<Loss> losses() const;
 
-    /// The changed document in its form. Throws DocumentError if the form cannot hold it, or if its text cannot be
+    /// The changed document in its form. Throws UnstorableContent if the form cannot hold it, or if its text cannot be
     /// edited so that it reads as the description.
     QByteArray toBytes() const;
 

@@ -23,7 +23,7 @@ namespace TunerDocuments {
 /// from `bytes`, values and problems.
 ///
 /// `name` is what messages call the document, and its suffix may determine the form. Throws what Document::fromBytes()
-/// throws, and DocumentError if the text cannot be laid out without changing what is read from it, or only in many
+/// throws, and UnstorableContent if the text cannot be laid out without changing what is read from it, or only in many
 /// times its size, as with elements nested hundreds of levels deep.
 TUNERDOCUMENTS_EXPORT QByteArray formatted(const QByteArray &bytes, const QString &name,
                                            const LoadOptions &options = {});

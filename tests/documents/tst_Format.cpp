@@ -288,6 +288,9 @@ void FormatTest::encodingStays_data()
     QTest::newRow("UTF-16, little-endian") << QByteArray("UTF-16LE") << mark << QStringLiteral("UTF-16");
     QTest::newRow("UTF-16, big-endian") << QByteArray("UTF-16BE") << mark << QStringLiteral("UTF-16");
     QTest::newRow("UTF-16 without a mark") << QByteArray("UTF-16LE") << QString() << QStringLiteral("UTF-16LE");
+    QTest::newRow("UTF-32, little-endian") << QByteArray("UTF-32LE") << mark << QStringLiteral("UTF-32");
+    QTest::newRow("UTF-32, big-endian") << QByteArray("UTF-32BE") << mark << QStringLiteral("UTF-32");
+    QTest::newRow("UTF-32 without a mark") << QByteArray("UTF-32BE") << QString() << QStringLiteral("UTF-32BE");
     QTest::newRow("ISO 8859-1") << QByteArray("ISO-8859-1") << QString() << QStringLiteral("ISO-8859-1");
     QTest::newRow("Windows-1252") << QByteArray("windows-1252") << QString() << QStringLiteral("windows-1252");
 }

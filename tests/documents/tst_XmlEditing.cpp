@@ -309,6 +309,9 @@ void XmlEditingTest::encodingStays_data()
     QTest::newRow("UTF-16, little-endian") << QByteArray("UTF-16LE") << true;
     QTest::newRow("UTF-16, big-endian") << QByteArray("UTF-16BE") << true;
     QTest::newRow("UTF-16 without a mark") << QByteArray("UTF-16LE") << false;
+    QTest::newRow("UTF-32, little-endian") << QByteArray("UTF-32LE") << true;
+    QTest::newRow("UTF-32, big-endian") << QByteArray("UTF-32BE") << true;
+    QTest::newRow("UTF-32 without a mark") << QByteArray("UTF-32LE") << false;
     QTest::newRow("Latin-1") << QByteArray("ISO-8859-1") << false;
     QTest::newRow("Windows") << QByteArray("windows-1252") << false;
 }
@@ -318,8 +321,8 @@ void XmlEditingTest::encodingStays()
     QFETCH(QByteArray, encoding);
     QFETCH(bool, hasMark);
     const auto encoded = [&](const QString &value) {
-        const QString declared =
-            encoding.startsWith("UTF-16") ? QStringLiteral("UTF-16") : QString::fromLatin1(encoding);
+        const bool hasByteOrder = encoding.endsWith("LE") || encoding.endsWith("BE");
+        const QString declared = QString::fromLatin1(hasByteOrder ? encoding.chopped(2) : encoding);
         const QString text = (hasMark ? QString(QChar(QChar::ByteOrderMark)) : QString())
             + QStringLiteral("<?xml version='1.0' encoding='%1'?>\r\n<TunerProperties Version='1.1' name='%2'/>")
                   .arg(declared, value);
@@ -390,7 +393,7 @@ void XmlEditingTest::characterThatXmlLacksIsRefused()
     try {
         editor.set(QStringLiteral("name"), QStringLiteral("a\u0001"));
         QFAIL("it was accepted");
-    } catch (const DocumentError &error) {
+    } catch (const UnstorableContent &error) {
         QCOMPARE(error.text(),
                  QStringLiteral("d.xml: cannot edit the document in place: XML cannot carry the character U+0001"));
     }

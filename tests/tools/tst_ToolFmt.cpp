@@ -294,7 +294,7 @@ void ToolFmtTest::unreadableFilesAreErrorsAndStay_data()
     row("nested too deeply",
         "<TunerProperties>" + QByteArray("<a>").repeated(1000) + QByteArray("</a>").repeated(1000)
             + "</TunerProperties>",
-        "3\ntunerproperties: a.xml: cannot format the document: its elements are nested too deeply\n");
+        "1\ntunerproperties: a.xml: cannot format the document: its elements are nested too deeply\n");
 }
 
 void ToolFmtTest::unreadableFilesAreErrorsAndStay()

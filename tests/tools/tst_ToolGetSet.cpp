@@ -38,6 +38,9 @@ private Q_SLOTS:
     void identifyingMembersCanBeChanged();
     void kindOfValueCanBeChanged();
     void unreadableSnapshotIsNotWritten();
+    void aValueThatTheFormCannotHoldIsAProblem_data();
+    void aValueThatTheFormCannotHoldIsAProblem();
+    void infinityIsWrittenAsReadersKnowIt();
     void standardInputIsWrittenToStandardOutput();
     void membersCanBeUnset();
     void dataThatLintFindsCanBePrintedChangedAndRemoved();
@@ -505,6 +508,61 @@ void ToolGetSetTest::kindOfValueCanBeChanged()
              QStringLiteral("0.5\n"));
 }
 
+namespace {
+
+constexpr char withBandwidth[] =
+    "<TunerProperties Version='1.1' type='SCP' baseresource='b'>\n"
+    "  <StartupModes><StartupMode>DF</StartupMode></StartupModes>\n"
+    "  <BandwidthSelection><Name>w</Name><MaxBandwidth>1.5</MaxBandwidth></BandwidthSelection>\n"
+    "</TunerProperties>\n";
+
+} // namespace
+
+void ToolGetSetTest::aValueThatTheFormCannotHoldIsAProblem_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *arguments, const char *error) {
+        QTest::newRow(arguments) << line(arguments) << QString::fromUtf8(error);
+    };
+    row("set a.xml StartupModes/StartupMode=",
+        "cannot edit the document in place: StartupMode: [] would be read as (not set)");
+    row("set a.xml MaxFFPDelay=18446744073709551615",
+        "cannot edit the document in place: MaxFFPDelay: 18446744073709551615 would be read as 0");
+    row("set a.xml name=\001", "cannot edit the document in place: XML cannot carry the character U+0001");
+    row("set --rewrite a.xml name=\001",
+        "a text in or just above line 2 of the document contains a character that XML cannot carry (a control "
+        "character, U+FFFE, U+FFFF or half a surrogate pair)");
+}
+
+void ToolGetSetTest::aValueThatTheFormCannotHoldIsAProblem()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    m_workshop->write(QStringLiteral("a.xml"), withBandwidth);
+    const Run run = m_workshop->run(arguments);
+    QCOMPARE(run.err, QStringLiteral("tunerproperties: a.xml: ") + error + QLatin1Char('\n'));
+    QCOMPARE(run.status, 1);
+    QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray(withBandwidth));
+}
+
+void ToolGetSetTest::infinityIsWrittenAsReadersKnowIt()
+{
+    const QString path = QStringLiteral("BandwidthSelection[1]/MaxBandwidth");
+    for (const auto &[typed, written] :
+         {std::pair("infinity", "inf"), std::pair("Infinity", "inf"), std::pair("-infinity", "-inf"),
+          std::pair("INF", "inf"), std::pair("NAN", "nan")}) {
+        m_workshop->write(QStringLiteral("a.xml"), withBandwidth);
+        const Run run = m_workshop->run({QStringLiteral("set"), QStringLiteral("--no-validate"),
+                                         QStringLiteral("a.xml"), path, QString::fromLatin1(typed)});
+        QCOMPARE(run.err, QString());
+        QCOMPARE(run.status, 0);
+        QCOMPARE(m_workshop->read(QStringLiteral("a.xml")), QByteArray(withBandwidth).replace("1.5", written));
+        QCOMPARE(m_workshop->run({QStringLiteral("get"), QStringLiteral("a.xml"), path}).out,
+                 QString::fromLatin1(written) + QLatin1Char('\n'));
+    }
+}
+
 // A snapshot omits the chosen value if it is not set, but its reader expects it.
 void ToolGetSetTest::unreadableSnapshotIsNotWritten()
 {
@@ -516,7 +574,7 @@ void ToolGetSetTest::unreadableSnapshotIsNotWritten()
     QCOMPARE(run.err,
              QStringLiteral("tunerproperties: half.tps: cannot write a snapshot that reads back unchanged, since the "
                             "document is incomplete\n"));
-    QCOMPARE(run.status, 3);
+    QCOMPARE(run.status, 1);
     QCOMPARE(m_workshop->read(QStringLiteral("half.tps")), QByteArray("as it was"));
     QCOMPARE(m_workshop->run(line("convert --no-validate half.json half.xml")).status, 0);
 }
@@ -711,7 +769,7 @@ void ToolGetSetTest::valueThatTheFormCannotStorePreventsTheChange()
     QCOMPARE(large.err,
              QStringLiteral("tunerproperties: small.xml: cannot edit the document in place: MaxFFPDelay: "
                             "9223372036854775808 would be read as 0\n"));
-    QCOMPARE(large.status, 3);
+    QCOMPARE(large.status, 1);
     QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), xml);
     QCOMPARE(m_workshop->run(line("set small.xml MaxFFPDelay 9223372036854775807")).err, QString());
 }
@@ -803,7 +861,7 @@ void ToolGetSetTest::failedWritingKeepsTheFile()
     const Run run = m_workshop->run(
         {QStringLiteral("set"), QStringLiteral("small.xml"), QStringLiteral("name"), QStringLiteral("a\x01z")});
     QVERIFY(run.err.startsWith(QStringLiteral("tunerproperties: small.xml: ")));
-    QCOMPARE(run.status, 3);
+    QCOMPARE(run.status, 1);
     QCOMPARE(m_workshop->read(QStringLiteral("small.xml")), QByteArray(smallXml));
     QCOMPARE(m_workshop->files(), QStringList({QStringLiteral("f.json"), QStringLiteral("small.xml")}));
 }

@@ -259,7 +259,7 @@ QByteArray toJson(const Difference &difference, const QString &name)
         return JsonText::compact(ChangeLine::compose(difference));
     } catch (const JsonFailure &failure) {
         const QString text = difference.path.isEmpty() ? name : name + QStringLiteral(": ") + difference.path;
-        throw DocumentError(failure.text(text));
+        throw UnstorableContent(failure.text(text));
     }
 }
 

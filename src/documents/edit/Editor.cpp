@@ -2,6 +2,7 @@
 #include <tunerdocuments/Editor.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <set>
 #include <tuple>
@@ -135,7 +136,9 @@ public:
         store(target, value);
         if (isUnchanged)
             return;
-        const bool isTyped = kind != MemberKind::EnumerationList && kind != MemberKind::Text;
+        // Not every reader knows all words for infinity.
+        const bool isTyped =
+            kind != MemberKind::EnumerationList && kind != MemberKind::Text && std::isfinite(value.toDouble());
         follow(target, [&](auto &editor) {
             editor.storeValue(objectOf(target), target.steps.last().member, isTyped ? text : QString());
         });
@@ -427,7 +430,7 @@ private:
 
     [[noreturn]] void cannotEdit(const QString &why) const
     {
-        throw DocumentError(m_name + QStringLiteral(": cannot edit the document in place: ") + why);
+        throw UnstorableContent(m_name + QStringLiteral(": cannot edit the document in place: ") + why);
     }
 
     Document m_document;

@@ -66,7 +66,7 @@ QByteArray formatted(const QByteArray &bytes, const QString &name, const LoadOpt
         checkResult(before, result, name, asBefore);
         return result;
     } catch (const CannotEdit &reason) {
-        throw DocumentError(name + QStringLiteral(": cannot format the document: ") + reason.why);
+        throw UnstorableContent(name + QStringLiteral(": cannot format the document: ") + reason.why);
     }
 }
 

@@ -277,9 +277,10 @@ QByteArray snapshotOf(const TunerProperties &tuner, const QString &name)
 {
     QByteArray bytes = plainSnapshotOf(tuner);
     if (!readsBackUnchanged(bytes))
-        throw DocumentError(name
-                            + QStringLiteral(": cannot write a snapshot that reads back unchanged, since the document "
-                                             "is incomplete"));
+        throw UnstorableContent(
+            name
+            + QStringLiteral(": cannot write a snapshot that reads back unchanged, since the document "
+                             "is incomplete"));
     return bytes;
 }
 
@@ -290,7 +291,7 @@ QByteArray jsonOf(const TunerProperties &tuner, const QString &name)
     try {
         return JsonForm::compose(tuner);
     } catch (const JsonFailure &failure) {
-        throw DocumentError(failure.text(name));
+        throw UnstorableContent(failure.text(name));
     }
 }
 
@@ -355,7 +356,7 @@ QByteArray Document::toBytes(Form asForm, const QString &name) const
     QByteArray bytes = bytesOf(writable, asForm, name);
     if (bytes.isEmpty()) {
         const QString why = tuner.GetErrorString(); // begins with the operation and a colon
-        throw DocumentError(name + QStringLiteral(": ") + why.mid(why.indexOf(QLatin1String(": ")) + 2));
+        throw UnstorableContent(name + QStringLiteral(": ") + why.mid(why.indexOf(QLatin1String(": ")) + 2));
     }
     return bytes;
 }

@@ -15,4 +15,10 @@ DocumentError::DocumentError(const DocumentError &) = default;
 
 DocumentError::~DocumentError() = default;
 
+UnstorableContent::UnstorableContent(const QString &text) : DocumentError(text) { }
+
+UnstorableContent::UnstorableContent(const UnstorableContent &) = default;
+
+UnstorableContent::~UnstorableContent() = default;
+
 } // namespace TunerDocuments

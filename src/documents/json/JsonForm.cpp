@@ -191,7 +191,7 @@ QByteArray textOf(const QString &name, JsonLayout layout, Part &&part)
     try {
         return layout == JsonLayout::OneLine ? JsonText::compact(part()) : JsonText::pretty(part());
     } catch (const JsonFailure &failure) {
-        throw DocumentError(failure.text(name));
+        throw UnstorableContent(failure.text(name));
     }
 }
 

@@ -24,6 +24,11 @@ QTextCodec *declaredCodec(const QByteArray &document)
 
 QTextCodec *codecOf(const QByteArray &document)
 {
+    // Before UTF-16, whose marks are the first bytes of these.
+    if (document.startsWith(QByteArray("\0\0\xFE\xFF", 4)) || document.startsWith(QByteArray("\0\0\0<", 4)))
+        return QTextCodec::codecForName("UTF-32BE");
+    if (document.startsWith(QByteArray("\xFF\xFE\0\0", 4)) || document.startsWith(QByteArray("<\0\0\0", 4)))
+        return QTextCodec::codecForName("UTF-32LE");
     if (document.startsWith("\xFE\xFF") || document.startsWith(QByteArray("\0<", 2)))
         return QTextCodec::codecForName("UTF-16BE");
     if (document.startsWith("\xFF\xFE") || document.startsWith(QByteArray("<\0", 2)))

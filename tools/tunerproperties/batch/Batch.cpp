@@ -234,6 +234,9 @@ Outcome Batch::workOn(const FileName &file, int index, Tally &tally) const
         outcome = {};
         outcome.status = FileStatus::Problems;
         outcome.findings = content.problems();
+    } catch (const TunerDocuments::UnstorableContent &content) {
+        failed(content.text());
+        outcome.status = FileStatus::Problems;
     } catch (const FileFailure &failure) {
         failed(failure.text());
     } catch (const std::bad_alloc &) {
@@ -273,7 +276,8 @@ Batch::Result Batch::resultOf(const Outcome &outcome) const
     } else if (!m_settings.quiet) {
         result.errors += outcome.findings.lines(outcome.file.shown(), howToListMore);
     }
-    if (!outcome.error.isNull())
+    const bool isProblem = outcome.status == FileStatus::Problems;
+    if (!outcome.error.isNull() && !(m_settings.quiet && isProblem))
         result.errors.append(outcome.error);
     return result;
 }

@@ -22,7 +22,7 @@ inline const QLatin1String howToListMore("; use --max-problems to list more"); /
 enum class FileStatus {
     Done, ///< valid or converted
     Changed, ///< done, and the file has another content than before, or should have
-    Problems, ///< the document is invalid
+    Problems, ///< the document is invalid, or cannot be stored as required
     Unreadable,
     Unwritable,
 };
@@ -47,7 +47,7 @@ struct Outcome
     QString note; ///< for standard error, unless quiet
     QVector<TunerDocuments::Loss> losses; ///< what the output does not have; as many as problems are listed
     qint64 lossCount = 0;
-    QString error; ///< why it is unreadable or unwritable
+    QString error; ///< why it is unreadable, unwritable or cannot be stored
 };
 
 /// Processes any number of files, several at once. Results are written in the order of the files, each as soon as the
@@ -89,8 +89,8 @@ public:
 
     using Done = std::function<void(FileStatus)>;
     /// Processes the file of that index. Called from several threads at once. The function may call `done` as soon as
-    /// the result is final; otherwise the file counts when the function returns. FileFailure and other exceptions count
-    /// as a file that cannot be read.
+    /// the result is final; otherwise the file counts when the function returns. InvalidContent and
+    /// UnstorableContent count as problems, FileFailure and other exceptions as a file that cannot be read.
     std::function<Outcome(int index, const Done &done)> work;
 
     /// Whether problems are written to standard output, as the result, or to standard error. With JSON they are part of

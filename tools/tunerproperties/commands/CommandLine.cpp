@@ -218,6 +218,9 @@ ExitStatus runCommand(const Command &command, const QByteArrayList &arguments)
             return command.run(invocation);
         } catch (const TunerDocuments::InvalidContent &content) {
             return reportInvalid(content, command);
+        } catch (const TunerDocuments::UnstorableContent &content) {
+            Console::printError(content.text());
+            return ExitStatus::Problems;
         }
     } catch (const WrongUsage &mistaken) {
         return wrongUsage(mistaken.text(), command.name);

@@ -151,6 +151,8 @@ Outcome convert(const Plan &plan, int index, const Batch::Done &done)
         }
         Output::writeWhole(output, bytes, plan.outputKinds, [&] { done(FileStatus::Done); });
         outcome.note = Options::expansionNote(bytes, output.shown());
+    } catch (const UnstorableContent &) {
+        throw;
     } catch (const FileFailure &failure) {
         outcome.status = FileStatus::Unwritable;
         outcome.error = failure.text();
@@ -201,10 +203,10 @@ Command convertCommand()
         QStringLiteral(
             "With --json, each line is a JSON object for one file, with \"file\", \"output\", \"status\" "
             "(\"converted\", \"problems\", \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
-            "\"error\", as described in 'validate --help'; \"outputBytes\" corresponds to \"fileBytes\". \"losses\" "
-            "lists what the output does not have, each with \"path\", \"before\" and \"after\"; \"lossCount\" is "
-            "their total. With --exact, \"findings\" lists what was lost in reading, as 'lint --json' does, and "
-            "\"warnings\" is the number of all.")};
+            "\"error\", as described in 'validate --help'; \"error\" is also why the form cannot hold the document. "
+            "\"outputBytes\" corresponds to \"fileBytes\". \"losses\" lists what the output does not have, each with "
+            "\"path\", \"before\" and \"after\"; \"lossCount\" is their total. With --exact, \"findings\" lists what "
+            "was lost in reading, as 'lint --json' does, and \"warnings\" is the number of all.")};
     command.options = {
         Options::from(),        Options::to(),    outDir(),        noValidate(),           exact(),
         Options::jobs(),        Options::quiet(), Options::json(), Options::maxProblems(), Options::maxExpansion(),

@@ -145,8 +145,9 @@ Command fmtCommand()
                        "file that fails does not stop the others."),
         QStringLiteral("With --json, each line is a JSON object for one file, with \"file\", \"status\" "
                        "(\"unchanged\", \"formatted\", with --check \"unformatted\" instead, \"problems\" for JSON "
-                       "that is not a document, \"unreadable\" or \"unwritable\"), \"problems\", \"problemCount\" and "
-                       "\"error\", as described in 'validate --help'.")};
+                       "that is not a document and for text that cannot be laid out, \"unreadable\" or "
+                       "\"unwritable\"), \"problems\", \"problemCount\" and \"error\", as described in "
+                       "'validate --help'.")};
     command.options = {check(),         Options::from(),        Options::jobs(),         Options::quiet(),
                        Options::json(), Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
     command.examples = {
