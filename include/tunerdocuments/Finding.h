@@ -62,7 +62,7 @@ struct TUNERDOCUMENTS_EXPORT Finding
 };
 
 /// A problem with its message shortened if it is long, and with the explanation as far as the document is not required
-/// for it. A problem with a location has no path.
+/// for it. A problem with a location has steps, but no path.
 TUNERDOCUMENTS_EXPORT Finding findingOf(const JobXml::Problem &problem);
 
 /// Recognizes what a reader refuses although the document then has it: incomplete items of lists.

@@ -43,8 +43,7 @@ Finding findingOf(const Problem &problem)
     result.member = problem.member;
     result.line = problem.line;
     result.column = problem.column;
-    if (!result.hasLocation())
-        result.steps = problem.steps;
+    result.steps = problem.steps;
     Explanation::explainText(result, problem.steps, problem.value);
     return result;
 }

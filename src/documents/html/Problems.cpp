@@ -24,12 +24,10 @@ void showIsolated(Markup &out, const QString &text)
     out.text(text);
 }
 
-/// What concerns the document as a whole is only in the list of all findings, at the top, and so is what a reader has
-/// refused, of which only the place in the text is known.
+/// What concerns the document as a whole is only in the list of all findings, at the top.
 bool isInObject(const Finding &finding)
 {
-    const bool isInTextOnly = finding.hasLocation() && finding.path.isNull();
-    return !finding.steps.isEmpty() || (!finding.member.isNull() && !isInTextOnly);
+    return !finding.steps.isEmpty() || !finding.member.isNull();
 }
 
 const char *labelOf(const Finding &finding)

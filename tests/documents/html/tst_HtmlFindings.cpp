@@ -25,6 +25,7 @@ private Q_SLOTS:
     void everyProblemIsShownAtItsObject();
     void problemIsShownInsideItsObject();
     void problemIsShownWithItsExplanation();
+    void whatTheReaderRefusesIsShownAtItsValueAndCounted();
     void findingOfAMemberIsShownBesideItsValue();
     void findingAboutAnyMemberIsShownAtItsObject_data() { addRandomDocuments(); }
     void findingAboutAnyMemberIsShownAtItsObject();
@@ -117,8 +118,46 @@ void HtmlFindingsTest::problemIsShownWithItsExplanation()
                  + QStringLiteral("\nPlease set a value or a default for the boolean 'optional' in 'Component'. '' is "
                                   "neither true nor false\n")
                  + missingType);
-    // What the reader has refused is not in the document, so it is in the list only.
-    QCOMPARE(only(ofClass(page, "problem"))->wholeText(), QStringLiteral("Problem: ") + missingType);
+    QStringList shown;
+    for (const PageNode *problem : ofClass(page, "problem"))
+        shown.append(problem->wholeText());
+    listed.swapItemsAt(1, 2); // on the page, the members of the document come first
+    QCOMPARE(shown.join(QLatin1Char('\n')), QStringLiteral("Problem: ") + listed.join(QStringLiteral("\nProblem: ")));
+}
+
+void HtmlFindingsTest::whatTheReaderRefusesIsShownAtItsValueAndCounted()
+{
+    const QByteArray xml = R"(<TunerProperties Version="1.1" type="SCP" baseresource="b" hwProcessing="">
+  <Component type="t" name="a" optional="true"><Node id="n"><ValueItem><ValueInt id="i" value="7"/></ValueItem></Node>
+  </Component>
+  <Component type="t" name="b" optional="true"><Node id="m"><ValueItem>
+    <ValueBoolean id="s" value=""/>
+  </ValueItem></Node></Component>
+</TunerProperties>)";
+    Findings findings;
+    const Document document = Document::fromBytes(xml, QStringLiteral("file.xml"), {}, findings.collector());
+    findings.describePaths(document.tuner);
+    const PageTree page(html(document.tuner, findings, QStringLiteral("file.xml")));
+    QStringList cards;
+    for (const PageNode *card : ofClass(page, "card")) {
+        QStringList texts;
+        for (const PageNode *node :
+             card->all([](const PageNode &one) { return one.isOfClass("bad") || one.isOfClass("problem"); }))
+            texts.append(node->wholeText());
+        cards.append(card->attribute("id") + QStringLiteral(": ") + texts.join(QStringLiteral(" | ")));
+    }
+    QCOMPARE(cards.join(QLatin1Char('\n')),
+             QStringLiteral("Component[type=t,name=a]: \n"
+                            "Component[type=t,name=b]: 1 problem | Problem: Please set a value or a default for the "
+                            "boolean 'value' in 'ValueBoolean'. '' is neither true nor false"));
+    // Both have a link to their place, and the reader's problem of the document is shown at its member.
+    QStringList links;
+    for (const PageNode *link : only(ofClass(page, "problems"))->allTagged("a"))
+        links.append(link->attribute("href"));
+    QCOMPARE(links, QStringList({QStringLiteral("#problem-1"), QStringLiteral("#problem-2")}));
+    const auto isMember = [](const PageNode &node) { return node.has("data-member"); };
+    const auto memberAround = [&](const PageNode *node) { return node->around(isMember)->attribute("data-member"); };
+    QCOMPARE(memberAround(ofClass(page, "problem").front()), QStringLiteral("hwProcessing"));
 }
 
 void HtmlFindingsTest::findingOfAMemberIsShownBesideItsValue()
