@@ -171,6 +171,9 @@ void ToolCompletionsTest::possibleWordsAreCompleted_data()
     row("tunerproperties convert --out-dir tu", {});
     row("tunerproperties validate other tune", {text("tuner 2.xml"), text("tuner1.xml")});
     row("tunerproperties validate --jobs 2 ot", {text("other")});
+    row("tunerproperties lint --disable unkn",
+        {text("unknown-attribute"), text("unknown-element"), text("unknown-version")});
+    row("tunerproperties validate --strict --error lost-d", {text("lost-decimals")});
 }
 
 void ToolCompletionsTest::possibleWordsAreCompleted()
@@ -283,6 +286,11 @@ void ToolCompletionsTest::pathsAreCompletedWhileTheyAreTyped()
     QCOMPARE(arguments("tunerproperties set r.xml name=x ty\tRec\t"), text("set|r.xml|name=x|type=Receiver"));
     QCOMPARE(arguments("tunerproperties set r.xml hwP\tt\t"), text("set|r.xml|hwProcessing=true"));
     QCOMPARE(arguments("tunerproperties get r.xml hwP\t"), text("get|r.xml|hwP"));
+    // What is unset has no value.
+    QCOMPARE(arguments("tunerproperties set --unset r.xml qu\t"), text("set|--unset|r.xml|quantity"));
+    // Several rules.
+    QCOMPARE(arguments("tunerproperties lint r.xml --disable lost-decimals,useless\t"),
+             text("lint|r.xml|--disable|lost-decimals,useless-comment"));
     // Without a file before it, the argument is a file, as for "get PATH FILE".
     QCOMPARE(arguments("tunerproperties get tuner1\tty\t"), text("get|tuner1.xml|type"));
     QCOMPARE(arguments("tunerproperties get quantity tuner1\t"), text("get|quantity|tuner1.xml"));
@@ -331,6 +339,8 @@ void ToolCompletionsTest::nothingInADocumentIsExecuted()
     QCOMPARE(enter(*terminal, "tunerproperties get '$(touch executed).xml' Comp\tN\ti\t").mid(0, 2),
              (QStringList{text("get"), text("$(touch executed).xml")}));
     enter(*terminal, "tunerproperties get h.xml '$(touch executed)`touch executed`\t\x15tunerproperties");
+    enter(*terminal,
+          "tunerproperties lint h.xml --disable '$(touch executed)`touch executed`,lost\t\x15tunerproperties");
     QCOMPARE(enter(*terminal, "tunerproperties get h.xml ty\t").value(2), text("type"));
     QVERIFY(!m_workshop->files().contains(text("executed")));
 }

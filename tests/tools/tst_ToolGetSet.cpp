@@ -38,6 +38,7 @@ private Q_SLOTS:
     void identifyingMembersCanBeChanged();
     void kindOfValueCanBeChanged();
     void unreadableSnapshotIsNotWritten();
+    void anItemReceivesAnotherKindOfValueInOneCommand();
     void aValueThatTheFormCannotHoldIsAProblem_data();
     void aValueThatTheFormCannotHoldIsAProblem();
     void infinityIsWrittenAsReadersKnowIt();
@@ -518,6 +519,19 @@ constexpr char withBandwidth[] =
 
 } // namespace
 
+void ToolGetSetTest::anItemReceivesAnotherKindOfValueInOneCommand()
+{
+    m_workshop->write(QStringLiteral("small.xml"), smallXml);
+    const QString item = QStringLiteral("Component[1]/Node[1]/ValueItem[1]/");
+    const Run run = m_workshop->run({QStringLiteral("set"), QStringLiteral("small.xml"),
+                                     item + QStringLiteral("ChoiceValueItem=ValueFloat"), item + QStringLiteral("id=f"),
+                                     item + QStringLiteral("value=0.5")});
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(m_workshop->read(QStringLiteral("small.xml")),
+             QByteArray(smallXml).replace("<ValueInt id=\"i\" value=\"7\"/>", "<ValueFloat id=\"f\" value=\"0.5\"/>"));
+}
+
 void ToolGetSetTest::aValueThatTheFormCannotHoldIsAProblem_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -600,7 +614,7 @@ void ToolGetSetTest::membersCanBeUnset()
     QCOMPARE(
         set(line("--unset f.json Component[1]")),
         QStringLiteral("1 tunerproperties: f.json: Component[type=Filter,name=Pre]: cannot unset an item of a list; "
-                       "unset the whole list\n"));
+                       "'remove' it, or unset the whole list\n"));
 }
 
 void ToolGetSetTest::dataThatLintFindsCanBePrintedChangedAndRemoved()

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void validateJsonHasTheNumberOfWarnings();
     void strictValidationListsWarnings();
     void strictValidationAcceptsADocumentWithoutWarnings();
+    void strictValidationReportsErrorsOfRules();
     void strictJsonListsWarnings();
 };
 
@@ -550,6 +551,18 @@ void ToolLintTest::strictValidationAcceptsADocumentWithoutWarnings()
     const Run run = shop.run(line("validate --strict a.xml"));
     QCOMPARE(run.out + run.err, QString());
     QCOMPARE(run.status, 0);
+}
+
+void ToolLintTest::strictValidationReportsErrorsOfRules()
+{
+    Workshop shop;
+    shop.write(QStringLiteral("a.xml"), QByteArray(smallXml).replace("id=\"n\"", "id=\"n\" x=\"1\""));
+    const Run linted = shop.run(line("lint --error unknown-attribute a.xml"));
+    QVERIFY(linted.out.endsWith(QStringLiteral(" [error: unknown-attribute]\n")));
+    const Run run = shop.run(line("validate --strict --error unknown-attribute a.xml"));
+    QCOMPARE(run.out, linted.out);
+    QCOMPARE(run.err, QString());
+    QCOMPARE(run.status, 1);
 }
 
 void ToolLintTest::strictJsonListsWarnings()

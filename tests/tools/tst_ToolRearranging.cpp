@@ -19,6 +19,7 @@ private Q_SLOTS:
     void itemIsMovedWithItsText();
     void dryRunListsTheDifferencesAndWritesNothing();
     void binaryFormsAreWrittenAnew();
+    void addReadsTheFormThatAnOptionNames();
     void standardInputIsEditedToStandardOutput();
     void wrongUsageIsReported();
 
@@ -187,6 +188,23 @@ void ToolRearrangingTest::binaryFormsAreWrittenAnew()
         QCOMPARE(run(QStringLiteral("diff a.xml ") + name),
                  QStringLiteral("0\n+ BandwidthSelection[Name=w] (at 1): MaxBandwidth 5\n"));
     }
+}
+
+void ToolRearrangingTest::addReadsTheFormThatAnOptionNames()
+{
+    QCOMPARE(run(QStringLiteral("convert --to snapshot a.xml b.snap")), QStringLiteral("0\n"));
+    const QString add = QStringLiteral("add %1 b.snap StartupModes/StartupMode DF");
+    QCOMPARE(
+        run(add.arg(QStringLiteral("--dry-run"))),
+        QStringLiteral("3\ntunerproperties: b.snap: unknown form: neither XML, JSON nor binary; for a snapshot, use "
+                       "the suffix .tps or --file-form snapshot\n"));
+    QCOMPARE(run(add.arg(QStringLiteral("--file-form snapshot"))), QStringLiteral("0\n"));
+    QCOMPARE(run(QStringLiteral("get --from snapshot b.snap StartupModes/StartupMode")),
+             QStringLiteral("0\nScan\nDF\n"));
+    QCOMPARE(
+        run(QStringLiteral("set b.snap name=x")),
+        QStringLiteral("3\ntunerproperties: b.snap: unknown form: neither XML, JSON nor binary; for a snapshot, use "
+                       "the suffix .tps or --from snapshot\n"));
 }
 
 void ToolRearrangingTest::standardInputIsEditedToStandardOutput()

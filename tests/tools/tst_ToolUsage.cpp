@@ -52,6 +52,7 @@ void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
     row("help show convert", "'help' expects [COMMAND]", "tunerproperties help --help");
     row("--xyzzy", "unknown option '--xyzzy'", "tunerproperties --help");
     row("--verison", "unknown option '--verison'; did you mean '--version'?", "tunerproperties --help");
+    row("--jsno", "unknown option '--jsno'", "tunerproperties --help");
     row("--to xml", "a command is missing", "tunerproperties --help");
     row("show", "'show' expects FILE", "tunerproperties show --help");
     row("show a.xml b.xml", "'show' expects FILE", "tunerproperties show --help");
@@ -94,6 +95,9 @@ void ToolUsageTest::invalidCommandLineIsWrongUsage_data()
         "tunerproperties validate --help");
     row("convert --jobs=257 a.xml b.xml", "--jobs must be a number from 1 to 256, not '257'",
         "tunerproperties convert --help");
+    row("validate --error lost-decimals a.xml", "--error requires --strict", "tunerproperties validate --help");
+    row("validate --strict --error lost a.xml", "unknown rule 'lost'; did you mean 'lost-decimals'?",
+        "tunerproperties validate --help");
     row("validate --quiet --json a.xml", "--quiet and --json cannot be combined", "tunerproperties validate --help");
     row("validate - a.xml -", "standard input can be read only once", "tunerproperties validate --help");
     row("convert --json a.xml -", "--json cannot be combined with a document on standard output",
@@ -303,6 +307,8 @@ void ToolUsageTest::helpOfACommandDescribesIt()
                        "                             that has any is not valid.\n"
                        "      --disable RULE         Do not apply these rules of 'lint'; separate\n"
                        "                             several by commas. 'lint --rules' lists them.\n"
+                       "      --error RULE           Report the findings of these rules as errors\n"
+                       "                             instead of warnings; separate several by commas.\n"
                        "      --from FORM            Form of the input: xml, tagged, compressed,\n"
                        "                             snapshot or json (default: from the content or, for\n"
                        "                             a snapshot, the suffix .tps).\n"

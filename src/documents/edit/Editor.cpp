@@ -148,7 +148,8 @@ public:
     {
         const Paths::Target target = Paths::find(m_document.tuner, path);
         if (target.isItem())
-            throw TypedValue::Mismatch(QStringLiteral("cannot unset an item of a list; unset the whole list"));
+            throw TypedValue::Mismatch(
+                QStringLiteral("cannot unset an item of a list; 'remove' it, or unset the whole list"));
         const MemberKind kind = target.member.GetKind();
         const bool isObject =
             kind == MemberKind::Object || kind == MemberKind::ObjectList || kind == MemberKind::Alternative;

@@ -20,6 +20,17 @@ const Option &contentFile()
     return option;
 }
 
+const Option &fileForm()
+{
+    static const Option option = [] {
+        Option form = Options::from();
+        form.names = QStringList{QStringLiteral("file-form")};
+        form.help.replace(QLatin1String("the input"), QLatin1String("FILE"));
+        return form;
+    }();
+    return option;
+}
+
 /// The content of what is added, and what messages call it.
 struct Content
 {
@@ -46,7 +57,7 @@ ExitStatus run(const Invocation &invocation)
 {
     const QString path = invocation.text(1);
     const Content content = contentFor(invocation);
-    EditedFile file(invocation.file(0), invocation, Options::expansion(invocation));
+    EditedFile file(invocation.file(0), invocation, {}, fileForm());
     try {
         file.editor().add(path, content.text, content.name);
     } catch (const PathFailure &failure) {
@@ -78,7 +89,7 @@ Command addCommand()
         QStringLiteral("XML and JSON are edited in place, and other forms are written anew, as 'set' does. The new "
                        "item is laid out as its neighbors are.")};
     command.options = {contentFile(), EditedFile::noValidate(), EditedFile::dryRun(), EditedFile::rewrite(),
-                       Options::maxExpansion()};
+                       fileForm(),    Options::maxExpansion()};
     command.examples = {
         {QStringLiteral("add receiver.xml BandwidthSelection[Name=Wide] '{\"MaxBandwidth\": 20000}'"),
          QStringLiteral("Add a bandwidth at the end.")},

@@ -17,6 +17,7 @@
 enum class Takes {
     Nothing,
     Word, ///< one of the listed words
+    Words, ///< one or more of them, separated by commas
     File,
     Folder,
     Path, ///< a file first, then paths in it
@@ -31,7 +32,7 @@ struct Option
     QString help; ///< complete sentences
     QString value; ///< placeholder of the value: FORM; empty if the option takes none
     Takes takes = Takes::Nothing;
-    QStringList words; ///< the accepted words, if any; others are an error before the command runs
+    QStringList words; ///< the accepted words, if any; unless there may be several, others are an error at once
     QHash<QString, QString> meant = {}; ///< other words, in lower case, and the accepted words to suggest for them
 
     /// As it is typed: "--from".
@@ -93,6 +94,8 @@ struct Command
     bool argumentsMayBeEmpty = false; ///< for arguments other than files
     bool mayEndWithNumber = false; ///< a number that begins with "-" is not an option
     QHash<QString, QString> meant = {}; ///< options of other commands, and what to suggest for them
+
+    QString withoutValues; ///< the option, as typed, with which arguments are paths instead of assignments; may be null
 
     bool takesFiles() const { return takes == Takes::File || takesPaths(); }
     bool takesPaths() const { return takes == Takes::Path || takes == Takes::Assignment; }

@@ -128,8 +128,8 @@ private:
 
     QString unknownOption(const QByteArray &argument, const QString &name) const
     {
-        QStringList known;
-        for (const Option &option : m_options)
+        QStringList known; // without a command, the options of commands would not help
+        for (const Option &option : m_command ? m_options : HelpText::generalOptions())
             known.append(option.typed());
         const bool mayBeFile = argument.contains('.') || argument.contains('=');
         QString suggestion = mayBeFile ? QString() : Suggestion::hint(name, known);
@@ -161,7 +161,7 @@ ExitStatus showVersion()
 void checkValues(const QVector<Option> &options, const Invocation &invocation)
 {
     for (const Option &option : options) {
-        if (!invocation.isSet(option) || option.words.isEmpty())
+        if (!invocation.isSet(option) || option.takes != Takes::Word)
             continue;
         const QString value = invocation.value(option);
         if (option.words.contains(value))

@@ -6,7 +6,6 @@
 #include <tunerdocuments/Diff.h>
 #include <tunerdocuments/Finding.h>
 
-#include "commands/Options.h"
 #include "console/BufferedOutput.h"
 #include "files/Output.h"
 #include "text/Printable.h"
@@ -73,11 +72,12 @@ const Option &EditedFile::rewrite()
     return option;
 }
 
-EditedFile::EditedFile(const FileName &name, const Invocation &invocation, const LoadOptions &loading,
-                       const FileName &target)
+EditedFile::EditedFile(const FileName &name, const Invocation &invocation, const FileName &target,
+                       const Option &formOption)
     : m_invocation(invocation), m_target(target),
       m_input(name, target.isEmpty() && !invocation.isSet(dryRun()) ? FileKinds::Replaceable : FileKinds::All),
-      m_editor(loadDocumentWithBytes(m_input, loading, m_bytes), m_bytes, m_input.shownName())
+      m_editor(loadDocumentWithBytes(m_input, Options::loading(invocation, formOption), m_bytes, formOption.typed()),
+               m_bytes, m_input.shownName())
 {
     if (invocation.isSet(rewrite()))
         m_editor.rewrite();

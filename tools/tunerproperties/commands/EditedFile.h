@@ -8,6 +8,7 @@
 #include <tunerdocuments/Editor.h>
 
 #include "commands/Command.h"
+#include "commands/Options.h"
 #include "files/DocumentFile.h"
 
 /// A document file that a command changes: in place if its form is XML or JSON. Everything that such commands have in
@@ -23,10 +24,10 @@ public:
     static const Option &rewrite();
     /// @}
 
-    /// Loads the file. The document is written to it, or to `target` if that is not empty. Throws FileFailure, also if
-    /// the file could not be replaced.
-    EditedFile(const FileName &name, const Invocation &invocation, const TunerDocuments::LoadOptions &loading,
-               const FileName &target = {});
+    /// Loads the file. The document is written to it, or to `target` if that is not empty. The option has the form of
+    /// the file. Throws FileFailure, also if the file could not be replaced.
+    EditedFile(const FileName &name, const Invocation &invocation, const FileName &target = {},
+               const Option &formOption = Options::from());
 
     QString shownName() const { return m_input.shownName(); }
     TunerDocuments::Editor &editor() { return m_editor; }

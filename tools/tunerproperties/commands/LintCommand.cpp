@@ -28,17 +28,6 @@ const Option &rulesOption()
     return option;
 }
 
-const Option &errorOption()
-{
-    static const Option option{
-        {QStringLiteral("error")},
-        QStringLiteral("Report the findings of these rules as errors instead of warnings; separate several by commas."),
-        QStringLiteral("RULE"),
-        Takes::Anything,
-        {}};
-    return option;
-}
-
 const Option &formatOption()
 {
     static const Option option{
@@ -101,9 +90,7 @@ ExitStatus lintFiles(const Invocation &invocation, const QString &format)
     const QVector<FileName> files = invocation.files();
     const FileKinds kinds = Options::fileKinds(invocation, files.size());
     const LoadOptions loading = Options::loading(invocation);
-    LintOptions linting;
-    linting.disabled = Options::disabledRules(invocation);
-    linting.errors = Options::rules(invocation, errorOption());
+    const LintOptions linting = Options::linting(invocation);
     BatchSettings settings = Options::batch(invocation);
     settings.json = settings.json || format != textFormat;
     Batch batch(settings);
@@ -173,7 +160,7 @@ Command lintCommand()
                        "\"warningCount\" (their totals) and \"error\" (why the file is unreadable, or null). A finding "
                        "has \"path\", \"line\", \"column\", \"message\", \"value\", \"choices\", "
                        "\"suggestion\", \"rule\" (null for a problem) and \"level\" (\"error\" or \"warning\").")};
-    command.options = {rulesOption(),          Options::disable(),      errorOption(),          formatOption(),
+    command.options = {rulesOption(),          Options::disable(),      Options::error(),       formatOption(),
                        Options::from(),        Options::jobs(),         Options::quiet(),       Options::json(),
                        Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
     command.examples = {

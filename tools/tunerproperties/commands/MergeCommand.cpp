@@ -87,7 +87,7 @@ ExitStatus run(const Invocation &invocation)
     const QVector<FileName> names = invocation.files();
     Options::checkStandardInput(names);
     const MergeInput base = baseIn(names[0], invocation);
-    EditedFile ours(names[1], invocation, Options::loading(invocation), invocation.fileValue(output()));
+    EditedFile ours(names[1], invocation, invocation.fileValue(output()));
     Input theirInput(names[2]);
     const MergeInput theirs = readFrom(theirInput, invocation);
     const UnmergedContent unmerged = unmergedContent(base, {ours.editor().document(), ours.bytes()}, theirs);

@@ -15,7 +15,7 @@ ExitStatus run(const Invocation &invocation)
     const int position = invocation.text(2).toInt(&isNumber);
     if (!isNumber)
         throw WrongUsage(QStringLiteral("the position '%1' is not a number").arg(invocation.text(2)));
-    EditedFile file(invocation.file(0), invocation, Options::loading(invocation));
+    EditedFile file(invocation.file(0), invocation);
     try {
         file.editor().move(invocation.text(1), position);
     } catch (const PathFailure &failure) {

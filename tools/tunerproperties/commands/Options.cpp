@@ -40,6 +40,14 @@ QHash<QString, QString> formsBySuffix()
     return result;
 }
 
+QStringList ruleNames()
+{
+    QStringList names;
+    for (const LintRule &rule : lintRules())
+        names.append(rule.name);
+    return names;
+}
+
 } // namespace
 
 const Option &help()
@@ -156,8 +164,19 @@ const Option &disable()
         {QStringLiteral("disable")},
         QStringLiteral("Do not apply these rules of 'lint'; separate several by commas. 'lint --rules' lists them."),
         QStringLiteral("RULE"),
-        Takes::Anything,
-        {}};
+        Takes::Words,
+        ruleNames()};
+    return option;
+}
+
+const Option &error()
+{
+    static const Option option{
+        {QStringLiteral("error")},
+        QStringLiteral("Report the findings of these rules as errors instead of warnings; separate several by commas."),
+        QStringLiteral("RULE"),
+        Takes::Words,
+        ruleNames()};
     return option;
 }
 
@@ -179,39 +198,38 @@ int numberOf(const Invocation &invocation, const Option &option, int most, int u
 
 } // namespace
 
-LoadOptions loading(const Invocation &invocation)
+LoadOptions loading(const Invocation &invocation, const Option &formOption)
 {
-    LoadOptions options = expansion(invocation);
-    options.form = form(invocation, from());
-    return options;
+    return {form(invocation, formOption), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion),
+            problemCount(invocation)};
 }
 
-LoadOptions expansion(const Invocation &invocation)
-{
-    return {{}, numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion), problemCount(invocation)};
-}
+namespace {
 
+/// The rules that the value of an option names.
 QStringList rules(const Invocation &invocation, const Option &option)
 {
     QStringList names = invocation.value(option).split(QLatin1Char(','), Qt::SkipEmptyParts);
     if (invocation.isSet(option) && names.isEmpty())
         throw WrongUsage(QStringLiteral("the value of %1 is empty").arg(option.typed()));
-    QStringList known;
-    for (const LintRule &rule : lintRules())
-        known.append(rule.name);
     for (const QString &name : qAsConst(names)) {
-        if (known.contains(name))
+        if (option.words.contains(name))
             continue;
-        const QString hint = Suggestion::hint(name, known);
+        const QString hint = Suggestion::hint(name, option.words);
         throw WrongUsage(QStringLiteral("unknown rule '%1'%2")
                              .arg(name, hint.isNull() ? QStringLiteral("; 'lint --rules' lists the rules") : hint));
     }
     return names;
 }
 
-QStringList disabledRules(const Invocation &invocation)
+} // namespace
+
+LintOptions linting(const Invocation &invocation)
 {
-    return rules(invocation, disable());
+    LintOptions options;
+    options.disabled = rules(invocation, disable());
+    options.errors = rules(invocation, error());
+    return options;
 }
 
 QString expansionNote(const QByteArray &bytes, const QString &fileName)

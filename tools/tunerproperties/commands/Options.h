@@ -3,6 +3,8 @@
 
 #include <optional>
 
+#include <tunerdocuments/Lint.h>
+
 #include "batch/Batch.h"
 #include "commands/Command.h"
 #include "files/DocumentFile.h"
@@ -21,16 +23,13 @@ const Option &specialFiles();
 const Option &maxProblems();
 const Option &maxExpansion();
 const Option &disable();
+const Option &error();
 
-/// The values of --from and --max-expansion. Throws WrongUsage.
-TunerDocuments::LoadOptions loading(const Invocation &invocation);
+/// The values of --max-expansion and of the option that has the form of the input. Throws WrongUsage.
+TunerDocuments::LoadOptions loading(const Invocation &invocation, const Option &formOption = from());
 
-/// The same without --from, for a command that has another option of that name.
-TunerDocuments::LoadOptions expansion(const Invocation &invocation);
-
-/// The rules that the value of an option names, and those of --disable. Throws WrongUsage for unknown ones.
-QStringList rules(const Invocation &invocation, const Option &option);
-QStringList disabledRules(const Invocation &invocation);
+/// The values of --disable and --error. Throws WrongUsage for unknown rules.
+TunerDocuments::LintOptions linting(const Invocation &invocation);
 
 /// A note for a document that cannot be read without --max-expansion; null for others. `fileName` is the shown name.
 QString expansionNote(const QByteArray &bytes, const QString &fileName);

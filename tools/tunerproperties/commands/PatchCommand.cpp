@@ -31,7 +31,7 @@ ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> names = invocation.files();
     Options::checkStandardInput(names);
-    EditedFile file(names.first(), invocation, Options::loading(invocation));
+    EditedFile file(names.first(), invocation);
     const Patch patch = patchIn(names.last());
     JobXml::TunerProperties changed = file.tuner();
     try {

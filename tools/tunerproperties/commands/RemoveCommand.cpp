@@ -14,7 +14,7 @@ ExitStatus run(const Invocation &invocation)
     QStringList paths;
     for (int i = 1; i < invocation.count(); ++i)
         paths.append(invocation.text(i));
-    EditedFile file(invocation.file(0), invocation, Options::loading(invocation));
+    EditedFile file(invocation.file(0), invocation);
     try {
         file.editor().remove(paths);
     } catch (const PathFailure &failure) {

@@ -71,7 +71,7 @@ void change(Editor &editor, const QVector<Paths::Assignment> &assignments)
 ExitStatus run(const Invocation &invocation)
 {
     const QVector<Paths::Assignment> assignments = assignmentsOf(invocation);
-    EditedFile file(invocation.file(0), invocation, Options::loading(invocation));
+    EditedFile file(invocation.file(0), invocation);
     try {
         change(file.editor(), assignments);
     } catch (const PathFailure &failure) {
@@ -98,8 +98,8 @@ Command setCommand()
             "line ends, other numbers and content that the model does not have stay as they are. The other "
             "forms are written anew, completely or not at all; if anything else would change, the command "
             "lists it and writes nothing, unless --rewrite allows it."),
-        QStringLiteral("Separate several names by commas or line ends. To give an item another kind of value, first "
-                       "set its ChoiceValueItem, with --no-validate, and then the members of that kind.")};
+        QStringLiteral("Separate several names by commas or line ends. To give an item another kind of value, set its "
+                       "ChoiceValueItem and then, in the same command, the members that this kind needs.")};
     command.options = {unset(),         EditedFile::noValidate(), EditedFile::dryRun(), EditedFile::rewrite(),
                        Options::from(), Options::maxExpansion()};
     command.examples = {
@@ -111,6 +111,7 @@ Command setCommand()
         {QStringLiteral("set --unset receiver.xml name"), QStringLiteral("Unset the name.")}};
     command.minArguments = 2;
     command.takes = Takes::Assignment;
+    command.withoutValues = unset().typed();
     command.argumentsMayBeEmpty = true;
     command.mayEndWithNumber = true;
     command.run = run;

@@ -40,8 +40,9 @@ ExitStatus run(const Invocation &invocation)
     const FileKinds kinds = Options::fileKinds(invocation, files.size());
     const LoadOptions loading = Options::loading(invocation);
     const bool isStrict = invocation.isSet(strictOption());
-    LintOptions linting;
-    linting.disabled = Options::disabledRules(invocation);
+    LintOptions linting = Options::linting(invocation);
+    if (!isStrict && invocation.isSet(Options::error()))
+        throw WrongUsage(QStringLiteral("--error requires --strict"));
     const BatchSettings settings = Options::batch(invocation);
     Batch batch(settings);
     Options::checkStandardInput(files);
@@ -100,9 +101,9 @@ Command validateCommand()
             "\"message\", \"value\" (what the document has), \"choices\" (what is accepted instead) and "
             "\"suggestion\"; what is not known is null. There is no summary. A \"file\" that is not UTF-8 is "
             "escaped as in messages, and \"fileBytes\" contains its bytes as hexadecimal digits.")};
-    command.options = {strictOption(),         Options::disable(),      Options::from(),
-                       Options::jobs(),        Options::quiet(),        Options::json(),
-                       Options::maxProblems(), Options::maxExpansion(), Options::specialFiles()};
+    command.options = {strictOption(),          Options::disable(),     Options::error(), Options::from(),
+                       Options::jobs(),         Options::quiet(),       Options::json(),  Options::maxProblems(),
+                       Options::maxExpansion(), Options::specialFiles()};
     command.examples = {
         {QStringLiteral("validate receiver.xml"), QStringLiteral("List the problems of a document.")},
         {QStringLiteral("validate --quiet -- *.xml && echo fine"),

@@ -17,7 +17,12 @@ namespace {
 
 constexpr int headSize = 4096; // a document may begin with blank lines
 
-Form formOf(Input &input, const LoadOptions &options)
+QString usualFormOption()
+{
+    return QStringLiteral("--from");
+}
+
+Form formOf(Input &input, const LoadOptions &options, const QString &formOption)
 {
     if (options.form)
         return *options.form;
@@ -25,10 +30,10 @@ Form formOf(Input &input, const LoadOptions &options)
         return *form;
     if (const auto form = Forms::bySuffix(QString::fromLatin1(input.name().bytes())))
         return *form; // its reader reports the error
-    throw FileFailure(
-        input.shownName()
-        + QStringLiteral(
-            ": unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix .tps or --from snapshot"));
+    throw FileFailure(input.shownName()
+                      + QStringLiteral(": unknown form: neither XML, JSON nor binary; for a snapshot, use the suffix "
+                                       ".tps or %1 snapshot")
+                            .arg(formOption));
 }
 
 void checkExpansion(Input &input, Form form, int times)
@@ -55,9 +60,9 @@ namespace {
 
 /// The result of `load`, if the file has not changed meanwhile.
 template <class Load>
-auto checked(Input &input, LoadOptions options, const Load &load)
+auto checked(Input &input, LoadOptions options, const Load &load, const QString &formOption = usualFormOption())
 {
-    options.form = formOf(input, options);
+    options.form = formOf(input, options, formOption);
     checkExpansion(input, *options.form, options.maxExpansion);
     try {
         auto result = load(options);
@@ -95,12 +100,13 @@ Document loadDocumentWithText(Input &input, LoadOptions options, const JobXml::P
     });
 }
 
-Document loadDocumentWithBytes(Input &input, LoadOptions options, QByteArray &bytes)
+Document loadDocumentWithBytes(Input &input, LoadOptions options, QByteArray &bytes, const QString &formOption)
 {
-    return checked(input, options, [&](const LoadOptions &known) {
+    const auto load = [&](const LoadOptions &known) {
         bytes = input.bytes();
         return Document::fromBytes(bytes, input.shownName(), known);
-    });
+    };
+    return checked(input, options, load, formOption);
 }
 
 FormattedDocument formatDocument(Input &input, const LoadOptions &options)

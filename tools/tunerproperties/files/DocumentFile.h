@@ -14,8 +14,10 @@ TunerDocuments::Document loadDocument(Input &input, TunerDocuments::LoadOptions 
 TunerDocuments::Document loadDocumentWithText(Input &input, TunerDocuments::LoadOptions options,
                                               const JobXml::ProblemVisitor &visitor, QByteArray &text);
 
-/// Loads it from its bytes, whatever its form is, which the caller receives for TunerDocuments::Editor.
-TunerDocuments::Document loadDocumentWithBytes(Input &input, TunerDocuments::LoadOptions options, QByteArray &bytes);
+/// Loads it from its bytes, whatever its form is, which the caller receives for TunerDocuments::Editor. If the form is
+/// unknown, the message names the option that sets it.
+TunerDocuments::Document loadDocumentWithBytes(Input &input, TunerDocuments::LoadOptions options, QByteArray &bytes,
+                                               const QString &formOption);
 
 /// A document in the canonical layout, and as it is in its file.
 struct FormattedDocument

@@ -15,11 +15,17 @@ QString typedNames(const QVector<Option> &options)
 }
 
 /// The completions for an argument.
-QString candidates(Takes takes, const QStringList &words)
+QString candidates(Takes takes, const QStringList &words, const QString &withoutValues = {})
 {
     switch (takes) {
     case Takes::Word:
         return QStringLiteral("words='%1'").arg(words.join(QLatin1Char(' ')));
+    case Takes::Words: // those that are typed are kept only if they may be words: compgen evaluates its list
+        return QStringLiteral("words='%1'\n"
+                              "            [[ $word != *,* || $word == *[!a-z,-]* ]] ||\n"
+                              "                words=\"${word%,*},${words// / ${word%,*},}\"\n"
+                              "           ")
+            .arg(words.join(QLatin1Char(' ')));
     case Takes::File:
         return QStringLiteral("kind=-f");
     case Takes::Folder:
@@ -27,8 +33,9 @@ QString candidates(Takes takes, const QStringList &words)
     case Takes::Path:
         return QStringLiteral("_%1_paths \"$2\" && return\n                kind=-f").arg(HelpText::program());
     case Takes::Assignment:
-        return QStringLiteral("_%1_paths \"$2\" --assignments && return\n                kind=-f")
-            .arg(HelpText::program());
+        return QStringLiteral("[[ \" ${COMP_WORDS[*]} \" == *' %2 '* ]] || values=--assignments\n"
+                              "                _%1_paths \"$2\" $values && return\n                kind=-f")
+            .arg(HelpText::program(), withoutValues);
     default:
         return QStringLiteral("return");
     }
@@ -53,7 +60,8 @@ QString caseOf(const Command &command)
                          "            ;;\n"
                          "        esac\n"
                          "        ;;\n")
-              .arg(typedNames(options), candidates(command.takes, command.words ? command.words() : QStringList()));
+              .arg(typedNames(options),
+                   candidates(command.takes, command.words ? command.words() : QStringList(), command.withoutValues));
 }
 
 /// The patterns of all options with a value, which the command does not follow at once.
@@ -153,7 +161,7 @@ _%1_paths()
 
 _%1()
 {
-    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= i words= kind=
+    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command= i words= kind= values=
     # "--option=value" is three words, of which the last may be missing.
     if [[ $word == '=' ]]; then
         word=

@@ -23,6 +23,10 @@ QString values(Takes takes, const QStringList &words)
     switch (takes) {
     case Takes::Word:
         return QStringLiteral(" -x -a ") + quoted(words.join(QLatin1Char(' ')));
+    case Takes::Words:
+        return QStringLiteral(" -x -a ")
+            + quoted(QStringLiteral("(__fish_complete_list , 'string split \" \" \"%1\"')")
+                         .arg(words.join(QLatin1Char(' '))));
     case Takes::File:
         return QStringLiteral(" -r -F");
     case Takes::Folder:
@@ -92,6 +96,15 @@ end
         .arg(HelpText::program(), optionsWithValue());
 }
 
+/// The call that completes a path, without values if an option says so.
+QString pathsOf(const Command &command)
+{
+    if (command.takes != Takes::Assignment)
+        return QStringLiteral("(__%1_paths)").arg(HelpText::program());
+    return QStringLiteral("(contains -- %2 (commandline -opc); and __%1_paths; or __%1_paths --assignments)")
+        .arg(HelpText::program(), command.withoutValues);
+}
+
 QString optionLine(const QString &condition, const Option &option)
 {
     QString rest;
@@ -125,9 +138,7 @@ QString Pages::fishCompletion()
             text += line(condition, QStringLiteral("-f -a ") + quoted(command.words().join(QLatin1Char(' '))));
         else if (command.takesPaths())
             text += line(condition + QStringLiteral("; and __%1_file >/dev/null").arg(HelpText::program()),
-                         QStringLiteral("-f -a '(__%1_paths%2)'")
-                             .arg(HelpText::program(),
-                                  command.takes == Takes::Assignment ? QStringLiteral(" --assignments") : QString()));
+                         QStringLiteral("-f -a ") + quoted(pathsOf(command)));
         else if (command.takes != Takes::File && command.takes != Takes::Folder)
             text += line(condition, QStringLiteral("-f"));
     }

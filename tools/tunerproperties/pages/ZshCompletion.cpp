@@ -18,9 +18,11 @@ QString escaped(QString text, const QString &characters)
     return text;
 }
 
-QString action(Takes takes, const QStringList &words)
+QString action(Takes takes, const QStringList &words, const QString &withoutValues = {})
 {
     switch (takes) {
+    case Takes::Words:
+        return QStringLiteral(" _sequence compadd - ") + words.join(QLatin1Char(' '));
     case Takes::Word:
         return QLatin1Char('(') + words.join(QLatin1Char(' ')) + QLatin1Char(')');
     case Takes::File:
@@ -28,7 +30,7 @@ QString action(Takes takes, const QStringList &words)
     case Takes::Path:
         return QStringLiteral(" _%1_paths").arg(HelpText::program()); // the blank keeps arguments for compadd away
     case Takes::Assignment:
-        return QStringLiteral(" _%1_paths --assignments").arg(HelpText::program());
+        return QStringLiteral(" _%1_paths %2").arg(HelpText::program(), withoutValues);
     case Takes::Folder:
         return QStringLiteral("_path_files -/"); // _files would offer files where no folder fits
     default:
@@ -66,7 +68,7 @@ QString caseOf(const Command &command)
     if (command.maxArguments > 0)
         text += next
             + quoted(QStringLiteral("*:argument:")
-                     + action(command.takes, command.words ? command.words() : QStringList()));
+                     + action(command.takes, command.words ? command.words() : QStringList(), command.withoutValues));
     return text + QStringLiteral("\n            ;;\n");
 }
 
@@ -89,8 +91,8 @@ QString Pages::zshCompletion()
     return QStringLiteral(R"(#compdef %1
 # Completions of zsh for %1, made from the descriptions of its commands.
 
-# Completes a path in the file that is the first argument: _%1_paths [OPTION...]. Nothing that was typed or found
-# is evaluated.
+# Completes a path in the file that is the first argument; for _%1_paths OPTION, assignments unless the option is
+# typed. Nothing that was typed or found is evaluated.
 _%1_paths()
 {
     local file=${${(Q)line[1]}/#\~\//$HOME/}
@@ -99,8 +101,9 @@ _%1_paths()
         _files
         return
     fi
-    local -a found ends steps
-    found=("${(@f)$(command "$program" paths "$@" --complete "${(Q)typed}" -- "$file" 2>/dev/null </dev/null)}")
+    local -a found ends steps values
+    [[ -z $1 ]] || (( $words[(I)$1] )) || values=(--assignments)
+    found=("${(@f)$(command "$program" paths $values --complete "${(Q)typed}" -- "$file" 2>/dev/null </dev/null)}")
     ends=(${found:#*[/=]}) steps=(${(M)found:#*[/=]})
     compadd -a ends
     compadd -S '' -a steps
