@@ -191,6 +191,18 @@ Cost costOf(const Workshop &shop, const QStringList &arguments)
     return cost;
 }
 
+/// The run of five that takes the most memory. They differ by where the allocator begins a segment of 4 MiB.
+Cost largestOfFive(const Workshop &shop, const QStringList &arguments)
+{
+    Cost largest;
+    for (int i = 0; i < 5; ++i) {
+        const Cost cost = costOf(shop, arguments);
+        if (cost.memory > largest.memory)
+            largest = cost;
+    }
+    return largest;
+}
+
 constexpr qint64 MiB = 1 << 20;
 
 } // namespace
@@ -579,13 +591,8 @@ void ToolBoundsTest::aPageTakesNoMoreMemoryThanLint()
               "</ValueItem></Node>\n";
     m_workshop->write(QStringLiteral("in.xml"),
                       xml("<Component type=\"t\" name=\"c\" optional=\"false\">" + nodes + "</Component>"));
-    // Each in three runs, which differ by where the allocator begins a segment of 4 MiB.
-    Cost lint = costOf(*m_workshop, line("lint in.xml"));
-    Cost page = costOf(*m_workshop, line("show --format html in.xml"));
-    for (int again = 0; again < 2; ++again) {
-        lint.memory = std::max(lint.memory, costOf(*m_workshop, line("lint in.xml")).memory);
-        page.memory = std::min(page.memory, costOf(*m_workshop, line("show --format html in.xml")).memory);
-    }
+    const Cost lint = largestOfFive(*m_workshop, line("lint in.xml"));
+    const Cost page = largestOfFive(*m_workshop, line("show --format html in.xml"));
     QCOMPARE(page.status, 0);
     QVERIFY2(page.out.contains(panel), page.out.constData());
     QVERIFY2(page.outSize > 20 * MiB, qPrintable(QString::number(page.outSize)));
