@@ -6,8 +6,10 @@ import unittest
 
 from browser import BrowserTest
 
-# More than this many times the time of plain rows is too slow.
+# A page should be loaded within a second, and show the effect of a key within 150 ms, on a computer that loads plain rows
+# within a third of a second. On all others, both times are in proportion to that of plain rows.
 MOST = 3
+MOST_OF_A_KEY = MOST * 0.150
 
 # Notes when the page has been loaded and its first picture is complete, in the clock of the browser.
 WATCH = """addEventListener('load', () => requestAnimationFrame(() => {
@@ -61,26 +63,25 @@ class Speed(BrowserTest):
         return page
 
     def measure(self, name):
-        """Medians in milliseconds: loading the page, loading plain rows, the slowest key of a search."""
+        """Medians in milliseconds: loading the page, loading plain rows, the key that takes longest."""
         page = self.browser.open(self.document(name), width=1280)
         plain = self.plain()
-        pages, rows, keys = [], [], []
-        for _ in range(3):
+        typed = {text[:i + 1] for text in SEARCHES for i in range(len(text))} | {""}
+        pages, rows, keys = [], [], {text: [] for text in sorted(typed)}
+        for _ in range(5):
             rows.append(self.loading(plain))
             pages.append(self.loading(page))
-            slowest = 0
-            for text in SEARCHES:
-                for typed in [text[:i + 1] for i in range(len(text))] + [""]:
-                    slowest = max(slowest, self.browser.driver.execute_async_script(KEY, typed))
-            keys.append(slowest)
-        times = tuple(statistics.median(each) for each in (pages, rows, keys))
+            for text, times in keys.items():
+                times.append(self.browser.driver.execute_async_script(KEY, text))
+        slowest = max(keys.values(), key=statistics.median)
+        times = tuple(statistics.median(each) for each in (pages, rows, slowest))
         print("\n%s: loaded in %d ms, plain rows in %d ms, slowest key %d ms" % (name, *times), flush=True)
         return times
 
     def check(self, name):
         page, rows, key = self.measure(name)
         self.assertLessEqual(page / rows, MOST, "loading")
-        self.assertLessEqual(key / rows, MOST, "searching")
+        self.assertLessEqual(key / rows, MOST_OF_A_KEY, "searching")
 
     def test_ten_thousand_nodes_in_a_hundred_components(self):
         self.check("many.tpb")
