@@ -24,8 +24,8 @@ enum class JsonLayout {
 
 /// \name Parts of a document as JSON
 /// An object of the model, the value of a member, or the item or member at the end of a path, as it is in a document.
-/// The manual's page on JSON describes the mapping. Changes and checks nothing. Throws UnstorableContent for a text that
-/// JSON cannot represent; its message begins with `name`.
+/// The manual's page on JSON describes the mapping. Changes and checks nothing. Throws UnstorableContent for a text
+/// that JSON cannot represent; its message begins with `name`.
 ///
 /// For whole documents see Document.
 /// @{

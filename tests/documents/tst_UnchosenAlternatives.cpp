@@ -219,7 +219,8 @@ void UnchosenAlternativesTest::editsKeepTheChoice_data()
     row("data that are not set",
         json(R"("ValueString": {"id": "both"}, "unset": {"ValueInt": {"id": "i", "value": 12}})"),
         "set ValueInt/value 13",
-        json(R"("ChoiceValueItem": "ValueString", "ValueInt": {"id": "i", "value": 13}, "ValueString": {"id": "both"})"));
+        json(
+            R"("ChoiceValueItem": "ValueString", "ValueInt": {"id": "i", "value": 13}, "ValueString": {"id": "both"})"));
     row("removed data that are not set",
         json(R"("ValueString": {"id": "both"}, "unset": {"ValueInt": {"id": "i", "value": 12}})"), "remove ValueInt",
         json(R"("ChoiceValueItem": "ValueString", "ValueString": {"id": "both"})"));

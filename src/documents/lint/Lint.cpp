@@ -32,9 +32,9 @@ const QVector<LintRule> &lintRules()
 
 LintOptions LintOptions::lostByReading()
 {
-    const QStringList wanted = {QStringLiteral("not-a-number"), QStringLiteral("number-out-of-range"),
-                                QStringLiteral("not-a-boolean"), QStringLiteral("unknown-attribute"),
-                                QStringLiteral("unknown-element"), QStringLiteral("repeated-member"),
+    const QStringList wanted = {QStringLiteral("not-a-number"),         QStringLiteral("number-out-of-range"),
+                                QStringLiteral("not-a-boolean"),        QStringLiteral("unknown-attribute"),
+                                QStringLiteral("unknown-element"),      QStringLiteral("repeated-member"),
                                 QStringLiteral("repeated-alternative"), QStringLiteral("stray-text"),
                                 QStringLiteral("element-in-value")};
     LintOptions options;
