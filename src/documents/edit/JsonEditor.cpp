@@ -98,7 +98,7 @@ bool JsonEditor::hasExactly(const Json &value, const MemberView &member, const Q
     return isExactNotation(member.GetKind(), QString::fromUtf8(written), typed);
 }
 
-/// Whether the text will follow what has become of the value.
+/// Whether the text will follow the present value.
 bool JsonEditor::isStored(const QVector<Step> &object, const QString &member) const
 {
     const ObjectEdit *edit = &m_stored;
