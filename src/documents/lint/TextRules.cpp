@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "documents/lint/TextRules.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include <tunerdocuments/Value.h>
 
+#include "documents/values/Decimal.h"
 #include "text/Suggestion.h"
 
 using JobXml::MemberKind;
@@ -19,85 +17,6 @@ bool isWhole(MemberKind kind)
 {
     return kind == MemberKind::Int || kind == MemberKind::Int64 || kind == MemberKind::UInt64;
 }
-
-/// A decimal number as it is written: digits, and the position of the point.
-class Written
-{
-public:
-    explicit Written(const QString &text)
-    {
-        const QString trimmed = text.trimmed();
-        int at = 0;
-        const auto digits = [&] {
-            const int begin = at;
-            while (at < trimmed.size() && trimmed.at(at) >= QLatin1Char('0') && trimmed.at(at) <= QLatin1Char('9'))
-                ++at;
-            return trimmed.mid(begin, at - begin);
-        };
-        const auto take = [&](const char *characters) {
-            const bool isThere = at < trimmed.size() && QLatin1String(characters).contains(trimmed.at(at));
-            at += isThere ? 1 : 0;
-            return isThere;
-        };
-        m_isNegative = trimmed.startsWith(QLatin1Char('-'));
-        take("+-");
-        m_digits = digits();
-        m_isWhole = at == trimmed.size() && !m_digits.isEmpty();
-        int decimals = 0;
-        if (take(".")) {
-            const QString fraction = digits();
-            decimals = fraction.size();
-            m_digits += fraction;
-        }
-        qint64 exponent = 0;
-        bool hasExponent = true;
-        if (take("eE")) {
-            const bool isNegative = at < trimmed.size() && trimmed.at(at) == QLatin1Char('-');
-            take("+-");
-            const QString size = digits();
-            hasExponent = !size.isEmpty();
-            constexpr int longest = 9; // the rest does not change what it is
-            exponent = (isNegative ? -1 : 1) * size.left(longest).toLongLong();
-        }
-        m_isNumber = at == trimmed.size() && !m_digits.isEmpty() && hasExponent;
-        m_decimals = decimals - exponent;
-        while (m_digits.endsWith(QLatin1Char('0'))) {
-            m_digits.chop(1);
-            --m_decimals;
-        }
-        const auto isZero = [](QChar digit) { return digit == QLatin1Char('0'); };
-        m_digits.remove(0, int(std::find_if_not(m_digits.cbegin(), m_digits.cend(), isZero) - m_digits.cbegin()));
-    }
-
-    bool isNumber() const { return m_isNumber; }
-    bool isWhole() const { return m_isWhole; }
-    /// Without zeros at the end.
-    qint64 decimals() const { return m_digits.isEmpty() ? 0 : std::max(m_decimals, qint64(0)); }
-    /// Whether another number has the same size, in whatever notation.
-    bool isAsLargeAs(const Written &other) const
-    {
-        return m_digits == other.m_digits && (m_digits.isEmpty() || m_decimals == other.m_decimals);
-    }
-
-    /// In digits only, for a whole number of any size that a type may have; null for others.
-    QString inDigits() const
-    {
-        constexpr qint64 mostZeros = 18;
-        if (!m_isNumber || decimals() > 0 || -m_decimals > mostZeros)
-            return {};
-        if (m_digits.isEmpty())
-            return QStringLiteral("0");
-        return QString(m_isNegative ? QStringLiteral("-") : QString()) + m_digits
-            + QString(int(-m_decimals), QLatin1Char('0'));
-    }
-
-private:
-    QString m_digits; // without zeros at both ends
-    qint64 m_decimals = 0; // of the last digit; negative if zeros follow it
-    bool m_isNegative = false;
-    bool m_isWhole = false;
-    bool m_isNumber = false;
-};
 
 /// A number as the model reads it.
 struct Read
@@ -157,10 +76,6 @@ const char *rangeOf(MemberKind kind)
     }
 }
 
-} // namespace
-
-namespace {
-
 /// With a point instead of a comma; null if there is no comma, or if it may be one between thousands.
 QString withPoint(const QString &text)
 {
@@ -175,7 +90,7 @@ QString probableNumber(const QString &text, MemberKind kind)
 {
     const QString trimmed = text.trimmed();
     const QString pointed = withPoint(trimmed);
-    const QString number = isWhole(kind) ? Written(pointed.isNull() ? trimmed : pointed).inDigits() : pointed;
+    const QString number = isWhole(kind) ? Decimal(pointed.isNull() ? trimmed : pointed).inDigits() : pointed;
     return Read(number, kind).isExact ? number : QString();
 }
 
@@ -184,7 +99,7 @@ QString probableNumber(const QString &text, MemberKind kind)
 void notANumber(const LintedText &value)
 {
     const Read read(value.text, value.kind);
-    const Written written(value.text);
+    const Decimal written(value.text.trimmed());
     if (read.isExact || (isWhole(value.kind) ? written.isWhole() : written.isNumber()))
         return;
     value.warn([&]() -> Description {
@@ -200,7 +115,7 @@ void notANumber(const LintedText &value)
 void numberOutOfRange(const LintedText &value)
 {
     const Read read(value.text, value.kind);
-    const Written written(value.text);
+    const Decimal written(value.text.trimmed());
     if (read.isExact || !(isWhole(value.kind) ? written.isWhole() : written.isNumber()))
         return;
     value.warn([&]() -> Description {
@@ -213,8 +128,8 @@ void numberOutOfRange(const LintedText &value)
 void lostDecimals(const LintedText &value)
 {
     const Read read(value.text, value.kind);
-    const Written written(value.text);
-    if (isWhole(value.kind) || !read.isExact || !written.isNumber() || written.isAsLargeAs(Written(read.rounded)))
+    const Decimal written(value.text.trimmed());
+    if (isWhole(value.kind) || !read.isExact || !written.isNumber() || written.isAsLargeAs(Decimal(read.rounded)))
         return;
     value.warn([&]() -> Description {
         const QString message = QStringLiteral("%1 of %2 has more %3; it is written as %4")

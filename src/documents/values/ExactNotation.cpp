@@ -4,53 +4,16 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
-#include <tuple>
 
-#include <QRegularExpression>
 #include <QStringList>
+
+#include "documents/values/Decimal.h"
 
 using namespace JobXml;
 
 namespace TunerDocuments {
 
 namespace {
-
-/// A decimal number of any size: its digits without zeros around them, and the power of ten by which they are
-/// multiplied.
-struct Decimal
-{
-    bool isNegative = false;
-    QString digits;
-    qint64 exponent = 0;
-
-    bool operator==(const Decimal &other) const
-    {
-        return std::tie(isNegative, digits, exponent) == std::tie(other.isNegative, other.digits, other.exponent);
-    }
-};
-
-/// No value for a text that is not a number.
-std::optional<Decimal> decimalOf(const QString &text)
-{
-    static const QRegularExpression notation(
-        QStringLiteral(R"(^([+-]?)0*([0-9]*)(?:\.([0-9]*))?(?:[eE]([+-]?[0-9]{1,9}))?\z)"));
-    const QRegularExpressionMatch match = notation.match(text);
-    static const QRegularExpression anyDigit(QStringLiteral("^[+-]?\\.?[0-9]"));
-    if (!match.hasMatch() || !anyDigit.match(text).hasMatch())
-        return {};
-    const QString fraction = match.captured(3);
-    Decimal number{match.captured(1) == QLatin1String("-"), match.captured(2) + fraction,
-                   match.captured(4).toLongLong() - fraction.size()};
-    while (number.digits.endsWith(QLatin1Char('0'))) {
-        number.digits.chop(1);
-        ++number.exponent;
-    }
-    while (number.digits.startsWith(QLatin1Char('0')))
-        number.digits.remove(0, 1);
-    if (number.digits.isEmpty())
-        number.exponent = 0;
-    return number;
-}
 
 /// "nan", "inf" or "-inf", for what is written with such a word; null for everything else.
 QString specialNumber(const QString &text)
@@ -68,20 +31,18 @@ bool isSameNumber(const QString &written, const QString &typed)
     const QString special = specialNumber(typed);
     if (!special.isNull())
         return special == specialNumber(written);
-    const auto number = decimalOf(written);
-    return number && number == decimalOf(typed);
+    const Decimal first(written);
+    const Decimal second(typed);
+    return first.isNumber() && second.isNumber() && first.isNegative() == second.isNegative()
+        && first.isAsLargeAs(second);
 }
 
 bool isSameWholeNumber(const QString &written, const QString &typed)
 {
-    static const QRegularExpression whole(QStringLiteral(R"(^[+-]?[0-9]+\z)"));
-    auto first = decimalOf(written);
-    auto second = decimalOf(typed);
-    if (!whole.match(written).hasMatch() || !first || !second)
-        return false;
-    for (Decimal *const number : {&*first, &*second})
-        number->isNegative = number->isNegative && !number->digits.isEmpty(); // there is only one 0
-    return first == second;
+    const Decimal first(written);
+    const Decimal second(typed);
+    return first.isWhole() && second.isNumber() && first.isAsLargeAs(second)
+        && (first.isZero() || first.isNegative() == second.isNegative());
 }
 
 /// Without the blanks of XML, of which readers skip others, too.
