@@ -63,7 +63,7 @@ TUNERDOCUMENTS_EXPORT qint64 lint(const Document &document, const FindingVisitor
 /// If it is JSON, findings have the line and column of the value concerned, or of the object if that does not have it,
 /// counted as those of errors in JSON, and are passed in that order. A version that resets the document is a finding as
 /// in XML. Nothing else in the text is examined, since the reader of JSON refuses what it would have to convert or
-/// skip.
+/// skip, apart from digits that a number cannot keep.
 ///
 /// Texts of other forms have no effect.
 TUNERDOCUMENTS_EXPORT qint64 lint(const Document &document, const QByteArray &text, const FindingVisitor &visitor,
