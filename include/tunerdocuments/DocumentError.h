@@ -26,9 +26,7 @@ private:
 };
 
 /// Content that cannot be stored as required, although the file could be read: the form cannot hold it, or the text of
-/// the document has no place for it. The text says so in the same way: "receiver.xml: cannot edit the document in
-/// place:
-/// ...".
+/// the document has no place for it. "receiver.xml: cannot edit the document in place: ...".
 class TUNERDOCUMENTS_EXPORT UnstorableContent : public DocumentError
 {
 public:
