@@ -111,6 +111,9 @@ void UnmergedTest::contentThatOnlyTheirsHasIsLost_data()
         "SCP, FFP, Receiver or DirectionFinder; did you mean 'SCP'?");
     row("newer version", "\"1.1\"", "\"1.2\"",
         "t:1:18: version '1.2' is unknown; the newest is 1.1; use '1.1' [unknown-version]");
+    row("older version", "\"1.1\"", "\"1.0\"",
+        "t:1:18: version '1.0' is older than 1.1; readers reset the document to its defaults; use Version=\"1.1\" "
+        "[reset-by-version]");
     row("nothing: other spellings, members that are read twice, alternatives that are not chosen",
         "<StartupModes><StartupMode>Scan</StartupMode></StartupModes>",
         "<StartupModes><StartupMode>Scan</StartupMode></StartupModes>"

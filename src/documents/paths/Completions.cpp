@@ -38,7 +38,7 @@ struct Parts
     }
 
     int lastStep = 0;
-    int equalsSign = -1; ///< -1 if there is no value
+    int equalsSign = -1; ///< its position; -1 for a path alone
 };
 
 /// The object in which the members of the next step are; null if there is none.
