@@ -17,37 +17,60 @@ install(FILES ${PROJECT_SOURCE_DIR}/SECURITY.md
     DESTINATION ${CMAKE_INSTALL_DOCDIR}
     COMPONENT development)
 
-# find_package(TunerProperties)
-set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/TunerProperties)
+# find_package(TunerProperties), or TunerPropertiesQt6 if that is what it is built with
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${TunerProperties_PACKAGE})
+set(package_files ${PROJECT_BINARY_DIR}/cmake/${TunerProperties_PACKAGE})
 configure_package_config_file(
     ${PROJECT_SOURCE_DIR}/cmake/TunerPropertiesConfig.cmake.in
-    ${PROJECT_BINARY_DIR}/cmake/TunerPropertiesConfig.cmake
+    ${package_files}Config.cmake
     INSTALL_DESTINATION ${package_dir}
     NO_SET_AND_CHECK_MACRO)
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/cmake/TunerPropertiesConfigVersion.cmake
+write_basic_package_version_file(${package_files}ConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
-install(FILES
-        ${PROJECT_BINARY_DIR}/cmake/TunerPropertiesConfig.cmake
-        ${PROJECT_BINARY_DIR}/cmake/TunerPropertiesConfigVersion.cmake
+install(FILES ${package_files}Config.cmake ${package_files}ConfigVersion.cmake
     DESTINATION ${package_dir}
     COMPONENT development)
 install(EXPORT TunerPropertiesTargets
-    NAMESPACE TunerProperties::
+    FILE ${TunerProperties_PACKAGE}Targets.cmake
+    NAMESPACE ${TunerProperties_PACKAGE}::
     DESTINATION ${package_dir}
     COMPONENT development)
 
-# pkg-config tunerproperties, and tunerdocuments for the library above it: the folders are relative to the files.
+# pkg-config, with a file for each library. The folders are relative to the files.
 set(pkgconfig_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH prefix_from_pkgconfig ${pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH includedir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
-foreach(library IN ITEMS tunerproperties tunerdocuments)
-    configure_file(${PROJECT_SOURCE_DIR}/cmake/${library}.pc.in ${PROJECT_BINARY_DIR}/cmake/${library}.pc @ONLY)
-    install(FILES ${PROJECT_BINARY_DIR}/cmake/${library}.pc
+
+# tp_install_pkgconfig(library description [REQUIRES library...] [PRIVATE library...] [PRIVATE_PACKAGES package...]
+#                      [PRIVATE_LIBS option...])
+# REQUIRES are our libraries whose functions a program calls as well; what is private is linked only by static builds.
+function(tp_install_pkgconfig library description)
+    cmake_parse_arguments(arg "" "" "REQUIRES;PRIVATE;PRIVATE_PACKAGES;PRIVATE_LIBS" ${ARGN})
+    foreach(list IN ITEMS REQUIRES PRIVATE)
+        list(TRANSFORM arg_${list} TOLOWER)
+        list(TRANSFORM arg_${list} APPEND "${TunerProperties_NAME_SUFFIX} = ${PROJECT_VERSION}")
+    endforeach()
+    list(APPEND arg_REQUIRES "${tp_qt}Core >= ${TunerProperties_QT_MINIMUM}")
+    list(JOIN arg_REQUIRES ", " requires)
+    list(APPEND arg_PRIVATE ${arg_PRIVATE_PACKAGES})
+    list(JOIN arg_PRIVATE ", " requires_private)
+    list(JOIN arg_PRIVATE_LIBS " " libs_private)
+    string(TOLOWER ${library}${TunerProperties_NAME_SUFFIX} name)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/library.pc.in ${PROJECT_BINARY_DIR}/cmake/${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/cmake/${name}.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
-endforeach()
+endfunction()
+tp_install_pkgconfig(ReportBase "Loading, saving, exceptions and loggers of objects in a report"
+    PRIVATE_PACKAGES zlib)
+tp_install_pkgconfig(TavikAppStartUp "Registry of the translations of modules"
+    PRIVATE_LIBS -l${CMAKE_DL_LIBS})
+tp_install_pkgconfig(TunerProperties "${PROJECT_DESCRIPTION}"
+    REQUIRES ReportBase PRIVATE TavikAppStartUp)
+tp_install_pkgconfig(TunerDocuments "Documents of radio tuner resources in files: any form, problems, paths, differences"
+    REQUIRES TunerProperties)
 
 # The examples, with a project file that builds them against the installed libraries.
 set(examples_dir ${CMAKE_INSTALL_DOCDIR}/examples)

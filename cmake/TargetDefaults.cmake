@@ -95,7 +95,7 @@ function(tp_product_defaults target)
         add_library(tunerproperties_pch OBJECT ${PROJECT_BINARY_DIR}/tunerproperties_pch.cpp)
         tp_target_defaults(tunerproperties_pch)
         target_compile_options(tunerproperties_pch PRIVATE ${tp_product_flags})
-        target_link_libraries(tunerproperties_pch PRIVATE Qt5::Core)
+        target_link_libraries(tunerproperties_pch PRIVATE ${tp_qt}::Core)
         target_precompile_headers(tunerproperties_pch PRIVATE
             <algorithm> <functional> <limits> <memory> <optional> <utility> <vector>
             <QByteArray> <QDataStream> <QFile> <QHash> <QString> <QStringList> <QVariant> <QVector>
@@ -122,22 +122,28 @@ function(tp_add_objects library)
     target_compile_definitions(${objects} PRIVATE ${library}_EXPORTS)
     target_include_directories(${objects} PRIVATE
         ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include ${PROJECT_SOURCE_DIR}/src)
-    target_link_libraries(${objects} PRIVATE Qt5::Core)
+    target_link_libraries(${objects} PRIVATE ${tp_qt}::Core)
 endfunction()
 
-# A shared library whose export header is generated as <folder/Export.h>.
+# A shared library. Its public headers are those in the folder include/<folder>, and <folder/Export.h>, which is generated.
 function(tp_library_defaults target folder macro)
     tp_product_defaults(${target})
-    add_library(TunerProperties::${target} ALIAS ${target})
+    # In a build there is one Qt, so the plain names always work; the names of the package depend on it.
+    set(namespaces TunerProperties ${TunerProperties_PACKAGE})
+    list(REMOVE_DUPLICATES namespaces)
+    foreach(namespace IN LISTS namespaces)
+        add_library(${namespace}::${target} ALIAS ${target})
+    endforeach()
     generate_export_header(${target}
         EXPORT_MACRO_NAME ${macro}
         EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/include/${folder}/Export.h)
-    target_include_directories(${target} PUBLIC
-        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
-        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
-        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-    target_link_libraries(${target} PUBLIC Qt5::Core)
+    file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/${folder}/*.h)
+    target_sources(${target} PUBLIC FILE_SET HEADERS
+        BASE_DIRS ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include
+        FILES ${headers} ${PROJECT_BINARY_DIR}/include/${folder}/Export.h)
+    target_link_libraries(${target} PUBLIC ${tp_qt}::Core)
     set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME ${target}${TunerProperties_NAME_SUFFIX}
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
         # Otherwise CMake reserves space for another path with empty entries, which mean the current folder.
@@ -151,10 +157,7 @@ function(tp_library_defaults target folder macro)
         install(TARGETS ${target} EXPORT TunerPropertiesTargets
             LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
             RUNTIME COMPONENT runtime
-            ARCHIVE COMPONENT development)
-        install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/${folder} ${PROJECT_BINARY_DIR}/include/${folder}
-            DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-            COMPONENT development
-            FILES_MATCHING PATTERN "*.h")
+            ARCHIVE COMPONENT development
+            FILE_SET HEADERS COMPONENT development)
     endif()
 endfunction()

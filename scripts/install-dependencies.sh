@@ -2,7 +2,8 @@
 #
 # install-dependencies.sh [SET...] installs the missing Debian packages of the sets, each for
 #
-#   build   building and testing (the default)
+#   build   building and testing with Qt 5 (the default)
+#   qt6     what takes the place of Qt 5 to build and test with Qt 6
 #   ci      the other legs of the continuous integration and the scripts for developers
 #   bench   the benchmark, with all peers that the library is compared with
 #   package building and trying the Debian packages
@@ -22,6 +23,10 @@ build_packages=(
     python3            # for the tests: an independent reader and writer of the formats
     util-linux         # setpriv, for the tests: runs programs as a user without privileges
     pkgconf            # pkg-config, for the tests: builds a program against the installed libraries
+)
+qt6_packages=(
+    qt6-base-dev
+    qt6-l10n-tools # lrelease
 )
 ci_packages=(
     clang clang-tidy clang-format
@@ -60,12 +65,13 @@ packages=()
 for set in "${@:-build}"; do
     case $set in
     build) packages+=("${build_packages[@]}") ;;
+    qt6) packages+=("${qt6_packages[@]}") ;;
     ci) packages+=("${ci_packages[@]}") ;;
     bench) packages+=("${bench_packages[@]}") ;;
     package) packages+=("${package_packages[@]}") ;;
     docs) packages+=("${docs_packages[@]}") ;;
     browser) packages+=("${browser_packages[@]}") ;;
-    *) die "unknown set of packages '$set'; there are: build ci bench package docs browser" ;;
+    *) die "unknown set of packages '$set'; there are: build qt6 ci bench package docs browser" ;;
     esac
 done
 

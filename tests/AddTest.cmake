@@ -14,7 +14,7 @@ endif()
 add_library(tests_pch OBJECT ${CMAKE_CURRENT_LIST_DIR}/Suites.cpp)
 tp_target_defaults(tests_pch)
 target_compile_options(tests_pch PRIVATE ${tp_test_debugging})
-target_link_libraries(tests_pch PRIVATE Qt5::Test)
+target_link_libraries(tests_pch PRIVATE ${tp_qt}::Test)
 target_precompile_headers(tests_pch PRIVATE <QtTest>)
 
 # The generated files that compiling needs, for scripts/clang.sh. Depends on no library.
@@ -49,7 +49,7 @@ function(tp_add_test_program name)
     target_include_directories(${name} PRIVATE
         ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_BINARY_DIR}/${name})
     target_compile_definitions(${name} PRIVATE EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples" ${arg_DEFINITIONS})
-    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} Qt5::Test)
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} ${tp_qt}::Test)
     target_precompile_headers(${name} REUSE_FROM tests_pch)
     # Each suite is included by only one source, so that types without linkage are not a problem.
     target_compile_options(${name} PRIVATE ${tp_test_debugging} $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
@@ -128,7 +128,7 @@ function(tp_gather_suites program)
         endforeach()
     endif()
     add_custom_command(OUTPUT ${units} BYPRODUCTS ${mocs}
-        COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/gather.py $<TARGET_FILE:Qt5::moc> ${folder} ${arguments}
+        COMMAND Python3::Interpreter -B ${PROJECT_SOURCE_DIR}/tests/gather.py $<TARGET_FILE:${tp_qt}::moc> ${folder} ${arguments}
         DEPENDS ${PROJECT_SOURCE_DIR}/tests/gather.py ${suites}
         COMMENT "Gathering the suites of ${program}"
         VERBATIM)

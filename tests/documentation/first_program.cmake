@@ -1,8 +1,16 @@
 # The first program of the manual is built against what is installed, and prints what the manual says.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/Common.cmake)
 
+# With another Qt, the project names the package of that Qt.
 set(build ${SCRATCH_DIR}/first_program)
-build_project(${SOURCE_DIR}/docs/snippets/first_program ${build}
+set(project ${SCRATCH_DIR}/first_program_sources)
+file(REMOVE_RECURSE ${project})
+file(COPY ${SOURCE_DIR}/docs/snippets/first_program/ DESTINATION ${project})
+file(READ ${project}/CMakeLists.txt text)
+string(REPLACE "find_package(TunerProperties " "find_package(${PACKAGE} " text "${text}")
+string(REPLACE " TunerProperties::" " ${PACKAGE}::" text "${text}")
+file(WRITE ${project}/CMakeLists.txt "${text}")
+build_project(${project} ${build}
     -DCMAKE_PREFIX_PATH=${PREFIX} "-DCMAKE_CXX_FLAGS=${FLAGS}")
 run(${build}/first_program ${SOURCE_DIR}/examples/scp.xml)
 

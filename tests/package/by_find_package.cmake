@@ -16,11 +16,10 @@ expect_derived_class_to_work(${build}/derived)
 expect_documents_to_work(${build}/documents ${PREFIX}/${LIB_DIR})
 
 # The exported targets are those of the shared libraries: what is linked into them is not installed.
-file(STRINGS ${PREFIX}/${LIB_DIR}/cmake/TunerProperties/TunerPropertiesTargets.cmake targets REGEX "^add_library")
-list(TRANSFORM targets REPLACE "^add_library\\(([A-Za-z:_]+) SHARED IMPORTED\\)$" "\\1")
+file(STRINGS ${PREFIX}/${LIB_DIR}/cmake/${PACKAGE}/${PACKAGE}Targets.cmake targets REGEX "^add_library")
+list(TRANSFORM targets REPLACE "^add_library\\(([A-Za-z0-9:_]+) SHARED IMPORTED\\)$" "\\1")
 list(SORT targets)
-set(expected TunerProperties::ReportBase TunerProperties::TavikAppStartUp TunerProperties::TunerDocuments
-    TunerProperties::TunerProperties)
+set(expected ${PACKAGE}::ReportBase ${PACKAGE}::TavikAppStartUp ${PACKAGE}::TunerDocuments ${PACKAGE}::TunerProperties)
 if(NOT targets STREQUAL expected)
     message(FATAL_ERROR "the exported targets are '${targets}', not '${expected}'")
 endif()

@@ -6,13 +6,13 @@ file(REMOVE_RECURSE ${build})
 file(MAKE_DIRECTORY ${build})
 set(ENV{PKG_CONFIG_PATH} ${PREFIX}/${LIB_DIR}/pkgconfig)
 
-run(${PKG_CONFIG} --modversion tunerproperties)
+run(${PKG_CONFIG} --modversion tunerproperties${SUFFIX})
 if(NOT output STREQUAL "${VERSION}\n")
     message(FATAL_ERROR "pkg-config reports version '${output}', not ${VERSION}")
 endif()
-run(${PKG_CONFIG} --exact-version=${VERSION} --print-errors tunerproperties)
+run(${PKG_CONFIG} --exact-version=${VERSION} --print-errors tunerproperties${SUFFIX})
 
-run(${PKG_CONFIG} --cflags --libs tunerproperties)
+run(${PKG_CONFIG} --cflags --libs tunerproperties${SUFFIX})
 separate_arguments(options UNIX_COMMAND "${output}")
 separate_arguments(flags UNIX_COMMAND "${FLAGS}")
 
@@ -32,21 +32,27 @@ foreach(header IN LISTS headers)
     endif()
 endforeach()
 
-# The library for documents has a file of its own, which requires the other one.
-run(${PKG_CONFIG} --exact-version=${VERSION} --print-errors tunerdocuments)
-run(${PKG_CONFIG} --print-requires tunerdocuments)
-if(NOT output STREQUAL "tunerproperties = ${VERSION}\n")
+# The library for documents has a file of its own, which requires the other ones.
+run(${PKG_CONFIG} --exact-version=${VERSION} --print-errors tunerdocuments${SUFFIX})
+run(${PKG_CONFIG} --print-requires tunerdocuments${SUFFIX})
+if(NOT output MATCHES "^tunerproperties${SUFFIX} = ${VERSION}\nQt${QT_MAJOR_VERSION}Core >= ")
     message(FATAL_ERROR "tunerdocuments requires '${output}'")
 endif()
-run(${PKG_CONFIG} --cflags --libs tunerdocuments)
+run(${PKG_CONFIG} --cflags --libs tunerdocuments${SUFFIX})
 separate_arguments(options_for_documents UNIX_COMMAND "${output}")
 run(${COMPILER} -std=c++17 -fPIC -Wall -Wextra -Wpedantic -Werror ${flags}
     ${CMAKE_CURRENT_LIST_DIR}/consumer/documents.cpp ${options_for_documents} -Wl,-rpath,${PREFIX}/${LIB_DIR}
     -o ${build}/documents)
 expect_documents_to_work(${build}/documents ${PREFIX}/${LIB_DIR})
 
-# The registry alone also works.
-run(${COMPILER} -std=c++17 -fPIC ${flags} ${CMAKE_CURRENT_LIST_DIR}/registry_alone/main.cpp ${options}
+# What a program does not call is not linked with it: the model uses the registry by itself.
+run(${PKG_CONFIG} --libs-only-l tunerproperties${SUFFIX})
+if(output MATCHES "TavikAppStartUp" OR NOT output MATCHES "-lReportBase${SUFFIX} ")
+    message(FATAL_ERROR "programs that use tunerproperties are linked with '${output}'")
+endif()
+run(${PKG_CONFIG} --cflags --libs tavikappstartup${SUFFIX})
+separate_arguments(options_for_registry UNIX_COMMAND "${output}")
+run(${COMPILER} -std=c++17 -fPIC ${flags} ${CMAKE_CURRENT_LIST_DIR}/registry_alone/main.cpp ${options_for_registry}
     -Wl,-rpath,${PREFIX}/${LIB_DIR} -o ${build}/registry_alone)
 run(${build}/registry_alone)
 

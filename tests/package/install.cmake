@@ -11,14 +11,15 @@ file(GLOB headers RELATIVE ${SOURCE_DIR}/include ${SOURCE_DIR}/include/*/*.h)
 list(TRANSFORM headers PREPEND ${INCLUDE_DIR}/)
 
 foreach(file IN ITEMS
-        ${LIB_DIR}/libReportBase.so ${LIB_DIR}/libTavikAppStartUp.so
-        ${LIB_DIR}/libTunerDocuments.so ${LIB_DIR}/libTunerProperties.so
-        ${LIB_DIR}/libReportBase.so.1 ${LIB_DIR}/libTavikAppStartUp.so.1
-        ${LIB_DIR}/libTunerDocuments.so.1 ${LIB_DIR}/libTunerProperties.so.1
-        ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesConfig.cmake
-        ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesConfigVersion.cmake
-        ${LIB_DIR}/cmake/TunerProperties/TunerPropertiesTargets.cmake
-        ${LIB_DIR}/pkgconfig/tunerproperties.pc ${LIB_DIR}/pkgconfig/tunerdocuments.pc
+        ${LIB_DIR}/libReportBase${SUFFIX}.so ${LIB_DIR}/libTavikAppStartUp${SUFFIX}.so
+        ${LIB_DIR}/libTunerDocuments${SUFFIX}.so ${LIB_DIR}/libTunerProperties${SUFFIX}.so
+        ${LIB_DIR}/libReportBase${SUFFIX}.so.1 ${LIB_DIR}/libTavikAppStartUp${SUFFIX}.so.1
+        ${LIB_DIR}/libTunerDocuments${SUFFIX}.so.1 ${LIB_DIR}/libTunerProperties${SUFFIX}.so.1
+        ${LIB_DIR}/cmake/${PACKAGE}/${PACKAGE}Config.cmake
+        ${LIB_DIR}/cmake/${PACKAGE}/${PACKAGE}ConfigVersion.cmake
+        ${LIB_DIR}/cmake/${PACKAGE}/${PACKAGE}Targets.cmake
+        ${LIB_DIR}/pkgconfig/reportbase${SUFFIX}.pc ${LIB_DIR}/pkgconfig/tavikappstartup${SUFFIX}.pc
+        ${LIB_DIR}/pkgconfig/tunerproperties${SUFFIX}.pc ${LIB_DIR}/pkgconfig/tunerdocuments${SUFFIX}.pc
         ${BIN_DIR}/tunerproperties
         ${MAN_DIR}/man1/tunerproperties.1
         ${DATA_DIR}/bash-completion/completions/tunerproperties
