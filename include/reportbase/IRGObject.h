@@ -360,7 +360,7 @@ private:
     Q_DECL_HIDDEN QString readRepresentation(QDataStream &stream, bool toTheEndOfTheData,
                                              const ReadLimits &limits); // why it failed, or null
     Q_DECL_HIDDEN QString readMembersIn(const QDataStream &form, const QByteArray &container,
-                                        int begin); // the same, for the bytes from there on
+                                        qint64 begin); // the same, for the bytes from there on
     Q_DECL_HIDDEN QByteArray composeRepresentation(const QDataStream &form) const; // empty if nothing is written
 
     const ObjectClass *m_class;

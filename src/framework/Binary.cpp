@@ -46,7 +46,7 @@ QBuffer *bufferOf(const QDataStream &stream)
     if (!buffer->getChar(&next))
         return nullptr;
     buffer->ungetChar(next);
-    const bool isThere = next == buffer->data().at(int(position));
+    const bool isThere = next == buffer->data().at(Size(position));
     return isThere ? buffer : nullptr;
 }
 
@@ -60,10 +60,10 @@ To bitsOf(From value)
 }
 
 /// Writes the characters as bytes. Returns false if one of them is not ASCII.
-bool narrow(const QChar *text, int size, char *to)
+bool narrow(const QChar *text, Size size, char *to)
 {
     ushort all = 0;
-    for (int i = 0; i < size; ++i) {
+    for (Size i = 0; i < size; ++i) {
         const ushort character = text[i].unicode();
         all = ushort(all | character);
         to[i] = char(character);
@@ -72,7 +72,7 @@ bool narrow(const QChar *text, int size, char *to)
 }
 
 /// Copies UTF-16 between the processor's byte order and a stream's.
-void copyText(const char *from, int units, char *to, bool isSwapped)
+void copyText(const char *from, Size units, char *to, bool isSwapped)
 {
     if (isSwapped)
         qbswap<sizeof(ushort)>(from, units, to);
@@ -99,10 +99,10 @@ BinaryWriter::BinaryWriter(const QDataStream &target) : m_form(target) { }
 void BinaryWriter::grow(qint64 size)
 {
     constexpr qint64 least = 256;
-    constexpr qint64 most = std::numeric_limits<int>::max() - 64; // a QByteArray also allocates a header
+    constexpr qint64 most = std::numeric_limits<int>::max() - 64; // no reader takes more; Qt 5 also allocates a header
     if (size > most - m_size)
         throw std::bad_alloc();
-    m_bytes.resize(int(std::min(most, std::max({least, m_size + size, 2 * m_size}))));
+    m_bytes.resize(Size(std::min(most, std::max({least, m_size + size, 2 * m_size}))));
     m_at = m_bytes.data();
 }
 
@@ -139,7 +139,7 @@ void BinaryWriter::putNull()
     put(m_form.version >= versionWithNullBytesAndWords64 ? nullMark : 0U);
 }
 
-void BinaryWriter::putBytes(const char *bytes, int size)
+void BinaryWriter::putBytes(const char *bytes, Size size)
 {
     put(quint32(size));
     if (size > 0)
@@ -158,7 +158,7 @@ void BinaryWriter::put(const QString &text)
         return;
     }
     put(quint32(2 * text.size()));
-    copyText(reinterpret_cast<const char *>(text.utf16()), text.size(), room(2 * qint64(text.size())),
+    copyText(reinterpret_cast<const char *>(text.constData()), text.size(), room(2 * qint64(text.size())),
              m_form.isSwapped);
 }
 
@@ -189,12 +189,12 @@ void BinaryWriter::putRecords(const QByteArray &records)
 
 void BinaryWriter::flushTo(QDataStream &target) const
 {
-    target.writeRawData(m_bytes.constData(), int(m_size));
+    target.writeRawData(m_bytes.constData(), int(m_size)); // which is within the limit of grow()
 }
 
 QByteArray BinaryWriter::take()
 {
-    m_bytes.truncate(int(m_size));
+    m_bytes.truncate(Size(m_size));
     m_bytes.squeeze(); // the caller may keep it
     return std::move(m_bytes);
 }
@@ -334,7 +334,7 @@ BinaryReader::Bytes BinaryReader::readBytesByStream(const DataObject &owner)
     if (!takeByStream(bytes))
         wrongLength(owner);
     m_bytes = std::move(bytes);
-    return {m_bytes.constData(), m_bytes.size()};
+    return {m_bytes.constData(), int(m_bytes.size())}; // as in a stream
 }
 
 QString BinaryReader::readText(const DataObject &owner)

@@ -97,7 +97,7 @@ private:
         std::memcpy(at, &value, sizeof(value));
     }
     void putNull();
-    void putBytes(const char *bytes, int size);
+    void putBytes(const char *bytes, Size size);
 
     const ByteForm m_form;
     QByteArray m_bytes;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -81,23 +80,6 @@ public:
     {
         QVector<Item> none;
         this->swap(none);
-    }
-
-    /// Appends a new item to a list that is being read. Nearly all lists are short, and QVector's own growth would
-    /// leave half of the capacity unused.
-    Item &appendNew(int firstRoom)
-    {
-        if (this->size() == this->capacity())
-            this->reserve(std::max(firstRoom, 2 * this->size()));
-        this->resize(this->size() + 1);
-        return this->last();
-    }
-
-    /// Releases the capacity that is not used.
-    void releaseSpareCapacity()
-    {
-        if (this->size() != this->capacity() && this->size() != 0 && this->isDetached())
-            this->squeeze();
     }
 
     /// Makes the items, and the capacity that an emptied list keeps, unshared with the lists of callers.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "framework/Child.h"
+#include "framework/ItemRoom.h"
 #include "framework/ListOf.h"
 #include "framework/XmlOutput.h"
 
@@ -47,7 +48,7 @@ public:
     }
 
     MemberKind kind() const override { return MemberKind::ObjectList; }
-    int childCount(const Block &block) const override { return list(block).size(); }
+    int childCount(const Block &block) const override { return int(list(block).size()); }
     const DataObject &child(const Block &block, int index) const override { return list(block).at(index); }
     DataObject &editChild(DataObject &object, int index) const override { return modify(object)[index]; }
     DataObject &appendChild(DataObject &object) const override
@@ -141,7 +142,7 @@ public:
     }
 
     bool hasCapacity(const Block &block) const final { return list(block).capacity() != 0; }
-    void squeeze(Block &block) const final { list(block).releaseSpareCapacity(); }
+    void squeeze(Block &block) const final { ItemRoom::releaseSpare(list(block)); }
 
 private:
     using Base::detachedItems;
@@ -178,7 +179,7 @@ private:
         Block &block = ObjectAccess::block(object);
         const bool hadCapacity = hasCapacity(block);
         ItemList<Item> &items = detachedItems(block);
-        reserve(items, likelyCount);
+        ItemRoom::reserve(items, likelyCount);
         reader.readChildOf(*this);
         for (qint32 i = 0; i < count; ++i) {
             const Source::Position begin = reader.nextPosition();
@@ -232,12 +233,9 @@ private:
         });
     }
 
-    Item &appendNew(ItemList<Item> &items) const { return items.appendNew(this->has(UsuallySeveralItems) ? 4 : 1); }
-
-    static void reserve(ItemList<Item> &items, int further)
+    Item &appendNew(ItemList<Item> &items) const
     {
-        if (further > items.size()) // reserving for each of many small records would be quadratic
-            items.reserve(items.size() + further);
+        return ItemRoom::appendNew(items, this->has(UsuallySeveralItems) ? 4 : 1);
     }
 };
 

@@ -28,7 +28,7 @@ quint64 wordAt(const char *bytes)
 }
 
 /// Depends on all bytes of up to 24.
-quint64 hashOf(const char *bytes, int size)
+quint64 hashOf(const char *bytes, Size size)
 {
     constexpr quint64 multiplier = 0x9E3779B97F4A7C15; // an odd number without a pattern in its bits
     const char *const end = bytes + size;
@@ -51,7 +51,7 @@ quint64 hashOf(const char *bytes, int size)
 
 RecentTexts::RecentTexts(qint64 documentSize) : m_bits(bitsFor(documentSize)) { }
 
-QString RecentTexts::shared(const char *utf8, int size)
+QString RecentTexts::shared(const char *utf8, Size size)
 {
     if (!m_entries)
         m_entries = std::make_unique<Entry[]>(std::size_t(1) << m_bits);

@@ -19,7 +19,7 @@ public:
     explicit RecentTexts(qint64 documentSize);
 
     /// utf8ToString() of these bytes, which must stay unchanged where they are as long as this object exists.
-    QString text(const char *utf8, int size)
+    QString text(const char *utf8, Size size)
     {
         return size < 1 || size > longest || m_bits == 0 ? utf8ToString(utf8, size) : shared(utf8, size);
     }
@@ -33,7 +33,7 @@ private:
         QString text; // has as many characters as bytes, as every text in ASCII
     };
 
-    QString shared(const char *utf8, int size);
+    QString shared(const char *utf8, Size size);
 
     const int m_bits; // of the hash of a text, which is the index of its entry
     std::unique_ptr<Entry[]> m_entries; // the last texts of each hash

@@ -77,7 +77,7 @@ ObjectPath Source::pathTo(const Frame &frame) const
     const int items = block && member.isList() ? member.childCount(*block) : 0;
     const int index = member.isList() ? items - (m_runsForeignCode ? 0 : 1) : -1;
     const ObjectPath outer = pathTo(*frame.outer);
-    return outer.below(labelOf(frame, outer.steps.size(), index), {member.name(), index});
+    return outer.below(labelOf(frame, int(outer.steps.size()), index), {member.name(), index});
 }
 
 const QString &Source::labelOf(const Frame &frame, int depth, int index) const

@@ -17,30 +17,48 @@ template <int capacity>
 class Text
 {
 public:
-    constexpr explicit Text(const char *ascii = "") : m_storage{headerOf(0), {}}
-    {
-        for (int i = 0; ascii[i] != '\0'; ++i) {
-            m_storage.text[i] = uchar(ascii[i]);
-            m_storage.header.size = i + 1;
-        }
-    }
+    constexpr explicit Text(const char *ascii = "") : m_storage(ascii) { }
     Text(const Text &) = delete;
     Text &operator=(const Text &) = delete;
 
-    QString string() const noexcept { return QString(QStringDataPtr{const_cast<QStringData *>(&m_storage.header)}); }
-    QStringView view() const noexcept { return QStringView(m_storage.text, m_storage.header.size); }
+    QString string() const noexcept { return m_storage.string(); }
+    QStringView view() const noexcept { return QStringView(m_storage.text, m_storage.size()); }
 
 private:
+    // What a QString refers to: in Qt 5 a header with the text behind it, in Qt 6 the text alone.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     struct Storage
     {
+        constexpr explicit Storage(const char *ascii)
+            : header{{Q_REFCOUNT_INITIALIZE_STATIC, 0, 0, 0, offsetof(Storage, text)}}, text{}
+        {
+            for (; ascii[header.size] != '\0'; ++header.size)
+                text[header.size] = uchar(ascii[header.size]);
+        }
+        int size() const noexcept { return header.size; }
+        QString string() const noexcept { return QString(QStringDataPtr{const_cast<QStringData *>(&header)}); }
+
         QStringData header;
         ushort text[capacity + 1];
     };
-
-    static constexpr QStringData headerOf(int size)
+#else
+    struct Storage
     {
-        return QStringData{{Q_REFCOUNT_INITIALIZE_STATIC, size, 0, 0, offsetof(Storage, text)}};
-    }
+        constexpr explicit Storage(const char *ascii) : text{}
+        {
+            for (; ascii[length] != '\0'; ++length)
+                text[length] = uchar(ascii[length]);
+        }
+        qsizetype size() const noexcept { return length; }
+        QString string() const noexcept
+        {
+            return QString(QStringPrivate(nullptr, const_cast<char16_t *>(text), length));
+        }
+
+        qsizetype length = 0;
+        char16_t text[capacity + 1];
+    };
+#endif
 
     Storage m_storage;
 };

@@ -8,7 +8,7 @@
 
 namespace JobXml {
 
-QString utf8ToString(const char *utf8, int size)
+QString utf8ToString(const char *utf8, Size size)
 {
     static constexpr char mark[] = "\xEF\xBB\xBF";
     if (size == 0)

@@ -3,9 +3,13 @@
 
 #include <QString>
 
+#include "text/Size.h"
+
 namespace JobXml {
 
+using REPORTGENERATOR::Size;
+
 /// QString::fromUtf8() with a byte order mark at the start as part of the text, which the converter drops. Never null.
-QString utf8ToString(const char *utf8, int size);
+QString utf8ToString(const char *utf8, Size size);
 
 } // namespace JobXml

@@ -58,7 +58,7 @@ bool XmlText::is(QLatin1String ascii) const
 bool XmlText::isVerbatim() const
 {
     const int converted = m_form == Form::Attribute ? convertedInAttributes : convertedInElements;
-    for (int i = 0; i < m_size; ++i) {
+    for (Size i = 0; i < m_size; ++i) {
         if (XmlBytes::is(m_utf8[i], converted))
             return false;
     }
@@ -195,7 +195,7 @@ void Utf8Input::takeName(const char *begin)
 
 QString Utf8Input::name() const
 {
-    return utf8ToString(m_name.data(), int(m_name.size()));
+    return utf8ToString(m_name.data(), Size(m_name.size()));
 }
 
 bool Utf8Input::isNamed(const XmlName &name) const
@@ -259,7 +259,7 @@ bool Utf8Input::findAttribute(const XmlName &name, XmlText &value)
             at = 0;
         const Attribute &attribute = m_attributes[std::size_t(at)];
         if (isSame(attribute.name, name)) {
-            value = XmlText(attribute.value.data(), int(attribute.value.size()), XmlText::Form::Attribute, m_texts);
+            value = XmlText(attribute.value.data(), Size(attribute.value.size()), XmlText::Form::Attribute, m_texts);
             m_expected = at + 1;
             return true;
         }
@@ -295,7 +295,7 @@ bool Utf8Input::readText(XmlText &text)
         readMixedText(text);
         return true;
     }
-    text = XmlText(begin, int(tag - begin), XmlText::Form::Element, m_texts);
+    text = XmlText(begin, Size(tag - begin), XmlText::Form::Element, m_texts);
     m_at = find(tag, m_end, '>') + 1;
     return true;
 }

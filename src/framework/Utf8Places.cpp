@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "framework/Utf8Places.h"
 
+#include "framework/Utf8.h"
+
 namespace JobXml {
 
 namespace {
@@ -11,26 +13,26 @@ constexpr int pieceSize = 1024;
 
 void Utf8Places::find(qint64 offset, int &line, int &column)
 {
-    const int piece = int(offset / pieceSize);
+    const auto piece = Size(offset / pieceSize);
     if (m_pieces.isEmpty())
         m_pieces.append(Place());
     while (m_pieces.size() <= piece) {
         Place next = m_pieces.constLast();
-        const int begin = (m_pieces.size() - 1) * pieceSize;
+        const qint64 begin = (m_pieces.size() - 1) * qint64(pieceSize);
         advance(next, begin, begin + pieceSize);
         m_pieces.append(next);
     }
     Place place = m_pieces.at(piece);
-    advance(place, piece * pieceSize, int(offset));
+    advance(place, piece * qint64(pieceSize), offset);
     line = place.line;
     column = place.column;
 }
 
 /// A carriage return before a line feed does not end a line. The byte order mark does not count.
-void Utf8Places::advance(Place &place, int from, int to) const
+void Utf8Places::advance(Place &place, qint64 from, qint64 to) const
 {
     const char *const bytes = m_document.constData();
-    for (int i = from; i < to; ++i) {
+    for (qint64 i = from; i < to; ++i) {
         const auto byte = uchar(bytes[i]);
         if (byte == '\n' || (byte == '\r' && bytes[i + 1] != '\n')) {
             ++place.line;

@@ -24,7 +24,7 @@ private:
         int column = 1;
     };
 
-    void advance(Place &place, int from, int to) const;
+    void advance(Place &place, qint64 from, qint64 to) const;
 
     const QByteArray &m_document;
     QVector<Place> m_pieces; // where each piece begins; as far as they were needed

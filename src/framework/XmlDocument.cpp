@@ -118,7 +118,7 @@ void XmlDocument::closeStartTag()
     m_isInStartTag = false;
 }
 
-void XmlDocument::appendLineOf(int depth)
+void XmlDocument::appendLineOf(Size depth)
 {
     char *const at = room(1 + widthOfIndent * depth);
     *at = '\n';
@@ -131,7 +131,7 @@ void XmlDocument::appendName(const QString &name)
     const QChar *const text = name.constData();
     char *const at = room(name.size());
     ushort all = 0;
-    for (int i = 0; i < name.size(); ++i) {
+    for (Size i = 0; i < name.size(); ++i) {
         all = ushort(all | text[i].unicode());
         at[i] = char(text[i].unicode());
     }
@@ -142,10 +142,10 @@ void XmlDocument::appendName(const QString &name)
 void XmlDocument::appendText(const QString &text, Context context)
 {
     const QChar *const begin = text.constData();
-    const int size = text.size();
-    for (int i = 0; i < size;) {
+    const Size size = text.size();
+    for (Size i = 0; i < size;) {
         char *const at = room(size - i);
-        int plain = 0;
+        Size plain = 0;
         while (i + plain < size && isPlain(begin[i + plain].unicode())) {
             at[plain] = char(begin[i + plain].unicode());
             ++plain;
@@ -158,7 +158,7 @@ void XmlDocument::appendText(const QString &text, Context context)
 }
 
 /// Appends a character that is not plain, and further ones of the same kind; returns the index of the next one.
-int XmlDocument::appendSpecialCharacters(const QString &text, int at, Context context)
+Size XmlDocument::appendSpecialCharacters(const QString &text, Size at, Context context)
 {
     const ushort character = text[at].unicode();
     switch (character) {
@@ -186,7 +186,7 @@ int XmlDocument::appendSpecialCharacters(const QString &text, int at, Context co
     default:
         break;
     }
-    int end = at;
+    Size end = at;
     while (end < text.size() && text[end].unicode() >= 0x80 && text[end].unicode() < 0xFFFE)
         ++end;
     if (end == at) { // a control character or a noncharacter
@@ -201,19 +201,19 @@ int XmlDocument::appendSpecialCharacters(const QString &text, int at, Context co
     return end;
 }
 
-void XmlDocument::append(const char *ascii, int size)
+void XmlDocument::append(const char *ascii, Size size)
 {
     std::memcpy(room(size), ascii, std::size_t(size));
 }
 
-char *XmlDocument::room(int size)
+char *XmlDocument::room(Size size)
 {
     constexpr int least = 1024;
-    constexpr int most = std::numeric_limits<int>::max() - 64; // a QByteArray also allocates a header
+    constexpr int most = std::numeric_limits<int>::max() - 64; // no reader takes more; Qt 5 also allocates a header
     if (size > m_utf8.size() - m_size) {
         if (size > most - m_size)
             throw std::bad_alloc();
-        m_utf8.resize(int(std::min(qint64(most), std::max(qint64(least), 2 * (qint64(m_size) + size)))));
+        m_utf8.resize(Size(std::min(qint64(most), std::max(qint64(least), 2 * (qint64(m_size) + size)))));
     }
     char *const begin = m_utf8.data() + m_size;
     m_size += size;

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QVector>
 
+#include "framework/Utf8.h"
 #include "framework/XmlOutput.h"
 
 namespace JobXml {
@@ -35,18 +36,18 @@ public:
 private:
     enum class Context { Attribute, Element };
 
-    void append(const char *ascii, int size);
+    void append(const char *ascii, Size size);
     void append(QLatin1String ascii) { append(ascii.data(), ascii.size()); }
     void appendName(const QString &name);
     void appendText(const QString &text, Context context);
-    int appendSpecialCharacters(const QString &text, int at, Context context);
-    void appendLineOf(int depth);
+    Size appendSpecialCharacters(const QString &text, Size at, Context context);
+    void appendLineOf(Size depth);
     void beginElement(const QString &name);
     void closeStartTag();
-    char *room(int size);
+    char *room(Size size);
 
     QByteArray m_utf8;
-    int m_size = 0;
+    Size m_size = 0;
     QVector<QString> m_names; // of the elements that are open
     bool m_isInStartTag = false;
     bool m_isExact = true;

@@ -25,9 +25,9 @@ public:
 
     XmlText() = default;
     /// A text as a reader returns it.
-    explicit XmlText(QStringView text) : m_utf16(text.data()), m_size(int(text.size())) { }
+    explicit XmlText(QStringView text) : m_utf16(text.data()), m_size(Size(text.size())) { }
     /// A part of a well-formed document, with its references and line ends.
-    XmlText(const char *utf8, int size, Form form, RecentTexts &recent)
+    XmlText(const char *utf8, Size size, Form form, RecentTexts &recent)
         : m_utf8(utf8), m_recent(&recent), m_size(size), m_form(form)
     {
     }
@@ -58,7 +58,7 @@ private:
     const char *m_utf8 = nullptr; // null if the text is UTF-16
     const QChar *m_utf16 = nullptr;
     RecentTexts *m_recent = nullptr; // with UTF-8
-    int m_size = 0;
+    Size m_size = 0;
     Form m_form = Form::Element;
 };
 

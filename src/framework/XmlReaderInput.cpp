@@ -68,9 +68,9 @@ bool XmlReaderInput::findAttribute(const XmlName &name, XmlText &value)
         m_hasAttributes = true;
         m_expected = 0;
     }
-    const int count = m_attributes.size();
-    int at = m_expected;
-    for (int tried = 0; tried < count; ++tried, ++at) {
+    const Size count = m_attributes.size();
+    Size at = m_expected;
+    for (Size tried = 0; tried < count; ++tried, ++at) {
         if (at == count)
             at = 0;
         const QXmlStreamAttribute &attribute = m_attributes.at(at);

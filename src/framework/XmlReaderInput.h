@@ -34,7 +34,7 @@ private:
     QXmlStreamReader &m_reader;
     QXmlStreamAttributes m_attributes;
     bool m_hasAttributes = false;
-    int m_expected = 0; // the index of the next attribute to look at
+    Size m_expected = 0; // the index of the next attribute to look at
     QString m_text;
 };
 

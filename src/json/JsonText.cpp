@@ -12,6 +12,7 @@
 
 #include "text/ExactNumber.h"
 #include "text/Printable.h"
+#include "text/Size.h"
 #include "text/TextLocation.h"
 #include "json/Overflows.h"
 
@@ -45,6 +46,8 @@ QString JsonFailure::text(const QString &fileName) const
 
 namespace JsonText {
 
+using REPORTGENERATOR::Size;
+
 namespace {
 
 // Far more than a document needs, and few enough for recursion and for searching an object.
@@ -57,10 +60,10 @@ constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 
 /// The index of the token that a message of the parser quotes, or -1. The token follows these words, so its content
 /// cannot be mistaken for them; a number contains no words.
-int tokenBegin(const QByteArray &parseError)
+Size tokenBegin(const QByteArray &parseError)
 {
     for (const QByteArray &mark : {QByteArrayLiteral("last read: '"), QByteArrayLiteral("number overflow parsing '")}) {
-        const int at = parseError.indexOf(mark);
+        const Size at = parseError.indexOf(mark);
         if (at >= 0)
             return at + mark.size();
     }
@@ -72,14 +75,14 @@ int tokenBegin(const QByteArray &parseError)
 template <class Spelling>
 QString withShortToken(const QByteArray &parseError, Spelling spelling)
 {
-    const int begin = tokenBegin(parseError);
+    const Size begin = tokenBegin(parseError);
     if (begin < 0)
         return QString::fromUtf8(parseError);
     constexpr int longestEnd = 40; // "'; expected string literal"
-    const int expected = parseError.lastIndexOf("'; expected ");
+    const Size expected = parseError.lastIndexOf("'; expected ");
     const bool hasExpected = expected >= begin && parseError.size() - expected <= longestEnd;
-    const int end = hasExpected ? expected : parseError.size() - 1;
-    const int size = std::min(end - begin, 4 * mostShown);
+    const Size end = hasExpected ? expected : parseError.size() - 1;
+    const Size size = std::min<Size>(end - begin, 4 * mostShown);
     const QString last = QString::fromUtf8(spelling(parseError.mid(end - size, size)));
     const bool isWhole = size == end - begin && last.size() <= mostShown;
     return QString::fromUtf8(parseError.left(begin)) + (isWhole ? last : QStringLiteral("...") + last.right(mostShown))
@@ -179,7 +182,7 @@ public:
         // "[json.exception.parse_error.101] parse error at line 1, column 2: the error"
         static const QRegularExpression around(
             QStringLiteral(R"(^\[[^\]]*\] (?:parse error at line \d+, column \d+: )?)"));
-        const int end = std::min(int(position), m_text.size());
+        const Size end = std::min(Size(position), m_text.size());
         const auto spelling = [&](const QByteArray &token) {
             return isReplaced() ? Overflows::originalToken(token, m_original, end) : token;
         };

@@ -71,10 +71,10 @@ QByteArray replaced(const QByteArray &text)
     return result;
 }
 
-QByteArray originalToken(QByteArray token, const QByteArray &original, int end)
+QByteArray originalToken(QByteArray token, const QByteArray &original, REPORTGENERATOR::Size end)
 {
     constexpr int shownControlSize = 8; // "<U+000A>"
-    for (int at = token.size(); at > 0 && end > 0;) {
+    for (auto at = token.size(); at > 0 && end > 0;) {
         const char character = original.at(--end);
         if (uchar(character) < 0x20)
             at -= shownControlSize;

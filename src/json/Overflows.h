@@ -3,6 +3,8 @@
 
 #include <QByteArray>
 
+#include "text/Size.h"
+
 /// Numbers in JSON that are too large for a double. The parser gives up at the first one, although the rest of the text
 /// can be read.
 namespace Overflows {
@@ -12,6 +14,6 @@ QByteArray replaced(const QByteArray &text);
 
 /// The spelling that a message of the parser about the result should quote: a token that ends at that offset in the
 /// original text, in which the parser shows control characters as "<U+000A>".
-QByteArray originalToken(QByteArray token, const QByteArray &original, int end);
+QByteArray originalToken(QByteArray token, const QByteArray &original, REPORTGENERATOR::Size end);
 
 } // namespace Overflows

@@ -29,7 +29,7 @@ public:
     QString name(int value) const { return contains(value) ? m_names.at(value) : QString(); }
 
     /// The value of a name, which must match exactly; notFound for any other text.
-    int value(const QString &name) const { return m_names.indexOf(name); }
+    int value(const QString &name) const { return int(m_names.indexOf(name)); }
 
     /// The value for a visitor: its name, a null text for the value that means none, its number if it has no name.
     QVariant variant(int value, int none) const

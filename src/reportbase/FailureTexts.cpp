@@ -135,7 +135,7 @@ QString nothingToWrite()
     return ownText("the object has no data, so there is nothing to write");
 }
 
-QString characterNotForXml(int line)
+QString characterNotForXml(qint64 line)
 {
     return ownText("a text in or just above line %1 of the document contains a character that XML cannot carry "
                    "(a control character, U+FFFE, U+FFFF or half a surrogate pair)")

@@ -46,7 +46,7 @@ QString cannotWrite(const QString &reason);
 /// \name Writing
 /// @{
 QString nothingToWrite();
-QString characterNotForXml(int line);
+QString characterNotForXml(qint64 line);
 QString tooLargeToCompress(qint64 size, qint64 limit);
 /// @}
 

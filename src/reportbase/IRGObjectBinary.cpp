@@ -109,15 +109,15 @@ QString IRGObject::readRepresentation(QDataStream &stream, bool toTheEnd, const 
     }
 }
 
-QString IRGObject::readMembersIn(const QDataStream &form, const QByteArray &container, int begin)
+QString IRGObject::readMembersIn(const QDataStream &form, const QByteArray &container, qint64 begin)
 {
-    const int size = container.size() - begin;
+    const int size = int(container.size() - begin); // which the length of a record can express
     try {
         const int read = readMembers(form, container.constData() + begin, size);
         if (read >= 0)
             return read == size ? QString() : FailureTexts::membersEndEarly(read, size);
 
-        Framing::MemoryStream memory(begin == 0 ? container : container.mid(begin), Framing::Settings::of(form));
+        Framing::MemoryStream memory(begin == 0 ? container : container.mid(Size(begin)), Framing::Settings::of(form));
         QDataStream &stream = memory.stream();
         SetBinary(stream, size);
         // An object may not detect inconsistent lengths inside the record; damaged data must never be accepted as good
@@ -157,7 +157,7 @@ void IRGObject::GetBinaryRepresentation(QDataStream &stream) const
 {
     clearError();
     const QByteArray plain = composeRepresentation(stream);
-    stream.writeRawData(plain.constData(), plain.size());
+    stream.writeRawData(plain.constData(), int(plain.size()));
 }
 
 QByteArray IRGObject::GetBinaryRepresentationAsQByteArray()
@@ -183,7 +183,7 @@ void IRGObject::GetCompressedBinaryRepresentation(QDataStream &stream, int level
     try {
         const QByteArray bytes =
             Framing::compressed(composeRepresentation(stream), Framing::Settings::of(stream), level);
-        stream.writeRawData(bytes.constData(), bytes.size());
+        stream.writeRawData(bytes.constData(), int(bytes.size()));
     } catch (const Framing::Refusal &refusal) {
         fail(Failure(FailureTexts::binaryData(), refusal.why));
     }

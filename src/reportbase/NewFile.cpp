@@ -19,7 +19,7 @@ constexpr int letters = 6; // at the end of a temporary name
 /// The name with space for the letters after it. A name that would become too long is shortened.
 QByteArray nameInBetween(const QByteArray &name)
 {
-    int end = name.size();
+    auto end = name.size();
     if (end > NAME_MAX - 1 - letters) {
         end = NAME_MAX - 1 - letters;
         while (end > 0 && (name[end] & 0xC0) == 0x80) // within a character of UTF-8, whose parts some systems refuse

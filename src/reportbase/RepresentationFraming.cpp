@@ -21,10 +21,10 @@ QByteArray takeBytes(QIODevice &device, int count)
     constexpr int piece = 1 << 20;
     QByteArray bytes;
     while (bytes.size() < count) {
-        const int had = bytes.size();
-        bytes.resize(had + std::min(count - had, piece));
+        const Size had = bytes.size();
+        bytes.resize(had + std::min<Size>(count - had, piece));
         const qint64 got = device.read(bytes.data() + had, bytes.size() - had);
-        bytes.resize(had + int(std::max(got, qint64(0))));
+        bytes.resize(had + Size(std::max(got, qint64(0))));
         if (got <= 0)
             break;
     }
@@ -131,7 +131,7 @@ QByteArray expand(const Part &compressed, const ReadLimits &limits)
     checkExpansion(declared, compressed.size(), limits);
 
     // Not with qUncompress(), which treats the declared size as a hint and ignores data after the compressed bytes.
-    QByteArray plain(int(declared), Qt::Uninitialized);
+    QByteArray plain(Size(declared), Qt::Uninitialized);
     uLongf plainSize = uLongf(declared);
     uLong consumed = uLong(compressed.size() - SizeWord);
     const int status = uncompress2(reinterpret_cast<Bytef *>(plain.data()), &plainSize,
@@ -160,13 +160,13 @@ QByteArray shrink(const QByteArray &plain, const Settings &settings, int level)
     if (level < Z_NO_COMPRESSION || level > Z_BEST_COMPRESSION)
         level = Z_DEFAULT_COMPRESSION;
     uLongf size = compressBound(uLong(plain.size()));
-    QByteArray compressed(before + int(size), Qt::Uninitialized);
+    QByteArray compressed(before + Size(size), Qt::Uninitialized);
     // With a buffer of this size, it can only fail for one reason.
     if (compress2(reinterpret_cast<Bytef *>(compressed.data()) + before, &size,
                   reinterpret_cast<const Bytef *>(plain.constData()), uLong(plain.size()), level)
         != Z_OK)
         throw std::bad_alloc();
-    compressed.resize(before + int(size));
+    compressed.resize(before + Size(size));
     writeHead({CompressedMark, SizeWord + qint32(size)}, settings, compressed.data());
     qToBigEndian(quint32(plain.size()), compressed.data() + HeadSize);
     return compressed;

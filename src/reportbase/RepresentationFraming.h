@@ -8,6 +8,8 @@
 
 #include <reportbase/ReadLimits.h>
 
+#include "text/Size.h"
+
 /// The frame around the member records of a binary representation.
 ///
 /// plain:       leading word (the class's)   length   member records
@@ -92,10 +94,10 @@ void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &li
 struct Part
 {
     QByteArray container;
-    int begin = 0;
+    Size begin = 0;
 
     const char *data() const { return container.constData() + begin; }
-    int size() const { return container.size() - begin; }
+    Size size() const { return container.size() - begin; }
 };
 
 /// Reads one record, plain or compressed, from the stream and returns its member records. Throws a Refusal if it is not

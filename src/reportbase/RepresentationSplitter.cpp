@@ -81,7 +81,7 @@ QString RepresentationSplitter::GetErrorString() const
 
 int RepresentationSplitter::GetPendingSize() const
 {
-    return m_bytes.size() - m_taken;
+    return int(m_bytes.size() - m_taken); // Append() sees to it
 }
 
 void RepresentationSplitter::fail(const QString &why)

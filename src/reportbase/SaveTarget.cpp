@@ -64,7 +64,7 @@ QString SaveTarget::walk(QByteArray path)
 {
     constexpr int mostLinks = 40; // as many as the kernel follows
     for (int links = 0; links <= mostLinks; ++links) {
-        const int start = path.lastIndexOf('/') + 1;
+        const auto start = path.lastIndexOf('/') + 1;
         m_name = path.mid(start);
         if (m_name.isEmpty() || m_name == "." || m_name == "..")
             return openAt(m_folder, path, look) ? FailureTexts::isAFolder() : systemError();

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "text/Ascii.h"
+#include "text/Size.h"
 
 namespace REPORTGENERATOR {
 
@@ -20,10 +21,10 @@ qsizetype endOfPiece(QStringView text, qsizetype begin)
 }
 
 /// The size of the UTF-8 of a piece; 0 if the piece contains half of a surrogate pair.
-int utf8Size(QStringView piece)
+qsizetype utf8Size(QStringView piece)
 {
     if (isAscii(piece))
-        return int(piece.size());
+        return piece.size();
     return piece.isValidUtf16() ? piece.toUtf8().size() : 0;
 }
 
@@ -43,17 +44,18 @@ bool forEachPiece(QStringView text, Action &&action)
 
 QByteArray toUtf8(QStringView text)
 {
-    constexpr qint64 longest = std::numeric_limits<int>::max() - 64; // a QByteArray also allocates a header
+    constexpr qint64 longest =
+        std::numeric_limits<int>::max() - 64; // no reader takes more; Qt 5 also allocates a header
     qint64 size = 0;
     const bool isConvertible = forEachPiece(text, [&](QStringView piece) {
-        const int more = utf8Size(piece);
+        const qsizetype more = utf8Size(piece);
         size += more;
         return more > 0 && size <= longest;
     });
     if (!isConvertible)
         return QByteArray();
     QByteArray utf8;
-    utf8.reserve(int(size));
+    utf8.reserve(Size(size));
     forEachPiece(text, [&](QStringView piece) {
         utf8 += isAscii(piece) ? piece.toLatin1() : piece.toUtf8();
         return true;
@@ -65,7 +67,7 @@ qint64 sizeAsUtf8(QStringView text)
 {
     qint64 size = 0;
     forEachPiece(text, [&](QStringView piece) {
-        size += isAscii(piece) ? int(piece.size()) : piece.toUtf8().size();
+        size += isAscii(piece) ? piece.size() : qsizetype(piece.toUtf8().size());
         return true;
     });
     return size;

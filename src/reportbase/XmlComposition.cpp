@@ -8,6 +8,8 @@
 
 #include <reportbase/IRGObject.h>
 
+#include "text/Size.h"
+
 namespace REPORTGENERATOR {
 
 namespace {
@@ -19,7 +21,7 @@ class LossNotingBuffer : public QBuffer
 public:
     void watch(const QXmlStreamWriter *writer) { m_writer = writer; }
 
-    int lineOfLoss() const { return m_loss < 0 ? 0 : 1 + data().left(int(m_loss)).count('\n'); }
+    qint64 lineOfLoss() const { return m_loss < 0 ? 0 : 1 + data().left(Size(m_loss)).count('\n'); }
 
     void noteLoss()
     {
@@ -40,23 +42,23 @@ private:
 };
 
 /// The position after the next `end`.
-int after(const QByteArray &xml, const char *end, int from)
+Size after(const QByteArray &xml, const char *end, Size from)
 {
-    const int at = xml.indexOf(end, from);
-    return at < 0 ? xml.size() : at + int(qstrlen(end));
+    const Size at = xml.indexOf(end, from);
+    return at < 0 ? xml.size() : at + Size(qstrlen(end));
 }
 
-bool isAt(const QByteArray &xml, int position, const char *text)
+bool isAt(const QByteArray &xml, Size position, const char *text)
 {
     return qstrncmp(xml.constData() + position, text, qstrlen(text)) == 0;
 }
 
-int endOfMarkup(const QByteArray &xml, int begin);
+Size endOfMarkup(const QByteArray &xml, Size begin);
 
 /// A document type may contain declarations, whose quoted texts may contain anything.
-int endOfDocumentType(const QByteArray &xml, int begin)
+Size endOfDocumentType(const QByteArray &xml, Size begin)
 {
-    int at = begin + 2;
+    Size at = begin + 2;
     while (at < xml.size() && xml.at(at) != '>') {
         const char quote = xml.at(at);
         if (quote == '"' || quote == '\'')
@@ -68,7 +70,7 @@ int endOfDocumentType(const QByteArray &xml, int begin)
 }
 
 /// The position after a tag, a comment or any other markup.
-int endOfMarkup(const QByteArray &xml, int begin)
+Size endOfMarkup(const QByteArray &xml, Size begin)
 {
     if (isAt(xml, begin, "<!--"))
         return after(xml, "-->", begin + 4);
@@ -89,9 +91,9 @@ void escapeCarriageReturns(QByteArray &xml)
     if (!xml.contains('\r'))
         return;
     QByteArray escaped;
-    for (int at = 0; at < xml.size();) {
-        const int markup = xml.indexOf('<', at);
-        const int end = markup < 0 ? xml.size() : markup;
+    for (Size at = 0; at < xml.size();) {
+        const Size markup = xml.indexOf('<', at);
+        const Size end = markup < 0 ? xml.size() : markup;
         escaped += xml.mid(at, end - at).replace('\r', "&#13;");
         at = markup < 0 ? end : endOfMarkup(xml, markup);
         escaped += xml.mid(end, at - end);

@@ -11,7 +11,7 @@ class IRGObject;
 struct XmlComposition
 {
     QByteArray utf8; ///< null if the object wrote nothing
-    int lineOfLostText = 0; ///< where a text could not be written unchanged; 0 if there is none
+    qint64 lineOfLostText = 0; ///< where a text could not be written unchanged; 0 if there is none
 };
 
 /// Uses GetXml(), which a class may override.

@@ -3,10 +3,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "text/Size.h"
 
 namespace REPORTGENERATOR {
 
@@ -90,16 +93,16 @@ private:
     bool scanStartTag()
     {
         Element element;
-        const int index = m_markup.m_elements.size();
+        const int index = int(m_markup.m_elements.size());
         element.startTag.begin = offset(m_at);
         ++m_at;
         element.name = scanName();
-        element.firstAttribute = m_markup.m_attributes.size();
+        element.firstAttribute = int(m_markup.m_attributes.size());
         while (skipBlanks() && *m_at != '>' && *m_at != '/') {
             if (!scanAttribute())
                 return false;
         }
-        element.attributeCount = m_markup.m_attributes.size() - element.firstAttribute;
+        element.attributeCount = int(m_markup.m_attributes.size()) - element.firstAttribute;
         element.isEmptyTag = m_end - m_at >= 2 && m_at[0] == '/' && m_at[1] == '>';
         m_at += element.isEmptyTag ? 1 : 0;
         if (m_at == m_end || *m_at != '>')
@@ -191,7 +194,7 @@ private:
             *open.innermost = open.around;
         m_open.pop_back();
         element.content.end = offset(m_at);
-        element.next = m_markup.m_elements.size();
+        element.next = int(m_markup.m_elements.size());
         m_at = bracket + 1;
         element.end = offset(m_at);
         return true;
@@ -202,7 +205,7 @@ private:
         Comment comment;
         comment.whole.begin = offset(m_at);
         comment.parent = parent();
-        comment.next = m_markup.m_elements.size();
+        comment.next = int(m_markup.m_elements.size());
         m_at += 4; // "<!--->" is not a comment: its marks would overlap
         if (!skipTo("-->"))
             return false;
@@ -303,7 +306,8 @@ private:
 
 XmlMarkup::XmlMarkup(const QByteArray &document) : m_document(document)
 {
-    m_isComplete = Scanner(*this).scan();
+    // Larger ones, which only Qt 6 can hold, have places that no Span can express.
+    m_isComplete = document.size() <= std::numeric_limits<int>::max() && Scanner(*this).scan();
 }
 
 XmlMarkup::~XmlMarkup() = default;
@@ -380,7 +384,7 @@ QLatin1String XmlMarkup::localName(const Element &element) const
 {
     const QLatin1String name = bytes(element.name);
     const char *const colon = static_cast<const char *>(std::memchr(name.data(), ':', std::size_t(name.size())));
-    return colon ? QLatin1String(colon + 1, int(name.data() + name.size() - colon) - 1) : name;
+    return colon ? QLatin1String(colon + 1, Size(name.data() + name.size() - colon) - 1) : name;
 }
 
 int XmlMarkup::findAttribute(const Element &element, QLatin1String name) const

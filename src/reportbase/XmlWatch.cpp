@@ -15,7 +15,7 @@ namespace REPORTGENERATOR {
 namespace {
 
 // An attribute takes five characters at least (` a=""`), so a tag of this length cannot have too many.
-constexpr int shortTag = 4 * XmlWatch::MostAttributes;
+constexpr Size shortTag = 4 * XmlWatch::MostAttributes;
 
 ushort codeOf(char character)
 {
@@ -28,16 +28,16 @@ ushort codeOf(QChar character)
 }
 
 /// The position of the next '<', or `end` if there is none.
-int nextOpening(const char *text, int from, int end)
+Size nextOpening(const char *text, Size from, Size end)
 {
     const void *const found = std::memchr(text + from, '<', std::size_t(end - from));
-    return found ? int(static_cast<const char *>(found) - text) : end;
+    return found ? Size(static_cast<const char *>(found) - text) : end;
 }
 
-int nextOpening(const QChar *text, int from, int end)
+Size nextOpening(const QChar *text, Size from, Size end)
 {
     const auto found = QStringView(text + from, end - from).indexOf(QLatin1Char('<'));
-    return found < 0 ? end : from + int(found);
+    return found < 0 ? end : from + Size(found);
 }
 
 const QLatin1String beginOfDeclaration("<?xml");
@@ -48,7 +48,7 @@ bool isBlank(ushort character)
     return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
-int skipBlanks(const QString &text, int from)
+Size skipBlanks(const QString &text, Size from)
 {
     while (from < text.size() && isBlank(text[from].unicode()))
         ++from;
@@ -63,9 +63,9 @@ bool beginsName(ushort character)
 } // namespace
 
 template <typename Character>
-int XmlWatch::readable(const Character *text, int size)
+Size XmlWatch::readable(const Character *text, Size size)
 {
-    int i = m_isHeadRead ? 0 : readableHead(text, size);
+    Size i = m_isHeadRead ? 0 : readableHead(text, size);
     while (i < size && !isRefused()) {
         if (m_state == State::Text) {
             i = nextOpening(text, i, size);
@@ -73,8 +73,8 @@ int XmlWatch::readable(const Character *text, int size)
                 break;
         } else if (m_state == State::TagOpened && beginsName(codeOf(text[i]))) {
             // No tag contains a '<', not even in quotes. So this one ends before the next.
-            const int end = std::min(size, i + shortTag);
-            const int next = nextOpening(text, i, end);
+            const Size end = std::min(size, i + shortTag);
+            const Size next = nextOpening(text, i, end);
             if (next < end) {
                 m_state = State::Text;
                 i = next;
@@ -87,26 +87,26 @@ int XmlWatch::readable(const Character *text, int size)
     return i;
 }
 
-template int XmlWatch::readable(const char *text, int size);
-template int XmlWatch::readable(const QChar *text, int size);
+template Size XmlWatch::readable(const char *text, Size size);
+template Size XmlWatch::readable(const QChar *text, Size size);
 
 template <typename Character>
-int XmlWatch::readableHead(const Character *text, int size)
+Size XmlWatch::readableHead(const Character *text, Size size)
 {
-    int i = 0;
+    Size i = 0;
     while (i < size && !m_isHeadRead && !isRefused() && takeInHead(codeOf(text[i])))
         ++i;
     return i;
 }
 
-template int XmlWatch::readableHead(const char *text, int size);
-template int XmlWatch::readableHead(const QChar *text, int size);
+template Size XmlWatch::readableHead(const char *text, Size size);
+template Size XmlWatch::readableHead(const QChar *text, Size size);
 
 /// Returns false for a character that is not part of the head, or must not be read.
 bool XmlWatch::takeInHead(ushort character)
 {
     constexpr ushort byteOrderMark = 0xFEFF;
-    const int size = m_head.size();
+    const Size size = m_head.size();
     if (size > beginOfDeclaration.size())
         return takeInDeclaration(character);
     if (size == 0 && character == byteOrderMark)
@@ -146,13 +146,13 @@ bool XmlWatch::readDeclaration(const QString &declaration)
     if (declaration.contains(QLatin1Char('&')))
         return false;
     QVector<QLatin1String> expected{QLatin1String("version"), QLatin1String("encoding"), QLatin1String("standalone")};
-    for (int i = skipBlanks(declaration, 0); i < declaration.size();) {
-        const int equalSign = declaration.indexOf(QLatin1Char('='), i);
-        const int open = skipBlanks(declaration, equalSign + 1);
+    for (Size i = skipBlanks(declaration, 0); i < declaration.size();) {
+        const Size equalSign = declaration.indexOf(QLatin1Char('='), i);
+        const Size open = skipBlanks(declaration, equalSign + 1);
         if (equalSign < 0 || open == declaration.size())
             return false;
         const QChar quote = declaration[open];
-        const int close = declaration.indexOf(quote, open + 1);
+        const Size close = declaration.indexOf(quote, open + 1);
         if ((quote != QLatin1Char('"') && quote != QLatin1Char('\'')) || close < 0)
             return false;
         const QString name = declaration.mid(i, equalSign - i).trimmed();

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include "text/Size.h"
+
 namespace REPORTGENERATOR {
 
 /// Checks an XML document before the reader sees it, and ends it before content that would keep the reader busy for
@@ -23,11 +25,11 @@ public:
     /// How many of the next characters (or bytes, if ASCII characters are bytes and other characters contain none) may
     /// be read: all of them, or those before the refused content.
     template <typename Character>
-    int readable(const Character *text, int size);
+    Size readable(const Character *text, Size size);
 
     /// The same only for the head of the document, its XML declaration. Reading stops at the end of the head.
     template <typename Character>
-    int readableHead(const Character *text, int size);
+    Size readableHead(const Character *text, Size size);
     bool isHeadRead() const { return m_isHeadRead; }
 
     /// The encoding that the XML declaration names; empty if it names none.

@@ -7,8 +7,11 @@
 #include <QChar>
 
 #include "text/Ascii.h"
+#include "text/Size.h"
 
 namespace Printable {
+
+using REPORTGENERATOR::Size;
 
 namespace {
 
@@ -62,7 +65,7 @@ struct Utf8Character
 };
 
 /// The character at the start of the bytes.
-Utf8Character characterAt(const char *bytes, int size)
+Utf8Character characterAt(const char *bytes, Size size)
 {
     const auto byte = [&](int index) { return uint(static_cast<unsigned char>(bytes[index])); };
     if (byte(0) < 0x80)
@@ -102,14 +105,14 @@ QString escapedText(const QString &text, bool quotes)
         return text;
     QString result;
     result.reserve(text.size());
-    for (int i = 0; i < text.size(); ++i) {
+    for (Size i = 0; i < text.size(); ++i) {
         const QChar unit = text[i];
         const bool isPair = unit.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
         const uint character = isPair ? QChar::surrogateToUcs4(unit, text[i + 1]) : unit.unicode();
         if (quotes && (character == '"' || character == '\\'))
             result += QLatin1Char('\\');
         if (isPrintable(character))
-            result += text.midRef(i, isPair ? 2 : 1);
+            result += QStringView(text).mid(i, isPair ? 2 : 1);
         else
             result += escape(character);
         i += isPair ? 1 : 0;
@@ -136,9 +139,9 @@ QByteArray escaped(const QByteArray &utf8)
     const char *at = std::find_if_not(utf8.constData(), end, isPlain);
     if (at == end)
         return utf8;
-    QByteArray result(utf8.constData(), int(at - utf8.constData()));
+    QByteArray result(utf8.constData(), Size(at - utf8.constData()));
     while (at != end) {
-        const Utf8Character character = characterAt(at, int(end - at));
+        const Utf8Character character = characterAt(at, Size(end - at));
         if (character.size == 0)
             result += byteEscape(*at);
         else if (isPlain(*at) || isPrintable(character.code))
@@ -153,7 +156,7 @@ QByteArray escaped(const QByteArray &utf8)
 QString escapedName(const QByteArray &bytes)
 {
     QString result;
-    for (int i = 0; i < bytes.size();) {
+    for (Size i = 0; i < bytes.size();) {
         const Utf8Character character = characterAt(bytes.constData() + i, bytes.size() - i);
         if (character.size == 0)
             result += QLatin1String(byteEscape(bytes[i]));
@@ -170,9 +173,9 @@ QString escapedName(const QByteArray &bytes)
 
 bool isUtf8(const QByteArray &bytes)
 {
-    constexpr int most = 256; // bytes that are looked at again if one of them is not ASCII
-    for (int i = 0; i < bytes.size();) {
-        const int end = i + std::min(bytes.size() - i, most);
+    constexpr Size most = 256; // bytes that are looked at again if one of them is not ASCII
+    for (Size i = 0; i < bytes.size();) {
+        const Size end = i + std::min(bytes.size() - i, most);
         if (REPORTGENERATOR::isAscii(bytes.constData() + i, end - i))
             i = end;
         while (i < end) {

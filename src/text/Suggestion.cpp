@@ -36,7 +36,7 @@ QString nearest(const QString &word, const QStringList &known)
 {
     const QString lower = word.left(64).toLower(); // no known word is longer, and the time is quadratic
     QString best;
-    int leastDistance = std::max(1, lower.size() / 3) + 1;
+    int leastDistance = std::max(1, int(lower.size()) / 3) + 1;
     for (const QString &candidate : known) {
         const int itsDistance = distance(lower, candidate.toLower());
         if (itsDistance < leastDistance) {

@@ -22,7 +22,7 @@ QString wrapped(const QString &text, int start, int indentation, int width)
             ++column;
         }
         result += word;
-        column += word.size();
+        column += int(word.size());
         isFirst = false;
     }
     return result + QLatin1Char('\n');
@@ -32,7 +32,7 @@ QString Columns::text(int indentation, int width) const
 {
     int left = 0;
     for (const auto &row : m_rows)
-        left = std::max(left, indentation + row.first.size() + 2);
+        left = std::max(left, indentation + int(row.first.size()) + 2);
     QString result;
     for (const auto &row : m_rows)
         result += (QString(indentation, QLatin1Char(' ')) + row.first).leftJustified(left)

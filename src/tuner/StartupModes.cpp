@@ -213,7 +213,7 @@ bool StartupModes::IsValidStartupMode(StartupMode mode) const { return isMode(mo
 // this.
 bool StartupModes::IsValidStartupMode(const QVector<StartupMode> &modes) const
 {
-    const int names =
+    const auto names =
         static_cast<const BlockOf<StartupModesData> &>(ObjectAccess::block(*this)).members.ownNames.size();
     return std::all_of(modes.begin(), modes.end(), [=](Mode mode) { return int(mode) >= 0 && int(mode) < names; });
 }

@@ -181,7 +181,7 @@ QByteArray Batch::lineOf(const Outcome &outcome) const
 
 ExitStatus Batch::run(const QVector<FileName> &files)
 {
-    const int count = files.size();
+    const int count = int(files.size());
     Tally tally;
     std::optional<Interruption::Report> report;
     if (count > 1)

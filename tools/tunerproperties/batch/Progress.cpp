@@ -34,10 +34,10 @@ void Progress::update(int done)
 QString progressText(int done, int count, int width)
 {
     const QString all = QString::number(count);
-    QString numbers = QStringLiteral("%1 of %2 files").arg(done, all.size()).arg(all);
+    QString numbers = QStringLiteral("%1 of %2 files").arg(done, int(all.size())).arg(all);
     if (numbers.size() > width)
         return QString();
-    const int length = std::min(width - numbers.size() - 3, longestBar); // brackets and a blank
+    const int length = std::min(width - int(numbers.size()) - 3, longestBar); // brackets and a blank
     if (length < shortestBar)
         return numbers;
     const int filled = int(qint64(length) * done / count);

@@ -62,7 +62,7 @@ public:
     /// `values` has the first name of each option as its key.
     Invocation(QByteArrayList arguments, QHash<QString, QByteArray> values);
 
-    int count() const { return m_arguments.size(); } ///< number of arguments
+    int count() const { return int(m_arguments.size()); } ///< number of arguments
     FileName file(int index) const { return FileName(m_arguments.at(index)); }
     QVector<FileName> files() const; ///< all arguments
     QString text(int index) const; ///< throws WrongUsage for an argument that is not UTF-8

@@ -31,7 +31,7 @@ struct TypedOption
 TypedOption typedOption(const QByteArray &argument)
 {
     const bool isLong = argument.startsWith("--");
-    const int end = isLong ? argument.indexOf('=') : 2;
+    const auto end = isLong ? argument.indexOf('=') : 2;
     if (end < 0 || end >= argument.size())
         return {QString::fromLatin1(argument), {}};
     return {QString::fromLatin1(argument.left(end)), argument.mid(isLong || argument[end] == '=' ? end + 1 : end)};
@@ -268,7 +268,7 @@ int indexOfCommand(const QByteArrayList &arguments)
         if (option && !option->value.isEmpty() && !typed.value)
             ++i;
     }
-    return arguments.size();
+    return int(arguments.size());
 }
 
 bool exists(const FileName &name)

@@ -79,7 +79,7 @@ void planManyFiles(Plan &plan, const Invocation &invocation)
         throw WrongUsage(QStringLiteral("--out-dir requires --to"));
     plan.to = *Options::form(invocation, Options::to());
     plan.files = invocation.files();
-    plan.inputKinds = Options::fileKinds(invocation, plan.files.size());
+    plan.inputKinds = Options::fileKinds(invocation, int(plan.files.size()));
     if (!invocation.isSet(Options::specialFiles()))
         plan.outputKinds = FileKinds::RegularOnly; // their names are not chosen one by one
     const FileName folder = invocation.fileValue(outDir());

@@ -26,7 +26,7 @@ bool hasProblem(const TunerProperties &document)
 /// The first losses, and the number of all.
 void printLosses(const QVector<Loss> &losses, const QString &file, const QString &start)
 {
-    const int listed = std::min(losses.size(), Options::usualProblemCount);
+    const int listed = std::min(int(losses.size()), Options::usualProblemCount);
     for (int i = 0; i < listed; ++i)
         Console::printError(file + QStringLiteral(": ") + start + losses.at(i).text());
     if (losses.size() > listed)

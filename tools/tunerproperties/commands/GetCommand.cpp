@@ -83,7 +83,7 @@ ExitStatus printTable(const Invocation &invocation, const QString &pattern, cons
     for (const FileName &name : files) {
         try {
             const DocumentFile source(name, Options::loading(invocation), {},
-                                      Options::fileKinds(invocation, files.size()));
+                                      Options::fileKinds(invocation, int(files.size())));
             const QVector<Paths::Target> targets = Paths::findAll(source.document.tuner, path);
             for (const Paths::Target &target : targets)
                 output.write(lineOf(target, name.shown(), invocation.isSet(jsonLines())));

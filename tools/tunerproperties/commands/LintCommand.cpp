@@ -88,7 +88,7 @@ QByteArray jsonLine(const Batch &batch, const Outcome &outcome)
 ExitStatus lintFiles(const Invocation &invocation, const QString &format)
 {
     const QVector<FileName> files = invocation.files();
-    const FileKinds kinds = Options::fileKinds(invocation, files.size());
+    const FileKinds kinds = Options::fileKinds(invocation, int(files.size()));
     const LoadOptions loading = Options::loading(invocation);
     const LintOptions linting = Options::linting(invocation);
     BatchSettings settings = Options::batch(invocation);

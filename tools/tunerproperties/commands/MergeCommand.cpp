@@ -73,7 +73,7 @@ void noteComments(const QVector<Finding> &comments, const QString &file)
 /// Lists what would be lost. Returns whether there is anything.
 bool listLosses(const QVector<Finding> &losses, const QString &file)
 {
-    const int listed = std::min(losses.size(), Options::usualProblemCount);
+    const int listed = std::min(int(losses.size()), Options::usualProblemCount);
     for (int i = 0; i < listed; ++i)
         Console::printError(losses.at(i).text(file));
     if (losses.size() > listed)

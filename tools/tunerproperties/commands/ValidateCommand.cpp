@@ -37,7 +37,7 @@ QString noteOn(const FileName &file, const Outcome &outcome)
 ExitStatus run(const Invocation &invocation)
 {
     const QVector<FileName> files = invocation.files();
-    const FileKinds kinds = Options::fileKinds(invocation, files.size());
+    const FileKinds kinds = Options::fileKinds(invocation, int(files.size()));
     const LoadOptions loading = Options::loading(invocation);
     const bool isStrict = invocation.isSet(strictOption());
     LintOptions linting = Options::linting(invocation);

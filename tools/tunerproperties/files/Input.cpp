@@ -14,6 +14,7 @@
 
 #include "console/Console.h"
 #include "console/Interruption.h"
+#include "text/Size.h"
 
 /// The state that shows whether a file has been written to.
 struct Input::State
@@ -251,12 +252,12 @@ QByteArray Input::bytes()
 {
     QFile &source = file();
     QByteArray bytes;
-    bytes.reserve(int(m_state->size));
+    bytes.reserve(REPORTGENERATOR::Size(m_state->size));
     for (;;) {
-        const int had = bytes.size();
+        const auto had = bytes.size();
         bytes.resize(had + pieceSize);
         const qint64 size = source.read(bytes.data() + had, pieceSize);
-        bytes.resize(had + int(std::max(size, qint64(0))));
+        bytes.resize(had + REPORTGENERATOR::Size(std::max(size, qint64(0))));
         if (size < 0 || source.error() != QFileDevice::NoError)
             cannotRead(m_name, source.errorString());
         if (size == 0)
