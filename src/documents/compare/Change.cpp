@@ -146,7 +146,7 @@ public:
 
     Difference::Kind kind() const override
     {
-        const int index = ChangeLine::kindNames().indexOf(m_line.find(Key::change)->text());
+        const auto index = ChangeLine::kindNames().indexOf(m_line.find(Key::change)->text());
         return inDirection(Difference::Kind(index), m_direction);
     }
     QString path() const override

@@ -226,7 +226,7 @@ void check(const Json &line)
     if (!line.isObject())
         throw JsonFailure(quoted(line) + QStringLiteral(" is not an object"));
     const Json *const change = line.find(Key::change);
-    const int kind = change && change->isText() ? kindNames().indexOf(change->text()) : -1;
+    const int kind = change && change->isText() ? int(kindNames().indexOf(change->text())) : -1;
     if (kind < 0 && change)
         throw JsonFailure(QStringLiteral("unknown change %1; expected %2").arg(quoted(*change), listed(kindNames())));
     if (kind < 0)

@@ -292,7 +292,7 @@ void EditBinder::arrange(const ListChanges &changes)
             throwTwice(placed.path);
         if (placed.index < 0)
             edit.added.append(placed.added);
-        order[placed.position] = placed.index >= 0 ? placed.index : size + edit.added.size() - 1;
+        order[placed.position] = placed.index >= 0 ? placed.index : size + int(edit.added.size()) - 1;
     }
     auto free = order.begin();
     for (int i = 0; i < size; ++i) {

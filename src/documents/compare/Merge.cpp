@@ -222,7 +222,7 @@ private:
         for (const int slot : order) {
             if (all[slot].ours < 0)
                 edit.added.append(&lists.theirs.GetChild(all[slot].theirs));
-            const int index = all[slot].ours >= 0 ? all[slot].ours : lists.ours.GetSize() + edit.added.size() - 1;
+            const int index = all[slot].ours >= 0 ? all[slot].ours : lists.ours.GetSize() + int(edit.added.size()) - 1;
             isChanged = isChanged || index != indexes.size();
             indexes.append(index);
         }

@@ -94,7 +94,7 @@ private:
     void pairAlike(Key keyOf)
     {
         QHash<QPair<QString, Features>, QVector<int>> waiting; // the last one first
-        for (int i = m_second.size() - 1; i >= 0; --i) {
+        for (int i = int(m_second.size()) - 1; i >= 0; --i) {
             if (!m_second[i].isPaired && !keyOf(m_second[i]).isEmpty())
                 waiting[{m_second[i].alternative, keyOf(m_second[i])}].append(i);
         }
@@ -184,8 +184,8 @@ private:
         Features common;
         std::set_intersection(first.features.begin(), first.features.end(), second.features.begin(),
                               second.features.end(), std::back_inserter(common));
-        const int larger = std::max(first.features.size(), second.features.size());
-        return larger == 0 ? 0 : double(common.size()) / larger;
+        const auto larger = std::max(first.features.size(), second.features.size());
+        return larger == 0 ? 0 : double(common.size()) / double(larger);
     }
 
     void pair(int first, int second)
@@ -222,7 +222,7 @@ template <class Key>
 void Pairs::pairByKey(const MemberView &first, const MemberView &second, Key keyOf)
 {
     QHash<QString, QVector<int>> waiting; // the last one first
-    for (int i = m_ofSecond.size() - 1; i >= 0; --i) {
+    for (int i = int(m_ofSecond.size()) - 1; i >= 0; --i) {
         if (m_ofSecond[i] < 0) {
             const QString key = keyOf(second.GetChild(i));
             if (!key.isNull())
@@ -241,7 +241,7 @@ void Pairs::pairByKey(const MemberView &first, const MemberView &second, Key key
 
 QVector<bool> Pairs::moved() const
 {
-    QVector<bool> result = stayingItems(m_ofFirst, m_ofSecond.size());
+    QVector<bool> result = stayingItems(m_ofFirst, int(m_ofSecond.size()));
     for (int i = 0; i < result.size(); ++i)
         result[i] = m_ofFirst[i] >= 0 && !result[i];
     return result;

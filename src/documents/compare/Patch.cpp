@@ -9,6 +9,7 @@
 #include "documents/compare/ChangeLine.h"
 #include "documents/compare/EditBinder.h"
 #include "documents/compare/Edits.h"
+#include "documents/values/DocumentSize.h"
 #include "text/Printable.h"
 #include "json/JsonText.h"
 
@@ -65,11 +66,12 @@ Patch Patch::between(const TunerProperties &first, const TunerProperties &second
 
 Patch Patch::fromJson(const QByteArray &lines, const QString &name)
 {
+    checkSize(lines, name);
     const auto changes = std::make_shared<Changes>();
     int number = 0;
     for (int begin = 0; begin < lines.size();) {
-        const int feed = lines.indexOf('\n', begin);
-        const int end = feed < 0 ? lines.size() : feed;
+        const int feed = int(lines.indexOf('\n', begin));
+        const int end = feed < 0 ? int(lines.size()) : feed;
         const QByteArray text = lines.mid(begin, end - begin);
         begin = end + 1;
         ++number;

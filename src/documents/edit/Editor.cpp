@@ -19,6 +19,7 @@
 #include "documents/edit/AvoidableLoss.h"
 #include "documents/edit/JsonEditor.h"
 #include "documents/edit/PathEdits.h"
+#include "documents/values/DocumentSize.h"
 #include "documents/values/FindMember.h"
 #include "documents/values/Identical.h"
 #include "documents/xml/XmlEditor.h"
@@ -95,6 +96,7 @@ public:
     Private(Document &&document, const QByteArray &bytes, QString name)
         : m_document(std::move(document)), m_original(bytes), m_name(std::move(name))
     {
+        checkSize(bytes, m_name);
         if (m_document.tuner.GetValidate())
             m_document.tuner.SetValidate(false);
         if (m_document.form == Form::Json)

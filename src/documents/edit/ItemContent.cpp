@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "documents/edit/ItemContent.h"
+#include "documents/values/DocumentSize.h"
 
 #include <algorithm>
 
@@ -56,7 +57,7 @@ Surrounded surroundedElement(const QByteArray &element, int line, const QVector<
         end.prepend("</" + name + '>');
         name = step.member.toUtf8();
     }
-    return {QByteArray(line - 1, '\n') + start + element + end, line, start.size()};
+    return {QByteArray(line - 1, '\n') + start + element + end, line, int(start.size())};
 }
 
 Surrounded surroundedJson(const QByteArray &json, const QVector<Step> &steps)
@@ -75,8 +76,8 @@ Surrounded surroundedJson(const QByteArray &json, const QVector<Step> &steps)
         outer.append(step);
     }
     const int blanks = int(std::find_if(json.begin(), json.end(), [](char c) { return c == '{'; }) - json.begin());
-    const int line = json.left(blanks).count('\n') + 1;
-    return {json.left(blanks) + start + json.mid(blanks) + end, line, start.size()};
+    const int line = int(json.left(blanks).count('\n')) + 1;
+    return {json.left(blanks) + start + json.mid(blanks) + end, line, int(start.size())};
 }
 
 /// The steps to the only object there.
@@ -110,7 +111,7 @@ Surrounded rootIn(const QByteArray &xml, const QVector<Step> &steps, const QStri
         throw DocumentError(name + QStringLiteral(": is not an element with all of its tags"));
     const XmlMarkup::Element &root = markup.elements().first();
     const QString expected = steps.last().member;
-    const int line = encoded.utf8().left(root.startTag.begin).count('\n') + 1;
+    const int line = int(encoded.utf8().left(root.startTag.begin).count('\n')) + 1;
     if (markup.localName(root) != expected)
         failAt(name, line, 1,
                QStringLiteral("is a '%1', not a '%2'")
@@ -122,7 +123,7 @@ Surrounded rootIn(const QByteArray &xml, const QVector<Step> &steps, const QStri
     if (root.next < markup.elements().size())
         failAtOffset(markup.elements().at(root.next).startTag.begin, QStringLiteral("there is a second element"));
     const QVector<XmlMarkup::Span> texts =
-        XmlTexts::inPart(markup, {root.end, encoded.utf8().size()}, markup.elements().size());
+        XmlTexts::inPart(markup, {root.end, int(encoded.utf8().size())}, int(markup.elements().size()));
     for (const XmlMarkup::Span &text : texts) {
         const XmlMarkup::Span part = XmlBlanks::trimmed(encoded.utf8(), text);
         if (part.size() > 0)
@@ -180,7 +181,7 @@ void readJson(DataObject &item, const QVector<Step> &steps, const QByteArray &js
         finding.choices = problem.choices;
         finding.line = problem.line;
         finding.column = problem.line == whole.line ? qMax(problem.column - whole.added, 1) : problem.column;
-        finding.path = pathInItem(problem, steps.size());
+        finding.path = pathInItem(problem, int(steps.size()));
         problems.add(finding);
     };
     const qint64 count = JsonForm::read(document, whole.text, addProblem, most);
@@ -194,6 +195,7 @@ void readJson(DataObject &item, const QVector<Step> &steps, const QByteArray &js
 
 void readItem(DataObject &item, const QVector<Step> &steps, const QByteArray &text, const QString &name)
 {
+    checkSize(text, name);
     const QByteArray content = text.trimmed();
     if (content.isEmpty())
         return;

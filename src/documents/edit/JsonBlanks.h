@@ -27,7 +27,7 @@ inline QByteArray before(const QByteArray &text, int end)
 /// What separates a member's value from its key.
 inline QByteArray colonBefore(const QByteArray &text, const Json &value)
 {
-    const int colon = text.lastIndexOf(':', int(value.textBegin()));
+    const int colon = int(text.lastIndexOf(':', int(value.textBegin())));
     return before(text, colon) + text.mid(colon, int(value.textBegin()) - colon);
 }
 

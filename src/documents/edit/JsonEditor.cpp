@@ -137,7 +137,7 @@ void JsonEditor::follow(const ObjectEdit &edit)
         const Replacements replacements = replacementsIn(document, m_tuner, edit);
         if (replacements.isEmpty())
             return;
-        m_text = replaced(m_text, 0, m_text.size(), replacements);
+        m_text = replaced(m_text, 0, int(m_text.size()), replacements);
         m_isParsed = false;
     } catch (const JsonFailure &failure) {
         throw CannotEdit{failureIn(m_tuner).value_or(failure).textInDocument()};
@@ -175,11 +175,11 @@ public:
     /// The member follows those that are written before it.
     void add(const QByteArray &key, const Json &value, const QByteArray &typed)
     {
-        const int position = m_order.indexOf(QString::fromUtf8(key));
+        const auto position = m_order.indexOf(QString::fromUtf8(key));
         int before = -1;
         int i = 0;
         for (const Json::Member &member : m_json.members()) {
-            const int other = m_order.indexOf(QString::fromUtf8(member.key));
+            const auto other = m_order.indexOf(QString::fromUtf8(member.key));
             if (position < 0 || (other >= 0 && other < position)) // one that is not of the model comes last
                 before = i;
             ++i;

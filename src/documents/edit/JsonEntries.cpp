@@ -63,7 +63,7 @@ QByteArray JsonEntries::separatorAt(int entry) const
 QByteArray JsonEntries::firstSeparator() const
 {
     const int begin = int(m_container.textBegin());
-    const int feed = m_text.lastIndexOf('\n', begin);
+    const int feed = int(m_text.lastIndexOf('\n', begin));
     if (feed < 0 || (m_container.isObject() && !m_layout.breaksObjects()))
         return QByteArray();
     int end = feed + 1;
@@ -82,7 +82,7 @@ QByteArray JsonEntries::colonAt(int neighbor) const
 QByteArray JsonEntries::laidOut(const Json &value, int neighbor) const
 {
     const QByteArray before = neighbor < 0 ? firstSeparator() : separatorAt(neighbor);
-    const int line = before.lastIndexOf('\n');
+    const auto line = before.lastIndexOf('\n');
     const QByteArray lineStart =
         line < 0 ? QByteArray() : (before.contains('\r') ? "\r\n" : "\n") + before.mid(line + 1);
     const auto at = std::size_t(neighbor);

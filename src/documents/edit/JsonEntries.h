@@ -21,7 +21,7 @@ public:
     /// A list or an object of the text; all of them must outlive this object.
     JsonEntries(const QByteArray &text, const JsonLayout &layout, const Json &container);
 
-    int count() const { return m_entries.size(); }
+    int count() const { return int(m_entries.size()); }
     /// The index of a member; -1 if there is none.
     int indexOf(const QByteArray &key) const;
 

@@ -66,7 +66,7 @@ int positionOf(const DataObject &root, const Path &path, const Paths::Target &li
         for (const Paths::Target &item : found)
             fitting.append(item.steps.last().index);
     }
-    const int size = fitting.size();
+    const auto size = fitting.size();
     if (step.position == 0 && !step.conditions.isEmpty() && size > 0)
         fail(path.text(), QStringLiteral("exists already; add [%1] to the path for another one").arg(size + 1));
     if (step.position > size + 1)

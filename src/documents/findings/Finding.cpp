@@ -184,7 +184,8 @@ QStringList Findings::lines(const QString &fileName, const QString &hint) const
         for (const Finding &finding : list.listed)
             result.append(finding.text(fileName));
         if (list.count > list.listed.size())
-            result.append(fileName + QStringLiteral(": ") + countText(list.count, list.listed.size(), what) + hint);
+            result.append(fileName + QStringLiteral(": ") + countText(list.count, int(list.listed.size()), what)
+                          + hint);
     };
     add(shown(), QStringLiteral("problems"));
     add(m_warnings, QStringLiteral("warnings"));

@@ -116,7 +116,7 @@ void Part::add(const Findings &findings, const QString &hint)
         for (const Finding &finding : listed)
             add(finding);
         if (count > listed.size())
-            addNotification(QStringLiteral("warning"), countText(count, listed.size(), what) + hint);
+            addNotification(QStringLiteral("warning"), countText(count, int(listed.size()), what) + hint);
     };
     addAll(findings.listed(), findings.count(), QStringLiteral("problems"));
     addAll(findings.warnings(), findings.warningCount(), QStringLiteral("warnings"));

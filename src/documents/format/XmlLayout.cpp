@@ -70,7 +70,7 @@ public:
 private:
     const XmlMarkup::Element &element(int index) const { return m_markup.elements().at(index); }
 
-    int endOfContent() const { return m_open.isEmpty() ? m_text.size() : element(m_open.last()).content.end; }
+    int endOfContent() const { return m_open.isEmpty() ? int(m_text.size()) : element(m_open.last()).content.end; }
 
     /// Returns how many line ends there are.
     int skipBlanks()
@@ -221,7 +221,7 @@ private:
         if (!isComment && !startsWith("<?", at))
             return 0;
         const char *const mark = isComment ? "-->" : "?>";
-        const int end = m_text.indexOf(mark, at + (isComment ? 4 : 2));
+        const int end = int(m_text.indexOf(mark, at + (isComment ? 4 : 2)));
         return end < 0 ? 0 : end + int(qstrlen(mark));
     }
 
@@ -282,7 +282,7 @@ private:
 
     void appendLine()
     {
-        const int indentation = widthOfIndent * m_open.size();
+        const int indentation = widthOfIndent * int(m_open.size());
         checkRoom(indentation + 1);
         m_out += '\n';
         m_out.append(indentation, ' ');
@@ -313,7 +313,7 @@ private:
 
     void append(QLatin1String bytes)
     {
-        checkRoom(bytes.size());
+        checkRoom(int(bytes.size()));
         m_out.append(bytes.data(), bytes.size());
     }
 

@@ -11,7 +11,9 @@
 #include <tunerdocuments/DocumentError.h>
 
 #include "documents/json/JsonForm.h"
+#include "documents/values/DocumentSize.h"
 #include "documents/values/Identical.h"
+#include "text/Size.h"
 
 using JobXml::Problem;
 using JobXml::ProblemVisitor;
@@ -32,6 +34,7 @@ public:
     Source(QFile &file, const QString &name) : m_file(&file), m_device(file), m_name(name) { }
     Source(const QByteArray &bytes, const QString &name) : m_bytes(bytes), m_device(m_buffer), m_name(name)
     {
+        checkSize(bytes, name);
         m_buffer.setData(bytes);
         m_buffer.open(QIODevice::ReadOnly);
     }
@@ -72,12 +75,12 @@ public:
         constexpr int pieceSize = 1 << 16;
         QIODevice &source = device();
         QByteArray bytes;
-        bytes.reserve(int(std::min(size(), qint64(largest))));
+        bytes.reserve(REPORTGENERATOR::Size(std::min(size(), qint64(largest))));
         for (;;) {
-            const int had = bytes.size();
+            const auto had = bytes.size();
             bytes.resize(had + pieceSize);
             const qint64 read = source.read(bytes.data() + had, pieceSize);
-            bytes.resize(had + int(std::max(read, qint64(0))));
+            bytes.resize(had + REPORTGENERATOR::Size(std::max(read, qint64(0))));
             if (read <= 0)
                 break;
             if (bytes.size() > largest)
@@ -96,7 +99,7 @@ public:
     [[noreturn]] void fail(const QString &why) const { throw DocumentError(m_name + QStringLiteral(": ") + why); }
 
 private:
-    static constexpr int largest = 1'000'000'000; // Qt's containers are limited to 2^31 bytes
+    static constexpr int largest = 1'000'000'000; // Qt 5's containers are limited to 2^31 bytes
 
     void rewind() const
     {

@@ -169,7 +169,7 @@ void Content::showLabels(const Axis &axis)
     constexpr int gap = 12;
     int room = 0;
     for (const Axis::Tick &tick : axis.ticks())
-        room += tick.label.isEmpty() ? 0 : tick.label.size() * character + gap;
+        room += tick.label.isEmpty() ? 0 : int(tick.label.size()) * character + gap;
     int count = 0;
     for (const Axis::Tick &tick : axis.ticks()) {
         if (tick.label.isEmpty())

@@ -6,6 +6,8 @@
 
 #include <QStringView>
 
+using REPORTGENERATOR::Size;
+
 namespace TunerDocuments {
 
 namespace {
@@ -43,7 +45,7 @@ std::optional<QString> signFor(uint code)
 template <class Plain, class Sign>
 void forEachCharacter(const QString &text, Plain plain, Sign sign)
 {
-    const auto entity = [&](const char *reference) { plain(reference, int(qstrlen(reference))); };
+    const auto entity = [&](const char *reference) { plain(reference, Size(qstrlen(reference))); };
     for (int i = 0; i < text.size(); ++i) {
         uint code = text.at(i).unicode();
         int length = 1;
@@ -92,14 +94,14 @@ Markup::Markup(Write write) : m_write(std::move(write))
 void Markup::words(const QString &text)
 {
     forEachCharacter(
-        text, [this](const char *bytes, int size) { add(bytes, size); },
+        text, [this](const char *bytes, Size size) { add(bytes, size); },
         [this](uint, const QString &sign) { add(sign.toUtf8()); });
 }
 
 void Markup::text(const QString &text)
 {
     forEachCharacter(
-        text, [this](const char *bytes, int size) { add(bytes, size); },
+        text, [this](const char *bytes, Size size) { add(bytes, size); },
         [this](uint code, const QString &sign) {
             element("span", {{"class", "sign"}, {"title", codeOf(code)}}, sign);
             if (code == '\n')
@@ -143,7 +145,7 @@ void Markup::flush()
     m_text.resize(0); // what is reserved stays
 }
 
-void Markup::add(const char *bytes, int size)
+void Markup::add(const char *bytes, Size size)
 {
     m_text.append(bytes, size);
     if (m_text.size() >= usualPiece)

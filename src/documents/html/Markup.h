@@ -8,6 +8,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "text/Size.h"
+
 /// An attribute of an element. The name is a constant; the value may contain any character. An attribute without a
 /// value is omitted.
 struct Attribute
@@ -61,9 +63,9 @@ public:
 private:
     friend class Tag;
 
-    void add(const char *bytes, int size);
+    void add(const char *bytes, REPORTGENERATOR::Size size);
     void add(const QByteArray &bytes) { add(bytes.constData(), bytes.size()); }
-    void add(const char *bytes) { add(bytes, int(qstrlen(bytes))); }
+    void add(const char *bytes) { add(bytes, REPORTGENERATOR::Size(qstrlen(bytes))); }
     void open(const char *tag, Attributes attributes, const char *end = ">");
     void close(const char *tag);
 

@@ -162,7 +162,7 @@ void Problems::showEntry(Markup &out, int index) const
 
 void Problems::showAll(Markup &out) const
 {
-    const int listed = m_listed.size();
+    const int listed = int(m_listed.size());
     if (listed == 0) {
         out.element("p", {{"class", "fine"}}, "Validation found no problems.");
         return;

@@ -89,7 +89,7 @@ bool isShortAndPrintable(const QString &text)
 QString shifted(const QString &whole, const QString &fraction, int places)
 {
     QString digits = whole + fraction;
-    int point = whole.size() + places;
+    int point = int(whole.size()) + places;
     if (point < 1) {
         digits.prepend(QString(1 - point, QLatin1Char('0')));
         point = 1;
@@ -148,7 +148,7 @@ QString Unit::withPrefix(const QString &number) const
         ++first;
     if (first == digits.size())
         return QString();
-    const int exponent = whole.size() - 1 - first; // of ten, in the unit of the document
+    const int exponent = int(whole.size()) - 1 - first; // of ten, in the unit of the document
     const int usual = qBound(unit.base->least, roundedDown(exponent + unit.exponent), unit.base->most);
     const int rest = exponent + unit.exponent - usual;
     if (usual == unit.exponent || rest < 0 || rest > 2)

@@ -21,7 +21,7 @@ Members::Members(DataObject &object)
 
 MemberEditor *Members::find(const QByteArray &name)
 {
-    for (int left = m_all.size(); left > 0; --left) {
+    for (auto left = m_all.size(); left > 0; --left) {
         if (m_next == m_all.size())
             m_next = 0;
         MemberEditor &member = *m_all[m_next++];

@@ -33,7 +33,7 @@ TunerProperties documentOfVersion(const QString &version)
     TunerProperties document;
     document.SetValidate(false);
     QDataStream reader(record);
-    document.SetBinary(reader, record.size());
+    document.SetBinary(reader, int(record.size()));
     return document;
 }
 

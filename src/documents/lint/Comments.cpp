@@ -54,7 +54,7 @@ private:
     {
         const auto &comments = m_markup.comments();
         m_elements.assign(std::size_t(comments.size()), -1);
-        for (int i = comments.size() - 1; i >= 0; --i) {
+        for (int i = int(comments.size()) - 1; i >= 0; --i) {
             const int next = afterBlanks(comments.at(i).whole.end);
             const int element = comments.at(i).next;
             if (i + 1 < comments.size() && comments.at(i + 1).whole.begin == next)

@@ -79,7 +79,7 @@ const char *rangeOf(MemberKind kind)
 /// With a point instead of a comma; null if there is no comma, or if it may be one between thousands.
 QString withPoint(const QString &text)
 {
-    const int comma = text.indexOf(QLatin1Char(','));
+    const auto comma = text.indexOf(QLatin1Char(','));
     constexpr int group = 3;
     const bool isClear = comma >= 0 && text.size() - comma - 1 != group;
     return isClear ? QString(text).replace(comma, 1, QLatin1Char('.')) : QString();

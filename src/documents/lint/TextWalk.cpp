@@ -310,7 +310,7 @@ private:
                                QLatin1String member = {})
     {
         const QString full = toString(name);
-        const int colon = full.indexOf(QLatin1Char(':'));
+        const auto colon = full.indexOf(QLatin1Char(':'));
         // A prefix is that of somebody else's attributes, unless the rest is a name of ours.
         const bool isForeign =
             full == QLatin1String("xmlns") || (colon >= 0 && !shape.attributeNames.contains(full.mid(colon + 1)));

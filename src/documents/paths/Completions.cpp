@@ -130,7 +130,7 @@ private:
         if (!mayFit)
             return;
         forEachNotation(list, [&](const ItemSteps &steps) {
-            const int before = m_found.size();
+            const auto before = m_found.size();
             for (int i = 0; i < list.GetSize(); ++i)
                 addStep(steps.at(i), true, QStringLiteral("/"));
             return m_found.size() > before;
@@ -147,7 +147,8 @@ private:
     void addValues(int equalsSign)
     {
         const MemberView member = find(m_root, m_typed.left(equalsSign)).member;
-        const int comma = member.GetKind() == MemberKind::EnumerationList ? m_typed.lastIndexOf(QLatin1Char(',')) : -1;
+        const int comma =
+            member.GetKind() == MemberKind::EnumerationList ? int(m_typed.lastIndexOf(QLatin1Char(','))) : -1;
         const int begin = std::max(equalsSign, comma) + 1;
         m_start = m_typed.left(begin);
         m_rest = m_typed.mid(begin);

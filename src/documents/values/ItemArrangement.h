@@ -27,8 +27,8 @@ void arrangeItems(Text &text, const QVector<int> &before, const JobXml::MemberVi
             text.changeItem(before.at(place), list.GetChild(place), change);
         return;
     }
-    const QVector<int> order = edit.orderOf(before.size());
-    const QVector<bool> isStaying = MemberEdit::stayingItems(order, before.size());
+    const QVector<int> order = edit.orderOf(int(before.size()));
+    const QVector<bool> isStaying = MemberEdit::stayingItems(order, int(before.size()));
     QVector<bool> isLeft(before.size(), true);
     QByteArrayList front; // before all items that stay
     int anchor = -1; // the place of the last one that stayed

@@ -24,14 +24,14 @@ template <class Text>
 void arrangeNames(Text &text, const QStringList &before, const QStringList &after)
 {
     QHash<QString, QVector<int>> places; // of each name, the first one last
-    for (int place = before.size(); place-- > 0;)
+    for (int place = int(before.size()); place-- > 0;)
         places[before.at(place)].append(place);
     QVector<int> origins;
     for (const QString &name : after) {
         QVector<int> &left = places[name];
         origins.append(left.isEmpty() ? -1 : left.takeLast());
     }
-    const QVector<bool> isStaying = stayingItems(origins, before.size());
+    const QVector<bool> isStaying = stayingItems(origins, int(before.size()));
     int first = 0; // place after the last name that stays
     QVector<int> waiting; // names that come after that
     const auto arrangeUpTo = [&](int end) {
@@ -46,7 +46,7 @@ void arrangeNames(Text &text, const QStringList &before, const QStringList &afte
             else
                 text.addFirst(name);
         }
-        for (int place = first + waiting.size(); place < end; ++place)
+        for (int place = first + int(waiting.size()); place < end; ++place)
             text.remove(place);
         waiting.clear();
     };
@@ -58,7 +58,7 @@ void arrangeNames(Text &text, const QStringList &before, const QStringList &afte
         arrangeUpTo(origins.at(name));
         first = origins.at(name) + 1;
     }
-    arrangeUpTo(before.size());
+    arrangeUpTo(int(before.size()));
 }
 
 } // namespace TunerDocuments

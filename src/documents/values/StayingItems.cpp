@@ -8,7 +8,7 @@ QVector<bool> stayingItems(const QVector<int> &positions, int end)
     // They form the heaviest sequence with increasing positions: each item weighs more than all unchanged positions
     // together. best[i] ends the heaviest sequence in a range of positions that ends with i, as in a binary indexed
     // tree.
-    const int size = positions.size();
+    const int size = int(positions.size());
     QVector<int> best(end + 1, -1);
     QVector<int> previous(size, -1);
     QVector<qint64> weight(size, 0);

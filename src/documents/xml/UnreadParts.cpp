@@ -90,7 +90,8 @@ void UnreadParts::visitValues(const MemberView &member, const QVector<XmlPlaces:
                QStringLiteral("'%1' is there twice").arg(member.GetName()), lost, member.GetName());
     }
     const bool areAllRead = isList || isReadFurther;
-    for (int i = areAllRead ? 0 : values.size() - 1; i < values.size(); ++i)
+    const int size = int(values.size());
+    for (int i = areAllRead ? 0 : size - 1; i < size; ++i)
         visitValue(values.at(i), member, kind == MemberKind::ObjectList ? i : 0);
 }
 

@@ -40,7 +40,7 @@ XmlChildren::Neighbor XmlChildren::neighborOf(const QString &member) const
 {
     QStringList order;
     visit(m_object, [&](const MemberView &other) { order.append(other.GetName()); });
-    const int position = order.indexOf(member);
+    const auto position = order.indexOf(member);
     const QVector<XmlPlaces::Child> children = m_places.childrenOf(m_elements.last(), m_object);
     Neighbor neighbor;
     for (const XmlPlaces::Child &child : children) {
@@ -175,7 +175,7 @@ int XmlChildren::endOfLineComments(int end) const
         }
         constexpr int startSize = 4; // of "<!--", which the end may not overlap
         const bool isComment = document.mid(at, startSize) == "<!--";
-        const int close = isComment ? document.indexOf("-->", at + startSize) : -1;
+        const int close = isComment ? int(document.indexOf("-->", at + startSize)) : -1;
         if (close < 0)
             break;
         at = last = close + 3;
@@ -208,7 +208,7 @@ namespace {
 std::optional<QByteArray> indentationOf(const REPORTGENERATOR::XmlMarkup &markup, int element)
 {
     const QByteArray blanks = XmlBlanks::before(markup.document(), markup.elements().at(element).startTag.begin);
-    const int lineStart = blanks.lastIndexOf('\n');
+    const auto lineStart = blanks.lastIndexOf('\n');
     return lineStart < 0 ? std::optional<QByteArray>() : blanks.mid(lineStart + 1);
 }
 
@@ -221,7 +221,7 @@ XmlText::Layout XmlChildren::layoutOf(const Markup &markup)
     const auto &elements = markup.elements();
     if (elements.isEmpty())
         return layout;
-    const int feed = document.indexOf('\n', elements.first().startTag.begin);
+    const int feed = int(document.indexOf('\n', elements.first().startTag.begin));
     layout.lineEnd = feed < 0                       ? QByteArray()
         : feed > 0 && document.at(feed - 1) == '\r' ? QByteArray("\r\n")
                                                     : QByteArray("\n");
@@ -243,7 +243,7 @@ XmlText::Layout XmlChildren::layoutAt(int neighbor) const
     const int parent = m_elements.last();
     XmlText::Layout layout = m_documentLayout;
     const QLatin1String name = m_markup.bytes(m_markup.elements().at(neighbor < 0 ? parent : neighbor).name);
-    const int colon = QByteArray::fromRawData(name.data(), name.size()).indexOf(':');
+    const auto colon = QByteArray::fromRawData(name.data(), name.size()).indexOf(':');
     layout.prefix = QByteArray(name.data(), colon + 1);
     const auto ofNeighbor = neighbor < 0 ? std::optional<QByteArray>() : indentationOf(m_markup, neighbor);
     if (neighbor >= 0 && !ofNeighbor)

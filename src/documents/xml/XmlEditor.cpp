@@ -78,9 +78,9 @@ void XmlEditor::apply()
     for (const auto &[begin, replacement] : m_pending) {
         pending.append(replacement);
         if (replacement.isText)
-            texts.append({{replacement.begin, replacement.end}, replacement.text.size()});
+            texts.append({{replacement.begin, replacement.end}, int(replacement.text.size())});
     }
-    const QByteArray text = replaced(m_markup->document(), 0, m_markup->document().size(), pending);
+    const QByteArray text = replaced(m_markup->document(), 0, int(m_markup->document().size()), pending);
     const bool hasOnlyTexts = texts.size() == int(m_pending.size());
     m_pending.clear();
     m_pendingValues.clear();
@@ -340,7 +340,7 @@ void XmlEditor::writeItems(Replacements &out, XmlChildren &children, const Membe
             children.remove(element);
         return;
     }
-    if (edit.orderOf(elements.size()).size() != list.GetSize())
+    if (edit.orderOf(int(elements.size())).size() != list.GetSize())
         throw CannotEdit{QStringLiteral("its text has another number of items than '%1'").arg(list.GetName())};
     Items items(*this, out, children, list.GetName());
     arrangeItems(items, elements, list, edit);

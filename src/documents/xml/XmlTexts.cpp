@@ -15,13 +15,13 @@ QVector<XmlMarkup::Span> inPart(const XmlMarkup &markup, XmlMarkup::Span part, i
     const QByteArray &document = markup.document();
     // The end mark of a comment may not overlap the start mark: "<!--->" only begins one.
     const auto endOf = [&](const char *start, const char *mark, int from) {
-        const int at = document.indexOf(mark, from + int(qstrlen(start)));
+        const int at = int(document.indexOf(mark, from + int(qstrlen(start))));
         return at < 0 ? part.end : at + int(qstrlen(mark));
     };
     QVector<XmlMarkup::Span> texts;
     for (int at = part.begin; at < part.end;) {
         const QByteArray next = document.mid(at, 9);
-        int end = document.indexOf('<', at); // of a text
+        int end = int(document.indexOf('<', at)); // of a text
         if (next.startsWith("<!--")) {
             end = endOf("<!--", "-->", at);
         } else if (next.startsWith("<?")) {

@@ -174,7 +174,7 @@ void XmlValues::removeValues(const QVector<XmlPlaces::Value> &values)
             continue;
         }
         Span span = m_markup.attributes().at(value.index).whole();
-        span.begin -= XmlBlanks::before(m_markup.document(), span.begin).size();
+        span.begin -= int(XmlBlanks::before(m_markup.document(), span.begin).size());
         m_out.append({span.begin, span.end, QByteArray()});
     }
 }
@@ -236,11 +236,11 @@ XmlValues::Neighbors XmlValues::neighborsOf(const Markup::Element &place, const 
         order.append(other.GetName());
         areSet.append(other.IsSet());
     });
-    const auto isUnset = [&](int attribute) { return attribute >= 0 && !areSet.at(attribute); };
-    const int position = order.indexOf(member.GetName());
+    const auto isUnset = [&](auto attribute) { return attribute >= 0 && !areSet.at(attribute); };
+    const auto position = order.indexOf(member.GetName());
     Neighbors neighbors;
     for (int i = place.firstAttribute; i < place.firstAttribute + place.attributeCount; ++i) {
-        const int other = order.indexOf(m_markup.bytes(m_markup.attributes().at(i).name));
+        const auto other = order.indexOf(m_markup.bytes(m_markup.attributes().at(i).name));
         if (isUnset(other))
             continue; // it is removed
         if (other < position) // -1 for those that the model does not have
