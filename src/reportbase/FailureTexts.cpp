@@ -176,6 +176,37 @@ QString xmlDeclaration()
     return ownText("the XML declaration has to consist of version, encoding and standalone");
 }
 
+QString unknownEncoding(const QString &name, const QString &known)
+{
+    return ownText("the encoding '") + name + ownText("' is not supported, only ") + known;
+}
+
+QString otherEncoding(const QString &name)
+{
+    return ownText("the XML declaration names the encoding '") + name
+        + ownText("', but the document begins in another one");
+}
+
+QString wrongBytes()
+{
+    return ownText("Encountered incorrectly encoded content.");
+}
+
+QString wrongCharacter()
+{
+    return ownText("Invalid XML character.");
+}
+
+QString nameTooLong(int limit)
+{
+    return ownText("a name has more than %1 characters").arg(limit);
+}
+
+QString documentTypePlace()
+{
+    return ownText("a document has one document type at most, before its root element");
+}
+
 QString tooManyAttributes(int limit)
 {
     return ownText("an element has more than %1 attributes").arg(limit);

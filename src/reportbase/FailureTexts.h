@@ -61,7 +61,13 @@ QString wrongRoot(const QString &found, const QString &expected);
 QString xmlTooLong(qint64 length, qint64 limit);
 QString documentTooLarge(qint64 limit);
 QString xmlDeclaration();
+QString unknownEncoding(const QString &name, const QString &known);
+QString otherEncoding(const QString &name);
+QString wrongBytes(); // in the words of QXmlStreamReader
+QString wrongCharacter(); // in the words of QXmlStreamReader
 QString tooManyAttributes(int limit);
+QString nameTooLong(int limit);
+QString documentTypePlace();
 QString internalSubset();
 QString undeclaredEntity(const QString &name); // in the words of QXmlStreamReader
 /// @}

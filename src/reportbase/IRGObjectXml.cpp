@@ -16,6 +16,8 @@
 #include "Utf8.h"
 #include "WatchedDevice.h"
 #include "XmlComposition.h"
+#include "text/Encoding.h"
+#include "text/Size.h"
 
 namespace REPORTGENERATOR {
 
@@ -54,11 +56,11 @@ QByteArray rest(QFile &file, qint64 largestSize)
         return QByteArray();
 
     QByteArray bytes;
-    bytes.reserve(int(size));
+    bytes.reserve(Size(size));
     const auto readFurther = [&](qint64 most) {
-        const int had = bytes.size();
-        bytes.resize(had + int(most));
-        bytes.truncate(had + int(std::max(file.read(bytes.data() + had, most), qint64(0))));
+        const Size had = bytes.size();
+        bytes.resize(had + Size(most));
+        bytes.truncate(had + Size(std::max(file.read(bytes.data() + had, most), qint64(0))));
     };
     readFurther(std::min(size, firstPiece));
     if (mayBeUtf8Xml(bytes))
@@ -105,10 +107,23 @@ private:
     QXmlStreamReader &m_reader;
 };
 
-/// Whether the document seems truncated because the watch has ended it.
-bool isEndedBy(const XmlWatch &watch, const QXmlStreamReader &reader)
+/// The failure, or that of the watch if the document seems truncated or complete because the watch has ended it.
+Failure watched(const XmlWatch &watch, const QXmlStreamReader &reader, const QString &source, const Failure &failure)
 {
-    return watch.isRefused() && reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+    const bool isEndedByWatch =
+        watch.isRefused() && (failure.isNull() || reader.error() == QXmlStreamReader::PrematureEndOfDocumentError);
+    return isEndedByWatch ? atReader(reader, source, watch.refusal()) : failure;
+}
+
+/// What the reader may read of a text, whatever encoding it declares.
+QString readable(const QString &xml, XmlWatch &watch)
+{
+    const Size head = watch.readableHead(xml.constData(), xml.size());
+    const QString name = watch.declaredEncoding();
+    if (!name.isNull() && !Encodings::isKnown(name))
+        watch.refuse(XmlWatch::Refused::UnknownEncoding);
+    const Size rest = watch.isRefused() ? 0 : watch.readable(xml.constData() + head, xml.size() - head);
+    return watch.readableDeclaration(xml.left(head)) + xml.mid(head, rest);
 }
 
 } // namespace
@@ -130,10 +145,8 @@ bool IRGObject::readXmlText(const QString &xml, qint64 largestSize)
         if (readXml([&] { return toUtf8(xml); }))
             return true;
         XmlWatch watch;
-        QXmlStreamReader reader(xml.left(watch.readable(xml.constData(), xml.size())));
-        Failure failure = readDocument(reader, sourceOfText);
-        if (isEndedBy(watch, reader))
-            failure = atReader(reader, sourceOfText, watch.refusal());
+        QXmlStreamReader reader(readable(xml, watch));
+        const Failure failure = watched(watch, reader, sourceOfText, readDocument(reader, sourceOfText));
         return failure.isNull() || fail(failure);
     });
 }
@@ -183,8 +196,7 @@ bool IRGObject::readXmlFile(QFile &file, const FileForReading &access, qint64 la
         return fail(access.readFailure()); // the document seems truncated then, but the device has failed
     if (document.isTooLarge())
         return fail(Failure(access.name(), FailureTexts::documentTooLarge(largestSize)));
-    if (isEndedBy(document.watch(), reader))
-        failure = atReader(reader, access.name(), document.watch().refusal());
+    failure = watched(document.watch(), reader, access.name(), failure);
     return failure.isNull() || fail(failure);
 }
 
@@ -199,11 +211,9 @@ bool IRGObject::readXmlBytes(const QByteArray &document, const QString &source, 
         QBuffer buffer;
         buffer.setData(document);
         buffer.open(QIODevice::ReadOnly);
-        WatchedDevice watched(buffer);
-        QXmlStreamReader reader(&watched);
-        Failure failure = readDocument(reader, source);
-        if (isEndedBy(watched.watch(), reader))
-            failure = atReader(reader, source, watched.watch().refusal());
+        WatchedDevice watchedDocument(buffer);
+        QXmlStreamReader reader(&watchedDocument);
+        const Failure failure = watched(watchedDocument.watch(), reader, source, readDocument(reader, source));
         return failure.isNull() || fail(failure);
     });
 }

@@ -2,38 +2,12 @@
 #include "WatchedDevice.h"
 
 #include <algorithm>
-#include <limits>
-#include <string_view>
 
 namespace REPORTGENERATOR {
 
 namespace {
 
-constexpr qint64 leastToBegin = 4; // bytes, which determine the encoding
-constexpr int utf8 = 106; // the number by which IANA knows it; see QTextCodec::mibEnum()
-
-/// The encoding that QXmlStreamReader derives from the first bytes; UTF-8 by default.
-QTextCodec *codecByFirstBytes(const char *bytes, int size)
-{
-    using namespace std::string_view_literals;
-    constexpr int utf16 = 1015, utf16LittleEndian = 1014, utf16BigEndian = 1013;
-    constexpr int utf32 = 1017, utf32LittleEndian = 1019, utf32BigEndian = 1018;
-    static constexpr struct
-    {
-        std::string_view begin;
-        int mib;
-    } beginnings[] = {
-        {"\x00\x00\xFE\xFF"sv, utf32},       {"\xFF\xFE\x00\x00"sv, utf32}, {"<\x00\x00\x00"sv, utf32LittleEndian},
-        {"\x00\x00\x00<"sv, utf32BigEndian}, {"\xFE\xFF"sv, utf16},         {"\xFF\xFE"sv, utf16},
-        {"<\x00"sv, utf16LittleEndian},      {"\x00<"sv, utf16BigEndian},
-    };
-    const std::string_view head(bytes, std::size_t(size));
-    for (const auto &beginning : beginnings) {
-        if (head.substr(0, beginning.begin.size()) == beginning.begin)
-            return QTextCodec::codecForMib(beginning.mib);
-    }
-    return QTextCodec::codecForMib(utf8);
-}
+constexpr Size pieceSize = 1 << 13;
 
 } // namespace
 
@@ -43,9 +17,17 @@ WatchedDevice::WatchedDevice(QIODevice &device, const QByteArray &beginning, qin
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
-qint64 WatchedDevice::readUnwatched(char *bytes, qint64 size)
+bool WatchedDevice::atEnd() const
 {
-    const int known = int(std::min(size, qint64(m_beginning.size() - m_beginningRead)));
+    if (!isConverted())
+        return false;
+    return m_watch.isRefused() || m_isAtEnd
+        || (m_bytes.isEmpty() && m_head.isEmpty() && m_beginningRead == m_beginning.size() && m_device.atEnd());
+}
+
+qint64 WatchedDevice::readFromDevice(char *bytes, qint64 size)
+{
+    const Size known = std::min(Size(size), m_beginning.size() - m_beginningRead);
     if (known == 0)
         return m_device.read(bytes, size);
     std::copy_n(m_beginning.constData() + m_beginningRead, known, bytes);
@@ -55,68 +37,93 @@ qint64 WatchedDevice::readUnwatched(char *bytes, qint64 size)
 
 qint64 WatchedDevice::readData(char *bytes, qint64 size)
 {
-    if (m_watch.isRefused() || isTooLarge())
-        return -1;
-    size = std::min(size, qint64(std::numeric_limits<int>::max()));
-    qint64 read = 0;
-    qint64 more = 0;
-    do {
-        more = readUnwatched(bytes + read, size - read);
-        read += std::max(more, qint64(0));
-        // If a document arrives slowly, the reader would mistake the first bytes for the whole.
-    } while (!m_codec && more > 0 && read < std::min(size, leastToBegin));
+    while (isConverted() && !m_isAtEnd && !m_watch.isRefused() && !isTooLarge())
+        readFurther();
+    const Size returned = std::min(Size(size), m_converted.size() - m_returned);
+    if (returned == 0)
+        return size > 0 ? -1 : 0;
+    std::copy_n(m_converted.constData() + m_returned, returned, bytes);
+    m_returned += returned;
+    return returned;
+}
+
+void WatchedDevice::readFurther()
+{
+    m_converted.resize(0);
+    m_returned = 0;
+    const Size had = m_bytes.size();
+    m_bytes.resize(had + pieceSize);
+    const Size read = Size(std::max(readFromDevice(m_bytes.data() + had, pieceSize), qint64(0)));
+    m_bytes.resize(had + read);
     m_bytesRead += read;
-    return read > 0 ? readable(bytes, int(read)) : more;
+    m_isAtEnd = read == 0;
+    convert();
 }
 
-int WatchedDevice::readable(const char *bytes, int size)
+/// Converts what has been read, up to an incomplete character.
+void WatchedDevice::convert()
 {
-    if (!m_codec)
-        useCodec(codecByFirstBytes(bytes, size));
-    if (!m_watch.isHeadRead())
-        return readableHead(bytes, size);
-    return m_decoder ? readableText(size, m_decoder->toUnicode(bytes, size), 0) : m_watch.readable(bytes, size);
-}
-
-int WatchedDevice::readableHead(const char *bytes, int size)
-{
-    const QString text = m_decoder->toUnicode(bytes, size);
-    const int head = m_watch.readableHead(text.constData(), text.size());
-    if (m_watch.isRefused())
-        return bytesOf(text, head, size);
-    if (!m_watch.isHeadRead())
-        return size;
-
-    QTextCodec *const declared = QTextCodec::codecForName(m_watch.declaredEncoding().toLatin1());
-    if (declared && declared != m_codec) { // the reader will report an unknown one
-        useCodec(declared);
-        // The reader decodes this piece again, and continues at its position.
-        return readableText(size, m_decoder->toUnicode(bytes, size), head);
+    if (!m_isBegun) {
+        // If a document arrives slowly, its first bytes are not the whole.
+        if (m_bytes.size() < Encodings::FirstBytes && !m_isAtEnd)
+            return;
+        m_isBegun = true;
+        m_encodingOfFirstBytes = Encodings::ofFirstBytes(m_bytes.constData(), m_bytes.size());
+        // Up to the end of the declaration, any bytes are accepted.
+        m_encoding = m_encodingOfFirstBytes.value_or(Encoding::Latin1);
     }
-    if (m_codec->mibEnum() == utf8)
-        m_decoder.reset();
-    return readableText(size, text, head);
+    if (!m_watch.isHeadRead())
+        convertHead();
+    if (m_watch.isHeadRead() && !m_watch.isRefused())
+        convertRest();
+    if (m_isAtEnd && !m_bytes.isEmpty())
+        m_watch.refuse(XmlWatch::Refused::WrongBytes);
 }
 
-/// The same for decoded bytes, from this position of the text on.
-int WatchedDevice::readableText(int size, const QString &text, int from)
+void WatchedDevice::convertHead()
 {
-    const QStringRef rest = text.midRef(from);
-    const int taken = m_watch.readable(rest.unicode(), rest.size());
-    return m_watch.isRefused() ? bytesOf(text, from + taken, size) : size;
+    const Encodings::Decoded decoded = Encodings::decode(m_encoding, m_bytes.constData(), m_bytes.size());
+    const QString head = decoded.text.left(m_watch.readableHead(decoded.text.constData(), decoded.text.size()));
+    m_head += head;
+    m_bytes.remove(0, Encodings::encode(m_encoding, head).size());
+    if (decoded.isInvalid && !m_watch.isHeadRead())
+        m_watch.refuse(XmlWatch::Refused::WrongBytes);
+    if (m_watch.isHeadRead() || m_watch.isRefused() || m_isAtEnd)
+        endHead();
 }
 
-/// How many of the bytes encode the first `length` characters of their text.
-int WatchedDevice::bytesOf(const QString &text, int length, int size) const
+void WatchedDevice::endHead()
 {
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    return std::min(size, m_codec->fromUnicode(text.constData(), length, &state).size());
+    if (m_head.startsWith(QChar(QChar::ByteOrderMark)))
+        m_head.remove(0, 1);
+    const QString name = m_watch.declaredEncoding();
+    if (!m_encodingOfFirstBytes)
+        m_encoding = Encoding::Utf8;
+    if (!name.isNull()) {
+        const auto declared = Encodings::declared(name, m_encodingOfFirstBytes);
+        if (!declared)
+            m_watch.refuse(Encodings::isKnown(name) ? XmlWatch::Refused::OtherEncoding
+                                                    : XmlWatch::Refused::UnknownEncoding);
+        m_encoding = declared.value_or(m_encoding);
+    }
+    m_converted = m_watch.readableDeclaration(m_head).toUtf8();
+    m_head.clear();
 }
 
-void WatchedDevice::useCodec(QTextCodec *codec)
+void WatchedDevice::convertRest()
 {
-    m_codec = codec;
-    m_decoder.reset(codec->makeDecoder());
+    const bool isUtf8 = m_encoding == Encoding::Utf8;
+    const Encodings::Decoded decoded = isUtf8 ? Encodings::checkUtf8(m_bytes.constData(), m_bytes.size())
+                                              : Encodings::decode(m_encoding, m_bytes.constData(), m_bytes.size());
+    if (isUtf8) {
+        m_converted.append(m_bytes.constData(), m_watch.readable(m_bytes.constData(), decoded.size));
+    } else {
+        const QString &text = decoded.text;
+        m_converted += text.left(m_watch.readable(text.constData(), text.size())).toUtf8();
+    }
+    m_bytes.remove(0, decoded.size);
+    if (decoded.isInvalid)
+        m_watch.refuse(XmlWatch::Refused::WrongBytes);
 }
 
 qint64 WatchedDevice::writeData(const char *, qint64)

@@ -2,18 +2,20 @@
 #pragma once
 
 #include <limits>
-#include <memory>
+#include <optional>
 
 #include <QIODevice>
-#include <QTextCodec>
 
 #include "XmlWatch.h"
+#include "text/Encoding.h"
+#include "text/Size.h"
 
 namespace REPORTGENERATOR {
 
-/// A device that passes on the XML document of another device, as far as an XmlWatch accepts it.
+/// A device with the XML document of another device in UTF-8, as far as an XmlWatch accepts it.
 ///
-/// It determines the encoding like the reader: from the first bytes, then from the declaration.
+/// The encoding is determined by the first bytes, then by the declaration, in which it is replaced by UTF-8. The
+/// document ends before the first byte that is wrong in its encoding, and contains no byte order mark.
 class WatchedDevice : public QIODevice
 {
 public:
@@ -27,31 +29,35 @@ public:
     bool isTooLarge() const { return m_bytesRead > m_largestSize; }
 
     bool isSequential() const override { return true; }
-    bool atEnd() const override
-    {
-        return m_watch.isRefused() || (m_beginningRead == m_beginning.size() && m_device.atEnd());
-    }
+    bool atEnd() const override;
 
 protected:
     qint64 readData(char *bytes, qint64 size) override;
     qint64 writeData(const char *bytes, qint64 size) override;
 
 private:
-    qint64 readUnwatched(char *bytes, qint64 size);
-    int readable(const char *bytes, int size);
-    int readableHead(const char *bytes, int size);
-    int readableText(int size, const QString &text, int from);
-    int bytesOf(const QString &text, int length, int size) const;
-    void useCodec(QTextCodec *codec);
+    qint64 readFromDevice(char *bytes, qint64 size);
+    void readFurther();
+    void convert();
+    void convertHead();
+    void endHead();
+    void convertRest();
+    bool isConverted() const { return m_returned == m_converted.size(); }
 
     QIODevice &m_device;
     QByteArray m_beginning; // is read before the device
-    int m_beginningRead = 0;
+    Size m_beginningRead = 0;
     const qint64 m_largestSize;
     qint64 m_bytesRead = 0;
+    bool m_isAtEnd = false; // of the device
+    std::optional<Encoding> m_encodingOfFirstBytes;
+    bool m_isBegun = false; // whether the first bytes are known
+    Encoding m_encoding = Encoding::Utf8;
     XmlWatch m_watch;
-    QTextCodec *m_codec = nullptr;
-    std::unique_ptr<QTextDecoder> m_decoder; // null after the head, if bytes can be checked without decoding
+    QByteArray m_bytes; // are not converted yet
+    QString m_head; // of the document; is not returned before its end is known
+    QByteArray m_converted;
+    Size m_returned = 0; // of the converted bytes
 };
 
 } // namespace REPORTGENERATOR

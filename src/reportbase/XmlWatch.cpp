@@ -6,16 +6,30 @@
 
 #include <QLatin1String>
 #include <QStringView>
-#include <QVector>
 
 #include "FailureTexts.h"
+#include "XmlDeclaration.h"
+#include "text/Encoding.h"
 
 namespace REPORTGENERATOR {
 
 namespace {
 
-// An attribute takes five characters at least (` a=""`), so a tag of this length cannot have too many.
-constexpr Size shortTag = 4 * XmlWatch::MostAttributes;
+// An attribute takes five characters at least (` a=""`), so a tag of this length cannot have too many. It cannot have a
+// name that is too long either.
+constexpr int shortTag = 4 * XmlWatch::MostAttributes;
+static_assert(shortTag <= XmlWatch::LongestName + 1);
+
+/// How many UTF-16 units the character has that begins with this byte of UTF-8; none, if it begins earlier.
+int unitsOf(char byte)
+{
+    return (uchar(byte) & 0xC0) == 0x80 ? 0 : uchar(byte) >= 0xF0 ? 2 : 1;
+}
+
+int unitsOf(QChar)
+{
+    return 1;
+}
 
 ushort codeOf(char character)
 {
@@ -27,17 +41,25 @@ ushort codeOf(QChar character)
     return character.unicode();
 }
 
-/// The position of the next '<', or `end` if there is none.
-Size nextOpening(const char *text, Size from, Size end)
+/// The position of the character, or `end` if there is none.
+Size indexOf(char character, const char *text, Size from, Size end)
 {
-    const void *const found = std::memchr(text + from, '<', std::size_t(end - from));
+    const void *const found = from < end ? std::memchr(text + from, character, std::size_t(end - from)) : nullptr;
     return found ? Size(static_cast<const char *>(found) - text) : end;
 }
 
-Size nextOpening(const QChar *text, Size from, Size end)
+Size indexOf(char character, const QChar *text, Size from, Size end)
 {
-    const auto found = QStringView(text + from, end - from).indexOf(QLatin1Char('<'));
+    const auto found = QStringView(text + from, end - from).indexOf(QLatin1Char(character));
     return found < 0 ? end : from + Size(found);
+}
+
+/// The position of the next '<' or '&', or `end` if there is none.
+template <typename Character>
+Size nextMarkup(const Character *text, Size from, Size end)
+{
+    const auto isMarkup = [](Character character) { return codeOf(character) == '<' || codeOf(character) == '&'; };
+    return Size(std::find_if(text + from, text + end, isMarkup) - text);
 }
 
 const QLatin1String beginOfDeclaration("<?xml");
@@ -48,11 +70,10 @@ bool isBlank(ushort character)
     return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
-Size skipBlanks(const QString &text, Size from)
+/// Whether no name contains the character. Blanks and these end every name in the reader.
+bool endsName(ushort character)
 {
-    while (from < text.size() && isBlank(text[from].unicode()))
-        ++from;
-    return from;
+    return isBlank(character) || (character < 0x80 && std::strchr("&#'\"<>=%/;()|+*,?![", character) != nullptr);
 }
 
 bool beginsName(ushort character)
@@ -65,30 +86,41 @@ bool beginsName(ushort character)
 template <typename Character>
 Size XmlWatch::readable(const Character *text, Size size)
 {
+    const Size nul = indexOf('\0', text, 0, size);
+    const Size read = readableContent(text, nul);
+    if (nul < size)
+        refuse(Refused::Character);
+    return read;
+}
+
+template Size XmlWatch::readable(const char *text, Size size);
+template Size XmlWatch::readable(const QChar *text, Size size);
+
+template <typename Character>
+Size XmlWatch::readableContent(const Character *text, Size size)
+{
     Size i = m_isHeadRead ? 0 : readableHead(text, size);
     while (i < size && !isRefused()) {
         if (m_state == State::Text) {
-            i = nextOpening(text, i, size);
+            i = nextMarkup(text, i, size);
             if (i == size)
                 break;
         } else if (m_state == State::TagOpened && beginsName(codeOf(text[i]))) {
             // No tag contains a '<', not even in quotes. So this one ends before the next.
             const Size end = std::min(size, i + shortTag);
-            const Size next = nextOpening(text, i, end);
+            const Size next = indexOf('<', text, i, end);
             if (next < end) {
                 m_state = State::Text;
+                m_mayHaveDocumentType = false;
                 i = next;
             }
         }
-        if (!take(codeOf(text[i])))
+        if (!take(codeOf(text[i]), unitsOf(text[i])))
             break;
         ++i;
     }
     return i;
 }
-
-template Size XmlWatch::readable(const char *text, Size size);
-template Size XmlWatch::readable(const QChar *text, Size size);
 
 template <typename Character>
 Size XmlWatch::readableHead(const Character *text, Size size)
@@ -119,7 +151,7 @@ bool XmlWatch::takeInHead(ushort character)
     }
     m_isHeadRead = true; // without a declaration
     for (const QChar taken : qAsConst(m_head))
-        take(taken.unicode());
+        take(taken.unicode(), unitsOf(taken));
     return false;
 }
 
@@ -131,64 +163,51 @@ bool XmlWatch::takeInDeclaration(ushort character)
     const bool isEnd = !isInValue && character == '>' && m_head.endsWith(QLatin1Char('?'));
     const bool isTooLong = m_head.size() == longestDeclaration;
     m_head += QChar(character);
-    m_isHeadRead = isEnd && !isTooLong && readDeclaration(m_head.mid(beginOfDeclaration.size()).chopped(2));
+    const auto declaration = isEnd && !isTooLong ? XmlDeclaration::read(m_head) : std::nullopt;
+    m_isHeadRead = declaration.has_value();
+    if (declaration)
+        m_encoding = declaration->encoding;
     // A refused declaration is read to its end, or until it certainly has none, so that the reader reports its own
     // errors first.
-    if (isTooLong || character == '<' || (isEnd && !m_isHeadRead))
+    else if (isTooLong || character == '<' || isEnd)
         m_refused = Refused::XmlDeclaration;
     return !isTooLong;
 }
 
-/// Reads the text between "<?xml" and "?>": version, encoding and standalone, each once at most, and no references,
-/// which the reader would resolve.
-bool XmlWatch::readDeclaration(const QString &declaration)
+QString XmlWatch::readableDeclaration(const QString &head) const
 {
-    if (declaration.contains(QLatin1Char('&')))
-        return false;
-    QVector<QLatin1String> expected{QLatin1String("version"), QLatin1String("encoding"), QLatin1String("standalone")};
-    for (Size i = skipBlanks(declaration, 0); i < declaration.size();) {
-        const Size equalSign = declaration.indexOf(QLatin1Char('='), i);
-        const Size open = skipBlanks(declaration, equalSign + 1);
-        if (equalSign < 0 || open == declaration.size())
-            return false;
-        const QChar quote = declaration[open];
-        const Size close = declaration.indexOf(quote, open + 1);
-        if ((quote != QLatin1Char('"') && quote != QLatin1Char('\'')) || close < 0)
-            return false;
-        const QString name = declaration.mid(i, equalSign - i).trimmed();
-        const auto found = std::find(expected.begin(), expected.end(), name);
-        if (found == expected.end())
-            return false;
-        expected.erase(found);
-        if (name == QLatin1String("encoding"))
-            m_encoding = declaration.mid(open + 1, close - open - 1);
-        i = skipBlanks(declaration, close + 1);
-    }
-    return true;
+    const bool isEncodingRefused = m_refused == Refused::UnknownEncoding || m_refused == Refused::OtherEncoding;
+    return isEncodingRefused ? head.chopped(1) : XmlDeclaration::inUtf8(head);
 }
 
-/// Returns false for the character that must not be read.
-bool XmlWatch::take(ushort character)
+void XmlWatch::refuse(Refused reason)
+{
+    if (!isRefused())
+        m_refused = reason;
+}
+
+/// Returns false for the character that must not be read. It has so many UTF-16 units, as far as it has begun.
+bool XmlWatch::take(ushort character, int units)
 {
     switch (m_state) {
     case State::Text:
-        if (character == '<')
-            m_state = State::TagOpened;
+        takeInText(character);
+        break;
+    case State::Reference:
+        if (!takeInName(character, units)) {
+            m_state = State::Text;
+            takeInText(character);
+        }
         break;
     case State::TagOpened:
-        m_attributes = 0;
-        m_quote = 0;
-        if (character == '!')
-            m_state = State::DeclarationOpened;
-        else if (character == '?')
-            beginSection('?', 1); // ?>
-        else if (character == '/')
-            m_state = State::Text; // an end tag has no attributes
-        else
-            m_state = State::InTag;
+        takeTagOpened(character, units);
         break;
     case State::InTag:
-        takeInTag(character);
+        takeInTag(character, units);
+        break;
+    case State::InEndTag:
+        if (!takeInName(character, units) && (character == '>' || character == '<'))
+            m_state = character == '>' ? State::Text : State::TagOpened;
         break;
     case State::DeclarationOpened:
         if (character == '-')
@@ -196,26 +215,63 @@ bool XmlWatch::take(ushort character)
         else if (character == '[')
             beginSection(']', 2); // ]]>
         else
-            m_state = State::InDocumentType;
+            beginDocumentType();
         break;
     case State::CommentOpened:
         beginSection('-', 2); // -->
+        break;
+    case State::InTarget:
+        if (!takeInName(character, units)) {
+            beginSection('?', 1); // ?>
+            takeInSection(character);
+        }
         break;
     case State::InSection:
         takeInSection(character);
         break;
     case State::InDocumentType:
-        takeInDocumentType(character);
+        takeInDocumentType(character, units);
         break;
     }
     return !isRefused();
 }
 
-void XmlWatch::takeInTag(ushort character)
+void XmlWatch::takeInText(ushort character)
+{
+    m_nameSize = 0;
+    if (character == '<')
+        m_state = State::TagOpened;
+    else if (character == '&')
+        m_state = State::Reference;
+}
+
+void XmlWatch::takeTagOpened(ushort character, int units)
+{
+    m_attributes = 0;
+    m_quote = 0;
+    m_nameSize = 0;
+    if (character == '!') {
+        m_state = State::DeclarationOpened;
+    } else if (character == '?') {
+        m_state = State::InTarget;
+    } else if (character == '/') {
+        m_state = State::InEndTag;
+    } else {
+        m_state = State::InTag;
+        m_mayHaveDocumentType = false;
+        takeInName(character, units);
+    }
+}
+
+void XmlWatch::takeInTag(ushort character, int units)
 {
     if (character == '<') {
         m_state = State::TagOpened; // as above
-    } else if (!isInQuotes(character)) {
+        return;
+    }
+    const bool isInName = (m_quote == 0 || m_isReference) && takeInName(character, units);
+    m_isReference = character == '&' || (m_isReference && isInName);
+    if (!isInQuotes(character)) {
         if (character == '>')
             m_state = State::Text;
         else if (character == '=' && ++m_attributes > MostAttributes)
@@ -223,10 +279,32 @@ void XmlWatch::takeInTag(ushort character)
     }
 }
 
-void XmlWatch::takeInDocumentType(ushort character)
+/// Returns false for a character that ends the name.
+bool XmlWatch::takeInName(ushort character, int units)
+{
+    if (endsName(character)) {
+        m_nameSize = 0;
+        return false;
+    }
+    m_nameSize += units;
+    if (m_nameSize > LongestName)
+        refuse(Refused::Name);
+    return true;
+}
+
+void XmlWatch::beginDocumentType()
+{
+    if (!m_mayHaveDocumentType)
+        refuse(Refused::DocumentType);
+    m_mayHaveDocumentType = false;
+    m_state = State::InDocumentType;
+}
+
+void XmlWatch::takeInDocumentType(ushort character, int units)
 {
     if (isInQuotes(character))
         return;
+    takeInName(character, units);
     if (character == '>')
         m_state = State::Text;
     else if (character == '[')
@@ -267,8 +345,20 @@ QString XmlWatch::refusal() const
     switch (m_refused) {
     case Refused::XmlDeclaration:
         return FailureTexts::xmlDeclaration();
+    case Refused::UnknownEncoding:
+        return FailureTexts::unknownEncoding(m_encoding, Encodings::all());
+    case Refused::OtherEncoding:
+        return FailureTexts::otherEncoding(m_encoding);
+    case Refused::WrongBytes:
+        return FailureTexts::wrongBytes();
+    case Refused::Character:
+        return FailureTexts::wrongCharacter();
     case Refused::Attributes:
         return FailureTexts::tooManyAttributes(MostAttributes);
+    case Refused::Name:
+        return FailureTexts::nameTooLong(LongestName);
+    case Refused::DocumentType:
+        return FailureTexts::documentTypePlace();
     case Refused::InternalSubset:
         return FailureTexts::internalSubset();
     case Refused::Nothing:

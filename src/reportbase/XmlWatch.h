@@ -8,11 +8,12 @@
 namespace REPORTGENERATOR {
 
 /// Checks an XML document before the reader sees it, and ends it before content that would keep the reader busy for
-/// hours.
+/// hours, or that not every version of Qt refuses or reads alike.
 ///
 /// QXmlStreamReader compares each attribute of an element, and each that a document type declares, with each other one,
 /// so that a document that is one long list of attributes takes quadratic time. No element of a model has more than a
-/// dozen.
+/// dozen. Some versions read a part of a name that is too long, accept any number of document types in any place, or
+/// take U+0000 for the end.
 ///
 /// As long as a document is well-formed, the watch knows where the reader will see a tag. Content after an error does
 /// not matter, since the reader stops there. But the reader accepts malformed XML declarations, for example with
@@ -21,9 +22,23 @@ class XmlWatch
 {
 public:
     static constexpr int MostAttributes = 1024;
+    static constexpr int LongestName = 4095; ///< with its prefix, in UTF-16 units
 
-    /// How many of the next characters (or bytes, if ASCII characters are bytes and other characters contain none) may
-    /// be read: all of them, or those before the refused content.
+    enum class Refused : quint8 {
+        Nothing,
+        XmlDeclaration,
+        UnknownEncoding,
+        OtherEncoding, ///< than the first bytes are in
+        WrongBytes,
+        Character,
+        Attributes,
+        Name,
+        DocumentType,
+        InternalSubset
+    };
+
+    /// How many of the next characters (or bytes of UTF-8) may be read: all of them, or those before the refused
+    /// content.
     template <typename Character>
     Size readable(const Character *text, Size size);
 
@@ -32,24 +47,46 @@ public:
     Size readableHead(const Character *text, Size size);
     bool isHeadRead() const { return m_isHeadRead; }
 
-    /// The encoding that the XML declaration names; empty if it names none.
+    /// The encoding that the XML declaration names; null if it names none.
     QString declaredEncoding() const { return m_encoding; }
+
+    /// The head with UTF-8 as its encoding, in which the reader receives every document. If the encoding is refused,
+    /// the head lacks its end, so that the reader does not come to an own conclusion.
+    QString readableDeclaration(const QString &head) const;
+
+    /// Ends the document here, unless it has been ended before.
+    void refuse(Refused reason);
 
     /// Why the document was ended; null if it was not.
     QString refusal() const;
     bool isRefused() const { return m_refused != Refused::Nothing; }
 
 private:
-    enum class State : quint8 { Text, TagOpened, InTag, DeclarationOpened, CommentOpened, InSection, InDocumentType };
-    enum class Refused : quint8 { Nothing, XmlDeclaration, Attributes, InternalSubset };
+    enum class State : quint8 {
+        Text,
+        Reference,
+        TagOpened,
+        InTag,
+        InEndTag,
+        DeclarationOpened,
+        CommentOpened,
+        InTarget,
+        InSection,
+        InDocumentType
+    };
 
     bool takeInHead(ushort character);
     bool takeInDeclaration(ushort character);
-    bool readDeclaration(const QString &declaration);
 
-    bool take(ushort character);
-    void takeInTag(ushort character);
-    void takeInDocumentType(ushort character);
+    template <typename Character>
+    Size readableContent(const Character *text, Size size);
+    bool take(ushort character, int units);
+    void takeInText(ushort character);
+    void takeTagOpened(ushort character, int units);
+    void takeInTag(ushort character, int units);
+    bool takeInName(ushort character, int units);
+    void beginDocumentType();
+    void takeInDocumentType(ushort character, int units);
     void beginSection(char mark, int marks);
     void takeInSection(ushort character);
     bool isInQuotes(ushort character);
@@ -59,8 +96,11 @@ private:
     QString m_encoding;
     State m_state = State::Text;
     Refused m_refused = Refused::Nothing;
+    bool m_mayHaveDocumentType = true;
     ushort m_quote = 0; // that has been opened
     int m_attributes = 0; // of the tag that is being read
+    int m_nameSize = 0; // of the name that is being read
+    bool m_isReference = false; // whether it is that of a reference in an attribute
     // A comment, CDATA section or processing instruction ends with so many marks and a '>'.
     char m_mark = 0;
     int m_marksOfEnd = 0;

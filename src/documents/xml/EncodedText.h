@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QString>
 
-class QTextCodec;
+#include "text/Encoding.h"
 
 namespace TunerDocuments {
 
@@ -21,7 +21,7 @@ public:
     /// The name of the encoding: "UTF-16LE".
     QString encoding() const;
 
-    /// Whether encode(utf8()) is the document, byte for byte. Some encodings have several forms of a text.
+    /// Whether encode(utf8()) is the document, byte for byte. It is not if bytes encode no character.
     bool isExact() const;
 
     /// The document as UTF-8, including a byte order mark.
@@ -34,7 +34,7 @@ public:
     bool canEncode(uint character) const;
 
 private:
-    QTextCodec *m_codec = nullptr; // null for UTF-8
+    Encoding m_encoding;
     QByteArray m_document;
     QByteArray m_utf8;
 };
