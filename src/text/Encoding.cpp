@@ -236,10 +236,14 @@ std::optional<Encoding> ofFirstBytes(const char *bytes, Size size)
         Encoding encoding;
     } beginnings[] = {
         // Before UTF-16, whose mark is the beginning of one of these.
-        {"\x00\x00\xFE\xFF"sv, Encoding::Utf32BigEndian}, {"\xFF\xFE\x00\x00"sv, Encoding::Utf32LittleEndian},
-        {"\x00\x00\x00<"sv, Encoding::Utf32BigEndian},    {"<\x00\x00\x00"sv, Encoding::Utf32LittleEndian},
-        {"\xFE\xFF"sv, Encoding::Utf16BigEndian},         {"\xFF\xFE"sv, Encoding::Utf16LittleEndian},
-        {"\x00<"sv, Encoding::Utf16BigEndian},            {"<\x00"sv, Encoding::Utf16LittleEndian},
+        {"\x00\x00\xFE\xFF"sv, Encoding::Utf32BigEndian},
+        {"\xFF\xFE\x00\x00"sv, Encoding::Utf32LittleEndian},
+        {"\x00\x00\x00<"sv, Encoding::Utf32BigEndian},
+        {"<\x00\x00\x00"sv, Encoding::Utf32LittleEndian},
+        {"\xFE\xFF"sv, Encoding::Utf16BigEndian},
+        {"\xFF\xFE"sv, Encoding::Utf16LittleEndian},
+        {"\x00<"sv, Encoding::Utf16BigEndian},
+        {"<\x00"sv, Encoding::Utf16LittleEndian},
         {"\xEF\xBB\xBF"sv, Encoding::Utf8},
     };
     const std::string_view head(bytes, std::size_t(size));
@@ -310,7 +314,7 @@ Decoded decode(Encoding encoding, const char *bytes, Size size)
 
 Decoded checkUtf8(const char *bytes, Size size)
 {
-    return forEachCharacter(Encoding::Utf8, bytes, size, [](uint) { });
+    return forEachCharacter(Encoding::Utf8, bytes, size, [](uint) {});
 }
 
 bool canEncode(Encoding encoding, uint character)

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QRegularExpression>
 #include <QTest>
-#include <QTextCodec>
 #include <QXmlStreamReader>
 
 #include <tunerdocuments/DocumentError.h>
@@ -9,6 +8,7 @@
 #include <tunerdocuments/Format.h>
 #include <tunerdocuments/NewDocument.h>
 
+#include "Encoded.h"
 #include "Rows.h"
 #include "documents/RandomChanges.h"
 #include "documents/format/SameContent.h"
@@ -302,14 +302,10 @@ void FormatTest::encodingStays()
     QFETCH(QString, declared);
     const QString encoding =
         declared.isNull() ? QString() : QStringLiteral("<?xml version=\"1.0\" encoding=\"%1\"?>\n").arg(declared);
-    const auto encoded = [&](const QString &text) {
-        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        const QString all = mark + encoding + text;
-        return QTextCodec::codecForName(codec)->fromUnicode(all.constData(), all.size(), &state);
-    };
+    const auto document = [&](const QString &text) { return encoded(codec, mark + encoding + text); };
     const QByteArray before =
-        encoded(QStringLiteral("<TunerProperties name='\u00E4'><!-- \u00F6 --><Component/></TunerProperties>"));
-    const QByteArray after = encoded(
+        document(QStringLiteral("<TunerProperties name='\u00E4'><!-- \u00F6 --><Component/></TunerProperties>"));
+    const QByteArray after = document(
         QStringLiteral("<TunerProperties name=\"\u00E4\">\n  <!-- \u00F6 -->\n  <Component/>\n</TunerProperties>\n"));
     QCOMPARE(formattedOrError(before).toHex(' '), after.toHex(' '));
     QCOMPARE(formattedOrError(after).toHex(' '), after.toHex(' '));

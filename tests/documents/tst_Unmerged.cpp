@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <QTextCodec>
 #include <QtTest>
 
 #include <tunerdocuments/Merge.h>
+
+#include "Encoded.h"
 
 using namespace TunerDocuments;
 
@@ -181,7 +182,7 @@ void UnmergedTest::contentOfOursStays()
 void UnmergedTest::encodingDoesNotMatter()
 {
     const QByteArray theirs = with("<Node id=\"n\"", "<Node v=\"\xC3\xA4\" w=\"1\" id=\"n\"");
-    const QByteArray utf16 = QTextCodec::codecForName("UTF-16")->fromUnicode(QString::fromUtf8(theirs));
+    const QByteArray utf16 = encoded("UTF-16", QString::fromUtf8(theirs));
     const QString loss = QStringLiteral("t:5:17: Component[type=A,name=a]/Node[id=n]: unknown attribute 'w' of Node; "
                                         "it is ignored; expected id [unknown-attribute]");
     QCOMPARE(lossesOf(text, text, utf16).value(1), loss);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <QTest>
-#include <QTextCodec>
 
 #include <reportbase/XmlMarkup.h>
 
@@ -9,6 +8,7 @@
 #include <tunerdocuments/Path.h>
 #include <tunerdocuments/Value.h>
 
+#include "Encoded.h"
 #include "Rows.h"
 #include "documents/ChangedBytes.h"
 #include "documents/Edited.h"
@@ -320,17 +320,16 @@ void XmlEditingTest::encodingStays()
 {
     QFETCH(QByteArray, encoding);
     QFETCH(bool, hasMark);
-    const auto encoded = [&](const QString &value) {
+    const auto document = [&](const QString &value) {
         const bool hasByteOrder = encoding.endsWith("LE") || encoding.endsWith("BE");
         const QString declared = QString::fromLatin1(hasByteOrder ? encoding.chopped(2) : encoding);
         const QString text = (hasMark ? QString(QChar(QChar::ByteOrderMark)) : QString())
             + QStringLiteral("<?xml version='1.0' encoding='%1'?>\r\n<TunerProperties Version='1.1' name='%2'/>")
                   .arg(declared, value);
-        QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-        return QTextCodec::codecForName(encoding)->fromUnicode(text.constData(), text.size(), &state);
+        return encoded(encoding, text);
     };
-    QCOMPARE(edited(encoded(QStringLiteral("\u00DC")), {{QStringLiteral("name"), QStringLiteral("\u00E4")}}),
-             encoded(QStringLiteral("\u00E4")));
+    QCOMPARE(edited(document(QStringLiteral("\u00DC")), {{QStringLiteral("name"), QStringLiteral("\u00E4")}}),
+             document(QStringLiteral("\u00E4")));
 }
 
 void XmlEditingTest::characterThatTheEncodingLacksIsAReference()

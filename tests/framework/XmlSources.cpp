@@ -6,7 +6,6 @@
 
 #include <QDataStream>
 #include <QTemporaryFile>
-#include <QTextCodec>
 #include <QXmlStreamReader>
 
 #include <jobxml/TunerProperties.h>
@@ -206,14 +205,9 @@ private:
         QString operator()(QStringView text) const { return text.toString(); }
         QString operator()(const char *utf8, int size) const
         {
-            QTextCodec::ConverterState state(QTextCodec::IgnoreHeader); // a byte order mark is part of the text
-            const QString text = utf8Codec()->toUnicode(utf8, size, &state);
-            return state.invalidChars == 0 && state.remainingChars == 0 ? text : QStringLiteral("(invalid UTF-8)");
-        }
-        static QTextCodec *utf8Codec()
-        {
-            static QTextCodec *const codec = QTextCodec::codecForName("UTF-8");
-            return codec;
+            const QByteArray bytes(utf8, size);
+            const QString text = QString::fromUtf8('.' + bytes).mid(1); // a byte order mark is part of the text
+            return text.toUtf8() == bytes ? text : QStringLiteral("(invalid UTF-8)");
         }
     };
     static QString used(const XmlText &text) { return text.use(Used()); }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <QTemporaryDir>
-#include <QTextCodec>
 #include <QtTest>
 
 #include <jobxml/TunerProperties.h>
 #include <reportbase/Logger.h>
 
+#include "Encoded.h"
 #include "Encodings.h"
 
 using namespace JobXml;
@@ -136,9 +136,7 @@ void ReadProblemsXmlTest::problemsAreFoundInEveryEncoding()
     QFETCH(bool, hasMark);
     const QString xml = QStringLiteral("<TunerProperties Version=\"1.1\" hwProcessing=\"\" name=\"\u00E9\">"
                                        "\n <Extra/></TunerProperties>");
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    const QString whole = hasMark ? QChar(QChar::ByteOrderMark) + xml : xml;
-    const QByteArray bytes = QTextCodec::codecForName(codec)->fromUnicode(whole.constData(), whole.size(), &state);
+    const QByteArray bytes = encoded(codec, hasMark ? QChar(QChar::ByteOrderMark) + xml : xml);
     const bool isUtf8 = codec == "UTF-8";
     const QString unset = QStringLiteral("Please set a value or a default for the boolean 'hwProcessing' in "
                                          "'TunerProperties'.");
@@ -206,11 +204,6 @@ void ReadProblemsXmlTest::onlyTheEndOfReadingIsUnreadable()
 }
 
 namespace {
-
-QByteArray encoded(const char *codec, const QString &text)
-{
-    return QTextCodec::codecForName(codec)->fromUnicode(text);
-}
 
 /// Everything about a problem.
 QString wholeText(const Problem &problem)

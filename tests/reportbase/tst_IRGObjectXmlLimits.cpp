@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QtTest>
 
-#include <QTextCodec>
-
+#include "Encoded.h"
 #include "Note.h"
 
 namespace {
@@ -138,12 +137,12 @@ void IRGObjectXmlLimitsTest::manyElementsMayHaveAttributes()
 void IRGObjectXmlLimitsTest::attributesAreCountedInAnyEncoding()
 {
     for (const char *encoding : {"UTF-8", "UTF-16LE", "UTF-16BE", "ISO-8859-1"}) {
-        QTextCodec *const codec = QTextCodec::codecForName(encoding);
         for (const int count : {1024, 1025}) {
             QTemporaryFile file;
             QVERIFY(file.open());
-            file.write(codec->fromUnicode(QStringLiteral("<?xml version='1.0' encoding='") + QLatin1String(encoding)
-                                          + QStringLiteral("'?>") + noteWith(attributes(count))));
+            file.write(encoded(encoding,
+                               QStringLiteral("<?xml version='1.0' encoding='") + QLatin1String(encoding)
+                                   + QStringLiteral("'?>") + noteWith(attributes(count))));
             file.seek(0);
             Note note;
             QCOMPARE(note.LoadXml(&file), count == 1024);

@@ -12,6 +12,9 @@ const auto wrongDeclaration = QStringLiteral("the XML declaration has to consist
 const auto internalSubset =
     QStringLiteral("the document type has an internal subset, by which a small document may become a large one");
 
+const auto documentTypePlace = QStringLiteral("a document has one document type at most, before its root element");
+const auto nameTooLong = QStringLiteral("a name has more than 4095 characters");
+
 QByteArray equalSigns(int count)
 {
     return QByteArray(count, '=');
@@ -108,6 +111,14 @@ private Q_SLOTS:
     void charactersBeyondLatin1AreNotSigns();
     void aDocumentTypeMayBeNamed();
     void aDocumentTypeIsReadUpToItsDeclarations();
+    void aDocumentTypeIsFirst_data();
+    void aDocumentTypeIsFirst();
+    void namesHave4095CharactersAtMost_data();
+    void namesHave4095CharactersAtMost();
+    void otherRunsOfCharactersMayBeLonger_data();
+    void otherRunsOfCharactersMayBeLonger();
+    void charactersOfNamesAreCountedInUtf16();
+    void nothingIsReadFromU0000On();
 };
 
 void XmlWatchTest::nothingIsReadableWhole()
@@ -309,7 +320,6 @@ void XmlWatchTest::tagsAfterOtherMarkupAreCounted_data()
     QTest::newRow("CDATA of nothing") << QByteArray("<![CDATA[]]>");
     QTest::newRow("an instruction with a tag and a quote") << QByteArray("<?p <a ' ?>");
     QTest::newRow("an instruction that ends with more") << QByteArray("<?p ?\?>");
-    QTest::newRow("a document type") << QByteArray("<!DOCTYPE a PUBLIC \"x'>\" 'y\">'>");
 }
 
 void XmlWatchTest::tagsAfterOtherMarkupAreCounted()
@@ -365,7 +375,7 @@ void XmlWatchTest::charactersBeyondLatin1AreNotSigns()
 {
     // U+013D and U+3D00: one byte of each is that of '='
     for (const ushort code : {ushort(0x013D), ushort(0x3D00)}) {
-        const QString text = QStringLiteral("<a ") + QString(5000, QChar(code));
+        const QString text = QStringLiteral("<a ") + (QChar(code) + QStringLiteral(" ")).repeated(5000);
         XmlWatch watch;
         QCOMPARE(watch.readable(text.constData(), text.size()), text.size());
     }
@@ -376,12 +386,116 @@ void XmlWatchTest::aDocumentTypeMayBeNamed()
     COMPARE_READ("<!DOCTYPE a><a>[</a>");
     COMPARE_READ("<!DOCTYPE a SYSTEM 'b[c'><a>[</a>");
     COMPARE_READ("<!DOCTYPE a PUBLIC \"b[c\" 'd[<e'><a>[</a>");
+    COMPARE_READ("<?xml version='1.0'?><!-- <b> --><?p <b>?><!DOCTYPE a PUBLIC \"x'>\" 'y\">'><a" + equalSigns(1024));
 }
 
 void XmlWatchTest::aDocumentTypeIsReadUpToItsDeclarations()
 {
     COMPARE_REFUSED("<!DOCTYPE a []>", 12, internalSubset);
     COMPARE_REFUSED("<!DOCTYPE a SYSTEM 'b' [<!ENTITY c 'd'>]>", 23, internalSubset);
+}
+
+void XmlWatchTest::aDocumentTypeIsFirst_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::newRow("element") << QByteArray("<a/>");
+    QTest::newRow("long element") << "<a" + blanks(5000) + "/>";
+    QTest::newRow("start tag") << QByteArray("<a>");
+    QTest::newRow("document type") << QByteArray("<!DOCTYPE a>");
+    QTest::newRow("document type and comment") << QByteArray("<!DOCTYPE a SYSTEM '>'><!---->");
+}
+
+void XmlWatchTest::aDocumentTypeIsFirst()
+{
+    QFETCH(const QByteArray, before);
+    COMPARE_REFUSED(before + "<!DOCTYPE a><a/>", before.size() + 2, documentTypePlace);
+    COMPARE_REFUSED(before + " <!x", before.size() + 3, documentTypePlace);
+    COMPARE_READ(before + "<!-- <!DOCTYPE a> --><![CDATA[<!DOCTYPE a>]]><?p <!DOCTYPE a>?>");
+}
+
+void XmlWatchTest::namesHave4095CharactersAtMost_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<int>("partBefore"); // how much of the name precedes the place
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<int>("partAfter");
+    const auto row = [](const char *name, const QByteArray &before, const char *after, int partBefore = 0,
+                        int partAfter = 0) {
+        QTest::newRow(name) << before << partBefore << QByteArray(after) << partAfter;
+    };
+    row("start tag", "<", "/>");
+    row("prefix", "<", ":b/>", 0, 2);
+    row("name after a prefix", "<a:", "/>", 2);
+    row("end tag", "<a></", ">");
+    row("attribute", "<a b='' ", "=''/>");
+    row("attribute of a long tag", "<a b='" + blanks(5000) + "' ", "=''/>");
+    row("instruction", "<?", " b?>");
+    row("document type", "<!DOCTYPE ", " SYSTEM 'b'>");
+    row("reference", "<a>&", ";</a>");
+    row("reference after another one", "<a>&amp;&", ";</a>");
+    row("reference in an attribute", "<a b='&", ";'/>");
+    row("reference in an attribute after another one", "<a b='&lt;&", ";'/>");
+}
+
+void XmlWatchTest::namesHave4095CharactersAtMost()
+{
+    QFETCH(const QByteArray, before);
+    QFETCH(const int, partBefore);
+    QFETCH(const QByteArray, after);
+    QFETCH(const int, partAfter);
+    const QByteArray longest(4095 - partBefore - partAfter, 'n');
+    COMPARE_READ(before + longest + after);
+    COMPARE_REFUSED(before + longest + 'n' + after, before.size() - partBefore + 4095, nameTooLong);
+}
+
+void XmlWatchTest::otherRunsOfCharactersMayBeLonger_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::newRow("text") << QByteArray("<a>") << QByteArray("</a>");
+    QTest::newRow("value") << QByteArray("<a b='") << QByteArray("'/>");
+    QTest::newRow("value after a reference") << QByteArray("<a b='&lt;") << QByteArray("'/>");
+    QTest::newRow("text after a reference") << QByteArray("<a>&lt;") << QByteArray("</a>");
+    QTest::newRow("comment") << QByteArray("<!--") << QByteArray("-->");
+    QTest::newRow("CDATA") << QByteArray("<a><![CDATA[") << QByteArray("]]></a>");
+    QTest::newRow("content of an instruction") << QByteArray("<?p ") << QByteArray("?>");
+    QTest::newRow("identifier of a document type") << QByteArray("<!DOCTYPE a SYSTEM '") << QByteArray("'>");
+}
+
+void XmlWatchTest::otherRunsOfCharactersMayBeLonger()
+{
+    QFETCH(const QByteArray, before);
+    QFETCH(const QByteArray, after);
+    COMPARE_READ(before + QByteArray(9000, 'n') + after);
+}
+
+void XmlWatchTest::charactersOfNamesAreCountedInUtf16()
+{
+    const auto isRefused = [](const QString &character, int count) {
+        const QString text = QStringLiteral("<") + character.repeated(count) + QStringLiteral("/>");
+        const QByteArray bytes = text.toUtf8();
+        XmlWatch ofText;
+        ofText.readable(text.constData(), text.size());
+        XmlWatch ofBytes;
+        ofBytes.readable(bytes.constData(), bytes.size());
+        return QStringLiteral("%1 %2").arg(ofText.isRefused()).arg(ofBytes.isRefused());
+    };
+    for (const QString &character : {QStringLiteral("\u00E4"), QStringLiteral("\u20AC")}) {
+        QCOMPARE(isRefused(character, 4095), QStringLiteral("0 0"));
+        QCOMPARE(isRefused(character, 4096), QStringLiteral("1 1"));
+    }
+    QCOMPARE(isRefused(QStringLiteral("\U0001F600"), 2047), QStringLiteral("0 0"));
+    QCOMPARE(isRefused(QStringLiteral("\U0001F600"), 2048), QStringLiteral("1 1"));
+}
+
+void XmlWatchTest::nothingIsReadFromU0000On()
+{
+    const auto invalid = QStringLiteral("Invalid XML character.");
+    COMPARE_REFUSED(QByteArray("<a>\0</a>", 8), 3, invalid);
+    COMPARE_REFUSED(QByteArray("<a b='\0'/>", 10), 6, invalid);
+    COMPARE_REFUSED(QByteArray("<a/>\0", 5), 4, invalid);
+    COMPARE_REFUSED(QByteArray("<!--\0-->", 8), 4, invalid);
+    COMPARE_REFUSED(QByteArray("\0", 1), 0, invalid);
 }
 
 TEST_SUITE(XmlWatchTest)

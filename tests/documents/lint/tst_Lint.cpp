@@ -3,12 +3,12 @@
 #include <limits>
 
 #include <QFile>
-#include <QTextCodec>
 
 #include <tunerdocuments/DocumentError.h>
 #include <tunerdocuments/Lint.h>
 #include <tunerdocuments/Path.h>
 
+#include "Encoded.h"
 #include "Suites.h"
 #include "documents/RandomChanges.h"
 #include "documents/lint/Cases.h"
@@ -341,7 +341,7 @@ void LintTest::locationsMatchThoseOfAnEditor_data()
         QStringLiteral("<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"\u00E4\U0001F600\" x=\"\"/>");
     add("UTF-8", text.toUtf8(), 1, 62);
     add("byte order mark", "\xEF\xBB\xBF" + text.toUtf8(), 1, 62);
-    add("UTF-16", QTextCodec::codecForName("UTF-16")->fromUnicode(text), 1, 62);
+    add("UTF-16", encoded("UTF-16", text), 1, 62);
     const QString declaration = QStringLiteral("<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n");
     const QString latin = QString(text).remove(QStringLiteral("\U0001F600"));
     add("Latin 1", (declaration + latin).toLatin1(), 2, 60);
