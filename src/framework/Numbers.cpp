@@ -8,6 +8,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include "text/Ascii.h"
+#include "text/Utf16.h"
+#include "text/WholeNumber.h"
+
 namespace JobXml {
 
 namespace {
@@ -61,12 +65,6 @@ static_assert(std::numeric_limits<double>::is_iec559 && sizeof(double) == sizeof
 // Whether an operation on doubles rounds once, to a double, and not first to a wider type.
 constexpr bool roundsOnce = FLT_EVAL_METHOD == 0 || FLT_EVAL_METHOD == 1;
 
-template <class Char>
-unsigned digitOf(Char character)
-{
-    return unsigned(character) - '0'; // above 9 for all other characters
-}
-
 // Skips the sign, if there is one.
 template <class Char>
 Q_ALWAYS_INLINE bool takeSign(const Char *&text, qsizetype &size)
@@ -79,26 +77,26 @@ Q_ALWAYS_INLINE bool takeSign(const Char *&text, qsizetype &size)
 }
 
 // The number, if the text consists of digits and an optional '-', and is short enough that every such number fits the
-// type.
-template <class Integer, class Char>
-Q_ALWAYS_INLINE std::optional<Integer> plainInteger(const Char *text, qsizetype size)
+// type. All other texts are passed on.
+template <class Integer, class Char, class ReadOther>
+Q_ALWAYS_INLINE Integer plainInteger(const Char *text, qsizetype size, ReadOther readOther)
 {
     const bool negative = takeSign(text, size);
     if (size <= 0 || size > std::numeric_limits<Integer>::digits10)
-        return std::nullopt;
+        return readOther();
     const Char *const end = text + size;
     Integer number = 0;
     for (; text != end; ++text) {
-        const unsigned digit = digitOf(*text);
+        const unsigned digit = WholeNumber::digitOf(*text);
         if (digit > 9)
-            return std::nullopt;
+            return readOther();
         number = number * 10 + Integer(digit);
     }
     return negative ? -number : number;
 }
 
-// The same for a number with or without decimals. A double represents up to 15 digits exactly, and the power of ten
-// too: their quotient is rounded once, so it is the nearest double.
+// The number, if the text consists of digits and an optional '-' and point, and is short enough. A double represents up
+// to 15 digits exactly, and the power of ten too: their quotient is rounded once, so it is the nearest double.
 template <class Char>
 Q_ALWAYS_INLINE std::optional<double> plainDouble(const Char *text, qsizetype size)
 {
@@ -117,7 +115,7 @@ Q_ALWAYS_INLINE std::optional<double> plainDouble(const Char *text, qsizetype si
     const auto readDigits = [&] {
         const Char *const begin = text;
         for (; text != end; ++text) {
-            const unsigned digit = digitOf(*text);
+            const unsigned digit = WholeNumber::digitOf(*text);
             if (digit > 9)
                 break;
             digits = digits * 10 + qint64(digit);
@@ -150,17 +148,31 @@ QString textOf(const char *utf8, int size)
     return marked ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
-// Reads what the fast path does not. Never inlined, so that the fast path needs no stack frame.
-template <auto read, class... Base>
-Q_NEVER_INLINE auto readByQt(QStringView text, Base... base)
+// The functions that read what the fast paths do not. Never inlined, so that the fast paths need no stack frame.
+template <class Integer>
+Q_NEVER_INLINE Integer readInteger(QStringView text)
 {
-    return (text.toString().*read)(nullptr, base...);
+    return WholeNumber::read<Integer>(text).value_or(0);
 }
 
-template <auto read, class... Base>
-Q_NEVER_INLINE auto readByQt(const char *utf8, int size, Base... base)
+template <class Integer>
+Q_NEVER_INLINE Integer readInteger(const char *utf8, int size)
 {
-    return (textOf(utf8, size).*read)(nullptr, base...);
+    if (REPORTGENERATOR::isAscii(utf8, size))
+        return WholeNumber::read<Integer>(utf8, size).value_or(0);
+    return readInteger<Integer>(QStringView(textOf(utf8, size)));
+}
+
+template <auto read>
+Q_NEVER_INLINE auto readByQt(QStringView text)
+{
+    return (text.toString().*read)(nullptr);
+}
+
+template <auto read>
+Q_NEVER_INLINE auto readByQt(const char *utf8, int size)
+{
+    return (textOf(utf8, size).*read)(nullptr);
 }
 
 } // namespace
@@ -232,39 +244,35 @@ Text decimal(quint64 value)
 
 int toInt(QStringView text)
 {
-    const auto number = plainInteger<int>(text.utf16(), text.size());
-    return number ? *number : readByQt<&QString::toInt>(text, 10);
+    return plainInteger<int>(Utf16::units(text), text.size(), [=] { return readInteger<int>(text); });
 }
 
 qint64 toLongLong(QStringView text)
 {
-    const auto number = plainInteger<qint64>(text.utf16(), text.size());
-    return number ? *number : readByQt<&QString::toLongLong>(text, 10);
+    return plainInteger<qint64>(Utf16::units(text), text.size(), [=] { return readInteger<qint64>(text); });
 }
 
 // Reads a double first, like Qt. The numbers of the fast path are within the range of a float.
 float toFloat(QStringView text)
 {
-    const auto number = plainDouble(text.utf16(), text.size());
+    const auto number = plainDouble(Utf16::units(text), text.size());
     return number ? float(*number) : readByQt<&QString::toFloat>(text);
 }
 
 double toDouble(QStringView text)
 {
-    const auto number = plainDouble(text.utf16(), text.size());
+    const auto number = plainDouble(Utf16::units(text), text.size());
     return number ? *number : readByQt<&QString::toDouble>(text);
 }
 
 int toInt(const char *utf8, int size)
 {
-    const auto number = plainInteger<int>(utf8, size);
-    return number ? *number : readByQt<&QString::toInt>(utf8, size, 10);
+    return plainInteger<int>(utf8, size, [=] { return readInteger<int>(utf8, size); });
 }
 
 qint64 toLongLong(const char *utf8, int size)
 {
-    const auto number = plainInteger<qint64>(utf8, size);
-    return number ? *number : readByQt<&QString::toLongLong>(utf8, size, 10);
+    return plainInteger<qint64>(utf8, size, [=] { return readInteger<qint64>(utf8, size); });
 }
 
 float toFloat(const char *utf8, int size)

@@ -8,8 +8,8 @@
 
 namespace JobXml {
 
-/// Converts numbers to texts and back, exactly as Qt does, without an intermediate QString. Common numbers take a fast
-/// path; all others are converted by Qt itself.
+/// Converts numbers to texts and back, exactly as Qt 5 does, without an intermediate QString. Common numbers take a
+/// fast path; all other floating-point numbers are converted by Qt itself.
 namespace Numbers {
 
 /// The ASCII text of a number, stored in the object itself. Allocates no memory and cannot be copied.

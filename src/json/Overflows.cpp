@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstring>
 
+#include <QString>
+
 namespace Overflows {
 
 namespace {
@@ -48,8 +50,9 @@ char *replaceNumber(char *begin, const char *end)
     double value = 0;
     const auto read = std::from_chars(static_cast<const char *>(begin), end, value);
     const auto size = std::max(read.ptr - begin, std::ptrdiff_t(1));
+    // QByteArray::toDouble() is 0 instead of infinite in Qt 6.
     const bool isOutOfRange = read.ec == std::errc::result_out_of_range; // also of a number that is almost 0
-    if (isOutOfRange && std::isinf(QByteArray(begin, int(size)).toDouble()))
+    if (isOutOfRange && std::isinf(QString::fromLatin1(begin, int(size)).toDouble()))
         makeSmaller(begin, begin + size);
     return begin + size;
 }

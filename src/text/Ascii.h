@@ -6,6 +6,8 @@
 
 #include <QStringView>
 
+#include "text/Utf16.h"
+
 namespace REPORTGENERATOR {
 
 /// Whether the text contains only ASCII characters, which are one byte each, in UTF-8, or two, in UTF-16.
@@ -37,7 +39,7 @@ bool isAscii(const Character *text, qsizetype count)
 
 inline bool isAscii(QStringView text)
 {
-    return isAscii(text.utf16(), text.size());
+    return isAscii(Utf16::units(text), text.size());
 }
 
 /// Whether the text contains only characters from blank to tilde, as nearly all texts of documents do.
@@ -51,7 +53,7 @@ inline bool isPrintableAscii(QStringView text)
         return beyond == 0 && notControls == each * 0x8000;
     };
     const qsizetype count = text.size();
-    const auto *const begin = text.utf16();
+    const auto *const begin = Utf16::units(text);
     if (count < atOnce) {
         for (qsizetype i = 0; i < count; ++i) {
             if (begin[i] < ' ' || begin[i] >= 0x7F)

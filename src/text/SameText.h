@@ -13,7 +13,7 @@ inline bool isSameText(QStringView left, QStringView right) noexcept
 {
     return left.size() == right.size()
         && (left.isEmpty() // its pointer may be null
-            || std::memcmp(left.utf16(), right.utf16(), std::size_t(left.size()) * sizeof(ushort)) == 0);
+            || std::memcmp(left.data(), right.data(), std::size_t(left.size()) * sizeof(QChar)) == 0);
 }
 
 } // namespace REPORTGENERATOR

@@ -124,7 +124,7 @@ QString shown(const T &value)
     if constexpr (std::is_same_v<T, QString>)
         return value.isNull() ? QStringLiteral("null")
                               : QStringLiteral("text ")
-                + shown(QByteArray(reinterpret_cast<const char *>(value.utf16()), 2 * value.size()));
+                + shown(QByteArray(reinterpret_cast<const char *>(value.constData()), 2 * value.size()));
     else
         return shown(QByteArray(reinterpret_cast<const char *>(&value), sizeof(value)));
 }

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""check_layers.py TOP: no file includes what is above its folder, and the manual's picture of the tool is the same."""
+"""check_layers.py TOP: no file includes what is above its folder or calls what it should not, and the manual's picture
+of the tool is the same."""
 
 import os
 import re
 import sys
 
-from layers import HEAVY, LAYERS, NAMES_NO_CLASS, TOOL
+from layers import AVOIDED, HEAVY, LAYERS, NAMES_NO_CLASS, TOOL
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 SUFFIXES = (".h", ".cpp")
@@ -76,6 +77,17 @@ def named_classes(top, folder):
                     yield f"{file}:{number}: names the class {match[0]}: {folder} knows no class of the model"
 
 
+def avoided_calls(top, avoided):
+    """Where files of the libraries and the tool call a function that another one replaces."""
+    for folder in sorted(folders(top)):
+        for file in files_of(top, folder):
+            with open(os.path.join(top, file), encoding="utf-8") as source:
+                for number, line in enumerate(source, 1):
+                    for call, (users, instead) in avoided.items():
+                        if file not in users and (match := re.search(call, line)):
+                            yield f"{file}:{number}: calls {match[0]}: use {instead}"
+
+
 def wrong_table(layers):
     """What keeps the table from being an order."""
     lower = set()
@@ -108,6 +120,7 @@ def main(top):
     wrong += wrong_table(LAYERS)
     wrong += wrong_includes(top, LAYERS)
     wrong += named_classes(top, NAMES_NO_CLASS)
+    wrong += avoided_calls(top, AVOIDED)
     wrong += wrong_manual(top, LAYERS)
     print("\n".join(wrong) or f"The includes of {len(known)} folders follow the layers.")
     return 1 if wrong else 0

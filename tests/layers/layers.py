@@ -74,3 +74,9 @@ NAMES_NO_CLASS = "src/framework"
 
 # Headers of other projects that take seconds to compile, and the only files that include them.
 HEAVY = {"nlohmann/": ["src/json/JsonText.cpp"]}
+
+# Functions of Qt that differ between its versions, the only files that call them, and what the others call.
+AVOIDED = {
+    r"(?:\.|->)utf16\(": (["src/text/Utf16.h"], "Utf16::units(); in Qt 6, QString::utf16() may change the text"),
+    r"\.to(?:U?Int|U?Short|U?Long|U?LongLong)\(&": ([], "WholeNumber::read(); Qt 6 accepts fewer texts"),
+}

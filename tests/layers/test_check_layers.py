@@ -2,11 +2,12 @@
 """What check_layers.py says about small trees that follow the layers, and about those that do not."""
 
 import os
+import re
 import tempfile
 import unittest
 
 import check_layers
-from layers import TOOL, Layer
+from layers import AVOIDED, TOOL, Layer
 
 LAYERS = [
     Layer("include/base"),
@@ -109,6 +110,47 @@ class Includes(unittest.TestCase):
         layers = [Layer("src/base", ["src/model"]), Layer("src/model", ["src/base"])]
         self.assertEqual(list(check_layers.wrong_table(layers)),
                          ["the table of layers lets src/base include src/model, which is not below it"])
+
+
+class AvoidedCalls(unittest.TestCase):
+    AVOIDED = {r"\.old\(": (["src/base/New.h"], "fresh()")}
+
+    def checked(self, files):
+        with tempfile.TemporaryDirectory() as top:
+            for name, line in files.items():
+                path = os.path.join(top, name)
+                os.makedirs(os.path.dirname(path), exist_ok=True)
+                with open(path, "w", encoding="utf-8") as file:
+                    file.write(f"\n{line}\n")
+            return list(check_layers.avoided_calls(top, self.AVOIDED))
+
+    def test_call_is_named_with_its_line_and_what_to_call(self):
+        self.assertEqual(self.checked({"src/base/Text.h": "x = y.old();", f"{TOOL}/main.cpp": "a.old(b)"}),
+                         ["src/base/Text.h:2: calls .old(: use fresh()",
+                          f"{TOOL}/main.cpp:2: calls .old(: use fresh()"])
+
+    def test_file_that_replaces_the_function_may_call_it(self):
+        self.assertEqual(self.checked({"src/base/New.h": "return y.old();"}), [])
+
+    def test_other_functions_pass(self):
+        self.assertEqual(self.checked({"src/base/Text.h": "y.older(); old();"}), [])
+
+
+class AvoidedInQt(unittest.TestCase):
+    """The table names what it should."""
+
+    def assert_avoided(self, line, count):
+        self.assertEqual(sum(1 for call in AVOIDED if re.search(call, line)), count, line)
+
+    def test_calls_that_differ_between_versions_match(self):
+        for line in ("text.utf16()", "text->utf16()", "text.toInt(&isNumber)", "text.toUShort(&isNumber, 16)",
+                     "text.toLongLong(&isRead)"):
+            self.assert_avoided(line, 1)
+
+    def test_conversions_of_other_values_pass(self):
+        for line in ("value.toInt()", "value.toLongLong()", "Utf16::units(text)", "QString::fromUtf16(units)",
+                     "text.toDouble(&isNumber)"):
+            self.assert_avoided(line, 0)
 
 
 class Manual(unittest.TestCase):

@@ -189,6 +189,9 @@ void ToolGetSetTest::invalidPathIsReportedWithTheReason_data()
     row("Component[name=Pre,Filter]", "expected '=' at character 26 of the path");
     row("Component[name=\"Pre]", "expected '\"' at character 21 of the path");
     row("Component[name=\"\\x\"]", "expected \\\" \\\\ \\n \\r \\t or \\u0000 at character 19 of the path");
+    for (const char *digits : {"", "41", " 041", "+041", "-041", "0x41", "041 ", "004\u0661"})
+        row(QStringLiteral("Component[name=\"\\u%1\"]").arg(QString::fromUtf8(digits)),
+            "expected \\\" \\\\ \\n \\r \\t or \\u0000 at character 19 of the path");
     row("Component[1]x", "expected '/' or '[' at character 13 of the path");
     row("quantiy", "quantiy: unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?");
     row("Component[1]/Nodes",

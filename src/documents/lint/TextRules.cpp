@@ -5,6 +5,7 @@
 
 #include "documents/values/Decimal.h"
 #include "text/Suggestion.h"
+#include "text/WholeNumber.h"
 
 using JobXml::MemberKind;
 
@@ -23,34 +24,40 @@ struct Read
 {
     Read(const QString &text, MemberKind kind)
     {
-        bool isRead = false;
         switch (kind) {
         case MemberKind::Int:
-            as = QString::number(text.toInt(&isRead));
+            as = QString::number(whole<int>(text));
             break;
         case MemberKind::UInt64: {
-            const qint64 number = text.toLongLong(&isRead);
-            isRead = isRead && number >= 0;
+            const auto number = whole<qint64>(text);
+            isExact = isExact && number >= 0;
             as = QString::number(quint64(number));
             break;
         }
         case MemberKind::Float: {
-            const float number = text.toFloat(&isRead);
+            const float number = text.toFloat(&isExact);
             as = ValueText::exactly(number);
             rounded = QString::number(double(number), 'f', decimals);
             break;
         }
         case MemberKind::Double: {
-            const double number = text.toDouble(&isRead);
+            const double number = text.toDouble(&isExact);
             as = ValueText::exactly(number);
             rounded = QString::number(number, 'f', decimals);
             break;
         }
         default:
-            as = QString::number(text.toLongLong(&isRead));
+            as = QString::number(whole<qint64>(text));
             break;
         }
-        isExact = isRead;
+    }
+
+    template <class Integer>
+    Integer whole(const QString &text)
+    {
+        const auto number = WholeNumber::read<Integer>(text);
+        isExact = number.has_value();
+        return number.value_or(0);
     }
 
     static constexpr int decimals = 2; // of XML and records

@@ -2,6 +2,7 @@
 #include "documents/lint/XmlTexts.h"
 
 #include <algorithm>
+#include <charconv>
 #include <string_view>
 
 using namespace std::string_view_literals;
@@ -26,8 +27,10 @@ bool appendReferred(QString &text, std::string_view reference)
 {
     if (reference.size() > 1 && reference[0] == '#') {
         const bool isHexadecimal = reference[1] == 'x';
-        bool isNumber = false;
-        const uint code = decoded(reference.substr(isHexadecimal ? 2 : 1)).toUInt(&isNumber, isHexadecimal ? 16 : 10);
+        const std::string_view digits = reference.substr(isHexadecimal ? 2 : 1);
+        uint code = 0;
+        const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), code, isHexadecimal ? 16 : 10);
+        const bool isNumber = read.ec == std::errc() && read.ptr == digits.data() + digits.size();
         if (!isNumber || code > QChar::LastValidCodePoint)
             return false;
         if (QChar::requiresSurrogates(code)) {

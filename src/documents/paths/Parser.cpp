@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "documents/paths/Parser.h"
 
+#include <charconv>
+
+#include "text/WholeNumber.h"
+
 namespace TunerDocuments::Paths {
 
 namespace {
@@ -66,9 +70,8 @@ private:
     {
         if (step.position > 0 || step.isAll)
             fail(QStringLiteral("unexpected second position"));
-        bool isNumber = false;
-        step.position = digits.toInt(&isNumber);
-        if (!isNumber || step.position < 1) {
+        step.position = WholeNumber::read<int>(digits).value_or(0);
+        if (step.position < 1) {
             m_at = start;
             fail(QStringLiteral("expected a position (counted from 1) or MEMBER=TEXT"));
         }
@@ -109,11 +112,10 @@ private:
         case 't':
             return QLatin1Char('\t');
         case 'u': {
-            constexpr int digits = 4;
-            bool isNumber = false;
-            const ushort code = m_path.mid(m_at, digits).toUShort(&isNumber, 16);
-            if (isNumber && m_at + digits <= m_path.size()) {
-                m_at += digits;
+            const QByteArray digits = m_path.mid(m_at, 4).toLatin1();
+            ushort code = 0;
+            if (digits.size() == 4 && std::from_chars(digits.begin(), digits.end(), code, 16).ptr == digits.end()) {
+                m_at += 4;
                 return QChar(code);
             }
             break;

@@ -4,6 +4,7 @@
 #include "commands/Commands.h"
 #include "commands/EditedFile.h"
 #include "commands/Options.h"
+#include "text/WholeNumber.h"
 
 using namespace TunerDocuments;
 
@@ -11,13 +12,12 @@ namespace {
 
 ExitStatus run(const Invocation &invocation)
 {
-    bool isNumber = false;
-    const int position = invocation.text(2).toInt(&isNumber);
-    if (!isNumber)
+    const auto position = WholeNumber::read<int>(invocation.text(2));
+    if (!position)
         throw WrongUsage(QStringLiteral("the position '%1' is not a number").arg(invocation.text(2)));
     EditedFile file(invocation.file(0), invocation);
     try {
-        file.editor().move(invocation.text(1), position);
+        file.editor().move(invocation.text(1), *position);
     } catch (const PathFailure &failure) {
         return file.fail(failure.text());
     }

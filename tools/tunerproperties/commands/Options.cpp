@@ -9,6 +9,7 @@
 #include <tunerdocuments/Lint.h>
 
 #include "text/Suggestion.h"
+#include "text/WholeNumber.h"
 
 using namespace TunerDocuments;
 
@@ -188,9 +189,8 @@ int numberOf(const Invocation &invocation, const Option &option, int most, int u
     if (!invocation.isSet(option))
         return usual;
     const QString text = invocation.value(option);
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    if (!isNumber || number < 1 || number > most)
+    const int number = WholeNumber::read<int>(text).value_or(0);
+    if (number < 1 || number > most)
         throw WrongUsage(
             QStringLiteral("%1 must be a number from 1 to %2, not '%3'").arg(option.typed()).arg(most).arg(text));
     return number;
