@@ -149,7 +149,7 @@ void BaseSnippets::representationsAreReadWithinLimits()
     const QByteArray received = QByteArray::fromHex("52475a31 00000000");
     //! [ReadLimits]
     REPORTGENERATOR::ReadLimits limits = REPORTGENERATOR::ReadLimits::forUntrustedData();
-    limits.acceptCompressed = false;
+    limits.setAcceptCompressed(false);
     JobXml::TunerProperties tuner;
     QString why;
     if (!tuner.SetBinaryRepresentation(received, limits))

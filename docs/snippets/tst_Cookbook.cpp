@@ -142,7 +142,7 @@ QStringList readUntrusted(const QString &path, JobXml::TunerProperties &result)
 {
     constexpr int mostKept = 20; // a document may have a problem for every few bytes
     JobXml::ReadOptions options;
-    options.maxBytes = 10 * 1024 * 1024; // no description of a tuner is larger
+    options.setMaxBytes(10 * 1024 * 1024); // no description of a tuner is larger
 
     QStringList problems;
     const auto keep = [&problems](const JobXml::Problem &problem) {

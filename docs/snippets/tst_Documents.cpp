@@ -59,7 +59,7 @@ QStringList warningsAbout(const QByteArray &xml, const QString &name)
 {
     QStringList lines;
     LintOptions options;
-    options.disabled = QStringList{QStringLiteral("lost-decimals")};
+    options.setDisabled({QStringLiteral("lost-decimals")});
     const Document document = Document::fromBytes(xml, name);
     lint(
         document, xml, [&](const Finding &finding) { lines.append(finding.text(name)); }, options);

@@ -53,8 +53,8 @@ QStringList problemsIn(const QString &path)
 bool readReceived(const QByteArray &bytes, JobXml::TunerProperties &result, QString &why)
 {
     JobXml::ReadOptions options;
-    options.maxBytes = 1024 * 1024; // both as received and expanded
-    options.allowCompressed = false;
+    options.setMaxBytes(1024 * 1024); // both as received and expanded
+    options.setAllowCompressed(false);
 
     why = QString();
     const auto keepFirst = [&why](const JobXml::Problem &problem) {

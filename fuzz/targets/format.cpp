@@ -18,7 +18,7 @@ const QString name = QStringLiteral("d");
 /// The values of the document; empty if JSON cannot hold them.
 QByteArray valuesOf(const QByteArray &bytes, Form form)
 {
-    const Document document = Document::fromBytes(bytes, name, {form});
+    const Document document = Document::fromBytes(bytes, name, LoadOptions().setForm(form));
     try {
         return document.toBytes(Form::Json, name);
     } catch (const DocumentError &) {
@@ -45,13 +45,13 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8 *data, std::size_t size)
     const Form form = bytes.trimmed().startsWith('{') ? Form::Json : Form::Xml;
     QByteArray result;
     try {
-        result = formatted(bytes, name, {form});
+        result = formatted(bytes, name, LoadOptions().setForm(form));
     } catch (const DocumentError &) {
         return 0; // not a document, or one without a layout
     }
     constexpr qint64 always = 4 << 20;
     require(result.size() <= always + 64 * qint64(size), "a result is not many times as large");
-    require(formatted(result, name, {form}) == result, "a result is laid out already");
+    require(formatted(result, name, LoadOptions().setForm(form)) == result, "a result is laid out already");
     require(valuesOf(result, form) == valuesOf(bytes, form), "values stay");
     if (form == Form::Xml)
         require(commentsOf(result) == commentsOf(bytes), "comments stay");

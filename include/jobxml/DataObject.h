@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -27,14 +28,15 @@ namespace JobXml {
 struct Block;
 struct ClassInfo;
 
-/// One step of a path: from an object to one of its children.
+/// One step of a path: from an object to one of its children. No later version adds members.
 struct Step
 {
     QString member; ///< the member that contains the child; valid after the library was unloaded, too
     int index; ///< the child's index in the list, from 0; -1 if the member is not a list
 };
 
-/// The path from one object to another one below it. Both lists have an entry for each step.
+/// The path from one object to another one below it. Both lists have an entry for each step. No later version adds
+/// members.
 struct ObjectPath
 {
     QStringList path; ///< for people: the objects from the root's child down, for instance `Component "Preselector"`
@@ -48,10 +50,19 @@ struct ObjectPath
     ObjectPath below(std::nullptr_t, const Step &step) const = delete;
 };
 
-/// One reason why a reader or a writer would refuse a document, and the path to the object concerned.
+/// One reason why a reader or a writer would refuse a document, and the path to the object concerned. What later
+/// versions know about a problem, functions of this class will return.
 struct Problem : ObjectPath
 {
-    QString message; ///< why: the whole text of the exception that the model would throw, or the library's own
+    /// A problem without a path and a message.
+    Problem() = default;
+    /// A problem of the object at that path, or of a member of it.
+    Problem(const ObjectPath &where, const QString &why, const QString &ofMember = {}, bool inXmlOnly = false)
+        : ObjectPath(where), message(why), member(ofMember), xmlOnly(inXmlOnly)
+    {
+    }
+
+    QString message{}; ///< why: the whole text of the exception that the model would throw, or the library's own
     QString member{}; ///< the member of that object; null if it is not a single one
     /// True if only XML cannot represent the object: a text contains a character that XML cannot carry. XML is then
     /// refused whatever the validate flag is.
@@ -74,18 +85,42 @@ struct Problem : ObjectPath
     /// What a validating reader refuses, as the document has it: the text of the member, or the name of the element
     /// that the object does not have. Null for an incomplete item, and for problems that GetProblems() finds.
     QString value{};
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
-/// What to accept when all problems of a document are collected while it is read.
-struct ReadOptions
+/// What to accept when all problems of a document are collected while it is read:
+///
+///     object.LoadXml(path, problems, ReadOptions().setMaxBytes(1 << 20));
+///
+/// Copies share their content. Later versions may add options, with defaults that change nothing.
+class JOBXML_EXPORT ReadOptions
 {
+public:
+    ReadOptions() noexcept; ///< The defaults.
+
     /// The size of the file, of the text as UTF-8 or of the representation, and what a compressed representation may
     /// expand to. The default has no effect: the limits are those of the operations that throw.
-    qint64 maxBytes = std::numeric_limits<qint64>::max();
-    /// Whether the compressed form of a representation is accepted.
-    bool allowCompressed = true;
-    /// Whether to find the problems of the content. If not, only those are found that make the document unreadable.
-    bool validate = true;
+    qint64 maxBytes() const noexcept;
+    ReadOptions &setMaxBytes(qint64 bytes); ///< Sets that size.
+
+    /// Whether the compressed form of a representation is accepted; true unless set.
+    bool allowCompressed() const noexcept;
+    ReadOptions &setAllowCompressed(bool allow); ///< Sets whether it is.
+
+    /// Whether to find the problems of the content; true unless set. If not, only those are found that make the
+    /// document unreadable.
+    bool validate() const noexcept;
+    ReadOptions &setValidate(bool validate); ///< Sets whether they are found.
+
+private:
+    struct Values;
+    Q_DECL_HIDDEN const Values &values() const noexcept;
+    Q_DECL_HIDDEN Values &change();
+
+    std::shared_ptr<Values> m_values; // null: the defaults
 };
 
 /// Receives problems as they are found.
@@ -274,8 +309,8 @@ public:
     ///
     /// The forms with a visitor, any function or object that can be called with a `const Problem &`, call it with each
     /// problem instead, as VisitProblems() does: an untrusted document may have a problem for every few bytes. Limit
-    /// its size with ReadOptions::maxBytes. The visitor must not use the object, not even to read or copy it: it is
-    /// called in the middle of reading.
+    /// its size with ReadOptions::setMaxBytes(). The visitor must not use the object, not even to read or copy it: it
+    /// is called in the middle of reading.
     ///
     /// For an object of a derived class, a ReportException of an operation that the class overrides is one more
     /// problem; after that of ProcessXml(), SetBinary() or readOwnRecord() nothing more is read. Overridden LoadXml(),
@@ -411,3 +446,9 @@ JOBXML_EXPORT QDebug operator<<(QDebug debug, const DataObject &object);
 JOBXML_EXPORT QDebug operator<<(QDebug debug, const Problem &problem);
 
 } // namespace JobXml
+
+Q_DECLARE_TYPEINFO(JobXml::Step, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(JobXml::ObjectPath, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(JobXml::Problem, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(JobXml::ReadOptions, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(JobXml::Problem)

@@ -37,8 +37,9 @@ struct ObjectClass
 /// The base class of every data model: generic services for objects that read and write themselves as XML and as tagged
 /// binary records.
 ///
-/// The order of the virtual operations below is a binary contract: other libraries call through these slots. New
-/// virtual operations are added after the last of them.
+/// The order of the virtual operations is a binary contract: other libraries call through these slots, and derived
+/// classes continue the table. No version with the same SONAME adds one, here or in JobXml::DataObject; virtualHook()
+/// is the slot for what later versions need.
 ///
 /// **Validate flag.** On in a new object. While it is on, setters, readers and writers enforce the model's rules and
 /// throw. While it is off, setters take any value, incomplete objects are written as they are, and XML is read with any
@@ -282,6 +283,10 @@ protected:
     /// Leaves the object in the same state, and throws the same exceptions. Returns how many bytes it has read. Returns
     /// -1 and reads nothing if only SetBinary() can read them; the base implementation always does.
     virtual int readMembers(const QDataStream &form, const char *members, int size);
+
+    /// For virtual operations of later versions, which the number `operation` selects; `data` has their arguments and
+    /// results. No operation exists yet. An override passes the numbers that it does not know to its base class.
+    virtual void virtualHook(int operation, void *data);
 
     /// \name LoadXml() and SetXmlString()
     /// The same for documents of up to `largestSize` bytes (of the text as UTF-8), without changing the validate flag.

@@ -12,7 +12,8 @@
 
 namespace REPORTGENERATOR {
 
-/// Where in a document an error is, as far as that is known.
+/// Where in a document an error is, as far as that is known. What later versions know about it, functions of this class
+/// will return.
 struct ErrorLocation
 {
     /// The path of the file, the name of a document in memory, `XML text` or `binary data`; null if the caller read the
@@ -22,6 +23,10 @@ struct ErrorLocation
     int column = 0; ///< in that line, counted from 1 in UTF-16 units; 0 if there is none
     qint64 offset = -1; ///< in bytes from the beginning of the XML document or the representation; -1 if there is none
     QStringList path; ///< to the object that refused the content, from the root's child down: `Component "Preselector"`
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 } // namespace REPORTGENERATOR
@@ -133,3 +138,5 @@ public:
     ~IncompleteDefinitionException() override;
     /// @}
 };
+
+Q_DECLARE_TYPEINFO(REPORTGENERATOR::ErrorLocation, Q_MOVABLE_TYPE);

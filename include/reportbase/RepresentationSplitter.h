@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include <QByteArray>
@@ -11,7 +12,7 @@
 
 namespace REPORTGENERATOR {
 
-/// The size of a binary representation, as far as it is known.
+/// The size of a binary representation, as far as it is known. No later version adds members.
 struct RepresentationSize
 {
     /// The result for the first bytes.
@@ -41,6 +42,9 @@ class REPORTBASE_EXPORT RepresentationSplitter
 public:
     /// For representations of one class; `classIdentifier` is its `GetId()`.
     explicit RepresentationSplitter(qint64 classIdentifier, const ReadLimits &limits = ReadLimits::forUntrustedData());
+    RepresentationSplitter(const RepresentationSplitter &) = delete;
+    RepresentationSplitter &operator=(const RepresentationSplitter &) = delete;
+    ~RepresentationSplitter();
 
     /// Appends bytes to those that are waiting. Bytes that follow a failure are discarded.
     void Append(const QByteArray &bytes);
@@ -56,18 +60,13 @@ public:
 
     /// How many bytes are waiting for the rest of their representation. If a connection ends while this is not 0, the
     /// last representation is truncated.
-    int GetPendingSize() const;
+    qint64 GetPendingSize() const;
 
 private:
-    Q_DECL_HIDDEN std::optional<int> nextSize() const; // throws a Refusal
-    Q_DECL_HIDDEN void fail(const QString &why);
-    Q_DECL_HIDDEN void removeTaken();
-
-    quint32 m_classIdentifier;
-    ReadLimits m_limits;
-    QByteArray m_bytes;
-    int m_taken = 0; // bytes at the front of m_bytes that have been returned; removing them each time costs a copy
-    QString m_error;
+    class Private;
+    const std::unique_ptr<Private> d;
 };
 
 } // namespace REPORTGENERATOR
+
+Q_DECLARE_TYPEINFO(REPORTGENERATOR::RepresentationSize, Q_PRIMITIVE_TYPE);

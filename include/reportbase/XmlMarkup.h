@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include <QByteArray>
 #include <QLatin1String>
 #include <QVector>
@@ -16,7 +18,8 @@ namespace REPORTGENERATOR {
 /// them, so it is much faster than a reader, and it expands and checks nothing. Every other input has some result as
 /// well, and isComplete() is then usually false; nothing outside of the document is ever read.
 ///
-/// Places are offsets of bytes; all are within the document.
+/// Places are offsets of bytes; all are within the document. The structures for the parts of a document are as small as
+/// they can be, because there are many of them: no later version adds members.
 class REPORTBASE_EXPORT XmlMarkup
 {
 public:
@@ -117,6 +120,8 @@ private:
     QVector<Attribute> m_attributes;
     QVector<Comment> m_comments;
     bool m_isComplete = false;
+    struct Additions;
+    std::shared_ptr<Additions> m_additions; // what later versions add
 };
 
 } // namespace REPORTGENERATOR

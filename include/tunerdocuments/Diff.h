@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include <QByteArray>
@@ -14,9 +15,18 @@
 
 namespace TunerDocuments {
 
-/// The member that a difference concerns, or the item of a list, in one of the two documents.
+/// The member that a difference concerns, or the item of a list, in one of the two documents. What later versions know
+/// about it, functions of this class will return.
 struct TUNERDOCUMENTS_EXPORT DifferencePlace
 {
+    /// No place: the document does not have it.
+    DifferencePlace() = default;
+    /// That of the member at the end of the steps, or of the item of a list.
+    DifferencePlace(const QVector<JobXml::Step> &theSteps, const std::optional<JobXml::MemberView> &theMember)
+        : steps(theSteps), member(theMember)
+    {
+    }
+
     /// The steps from the document; the last one has an index if this is an item of a list. Empty if the document does
     /// not have it.
     QVector<JobXml::Step> steps{};
@@ -30,13 +40,17 @@ struct TUNERDOCUMENTS_EXPORT DifferencePlace
     int position() const { return steps.isEmpty() ? -1 : steps.last().index; }
     /// The item of the list, or the child object of the member; null if there is none.
     const JobXml::DataObject *object() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
-/// A difference between two documents.
+/// A difference between two documents. What later versions know about it, functions of this class will return.
 struct TUNERDOCUMENTS_EXPORT Difference
 {
     /// What has happened.
-    enum Kind {
+    enum Kind : int {
         Removed, ///< an item, or an object, that only the first document has
         Added, ///< one that only the second document has
         Changed, ///< another value, another flag, or both
@@ -44,7 +58,7 @@ struct TUNERDOCUMENTS_EXPORT Difference
         Renamed, ///< an item with another identity
     };
 
-    Kind kind; ///< what has happened
+    Kind kind = Changed; ///< what has happened
     /// The path in the first document; for an added item, that of its list, with the step that it has in the second
     /// document.
     QString path;
@@ -77,6 +91,10 @@ struct TUNERDOCUMENTS_EXPORT Difference
 
     /// On one line: "~ quantity: 1 -> 2".
     QString text() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// Finds all differences between two objects of the same class, in the order of the first one; removed items come
@@ -96,3 +114,6 @@ TUNERDOCUMENTS_EXPORT void findDifferences(const JobXml::DataObject &first, cons
 TUNERDOCUMENTS_EXPORT QByteArray toJson(const Difference &difference, const QString &name);
 
 } // namespace TunerDocuments
+
+Q_DECLARE_TYPEINFO(TunerDocuments::DifferencePlace, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Difference, Q_MOVABLE_TYPE);

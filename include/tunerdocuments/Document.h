@@ -2,6 +2,7 @@
 #pragma once
 
 #include <limits>
+#include <memory>
 #include <optional>
 
 #include <QByteArray>
@@ -30,36 +31,72 @@ public:
     ~InvalidContent() override;
     /// \endcond
 
-    const QString &name() const { return m_name; } ///< of the document
-    const Findings &problems() const { return m_problems; } ///< with line, column and path, in the order of the text
+    const QString &name() const; ///< of the document
+    const Findings &problems() const; ///< with line, column and path, in the order of the text
 
 private:
-    QString m_name;
-    Findings m_problems;
+    struct Private;
+    std::shared_ptr<const Private> d;
 };
 
-/// How to load documents.
-struct LoadOptions
+/// How to load documents:
+///
+///     Document::load(path, LoadOptions().setForm(Form::Snapshot));
+///
+/// Copies share their content. Later versions may add options, with defaults that change nothing.
+class TUNERDOCUMENTS_EXPORT LoadOptions
 {
-    std::optional<Form> form = {}; ///< if not set, content and name determine it
+public:
+    static constexpr int UsualExpansion = 50; ///< The default of maxExpansion().
+    static constexpr int UsualProblems = 100; ///< The default of maxProblems().
+
+    LoadOptions() noexcept; ///< The defaults.
+
+    /// The form of the document. No value unless set: content and name determine it.
+    std::optional<Form> form() const noexcept;
+    LoadOptions &setForm(std::optional<Form> form); ///< Sets the form.
+
     /// How many times its own size a compressed document may expand to. A small file could otherwise make a program use
     /// memory and time for a large one. Real documents shrink to a third, very regular ones to a thirtieth; documents
     /// made to exhaust memory shrink to a thousandth. The library never accepts more than 1,100 times.
-    int maxExpansion = 50;
+    int maxExpansion() const noexcept;
+    LoadOptions &setMaxExpansion(int times); ///< Sets how many times.
+
     /// How many problems to list of JSON that is not a document; the others are counted.
-    int maxProblems = 100;
+    int maxProblems() const noexcept;
+    LoadOptions &setMaxProblems(int most); ///< Sets how many.
+
+private:
+    struct Values;
+    Q_DECL_HIDDEN const Values &values() const noexcept;
+    Q_DECL_HIDDEN Values &change();
+
+    std::shared_ptr<Values> m_values; // null: the defaults
 };
 
-/// Something that a document has and that is not written.
+/// Something that a document has and that is not written. What later versions know about it, functions of this class
+/// will return.
 struct TUNERDOCUMENTS_EXPORT Loss
 {
-    QString path; ///< of the member or item; empty for the document as a whole
-    QString before; ///< its content; empty if `what` describes it
-    QString after; ///< what is written instead
-    QString what; ///< "is lost"; null if `before` and `after` show it
+    /// Nothing.
+    Loss() = default;
+    /// That content at the path, and what becomes of it.
+    Loss(const QString &ofPath, const QString &content, const QString &written, const QString &happens = {})
+        : path(ofPath), before(content), after(written), what(happens)
+    {
+    }
+
+    QString path{}; ///< of the member or item; empty for the document as a whole
+    QString before{}; ///< its content; empty if `what` describes it
+    QString after{}; ///< what is written instead
+    QString what{}; ///< "is lost"; null if `before` and `after` show it
 
     /// On one line: "Node[id=gain]/...: 0.2567 becomes 0.26".
     QString text() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// A document in any form: the description of a tuner, and the form in which it was loaded.
@@ -120,6 +157,15 @@ public:
 
     JobXml::TunerProperties tuner; ///< the content
     Form form = Form::Xml; ///< that of the file or the bytes; for a document that the program has made, what it chose
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 } // namespace TunerDocuments
+
+Q_DECLARE_TYPEINFO(TunerDocuments::LoadOptions, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Loss, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Document, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(TunerDocuments::Document)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <stdexcept>
 
 #include <QString>
@@ -19,10 +20,11 @@ public:
     ~DocumentError() override;
 
     /// The text with all its characters.
-    QString text() const { return m_text; }
+    QString text() const;
 
 private:
-    QString m_text;
+    struct Private;
+    std::shared_ptr<const Private> d; // shared, so that copying cannot throw
 };
 
 /// Content that cannot be stored as required, although the file could be read: the form cannot hold it, or the text of

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <limits>
+#include <memory>
 
-#include <QHash>
+#include <QSharedDataPointer>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -14,7 +16,8 @@
 
 namespace TunerDocuments {
 
-/// Something about a document that its author should know: a reason why it is invalid, or a warning.
+/// Something about a document that its author should know: a reason why it is invalid, or a warning. What later
+/// versions know about it, functions of this class will return.
 struct TUNERDOCUMENTS_EXPORT Finding
 {
     /// How serious it is.
@@ -42,7 +45,7 @@ struct TUNERDOCUMENTS_EXPORT Finding
     QString explanation{};
     int line = 0; ///< in the text of the document, counted from 1; 0 if unknown
     int column = 0; ///< in UTF-16 units, counted from 1; 0 if unknown
-    bool isError = false; ///< of a warning: whether LintOptions::errors names its rule
+    bool isError = false; ///< of a warning: whether LintOptions::errors() names its rule
 
     /// Whether line and column are known.
     bool hasLocation() const { return line > 0; }
@@ -59,19 +62,15 @@ struct TUNERDOCUMENTS_EXPORT Finding
 
     /// "error" for problems, and for warnings with isError; "warning" for other warnings.
     QString level() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// A problem with its message shortened if it is long, and with the explanation as far as the document is not required
 /// for it. A problem with a location has steps, but no path.
 TUNERDOCUMENTS_EXPORT Finding findingOf(const JobXml::Problem &problem);
-
-/// Recognizes what a reader refuses although the document then has it: incomplete items of lists.
-class TUNERDOCUMENTS_EXPORT KeptItems
-{
-public:
-    /// Whether the problem, one with a place in the document that was read, is about such an item.
-    bool contain(const JobXml::Problem &problem);
-};
 
 /// "3001 problems; only the first 100 are listed". `what` is "problems" or "warnings".
 TUNERDOCUMENTS_EXPORT QString countText(qint64 count, int listed, const QString &what = QStringLiteral("problems"));
@@ -83,15 +82,24 @@ TUNERDOCUMENTS_EXPORT QString countText(qint64 count, int listed, const QString 
 /// boolean, for example. An incomplete item of a list, and what the reader of records refuses, is in the document and
 /// usually a problem there, with what it lacks and with a path. So it is one here only if there is no other: in a value
 /// that a later one has replaced.
+///
+/// Copies share their content. One that was moved from can only be assigned to or destroyed.
 class TUNERDOCUMENTS_EXPORT Findings
 {
 public:
-    Findings() = default; ///< Keeps all.
+    Findings(); ///< Keeps all.
     /// Keeps at most that many, and counts the others.
-    explicit Findings(int most) : m_most(most) { }
+    explicit Findings(int most);
+    /// \cond
+    Findings(const Findings &other);
+    Findings(Findings &&other) noexcept;
+    Findings &operator=(const Findings &other);
+    Findings &operator=(Findings &&other) noexcept;
+    ~Findings();
+    /// \endcond
 
     /// How many problems, and how many warnings, it keeps at most.
-    int most() const { return m_most; }
+    int most() const;
 
     /// Counts a problem that concerns every form of the document: other forms carry the characters that XML cannot, and
     /// XML never holds them.
@@ -104,22 +112,14 @@ public:
     void addUnlisted(qint64 number);
 
     /// Adds problems, as long as this object exists.
-    JobXml::ProblemVisitor collector()
-    {
-        return [this](const JobXml::Problem &problem) { add(problem); };
-    }
+    JobXml::ProblemVisitor collector();
 
     /// Sets the paths of the problems that have no location, and their values. The document must be the one in which
     /// they were found.
     void describePaths(const JobXml::TunerProperties &document);
 
     /// Calls the function with each problem that is kept, which it may change.
-    template <class Change>
-    void changeProblems(const Change &change)
-    {
-        for (Finding &finding : (m_problems.count > 0 ? m_problems : m_heldBack).listed)
-            change(finding);
-    }
+    void changeProblems(const std::function<void(Finding &problem)> &change);
 
     /// Adds the first warnings, and the number of all.
     void addWarnings(const QVector<Finding> &first, qint64 count);
@@ -127,15 +127,15 @@ public:
     /// \name Problems
     /// @{
     /// Those that are kept, in the order in which they were found.
-    const QVector<Finding> &listed() const { return shown().listed; }
-    qint64 count() const { return shown().count; } ///< of all, kept or not
-    bool isEmpty() const { return count() == 0; } ///< whether the document has no problem
+    const QVector<Finding> &listed() const;
+    qint64 count() const; ///< of all, kept or not
+    bool isEmpty() const; ///< whether the document has no problem
     /// @}
 
     /// \name Warnings
     /// @{
-    const QVector<Finding> &warnings() const { return m_warnings.listed; } ///< those that are kept, by place
-    qint64 warningCount() const { return m_warnings.count; } ///< of all, kept or not
+    const QVector<Finding> &warnings() const; ///< those that are kept, by place
+    qint64 warningCount() const; ///< of all, kept or not
     /// @}
 
     /// "FILE: ..." for each problem and each warning that is kept, and a line with the total of either if there are
@@ -143,24 +143,8 @@ public:
     QStringList lines(const QString &fileName, const QString &hint = {}) const;
 
 private:
-    /// \cond
-    struct List
-    {
-        QVector<Finding> listed;
-        qint64 count = 0;
-    };
-    /// \endcond
-
-    const List &shown() const { return m_problems.count > 0 ? m_problems : m_heldBack; }
-    Q_DECL_HIDDEN void noteRefused(const JobXml::Problem &problem);
-    Q_DECL_HIDDEN void describeValue(Finding &finding, const JobXml::TunerProperties &document) const;
-
-    int m_most = std::numeric_limits<int>::max();
-    List m_problems;
-    List m_heldBack;
-    List m_warnings;
-    KeptItems m_keptItems;
-    QHash<QString, QString> m_refused; // the names that readers have refused, by their members
+    class Private;
+    QSharedDataPointer<Private> d;
 };
 
 /// The problems of a changed document (JobXml::DataObject::VisitProblems()) that the original did not have, with their
@@ -176,3 +160,8 @@ TUNERDOCUMENTS_EXPORT Findings newProblems(const JobXml::TunerProperties &origin
                                            int most = std::numeric_limits<int>::max());
 
 } // namespace TunerDocuments
+
+Q_DECLARE_TYPEINFO(TunerDocuments::Finding, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Findings, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(TunerDocuments::Finding)
+Q_DECLARE_METATYPE(TunerDocuments::Findings)

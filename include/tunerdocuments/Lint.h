@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <limits>
+#include <memory>
 
 #include <QByteArray>
 #include <QString>
@@ -15,29 +16,54 @@
 
 namespace TunerDocuments {
 
-/// A rule of lint().
+/// A rule of lint(). What later versions know about it, functions of this class will return.
 struct TUNERDOCUMENTS_EXPORT LintRule
 {
-    QString name; ///< "value-out-of-range"
-    QString finds; ///< what it finds, as a complete sentence
-    QString why; ///< why that deserves a warning, as complete sentences
+    QString name{}; ///< "value-out-of-range"
+    QString finds{}; ///< what it finds, as a complete sentence
+    QString why{}; ///< why that deserves a warning, as complete sentences
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// All rules, by subject.
 TUNERDOCUMENTS_EXPORT const QVector<LintRule> &lintRules();
 
-/// What lint() looks for.
-struct TUNERDOCUMENTS_EXPORT LintOptions
+/// What lint() looks for:
+///
+///     lint(document, visitor, LintOptions().setDisabled({QStringLiteral("value-out-of-range")}).setMost(100));
+///
+/// Copies share their content. Later versions may add options, with defaults that change nothing.
+class TUNERDOCUMENTS_EXPORT LintOptions
 {
-    QStringList disabled = {}; ///< the names of rules that are not applied
-    QStringList errors = {}; ///< the names of rules whose findings are errors (Finding::isError)
-    /// How many findings the visitor receives at most. The others are only counted, which takes much less time.
-    qint64 most = std::numeric_limits<qint64>::max();
+public:
+    LintOptions() noexcept; ///< The defaults: all rules and all findings.
 
     /// Only the rules about what reading XML loses or replaces without a problem: unknown attributes and elements,
     /// values that later ones replace, texts and elements where readers ignore them, and what is not a number, not a
     /// boolean or out of the range of its type.
     static LintOptions lostByReading();
+
+    /// The names of rules that are not applied.
+    QStringList disabled() const;
+    LintOptions &setDisabled(const QStringList &rules); ///< Sets these rules.
+
+    /// The names of rules whose findings are errors (Finding::isError).
+    QStringList errors() const;
+    LintOptions &setErrors(const QStringList &rules); ///< Sets these rules.
+
+    /// How many findings the visitor receives at most. The others are only counted, which takes much less time.
+    qint64 most() const noexcept;
+    LintOptions &setMost(qint64 findings); ///< Sets how many.
+
+private:
+    struct Values;
+    Q_DECL_HIDDEN const Values &values() const;
+    Q_DECL_HIDDEN Values &change();
+
+    std::shared_ptr<Values> m_values; // null: the defaults
 };
 
 using FindingVisitor = std::function<void(const Finding &)>;
@@ -75,3 +101,6 @@ TUNERDOCUMENTS_EXPORT void lint(const Document &document, const QByteArray &text
                                 const LintOptions &options = {});
 
 } // namespace TunerDocuments
+
+Q_DECLARE_TYPEINFO(TunerDocuments::LintRule, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::LintOptions, Q_MOVABLE_TYPE);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include <QByteArray>
 #include <QString>
 #include <QVector>
@@ -13,16 +15,26 @@
 
 namespace TunerDocuments {
 
-/// A place that both sides have changed differently.
+/// A place that both sides have changed differently. What later versions know about it, functions of this class will
+/// return.
 struct TUNERDOCUMENTS_EXPORT MergeConflict
 {
     /// Which contradiction it is.
-    enum Kind {
+    enum Kind : int {
         Changed, ///< two values; or two kinds of value, of an item that both have changed
         RemovedInOurs, ///< the item or object that theirs has changed
         RemovedInTheirs, ///< the item or object that ours has changed
         Reordered, ///< a list; its items have the order of ours
     };
+
+    /// No place.
+    MergeConflict() = default;
+    /// A contradiction at that place, with the three sides.
+    MergeConflict(Kind which, const QString &atPath, const QVector<JobXml::Step> &atSteps, const QString &inBase = {},
+                  const QString &inOurs = {}, const QString &inTheirs = {})
+        : kind(which), path(atPath), steps(atSteps), base(inBase), ours(inOurs), theirs(inTheirs)
+    {
+    }
 
     Kind kind = Changed; ///< which contradiction it is
     QString path{}; ///< in ours, or in the base for what ours has removed
@@ -38,14 +50,22 @@ struct TUNERDOCUMENTS_EXPORT MergeConflict
 
     /// On one line: "quantity: changed on both sides: 2 in ours, 3 in theirs, 1 in the base".
     QString text() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
-/// What merge() returns.
+/// What merge() returns, to which later versions may add functions.
 struct TUNERDOCUMENTS_EXPORT MergeResult
 {
     /// With the changes of both sides; where they conflict, it is that of ours.
-    JobXml::TunerProperties document;
+    JobXml::TunerProperties document{};
     QVector<MergeConflict> conflicts{}; ///< in the order of ours
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// Makes the changes of two documents that were made from the same one. Items of lists are paired as findDifferences()
@@ -60,14 +80,24 @@ struct TUNERDOCUMENTS_EXPORT MergeResult
 TUNERDOCUMENTS_EXPORT MergeResult merge(const JobXml::TunerProperties &base, const JobXml::TunerProperties &ours,
                                         const JobXml::TunerProperties &theirs);
 
-/// A document that was loaded, and its text.
+/// A document that was loaded, and its text. What later versions accept besides, functions of this class will set.
 struct TUNERDOCUMENTS_EXPORT MergeInput
 {
+    /// An empty document.
+    MergeInput() = default;
+    /// A document that was read from these bytes.
+    MergeInput(const Document &loaded, const QByteArray &text) : document(loaded), bytes(text) { }
+
     Document document{}; ///< as it was read
     QByteArray bytes{}; ///< from which it was read; required for XML only
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
-/// What unmergedContent() returns: the content of theirs that merge() does not see, since no document has it.
+/// What unmergedContent() returns: the content of theirs that merge() does not see, since no document has it. Later
+/// versions may add functions for other kinds of content.
 struct TUNERDOCUMENTS_EXPORT UnmergedContent
 {
     /// Values that the reader has converted, such as a number that is not one, and what it has skipped: unknown
@@ -75,6 +105,10 @@ struct TUNERDOCUMENTS_EXPORT UnmergedContent
     /// and path, in the order of the text.
     QVector<Finding> losses{};
     QVector<Finding> comments{}; ///< with line and column
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// Finds what merging would lose of theirs if that is XML, apart from what the text of the base or of ours has at the
@@ -86,3 +120,8 @@ TUNERDOCUMENTS_EXPORT UnmergedContent unmergedContent(const MergeInput &base, co
                                                       const MergeInput &theirs);
 
 } // namespace TunerDocuments
+
+Q_DECLARE_TYPEINFO(TunerDocuments::MergeConflict, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::MergeResult, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::MergeInput, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::UnmergedContent, Q_MOVABLE_TYPE);

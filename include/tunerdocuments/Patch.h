@@ -25,13 +25,13 @@ public:
     ~PatchFailure() override;
 
     /// The path of the change; in the second document if changes are undone.
-    QString path() const { return m_path; }
+    QString path() const;
     /// The path and the reason.
-    QString text() const { return m_text; }
+    QString text() const;
 
 private:
-    QString m_path;
-    QString m_text;
+    struct Private;
+    std::shared_ptr<const Private> d; // shared, so that copying cannot throw
 };
 
 /// The changes that make one document from another:
@@ -85,3 +85,6 @@ private:
 };
 
 } // namespace TunerDocuments
+
+Q_DECLARE_TYPEINFO(TunerDocuments::Patch, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(TunerDocuments::Patch)

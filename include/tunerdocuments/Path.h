@@ -26,7 +26,11 @@ public:
     ~PathFailure() override;
 
     /// The error, and its place in the path.
-    QString text() const { return QString::fromUtf8(what()); }
+    QString text() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// A path to a member, as users write and read it: `Component[type=Filter,name=Pre]/Node[id=gain]/...`. An item of a
@@ -41,20 +45,33 @@ public:
 class TUNERDOCUMENTS_EXPORT Path
 {
 public:
-    /// A text that identifies an item: `name=Pre`.
+    /// A text that identifies an item: `name=Pre`. No later version adds members.
     struct Condition
     {
         QString member; ///< the member of the item, or of the kind of value that it holds
         QString text; ///< its whole value
     };
 
-    /// A step, to a member or to items of a list.
+    /// A step, to a member or to items of a list. What later versions can select by, functions of this class will set.
     struct Step
     {
-        QString member; ///< "*" for every member that is set
+        /// A step to nothing.
+        Step() = default;
+        /// To a member, or to the items of a list that fulfill the conditions.
+        Step(const QString &theMember, const QVector<Condition> &theConditions = {}, int thePosition = 0,
+             bool selectsAll = false)
+            : member(theMember), conditions(theConditions), position(thePosition), isAll(selectsAll)
+        {
+        }
+
+        QString member{}; ///< "*" for every member that is set
         QVector<Condition> conditions{}; ///< all of which an item fulfills
         int position = 0; ///< counted from 1; 0 is none
         bool isAll = false; ///< `[*]`
+
+    private:
+        struct Additions;
+        std::shared_ptr<Additions> m_additions{}; // what later versions add
     };
 
     Path(); ///< Without steps.
@@ -116,7 +133,7 @@ TUNERDOCUMENTS_EXPORT QString identityOf(const JobXml::DataObject &object);
 /// "unknown member 'quantiy' of TunerProperties; did you mean 'quantity'?"
 TUNERDOCUMENTS_EXPORT QString unknownMember(const QString &name, const QString &className, const QStringList &known);
 
-/// A member and its new value, as users write both: `Component[name=Pre]/optional=true`.
+/// A member and its new value, as users write both: `Component[name=Pre]/optional=true`. No later version adds members.
 struct Assignment
 {
     QString path; ///< of the member
@@ -127,9 +144,15 @@ struct Assignment
 /// alone. The path is not checked.
 TUNERDOCUMENTS_EXPORT std::optional<Assignment> assignmentIn(const QString &text);
 
-/// The result of a path.
+/// The result of a path. What later versions know about it, functions of this class will return.
 struct TUNERDOCUMENTS_EXPORT Target
 {
+    /// The member at the end of the steps.
+    Target(const QVector<JobXml::Step> &theSteps, const QString &thePath, const JobXml::MemberView &theMember)
+        : steps(theSteps), path(thePath), member(theMember)
+    {
+    }
+
     QVector<JobXml::Step> steps; ///< from the root; the last one is the member, with an index if it is an item
     QString path; ///< complete
     JobXml::MemberView member; ///< valid as long as the root is neither changed nor destroyed
@@ -140,6 +163,10 @@ struct TUNERDOCUMENTS_EXPORT Target
     /// Whether it is an object or a list of objects, which toJson() writes, and not a value, which TypedValue::print()
     /// writes.
     bool holdsObjects() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// Finds every member that a pattern matches, in the order of the document. Every step selects all that it fits: a list
@@ -184,32 +211,15 @@ TUNERDOCUMENTS_EXPORT std::optional<JobXml::MemberView> at(const JobXml::DataObj
 
 /// Calls the action with the MemberEditor of the target's member; all objects on the way count as set afterwards. What
 /// items have chosen stays, unless the member is a choice or an alternative, which the action may choose.
-template <class Action>
-void edit(JobXml::DataObject &root, const Target &target, Action &&action, int depth = 0)
-{
-    const JobXml::Step &step = target.steps[depth];
-    QVariant choice;
-    bool isChosen = true;
-    JobXml::visit(root, [&](JobXml::MemberEditor &member) {
-        if (member.GetKind() == JobXml::MemberKind::Choice)
-            choice = member.GetValue();
-        if (member.GetName() != step.member)
-            return;
-        if (depth + 1 == target.steps.size()) {
-            action(member);
-            return;
-        }
-        isChosen = member.IsChosen();
-        edit(member.EditChild(step.index < 0 ? 0 : step.index), target, action, depth + 1);
-    });
-    if (isChosen)
-        return;
-    JobXml::visit(root, [&](JobXml::MemberEditor &member) { // changing an alternative has chosen it
-        if (member.GetKind() == JobXml::MemberKind::Choice && !member.SetValue(choice))
-            member.Reset();
-    });
-}
+TUNERDOCUMENTS_EXPORT void edit(JobXml::DataObject &root, const Target &target,
+                                const std::function<void(JobXml::MemberEditor &member)> &action);
 
 } // namespace Paths
 
 } // namespace TunerDocuments
+
+Q_DECLARE_TYPEINFO(TunerDocuments::Path, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Path::Condition, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Path::Step, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Paths::Target, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(TunerDocuments::Paths::Assignment, Q_MOVABLE_TYPE);

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include <QByteArray>
-#include <QByteArrayList>
+#include <QSharedDataPointer>
 #include <QString>
 #include <QUrl>
 
@@ -30,13 +30,20 @@ namespace TunerDocuments {
 namespace Sarif {
 
 /// What the text says about one document. It is composed apart from the writer, so that several threads can compose at
-/// once.
+/// once. Copies share their content; one that was moved from can only be assigned to or destroyed.
 class TUNERDOCUMENTS_EXPORT Part
 {
 public:
     /// About the file of that name, which is bytes as the system knows it, see QFile::encodeName(). Readers find it
     /// relative to the folder where the program was started, unless the name is absolute.
     explicit Part(const QByteArray &fileName);
+    /// \cond
+    Part(const Part &other);
+    Part(Part &&other) noexcept;
+    Part &operator=(const Part &other);
+    Part &operator=(Part &&other) noexcept;
+    ~Part();
+    /// \endcond
 
     /// About a document at another place than a file.
     static Part at(const QUrl &url);
@@ -57,12 +64,8 @@ public:
 private:
     friend class Writer;
 
-    Q_DECL_HIDDEN void addNotification(const QString &level, const QString &text);
-
-    QByteArray m_uri;
-    QByteArray m_results; // with commas in between
-    QByteArrayList m_notifications;
-    bool m_isFailure = false;
+    class Private;
+    QSharedDataPointer<Private> d;
 };
 
 /// Writes the text piece by piece. Its results are written as they are added; only the notifications, which come last

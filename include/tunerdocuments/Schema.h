@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+
 #include <QByteArray>
-#include <QHash>
 #include <QString>
-#include <QStringList>
 
 #include <tunerdocuments/Export.h>
 
@@ -25,11 +25,11 @@ TUNERDOCUMENTS_EXPORT QByteArray forJson();
 /// The classes and their members: the content of share/model.json, byte for byte.
 TUNERDOCUMENTS_EXPORT QByteArray model();
 
-/// The documentation of the elements and attributes in the schema.
+/// The documentation of the elements and attributes in the schema. Copies share their content.
 class TUNERDOCUMENTS_EXPORT Annotations
 {
 public:
-    /// The documentation of a member.
+    /// The documentation of a member. No later version adds members.
     struct Member
     {
         QString text; ///< null if there is none
@@ -46,17 +46,8 @@ public:
     Member ofMember(const QString &className, const QString &name) const;
 
 private:
-    struct Type
-    {
-        QString text;
-        QHash<QString, Member> members;
-        QStringList groups; // attribute groups, which are types, too
-    };
-
-    void read(const QByteArray &schema);
-
-    QHash<QString, QString> m_typeOfElement;
-    QHash<QString, Type> m_types;
+    class Private;
+    std::shared_ptr<const Private> d;
 };
 
 } // namespace Schema

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <stdexcept>
 
 #include <QString>
@@ -24,7 +25,11 @@ public:
     ~Mismatch() override;
 
     /// Why the text is not a value of the member.
-    QString text() const { return QString::fromUtf8(what()); }
+    QString text() const;
+
+private:
+    struct Additions;
+    std::shared_ptr<Additions> m_additions{}; // what later versions add
 };
 
 /// Converts a text to a value for the member. Numbers are written as in JSON, or "inf", "-inf" and "nan"; names of an

@@ -147,9 +147,9 @@ void DataObject::VisitProblems(const ProblemVisitor &visitor) const
     if (isWritten)
         collectProblem(Trail({}), nullptr, visit, [&] { Check(); });
     if (isWritten && !HasData())
-        visit({{}, Errors::withoutData(*this)});
+        visit(Problem({}, Errors::withoutData(*this)));
     if (isWrittenAsXml && losesTextInXml(*this))
-        visit({{}, Errors::ownTextNotForXml(*this), {}, true});
+        visit(Problem({}, Errors::ownTextNotForXml(*this), {}, true));
 }
 
 void DataObject::collectProblems(const ObjectPath &path, const ProblemVisitor &visitor) const
@@ -174,7 +174,7 @@ void Behavior::collectProblemsOf(const Member &member, const DataObject &object,
     collectProblem(trail, &member, visitor, [&] { member.check(object, own); });
     const QString xmlProblem = member.xmlProblem(object, own);
     if (!xmlProblem.isNull())
-        visitor({trail.path(), xmlProblem, QString(member.name()), true});
+        visitor(Problem(trail.path(), xmlProblem, QString(member.name()), true));
     auto collectFromChild = [&](const DataObject &child, int index) {
         const Trail below(trail, member, child, index);
         // Members are of the model's own classes, so there is no override of DataObject::collectProblems().

@@ -35,7 +35,7 @@ Problem unreadable(const DataObject &object)
             QString::number(location.line) + QLatin1Char(':') + QString::number(location.column) + QLatin1Char(':');
     place += QLatin1Char(' ');
     const QString text = object.GetErrorString();
-    Problem problem{{}, text.startsWith(place) ? text.mid(place.size()) : text};
+    Problem problem({}, text.startsWith(place) ? text.mid(place.size()) : text);
     problem.line = location.line;
     problem.column = location.column;
     return problem;
@@ -44,9 +44,9 @@ Problem unreadable(const DataObject &object)
 ReadLimits limitsOf(const ReadOptions &options)
 {
     ReadLimits limits;
-    limits.largestSize = std::min(limits.largestSize, options.maxBytes);
-    limits.largestExpandedSize = std::min(limits.largestExpandedSize, options.maxBytes);
-    limits.acceptCompressed = options.allowCompressed;
+    limits.setLargestSize(std::min(limits.largestSize(), options.maxBytes()));
+    limits.setLargestExpandedSize(std::min(limits.largestExpandedSize(), options.maxBytes()));
+    limits.setAcceptCompressed(options.allowCompressed());
     return limits;
 }
 
@@ -73,9 +73,9 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
     };
     std::optional<Problem> end;
     const bool validated = object.GetValidate();
-    object.SetValidate(options.validate);
+    object.SetValidate(options.validate());
     try {
-        const CollectedReading reading(object, options.validate ? &visit : nullptr);
+        const CollectedReading reading(object, options.validate() ? &visit : nullptr);
         try {
             if (!read())
                 end = last(unreadable(object));
@@ -88,7 +88,7 @@ bool readWithProblems(DataObject &object, const ProblemVisitor &visitor, const R
             std::rethrow_exception(exceptionOfVisitor);
         throw;
     }
-    const bool looksForMore = options.validate && !end;
+    const bool looksForMore = options.validate() && !end;
     if (looksForMore && !ObjectAccess::isOfDerivedClass(object))
         object.IRGObject::SetValidate(validated); // VisitProblems() propagates it
     else
@@ -113,7 +113,7 @@ ProblemVisitor appendTo(QVector<Problem> &problems)
 
 bool DataObject::visitLoadXml(QFile *file, const ProblemVisitor &visitor, const ReadOptions &options)
 {
-    return readWithProblems(*this, visitor, options, [&] { return readXmlFile(file, options.maxBytes); });
+    return readWithProblems(*this, visitor, options, [&] { return readXmlFile(file, options.maxBytes()); });
 }
 
 bool DataObject::visitLoadXml(const QString &path, const ProblemVisitor &visitor, const ReadOptions &options)
@@ -124,13 +124,14 @@ bool DataObject::visitLoadXml(const QString &path, const ProblemVisitor &visitor
 
 bool DataObject::visitSetXmlString(const QString &xml, const ProblemVisitor &visitor, const ReadOptions &options)
 {
-    return readWithProblems(*this, visitor, options, [&] { return readXmlText(xml, options.maxBytes); });
+    return readWithProblems(*this, visitor, options, [&] { return readXmlText(xml, options.maxBytes()); });
 }
 
 bool DataObject::visitSetXmlDocument(const QByteArray &document, const QString &source, const ProblemVisitor &visitor,
                                      const ReadOptions &options)
 {
-    return readWithProblems(*this, visitor, options, [&] { return readXmlBytes(document, source, options.maxBytes); });
+    return readWithProblems(*this, visitor, options,
+                            [&] { return readXmlBytes(document, source, options.maxBytes()); });
 }
 
 bool DataObject::visitSetBinaryRepresentation(const QByteArray &representation, const ProblemVisitor &visitor,

@@ -43,7 +43,7 @@ private:
 inline Problem problemOf(const ReportException &exception, const ObjectPath &path, const QString &member = QString())
 {
     const REPORTGENERATOR::ErrorLocation place = exception.GetLocation();
-    Problem problem{path, exception.GetMessageText(), member};
+    Problem problem(path, exception.GetMessageText(), member);
     problem.line = place.line;
     problem.column = place.column;
     problem.offset = place.offset;

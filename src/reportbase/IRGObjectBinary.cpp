@@ -143,6 +143,8 @@ int IRGObject::readMembers(const QDataStream &, const char *, int)
     return -1;
 }
 
+void IRGObject::virtualHook(int, void *) { }
+
 QByteArray IRGObject::composeRepresentation(const QDataStream &form) const
 {
     QByteArray record;

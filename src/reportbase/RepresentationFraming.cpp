@@ -65,7 +65,7 @@ void checkForm(quint32 found, quint32 word, const QString &objectName, const Rea
 {
     if (found != CompressedMark)
         checkWord(found, word, objectName);
-    else if (!limits.acceptCompressed)
+    else if (!limits.acceptCompressed())
         throw Refusal{FailureTexts::compressedNotAccepted()};
 }
 
@@ -73,7 +73,7 @@ void checkLength(const Head &head, const ReadLimits &limits)
 {
     if (head.length < 0)
         throw Refusal{FailureTexts::negativeLength(head.length)};
-    const qint64 largest = std::min(limits.largestSize, ReadLimits::LargestPossible);
+    const qint64 largest = std::min(limits.largestSize(), ReadLimits::LargestPossible);
     if (head.size() > largest)
         throw Refusal{FailureTexts::tooLarge(head.size(), largest)};
 }
@@ -223,7 +223,7 @@ qint64 declaredSize(const char *compressed)
 void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &limits)
 {
     const qint64 limit =
-        std::min({limits.largestExpandedSize, ReadLimits::LargestPossible, LargestRatio * compressedSize});
+        std::min({limits.largestExpandedSize(), ReadLimits::LargestPossible, LargestRatio * compressedSize});
     if (declared > limit)
         throw Refusal{FailureTexts::expandsTooFar(declared, compressedSize, limit)};
 }
@@ -254,7 +254,7 @@ QByteArray compressed(const QByteArray &plain, const Settings &settings, int lev
 {
     if (plain.isEmpty())
         return plain;
-    constexpr qint64 largest = ReadLimits().largestExpandedSize; // what readers accept without other limits
+    constexpr qint64 largest = ReadLimits::UsualExpandedSize; // what readers accept without other limits
     if (plain.size() > largest)
         throw Refusal{FailureTexts::tooLargeToCompress(plain.size(), largest)};
     return shrink(plain, settings, level);

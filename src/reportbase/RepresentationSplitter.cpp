@@ -20,16 +20,36 @@ RepresentationSize SizeOfRepresentation(const QByteArray &firstBytes, qint64 cla
     return {State::Known, head.size()};
 }
 
-RepresentationSplitter::RepresentationSplitter(qint64 classIdentifier, const ReadLimits &limits)
-    : m_classIdentifier(quint32(classIdentifier)), m_limits(limits)
+class Q_DECL_HIDDEN RepresentationSplitter::Private
 {
-}
+public:
+    Private(qint64 classIdentifier, const ReadLimits &limits)
+        : m_classIdentifier(quint32(classIdentifier)), m_limits(limits)
+    {
+    }
 
-void RepresentationSplitter::Append(const QByteArray &bytes)
+    void append(const QByteArray &bytes);
+    std::optional<QByteArray> take();
+    const QString &error() const { return m_error; }
+    qint64 pendingSize() const { return m_bytes.size() - m_taken; }
+
+private:
+    std::optional<int> nextSize() const; // throws a Refusal
+    void fail(const QString &why);
+    void removeTaken();
+
+    const quint32 m_classIdentifier;
+    const ReadLimits m_limits;
+    QByteArray m_bytes;
+    int m_taken = 0; // bytes at the front of m_bytes that have been returned; removing them each time costs a copy
+    QString m_error;
+};
+
+void RepresentationSplitter::Private::append(const QByteArray &bytes)
 {
     if (!m_error.isNull())
         return;
-    const qint64 waiting = qint64(GetPendingSize()) + bytes.size();
+    const qint64 waiting = pendingSize() + bytes.size();
     if (waiting > ReadLimits::LargestPossible) {
         fail(FailureTexts::tooLarge(waiting, ReadLimits::LargestPossible));
         return;
@@ -41,13 +61,13 @@ void RepresentationSplitter::Append(const QByteArray &bytes)
     m_bytes.append(bytes.constData(), bytes.size()); // a copy, because the caller may reuse its buffer
 }
 
-std::optional<QByteArray> RepresentationSplitter::Take()
+std::optional<QByteArray> RepresentationSplitter::Private::take()
 {
     if (!m_error.isNull())
         return {};
     try {
         const std::optional<int> size = nextSize();
-        if (!size || *size > GetPendingSize())
+        if (!size || *size > pendingSize())
             return {};
         QByteArray representation = m_bytes.mid(m_taken, *size);
         m_taken += *size;
@@ -60,9 +80,9 @@ std::optional<QByteArray> RepresentationSplitter::Take()
     }
 }
 
-std::optional<int> RepresentationSplitter::nextSize() const
+std::optional<int> RepresentationSplitter::Private::nextSize() const
 {
-    const int pending = GetPendingSize();
+    const qint64 pending = pendingSize();
     const char *const begin = m_bytes.constData() + m_taken;
     if (pending < Framing::HeadSize)
         return {};
@@ -74,30 +94,47 @@ std::optional<int> RepresentationSplitter::nextSize() const
     return int(head.size()); // within the limits, so it fits
 }
 
-QString RepresentationSplitter::GetErrorString() const
-{
-    return m_error;
-}
-
-int RepresentationSplitter::GetPendingSize() const
-{
-    return int(m_bytes.size() - m_taken); // Append() sees to it
-}
-
-void RepresentationSplitter::fail(const QString &why)
+void RepresentationSplitter::Private::fail(const QString &why)
 {
     m_error = FailureTexts::at(FailureTexts::binaryData(), why);
     m_bytes.clear();
     m_taken = 0;
 }
 
-void RepresentationSplitter::removeTaken()
+void RepresentationSplitter::Private::removeTaken()
 {
     if (m_taken == m_bytes.size())
         m_bytes.clear(); // an idle connection uses no memory
     else
         m_bytes.remove(0, m_taken);
     m_taken = 0;
+}
+
+RepresentationSplitter::RepresentationSplitter(qint64 classIdentifier, const ReadLimits &limits)
+    : d(std::make_unique<Private>(classIdentifier, limits))
+{
+}
+
+RepresentationSplitter::~RepresentationSplitter() = default;
+
+void RepresentationSplitter::Append(const QByteArray &bytes)
+{
+    d->append(bytes);
+}
+
+std::optional<QByteArray> RepresentationSplitter::Take()
+{
+    return d->take();
+}
+
+QString RepresentationSplitter::GetErrorString() const
+{
+    return d->error();
+}
+
+qint64 RepresentationSplitter::GetPendingSize() const
+{
+    return d->pendingSize();
 }
 
 } // namespace REPORTGENERATOR

@@ -32,7 +32,7 @@ TunerProperties documentOf(const char *members)
 
 TunerProperties readBack(const Document &document, Form form)
 {
-    return Document::fromBytes(document.toBytes(form, QString()), QString(), {form}).tuner;
+    return Document::fromBytes(document.toBytes(form, QString()), QString(), LoadOptions().setForm(form)).tuner;
 }
 
 } // namespace

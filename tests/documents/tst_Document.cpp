@@ -160,7 +160,8 @@ void DocumentTest::problemsAreFoundExactlyInDocumentsThatAreRefused()
         const QString file = folder.file(bytes);
         Findings findings(1);
         try {
-            const Document document = Document::load(file, {Form(form), 1100}, findings.collector());
+            const Document document =
+                Document::load(file, LoadOptions().setForm(Form(form)).setMaxExpansion(1100), findings.collector());
             if (!isForXml(document.tuner))
                 continue; // writing it as XML would show nothing about the others
         } catch (const DocumentError &) {
@@ -192,14 +193,15 @@ void DocumentTest::documentIsTheOneOfAReaderThatDoesNotValidate()
         QByteArray plain;
         QString failure;
         try {
-            const Document document = Document::load(file, {Form(form), 1100}, findings.collector());
+            const Document document =
+                Document::load(file, LoadOptions().setForm(Form(form)).setMaxExpansion(1100), findings.collector());
             QVERIFY(!document.tuner.GetValidate());
             collected = snapshotOf(document.tuner);
         } catch (const DocumentError &refused) {
             failure = refused.text();
         }
         try {
-            plain = snapshotOf(Document::load(file, {Form(form), 1100}).tuner);
+            plain = snapshotOf(Document::load(file, LoadOptions().setForm(Form(form)).setMaxExpansion(1100)).tuner);
             ++read;
         } catch (const DocumentError &refused) {
             QCOMPARE(failure, refused.text());
@@ -216,7 +218,8 @@ void DocumentTest::charactersThatXmlCannotCarryAreAccepted()
     Folder folder;
     for (const Form form : {Form::Tagged, Form::Compressed, Form::Snapshot, Form::Json}) {
         Findings findings(1);
-        const Document read = Document::load(folder.file(composed(document, form)), {form, 1100}, findings.collector());
+        const Document read = Document::load(folder.file(composed(document, form)),
+                                             LoadOptions().setForm(form).setMaxExpansion(1100), findings.collector());
         QCOMPARE(findings.count(), 0);
         QCOMPARE(std::as_const(read.tuner).Getname(), QStringLiteral("\u0001"));
     }

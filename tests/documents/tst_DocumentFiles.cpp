@@ -157,9 +157,9 @@ void DocumentFilesTest::formOfTheOptionsWinsOverTheContent()
 {
     const QByteArray snapshot = small().toBytes(Form::Snapshot, {});
     LoadOptions options;
-    options.form = Form::Snapshot;
+    options.setForm(Form::Snapshot);
     QVERIFY(Document::fromBytes(snapshot, QStringLiteral("a.xml"), options).tuner == small().tuner);
-    options.form = Form::Json;
+    options.setForm(Form::Json);
     QVERIFY(failureOf([&] {
                 Document::fromBytes(xml, QStringLiteral("a"), options);
             }).startsWith(QLatin1String("a:1:1: ")));
@@ -216,7 +216,7 @@ void DocumentFilesTest::expansionIsAllowedByTheOptions()
                 Document::fromBytes(bytes, QStringLiteral("a"));
             }).endsWith(QLatin1String(" bytes, more than 50 times its size")));
     LoadOptions options;
-    options.maxExpansion = 1100;
+    options.setMaxExpansion(1100);
     QVERIFY(Document::fromBytes(bytes, QStringLiteral("a"), options).tuner == tuner);
 }
 

@@ -89,7 +89,7 @@ void FindingJsonTest::warningHasItsMemberSuggestionAndRule()
 void FindingJsonTest::warningOfAnErrorRuleHasTheLevelError()
 {
     LintOptions options;
-    options.errors = QStringList{QStringLiteral("value-out-of-range")};
+    options.setErrors({QStringLiteral("value-out-of-range")});
     const Finding warning = findingsIn(withValue("value=\"11\""), options).warnings().first();
     QCOMPARE(warning.level(), QStringLiteral("error"));
     QVERIFY2(toJson(warning).endsWith(R"("rule":"value-out-of-range","level":"error"})"), toJson(warning).constData());

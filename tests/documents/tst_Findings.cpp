@@ -37,7 +37,8 @@ const QStringList typeList = {QStringLiteral("MCP"), QStringLiteral("SCP"), QStr
 QVector<Finding> findingsOf(const QByteArray &bytes, Form form, int most = 100)
 {
     Findings findings(most);
-    const Document document = Document::fromBytes(bytes, QStringLiteral("f"), {form, 50}, findings.collector());
+    const Document document =
+        Document::fromBytes(bytes, QStringLiteral("f"), LoadOptions().setForm(form), findings.collector());
     findings.describePaths(document.tuner);
     return findings.listed();
 }

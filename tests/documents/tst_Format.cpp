@@ -488,10 +488,10 @@ void FormatTest::binaryFormsStay()
 {
     QFETCH(QString, form);
     LoadOptions options;
-    options.form = Forms::named(form);
-    const Document document(NewDocument::minimal({{QStringLiteral("type"), QStringLiteral("SCP")}}), *options.form);
-    const QByteArray bytes = document.toBytes(*options.form, name);
-    QVERIFY(!hasLayout(*options.form));
+    options.setForm(Forms::named(form));
+    const Document document(NewDocument::minimal({{QStringLiteral("type"), QStringLiteral("SCP")}}), *options.form());
+    const QByteArray bytes = document.toBytes(*options.form(), name);
+    QVERIFY(!hasLayout(*options.form()));
     QCOMPARE(formatted(bytes, name, options), bytes);
 }
 

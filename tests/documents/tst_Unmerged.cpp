@@ -39,7 +39,7 @@ const char text[] = R"(<TunerProperties Version="1.1" type="SCP" baseresource="b
 
 MergeInput read(const QByteArray &bytes)
 {
-    return {Document::fromBytes(bytes, QStringLiteral("x.xml"), {Form::Xml}), bytes};
+    return {Document::fromBytes(bytes, QStringLiteral("x.xml"), LoadOptions().setForm(Form::Xml)), bytes};
 }
 
 QByteArray with(const char *before, const QByteArray &after, const QByteArray &in = text)

@@ -137,7 +137,7 @@ private Q_SLOTS:
                      .arg(plain.size() - 8)
                      .arg(plain.size() - 9));
         REPORTGENERATOR::ReadLimits limits;
-        limits.largestSize = plain.size() - 1;
+        limits.setLargestSize(plain.size() - 1);
         QVERIFY(!type().fromBinary(plain, &error, limits));
         QCOMPARE(error,
                  QStringLiteral("binary data: the representation takes %1 bytes, but no more than %2 are accepted")

@@ -98,7 +98,7 @@ private Q_SLOTS:
 
     void aProblemIsWrittenWithItsPlace()
     {
-        Problem problem{{}, QStringLiteral("Node: Please set id properly.")};
+        Problem problem({}, QStringLiteral("Node: Please set id properly."));
         problem.path = QStringList{QStringLiteral("Node 2")};
         problem.line = 12;
         problem.column = 8;

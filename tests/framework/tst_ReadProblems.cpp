@@ -398,7 +398,7 @@ void ReadProblemsTest::theValidateFlagThatADerivedClassChangesIsRestored()
 void ReadProblemsTest::onlyUnreadableDocumentsAreProblemsWithoutValidation()
 {
     ReadOptions options;
-    options.validate = false;
+    options.setValidate(false);
     QCOMPARE(problemsOf(QStringLiteral("<TunerProperties Version=\"1.1\" type=\"X\"><A/></TunerProperties>"), options),
              QStringList());
     QCOMPARE(problemsOf(QStringLiteral("<TunerProperties type=\"X\"><A></TunerProperties>"), options),
@@ -408,9 +408,9 @@ void ReadProblemsTest::onlyUnreadableDocumentsAreProblemsWithoutValidation()
 void ReadProblemsTest::tooLargeDocumentsAreRefused()
 {
     ReadOptions options;
-    options.maxBytes = good.size() - 1;
+    options.setMaxBytes(good.size() - 1);
     const QString refusal =
-        QStringLiteral("the document has more than %1 bytes, the most that are accepted").arg(options.maxBytes);
+        QStringLiteral("the document has more than %1 bytes, the most that are accepted").arg(options.maxBytes());
     TunerProperties document;
     QVector<Problem> problems;
     QVERIFY(!document.SetXmlString(good, problems, options));
@@ -428,7 +428,7 @@ void ReadProblemsTest::tooLargeDocumentsAreRefused()
     QCOMPARE(texts(problems), QStringList{QStringLiteral(": ") + refusal});
     QCOMPARE(document.GetErrorString(), path + QStringLiteral(": ") + refusal);
 
-    options.maxBytes = good.size();
+    options.setMaxBytes(good.size());
     QVERIFY(document.LoadXml(path, problems, options));
     QVERIFY(document.SetXmlString(good, problems, options));
     // A character counts with the bytes of its UTF-8.
@@ -670,7 +670,7 @@ void ReadProblemsTest::compressedRepresentationsCanBeRefused()
     QVector<Problem> problems;
     ReadOptions options;
     QVERIFY(document.SetBinaryRepresentation(compressed, problems, options));
-    options.allowCompressed = false;
+    options.setAllowCompressed(false);
     QVERIFY(!document.SetBinaryRepresentation(compressed, problems, options));
     QCOMPARE(
         texts(problems),
@@ -687,15 +687,15 @@ void ReadProblemsTest::representationsAreLimitedInSize()
     TunerProperties document;
     QVector<Problem> problems;
     ReadOptions options;
-    options.maxBytes = plain.size();
+    options.setMaxBytes(plain.size());
     QVERIFY(document.SetBinaryRepresentation(plain, problems, options));
     QVERIFY(document.SetBinaryRepresentation(compressed, problems, options));
-    options.maxBytes = plain.size() - 1;
+    options.setMaxBytes(plain.size() - 1);
     QVERIFY(!document.SetBinaryRepresentation(plain, problems, options));
     QCOMPARE(texts(problems),
              QStringList{QStringLiteral(": the representation takes %1 bytes, but no more than %2 are accepted")
                              .arg(plain.size())
-                             .arg(options.maxBytes)});
+                             .arg(options.maxBytes())});
     QVERIFY(!document.SetBinaryRepresentation(compressed, problems, options));
     QCOMPARE(problems.size(), 1);
 }

@@ -312,7 +312,7 @@ void ReadProblemsXmlTest::documentInMemoryThatIsTooLargeIsRefused()
     const QByteArray xml = "<TunerProperties Version=\"1.1\"/>"; // 32 bytes
     QVector<Problem> problems;
     ReadOptions options;
-    options.maxBytes = 31;
+    options.setMaxBytes(31);
     TunerProperties document;
     QVERIFY(!document.SetXmlDocument(xml, QStringLiteral("a"), problems, options));
     QCOMPARE(document.GetErrorString(),

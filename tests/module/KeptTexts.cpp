@@ -496,7 +496,7 @@ void keepSplitter(Keeper &keeper)
         KEEP(RepresentationSplitter, refusing, GetErrorString);
     };
     ReadLimits plainOnly;
-    plainOnly.acceptCompressed = false;
+    plainOnly.setAcceptCompressed(false);
     keepRefusal(bytes("00000000 00000000"), {});
     keepRefusal(bytes("C10CBB5F 80000000"), {});
     keepRefusal(bytes("C10CBB5F 7FFFFFFF"), {});

@@ -30,7 +30,10 @@ const QByteArray compressedHi = bytes("52475a31 0000001e 0000000f 7801 01 0f00 f
 
 ReadLimits limits(qint64 largestSize, qint64 largestExpandedSize, bool acceptCompressed)
 {
-    return {largestSize, largestExpandedSize, acceptCompressed};
+    return ReadLimits()
+        .setLargestSize(largestSize)
+        .setLargestExpandedSize(largestExpandedSize)
+        .setAcceptCompressed(acceptCompressed);
 }
 
 /// Zeros that take no memory until they are written to.
@@ -125,14 +128,14 @@ void ReadLimitsTest::init()
 void ReadLimitsTest::defaultsAreTheLimitsOfTheContract()
 {
     const ReadLimits defaults;
-    QCOMPARE(defaults.largestSize, Q_INT64_C(2147483392)); // 2 GiB less 256 bytes
-    QCOMPARE(defaults.largestExpandedSize, Q_INT64_C(1073741824)); // 1 GiB
-    QVERIFY(defaults.acceptCompressed);
+    QCOMPARE(defaults.largestSize(), Q_INT64_C(2147483392)); // 2 GiB less 256 bytes
+    QCOMPARE(defaults.largestExpandedSize(), Q_INT64_C(1073741824)); // 1 GiB
+    QVERIFY(defaults.acceptCompressed());
 
     const ReadLimits untrusted = ReadLimits::forUntrustedData();
-    QCOMPARE(untrusted.largestSize, Q_INT64_C(4194304));
-    QCOMPARE(untrusted.largestExpandedSize, Q_INT64_C(4194304));
-    QVERIFY(untrusted.acceptCompressed);
+    QCOMPARE(untrusted.largestSize(), Q_INT64_C(4194304));
+    QCOMPARE(untrusted.largestExpandedSize(), Q_INT64_C(4194304));
+    QVERIFY(untrusted.acceptCompressed());
 }
 
 void ReadLimitsTest::limitsApplyToBytesStreamsAndFiles_data()

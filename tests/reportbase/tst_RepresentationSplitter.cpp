@@ -29,7 +29,7 @@ const QByteArray compressedHi = bytes("52475a31 0000001e 0000000f 7801 01 0f00 f
 ReadLimits withSize(qint64 largestSize)
 {
     ReadLimits limits;
-    limits.largestSize = largestSize;
+    limits.setLargestSize(largestSize);
     return limits;
 }
 
@@ -191,7 +191,7 @@ void RepresentationSplitterTest::hostileLengthIsRefusedByItsEightBytes()
 void RepresentationSplitterTest::compressedDataAreRefusedUnlessAccepted()
 {
     ReadLimits limits;
-    limits.acceptCompressed = false;
+    limits.setAcceptCompressed(false);
     RepresentationSplitter splitter(noteClass, limits);
     splitter.Append(hi + compressedHi.left(8));
     QCOMPARE(taken(splitter), QVector<QByteArray>{hi});

@@ -132,7 +132,7 @@ void InputTest::changedFileIsAnError()
     QCOMPARE(refusal([&] { input.head(4); }), expected);
     QCOMPARE(refusal([&] { input.check(); }), expected);
     for (const Form form : {Form::Xml, Form::Tagged, Form::Compressed, Form::Snapshot, Form::Json}) {
-        const QString loading = refusal([&] { loadDocument(input, {form}); });
+        const QString loading = refusal([&] { loadDocument(input, LoadOptions().setForm(form)); });
         QVERIFY2(loading.startsWith(QString::fromUtf8(name()) + QStringLiteral(": ")), qPrintable(loading));
     }
 }
@@ -152,7 +152,9 @@ void InputTest::validationNeverSeesAnotherDocument()
     QFETCH(QByteArray, later);
     write("<TunerProperties Version=\"1.1\" type=\"SCP\" baseresource=\"b\" hwProcessing=\"\"/>");
     Input input((FileName(name())));
-    QCOMPARE(refusal([&] { loadDocument(input, {Form::Xml}, [&](const JobXml::Problem &) { write(later); }); }),
+    QCOMPARE(refusal([&] {
+                 loadDocument(input, LoadOptions().setForm(Form::Xml), [&](const JobXml::Problem &) { write(later); });
+             }),
              QString::fromUtf8(name()) + QStringLiteral(": changed while it was being read"));
 }
 

@@ -258,7 +258,8 @@ QString MergeConflict::text() const
 
 MergeResult merge(const TunerProperties &base, const TunerProperties &ours, const TunerProperties &theirs)
 {
-    MergeResult result{ours};
+    MergeResult result;
+    result.document = ours;
     ObjectEdit edit;
     Merging merging;
     merging.merge(Objects{base, ours, theirs}, {}, edit);

@@ -26,15 +26,31 @@ QString failureText(const QString &path, const QString &reason)
 
 } // namespace
 
+struct PatchFailure::Private
+{
+    QString path;
+    QString text;
+};
+
 PatchFailure::PatchFailure(const QString &path, const QString &reason)
-    : std::runtime_error(Printable::onOneLine(failureText(path, reason)).toStdString()), m_path(path),
-      m_text(failureText(path, reason))
+    : std::runtime_error(Printable::onOneLine(failureText(path, reason)).toStdString()),
+      d(std::make_shared<const Private>(Private{path, failureText(path, reason)}))
 {
 }
 
 PatchFailure::PatchFailure(const PatchFailure &) = default;
 
 PatchFailure::~PatchFailure() = default;
+
+QString PatchFailure::path() const
+{
+    return d->path;
+}
+
+QString PatchFailure::text() const
+{
+    return d->text;
+}
 
 /// Either lines, or differences of two documents, to which they refer.
 struct Patch::Changes

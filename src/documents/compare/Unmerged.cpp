@@ -12,6 +12,7 @@
 #include <tunerdocuments/Path.h>
 
 #include "documents/compare/Counterparts.h"
+#include "documents/findings/ModelMember.h"
 #include "documents/lint/LostTexts.h"
 #include "documents/lint/Report.h"
 #include "documents/xml/EncodedText.h"
@@ -91,11 +92,10 @@ private:
     /// Names and booleans that the reader refuses while it validates.
     void addRefused(QVector<Lost> &losses) const
     {
-        KeptItems kept;
         LoadOptions options;
-        options.form = Form::Xml;
+        options.setForm(Form::Xml);
         Document::fromBytes(m_input.bytes, QString(), options, [&](const Problem &problem) {
-            if (problem.line <= 0 || kept.contain(problem))
+            if (problem.line <= 0 || isAboutKeptItem(problem))
                 return;
             Finding finding = findingOf(problem);
             finding.steps = problem.steps;

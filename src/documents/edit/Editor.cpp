@@ -238,10 +238,7 @@ public:
     }
 
     /// The bytes were read before, so nothing limits how far they expand.
-    Document original() const
-    {
-        return Document::fromBytes(m_original, m_name, {m_document.form, std::numeric_limits<int>::max()});
-    }
+    Document original() const { return Document::fromBytes(m_original, m_name, ofAnySize()); }
 
     QByteArray toBytes() const
     {
@@ -280,14 +277,20 @@ private:
     /// What the edited text reads as, other than the description.
     QVector<Loss> differencesIn(const QByteArray &text) const { return m_document.lossesIn(text, m_document.form); }
 
+    LoadOptions ofAnySize() const
+    {
+        return LoadOptions().setForm(m_document.form).setMaxExpansion(std::numeric_limits<int>::max());
+    }
+
     /// What the edited text does not have must be what the form cannot hold.
     void requireFaithful() const
     {
         const QByteArray text = textInPlace();
         if (differencesIn(text).isEmpty())
             return;
-        const LoadOptions options{m_document.form, std::numeric_limits<int>::max()};
-        const auto read = [&](const QByteArray &bytes) { return Document::fromBytes(bytes, m_name, options).tuner; };
+        const auto read = [&](const QByteArray &bytes) {
+            return Document::fromBytes(bytes, m_name, ofAnySize()).tuner;
+        };
         const QString loss =
             avoidableLoss(m_document.tuner, read(text), read(m_document.toBytes(m_document.form, m_name)));
         if (!loss.isNull())

@@ -11,6 +11,7 @@
 #include <tunerdocuments/Finding.h>
 
 #include "documents/compare/Contents.h"
+#include "documents/findings/ModelMember.h"
 #include "documents/json/JsonForm.h"
 #include "documents/lint/LostTexts.h"
 #include "documents/values/FindMember.h"
@@ -135,12 +136,11 @@ Surrounded rootIn(const QByteArray &xml, const QVector<Step> &steps, const QStri
 void readElement(DataObject &item, const QVector<Step> &steps, const QByteArray &xml, const QString &name)
 {
     const Surrounded whole = rootIn(xml, steps, name);
-    KeptItems kept; // incomplete items are read nevertheless
     const auto refuseProblem = [&](const Problem &problem) {
-        if (problem.line > 0 && !kept.contain(problem))
+        if (problem.line > 0 && !isAboutKeptItem(problem)) // incomplete items are read nevertheless
             whole.failIn(name, problem.line, problem.column, findingOf(problem).message);
     };
-    const Document document = Document::fromBytes(whole.text, name, {Form::Xml}, refuseProblem);
+    const Document document = Document::fromBytes(whole.text, name, LoadOptions().setForm(Form::Xml), refuseProblem);
     const XmlMarkup markup(whole.text);
     visitLostTexts(document, markup, [&](const Finding &finding, int) {
         whole.failIn(name, finding.line, finding.column, finding.explained());
@@ -172,7 +172,7 @@ void readJson(DataObject &item, const QVector<Step> &steps, const QByteArray &js
     }
     const Surrounded whole = surroundedJson(json, steps);
     TunerProperties document;
-    constexpr int most = LoadOptions().maxProblems;
+    constexpr int most = LoadOptions::UsualProblems;
     Findings problems(most);
     const auto addProblem = [&](const JsonProblem &problem) {
         Finding finding;

@@ -40,7 +40,7 @@ void fulfill(DataObject &item, const QVector<Path::Condition> &conditions, const
 {
     for (const Path::Condition &condition : conditions) {
         try {
-            const Paths::Target target = Paths::find(item, Path({{condition.member}}).text());
+            const Paths::Target target = Paths::find(item, Path(QVector<Path::Step>{{condition.member}}).text());
             const QVariant value = TypedValue::parse(target.member, condition.text);
             if (target.member.IsSet() && target.member.GetValue() != value)
                 throw TypedValue::Mismatch(QStringLiteral("'%1' is also %2")

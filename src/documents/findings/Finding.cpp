@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <tunerdocuments/Finding.h>
 
+#include <QHash>
+
 #include <jobxml/Visit.h>
 
 #include <tunerdocuments/Path.h>
@@ -81,13 +83,14 @@ QString Finding::level() const
     return kind == Kind::Problem || isError ? QStringLiteral("error") : QStringLiteral("warning");
 }
 
-bool KeptItems::contain(const Problem &problem)
-{
-    const ModelMember *const member = memberOf(problem.steps, problem.member);
-    return member && member->kind == MemberKind::ObjectList;
-}
-
 namespace {
+
+/// The first findings of one kind, and the number of all.
+struct List
+{
+    QVector<Finding> listed;
+    qint64 count = 0;
+};
 
 /// The place of a member as a key.
 QString keyOf(const QVector<JobXml::Step> &steps, const QString &member)
@@ -100,9 +103,26 @@ QString keyOf(const QVector<JobXml::Step> &steps, const QString &member)
 
 } // namespace
 
+class Q_DECL_HIDDEN Findings::Private : public QSharedData
+{
+public:
+    explicit Private(int mostKept) : most(mostKept) { }
+
+    const List &shown() const { return problems.count > 0 ? problems : heldBack; }
+    List &shown() { return problems.count > 0 ? problems : heldBack; }
+    void noteRefused(const Problem &problem);
+    void describeValue(Finding &finding, const JobXml::TunerProperties &document) const;
+
+    int most;
+    List problems;
+    List heldBack; // what readers have refused
+    List warnings;
+    QHash<QString, QString> refused; // the names that readers have refused, by their members
+};
+
 /// Notes a name that a reader refuses, since the document does not have it: it then has a value without a name, which
 /// is a problem of its own. The last name counts, and the first one of a list.
-void Findings::noteRefused(const Problem &problem)
+void Findings::Private::noteRefused(const Problem &problem)
 {
     if (problem.value.isNull())
         return;
@@ -110,50 +130,12 @@ void Findings::noteRefused(const Problem &problem)
     if (!member || member->names.isEmpty())
         return;
     const QString key = keyOf(problem.steps, problem.member);
-    if (member->kind != MemberKind::EnumerationList || !m_refused.contains(key))
-        m_refused.insert(key, problem.value);
-}
-
-void Findings::add(const Problem &problem)
-{
-    if (problem.xmlOnly)
-        return;
-    noteRefused(problem);
-    const bool isInXml = problem.line > 0;
-    const bool isInRecords = !isInXml && problem.offset >= 0;
-    List &list = isInRecords || (isInXml && m_keptItems.contain(problem)) ? m_heldBack : m_problems;
-    if (list.listed.size() < m_most)
-        list.listed.append(findingOf(problem));
-    ++list.count;
-}
-
-void Findings::add(const Finding &finding)
-{
-    if (m_problems.listed.size() < m_most)
-        m_problems.listed.append(finding);
-    ++m_problems.count;
-}
-
-void Findings::addUnlisted(qint64 number)
-{
-    m_problems.count += number;
-}
-
-void Findings::describePaths(const JobXml::TunerProperties &document)
-{
-    Paths::Texts paths(document);
-    for (List *list : {&m_problems, &m_heldBack}) {
-        for (Finding &finding : list->listed) {
-            if (finding.hasLocation())
-                continue;
-            finding.path = paths.of(finding.steps);
-            describeValue(finding, document);
-        }
-    }
+    if (member->kind != MemberKind::EnumerationList || !refused.contains(key))
+        refused.insert(key, problem.value);
 }
 
 /// For a problem that the check of the model has found: it does not know the value.
-void Findings::describeValue(Finding &finding, const JobXml::TunerProperties &document) const
+void Findings::Private::describeValue(Finding &finding, const JobXml::TunerProperties &document) const
 {
     if (!finding.value.isNull() || finding.choices.isEmpty() || finding.member.isNull())
         return;
@@ -161,13 +143,101 @@ void Findings::describeValue(Finding &finding, const JobXml::TunerProperties &do
     if (const auto number = member ? Explanation::numberIn(member->GetValue()) : std::nullopt)
         Explanation::explainNumber(finding, *number);
     else
-        Explanation::explainText(finding, finding.steps, m_refused.value(keyOf(finding.steps, finding.member)));
+        Explanation::explainText(finding, finding.steps, refused.value(keyOf(finding.steps, finding.member)));
+}
+
+Findings::Findings() : Findings(std::numeric_limits<int>::max()) { }
+Findings::Findings(int most) : d(new Private(most)) { }
+Findings::Findings(const Findings &) = default;
+Findings::Findings(Findings &&) noexcept = default;
+Findings &Findings::operator=(const Findings &) = default;
+Findings &Findings::operator=(Findings &&) noexcept = default;
+Findings::~Findings() = default;
+
+int Findings::most() const
+{
+    return d->most;
+}
+
+void Findings::add(const Problem &problem)
+{
+    if (problem.xmlOnly)
+        return;
+    d->noteRefused(problem);
+    const bool isInXml = problem.line > 0;
+    const bool isInRecords = !isInXml && problem.offset >= 0;
+    List &list = isInRecords || (isInXml && isAboutKeptItem(problem)) ? d->heldBack : d->problems;
+    if (list.listed.size() < d->most)
+        list.listed.append(findingOf(problem));
+    ++list.count;
+}
+
+void Findings::add(const Finding &finding)
+{
+    List &problems = d->problems;
+    if (problems.listed.size() < d->most)
+        problems.listed.append(finding);
+    ++problems.count;
+}
+
+void Findings::addUnlisted(qint64 number)
+{
+    d->problems.count += number;
+}
+
+JobXml::ProblemVisitor Findings::collector()
+{
+    return [this](const Problem &problem) { add(problem); };
+}
+
+void Findings::describePaths(const JobXml::TunerProperties &document)
+{
+    Paths::Texts paths(document);
+    for (List *list : {&d->problems, &d->heldBack}) {
+        for (Finding &finding : list->listed) {
+            if (finding.hasLocation())
+                continue;
+            finding.path = paths.of(finding.steps);
+            d->describeValue(finding, document);
+        }
+    }
+}
+
+void Findings::changeProblems(const std::function<void(Finding &problem)> &change)
+{
+    for (Finding &finding : d->shown().listed)
+        change(finding);
 }
 
 void Findings::addWarnings(const QVector<Finding> &first, qint64 count)
 {
-    m_warnings.listed += first;
-    m_warnings.count += count;
+    d->warnings.listed += first;
+    d->warnings.count += count;
+}
+
+const QVector<Finding> &Findings::listed() const
+{
+    return d->shown().listed;
+}
+
+qint64 Findings::count() const
+{
+    return d->shown().count;
+}
+
+bool Findings::isEmpty() const
+{
+    return count() == 0;
+}
+
+const QVector<Finding> &Findings::warnings() const
+{
+    return d->warnings.listed;
+}
+
+qint64 Findings::warningCount() const
+{
+    return d->warnings.count;
 }
 
 QString countText(qint64 count, int listed, const QString &what)
@@ -187,8 +257,8 @@ QStringList Findings::lines(const QString &fileName, const QString &hint) const
             result.append(fileName + QStringLiteral(": ") + countText(list.count, int(list.listed.size()), what)
                           + hint);
     };
-    add(shown(), QStringLiteral("problems"));
-    add(m_warnings, QStringLiteral("warnings"));
+    add(d->shown(), QStringLiteral("problems"));
+    add(d->warnings, QStringLiteral("warnings"));
     return result;
 }
 

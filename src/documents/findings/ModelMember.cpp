@@ -62,4 +62,10 @@ const ModelMember *memberOf(const QVector<Step> &steps, const QString &name)
     return name.isNull() ? member : find(*member, name);
 }
 
+bool isAboutKeptItem(const Problem &problem)
+{
+    const ModelMember *const member = memberOf(problem.steps, problem.member);
+    return member && member->kind == MemberKind::ObjectList;
+}
+
 } // namespace TunerDocuments

@@ -23,4 +23,8 @@ struct ModelMember
 /// such member. Takes the same time for every document.
 const ModelMember *memberOf(const QVector<JobXml::Step> &steps, const QString &name);
 
+/// Whether a problem, one with a place in the document that was read, is about something that a reader refuses although
+/// the document then has it: an incomplete item of a list.
+bool isAboutKeptItem(const JobXml::Problem &problem);
+
 } // namespace TunerDocuments

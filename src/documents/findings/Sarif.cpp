@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include <QByteArrayList>
+
 #include <tunerdocuments/Lint.h>
 
 #include "json/JsonText.h"
@@ -92,22 +94,50 @@ Json resultJson(const Finding &finding, const QByteArray &uri)
 
 } // namespace
 
-Part::Part(const QByteArray &fileName) : m_uri(fileName.toPercentEncoding("/"))
+class Q_DECL_HIDDEN Part::Private : public QSharedData
 {
-    if (m_uri.startsWith('/'))
-        m_uri.prepend("file://");
+public:
+    void addNotification(const QString &level, const QString &text);
+
+    QByteArray uri;
+    QByteArray results; // with commas in between
+    QByteArrayList notifications;
+    bool isFailure = false;
+};
+
+void Part::Private::addNotification(const QString &level, const QString &text)
+{
+    Json json = Json::emptyObject();
+    json.insert("level", level.toUtf8());
+    json.insert("message", textObject(text));
+    insertFile(json.insert("locations", Json::emptyList()).append(Json::emptyObject()), uri);
+    notifications.append(JsonText::compact(json));
 }
+
+Part::Part(const QByteArray &fileName) : d(new Private)
+{
+    d->uri = fileName.toPercentEncoding("/");
+    if (d->uri.startsWith('/'))
+        d->uri.prepend("file://");
+}
+
+Part::Part(const Part &) = default;
+Part::Part(Part &&) noexcept = default;
+Part &Part::operator=(const Part &) = default;
+Part &Part::operator=(Part &&) noexcept = default;
+Part::~Part() = default;
 
 Part Part::at(const QUrl &url)
 {
     Part part{QByteArray()};
-    part.m_uri = url.toEncoded();
+    part.d->uri = url.toEncoded();
     return part;
 }
 
 void Part::add(const Finding &finding)
 {
-    m_results += (m_results.isEmpty() ? "\n" : ",\n") + JsonText::compact(resultJson(finding, m_uri));
+    QByteArray &results = d->results;
+    results += (results.isEmpty() ? "\n" : ",\n") + JsonText::compact(resultJson(finding, d->uri));
 }
 
 void Part::add(const Findings &findings, const QString &hint)
@@ -116,7 +146,7 @@ void Part::add(const Findings &findings, const QString &hint)
         for (const Finding &finding : listed)
             add(finding);
         if (count > listed.size())
-            addNotification(QStringLiteral("warning"), countText(count, int(listed.size()), what) + hint);
+            d->addNotification(QStringLiteral("warning"), countText(count, int(listed.size()), what) + hint);
     };
     addAll(findings.listed(), findings.count(), QStringLiteral("problems"));
     addAll(findings.warnings(), findings.warningCount(), QStringLiteral("warnings"));
@@ -124,23 +154,14 @@ void Part::add(const Findings &findings, const QString &hint)
 
 void Part::addFailure(const QString &why)
 {
-    addNotification(QStringLiteral("error"), why);
-    m_isFailure = true;
-}
-
-void Part::addNotification(const QString &level, const QString &text)
-{
-    Json json = Json::emptyObject();
-    json.insert("level", level.toUtf8());
-    json.insert("message", textObject(text));
-    insertFile(json.insert("locations", Json::emptyList()).append(Json::emptyObject()), m_uri);
-    m_notifications.append(JsonText::compact(json));
+    d->addNotification(QStringLiteral("error"), why);
+    d->isFailure = true;
 }
 
 qint64 Part::size() const
 {
-    qint64 sum = m_results.size();
-    for (const QByteArray &text : m_notifications)
+    qint64 sum = d->results.size();
+    for (const QByteArray &text : d->notifications)
         sum += text.size();
     return sum;
 }
@@ -164,10 +185,10 @@ public:
 
     void add(const Part &part)
     {
-        if (!part.m_results.isEmpty())
-            m_write(std::exchange(m_hasResults, true) ? ',' + part.m_results : part.m_results);
-        m_notifications += part.m_notifications;
-        m_isSuccessful = m_isSuccessful && !part.m_isFailure;
+        if (!part.d->results.isEmpty())
+            m_write(std::exchange(m_hasResults, true) ? ',' + part.d->results : part.d->results);
+        m_notifications += part.d->notifications;
+        m_isSuccessful = m_isSuccessful && !part.d->isFailure;
     }
 
     void end() const

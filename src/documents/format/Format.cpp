@@ -62,7 +62,7 @@ QByteArray formatted(const QByteArray &bytes, const QString &name, const LoadOpt
         if (result == bytes)
             return bytes;
         LoadOptions asBefore = options;
-        asBefore.form = before.form();
+        asBefore.setForm(before.form());
         checkResult(before, result, name, asBefore);
         return result;
     } catch (const CannotEdit &reason) {

@@ -116,8 +116,8 @@ private:
 
 Form formOf(const Source &source, const LoadOptions &options)
 {
-    if (options.form)
-        return *options.form;
+    if (options.form())
+        return *options.form();
     if (const auto form = Forms::byContent(source.head()))
         return *form;
     if (const auto form = Forms::bySuffix(source.name()))
@@ -150,7 +150,7 @@ void prepare(QDataStream &stream)
 void loadByLibrary(TunerProperties &tuner, const Source &source, Form form, const ProblemVisitor &visitor)
 {
     ReadOptions options;
-    options.validate = bool(visitor);
+    options.setValidate(bool(visitor));
     QString failure;
     const auto visit = [&](const Problem &problem) {
         if (problem.isUnreadable)
@@ -227,7 +227,7 @@ Document loadFrom(const Source &source, const LoadOptions &options, const Proble
     switch (document.form) {
     case Form::Tagged:
     case Form::Compressed:
-        checkExpansion(source, options.maxExpansion);
+        checkExpansion(source, options.maxExpansion());
         Q_FALLTHROUGH();
     case Form::Xml:
         loadByLibrary(document.tuner, source, document.form, visitor);
@@ -236,7 +236,7 @@ Document loadFrom(const Source &source, const LoadOptions &options, const Proble
         loadSnapshot(document.tuner, source);
         break;
     case Form::Json:
-        loadJson(document.tuner, source, options.maxProblems);
+        loadJson(document.tuner, source, options.maxProblems());
         break;
     }
     // What the readers of these two forms accept and a validating one would not is in the document.
@@ -273,7 +273,9 @@ QByteArray plainSnapshotOf(const TunerProperties &tuner)
 /// The description in a document that was written, which is complete.
 TunerProperties readBack(const QByteArray &bytes, Form form)
 {
-    return Document::fromBytes(bytes, QString(), {form, std::numeric_limits<int>::max()}).tuner;
+    return Document::fromBytes(bytes, QString(),
+                               LoadOptions().setForm(form).setMaxExpansion(std::numeric_limits<int>::max()))
+        .tuner;
 }
 
 QByteArray snapshotOf(const TunerProperties &tuner, const QString &name)
@@ -317,13 +319,30 @@ QByteArray bytesOf(TunerProperties &tuner, Form form, const QString &name)
 
 } // namespace
 
+struct InvalidContent::Private
+{
+    QString name;
+    Findings problems;
+};
+
 InvalidContent::InvalidContent(const QString &name, const Findings &problems)
-    : DocumentError(problems.lines(name).join(QLatin1Char('\n'))), m_name(name), m_problems(problems)
+    : DocumentError(problems.lines(name).join(QLatin1Char('\n'))),
+      d(std::make_shared<const Private>(Private{name, problems}))
 {
 }
 
 InvalidContent::InvalidContent(const InvalidContent &) = default;
 InvalidContent::~InvalidContent() = default;
+
+const QString &InvalidContent::name() const
+{
+    return d->name;
+}
+
+const Findings &InvalidContent::problems() const
+{
+    return d->problems;
+}
 
 Document::Document() = default;
 Document::Document(const TunerProperties &description, Form asForm) : tuner(description), form(asForm) { }

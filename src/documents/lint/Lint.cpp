@@ -18,31 +18,28 @@ using REPORTGENERATOR::XmlMarkup;
 
 namespace TunerDocuments {
 
+namespace {
+
+LintRule describe(const Rule &rule)
+{
+    LintRule result;
+    result.name = QString::fromLatin1(rule.name);
+    result.finds = QString::fromLatin1(rule.finds);
+    result.why = QString::fromLatin1(rule.why);
+    return result;
+}
+
+} // namespace
+
 const QVector<LintRule> &lintRules()
 {
     static const QVector<LintRule> rules = [] {
         QVector<LintRule> result;
         for (const Rule &rule : allRules())
-            result.append(
-                {QString::fromLatin1(rule.name), QString::fromLatin1(rule.finds), QString::fromLatin1(rule.why)});
+            result.append(describe(rule));
         return result;
     }();
     return rules;
-}
-
-LintOptions LintOptions::lostByReading()
-{
-    const QStringList wanted = {QStringLiteral("not-a-number"),         QStringLiteral("number-out-of-range"),
-                                QStringLiteral("not-a-boolean"),        QStringLiteral("unknown-attribute"),
-                                QStringLiteral("unknown-element"),      QStringLiteral("repeated-member"),
-                                QStringLiteral("repeated-alternative"), QStringLiteral("stray-text"),
-                                QStringLiteral("element-in-value")};
-    LintOptions options;
-    for (const LintRule &rule : lintRules()) {
-        if (!wanted.contains(rule.name))
-            options.disabled.append(rule.name);
-    }
-    return options;
 }
 
 namespace {
@@ -95,7 +92,7 @@ qint64 lintXml(const Task &task, Report &report)
     report.beginWalk();
     const bool hasComments = applyComments(markup, report);
     Places places(markup);
-    Places *const needed = hasComments || task.options.most > 0 ? &places : nullptr;
+    Places *const needed = hasComments || task.options.most() > 0 ? &places : nullptr;
     quint64 rules = everyRule & ~rulesAboutText();
     if (!lintText(markup, report, needed))
         rules &= ~rulesAboutAlternatives();
@@ -130,7 +127,7 @@ qint64 lintJson(const Task &task, Report &report)
 {
     const TunerProperties &tuner = task.document.tuner;
     report.beginWalk();
-    if (task.options.most <= 0) { // no finding needs a place
+    if (task.options.most() <= 0) { // no finding needs a place
         lintVersion(tuner.GetInitialVersionLoaded(), JsonPlaces::none, tuner, report);
         return lintModel(task.document, report, task.visitor);
     }
@@ -179,7 +176,7 @@ qint64 lint(const Document &document, const QByteArray &text, const FindingVisit
 void lint(const Document &document, const QByteArray &text, Findings &findings, const LintOptions &options)
 {
     LintOptions kept = options;
-    kept.most = std::min(options.most, qint64(findings.most()));
+    kept.setMost(std::min(options.most(), qint64(findings.most())));
     QVector<Finding> warnings;
     const FindingVisitor visitor = [&](const Finding &finding) { warnings.append(finding); };
     const qint64 count = lintWithText({document, text, visitor, kept, &findings});

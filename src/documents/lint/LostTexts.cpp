@@ -16,12 +16,12 @@ namespace {
 /// the text that is lost.
 LintOptions rulesAboutLosses()
 {
-    LintOptions options = LintOptions::lostByReading();
-    options.disabled.removeAll(QStringLiteral("unknown-version"));
-    options.disabled.removeAll(QStringLiteral("reset-by-version"));
-    options.disabled += {QStringLiteral("repeated-member"), QStringLiteral("repeated-alternative"),
-                         QStringLiteral("stray-text"), QStringLiteral("element-in-value")};
-    return options;
+    QStringList disabled = LintOptions::lostByReading().disabled();
+    disabled.removeAll(QStringLiteral("unknown-version"));
+    disabled.removeAll(QStringLiteral("reset-by-version"));
+    disabled += {QStringLiteral("repeated-member"), QStringLiteral("repeated-alternative"),
+                 QStringLiteral("stray-text"), QStringLiteral("element-in-value")};
+    return LintOptions().setDisabled(disabled);
 }
 
 } // namespace

@@ -61,9 +61,9 @@ void LineCounter::advanceTo(int offset)
 }
 
 Report::Report(const Document &document, const LintOptions &options)
-    : m_tuner(document.tuner), m_most(std::max(options.most, qint64(0))), m_errors(bitsOf(options.errors))
+    : m_tuner(document.tuner), m_most(std::max(options.most(), qint64(0))), m_errors(bitsOf(options.errors()))
 {
-    const quint64 disabled = bitsOf(options.disabled);
+    const quint64 disabled = bitsOf(options.disabled());
     for (std::size_t i = 0; i < allRules().size(); ++i)
         m_enabled |= bitOf(int(i)) & ~disabled;
 }

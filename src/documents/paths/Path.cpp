@@ -19,6 +19,11 @@ PathFailure::PathFailure(const PathFailure &) = default;
 
 PathFailure::~PathFailure() = default;
 
+QString PathFailure::text() const
+{
+    return QString::fromUtf8(what());
+}
+
 Path::Path() = default;
 Path::Path(const QVector<Step> &steps) : m_steps(steps) { }
 Path::Path(const Path &) = default;

@@ -2,6 +2,8 @@
 #include <tunerdocuments/Schema.h>
 
 #include <QFile>
+#include <QHash>
+#include <QStringList>
 #include <QXmlStreamReader>
 
 // Q_INIT_RESOURCE must be outside of any namespace. It links the resources of a static library.
@@ -47,12 +49,27 @@ QByteArray model()
     return resource(QStringLiteral("model.json"));
 }
 
-Annotations::Annotations()
+class Q_DECL_HIDDEN Annotations::Private
 {
-    read(Schema::text());
-}
+public:
+    explicit Private(const QByteArray &schema);
 
-void Annotations::read(const QByteArray &schema)
+    QString ofClass(const QString &name) const;
+    Member ofMember(const QString &className, const QString &name) const;
+
+private:
+    struct Type
+    {
+        QString text;
+        QHash<QString, Member> members;
+        QStringList groups; // attribute groups, which are types, too
+    };
+
+    QHash<QString, QString> m_typeOfElement;
+    QHash<QString, Type> m_types;
+};
+
+Annotations::Private::Private(const QByteArray &schema)
 {
     QXmlStreamReader reader(schema);
     QString typeName; // of the current top-level declaration
@@ -99,12 +116,12 @@ void Annotations::read(const QByteArray &schema)
         qFatal("the schema in the program is damaged: %s", qUtf8Printable(reader.errorString()));
 }
 
-QString Annotations::ofClass(const QString &name) const
+QString Annotations::Private::ofClass(const QString &name) const
 {
     return m_types.value(m_typeOfElement.value(name)).text;
 }
 
-Annotations::Member Annotations::ofMember(const QString &className, const QString &name) const
+Annotations::Member Annotations::Private::ofMember(const QString &className, const QString &name) const
 {
     const Type type = m_types.value(m_typeOfElement.value(className));
     Member member = type.members.value(name);
@@ -115,6 +132,18 @@ Annotations::Member Annotations::ofMember(const QString &className, const QStrin
     if (member.text.isEmpty())
         member.text = ofClass(name);
     return member;
+}
+
+Annotations::Annotations() : d(std::make_shared<const Private>(Schema::text())) { }
+
+QString Annotations::ofClass(const QString &name) const
+{
+    return d->ofClass(name);
+}
+
+Annotations::Member Annotations::ofMember(const QString &className, const QString &name) const
+{
+    return d->ofMember(className, name);
 }
 
 } // namespace Schema

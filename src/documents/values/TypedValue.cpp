@@ -23,6 +23,11 @@ Mismatch::Mismatch(const Mismatch &) = default;
 
 Mismatch::~Mismatch() = default;
 
+QString Mismatch::text() const
+{
+    return QString::fromUtf8(what());
+}
+
 namespace {
 
 QString quotedWord(const QString &text)

@@ -87,7 +87,7 @@ private:
         TunerProperties read;
         read.SetValidate(false);
         ReadOptions options;
-        options.validate = false;
+        options.setValidate(false);
         bool isReadable = true;
         const auto noteEnd = [&](const Problem &problem) { isReadable = isReadable && !problem.isUnreadable; };
         read.SetXmlDocument(steps.isEmpty() ? element : skeletonAround(steps, element), QString(), noteEnd, options);

@@ -194,7 +194,7 @@ void LintTest::onlyTheFirstFindingsAreVisitedAndAllAreCounted()
     QCOMPARE(all.findings.size(), 19);
     for (const int most : {0, 1, 7, 19, 20}) {
         LintOptions options;
-        options.most = most;
+        options.setMost(most);
         const Result some = lintOf(xml, options);
         QCOMPARE(some.count, qint64(19));
         QCOMPARE(some.lines, all.lines.mid(0, most));
@@ -217,7 +217,7 @@ void LintTest::firstFindingsAreThoseOfTheText()
     QCOMPARE(all.findings.size(), 21);
     for (int most = 0; most <= all.findings.size() + 1; ++most) {
         LintOptions options;
-        options.most = most;
+        options.setMost(most);
         const Result some = lintOf(xml, options);
         QCOMPARE(some.count, qint64(21));
         QCOMPARE(some.lines, all.lines.mid(0, most));
@@ -258,7 +258,7 @@ void LintTest::findingHasStepsAndMember()
 void LintTest::ruleMayBeAnError()
 {
     LintOptions options;
-    options.errors = QStringList{QStringLiteral("not-a-number")};
+    options.setErrors({QStringLiteral("not-a-number")});
     const QByteArray xml = inValue("<ValueInt id=\"i\" value=\"x\" y=\"\"/>");
     const Result result = lintOf(xml, options);
     QCOMPARE(result.findings.size(), 2);
@@ -290,7 +290,10 @@ void LintTest::unknownRuleInTheOptionsThrows()
 {
     QFETCH(bool, isDisabled);
     LintOptions options;
-    (isDisabled ? options.disabled : options.errors) = QStringList{QStringLiteral("lost-decimal")};
+    if (isDisabled)
+        options.setDisabled({QStringLiteral("lost-decimal")});
+    else
+        options.setErrors({QStringLiteral("lost-decimal")});
     try {
         lint(Document(), {}, options);
         QFAIL("nothing was thrown");
@@ -496,7 +499,7 @@ void LintTest::randomDocumentsStayUnchanged()
         const QByteArray before = content();
         const Result result = lintOf(document, {});
         LintOptions counting;
-        counting.most = 0;
+        counting.setMost(0);
         QCOMPARE(lint(document, {}, counting), result.count);
         QCOMPARE(qint64(result.findings.size()), result.count);
         QCOMPARE(content(), before);
@@ -530,7 +533,7 @@ void LintTest::findingsOfRandomDocumentsAreAtTheirPlaces()
         const QStringList textLines = QString::fromUtf8(xml).split(QLatin1Char('\n'));
         const Result result = lintOf(document, xml);
         LintOptions counting;
-        counting.most = 0;
+        counting.setMost(0);
         QCOMPARE(lint(document, xml, {}, counting), result.count);
         for (const Finding &finding : result.findings) {
             const QString text = textAt(textLines, finding);
@@ -578,7 +581,7 @@ void LintTest::timeIsProportionalToTheSize()
         const QByteArray xml = before + repeated.repeated(count) + after;
         const Document document = Document::fromBytes(xml, fileName);
         LintOptions options;
-        options.most = most;
+        options.setMost(most);
         const std::clock_t start = std::clock();
         lintOf(document, xml, options);
         return double(std::clock() - start) / CLOCKS_PER_SEC;

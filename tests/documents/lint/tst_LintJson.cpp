@@ -240,7 +240,7 @@ void LintJsonTest::versionThatIsNotThePresentOneIsFound()
     const QByteArray json = "{\"TunerProperties\": {" + version + "}}";
     QCOMPARE(linesOf(json).join(QLatin1Char('\n')), expected);
     LintOptions counting;
-    counting.most = 0;
+    counting.setMost(0);
     QCOMPARE(lint(Document::fromBytes(json, fileName), json, {}, counting), qint64(expected.isEmpty() ? 0 : 1));
 }
 
@@ -253,7 +253,7 @@ void LintJsonTest::wrongTextHasNoEffect()
     for (const char *text : {"", "{", "<TunerProperties/>"})
         QCOMPARE(linesOf(json, text), QStringList{QStringLiteral("a.json: ") + path});
     LintOptions options;
-    options.disabled = QStringList{QStringLiteral("reset-by-version")};
+    options.setDisabled({QStringLiteral("reset-by-version")});
     for (const char *text : {"[]", "{}", "0"})
         QCOMPARE(linesOf(json, text, options), QStringList{QStringLiteral("a.json: ") + path});
     QCOMPARE(linesOf(json, "{\"TunerProperties\": {\"Component\": 1}}", options),
@@ -288,7 +288,7 @@ void LintJsonTest::findingsOfRandomDocumentsAreAtTheirPlaces()
             ++examined;
         });
         LintOptions counting;
-        counting.most = 0;
+        counting.setMost(0);
         QCOMPARE(lint(document, json, {}, counting), count);
     }
     QVERIFY2(examined > 500, qPrintable(QString::number(examined)));

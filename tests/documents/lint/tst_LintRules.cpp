@@ -125,7 +125,7 @@ void LintRulesTest::disabledRuleIsTheOnlyOneThatFindsNothing()
     QFETCH(QString, rule);
     QFETCH(QByteArray, found);
     LintOptions options;
-    options.disabled = QStringList{rule};
+    options.setDisabled({rule});
     checkThatOthersStay(found, found, rule, options);
 }
 

@@ -17,7 +17,7 @@ namespace Options {
 
 namespace {
 
-constexpr int usualExpansion = LoadOptions().maxExpansion;
+constexpr int usualExpansion = LoadOptions::UsualExpansion;
 constexpr int mostExpansion = 1100; // beyond what zlib reaches; the library has the same limit
 
 /// ".xml, .tpb, .tpz, .tps or .json"
@@ -200,8 +200,10 @@ int numberOf(const Invocation &invocation, const Option &option, int most, int u
 
 LoadOptions loading(const Invocation &invocation, const Option &formOption)
 {
-    return {form(invocation, formOption), numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion),
-            problemCount(invocation)};
+    return LoadOptions()
+        .setForm(form(invocation, formOption))
+        .setMaxExpansion(numberOf(invocation, maxExpansion(), mostExpansion, usualExpansion))
+        .setMaxProblems(problemCount(invocation));
 }
 
 namespace {
@@ -226,10 +228,7 @@ QStringList rules(const Invocation &invocation, const Option &option)
 
 LintOptions linting(const Invocation &invocation)
 {
-    LintOptions options;
-    options.disabled = rules(invocation, disable());
-    options.errors = rules(invocation, error());
-    return options;
+    return LintOptions().setDisabled(rules(invocation, disable())).setErrors(rules(invocation, error()));
 }
 
 QString expansionNote(const QByteArray &bytes, const QString &fileName)

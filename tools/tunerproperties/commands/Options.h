@@ -50,6 +50,6 @@ void checkStandardInput(const QVector<FileName> &inputs);
 /// The value of --max-problems, or the default. Throws WrongUsage.
 int problemCount(const Invocation &invocation);
 
-constexpr int usualProblemCount = TunerDocuments::LoadOptions().maxProblems;
+constexpr int usualProblemCount = TunerDocuments::LoadOptions::UsualProblems;
 
 } // namespace Options

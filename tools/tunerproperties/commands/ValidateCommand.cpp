@@ -63,7 +63,7 @@ ExitStatus run(const Invocation &invocation)
             lint(document, text, outcome.findings, linting);
             isValid = isValid && outcome.findings.warningCount() == 0;
         } else if (isLinted) {
-            linting.most = 0;
+            linting.setMost(0);
             outcome.warningCount = lint(document, text, {}, linting);
             if (files.size() == 1 && !settings.json)
                 outcome.note = noteOn(files.first(), outcome);

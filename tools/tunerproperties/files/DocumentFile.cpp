@@ -24,8 +24,8 @@ QString usualFormOption()
 
 Form formOf(Input &input, const LoadOptions &options, const QString &formOption)
 {
-    if (options.form)
-        return *options.form;
+    if (options.form())
+        return *options.form();
     if (const auto form = Forms::byContent(input.head(headSize)))
         return *form;
     if (const auto form = Forms::bySuffix(QString::fromLatin1(input.name().bytes())))
@@ -62,8 +62,8 @@ namespace {
 template <class Load>
 auto checked(Input &input, LoadOptions options, const Load &load, const QString &formOption = usualFormOption())
 {
-    options.form = formOf(input, options, formOption);
-    checkExpansion(input, *options.form, options.maxExpansion);
+    options.setForm(formOf(input, options, formOption));
+    checkExpansion(input, *options.form(), options.maxExpansion());
     try {
         auto result = load(options);
         input.check();
@@ -88,9 +88,9 @@ Document loadDocumentWithText(Input &input, LoadOptions options, const JobXml::P
     // Larger files, and what certainly has another form, are read piece by piece up to the first error.
     constexpr qint64 largestAtOnce = qint64(256) << 20;
     return checked(input, options, [&](const LoadOptions &known) {
-        if (known.form != Form::Xml && known.form != Form::Json)
+        if (known.form() != Form::Xml && known.form() != Form::Json)
             return Document::load(input.file(), known, visitor);
-        if (input.file().size() <= largestAtOnce && Forms::byContent(input.head(headSize)) == known.form) {
+        if (input.file().size() <= largestAtOnce && Forms::byContent(input.head(headSize)) == known.form()) {
             text = input.bytes();
             return Document::fromBytes(text, input.shownName(), known, visitor);
         }
@@ -113,7 +113,7 @@ FormattedDocument formatDocument(Input &input, const LoadOptions &options)
 {
     return checked(input, options, [&](const LoadOptions &known) {
         const QByteArray bytes = input.bytes();
-        return FormattedDocument{*known.form, bytes, TunerDocuments::formatted(bytes, input.shownName(), known)};
+        return FormattedDocument{*known.form(), bytes, TunerDocuments::formatted(bytes, input.shownName(), known)};
     });
 }
 
