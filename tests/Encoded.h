@@ -4,8 +4,8 @@
 #include <QByteArray>
 #include <QString>
 
-/// The bytes of a text, including a byte order mark. Encodings with a byte for each character must have these characters
-/// where Latin-1 has them.
+/// The bytes of a text, including a byte order mark. Encodings with a byte for each character must have these
+/// characters where Latin-1 has them.
 inline QByteArray encoded(const QByteArray &encoding, const QString &text)
 {
     if (encoding == "UTF-8")

@@ -62,7 +62,7 @@ private:
         const QPointer<DocumentReceiver> self(this); // null once a slot has deleted the receiver
         while (const std::optional<QByteArray> bytes = m_splitter.Take()) {
             QString why;
-            if (const auto tuner = JobXml::TunerProperties::fromBinary(*bytes, &why, limits))
+            if (const auto tuner = JobXml::TunerProperties::fromBinary(*bytes, &why, m_limits))
                 Q_EMIT received(*tuner);
             else
                 Q_EMIT failed(why); // only this document; its length was correct, so the next one can be read
@@ -78,9 +78,10 @@ private:
             Q_EMIT failed(refusal);
     }
 
-    static constexpr auto limits = REPORTGENERATOR::ReadLimits::forUntrustedData(); // 4 MiB, also when expanded
+    const REPORTGENERATOR::ReadLimits m_limits =
+        REPORTGENERATOR::ReadLimits::forUntrustedData(); // 4 MiB, also when expanded
     QPointer<QIODevice> m_socket; // null once the device is destroyed
-    REPORTGENERATOR::RepresentationSplitter m_splitter{JobXml::TunerProperties::GetId(), limits};
+    REPORTGENERATOR::RepresentationSplitter m_splitter{JobXml::TunerProperties::GetId(), m_limits};
     bool m_hasEnded = false;
 };
 

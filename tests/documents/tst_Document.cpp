@@ -274,7 +274,9 @@ void DocumentTest::lossesAreAllDifferences()
             continue;
         TunerProperties written;
         try {
-            written = Document::fromBytes(bytes, QStringLiteral("f"), {Form(form), 2000}).tuner;
+            written =
+                Document::fromBytes(bytes, QStringLiteral("f"), LoadOptions().setForm(Form(form)).setMaxExpansion(2000))
+                    .tuner;
         } catch (const DocumentError &) {
             continue; // the snapshot of an incomplete document
         }

@@ -204,7 +204,8 @@ void NewProblemsTest::editorKeepsTheOriginal()
     QFETCH(int, form);
     const Document before(with(complete("a")), Form(form));
     const QByteArray bytes = before.toBytes(before.form, QString());
-    Editor editor(Document::fromBytes(bytes, QStringLiteral("f"), {before.form, 50}), bytes, QStringLiteral("f"));
+    Editor editor(Document::fromBytes(bytes, QStringLiteral("f"), LoadOptions().setForm(before.form)), bytes,
+                  QStringLiteral("f"));
     editor.set(QStringLiteral("baseresource"), QStringLiteral("c"));
     editor.remove({QStringLiteral("Component")});
     QVERIFY(editor.original().tuner == before.tuner);

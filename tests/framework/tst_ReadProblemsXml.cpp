@@ -321,7 +321,7 @@ void ReadProblemsXmlTest::documentInMemoryThatIsTooLargeIsRefused()
     QVERIFY(problems[0].isUnreadable);
     QVERIFY(!document.IsInitialized());
 
-    options = {32, true, false};
+    options.setMaxBytes(32).setValidate(false);
     QVERIFY(document.SetXmlDocument(xml, QStringLiteral("a"), problems, options));
     QCOMPARE(document.GetErrorString(), QString());
 }

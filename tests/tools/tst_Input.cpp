@@ -13,6 +13,7 @@
 #include <QTest>
 
 using TunerDocuments::Form;
+using TunerDocuments::LoadOptions;
 
 /// All readers of one document see the same, complete bytes, or reading fails.
 class InputTest : public QObject
