@@ -6,6 +6,7 @@
 #   qt6     what takes the place of Qt 5 to build and test with Qt 6
 #   ci      the other legs of the continuous integration and the scripts for developers
 #   bench   the benchmark, with all peers that the library is compared with
+#   abi     comparing the binary interface with its record, with both Qts
 #   package building and trying the Debian packages
 #   docs    writing the manual
 #   browser testing the pages for a browser
@@ -46,6 +47,11 @@ bench_packages=(
     libjemalloc2           # an allocator to compare with
 )
 
+abi_packages=(
+    "${qt6_packages[@]}"
+    abigail-tools # abidw and abidiff
+)
+
 package_packages=(
     dpkg-dev lintian
     file binutils # by which CPack inspects libraries
@@ -68,10 +74,11 @@ for set in "${@:-build}"; do
     qt6) packages+=("${qt6_packages[@]}") ;;
     ci) packages+=("${ci_packages[@]}") ;;
     bench) packages+=("${bench_packages[@]}") ;;
+    abi) packages+=("${abi_packages[@]}") ;;
     package) packages+=("${package_packages[@]}") ;;
     docs) packages+=("${docs_packages[@]}") ;;
     browser) packages+=("${browser_packages[@]}") ;;
-    *) die "unknown set of packages '$set'; there are: build qt6 ci bench package docs browser" ;;
+    *) die "unknown set of packages '$set'; there are: build qt6 ci bench abi package docs browser" ;;
     esac
 done
 

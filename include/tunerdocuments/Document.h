@@ -80,7 +80,7 @@ struct TUNERDOCUMENTS_EXPORT Loss
 {
     /// Nothing.
     Loss() = default;
-    /// That content at the path, and what becomes of it.
+    /// That content at the path, and what is written of it.
     Loss(const QString &ofPath, const QString &content, const QString &written, const QString &happens = {})
         : path(ofPath), before(content), after(written), what(happens)
     {

@@ -1,0 +1,32 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Checks that all places that have the version and its date agree: check_release.py FOLDER"""
+
+import re
+import sys
+from pathlib import Path
+
+top = Path(sys.argv[1])
+errors = []
+
+
+def found(name: str, pattern: str) -> str:
+    """What the pattern finds first in the file."""
+    match = re.search(pattern, (top / name).read_text(encoding="utf-8"), re.MULTILINE)
+    if not match:
+        sys.exit(f"{name}: nothing fits {pattern}")
+    return match[1]
+
+
+def expect(name: str, pattern: str, expected: str) -> None:
+    if found(name, pattern) != expected:
+        errors.append(f"{name}: expected {expected}, not {found(name, pattern)}")
+
+
+version = found("CMakeLists.txt", r"^project\(TunerProperties VERSION (\S+)")
+date = found("CMakeLists.txt", r"^set\(TunerProperties_DATE (\S+)\)")
+expect("CHANGELOG.md", r"^## (.*)$", f"[{version}] - {date}")
+debian = "debian" if (top / "debian" / "changelog").exists() else "packaging/debian"
+expect(f"{debian}/changelog", r"^tunerproperties \(([^-)]+)", version)
+
+sys.exit("\n".join(errors))
