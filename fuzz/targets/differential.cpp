@@ -145,7 +145,7 @@ private:
     /// Numbers have two decimals; texts are not null, and are UTF-8, which has no half of a surrogate pair.
     static QString normal(const QVariant &value)
     {
-        if (value.type() != QVariant::Double && int(value.type()) != QMetaType::Float)
+        if (value.userType() != QMetaType::Double && value.userType() != QMetaType::Float)
             return QString::fromUtf8(value.toString().toUtf8()) + QLatin1Char(';');
         const QString text = QString::number(value.toDouble(), 'f', 2);
         return text == QLatin1String("-0.00") ? text.mid(1) : text;

@@ -68,7 +68,7 @@ struct Seen
 };
 
 /// Whether a document type holds declarations: a '[' that is not in quotes.
-bool hasSubset(const QStringRef &documentType)
+bool hasSubset(QStringView documentType)
 {
     QChar quote;
     for (const QChar character : documentType) {

@@ -74,7 +74,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const BandwidthSelection &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const BandwidthSelection &object, HashValue seed = 0);
 
 } // namespace JobXml
 

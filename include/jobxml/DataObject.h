@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <utility>
 
+#include <QHash>
 #include <QMetaType>
 #include <QStringList>
 #include <QVector>
@@ -27,6 +28,9 @@ namespace JobXml {
 
 struct Block;
 struct ClassInfo;
+
+/// What qHash() takes as its seed and returns: `uint` in Qt 5, `size_t` in Qt 6.
+using HashValue = decltype(qHash(0));
 
 /// One step of a path: from an object to one of its children. No later version adds members.
 struct Step

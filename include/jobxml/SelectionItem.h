@@ -75,7 +75,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const SelectionItem &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const SelectionItem &object, HashValue seed = 0);
 
 } // namespace JobXml
 

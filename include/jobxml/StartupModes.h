@@ -104,7 +104,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const StartupModes &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const StartupModes &object, HashValue seed = 0);
 
 /// Writes a value as spelled in C++, or its number if it has no name.
 JOBXML_EXPORT QDebug operator<<(QDebug debug, StartupModes::StartupMode value);

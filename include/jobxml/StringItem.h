@@ -60,7 +60,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const StringItem &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const StringItem &object, HashValue seed = 0);
 
 } // namespace JobXml
 

@@ -72,7 +72,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const ValueFloat &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const ValueFloat &object, HashValue seed = 0);
 
 } // namespace JobXml
 

@@ -71,7 +71,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const ValueInt &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const ValueInt &object, HashValue seed = 0);
 
 } // namespace JobXml
 

@@ -112,7 +112,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const ValueNumericFloat &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const ValueNumericFloat &object, HashValue seed = 0);
 
 } // namespace JobXml
 

@@ -112,7 +112,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const ValueNumericInt &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const ValueNumericInt &object, HashValue seed = 0);
 
 } // namespace JobXml
 

@@ -111,7 +111,7 @@ public:
 };
 
 /// Equal objects have the same hash.
-JOBXML_EXPORT uint qHash(const ValueNumericInt64 &object, uint seed = 0);
+JOBXML_EXPORT HashValue qHash(const ValueNumericInt64 &object, HashValue seed = 0);
 
 } // namespace JobXml
 

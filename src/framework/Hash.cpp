@@ -9,7 +9,7 @@ namespace JobXml {
 
 namespace {
 
-uint hashOf(const QVariant &value, uint seed)
+HashValue hashOf(const QVariant &value, HashValue seed)
 {
     switch (value.userType()) {
     case QMetaType::QString:
@@ -33,9 +33,9 @@ uint hashOf(const QVariant &value, uint seed)
 
 } // namespace
 
-uint hashOf(const DataObject &object, uint seed)
+HashValue hashOf(const DataObject &object, HashValue seed)
 {
-    uint hash = seed;
+    HashValue hash = seed;
     int position = 0;
     visit(object, [&](const MemberView &member) {
         ++position;

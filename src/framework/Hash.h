@@ -7,6 +7,6 @@ namespace JobXml {
 
 /// The hash of an object's set members, which are the ones that equality compares. Only for classes that compare every
 /// member by the flags of both objects.
-uint hashOf(const DataObject &object, uint seed);
+HashValue hashOf(const DataObject &object, HashValue seed);
 
 } // namespace JobXml

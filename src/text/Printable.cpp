@@ -112,7 +112,7 @@ QString escapedText(const QString &text, bool quotes)
         if (quotes && (character == '"' || character == '\\'))
             result += QLatin1Char('\\');
         if (isPrintable(character))
-            result += QStringView(text).mid(i, isPair ? 2 : 1);
+            result.append(text.constData() + i, isPair ? 2 : 1);
         else
             result += escape(character);
         i += isPair ? 1 : 0;

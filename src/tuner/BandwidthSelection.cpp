@@ -42,7 +42,7 @@ BandwidthSelection::~BandwidthSelection() = default;
 bool BandwidthSelection::operator==(const BandwidthSelection &other) const { return areEqual(*this, other); }
 bool BandwidthSelection::operator!=(const BandwidthSelection &other) const { return !areEqual(*this, other); }
 void BandwidthSelection::swap(BandwidthSelection &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const BandwidthSelection &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const BandwidthSelection &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<BandwidthSelection> BandwidthSelection::fromXml(const QString &xml, QString *error) { return newFromXml<BandwidthSelection>(xml, error); }
 std::optional<BandwidthSelection> BandwidthSelection::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

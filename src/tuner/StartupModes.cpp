@@ -248,7 +248,7 @@ QString StartupModes::trUtf8(const char *sourceText, const char *disambiguation,
     return tr(sourceText, disambiguation, n);
 }
 
-uint qHash(const StartupModes &object, uint seed)
+HashValue qHash(const StartupModes &object, HashValue seed)
 {
     return hashOf(object, seed);
 }

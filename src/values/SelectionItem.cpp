@@ -42,7 +42,7 @@ SelectionItem::~SelectionItem() = default;
 bool SelectionItem::operator==(const SelectionItem &other) const { return areEqual(*this, other); }
 bool SelectionItem::operator!=(const SelectionItem &other) const { return !areEqual(*this, other); }
 void SelectionItem::swap(SelectionItem &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const SelectionItem &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const SelectionItem &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<SelectionItem> SelectionItem::fromXml(const QString &xml, QString *error) { return newFromXml<SelectionItem>(xml, error); }
 std::optional<SelectionItem> SelectionItem::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

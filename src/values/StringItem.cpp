@@ -40,7 +40,7 @@ StringItem::~StringItem() = default;
 bool StringItem::operator==(const StringItem &other) const { return areEqual(*this, other); }
 bool StringItem::operator!=(const StringItem &other) const { return !areEqual(*this, other); }
 void StringItem::swap(StringItem &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const StringItem &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const StringItem &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<StringItem> StringItem::fromXml(const QString &xml, QString *error) { return newFromXml<StringItem>(xml, error); }
 std::optional<StringItem> StringItem::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

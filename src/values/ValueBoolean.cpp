@@ -42,7 +42,7 @@ ValueBoolean::~ValueBoolean() = default;
 bool ValueBoolean::operator==(const ValueBoolean &other) const { return areEqual(*this, other); }
 bool ValueBoolean::operator!=(const ValueBoolean &other) const { return !areEqual(*this, other); }
 void ValueBoolean::swap(ValueBoolean &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueBoolean &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueBoolean &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueBoolean> ValueBoolean::fromXml(const QString &xml, QString *error) { return newFromXml<ValueBoolean>(xml, error); }
 std::optional<ValueBoolean> ValueBoolean::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -42,7 +42,7 @@ ValueFloat::~ValueFloat() = default;
 bool ValueFloat::operator==(const ValueFloat &other) const { return areEqual(*this, other); }
 bool ValueFloat::operator!=(const ValueFloat &other) const { return !areEqual(*this, other); }
 void ValueFloat::swap(ValueFloat &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueFloat &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueFloat &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueFloat> ValueFloat::fromXml(const QString &xml, QString *error) { return newFromXml<ValueFloat>(xml, error); }
 std::optional<ValueFloat> ValueFloat::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -42,7 +42,7 @@ ValueInt::~ValueInt() = default;
 bool ValueInt::operator==(const ValueInt &other) const { return areEqual(*this, other); }
 bool ValueInt::operator!=(const ValueInt &other) const { return !areEqual(*this, other); }
 void ValueInt::swap(ValueInt &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueInt &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueInt &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueInt> ValueInt::fromXml(const QString &xml, QString *error) { return newFromXml<ValueInt>(xml, error); }
 std::optional<ValueInt> ValueInt::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -42,7 +42,7 @@ ValueInt64::~ValueInt64() = default;
 bool ValueInt64::operator==(const ValueInt64 &other) const { return areEqual(*this, other); }
 bool ValueInt64::operator!=(const ValueInt64 &other) const { return !areEqual(*this, other); }
 void ValueInt64::swap(ValueInt64 &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueInt64 &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueInt64 &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueInt64> ValueInt64::fromXml(const QString &xml, QString *error) { return newFromXml<ValueInt64>(xml, error); }
 std::optional<ValueInt64> ValueInt64::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

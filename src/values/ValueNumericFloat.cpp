@@ -37,7 +37,7 @@ ValueNumericFloat::~ValueNumericFloat() = default;
 bool ValueNumericFloat::operator==(const ValueNumericFloat &other) const { return areEqual(*this, other); }
 bool ValueNumericFloat::operator!=(const ValueNumericFloat &other) const { return !areEqual(*this, other); }
 void ValueNumericFloat::swap(ValueNumericFloat &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueNumericFloat &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueNumericFloat &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericFloat> ValueNumericFloat::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericFloat>(xml, error); }
 std::optional<ValueNumericFloat> ValueNumericFloat::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

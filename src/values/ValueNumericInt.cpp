@@ -37,7 +37,7 @@ ValueNumericInt::~ValueNumericInt() = default;
 bool ValueNumericInt::operator==(const ValueNumericInt &other) const { return areEqual(*this, other); }
 bool ValueNumericInt::operator!=(const ValueNumericInt &other) const { return !areEqual(*this, other); }
 void ValueNumericInt::swap(ValueNumericInt &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueNumericInt &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueNumericInt &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericInt> ValueNumericInt::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt>(xml, error); }
 std::optional<ValueNumericInt> ValueNumericInt::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -37,7 +37,7 @@ ValueNumericInt64::~ValueNumericInt64() = default;
 bool ValueNumericInt64::operator==(const ValueNumericInt64 &other) const { return areEqual(*this, other); }
 bool ValueNumericInt64::operator!=(const ValueNumericInt64 &other) const { return !areEqual(*this, other); }
 void ValueNumericInt64::swap(ValueNumericInt64 &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueNumericInt64 &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueNumericInt64 &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueNumericInt64> ValueNumericInt64::fromXml(const QString &xml, QString *error) { return newFromXml<ValueNumericInt64>(xml, error); }
 std::optional<ValueNumericInt64> ValueNumericInt64::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -42,7 +42,7 @@ ValueString::~ValueString() = default;
 bool ValueString::operator==(const ValueString &other) const { return areEqual(*this, other); }
 bool ValueString::operator!=(const ValueString &other) const { return !areEqual(*this, other); }
 void ValueString::swap(ValueString &other) noexcept { ObjectAccess::swapBlocks(*this, other); }
-uint qHash(const ValueString &object, uint seed) { return hashOf(object, seed); }
+HashValue qHash(const ValueString &object, HashValue seed) { return hashOf(object, seed); }
 
 std::optional<ValueString> ValueString::fromXml(const QString &xml, QString *error) { return newFromXml<ValueString>(xml, error); }
 std::optional<ValueString> ValueString::fromBinary(const QByteArray &representation, QString *error, const ReadLimits &limits)

@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    using Features = QVector<uint>; // hashes, sorted
+    using Features = QVector<HashValue>; // hashes, sorted
 
     struct Item
     {
@@ -81,7 +81,7 @@ private:
                 for (int i = 0; i < member.GetSize(); ++i)
                     addFeatures(member.GetChild(i), withIdentity || !isChosen, item);
             } else if ((withIdentity || !member.IsIdentifying()) && Contents::differsFromDefault(member)) {
-                const uint feature = qHash(member.GetName() + QLatin1Char(' ') + ValueText::ofMember(member));
+                const HashValue feature = qHash(member.GetName() + QLatin1Char(' ') + ValueText::ofMember(member));
                 item.features.append(feature);
                 if (!member.IsIdentifying())
                     item.withoutNames.append(feature);
@@ -148,9 +148,9 @@ private:
             return;
         }
         const auto placesOf = [](const QVector<Item> &items) {
-            QHash<uint, QVector<int>> places;
+            QHash<HashValue, QVector<int>> places;
             for (int i = 0; i < items.size(); ++i) {
-                for (const uint feature : items[i].features) {
+                for (const HashValue feature : items[i].features) {
                     QVector<int> &known = places[feature];
                     if (known.size() <= mostItemsWithFeature && (known.isEmpty() || known.last() != i))
                         known.append(i);
@@ -158,8 +158,8 @@ private:
             }
             return places;
         };
-        const QHash<uint, QVector<int>> inFirst = placesOf(m_first);
-        const QHash<uint, QVector<int>> inSecond = placesOf(m_second);
+        const QHash<HashValue, QVector<int>> inFirst = placesOf(m_first);
+        const QHash<HashValue, QVector<int>> inSecond = placesOf(m_second);
         QSet<QPair<int, int>> seen;
         for (auto feature = inFirst.begin(); feature != inFirst.end(); ++feature) {
             const QVector<int> others = inSecond.value(feature.key());

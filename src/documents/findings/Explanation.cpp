@@ -75,9 +75,9 @@ void explainNumber(Finding &problem, int number)
 
 std::optional<int> numberIn(const QVariant &value)
 {
-    const QVariantList values = value.type() == QVariant::List ? value.toList() : QVariantList{value};
+    const QVariantList values = value.userType() == QMetaType::QVariantList ? value.toList() : QVariantList{value};
     for (const QVariant &each : values) {
-        if (each.type() == QVariant::Int)
+        if (each.userType() == QMetaType::Int)
             return each.toInt();
     }
     return {};

@@ -80,7 +80,7 @@ bool isIrrelevant(const MemberView &member)
 {
     if (member.GetKind() == MemberKind::Choice) {
         const QVariant choice = member.GetValue(); // a number if it has no name
-        return choice.type() == QVariant::String && choice.toString().isNull();
+        return choice.userType() == QMetaType::QString && choice.toString().isNull();
     }
     return isAlternative(member) && !member.IsChosen() && !holdsAnything(member);
 }

@@ -15,8 +15,9 @@ namespace {
 
 bool isEmptyValue(const QVariant &value)
 {
-    return value.type() == QVariant::List ? value.toList().isEmpty()
-                                          : value.type() == QVariant::String && value.toString().isNull();
+    return value.userType() == QMetaType::QVariantList
+        ? value.toList().isEmpty()
+        : value.userType() == QMetaType::QString && value.toString().isNull();
 }
 
 void showNothing(Markup &out, const char *word)
@@ -115,7 +116,7 @@ void showListName(Markup &out, const MemberView &list)
 
 void Objects::enumerator(const QVariant &entry)
 {
-    if (entry.type() == QVariant::Int)
+    if (entry.userType() == QMetaType::Int)
         showNumber(m_out, entry);
     else if (isEmptyValue(entry))
         showNothing(m_out, "null");

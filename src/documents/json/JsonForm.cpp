@@ -59,7 +59,7 @@ Json ofLongNumber(T value)
 
 Json ofValue(const QVariant &value)
 {
-    switch (static_cast<QMetaType::Type>(value.type())) {
+    switch (value.userType()) {
     case QMetaType::QString:
         return value.toString().isNull() ? Json() : JsonText::fromString(value.toString());
     case QMetaType::Bool:

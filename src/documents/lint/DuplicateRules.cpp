@@ -9,6 +9,7 @@
 
 #include "documents/lint/Duplicates.h"
 
+using JobXml::HashValue;
 using JobXml::MemberKind;
 
 namespace TunerDocuments::ObjectRules {
@@ -18,7 +19,7 @@ namespace {
 struct ByIdentity
 {
     static bool has(const LintedItem &item) { return item.isIdentified; }
-    static uint hash(const LintedItem &item) { return qHash(item.identity[1], qHash(item.identity[0])); }
+    static HashValue hash(const LintedItem &item) { return qHash(item.identity[1], qHash(item.identity[0])); }
     static bool isSame(const LintedItem &one, const LintedItem &other)
     {
         return one.identity[0] == other.identity[0] && one.identity[1] == other.identity[1];
@@ -33,7 +34,7 @@ struct ByIdentity
 struct ByNumber
 {
     static bool has(const LintedItem &item) { return item.hasNumber && !std::isnan(item.number); }
-    static uint hash(const LintedItem &item) { return qHash(item.number); }
+    static HashValue hash(const LintedItem &item) { return qHash(item.number); }
     static bool isSame(const LintedItem &one, const LintedItem &other) { return one.number == other.number; }
     static int compare(const LintedItem &one, const LintedItem &other)
     {
@@ -148,7 +149,7 @@ void duplicateStartupMode(const LintedObject &object)
     const QVariantList names = object.member(list).GetValue().toList();
     QHash<QString, int> first;
     for (int i = 0; i < names.size(); ++i) {
-        const QString name = names.at(i).type() == QVariant::String ? names.at(i).toString() : QString();
+        const QString name = names.at(i).userType() == QMetaType::QString ? names.at(i).toString() : QString();
         if (name.isNull())
             continue; // which the model refuses
         const auto known = first.constFind(name);

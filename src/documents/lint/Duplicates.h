@@ -7,6 +7,8 @@
 
 #include <QVarLengthArray>
 
+#include <jobxml/DataObject.h>
+
 #include "documents/lint/LintedObject.h"
 
 /// Finds items of a list that are the same. What makes them so is a key: a class with has(), whether an item has any,
@@ -37,7 +39,7 @@ void findDuplicates(const std::vector<LintedItem> &items, const Key &key, const 
         return findDuplicatesAmongFew(items, key, found);
     struct Entry
     {
-        uint hash;
+        JobXml::HashValue hash;
         int index;
     };
     constexpr int few = 64;

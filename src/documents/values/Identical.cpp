@@ -22,9 +22,9 @@ bool isSameNumber(double first, double second)
 
 bool isSameValue(const QVariant &first, const QVariant &second)
 {
-    if (first.type() != second.type())
+    if (first.userType() != second.userType())
         return false;
-    switch (static_cast<QMetaType::Type>(first.type())) {
+    switch (first.userType()) {
     case QMetaType::QString:
         return first.toString().isNull() == second.toString().isNull() && first.toString() == second.toString();
     case QMetaType::Float:

@@ -13,9 +13,9 @@ namespace TunerDocuments {
 
 QString ValueState::text() const
 {
-    const bool isNothing = value.type() == QVariant::List
+    const bool isNothing = value.userType() == QMetaType::QVariantList
         ? value.toList().isEmpty()
-        : value.type() == QVariant::String && value.toString().isNull();
+        : value.userType() == QMetaType::QString && value.toString().isNull();
     if (isSet)
         return ValueText::ofValue(value);
     return isNothing ? ValueText::notSet() : ValueText::ofValue(value) + QLatin1Char(' ') + ValueText::notSet();

@@ -131,7 +131,7 @@ QVariant parse(const MemberView &member, const QString &text)
 
 QString print(const QVariant &value)
 {
-    switch (static_cast<QMetaType::Type>(value.type())) {
+    switch (value.userType()) {
     case QMetaType::Float:
         return ValueText::exactly(value.value<float>());
     case QMetaType::Double:

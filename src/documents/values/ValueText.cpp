@@ -22,7 +22,7 @@ QString exactly(double value)
 
 QString ofValue(const QVariant &value)
 {
-    switch (static_cast<QMetaType::Type>(value.type())) {
+    switch (value.userType()) {
     case QMetaType::QString:
         return value.toString().isNull() ? QStringLiteral("(null)") : Printable::quoted(value.toString());
     case QMetaType::Float:
@@ -46,9 +46,9 @@ QString ofMember(const JobXml::MemberView &member)
     const QVariant value = member.GetValue();
     if (member.IsSet())
         return ofValue(value);
-    const bool isNothing = value.type() == QVariant::List
+    const bool isNothing = value.userType() == QMetaType::QVariantList
         ? value.toList().isEmpty()
-        : value.type() == QVariant::String && value.toString().isNull();
+        : value.userType() == QMetaType::QString && value.toString().isNull();
     return isNothing ? notSet() : ofValue(value) + QLatin1Char(' ') + notSet();
 }
 

@@ -10,14 +10,14 @@
 
 inline bool isNull(const QVariant &value)
 {
-    return value.type() == QVariant::String && value.toString().isNull();
+    return value.userType() == QMetaType::QString && value.toString().isNull();
 }
 
 /// What a page shows for a member that has a value.
 inline QStringList shownValues(const JobXml::MemberView &member)
 {
     const QVariant value = member.GetValue();
-    if (value.type() == QVariant::List) {
+    if (value.userType() == QMetaType::QVariantList) {
         QStringList texts;
         for (const QVariant &entry : value.toList())
             texts.append(isNull(entry) ? QStringLiteral("null") : entry.toString());
@@ -26,7 +26,7 @@ inline QStringList shownValues(const JobXml::MemberView &member)
     if (isNull(value))
         return member.IsSet() || !isNull(member.GetDefaultValue()) ? QStringList{QStringLiteral("null")}
                                                                    : QStringList();
-    if (value.type() == QVariant::String)
+    if (value.userType() == QMetaType::QString)
         return {value.toString().isEmpty() ? QStringLiteral("empty") : value.toString()};
     return {TunerDocuments::ValueText::ofValue(value)};
 }
