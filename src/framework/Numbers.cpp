@@ -140,7 +140,7 @@ Q_ALWAYS_INLINE std::optional<double> plainDouble(const Char *text, qsizetype si
 
 // With the size, because a text may contain a NUL. The converter drops a byte order mark at the start, which is part of
 // the text here.
-QString textOf(const char *utf8, int size)
+QString textOf(const char *utf8, Size size)
 {
     static constexpr char mark[] = {'\xEF', '\xBB', '\xBF'};
     const bool marked = size >= int(sizeof mark) && std::memcmp(utf8, mark, sizeof mark) == 0;
@@ -156,7 +156,7 @@ Q_NEVER_INLINE Integer readInteger(QStringView text)
 }
 
 template <class Integer>
-Q_NEVER_INLINE Integer readInteger(const char *utf8, int size)
+Q_NEVER_INLINE Integer readInteger(const char *utf8, Size size)
 {
     if (REPORTGENERATOR::isAscii(utf8, size))
         return WholeNumber::read<Integer>(utf8, size).value_or(0);
@@ -170,7 +170,7 @@ Q_NEVER_INLINE auto readByQt(QStringView text)
 }
 
 template <auto read>
-Q_NEVER_INLINE auto readByQt(const char *utf8, int size)
+Q_NEVER_INLINE auto readByQt(const char *utf8, Size size)
 {
     return (textOf(utf8, size).*read)(nullptr);
 }
@@ -184,7 +184,7 @@ Q_NEVER_INLINE void Text::formatWithQt(double value)
     const QByteArray text = QString::number(value, 'f', 2).toLatin1();
     std::memcpy(m_room, text.constData(), size_t(text.size()));
     m_begin = m_room;
-    m_size = text.size();
+    m_size = int(text.size());
 }
 
 Q_ALWAYS_INLINE void Text::storeDigits(char *begin, bool negative)
@@ -265,23 +265,23 @@ double toDouble(QStringView text)
     return number ? *number : readByQt<&QString::toDouble>(text);
 }
 
-int toInt(const char *utf8, int size)
+int toInt(const char *utf8, Size size)
 {
     return plainInteger<int>(utf8, size, [=] { return readInteger<int>(utf8, size); });
 }
 
-qint64 toLongLong(const char *utf8, int size)
+qint64 toLongLong(const char *utf8, Size size)
 {
     return plainInteger<qint64>(utf8, size, [=] { return readInteger<qint64>(utf8, size); });
 }
 
-float toFloat(const char *utf8, int size)
+float toFloat(const char *utf8, Size size)
 {
     const auto number = plainDouble(utf8, size);
     return number ? float(*number) : readByQt<&QString::toFloat>(utf8, size);
 }
 
-double toDouble(const char *utf8, int size)
+double toDouble(const char *utf8, Size size)
 {
     const auto number = plainDouble(utf8, size);
     return number ? *number : readByQt<&QString::toDouble>(utf8, size);

@@ -6,7 +6,11 @@
 #include <QLatin1String>
 #include <QStringView>
 
+#include "text/Size.h"
+
 namespace JobXml {
+
+using REPORTGENERATOR::Size;
 
 /// Converts numbers to texts and back, exactly as Qt 5 does, without an intermediate QString. Common numbers take a
 /// fast path; all other floating-point numbers are converted by Qt itself.
@@ -56,10 +60,10 @@ float toFloat(QStringView text);
 double toDouble(QStringView text);
 
 /// The same for UTF-8. A byte order mark at the start is a character like any other.
-int toInt(const char *utf8, int size);
-qint64 toLongLong(const char *utf8, int size);
-float toFloat(const char *utf8, int size);
-double toDouble(const char *utf8, int size);
+int toInt(const char *utf8, Size size);
+qint64 toLongLong(const char *utf8, Size size);
+float toFloat(const char *utf8, Size size);
+double toDouble(const char *utf8, Size size);
 
 } // namespace Numbers
 } // namespace JobXml
