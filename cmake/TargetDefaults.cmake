@@ -56,7 +56,7 @@ function(tp_target_defaults target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
         UNITY_BUILD OFF) # an including project may use it; our sources do not support it
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion ${tp_further_warnings})
     if(TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
         target_compile_options(${target} PRIVATE -fno-gnu-unique)
     endif()

@@ -102,7 +102,7 @@ bool passThrough(const Encoding &encoding, TunerProperties &tuner)
         TunerProperties fresh;
         encoding.read(fresh, bytes);
     });
-    std::printf("  %-12s %9d %12.1f %12.1f\n", encoding.name, bytes.size(), writing, reading);
+    std::printf("  %-12s %9d %12.1f %12.1f\n", encoding.name, int(bytes.size()), writing, reading);
     tuner = copy;
     return true;
 }

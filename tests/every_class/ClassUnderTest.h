@@ -79,7 +79,14 @@ public:
         return std::is_nothrow_move_constructible_v<
                    T> && std::is_nothrow_move_assignable_v<T> &&noexcept(std::declval<T &>().swap(std::declval<T &>()));
     }
-    bool isMovableInContainers() const override { return !QTypeInfo<T>::isStatic; }
+    bool isMovableInContainers() const override
+    {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        return !QTypeInfo<T>::isStatic;
+#else
+        return QTypeInfo<T>::isRelocatable;
+#endif
+    }
 
 private:
     static Pointer pointer(std::optional<T> object)

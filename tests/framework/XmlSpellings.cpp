@@ -379,7 +379,7 @@ private:
 
     static QByteArray utf8(uint character)
     {
-        const uint text[] = {'.', character}; // at the beginning, a byte order mark would be dropped
+        const char32_t text[] = {'.', character}; // at the beginning, a byte order mark would be dropped
         return QString::fromUcs4(text, 2).toUtf8().mid(1);
     }
 
