@@ -4,7 +4,10 @@
 #
 #   scripts/exchange.sh [--count NUMBER]
 #
-# Damaged documents: each program reads NUMBER documents of every form (by default 10000) and writes what comes of each:
+# Documents: each build writes NUMBER random ones (by default 10000), the examples, and some of every class in every form,
+# and reads what the other one has written. The bytes must be the same.
+#
+# Damaged documents: each program reads NUMBER documents of every form and writes what comes of each:
 # read or refused, kind and place of the failure, and all that was read. The results must be the same, except for the
 # words in which QXmlStreamReader refuses malformed XML.
 
@@ -53,6 +56,13 @@ compare_damaged() {
     done
 }
 
+exchange_documents() {
+    heading "Documents"
+    python3 -B tests/exchange/documents.py build/{"${presets[0]}","${presets[1]}"}/tests/interop_host \
+        --examples examples --count "$count"
+}
+
 mkdir -p "$folder"
-build exchange_damaged
+build exchange_damaged interop_host
+exchange_documents
 compare_damaged

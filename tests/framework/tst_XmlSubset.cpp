@@ -294,7 +294,7 @@ void XmlSubsetTest::everyCharacterIsJudgedAsByTheReader()
         for (uint character = 1; character < 0x10800; ++character) {
             if (QChar::isSurrogate(character) || (character < 0x80 && QByteArray("<&'-]?").contains(char(character))))
                 continue; // not characters, or markup
-            const uint text[] = {'.', character};
+            const char32_t text[] = {'.', character};
             const QByteArray document = place.before + QString::fromUcs4(text, 2).toUtf8() + place.after;
             if (contains(document) != isReadBy(document))
                 QFAIL(qPrintable(QStringLiteral("U+%1").arg(character, 0, 16)));

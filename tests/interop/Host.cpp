@@ -10,10 +10,11 @@
 //   'x', 'f'   read an XML document, as text or from a file
 //   't'        read a representation, compressed or not
 //   's'        read a snapshot
+//   'j'        read a TunerProperties from JSON
 //   'g'        build a document from the seed in the content
 //
-// The answer is the outcome of the steps, then the object in each requested form: 'x', 't', 'c' or 's'. Each of them is
-// an Outcome (quint8) and a QByteArray.
+// The answer is the outcome of the steps, then the object in each requested form: 'x', 't', 'c', 's', or 'j' for a
+// TunerProperties. Each of them is an Outcome (quint8) and a QByteArray.
 //
 // With --model or --built it lists the members of the model, or those that 'g' sets, instead.
 
@@ -24,6 +25,9 @@
 #include <QFile>
 #include <QMap>
 #include <QTemporaryFile>
+
+#include <tunerdocuments/Document.h>
+#include <tunerdocuments/DocumentError.h>
 
 #include "Encodings.h"
 #include "ExceptionText.h"
@@ -83,6 +87,27 @@ Outcome written(const DataObject &object, const QByteArray &bytes)
     return object.GetErrorString().isNull() ? Outcome{Outcome::Nothing, {}} : refused(object);
 }
 
+Outcome writeJson(const DataObject &object)
+{
+    const TunerDocuments::Document document(dynamic_cast<const TunerProperties &>(object));
+    try {
+        return {Outcome::Done, document.toBytes(TunerDocuments::Form::Json, QStringLiteral("document"))};
+    } catch (const TunerDocuments::DocumentError &error) {
+        return {Outcome::Refused, error.text().toUtf8()};
+    }
+}
+
+Outcome readJson(DataObject &object, const QByteArray &content)
+{
+    try {
+        dynamic_cast<TunerProperties &>(object) =
+            TunerDocuments::Document::fromBytes(content, QStringLiteral("document.json")).tuner;
+        return {Outcome::Done, {}};
+    } catch (const TunerDocuments::DocumentError &error) {
+        return {Outcome::Refused, error.text().toUtf8()};
+    }
+}
+
 Outcome write(DataObject &object, char form)
 {
     constexpr int usualLevel = -1;
@@ -95,6 +120,8 @@ Outcome write(DataObject &object, char form)
         return written(object, object.GetCompressedBinaryRepresentationAsQByteArray(usualLevel));
     case 's':
         return {Outcome::Done, snapshotOf(object)};
+    case 'j':
+        return writeJson(object);
     }
     qFatal("unknown form '%c'", form);
 }
@@ -129,6 +156,8 @@ Outcome read(DataObject &object, char form, QByteArray content)
         return done(object.SetBinaryRepresentation(content));
     case 's':
         return readSnapshotInto(object, content);
+    case 'j':
+        return readJson(object, content);
     }
     qFatal("unknown form '%c'", form);
 }
