@@ -93,8 +93,14 @@ private:
     {
         return object ? std::make_unique<T>(std::move(*object)) : nullptr;
     }
-    static T &of(Object &object) { return static_cast<T &>(object); }
-    static const T &of(const Object &object) { return static_cast<const T &>(object); }
+    static T &of(Object &object)
+    {
+        return static_cast<T &>(object);
+    }
+    static const T &of(const Object &object)
+    {
+        return static_cast<const T &>(object);
+    }
 
     Fill m_fill;
 };

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// Reads damaged documents of every form and writes what comes of each, a line each. The documents depend on their numbers
-// alone, so programs that were built with different versions of Qt must write the same; scripts/exchange.sh compares them.
+// Reads damaged documents of every form and writes what comes of each, a line each. The documents depend on their
+// numbers alone, so programs that were built with different versions of Qt must write the same; scripts/exchange.sh
+// compares them.
 //
 //     exchange_damaged FORM FIRST COUNT
 //
@@ -50,8 +51,12 @@ QByteArray stateOf(TunerProperties &object)
 
 QByteArray oneLine(const QString &text)
 {
-    return text.toUtf8().replace('\\', "\\\\").replace('\n', "\\n").replace('\r', "\\r").replace('\t', "\\t").replace(
-        '\0', "\\0");
+    return text.toUtf8()
+        .replace('\\', "\\\\")
+        .replace('\n', "\\n")
+        .replace('\r', "\\r")
+        .replace('\t', "\\t")
+        .replace('\0', "\\0");
 }
 
 const QString source = QStringLiteral("document");
@@ -168,16 +173,17 @@ QByteArray oddPiece(Random &random)
 QByteArray declaration(Random &random)
 {
     QByteArray name = random.oneOf(
-        {"UTF-8",   "utf-8",      "UTF8",   "UTF_8",       "UTF-16",       "utf16",  "UTF-16LE",    "UTF-16BE",
-         "UTF-32",  "UTF-32LE",   "latin1", "ISO-8859-1",  "ISO_8859-1",   "l1",     "ISO-8859-15", "ISO-8859-2",
-         "ASCII",   "US-ASCII",   "cp1252", "windows-1252", "windows-1251", "UTF-7",  "Shift_JIS",   "GB18030",
-         "klingon", "",           " UTF-8", "UTF-8 ",      "\xC3\xA4",     "1252",   "-",           "EBCDIC-CP-US",
-         "locale",  "System",     "UTF-8&", "UTF<8"});
+        {"UTF-8",   "utf-8",    "UTF8",   "UTF_8",        "UTF-16",       "utf16", "UTF-16LE",    "UTF-16BE",
+         "UTF-32",  "UTF-32LE", "latin1", "ISO-8859-1",   "ISO_8859-1",   "l1",    "ISO-8859-15", "ISO-8859-2",
+         "ASCII",   "US-ASCII", "cp1252", "windows-1252", "windows-1251", "UTF-7", "Shift_JIS",   "GB18030",
+         "klingon", "",         " UTF-8", "UTF-8 ",       "\xC3\xA4",     "1252",  "-",           "EBCDIC-CP-US",
+         "locale",  "System",   "UTF-8&", "UTF<8"});
     if (random.oneIn(2))
         name = "UTF-8";
     const QByteArray quote = random.oneOf({"'", "\""});
     const QByteArray version = random.oneOf({"1.0", "1.0", "1.0", "1.1", "1", "2.0", ""});
-    const QByteArray standalone = random.oneOf({"", "", "", " standalone='yes'", " standalone='no'", " standalone='1'"});
+    const QByteArray standalone =
+        random.oneOf({"", "", "", " standalone='yes'", " standalone='no'", " standalone='1'"});
     const QByteArray encoding = " encoding=" + quote + name + quote;
     const QByteArray begin = "<?xml version=" + quote + version + quote;
     return random.oneOf({begin + encoding + standalone + "?>", begin + standalone + encoding + "?>", begin + "?>",
@@ -276,8 +282,7 @@ void readDamagedXml(int number)
         QTemporaryFile file;
         if (!file.open() || file.write(bytes) != bytes.size() || !file.seek(0))
             qFatal("cannot write a temporary file");
-        ofBytes.write("file", true,
-                      [&](TunerProperties &object, QVector<Problem> &) { return object.LoadXml(&file); });
+        ofBytes.write("file", true, [&](TunerProperties &object, QVector<Problem> &) { return object.LoadXml(&file); });
     }
 }
 
@@ -307,8 +312,9 @@ QByteArray damaged(Random &random, QByteArray bytes, const QByteArray &other)
             bytes.insert(at, other.mid(random.below(int(other.size()) + 1), 1 + random.below(40)));
             break;
         case 5:
-            bytes.replace(word, 4, QByteArray::fromHex(random.oneOf({"FFFFFFFF", "7FFFFFFF", "80000000", "00000000",
-                                                                      "00000001", "FFFFFFFE", "000000FF"})));
+            bytes.replace(word, 4,
+                          QByteArray::fromHex(random.oneOf(
+                              {"FFFFFFFF", "7FFFFFFF", "80000000", "00000000", "00000001", "FFFFFFFE", "000000FF"})));
             break;
         default:
             bytes.insert(at, char(random.below(256)));

@@ -3,10 +3,13 @@
 
 #include <QtTest>
 
+#include <reportbase/Logger.h>
+
 #include "Documents.h"
 #include "Encodings.h"
 
 using namespace JobXml;
+using REPORTGENERATOR::Logger;
 using Read = std::function<bool(TunerProperties &)>;
 
 Q_DECLARE_METATYPE(Read)
@@ -82,6 +85,10 @@ private Q_SLOTS:
     void roomThatACallerReservedIsKept_data();
     void roomThatACallerReservedIsKept();
     void longListsHaveNoSpareRoomEither();
+    void itemsKeepTheirLoggersWhileTheirListIsRead_data();
+    void itemsKeepTheirLoggersWhileTheirListIsRead();
+    void itemsKeepTheirLoggersWhenAProgramAppends();
+    void reservingRoomMovesItemsWithQt6();
 };
 
 void RoomOfListsTest::listsThatWereReadHaveNoSpareRoom_data()
@@ -124,6 +131,66 @@ void RoomOfListsTest::roomThatACallerReservedIsKept()
     object.GetComponent().reserve(100);
     QVERIFY(read(object));
     QCOMPARE(spareRoom(std::as_const(object)), (QVector<int>{63, 0, 0, 0, 0, 0}));
+}
+
+void RoomOfListsTest::itemsKeepTheirLoggersWhileTheirListIsRead_data()
+{
+    QTest::addColumn<Read>("read");
+    const TunerProperties document = largeDocument();
+    const QString xml = document.GetXmlString();
+    const QByteArray representation = document.GetBinaryRepresentationAsQByteArray();
+    QTest::newRow("XML") << Read([=](TunerProperties &object) { return object.SetXmlString(xml, true); });
+    QTest::newRow("records") << Read(
+        [=](TunerProperties &object) { return object.SetBinaryRepresentation(representation); });
+}
+
+/// Also those that were in the list before, when it grows, and when the spare room is released.
+void RoomOfListsTest::itemsKeepTheirLoggersWhileTheirListIsRead()
+{
+    QFETCH(Read, read);
+    TunerProperties object;
+    const auto logger = std::make_shared<Logger>();
+    object.SetLogger(logger);
+    for (int times = 1; times <= 2; ++times) {
+        QVERIFY(read(object));
+        const QVector<Component> &components = std::as_const(object).GetComponent();
+        QCOMPARE(components.size(), many * times);
+        for (const Component &component : components) {
+            QCOMPARE(component.GetLogger(), logger);
+            for (const Node &node : component.GetNode()) {
+                QCOMPARE(node.GetLogger(), logger);
+                for (const ValueItem &item : node.GetValueItem())
+                    QCOMPARE(item.GetLogger(), logger);
+            }
+        }
+        for (const BandwidthSelection &bandwidth : std::as_const(object).GetBandwidthSelection())
+            QCOMPARE(bandwidth.GetLogger(), logger);
+    }
+}
+
+void RoomOfListsTest::itemsKeepTheirLoggersWhenAProgramAppends()
+{
+    TunerProperties object;
+    const auto logger = std::make_shared<Logger>();
+    object.AppendComponent(aComponent());
+    object.GetComponent().first().SetLogger(logger);
+    for (int i = 0; i < many; ++i)
+        object.AppendComponent(aComponent());
+    for (int i = 0; i < many; ++i)
+        object.GetComponent().append(aComponent());
+    object.GetComponent().removeLast();
+    QCOMPARE(object.GetComponent().first().GetLogger(), logger);
+}
+
+void RoomOfListsTest::reservingRoomMovesItemsWithQt6()
+{
+    TunerProperties object;
+    const auto logger = std::make_shared<Logger>();
+    object.AppendComponent(aComponent());
+    object.GetComponent().first().SetLogger(logger);
+    object.GetComponent().reserve(many);
+    QCOMPARE(object.GetComponent().first().GetLogger() == logger, QT_VERSION < QT_VERSION_CHECK(6, 0, 0));
+    QCOMPARE(object.GetComponent().first().Getname(), QStringLiteral("Preselector"));
 }
 
 /// A reader never reserves memory for more than 4,096 items; with more items the list grows by itself.

@@ -401,7 +401,7 @@ void keepLoadFailures(Keeper &keeper)
     }
     TunerProperties empty;
     QByteArray compressed = document.GetCompressedBinaryRepresentationAsQByteArray(9);
-    for (const int byte : {8, 9, compressed.size() - 1}) {
+    for (const int byte : {8, 9, int(compressed.size()) - 1}) {
         QByteArray damaged = compressed;
         damaged[byte] = char(damaged[byte] ^ 0x7F);
         keepError(document.SetBinaryRepresentation(damaged));
