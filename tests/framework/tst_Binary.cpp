@@ -5,8 +5,12 @@
 
 #include "StreamComparison.h"
 #include "StreamDevices.h"
+#include "framework/Numbers.h"
+#include "text/Ascii.h"
+#include "text/SameText.h"
 
 using namespace Comparison;
+namespace Numbers = JobXml::Numbers;
 
 Q_DECLARE_METATYPE(Prepare)
 Q_DECLARE_METATYPE(QIODevice::OpenMode)
@@ -49,6 +53,27 @@ private Q_SLOTS:
                 QCOMPARE(differenceInWriting(form, text), QString());
                 QCOMPARE(differenceInUtf8(form, text), QString());
             }
+        }
+    }
+
+    // Other threads may read the same text, and QString::utf16() moves it.
+    void textsStayWhereTheyAre()
+    {
+        static constexpr QChar characters[] = {QLatin1Char('1'), QLatin1Char('2'), QLatin1Char('3')};
+        const QString literal = QStringLiteral("12");
+        const QString part = QString::fromRawData(characters, 2); // no NUL follows
+        for (const QString *text : {&literal, &part}) {
+            const QChar *const begin = text->constData();
+            for (const StreamForm &form : everyForm()) {
+                QCOMPARE(differenceInWriting(form, *text), QString());
+                QCOMPARE(differenceInUtf8(form, *text), QString());
+            }
+            QVERIFY(REPORTGENERATOR::isAscii(*text));
+            QVERIFY(REPORTGENERATOR::isPrintableAscii(*text));
+            QVERIFY(REPORTGENERATOR::isSameText(*text, literal));
+            QCOMPARE(Numbers::toInt(*text), 12);
+            QCOMPARE(Numbers::toDouble(*text), 12.0);
+            QCOMPARE(text->constData(), begin);
         }
     }
 

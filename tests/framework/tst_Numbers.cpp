@@ -93,7 +93,7 @@ Readings byNumbers(QStringView text)
 Readings byNumbers(const QByteArray &utf8)
 {
     const char *const bytes = utf8.constData();
-    const int size = utf8.size();
+    const auto size = utf8.size();
     return {Numbers::toInt(bytes, size), Numbers::toLongLong(bytes, size), Numbers::toFloat(bytes, size),
             Numbers::toDouble(bytes, size)};
 }

@@ -14,13 +14,14 @@ namespace {
 
 const QStringList classNames = Model::classes();
 
-int typeNamed(const QString &className)
+// Neither version of Qt has the other's function.
+QMetaType metaTypeOf(const QString &className)
 {
     const QByteArray name = "JobXml::" + className.toLatin1();
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    return QMetaType::type(name);
+#if QT_VERSION_MAJOR == 5
+    return QMetaType(QMetaType::type(name));
 #else
-    return QMetaType::fromName(name).id();
+    return QMetaType::fromName(name);
 #endif
 }
 
@@ -28,7 +29,7 @@ QStringList registeredClasses()
 {
     QStringList registered;
     for (const QString &name : classNames) {
-        if (QMetaType::isRegistered(typeNamed(name)))
+        if (metaTypeOf(name).isRegistered())
             registered += name;
     }
     return registered;
@@ -58,7 +59,7 @@ private Q_SLOTS:
     void objectsAreCreatedByName()
     {
         for (const QString &name : classNames) {
-            const QMetaType type(typeNamed(name));
+            const QMetaType type = metaTypeOf(name);
             auto *object = static_cast<DataObject *>(type.create());
             QCOMPARE(object->GetObjectName(), name);
             QVERIFY(!object->IsInitialized());
