@@ -447,7 +447,7 @@ private Q_SLOTS:
         const auto object = type().full();
         for (const Encoding encoding : {Record, Snapshot}) {
             const QByteArray expected = written(*object, encoding);
-            for (const int room : {0, 1, expected.size() / 2, expected.size() - 1}) {
+            for (const qint64 room : {qint64(0), qint64(1), qint64(expected.size() / 2), qint64(expected.size() - 1)}) {
                 Drain drain(room);
                 QDataStream stream(&drain);
                 write(*object, stream, encoding);

@@ -30,7 +30,7 @@ public:
 protected:
     qint64 readData(char *bytes, qint64 size) override
     {
-        const int piece = std::min(int(std::min(size, m_mostAtOnce)), m_bytes.size() - m_at);
+        const int piece = int(std::min({size, m_mostAtOnce, qint64(m_bytes.size() - m_at)}));
         std::copy_n(m_bytes.constData() + m_at, piece, bytes);
         m_at += piece;
         m_observe();

@@ -59,7 +59,7 @@ TunerProperties largeDocument()
 /// The unused capacity of every list of objects of such a document.
 QVector<int> spareRoom(const TunerProperties &document)
 {
-    const auto spare = [](const auto &list) { return list.size() == many ? list.capacity() - many : -1; };
+    const auto spare = [](const auto &list) { return list.size() == many ? int(list.capacity()) - many : -1; };
     const Component component = document.GetComponent().at(0);
     const Node node = std::as_const(component).GetNode().at(0);
     const ValueItem texts = std::as_const(node).GetValueItem().at(0);

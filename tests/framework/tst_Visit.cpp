@@ -21,7 +21,7 @@ namespace {
 QString textOf(const QVariant &value)
 {
     QString text;
-    QDebug(&text).nospace().noquote() << QMetaType::typeName(value.userType()) << ' ' << value.toString();
+    QDebug(&text).nospace().noquote() << value.typeName() << ' ' << value.toString();
     if (value.userType() == QMetaType::QVariantList) {
         for (const QVariant &entry : value.toList())
             text += textOf(entry) + QLatin1Char(';');
