@@ -97,7 +97,7 @@ QStringList contentOf(const QByteArray &xml)
         if (token == QXmlStreamReader::Comment)
             item += reader.text();
         for (const QXmlStreamAttribute &attribute : reader.attributes())
-            item += QLatin1Char(' ') + attribute.qualifiedName() + QLatin1Char('=') + attribute.value();
+            item += QStringLiteral(" %1=%2").arg(attribute.qualifiedName(), attribute.value());
         content += item;
     }
     return content;

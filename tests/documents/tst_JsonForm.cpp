@@ -60,7 +60,7 @@ QVector<JsonProblem> problemsOf(const QByteArray &json)
     TunerProperties document;
     const qint64 count = JsonForm::read(document, json, [&](const JsonProblem &problem) { problems += problem; });
     if (count != problems.size())
-        qFatal("%lld problems are not %d", static_cast<long long>(count), problems.size());
+        qFatal("%lld problems are not %lld", static_cast<long long>(count), static_cast<long long>(problems.size()));
     return problems;
 }
 
@@ -204,7 +204,7 @@ void JsonFormTest::everyTextReadsBackUnchanged()
 {
     TunerProperties document;
     document.SetValidate(false);
-    for (uint code = 0; code <= 0x10FFFF; code += code < 0x300 ? 1 : 37) {
+    for (char32_t code = 0; code <= 0x10FFFF; code += code < 0x300 ? 1 : 37) {
         if (code >= 0xD800 && code < 0xE000)
             continue;
         const QString text = QString::fromUcs4(&code, 1);
@@ -369,7 +369,8 @@ public:
     void check(const JobXml::DataObject &object, const QVector<JobXml::Step> &steps, int &found) const
     {
         JobXml::visit(object, [&](const JobXml::MemberView &member) {
-            const Json *const value = JsonForm::valueAt(m_whole, steps + QVector{JobXml::Step{member.GetName(), -1}});
+            const Json *const value =
+                JsonForm::valueAt(m_whole, steps + QVector<JobXml::Step>{JobXml::Step{member.GetName(), -1}});
             if (!value && member.IsSet())
                 qFatal("%s is not found", member.GetName().data());
             if (!value)
@@ -379,7 +380,8 @@ public:
             QCOMPARE(JsonText::compact(JsonText::parse(itself)), JsonText::compact(JsonForm::ofMember(member)));
             const bool isList = member.GetKind() == JobXml::MemberKind::ObjectList;
             for (int i = 0; i < member.GetSize(); ++i)
-                check(member.GetChild(i), steps + QVector{JobXml::Step{member.GetName(), isList ? i : -1}}, found);
+                check(member.GetChild(i),
+                      steps + QVector<JobXml::Step>{JobXml::Step{member.GetName(), isList ? i : -1}}, found);
         });
     }
 
