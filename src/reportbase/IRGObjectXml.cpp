@@ -115,14 +115,31 @@ Failure watched(const XmlWatch &watch, const QXmlStreamReader &reader, const QSt
     return isEndedByWatch ? atReader(reader, source, watch.refusal()) : failure;
 }
 
+/// The size of the text before the first half of a surrogate pair, of which some versions of Qt drop the last one.
+Size sizeOfPairs(const QString &text)
+{
+    const Size size = text.size();
+    for (Size i = 0; i < size; ++i) {
+        if (!text[i].isSurrogate())
+            continue;
+        if (text[i].isLowSurrogate() || i + 1 == size || !text[i + 1].isLowSurrogate())
+            return i;
+        ++i;
+    }
+    return size;
+}
+
 /// What the reader may read of a text, whatever encoding it declares.
 QString readable(const QString &xml, XmlWatch &watch)
 {
-    const Size head = watch.readableHead(xml.constData(), xml.size());
+    const Size size = sizeOfPairs(xml);
+    const Size head = watch.readableHead(xml.constData(), size);
     const QString name = watch.declaredEncoding();
     if (!name.isNull() && !Encodings::isKnown(name))
         watch.refuse(XmlWatch::Refused::UnknownEncoding);
-    const Size rest = watch.isRefused() ? 0 : watch.readable(xml.constData() + head, xml.size() - head);
+    const Size rest = watch.isRefused() ? 0 : watch.readable(xml.constData() + head, size - head);
+    if (size < xml.size())
+        watch.refuse(XmlWatch::Refused::Character);
     return watch.readableDeclaration(xml.left(head)) + xml.mid(head, rest);
 }
 

@@ -51,8 +51,7 @@ private Q_SLOTS:
         row("prefix", "<t:TunerProperties/>", "Namespace prefix '<prefix>' not declared",
             "Namespace prefix 't' not declared");
         row("bytes", "<TunerProperties name='\xFF'/>", "Encountered incorrectly encoded content.");
-        row("encoding", "<?xml version='1.0' encoding='klingon'?><TunerProperties/>", "Encoding <name> is unsupported",
-            "Encoding klingon is unsupported");
+        row("control character", "<TunerProperties name='\x01'/>", "Invalid XML character.");
         row("version", "<?xml version='2.0'?><TunerProperties/>", "Unsupported XML version.");
         row("reference", "<TunerProperties name='&#0;'/>", "Invalid character reference.");
         row("section end", "<TunerProperties>]]></TunerProperties>", "Sequence ']]>' not allowed in content.");

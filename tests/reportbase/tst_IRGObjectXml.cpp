@@ -68,6 +68,9 @@ private Q_SLOTS:
     void aWholeDocumentIsWritten();
     void anObjectWithoutDataWritesNothing();
     void anExceptionWhileWritingPasses();
+    void documentsThatReadersTreatDifferentlyAreRefused_data();
+    void documentsThatReadersTreatDifferentlyAreRefused();
+    void textMayDeclareAnyKnownEncoding();
     void aTextIsReadBackAsItWasWritten_data();
     void aTextIsReadBackAsItWasWritten();
     void aTextThatXmlCannotCarryIsNotWritten_data();
@@ -378,6 +381,55 @@ void IRGObjectXmlTest::anExceptionWhileWritingPasses()
     Note note(QStringLiteral("half"));
     QCOMPARE(thrownBy([&] { return note.GetXmlString(); }),
              QStringLiteral("IncompleteDefinitionException: Note: half a note"));
+}
+
+void IRGObjectXmlTest::documentsThatReadersTreatDifferentlyAreRefused_data()
+{
+    QTest::addColumn<QString>("xml");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *name, const QString &xml, const char *error) {
+        QTest::newRow(name) << xml << QStringLiteral("XML text:") + QString::fromUtf8(error);
+    };
+    const QString begin = QStringLiteral("<Note>\n<text>a");
+    const QString end = QStringLiteral("</text></Note>");
+    row("U+0000", begin + QChar(0) + end, "2:7: Invalid XML character.");
+    row("U+0000 at the end", begin + end + QChar(0), "2:21: Invalid XML character.");
+    row("first half of a pair", begin + QChar(0xD83D) + end, "2:7: Invalid XML character.");
+    row("second half of a pair", begin + QChar(0xDCE1) + end, "2:7: Invalid XML character.");
+    row("halves in the wrong order", begin + QChar(0xDCE1) + QChar(0xD83D) + end, "2:7: Invalid XML character.");
+    row("half of a pair at the end", begin + end + QChar(0xD83D), "2:21: Invalid XML character.");
+    row("a document type after the root", begin + end + QStringLiteral("<!DOCTYPE a>"),
+        "2:23: a document has one document type at most, before its root element");
+    row("two document types", QStringLiteral("<!DOCTYPE Note><!DOCTYPE Note>") + begin + end,
+        "1:17: a document has one document type at most, before its root element");
+    row("a long name", QStringLiteral("<Note><") + QString(4096, QLatin1Char('n')) + QStringLiteral("/></Note>"),
+        "1:4102: a name has more than 4095 characters");
+    row("a long end tag", begin + QStringLiteral("</") + QString(4096, QLatin1Char('n')) + QLatin1Char('>'),
+        "2:4104: a name has more than 4095 characters");
+    row("an unknown encoding", QStringLiteral("<?xml version='1.0' encoding='klingon'?>") + begin + end,
+        "1:39: the encoding 'klingon' is not supported, only UTF-8, UTF-16, UTF-32, US-ASCII, ISO-8859-1, "
+        "ISO-8859-15 and windows-1252");
+}
+
+void IRGObjectXmlTest::documentsThatReadersTreatDifferentlyAreRefused()
+{
+    QFETCH(const QString, xml);
+    QFETCH(const QString, error);
+    Note note;
+    QCOMPARE(note.SetXmlString(xml, false), false);
+    QCOMPARE(note.GetErrorString(), error);
+}
+
+void IRGObjectXmlTest::textMayDeclareAnyKnownEncoding()
+{
+    for (const char *name : {"UTF-8", "utf8", "UTF-16", "UTF-16BE", "UTF-32LE", "ISO-8859-1", "latin1", "ISO-8859-15",
+                             "windows-1252", "US-ASCII"}) {
+        Note note;
+        const QString xml = QStringLiteral("<?xml version='1.0' encoding='%1' standalone='yes'?><Note>"
+                                           "<text>\u00E4\u20AC\U0001F4E1</text></Note>");
+        QVERIFY2(note.SetXmlString(xml.arg(QLatin1String(name)), true), qPrintable(note.GetErrorString()));
+        QCOMPARE(note.text, QStringLiteral("\u00E4\u20AC\U0001F4E1"));
+    }
 }
 
 void IRGObjectXmlTest::aTextIsReadBackAsItWasWritten_data()

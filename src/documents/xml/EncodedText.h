@@ -21,7 +21,8 @@ public:
     /// The name of the encoding: "UTF-16LE".
     QString encoding() const;
 
-    /// Whether encode(utf8()) is the document, byte for byte. It is not if bytes encode no character.
+    /// Whether encode(utf8()) is the document, byte for byte. It is not if bytes encode no character, or
+    /// if the encoding is not known.
     bool isExact() const;
 
     /// The document as UTF-8, including a byte order mark.
@@ -34,7 +35,8 @@ public:
     bool canEncode(uint character) const;
 
 private:
-    Encoding m_encoding;
+    Encoding m_encoding = Encoding::Utf8;
+    QString m_otherEncoding; // that is declared, and that readers refuse
     QByteArray m_document;
     QByteArray m_utf8;
 };
