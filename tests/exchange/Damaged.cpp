@@ -46,7 +46,9 @@ QByteArray stateOf(TunerProperties &object)
     QDataStream stream(&state, QIODevice::WriteOnly);
     stream.setVersion(QDataStream::Qt_5_15);
     object.GetVersionSpecificBinaryWithoutValidation(stream);
-    return hash(state + object.GetBinaryRepresentationAsQByteArray() + object.GetXmlString().toUtf8());
+    const QByteArray record = object.GetBinaryRepresentationAsQByteArray();
+    const QByteArray xml = object.GetXmlString().toUtf8();
+    return hash(state + record + xml);
 }
 
 QByteArray oneLine(const QString &text)
