@@ -37,20 +37,25 @@ qint64 WatchedDevice::readFromDevice(char *bytes, qint64 size)
 
 qint64 WatchedDevice::readData(char *bytes, qint64 size)
 {
-    while (isConverted() && !m_isAtEnd && !m_watch.isRefused() && !isTooLarge())
+    // The reader determines the encoding when it reads first, and would mistake fewer bytes for the whole document.
+    const Size least = m_isReturned ? 1 : Encodings::FirstBytes;
+    while (m_converted.size() - m_returned < least && !m_isAtEnd && !m_watch.isRefused() && !isTooLarge())
         readFurther();
-    const Size returned = std::min(Size(size), m_converted.size() - m_returned);
+    const auto returned = Size(std::min(size, qint64(m_converted.size() - m_returned)));
     if (returned == 0)
         return size > 0 ? -1 : 0;
     std::copy_n(m_converted.constData() + m_returned, returned, bytes);
     m_returned += returned;
+    m_isReturned = true;
     return returned;
 }
 
 void WatchedDevice::readFurther()
 {
-    m_converted.resize(0);
-    m_returned = 0;
+    if (isConverted()) {
+        m_converted.resize(0);
+        m_returned = 0;
+    }
     const Size had = m_bytes.size();
     m_bytes.resize(had + pieceSize);
     const Size read = Size(std::max(readFromDevice(m_bytes.data() + had, pieceSize), qint64(0)));
@@ -64,7 +69,6 @@ void WatchedDevice::readFurther()
 void WatchedDevice::convert()
 {
     if (!m_isBegun) {
-        // If a document arrives slowly, its first bytes are not the whole.
         if (m_bytes.size() < Encodings::FirstBytes && !m_isAtEnd)
             return;
         m_isBegun = true;
@@ -106,7 +110,7 @@ void WatchedDevice::endHead()
                                                     : XmlWatch::Refused::UnknownEncoding);
         m_encoding = declared.value_or(m_encoding);
     }
-    m_converted = m_watch.readableDeclaration(m_head).toUtf8();
+    m_converted += m_watch.readableDeclaration(m_head).toUtf8();
     m_head.clear();
 }
 

@@ -58,6 +58,7 @@ private:
     QString m_head; // of the document; is not returned before its end is known
     QByteArray m_converted;
     Size m_returned = 0; // of the converted bytes
+    bool m_isReturned = false; // whether any bytes were returned before
 };
 
 } // namespace REPORTGENERATOR

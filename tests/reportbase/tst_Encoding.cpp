@@ -72,8 +72,9 @@ void EncodingTest::namesAreKnown()
 
 void EncodingTest::otherNamesAreNotKnown()
 {
-    for (const char *name : {"", " ", "UTF", "UTF-7", "UTF-80", "UTF-8 ", "-", "ISO-8859-2", "windows-1251", "Shift_JIS",
-                             "EUC-JP", "GB18030", "Big5", "KOI8-R", "EBCDIC-CP-US", "System", "locale", "klingon"}) {
+    for (const char *name :
+         {"", " ", "UTF", "UTF-7", "UTF-80", "UTF-8 ", "-", "ISO-8859-2", "windows-1251", "Shift_JIS", "EUC-JP",
+          "GB18030", "Big5", "KOI8-R", "EBCDIC-CP-US", "System", "locale", "klingon"}) {
         QVERIFY2(!Encodings::isKnown(QString::fromLatin1(name)), name);
         QVERIFY2(!Encodings::declared(QString::fromLatin1(name), std::nullopt), name);
     }

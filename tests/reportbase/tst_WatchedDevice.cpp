@@ -134,6 +134,15 @@ void WatchedDeviceTest::aDocumentThatComesSlowlyBeginsWithFourBytes()
     QCOMPARE(device.read(piece, sizeof(piece)), qint64(4));
     QCOMPARE(device.read(piece, sizeof(piece)), qint64(1));
     QCOMPARE(device.atEnd(), false);
+
+    // What is left of them in UTF-8 without a byte order mark may be less.
+    for (const QByteArray &document : {QByteArray("\xEF\xBB\xBF<abc/>"), encoded("UTF-16", QStringLiteral("<abc/>"))}) {
+        for (const int pieceSize : {1, 4, 5, 7}) {
+            SlowDevice slowDocument(document, pieceSize);
+            WatchedDevice watchedDocument(slowDocument);
+            QVERIFY(watchedDocument.read(piece, sizeof(piece)) >= 4);
+        }
+    }
 }
 
 void WatchedDeviceTest::documentOfLessThanFourBytesIsReturned()
