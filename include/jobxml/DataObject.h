@@ -65,6 +65,7 @@ struct Problem : ObjectPath
         : ObjectPath(where), message(why), member(ofMember), xmlOnly(inXmlOnly)
     {
     }
+    Problem(const ObjectPath &, std::nullptr_t, const QString & = {}, bool = false) = delete;
 
     QString message{}; ///< why: the whole text of the exception that the model would throw, or the library's own
     QString member{}; ///< the member of that object; null if it is not a single one

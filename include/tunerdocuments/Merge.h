@@ -59,6 +59,11 @@ private:
 /// What merge() returns, to which later versions may add functions.
 struct TUNERDOCUMENTS_EXPORT MergeResult
 {
+    /// An empty document.
+    MergeResult() = default;
+    /// A copy of the document, with its validate flag, and no conflicts.
+    explicit MergeResult(const JobXml::TunerProperties &merged) : document(merged) { }
+
     /// With the changes of both sides; where they conflict, it is that of ours.
     JobXml::TunerProperties document{};
     QVector<MergeConflict> conflicts{}; ///< in the order of ours

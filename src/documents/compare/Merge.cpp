@@ -258,8 +258,7 @@ QString MergeConflict::text() const
 
 MergeResult merge(const TunerProperties &base, const TunerProperties &ours, const TunerProperties &theirs)
 {
-    MergeResult result;
-    result.document = ours;
+    MergeResult result(ours);
     ObjectEdit edit;
     Merging merging;
     merging.merge(Objects{base, ours, theirs}, {}, edit);
