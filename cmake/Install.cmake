@@ -20,10 +20,12 @@ install(FILES ${PROJECT_SOURCE_DIR}/SECURITY.md
 # find_package(TunerProperties), or TunerPropertiesQt6 if that is what it is built with
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${TunerProperties_PACKAGE})
 set(package_files ${PROJECT_BINARY_DIR}/cmake/${TunerProperties_PACKAGE})
+set(translations_dir ${CMAKE_INSTALL_DATADIR}/tunerproperties-${PROJECT_VERSION_MAJOR}/translations)
 configure_package_config_file(
     ${PROJECT_SOURCE_DIR}/cmake/TunerPropertiesConfig.cmake.in
     ${package_files}Config.cmake
     INSTALL_DESTINATION ${package_dir}
+    PATH_VARS translations_dir
     NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(${package_files}ConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
@@ -40,12 +42,14 @@ install(EXPORT TunerPropertiesTargets
 set(pkgconfig_dir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH prefix_from_pkgconfig ${pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
 file(RELATIVE_PATH libdir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH datadir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_DATADIR})
 file(RELATIVE_PATH includedir_from_prefix ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
 
 # tp_install_pkgconfig(library description [REQUIRES library...] [PRIVATE library...] [PRIVATE_PACKAGES package...]
 #                      [PRIVATE_LIBS option...])
-# REQUIRES are our libraries whose functions a program calls as well; what is private is linked only by static builds.
+# REQUIRES are our libraries whose functions a program calls as well; what is private is linked with --static, and always if
+# there are no shared libraries, which would bring it along. Static libraries declare themselves as such to their headers.
 function(tp_install_pkgconfig library description)
     cmake_parse_arguments(arg "" "" "REQUIRES;PRIVATE;PRIVATE_PACKAGES;PRIVATE_LIBS" ${ARGN})
     foreach(list IN ITEMS REQUIRES PRIVATE)
@@ -53,8 +57,17 @@ function(tp_install_pkgconfig library description)
         list(TRANSFORM arg_${list} APPEND "${TunerProperties_NAME_SUFFIX} = ${PROJECT_VERSION}")
     endforeach()
     list(APPEND arg_REQUIRES "${tp_qt}Core >= ${TunerProperties_QT_MINIMUM}")
-    list(JOIN arg_REQUIRES ", " requires)
     list(APPEND arg_PRIVATE ${arg_PRIVATE_PACKAGES})
+    set(libs)
+    set(definitions)
+    if(NOT BUILD_SHARED_LIBS)
+        list(APPEND arg_REQUIRES ${arg_PRIVATE})
+        list(JOIN arg_PRIVATE_LIBS " " libs)
+        string(TOUPPER "-D${library}_STATIC_DEFINE" definitions)
+        set(arg_PRIVATE)
+        set(arg_PRIVATE_LIBS)
+    endif()
+    list(JOIN arg_REQUIRES ", " requires)
     list(JOIN arg_PRIVATE ", " requires_private)
     list(JOIN arg_PRIVATE_LIBS " " libs_private)
     string(TOLOWER ${library}${TunerProperties_NAME_SUFFIX} name)
@@ -66,7 +79,7 @@ endfunction()
 tp_install_pkgconfig(ReportBase "Loading, saving, exceptions and loggers of objects in a report"
     PRIVATE_PACKAGES zlib)
 tp_install_pkgconfig(TavikAppStartUp "Registry of the translations of modules"
-    PRIVATE_LIBS -l${CMAKE_DL_LIBS})
+    PRIVATE_LIBS ${tp_dl_option})
 tp_install_pkgconfig(TunerProperties "${PROJECT_DESCRIPTION}"
     REQUIRES ReportBase PRIVATE TavikAppStartUp)
 tp_install_pkgconfig(TunerDocuments "Documents of radio tuner resources in files: any form, problems, paths, differences"

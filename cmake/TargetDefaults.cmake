@@ -112,20 +112,22 @@ function(tp_relative_places target)
     endif()
 endfunction()
 
-# The objects of a shared library. They are a target of their own for the programs that contain them.
+# The objects of a library. They are a target of their own for the programs that contain them.
 function(tp_add_objects library)
     set(objects ${library}Objects)
     add_library(${objects} OBJECT ${ARGN})
     tp_product_defaults(${objects})
     tp_relative_places(${objects})
     set_target_properties(${objects} PROPERTIES POSITION_INDEPENDENT_CODE ON)
-    target_compile_definitions(${objects} PRIVATE ${library}_EXPORTS)
+    if(BUILD_SHARED_LIBS)
+        target_compile_definitions(${objects} PRIVATE ${library}_EXPORTS)
+    endif()
     target_include_directories(${objects} PRIVATE
         ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${objects} PRIVATE ${tp_qt}::Core)
 endfunction()
 
-# A shared library. Its public headers are those in the folder include/<folder>, and <folder/Export.h>, which is generated.
+# A library, shared or static. Its public headers are those in the folder include/<folder>, and <folder/Export.h>, which is generated.
 function(tp_library_defaults target folder macro)
     tp_product_defaults(${target})
     # In a build there is one Qt, so the plain names always work; the names of the package depend on it.
@@ -137,6 +139,9 @@ function(tp_library_defaults target folder macro)
     generate_export_header(${target}
         EXPORT_MACRO_NAME ${macro}
         EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/include/${folder}/Export.h)
+    if(NOT BUILD_SHARED_LIBS)
+        target_compile_definitions(${target} PUBLIC $<UPPER_CASE:${target}>_STATIC_DEFINE)
+    endif()
     file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/${folder}/*.h)
     target_sources(${target} PUBLIC FILE_SET HEADERS
         BASE_DIRS ${PROJECT_SOURCE_DIR}/include ${PROJECT_BINARY_DIR}/include
@@ -146,6 +151,7 @@ function(tp_library_defaults target folder macro)
         OUTPUT_NAME ${target}${TunerProperties_NAME_SUFFIX}
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
+        POSITION_INDEPENDENT_CODE ON # also of a static library, which may be linked into plug-ins
         # Otherwise CMake reserves space for another path with empty entries, which mean the current folder.
         BUILD_WITH_INSTALL_RPATH ON
         INSTALL_RPATH "$ORIGIN")

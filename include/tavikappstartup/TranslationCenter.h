@@ -19,6 +19,11 @@
 ///  4. the installed data folder, `<prefix>/share/tunerproperties-1/translations`. It is found from the folder of this
 ///     library, so that an installed tree may be moved as a whole.
 ///
+/// A static library has no folder of its own: the folder is that of the program or plug-in that is linked with it, and
+/// the data folder is found if this is `<prefix>/bin`. Otherwise pass the folder of the catalogs to AddSearchPath() and
+/// register again: it is `TunerProperties_TRANSLATIONS_DIR` in CMake and the variable `translationsdir` of pkg-config.
+/// On other systems than Linux, the folder is always that of the program, as soon as there is a QCoreApplication.
+///
 /// Within a folder the names are tried as QTranslator::load() does, the most special first (`de_AT`, then `de`). The
 /// first folder with any of them is used, even if a later folder has a more special one.
 ///

@@ -2,7 +2,6 @@
 #include <tavikappstartup/TranslationCenter.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -17,26 +16,9 @@
 #include <QPointer>
 #include <QTranslator>
 
-#include <dlfcn.h>
+#include "CodeFolder.h"
 
 namespace {
-
-// With links resolved: if /lib is a link to /usr/lib, the data folder is relative to the latter. As bytes: most
-// programs that load this library never need a translation, and Qt takes long to decode its first file name.
-std::string folderOfThisLibrary()
-{
-    static const char anchor = 0;
-    Dl_info info = {};
-    dladdr(&anchor, &info);
-    const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr), &std::free);
-    const std::string file = path ? path.get() : "";
-    const std::size_t end = file.rfind('/');
-    return file.substr(0, end == std::string::npos ? 0 : std::max(end, std::size_t(1)));
-}
-
-// Called while this library is loaded, not later: dladdr() takes the loader's lock. A module that registers while it is
-// loaded already holds that lock, and both would wait for each other.
-const std::string libraryFolder = folderOfThisLibrary();
 
 // Shared, because a catalog is installed and withdrawn outside the lock: a thread that is installing one while another
 // thread or a receiver of LanguageChange withdraws it keeps it alive, and uninstalls it by releasing it.
@@ -163,11 +145,14 @@ private:
 
     QStringList searchedFolders() const
     {
-        const QString folder = QFile::decodeName(libraryFolder.c_str());
-        QStringList folders = m_addedFolders;
-        folders << folder << folder + QLatin1String("/translations")
-                << QDir::cleanPath(folder + QLatin1String("/" INSTALLED_TRANSLATIONS_FROM_LIBRARY));
-        return folders;
+        QString folder = QFile::decodeName(m_codeFolder.c_str());
+        if (folder.isEmpty() && QCoreApplication::instance())
+            folder = QCoreApplication::applicationDirPath();
+        if (folder.isEmpty())
+            return m_addedFolders;
+        return m_addedFolders
+            + QStringList{folder, folder + QLatin1String("/translations"),
+                          QDir::cleanPath(folder + QLatin1String("/" INSTALLED_TRANSLATIONS))};
     }
 
     std::optional<Search> nextSearch() const
@@ -194,6 +179,7 @@ private:
     }
 
     mutable std::mutex m_mutex;
+    const std::string m_codeFolder = codeFolder();
     std::vector<Module> m_modules; // in the order of registration
     QStringList m_addedFolders; // the last added first
     quint64 m_registrations = 0;
@@ -205,6 +191,15 @@ TranslationCenter &TranslationCenter::Instance()
     static TranslationCenter center;
     return center;
 }
+
+namespace {
+
+// Created while this library is loaded, not later: codeFolder() takes the loader's lock. A module that registers while
+// it is loaded already holds that lock, and both would wait for each other. In a static build, a module may register
+// before.
+[[maybe_unused]] const TranslationCenter &createdWhenLoaded = TranslationCenter::Instance();
+
+} // namespace
 
 TranslationCenter::TranslationCenter() : d(std::make_unique<Private>()) { }
 

@@ -55,8 +55,11 @@ LAYERS = [
            "src/documents/json", "src/documents/xml", "src/documents/findings", "src/documents/lint",
            "src/documents/compare"]),
     Layer("src/documents/show", ["include/jobxml", "include/tunerdocuments", "src/text"]),
-    Layer("src/documents/html", ["include/jobxml", "include/tunerdocuments", "src/text", "src/documents/paths", "src/documents/values"]),
-    Layer("src/documents/schema", ["include/jobxml", "include/tunerdocuments", "src/text"]),
+    Layer("src/documents/resources"),
+    Layer("src/documents/html",
+          ["include/jobxml", "include/tunerdocuments", "src/text", "src/documents/paths", "src/documents/values",
+           "src/documents/resources"]),
+    Layer("src/documents/schema", ["include/jobxml", "include/tunerdocuments", "src/text", "src/documents/resources"]),
     # The tool knows the libraries by their public headers alone; it shares the functions for texts and JSON with them.
     Layer(f"{TOOL}/console", ["include/tunerdocuments/DocumentError.h", "src/text"]),
     Layer(f"{TOOL}/files",

@@ -62,6 +62,9 @@ endfunction()
 # the folder.
 function(expect_documents_to_work program folder)
     expect_libraries_from(${folder} ${program} ONLY ReportBase TavikAppStartUp TunerDocuments TunerProperties)
+    expect_documents_of_program(${program})
+endfunction()
+function(expect_documents_of_program program)
     run(${program} ${EXAMPLE} ${SCRATCH_DIR}/changed.json)
     string(CONCAT expected
         "Component[type=GainControl,name=agc]: Component: Please set optional properly.\n"
@@ -69,6 +72,20 @@ function(expect_documents_to_work program folder)
         "the file is json\n"
         "quantity is 1\n"
         "missing.xml: cannot open: No such file or directory\n")
+    if(NOT output STREQUAL expected)
+        message(FATAL_ERROR "${program} prints\n${output}and not\n${expected}")
+    endif()
+endfunction()
+
+# The program of consumer/ with what only the libraries themselves call or read. Its arguments are those after the document;
+# `shown` is the German name of a direction finder if the catalogs are found, and the name itself otherwise.
+function(expect_parts_to_work program shown)
+    run(${program} ${EXAMPLE} ${ARGN})
+    string(CONCAT expected
+        "registered: TunerProperties\n"
+        "shown as: ${shown}\n"
+        "the page has its script: yes\n"
+        "the schema is there: yes\n")
     if(NOT output STREQUAL expected)
         message(FATAL_ERROR "${program} prints\n${output}and not\n${expected}")
     endif()

@@ -15,6 +15,10 @@ expect_derived_class_to_work(${build}/derived)
 # The library above the model brings it along.
 expect_documents_to_work(${build}/documents ${PREFIX}/${LIB_DIR})
 
+# Catalogs are found from the folder of the libraries.
+expect_libraries_from(${PREFIX}/${LIB_DIR} ${build}/parts ONLY ReportBase TavikAppStartUp TunerDocuments TunerProperties)
+expect_parts_to_work(${build}/parts Peiler)
+
 # The exported targets are those of the shared libraries: what is linked into them is not installed.
 file(STRINGS ${PREFIX}/${LIB_DIR}/cmake/${PACKAGE}/${PACKAGE}Targets.cmake targets REGEX "^add_library")
 list(TRANSFORM targets REPLACE "^add_library\\(([A-Za-z0-9:_]+) SHARED IMPORTED\\)$" "\\1")

@@ -2,25 +2,16 @@
 #include "documents/html/Page.h"
 
 #include <QCryptographicHash>
-#include <QFile>
 
-// Q_INIT_RESOURCE must be outside of any namespace. It links the resources of a static library.
-static void initResources()
-{
-    Q_INIT_RESOURCE(html);
-}
+#include "documents/resources/Resource.h"
 
 namespace TunerDocuments {
 
 namespace {
 
-QString resource(const char *name)
+QString textOf(const char *name)
 {
-    initResources();
-    QFile file(QStringLiteral(":/html/") + QLatin1String(name));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("the resource %s is missing", name);
-    return QString::fromUtf8(file.readAll());
+    return QString::fromUtf8(resource(name));
 }
 
 /// For HTML, the marks of the CDATA section are comments of the language; XML removes them.
@@ -86,8 +77,8 @@ void showBar(Markup &out, bool hasCards)
 
 void Page::show(Markup &out, const std::function<void()> &header, const std::function<void()> &content) const
 {
-    const QString style = guarded(resource("page.css"));
-    const QString script = guarded(resource("page.js"));
+    const QString style = guarded(textOf("page.css"));
+    const QString script = guarded(textOf("page.js"));
     out.line("<!DOCTYPE html>");
     {
         const Tag page(out, "html", {{"xmlns", "http://www.w3.org/1999/xhtml"}, {"lang", "en"}});

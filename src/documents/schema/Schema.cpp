@@ -1,52 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include <tunerdocuments/Schema.h>
 
-#include <QFile>
 #include <QHash>
 #include <QStringList>
 #include <QXmlStreamReader>
 
-// Q_INIT_RESOURCE must be outside of any namespace. It links the resources of a static library.
-static void initResources()
-{
-    Q_INIT_RESOURCE(schema);
-}
+#include "documents/resources/Resource.h"
 
 namespace TunerDocuments {
 
 namespace Schema {
 
-namespace {
-
-QByteArray resource(const QString &name)
-{
-    initResources();
-    QFile file(QStringLiteral(":/schema/") + name);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("%s is missing in the program", qUtf8Printable(name));
-    return file.readAll();
-}
-
-} // namespace
-
 QByteArray text()
 {
-    return resource(QStringLiteral("tuner-properties.xsd"));
+    return resource("tuner-properties.xsd");
 }
 
 QByteArray forAuthors()
 {
-    return resource(QStringLiteral("tuner-properties-author.xsd"));
+    return resource("tuner-properties-author.xsd");
 }
 
 QByteArray forJson()
 {
-    return resource(QStringLiteral("tuner-properties.schema.json"));
+    return resource("tuner-properties.schema.json");
 }
 
 QByteArray model()
 {
-    return resource(QStringLiteral("model.json"));
+    return resource("model.json");
 }
 
 class Q_DECL_HIDDEN Annotations::Private
