@@ -86,6 +86,9 @@ function(tp_add_test name)
         set_property(TARGET written_xml APPEND PROPERTY TP_WRITERS ${name})
     endif()
     set_tests_properties(${name} PROPERTIES LABELS "${arg_LABELS}" TIMEOUT 120 ENVIRONMENT "${environment}")
+    if(name IN_LIST TP_ONLY_ON_LINUX)
+        set_tests_properties(${name} PROPERTIES DISABLED ON)
+    endif()
 endfunction()
 
 # Called at the end of the folder, when all its suites are known.

@@ -32,6 +32,11 @@ namespace REPORTGENERATOR {
 ///   the caller may not read or set are omitted.
 /// - At no time does anybody but the caller have an access that the old file did not grant.
 ///
+/// All of this is done by functions of Linux. On other systems, QSaveFile saves the file, which is also replaced as a
+/// whole or not at all and keeps its mode, while links are followed wherever they are. But owner, group, access control
+/// list and extended attributes become those of a new file, paths must be text, and a process that is killed may leave
+/// a temporary file.
+///
 /// As when a file is written in place, the set-user-ID, set-group-ID and sticky bits are dropped, and so are the
 /// attributes that describe the old content (`security.capability`, `security.ima`, `security.evm`). Another name of
 /// the old file, a hard link, keeps the old content.
@@ -44,7 +49,8 @@ QString SaveFile(std::nullptr_t, const QByteArray &) = delete;
                                                  const QByteArray &content);
 
 /// As above, to replace a file that was read and is still open as `original`. Nothing is saved if the path no longer
-/// leads to that very file, because it was replaced, renamed or removed meanwhile.
+/// leads to that very file, because it was replaced, renamed or removed meanwhile. On other systems than Linux, a file
+/// of the same size and time of change is taken for it.
 [[nodiscard]] REPORTBASE_EXPORT QString SaveFile(const QByteArray &path, const QString &shownName,
                                                  const QByteArray &content, const QFileDevice &original);
 

@@ -6,6 +6,8 @@
 
 #include <reportbase/SaveFile.h>
 
+#include "OnlyOnLinux.h"
+
 using REPORTGENERATOR::SaveFile;
 using REPORTGENERATOR::WriteAll;
 
@@ -84,6 +86,7 @@ void SaveFileTest::aNulDoesNotEndAName()
 /// "\xff" is not UTF-8; converted to text it would become U+FFFD, the name of a different file.
 void SaveFileTest::bytesThatAreNotTextNameTheirOwnFile()
 {
+    ONLY_ON_LINUX("names of files that are not text");
     const QByteArray folder = QFile::encodeName(m_folder.path());
     const QByteArray path = folder + "/\xff.xml";
     const QString other = m_folder.filePath(QString(QChar(QChar::ReplacementCharacter)) + QStringLiteral(".xml"));

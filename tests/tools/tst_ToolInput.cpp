@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "OnlyOnLinux.h"
 #include "Rows.h"
 #include "Skip.h"
 #include "tools/Tool.h"
@@ -564,6 +565,7 @@ void ToolInputTest::closedStreamsAreNotUsedAsFiles_data()
 
 void ToolInputTest::closedStreamsAreNotUsedAsFiles()
 {
+    ONLY_ON_LINUX("standard streams that are closed");
     QFETCH(QString, command);
     m_workshop->write(QStringLiteral("small.xml"), smallXml);
     const Run run = m_workshop->shell(command);

@@ -3,7 +3,7 @@
 #
 # A sanitizer has an allocator of its own. Only ELF lets a library replace malloc() by its place in the order of search, and
 # a program run a function before the initialization of libraries.
-if(CMAKE_CXX_FLAGS MATCHES "-fsanitize" OR NOT CMAKE_EXECUTABLE_FORMAT STREQUAL ELF)
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize" OR NOT CMAKE_EXECUTABLE_FORMAT STREQUAL ELF OR TUNERPROPERTIES_PORTABLE)
     return()
 endif()
 if(TUNERPROPERTIES_TOOL_MIMALLOC)

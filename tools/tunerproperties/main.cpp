@@ -1,27 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <clocale>
 #include <cstdlib>
 #include <new>
 
 #include "commands/CommandLine.h"
 #include "commands/HelpText.h"
 #include "console/Interruption.h"
+#include "console/StandardStreams.h"
 
 namespace {
-
-/// Opens /dev/null in place of standard streams that are closed. The next file to be opened would otherwise receive
-/// the descriptor of a stream, and its output. Reading or writing it fails as for a closed stream.
-void occupyStandardStreams()
-{
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (fcntl(stream, F_GETFD) == -1)
-            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY); // uses the lowest free number
-    }
-}
 
 bool isAscii(const QByteArray &bytes)
 {
@@ -63,16 +50,14 @@ ExitStatus run(const QByteArrayList &arguments)
 
 int main(int argc, char **argv)
 {
-    occupyStandardStreams();
+    StandardStreams::prepare();
     QByteArrayList arguments; // unchanged: Qt would decode them, and interpret some
     for (int i = 1; i < argc; ++i)
         arguments.append(argv[i]);
     // The language and encoding of the system's messages are all that the program needs of a QCoreApplication, which
     // would take a tenth of the time of a short run. They themselves take a thirtieth, in scripts mostly for nothing.
-    if (needsLocale() || !std::all_of(arguments.begin(), arguments.end(), isAscii)) {
-        std::setlocale(LC_CTYPE, "");
-        std::setlocale(LC_MESSAGES, "");
-    }
+    if (needsLocale() || !std::all_of(arguments.begin(), arguments.end(), isAscii))
+        StandardStreams::useLocale();
     const ExitStatus status = run(arguments);
 #ifdef TOOL_RETURNS
     return int(status);

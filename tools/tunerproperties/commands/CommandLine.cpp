@@ -3,13 +3,12 @@
 
 #include <algorithm>
 
-#include <sys/stat.h>
-
 #include <QRegularExpression>
 
 #include "commands/Commands.h"
 #include "commands/HelpText.h"
 #include "commands/Options.h"
+#include "files/FileSystem.h"
 #include "text/Suggestion.h"
 
 namespace {
@@ -271,12 +270,6 @@ int indexOfCommand(const QByteArrayList &arguments)
     return int(arguments.size());
 }
 
-bool exists(const FileName &name)
-{
-    struct stat status = {};
-    return ::stat(name.bytes().constData(), &status) == 0;
-}
-
 bool looksLikeFile(const FileName &name)
 {
     return name.bytes().contains('.') || name.bytes().contains('/');
@@ -291,7 +284,7 @@ ExitStatus runCommandLine(const QByteArrayList &arguments)
         return runWithoutCommand(arguments);
     const FileName word(arguments[index]);
     const std::optional<Command> command = commandNamed(word.shown());
-    if (!command && (word.isStandardStream() || exists(word)))
+    if (!command && (word.isStandardStream() || FileSystem::exists(word)))
         return runCommand(showCommand(), arguments);
     if (!command)
         return wrongUsage(looksLikeFile(word) ? QStringLiteral("unknown command '") + word.shown()

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <sys/stat.h>
-
 #include <algorithm>
 
 #include <tunerdocuments/Json.h>
@@ -12,6 +10,7 @@
 #include "commands/Options.h"
 #include "console/BufferedOutput.h"
 #include "files/DocumentFile.h"
+#include "files/FileSystem.h"
 
 using namespace TunerDocuments;
 
@@ -108,8 +107,7 @@ ExitStatus printTable(const Invocation &invocation, const QString &pattern, cons
 
 bool isFile(const FileName &name)
 {
-    struct stat status = {};
-    return name.isStandardStream() || stat(name.bytes().constData(), &status) == 0;
+    return name.isStandardStream() || FileSystem::exists(name);
 }
 
 ExitStatus run(const Invocation &invocation)

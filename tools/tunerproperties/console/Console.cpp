@@ -4,12 +4,10 @@
 #include <cerrno>
 #include <mutex>
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <QtGlobal>
 
 #include "console/Interruption.h"
+#include "console/StandardStreams.h"
 #include "text/Printable.h"
 
 namespace Console {
@@ -20,22 +18,15 @@ namespace {
 std::mutex mutex;
 bool barIsShown = false;
 
-/// Returns the system's error number, or 0. A single call may write only a part, to a pipe or a full disk.
 int writeAll(int stream, const QByteArray &bytes)
 {
-    for (int done = 0; done < bytes.size();) {
-        const ssize_t written = ::write(stream, bytes.constData() + done, std::size_t(bytes.size() - done));
-        if (written < 0 && errno != EINTR)
-            return errno;
-        done += written > 0 ? int(written) : 0;
-    }
-    return 0;
+    return StandardStreams::write(stream, bytes.constData(), std::size_t(bytes.size()));
 }
 
 void eraseBar()
 {
     if (barIsShown)
-        writeAll(STDERR_FILENO, "\r\x1b[K");
+        writeAll(StandardStreams::error, "\r\x1b[K");
     barIsShown = false;
 }
 
@@ -53,12 +44,12 @@ QString streamName()
 
 void write(const QByteArray &bytes)
 {
-    writeEscaped(escapedFor(STDOUT_FILENO, bytes));
+    writeEscaped(escapedFor(StandardStreams::output, bytes));
 }
 
 QByteArray escapedFor(int descriptor, const QByteArray &bytes)
 {
-    return isatty(descriptor) != 0 ? Printable::escaped(bytes) : bytes;
+    return StandardStreams::isTerminal(descriptor) ? Printable::escaped(bytes) : bytes;
 }
 
 void writeEscaped(const QByteArray &bytes)
@@ -67,7 +58,7 @@ void writeEscaped(const QByteArray &bytes)
     {
         const std::lock_guard lock(mutex);
         eraseBar();
-        error = writeAll(STDOUT_FILENO, bytes);
+        error = writeAll(StandardStreams::output, bytes);
     }
     if (error == EPIPE)
         Interruption::endByBrokenPipe();
@@ -79,7 +70,7 @@ void printError(const QString &text)
 {
     const std::lock_guard lock(mutex);
     eraseBar();
-    writeAll(STDERR_FILENO, errorLine(text)); // there is nowhere to report a failure
+    writeAll(StandardStreams::error, errorLine(text)); // there is nowhere to report a failure
 }
 
 void printErrors(const QStringList &texts)
@@ -93,31 +84,25 @@ void printOutOfMemory() noexcept
     // Console::printError() would allocate its line, and an exception in a handler ends the program by abort().
     static constexpr char line[] = "tunerproperties: out of memory\n";
     const std::lock_guard lock(mutex);
-    std::size_t done = 0;
-    while (done < sizeof line - 1) {
-        const ssize_t written = ::write(STDERR_FILENO, line + done, sizeof line - 1 - done);
-        if (written < 0 && errno != EINTR)
-            return;
-        done += written > 0 ? std::size_t(written) : 0;
-    }
+    StandardStreams::write(StandardStreams::error, line, sizeof line - 1);
 }
 
 bool standardOutputIsTerminal()
 {
-    return isatty(STDOUT_FILENO) != 0;
+    return StandardStreams::isTerminal(StandardStreams::output);
 }
 
 bool canShowBar()
 {
     const QByteArray terminal = qgetenv("TERM");
-    return isatty(STDERR_FILENO) != 0 && !terminal.isEmpty() && terminal != "dumb";
+    return StandardStreams::isTerminal(StandardStreams::error) && !terminal.isEmpty() && terminal != "dumb";
 }
 
 int terminalWidth()
 {
     constexpr int usual = 80;
-    winsize size = {};
-    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
+    const int width = StandardStreams::terminalWidth(StandardStreams::error);
+    return width > 0 ? width : usual;
 }
 
 void showBar(const QString &text)
@@ -127,7 +112,7 @@ void showBar(const QString &text)
         eraseBar();
         return;
     }
-    writeAll(STDERR_FILENO, '\r' + text.toUtf8() + "\x1b[K");
+    writeAll(StandardStreams::error, '\r' + text.toUtf8() + "\x1b[K");
     barIsShown = true;
 }
 
@@ -137,7 +122,7 @@ bool printLastError(const QString &text)
         return false;
     eraseBar();
     if (!text.isNull())
-        writeAll(STDERR_FILENO, errorLine(text));
+        writeAll(StandardStreams::error, errorLine(text));
     return true;
 }
 
