@@ -12,27 +12,34 @@ check_cxx_compiler_flag(-fno-semantic-interposition TUNERPROPERTIES_HAS_NO_SEMAN
 check_cxx_compiler_flag(-fmacro-prefix-map=/a=/b TUNERPROPERTIES_HAS_MACRO_PREFIX_MAP)
 
 # Optimized builds are hardened with the flags that Debian builds its packages with (dpkg-buildflags, hardening=+all), and
-# against stacks that grow into other memory. Debug builds are not: without optimization there is nothing to fortify, and
-# sanitizers find more.
+# against stacks that grow into other memory. Flags that CMAKE_CXX_FLAGS contains, as it does when Debian packages are built,
+# are not repeated. Debug builds are not hardened: without optimization there is nothing to fortify, and sanitizers find more.
 set(tp_hardened "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+if(CMAKE_BUILD_TYPE MATCHES "^(None)?$" AND CMAKE_CXX_FLAGS MATCHES "-O[1-3s]")
+    set(tp_hardened 1)
+endif()
+set(tp_hardening OFF)
 set(tp_hardening_compile_options)
 set(tp_hardening_link_options)
 if(TUNERPROPERTIES_HARDENING AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     include(CheckPIESupported)
     include(CheckLinkerFlag)
     check_pie_supported(LANGUAGES CXX)
+    set(tp_hardening ON)
     foreach(flag IN ITEMS -fstack-protector-strong -fstack-clash-protection -fcf-protection
             "-Wformat -Werror=format-security")
         string(MAKE_C_IDENTIFIER "TUNERPROPERTIES_HAS${flag}" variable)
         check_cxx_compiler_flag("${flag}" ${variable})
-        if(${variable})
+        if(${variable} AND NOT " ${CMAKE_CXX_FLAGS} " MATCHES " ${flag} ")
             list(APPEND tp_hardening_compile_options "SHELL:${flag}")
         endif()
     endforeach()
     # Undefined first: compilers of some distributions define it, and the environment may.
-    list(APPEND tp_hardening_compile_options "SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2")
+    if(NOT CMAKE_CXX_FLAGS MATCHES "-D_FORTIFY_SOURCE=[2-9]")
+        list(APPEND tp_hardening_compile_options "SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2")
+    endif()
     check_linker_flag(CXX "-Wl,-z,relro,-z,now" TUNERPROPERTIES_HAS_RELRO_NOW)
-    if(TUNERPROPERTIES_HAS_RELRO_NOW)
+    if(TUNERPROPERTIES_HAS_RELRO_NOW AND NOT CMAKE_SHARED_LINKER_FLAGS MATCHES "-z,relro.*-z,now")
         list(APPEND tp_hardening_link_options "-Wl,-z,relro,-z,now")
     endif()
 endif()
@@ -42,7 +49,7 @@ function(tp_target_defaults target)
         target_compile_options(${target} PRIVATE "$<${tp_hardened}:${option}>")
     endforeach()
     get_target_property(type ${target} TYPE)
-    if(tp_hardening_compile_options AND type STREQUAL "EXECUTABLE")
+    if(tp_hardening AND type STREQUAL "EXECUTABLE")
         set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     endif()
     if(NOT type STREQUAL "STATIC_LIBRARY" AND NOT type STREQUAL "OBJECT_LIBRARY")
