@@ -15,7 +15,9 @@ python3 -B scripts/model "$@" "$build/src/model/tunerproperties_model" || status
 # What the library exports follows from the model in part; the rest is recorded by hand.
 if [[ ${1:-} != --check && $(sed -n 's/^CMAKE_CXX_FLAGS:STRING=//p' "$build/CMakeCache.txt") != *-fsanitize* ]]; then
     quietly "$build/model.log" cmake --build "$build" --target TunerProperties
-    python3 -B tests/package/exports.py "$build/lib/libTunerProperties.so" tests/package/exports/TunerProperties.txt \
-        --record-model share/model.json
+    record=(python3 -B tests/package/exports.py --version "$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")"
+        --record-model share/model.json "$build/lib/libTunerProperties.so")
+    "${record[@]}" debian/libtunerproperties1.symbols
+    "${record[@]}" --as-qt6 debian/libtunerproperties-qt6-1.symbols
 fi
 exit "$status"

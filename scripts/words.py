@@ -21,7 +21,7 @@ EXEMPT: tuple[str, ...] = ()
 
 # Files whose contents are data, or that name the phrases themselves.
 DATA = (
-    "LICENSE", "*.hex", "*.json", "*.svg", "*.png", "*.dict", "*.ts", "*/exports/*.txt",
+    "LICENSE", "*.hex", "*.json", "*.svg", "*.png", "*.dict", "*.ts", "debian/*.symbols",
     "fuzz/corpus/*", "fuzz/regressions/*", "scripts/words.py", "tests/documentation/test_words.py",
 )
 
