@@ -7,7 +7,7 @@
 #   ci      the other legs of the continuous integration and the scripts for developers
 #   bench   the benchmark, with all peers that the library is compared with
 #   abi     comparing the binary interface with its record, with both Qts
-#   package building and trying the Debian packages
+#   package building and trying the Debian packages in clean roots
 #   docs    writing the manual
 #   browser testing the pages for a browser
 set -euo pipefail
@@ -53,8 +53,12 @@ abi_packages=(
 )
 
 package_packages=(
-    dpkg-dev lintian
-    file binutils # by which CPack inspects libraries
+    git dpkg-dev
+    mmdebstrap         # a clean Debian in a folder
+    lintian
+    diffoscope-minimal # shows how two packages differ
+    binutils           # readelf
+    python3
 )
 
 docs_packages=(

@@ -1,48 +1,116 @@
 #!/usr/bin/env bash
 #
-# package.sh builds the Debian packages in build/package/packages, checks them with lintian, and tries them: it unpacks
-# them into a folder of their own, and runs the tool and a program built there. Nothing is installed.
+# package.sh builds the Debian packages in a clean root, twice and in different surroundings, compares both byte by byte, and
+# checks them with lintian. In another clean root it installs them, tries them as debian/tests/control says, and removes them.
+# The packages are in build/package/packages. It needs to be root, and to be allowed to mount.
 #
 # The contents of the packages are compared with packaging/contents; package.sh --record records the present ones.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+source scripts/clean-root.sh
 
 build=build/package
 packages=$build/packages
 out=$build/out
-root=$PWD/$build/root
+# The clean root, and the one with what building needs, are kept for the next run.
+roots=$PWD/$build/roots
 record=false
 case ${1:-} in
 '') ;;
 --record) record=true ;;
 *) die "usage: package.sh [--record]" ;;
 esac
+((EUID == 0)) || die "only root can make the clean root"
 
-scripts/install-dependencies.sh build package
+scripts/install-dependencies.sh package
 multiarch=$(dpkg-architecture --query DEB_HOST_MULTIARCH)
-libraries=$root/usr/lib/$multiarch
-tool=$root/usr/bin/tunerproperties
-documents=$root/usr/share/doc/libtunerproperties-dev/examples
+version=$(dpkg-parsechangelog --show-field Version)
+names=$(sed -n 's/^Package: //p' debian/control)
 
-# The build flags of Debian's packages. There are no packages with debugging symbols, so none are generated.
-set_build_flags() {
-    local flags
-    flags=$(DEB_CXXFLAGS_STRIP=-g DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --export=sh)
-    eval "$flags"
-    export CXXFLAGS="$CXXFLAGS ${CPPFLAGS:?}"
+prepare_roots() {
+    local key
+    key=$(cat scripts/clean-root.sh debian/control)
+    [[ ! -f $roots/key || $(<"$roots/key") != "$key" ]] || return 0
+    rm -rf "$roots"
+    make_root "$roots/clean"
+    cp --archive "$roots/clean" "$roots/build"
+    mkdir -p "$roots/build/sources/debian"
+    cp debian/control "$roots/build/sources/debian"
+    quietly $build/build-dep.log install_in "$roots/build" build-dep --build-profiles nocheck /sources
+    quietly $build/build-dep.log install_in "$roots/build" install faketime locales
+    quietly $build/build-dep.log in_root "$roots/build" localedef -i tr_TR -f UTF-8 tr_TR.UTF-8
+    add_user "$roots/build" first
+    add_user "$roots/build" another
+    echo "$key" >"$roots/key"
 }
 
-# Everything but folders: permissions, owner and path, without the name of this machine's architecture.
+# The files of this checkout that git knows, or would know after "git add".
+files_of_the_project() {
+    git ls-files -z --cached --others --exclude-standard --deduplicate | while IFS= read -r -d '' file; do
+        [[ ! -e $file ]] || printf '%s\0' "$file"
+    done
+}
+
+make_sources() { # FOLDER: the archive of the sources, and the sources with debian/ beside it
+    local name=tunerproperties-${version%-*}
+    [[ $(sed -n 's/^project(TunerProperties VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt) == "${version%-*}" ]] \
+        || die "debian/changelog begins with version $version, which is not that of the project"
+    mkdir -p "$1/$name"
+    files_of_the_project | tar --create --null --files-from=- | tar --extract --directory "$1/$name"
+    tar --create --directory "$1" --exclude "$name/debian" --sort=name --owner=0 --group=0 --numeric-owner \
+        --mode=u+rw,go=rX --mtime="@$(dpkg-parsechangelog --show-field Timestamp)" --xz \
+        --file "$1/${name/-/_}.orig.tar.xz" "$name"
+}
+
+# build_as USER SCRIPT VARIABLE=VALUE...: the script runs in the folder "build" in the home of the user. The suites are not
+# part of it: other legs of the continuous integration run them.
+build_as() {
+    local user=$1 script=$2
+    shift 2
+    in_root "$roots/build" chown --recursive "$user:" "/home/$user/build"
+    quietly "$build/$user.log" as_user "$roots/build" "$user" DEB_BUILD_PROFILES=nocheck "$@" \
+        sh -e -c "cd build; $script"
+}
+
+build_packages() {
+    local home=$roots/build/home/first
+    rm -rf "$home/build"
+    make_sources "$home/build"
+    build_as first "cd tunerproperties-*; dpkg-buildpackage -us -uc" DEB_BUILD_OPTIONS="nocheck parallel=$jobs"
+    cp "$home"/build/tunerproperties_* "$home"/build/*.deb $packages
+    ls $packages/*.deb
+}
+
+# User, permissions, folder, time, time zone, locale and number of processes differ.
+build_again() {
+    local home=$roots/build/home/another package
+    rm -rf "$home/build"
+    mkdir "$home/build"
+    cp $packages/tunerproperties_* "$home/build"
+    build_as another "umask 077; dpkg-source -x *.dsc a-folder-with-a-longer-name; cd a-*; \
+        faketime -f +400d dpkg-buildpackage -b -us -uc" \
+        DEB_BUILD_OPTIONS="nocheck parallel=$((jobs + 1))" LC_ALL=tr_TR.UTF-8 LANGUAGE=tr TZ=XST-13:45
+    for package in "$packages"/*.deb; do
+        cmp "$package" "$home/build/${package##*/}" || {
+            diffoscope "$package" "$home/build/${package##*/}" || true
+            die "$package differs if it is built elsewhere"
+        }
+    done
+    echo "Built again by another user, in another folder, time, time zone and locale: the same packages."
+}
+
+# Everything but folders: permissions, owner and path, without the name of this machine's architecture. Doxygen chooses the
+# names in the manual.
 contents() { # PACKAGE
-    dpkg-deb --contents "$1" | awk '$1 !~ /^d/ { $3 = $4 = $5 = ""; print }' | sed "s, *\./, /,; s,/$multiarch/,/MULTIARCH/,"
+    dpkg-deb --contents "$1" | awk '$1 !~ /^d/ { $3 = $4 = $5 = ""; print }' | grep -v '/html/.*\.\(css\|html\|js\|png\|svg\)$' \
+        | sed "s, *\./, /,; s,/$multiarch/,/MULTIARCH/,"
 }
 
 check_contents() {
-    local package name recorded
-    for package in "$packages"/*.deb; do
-        name=$(dpkg-deb --field "$package" Package)
+    local name recorded
+    for name in $names; do
         recorded=packaging/contents/$name.txt
-        contents "$package" >"$out/$name.txt"
+        contents $packages/"$name"_*.deb >"$out/$name.txt"
         if [[ $record == true ]]; then
             cp "$out/$name.txt" "$recorded"
         else
@@ -53,94 +121,109 @@ check_contents() {
     done
 }
 
-expect_field() { # PACKAGE FIELD TEXT: the field contains the text
-    local value
-    value=$(dpkg-deb --field "$packages/$1"_*.deb "$2")
-    [[ ", $value," == *", $3,"* ]] || die "$2 of $1 is '$value', without '$3'"
+expect_dependency() { # PACKAGE DEPENDENCY: as an extended regular expression
+    local depends
+    depends=$(dpkg-deb --field "$packages/$1"_*.deb Depends)
+    [[ ", $depends," =~ ,\ $2, ]] || die "$1 depends on '$depends', which is not '$2'"
+}
+
+expect_no_dependency() { # PACKAGE WORD
+    ! dpkg-deb --field "$packages/$1"_*.deb Depends | grep "$2" || die "$1 depends on $2"
 }
 
 check_dependencies() {
-    local version
-    version=$(dpkg-deb --field "$packages"/libtunerproperties1_*.deb Version)
-    expect_field libtunerproperties-dev Depends "libtunerproperties1 (= $version)"
-    expect_field libtunerproperties-dev Depends "qtbase5-dev (>= 5.15)"
-    ! dpkg-deb --field "$packages"/tunerproperties-tools_*.deb Depends | grep libtunerproperties \
-        || die "tunerproperties-tools depends on the libraries, which the tool contains"
-    dpkg-deb --field "$packages"/tunerproperties-tools_*.deb Depends | grep -q 'libmimalloc2\.0 (>= ' \
-        || die "tunerproperties-tools does not depend on its allocator"
-    ! dpkg-deb --field "$packages"/libtunerproperties1_*.deb Depends | grep mimalloc \
-        || die "libtunerproperties1 depends on an allocator, which is for programs to choose"
-    dpkg-deb --field "$packages"/libtunerproperties1_*.deb Depends | grep -q 'libqt5core5a (>= 5\.15' \
-        || die "libtunerproperties1 does not depend on Qt"
-    dpkg-deb --info "$packages"/libtunerproperties1_*.deb shlibs | sort >"$out/shlibs"
-    printf "%s 1 libtunerproperties1 (>= $version)\n" libReportBase libTavikAppStartUp libTunerDocuments libTunerProperties \
-        | diff - "$out/shlibs" || die "the file shlibs of libtunerproperties1 does not declare its libraries correctly"
-}
-
-# Runs a program of the unpacked packages, and checks that it uses the unpacked libraries.
-run_unpacked() { # PROGRAM [ARGUMENT...]
-    rm -f "$out"/loader.*
-    env -i LC_ALL=C.UTF-8 LD_LIBRARY_PATH="$libraries" LD_DEBUG=libs LD_DEBUG_OUTPUT="$PWD/$out/loader" "$@" || return
-    local library found
-    for library in ReportBase TavikAppStartUp TunerProperties; do
-        found=$(sed -n "s,.*calling init: \(.*/lib$library\.so.*\),\1,p" "$out"/loader.*)
-        [[ $found == "$libraries/lib$library.so.1" ]] || die "$1 has loaded '$found', not the unpacked library"
+    local library
+    expect_dependency libtunerproperties1 'libqt5core5a \(>= 5\.15[^)]*\)'
+    expect_dependency libtunerproperties-qt6-1 'libqt6core6 \(>= 6\.4[^)]*\)'
+    for library in libreportbase libtavikappstartup libtunerproperties libtunerdocuments; do
+        expect_dependency libtunerproperties-dev "${library}1 \(= $version\)"
+        expect_dependency libtunerproperties-qt6-dev "$library-qt6-1 \(= $version\)"
+        expect_no_dependency ${library}1 'qt6\|mimalloc'
+        expect_no_dependency $library-qt6-1 'qt5\|mimalloc'
     done
+    # The tool contains the libraries.
+    expect_no_dependency tunerproperties-tools 'tunerproperties\|reportbase'
+    expect_dependency tunerproperties-tools 'libmimalloc2\.0 \(>= [^)]*\)'
 }
 
-try_tool() {
-    ! readelf --dynamic "$tool" "$libraries"/*.so.1 | grep -E 'R(UN)?PATH' \
-        || die "the loader would search for a library in the build folder"
-    local run=(env -i LC_ALL=C.UTF-8 "$tool") # without our libraries
-    "${run[@]}" --version
-    "${run[@]}" validate "$documents"/*.xml
-    "${run[@]}" convert "$documents/receiver.xml" "$out/receiver.tpb"
-    "${run[@]}" convert "$out/receiver.tpb" "$out/receiver.xml"
-    "${run[@]}" convert "$documents/receiver.xml" "$out/direct.xml"
-    cmp "$out/receiver.xml" "$out/direct.xml" || die "the conversion to records and back has changed the document"
-    xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties.xsd" "$out/receiver.xml"
-    xmllint --noout --schema "$root/usr/share/tunerproperties/tuner-properties-author.xsd" "$documents"/*.xml
+check_libraries() {
+    local package
+    for package in "$packages"/*.deb; do
+        dpkg-deb --extract "$package" $out/root
+    done
+    python3 -B tests/hardening/check_elf.py --hardened "$out/root/usr/lib/$multiarch" $out/root/usr/bin
+    ! readelf --dynamic "$out/root/usr/lib/$multiarch"/*.so.1 $out/root/usr/bin/* | grep -E 'R(UN)?PATH' \
+        || die "the loader would search for a library in a folder of its own"
 }
 
-# A program built with the unpacked development package shows names in German as long as the catalogs exist.
-try_building() {
-    local program=$out/program/shown_names translations=$root/usr/share/tunerproperties-1/translations
-    quietly $out/program.log cmake -S tests/package/shown_names -B $out/program -G Ninja --fresh \
-        -DCMAKE_PREFIX_PATH="$root/usr" -DCMAKE_SKIP_RPATH=ON
-    quietly $out/program.log cmake --build $out/program --clean-first
-    run_unpacked "$program" >"$out/names.txt"
-    printf '%s\n' MCP SCP FFP Empfänger Peiler | diff - "$out/names.txt" || die "the names are not shown in German"
-    mv "$translations" "$translations.away"
-    run_unpacked "$program" >"$out/names.txt"
-    printf '%s\n' MCP SCP FFP Receiver DirectionFinder | diff - "$out/names.txt" \
-        || die "the program uses other catalogs than the unpacked ones"
-    mv "$translations.away" "$translations"
+# One of the fields of debian/tests/control, of all tests.
+test_field() {
+    sed -n "s/^$1: //p" debian/tests/control
 }
+
+# What the packages and their tests need of others.
+needed_packages() {
+    local package
+    {
+        test_field Depends
+        for package in "$packages"/*.deb; do
+            dpkg-deb --field "$package" Depends Pre-Depends | sed 's/^[A-Za-z-]*: //'
+        done
+    } | tr ',' '\n' | sed 's/^ *//' | grep --invert-match --extended-regexp "^(${names//$'\n'/|})( |$)" | sort --unique
+}
+
+# All files of a root but those that the package manager keeps for itself, with owner and permissions.
+snapshot() { # ROOT
+    (cd "$1" && find . -xdev \( -path ./proc -o -path ./tmp -o -path ./var/cache -o -path ./var/log -o -path ./var/lib/apt \
+        -o -path ./var/lib/dpkg -o -path "./home/tester/*" \) -prune -o -printf '%M %u:%g %p %l\n' | sort)
+}
+
+# Both Qts at once, so that nothing of one is found or replaced by the other.
+try_packages() {
+    local try=$roots/try command needed installed
+    rm -rf "$try"
+    cp --archive "$roots/clean" "$try"
+    add_user "$try" tester
+    mapfile -t needed < <(needed_packages)
+    quietly $build/try.log install_in "$try" satisfy "$(printf '%s, ' "${needed[@]}")"
+    snapshot "$try" >$out/before
+
+    mkdir "$try/tmp/packages"
+    cp $packages/*.deb "$try/tmp/packages"
+    quietly $build/try.log in_root "$try" sh -c 'dpkg --install /tmp/packages/*.deb'
+    files_of_the_project | tar --create --null --files-from=- | tar --extract --one-top-level="$try/home/tester/sources"
+    in_root "$try" chown --recursive tester: /home/tester
+    while read -r command; do
+        echo "$command"
+        as_user "$try" tester AUTOPKGTEST_TMP=/home/tester sh -c "cd sources && $command"
+    done < <(test_field Test-Command)
+
+    mapfile -t installed < <(printf '%s\n' $packages/*.deb | sed 's,.*/,,; s,_.*,,')
+    quietly $build/try.log in_root "$try" dpkg --purge "${installed[@]}"
+    snapshot "$try" >$out/after
+    diff --unified=0 $out/before $out/after || die "these files are left or missing after the packages are removed"
+    echo "Both Qts installed at once, tried and removed; nothing is left."
+}
+
+note "The first time, this takes ten minutes, one of them for the clean root."
+rm -rf $packages $out
+mkdir -p $packages $out packaging/contents
+heading "Making a clean root"
+prepare_roots
 
 heading "Building the packages"
-[[ -d $build ]] || note "The first time, this takes a minute or two."
-mkdir -p $build
-rm -rf $packages $out "$root"
-mkdir $out
-(
-    set_build_flags
-    quietly $build/configure.log cmake --preset package
-    quietly $build/build.log cmake --build --preset package
-    quietly $build/cpack.log cpack --config $build/CPackConfig.cmake -B $packages
-)
-ls $packages/*.deb
-python3 -B tests/hardening/check_elf.py $build/lib $build/bin $build/tools/tunerproperties/tunerproperties_page_maker
+build_packages
 
 heading "Looking at the packages"
-lintian --allow-root --fail-on error,warning $packages/*.deb || die "lintian has found errors or warnings"
-echo "lintian finds neither errors nor warnings."
+lintian --allow-root --pedantic --display-info --fail-on error,warning,info,pedantic $packages/*.changes \
+    || die "lintian has found something"
+echo "lintian finds nothing."
 check_contents
 check_dependencies
+check_libraries
 
 heading "Trying the packages"
-for package in "$packages"/*.deb; do
-    dpkg-deb --extract "$package" "$root"
-done
-try_tool
-try_building
-echo "A program built with them shows names in German."
+try_packages
+
+heading "Building the packages again"
+build_again

@@ -41,7 +41,7 @@ def members_file(model: Model) -> str:
     return "\n".join([*lines, "} // namespace Members", ""])
 
 
-CONTENTS = "packaging/contents/libtunerproperties-dev.txt"
+CONTENTS = "packaging/contents/libtunerproperties-common-dev.txt"
 INSTALLED = "-rw-r--r-- root/root /usr/include/jobxml/"
 
 

@@ -73,7 +73,7 @@ class Check(unittest.TestCase):
             ("fuzz/dictionaries/paths.dict", '"MaxBandwidth"', ""),
             ("include/jobxml/QtTest.h", text, ""),
             ("tests/Members.inc", accessors, ""),
-            ("packaging/contents/libtunerproperties-dev.txt",
+            ("packaging/contents/libtunerproperties-common-dev.txt",
              "-rw-r--r-- root/root /usr/include/jobxml/Node.h", ""),
             ("tests/compile_failures/ignored_results.cpp", "    JobXml::Node::fromXml(text); // warned", ""),
             ("docs/pages/index.md", "| JobXml::StringItem | One text of a list. |", ""),
