@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <QDataStream>
+#include <QIODevice>
 
 #include <jobxml/TunerProperties.h>
 #include <jobxml/Visit.h>
@@ -118,7 +119,7 @@ private:
             break; // seen by what is chosen
         case JobXml::MemberKind::EnumerationList: {
             const QVariantList values = member.GetValue().toList();
-            addSize(path, values.size());
+            addSize(path, int(values.size()));
             for (int i = 0; i < values.size(); ++i)
                 m_values[path + QString::number(i)] = normal(values.at(i));
             break;

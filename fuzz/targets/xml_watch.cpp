@@ -79,11 +79,12 @@ Seen seenBy(QXmlStreamReader &reader)
         const auto token = reader.readNext();
         if (token == QXmlStreamReader::Invalid)
             break;
-        QString text = reader.tokenString() + QLatin1Char(' ') + reader.qualifiedName() + QLatin1Char(' ')
-            + reader.text() + reader.processingInstructionTarget() + reader.processingInstructionData();
+        QString text = QStringLiteral("%1 %2 %3%4%5")
+                           .arg(reader.tokenString(), reader.qualifiedName(), reader.text(),
+                                reader.processingInstructionTarget(), reader.processingInstructionData());
         const auto attributes = reader.attributes();
         for (const QXmlStreamAttribute &attribute : attributes)
-            text += QLatin1Char(' ') + attribute.qualifiedName() + QLatin1Char('=') + attribute.value();
+            text += QStringLiteral(" %1=%2").arg(attribute.qualifiedName(), attribute.value());
         seen.mostAttributes = std::max(seen.mostAttributes, int(attributes.size()));
         if (token == QXmlStreamReader::DTD)
             seen.hasSubset = seen.hasSubset || hasSubset(reader.text());
@@ -108,7 +109,7 @@ QString expanded(const QString &text)
     }();
     QString result = text.left(4000);
     for (int i = 0; i < 2; ++i) {
-        const int at = result.indexOf(QChar(i + 1));
+        const auto at = result.indexOf(QChar(i + 1));
         if (at >= 0)
             result.replace(at, 1, runs.at(i));
     }
