@@ -31,7 +31,7 @@ for qt in 5 6; do
     mkdir "$build/headers"
     cp -R include/. "$build/include/." "$build/headers"
     for library in "${libraries[@]}"; do
-        scripts/compare_abi.py "${record[@]}" --headers "$build/headers" "$build/lib/lib$library$suffix.so" \
+        python3 -B scripts/compare_abi.py "${record[@]}" --headers "$build/headers" "$build/lib/lib$library$suffix.so" \
             "abi/qt$qt/lib$library.abi" || changed+=("$library of Qt $qt")
     done
 done

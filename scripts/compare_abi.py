@@ -18,20 +18,18 @@ import sys
 import tempfile
 from pathlib import Path
 
+from compact_abi import compact
+
 # Bits of the status of abidiff.
 ERROR = 1 | 2
 
 # Paths and lines would change the record with every edit. Types that no header declares cannot be used by a program.
-STABLE = ["--no-corpus-path", "--no-comp-dir-path", "--no-show-locs", "--drop-private-types", "--load-all-types",
-          "--exported-interfaces-only",
+STABLE = ["--no-corpus-path", "--no-comp-dir-path", "--no-show-locs", "--drop-private-types", "--exported-interfaces-only",
           "--no-parameter-names", "--no-write-default-sizes", "--no-elf-needed", "--type-id-style", "hash"]
-
-# Where a source is, which no option of abidw omits.
-SOURCE_FOLDER = re.compile(r" path='[^']*/")
 
 SUPPRESSIONS = Path(__file__).parent.parent / "abi" / "ignored.abignore"
 
-SUMMARY = re.compile(r"^(?:Functions|Variables|(?:Function|Variable) symbols|Unreachable types)"
+SUMMARY = re.compile(r"^(?:Functions|Variables|(?:Function|Variable) symbols)"
                      r"(?: changes)? summary: (.*)$", re.MULTILINE)
 REMOVED_OR_CHANGED = re.compile(r"\b[1-9]\d* (?:removed|changed)\b(?! \()|\b[1-9]\d* (?:removed|changed) \(", re.IGNORECASE)
 SONAME = re.compile(r"^SONAME changed from '(.*)' to '(.*)'$", re.MULTILINE)
@@ -51,13 +49,12 @@ def describe(library: Path, headers: Path, description: Path) -> None:
                library)
     if done.returncode != 0 or not description.exists():
         fail(f"abidw cannot read {library}:\n{done.stdout}{done.stderr}")
-    text = description.read_text(encoding="utf-8")
-    description.write_text(SOURCE_FOLDER.sub(" path='", text), encoding="utf-8")
+    compact(description)
 
 
 def changes(record: Path, description: Path, *options: str) -> str:
     """The report of abidiff, empty if nothing has changed."""
-    done = run("abidiff", "--non-reachable-types", *options, record, description)
+    done = run("abidiff", *options, record, description)
     if done.returncode & ERROR:
         fail(f"abidiff cannot compare with {record}:\n{done.stdout}{done.stderr}")
     return done.stdout if done.returncode != 0 or options else ""
