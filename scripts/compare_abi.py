@@ -29,9 +29,8 @@ STABLE = ["--no-corpus-path", "--no-comp-dir-path", "--no-show-locs", "--drop-pr
 
 SUPPRESSIONS = Path(__file__).parent.parent / "abi" / "ignored.abignore"
 
-SUMMARY = re.compile(r"^(?:Functions|Variables|(?:Function|Variable) symbols)"
-                     r"(?: changes)? summary: (.*)$", re.MULTILINE)
-REMOVED_OR_CHANGED = re.compile(r"\b[1-9]\d* (?:removed|changed)\b(?! \()|\b[1-9]\d* (?:removed|changed) \(", re.IGNORECASE)
+SUMMARY = re.compile(r"^(?:Functions|Variables|(?:Function|Variable) symbols) changes summary: (.*)$", re.MULTILINE)
+REMOVED_OR_CHANGED = re.compile(r"\b[1-9]\d* (?:removed|changed)\b", re.IGNORECASE)
 SONAME = re.compile(r"^SONAME changed from '(.*)' to '(.*)'$", re.MULTILINE)
 
 
