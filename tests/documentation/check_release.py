@@ -29,4 +29,5 @@ expect("CHANGELOG.md", r"^## (.*)$", f"[{version}] - {date}")
 debian = "debian" if (top / "debian" / "changelog").exists() else "packaging/debian"
 expect(f"{debian}/changelog", r"^tunerproperties \(([^-)]+)", version)
 
-sys.exit("\n".join(errors))
+if errors:
+    sys.exit("\n".join(errors))
