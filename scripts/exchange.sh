@@ -8,8 +8,8 @@
 # and reads what the other one has written. The bytes must be the same.
 #
 # Damaged documents: each program reads NUMBER documents of every form and writes what comes of each:
-# read or refused, kind and place of the failure, and all that was read. The results must be the same, except for the
-# words in which QXmlStreamReader refuses malformed XML.
+# read or refused, the failure and its place, and all that was read. The results must be the same. So must be the words in
+# which QXmlStreamReader refuses malformed XML, as long as they are the same in the versions of Qt that are compared.
 
 set -euo pipefail
 # shellcheck source=scripts/common.sh
