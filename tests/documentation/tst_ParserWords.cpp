@@ -50,7 +50,6 @@ private Q_SLOTS:
             "Entity 'ouml' not declared.");
         row("prefix", "<t:TunerProperties/>", "Namespace prefix '<prefix>' not declared",
             "Namespace prefix 't' not declared");
-        row("control character", "<TunerProperties name='\x01'/>", "Invalid XML character.");
         row("version", "<?xml version='2.0'?><TunerProperties/>", "Unsupported XML version.");
         row("reference", "<TunerProperties name='&#0;'/>", "Invalid character reference.");
         row("section end", "<TunerProperties>]]></TunerProperties>", "Sequence ']]>' not allowed in content.");
