@@ -2,6 +2,24 @@
 # turn them into errors (CMAKE_COMPILE_WARNING_AS_ERROR), so a newer compiler never breaks a user's build.
 
 include(CheckCXXCompilerFlag)
+include(CheckLinkerFlag)
+
+# Compilers that take the options of GCC are asked for those that not all of them know.
+set(tp_warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(MSVC)
+    set(tp_warnings /W4 /utf-8 /permissive- /Zc:__cplusplus)
+endif()
+
+# A shared library finds the others in its own folder.
+set(tp_own_folder "$ORIGIN")
+if(APPLE)
+    set(tp_own_folder "@loader_path")
+endif()
+
+# Missing symbols of a shared library are found when it is linked; some systems always do so.
+if(CMAKE_EXECUTABLE_FORMAT STREQUAL ELF) # other linkers may ignore it with a warning
+    check_linker_flag(CXX "LINKER:--no-undefined" TUNERPROPERTIES_HAS_NO_UNDEFINED)
+endif()
 
 # An unloaded library must really go away; a unique symbol would pin it in the process.
 check_cxx_compiler_flag(-fno-gnu-unique TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
@@ -21,9 +39,8 @@ endif()
 set(tp_hardening OFF)
 set(tp_hardening_compile_options)
 set(tp_hardening_link_options)
-if(TUNERPROPERTIES_HARDENING AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+if(TUNERPROPERTIES_HARDENING AND NOT MSVC AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     include(CheckPIESupported)
-    include(CheckLinkerFlag)
     check_pie_supported(LANGUAGES CXX)
     set(tp_hardening ON)
     foreach(flag IN ITEMS -fstack-protector-strong -fstack-clash-protection -fcf-protection
@@ -63,7 +80,7 @@ function(tp_target_defaults target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
         UNITY_BUILD OFF) # an including project may use it; our sources do not support it
-    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion ${tp_further_warnings})
+    target_compile_options(${target} PRIVATE ${tp_warnings} ${tp_further_warnings})
     if(TUNERPROPERTIES_HAS_NO_GNU_UNIQUE)
         target_compile_options(${target} PRIVATE -fno-gnu-unique)
     endif()
@@ -81,7 +98,7 @@ endfunction()
 set(TP_PRODUCT_FLAGS "" CACHE STRING "Flags for the libraries and the tool, but not for the tests, separated by semicolons")
 mark_as_advanced(TP_PRODUCT_FLAGS)
 set(tp_product_flags ${TP_PRODUCT_FLAGS})
-if(CMAKE_BUILD_TYPE STREQUAL Debug
+if(CMAKE_BUILD_TYPE STREQUAL Debug AND NOT MSVC
         AND NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_DEBUG} ${TP_PRODUCT_FLAGS}" MATCHES "-O")
     list(APPEND tp_product_flags -Og)
 endif()
@@ -161,9 +178,9 @@ function(tp_library_defaults target folder macro)
         POSITION_INDEPENDENT_CODE ON # also of a static library, which may be linked into plug-ins
         # Otherwise CMake reserves space for another path with empty entries, which mean the current folder.
         BUILD_WITH_INSTALL_RPATH ON
-        INSTALL_RPATH "$ORIGIN")
+        INSTALL_RPATH "${tp_own_folder}")
     tp_relative_places(${target})
-    if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    if(TUNERPROPERTIES_HAS_NO_UNDEFINED AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
     if(TUNERPROPERTIES_INSTALL)

@@ -8,8 +8,8 @@ class QFileDevice;
 
 namespace REPORTGENERATOR {
 
-/// Saves a file as SaveFile() does: whole or not at all. If there is an `original`, only that very file is replaced. The path
-/// is not empty and contains no NUL. Returns the reason why it cannot be saved, or a null string.
+/// Saves a file as SaveFile() does: whole or not at all. If there is an `original`, only that very file is replaced.
+/// The path is not empty and contains no NUL. Returns the reason why it cannot be saved, or a null string.
 QString replaceFile(const QByteArray &path, const QByteArray &content, const QFileDevice *original);
 
 } // namespace REPORTGENERATOR

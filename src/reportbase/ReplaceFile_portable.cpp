@@ -33,10 +33,11 @@ QString replaceFile(const QByteArray &path, const QByteArray &content, const QFi
         return FailureTexts::notAFile();
     if (original && !mayBe(found, *original))
         return FailureTexts::pathHasChanged();
-    QSaveFile file(found.exists() ? found.canonicalFilePath() : name); // it would only follow the first of several links
+    QSaveFile file(found.exists() ? found.canonicalFilePath()
+                                  : name); // it would only follow the first of several links
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
-    const QString reason = WriteAll(file, content);
+    QString reason = WriteAll(file, content);
     if (!reason.isNull())
         return reason;
     return file.commit() ? QString() : file.errorString();

@@ -52,7 +52,13 @@ Watch::Watch()
     }
 }
 
-Watch::~Watch() = default;
+Watch::~Watch()
+{
+    for (const int number : endingSignals) {
+        if (std::signal(number, SIG_DFL) == SIG_IGN)
+            std::signal(number, SIG_IGN);
+    }
+}
 
 Shield::Shield()
 {

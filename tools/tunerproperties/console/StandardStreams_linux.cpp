@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <clocale>
+#include <initializer_list>
 
 #include <fcntl.h>
 #include <sys/ioctl.h>

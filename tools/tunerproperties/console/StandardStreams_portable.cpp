@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <clocale>
 #include <cstdio>
+#include <initializer_list>
 
 #include <QtGlobal>
 

@@ -5,8 +5,49 @@
 
 #include <QFile>
 
+#include "console/Console.h"
 #include "files/InputParts.h"
 #include "text/Size.h"
+
+namespace InputParts {
+
+void cannotOpen(const FileName &name, int error)
+{
+    throw FileFailure(name.shown() + QStringLiteral(": cannot open: ") + qt_error_string(error));
+}
+
+void cannotRead(const FileName &name, const QString &reason)
+{
+    throw FileFailure(name.shown() + QStringLiteral(": cannot read: ") + reason);
+}
+
+void cannotCopy(const FileName &name, const QString &reason)
+{
+    throw FileFailure(name.shown() + QStringLiteral(": cannot copy to a temporary file: ") + reason);
+}
+
+void tooLarge(const FileName &name, const QString &size, qint64 limit)
+{
+    throw FileFailure(name.shown()
+                      + QStringLiteral(": too large: %1 bytes; the limit is %2 bytes").arg(size).arg(limit));
+}
+
+void hasChanged(const FileName &name)
+{
+    throw FileFailure(name.shown() + QStringLiteral(": changed while it was being read"));
+}
+
+void refuseUnless(FileKinds kinds, const FileName &name)
+{
+    if (kinds == FileKinds::All)
+        return;
+    if (kinds == FileKinds::Replaceable)
+        Input::refuseToReplace(name);
+    throw FileFailure(name.shown()
+                      + QStringLiteral(": not a regular file; use --special-files to read it among several files"));
+}
+
+} // namespace InputParts
 
 using namespace InputParts;
 

@@ -12,6 +12,7 @@
 
 #include <reportbase/SaveFile.h>
 
+#include "console/Console.h"
 #include "console/Interruption.h"
 #include "files/InputParts.h"
 

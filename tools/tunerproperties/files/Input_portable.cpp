@@ -10,6 +10,7 @@
 
 #include <reportbase/SaveFile.h>
 
+#include "console/Console.h"
 #include "console/StandardStreams.h"
 #include "files/InputParts.h"
 
