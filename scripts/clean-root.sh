@@ -30,8 +30,8 @@ in_root() {
     local root=$1
     shift
     # shellcheck disable=SC2016 # is expanded by the shell within
-    unshare --mount --uts --pid --fork --kill-child sh -c \
-        'hostname clean; mount -t proc proc "$0/proc" && exec chroot "$0" "$@"' "$root" "$@"
+    unshare --mount --uts --pid --fork --kill-child sh -e -c \
+        'hostname clean; mount -t proc proc "$0/proc"; mount -t tmpfs shm "$0/dev/shm"; exec chroot "$0" "$@"' "$root" "$@"
 }
 
 # add_user ROOT USER: with a home folder
