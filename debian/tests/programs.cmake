@@ -50,7 +50,7 @@ expect_libraries_from(${libraries} ${build}/main)
 expect_consumer_to_work(${build}/main)
 expect_documents_to_work(${build}/documents ${libraries})
 
-message(STATUS "The installed examples, and the first program of the manual")
+message(STATUS "The installed examples")
 build_project(${documentation}/examples ${SCRATCH_DIR}/examples)
 run(${SCRATCH_DIR}/examples/readme_example ${documentation}/examples/receiver.xml ${SCRATCH_DIR}/one_more.xml)
 file(STRINGS ${SCRATCH_DIR}/one_more.xml after REGEX " quantity=\"3\"")
