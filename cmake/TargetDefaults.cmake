@@ -4,7 +4,7 @@
 include(CheckCXXCompilerFlag)
 include(CheckLinkerFlag)
 
-# Compilers that take the options of GCC are asked for those that not all of them know.
+# Of the options of GCC, those that not every compiler knows are tried first.
 set(tp_warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(MSVC)
     set(tp_warnings /W4 /utf-8 /permissive- /Zc:__cplusplus)

@@ -7,7 +7,7 @@
 # Documents: each build writes NUMBER random ones (by default 10000), the examples, and some of every class in every form,
 # and reads what the other one has written. The bytes must be the same.
 #
-# Damaged documents: each program reads NUMBER documents of every form and writes what comes of each:
+# Damaged documents: each program reads NUMBER documents of every form and writes the outcome of each:
 # read or refused, the failure and its place, and all that was read. The results must be the same. So must be the words in
 # which QXmlStreamReader refuses malformed XML, as long as they are the same in the versions of Qt that are compared.
 

@@ -9,8 +9,8 @@
 
 namespace JobXml {
 
-/// Memory for the objects of a list that is being read. An object stays what it is when its list gets other memory: it
-/// keeps its flag and its logger, which a move would leave behind.
+/// Memory for the objects of a list that is being read. An object stays what it is when its list moves to other memory:
+/// it keeps its flag and its logger, which moving the object would not.
 class ItemRoom
 {
 public:

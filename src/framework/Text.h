@@ -25,7 +25,7 @@ public:
     QStringView view() const noexcept { return QStringView(m_storage.text, m_storage.size()); }
 
 private:
-    // What a QString refers to: in Qt 5 a header with the text behind it, in Qt 6 the text alone.
+    // What a QString refers to: in Qt 5 a header that the text follows, in Qt 6 the text alone.
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     struct Storage
     {

@@ -22,7 +22,7 @@ using REPORTGENERATOR::Size;
 
 namespace {
 
-constexpr qint64 length = qint64(1) << 31; // the first one that is no int
+constexpr qint64 length = qint64(1) << 31; // the first one that int cannot express
 
 /// Zeros that take no memory, since nobody writes them.
 class Zeros

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Reads damaged documents of every form and writes what comes of each, a line each. The documents depend on their
+// Reads damaged documents of every form and writes the outcomes, a line each. The documents depend on their
 // numbers alone, so programs that were built with different versions of Qt must write the same; scripts/exchange.sh
 // compares them.
 //

@@ -38,7 +38,7 @@ private:
     QString m_shownName;
 };
 
-/// Copies the rest of a file into a temporary one. QFile waits until it has read all that it is asked for.
+/// Copies the rest of a file into a temporary one. QFile waits until it has read all bytes that are requested.
 std::unique_ptr<QFile> copied(QFile &source, const FileName &name, qint64 limit)
 {
     auto copy = std::make_unique<Copy>(name);
