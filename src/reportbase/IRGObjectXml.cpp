@@ -16,6 +16,7 @@
 #include "Utf8.h"
 #include "WatchedDevice.h"
 #include "XmlComposition.h"
+#include "XmlDeclaration.h"
 #include "text/Encoding.h"
 #include "text/Size.h"
 
@@ -70,11 +71,11 @@ QByteArray rest(QFile &file, qint64 largestSize)
 }
 
 /// A failure at the position of the reader.
-Failure atReader(const QXmlStreamReader &reader, const QString &source, const QString &why)
+Failure atReader(const QXmlStreamReader &reader, const QString &source, const QString &why, int unread = 0)
 {
     // The reader counts the characters that it has read from the line. So its number is the column, counted from 1, of
     // the last character read, at which it failed.
-    return Failure(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)), why);
+    return Failure(source, reader.lineNumber(), std::max(reader.columnNumber(), qint64(1)) + unread, why);
 }
 
 /// Reads up to the root element; false if there is none.
@@ -107,19 +108,31 @@ private:
     QXmlStreamReader &m_reader;
 };
 
+/// The same for what the watch has refused. A reader leaves the first bytes unread if there are fewer than four.
+Failure atEndOf(const XmlWatch &watch, const QXmlStreamReader &reader, const QString &source)
+{
+    const int beginning = watch.sizeOfBeginning();
+    const qint64 offset = reader.characterOffset();
+    const int unread = offset == 0 ? beginning : watch.isWrong() && offset == beginning ? 1 : 0;
+    return atReader(reader, source, watch.refusal(), unread);
+}
+
 /// The failure, or that of the watch if the document seems truncated or complete because the watch has ended it.
 Failure watched(const XmlWatch &watch, const QXmlStreamReader &reader, const QString &source, const Failure &failure)
 {
-    const bool isEndedByWatch =
-        watch.isRefused() && (failure.isNull() || reader.error() == QXmlStreamReader::PrematureEndOfDocumentError);
-    return isEndedByWatch ? atReader(reader, source, watch.refusal()) : failure;
+    const bool isTruncated = !watch.isCutOff() && reader.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+    const bool isEndedByWatch = watch.isRefused() && (failure.isNull() || isTruncated);
+    return isEndedByWatch ? atEndOf(watch, reader, source) : failure;
 }
 
-/// The size of the text before the first half of a surrogate pair, of which some versions of Qt drop the last one.
-Size sizeOfPairs(const QString &text)
+/// The size of the text before the first U+0000, which ends a text for some versions of Qt, or half of a surrogate
+/// pair, of which some drop the last one.
+Size sizeForReader(const QString &text)
 {
     const Size size = text.size();
     for (Size i = 0; i < size; ++i) {
+        if (text[i].isNull())
+            return i;
         if (!text[i].isSurrogate())
             continue;
         if (text[i].isLowSurrogate() || i + 1 == size || !text[i + 1].isLowSurrogate())
@@ -132,10 +145,10 @@ Size sizeOfPairs(const QString &text)
 /// What the reader may read of a text, whatever encoding it declares.
 QString readable(const QString &xml, XmlWatch &watch)
 {
-    const Size size = sizeOfPairs(xml);
+    const Size size = sizeForReader(xml);
     const Size head = watch.readableHead(xml.constData(), size);
     const QString name = watch.declaredEncoding();
-    if (!name.isNull() && !Encodings::isKnown(name))
+    if (XmlDeclaration::isEncodingName(name) && !Encodings::isKnown(name))
         watch.refuse(XmlWatch::Refused::UnknownEncoding);
     const Size rest = watch.isRefused() ? 0 : watch.readable(xml.constData() + head, size - head);
     if (size < xml.size())

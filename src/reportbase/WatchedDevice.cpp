@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "XmlDeclaration.h"
+
 namespace REPORTGENERATOR {
 
 namespace {
@@ -81,7 +83,7 @@ void WatchedDevice::convert()
     if (m_watch.isHeadRead() && !m_watch.isRefused())
         convertRest();
     if (m_isAtEnd && !m_bytes.isEmpty())
-        m_watch.refuse(XmlWatch::Refused::WrongBytes);
+        m_watch.refuse(XmlWatch::Refused::CutOffBytes);
 }
 
 void WatchedDevice::convertHead()
@@ -101,11 +103,15 @@ void WatchedDevice::endHead()
     if (m_head.startsWith(QChar(QChar::ByteOrderMark)))
         m_head.remove(0, 1);
     const QString name = m_watch.declaredEncoding();
-    if (!m_encodingOfFirstBytes)
+    if (!m_encodingOfFirstBytes) {
         m_encoding = Encoding::Utf8;
+        std::replace_if(
+            m_head.begin(), m_head.end(), [](QChar character) { return character.unicode() >= 0x80; },
+            QChar(QChar::ReplacementCharacter));
+    }
     if (!name.isNull()) {
         const auto declared = Encodings::declared(name, m_encodingOfFirstBytes);
-        if (!declared)
+        if (!declared && XmlDeclaration::isEncodingName(name))
             m_watch.refuse(Encodings::isKnown(name) ? XmlWatch::Refused::OtherEncoding
                                                     : XmlWatch::Refused::UnknownEncoding);
         m_encoding = declared.value_or(m_encoding);

@@ -57,10 +57,22 @@ std::optional<XmlDeclaration> XmlDeclaration::read(const QString &text)
     return declaration;
 }
 
+bool XmlDeclaration::isEncodingName(const QString &name)
+{
+    const auto isLetter = [](QChar character) {
+        return (character >= QLatin1Char('A') && character <= QLatin1Char('Z'))
+            || (character >= QLatin1Char('a') && character <= QLatin1Char('z'));
+    };
+    return !name.isEmpty() && isLetter(name[0]) && std::all_of(name.begin(), name.end(), [&](QChar character) {
+        return isLetter(character) || (character >= QLatin1Char('0') && character <= QLatin1Char('9'))
+            || QStringLiteral("._-").contains(character);
+    });
+}
+
 QString XmlDeclaration::inUtf8(const QString &text)
 {
     const auto declaration = read(text);
-    if (!declaration || declaration->encoding.size() < utf8.size())
+    if (!declaration || declaration->encoding.size() < utf8.size() || !isEncodingName(declaration->encoding))
         return text;
     // The quote follows UTF-8, and blanks take the place of the rest.
     const Size at = declaration->encodingBegin;

@@ -19,6 +19,9 @@ struct XmlDeclaration
     /// The declaration with UTF-8 in the place of its encoding. Everything that follows the name stays in its column.
     static QString inUtf8(const QString &text);
 
+    /// Whether an encoding may have this name. The reader refuses others in its own words.
+    static bool isEncodingName(const QString &name);
+
     QString encoding; ///< null if it names none
     Size encodingBegin = 0; ///< the index of its first character
 };

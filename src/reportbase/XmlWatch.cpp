@@ -86,19 +86,6 @@ bool beginsName(ushort character)
 template <typename Character>
 Size XmlWatch::readable(const Character *text, Size size)
 {
-    const Size nul = indexOf('\0', text, 0, size);
-    const Size read = readableContent(text, nul);
-    if (nul < size)
-        refuse(Refused::Character);
-    return read;
-}
-
-template Size XmlWatch::readable(const char *text, Size size);
-template Size XmlWatch::readable(const QChar *text, Size size);
-
-template <typename Character>
-Size XmlWatch::readableContent(const Character *text, Size size)
-{
     Size i = m_isHeadRead ? 0 : readableHead(text, size);
     while (i < size && !isRefused()) {
         if (m_state == State::Text) {
@@ -121,6 +108,9 @@ Size XmlWatch::readableContent(const Character *text, Size size)
     }
     return i;
 }
+
+template Size XmlWatch::readable(const char *text, Size size);
+template Size XmlWatch::readable(const QChar *text, Size size);
 
 template <typename Character>
 Size XmlWatch::readableHead(const Character *text, Size size)
@@ -350,6 +340,7 @@ QString XmlWatch::refusal() const
     case Refused::OtherEncoding:
         return FailureTexts::otherEncoding(m_encoding);
     case Refused::WrongBytes:
+    case Refused::CutOffBytes:
         return FailureTexts::wrongBytes();
     case Refused::Character:
         return FailureTexts::wrongCharacter();

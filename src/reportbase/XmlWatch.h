@@ -30,6 +30,7 @@ public:
         UnknownEncoding,
         OtherEncoding, ///< than the first bytes are in
         WrongBytes,
+        CutOffBytes, ///< of the last character
         Character,
         Attributes,
         Name,
@@ -46,6 +47,8 @@ public:
     template <typename Character>
     Size readableHead(const Character *text, Size size);
     bool isHeadRead() const { return m_isHeadRead; }
+    /// The size of a beginning that is like that of a declaration, but does not become one.
+    int sizeOfBeginning() const { return m_head.endsWith(QLatin1Char('>')) ? 0 : int(m_head.size()); }
 
     /// The encoding that the XML declaration names; null if it names none.
     QString declaredEncoding() const { return m_encoding; }
@@ -60,6 +63,10 @@ public:
     /// Why the document was ended; null if it was not.
     QString refusal() const;
     bool isRefused() const { return m_refused != Refused::Nothing; }
+    /// Whether the next bytes encode no character.
+    bool isWrong() const { return m_refused == Refused::WrongBytes; }
+    /// Whether the document lacks only its end.
+    bool isCutOff() const { return m_refused == Refused::CutOffBytes; }
 
 private:
     enum class State : quint8 {
@@ -78,8 +85,6 @@ private:
     bool takeInHead(ushort character);
     bool takeInDeclaration(ushort character);
 
-    template <typename Character>
-    Size readableContent(const Character *text, Size size);
     bool take(ushort character, int units);
     void takeInText(ushort character);
     void takeTagOpened(ushort character, int units);

@@ -61,13 +61,71 @@ QString wrongReadingAfter(const TunerProperties &damaged)
     return document == good ? QString() : QStringLiteral("reading again without reset: the document differs");
 }
 
+const QString wrongBytes = QStringLiteral("Encountered incorrectly encoded content.");
+
+/// Whether these are the first bytes of a character.
+bool isCutOff(const QByteArray &bytes)
+{
+    for (const char further : {'\x80', '\x90', '\xA0'}) { // no byte may follow every first one
+        for (int missing = 1; missing <= 3; ++missing) {
+            const QByteArray whole = bytes + QByteArray(missing, further);
+            if (!QString::fromUtf8(whole).contains(QChar(QChar::ReplacementCharacter)))
+                return true;
+        }
+    }
+    return false;
+}
+
+/// The tokens before the first bytes that are no UTF-8, and the error there. A plain reader refuses such bytes as soon
+/// as it converts them, which is some thousand bytes before it comes to them; the library always refuses them in their
+/// place.
+XmlTokens tokensUpToWrongBytes(const QByteArray &damaged)
+{
+    const QString text = QString::fromUtf8(damaged);
+    const auto wrong = text.indexOf(QChar(QChar::ReplacementCharacter)); // of which the document has none itself
+    const auto endOfDeclaration = text.indexOf(QLatin1String("?>"));
+    if (wrong < 0 || endOfDeclaration < 0 || wrong < endOfDeclaration + 2)
+        return XmlTokens::ofBytes(damaged);
+    const QString good = text.left(wrong);
+    const QByteArray beginning = good.toUtf8();
+    if (isCutOff(damaged.mid(beginning.size())))
+        return XmlTokens::ofBytes(damaged);
+    XmlTokens tokens = XmlTokens::ofBytes(beginning);
+    if (tokens.wellFormed) {
+        tokens.wellFormed = false;
+        tokens.error = xmlErrorText(good.count(QLatin1Char('\n')) + 1,
+                                    good.size() - good.lastIndexOf(QLatin1Char('\n')) - 1, wrongBytes);
+    }
+    tokens.error.replace(QStringLiteral("Premature end of document."), wrongBytes);
+    return tokens;
+}
+
+/// The library refuses encodings that it does not have, in texts as well, where they do not matter.
+void expectRefusalOfEncoding(XmlOutcome &outcome, const QString &document)
+{
+    static const QRegularExpression declaration(
+        QStringLiteral("^<\\?xml version=\"1\\.0\" encoding=\"([A-Za-z][A-Za-z0-9._-]*)\"\\?>"));
+    const QRegularExpressionMatch match = declaration.match(document);
+    const QString name = match.captured(1);
+    if (!match.hasMatch()
+        || QString(name).remove(QLatin1Char('-')).remove(QLatin1Char('_')).toLower() == QLatin1String("utf8"))
+        return;
+    outcome = XmlOutcome();
+    outcome.error =
+        xmlErrorText(1, match.capturedLength() - 1,
+                     QStringLiteral("the encoding '%1' is not supported, only UTF-8, UTF-16, UTF-32, US-ASCII, "
+                                    "ISO-8859-1, ISO-8859-15 and windows-1252")
+                         .arg(name));
+}
+
 QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)
 {
     FileOfBytes bytes(damaged);
     if (!bytes.isGood)
         return QStringLiteral("there is no file to read");
     Expected state = expectedDocument(validate);
-    outcome = readXml(state, XmlTokens::ofBytes(damaged));
+    outcome = readXml(state, tokensUpToWrongBytes(damaged));
+    expectRefusalOfEncoding(outcome, QString::fromLatin1(damaged));
     TunerProperties document = emptyDocument(validate);
     bool taken = false;
     const HeapPeak peak;
@@ -86,6 +144,7 @@ QString readText(const QString &damaged, bool validate, XmlOutcome &outcome)
 {
     Expected state = expectedDocument(validate);
     outcome = readXml(state, XmlTokens::ofText(damaged));
+    expectRefusalOfEncoding(outcome, damaged);
     TunerProperties document;
     bool taken = false;
     const QString thrown = thrownBy([&] { taken = document.SetXmlString(damaged, validate); });

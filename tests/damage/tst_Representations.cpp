@@ -93,7 +93,7 @@ void RepresentationsTest::everyFlippedBitIsRefusedOrThrowsOrIsRead()
         QVERIFY(document == compactDocument());
     }
     QVERIFY(refused >= 64);
-    qInfo("%d flips, %d of them refused and %d thrown", 8 * whole.size(), refused, exceptions);
+    qInfo("%d flips, %d of them refused and %d thrown", 8 * int(whole.size()), refused, exceptions);
 }
 
 void RepresentationsTest::everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDifference()
@@ -125,7 +125,7 @@ void RepresentationsTest::everyFlippedBitOfTheCompressedFormIsRefusedOrMakesNoDi
     // At level 0, five bits have no meaning. At other levels, some changed repetitions and unused code lengths expand
     // to the same bytes.
     QVERIFY(level != 0 || same == 5);
-    qInfo("%d flips, %d of them without a difference", 8 * whole.size(), same);
+    qInfo("%d flips, %d of them without a difference", 8 * int(whole.size()), same);
 }
 
 void RepresentationsTest::everyCutOfTheCompressedFormIsRefused()

@@ -24,7 +24,7 @@ public:
         m_writer = std::thread([path = m_path, content, piece] {
             const int pipe = open(path.constData(), O_WRONLY | O_CLOEXEC);
             for (int done = 0; done < content.size(); done += piece) {
-                const auto size = size_t(std::min(piece, content.size() - done));
+                const auto size = size_t(std::min(piece, int(content.size()) - done));
                 if (::write(pipe, content.constData() + done, size) != ssize_t(size))
                     break; // the reader has closed the pipe
             }

@@ -179,7 +179,7 @@ void ConvertFaultsTest::fullDiskKeepsTheOldFile()
         const QByteArray whole = convertedWithoutFaults(out);
         QVERIFY(!whole.isEmpty());
         FaultyCalls::Plan plan;
-        for (const int room : {0, 1, whole.size() / 2, whole.size() - 1}) {
+        for (const int room : {0, 1, int(whole.size()) / 2, int(whole.size()) - 1}) {
             m_workshop->write(out, old);
             plan.room = room;
             checkThatItIsRefused(convert(out, plan), out, true, "No space left on device");

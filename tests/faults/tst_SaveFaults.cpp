@@ -211,7 +211,7 @@ void SaveFaultsTest::fullDiskKeepsTheOldDocument()
     const int step = m_document == &m_small ? 1 : 997;
     FaultyCalls::Plan plan;
     plan.unnamedFiles = m_unnamedFiles;
-    for (int room = 0; room < m_new.size(); room = std::max(room + 1, std::min(room + step, m_new.size() - 1))) {
+    for (int room = 0; room < m_new.size(); room = std::max(room + 1, std::min(room + step, int(m_new.size()) - 1))) {
         plan.room = room;
         QVERIFY2(!save(plan), qPrintable(QString::number(room)));
         checkThatItIsRefused(QStringLiteral("No space left on device"));

@@ -144,7 +144,7 @@ void SaveKilledTest::killingAtAnyMomentLeavesTheOldOrTheNewDocument()
     for (const QString &name : qAsConst(leftOver))
         QVERIFY2(name.startsWith(QStringLiteral("document.")), qPrintable(name));
     qInfo("%d kills, %d times the one document and %d times the other, %d temporary files left", kills, onesFound,
-          kills - onesFound, leftOver.size());
+          kills - onesFound, int(leftOver.size()));
     QVERIFY(way.save(m_one, target));
     FaultyCalls::end();
     QVERIFY(folder.read(QStringLiteral("document")) == one);

@@ -319,7 +319,7 @@ void SaveTargetsTest::aSizeLimitIsAnError()
     const QByteArray whole = m_way.bytes(document);
     m_folder->write(QStringLiteral("document"), "old");
     const auto previous = signal(SIGXFSZ, SIG_IGN);
-    for (const int size : {0, 1, whole.size() / 2, whole.size() - 1, whole.size()}) {
+    for (const int size : {0, 1, int(whole.size()) / 2, int(whole.size()) - 1, int(whole.size())}) {
         bool saved = false;
         {
             const SizeLimit limit(size);

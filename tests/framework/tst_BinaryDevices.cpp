@@ -452,7 +452,7 @@ private Q_SLOTS:
                 QDataStream stream(&drain);
                 write(*object, stream, encoding);
                 QCOMPARE(stream.status(), QDataStream::WriteFailed);
-                QCOMPARE(drain.taken, expected.left(room));
+                QCOMPARE(drain.taken, expected.left(int(room)));
                 const int writes = drain.writes;
                 write(*object, stream, encoding); // the failed stream is not used again
                 QCOMPARE(drain.writes, writes);

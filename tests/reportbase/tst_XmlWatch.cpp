@@ -118,7 +118,6 @@ private Q_SLOTS:
     void otherRunsOfCharactersMayBeLonger_data();
     void otherRunsOfCharactersMayBeLonger();
     void charactersOfNamesAreCountedInUtf16();
-    void nothingIsReadFromU0000On();
 };
 
 void XmlWatchTest::nothingIsReadableWhole()
@@ -486,16 +485,6 @@ void XmlWatchTest::charactersOfNamesAreCountedInUtf16()
     }
     QCOMPARE(isRefused(QStringLiteral("\U0001F600"), 2047), QStringLiteral("0 0"));
     QCOMPARE(isRefused(QStringLiteral("\U0001F600"), 2048), QStringLiteral("1 1"));
-}
-
-void XmlWatchTest::nothingIsReadFromU0000On()
-{
-    const auto invalid = QStringLiteral("Invalid XML character.");
-    COMPARE_REFUSED(QByteArray("<a>\0</a>", 8), 3, invalid);
-    COMPARE_REFUSED(QByteArray("<a b='\0'/>", 10), 6, invalid);
-    COMPARE_REFUSED(QByteArray("<a/>\0", 5), 4, invalid);
-    COMPARE_REFUSED(QByteArray("<!--\0-->", 8), 4, invalid);
-    COMPARE_REFUSED(QByteArray("\0", 1), 0, invalid);
 }
 
 TEST_SUITE(XmlWatchTest)

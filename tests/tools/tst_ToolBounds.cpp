@@ -180,7 +180,7 @@ Cost costOf(const Workshop &shop, const QStringList &arguments)
     ssize_t size = 0;
     while ((size = read(out[0], buffer.data(), std::size_t(buffer.size()))) > 0) {
         cost.outSize += size;
-        cost.out += buffer.left(std::min(int(size), kept - cost.out.size()));
+        cost.out += buffer.left(std::min(int(size), kept - int(cost.out.size())));
     }
     close(out[0]);
     int status = 0;

@@ -67,7 +67,7 @@ struct PageNode
         if (tag.isEmpty())
             return text;
         if (isOfClass("sign")) {
-            const uint code = attribute("title").mid(2).toUInt(nullptr, 16);
+            const char32_t code = attribute("title").mid(2).toUInt(nullptr, 16);
             return code > 0xFFFF ? QString::fromUcs4(&code, 1) : QString(QChar(ushort(code)));
         }
         QString whole;
