@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <jobxml/QtTest.h>
 #include <jobxml/TunerProperties.h>
 
 #include "Encodings.h"
