@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 #
-# package.sh builds the Debian packages in a clean root, twice and in different surroundings, compares both byte by byte, and
-# checks them with lintian. In another clean root it installs them, tries them as debian/tests/control says, and removes them.
-# The packages are in build/package/packages. It needs to be root, and to be allowed to mount.
+# package.sh [--record] [--again] builds the Debian packages in a clean root and checks them with lintian. In another clean root
+# it installs them, tries them as debian/tests/control says, and removes them. The packages are in build/package/packages. It
+# needs to be root, and to be allowed to mount.
 #
-# The contents of the packages are compared with packaging/contents; package.sh --record records the present ones.
+# The contents of the packages are compared with packaging/contents; --record records the present ones. With --again it builds
+# the packages once more in other surroundings, and compares both byte by byte.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 source scripts/clean-root.sh
@@ -15,11 +16,14 @@ out=$build/out
 # The clean root, and the one with what building needs, are kept for the next run.
 roots=$PWD/$build/roots
 record=false
-case ${1:-} in
-'') ;;
---record) record=true ;;
-*) die "usage: package.sh [--record]" ;;
-esac
+again=false
+for option in "$@"; do
+    case $option in
+    --record) record=true ;;
+    --again) again=true ;;
+    *) die "usage: package.sh [--record] [--again]" ;;
+    esac
+done
 ((EUID == 0)) || die "only root can make the clean root"
 
 scripts/install-dependencies.sh package
@@ -205,7 +209,7 @@ try_packages() {
     echo "Both Qts installed at once, tried and removed; nothing is left."
 }
 
-note "The first time, this takes ten minutes, one of them for the clean root."
+note "The first time, this takes eight minutes, one of them for the clean root."
 rm -rf $packages $out
 mkdir -p $packages $out packaging/contents
 heading "Making a clean root"
@@ -225,5 +229,7 @@ check_libraries
 heading "Trying the packages"
 try_packages
 
-heading "Building the packages again"
-build_again
+if [[ $again == true ]]; then
+    heading "Building the packages again"
+    build_again
+fi

@@ -29,7 +29,8 @@ public:
     template <class Item>
     static void reserve(ItemList<Item> &items, Size further)
     {
-        if (further > items.size()) // reserving for each of many small records would be quadratic
+        // Reserving for each of many small records would be quadratic.
+        if (further > items.size() && items.size() + further > items.capacity())
             setCapacity(items, items.size() + further);
     }
 

@@ -76,9 +76,9 @@ bool isCutOff(const QByteArray &bytes)
     return false;
 }
 
-/// The tokens before the first bytes that are no UTF-8, and the error there. A plain reader refuses such bytes as soon
-/// as it converts them, which is some thousand bytes before it comes to them; the library always refuses them in their
-/// place.
+/// The tokens before the first bytes that encode no character, and the error there. A plain reader refuses such bytes
+/// as soon as it converts them, which is some thousand bytes before it comes to them; the library always refuses them
+/// in their place.
 XmlTokens tokensUpToWrongBytes(const QByteArray &damaged)
 {
     const QString text = QString::fromUtf8(damaged);
