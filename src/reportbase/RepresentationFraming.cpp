@@ -73,7 +73,7 @@ void checkLength(const Head &head, const ReadLimits &limits)
 {
     if (head.length < 0)
         throw Refusal{FailureTexts::negativeLength(head.length)};
-    const qint64 largest = std::min(limits.largestSize(), ReadLimits::LargestPossible);
+    const qint64 largest = std::min(limits.largestSize(), qint64(ReadLimits::LargestPossible));
     if (head.size() > largest)
         throw Refusal{FailureTexts::tooLarge(head.size(), largest)};
 }
@@ -223,7 +223,7 @@ qint64 declaredSize(const char *compressed)
 void checkExpansion(qint64 declared, qint64 compressedSize, const ReadLimits &limits)
 {
     const qint64 limit =
-        std::min({limits.largestExpandedSize(), ReadLimits::LargestPossible, LargestRatio * compressedSize});
+        std::min({limits.largestExpandedSize(), qint64(ReadLimits::LargestPossible), LargestRatio * compressedSize});
     if (declared > limit)
         throw Refusal{FailureTexts::expandsTooFar(declared, compressedSize, limit)};
 }
