@@ -65,7 +65,7 @@ bool XmlDeclaration::isEncodingName(const QString &name)
     };
     return !name.isEmpty() && isLetter(name[0]) && std::all_of(name.begin(), name.end(), [&](QChar character) {
         return isLetter(character) || (character >= QLatin1Char('0') && character <= QLatin1Char('9'))
-            || QStringLiteral("._-").contains(character);
+            || character == QLatin1Char('.') || character == QLatin1Char('_') || character == QLatin1Char('-');
     });
 }
 

@@ -163,19 +163,21 @@ void Findings::add(const Problem &problem)
 {
     if (problem.xmlOnly)
         return;
-    d->noteRefused(problem);
+    Private &own = *d;
+    own.noteRefused(problem);
     const bool isInXml = problem.line > 0;
     const bool isInRecords = !isInXml && problem.offset >= 0;
-    List &list = isInRecords || (isInXml && isAboutKeptItem(problem)) ? d->heldBack : d->problems;
-    if (list.listed.size() < d->most)
+    List &list = isInRecords || (isInXml && isAboutKeptItem(problem)) ? own.heldBack : own.problems;
+    if (list.listed.size() < own.most)
         list.listed.append(findingOf(problem));
     ++list.count;
 }
 
 void Findings::add(const Finding &finding)
 {
-    List &problems = d->problems;
-    if (problems.listed.size() < d->most)
+    Private &own = *d;
+    List &problems = own.problems;
+    if (problems.listed.size() < own.most)
         problems.listed.append(finding);
     ++problems.count;
 }
