@@ -76,13 +76,13 @@ auto checked(Input &input, LoadOptions options, const Load &load, const QString 
 
 } // namespace
 
-Document loadDocument(Input &input, LoadOptions options, const JobXml::ProblemVisitor &visitor)
+Document loadDocument(Input &input, const LoadOptions &options, const JobXml::ProblemVisitor &visitor)
 {
     return checked(input, options,
                    [&](const LoadOptions &known) { return Document::load(input.file(), known, visitor); });
 }
 
-Document loadDocumentWithText(Input &input, LoadOptions options, const JobXml::ProblemVisitor &visitor,
+Document loadDocumentWithText(Input &input, const LoadOptions &options, const JobXml::ProblemVisitor &visitor,
                               QByteArray &text)
 {
     // Larger files, and what certainly has another form, are read piece by piece up to the first error.
@@ -100,7 +100,7 @@ Document loadDocumentWithText(Input &input, LoadOptions options, const JobXml::P
     });
 }
 
-Document loadDocumentWithBytes(Input &input, LoadOptions options, QByteArray &bytes, const QString &formOption)
+Document loadDocumentWithBytes(Input &input, const LoadOptions &options, QByteArray &bytes, const QString &formOption)
 {
     const auto load = [&](const LoadOptions &known) {
         bytes = input.bytes();

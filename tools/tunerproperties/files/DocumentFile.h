@@ -7,17 +7,17 @@
 
 /// Loads the document of a file, as TunerDocuments::Document does. Throws FileFailure if there is no document in it, if
 /// that expands too far, or if the file changes meanwhile.
-TunerDocuments::Document loadDocument(Input &input, TunerDocuments::LoadOptions options = {},
+TunerDocuments::Document loadDocument(Input &input, const TunerDocuments::LoadOptions &options = {},
                                       const JobXml::ProblemVisitor &visitor = {});
 
 /// Loads it from its bytes, which the caller receives if it is XML or JSON, for TunerDocuments::lint().
-TunerDocuments::Document loadDocumentWithText(Input &input, TunerDocuments::LoadOptions options,
+TunerDocuments::Document loadDocumentWithText(Input &input, const TunerDocuments::LoadOptions &options,
                                               const JobXml::ProblemVisitor &visitor, QByteArray &text);
 
 /// Loads it from its bytes, whatever its form is, which the caller receives for TunerDocuments::Editor. If the form is
 /// unknown, the message names the option that sets it.
-TunerDocuments::Document loadDocumentWithBytes(Input &input, TunerDocuments::LoadOptions options, QByteArray &bytes,
-                                               const QString &formOption);
+TunerDocuments::Document loadDocumentWithBytes(Input &input, const TunerDocuments::LoadOptions &options,
+                                               QByteArray &bytes, const QString &formOption);
 
 /// A document in the canonical layout, and as it is in its file.
 struct FormattedDocument
