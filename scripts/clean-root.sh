@@ -34,17 +34,19 @@ in_root() {
         'hostname clean; mount -t proc proc "$0/proc"; mount -t tmpfs shm "$0/dev/shm"; exec chroot "$0" "$@"' "$root" "$@"
 }
 
-# add_user ROOT USER: with a home folder
+users=/srv # where the folders of the users are, within a root
+
+# add_user ROOT USER: with a folder of its own
 add_user() {
-    in_root "$1" useradd --create-home "$2"
+    in_root "$1" useradd --create-home --home-dir "$users/$2" "$2"
 }
 
 # as_user ROOT USER VARIABLE=VALUE... COMMAND...: runs it there as that user, with these variables and the least of others.
 as_user() {
     local root=$1 user=$2
     shift 2
-    in_root "$root" env --ignore-environment --chdir="/home/$user" \
-        PATH=/usr/bin:/bin HOME="/home/$user" USER="$user" LC_ALL=C.UTF-8 \
+    in_root "$root" env --ignore-environment --chdir="$users/$user" \
+        PATH=/usr/bin:/bin HOME="$users/$user" USER="$user" LC_ALL=C.UTF-8 \
         setpriv --reuid "$user" --regid "$user" --clear-groups --inh-caps=-all env "$@"
 }
 

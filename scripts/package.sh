@@ -71,13 +71,13 @@ make_sources() { # FOLDER: the archive of the sources, and the sources with debi
 build_as() {
     local user=$1 script=$2
     shift 2
-    in_root "$roots/build" chown --recursive "$user:" "/home/$user/build"
+    in_root "$roots/build" chown --recursive "$user:" "$users/$user/build"
     quietly "$build/$user.log" as_user "$roots/build" "$user" DEB_BUILD_PROFILES=nocheck "$@" \
         sh -e -c "cd build; $script"
 }
 
 build_packages() {
-    local home=$roots/build/home/first
+    local home=$roots/build$users/first
     rm -rf "$home/build"
     make_sources "$home/build"
     build_as first "cd tunerproperties-*; dpkg-buildpackage -us -uc" DEB_BUILD_OPTIONS="nocheck parallel=$jobs"
@@ -87,7 +87,7 @@ build_packages() {
 
 # User, permissions, folder, time, time zone, locale and number of processes differ.
 build_again() {
-    local home=$roots/build/home/another package
+    local home=$roots/build$users/another package
     rm -rf "$home/build"
     mkdir "$home/build"
     cp $packages/tunerproperties_* "$home/build"
@@ -153,10 +153,10 @@ check_dependencies() {
 check_libraries() {
     local package
     for package in "$packages"/*.deb; do
-        dpkg-deb --extract "$package" $out/root
+        dpkg-deb --extract "$package" $out/unpacked
     done
-    python3 -B tests/hardening/check_elf.py --hardened "$out/root/usr/lib/$multiarch" $out/root/usr/bin
-    ! readelf --dynamic "$out/root/usr/lib/$multiarch"/*.so.1 $out/root/usr/bin/* | grep -E 'R(UN)?PATH' \
+    python3 -B tests/hardening/check_elf.py --hardened "$out/unpacked/usr/lib/$multiarch" $out/unpacked/usr/bin
+    ! readelf --dynamic "$out/unpacked/usr/lib/$multiarch"/*.so.1 $out/unpacked/usr/bin/* | grep -E 'R(UN)?PATH' \
         || die "the loader would search for a library in a folder of its own"
 }
 
@@ -179,7 +179,7 @@ needed_packages() {
 # All files of a root but those that the package manager keeps for itself, with owner and permissions.
 snapshot() { # ROOT
     (cd "$1" && find . -xdev \( -path ./proc -o -path ./tmp -o -path ./var/cache -o -path ./var/log -o -path ./var/lib/apt \
-        -o -path ./var/lib/dpkg -o -path "./home/tester/*" \) -prune -o -printf '%M %u:%g %p %l\n' | sort)
+        -o -path ./var/lib/dpkg -o -path ".$users/tester/*" \) -prune -o -printf '%M %u:%g %p %l\n' | sort)
 }
 
 # Both Qts at once, so that nothing of one is found or replaced by the other.
@@ -195,11 +195,11 @@ try_packages() {
     mkdir "$try/tmp/packages"
     cp $packages/*.deb "$try/tmp/packages"
     quietly $build/try.log in_root "$try" sh -c 'dpkg --install /tmp/packages/*.deb'
-    files_of_the_project | tar --create --null --files-from=- | tar --extract --one-top-level="$try/home/tester/sources"
-    in_root "$try" chown --recursive tester: /home/tester
+    files_of_the_project | tar --create --null --files-from=- | tar --extract --one-top-level="$try$users/tester/sources"
+    in_root "$try" chown --recursive tester: "$users/tester"
     while read -r command; do
         echo "$command"
-        as_user "$try" tester AUTOPKGTEST_TMP=/home/tester sh -c "cd sources && $command"
+        as_user "$try" tester AUTOPKGTEST_TMP="$users/tester" sh -c "cd sources && $command"
     done < <(test_field Test-Command)
 
     mapfile -t installed < <(printf '%s\n' $packages/*.deb | sed 's,.*/,,; s,_.*,,')
