@@ -40,7 +40,8 @@ ExitStatus run(const Invocation &invocation)
     const FileKinds kinds = Options::fileKinds(invocation, int(files.size()));
     const LoadOptions loading = Options::loading(invocation);
     const bool isStrict = invocation.isSet(strictOption());
-    LintOptions linting = Options::linting(invocation);
+    const LintOptions linting =
+        isStrict ? Options::linting(invocation) : Options::linting(invocation).setMost(0); // counts alone
     if (!isStrict && invocation.isSet(Options::error()))
         throw WrongUsage(QStringLiteral("--error requires --strict"));
     const BatchSettings settings = Options::batch(invocation);
@@ -63,7 +64,6 @@ ExitStatus run(const Invocation &invocation)
             lint(document, text, outcome.findings, linting);
             isValid = isValid && outcome.findings.warningCount() == 0;
         } else if (isLinted) {
-            linting.setMost(0);
             outcome.warningCount = lint(document, text, {}, linting);
             if (files.size() == 1 && !settings.json)
                 outcome.note = noteOn(files.first(), outcome);
