@@ -24,8 +24,9 @@
 /// register again: it is `TunerProperties_TRANSLATIONS_DIR` in CMake and the variable `translationsdir` of pkg-config.
 /// On other systems than Linux, the folder is always that of the program, as soon as there is a QCoreApplication.
 ///
-/// Within a folder the names are tried as QTranslator::load() does, the most special first (`de_AT`, then `de`). The
-/// first folder with any of them is used, even if a later folder has a more special one.
+/// Within a folder the names are tried for each language of the locale (QLocale::uiLanguages()), first as the locale is
+/// usually named, then without its last parts: `de_AT`, then `de`. The first folder with any of them is used, even if a
+/// later folder has a more special one.
 ///
 /// No operation fails: a module without a catalog shows its source texts. All operations are thread-safe, as long as
 /// the QCoreApplication is not created or destroyed meanwhile. Installing and withdrawing a catalog sends

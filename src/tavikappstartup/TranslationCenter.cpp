@@ -12,10 +12,12 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QPointer>
 #include <QTranslator>
 
+#include "CatalogNames.h"
 #include "CodeFolder.h"
 
 namespace {
@@ -46,11 +48,29 @@ QString ownCopy(const QString &text)
     return QString(text.constData(), text.size());
 }
 
+// The first readable file in the folder that may be the catalog; an empty text if there is none.
+QString fileIn(const QString &folder, const QStringList &names)
+{
+    for (const QString &name : names) {
+        for (const QString &file : {QString(folder + QLatin1Char('/') + name + QLatin1String(".qm")),
+                                    QString(folder + QLatin1Char('/') + name)}) {
+            const QFileInfo info(file);
+            if (info.isFile() && info.isReadable())
+                return file;
+        }
+    }
+    return {};
+}
+
+// A damaged file is ignored with all others in its folder.
 Catalog load(const Search &search)
 {
+    const QStringList names = CatalogNames::of(search.module, QLocale().uiLanguages());
+    const QString none(QLatin1String("")); // nothing is added to the name or removed from it
     auto catalog = std::make_shared<QTranslator>();
     for (const QString &folder : search.folders) {
-        if (catalog->load(QLocale(), search.module, QString(QLatin1Char('_')), folder))
+        const QString file = fileIn(folder, names);
+        if (!file.isEmpty() && catalog->load(file, none, none, none))
             return catalog;
     }
     return {};
