@@ -14,6 +14,13 @@ namespace REPORTGENERATOR {
 
 namespace {
 
+void format(QXmlStreamWriter &writer)
+{
+    writer.setAutoFormatting(true);
+    writer.setAutoFormattingIndent(2);
+    writer.writeStartDocument();
+}
+
 /// Stores the position at which the writer first lost characters. The writer drops characters that XML cannot carry and
 /// only sets a flag, before the rest of the text arrives here.
 class LossNotingBuffer : public QBuffer
@@ -21,7 +28,7 @@ class LossNotingBuffer : public QBuffer
 public:
     void watch(const QXmlStreamWriter *writer) { m_writer = writer; }
 
-    qint64 lineOfLoss() const { return m_loss < 0 ? 0 : 1 + data().left(Size(m_loss)).count('\n'); }
+    qint64 lineOfLoss() const { return m_loss < 0 ? 0 : 1 + qint64(data().left(Size(m_loss)).count('\n')); }
 
     void noteLoss()
     {
@@ -40,6 +47,33 @@ private:
     const QXmlStreamWriter *m_writer = nullptr;
     qint64 m_loss = -1;
 };
+
+/// Where a half of a surrogate pair is without the other half, or the end.
+QString::const_iterator halfPair(const QString &text)
+{
+    for (auto at = text.cbegin(); at != text.cend(); ++at) {
+        const bool isPair = at->isHighSurrogate() && at + 1 != text.cend() && at[1].isLowSurrogate();
+        if (at->isSurrogate() && !isPair)
+            return at;
+        at += isPair ? 1 : 0;
+    }
+    return text.cend();
+}
+
+/// The line where the first text starts that contains half a surrogate pair. The writer of Qt 5 keeps half a pair at
+/// the end of a text and only detects with a later text that the other half is missing, but writes both into a QString
+/// unchanged. The writer of Qt 6 detects it at once, as it does all others.
+qint64 lineOfHalfPair(const IRGObject &object)
+{
+    QString xml;
+    QXmlStreamWriter writer(&xml);
+    format(writer);
+    object.GetXml(writer);
+    const Size half = Size(halfPair(xml) - xml.cbegin());
+    const QString before = xml.left(half); // a text contains neither of these, which are escaped there
+    const Size start = std::max(before.lastIndexOf(QLatin1Char('>')), before.lastIndexOf(QLatin1Char('"')));
+    return 1 + qint64(before.left(start + 1).count(QLatin1Char('\n')));
+}
 
 /// The position after the next `end`.
 Size after(const QByteArray &xml, const char *end, Size from)
@@ -109,9 +143,7 @@ XmlComposition composeXmlByWriter(const IRGObject &object)
     buffer.open(QIODevice::WriteOnly);
     QXmlStreamWriter writer(&buffer);
     buffer.watch(&writer);
-    writer.setAutoFormatting(true);
-    writer.setAutoFormattingIndent(2);
-    writer.writeStartDocument();
+    format(writer);
 
     const qint64 prologue = buffer.size();
     object.GetXml(writer);
@@ -122,11 +154,10 @@ XmlComposition composeXmlByWriter(const IRGObject &object)
     XmlComposition composition;
     composition.utf8 = buffer.data();
 
-    // The writer keeps the first half of a surrogate pair at the end of a text, and only detects a missing second half
-    // with the next text; so a text has to follow the last one.
-    writer.writeCharacters(QString(QLatin1Char(' ')));
+    writer.writeCharacters(QString(QLatin1Char(' '))); // completes the last text, which may end with half a pair
     buffer.noteLoss();
-    composition.lineOfLostText = buffer.lineOfLoss();
+    if (writer.hasError())
+        composition.lineOfLostText = std::min(buffer.lineOfLoss(), lineOfHalfPair(object));
 
     escapeCarriageReturns(composition.utf8);
     return composition;

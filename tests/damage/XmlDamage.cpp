@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "XmlDamage.h"
 
+#include <optional>
+
 #include <QFile>
 #include <QRegularExpression>
 
@@ -100,8 +102,18 @@ XmlTokens tokensUpToWrongBytes(const QByteArray &damaged)
     return tokens;
 }
 
+/// The tokens before the first U+0000, which the plain reader of Qt 6 does not refuse everywhere, and the error there.
+XmlTokens tokensUpToNull(const QString &damaged)
+{
+    const auto null = damaged.indexOf(QChar(QChar::Null));
+    XmlTokens tokens = XmlTokens::ofText(null < 0 ? damaged : damaged.left(null));
+    if (null >= 0)
+        tokens.error.replace(QStringLiteral("Premature end of document."), QStringLiteral("Invalid XML character."));
+    return tokens;
+}
+
 /// The library refuses encodings that it does not have, in texts as well, where they do not matter.
-void expectRefusalOfEncoding(XmlOutcome &outcome, const QString &document)
+std::optional<XmlOutcome> refusalOfEncoding(const QString &document)
 {
     static const QRegularExpression declaration(
         QStringLiteral("^<\\?xml version=\"1\\.0\" encoding=\"([A-Za-z][A-Za-z0-9._-]*)\"\\?>"));
@@ -109,13 +121,14 @@ void expectRefusalOfEncoding(XmlOutcome &outcome, const QString &document)
     const QString name = match.captured(1);
     if (!match.hasMatch()
         || QString(name).remove(QLatin1Char('-')).remove(QLatin1Char('_')).toLower() == QLatin1String("utf8"))
-        return;
-    outcome = XmlOutcome();
+        return std::nullopt;
+    XmlOutcome outcome;
     outcome.error =
         xmlErrorText(1, match.capturedLength() - 1,
                      QStringLiteral("the encoding '%1' is not supported, only UTF-8, UTF-16, UTF-32, US-ASCII, "
                                     "ISO-8859-1, ISO-8859-15 and windows-1252")
                          .arg(name));
+    return outcome;
 }
 
 QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)
@@ -124,8 +137,8 @@ QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)
     if (!bytes.isGood)
         return QStringLiteral("there is no file to read");
     Expected state = expectedDocument(validate);
-    outcome = readXml(state, tokensUpToWrongBytes(damaged));
-    expectRefusalOfEncoding(outcome, QString::fromLatin1(damaged));
+    const auto refusal = refusalOfEncoding(QString::fromLatin1(damaged));
+    outcome = refusal ? *refusal : readXml(state, tokensUpToWrongBytes(damaged));
     TunerProperties document = emptyDocument(validate);
     bool taken = false;
     const HeapPeak peak;
@@ -143,8 +156,8 @@ QString readFile(const QByteArray &damaged, bool validate, XmlOutcome &outcome)
 QString readText(const QString &damaged, bool validate, XmlOutcome &outcome)
 {
     Expected state = expectedDocument(validate);
-    outcome = readXml(state, XmlTokens::ofText(damaged));
-    expectRefusalOfEncoding(outcome, damaged);
+    const auto refusal = refusalOfEncoding(damaged);
+    outcome = refusal ? *refusal : readXml(state, tokensUpToNull(damaged));
     TunerProperties document;
     bool taken = false;
     const QString thrown = thrownBy([&] { taken = document.SetXmlString(damaged, validate); });
