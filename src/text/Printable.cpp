@@ -132,6 +132,11 @@ QString quoted(const QString &text)
     return QLatin1Char('"') + escapedText(text, true) + QLatin1Char('"');
 }
 
+std::string withoutNull(const QString &text)
+{
+    return QString(text).replace(QChar(0), QStringLiteral("\\u0000")).toStdString();
+}
+
 QByteArray escaped(const QByteArray &utf8)
 {
     const auto isPlain = [](char byte) { return (byte >= ' ' && byte < 0x7F) || byte == '\n' || byte == '\t'; };

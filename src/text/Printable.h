@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include <QByteArray>
 #include <QString>
@@ -20,6 +21,9 @@ QString onOneLine(const QString &text);
 
 /// The same in quotes, with quotes and backslashes escaped as `\"` and `\\`.
 QString quoted(const QString &text);
+
+/// UTF-8 for what() of an exception, which would end at a U+0000: that is escaped as `\u0000`.
+std::string withoutNull(const QString &text);
 
 /// UTF-8 in which characters that are not printable are escaped as `\uXXXX` (as in JSON, two of them above U+FFFF), and
 /// bytes that are not UTF-8 as `\xHH`. Line feeds and tabs stay, since they are layout. Escaped JSON is equivalent

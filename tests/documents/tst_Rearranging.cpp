@@ -340,6 +340,9 @@ void RearrangingTest::wrongPlaceIsRefused_data()
     row("name that is none", "add", "StartupModes/StartupMode", "Dance",
         "StartupModes/StartupMode: unknown StartupMode 'Dance'; expected Scan, FastScan, MScan, FFM, WFFM, Step, DF, "
         "MSearch, Polar, Search or Stop");
+    row("name that a NUL follows", "add", "StartupModes/StartupMode",
+        QString(QStringLiteral("Scan") + QChar(0) + QStringLiteral("x")),
+        "StartupModes/StartupMode: unknown StartupMode 'Scan\\u0000x'; did you mean 'Scan'?");
     row("no name", "add", "StartupModes/StartupMode", "", "StartupModes/StartupMode: the name to add is missing");
     row("condition that the content contradicts", "add", "Component[name=x]", "<Component name='y'/>",
         "Component[name=x]: 'name' is also \"y\"");

@@ -97,13 +97,13 @@ void addListFlags(Json &line, const Difference &difference)
 
 QString quoted(const Json &json)
 {
-    const QString text = json.isText() ? JsonText::toString(json.text()) : QString::fromUtf8(JsonText::compact(json));
+    const QString text = json.isText() ? JsonText::toString(json.text()) : JsonText::toString(JsonText::compact(json));
     return QLatin1Char('\'') + JsonText::shortened(text) + QLatin1Char('\'');
 }
 
 [[noreturn]] void wrongType(const Json &json, const QByteArray &key, const QString &what)
 {
-    throw JsonFailure(quoted(json) + QLatin1Char(' ') + what).within(QString::fromUtf8(key));
+    throw JsonFailure(quoted(json) + QLatin1Char(' ') + what).within(JsonText::toString(key));
 }
 
 void checkType(const QByteArray &key, const Json &value)
@@ -131,7 +131,7 @@ void checkType(const QByteArray &key, const Json &value)
             if (member.key != Key::before && member.key != Key::after)
                 throw JsonFailure(QStringLiteral("unknown member '%1'; expected before or after")
                                       .arg(JsonText::shortened(JsonText::toString(member.key))))
-                    .within(QString::fromUtf8(key));
+                    .within(JsonText::toString(key));
         }
     }
 }
@@ -175,7 +175,7 @@ QString listed(const QVector<QByteArray> &names)
 {
     QStringList texts;
     for (const QByteArray &name : names)
-        texts.append(QString::fromUtf8(name));
+        texts.append(JsonText::toString(name));
     return Suggestion::listed(texts);
 }
 
@@ -233,7 +233,7 @@ void check(const Json &line)
         throw JsonFailure(QStringLiteral("the member 'change' is missing"));
     for (const QByteArray &key : requiredOf(Difference::Kind(kind))) {
         if (!line.find(key))
-            throw JsonFailure(QStringLiteral("the member '%1' is missing").arg(QString::fromUtf8(key)));
+            throw JsonFailure(QStringLiteral("the member '%1' is missing").arg(JsonText::toString(key)));
     }
     const QVector<QByteArray> known =
         QVector<QByteArray>{Key::change, Key::path, Key::newPath} + membersOf(Difference::Kind(kind));

@@ -95,7 +95,7 @@ bool JsonEditor::hasExactly(const QVector<Step> &object, const QString &member, 
 bool JsonEditor::hasExactly(const Json &value, const MemberView &member, const QString &typed) const
 {
     const QByteArray written = value.isText() ? value.text() : textOf(value);
-    return isExactNotation(member.GetKind(), QString::fromUtf8(written), typed);
+    return isExactNotation(member.GetKind(), JsonText::toString(written), typed);
 }
 
 /// Whether the text will follow the present value.
@@ -175,11 +175,11 @@ public:
     /// The member follows those that are written before it.
     void add(const QByteArray &key, const Json &value, const QByteArray &typed)
     {
-        const auto position = m_order.indexOf(QString::fromUtf8(key));
+        const auto position = m_order.indexOf(JsonText::toString(key));
         int before = -1;
         int i = 0;
         for (const Json::Member &member : m_json.members()) {
-            const auto other = m_order.indexOf(QString::fromUtf8(member.key));
+            const auto other = m_order.indexOf(JsonText::toString(member.key));
             if (position < 0 || (other >= 0 && other < position)) // one that is not of the model comes last
                 before = i;
             ++i;
@@ -429,7 +429,7 @@ QByteArray JsonEditor::valuesIn(const Json &json, const DataObject &described) c
     for (const Json::Member &member : json.members()) {
         if (member.key == JsonForm::unsetKey && member.value.isObject())
             values.append('"' + member.key + "\":" + valuesIn(member.value, described));
-        else if (!objects.contains(QString::fromUtf8(member.key)))
+        else if (!objects.contains(JsonText::toString(member.key)))
             values.append('"' + member.key + "\":" + textOf(member.value));
     }
     return '{' + values.join(',') + '}';

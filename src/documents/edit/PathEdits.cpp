@@ -9,6 +9,7 @@
 #include "documents/compare/Contents.h"
 #include "documents/edit/ItemContent.h"
 #include "documents/values/FindMember.h"
+#include "json/JsonText.h"
 
 using namespace JobXml;
 
@@ -173,7 +174,7 @@ void PathEdits::addObject(const Paths::Target &target, const QByteArray &content
 void PathEdits::addNames(const Paths::Target &list, const QByteArray &content)
 {
     try {
-        const QVariantList added = TypedValue::parse(list.member, QString::fromUtf8(content.trimmed())).toList();
+        const QVariantList added = TypedValue::parse(list.member, JsonText::toString(content.trimmed())).toList();
         if (added.isEmpty())
             fail(list.path, QStringLiteral("the name to add is missing"));
         settingEditOf(list).value = ValueState{list.member.GetValue().toList() + added, true};

@@ -6,14 +6,11 @@
 #include "documents/paths/Notation.h"
 #include "documents/paths/Parser.h"
 #include "documents/paths/Selection.h"
+#include "text/Printable.h"
 
 namespace TunerDocuments {
 
-// what() would end at a NUL character.
-PathFailure::PathFailure(const QString &text)
-    : std::runtime_error(QString(text).replace(QChar(0), QStringLiteral("\\u0000")).toStdString())
-{
-}
+PathFailure::PathFailure(const QString &text) : std::runtime_error(Printable::withoutNull(text)) { }
 
 PathFailure::PathFailure(const PathFailure &) = default;
 

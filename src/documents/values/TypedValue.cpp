@@ -17,7 +17,7 @@ namespace TunerDocuments {
 
 namespace TypedValue {
 
-Mismatch::Mismatch(const QString &text) : std::runtime_error(text.toStdString()) { }
+Mismatch::Mismatch(const QString &text) : std::runtime_error(Printable::withoutNull(text)) { }
 
 Mismatch::Mismatch(const Mismatch &) = default;
 
