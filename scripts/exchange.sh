@@ -48,7 +48,7 @@ write_damaged() {
 
 compare_damaged() {
     local form
-    for form in xml record snapshot; do
+    for form in xml record snapshot json; do
         heading "Damaged documents: $form"
         write_damaged "$form"
         python3 -B tests/exchange/compare.py "$folder/$form-${presets[0]}.txt" "$folder/$form-${presets[1]}.txt" \

@@ -6,7 +6,7 @@
 //
 //     exchange_damaged FORM FIRST COUNT
 //
-// FORM is xml, record or snapshot. The columns of a line, separated by tabs:
+// FORM is xml, record, snapshot or json. The columns of a line, separated by tabs:
 //   - the form, the number of the document, and how it was read
 //   - read, refused or thrown
 //   - the line and column of the failure
@@ -22,6 +22,7 @@
 #include <QTemporaryFile>
 
 #include <jobxml/TunerProperties.h>
+#include <tunerdocuments/Lint.h>
 
 #include "Encoded.h"
 #include "Encodings.h"
@@ -369,6 +370,123 @@ void readDamagedSnapshot(int number)
     });
 }
 
+// --- JSON ------------------------------------------------------------------------------------------------------------
+
+QByteArray jsonOf(const TunerProperties &object)
+{
+    try {
+        return TunerDocuments::Document(object).toBytes(TunerDocuments::Form::Json, source);
+    } catch (const TunerDocuments::UnstorableContent &) {
+        return QByteArrayLiteral("{}"); // a text that JSON cannot represent
+    }
+}
+
+/// Values that are read as others, or refused.
+QByteArray oddValue(Random &random)
+{
+    return random.oneOf({"1e400",
+                         "-0",
+                         "1e-400",
+                         "16777217",
+                         "9223372036854775807",
+                         "9223372036854775808",
+                         "-9223372036854775808",
+                         "2147483647",
+                         "2147483648",
+                         "-1",
+                         "0.1",
+                         "0.1000000014901161",
+                         "3.4028235e38",
+                         "3.4028236e38",
+                         "1.00",
+                         "1E+2",
+                         "true",
+                         "\"true\"",
+                         "\"nan\"",
+                         "\"INF\"",
+                         "\" 7 \"",
+                         "\"\"",
+                         "\"SCP\"",
+                         "\"0.5\"",
+                         "\"\xE2\x88\x92"
+                         "1\"",
+                         "null",
+                         "{}",
+                         "[]",
+                         "[\"Scan\", \"Scan\"]",
+                         "{\"id\": \"x\"}"});
+}
+
+/// Characters in a text, and their escapes.
+QByteArray oddCharacters(Random &random)
+{
+    return random.oneOf({"\\u0000", "\\u0001", "\\ud83d\\udce1", "\\uFEFF", "\\uFFFF", "\\n", "\\/", "\xEF\xBB\xBF",
+                         "\xF0\x9F\x93\xA1", "\xC2\xA0", " ", "i\xCC\x87", "\xC4\xB0"});
+}
+
+/// What makes JSON malformed, or changes its structure.
+QByteArray oddJson(Random &random)
+{
+    return random.oneOf({"\\ud83d", "\xC0\x80", "\xED\xA0\xBD", "\xE2\x88\x92", "01", "+1", "NaN", "TRUE", "\"", ",",
+                         ":", "// comment\n", "\xC2\xA0", "\"type\": \"SCP\",", "\"unset\": [\"type\"],",
+                         "\"a\\u0000b\": 1,"});
+}
+
+/// Replaces a value, or adds to a text or to the name of a member. The JSON stays well-formed.
+void damageContent(Random &random, QByteArray &json)
+{
+    const bool isName = random.oneIn(4);
+    const QByteArray before = isName ? "  \"" : random.oneIn(2) ? ": \"" : ": ";
+    const auto found = json.indexOf(before, random.below(int(json.size()) + 1));
+    if (found < 0)
+        return;
+    const int at = int(found) + int(before.size());
+    if (before.endsWith('"')) {
+        json.insert(at, oddCharacters(random));
+        return;
+    }
+    int end = int(json.indexOf('\n', at));
+    if (end < 0 || QByteArray("{[").contains(json.at(end - 1)))
+        return; // a whole object or list
+    end -= json.at(end - 1) == ',' ? 1 : 0;
+    json.replace(at, end - at, oddValue(random));
+}
+
+QByteArray damagedJson(Random &random)
+{
+    QByteArray bytes = jsonOf(built(random));
+    for (int damages = 1 + random.below(3); damages > 0; --damages)
+        damageContent(random, bytes);
+    if (random.oneIn(6)) {
+        const int at = random.below(int(bytes.size()) + 1);
+        bytes.insert(random.oneIn(3) ? at : int(bytes.indexOf('\n', at)) + 1, oddJson(random));
+    }
+    return random.oneIn(12) ? damaged(random, bytes, jsonOf(built(random))) : bytes;
+}
+
+void readDamagedJson(int number)
+{
+    Random random(quint32(number) + 1);
+    const QByteArray bytes = damagedJson(random);
+    const Outcome outcome("json", number, bytes);
+    outcome.write("bytes", false, [&](TunerProperties &result, QVector<Problem> &problems) {
+        try {
+            const auto options = TunerDocuments::LoadOptions().setForm(TunerDocuments::Form::Json);
+            const auto document = TunerDocuments::Document::fromBytes(
+                bytes, source, options, [&](const Problem &problem) { problems.append(problem); });
+            result = document.tuner;
+            TunerDocuments::lint(document, bytes, [&](const TunerDocuments::Finding &finding) {
+                Problem problem;
+                problem.message = finding.text(source);
+                problems.append(problem);
+            });
+        } catch (const TunerDocuments::DocumentError &error) {
+            throw RGException(error.text());
+        }
+        return true;
+    });
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -377,7 +495,10 @@ int main(int argc, char *argv[])
     {
         const char *form;
         void (*read)(int number);
-    } forms[] = {{"xml", readDamagedXml}, {"record", readDamagedRecord}, {"snapshot", readDamagedSnapshot}};
+    } forms[] = {{"xml", readDamagedXml},
+                 {"record", readDamagedRecord},
+                 {"snapshot", readDamagedSnapshot},
+                 {"json", readDamagedJson}};
     for (const auto &[form, read] : forms) {
         if (argc != 4 || qstrcmp(argv[1], form) != 0)
             continue;
@@ -387,6 +508,6 @@ int main(int argc, char *argv[])
             read(number);
         return 0;
     }
-    std::fputs("usage: exchange_damaged xml|record|snapshot FIRST COUNT\n", stderr);
+    std::fputs("usage: exchange_damaged xml|record|snapshot|json FIRST COUNT\n", stderr);
     return 2;
 }
