@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include <QLatin1String>
 #include <QStringView>
@@ -73,7 +74,8 @@ bool isBlank(ushort character)
 /// Whether no name contains the character. Blanks and these end every name in the reader.
 bool endsName(ushort character)
 {
-    return isBlank(character) || (character < 0x80 && std::strchr("&#'\"<>=%/;()|+*,?![", character) != nullptr);
+    constexpr std::string_view ends = "&#'\"<>=%/;()|+*,?![";
+    return isBlank(character) || (character < 0x80 && ends.find(char(character)) != std::string_view::npos);
 }
 
 bool beginsName(ushort character)
