@@ -3,6 +3,8 @@
 
 #include <jobxml/DataObject.h>
 
+#include "text/OptionValues.h"
+
 namespace JobXml {
 
 struct ReadOptions::Values
@@ -16,15 +18,12 @@ ReadOptions::ReadOptions() noexcept = default;
 
 const ReadOptions::Values &ReadOptions::values() const noexcept
 {
-    static constexpr Values defaults;
-    return m_values ? *m_values : defaults;
+    return OptionValues::of(m_values);
 }
 
-/// Values of this object alone.
 ReadOptions::Values &ReadOptions::change()
 {
-    m_values = std::make_shared<Values>(values());
-    return *m_values;
+    return OptionValues::changed(m_values);
 }
 
 qint64 ReadOptions::maxBytes() const noexcept

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <reportbase/ReadLimits.h>
 
+#include "text/OptionValues.h"
+
 namespace REPORTGENERATOR {
 
 struct ReadLimits::Values
@@ -22,15 +24,12 @@ ReadLimits ReadLimits::forUntrustedData()
 
 const ReadLimits::Values &ReadLimits::values() const noexcept
 {
-    static constexpr Values defaults;
-    return m_values ? *m_values : defaults;
+    return OptionValues::of(m_values);
 }
 
-/// Values of this object alone.
 ReadLimits::Values &ReadLimits::change()
 {
-    m_values = std::make_shared<Values>(values());
-    return *m_values;
+    return OptionValues::changed(m_values);
 }
 
 qint64 ReadLimits::largestSize() const noexcept

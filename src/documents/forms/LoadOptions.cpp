@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <tunerdocuments/Document.h>
 
+#include "text/OptionValues.h"
+
 namespace TunerDocuments {
 
 struct LoadOptions::Values
@@ -14,15 +16,12 @@ LoadOptions::LoadOptions() noexcept = default;
 
 const LoadOptions::Values &LoadOptions::values() const noexcept
 {
-    static constexpr Values defaults;
-    return m_values ? *m_values : defaults;
+    return OptionValues::of(m_values);
 }
 
-/// Values of this object alone.
 LoadOptions::Values &LoadOptions::change()
 {
-    m_values = std::make_shared<Values>(values());
-    return *m_values;
+    return OptionValues::changed(m_values);
 }
 
 std::optional<Form> LoadOptions::form() const noexcept

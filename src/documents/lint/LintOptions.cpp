@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <tunerdocuments/Lint.h>
 
+#include "text/OptionValues.h"
+
 namespace TunerDocuments {
 
 struct LintOptions::Values
@@ -14,15 +16,12 @@ LintOptions::LintOptions() noexcept = default;
 
 const LintOptions::Values &LintOptions::values() const
 {
-    static const Values defaults;
-    return m_values ? *m_values : defaults;
+    return OptionValues::of(m_values);
 }
 
-/// Values of this object alone.
 LintOptions::Values &LintOptions::change()
 {
-    m_values = std::make_shared<Values>(values());
-    return *m_values;
+    return OptionValues::changed(m_values);
 }
 
 QStringList LintOptions::disabled() const
