@@ -14,7 +14,8 @@ const Values &of(const std::shared_ptr<Values> &values)
     return values ? *values : defaults;
 }
 
-/// Values of one object alone, to be changed. Shared values are only read, whoever else may be reading them.
+/// Values of one object alone, to be changed. Shared values are only read, so other threads may read them at the same
+/// time.
 template <class Values>
 Values &changed(std::shared_ptr<Values> &values)
 {

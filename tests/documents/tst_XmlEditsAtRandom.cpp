@@ -19,7 +19,7 @@ using JobXml::MemberKind;
 using JobXml::TunerProperties;
 using REPORTGENERATOR::XmlMarkup;
 
-/// Random edits of XML in place, compared with what reading and writing make of it.
+/// Random edits of XML in place, compared with reading, changing and writing the document.
 class XmlEditsAtRandomTest : public QObject
 {
     Q_OBJECT
