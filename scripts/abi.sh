@@ -13,7 +13,7 @@ case ${1:-} in
 *) die "usage: abi.sh [--record]" ;;
 esac
 
-scripts/install-dependencies.sh build abi
+scripts/install-dependencies.sh build qt6 abi
 
 libraries=(ReportBase TavikAppStartUp TunerProperties TunerDocuments)
 changed=()

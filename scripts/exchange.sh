@@ -62,6 +62,7 @@ exchange_documents() {
         --examples examples --count "$count"
 }
 
+scripts/install-dependencies.sh build qt6
 mkdir -p "$folder"
 build exchange_damaged interop_host
 exchange_documents

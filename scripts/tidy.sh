@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 #
-# tidy.sh runs clang-tidy over the sources of the libraries, the tool and the examples, as .clang-tidy says.
+# tidy.sh runs clang-tidy over the sources of the libraries, the tool and the examples, as .clang-tidy says. All
+# warnings of clang are errors there.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
