@@ -26,12 +26,12 @@ def bindings(program: Path) -> list[tuple[str, str, str]]:
     return [(Path(user).name, Path(definer).name, name) for user, definer, name in BINDING.findall(run.stderr)]
 
 
-def misplaced(program: Path, allocator: str) -> list[str]:
+def misplaced(program: Path, allocator: str, qt: str) -> list[str]:
     found = bindings(program)
     expected = {name: allocator for name in MALLOC} | {name: CXX_LIBRARY for name in OPERATORS}
     complaints = [f"{user} finds {name} in {definer}, not in {expected[name]}"
                   for user, definer, name in found if name in expected and definer != expected[name]]  # fmt: skip
-    for user in ("libQt5Core", program.name, CXX_LIBRARY):
+    for user in (qt, program.name, CXX_LIBRARY):
         if not any(name in expected for caller, _, name in found if caller.startswith(user)):
             complaints.append(f"the loader reports no function that allocates for {user}")
     return complaints
@@ -47,10 +47,11 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--readelf", default="readelf")
     parser.add_argument("--allocator", required=True, help="the name of the library, such as libc.so.6")
+    parser.add_argument("--qt", required=True, help="the name of Qt Core, such as libQt5Core.so.5")
     parser.add_argument("program", type=Path)
     parser.add_argument("libraries", nargs="+", type=Path)
     options = parser.parse_args()
-    complaints = misplaced(options.program, options.allocator)
+    complaints = misplaced(options.program, options.allocator, options.qt)
     for library in options.libraries:
         names = needed(options.readelf, library)
         if not any(name.startswith("libc.so") for name in names):

@@ -12,14 +12,14 @@ struct LampData
     QString id;
     bool lit = false;
 #ifdef CORRECTED
-    QString names;
+    QString bytes;
 #else
-    QStringList names;
+    QByteArray bytes;
 #endif
 };
 
 constexpr Scalar id{0, "id", 0x10A4C001, &LampData::id, Attribute | Mandatory};
 constexpr Scalar lit{1, "lit", 0x10A4C002, &LampData::lit, Attribute | Mandatory};
-constexpr Scalar names{2, "names", 0x10A4C003, &LampData::names, Attribute};
-constexpr Table members{id, lit, names};
+constexpr Scalar bytes{2, "bytes", 0x10A4C003, &LampData::bytes, Attribute};
+constexpr Table members{id, lit, bytes};
 constexpr ClassInfo lamp = describe<LampData, members>(nameOfLamp, 0x5EED0001);

@@ -105,7 +105,7 @@ private:
         JobXml::TunerProperties::GetId(); // keeps the library linked
         QStringList functions;
         for (const link_map *map = _r_debug.r_map; map; map = map->l_next) {
-            if (!QString::fromLocal8Bit(map->l_name).contains(QStringLiteral("/libTunerProperties.so")))
+            if (!QString::fromLocal8Bit(map->l_name).contains(QStringLiteral("/" LIBRARY_NAME)))
                 continue;
             const ElfW(Addr) *array = nullptr;
             std::size_t size = 0;
