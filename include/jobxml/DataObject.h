@@ -49,7 +49,10 @@ struct ObjectPath
     /// The path to a child of the object at the end of this path. `label` is what people call the child.
     ObjectPath below(const QString &label, const Step &step) const
     {
-        return {path + QStringList{label}, steps + QVector<Step>{step}};
+        ObjectPath child = *this;
+        child.path.append(label);
+        child.steps.append(step);
+        return child;
     }
     ObjectPath below(std::nullptr_t, const Step &step) const = delete;
 };

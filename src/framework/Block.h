@@ -6,6 +6,8 @@
 
 #include <QVector>
 
+#include "framework/ListRoom.h"
+
 namespace JobXml {
 
 /// The set flags of an object: bit i belongs to member i.
@@ -89,7 +91,7 @@ public:
             return;
         // detach() would destroy a partly constructed item if copying it runs out of memory.
         QVector<Item> items;
-        items.reserve(this->size());
+        makeRoom(items, this->size());
         for (const Item &item : std::as_const(*this))
             items.append(item);
         this->swap(items);

@@ -7,6 +7,7 @@
 #include "framework/Child.h"
 #include "framework/ItemRoom.h"
 #include "framework/ListOf.h"
+#include "framework/ListRoom.h"
 #include "framework/XmlOutput.h"
 
 namespace JobXml {
@@ -62,7 +63,7 @@ public:
     {
         QVector<Item> &items = modify(object);
         ItemList<Item> arranged;
-        arranged.reserve(order.size()); // first, because it may run out of memory
+        makeRoom(arranged, order.size()); // first, because it may run out of memory
         for (const int index : order) {
             const auto environment = ObjectAccess::environment(items[index]); // a move leaves the logger
             arranged.append(std::move(items[index]));

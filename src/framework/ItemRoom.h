@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "framework/ListRoom.h"
 #include "framework/Propagation.h"
 #include "framework/Utf8.h"
 
@@ -20,7 +21,7 @@ public:
     static Item &appendNew(ItemList<Item> &items, Size firstRoom)
     {
         if (items.size() == items.capacity())
-            setCapacity(items, std::max(firstRoom, 2 * items.size()));
+            grow(items, firstRoom);
         items.resize(items.size() + 1);
         return items.last();
     }
@@ -44,6 +45,18 @@ public:
 
 private:
     template <class Item>
+    static void grow(ItemList<Item> &items, Size firstRoom)
+    {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        items.reserve(std::max(firstRoom, 2 * items.size()));
+#else
+        // A list that has items doubles its memory by itself, and moves memory, not objects.
+        if (items.isEmpty())
+            makeRoom(items, firstRoom);
+#endif
+    }
+
+    template <class Item>
     static void setCapacity(ItemList<Item> &items, Size capacity)
     {
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -55,7 +68,7 @@ private:
 #else
         // The list's own reserve() and squeeze() copy or move the objects.
         QVector<Item> moved;
-        moved.reserve(capacity);
+        makeRoom(moved, capacity);
         for (Item &item : items) {
             const auto environment = ObjectAccess::environment(item);
             moved.append(std::move(item));

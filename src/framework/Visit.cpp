@@ -2,8 +2,10 @@
 #include <jobxml/Visit.h>
 
 #include <numeric>
+#include <vector>
 
 #include "framework/Behavior.h"
+#include "framework/ListRoom.h"
 #include "framework/Member.h"
 
 namespace JobXml {
@@ -110,7 +112,9 @@ DataObject &MemberEditor::AppendChild()
 
 QVector<int> MemberEditor::presentOrder() const
 {
-    QVector<int> order(GetSize());
+    QVector<int> order;
+    makeRoom(order, GetSize());
+    order.resize(GetSize());
     std::iota(order.begin(), order.end(), 0);
     return order;
 }
@@ -135,11 +139,12 @@ void MemberEditor::MoveChild(int from, int to)
 
 void MemberEditor::ArrangeChildren(const QVector<int> &order)
 {
-    QVector<bool> isFree(GetSize(), true);
+    const int size = GetSize();
+    std::vector<bool> isFree(std::size_t(size), true);
     for (const int index : order) {
-        if (index < 0 || index >= isFree.size() || !isFree[index])
+        if (index < 0 || index >= size || !isFree[std::size_t(index)])
             row().throwNoSuchChild();
-        isFree[index] = false;
+        isFree[std::size_t(index)] = false;
     }
     row().arrangeChildren(object(), order);
 }

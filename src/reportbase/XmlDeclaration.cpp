@@ -2,9 +2,9 @@
 #include "XmlDeclaration.h"
 
 #include <algorithm>
+#include <vector>
 
 #include <QLatin1String>
-#include <QVector>
 
 namespace REPORTGENERATOR {
 
@@ -35,7 +35,8 @@ std::optional<XmlDeclaration> XmlDeclaration::read(const QString &text)
     if (size < begin.size() || !text.startsWith(begin) || !text.endsWith(end) || text.contains(QLatin1Char('&')))
         return std::nullopt;
     XmlDeclaration declaration;
-    QVector<QLatin1String> expected{QLatin1String("version"), QLatin1String("encoding"), QLatin1String("standalone")};
+    std::vector<QLatin1String> expected{QLatin1String("version"), QLatin1String("encoding"),
+                                        QLatin1String("standalone")};
     for (Size i = skipBlanks(text, begin.size(), size); i < size;) {
         const Size equalSign = text.indexOf(QLatin1Char('='), i);
         const Size open = skipBlanks(text, equalSign + 1, size);

@@ -10,6 +10,7 @@
 #include "Documents.h"
 #include "Encodings.h"
 #include "OutOfMemory.h"
+#include "PlacesInQt.h"
 
 using namespace JobXml;
 using namespace OutOfMemory;
@@ -53,17 +54,9 @@ struct Use
     QVector<KnownPlace> places;
 };
 
-// For a thread that Qt did not start, the first QObject, such as a QIODevice, allocates data of the thread, and Qt
-// assumes that the allocation succeeds.
-const QVector<KnownPlace> firstQObject{{Outcome::Ended, "QObject::QObject"}};
-
-// The name of the first file is encoded for the system. Qt then loads the codec of the locale, and does without what
-// ICU has no memory for.
-const QVector<KnownPlace> firstFile =
-    firstQObject + QVector<KnownPlace>{{Outcome::Unnoticed, "QTextCodec::codecForLocale"}};
-
 const Use uses[] = {
-    {"LoadXml", [](TunerProperties &document) { return document.LoadXml(path("document.xml")); }, true, firstFile},
+    {"LoadXml", [](TunerProperties &document) { return document.LoadXml(path("document.xml")); }, true,
+     InQt::firstFile},
     {"SetXmlString",
      [](TunerProperties &document) {
          return document.SetXmlString(
@@ -83,11 +76,11 @@ const Use uses[] = {
          QFile file(path("document.bin"));
          return document.LoadBinary(&file);
      },
-     true, firstQObject},
+     true, InQt::firstQObject},
     {"GetXmlString", [](TunerProperties &document) { return !document.GetXmlString().isEmpty(); }, false, {}},
     {"GetCompressedBinaryRepresentationAsQByteArray",
      [](TunerProperties &document) { return !document.GetCompressedBinaryRepresentationAsQByteArray(-1).isEmpty(); },
-     false, firstQObject},
+     false, InQt::firstQObject},
     {"SaveXml", [](TunerProperties &document) { return document.SaveXml(path("saved")); }, false, {}},
     {"GetProblems", [](TunerProperties &document) { return document.GetProblems().isEmpty(); }, false, {}},
 };

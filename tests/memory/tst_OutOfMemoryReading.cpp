@@ -3,6 +3,7 @@
 
 #include "DocumentSamples.h"
 #include "Pipe.h"
+#include "PlacesInQt.h"
 #include "Surprises.h"
 
 using namespace JobXml;
@@ -60,9 +61,6 @@ private:
 };
 
 const Files *files = nullptr;
-
-// The constructor keeps two stacks by bare pointers; a later failure loses them.
-const QVector<KnownPlace> xmlReader{{Outcome::Leaked, "QXmlStreamReader::QXmlStreamReader", 2}};
 
 QString path(const char *name)
 {
@@ -171,9 +169,9 @@ private:
         add("SetXmlString", Begins::New, nothing, setXmlString(xml), isReadCompletely);
         add("SetXmlString, shared data", Begins::Shared, nothing, setXmlString(xml), isAnsweredAndAdded);
         add("SetXmlString, by a reader", Begins::New, nothing, setXmlString(typed(xml)), isReadCompletely,
-            Leaves::Parts, xmlReader);
+            Leaves::Parts, InQt::xmlReader);
         add("SetXmlString, by a reader, shared data", Begins::Shared, nothing, setXmlString(typed(xml)),
-            isAnsweredAndAdded, Leaves::Parts, xmlReader);
+            isAnsweredAndAdded, Leaves::Parts, InQt::xmlReader);
         const auto processXml = [](Document &o) { o.target.ProcessXml(*o.reader); };
         add("ProcessXml", Begins::New, anXmlReader, processXml, isComplete);
         // The caller's reader continues where the memory ran out.
@@ -242,7 +240,7 @@ private:
         };
         add("LoadXml, file", Begins::Filled, nothing, loadXml("document.xml"), isAnsweredAndAdded);
         add("LoadXml, by a reader", Begins::Filled, nothing, loadXml("typed.xml"), isAnsweredAndAdded, Leaves::Parts,
-            xmlReader);
+            InQt::xmlReader);
         const auto loadBinary = [](const char *name) {
             return [=](Document &o) {
                 QFile file(path(name));
@@ -260,9 +258,9 @@ private:
             return [=](Document &o) { o.answer = o.target.SetXmlString(text, true); };
         };
         add("XML that is cut off", Begins::New, nothing, xml(documents().xml.left(documents().xml.size() / 2)),
-            fails("Premature end of document."), Leaves::Parts, xmlReader);
+            fails("Premature end of document."), Leaves::Parts, InQt::xmlReader);
         add("XML of another class", Begins::Filled, nothing, xml(QStringLiteral("<Node id=\"n\"/>")),
-            fails(": the root element is 'Node', not 'TunerProperties'"), Leaves::Nothing, xmlReader);
+            fails(": the root element is 'Node', not 'TunerProperties'"), Leaves::Nothing, InQt::xmlReader);
         add("an unknown element", Begins::Filled, nothing,
             xml(QStringLiteral("<TunerProperties Version=\"1.1\"><x/></TunerProperties>")), isUnchanged,
             Leaves::Nothing);

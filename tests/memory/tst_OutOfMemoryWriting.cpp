@@ -3,6 +3,7 @@
 
 #include "DocumentSamples.h"
 #include "ExceptionText.h"
+#include "PlacesInQt.h"
 #include "Surprises.h"
 
 using namespace JobXml;
@@ -50,12 +51,6 @@ Operation<TunerProperties>::Question writes(const QByteArray &bytes)
 {
     return [=](Document &o) { return o.bytes == bytes; };
 }
-
-// The constructor tries out its encoder before anyone owns it.
-const QVector<KnownPlace> xmlWriter{{Outcome::Leaked, "QXmlStreamWriter::QXmlStreamWriter", 1}};
-
-// An element on the writer's stack that has no name yet: closing it accesses invalid memory.
-const QVector<KnownPlace> xmlWriterAfterwards{{Outcome::Ended, "QXmlStreamWriter::writeStartElement"}};
 
 // The record is discarded when memory runs out, and the check comes before that.
 const QVector<KnownPlace> checkComesFirst{{Outcome::Unnoticed, "JobXml::DataObject::GetBinary"}};
@@ -169,7 +164,7 @@ private:
                     throw;
                 }
             },
-            writes(documents().xml.toUtf8()), xmlWriterAfterwards);
+            writes(documents().xml.toUtf8()), InQt::xmlWriterAfterwards);
         add("GetXml, shared data", Begins::Shared, aWriter, target, writes(xmlOf(documents().other).toUtf8()));
         add(
             "GetXml, not validating", Begins::New, aWriter,
@@ -261,7 +256,7 @@ private:
                 o.text = document.GetXmlString();
                 o.answer = !document.GetErrorString().isEmpty();
             },
-            [](Document &o) { return o.text.isNull() && o.answer; }, xmlWriter);
+            [](Document &o) { return o.text.isNull() && o.answer; }, InQt::xmlWriter);
         add(
             "a file in no folder", Begins::New, Folder::begin,
             [](Document &o) {
