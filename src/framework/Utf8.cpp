@@ -5,6 +5,7 @@
 
 #include "framework/Text.h"
 #include "text/Ascii.h"
+#include "text/LongestText.h"
 
 namespace JobXml {
 
@@ -13,6 +14,7 @@ QString utf8ToString(const char *utf8, Size size)
     static constexpr char mark[] = "\xEF\xBB\xBF";
     if (size == 0)
         return emptyText;
+    REPORTGENERATOR::lengthOfText(size);
     if (REPORTGENERATOR::isAscii(utf8, size))
         return QString::fromLatin1(utf8, size);
     const QString text = QString::fromUtf8(utf8, size);

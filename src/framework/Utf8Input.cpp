@@ -6,6 +6,7 @@
 #include "framework/Member.h"
 #include "framework/Utf8.h"
 #include "framework/XmlBytes.h"
+#include "text/LongestText.h"
 
 namespace JobXml {
 
@@ -123,11 +124,11 @@ QString XmlText::toString() const
     if (m_size == 0)
         return utf8ToString(nullptr, 0);
     if (!m_utf8)
-        return QStringView(m_utf16, m_size).toString();
+        return QStringView(m_utf16, REPORTGENERATOR::lengthOfText(m_size)).toString();
     if (isVerbatim())
         return m_recent->text(m_utf8, m_size);
     QString text;
-    text.reserve(m_size);
+    text.reserve(REPORTGENERATOR::lengthOfText(m_size));
     const std::string_view raw(m_utf8, std::size_t(m_size));
     if (m_form == Form::Attribute)
         appendConverted(text, raw, convertedInAttributes, QLatin1Char(' '));

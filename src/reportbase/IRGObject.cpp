@@ -12,6 +12,7 @@
 
 #include "reportbase/FailureTexts.h"
 #include "reportbase/ObjectState.h"
+#include "text/LongestText.h"
 #include "text/SameText.h"
 
 namespace REPORTGENERATOR {
@@ -256,7 +257,9 @@ void IRGObject::processContent(QXmlStreamReader &reader, const QString &name)
 
 QString IRGObject::GetTextValue(QXmlStreamReader &reader)
 {
-    return reader.readElementText(QXmlStreamReader::SkipChildElements);
+    QString text = reader.readElementText(QXmlStreamReader::SkipChildElements);
+    lengthOfText(text.size());
+    return text;
 }
 
 int IRGObject::skipCurrentElement(QDataStream &stream, int length, int) const

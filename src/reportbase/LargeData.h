@@ -3,13 +3,14 @@
 
 #include <reportbase/ReadLimits.h>
 
+#include "text/LongestText.h"
+
 namespace REPORTGENERATOR {
 
-/// More bytes than this may contain a text that no QString can hold, however much memory there is.
-constexpr qint64 LongestText = ReadLimits::LargestPossible / 2;
+static_assert(LongestText == ReadLimits::LargestPossible / 2); // both are what Qt 5 can hold
 
-/// For handlers of std::bad_alloc that was thrown while `size` bytes were read: only large data are the cause;
-/// otherwise the caller's memory has run out.
+/// For handlers of std::bad_alloc that was thrown while `size` bytes were read: only data that may contain a longer
+/// text are the cause; otherwise the caller's memory has run out.
 inline void rethrowUnlessLarge(qint64 size)
 {
     if (size <= LongestText)

@@ -12,9 +12,11 @@
 
 #include "Note.h"
 #include "PipedFile.h"
+#include "text/Size.h"
 
 using REPORTGENERATOR::IRGObject;
 using REPORTGENERATOR::ReadLimits;
+using REPORTGENERATOR::Size;
 
 namespace {
 
@@ -27,6 +29,9 @@ const QByteArray hi = bytes("9e8f7061 00000007 54 00000002 6869"); // 15 bytes
 // "RGZ1", the length, and then the output of qCompress at level 0: the size, one stored block, its checksum.
 const QByteArray compressedHi = bytes("52475a31 0000001e 0000000f 7801 01 0f00 f0ff"
                                       "9e8f7061 00000007 54 00000002 6869 1f22032d"); // 38 bytes
+
+/// Characters. With Qt 5, these would take 2 GiB.
+constexpr Size moreThanAStringHolds = std::numeric_limits<Size>::max() / 2;
 
 ReadLimits limits(qint64 largestSize, qint64 largestExpandedSize, bool acceptCompressed)
 {
@@ -262,13 +267,12 @@ void ReadLimitsTest::sparseFileThatClaimsTwoGibibytesIsRefused()
 
 void ReadLimitsTest::recordWhoseTextNoStringCanHoldIsRefused()
 {
-    /// Converts all bytes to a text, as the classes of a model do.
     class LongNote : public Note
     {
     public:
-        void SetBinary(QDataStream &, int length) override { text = QString(length, Qt::Uninitialized); }
+        void SetBinary(QDataStream &, int) override { text = QString(moreThanAStringHolds, Qt::Uninitialized); }
     } note;
-    // 1.1 GB, which as text would take 2.2 GB: no QString holds that.
+    // 1.1 GB, which may contain a text that no QString of Qt 5 holds.
     constexpr int size = 1100000000;
     const Mapping zeros(size);
     QVERIFY(zeros.isThere());
@@ -316,7 +320,7 @@ void ReadLimitsTest::xmlFileWhoseTextNoStringCanHoldIsRefused()
         void ProcessXml(QXmlStreamReader &reader) override
         {
             IRGObject::ProcessXml(reader);
-            text = QString(1100000000, Qt::Uninitialized);
+            text = QString(moreThanAStringHolds, Qt::Uninitialized);
         }
     } note;
     // Blanks between elements are not kept, so 1.1 GB pass in little memory.
