@@ -2,6 +2,7 @@
 #include <jobxml/DataObject.h>
 
 #include <QDataStream>
+#include <QIODevice>
 
 #include "framework/Behavior.h"
 #include "framework/Binary.h"

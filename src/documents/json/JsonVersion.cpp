@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <QDataStream>
+#include <QIODevice>
 #include <QtEndian>
 
 #include <jobxml/StringItem.h>
