@@ -24,14 +24,16 @@ make_root() {
         "$release" "$root" "$root.list"
 }
 
-# in_root ROOT COMMAND...: runs it there as root, with the processes, the name of the machine and the mounted folders apart
-# from those of this system.
+# in_root ROOT COMMAND...: runs it there as root, with the processes, the name of the machine (host_name) and the mounted
+# folders apart from those of this system.
+host_name=clean
 in_root() {
     local root=$1
     shift
     # shellcheck disable=SC2016 # is expanded by the shell within
     unshare --mount --uts --pid --fork --kill-child sh -e -c \
-        'hostname clean; mount -t proc proc "$0/proc"; mount -t tmpfs shm "$0/dev/shm"; exec chroot "$0" "$@"' "$root" "$@"
+        'hostname "$1"; shift; mount -t proc proc "$0/proc"; mount -t tmpfs shm "$0/dev/shm"; exec chroot "$0" "$@"' \
+        "$root" "$host_name" "$@"
 }
 
 users=/srv # where the folders of the users are, within a root
