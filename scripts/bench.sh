@@ -16,6 +16,8 @@
 #   --growth         see above; for --check and --record, too
 #   --shape SHAPE    tree (the default) or flat: the documents whose times are taken
 #   --repetitions N  of each time, by default 9
+#   --qt VERSION     with which Qt libraries and references are built: 5 (the default) or 6, which the recorded figures are
+#                    not for
 #   --allocator NAME take the times without and with mimalloc or jemalloc preloaded, in alternating runs that leave
 #                    the peers out, and print the ratio; with glibc or none both runs are the same, and the ratio
 #                    shows how much times vary
@@ -24,8 +26,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-build=${BENCH_BUILD:-build/bench}
-raw=$build/raw
+qt=5
 form=--timed shape=tree repetitions=9 sizes=1000 allocator=
 
 while (($# > 0)); do
@@ -34,12 +35,18 @@ while (($# > 0)); do
     --growth) sizes=1000,10000 ;;
     --shape) shape=${2:-} && shift ;;
     --repetitions) repetitions=${2:-} && shift ;;
+    --qt) qt=${2:-} && shift ;;
     --allocator) allocator=${2:-nothing} && shift ;;
     *) die "unknown argument '$1'; the first lines of the script list the accepted ones" ;;
     esac
     (($# == 0)) || shift
 done
 [[ $shape == tree || $shape == flat ]] || die "--shape must be tree or flat, not '$shape'"
+[[ $qt == [56] ]] || die "--qt must be 5 or 6, not '$qt'"
+[[ $qt == 5 || $form != --check && $form != --record ]] || die "$form cannot be combined with --qt $qt"
+build=${BENCH_BUILD:-build/bench}
+((qt == 5)) || build+=-qt$qt
+raw=$build/raw
 [[ $repetitions =~ ^[1-9][0-9]*$ ]] || die "--repetitions must be a number from 1, not '$repetitions'"
 
 table() {
@@ -115,10 +122,11 @@ library=
 [[ -z $allocator ]] || library=$(library_of "$allocator")
 
 scripts/install-dependencies.sh build bench
+((qt == 5)) || scripts/install-dependencies.sh "qt$qt"
 
 heading "Building the benchmark"
 mkdir -p "$raw"
-quietly "$raw/configure.log" cmake --preset bench -B "$build"
+quietly "$raw/configure.log" cmake --preset bench -B "$build" -DQT_MAJOR_VERSION="$qt"
 targets=(tunerproperties_bench tunerproperties_bench_memory)
 [[ $form != --tool ]] || targets+=(tunerproperties)
 quietly "$raw/build.log" cmake --build "$build" --target "${targets[@]}"

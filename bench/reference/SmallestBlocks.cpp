@@ -82,7 +82,7 @@ private:
     void text(const QString &text)
     {
         if (!text.isEmpty())
-            m_sizes.push_back(sizeof(QStringData) + std::size_t(text.size() + 1) * sizeof(QChar));
+            m_sizes.push_back(sizeof(QArrayData) + std::size_t(text.size() + 1) * sizeof(QChar));
     }
 
     template <class List, class Add>
