@@ -104,7 +104,7 @@ if(CMAKE_BUILD_TYPE STREQUAL Debug AND NOT MSVC
 endif()
 
 # For the libraries and the tool. What most of their sources include is taken in once for all of them, since it is most of
-# what compiling takes. That each source includes what it uses is shown by scripts/clang.sh, and for both Qts by the Debian
+# what compiling takes. That each source includes what it uses is shown by scripts/tidy.sh, and for both Qts by the Debian
 # packages, which do without. So do projects that include this one: they may have precompiled headers of their own.
 set(TP_PRECOMPILED_PRODUCT ON CACHE BOOL "Compile the headers that the libraries and the tool share once")
 mark_as_advanced(TP_PRECOMPILED_PRODUCT)

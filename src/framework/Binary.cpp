@@ -310,7 +310,7 @@ bool BinaryReader::take(QString &text)
         text = emptyText;
         return true;
     }
-    const int length = int(size / 2);
+    const int length = int(REPORTGENERATOR::lengthOfText(REPORTGENERATOR::Size(size / 2)));
     QString read(length, Qt::Uninitialized);
     copyText(m_at, length, reinterpret_cast<char *>(read.data()), m_form.isSwapped);
     text = std::move(read);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstring>
+#include <type_traits>
 
 #include <QByteArray>
 #include <QDataStream>
@@ -11,6 +12,7 @@
 #include "framework/Composition.h"
 #include "framework/RecentTexts.h"
 #include "framework/Source.h"
+#include "text/LongestText.h"
 
 class QBuffer;
 
@@ -245,6 +247,8 @@ private:
         *m_stream >> read;
         if (m_stream->status() != QDataStream::Ok)
             return false;
+        if constexpr (std::is_same_v<T, QString>)
+            REPORTGENERATOR::lengthOfText(read.size());
         value = std::move(read);
         return true;
     }

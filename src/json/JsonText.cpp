@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "text/ExactNumber.h"
+#include "text/LongestText.h"
 #include "text/Printable.h"
 #include "text/Size.h"
 #include "text/TextLocation.h"
@@ -18,7 +19,10 @@
 
 using Parser = nlohmann::json;
 
-JsonFailure::JsonFailure(const QString &message) : std::runtime_error(message.toStdString()), m_message(message) { }
+JsonFailure::JsonFailure(const QString &message)
+    : std::runtime_error(Printable::withoutNull(message)), m_message(message)
+{
+}
 
 JsonFailure::JsonFailure(int line, int column, const QString &message) : JsonFailure(message)
 {
@@ -521,7 +525,8 @@ QString toString(const QByteArray &utf8)
     QString marks;
     for (; std::strncmp(rest, byteOrderMark, markSize) == 0; rest += markSize)
         marks += QChar(QChar::ByteOrderMark);
-    const QString text = QString::fromUtf8(rest, int(utf8.constEnd() - rest));
+    const QString text =
+        QString::fromUtf8(rest, REPORTGENERATOR::lengthOfText(REPORTGENERATOR::Size(utf8.constEnd() - rest)));
     return marks.isEmpty() ? text : marks + text;
 }
 

@@ -5,10 +5,10 @@
 
 struct ReportException::Message
 {
-    explicit Message(const QString &message) : text(message), utf8(message.toUtf8()) { }
+    explicit Message(const QString &message) : text(message), utf8(message.toUtf8().replace('\0', "\\u0000")) { }
 
     QString text;
-    QByteArray utf8; // kept, because what() returns a pointer into it
+    QByteArray utf8; // kept, because what() returns a pointer into it; it would end at a U+0000
     REPORTGENERATOR::ErrorLocation location;
 };
 

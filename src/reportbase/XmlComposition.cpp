@@ -60,9 +60,9 @@ QString::const_iterator halfPair(const QString &text)
     return text.cend();
 }
 
-/// The line where the first text starts that contains half a surrogate pair. The writer of Qt 5 keeps half a pair at
-/// the end of a text and only detects with a later text that the other half is missing, but writes both into a QString
-/// unchanged. The writer of Qt 6 detects it at once, as it does all others.
+/// The line where the first text starts that contains half a surrogate pair. Has the object write itself once more. The
+/// writer of Qt 5 keeps half a pair at the end of a text and only detects with a later text that the other half is
+/// missing, but writes both into a QString unchanged. The writer of Qt 6 detects it at once, as it does all others.
 qint64 lineOfHalfPair(const IRGObject &object)
 {
     QString xml;
@@ -158,6 +158,9 @@ XmlComposition composeXmlByWriter(const IRGObject &object)
     buffer.noteLoss();
     if (writer.hasError())
         composition.lineOfLostText = std::min(buffer.lineOfLoss(), lineOfHalfPair(object));
+    else if (const Size null = composition.utf8.indexOf('\0');
+             null >= 0) // in a comment, which the writer leaves as it is
+        composition.lineOfLostText = 1 + qint64(composition.utf8.left(null).count('\n'));
 
     escapeCarriageReturns(composition.utf8);
     return composition;

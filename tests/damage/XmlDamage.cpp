@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "XmlDamage.h"
 
+#include <algorithm>
 #include <optional>
 
 #include <QFile>
@@ -65,13 +66,19 @@ QString wrongReadingAfter(const TunerProperties &damaged)
 
 const QString wrongBytes = QStringLiteral("Encountered incorrectly encoded content.");
 
+/// All of the bytes; without their number, Qt 5 converts them up to the first U+0000.
+QString textOf(const QByteArray &utf8)
+{
+    return QString::fromUtf8(utf8.constData(), std::max(0, int(utf8.size())));
+}
+
 /// Whether these are the first bytes of a character.
 bool isCutOff(const QByteArray &bytes)
 {
     for (const char further : {'\x80', '\x90', '\xA0'}) { // no byte may follow every first one
         for (int missing = 1; missing <= 3; ++missing) {
             const QByteArray whole = bytes + QByteArray(missing, further);
-            if (!QString::fromUtf8(whole).contains(QChar(QChar::ReplacementCharacter)))
+            if (!textOf(whole).contains(QChar(QChar::ReplacementCharacter)))
                 return true;
         }
     }
@@ -83,7 +90,7 @@ bool isCutOff(const QByteArray &bytes)
 /// in their place.
 XmlTokens tokensUpToWrongBytes(const QByteArray &damaged)
 {
-    const QString text = QString::fromUtf8(damaged);
+    const QString text = textOf(damaged);
     const auto wrong = text.indexOf(QChar(QChar::ReplacementCharacter)); // of which the document has none itself
     const auto endOfDeclaration = text.indexOf(QLatin1String("?>"));
     if (wrong < 0 || endOfDeclaration < 0 || wrong < endOfDeclaration + 2)
@@ -168,7 +175,7 @@ QString readText(const QString &damaged, bool validate, XmlOutcome &outcome)
 
 void readDamagedXml(XmlSweep &sweep, const QByteArray &damaged, XmlSource source, bool validate, const QString &where)
 {
-    const QString text = QString::fromUtf8(damaged);
+    const QString text = textOf(damaged);
     if (source == XmlSource::Text && text.toUtf8() != damaged) {
         ++sweep.noText;
         return;

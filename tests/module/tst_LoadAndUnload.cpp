@@ -16,7 +16,8 @@ private:
     {
         QProcess host;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("LD_LIBRARY_PATH"), QStringLiteral(RECORDING_REGISTRY_DIR));
+        environment.insert(QStringLiteral("LD_LIBRARY_PATH"),
+                           QStringLiteral(RECORDING_REGISTRY_DIR ":" LIBRARY_DIR)); // of ReportBase
         environment.insert(QStringLiteral("MALLOC_PERTURB_"),
                            QStringLiteral("165")); // overwrites freed memory, so that no names remain there
         host.setProcessEnvironment(environment);

@@ -75,6 +75,8 @@ private Q_SLOTS:
     void aTextIsReadBackAsItWasWritten();
     void aTextThatXmlCannotCarryIsNotWritten_data();
     void aTextThatXmlCannotCarryIsNotWritten();
+    void theFirstLineOfSeveralIsReported_data();
+    void theFirstLineOfSeveralIsReported();
     void onlyTextsAndAttributeValuesEscapeCarriageReturns_data();
     void onlyTextsAndAttributeValuesEscapeCarriageReturns();
 };
@@ -491,6 +493,40 @@ void IRGObjectXmlTest::aTextThatXmlCannotCarryIsNotWritten()
     titled.writesOnlyTheTitle = true; // nothing follows it
     QVERIFY(titled.GetXmlString().isNull());
     QCOMPARE(titled.GetErrorString(), error.arg(2));
+}
+
+void IRGObjectXmlTest::theFirstLineOfSeveralIsReported_data()
+{
+    QTest::addColumn<Medley::Part>("part");
+    QTest::addColumn<int>("line");
+    QTest::newRow("a control character, then half a pair") << Medley::Part([](QXmlStreamWriter &w) {
+        w.writeCharacters(QStringLiteral("\n"));
+        w.writeTextElement(QStringLiteral("a"), QStringLiteral("\x01"));
+        w.writeCharacters(QStringLiteral("\n\n"));
+        w.writeTextElement(QStringLiteral("b"), QString(QChar(0xD83D)));
+    }) << 2;
+    QTest::newRow("half a pair, then a control character") << Medley::Part([](QXmlStreamWriter &w) {
+        w.writeCharacters(QStringLiteral("\n"));
+        w.writeTextElement(QStringLiteral("a"), QString(QChar(0xD83D)));
+        w.writeCharacters(QStringLiteral("\n\n"));
+        w.writeTextElement(QStringLiteral("b"), QStringLiteral("\x01"));
+    }) << 2;
+    QTest::newRow("U+0000 in a comment") << Medley::Part([](QXmlStreamWriter &w) {
+        w.writeCharacters(QStringLiteral("\n\n"));
+        w.writeComment(QStringLiteral("a") + QChar(0) + QStringLiteral("b"));
+    }) << 3;
+}
+
+void IRGObjectXmlTest::theFirstLineOfSeveralIsReported()
+{
+    QFETCH(Medley::Part, part);
+    QFETCH(int, line);
+    Medley medley(part);
+    QVERIFY(medley.GetXmlString().isNull());
+    QCOMPARE(medley.GetErrorString(),
+             QStringLiteral("XML text: a text in or just above line %1 of the document contains a character that XML "
+                            "cannot carry (a control character, U+FFFE, U+FFFF or half a surrogate pair)")
+                 .arg(line));
 }
 
 TEST_SUITE(IRGObjectXmlTest)

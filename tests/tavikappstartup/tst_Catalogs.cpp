@@ -47,6 +47,7 @@ private Q_SLOTS:
     void addingAFolderAgainMovesItToTheFront();
     void relativeFolderIsResolvedAgainstTheCurrentOne();
     void damagedCatalogIsIgnored();
+    void aCatalogFindsOthersInItsFolder();
 
     void theShippedCatalogsTranslateEveryDisplayName_data();
     void theShippedCatalogsTranslateEveryDisplayName();
@@ -151,6 +152,15 @@ void CatalogsTest::damagedCatalogIsIgnored()
     center().AddSearchPath(folder.path());
     center().Register(probe);
     QCOMPARE(signalText(), german); // from the next folder
+}
+
+void CatalogsTest::aCatalogFindsOthersInItsFolder()
+{
+    const Application application;
+    center().Register(QStringLiteral("Chain"));
+    QCOMPARE(QCoreApplication::translate("Chain", "link"), QStringLiteral("Glied"));
+    QCOMPARE(signalText(), german); // of the catalog that this one names
+    center().Unregister(QStringLiteral("Chain"));
 }
 
 void CatalogsTest::theShippedCatalogsTranslateEveryDisplayName_data()

@@ -50,6 +50,16 @@ int Places::itemOf(int place, int member, int item, Cursor &cursor) const
     return none;
 }
 
+namespace {
+
+/// All of the bytes: the constructor that receives a QByteArray ends at a NUL with Qt 5.
+QLatin1String asText(const QByteArray &latin1)
+{
+    return QLatin1String(latin1.constData(), latin1.size());
+}
+
+} // namespace
+
 TextPlace Places::find(const QVector<JobXml::Step> &steps, const QString &member, Cursors &cursors) const
 {
     const Shape *shape = &documentShape();
@@ -58,7 +68,7 @@ TextPlace Places::find(const QVector<JobXml::Step> &steps, const QString &member
         cursors.resize(std::size_t(steps.size()));
     for (int depth = 0; depth < steps.size(); ++depth) {
         const JobXml::Step &step = steps.at(depth);
-        const int index = shape->find(QLatin1String(step.member.toLatin1()));
+        const int index = shape->find(asText(step.member.toLatin1()));
         int child = none;
         if (place != none && index != Shape::none)
             child =
@@ -69,13 +79,13 @@ TextPlace Places::find(const QVector<JobXml::Step> &steps, const QString &member
         shape = shape->members[std::size_t(index)].child.get();
     }
     const QByteArray name = member.toLatin1();
-    const int index = name.isEmpty() ? Shape::none : shape->find(QLatin1String(name));
+    const int index = name.isEmpty() ? Shape::none : shape->find(asText(name));
     if (place == none || index == Shape::none)
         return ofElement(place);
     // A list has no place of its own.
     const bool isList = shape->members[std::size_t(index)].kind == JobXml::MemberKind::ObjectList;
     const int element = isList ? none : lastOf(place, index);
-    return element == none ? ofAttribute(place, QLatin1String(name)) : ofElement(element);
+    return element == none ? ofAttribute(place, asText(name)) : ofElement(element);
 }
 
 TextPlace Places::ofElement(int place) const

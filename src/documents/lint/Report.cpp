@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "text/Printable.h"
 #include "text/Suggestion.h"
 
 namespace TunerDocuments {
@@ -30,7 +31,7 @@ quint64 bitNamed(const QString &name)
         known.append(QString::fromLatin1(allRules()[i].name));
     }
     const QString text = QStringLiteral("unknown rule '%1'").arg(name) + Suggestion::hint(name, known);
-    throw std::invalid_argument(text.toStdString());
+    throw std::invalid_argument(Printable::withoutNull(text));
 }
 
 quint64 bitsOf(const QStringList &names)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "documents/xml/EncodedText.h"
 
+#include <algorithm>
+
 #include <QRegularExpression>
 
 #include "text/Printable.h"
@@ -18,7 +20,8 @@ QString declaredName(const QByteArray &document)
     constexpr int longest = 200;
     static const QRegularExpression declaration(
         QStringLiteral(R"(^\s*<\?xml\s[^>]*\bencoding\s*=\s*["']([A-Za-z0-9._:-]+)["'])"));
-    return declaration.match(QString::fromLatin1(document.left(longest))).captured(1);
+    return declaration.match(QString::fromLatin1(document.constData(), std::min(longest, int(document.size()))))
+        .captured(1);
 }
 
 } // namespace
