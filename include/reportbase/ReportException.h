@@ -56,7 +56,7 @@ public:
     /// Adds the location, for the code that reads.
     void SetLocation(const REPORTGENERATOR::ErrorLocation &location);
 
-    /// The message as UTF-8, with \u0000 for U+0000; valid as long as this exception or a copy of it lives.
+    /// The message as UTF-8, with U+0000 escaped; valid as long as this exception or a copy of it lives.
     const char *what() const noexcept override;
 
 private:

@@ -21,7 +21,7 @@ namespace TunerDocuments {
 class TUNERDOCUMENTS_EXPORT PathFailure : public std::runtime_error
 {
 public:
-    explicit PathFailure(const QString &text); ///< what() has the text as UTF-8, with \u0000 for U+0000
+    explicit PathFailure(const QString &text); ///< what() has the text as UTF-8, with U+0000 escaped
     PathFailure(const PathFailure &other); ///< for throwing
     ~PathFailure() override;
 

@@ -20,7 +20,7 @@ namespace TypedValue {
 class TUNERDOCUMENTS_EXPORT Mismatch : public std::runtime_error
 {
 public:
-    explicit Mismatch(const QString &text); ///< what() has the text as UTF-8, with \u0000 for U+0000
+    explicit Mismatch(const QString &text); ///< what() has the text as UTF-8, with U+0000 escaped
     Mismatch(const Mismatch &other); ///< for throwing
     ~Mismatch() override;
 
