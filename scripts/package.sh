@@ -4,8 +4,9 @@
 # it installs them, tries them as debian/tests/control says, and removes them. The packages are in build/package/packages. It
 # needs to be root, and to be allowed to mount.
 #
-# The contents of the packages are compared with packaging/contents; --record records the present ones. With --again it builds
-# the packages once more in other surroundings, and compares both byte by byte.
+# The contents of the packages are compared with packaging/contents; --record records the present ones. With --again the
+# suites are run while the packages are built, with each Qt; then it builds them once more in other surroundings and without
+# the suites, and compares both byte by byte.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 source scripts/clean-root.sh
@@ -48,6 +49,11 @@ prepare_roots() {
     echo "$key" >"$roots/key"
 }
 
+# What the suites need besides. It stays, so that building without it is proved by a root that is new.
+prepare_suites() {
+    quietly $build/suites.log install_in "$roots/build" build-dep /sources
+}
+
 # The files of this checkout that git knows, or would know after "git add".
 files_of_the_project() {
     git ls-files -z --cached --others --exclude-standard --deduplicate | while IFS= read -r -d '' file; do
@@ -66,21 +72,20 @@ make_sources() { # FOLDER: the archive of the sources, and the sources with debi
         --file "$1/${name/-/_}.orig.tar.xz" "$name"
 }
 
-# build_as USER SCRIPT VARIABLE=VALUE...: the script runs in the folder "build" in the home of the user. The suites are not
-# part of it: other legs of the continuous integration run them.
+# build_as USER PROFILE PROCESSES SCRIPT VARIABLE=VALUE...: the script runs in the folder "build" in the home of the user.
 build_as() {
-    local user=$1 script=$2
-    shift 2
+    local user=$1 profile=$2 processes=$3 script=$4
+    shift 4
     in_root "$roots/build" chown --recursive "$user:" "$users/$user/build"
-    quietly "$build/$user.log" as_user "$roots/build" "$user" DEB_BUILD_PROFILES=nocheck "$@" \
-        sh -e -c "cd build; $script"
+    quietly "$build/$user.log" as_user "$roots/build" "$user" DEB_BUILD_PROFILES="$profile" \
+        DEB_BUILD_OPTIONS="$profile parallel=$processes" "$@" sh -e -c "cd build; $script"
 }
 
-build_packages() {
+build_packages() { # PROFILE: nocheck, or none to run the suites
     local home=$roots/build$users/first
     rm -rf "$home/build"
     make_sources "$home/build"
-    build_as first "cd tunerproperties-*; dpkg-buildpackage -us -uc" DEB_BUILD_OPTIONS="nocheck parallel=$jobs"
+    build_as first "$1" "$jobs" "cd tunerproperties-*; dpkg-buildpackage -us -uc"
     cp "$home"/build/tunerproperties_* "$home"/build/*.deb $packages
     ls $packages/*.deb
 }
@@ -91,9 +96,8 @@ build_again() {
     rm -rf "$home/build"
     mkdir "$home/build"
     cp $packages/tunerproperties_* "$home/build"
-    build_as another "umask 077; dpkg-source -x *.dsc a-folder-with-a-longer-name; cd a-*; \
-        faketime -f +400d dpkg-buildpackage -b -us -uc" \
-        DEB_BUILD_OPTIONS="nocheck parallel=$((jobs + 1))" LC_ALL=tr_TR.UTF-8 LANGUAGE=tr TZ=XST-13:45
+    build_as another nocheck $((jobs + 1)) "umask 077; dpkg-source -x *.dsc a-folder-with-a-longer-name; cd a-*; \
+        faketime -f +400d dpkg-buildpackage -b -us -uc" LC_ALL=tr_TR.UTF-8 LANGUAGE=tr TZ=XST-13:45
     for package in "$packages"/*.deb; do
         cmp "$package" "$home/build/${package##*/}" || {
             diffoscope "$package" "$home/build/${package##*/}" || true
@@ -216,8 +220,15 @@ mkdir -p $packages $out packaging/contents
 heading "Making a clean root"
 prepare_roots
 
-heading "Building the packages"
-build_packages
+if [[ $again == true ]]; then
+    heading "Building the packages, and running the suites"
+    prepare_suites
+    build_packages ""
+    sed -n '/tests passed/p' $build/first.log
+else
+    heading "Building the packages"
+    build_packages nocheck # other legs of the continuous integration run the suites
+fi
 
 heading "Looking at the packages"
 lintian --allow-root --pedantic --display-info --fail-on error,warning,info,pedantic $packages/*.changes \

@@ -62,7 +62,7 @@ QString fileIn(const QString &folder, const QStringList &names)
     return {};
 }
 
-// A damaged file is ignored with all others in its folder. A catalog that depends on others finds them there.
+// A damaged file is ignored with all others in its folder. A catalog that depends on others finds them there by itself.
 Catalog load(const Search &search)
 {
     const QStringList names = CatalogNames::of(search.module, QLocale().uiLanguages());
@@ -70,7 +70,7 @@ Catalog load(const Search &search)
     auto catalog = std::make_shared<QTranslator>();
     for (const QString &folder : search.folders) {
         const QString file = fileIn(folder, names);
-        if (!file.isEmpty() && catalog->load(file, folder, none, none))
+        if (!file.isEmpty() && catalog->load(file, QString(), none, none))
             return catalog;
     }
     return {};

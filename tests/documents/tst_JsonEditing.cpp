@@ -74,6 +74,7 @@ void JsonEditingTest::onlyTheValueChanges_data()
         ",\"Component\":[{\"Node\":[{\"ValueItem\":[{\"ValueFloat\":{\"id\":\"j\",\"value\":0.1000000001}}]}]}]");
     row("text", ",\"name\":\"\\u0041\"", "name", "\xC3\xA4\"", ",\"name\":\"\xC3\xA4\\\"\"");
     row("equal text", ",\"name\":\"\\u0041\"", "name", "A", ",\"name\":\"\\u0041\"");
+    row("text to what is before its U+0000", ",\"name\":\"A\\u0000B\"", "name", "A", ",\"name\":\"A\"");
     row("null", ",\"name\":null", "name", "", ",\"name\":\"\"");
     row("list of names", ",\"StartupModes\":{\"StartupMode\":[ \"DF\" ]}", "StartupModes/StartupMode", "Scan,Stop",
         ",\"StartupModes\":{\"StartupMode\":[ \"Scan\", \"Stop\" ]}");

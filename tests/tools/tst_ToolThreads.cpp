@@ -36,17 +36,26 @@ Run runFor(QStringList arguments, const char *jobs)
 void ToolThreadsTest::manyJobsReportAsOne_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("summary");
-    const auto add = [](const char *arguments, const char *summary) {
-        QTest::newRow(arguments) << line(arguments) << QString::fromLatin1(summary);
+    QTest::addColumn<QString>("end");
+    const auto add = [](const char *arguments, const char *end) {
+        QTest::newRow(arguments) << line(arguments) << QString::fromLatin1(end);
     };
     add("validate", "tunerproperties: 60 files: 30 valid, 15 with problems, 15 unreadable; 'lint' has 15 warnings\n");
     add("validate --strict", "tunerproperties: 60 files: 15 valid, 30 with problems, 15 unreadable\n");
     add("validate --strict --error unknown-attribute",
         "tunerproperties: 60 files: 15 valid, 30 with problems, 15 unreadable\n");
+    add("validate --json",
+        "{\"file\":\"59.xml\",\"status\":\"valid\",\"problems\":[],\"problemCount\":0,\"warnings\":0,\"error\":null}"
+        "\n");
+    add("lint --json",
+        "{\"file\":\"59.xml\",\"status\":\"clean\",\"findings\":[],\"problemCount\":0,\"warningCount\":0,\"error\":"
+        "null}\n");
+    add("lint --format sarif", "tunerproperties: 58.xml:3:1: Premature end of document.\n");
     add("lint", "tunerproperties: 60 files: 15 clean, 30 with findings, 15 unreadable\n");
     add("convert --to tagged --out-dir out",
         "tunerproperties: 60 files: 30 converted, 15 with problems, 15 unreadable\n");
+    add("convert --to json --out-dir out --exact",
+        "tunerproperties: 60 files: 15 converted, 30 with problems, 15 unreadable\n");
     add("fmt --check", "tunerproperties: 60 files: 30 unchanged, 15 unformatted, 15 unreadable\n");
     add("fmt", "tunerproperties: 60 files: 30 unchanged, 15 formatted, 15 unreadable\n");
 }
@@ -54,9 +63,9 @@ void ToolThreadsTest::manyJobsReportAsOne_data()
 void ToolThreadsTest::manyJobsReportAsOne()
 {
     QFETCH(QStringList, arguments);
-    QFETCH(QString, summary);
+    QFETCH(QString, end);
     const Run one = runFor(arguments, "1");
-    QVERIFY2(one.err.endsWith(summary), qPrintable(one.err.right(200)));
+    QVERIFY2(one.all().endsWith(end), qPrintable(one.all().right(200)));
     const Run many = runFor(arguments, "8");
     QCOMPARE(many.err, one.err);
     QCOMPARE(many.out, one.out);
