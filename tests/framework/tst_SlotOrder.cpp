@@ -74,15 +74,22 @@ QString unqualified(const QString &function)
     return function.mid(function.lastIndexOf(QStringLiteral("::"), parameters) + 2);
 }
 
-// The function in slot i of a class's virtual table. The offset and the type information precede the slots.
-QString functionInSlot(const QString &className, int slot)
+// What is in slot i of a class's virtual table; null without a table. The offset and the type information precede the
+// slots.
+const void *addressInSlot(const QString &className, int slot)
 {
     const QByteArray symbol = QStringLiteral("_ZTVN6JobXml%1%2E").arg(className.size()).arg(className).toLatin1();
     auto *const *table = static_cast<void *const *>(dlsym(RTLD_DEFAULT, symbol.constData()));
-    if (!table)
+    return table ? table[2 + slot] : nullptr;
+}
+
+QString functionInSlot(const QString &className, int slot)
+{
+    const void *const address = addressInSlot(className, slot);
+    if (!address)
         return QStringLiteral("no virtual table of ") + className;
     Dl_info info{};
-    if (!dladdr(table[2 + slot], &info) || !info.dli_sname)
+    if (!dladdr(address, &info) || !info.dli_sname)
         return QStringLiteral("an unknown function");
     return demangled(info.dli_sname);
 }
@@ -125,16 +132,25 @@ private Q_SLOTS:
 
     void additionsFollowTheContract()
     {
+        const QString node = QStringLiteral("Node");
         int slot = 47;
         for (const char *function :
              {"composeXml(QByteArray&) const", "walkContent(QXmlStreamReader&, QString const&)",
               "readXml(std::function<QByteArray ()> const&)", "composeBinary(QDataStream const&, QByteArray&) const",
               "readMembers(QDataStream const&, char const*, int)", "virtualHook(int, void*)", "ResetToDefault()",
               "AnyData() const", "GetVersionSpecificBinaryWithoutValidation(QDataStream&) const",
-              "SetVersionSpecificBinaryWithoutValidation(QDataStream&)", "writeOwnAttributes(QXmlStreamWriter&) const",
-              "writeOwnElements(QXmlStreamWriter&) const", "writeOwnRecords(QDataStream&) const",
-              "readOwnRecord(QDataStream&, unsigned int, int)"})
-            QCOMPARE(unqualified(functionInSlot(QStringLiteral("Node"), slot++)), QString::fromLatin1(function));
+              "SetVersionSpecificBinaryWithoutValidation(QDataStream&)"})
+            QCOMPARE(unqualified(functionInSlot(node, slot++)), QString::fromLatin1(function));
+        // Neither of these does anything in this class, so an optimizer may make one function with two names of them.
+        for (const char *symbol : {"_ZNK6JobXml10DataObject18writeOwnAttributesER16QXmlStreamWriter",
+                                   "_ZNK6JobXml10DataObject16writeOwnElementsER16QXmlStreamWriter"}) {
+            const void *const address = dlsym(RTLD_DEFAULT, symbol);
+            QVERIFY(address);
+            QCOMPARE(addressInSlot(node, slot++), address);
+        }
+        for (const char *function :
+             {"writeOwnRecords(QDataStream&) const", "readOwnRecord(QDataStream&, unsigned int, int)"})
+            QCOMPARE(unqualified(functionInSlot(node, slot++)), QString::fromLatin1(function));
     }
 
     void onlyTheDocumentHasAVersionOfItsOwn()
