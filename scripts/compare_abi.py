@@ -18,13 +18,14 @@ import sys
 import tempfile
 from pathlib import Path
 
+from abi_types import type_changes
 from compact_abi import compact
 
 # Bits of the status of abidiff.
 ERROR = 1 | 2
 
-# Paths and lines would change the record with every edit. Types that no header declares cannot be used by a program.
-STABLE = ["--no-corpus-path", "--no-comp-dir-path", "--no-show-locs", "--drop-private-types", "--exported-interfaces-only",
+# Paths would change the record with every machine. Types that no header declares cannot be used by a program.
+STABLE = ["--no-corpus-path", "--no-comp-dir-path", "--drop-private-types", "--exported-interfaces-only",
           "--no-parameter-names", "--no-write-default-sizes", "--no-elf-needed", "--type-id-style", "hash"]
 
 SUPPRESSIONS = Path(__file__).parent.parent / "abi" / "ignored.abignore"
@@ -48,7 +49,7 @@ def describe(library: Path, headers: Path, description: Path) -> None:
                library)
     if done.returncode != 0 or not description.exists():
         fail(f"abidw cannot read {library}:\n{done.stdout}{done.stderr}")
-    compact(description)
+    compact(description, headers)
 
 
 def changes(record: Path, description: Path, *options: str) -> str:
@@ -80,16 +81,17 @@ def main() -> None:
     with tempfile.TemporaryDirectory() as folder:
         description = Path(folder) / record.name
         describe(arguments.library, arguments.headers, description)
-        if not record.exists():
-            if not arguments.record:
-                fail(f"{record} is missing; run scripts/abi.sh --record")
-            report = ""
-        else:
+        removed_or_changed: list[str] = []
+        additions: list[str] = []
+        report = ""
+        if record.exists():
             report = changes(record, description)
+            removed_or_changed, additions = type_changes(record, description)
+        elif not arguments.record:
+            fail(f"{record} is missing; run scripts/abi.sh --record")
         soname = SONAME.search(report)
-        incompatible = bool(report) and not soname and is_incompatible(report)
-        if incompatible:
-            print(report)
+        if not soname and (removed_or_changed or (report and is_incompatible(report))):
+            print("\n".join([report, *removed_or_changed]).strip())
             fail(f"{arguments.library.name} has changed incompatibly, see above: programs that were built with it before "
                  "would fail. Revert the change and add to the interface instead, or raise the major version in "
                  "project() and with it the SONAME.")
@@ -99,8 +101,8 @@ def main() -> None:
             print(f"{record} is recorded.")
         elif soname:
             fail(f"the SONAME {soname[1]} is now {soname[2]}; run scripts/abi.sh --record")
-        elif report or (report := changes(record, description, "--harmless")):
-            print(report)
+        elif report or (report := changes(record, description, "--harmless")) or additions:
+            print("\n".join([report, *additions]).strip())
             print(f"{arguments.library.name} has additions, see above, and is compatible. "
                   "Record them by scripts/abi.sh --record.")
         else:

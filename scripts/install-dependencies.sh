@@ -61,6 +61,10 @@ package_packages=(
     python3
 )
 
+mutate_packages=(
+    lld # links a library again, with the objects that have changed
+)
+
 docs_packages=(
     doxygen
     nodejs # runs the tests of the manual's search
@@ -80,9 +84,10 @@ for set in "${@:-build}"; do
     bench) packages+=("${bench_packages[@]}") ;;
     abi) packages+=("${abi_packages[@]}") ;;
     package) packages+=("${package_packages[@]}") ;;
+    mutate) packages+=("${mutate_packages[@]}") ;;
     docs) packages+=("${docs_packages[@]}") ;;
     browser) packages+=("${browser_packages[@]}") ;;
-    *) die "unknown set of packages '$set'; there are: build qt6 ci bench abi package docs browser" ;;
+    *) die "unknown set of packages '$set'; there are: build qt6 ci bench abi package mutate docs browser" ;;
     esac
 done
 

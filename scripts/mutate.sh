@@ -8,7 +8,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-scripts/install-dependencies.sh build
+scripts/install-dependencies.sh build mutate
 command -v python3 >/dev/null || die "python3 is missing"
 
 engine=(python3 -B scripts/mutate "$@")

@@ -14,7 +14,7 @@ import mutants as rules
 from trials import Trials
 from workshop import BuildFailure, Workshop
 
-LEAST_COMPILED = 300
+LEAST_COMPILED = 1000
 KILLED = ("failed", "crashed", "too long")
 OUTCOMES = (*KILLED, "survived", "passed quick tests", "same code", "same optimised code", "not compiled")
 
@@ -293,7 +293,7 @@ class Session:
 def parse_arguments():
     parser = argparse.ArgumentParser(prog="mutate.sh", description=__doc__, add_help=True)
     parser.add_argument("--seed", type=int, default=1, help="which mutants come first (default: %(default)s)")
-    parser.add_argument("--count", type=int, default=700, help="how many mutants (default: %(default)s)")
+    parser.add_argument("--count", type=int, default=1300, help="how many mutants (default: %(default)s)")
     parser.add_argument("--all", action="store_true", help="every mutant that the rules can make")
     parser.add_argument("files", nargs="*", metavar="FILE", help="only mutants of these source files, or of those in these folders")
     parser.add_argument("--without", action="append", metavar="PART", help="no mutants of files with this in their path")

@@ -16,7 +16,11 @@ FLAGS_WITH_FILE = ("-o", "-c", "-MT", "-MF", "-MQ")
 # Sources of one library that are compiled in one go must not share these names.
 REPEATED_NAMES = (
     (re.compile(r"\bnamespace row\b"), "namespace row_{stem}"),
+    (re.compile(r"\busing row ="), "using row_{stem} ="),
     (re.compile(r"(?<![\w.>])row::"), "row_{stem}::"),
+    (re.compile(r"\bTags(?=\n|>;)"), "Tags_{stem}"),
+    (re.compile(r"(?<![\w.>:])behavior\b"), "behavior_{stem}"),
+    (re.compile(r"\bpieceSize\b"), "pieceSize_{stem}"),
     (re.compile(r"\bunitStatics\b"), "unitStatics_{stem}"),
     (re.compile(r"\bTable members\b"), "Table members_{stem}"),
     (re.compile(r"\bdescribe<members\b"), "describe<members_{stem}"),
@@ -37,12 +41,14 @@ def run(command, cwd, log=None):
 
 
 def without_archives(link, archives):
-    """A command that links, with the objects of each static library instead of it, so that they can be replaced.
+    """A command that links, with the objects of each static library instead of it, so that they can be replaced. As from
+    the library, only those are taken that are needed; the linker has to be lld.
 
     `archives` are lists of objects by the names of the libraries."""
     for archive, objects in archives.items():
         word = rf"(?<=\s){re.escape(archive)}(?=\s|$)"
-        link = re.sub(word, "", re.sub(word, lambda _, all_of=objects: " ".join(all_of), link, count=1))
+        library = f"-Wl,--start-lib {' '.join(objects)} -Wl,--end-lib"
+        link = re.sub(word, "", re.sub(word, lambda _, text=library: text, link, count=1))
     return link
 
 
@@ -150,8 +156,7 @@ class Workshop:
         command = ["cmake", "-S", str(self.tree), "-B", str(self.build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
                    "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
                    "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"]  # fmt: skip
-        if shutil.which("ld.lld"):
-            command.append("-DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=lld")
+        command += [f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=lld" for kind in ("SHARED", "MODULE", "EXE")]
         if run(command, self.folder, self.folder / "configure.log").returncode:
             raise BuildFailure(f"cannot configure; see {self.folder}/configure.log")
         if run(["ninja", f"-j{self.jobs}", "-k0"], self.build, self.folder / "build.log").returncode:
@@ -189,6 +194,11 @@ class Workshop:
             copy.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy2(self.build / binary.output, copy)
         self._make_headers()
+        # A mutant that cannot be linked does not count, so nothing but the mutant may be the reason.
+        for target in self.binaries:
+            if not self._link(target, {}):
+                raise BuildFailure(f"{target} cannot be linked by: {self.binaries[target].link}")
+        self.restore()
 
     def _outputs(self):
         """The files that ninja links for each target."""

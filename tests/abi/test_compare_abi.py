@@ -13,7 +13,8 @@ from pathlib import Path
 SCRIPT = sys.argv.pop()
 COMPILER = sys.argv.pop()
 
-# A structure that a program creates, a class that it derives from, and functions that it calls.
+# A structure that a program creates, a class that it derives from, and functions that it calls. QItems is named like the
+# templates of Qt, of which a library exports nothing.
 HEADER = """
 #include "Types.h"
 struct Options
@@ -22,6 +23,28 @@ struct Options
     bool isStrict;
 };
 enum class Kind { Text, Number };
+template <class Item>
+class QItems
+{
+public:
+    typedef Item value_type;
+    typedef const Item *const_iterator;
+    __attribute__((visibility("hidden"))) const Item &first() const;
+    const_iterator begin() const { return &first(); }
+private:
+    struct Data;
+    Data *d;
+};
+struct Mark
+{
+    int begin;
+    int end;
+};
+struct Line
+{
+    enum Form { Plain, Dotted };
+    QItems<Form> forms;
+};
 class Reader
 {
 public:
@@ -35,11 +58,13 @@ private:
 };
 int read(const Options &options, int limit = 10);
 int write(const Options &options, Kind kind);
+QItems<Mark> marks();
+QItems<Line> lines();
 """
 
 # What is not declared in a public header is free to change.
 SOURCE = """
-#include "Interface.h"
+#include "tried/Interface.h"
 class Reader::Private
 {
     int state;
@@ -50,6 +75,15 @@ void Reader::open() {}
 void Reader::close() {}
 int read(const Options &options, %s limit) { return options.size + int(limit); }
 int write(const Options &options, Kind kind) { return options.size + int(kind); }
+template <class Item>
+struct QItems<Item>::Data
+{
+    Item item;
+};
+template <class Item>
+const Item &QItems<Item>::first() const { return d->item; }
+QItems<Mark> marks() { QItems<Mark> all; all.first(); return all; }
+QItems<Line> lines() { QItems<Line> all; all.first(); return all; }
 """
 
 
@@ -59,15 +93,15 @@ class Comparison(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
         self.headers = self.folder / "include"
-        self.headers.mkdir()
-        (self.headers / "Types.h").write_text("", encoding="utf-8")
+        (self.headers / "tried").mkdir(parents=True)
+        (self.headers / "tried" / "Types.h").write_text("", encoding="utf-8")
         self.recorded = self.folder / "recorded.abi"
         self.assertEqual(self.compare("--record"), (0, f"{self.recorded} is recorded.\n", ""))
 
     def compare(self, *options: str, header: str = HEADER, source: str = SOURCE % "int",
                 soname: str = "libtried.so.1") -> tuple[int, str, str]:
         """The status, the report and the error for a library with this header and this source."""
-        (self.headers / "Interface.h").write_text(header, encoding="utf-8")
+        (self.headers / "tried" / "Interface.h").write_text(header, encoding="utf-8")
         file, library = self.folder / "library.cpp", self.folder / "libtried.so"
         file.write_text(source, encoding="utf-8")
         subprocess.run([COMPILER, "-g", "-shared", "-fPIC", f"-Wl,-soname,{soname}", "-I", self.headers, "-o", library,
@@ -103,6 +137,36 @@ class Comparison(unittest.TestCase):
     def test_member_added_where_the_size_stays_is_refused(self) -> None:
         header = self.edited(HEADER, "    bool isStrict;\n", "    bool isStrict;\n    bool isFast;\n")
         self.assertBreaks("'bool isFast'", header=header)
+
+    # Only a list contains these, which does not show in any function or member.
+
+    def test_member_added_to_an_item_of_a_list_is_refused(self) -> None:
+        header = self.edited(HEADER, "    int begin;\n", "    int begin;\n    int middle;\n")
+        self.assertBreaks("type Mark has changed:\n  - 64 bits\n  + 96 bits\n  + public middle: int, at bit 32\n"
+                          "  - public end: int, at bit 32\n", header=header)
+
+    def test_member_of_an_item_of_a_list_that_is_renamed_is_refused(self) -> None:
+        header = self.edited(HEADER, "    int end;\n", "    int last;\n")
+        self.assertBreaks("type Mark has changed:\n  - public end: int, at bit 32\n  + public last: int, at bit 32\n",
+                          header=header)
+
+    def test_other_value_of_an_enumerator_in_a_list_is_refused(self) -> None:
+        header = self.edited(HEADER, "Dotted }", "Dotted = 3 }")
+        self.assertBreaks("type Line::Form has changed:\n  - Dotted = 1\n  + Dotted = 3\n", header=header)
+
+    def test_enumerator_added_in_a_list_is_reported_and_accepted(self) -> None:
+        header = self.edited(HEADER, "Dotted }", "Dotted, Dashed }")
+        status, report, _ = self.compare(header=header)
+        self.assertEqual(status, 0)
+        self.assertEqual(report, "type Line::Form has changed:\n  + Dashed = 2\n"
+                                 "libtried.so has additions, see above, and is compatible. "
+                                 "Record them by scripts/abi.sh --record.\n")
+
+    def test_removed_type_is_refused(self) -> None:
+        header = self.edited(HEADER, "QItems<Mark> marks();\n", "QItems<int> marks();\n")
+        header = self.edited(header, "struct Mark\n{\n    int begin;\n    int end;\n};\n", "")
+        source = SOURCE.replace("Mark", "int") % "int"
+        self.assertBreaks("type Mark was removed\n", header=header, source=source)
 
     def test_moved_virtual_slot_is_refused(self) -> None:
         header = self.edited(HEADER, "    virtual void open();\n    virtual void close();\n",
@@ -153,6 +217,17 @@ class Comparison(unittest.TestCase):
     def test_private_class_is_free_to_change(self) -> None:
         source = self.edited(SOURCE % "int", "    int state;\n", "    int state;\n    double more;\n")
         self.assertEqual(self.compare(source=source), (0, "libtried.so is as recorded.\n", ""))
+
+    def test_type_of_an_internal_header_of_the_same_name_is_free_to_change(self) -> None:
+        states = "QItems<State> states() { QItems<State> all; all.first(); return all; }\n"
+        source = '#include "Types.h"\n' + SOURCE % "int" + states
+        for line in ("struct State { int value; };\n", "struct State { int value; int more; };\n"):
+            (self.folder / "Types.h").write_text(line, encoding="utf-8")
+            status, report, _ = self.compare("--record", source=source)
+            self.assertEqual((status, report), (0, f"{self.recorded} is recorded.\n"))
+            text = self.recorded.read_text(encoding="utf-8")
+            self.assertIn('class-decl name="QItems&lt;State&gt;"', text)
+            self.assertNotIn('class-decl name="State" size', text)
 
     def test_other_soname_has_to_be_recorded(self) -> None:
         header = self.edited(HEADER, "    bool isStrict;\n", "    bool isStrict;\n    double factor;\n")

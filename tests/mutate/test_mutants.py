@@ -133,7 +133,7 @@ class Mutants(unittest.TestCase):
     def test_objects_of_a_static_library_are_linked_by_themselves(self) -> None:
         link = workshop.without_archives("c++ a.o -o lib/a.so src/x/libx.a lib/b.so src/x/libx.a", {
             "src/x/libx.a": ["x/1.o", "x/2.o"], "libx.a": ["other.o"]})  # fmt: skip
-        self.assertEqual(link.split(), "c++ a.o -o lib/a.so x/1.o x/2.o lib/b.so".split())
+        self.assertEqual(link.split(), "c++ a.o -o lib/a.so -Wl,--start-lib x/1.o x/2.o -Wl,--end-lib lib/b.so".split())
 
     def test_every_folder_of_the_libraries_is_broken(self) -> None:
         with tempfile.TemporaryDirectory() as folder:
