@@ -44,7 +44,7 @@ if(TUNERPROPERTIES_HARDENING AND NOT MSVC AND NOT CMAKE_CXX_FLAGS MATCHES "-fsan
     check_pie_supported(LANGUAGES CXX)
     set(tp_hardening ON)
     foreach(flag IN ITEMS -fstack-protector-strong -fstack-clash-protection -fcf-protection
-            "-Wformat -Werror=format-security")
+            "-Wformat -Wformat-security")
         string(MAKE_C_IDENTIFIER "TUNERPROPERTIES_HAS${flag}" variable)
         check_cxx_compiler_flag("${flag}" ${variable})
         if(${variable} AND NOT " ${CMAKE_CXX_FLAGS} " MATCHES " ${flag} ")

@@ -24,15 +24,16 @@ make_root() {
         "$release" "$root" "$root.list"
 }
 
-# in_root ROOT COMMAND...: runs it there as root, with the processes, the name of the machine (host_name) and the mounted
-# folders apart from those of this system.
+# in_root ROOT COMMAND...: runs it there as root, with the processes, the terminals, the name of the machine (host_name) and
+# the mounted folders apart from those of this system.
 host_name=clean
 in_root() {
     local root=$1
     shift
     # shellcheck disable=SC2016 # is expanded by the shell within
     unshare --mount --uts --pid --fork --kill-child sh -e -c \
-        'hostname "$1"; shift; mount -t proc proc "$0/proc"; mount -t tmpfs shm "$0/dev/shm"; exec chroot "$0" "$@"' \
+        'hostname "$1"; shift; mount -t proc proc "$0/proc"; mount -t tmpfs shm "$0/dev/shm"
+        mount -t devpts -o newinstance,ptmxmode=0666 terminals "$0/dev/pts"; exec chroot "$0" "$@"' \
         "$root" "$host_name" "$@"
 }
 

@@ -45,3 +45,12 @@ quietly() {
         die "failed: $*"
     fi
 }
+
+# clang_preset [--qt 6]: the preset for clang, with Qt 5 or that one.
+clang_preset() {
+    case $* in
+    '') echo ci-clang ;;
+    '--qt 6') echo ci-clang-qt6 ;;
+    *) die "unknown arguments '$*'; the only one is: --qt 6" ;;
+    esac
+}

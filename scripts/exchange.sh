@@ -24,7 +24,7 @@ while (($# > 0)); do
     shift
 done
 
-presets=(ci qt6)
+presets=(ci ci-qt6)
 folder=build/exchange
 
 build() {

@@ -150,6 +150,14 @@ check_dependencies() {
         expect_no_dependency ${library}1 'qt6\|mimalloc'
         expect_no_dependency $library-qt6-1 'qt5\|mimalloc'
     done
+    for suffix in '1' '-qt6-1'; do
+        expect_dependency "libtunerproperties$suffix" 'libtunerproperties1-l10n \(>= [^)]*\)'
+        expect_dependency "libtunerproperties$suffix" "libreportbase$suffix \(>= [^)]*\)"
+        expect_dependency "libtunerproperties$suffix" "libtavikappstartup$suffix \(>= [^)]*\)"
+        expect_dependency "libtunerdocuments$suffix" "libtunerproperties$suffix \(>= [^)]*\)"
+    done
+    expect_dependency libtunerproperties-dev 'libtunerproperties-common-dev \(= [^)]*\)'
+    expect_dependency libtunerproperties-qt6-dev 'libtunerproperties-common-dev \(= [^)]*\)'
     # The tool contains the libraries.
     expect_no_dependency tunerproperties-tools 'tunerproperties\|reportbase'
     expect_dependency tunerproperties-tools 'libmimalloc2\.0 \(>= [^)]*\)'

@@ -8,7 +8,7 @@ preset=${1:-dev}
 log=build/$preset-ctest.log
 
 scripts/install-dependencies.sh build
-[[ $preset != qt6 ]] || scripts/install-dependencies.sh qt6
+[[ $preset != *qt6 ]] || scripts/install-dependencies.sh qt6
 
 heading "Configuring and building ($preset)"
 cmake --preset "$preset"

@@ -3,8 +3,10 @@
 
 #include <QtGlobal>
 
-/// Measured figures that depend on the version of Qt. Everything else that the tests count or measure is the same.
+/// What depends on the version of Qt. Everything else that the tests count or measure is the same.
 namespace QtFigures {
+
+constexpr bool isQt5 = QT_VERSION < QT_VERSION_CHECK(6, 0, 0);
 
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 /// How often QXmlStreamReader allocates memory for a node with an item and a value, whatever the library does.

@@ -50,7 +50,7 @@ struct ObjectClass
 /// document as such (a file that cannot be opened, XML that is not well-formed, another object's record) the load or
 /// save operation returns false; GetErrorString() then returns what, where and why, and the logger, if there is one,
 /// has received the same text. Running out of memory is std::bad_alloc, except while reading more than 1 GiB, which may
-/// contain a text that no QString can hold: then the operation returns false.
+/// contain a text that no QString of Qt 5 can hold: then the operation returns false.
 ///
 /// Only one thread at a time may use an object.
 class REPORTBASE_EXPORT IRGObject

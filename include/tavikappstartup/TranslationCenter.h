@@ -21,7 +21,8 @@
 ///
 /// A static library has no folder of its own: the folder is that of the program or plug-in that is linked with it, and
 /// the data folder is found if this is `<prefix>/bin`. Otherwise pass the folder of the catalogs to AddSearchPath() and
-/// register again: it is `TunerProperties_TRANSLATIONS_DIR` in CMake and the variable `translationsdir` of pkg-config.
+/// register again: it is `TunerProperties_TRANSLATIONS_DIR` in CMake, with Qt 6 `TunerPropertiesQt6_TRANSLATIONS_DIR`,
+/// and the variable `translationsdir` of pkg-config.
 /// On other systems than Linux, the folder is always that of the program, as soon as there is a QCoreApplication.
 ///
 /// Within a folder the names are tried for each language of the locale (QLocale::uiLanguages()), first as the locale is

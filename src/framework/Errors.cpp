@@ -11,6 +11,7 @@
 namespace JobXml {
 
 using REPORTGENERATOR::ownText;
+using REPORTGENERATOR::Size;
 
 namespace {
 
@@ -126,7 +127,7 @@ QString Errors::withoutData(const DataObject &object)
     return withName(object, QLatin1String(": HasData() returns false, so nothing would be written"));
 }
 
-QString Errors::notForXml(const DataObject &object, QLatin1String member, const QString &text, int at)
+QString Errors::notForXml(const DataObject &object, QLatin1String member, const QString &text, Size at)
 {
     const QString number = QString::number(text.at(at).unicode(), 16).toUpper().rightJustified(4, QLatin1Char('0'));
     const QString position = QString::number(at + 1);

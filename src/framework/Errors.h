@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include "text/Size.h"
+
 namespace JobXml {
 
 class DataObject;
@@ -35,7 +37,7 @@ QString emptyList(const DataObject &object, QLatin1String list);
 /// The same for a derived class that overrides HasData().
 QString withoutData(const DataObject &object);
 /// `text[at]` is the first character that XML cannot carry.
-QString notForXml(const DataObject &object, QLatin1String member, const QString &text, int at);
+QString notForXml(const DataObject &object, QLatin1String member, const QString &text, REPORTGENERATOR::Size at);
 /// The same for a text that a derived class writes itself.
 QString ownTextNotForXml(const DataObject &object);
 /// @}

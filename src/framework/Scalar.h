@@ -61,7 +61,8 @@ public:
     QString xmlProblem(const DataObject &object, const Block &block) const override
     {
         if constexpr (std::is_same_v<T, QString>) {
-            const int at = isOmitted(block) ? -1 : REPORTGENERATOR::firstNotForXml(this->field(block));
+            const REPORTGENERATOR::Size at =
+                isOmitted(block) ? -1 : REPORTGENERATOR::firstNotForXml(this->field(block));
             if (at >= 0)
                 return Errors::notForXml(object, this->name(), this->field(block), at);
         }

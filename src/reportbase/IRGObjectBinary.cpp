@@ -152,6 +152,8 @@ QByteArray IRGObject::composeRepresentation(const QDataStream &form) const
         return record;
     Framing::MemoryStream memory(Framing::Settings::of(form));
     const bool isWritten = GetBinary(memory.stream(), int(quint32(m_classIdentifier)), true);
+    if (memory.bytes().size() > ReadLimits::LargestPossible)
+        throw std::bad_alloc(); // as with Qt 5: no reader takes more
     return isWritten ? memory.bytes() : QByteArray();
 }
 

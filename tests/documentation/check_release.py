@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Checks that all places that have the version and its date agree: check_release.py FOLDER"""
 
+import datetime
 import re
 import sys
 from pathlib import Path
@@ -26,8 +27,9 @@ def expect(name: str, pattern: str, expected: str) -> None:
 version = found("CMakeLists.txt", r"^project\(TunerProperties VERSION (\S+)")
 date = found("CMakeLists.txt", r"^set\(TunerProperties_DATE (\S+)\)")
 expect("CHANGELOG.md", r"^## (.*)$", f"[{version}] - {date}")
-debian = "debian" if (top / "debian" / "changelog").exists() else "packaging/debian"
-expect(f"{debian}/changelog", r"^tunerproperties \(([^-)]+)", version)
+expect("debian/changelog", r"^tunerproperties \(([^-)]+)", version)
+day = datetime.date.fromisoformat(date)
+expect("debian/changelog", r"^ -- .*>  (.*) \d\d:", f"{day:%a, %d %b %Y}")
 
 if errors:
     sys.exit("\n".join(errors))

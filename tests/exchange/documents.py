@@ -124,6 +124,10 @@ def main() -> None:
     for form, number in fewest.items():
         if min(exchange.written[form], exchange.read_again[form]) < number:
             sys.exit(f"of {whole} whole documents, too few were exchanged as '{form}'")
+        # JSON has all that it reads; not every class reads all that it writes in another form.
+        least = exchange.read_again[form] if form == "j" else exchange.read_again[form] / 2
+        if exchange.unchanged[form] < least:
+            sys.exit(f"too few documents were written again as before as '{form}'")
 
 
 if __name__ == "__main__":

@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include "Heap.h"
+#include "QtFigures.h"
 #include "framework/Numbers.h"
 
 using namespace JobXml;
@@ -72,7 +73,7 @@ struct Readings
 };
 
 // Later versions read fewer texts as whole numbers, see WholeNumber.h; all others alike.
-constexpr bool qtReadsTheSame = QT_VERSION_MAJOR == 5;
+constexpr bool qtReadsTheSame = QtFigures::isQt5;
 
 Readings byQt(const QString &text)
 {

@@ -23,7 +23,7 @@ namespace {
 
 QByteArray escaped(const QString &text, const EncodedText &encoding, const QByteArray &special)
 {
-    const int bad = REPORTGENERATOR::firstNotForXml(text);
+    const REPORTGENERATOR::Size bad = REPORTGENERATOR::firstNotForXml(text);
     if (bad >= 0) {
         const QString code = QString::number(text.at(bad).unicode(), 16).toUpper().rightJustified(4, QLatin1Char('0'));
         throw CannotEdit{QStringLiteral("XML cannot carry the character U+") + code};
