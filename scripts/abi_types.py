@@ -70,7 +70,7 @@ class PublicTypes:
 
 def is_addition(before: tuple[str, ...], after: tuple[str, ...]) -> bool:
     """Whether only enumerators were added."""
-    return all(" = " in line for line in before) and set(before) < set(after)
+    return bool(before) and all(" = " in line for line in before) and set(before) < set(after)
 
 
 def type_changes(record: Path, description: Path) -> tuple[list[str], list[str]]:

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 #
-# clang.sh [--qt 6] has clang look at the sources of the tests, with warnings as errors, and makes nothing of them: that they can be
-# linked and do what they should is what other builds show. The other sources are those that tidy.sh looks at, with all
-# warnings of clang.
+# clang.sh [--qt 6] has clang look at the sources of the tests, with warnings as errors, and makes nothing of them: that
+# they can be linked and do what they should is what other builds show. The other sources are those that tidy.sh looks at,
+# with all warnings of clang.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 

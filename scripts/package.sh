@@ -141,7 +141,7 @@ expect_no_dependency() { # PACKAGE WORD
 }
 
 check_dependencies() {
-    local library
+    local library suffix
     expect_dependency libtunerproperties1 'libqt5core5a \(>= 5\.15[^)]*\)'
     expect_dependency libtunerproperties-qt6-1 'libqt6core6 \(>= 6\.4[^)]*\)'
     for library in libreportbase libtavikappstartup libtunerproperties libtunerdocuments; do

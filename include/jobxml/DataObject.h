@@ -177,9 +177,9 @@ using IfOtherFunction =
 /// element, and the creation of an object's data propagate the object's own flag and logger to its whole tree. Setters,
 /// assignment and moves do not. SetValidate() and SetLogger() reach the children that exist at that moment: a child
 /// that is appended or assigned later keeps its own flag until the next of these operations, and a copy of a child
-/// keeps the flag that the child has. In Qt 6, reserve(), squeeze() and prepend() of a list that a getter returned copy
-/// its items, which leaves them without a logger. A copy constructed object has the validate flag and the type of the
-/// original, and no logger; assignment, moves into an existing object and swap() only affect the data.
+/// keeps the flag that the child has. In Qt 6, reserve(), squeeze() and prepend() of a list that a getter returned may
+/// copy its items, which leaves them without a logger. A copy constructed object has the validate flag and the type of
+/// the original, and no logger; assignment, moves into an existing object and swap() only affect the data.
 ///
 /// **Equality.** A member is equal if it is set in both objects to equal values, or set in neither; for the lists of
 /// ValueStringList, ValueSelection, Node and Component only the right side's flag counts: an unset list on the right
