@@ -172,6 +172,8 @@ class Session:
         for name, why in self.trials.left_out.items():
             say(f"Left out: {name} ({why})")
         say(f"{len(self.trials.tests)} tests, {sum(t.cpu_seconds for t in self.trials.tests):.0f} s of processor time with nothing broken")
+        self.workshop.build_counting()
+        self.trials.find_reached()
         # They look at the library itself; a mutant that is built in one compilation meets them after all others.
         self.sensitive = self.workshop.unite(self.trials.failing_tests, self.trials.libraries())
         if self.sensitive:
@@ -222,11 +224,11 @@ class Session:
             return built, None
         # The same code from a different header: tests in which the compiler refuses wrong tables may still fail.
         united = self.workshop.is_united(mutant.path)
-        failure = self.trials.first_failure(mutant.path, self.quick, without=self.sensitive if united else ())
+        failure = self.trials.first_failure(mutant, self.quick, without=self.sensitive if united else ())
         if not failure and not self.quick and united and self.sensitive and built == "built":
             self.workshop.restore()
             if self.workshop.build_mutant(mutant, apart=True) == "built":
-                failure = self.trials.first_failure(mutant.path, False, only=self.sensitive)
+                failure = self.trials.first_failure(mutant, False, only=self.sensitive)
         if failure:
             test, verdict = failure
             return verdict.how, test.name
@@ -302,7 +304,7 @@ def parse_arguments():
     parser.add_argument("--again", action="append", choices=OUTCOMES, help="try those anew that ended so: survived, ...")
     parser.add_argument("--jobs", type=int, default=1, help="tests at a time (default: %(default)s)")
     parser.add_argument("--minutes", type=float, help="stop after so many minutes")
-    parser.add_argument("--slow", type=float, default=10, metavar="SECONDS",
+    parser.add_argument("--slow", type=float, default=40, metavar="SECONDS",
                         help="leave out tests that take more processor time (default: %(default)s)")
     parser.add_argument("--as-copied", action="store_true", help="go on with the copy of the tree as it was built last")
     parser.add_argument("--quick", action="store_true", help="only the quick tests; the others the next time")

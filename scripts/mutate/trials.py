@@ -12,6 +12,8 @@ import time
 from collections import Counter
 from pathlib import Path
 
+from reach import Counters, Reach
+
 MOST_MEMORY = 6 << 30  # address space of a test; a mutant that reserves without end fails instead of eating the machine
 QUICK = 0.2  # seconds of processor time
 LARGEST_FILE = 16 << 30
@@ -110,6 +112,15 @@ class Running:
         return code
 
 
+def tests_of_build(build):
+    shown = subprocess.run(["ctest", "--show-only=json-v1"], cwd=build, check=True, stdout=subprocess.PIPE)
+    return [Test(entry) for entry in json.loads(shown.stdout)["tests"]]
+
+
+def prerequisites(test, tests):
+    return [t for t in tests if t.name in test.needs or t.sets_up & test.fixtures]
+
+
 class Trials:
     def __init__(self, workshop, jobs, slow, excluded, say):
         self.build = workshop.build
@@ -120,10 +131,11 @@ class Trials:
         self.excluded = re.compile(excluded) if excluded else None
         self.say = say
         self.left_out = {}  # name: why
+        self.workshop = workshop
+        self.reach = Reach()
         self.kills_of_file = {}
-        self.kills = Counter()
-        shown = subprocess.run(["ctest", "--show-only=json-v1"], cwd=self.build, check=True, stdout=subprocess.PIPE)
-        self.tests = [Test(entry) for entry in json.loads(shown.stdout)["tests"]]
+        self.kills_of_folder = {}
+        self.tests = tests_of_build(self.build)
         cache = (self.build / "CMakeCache.txt").read_text(encoding="utf-8")
         self.compiler = re.search(r"^CMAKE_CXX_COMPILER:\w+=(.*)$", cache, re.MULTILINE).group(1)
 
@@ -138,7 +150,9 @@ class Trials:
             why = self._unusable(test)
             if not why:
                 key = self._state(test)
-                if known.get(test.name, {}).get("state") != key:
+                former = known.get(test.name, {})
+                # The limit may have been lower.
+                if former.get("state") != key or (former["why"] or "").startswith("too long"):
                     known[test.name] = {"state": key, **self._measured(test)}
                     self._times_file.write_text(json.dumps(known, indent=1), encoding="utf-8")
                 test.seconds, test.cpu_seconds = known[test.name]["seconds"], known[test.name]["cpu_seconds"]
@@ -151,6 +165,38 @@ class Trials:
                 usable.append(test)
         self.tests = usable
 
+    def find_reached(self):
+        """Runs each test once in a build that counts what is executed; results of a former run with the same build are
+        used again."""
+        build = self.workshop.counting_build
+        counters = Counters(build, self.workshop.tree)
+        usable = {test.name: test for test in self.tests}
+        known_file = self.scratch / "reached.jsonl"
+        lines = known_file.read_text(encoding="utf-8").splitlines() if known_file.exists() else []
+        known = {record["test"]: record for record in map(json.loads, lines)}
+        all_tests = tests_of_build(build)
+        with known_file.open("a", encoding="utf-8") as file:
+            for test in all_tests:
+                if test.name not in usable:
+                    continue
+                test.seconds, test.cpu_seconds = usable[test.name].seconds, usable[test.name].cpu_seconds
+                key = self._state(test, build)
+                record = known.get(test.name, {})
+                if record.get("state") != key:
+                    record = {"test": test.name, "state": key, "reached": self._reached(test, all_tests, counters)}
+                    file.write(json.dumps(record) + "\n")
+                    file.flush()
+                self.reach.add(test.name, record["reached"])
+                if record["reached"] is None:
+                    self.say(f"Meets all mutants: {test.name}, which fails while what is executed is counted")
+
+    def _reached(self, test, all_tests, counters):
+        for needed in prerequisites(test, all_tests):
+            self._run_leashed(needed, counters.build)
+        counters.clear()
+        passed = self._run_leashed(test, counters.build).passed
+        return counters.executed() if passed else None
+
     @property
     def _times_file(self):
         return self.scratch / "times.json"
@@ -158,22 +204,22 @@ class Trials:
     def _read_times(self):
         return json.loads(self._times_file.read_text(encoding="utf-8")) if self._times_file.exists() else {}
 
-    def _state(self, test):
+    def _state(self, test, build=None):
         """What the result depends on: the program, its arguments and the built libraries."""
         program = shutil.which(test.command[0])
-        parts = [*test.command, str(Path(program).stat().st_mtime_ns), self.libraries()]
+        parts = [*test.command, str(Path(program).stat().st_mtime_ns), self.libraries(build)]
         return hashlib.sha256("\n".join(parts).encode()).hexdigest()[:16]
 
-    def libraries(self):
+    def libraries(self, build=None):
         """Changes when a library is built anew."""
-        files = sorted((self.build / "lib").glob("lib*.so.*.*.*"))
+        files = sorted(((build or self.build) / "lib").glob("lib*.so.*.*.*"))
         return " ".join(str(file.stat().st_mtime_ns) for file in files)
 
     def _measured(self, test):
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
         started = time.monotonic()
         limit = 2 * int(self.slow) + 5
-        verdict = self._run_leashed(test, 20 * limit, limit)
+        verdict = self._run_leashed(test, self.build, 20 * limit, limit)
         seconds = time.monotonic() - started
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         why = None
@@ -196,17 +242,25 @@ class Trials:
 
     # --- With a mutant ---
 
-    def order_for(self, path):
-        """The likely killers first: those that killed mutants of the file, those of its name, then by time."""
-        stem = Path(path).stem
-        here = self.kills_of_file.get(path, Counter())
-        tests = [t for t in self.tests if path.endswith(".h") or t.command[0] != self.compiler]
-        return sorted(tests, key=lambda t: (-here[t.name], not t.name.startswith(f"tst_{stem}"), t.cpu_seconds,
-                                            -self.kills[t.name]))  # fmt: skip
+    def order_for(self, mutant):
+        """Those that reach it, the likely killers first: those that killed mutants of the file, those of its name, then
+        the quick ones and those that often kill in its folder."""
+        path = Path(mutant.path)
+        here = self.kills_of_file.get(mutant.path, Counter())
+        near = self.kills_of_folder.get(path.parent, Counter())
+        reaching = self.reach.tests_of(mutant.path, mutant.line)
+        tests = [t for t in self.tests if self._may_notice(t, path, reaching)]
+        return sorted(tests, key=lambda t: (-here[t.name], not t.name.startswith(f"tst_{path.stem}"),
+                                            t.cpu_seconds / (1 + near[t.name])))  # fmt: skip
 
-    def first_failure(self, path, quick, without=(), only=None):
+    def _may_notice(self, test, path, reaching):
+        if test.command[0] == self.compiler:
+            return path.suffix == ".h"
+        return reaching is None or test.name in reaching
+
+    def first_failure(self, mutant, quick, without=(), only=None):
         """(test, verdict) of the first test that fails, or None if all pass."""
-        waiting = [t for t in self.order_for(path) if t.name not in without and (only is None or t.name in only)]
+        waiting = [t for t in self.order_for(mutant) if t.name not in without and (only is None or t.name in only)]
         if quick:
             waiting = [t for t in waiting if t.cpu_seconds <= QUICK]
         done, running = set(), []
@@ -216,12 +270,12 @@ class Trials:
                     test = waiting.pop(0)
                     if test.name in done:
                         continue
-                    for needed in self._prerequisites(test):
+                    for needed in prerequisites(test, self.tests):
                         if needed.name not in done:
                             verdict = self._run_leashed(needed)
                             done.add(needed.name)
                             if not verdict.passed:
-                                return self._killed(path, needed, verdict)
+                                return self._killed(mutant.path, needed, verdict)
                     done.add(test.name)
                     running.append(self._start(test))
                 for one in list(running):
@@ -230,7 +284,7 @@ class Trials:
                         continue
                     running.remove(one)
                     if not verdict.passed:
-                        return self._killed(path, one.test, verdict)
+                        return self._killed(mutant.path, one.test, verdict)
                 if running:
                     time.sleep(0.003)
             return None
@@ -243,19 +297,15 @@ class Trials:
 
     def failing_tests(self):
         """The names of all that fail now."""
-        return {t.name for t in self.order_for("") if not self._run_leashed(t).passed}
+        return {t.name for t in self.tests if not self._run_leashed(t).passed}
 
     def remember(self, path, name):
         self.kills_of_file.setdefault(path, Counter())[name] += 1
-        self.kills[name] += 1
+        self.kills_of_folder.setdefault(Path(path).parent, Counter())[name] += 1
 
     def _killed(self, path, test, verdict):
-        if path:
-            self.remember(path, test.name)
+        self.remember(path, test.name)
         return test, verdict
-
-    def _prerequisites(self, test):
-        return [t for t in self.tests if t.name in test.needs or t.sets_up & test.fixtures]
 
     def _leash(self, test):
         """By processor time, which does not depend on the load; the wall clock only ends tests that wait forever."""
@@ -264,8 +314,8 @@ class Trials:
     def _start(self, test):
         return Running(test, self.build, self.scratch, *self._leash(test))
 
-    def _run_leashed(self, test, *leash):
-        running = Running(test, self.build, self.scratch, *(leash or self._leash(test)))
+    def _run_leashed(self, test, build=None, *leash):
+        running = Running(test, build or self.build, self.scratch, *(leash or self._leash(test)))
         try:
             while (verdict := running.poll()) is None:
                 time.sleep(0.005)

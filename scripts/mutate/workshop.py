@@ -86,6 +86,7 @@ class Workshop:
         self.folder = folder
         self.tree = folder / "tree"
         self.build = folder / "build"
+        self.counting_build = folder / "counting-build"
         self.scratch = folder / "scratch"
         self.pristine = folder / "pristine"
         self.jobs = jobs
@@ -152,15 +153,23 @@ class Workshop:
 
     def _build_all(self):
         shutil.rmtree(self.pristine, ignore_errors=True)
+        self._build_in(self.build, "-O0")
+
+    def build_counting(self):
+        """Builds it once more, so that it counts what is executed."""
+        self._build_in(self.counting_build, "-O0 --coverage")
+
+    def _build_in(self, build, flags):
         # Tests need not be linked again when a library changes; symbols would only slow everything down.
-        command = ["cmake", "-S", str(self.tree), "-B", str(self.build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-                   "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
+        command = ["cmake", "-S", str(self.tree), "-B", str(build), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
+                   f"-DCMAKE_CXX_FLAGS_DEBUG={flags}", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
                    "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"]  # fmt: skip
         command += [f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=lld" for kind in ("SHARED", "MODULE", "EXE")]
-        if run(command, self.folder, self.folder / "configure.log").returncode:
-            raise BuildFailure(f"cannot configure; see {self.folder}/configure.log")
-        if run(["ninja", f"-j{self.jobs}", "-k0"], self.build, self.folder / "build.log").returncode:
-            self.say(f"Not everything is built; see {self.folder}/build.log. What is missing cannot kill.")
+        configured, built = (self.folder / f"{step}-{build.name}.log" for step in ("configure", "make"))
+        if run(command, self.folder, configured).returncode:
+            raise BuildFailure(f"cannot configure; see {configured}")
+        if run(["ninja", f"-j{self.jobs}", "-k0"], build, built).returncode:
+            self.say(f"Not everything is built; see {built}. What is missing cannot kill.")
 
     def _read_build(self):
         self.objects = []
@@ -186,7 +195,7 @@ class Workshop:
                 if links and reached.intersection(links[-1].split()) and (self.build / output).is_file():
                     self.binaries[target] = Binary(target, output, links[-1])
         if not self.binaries:
-            raise BuildFailure(f"no library is built; see {self.folder}/build.log")
+            raise BuildFailure(f"no library is built; see {self.folder}/make-{self.build.name}.log")
         for binary in self.binaries.values():
             copy = self.pristine / binary.output
             if copy.exists():

@@ -18,6 +18,8 @@ LIST = TOOL / "equivalents.txt"
 
 sys.path.insert(0, str(TOOL))
 import mutants  # noqa: E402
+import reach  # noqa: E402
+import trials  # noqa: E402
 import workshop  # noqa: E402
 
 SOURCE = """// SPDX-License-Identifier: MIT
@@ -141,6 +143,80 @@ class Mutants(unittest.TestCase):
         for source in ("src/documents/paths/Path.cpp", "src/json/JsonText.cpp", "src/text/Suggestion.cpp",
                        "src/framework/Check.cpp", "src/tuner/Node.cpp"):  # fmt: skip
             self.assertIn(f" {source}:", listed)
+
+    def test_a_mutant_meets_the_tests_that_execute_its_function(self) -> None:
+        measured = reach.Reach()
+        measured.add("tst_Lamp", {"src/Lamp.cpp": [(22, 27), (29, 34)]})
+        measured.add("tst_Within", {"src/Lamp.cpp": [(22, 27)], "src/Other.cpp": [(30, 31)]})
+        measured.add("tst_Other", {"src/Other.cpp": [(30, 31)]})
+        self.assertEqual(measured.tests_of("src/Lamp.cpp", 22), {"tst_Lamp", "tst_Within"})
+        self.assertEqual(measured.tests_of("src/Lamp.cpp", 34), {"tst_Lamp"})
+        self.assertIsNone(measured.tests_of("src/Lamp.cpp", 28), "outside of all functions")
+        self.assertIsNone(measured.tests_of("src/Unknown.cpp", 22))
+        measured.add("tst_NotToBeMeasured", None)
+        self.assertEqual(measured.tests_of("src/Lamp.cpp", 30), {"tst_Lamp", "tst_NotToBeMeasured"})
+        self.assertIsNone(measured.tests_of("src/Lamp.cpp", 28))
+
+    def test_functions_that_a_program_executes_are_found(self) -> None:
+        program = """#include "Lamp.h"
+int main(int count, char **)
+{
+    return count > 1 ? lit() : unlit();
+}
+"""
+        header = """inline int lit()
+{
+    return 1;
+}
+inline int unlit()
+{
+    return 0;
+}
+"""
+        with tempfile.TemporaryDirectory() as folder:
+            tree, build = Path(folder, "tree"), Path(folder, "build")
+            (tree / "src").mkdir(parents=True)
+            build.mkdir()
+            (tree / "src/main.cpp").write_text(program, encoding="utf-8")
+            (tree / "src/Lamp.h").write_text(header, encoding="utf-8")
+            subprocess.run(["c++", "--coverage", tree / "src/main.cpp", "-o", "lamp"], cwd=build, check=True)
+            counters = reach.Counters(build, tree)
+            self.assertEqual(counters.executed(), {})
+            subprocess.run([build / "lamp"], check=True)
+            self.assertEqual(counters.executed(), {"src/main.cpp": [(2, 5)], "src/Lamp.h": [(5, 8)]})
+            counters.clear()
+            subprocess.run([build / "lamp", "lit"], check=False)
+            self.assertEqual(counters.executed(), {"src/main.cpp": [(2, 5)], "src/Lamp.h": [(1, 4)]})
+
+    def test_likely_killers_come_first(self) -> None:
+        judged = object.__new__(trials.Trials)
+        judged.compiler, judged.reach = "c++", reach.Reach()
+        judged.kills_of_file, judged.kills_of_folder = {}, {}
+        judged.tests = []
+        for name, seconds, command in (("tst_Slow", 9, "slow"), ("tst_Quick", 1, "quick"), ("tst_LampShade", 20, "shade"),
+                                       ("tst_Socket", 12, "socket"), ("refused_by_the_compiler", 2, "c++"),
+                                       ("tst_Elsewhere", 0.1, "elsewhere")):  # fmt: skip
+            test = trials.Test({"name": name, "command": [command]})
+            test.cpu_seconds = seconds
+            judged.tests.append(test)
+            if name != "tst_Elsewhere":
+                judged.reach.add(name, {"src/Lamp.cpp": [(22, 34)]})
+
+        def order(path: str, line: int) -> list[str]:
+            return [test.name for test in judged.order_for(SimpleNamespace(path=path, line=line))]
+
+        self.assertEqual(order("src/Lamp.cpp", 30), ["tst_LampShade", "tst_Quick", "tst_Slow", "tst_Socket"])
+        judged.remember("src/Bulb.cpp", "tst_Slow")
+        judged.remember("src/Bulb.cpp", "tst_Slow")
+        judged.remember("src/elsewhere/Bulb.cpp", "tst_Socket")
+        for _ in range(8):
+            judged.remember("src/Bulb.cpp", "tst_Slow")
+        self.assertEqual(order("src/Lamp.cpp", 30), ["tst_LampShade", "tst_Slow", "tst_Quick", "tst_Socket"])
+        judged.remember("src/Lamp.cpp", "tst_Socket")
+        self.assertEqual(order("src/Lamp.cpp", 30), ["tst_Socket", "tst_LampShade", "tst_Slow", "tst_Quick"])
+        self.assertEqual(order("src/Lamp.cpp", 1)[-1], "tst_Quick", "reached by nobody, so that all meet it")
+        self.assertIn("tst_Elsewhere", order("src/Lamp.cpp", 1))
+        self.assertIn("refused_by_the_compiler", order("src/Lamp.h", 1))
 
     def test_files_and_folders_restrict_what_is_tried(self) -> None:
         with tempfile.TemporaryDirectory() as folder:
