@@ -41,3 +41,8 @@ int runWithoutApplication(int argc, char **argv)
 
 /// Defines a suite by a function that replaces main(), for suites that need more than an application.
 #define TEST_SUITE_RUN_BY(run) static const Suites::Suite theSuite(__FILE__, run);
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 3, 0)
+/// What Qt 6 calls QVERIFY_EXCEPTION_THROWN, which is deprecated there.
+#define QVERIFY_THROWS_EXCEPTION(exceptiontype, ...) QVERIFY_EXCEPTION_THROWN((__VA_ARGS__), exceptiontype)
+#endif

@@ -49,7 +49,7 @@ void CookbookThread::aCopyIsSavedInAnotherThread()
     JobXml::TunerProperties read;
     QVERIFY(read.LoadXml(path));
     QVERIFY(read == original);
-    QVERIFY_EXCEPTION_THROWN(saveInBackground(JobXml::TunerProperties(), path).get(), OutOfRangeException);
+    QVERIFY_THROWS_EXCEPTION(OutOfRangeException, saveInBackground(JobXml::TunerProperties(), path).get());
 }
 
 TEST_SUITE(CookbookThread)

@@ -293,7 +293,7 @@ void DocumentSnippets::typedAssignmentsAreMade()
     change(editor, {QStringLiteral("Component[name=agc]/optional=true"), QStringLiteral("quantity=2")});
     QVERIFY(editor.document().tuner.GetComponent().at(1).Getoptional());
     QCOMPARE(editor.document().tuner.Getquantity(), 2);
-    QVERIFY_EXCEPTION_THROWN(change(editor, {QStringLiteral("quantity")}), PathFailure);
+    QVERIFY_THROWS_EXCEPTION(PathFailure, change(editor, {QStringLiteral("quantity")}));
 }
 
 void DocumentSnippets::layoutIsThatOfTheLibrary()
@@ -302,7 +302,7 @@ void DocumentSnippets::layoutIsThatOfTheLibrary()
     const Document scp = Document::load(example("scp.xml"));
     QVERIFY(hasCanonicalLayout(scp.toBytes(Form::Xml, name), name));
     QVERIFY(!hasCanonicalLayout(bytesOf(example("scp.xml")), name));
-    QVERIFY_EXCEPTION_THROWN(hasCanonicalLayout("<TunerProperties>", name), DocumentError);
+    QVERIFY_THROWS_EXCEPTION(DocumentError, hasCanonicalLayout("<TunerProperties>", name));
 }
 
 void DocumentSnippets::problemsHavePathsOrPlaces()

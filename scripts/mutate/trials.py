@@ -1,5 +1,6 @@
 """The tests of the built copy: the list, the order in which they are run on a mutant, and their limits."""
 
+import functools
 import hashlib
 import json
 import os
@@ -117,6 +118,12 @@ def tests_of_build(build):
     return [Test(entry) for entry in json.loads(shown.stdout)["tests"]]
 
 
+@functools.lru_cache(maxsize=None)
+def digest(file):
+    """Of what the file holds; not to be called for what may be broken in the meantime."""
+    return hashlib.sha256(file.read_bytes()).hexdigest()[:16]
+
+
 def prerequisites(test, tests):
     return [t for t in tests if t.name in test.needs or t.sets_up & test.fixtures]
 
@@ -207,13 +214,13 @@ class Trials:
     def _state(self, test, build=None):
         """What the result depends on: the program, its arguments and the built libraries."""
         program = shutil.which(test.command[0])
-        parts = [*test.command, str(Path(program).stat().st_mtime_ns), self.libraries(build)]
+        parts = [*test.command, digest(Path(program)), self.libraries(build)]
         return hashlib.sha256("\n".join(parts).encode()).hexdigest()[:16]
 
     def libraries(self, build=None):
-        """Changes when a library is built anew."""
+        """Changes when the code of a library does."""
         files = sorted(((build or self.build) / "lib").glob("lib*.so.*.*.*"))
-        return " ".join(str(file.stat().st_mtime_ns) for file in files)
+        return " ".join(map(digest, files))
 
     def _measured(self, test):
         before = resource.getrusage(resource.RUSAGE_CHILDREN)

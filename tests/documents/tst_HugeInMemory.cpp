@@ -114,10 +114,10 @@ private Q_SLOTS:
         QBuffer written;
         QVERIFY(written.open(QIODevice::WriteOnly));
         QDataStream stream(&written);
-        QVERIFY_EXCEPTION_THROWN(value.GetVersionSpecificBinaryWithoutValidation(stream), std::bad_alloc);
-        QVERIFY_EXCEPTION_THROWN(value.GetBinaryRepresentation(stream), std::bad_alloc);
-        QVERIFY_EXCEPTION_THROWN(static_cast<void>(value.GetBinaryRepresentationAsQByteArray()), std::bad_alloc);
-        QVERIFY_EXCEPTION_THROWN(static_cast<void>(value.GetXmlString()), std::bad_alloc);
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, value.GetVersionSpecificBinaryWithoutValidation(stream));
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, value.GetBinaryRepresentation(stream));
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, static_cast<void>(value.GetBinaryRepresentationAsQByteArray()));
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, static_cast<void>(value.GetXmlString()));
         QCOMPARE(written.size(), 0);
     }
 };

@@ -121,7 +121,7 @@ void PatchTest::patchOfDocumentsThatJsonCannotCarryMakesTheSecondFromTheFirst()
         QVERIFY2(snapshotOf(patched) == snapshotOf(second), (QByteArray::number(seed)).constData());
         patch.apply(patched, Direction::Backward);
         QVERIFY(findDifferences(patched, first).isEmpty());
-        QVERIFY_EXCEPTION_THROWN(linesOf(first, second), DocumentError);
+        QVERIFY_THROWS_EXCEPTION(DocumentError, linesOf(first, second));
         ++others;
     }
     QCOMPARE(others, 1000);

@@ -86,11 +86,10 @@ private Q_SLOTS:
     void exceptionOfAVisitorEndsTheVisit()
     {
         int seen = 0;
-        QVERIFY_EXCEPTION_THROWN(Component().VisitProblems([&](const Problem &) {
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, Component().VisitProblems([&](const Problem &) {
             ++seen;
             throw std::runtime_error("enough");
-        }),
-                                 std::runtime_error);
+        }));
         QCOMPARE(seen, 1);
     }
 

@@ -482,18 +482,14 @@ void ReadProblemsTest::exceptionsOfTheVisitorPassThrough()
     TunerProperties document;
     document.SetValidate(false);
     int calls = 0;
-    QVERIFY_EXCEPTION_THROWN(document.SetXmlString(xml,
-                                                   [&](const Problem &) {
-                                                       ++calls;
-                                                       throw std::runtime_error("enough");
-                                                   }),
-                             std::runtime_error);
-    QVERIFY_EXCEPTION_THROWN(document.SetXmlString(xml,
-                                                   [&](const Problem &) {
-                                                       ++calls;
-                                                       throw RGException(QStringLiteral("enough"));
-                                                   }),
-                             RGException);
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, document.SetXmlString(xml, [&](const Problem &) {
+        ++calls;
+        throw std::runtime_error("enough");
+    }));
+    QVERIFY_THROWS_EXCEPTION(RGException, document.SetXmlString(xml, [&](const Problem &) {
+        ++calls;
+        throw RGException(QStringLiteral("enough"));
+    }));
     QCOMPARE(calls, 2);
     QVERIFY(!document.GetValidate());
 }

@@ -294,9 +294,9 @@ void ReadLimitsTest::smallDataThatRunOutOfMemoryThrowBadAlloc()
         void SetBinary(QDataStream &, int) override { throw std::bad_alloc(); }
         void ProcessXml(QXmlStreamReader &) override { throw std::bad_alloc(); }
     } greedy;
-    QVERIFY_EXCEPTION_THROWN((void)greedy.SetBinaryRepresentation(hi, ReadLimits()), std::bad_alloc);
+    QVERIFY_THROWS_EXCEPTION(std::bad_alloc, static_cast<void>(greedy.SetBinaryRepresentation(hi, ReadLimits())));
     write(path("a"), "<Note/>");
-    QVERIFY_EXCEPTION_THROWN((void)greedy.LoadXml(path("a")), std::bad_alloc);
+    QVERIFY_THROWS_EXCEPTION(std::bad_alloc, static_cast<void>(greedy.LoadXml(path("a"))));
 }
 
 void ReadLimitsTest::xmlTextThatTheReaderCannotConvertIsRefused()

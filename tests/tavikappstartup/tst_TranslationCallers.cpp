@@ -164,7 +164,7 @@ void TranslationCallersTest::anExceptionOutOfAReceiverLeavesTheRegistryUsable()
         application.onLanguageChange = nullptr;
         throw 1;
     };
-    QVERIFY_EXCEPTION_THROWN(center().Register(probe), int);
+    QVERIFY_THROWS_EXCEPTION(int, center().Register(probe));
     QCOMPARE(center().RegisteredModules(), QStringList{probe});
     QCOMPARE(signalText(), french);
     center().Unregister(probe);
