@@ -6,6 +6,8 @@
 
 #include <jobxml/Visit.h>
 
+#include "text/Size.h"
+
 namespace JobXml {
 
 namespace {
@@ -133,7 +135,7 @@ private:
         }
     }
 
-    void start(int depth) const { m_debug.noquote() << '\n' << QString(2 * depth, QLatin1Char(' ')); }
+    void start(REPORTGENERATOR::Size depth) const { m_debug.noquote() << '\n' << QString(2 * depth, QLatin1Char(' ')); }
     void start(const MemberView &member, int depth) const
     {
         start(depth);

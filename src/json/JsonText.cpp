@@ -58,7 +58,7 @@ namespace {
 constexpr std::size_t deepest = 64;
 constexpr std::size_t mostKeys = 256;
 
-constexpr int mostShown = 40; // characters of a text in a message
+constexpr Size mostShown = 40; // characters of a text in a message
 
 constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
 

@@ -6,7 +6,10 @@
 #include <QByteArrayList>
 
 #include "documents/edit/JsonBlanks.h"
+#include "text/Size.h"
 #include "json/JsonText.h"
+
+using REPORTGENERATOR::Size;
 
 namespace TunerDocuments {
 
@@ -70,7 +73,7 @@ QByteArray indented(const QByteArray &pretty, const QByteArray &lineStart, const
     QByteArray result;
     const QList<QByteArray> lines = pretty.split('\n');
     for (const QByteArray &line : lines) {
-        int depth = 0;
+        Size depth = 0;
         while (line.mid(2 * depth, 2) == "  ")
             ++depth;
         result += (result.isEmpty() ? QByteArray() : lineStart + step.repeated(depth)) + line.mid(2 * depth);

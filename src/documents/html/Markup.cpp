@@ -77,7 +77,7 @@ void forEachCharacter(const QString &text, Plain plain, Sign sign)
 }
 
 /// In bytes.
-constexpr int usualPiece = 1 << 16;
+constexpr Size usualPiece = 1 << 16;
 
 } // namespace
 

@@ -8,9 +8,11 @@
 #include <tunerdocuments/Value.h>
 
 #include "text/Printable.h"
+#include "text/Size.h"
 
 using JobXml::MemberKind;
 using JobXml::MemberView;
+using REPORTGENERATOR::Size;
 
 namespace TunerDocuments {
 
@@ -150,7 +152,7 @@ private:
         m_lines(indentation(1) + name + QStringLiteral(": ") + text);
     }
 
-    static QString indentation(int depth) { return QString(2 * depth, QLatin1Char(' ')); }
+    static QString indentation(Size depth) { return QString(2 * depth, QLatin1Char(' ')); }
 
     const Lines &m_lines;
 };
